@@ -1,0 +1,106 @@
+#include "pack/frmPackInformation.h"
+
+#include "platform/Conversion.h"
+#include "shell/Module1.h"
+#include "ui_frmPackInformation.h"
+#include "widgets/MessageBox.h"
+
+namespace orlo
+{
+
+namespace
+{
+constexpr auto NumberField = u"Pack Number";
+constexpr auto NameField = u"Name";
+} // namespace
+
+frmPackInformation::frmPackInformation()
+    : Form(widgets::FormKind::Child), ui(std::make_unique<Ui::frmPackInformation>())
+{
+    ui->setupUi(this);
+    setFixedBorder();
+    setDefaultButton(ui->cmdSave);
+    setCancelButton(ui->cmdCancel);
+    connect(ui->txtPackNum, &QLineEdit::textChanged, this, [this] { ui->cmdSave->setEnabled(true); });
+    connect(ui->txtPackName, &QLineEdit::textChanged, this, [this] { ui->cmdSave->setEnabled(true); });
+    connect(ui->cmdSave, &QPushButton::clicked, this, &frmPackInformation::cmdSave_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &frmPackInformation::cmdCancel_Click);
+    connect(ui->cmdExit, &QPushButton::clicked, this, &frmPackInformation::cmdExit_Click);
+}
+
+frmPackInformation::~frmPackInformation() = default;
+
+void frmPackInformation::load()
+{
+    mPackNew = false;
+    rsPack = database().openRecordset(QStringLiteral("PackInfo"));
+    mPackCount = platform::toInt16(rsPack->recordCount());
+    if (mPackCount != 0) {
+        rsPack->moveFirst();
+        showRecord();
+        ui->cmdSave->setEnabled(false);
+    } else {
+        ui->cmdSave->setEnabled(true);
+        rsPack->addNew();
+        mPackCount = 1;
+        mPackNew = true;
+    }
+}
+
+void frmPackInformation::showRecord()
+{
+    ui->txtPackNum->setText(rsPack->value(NumberField).toText());
+    ui->txtPackName->setText(rsPack->value(NameField).toText());
+}
+
+void frmPackInformation::SavePackInfo()
+{
+    if (mPackNew) {
+        rsPack->addNew();
+        mPackNew = false;
+    } else
+        rsPack->edit();
+    rsPack->setValue(NumberField, platform::val(ui->txtPackNum->text()));
+    rsPack->setValue(NameField, ui->txtPackName->text());
+    // Shown as it was read, before the write: "12a" becomes 12 on the screen, too.
+    showRecord();
+    rsPack->update();
+    ui->cmdSave->setEnabled(false);
+}
+
+void frmPackInformation::promptSaveChanges()
+{
+    if (!ui->cmdSave->isEnabled())
+        return;
+    if (widgets::ask(QStringLiteral("Data Changes Not Saved. Do you want to save your changes"),
+                     QStringLiteral("Save Changes"))) {
+        SavePackInfo();
+        ui->txtPackNum->setFocus();
+    }
+    ui->cmdSave->setEnabled(false);
+}
+
+void frmPackInformation::cmdSave_Click()
+{
+    SavePackInfo();
+    ui->txtPackNum->setFocus();
+}
+
+void frmPackInformation::cmdCancel_Click()
+{
+    if (mPackNew) {
+        ui->txtPackNum->clear();
+        ui->txtPackName->clear();
+    } else
+        showRecord();
+    ui->cmdSave->setEnabled(false);
+}
+
+void frmPackInformation::cmdExit_Click()
+{
+    if (ui->cmdSave->isEnabled())
+        promptSaveChanges();
+    unload();
+}
+
+} // namespace orlo

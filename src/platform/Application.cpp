@@ -1,0 +1,30 @@
+#include "platform/Application.h"
+
+#include <QCoreApplication>
+
+#include <syslog.h>
+
+namespace orlo::platform
+{
+
+Version version() { return {1, 1, 0}; }
+
+QString versionText()
+{
+    const auto [major, minor, revision] = version();
+    return QStringLiteral("Version %1.%2.%3").arg(major).arg(minor).arg(revision);
+}
+
+QString title() { return QStringLiteral("Verrano (ORLO)"); }
+
+QString folder() { return QCoreApplication::applicationDirPath(); }
+
+void writeEvent(EventType, const QString& text)
+{
+    openlog("orlo", LOG_PID, LOG_USER);
+    // A line break would split the entry, and a percent sign must not be read as a format.
+    syslog(LOG_ERR, "%s", QString(text).replace(u'\r', u' ').replace(u'\n', u' ').toUtf8().constData());
+    closelog();
+}
+
+} // namespace orlo::platform

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+namespace orlo::platform
+{
+
+/// The program's own version, as three plain integers.
+struct Version {
+    int major;
+    int minor;
+    int revision;
+};
+
+[[nodiscard]] Version version();
+/// "Version 1.1.0", as the splash and the about box show it.
+[[nodiscard]] QString versionText();
+/// The program's title.
+[[nodiscard]] QString title();
+/// The folder of the running executable, as the system reports it.
+[[nodiscard]] QString folder();
+
+/// Kinds of event log entries.
+enum class EventType { Error = 1 };
+
+/// Writes one entry to the application event log; the system log takes its place where there is none.
+void writeEvent(EventType type, const QString& text);
+
+} // namespace orlo::platform

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+#include <optional>
+
+namespace orlo::platform
+{
+
+/// The failure numbers that the program raises or tests by name.
+enum ErrorNumber : int {
+    InvalidProcedureCall = 5,
+    Overflow = 6,
+    SubscriptOutOfRange = 9,
+    DivisionByZero = 11,
+    TypeMismatch = 13,
+    FileNotFound = 53,
+    DiskFull = 61,
+    DeviceUnavailable = 68,
+    PermissionDenied = 70,
+    DiskNotReady = 71,
+    PathFileAccess = 75,
+    PathNotFound = 76,
+    ObjectNotSet = 91,
+    InvalidUseOfNull = 94,
+    ObjectAlreadyExists = 3010,
+    QueryAlreadyExists = 3012,
+    UpdateWithoutEdit = 3020,
+    NoCurrentRecord = 3021,
+    DuplicateKey = 3022,
+    DatabaseNotFound = 3024,
+    ReadOnlySet = 3027,
+    DatabaseDamaged = 3049,
+    CannotLockFile = 3050,
+    NullInPrimaryKey = 3058,
+    UnknownName = 3061,
+    SyntaxError = 3075,
+    UnknownTable = 3078,
+    FieldTooSmall = 3163,
+    RecordDeleted = 3167,
+    FieldNotFound = 3265,
+    ZeroLengthNotAllowed = 3315,
+    UnrecognisedFormat = 3343,
+    ObjectInvalid = 3420,
+    WrongDataType = 3421,
+};
+
+/// A failure of the program's run time or of one of its services: a number, the name of what raised it, a description.
+/// One that leaves an event handler ends the process with a report.
+class RuntimeError : public std::exception
+{
+public:
+    /// An empty description takes the standard text of the number.
+    explicit RuntimeError(int number, QString source = QString(), QString description = QString());
+
+    [[nodiscard]] int number() const { return m_number; }
+    [[nodiscard]] const QString& source() const { return m_source; }
+    [[nodiscard]] const QString& description() const { return m_description; }
+    [[nodiscard]] const char* what() const noexcept override { return m_what.constData(); }
+
+private:
+    int m_number;
+    QString m_source;
+    QString m_description;
+    QByteArray m_what;
+};
+
+/// The standard text of a failure number; a general one for a number without a text of its own.
+[[nodiscard]] QString standardDescription(int number);
+
+/// The pending-error state: the failure that a trapped routine caught and that its end tests. At most one is pending.
+namespace pendingError
+{
+void set(const RuntimeError& error);
+void clear();
+[[nodiscard]] const std::optional<RuntimeError>& get();
+/// The pending failure's number, 0 when none is pending.
+[[nodiscard]] int number();
+} // namespace pendingError
+
+} // namespace orlo::platform

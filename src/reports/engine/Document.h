@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QRectF>
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+#include <vector>
+
+namespace orlo::reports
+{
+
+/// A text placed on a page: already broken and cut to its lines, drawn from the top left corner of its box.
+struct TextItem {
+    QRectF box; ///< points (1/72 inch) from the top left corner of the paper
+    QString text;
+    int font = 0; ///< place in Document::fonts
+    Qt::Alignment alignment = Qt::AlignLeft;
+    QColor color = Qt::black;
+};
+
+/// A straight line.
+struct LineItem {
+    QPointF from; ///< points
+    QPointF to;
+    double width = 0.5; ///< points
+    QColor color = Qt::black;
+};
+
+/// A box: outline, fill or both.
+struct BoxItem {
+    QRectF box; ///< points
+    double width = 0.5; ///< points, 0 for no outline
+    QColor color = Qt::black;
+    QColor fill = Qt::transparent;
+};
+
+using Item = std::variant<TextItem, LineItem, BoxItem>;
+
+/// One finished page: items in drawing order.
+struct Page {
+    std::vector<Item> items;
+};
+
+/// A heading of a group, for an outline beside the pages.
+struct OutlineEntry {
+    QString text;
+    int level = 0; ///< 0 for the outermost group
+    int page = 0;  ///< place in Document::pages
+};
+
+/// A laid-out report, independent of any device: preview, printer and PDF all paint this. It also holds the rows of
+/// the main list, as the CSV export writes them.
+struct Document {
+    QString title;
+    QSizeF paper{612, 792}; ///< points; US Letter
+    std::vector<QFont> fonts; ///< sizes in points
+    std::vector<Page> pages;
+    std::vector<OutlineEntry> outline;
+    QStringList columns;
+    std::vector<QStringList> rows;
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "reports/engine/Document.h"
+
+class QPainter;
+
+namespace orlo::reports
+{
+
+/// Draws one page, counted from 0, with its top left corner at the painter's origin; one unit of the painter is one
+/// point (1/72 inch), so the caller scales it to its device. The paper itself is not painted.
+void paintPage(QPainter& painter, const Document& document, int page);
+
+/// The font that a text of the document's font is measured and drawn with: in units of 1/20 point, unhinted, so that
+/// every device breaks and places it alike.
+[[nodiscard]] QFont typesetFont(const QFont& font);
+inline constexpr double UnitsPerPoint = 20;
+
+} // namespace orlo::reports

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/RuntimeError.h"
+
+#include <QString>
+
+namespace orlo::reports
+{
+
+/// Where a text of a definition or of a formula stands; lines and columns count from 1, 0 means unknown.
+struct Place {
+    int line = 0;
+    int column = 0;
+};
+
+/// A failed run: what is wrong and, where it lies in a report file, in which file and where.
+///
+/// The numbers are the program's own: 53 missing file, 3075 what can't be read, 3061 an unknown name, 3024 a table slot
+/// without a database, 13 and 94 for what an expression can't compute.
+class ReportError : public platform::RuntimeError
+{
+public:
+    ReportError(int number, QString message, Place place = {}, QString file = {});
+
+    [[nodiscard]] const QString& message() const { return m_message; }
+    [[nodiscard]] const QString& file() const { return m_file; }
+    [[nodiscard]] Place place() const { return m_place; }
+    /// The same failure, told of a file; a failure that names one already stays as it is.
+    [[nodiscard]] ReportError inFile(const QString& file) const;
+
+private:
+    QString m_message;
+    QString m_file;
+    Place m_place;
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,204 @@
+#include "reports/engine/view/ReportControl.h"
+
+#include "platform/Application.h"
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "reports/engine/ReportError.h"
+#include "reports/engine/view/PreviewWindow.h"
+#include "reports/engine/view/Printing.h"
+#include "reports/engine/view/ReportMessage.h"
+#include "reports/engine/view/RunProgress.h"
+#include "store/engine/Database.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPrinter>
+#include <QStringList>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+std::function<store::Database*(const QString& path)> theProvider;
+
+// The databases of one run: the program's own where it is open on the file, others opened here and closed at the end.
+class RunDatabases
+{
+public:
+    store::Database& operator()(const QString& path)
+    {
+        const QString native = platform::nativePath(path);
+        if (store::Database* open = theProvider ? theProvider(native) : nullptr; open && open->isOpen())
+            return *open;
+        auto found = m_opened.find(native);
+        if (found == m_opened.end())
+            found = m_opened.emplace(native, store::DBEngine::openDatabase(native)).first;
+        return found->second;
+    }
+
+private:
+    std::map<QString, store::Database> m_opened;
+};
+
+QString messageOf(const ReportError& error, const QString& reportFile)
+{
+    QStringList lines{error.message()};
+    const QString file = error.file().isEmpty() ? reportFile : error.file();
+    if (!file.isEmpty())
+        lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(platform::nativePath(file)));
+    if (error.place().line > 0) {
+        lines << (error.place().column > 0
+                      ? QStringLiteral("Line %1, column %2").arg(error.place().line).arg(error.place().column)
+                      : QStringLiteral("Line %1").arg(error.place().line));
+    }
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+ReportControl::ReportControl(const QString& name, QObject* parent) : QObject(parent)
+{
+    setObjectName(name);
+}
+
+ReportControl::~ReportControl() = default;
+
+void ReportControl::setReportFile(const QString& path)
+{
+    if (path.compare(m_request.reportFile, Qt::CaseInsensitive) != 0)
+        m_request.subreports.clear();
+    m_request.reportFile = path;
+}
+
+void ReportControl::setDatabaseFile(int slot, const QString& path)
+{
+    const bool ofSubreport = m_subreportPointed && !m_subreport.isEmpty();
+    Slots& databases = ofSubreport ? m_request.subreports[m_subreport] : m_request.databases;
+    if (path.isEmpty())
+        databases.erase(slot);
+    else
+        databases[slot] = path;
+}
+
+QString ReportControl::databaseFile(int slot, const QString& subreport) const
+{
+    const Slots* databases = &m_request.databases;
+    if (!subreport.isEmpty()) {
+        const auto found = m_request.subreports.find(subreport);
+        if (found == m_request.subreports.end())
+            return {};
+        databases = &found->second;
+    }
+    const auto found = databases->find(slot);
+    return found == databases->end() ? QString() : found->second;
+}
+
+void ReportControl::setSubreportToChange(const QString& name)
+{
+    m_subreport = name;
+    m_subreportPointed = true;
+}
+
+int ReportControl::run()
+{
+    if (m_running)
+        return platform::InvalidProcedureCall;
+    m_running = true;
+    // Every run is set up anew from slot 0 of the main report on, whichever subreport the last one named.
+    m_subreportPointed = false;
+
+    const QPointer<ReportControl> self(this);
+    const RunRequest request = m_request;
+    int number = 0;
+    QString trouble;
+    try {
+        number = execute();
+    } catch (const ReportError& error) {
+        number = error.number();
+        trouble = messageOf(error, request.reportFile);
+    } catch (const platform::RuntimeError& error) {
+        number = error.number();
+        trouble = messageOf(ReportError(number, error.description()), request.reportFile);
+    } catch (const std::exception& error) {
+        number = platform::InvalidProcedureCall;
+        trouble = QString::fromLocal8Bit(error.what());
+    }
+    if (self) {
+        m_running = false;
+        if (!trouble.isEmpty())
+            tell(trouble);
+    }
+    return number;
+}
+
+int ReportControl::execute()
+{
+    const QPointer<ReportControl> self(this);
+    if (m_message)
+        m_message->close();
+
+    const RunRequest request = m_request;
+    RunDatabases databases;
+    std::optional<Document> document;
+    {
+        RunProgress progress(QStringLiteral("Preparing the report…"));
+        document = render(request, std::ref(databases), std::ref(progress));
+    }
+    if (!document)
+        return UserInterrupt;
+    if (!self)
+        return 0;
+    if (m_destination == ToPreview) {
+        show(std::move(*document));
+        return 0;
+    }
+    const std::unique_ptr<QPrinter> printer = defaultPrinter();
+    if (!printer)
+        throw ReportError(platform::DeviceUnavailable,
+                          QStringLiteral("The report can't be printed: this computer has no default printer. View "
+                                         "the report instead; from its window it can be saved as a PDF file."));
+    RunProgress progress(QStringLiteral("Printing the report…"));
+    return printDocument(*printer, *document, 1, 0, std::ref(progress)) ? 0 : UserInterrupt;
+}
+
+PreviewWindow* ReportControl::preview() const { return m_preview; }
+
+void ReportControl::setDatabaseProvider(std::function<store::Database*(const QString& path)> provider)
+{
+    theProvider = std::move(provider);
+}
+
+void ReportControl::show(Document&& document)
+{
+    auto* window = new PreviewWindow(std::make_shared<const Document>(std::move(document)));
+    m_preview = window;
+    if (!m_windowTitle.isEmpty())
+        window->setWindowTitle(m_windowTitle);
+    window->setPageListVisible(m_windowOption);
+    switch (m_windowState) {
+    case PreviewMaximised:
+        window->showMaximized();
+        break;
+    case PreviewMinimised:
+        window->showMinimized();
+        return;
+    default:
+        window->show();
+    }
+    window->raise();
+    window->activateWindow();
+}
+
+void ReportControl::tell(const QString& text)
+{
+    const QString name = m_windowTitle.isEmpty() ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
+                                                 : m_windowTitle;
+    m_message = new ReportMessage(QStringLiteral("%1 - %2").arg(name, platform::title()), text);
+    m_message->show();
+    m_message->raise();
+    m_message->activateWindow();
+}
+
+} // namespace orlo::reports

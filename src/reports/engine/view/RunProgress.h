@@ -1,0 +1,38 @@
+#pragma once
+
+#include "widgets/MessageBox.h"
+
+#include <QElapsedTimer>
+#include <QString>
+
+#include <memory>
+
+class QProgressDialog;
+
+namespace orlo::reports
+{
+
+/// The progress of one long piece of work: the busy pointer, and after a moment a window with a Cancel button.
+///
+/// That window holds the input of the whole program, and no event is handled before it is up, so that nobody can close
+/// or start again what waits for the work.
+class RunProgress
+{
+public:
+    explicit RunProgress(QString label);
+    ~RunProgress();
+    RunProgress(const RunProgress&) = delete;
+    RunProgress& operator=(const RunProgress&) = delete;
+
+    /// False once the user has cancelled.
+    bool operator()(int done, int total);
+
+private:
+    QString m_label;
+    QElapsedTimer m_sinceStart;
+    QElapsedTimer m_sinceUpdate;
+    std::unique_ptr<widgets::BusyPointer> m_busy;
+    std::unique_ptr<QProgressDialog> m_dialog;
+};
+
+} // namespace orlo::reports

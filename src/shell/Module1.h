@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+#include "store/engine/Database.h"
+
+#include <QDate>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+
+namespace orlo
+{
+
+// The values that live for the whole process and that every screen reads directly.
+
+extern std::unique_ptr<store::Database> gDatabase; ///< the one open database; unset until one is opened
+extern QString gAppPath;                           ///< the application folder
+extern QString gOldDbName;                         ///< name of a version 1.0 file, with its leading separator
+extern QString gDbName;                            ///< name of the current file, with its leading separator
+extern platform::FileSystem gFileSystem;
+extern bool gDbNeedsUpdate; ///< a version 1.0 file was found at start-up
+extern QString gCalendarDate; ///< the date last picked in dlgCalendar, "" when it was cancelled
+
+extern std::int16_t gErrNumber; ///< the failure that dlgError shows
+extern QString gErrSource;
+extern QString gErrDescription;
+extern QString gErrType;
+extern QString gErrText;
+
+/// The open database. Raises 91 while none was opened.
+[[nodiscard]] store::Database& database();
+/// The path of the current database file, as the screens and reports name it.
+[[nodiscard]] QString databasePath();
+
+/// The way from process start to the event loop: shows the splash, decides between the database files, opens the
+/// current one. A failure ends in CriticalError, and the program goes on without a database.
+void Main();
+/// Shows the pending failure in dlgError and clears it. Raises 6 for a number that doesn't fit 16 bits.
+void CriticalError();
+/// True for an empty text or a date; otherwise false, after the message.
+[[nodiscard]] bool ValidateDate(const QString& text);
+/// The first and the last day of a date's month.
+[[nodiscard]] QDate FirstOfMonth(QDate date);
+[[nodiscard]] QDate LastOfMonth(QDate date);
+
+/// Runs the program; the process's exit status.
+int runProgram(int argc, char** argv);
+
+} // namespace orlo

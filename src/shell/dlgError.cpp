@@ -1,0 +1,33 @@
+#include "shell/dlgError.h"
+
+#include "platform/Application.h"
+#include "shell/Module1.h"
+#include "ui_dlgError.h"
+
+namespace orlo
+{
+
+dlgError::dlgError() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgError>())
+{
+    ui->setupUi(this);
+    setDefaultButton(ui->cmdOk);
+    setFixedBorder();
+    connect(ui->cmdOk, &QPushButton::clicked, this, &dlgError::unload);
+}
+
+dlgError::~dlgError() = default;
+
+void dlgError::load()
+{
+    const QString number = QString::number(gErrNumber);
+    ui->txtErrorText->setPlainText(gErrText);
+    ui->txtErrorType->setText(gErrType);
+    ui->txtErrorNumber->setText(number);
+    ui->txtErrorSource->setText(gErrSource);
+    ui->txtErrorDescription->setPlainText(gErrDescription);
+    platform::writeEvent(platform::EventType::Error, QStringLiteral("ORLO_1: ") + gErrType + QStringLiteral(", ") +
+                                                         number + QStringLiteral(", ") + gErrSource +
+                                                         QStringLiteral(", \r") + gErrDescription);
+}
+
+} // namespace orlo

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "widgets/Form.h"
+
+#include <memory>
+
+class QTimer;
+namespace Ui
+{
+class frmSplash;
+}
+
+namespace orlo
+{
+
+/// The picture that the program starts with. It opens the main frame at the first tick of its timer and goes.
+class frmSplash : public widgets::Form
+{
+    Q_OBJECT
+
+public:
+    frmSplash();
+    ~frmSplash() override;
+
+    /// Sets the interval of tmrSplashWait, in milliseconds, and enables it.
+    void startTimer(int interval);
+
+protected:
+    void load() override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void tmrSplashWait_Timer();
+
+    std::unique_ptr<Ui::frmSplash> ui;
+    QTimer* tmrSplashWait;
+    QPixmap m_picture;
+};
+
+} // namespace orlo

@@ -1,0 +1,128 @@
+#include "shell/mdiPendrake.h"
+
+#include "awards/frmAssignInsignias.h"
+#include "pack/frmPackInformation.h"
+#include "reports/frmCreatePurchaseList.h"
+#include "shell/Module1.h"
+#include "ui_mdiPendrake.h"
+#include "widgets/Form.h"
+#include "widgets/MessageBox.h"
+
+#include <QCloseEvent>
+#include <QMdiSubWindow>
+
+namespace orlo
+{
+
+namespace
+{
+
+// Says in one box that a command's screen can't be opened in this version of the program.
+void sayNotThere(const QAction* command)
+{
+    QString name = command->text();
+    name.remove(u'&').remove(QStringLiteral("...")).remove(u'…');
+    widgets::message(QStringLiteral("\"%1\" is not part of this version yet.").arg(name.trimmed()));
+}
+
+} // namespace
+
+mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
+{
+    ui->setupUi(this);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setCursor(Qt::ArrowCursor);
+    ui->ID_TEST_MENU->menuAction()->setVisible(false);
+    connectMenus();
+    widgets::Form::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
+}
+
+mdiPendrake::~mdiPendrake() { widgets::Form::setMainWindow(nullptr, {}); }
+
+mdiPendrake& mdiPendrake::instance()
+{
+    static QPointer<mdiPendrake> frame;
+    if (!frame)
+        frame = new mdiPendrake;
+    return *frame;
+}
+
+void mdiPendrake::connectMenus()
+{
+    using widgets::Instance;
+    connect(ui->mnuExit, &QAction::triggered, this, &mdiPendrake::mnuExit_Click);
+    connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
+    connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
+    connect(ui->mnuPurchaseList, &QAction::triggered, this, [] { Instance<frmCreatePurchaseList>::showWaiting(); });
+    for (QAction* command :
+         {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuScouts, ui->mnuAdults,
+          ui->mnuDenInfo, ui->mnuInsigniaInfo, ui->ID_Pack_Den_Positions, ui->mnuRepAssignedAwards, ui->mnuRepAwardList,
+          ui->mnuRptScoutList, ui->mnuRptAdultList, ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout,
+          ui->ID_DB_11_UPDATE})
+        connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });
+    connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
+}
+
+void mdiPendrake::mnuExit_Click()
+{
+    if (widgets::ask(QStringLiteral("Exit Verrano (ORLO)"), QStringLiteral("Exit")))
+        close();
+}
+
+void mdiPendrake::activate()
+{
+    if (!gDbNeedsUpdate || m_toldOfUpdate)
+        return;
+    m_toldOfUpdate = true;
+    widgets::message(QStringLiteral("This folder holds a database file of version 1.0. Updating it is not part of this "
+                                    "version yet."),
+                     QStringLiteral("Update Database"));
+}
+
+void mdiPendrake::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        activate();
+}
+
+void mdiPendrake::closeEvent(QCloseEvent* event)
+{
+    widgets::Form::unloadAll();
+    event->accept();
+}
+
+void mdiPendrake::fillWindowMenu()
+{
+    ui->ID_WINDOWS_MENU->clear();
+    const auto windows = ui->mdiArea->subWindowList();
+    int number = 0;
+    for (QMdiSubWindow* window : windows) {
+        auto* action = ui->ID_WINDOWS_MENU->addAction(QStringLiteral("&%1 %2").arg(++number).arg(window->windowTitle()));
+        action->setCheckable(true);
+        action->setChecked(window == ui->mdiArea->currentSubWindow());
+        connect(action, &QAction::triggered, window, [this, window] { ui->mdiArea->setActiveSubWindow(window); });
+    }
+}
+
+void mdiPendrake::showChild(widgets::Form& form)
+{
+    auto* window = qobject_cast<QMdiSubWindow*>(form.parentWidget());
+    if (!window) {
+        Qt::WindowFlags flags = Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+        if (!form.hasFixedBorder())
+            flags |= Qt::WindowMaximizeButtonHint;
+        window = ui->mdiArea->addSubWindow(&form, flags);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        if (form.hasFixedBorder())
+            window->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    }
+    if (window->isMinimized())
+        window->showNormal();
+    form.show();
+    window->show();
+    ui->mdiArea->setActiveSubWindow(window);
+}
+
+} // namespace orlo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <memory>
+
+namespace Ui
+{
+class mdiPendrake;
+}
+
+namespace orlo
+{
+
+namespace widgets
+{
+class Form;
+}
+
+/// The main frame: menus, and the work area in which the child windows of the screens lie.
+class mdiPendrake : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    mdiPendrake();
+    ~mdiPendrake() override;
+
+    /// The one frame of the program, made by the first call.
+    [[nodiscard]] static mdiPendrake& instance();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void connectMenus();
+    void mnuExit_Click();
+    void activate();
+    void fillWindowMenu();
+    void showChild(widgets::Form& form);
+
+    std::unique_ptr<Ui::mdiPendrake> ui;
+    bool m_toldOfUpdate = false;
+};
+
+} // namespace orlo

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "store/engine/Recordset.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace orlo::store
+{
+
+class Connection;
+
+/// A field of a table definition. Text fields have a size; attributes and flags as the catalogue stores them.
+struct Field {
+    QString name;
+    FieldType type = FieldType::Text;
+    int size = 0;
+    bool allowZeroLength = false;
+    bool autoIncrement = false; ///< a counter that the engine numbers
+    bool required = false;
+    Value defaultValue;
+};
+
+/// An index of a table definition, on one field or more.
+struct Index {
+    QString name;
+    QStringList fields;
+    bool primary = false;
+    bool unique = false;
+    bool required = false;
+};
+
+/// One table of the catalogue: either a definition being filled before it is appended, or a table of the file, whose
+/// fields and indexes then change at once.
+class TableDef
+{
+public:
+    explicit TableDef(QString name);
+
+    [[nodiscard]] const QString& name() const { return m_name; }
+    [[nodiscard]] const std::vector<Field>& fields() const { return m_fields; }
+    [[nodiscard]] const std::vector<Index>& indexes() const { return m_indexes; }
+
+    /// Raises 3010 for a name that is there already.
+    void appendField(const Field& field);
+    /// Raises 3265 for an unknown name.
+    void deleteField(QStringView name);
+    void appendIndex(const Index& index);
+    /// Changes a field's zero-length rule or its default, as the catalogue's properties do.
+    void setAllowZeroLength(QStringView field, bool allow);
+    void setDefaultValue(QStringView field, const Value& value);
+
+private:
+    friend class Database;
+    QString m_name;
+    std::vector<Field> m_fields;
+    std::vector<Index> m_indexes;
+    std::weak_ptr<Connection> m_connection; // set once the table stands in a file
+};
+
+/// A stored query: its name and the text that was given for it.
+struct QueryDef {
+    QString name;
+    QString sql;
+};
+
+/// One open database file. Closing it, or letting it go, ends every record set that was opened on it (3420).
+class Database
+{
+public:
+    ~Database();
+    Database(Database&&) noexcept;
+    Database& operator=(Database&&) noexcept;
+
+    /// Opens a record set on a table's name, a stored query's name or a Select statement of the dialect. Raises 3078
+    /// for an unknown table, 3061 for an unknown field, 3075 for what can't be parsed, 3420 on a closed database.
+    [[nodiscard]] Recordset openRecordset(const QString& source);
+    /// Runs one Insert, Update or Delete. Passes silently over a row that the file refuses; raises as openRecordset().
+    void execute(const QString& sql);
+    /// Flushes and closes the file: it alone then holds all data. Raises 3420 if it is closed.
+    void close();
+    [[nodiscard]] bool isOpen() const;
+    /// The path that it was opened by.
+    [[nodiscard]] QString name() const;
+
+    /// The catalogue. tableDef() raises 3265 for an unknown name; append 3010/3012 for one that is there already.
+    [[nodiscard]] QStringList tableNames() const;
+    [[nodiscard]] TableDef tableDef(QStringView name) const;
+    void appendTableDef(TableDef& table);
+    void deleteTableDef(QStringView name);
+    [[nodiscard]] QStringList queryNames() const;
+    [[nodiscard]] QueryDef queryDef(QStringView name) const;
+    /// Stores a named query with its text. A text may name a query that doesn't exist yet.
+    void createQueryDef(const QString& name, const QString& sql);
+
+    explicit Database(std::shared_ptr<Connection> connection);
+
+private:
+    std::shared_ptr<Connection> m_connection;
+};
+
+/// The engine's own operations on files.
+namespace DBEngine
+{
+/// Opens a file for shared read and write; the path is resolved as the file system object does. Raises 3024 for a
+/// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or written.
+[[nodiscard]] Database openDatabase(const QString& path);
+/// Makes an empty database file. Raises 3010 if the file exists.
+[[nodiscard]] Database createDatabase(const QString& path);
+} // namespace DBEngine
+
+} // namespace orlo::store

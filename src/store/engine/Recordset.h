@@ -1,0 +1,95 @@
+#pragma once
+
+#include "store/engine/Value.h"
+
+#include <memory>
+#include <vector>
+
+namespace orlo::store
+{
+
+class Connection;
+
+/// Field types with their catalogue codes.
+enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Date = 8, Text = 10, Memo = 12 };
+
+/// One column of a record set.
+struct FieldInfo {
+    QString name;
+    FieldType type = FieldType::Text;
+    int size = 0;           ///< most characters of a Text field, 0 for none stated
+    bool counter = false;   ///< numbered by the engine
+};
+
+/// A set of records with a position, read and written by field name (without regard to case).
+///
+/// A query on one table gives an updatable set: which rows belong to it is fixed at opening, their values are read when
+/// the set comes to them. Anything else is a read-only snapshot. A set outlives neither its own close() nor its
+/// database's: any use after that raises 3420. Every update() and remove() is durable when it returns.
+class Recordset
+{
+public:
+    ~Recordset();
+    Recordset(Recordset&&) noexcept;
+    Recordset& operator=(Recordset&&) noexcept;
+    Recordset(const Recordset&) = delete;
+    Recordset& operator=(const Recordset&) = delete;
+
+    /// Both true on an empty set; bof() before the first record, eof() past the last.
+    [[nodiscard]] bool bof() const;
+    [[nodiscard]] bool eof() const;
+    /// The number of records, exact from the start.
+    [[nodiscard]] int recordCount() const;
+    [[nodiscard]] bool updatable() const;
+    [[nodiscard]] const std::vector<FieldInfo>& fields() const;
+
+    /// Moves drop an unsaved buffer. All raise 3021 on an empty set; a step past an end, and one more, too.
+    void moveFirst();
+    void moveLast();
+    void moveNext();
+    void movePrevious();
+    /// Moves by n records from the current one; past an end it stands before the start or past the end.
+    void move(int n);
+    /// Moves to the record at the 0-based place in the set. Raises 3021 outside it.
+    void moveTo(int place);
+    /// The 0-based place of the current record; -1 where there is none.
+    [[nodiscard]] int place() const;
+
+    /// Opens a new record's buffer, or the current record's. Raise 3027 on a read-only set; edit() raises 3021 without
+    /// a current record and 3167 on a removed one.
+    void addNew();
+    void edit();
+    /// True between addNew() or edit() and the update or move that ends it.
+    [[nodiscard]] bool editing() const;
+    /// Drops the open buffer; nothing happens without one.
+    void cancelUpdate();
+    /// Writes the buffer: a new record goes to the end of the set, and the position stays where it was. Raises 3020
+    /// without a buffer, 3022 for a duplicate key, 3058 and 3315 for what the table refuses; the buffer then stays open.
+    void update();
+    /// Removes the current record; it stays the position until the next move. Raises 3021, 3027, 3167.
+    void remove();
+
+    /// A field of the open buffer or of the current record. Raises 3265 for an unknown name, 3021 without a record,
+    /// 3167 on a removed one.
+    [[nodiscard]] Value value(QStringView name) const;
+    [[nodiscard]] Value operator[](QStringView name) const { return value(name); }
+    /// The same by 0-based column, for what walks all fields.
+    [[nodiscard]] Value value(int column) const;
+    /// Converts to the field's type and puts it into the buffer. Raises 3020 without a buffer, 3421 for what can't be
+    /// converted, 6 for a number out of range, 3163 for a text over the size, 3265 for an unknown name.
+    void setValue(QStringView name, const Value& value);
+    void setValue(int column, const Value& value);
+    /// The 0-based column of a name. Raises 3265.
+    [[nodiscard]] int column(QStringView name) const;
+
+    void close();
+
+    class Impl;
+    explicit Recordset(std::unique_ptr<Impl> impl);
+
+private:
+    std::unique_ptr<Impl> m_impl;
+    [[nodiscard]] Impl& impl() const; // raises 3420 on a dead set
+};
+
+} // namespace orlo::store

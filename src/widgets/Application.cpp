@@ -1,0 +1,89 @@
+#include "widgets/Application.h"
+
+#include "platform/Application.h"
+#include "platform/RuntimeError.h"
+#include "widgets/Form.h"
+
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QTabBar>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace orlo::widgets
+{
+
+namespace
+{
+
+constexpr int OutOfMemory = 7;
+constexpr int InternalError = 51;
+
+// The widget that a press there would give the focus to. A tab bar takes none, but turning its page leaves the field.
+const QWidget* focusTarget(const QWidget* pressed)
+{
+    for (const QWidget* widget = pressed; widget; widget = widget->parentWidget()) {
+        if (qobject_cast<const QTabBar*>(widget))
+            return widget;
+        if (widget->isEnabled() && (widget->focusPolicy() & Qt::ClickFocus))
+            return widget;
+        if (widget->isWindow())
+            break;
+    }
+    return nullptr;
+}
+
+bool focusMustStay(QObject* receiver, const QEvent* event)
+{
+    if (!receiver->isWidgetType())
+        return false;
+    auto* widget = static_cast<QWidget*>(receiver);
+    if (event->type() == QEvent::Shortcut)
+        return !mayLeaveFocusField(widget);
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick) {
+        const QWidget* target = focusTarget(widget);
+        return target && !mayLeaveFocusField(target);
+    }
+    return false;
+}
+
+} // namespace
+
+Application::Application(int& argc, char** argv) : QApplication(argc, argv)
+{
+    setApplicationName(QStringLiteral("ORLO"));
+    setStyle(QStringLiteral("Fusion"));
+}
+
+bool Application::notify(QObject* receiver, QEvent* event)
+{
+    try {
+        if (focusMustStay(receiver, event))
+            return true;
+        return QApplication::notify(receiver, event);
+    } catch (const platform::RuntimeError& error) {
+        reportAndEnd(error);
+    } catch (const std::bad_alloc&) {
+        reportAndEnd(platform::RuntimeError(OutOfMemory, QString(), QStringLiteral("Out of memory")));
+    } catch (const std::exception& error) {
+        reportAndEnd(platform::RuntimeError(InternalError, QString(), QString::fromUtf8(error.what())));
+    }
+}
+
+void Application::reportAndEnd(const platform::RuntimeError& error)
+{
+    static bool reporting = false;
+    if (!reporting) {
+        reporting = true;
+        const QString text = QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.description());
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+        QMessageBox box(QMessageBox::Critical, platform::title(), text);
+        box.setTextFormat(Qt::PlainText);
+        box.exec();
+    }
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}
+
+} // namespace orlo::widgets

@@ -1,0 +1,189 @@
+#include "widgets/Form.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QMdiSubWindow>
+#include <QScopedValueRollback>
+#include <QWindow>
+
+namespace orlo::widgets
+{
+
+namespace
+{
+
+QPointer<QWidget> theMainWindow;
+std::function<void(Form&)> showChildInMainWindow;
+QList<Form*> loadedForms;
+
+struct LeaveCheck {
+    QPointer<QWidget> field;
+    std::function<bool()> passes;
+};
+QList<LeaveCheck> leaveChecks;
+
+QMdiSubWindow* subWindowOf(const Form& form) { return qobject_cast<QMdiSubWindow*>(form.parentWidget()); }
+
+// The window that a waiting form lies above: the waiting form before it, or the main frame.
+QWidget* ownerOfNextWindow()
+{
+    if (auto* modal = QApplication::activeModalWidget())
+        return modal;
+    return theMainWindow;
+}
+
+} // namespace
+
+Form::Form(FormKind kind) : m_kind(kind)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    loadedForms.append(this);
+}
+
+Form::~Form()
+{
+    loadedForms.removeOne(this);
+    leaveChecks.removeIf([](const LeaveCheck& check) { return check.field.isNull(); });
+}
+
+void Form::ensureLoaded()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    load();
+}
+
+void Form::showForm()
+{
+    ensureLoaded();
+    if (m_kind == FormKind::Child && showChildInMainWindow) {
+        showChildInMainWindow(*this);
+        return;
+    }
+    if (!isVisible()) {
+        setParent(theMainWindow, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+        setFixedBorder();
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void Form::showWaiting()
+{
+    ensureLoaded();
+    QWidget* owner = ownerOfNextWindow();
+    setParent(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    // All windows hang off the main frame, so window modality holds them all, and leaves a report's preview alone.
+    setWindowModality(owner ? Qt::WindowModal : Qt::ApplicationModal);
+    if (m_fixedBorder)
+        setFixedBorder();
+    QEventLoop loop;
+    connect(this, &Form::unloaded, &loop, &QEventLoop::quit);
+    show();
+    activateWindow();
+    loop.exec(QEventLoop::DialogExec);
+}
+
+void Form::unload()
+{
+    if (m_unloading)
+        return;
+    m_unloading = true;
+    loadedForms.removeOne(this);
+    if (m_forget)
+        m_forget();
+    if (auto* window = subWindowOf(*this))
+        window->close();
+    else if (isVisible())
+        close();
+    else
+        deleteLater();
+    Q_EMIT unloaded();
+}
+
+void Form::setMainWindow(QWidget* frame, std::function<void(Form&)> showChild)
+{
+    theMainWindow = frame;
+    showChildInMainWindow = std::move(showChild);
+}
+
+QWidget* Form::mainWindow() { return theMainWindow; }
+
+void Form::unloadAll()
+{
+    while (!loadedForms.isEmpty())
+        loadedForms.last()->unload();
+}
+
+void Form::setDefaultButton(QPushButton* button)
+{
+    m_defaultButton = button;
+    button->setDefault(true);
+}
+
+void Form::setCancelButton(QPushButton* button) { m_cancelButton = button; }
+
+void Form::setFixedBorder()
+{
+    m_fixedBorder = true;
+    if (layout())
+        layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void Form::setLeaveCheck(QWidget* field, std::function<bool()> check)
+{
+    leaveChecks.append({field, std::move(check)});
+}
+
+void Form::closeEvent(QCloseEvent* event)
+{
+    event->accept();
+    unload();
+}
+
+void Form::keyPressEvent(QKeyEvent* event)
+{
+    QPushButton* button = nullptr;
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        auto* focused = qobject_cast<QPushButton*>(focusWidget());
+        button = focused ? focused : m_defaultButton.data();
+    } else if (event->key() == Qt::Key_Escape)
+        button = m_cancelButton;
+    if (button && button->isEnabled() && !(event->modifiers() & ~Qt::KeypadModifier)) {
+        button->click();
+        event->accept();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+bool Form::focusNextPrevChild(bool next)
+{
+    return !mayLeaveFocusField(nullptr) || QWidget::focusNextPrevChild(next);
+}
+
+bool mayLeaveFocusField(const QWidget* target)
+{
+    static bool asking = false; // the check's own message box moves the focus, too
+    QWidget* focused = QApplication::focusWidget();
+    if (asking || !focused)
+        return true;
+    for (const LeaveCheck& check : std::as_const(leaveChecks)) {
+        QWidget* field = check.field;
+        if (!field || (focused != field && !field->isAncestorOf(focused)))
+            continue;
+        if (target && (target == field || field->isAncestorOf(target)))
+            return true;
+        const QScopedValueRollback guard(asking, true);
+        const auto passes = check.passes; // the list may change while the message is up
+        return passes();
+    }
+    return true;
+}
+
+} // namespace orlo::widgets

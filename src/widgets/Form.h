@@ -1,0 +1,112 @@
+#pragma once
+
+#include <QPointer>
+#include <QPushButton>
+#include <QWidget>
+
+#include <functional>
+
+namespace orlo::widgets
+{
+
+/// How a form shows itself.
+enum class FormKind {
+    Child,  ///< a window inside the main frame
+    Window, ///< a window of its own, fixed border, no minimise or maximise button
+};
+
+/// A screen of the program. There is one global instance of each form class, from its first showing to its unload.
+///
+/// The load step runs once, before the form is first seen. Enter presses the default button from anywhere but another
+/// button or a multi-line box, Escape the cancel button, both only while that button is enabled. Closing the window
+/// unloads the form, without a question.
+class Form : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The form is a child of the main frame's work area, or owned by the frame as a window.
+    explicit Form(FormKind kind);
+    ~Form() override;
+
+    [[nodiscard]] FormKind kind() const { return m_kind; }
+    /// Loads the form if it isn't loaded yet.
+    void ensureLoaded();
+    /// Shows the form and returns; a form that is open already comes to the front as the user left it.
+    void showForm();
+    /// Shows the form and returns when it is unloaded or hidden; meanwhile it holds the input of the whole program.
+    void showWaiting();
+    /// Closes the form and ends the instance. The object itself is deleted on the return to the event loop.
+    void unload();
+
+    /// True for a form whose border is fixed: it can't be sized or maximised.
+    [[nodiscard]] bool hasFixedBorder() const { return m_fixedBorder; }
+
+    /// Names the window that owns all others and says how it takes a child form into its work area. Null when it goes.
+    static void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild);
+    [[nodiscard]] static QWidget* mainWindow();
+    /// Unloads every form that is loaded.
+    static void unloadAll();
+
+Q_SIGNALS:
+    void unloaded();
+
+protected:
+    /// The form's load step.
+    virtual void load() {}
+
+    void setDefaultButton(QPushButton* button);
+    void setCancelButton(QPushButton* button);
+    /// Keeps the window at the size that its contents ask for.
+    void setFixedBorder();
+    /// Runs the check whenever the focus is about to leave the field for another control; a false result keeps it there.
+    void setLeaveCheck(QWidget* field, std::function<bool()> check);
+
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    template <class F>
+    friend class Instance;
+
+    FormKind m_kind;
+    std::function<void()> m_forget; // ends the global instance
+    bool m_loaded = false;
+    bool m_unloading = false;
+    bool m_fixedBorder = false;
+    QPointer<QPushButton> m_defaultButton;
+    QPointer<QPushButton> m_cancelButton;
+};
+
+/// Asks the check of the field that has the focus, if it has one and the target lies outside the field. False when the
+/// focus must stay. The application calls it before a mouse press or an access key would move the focus.
+[[nodiscard]] bool mayLeaveFocusField(const QWidget* target);
+
+/// The global instance of a form class: made by the first call, gone with its unload.
+template <class F>
+class Instance
+{
+public:
+    [[nodiscard]] static F& get()
+    {
+        if (!s_form) {
+            s_form = new F;
+            static_cast<Form*>(s_form.data())->m_forget = [] { s_form.clear(); };
+        }
+        F& form = *s_form;
+        static_cast<Form&>(form).ensureLoaded();
+        return form;
+    }
+    /// The instance without loading it; null when there is none.
+    [[nodiscard]] static F* loaded() { return s_form.data(); }
+    static void show() { get().showForm(); }
+    static void showWaiting() { get().showWaiting(); }
+    /// Unloads the form; one that isn't loaded is loaded first, its load step included.
+    static void unload() { get().unload(); }
+
+private:
+    static inline QPointer<F> s_form;
+};
+
+} // namespace orlo::widgets

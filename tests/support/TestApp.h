@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/Conversion.h"
+#include "shell/Module1.h"
+#include "store/Schema.h"
+#include "widgets/Application.h"
+#include "widgets/Form.h"
+
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+/// The test program's main: the tests run in the program's own application object, so that failures and focus checks
+/// go the way they go in the program.
+#define ORLO_TEST_MAIN(Class)                                                                                          \
+    int main(int argc, char** argv)                                                                                    \
+    {                                                                                                                  \
+        orlo::widgets::Application application(argc, argv);                                                            \
+        Class tests;                                                                                                   \
+        return QTest::qExec(&tests, argc, argv);                                                                       \
+    }
+
+namespace orlo::test
+{
+
+/// An application folder of a test's own with a fresh database in it, opened as the program's.
+class AppFolder
+{
+public:
+    AppFolder()
+    {
+        gAppPath = m_dir.path();
+        gOldDbName = QStringLiteral("\\Quorrel.mdb");
+        gDbName = QStringLiteral("\\Quorrel11.mdb");
+        store::Database fresh = store::DBEngine::createDatabase(m_dir.filePath(QStringLiteral("Quorrel11.mdb")));
+        store::createSchema(fresh);
+        fresh.close();
+        gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+    }
+    ~AppFolder()
+    {
+        widgets::Form::unloadAll();
+        gDatabase.reset();
+    }
+    AppFolder(const AppFolder&) = delete;
+    AppFolder& operator=(const AppFolder&) = delete;
+
+    [[nodiscard]] QString path() const { return m_dir.path(); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+/// What the next message box says, after it has been answered.
+struct Told {
+    QString text;
+    QString title;
+    bool shown = false;
+};
+
+/// Answers the next message box with the button as soon as it is up, and keeps what it said.
+inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
+{
+    auto told = std::make_shared<Told>();
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, told, button] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        *told = {box->text(), box->windowTitle(), true};
+        if (auto* pressed = box->button(button))
+            pressed->click();
+        else
+            box->reject();
+    });
+    timer->start(5);
+    return told;
+}
+
+/// The control of a form by its name; the test fails without it.
+template <class W>
+W& control(const QObject& form, const char* name)
+{
+    W* found = form.findChild<W*>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("no control %s", name);
+    return *found;
+}
+
+/// One number out of the open database.
+inline int count(const QString& table, const QString& where = QString())
+{
+    const QString condition = where.isEmpty() ? QString() : QStringLiteral(" Where ") + where;
+    return database().openRecordset(QStringLiteral("Select Count(*) As N From ") + table + condition).value(u"N").toInt32();
+}
+
+} // namespace orlo::test
