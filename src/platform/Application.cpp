@@ -7,6 +7,11 @@
 namespace orlo::platform
 {
 
+namespace
+{
+QString fixedFolder;
+}
+
 Version version() { return {1, 1, 0}; }
 
 QString versionText()
@@ -17,7 +22,9 @@ QString versionText()
 
 QString title() { return QStringLiteral("Verrano (ORLO)"); }
 
-QString folder() { return QCoreApplication::applicationDirPath(); }
+QString folder() { return fixedFolder.isEmpty() ? QCoreApplication::applicationDirPath() : fixedFolder; }
+
+void setFolder(const QString& path) { fixedFolder = path; }
 
 void writeEvent(EventType, const QString& text)
 {

@@ -19,6 +19,8 @@ struct Version {
 [[nodiscard]] QString title();
 /// The folder of the running executable, as the system reports it.
 [[nodiscard]] QString folder();
+/// Gives another folder in its place, for tests and pictures; an empty one gives the executable's back.
+void setFolder(const QString& path);
 
 /// Kinds of event log entries.
 enum class EventType { Error = 1 };

@@ -37,8 +37,7 @@ constexpr auto WebSite = u"www.tollbeck.example";
 // The open database if that is the file meant, so that a report reads what the screens have written.
 store::Database* databaseAt(const QString& path)
 {
-    const bool same = gDatabase && gDatabase->isOpen() &&
-                      platform::nativePath(path) == platform::nativePath(gDatabase->name());
+    const bool same = gDatabase && gDatabase->isOpen() && path == platform::nativePath(gDatabase->name());
     return same ? gDatabase.get() : nullptr;
 }
 
@@ -125,16 +124,21 @@ QDate LastOfMonth(QDate date)
     return platform::toDate(QStringLiteral("%1/1/%2").arg(month).arg(year)).date.addDays(-1);
 }
 
-int runProgram(int argc, char** argv)
+void startProgram()
 {
-    widgets::Application application(argc, argv);
     QIcon icon;
     for (const int size : {16, 32, 48, 128, 256})
         icon.addFile(QStringLiteral(":/art/orlo-%1.png").arg(size), QSize(size, size));
     widgets::Application::setWindowIcon(icon);
     reports::ReportControl::setDatabaseProvider(databaseAt);
+    Main();
+}
+
+int runProgram(int argc, char** argv)
+{
+    widgets::Application application(argc, argv);
     try {
-        Main();
+        startProgram();
     } catch (const platform::RuntimeError& error) {
         widgets::Application::reportAndEnd(error);
     }

@@ -44,6 +44,9 @@ void CriticalError();
 [[nodiscard]] QDate FirstOfMonth(QDate date);
 [[nodiscard]] QDate LastOfMonth(QDate date);
 
+/// Takes the program from a fresh application object to its event loop: the icon, the reports' way to the open
+/// database, and Main.
+void startProgram();
 /// Runs the program; the process's exit status.
 int runProgram(int argc, char** argv);
 

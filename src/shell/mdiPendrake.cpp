@@ -33,6 +33,7 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     setAttribute(Qt::WA_DeleteOnClose);
     setCursor(Qt::ArrowCursor);
     ui->ID_TEST_MENU->menuAction()->setVisible(false);
+    nameMenuActions();
     connectMenus();
     widgets::Form::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
 }
@@ -45,6 +46,18 @@ mdiPendrake& mdiPendrake::instance()
     if (!frame)
         frame = new mdiPendrake;
     return *frame;
+}
+
+// Designer names the menus but neither their actions nor the separator.
+void mdiPendrake::nameMenuActions()
+{
+    const auto menus = findChildren<QMenu*>();
+    for (QMenu* menu : menus)
+        menu->menuAction()->setObjectName(menu->objectName());
+    const auto fileCommands = ui->mnuFile->actions();
+    for (QAction* command : fileCommands)
+        if (command->isSeparator())
+            command->setObjectName(QStringLiteral("Line"));
 }
 
 void mdiPendrake::connectMenus()

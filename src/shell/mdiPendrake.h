@@ -35,6 +35,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void nameMenuActions();
     void connectMenus();
     void mnuExit_Click();
     void activate();

@@ -24,7 +24,7 @@ public:
     Value(qint64 value) : m_data(value) {}
     Value(double value) : m_data(value) {}
     Value(QString value) : m_data(std::move(value)) {}
-    Value(const char16_t* value) : m_data(QString(value)) {}
+    Value(const char16_t* value) : m_data(QString::fromUtf16(value)) {}
     Value(DateTime value) : m_data(value) {}
     Value(QDate value) : m_data(DateTime{value}) {}
     Value(const void*) = delete; // no pointer is a yes/no

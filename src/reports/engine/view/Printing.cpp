@@ -58,7 +58,10 @@ std::unique_ptr<QPrinter> defaultPrinter()
     return std::make_unique<QPrinter>(info, QPrinter::HighResolution);
 }
 
-void setPrinterFactory(PrinterFactory factory) { theFactory = std::move(factory); }
+void setPrinterFactory(PrinterFactory factory)
+{
+    theFactory = std::move(factory);
+}
 
 void preparePrinter(QPrinter& printer, const Document& document)
 {

@@ -46,7 +46,7 @@ QString messageOf(const ReportError& error, const QString& reportFile)
 {
     QStringList lines{error.message()};
     const QString file = error.file().isEmpty() ? reportFile : error.file();
-    if (!file.isEmpty())
+    if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
         lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(platform::nativePath(file)));
     if (error.place().line > 0) {
         lines << (error.place().column > 0
@@ -76,10 +76,7 @@ void ReportControl::setDatabaseFile(int slot, const QString& path)
 {
     const bool ofSubreport = m_subreportPointed && !m_subreport.isEmpty();
     Slots& databases = ofSubreport ? m_request.subreports[m_subreport] : m_request.databases;
-    if (path.isEmpty())
-        databases.erase(slot);
-    else
-        databases[slot] = path;
+    databases[slot] = path;
 }
 
 QString ReportControl::databaseFile(int slot, const QString& subreport) const
@@ -163,7 +160,10 @@ int ReportControl::execute()
     return printDocument(*printer, *document, 1, 0, std::ref(progress)) ? 0 : UserInterrupt;
 }
 
-PreviewWindow* ReportControl::preview() const { return m_preview; }
+PreviewWindow* ReportControl::preview() const
+{
+    return m_preview;
+}
 
 void ReportControl::setDatabaseProvider(std::function<store::Database*(const QString& path)> provider)
 {
@@ -193,8 +193,9 @@ void ReportControl::show(Document&& document)
 
 void ReportControl::tell(const QString& text)
 {
-    const QString name = m_windowTitle.isEmpty() ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
-                                                 : m_windowTitle;
+    const QString name = m_windowTitle.isEmpty()
+                             ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
+                             : m_windowTitle;
     m_message = new ReportMessage(QStringLiteral("%1 - %2").arg(name, platform::title()), text);
     m_message->show();
     m_message->raise();

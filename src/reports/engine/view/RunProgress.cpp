@@ -18,8 +18,7 @@ constexpr int UpdateEvery = 50; // milliseconds
 
 } // namespace
 
-RunProgress::RunProgress(QString label)
-    : m_label(std::move(label)), m_busy(std::make_unique<widgets::BusyPointer>())
+RunProgress::RunProgress(QString label) : m_label(std::move(label)), m_busy(std::make_unique<widgets::BusyPointer>())
 {
     m_sinceStart.start();
 }

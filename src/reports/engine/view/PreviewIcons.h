@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QIcon>
+
+namespace orlo::reports
+{
+
+/// The pictures on the preview's buttons.
+enum class Glyph { First, Previous, Next, Last, ZoomIn, ZoomOut, Find, Up, Down, Print, Pdf, Csv, Pages, Close };
+
+/// A line drawing in the palette's text colour of the moment, sharp at every size.
+[[nodiscard]] QIcon glyphIcon(Glyph glyph);
+
+} // namespace orlo::reports

@@ -1,0 +1,117 @@
+#include "reports/frmCreatePurchaseList.h"
+
+#include "platform/Conversion.h"
+#include "reports/engine/view/ReportControl.h"
+#include "shell/Module1.h"
+#include "shell/dlgCalendar.h"
+#include "ui_frmCreatePurchaseList.h"
+#include "widgets/DataControl.h"
+#include "widgets/MessageBox.h"
+
+namespace orlo
+{
+
+frmCreatePurchaseList::frmCreatePurchaseList()
+    : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmCreatePurchaseList>()),
+      dcAssignedPurchases(new widgets::DataControl(this)), dcOtherPurchaseList(new widgets::DataControl(this)),
+      crPurchaseList(new reports::ReportControl(QStringLiteral("crPurchaseList"), this))
+{
+    ui->setupUi(this);
+    setCancelButton(ui->cmdCancel);
+    dcAssignedPurchases->setObjectName(QStringLiteral("dcAssignedPurchases"));
+    dcOtherPurchaseList->setObjectName(QStringLiteral("dcOtherPurchaseList"));
+    ui->dbgAssignedPurchases->setDataControl(dcAssignedPurchases);
+    ui->dbgAssignedPurchases->setColumns({
+        {QStringLiteral("Quantity"), QStringLiteral("Quantity"), 1000, Qt::AlignRight},
+        {QStringLiteral("Award Name"), QStringLiteral("Award_Name"), 3600},
+        {QStringLiteral("Award Type"), QStringLiteral("Insignia_Type"), 2200},
+    });
+    ui->dbgOtherPurchaseList->setDataControl(dcOtherPurchaseList);
+    ui->dbgOtherPurchaseList->setColumns({
+        {QStringLiteral("Quantity"), QStringLiteral("Quantity"), 1000, Qt::AlignRight},
+        {QStringLiteral("Item to Purchase"), QStringLiteral("Item_Name"), 5800},
+    });
+
+    for (QLineEdit* field : {ui->txtStartDate, ui->txtEndDate}) {
+        openCalendarOnDoubleClick(field);
+        setLeaveCheck(field, [field] { return ValidateDate(field->text()); });
+    }
+    connect(ui->cmdCreate, &QPushButton::clicked, this, &frmCreatePurchaseList::cmdCreate_Click);
+    connect(ui->cmdPreviewList, &QPushButton::clicked, this, [this] { runReport(QStringLiteral("VIEW")); });
+    connect(ui->cmdPrintList, &QPushButton::clicked, this, [this] { runReport(QStringLiteral("PRINT")); });
+    connect(ui->cmdClearOtherList, &QPushButton::clicked, this, &frmCreatePurchaseList::cmdClearOtherList_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &frmCreatePurchaseList::unload);
+}
+
+frmCreatePurchaseList::~frmCreatePurchaseList() = default;
+
+void frmCreatePurchaseList::load()
+{
+    ui->txtStartDate->setText(platform::shortDate(FirstOfMonth(platform::today())));
+    ui->txtEndDate->setText(platform::shortDate(LastOfMonth(platform::today())));
+    dcAssignedPurchases->setDatabase(&database());
+    dcOtherPurchaseList->setDatabase(&database());
+    database().execute(QStringLiteral("Delete From Purchase_List"));
+
+    dcAssignedPurchases->setRecordSource(QStringLiteral("Purchase_List"));
+    dcAssignedPurchases->refresh();
+    dcOtherPurchaseList->setRecordSource(QStringLiteral("Other_Purchase_List"));
+    dcOtherPurchaseList->refresh();
+}
+
+void frmCreatePurchaseList::cmdCreate_Click()
+{
+    if (ui->txtStartDate->text().isEmpty() || ui->txtEndDate->text().isEmpty()) {
+        widgets::message(QStringLiteral("You must enter a start date and end date"),
+                         QStringLiteral("Date Selection Error"));
+        return;
+    }
+    if (platform::toDate(ui->txtEndDate->text()) < platform::toDate(ui->txtStartDate->text())) {
+        widgets::message(QStringLiteral("The start date needs to be equal to or older then the end date"),
+                         QStringLiteral("Delete Selection Error"));
+        return;
+    }
+    createList();
+}
+
+void frmCreatePurchaseList::createList()
+{
+    const widgets::BusyPointer busy;
+    const QString statement = QStringLiteral("Insert Into Purchase_List (Award_Name, Quantity, Insignia_Type) ") +
+                              QStringLiteral("Select  Award_Name, Sum(Qty) as Quantity,  Insignia_Type ") +
+                              QStringLiteral("From UnionAwardsScoutAdults  ") +
+                              QStringLiteral(" Where Date_Assigned between #") + ui->txtStartDate->text() +
+                              QStringLiteral("# and #") + ui->txtEndDate->text() + QStringLiteral("#  ") +
+                              QStringLiteral(" Group by  Insignia_Type, Award_Name ") +
+                              QStringLiteral(" Order by Award_Name");
+    database().execute(QStringLiteral("Delete From Purchase_List"));
+    database().execute(statement);
+    dcAssignedPurchases->setRecordSource(QStringLiteral("Purchase_List"));
+    dcAssignedPurchases->refresh();
+    ui->dbgAssignedPurchases->refresh();
+}
+
+void frmCreatePurchaseList::cmdClearOtherList_Click()
+{
+    database().execute(QStringLiteral("Delete From Other_Purchase_List"));
+    dcOtherPurchaseList->refresh();
+    ui->dbgOtherPurchaseList->refresh();
+}
+
+void frmCreatePurchaseList::runReport(const QString& where)
+{
+    ui->dbgOtherPurchaseList->commitRow(); // an access key doesn't take the focus out of the grid
+    crPurchaseList->setDatabaseFile(0, databasePath());
+    crPurchaseList->setReportFile(gAppPath + QStringLiteral("\\PurchaseList.rpt"));
+    crPurchaseList->setSubreportToChange(QStringLiteral("OtherPurchaseList"));
+    crPurchaseList->setDatabaseFile(0, databasePath());
+    crPurchaseList->setWindowOption(true);
+    crPurchaseList->setWindowTitle(QStringLiteral("Purchase List"));
+    crPurchaseList->setWindowState(reports::PreviewMaximised);
+    crPurchaseList->setDestination(where == QLatin1String("VIEW") ? reports::ToPreview : reports::ToPrinter);
+    crPurchaseList->setFirstPage(1);
+    crPurchaseList->setLastPage(0);
+    crPurchaseList->run();
+}
+
+} // namespace orlo

@@ -1,0 +1,357 @@
+// Does the program's main work on the sample pack by itself, with real key and mouse events on real windows, and leaves
+// a picture of every screen in each of its states, and the printed pages, in a folder.
+//
+// usage: tour FOLDER [--dark]   FOLDER/app holds the application's files
+
+#include "platform/Application.h"
+#include "platform/RuntimeError.h"
+#include "reports/engine/Export.h"
+#include "reports/engine/Paint.h"
+#include "reports/engine/view/PreviewWindow.h"
+#include "reports/engine/view/ReportControl.h"
+#include "shell/Module1.h"
+#include "shell/mdiPendrake.h"
+#include "widgets/Application.h"
+#include "widgets/BoundGrid.h"
+#include "widgets/ComboBox.h"
+#include "widgets/FlexGrid.h"
+
+#include <QAction>
+#include <QDir>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyleFactory>
+#include <QTabBar>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+#include <functional>
+
+using namespace orlo;
+
+namespace
+{
+
+class Tour
+{
+public:
+    explicit Tour(QString folder) : m_folder(std::move(folder)) {}
+
+    void run();
+
+private:
+    void start();
+    void menus();
+    void packInformation();
+    void bulkAssignment();
+    void purchaseList();
+    void preview();
+    void printedPages(const reports::Document& document, const QString& name);
+    void errorDialog();
+
+    /// Starts something that waits, and does the rest inside its loop.
+    void during(const std::function<void()>& trigger, const std::function<void()>& inside);
+    void picture(QWidget& widget, const QString& name);
+    void choose(const char* command);
+
+    [[nodiscard]] static QWidget& window(const char* name);
+    template <class W>
+    [[nodiscard]] static W& control(QWidget& form, const char* name);
+    static void click(QWidget& form, const char* button);
+    static void type(QWidget& form, const char* box, const QString& text);
+    static void doubleClickRow(QTableView& grid, int row);
+    static void pick(widgets::ComboBox& box, const QString& entry);
+    static void settle() { QTest::qWait(80); }
+
+    QString m_folder;
+    int m_number = 0;
+};
+
+QWidget& Tour::window(const char* name)
+{
+    for (int tries = 0; tries < 100; ++tries) {
+        const auto windows = QApplication::allWidgets();
+        for (QWidget* widget : windows)
+            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
+                return *widget;
+        QTest::qWait(100);
+    }
+    qFatal("the window %s never came up", name);
+}
+
+template <class W>
+W& Tour::control(QWidget& form, const char* name)
+{
+    W* found = form.findChild<W*>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("no control %s", name);
+    return *found;
+}
+
+void Tour::click(QWidget& form, const char* button)
+{
+    QTest::mouseClick(&control<QPushButton>(form, button), Qt::LeftButton);
+}
+
+void Tour::type(QWidget& form, const char* box, const QString& text)
+{
+    auto& field = control<QLineEdit>(form, box);
+    QTest::mouseClick(&field, Qt::LeftButton);
+    field.selectAll();
+    QTest::keyClicks(&field, text);
+}
+
+void Tour::doubleClickRow(QTableView& grid, int row)
+{
+    const QModelIndex cell = grid.model()->index(row, 1);
+    grid.scrollTo(cell);
+    const QPoint at = grid.visualRect(cell).center();
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, at);
+}
+
+void Tour::pick(widgets::ComboBox& box, const QString& entry)
+{
+    box.showPopup();
+    settle();
+    const int row = box.findText(entry);
+    if (row < 0)
+        qFatal("no entry %s", qPrintable(entry));
+    box.view()->setCurrentIndex(box.model()->index(row, 0));
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    settle();
+}
+
+void Tour::picture(QWidget& widget, const QString& name)
+{
+    settle();
+    const QString file = QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
+    if (!widget.grab().save(file))
+        qFatal("can't write %s", qPrintable(file));
+    std::printf("%s\n", qPrintable(file));
+}
+
+void Tour::during(const std::function<void()>& trigger, const std::function<void()>& inside)
+{
+    bool done = false;
+    QTimer::singleShot(150, qApp, [&] {
+        inside();
+        done = true;
+    });
+    trigger();
+    while (!done)
+        QTest::qWait(50);
+}
+
+void Tour::choose(const char* command) { control<QAction>(mdiPendrake::instance(), command).trigger(); }
+
+void Tour::start()
+{
+    picture(window("frmSplash"), QStringLiteral("splash"));
+    picture(window("mdiPendrake"), QStringLiteral("main-frame"));
+}
+
+void Tour::menus()
+{
+    auto& frame = mdiPendrake::instance();
+    for (const char* name : {"mnuFile", "mnuForms", "mnuReports", "mnuHelp"}) {
+        auto& menu = control<QMenu>(frame, name);
+        menu.popup(frame.mapToGlobal(QPoint(0, 30)));
+        picture(menu, QStringLiteral("menu-") + QLatin1String(name));
+        menu.close();
+    }
+    during([this] { choose("mnuExit"); },
+           [this] {
+               QWidget* box = QApplication::activeModalWidget();
+               picture(*box, QStringLiteral("exit-question"));
+               QTest::keyClick(box, Qt::Key_Escape);
+           });
+}
+
+void Tour::packInformation()
+{
+    choose("mnuPackInformation");
+    auto& form = window("frmPackInformation");
+    picture(mdiPendrake::instance(), QStringLiteral("pack-information"));
+    type(form, "txtPackName", QStringLiteral("Riverside Community Church"));
+    picture(form, QStringLiteral("pack-information-changed"));
+    during([&] { click(form, "cmdExit"); },
+           [this] {
+               QWidget* box = QApplication::activeModalWidget();
+               picture(*box, QStringLiteral("save-question"));
+               QTest::keyClick(box, Qt::Key_Return);
+           });
+}
+
+void Tour::bulkAssignment()
+{
+    choose("mnuAssignInsignias");
+    auto& form = window("frmAssignInsignias");
+    picture(mdiPendrake::instance(), QStringLiteral("assign-awards"));
+    auto& people = control<widgets::FlexGrid>(form, "fgSelectFrom");
+    for (int row : {0, 2, 3, 7, 11})
+        doubleClickRow(people, row);
+    picture(form, QStringLiteral("assign-awards-pack-selected"));
+
+    auto& tabs = control<QTabWidget>(form, "SSTabAssignInsignias");
+    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
+    auto& dens = control<widgets::ComboBox>(form, "comDen");
+    dens.showPopup();
+    settle();
+    const QString den = dens.itemText(1);
+    dens.hidePopup();
+    pick(dens, den);
+    picture(form, QStringLiteral("assign-awards-den"));
+    click(form, "cmdSelAllByDenScouts");
+    click(form, "cmdSelAllByDenAdults");
+
+    during([&] { click(form, "cmdAssignAward"); },
+           [this] {
+               QWidget* box = QApplication::activeModalWidget();
+               picture(*box, QStringLiteral("assign-awards-no-award"));
+               QTest::keyClick(box, Qt::Key_Return);
+           });
+    auto& awards = control<widgets::ComboBox>(form, "cboAward");
+    awards.showPopup();
+    picture(*awards.view()->window(), QStringLiteral("assign-awards-award-list"));
+    const QString award = awards.itemText(4);
+    awards.hidePopup();
+    pick(awards, award);
+    type(form, "txtAssignDate", QStringLiteral("11/31/2026"));
+    during([&] { click(form, "cmdAssignAward"); },
+           [this] {
+               QWidget* box = QApplication::activeModalWidget();
+               picture(*box, QStringLiteral("assign-awards-bad-date"));
+               QTest::keyClick(box, Qt::Key_Return);
+           });
+    during([&] { QTest::mouseDClick(&control<QLineEdit>(form, "txtAssignDate"), Qt::LeftButton); },
+           [this] {
+               auto& calendar = window("dlgCalendar");
+               picture(calendar, QStringLiteral("calendar"));
+               click(calendar, "cmdSelectDate");
+           });
+    picture(form, QStringLiteral("assign-awards-ready"));
+    click(form, "cmdAssignAward");
+    picture(form, QStringLiteral("assign-awards-done"));
+    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(0).center());
+    form.parentWidget()->resize(form.parentWidget()->size() + QSize(160, 120));
+    picture(mdiPendrake::instance(), QStringLiteral("assign-awards-larger"));
+    click(form, "cmdExit");
+}
+
+void Tour::purchaseList()
+{
+    during([this] { choose("mnuPurchaseList"); },
+           [this] {
+               auto& form = window("frmCreatePurchaseList");
+               picture(form, QStringLiteral("purchase-list"));
+               type(form, "txtStartDate", QStringLiteral("9/1/2026"));
+               click(form, "cmdCreate");
+               picture(form, QStringLiteral("purchase-list-created"));
+               auto& other = control<QTableView>(form, "dbgOtherPurchaseList");
+               const QModelIndex last = other.model()->index(other.model()->rowCount() - 1, 0);
+               other.scrollTo(last);
+               QTest::mouseClick(other.viewport(), Qt::LeftButton, {}, other.visualRect(last).center());
+               QTest::keyClicks(&other, QStringLiteral("12"));
+               QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+               QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Neckerchief slides"));
+               picture(form, QStringLiteral("purchase-list-typing"));
+               click(form, "cmdPreviewList");
+               preview();
+               click(form, "cmdCancel");
+           });
+}
+
+void Tour::preview()
+{
+    auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
+    report.resize(1000, 760);
+    picture(report, QStringLiteral("preview"));
+    QTest::keyClick(&report, Qt::Key_F, Qt::ControlModifier);
+    settle();
+    QTest::keyClicks(&control<QLineEdit>(report, "txtFind"), QStringLiteral("pin"));
+    QTest::keyClick(&control<QLineEdit>(report, "txtFind"), Qt::Key_Return);
+    picture(report, QStringLiteral("preview-find"));
+    printedPages(report.document(), QStringLiteral("PurchaseList"));
+    report.close();
+}
+
+void Tour::printedPages(const reports::Document& document, const QString& name)
+{
+    reports::writePdf(document, m_folder + u'/' + name + QStringLiteral(".pdf"));
+    constexpr double Scale = 1.5; // 108 dots to the inch
+    for (int page = 0; page < int(document.pages.size()); ++page) {
+        QImage image((document.paper * Scale).toSize(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(Scale, Scale);
+        reports::paintPage(painter, document, page);
+        painter.end();
+        image.save(QStringLiteral("%1/%2-page%3.png").arg(m_folder, name).arg(page + 1));
+    }
+}
+
+void Tour::errorDialog()
+{
+    platform::pendingError::set(platform::RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine")));
+    during([] { CriticalError(); },
+           [this] {
+               auto& dialog = window("dlgError");
+               picture(dialog, QStringLiteral("error"));
+               auto& tabs = control<QTabWidget>(dialog, "SSIndexTab1");
+               QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
+               picture(dialog, QStringLiteral("error-details"));
+               click(dialog, "cmdOk");
+           });
+}
+
+void Tour::run()
+{
+    start();
+    menus();
+    packInformation();
+    bulkAssignment();
+    purchaseList();
+    errorDialog();
+}
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(45, 47, 51));
+    palette.setColor(QPalette::Base, QColor(30, 32, 35));
+    palette.setColor(QPalette::AlternateBase, QColor(38, 40, 44));
+    palette.setColor(QPalette::Highlight, QColor(70, 120, 190));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+        palette.setColor(role, QColor(230, 230, 230));
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+    return palette;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    widgets::Application application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2) {
+        std::fprintf(stderr, "usage: tour FOLDER [--dark]\n");
+        return 2;
+    }
+    const QString folder = QDir(arguments[1]).absolutePath();
+    if (arguments.contains(QStringLiteral("--dark")))
+        QApplication::setPalette(darkPalette());
+    platform::setFolder(folder + QStringLiteral("/app"));
+    QTimer::singleShot(0, qApp, [folder] {
+        startProgram();
+        Tour(folder).run();
+        std::fflush(stdout);
+        std::_Exit(EXIT_SUCCESS); // nothing is left to close
+    });
+    return QApplication::exec();
+}
