@@ -54,6 +54,8 @@ public:
 
 private:
     friend class Database;
+    void write() const;
+
     QString m_name;
     std::vector<Field> m_fields;
     std::vector<Index> m_indexes;
@@ -98,6 +100,7 @@ public:
     explicit Database(std::shared_ptr<Connection> connection);
 
 private:
+    friend class BulkLoad;
     std::shared_ptr<Connection> m_connection;
 };
 
@@ -105,7 +108,8 @@ private:
 namespace DBEngine
 {
 /// Opens a file for shared read and write; the path is resolved as the file system object does. Raises 3024 for a
-/// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or written.
+/// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or
+/// written.
 [[nodiscard]] Database openDatabase(const QString& path);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);

@@ -17,8 +17,8 @@ enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Dat
 struct FieldInfo {
     QString name;
     FieldType type = FieldType::Text;
-    int size = 0;           ///< most characters of a Text field, 0 for none stated
-    bool counter = false;   ///< numbered by the engine
+    int size = 0;         ///< most characters of a Text field, 0 for none stated
+    bool counter = false; ///< numbered by the engine
 };
 
 /// A set of records with a position, read and written by field name (without regard to case).
@@ -64,7 +64,8 @@ public:
     /// Drops the open buffer; nothing happens without one.
     void cancelUpdate();
     /// Writes the buffer: a new record goes to the end of the set, and the position stays where it was. Raises 3020
-    /// without a buffer, 3022 for a duplicate key, 3058 and 3315 for what the table refuses; the buffer then stays open.
+    /// without a buffer, 3022 for a duplicate key, 3058 and 3315 for what the table refuses; the buffer then stays
+    /// open.
     void update();
     /// Removes the current record; it stays the position until the next move. Raises 3021, 3027, 3167.
     void remove();

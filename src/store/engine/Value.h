@@ -53,7 +53,8 @@ public:
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;
 
-    /// The same kind and content; Null equals Null. Text compares by code unit here; see compareText for the engine's way.
+    /// The same kind and content; Null equals Null. Text compares by code unit here; see compareText for the engine's
+    /// way.
     friend bool operator==(const Value&, const Value&) = default;
 
     using Data = std::variant<std::monostate, bool, qint64, double, QString, DateTime>;

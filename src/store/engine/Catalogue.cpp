@@ -1,0 +1,233 @@
+#include "store/engine/Catalogue.h"
+
+#include "platform/RuntimeError.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Conversion.h"
+#include "store/engine/TableSql.h"
+
+#include <QRegularExpression>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+constexpr char StoredQueries[] = "Stored_Queries";
+
+QString raiser()
+{
+    return QStringLiteral("Catalogue");
+}
+
+// The statement that made an object, as the file keeps it.
+QString sqlOf(Connection& connection, const QString& name)
+{
+    auto found = connection.statement("SELECT sql FROM sqlite_master WHERE name = ?1");
+    found.bind(1, Value(name));
+    return found.step() ? found.text(0) : QString();
+}
+
+Value defaultOf(const QString& text, FieldType type)
+{
+    if (text.isEmpty())
+        return {};
+    if (text.startsWith(u'\''))
+        return text.mid(1, text.size() - 2).replace(QLatin1String("''"), QLatin1String("'"));
+    const double number = text.toDouble();
+    if (type == FieldType::Boolean)
+        return number == 0 ? Value() : Value(true); // no is what a yes/no starts with anyway
+    return converted(Value(number), FieldInfo{{}, type});
+}
+
+Field readField(Statement& row, const QString& tableSql)
+{
+    const FieldInfo declared = declaredField(row.text(1).toUtf8());
+    Field field;
+    field.name = row.text(0);
+    field.type = declared.type;
+    field.size = declared.size;
+    const bool textual = field.type == FieldType::Text || field.type == FieldType::Memo;
+    field.allowZeroLength = textual && !tableSql.contains(checkName(field.name, Rule::ZeroLength));
+    const bool key = row.integer(4) != 0;
+    field.required = row.integer(2) != 0 && !key;
+    field.autoIncrement = key && tableSql.contains(QLatin1String(" AUTOINCREMENT"));
+    field.defaultValue = defaultOf(row.text(3), field.type);
+    return field;
+}
+
+// A primary key stands in the table's own statement, under the name that it was given.
+std::optional<Index> readPrimary(const QString& tableSql, const QStringList& keyFields)
+{
+    static const QRegularExpression Name(QStringLiteral("CONSTRAINT \"((?:[^\"]|\"\")+)\" PRIMARY KEY"));
+    const auto match = Name.match(tableSql);
+    if (keyFields.isEmpty() || (!match.hasMatch() && tableSql.contains(QLatin1String(" AUTOINCREMENT"))))
+        return std::nullopt;
+    QString name = match.hasMatch() ? match.captured(1) : QStringLiteral("PrimaryKey");
+    return Index{name.replace(QLatin1String("\"\""), QLatin1String("\"")), keyFields, true, true, true};
+}
+
+std::vector<Index> readIndexes(Connection& connection, const QString& table)
+{
+    std::vector<Index> indexes;
+    auto rows = connection.statement("SELECT l.name, l.\"unique\" FROM pragma_index_list(?1) l JOIN sqlite_master m "
+                                     "ON m.name = l.name AND m.type = 'index' WHERE l.origin = 'c' ORDER BY m.rowid");
+    rows.bind(1, Value(table));
+    while (rows.step()) {
+        const QString name = rows.text(0);
+        const QString own = fileIndexName(table, {});
+        Index index{name.startsWith(own) ? name.mid(own.size()) : name, {}, false, rows.integer(1) != 0};
+        auto fields = connection.statement("SELECT name FROM pragma_index_info(?1) ORDER BY seqno");
+        fields.bind(1, Value(name));
+        while (fields.step())
+            index.fields.append(fields.text(0));
+        indexes.push_back(std::move(index));
+    }
+    return indexes;
+}
+
+QStringList namesOf(Connection& connection, const char* type)
+{
+    QStringList names;
+    auto rows = connection.statement("SELECT name FROM sqlite_master WHERE type = ?1 AND name NOT LIKE 'sqlite[_]*' "
+                                     "AND name <> 'Stored_Queries' ORDER BY rowid");
+    rows.bind(1, Value(QString::fromLatin1(type)));
+    while (rows.step())
+        names.append(rows.text(0));
+    return names;
+}
+
+void addIndexes(Connection& connection, const TableDef& table)
+{
+    for (const Index& index : table.indexes())
+        if (!index.primary)
+            connection.run(indexSql(table.name(), index));
+    for (const QByteArray& trigger : keyTriggers(table))
+        connection.run(trigger);
+}
+
+} // namespace
+
+TableDef readTable(Connection& connection, QStringView name)
+{
+    const TableInfo* known = connection.table(name);
+    if (!known || known->isQuery)
+        throw RuntimeError(platform::FieldNotFound, raiser());
+    TableDef table(known->name);
+    const QString sql = sqlOf(connection, table.name());
+    auto columns =
+        connection.statement("SELECT name, type, \"notnull\", dflt_value, pk FROM pragma_table_xinfo(?1) ORDER BY cid");
+    columns.bind(1, Value(table.name()));
+    QStringList keyFields;
+    while (columns.step()) {
+        table.appendField(readField(columns, sql));
+        if (columns.integer(4) != 0)
+            keyFields.append(columns.text(0));
+    }
+    if (const auto primary = readPrimary(sql, keyFields))
+        table.appendIndex(*primary);
+    for (const Index& index : readIndexes(connection, table.name()))
+        table.appendIndex(index);
+    return table;
+}
+
+void createTable(Connection& connection, const TableDef& table)
+{
+    if (connection.table(table.name()))
+        throw RuntimeError(platform::ObjectAlreadyExists, raiser());
+    Transaction transaction(connection);
+    connection.run(tableSql(table, table.name()));
+    addIndexes(connection, table);
+    transaction.commit();
+    connection.noteSchemaChange();
+}
+
+void rebuildTable(Connection& connection, const TableDef& table)
+{
+    QByteArray from;
+    QByteArray to;
+    const TableDef old = readTable(connection, table.name());
+    for (const Field& field : table.fields()) {
+        const bool kept = std::ranges::any_of(old.fields(), [&field](const Field& other) {
+            return other.name.compare(field.name, Qt::CaseInsensitive) == 0;
+        });
+        to += (to.isEmpty() ? "" : ",") + quoted(field.name);
+        from += (from.isEmpty() ? "" : ",") + (kept ? quoted(field.name) : QByteArray("NULL"));
+    }
+    const QString passing = QStringLiteral("~") + table.name();
+    Transaction transaction(connection);
+    connection.run(tableSql(table, passing));
+    connection.run("INSERT INTO " + quoted(passing) + '(' + to + ") SELECT " + from + " FROM " + quoted(table.name()) +
+                   " ORDER BY rowid");
+    connection.run("DROP TABLE " + quoted(table.name()));
+    connection.run("ALTER TABLE " + quoted(passing) + " RENAME TO " + quoted(table.name()));
+    addIndexes(connection, table);
+    transaction.commit();
+    connection.noteSchemaChange();
+}
+
+void dropTable(Connection& connection, QStringView name)
+{
+    const TableInfo* table = connection.table(name);
+    if (!table || table->isQuery)
+        throw RuntimeError(platform::FieldNotFound, raiser());
+    const QByteArray drop = "DROP TABLE " + quoted(table->name);
+    connection.run(drop);
+    connection.noteSchemaChange();
+}
+
+void createIndex(Connection& connection, const QString& table, const Index& index)
+{
+    TableDef changed = readTable(connection, table);
+    changed.appendIndex(index);
+    if (index.primary || index.unique || index.required)
+        return rebuildTable(connection, changed); // Null and equal texts are the table's business
+    connection.run(indexSql(changed.name(), index));
+    connection.noteSchemaChange();
+}
+
+void createQuery(Connection& connection, const QueryDef& query)
+{
+    if (connection.table(query.name))
+        throw RuntimeError(platform::QueryAlreadyExists, raiser());
+    const Translated translated = translate(query.sql);
+    if (translated.kind != Translated::Kind::Select)
+        throw RuntimeError(platform::SyntaxError, raiser());
+    Transaction transaction(connection);
+    connection.run(QByteArray("CREATE TABLE IF NOT EXISTS ") + StoredQueries +
+                   "(\"Name\" TEXT(64) NOT NULL PRIMARY KEY, \"Sql\" LONGTEXT NOT NULL)");
+    connection.run("CREATE VIEW " + quoted(query.name) + " AS " + translated.sql.toUtf8());
+    {
+        auto text = connection.statement(QByteArray("INSERT INTO ") + StoredQueries + " VALUES(?1, ?2)");
+        text.bind(1, Value(query.name));
+        text.bind(2, Value(query.sql));
+        text.step();
+    }
+    transaction.commit();
+    connection.noteSchemaChange();
+}
+
+QueryDef readQuery(Connection& connection, QStringView name)
+{
+    const TableInfo* found = connection.table(name);
+    if (!found || !found->isQuery)
+        throw RuntimeError(platform::FieldNotFound, raiser());
+    const QueryDef query{found->name, {}};
+    auto text = connection.statement(QByteArray("SELECT \"Sql\" FROM ") + StoredQueries + " WHERE \"Name\" = ?1");
+    text.bind(1, Value(query.name));
+    return {query.name, text.step() ? text.text(0) : QString()};
+}
+
+QStringList tableNames(Connection& connection)
+{
+    return namesOf(connection, "table");
+}
+
+QStringList queryNames(Connection& connection)
+{
+    return namesOf(connection, "view");
+}
+
+} // namespace orlo::store

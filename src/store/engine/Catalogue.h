@@ -1,0 +1,27 @@
+#pragma once
+
+#include "store/engine/Database.h"
+
+namespace orlo::store
+{
+
+class Connection;
+
+/// The definition of a table of the file. Raises 3265 for an unknown name.
+[[nodiscard]] TableDef readTable(Connection& connection, QStringView name);
+/// Makes a table of a definition. Raises 3010 for a name that is there already.
+void createTable(Connection& connection, const TableDef& table);
+/// Gives a table of the file a new definition; fields that keep their name keep their values, new ones are Null.
+void rebuildTable(Connection& connection, const TableDef& table);
+void dropTable(Connection& connection, QStringView name);
+/// Adds an index to a table of the file.
+void createIndex(Connection& connection, const QString& table, const Index& index);
+/// Stores a query as a view of its name, with its given text beside it. Raises 3012 for a name that is there already.
+void createQuery(Connection& connection, const QueryDef& query);
+/// Raises 3265 for an unknown name.
+[[nodiscard]] QueryDef readQuery(Connection& connection, QStringView name);
+/// Names in the order of their making.
+[[nodiscard]] QStringList tableNames(Connection& connection);
+[[nodiscard]] QStringList queryNames(Connection& connection);
+
+} // namespace orlo::store

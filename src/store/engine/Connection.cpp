@@ -1,0 +1,313 @@
+#include "store/engine/Connection.h"
+
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "store/engine/Failure.h"
+#include "store/engine/Functions.h"
+#include "store/engine/Guard.h"
+#include "store/engine/Source.h"
+#include "store/engine/Statement.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+constexpr int BusyMilliseconds = 2000;
+constexpr std::size_t MostStatements = 64;
+constexpr qsizetype MostTexts = 256;
+
+QString raiser()
+{
+    return QStringLiteral("Database");
+}
+
+} // namespace
+
+Connection::Connection(const QString& path, Mode mode) : m_path(path), m_file(platform::nativePath(path))
+{
+    try {
+        open(mode);
+    } catch (...) {
+        close();
+        if (mode == Mode::Create)
+            QFile::remove(m_file);
+        throw;
+    }
+}
+
+Connection::~Connection()
+{
+    close();
+}
+
+void Connection::open(Mode mode)
+{
+    // An absolute path, since SQLite reads "file:" as the start of an address with options.
+    m_file = QFileInfo(m_file).absoluteFilePath();
+    int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
+    if (mode == Mode::Open)
+        checkFile();
+    else
+        flags |= SQLITE_OPEN_CREATE;
+    const int code = sqlite3_open_v2(QFile::encodeName(m_file).constData(), &m_db, flags, nullptr);
+    if (code != SQLITE_OK)
+        throw RuntimeError(mode == Mode::Open ? platform::CannotLockFile : platform::PathFileAccess, raiser());
+    harden();
+    if (mode == Mode::Create)
+        return;
+    if (sqlite3_db_readonly(m_db, "main") == 1)
+        throw RuntimeError(platform::CannotLockFile, raiser());
+    // Rolls back what a killed process left half done, finds a damaged catalogue, and proves the write lock.
+    run("BEGIN IMMEDIATE;ROLLBACK;SELECT count(*) FROM sqlite_master");
+}
+
+void Connection::checkFile() const
+{
+    const QFileInfo info(m_file);
+    if (!info.exists())
+        throw RuntimeError(platform::DatabaseNotFound, raiser());
+    if (!info.isFile())
+        throw RuntimeError(platform::UnrecognisedFormat, raiser());
+    QFile file(m_file);
+    if (!file.open(QIODevice::ReadOnly) || !info.isWritable())
+        throw RuntimeError(platform::CannotLockFile, raiser());
+    if (file.read(16) != QByteArray("SQLite format 3", 16))
+        throw RuntimeError(platform::UnrecognisedFormat, raiser());
+}
+
+void Connection::harden()
+{
+    sqlite3_extended_result_codes(m_db, 1);
+    sqlite3_busy_timeout(m_db, BusyMilliseconds);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    // A table may be renamed while a stored query names one that doesn't exist.
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_LEGACY_ALTER_TABLE, 1, nullptr);
+    sqlite3_limit(m_db, SQLITE_LIMIT_ATTACHED, 0);
+    addFunctions(m_db);
+    sqlite3_set_authorizer(m_db, guard, this);
+    run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
+        "PRAGMA journal_mode=DELETE;PRAGMA synchronous=EXTRA");
+}
+
+void Connection::close()
+{
+    m_byText.clear();
+    m_statements.clear();
+    m_translations.clear();
+    m_sources.clear();
+    m_shapes.clear();
+    m_tables.clear();
+    sqlite3_close_v2(m_db);
+    m_db = nullptr;
+}
+
+void Connection::ensureOpen() const
+{
+    if (!m_db)
+        throw RuntimeError(platform::ObjectInvalid, raiser());
+}
+
+std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, Origin origin)
+{
+    auto prepared = std::make_shared<Statement::Prepared>();
+    prepared->connection = this;
+    prepared->sql = sql;
+    guarding = origin == Origin::Outside;
+    refusal = 0;
+    const int code = sqlite3_prepare_v3(m_db, sql.constData(), static_cast<int>(sql.size()) + 1,
+                                        SQLITE_PREPARE_PERSISTENT, &prepared->handle, nullptr);
+    guarding = false;
+    if (code != SQLITE_OK)
+        raiseLast(code, true);
+    if (!prepared->handle)
+        throw RuntimeError(platform::SyntaxError, raiser());
+    return prepared;
+}
+
+Statement Connection::statement(const QByteArray& sql, Origin origin)
+{
+    ensureOpen();
+    if (const auto known = m_byText.constFind(sql); known != m_byText.cend()) {
+        if ((*known.value())->inUse)
+            return Statement(prepare(sql, origin));
+        m_statements.splice(m_statements.begin(), m_statements, known.value());
+        m_statements.front()->inUse = true;
+        return Statement(m_statements.front());
+    }
+    auto prepared = prepare(sql, origin);
+    prepared->inUse = true;
+    m_statements.push_front(prepared);
+    m_byText.insert(sql, m_statements.begin());
+    if (m_statements.size() > MostStatements) {
+        m_byText.remove(m_statements.back()->sql);
+        m_statements.pop_back();
+    }
+    return Statement(std::move(prepared));
+}
+
+void Connection::run(const QByteArray& sql)
+{
+    ensureOpen();
+    if (const int code = sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr); code != SQLITE_OK)
+        raiseLast(code);
+}
+
+std::shared_ptr<const Translated> Connection::translated(const QString& statement)
+{
+    auto& known = m_translations[statement];
+    if (!known) {
+        try {
+            known = std::make_shared<const Translated>(translate(statement));
+        } catch (...) {
+            m_translations.remove(statement);
+            throw;
+        }
+        if (m_translations.size() > MostTexts) {
+            const auto kept = known;
+            m_translations.clear();
+            m_translations.insert(statement, kept);
+            return kept;
+        }
+    }
+    return known;
+}
+
+std::shared_ptr<const Source> Connection::source(const QString& text)
+{
+    if (const auto known = m_sources.value(text))
+        return known;
+    auto made = makeSource(*this, text);
+    if (m_sources.size() >= MostTexts)
+        m_sources.clear();
+    if (m_shapes.size() >= MostTexts)
+        m_shapes.clear();
+    m_sources.insert(text, made);
+    return made;
+}
+
+const TableInfo* Connection::table(QStringView name)
+{
+    const QString key = name.toString().toCaseFolded();
+    if (const auto known = m_tables.constFind(key); known != m_tables.cend())
+        return &known.value();
+    auto found = statement("SELECT name, type FROM sqlite_master WHERE type IN ('table', 'view') "
+                           "AND name = ?1 COLLATE NOCASE AND name NOT LIKE 'sqlite[_]*'");
+    found.bind(1, Value(name.toString()));
+    if (!found.step() || name.compare(QLatin1String("Stored_Queries"), Qt::CaseInsensitive) == 0)
+        return nullptr;
+    TableInfo info{found.text(0), found.text(1) == QLatin1String("view"), {}};
+    if (!info.isQuery)
+        info.rowKey = rowKeyOf(*this, info.name);
+    return &*m_tables.insert(key, std::move(info));
+}
+
+void Connection::noteSchemaChange()
+{
+    m_sources.clear();
+    m_shapes.clear();
+    m_tables.clear();
+    noteChange();
+}
+
+qint64 Connection::dataVersion()
+{
+    auto version = statement("PRAGMA data_version");
+    return version.step() ? version.integer(0) : 0;
+}
+
+void Connection::execute(const Translated& action)
+{
+    try {
+        auto run = statement(action.sql.toUtf8(), Origin::Outside);
+        while (run.step())
+            ;
+    } catch (const RuntimeError& error) {
+        noteChange();
+        if (sqlite3_extended_errcode(m_db) != SQLITE_CONSTRAINT_TRIGGER || error.number() != platform::DuplicateKey)
+            throw;
+        executeSkippingRefusedRows(action);
+    }
+    noteChange();
+}
+
+// The triggers that keep text keys apart end the whole statement, which is right for one row. For a statement over many
+// rows, temporary ones, which run before them, pass over just the row.
+void Connection::executeSkippingRefusedRows(const Translated& action)
+{
+    std::vector<std::pair<QString, QByteArray>> skipping;
+    {
+        auto triggers = statement("SELECT name, sql FROM sqlite_master WHERE type = 'trigger' AND sql LIKE ?1");
+        triggers.bind(1, Value(QStringLiteral("*RAISE(ABORT, 'UNIQUE constraint failed*")));
+        while (triggers.step()) {
+            QByteArray sql = triggers.text(1).toUtf8();
+            const qsizetype raise = sql.indexOf("RAISE(ABORT");
+            sql.replace(raise, sql.indexOf("');", raise) + 2 - raise, "RAISE(IGNORE)");
+            skipping.emplace_back(triggers.text(0),
+                                  sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TEMP TRIGGER"));
+        }
+    }
+    Transaction transaction(*this);
+    for (const auto& [name, sql] : skipping)
+        run(sql);
+    {
+        auto again = prepare(action.sql.toUtf8(), Origin::Outside);
+        Statement statement(std::move(again));
+        while (statement.step())
+            ;
+    }
+    for (const auto& [name, sql] : skipping)
+        run("DROP TRIGGER temp." + quoted(name));
+    transaction.commit();
+}
+
+void Connection::raiseLast(int code, bool preparing)
+{
+    const QString words = QString::fromUtf8(sqlite3_errmsg(m_db));
+    const int number = refusal != 0 ? refusal : failureNumber(sqlite3_extended_errcode(m_db), words, preparing);
+    refusal = 0;
+    if ((code & 0xFF) == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
+        noteSchemaChange();
+    throw RuntimeError(number, QStringLiteral("Database"),
+                       platform::standardDescription(number) + QStringLiteral(" (%1)").arg(words));
+}
+
+Transaction::Transaction(Connection& connection) : m_connection(connection)
+{
+    m_connection.ensureOpen();
+    m_open = sqlite3_get_autocommit(m_connection.handle()) != 0;
+    if (m_open)
+        m_connection.run("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction()
+{
+    if (m_open && m_connection.isOpen())
+        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::commit()
+{
+    if (m_open)
+        m_connection.run("COMMIT");
+    m_open = false;
+}
+
+QByteArray quoted(QStringView name)
+{
+    return '"' + name.toString().replace(u'"', QLatin1String("\"\"")).toUtf8() + '"';
+}
+
+} // namespace orlo::store

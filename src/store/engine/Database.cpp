@@ -1,0 +1,187 @@
+#include "store/engine/Database.h"
+
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "store/engine/Catalogue.h"
+#include "store/engine/Connection.h"
+#include "store/engine/RecordsetImpl.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+bool sameName(QStringView a, QStringView b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+Field& fieldOf(std::vector<Field>& fields, QStringView name)
+{
+    const auto found = std::ranges::find_if(fields, [name](const Field& field) { return sameName(field.name, name); });
+    if (found == fields.end())
+        throw RuntimeError(platform::FieldNotFound, QStringLiteral("TableDef"));
+    return *found;
+}
+
+} // namespace
+
+TableDef::TableDef(QString name) : m_name(std::move(name))
+{
+}
+
+void TableDef::appendField(const Field& field)
+{
+    if (std::ranges::any_of(m_fields, [&field](const Field& other) { return sameName(other.name, field.name); }))
+        throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
+    m_fields.push_back(field);
+    write();
+}
+
+void TableDef::deleteField(QStringView name)
+{
+    const Field& field = fieldOf(m_fields, name);
+    m_fields.erase(m_fields.begin() + (&field - m_fields.data()));
+    write();
+}
+
+void TableDef::appendIndex(const Index& index)
+{
+    if (std::ranges::any_of(m_indexes, [&index](const Index& other) { return sameName(other.name, index.name); }))
+        throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
+    for (const QString& field : index.fields)
+        (void)fieldOf(m_fields, field);
+    if (const auto connection = m_connection.lock())
+        createIndex(*connection, m_name, index);
+    m_indexes.push_back(index);
+}
+
+void TableDef::setAllowZeroLength(QStringView field, bool allow)
+{
+    fieldOf(m_fields, field).allowZeroLength = allow;
+    write();
+}
+
+void TableDef::setDefaultValue(QStringView field, const Value& value)
+{
+    fieldOf(m_fields, field).defaultValue = value;
+    write();
+}
+
+void TableDef::write() const
+{
+    if (const auto connection = m_connection.lock())
+        rebuildTable(*connection, *this);
+}
+
+Database::Database(std::shared_ptr<Connection> connection) : m_connection(std::move(connection))
+{
+}
+
+Database::~Database()
+{
+    if (m_connection)
+        m_connection->close();
+}
+
+Database::Database(Database&&) noexcept = default;
+
+Database& Database::operator=(Database&& other) noexcept
+{
+    if (this != &other) {
+        if (m_connection)
+            m_connection->close();
+        m_connection = std::move(other.m_connection);
+    }
+    return *this;
+}
+
+Recordset Database::openRecordset(const QString& source)
+{
+    m_connection->ensureOpen();
+    return Recordset(std::make_unique<Recordset::Impl>(m_connection, source));
+}
+
+void Database::execute(const QString& sql)
+{
+    m_connection->ensureOpen();
+    const auto action = m_connection->translated(sql);
+    if (action->kind == Translated::Kind::Select)
+        throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
+    m_connection->execute(*action);
+}
+
+void Database::close()
+{
+    m_connection->ensureOpen();
+    m_connection->close();
+}
+
+bool Database::isOpen() const
+{
+    return m_connection && m_connection->isOpen();
+}
+
+QString Database::name() const
+{
+    return m_connection->path();
+}
+
+QStringList Database::tableNames() const
+{
+    return store::tableNames(*m_connection);
+}
+
+TableDef Database::tableDef(QStringView name) const
+{
+    TableDef table = readTable(*m_connection, name);
+    table.m_connection = m_connection;
+    return table;
+}
+
+void Database::appendTableDef(TableDef& table)
+{
+    createTable(*m_connection, table);
+    table.m_connection = m_connection;
+}
+
+void Database::deleteTableDef(QStringView name)
+{
+    dropTable(*m_connection, name);
+}
+
+QStringList Database::queryNames() const
+{
+    return store::queryNames(*m_connection);
+}
+
+QueryDef Database::queryDef(QStringView name) const
+{
+    return readQuery(*m_connection, name);
+}
+
+void Database::createQueryDef(const QString& name, const QString& sql)
+{
+    createQuery(*m_connection, {name, sql});
+}
+
+Database DBEngine::openDatabase(const QString& path)
+{
+    return Database(std::make_shared<Connection>(path, Connection::Mode::Open));
+}
+
+Database DBEngine::createDatabase(const QString& path)
+{
+    if (QFileInfo::exists(platform::nativePath(path)))
+        throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("DBEngine"));
+    return Database(std::make_shared<Connection>(path, Connection::Mode::Create));
+}
+
+} // namespace orlo::store

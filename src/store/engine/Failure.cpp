@@ -1,0 +1,83 @@
+#include "store/engine/Failure.h"
+
+#include "platform/RuntimeError.h"
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+// Checks are named "<field> <rule>", so the last word tells what was broken.
+int checkNumber(const QString& words)
+{
+    if (words.endsWith(QLatin1String(" zero length")))
+        return platform::ZeroLengthNotAllowed;
+    if (words.endsWith(QLatin1String(" size")))
+        return platform::FieldTooSmall;
+    if (words.endsWith(QLatin1String(" range")))
+        return platform::Overflow;
+    return platform::WrongDataType;
+}
+
+int constraintNumber(int code, const QString& words)
+{
+    switch (code) {
+    case SQLITE_CONSTRAINT_CHECK:
+        return checkNumber(words);
+    case SQLITE_CONSTRAINT_NOTNULL:
+        return platform::NullInPrimaryKey;
+    case SQLITE_CONSTRAINT_DATATYPE:
+        return platform::WrongDataType;
+    default:
+        return platform::DuplicateKey;
+    }
+}
+
+int statementNumber(const QString& words, bool preparing)
+{
+    if (words.startsWith(QLatin1String("no such column")) || words.contains(QLatin1String("has no column named")))
+        return platform::UnknownName;
+    if (words.startsWith(QLatin1String("no such table")) || words.startsWith(QLatin1String("no such view")))
+        return platform::UnknownTable;
+    if (!preparing && words.startsWith(QLatin1String("integer overflow")))
+        return platform::Overflow;
+    return platform::SyntaxError;
+}
+
+} // namespace
+
+int failureNumber(int code, const QString& words, bool preparing)
+{
+    switch (code & 0xFF) {
+    case SQLITE_CONSTRAINT:
+        return constraintNumber(code, words);
+    case SQLITE_MISMATCH:
+        return platform::WrongDataType;
+    case SQLITE_TOOBIG:
+        return platform::FieldTooSmall;
+    case SQLITE_FULL:
+        return platform::DiskFull;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_CANTOPEN:
+        return platform::CannotLockFile;
+    case SQLITE_PERM:
+    case SQLITE_READONLY:
+        return platform::ReadOnlySet;
+    case SQLITE_CORRUPT:
+        return platform::DatabaseDamaged;
+    case SQLITE_NOTADB:
+        return platform::UnrecognisedFormat;
+    case SQLITE_IOERR:
+        return code == SQLITE_IOERR_LOCK || code == SQLITE_IOERR_RDLOCK ? platform::CannotLockFile
+               : code == SQLITE_IOERR_SHORT_READ                        ? platform::DatabaseDamaged
+                                                                        : platform::PathFileAccess;
+    default:
+        return statementNumber(words, preparing);
+    }
+}
+
+} // namespace orlo::store

@@ -1,0 +1,187 @@
+#include "store/engine/Functions.h"
+
+#include "platform/Conversion.h"
+#include "store/engine/Text.h"
+
+#include <QString>
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+constexpr int Pure = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+constexpr int Changing = SQLITE_UTF8 | SQLITE_INNOCUOUS;
+
+using Arguments = sqlite3_value**;
+
+std::string_view utf8(sqlite3_value* value)
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string_view();
+}
+
+QString text(sqlite3_value* value)
+{
+    const std::string_view bytes = utf8(value);
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+bool isNull(sqlite3_value* value)
+{
+    return sqlite3_value_type(value) == SQLITE_NULL;
+}
+
+void giveText(sqlite3_context* context, QStringView result)
+{
+    const QByteArray bytes = result.toUtf8();
+    sqlite3_result_text64(context, bytes.constData(), static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT,
+                          SQLITE_UTF8);
+}
+
+// A text's length as a count argument bounds it.
+qsizetype count(sqlite3_value* value)
+{
+    return static_cast<qsizetype>(std::clamp<sqlite3_int64>(sqlite3_value_int64(value), 0, 1 << 30));
+}
+
+void like(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]) && !isNull(arguments[1]))
+        sqlite3_result_int(context, matchesLikeUtf8(utf8(arguments[1]), utf8(arguments[0])));
+}
+
+void upper(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]))
+        giveText(context, text(arguments[0]).toUpper());
+}
+
+void lower(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]))
+        giveText(context, text(arguments[0]).toLower());
+}
+
+void len(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]))
+        sqlite3_result_int64(context, text(arguments[0]).size());
+}
+
+void left(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]))
+        giveText(context, text(arguments[0]).left(count(arguments[1])));
+}
+
+void right(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]))
+        giveText(context, text(arguments[0]).right(count(arguments[1])));
+}
+
+void mid(sqlite3_context* context, int size, Arguments arguments)
+{
+    if (isNull(arguments[0]))
+        return;
+    const qsizetype start = count(arguments[1]);
+    if (start < 1)
+        return sqlite3_result_error(context, "Mid counts from 1", -1);
+    giveText(context, text(arguments[0]).mid(start - 1, size > 2 ? count(arguments[2]) : -1));
+}
+
+int yearOf(const QDate& date)
+{
+    return date.year();
+}
+int monthOf(const QDate& date)
+{
+    return date.month();
+}
+int dayOf(const QDate& date)
+{
+    return date.day();
+}
+
+template <int (*Part)(const QDate&)>
+void partOf(sqlite3_context* context, int, Arguments arguments)
+{
+    if (isNull(arguments[0]))
+        return;
+    if (const auto date = platform::readDate(text(arguments[0])))
+        sqlite3_result_int(context, Part(date->date));
+}
+
+void date(sqlite3_context* context, int, Arguments)
+{
+    giveText(context, platform::today().toString(Qt::ISODate));
+}
+
+void now(sqlite3_context* context, int, Arguments)
+{
+    giveText(context, platform::today().toString(Qt::ISODate) + QTime::currentTime().toString(u" HH:mm:ss"));
+}
+
+int compareBytes(void*, int sizeA, const void* a, int sizeB, const void* b)
+{
+    return compareUtf8({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
+                       {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
+}
+
+struct Function {
+    const char* name;
+    int arguments;
+    int flags;
+    void (*call)(sqlite3_context*, int, Arguments);
+};
+
+constexpr Function Functions[] = {
+    {"like", 2, Pure, like},
+    {"ucase", 1, Pure, upper},
+    {"lcase", 1, Pure, lower},
+    {"len", 1, Pure, len},
+    {"left", 2, Pure, left},
+    {"right", 2, Pure, right},
+    {"mid", 2, Pure, mid},
+    {"mid", 3, Pure, mid},
+    {"year", 1, Pure, partOf<yearOf>},
+    {"month", 1, Pure, partOf<monthOf>},
+    {"day", 1, Pure, partOf<dayOf>},
+    {"date", 0, Changing, date},
+    {"now", 0, Changing, now},
+};
+
+// Without anything that reads files, the clock's state or the engine, or that grows a small input without bound.
+constexpr const char* Allowed[] = {
+    "abs",   "avg",   "coalesce", "count",  "date",    "datetime", "day",   "glob",  "ifnull", "iif",
+    "instr", "lcase", "left",     "len",    "length",  "like",     "lower", "ltrim", "max",    "mid",
+    "min",   "month", "now",      "nullif", "replace", "right",    "round", "rtrim", "substr", "sum",
+    "total", "trim",  "typeof",   "ucase",  "unicode", "upper",    "year",
+};
+
+} // namespace
+
+void addFunctions(sqlite3* db)
+{
+    // The file's text columns name NOCASE, which every SQLite tool has; here it sees beyond ASCII.
+    sqlite3_create_collation(db, "NOCASE", SQLITE_UTF8, nullptr, compareBytes);
+    for (const Function& function : Functions)
+        sqlite3_create_function(db, function.name, function.arguments, function.flags, nullptr, function.call, nullptr,
+                                nullptr);
+}
+
+bool isDialectFunction(const char* name)
+{
+    return std::any_of(std::begin(Allowed), std::end(Allowed),
+                       [name](const char* allowed) { return sqlite3_stricmp(allowed, name) == 0; });
+}
+
+} // namespace orlo::store

@@ -1,0 +1,65 @@
+#include "store/engine/Guard.h"
+
+#include "platform/RuntimeError.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Functions.h"
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+// Tables that are the engine's, not the pack's: SQLite's own, its table-like functions, and the texts of queries.
+bool isHidden(const char* table)
+{
+    if (!table)
+        return false;
+    switch (table[0] | 0x20) {
+    case 's':
+        return sqlite3_strnicmp(table, "sqlite_", 7) == 0 || sqlite3_stricmp(table, "Stored_Queries") == 0;
+    case 'p':
+        return sqlite3_strnicmp(table, "pragma_", 7) == 0;
+    case 'j':
+        return sqlite3_strnicmp(table, "json_", 5) == 0;
+    case 'd':
+        return sqlite3_stricmp(table, "dbstat") == 0;
+    case 'f':
+        return sqlite3_strnicmp(table, "fts", 3) == 0;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+int guard(void* connection, int action, const char* first, const char* second, const char*, const char*)
+{
+    auto& owner = *static_cast<Connection*>(connection);
+    if (!owner.guarding)
+        return SQLITE_OK;
+    switch (action) {
+    case SQLITE_SELECT:
+        return SQLITE_OK;
+    case SQLITE_READ:
+    case SQLITE_INSERT:
+    case SQLITE_UPDATE:
+    case SQLITE_DELETE:
+        if (!isHidden(first))
+            return SQLITE_OK;
+        owner.refusal = platform::UnknownTable;
+        return SQLITE_DENY;
+    case SQLITE_FUNCTION:
+        if (second && isDialectFunction(second))
+            return SQLITE_OK;
+        break;
+    default:
+        break;
+    }
+    owner.refusal = platform::SyntaxError;
+    return SQLITE_DENY;
+}
+
+} // namespace orlo::store

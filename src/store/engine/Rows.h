@@ -1,0 +1,54 @@
+#pragma once
+
+#include "store/engine/Recordset.h"
+
+#include <string>
+#include <vector>
+
+struct sqlite3_stmt;
+
+namespace orlo::store
+{
+
+/// A date as the file holds it: 'YYYY-MM-DD', with ' HH:MM:SS' only where there is a time.
+[[nodiscard]] QByteArray isoText(const DateTime& date);
+/// Reads what isoText() writes; nothing for any other text.
+[[nodiscard]] std::optional<DateTime> readIso(QByteArrayView text);
+
+/// Rows as SQLite gave them, kept close together; a value is made only when it's asked for.
+class Rows
+{
+public:
+    explicit Rows(int columns) : m_columns(columns) {}
+
+    /// Takes over the statement's current row; columns that it lacks are Null.
+    void append(sqlite3_stmt* statement);
+    /// Adds the place of a row that is gone.
+    void appendMissing();
+    void clear();
+    [[nodiscard]] qsizetype size() const { return m_size; }
+    [[nodiscard]] bool missing(qsizetype row) const;
+    /// The value as a field of the type reads it; what the file holds of another kind comes as it is.
+    [[nodiscard]] Value value(qsizetype row, int column, FieldType type) const;
+    /// The field type that fits what the column holds, for columns that declare none.
+    [[nodiscard]] FieldType typeOf(int column) const;
+
+private:
+    enum class Kind : quint8 { Null, Whole, Number, Text, Missing };
+    struct Cell {
+        union {
+            qint64 whole;
+            double number;
+            qint64 start;
+        };
+        quint32 length;
+        Kind kind;
+    };
+
+    int m_columns;
+    qsizetype m_size = 0;
+    std::vector<Cell> m_cells;
+    std::string m_bytes;
+};
+
+} // namespace orlo::store

@@ -1,0 +1,140 @@
+#include "store/engine/Source.h"
+
+#include "platform/RuntimeError.h"
+#include "store/engine/Catalogue.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Conversion.h"
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+// The general rules of the dialect speak of the source as of a name; a text without a verb is one.
+bool beginsWithVerb(QStringView text)
+{
+    for (const auto* verb : {u"select", u"insert", u"update", u"delete"})
+        if (const QStringView word(verb); text.startsWith(word, Qt::CaseInsensitive) &&
+                                          (text.size() == word.size() || !text[word.size()].isLetterOrNumber()))
+            return text.size() > word.size() && text[word.size()] != u'_';
+    return false;
+}
+
+QStringView withoutBrackets(QStringView name)
+{
+    return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
+}
+
+std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& source, QStringView table)
+{
+    auto statement = connection.statement(source.rowSql, Origin::Outside);
+    auto shape = std::make_shared<RowShape>();
+    shape->fields = resultFields(connection, statement);
+    const TableDef definition = readTable(connection, table);
+    sqlite3_stmt* const handle = statement.handle();
+    for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {
+        const char* from = sqlite3_column_table_name(handle, i);
+        const char* column = from ? sqlite3_column_origin_name(handle, i) : nullptr;
+        const bool own = column && table.compare(QString::fromUtf8(from), Qt::CaseInsensitive) == 0;
+        const QString name = own ? QString::fromUtf8(column) : QString();
+        shape->columns.push_back(own ? quoted(name) : QByteArray());
+        Value initial;
+        for (const Field& field : definition.fields())
+            if (own && field.name == name)
+                initial = field.defaultValue;
+        shape->defaults.push_back(initial);
+    }
+    return shape;
+}
+
+} // namespace
+
+QByteArray rowKeyOf(Connection& connection, const QString& table)
+{
+    for (const QByteArray& name :
+         {QByteArrayLiteral("rowid"), QByteArrayLiteral("_rowid_"), QByteArrayLiteral("oid")}) {
+        auto same = connection.statement("SELECT 1 FROM pragma_table_xinfo(?1) WHERE name = ?2 COLLATE NOCASE");
+        same.bind(1, Value(table));
+        same.bind(2, Value(QString::fromLatin1(name)));
+        if (same.step())
+            continue;
+        const int code = sqlite3_table_column_metadata(connection.handle(), "main", table.toUtf8().constData(),
+                                                       name.constData(), nullptr, nullptr, nullptr, nullptr, nullptr);
+        return code == SQLITE_OK ? name : QByteArray();
+    }
+    return {};
+}
+
+std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement)
+{
+    std::vector<FieldInfo> fields;
+    sqlite3_stmt* const handle = statement.handle();
+    const int count = sqlite3_column_count(handle);
+    for (int i = 0; i < count; ++i) {
+        FieldInfo field;
+        if (const char* declared = sqlite3_column_decltype(handle, i))
+            field = declaredField(declared);
+        field.name = QString::fromUtf8(sqlite3_column_name(handle, i));
+        if (const char* column = sqlite3_column_origin_name(handle, i)) {
+            int counter = 0;
+            sqlite3_table_column_metadata(connection.handle(), "main", sqlite3_column_table_name(handle, i), column,
+                                          nullptr, nullptr, nullptr, nullptr, &counter);
+            field.counter = counter != 0;
+        }
+        fields.push_back(std::move(field));
+    }
+    return fields;
+}
+
+std::shared_ptr<const Source> makeSource(Connection& connection, const QString& text)
+{
+    auto source = std::make_shared<Source>();
+    Translated translated;
+    QStringView name = withoutBrackets(QStringView(text).trimmed());
+    const bool statement = beginsWithVerb(QStringView(text).trimmed());
+    if (statement) {
+        translated = *connection.translated(text);
+        if (translated.kind != Translated::Kind::Select)
+            throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
+        name = translated.singleSource;
+        source->rowsSql = translated.sql.toUtf8();
+    } else
+        translated.columns = QStringLiteral(" *");
+
+    const TableInfo* table = name.isEmpty() ? nullptr : connection.table(name);
+    if (!statement) {
+        if (!table)
+            throw RuntimeError(platform::UnknownTable, QStringLiteral("Database"),
+                               platform::standardDescription(platform::UnknownTable) +
+                                   QStringLiteral(" (%1)").arg(text));
+        source->rowsSql = "SELECT * FROM " + quoted(table->name);
+    }
+    if (!table || table->isQuery || table->rowKey.isEmpty())
+        return source;
+
+    source->table = quoted(table->name);
+    source->rowKey = table->rowKey;
+    const QByteArray called = translated.singleAlias.isEmpty() ? source->table : quoted(translated.singleAlias);
+    const QByteArray from =
+        " FROM " + source->table + (translated.singleAlias.isEmpty() ? QByteArray() : " AS " + called) + ' ';
+    const QByteArray key = called + '.' + table->rowKey;
+    const QByteArray columns = translated.columns.toUtf8();
+    const QByteArray tail = translated.tail.toUtf8();
+    source->rowSql = "SELECT" + columns + from + "WHERE " + key + "=?1";
+    auto& shape = connection.shape(source->rowSql);
+    if (!shape) {
+        const auto made = makeShape(connection, *source, table->name);
+        connection.shape(source->rowSql) = made;
+        source->shape = made;
+    } else
+        source->shape = shape;
+    source->keysSql = "SELECT" + columns + ',' + key + from + tail;
+    return source;
+}
+
+} // namespace orlo::store

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "store/engine/Recordset.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+namespace orlo::store
+{
+
+class Connection;
+class Statement;
+
+/// What one record of a set looks like and how to read and write it.
+struct RowShape {
+    std::vector<FieldInfo> fields;
+    std::vector<QByteArray> columns; ///< the table's column behind each field, empty for an expression
+    std::vector<Value> defaults;     ///< what a new record's buffer begins with
+};
+
+/// Where a record set comes from: the statements that an opening needs, ready made.
+struct Source {
+    std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
+    QByteArray table;                      ///< quoted
+    QByteArray rowKey;
+    QByteArray keysSql; ///< all rows of an updatable set, the row's key in the last column
+    QByteArray rowSql;  ///< one row by its key
+    QByteArray rowsSql; ///< all rows of a read-only set
+
+    [[nodiscard]] bool updatable() const { return shape != nullptr; }
+};
+
+/// Resolves a table's name, a stored query's name or a Select statement. Raises 3061, 3075, 3078.
+[[nodiscard]] std::shared_ptr<const Source> makeSource(Connection& connection, const QString& text);
+/// The name by which a table's rows can be found, empty for a table without such a key.
+[[nodiscard]] QByteArray rowKeyOf(Connection& connection, const QString& table);
+/// The fields of a prepared statement's result.
+[[nodiscard]] std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement);
+
+} // namespace orlo::store

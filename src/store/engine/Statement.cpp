@@ -1,0 +1,81 @@
+#include "store/engine/Statement.h"
+
+#include "store/engine/Rows.h"
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+Statement::Prepared::~Prepared()
+{
+    sqlite3_finalize(handle);
+}
+
+Statement::~Statement()
+{
+    if (m_prepared) {
+        reset();
+        m_prepared->inUse = false;
+    }
+}
+
+void Statement::bind(int parameter, qint64 value)
+{
+    sqlite3_bind_int64(m_prepared->handle, parameter, value);
+}
+
+void Statement::bind(int parameter, const Value& value)
+{
+    sqlite3_stmt* const stmt = m_prepared->handle;
+    const auto bindText = [stmt, parameter](const QByteArray& text) {
+        sqlite3_bind_text64(stmt, parameter, text.constData(), static_cast<sqlite3_uint64>(text.size()),
+                            SQLITE_TRANSIENT, SQLITE_UTF8);
+    };
+    if (const auto* truth = std::get_if<bool>(&value.data()))
+        sqlite3_bind_int(stmt, parameter, *truth);
+    else if (const auto* whole = std::get_if<qint64>(&value.data()))
+        sqlite3_bind_int64(stmt, parameter, *whole);
+    else if (const auto* number = std::get_if<double>(&value.data()))
+        sqlite3_bind_double(stmt, parameter, *number);
+    else if (const auto* text = std::get_if<QString>(&value.data()))
+        bindText(text->toUtf8());
+    else if (const auto* date = std::get_if<DateTime>(&value.data()))
+        bindText(isoText(*date));
+    else
+        sqlite3_bind_null(stmt, parameter);
+}
+
+bool Statement::step()
+{
+    const int code = sqlite3_step(m_prepared->handle);
+    if (code == SQLITE_ROW)
+        return true;
+    if (code != SQLITE_DONE)
+        m_prepared->connection->raiseLast(code);
+    return false;
+}
+
+void Statement::reset()
+{
+    sqlite3_reset(m_prepared->handle);
+    sqlite3_clear_bindings(m_prepared->handle);
+}
+
+qint64 Statement::integer(int column) const
+{
+    return sqlite3_column_int64(m_prepared->handle, column);
+}
+
+QString Statement::text(int column) const
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_prepared->handle, column));
+    return QString::fromUtf8(text, sqlite3_column_bytes(m_prepared->handle, column));
+}
+
+sqlite3_stmt* Statement::handle() const
+{
+    return m_prepared->handle;
+}
+
+} // namespace orlo::store

@@ -1,0 +1,189 @@
+#include "store/engine/Text.h"
+
+#include "store/engine/Value.h"
+
+#include <array>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+constexpr auto AsciiFold = [] {
+    std::array<unsigned char, 128> table{};
+    for (unsigned c = 0; c < 128; ++c)
+        table[c] = static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
+    return table;
+}();
+
+char32_t fold(char32_t c)
+{
+    if (c < 128)
+        return AsciiFold[c];
+    return c <= QChar::LastValidCodePoint ? QChar::toCaseFolded(c) : c;
+}
+
+// Code points of UTF-16; a lone surrogate counts as itself.
+struct Utf16Reader {
+    const char16_t* at;
+    const char16_t* end;
+
+    explicit Utf16Reader(QStringView text) : at(text.utf16()), end(at + text.size()) {}
+    bool atEnd() const { return at == end; }
+    char32_t next()
+    {
+        const char16_t c = *at++;
+        if (QChar::isHighSurrogate(c) && at != end && QChar::isLowSurrogate(*at))
+            return QChar::surrogateToUcs4(c, *at++);
+        return c;
+    }
+};
+
+// Code points of UTF-8; a byte that begins none counts as itself, above all valid code points.
+struct Utf8Reader {
+    const unsigned char* at;
+    const unsigned char* end;
+
+    explicit Utf8Reader(std::string_view text)
+        : at(reinterpret_cast<const unsigned char*>(text.data())), end(at + text.size())
+    {
+    }
+    bool atEnd() const { return at == end; }
+    char32_t next()
+    {
+        const unsigned char lead = *at++;
+        if (lead < 0x80)
+            return lead;
+        const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
+        char32_t code = more == 3 ? lead & 0x07U : more == 2 ? lead & 0x0FU : lead & 0x1FU;
+        if (more == 0 || lead > 0xF4 || end - at < more)
+            return 0x110000U + lead;
+        for (int i = 0; i < more; ++i) {
+            if ((at[i] & 0xC0U) != 0x80)
+                return 0x110000U + lead;
+            code = (code << 6) | (at[i] & 0x3FU);
+        }
+        at += more;
+        return code;
+    }
+};
+
+template <typename Reader>
+int compareFolded(Reader a, Reader b)
+{
+    while (!a.atEnd() && !b.atEnd()) {
+        const char32_t left = fold(a.next());
+        const char32_t right = fold(b.next());
+        if (left != right)
+            return left < right ? -1 : 1;
+    }
+    return a.atEnd() ? (b.atEnd() ? 0 : -1) : 1;
+}
+
+// One element of a pattern that stands for one character of the text.
+template <typename Reader>
+bool matchesOne(Reader& pattern, char32_t c)
+{
+    const char32_t element = pattern.next();
+    if (element == U'?')
+        return true;
+    if (element == U'#')
+        return c >= U'0' && c <= U'9';
+    if (element != U'[')
+        return fold(element) == fold(c);
+
+    Reader list = pattern;
+    bool negated = false;
+    bool found = false;
+    bool first = true;
+    while (!list.atEnd()) {
+        char32_t low = list.next();
+        if (first && low == U'!' && !negated) {
+            negated = true;
+            continue;
+        }
+        if (low == U']') {
+            pattern = list;
+            return first ? false : found != negated;
+        }
+        first = false;
+        char32_t high = low;
+        if (Reader range = list; !range.atEnd() && range.next() == U'-' && !range.atEnd()) {
+            if (const char32_t last = range.next(); last != U']') {
+                high = last;
+                list = range;
+            }
+        }
+        found = found || (fold(low) <= fold(c) && fold(c) <= fold(high));
+    }
+    return c == U'['; // an unclosed list is a plain bracket
+}
+
+// Goes back to the last '*' only, so the time is bounded by the product of both lengths.
+template <typename Reader>
+bool matches(Reader text, Reader pattern)
+{
+    bool starred = false;
+    Reader starText = text;
+    Reader starPattern = pattern;
+    while (true) {
+        if (Reader ahead = pattern; !ahead.atEnd() && ahead.next() == U'*') {
+            pattern = ahead;
+            starred = true;
+            starText = text;
+            starPattern = pattern;
+            continue;
+        }
+        if (text.atEnd()) {
+            if (pattern.atEnd())
+                return true;
+            return false;
+        }
+        if (!pattern.atEnd()) {
+            Reader rest = text;
+            if (matchesOne(pattern, rest.next())) {
+                text = rest;
+                continue;
+            }
+        }
+        if (!starred)
+            return false;
+        starText.next();
+        text = starText;
+        pattern = starPattern;
+    }
+}
+
+} // namespace
+
+int compareText(QStringView a, QStringView b)
+{
+    return compareFolded(Utf16Reader(a), Utf16Reader(b));
+}
+
+int compareUtf8(std::string_view a, std::string_view b)
+{
+    const auto* left = reinterpret_cast<const unsigned char*>(a.data());
+    const auto* right = reinterpret_cast<const unsigned char*>(b.data());
+    const std::size_t shared = std::min(a.size(), b.size());
+    std::size_t i = 0;
+    for (; i < shared && left[i] < 0x80 && right[i] < 0x80; ++i)
+        if (const int difference = AsciiFold[left[i]] - AsciiFold[right[i]]; difference != 0)
+            return difference;
+    if (i == shared)
+        return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+    return compareFolded(Utf8Reader(a.substr(i)), Utf8Reader(b.substr(i)));
+}
+
+bool matchesLike(QStringView text, QStringView pattern)
+{
+    return matches(Utf16Reader(text), Utf16Reader(pattern));
+}
+
+bool matchesLikeUtf8(std::string_view text, std::string_view pattern)
+{
+    return matches(Utf8Reader(text), Utf8Reader(pattern));
+}
+
+} // namespace orlo::store

@@ -1,0 +1,140 @@
+#include "store/engine/Value.h"
+
+#include "platform/RuntimeError.h"
+#include "store/engine/Text.h"
+
+#include <cmath>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+constexpr double MillisecondsADay = 86400000.0;
+
+// Day 0 of dates taken as numbers.
+qint64 dayZero()
+{
+    static const qint64 day = QDate(1899, 12, 30).toJulianDay();
+    return day;
+}
+
+double serial(const DateTime& date)
+{
+    return static_cast<double>(date.date.toJulianDay() - dayZero()) +
+           date.time.msecsSinceStartOfDay() / MillisecondsADay;
+}
+
+std::optional<DateTime> fromSerial(double number)
+{
+    const double day = std::floor(number);
+    if (!(day >= -657434 && day <= 2958465)) // the years 100 to 9999
+        return std::nullopt;
+    const int seconds = static_cast<int>(std::lround((number - day) * MillisecondsADay / 1000));
+    return DateTime{QDate::fromJulianDay(dayZero() + static_cast<qint64>(day) + seconds / 86400),
+                    QTime::fromMSecsSinceStartOfDay(seconds % 86400 * 1000)};
+}
+
+[[noreturn]] void raise(int number)
+{
+    throw RuntimeError(number, QStringLiteral("Value"));
+}
+
+struct ToText {
+    QString operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    QString operator()(bool value) const { return value ? QStringLiteral("True") : QStringLiteral("False"); }
+    QString operator()(qint64 value) const { return QString::number(value); }
+    QString operator()(double value) const { return platform::numberText(value); }
+    QString operator()(const QString& value) const { return value; }
+    QString operator()(const DateTime& value) const { return platform::shortDate(value); }
+};
+
+struct ToDouble {
+    double operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    double operator()(bool value) const { return value ? -1 : 0; }
+    double operator()(qint64 value) const { return static_cast<double>(value); }
+    double operator()(double value) const { return value; }
+    double operator()(const QString& value) const
+    {
+        if (const auto number = platform::readNumber(value))
+            return *number;
+        raise(platform::TypeMismatch);
+    }
+    double operator()(const DateTime& value) const { return serial(value); }
+};
+
+struct ToBool {
+    bool operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    bool operator()(bool value) const { return value; }
+    bool operator()(qint64 value) const { return value != 0; }
+    bool operator()(double value) const { return value != 0; }
+    bool operator()(const QString& value) const
+    {
+        if (value.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
+            return true;
+        return value.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && ToDouble{}(value) != 0;
+    }
+    bool operator()(const DateTime& value) const { return serial(value) != 0; }
+};
+
+struct ToDate {
+    DateTime operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    DateTime operator()(bool) const { raise(platform::TypeMismatch); }
+    DateTime operator()(qint64 value) const { return (*this)(static_cast<double>(value)); }
+    DateTime operator()(double value) const
+    {
+        if (const auto date = fromSerial(value))
+            return *date;
+        raise(platform::TypeMismatch);
+    }
+    DateTime operator()(const QString& value) const { return platform::toDate(value); }
+    DateTime operator()(const DateTime& value) const { return value; }
+};
+
+} // namespace
+
+bool Value::isEmpty() const
+{
+    const QString* text = std::get_if<QString>(&m_data);
+    return isNull() || (text && text->isEmpty());
+}
+
+QString Value::toText() const
+{
+    return std::visit(ToText{}, m_data);
+}
+
+QString Value::textOrEmpty() const
+{
+    return isNull() ? QString() : toText();
+}
+
+std::int16_t Value::toInt16() const
+{
+    return platform::toInt16(toDouble());
+}
+
+std::int32_t Value::toInt32() const
+{
+    return platform::toInt32(toDouble());
+}
+
+double Value::toDouble() const
+{
+    return std::visit(ToDouble{}, m_data);
+}
+
+bool Value::toBool() const
+{
+    return std::visit(ToBool{}, m_data);
+}
+
+DateTime Value::toDate() const
+{
+    return std::visit(ToDate{}, m_data);
+}
+
+} // namespace orlo::store
