@@ -20,7 +20,7 @@ struct Field {
     bool allowZeroLength = false;
     bool autoIncrement = false; ///< a counter that the engine numbers
     bool required = false;
-    Value defaultValue;
+    Value defaultValue = {};
 };
 
 /// An index of a table definition, on one field or more.
