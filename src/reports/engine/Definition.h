@@ -15,7 +15,7 @@ namespace orlo::reports
 
 /// How a text looks.
 struct Style {
-    QString name;
+    QString name = QStringLiteral("plain");
     QString family = QStringLiteral("sans"); ///< sans, serif, mono, or a family's own name
     double size = 9;                         ///< points
     bool bold = false;
@@ -67,12 +67,13 @@ struct Element {
 struct Row {
     Formula condition; ///< empty: always printed
     std::vector<Element> elements;
-    double left = 0;       ///< where its rules and shade begin, points
-    double above = 0;      ///< points kept free above the texts, inside rules and shade
-    double below = 0;      ///< and below
-    double ruleAbove = 0;  ///< width in points, 0 for none
+    double left = 0;      ///< where its rules and shade begin, points
+    double above = 0;     ///< points kept free above the texts, inside rules and shade
+    double below = 0;     ///< and below
+    double ruleAbove = 0; ///< width in points, 0 for none
     double ruleBelow = 0;
-    int shade = 0; ///< percent of black behind the row
+    bool hairline = false; ///< a fine gray line at its end
+    int shade = 0;         ///< percent of black behind the row
 };
 
 /// A part of a report that is printed as one: its rows stay on one page where they fit.
@@ -106,14 +107,15 @@ struct ExportColumn {
 /// A report as its file describes it. A subreport is a definition of its own in the block of that name.
 struct Definition {
     QString title;
-    QSizeF paper{612, 792};   ///< points
-    QMarginsF margins{43, 43, 43, 43}; ///< points
+    QSizeF paper{612, 792};             ///< points
+    QMarginsF margins{43, 43, 43, 43};  ///< points
     std::vector<Style> styles{Style{}}; ///< the first is the plain one
 
     Source source;
     std::vector<Lookup> lookups;
-    std::vector<NamedFormula> names; ///< "let": each may use those before it
+    std::vector<NamedFormula> names;  ///< "let": each may use those before it
     std::vector<NamedFormula> fields; ///< "field NAME is COLUMN": what a selection may call a column
+    Formula unique; ///< of the selected rows with the same value only the first is kept; empty for all
     std::vector<SortKey> sort;
     std::vector<Group> groups;
     std::vector<ExportColumn> exports;

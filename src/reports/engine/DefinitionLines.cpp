@@ -8,8 +8,14 @@ namespace orlo::reports
 namespace
 {
 
-bool isWordPart(QChar c) { return c.isLetterOrNumber() || c == u'-' || c == u'_'; }
-bool isNumberPart(QChar c) { return (c >= u'0' && c <= u'9') || c == u'.'; }
+bool isWordPart(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'-' || c == u'_';
+}
+bool isNumberPart(QChar c)
+{
+    return (c >= u'0' && c <= u'9') || c == u'.';
+}
 
 } // namespace
 
@@ -50,7 +56,10 @@ bool DefinitionLines::nextInBlock()
     return false;
 }
 
-bool DefinitionLines::closes() const { return rest().trimmed() == u"}"; }
+bool DefinitionLines::closes() const
+{
+    return rest().trimmed() == u"}";
+}
 
 Place DefinitionLines::place() const
 {
@@ -64,24 +73,45 @@ void DefinitionLines::fail(const QString& message) const
     throw ReportError(platform::SyntaxError, message, place());
 }
 
+void DefinitionLines::failAtWord(const QString& message)
+{
+    m_at = m_wordAt;
+    fail(message);
+}
+
 void DefinitionLines::skipBlanks()
 {
     while (m_at < m_statement.size() && m_statement[m_at].isSpace())
         ++m_at;
 }
 
-bool DefinitionLines::atEnd() const { return m_at >= m_statement.size(); }
-bool DefinitionLines::atOpening() const { return rest().trimmed() == u"{"; }
-bool DefinitionLines::atQuote() const { return atSign(u'"'); }
-bool DefinitionLines::atLength() const { return !atEnd() && isNumberPart(m_statement[m_at]); }
-bool DefinitionLines::atSign(QChar sign) const { return !atEnd() && m_statement[m_at] == sign; }
+bool DefinitionLines::atEnd() const
+{
+    return m_at >= m_statement.size();
+}
+bool DefinitionLines::atOpening() const
+{
+    return rest().trimmed() == u"{";
+}
+bool DefinitionLines::atQuote() const
+{
+    return atSign(u'"');
+}
+bool DefinitionLines::atLength() const
+{
+    return !atEnd() && isNumberPart(m_statement[m_at]);
+}
+bool DefinitionLines::atSign(QChar sign) const
+{
+    return !atEnd() && m_statement[m_at] == sign;
+}
 
 QString DefinitionLines::word()
 {
-    const qsizetype start = m_at;
+    const qsizetype start = m_wordAt = m_at;
     while (!atEnd() && isWordPart(m_statement[m_at]))
         ++m_at;
-    const QString word = m_statement.mid(start, m_at - start).toLower();
+    QString word = m_statement.mid(start, m_at - start).toLower();
     if (word.isEmpty())
         fail(atEnd() ? QStringLiteral("The line breaks off here.") : QStringLiteral("A word is missing here."));
     skipBlanks();
@@ -132,7 +162,7 @@ QString DefinitionLines::fieldName()
     const qsizetype close = m_statement.indexOf(u'}', m_at);
     if (!atSign(u'{') || close < 0)
         fail(QStringLiteral("A name in braces is missing here."));
-    const QString name = m_statement.mid(m_at + 1, close - m_at - 1).trimmed();
+    QString name = m_statement.mid(m_at + 1, close - m_at - 1).trimmed();
     if (name.isEmpty())
         fail(QStringLiteral("The name is empty."));
     m_at = close + 1;
@@ -174,8 +204,8 @@ int DefinitionLines::number(int least, int most)
     bool read = false;
     const int number = word().toInt(&read);
     if (!read || number < least || number > most)
-        throw ReportError(platform::SyntaxError, QStringLiteral("A number from %1 to %2 is needed.").arg(least).arg(most),
-                          here);
+        throw ReportError(platform::SyntaxError,
+                          QStringLiteral("A number from %1 to %2 is needed.").arg(least).arg(most), here);
     return number;
 }
 
@@ -188,7 +218,7 @@ int DefinitionLines::percent()
 
 Formula DefinitionLines::formula()
 {
-    const Formula formula(rest(), place());
+    Formula formula(rest(), place());
     m_at = m_statement.size();
     return formula;
 }

@@ -26,6 +26,8 @@ public:
 
     [[nodiscard]] Place place() const;
     [[noreturn]] void fail(const QString& message) const;
+    /// The same, told of the word that was read last.
+    [[noreturn]] void failAtWord(const QString& message);
 
     [[nodiscard]] bool atEnd() const;
     [[nodiscard]] bool atOpening() const;
@@ -64,10 +66,11 @@ private:
     QStringView rest() const { return QStringView(m_statement).mid(m_at); }
 
     QStringList m_lines;
-    qsizetype m_line = 0;   // the next line to read
-    int m_first = 0;        // the line that the statement begins on, from 1
-    QString m_statement;    // continued lines are joined with line ends, so that places stay right
+    qsizetype m_line = 0; // the next line to read
+    int m_first = 0;      // the line that the statement begins on, from 1
+    QString m_statement;  // continued lines are joined with line ends, so that places stay right
     qsizetype m_at = 0;
+    qsizetype m_wordAt = 0;
 };
 
 } // namespace orlo::reports

@@ -70,6 +70,8 @@ private:
             readField();
         else if (word == QLatin1String("sort"))
             m_definition.sort.push_back(readSort());
+        else if (word == QLatin1String("unique"))
+            m_definition.unique = m_lines.formula();
         else if (word == QLatin1String("group"))
             readGroup();
         else if (word == QLatin1String("export"))
@@ -79,7 +81,7 @@ private:
         else if (word == QLatin1String("subreport"))
             readSubreport();
         else
-            m_lines.fail(QStringLiteral("\"%1\" is no part of a report.").arg(word));
+            m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a report.").arg(word));
         m_lines.end();
     }
 
@@ -112,7 +114,7 @@ private:
         else if (name == QLatin1String("a4"))
             m_definition.paper = {595, 842};
         else
-            m_lines.fail(QStringLiteral("The paper is letter, legal or a4."));
+            m_lines.failAtWord(QStringLiteral("The paper is letter, legal or a4."));
         if (m_lines.accept("landscape"))
             m_definition.paper.transpose();
         else
@@ -138,7 +140,7 @@ private:
             else if (side == QLatin1String("bottom"))
                 margins.setBottom(length);
             else
-                m_lines.fail(QStringLiteral("A margin is left, right, top or bottom."));
+                m_lines.failAtWord(QStringLiteral("A margin is left, right, top or bottom."));
         }
     }
 
@@ -166,8 +168,6 @@ private:
             m_definition.styles[std::size_t(known)] = style;
         else
             m_definition.styles.push_back(style);
-        if (name == QLatin1String("plain"))
-            m_definition.styles.front() = style;
     }
 
     [[nodiscard]] int styleNamed(const QString& name) const
@@ -290,7 +290,7 @@ private:
             else if (word == QLatin1String("footer"))
                 readBand(group.footer);
             else
-                m_lines.fail(QStringLiteral("\"%1\" is no part of a group.").arg(word));
+                m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a group.").arg(word));
             m_lines.end();
         }
         if (group.key.isEmpty())
@@ -311,9 +311,11 @@ private:
                 Row row;
                 row.above = m_lines.length();
                 band.rows.push_back(std::move(row));
-            } else if (word == QLatin1String("rule")) {
+            } else if (word == QLatin1String("rule") || word == QLatin1String("hairline")) {
                 Row row;
-                row.ruleAbove = m_lines.length();
+                row.hairline = word == QLatin1String("hairline");
+                if (!row.hairline)
+                    row.ruleAbove = m_lines.length();
                 if (m_lines.accept("from"))
                     row.left = m_lines.length();
                 band.rows.push_back(std::move(row));
@@ -343,12 +345,14 @@ private:
                 row.ruleAbove = m_lines.length();
             else if (word == QLatin1String("rule-below"))
                 row.ruleBelow = m_lines.length();
+            else if (word == QLatin1String("hairline"))
+                row.hairline = true;
             else if (word == QLatin1String("from"))
                 row.left = m_lines.length();
             else if (word == QLatin1String("shade"))
                 row.shade = m_lines.percent();
             else
-                m_lines.fail(QStringLiteral("\"%1\" is no part of a row.").arg(word));
+                m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a row.").arg(word));
         }
         m_lines.open();
         while (m_lines.nextInBlock()) {
@@ -370,11 +374,10 @@ private:
         } else if (word == QLatin1String("tick-box")) {
             element.kind = Element::Kind::TickBox;
             element.left = m_lines.length();
-            element.style = styleNamed(m_definition.styles.front().name);
         } else if (word == QLatin1String("text")) {
             readText(element);
         } else {
-            m_lines.fail(QStringLiteral("\"%1\" is no part of a band.").arg(word));
+            m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a band.").arg(word));
         }
         return element;
     }
@@ -395,7 +398,7 @@ private:
                 const QString name = m_lines.word();
                 element.style = styleNamed(name);
                 if (element.style < 0)
-                    m_lines.fail(QStringLiteral("There is no style \"%1\".").arg(name));
+                    m_lines.failAtWord(QStringLiteral("There is no style \"%1\".").arg(name));
             }
         }
         element.formula = m_lines.assigned();

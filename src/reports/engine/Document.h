@@ -31,7 +31,7 @@ struct LineItem {
 
 /// A box: outline, fill or both.
 struct BoxItem {
-    QRectF box; ///< points
+    QRectF box;         ///< points
     double width = 0.5; ///< points, 0 for no outline
     QColor color = Qt::black;
     QColor fill = Qt::transparent;
@@ -55,7 +55,7 @@ struct OutlineEntry {
 /// the main list, as the CSV export writes them.
 struct Document {
     QString title;
-    QSizeF paper{612, 792}; ///< points; US Letter
+    QSizeF paper{612, 792};   ///< points; US Letter
     std::vector<QFont> fonts; ///< sizes in points
     std::vector<Page> pages;
     std::vector<OutlineEntry> outline;

@@ -13,7 +13,17 @@ namespace orlo::reports
 using store::Value;
 
 /// The words of the language that stand for what the run knows.
-enum class Word { PageNumber, PageCount, PrintDate, PrintTime, ReportTitle, ProgramName, RecordNumber, Repeated, NewLine };
+enum class Word {
+    PageNumber,
+    PageCount,
+    PrintDate,
+    PrintTime,
+    ReportTitle,
+    ProgramName,
+    RecordNumber,
+    Repeated,
+    NewLine
+};
 
 /// What a summary computes over the rows of a group or of the whole report.
 enum class Summary { Sum, Count, Average, Minimum, Maximum, DistinctCount };
@@ -21,8 +31,30 @@ enum class Summary { Sum, Count, Average, Minimum, Maximum, DistinctCount };
 /// One part of a formula that was read.
 struct FormulaNode {
     enum class Kind {
-        Literal, Field, Word, Call, Summary, Not, Negate, And, Or, Add, Subtract, Join, Multiply, Divide, Equal, Unequal,
-        Less, LessOrEqual, Greater, GreaterOrEqual, InRange, InList, Like, If
+        Literal,
+        Field,
+        Word,
+        Call,
+        Summary,
+        Not,
+        Negate,
+        And,
+        Or,
+        Add,
+        Subtract,
+        Join,
+        Multiply,
+        Divide,
+        Equal,
+        Unequal,
+        Less,
+        LessOrEqual,
+        Greater,
+        GreaterOrEqual,
+        InRange,
+        InList,
+        Like,
+        If
     };
     /// What is known of a part's value before it is computed; a field may be anything.
     enum class Type { Any, Condition, Number, Text, Date };
@@ -32,7 +64,7 @@ struct FormulaNode {
     Place place;
     int depth = 1;
     Value literal;
-    QString name;   ///< of a field or function; a summary's group
+    QString name; ///< of a field or function; a summary's group
     bool bracketed = false;
     int index = -1; ///< of the bound field, the function, the word or the summary
     std::vector<FormulaNode> children;

@@ -283,7 +283,10 @@ int compareValues(const Value& a, const Value& b, Place place)
     mismatch(QStringLiteral("Values of different kinds can't be compared."), place);
 }
 
-QString displayText(const Value& value) { return value.textOrEmpty(); }
+QString displayText(const Value& value)
+{
+    return value.textOrEmpty();
+}
 
 bool Formula::usesPages() const
 {
@@ -292,11 +295,20 @@ bool Formula::usesPages() const
     });
 }
 
-void Formula::requireCondition() const { reports::requireCondition(m_root); }
+void Formula::requireCondition() const
+{
+    reports::requireCondition(m_root);
+}
 
-void Formula::bind(const std::function<int(const QString&)>& indexOf) { bindNode(m_root, indexOf); }
+void Formula::bind(const std::function<int(const QString&)>& indexOf)
+{
+    bindNode(m_root, indexOf);
+}
 
-Value Formula::evaluate(const FormulaScope& scope) const { return evaluateNode(m_root, scope); }
+Value Formula::evaluate(const FormulaScope& scope) const
+{
+    return evaluateNode(m_root, scope);
+}
 
 bool Formula::holds(const FormulaScope& scope) const
 {

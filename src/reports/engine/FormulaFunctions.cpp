@@ -136,10 +136,9 @@ const std::array Functions{
                     [](Arguments a, Place) { return ofText(a[0], [](const QString& t) { return t.toUpper(); }); }},
     FormulaFunction{QLatin1StringView("LowerCase"), 1, 1, Type::Text,
                     [](Arguments a, Place) { return ofText(a[0], [](const QString& t) { return t.toLower(); }); }},
-    FormulaFunction{QLatin1StringView("Length"), 1, 1, Type::Number,
-                    [](Arguments a, Place) {
-                        return a[0].isNull() ? Value() : Value(qint64(displayText(a[0]).size()));
-                    }},
+    FormulaFunction{
+        QLatin1StringView("Length"), 1, 1, Type::Number,
+        [](Arguments a, Place) { return a[0].isNull() ? Value() : Value(qint64(displayText(a[0]).size())); }},
     FormulaFunction{QLatin1StringView("Left"), 2, 2, Type::Text,
                     [](Arguments a, Place p) {
                         const int n = std::max(0, wholeNumber(a[1], p));
@@ -209,7 +208,10 @@ int functionIndex(QStringView name)
     return found == Functions.end() ? -1 : int(found - Functions.begin());
 }
 
-const FormulaFunction& functionAt(int index) { return Functions[std::size_t(index)]; }
+const FormulaFunction& functionAt(int index)
+{
+    return Functions[std::size_t(index)];
+}
 
 std::optional<Word> wordNamed(QStringView name)
 {
@@ -217,7 +219,10 @@ std::optional<Word> wordNamed(QStringView name)
     return found == Words.end() ? std::nullopt : std::optional(found->word);
 }
 
-Type typeOf(Word word) { return Words[std::size_t(word)].type; }
+Type typeOf(Word word)
+{
+    return Words[std::size_t(word)].type;
+}
 
 std::optional<Summary> summaryNamed(QStringView name)
 {

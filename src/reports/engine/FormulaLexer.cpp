@@ -10,7 +10,10 @@ namespace
 
 using Kind = FormulaToken::Kind;
 
-bool isDigit(QChar c) { return c >= u'0' && c <= u'9'; }
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
 
 class Lexer
 {
@@ -68,7 +71,8 @@ private:
             const QString written = until(u'#', QStringLiteral("The date's closing # is missing."));
             const auto date = platform::readDate(written);
             if (!date)
-                throw ReportError(platform::TypeMismatch, QStringLiteral("\"%1\" is no date.").arg(written), token.place);
+                throw ReportError(platform::TypeMismatch, QStringLiteral("\"%1\" is no date.").arg(written),
+                                  token.place);
             token.value = Value(*date);
         } else if (isDigit(c) || (c == u'.' && isDigit(peek(1)))) {
             token.kind = Kind::Number;
@@ -139,7 +143,7 @@ private:
             if (m_text.mid(m_at, 2) == QStringView(pair)) {
                 take();
                 take();
-                return QString(pair);
+                return QString::fromUtf16(pair);
             }
         const QChar c = take();
         if (!QStringView(u"=<>+-*/&(),[]").contains(c))
@@ -154,6 +158,9 @@ private:
 
 } // namespace
 
-std::vector<FormulaToken> formulaTokens(QStringView text, Place origin) { return Lexer(text, origin).run(); }
+std::vector<FormulaToken> formulaTokens(QStringView text, Place origin)
+{
+    return Lexer(text, origin).run();
+}
 
 } // namespace orlo::reports

@@ -22,9 +22,9 @@ struct Comparison {
     Kind kind;
 };
 constexpr std::array Comparisons{
-    Comparison{QLatin1StringView("="), Kind::Equal},        Comparison{QLatin1StringView("<>"), Kind::Unequal},
-    Comparison{QLatin1StringView("<"), Kind::Less},         Comparison{QLatin1StringView("<="), Kind::LessOrEqual},
-    Comparison{QLatin1StringView(">"), Kind::Greater},      Comparison{QLatin1StringView(">="), Kind::GreaterOrEqual},
+    Comparison{QLatin1StringView("="), Kind::Equal},   Comparison{QLatin1StringView("<>"), Kind::Unequal},
+    Comparison{QLatin1StringView("<"), Kind::Less},    Comparison{QLatin1StringView("<="), Kind::LessOrEqual},
+    Comparison{QLatin1StringView(">"), Kind::Greater}, Comparison{QLatin1StringView(">="), Kind::GreaterOrEqual},
 };
 
 Type literalType(const Value& value)
@@ -301,8 +301,8 @@ private:
         const auto summary = summaryNamed(here.text);
         const int function = functionIndex(here.text);
         if (!summary && function < 0 && !is("iif"))
-            throw ReportError(platform::UnknownName, QStringLiteral("\"%1\" is no known word or function.").arg(here.text),
-                              here.place);
+            throw ReportError(platform::UnknownName,
+                              QStringLiteral("\"%1\" is no known word or function.").arg(here.text), here.place);
         std::vector<FormulaNode> arguments = bracketed();
         if (is("iif")) {
             if (arguments.size() != 3)

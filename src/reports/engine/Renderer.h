@@ -21,13 +21,13 @@ using Slots = std::map<int, QString>;
 
 /// What one run of a report is told.
 struct RunRequest {
-    QString reportFile;                     ///< path, resolved as the file system object does
-    Slots databases;                        ///< the main report's slots
-    std::map<QString, Slots> subreports;    ///< slots by subreport name; a subreport not named here reads the main ones
-    QString selectionFormula;               ///< empty for all records
-    QString reportTitle;                    ///< the words for what was selected
-    int firstPage = 1;                      ///< the pages kept in the document; numbering stays that of the whole
-    int lastPage = 0;                       ///< 0 for no upper limit
+    QString reportFile;                  ///< path, resolved as the file system object does
+    Slots databases;                     ///< the main report's slots
+    std::map<QString, Slots> subreports; ///< slots by subreport name; a subreport not named here reads the main ones
+    QString selectionFormula;            ///< empty for all records
+    QString reportTitle;                 ///< the words for what was selected
+    int firstPage = 1;                   ///< the pages kept in the document; numbering stays that of the whole
+    int lastPage = 0;                    ///< 0 for no upper limit
 };
 
 /// Yields the open database of a path; what it raises fails the run.

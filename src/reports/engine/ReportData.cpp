@@ -4,8 +4,10 @@
 #include "store/engine/Database.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 
 namespace orlo::reports
@@ -31,6 +33,7 @@ void eachFormula(Definition& definition, Visit visit)
                 visit(element.formula, onPage);
         }
     };
+    visit(definition.unique, false);
     for (SortKey& key : definition.sort)
         visit(key.formula, false);
     for (ExportColumn& column : definition.exports)
@@ -71,6 +74,8 @@ public:
         if (!rest.empty())
             filter(report, rest);
         sort(report);
+        if (!report.definition.unique.isEmpty())
+            dropRepeated(report);
         for (const auto& [name, inner] : definition.subreports)
             report.subreports.emplace(name.toCaseFolded(), loadSubreport(report, name, *inner, request, databases));
         return report;
@@ -187,9 +192,8 @@ private:
                                   named.place);
             bindOne(report, named.formula, i, false);
         }
-        eachFormula(definition, [&](Formula& formula, bool onPage) {
-            bindOne(report, formula, definition.names.size(), onPage);
-        });
+        eachFormula(definition,
+                    [&](Formula& formula, bool onPage) { bindOne(report, formula, definition.names.size(), onPage); });
     }
 
     static void bindOne(const BoundReport& report, Formula& formula, std::size_t names, bool onPage)
@@ -250,8 +254,8 @@ private:
         std::iota(order.begin(), order.end(), std::size_t(0));
         std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
             for (std::size_t k = 0; k < keys.size(); ++k) {
-                const int sign = ordered(values[a * keys.size() + k], values[b * keys.size() + k],
-                                         keys[k].formula.root().place);
+                const int sign =
+                    ordered(values[a * keys.size() + k], values[b * keys.size() + k], keys[k].formula.root().place);
                 if (sign != 0)
                     return keys[k].descending ? sign > 0 : sign < 0;
             }
@@ -271,9 +275,25 @@ private:
         if (const auto* left = std::get_if<QString>(&a.data()))
             if (const auto* right = std::get_if<QString>(&b.data()))
                 return left->compare(*right);
-        if (a.isText() != b.isText() || a.isDate() != b.isDate())
-            return displayText(a).toCaseFolded().compare(displayText(b).toCaseFolded());
-        return compareValues(a, b, place);
+        // A column of a union may mix kinds: numbers stand before dates, dates before texts.
+        const auto rank = [](const Value& value) { return value.isText() ? 2 : value.isDate() ? 1 : 0; };
+        return rank(a) != rank(b) ? rank(a) - rank(b) : compareValues(a, b, place);
+    }
+
+    void dropRepeated(BoundReport& report) const
+    {
+        RowScope scope(report.definition, report.rows, m_facts);
+        QSet<QString> seen;
+        std::vector<std::size_t> kept;
+        for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row)
+            if (const QString key = linkKey(report.definition.unique.evaluate(scope)); !seen.contains(key)) {
+                seen.insert(key);
+                kept.push_back(scope.row);
+            }
+        for (std::size_t i = 0; i < kept.size(); ++i)
+            if (kept[i] != i)
+                report.rows.rows[i] = std::move(report.rows.rows[kept[i]]);
+        report.rows.rows.resize(kept.size());
     }
 
     BoundReport loadSubreport(const BoundReport& main, const QString& name, const Definition& definition,
@@ -289,11 +309,19 @@ private:
         const auto own = std::size_t(required(inner.rows, definition.linkField, definition.linkPlace));
         inner.linkedIndex = indexOf(main, definition.linkedField, main.definition.names.size());
         if (inner.linkedIndex < 0)
-            throw ReportError(platform::UnknownName, QStringLiteral("There is no field {%1}.").arg(definition.linkedField),
+            throw ReportError(platform::UnknownName,
+                              QStringLiteral("There is no field {%1}.").arg(definition.linkedField),
                               definition.linkPlace);
-        for (std::size_t i = 0; i < inner.rows.rows.size(); ++i)
-            if (!inner.rows.rows[i][own].isNull())
-                inner.byLink[linkKey(inner.rows.rows[i][own])].push_back(i);
+        std::map<QString, std::vector<std::vector<Value>>> byKey;
+        for (std::vector<Value>& row : inner.rows.rows)
+            if (!row[own].isNull())
+                byKey[linkKey(row[own])].push_back(std::move(row));
+        inner.rows.rows.clear();
+        for (auto& [key, rows] : byKey) {
+            const std::size_t first = inner.rows.rows.size();
+            std::move(rows.begin(), rows.end(), std::back_inserter(inner.rows.rows));
+            inner.byLink[key] = {first, inner.rows.rows.size()};
+        }
         return inner;
     }
 

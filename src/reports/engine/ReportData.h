@@ -68,8 +68,8 @@ struct BoundReport {
     Definition definition;
     RowSet rows; ///< in the order of the report
     std::map<QString, BoundReport> subreports;
-    std::map<QString, std::vector<std::size_t>> byLink; ///< of a linked subreport: its rows by the link's key
-    int linkedIndex = -1;                               ///< the main report's field of the link
+    std::map<QString, RowRange> byLink; ///< of a linked subreport: its rows by the link's key
+    int linkedIndex = -1;               ///< the main report's field of the link, -1 for none
 };
 
 /// The key under which equal values of a link meet.

@@ -9,7 +9,10 @@ namespace
 using Kind = FormulaNode::Kind;
 using Written = std::optional<QString>;
 
-QString quoted(QString text) { return u'\'' + text.replace(u'\'', QLatin1StringView("''")) + u'\''; }
+QString quoted(QString text)
+{
+    return u'\'' + text.replace(u'\'', QLatin1StringView("''")) + u'\'';
+}
 
 Written literal(const Value& value)
 {
@@ -126,7 +129,8 @@ Selection handDown(const Formula& formula, const ColumnOf& columnOf)
 
 QString withCondition(const QString& query, const QString& condition)
 {
-    return condition.isEmpty() ? query : QStringLiteral("Select * From (%1) As Report_Rows Where %2").arg(query, condition);
+    return condition.isEmpty() ? query
+                               : QStringLiteral("Select * From (%1) As Report_Rows Where %2").arg(query, condition);
 }
 
 } // namespace orlo::reports

@@ -13,8 +13,8 @@ using ColumnOf = std::function<std::optional<QString>(const QString& field)>;
 
 /// A selection cut in two: what the query can select itself, and what is left for each row that it gives.
 struct Selection {
-    QString condition;              ///< in the store's dialect, empty if nothing can be handed down
-    std::vector<FormulaNode> rest;  ///< all must hold
+    QString condition;             ///< in the store's dialect, empty if nothing can be handed down
+    std::vector<FormulaNode> rest; ///< all must hold
 };
 
 /// Cuts a condition at its outermost "and"; the two parts together select exactly what the formula does.

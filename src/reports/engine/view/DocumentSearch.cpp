@@ -10,31 +10,21 @@ namespace orlo::reports
 namespace
 {
 
-// The box of a part of one line, from the metrics that the line is drawn with.
-QRectF boxOfPart(const TextItem& item, const QFontMetricsF& metrics, const QString& line, double top, qsizetype at,
-                 qsizetype length)
-{
-    const double lineWidth = metrics.horizontalAdvance(line) / UnitsPerPoint;
-    double left = item.box.left();
-    if (item.alignment & Qt::AlignRight)
-        left = item.box.right() - lineWidth;
-    else if (item.alignment & Qt::AlignHCenter)
-        left = item.box.center().x() - lineWidth / 2;
-    const double before = metrics.horizontalAdvance(line.left(at)) / UnitsPerPoint;
-    const double width = metrics.horizontalAdvance(line.mid(at, length)) / UnitsPerPoint;
-    return {left + before, top, width, metrics.height() / UnitsPerPoint};
-}
-
+// The places in one text, measured with what it is drawn with.
 void findInItem(const TextItem& item, const QFontMetricsF& metrics, int page, const QString& text,
                 std::vector<Hit>& hits)
 {
+    const double height = metrics.height() / UnitsPerPoint;
     double top = item.box.top();
     const QStringList lines = item.text.split(u'\n');
     for (const QString& line : lines) {
         for (qsizetype at = line.indexOf(text, 0, Qt::CaseInsensitive); at >= 0;
-             at = line.indexOf(text, at + text.size(), Qt::CaseInsensitive))
-            hits.push_back({page, boxOfPart(item, metrics, line, top, at, text.size())});
-        top += metrics.lineSpacing() / UnitsPerPoint;
+             at = line.indexOf(text, at + text.size(), Qt::CaseInsensitive)) {
+            const double before = metrics.horizontalAdvance(line.left(at)) / UnitsPerPoint;
+            const double width = metrics.horizontalAdvance(line.mid(at, text.size())) / UnitsPerPoint;
+            hits.push_back({page, QRectF(item.box.left() + before, top, width, height)});
+        }
+        top += height;
     }
 }
 

@@ -94,6 +94,7 @@ PageList::PageList(std::shared_ptr<const Document> document, QWidget* parent)
     if (!m_document->outline.empty())
         addOutline();
     setTabBarAutoHide(true);
+    setUsesScrollButtons(false);
 }
 
 void PageList::setCurrentPage(int page)

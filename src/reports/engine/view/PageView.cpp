@@ -29,7 +29,7 @@ const QColor CurrentFoundColor(255, 150, 30, 150);
 void paintShadow(QPainter& painter, const QRectF& sheet)
 {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 14));
+    painter.setBrush(QColor(0, 0, 0, 10));
     for (int depth = ShadowDepth; depth > 0; --depth)
         painter.drawRoundedRect(sheet.translated(0, 2).adjusted(-depth, -depth, depth, depth), depth, depth);
 }
@@ -82,7 +82,9 @@ void PageView::goToPage(int page)
 void PageView::setZoom(double zoom)
 {
     m_fit = Fit::None;
-    rescale(zoom, QRectF(viewport()->rect()).center());
+    // At the start of the document its top stays, elsewhere the middle of what is read.
+    const double y = verticalScrollBar()->value() == 0 ? Gap : viewport()->height() / 2.0;
+    rescale(zoom, QPointF(viewport()->width() / 2.0, y));
 }
 
 void PageView::setFit(Fit fit)
@@ -241,6 +243,8 @@ double PageView::fittingZoom() const
     const double width = (viewport()->width() - bar - 2 * Gap) / paper.width();
     if (m_fit == Fit::Width)
         return width;
+    if (m_fit == Fit::Shrink)
+        return std::min(width, 1.0);
     return std::min(width, (viewport()->height() - 2 * Gap) / paper.height());
 }
 
@@ -301,12 +305,14 @@ void PageView::showBox(const Hit& hit)
     const QRectF sheet = pageBox(hit.page);
     const double scale = sheet.width() / m_document->paper.width();
     const QRectF box(sheet.topLeft() + hit.box.topLeft() * scale, hit.box.size() * scale);
-    if (QRectF(viewport()->rect()).contains(box))
-        return;
-    verticalScrollBar()->setValue(verticalScrollBar()->value() +
-                                  static_cast<int>(box.center().y() - viewport()->height() / 2.0));
-    horizontalScrollBar()->setValue(horizontalScrollBar()->value() +
-                                    static_cast<int>(box.center().x() - viewport()->width() / 2.0));
+    if (!QRectF(viewport()->rect()).contains(box)) {
+        const QScopedValueRollback<bool> keep(m_goingToPage, true);
+        verticalScrollBar()->setValue(verticalScrollBar()->value() +
+                                      static_cast<int>(box.center().y() - viewport()->height() / 2.0));
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() +
+                                        static_cast<int>(box.center().x() - viewport()->width() / 2.0));
+    }
+    setCurrentPage(hit.page);
 }
 
 // The page that one reads: a quarter down the window, and the last one at the end.

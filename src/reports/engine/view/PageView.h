@@ -19,7 +19,12 @@ class PageView : public QAbstractScrollArea
 
 public:
     /// How the scale follows the window.
-    enum class Fit { None, Width, Page };
+    enum class Fit {
+        None,
+        Shrink, ///< the size on paper, or less where the width of the window asks for it
+        Width,
+        Page
+    };
 
     static constexpr double SmallestZoom = 0.1;
     static constexpr double LargestZoom = 8;
@@ -32,7 +37,7 @@ public:
     /// Makes the page the current one and brings its top to the top of the window as far as it can be scrolled.
     void goToPage(int page);
 
-    /// 1 shows a page at its size on paper. The point in the middle of the window keeps its place.
+    /// 1 shows a page at its size on paper. What is read in the middle of the window stays there.
     void setZoom(double zoom);
     [[nodiscard]] double zoom() const { return m_zoom; }
     void setFit(Fit fit);
@@ -73,7 +78,7 @@ private:
 
     std::shared_ptr<const Document> m_document;
     double m_zoom = 1;
-    Fit m_fit = Fit::None;
+    Fit m_fit = Fit::Shrink;
     std::vector<Hit> m_hits;
     int m_currentHit = -1;
     int m_currentPage = 0;

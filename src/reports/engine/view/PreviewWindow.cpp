@@ -11,7 +11,6 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
@@ -33,7 +32,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <filesystem>
 
 namespace orlo::reports
 {
@@ -43,7 +41,7 @@ namespace
 
 constexpr std::array Percents{25, 50, 75, 100, 125, 150, 200, 300, 400};
 constexpr int IconSize = 20;
-constexpr int SideWidth = 150;
+constexpr int SideWidth = 170;
 constexpr QSize PreferredSize(1020, 860);
 
 // A name for a file out of a title: without what a file system doesn't take.
@@ -64,39 +62,6 @@ QString& saveFolder()
         folder = QDir::homePath();
     return folder;
 }
-
-std::filesystem::path fileSystemPath(const QString& path)
-{
-    return {path.toStdU16String()};
-}
-
-// The file gone again when the work on it ends without success.
-class PassingFile
-{
-public:
-    explicit PassingFile(const QString& target)
-        : m_target(QFileInfo::exists(target) ? QFileInfo(target).canonicalFilePath() : target),
-          m_path(QStringLiteral("%1.%2.part").arg(m_target, QString::number(QCoreApplication::applicationPid())))
-    {
-    }
-    ~PassingFile() { QFile::remove(m_path); }
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-
-    [[nodiscard]] const QString& path() const { return m_path; }
-    void takePlace() const
-    {
-        std::error_code failure;
-        std::filesystem::rename(fileSystemPath(m_path), fileSystemPath(m_target), failure);
-        if (failure)
-            throw platform::RuntimeError(platform::PathFileAccess, QString(),
-                                         QString::fromLocal8Bit(failure.message().c_str()));
-    }
-
-private:
-    QString m_target;
-    QString m_path;
-};
 
 } // namespace
 
@@ -135,16 +100,16 @@ void PreviewWindow::setPageListVisible(bool visible)
 
 bool PreviewWindow::savePdf(const QString& path)
 {
-    return save(path, [this](const QString& file) {
+    return save(path, [this, &path] {
         RunProgress progress(tr("Saving the report…"));
-        return writePdf(*m_document, file, std::ref(progress));
+        return writePdf(*m_document, path, std::ref(progress));
     });
 }
 
 bool PreviewWindow::saveCsv(const QString& path)
 {
-    return save(path, [this](const QString& file) {
-        writeCsv(*m_document, file);
+    return save(path, [this, &path] {
+        writeCsv(*m_document, path);
         return true;
     });
 }
@@ -283,7 +248,7 @@ void PreviewWindow::makePageBox()
     m_page->setKeyboardTracking(false);
     m_page->setFocusPolicy(Qt::StrongFocus);
     connect(m_page, &QSpinBox::valueChanged, this, [this](int page) { m_view->goToPage(page - 1); });
-    connect(m_page, &QSpinBox::editingFinished, m_view, [this] { m_view->setFocus(); });
+    connect(m_page->findChild<QLineEdit*>(), &QLineEdit::returnPressed, m_view, [this] { m_view->setFocus(); });
     m_toolBar->addWidget(m_page);
 }
 
@@ -296,6 +261,8 @@ void PreviewWindow::makeZoomBox()
     m_zoom->setEditable(true);
     m_zoom->setInsertPolicy(QComboBox::NoInsert);
     m_zoom->setCompleter(nullptr);
+    m_zoom->lineEdit()->setObjectName(QStringLiteral("txtZoom"));
+    m_zoom->lineEdit()->setAccessibleName(tr("Zoom"));
     m_zoom->addItem(tr("Fit Width"));
     m_zoom->addItem(tr("Fit Page"));
     for (const int percent : Percents)
@@ -313,6 +280,7 @@ void PreviewWindow::makePageList()
     m_side->setObjectName(QStringLiteral("dckPageList"));
     m_side->setFeatures(QDockWidget::DockWidgetClosable);
     m_side->setAllowedAreas(Qt::LeftDockWidgetArea);
+    m_side->setTitleBarWidget(new QWidget); // the tabs say it all
     m_side->setWidget(m_pageList);
     addDockWidget(Qt::LeftDockWidgetArea, m_side);
     resizeDocks({m_side}, {SideWidth}, Qt::Horizontal);
@@ -417,19 +385,15 @@ QString PreviewWindow::askFile(const QString& caption, const QString& filter, co
     dialog.selectFile(QStringLiteral("%1.%2").arg(fileNameOf(windowTitle()), suffix));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
-    const QString path = dialog.selectedFiles().constFirst();
+    QString path = dialog.selectedFiles().constFirst();
     saveFolder() = QFileInfo(path).absolutePath();
     return path;
 }
 
-bool PreviewWindow::save(const QString& path, const std::function<bool(const QString& path)>& write)
+bool PreviewWindow::save(const QString& path, const std::function<bool()>& write)
 {
     try {
-        const PassingFile file(path);
-        if (!write(file.path()))
-            return false;
-        file.takePlace();
-        return true;
+        return write();
     } catch (const platform::RuntimeError& error) {
         QMessageBox::warning(
             this, windowTitle(),

@@ -35,8 +35,8 @@ public:
     [[nodiscard]] PageView& view() const { return *m_view; }
     void setPageListVisible(bool visible);
 
-    /// Writes the pages as PDF, the rows as CSV, under a passing name that then takes the file's place. False where
-    /// it was cancelled, or after telling the user of the failure; a file that was there is then as it was.
+    /// Writes the pages as PDF, the rows as CSV. False where it was cancelled, or after telling the user of the
+    /// failure; a file that was there is then as it was.
     bool savePdf(const QString& path);
     bool saveCsv(const QString& path);
 
@@ -58,7 +58,7 @@ private:
     void stepZoom(int direction);
     void print();
     [[nodiscard]] QString askFile(const QString& caption, const QString& filter, const QString& suffix);
-    bool save(const QString& path, const std::function<bool(const QString& path)>& write);
+    bool save(const QString& path, const std::function<bool()>& write);
 
     std::shared_ptr<const Document> m_document;
     PageView* m_view;

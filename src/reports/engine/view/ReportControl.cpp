@@ -42,16 +42,24 @@ private:
     std::map<QString, store::Database> m_opened;
 };
 
+// What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
+// it may lie in the selection formula instead.
 QString messageOf(const ReportError& error, const QString& reportFile)
 {
     QStringList lines{error.message()};
-    const QString file = error.file().isEmpty() ? reportFile : error.file();
+    const QString report = platform::nativePath(reportFile);
+    const QString file = error.file().contains(u'/') ? error.file() : report;
     if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
-        lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(platform::nativePath(file)));
+        lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(file));
     if (error.place().line > 0) {
-        lines << (error.place().column > 0
-                      ? QStringLiteral("Line %1, column %2").arg(error.place().line).arg(error.place().column)
-                      : QStringLiteral("Line %1").arg(error.place().line));
+        QString where = QStringLiteral("Line %1").arg(error.place().line);
+        if (error.place().column > 0)
+            where += QStringLiteral(", column %1").arg(error.place().column);
+        const bool elsewhere =
+            file == report && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
+        if (elsewhere && !error.file().isEmpty())
+            where += QStringLiteral(" of the %1").arg(error.file());
+        lines << where;
     }
     return lines.join(u'\n');
 }
@@ -193,10 +201,10 @@ void ReportControl::show(Document&& document)
 
 void ReportControl::tell(const QString& text)
 {
-    const QString name = m_windowTitle.isEmpty()
-                             ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
-                             : m_windowTitle;
-    m_message = new ReportMessage(QStringLiteral("%1 - %2").arg(name, platform::title()), text);
+    QString title = m_windowTitle.isEmpty() ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
+                                            : m_windowTitle;
+    title = title.isEmpty() ? platform::title() : QStringLiteral("%1 - %2").arg(title, platform::title());
+    m_message = new ReportMessage(title, text);
     m_message->show();
     m_message->raise();
     m_message->activateWindow();

@@ -13,7 +13,7 @@ namespace orlo::reports
 namespace
 {
 
-constexpr int ShowAfter = 400;  // milliseconds
+int showAfter = 400;            // milliseconds
 constexpr int UpdateEvery = 50; // milliseconds
 
 } // namespace
@@ -25,10 +25,15 @@ RunProgress::RunProgress(QString label) : m_label(std::move(label)), m_busy(std:
 
 RunProgress::~RunProgress() = default;
 
+void RunProgress::setDelay(int milliseconds)
+{
+    showAfter = milliseconds;
+}
+
 bool RunProgress::operator()(int done, int total)
 {
     if (!m_dialog) {
-        if (m_sinceStart.elapsed() < ShowAfter)
+        if (m_sinceStart.elapsed() < showAfter)
             return true;
         m_busy.reset();
         m_dialog = std::make_unique<QProgressDialog>(m_label, QStringLiteral("Cancel"), 0, total);

@@ -27,6 +27,9 @@ public:
     /// False once the user has cancelled.
     bool operator()(int done, int total);
 
+    /// How long work may take without its window, in milliseconds; 400 unless a test says otherwise.
+    static void setDelay(int milliseconds);
+
 private:
     QString m_label;
     QElapsedTimer m_sinceStart;

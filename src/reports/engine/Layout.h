@@ -1,0 +1,72 @@
+#pragma once
+
+#include "reports/engine/Document.h"
+#include "reports/engine/Pagination.h"
+#include "reports/engine/ReportData.h"
+#include "reports/engine/Typesetter.h"
+
+namespace orlo::reports
+{
+
+/// A strip of the report across the page: its items are placed from its own top left corner.
+struct Strip {
+    double height = 0;
+    bool keepWithNext = false;
+    bool breakBefore = false;
+    std::size_t row = 0; ///< the row that it was made for
+    std::vector<Item> items;
+};
+
+/// The whole report as one long band, before it is cut into pages.
+struct Flow {
+    struct Heading {
+        std::size_t first = 0;
+        std::size_t last = 0;
+        std::vector<Strip> strips;
+    };
+    struct OutlineMark {
+        std::size_t strip = 0;
+        int level = 0;
+        QString text;
+    };
+    std::vector<Strip> strips;
+    std::vector<KeptTogether> kept;
+    std::vector<Heading> headings;
+    std::vector<OutlineMark> outline;
+};
+
+/// Lays bands out as strips.
+class BandLayout
+{
+public:
+    /// Strips are as wide as the text area; a row higher than the limit is cut into several. Lengths are points.
+    BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit);
+
+    /// The band's strips for the scope's row, all but the last kept with the next. Subreports are left out.
+    [[nodiscard]] std::vector<Strip> strips(const Band& band, const RowScope& scope, double left) const;
+    /// Appends the strips of one row of a band.
+    void layOutRow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const;
+
+private:
+    struct Cell {
+        const Element* element;
+        QStringList lines;
+        double left;
+        double width;
+        int font;
+    };
+    void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
+    void addText(const Cell& cell, qsizetype first, qsizetype count, double y, Strip& strip) const;
+
+    const Definition& m_definition;
+    Typesetter& m_typesetter;
+    std::vector<int> m_fonts; // by style
+    double m_textWidth;
+    double m_heightLimit;
+};
+
+/// Lays out a report with its groups and subreports. Nothing if progress cancelled it.
+[[nodiscard]] std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter,
+                                         double textWidth, double heightLimit, const Progress& progress);
+
+} // namespace orlo::reports
