@@ -1,0 +1,143 @@
+#include "PackFile.h"
+#include "Subjects.h"
+#include "Table.h"
+#include "awards/frmAssignInsignias.h"
+#include "shell/Module1.h"
+#include "widgets/ComboBox.h"
+#include "widgets/FlexGrid.h"
+#include "widgets/OptionButton.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTabWidget>
+#include <QTest>
+
+#include <sqlite3.h>
+
+namespace orlo::bench
+{
+
+namespace
+{
+
+template <class W>
+W& control(const char* name)
+{
+    auto* form = widgets::Instance<frmAssignInsignias>::loaded();
+    W* found = form ? form->findChild<W*>(QString::fromLatin1(name)) : nullptr;
+    if (!found)
+        qFatal("no control %s", name);
+    return *found;
+}
+
+void click(const char* button)
+{
+    QTest::mouseClick(&control<QPushButton>(button), Qt::LeftButton);
+}
+
+void pick(const char* box, int row)
+{
+    auto& combo = control<widgets::ComboBox>(box);
+    combo.showPopup();
+    combo.hidePopup();
+    combo.setListIndex(row);
+}
+
+// Opens the screen and takes everybody of den 1 into the working list.
+void openWithDenSelected()
+{
+    widgets::Instance<frmAssignInsignias>::show();
+    control<QTabWidget>("SSTabAssignInsignias").setCurrentIndex(1);
+    pick("comDen", 0);
+    click("cmdSelAllByDenScouts");
+}
+
+// What the pack's list holds, without the screen: names, den and key of everybody, in a plain model.
+void fillPlainModel(const PlainDatabase& plain, QStandardItemModel& model)
+{
+    const auto people = plain.prepare(
+        "Select First_Name, Last_Name, Den_Number, Den_Type, Scout_SID From Scouts LEFT JOIN Dens ON "
+        "Scouts.Assigned_Den_SID = Dens.Den_SID Where Scouts.Active = 'Y' Order by Last_Name, First_Name, MI");
+    model.clear();
+    while (step(people))
+        model.appendRow({new QStandardItem, new QStandardItem(textOf(people, 0) + QLatin1Char(' ') + textOf(people, 1)),
+                         new QStandardItem(textOf(people, 2)), new QStandardItem(textOf(people, 4))});
+}
+
+// The time that the screen takes to fill its list with that many people, so many of them selected.
+class PackGrid
+{
+public:
+    PackGrid(int people, int selected) : m_file(densSql() + scoutsSql(people, selected)), m_people(people) {}
+
+    [[nodiscard]] const PackFile& file() const { return m_file; }
+
+    [[nodiscard]] Work fill() const
+    {
+        return [this] {
+            const OpenPack open(m_file);
+            openWithDenSelected();
+            control<QTabWidget>("SSTabAssignInsignias").setCurrentIndex(0);
+            control<widgets::OptionButton>("optListOfAdults").setChecked(true);
+            const double seconds = timed([] { control<widgets::OptionButton>("optListOfScouts").setChecked(true); });
+            if (control<widgets::FlexGrid>("fgSelectFrom").rows() != m_people + 1)
+                qFatal("the list isn't full");
+            return seconds;
+        };
+    }
+
+private:
+    PackFile m_file;
+    int m_people;
+};
+
+} // namespace
+
+void assignAwards(Table& table)
+{
+    constexpr int People = 500;
+    const PackFile file(densSql() + awardsSql(110) + scoutsSql(People, People));
+    const OpenPack open(file);
+    const PlainDatabase plain(file.path());
+    openWithDenSelected();
+    const Work ours = [] {
+        pick("cboAward", 3);
+        control<QLineEdit>("txtAssignDate").setText(QStringLiteral("11/24/2026"));
+        const double seconds = timed([] { click("cmdAssignAward"); });
+        const int rows = database().openRecordset(QStringLiteral("Assigned_Awards_Scouts")).recordCount();
+        database().execute(QStringLiteral("Delete From Assigned_Awards_Scouts"));
+        if (rows != People)
+            qFatal("%d awards were assigned", rows);
+        return seconds;
+    };
+    const Work theirs = [&] {
+        const auto insert = plain.prepare("INSERT INTO Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, "
+                                          "Year, Month) VALUES (?, 4, '2026-11-24', 2026, 11)");
+        const double seconds = timed([&] {
+            for (int scout = 1; scout <= People; ++scout) {
+                sqlite3_bind_int(insert.get(), 1, scout);
+                (void)step(insert);
+                sqlite3_reset(insert.get());
+            }
+        });
+        plain.run("DELETE FROM Assigned_Awards_Scouts");
+        return seconds;
+    };
+    table.compare({"assign an award to 500 people", "durable inserts, C API", 1.3, ours, theirs, 5});
+}
+
+void fillPackGrid(Table& table)
+{
+    const PackGrid grid(10'000, 1'000);
+    const PackGrid morePeople(20'000, 1'000);
+    const PackGrid moreSelected(10'000, 2'000);
+    const PlainDatabase plain(grid.file().path());
+    QStandardItemModel model;
+    table.compare({"pack grid: 10,000 people, 1,000 selected", "raw query into an item model", 2.0, grid.fill(),
+                   [&] { return timed([&] { fillPlainModel(plain, model); }); }, 9});
+    table.compare({"pack grid: twice the people", "10,000 people", 2.4, morePeople.fill(), grid.fill(), 9});
+    table.compare({"pack grid: twice the selected", "1,000 selected", 1.3, moreSelected.fill(), grid.fill(), 9});
+}
+
+} // namespace orlo::bench

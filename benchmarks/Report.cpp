@@ -1,0 +1,82 @@
+#include "PackFile.h"
+#include "Subjects.h"
+#include "Table.h"
+#include "reports/engine/Export.h"
+#include "reports/engine/Paint.h"
+#include "reports/engine/Renderer.h"
+#include "shell/Module1.h"
+
+#include <QPainter>
+#include <QPdfWriter>
+
+namespace orlo::bench
+{
+
+namespace
+{
+
+using reports::UnitsPerPoint;
+
+QByteArray linesSql(int count)
+{
+    return "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " + QByteArray::number(count) +
+           ") INSERT INTO Purchase_List (Award_Name, Insignia_Type, Quantity) SELECT 'Award number ' || i, "
+           "CASE i % 3 WHEN 0 THEN 'Belt Loop' WHEN 1 THEN 'Pin' ELSE 'Badge' END, 1 + i % 40 FROM n;";
+}
+
+reports::Document rendered(const reports::RunRequest& request)
+{
+    return *reports::render(request, [](const QString&) -> store::Database& { return database(); });
+}
+
+// The texts of the document at their places, and nothing else.
+void drawTexts(const reports::Document& document, const QString& path)
+{
+    std::vector<QFont> fonts;
+    std::vector<double> ascents;
+    for (const QFont& font : document.fonts) {
+        fonts.push_back(reports::typesetFont(font));
+        ascents.push_back(QFontMetricsF(fonts.back()).ascent());
+    }
+    QPdfWriter writer(path);
+    writer.setResolution(static_cast<int>(72 * UnitsPerPoint));
+    writer.setPageSize(QPageSize(document.paper, QPageSize::Point));
+    writer.setPageMargins(QMarginsF());
+    QPainter painter(&writer);
+    for (const reports::Page& page : document.pages) {
+        if (&page != &document.pages.front())
+            writer.newPage();
+        int current = -1;
+        for (const reports::Item& item : page.items) {
+            const auto* text = std::get_if<reports::TextItem>(&item);
+            if (!text)
+                continue;
+            const auto font = static_cast<std::size_t>(text->font);
+            if (text->font != current)
+                painter.setFont(fonts[font]);
+            current = text->font;
+            painter.drawText(text->box.topLeft() * UnitsPerPoint + QPointF(0, ascents[font]), text->text);
+        }
+    }
+}
+
+} // namespace
+
+void printReport(Table& table)
+{
+    constexpr int Lines = 10'000;
+    const PackFile file(linesSql(Lines));
+    const OpenPack open(file);
+    reports::RunRequest request;
+    request.reportFile = QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files/PurchaseList.rpt");
+    request.databases[0] = databasePath();
+    const reports::Document document = rendered(request);
+    if (document.rows.size() != Lines)
+        qFatal("the report has %zu lines", document.rows.size());
+    const QString pdf = file.folder() + QStringLiteral("/report.pdf");
+    table.compare({"10,000-line report to PDF", "its texts with QPainter on a PDF writer", 1.5,
+                   [&] { return timed([&] { reports::writePdf(rendered(request), pdf); }); },
+                   [&] { return timed([&] { drawTexts(document, pdf); }); }, 9});
+}
+
+} // namespace orlo::bench

@@ -1,0 +1,18 @@
+#pragma once
+
+namespace orlo::bench
+{
+
+class Table;
+
+// Each subject makes its data in a folder of its own, gone when it returns.
+
+void walkRecords(Table& table);
+void prepareStatements(Table& table);
+void assignAwards(Table& table);
+void createPurchaseList(Table& table);
+void printReport(Table& table);
+void fillPackGrid(Table& table);
+void startProgram(Table& table);
+
+} // namespace orlo::bench

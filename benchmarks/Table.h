@@ -1,0 +1,56 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orlo::bench
+{
+
+/// Does a piece of work once; the seconds that the part which counts took.
+using Work = std::function<double()>;
+
+/// The seconds that a call takes.
+template <class Call>
+[[nodiscard]] double timed(Call&& call)
+{
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Work of the program beside the same work done by the simplest means.
+struct Comparison {
+    std::string work;
+    std::string baseline;
+    double limit; ///< of the ratio of the two times
+    Work ours;
+    Work theirs;
+    int rounds = 15;
+};
+
+/// Measures comparisons and prints them as one table.
+class Table
+{
+public:
+    /// Runs both works in turns, after one round that doesn't count, and keeps the medians.
+    void compare(const Comparison& comparison);
+    void print() const;
+    /// True if no ratio is over its limit.
+    [[nodiscard]] bool withinLimits() const;
+
+private:
+    struct Line {
+        std::string work;
+        std::string baseline;
+        double limit;
+        double ours; ///< ms
+        double theirs;
+
+        [[nodiscard]] double ratio() const { return ours / theirs; }
+    };
+    std::vector<Line> m_lines;
+};
+
+} // namespace orlo::bench

@@ -1,0 +1,41 @@
+// The speed of the program's main work, each line as a ratio against a baseline that is measured in turns with it, so
+// that the numbers mean the same on any machine. Arguments name the subjects to run; without any, all run.
+
+#include "Subjects.h"
+#include "Table.h"
+#include "widgets/Application.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+
+using namespace orlo;
+
+namespace
+{
+
+struct Subject {
+    const char* name;
+    void (*run)(bench::Table&);
+};
+
+constexpr Subject Subjects[] = {
+    {"records", bench::walkRecords},         {"statements", bench::prepareStatements}, {"assign", bench::assignAwards},
+    {"purchase", bench::createPurchaseList}, {"report", bench::printReport},           {"grid", bench::fillPackGrid},
+    {"start", bench::startProgram},
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    widgets::Application application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    const QStringList wanted = QCoreApplication::arguments().mid(1);
+    bench::Table table;
+    for (const Subject& subject : Subjects)
+        if (wanted.isEmpty() || wanted.contains(QLatin1StringView(subject.name)))
+            subject.run(table);
+    table.print();
+    return table.withinLimits() ? 0 : 1;
+}
