@@ -6,6 +6,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace orlo::store
 {
@@ -15,8 +16,6 @@ using platform::RuntimeError;
 namespace
 {
 
-// Rows whose values an opening keeps, since most sets are walked right after it.
-constexpr qsizetype ReadAtOpening = 20000;
 constexpr qsizetype LargestBlock = 256;
 // How often another program's changes are looked for while a set is walked.
 constexpr qint64 CheckNanoseconds = 1000000;
@@ -26,10 +25,17 @@ constexpr qint64 CheckNanoseconds = 1000000;
     throw RuntimeError(number, QStringLiteral("Recordset"));
 }
 
+std::vector<int> allColumns(const RowShape& shape)
+{
+    std::vector<int> columns(shape.fields.size());
+    std::iota(columns.begin(), columns.end(), 0);
+    return columns;
+}
+
 } // namespace
 
 Recordset::Impl::Impl(std::shared_ptr<Connection> connection, const QString& source)
-    : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape), m_block(0)
+    : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape), m_block({})
 {
     if (updatable())
         openKeys();
@@ -42,7 +48,7 @@ void Recordset::Impl::openSnapshot()
     auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
     shape->fields = resultFields(*m_connection, statement);
-    m_block = Rows(static_cast<int>(shape->fields.size()));
+    m_block = Rows(allColumns(*shape));
     while (statement.step())
         m_block.append(statement.handle());
     m_size = m_block.size();
@@ -55,17 +61,9 @@ void Recordset::Impl::openSnapshot()
 void Recordset::Impl::openKeys()
 {
     auto statement = m_connection->statement(m_source->keysSql, Origin::Outside);
-    const int columns = static_cast<int>(m_shape->fields.size());
-    m_block = Rows(columns);
-    m_blockStamp = m_connection->changeStamp();
-    m_blockVersion = m_connection->dataVersion();
-    m_sinceCheck.start();
     const int key = sqlite3_column_count(statement.handle()) - 1;
-    while (statement.step()) {
+    while (statement.step())
         m_keys.push_back(statement.integer(key));
-        if (m_block.size() < ReadAtOpening)
-            m_block.append(statement.handle());
-    }
     m_size = static_cast<qsizetype>(m_keys.size());
 }
 
@@ -73,6 +71,7 @@ void Recordset::Impl::go(qsizetype place)
 {
     dropBuffer();
     m_removed = false;
+    m_arrived = true;
     m_place = place;
 }
 
@@ -106,18 +105,22 @@ bool Recordset::Impl::blockIsTrue()
     return m_blockVersion == m_connection->dataVersion();
 }
 
-qsizetype Recordset::Impl::currentRow()
+qsizetype Recordset::Impl::currentRow(int column)
 {
     if (!updatable())
         return m_place;
-    const bool within = m_place >= m_blockStart && m_place < m_blockStart + m_block.size();
-    const bool behind = m_place == m_blockStart + m_block.size();
-    const bool isTrue = blockIsTrue();
-    if (!within || !isTrue) {
-        // A set that is walked reads more and more ahead; one that is looked at here and there reads what it needs.
-        m_nextBlock = isTrue && behind ? std::min(m_nextBlock * 2, LargestBlock) : 1;
+    if (!m_block.has(column)) {
+        m_block.addColumn(column);
         readBlock(m_nextBlock);
     }
+    const bool within = m_place >= m_blockStart && m_place < m_blockStart + m_block.size();
+    if (m_arrived && !(blockIsTrue() && within)) {
+        // A set that is walked reads more and more ahead; one that is looked at here and there reads what it needs.
+        const bool walking = m_block.size() > 0 && m_place == m_blockStart + m_block.size();
+        m_nextBlock = walking ? std::min(m_nextBlock * 2, LargestBlock) : 1;
+        readBlock(m_nextBlock);
+    }
+    m_arrived = false;
     return m_place - m_blockStart;
 }
 
@@ -128,6 +131,9 @@ void Recordset::Impl::readBlock(qsizetype count)
     m_blockStamp = m_connection->changeStamp();
     m_blockVersion = m_connection->dataVersion();
     m_sinceCheck.start();
+    // A statement in the middle of its rows keeps the file locked for reading, once for the block and not for each row.
+    auto lock = m_connection->statement("SELECT 1 FROM sqlite_master");
+    (void)lock.step();
     auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
     for (qsizetype place = m_place; place < std::min(m_place + count, m_size); ++place) {
         row.bind(1, m_keys[static_cast<std::size_t>(place)]);
@@ -145,7 +151,7 @@ Value Recordset::Impl::value(int column)
     if (m_buffer)
         return m_buffer->values[at];
     requireRecord();
-    const qsizetype row = currentRow();
+    const qsizetype row = currentRow(column);
     if (m_block.missing(row))
         raise(platform::RecordDeleted);
     return m_block.value(row, column, m_shape->fields[at].type);
@@ -180,10 +186,12 @@ void Recordset::Impl::edit()
 {
     requireUpdatable();
     dropBuffer();
+    requireRecord();
+    m_block = Rows(allColumns(*m_shape));
+    m_arrived = true; // what is edited is the record as it stands now
     Buffer buffer;
     for (int i = 0; i < static_cast<int>(m_shape->fields.size()); ++i)
         buffer.values.push_back(value(i));
-    requireRecord();
     buffer.changed.resize(buffer.values.size());
     m_buffer = std::move(buffer);
 }
@@ -262,6 +270,7 @@ void Recordset::Impl::updateBuffer()
 void Recordset::Impl::finishUpdate()
 {
     dropBuffer();
+    m_arrived = true;
     m_connection->noteChange();
 }
 

@@ -9,8 +9,8 @@
 namespace orlo::store
 {
 
-/// The state of a record set. An updatable one holds the keys of its rows, and the values of those rows that it read
-/// ahead for as long as nothing changed the file; a snapshot holds all values.
+/// The state of a record set. A snapshot holds all values. An updatable set holds the keys of its rows; it reads values
+/// in blocks, of the columns that were asked for so far, and believes a block for as long as nothing changed the file.
 class Recordset::Impl
 {
 public:
@@ -52,8 +52,8 @@ private:
     [[nodiscard]] bool hasRecord() const { return !m_removed && m_place >= 0 && m_place < m_size; }
     void requireRecord() const;
     void requireUpdatable() const;
-    /// The row of the read-ahead block that holds the current record, read now if it isn't there or no longer true.
-    qsizetype currentRow();
+    /// The row of the block that holds the current record with the column, read now where it isn't there.
+    qsizetype currentRow(int column);
     [[nodiscard]] bool blockIsTrue();
     void readBlock(qsizetype count);
     void insertBuffer();
@@ -74,6 +74,7 @@ private:
     Rows m_block;
     qsizetype m_blockStart = 0;
     qsizetype m_nextBlock = 1;
+    bool m_arrived = true; // at another record, whose values aren't read yet
     quint64 m_blockStamp = 0;
     qint64 m_blockVersion = 0;
     QElapsedTimer m_sinceCheck;

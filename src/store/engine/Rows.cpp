@@ -50,26 +50,35 @@ std::optional<DateTime> readIso(QByteArrayView text)
     return result.date.isValid() && result.time.isValid() ? std::optional(result) : std::nullopt;
 }
 
+Rows::Rows(std::vector<int> columns) : m_columns(std::move(columns))
+{
+    for (int slot = 0; slot < std::ssize(m_columns); ++slot) {
+        const auto column = static_cast<std::size_t>(m_columns[static_cast<std::size_t>(slot)]);
+        m_slots.resize(std::max(m_slots.size(), column + 1), -1);
+        m_slots[column] = slot;
+    }
+}
+
 void Rows::append(sqlite3_stmt* statement)
 {
-    const int given = sqlite3_column_count(statement);
-    for (int column = 0; column < m_columns; ++column) {
+    for (const int column : m_columns) {
+        sqlite3_value* const value = sqlite3_column_value(statement, column);
         Cell cell{};
         cell.kind = Kind::Null;
-        switch (column < given ? sqlite3_column_type(statement, column) : SQLITE_NULL) {
+        switch (sqlite3_value_type(value)) {
         case SQLITE_INTEGER:
             cell.kind = Kind::Whole;
-            cell.whole = sqlite3_column_int64(statement, column);
+            cell.whole = sqlite3_value_int64(value);
             break;
         case SQLITE_FLOAT:
             cell.kind = Kind::Number;
-            cell.number = sqlite3_column_double(statement, column);
+            cell.number = sqlite3_value_double(value);
             break;
         case SQLITE_TEXT:
         case SQLITE_BLOB: {
             cell.kind = Kind::Text;
-            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-            cell.length = static_cast<quint32>(sqlite3_column_bytes(statement, column));
+            const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+            cell.length = static_cast<quint32>(sqlite3_value_bytes(value));
             cell.start = static_cast<qint64>(m_bytes.size());
             m_bytes.append(text ? text : "", text ? cell.length : 0);
             break;
@@ -86,7 +95,7 @@ void Rows::appendMissing()
 {
     Cell cell{};
     cell.kind = Kind::Missing;
-    m_cells.insert(m_cells.end(), static_cast<std::size_t>(m_columns), cell);
+    m_cells.insert(m_cells.end(), m_columns.size(), cell);
     ++m_size;
 }
 
@@ -99,19 +108,37 @@ void Rows::clear()
 
 bool Rows::missing(qsizetype row) const
 {
-    return m_cells[static_cast<std::size_t>(row * m_columns)].kind == Kind::Missing;
+    return cell(row, m_columns.front()).kind == Kind::Missing;
+}
+
+bool Rows::has(int column) const
+{
+    return column < std::ssize(m_slots) && m_slots[static_cast<std::size_t>(column)] >= 0;
+}
+
+void Rows::addColumn(int column)
+{
+    std::vector<int> columns = m_columns;
+    columns.push_back(column);
+    *this = Rows(std::move(columns));
+}
+
+const Rows::Cell& Rows::cell(qsizetype row, int column) const
+{
+    const auto slot = static_cast<std::size_t>(m_slots[static_cast<std::size_t>(column)]);
+    return m_cells[static_cast<std::size_t>(row) * m_columns.size() + slot];
 }
 
 Value Rows::value(qsizetype row, int column, FieldType type) const
 {
-    const Cell& cell = m_cells[static_cast<std::size_t>(row * m_columns + column)];
-    switch (cell.kind) {
+    const Cell& found = cell(row, column);
+    switch (found.kind) {
     case Kind::Whole:
-        return type == FieldType::Boolean ? Value(cell.whole != 0) : Value(cell.whole);
+        return type == FieldType::Boolean ? Value(found.whole != 0) : Value(found.whole);
     case Kind::Number:
-        return {cell.number};
+        return {found.number};
     case Kind::Text: {
-        const QByteArrayView text(m_bytes.data() + cell.start, static_cast<qsizetype>(cell.length));
+        const QByteArrayView text(m_bytes.data() + found.start, static_cast<qsizetype>(found.length));
         if (type == FieldType::Date)
             if (const auto date = readIso(text))
                 return {*date};
@@ -127,7 +154,7 @@ Value Rows::value(qsizetype row, int column, FieldType type) const
 FieldType Rows::typeOf(int column) const
 {
     for (qsizetype row = 0; row < m_size; ++row)
-        switch (m_cells[static_cast<std::size_t>(row * m_columns + column)].kind) {
+        switch (cell(row, column).kind) {
         case Kind::Whole:
             return FieldType::Long;
         case Kind::Number:

@@ -2,6 +2,7 @@
 
 #include "store/engine/Recordset.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,15 +20,19 @@ namespace orlo::store
 class Rows
 {
 public:
-    explicit Rows(int columns) : m_columns(columns) {}
+    /// Takes these columns of every row that is appended.
+    explicit Rows(std::vector<int> columns);
 
-    /// Takes over the statement's current row; columns that it lacks are Null.
+    /// Takes over the statement's current row.
     void append(sqlite3_stmt* statement);
     /// Adds the place of a row that is gone.
     void appendMissing();
     void clear();
     [[nodiscard]] qsizetype size() const { return m_size; }
     [[nodiscard]] bool missing(qsizetype row) const;
+    [[nodiscard]] bool has(int column) const;
+    /// Drops all rows and takes one more column from now on.
+    void addColumn(int column);
     /// The value as a field of the type reads it; what the file holds of another kind comes as it is.
     [[nodiscard]] Value value(qsizetype row, int column, FieldType type) const;
     /// The field type that fits what the column holds, for columns that declare none.
@@ -44,8 +49,10 @@ private:
         quint32 length;
         Kind kind;
     };
+    [[nodiscard]] const Cell& cell(qsizetype row, int column) const;
 
-    int m_columns;
+    std::vector<int> m_columns;
+    std::vector<int> m_slots; // by column: its place among a row's cells, -1 for none
     qsizetype m_size = 0;
     std::vector<Cell> m_cells;
     std::string m_bytes;

@@ -30,6 +30,19 @@ QStringView withoutBrackets(QStringView name)
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
 }
 
+// True if an Order by counts columns, which only holds where the columns are there.
+bool ordersByNumber(QStringView tail)
+{
+    const qsizetype order = tail.lastIndexOf(u"order", -1, Qt::CaseInsensitive);
+    if (order < 0)
+        return false;
+    const QStringView list = tail.sliced(order);
+    for (qsizetype i = 1; i < list.size(); ++i)
+        if (list[i].isDigit() && (list[i - 1] == u',' || list[i - 1].isSpace()))
+            return true;
+    return false;
+}
+
 std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& source, QStringView table)
 {
     auto statement = connection.statement(source.rowSql, Origin::Outside);
@@ -43,6 +56,7 @@ std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& 
         const bool own = column && table.compare(QString::fromUtf8(from), Qt::CaseInsensitive) == 0;
         const QString name = own ? QString::fromUtf8(column) : QString();
         shape->columns.push_back(own ? quoted(name) : QByteArray());
+        shape->plain = shape->plain && own && name == shape->fields[static_cast<std::size_t>(i)].name;
         Value initial;
         for (const Field& field : definition.fields())
             if (own && field.name == name)
@@ -112,7 +126,9 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
             throw RuntimeError(platform::UnknownTable, QStringLiteral("Database"),
                                platform::standardDescription(platform::UnknownTable) +
                                    QStringLiteral(" (%1)").arg(text));
-        source->rowsSql = "SELECT * FROM " + quoted(table->name);
+        const QString own = table->isQuery ? readQuery(connection, name).sql : QString();
+        source->rowsSql =
+            own.isEmpty() ? "SELECT * FROM " + quoted(table->name) : connection.translated(own)->sql.toUtf8();
     }
     if (!table || table->isQuery || table->rowKey.isEmpty())
         return source;
@@ -133,7 +149,8 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
         source->shape = made;
     } else
         source->shape = shape;
-    source->keysSql = "SELECT" + columns + ',' + key + from + tail;
+    const bool keyAlone = source->shape->plain && !ordersByNumber(translated.tail);
+    source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;
     return source;
 }
 

@@ -17,6 +17,7 @@ struct RowShape {
     std::vector<FieldInfo> fields;
     std::vector<QByteArray> columns; ///< the table's column behind each field, empty for an expression
     std::vector<Value> defaults;     ///< what a new record's buffer begins with
+    bool plain = true;               ///< every field is a column under its own name
 };
 
 /// Where a record set comes from: the statements that an opening needs, ready made.
@@ -24,7 +25,7 @@ struct Source {
     std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
     QByteArray table;                      ///< quoted
     QByteArray rowKey;
-    QByteArray keysSql; ///< all rows of an updatable set, the row's key in the last column
+    QByteArray keysSql; ///< the membership of an updatable set, the row's key in the last column
     QByteArray rowSql;  ///< one row by its key
     QByteArray rowsSql; ///< all rows of a read-only set
 

@@ -11,6 +11,7 @@ struct Translated {
     enum class Kind { Select, Insert, Update, Delete };
     Kind kind = Kind::Select;
     QString sql;
+    qsizetype orderStart = -1; ///< where the statement's own Order by begins in it, -1 for none
     /// For a Select that reads exactly one source, without DISTINCT, grouping, sums or unions: the name of that source
     /// and the statement's parts, of which the engine makes an updatable set. Empty otherwise.
     QString singleSource;
