@@ -1,3 +1,6 @@
 #include "shell/Module1.h"
 
-int main(int argc, char** argv) { return orlo::runProgram(argc, argv); }
+int main(int argc, char** argv)
+{
+    return orlo::runProgram(argc, argv);
+}

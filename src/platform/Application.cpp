@@ -12,7 +12,10 @@ namespace
 QString fixedFolder;
 }
 
-Version version() { return {1, 1, 0}; }
+Version version()
+{
+    return {1, 1, 0};
+}
 
 QString versionText()
 {
@@ -20,11 +23,20 @@ QString versionText()
     return QStringLiteral("Version %1.%2.%3").arg(major).arg(minor).arg(revision);
 }
 
-QString title() { return QStringLiteral("Verrano (ORLO)"); }
+QString title()
+{
+    return QStringLiteral("Verrano (ORLO)");
+}
 
-QString folder() { return fixedFolder.isEmpty() ? QCoreApplication::applicationDirPath() : fixedFolder; }
+QString folder()
+{
+    return fixedFolder.isEmpty() ? QCoreApplication::applicationDirPath() : fixedFolder;
+}
 
-void setFolder(const QString& path) { fixedFolder = path; }
+void setFolder(const QString& path)
+{
+    fixedFolder = path;
+}
 
 void writeEvent(EventType, const QString& text)
 {

@@ -64,7 +64,8 @@ std::optional<QDate> readDay(const QString& text)
     static const QRegularExpression yearFirst(QStringLiteral(R"(^(\d{4})([/-])(\d{1,2})\2(\d{1,2})$)"));
     static const QRegularExpression dayName(
         QStringLiteral(R"(^(\d{1,2})[\s-]+([A-Za-z]{3,9})\.?[\s,-]+(\d{1,2}|\d{4})$)"));
-    static const QRegularExpression nameDay(QStringLiteral(R"(^([A-Za-z]{3,9})\.?\s+(\d{1,2})\s*,?\s+(\d{1,2}|\d{4})$)"));
+    static const QRegularExpression nameDay(
+        QStringLiteral(R"(^([A-Za-z]{3,9})\.?\s+(\d{1,2})\s*,?\s+(\d{1,2}|\d{4})$)"));
 
     if (const auto m = monthFirst.match(text); m.hasMatch()) {
         const int year =
@@ -95,9 +96,15 @@ Int narrowed(double number)
 
 } // namespace
 
-QDate today() { return fixedToday.isValid() ? fixedToday : QDate::currentDate(); }
+QDate today()
+{
+    return fixedToday.isValid() ? fixedToday : QDate::currentDate();
+}
 
-void setToday(QDate date) { fixedToday = date; }
+void setToday(QDate date)
+{
+    fixedToday = date;
+}
 
 std::optional<DateTime> readDate(QStringView text)
 {
@@ -106,7 +113,8 @@ std::optional<DateTime> readDate(QStringView text)
         return std::nullopt;
     if (const auto day = readDay(trimmed))
         return DateTime{*day};
-    static const QRegularExpression withTime(QStringLiteral(R"(^(.*\S)[\sT]+(\d{1,2}:\d{2}(?::\d{2})?\s*(?:[AaPp][Mm])?)$)"));
+    static const QRegularExpression withTime(
+        QStringLiteral(R"(^(.*\S)[\sT]+(\d{1,2}:\d{2}(?::\d{2})?\s*(?:[AaPp][Mm])?)$)"));
     if (const auto match = withTime.match(trimmed); match.hasMatch())
         if (const auto day = readDay(match.captured(1)))
             if (const auto time = readTime(match.captured(2)))
@@ -114,7 +122,10 @@ std::optional<DateTime> readDate(QStringView text)
     return std::nullopt;
 }
 
-bool isDate(QStringView text) { return readDate(text).has_value(); }
+bool isDate(QStringView text)
+{
+    return readDate(text).has_value();
+}
 
 DateTime toDate(QStringView text)
 {
@@ -199,8 +210,14 @@ QString numberText(double number)
     return QString::number(number, 'G', 15);
 }
 
-std::int16_t toInt16(double number) { return narrowed<std::int16_t>(number); }
+std::int16_t toInt16(double number)
+{
+    return narrowed<std::int16_t>(number);
+}
 
-std::int32_t toInt32(double number) { return narrowed<std::int32_t>(number); }
+std::int32_t toInt32(double number)
+{
+    return narrowed<std::int32_t>(number);
+}
 
 } // namespace orlo::platform

@@ -52,7 +52,10 @@ QString nativePath(const QString& path)
     return slashed.startsWith(u'/') ? found : found.mid(2);
 }
 
-bool FileSystem::fileExists(const QString& path) const { return QFileInfo(nativePath(path)).isFile(); }
+bool FileSystem::fileExists(const QString& path) const
+{
+    return QFileInfo(nativePath(path)).isFile();
+}
 
 void FileSystem::copyFile(const QString& source, const QString& destination, bool overwrite) const
 {

@@ -65,10 +65,22 @@ QString standardDescription(int number)
 
 namespace pendingError
 {
-void set(const RuntimeError& error) { pendingState() = error; }
-void clear() { pendingState().reset(); }
-const std::optional<RuntimeError>& get() { return pendingState(); }
-int number() { return pendingState() ? pendingState()->number() : 0; }
+void set(const RuntimeError& error)
+{
+    pendingState() = error;
+}
+void clear()
+{
+    pendingState().reset();
+}
+const std::optional<RuntimeError>& get()
+{
+    return pendingState();
+}
+int number()
+{
+    return pendingState() ? pendingState()->number() : 0;
+}
 } // namespace pendingError
 
 } // namespace orlo::platform

@@ -77,13 +77,12 @@ void frmCreatePurchaseList::cmdCreate_Click()
 void frmCreatePurchaseList::createList()
 {
     const widgets::BusyPointer busy;
-    const QString statement = QStringLiteral("Insert Into Purchase_List (Award_Name, Quantity, Insignia_Type) ") +
-                              QStringLiteral("Select  Award_Name, Sum(Qty) as Quantity,  Insignia_Type ") +
-                              QStringLiteral("From UnionAwardsScoutAdults  ") +
-                              QStringLiteral(" Where Date_Assigned between #") + ui->txtStartDate->text() +
-                              QStringLiteral("# and #") + ui->txtEndDate->text() + QStringLiteral("#  ") +
-                              QStringLiteral(" Group by  Insignia_Type, Award_Name ") +
-                              QStringLiteral(" Order by Award_Name");
+    const QString statement =
+        QStringLiteral("Insert Into Purchase_List (Award_Name, Quantity, Insignia_Type) ") +
+        QStringLiteral("Select  Award_Name, Sum(Qty) as Quantity,  Insignia_Type ") +
+        QStringLiteral("From UnionAwardsScoutAdults  ") + QStringLiteral(" Where Date_Assigned between #") +
+        ui->txtStartDate->text() + QStringLiteral("# and #") + ui->txtEndDate->text() + QStringLiteral("#  ") +
+        QStringLiteral(" Group by  Insignia_Type, Award_Name ") + QStringLiteral(" Order by Award_Name");
     database().execute(QStringLiteral("Delete From Purchase_List"));
     database().execute(statement);
     dcAssignedPurchases->setRecordSource(QStringLiteral("Purchase_List"));

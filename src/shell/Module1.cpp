@@ -9,8 +9,6 @@
 #include "widgets/Application.h"
 #include "widgets/MessageBox.h"
 
-#include <QIcon>
-
 namespace orlo
 {
 
@@ -50,14 +48,17 @@ store::Database& database()
     return *gDatabase;
 }
 
-QString databasePath() { return gAppPath + gDbName; }
+QString databasePath()
+{
+    return gAppPath + gDbName;
+}
 
 void Main()
 {
     gDbNeedsUpdate = false;
     try {
         auto& splash = widgets::Instance<frmSplash>::get();
-        splash.showForm();
+        splash.show();
         splash.startTimer(SplashTime);
         gAppPath = platform::folder();
         gOldDbName = QStringLiteral("\\Quorrel.mdb");
@@ -126,10 +127,6 @@ QDate LastOfMonth(QDate date)
 
 void startProgram()
 {
-    QIcon icon;
-    for (const int size : {16, 32, 48, 128, 256})
-        icon.addFile(QStringLiteral(":/art/orlo-%1.png").arg(size), QSize(size, size));
-    widgets::Application::setWindowIcon(icon);
     reports::ReportControl::setDatabaseProvider(databaseAt);
     Main();
 }

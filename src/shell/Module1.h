@@ -19,7 +19,7 @@ extern QString gAppPath;                           ///< the application folder
 extern QString gOldDbName;                         ///< name of a version 1.0 file, with its leading separator
 extern QString gDbName;                            ///< name of the current file, with its leading separator
 extern platform::FileSystem gFileSystem;
-extern bool gDbNeedsUpdate; ///< a version 1.0 file was found at start-up
+extern bool gDbNeedsUpdate;   ///< a version 1.0 file was found at start-up
 extern QString gCalendarDate; ///< the date last picked in dlgCalendar, "" when it was cancelled
 
 extern std::int16_t gErrNumber; ///< the failure that dlgError shows

@@ -6,6 +6,7 @@
 #include "widgets/Twips.h"
 
 #include <QPainter>
+#include <QResource>
 #include <QScreen>
 #include <QTimer>
 
@@ -15,12 +16,27 @@ namespace orlo
 namespace
 {
 constexpr QSize PictureSize(483, 401);
+
+// The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
+QImage picture(int scale)
+{
+    const QResource pixels(QStringLiteral(":/art/splash@%1x.rgb").arg(scale));
+    const QSize size = PictureSize * scale;
+    if (pixels.size() != qint64{size.width()} * size.height() * 4)
+        return {};
+    QImage image(pixels.data(), size.width(), size.height(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    return image;
 }
+
+} // namespace
 
 frmSplash::frmSplash()
     : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmSplash>()), tmrSplashWait(new QTimer(this))
 {
     ui->setupUi(this);
+    ui->lblVersion->hide();
+    ui->lblWarning->hide();
     setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
     tmrSplashWait->setObjectName(QStringLiteral("tmrSplashWait"));
     connect(tmrSplashWait, &QTimer::timeout, this, &frmSplash::tmrSplashWait_Timer);
@@ -28,31 +44,39 @@ frmSplash::frmSplash()
 
 frmSplash::~frmSplash() = default;
 
-void frmSplash::startTimer(int interval) { tmrSplashWait->start(interval); }
+void frmSplash::startTimer(int interval)
+{
+    tmrSplashWait->start(interval);
+}
 
 void frmSplash::load()
 {
     setCursor(Qt::WaitCursor);
     ui->lblVersion->setText(platform::versionText());
 
-    const bool dense = devicePixelRatioF() > 1;
-    m_picture.load(dense ? QStringLiteral(":/art/splash@2x.png") : QStringLiteral(":/art/splash.png"));
-    m_picture.setDevicePixelRatio(dense ? 2 : 1);
-    setFixedSize(m_picture.isNull() ? PictureSize : m_picture.deviceIndependentSize().toSize());
+    m_picture = picture(devicePixelRatioF() > 1 ? 2 : 1);
+    setFixedSize(PictureSize);
     move(screen()->availableGeometry().center() - rect().center());
 
-    ui->lblVersion->adjustSize();
-    ui->lblVersion->move(width() / 2 - ui->lblVersion->width() / 2, height() / 2 + widgets::twipsToPixels(100, this));
-    ui->lblWarning->setFixedWidth(width() - widgets::twipsToPixels(1200, this));
-    ui->lblWarning->adjustSize();
-    ui->lblWarning->move(width() / 2 - ui->lblWarning->width() / 2,
-                         height() - ui->lblWarning->height() - widgets::twipsToPixels(400, this));
+    QLabel& version = *ui->lblVersion;
+    version.move(width() / 2 - version.width() / 2, height() / 2 + widgets::twipsToPixels(100, this));
+    QLabel& warning = *ui->lblWarning;
+    warning.move(width() / 2 - warning.width() / 2, height() - warning.height() - widgets::twipsToPixels(400, this));
     setEnabled(false);
 }
 
-void frmSplash::keyPressEvent(QKeyEvent*) { unload(); }
+void frmSplash::keyPressEvent(QKeyEvent*)
+{
+    unload();
+}
 
-void frmSplash::paintEvent(QPaintEvent*) { QPainter(this).drawPixmap(0, 0, m_picture); }
+// The first text of a process waits for the fonts to be found; the picture doesn't.
+void frmSplash::paintEvent(QPaintEvent*)
+{
+    QPainter(this).drawImage(0, 0, m_picture);
+    for (QLabel* label : {ui->lblVersion, ui->lblWarning})
+        QTimer::singleShot(0, label, &QWidget::show);
+}
 
 void frmSplash::tmrSplashWait_Timer()
 {

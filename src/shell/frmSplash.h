@@ -2,6 +2,8 @@
 
 #include "widgets/Form.h"
 
+#include <QImage>
+
 #include <memory>
 
 class QTimer;
@@ -35,7 +37,7 @@ private:
 
     std::unique_ptr<Ui::frmSplash> ui;
     QTimer* tmrSplashWait;
-    QPixmap m_picture;
+    QImage m_picture;
 };
 
 } // namespace orlo

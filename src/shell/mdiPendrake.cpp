@@ -25,12 +25,21 @@ void sayNotThere(const QAction* command)
     widgets::message(QStringLiteral("\"%1\" is not part of this version yet.").arg(name.trimmed()));
 }
 
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128, 256})
+        icon.addFile(QStringLiteral(":/art/orlo-%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 } // namespace
 
 mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_DeleteOnClose);
+    QApplication::setWindowIcon(programIcon());
     setCursor(Qt::ArrowCursor);
     ui->ID_TEST_MENU->menuAction()->setVisible(false);
     nameMenuActions();
@@ -38,7 +47,10 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     widgets::Form::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
 }
 
-mdiPendrake::~mdiPendrake() { widgets::Form::setMainWindow(nullptr, {}); }
+mdiPendrake::~mdiPendrake()
+{
+    widgets::Form::setMainWindow(nullptr, {});
+}
 
 mdiPendrake& mdiPendrake::instance()
 {
@@ -67,11 +79,10 @@ void mdiPendrake::connectMenus()
     connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
     connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
     connect(ui->mnuPurchaseList, &QAction::triggered, this, [] { Instance<frmCreatePurchaseList>::showWaiting(); });
-    for (QAction* command :
-         {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuScouts, ui->mnuAdults,
-          ui->mnuDenInfo, ui->mnuInsigniaInfo, ui->ID_Pack_Den_Positions, ui->mnuRepAssignedAwards, ui->mnuRepAwardList,
-          ui->mnuRptScoutList, ui->mnuRptAdultList, ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout,
-          ui->ID_DB_11_UPDATE})
+    for (QAction* command : {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuScouts,
+                             ui->mnuAdults, ui->mnuDenInfo, ui->mnuInsigniaInfo, ui->ID_Pack_Den_Positions,
+                             ui->mnuRepAssignedAwards, ui->mnuRepAwardList, ui->mnuRptScoutList, ui->mnuRptAdultList,
+                             ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
         connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
 }
@@ -111,7 +122,8 @@ void mdiPendrake::fillWindowMenu()
     const auto windows = ui->mdiArea->subWindowList();
     int number = 0;
     for (QMdiSubWindow* window : windows) {
-        auto* action = ui->ID_WINDOWS_MENU->addAction(QStringLiteral("&%1 %2").arg(++number).arg(window->windowTitle()));
+        auto* action =
+            ui->ID_WINDOWS_MENU->addAction(QStringLiteral("&%1 %2").arg(++number).arg(window->windowTitle()));
         action->setCheckable(true);
         action->setChecked(window == ui->mdiArea->currentSubWindow());
         connect(action, &QAction::triggered, window, [this, window] { ui->mdiArea->setActiveSubWindow(window); });

@@ -7,7 +7,9 @@
 #include <QLayout>
 #include <QMdiSubWindow>
 #include <QScopedValueRollback>
-#include <QWindow>
+#include <QScreen>
+
+#include <algorithm>
 
 namespace orlo::widgets
 {
@@ -25,7 +27,10 @@ struct LeaveCheck {
 };
 QList<LeaveCheck> leaveChecks;
 
-QMdiSubWindow* subWindowOf(const Form& form) { return qobject_cast<QMdiSubWindow*>(form.parentWidget()); }
+QMdiSubWindow* subWindowOf(const Form& form)
+{
+    return qobject_cast<QMdiSubWindow*>(form.parentWidget());
+}
 
 // The window that a waiting form lies above: the waiting form before it, or the main frame.
 QWidget* ownerOfNextWindow()
@@ -33,6 +38,22 @@ QWidget* ownerOfNextWindow()
     if (auto* modal = QApplication::activeModalWidget())
         return modal;
     return theMainWindow;
+}
+
+constexpr Qt::WindowFlags OwnWindow =
+    Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+
+// Puts a window that is about to show in the middle of its owner, within the screen.
+void centreOnOwner(QWidget& form)
+{
+    const QWidget* owner = form.parentWidget();
+    form.adjustSize();
+    const QRect room = form.screen()->availableGeometry();
+    QRect place = form.rect();
+    place.moveCenter(owner ? owner->window()->geometry().center() : room.center());
+    place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() - place.width())));
+    place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() - place.height())));
+    form.move(place.topLeft());
 }
 
 } // namespace
@@ -65,8 +86,9 @@ void Form::showForm()
         return;
     }
     if (!isVisible()) {
-        setParent(theMainWindow, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+        setParent(theMainWindow, OwnWindow);
         setFixedBorder();
+        centreOnOwner(*this);
     }
     show();
     raise();
@@ -77,11 +99,11 @@ void Form::showWaiting()
 {
     ensureLoaded();
     QWidget* owner = ownerOfNextWindow();
-    setParent(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    setParent(owner, OwnWindow);
     // All windows hang off the main frame, so window modality holds them all, and leaves a report's preview alone.
     setWindowModality(owner ? Qt::WindowModal : Qt::ApplicationModal);
-    if (m_fixedBorder)
-        setFixedBorder();
+    setFixedBorder();
+    centreOnOwner(*this);
     QEventLoop loop;
     connect(this, &Form::unloaded, &loop, &QEventLoop::quit);
     show();
@@ -112,7 +134,10 @@ void Form::setMainWindow(QWidget* frame, std::function<void(Form&)> showChild)
     showChildInMainWindow = std::move(showChild);
 }
 
-QWidget* Form::mainWindow() { return theMainWindow; }
+QWidget* Form::mainWindow()
+{
+    return theMainWindow;
+}
 
 void Form::unloadAll()
 {
@@ -126,7 +151,10 @@ void Form::setDefaultButton(QPushButton* button)
     button->setDefault(true);
 }
 
-void Form::setCancelButton(QPushButton* button) { m_cancelButton = button; }
+void Form::setCancelButton(QPushButton* button)
+{
+    m_cancelButton = button;
+}
 
 void Form::setFixedBorder()
 {
@@ -170,7 +198,8 @@ bool Form::focusNextPrevChild(bool next)
 bool mayLeaveFocusField(const QWidget* target)
 {
     static bool asking = false; // the check's own message box moves the focus, too
-    QWidget* focused = QApplication::focusWidget();
+    // The window's own notion of focus holds even while the window isn't the active one.
+    QWidget* focused = target ? target->window()->focusWidget() : QApplication::focusWidget();
     if (asking || !focused)
         return true;
     for (const LeaveCheck& check : std::as_const(leaveChecks)) {

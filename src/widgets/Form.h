@@ -59,7 +59,8 @@ protected:
     void setCancelButton(QPushButton* button);
     /// Keeps the window at the size that its contents ask for.
     void setFixedBorder();
-    /// Runs the check whenever the focus is about to leave the field for another control; a false result keeps it there.
+    /// Runs the check whenever the focus is about to leave the field for another control; a false result keeps it
+    /// there.
     void setLeaveCheck(QWidget* field, std::function<bool()> check);
 
     void closeEvent(QCloseEvent* event) override;

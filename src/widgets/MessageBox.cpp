@@ -38,8 +38,14 @@ bool ask(const QString& text, const QString& title, Icon icon)
     return show(text, title, icon, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes;
 }
 
-BusyPointer::BusyPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+BusyPointer::BusyPointer()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
 
-BusyPointer::~BusyPointer() { QApplication::restoreOverrideCursor(); }
+BusyPointer::~BusyPointer()
+{
+    QApplication::restoreOverrideCursor();
+}
 
 } // namespace orlo::widgets

@@ -36,12 +36,16 @@ QStringList purchaseRows()
 {
     QStringList lines;
     for (auto rs = database().openRecordset(QStringLiteral("Purchase_List")); !rs.eof(); rs.moveNext())
-        lines += QStringLiteral("%1|%2|%3").arg(rs[u"Quantity"].textOrEmpty(), rs[u"Award_Name"].textOrEmpty(),
-                                                rs[u"Insignia_Type"].textOrEmpty());
+        lines += QStringLiteral("%1|%2|%3")
+                     .arg(rs[u"Quantity"].textOrEmpty(), rs[u"Award_Name"].textOrEmpty(),
+                          rs[u"Insignia_Type"].textOrEmpty());
     return lines;
 }
 
-void run(const QString& statement) { database().execute(statement); }
+void run(const QString& statement)
+{
+    database().execute(statement);
+}
 
 void addAwards()
 {
@@ -160,7 +164,8 @@ void tst_purchaselist::refusedRanges_data()
     QTest::newRow("no end") << QStringLiteral("2/1/2026") << QString() << missing
                             << QStringLiteral("Date Selection Error");
     QTest::newRow("end before start") << QStringLiteral("10/1/2026") << QStringLiteral("9/30/2026")
-                                      << QStringLiteral("The start date needs to be equal to or older then the end date")
+                                      << QStringLiteral(
+                                             "The start date needs to be equal to or older then the end date")
                                       << QStringLiteral("Delete Selection Error");
 }
 
@@ -210,7 +215,9 @@ void tst_purchaselist::otherListStays()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Pie tins"));
         screen.click("cmdCreate"); // the focus leaves the grid, which writes the row
-        QCOMPARE(test::count(QStringLiteral("Other_Purchase_List"), QStringLiteral("Quantity = 4 and Item_Name = 'Pie tins'")), 1);
+        QCOMPARE(test::count(QStringLiteral("Other_Purchase_List"),
+                             QStringLiteral("Quantity = 4 and Item_Name = 'Pie tins'")),
+                 1);
         screen.click("cmdCancel");
     }
     Screen again;

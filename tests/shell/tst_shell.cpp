@@ -177,10 +177,12 @@ void tst_shell::splashOpensFrame()
     test::AppFolder folder;
     auto& splash = widgets::Instance<frmSplash>::get();
     const QString version = test::control<QLabel>(splash, "lblVersion").text();
-    QVERIFY(QRegularExpression(QStringLiteral(R"(^Version (0|[1-9]\d*)\.(0|[1-9]\d*)\.(0|[1-9]\d*)$)")).match(version).hasMatch());
+    QVERIFY(QRegularExpression(QStringLiteral(R"(^Version (0|[1-9]\d*)\.(0|[1-9]\d*)\.(0|[1-9]\d*)$)"))
+                .match(version)
+                .hasMatch());
     QCOMPARE(splash.size(), QSize(483, 401));
     QVERIFY(!splash.isEnabled());
-    splash.showForm();
+    splash.show();
     splash.startTimer(60);
     QTRY_VERIFY(topLevel("mdiPendrake"));
     QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));

@@ -94,7 +94,10 @@ W& control(const QObject& form, const char* name)
 inline int count(const QString& table, const QString& where = QString())
 {
     const QString condition = where.isEmpty() ? QString() : QStringLiteral(" Where ") + where;
-    return database().openRecordset(QStringLiteral("Select Count(*) As N From ") + table + condition).value(u"N").toInt32();
+    return database()
+        .openRecordset(QStringLiteral("Select Count(*) As N From ") + table + condition)
+        .value(u"N")
+        .toInt32();
 }
 
 } // namespace orlo::test

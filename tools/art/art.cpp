@@ -1,5 +1,7 @@
-// Paints a drawing to a picture: art IN.svg OUT.png WIDTH HEIGHT
+// Paints a drawing to a picture: art IN.svg OUT WIDTH HEIGHT
+// OUT is a picture file by its suffix; with the suffix .rgb it gets the plain pixels, 4 bytes each.
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -7,12 +9,27 @@
 
 #include <cstdio>
 
+namespace
+{
+
+bool save(const QImage& picture, const QString& path)
+{
+    if (!path.endsWith(QLatin1String(".rgb")))
+        return picture.save(path);
+    const QImage pixels = picture.convertToFormat(QImage::Format_RGB32);
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(reinterpret_cast<const char*>(pixels.constBits()), pixels.sizeInBytes()) == pixels.sizeInBytes();
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
     if (arguments.size() != 5) {
-        std::fputs("usage: art IN.svg OUT.png WIDTH HEIGHT\n", stderr);
+        std::fputs("usage: art IN.svg OUT WIDTH HEIGHT\n", stderr);
         return 2;
     }
     QSvgRenderer drawing(arguments[1]);
@@ -26,7 +43,7 @@ int main(int argc, char** argv)
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     drawing.render(&painter);
     painter.end();
-    if (!picture.save(arguments[2])) {
+    if (!save(picture, arguments[2])) {
         std::fprintf(stderr, "art: %s can't be written\n", qPrintable(arguments[2]));
         return 1;
     }

@@ -129,7 +129,8 @@ void Tour::pick(widgets::ComboBox& box, const QString& entry)
 void Tour::picture(QWidget& widget, const QString& name)
 {
     settle();
-    const QString file = QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
+    const QString file =
+        QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
     if (!widget.grab().save(file))
         qFatal("can't write %s", qPrintable(file));
     std::printf("%s\n", qPrintable(file));
@@ -147,7 +148,10 @@ void Tour::during(const std::function<void()>& trigger, const std::function<void
         QTest::qWait(50);
 }
 
-void Tour::choose(const char* command) { control<QAction>(mdiPendrake::instance(), command).trigger(); }
+void Tour::choose(const char* command)
+{
+    control<QAction>(mdiPendrake::instance(), command).trigger();
+}
 
 void Tour::start()
 {
