@@ -1,0 +1,272 @@
+#include "widgets/BoundGridModel.h"
+
+#include "widgets/DataControl.h"
+
+namespace orlo::widgets
+{
+
+int BoundGridModel::rowCount(const QModelIndex& parent) const
+{
+    if (parent.isValid())
+        return 0;
+    return m_records + (m_newRow ? 1 : 0) + (hasEmptyLine() ? 1 : 0);
+}
+
+int BoundGridModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : int(m_columns.size());
+}
+
+QVariant BoundGridModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
+        return text(index.row(), index.column());
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(m_columns[index.column()].alignment | Qt::AlignVCenter);
+    return {};
+}
+
+QVariant BoundGridModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (section < 0)
+        return {};
+    if (orientation == Qt::Horizontal && section < m_columns.size()) {
+        if (role == Qt::DisplayRole)
+            return m_columns[section].caption;
+        if (role == Qt::TextAlignmentRole)
+            return QVariant::fromValue(m_columns[section].alignment | Qt::AlignVCenter);
+    }
+    if (orientation == Qt::Vertical && role == Qt::DisplayRole) {
+        if (section == m_openRow)
+            return QStringLiteral("\u2026"); // not written yet
+        return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("*") : QString();
+    }
+    if (orientation == Qt::Vertical && role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));
+    return {};
+}
+
+Qt::ItemFlags BoundGridModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return {};
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    if (!m_updatable)
+        return flags;
+    if (const auto* set = records(); set && set->fields()[std::size_t(m_fields[index.column()])].counter)
+        return flags; // the engine numbers it
+    if (index.row() < m_records ? m_allowUpdate : m_allowAddNew)
+        flags |= Qt::ItemIsEditable;
+    return flags;
+}
+
+bool BoundGridModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (!index.isValid() || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
+        return false;
+    const int row = index.row();
+    const QString typed = value.toString();
+    if (typed == text(row, index.column()))
+        return true;
+    if (m_openRow >= 0 && m_openRow != row)
+        return false;
+    open(row);
+    const QString stored = row < m_records ? recordTexts(row).value(index.column()) : QString();
+    if (typed == stored)
+        m_typed.remove(index.column());
+    else
+        m_typed.insert(index.column(), typed);
+    Q_EMIT dataChanged(index, index);
+    return true;
+}
+
+void BoundGridModel::setControl(DataControl* control)
+{
+    m_control = control;
+    rebind();
+}
+
+void BoundGridModel::rebind()
+{
+    load(m_allFields ? QList<GridColumn>() : m_columns);
+}
+
+void BoundGridModel::load(const QList<GridColumn>& columns)
+{
+    cancel();
+    beginResetModel();
+    m_columns = columns;
+    m_cache.clear();
+    m_records = 0;
+    m_updatable = false;
+    m_fields.clear();
+    try {
+        findFields();
+        if (const auto* set = records()) {
+            m_records = set->recordCount();
+            m_updatable = set->updatable();
+        }
+    } catch (...) {
+        m_columns.clear();
+        endResetModel();
+        throw;
+    }
+    endResetModel();
+}
+
+void BoundGridModel::setColumns(const QList<GridColumn>& columns)
+{
+    m_allFields = columns.isEmpty();
+    load(columns);
+}
+
+void BoundGridModel::setAllowed(bool update, bool addNew)
+{
+    cancel();
+    beginResetModel();
+    m_allowUpdate = update;
+    m_allowAddNew = addNew;
+    endResetModel();
+}
+
+std::optional<BoundGridModel::Refusal> BoundGridModel::write()
+{
+    if (m_openRow < 0)
+        return {};
+    if (m_typed.isEmpty()) {
+        cancel();
+        return {};
+    }
+    store::Recordset* set = records();
+    int column = -1;
+    try {
+        if (!set)
+            throw platform::RuntimeError(platform::ObjectInvalid);
+        if (m_newRow)
+            set->addNew();
+        else {
+            set->moveTo(m_openRow);
+            set->edit();
+        }
+        writeTyped(*set, column);
+        set->update();
+    } catch (const platform::RuntimeError& error) {
+        if (set && error.number() != platform::ObjectInvalid)
+            set->cancelUpdate();
+        return Refusal{error, column};
+    }
+    const int row = m_openRow;
+    m_records += std::exchange(m_newRow, false) ? 1 : 0;
+    m_openRow = -1;
+    m_typed.clear();
+    m_cache.remove(row);
+    Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    Q_EMIT headerDataChanged(Qt::Vertical, row, row);
+    return {};
+}
+
+void BoundGridModel::cancel()
+{
+    if (m_openRow < 0)
+        return;
+    const int row = std::exchange(m_openRow, -1); // at once: a view that moves on must find nothing to write
+    m_typed.clear();
+    if (m_newRow) {
+        beginRemoveRows({}, row, row);
+        m_newRow = false;
+        endRemoveRows();
+        return;
+    }
+    Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    Q_EMIT headerDataChanged(Qt::Vertical, row, row);
+}
+
+void BoundGridModel::removeRecord(int row)
+{
+    store::Recordset* set = records();
+    if (!set || row < 0 || row >= m_records)
+        return;
+    cancel();
+    set->moveTo(row);
+    set->remove();
+    beginRemoveRows({}, row, row);
+    --m_records;
+    m_cache.clear();
+    endRemoveRows();
+}
+
+store::Recordset* BoundGridModel::records() const
+{
+    return m_control ? m_control->recordset() : nullptr;
+}
+
+void BoundGridModel::findFields()
+{
+    const store::Recordset* set = records();
+    if (m_allFields && set)
+        for (const store::FieldInfo& field : set->fields())
+            m_columns.append({field.name, field.name});
+    if (set)
+        for (const GridColumn& column : std::as_const(m_columns))
+            m_fields.append(set->column(column.field));
+}
+
+// On a failure the column is the one that is to blame, -1 again once all texts are in the buffer.
+void BoundGridModel::writeTyped(store::Recordset& set, int& column) const
+{
+    for (int typed = 0; typed < columnCount(); ++typed) {
+        const auto found = m_typed.constFind(typed);
+        if (found == m_typed.constEnd())
+            continue;
+        column = typed;
+        set.setValue(m_fields[typed], found->isEmpty() ? store::Value() : store::Value(*found));
+    }
+    column = -1;
+}
+
+const QStringList& BoundGridModel::recordTexts(int row) const
+{
+    if (const QStringList* known = m_cache.object(row))
+        return *known;
+    auto texts = std::make_unique<QStringList>();
+    try {
+        store::Recordset* set = records();
+        if (!set)
+            throw platform::RuntimeError(platform::ObjectInvalid);
+        set->moveTo(row);
+        for (const int field : m_fields)
+            texts->append(set->value(field).textOrEmpty());
+    } catch (const platform::RuntimeError&) {
+        texts->clear(); // the record was deleted elsewhere, or its file closed: the row stays as a blank one
+    }
+    QStringList* kept = texts.release();
+    m_cache.insert(row, kept);
+    return *kept;
+}
+
+QString BoundGridModel::text(int row, int column) const
+{
+    if (row == m_openRow)
+        if (const auto typed = m_typed.constFind(column); typed != m_typed.constEnd())
+            return *typed;
+    return row < m_records ? recordTexts(row).value(column) : QString();
+}
+
+// A new record's row is the line that was empty; the next empty line comes in behind it.
+void BoundGridModel::open(int row)
+{
+    if (m_openRow == row)
+        return;
+    if (row >= m_records) {
+        beginInsertRows({}, row + 1, row + 1);
+        m_newRow = true;
+        m_openRow = row;
+        endInsertRows();
+    } else
+        m_openRow = row;
+    Q_EMIT headerDataChanged(Qt::Vertical, row, row);
+}
+
+} // namespace orlo::widgets

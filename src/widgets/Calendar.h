@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QCalendarWidget>
+
+namespace orlo::widgets
+{
+
+/// A month calendar in US English, weeks from Sunday.
+class Calendar : public QCalendarWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Calendar(QWidget* parent = nullptr);
+
+    /// The day picked last, whichever month is shown.
+    [[nodiscard]] QDate value() const { return selectedDate(); }
+    /// Picks a date and shows its month.
+    void setValue(QDate date) { setSelectedDate(date); }
+
+    /// The picked day of the shown month, 0 where the month was turned to and no day picked in it.
+    [[nodiscard]] int day() const;
+    /// Picks a day of the shown month. Raises 5 for a day that the month doesn't have.
+    void setDay(int day);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    /// A double click on a day, which is then the picked one.
+    void doubleClicked();
+};
+
+} // namespace orlo::widgets

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QCheckBox>
+
+namespace orlo::widgets
+{
+
+/// A check box that tells of any change of its value, by the user or by the program.
+class CheckBox : public QCheckBox
+{
+    Q_OBJECT
+
+public:
+    explicit CheckBox(QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void changed();
+};
+
+} // namespace orlo::widgets

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace orlo::widgets
+{
+
+/// A combo box in two kinds: an editable one takes any text, the other one only rows of its list. Rows are numbered
+/// from 0, and no row is chosen until somebody chooses it.
+class ComboBox : public QComboBox
+{
+    Q_OBJECT
+    Q_PROPERTY(bool editable READ isEditable WRITE setEditable)
+
+public:
+    explicit ComboBox(QWidget* parent = nullptr);
+
+    void setEditable(bool editable);
+
+    [[nodiscard]] QString text() const { return currentText(); }
+    /// Sets the text of an editable box; chooses the equal row of the other kind, "" choosing none. Raises 5 there for
+    /// a text that isn't in the list.
+    void setText(const QString& text);
+
+    /// The chosen row, -1 where the text isn't one chosen from the list.
+    [[nodiscard]] int listIndex() const;
+    /// Chooses a row and its text; -1 chooses none. Raises 5 for a row that isn't there.
+    void setListIndex(int index);
+
+    void addItem(const QString& text) { QComboBox::addItem(text); }
+    /// Empties list, choice and text.
+    void clear();
+    [[nodiscard]] int listCount() const { return count(); }
+    /// A row's text, "" for a row that isn't there.
+    [[nodiscard]] QString list(int index) const { return itemText(index); }
+
+    void showPopup() override;
+
+Q_SIGNALS:
+    /// The text of an editable box changed, by whatever hand.
+    void textChange();
+    /// The user picked a row, or another row was chosen by the program.
+    void clicked();
+    /// The list is about to open and may be filled anew.
+    void dropDown();
+
+private:
+    void widenList();
+};
+
+} // namespace orlo::widgets

@@ -1,0 +1,283 @@
+#include "widgets/FlexGrid.h"
+
+#include "platform/RuntimeError.h"
+#include "widgets/FlexGridModel.h"
+#include "widgets/Twips.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+
+namespace orlo::widgets
+{
+
+namespace
+{
+
+constexpr int DefaultWidth = 960; // twips
+constexpr int CellMargin = 3;     // pixels above and below a row's text
+
+// The fixed column looks like the header; the other cells show no focus frame, the whole row being marked.
+class CellDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QStyleOptionViewItem cell = option;
+        cell.state &= ~QStyle::State_HasFocus;
+        if (index.column() == 0) {
+            cell.state &= ~(QStyle::State_Selected | QStyle::State_MouseOver);
+            cell.features &= ~QStyleOptionViewItem::Alternate;
+            cell.palette.setColor(QPalette::Text, option.palette.color(QPalette::ButtonText));
+            painter->fillRect(option.rect, option.palette.button());
+        }
+        QStyledItemDelegate::paint(painter, cell, index);
+    }
+};
+
+} // namespace
+
+FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), m_model(new FlexGridModel(this))
+{
+    setModel(m_model);
+    setItemDelegate(new CellDelegate(this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setAlternatingRowColors(true);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setMinimumSectionSize(1);
+    connect(m_model, &QAbstractItemModel::headerDataChanged, this, &FlexGrid::applyHeights);
+    setCols(m_model->gridCols());
+    applyHeights();
+}
+
+FlexGrid::~FlexGrid() = default;
+
+int FlexGrid::rows() const
+{
+    return m_model->gridRows();
+}
+
+void FlexGrid::setRows(int count)
+{
+    if (count < 1)
+        throw platform::RuntimeError(platform::InvalidProcedureCall, objectName());
+    m_model->setGridRows(count);
+    m_heldRow = std::min(m_heldRow, count - 1);
+}
+
+int FlexGrid::cols() const
+{
+    return m_model->gridCols();
+}
+
+void FlexGrid::setCols(int count)
+{
+    if (count < 1)
+        throw platform::RuntimeError(platform::InvalidProcedureCall, objectName());
+    m_model->setGridCols(count);
+    const int before = int(m_widths.size());
+    m_widths.resize(std::size_t(count), DefaultWidth);
+    for (int col = before; col < count; ++col)
+        setColWidth(col, DefaultWidth);
+    stretch();
+}
+
+QString FlexGrid::text(int row, int col) const
+{
+    requireRow(row);
+    requireCol(col);
+    return m_model->text(row, col);
+}
+
+void FlexGrid::setText(int row, int col, const QString& text)
+{
+    requireRow(row);
+    requireCol(col);
+    m_model->setText(row, col, text);
+}
+
+int FlexGrid::row() const
+{
+    return m_holds > 0 ? m_heldRow : currentIndex().row() + 1;
+}
+
+void FlexGrid::setRow(int row)
+{
+    requireRow(row);
+    if (m_holds > 0)
+        m_heldRow = row;
+    else
+        makeCurrent(row);
+}
+
+int FlexGrid::addRow()
+{
+    setRows(rows() + 1);
+    return rows() - 1;
+}
+
+void FlexGrid::removeRow(int row)
+{
+    requireRow(row);
+    if (row == 0 || rows() == 2)
+        throw platform::RuntimeError(platform::InvalidProcedureCall, objectName());
+    m_model->removeGridRow(row);
+    if (m_heldRow > row || m_heldRow == rows())
+        --m_heldRow;
+}
+
+void FlexGrid::setColWidth(int col, int twips)
+{
+    requireCol(col);
+    m_widths[std::size_t(col)] = std::max(0, twips);
+    setColumnHidden(col, twips <= 0);
+    if (twips > 0)
+        setColumnWidth(col, twipsToPixels(twips, this));
+    stretch();
+}
+
+void FlexGrid::setRowHeight(int row, int twips)
+{
+    requireRow(row);
+    if (row == 0) {
+        m_headerHeight = twips;
+        applyHeights();
+    } else
+        QTableView::setRowHeight(row - 1, std::max(twipsToPixels(twips, this), verticalHeader()->defaultSectionSize()));
+}
+
+void FlexGrid::setColAlignment(int col, Qt::Alignment alignment)
+{
+    requireCol(col);
+    m_model->setAlignment(col, alignment);
+}
+
+void FlexGrid::setStretchColumn(int col)
+{
+    requireCol(col);
+    m_stretched = col;
+    stretch();
+}
+
+void FlexGrid::setRedraw(bool on)
+{
+    if (!on) {
+        if (m_holds == 0) {
+            m_heldRow = row();
+            m_model->hold();
+        }
+        ++m_holds;
+        return;
+    }
+    if (m_holds == 0 || --m_holds > 0)
+        return;
+    m_model->release();
+    applyHeights();
+    makeCurrent(m_heldRow);
+}
+
+void FlexGrid::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
+        if (row() > 0)
+            Q_EMIT rowDoubleClicked();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || !index.isValid())
+        return;
+    setRow(index.row() + 1);
+    Q_EMIT rowDoubleClicked();
+}
+
+void FlexGrid::focusInEvent(QFocusEvent* event)
+{
+    // The base class makes the first row current when the focus comes in; walking past with Tab chooses none.
+    const bool none = row() == 0;
+    QTableView::focusInEvent(event);
+    if (none)
+        selectionModel()->clear();
+}
+
+void FlexGrid::resizeEvent(QResizeEvent* event)
+{
+    QTableView::resizeEvent(event);
+    stretch();
+}
+
+void FlexGrid::changeEvent(QEvent* event)
+{
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        applyHeights();
+}
+
+void FlexGrid::requireRow(int row) const
+{
+    if (row < 0 || row >= rows())
+        throw platform::RuntimeError(platform::SubscriptOutOfRange, objectName());
+}
+
+void FlexGrid::requireCol(int col) const
+{
+    if (col < 0 || col >= cols())
+        throw platform::RuntimeError(platform::SubscriptOutOfRange, objectName());
+}
+
+void FlexGrid::makeCurrent(int row)
+{
+    if (row == 0)
+        selectionModel()->clear();
+    else
+        selectionModel()->setCurrentIndex(m_model->index(row - 1, std::min(1, cols() - 1)),
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+// Widths that the user gave the other columns with the mouse stay.
+void FlexGrid::stretch()
+{
+    if (m_stretched < 0 || m_stretched >= cols() || isColumnHidden(m_stretched))
+        return;
+    const int others = horizontalHeader()->length() - columnWidth(m_stretched);
+    setColumnWidth(m_stretched,
+                   std::max(viewport()->width() - others, twipsToPixels(m_widths[std::size_t(m_stretched)], this)));
+    applyHeights();
+}
+
+// The header is as high as asked for, and higher where its wrapped headings need it.
+void FlexGrid::applyHeights()
+{
+    const int line = fontMetrics().height() + 2 * CellMargin;
+    if (verticalHeader()->defaultSectionSize() != line)
+        verticalHeader()->setDefaultSectionSize(line);
+    if (m_holds > 0)
+        return;
+    const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader());
+    const QFontMetrics metrics = horizontalHeader()->fontMetrics();
+    int height = std::max(line, twipsToPixels(m_headerHeight, this));
+    for (int col = 0; col < cols(); ++col)
+        if (const QRect room(0, 0, columnWidth(col) - 2 * margin, QWIDGETSIZE_MAX); room.width() > 0)
+            height = std::max(height, metrics.boundingRect(room, Qt::TextWordWrap, m_model->text(0, col)).height() +
+                                          2 * margin);
+    horizontalHeader()->setFixedHeight(height);
+}
+
+} // namespace orlo::widgets

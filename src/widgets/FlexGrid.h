@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QTableView>
+
+#include <vector>
+
+namespace orlo::widgets
+{
+
+class FlexGridModel;
+
+/// A plain grid of texts. Row 0 is the fixed header row, column 0 a narrow fixed column for marks; both count in every
+/// row and column number. Whole rows are selected, nothing is edited. A cell outside raises 9 everywhere.
+class FlexGrid : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit FlexGrid(QWidget* parent = nullptr);
+    ~FlexGrid() override;
+
+    /// The number of rows, the header row included.
+    [[nodiscard]] int rows() const;
+    /// Adds empty rows at the end or takes rows away there. Raises 5 below 1.
+    void setRows(int count);
+    [[nodiscard]] int cols() const;
+    /// Adds empty columns at the right or takes columns away there. Raises 5 below 1.
+    void setCols(int count);
+
+    [[nodiscard]] QString text(int row, int col) const;
+    void setText(int row, int col, const QString& text);
+
+    /// The current row, 0 for none.
+    [[nodiscard]] int row() const;
+    void setRow(int row);
+
+    /// Adds an empty row at the end and gives its number.
+    int addRow();
+    /// Takes a row out. Raises 5 for the last one below the header: setRows(1) empties a grid.
+    void removeRow(int row);
+
+    /// A column's width in twips; 0 hides it.
+    void setColWidth(int col, int twips);
+    /// A row's least height in twips; its text always fits.
+    void setRowHeight(int row, int twips);
+    void setColAlignment(int col, Qt::Alignment alignment);
+    /// The column that takes the width that the others leave.
+    void setStretchColumn(int col);
+
+    /// Holds the picture while the grid is filled. Calls nest; the last setRedraw(true) shows all changes at once.
+    void setRedraw(bool on);
+
+Q_SIGNALS:
+    /// A double click on a row below the header, or Space; the row is the current one.
+    void rowDoubleClicked();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void requireRow(int row) const;
+    void requireCol(int col) const;
+    void makeCurrent(int row);
+    void stretch();
+    void applyHeights();
+
+    FlexGridModel* m_model;
+    std::vector<int> m_widths; // twips
+    int m_stretched = -1;
+    int m_headerHeight = 0; // twips, the least that was asked for
+    int m_holds = 0;
+    int m_heldRow = 0; // the current row while the picture is held
+};
+
+/// Holds a grid's picture for as long as it lives.
+class RedrawHold
+{
+public:
+    explicit RedrawHold(FlexGrid& grid) : m_grid(grid) { grid.setRedraw(false); }
+    ~RedrawHold() { m_grid.setRedraw(true); }
+    RedrawHold(const RedrawHold&) = delete;
+    RedrawHold& operator=(const RedrawHold&) = delete;
+
+private:
+    FlexGrid& m_grid;
+};
+
+} // namespace orlo::widgets

@@ -1,0 +1,127 @@
+#include "widgets/FlexGridModel.h"
+
+namespace orlo::widgets
+{
+
+int FlexGridModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_shownRows;
+}
+
+int FlexGridModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_cols;
+}
+
+QVariant FlexGridModel::data(const QModelIndex& index, int role) const
+{
+    const int row = index.row() + 1;
+    if (!index.isValid() || row >= gridRows()) // a row that is gone, its removal not told yet
+        return {};
+    if (role == Qt::DisplayRole)
+        return text(row, index.column());
+    if (role == Qt::TextAlignmentRole) {
+        const auto alignment = index.column() == 0 ? Qt::AlignHCenter : m_alignments[std::size_t(index.column())];
+        return QVariant::fromValue(alignment | Qt::AlignVCenter);
+    }
+    return {};
+}
+
+QVariant FlexGridModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= m_cols)
+        return {};
+    if (role == Qt::DisplayRole)
+        return text(0, section);
+    if (role == Qt::TextAlignmentRole)
+        return int(m_alignments[std::size_t(section)] | Qt::AlignVCenter) | int(Qt::TextWordWrap);
+    return {};
+}
+
+void FlexGridModel::setGridRows(int rows)
+{
+    m_texts.resize(std::size_t(rows), Row(std::size_t(m_cols)));
+    if (m_held)
+        m_textsChanged = true; // rows that went and came again lost their texts
+    else
+        publishRows();
+}
+
+void FlexGridModel::setGridCols(int cols)
+{
+    if (cols == m_cols)
+        return;
+    const bool more = cols > m_cols;
+    if (more)
+        beginInsertColumns({}, m_cols, cols - 1);
+    else
+        beginRemoveColumns({}, cols, m_cols - 1);
+    m_cols = cols;
+    m_alignments.resize(std::size_t(cols), Qt::AlignLeft);
+    for (Row& row : m_texts)
+        row.resize(std::size_t(cols));
+    if (more)
+        endInsertColumns();
+    else
+        endRemoveColumns();
+}
+
+void FlexGridModel::removeGridRow(int row)
+{
+    if (!m_held)
+        beginRemoveRows({}, row - 1, row - 1);
+    m_texts.erase(m_texts.begin() + row);
+    if (m_held) {
+        m_textsChanged = true;
+        return;
+    }
+    --m_shownRows;
+    endRemoveRows();
+}
+
+void FlexGridModel::setText(int row, int col, const QString& text)
+{
+    QString& cell = m_texts[std::size_t(row)][std::size_t(col)];
+    if (cell == text)
+        return;
+    cell = text;
+    if (row == 0)
+        Q_EMIT headerDataChanged(Qt::Horizontal, col, col);
+    else if (m_held)
+        m_textsChanged = true;
+    else
+        Q_EMIT dataChanged(index(row - 1, col), index(row - 1, col));
+}
+
+void FlexGridModel::setAlignment(int col, Qt::Alignment alignment)
+{
+    m_alignments[std::size_t(col)] = alignment;
+    Q_EMIT headerDataChanged(Qt::Horizontal, col, col);
+    if (m_shownRows > 0)
+        Q_EMIT dataChanged(index(0, col), index(m_shownRows - 1, col), {Qt::TextAlignmentRole});
+}
+
+void FlexGridModel::release()
+{
+    m_held = false;
+    publishRows();
+    if (m_textsChanged && m_shownRows > 0)
+        Q_EMIT dataChanged(index(0, 0), index(m_shownRows - 1, m_cols - 1));
+    m_textsChanged = false;
+}
+
+void FlexGridModel::publishRows()
+{
+    const int rows = gridRows() - 1;
+    if (rows > m_shownRows) {
+        beginInsertRows({}, m_shownRows, rows - 1);
+        m_shownRows = rows;
+        endInsertRows();
+    } else if (rows < m_shownRows) {
+        beginRemoveRows({}, rows, m_shownRows - 1);
+        m_shownRows = rows;
+        endRemoveRows();
+    }
+}
+
+} // namespace orlo::widgets

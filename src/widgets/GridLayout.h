@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace orlo::widgets
+{
+
+/// A column of a bound grid.
+struct GridColumn {
+    QString caption;
+    QString field;
+    int width = 1440; ///< twips
+    Qt::Alignment alignment = Qt::AlignLeft;
+    bool hidden = false;
+
+    friend bool operator==(const GridColumn&, const GridColumn&) = default;
+};
+
+/// A bound grid's stored layout: its columns from left to right.
+///
+/// In a file each column is a line such as
+///     column field="Den_Title" caption="Position Title" width=3000 align=left hidden=no
+/// in which only the field must be there; '#' starts a comment, a '"' within a text is written twice.
+struct GridLayout {
+    QList<GridColumn> columns;
+
+    /// Reads a layout's text. Raises 321 for what can't be read, the description naming the file, line and column.
+    [[nodiscard]] static GridLayout read(const QString& text, const QString& fileName);
+    /// Reads a layout file. Raises 53 if it is missing, 75 if it can't be read, 321 as read() does.
+    [[nodiscard]] static GridLayout load(const QString& path);
+};
+
+} // namespace orlo::widgets

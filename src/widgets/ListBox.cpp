@@ -1,0 +1,74 @@
+#include "widgets/ListBox.h"
+
+#include "platform/RuntimeError.h"
+
+#include <QScopedValueRollback>
+
+#include <memory>
+
+namespace orlo::widgets
+{
+
+ListBox::ListBox(QWidget* parent) : QListWidget(parent)
+{
+    connect(this, &QListWidget::currentRowChanged, this, [this](int index) {
+        if (index >= 0 && !m_silent)
+            Q_EMIT clicked();
+    });
+    connect(this, &QAbstractItemView::doubleClicked, this, [this] { Q_EMIT doubleClicked(); });
+}
+
+QListWidgetItem& ListBox::row(int index) const
+{
+    if (QListWidgetItem* found = item(index))
+        return *found;
+    throw platform::RuntimeError(platform::InvalidProcedureCall);
+}
+
+void ListBox::removeItem(int index)
+{
+    const std::unique_ptr<QListWidgetItem> gone(&row(index));
+    const QScopedValueRollback silent(m_silent, true); // the rows move up, nobody clicked one
+    takeItem(index);
+}
+
+void ListBox::clear()
+{
+    const QScopedValueRollback silent(m_silent, true);
+    QListWidget::clear();
+}
+
+QString ListBox::list(int index) const
+{
+    const QListWidgetItem* found = item(index);
+    return found ? found->text() : QString();
+}
+
+void ListBox::setListIndex(int index)
+{
+    setCurrentItem(index == -1 ? nullptr : &row(index));
+    if (index == -1)
+        clearSelection();
+}
+
+bool ListBox::selected(int index) const
+{
+    return row(index).isSelected();
+}
+
+void ListBox::setSelected(int index, bool on)
+{
+    row(index).setSelected(on);
+}
+
+void ListBox::focusInEvent(QFocusEvent* event)
+{
+    // The base class makes the first row current when the focus comes in; walking past with Tab is no click on it.
+    const bool none = listIndex() < 0;
+    const QScopedValueRollback silent(m_silent, true);
+    QListWidget::focusInEvent(event);
+    if (none)
+        selectionModel()->clearCurrentIndex();
+}
+
+} // namespace orlo::widgets

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QListWidget>
+
+namespace orlo::widgets
+{
+
+/// A list box. Rows are numbered from 0; no row is the current one until somebody makes it so.
+class ListBox : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ListBox(QWidget* parent = nullptr);
+
+    void addItem(const QString& text) { QListWidget::addItem(text); }
+    /// Takes a row out. Raises 5 for a row that isn't there.
+    void removeItem(int index);
+    void clear();
+    [[nodiscard]] int listCount() const { return count(); }
+    /// A row's text, "" for a row that isn't there.
+    [[nodiscard]] QString list(int index) const;
+
+    /// The current row, -1 for none.
+    [[nodiscard]] int listIndex() const { return currentRow(); }
+    /// Makes a row the current one, -1 none. Raises 5 for a row that isn't there.
+    void setListIndex(int index);
+
+    /// Whether a row is highlighted, which in a box for several rows more than one can be. Raise 5 as above.
+    [[nodiscard]] bool selected(int index) const;
+    void setSelected(int index, bool on);
+
+Q_SIGNALS:
+    /// Another row became the current one, by the user or by the program.
+    void clicked();
+    void doubleClicked();
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    [[nodiscard]] QListWidgetItem& row(int index) const;
+
+    bool m_silent = false;
+};
+
+} // namespace orlo::widgets

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QRadioButton>
+
+namespace orlo::widgets
+{
+
+/// An option button that tells when it becomes the set one of its group, by the user or by the program.
+class OptionButton : public QRadioButton
+{
+    Q_OBJECT
+
+public:
+    explicit OptionButton(QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void selected();
+};
+
+} // namespace orlo::widgets
