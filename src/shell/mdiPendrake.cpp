@@ -38,6 +38,7 @@ QIcon programIcon()
 mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
 {
     ui->setupUi(this);
+    ui->mdiArea->setBackground(palette().mid());
     setAttribute(Qt::WA_DeleteOnClose);
     QApplication::setWindowIcon(programIcon());
     setCursor(Qt::ArrowCursor);
@@ -106,6 +107,8 @@ void mdiPendrake::activate()
 void mdiPendrake::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        ui->mdiArea->setBackground(palette().mid());
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         activate();
 }

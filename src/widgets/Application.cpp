@@ -6,6 +6,7 @@
 
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QProxyStyle>
 #include <QTabBar>
 
 #include <cstdio>
@@ -48,12 +49,25 @@ bool focusMustStay(QObject* receiver, const QEvent* event)
     return false;
 }
 
+// Fusion, but a combo box opens a list with a scroll bar below itself, not a menu over the whole screen.
+class Style : public QProxyStyle
+{
+public:
+    Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
 } // namespace
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv)
 {
     setApplicationName(QStringLiteral("ORLO"));
-    setStyle(QStringLiteral("Fusion"));
+    setStyle(new Style);
 }
 
 bool Application::notify(QObject* receiver, QEvent* event)

@@ -183,7 +183,7 @@ bool BoundGrid::writeOpenRow()
         return true;
     if (refusal->column >= 0 || row() != m_model->openRow())
         makeCurrent(m_model->openRow(), std::max(0, refusal->column));
-    message(refusal->error.description(), caption(), Icon::Exclamation);
+    message(refusal->error.description(), caption());
     return false;
 }
 
@@ -231,6 +231,13 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
 
 void BoundGrid::keyPressEvent(QKeyEvent* event)
 {
+    // While the window isn't the active one, keys that follow the one that opened an editor still come here.
+    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+        editor && !editor->hasFocus() && !m_passingOn) {
+        const QScopedValueRollback guard(m_passingOn, true);
+        QCoreApplication::sendEvent(editor, event);
+        return;
+    }
     if (event->key() == Qt::Key_Escape && m_model->openRow() >= 0) {
         cancelRow();
         return;
@@ -310,7 +317,7 @@ void BoundGrid::deleteRows(QModelIndexList rows)
             m_model->removeRecord(number);
         } catch (const platform::RuntimeError& error) {
             const QScopedValueRollback guard(m_committing, true);
-            message(error.description(), caption(), Icon::Exclamation);
+            message(error.description(), caption());
             return;
         }
     }

@@ -19,8 +19,8 @@ class DataControl;
 /// star in the row header. Typing in it starts a new record, and a new empty line appears behind. A changed row is
 /// written when another row becomes current, when the focus leaves the grid, when the grid hides and before its data
 /// control is refreshed. A row that the database refuses is reported and stays open for correction; Escape takes back
-/// the cell, once more Escape the row. Delete empties the cell, and deletes the records whose rows
-/// are selected as a whole.
+/// the cell, once more Escape the row. Delete empties the cell, and deletes the records whose rows are selected as a
+/// whole.
 class BoundGrid : public QTableView
 {
     Q_OBJECT
@@ -93,6 +93,7 @@ private:
     bool m_allowAddNew = true;
     bool m_allowDelete = true;
     bool m_focused = false;
+    bool m_passingOn = false;
     bool m_committing = false; // a message's own focus changes commit nothing
 };
 

@@ -8,16 +8,34 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace orlo::widgets
 {
 
+namespace
+{
+
+constexpr int VisibleRows = 16; // of the open list
+
+}
+
 ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
 {
     setInsertPolicy(NoInsert);
+    setMaxVisibleItems(VisibleRows);
     setPlaceholderText(QStringLiteral(" ")); // without one, the first row that is added becomes the chosen one
     connect(this, &QComboBox::editTextChanged, this, &ComboBox::textChange);
-    connect(this, &QComboBox::activated, this, &ComboBox::clicked);
+    // A pick of another row comes as both signals, of the same one as the second alone, a row set by code as the first.
+    connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
+        m_told = index >= 0;
+        if (index >= 0)
+            Q_EMIT clicked();
+    });
+    connect(this, &QComboBox::activated, this, [this] {
+        if (!std::exchange(m_told, false))
+            Q_EMIT clicked();
+    });
 }
 
 void ComboBox::setEditable(bool editable)
@@ -55,9 +73,9 @@ void ComboBox::setListIndex(int index)
 {
     if (index < -1 || index >= count())
         throw platform::RuntimeError(platform::InvalidProcedureCall);
-    const bool changes = index != listIndex();
+    const bool retaken = index >= 0 && index == currentIndex() && index != listIndex();
     setCurrentIndex(index);
-    if (changes && index >= 0)
+    if (retaken)
         Q_EMIT clicked();
 }
 
@@ -70,9 +88,22 @@ void ComboBox::clear()
 
 void ComboBox::showPopup()
 {
+    m_told = false;
     Q_EMIT dropDown();
     widenList();
     QComboBox::showPopup();
+}
+
+void ComboBox::keyPressEvent(QKeyEvent* event)
+{
+    m_told = false;
+    QComboBox::keyPressEvent(event);
+}
+
+void ComboBox::wheelEvent(QWheelEvent* event)
+{
+    m_told = false;
+    QComboBox::wheelEvent(event);
 }
 
 void ComboBox::widenList()

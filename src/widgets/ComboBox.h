@@ -36,16 +36,22 @@ public:
 
     void showPopup() override;
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
 Q_SIGNALS:
     /// The text of an editable box changed, by whatever hand.
     void textChange();
-    /// The user picked a row, or another row was chosen by the program.
+    /// The user picked a row, the chosen one again included, or another row was chosen by the program.
     void clicked();
     /// The list is about to open and may be filled anew.
     void dropDown();
 
 private:
     void widenList();
+
+    bool m_told = false; // the row that the user is picking was told as a click already, since it's another one
 };
 
 } // namespace orlo::widgets

@@ -98,7 +98,7 @@ void Form::showForm()
 void Form::showWaiting()
 {
     ensureLoaded();
-    QWidget* owner = ownerOfNextWindow();
+    const QPointer<QWidget> owner = ownerOfNextWindow();
     setParent(owner, OwnWindow);
     // All windows hang off the main frame, so window modality holds them all, and leaves a report's preview alone.
     setWindowModality(owner ? Qt::WindowModal : Qt::ApplicationModal);
@@ -109,6 +109,8 @@ void Form::showWaiting()
     show();
     activateWindow();
     loop.exec(QEventLoop::DialogExec);
+    if (owner && QApplication::activeWindow() != owner)
+        owner->activateWindow();
 }
 
 void Form::unload()
@@ -192,21 +194,21 @@ void Form::keyPressEvent(QKeyEvent* event)
 
 bool Form::focusNextPrevChild(bool next)
 {
-    return !mayLeaveFocusField(nullptr) || QWidget::focusNextPrevChild(next);
+    return !mayLeaveFocusField(this) || QWidget::focusNextPrevChild(next);
 }
 
 bool mayLeaveFocusField(const QWidget* target)
 {
     static bool asking = false; // the check's own message box moves the focus, too
     // The window's own notion of focus holds even while the window isn't the active one.
-    QWidget* focused = target ? target->window()->focusWidget() : QApplication::focusWidget();
+    QWidget* focused = target->window()->focusWidget();
     if (asking || !focused)
         return true;
     for (const LeaveCheck& check : std::as_const(leaveChecks)) {
         QWidget* field = check.field;
         if (!field || (focused != field && !field->isAncestorOf(focused)))
             continue;
-        if (target && (target == field || field->isAncestorOf(target)))
+        if (target == field || field->isAncestorOf(target))
             return true;
         const QScopedValueRollback guard(asking, true);
         const auto passes = check.passes; // the list may change while the message is up

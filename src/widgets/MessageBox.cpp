@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace orlo::widgets
 {
@@ -11,31 +12,35 @@ namespace orlo::widgets
 namespace
 {
 
-QMessageBox::StandardButton show(const QString& text, const QString& title, Icon icon,
+QMessageBox::StandardButton show(const QString& text, const QString& title, QMessageBox::Icon icon,
                                  QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset)
 {
-    QMessageBox box(QApplication::activeWindow());
+    const QPointer<QWidget> before = QApplication::activeWindow();
+    QMessageBox box(before);
     box.setWindowTitle(title.isEmpty() ? platform::title() : title);
     box.setTextFormat(Qt::PlainText);
     box.setText(text);
-    box.setIcon(icon == Icon::Question      ? QMessageBox::Question
-                : icon == Icon::Exclamation ? QMessageBox::Warning
-                                            : QMessageBox::NoIcon);
+    box.setIcon(icon);
     box.setStandardButtons(buttons);
     box.setDefaultButton(preset);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
+    const int pressed = box.exec();
+    // Not every platform gives the window before it the focus back.
+    if (before && QApplication::activeWindow() != before)
+        before->activateWindow();
+    return static_cast<QMessageBox::StandardButton>(pressed);
 }
 
 } // namespace
 
-void message(const QString& text, const QString& title, Icon icon)
+void message(const QString& text, const QString& title)
 {
-    show(text, title, icon, QMessageBox::Ok, QMessageBox::Ok);
+    show(text, title, QMessageBox::Information, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool ask(const QString& text, const QString& title, Icon icon)
+bool ask(const QString& text, const QString& title)
 {
-    return show(text, title, icon, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes;
+    return show(text, title, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
+           QMessageBox::Yes;
 }
 
 BusyPointer::BusyPointer()

@@ -2,17 +2,13 @@
 
 #include <QString>
 
-class QWidget;
-
 namespace orlo::widgets
 {
 
-enum class Icon { None, Question, Exclamation };
-
 /// Shows a message with an OK button and waits for it. An empty title becomes the program's title.
-void message(const QString& text, const QString& title = QString(), Icon icon = Icon::None);
+void message(const QString& text, const QString& title = QString());
 /// Asks with Yes and No, Yes being the default; true for Yes.
-[[nodiscard]] bool ask(const QString& text, const QString& title, Icon icon = Icon::Question);
+[[nodiscard]] bool ask(const QString& text, const QString& title);
 
 /// The busy mouse pointer of the whole program, for as long as the object lives.
 class BusyPointer

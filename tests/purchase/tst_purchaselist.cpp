@@ -197,7 +197,7 @@ void tst_purchaselist::badDateKeepsFocus()
         else
             screen.click("cmdClearOtherList");
         QVERIFY(told->text.startsWith(QStringLiteral("Invalid Date format")));
-        QVERIFY(screen.start.hasFocus());
+        QTRY_VERIFY(screen.start.hasFocus());
     }
     screen.start.clear();
     QTest::keyClick(&screen.start, Qt::Key_Tab);

@@ -63,6 +63,7 @@ private:
     [[nodiscard]] static W& control(QWidget& form, const char* name);
     static void click(QWidget& form, const char* button);
     static void type(QWidget& form, const char* box, const QString& text);
+    static void typeCell(QTableView& grid, int row, int column, const QString& text);
     static void doubleClickRow(QTableView& grid, int row);
     static void pick(widgets::ComboBox& box, const QString& entry);
     static void settle() { QTest::qWait(80); }
@@ -103,6 +104,14 @@ void Tour::type(QWidget& form, const char* box, const QString& text)
     QTest::mouseClick(&field, Qt::LeftButton);
     field.selectAll();
     QTest::keyClicks(&field, text);
+}
+
+void Tour::typeCell(QTableView& grid, int row, int column, const QString& text)
+{
+    const QModelIndex cell = grid.model()->index(row, column);
+    grid.scrollTo(cell);
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
+    QTest::keyClicks(&grid, text);
 }
 
 void Tour::doubleClickRow(QTableView& grid, int row)
@@ -257,12 +266,9 @@ void Tour::purchaseList()
                click(form, "cmdCreate");
                picture(form, QStringLiteral("purchase-list-created"));
                auto& other = control<QTableView>(form, "dbgOtherPurchaseList");
-               const QModelIndex last = other.model()->index(other.model()->rowCount() - 1, 0);
-               other.scrollTo(last);
-               QTest::mouseClick(other.viewport(), Qt::LeftButton, {}, other.visualRect(last).center());
-               QTest::keyClicks(&other, QStringLiteral("12"));
-               QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-               QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Neckerchief slides"));
+               const int last = other.model()->rowCount() - 1;
+               typeCell(other, last, 0, QStringLiteral("12"));
+               typeCell(other, last, 1, QStringLiteral("Neckerchief slides"));
                picture(form, QStringLiteral("purchase-list-typing"));
                click(form, "cmdPreviewList");
                preview();

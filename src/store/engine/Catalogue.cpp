@@ -188,6 +188,12 @@ void createIndex(Connection& connection, const QString& table, const Index& inde
     connection.noteSchemaChange();
 }
 
+void createQueryTexts(Connection& connection)
+{
+    connection.run(QByteArray("CREATE TABLE IF NOT EXISTS ") + StoredQueries +
+                   "(\"Name\" TEXT(64) NOT NULL PRIMARY KEY, \"Sql\" LONGTEXT NOT NULL)");
+}
+
 void createQuery(Connection& connection, const QueryDef& query)
 {
     if (connection.table(query.name))
@@ -196,8 +202,7 @@ void createQuery(Connection& connection, const QueryDef& query)
     if (translated.kind != Translated::Kind::Select)
         throw RuntimeError(platform::SyntaxError, raiser());
     Transaction transaction(connection);
-    connection.run(QByteArray("CREATE TABLE IF NOT EXISTS ") + StoredQueries +
-                   "(\"Name\" TEXT(64) NOT NULL PRIMARY KEY, \"Sql\" LONGTEXT NOT NULL)");
+    createQueryTexts(connection);
     // Its order matters when the query itself is opened, from its text; within other statements it only costs time.
     const QString sql = translated.orderStart < 0 ? translated.sql : translated.sql.left(translated.orderStart);
     connection.run("CREATE VIEW " + quoted(query.name) + " AS " + sql.toUtf8());
@@ -217,6 +222,8 @@ QueryDef readQuery(Connection& connection, QStringView name)
     if (!found || !found->isQuery)
         throw RuntimeError(platform::FieldNotFound, raiser());
     const QueryDef query{found->name, {}};
+    if (sqlOf(connection, QString::fromLatin1(StoredQueries)).isEmpty())
+        return query; // another tool's file
     auto text = connection.statement(QByteArray("SELECT \"Sql\" FROM ") + StoredQueries + " WHERE \"Name\" = ?1");
     text.bind(1, Value(query.name));
     return {query.name, text.step() ? text.text(0) : QString()};

@@ -16,6 +16,8 @@ void rebuildTable(Connection& connection, const TableDef& table);
 void dropTable(Connection& connection, QStringView name);
 /// Adds an index to a table of the file.
 void createIndex(Connection& connection, const QString& table, const Index& index);
+/// Makes the table that keeps the given texts of queries, where it isn't there yet.
+void createQueryTexts(Connection& connection);
 /// Stores a query as a view of its name, with its given text beside it. Raises 3012 for a name that is there already.
 void createQuery(Connection& connection, const QueryDef& query);
 /// Raises 3265 for an unknown name.

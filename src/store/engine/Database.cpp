@@ -181,7 +181,9 @@ Database DBEngine::createDatabase(const QString& path)
 {
     if (QFileInfo::exists(platform::nativePath(path)))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("DBEngine"));
-    return Database(std::make_shared<Connection>(path, Connection::Mode::Create));
+    auto connection = std::make_shared<Connection>(path, Connection::Mode::Create);
+    createQueryTexts(*connection); // until something is written there is no file
+    return Database(std::move(connection));
 }
 
 } // namespace orlo::store

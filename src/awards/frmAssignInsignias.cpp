@@ -1,0 +1,401 @@
+#include "awards/frmAssignInsignias.h"
+
+#include "platform/Conversion.h"
+#include "shell/Module1.h"
+#include "shell/dlgCalendar.h"
+#include "ui_frmAssignInsignias.h"
+#include "widgets/MessageBox.h"
+
+namespace orlo
+{
+
+namespace
+{
+
+const QString ScoutType = QStringLiteral("Scout");
+const QString AdultType = QStringLiteral("Adult");
+const QString Marked = QStringLiteral("X");
+const QString NoDen = QStringLiteral("NA");
+
+enum Column { Marker, Name, Den, SourceSID, SelectedType = SourceSID, SelectedSID };
+enum PersonField { FirstName, LastName, DenNumber, DenType, PersonSID };
+
+// Twips.
+constexpr int MarkerWidth = 200;
+constexpr int PackNameWidth = 2200;
+constexpr int MemberNameWidth = 2750;
+constexpr int SourceDenWidth = 450;
+constexpr int SelectedHeaderHeight = 500;
+constexpr int SourceHeaderHeight = 300;
+
+QString packQuery(const QString& type)
+{
+    return QStringLiteral("Select First_Name, Last_Name, Den_Number, Den_Type, %1_SID From %1s LEFT JOIN Dens ON "
+                          "%1s.Assigned_Den_SID = Dens.Den_SID Where %1s.Active = 'Y' "
+                          "Order by Last_Name, First_Name, MI")
+        .arg(type);
+}
+
+QString denQuery(const QString& type, const QString& denSID)
+{
+    return QStringLiteral("Select First_Name, Last_Name, Den_Number, Den_Type, %1_SID From %1s, Dens Where "
+                          "Den_SID = Assigned_Den_SID and Assigned_Den_SID = %2 and %1s.Active = 'Y' "
+                          "Order by Last_Name, First_Name, MI")
+        .arg(type, denSID);
+}
+
+// The widths and the look that all the grids have in common.
+void setWidths(widgets::FlexGrid& grid, int nameWidth, int denWidth)
+{
+    grid.setColWidth(Marker, MarkerWidth);
+    grid.setColWidth(Name, nameWidth);
+    grid.setStretchColumn(Name);
+    grid.setColWidth(Den, denWidth);
+    grid.setColAlignment(Den, Qt::AlignCenter);
+}
+
+} // namespace
+
+// A grid that people are taken from, with what differs between the pack's list and the two lists of a den.
+struct frmAssignInsignias::Source {
+    widgets::FlexGrid& grid;
+    std::int16_t& count;
+    QString type;
+    int nameWidth; ///< twips
+    QString noDen; ///< what stands for a den without a number
+};
+
+frmAssignInsignias::Source frmAssignInsignias::packSource()
+{
+    return {*ui->fgSelectFrom, mPackRowCount, mListType, PackNameWidth, NoDen};
+}
+
+frmAssignInsignias::Source frmAssignInsignias::denScoutSource()
+{
+    return {*ui->fgSelScoutsFromByDen, mDenScoutCount, ScoutType, MemberNameWidth, {}};
+}
+
+frmAssignInsignias::Source frmAssignInsignias::denAdultSource()
+{
+    return {*ui->fgSelAdultsFromByDen, mDenAdultCount, AdultType, MemberNameWidth, {}};
+}
+
+bool frmAssignInsignias::onDenTab() const
+{
+    return ui->SSTabAssignInsignias->currentWidget() == ui->pagDen;
+}
+
+frmAssignInsignias::frmAssignInsignias()
+    : Form(widgets::FormKind::Child), ui(std::make_unique<Ui::frmAssignInsignias>())
+{
+    ui->setupUi(this);
+    openCalendarOnDoubleClick(ui->txtAssignDate);
+    setLeaveCheck(ui->txtAssignDate, [this] { return ValidateDate(ui->txtAssignDate->text()); });
+    connectEvents();
+}
+
+frmAssignInsignias::~frmAssignInsignias() = default;
+
+void frmAssignInsignias::connectEvents()
+{
+    using widgets::ComboBox;
+    using widgets::FlexGrid;
+    using widgets::OptionButton;
+    connect(ui->optListOfScouts, &OptionButton::selected, this, [this] { optListOf_Click(ScoutType); });
+    connect(ui->optListOfAdults, &OptionButton::selected, this, [this] { optListOf_Click(AdultType); });
+    connect(ui->SSTabAssignInsignias, &QTabWidget::currentChanged, this,
+            &frmAssignInsignias::SSTabAssignInsignias_Click);
+    connect(ui->comDen, &ComboBox::dropDown, this, &frmAssignInsignias::comDen_DropDown);
+    connect(ui->comDen, &ComboBox::clicked, this, &frmAssignInsignias::comDen_Click);
+    connect(ui->cboAward, &ComboBox::dropDown, this, &frmAssignInsignias::cboAward_DropDown);
+    connect(ui->cboAward, &ComboBox::clicked, this, &frmAssignInsignias::cboAward_Click);
+
+    connect(ui->fgSelectFrom, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(packSource()); });
+    connect(ui->fgSelScoutsFromByDen, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(denScoutSource()); });
+    connect(ui->fgSelAdultsFromByDen, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(denAdultSource()); });
+    connect(ui->fgSelected, &FlexGrid::rowDoubleClicked, this, &frmAssignInsignias::fgSelected_DblClick);
+
+    connect(ui->cmdSelectAllSel, &QPushButton::clicked, this, [this] { selectAll(packSource()); });
+    connect(ui->cmdSelAllByDenScouts, &QPushButton::clicked, this, [this] { selectAll(denScoutSource()); });
+    connect(ui->cmdSelAllByDenAdults, &QPushButton::clicked, this, [this] { selectAll(denAdultSource()); });
+    connect(ui->cmdUnSelAll, &QPushButton::clicked, this, &frmAssignInsignias::emptySelected);
+    connect(ui->cmdClearAll, &QPushButton::clicked, this, &frmAssignInsignias::cmdClearAll_Click);
+    connect(ui->cmdAssignAward, &QPushButton::clicked, this, &frmAssignInsignias::cmdAssignAward_Click);
+    connect(ui->cmdExit, &QPushButton::clicked, this, &frmAssignInsignias::unload);
+}
+
+void frmAssignInsignias::load()
+{
+    ui->cmdAssignAward->setEnabled(false);
+    mListType = ui->optListOfScouts->isChecked() ? ScoutType : AdultType;
+    layOutSelected();
+    fillPackList();
+    for (auto [grid, heading] : {std::pair(ui->fgSelScoutsFromByDen, QStringLiteral("Scout's Name")),
+                                 std::pair(ui->fgSelAdultsFromByDen, QStringLiteral("Alults's Name"))}) {
+        grid->setCols(3);
+        setWidths(*grid, MemberNameWidth, SourceDenWidth);
+        grid->setText(0, Name, heading);
+    }
+}
+
+void frmAssignInsignias::layOutSelected()
+{
+    auto& grid = *ui->fgSelected;
+    grid.setRows(1);
+    grid.setCols(SelectedSID + 1);
+    setWidths(grid, 2300, 500);
+    grid.setColWidth(SelectedType, 800);
+    grid.setColWidth(SelectedSID, 0);
+    grid.setColAlignment(SelectedType, Qt::AlignCenter);
+    grid.setRowHeight(0, SelectedHeaderHeight);
+    grid.setText(0, Name, QStringLiteral("Scout's Name"));
+    grid.setText(0, Den, QStringLiteral("Den"));
+    grid.setText(0, SelectedType, QStringLiteral("Scout or Adult"));
+}
+
+// ---- Events
+
+void frmAssignInsignias::optListOf_Click(const QString& type)
+{
+    mListType = type;
+    fillPackList();
+}
+
+void frmAssignInsignias::SSTabAssignInsignias_Click()
+{
+    if (!onDenTab())
+        fillPackList();
+    else if (!ui->comDen->text().isEmpty()) {
+        fillDenAdults();
+        fillDenScouts();
+    }
+}
+
+void frmAssignInsignias::comDen_DropDown()
+{
+    ui->comDen->clear();
+    mDenSIDs.clear();
+    auto dens = database().openRecordset(
+        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Active = 'Y' Order by Den_Number"));
+    for (; !dens.eof(); dens.moveNext()) {
+        mDenSIDs.push_back(dens[u"Den_SID"].toInt16());
+        ui->comDen->addItem(dens[u"Den_Type"].textOrEmpty() + QStringLiteral(" Den ") +
+                            dens[u"Den_Number"].textOrEmpty());
+    }
+}
+
+void frmAssignInsignias::comDen_Click()
+{
+    mDenSID = QString::number(GetDenSID(ui->comDen->text()));
+    fillDenAdults();
+    fillDenScouts();
+}
+
+void frmAssignInsignias::cboAward_DropDown()
+{
+    ui->cboAward->clear();
+    mAwardSIDs.clear();
+    auto awards =
+        database().openRecordset(QStringLiteral("Select * From Insignias Order by Insignia_Name, Insignia_Type"));
+    for (; !awards.eof(); awards.moveNext()) {
+        ui->cboAward->addItem(awards[u"Insignia_Name"].textOrEmpty() + u' ' + awards[u"Insignia_Type"].textOrEmpty());
+        mAwardSIDs.push_back(awards[u"Insignia_SID"].toInt16());
+    }
+}
+
+void frmAssignInsignias::cboAward_Click()
+{
+    const int position = ui->cboAward->listIndex();
+    if (position >= 0 && position < std::ssize(mAwardSIDs) && mAwardSID >= 0)
+        mAwardSID = mAwardSIDs[static_cast<std::size_t>(position)];
+}
+
+void frmAssignInsignias::fgSelected_DblClick()
+{
+    const int row = ui->fgSelected->row();
+    if (!onDenTab())
+        unselectRow(packSource(), row);
+    else if (ui->fgSelected->text(row, SelectedType) == ScoutType)
+        unselectRow(denScoutSource(), row);
+    else
+        unselectRow(denAdultSource(), row);
+}
+
+void frmAssignInsignias::cmdClearAll_Click()
+{
+    ui->cboAward->clear();
+    ui->txtAssignDate->clear();
+    emptySelected();
+}
+
+void frmAssignInsignias::cmdAssignAward_Click()
+{
+    const QString error = QStringLiteral("Error");
+    if (ui->cboAward->text().isEmpty()) {
+        widgets::message(QStringLiteral("An Award needs to be selected!"), error);
+        ui->cboAward->setFocus();
+        return;
+    }
+    if (ui->txtAssignDate->text().isEmpty()) {
+        widgets::message(QStringLiteral("An Assigned Date needs to be entered!"), error);
+        return;
+    }
+    const widgets::BusyPointer busy;
+    assignAward();
+    ui->cboAward->clear();
+    ui->txtAssignDate->clear();
+}
+
+// ---- Source lists
+
+// The key of the first den of that text; two dens of one text can't be told apart.
+std::int16_t frmAssignInsignias::GetDenSID(const QString& den) const
+{
+    int position = 0;
+    while (position < ui->comDen->listCount() && ui->comDen->list(position) != den)
+        ++position;
+    return position < std::ssize(mDenSIDs) ? mDenSIDs[static_cast<std::size_t>(position)] : std::int16_t{0};
+}
+
+void frmAssignInsignias::fillPackList()
+{
+    const Source source = packSource();
+    if (!fill(source, packQuery(mListType)))
+        return;
+    source.grid.setText(0, Name, mListType + QStringLiteral(" Name"));
+    source.grid.setText(0, Den, QStringLiteral("Den"));
+}
+
+void frmAssignInsignias::fillDenScouts()
+{
+    fill(denScoutSource(), denQuery(ScoutType, mDenSID));
+}
+
+void frmAssignInsignias::fillDenAdults()
+{
+    fill(denAdultSource(), denQuery(AdultType, mDenSID));
+}
+
+bool frmAssignInsignias::fill(const Source& source, const QString& query)
+{
+    const widgets::BusyPointer busy;
+    widgets::FlexGrid& grid = source.grid;
+    const widgets::RedrawHold hold(grid);
+    grid.setRows(1);
+    grid.setCols(SourceSID + 1);
+    setWidths(grid, source.nameWidth, SourceDenWidth);
+    grid.setColWidth(SourceSID, 0);
+
+    auto people = database().openRecordset(query);
+    if (people.recordCount() == 0)
+        return false;
+    source.count = platform::toInt16(people.recordCount());
+    grid.setRows(source.count + 1);
+    grid.setRowHeight(0, SourceHeaderHeight);
+    const QSet<QString> selected = selectedOf(source.type);
+    for (int row = 1; !people.eof(); people.moveNext(), ++row) {
+        const QString sid = people.value(PersonSID).toText();
+        const QString den = people.value(DenNumber).textOrEmpty();
+        grid.setText(row, Name, people.value(FirstName).textOrEmpty() + u' ' + people.value(LastName).textOrEmpty());
+        grid.setText(row, Den, den.isEmpty() ? source.noDen : den);
+        grid.setText(row, SourceSID, sid);
+        if (selected.contains(sid))
+            grid.setText(row, Marker, Marked);
+    }
+    return true;
+}
+
+// The identifiers of the working list's people of one type. Scouts and adults number separately.
+QSet<QString> frmAssignInsignias::selectedOf(const QString& type) const
+{
+    QSet<QString> identifiers;
+    for (int row = 1; row <= mSelectedCount; ++row)
+        if (ui->fgSelected->text(row, SelectedType) == type)
+            identifiers.insert(ui->fgSelected->text(row, SelectedSID));
+    return identifiers;
+}
+
+// ---- Working list
+
+void frmAssignInsignias::selectRow(const Source& source)
+{
+    selectRow(source, source.grid.row());
+}
+
+void frmAssignInsignias::selectRow(const Source& source, int row)
+{
+    source.grid.setRow(row);
+    if (source.grid.text(row, Marker) == Marked)
+        return;
+    widgets::FlexGrid& selected = *ui->fgSelected;
+    const int added = selected.addRow();
+    mSelectedCount = platform::toInt16(mSelectedCount + 1);
+    selected.setRow(added);
+    selected.setText(added, Name, source.grid.text(row, Name));
+    selected.setText(added, Den, source.grid.text(row, Den));
+    selected.setText(added, SelectedType, source.type);
+    selected.setText(added, SelectedSID, source.grid.text(row, SourceSID));
+    source.grid.setText(row, Marker, Marked);
+    if (mSelectedCount == 1)
+        ui->cmdAssignAward->setEnabled(true);
+}
+
+void frmAssignInsignias::selectAll(const Source& source)
+{
+    const widgets::BusyPointer busy;
+    const widgets::RedrawHold holdSource(source.grid);
+    const widgets::RedrawHold holdSelected(*ui->fgSelected);
+    for (int row = 1; row <= source.count; ++row)
+        selectRow(source, row);
+}
+
+void frmAssignInsignias::unselectRow(const Source& source, int row)
+{
+    const QString sid = ui->fgSelected->text(row, SelectedSID);
+    // The type isn't compared: on the pack's tab the mark of another person with the same number goes, too.
+    for (int sourceRow = 1; sourceRow <= source.count; ++sourceRow)
+        if (source.grid.text(sourceRow, SourceSID) == sid)
+            source.grid.setText(sourceRow, Marker, QString());
+    if (mSelectedCount == 1) {
+        ui->fgSelected->setRows(1);
+        mSelectedCount = 0;
+        ui->cmdAssignAward->setEnabled(false);
+    } else if (mSelectedCount >= 2) {
+        ui->fgSelected->removeRow(row);
+        --mSelectedCount;
+    }
+}
+
+void frmAssignInsignias::emptySelected()
+{
+    ui->fgSelected->setRows(1);
+    mSelectedCount = 0;
+    ui->cmdAssignAward->setEnabled(false);
+    // The refill is what clears the marks.
+    if (!onDenTab())
+        fillPackList();
+    else if (!ui->comDen->text().isEmpty()) {
+        fillDenScouts();
+        fillDenAdults();
+    }
+}
+
+// Every row is written for good before the next one is begun: a failure half way keeps what was assigned so far.
+void frmAssignInsignias::assignAward()
+{
+    const QString date = ui->txtAssignDate->text();
+    for (int row = 1; row <= mSelectedCount; ++row) {
+        const QString type = ui->fgSelected->text(row, SelectedType) == ScoutType ? ScoutType : AdultType;
+        auto awards = database().openRecordset(
+            QStringLiteral("Select * From Assigned_Awards_%1s Where Insignia_SID = 0").arg(type));
+        awards.addNew();
+        awards.setValue(type + QStringLiteral("_SID"), ui->fgSelected->text(row, SelectedSID));
+        awards.setValue(u"Insignia_SID", int{mAwardSID});
+        awards.setValue(u"Date_Assigned", date);
+        awards.setValue(u"Year", platform::toDate(date).date.year());
+        awards.setValue(u"Month", platform::toDate(date).date.month());
+        awards.update();
+    }
+}
+
+} // namespace orlo

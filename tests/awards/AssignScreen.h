@@ -1,0 +1,128 @@
+#pragma once
+
+#include "awards/frmAssignInsignias.h"
+#include "support/TestApp.h"
+#include "widgets/ComboBox.h"
+#include "widgets/FlexGrid.h"
+#include "widgets/OptionButton.h"
+
+#include <QAbstractItemView>
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTabWidget>
+
+#include <sqlite3.h>
+
+namespace orlo::test::assign
+{
+
+/// The open form, worked by mouse and keys.
+struct Screen {
+    frmAssignInsignias& form = widgets::Instance<frmAssignInsignias>::get();
+    widgets::FlexGrid& pack = control<widgets::FlexGrid>(form, "fgSelectFrom");
+    widgets::FlexGrid& scouts = control<widgets::FlexGrid>(form, "fgSelScoutsFromByDen");
+    widgets::FlexGrid& adults = control<widgets::FlexGrid>(form, "fgSelAdultsFromByDen");
+    widgets::FlexGrid& selected = control<widgets::FlexGrid>(form, "fgSelected");
+    widgets::ComboBox& den = control<widgets::ComboBox>(form, "comDen");
+    widgets::ComboBox& award = control<widgets::ComboBox>(form, "cboAward");
+    QLineEdit& date = control<QLineEdit>(form, "txtAssignDate");
+    QPushButton& assign = control<QPushButton>(form, "cmdAssignAward");
+
+    Screen()
+    {
+        form.showForm();
+        if (!QTest::qWaitForWindowActive(&form))
+            qFatal("the form doesn't become active");
+    }
+    void click(const char* button) { QTest::mouseClick(&control<QPushButton>(form, button), Qt::LeftButton); }
+    void tab(int number)
+    {
+        QTabBar& bar = *control<QTabWidget>(form, "SSTabAssignInsignias").tabBar();
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(number).center());
+    }
+    void list(const char* option)
+    {
+        auto& button = control<widgets::OptionButton>(form, option);
+        QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
+    }
+    // Opens the list by key and picks the entry; any other text closes the list without a choice.
+    void pick(widgets::ComboBox& box, const QString& entry)
+    {
+        box.setFocus();
+        QTest::keyClick(&box, Qt::Key_F4);
+        const int row = box.findText(entry);
+        if (row >= 0)
+            box.view()->setCurrentIndex(box.model()->index(row, 0));
+        QTest::keyClick(box.view(), row >= 0 ? Qt::Key_Return : Qt::Key_Escape);
+    }
+    // Double clicks the row whose key stands in the last column; of working rows the given one.
+    void choose(widgets::FlexGrid& grid, int sid)
+    {
+        for (int row = 1; row < grid.rows(); ++row)
+            if (grid.text(row, grid.cols() - 1) == QString::number(sid))
+                return chooseRow(grid, row);
+        QFAIL("nobody of that number is listed");
+    }
+    void chooseRow(widgets::FlexGrid& grid, int row)
+    {
+        const QModelIndex cell = grid.model()->index(row - 1, 1);
+        grid.scrollTo(cell);
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
+    }
+    void order(const QString& awardText, const QString& dateText)
+    {
+        pick(award, awardText);
+        date.setFocus();
+        date.selectAll();
+        QTest::keyClicks(&date, dateText);
+    }
+};
+
+/// A grid's rows below the header, cells parted by bars, rows by blanks after commas.
+inline QString rowsOf(const widgets::FlexGrid& grid)
+{
+    QStringList lines;
+    for (int row = 1; row < grid.rows(); ++row) {
+        QStringList cells;
+        for (int col = 0; col < grid.cols(); ++col)
+            cells += grid.text(row, col);
+        lines += cells.join(u'|');
+    }
+    return lines.join(QStringLiteral(", "));
+}
+
+/// The keys of the marked rows.
+inline QString marked(const widgets::FlexGrid& grid)
+{
+    QStringList keys;
+    for (int row = 1; row < grid.rows(); ++row)
+        if (grid.text(row, 0) == QLatin1String("X"))
+            keys += grid.text(row, grid.cols() - 1);
+    return keys.join(u' ');
+}
+
+/// What a statement gives when another program runs it on the file.
+inline QStringList sqlite(const QString& path, const char* statement)
+{
+    QStringList lines;
+    sqlite3* file = nullptr;
+    char* error = nullptr;
+    sqlite3_open(path.toUtf8().constData(), &file);
+    sqlite3_exec(
+        file, statement,
+        [](void* to, int columns, char** texts, char**) {
+            QStringList cells;
+            for (int i = 0; i < columns; ++i)
+                cells += texts[i] ? QString::fromUtf8(texts[i]) : QStringLiteral("Null");
+            *static_cast<QStringList*>(to) += cells.join(u'|');
+            return 0;
+        },
+        &lines, &error);
+    if (error)
+        lines = {QString::fromUtf8(error)};
+    sqlite3_free(error);
+    sqlite3_close(file);
+    return lines;
+}
+
+} // namespace orlo::test::assign
