@@ -231,9 +231,8 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
 
 void BoundGrid::keyPressEvent(QKeyEvent* event)
 {
-    // While the window isn't the active one, keys that follow the one that opened an editor still come here.
-    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
-        editor && !editor->hasFocus() && !m_passingOn) {
+    // While the window isn't the active one, the keys that follow the one that opened an editor still come here.
+    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr; editor && !m_passingOn) {
         const QScopedValueRollback guard(m_passingOn, true);
         QCoreApplication::sendEvent(editor, event);
         return;

@@ -21,10 +21,12 @@ QColor gray(int percentOfWhite)
 } // namespace
 
 BandLayout::BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit)
-    : m_definition(definition), m_typesetter(typesetter), m_textWidth(textWidth), m_heightLimit(heightLimit)
+    : m_typesetter(typesetter), m_textWidth(textWidth), m_heightLimit(heightLimit)
 {
-    for (const Style& style : definition.styles)
+    for (const Style& style : definition.styles) {
         m_fonts.push_back(typesetter.font(style));
+        m_colors.push_back(gray(style.gray));
+    }
 }
 
 std::vector<Strip> BandLayout::strips(const Band& band, const RowScope& scope, double left) const
@@ -58,7 +60,6 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
     }
 
     // A high row is cut between lines: each part takes as many lines of each cell as the limit lets it.
-    std::vector<qsizetype> done(cells.size(), 0);
     bool top = true;
     for (bool more = true; more; top = false) {
         more = false;
@@ -67,12 +68,11 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         strip.items.reserve(cells.size() + 2);
         const double textTop = (top ? row.above : 0) + row.ruleAbove;
         double bottom = textTop;
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            const Cell& cell = cells[i];
+        for (Cell& cell : cells) {
             const double lineHeight = m_typesetter.lineHeight(cell.font);
             const double y = textTop + (top ? ascent - m_typesetter.ascent(cell.font) : 0);
             const auto room = std::max(qsizetype((m_heightLimit - y) / lineHeight), qsizetype(1));
-            const qsizetype count = std::min(cell.lines.size() - done[i], room);
+            const qsizetype count = std::min(cell.lines.size() - cell.done, room);
             if (cell.element->kind == Element::Kind::TickBox && top) {
                 const double side = m_typesetter.ascent(cell.font) * 0.86;
                 const QRectF box(cell.left, y + m_typesetter.ascent(cell.font) - side, side, side);
@@ -80,11 +80,11 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
                 bottom = std::max(bottom, y + lineHeight);
             }
             if (count > 0) {
-                addText(cell, done[i], count, y, strip);
+                addText(cell, count, y, strip);
                 bottom = std::max(bottom, y + double(count) * lineHeight);
             }
-            done[i] += count;
-            more = more || done[i] < cell.lines.size();
+            cell.done += count;
+            more = more || cell.done < cell.lines.size();
         }
         strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
         addDecoration(row, left, strip.height, top, !more, strip);
@@ -96,34 +96,35 @@ void BandLayout::addDecoration(const Row& row, double left, double height, bool 
 {
     const double from = left + row.left;
     const double to = m_textWidth;
+    static const QColor hairline = gray(HairlineGray);
     if (row.shade > 0)
         strip.items.insert(strip.items.begin(),
                            BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, gray(100 - row.shade)});
     if (row.ruleAbove > 0 && top)
         strip.items.push_back(LineItem{{from, row.ruleAbove / 2}, {to, row.ruleAbove / 2}, row.ruleAbove, Qt::black});
     if (row.hairline && bottom)
-        strip.items.push_back(LineItem{{from, height}, {to, height}, HairlineWidth, gray(HairlineGray)});
+        strip.items.push_back(LineItem{{from, height}, {to, height}, HairlineWidth, hairline});
     if (row.ruleBelow > 0 && bottom)
         strip.items.push_back(
             LineItem{{from, height - row.ruleBelow / 2}, {to, height - row.ruleBelow / 2}, row.ruleBelow, Qt::black});
 }
 
-void BandLayout::addText(const Cell& cell, qsizetype first, qsizetype count, double y, Strip& strip) const
+void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& strip) const
 {
     const double lineHeight = m_typesetter.lineHeight(cell.font);
-    const QColor color = gray(m_definition.styles[std::size_t(cell.element->style)].gray);
+    const QColor color = m_colors[std::size_t(cell.element->style)];
     if (cell.element->alignment == Qt::AlignLeft) {
+        const QStringList part = cell.lines.mid(cell.done, count);
         double width = 0;
-        for (const QString& line : cell.lines.mid(first, count))
+        for (const QString& line : part)
             width = std::max(width, m_typesetter.width(cell.font, line));
         strip.items.push_back(TextItem{QRectF(cell.left, y, width, lineHeight * double(count)),
-                                       count == 1 ? cell.lines[first] : cell.lines.mid(first, count).join(u'\n'),
-                                       cell.font, Qt::AlignLeft, color});
+                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, Qt::AlignLeft, color});
         return;
     }
     // Lines that don't begin at one place are items of their own, so that no renderer has to measure.
     for (qsizetype i = 0; i < count; ++i) {
-        const QString& line = cell.lines[first + i];
+        const QString& line = cell.lines[cell.done + i];
         const double width = m_typesetter.width(cell.font, line);
         const double free = std::max(cell.width - width, 0.0);
         const double x = cell.left + (cell.element->alignment == Qt::AlignRight ? free : free / 2);

@@ -55,13 +55,14 @@ bool writePdf(const Document& document, const QString& path, const Progress& pro
         writer.setPageMargins(QMarginsF(0, 0, 0, 0));
         QPainter painter(&writer);
         painter.scale(UnitsPerPoint, UnitsPerPoint);
+        const PagePainter pages(document);
         const int count = int(document.pages.size());
         for (int page = 0; page < count; ++page) {
             if (progress && !progress(page, count))
                 return false;
             if (page > 0)
                 writer.newPage();
-            paintPage(painter, document, page);
+            pages.paint(painter, page);
         }
     }
     if (!file.commit())

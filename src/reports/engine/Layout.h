@@ -54,13 +54,14 @@ private:
         double left;
         double width;
         int font;
+        qsizetype done = 0; ///< lines placed so far
     };
     void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
-    void addText(const Cell& cell, qsizetype first, qsizetype count, double y, Strip& strip) const;
+    void addText(const Cell& cell, qsizetype count, double y, Strip& strip) const;
 
-    const Definition& m_definition;
     Typesetter& m_typesetter;
-    std::vector<int> m_fonts; // by style
+    std::vector<int> m_fonts;     // by style
+    std::vector<QColor> m_colors; // by style
     double m_textWidth;
     double m_heightLimit;
 };

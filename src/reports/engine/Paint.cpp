@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orlo::reports
@@ -11,77 +12,92 @@ namespace orlo::reports
 namespace
 {
 
-/// Draws items in typesetting units; pens and fonts change only where the item before had others.
-class PagePainter
+/// Draws a page's items in typesetting units. Each change of pen is written into a PDF file, so lines and outlines are
+/// gathered by pen, and the texts come last, above everything.
+class PageDrawing
 {
 public:
-    PagePainter(QPainter& painter, const Document& document) : m_painter(painter)
+    PageDrawing(QPainter& painter, const std::vector<PagePainter::Face>& faces) : m_painter(painter), m_faces(faces) {}
+
+    void draw(const Page& page)
     {
-        for (const QFont& font : document.fonts) {
-            const QFont typeset = typesetFont(font);
-            const QFontMetricsF metrics(typeset);
-            m_faces.push_back({typeset, metrics.ascent(), metrics.height()});
-        }
+        m_texts.reserve(page.items.size());
+        for (const Item& item : page.items)
+            std::visit(*this, item);
+        drawStrokes();
+        for (const TextItem* text : m_texts)
+            drawText(*text);
     }
 
-    void operator()(const TextItem& item)
-    {
-        const Face& face = m_faces[std::size_t(item.font)];
-        if (m_font != item.font)
-            m_painter.setFont(face.font);
-        m_font = item.font;
-        pen(item.color, 0);
-        const double x = item.box.left() * UnitsPerPoint;
-        double baseline = item.box.top() * UnitsPerPoint + face.ascent;
-        for (const QStringView line : QStringView(item.text).split(u'\n')) {
-            m_painter.drawText(QPointF(x, baseline), line.size() == item.text.size() ? item.text : line.toString());
-            baseline += face.height;
-        }
-    }
+    void operator()(const TextItem& item) { m_texts.push_back(&item); }
 
     void operator()(const LineItem& item)
     {
-        pen(item.color, item.width);
-        m_painter.drawLine(item.from * UnitsPerPoint, item.to * UnitsPerPoint);
+        strokes(item.color, item.width).lines.append({item.from * UnitsPerPoint, item.to * UnitsPerPoint});
     }
 
     void operator()(const BoxItem& item)
     {
         const QRectF box(item.box.topLeft() * UnitsPerPoint, item.box.size() * UnitsPerPoint);
-        if (item.fill.alpha() > 0)
+        if (item.fill.alpha() > 0) {
+            drawStrokes(); // it covers those before it and no others
             m_painter.fillRect(box, item.fill);
-        if (item.width <= 0)
-            return;
-        pen(item.color, item.width);
-        m_painter.drawRect(box);
+        }
+        if (item.width > 0)
+            strokes(item.color, item.width).boxes.append(box);
     }
 
 private:
-    struct Face {
-        QFont font;
-        double ascent;
-        double height;
+    struct Strokes {
+        QColor color;
+        double width;
+        QList<QLineF> lines;
+        QList<QRectF> boxes;
     };
 
-    void pen(const QColor& color, double width)
+    Strokes& strokes(const QColor& color, double width)
     {
-        if (m_hasPen && color == m_color && width == m_width)
+        const auto known = std::find_if(m_strokes.begin(), m_strokes.end(),
+                                        [&](const Strokes& one) { return one.width == width && one.color == color; });
+        return known != m_strokes.end() ? *known : m_strokes.emplace_back(Strokes{color, width, {}, {}});
+    }
+
+    void drawStrokes()
+    {
+        for (const Strokes& one : m_strokes) {
+            m_painter.setPen(QPen(one.color, one.width * UnitsPerPoint, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+            m_painter.drawLines(one.lines);
+            m_painter.drawRects(one.boxes);
+        }
+        m_strokes.clear();
+    }
+
+    void drawText(const TextItem& item)
+    {
+        const PagePainter::Face& face = m_faces[std::size_t(item.font)];
+        if (m_font != item.font)
+            m_painter.setFont(face.font);
+        m_font = item.font;
+        if (!m_color.isValid() || m_color != item.color)
+            m_painter.setPen(item.color);
+        m_color = item.color;
+        QPointF start(item.box.left() * UnitsPerPoint, item.box.top() * UnitsPerPoint + face.ascent);
+        if (!item.text.contains(u'\n')) {
+            m_painter.drawText(start, item.text);
             return;
-        QPen pen(color, width * UnitsPerPoint);
-        pen.setCapStyle(Qt::FlatCap);
-        pen.setJoinStyle(Qt::MiterJoin);
-        m_painter.setPen(pen);
-        m_color = color;
-        m_width = width;
-        m_hasPen = true;
+        }
+        for (const QString& line : item.text.split(u'\n')) {
+            m_painter.drawText(start, line);
+            start.ry() += face.height;
+        }
     }
 
     QPainter& m_painter;
-    std::vector<Face> m_faces;
+    const std::vector<PagePainter::Face>& m_faces;
+    std::vector<Strokes> m_strokes; // since the last fill
+    std::vector<const TextItem*> m_texts;
     int m_font = -1;
     QColor m_color;
-    double m_width = 0;
-    bool m_hasPen = false;
 };
 
 } // namespace
@@ -96,16 +112,28 @@ QFont typesetFont(const QFont& font)
     return typeset;
 }
 
-void paintPage(QPainter& painter, const Document& document, int page)
+PagePainter::PagePainter(const Document& document) : m_document(document)
+{
+    for (const QFont& font : document.fonts) {
+        const QFont typeset = typesetFont(font);
+        const QFontMetricsF metrics(typeset);
+        m_faces.push_back({typeset, metrics.ascent(), metrics.height()});
+    }
+}
+
+void PagePainter::paint(QPainter& painter, int page) const
 {
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     painter.setBrush(Qt::NoBrush);
     painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);
-    PagePainter draw(painter, document);
-    for (const Item& item : document.pages[std::size_t(page)].items)
-        std::visit(draw, item);
+    PageDrawing(painter, m_faces).draw(m_document.pages[std::size_t(page)]);
     painter.restore();
+}
+
+void paintPage(QPainter& painter, const Document& document, int page)
+{
+    PagePainter(document).paint(painter, page);
 }
 
 } // namespace orlo::reports

@@ -93,6 +93,10 @@ private:
             copyStrips(flow.headings[heading].strips, y, page);
             y += heightOf(flow.headings[heading].strips);
         }
+        std::size_t count = page.items.size();
+        for (const PlacedStrip& placed : content.strips)
+            count += flow.strips[placed.strip].items.size();
+        page.items.reserve(count);
         for (const PlacedStrip& placed : content.strips)
             for (Item& item : flow.strips[placed.strip].items) {
                 moveItem(item, {m_area.left(), m_area.top() + m_headerHeight + placed.y});
@@ -144,6 +148,7 @@ void fillExport(const BoundReport& report, const RunFacts& facts, Document& docu
     document.rows.reserve(report.rows.rows.size());
     for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row) {
         QStringList& line = document.rows.emplace_back();
+        line.reserve(document.columns.size());
         if (exports.empty())
             for (const Value& value : report.rows.rows[scope.row])
                 line << displayText(value);
