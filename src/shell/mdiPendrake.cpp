@@ -1,6 +1,8 @@
 #include "shell/mdiPendrake.h"
 
 #include "awards/frmAssignInsignias.h"
+#include "awards/frmInsigniaInfo.h"
+#include "pack/frmDenInfo.h"
 #include "pack/frmPackInformation.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "shell/Module1.h"
@@ -78,10 +80,12 @@ void mdiPendrake::connectMenus()
     using widgets::Instance;
     connect(ui->mnuExit, &QAction::triggered, this, &mdiPendrake::mnuExit_Click);
     connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
+    connect(ui->mnuDenInfo, &QAction::triggered, this, [] { Instance<frmDenInfo>::show(); });
+    connect(ui->mnuInsigniaInfo, &QAction::triggered, this, [] { Instance<frmInsigniaInfo>::show(); });
     connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
     connect(ui->mnuPurchaseList, &QAction::triggered, this, [] { Instance<frmCreatePurchaseList>::showWaiting(); });
     for (QAction* command : {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuScouts,
-                             ui->mnuAdults, ui->mnuDenInfo, ui->mnuInsigniaInfo, ui->ID_Pack_Den_Positions,
+                             ui->mnuAdults, ui->ID_Pack_Den_Positions,
                              ui->mnuRepAssignedAwards, ui->mnuRepAwardList, ui->mnuRptScoutList, ui->mnuRptAdultList,
                              ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
         connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });

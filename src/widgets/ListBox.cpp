@@ -29,7 +29,10 @@ void ListBox::removeItem(int index)
 {
     const std::unique_ptr<QListWidgetItem> gone(&row(index));
     const QScopedValueRollback silent(m_silent, true); // the rows move up, nobody clicked one
+    const bool current = index == listIndex();
     takeItem(index);
+    if (current)
+        setListIndex(-1);
 }
 
 void ListBox::clear()

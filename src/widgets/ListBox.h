@@ -14,7 +14,7 @@ public:
     explicit ListBox(QWidget* parent = nullptr);
 
     void addItem(const QString& text) { QListWidget::addItem(text); }
-    /// Takes a row out. Raises 5 for a row that isn't there.
+    /// Takes a row out; where it was the current one, none is. Raises 5 for a row that isn't there.
     void removeItem(int index);
     void clear();
     [[nodiscard]] int listCount() const { return count(); }

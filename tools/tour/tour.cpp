@@ -19,10 +19,12 @@
 #include <QAction>
 #include <QDir>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStyleFactory>
 #include <QTabBar>
 #include <QTest>
@@ -47,6 +49,8 @@ private:
     void start();
     void menus();
     void packInformation();
+    void dens();
+    void awardCatalogue();
     void bulkAssignment();
     void purchaseList();
     void preview();
@@ -200,6 +204,54 @@ void Tour::packInformation()
            });
 }
 
+void Tour::dens()
+{
+    choose("mnuDenInfo");
+    auto& form = window("frmDenInfo");
+    picture(mdiPendrake::instance(), QStringLiteral("dens"));
+    click(form, "cmdNext");
+    picture(form, QStringLiteral("dens-second"));
+    type(form, "txtDenName", QStringLiteral("Timber Wolves of the Upper Valley"));
+    for (const auto& [button, name] :
+         {std::pair("cmdAddScouts", "dens-add-scouts"), std::pair("cmdAddDenLeader", "dens-add-leaders")})
+        during([&, button = button] { click(form, button); },
+               [this, name = name] {
+                   QWidget* dialog = QApplication::activeModalWidget();
+                   auto& list = *dialog->findChild<QListWidget*>();
+                   for (int row : {1, 2})
+                       list.item(row)->setSelected(true);
+                   picture(*dialog, QString::fromLatin1(name));
+                   click(*dialog, "cmdSelect");
+               });
+    picture(form, QStringLiteral("dens-with-new-members"));
+    click(form, "cmdNew");
+    picture(form, QStringLiteral("dens-new"));
+    click(form, "cmdCancel");
+    click(form, "cmdExit");
+}
+
+void Tour::awardCatalogue()
+{
+    choose("mnuInsigniaInfo");
+    auto& form = window("frmInsigniaInfo");
+    picture(mdiPendrake::instance(), QStringLiteral("awards"));
+    during([&] { click(form, "cmdFind"); },
+           [this] {
+               auto& dialog = window("dlgFindInsignia");
+               type(dialog, "txtInsigniaName", QStringLiteral("B"));
+               QTest::mouseClick(&control<QRadioButton>(dialog, "optBeltLoop"), Qt::LeftButton, {}, QPoint(8, 8));
+               picture(dialog, QStringLiteral("awards-find"));
+               click(dialog, "cmdFind");
+           });
+    picture(form, QStringLiteral("awards-found"));
+    click(form, "cmdNew");
+    type(form, "txtInsigniaName", QStringLiteral("Winter Camp 2027"));
+    picture(form, QStringLiteral("awards-new"));
+    click(form, "cmdSave");
+    picture(form, QStringLiteral("awards-saved"));
+    click(form, "cmdExit");
+}
+
 void Tour::bulkAssignment()
 {
     choose("mnuAssignInsignias");
@@ -324,6 +376,8 @@ void Tour::run()
     start();
     menus();
     packInformation();
+    dens();
+    awardCatalogue();
     bulkAssignment();
     purchaseList();
     errorDialog();

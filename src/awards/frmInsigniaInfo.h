@@ -1,0 +1,57 @@
+#pragma once
+
+#include "awards/InsigniaTypes.h"
+#include "shell/WalkingForm.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmInsigniaInfo;
+}
+
+namespace orlo
+{
+
+/// The award catalogue, one award at a time: its name, what it is for, and its type.
+class frmInsigniaInfo : public WalkingForm
+{
+    Q_OBJECT
+
+public:
+    frmInsigniaInfo();
+    ~frmInsigniaInfo() override;
+
+    // How dlgFindInsignia hands over what the user asked for.
+    void SetFind(bool find);
+    void SetSelectAll(bool selectAll);
+    void SetFindData(const QString& name, const QString& type);
+
+protected:
+    void load() override;
+
+    void FillRecord() override;
+    void ClearRecord() override;
+    void SaveRecord() override;
+
+    void startNew() override;
+    void finishSave() override;
+    void finishCancelledNew() override;
+    void finishCancel() override;
+    void finishDelete() override;
+
+private:
+    void reload();
+    void find();
+    [[nodiscard]] QString findCondition() const;
+    void cmdFind_Click();
+
+    std::unique_ptr<Ui::frmInsigniaInfo> ui;
+    std::array<InsigniaType, 9> m_types;
+    bool mFindRequested = false;      ///< the dialog's last answer was "find"
+    bool mSelectAllRequested = false; ///< the dialog's last answer was "select all"
+    QString mFindName;
+    QString mFindType; ///< a stored text, or empty for all types
+};
+
+} // namespace orlo

@@ -1,0 +1,41 @@
+#include "pack/MemberDialog.h"
+
+#include "pack/frmDenInfo.h"
+#include "shell/Module1.h"
+#include "shell/PersonName.h"
+#include "widgets/ListBox.h"
+
+namespace orlo
+{
+
+MemberDialog::MemberDialog(QString keyField) : Form(widgets::FormKind::Window), m_keyField(std::move(keyField))
+{
+}
+
+void MemberDialog::bindControls(widgets::ListBox* list, QPushButton* cmdSelect, QPushButton* cmdCancel)
+{
+    m_list = list;
+    setDefaultButton(cmdSelect);
+    setCancelButton(cmdCancel);
+    connect(cmdSelect, &QPushButton::clicked, this, &MemberDialog::cmdSelect_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &MemberDialog::unload);
+}
+
+void MemberDialog::load()
+{
+    mDenSID = widgets::Instance<frmDenInfo>::get().GetDenSID();
+    for (auto people = database().openRecordset(query()); !people.eof(); people.moveNext()) {
+        m_list->addItem(lastFirstMiddle(people));
+        mRowSIDs.push_back(people[m_keyField].toInt16());
+    }
+}
+
+void MemberDialog::cmdSelect_Click()
+{
+    for (int row = 0; row < m_list->listCount(); ++row)
+        if (m_list->selected(row))
+            assign(mRowSIDs[static_cast<std::size_t>(row)]);
+    unload();
+}
+
+} // namespace orlo
