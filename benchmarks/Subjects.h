@@ -13,6 +13,7 @@ void assignAwards(Table& table);
 void createPurchaseList(Table& table);
 void printReport(Table& table);
 void fillPackGrid(Table& table);
+void walkRecordForm(Table& table);
 void startProgram(Table& table);
 
 } // namespace orlo::bench

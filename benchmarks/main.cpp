@@ -22,7 +22,7 @@ struct Subject {
 constexpr Subject Subjects[] = {
     {"records", bench::walkRecords},         {"statements", bench::prepareStatements}, {"assign", bench::assignAwards},
     {"purchase", bench::createPurchaseList}, {"report", bench::printReport},           {"grid", bench::fillPackGrid},
-    {"start", bench::startProgram},
+    {"form", bench::walkRecordForm},         {"start", bench::startProgram},
 };
 
 } // namespace

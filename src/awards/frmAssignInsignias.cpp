@@ -1,5 +1,6 @@
 #include "awards/frmAssignInsignias.h"
 
+#include "awards/AwardList.h"
 #include "platform/Conversion.h"
 #include "shell/Module1.h"
 #include "shell/dlgCalendar.h"
@@ -115,9 +116,9 @@ void frmAssignInsignias::connectEvents()
     connect(ui->fgSelAdultsFromByDen, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(denAdultSource()); });
     connect(ui->fgSelected, &FlexGrid::rowDoubleClicked, this, &frmAssignInsignias::fgSelected_DblClick);
 
-    connect(ui->cmdSelectAllSel, &QPushButton::clicked, this, [this] { selectAll(packSource()); });
-    connect(ui->cmdSelAllByDenScouts, &QPushButton::clicked, this, [this] { selectAll(denScoutSource()); });
-    connect(ui->cmdSelAllByDenAdults, &QPushButton::clicked, this, [this] { selectAll(denAdultSource()); });
+    connect(ui->cmdSelectAllSel, &QPushButton::clicked, this, [this] { selectAll(QString()); });
+    connect(ui->cmdSelAllByDenScouts, &QPushButton::clicked, this, [this] { selectAll(QStringLiteral("Scouts")); });
+    connect(ui->cmdSelAllByDenAdults, &QPushButton::clicked, this, [this] { selectAll(QStringLiteral("Adults")); });
     connect(ui->cmdUnSelAll, &QPushButton::clicked, this, &frmAssignInsignias::emptySelected);
     connect(ui->cmdClearAll, &QPushButton::clicked, this, &frmAssignInsignias::cmdClearAll_Click);
     connect(ui->cmdAssignAward, &QPushButton::clicked, this, &frmAssignInsignias::cmdAssignAward_Click);
@@ -193,14 +194,7 @@ void frmAssignInsignias::comDen_Click()
 
 void frmAssignInsignias::cboAward_DropDown()
 {
-    ui->cboAward->clear();
-    mAwardSIDs.clear();
-    auto awards =
-        database().openRecordset(QStringLiteral("Select * From Insignias Order by Insignia_Name, Insignia_Type"));
-    for (; !awards.eof(); awards.moveNext()) {
-        ui->cboAward->addItem(awards[u"Insignia_Name"].textOrEmpty() + u' ' + awards[u"Insignia_Type"].textOrEmpty());
-        mAwardSIDs.push_back(awards[u"Insignia_SID"].toInt16());
-    }
+    mAwardSIDs = listAwards(*ui->cboAward);
 }
 
 void frmAssignInsignias::cboAward_Click()
@@ -340,8 +334,11 @@ void frmAssignInsignias::selectRow(const Source& source, int row)
         ui->cmdAssignAward->setEnabled(true);
 }
 
-void frmAssignInsignias::selectAll(const Source& source)
+void frmAssignInsignias::selectAll(const QString& whom)
 {
+    const Source source = !onDenTab()                       ? packSource()
+                          : whom == QLatin1String("Adults") ? denAdultSource()
+                                                            : denScoutSource();
     const widgets::BusyPointer busy;
     const widgets::RedrawHold holdSource(source.grid);
     const widgets::RedrawHold holdSelected(*ui->fgSelected);

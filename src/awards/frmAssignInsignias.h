@@ -58,7 +58,7 @@ private:
     [[nodiscard]] QSet<QString> selectedOf(const QString& type) const;
     void selectRow(const Source& source);
     void selectRow(const Source& source, int row);
-    void selectAll(const Source& source);
+    void selectAll(const QString& whom);
     void unselectRow(const Source& source, int row);
     void emptySelected();
     void assignAward();

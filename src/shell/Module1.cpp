@@ -20,6 +20,13 @@ platform::FileSystem gFileSystem;
 bool gDbNeedsUpdate = false;
 QString gCalendarDate;
 
+std::int32_t gEditAssignedSID = 0;
+QString gEditDate;
+std::int16_t gEditQuantity = 0;
+QString gEditAwardText;
+std::int16_t gEditInsigniaSID = 0;
+bool gEditSaved = false;
+
 std::int16_t gErrNumber = 0;
 QString gErrSource;
 QString gErrDescription;
@@ -30,6 +37,7 @@ namespace
 {
 
 constexpr int SplashTime = 4000; // ms
+const QDate DateZero(1899, 12, 30);
 constexpr auto WebSite = u"www.tollbeck.example";
 
 // The open database if that is the file meant, so that a report reads what the screens have written.
@@ -98,6 +106,12 @@ void CriticalError()
     gErrType.clear();
 }
 
+void TestPendingError()
+{
+    if (platform::pendingError::number() != 0)
+        CriticalError();
+}
+
 bool ValidateDate(const QString& text)
 {
     if (text.isEmpty() || platform::isDate(text))
@@ -111,11 +125,15 @@ bool ValidateDate(const QString& text)
 
 QDate FirstOfMonth(QDate date)
 {
+    if (!date.isValid())
+        return DateZero;
     return platform::toDate(QStringLiteral("%1/1/%2").arg(date.month()).arg(date.year())).date;
 }
 
 QDate LastOfMonth(QDate date)
 {
+    if (!date.isValid())
+        return DateZero;
     int month = date.month() + 1;
     int year = date.year();
     if (month > 12) {

@@ -22,6 +22,14 @@ extern platform::FileSystem gFileSystem;
 extern bool gDbNeedsUpdate;   ///< a version 1.0 file was found at start-up
 extern QString gCalendarDate; ///< the date last picked in dlgCalendar, "" when it was cancelled
 
+// One assigned award of a scout on its way to frmEditAssignedAward and back.
+extern std::int32_t gEditAssignedSID; ///< the row's key
+extern QString gEditDate;
+extern std::int16_t gEditQuantity;
+extern QString gEditAwardText; ///< the award as the caller's grid shows it
+extern std::int16_t gEditInsigniaSID;
+extern bool gEditSaved; ///< the dialog was left by its save button
+
 extern std::int16_t gErrNumber; ///< the failure that dlgError shows
 extern QString gErrSource;
 extern QString gErrDescription;
@@ -38,9 +46,11 @@ extern QString gErrText;
 void Main();
 /// Shows the pending failure in dlgError and clears it. Raises 6 for a number that doesn't fit 16 bits.
 void CriticalError();
+/// The end of a routine that tests for a pending failure: shows it by CriticalError, if there is one.
+void TestPendingError();
 /// True for an empty text or a date; otherwise false, after the message.
 [[nodiscard]] bool ValidateDate(const QString& text);
-/// The first and the last day of a date's month.
+/// The first and the last day of a date's month; the date zero, 12/30/1899, for an invalid date.
 [[nodiscard]] QDate FirstOfMonth(QDate date);
 [[nodiscard]] QDate LastOfMonth(QDate date);
 

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include <utility>
+
 namespace orlo
 {
 
@@ -22,6 +24,7 @@ void RecordForm::bindControls(const Controls& controls)
 {
     m_controls = controls;
     controls.cmdSave->setEnabled(false);
+    controls.firstField->setFocus(); // where the form opens
     const auto onClick = [this](QPushButton* button, auto handler) {
         connect(button, &QPushButton::clicked, this, handler);
     };
@@ -43,7 +46,12 @@ void RecordForm::enableSaveOnChange(std::initializer_list<QWidget*> controls)
         if (auto* text = qobject_cast<QLineEdit*>(control))
             connect(text, &QLineEdit::textChanged, this, enable);
         else if (auto* lines = qobject_cast<QPlainTextEdit*>(control))
-            connect(lines, &QPlainTextEdit::textChanged, this, enable);
+            // The box tells of a text that is set anew, too; only another one is a change.
+            connect(lines, &QPlainTextEdit::textChanged, this, [enable, lines, last = lines->toPlainText()]() mutable {
+                const QString before = std::exchange(last, lines->toPlainText());
+                if (last != before)
+                    enable();
+            });
         else if (auto* check = qobject_cast<widgets::CheckBox*>(control))
             connect(check, &widgets::CheckBox::changed, this, enable);
         else if (auto* option = qobject_cast<widgets::OptionButton*>(control))

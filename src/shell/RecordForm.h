@@ -93,6 +93,7 @@ protected:
     [[nodiscard]] int recordIndex() const { return mRecordIndex.toInt(); }
     void setRecordIndex(int index) { mRecordIndex = QString::number(index); }
     [[nodiscard]] const Controls& controls() const { return *m_controls; }
+    [[nodiscard]] const QString& keyField() const { return m_table.key; }
 
     std::optional<store::Recordset> rsRecords;
     std::int16_t mRecordCount = 0;

@@ -5,6 +5,7 @@
 #include "pack/frmDenInfo.h"
 #include "pack/frmPackInformation.h"
 #include "reports/frmCreatePurchaseList.h"
+#include "scouts/frmScouts.h"
 #include "shell/Module1.h"
 #include "ui_mdiPendrake.h"
 #include "widgets/Form.h"
@@ -80,16 +81,18 @@ void mdiPendrake::connectMenus()
     using widgets::Instance;
     connect(ui->mnuExit, &QAction::triggered, this, &mdiPendrake::mnuExit_Click);
     connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
+    connect(ui->mnuScouts, &QAction::triggered, this, [] { Instance<frmScouts>::show(); });
     connect(ui->mnuDenInfo, &QAction::triggered, this, [] { Instance<frmDenInfo>::show(); });
     connect(ui->mnuInsigniaInfo, &QAction::triggered, this, [] { Instance<frmInsigniaInfo>::show(); });
     connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
     connect(ui->mnuPurchaseList, &QAction::triggered, this, [] { Instance<frmCreatePurchaseList>::showWaiting(); });
-    for (QAction* command : {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuScouts,
-                             ui->mnuAdults, ui->ID_Pack_Den_Positions,
-                             ui->mnuRepAssignedAwards, ui->mnuRepAwardList, ui->mnuRptScoutList, ui->mnuRptAdultList,
-                             ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
+    for (QAction* command :
+         {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuAdults, ui->ID_Pack_Den_Positions,
+          ui->mnuRepAssignedAwards, ui->mnuRepAwardList, ui->mnuRptScoutList, ui->mnuRptAdultList,
+          ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
         connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
+    connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::fillWindowMenu);
 }
 
 void mdiPendrake::mnuExit_Click()
@@ -153,6 +156,8 @@ void mdiPendrake::showChild(widgets::Form& form)
     if (window->isMinimized())
         window->showNormal();
     form.show();
+    if (!window->isVisible() && !form.hasFixedBorder())
+        window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
     window->show();
     ui->mdiArea->setActiveSubWindow(window);
 }

@@ -74,7 +74,7 @@ BoundGrid::BoundGrid(QWidget* parent)
 {
     setHorizontalHeader(new HeadingRow(this));
     setModel(m_model);
-    setEditTriggers(DoubleClicked | SelectedClicked | EditKeyPressed | AnyKeyPressed);
+    setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ContiguousSelection);
     setAlternatingRowColors(true);
     setWordWrap(false);
@@ -189,7 +189,7 @@ bool BoundGrid::writeOpenRow()
 
 void BoundGrid::cancelRow()
 {
-    if (QWidget* editor = indexWidget(currentIndex()))
+    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr)
         closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
     const QModelIndex before = currentIndex();
     const int row = before.row();
@@ -297,7 +297,7 @@ void BoundGrid::focusMoved(const QWidget* now)
 
 void BoundGrid::commitOpenEditor()
 {
-    if (QWidget* editor = indexWidget(currentIndex())) {
+    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr) {
         commitData(editor);
         closeEditor(editor, QAbstractItemDelegate::NoHint);
     }

@@ -4,6 +4,7 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QScrollBar>
 
@@ -25,7 +26,10 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
     setInsertPolicy(NoInsert);
     setMaxVisibleItems(VisibleRows);
     setPlaceholderText(QStringLiteral(" ")); // without one, the first row that is added becomes the chosen one
-    connect(this, &QComboBox::editTextChanged, this, &ComboBox::textChange);
+    connect(this, &QComboBox::editTextChanged, this, [this] {
+        if (!m_clearing)
+            Q_EMIT textChange();
+    });
     // A pick of another row comes as both signals, of the same one as the second alone, a row set by code as the first.
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         m_told = index >= 0;
@@ -81,6 +85,7 @@ void ComboBox::setListIndex(int index)
 
 void ComboBox::clear()
 {
+    const QScopedValueRollback silent(m_clearing, true);
     QComboBox::clear();
     setCurrentIndex(-1);
     clearEditText();

@@ -28,7 +28,7 @@ public:
     void setListIndex(int index);
 
     void addItem(const QString& text) { QComboBox::addItem(text); }
-    /// Empties list, choice and text.
+    /// Empties list, choice and text; nothing is told of it, since a refill follows.
     void clear();
     [[nodiscard]] int listCount() const { return count(); }
     /// A row's text, "" for a row that isn't there.
@@ -51,6 +51,7 @@ Q_SIGNALS:
 private:
     void widenList();
 
+    bool m_clearing = false;
     bool m_told = false; // the row that the user is picking was told as a click already, since it's another one
 };
 

@@ -149,6 +149,13 @@ void FlexGrid::setColWidth(int col, int twips)
     stretch();
 }
 
+void FlexGrid::fitCol(int col)
+{
+    requireCol(col);
+    setColumnWidth(col, std::max(columnWidth(col), sizeHintForColumn(col)));
+    stretch();
+}
+
 void FlexGrid::setRowHeight(int row, int twips)
 {
     requireRow(row);

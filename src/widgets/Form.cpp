@@ -40,6 +40,17 @@ QWidget* ownerOfNextWindow()
     return theMainWindow;
 }
 
+bool passesLeaveCheck(const QWidget* field)
+{
+    static bool asking = false; // the check's own message box moves the focus, too
+    const auto check = std::ranges::find_if(leaveChecks, [field](const LeaveCheck& c) { return c.field == field; });
+    if (asking || check == leaveChecks.end())
+        return true;
+    const QScopedValueRollback guard(asking, true);
+    const auto passes = check->passes; // the list may change while the message is up
+    return passes();
+}
+
 constexpr Qt::WindowFlags OwnWindow =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
@@ -149,8 +160,11 @@ void Form::unloadAll()
 
 void Form::setDefaultButton(QPushButton* button)
 {
+    if (m_defaultButton)
+        m_defaultButton->setDefault(false);
     m_defaultButton = button;
-    button->setDefault(true);
+    if (button)
+        button->setDefault(true);
 }
 
 void Form::setCancelButton(QPushButton* button)
@@ -168,6 +182,24 @@ void Form::setFixedBorder()
 void Form::setLeaveCheck(QWidget* field, std::function<bool()> check)
 {
     leaveChecks.append({field, std::move(check)});
+    field->installEventFilter(this);
+}
+
+// Code that moves the focus isn't held back beforehand; a refused check brings the focus back.
+bool Form::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::FocusOut && static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason) {
+        auto* field = static_cast<QWidget*>(watched);
+        QMetaObject::invokeMethod(
+            field,
+            [this, field] {
+                const QWidget* now = field->window()->focusWidget();
+                if (now && now != field && isAncestorOf(now) && !passesLeaveCheck(field))
+                    field->setFocus();
+            },
+            Qt::QueuedConnection);
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void Form::closeEvent(QCloseEvent* event)
@@ -199,20 +231,12 @@ bool Form::focusNextPrevChild(bool next)
 
 bool mayLeaveFocusField(const QWidget* target)
 {
-    static bool asking = false; // the check's own message box moves the focus, too
     // The window's own notion of focus holds even while the window isn't the active one.
-    QWidget* focused = target->window()->focusWidget();
-    if (asking || !focused)
-        return true;
+    const QWidget* focused = target->window()->focusWidget();
     for (const LeaveCheck& check : std::as_const(leaveChecks)) {
-        QWidget* field = check.field;
-        if (!field || (focused != field && !field->isAncestorOf(focused)))
-            continue;
-        if (target == field || field->isAncestorOf(target))
-            return true;
-        const QScopedValueRollback guard(asking, true);
-        const auto passes = check.passes; // the list may change while the message is up
-        return passes();
+        const QWidget* field = check.field;
+        if (field && focused && (focused == field || field->isAncestorOf(focused)))
+            return target == field || field->isAncestorOf(target) || passesLeaveCheck(field);
     }
     return true;
 }

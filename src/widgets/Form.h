@@ -55,6 +55,7 @@ protected:
     /// The form's load step.
     virtual void load() {}
 
+    /// Null for none.
     void setDefaultButton(QPushButton* button);
     void setCancelButton(QPushButton* button);
     /// Keeps the window at the size that its contents ask for.
@@ -66,6 +67,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     template <class F>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "awards/frmAssignInsignias.h"
+#include "support/Sqlite.h"
 #include "support/TestApp.h"
 #include "widgets/ComboBox.h"
 #include "widgets/FlexGrid.h"
@@ -11,10 +12,31 @@
 #include <QTabBar>
 #include <QTabWidget>
 
-#include <sqlite3.h>
-
 namespace orlo::test::assign
 {
+
+/// A grid's rows below the header, cells parted by bars, rows by blanks after commas.
+inline QString rowsOf(const widgets::FlexGrid& grid)
+{
+    QStringList lines;
+    for (int row = 1; row < grid.rows(); ++row) {
+        QStringList cells;
+        for (int col = 0; col < grid.cols(); ++col)
+            cells += grid.text(row, col);
+        lines += cells.join(u'|');
+    }
+    return lines.join(", ");
+}
+
+/// The keys of the marked rows.
+inline QString marked(const widgets::FlexGrid& grid)
+{
+    QStringList keys;
+    for (int row = 1; row < grid.rows(); ++row)
+        if (grid.text(row, 0) == QLatin1String("X"))
+            keys += grid.text(row, grid.cols() - 1);
+    return keys.join(u' ');
+}
 
 /// The open form, worked by mouse and keys.
 struct Screen {
@@ -69,6 +91,13 @@ struct Screen {
         grid.scrollTo(cell);
         QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
     }
+    // The people chosen; the assign button must be enabled exactly as long as there are any.
+    [[nodiscard]] QString chosen() const
+    {
+        return rowsOf(selected) + (assign.isEnabled() == (selected.rows() > 1) ? "" : " and the button is wrong");
+    }
+    // The marks of the den's scouts and of its adults.
+    [[nodiscard]] QString denMarks() const { return marked(scouts) + u'/' + marked(adults); }
     void order(const QString& awardText, const QString& dateText)
     {
         pick(award, awardText);
@@ -77,52 +106,5 @@ struct Screen {
         QTest::keyClicks(&date, dateText);
     }
 };
-
-/// A grid's rows below the header, cells parted by bars, rows by blanks after commas.
-inline QString rowsOf(const widgets::FlexGrid& grid)
-{
-    QStringList lines;
-    for (int row = 1; row < grid.rows(); ++row) {
-        QStringList cells;
-        for (int col = 0; col < grid.cols(); ++col)
-            cells += grid.text(row, col);
-        lines += cells.join(u'|');
-    }
-    return lines.join(QStringLiteral(", "));
-}
-
-/// The keys of the marked rows.
-inline QString marked(const widgets::FlexGrid& grid)
-{
-    QStringList keys;
-    for (int row = 1; row < grid.rows(); ++row)
-        if (grid.text(row, 0) == QLatin1String("X"))
-            keys += grid.text(row, grid.cols() - 1);
-    return keys.join(u' ');
-}
-
-/// What a statement gives when another program runs it on the file.
-inline QStringList sqlite(const QString& path, const char* statement)
-{
-    QStringList lines;
-    sqlite3* file = nullptr;
-    char* error = nullptr;
-    sqlite3_open(path.toUtf8().constData(), &file);
-    sqlite3_exec(
-        file, statement,
-        [](void* to, int columns, char** texts, char**) {
-            QStringList cells;
-            for (int i = 0; i < columns; ++i)
-                cells += texts[i] ? QString::fromUtf8(texts[i]) : QStringLiteral("Null");
-            *static_cast<QStringList*>(to) += cells.join(u'|');
-            return 0;
-        },
-        &lines, &error);
-    if (error)
-        lines = {QString::fromUtf8(error)};
-    sqlite3_free(error);
-    sqlite3_close(file);
-    return lines;
-}
 
 } // namespace orlo::test::assign

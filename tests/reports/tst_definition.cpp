@@ -1,8 +1,8 @@
 #include "reports/engine/Definition.h"
+#include "support/Failure.h"
+#include "support/Table.h"
 
-#include <QTemporaryDir>
-#include <QTest>
-
+using namespace orlo;
 using namespace orlo::reports;
 
 namespace
@@ -30,13 +30,11 @@ private Q_SLOTS:
                 "  text 1in = {Long}\n }\n space 3pt\n subreport \"Inner\" 0.5in\n}\n"
                 "subreport \"Inner\" {\n source slot 2 {\nSelect 1\n}\nlink {K} = {A}\ndetail {\n"
                 "text 0 big = 1\n}\n}\nexport {\n\"A\" = {A}\n}\n"));
-        QCOMPARE(d.title, QStringLiteral("The \"List\""));
+        QCOMPARE(d.title, "The \"List\"");
         QCOMPARE(d.paper, QSizeF(792, 612));
         QCOMPARE(d.margins.left(), 72.0);
         QVERIFY(qAbs(d.margins.top() - 34.02) < 0.01);
         QCOMPARE(d.source.query, QStringLiteral("Select A, B\nFrom T"));
-        QCOMPARE(d.lookups.at(0).source.slot, 1);
-        QCOMPARE(d.fields.at(0).name, QStringLiteral("T.A"));
         QVERIFY(d.sort.at(0).descending && d.groups.at(0).descending && d.groups.at(0).newPage);
         QCOMPARE(d.styles.at(std::size_t(d.groups.at(0).header.rows.at(0).elements.at(0).style)).size, 14.0);
         QCOMPARE(d.detail.rows.size(), std::size_t(3));
@@ -44,68 +42,36 @@ private Q_SLOTS:
         QCOMPARE(d.detail.rows.at(0).shade, 8);
         const Definition* inner = d.subreport(QStringLiteral("INNER"));
         QVERIFY(inner && inner->source.slot == 2 && inner->linkedField == QLatin1String("A"));
-        QCOMPARE(d.exports.at(0).heading, QStringLiteral("A"));
     }
 
+    // $ stands for the source that a definition needs.
     void refuses_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("line");
-        QTest::addColumn<int>("column");
-        const auto row = [](const char* name, const QString& text, int line, int column) {
-            QTest::newRow(name) << text << line << column;
-        };
-        row("empty", "", 1, 1);
-        row("no source", "report \"x\"\n", 2, 1);
-        row("unknown statement", source + "  colour red\n", 5, 3);
-        row("unknown in a row", source + "detail {\n row 3pt {\n }\n}\n", 6, 6);
-        row("unknown style", source + "detail {\n text 0 huge = 1\n}\n", 6, 9);
-        row("formula", source + "detail {\n text 0 = 1 + \n}\n", 6, 15);
-        row("continued formula", source + "let {X} = 1 + \\\n  )\n", 6, 3);
-        row("unit", source + "detail {\n space 4\n}\n", 6, 9);
-        row("length too large", source + "detail {\n space 400in\n}\n", 6, 8);
-        row("block not closed", source + "detail {\n", 6, 1);
-        row("query not closed", "source {\nSelect 1\n", 3, 1);
-        row("brace too many", source + "}\n", 5, 1);
-        row("words behind", source + "detail {\n} x\n", 6, 1);
-        row("subreport twice", source + "subreport \"S\" {\n" + source + "}\nsubreport \"s\" {\n" + source + "}\n", 11,
-            15);
-        row("paper in a subreport", source + "subreport \"S\" {\npaper a4\n}\n", 6, 7);
-        row("group without a key", source + "group \"G\" {\n}\n", 6, 2);
+        test::table({"text", "place"}, R"(
+            | 1, 1
+            report "x"\n | 2, 1
+            $  colour red\n | 5, 3
+            $detail {\n row 3pt {\n }\n}\n | 6, 6
+            $detail {\n text 0 huge = 1\n}\n | 6, 9
+            $detail {\n text 0 = 1 + \n}\n | 6, 15
+            $let {X} = 1 + \\n  )\n | 6, 3
+            $detail {\n space 4\n}\n | 6, 9
+            $detail {\n space 400in\n}\n | 6, 8
+            $detail {\n | 6, 1
+            source {\nSelect 1\n | 3, 1
+            $}\n | 5, 1
+            $detail {\n} x\n | 6, 1
+            $subreport "S" {\n$}\nsubreport "s" {\n$}\n | 11, 15
+            $subreport "S" {\npaper a4\n}\n | 6, 7
+            $group "G" {\n}\n | 6, 2
+        )");
     }
     void refuses()
     {
         QFETCH(QString, text);
-        try {
-            (void)readDefinition(text);
-            QFAIL("the definition was read");
-        } catch (const ReportError& error) {
-            QCOMPARE(error.number(), 3075);
-            QTEST(error.place().line, "line");
-            QTEST(error.place().column, "column");
-        }
-    }
-
-    void tellsTheFile()
-    {
-        QTemporaryDir dir;
-        QFile file(dir.filePath(QStringLiteral("Broken.rpt")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("report \"x\"\nbogus\n");
-        file.close();
-        try {
-            (void)readDefinitionFile(dir.path() + QStringLiteral("\\BROKEN.RPT"));
-            QFAIL("the file was read");
-        } catch (const ReportError& error) {
-            QVERIFY2(error.description().contains(QLatin1String("Broken.rpt, line 2")),
-                     qPrintable(error.description()));
-        }
-        try {
-            (void)readDefinitionFile(dir.filePath(QStringLiteral("None.rpt")));
-            QFAIL("the file was found");
-        } catch (const ReportError& error) {
-            QCOMPARE(error.number(), 53);
-        }
+        const auto error = test::failureOf<ReportError>([&] { return readDefinition(text.replace(u'$', source)); });
+        QVERIFY(error && error->number() == 3075);
+        QTEST(QStringLiteral("%1, %2").arg(error->place().line).arg(error->place().column), "place");
     }
 };
 

@@ -20,7 +20,7 @@ QString told(const std::vector<PageContent>& pages)
             one << QStringLiteral("%1@%2").arg(placed.strip).arg(placed.y);
         all << one.join(u' ');
     }
-    return all.join(QStringLiteral(" | "));
+    return all.join(" | ");
 }
 
 /// Strips from letters: "d" a line of height 10, "h" a heading kept with the next, "b" one that begins a page, "T" of
@@ -42,40 +42,36 @@ class TestLayout : public QObject
 private Q_SLOTS:
     void breaksPages_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<std::vector<KeptTogether>>("kept");
-        QTest::addColumn<std::vector<RepeatedHeading>>("headings");
-        QTest::addColumn<QString>("pages");
         using Kept = std::vector<KeptTogether>;
         using Headings = std::vector<RepeatedHeading>;
-        QTest::newRow("empty report is one page") << "" << Kept() << Headings() << "";
-        QTest::newRow("fills to the edge") << "Tdddd" << Kept() << Headings() << "0@0 1@70 2@80 3@90 | 4@0";
-        QTest::newRow("no orphan heading") << "Tddhd" << Kept() << Headings() << "0@0 1@70 2@80 | 3@0 4@10";
-        QTest::newRow("nor one of two") << "Tdhhd" << Kept() << Headings() << "0@0 1@70 | 2@0 3@10 4@20";
-        QTest::newRow("too high stands alone") << "dXd" << Kept() << Headings() << "0@0 | 1@0 | 2@0";
-        QTest::newRow("heading of the too high") << "hXd" << Kept() << Headings() << "0@0 | 1@0 | 2@0";
-        QTest::newRow("new page") << "ddbd" << Kept() << Headings() << "0@0 1@10 | 2@0 3@10";
-        QTest::newRow("group kept whole") << "Thddd" << Kept{{1, 5}} << Headings() << "0@0 | 1@0 2@10 3@20 4@30";
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("pages");
+        QTest::addColumn<Kept>("kept");
+        QTest::addColumn<Headings>("headings");
+        const auto row = [](const char* name, const char* text, const char* pages, const Kept& kept = {},
+                            const Headings& headings = {}) {
+            QTest::newRow(name) << text << pages << kept << headings;
+        };
+        row("empty report is one page", "", "");
+        row("fills to the edge", "Tdddd", "0@0 1@70 2@80 3@90 | 4@0");
+        row("no orphan headings", "Tdhhd", "0@0 1@70 | 2@0 3@10 4@20");
+        row("too high stands alone", "dXd", "0@0 | 1@0 | 2@0");
+        row("heading of the too high", "hXd", "0@0 | 1@0 | 2@0");
+        row("new page", "ddbd", "0@0 1@10 | 2@0 3@10");
+        row("group kept whole", "Thddd", "0@0 | 1@0 2@10 3@20 4@30", {{1, 5}});
         // strip 3 takes the total behind the group along, so the whole group goes with them
-        QTest::newRow("group and what must follow it")
-            << "Tddhd" << Kept{{1, 4}} << Headings() << "0@0 | 1@0 2@10 3@20 4@30";
-        QTest::newRow("followed by more than a page holds")
-            << "TddhX" << Kept{{1, 4}} << Headings() << "0@0 1@70 2@80 | 3@0 | 4@0";
-        QTest::newRow("group that fits stays") << "Thdd" << Kept{{1, 4}} << Headings() << "0@0 1@70 2@80 3@90";
-        QTest::newRow("group above a page is cut") << "hTTd" << Kept{{0, 4}} << Headings() << "0@0 1@10 | 2@0 3@70";
-        QTest::newRow("outer can't, inner can")
-            << "hTdhdd" << Kept{{0, 6}, {3, 6}} << Headings() << "0@0 1@10 2@80 | 3@0 4@10 5@20";
-        QTest::newRow("inner behind the outer's heading")
-            << "Thhdd" << Kept{{2, 5}} << Headings() << "0@0 | 1@0 2@10 3@20 4@30";
-        QTest::newRow("heading repeated")
-            << "hTdddd" << Kept() << Headings{{1, 6, 10}} << "0@0 1@10 2@80 3@90 | [0] 4@10 5@20";
-        QTest::newRow("not behind its end") << "hTddd" << Kept() << Headings{{1, 4, 10}} << "0@0 1@10 2@80 3@90 | 4@0";
-        QTest::newRow("outer heading first")
-            << "hhTdd" << Kept() << Headings{{1, 5, 10}, {2, 5, 20}} << "0@0 1@10 2@20 3@90 | [0] [1] 4@30";
-        QTest::newRow("headings leave room")
-            << "hTdddd" << Kept() << Headings{{1, 6, 60}} << "0@0 1@10 2@80 3@90 | 4@0 5@10";
-        QTest::newRow("kept group counts the heading")
-            << "hTdTdd" << Kept{{3, 6}} << Headings{{1, 6, 20}} << "0@0 1@10 2@80 | [0] 3@20 4@90 | [0] 5@20";
+        row("group and what must follow it", "Tddhd", "0@0 | 1@0 2@10 3@20 4@30", {{1, 4}});
+        row("followed by more than a page holds", "TddhX", "0@0 1@70 2@80 | 3@0 | 4@0", {{1, 4}});
+        row("group that fits stays", "Thdd", "0@0 1@70 2@80 3@90", {{1, 4}});
+        row("group above a page is cut", "hTTd", "0@0 1@10 | 2@0 3@70", {{0, 4}});
+        row("outer can't, inner can", "hTdhdd", "0@0 1@10 2@80 | 3@0 4@10 5@20", {{0, 6}, {3, 6}});
+        row("inner behind the outer's heading", "Thhdd", "0@0 | 1@0 2@10 3@20 4@30", {{2, 5}});
+        row("heading repeated", "hTdddd", "0@0 1@10 2@80 3@90 | [0] 4@10 5@20", {}, {{1, 6, 10}});
+        row("not behind its end", "hTddd", "0@0 1@10 2@80 3@90 | 4@0", {}, {{1, 4, 10}});
+        row("outer heading first", "hhTdd", "0@0 1@10 2@20 3@90 | [0] [1] 4@30", {}, {{1, 5, 10}, {2, 5, 20}});
+        row("headings leave room", "hTdddd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 6, 60}});
+        row("kept group counts the heading", "hTdTdd", "0@0 1@10 2@80 | [0] 3@20 4@90 | [0] 5@20", {{3, 6}},
+            {{1, 6, 20}});
     }
     void breaksPages()
     {
@@ -89,7 +85,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("least"); ///< lines
-        QTest::newRow("short") << "Wolf" << 1;
         QTest::newRow("own lines kept") << "one\ntwo\n\nthree\n" << 4;
         QTest::newRow("words") << QStringLiteral("Each year the den visits the fire station. ").repeated(20) << 15;
         QTest::newRow("one endless word") << QString(400, u'W') << 20;
@@ -113,17 +108,6 @@ private Q_SLOTS:
             return all;
         };
         QCOMPARE(letters(lines.join(u' ')), letters(text));
-    }
-
-    void sharesFonts()
-    {
-        Typesetter typesetter;
-        Style bold;
-        bold.bold = true;
-        QCOMPARE(typesetter.font(Style{}), typesetter.font(Style{}));
-        QVERIFY(typesetter.font(bold) != typesetter.font(Style{}));
-        const double sum = typesetter.width(0, u"fi") + typesetter.width(0, u"AV");
-        QVERIFY(qAbs(sum - typesetter.width(0, u"fiAV")) < 0.01);
     }
 };
 

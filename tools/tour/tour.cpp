@@ -49,6 +49,7 @@ private:
     void start();
     void menus();
     void packInformation();
+    void scouts();
     void dens();
     void awardCatalogue();
     void bulkAssignment();
@@ -202,6 +203,38 @@ void Tour::packInformation()
                picture(*box, QStringLiteral("save-question"));
                QTest::keyClick(box, Qt::Key_Return);
            });
+}
+
+void Tour::scouts()
+{
+    choose("mnuScouts");
+    auto& form = window("frmScouts");
+    picture(mdiPendrake::instance(), QStringLiteral("scouts"));
+    auto& list = control<QListWidget>(form, "lbScouts");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(4)).center());
+    picture(form, QStringLiteral("scouts-picked"));
+    auto& parents = control<QTabWidget>(form, "SSTab1");
+    for (int page : {1, 2}) {
+        QTest::mouseClick(parents.tabBar(), Qt::LeftButton, {}, parents.tabBar()->tabRect(page).center());
+        picture(form, QStringLiteral("scouts-parents-%1").arg(page + 1));
+    }
+    auto& pages = control<QTabWidget>(form, "tabScout");
+    for (int page : {1, 2}) {
+        QTest::mouseClick(pages.tabBar(), Qt::LeftButton, {}, pages.tabBar()->tabRect(page).center());
+        picture(form, QStringLiteral("scouts-page-%1").arg(page + 1));
+    }
+    during([&] { click(form, "cmdFind"); },
+           [this] {
+               auto& dialog = window("dlgFindScout");
+               type(dialog, "txtLast", QStringLiteral("B"));
+               picture(dialog, QStringLiteral("scouts-find"));
+               click(dialog, "cmdFind");
+           });
+    picture(form, QStringLiteral("scouts-found"));
+    click(form, "cmdNew");
+    picture(form, QStringLiteral("scouts-new"));
+    click(form, "cmdCancel");
+    click(form, "cmdExit");
 }
 
 void Tour::dens()
@@ -376,6 +409,7 @@ void Tour::run()
     start();
     menus();
     packInformation();
+    scouts();
     dens();
     awardCatalogue();
     bulkAssignment();

@@ -2,25 +2,26 @@
 
 #include "platform/RuntimeError.h"
 
-#include <functional>
 #include <optional>
 
 namespace orlo::test
 {
 
 /// What an action fails with; nothing if it doesn't fail.
-inline std::optional<platform::RuntimeError> failureOf(const std::function<void()>& action)
+template <class Error = platform::RuntimeError, class Action>
+std::optional<Error> failureOf(const Action& action)
 {
     try {
-        action();
-    } catch (const platform::RuntimeError& error) {
+        static_cast<void>(action());
+    } catch (const Error& error) {
         return error;
     }
     return {};
 }
 
 /// The number that an action fails with, 0 if it doesn't fail.
-inline int failureNumber(const std::function<void()>& action)
+template <class Action>
+int failureNumber(const Action& action)
 {
     const auto error = failureOf(action);
     return error ? error->number() : 0;

@@ -1,0 +1,202 @@
+#include "awards/AddAwardsForm.h"
+
+#include "platform/Conversion.h"
+#include "shell/Module1.h"
+#include "shell/dlgCalendar.h"
+#include "widgets/CheckListBox.h"
+#include "widgets/MessageBox.h"
+
+#include <QLineEdit>
+
+#include <algorithm>
+#include <memory>
+
+namespace orlo
+{
+
+namespace
+{
+
+// Hides a list while it changes row by row; then it is as visible as before, and has the focus again if it had it.
+class Hidden
+{
+public:
+    explicit Hidden(QWidget& list) : m_list(list), m_visible(!list.isHidden()), m_focus(list.hasFocus())
+    {
+        m_list.hide();
+    }
+    ~Hidden()
+    {
+        m_list.setVisible(m_visible);
+        if (m_focus)
+            m_list.setFocus();
+    }
+    Hidden(const Hidden&) = delete;
+    Hidden& operator=(const Hidden&) = delete;
+
+private:
+    QWidget& m_list;
+    bool m_visible;
+    bool m_focus;
+};
+
+// Takes a row out and, unlike the list's own routine, leaves the other rows highlighted.
+void takeRow(widgets::ListBox& list, int row)
+{
+    const std::unique_ptr<QListWidgetItem> gone(list.takeItem(row));
+}
+
+} // namespace
+
+AddAwardsForm::AddAwardsForm(Holder holder) : Form(widgets::FormKind::Window), m_holder(std::move(holder))
+{
+}
+
+void AddAwardsForm::bindControls(const Controls& controls)
+{
+    m_date = controls.txtAssignedDate;
+    m_catalogue = controls.lbAwardList;
+    m_selected = controls.lbSelected;
+    setDefaultButton(controls.cmdAdd);
+    setCancelButton(controls.cmdCancel);
+    openCalendarOnDoubleClick(m_date);
+    connect(m_catalogue, &widgets::CheckListBox::itemCheck, this, &AddAwardsForm::lbAwardList_ItemCheck);
+    connect(m_selected, &widgets::ListBox::doubleClicked, this, &AddAwardsForm::lbSelected_DblClick);
+    connect(controls.cmdSelectSelected, &QPushButton::clicked, this, &AddAwardsForm::cmdSelectSelected_Click);
+    connect(controls.cmdSelectAll, &QPushButton::clicked, this, &AddAwardsForm::cmdSelectAll_Click);
+    connect(controls.cmdRemoveSelected, &QPushButton::clicked, this, [this] { removeEntries(false); });
+    connect(controls.cmdRemoveAll, &QPushButton::clicked, this, [this] { removeEntries(true); });
+    connect(controls.cmdAdd, &QPushButton::clicked, this, &AddAwardsForm::cmdAdd_Click);
+    connect(controls.cmdCancel, &QPushButton::clicked, this, &AddAwardsForm::unload);
+}
+
+void AddAwardsForm::load()
+{
+    m_catalogue->clear();
+    mAwards = awardEntries();
+    for (const AwardEntry& award : mAwards)
+        m_catalogue->addItem(award.text);
+}
+
+// ---- Events
+
+void AddAwardsForm::lbAwardList_ItemCheck()
+{
+    const int row = m_catalogue->listIndex();
+    const QString text = m_catalogue->list(row);
+    if (!m_catalogue->checked(row)) {
+        removeText(text);
+        return;
+    }
+    const Hidden hidden(*m_selected);
+    m_selected->insertItem(sortedRow(*m_selected, text), text);
+}
+
+void AddAwardsForm::lbSelected_DblClick()
+{
+    const int row = m_selected->listIndex();
+    const QString text = m_selected->list(row);
+    takeRow(*m_selected, row);
+    uncheck(text);
+}
+
+void AddAwardsForm::cmdSelectSelected_Click()
+{
+    if (const int row = m_catalogue->listIndex(); row >= 0)
+        m_catalogue->setChecked(row, true);
+}
+
+void AddAwardsForm::cmdSelectAll_Click()
+{
+    const widgets::BusyPointer busy;
+    const Hidden hiddenCatalogue(*m_catalogue);
+    const Hidden hiddenSelected(*m_selected);
+    for (int row = 0; row < m_catalogue->listCount(); ++row)
+        m_catalogue->setChecked(row, true);
+}
+
+void AddAwardsForm::cmdAdd_Click()
+{
+    if (addAwards())
+        unload();
+}
+
+// ---- The two lists
+
+// Two awards of the same name and type both count as the first one.
+std::int16_t AddAwardsForm::awardSID(const QString& text) const
+{
+    const auto found = std::ranges::find(mAwards, text, &AwardEntry::text);
+    return found == mAwards.end() ? std::int16_t{-1} : found->sid;
+}
+
+void AddAwardsForm::removeText(const QString& text)
+{
+    const Hidden hidden(*m_selected);
+    for (int row = 0; row < m_selected->listCount(); ++row)
+        if (m_selected->list(row) == text) {
+            takeRow(*m_selected, row);
+            return;
+        }
+}
+
+// The count is asked for anew at each step: of two selected awards of equal text, the first one's removal takes the
+// other one along.
+void AddAwardsForm::removeEntries(bool all)
+{
+    if (m_selected->listCount() == 0)
+        return;
+    const widgets::BusyPointer busy;
+    const Hidden hiddenCatalogue(*m_catalogue);
+    const Hidden hiddenSelected(*m_selected);
+    for (int row = 0; row < m_selected->listCount();) {
+        if (!all && !m_selected->selected(row)) {
+            ++row;
+            continue;
+        }
+        const QString text = m_selected->list(row);
+        takeRow(*m_selected, row);
+        uncheck(text);
+    }
+}
+
+void AddAwardsForm::uncheck(const QString& text)
+{
+    const int current = m_catalogue->listIndex();
+    int row = 0;
+    while (row < m_catalogue->listCount() && m_catalogue->list(row) != text)
+        ++row;
+    if (row < m_catalogue->listCount())
+        m_catalogue->setChecked(row, false);
+    m_catalogue->setListIndex(current);
+}
+
+// ---- Adding
+
+// Every award is written for good before the next one is begun: a failure half way keeps what was added so far.
+bool AddAwardsForm::addAwards()
+{
+    const QString date = m_date->text();
+    if (m_selected->listCount() == 0)
+        return true;
+    if (date.isEmpty()) {
+        widgets::message(QStringLiteral("Please select an Assigned Date."), QStringLiteral("Missing Date"));
+        m_date->setFocus();
+        return false;
+    }
+    auto awards =
+        database().openRecordset(QStringLiteral("Select * From %1 Where Insignia_SID = 0").arg(m_holder.table));
+    for (int row = 0; row < m_selected->listCount(); ++row) {
+        awards.addNew();
+        awards.setValue(m_holder.keyField, int{person()});
+        awards.setValue(u"Insignia_SID", int{awardSID(m_selected->list(row))});
+        awards.setValue(u"Date_Assigned", date);
+        awards.setValue(u"Year", platform::toDate(date).date.year());
+        awards.setValue(u"Month", platform::toDate(date).date.month());
+        awards.update();
+    }
+    reloadGrid();
+    return true;
+}
+
+} // namespace orlo

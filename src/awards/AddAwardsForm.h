@@ -1,0 +1,82 @@
+#pragma once
+
+#include "awards/AwardList.h"
+#include "widgets/Form.h"
+
+class QLineEdit;
+namespace orlo::widgets
+{
+class CheckListBox;
+class ListBox;
+} // namespace orlo::widgets
+
+namespace orlo
+{
+
+/// Gives several awards on one date to the person on screen in the record form behind: what the dialogs for scouts and
+/// for adults have in common. Checking an award puts it among the selected ones, taking it out of these unchecks it.
+class AddAwardsForm : public widgets::Form
+{
+    Q_OBJECT
+
+protected:
+    /// Where the awards of one kind of person are kept.
+    struct Holder {
+        QString table;
+        QString keyField;
+    };
+
+    /// The controls that both dialogs have.
+    struct Controls {
+        QLineEdit* txtAssignedDate;
+        widgets::CheckListBox* lbAwardList;
+        widgets::ListBox* lbSelected;
+        QPushButton* cmdSelectSelected;
+        QPushButton* cmdSelectAll;
+        QPushButton* cmdRemoveSelected;
+        QPushButton* cmdRemoveAll;
+        QPushButton* cmdAdd;
+        QPushButton* cmdCancel;
+
+        template <class Ui>
+        Controls(const Ui& ui, QPushButton* add)
+            : txtAssignedDate(ui.txtAssignedDate), lbAwardList(ui.lbAwardList), lbSelected(ui.lbSelected),
+              cmdSelectSelected(ui.cmdSelectSelected), cmdSelectAll(ui.cmdSelectAll),
+              cmdRemoveSelected(ui.cmdRemoveSelected), cmdRemoveAll(ui.cmdRemoveAll), cmdAdd(add),
+              cmdCancel(ui.cmdCancel)
+        {
+        }
+    };
+
+    explicit AddAwardsForm(Holder holder);
+
+    /// Takes the controls of the form and connects their events.
+    void bindControls(const Controls& controls);
+    void load() override;
+
+    /// The person who gets the awards.
+    [[nodiscard]] virtual std::int16_t person() const = 0;
+    /// Makes the record form behind show the awards that were added.
+    virtual void reloadGrid() = 0;
+
+private:
+    void lbAwardList_ItemCheck();
+    void lbSelected_DblClick();
+    void cmdSelectSelected_Click();
+    void cmdSelectAll_Click();
+    void cmdAdd_Click();
+
+    [[nodiscard]] std::int16_t awardSID(const QString& text) const;
+    void removeText(const QString& text);
+    void removeEntries(bool all);
+    void uncheck(const QString& text);
+    [[nodiscard]] bool addAwards();
+
+    Holder m_holder;
+    QLineEdit* m_date = nullptr;
+    widgets::CheckListBox* m_catalogue = nullptr;
+    widgets::ListBox* m_selected = nullptr;
+    std::vector<AwardEntry> mAwards; ///< in the query's order, which isn't that of the sorted lists
+};
+
+} // namespace orlo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "awards/AddAwardsForm.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmAddAdultAwards;
+}
+
+namespace orlo
+{
+
+/// Gives awards to the adult on screen in frmAdults.
+class frmAddAdultAwards : public AddAwardsForm
+{
+    Q_OBJECT
+
+public:
+    frmAddAdultAwards();
+    ~frmAddAdultAwards() override;
+
+protected:
+    [[nodiscard]] std::int16_t person() const override;
+    void reloadGrid() override;
+
+private:
+    std::unique_ptr<Ui::frmAddAdultAwards> ui;
+};
+
+} // namespace orlo

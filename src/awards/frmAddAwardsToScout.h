@@ -1,0 +1,32 @@
+#pragma once
+
+#include "awards/AddAwardsForm.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmAddAwardsToScout;
+}
+
+namespace orlo
+{
+
+/// Gives awards to the scout on screen in frmScouts.
+class frmAddAwardsToScout : public AddAwardsForm
+{
+    Q_OBJECT
+
+public:
+    frmAddAwardsToScout();
+    ~frmAddAwardsToScout() override;
+
+protected:
+    [[nodiscard]] std::int16_t person() const override;
+    void reloadGrid() override;
+
+private:
+    std::unique_ptr<Ui::frmAddAwardsToScout> ui;
+};
+
+} // namespace orlo

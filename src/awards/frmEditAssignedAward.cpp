@@ -1,0 +1,51 @@
+#include "awards/frmEditAssignedAward.h"
+
+#include "awards/AwardList.h"
+#include "platform/Conversion.h"
+#include "shell/Module1.h"
+#include "shell/dlgCalendar.h"
+#include "ui_frmEditAssignedAward.h"
+
+namespace orlo
+{
+
+namespace
+{
+
+constexpr std::int16_t NoAward = 0;
+
+}
+
+frmEditAssignedAward::frmEditAssignedAward()
+    : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmEditAssignedAward>())
+{
+    ui->setupUi(this);
+    setDefaultButton(ui->cmdSave);
+    setCancelButton(ui->Command2);
+    openCalendarOnDoubleClick(ui->txtDateAssigned, [this] { ui->cmdSave->setEnabled(true); });
+    connect(ui->cmdSave, &QPushButton::clicked, this, &frmEditAssignedAward::cmdSave_Click);
+    connect(ui->Command2, &QPushButton::clicked, this, &frmEditAssignedAward::unload);
+}
+
+frmEditAssignedAward::~frmEditAssignedAward() = default;
+
+void frmEditAssignedAward::load()
+{
+    listAwards(*ui->cmbAward);
+    ui->txtDateAssigned->setText(gEditDate);
+    ui->txtQuantity->setText(QString::number(gEditQuantity));
+    ui->cmbAward->setText(gEditAwardText);
+}
+
+void frmEditAssignedAward::cmdSave_Click()
+{
+    // The box stands for the row's own award or for none; no other award can be chosen here.
+    if (ui->cmbAward->text() != gEditAwardText)
+        gEditInsigniaSID = NoAward;
+    gEditQuantity = platform::toInt16(platform::val(ui->txtQuantity->text()));
+    gEditDate = ui->txtDateAssigned->text();
+    gEditSaved = true;
+    unload();
+}
+
+} // namespace orlo

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "widgets/Form.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmEditAssignedAward;
+}
+
+namespace orlo
+{
+
+/// Changes date, award and quantity of one assigned award. It writes nothing itself: the gEdit... values bring the row
+/// in and, with gEditSaved, take the changes back to the caller.
+class frmEditAssignedAward : public widgets::Form
+{
+    Q_OBJECT
+
+public:
+    frmEditAssignedAward();
+    ~frmEditAssignedAward() override;
+
+protected:
+    void load() override;
+
+private:
+    void cmdSave_Click();
+
+    std::unique_ptr<Ui::frmEditAssignedAward> ui;
+};
+
+} // namespace orlo

@@ -1,0 +1,57 @@
+#include "scouts/DenLeaderBox.h"
+
+#include "widgets/CheckBox.h"
+#include "widgets/MessageBox.h"
+
+#include <QFocusEvent>
+
+namespace orlo
+{
+
+DenLeaderBox::DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, Owner owner)
+    : QObject(box), m_box(box), m_ownSID(ownSID), m_owner(std::move(owner))
+{
+    box->installEventFilter(this);
+    connect(box, &widgets::CheckBox::changed, this, &DenLeaderBox::click);
+}
+
+bool DenLeaderBox::eventFilter(QObject* watched, QEvent* event)
+{
+    // A window that comes to the front again moves no focus between controls.
+    if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent*>(event)->reason() != Qt::ActiveWindowFocusReason)
+        m_armed = true;
+    return QObject::eventFilter(watched, event);
+}
+
+void DenLeaderBox::click()
+{
+    m_owner.enableSave(true);
+    if (m_armed) {
+        if (m_box->isChecked())
+            pick();
+        else
+            m_ownSID = 0;
+    }
+    m_armed = false;
+}
+
+// Clearing the box runs click() once more, within this one.
+void DenLeaderBox::pick()
+{
+    if (!m_owner.hasDen()) {
+        widgets::message(QStringLiteral("This Scout record needs to be assinged to a den. \n"
+                                        "Please assign the Scout to a Den and then retry."),
+                         QStringLiteral("Assignement Error"));
+        m_box->setChecked(false);
+        return;
+    }
+    if (m_owner.pick())
+        m_box->setChecked(true);
+    else {
+        m_box->setChecked(false);
+        m_owner.enableSave(false);
+    }
+    m_owner.deliver();
+}
+
+} // namespace orlo

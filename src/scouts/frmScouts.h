@@ -1,0 +1,100 @@
+#pragma once
+
+#include "shell/PeopleForm.h"
+
+#include <memory>
+
+class QLineEdit;
+
+namespace Ui
+{
+class frmScouts;
+}
+
+namespace orlo
+{
+
+/// The scouts: a list of those in view beside one scout's record, with both parents, the awards held and a note.
+class frmScouts : public PeopleForm
+{
+    Q_OBJECT
+
+public:
+    frmScouts();
+    ~frmScouts() override;
+
+    /// The scout of the current record of the set.
+    [[nodiscard]] std::int16_t GetScoutSID() const;
+    /// The key of the row of comDen that equals the text; -1 for none and for "".
+    [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const;
+    /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
+    [[nodiscard]] QString GetDenName(std::int16_t denSID) const;
+    /// The den of the record on screen.
+    [[nodiscard]] std::int16_t GetDenSIDPub() const { return mDenSID; }
+    void SetFindData(const QString& first, const QString& last, const QString& initial);
+    /// The adult picked in dlgSelectAdultLink, 0 for none.
+    void SetParentDenLeaderSID(std::int16_t sid) { mPickedAdultSID = sid; }
+    /// Shows the awards of the current record.
+    void ReloadAwardGrid();
+    void PopulateNavLB() override;
+
+protected:
+    void load() override;
+
+    void FillRecord() override;
+    void ClearRecord() override;
+    void SaveRecord() override;
+    void SetNavButtons() override;
+    void EnableFields() override;
+    void DisableFields() override;
+
+    void cmdFirst_Click() override;
+    void cmdPrevious_Click() override;
+    void cmdNext_Click() override;
+    void cmdLast_Click() override;
+    void cmdNew_Click() override;
+    void cmdDelete_Click() override;
+
+    void openSet() override;
+    void setDefaults() override;
+    void finishNew() override;
+    [[nodiscard]] bool confirmDelete() override;
+    void deleteAwards() override;
+
+    [[nodiscard]] QString setStatement() const override;
+    [[nodiscard]] QString findStatement() const override;
+    void LoadDenLists() override;
+    void showFindDialog() override;
+    [[nodiscard]] QString nothingFoundText() const override;
+    [[nodiscard]] QString noDensText() const override;
+    [[nodiscard]] QString middlePart(const QString& initial) const override;
+
+private:
+    struct TextField {
+        QLineEdit* box;
+        QStringView field;
+    };
+
+    void bindFields();
+    void bindParents();
+    void setFieldsEnabled(bool enabled);
+    [[nodiscard]] QString BuildViewCriteria(const QString& start) const;
+    [[nodiscard]] bool PickDenLeader();
+    void fillLink(QStringView field, std::int16_t& sid, QAbstractButton* box);
+    void SetUpAwardGrid();
+    void LoadAwardRows();
+    void showScoutName();
+    void comDen_Change();
+    void cmdEditAward_Click();
+    void cmdDeleteAward_Click();
+
+    std::unique_ptr<Ui::frmScouts> ui;
+    std::vector<TextField> m_texts; ///< the boxes that take and give a text field as it stands
+    std::optional<store::Recordset> rsAwards;
+    std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
+    std::int16_t mPickedAdultSID = 0;
+    std::int16_t mParent1LeaderSID = 0; ///< what a save writes for a parent while the parent's box is checked
+    std::int16_t mParent2LeaderSID = 0;
+};
+
+} // namespace orlo

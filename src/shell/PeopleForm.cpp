@@ -1,0 +1,256 @@
+#include "shell/PeopleForm.h"
+
+#include "platform/Conversion.h"
+#include "shell/Module1.h"
+#include "widgets/ComboBox.h"
+#include "widgets/FlexGrid.h"
+#include "widgets/ListBox.h"
+#include "widgets/MessageBox.h"
+#include "widgets/OptionButton.h"
+
+#include <QLineEdit>
+#include <QTabWidget>
+
+namespace orlo
+{
+
+namespace
+{
+
+const QString AllDens = QStringLiteral("<All>");
+const QDate NoBirthDate(1001, 1, 1);
+
+QString leftTrimmed(const QString& text)
+{
+    qsizetype blanks = 0;
+    while (blanks < text.size() && text[blanks] == u' ')
+        ++blanks;
+    return text.mid(blanks);
+}
+
+} // namespace
+
+void PeopleForm::bindFilters(const FilterControls& controls)
+{
+    m_filters = controls;
+    controls.cmbSelectedDens->setText(AllDens);
+    for (auto* option : {controls.optActive, controls.optInactive, controls.optActive_Inactive,
+                         controls.optOrderLastName, controls.optOrderFirstName})
+        connect(option, &widgets::OptionButton::selected, this, [this] {
+            PromptSaveChanges();
+            openSet();
+        });
+    // The text counts on every change, typed ones included, and nothing asks about unsaved changes.
+    connect(controls.cmbSelectedDens, &widgets::ComboBox::textChange, this, [this] { openSet(); });
+    connect(controls.cmbSelectedDens, &widgets::ComboBox::clicked, this, [this] { openSet(); });
+    connect(controls.cmbSelectedDens, &widgets::ComboBox::dropDown, this, [this] {
+        PromptSaveChanges();
+        LoadDenLists();
+    });
+    connect(listControls().cmdFind, &QPushButton::clicked, this, &PeopleForm::cmdFind_Click);
+    connect(listControls().tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
+}
+
+QString PeopleForm::rightTrimmed(QString text)
+{
+    while (text.endsWith(u' '))
+        text.chop(1);
+    return text;
+}
+
+// ---- The set and its list
+
+void PeopleForm::openSet()
+{
+    openRecords(setStatement());
+    if (mRecordCount < 1) {
+        listControls().list->clear();
+        ClearRecord();
+    } else {
+        setRecordIndex(1);
+        LoadDenLists();
+    }
+    mFindRequested = false;
+    mNewRecord = false;
+    if (mRecordCount == 0) {
+        showEmpty();
+        return;
+    }
+    rsRecords->moveFirst();
+    mCurrentSID = rsRecords->value(keyField()).toInt16();
+    PopulateNavLB();
+    EnableFields();
+    controls().cmdNew->setEnabled(true);
+    listControls().tabs->setEnabled(true);
+    FillRecord();
+}
+
+void PeopleForm::PopulateNavLB()
+{
+    rsRecords->moveFirst();
+    QStringList rows;
+    rows.reserve(mRecordCount);
+    const bool lastNameFirst = m_filters->optOrderLastName->isChecked();
+    for (; !rsRecords->eof(); rsRecords->moveNext()) {
+        const QString first = rsRecords->value(u"First_Name").textOrEmpty();
+        const QString last = rsRecords->value(u"Last_Name").textOrEmpty();
+        const QString middle = middlePart(rsRecords->value(u"MI").textOrEmpty());
+        rows.append(lastNameFirst ? rightTrimmed(last) + QStringLiteral(", ") + rightTrimmed(first + middle)
+                                  : rightTrimmed(first + middle + last));
+    }
+    widgets::ListBox& list = *listControls().list;
+    list.setUpdatesEnabled(false);
+    list.clear();
+    list.addItems(rows);
+    list.setUpdatesEnabled(true);
+    rsRecords->moveFirst();
+    SelectListRow(1);
+}
+
+QString PeopleForm::BuildOrderClause() const
+{
+    return m_filters->optOrderLastName->isChecked() ? QStringLiteral(" Order by Last_Name, First_Name ")
+                                                    : QStringLiteral(" Order by First_Name, MI, Last_Name ");
+}
+
+bool PeopleForm::filtersByDen() const
+{
+    const QString den = m_filters->cmbSelectedDens->text();
+    return !den.isEmpty() && den != AllDens;
+}
+
+// The mark stays before the name until the list is next filled, whatever the order.
+QString PeopleForm::newRowText() const
+{
+    const auto text = [this](const char* name) { return findChild<QLineEdit*>(QLatin1String(name))->text(); };
+    return QStringLiteral("<New>") + leftTrimmed(text("txtLast")) + QStringLiteral(", ") +
+           leftTrimmed(text("txtFirst")) + u' ' + text("txtMi");
+}
+
+// ---- Den lists
+
+bool PeopleForm::readDens()
+{
+    auto dens =
+        database().openRecordset(QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens  Order by Den_Number"));
+    if (dens.recordCount() == 0) {
+        widgets::message(noDensText(), QStringLiteral("Selection Error"));
+        return false;
+    }
+    mDenSIDs.clear();
+    m_denTexts.clear();
+    for (; !dens.eof(); dens.moveNext()) {
+        mDenSIDs.push_back(dens[u"Den_SID"].toInt16());
+        m_denTexts.append(denText(dens));
+    }
+    return true;
+}
+
+// Giving the filter its text back counts as a change of it.
+void PeopleForm::rebuildDenFilter()
+{
+    widgets::ComboBox& filter = *m_filters->cmbSelectedDens;
+    const QString kept = filter.text();
+    filter.clear();
+    for (const QString& den : std::as_const(m_denTexts))
+        filter.addItem(den);
+    filter.addItem(AllDens);
+    filter.setText(kept.isEmpty() ? filter.list(0) : kept);
+}
+
+QString PeopleForm::denText(const store::Recordset& den)
+{
+    return den[u"Den_Type"].textOrEmpty() + QStringLiteral(" Den ") + den[u"Den_Number"].textOrEmpty();
+}
+
+// ---- Find
+
+void PeopleForm::SetFind(bool find)
+{
+    mFindRequested = find;
+    mSelectAllRequested = false;
+}
+
+void PeopleForm::SetSelectAll(bool selectAll)
+{
+    mSelectAllRequested = selectAll;
+    mFindRequested = false;
+}
+
+void PeopleForm::SetFindNames(const QString& first, const QString& last, const QString& initial)
+{
+    mFindFirst = first;
+    mFindLast = last;
+    mFindMI = initial;
+}
+
+QString PeopleForm::nameCriteria() const
+{
+    QString criteria;
+    for (const auto& [field, value] :
+         {std::pair(u"First_Name", mFindFirst), std::pair(u"Last_Name", mFindLast), std::pair(u"MI", mFindMI)})
+        if (!value.isEmpty())
+            criteria += (criteria.isEmpty() ? QStringLiteral(" ") : QStringLiteral(" and ")) +
+                        QString::fromUtf16(field) + QStringLiteral(" Like '") + value.trimmed() + QStringLiteral("*'");
+    return criteria;
+}
+
+// The question about unsaved changes comes after the dialog.
+void PeopleForm::cmdFind_Click()
+{
+    showFindDialog();
+    PromptSaveChanges();
+    if (!mFindRequested) {
+        if (mSelectAllRequested)
+            openSet();
+        return;
+    }
+    rsRecords = database().openRecordset(findStatement());
+    if (rsRecords->recordCount() > 0) {
+        rsRecords->moveLast();
+        rsRecords->moveFirst();
+        readRecordCount();
+        setRecordIndex(1);
+        SetNavButtons();
+        FillRecord();
+        PopulateNavLB();
+        SelectListRow(1);
+    } else {
+        widgets::message(nothingFoundText(), QStringLiteral("No Data Found"));
+        const QString index = mRecordIndex;
+        openSet();
+        mRecordIndex = index;
+        SetNavButtons();
+        FillRecord();
+        SelectListRow(recordIndex());
+    }
+    controls().firstField->setFocus();
+}
+
+// ---- What fills and saves share
+
+QString PeopleForm::dateText(const QString& typed)
+{
+    const auto date = platform::readDate(typed);
+    return date ? platform::longDate(date->date) : typed;
+}
+
+QString PeopleForm::birthDateText(QStringView field) const
+{
+    const store::Value date = rsRecords->value(field);
+    return date.isEmpty() || date == store::Value(NoBirthDate) ? QString() : date.toText();
+}
+
+void PeopleForm::cutGrid(widgets::FlexGrid& grid)
+{
+    grid.setRows(1);
+}
+
+// On the page of the note Enter makes a new line.
+void PeopleForm::tabs_Click()
+{
+    const bool note = listControls().tabs->currentWidget() == m_filters->pagNote;
+    setDefaultButton(note ? nullptr : controls().cmdSave);
+}
+
+} // namespace orlo

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "support/TestApp.h"
+#include "widgets/ListBox.h"
+
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+
+#include <sqlite3.h>
+
+namespace orlo::test
+{
+
+/// An open record form, worked by mouse and keys.
+template <class F>
+struct RecordScreen {
+    F& form = widgets::Instance<F>::get();
+
+    RecordScreen()
+    {
+        form.showForm();
+        if (!QTest::qWaitForWindowActive(&form))
+            qFatal("the form doesn't become active");
+    }
+    template <class W = QWidget>
+    W& get(const char* name) const
+    {
+        return control<W>(form, name);
+    }
+    void click(const char* button) const { QTest::mouseClick(&get(button), Qt::LeftButton); }
+    /// Walks by First, Prev, Next and Last, one letter each.
+    void walk(const QString& steps) const
+    {
+        for (const QChar step : steps)
+            click(step == u'F' ? "cmdFirst" : step == u'P' ? "cmdPrevious" : step == u'N' ? "cmdNext" : "cmdLast");
+    }
+    void type(const char* box, const QString& text) const
+    {
+        get(box).setFocus();
+        QTest::keyClick(&get(box), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&get(box), Qt::Key_Delete);
+        QTest::keyClicks(&get(box), text);
+    }
+    void escape() const { QTest::keyClick(&form, Qt::Key_Escape); }
+    /// The initials of the controls that are enabled, dots for the others.
+    [[nodiscard]] QString enabled(const QString& initials, std::initializer_list<const char*> names) const
+    {
+        QString letters = initials;
+        for (qsizetype i = 0; i < letters.size(); ++i)
+            if (!get(names.begin()[i]).isEnabled())
+                letters[i] = u'.';
+        return letters;
+    }
+    /// The label and which of First, Prev, Next, Last, new, save and delete are live: "Den 1 of 2 ..NLn.d".
+    [[nodiscard]] QString state() const
+    {
+        return get<QLabel>("lblRecordInfo").text() + u' ' +
+               enabled(QStringLiteral("FPNLnsd"),
+                       {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast", "cmdNew", "cmdSave", "cmdDelete"});
+    }
+};
+
+/// The texts of a list's rows.
+inline QString textsOf(const widgets::ListBox& list)
+{
+    QStringList texts;
+    for (int row = 0; row < list.listCount(); ++row)
+        texts += list.list(row);
+    return texts.join(QStringLiteral("; "));
+}
+
+/// Clicks a row of a list.
+inline void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modifier = Qt::NoModifier)
+{
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, modifier, list.visualItemRect(list.item(row)).center());
+}
+
+/// Does something with a form as soon as it is up, which may be in a loop of its own.
+template <class F, class Action>
+void whenShown(const Action& action)
+{
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, action] {
+        auto* form = widgets::Instance<F>::loaded();
+        if (!form || !form->isVisible())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        action(*form);
+    });
+    timer->start(5);
+}
+
+/// Runs SQL on the open file as another program does; the test program ends where it fails.
+inline void fill(const QString& sql)
+{
+    sqlite3* file = nullptr;
+    sqlite3_open((gAppPath + QStringLiteral("/Quorrel11.mdb")).toUtf8().constData(), &file);
+    if (sqlite3_exec(file, sql.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        qFatal("%s", sqlite3_errmsg(file));
+    sqlite3_close(file);
+}
+
+/// The rows of a query: cells parted by bars, rows by a comma and a blank.
+inline QString rows(const QString& select)
+{
+    QStringList lines;
+    for (auto rs = database().openRecordset(select); !rs.eof(); rs.moveNext()) {
+        QStringList cells;
+        for (int column = 0; column < static_cast<int>(rs.fields().size()); ++column)
+            cells += rs.value(column).isNull() ? QStringLiteral("Null") : rs.value(column).toText();
+        lines += cells.join(u'|');
+    }
+    return lines.join(QStringLiteral(", "));
+}
+
+/// Runs the current test function once more, in a process of its own on the same file, where the action is to fail; the
+/// first line of the message that this process ends with, or all it wrote if it ended in another way.
+template <class Action>
+QString failureInChild(const QString& sql, const Action& action)
+{
+    constexpr auto Folder = "ORLO_TEST_CHILD";
+    if (qEnvironmentVariableIsSet(Folder)) {
+        gAppPath = qEnvironmentVariable(Folder);
+        gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+        answerNext();
+        action();
+        std::_Exit(0);
+    }
+    fill(sql);
+    QProcess child;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QString::fromLatin1(Folder), gAppPath);
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(QTest::currentTestFunction())});
+    child.waitForFinished(20000);
+    const QString told = QString::fromUtf8(child.readAllStandardError());
+    const qsizetype start = told.indexOf(QLatin1String("Run-time error"));
+    return child.exitCode() == 1 && start >= 0 ? told.sliced(start).section(u'\n', 0, 0) : told + u'?';
+}
+
+} // namespace orlo::test

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QStringList>
+
+#include <sqlite3.h>
+
+namespace orlo::test
+{
+
+/// What a statement gives when another program runs it on the file: a line for each row with bars between its cells, or
+/// what the engine complains about.
+inline QStringList sqlite(const QString& path, const char* statement)
+{
+    QStringList lines;
+    sqlite3* file = nullptr;
+    char* error = nullptr;
+    sqlite3_open(path.toUtf8().constData(), &file);
+    sqlite3_exec(
+        file, statement,
+        [](void* to, int columns, char** texts, char**) {
+            QStringList cells;
+            for (int i = 0; i < columns; ++i)
+                cells += texts[i] ? QString::fromUtf8(texts[i]) : "Null";
+            *static_cast<QStringList*>(to) += cells.join(u'|');
+            return 0;
+        },
+        &lines, &error);
+    if (error)
+        lines = {QString::fromUtf8(error)};
+    sqlite3_free(error);
+    sqlite3_close(file);
+    return lines;
+}
+
+} // namespace orlo::test
