@@ -1,10 +1,6 @@
 #include "awards/frmAddAwardsToScout.h"
 
-#if __has_include("scouts/frmScouts.h")
 #include "scouts/frmScouts.h"
-#else
-#include "platform/RuntimeError.h"
-#endif
 #include "ui_frmAddAwardsToScout.h"
 
 namespace orlo
@@ -20,7 +16,6 @@ frmAddAwardsToScout::frmAddAwardsToScout()
 
 frmAddAwardsToScout::~frmAddAwardsToScout() = default;
 
-#if __has_include("scouts/frmScouts.h")
 std::int16_t frmAddAwardsToScout::person() const
 {
     return widgets::Instance<frmScouts>::get().GetScoutSID();
@@ -30,16 +25,5 @@ void frmAddAwardsToScout::reloadGrid()
 {
     widgets::Instance<frmScouts>::get().ReloadAwardGrid();
 }
-#else
-std::int16_t frmAddAwardsToScout::person() const
-{
-    throw platform::RuntimeError(platform::ObjectNotSet);
-}
-
-void frmAddAwardsToScout::reloadGrid()
-{
-    throw platform::RuntimeError(platform::ObjectNotSet);
-}
-#endif
 
 } // namespace orlo

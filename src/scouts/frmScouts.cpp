@@ -1,10 +1,7 @@
 #include "scouts/frmScouts.h"
 
-#if __has_include("awards/frmEditAssignedAward.h")
-#define HAVE_AWARD_FORMS
 #include "awards/frmAddAwardsToScout.h"
 #include "awards/frmEditAssignedAward.h"
-#endif
 #include "platform/Conversion.h"
 #include "scouts/DenLeaderBox.h"
 #include "scouts/dlgFindScout.h"
@@ -52,11 +49,7 @@ frmScouts::frmScouts()
     bindParents();
     ui->fgScoutsAwards->setCols(InsigniaSID + 1);
     connect(ui->cmdAddAward, &QPushButton::clicked, this,
-            [] {
-#ifdef HAVE_AWARD_FORMS
-widgets::Instance<frmAddAwardsToScout>::showWaiting();
-#endif
-});
+            [] { widgets::Instance<frmAddAwardsToScout>::showWaiting(); });
     connect(ui->cmdEditAward, &QPushButton::clicked, this, &frmScouts::cmdEditAward_Click);
     connect(ui->cmdDeleteAward, &QPushButton::clicked, this, &frmScouts::cmdDeleteAward_Click);
 }
@@ -519,7 +512,6 @@ void frmScouts::LoadAwardRows()
     TestPendingError();
 }
 
-#ifdef HAVE_AWARD_FORMS
 // Year and Month of the row keep the former date's values.
 void frmScouts::cmdEditAward_Click()
 {
@@ -546,9 +538,6 @@ void frmScouts::cmdEditAward_Click()
     TestPendingError();
 }
 
-#else
-void frmScouts::cmdEditAward_Click() {}
-#endif
 void frmScouts::cmdDeleteAward_Click()
 {
     const auto& grid = *ui->fgScoutsAwards;

@@ -155,10 +155,11 @@ void mdiPendrake::showChild(widgets::Form& form)
     }
     if (window->isMinimized())
         window->showNormal();
+    const bool opening = !window->isVisible();
     form.show();
-    if (!window->isVisible() && !form.hasFixedBorder())
-        window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
     window->show();
+    if (opening && !form.hasFixedBorder()) // what the contents ask for is known once they are shown
+        window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
     ui->mdiArea->setActiveSubWindow(window);
 }
 

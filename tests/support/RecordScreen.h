@@ -4,10 +4,13 @@
 #include "widgets/ListBox.h"
 
 #include <QLabel>
+#include <QMap>
 #include <QProcess>
 #include <QPushButton>
 
 #include <sqlite3.h>
+
+#include <functional>
 
 namespace orlo::test
 {
@@ -16,6 +19,7 @@ namespace orlo::test
 template <class F>
 struct RecordScreen {
     F& form = widgets::Instance<F>::get();
+    mutable QList<std::shared_ptr<Told>> told; ///< what the boxes said that run() answered
 
     RecordScreen()
     {
@@ -29,12 +33,6 @@ struct RecordScreen {
         return control<W>(form, name);
     }
     void click(const char* button) const { QTest::mouseClick(&get(button), Qt::LeftButton); }
-    /// Walks by First, Prev, Next and Last, one letter each.
-    void walk(const QString& steps) const
-    {
-        for (const QChar step : steps)
-            click(step == u'F' ? "cmdFirst" : step == u'P' ? "cmdPrevious" : step == u'N' ? "cmdNext" : "cmdLast");
-    }
     void type(const char* box, const QString& text) const
     {
         get(box).setFocus();
@@ -42,7 +40,30 @@ struct RecordScreen {
         QTest::keyClick(&get(box), Qt::Key_Delete);
         QTest::keyClicks(&get(box), text);
     }
-    void escape() const { QTest::keyClick(&form, Qt::Key_Escape); }
+    /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E is
+    /// the Escape key, "yes", "no" and "ok" answer the next box, "Name=text" types into txtName; the form's own actions
+    /// take any other word.
+    void run(const QString& script, const std::function<void(const QString&)>& other = {}) const
+    {
+        const auto words = script.split(u' ', Qt::SkipEmptyParts);
+        for (const QString& word : words) {
+            static const QMap<QString, const char*> buttons{{"F", "cmdFirst"},  {"P", "cmdPrevious"}, {"N", "cmdNext"},
+                                                            {"L", "cmdLast"},   {"n", "cmdNew"},      {"s", "cmdSave"},
+                                                            {"d", "cmdDelete"}, {"c", "cmdCancel"},   {"x", "cmdExit"}};
+            static const QMap<QString, QMessageBox::StandardButton> answers{
+                {"yes", QMessageBox::Yes}, {"no", QMessageBox::No}, {"ok", QMessageBox::Ok}};
+            if (buttons.contains(word))
+                click(buttons[word]);
+            else if (answers.contains(word))
+                told.append(answerNext(answers[word]));
+            else if (word == "E")
+                QTest::keyClick(&form, Qt::Key_Escape);
+            else if (word.contains('='))
+                type(("txt" + word.section('=', 0, 0)).toUtf8().constData(), word.section('=', 1));
+            else
+                other(word);
+        }
+    }
     /// The initials of the controls that are enabled, dots for the others.
     [[nodiscard]] QString enabled(const QString& initials, std::initializer_list<const char*> names) const
     {
@@ -52,12 +73,19 @@ struct RecordScreen {
                 letters[i] = u'.';
         return letters;
     }
+    /// What the answered boxes said, "Title: text", a line each.
+    [[nodiscard]] QString said() const
+    {
+        QStringList lines;
+        for (const auto& box : told)
+            lines += box->shown ? box->title + ": " + box->text : "not asked";
+        return lines.join('\n');
+    }
     /// The label and which of First, Prev, Next, Last, new, save and delete are live: "Den 1 of 2 ..NLn.d".
     [[nodiscard]] QString state() const
     {
         return get<QLabel>("lblRecordInfo").text() + u' ' +
-               enabled(QStringLiteral("FPNLnsd"),
-                       {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast", "cmdNew", "cmdSave", "cmdDelete"});
+               enabled("FPNLnsd", {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast", "cmdNew", "cmdSave", "cmdDelete"});
     }
 };
 
@@ -67,7 +95,7 @@ inline QString textsOf(const widgets::ListBox& list)
     QStringList texts;
     for (int row = 0; row < list.listCount(); ++row)
         texts += list.list(row);
-    return texts.join(QStringLiteral("; "));
+    return texts.join("; ");
 }
 
 /// Clicks a row of a list.
@@ -96,23 +124,23 @@ void whenShown(const Action& action)
 inline void fill(const QString& sql)
 {
     sqlite3* file = nullptr;
-    sqlite3_open((gAppPath + QStringLiteral("/Quorrel11.mdb")).toUtf8().constData(), &file);
+    sqlite3_open((gAppPath + "/Quorrel11.mdb").toUtf8().constData(), &file);
     if (sqlite3_exec(file, sql.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
         qFatal("%s", sqlite3_errmsg(file));
     sqlite3_close(file);
 }
 
-/// The rows of a query: cells parted by bars, rows by a comma and a blank.
+/// The rows of a query: cells parted by slashes, rows by a comma and a blank.
 inline QString rows(const QString& select)
 {
     QStringList lines;
     for (auto rs = database().openRecordset(select); !rs.eof(); rs.moveNext()) {
         QStringList cells;
         for (int column = 0; column < static_cast<int>(rs.fields().size()); ++column)
-            cells += rs.value(column).isNull() ? QStringLiteral("Null") : rs.value(column).toText();
-        lines += cells.join(u'|');
+            cells += rs.value(column).isNull() ? "Null" : rs.value(column).toText();
+        lines += cells.join(u'/');
     }
-    return lines.join(QStringLiteral(", "));
+    return lines.join(", ");
 }
 
 /// Runs the current test function once more, in a process of its own on the same file, where the action is to fail; the

@@ -1,0 +1,265 @@
+#include "awards/frmAddAdultAwards.h"
+#include "awards/frmAddAwardsToScout.h"
+#include "awards/frmEditAssignedAward.h"
+#include "scouts/frmScouts.h"
+#include "shell/dlgCalendar.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+#include "widgets/CheckListBox.h"
+#include "widgets/ComboBox.h"
+
+#include <QLineEdit>
+
+using namespace orlo;
+
+namespace
+{
+
+// By text: ant Pin, Bear Badge, Bear Cub Badge, Bear Pin twice, Wolf Badge.
+constexpr const char* Awards = R"(Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values
+    (1, 'Wolf', 'Badge'), (2, 'Bear', 'Pin'), (3, 'Bear', 'Badge'), (4, 'Bear', 'Pin'), (5, 'ant', 'Pin'),
+    (6, 'Bear Cub', 'Badge'))";
+const QString Scouts =
+    "Select Scout_SID, Insignia_SID, Date_Assigned, Year, Month, Quantity From Assigned_Awards_Scouts";
+
+QStringList calls; // what a dialog asked of the record form, in order
+
+// A twin above a person of the test's own; each question gives the next person.
+template <class F>
+struct Above : F {
+    std::int16_t person() const override
+    {
+        calls += "person";
+        return static_cast<std::int16_t>(100 + calls.size());
+    }
+    void reloadGrid() override { calls += "reload"; }
+};
+
+template <class F>
+struct Screen : test::RecordScreen<F> {
+    using test::RecordScreen<F>::get;
+    using test::RecordScreen<F>::click;
+
+    widgets::CheckListBox& catalogue = get<widgets::CheckListBox>("lbAwardList");
+    widgets::ListBox& selected = get<widgets::ListBox>("lbSelected");
+
+    void tick(int row) const
+    {
+        const QRect place = catalogue.visualItemRect(catalogue.item(row));
+        QTest::mouseClick(catalogue.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 8, place.center().y()));
+    }
+    void step(const QString& word, int row) const
+    {
+        if (word == "tick")
+            tick(row);
+        else if (word == "at")
+            test::clickRow(catalogue, row);
+        else if (word == "space")
+            QTest::keyClick(&catalogue, Qt::Key_Space);
+        else if (word == "mark")
+            test::clickRow(selected, row, Qt::ControlModifier);
+        else if (word == "drop")
+            QTest::mouseDClick(selected.viewport(), Qt::LeftButton, {},
+                               selected.visualItemRect(selected.item(row)).center());
+        else
+            for (const char* name : {"cmdSelectSelected", "cmdSelectAll", "cmdRemoveSelected", "cmdRemoveAll"})
+                if (get<QPushButton>(name).text() == word)
+                    click(name);
+    }
+    // The checked rows, the row that is the current one and the selected texts.
+    [[nodiscard]] QString lists() const
+    {
+        QString checked;
+        for (int row = 0; row < catalogue.listCount(); ++row)
+            if (catalogue.checked(row))
+                checked += QString::number(row);
+        return checked + '@' + QString::number(catalogue.listIndex()) + ' ' + test::textsOf(selected);
+    }
+};
+using Adult = Above<frmAddAdultAwards>;
+
+void addAll(const QString& day)
+{
+    const Screen<Adult> screen;
+    screen.click("cmdSelectAll");
+    screen.type("txtAssignedDate", day);
+    screen.click("cmdAddToAdult");
+}
+
+void pickDay(const QObject& form, const char* field)
+{
+    test::whenShown<dlgCalendar>([](dlgCalendar& calendar) { QTest::keyClick(&calendar, Qt::Key_Return); });
+    QTest::mouseDClick(&test::control<QLineEdit>(form, field), Qt::LeftButton);
+}
+
+} // namespace
+
+class tst_addawards : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<test::AppFolder>();
+        test::fill(Awards);
+        calls.clear();
+        platform::setToday(QDate(2026, 5, 9));
+    }
+    void cleanup() { m_folder.reset(); }
+
+    void listsStayInStep_data()
+    {
+        // Of two awards that read the same, the first one is unchecked for either, and both leave the selected ones.
+        test::table({"steps", "lists"}, R"(
+            tick 5, tick 1                      | 15@1 Bear Badge; Wolf Badge
+            tick 4, tick 3                      | 34@3 Bear Pin; Bear Pin
+            tick 3, tick 4, tick 3              | 4@3 Bear Pin
+            at 5, space, at 2, space            | 25@2 Bear Cub Badge; Wolf Badge
+            at 5, space, space                  | @5
+            <                                   | @-1
+            at 2, <, <                          | 2@2 Bear Cub Badge
+            tick 1, <<          | 012345@5 ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge
+            >, >>                               | @-1
+            tick 1, >                           | 1@1 Bear Badge
+            <<, at 0, mark 0, mark 2, mark 5, > | 134@0 Bear Badge; Bear Pin; Bear Pin
+            <<, mark 4, >                       | 01245@5 ant Pin; Bear Badge; Bear Cub Badge; Wolf Badge
+            <<, tick 4, >>                      | @4
+            tick 0, tick 1, tick 5, mark 0, drop 2 | 01@5 ant Pin; Bear Badge)");
+    }
+    void listsStayInStep()
+    {
+        QFETCH(QString, steps);
+        const Screen<Adult> screen;
+        QCOMPARE(test::textsOf(screen.catalogue),
+                 "ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge");
+        for (const QString& step : steps.split(", "))
+            screen.step(step.section(' ', 0, 0), step.section(' ', 1).toInt());
+        QTEST(screen.lists(), "lists");
+        QVERIFY(screen.catalogue.isVisible() && screen.selected.isVisible() && !QApplication::overrideCursor());
+    }
+
+    void adding()
+    {
+        const QString day = "|2026-02-05|2026|2";
+        test::fill("Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID) Values (101, 5)"); // held before
+        const auto add = [](const auto& screen, const char* button) {
+            for (const int row : {5, 0, 4})
+                screen.tick(row);
+            screen.type("txtAssignedDate", "2/5/26");
+            screen.click(button);
+        };
+        add(Screen<Adult>(), "cmdAddToAdult");
+        const QStringList once{"person", "person", "person", "reload"};
+        QCOMPARE(calls, once);
+        QVERIFY(!widgets::Instance<Adult>::loaded());
+        QCOMPARE(
+            test::rows("Select Adult_SID, Insignia_SID, Year, Month From Assigned_Awards_Adults Order By Adult_SID"),
+            "101|5|Null|Null, 101|5|2026|2, 102|2|2026|2, 103|1|2026|2");
+        calls.clear();
+        add(Screen<Above<frmAddAwardsToScout>>(), "cmdAddToScout");
+        QCOMPARE(calls, once);
+        const QString ofScout = "101|5|2/5/2026|2026|2|Null, 102|2|2/5/2026|2026|2|Null, 103|1|2/5/2026|2026|2|Null";
+        QCOMPARE(test::rows(Scouts), ofScout);
+    }
+
+    void scoutOnScreen()
+    {
+        test::fill("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (8, 'Ann', 'Young', 'Y')");
+        widgets::Instance<frmScouts>::show();
+        const Screen<frmAddAwardsToScout> screen;
+        screen.tick(1);
+        pickDay(screen.form, "txtAssignedDate");
+        QTest::keyClick(&screen.catalogue, Qt::Key_Return);
+        QVERIFY(!widgets::Instance<frmAddAwardsToScout>::loaded());
+        QCOMPARE(test::rows(Scouts), "8|3|5/9/2026|2026|5|Null");
+    }
+
+    void leaving_data()
+    {
+        test::table({"case", "date", "ticked", "key", "open"}, R"(
+            no date      |      | 1 | enter  | 1
+            nothing      |      | 0 | enter  | 0
+            date alone   | soon | 0 | enter  | 0
+            cancelled    | 2/5  | 1 | escape | 0)");
+    }
+    void leaving()
+    {
+        QFETCH(QString, date);
+        QFETCH(QString, key);
+        QFETCH(QString, open);
+        QFETCH(QString, ticked);
+        const Screen<Adult> screen;
+        if (ticked == "1")
+            screen.tick(1);
+        screen.type("txtAssignedDate", date);
+        screen.catalogue.setFocus();
+        const auto told = test::answerNext();
+        QTest::keyClick(&screen.catalogue, key == "enter" ? Qt::Key_Return : Qt::Key_Escape);
+        QCOMPARE(widgets::Instance<Adult>::loaded() ? "1" : "0", open);
+        QCOMPARE(told->text + told->title, open == "1" ? "Please select an Assigned Date.Missing Date" : "");
+        QVERIFY(calls.isEmpty() && test::count("Assigned_Awards_Adults") == 0);
+        if (open == "1")
+            QCOMPARE(screen.form.focusWidget()->objectName(), "txtAssignedDate");
+    }
+
+    void invalidDate()
+    {
+        QVERIFY(test::failureInChild("", [] { addAll("2/30/2026"); }).startsWith("Run-time error"));
+        QCOMPARE(test::count("Assigned_Awards_Adults"), 0);
+    }
+    void refusedAwardKeepsThoseBefore()
+    {
+        const QString refuse =
+            "Create Trigger Refuse Before Insert On Assigned_Awards_Adults When New.Insignia_SID = 6 "
+            "Begin Select Raise(Abort, 'no'); End";
+        QVERIFY(test::failureInChild(refuse, [] { addAll("2/5/26"); }).startsWith("Run-time error"));
+        QCOMPARE(test::count("Assigned_Awards_Adults"), 2);
+    }
+
+    void editing_data()
+    {
+        // What is handed back: quantity, award, date and whether it was saved.
+        test::table({"case", "award", "quantity", "leave", "back"}, R"(
+            nothing changed  |            | 3     | Return | 3/2/1/2/26/1
+            half to even     |            | 2.5   | Return | 2/2/1/2/26/1
+            half up to even  |            | 3.5   | Return | 4/2/1/2/26/1
+            no quantity      |            |       | Return | 0/2/1/2/26/1
+            no number        |            | x4    | Return | 0/2/1/2/26/1
+            number first     |            | 4x    | Return | 4/2/1/2/26/1
+            another award    | Bear Badge | 1     | Return | 1/0/1/2/26/1
+            equal but typed  | Bear Pin   | 1     | Return | 1/2/1/2/26/1
+            other case       | bear pin   | 1     | Return | 1/0/1/2/26/1
+            date picked      |            | day   | Return | 0/2/5/9/2026/1
+            cancelled        | Bear Badge | day   | Escape | 1/2/1/2/26/0)");
+    }
+    void editing()
+    {
+        QFETCH(QString, award);
+        QFETCH(QString, quantity);
+        QFETCH(QString, leave);
+        std::tie(gEditDate, gEditQuantity, gEditAwardText) = std::tuple("1/2/26", std::int16_t{1}, "Bear Pin");
+        std::tie(gEditInsigniaSID, gEditSaved) = std::tuple(std::int16_t{2}, false);
+        const test::RecordScreen<frmEditAssignedAward> screen;
+        const auto& box = screen.get<widgets::ComboBox>("cmbAward");
+        QCOMPARE(box.text() + screen.get<QLineEdit>("txtDateAssigned").text() +
+                     screen.get<QLineEdit>("txtQuantity").text() + QString::number(box.listCount()),
+                 "Bear Pin1/2/2616");
+        if (!award.isEmpty())
+            screen.type("cmbAward", award);
+        screen.type("txtQuantity", quantity);
+        if (quantity == "day")
+            pickDay(screen.form, "txtDateAssigned");
+        QTest::keyClick(&screen.get("txtQuantity"), leave == "Return" ? Qt::Key_Return : Qt::Key_Escape);
+        QVERIFY(!widgets::Instance<frmEditAssignedAward>::loaded());
+        const QString back =
+            QString("%1/%2/%3/%4").arg(gEditQuantity).arg(gEditInsigniaSID).arg(gEditDate).arg(gEditSaved);
+        QTEST(back, "back");
+    }
+
+private:
+    std::unique_ptr<test::AppFolder> m_folder;
+};
+
+ORLO_TEST_MAIN(tst_addawards)
+#include "tst_addawards.moc"
