@@ -13,6 +13,7 @@
 
 #include <QCloseEvent>
 #include <QMdiSubWindow>
+#include <QTimer>
 
 namespace orlo
 {
@@ -152,14 +153,14 @@ void mdiPendrake::showChild(widgets::Form& form)
         window->setAttribute(Qt::WA_DeleteOnClose);
         if (form.hasFixedBorder())
             window->layout()->setSizeConstraint(QLayout::SetFixedSize);
+        else // what the contents ask for is known once they have been shown
+            QTimer::singleShot(0, window,
+                               [window] { window->resize(window->size().expandedTo(window->minimumSizeHint())); });
     }
     if (window->isMinimized())
         window->showNormal();
-    const bool opening = !window->isVisible();
     form.show();
     window->show();
-    if (opening && !form.hasFixedBorder()) // what the contents ask for is known once they are shown
-        window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
     ui->mdiArea->setActiveSubWindow(window);
 }
 
