@@ -3,7 +3,6 @@
 #include "widgets/ListBox.h"
 
 #include <QLabel>
-#include <QMouseEvent>
 #include <QTabWidget>
 
 namespace orlo
@@ -13,19 +12,6 @@ void ListForm::bindList(const ListControls& controls)
 {
     m_list = controls;
     connect(m_list.list, &widgets::ListBox::clicked, this, &ListForm::list_Click);
-    m_list.list->viewport()->installEventFilter(this);
-}
-
-// The list tells of another row only; a press on the row that is current already brings its record back, too.
-bool ListForm::eventFilter(QObject* watched, QEvent* event)
-{
-    if (m_list.list && watched == m_list.list->viewport() && event->type() == QEvent::MouseButtonPress) {
-        const auto* press = static_cast<QMouseEvent*>(event);
-        const QModelIndex row = m_list.list->indexAt(press->position().toPoint());
-        if (press->button() == Qt::LeftButton && row.isValid() && row.row() == m_list.list->listIndex())
-            list_Click();
-    }
-    return RecordForm::eventFilter(watched, event);
 }
 
 // Repairs the position after a step off either end.

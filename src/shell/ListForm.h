@@ -32,7 +32,6 @@ protected:
     using RecordForm::RecordForm;
 
     void bindList(const ListControls& controls);
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
     void SetNavButtons() override;
     /// Makes a row the list's current one, 1-based. It counts as a click when the row changes.

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QMouseEvent>
 #include <QScopedValueRollback>
 
 #include <memory>
@@ -72,6 +73,15 @@ void ListBox::focusInEvent(QFocusEvent* event)
     QListWidget::focusInEvent(event);
     if (none)
         selectionModel()->clearCurrentIndex();
+}
+
+void ListBox::mousePressEvent(QMouseEvent* event)
+{
+    const int before = listIndex();
+    QListWidget::mousePressEvent(event);
+    const QModelIndex pressed = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && pressed.isValid() && pressed.row() == before)
+        Q_EMIT clicked();
 }
 
 } // namespace orlo::widgets

@@ -31,12 +31,13 @@ public:
     void setSelected(int index, bool on);
 
 Q_SIGNALS:
-    /// Another row became the current one, by the user or by the program.
+    /// Another row became the current one, by the user or by the program, or the user clicked the current one.
     void clicked();
     void doubleClicked();
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     [[nodiscard]] QListWidgetItem& row(int index) const;
