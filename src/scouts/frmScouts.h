@@ -4,8 +4,6 @@
 
 #include <memory>
 
-class QLineEdit;
-
 namespace Ui
 {
 class frmScouts;
@@ -25,17 +23,13 @@ public:
 
     /// The scout of the current record of the set.
     [[nodiscard]] std::int16_t GetScoutSID() const;
-    /// The key of the row of comDen that equals the text; -1 for none and for "".
-    [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const;
-    /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
-    [[nodiscard]] QString GetDenName(std::int16_t denSID) const;
+    [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
     /// The den of the record on screen.
     [[nodiscard]] std::int16_t GetDenSIDPub() const { return mDenSID; }
     void SetFindData(const QString& first, const QString& last, const QString& initial);
     /// The adult picked in dlgSelectAdultLink, 0 for none.
     void SetParentDenLeaderSID(std::int16_t sid) { mPickedAdultSID = sid; }
-    /// Shows the awards of the current record.
-    void ReloadAwardGrid();
+    void ReloadAwardGrid() override;
     void PopulateNavLB() override;
 
 protected:
@@ -50,19 +44,18 @@ protected:
 
     void cmdFirst_Click() override;
     void cmdPrevious_Click() override;
-    void cmdNext_Click() override;
-    void cmdLast_Click() override;
     void cmdNew_Click() override;
     void cmdDelete_Click() override;
 
     void openSet() override;
     void setDefaults() override;
     void finishNew() override;
-    [[nodiscard]] bool confirmDelete() override;
-    void deleteAwards() override;
 
-    [[nodiscard]] QString setStatement() const override;
     [[nodiscard]] QString findStatement() const override;
+    [[nodiscard]] QString denCriterion(std::int16_t den) const override;
+    [[nodiscard]] QString awardStatement(std::int16_t person) const override;
+    void fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award) override;
+    [[nodiscard]] QString personName() const override;
     void LoadDenLists() override;
     void showFindDialog() override;
     [[nodiscard]] QString nothingFoundText() const override;
@@ -70,27 +63,16 @@ protected:
     [[nodiscard]] QString middlePart(const QString& initial) const override;
 
 private:
-    struct TextField {
-        QLineEdit* box;
-        QStringView field;
-    };
-
     void bindFields();
     void bindParents();
     void setFieldsEnabled(bool enabled);
-    [[nodiscard]] QString BuildViewCriteria(const QString& start) const;
     [[nodiscard]] bool PickDenLeader();
     void fillLink(QStringView field, std::int16_t& sid, QAbstractButton* box);
-    void SetUpAwardGrid();
-    void LoadAwardRows();
-    void showScoutName();
     void comDen_Change();
     void cmdEditAward_Click();
     void cmdDeleteAward_Click();
 
     std::unique_ptr<Ui::frmScouts> ui;
-    std::vector<TextField> m_texts; ///< the boxes that take and give a text field as it stands
-    std::optional<store::Recordset> rsAwards;
     std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
     std::int16_t mPickedAdultSID = 0;
     std::int16_t mParent1LeaderSID = 0; ///< what a save writes for a parent while the parent's box is checked

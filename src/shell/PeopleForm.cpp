@@ -8,6 +8,7 @@
 #include "widgets/MessageBox.h"
 #include "widgets/OptionButton.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
 
@@ -19,6 +20,7 @@ namespace
 
 const QString AllDens = QStringLiteral("<All>");
 const QDate NoBirthDate(1001, 1, 1);
+constexpr int HeadingHeight = 250; // twips
 
 QString leftTrimmed(const QString& text)
 {
@@ -29,6 +31,11 @@ QString leftTrimmed(const QString& text)
 }
 
 } // namespace
+
+PeopleForm::PeopleForm(const QString& noun)
+    : ListForm({noun, noun + QStringLiteral("s"), noun + QStringLiteral("_SID")}), m_noun(noun)
+{
+}
 
 void PeopleForm::bindFilters(const FilterControls& controls)
 {
@@ -58,6 +65,41 @@ QString PeopleForm::rightTrimmed(QString text)
     return text;
 }
 
+std::int16_t PeopleForm::currentPerson() const
+{
+    return rsRecords->value(keyField()).toInt16();
+}
+
+// ---- Buttons
+
+void PeopleForm::cmdNext_Click()
+{
+    ListForm::cmdNext_Click();
+    ReloadAwardGrid();
+}
+
+void PeopleForm::cmdLast_Click()
+{
+    ListForm::cmdLast_Click();
+    ReloadAwardGrid();
+}
+
+bool PeopleForm::confirmDelete()
+{
+    return widgets::ask(
+        QStringLiteral("ARE YOU SURE YOU WANT TO DELETE THE CURRENT %1 RECORD and all of the %2's Award Records? The "
+                       "alternitive is to set the %3 to inactive. This will retain all the %2's data in the program, "
+                       "but disable the %2 from showing up on reports.")
+            .arg(m_noun.toUpper(), m_noun, m_noun.toLower()),
+        QStringLiteral("Delete ") + m_noun);
+}
+
+void PeopleForm::deleteAwards()
+{
+    database().execute(QStringLiteral("Delete From Assigned_Awards_%1s Where %2 = %3")
+                           .arg(m_noun, keyField(), QString::number(currentPerson())));
+}
+
 // ---- The set and its list
 
 void PeopleForm::openSet()
@@ -77,7 +119,7 @@ void PeopleForm::openSet()
         return;
     }
     rsRecords->moveFirst();
-    mCurrentSID = rsRecords->value(keyField()).toInt16();
+    mCurrentSID = currentPerson();
     PopulateNavLB();
     EnableFields();
     controls().cmdNew->setEnabled(true);
@@ -105,6 +147,28 @@ void PeopleForm::PopulateNavLB()
     list.setUpdatesEnabled(true);
     rsRecords->moveFirst();
     SelectListRow(1);
+}
+
+QString PeopleForm::setStatement() const
+{
+    return QStringLiteral("Select * From %1s ").arg(m_noun) + BuildViewCriteria(QString()) + BuildOrderClause();
+}
+
+QString PeopleForm::BuildViewCriteria(const QString& start) const
+{
+    const bool fresh = start.isEmpty();
+    QString criteria = fresh ? QStringLiteral("Where ") : start + QStringLiteral(" and ");
+    if (m_filters->optActive->isChecked())
+        criteria += QStringLiteral(" Active = 'Y' ");
+    else if (m_filters->optInactive->isChecked())
+        criteria += QStringLiteral(" Active = 'N' ");
+    else if (fresh)
+        criteria.clear();
+    if (filtersByDen()) {
+        criteria += criteria.isEmpty() ? QStringLiteral("Where ") : QStringLiteral(" And ");
+        criteria += denCriterion(GetDenSID(m_filters->cmbSelectedDens->text()));
+    }
+    return criteria;
 }
 
 QString PeopleForm::BuildOrderClause() const
@@ -158,7 +222,23 @@ void PeopleForm::rebuildDenFilter()
     filter.setText(kept.isEmpty() ? filter.list(0) : kept);
 }
 
-QString PeopleForm::denText(const store::Recordset& den)
+std::int16_t PeopleForm::denOfRow(const widgets::ComboBox& list, const QString& denName) const
+{
+    const int rows = std::min(list.listCount(), static_cast<int>(mDenSIDs.size()));
+    for (int row = 0; !denName.isEmpty() && row < rows; ++row)
+        if (list.list(row) == denName)
+            return mDenSIDs[static_cast<std::size_t>(row)];
+    return -1;
+}
+
+QString PeopleForm::GetDenName(std::int16_t denSID) const
+{
+    const auto den = database().openRecordset(
+        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Den_SID = %1").arg(denSID));
+    return den.recordCount() > 0 ? denText(den) : QString();
+}
+
+QString denText(const store::Recordset& den)
 {
     return den[u"Den_Type"].textOrEmpty() + QStringLiteral(" Den ") + den[u"Den_Number"].textOrEmpty();
 }
@@ -241,9 +321,58 @@ QString PeopleForm::birthDateText(QStringView field) const
     return date.isEmpty() || date == store::Value(NoBirthDate) ? QString() : date.toText();
 }
 
-void PeopleForm::cutGrid(widgets::FlexGrid& grid)
+// ---- Awards
+
+void PeopleForm::bindAwards(const AwardControls& controls)
 {
-    grid.setRows(1);
+    m_awards = controls;
+}
+
+void PeopleForm::SetUpAwardGrid(const std::vector<AwardColumn>& columns, int stretched)
+{
+    if (mRecordCount > 0)
+        m_awards.name->setText(personName());
+    auto& grid = *m_awards.grid;
+    grid.setCols(static_cast<int>(columns.size()));
+    cutAwardGrid();
+    grid.setRowHeight(0, HeadingHeight);
+    for (int col = 0; const AwardColumn& column : columns) {
+        grid.setColWidth(col, column.width);
+        grid.setColAlignment(col, column.alignment);
+        grid.setText(0, col++, column.heading);
+    }
+    grid.setStretchColumn(stretched);
+}
+
+void PeopleForm::cutAwardGrid()
+{
+    m_awards.grid->setRows(1);
+}
+
+void PeopleForm::ReloadAwardGrid()
+{
+    cutAwardGrid();
+    m_awards.name->setText(personName());
+    LoadAwardRows();
+}
+
+QString PeopleForm::personName() const
+{
+    const auto text = [this](QStringView field) { return rsRecords->value(field).textOrEmpty(); };
+    return rightTrimmed(text(u"First_Name") + u' ' + text(u"MI")) + u' ' + rightTrimmed(text(u"Last_Name"));
+}
+
+void PeopleForm::LoadAwardRows()
+{
+    auto& grid = *m_awards.grid;
+    const widgets::RedrawHold hold(grid);
+    for (auto awards = database().openRecordset(awardStatement(currentPerson())); !awards.eof(); awards.moveNext())
+        fillAwardRow(grid, grid.addRow(), awards);
+}
+
+QString PeopleForm::awardText(const store::Recordset& award)
+{
+    return rightTrimmed(award[u"Insignia_Name"].textOrEmpty()) + u' ' + award[u"Insignia_Type"].textOrEmpty();
 }
 
 // On the page of the note Enter makes a new line.

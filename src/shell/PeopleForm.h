@@ -4,6 +4,8 @@
 
 #include <vector>
 
+class QLineEdit;
+
 namespace orlo::widgets
 {
 class ComboBox;
@@ -13,6 +15,9 @@ class OptionButton;
 
 namespace orlo
 {
+
+/// "Wolf Den 3" of a record of Dens.
+[[nodiscard]] QString denText(const store::Recordset& den);
 
 /// A list form on people: what the scouts' and the adults' form have in common. Filters by view and den and an order
 /// choice decide which people are listed, a dialog finds people by name, and one page of the record shows the awards.
@@ -25,6 +30,13 @@ public:
     void SetFind(bool find);
     void SetSelectAll(bool selectAll);
     void SetFindNames(const QString& first, const QString& last, const QString& initial);
+
+    /// The key of the den that a den list shows under this text; -1 for none and for "".
+    [[nodiscard]] virtual std::int16_t GetDenSID(const QString& denName) const = 0;
+    /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
+    [[nodiscard]] QString GetDenName(std::int16_t denSID) const;
+    /// Shows the awards of the current record.
+    virtual void ReloadAwardGrid();
 
     /// Fills the list from the set and selects its first row.
     virtual void PopulateNavLB();
@@ -49,11 +61,39 @@ protected:
         }
     };
 
-    using ListForm::ListForm;
+    struct AwardControls {
+        widgets::FlexGrid* grid;
+        QLabel* name;
+    };
+    /// A column of an award grid, its width in twips; 0 hides it.
+    struct AwardColumn {
+        int width;
+        Qt::Alignment alignment;
+        QString heading;
+    };
+    /// A box that takes and gives a text field as it stands.
+    struct TextField {
+        QLineEdit* box;
+        QStringView field;
+    };
+
+    /// "Scout" for the form of the table Scouts with the key Scout_SID.
+    explicit PeopleForm(const QString& noun);
 
     void bindFilters(const FilterControls& controls);
+    void bindAwards(const AwardControls& controls);
 
+    void cmdNext_Click() override;
+    void cmdLast_Click() override;
+    [[nodiscard]] bool confirmDelete() override;
+    void deleteAwards() override;
     void openSet() override;
+    /// The person of the current record of the set.
+    [[nodiscard]] std::int16_t currentPerson() const;
+    /// The statement of the view and den filters and the order.
+    [[nodiscard]] QString setStatement() const;
+    /// The criteria of the view and den filters, behind those that `start` begins with.
+    [[nodiscard]] QString BuildViewCriteria(const QString& start) const;
     /// " Order by ... " of the order option.
     [[nodiscard]] QString BuildOrderClause() const;
     /// True if the den filter names a den.
@@ -67,22 +107,33 @@ protected:
     [[nodiscard]] bool readDens();
     /// Fills the den filter with the dens read last and "<All>", and gives it its text back.
     void rebuildDenFilter();
-    /// "Wolf Den 3" of a record of Dens.
-    [[nodiscard]] static QString denText(const store::Recordset& den);
+    /// The key of the row of a den list that equals the text; -1 for none and for "".
+    [[nodiscard]] std::int16_t denOfRow(const widgets::ComboBox& list, const QString& denName) const;
     /// A date for a date field as it is written: "mm/dd/yyyy", or the text itself where it is no date.
     [[nodiscard]] static QString dateText(const QString& typed);
     /// The text of a date field of the current record, "" for the date that marks a missing one.
     [[nodiscard]] QString birthDateText(QStringView field) const;
     /// Without the blanks behind it.
     [[nodiscard]] static QString rightTrimmed(QString text);
-    /// Cuts an award grid back to its heading row.
-    static void cutGrid(widgets::FlexGrid& grid);
+    /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave, and the page the name of the current record, if there is one.
+    void SetUpAwardGrid(const std::vector<AwardColumn>& columns, int stretched);
+    /// Cuts the award grid back to its heading row.
+    void cutAwardGrid();
+    /// Adds the awards of the current record to the grid.
+    void LoadAwardRows();
+    /// An award as the grid shows it: its name and type.
+    [[nodiscard]] static QString awardText(const store::Recordset& award);
 
     // What the two forms do in a way of their own.
 
-    /// The statement of the view and den filters and the order.
-    [[nodiscard]] virtual QString setStatement() const = 0;
     [[nodiscard]] virtual QString findStatement() const = 0;
+    /// The criterion that leaves a den's people.
+    [[nodiscard]] virtual QString denCriterion(std::int16_t den) const = 0;
+    /// The statement that gives a person's awards, the oldest first.
+    [[nodiscard]] virtual QString awardStatement(std::int16_t person) const = 0;
+    virtual void fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award) = 0;
+    /// The name on the page of the awards.
+    [[nodiscard]] virtual QString personName() const;
     /// Brings the den filter up to date.
     virtual void LoadDenLists() = 0;
     virtual void showFindDialog() = 0;
@@ -94,6 +145,7 @@ protected:
 
     [[nodiscard]] const FilterControls& filters() const { return *m_filters; }
 
+    std::vector<TextField> m_texts;
     std::vector<std::int16_t> mDenSIDs; ///< by row of the den lists
     QStringList m_denTexts;
     QString mFindFirst;
@@ -105,6 +157,8 @@ protected:
 private:
     void tabs_Click();
 
+    QString m_noun;
+    AwardControls m_awards{};
     std::optional<FilterControls> m_filters;
 };
 

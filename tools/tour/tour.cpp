@@ -336,7 +336,7 @@ void Tour::bulkAssignment()
     click(form, "cmdAssignAward");
     picture(form, QStringLiteral("assign-awards-done"));
     QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(0).center());
-    form.parentWidget()->resize(form.parentWidget()->size() + QSize(160, 120));
+    form.parentWidget()->resize(form.parentWidget()->size() + QSize(160, 30));
     picture(mdiPendrake::instance(), QStringLiteral("assign-awards-larger"));
     click(form, "cmdExit");
 }
