@@ -14,6 +14,7 @@ void createPurchaseList(Table& table);
 void printReport(Table& table);
 void fillPackGrid(Table& table);
 void walkRecordForm(Table& table);
+void openScouts(Table& table);
 void startProgram(Table& table);
 
 } // namespace orlo::bench

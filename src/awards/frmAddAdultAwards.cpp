@@ -1,10 +1,6 @@
 #include "awards/frmAddAdultAwards.h"
 
-#if __has_include("adults/frmAdults.h")
 #include "adults/frmAdults.h"
-#else
-#include "platform/RuntimeError.h"
-#endif
 #include "ui_frmAddAdultAwards.h"
 
 namespace orlo
@@ -20,7 +16,6 @@ frmAddAdultAwards::frmAddAdultAwards()
 
 frmAddAdultAwards::~frmAddAdultAwards() = default;
 
-#if __has_include("adults/frmAdults.h")
 std::int16_t frmAddAdultAwards::person() const
 {
     return widgets::Instance<frmAdults>::get().GetAdultSID();
@@ -30,16 +25,5 @@ void frmAddAdultAwards::reloadGrid()
 {
     widgets::Instance<frmAdults>::get().ReloadAwardGrid();
 }
-#else
-std::int16_t frmAddAdultAwards::person() const
-{
-    throw platform::RuntimeError(platform::ObjectNotSet);
-}
-
-void frmAddAdultAwards::reloadGrid()
-{
-    throw platform::RuntimeError(platform::ObjectNotSet);
-}
-#endif
 
 } // namespace orlo

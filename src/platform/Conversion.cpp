@@ -136,7 +136,8 @@ DateTime toDate(QStringView text)
 
 QString shortDate(QDate date)
 {
-    return QStringLiteral("%1/%2/%3").arg(date.month()).arg(date.day()).arg(date.year(), 4, 10, QLatin1Char('0'));
+    return QString::number(date.month()) + u'/' + QString::number(date.day()) + u'/' +
+           QString::number(date.year()).rightJustified(4, u'0');
 }
 
 QString shortDate(const DateTime& date)
@@ -169,9 +170,8 @@ double val(QStringView text)
         if (c == u' ' || c == u'\t' || c == u'\n' || c == u'\r')
             continue;
         const bool afterExponent = exponent && (digits.endsWith(u'e'));
-        if (c >= u'0' && c <= u'9')
-            digits += c;
-        else if ((c == u'+' || c == u'-') && (digits.isEmpty() || afterExponent))
+        const bool sign = (c == u'+' || c == u'-') && (digits.isEmpty() || afterExponent);
+        if (sign || (c >= u'0' && c <= u'9'))
             digits += c;
         else if (c == u'.' && !point && !exponent) {
             point = true;

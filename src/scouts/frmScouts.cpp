@@ -35,14 +35,13 @@ QString letter(const widgets::ComboBox* box)
 
 } // namespace
 
-frmScouts::frmScouts()
-    : PeopleForm({QStringLiteral("Scout"), QStringLiteral("Scouts"), QStringLiteral("Scout_SID")}),
-      ui(std::make_unique<Ui::frmScouts>())
+frmScouts::frmScouts() : PeopleForm(QStringLiteral("Scout")), ui(std::make_unique<Ui::frmScouts>())
 {
     ui->setupUi(this);
     bindControls({*ui, ui->txtFirst});
     bindList({ui->lbScouts, ui->tabScout, ui->cmdFind, ui->cmdAddAward, ui->cmdDeleteAward});
     bindFilters(FilterControls(*ui));
+    bindAwards({ui->fgScoutsAwards, ui->lblScoutName});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
     bindFields();
@@ -101,7 +100,13 @@ void frmScouts::bindFields()
 void frmScouts::load()
 {
     openSet();
-    SetUpAwardGrid();
+    SetUpAwardGrid({{200, Qt::AlignLeft, QString()},
+                    {1000, Qt::AlignCenter, QStringLiteral("Assigned")},
+                    {500, Qt::AlignCenter, QStringLiteral("Qty")},
+                    {4000, Qt::AlignLeft, QStringLiteral("Award")},
+                    {0, Qt::AlignLeft, QString()}, // the keys are the program's business
+                    {0, Qt::AlignLeft, QString()}},
+                   Award);
     if (mRecordCount > 0)
         LoadAwardRows();
     TestPendingError();
@@ -109,7 +114,7 @@ void frmScouts::load()
 
 std::int16_t frmScouts::GetScoutSID() const
 {
-    return rsRecords->value(u"Scout_SID").toInt16();
+    return currentPerson();
 }
 
 // ---- The record
@@ -118,19 +123,19 @@ void frmScouts::FillRecord()
 {
     const auto& record = *rsRecords;
     for (const TextField& text : m_texts)
-        text.box->setText(record[text.field].textOrEmpty());
-    ui->txtDOB->setText(birthDateText(u"Birth_Date"));
+        showText(*text.box, record[text.field].textOrEmpty());
+    showText(*ui->txtDOB, birthDateText(u"Birth_Date"));
     ui->comActive->setText(yesNo(record[u"Active"]));
-    ui->txtPackStartDate->setText(record[u"Pack_Start_Date"].textOrEmpty());
+    showText(*ui->txtPackStartDate, record[u"Pack_Start_Date"].textOrEmpty());
     ui->comWasTiger->setText(yesNo(record[u"Tigar"]));
-    ui->txtYearsInOtherPack->setText(record[u"Years_In_Other_Pack"].textOrEmpty());
-    ui->txtYearsInScouts->setText(record[u"Years_In_Scouts"].textOrEmpty());
+    showText(*ui->txtYearsInOtherPack, record[u"Years_In_Other_Pack"].textOrEmpty());
+    showText(*ui->txtYearsInScouts, record[u"Years_In_Scouts"].textOrEmpty());
     const auto truth = [&record](QStringView field) { return record[field] == store::Value(true); };
     (truth(u"Parent1_Use_Scout_Add") ? ui->optP1UseScoutAdd : ui->optParent1UseAltAdd)->setChecked(true);
     ui->chkP1IncludeCorr->setChecked(truth(u"Parent1_Correspondance"));
     (truth(u"Parent2_Use_Scout_Add") ? ui->optP2UseScoutAdd : ui->optParent2UseAltAdd)->setChecked(true);
     ui->chkP2IncludeCorr->setChecked(truth(u"Parent2_Correspondance"));
-    ui->txtGrade->setText(record[u"Grade_In_School"].textOrEmpty());
+    showText(*ui->txtGrade, record[u"Grade_In_School"].textOrEmpty());
     ui->cmbBoysLife->setText(yesNo(record[u"Boys_Life"]));
     fillLink(u"Parent1_Den_Leader_SID", mParent1LeaderSID, ui->chkP1DenLeader);
     fillLink(u"Parent2_Den_Leader_SID", mParent2LeaderSID, ui->chkP2DenLeader);
@@ -243,20 +248,6 @@ void frmScouts::cmdPrevious_Click()
     TestPendingError();
 }
 
-void frmScouts::cmdNext_Click()
-{
-    PeopleForm::cmdNext_Click();
-    ReloadAwardGrid();
-    TestPendingError();
-}
-
-void frmScouts::cmdLast_Click()
-{
-    PeopleForm::cmdLast_Click();
-    ReloadAwardGrid();
-    TestPendingError();
-}
-
 void frmScouts::cmdNew_Click()
 {
     PeopleForm::cmdNew_Click();
@@ -265,7 +256,7 @@ void frmScouts::cmdNew_Click()
 
 void frmScouts::setDefaults()
 {
-    cutGrid(*ui->fgScoutsAwards);
+    cutAwardGrid();
     ui->txtPackStartDate->setText(platform::shortDate(platform::today()));
     ui->comActive->setText(Yes);
     ui->comWasTiger->setText(No);
@@ -289,21 +280,6 @@ void frmScouts::cmdDelete_Click()
     TestPendingError();
 }
 
-bool frmScouts::confirmDelete()
-{
-    return widgets::ask(
-        QStringLiteral("ARE YOU SURE YOU WANT TO DELETE THE CURRENT SCOUT RECORD and all of the Scout's Award Records? "
-                       "The alternitive is to set the scout to inactive. This will retain all the Scout's data in the "
-                       "program, but disable the Scout from showing up on reports."),
-        QStringLiteral("Delete Scout"));
-}
-
-void frmScouts::deleteAwards()
-{
-    database().execute(QStringLiteral("Delete From Assigned_Awards_Scouts Where Scout_SID = %1").arg(GetScoutSID()));
-    TestPendingError();
-}
-
 void frmScouts::comDen_Change()
 {
     mDenSID = GetDenSID(ui->comDen->text());
@@ -324,11 +300,6 @@ void frmScouts::PopulateNavLB()
     TestPendingError();
 }
 
-QString frmScouts::setStatement() const
-{
-    return QStringLiteral("Select * From Scouts ") + BuildViewCriteria(QString()) + BuildOrderClause();
-}
-
 // A find acts inside the view and den in force. Under "All" its text ends in an " and " too many.
 QString frmScouts::findStatement() const
 {
@@ -338,42 +309,14 @@ QString frmScouts::findStatement() const
     return QStringLiteral("Select * From Scouts") + BuildViewCriteria(criteria) + BuildOrderClause();
 }
 
-QString frmScouts::BuildViewCriteria(const QString& start) const
+QString frmScouts::denCriterion(std::int16_t den) const
 {
-    const bool fresh = start.isEmpty();
-    QString criteria = fresh ? QStringLiteral("Where ") : start + QStringLiteral(" and ");
-    if (ui->optActive->isChecked())
-        criteria += QStringLiteral(" Active = 'Y' ");
-    else if (ui->optInactive->isChecked())
-        criteria += QStringLiteral(" Active = 'N' ");
-    else if (fresh)
-        criteria.clear();
-    if (filtersByDen()) {
-        criteria += criteria.isEmpty() ? QStringLiteral("Where ") : QStringLiteral(" And ");
-        criteria += QStringLiteral(" Assigned_Den_SID = ") + QString::number(GetDenSID(ui->cmbSelectedDens->text()));
-    }
-    return criteria;
+    return QStringLiteral(" Assigned_Den_SID = ") + QString::number(den);
 }
 
 std::int16_t frmScouts::GetDenSID(const QString& denName) const
 {
-    std::int16_t sid = -1;
-    for (int row = 0; !denName.isEmpty() && row < ui->comDen->listCount(); ++row)
-        if (ui->comDen->list(row) == denName) {
-            sid = mDenSIDs[static_cast<std::size_t>(row)];
-            break;
-        }
-    TestPendingError();
-    return sid;
-}
-
-QString frmScouts::GetDenName(std::int16_t denSID) const
-{
-    const auto den = database().openRecordset(
-        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Den_SID = %1").arg(denSID));
-    const QString name = den.recordCount() > 0 ? denText(den) : QString();
-    TestPendingError();
-    return name;
+    return denOfRow(*ui->comDen, denName);
 }
 
 // The filter is rebuilt only where both lists are short. comDen gets no text back: mDenSID keeps its value.
@@ -447,69 +390,35 @@ void frmScouts::fillLink(QStringView field, std::int16_t& sid, QAbstractButton* 
 
 // ---- Awards
 
-void frmScouts::SetUpAwardGrid()
-{
-    if (mRecordCount > 0)
-        showScoutName();
-    auto& grid = *ui->fgScoutsAwards;
-    grid.setRowHeight(0, 250);
-    grid.setColWidth(Fixed, 200);
-    grid.setColWidth(Assigned, 1000);
-    grid.setColWidth(Quantity, 500);
-    grid.setColWidth(Award, 4000);
-    grid.setColWidth(AssignedSID, 0); // the keys are the program's business
-    grid.setColWidth(InsigniaSID, 0);
-    grid.setStretchColumn(Award);
-    grid.setColAlignment(Assigned, Qt::AlignCenter);
-    grid.setColAlignment(Quantity, Qt::AlignCenter);
-    cutGrid(grid);
-    grid.setText(0, Assigned, QStringLiteral("Assigned"));
-    grid.setText(0, Quantity, QStringLiteral("Qty"));
-    grid.setText(0, Award, QStringLiteral("Award"));
-    TestPendingError();
-}
-
 void frmScouts::ReloadAwardGrid()
 {
-    cutGrid(*ui->fgScoutsAwards);
-    showScoutName();
-    LoadAwardRows();
+    PeopleForm::ReloadAwardGrid();
     TestPendingError();
 }
 
-void frmScouts::showScoutName()
+QString frmScouts::personName() const
 {
-    const auto text = [this](QStringView field) { return rsRecords->value(field).textOrEmpty(); };
-    ui->lblScoutName->setText(u' ' + rightTrimmed(text(u"First_Name") + u' ' + text(u"MI")) + u' ' +
-                              rightTrimmed(text(u"Last_Name")));
+    return u' ' + PeopleForm::personName();
+}
+
+QString frmScouts::awardStatement(std::int16_t person) const
+{
+    return QStringLiteral("Select a.Scout_SID, a.Assigned_SID, b.Insignia_Name, b.Insignia_Type, a.Date_Assigned, "
+                          "a.Quantity, a.Insignia_SID  From Assigned_Awards_Scouts a, Insignias b Where b.Insignia_SID "
+                          "= a.Insignia_Sid and a.Scout_SID = %1 Order by Date_Assigned ")
+        .arg(person);
 }
 
 // The newest award ends as the current row, for cmdEditAward and cmdDeleteAward.
-void frmScouts::LoadAwardRows()
+void frmScouts::fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award)
 {
-    rsAwards = database().openRecordset(
-        QStringLiteral("Select a.Scout_SID, a.Assigned_SID, b.Insignia_Name, b.Insignia_Type, a.Date_Assigned, "
-                       "a.Quantity, a.Insignia_SID  From Assigned_Awards_Scouts a, Insignias b Where b.Insignia_SID = "
-                       "a.Insignia_Sid and a.Scout_SID = %1 Order by Date_Assigned ")
-            .arg(GetScoutSID()));
-    auto& awards = *rsAwards;
-    auto& grid = *ui->fgScoutsAwards;
-    grid.setRedraw(false);
-    for (; !awards.eof(); awards.moveNext()) {
-        const int row = grid.addRow();
-        grid.setRow(row);
-        grid.setText(row, Assigned, awards[u"Date_Assigned"].textOrEmpty());
-        const store::Value quantity = awards[u"Quantity"];
-        grid.setText(row, Quantity, quantity.isNull() ? QStringLiteral("1") : quantity.toText().trimmed());
-        grid.setText(row, Award,
-                     rightTrimmed(awards[u"Insignia_Name"].textOrEmpty()) + u' ' +
-                         awards[u"Insignia_Type"].textOrEmpty());
-        grid.setText(row, AssignedSID, awards[u"Assigned_SID"].toText());
-        grid.setText(row, InsigniaSID, awards[u"Insignia_SID"].toText());
-    }
-    grid.setRedraw(true);
-    grid.fitCol(Assigned);
-    TestPendingError();
+    grid.setRow(row);
+    grid.setText(row, Assigned, award[u"Date_Assigned"].textOrEmpty());
+    const store::Value quantity = award[u"Quantity"];
+    grid.setText(row, Quantity, quantity.isNull() ? QStringLiteral("1") : quantity.toText().trimmed());
+    grid.setText(row, Award, awardText(award));
+    grid.setText(row, AssignedSID, award[u"Assigned_SID"].toText());
+    grid.setText(row, InsigniaSID, award[u"Insignia_SID"].toText());
 }
 
 // Year and Month of the row keep the former date's values.

@@ -20,6 +20,7 @@ namespace
 
 const QString AllDens = QStringLiteral("<All>");
 const QDate NoBirthDate(1001, 1, 1);
+constexpr int AwardDate = 1;       // the column, in both forms
 constexpr int HeadingHeight = 250; // twips
 
 QString leftTrimmed(const QString& text)
@@ -104,6 +105,7 @@ void PeopleForm::deleteAwards()
 
 void PeopleForm::openSet()
 {
+    const int opening = ++m_openings;
     openRecords(setStatement());
     if (mRecordCount < 1) {
         listControls().list->clear();
@@ -111,6 +113,8 @@ void PeopleForm::openSet()
     } else {
         setRecordIndex(1);
         LoadDenLists();
+        if (opening != m_openings)
+            return; // the den filter got its text back, which opened the set once more and left nothing to do
     }
     mFindRequested = false;
     mNewRecord = false;
@@ -328,20 +332,20 @@ void PeopleForm::bindAwards(const AwardControls& controls)
     m_awards = controls;
 }
 
-void PeopleForm::SetUpAwardGrid(const std::vector<AwardColumn>& columns, int stretched)
+void PeopleForm::SetUpAwardGrid(const std::vector<AwardHeading>& columns, int stretched)
 {
     if (mRecordCount > 0)
         m_awards.name->setText(personName());
     auto& grid = *m_awards.grid;
-    grid.setCols(static_cast<int>(columns.size()));
     cutAwardGrid();
     grid.setRowHeight(0, HeadingHeight);
-    for (int col = 0; const AwardColumn& column : columns) {
+    for (int col = 0; const AwardHeading& column : columns) {
         grid.setColWidth(col, column.width);
         grid.setColAlignment(col, column.alignment);
         grid.setText(0, col++, column.heading);
     }
     grid.setStretchColumn(stretched);
+    grid.fitCol(AwardDate, QStringLiteral("12/30/2000"));
 }
 
 void PeopleForm::cutAwardGrid()
@@ -365,9 +369,10 @@ QString PeopleForm::personName() const
 void PeopleForm::LoadAwardRows()
 {
     auto& grid = *m_awards.grid;
-    const widgets::RedrawHold hold(grid);
+    grid.setRedraw(false);
     for (auto awards = database().openRecordset(awardStatement(currentPerson())); !awards.eof(); awards.moveNext())
         fillAwardRow(grid, grid.addRow(), awards);
+    grid.setRedraw(true);
 }
 
 QString PeopleForm::awardText(const store::Recordset& award)

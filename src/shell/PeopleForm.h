@@ -66,7 +66,7 @@ protected:
         QLabel* name;
     };
     /// A column of an award grid, its width in twips; 0 hides it.
-    struct AwardColumn {
+    struct AwardHeading {
         int width;
         Qt::Alignment alignment;
         QString heading;
@@ -115,8 +115,9 @@ protected:
     [[nodiscard]] QString birthDateText(QStringView field) const;
     /// Without the blanks behind it.
     [[nodiscard]] static QString rightTrimmed(QString text);
-    /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave, and the page the name of the current record, if there is one.
-    void SetUpAwardGrid(const std::vector<AwardColumn>& columns, int stretched);
+    /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave,
+    /// and the page the name of the current record, if there is one.
+    void SetUpAwardGrid(const std::vector<AwardHeading>& columns, int stretched);
     /// Cuts the award grid back to its heading row.
     void cutAwardGrid();
     /// Adds the awards of the current record to the grid.
@@ -160,6 +161,7 @@ private:
     QString m_noun;
     AwardControls m_awards{};
     std::optional<FilterControls> m_filters;
+    int m_openings = 0;
 };
 
 } // namespace orlo

@@ -70,6 +70,12 @@ void RecordForm::cmdExit_Click()
     unload();
 }
 
+void RecordForm::showText(QLineEdit& box, const QString& text)
+{
+    if (box.text() != text)
+        box.setText(text);
+}
+
 void RecordForm::ShowRecordInfo()
 {
     QString info = QStringLiteral("None");

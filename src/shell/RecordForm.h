@@ -8,6 +8,7 @@
 #include <optional>
 
 class QLabel;
+class QLineEdit;
 
 namespace orlo
 {
@@ -79,6 +80,8 @@ protected:
     virtual void cmdCancel_Click() = 0;
     void cmdExit_Click();
 
+    /// Sets a box's text; one that holds it already isn't laid out again.
+    static void showText(QLineEdit& box, const QString& text);
     void ShowRecordInfo();
     void PromptSaveChanges();
     void DisableRecordButtons();

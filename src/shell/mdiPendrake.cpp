@@ -1,9 +1,15 @@
 #include "shell/mdiPendrake.h"
 
+#include "adults/frmAdults.h"
 #include "awards/frmAssignInsignias.h"
 #include "awards/frmInsigniaInfo.h"
 #include "pack/frmDenInfo.h"
 #include "pack/frmPackInformation.h"
+#include "reports/dlgAdultList.h"
+#include "reports/dlgAwardsList.h"
+#include "reports/dlgCombinedRoster.h"
+#include "reports/dlgReportSelect1.h"
+#include "reports/dlgScoutList.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
 #include "shell/Module1.h"
@@ -83,14 +89,18 @@ void mdiPendrake::connectMenus()
     connect(ui->mnuExit, &QAction::triggered, this, &mdiPendrake::mnuExit_Click);
     connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
     connect(ui->mnuScouts, &QAction::triggered, this, [] { Instance<frmScouts>::show(); });
+    connect(ui->mnuAdults, &QAction::triggered, this, [] { Instance<frmAdults>::show(); });
     connect(ui->mnuDenInfo, &QAction::triggered, this, [] { Instance<frmDenInfo>::show(); });
     connect(ui->mnuInsigniaInfo, &QAction::triggered, this, [] { Instance<frmInsigniaInfo>::show(); });
     connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
+    connect(ui->mnuRepAssignedAwards, &QAction::triggered, this, [] { Instance<dlgReportSelect1>::showWaiting(); });
+    connect(ui->mnuRepAwardList, &QAction::triggered, this, [] { Instance<dlgAwardsList>::showWaiting(); });
     connect(ui->mnuPurchaseList, &QAction::triggered, this, [] { Instance<frmCreatePurchaseList>::showWaiting(); });
-    for (QAction* command :
-         {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP, ui->mnuAdults, ui->ID_Pack_Den_Positions,
-          ui->mnuRepAssignedAwards, ui->mnuRepAwardList, ui->mnuRptScoutList, ui->mnuRptAdultList,
-          ui->ID_COMBINED_ROSTER, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
+    connect(ui->mnuRptScoutList, &QAction::triggered, this, [] { Instance<dlgScoutList>::showWaiting(); });
+    connect(ui->mnuRptAdultList, &QAction::triggered, this, [] { Instance<dlgAdultList>::showWaiting(); });
+    connect(ui->ID_COMBINED_ROSTER, &QAction::triggered, this, [] { Instance<dlgCombinedRoster>::showWaiting(); });
+    for (QAction* command : {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP,
+                             ui->ID_Pack_Den_Positions, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
         connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
     connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::fillWindowMenu);

@@ -149,10 +149,11 @@ void FlexGrid::setColWidth(int col, int twips)
     stretch();
 }
 
-void FlexGrid::fitCol(int col)
+void FlexGrid::fitCol(int col, const QString& text)
 {
     requireCol(col);
-    setColumnWidth(col, std::max(columnWidth(col), sizeHintForColumn(col)));
+    const int margins = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 2);
+    setColumnWidth(col, std::max(columnWidth(col), fontMetrics().horizontalAdvance(text) + margins));
     stretch();
 }
 

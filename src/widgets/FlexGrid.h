@@ -41,8 +41,8 @@ public:
 
     /// A column's width in twips; 0 hides it.
     void setColWidth(int col, int twips);
-    /// Widens a column where a text that it holds is cut off.
-    void fitCol(int col);
+    /// Widens a column where the text would be cut off in it.
+    void fitCol(int col, const QString& text);
     /// A row's least height in twips; its text always fits.
     void setRowHeight(int row, int twips);
     void setColAlignment(int col, Qt::Alignment alignment);

@@ -12,6 +12,7 @@ namespace orlo::widgets
 
 ListBox::ListBox(QWidget* parent) : QListWidget(parent)
 {
+    setUniformItemSizes(true); // one line a row, so that a long list needn't measure each
     connect(this, &QListWidget::currentRowChanged, this, [this](int index) {
         if (index >= 0 && !m_silent)
             Q_EMIT clicked();

@@ -50,11 +50,15 @@ private:
     void menus();
     void packInformation();
     void scouts();
+    void adults();
     void dens();
     void awardCatalogue();
     void bulkAssignment();
     void purchaseList();
     void preview();
+    void reportScreens();
+    void reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work);
+    void firstPage(QWidget& form, const QString& name);
     void printedPages(const reports::Document& document, const QString& name);
     void errorDialog();
 
@@ -71,6 +75,7 @@ private:
     static void typeCell(QTableView& grid, int row, int column, const QString& text);
     static void doubleClickRow(QTableView& grid, int row);
     static void pick(widgets::ComboBox& box, const QString& entry);
+    static void pick(widgets::ComboBox& box, int row);
     static void settle() { QTest::qWait(80); }
 
     QString m_folder;
@@ -135,6 +140,14 @@ void Tour::pick(widgets::ComboBox& box, const QString& entry)
     const int row = box.findText(entry);
     if (row < 0)
         qFatal("no entry %s", qPrintable(entry));
+    pick(box, row);
+}
+
+void Tour::pick(widgets::ComboBox& box, int row)
+{
+    if (!box.view()->isVisible())
+        box.showPopup();
+    settle();
     box.view()->setCurrentIndex(box.model()->index(row, 0));
     QTest::keyClick(box.view(), Qt::Key_Return);
     settle();
@@ -233,6 +246,61 @@ void Tour::scouts()
     picture(form, QStringLiteral("scouts-found"));
     click(form, "cmdNew");
     picture(form, QStringLiteral("scouts-new"));
+    click(form, "cmdCancel");
+    click(form, "cmdExit");
+}
+
+void Tour::adults()
+{
+    choose("mnuAdults");
+    auto& form = window("frmAdults");
+    picture(mdiPendrake::instance(), QStringLiteral("adults"));
+    auto& list = control<QListWidget>(form, "lbAdults");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(3)).center());
+    during([&] { click(form, "cmdAddDenAssn"); },
+           [this] {
+               auto& dialog = window("dlgAddDenLeaderAsign");
+               pick(control<widgets::ComboBox>(dialog, "cmbDen"), 1);
+               pick(control<widgets::ComboBox>(dialog, "cmbDenTitles"), 1);
+               picture(dialog, QStringLiteral("adults-add-den-position"));
+               click(dialog, "cmdSave");
+           });
+    during([&] { click(form, "cmdAddDenAssn"); },
+           [this] {
+               auto& dialog = window("dlgAddDenLeaderAsign");
+               QTest::mouseClick(&control<QRadioButton>(dialog, "optPackPosition"), Qt::LeftButton, {}, QPoint(8, 8));
+               pick(control<widgets::ComboBox>(dialog, "cmbPackTitles"), 2);
+               picture(dialog, QStringLiteral("adults-add-pack-position"));
+               click(dialog, "cmdSave");
+           });
+    picture(form, QStringLiteral("adults-positions"));
+    during([&] { click(form, "cmdEditDenAssn"); },
+           [this] {
+               auto& dialog = window("dlgAddDenLeaderAsignEdit");
+               picture(dialog, QStringLiteral("adults-edit-position"));
+               click(dialog, "cmdCancel");
+           });
+    during([&] { click(form, "cmdDelDenAssn"); },
+           [this] {
+               QWidget* box = QApplication::activeModalWidget();
+               picture(*box, QStringLiteral("adults-delete-position"));
+               QTest::keyClick(box, Qt::Key_Escape);
+           });
+    auto& pages = control<QTabWidget>(form, "tabAdult");
+    for (int page : {1, 2}) {
+        QTest::mouseClick(pages.tabBar(), Qt::LeftButton, {}, pages.tabBar()->tabRect(page).center());
+        picture(form, QStringLiteral("adults-page-%1").arg(page + 1));
+    }
+    during([&] { click(form, "cmdFind"); },
+           [this] {
+               auto& dialog = window("dlgFindAdult");
+               type(dialog, "txtLast", QStringLiteral("B"));
+               picture(dialog, QStringLiteral("adults-find"));
+               click(dialog, "cmdFind");
+           });
+    picture(form, QStringLiteral("adults-found"));
+    click(form, "cmdNew");
+    picture(form, QStringLiteral("adults-new"));
     click(form, "cmdCancel");
     click(form, "cmdExit");
 }
@@ -375,6 +443,59 @@ void Tour::preview()
     report.close();
 }
 
+void Tour::reportScreens()
+{
+    const auto option = [](QWidget& form, const char* name) {
+        QTest::mouseClick(&control<QAbstractButton>(form, name), Qt::LeftButton, {}, QPoint(8, 8));
+    };
+    reportScreen("mnuRepAssignedAwards", "dlgReportSelect1", [&](QWidget& form) {
+        picture(form, QStringLiteral("assigned-awards"));
+        pick(control<widgets::ComboBox>(form, "cmbDen"), control<widgets::ComboBox>(form, "cmbDen").list(1));
+        pick(control<widgets::ComboBox>(form, "cmdDateRangeOperator"), QStringLiteral("Between"));
+        type(form, "txtDateFrom", QStringLiteral("9/1/2026"));
+        type(form, "txtDateTo", QStringLiteral("11/30/2026"));
+        firstPage(form, QStringLiteral("assigned-awards-scouts"));
+        option(form, "optAdults");
+        pick(control<widgets::ComboBox>(form, "cmbDen"), QStringLiteral("<All>"));
+        firstPage(form, QStringLiteral("assigned-awards-adults"));
+    });
+    reportScreen("mnuRepAwardList", "dlgAwardsList", [&](QWidget& form) {
+        firstPage(form, QStringLiteral("award-list"));
+        option(form, "chkDetailed");
+        firstPage(form, QStringLiteral("award-list-detail"));
+    });
+    for (const auto& [command, dialog, name] : {std::tuple("mnuRptScoutList", "dlgScoutList", "scout-list"),
+                                                {"mnuRptAdultList", "dlgAdultList", "adult-list"}})
+        reportScreen(command, dialog, [&, name = QString::fromLatin1(name)](QWidget& form) {
+            firstPage(form, name + QStringLiteral("-dens"));
+            option(form, "optAlpha");
+            firstPage(form, name + QStringLiteral("-alphabetical"));
+        });
+    reportScreen("ID_COMBINED_ROSTER", "dlgCombinedRoster",
+                 [&](QWidget& form) { firstPage(form, QStringLiteral("combined-roster")); });
+}
+
+void Tour::reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work)
+{
+    during([&] { choose(command); },
+           [&] {
+               auto& form = window(dialog);
+               work(form);
+               click(form, "cmdCancel");
+           });
+}
+
+void Tour::firstPage(QWidget& form, const QString& name)
+{
+    picture(form, name);
+    click(form, "cmdView");
+    auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
+    report.resize(1000, 1100);
+    picture(report, name + QStringLiteral("-preview"));
+    report.close();
+    settle(); // a closed preview is gone before the next one is looked for
+}
+
 void Tour::printedPages(const reports::Document& document, const QString& name)
 {
     reports::writePdf(document, m_folder + u'/' + name + QStringLiteral(".pdf"));
@@ -410,10 +531,12 @@ void Tour::run()
     menus();
     packInformation();
     scouts();
+    adults();
     dens();
     awardCatalogue();
     bulkAssignment();
     purchaseList();
+    reportScreens();
     errorDialog();
 }
 

@@ -221,12 +221,14 @@ QueryDef readQuery(Connection& connection, QStringView name)
     const TableInfo* found = connection.table(name);
     if (!found || !found->isQuery)
         throw RuntimeError(platform::FieldNotFound, raiser());
-    const QueryDef query{found->name, {}};
+    QueryDef query{found->name, {}};
     if (sqlOf(connection, QString::fromLatin1(StoredQueries)).isEmpty())
         return query; // another tool's file
     auto text = connection.statement(QByteArray("SELECT \"Sql\" FROM ") + StoredQueries + " WHERE \"Name\" = ?1");
     text.bind(1, Value(query.name));
-    return {query.name, text.step() ? text.text(0) : QString()};
+    if (text.step())
+        query.sql = text.text(0);
+    return query;
 }
 
 QStringList tableNames(Connection& connection)

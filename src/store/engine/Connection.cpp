@@ -167,27 +167,18 @@ void Connection::run(const QByteArray& sql)
 
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
-    auto& known = m_translations[statement];
-    if (!known) {
-        try {
-            known = std::make_shared<const Translated>(translate(statement));
-        } catch (...) {
-            m_translations.remove(statement);
-            throw;
-        }
-        if (m_translations.size() > MostTexts) {
-            const auto kept = known;
-            m_translations.clear();
-            m_translations.insert(statement, kept);
-            return kept;
-        }
-    }
-    return known;
+    if (auto known = m_translations.value(statement))
+        return known;
+    auto made = std::make_shared<const Translated>(translate(statement));
+    if (m_translations.size() >= MostTexts)
+        m_translations.clear();
+    m_translations.insert(statement, made);
+    return made;
 }
 
 std::shared_ptr<const Source> Connection::source(const QString& text)
 {
-    if (const auto known = m_sources.value(text))
+    if (auto known = m_sources.value(text))
         return known;
     auto made = makeSource(*this, text);
     if (m_sources.size() >= MostTexts)
@@ -211,7 +202,7 @@ const TableInfo* Connection::table(QStringView name)
     TableInfo info{found.text(0), found.text(1) == QLatin1String("view"), {}};
     if (!info.isQuery)
         info.rowKey = rowKeyOf(*this, info.name);
-    return &*m_tables.insert(key, std::move(info));
+    return &*m_tables.insert(key, info);
 }
 
 void Connection::noteSchemaChange()

@@ -1,0 +1,75 @@
+#include "adults/dlgFindAdult.h"
+
+#include "adults/frmAdults.h"
+#include "shell/Module1.h"
+#include "ui_dlgFindAdult.h"
+
+namespace orlo
+{
+
+dlgFindAdult::dlgFindAdult() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgFindAdult>())
+{
+    ui->setupUi(this);
+    setDefaultButton(ui->cmdFind);
+    setCancelButton(ui->cmdCancel);
+    const auto enableFind = [this] { ui->cmdFind->setEnabled(true); };
+    for (QLineEdit* box : {ui->txtFirst, ui->txtLast, ui->txtMi})
+        connect(box, &QLineEdit::textChanged, this, enableFind);
+    connect(ui->cmbDen, &widgets::ComboBox::textChange, this, enableFind);
+    connect(ui->cmbDen, &widgets::ComboBox::clicked, this, &dlgFindAdult::cmbDen_Click);
+    connect(ui->cmbDen, &widgets::ComboBox::dropDown, this, &dlgFindAdult::loadDens);
+    connect(ui->cmdFind, &QPushButton::clicked, this, &dlgFindAdult::cmdFind_Click);
+    connect(ui->cmdSelectAll, &QPushButton::clicked, this, &dlgFindAdult::cmdSelectAll_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &dlgFindAdult::cmdCancel_Click);
+}
+
+dlgFindAdult::~dlgFindAdult() = default;
+
+void dlgFindAdult::load()
+{
+    loadDens();
+}
+
+void dlgFindAdult::loadDens()
+{
+    ui->cmbDen->clear();
+    mDenSIDs.clear();
+    auto dens = database().openRecordset(
+        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Active = 'Y' Order by Den_Number"));
+    for (; !dens.eof(); dens.moveNext()) {
+        ui->cmbDen->addItem(denText(dens));
+        mDenSIDs.push_back(dens[u"Den_SID"].toInt16());
+    }
+}
+
+void dlgFindAdult::cmbDen_Click()
+{
+    mDenIndex = ui->cmbDen->listIndex();
+    ui->cmdFind->setEnabled(true);
+}
+
+// A den that was typed and never picked is no criterion.
+void dlgFindAdult::cmdFind_Click()
+{
+    std::int16_t den = -1;
+    if (!ui->cmbDen->text().isEmpty() && mDenIndex >= 0)
+        den = mDenSIDs[static_cast<std::size_t>(mDenIndex)];
+    auto& adults = widgets::Instance<frmAdults>::get();
+    adults.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text(), den);
+    adults.SetFind(true);
+    unload();
+}
+
+void dlgFindAdult::cmdSelectAll_Click()
+{
+    widgets::Instance<frmAdults>::get().SetSelectAll(true);
+    unload();
+}
+
+void dlgFindAdult::cmdCancel_Click()
+{
+    widgets::Instance<frmAdults>::get().SetFind(false);
+    unload();
+}
+
+} // namespace orlo

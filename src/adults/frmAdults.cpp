@@ -1,0 +1,356 @@
+#include "adults/frmAdults.h"
+
+#include "adults/dlgAddDenLeaderAsign.h"
+#include "adults/dlgAddDenLeaderAsignEdit.h"
+#include "adults/dlgFindAdult.h"
+#include "awards/frmAddAdultAwards.h"
+#include "platform/Conversion.h"
+#include "platform/RuntimeError.h"
+#include "shell/Module1.h"
+#include "shell/dlgCalendar.h"
+#include "ui_frmAdults.h"
+#include "widgets/DataControl.h"
+#include "widgets/MessageBox.h"
+
+namespace orlo
+{
+
+namespace
+{
+
+const QString Active = QStringLiteral("Y");
+const QString MissingDate = QStringLiteral("01/01/1001");
+const QString NoDen = QStringLiteral("N/A");
+
+enum PositionColumn { Title, DenNumber, DenLevel, DenSID, LeaderSID, PackKey };
+enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
+
+// Runs a routine whose failure doesn't end the program: it is shown, and the screen stays as far as it came.
+template <class Routine>
+void trapped(const Routine& routine)
+{
+    try {
+        routine();
+    } catch (const platform::RuntimeError& error) {
+        platform::pendingError::set(error);
+    }
+    TestPendingError();
+}
+
+} // namespace
+
+frmAdults::frmAdults()
+    : PeopleForm(QStringLiteral("Adult")), ui(std::make_unique<Ui::frmAdults>()),
+      dataDenAssignments(new widgets::DataControl(this))
+{
+    ui->setupUi(this);
+    bindControls({*ui, ui->txtFirst});
+    bindList({ui->lbAdults, ui->tabAdult, ui->cmdFind, ui->cmdAddAward, ui->cmdDeleteAward});
+    bindFilters(FilterControls(*ui));
+    bindAwards({ui->fgAdultsAwards, ui->lblAdultName});
+    setDefaultButton(ui->cmdSave);
+    setCancelButton(ui->cmdDelete);
+    bindFields();
+    bindPositions();
+    ui->fgAdultsAwards->setCols(AwardColumns);
+    connect(ui->cmdAddAward, &QPushButton::clicked, this, [] { widgets::Instance<frmAddAdultAwards>::showWaiting(); });
+    connect(ui->cmdDeleteAward, &QPushButton::clicked, this, &frmAdults::cmdDeleteAward_Click);
+}
+
+frmAdults::~frmAdults() = default;
+
+void frmAdults::bindFields()
+{
+    m_texts = {
+        {ui->txtMi, u"MI"},
+        {ui->txtAddress, u"Address"},
+        {ui->txtPhone, u"Phone"},
+        {ui->txtCity, u"City"},
+        {ui->txtState, u"State"},
+        {ui->txtZip, u"Zip_Code"},
+        {ui->txtWorkPhone, u"WorkPhone"},
+        {ui->txtEmail, u"Email"},
+    };
+    m_fields = {ui->txtFirst,         ui->txtLast,          ui->txtDOB,
+                ui->txtPackStartDate, ui->txtYearsInScouts, ui->txtYearsInOtherPack,
+                ui->txtNote,          ui->comActive};
+    for (const TextField& text : m_texts)
+        m_fields.push_back(text.box);
+    for (QWidget* field : m_fields)
+        enableSaveOnChange({field});
+    for (QLineEdit* date : {ui->txtDOB, ui->txtPackStartDate})
+        openCalendarOnDoubleClick(date, [this] { ui->cmdSave->setEnabled(true); });
+    setLeaveCheck(ui->txtPackStartDate, [this] { return ValidateDate(ui->txtPackStartDate->text()); });
+}
+
+void frmAdults::load()
+{
+    dataDenAssignments->setDatabase(&database());
+    applyPositionLayout();
+    openSet();
+    SetUpAwardGrid({{200, Qt::AlignLeft, QString()},
+                    {1500, Qt::AlignCenter, QStringLiteral("Date Assigned")},
+                    {4000, Qt::AlignLeft, QStringLiteral("Award")},
+                    {2000, Qt::AlignCenter, QString()}},
+                   Award);
+    if (mRecordCount > 0) {
+        LoadAwardRows();
+        PopulateDenAssignments();
+    }
+}
+
+// ---- The record
+
+void frmAdults::FillRecord()
+{
+    const auto& record = *rsRecords;
+    ui->txtFirst->setText(record[u"First_Name"].toText()); // an adult without a name can't be shown
+    ui->txtLast->setText(record[u"Last_Name"].toText());
+    for (const TextField& text : m_texts)
+        text.box->setText(record[text.field].textOrEmpty());
+    ui->txtDOB->setText(birthDateText(u"Birth_Date"));
+    const store::Value active = record[u"Active"];
+    ui->comActive->setText(active.isEmpty() ? Active : active.toText());
+    ui->txtPackStartDate->setText(record[u"Pack_Start_Date"].textOrEmpty());
+    ui->txtYearsInOtherPack->setText(record[u"Years_In_Other_Pack"].textOrEmpty());
+    ui->txtYearsInScouts->setText(record[u"Years_In_Scouts"].textOrEmpty());
+    ui->txtNote->setPlainText(record[u"Note"].textOrEmpty());
+    mCurrentSID = GetAdultSID();
+    ui->cmdSave->setEnabled(false);
+    ReloadAwardGrid();
+    ShowRecordInfo();
+}
+
+void frmAdults::ClearRecord()
+{
+    for (QLineEdit* box :
+         {ui->txtFirst, ui->txtLast, ui->txtDOB, ui->txtPackStartDate, ui->txtYearsInScouts, ui->txtYearsInOtherPack})
+        box->clear();
+    for (const TextField& text : m_texts)
+        text.box->clear();
+    PopulateDenAssignments();
+    ui->txtNote->clear();
+}
+
+// Nothing is checked here: what the table doesn't take, the table refuses.
+void frmAdults::SaveRecord()
+{
+    auto& record = *rsRecords;
+    if (!mNewRecord)
+        record.edit();
+    if (ui->txtDOB->text().isEmpty())
+        ui->txtDOB->setText(MissingDate);
+    record.setValue(u"First_Name", ui->txtFirst->text());
+    record.setValue(u"Last_Name", ui->txtLast->text());
+    for (const TextField& text : m_texts)
+        record.setValue(text.field, text.box->text());
+    record.setValue(u"Birth_date", dateText(ui->txtDOB->text()));
+    record.setValue(u"Note", ui->txtNote->toPlainText());
+    record.setValue(u"Active", ui->comActive->text());
+    const QString started = ui->txtPackStartDate->text();
+    record.setValue(u"Pack_Start_Date", started.isEmpty() ? store::Value() : store::Value(dateText(started)));
+    record.setValue(u"Years_In_Other_Pack", platform::val(ui->txtYearsInOtherPack->text()));
+    record.setValue(u"Years_In_Scouts", platform::val(ui->txtYearsInScouts->text()));
+    // Leader_Den_Assignments says who belongs to a den; what an older version left here goes with the first save.
+    record.setValue(u"Assigned_Den_SID", store::Value());
+    if (mNewRecord)
+        record.setValue(u"Adult_SID", int{mCurrentSID});
+    record.update();
+    finishSaveRecord();
+}
+
+void frmAdults::setDefaults()
+{
+    cutAwardGrid();
+    ui->txtPackStartDate->setText(platform::shortDate(platform::today()));
+    ui->comActive->setText(Active);
+}
+
+void frmAdults::setFieldsEnabled(bool enabled)
+{
+    for (QWidget* field : m_fields)
+        field->setEnabled(enabled);
+}
+
+// ---- List, filters, find
+
+void frmAdults::openSet()
+{
+    trapped([this] { PeopleForm::openSet(); });
+}
+
+void frmAdults::PopulateNavLB()
+{
+    trapped([this] { PeopleForm::PopulateNavLB(); });
+}
+
+void frmAdults::LoadDenLists()
+{
+    trapped([this] {
+        const int rows = std::max(0, ui->cmbSelectedDens->listCount() - 1); // without "<All>"
+        if (readDens() && rows != static_cast<int>(mDenSIDs.size()))
+            rebuildDenFilter();
+    });
+}
+
+// Positions count: who leads two dens is listed under both, who has a position in the pack only, under none.
+QString frmAdults::denCriterion(std::int16_t den) const
+{
+    return QStringLiteral(" Adult_SID In (Select Leader_Den_Assignments.Adult_SID  From Leader_Den_Assignments  Where "
+                          "Leader_Den_Assignments.Den_SID = %1 ) ")
+        .arg(den);
+}
+
+// A find acts on all adults, whatever the filters show, and knows a den only as an older version stored it.
+QString frmAdults::findStatement() const
+{
+    QString criteria = nameCriteria();
+    if (mFindDen > -1)
+        criteria +=
+            (criteria.isEmpty() ? QStringLiteral(" Assigned_Den_SID = ") : QStringLiteral(" and Assigned_Den_SID = ")) +
+            QString::number(mFindDen);
+    if (!criteria.isEmpty())
+        criteria.prepend(QStringLiteral(" Where "));
+    return QStringLiteral("Select * From Adults") + criteria + QStringLiteral(" Order by Last_Name, First_Name, MI");
+}
+
+std::int16_t frmAdults::GetDenSID(const QString& denName) const
+{
+    return denOfRow(*ui->cmbSelectedDens, denName);
+}
+
+void frmAdults::showFindDialog()
+{
+    widgets::Instance<dlgFindAdult>::showWaiting();
+}
+
+void frmAdults::SetFindData(const QString& first, const QString& last, const QString& initial, std::int16_t den)
+{
+    SetFindNames(first, last, initial);
+    mFindDen = den;
+}
+
+QString frmAdults::nothingFoundText() const
+{
+    return QStringLiteral("No data found for the selected search cryteria");
+}
+
+QString frmAdults::noDensText() const
+{
+    return QStringLiteral("There is no Active Den(s) available to select from. Please create or activate Den(s) in the "
+                          "Den From.");
+}
+
+QString frmAdults::middlePart(const QString& initial) const
+{
+    return initial.trimmed().isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
+}
+
+// ---- Positions
+
+void frmAdults::bindPositions()
+{
+    dataDenAssignments->setObjectName(QStringLiteral("dataDenAssignments"));
+    ui->dbgDenAssignment->setDataControl(dataDenAssignments);
+    connect(ui->cmdAddDenAssn, &QPushButton::clicked, this, &frmAdults::cmdAddDenAssn_Click);
+    connect(ui->cmdEditDenAssn, &QPushButton::clicked, this, &frmAdults::cmdEditDenAssn_Click);
+    connect(ui->cmdDelDenAssn, &QPushButton::clicked, this, &frmAdults::cmdDelDenAssn_Click);
+}
+
+void frmAdults::applyPositionLayout()
+{
+    const QString file = gAppPath + QStringLiteral("\\DenAssign.grd");
+    ui->dbgDenAssignment->applyLayout(widgets::GridLayout::load(platform::nativePath(file)));
+}
+
+void frmAdults::PopulateDenAssignments()
+{
+    ui->dbgDenAssignment->setUpdatesEnabled(false);
+    dataDenAssignments->setRecordSource(
+        QStringLiteral("Select * From Leader_Assignments  Where Leader_SID = %1").arg(mCurrentSID));
+    dataDenAssignments->refresh();
+    applyPositionLayout();
+    ui->dbgDenAssignment->setUpdatesEnabled(true);
+}
+
+std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& packKey) const
+{
+    const auto& grid = *ui->dbgDenAssignment;
+    denText = grid.columnText(DenLevel) + QStringLiteral(" Den ") + grid.columnText(DenNumber);
+    title = grid.columnText(Title);
+    packKey = grid.columnText(PackKey);
+    return platform::toInt16(platform::val(grid.columnText(DenSID)));
+}
+
+// The position hangs on a stored adult.
+void frmAdults::cmdAddDenAssn_Click()
+{
+    cmdSave_Click();
+    widgets::Instance<dlgAddDenLeaderAsign>::showWaiting();
+}
+
+void frmAdults::cmdEditDenAssn_Click()
+{
+    if (ui->dbgDenAssignment->recordCount() > 0)
+        widgets::Instance<dlgAddDenLeaderAsignEdit>::showWaiting();
+}
+
+void frmAdults::cmdDelDenAssn_Click()
+{
+    const auto& grid = *ui->dbgDenAssignment;
+    const QString number = grid.columnText(DenNumber);
+    const QString place = number == NoDen ? QStringLiteral(" Pack position")
+                                          : QStringLiteral(" position in ") + grid.columnText(DenLevel) +
+                                                QStringLiteral(" Den ") + number;
+    if (widgets::ask(QStringLiteral("Are you sure you want to delete the ") + grid.columnText(Title) + place,
+                     QStringLiteral("Delete Assigned Position")))
+        deletePosition();
+}
+
+// A den's leader without a title is taken out on the den's screen.
+void frmAdults::deletePosition()
+{
+    const auto& grid = *ui->dbgDenAssignment;
+    if (grid.columnText(Title).isEmpty())
+        return;
+    if (const QString den = grid.columnText(DenSID); platform::val(den) > 0)
+        database().execute(QStringLiteral("Delete From Leader_Den_Assignments  where Adult_SID = %1 and Den_SID = %2")
+                               .arg(QString::number(mCurrentSID), den));
+    else
+        database().execute(
+            QStringLiteral("Delete From Leader_Pack_Assn Where Leader_Pack_Assn = %1").arg(grid.columnText(PackKey)));
+    PopulateDenAssignments();
+}
+
+// ---- Awards
+
+QString frmAdults::awardStatement(std::int16_t person) const
+{
+    return QStringLiteral("Select a.Adult_SID, a.Insignia_SID, b.Insignia_Name, b.Insignia_Type, a.Date_Assigned From "
+                          "Assigned_Awards_Adults a, Insignias b Where b.Insignia_SID = a.Insignia_Sid and a.Adult_SID "
+                          "= %1 Order by Date_Assigned ")
+        .arg(person);
+}
+
+void frmAdults::fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award)
+{
+    grid.setText(row, Assigned, award[u"Date_Assigned"].textOrEmpty());
+    grid.setText(row, Award, awardText(award));
+    grid.setText(row, InsigniaSID, award[u"Insignia_SID"].toText());
+}
+
+// The rows have no key of their own: the same award twice on one day goes together.
+void frmAdults::cmdDeleteAward_Click()
+{
+    const auto& grid = *ui->fgAdultsAwards;
+    const QString award = grid.text(grid.row(), InsigniaSID);
+    if (award.isEmpty())
+        return;
+    const QString date = platform::shortDate(platform::toDate(grid.text(grid.row(), Assigned)));
+    database().execute(QStringLiteral("Delete From Assigned_Awards_Adults Where Adult_SID = %1 and Insignia_SID = %2 "
+                                      "and Date_Assigned = #%3#")
+                           .arg(QString::number(GetAdultSID()), award, date));
+    ReloadAwardGrid();
+}
+
+} // namespace orlo

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "shell/PeopleForm.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmAdults;
+}
+namespace orlo::widgets
+{
+class DataControl;
+}
+
+namespace orlo
+{
+
+/// The adults: a list of those in view beside one adult's record, with the positions held, the awards and a note.
+class frmAdults : public PeopleForm
+{
+    Q_OBJECT
+
+public:
+    frmAdults();
+    ~frmAdults() override;
+
+    /// The adult of the current record of the set.
+    [[nodiscard]] std::int16_t GetAdultSID() const { return currentPerson(); }
+    [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
+    /// Takes what to find; -1 for any den.
+    void SetFindData(const QString& first, const QString& last, const QString& initial, std::int16_t den);
+    void PopulateNavLB() override;
+    /// Shows the positions of the adult on screen anew.
+    void PopulateDenAssignments();
+    /// The selected position: its den as "Wolf Den 3", its title and its key as a pack position. Gives the key of its
+    /// den, 0 for a pack position.
+    std::int16_t GetDenText(QString& denText, QString& title, QString& packKey) const;
+
+protected:
+    void load() override;
+
+    void FillRecord() override;
+    void ClearRecord() override;
+    void SaveRecord() override;
+    void EnableFields() override { setFieldsEnabled(true); }
+    void DisableFields() override { setFieldsEnabled(false); }
+
+    void openSet() override;
+    void reloadDependants() override { PopulateDenAssignments(); }
+    void setDefaults() override;
+
+    [[nodiscard]] QString findStatement() const override;
+    [[nodiscard]] QString denCriterion(std::int16_t den) const override;
+    void LoadDenLists() override;
+    void showFindDialog() override;
+    [[nodiscard]] QString nothingFoundText() const override;
+    [[nodiscard]] QString noDensText() const override;
+    [[nodiscard]] QString middlePart(const QString& initial) const override;
+    [[nodiscard]] QString awardStatement(std::int16_t person) const override;
+    void fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award) override;
+
+private:
+    void bindFields();
+    void bindPositions();
+    void setFieldsEnabled(bool enabled);
+    void applyPositionLayout();
+    void cmdAddDenAssn_Click();
+    void cmdEditDenAssn_Click();
+    void cmdDelDenAssn_Click();
+    void deletePosition();
+    void cmdDeleteAward_Click();
+
+    std::unique_ptr<Ui::frmAdults> ui;
+    widgets::DataControl* dataDenAssignments;
+    std::vector<QWidget*> m_fields; ///< all input controls of the record
+    std::int16_t mFindDen = -1;
+};
+
+} // namespace orlo

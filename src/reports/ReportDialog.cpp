@@ -1,0 +1,43 @@
+#include "reports/ReportDialog.h"
+
+#include "reports/engine/view/ReportControl.h"
+#include "shell/Module1.h"
+
+namespace orlo
+{
+
+ReportDialog::ReportDialog(const QString& reportName)
+    : Form(widgets::FormKind::Window), m_report(new reports::ReportControl(reportName, this))
+{
+}
+
+void ReportDialog::bindControls(QPushButton* cmdView, QPushButton* cmdPrint, QPushButton* cmdCancel)
+{
+    setCancelButton(cmdCancel);
+    connect(cmdView, &QPushButton::clicked, this, [this] { run(reports::ToPreview); });
+    connect(cmdPrint, &QPushButton::clicked, this, [this] { run(reports::ToPrinter); });
+    connect(cmdCancel, &QPushButton::clicked, this, &ReportDialog::unload);
+}
+
+void ReportDialog::setReport(const QString& file)
+{
+    m_report->setReportFile(gAppPath + file);
+}
+
+void ReportDialog::setWindow(const QString& title)
+{
+    m_report->setWindowOption(true);
+    m_report->setWindowTitle(title);
+    m_report->setWindowState(reports::PreviewMaximised);
+}
+
+void ReportDialog::run(int destination)
+{
+    m_report->setDestination(destination);
+    prepare();
+    m_report->setFirstPage(1);
+    m_report->setLastPage(0);
+    m_report->run();
+}
+
+} // namespace orlo

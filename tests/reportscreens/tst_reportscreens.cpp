@@ -1,0 +1,278 @@
+#include "reports/dlgAdultList.h"
+#include "reports/dlgAwardsList.h"
+#include "reports/dlgCombinedRoster.h"
+#include "reports/dlgReportSelect1.h"
+#include "reports/dlgScoutList.h"
+#include "reports/engine/view/PreviewWindow.h"
+#include "reports/engine/view/ReportControl.h"
+#include "shell/mdiPendrake.h"
+#include "support/PrintedFile.h"
+#include "support/Table.h"
+#include "support/TestApp.h"
+#include "widgets/ComboBox.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace orlo;
+
+namespace
+{
+
+constexpr auto People = R"(
+Dens (Den_SID, Den_Number, Den_Type, Active) Values (3, 8, 'Wolf', 'Y')
+Dens (Den_SID, Den_Number, Den_Type, Active) Values (5, 2, 'Bear', 'Y')
+Dens (Den_SID, Den_Number, Den_Type, Active) Values (6, 1, 'Tiger', 'N')
+Scouts (Scout_SID, First_Name, Last_Name, MI, Active) Values (12, 'Jo ', 'Wu', 'Q', 'Y')
+Scouts (Scout_SID, First_Name, Last_Name, Active) Values (7, 'Al', 'Lee', 'Y')
+Scouts (Scout_SID, First_Name, Last_Name, Active) Values (1, 'Old', 'Gone', 'N')
+Adults (Adult_SID, First_Name, Last_Name, MI, Active) Values (12, 'Carl', 'Helper', 'X', 'N')
+Adults (Adult_SID, First_Name, Last_Name, MI, Active) Values (4, 'Ann', 'Ito', 'B', 'Y'))";
+
+struct Screen {
+    widgets::Form& form;
+    reports::ReportControl& report = *form.findChild<reports::ReportControl*>();
+
+    template <class F>
+    static Screen open()
+    {
+        widgets::Instance<F>::show();
+        if (!QTest::qWaitForWindowActive(widgets::Instance<F>::loaded()))
+            qFatal("the dialog doesn't become active");
+        return {widgets::Instance<F>::get()};
+    }
+    template <class W = QWidget>
+    W& get(const QString& name) const
+    {
+        return test::control<W>(form, name.toLatin1().constData());
+    }
+    widgets::ComboBox& box(const char* name) const { return get<widgets::ComboBox>(name); }
+    QLineEdit& field(const char* name) const { return get<QLineEdit>(name); }
+    void click(const QString& button) const { QTest::mouseClick(&get(button), Qt::LeftButton, {}, QPoint(8, 8)); }
+    /// The chosen entry and all entries of a list.
+    QString list(const char* name) const
+    {
+        QStringList texts{box(name).text()};
+        for (int row = 0; row < box(name).listCount(); ++row)
+            texts << box(name).list(row);
+        return texts.join(u'|');
+    }
+};
+
+const QMap<QString, Screen (*)()> Dialogs{{"dlgReportSelect1", Screen::open<dlgReportSelect1>},
+                                          {"dlgAwardsList", Screen::open<dlgAwardsList>},
+                                          {"dlgScoutList", Screen::open<dlgScoutList>},
+                                          {"dlgAdultList", Screen::open<dlgAdultList>},
+                                          {"dlgCombinedRoster", Screen::open<dlgCombinedRoster>}};
+
+} // namespace
+
+class TestReportScreens : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<test::AppFolder> m_folder;
+
+private Q_SLOTS:
+    void init()
+    {
+        platform::setToday(QDate(2026, 2, 14));
+        m_folder = std::make_unique<test::AppFolder>();
+        for (const QString& row : QString(People).split(u'\n', Qt::SkipEmptyParts))
+            database().execute("Insert Into " + row);
+        const QDir files(QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files"));
+        for (const QString& file : files.entryList({"*.rpt"}))
+            QVERIFY(QFile::copy(files.filePath(file), m_folder->path() + u'/' + file));
+    }
+    void cleanup()
+    {
+        m_folder.reset();
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == "previewWindow")
+                window->close();
+    }
+
+    void menuOpensWaitingDialog()
+    {
+        auto& frame = mdiPendrake::instance();
+        frame.show();
+        for (const auto& [command, expected] :
+             {std::pair("mnuRepAssignedAwards", "dlgReportSelect1|Set Selection Criteria for Awards Report"),
+              {"mnuRepAwardList", "dlgAwardsList|Print Awards List"},
+              {"mnuRptScoutList", "dlgScoutList|Scout List Report"},
+              {"mnuRptAdultList", "dlgAdultList|Adult List Report"},
+              {"ID_COMBINED_ROSTER", "dlgCombinedRoster|Combined Roster"}}) {
+            QString shown;
+            QTimer::singleShot(50, &frame, [&] {
+                QWidget* dialog = QApplication::activeModalWidget();
+                shown = dialog->objectName() + u'|' + dialog->windowTitle();
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            });
+            test::control<QAction>(frame, command).trigger();
+            QCOMPARE(shown, expected);
+        }
+    }
+
+    /// What a run leaves on the control, after others on the way; the slots are the report's and the subreport's.
+    void setsTheReport_data()
+    {
+        test::table({"run", "clicks", "report", "slots", "subreport", "title", "state"}, R"(
+            dlgScoutList       |          | crScoutList ScoutPhoneList1 | 01/ |                 | Scout List Report | 2
+            dlgScoutList a     | optAlpha | crScoutList ScoutPhoneList  | 0/  |                 | Scout List Report | 2
+            dlgAdultList       |          | crAdultList AdultPhoneList1 | 0/0 | Pack Positions  | Adult List Report | 2
+            dlgAdultList a     | optAlpha | crAdultList AdultPhoneList  | 0/0 | LeaderPositions | Adult List Report | 2
+            dlgAdultList a g|optAlpha optGroupByDens|crAdultList AdultPhoneList1|0/0|Pack Positions|Adult List Report|2
+            dlgCombinedRoster  |             | crCombinedList CombinedRoster | 0/ | | Combined Roster | 2
+            dlgAwardsList      |             | crAwardList AwardListing      | 0/ | |                 | 0
+            dlgAwardsList d    | chkDetailed | crAwardList AwardListDetail   | 0/ | |                 | 0
+            dlgReportSelect1   |           | crAssignedAwardsReport AssignedAwards  | 0/ | | @ |2
+            dlgReportSelect1 a | optAdults | crAssignedAwardsReport AssignedAwards1 | 0/ | | @ |2
+        )");
+    }
+    void setsTheReport()
+    {
+        QFETCH(QString, run);
+        QFETCH(QString, clicks);
+        QFETCH(QString, title);
+        title.replace("@", "Assigned Awards  for Date: 2/14/2026");
+        const Screen screen = Dialogs[run.section(u' ', 0, 0)]();
+        reports::ReportControl& report = screen.report;
+        const auto filledSlots = [&](const QString& subreport) {
+            QString filled;
+            for (int slot = 0; slot < 3; ++slot)
+                if (!report.databaseFile(slot, subreport).isEmpty())
+                    filled += QString::number(report.databaseFile(slot, subreport) == databasePath() ? slot : 9);
+            return filled;
+        };
+        const QString pdf = m_folder->path() + "/out.pdf";
+        test::printInto(pdf);
+        for (const QString& choice : clicks.split(u' ', Qt::SkipEmptyParts)) {
+            screen.click("cmdView");
+            screen.click(choice);
+        }
+        for (const auto& [button, destination] : {std::pair("cmdPrint", 1), {"cmdView", 0}}) {
+            screen.click(button);
+            QCOMPARE(report.destination(), destination);
+            QVERIFY(report.reportFile().startsWith(gAppPath + u'\\') && report.reportFile().endsWith(".rpt"));
+            QTEST(report.objectName() + u' ' + report.reportFile().mid(gAppPath.size() + 1).chopped(4), "report");
+            QTEST(report.subreportToChange(), "subreport");
+            const bool whole = report.subreportToChange().isEmpty();
+            QTEST(filledSlots({}) + u'/' + (whole ? QString() : filledSlots(report.subreportToChange())), "slots");
+            QCOMPARE(report.windowTitle(), title);
+            QVERIFY(report.windowOption() && report.firstPage() == 1 && report.lastPage() == 0);
+            QTEST(QString::number(report.windowState()), "state");
+        }
+        QVERIFY(report.preview() && report.preview()->windowTitle().startsWith(title));
+        QCOMPARE(test::pagesOf(pdf), 1);
+        const QPointer<QWidget> form = &screen.form;
+        QVERIFY(form->isVisible());
+        screen.click("cmdCancel");
+        QTRY_VERIFY(!form);
+    }
+
+    /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
+    /// for the fields of the people. The condition that they are active isn't told; the title lies in parentheses.
+    void selects_data()
+    {
+        test::table({"criteria", "formula", "title"}, R"(
+Scouts;Wu, Jo Q;Wolf Den 8;0;#;|[SID] = 12 and [Den] = 3 and [Date] = Date #|(for Jo Q. Wu in Wolf Den 8 for Date: #)
+Scouts;Wu, Jo Q;*;0;#;  | [SID] = 12 and [Date] = Date # | (for Jo Q. Wu for Date: #)
+Scouts;*;Wolf Den 8;0;#;     | [Den] = 3 and [Date] = Date #  | (for Wolf Den 8 for Date: #)
+Scouts;*;*;0;12/31/99;       | [Date] = Date ( 1999, 12, 31)  | ( for Date: 12/31/99)
+Scouts;;;0;#;                | [Date] = Date #                | ( for Date: #)
+Scouts;*;*;0;;#              |                                | ()
+Scouts;*;*;0;13/1/2004;      |                                | ()
+Scouts;Lee, Al ;Bear Den 2;0;soon; | [SID] = 7 and [Den] = 5 | (for Al Lee in Bear Den 2)
+Scouts;*;*;1;10/8/2004;#     | [Date] in Date ( 2004, 10, 08) to Date # | ( for Dates: 10/8/2004 to #)
+Scouts;Lee, Al ;*;1;#;6/8/4|[SID] = 7 and [Date] in Date # to Date ( 2004, 06, 08)|(for Al Lee for Dates: # to 6/8/4)
+Scouts;*;Bear Den 2;1;#;     | [Den] = 5                      | (for Bear Den 2)
+Scouts;*;*;1;;#              |                                | ()
+Scouts;*;*;2;#;x             | [Date] >= Date #               | ( for Date Equal to or Greater than #)
+Scouts;*;Wolf Den 8;2;#;|[Den] = 3 and [Date] >= Date #|(for Wolf Den 8 for Date Equal to or Greater than # to )
+Scouts;Lee, Al ;*;2;#;x|[SID] = 7 and [Date] >= Date #|(for Al Lee for Date Equal to or Greater than # to x)
+Scouts;Lee, Al ;*;2;;x      | [SID] = 7                      | (for Al Lee)
+Scouts;*;Wolf Den 8;3;#;x|[Den] = 3 and [Date] <= Date #|(for Wolf Den 8 for Date Equal to or Less than #)
+Adults;Ito, Ann B;Bear Den 2;0;#;|[SID] = 4 and [Den] = 5 and [Date] = Date #|(for Ann B. Ito in Bear Den 2 for Date: #)
+Adults;*;Bear Den 2;3;#;|[Den] = 5 and [Date] <= Date #|(for Bear Den 2 for Date Equal to or Less than #)
+Adults;*;*;1;;               |                                | ()
+)");
+    }
+    void selects()
+    {
+        QFETCH(QString, criteria);
+        QFETCH(QString, formula);
+        QFETCH(QString, title);
+        const QStringList chosen = criteria.replace("*", "<All>").replace("#", "6/7/2004").split(u';');
+        const QString& people = chosen[0];
+        formula.replace("#", "( 2004, 06, 07)").replace("[Date]", "{Assigned_Awards_" + people + ".Date_Assigned}");
+        formula.replace("[SID]", "{" + people + ".Scout_SID}").replace("[Den]", "{" + people + ".Assigned_Den_SID}");
+        formula += (formula.isEmpty() ? "{" : " and {") + people + ".Active} = \"Y\"";
+        title = title.replace("#", "6/7/2004").chopped(1).mid(1);
+
+        const Screen screen = Screen::open<dlgReportSelect1>();
+        screen.click("optAdults");
+        screen.box("cmbScoutOrAdult").setText("Ito, Ann B"); // what was chosen before counts for nothing
+        screen.click("opt" + people);
+        screen.box("cmbDen").setText("Bear Den 2");
+        screen.box("cmbScoutOrAdult").setText(chosen[1]);
+        screen.box("cmbDen").setText(chosen[2]);
+        screen.box("cmdDateRangeOperator").setListIndex(chosen[3].toInt());
+        screen.field("txtDateFrom").setText(chosen[4]);
+        screen.field("txtDateTo").setText(chosen[5]);
+        screen.click("cmdView");
+        QCOMPARE(screen.report.selectionFormula(), formula);
+        QCOMPARE(screen.report.reportTitle(), title);
+        QCOMPARE(screen.report.windowTitle(), "Assigned Awards " + title);
+        QVERIFY(screen.report.preview()); // the report takes the formula
+    }
+
+    void criteriaControls()
+    {
+        const Screen screen = Screen::open<dlgReportSelect1>();
+        auto& from = screen.field("txtDateFrom");
+        auto& to = screen.field("txtDateTo");
+        QCOMPARE(screen.list("cmbDen"), "<All>|<All>|Bear Den 2|Wolf Den 8");
+        QCOMPARE(screen.list("cmdDateRangeOperator"), "Single Date|Single Date|Between|Equal or Greater|Equal or Less");
+        QCOMPARE(from.text() + u'/' + to.text(), "2/14/2026/");
+        QCOMPARE(screen.report.reportFile(), gAppPath + "\\assignedawards.rpt");
+        screen.box("cmbDen").setText("Wolf Den 8");
+        for (const char* option : {"", "optAdults", "optScouts"}) {
+            const bool adults = option == QLatin1String("optAdults");
+            if (*option)
+                screen.click(option);
+            QCOMPARE(screen.get<QLabel>("lblScoutOrAdult").text(), adults ? "Adult:" : "Scout:");
+            QCOMPARE(screen.list("cmbScoutOrAdult"),
+                     adults ? "<All>|<All>|Ito, Ann B" : "<All>|<All>|Lee, Al |Wu, Jo Q");
+            screen.box("cmbScoutOrAdult").setListIndex(1);
+        }
+        QCOMPARE(screen.box("cmbDen").text(), "Wolf Den 8");
+
+        to.setText("3/1/2026");
+        for (const int comparison : {0, 1, 2, 3, 1}) {
+            screen.box("cmdDateRangeOperator").setListIndex(comparison);
+            QCOMPARE(to.isEnabled(), comparison == 1);
+            QCOMPARE(to.palette().color(QPalette::Base),
+                     screen.form.palette().color(comparison == 1 ? QPalette::Base : QPalette::Button));
+            QCOMPARE(to.text(), "3/1/2026");
+        }
+        // A date is never checked; a double click picks one.
+        for (QLineEdit* field : {&from, &to}) {
+            field->setFocus();
+            field->setText("2/30/2026");
+            QTest::keyClick(field, Qt::Key_Tab);
+            QVERIFY(!field->hasFocus() && !QApplication::activeModalWidget());
+            QTimer::singleShot(50, field, [] {
+                test::control<QAbstractButton>(*QApplication::activeModalWidget(), "cmdSelectDate").click();
+            });
+            QTest::mouseDClick(field, Qt::LeftButton);
+            QCOMPARE(field->text(), "2/14/2026");
+        }
+    }
+};
+
+ORLO_TEST_MAIN(TestReportScreens)
+
+#include "tst_reportscreens.moc"
