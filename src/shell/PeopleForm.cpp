@@ -107,6 +107,7 @@ void PeopleForm::openSet()
 {
     const int opening = ++m_openings;
     openRecords(setStatement());
+    controls().cmdSave->setEnabled(false); // edits of the former set are dropped unasked
     if (mRecordCount < 1) {
         listControls().list->clear();
         ClearRecord();

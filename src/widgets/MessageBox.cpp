@@ -15,7 +15,10 @@ namespace
 QMessageBox::StandardButton show(const QString& text, const QString& title, QMessageBox::Icon icon,
                                  QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset)
 {
-    const QPointer<QWidget> before = QApplication::activeWindow();
+    // A dialog that has just been closed may still count as active; it goes soon, and would take the box with it.
+    QPointer<QWidget> before = QApplication::activeWindow();
+    while (before && !before->isVisible())
+        before = before->parentWidget() ? before->parentWidget()->window() : nullptr;
     QMessageBox box(before);
     box.setWindowTitle(title.isEmpty() ? platform::title() : title);
     box.setTextFormat(Qt::PlainText);

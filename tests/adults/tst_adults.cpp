@@ -182,25 +182,18 @@ private Q_SLOTS:
     {
         QCOMPARE(test::failureInChild(QString(), [] { Screen().go("DOB=soon s"); }), "Run-time error '3421':");
     }
-    // The program goes on after a failure of the rebuild, and of the den filter alone.
-    void trappedFailures_data()
+    // The program goes on after a failure of the rebuild.
+    void trappedFailure()
     {
-        test::table({"sql", "number", "listed"}, R"(
-            Alter Table Adults Rename Column Active To Was | 3061 | 0
-            Drop Table Dens                                | 3078 | 3)");
-    }
-    void trappedFailures()
-    {
-        QFETCH(QString, sql);
-        test::fill(sql);
+        test::fill("Alter Table Adults Rename Column Active To Was");
         QString number;
         test::whenShown<dlgError>([&](dlgError& dialog) {
             number = QString::number(gErrNumber);
             QTest::mouseClick(&test::control<QPushButton>(dialog, "cmdOk"), Qt::LeftButton);
         });
         const Screen screen;
-        QTEST(number, "number");
-        QTEST(QString::number(screen.list.listCount()), "listed");
+        QCOMPARE(number, "3061");
+        QCOMPARE(screen.list.listCount(), 0);
     }
 
     void records_data()
@@ -285,7 +278,7 @@ private Q_SLOTS:
             cmbDen=1 First=B cmdFind | #0 | Old, Bob      | Adult 1 of 1 ....n.d |
             cmbDen=0 cmdFind         | L  | Fay, Dot X.; Old, Bob; Young, Ann M. | Adult 3 of 3 FP..n.d | none
             Last=ou cmdFind          | @1 | Fay, Dot X.; Old, Bob; Young, Ann M. | Adult 2 of 3 FPNLn.d | none
-            cmbDen=1 First=R cmdFind | @1 First=Rob s | Fay, Dot X.; Old, Bob; Young, Ann M. | Adult 2 of 3 FPNLn.d | none
+            cmbDen=1 First=R cmdFind | @1 First=Rob s | Fay, Dot X.; Old, Rob; Young, Ann M. | Adult 2 of 3 FPNLn.d | none
             Last=y cmdSelectAll      | #0 | Young, Ann M. | Adult 1 of 1 ....n.d |
             Last=y cmdCancel         | @1 | Fay, Dot X.; Old, Bob; Young, Ann M. | Adult 2 of 3 FPNLn.d |)");
     }
