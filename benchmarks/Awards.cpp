@@ -4,8 +4,8 @@
 #include "awards/frmAssignInsignias.h"
 #include "shell/Module1.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
 #include "widgets/OptionButton.h"
+#include "widgets/TextGrid.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -81,7 +81,7 @@ public:
             control<QTabWidget>("SSTabAssignInsignias").setCurrentIndex(0);
             control<widgets::OptionButton>("optListOfAdults").setChecked(true);
             const double seconds = timed([] { control<widgets::OptionButton>("optListOfScouts").setChecked(true); });
-            if (control<widgets::FlexGrid>("fgSelectFrom").rows() != m_people + 1)
+            if (control<widgets::TextGrid>("fgSelectFrom").rows() != m_people + 1)
                 qFatal("the list isn't full");
             return seconds;
         };

@@ -4,8 +4,8 @@
 #include "scouts/frmScouts.h"
 #include "shell/Module1.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
 #include "widgets/ListBox.h"
+#include "widgets/TextGrid.h"
 
 #include <QCoreApplication>
 #include <QEvent>

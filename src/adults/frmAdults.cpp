@@ -332,7 +332,7 @@ QString frmAdults::awardStatement(std::int16_t person) const
         .arg(person);
 }
 
-void frmAdults::fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award)
+void frmAdults::fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award)
 {
     grid.setText(row, Assigned, award[u"Date_Assigned"].textOrEmpty());
     grid.setText(row, Award, awardText(award));

@@ -58,7 +58,7 @@ protected:
     [[nodiscard]] QString noDensText() const override;
     [[nodiscard]] QString middlePart(const QString& initial) const override;
     [[nodiscard]] QString awardStatement(std::int16_t person) const override;
-    void fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award) override;
+    void fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award) override;
 
 private:
     void bindFields();

@@ -46,7 +46,7 @@ QString denQuery(const QString& type, const QString& denSID)
 }
 
 // The widths and the look that all the grids have in common.
-void setWidths(widgets::FlexGrid& grid, int nameWidth, int denWidth)
+void setWidths(widgets::TextGrid& grid, int nameWidth, int denWidth)
 {
     grid.setColWidth(Marker, MarkerWidth);
     grid.setColWidth(Name, nameWidth);
@@ -59,7 +59,7 @@ void setWidths(widgets::FlexGrid& grid, int nameWidth, int denWidth)
 
 // A grid that people are taken from, with what differs between the pack's list and the two lists of a den.
 struct frmAssignInsignias::Source {
-    widgets::FlexGrid& grid;
+    widgets::TextGrid& grid;
     std::int16_t& count;
     QString type;
     int nameWidth; ///< twips
@@ -100,8 +100,8 @@ frmAssignInsignias::~frmAssignInsignias() = default;
 void frmAssignInsignias::connectEvents()
 {
     using widgets::ComboBox;
-    using widgets::FlexGrid;
     using widgets::OptionButton;
+    using widgets::TextGrid;
     connect(ui->optListOfScouts, &OptionButton::selected, this, [this] { optListOf_Click(ScoutType); });
     connect(ui->optListOfAdults, &OptionButton::selected, this, [this] { optListOf_Click(AdultType); });
     connect(ui->SSTabAssignInsignias, &QTabWidget::currentChanged, this,
@@ -111,10 +111,10 @@ void frmAssignInsignias::connectEvents()
     connect(ui->cboAward, &ComboBox::dropDown, this, &frmAssignInsignias::cboAward_DropDown);
     connect(ui->cboAward, &ComboBox::clicked, this, &frmAssignInsignias::cboAward_Click);
 
-    connect(ui->fgSelectFrom, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(packSource()); });
-    connect(ui->fgSelScoutsFromByDen, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(denScoutSource()); });
-    connect(ui->fgSelAdultsFromByDen, &FlexGrid::rowDoubleClicked, this, [this] { selectRow(denAdultSource()); });
-    connect(ui->fgSelected, &FlexGrid::rowDoubleClicked, this, &frmAssignInsignias::fgSelected_DblClick);
+    connect(ui->fgSelectFrom, &TextGrid::rowDoubleClicked, this, [this] { selectRow(packSource()); });
+    connect(ui->fgSelScoutsFromByDen, &TextGrid::rowDoubleClicked, this, [this] { selectRow(denScoutSource()); });
+    connect(ui->fgSelAdultsFromByDen, &TextGrid::rowDoubleClicked, this, [this] { selectRow(denAdultSource()); });
+    connect(ui->fgSelected, &TextGrid::rowDoubleClicked, this, &frmAssignInsignias::fgSelected_DblClick);
 
     connect(ui->cmdSelectAllSel, &QPushButton::clicked, this, [this] { selectAll(QString()); });
     connect(ui->cmdSelAllByDenScouts, &QPushButton::clicked, this, [this] { selectAll(QStringLiteral("Scouts")); });
@@ -273,7 +273,7 @@ void frmAssignInsignias::fillDenAdults()
 bool frmAssignInsignias::fill(const Source& source, const QString& query)
 {
     const widgets::BusyPointer busy;
-    widgets::FlexGrid& grid = source.grid;
+    widgets::TextGrid& grid = source.grid;
     const widgets::RedrawHold hold(grid);
     grid.setRows(1);
     grid.setCols(SourceSID + 1);
@@ -321,7 +321,7 @@ void frmAssignInsignias::selectRow(const Source& source, int row)
     source.grid.setRow(row);
     if (source.grid.text(row, Marker) == Marked)
         return;
-    widgets::FlexGrid& selected = *ui->fgSelected;
+    widgets::TextGrid& selected = *ui->fgSelected;
     const int added = selected.addRow();
     mSelectedCount = platform::toInt16(mSelectedCount + 1);
     selected.setRow(added);

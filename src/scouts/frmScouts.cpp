@@ -410,7 +410,7 @@ QString frmScouts::awardStatement(std::int16_t person) const
 }
 
 // The newest award ends as the current row, for cmdEditAward and cmdDeleteAward.
-void frmScouts::fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award)
+void frmScouts::fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award)
 {
     grid.setRow(row);
     grid.setText(row, Assigned, award[u"Date_Assigned"].textOrEmpty());

@@ -54,7 +54,7 @@ protected:
     [[nodiscard]] QString findStatement() const override;
     [[nodiscard]] QString denCriterion(std::int16_t den) const override;
     [[nodiscard]] QString awardStatement(std::int16_t person) const override;
-    void fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award) override;
+    void fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award) override;
     [[nodiscard]] QString personName() const override;
     void LoadDenLists() override;
     void showFindDialog() override;

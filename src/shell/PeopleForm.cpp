@@ -3,10 +3,10 @@
 #include "platform/Conversion.h"
 #include "shell/Module1.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"
 #include "widgets/OptionButton.h"
+#include "widgets/TextGrid.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -9,7 +9,7 @@ class QLineEdit;
 namespace orlo::widgets
 {
 class ComboBox;
-class FlexGrid;
+class TextGrid;
 class OptionButton;
 } // namespace orlo::widgets
 
@@ -62,7 +62,7 @@ protected:
     };
 
     struct AwardControls {
-        widgets::FlexGrid* grid;
+        widgets::TextGrid* grid;
         QLabel* name;
     };
     /// A column of an award grid, its width in twips; 0 hides it.
@@ -132,7 +132,7 @@ protected:
     [[nodiscard]] virtual QString denCriterion(std::int16_t den) const = 0;
     /// The statement that gives a person's awards, the oldest first.
     [[nodiscard]] virtual QString awardStatement(std::int16_t person) const = 0;
-    virtual void fillAwardRow(widgets::FlexGrid& grid, int row, const store::Recordset& award) = 0;
+    virtual void fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award) = 0;
     /// The name on the page of the awards.
     [[nodiscard]] virtual QString personName() const;
     /// Brings the den filter up to date.

@@ -7,7 +7,7 @@
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
+#include "widgets/TextGrid.h"
 
 #include <QFile>
 #include <QLineEdit>
@@ -411,7 +411,7 @@ private Q_SLOTS:
     {
         const Screen screen;
         screen.go("@2");
-        auto& grid = screen.get<widgets::FlexGrid>("fgAdultsAwards");
+        auto& grid = screen.get<widgets::TextGrid>("fgAdultsAwards");
         const auto shown = [&] {
             QStringList lines;
             for (int row = 0; row < grid.rows(); ++row)

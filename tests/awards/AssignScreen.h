@@ -4,8 +4,8 @@
 #include "support/Sqlite.h"
 #include "support/TestApp.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
 #include "widgets/OptionButton.h"
+#include "widgets/TextGrid.h"
 
 #include <QAbstractItemView>
 #include <QLineEdit>
@@ -16,7 +16,7 @@ namespace orlo::test::assign
 {
 
 /// A grid's rows below the header, cells parted by bars, rows by blanks after commas.
-inline QString rowsOf(const widgets::FlexGrid& grid)
+inline QString rowsOf(const widgets::TextGrid& grid)
 {
     QStringList lines;
     for (int row = 1; row < grid.rows(); ++row) {
@@ -29,7 +29,7 @@ inline QString rowsOf(const widgets::FlexGrid& grid)
 }
 
 /// The keys of the marked rows.
-inline QString marked(const widgets::FlexGrid& grid)
+inline QString marked(const widgets::TextGrid& grid)
 {
     QStringList keys;
     for (int row = 1; row < grid.rows(); ++row)
@@ -41,10 +41,10 @@ inline QString marked(const widgets::FlexGrid& grid)
 /// The open form, worked by mouse and keys.
 struct Screen {
     frmAssignInsignias& form = widgets::Instance<frmAssignInsignias>::get();
-    widgets::FlexGrid& pack = control<widgets::FlexGrid>(form, "fgSelectFrom");
-    widgets::FlexGrid& scouts = control<widgets::FlexGrid>(form, "fgSelScoutsFromByDen");
-    widgets::FlexGrid& adults = control<widgets::FlexGrid>(form, "fgSelAdultsFromByDen");
-    widgets::FlexGrid& selected = control<widgets::FlexGrid>(form, "fgSelected");
+    widgets::TextGrid& pack = control<widgets::TextGrid>(form, "fgSelectFrom");
+    widgets::TextGrid& scouts = control<widgets::TextGrid>(form, "fgSelScoutsFromByDen");
+    widgets::TextGrid& adults = control<widgets::TextGrid>(form, "fgSelAdultsFromByDen");
+    widgets::TextGrid& selected = control<widgets::TextGrid>(form, "fgSelected");
     widgets::ComboBox& den = control<widgets::ComboBox>(form, "comDen");
     widgets::ComboBox& award = control<widgets::ComboBox>(form, "cboAward");
     QLineEdit& date = control<QLineEdit>(form, "txtAssignDate");
@@ -78,14 +78,14 @@ struct Screen {
         QTest::keyClick(box.view(), row >= 0 ? Qt::Key_Return : Qt::Key_Escape);
     }
     // Double clicks the row whose key stands in the last column; of working rows the given one.
-    void choose(widgets::FlexGrid& grid, int sid)
+    void choose(widgets::TextGrid& grid, int sid)
     {
         for (int row = 1; row < grid.rows(); ++row)
             if (grid.text(row, grid.cols() - 1) == QString::number(sid))
                 return chooseRow(grid, row);
         QFAIL("nobody of that number is listed");
     }
-    void chooseRow(widgets::FlexGrid& grid, int row)
+    void chooseRow(widgets::TextGrid& grid, int row)
     {
         const QModelIndex cell = grid.model()->index(row - 1, 1);
         grid.scrollTo(cell);

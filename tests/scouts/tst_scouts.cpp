@@ -5,8 +5,8 @@
 #include "support/RecordScreen.h"
 #include "widgets/CheckBox.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
 #include "widgets/OptionButton.h"
+#include "widgets/TextGrid.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -325,7 +325,7 @@ private Q_SLOTS:
                                      "INSERT INTO Assigned_Awards_Scouts VALUES (3, 1, '2026-03-01', 2026, 3, 10, 2),"
                                      "(3, 1, '2025-12-31', 2025, 12, 11, NULL), (3, 9, '2026-04-01', 2026, 4, 12, 1)");
         Screen screen;
-        auto& grid = screen.get<widgets::FlexGrid>("fgScoutsAwards");
+        auto& grid = screen.get<widgets::TextGrid>("fgScoutsAwards");
         const auto line = [&](int row) {
             return grid.text(row, 1) + '|' + grid.text(row, 2) + '|' + grid.text(row, 3);
         };

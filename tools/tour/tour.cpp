@@ -14,7 +14,7 @@
 #include "widgets/Application.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/ComboBox.h"
-#include "widgets/FlexGrid.h"
+#include "widgets/TextGrid.h"
 
 #include <QAction>
 #include <QDir>
@@ -358,7 +358,7 @@ void Tour::bulkAssignment()
     choose("mnuAssignInsignias");
     auto& form = window("frmAssignInsignias");
     picture(mdiPendrake::instance(), QStringLiteral("assign-awards"));
-    auto& people = control<widgets::FlexGrid>(form, "fgSelectFrom");
+    auto& people = control<widgets::TextGrid>(form, "fgSelectFrom");
     for (int row : {0, 2, 3, 7, 11})
         doubleClickRow(people, row);
     picture(form, QStringLiteral("assign-awards-pack-selected"));

@@ -7,9 +7,9 @@
 namespace orlo::widgets
 {
 
-/// The texts of a FlexGrid, header row included. While notices are held back views keep seeing the number of rows that
+/// The texts of a TextGrid, header row included. While notices are held back views keep seeing the number of rows that
 /// they knew; release() then tells them in one step what became of it.
-class FlexGridModel : public QAbstractTableModel
+class TextGridModel : public QAbstractTableModel
 {
     Q_OBJECT
 

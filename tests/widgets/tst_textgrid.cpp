@@ -1,18 +1,18 @@
 #include "support/Failure.h"
-#include "widgets/FlexGrid.h"
+#include "widgets/TextGrid.h"
 #include "widgets/Twips.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
 
 using namespace orlo;
-using widgets::FlexGrid;
+using widgets::TextGrid;
 
 namespace
 {
 
 // Rows "1" to "n" in column 1.
-void fill(FlexGrid& grid, int count)
+void fill(TextGrid& grid, int count)
 {
     grid.setRows(1);
     grid.setRows(count + 1);
@@ -20,7 +20,7 @@ void fill(FlexGrid& grid, int count)
         grid.setText(row, 1, QString::number(row));
 }
 
-QString shownRows(const FlexGrid& grid)
+QString shownRows(const TextGrid& grid)
 {
     QString rows;
     for (int row = 0; row < grid.model()->rowCount(); ++row)
@@ -30,14 +30,14 @@ QString shownRows(const FlexGrid& grid)
 
 } // namespace
 
-class tst_flexgrid : public QObject
+class tst_textgrid : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void textsAreWhereTheyBelong()
     {
-        FlexGrid grid;
+        TextGrid grid;
         const QAbstractItemModelTester tester(grid.model());
         fill(grid, 3);
         grid.setText(0, 1, "Name");
@@ -68,7 +68,7 @@ private Q_SLOTS:
 
     void refusals()
     {
-        FlexGrid grid;
+        TextGrid grid;
         fill(grid, 2);
         QCOMPARE(test::failureNumber([&] { return grid.text(3, 0); }), 9);
         QCOMPARE(test::failureNumber([&] { grid.setText(0, 2, QString()); }), 9);
@@ -87,7 +87,7 @@ private Q_SLOTS:
     void currentRow()
     {
         for (const bool held : {false, true}) {
-            FlexGrid grid;
+            TextGrid grid;
             grid.show();
             fill(grid, 5);
             QCOMPARE(grid.row(), 0);
@@ -113,7 +113,7 @@ private Q_SLOTS:
 
     void choosesByUserOnly()
     {
-        FlexGrid grid;
+        TextGrid grid;
         fill(grid, 4);
         grid.resize(400, 300);
         grid.show();
@@ -123,7 +123,7 @@ private Q_SLOTS:
         QTest::keyClick(&grid, Qt::Key_Down);
         QCOMPARE(grid.row(), 1);
         QList<int> rows;
-        connect(&grid, &FlexGrid::rowDoubleClicked, &grid, [&] { rows += grid.row(); });
+        connect(&grid, &TextGrid::rowDoubleClicked, &grid, [&] { rows += grid.row(); });
         const auto doubleClick = [&](QPoint at, Qt::MouseButton button = Qt::LeftButton) {
             QTest::mouseDClick(grid.viewport(), button, {}, at);
         };
@@ -140,7 +140,7 @@ private Q_SLOTS:
 
     void widthsAndHeights()
     {
-        FlexGrid grid;
+        TextGrid grid;
         grid.setCols(4);
         fill(grid, 2);
         grid.resize(600, 200);
@@ -173,7 +173,7 @@ private Q_SLOTS:
         constexpr int Count = 200'000;
         QElapsedTimer clock;
         clock.start();
-        FlexGrid grid;
+        TextGrid grid;
         grid.show();
         std::optional<widgets::RedrawHold> hold(grid);
         grid.setRows(Count / 2 + 1);
@@ -189,6 +189,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_flexgrid)
+QTEST_MAIN(tst_textgrid)
 
-#include "tst_flexgrid.moc"
+#include "tst_textgrid.moc"

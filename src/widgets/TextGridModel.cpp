@@ -1,19 +1,19 @@
-#include "widgets/FlexGridModel.h"
+#include "widgets/TextGridModel.h"
 
 namespace orlo::widgets
 {
 
-int FlexGridModel::rowCount(const QModelIndex& parent) const
+int TextGridModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : m_shownRows;
 }
 
-int FlexGridModel::columnCount(const QModelIndex& parent) const
+int TextGridModel::columnCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : m_cols;
 }
 
-QVariant FlexGridModel::data(const QModelIndex& index, int role) const
+QVariant TextGridModel::data(const QModelIndex& index, int role) const
 {
     const int row = index.row() + 1;
     if (!index.isValid() || row >= gridRows()) // a row that is gone, its removal not told yet
@@ -27,7 +27,7 @@ QVariant FlexGridModel::data(const QModelIndex& index, int role) const
     return {};
 }
 
-QVariant FlexGridModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant TextGridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation != Qt::Horizontal || section < 0 || section >= m_cols)
         return {};
@@ -38,7 +38,7 @@ QVariant FlexGridModel::headerData(int section, Qt::Orientation orientation, int
     return {};
 }
 
-void FlexGridModel::setGridRows(int rows)
+void TextGridModel::setGridRows(int rows)
 {
     m_texts.resize(std::size_t(rows), Row(std::size_t(m_cols)));
     if (m_held)
@@ -47,7 +47,7 @@ void FlexGridModel::setGridRows(int rows)
         publishRows();
 }
 
-void FlexGridModel::setGridCols(int cols)
+void TextGridModel::setGridCols(int cols)
 {
     if (cols == m_cols)
         return;
@@ -66,7 +66,7 @@ void FlexGridModel::setGridCols(int cols)
         endRemoveColumns();
 }
 
-void FlexGridModel::removeGridRow(int row)
+void TextGridModel::removeGridRow(int row)
 {
     if (!m_held)
         beginRemoveRows({}, row - 1, row - 1);
@@ -79,7 +79,7 @@ void FlexGridModel::removeGridRow(int row)
     endRemoveRows();
 }
 
-void FlexGridModel::setText(int row, int col, const QString& text)
+void TextGridModel::setText(int row, int col, const QString& text)
 {
     QString& cell = m_texts[std::size_t(row)][std::size_t(col)];
     if (cell == text)
@@ -93,7 +93,7 @@ void FlexGridModel::setText(int row, int col, const QString& text)
         Q_EMIT dataChanged(index(row - 1, col), index(row - 1, col));
 }
 
-void FlexGridModel::setAlignment(int col, Qt::Alignment alignment)
+void TextGridModel::setAlignment(int col, Qt::Alignment alignment)
 {
     m_alignments[std::size_t(col)] = alignment;
     Q_EMIT headerDataChanged(Qt::Horizontal, col, col);
@@ -101,7 +101,7 @@ void FlexGridModel::setAlignment(int col, Qt::Alignment alignment)
         Q_EMIT dataChanged(index(0, col), index(m_shownRows - 1, col), {Qt::TextAlignmentRole});
 }
 
-void FlexGridModel::release()
+void TextGridModel::release()
 {
     m_held = false;
     publishRows();
@@ -110,7 +110,7 @@ void FlexGridModel::release()
     m_textsChanged = false;
 }
 
-void FlexGridModel::publishRows()
+void TextGridModel::publishRows()
 {
     const int rows = gridRows() - 1;
     if (rows > m_shownRows) {

@@ -7,17 +7,17 @@
 namespace orlo::widgets
 {
 
-class FlexGridModel;
+class TextGridModel;
 
 /// A plain grid of texts. Row 0 is the fixed header row, column 0 a narrow fixed column for marks; both count in every
 /// row and column number. Whole rows are selected, nothing is edited. A cell outside raises 9 everywhere.
-class FlexGrid : public QTableView
+class TextGrid : public QTableView
 {
     Q_OBJECT
 
 public:
-    explicit FlexGrid(QWidget* parent = nullptr);
-    ~FlexGrid() override;
+    explicit TextGrid(QWidget* parent = nullptr);
+    ~TextGrid() override;
 
     /// The number of rows, the header row included.
     [[nodiscard]] int rows() const;
@@ -70,7 +70,7 @@ private:
     void stretch();
     void applyHeights();
 
-    FlexGridModel* m_model;
+    TextGridModel* m_model;
     std::vector<int> m_widths; // twips
     int m_stretched = -1;
     int m_headerHeight = 0; // twips, the least that was asked for
@@ -82,13 +82,13 @@ private:
 class RedrawHold
 {
 public:
-    explicit RedrawHold(FlexGrid& grid) : m_grid(grid) { grid.setRedraw(false); }
+    explicit RedrawHold(TextGrid& grid) : m_grid(grid) { grid.setRedraw(false); }
     ~RedrawHold() { m_grid.setRedraw(true); }
     RedrawHold(const RedrawHold&) = delete;
     RedrawHold& operator=(const RedrawHold&) = delete;
 
 private:
-    FlexGrid& m_grid;
+    TextGrid& m_grid;
 };
 
 } // namespace orlo::widgets

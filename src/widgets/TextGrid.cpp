@@ -1,7 +1,7 @@
-#include "widgets/FlexGrid.h"
+#include "widgets/TextGrid.h"
 
 #include "platform/RuntimeError.h"
-#include "widgets/FlexGridModel.h"
+#include "widgets/TextGridModel.h"
 #include "widgets/Twips.h"
 
 #include <QHeaderView>
@@ -42,7 +42,7 @@ public:
 
 } // namespace
 
-FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), m_model(new FlexGridModel(this))
+TextGrid::TextGrid(QWidget* parent) : QTableView(parent), m_model(new TextGridModel(this))
 {
     setModel(m_model);
     setItemDelegate(new CellDelegate(this));
@@ -58,19 +58,19 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), m_model(new FlexGridMo
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setMinimumSectionSize(1);
-    connect(m_model, &QAbstractItemModel::headerDataChanged, this, &FlexGrid::applyHeights);
+    connect(m_model, &QAbstractItemModel::headerDataChanged, this, &TextGrid::applyHeights);
     setCols(m_model->gridCols());
     applyHeights();
 }
 
-FlexGrid::~FlexGrid() = default;
+TextGrid::~TextGrid() = default;
 
-int FlexGrid::rows() const
+int TextGrid::rows() const
 {
     return m_model->gridRows();
 }
 
-void FlexGrid::setRows(int count)
+void TextGrid::setRows(int count)
 {
     if (count < 1)
         throw platform::RuntimeError(platform::InvalidProcedureCall, objectName());
@@ -78,12 +78,12 @@ void FlexGrid::setRows(int count)
     m_heldRow = std::min(m_heldRow, count - 1);
 }
 
-int FlexGrid::cols() const
+int TextGrid::cols() const
 {
     return m_model->gridCols();
 }
 
-void FlexGrid::setCols(int count)
+void TextGrid::setCols(int count)
 {
     if (count < 1)
         throw platform::RuntimeError(platform::InvalidProcedureCall, objectName());
@@ -95,26 +95,26 @@ void FlexGrid::setCols(int count)
     stretch();
 }
 
-QString FlexGrid::text(int row, int col) const
+QString TextGrid::text(int row, int col) const
 {
     requireRow(row);
     requireCol(col);
     return m_model->text(row, col);
 }
 
-void FlexGrid::setText(int row, int col, const QString& text)
+void TextGrid::setText(int row, int col, const QString& text)
 {
     requireRow(row);
     requireCol(col);
     m_model->setText(row, col, text);
 }
 
-int FlexGrid::row() const
+int TextGrid::row() const
 {
     return m_holds > 0 ? m_heldRow : currentIndex().row() + 1;
 }
 
-void FlexGrid::setRow(int row)
+void TextGrid::setRow(int row)
 {
     requireRow(row);
     if (m_holds > 0)
@@ -123,13 +123,13 @@ void FlexGrid::setRow(int row)
         makeCurrent(row);
 }
 
-int FlexGrid::addRow()
+int TextGrid::addRow()
 {
     setRows(rows() + 1);
     return rows() - 1;
 }
 
-void FlexGrid::removeRow(int row)
+void TextGrid::removeRow(int row)
 {
     requireRow(row);
     if (row == 0 || rows() == 2)
@@ -139,7 +139,7 @@ void FlexGrid::removeRow(int row)
         --m_heldRow;
 }
 
-void FlexGrid::setColWidth(int col, int twips)
+void TextGrid::setColWidth(int col, int twips)
 {
     requireCol(col);
     m_widths[std::size_t(col)] = std::max(0, twips);
@@ -149,7 +149,7 @@ void FlexGrid::setColWidth(int col, int twips)
     stretch();
 }
 
-void FlexGrid::fitCol(int col, const QString& text)
+void TextGrid::fitCol(int col, const QString& text)
 {
     requireCol(col);
     const int margins = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 2);
@@ -157,7 +157,7 @@ void FlexGrid::fitCol(int col, const QString& text)
     stretch();
 }
 
-void FlexGrid::setRowHeight(int row, int twips)
+void TextGrid::setRowHeight(int row, int twips)
 {
     requireRow(row);
     if (row == 0) {
@@ -167,20 +167,20 @@ void FlexGrid::setRowHeight(int row, int twips)
         QTableView::setRowHeight(row - 1, std::max(twipsToPixels(twips, this), verticalHeader()->defaultSectionSize()));
 }
 
-void FlexGrid::setColAlignment(int col, Qt::Alignment alignment)
+void TextGrid::setColAlignment(int col, Qt::Alignment alignment)
 {
     requireCol(col);
     m_model->setAlignment(col, alignment);
 }
 
-void FlexGrid::setStretchColumn(int col)
+void TextGrid::setStretchColumn(int col)
 {
     requireCol(col);
     m_stretched = col;
     stretch();
 }
 
-void FlexGrid::setRedraw(bool on)
+void TextGrid::setRedraw(bool on)
 {
     if (!on) {
         if (m_holds == 0) {
@@ -197,7 +197,7 @@ void FlexGrid::setRedraw(bool on)
     makeCurrent(m_heldRow);
 }
 
-void FlexGrid::keyPressEvent(QKeyEvent* event)
+void TextGrid::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
         if (row() > 0)
@@ -207,7 +207,7 @@ void FlexGrid::keyPressEvent(QKeyEvent* event)
     QTableView::keyPressEvent(event);
 }
 
-void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event)
+void TextGrid::mouseDoubleClickEvent(QMouseEvent* event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
     if (event->button() != Qt::LeftButton || !index.isValid())
@@ -216,7 +216,7 @@ void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event)
     Q_EMIT rowDoubleClicked();
 }
 
-void FlexGrid::focusInEvent(QFocusEvent* event)
+void TextGrid::focusInEvent(QFocusEvent* event)
 {
     // The base class makes the first row current when the focus comes in; walking past with Tab chooses none.
     const bool none = row() == 0;
@@ -225,32 +225,32 @@ void FlexGrid::focusInEvent(QFocusEvent* event)
         selectionModel()->clear();
 }
 
-void FlexGrid::resizeEvent(QResizeEvent* event)
+void TextGrid::resizeEvent(QResizeEvent* event)
 {
     QTableView::resizeEvent(event);
     stretch();
 }
 
-void FlexGrid::changeEvent(QEvent* event)
+void TextGrid::changeEvent(QEvent* event)
 {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         applyHeights();
 }
 
-void FlexGrid::requireRow(int row) const
+void TextGrid::requireRow(int row) const
 {
     if (row < 0 || row >= rows())
         throw platform::RuntimeError(platform::SubscriptOutOfRange, objectName());
 }
 
-void FlexGrid::requireCol(int col) const
+void TextGrid::requireCol(int col) const
 {
     if (col < 0 || col >= cols())
         throw platform::RuntimeError(platform::SubscriptOutOfRange, objectName());
 }
 
-void FlexGrid::makeCurrent(int row)
+void TextGrid::makeCurrent(int row)
 {
     if (row == 0)
         selectionModel()->clear();
@@ -260,7 +260,7 @@ void FlexGrid::makeCurrent(int row)
 }
 
 // Widths that the user gave the other columns with the mouse stay.
-void FlexGrid::stretch()
+void TextGrid::stretch()
 {
     if (m_stretched < 0 || m_stretched >= cols() || isColumnHidden(m_stretched))
         return;
@@ -271,7 +271,7 @@ void FlexGrid::stretch()
 }
 
 // The header is as high as asked for, and higher where its wrapped headings need it.
-void FlexGrid::applyHeights()
+void TextGrid::applyHeights()
 {
     const int line = fontMetrics().height() + 2 * CellMargin;
     if (verticalHeader()->defaultSectionSize() != line)
