@@ -18,6 +18,7 @@
 #include "widgets/MessageBox.h"
 
 #include <QCloseEvent>
+#include <QLayout>
 #include <QMdiSubWindow>
 #include <QTimer>
 

@@ -8,8 +8,6 @@
 namespace orlo::store
 {
 
-class Connection;
-
 /// Field types with their catalogue codes.
 enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Date = 8, Text = 10, Memo = 12 };
 
