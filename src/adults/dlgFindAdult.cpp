@@ -7,20 +7,16 @@
 namespace orlo
 {
 
-dlgFindAdult::dlgFindAdult() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgFindAdult>())
+dlgFindAdult::dlgFindAdult() : ui(std::make_unique<Ui::dlgFindAdult>())
 {
     ui->setupUi(this);
-    setDefaultButton(ui->cmdFind);
-    setCancelButton(ui->cmdCancel);
+    bindControls(ui->cmdFind, ui->cmdSelectAll, ui->cmdCancel);
     const auto enableFind = [this] { ui->cmdFind->setEnabled(true); };
     for (QLineEdit* box : {ui->txtFirst, ui->txtLast, ui->txtMi})
         connect(box, &QLineEdit::textChanged, this, enableFind);
     connect(ui->cmbDen, &widgets::ComboBox::textChange, this, enableFind);
     connect(ui->cmbDen, &widgets::ComboBox::clicked, this, &dlgFindAdult::cmbDen_Click);
     connect(ui->cmbDen, &widgets::ComboBox::dropDown, this, &dlgFindAdult::loadDens);
-    connect(ui->cmdFind, &QPushButton::clicked, this, &dlgFindAdult::cmdFind_Click);
-    connect(ui->cmdSelectAll, &QPushButton::clicked, this, &dlgFindAdult::cmdSelectAll_Click);
-    connect(ui->cmdCancel, &QPushButton::clicked, this, &dlgFindAdult::cmdCancel_Click);
 }
 
 dlgFindAdult::~dlgFindAdult() = default;
@@ -49,27 +45,12 @@ void dlgFindAdult::cmbDen_Click()
 }
 
 // A den that was typed and never picked is no criterion.
-void dlgFindAdult::cmdFind_Click()
+void dlgFindAdult::handOver(frmAdults& form)
 {
     std::int16_t den = -1;
     if (!ui->cmbDen->text().isEmpty() && mDenIndex >= 0)
         den = mDenSIDs[static_cast<std::size_t>(mDenIndex)];
-    auto& adults = widgets::Instance<frmAdults>::get();
-    adults.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text(), den);
-    adults.SetFind(true);
-    unload();
-}
-
-void dlgFindAdult::cmdSelectAll_Click()
-{
-    widgets::Instance<frmAdults>::get().SetSelectAll(true);
-    unload();
-}
-
-void dlgFindAdult::cmdCancel_Click()
-{
-    widgets::Instance<frmAdults>::get().SetFind(false);
-    unload();
+    form.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text(), den);
 }
 
 } // namespace orlo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/Form.h"
+#include "shell/FindDialog.h"
 
 #include <memory>
 #include <vector>
@@ -13,8 +13,10 @@ class dlgFindAdult;
 namespace orlo
 {
 
+class frmAdults;
+
 /// Asks for the name and the den of the adults that frmAdults is to list, and hands the answer to it.
-class dlgFindAdult : public widgets::Form
+class dlgFindAdult : public FindDialog<frmAdults>
 {
     Q_OBJECT
 
@@ -23,14 +25,12 @@ public:
     ~dlgFindAdult() override;
 
 protected:
+    void handOver(frmAdults& form) override;
     void load() override;
 
 private:
     void loadDens();
     void cmbDen_Click();
-    void cmdFind_Click();
-    void cmdSelectAll_Click();
-    void cmdCancel_Click();
 
     std::unique_ptr<Ui::dlgFindAdult> ui;
     int mDenIndex = -1; ///< the row picked in cmbDen

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/Form.h"
+#include "shell/FindDialog.h"
 
 #include <memory>
 
@@ -12,8 +12,10 @@ class dlgFindInsignia;
 namespace orlo
 {
 
+class frmInsigniaInfo;
+
 /// Asks which awards frmInsigniaInfo is to walk, and hands the answer to it.
-class dlgFindInsignia : public widgets::Form
+class dlgFindInsignia : public FindDialog<frmInsigniaInfo>
 {
     Q_OBJECT
 
@@ -21,11 +23,10 @@ public:
     dlgFindInsignia();
     ~dlgFindInsignia() override;
 
-private:
-    void cmdFind_Click();
-    void cmdSelectAll_Click();
-    void cmdCancel_Click();
+protected:
+    void handOver(frmInsigniaInfo& form) override;
 
+private:
     std::unique_ptr<Ui::dlgFindInsignia> ui;
 };
 

@@ -12,12 +12,11 @@ namespace orlo
 {
 
 frmCreatePurchaseList::frmCreatePurchaseList()
-    : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmCreatePurchaseList>()),
-      dcAssignedPurchases(new widgets::DataControl(this)), dcOtherPurchaseList(new widgets::DataControl(this)),
-      crPurchaseList(new reports::ReportControl(QStringLiteral("crPurchaseList"), this))
+    : ReportDialog(QStringLiteral("crPurchaseList")), ui(std::make_unique<Ui::frmCreatePurchaseList>()),
+      dcAssignedPurchases(new widgets::DataControl(this)), dcOtherPurchaseList(new widgets::DataControl(this))
 {
     ui->setupUi(this);
-    setCancelButton(ui->cmdCancel);
+    bindControls(ui->cmdPreviewList, ui->cmdPrintList, ui->cmdCancel);
     dcAssignedPurchases->setObjectName(QStringLiteral("dcAssignedPurchases"));
     dcOtherPurchaseList->setObjectName(QStringLiteral("dcOtherPurchaseList"));
     ui->dbgAssignedPurchases->setDataControl(dcAssignedPurchases);
@@ -37,10 +36,7 @@ frmCreatePurchaseList::frmCreatePurchaseList()
         setLeaveCheck(field, [field] { return ValidateDate(field->text()); });
     }
     connect(ui->cmdCreate, &QPushButton::clicked, this, &frmCreatePurchaseList::cmdCreate_Click);
-    connect(ui->cmdPreviewList, &QPushButton::clicked, this, [this] { runReport(QStringLiteral("VIEW")); });
-    connect(ui->cmdPrintList, &QPushButton::clicked, this, [this] { runReport(QStringLiteral("PRINT")); });
     connect(ui->cmdClearOtherList, &QPushButton::clicked, this, &frmCreatePurchaseList::cmdClearOtherList_Click);
-    connect(ui->cmdCancel, &QPushButton::clicked, this, &frmCreatePurchaseList::unload);
 }
 
 frmCreatePurchaseList::~frmCreatePurchaseList() = default;
@@ -98,20 +94,14 @@ void frmCreatePurchaseList::cmdClearOtherList_Click()
     ui->dbgOtherPurchaseList->refresh();
 }
 
-void frmCreatePurchaseList::runReport(const QString& where)
+void frmCreatePurchaseList::prepare()
 {
     ui->dbgOtherPurchaseList->commitRow(); // an access key doesn't take the focus out of the grid
-    crPurchaseList->setDatabaseFile(0, databasePath());
-    crPurchaseList->setReportFile(gAppPath + QStringLiteral("\\PurchaseList.rpt"));
-    crPurchaseList->setSubreportToChange(QStringLiteral("OtherPurchaseList"));
-    crPurchaseList->setDatabaseFile(0, databasePath());
-    crPurchaseList->setWindowOption(true);
-    crPurchaseList->setWindowTitle(QStringLiteral("Purchase List"));
-    crPurchaseList->setWindowState(reports::PreviewMaximised);
-    crPurchaseList->setDestination(where == QLatin1String("VIEW") ? reports::ToPreview : reports::ToPrinter);
-    crPurchaseList->setFirstPage(1);
-    crPurchaseList->setLastPage(0);
-    crPurchaseList->run();
+    report().setDatabaseFile(0, databasePath());
+    setReport(QStringLiteral("\\PurchaseList.rpt"));
+    report().setSubreportToChange(QStringLiteral("OtherPurchaseList"));
+    report().setDatabaseFile(0, databasePath());
+    setWindow(QStringLiteral("Purchase List"));
 }
 
 } // namespace orlo

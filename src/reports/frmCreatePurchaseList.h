@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/Form.h"
+#include "reports/ReportDialog.h"
 
 #include <memory>
 
@@ -12,17 +12,13 @@ class frmCreatePurchaseList;
 namespace orlo
 {
 
-namespace reports
-{
-class ReportControl;
-}
 namespace widgets
 {
 class DataControl;
 }
 
 /// What has to be bought: the awards given out in a range of dates, and a free list of other things beside it.
-class frmCreatePurchaseList : public widgets::Form
+class frmCreatePurchaseList : public ReportDialog
 {
     Q_OBJECT
 
@@ -32,17 +28,16 @@ public:
 
 protected:
     void load() override;
+    void prepare() override;
 
 private:
     void cmdCreate_Click();
     void cmdClearOtherList_Click();
     void createList();
-    void runReport(const QString& where);
 
     std::unique_ptr<Ui::frmCreatePurchaseList> ui;
     widgets::DataControl* dcAssignedPurchases;
     widgets::DataControl* dcOtherPurchaseList;
-    reports::ReportControl* crPurchaseList;
 };
 
 } // namespace orlo

@@ -6,38 +6,19 @@
 namespace orlo
 {
 
-dlgFindScout::dlgFindScout() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgFindScout>())
+dlgFindScout::dlgFindScout() : ui(std::make_unique<Ui::dlgFindScout>())
 {
     ui->setupUi(this);
-    setDefaultButton(ui->cmdFind);
-    setCancelButton(ui->cmdCancel);
+    bindControls(ui->cmdFind, ui->cmdSelectAll, ui->cmdCancel);
     for (QLineEdit* box : {ui->txtFirst, ui->txtLast, ui->txtMi})
         connect(box, &QLineEdit::textChanged, this, [this] { ui->cmdFind->setEnabled(true); });
-    connect(ui->cmdFind, &QPushButton::clicked, this, &dlgFindScout::cmdFind_Click);
-    connect(ui->cmdSelectAll, &QPushButton::clicked, this, &dlgFindScout::cmdSelectAll_Click);
-    connect(ui->cmdCancel, &QPushButton::clicked, this, &dlgFindScout::cmdCancel_Click);
 }
 
 dlgFindScout::~dlgFindScout() = default;
 
-void dlgFindScout::cmdFind_Click()
+void dlgFindScout::handOver(frmScouts& form)
 {
-    auto& scouts = widgets::Instance<frmScouts>::get();
-    scouts.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text());
-    scouts.SetFind(true);
-    unload();
-}
-
-void dlgFindScout::cmdSelectAll_Click()
-{
-    widgets::Instance<frmScouts>::get().SetSelectAll(true);
-    unload();
-}
-
-void dlgFindScout::cmdCancel_Click()
-{
-    widgets::Instance<frmScouts>::get().SetFind(false);
-    unload();
+    form.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text());
 }
 
 } // namespace orlo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/Form.h"
+#include "shell/FindDialog.h"
 
 #include <memory>
 
@@ -12,8 +12,10 @@ class dlgFindScout;
 namespace orlo
 {
 
+class frmScouts;
+
 /// Asks for the name of the scouts that frmScouts is to list, and hands the answer to it.
-class dlgFindScout : public widgets::Form
+class dlgFindScout : public FindDialog<frmScouts>
 {
     Q_OBJECT
 
@@ -21,11 +23,10 @@ public:
     dlgFindScout();
     ~dlgFindScout() override;
 
-private:
-    void cmdFind_Click();
-    void cmdSelectAll_Click();
-    void cmdCancel_Click();
+protected:
+    void handOver(frmScouts& form) override;
 
+private:
     std::unique_ptr<Ui::dlgFindScout> ui;
 };
 
