@@ -17,9 +17,11 @@ namespace
 
 using reports::UnitsPerPoint;
 
-QByteArray linesSql(int count)
+constexpr int Lines = 10'000;
+
+QByteArray purchasesSql()
 {
-    return "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " + QByteArray::number(count) +
+    return "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " + QByteArray::number(Lines) +
            ") INSERT INTO Purchase_List (Award_Name, Insignia_Type, Quantity) SELECT 'Award number ' || i, "
            "CASE i % 3 WHEN 0 THEN 'Belt Loop' WHEN 1 THEN 'Pin' ELSE 'Badge' END, 1 + i % 40 FROM n;";
 }
@@ -60,23 +62,30 @@ void drawTexts(const reports::Document& document, const QString& path)
     }
 }
 
-} // namespace
-
-void printReport(Table& table)
+// A report of many lines beside the same texts drawn on the same writer.
+void compareReport(Table& table, const std::string& work, const QString& reportFile, const QByteArray& fillingSql)
 {
-    constexpr int Lines = 10'000;
-    const PackFile file(linesSql(Lines));
+    const PackFile file(fillingSql);
     const OpenPack open(file);
     reports::RunRequest request;
-    request.reportFile = QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files/PurchaseList.rpt");
-    request.databases[0] = databasePath();
+    request.reportFile = QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files/") + reportFile;
+    request.databases = {{0, databasePath()}, {1, databasePath()}};
     const reports::Document document = rendered(request);
     if (document.rows.size() != Lines)
         qFatal("the report has %zu lines", document.rows.size());
     const QString pdf = file.folder() + QStringLiteral("/report.pdf");
-    table.compare({"10,000-line report to PDF", "its texts with QPainter on a PDF writer", 1.5,
+    table.compare({work, "its texts with QPainter on a PDF writer", 1.5,
                    [&] { return timed([&] { reports::writePdf(rendered(request), pdf); }); },
                    [&] { return timed([&] { drawTexts(document, pdf); }); }, 9});
+}
+
+} // namespace
+
+void printReport(Table& table)
+{
+    compareReport(table, "10,000-line report to PDF", QStringLiteral("PurchaseList.rpt"), purchasesSql());
+    compareReport(table, "10,000-scout roster by den to PDF", QStringLiteral("ScoutPhoneList1.rpt"),
+                  densSql() + scoutsSql(Lines, Lines / 10));
 }
 
 } // namespace orlo::bench

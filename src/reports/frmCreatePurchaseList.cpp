@@ -45,8 +45,8 @@ void frmCreatePurchaseList::load()
 {
     ui->txtStartDate->setText(platform::shortDate(FirstOfMonth(platform::today())));
     ui->txtEndDate->setText(platform::shortDate(LastOfMonth(platform::today())));
-    dcAssignedPurchases->setDatabase(&database());
-    dcOtherPurchaseList->setDatabase(&database());
+    dcAssignedPurchases->setDatabase(database);
+    dcOtherPurchaseList->setDatabase(database);
     database().execute(QStringLiteral("Delete From Purchase_List"));
 
     dcAssignedPurchases->setRecordSource(QStringLiteral("Purchase_List"));

@@ -130,7 +130,7 @@ private Q_SLOTS:
             Formula(text).requireCondition();
             const Formula formula = bound(text);
             outcome = formula.holds(Row()) ? "yes " : "no ";
-            outcome += handDown(formula, columnOf).condition;
+            outcome += handDown(formula, columnOf);
         });
         if (error)
             outcome = QStringLiteral("%1 at %2").arg(error->number()).arg(error->place().column);

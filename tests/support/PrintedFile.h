@@ -4,10 +4,16 @@
 
 #include <QFile>
 #include <QPrinter>
+#include <QProcess>
 #include <QRegularExpression>
 
 namespace orlo::test
 {
+
+inline QString withoutBlanks(QString text)
+{
+    return text.removeIf([](QChar c) { return c.isSpace(); });
+}
 
 /// The number of pages in a PDF file, -1 without such a file.
 inline int pagesOf(const QString& pdf)
@@ -17,6 +23,15 @@ inline int pagesOf(const QString& pdf)
         return -1;
     static const QRegularExpression page(QStringLiteral("/Type\\s*/Page\\b"));
     return static_cast<int>(QString::fromLatin1(file.readAll()).count(page));
+}
+
+/// What a PDF file says, in the order in which it is drawn and without blanks and line ends; nothing where the reader,
+/// pdftotext, isn't installed.
+inline QString textOf(const QString& pdf)
+{
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
+    return reader.waitForFinished() ? withoutBlanks(QString::fromUtf8(reader.readAll())) : QString();
 }
 
 /// Makes the default printer one that prints into the PDF file, until the factory is set again.

@@ -11,6 +11,7 @@ namespace
 
 constexpr double HairlineWidth = 0.3; // points
 constexpr int HairlineGray = 65;
+constexpr int PartsOfLimit = 8; // a row above the height limit is cut into parts of that share of it
 
 QColor gray(int percentOfWhite)
 {
@@ -59,7 +60,13 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         cells.push_back(std::move(cell));
     }
 
-    // A high row is cut between lines: each part takes as many lines of each cell as the limit lets it.
+    // A high row is cut between lines: each part takes as many lines of each cell as a share of the limit lets it, so
+    // that the parts fill a page to its end.
+    double height = row.above + row.ruleAbove;
+    for (const Cell& cell : cells)
+        height = std::max(height,
+                          row.above + row.ruleAbove + double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
+    const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
     bool top = true;
     for (bool more = true; more; top = false) {
         more = false;
@@ -71,7 +78,7 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         for (Cell& cell : cells) {
             const double lineHeight = m_typesetter.lineHeight(cell.font);
             const double y = textTop + (top ? ascent - m_typesetter.ascent(cell.font) : 0);
-            const auto room = std::max(qsizetype((m_heightLimit - y) / lineHeight), qsizetype(1));
+            const auto room = std::max(qsizetype((limit - y) / lineHeight), qsizetype(1));
             const qsizetype count = std::min(cell.lines.size() - cell.done, room);
             if (cell.element->kind == Element::Kind::TickBox && top) {
                 const double side = m_typesetter.ascent(cell.font) * 0.86;

@@ -61,6 +61,7 @@ struct Document {
     std::vector<OutlineEntry> outline;
     QStringList columns;
     std::vector<QStringList> rows;
+    bool complete = true; ///< false for the first page alone, while the rest is being laid out
 };
 
 } // namespace orlo::reports

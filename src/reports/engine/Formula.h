@@ -88,8 +88,6 @@ public:
     Formula() = default;
     /// Reads a text; its first character stands at the given place. Raises ReportError 3075 for what can't be read.
     explicit Formula(QStringView text, Place origin = {1, 1});
-    /// A part of a formula as one of its own.
-    explicit Formula(FormulaNode root) : m_root(std::move(root)), m_empty(false) {}
 
     [[nodiscard]] bool isEmpty() const { return m_empty; }
     [[nodiscard]] const FormulaNode& root() const { return m_root; }

@@ -17,10 +17,11 @@ class ReportLayout
 {
 public:
     ReportLayout(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
-                 double heightLimit, Flow& flow, double left, const Progress& progress)
+                 double heightLimit, Flow& flow, double left, const Progress& progress, FlowSoFar soFar = {})
         : m_report(report), m_definition(report.definition), m_facts(facts), m_typesetter(typesetter),
           m_textWidth(textWidth), m_heightLimit(heightLimit), m_flow(flow), m_left(left), m_progress(progress),
-          m_bands(report.definition, typesetter, textWidth, heightLimit), m_scope(report.definition, report.rows, facts)
+          m_soFar(std::move(soFar)), m_bands(report.definition, typesetter, textWidth, heightLimit),
+          m_scope(report.definition, report.rows, facts)
     {
     }
 
@@ -64,7 +65,7 @@ private:
                 continue;
             if (m_flow.strips.size() > before && m_flow.strips.back().items.empty())
                 m_flow.strips.pop_back();
-            glue(afterSubreport, m_flow.strips.size(), true);
+            glue(afterSubreport, m_flow.strips.size(), isLinked(*inner)); // a list of its own may begin a page
             if (row.condition.isEmpty() || row.condition.holds(m_scope))
                 subreport(*inner);
             afterSubreport = m_flow.strips.size();
@@ -93,6 +94,12 @@ private:
                band.rows.front().elements.front().kind == Element::Kind::Subreport;
     }
 
+    [[nodiscard]] bool isLinked(const Element& element) const
+    {
+        const auto found = m_report.subreports.find(element.subreport.toCaseFolded());
+        return found != m_report.subreports.end() && found->second.linkedIndex >= 0;
+    }
+
     void subreport(const Element& element)
     {
         const auto found = m_report.subreports.find(element.subreport.toCaseFolded());
@@ -106,8 +113,14 @@ private:
             const auto linked = key.isNull() ? inner.byLink.end() : inner.byLink.find(linkKey(key));
             rows = linked == inner.byLink.end() ? RowRange{} : linked->second;
         }
+        const std::size_t kept = m_flow.kept.size();
+        m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
         ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, {})
             .run(rows);
+        if (m_flow.strips.size() > m_flow.kept[kept].first)
+            m_flow.kept[kept].last = m_flow.strips.size();
+        else
+            m_flow.kept.resize(kept);
     }
 
     /// Appends a heading and notes it for the pages that its strips run on to.
@@ -190,9 +203,25 @@ private:
         for (std::size_t row = rows.first; row < rows.last; ++row) {
             m_scope.row = row;
             append(m_definition.detail, false);
-            if (m_progress && ++m_done % RowsBetweenProgress == 0 && !m_progress(int(m_done), int(m_rows.size())))
+            if (++m_done % RowsBetweenProgress != 0 || m_done == m_rows.size())
+                continue;
+            if (m_soFar && m_soFar(flowSoFar()))
+                m_soFar = {};
+            if (m_progress && !m_progress(int(m_done), int(m_rows.size())))
                 throw Cancelled();
         }
+    }
+
+    [[nodiscard]] Flow flowSoFar() const
+    {
+        Flow part = m_flow;
+        for (KeptTogether& kept : part.kept)
+            if (kept.last == kept.first)
+                kept.last = part.strips.size();
+        for (Flow::Heading& heading : part.headings)
+            if (heading.last == 0)
+                heading.last = part.strips.size();
+        return part;
     }
 
     const BoundReport& m_report;
@@ -204,6 +233,7 @@ private:
     Flow& m_flow;
     double m_left;
     const Progress& m_progress;
+    FlowSoFar m_soFar;
     BandLayout m_bands;
     RowScope m_scope;
     RowRange m_rows;
@@ -213,11 +243,11 @@ private:
 } // namespace
 
 std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
-                           double heightLimit, const Progress& progress)
+                           double heightLimit, const Progress& progress, const FlowSoFar& soFar)
 {
     Flow flow;
     try {
-        ReportLayout(report, facts, typesetter, textWidth, heightLimit, flow, 0, progress)
+        ReportLayout(report, facts, typesetter, textWidth, heightLimit, flow, 0, progress, soFar)
             .run({0, report.rows.rows.size()});
     } catch (const Cancelled&) {
         return std::nullopt;

@@ -66,8 +66,12 @@ private:
     double m_heightLimit;
 };
 
+/// Shown the part of a flow that is laid out so far, its open groups ending with it; true once that was enough.
+using FlowSoFar = std::function<bool(Flow&& part)>;
+
 /// Lays out a report with its groups and subreports. Nothing if progress cancelled it.
 [[nodiscard]] std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter,
-                                         double textWidth, double heightLimit, const Progress& progress);
+                                         double textWidth, double heightLimit, const Progress& progress,
+                                         const FlowSoFar& soFar = {});
 
 } // namespace orlo::reports

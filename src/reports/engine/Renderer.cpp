@@ -17,6 +17,8 @@ namespace
 constexpr double LargestShareOfRow = 0.34;
 constexpr double LeastBody = 72; ///< points that page header and footer must leave
 constexpr int WidestPageNumber = 88'888;
+/// A group that begins on the first page and isn't over on the third is too long to be kept together.
+constexpr std::size_t PagesThatSettleTheFirst = 4;
 
 double heightOf(const std::vector<Strip>& strips)
 {
@@ -63,15 +65,7 @@ public:
 
     void make(Flow& flow, const RunRequest& request, Document& document)
     {
-        std::vector<StripSize> sizes;
-        sizes.reserve(flow.strips.size());
-        for (const Strip& strip : flow.strips)
-            sizes.push_back({strip.height, strip.keepWithNext, strip.breakBefore});
-        std::vector<RepeatedHeading> headings;
-        for (const Flow::Heading& heading : flow.headings)
-            headings.push_back({heading.first, heading.last, heightOf(heading.strips)});
-        const std::vector<PageContent> contents = paginate(sizes, flow.kept, headings, bodyHeight());
-
+        const std::vector<PageContent> contents = cut(flow);
         const int first = std::max(request.firstPage, 1);
         const int count = int(contents.size());
         const int last = request.lastPage > 0 ? std::min(request.lastPage, count) : count;
@@ -81,7 +75,31 @@ public:
         addOutline(flow, contents, first, last, document);
     }
 
+    /// The first page out of the beginning of a flow; false as long as what follows could change it.
+    bool makeFirst(Flow& flow, Document& document)
+    {
+        const std::vector<PageContent> contents = cut(flow);
+        if (contents.size() < PagesThatSettleTheFirst)
+            return false;
+        m_scope.pageCount = 0;
+        document.pages.push_back(page(flow, contents.front(), 1));
+        addOutline(flow, contents, 1, 1, document);
+        return true;
+    }
+
 private:
+    [[nodiscard]] std::vector<PageContent> cut(const Flow& flow) const
+    {
+        std::vector<StripSize> sizes;
+        sizes.reserve(flow.strips.size());
+        for (const Strip& strip : flow.strips)
+            sizes.push_back({strip.height, strip.keepWithNext, strip.breakBefore});
+        std::vector<RepeatedHeading> headings;
+        for (const Flow::Heading& heading : flow.headings)
+            headings.push_back({heading.first, heading.last, heightOf(heading.strips)});
+        return paginate(sizes, flow.kept, headings, bodyHeight());
+    }
+
     Page page(Flow& flow, const PageContent& content, int number)
     {
         Page page;
@@ -158,7 +176,8 @@ void fillExport(const BoundReport& report, const RunFacts& facts, Document& docu
 }
 
 std::optional<Document> renderRead(const Definition& definition, const RunRequest& request,
-                                   const DatabaseProvider& databaseOf, const Progress& progress)
+                                   const DatabaseProvider& databaseOf, const Progress& progress,
+                                   const FirstPage& firstPage)
 {
     const RunFacts facts{request.reportTitle.trimmed(), platform::today(), QTime::currentTime()};
     const auto report = loadReport(definition, request, databaseOf, facts, progress);
@@ -170,7 +189,23 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
 
     Typesetter typesetter;
     PageMaker pages(*report, facts, typesetter);
-    auto flow = layOut(*report, facts, typesetter, pages.textWidth(), pages.bodyHeight() * LargestShareOfRow, progress);
+    FlowSoFar soFar;
+    if (firstPage && request.firstPage <= 1)
+        soFar = [&](Flow&& part) {
+            Document first = document;
+            try {
+                if (!pages.makeFirst(part, first))
+                    return false;
+            } catch (const ReportError&) { // a page that computes with the number of pages waits for it
+                return true;
+            }
+            first.fonts = typesetter.fonts();
+            first.complete = false;
+            firstPage(std::move(first));
+            return true;
+        };
+    auto flow =
+        layOut(*report, facts, typesetter, pages.textWidth(), pages.bodyHeight() * LargestShareOfRow, progress, soFar);
     if (!flow)
         return std::nullopt;
     pages.make(*flow, request, document);
@@ -182,10 +217,10 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
 } // namespace
 
 std::optional<Document> render(const Definition& definition, const RunRequest& request,
-                               const DatabaseProvider& databaseOf, const Progress& progress)
+                               const DatabaseProvider& databaseOf, const Progress& progress, const FirstPage& firstPage)
 {
     try {
-        return renderRead(definition, request, databaseOf, progress);
+        return renderRead(definition, request, databaseOf, progress, firstPage);
     } catch (const ReportError& error) {
         if (request.reportFile.isEmpty())
             throw;
@@ -194,9 +229,10 @@ std::optional<Document> render(const Definition& definition, const RunRequest& r
     }
 }
 
-std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf, const Progress& progress)
+std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf, const Progress& progress,
+                               const FirstPage& firstPage)
 {
-    return render(readDefinitionFile(request.reportFile), request, databaseOf, progress);
+    return render(readDefinitionFile(request.reportFile), request, databaseOf, progress, firstPage);
 }
 
 } // namespace orlo::reports

@@ -36,11 +36,16 @@ using DatabaseProvider = std::function<store::Database&(const QString& path)>;
 /// Told the rows laid out so far and all of them; false cancels the run.
 using Progress = std::function<bool(int done, int total)>;
 
+/// Given the first page of a long report as soon as it is settled, before the rest is laid out: a document that isn't
+/// complete. Not called for a report that is done at once, or one that leaves out its first page.
+using FirstPage = std::function<void(Document&&)>;
+
 /// Runs a report file to finished pages; nothing if it was cancelled. Raises ReportError, or what the store raises.
 [[nodiscard]] std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf,
-                                             const Progress& progress = {});
+                                             const Progress& progress = {}, const FirstPage& firstPage = {});
 /// The same for a definition that was read already; the request's file only serves messages.
 [[nodiscard]] std::optional<Document> render(const Definition& definition, const RunRequest& request,
-                                             const DatabaseProvider& databaseOf, const Progress& progress = {});
+                                             const DatabaseProvider& databaseOf, const Progress& progress = {},
+                                             const FirstPage& firstPage = {});
 
 } // namespace orlo::reports

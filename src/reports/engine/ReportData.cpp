@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr int RowsBetweenProgress = 500;
+const QString SelectionPlace = QStringLiteral("selection formula");
 
 struct Cancelled {
 };
@@ -66,13 +67,15 @@ public:
     {
         BoundReport report;
         report.definition = definition;
-        std::vector<FormulaNode> rest;
-        report.rows = mainRows(report, databases, selection, rest);
+        report.rows = mainRows(report, databases, selection);
         for (const Lookup& lookup : definition.lookups)
             join(report, lookup, read(databases, lookup.source, lookup.source.query));
         bind(report);
-        if (!rest.empty())
-            filter(report, rest);
+        try {
+            filter(report, selection);
+        } catch (const ReportError& error) {
+            throw error.inFile(SelectionPlace);
+        }
         sort(report);
         if (!report.definition.unique.isEmpty())
             dropRepeated(report);
@@ -117,20 +120,18 @@ private:
         }
     }
 
-    /// The query's rows. Conditions on its own columns go into it; the others are left in `rest` for later.
-    RowSet mainRows(const BoundReport& report, const Slots& databases, const Formula& selection,
-                    std::vector<FormulaNode>& rest)
+    /// The query's rows. Conditions on its own columns go into it, so that few are read of many.
+    RowSet mainRows(const BoundReport& report, const Slots& databases, const Formula& selection)
     {
         const Source& source = report.definition.source;
         if (selection.isEmpty())
             return read(databases, source, source.query);
         const RowSet shape = read(databases, source, withCondition(source.query, QStringLiteral("1 = 0")));
-        const Selection parts = handDown(selection, [&](const QString& field) -> std::optional<QString> {
+        const QString condition = handDown(selection, [&](const QString& field) -> std::optional<QString> {
             const int column = shape.columnOf(columnNamed(report.definition, field));
             return column < 0 ? std::nullopt : std::optional(shape.columns[column]);
         });
-        rest = parts.rest;
-        return read(databases, source, withCondition(source.query, parts.condition));
+        return read(databases, source, withCondition(source.query, condition));
     }
 
     /// The column behind a name that the definition's "field" lines give, or the name itself.
@@ -207,20 +208,16 @@ private:
                               formula.root().place);
     }
 
-    void filter(BoundReport& report, std::vector<FormulaNode>& rest) const
+    void filter(BoundReport& report, Formula selection) const
     {
-        std::vector<Formula> conditions;
-        for (FormulaNode& node : rest) {
-            Formula condition(std::move(node));
-            bindOne(report, condition, report.definition.names.size(), false);
-            conditions.push_back(std::move(condition));
-        }
+        if (selection.isEmpty())
+            return;
+        bindOne(report, selection, report.definition.names.size(), false);
         RowScope scope(report.definition, report.rows, m_facts);
         std::vector<std::vector<Value>> kept;
         for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row)
-            if (std::all_of(conditions.begin(), conditions.end(),
-                            [&](const Formula& condition) { return condition.holds(scope); }))
-                kept.push_back(report.rows.rows[scope.row]);
+            if (selection.holds(scope))
+                kept.push_back(std::move(report.rows.rows[scope.row]));
         report.rows.rows = std::move(kept);
     }
 
@@ -339,7 +336,7 @@ Formula readSelection(const RunRequest& request)
         selection.requireCondition();
         return selection;
     } catch (const ReportError& error) {
-        throw error.inFile(QStringLiteral("selection formula"));
+        throw error.inFile(SelectionPlace);
     }
 }
 

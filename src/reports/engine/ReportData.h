@@ -45,7 +45,7 @@ public:
     RowRange range;               ///< what a summary without a group's name covers
     std::vector<RowRange> groups; ///< the open groups, outermost first
     int pageNumber = 0;
-    int pageCount = 0;
+    int pageCount = 0; ///< 0 while it isn't known
     bool repeated = false;
 
 private:

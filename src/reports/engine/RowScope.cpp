@@ -33,7 +33,7 @@ Value RowScope::word(Word word) const
     case Word::PageNumber:
         return pageNumber;
     case Word::PageCount:
-        return pageCount;
+        return pageCount > 0 ? Value(pageCount) : Value(QStringLiteral("…"));
     case Word::PrintDate:
         return Value(m_facts.printDate);
     case Word::PrintTime:

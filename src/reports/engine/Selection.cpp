@@ -110,21 +110,18 @@ private:
 
 } // namespace
 
-Selection handDown(const Formula& formula, const ColumnOf& columnOf)
+QString handDown(const Formula& formula, const ColumnOf& columnOf)
 {
-    Selection selection;
+    QString condition;
     const Writer writer(columnOf);
     const FormulaNode& root = formula.root();
     const std::span<const FormulaNode> parts =
         root.kind == Kind::And ? std::span<const FormulaNode>(root.children) : std::span(&root, 1);
     for (const FormulaNode& part : parts) {
-        if (const Written condition = writer.condition(part))
-            selection.condition +=
-                (selection.condition.isEmpty() ? QStringLiteral("(") : QStringLiteral(" And (")) + *condition + u')';
-        else
-            selection.rest.push_back(part);
+        if (const Written one = writer.condition(part))
+            condition += (condition.isEmpty() ? QStringLiteral("(") : QStringLiteral(" And (")) + *one + u')';
     }
-    return selection;
+    return condition;
 }
 
 QString withCondition(const QString& query, const QString& condition)

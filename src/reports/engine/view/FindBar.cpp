@@ -56,6 +56,13 @@ FindBar::FindBar(std::shared_ptr<const Document> document, PageView& view, QActi
     hide();
 }
 
+void FindBar::setDocument(std::shared_ptr<const Document> document)
+{
+    m_document = std::move(document);
+    if (isVisible())
+        search(m_text->text());
+}
+
 void FindBar::open()
 {
     show();

@@ -23,6 +23,8 @@ class FindBar : public QWidget
 public:
     FindBar(std::shared_ptr<const Document> document, PageView& view, QAction* previous, QAction* next);
 
+    /// Finds in another document from now on.
+    void setDocument(std::shared_ptr<const Document> document);
     /// Shows the bar, with its text selected for being typed over.
     void open();
     /// Hides the bar and the marks.

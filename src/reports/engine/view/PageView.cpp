@@ -61,6 +61,15 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     viewport()->setCursor(Qt::OpenHandCursor);
     horizontalScrollBar()->setSingleStep(LineStep);
     verticalScrollBar()->setSingleStep(LineStep);
+    describePage();
+}
+
+void PageView::setDocument(std::shared_ptr<const Document> document)
+{
+    m_document = std::move(document);
+    layOut();
+    viewport()->update();
+    describePage();
 }
 
 int PageView::pageCount() const
@@ -330,8 +339,13 @@ void PageView::setCurrentPage(int page)
     if (page == m_currentPage)
         return;
     m_currentPage = page;
-    setAccessibleDescription(tr("Page %1 of %2").arg(page + 1).arg(pageCount()));
+    describePage();
     Q_EMIT currentPageChanged(page);
+}
+
+void PageView::describePage()
+{
+    setAccessibleDescription(tr("Page %1 of %2").arg(m_currentPage + 1).arg(pageCount()));
 }
 
 } // namespace orlo::reports

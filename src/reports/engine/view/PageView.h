@@ -31,6 +31,9 @@ public:
 
     explicit PageView(std::shared_ptr<const Document> document, QWidget* parent = nullptr);
 
+    /// Shows the whole of the document whose first page alone stood here; the reader's place stays.
+    void setDocument(std::shared_ptr<const Document> document);
+
     [[nodiscard]] int pageCount() const;
     /// The page at the upper part of the window, or the one last gone to.
     [[nodiscard]] int currentPage() const { return m_currentPage; }
@@ -75,6 +78,7 @@ private:
     void showBox(const Hit& hit);
     void noteCurrentPage();
     void setCurrentPage(int page);
+    void describePage();
 
     std::shared_ptr<const Document> m_document;
     double m_zoom = 1;

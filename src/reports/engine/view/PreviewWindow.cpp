@@ -75,7 +75,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
     makeActions();
     makeMenus();
     makeToolBar();
-    makePageList();
+    makeSide();
     m_findBar = new FindBar(m_document, *m_view, m_findPrevious, m_findNext);
     auto* centre = new QWidget;
     auto* column = new QVBoxLayout(centre);
@@ -87,10 +87,35 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
 
     connect(m_view, &PageView::currentPageChanged, this, &PreviewWindow::showPage);
     connect(m_view, &PageView::zoomChanged, this, &PreviewWindow::showZoom);
-    showPage(0);
+    fitToDocument();
     showZoom();
     resize(PreferredSize.boundedTo(screen()->availableSize() * 0.9));
     m_view->setFocus();
+}
+
+void PreviewWindow::setDocument(std::shared_ptr<const Document> document)
+{
+    m_document = std::move(document);
+    m_view->setDocument(m_document);
+    m_findBar->setDocument(m_document);
+    fitToDocument();
+}
+
+void PreviewWindow::fitToDocument()
+{
+    delete std::exchange(m_pageList, new PageList(m_document));
+    m_side->setWidget(m_pageList);
+    connect(m_pageList, &PageList::pagePicked, m_view, &PageView::goToPage);
+    {
+        const QSignalBlocker quiet(m_page);
+        m_page->setRange(1, std::max(m_view->pageCount(), 1));
+        m_page->setSuffix(m_document->complete ? tr(" of %1").arg(m_view->pageCount()) : tr(" of …"));
+    }
+    const bool whole = m_document->complete;
+    m_print->setEnabled(whole && m_view->pageCount() > 0);
+    m_savePdf->setEnabled(whole && m_view->pageCount() > 0);
+    m_saveCsv->setEnabled(whole);
+    showPage(m_view->currentPage());
 }
 
 void PreviewWindow::setPageListVisible(bool visible)
@@ -177,8 +202,6 @@ void PreviewWindow::makeActions()
                             [this] { m_findBar->step(1); });
     m_findPrevious = makeAction("actFindPrevious", tr("Find Pre&vious"), Glyph::Up,
                                 {QKeySequence(Qt::SHIFT | Qt::Key_F3)}, [this] { m_findBar->step(-1); });
-    m_print->setEnabled(m_view->pageCount() > 0);
-    m_savePdf->setEnabled(m_view->pageCount() > 0);
 }
 
 void PreviewWindow::makeMenus()
@@ -241,14 +264,14 @@ void PreviewWindow::makePageBox()
     m_page->setObjectName(QStringLiteral("spnPage"));
     m_page->setAccessibleName(tr("Page"));
     m_page->setToolTip(tr("Page"));
-    m_page->setRange(1, std::max(m_view->pageCount(), 1));
-    m_page->setSuffix(tr(" of %1").arg(m_view->pageCount()));
     m_page->setButtonSymbols(QAbstractSpinBox::NoButtons);
     m_page->setAlignment(Qt::AlignCenter);
     m_page->setKeyboardTracking(false);
     m_page->setFocusPolicy(Qt::StrongFocus);
     connect(m_page, &QSpinBox::valueChanged, this, [this](int page) { m_view->goToPage(page - 1); });
-    connect(m_page->findChild<QLineEdit*>(), &QLineEdit::returnPressed, m_view, [this] { m_view->setFocus(); });
+    auto* typed = m_page->findChild<QLineEdit*>();
+    typed->setAccessibleName(tr("Page"));
+    connect(typed, &QLineEdit::returnPressed, m_view, [this] { m_view->setFocus(); });
     m_toolBar->addWidget(m_page);
 }
 
@@ -274,18 +297,15 @@ void PreviewWindow::makeZoomBox()
     m_toolBar->addWidget(m_zoom);
 }
 
-void PreviewWindow::makePageList()
+void PreviewWindow::makeSide()
 {
-    m_pageList = new PageList(m_document);
     m_side->setObjectName(QStringLiteral("dckPageList"));
     m_side->setFeatures(QDockWidget::DockWidgetClosable);
     m_side->setAllowedAreas(Qt::LeftDockWidgetArea);
     m_side->setTitleBarWidget(new QWidget); // the tabs say it all
-    m_side->setWidget(m_pageList);
     addDockWidget(Qt::LeftDockWidgetArea, m_side);
     resizeDocks({m_side}, {SideWidth}, Qt::Horizontal);
     m_side->hide();
-    connect(m_pageList, &PageList::pagePicked, m_view, &PageView::goToPage);
 }
 
 void PreviewWindow::showPage(int page)

@@ -31,6 +31,8 @@ class PreviewWindow : public QMainWindow
 public:
     explicit PreviewWindow(std::shared_ptr<const Document> document);
 
+    /// Puts the whole document in the place of its first page, which was shown before the rest was there.
+    void setDocument(std::shared_ptr<const Document> document);
     [[nodiscard]] const Document& document() const { return *m_document; }
     [[nodiscard]] PageView& view() const { return *m_view; }
     void setPageListVisible(bool visible);
@@ -51,7 +53,8 @@ private:
     void makeToolBar();
     void makePageBox();
     void makeZoomBox();
-    void makePageList();
+    void makeSide();
+    void fitToDocument();
     void showPage(int page);
     void showZoom();
     void takeZoom(const QString& text);

@@ -10,6 +10,7 @@
 #include "reports/engine/view/RunProgress.h"
 #include "store/engine/Database.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QPrinter>
@@ -40,6 +41,17 @@ public:
 
 private:
     std::map<QString, store::Database> m_opened;
+};
+
+// The preview of a run that isn't over: gone with the run, unless that comes to its end.
+struct BegunPreview {
+    QPointer<PreviewWindow> window;
+
+    BegunPreview() = default;
+    ~BegunPreview() { delete window.data(); }
+    BegunPreview(const BegunPreview&) = delete;
+    BegunPreview& operator=(const BegunPreview&) = delete;
+    PreviewWindow* release() { return std::exchange(window, nullptr).data(); }
 };
 
 // What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
@@ -83,7 +95,7 @@ void ReportControl::setReportFile(const QString& path)
 void ReportControl::setDatabaseFile(int slot, const QString& path)
 {
     const bool ofSubreport = m_subreportPointed && !m_subreport.isEmpty();
-    Slots& databases = ofSubreport ? m_request.subreports[m_subreport] : m_request.databases;
+    Slots& databases = ofSubreport ? m_request.subreports[m_subreport.toCaseFolded()] : m_request.databases;
     databases[slot] = path;
 }
 
@@ -91,7 +103,7 @@ QString ReportControl::databaseFile(int slot, const QString& subreport) const
 {
     const Slots* databases = &m_request.databases;
     if (!subreport.isEmpty()) {
-        const auto found = m_request.subreports.find(subreport);
+        const auto found = m_request.subreports.find(subreport.toCaseFolded());
         if (found == m_request.subreports.end())
             return {};
         databases = &found->second;
@@ -147,16 +159,29 @@ int ReportControl::execute()
     const RunRequest request = m_request;
     RunDatabases databases;
     std::optional<Document> document;
+    BegunPreview begun;
     {
         RunProgress progress(QStringLiteral("Preparing the report…"));
-        document = render(request, std::ref(databases), std::ref(progress));
+        const auto goOn = [&](int done, int total) {
+            if (begun.window) // let its page be painted, while nobody can reach the program's windows
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            return progress(done, total);
+        };
+        const auto showFirst = [&](Document&& first) {
+            if (self)
+                begun.window = show(std::move(first));
+        };
+        document = render(request, std::ref(databases), goOn, m_destination == ToPreview ? showFirst : FirstPage());
     }
     if (!document)
         return UserInterrupt;
     if (!self)
         return 0;
     if (m_destination == ToPreview) {
-        show(std::move(*document));
+        if (PreviewWindow* window = begun.release())
+            window->setDocument(std::make_shared<const Document>(std::move(*document)));
+        else
+            show(std::move(*document));
         return 0;
     }
     const std::unique_ptr<QPrinter> printer = defaultPrinter();
@@ -178,7 +203,7 @@ void ReportControl::setDatabaseProvider(std::function<store::Database*(const QSt
     theProvider = std::move(provider);
 }
 
-void ReportControl::show(Document&& document)
+PreviewWindow* ReportControl::show(Document&& document)
 {
     auto* window = new PreviewWindow(std::make_shared<const Document>(std::move(document)));
     m_preview = window;
@@ -191,12 +216,13 @@ void ReportControl::show(Document&& document)
         break;
     case PreviewMinimised:
         window->showMinimized();
-        return;
+        return window;
     default:
         window->show();
     }
     window->raise();
     window->activateWindow();
+    return window;
 }
 
 void ReportControl::tell(const QString& text)

@@ -91,7 +91,7 @@ public:
 
 private:
     int execute();
-    void show(Document&& document);
+    PreviewWindow* show(Document&& document);
     void tell(const QString& text);
 
     RunRequest m_request;
