@@ -1,4 +1,5 @@
 #include "PackFile.h"
+#include "PeopleList.h"
 #include "Subjects.h"
 #include "Table.h"
 #include "scouts/frmScouts.h"
@@ -6,10 +7,6 @@
 #include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
 #include "widgets/TextGrid.h"
-
-#include <QCoreApplication>
-#include <QEvent>
-#include <QListWidget>
 
 #include <sqlite3.h>
 
@@ -21,7 +18,7 @@ namespace
 
 constexpr int Scouts = 10'000;
 constexpr int Awards = 200'000;
-constexpr auto AllScouts = "Select * From Scouts Where Active = 'Y' Order by Last_Name, First_Name";
+const PeopleList<frmScouts> List{"Scouts", Scouts};
 
 QByteArray awardedSql(int scouts)
 {
@@ -45,30 +42,6 @@ template <class W>
 W& control(const char* name)
 {
     return *form().findChild<W*>(QString::fromLatin1(name));
-}
-
-// The same query and a plain list with the same texts.
-void fillPlainList(const PlainDatabase& plain)
-{
-    QListWidget list;
-    list.show();
-    const auto scouts = plain.prepare(AllScouts);
-    while (step(scouts))
-        list.addItem(textOf(scouts, 2) + QLatin1String(", ") + textOf(scouts, 1) + u' ' + textOf(scouts, 3) +
-                     QLatin1String(". "));
-    if (list.count() != Scouts)
-        qFatal("the list has %d rows", list.count());
-}
-
-double open()
-{
-    widgets::Instance<frmScouts>::unload();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    return timed([] {
-        form().show();
-        if (control<widgets::ListBox>("lbScouts").listCount() != Scouts)
-            qFatal("the list isn't full");
-    });
 }
 
 double filterAndBack()
@@ -113,7 +86,7 @@ double readRows(const PlainDatabase& plain, const std::vector<int>& sids)
 std::vector<int> clickedSids(const PlainDatabase& plain, int scouts)
 {
     std::vector<int> inOrder;
-    const auto all = plain.prepare(AllScouts);
+    const auto all = plain.prepare(List.select());
     while (step(all))
         inOrder.push_back(sqlite3_column_int(all.get(), 0));
     std::vector<int> clicked;
@@ -137,8 +110,9 @@ void openScouts(Table& table)
         few = clickRows(1'000);
     }
     const OpenPack pack(file);
-    const Work plainList = [&] { return timed([&] { fillPlainList(plain); }); };
-    table.compare({"open frmScouts on 10,000 scouts", "query into a plain list", 2.0, open, plainList, 9});
+    const Work plainList = [&] { return List.fillPlain(plain); };
+    table.compare(
+        {"open frmScouts on 10,000 scouts", "query into a plain list", 2.0, [] { return List.open(); }, plainList, 9});
     const std::vector<int> sids = clickedSids(plain, Scouts);
     const Work clicks = [] { return clickRows(Scouts); };
     table.compare({"50 clicks in the list, 200,000 awards", "the same reads, C API", 3.0, clicks,

@@ -1,5 +1,6 @@
 #include "adults/dlgFindAdult.h"
 
+#include "adults/LeaderLists.h"
 #include "adults/frmAdults.h"
 #include "shell/Module1.h"
 #include "ui_dlgFindAdult.h"
@@ -49,7 +50,7 @@ void dlgFindAdult::handOver(frmAdults& form)
 {
     std::int16_t den = -1;
     if (!ui->cmbDen->text().isEmpty() && mDenIndex >= 0)
-        den = mDenSIDs[static_cast<std::size_t>(mDenIndex)];
+        den = leaderLists::entry(mDenSIDs, mDenIndex);
     form.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text(), den);
 }
 

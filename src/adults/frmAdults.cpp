@@ -12,6 +12,8 @@
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
 
+#include <QStringBuilder>
+
 namespace orlo
 {
 
@@ -85,7 +87,7 @@ void frmAdults::bindFields()
 
 void frmAdults::load()
 {
-    dataDenAssignments->setDatabase(&database());
+    dataDenAssignments->setDatabase(database);
     applyPositionLayout();
     openSet();
     SetUpAwardGrid({{200, Qt::AlignLeft, QString()},
@@ -172,6 +174,14 @@ void frmAdults::setFieldsEnabled(bool enabled)
         field->setEnabled(enabled);
 }
 
+// Without an adult, positions and awards are out of reach, too.
+void frmAdults::DisableFields()
+{
+    setFieldsEnabled(false);
+    ui->tabAdult->setCurrentIndex(0);
+    ui->tabAdult->setEnabled(false);
+}
+
 // ---- List, filters, find
 
 void frmAdults::openSet()
@@ -184,12 +194,21 @@ void frmAdults::PopulateNavLB()
     trapped([this] { PeopleForm::PopulateNavLB(); });
 }
 
+// The first filling leaves "<All>" standing: a text that is put back opens the set once more.
 void frmAdults::LoadDenLists()
 {
     trapped([this] {
-        const int rows = std::max(0, ui->cmbSelectedDens->listCount() - 1); // without "<All>"
-        if (readDens() && rows != static_cast<int>(mDenSIDs.size()))
+        widgets::ComboBox& filter = *ui->cmbSelectedDens;
+        const int rows = filter.listCount();
+        if (!readDens() || std::max(0, rows - 1) == static_cast<int>(mDenSIDs.size())) // less "<All>"
+            return;
+        if (rows > 0 || filtersByDen() || filter.text().isEmpty()) {
             rebuildDenFilter();
+            return;
+        }
+        for (const QString& den : std::as_const(m_denTexts))
+            filter.addItem(den);
+        filter.addItem(filter.text());
     });
 }
 
@@ -243,7 +262,8 @@ QString frmAdults::noDensText() const
 
 QString frmAdults::middlePart(const QString& initial) const
 {
-    return initial.trimmed().isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
+    return QStringView(initial).trimmed().isEmpty() ? QStringLiteral(" ")
+                                                    : QString(u' ' % initial % QStringLiteral(". "));
 }
 
 // ---- Positions
@@ -282,10 +302,15 @@ std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& pa
     return platform::toInt16(platform::val(grid.columnText(DenSID)));
 }
 
-// The position hangs on a stored adult.
+// The position hangs on a stored adult. A set without records is no reason to stop here, as it is for cmdSave.
 void frmAdults::cmdAddDenAssn_Click()
 {
-    cmdSave_Click();
+    SaveRecord();
+    ui->txtFirst->setFocus();
+    ui->cmdSave->setEnabled(false);
+    ui->cmdNew->setEnabled(true);
+    ui->cmdDelete->setEnabled(true);
+    enableExtraButtons(true);
     widgets::Instance<dlgAddDenLeaderAsign>::showWaiting();
 }
 

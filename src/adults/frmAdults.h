@@ -44,7 +44,7 @@ protected:
     void ClearRecord() override;
     void SaveRecord() override;
     void EnableFields() override { setFieldsEnabled(true); }
-    void DisableFields() override { setFieldsEnabled(false); }
+    void DisableFields() override;
 
     void openSet() override;
     void reloadDependants() override { PopulateDenAssignments(); }

@@ -17,9 +17,16 @@ DenLeaderBox::DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, Owner o
 
 bool DenLeaderBox::eventFilter(QObject* watched, QEvent* event)
 {
-    // A window that comes to the front again moves no focus between controls.
-    if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent*>(event)->reason() != Qt::ActiveWindowFocusReason)
-        m_armed = true;
+    // A window that comes to the front again, or a menu that closes, moves no focus between controls.
+    if (event->type() == QEvent::FocusIn)
+        switch (static_cast<QFocusEvent*>(event)->reason()) {
+        case Qt::ActiveWindowFocusReason:
+        case Qt::PopupFocusReason:
+        case Qt::MenuBarFocusReason:
+            break;
+        default:
+            m_armed = true;
+        }
     return QObject::eventFilter(watched, event);
 }
 

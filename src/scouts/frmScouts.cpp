@@ -146,7 +146,7 @@ void frmScouts::FillRecord()
         ui->comDen->setText(QString());
         mDenSID = 0;
     }
-    ui->txtScoutNote->setPlainText(record[u"Note"].textOrEmpty());
+    showText(*ui->txtScoutNote, record[u"Note"].textOrEmpty());
     mCurrentSID = GetScoutSID();
     ui->cmdSave->setEnabled(false);
     ShowRecordInfo();
@@ -271,12 +271,26 @@ void frmScouts::finishNew()
     }
     const QString den = ui->cmbSelectedDens->text();
     ui->comDen->setText(den);
+    if (const int row = ui->cmbSelectedDens->listIndex(); row >= 0)
+        ui->comDen->setListIndex(row);
     mDenSID = GetDenSID(den);
 }
 
 void frmScouts::cmdDelete_Click()
 {
     PeopleForm::cmdDelete_Click();
+    TestPendingError();
+}
+
+void frmScouts::deleteAwards()
+{
+    PeopleForm::deleteAwards();
+    TestPendingError();
+}
+
+void frmScouts::cmdFind_Click()
+{
+    PeopleForm::cmdFind_Click();
     TestPendingError();
 }
 
@@ -316,7 +330,16 @@ QString frmScouts::denCriterion(std::int16_t den) const
 
 std::int16_t frmScouts::GetDenSID(const QString& denName) const
 {
-    return denOfRow(*ui->comDen, denName);
+    const std::int16_t den = denOfRow(*ui->comDen, denName);
+    TestPendingError();
+    return den;
+}
+
+QString frmScouts::GetDenName(std::int16_t denSID) const
+{
+    QString name = PeopleForm::GetDenName(denSID);
+    TestPendingError();
+    return name;
 }
 
 // The filter is rebuilt only where both lists are short. comDen gets no text back: mDenSID keeps its value.
@@ -324,14 +347,15 @@ void frmScouts::LoadDenLists()
 {
     const int filterRows = std::max(0, ui->cmbSelectedDens->listCount() - 1);
     const int denRows = ui->comDen->listCount();
-    if (!readDens())
-        return;
-    const int dens = static_cast<int>(mDenSIDs.size());
-    ui->comDen->clear();
-    for (const QString& den : std::as_const(m_denTexts))
-        ui->comDen->addItem(den);
-    if (filterRows != dens && denRows != dens)
-        rebuildDenFilter();
+    if (readDens()) {
+        const int dens = static_cast<int>(mDenSIDs.size());
+        ui->comDen->clear();
+        for (const QString& den : std::as_const(m_denTexts))
+            ui->comDen->addItem(den);
+        if (filterRows != dens && denRows != dens)
+            rebuildDenFilter();
+    }
+    TestPendingError();
 }
 
 void frmScouts::showFindDialog()
@@ -437,10 +461,8 @@ void frmScouts::cmdEditAward_Click()
         if (gEditSaved) {
             database().execute(QStringLiteral("Update Assigned_Awards_Scouts Set Quantity = %1, Insignia_Sid = %2, "
                                               "Date_Assigned = #%3#  Where Assigned_SID = %4")
-                                   .arg(gEditQuantity)
-                                   .arg(gEditInsigniaSID)
-                                   .arg(gEditDate)
-                                   .arg(gEditAssignedSID));
+                                   .arg(QString::number(gEditQuantity), QString::number(gEditInsigniaSID), gEditDate,
+                                        QString::number(gEditAssignedSID)));
             ReloadAwardGrid();
         }
     }

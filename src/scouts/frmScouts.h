@@ -24,6 +24,7 @@ public:
     /// The scout of the current record of the set.
     [[nodiscard]] std::int16_t GetScoutSID() const;
     [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
+    [[nodiscard]] QString GetDenName(std::int16_t denSID) const override;
     /// The den of the record on screen.
     [[nodiscard]] std::int16_t GetDenSIDPub() const { return mDenSID; }
     void SetFindData(const QString& first, const QString& last, const QString& initial);
@@ -46,6 +47,8 @@ protected:
     void cmdPrevious_Click() override;
     void cmdNew_Click() override;
     void cmdDelete_Click() override;
+    void cmdFind_Click() override;
+    void deleteAwards() override;
 
     void openSet() override;
     void setDefaults() override;

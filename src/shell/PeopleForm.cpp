@@ -55,7 +55,7 @@ void PeopleForm::bindFilters(const FilterControls& controls)
         PromptSaveChanges();
         LoadDenLists();
     });
-    connect(listControls().cmdFind, &QPushButton::clicked, this, &PeopleForm::cmdFind_Click);
+    connect(listControls().cmdFind, &QPushButton::clicked, this, [this] { cmdFind_Click(); });
     connect(listControls().tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
 }
 
@@ -224,7 +224,10 @@ void PeopleForm::rebuildDenFilter()
     for (const QString& den : std::as_const(m_denTexts))
         filter.addItem(den);
     filter.addItem(AllDens);
-    filter.setText(kept.isEmpty() ? filter.list(0) : kept);
+    if (kept.isEmpty())
+        filter.setListIndex(0);
+    else
+        filter.setText(kept);
 }
 
 std::int16_t PeopleForm::denOfRow(const widgets::ComboBox& list, const QString& denName) const
@@ -302,9 +305,10 @@ void PeopleForm::cmdFind_Click()
         SelectListRow(1);
     } else {
         widgets::message(nothingFoundText(), QStringLiteral("No Data Found"));
-        const QString index = mRecordIndex;
+        const int index = recordIndex();
         openSet();
-        mRecordIndex = index;
+        if (index <= mRecordCount) // a record saved out of the view took its row along
+            setRecordIndex(index);
         SetNavButtons();
         FillRecord();
         SelectListRow(recordIndex());
@@ -356,6 +360,7 @@ void PeopleForm::cutAwardGrid()
 
 void PeopleForm::ReloadAwardGrid()
 {
+    const widgets::RedrawHold hold(*m_awards.grid);
     cutAwardGrid();
     m_awards.name->setText(personName());
     LoadAwardRows();
@@ -370,10 +375,9 @@ QString PeopleForm::personName() const
 void PeopleForm::LoadAwardRows()
 {
     auto& grid = *m_awards.grid;
-    grid.setRedraw(false);
+    const widgets::RedrawHold hold(grid);
     for (auto awards = database().openRecordset(awardStatement(currentPerson())); !awards.eof(); awards.moveNext())
         fillAwardRow(grid, grid.addRow(), awards);
-    grid.setRedraw(true);
 }
 
 QString PeopleForm::awardText(const store::Recordset& award)

@@ -34,7 +34,7 @@ public:
     /// The key of the den that a den list shows under this text; -1 for none and for "".
     [[nodiscard]] virtual std::int16_t GetDenSID(const QString& denName) const = 0;
     /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
-    [[nodiscard]] QString GetDenName(std::int16_t denSID) const;
+    [[nodiscard]] virtual QString GetDenName(std::int16_t denSID) const;
     /// Shows the awards of the current record.
     virtual void ReloadAwardGrid();
 
@@ -100,7 +100,7 @@ protected:
     [[nodiscard]] bool filtersByDen() const;
     /// What the find criteria on names add up to, each part after the first joined by " and "; "" without any.
     [[nodiscard]] QString nameCriteria() const;
-    void cmdFind_Click();
+    virtual void cmdFind_Click();
     [[nodiscard]] QString newRowText() const override;
 
     /// Opens the dens in number order and keeps their keys. False, after the message, where there are none.

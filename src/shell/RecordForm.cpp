@@ -76,6 +76,12 @@ void RecordForm::showText(QLineEdit& box, const QString& text)
         box.setText(text);
 }
 
+void RecordForm::showText(QPlainTextEdit& box, const QString& text)
+{
+    if (box.toPlainText() != text)
+        box.setPlainText(text);
+}
+
 void RecordForm::ShowRecordInfo()
 {
     QString info = QStringLiteral("None");

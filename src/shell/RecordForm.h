@@ -9,6 +9,7 @@
 
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 
 namespace orlo
 {
@@ -80,8 +81,9 @@ protected:
     virtual void cmdCancel_Click() = 0;
     void cmdExit_Click();
 
-    /// Sets a box's text; one that holds it already isn't laid out again.
+    /// Set a box's text; one that holds it already isn't laid out again.
     static void showText(QLineEdit& box, const QString& text);
+    static void showText(QPlainTextEdit& box, const QString& text);
     void ShowRecordInfo();
     void PromptSaveChanges();
     void DisableRecordButtons();

@@ -1,35 +1,77 @@
+#include "awards/frmAddAwardsToScout.h"
+#include "scouts/frmScouts.h"
+#include "support/RecordScreen.h"
 #include "support/Sqlite.h"
-#include "support/TestApp.h"
 
-#include <QProcess>
+#include <QLineEdit>
+
 #include <QRandomGenerator>
 
 #include <cstdio>
+#include <map>
 
 using namespace orlo;
 
 namespace
 {
 
-constexpr int Kills = 100;
-constexpr int MostRows = 2000;          // far more than a child gets to before its end
-constexpr quint32 LongestDelay = 30000; // microseconds from the first row on
+constexpr int MostTimes = 2000;         // far more than a child gets to before its end
+constexpr quint32 LongestDelay = 30000; // microseconds from the first time on
 
-// The child: gives one award to person after person, the way of the bulk assignment, and tells every row that the
-// engine has acknowledged.
-int assign(const QString& path)
+// What a child does time and again, for the n-th time. Every row that the engine acknowledged is there for good.
+
+// Gives one award to person after person, the way of the bulk assignment.
+void assign(int n)
 {
-    auto file = store::DBEngine::openDatabase(path);
-    for (int scout = 1; scout <= MostRows; ++scout) {
-        auto awards = file.openRecordset("Select * From Assigned_Awards_Scouts Where Insignia_SID = 0");
-        awards.addNew();
-        awards.setValue(u"Scout_SID", QString::number(scout));
-        awards.setValue(u"Insignia_SID", 7);
-        awards.setValue(u"Date_Assigned", u"2/5/2026");
-        awards.setValue(u"Year", 2026);
-        awards.setValue(u"Month", 2);
-        awards.update();
-        std::puts("row");
+    auto awards = database().openRecordset("Select * From Assigned_Awards_Scouts Where Insignia_SID = 0");
+    awards.addNew();
+    awards.setValue(u"Scout_SID", n);
+    awards.setValue(u"Insignia_SID", 7);
+    awards.setValue(u"Date_Assigned", u"2/5/2026");
+    awards.setValue(u"Year", 2026);
+    awards.setValue(u"Month", 2);
+    awards.update();
+}
+
+void saveScout(int n)
+{
+    const auto& form = widgets::Instance<frmScouts>::get();
+    test::control<QPushButton>(form, "cmdNew").click();
+    test::control<QLineEdit>(form, "txtFirst").setText(QString::number(n));
+    test::control<QLineEdit>(form, "txtPackStartDate").setText("2/5/2026");
+    test::control<QPushButton>(form, "cmdSave").click();
+}
+
+// Adds the two awards of the catalogue to the scout on screen.
+void addAwards(int)
+{
+    static_cast<void>(widgets::Instance<frmScouts>::get());
+    const auto& form = widgets::Instance<frmAddAwardsToScout>::get();
+    test::control<QPushButton>(form, "cmdSelectAll").click();
+    test::control<QLineEdit>(form, "txtAssignedDate").setText("2/5/2026");
+    test::control<QPushButton>(form, "cmdAddToScout").click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+constexpr auto AwardRows =
+    "Select Scout_SID, Insignia_SID, Date_Assigned, Year, Month From Assigned_Awards_Scouts Order By Assigned_SID";
+constexpr auto ScoutRows = "Select First_Name, Active, Birth_Date, Pack_Start_Date From Scouts Order By Scout_SID";
+constexpr auto Catalogue = "Insert Into Dens (Den_SID, Den_Number, Den_Type) Values (1, 3, 'Wolf');"
+                           "Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values "
+                           "(1, 'Bear', 'Pin'), (2, 'Wolf', 'Pin');";
+constexpr auto Person = "Insert Into Scouts (Scout_SID, First_Name, Active) Values (9, 'Ann', 'Y')";
+
+const std::map<QByteArray, void (*)(int)> Works{{"assign", assign}, {"saveScout", saveScout}, {"addAwards", addAwards}};
+
+// The child: works, and tells every time that it's done.
+int work(const QByteArray& name, const QString& folder)
+{
+    gAppPath = folder;
+    gDbName = "\\Quorrel11.mdb";
+    gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+    for (int n = 1; n <= MostTimes; ++n) {
+        Works.at(name)(n);
+        std::puts("done");
         std::fflush(stdout);
     }
     return 0;
@@ -42,42 +84,56 @@ class tst_kill : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void acknowledgedRowsSurvive_data()
+    {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QByteArray>("select");
+        QTest::addColumn<QString>("row"); // %1 counts a run's times, or the rows of one time where it has several
+        QTest::addColumn<int>("rowsEach");
+        QTest::newRow("assign") << "" << QByteArray(AwardRows) << "%1|7|2026-02-05|2026|2" << 1;
+        QTest::newRow("saveScout") << Catalogue << QByteArray(ScoutRows) << "%1|Y|1001-01-01|2026-02-05" << 1;
+        QTest::newRow("addAwards") << QString(Catalogue) + Person << QByteArray(AwardRows) << "9|%1|2026-02-05|2026|2"
+                                   << 2;
+    }
     void acknowledgedRowsSurvive()
     {
+        QFETCH(QString, sql);
+        QFETCH(QByteArray, select);
+        QFETCH(QString, row);
+        QFETCH(int, rowsEach);
         const test::AppFolder folder;
         gDatabase.reset();
+        test::fill(sql);
         const QString path = folder.path() + "/Quorrel11.mdb";
         QRandomGenerator random(20260205);
+        const int kills = qEnvironmentVariable("ORLO_KILLS", "30").toInt();
+        QVERIFY(kills > 0);
         int rows = 0;
         int unfinished = 0; // kills that left a journal to roll back
-        for (int kill = 1; kill <= Kills; ++kill) {
+        for (int kill = 1; kill <= kills; ++kill) {
             QProcess child;
-            child.start(QCoreApplication::applicationFilePath(), {"--assign", path});
+            child.start(QCoreApplication::applicationFilePath(), {"--work", QTest::currentDataTag(), folder.path()});
             QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
             QThread::usleep(random.bounded(LongestDelay));
             child.kill();
             QVERIFY(child.waitForFinished(20000));
             QCOMPARE(child.exitStatus(), QProcess::CrashExit); // it was cut off and hadn't ended by itself
-            const int acknowledged = int(child.readAllStandardOutput().count('\n'));
+            const int acknowledged = int(child.readAllStandardOutput().count('\n')) * rowsEach;
             QVERIFY(acknowledged > 0);
             unfinished += QFile::exists(path + "-journal");
 
             QCOMPARE(test::sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
-            const QStringList keys = test::sqlite(path, "Select Distinct Assigned_SID From Assigned_Awards_Scouts");
-            const auto found = int(keys.size());
-            QVERIFY2(found >= rows + acknowledged && found <= rows + acknowledged + 1,
-                     qPrintable(
-                         QString("%1 rows of kill %2, %3 acknowledged").arg(found - rows).arg(kill).arg(acknowledged)));
-            // Whole rows only, every person of this run once and without a gap, every key once.
-            QStringList run = test::sqlite(path, "Select Scout_SID, Insignia_SID, Date_Assigned, Year, Month From "
-                                                 "Assigned_Awards_Scouts Order By Assigned_SID");
-            QCOMPARE(run.size(), found);
-            for (int scout = 1; scout <= found - rows; ++scout)
-                QCOMPARE(run[rows + scout - 1], QString("%1|7|2026-02-05|2026|2").arg(scout));
-            rows = found;
+            const QStringList found = test::sqlite(path, select.constData());
+            const int added = int(found.size()) - rows;
+            QVERIFY2(added >= acknowledged && added <= acknowledged + rowsEach,
+                     qPrintable(QString("%1 rows of kill %2, %3 acknowledged").arg(added).arg(kill).arg(acknowledged)));
+            // Whole rows only, in their order and without a gap.
+            for (int n = 0; n < added; ++n)
+                QCOMPARE(found[rows + n], row.arg(rowsEach == 1 ? n + 1 : n % rowsEach + 1));
+            rows = int(found.size());
         }
         // Without kills in the middle of a row the test would have tried nothing.
-        QVERIFY2(unfinished > Kills / 10, qPrintable(QString::number(unfinished)));
+        QVERIFY2(unfinished > kills / 10, qPrintable(QString::number(unfinished)));
     }
 };
 
@@ -85,8 +141,8 @@ int main(int argc, char** argv)
 {
     widgets::Application application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == "--assign")
-        return assign(arguments.value(2));
+    if (arguments.value(1) == "--work")
+        return work(arguments.value(2).toLatin1(), arguments.value(3));
     tst_kill tests;
     return QTest::qExec(&tests, argc, argv);
 }
