@@ -10,9 +10,9 @@ DataControl::DataControl(QObject* parent) : QObject(parent)
 {
 }
 
-void DataControl::setDatabase(store::Database* database)
+void DataControl::setDatabase(std::function<store::Database&()> database)
 {
-    m_database = database;
+    m_database = std::move(database);
 }
 
 void DataControl::setRecordSource(const QString& source)
@@ -25,7 +25,7 @@ void DataControl::refresh()
     if (!m_database)
         throw platform::RuntimeError(platform::ObjectNotSet, objectName());
     Q_EMIT aboutToRefresh();
-    m_recordset.emplace(m_database->openRecordset(m_source));
+    m_recordset.emplace(m_database().openRecordset(m_source));
     Q_EMIT refreshed();
 }
 

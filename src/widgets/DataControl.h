@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace orlo::store
@@ -23,8 +24,8 @@ class DataControl : public QObject
 public:
     explicit DataControl(QObject* parent = nullptr);
 
-    /// The open database that is shared with all forms; it must outlive its use here.
-    void setDatabase(store::Database* database);
+    /// Where to find the open database. It is asked at every refresh(), since the file may be closed and opened again.
+    void setDatabase(std::function<store::Database&()> database);
     /// A table, a stored query or a Select statement. It takes effect at the next refresh().
     void setRecordSource(const QString& source);
     [[nodiscard]] const QString& recordSource() const { return m_source; }
@@ -39,7 +40,7 @@ Q_SIGNALS:
     void refreshed();
 
 private:
-    store::Database* m_database = nullptr;
+    std::function<store::Database&()> m_database;
     QString m_source;
     std::optional<store::Recordset> m_recordset;
 };

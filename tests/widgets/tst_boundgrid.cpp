@@ -45,7 +45,7 @@ struct Screen {
         auto* layout = new QVBoxLayout(&window);
         layout->addWidget(&grid);
         layout->addWidget(&button);
-        control.setDatabase(&database);
+        control.setDatabase([this]() -> store::Database& { return database; });
         control.setRecordSource("Select * From Titles Order By Sort_Order, Title");
         grid.setDataControl(&control);
         grid.setCaption("Den Titles");

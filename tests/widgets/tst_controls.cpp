@@ -180,7 +180,7 @@ private Q_SLOTS:
         QCOMPARE(test::failureNumber([&] { control.refresh(); }), 91);
         const QTemporaryDir folder;
         auto database = store::DBEngine::createDatabase(folder.filePath("x.mdb"));
-        control.setDatabase(&database);
+        control.setDatabase([&database]() -> store::Database& { return database; });
         QCOMPARE(test::failureNumber([&] { control.refresh(); }), 3078);
         QCOMPARE(control.recordset(), nullptr);
     }

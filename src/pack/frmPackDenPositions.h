@@ -1,0 +1,44 @@
+#pragma once
+
+#include "widgets/Form.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmPackDenPositions;
+}
+
+namespace orlo::widgets
+{
+class BoundGrid;
+class DataControl;
+} // namespace orlo::widgets
+
+namespace orlo
+{
+
+/// The two lists of titles that positions are chosen from, each in a grid that writes row by row to its table.
+/// Positions that are held keep the title and rank that they were given.
+class frmPackDenPositions : public widgets::Form
+{
+    Q_OBJECT
+
+public:
+    frmPackDenPositions();
+    ~frmPackDenPositions() override;
+
+protected:
+    void load() override;
+
+private:
+    void refreshDenTitles();
+    void refreshPackTitles();
+    void Command1_Click();
+
+    std::unique_ptr<Ui::frmPackDenPositions> ui;
+    widgets::DataControl* dcDenPositions;
+    widgets::DataControl* dcPackPositions;
+};
+
+} // namespace orlo

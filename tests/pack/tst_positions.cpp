@@ -1,0 +1,178 @@
+#include "pack/frmPackDenPositions.h"
+#include "platform/RuntimeError.h"
+#include "shell/mdiPendrake.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+#include "widgets/BoundGrid.h"
+
+#include <QAction>
+
+using namespace orlo;
+using test::rows;
+
+namespace
+{
+
+constexpr const char* Titles = R"(
+Delete From Den_Titles; Insert Into Den_Titles Values ('H', 2), ('C', Null), ('A', 2), ('L', 1);
+Delete From Pack_Positions; Insert Into Pack_Positions Values ('T', 3), ('D', 1), ('A', 3))";
+
+struct Screen : test::RecordScreen<frmPackDenPositions> {
+    widgets::BoundGrid& den = get<widgets::BoundGrid>("dbgDenPositions");
+    widgets::BoundGrid& pack = get<widgets::BoundGrid>("dbgPackPositions");
+
+    // Keys go where the focus is: to the grid at first and then to its cell's editor. "D20=X" types X into row 2,
+    // column 0 of the den titles ("P" the pack's), "D20" goes there, "D2-" deletes row 2; "Dr" and "Pr" press Refresh,
+    // "c" presses Close, "C" is its access key, "X" the window's own close, "E" Escape; "ok" answers the next box.
+    void act(const QString& script)
+    {
+        const auto press = [](auto key) { QTest::keyClick(QApplication::focusWidget(), key); };
+        const auto steps = script.split(u' ', Qt::SkipEmptyParts);
+        for (const QString& step : steps) {
+            auto& grid = step[0] == u'P' ? pack : den;
+            if (step == "ok")
+                told.append(test::answerNext());
+            else if (step == "E")
+                press(Qt::Key_Escape);
+            else if (step == "C")
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_C, Qt::AltModifier);
+            else if (step == "X")
+                form.close();
+            else if (step == "c" || step[1] == u'r')
+                click(step == "c" ? "Command1" : &grid == &pack ? "cmdRefreshPackPostions" : "cmdRefreshDenPostions");
+            else {
+                grid.setFocus();
+                const int row = step[1].digitValue();
+                step[2] == u'-' ? grid.selectRow(row)
+                                : grid.setCurrentIndex(grid.model()->index(row, step[2].digitValue()));
+                if (step.endsWith(u'-') || step.endsWith(u'='))
+                    press(Qt::Key_Delete);
+                for (const QChar character : step.sliced(std::min(step.size(), qsizetype(4))))
+                    press(character.toLatin1());
+            }
+            QTest::qWait(step == "C" ? 150 : 0);
+        }
+    }
+    // The titles with their ranks; an open row's mark stands between the two.
+    [[nodiscard]] QString shown() const
+    {
+        QString texts;
+        for (const auto* model : {den.model(), pack.model()})
+            for (int row = 0; row < model->rowCount() - 1; ++row)
+                texts += (row > 0                 ? " "
+                          : model == pack.model() ? "; "
+                                                  : "") +
+                         model->index(row, 0).data().toString() + model->headerData(row, Qt::Vertical).toString() +
+                         model->index(row, 1).data().toString();
+        return texts.replace(QChar(0x2026), u'~');
+    }
+};
+
+QString stored()
+{
+    return rows("Select * From Den_Titles Order by Den_Title") + "; " +
+           rows("Select * From Pack_Positions Order by Pack_Titles");
+}
+
+} // namespace
+
+class tst_positions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<test::AppFolder>();
+        for (const QString name : {"Den_Titles.grd", "Pack_Titles.grd"})
+            QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + name, m_folder->path() + '/' + name));
+        test::fill(Titles);
+    }
+    void cleanup() { m_folder.reset(); }
+
+    void editing_data()
+    {
+        test::table({"what", "script", "shown", "stored"}, R"(
+            order of load     | D00             | C L1 A2 H2; D1 A3 T3    | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
+            still open        | D10=B D11       | C B~1 A2 H2; D1 A3 T3   | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
+            pack refreshed    | D11=9 P01=5 Pr  | C L9 A2 H2; A3 T3 D5    | A/2, C/Null, H/2, L/9; A/3, D/5, T/3
+            den refreshed     | D11=9 P01=5 Dr  | C A2 H2 L9; D5 A3 T3    | A/2, C/Null, H/2, L/9; A/3, D/5, T/3
+            added             | D40=B D41=2 D00 | C L1 A2 H2 B2; D1 A3 T3 | A/2, B/2, C/Null, H/2, L/1; A/3, D/1, T/3
+            two without rank  | P30=Z P40=B D00 | C L1 A2 H2; D1 A3 T3 Z B | A/2, C/Null, H/2, L/1; A/3, B/Null, D/1, T/3, Z/Null
+            and refreshed     | P30=Z P40=B Pr  | C L1 A2 H2; B Z D1 A3 T3 | A/2, C/Null, H/2, L/1; A/3, B/Null, D/1, T/3, Z/Null
+            deleted           | D2- P0-         | C L1 H2; A3 T3          | C/Null, H/2, L/1; A/3, T/3
+            taken back        | D10=B D11=9 E E Dr | C L1 A2 H2; D1 A3 T3 | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
+            Close             | D10=B c         | closed                  | A/2, B/1, C/Null, H/2; A/3, D/1, T/3
+            its access key    | P30=Z C         | closed                  | A/2, C/Null, H/2, L/1; A/3, D/1, T/3, Z/Null
+            window's close    | P30=Z X         | closed                  | A/2, C/Null, H/2, L/1; A/3, D/1, T/3, Z/Null)");
+    }
+    void editing()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, shown);
+        Screen screen;
+        screen.act(script);
+        QCOMPARE(widgets::Instance<frmPackDenPositions>::loaded() ? screen.shown() : "closed", shown);
+        QTEST(stored(), "stored");
+    }
+
+    // The grid says why, the row stays open where it is, whatever would leave it; Escape takes it back.
+    void refused_data()
+    {
+        test::table({"what", "script", "failure", "title", "shown"}, R"(
+            no title       | D10=             | 3058 | Den Leader Titles | C ~1 A2 H2; D1 A3 T3
+            repeated       | D10=a            | 3022 | Den Leader Titles | C a~1 A2 H2; D1 A3 T3
+            new, repeated  | P30=t            | 3022 | Pack Positions    | C L1 A2 H2; D1 A3 T3 t~
+            31 characters  | D10=%31          | 3163 | Den Leader Titles | C %31~1 A2 H2; D1 A3 T3
+            61 characters  | P00=%61          | 3163 | Pack Positions    | C L1 A2 H2; %61~1 A3 T3)");
+    }
+    void refused()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, failure);
+        QFETCH(QString, shown);
+        for (QString* text : {&script, &shown})
+            text->replace("%31", QString(31, u'W')).replace("%61", QString(61, u'W'));
+        const bool pack = script[0] == u'P';
+        for (const QString leave : {"c", "C", pack ? "Pr" : "Dr", pack ? "D00" : "P00", pack ? "P20" : "D20"}) {
+            Screen screen;
+            screen.act(script + " ok " + leave);
+            QTRY_VERIFY(screen.told.first()->shown);
+            QVERIFY(screen.told.first()->text.startsWith(platform::standardDescription(failure.toInt())));
+            QTEST(screen.told.first()->title, "title");
+            QVERIFY(widgets::Instance<frmPackDenPositions>::loaded());
+            QCOMPARE(screen.shown(), shown);
+            QCOMPARE(stored(), "A/2, C/Null, H/2, L/1; A/3, D/1, T/3");
+            screen.form.activateWindow(); // what a window manager does once the message is gone
+            QTRY_VERIFY((pack ? screen.pack : screen.den).hasFocus());
+            screen.act("E c");
+            QVERIFY(!widgets::Instance<frmPackDenPositions>::loaded());
+        }
+    }
+
+    void positionsHeldStayAsTheyAre()
+    {
+        test::fill("Insert Into Leader_Den_Assignments Values (1, 1, 'L', 1), (1, 2, 'H', 2)");
+        Screen().act("D10=K D11=3 D3- c");
+        QCOMPARE(rows("Select * From Leader_Den_Assignments") + "; " + stored(),
+                 "1/1/L/1, 1/2/H/2; A/2, C/Null, K/3; A/3, D/1, T/3");
+    }
+
+    void closedDatabase()
+    {
+        const auto open = [] {
+            gDatabase->close();
+            auto& command = test::control<QAction>(mdiPendrake::instance(), "ID_Pack_Den_Positions");
+            QTimer::singleShot(0, &command, &QAction::trigger);
+            QTest::qWait(1000);
+        };
+        QCOMPARE(test::failureInChild("", open), "Run-time error '3420':");
+    }
+
+private:
+    std::unique_ptr<test::AppFolder> m_folder;
+};
+
+ORLO_TEST_MAIN(tst_positions)
+
+#include "tst_positions.moc"
