@@ -15,6 +15,9 @@ void printReport(Table& table);
 void fillPackGrid(Table& table);
 void walkRecordForm(Table& table);
 void openScouts(Table& table);
+void openAdults(Table& table);
 void startProgram(Table& table);
+void updateOldFile(Table& table);
+void openFormerFile(Table& table);
 
 } // namespace orlo::bench

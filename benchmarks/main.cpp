@@ -24,7 +24,8 @@ constexpr Subject Subjects[] = {
     {"assign", bench::assignAwards}, {"purchase", bench::createPurchaseList},
     {"report", bench::printReport},  {"grid", bench::fillPackGrid},
     {"form", bench::walkRecordForm}, {"scouts", bench::openScouts},
-    {"start", bench::startProgram},
+    {"adults", bench::openAdults},   {"start", bench::startProgram},
+    {"update", bench::updateOldFile}, {"jet", bench::openFormerFile},
 };
 
 } // namespace

@@ -1,13 +1,14 @@
 #include "platform/FileSystem.h"
 
+#include "platform/FileCopy.h"
 #include "platform/RuntimeError.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
+#include <QSet>
 #include <QStorageInfo>
-
-#include <unistd.h>
 
 namespace orlo::platform
 {
@@ -29,12 +30,17 @@ QString matchingEntry(const QString& folder, const QString& name)
     return name;
 }
 
-[[noreturn]] void raiseWriteFailure(const QFile& file)
+std::function<QList<Drive>()> otherVolumes; // in place of the mounted ones
+
+// Mounted, but no place for a user's files: what the system shows of itself, and images of installed programs.
+bool isPseudo(const QStorageInfo& volume)
 {
-    throw RuntimeError(file.error() == QFileDevice::ResourceError || file.error() == QFileDevice::WriteError
-                           ? DiskFull
-                           : PermissionDenied,
-                       QStringLiteral("FileSystem"));
+    static const QSet<QByteArray> types{"autofs",   "bpf",      "cgroup",   "cgroup2", "configfs",   "debugfs",
+                                        "devpts",   "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",  "mqueue",
+                                        "nsfs",     "proc",     "pstore",   "ramfs",   "rootfs",     "securityfs",
+                                        "squashfs", "sysfs",    "tmpfs",    "tracefs", "binfmt_misc"};
+    static const QSet<QByteArray> services{"fuse.gvfsd-fuse", "fuse.portal", "fuse.snapfuse", "fuse.lxcfs"};
+    return types.contains(volume.fileSystemType()) || services.contains(volume.fileSystemType());
 }
 
 } // namespace
@@ -52,6 +58,11 @@ QString nativePath(const QString& path)
     return slashed.startsWith(u'/') ? found : found.mid(2);
 }
 
+bool isWithin(const QString& path, const QString& folder)
+{
+    return path == folder || path.startsWith(folder.endsWith(u'/') ? folder : folder + u'/');
+}
+
 bool FileSystem::fileExists(const QString& path) const
 {
     return QFileInfo(nativePath(path)).isFile();
@@ -59,37 +70,18 @@ bool FileSystem::fileExists(const QString& path) const
 
 void FileSystem::copyFile(const QString& source, const QString& destination, bool overwrite) const
 {
-    const QString target = nativePath(destination);
-    if (!fileExists(source))
+    const QFileInfo from(nativePath(source));
+    const QFileInfo to(nativePath(destination));
+    if (!from.isFile())
         throw RuntimeError(FileNotFound, QStringLiteral("FileSystem"));
-    if (!QFileInfo(target).dir().exists())
+    if (!to.dir().exists())
         throw RuntimeError(PathNotFound, QStringLiteral("FileSystem"));
-    if (!overwrite && QFileInfo::exists(target))
+    if (!overwrite && to.exists())
         throw RuntimeError(FileAlreadyExists, QStringLiteral("FileSystem"), QStringLiteral("File already exists"));
-
-    QFile from(nativePath(source));
-    if (!from.open(QIODevice::ReadOnly))
+    if (to.exists() && (!to.isFile() || !to.isWritable()))
         throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
-    // Written beside the destination and renamed, so that a copy that breaks off never stands under the good name.
-    QFile to(target + QStringLiteral(".part"));
-    if (!to.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
-    QByteArray block;
-    try {
-        while (!(block = from.read(1 << 20)).isEmpty())
-            if (to.write(block) != block.size())
-                raiseWriteFailure(to);
-        if (from.error() != QFileDevice::NoError)
-            throw RuntimeError(PathFileAccess, QStringLiteral("FileSystem"));
-        if (!to.flush() || ::fsync(to.handle()) != 0)
-            raiseWriteFailure(to);
-        to.close();
-        if (::rename(QFile::encodeName(to.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
-            throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
-    } catch (const RuntimeError&) {
-        to.remove();
-        throw;
-    }
+    // A link stays a link: what it names is what gets replaced.
+    copyOver(from.filePath(), to.exists() ? to.canonicalFilePath() : to.filePath());
 }
 
 void FileSystem::deleteFile(const QString& path, bool force) const
@@ -121,10 +113,45 @@ Drive FileSystem::getDrive(const QString& text) const
 {
     if (text.isEmpty())
         throw RuntimeError(InvalidProcedureCall, QStringLiteral("FileSystem"));
-    const QStorageInfo volume(nativePath(text));
-    if (!volume.isValid() || !volume.isReady())
-        throw RuntimeError(DeviceUnavailable, QStringLiteral("FileSystem"));
-    return Drive{volume.rootPath(), volume.bytesAvailable()};
+    // A folder that no volume is mounted on any more is a folder of another volume, and not what the text means.
+    const QString root = QDir::cleanPath(nativePath(text));
+    if (otherVolumes) {
+        const auto volumes = otherVolumes();
+        for (const Drive& drive : volumes)
+            if (drive.root == root)
+                return drive;
+    } else if (const QStorageInfo volume(root); volume.isValid() && volume.isReady() && volume.rootPath() == root)
+        return Drive{root, volume.bytesAvailable()};
+    throw RuntimeError(DeviceUnavailable, QStringLiteral("FileSystem"));
+}
+
+QList<Drive> FileSystem::drives() const
+{
+    if (otherVolumes)
+        return otherVolumes();
+    QMap<QString, Drive> byRoot;
+    const auto volumes = QStorageInfo::mountedVolumes();
+    for (const QStorageInfo& volume : volumes) {
+        const QString root = volume.rootPath();
+        if (volume.isValid() && volume.isReady() && QFileInfo(root).isDir() && (volume.isRoot() || !isPseudo(volume)))
+            byRoot.insert(root, Drive{root, volume.bytesAvailable()});
+    }
+    return byRoot.values();
+}
+
+QString FileSystem::driveOf(const QString& path) const
+{
+    QString root = QStringLiteral("/");
+    const auto volumes = drives();
+    for (const Drive& drive : volumes)
+        if (isWithin(path, drive.root) && drive.root.size() > root.size())
+            root = drive.root;
+    return root;
+}
+
+void setVolumes(std::function<QList<Drive>()> volumes)
+{
+    otherVolumes = std::move(volumes);
 }
 
 } // namespace orlo::platform

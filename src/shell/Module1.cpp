@@ -4,6 +4,7 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "reports/engine/view/ReportControl.h"
+#include "shell/TakeoverNotice.h"
 #include "shell/dlgError.h"
 #include "shell/frmSplash.h"
 #include "widgets/Application.h"
@@ -61,6 +62,11 @@ QString databasePath()
     return gAppPath + gDbName;
 }
 
+void openDatabase(const QString& path)
+{
+    gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(path));
+}
+
 void Main()
 {
     gDbNeedsUpdate = false;
@@ -74,7 +80,7 @@ void Main()
         if (gFileSystem.fileExists(gAppPath + gOldDbName))
             gDbNeedsUpdate = true;
         else
-            gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+            openDatabase(databasePath());
     } catch (const platform::RuntimeError& error) {
         platform::pendingError::set(error);
     }
@@ -146,6 +152,7 @@ QDate LastOfMonth(QDate date)
 void startProgram()
 {
     reports::ReportControl::setDatabaseProvider(databaseAt);
+    watchTakeovers();
     Main();
 }
 

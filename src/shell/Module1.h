@@ -40,6 +40,8 @@ extern QString gErrText;
 [[nodiscard]] store::Database& database();
 /// The path of the current database file, as the screens and reports name it.
 [[nodiscard]] QString databasePath();
+/// Opens a file as the open database, in the place of one that may be open. Raises as DBEngine::openDatabase().
+void openDatabase(const QString& path);
 
 /// The way from process start to the event loop: shows the splash, decides between the database files, opens the
 /// current one. A failure ends in CriticalError, and the program goes on without a database.
@@ -55,7 +57,7 @@ void TestPendingError();
 [[nodiscard]] QDate LastOfMonth(QDate date);
 
 /// Takes the program from a fresh application object to its event loop: the icon, the reports' way to the open
-/// database, and Main.
+/// database, what it tells of old files, and Main.
 void startProgram();
 /// Runs the program; the process's exit status.
 int runProgram(int argc, char** argv);

@@ -4,6 +4,7 @@
 #include "awards/frmAssignInsignias.h"
 #include "awards/frmInsigniaInfo.h"
 #include "pack/frmDenInfo.h"
+#include "pack/frmPackDenPositions.h"
 #include "pack/frmPackInformation.h"
 #include "reports/dlgAdultList.h"
 #include "reports/dlgAwardsList.h"
@@ -13,6 +14,9 @@
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
 #include "shell/Module1.h"
+#include "store/upkeep/frmDataBackup.h"
+#include "store/upkeep/frmRestorBackup.h"
+#include "store/upkeep/basDataUpdate.h"
 #include "ui_mdiPendrake.h"
 #include "widgets/Form.h"
 #include "widgets/MessageBox.h"
@@ -20,6 +24,7 @@
 #include <QCloseEvent>
 #include <QLayout>
 #include <QMdiSubWindow>
+#include <QMessageBox>
 #include <QTimer>
 
 namespace orlo
@@ -87,12 +92,17 @@ void mdiPendrake::nameMenuActions()
 void mdiPendrake::connectMenus()
 {
     using widgets::Instance;
+    connect(ui->ID_DB_11_UPDATE, &QAction::triggered, this, [] { ApplyUpdateSteps(); });
+    connect(ui->mnuRepairDatabase, &QAction::triggered, this, &mdiPendrake::mnuRepairDatabase_Click);
     connect(ui->mnuExit, &QAction::triggered, this, &mdiPendrake::mnuExit_Click);
+    connect(ui->ID_BACKUP_DATABASE, &QAction::triggered, this, [] { Instance<frmDataBackup>::show(); });
+    connect(ui->ID_RESTOR_BACKUP, &QAction::triggered, this, [] { Instance<frmRestorBackup>::showWaiting(); });
     connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
     connect(ui->mnuScouts, &QAction::triggered, this, [] { Instance<frmScouts>::show(); });
     connect(ui->mnuAdults, &QAction::triggered, this, [] { Instance<frmAdults>::show(); });
     connect(ui->mnuDenInfo, &QAction::triggered, this, [] { Instance<frmDenInfo>::show(); });
     connect(ui->mnuInsigniaInfo, &QAction::triggered, this, [] { Instance<frmInsigniaInfo>::show(); });
+    connect(ui->ID_Pack_Den_Positions, &QAction::triggered, this, [] { Instance<frmPackDenPositions>::show(); });
     connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
     connect(ui->mnuRepAssignedAwards, &QAction::triggered, this, [] { Instance<dlgReportSelect1>::showWaiting(); });
     connect(ui->mnuRepAwardList, &QAction::triggered, this, [] { Instance<dlgAwardsList>::showWaiting(); });
@@ -100,8 +110,7 @@ void mdiPendrake::connectMenus()
     connect(ui->mnuRptScoutList, &QAction::triggered, this, [] { Instance<dlgScoutList>::showWaiting(); });
     connect(ui->mnuRptAdultList, &QAction::triggered, this, [] { Instance<dlgAdultList>::showWaiting(); });
     connect(ui->ID_COMBINED_ROSTER, &QAction::triggered, this, [] { Instance<dlgCombinedRoster>::showWaiting(); });
-    for (QAction* command : {ui->mnuRepairDatabase, ui->ID_BACKUP_DATABASE, ui->ID_RESTOR_BACKUP,
-                             ui->ID_Pack_Den_Positions, ui->mnuHelpTopics, ui->mnuAbout, ui->ID_DB_11_UPDATE})
+    for (QAction* command : {ui->mnuHelpTopics, ui->mnuAbout})
         connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
     connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::fillWindowMenu);
@@ -113,14 +122,11 @@ void mdiPendrake::mnuExit_Click()
         close();
 }
 
-void mdiPendrake::activate()
+void mdiPendrake::mnuRepairDatabase_Click()
 {
-    if (!gDbNeedsUpdate || m_toldOfUpdate)
-        return;
-    m_toldOfUpdate = true;
-    widgets::message(QStringLiteral("This folder holds a database file of version 1.0. Updating it is not part of this "
-                                    "version yet."),
-                     QStringLiteral("Update Database"));
+    database().close();
+    store::DBEngine::repairDatabase(databasePath());
+    openDatabase(databasePath());
 }
 
 void mdiPendrake::changeEvent(QEvent* event)
@@ -128,8 +134,13 @@ void mdiPendrake::changeEvent(QEvent* event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         ui->mdiArea->setBackground(palette().mid());
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        activate();
+    if (event->type() != QEvent::ActivationChange)
+        return;
+    // Coming back from a message box is no new activation; the update's own box would ask for the update again.
+    const bool fromBox = m_leftForBox;
+    m_leftForBox = !isActiveWindow() && qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (isActiveWindow() && !fromBox && gDbNeedsUpdate)
+        (void)UpdateDatabaseFile();
 }
 
 void mdiPendrake::closeEvent(QCloseEvent* event)

@@ -37,13 +37,13 @@ protected:
 private:
     void nameMenuActions();
     void connectMenus();
+    void mnuRepairDatabase_Click();
     void mnuExit_Click();
-    void activate();
     void fillWindowMenu();
     void showChild(widgets::Form& form);
 
     std::unique_ptr<Ui::mdiPendrake> ui;
-    bool m_toldOfUpdate = false;
+    bool m_leftForBox = false; // a message box took the activation
 };
 
 } // namespace orlo

@@ -359,7 +359,8 @@ void createSchema(Database& database)
     createTables(database, SchemaVersion::V11);
     for (const QueryDef& query : schema::queries())
         database.createQueryDef(query.name, query.sql);
-    addDefaultTitles(database);
+    addDefaultDenTitles(database);
+    addDefaultPackTitles(database);
     together.commit();
 }
 
@@ -370,9 +371,13 @@ void createSchema10(Database& database)
     together.commit();
 }
 
-void addDefaultTitles(Database& database)
+void addDefaultDenTitles(Database& database)
 {
     addTitles(database, QStringLiteral("Den_Titles"), QStringLiteral("Den_Title"), schema::denTitles());
+}
+
+void addDefaultPackTitles(Database& database)
+{
     addTitles(database, QStringLiteral("Pack_Positions"), QStringLiteral("Pack_Titles"), schema::packTitles());
 }
 

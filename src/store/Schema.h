@@ -35,7 +35,8 @@ namespace schema
 void createSchema(Database& database);
 /// The same as the previous version of the program had it: fewer tables, no stored queries, no titles.
 void createSchema10(Database& database);
-/// Adds the default titles. Raises 3022 for one that is there already.
-void addDefaultTitles(Database& database);
+/// Add the titles that a pack starts with. Raise 3022 for one that is there already.
+void addDefaultDenTitles(Database& database);
+void addDefaultPackTitles(Database& database);
 
 } // namespace orlo::store

@@ -40,6 +40,11 @@ void message(const QString& text, const QString& title)
     show(text, title, QMessageBox::Information, QMessageBox::Ok, QMessageBox::Ok);
 }
 
+void warn(const QString& text, const QString& title)
+{
+    show(text, title, QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok);
+}
+
 bool ask(const QString& text, const QString& title)
 {
     return show(text, title, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==

@@ -7,6 +7,8 @@ namespace orlo::widgets
 
 /// Shows a message with an OK button and waits for it. An empty title becomes the program's title.
 void message(const QString& text, const QString& title = QString());
+/// The same with an exclamation sign.
+void warn(const QString& text, const QString& title);
 /// Asks with Yes and No, Yes being the default; true for Yes.
 [[nodiscard]] bool ask(const QString& text, const QString& title);
 

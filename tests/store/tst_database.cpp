@@ -1,11 +1,12 @@
-#include "platform/RuntimeError.h"
 #include "store/Schema.h"
+#include "support/Failure.h"
+#include "support/Sqlite.h"
+#include "support/Table.h"
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <QTest>
 
-#include <sqlite3.h>
+#include <functional>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -18,131 +19,86 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_path = m_folder->filePath(QStringLiteral("Pack.mdb"));
+        m_path = m_folder->filePath("Pack.mdb");
         Database fresh = DBEngine::createDatabase(m_path);
         createSchema(fresh);
-        fresh.close();
     }
 
     void opening_data()
     {
-        QTest::addColumn<int>("number");
-        QTest::newRow("missing") << int(platform::DatabaseNotFound);
-        QTest::newRow("folder") << int(platform::UnrecognisedFormat);
-        QTest::newRow("empty") << int(platform::UnrecognisedFormat);
-        QTest::newRow("another format") << int(platform::UnrecognisedFormat);
-        QTest::newRow("cut off") << int(platform::DatabaseDamaged);
-        QTest::newRow("overwritten") << int(platform::DatabaseDamaged);
-        QTest::newRow("locked") << int(platform::CannotLockFile);
-        QTest::newRow("other case, backslash") << 0;
+        test::table({"file", "number"}, R"(
+            missing               | 3024
+            folder                | 3343
+            empty                 | 3343
+            another format        | 3343
+            cut off               | 3049
+            overwritten           | 3049
+            locked                | 3050
+            other case, backslash | 0
+        )");
     }
-
     void opening()
     {
-        const QByteArray kind = QTest::currentDataTag();
-        QString path = m_path;
+        QFETCH(QString, file);
         sqlite3* other = nullptr;
-        if (kind == "missing")
-            path += u'x';
-        else if (kind == "folder")
-            path = m_folder->path();
-        else if (kind == "empty")
+        if (file == "empty")
             overwrite(0, {}, 0);
-        else if (kind == "another format")
+        else if (file == "another format")
             overwrite(0, "Standard something", -1);
-        else if (kind == "cut off")
+        else if (file == "cut off")
             overwrite(0, {}, 2000);
-        else if (kind == "overwritten")
+        else if (file == "overwritten")
             overwrite(100, QByteArray(400, '\xA5'), -1);
-        else if (kind == "locked") {
+        else if (file == "locked") {
             sqlite3_open(m_path.toUtf8().constData(), &other);
             sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-        } else
-            path = m_folder->path() + QStringLiteral("\\PACK.MDB");
-        int number = 0;
-        try {
-            Database database = DBEngine::openDatabase(path);
-            QCOMPARE(database.tableNames().size(), 13);
-        } catch (const platform::RuntimeError& error) {
-            number = error.number();
         }
+        const QString name = file == "missing" ? "\\Packs.mdb" : file == "folder" ? "" : "\\PACK.MDB";
+        const int number = test::failureNumber([&] { return DBEngine::openDatabase(m_folder->path() + name); });
         sqlite3_close(other);
-        QTEST(number, "number");
-        if (kind == "missing")
-            QVERIFY(!QFile::exists(path)); // opening never makes a file
+        QTEST(QString::number(number), "number");
+        QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
     void closedFileIsAllThereIs()
     {
         Database database = DBEngine::openDatabase(m_path);
-        database.execute(QStringLiteral("Insert Into Dens (Den_SID) Values (1)"));
+        database.execute("Insert Into Dens (Den_SID) Values (1)");
         database.close();
-        QVERIFY(!database.isOpen());
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList(QStringLiteral("Pack.mdb")));
-        const QString copy = m_folder->filePath(QStringLiteral("copy"));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList("Pack.mdb"));
+        const QString copy = m_folder->filePath("copy");
         QVERIFY(QFile::copy(m_path, copy));
-        Database copied = DBEngine::openDatabase(copy);
-        QCOMPARE(copied.openRecordset(QStringLiteral("Dens")).recordCount(), 1);
-        try {
-            (void)DBEngine::createDatabase(copy);
-            QFAIL("an existing file was overwritten");
-        } catch (const platform::RuntimeError& error) {
-            QCOMPARE(error.number(), int(platform::ObjectAlreadyExists));
-        }
+        QCOMPARE(DBEngine::openDatabase(copy).openRecordset("Dens").recordCount(), 1);
+        QCOMPARE(test::failureNumber([&] { return DBEngine::createDatabase(copy); }), 3012);
     }
 
-    // What the file refuses, another tool's statement can't put there either, and reading survives what it did put.
-    void fileHoldsItsRules()
+    // Reading survives what another program put into the file.
+    void loosenedFile()
     {
-        sqlite3* tool = nullptr;
-        sqlite3_open(m_path.toUtf8().constData(), &tool);
-        const auto runs = [tool](const char* sql) {
-            return sqlite3_exec(tool, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-        };
-        QVERIFY(runs("INSERT INTO Den_Titles VALUES('Gruppenführer Öst', 1)"));
-        QVERIFY(!runs("INSERT INTO Den_Titles VALUES('Gruppenführer Öst', 1)"));
-        QVERIFY(runs("CREATE TABLE Loose(a, b)"));
-        QVERIFY(runs("INSERT INTO Loose VALUES('text', x'41'), (7, 1.5), (NULL, '2001-02-03')"));
-        QVERIFY(runs("PRAGMA integrity_check"));
-        sqlite3_close(tool);
-
+        test::sqlite(m_path, "INSERT INTO Den_Titles VALUES('Gruppenführer Öst', 1); CREATE TABLE Loose(a, b);"
+                             "INSERT INTO Loose VALUES('text', x'41'), (7, 1.5)");
         Database database = DBEngine::openDatabase(m_path);
-        Recordset loose = database.openRecordset(QStringLiteral("Loose"));
-        QCOMPARE(loose[u"a"].toText() + loose[u"b"].toText(), QStringLiteral("textA"));
+        Recordset loose = database.openRecordset("Loose");
+        QCOMPARE(loose[u"a"].toText() + loose[u"b"].toText(), "textA");
         loose.moveNext();
         QCOMPARE(loose[u"a"].toInt32() + loose[u"b"].toDouble(), 8.5);
-        Recordset titles = database.openRecordset(QStringLiteral("Den_Titles"));
+        Recordset titles = database.openRecordset("Den_Titles");
         titles.addNew();
         titles.setValue(u"Den_Title", u"GRUPPENFÜHRER öst");
-        int number = 0;
-        try {
-            titles.update();
-        } catch (const platform::RuntimeError& error) {
-            number = error.number();
-        }
-        QCOMPARE(number, int(platform::DuplicateKey));
+        QCOMPARE(test::failureNumber([&] { return titles.update(), 0; }), int(platform::DuplicateKey));
     }
 
     void changingTables()
     {
         Database database = DBEngine::openDatabase(m_path);
-        database.execute(QStringLiteral("Insert Into Dens (Den_SID, Den_Name) Values (1, 'a')"));
+        database.execute("Insert Into Dens (Den_SID, Den_Name) Values (1, 'a')");
         TableDef dens = database.tableDef(u"DENS");
-        Field field;
-        field.name = QStringLiteral("Colour");
-        field.type = FieldType::Text;
-        field.size = 3;
-        field.allowZeroLength = true;
-        dens.appendField(field);
-        field.name = QStringLiteral("Flag");
-        field.type = FieldType::Boolean;
-        field.defaultValue = true;
-        dens.appendField(field);
+        dens.appendField({"Colour", FieldType::Text, 3, true});
+        dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, Value(true)});
         dens.deleteField(u"den_name");
-        dens.appendIndex({QStringLiteral("Colour"), {QStringLiteral("Colour")}});
+        dens.appendIndex({"Colour", {"Colour"}});
 
-        Recordset rows = database.openRecordset(QStringLiteral("Dens"));
-        QCOMPARE(rows.recordCount(), 1);
+        Recordset rows = database.openRecordset("Dens");
         QVERIFY(rows[u"Colour"].isNull() && rows[u"Flag"].isNull());
         rows.addNew();
         QVERIFY(rows[u"Flag"].toBool());
@@ -151,30 +107,17 @@ private Q_SLOTS:
         rows.update();
         const TableDef found = database.tableDef(u"Dens");
         QCOMPARE(found.fields().size(), std::size_t(7));
-        QCOMPARE(found.indexes().size(), std::size_t(2));
-        QCOMPARE(found.indexes()[1].name, QStringLiteral("Colour"));
+        QCOMPARE(found.indexes().at(1).name, "Colour");
 
-        for (const auto& [number, action] : {
-                 std::pair<int, std::function<void()>>{platform::FieldNotFound, [&] { dens.deleteField(u"Den_Name"); }},
-                 {platform::ObjectAlreadyExists, [&] { dens.appendField(field); }},
-                 {platform::ObjectAlreadyExists,
-                  [&] {
-                      TableDef again(QStringLiteral("dens"));
-                      database.appendTableDef(again);
-                  }},
-                 {platform::FieldNotFound, [&] { (void)database.tableDef(u"Nobody"); }},
-                 {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
-                 {platform::QueryAlreadyExists,
-                  [&] { database.createQueryDef(QStringLiteral("Dens"), QStringLiteral("Select 1")); }},
-             }) {
-            int raised = 0;
-            try {
-                action();
-            } catch (const platform::RuntimeError& error) {
-                raised = error.number();
-            }
-            QCOMPARE(raised, number);
-        }
+        const std::pair<int, std::function<void()>> refusals[] = {
+            {platform::FieldNotFound, [&] { dens.deleteField(u"Den_Name"); }},
+            {platform::ObjectAlreadyExists, [&] { dens.appendField(found.fields()[0]); }},
+            {platform::ObjectAlreadyExists, [&] { database.appendTableDef(found); }},
+            {platform::FieldNotFound, [&] { (void)database.tableDef(u"Nobody"); }},
+            {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
+            {platform::QueryAlreadyExists, [&] { database.createQueryDef("Dens", "Select 1"); }}};
+        for (const auto& [number, action] : refusals)
+            QCOMPARE(test::failureNumber([&action = action] { return action(), 0; }), number);
         database.deleteTableDef(u"Dens");
         QCOMPARE(database.tableNames().size(), 12);
     }
@@ -182,16 +125,11 @@ private Q_SLOTS:
     void queriesMayNameLaterOnes()
     {
         Database database = DBEngine::openDatabase(m_path);
-        database.createQueryDef(QStringLiteral("First"), QStringLiteral("Select \"N/A\" As A From Second"));
-        try {
-            (void)database.openRecordset(QStringLiteral("First"));
-            QFAIL("the second query isn't there yet");
-        } catch (const platform::RuntimeError& error) {
-            QCOMPARE(error.number(), int(platform::UnknownTable));
-        }
-        database.createQueryDef(QStringLiteral("Second"), QStringLiteral("Select * From Den_Titles"));
-        QCOMPARE(database.openRecordset(QStringLiteral("first")).recordCount(), 6);
-        QCOMPARE(database.queryDef(u"FIRST").sql, QStringLiteral("Select \"N/A\" As A From Second"));
+        database.createQueryDef("First", "Select \"N/A\" As A From Second");
+        QCOMPARE(test::failureNumber([&] { return database.openRecordset("First"); }), int(platform::UnknownTable));
+        database.createQueryDef("Second", "Select * From Den_Titles");
+        QCOMPARE(database.openRecordset("first").recordCount(), 6);
+        QCOMPARE(database.queryDef(u"FIRST").sql, "Select \"N/A\" As A From Second");
     }
 
 private:
@@ -199,8 +137,7 @@ private:
     void overwrite(qint64 at, const QByteArray& bytes, qint64 size)
     {
         QFile file(m_path);
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.seek(at) && file.write(bytes) == bytes.size());
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(at) && file.write(bytes) == bytes.size());
         if (size >= 0)
             QVERIFY(file.resize(size));
     }

@@ -143,8 +143,8 @@ inline QString rows(const QString& select)
     return lines.join(", ");
 }
 
-/// Runs the current test function once more, in a process of its own on the same file, where the action is to fail; the
-/// first line of the message that this process ends with, or all it wrote if it ended in another way.
+/// Runs the current test function and row once more, in a process of its own on the same file, where the action is to
+/// fail; the first line of the message that this process ends with, or all it wrote if it ended in another way.
 template <class Action>
 QString failureInChild(const QString& sql, const Action& action)
 {
@@ -161,7 +161,10 @@ QString failureInChild(const QString& sql, const Action& action)
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QString::fromLatin1(Folder), gAppPath);
     child.setProcessEnvironment(environment);
-    child.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(QTest::currentTestFunction())});
+    QString test = QString::fromLatin1(QTest::currentTestFunction());
+    if (QTest::currentDataTag())
+        test += u':' + QString::fromUtf8(QTest::currentDataTag());
+    child.start(QCoreApplication::applicationFilePath(), {test});
     child.waitForFinished(20000);
     const QString told = QString::fromUtf8(child.readAllStandardError());
     const qsizetype start = told.indexOf(QLatin1String("Run-time error"));

@@ -9,14 +9,14 @@ namespace orlo::test
 
 /// What a statement gives when another program runs it on the file: a line for each row with bars between its cells, or
 /// what the engine complains about.
-inline QStringList sqlite(const QString& path, const char* statement)
+inline QStringList sqlite(const QString& path, const QByteArray& statement)
 {
     QStringList lines;
     sqlite3* file = nullptr;
     char* error = nullptr;
     sqlite3_open(path.toUtf8().constData(), &file);
     sqlite3_exec(
-        file, statement,
+        file, statement.constData(),
         [](void* to, int columns, char** texts, char**) {
             QStringList cells;
             for (int i = 0; i < columns; ++i)

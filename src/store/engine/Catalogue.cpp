@@ -99,15 +99,6 @@ QStringList namesOf(Connection& connection, const char* type)
     return names;
 }
 
-void addIndexes(Connection& connection, const TableDef& table)
-{
-    for (const Index& index : table.indexes())
-        if (!index.primary)
-            connection.run(indexSql(table.name(), index));
-    for (const QByteArray& trigger : keyTriggers(table))
-        connection.run(trigger);
-}
-
 } // namespace
 
 TableDef readTable(Connection& connection, QStringView name)
@@ -122,6 +113,8 @@ TableDef readTable(Connection& connection, QStringView name)
     columns.bind(1, Value(table.name()));
     QStringList keyFields;
     while (columns.step()) {
+        if (columns.text(0) == NoField)
+            continue;
         table.appendField(readField(columns, sql));
         if (columns.integer(4) != 0)
             keyFields.append(columns.text(0));
@@ -131,6 +124,15 @@ TableDef readTable(Connection& connection, QStringView name)
     for (const Index& index : readIndexes(connection, table.name()))
         table.appendIndex(index);
     return table;
+}
+
+void addIndexes(Connection& connection, const TableDef& table)
+{
+    for (const Index& index : table.indexes())
+        if (!index.primary)
+            connection.run(indexSql(table.name(), index));
+    for (const QByteArray& trigger : keyTriggers(table))
+        connection.run(trigger);
 }
 
 void createTable(Connection& connection, const TableDef& table)
@@ -156,6 +158,10 @@ void rebuildTable(Connection& connection, const TableDef& table)
         to += (to.isEmpty() ? "" : ",") + quoted(field.name);
         from += (from.isEmpty() ? "" : ",") + (kept ? quoted(field.name) : QByteArray("NULL"));
     }
+    if (to.isEmpty()) {
+        to = quoted(NoField);
+        from = "NULL";
+    }
     const QString passing = QStringLiteral("~") + table.name();
     Transaction transaction(connection);
     connection.run(tableSql(table, passing));
@@ -165,6 +171,17 @@ void rebuildTable(Connection& connection, const TableDef& table)
     connection.run("ALTER TABLE " + quoted(passing) + " RENAME TO " + quoted(table.name()));
     addIndexes(connection, table);
     transaction.commit();
+    connection.noteSchemaChange();
+}
+
+void addColumn(Connection& connection, const TableDef& table)
+{
+    const Field& field = table.fields().back();
+    const bool starts = field.type == FieldType::Boolean || !field.defaultValue.isNull();
+    // A default is for new rows, not for those that are there.
+    if (starts || field.required || field.autoIncrement || table.fields().size() == 1)
+        return rebuildTable(connection, table);
+    connection.run("ALTER TABLE " + quoted(table.name()) + " ADD COLUMN " + columnSql(table, field));
     connection.noteSchemaChange();
 }
 

@@ -13,9 +13,13 @@ class Connection;
 void createTable(Connection& connection, const TableDef& table);
 /// Gives a table of the file a new definition; fields that keep their name keep their values, new ones are Null.
 void rebuildTable(Connection& connection, const TableDef& table);
+/// Gives a table of the file the field that its definition has last; it is Null in every row.
+void addColumn(Connection& connection, const TableDef& table);
 void dropTable(Connection& connection, QStringView name);
 /// Adds an index to a table of the file.
 void createIndex(Connection& connection, const QString& table, const Index& index);
+/// Makes those of a table's indexes, and of the triggers that keep its unique texts apart, that aren't there yet.
+void addIndexes(Connection& connection, const TableDef& table);
 /// Makes the table that keeps the given texts of queries, where it isn't there yet.
 void createQueryTexts(Connection& connection);
 /// Stores a query as a view of its name, with its given text beside it. Raises 3012 for a name that is there already.

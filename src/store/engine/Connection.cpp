@@ -5,6 +5,7 @@
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Guard.h"
+#include "store/engine/Journal.h"
 #include "store/engine/Source.h"
 #include "store/engine/Statement.h"
 
@@ -82,6 +83,7 @@ void Connection::checkFile() const
         throw RuntimeError(platform::CannotLockFile, raiser());
     if (file.read(16) != QByteArray("SQLite format 3", 16))
         throw RuntimeError(platform::UnrecognisedFormat, raiser());
+    setStrayJournalAside(m_file);
 }
 
 void Connection::harden()
@@ -207,6 +209,8 @@ const TableInfo* Connection::table(QStringView name)
 
 void Connection::noteSchemaChange()
 {
+    m_byText.clear(); // a prepared statement tells the old columns until it runs
+    m_statements.clear();
     m_sources.clear();
     m_shapes.clear();
     m_tables.clear();

@@ -5,6 +5,8 @@
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/RecordsetImpl.h"
+#include "store/engine/Repair.h"
+#include "store/jet/Takeover.h"
 
 #include <QFileInfo>
 
@@ -42,7 +44,8 @@ void TableDef::appendField(const Field& field)
     if (std::ranges::any_of(m_fields, [&field](const Field& other) { return sameName(other.name, field.name); }))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
     m_fields.push_back(field);
-    write();
+    if (const auto connection = m_connection.lock())
+        addColumn(*connection, *this);
 }
 
 void TableDef::deleteField(QStringView name)
@@ -85,24 +88,6 @@ Database::Database(std::shared_ptr<Connection> connection) : m_connection(std::m
 {
 }
 
-Database::~Database()
-{
-    if (m_connection)
-        m_connection->close();
-}
-
-Database::Database(Database&&) noexcept = default;
-
-Database& Database::operator=(Database&& other) noexcept
-{
-    if (this != &other) {
-        if (m_connection)
-            m_connection->close();
-        m_connection = std::move(other.m_connection);
-    }
-    return *this;
-}
-
 Recordset Database::openRecordset(const QString& source)
 {
     m_connection->ensureOpen();
@@ -122,6 +107,11 @@ void Database::close()
 {
     m_connection->ensureOpen();
     m_connection->close();
+}
+
+void Database::deferFlushing()
+{
+    m_connection->run("PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
 }
 
 bool Database::isOpen() const
@@ -174,6 +164,8 @@ void Database::createQueryDef(const QString& name, const QString& sql)
 
 Database DBEngine::openDatabase(const QString& path)
 {
+    if (const QString file = platform::nativePath(path); isFormerFormat(file))
+        takeOver(file);
     return Database(std::make_shared<Connection>(path, Connection::Mode::Open));
 }
 
@@ -184,6 +176,11 @@ Database DBEngine::createDatabase(const QString& path)
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Create);
     createQueryTexts(*connection); // until something is written there is no file
     return Database(std::move(connection));
+}
+
+void DBEngine::repairDatabase(const QString& path)
+{
+    repairFile(platform::nativePath(path));
 }
 
 } // namespace orlo::store

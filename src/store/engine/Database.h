@@ -68,14 +68,11 @@ struct QueryDef {
     QString sql;
 };
 
-/// One open database file. Closing it, or letting it go, ends every record set that was opened on it (3420).
+/// One open database file. Closing it ends every record set that was opened on it (3420); letting it go leaves them
+/// their file.
 class Database
 {
 public:
-    ~Database();
-    Database(Database&&) noexcept;
-    Database& operator=(Database&&) noexcept;
-
     /// Opens a record set on a table's name, a stored query's name or a Select statement of the dialect. Raises 3078
     /// for an unknown table, 3061 for an unknown field, 3075 for what can't be parsed, 3420 on a closed database.
     [[nodiscard]] Recordset openRecordset(const QString& source);
@@ -83,6 +80,10 @@ public:
     void execute(const QString& sql);
     /// Flushes and closes the file: it alone then holds all data. Raises 3420 if it is closed.
     void close();
+    /// From here on nobody else can use the file, and writes reach the disk when the system finds time for them. The
+    /// program's end at any moment still loses nothing, but a power failure may leave a damaged file: for one that has
+    /// a copy on the disk.
+    void deferFlushing();
     [[nodiscard]] bool isOpen() const;
     /// The path that it was opened by.
     [[nodiscard]] QString name() const;
@@ -113,6 +114,10 @@ namespace DBEngine
 [[nodiscard]] Database openDatabase(const QString& path);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
+/// Checks a closed file and rebuilds a damaged one from every row that can still be read; the damaged file stays beside
+/// it. Raises 3024 for a missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be
+/// written.
+void repairDatabase(const QString& path);
 } // namespace DBEngine
 
 } // namespace orlo::store

@@ -128,12 +128,12 @@ void Recordset::Impl::readBlock(qsizetype count)
 {
     m_block.clear();
     m_blockStart = m_place;
-    m_blockStamp = m_connection->changeStamp();
-    m_blockVersion = m_connection->dataVersion();
-    m_sinceCheck.start();
     // A statement in the middle of its rows keeps the file locked for reading, once for the block and not for each row.
     auto lock = m_connection->statement("SELECT 1 FROM sqlite_master");
     (void)lock.step();
+    m_blockStamp = m_connection->changeStamp();
+    m_blockVersion = m_connection->dataVersion();
+    m_sinceCheck.start();
     auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
     for (qsizetype place = m_place; place < std::min(m_place + count, m_size); ++place) {
         row.bind(1, m_keys[static_cast<std::size_t>(place)]);

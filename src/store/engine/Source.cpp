@@ -151,6 +151,8 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
         source->shape = shape;
     const bool keyAlone = source->shape->plain && !ordersByNumber(translated.tail);
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;
+    if (translated.orderStart < 0) // as they were added, whatever index the way to them goes over
+        source->keysSql += " ORDER BY " + key;
     return source;
 }
 

@@ -92,27 +92,13 @@ QByteArray columnList(const QStringList& fields)
     return list;
 }
 
-QByteArray columnSql(const TableDef& table, const Field& field, const Index* primary)
-{
-    QByteArray sql = quoted(field.name) + ' ' + declaration(field);
-    if (isText(field))
-        sql += " COLLATE NOCASE";
-    if (field.autoIncrement) {
-        if (primary)
-            sql += " CONSTRAINT " + quoted(primary->name);
-        sql += " PRIMARY KEY AUTOINCREMENT";
-    } else if (isRequired(table, field))
-        sql += " NOT NULL";
-    return sql + defaultSql(field) + checks(field);
-}
-
 // "BEFORE INSERT ... WHEN a row has the same texts": one for new rows, one for changed ones.
 QByteArray keyTrigger(const TableDef& table, const Index& index, const char* event, const QByteArray& but)
 {
     QByteArray same;
     for (const QString& field : index.fields)
         same += (same.isEmpty() ? "" : " AND ") + quoted(field) + "=NEW." + quoted(field) + " COLLATE NOCASE";
-    return "CREATE TRIGGER " +
+    return "CREATE TRIGGER IF NOT EXISTS " +
            quoted(QStringLiteral("%1 %2").arg(fileIndexName(table.name(), index.name),
                                               QString::fromLatin1(event).toLower())) +
            " BEFORE " + event + " ON " + quoted(table.name()) + " WHEN EXISTS(SELECT 1 FROM " + quoted(table.name()) +
@@ -130,11 +116,27 @@ QString checkName(const QString& field, Rule rule)
     return QString::fromUtf8(quoted(name));
 }
 
+QByteArray columnSql(const TableDef& table, const Field& field, const Index* primary)
+{
+    QByteArray sql = quoted(field.name) + ' ' + declaration(field);
+    if (isText(field))
+        sql += " COLLATE NOCASE";
+    if (field.autoIncrement) {
+        if (primary)
+            sql += " CONSTRAINT " + quoted(primary->name);
+        sql += " PRIMARY KEY AUTOINCREMENT";
+    } else if (isRequired(table, field))
+        sql += " NOT NULL";
+    return sql + defaultSql(field) + checks(field);
+}
+
 QByteArray tableSql(const TableDef& table, const QString& name)
 {
     const auto found = std::ranges::find_if(table.indexes(), [](const Index& index) { return index.primary; });
     const Index* primary = found == table.indexes().end() ? nullptr : &*found;
     QByteArray sql = "CREATE TABLE " + quoted(name) + "(\n    ";
+    if (table.fields().empty())
+        sql += quoted(NoField);
     bool numbered = false;
     for (const Field& field : table.fields()) {
         if (&field != &table.fields().front())
@@ -154,7 +156,7 @@ QString fileIndexName(const QString& table, const QString& index)
 
 QByteArray indexSql(const QString& table, const Index& index)
 {
-    return QByteArray("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
+    return QByteArray("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX IF NOT EXISTS " +
            quoted(fileIndexName(table, index.name)) + " ON " + quoted(table) + '(' + columnList(index.fields) + ')';
 }
 

@@ -1,0 +1,72 @@
+#include "Subjects.h"
+#include "Table.h"
+#include "store/engine/Database.h"
+#include "support/JetPages.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace orlo::bench
+{
+
+namespace
+{
+
+constexpr int Scouts = 10'000;
+constexpr int Awards = 100'000;
+
+// A sample's rows over and over, each with a key of its own: its bytes at the place in the row.
+void multiply(test::JetPages& pages, const QStringList& fields, int count, int place, int width)
+{
+    const int table = pages.table(fields);
+    const auto rows = pages.rows(table);
+    std::vector<test::JetPages::Row> many;
+    for (int key = 1; key <= count; ++key) {
+        many.push_back(rows[static_cast<std::size_t>(key) % rows.size()]);
+        many.back().bytes.replace(place, width, reinterpret_cast<const char*>(&key), width);
+    }
+    pages.setRows(table, many);
+}
+
+void write(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("can't write %s", qPrintable(path));
+}
+
+} // namespace
+
+void openFormerFile(Table& table)
+{
+    const QTemporaryDir folder(QStringLiteral(ORLO_BUILD_DIR "/benchmarks/jet-XXXXXX"));
+    const QString path = folder.filePath(QStringLiteral("Quorrel11.mdb"));
+    const QString kept = folder.filePath(QStringLiteral("Quorrel11 (former format).mdb"));
+    test::JetPages pages(QStringLiteral(ORLO_SOURCE_DIR "/tests/jet/data/small-1.1.mdb"));
+    multiply(pages, {QStringLiteral("School"), QStringLiteral("Tigar")}, Scouts, 2, 2);
+    multiply(pages, {QStringLiteral("Assigned_SID")}, Awards, 18, 4);
+    const QString former = folder.filePath(QStringLiteral("former.mdb"));
+    write(former, pages.bytes());
+
+    const Work ours = [&] {
+        QFile::remove(path);
+        QFile::remove(kept);
+        write(path, pages.bytes());
+        return timed([&path] { (void)store::DBEngine::openDatabase(path); });
+    };
+    const Work theirs = [&] {
+        return timed([&] {
+            for (const char* name : {"Scouts", "Assigned_Awards_Scouts"}) {
+                QProcess process;
+                process.setStandardOutputFile(folder.filePath(QLatin1String(name)));
+                process.start(QStringLiteral("mdb-export"), {former, QLatin1String(name)});
+                if (!process.waitForFinished() || process.exitCode() != 0)
+                    qFatal("mdb-export failed");
+            }
+        });
+    };
+    table.compare(
+        {"open a former file, 10,000 scouts, 100,000 awards", "mdb-export of the same to CSV", 3.0, ours, theirs, 7});
+}
+
+} // namespace orlo::bench

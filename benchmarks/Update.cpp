@@ -1,0 +1,113 @@
+#include "PackFile.h"
+#include "Subjects.h"
+#include "Table.h"
+#include "shell/Module1.h"
+#include "store/Schema.h"
+#include "store/engine/TableSql.h"
+#include "store/upkeep/basDataUpdate.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sqlite3.h>
+
+namespace orlo::bench
+{
+
+namespace
+{
+
+// A file of version 1.0 with 10,000 scouts, 1,000 adults and 200,000 awards.
+void makeOldFile(const QString& path)
+{
+    auto fresh = store::DBEngine::createDatabase(path);
+    store::createSchema10(fresh);
+    fresh.close();
+    const QByteArray count = "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < ";
+    PlainDatabase(path).run(
+        "BEGIN;" + count +
+        "10000) INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, Address, City, Phone, Birth_Date, Parent_Name1, "
+        "Active, Tigar, School, Assigned_Den_SID, Note) SELECT i, 'First' || i, 'Last' || i, i || ' Birch Lane', "
+        "'Millbrook', '(555) 555-1000', '2015-06-07', 'Anna Last' || i, 'Y', 'N', 'Lincoln Elementary', 1 + i % 9, "
+        "'Likes to camp' FROM n;" +
+        count +
+        "1000) INSERT INTO Adults (Adult_SID, Last_Name, Assigned_Den_SID) SELECT i, 'Last' || i, 1 + i % 9 FROM n;" +
+        count +
+        "200000) INSERT INTO Assigned_Awards_Scouts SELECT 1 + i % 10000, 1 + i % 120, d, strftime('%Y', d) + 0, "
+        "strftime('%m', d) + 0 FROM (SELECT i, date('2020-01-01', (i * 31 % 2000) || ' days') AS d FROM n);COMMIT");
+}
+
+void createPlain(const PlainDatabase& file, const store::TableDef& table)
+{
+    file.run(store::tableSql(table, table.name()));
+    for (const store::Index& index : table.indexes())
+        if (!index.primary)
+            file.run(store::indexSql(table.name(), index));
+}
+
+// Reads every row of a query and runs a statement with its values, a change of its own each time.
+void forEachRow(const PlainDatabase& file, const QByteArray& query, const QByteArray& statement)
+{
+    const PlainStatement from = file.prepare(query);
+    const PlainStatement to = file.prepare(statement);
+    while (step(from)) {
+        for (int i = 0; i < sqlite3_column_count(from.get()); ++i)
+            sqlite3_bind_value(to.get(), i + 1, sqlite3_column_value(from.get(), i));
+        (void)step(to);
+        sqlite3_reset(to.get());
+    }
+}
+
+void updatePlain(const PlainDatabase& file)
+{
+    using store::schema::findTable;
+    file.run("PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
+    for (const QStringView name :
+         {u"Den_Titles", u"Leader_Den_Assignments", u"Leader_Pack_Assn", u"Other_Purchase_List", u"Pack_Positions"})
+        createPlain(file, *findTable(name));
+    forEachRow(file, "SELECT Adult_SID, Assigned_Den_SID FROM Adults",
+               "INSERT INTO Leader_Den_Assignments (Adult_SID, Den_SID) VALUES(?1, ?2)");
+    file.run("CREATE TABLE AAS_TMP (Scout_SID SHORT, Insignia_SID SHORT, Date_Assigned DATETIME, Year SHORT, "
+             "Month SHORT, Quantity SHORT)");
+    forEachRow(file, "SELECT * FROM Assigned_Awards_Scouts", "INSERT INTO AAS_TMP VALUES(?1, ?2, ?3, ?4, ?5, 1)");
+    file.run("DROP TABLE Assigned_Awards_Scouts");
+    createPlain(file, *findTable(u"Assigned_Awards_Scouts"));
+    forEachRow(file, "SELECT * FROM AAS_TMP", "INSERT INTO Assigned_Awards_Scouts VALUES(?1, ?2, ?3, ?4, ?5, NULL, ?6)");
+    file.run("DROP TABLE AAS_TMP");
+    const auto& fields = findTable(u"Scouts")->fields();
+    for (std::size_t i = findTable(u"Scouts", store::SchemaVersion::V10)->fields().size(); i < fields.size(); ++i)
+        file.run("ALTER TABLE Scouts ADD COLUMN " + store::columnSql(*findTable(u"Scouts"), fields[i]));
+    forEachRow(file, "SELECT Scout_SID FROM Scouts",
+               "UPDATE Scouts SET Parent1_Use_Scout_Add = 1, Parent2_Use_Scout_Add = 1 WHERE Scout_SID = ?1");
+}
+
+} // namespace
+
+void updateOldFile(Table& table)
+{
+    const QTemporaryDir folder(QStringLiteral(ORLO_BUILD_DIR "/benchmarks/update-XXXXXX"));
+    const QString old = folder.filePath(QStringLiteral("old.mdb"));
+    const QString work = folder.filePath(QStringLiteral("work.mdb"));
+    makeOldFile(old);
+    const auto anew = [&] {
+        QFile::remove(work);
+        QFile::copy(old, work);
+    };
+    const Work ours = [&] {
+        anew();
+        openDatabase(work);
+        database().deferFlushing();
+        return timed([] {
+            ApplyUpdateSteps();
+            database().close();
+        });
+    };
+    const Work theirs = [&] {
+        anew();
+        const PlainDatabase file(work);
+        return timed([&] { updatePlain(file); });
+    };
+    table.compare({"update of 200,000 awards", "the same statements through the C API", 3.0, ours, theirs, 1});
+}
+
+} // namespace orlo::bench

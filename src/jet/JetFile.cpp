@@ -1,0 +1,319 @@
+#include "jet/JetFile.h"
+
+#include "jet/Output.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <span>
+#include <utility>
+
+namespace orlo::jet
+{
+
+namespace
+{
+
+constexpr char Catalogue[] = "MSysObjects";
+constexpr int Removed = 0x8000; // of a row: not to be read here, or not at all
+constexpr int Elsewhere = 0x4000;
+constexpr int Place = 0x1FFF;
+
+constexpr std::uint32_t InTheRow = 0x80000000; // of a long value
+constexpr std::uint32_t OnePiece = 0x40000000;
+constexpr std::uint32_t LongLength = 0x3FFFFFFF;
+constexpr int LongHead = 12;
+
+[[noreturn]] void damaged(const std::string& table)
+{
+    fail("The table " + table + " is damaged.");
+}
+
+std::uint32_t number(void* bytes, int offset)
+{
+    return static_cast<std::uint32_t>(mdb_get_int32(bytes, offset));
+}
+
+std::string taken(char* text)
+{
+    std::string copy = text ? text : "";
+    g_free(text);
+    return copy;
+}
+
+template <class Item>
+std::span<Item* const> items(const GPtrArray* array)
+{
+    return {reinterpret_cast<Item* const*>(array->pdata), array->len};
+}
+
+int widthOf(const MdbColumn& field)
+{
+    switch (field.col_type) {
+    case MDB_BYTE:
+        return 1;
+    case MDB_INT:
+        return 2;
+    case MDB_LONGINT:
+    case MDB_FLOAT:
+    case MDB_COMPLEX:
+        return 4;
+    case MDB_MONEY:
+    case MDB_DOUBLE:
+    case MDB_DATETIME:
+        return 8;
+    case MDB_REPID:
+        return 16;
+    case MDB_NUMERIC:
+        return 17;
+    default:
+        return std::max(field.col_size, 1);
+    }
+}
+
+// A definition that puts two fields in one place would read the one's bytes as the other's.
+bool isSound(const Table& table)
+{
+    std::map<int, int> fixed; // widths by place
+    std::set<unsigned> others;
+    for (const MdbColumn* field : table.fields) {
+        if (field->col_type == MDB_BOOL) // stands among the marks for Null
+            continue;
+        const bool apart = field->is_fixed ? fixed.emplace(field->fixed_offset, widthOf(*field)).second
+                                           : others.insert(field->var_col_num).second &&
+                                                 field->var_col_num < table.definition->num_var_cols;
+        if (!apart || field->col_type > MDB_COMPLEX || field->col_type < MDB_BOOL)
+            return false;
+    }
+    int end = 0;
+    for (const auto& [place, width] : fixed) {
+        if (place < end)
+            return false;
+        end = place + width;
+    }
+    return true;
+}
+
+} // namespace
+
+JetFile::JetFile(const char* path) : m_file(mdb_open(path, MDB_NOFLAGS))
+{
+    if (!m_file)
+        fail("The file can't be read.");
+    if (m_file->f->jet_version == MDB_VER_JET3)
+        m_codePage.emplace(m_file->f->code_page);
+    else if (m_file->f->jet_version != MDB_VER_JET4)
+        fail("The file is of a later format.");
+    readCatalogue();
+}
+
+Table JetFile::readTable(MdbCatalogEntry* entry) const
+{
+    Table table{std::unique_ptr<MdbTableDef, FreeTable>(mdb_read_table(entry)), entry->object_name, {}, 0};
+    if (!table.definition)
+        damaged(table.name);
+    table.rows = table.definition->num_rows;
+    const GPtrArray* columns = mdb_read_columns(table.definition.get());
+    if (!columns || columns->len == 0 || columns->len > store::jet::MostFields)
+        damaged(table.name);
+    for (const MdbColumn* column : items<MdbColumn>(columns))
+        table.fields.push_back(column);
+    if (!isSound(table))
+        damaged(table.name);
+    return table;
+}
+
+// The library's own list of the catalogue leaves out what has moved and brings back what was removed after that, so
+// the rows of the catalogue's table decide what there is.
+void JetFile::readCatalogue()
+{
+    const GPtrArray* list = mdb_read_catalog(m_file, MDB_ANY);
+    std::multimap<std::uint32_t, MdbCatalogEntry*> entries;
+    MdbCatalogEntry* own = nullptr;
+    if (!list)
+        fail("The file's catalogue is damaged.");
+    for (MdbCatalogEntry* entry : items<MdbCatalogEntry>(list)) {
+        entries.emplace(static_cast<std::uint32_t>(entry->table_pg), entry);
+        if (std::string_view(entry->object_name) == Catalogue)
+            own = entry;
+    }
+    if (!own)
+        fail("The file's catalogue is damaged.");
+    const Table catalogue = readTable(own);
+    std::size_t id = 0;
+    while (id < catalogue.fields.size() && std::string_view(catalogue.fields[id]->name) != "Id")
+        ++id;
+    if (id == catalogue.fields.size())
+        damaged(Catalogue);
+
+    std::vector<MdbCatalogEntry*> live;
+    walk(catalogue, [&](const Row& row) {
+        if (!row[id])
+            return;
+        const auto [from, to] = entries.equal_range(static_cast<std::uint32_t>(whole(*row[id], 4)) & 0xFFFFFF);
+        for (auto entry = from; entry != to; ++entry)
+            live.push_back(entry->second);
+        entries.erase(from, to);
+    });
+    for (MdbCatalogEntry* entry : live) {
+        const std::string_view name = entry->object_name;
+        if (name.starts_with("MSys") || name.starts_with('~')) // the engine's own, or on the way out
+            continue;
+        if (entry->object_type == MDB_QUERY)
+            m_queries.emplace_back(name);
+        else if (entry->object_type == MDB_TABLE)
+            m_tables.push_back(readTable(entry));
+    }
+}
+
+void JetFile::readPage(std::uint32_t page, const Table& owner)
+{
+    if (mdb_read_pg(m_file, page) != m_file->fmt->pg_size || m_file->pg_buf[0] != MDB_PAGE_DATA ||
+        number(m_file->pg_buf, 4) != owner.definition->entry->table_pg)
+        damaged(owner.name);
+}
+
+void JetFile::walk(const Table& table, const std::function<void(const Row&)>& take)
+{
+    MdbTableDef& definition = *table.definition;
+    mdb_rewind_table(&definition);
+    std::uint32_t found = 0;
+    while (mdb_read_next_dpg(&definition) != 0) {
+        const std::uint32_t page = definition.cur_phys_pg;
+        const int rows = mdb_get_int16(m_file->pg_buf, m_file->fmt->row_count_offset);
+        for (int row = 0; row < rows; ++row) {
+            if (m_file->cur_pg != page)
+                readPage(page, table);
+            if (takeRow(table, row, take, false))
+                ++found;
+        }
+        if (m_file->cur_pg != page)
+            readPage(page, table);
+    }
+    // The count may be behind after a power failure; rows that are missing would be lost.
+    if (found < table.rows)
+        fail("The table " + table.name + " should have " + std::to_string(table.rows) + " rows, but " +
+             std::to_string(found) + " were found.");
+}
+
+// A row that grew lies on another page, marked there as removed so that only the pointer in its old place leads to it.
+bool JetFile::takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, bool moved)
+{
+    int start = 0;
+    std::size_t size = 0;
+    const bool whole = mdb_find_row(m_file, row, &start, &size) == 0;
+    if (!moved && (start & Removed))
+        return false;
+    if (!whole || size == 0 || (start & Place) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
+        damaged(table.name);
+    if (start & Elsewhere) {
+        if (size < 4 || moved)
+            damaged(table.name);
+        const std::uint32_t to = number(m_file->pg_buf, start & Place);
+        readPage(to >> 8, table);
+        return takeRow(table, static_cast<int>(to & 0xFF), take, true);
+    }
+    take(crack(table, start & Place, size));
+    return true;
+}
+
+Row JetFile::crack(const Table& table, int start, std::size_t size) const
+{
+    std::vector<MdbField> cells(table.fields.size());
+    if (mdb_crack_row(table.definition.get(), start, size, cells.data()) < 0)
+        damaged(table.name);
+    const int present = m_codePage ? m_file->pg_buf[start] : mdb_get_int16(m_file->pg_buf, start);
+    Row row;
+    row.reserve(cells.size());
+    for (const MdbField& cell : cells) {
+        const MdbColumn& field = *table.fields[static_cast<std::size_t>(cell.colnum)];
+        // A row that is older than the field doesn't have it, whatever stands where its mark would be.
+        if (cell.is_null || field.col_num >= present) {
+            row.emplace_back();
+            continue;
+        }
+        if (field.col_type != MDB_BOOL &&
+            (cell.start < start || cell.siz < 0 || std::cmp_greater(cell.start - start + cell.siz, size)))
+            damaged(table.name);
+        row.emplace_back(Bytes{cell.start, cell.siz});
+    }
+    return row;
+}
+
+std::uint64_t JetFile::whole(Bytes bytes, int width) const
+{
+    if (bytes.size < width)
+        fail("A number breaks off.");
+    std::uint64_t value = 0;
+    for (int i = width - 1; i >= 0; --i)
+        value = value << 8 | m_file->pg_buf[bytes.start + i];
+    return value;
+}
+
+std::string JetFile::raw(Bytes bytes) const
+{
+    return {reinterpret_cast<const char*>(m_file->pg_buf) + bytes.start, static_cast<std::size_t>(bytes.size)};
+}
+
+std::string JetFile::decimal(const MdbColumn& field, Bytes bytes) const
+{
+    if (field.col_type == MDB_MONEY)
+        return bytes.size < 8 ? std::string() : taken(mdb_money_to_string(m_file, bytes.start));
+    return bytes.size < 17 ? std::string()
+                           : taken(mdb_numeric_to_string(m_file, bytes.start, field.col_scale, field.col_prec));
+}
+
+std::string JetFile::identifier(Bytes bytes) const
+{
+    return bytes.size < 16 ? std::string() : taken(mdb_uuid_to_string(m_file->pg_buf, bytes.start));
+}
+
+std::string JetFile::piece(std::uint32_t place)
+{
+    void* page = nullptr;
+    int start = 0;
+    std::size_t size = 0;
+    if (mdb_find_pg_row(m_file, static_cast<int>(place), &page, &start, &size) != 0)
+        fail("A long text can't be found.");
+    const auto* bytes = static_cast<const char*>(page);
+    start &= Place;
+    if (bytes[0] != MDB_PAGE_DATA || std::string_view(bytes + 4, 4) != "LVAL" ||
+        static_cast<std::size_t>(start) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
+        fail("A long text lies where no text can be.");
+    return {bytes + start, size};
+}
+
+std::string JetFile::longValue(Bytes bytes)
+{
+    if (bytes.size == 0)
+        return {};
+    if (bytes.size < LongHead)
+        fail("A long text breaks off.");
+    const std::uint32_t head = number(m_file->pg_buf, bytes.start);
+    const std::uint32_t length = head & LongLength;
+    std::string value;
+    if (head & InTheRow) {
+        value = raw({bytes.start + LongHead, bytes.size - LongHead});
+    } else if (head & OnePiece) {
+        value = piece(number(m_file->pg_buf, bytes.start + 4));
+    } else {
+        for (std::uint32_t next = number(m_file->pg_buf, bytes.start + 4); next != 0 && value.size() < length;) {
+            std::string part = piece(next);
+            if (part.size() <= 4)
+                fail("A long text breaks off.");
+            next = number(part.data(), 0);
+            value.append(part, 4);
+        }
+    }
+    if (value.size() < length)
+        fail("A long text breaks off.");
+    value.resize(length);
+    return value;
+}
+
+std::u16string JetFile::letters(const std::string& bytes) const
+{
+    return m_codePage ? m_codePage->text(bytes) : jet4Text(bytes);
+}
+
+} // namespace orlo::jet

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "jet/Letters.h"
+#include "store/jet/Stream.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <mdbtools.h>
+
+namespace orlo::jet
+{
+
+struct FreeTable {
+    void operator()(MdbTableDef* table) const { mdb_free_tabledef(table); }
+};
+
+/// A table of the file: its name, its fields in their order, how many rows it says that it has.
+struct Table {
+    std::unique_ptr<MdbTableDef, FreeTable> definition;
+    std::string name;
+    std::vector<const MdbColumn*> fields;
+    std::uint32_t rows = 0;
+};
+
+/// Where a field's bytes lie in the page that was read last; nothing for Null.
+struct Bytes {
+    int start;
+    int size;
+};
+using Row = std::vector<std::optional<Bytes>>;
+
+/// A file in the format of Jet 3 or Jet 4, read by way of mdbtools. What is damaged ends the process by fail().
+class JetFile
+{
+public:
+    explicit JetFile(const char* path);
+
+    /// The tables that a user made, in the order of the file's catalogue, and the names of the stored queries.
+    [[nodiscard]] std::vector<Table>& tables() { return m_tables; }
+    [[nodiscard]] const std::vector<std::string>& queries() const { return m_queries; }
+    [[nodiscard]] bool isJet4() const { return !m_codePage; }
+    /// Calls for each row that wasn't removed, in the order of the file; a row that has moved counts where it began.
+    void walk(const Table& table, const std::function<void(const Row&)>& take);
+
+    // The values of fields in the row that is being taken.
+    [[nodiscard]] std::uint64_t whole(Bytes bytes, int width) const;
+    [[nodiscard]] std::u16string shortText(Bytes bytes) const { return letters(raw(bytes)); }
+    [[nodiscard]] std::u16string longText(Bytes bytes) { return letters(longValue(bytes)); }
+    /// What a long field holds, gathered from the pages that it lies on.
+    [[nodiscard]] std::string longValue(Bytes bytes);
+    [[nodiscard]] std::string raw(Bytes bytes) const;
+    [[nodiscard]] std::string decimal(const MdbColumn& field, Bytes bytes) const;
+    [[nodiscard]] std::string identifier(Bytes bytes) const;
+
+private:
+    [[nodiscard]] Table readTable(MdbCatalogEntry* entry) const;
+    void readCatalogue();
+    void readPage(std::uint32_t page, const Table& owner);
+    bool takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, bool moved);
+    [[nodiscard]] Row crack(const Table& table, int start, std::size_t size) const;
+    [[nodiscard]] std::string piece(std::uint32_t place);
+    [[nodiscard]] std::u16string letters(const std::string& bytes) const;
+
+    MdbHandle* m_file; // lives as long as the process
+    std::optional<CodePage> m_codePage;
+    std::vector<Table> m_tables;
+    std::vector<std::string> m_queries;
+};
+
+} // namespace orlo::jet

@@ -1,0 +1,103 @@
+#include "jet/Letters.h"
+
+#include "jet/Output.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+
+#include <iconv.h>
+
+namespace orlo::jet
+{
+
+namespace
+{
+
+char16_t unit(char low, char high)
+{
+    return static_cast<char16_t>(static_cast<unsigned char>(low) | static_cast<unsigned char>(high) << 8);
+}
+
+// Nothing for a code that the system doesn't know.
+iconv_t opened(const std::string& code)
+{
+    const iconv_t converter = iconv_open("UTF-16LE", code.c_str());
+    return std::bit_cast<std::intptr_t>(converter) == -1 ? nullptr : converter;
+}
+
+std::u16string converted(iconv_t converter, std::string_view bytes)
+{
+    std::u16string letters;
+    letters.reserve(bytes.size());
+    iconv(converter, nullptr, nullptr, nullptr, nullptr);
+    std::string source(bytes);
+    char* from = source.data();
+    std::size_t left = source.size();
+    while (left > 0) {
+        std::array<char, 4096> block;
+        char* to = block.data();
+        std::size_t room = block.size();
+        const bool stuck = iconv(converter, &from, &left, &to, &room) == static_cast<std::size_t>(-1);
+        for (const char* at = block.data(); at < to; at += 2)
+            letters += unit(at[0], at[1]);
+        if (stuck && to == block.data() && left > 0) {
+            letters += unit(*from, '\0');
+            ++from;
+            --left;
+        }
+    }
+    return letters;
+}
+
+} // namespace
+
+std::u16string jet4Text(std::string_view bytes)
+{
+    const bool mixed = bytes.starts_with("\xFF\xFE");
+    if (mixed)
+        bytes.remove_prefix(2);
+    std::u16string letters;
+    letters.reserve(bytes.size());
+    bool narrow = mixed;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        if (mixed && bytes[at] == '\0')
+            narrow = !narrow;
+        else if (narrow)
+            letters += unit(bytes[at], '\0');
+        else if (at + 1 < bytes.size()) {
+            letters += unit(bytes[at], bytes[at + 1]);
+            ++at;
+        } else
+            fail("A text breaks off within a letter.");
+    }
+    return letters;
+}
+
+CodePage::CodePage(int number) : m_converter(opened("CP" + std::to_string(number)))
+{
+    if (!m_converter)
+        m_converter = opened("CP1252");
+    if (!m_converter)
+        fail("The system knows no code pages.");
+}
+
+CodePage::~CodePage()
+{
+    iconv_close(m_converter);
+}
+
+std::u16string CodePage::text(std::string_view bytes) const
+{
+    return converted(m_converter, bytes);
+}
+
+std::u16string utf8Text(std::string_view bytes)
+{
+    static const iconv_t Converter = opened("UTF-8");
+    if (!Converter)
+        fail("The system knows no code pages.");
+    return converted(Converter, bytes);
+}
+
+} // namespace orlo::jet

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace orlo::jet
+{
+
+/// Ends the process with the reason on the standard error, where the program finds it.
+[[noreturn]] void fail(const std::string& reason);
+
+/// The stream to the program, written in blocks. More bytes than the limit end the process: a small file whose parts
+/// point at each other could go on without end.
+class Output
+{
+public:
+    explicit Output(std::uint64_t limit) : m_left(limit) {}
+
+    template <class Number>
+    void number(Number value)
+    {
+        put(&value, sizeof value);
+    }
+    void text(std::u16string_view letters)
+    {
+        number(static_cast<std::uint32_t>(letters.size() * sizeof(char16_t)));
+        put(letters.data(), letters.size() * sizeof(char16_t));
+    }
+    void flush();
+
+private:
+    void put(const void* bytes, std::size_t size)
+    {
+        m_block.append(static_cast<const char*>(bytes), size);
+        if (m_block.size() >= BlockSize)
+            flush();
+    }
+
+    static constexpr std::size_t BlockSize = 1 << 16;
+    std::string m_block;
+    std::uint64_t m_left;
+};
+
+} // namespace orlo::jet

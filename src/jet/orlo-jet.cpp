@@ -1,0 +1,190 @@
+// Reads a file in the format of Jet 3 or Jet 4 and writes what stands in it to the standard output, for the program
+// that started it. A process of its own, since a damaged or hostile file can end it, use up its time or its memory.
+
+#include "jet/JetFile.h"
+#include "jet/Output.h"
+
+#include <bit>
+#include <cstdio>
+#include <cstdlib>
+
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace orlo::jet;
+using orlo::store::jet::Cell;
+using orlo::store::jet::Kind;
+
+namespace
+{
+
+constexpr std::uint64_t Megabyte = 1 << 20;
+// One byte of the file is at most a few of the stream: a letter becomes two, a Null's bit a byte.
+constexpr std::uint64_t MostGrowth = 16;
+
+void limit(int resource, rlim_t most)
+{
+    const rlimit limits{most, most};
+    setrlimit(static_cast<__rlimit_resource>(resource), &limits);
+}
+
+void limitOurselves(std::uint64_t fileSize)
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_FSIZE, 0);
+    limit(RLIMIT_CPU, 5 + fileSize / (2 * Megabyte));
+#ifndef __SANITIZE_ADDRESS__ // which reserves more addresses than there could ever be memory
+    limit(RLIMIT_AS, 512 * Megabyte + 4 * fileSize);
+#endif
+}
+
+Kind kindOf(int type)
+{
+    switch (type) {
+    case MDB_BOOL:
+        return Kind::Boolean;
+    case MDB_BYTE:
+    case MDB_INT:
+        return Kind::Integer;
+    case MDB_LONGINT:
+        return Kind::Long;
+    case MDB_MONEY:
+    case MDB_NUMERIC:
+    case MDB_FLOAT:
+    case MDB_DOUBLE:
+        return Kind::Double;
+    case MDB_DATETIME:
+        return Kind::Date;
+    case MDB_TEXT:
+        return Kind::Text;
+    default:
+        return Kind::Memo;
+    }
+}
+
+// The number of 32 bits in as few digits as tell it from its neighbours, since 64 bits would show more than was meant.
+double widened(float number)
+{
+    char digits[32];
+    for (int precision = 6; precision <= 9; ++precision) {
+        std::snprintf(digits, sizeof digits, "%.*g", precision, static_cast<double>(number));
+        if (std::strtof(digits, nullptr) == number)
+            break;
+    }
+    return std::strtod(digits, nullptr);
+}
+
+std::u16string hex(const std::string& bytes)
+{
+    std::u16string text;
+    for (const char byte : bytes)
+        for (const int shift : {4, 0})
+            text += static_cast<char16_t>(u"0123456789ABCDEF"[static_cast<unsigned char>(byte) >> shift & 0xF]);
+    return text;
+}
+
+void writeWhole(Output& out, std::int32_t value)
+{
+    out.number(Cell::Whole);
+    out.number(value);
+}
+
+void writeReal(Output& out, double value)
+{
+    out.number(Cell::Real);
+    out.number(value);
+}
+
+void writeText(Output& out, const std::u16string& text)
+{
+    out.number(Cell::Letters);
+    out.text(text);
+}
+
+void writeCell(Output& out, JetFile& file, const MdbColumn& field, const std::optional<Bytes>& bytes)
+{
+    if (field.col_type == MDB_BOOL)
+        return out.number(bytes ? Cell::Yes : Cell::No);
+    if (!bytes)
+        return out.number(Cell::Null);
+    switch (field.col_type) {
+    case MDB_BYTE:
+        return writeWhole(out, static_cast<std::uint8_t>(file.whole(*bytes, 1)));
+    case MDB_INT:
+        return writeWhole(out, static_cast<std::int16_t>(file.whole(*bytes, 2)));
+    case MDB_LONGINT:
+    case MDB_COMPLEX:
+        return writeWhole(out, static_cast<std::int32_t>(file.whole(*bytes, 4)));
+    case MDB_FLOAT:
+        return writeReal(out, widened(std::bit_cast<float>(static_cast<std::uint32_t>(file.whole(*bytes, 4)))));
+    case MDB_DOUBLE:
+        return writeReal(out, std::bit_cast<double>(file.whole(*bytes, 8)));
+    case MDB_DATETIME:
+        out.number(Cell::Day);
+        return out.number(file.whole(*bytes, 8));
+    case MDB_MONEY:
+    case MDB_NUMERIC:
+        return writeText(out, utf8Text(file.decimal(field, *bytes)));
+    case MDB_TEXT:
+        return writeText(out, file.shortText(*bytes));
+    case MDB_MEMO:
+        return writeText(out, file.longText(*bytes));
+    case MDB_OLE:
+        return writeText(out, hex(file.longValue(*bytes)));
+    case MDB_REPID:
+        return writeText(out, utf8Text(file.identifier(*bytes)));
+    default:
+        return writeText(out, hex(file.raw(*bytes)));
+    }
+}
+
+void writeDefinition(Output& out, const Table& table, int bytesALetter)
+{
+    out.text(utf8Text(table.name));
+    out.number(table.rows);
+    out.number(static_cast<std::uint16_t>(table.fields.size()));
+    for (const MdbColumn* field : table.fields) {
+        out.text(utf8Text(field->name));
+        out.number(kindOf(field->col_type));
+        out.number(static_cast<std::uint16_t>(field->col_size / bytesALetter));
+    }
+}
+
+void writeRows(Output& out, JetFile& file, const Table& table)
+{
+    file.walk(table, [&](const Row& row) {
+        out.number(orlo::store::jet::RowFollows);
+        for (std::size_t i = 0; i < row.size(); ++i)
+            writeCell(out, file, *table.fields[i], row[i]);
+    });
+    out.number(orlo::store::jet::TableEnds);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    struct stat status {
+    };
+    if (argc != 2 || stat(argv[1], &status) != 0)
+        fail("There is no file to read.");
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    limitOurselves(size);
+    JetFile file(argv[1]);
+    Output out(MostGrowth * (size + Megabyte));
+    out.number(orlo::store::jet::Signature);
+    out.number(static_cast<std::uint32_t>(file.queries().size()));
+    for (const std::string& query : file.queries())
+        out.text(utf8Text(query));
+    out.number(static_cast<std::uint32_t>(file.tables().size()));
+    for (const Table& table : file.tables())
+        writeDefinition(out, table, file.isJet4() ? 2 : 1);
+    for (const Table& table : file.tables())
+        writeRows(out, file, table);
+    out.number(orlo::store::jet::End);
+    out.flush();
+    _exit(0);
+}

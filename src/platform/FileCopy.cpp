@@ -1,0 +1,232 @@
+#include "platform/FileCopy.h"
+
+#include "platform/RuntimeError.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+namespace orlo::platform
+{
+
+namespace
+{
+
+constexpr std::size_t BlockSize = 1 << 20; // bytes
+constexpr qint64 StatBlock = 512;          // bytes, the unit of st_blocks
+constexpr mode_t ModeBits = 0777;
+
+// What a failed call of the operating system is to the program; a file or folder that isn't there differs by the call.
+int numberOf(int code, int missing)
+{
+    switch (code) {
+    case ENOENT:
+    case ENOTDIR:
+        return missing;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return DiskFull;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+    case ETXTBSY:
+        return PermissionDenied;
+    case EIO:
+    case ENODEV:
+    case ENXIO:
+    case ESTALE:
+        return DeviceUnavailable;
+#ifdef ENOMEDIUM
+    case ENOMEDIUM:
+        return DiskNotReady;
+#endif
+    default:
+        return PathFileAccess;
+    }
+}
+
+// A volume without room for one file more, other than a limit that is set to this user.
+struct NoRoom : RuntimeError {
+    NoRoom() : RuntimeError(DiskFull, QStringLiteral("FileSystem")) {}
+};
+
+[[noreturn]] void raise(int code, int missing = PathNotFound)
+{
+    if (code == ENOSPC)
+        throw NoRoom();
+    throw RuntimeError(numberOf(code, missing), QStringLiteral("FileSystem"));
+}
+
+void check(bool done)
+{
+    if (!done)
+        raise(errno);
+}
+
+// An open file, closed with the object.
+class Handle
+{
+public:
+    explicit Handle(int descriptor) : m_descriptor(descriptor) {}
+    ~Handle()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    [[nodiscard]] int get() const { return m_descriptor; }
+    [[nodiscard]] struct stat status() const
+    {
+        struct stat found {
+        };
+        check(::fstat(m_descriptor, &found) == 0);
+        return found;
+    }
+    // Some volumes tell only now that what was written didn't fit.
+    void close()
+    {
+        const int closing = std::exchange(m_descriptor, -1);
+        check(::close(closing) == 0);
+    }
+
+private:
+    int m_descriptor;
+};
+
+void writeAll(int descriptor, const char* data, std::size_t length)
+{
+    while (length > 0) {
+        const ssize_t written = ::write(descriptor, data, length);
+        if (written < 0 && errno == EINTR)
+            continue;
+        check(written > 0);
+        data += written;
+        length -= static_cast<std::size_t>(written);
+    }
+}
+
+// Writes the source's bytes over the file's own, and ends it where the source ends.
+void pour(const Handle& source, Handle& file)
+{
+    std::vector<char> block(BlockSize);
+    off_t size = 0;
+    for (;;) {
+        const ssize_t got = ::read(source.get(), block.data(), block.size());
+        if (got < 0 && errno == EINTR)
+            continue;
+        check(got >= 0);
+        if (got == 0)
+            break;
+        writeAll(file.get(), block.data(), static_cast<std::size_t>(got));
+        size += got;
+    }
+    check(::ftruncate(file.get(), size) == 0);
+    check(::fsync(file.get()) == 0 || errno == EINVAL || errno == ENOSYS); // not every volume knows it
+    file.close();
+}
+
+void flushFolder(const QString& file)
+{
+    const Handle folder(::open(QFile::encodeName(QFileInfo(file).path()).constData(), O_RDONLY | O_DIRECTORY));
+    if (folder.get() >= 0)
+        ::fsync(folder.get()); // the file itself is safe by now
+}
+
+// One copy on its way: the source, the target, and the name beside the target that the copy bears until it is whole.
+class Copy
+{
+public:
+    Copy(const QString& source, const QString& target)
+        : m_source(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC)),
+          m_target(QFile::encodeName(target)), m_part(QFile::encodeName(target + QStringLiteral(".part")))
+    {
+        if (m_source.get() < 0)
+            raise(errno, FileNotFound);
+    }
+
+    void beside()
+    {
+        const struct stat given = m_source.status();
+        struct stat old {
+        };
+        const bool replaces = ::stat(m_target.constData(), &old) == 0;
+        const mode_t mode = replaces ? old.st_mode : given.st_mode;
+        Handle part(::open(m_part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode & ModeBits));
+        check(part.get() >= 0);
+        try {
+            // Asks for the room at once; where the volume can't say, writing will tell.
+            if (given.st_size > 0 && ::fallocate(part.get(), 0, 0, given.st_size) != 0 &&
+                numberOf(errno, 0) == DiskFull)
+                raise(errno);
+            (void)::fchmod(part.get(), mode & ModeBits); // a volume without such rights keeps its own
+            pour(m_source, part);
+            check(::rename(m_part.constData(), m_target.constData()) == 0);
+        } catch (...) {
+            ::unlink(m_part.constData());
+            throw;
+        }
+    }
+
+    // Whether the copy fits once the old file's room counts as free.
+    [[nodiscard]] bool fitsInPlace() const
+    {
+        struct stat old {
+        };
+        struct statvfs volume {
+        };
+        if (::stat(m_target.constData(), &old) != 0 || ::statvfs(m_target.constData(), &volume) != 0)
+            return false;
+        const auto free = static_cast<qint64>(volume.f_bavail) * static_cast<qint64>(volume.f_frsize);
+        return free + old.st_blocks * StatBlock >= m_source.status().st_size;
+    }
+
+    // The old file gives up its name before its contents, so that half a copy never stands under it.
+    void inPlace()
+    {
+        check(::lseek(m_source.get(), 0, SEEK_SET) == 0);
+        Handle part(::open(m_target.constData(), O_WRONLY | O_CLOEXEC));
+        check(part.get() >= 0);
+        check(::rename(m_target.constData(), m_part.constData()) == 0);
+        try {
+            pour(m_source, part);
+            check(::rename(m_part.constData(), m_target.constData()) == 0);
+        } catch (...) {
+            ::unlink(m_part.constData());
+            throw;
+        }
+    }
+
+private:
+    Handle m_source;
+    QByteArray m_target;
+    QByteArray m_part;
+};
+
+} // namespace
+
+void copyOver(const QString& source, const QString& target)
+{
+    Copy copy(source, target);
+    try {
+        copy.beside();
+    } catch (const NoRoom&) {
+        if (!copy.fitsInPlace())
+            throw;
+        copy.inPlace();
+    }
+    flushFolder(target);
+}
+
+} // namespace orlo::platform

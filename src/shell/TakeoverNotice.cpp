@@ -1,0 +1,77 @@
+#include "shell/TakeoverNotice.h"
+
+#include "store/jet/Takeover.h"
+#include "widgets/Form.h"
+#include "widgets/MessageBox.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPointer>
+#include <QTimer>
+
+namespace orlo
+{
+
+namespace
+{
+
+constexpr int LookEvery = 100; // ms
+
+QWidget* visibleWindow()
+{
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(windows, [](const QWidget* window) { return window->isVisible(); });
+    return found == windows.end() ? nullptr : *found;
+}
+
+// A line across the window that is up: another window would take the activation, which the frame listens for.
+void showProgress(const QString& file, int percent)
+{
+    static QPointer<QLabel> line;
+    if (percent >= 100) {
+        delete line;
+        return;
+    }
+    if (!line) {
+        QWidget* const window = visibleWindow();
+        if (!window)
+            return;
+        line = new QLabel(window);
+        line->setObjectName(QStringLiteral("lblTakeover"));
+        line->setAutoFillBackground(true);
+        line->setAlignment(Qt::AlignCenter);
+        line->setMargin(line->fontMetrics().height() / 2);
+    }
+    line->setText(QStringLiteral("Bringing %1 into this version's format: %2 %").arg(file).arg(percent));
+    line->resize(line->parentWidget()->width(), line->sizeHint().height());
+    line->move(0, line->parentWidget()->height() - line->height());
+    line->raise();
+    line->show();
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+// A message over the splash would go with it.
+void tellOverFrame(const QString& report)
+{
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, report] {
+        const QWidget* frame = widgets::Form::mainWindow();
+        if (!frame || !frame->isVisible() || QApplication::activeModalWidget())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        widgets::message(report);
+    });
+    timer->start(LookEvery);
+}
+
+} // namespace
+
+void watchTakeovers()
+{
+    store::setTakeoverWatch({showProgress, tellOverFrame});
+}
+
+} // namespace orlo

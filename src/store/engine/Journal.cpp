@@ -1,0 +1,91 @@
+#include "store/engine/Journal.h"
+
+#include <QFile>
+#include <QtEndian>
+
+#include <optional>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+// The journal: a header that fills a sector, then the pages as they were before the change, each between its number and
+// a checksum. The file's first page holds the number of changes that were made so far.
+constexpr QByteArrayView Magic("\xd9\xd5\x05\xf9\x20\xa1\x63\xd7");
+constexpr quint32 UpToTheEnd = 0xffffffff;
+constexpr qint64 HeaderSize = 28;
+constexpr qint64 ChangeCounterAt = 24;
+constexpr qint64 PageCountAt = 28;
+constexpr qint64 CountedAt = 92; // the change counter for which the page count holds
+constexpr qint64 FirstPageHead = 100;
+
+quint32 number(const QByteArray& bytes, qint64 at)
+{
+    return qFromBigEndian<quint32>(bytes.constData() + at);
+}
+
+bool sumAgrees(const QByteArray& page, quint32 start, quint32 stated)
+{
+    quint32 sum = start;
+    for (qsizetype i = page.size() - 200; i > 0; i -= 200)
+        sum += static_cast<unsigned char>(page[i]);
+    return sum == stated;
+}
+
+// The first page as it was, if the journal has it; `whole` tells whether all of the journal was looked through.
+std::optional<QByteArray> firstPage(QFile& journal, const QByteArray& header, bool& whole)
+{
+    const auto pages = number(header, 8);
+    const qint64 sector = number(header, 20);
+    const qint64 pageSize = number(header, 24);
+    qint64 at = sector;
+    quint32 done = 0;
+    for (; (pages == UpToTheEnd || pages == 0 || done < pages) && at + pageSize + 8 <= journal.size(); ++done) {
+        journal.seek(at);
+        const QByteArray record = journal.read(pageSize + 8);
+        if (number(record, 0) == 1 &&
+            sumAgrees(record.mid(4, pageSize), number(header, 12), number(record, 4 + pageSize)))
+            return record.mid(4, pageSize);
+        at += pageSize + 8;
+    }
+    whole = pages == UpToTheEnd || pages == 0 || at + sector > journal.size();
+    return std::nullopt;
+}
+
+bool isStray(QFile& journal, const QByteArray& fileHead)
+{
+    const QByteArray header = journal.read(HeaderSize);
+    if (header.size() < HeaderSize || !header.startsWith(Magic) || fileHead.size() < FirstPageHead)
+        return false;
+    const quint32 pageSize = number(header, 24);
+    if (number(header, 20) < HeaderSize || pageSize < 512 || pageSize > 65536)
+        return false;
+    const quint32 changes = number(fileHead, ChangeCounterAt);
+    bool whole = false;
+    if (const auto page = firstPage(journal, header, whole)) {
+        const quint32 before = number(*page, ChangeCounterAt);
+        return changes != before && changes != before + 1;
+    }
+    // The first page hasn't been changed yet, so it still counts the pages that the journal started with.
+    return whole && changes == number(fileHead, CountedAt) && number(fileHead, PageCountAt) != number(header, 16);
+}
+
+} // namespace
+
+void setStrayJournalAside(const QString& path)
+{
+    QFile journal(path + QStringLiteral("-journal"));
+    QFile file(path);
+    if (!journal.open(QIODevice::ReadOnly) || !file.open(QIODevice::ReadOnly))
+        return;
+    if (!isStray(journal, file.read(FirstPageHead)))
+        return;
+    const QString aside = journal.fileName() + QStringLiteral(".stray");
+    journal.close();
+    QFile::remove(aside);
+    QFile::rename(journal.fileName(), aside);
+}
+
+} // namespace orlo::store

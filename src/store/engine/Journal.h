@@ -1,0 +1,13 @@
+#pragma once
+
+class QString;
+
+namespace orlo::store
+{
+
+/// Moves the journal beside a file out of the way if it was left by a killed run for another state of the file, as when
+/// the file has been put back from a copy since: rolled back, it would overwrite the copy with pages of the lost file.
+/// In doubt it stays. Native path.
+void setStrayJournalAside(const QString& file);
+
+} // namespace orlo::store

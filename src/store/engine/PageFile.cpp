@@ -1,0 +1,212 @@
+#include "store/engine/PageFile.h"
+
+#include "platform/RuntimeError.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <bit>
+#include <optional>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+constexpr qsizetype FileHeader = 100; // bytes before the first page's own
+constexpr qsizetype UsualPageSize = 4096;
+constexpr char LeafMark = 13;
+constexpr char InteriorMark = 5;
+constexpr qsizetype MostLocal = 35; // bytes that a page keeps beside a payload that fits it
+
+template <class Number>
+Number bigEndian(QByteArrayView bytes, qsizetype at)
+{
+    return at + qsizetype(sizeof(Number)) <= bytes.size() ? qFromBigEndian<Number>(bytes.data() + at) : Number(0);
+}
+
+// A number of one to nine bytes, seven bits each; the place goes behind it. None where the bytes end.
+std::optional<qint64> variable(QByteArrayView bytes, qsizetype& at)
+{
+    quint64 number = 0;
+    for (int i = 0; i < 9; ++i, ++at) {
+        if (at >= bytes.size())
+            return std::nullopt;
+        const auto byte = static_cast<unsigned char>(bytes[at]);
+        if (i == 8) {
+            ++at;
+            return static_cast<qint64>(number << 8 | byte);
+        }
+        number = number << 7 | (byte & 0x7FU);
+        if (byte < 0x80) {
+            ++at;
+            return static_cast<qint64>(number);
+        }
+    }
+    return std::nullopt;
+}
+
+// How many bytes a value of this kind has.
+qint64 sizeOf(qint64 kind)
+{
+    static constexpr int Sizes[] = {0, 1, 2, 3, 4, 6, 8, 8, 0, 0, 0, 0};
+    return kind < 12 ? Sizes[kind] : (kind - 12) / 2;
+}
+
+RawValue readValue(qint64 kind, QByteArrayView bytes)
+{
+    if (kind == 0 || kind == 10 || kind == 11)
+        return {};
+    if (kind >= 12)
+        return kind % 2 == 1 ? RawValue(RawText{bytes.toByteArray()}) : RawValue(bytes.toByteArray());
+    if (kind == 7)
+        return std::bit_cast<double>(bigEndian<quint64>(bytes, 0));
+    if (kind >= 8)
+        return kind - 8;
+    qint64 number = !bytes.isEmpty() && bytes[0] < 0 ? -1 : 0;
+    for (const char byte : bytes)
+        number = static_cast<qint64>(static_cast<quint64>(number) << 8 | static_cast<unsigned char>(byte));
+    return number;
+}
+
+// None unless the record's header and the size that was stated for it agree.
+std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 stated)
+{
+    qsizetype at = 0;
+    const auto header = variable(bytes, at);
+    if (!header || *header < at || *header > bytes.size())
+        return std::nullopt;
+    std::vector<RawValue> values;
+    qint64 start = *header;
+    while (at < *header) {
+        const auto kind = variable(bytes, at);
+        if (!kind || *kind < 0 || at > *header || sizeOf(*kind) > stated - start)
+            return std::nullopt;
+        const qint64 size = sizeOf(*kind);
+        values.push_back(start + size <= bytes.size() ? readValue(*kind, bytes.sliced(start, size)) : RawValue());
+        start += size;
+    }
+    return start == stated ? std::optional(std::move(values)) : std::nullopt;
+}
+
+} // namespace
+
+PageFile::PageFile(const QString& path) : m_file(path)
+{
+    if (!m_file.exists())
+        throw RuntimeError(platform::FileNotFound, QStringLiteral("PageFile"));
+    if (!m_file.open(QIODevice::ReadOnly))
+        throw RuntimeError(platform::PermissionDenied, QStringLiteral("PageFile"));
+    if (const auto* bytes = m_file.map(0, m_file.size()))
+        m_bytes = QByteArrayView(bytes, m_file.size());
+    const auto stated = bigEndian<quint16>(m_bytes, 16);
+    m_pageSize = stated == 1 ? 65536 : stated;
+    if (m_pageSize < 512 || !std::has_single_bit(static_cast<quint32>(m_pageSize)))
+        m_pageSize = UsualPageSize;
+    const qsizetype reserved = m_bytes.size() > 20 ? static_cast<unsigned char>(m_bytes[20]) : 0;
+    m_usable = m_pageSize - (m_pageSize - reserved >= 480 ? reserved : 0);
+    m_pageCount = static_cast<quint32>(m_bytes.size() / m_pageSize);
+}
+
+QByteArrayView PageFile::pageBytes(quint32 page) const
+{
+    if (page < 1 || page > m_pageCount)
+        return {};
+    return m_bytes.sliced((page - 1) * m_pageSize, m_usable);
+}
+
+PageFile::Kind PageFile::kind(quint32 page) const
+{
+    const QByteArrayView bytes = pageBytes(page);
+    if (bytes.isEmpty())
+        return Kind::Other;
+    const char mark = bytes[page == 1 ? FileHeader : 0];
+    return mark == LeafMark ? Kind::Leaf : mark == InteriorMark ? Kind::Interior : Kind::Other;
+}
+
+// Where the cells of a page start.
+std::vector<qsizetype> PageFile::cells(quint32 page) const
+{
+    const QByteArrayView bytes = pageBytes(page);
+    const qsizetype header = page == 1 ? FileHeader : 0;
+    const qsizetype list = header + (kind(page) == Kind::Interior ? 12 : 8);
+    const qsizetype count = std::min<qsizetype>(bigEndian<quint16>(bytes, header + 3), (m_usable - list) / 2);
+    std::vector<qsizetype> found;
+    for (qsizetype i = 0; i < count; ++i)
+        if (const qsizetype at = bigEndian<quint16>(bytes, list + 2 * i); at >= list + 2 && at < m_usable)
+            found.push_back(at);
+    return found;
+}
+
+std::vector<quint32> PageFile::children(quint32 page) const
+{
+    std::vector<quint32> below;
+    const QByteArrayView bytes = pageBytes(page);
+    for (const qsizetype cell : cells(page))
+        below.push_back(bigEndian<quint32>(bytes, cell));
+    below.push_back(bigEndian<quint32>(bytes, (page == 1 ? FileHeader : 0) + 8));
+    return below;
+}
+
+std::vector<RawRecord> PageFile::records(quint32 page) const
+{
+    std::vector<RawRecord> found;
+    const QByteArrayView bytes = pageBytes(page);
+    for (qsizetype cell : cells(page)) {
+        const auto size = variable(bytes, cell);
+        const auto key = size ? variable(bytes, cell) : std::nullopt;
+        if (!key || *size < 1 || *size > m_bytes.size())
+            continue;
+        const Payload whole = payload(bytes, cell, *size);
+        if (auto values = readValues(whole.bytes, whole.stated))
+            found.push_back({*key, std::move(*values)});
+    }
+    return found;
+}
+
+// A payload that doesn't fit its page goes on in a chain of pages of its own.
+PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 size) const
+{
+    const qsizetype most = m_usable - MostLocal;
+    qsizetype local = size;
+    if (size > most) {
+        const qsizetype least = (m_usable - 12) * 32 / 255 - 23;
+        local = least + (size - least) % (m_usable - 4);
+        if (local > most)
+            local = least;
+    }
+    Payload result{page.sliced(at, std::clamp<qsizetype>(m_usable - at, 0, local)).toByteArray(), size};
+    if (local == size || result.bytes.size() < local)
+        return result;
+    quint32 next = bigEndian<quint32>(page, at + local);
+    while (result.bytes.size() < size) {
+        const QByteArrayView more = pageBytes(next);
+        if (more.isEmpty() || more[0] == LeafMark || more[0] == InteriorMark)
+            break;
+        result.bytes += more.sliced(4, std::min<qsizetype>(m_usable - 4, size - result.bytes.size()));
+        next = bigEndian<quint32>(more, 0);
+    }
+    return result;
+}
+
+std::vector<quint32> PageFile::freePages() const
+{
+    std::vector<quint32> found;
+    quint32 trunk = bigEndian<quint32>(m_bytes, 32);
+    while (found.size() < m_pageCount) {
+        const QByteArrayView bytes = pageBytes(trunk);
+        if (bytes.isEmpty() || kind(trunk) != Kind::Other)
+            break;
+        found.push_back(trunk);
+        const auto count = std::min<qsizetype>(bigEndian<quint32>(bytes, 4), m_usable / 4 - 2);
+        for (qsizetype i = 0; i < count; ++i)
+            found.push_back(bigEndian<quint32>(bytes, 8 + 4 * i));
+        trunk = bigEndian<quint32>(bytes, 0);
+    }
+    return found;
+}
+
+} // namespace orlo::store

@@ -1,0 +1,360 @@
+#include "store/engine/Repair.h"
+
+#include "platform/FileReplacement.h"
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "store/Schema.h"
+#include "store/engine/Catalogue.h"
+#include "store/engine/Connection.h"
+#include "store/engine/PageFile.h"
+#include "store/engine/Source.h"
+#include "store/engine/TableSql.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+// An object of the file, as its catalogue names it.
+struct CatalogueRow {
+    QByteArray type;
+    QString name;
+    quint32 root = 0;
+    QByteArray sql;
+};
+
+// Lays a sound file out anew, each table in one run of pages; false for a damaged one.
+bool compact(const QString& file)
+{
+    try {
+        Connection connection(file, Connection::Mode::Open);
+        {
+            auto check = connection.statement("PRAGMA integrity_check(1)");
+            if (!check.step() || check.text(0) != QLatin1String("ok"))
+                return false;
+        }
+        sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the new layout is made in a second file
+        connection.run("VACUUM");
+    } catch (const RuntimeError& error) {
+        if (error.number() != platform::DatabaseDamaged && error.number() != platform::UnrecognisedFormat)
+            throw;
+        return false;
+    }
+    return true;
+}
+
+void bind(sqlite3_stmt* statement, int parameter, const RawValue& value)
+{
+    if (const auto* whole = std::get_if<qint64>(&value))
+        sqlite3_bind_int64(statement, parameter, *whole);
+    else if (const auto* number = std::get_if<double>(&value))
+        sqlite3_bind_double(statement, parameter, *number);
+    else if (const auto* text = std::get_if<RawText>(&value))
+        sqlite3_bind_text64(statement, parameter, text->bytes.constData(),
+                            static_cast<sqlite3_uint64>(text->bytes.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+    else if (const auto* bytes = std::get_if<QByteArray>(&value))
+        sqlite3_bind_blob64(statement, parameter, bytes->constData(), static_cast<sqlite3_uint64>(bytes->size()),
+                            SQLITE_TRANSIENT);
+}
+
+QByteArray textOf(const RawValue& value)
+{
+    const auto* text = std::get_if<RawText>(&value);
+    return text ? text->bytes : QByteArray();
+}
+
+bool fits(const RawValue& value, const Field& field)
+{
+    if (std::holds_alternative<std::monostate>(value))
+        return true;
+    switch (field.type) {
+    case FieldType::Boolean:
+    case FieldType::Integer:
+    case FieldType::Long:
+        return std::holds_alternative<qint64>(value) && !field.autoIncrement;
+    case FieldType::Double: // a whole number is kept as one
+        return std::holds_alternative<double>(value) || std::holds_alternative<qint64>(value);
+    case FieldType::Date:
+    case FieldType::Text:
+    case FieldType::Memo:
+        break;
+    }
+    return std::holds_alternative<RawText>(value);
+}
+
+// A record of a table may end before the fields that the table got later.
+bool fits(const RawRecord& record, const TableDef& table)
+{
+    const auto& fields = table.fields();
+    if (record.values.size() > fields.size())
+        return false;
+    for (std::size_t i = 0; i < record.values.size(); ++i)
+        if (!fits(record.values[i], fields[i]))
+            return false;
+    return true;
+}
+
+bool isCatalogueRow(const RawRecord& record)
+{
+    static const QSet<QByteArray> Types{"table", "index", "view", "trigger"};
+    return record.values.size() == 5 && Types.contains(textOf(record.values[0]));
+}
+
+// Moves what a damaged file still holds to a new one.
+class Salvage
+{
+public:
+    Salvage(const QString& damaged, const QString& made) : m_pages(damaged), m_made(made, Connection::Mode::Create) {}
+
+    // Raises 3049 if there is nothing to move.
+    void run()
+    {
+        createQueryTexts(m_made);
+        Transaction transaction(m_made);
+        readCatalogue();
+        makeTables();
+        moveRows();
+        moveStrayRows();
+        makeKeys();
+        makeQueries();
+        if (m_moved == 0 && m_catalogue.empty())
+            throw RuntimeError(platform::DatabaseDamaged, QStringLiteral("DBEngine"));
+        transaction.commit();
+        m_made.close();
+    }
+
+private:
+    void readCatalogue();
+    void makeTables();
+    void moveRows();
+    void moveStrayRows();
+    void move(const RawRecord& record, const TableDef& table);
+    void noteCounter(const RawRecord& record);
+    void makeKeys();
+    void makeQueries();
+    [[nodiscard]] bool isMade(const QString& name);
+    void makeAgain(const QByteArray& sql);
+    std::vector<quint32> leavesBelow(quint32 root);
+
+    PageFile m_pages;
+    Connection m_made;
+    std::vector<CatalogueRow> m_catalogue;
+    std::vector<TableDef> m_tables;      // of the new file
+    QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
+    QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
+    std::vector<QueryDef> m_queries;
+    QHash<QString, qint64> m_counters; // by table, the highest number given out
+    int m_moved = 0;
+};
+
+std::vector<quint32> Salvage::leavesBelow(quint32 root)
+{
+    std::vector<quint32> leaves;
+    std::vector<quint32> open{root};
+    while (!open.empty()) {
+        const quint32 page = open.back();
+        open.pop_back();
+        const PageFile::Kind kind = m_pages.kind(page);
+        if (kind == PageFile::Kind::Other || m_seen.contains(page))
+            continue;
+        m_seen.insert(page);
+        if (kind == PageFile::Kind::Leaf) {
+            leaves.push_back(page);
+            continue;
+        }
+        const auto below = m_pages.children(page);
+        open.insert(open.end(), below.rbegin(), below.rend());
+    }
+    return leaves;
+}
+
+void Salvage::readCatalogue()
+{
+    std::vector<quint32> leaves = leavesBelow(1);
+    // Where the way to them is lost, the catalogue's pages are known by what stands in them.
+    for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
+        if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
+            continue;
+        const auto records = m_pages.records(page);
+        if (!records.empty() && std::ranges::all_of(records, isCatalogueRow))
+            leaves.push_back(page);
+    }
+    for (const quint32 page : leaves)
+        for (const RawRecord& record : m_pages.records(page))
+            if (isCatalogueRow(record)) {
+                m_seen.insert(page);
+                const auto* root = std::get_if<qint64>(&record.values[3]);
+                m_catalogue.push_back({textOf(record.values[0]), QString::fromUtf8(textOf(record.values[1])),
+                                       root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
+            }
+}
+
+bool Salvage::isMade(const QString& name)
+{
+    auto found = m_made.statement("SELECT 1 FROM sqlite_master WHERE name = ?1 COLLATE NOCASE");
+    found.bind(1, Value(name));
+    return found.step();
+}
+
+// A statement out of the damaged file may be damaged itself.
+void Salvage::makeAgain(const QByteArray& sql)
+{
+    try {
+        auto statement = m_made.statement(sql);
+        statement.step();
+    } catch (const RuntimeError&) {
+        return;
+    }
+    m_made.noteSchemaChange();
+}
+
+void Salvage::makeTables()
+{
+    for (const CatalogueRow& object : m_catalogue)
+        if (object.type == "table" && object.sql.startsWith("CREATE TABLE ") && !isMade(object.name))
+            makeAgain(object.sql);
+    for (const TableDef& table : schema::tables())
+        if (!isMade(table.name()))
+            createTable(m_made, table);
+    for (const QString& name : tableNames(m_made))
+        m_tables.push_back(readTable(m_made, name));
+    auto keys = m_made.statement("SELECT m.name, c.name FROM sqlite_master m JOIN pragma_table_info(m.name) c "
+                                 "WHERE m.type = 'table' AND c.pk = 1 AND c.type = 'INTEGER' COLLATE NOCASE");
+    while (keys.step())
+        m_keyFields.insert(keys.text(0), keys.text(1));
+}
+
+void Salvage::moveRows()
+{
+    for (const CatalogueRow& object : m_catalogue) {
+        if (object.type != "table" || object.root < 2)
+            continue;
+        const auto table = std::ranges::find(m_tables, object.name, &TableDef::name);
+        for (const quint32 page : leavesBelow(object.root))
+            for (const RawRecord& record : m_pages.records(page))
+                if (table != m_tables.end())
+                    move(record, *table);
+                else if (object.name == QLatin1String("sqlite_sequence"))
+                    noteCounter(record);
+                else if (object.name == QLatin1String("Stored_Queries") && record.values.size() == 2)
+                    m_queries.push_back(
+                        {QString::fromUtf8(textOf(record.values[0])), QString::fromUtf8(textOf(record.values[1]))});
+    }
+}
+
+// The pages that nothing leads to any more go to the first table that their rows fit, those with as many fields before
+// those with more.
+void Salvage::moveStrayRows()
+{
+    for (const quint32 page : m_pages.freePages())
+        m_seen.insert(page);
+    for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
+        if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
+            continue;
+        for (const RawRecord& record : m_pages.records(page)) {
+            const TableDef* best = nullptr;
+            for (const TableDef& table : m_tables)
+                if (fits(record, table) && (!best || table.fields().size() < best->fields().size()))
+                    best = &table;
+            if (best)
+                move(record, *best);
+        }
+    }
+}
+
+// A row that the table refuses was damaged, or is there already; it stays in the damaged file.
+void Salvage::move(const RawRecord& record, const TableDef& table)
+{
+    const auto& fields = table.fields();
+    const QString keyField = m_keyFields.value(table.name());
+    QByteArray columns = m_made.table(table.name())->rowKey;
+    QByteArray places = "?1";
+    std::vector<const RawValue*> values;
+    for (std::size_t i = 0; i < std::min(record.values.size(), fields.size()); ++i)
+        if (fields[i].name != keyField) {
+            columns += ',' + quoted(fields[i].name);
+            places += ",?";
+            values.push_back(&record.values[i]);
+        }
+    auto row =
+        m_made.statement("INSERT OR IGNORE INTO " + quoted(table.name()) + '(' + columns + ") VALUES(" + places + ')');
+    row.bind(1, record.key);
+    for (int i = 0; i < static_cast<int>(values.size()); ++i)
+        bind(row.handle(), i + 2, *values[static_cast<std::size_t>(i)]);
+    row.step();
+    m_moved += sqlite3_changes(m_made.handle());
+}
+
+// The numbers that a table has given out stay given out.
+void Salvage::noteCounter(const RawRecord& record)
+{
+    const auto* number = record.values.size() == 2 ? std::get_if<qint64>(&record.values[1]) : nullptr;
+    if (number)
+        m_counters[QString::fromUtf8(textOf(record.values[0]))] = *number;
+}
+
+void Salvage::makeKeys()
+{
+    for (const TableDef& table : m_tables) {
+        const TableDef* known = schema::findTable(table.name());
+        addIndexes(m_made, known ? *known : table);
+    }
+    for (const CatalogueRow& object : m_catalogue)
+        if (object.type == "index" && object.sql.startsWith("CREATE ") && !isMade(object.name))
+            makeAgain(object.sql);
+    auto made = m_made.statement("SELECT name, seq FROM sqlite_sequence");
+    while (made.step())
+        m_counters[made.text(0)] = std::max(m_counters.value(made.text(0)), made.integer(1));
+    made.reset();
+    m_made.run("DELETE FROM sqlite_sequence");
+    for (auto counter = m_counters.cbegin(); counter != m_counters.cend(); ++counter) {
+        auto raise = m_made.statement("INSERT INTO sqlite_sequence(name, seq) VALUES(?1, ?2)");
+        raise.bind(1, Value(counter.key()));
+        raise.bind(2, counter.value());
+        raise.step();
+    }
+}
+
+void Salvage::makeQueries()
+{
+    const auto& usual = schema::queries();
+    m_queries.insert(m_queries.end(), usual.begin(), usual.end());
+    for (const QueryDef& query : m_queries)
+        if (!isMade(query.name))
+            try {
+                createQuery(m_made, query);
+            } catch (const RuntimeError&) { // its text is damaged
+            }
+}
+
+} // namespace
+
+void repairFile(const QString& file)
+{
+    if (!QFileInfo(file).isFile())
+        throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
+    if (compact(file))
+        return;
+    const QString made = file + QStringLiteral(".repair");
+    QFile::remove(made);
+    try {
+        Salvage(file, made).run();
+        platform::putInPlace(file, made, QStringLiteral("damaged"));
+    } catch (const RuntimeError&) {
+        QFile::remove(made);
+        QFile::remove(made + QStringLiteral("-journal"));
+        throw;
+    }
+}
+
+} // namespace orlo::store

@@ -1,0 +1,110 @@
+#include "store/jet/HelperStream.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcessEnvironment>
+
+namespace orlo::store::jet
+{
+
+namespace
+{
+
+constexpr qint64 Megabyte = 1 << 20;
+constexpr qint64 MostGrowth = 16; // of a file into its stream
+constexpr qsizetype MostReason = 300;
+
+// The helper limits its own processor time; this is for one that sleeps, or a machine that is busy.
+qint64 patience(qint64 fileSize)
+{
+    return 30'000 + fileSize / Megabyte * 2'000;
+}
+
+} // namespace
+
+platform::RuntimeError damaged(const QString& reason)
+{
+    return platform::RuntimeError(
+        platform::DatabaseDamaged, QStringLiteral("Database"),
+        QStringLiteral("%1 (%2)").arg(platform::standardDescription(platform::DatabaseDamaged), reason));
+}
+
+QString helperProgram()
+{
+    // Beside the program; the build's other programs lie in folders beside the program's.
+    for (const char* place : {"/orlo-jet", "/../app/orlo-jet"}) {
+        const QFileInfo program(QCoreApplication::applicationDirPath() + QLatin1String(place));
+        if (program.isFile() && program.isExecutable())
+            return program.filePath();
+    }
+    return {};
+}
+
+HelperStream::HelperStream(const QString& helper, const QString& file)
+    : m_patience(patience(QFileInfo(file).size())), m_left(MostGrowth * (QFileInfo(file).size() + Megabyte))
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"MDBICONV", "MDB_JET3_CHARSET", "MDBOPTS", "MDBPATH"})
+        environment.remove(QLatin1String(name));
+    m_process.setProcessEnvironment(environment);
+    m_process.start(helper, {file}, QIODevice::ReadOnly);
+}
+
+HelperStream::~HelperStream()
+{
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+const char* HelperStream::take(qsizetype size)
+{
+    while (m_block.size() - m_position < size) {
+        if (size > m_left + m_block.size() - m_position)
+            throw damaged(QStringLiteral("The file would grow without end."));
+        QElapsedTimer waited;
+        waited.start();
+        if (m_process.bytesAvailable() == 0 && !m_process.waitForReadyRead(static_cast<int>(m_patience)))
+            raiseFailure();
+        m_patience = std::max<qint64>(0, m_patience - waited.elapsed());
+        m_block.remove(0, m_position);
+        m_position = 0;
+        const QByteArray come = m_process.readAll();
+        m_left -= come.size();
+        m_block += come;
+    }
+    const char* bytes = m_block.constData() + m_position;
+    m_position += size;
+    return bytes;
+}
+
+QString HelperStream::text()
+{
+    const auto size = number<std::uint32_t>();
+    if (size % sizeof(char16_t) != 0)
+        throw damaged(QStringLiteral("A text breaks off within a letter."));
+    const char* bytes = take(size); // before there is room for as much as it claims to be
+    QString letters(static_cast<qsizetype>(size / sizeof(char16_t)), Qt::Uninitialized);
+    std::memcpy(letters.data(), bytes, size);
+    return letters;
+}
+
+void HelperStream::finish()
+{
+    if (m_position != m_block.size() || !m_process.waitForFinished(static_cast<int>(m_patience)) ||
+        m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0 || m_process.bytesAvailable() != 0)
+        raiseFailure();
+}
+
+void HelperStream::raiseFailure()
+{
+    if (m_process.state() == QProcess::Running && !m_process.waitForFinished(100))
+        throw damaged(QStringLiteral("Reading it takes too long."));
+    const QByteArrayList lines = m_process.readAllStandardError().split('\n');
+    for (const QByteArray& line : lines)
+        if (line.startsWith("orlo-jet: "))
+            throw damaged(QString::fromUtf8(line.mid(10, MostReason)));
+    throw damaged(QStringLiteral("It could not be read to its end."));
+}
+
+} // namespace orlo::store::jet

@@ -1,0 +1,373 @@
+#include "store/jet/Import.h"
+
+#include "platform/RuntimeError.h"
+#include "store/engine/BulkLoad.h"
+#include "store/engine/Catalogue.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Rows.h"
+#include "store/engine/TableSql.h"
+#include "store/jet/Definitions.h"
+#include "store/jet/HelperStream.h"
+
+#include <QElapsedTimer>
+
+#include <cmath>
+
+namespace orlo::store::jet
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+constexpr double FirstDay = -657434; // 1/1/100
+constexpr double LastDay = 2958465;  // 12/31/9999
+constexpr qsizetype SureDigits = 15; // of a double
+constexpr qsizetype MostLines = 12;
+constexpr qsizetype MostReasons = 3;
+constexpr int ProgressEvery = 100; // ms
+
+// A value as it came, before its new field has its say.
+struct Came {
+    Value value;
+    QString problem; ///< why it isn't all of what came
+    QString text;    ///< what came then
+};
+
+Came day(double serial)
+{
+    if (!(serial > FirstDay - 1 && serial < LastDay + 1))
+        return {{}, QStringLiteral("no date"), QString::number(serial, 'g', 17)};
+    // The fraction counts forward from the day's start before 1899 too.
+    const double whole = std::trunc(serial);
+    auto seconds = std::llround(std::abs(serial - whole) * 86400);
+    if (whole == LastDay)
+        seconds = std::min(seconds, 86399LL);
+    const QDate date = QDate(1899, 12, 30).addDays(static_cast<qint64>(whole) + seconds / 86400);
+    seconds %= 86400;
+    return {DateTime{date, QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds) * 1000)}, {}, {}};
+}
+
+Came readCell(HelperStream& stream)
+{
+    switch (stream.number<Cell>()) {
+    case Cell::Null:
+        return {};
+    case Cell::No:
+        return {false, {}, {}};
+    case Cell::Yes:
+        return {true, {}, {}};
+    case Cell::Whole:
+        return {qint64(stream.number<std::int32_t>()), {}, {}};
+    case Cell::Real: {
+        const auto number = stream.number<double>();
+        if (std::isfinite(number))
+            return {number, {}, {}};
+        return {{}, QStringLiteral("no number"), QString::number(number)};
+    }
+    case Cell::Day:
+        return day(stream.number<double>());
+    case Cell::Letters:
+        return {stream.text(), {}, {}};
+    }
+    throw damaged(QStringLiteral("A value is of no known kind."));
+}
+
+QString textOf(const Came& came)
+{
+    if (!came.problem.isEmpty())
+        return came.text;
+    if (came.value.isBool())
+        return QString::number(came.value.toBool() ? 1 : 0);
+    if (came.value.isDate())
+        return QString::fromLatin1(isoText(came.value.toDate()));
+    if (came.value.isNumber())
+        return QString::number(came.value.toDouble(), 'g', 17);
+    return came.value.textOrEmpty();
+}
+
+bool isTextual(FieldType type)
+{
+    return type == FieldType::Text || type == FieldType::Memo;
+}
+
+QString refusalOf(int number)
+{
+    switch (number) {
+    case platform::DuplicateKey:
+        return QStringLiteral("the key is there already");
+    case platform::NullInPrimaryKey:
+        return QStringLiteral("the key is missing");
+    case platform::ZeroLengthNotAllowed:
+        return QStringLiteral("an empty text where none can be");
+    case platform::FieldTooSmall:
+        return QStringLiteral("the text is too long");
+    case platform::Overflow:
+        return QStringLiteral("the number is too large");
+    default:
+        return QStringLiteral("a value of another type");
+    }
+}
+
+// Fills one table of the new file.
+class TableFill
+{
+public:
+    TableFill(HelperStream& stream, Connection& connection, BulkLoad& load, const FormerTable& table)
+        : m_stream(stream), m_connection(connection), m_load(load), m_table(table)
+    {
+        for (const QString& name : table.targetFields)
+            for (const Field& field : table.target.fields())
+                if (field.name == name)
+                    m_fields.push_back(&field);
+        m_row.resize(m_fields.size());
+    }
+
+    // Takes the rows of the stream to the table's end; calls for each of them.
+    template <class Each>
+    void run(const Each& each)
+    {
+        m_load.begin(m_table.target, m_table.targetFields);
+        for (; nextRow(); ++m_rows, each())
+            takeRow();
+        if (m_rows < m_table.rows)
+            throw damaged(
+                QStringLiteral("%1 broke off after %2 of %3 rows.").arg(m_table.name).arg(m_rows).arg(m_table.rows));
+    }
+
+    // Makes the table beside for the rows that were refused, in whole or in part.
+    void keep(QStringList& taken, Report& report)
+    {
+        if (m_kept.empty())
+            return;
+        const QString name = freeName(m_table.target.name() + QStringLiteral("_Kept"), taken);
+        taken.append(name);
+        TableDef beside(name);
+        QStringList names;
+        QStringList fields = m_table.targetFields;
+        fields.append(freeName(QStringLiteral("Kept_Because"), fields));
+        for (const QString& field : fields)
+            beside.appendField({field, FieldType::Memo, 0, true});
+        createTable(m_connection, beside);
+        m_load.begin(beside, fields);
+        QStringList reasons;
+        for (const Kept& row : m_kept) {
+            for (std::size_t i = 0; i < row.values.size(); ++i)
+                m_load.set(static_cast<int>(i), row.values[i]);
+            m_load.set(static_cast<int>(row.values.size()), row.reason);
+            m_load.addRow();
+            if (!reasons.contains(row.reason))
+                reasons.append(row.reason);
+        }
+        const QString more = reasons.size() > MostReasons ? QStringLiteral(" ...") : QString();
+        const auto rows =
+            m_kept.size() == 1 ? QStringLiteral("1 row is") : QStringLiteral("%1 rows are").arg(m_kept.size());
+        report.append(
+            QStringLiteral("%1: %2 whole in the table %3 (%4%5).")
+                .arg(m_table.target.name(), rows, name, reasons.mid(0, MostReasons).join(QStringLiteral("; ")), more));
+    }
+
+    // Raises 3049 unless the table holds every row but those that it refused.
+    void verify()
+    {
+        auto count = m_connection.statement("SELECT count(*) FROM " + quoted(m_table.target.name()));
+        if (!count.step() || count.integer(0) + m_refused != m_rows)
+            throw damaged(QStringLiteral("%1 has lost rows.").arg(m_table.name));
+    }
+
+private:
+    struct Kept {
+        std::vector<Value> values;
+        QString reason;
+    };
+
+    bool nextRow()
+    {
+        switch (m_stream.number<std::uint8_t>()) {
+        case RowFollows:
+            for (Came& came : m_row)
+                came = readCell(m_stream);
+            return true;
+        case TableEnds:
+            return false;
+        default:
+            throw damaged(QStringLiteral("%1 breaks off.").arg(m_table.name));
+        }
+    }
+
+    void takeRow()
+    {
+        QStringList reasons;
+        for (std::size_t i = 0; i < m_row.size(); ++i)
+            if (const QString problem = setField(i); !problem.isEmpty())
+                reasons.append(QStringLiteral("%1: %2").arg(m_fields[i]->name, problem));
+        try {
+            for (std::size_t i = 0; i < m_row.size(); ++i)
+                if (isTextual(m_fields[i]->type) && !m_fields[i]->allowZeroLength && m_row[i].value.isText() &&
+                    m_row[i].value.isEmpty())
+                    throw RuntimeError(platform::ZeroLengthNotAllowed);
+            m_load.addRow();
+        } catch (const RuntimeError& error) {
+            if (error.number() == platform::DiskFull || error.number() == platform::PathFileAccess)
+                throw;
+            reasons.append(refusalOf(error.number()));
+            ++m_refused;
+        }
+        if (reasons.isEmpty())
+            return;
+        Kept& kept = m_kept.emplace_back();
+        kept.reason = reasons.join(QStringLiteral(", "));
+        for (const Came& came : m_row)
+            kept.values.push_back(came.value.isNull() && came.problem.isEmpty() ? Value() : Value(textOf(came)));
+    }
+
+    // Sets what the field takes of the value; why that isn't all.
+    QString setField(std::size_t i)
+    {
+        const int at = static_cast<int>(i);
+        const Field& field = *m_fields[i];
+        const Came& came = m_row[i];
+        // Only a text can be empty without being nothing.
+        const bool nothing = came.value.isEmpty() && !isTextual(field.type);
+        QString problem = came.problem;
+        try {
+            m_load.set(at, nothing                                                                 ? Value()
+                           : isTextual(field.type) && !came.value.isText() && !came.value.isNull() ? Value(textOf(came))
+                                                                                                   : came.value);
+            const bool digits = field.type == FieldType::Double && came.value.isText();
+            if (digits && std::ranges::count_if(came.value.toText(), &isDigit) > SureDigits)
+                problem = QStringLiteral("more digits than a number keeps");
+        } catch (const RuntimeError& error) {
+            problem = refusalOf(error.number());
+            if (error.number() == platform::FieldTooSmall)
+                m_load.set(at, came.value.toText().left(field.size));
+            else
+                m_load.set(at, Value());
+        }
+        return problem;
+    }
+
+    static bool isDigit(QChar letter) { return letter.isDigit(); }
+
+    HelperStream& m_stream;
+    Connection& m_connection;
+    BulkLoad& m_load;
+    const FormerTable& m_table;
+    std::vector<const Field*> m_fields;
+    std::vector<Came> m_row;
+    std::vector<Kept> m_kept;
+    qint64 m_rows = 0;
+    qint64 m_refused = 0;
+};
+
+// Indexes that keep nothing out are made once the rows are in, which is much faster.
+TableDef withoutPlainIndexes(const TableDef& table)
+{
+    TableDef bare(table.name());
+    for (const Field& field : table.fields())
+        bare.appendField(field);
+    for (const Index& index : table.indexes())
+        if (index.primary || index.unique || index.required)
+            bare.appendIndex(index);
+    return bare;
+}
+
+void addPlainIndexes(Connection& connection, const TableDef& table)
+{
+    for (const Index& index : table.indexes())
+        if (!index.primary && !index.unique && !index.required)
+            createIndex(connection, table.name(), index);
+}
+
+void createTables(Connection& connection, const Definitions& definitions)
+{
+    for (const TableDef& ours : schema::tables(definitions.version)) {
+        const auto same = [&ours](const FormerTable& table) { return table.target.name() == ours.name(); };
+        const auto found = std::ranges::find_if(definitions.tables, same);
+        createTable(connection, withoutPlainIndexes(found == definitions.tables.end() ? ours : found->target));
+    }
+    for (const FormerTable& table : definitions.tables)
+        if (!schema::findTable(table.target.name(), definitions.version))
+            createTable(connection, withoutPlainIndexes(table.target));
+}
+
+// The file's structure, and every index against its table.
+void checkIntegrity(Connection& connection, const Definitions& definitions)
+{
+    auto check = connection.statement("PRAGMA quick_check(1)");
+    if (!check.step() || check.text(0) != QLatin1String("ok"))
+        throw damaged(QStringLiteral("What was made of it is not sound: %1").arg(check.text(0)));
+    for (const FormerTable& table : definitions.tables)
+        for (const Index& index : table.target.indexes()) {
+            if (index.primary)
+                continue;
+            const QByteArray name = quoted(table.target.name());
+            auto same = connection.statement("SELECT (SELECT count(*) FROM " + name + " INDEXED BY " +
+                                             quoted(fileIndexName(table.target.name(), index.name)) +
+                                             ") = (SELECT count(*) FROM " + name + " NOT INDEXED)");
+            if (!same.step() || same.integer(0) != 1)
+                throw damaged(QStringLiteral("The index %1 of %2 has lost rows.").arg(index.name, table.name));
+        }
+}
+
+} // namespace
+
+Report import(HelperStream& stream, Connection& connection, Database& database,
+              const std::function<void(int percent)>& progress)
+{
+    Definitions definitions = readDefinitions(stream);
+    qint64 all = 1;
+    for (const FormerTable& table : definitions.tables)
+        all += table.rows;
+    qint64 done = 0;
+    QElapsedTimer since;
+    since.start();
+    const auto each = [&] {
+        ++done;
+        if (since.elapsed() < ProgressEvery)
+            return;
+        progress(static_cast<int>(std::min<qint64>(99, 100 * done / all)));
+        since.restart();
+    };
+
+    // Each value goes in by the conversion that its field's checks only repeat.
+    connection.run("PRAGMA ignore_check_constraints=ON");
+    BulkLoad load(database);
+    createTables(connection, definitions);
+    std::vector<TableFill> fills;
+    for (const FormerTable& table : definitions.tables)
+        fills.emplace_back(stream, connection, load, table).run(each);
+    if (stream.number<std::uint32_t>() != End)
+        throw damaged(QStringLiteral("It could not be read to its end."));
+    stream.finish();
+
+    QStringList taken = tableNames(connection);
+    for (TableFill& fill : fills)
+        fill.keep(taken, definitions.report);
+    for (const FormerTable& table : definitions.tables)
+        addPlainIndexes(connection, table.target);
+    for (const TableDef& table : definitions.empty)
+        addPlainIndexes(connection, table);
+    if (definitions.version == SchemaVersion::V11)
+        for (const QueryDef& query : schema::queries())
+            createQuery(connection, query);
+    load.commit();
+    for (TableFill& fill : fills)
+        fill.verify();
+    checkIntegrity(connection, definitions);
+    return definitions.report;
+}
+
+QString words(const Report& report, const QString& file, const QString& kept)
+{
+    QString text = QStringLiteral("%1 came from an earlier version of the program and was brought into today's format. "
+                                  "The old file is unchanged beside it as %2.\n\n"
+                                  "Not everything had its place:\n\n%3")
+                       .arg(file, kept, report.mid(0, MostLines).join(u'\n'));
+    if (report.size() > MostLines)
+        text += QStringLiteral("\nand %1 more.").arg(report.size() - MostLines);
+    return text;
+}
+
+} // namespace orlo::store::jet

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+
+/// The stream that orlo-jet writes and that the store reads: what stands in a file of the former format. Numbers are
+/// little endian; a text is its length in bytes (32 bits), then UTF-16.
+///
+///   Signature
+///   queries: count (32 bits), a name each
+///   tables: count (32 bits), each of them: name, rows that it should have (32 bits), fields (16 bits), each of these:
+///     name, Kind, size in characters (16 bits)
+///   for each table again: rows, each of them RowFollows and a Cell for each field; then TableEnds
+///   End
+namespace orlo::store::jet
+{
+
+constexpr std::uint32_t Signature = 0x314A524F;
+constexpr std::uint32_t End = 0x45444E45;
+
+constexpr std::uint8_t RowFollows = 'R';
+constexpr std::uint8_t TableEnds = 'E';
+
+/// The most that a file can have of each; more is a damaged file.
+constexpr std::uint32_t MostTables = 4096;
+constexpr std::uint16_t MostFields = 255;
+
+/// What a field holds.
+enum class Kind : std::uint8_t { Boolean, Integer, Long, Double, Date, Text, Memo };
+
+/// How a value stands in a row.
+enum class Cell : std::uint8_t {
+    Null,
+    No,
+    Yes,
+    Whole,   ///< 32 bits, signed
+    Real,    ///< 64 bits
+    Day,     ///< 64 bits: days since 12/30/1899, the fraction being the time of day whatever the sign
+    Letters, ///< a text
+};
+
+} // namespace orlo::store::jet

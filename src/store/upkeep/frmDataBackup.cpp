@@ -1,0 +1,96 @@
+#include "store/upkeep/frmDataBackup.h"
+
+#include "platform/Conversion.h"
+#include "platform/RuntimeError.h"
+#include "shell/Module1.h"
+#include "store/upkeep/BackupFile.h"
+#include "ui_frmDataBackup.h"
+#include "widgets/MessageBox.h"
+
+namespace orlo
+{
+
+namespace
+{
+constexpr QLatin1String NotMade("There was an error creating the backup file.");
+constexpr QLatin1String ErrorTitle("Backup Creation Error");
+} // namespace
+
+frmDataBackup::frmDataBackup() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmDataBackup>())
+{
+    ui->setupUi(this);
+    setFixedBorder();
+    setCancelButton(ui->cmdCancel);
+    followDrive(*ui->lstDrive, *ui->lstDir);
+    connect(ui->cmdBack, &QPushButton::clicked, this, &frmDataBackup::cmdBack_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &frmDataBackup::unload);
+}
+
+frmDataBackup::~frmDataBackup() = default;
+
+void frmDataBackup::cmdBack_Click()
+{
+    setCursor(Qt::WaitCursor);
+    BackupDatabase();
+    setCursor(Qt::ArrowCursor);
+}
+
+void frmDataBackup::BackupDatabase()
+{
+    try {
+        copyDatabase();
+    } catch (const platform::RuntimeError& error) {
+        platform::pendingError::set(error);
+    }
+    const auto failure = platform::pendingError::get();
+    if (!failure)
+        return;
+    platform::pendingError::clear();
+    widgets::warn(lines({NotMade, QStringLiteral("Please correct the error below and try again"), QString(),
+                         QStringLiteral("Error: ") + failure->description(),
+                         QStringLiteral("Error Number: ") + QString::number(failure->number()),
+                         QStringLiteral("Backup path and file: ") + ui->lstDir->path() + gDbName}),
+                  ErrorTitle);
+    if (gDatabase && gDatabase->isOpen()) // the open forms' record sets live on that one; it only must be there still
+        (void)store::DBEngine::openDatabase(databasePath());
+    else
+        openDatabase(databasePath());
+}
+
+// The space and the result are looked up at the drive's root, wherever on the drive the backup goes.
+void frmDataBackup::copyDatabase()
+{
+    const QString title = QStringLiteral("Database Backup");
+    if (!widgets::ask(lines({QStringLiteral("Any existing backup files on the destination path"),
+                             QStringLiteral("will be over written."), QString(),
+                             QStringLiteral("Are you sure you want to proceed?")}),
+                      title))
+        return;
+    const QString atRoot = backupIn(ui->lstDrive->text());
+    const platform::File source = gFileSystem.getFile(databasePath());
+    const platform::Drive drive = gFileSystem.getDrive(ui->lstDrive->text());
+    const qint64 reclaimed = gFileSystem.fileExists(atRoot) ? gFileSystem.getFile(atRoot).size : 0;
+    (void)gFileSystem.getFolder(ui->lstDir->path());
+    const qint64 size = platform::toInt32(static_cast<double>(source.size));
+    if (drive.freeSpace + reclaimed < size) {
+        widgets::warn(lines({QStringLiteral("The backup destination does not have enough remaining "),
+                             QStringLiteral("disk space for the backup database."),
+                             QStringLiteral("Please select a new destination or make more space.")}),
+                      ErrorTitle);
+        return;
+    }
+    unloadDataForms();
+    database().close();
+    gFileSystem.copyFile(databasePath(), backupIn(ui->lstDir->path()), true);
+    if (gFileSystem.getFile(atRoot).size == size) {
+        widgets::message(QStringLiteral("Database Backup has completed Successfully."),
+                         QStringLiteral("Backup Complete"));
+        setCursor(Qt::ArrowCursor);
+        unload();
+    } else
+        widgets::warn(lines({NotMade, QStringLiteral("Please check the destination media for errors and try again")}),
+                      ErrorTitle);
+    openDatabase(databasePath());
+}
+
+} // namespace orlo

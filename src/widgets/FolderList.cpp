@@ -1,0 +1,151 @@
+#include "widgets/FolderList.h"
+
+#include "platform/FileSystem.h"
+
+#include <QAction>
+#include <QDir>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+namespace orlo::widgets
+{
+
+namespace
+{
+
+constexpr int PathRole = Qt::UserRole;
+constexpr int LeastRows = 9;
+
+QString above(const QString& path)
+{
+    const qsizetype end = path.lastIndexOf(u'/');
+    return end > 0 ? path.left(end) : QStringLiteral("/");
+}
+
+QString nearest(QString path)
+{
+    while (path != u"/" && !QFileInfo(path).isDir())
+        path = above(path);
+    return path;
+}
+
+QString processFolder()
+{
+    const QString folder = QDir::currentPath();
+    return folder.isEmpty() ? QStringLiteral("/") : folder; // the folder that the process was started in may have gone
+}
+
+} // namespace
+
+FolderList::FolderList(QWidget* parent) : QTreeWidget(parent)
+{
+    setHeaderHidden(true);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setExpandsOnDoubleClick(false);
+    setIndentation(fontMetrics().height());
+    setSizeAdjustPolicy(AdjustToContentsOnFirstShow);
+    setMinimumHeight(LeastRows * (fontMetrics().height() + 4));
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents); // a deep folder is reached by scrolling
+    addCommands();
+    connect(this, &QTreeWidget::itemDoubleClicked, this, [this](const QTreeWidgetItem* row) { open(row); });
+    const QString start = processFolder();
+    m_drive = platform::FileSystem().driveOf(start);
+    m_path = nearest(start);
+    fill();
+}
+
+void FolderList::addCommands()
+{
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_hidden = new QAction(QStringLiteral("Show &Hidden Folders"), this);
+    m_hidden->setCheckable(true);
+    m_hidden->setShortcut(Qt::CTRL | Qt::Key_H);
+    connect(m_hidden, &QAction::toggled, this, &FolderList::fill);
+    auto* refresh = new QAction(QStringLiteral("&Refresh"), this);
+    refresh->setShortcut(Qt::Key_F5);
+    connect(refresh, &QAction::triggered, this, [this] { setPath(m_path); });
+    for (QAction* command : {m_hidden, refresh}) {
+        command->setShortcutContext(Qt::WidgetShortcut);
+        addAction(command);
+    }
+}
+
+void FolderList::setPath(const QString& path)
+{
+    const QString before = m_path;
+    m_path = nearest(QDir::cleanPath(path));
+    if (!platform::isWithin(m_path, m_drive))
+        m_drive = platform::FileSystem().driveOf(m_path);
+    fill();
+    if (m_path != before)
+        Q_EMIT change();
+}
+
+void FolderList::setDrive(const QString& root)
+{
+    m_left.insert(m_drive, m_path);
+    m_drive = root;
+    const QString here = processFolder();
+    const bool home = platform::FileSystem().driveOf(here) == root;
+    setPath(m_left.value(root, home ? here : root));
+}
+
+void FolderList::open(const QTreeWidgetItem* row)
+{
+    if (row)
+        setPath(row->data(0, PathRole).toString());
+}
+
+void FolderList::fill()
+{
+    clear();
+    const QIcon opened = style()->standardIcon(QStyle::SP_DirOpenIcon);
+    const QIcon closed = style()->standardIcon(QStyle::SP_DirIcon);
+    const auto row = [](QTreeWidgetItem* parent, const QString& name, const QString& path, const QIcon& icon) {
+        auto* item = new QTreeWidgetItem(parent, {name});
+        item->setData(0, PathRole, path);
+        item->setIcon(0, icon);
+        return item;
+    };
+    QTreeWidgetItem* current = row(invisibleRootItem(), m_drive, m_drive, opened);
+    QString walked = m_drive.endsWith(u'/') ? m_drive : m_drive + u'/';
+    const auto names = m_path.sliced(std::min(walked.size(), m_path.size())).split(u'/', Qt::SkipEmptyParts);
+    for (const QString& name : names) {
+        current = row(current, name, walked + name, opened);
+        walked += name + u'/';
+    }
+    QDir::Filters kinds = QDir::Dirs | QDir::NoDotAndDotDot;
+    kinds.setFlag(QDir::Hidden, m_hidden->isChecked());
+    const auto found = QDir(m_path).entryList(kinds, QDir::Name | QDir::IgnoreCase);
+    for (const QString& name : found)
+        if (!name.contains(u'\\')) // which parts folders in the program's paths
+            row(current, name, walked + name, closed);
+    QFont bold = font();
+    bold.setBold(true);
+    current->setFont(0, bold); // stays in sight as the opened one while the current row moves
+    expandAll();
+    setCurrentItem(current);
+    scrollToItem(current->parent() ? current->parent() : current, PositionAtTop);
+}
+
+void FolderList::resizeEvent(QResizeEvent* event)
+{
+    header()->setMinimumSectionSize(viewport()->width());
+    QTreeWidget::resizeEvent(event);
+}
+
+// Enter is meant for the list here and not for a button of the form.
+void FolderList::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        open(currentItem());
+    else if (event->key() == Qt::Key_Backspace && m_path != m_drive)
+        setPath(above(m_path));
+    else
+        QTreeWidget::keyPressEvent(event);
+}
+
+} // namespace orlo::widgets

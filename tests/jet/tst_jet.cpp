@@ -1,0 +1,270 @@
+#include "CsvReader.h"
+#include "store/Schema.h"
+#include "store/jet/Takeover.h"
+#include "support/Failure.h"
+#include "support/JetPages.h"
+#include "support/Sqlite.h"
+#include "support/Table.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace orlo;
+using store::DBEngine::openDatabase;
+using test::JetPages;
+using test::sqlite;
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString Data = QStringLiteral(ORLO_SOURCE_DIR "/tests/jet/data/");
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+// A table's fields and rows as sqlite() gives them, out of a CSV file.
+QStringList rowsOf(const QString& csv, QStringList& fields)
+{
+    CsvReader reader(readFile(csv));
+    std::vector<CsvCell> row;
+    QStringList lines;
+    while (reader.readRow(row)) {
+        QStringList cells;
+        for (const CsvCell& cell : row)
+            cells += cell.text.isEmpty() && !cell.quoted ? u"Null"_s : cell.text;
+        lines += cells.join(u'|');
+    }
+    fields = lines.takeFirst().split(u'|');
+    return lines;
+}
+
+// How many rows all tables of a file have.
+int allRows(const QString& path)
+{
+    QStringList counts{u"0"_s};
+    for (const QString& name : sqlite(path, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT IN "
+                                            "('Stored_Queries', 'sqlite_sequence')"))
+        counts += u"(SELECT count(*) FROM \"%1\")"_s.arg(name);
+    return sqlite(path, ("SELECT " + counts.join(u'+')).toUtf8().constData())[0].toInt();
+}
+
+// How many files, or moments, a test tries; ORLO_JET_FILES sets it.
+int tries()
+{
+    const int wanted = qEnvironmentVariableIntValue("ORLO_JET_FILES");
+    return wanted > 0 ? wanted : 40;
+}
+
+QByteArray damaged(QByteArray bytes, const QString& how, QRandomGenerator& random)
+{
+    const int size = static_cast<int>(bytes.size());
+    if (how == u"truncated")
+        bytes.truncate(random.bounded(19, size));
+    else if (how == u"flipped")
+        for (int flips = 1 << random.bounded(8); flips > 0; --flips)
+            bytes[random.bounded(19, size)] ^= static_cast<char>(1 << random.bounded(8));
+    else
+        for (int at = random.bounded(19, 4096); at < size; ++at)
+            bytes[at] = static_cast<char>(random.generate());
+    return bytes;
+}
+
+} // namespace
+
+class tst_jet : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_told.clear();
+        store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
+    }
+
+    void everyValue_data() { test::table({"sample", "tables"}, "small-1.0 | 8 \n small-1.1 | 13 \n jet3 | 8"); }
+
+    void everyValue()
+    {
+        QFETCH(QString, sample);
+        QFETCH(QString, tables);
+        const int count = tables.toInt();
+        const QByteArray former = readFile(Data + sample + u".mdb"_s);
+        writeFile(path(), former);
+        QCOMPARE(openDatabase(path()).tableNames().size(), count);
+        QCOMPARE(openDatabase(path()).tableNames().size(), count); // nothing to take over any more
+        QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
+        QCOMPARE(readFile(kept()), former);
+        QCOMPARE(m_told, QStringList());
+
+        const QDir folder(Data + sample);
+        for (const QString& name : folder.entryList({u"*.csv"_s})) {
+            QStringList fields;
+            const QStringList rows = rowsOf(folder.filePath(name), fields);
+            for (QString& field : fields)
+                field = u"CASE typeof(\"%1\") WHEN 'real' THEN printf('%.15g', \"%1\") ELSE \"%1\" END"_s.arg(field);
+            const QString sql =
+                u"SELECT %1 FROM %2 ORDER BY rowid"_s.arg(fields.join(u','), QFileInfo(name).baseName());
+            QCOMPARE(sqlite(path(), sql.toUtf8().constData()), rows);
+        }
+
+        // Keys, checks, indexes and stored queries are those of a file that was made new.
+        const bool current = count == 13;
+        const QString fresh = m_folder->filePath(u"fresh"_s);
+        store::Database made = store::DBEngine::createDatabase(fresh);
+        current ? store::createSchema(made) : store::createSchema10(made);
+        made.close();
+        constexpr char Catalogue[] = "SELECT type, name, sql FROM sqlite_master WHERE sql > '' ORDER BY type, name";
+        QCOMPARE(sqlite(path(), Catalogue), sqlite(fresh, Catalogue));
+        QCOMPARE(sqlite(path(), "SELECT * FROM Stored_Queries"), sqlite(fresh, "SELECT * FROM Stored_Queries"));
+        QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);
+        if (current)
+            QCOMPARE(answer("INSERT INTO Assigned_Awards_Scouts(Year) VALUES(1);"
+                            "SELECT Assigned_SID - 1 = (SELECT max(Assigned_SID) FROM Assigned_Awards_Scouts "
+                            "WHERE Year > 1) FROM Assigned_Awards_Scouts WHERE Year = 1"),
+                     "1"_ba);
+    }
+
+    // What a file has that ours has no place for, and rows that a simple walk over the pages gets wrong.
+    void oddities()
+    {
+        JetPages pages(Data + u"small-1.1.mdb"_s);
+        pages.exchangeNames(pages.table({u"School"_s, u"Tigar"_s}), u"Phone"_s, u"Tigar"_s);
+        pages.replace(u"Other_Purchase_List"_s, u"Their_Purchase_List"_s);
+        const int adults = pages.table({u"Adult_SID"_s, u"WorkPhone"_s});
+        auto people = pages.rows(adults);
+        people[1].bytes[2] = 1; // the key of the first one
+        pages.setRows(adults, people);
+        const int awards = pages.table({u"Adult_SID"_s, u"Date_Assigned"_s});
+        auto rows = pages.rows(awards);
+        rows[3].moved = true;
+        rows[5].moved = rows[5].removed = true;
+        rows[7].removed = true;
+        constexpr double BeforeDayZero = -1.25;
+        memcpy(rows[9].bytes.data() + 6, &BeforeDayZero, sizeof BeforeDayZero);
+        pages.setRows(awards, rows);
+        writeFile(path(), pages.bytes());
+
+        (void)openDatabase(path());
+        QCOMPARE(answer("SELECT group_concat(Insignia_SID) FROM (SELECT * FROM Assigned_Awards_Adults LIMIT 7)"),
+                 "1,2,3,4,5,7,9"_ba);
+        QCOMPARE(answer("SELECT Date_Assigned FROM Assigned_Awards_Adults WHERE Date_Assigned LIKE '1899%'"),
+                 "1899-12-29 06:00:00"_ba);
+        QCOMPARE(answer("SELECT Item_Name, Quantity FROM Their_Purchase_List"), "Slides|12"_ba);
+        QCOMPARE(answer("SELECT Adult_SID, Email, Kept_Because FROM Adults_Kept"),
+                 "1|a2@example.org|the key is there already"_ba);
+        QCOMPARE(answer("SELECT Tigar, Birth_Date, Kept_Because FROM Scouts_Kept WHERE Scout_SID = '1'"),
+                 "555-1001|1994-02-02|Tigar: the text is too long"_ba);
+        QCOMPARE(answer("SELECT Tigar, Phone FROM Scouts WHERE Scout_SID = 1"), "5|N"_ba);
+        QCOMPARE(m_told.size(), 1);
+        for (const char* words : {"no table Other_Purchase_List", "Adults: 1 row is", "Scouts: 39 rows are"})
+            QVERIFY2(m_told[0].contains(QLatin1String(words)), qPrintable(m_told[0]));
+    }
+
+    // Each of them is refused as it was, or opens with nothing lost.
+    void damagedFiles_data() { test::table({"damage"}, "truncated \n flipped \n random"); }
+    void damagedFiles()
+    {
+        QFETCH(QString, damage);
+        const QByteArray sound = readFile(Data + u"small-1.1.mdb"_s);
+        QRandomGenerator random(static_cast<quint32>(damage.size()));
+        writeFile(path(), sound);
+        (void)openDatabase(path());
+        const int rows = allRows(path());
+        int refused = 0;
+        for (int i = 0; i < tries(); ++i) {
+            const QByteArray bytes = damaged(sound, damage, random);
+            init();
+            writeFile(path(), bytes);
+            const QDeadlineTimer limit(20'000);
+            const int failure = test::failureNumber([this] { return openDatabase(path()); });
+            const QByteArray name = u"%1 %2"_s.arg(damage).arg(i).toUtf8();
+            QVERIFY2(!limit.hasExpired(), name.constData());
+            if (failure == 0) {
+                QCOMPARE(readFile(kept()), bytes);
+                QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);
+                QVERIFY2(allRows(path()) >= rows || m_told.join(u' ').contains(u"no table"), name.constData());
+                QCOMPARE(files().size(), 2);
+                continue;
+            }
+            ++refused;
+            QVERIFY2(failure == platform::DatabaseDamaged, (name + ' ' + QByteArray::number(failure)).constData());
+            QCOMPARE(readFile(path()), bytes);
+            QCOMPARE(files(), QStringList(u"Quorrel11.mdb"_s));
+        }
+        QVERIFY(refused > 0);
+    }
+
+    // Ended at any moment, the file is the old one or the new one, and the next opening finds everything.
+    void killedWhileOpening()
+    {
+        const QByteArray former = readFile(Data + u"small-1.1.mdb"_s);
+        QElapsedTimer whole;
+        whole.start();
+        writeFile(path(), former);
+        QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), {u"--open"_s, path()}), 0);
+        const qint64 longest = whole.elapsed();
+        const int rows = allRows(path());
+        for (int i = 0; i < tries(); ++i) {
+            init();
+            writeFile(path(), former);
+            QProcess opening;
+            opening.start(QCoreApplication::applicationFilePath(), {u"--open"_s, path()});
+            QVERIFY(opening.waitForStarted());
+            QTest::qSleep(static_cast<int>(longest * i / tries()));
+            opening.kill();
+            QVERIFY(opening.waitForFinished());
+            QVERIFY(readFile(path()) == former || readFile(kept()) == former);
+            (void)openDatabase(path());
+            QCOMPARE(files().size(), 2);
+            QCOMPARE(readFile(kept()), former);
+            QCOMPARE(allRows(path()), rows);
+        }
+    }
+
+    // A program without its reader beside it doesn't know the format.
+    void withoutTheReader()
+    {
+        writeFile(path(), readFile(Data + u"small-1.1.mdb"_s));
+        const QString alone = m_folder->filePath(u"alone"_s);
+        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
+        QCOMPARE(QProcess::execute(alone, {u"--open"_s, path()}), 3343 % 256);
+    }
+
+private:
+    [[nodiscard]] QString path() const { return m_folder->filePath(u"Quorrel11.mdb"_s); }
+    [[nodiscard]] QString kept() const { return m_folder->filePath(u"Quorrel11 (former format).mdb"_s); }
+    [[nodiscard]] QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden); }
+    [[nodiscard]] QByteArray answer(const char* sql) const { return sqlite(path(), sql).join(u';').toUtf8(); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QStringList m_told;
+};
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--open")
+        return test::failureNumber([&] { return openDatabase(arguments.value(2)); }) % 256;
+    tst_jet tests;
+    return QTest::qExec(&tests, argc, argv);
+}
+
+#include "tst_jet.moc"

@@ -1,0 +1,238 @@
+#include "store/Schema.h"
+#include "support/Failure.h"
+#include "support/Sqlite.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace orlo::store;
+using orlo::test::failureNumber;
+using orlo::test::sqlite;
+
+namespace
+{
+
+constexpr qsizetype PageSize = 4096;
+
+// The rows of each table with their keys, "Scouts|12|...", as another program reads them.
+QSet<QString> rowsOf(const QString& path)
+{
+    QSet<QString> rows;
+    for (const TableDef& table : schema::tables()) {
+        const QByteArray name = table.name().toUtf8();
+        for (const QString& row : sqlite(path, "Select rowid, * From " + name))
+            rows += table.name() + u'|' + row;
+    }
+    return rows;
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        qFatal("%s", qPrintable(file.errorString()));
+}
+
+} // namespace
+
+class tst_repair : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // A pack of a size at which each big table fills many pages on two levels; some notes fill pages of their own.
+    void initTestCase()
+    {
+        m_whole = m_folder.filePath("whole.mdb");
+        auto made = DBEngine::createDatabase(m_whole);
+        createSchema(made);
+        made.close();
+        const QByteArray count = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < ";
+        sqlite(m_whole,
+               "Begin;" + count +
+                   "1500) Insert Into Scouts (Scout_SID, First_Name, Last_Name, Birth_Date, Years_In_Scouts, Note) "
+                   "Select i, 'Åke ' || i, 'Berg', '2015-01-02', i / 2.0, Case When i % 50 = 0 Then "
+                   "Replace(Hex(Zeroblob(4000)), '0', 'x') Else 'note' End From n;" +
+                   count + "400) Insert Into Adults (Adult_SID, Last_Name) Select i, 'Berg ' || i From n;" + count +
+                   "6000) Insert Into Assigned_Awards_Scouts Select i % 1500, i % 120, '2024-05-06', 2024, 5, Null, "
+                   "Case When i % 3 = 0 Then i % 7 End From n;" +
+                   count +
+                   "900) Insert Into Assigned_Awards_Adults Select i, 3, '2024-05-06', 2024, 5 From n;"
+                   "Delete From Scouts Where Scout_SID Between 700 And 900;" // leaves pages that hold nothing
+                   "Insert Into PackInfo Values (12, 'Pack');Commit");
+        m_rows = rowsOf(m_whole);
+        QVERIFY(m_rows.size() > 8000);
+    }
+
+    void soundFileStaysAsItIs()
+    {
+        const QString path = fresh();
+        const QStringList schemaSql = sqlite(path, "Select sql From sqlite_master Order By type, name");
+        DBEngine::repairDatabase(path);
+        QCOMPARE(rowsOf(path), m_rows);
+        QCOMPARE(sqlite(path, "Select sql From sqlite_master Order By type, name"), schemaSql);
+        QVERIFY(contents(path).size() < contents(m_whole).size());
+        QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
+    }
+
+    void damage_data()
+    {
+        QTest::addColumn<int>("page");
+        QTest::newRow("the catalogue's root") << 1;
+        for (const char* table : {"Scouts", "Assigned_Awards_Scouts", "Dens", "sqlite_sequence", "Stored_Queries"})
+            QTest::newRow(table) << sqlite(m_whole, QByteArray("Select rootpage From sqlite_master Where name = '") +
+                                                        table + '\'')
+                                        .value(0)
+                                        .toInt();
+    }
+    // A page of zeros: every row of every other page is there afterwards, as are keys, counters and queries.
+    void damage()
+    {
+        QFETCH(int, page);
+        const QString path = fresh();
+        QByteArray bytes = contents(path);
+        const qsizetype start = page == 1 ? 100 : (page - 1) * PageSize;
+        bytes.replace(start, page * PageSize - start, QByteArray(page * PageSize - start, '\0'));
+        write(path, bytes);
+        DBEngine::repairDatabase(path);
+        QCOMPARE(contents(m_folder.filePath("work/Quorrel11 (damaged).mdb")), bytes);
+        QCOMPARE(sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
+        QCOMPARE(rowsOf(path), m_rows);
+        const QByteArray definitions = "Select type, tbl_name, sql From sqlite_master Order By type, name";
+        QCOMPARE(sqlite(path, definitions), sqlite(m_whole, definitions));
+        QCOMPARE(sqlite(path, "Select * From Stored_Queries Order By 1"),
+                 sqlite(m_whole, "Select * From Stored_Queries Order By 1"));
+        QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{"6000"});
+    }
+
+    // Bytes overwritten at random, or the end cut off: whatever happens, it is told in a number, and most rows of the
+    // pages that were not touched come back.
+    void randomDamage()
+    {
+        const int files = qEnvironmentVariableIntValue("ORLO_DAMAGED_FILES") > 0
+                              ? qEnvironmentVariableIntValue("ORLO_DAMAGED_FILES")
+                              : 15;
+        const QByteArray whole = contents(m_whole);
+        QRandomGenerator random(20261124);
+        double worst = 1;
+        for (int i = 0; i < files; ++i) {
+            const QString path = fresh();
+            QByteArray bytes = whole;
+            QSet<qsizetype> touched;
+            if (i % 4 == 3) {
+                bytes.truncate(random.bounded(int(whole.size())));
+                for (qsizetype page = bytes.size() / PageSize; page < whole.size() / PageSize; ++page)
+                    touched += page;
+            } else
+                for (int n = 1 << random.bounded(9); n > 0; --n) {
+                    const qsizetype at = random.bounded(int(whole.size()));
+                    bytes[at] = char(random.bounded(256));
+                    touched += at / PageSize;
+                }
+            write(path, bytes);
+            const int number = failureNumber([&] {
+                DBEngine::repairDatabase(path);
+                return 0;
+            });
+            if (number != 0) {
+                QCOMPARE(number, 3049);
+                QVERIFY(touched.contains(0));
+                continue;
+            }
+            QCOMPARE(sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
+            const double share = recovered(touched, rowsOf(path));
+            worst = std::min(worst, share);
+            QVERIFY2(share >= 0.95, qPrintable(QString("file %1: %2").arg(i).arg(share)));
+        }
+        qInfo("%d damaged files: at least %.2f %% of the rows on sound pages", files, 100 * worst);
+    }
+
+    void failures()
+    {
+        const QString path = fresh();
+        write(path, QByteArray(20000, 'x'));
+        const auto repair = [&] {
+            DBEngine::repairDatabase(path);
+            return 0;
+        };
+        QCOMPARE(failureNumber(repair), 3049);
+        QCOMPARE(contents(path), QByteArray(20000, 'x'));
+        QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
+        QFile::remove(path);
+        QCOMPARE(failureNumber(repair), 3024);
+    }
+
+private:
+    // A copy of the whole file in a folder with nothing else.
+    QString fresh()
+    {
+        QDir(m_folder.filePath("work")).removeRecursively();
+        QDir().mkpath(m_folder.filePath("work"));
+        const QString path = m_folder.filePath("work/Quorrel11.mdb");
+        QFile::copy(m_whole, path);
+        return path;
+    }
+
+    // The share of the rows that lie on sound pages which is among the found ones.
+    double recovered(const QSet<qsizetype>& touched, const QSet<QString>& found)
+    {
+        if (m_pageOfRow.isEmpty())
+            locateRows();
+        int sound = 0;
+        int there = 0;
+        for (auto row = m_pageOfRow.cbegin(); row != m_pageOfRow.cend(); ++row) {
+            if (std::ranges::any_of(row.value(), [&](qsizetype page) { return touched.contains(page); }))
+                continue;
+            ++sound;
+            there += found.contains(row.key());
+        }
+        return sound == 0 ? 1 : double(there) / sound;
+    }
+    void locateRows();
+
+    QTemporaryDir m_folder;
+    QString m_whole;
+    QSet<QString> m_rows;
+    QHash<QString, QList<qsizetype>> m_pageOfRow; // 0-based, overflow pages included
+};
+
+// The engine tells a table's leaf pages in order with the number of cells of each, and the overflow pages of a cell.
+void tst_repair::locateRows()
+{
+    for (const TableDef& table : schema::tables()) {
+        const QByteArray name = table.name().toUtf8();
+        const QStringList rows = sqlite(m_whole, "Select rowid, * From " + name);
+        QHash<QString, qsizetype> firstOfLeaf;
+        qsizetype row = 0;
+        for (const QString& line : sqlite(m_whole, "Select path, pageno - 1, ncell From dbstat Where name = '" + name +
+                                                       "' And pagetype = 'leaf' Order By path")) {
+            const QStringList cells = line.split('|');
+            firstOfLeaf[cells[0]] = row;
+            for (int i = 0; i < cells[2].toInt(); ++i, ++row)
+                m_pageOfRow[table.name() + '|' + rows[row]] += cells[1].toInt();
+        }
+        for (const QString& line : sqlite(m_whole, "Select path, pageno - 1 From dbstat Where name = '" + name +
+                                                       "' And pagetype = 'overflow'")) {
+            const QString cell = line.section('+', 0, 0);
+            const qsizetype leaf = cell.lastIndexOf('/') + 1;
+            const qsizetype at = firstOfLeaf.value(cell.left(leaf)) + cell.mid(leaf).toInt(nullptr, 16);
+            m_pageOfRow[table.name() + '|' + rows[at]] += line.section('|', 1).toInt();
+        }
+        if (row != rows.size())
+            qFatal("%s: %lld of %lld rows", name.constData(), row, rows.size());
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_repair)
+
+#include "tst_repair.moc"

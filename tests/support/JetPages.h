@@ -1,0 +1,141 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QStringList>
+#include <QTest>
+
+namespace orlo::test
+{
+
+/// The pages of a Jet 4 file, to change a sample's tables below the level of any program that writes such files.
+class JetPages
+{
+public:
+    struct Row {
+        QByteArray bytes;
+        bool moved = false;   ///< lies on another page, with a pointer in its place
+        bool removed = false; ///< has been taken out
+    };
+
+    explicit JetPages(const QString& path)
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no %s", qPrintable(path));
+        m_bytes = file.readAll();
+    }
+    [[nodiscard]] const QByteArray& bytes() const { return m_bytes; }
+
+    /// The page of the table that has all these fields.
+    [[nodiscard]] int table(const QStringList& fields) const
+    {
+        for (int page = 0; page < pages(); ++page) {
+            const QByteArray bytes = m_bytes.mid(page * Size, Size);
+            if (bytes[0] == 2 && std::ranges::all_of(fields, [&](const QString& f) { return bytes.contains(wide(f)); }))
+                return page;
+        }
+        qFatal("no table with %s", qPrintable(fields.join(u' ')));
+    }
+    /// Exchanges two names of the same length within a table's page.
+    void exchangeNames(int table, const QString& one, const QString& other)
+    {
+        QByteArray page = m_bytes.mid(table * Size, Size);
+        page.replace(wide(one), "\1\2\3").replace(wide(other), wide(one)).replace("\1\2\3", wide(other));
+        m_bytes.replace(table * Size, Size, page);
+    }
+    void replace(const QString& before, const QString& after) { m_bytes.replace(wide(before), wide(after)); }
+    /// The rows of a table that weren't removed.
+    [[nodiscard]] std::vector<Row> rows(int table) const
+    {
+        std::vector<Row> found;
+        for (int page = 0; page < pages(); ++page) {
+            const qsizetype at = page * Size;
+            if (m_bytes[at] != 1 || get(at + 4, 4) != table)
+                continue;
+            int end = Size;
+            for (int row = 0; row < get(at + 12, 2); ++row) {
+                const int start = get(at + 14 + 2 * row, 2);
+                if (!(start & 0xC000))
+                    found.push_back({m_bytes.mid(at + start, end - start)});
+                end = start & 0x1FFF;
+            }
+        }
+        return found;
+    }
+    /// Gives the table other rows on new pages; its old ones are no longer part of it.
+    void setRows(int table, const std::vector<Row>& rows)
+    {
+        std::vector<Row> elsewhere;
+        for (const Row& row : rows)
+            if (row.moved)
+                elsewhere.push_back(row);
+        const int first = pages();
+        for (const Row& row : elsewhere)
+            addRow(table, row.bytes, 0x8000, &row == &elsewhere.front());
+        const int split = pages();
+        int next = 0;
+        int count = 0;
+        for (const Row& row : rows) {
+            const QByteArray pointer = number(first << 8 | next, 4);
+            next += row.moved ? 1 : 0;
+            addRow(table, row.moved ? pointer : row.bytes,
+                   row.removed ? 0xC000
+                   : row.moved ? 0x4000
+                               : 0,
+                   pages() == split);
+            count += row.removed ? 0 : 1;
+        }
+        addMap(table, first);
+        put(table * Size + 16, count, 4);
+    }
+
+private:
+    static constexpr int Size = 4096;
+
+    static QByteArray wide(const QString& text)
+    {
+        return {reinterpret_cast<const char*>(text.utf16()), text.size() * 2};
+    }
+    static QByteArray number(int value, int width) { return {reinterpret_cast<const char*>(&value), width}; }
+    [[nodiscard]] int pages() const { return static_cast<int>(m_bytes.size() / Size); }
+    [[nodiscard]] int get(qsizetype at, int width) const
+    {
+        int value = 0;
+        memcpy(&value, m_bytes.constData() + at, static_cast<std::size_t>(width));
+        return value;
+    }
+    void put(qsizetype at, int value, int width) { m_bytes.replace(at, width, number(value, width)); }
+
+    void addRow(int owner, const QByteArray& bytes, int flags, bool newPage)
+    {
+        qsizetype at = m_bytes.size() - Size;
+        int count = get(at + 12, 2);
+        qsizetype end = count == 0 ? Size : get(at + 12 + 2 * count, 2) & 0x1FFF;
+        if (newPage || count == 255 || end - bytes.size() < 16 + 2 * count) {
+            m_bytes += QByteArray("\1\1\0\0", 4) + number(owner, 4) + QByteArray(Size - 8, '\0');
+            at += Size;
+            count = 0;
+            end = Size;
+        }
+        end -= bytes.size();
+        m_bytes.replace(at + end, bytes.size(), bytes);
+        put(at + 14 + 2 * count, static_cast<int>(end) | flags, 2);
+        put(at + 12, count + 1, 2);
+    }
+    // A map of all pages from the first one on.
+    void addMap(int table, int first)
+    {
+        const int end = pages();
+        QByteArray map = QByteArray("\5\1\0\0", 4) + QByteArray(Size - 4, '\0');
+        for (int page = first; page < end; ++page)
+            map[4 + page / 8] = static_cast<char>(map[4 + page / 8] | 1 << page % 8);
+        m_bytes += map;
+        addRow(0, '\1' + number(end, 4), 0, true);
+        put(table * Size + 55, (end + 1) << 8, 4);
+    }
+
+    QByteArray m_bytes;
+};
+
+} // namespace orlo::test

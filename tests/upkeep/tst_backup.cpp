@@ -1,0 +1,294 @@
+#include "adults/frmAdults.h"
+#include "pack/frmDenInfo.h"
+#include "platform/RuntimeError.h"
+#include "scouts/frmScouts.h"
+#include "store/upkeep/frmDataBackup.h"
+#include "store/upkeep/frmRestorBackup.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+#include "widgets/DriveList.h"
+#include "widgets/FolderList.h"
+#include "widgets/MessageBox.h"
+
+#include <QDirIterator>
+#include <QTreeWidgetItemIterator>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+using namespace orlo;
+using widgets::DriveList;
+using widgets::FolderList;
+using widgets::Instance;
+
+namespace
+{
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
+}
+
+void limitFiles(rlim_t most)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{most, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+// The application's folder, and a drive of its own with the folders F, F/.dot and G, on which the process is.
+struct Place : test::AppFolder {
+    QTemporaryDir drive;
+    QString root = drive.path();
+    QString database = AppFolder::path() + "/Quorrel11.mdb";
+    qint64 size = QFileInfo(database).size();
+    QList<platform::Drive> drives{{"/", 1LL << 40}, {root, 1LL << 40}};
+
+    Place()
+    {
+        QDir::setCurrent(root);
+        platform::setVolumes([this] { return drives; });
+        sh("mkdir -p F/.dot G; cp " ORLO_SOURCE_DIR "/src/layouts/*.grd $(dirname $D)");
+    }
+    ~Place()
+    {
+        QDir::setCurrent("/");
+        platform::setVolumes({});
+    }
+    // Runs a script on the drive: $B is the backup's name, $D the database, $S its size.
+    void sh(const QString& script) const
+    {
+        qputenv("B", "Quorrel11_Backup");
+        qputenv("D", database.toUtf8());
+        qputenv("S", QByteArray::number(size));
+        if (QProcess::execute("sh", {"-c", script}) != 0)
+            qFatal("%s", qPrintable(script));
+    }
+    // The drive's files, each with its size, or "db" for a copy of the database.
+    [[nodiscard]] QString files() const
+    {
+        QStringList found;
+        for (QDirIterator at(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); at.hasNext();) {
+            const QByteArray bytes = contents(at.next());
+            const QString content = bytes.size() != size          ? QString::number(bytes.size())
+                                    : bytes == contents(database) ? "db"
+                                                                  : "S";
+            found += at.filePath().mid(root.size() + 1).replace("Quorrel11_Backup", "B") + '=' + content;
+        }
+        found.sort();
+        return found.join(' ');
+    }
+};
+
+template <class F>
+struct Screen : test::RecordScreen<F> {
+    static constexpr bool Backup = std::is_same_v<F, frmDataBackup>;
+    DriveList& drives = this->template get<DriveList>("lstDrive");
+    FolderList& folders = this->template get<FolderList>(Backup ? "lstDir" : "lstFolders");
+
+    Screen() { folders.setFocus(); }
+    // Opens the folder of the current one that the keys find.
+    void open(const QString& name) const
+    {
+        QTest::keyClicks(&folders, name); // none opens the current one again
+        QTest::keyClick(&folders, Qt::Key_Return);
+    }
+    // Presses the button; the boxes that came, without the question.
+    QString go(const QString& answers) const
+    {
+        this->run(answers);
+        this->click(Backup ? "cmdBack" : "cmdRestore");
+        return this->said().section('\n', Backup ? 4 : 2);
+    }
+    // The rows with a blank for each step down, the opened folder in brackets.
+    [[nodiscard]] QString shown() const
+    {
+        QStringList rows;
+        for (QTreeWidgetItemIterator at(&folders); *at; ++at) {
+            int depth = 0;
+            for (auto* parent = (*at)->parent(); parent; parent = parent->parent())
+                ++depth;
+            const QString name = (*at)->text(0);
+            rows += QString(depth, ' ') + (*at == folders.currentItem() ? '[' + name + ']' : name);
+        }
+        return rows.join('|');
+    }
+};
+
+// Which of these forms are loaded, by their letters.
+QString loaded()
+{
+    return QString(Instance<frmDataBackup>::loaded() ? "b" : "") + (Instance<frmRestorBackup>::loaded() ? "r" : "") +
+           (Instance<frmScouts>::loaded() ? "s" : "") + (Instance<frmAdults>::loaded() ? "a" : "") +
+           (Instance<frmDenInfo>::loaded() ? "d" : "");
+}
+
+// What a box says, by a word for it or by a failure's number.
+QString text(const QString& told, const QString& path)
+{
+    const QString failed = "Backup Creation Error: There was an error creating the backup file.\n";
+    const QMap<QString, QString> texts{
+        {"", ""},
+        {"backed", "Backup Complete: Database Backup has completed Successfully."},
+        {"differ", failed + "Please check the destination media for errors and try again"},
+        {"space", "Backup Creation Error: The backup destination does not have enough remaining \n"
+                  "disk space for the backup database.\nPlease select a new destination or make more space."},
+        {"restored", "Restore Complete: Database Restore has completed Successfully."},
+        {"none", "Restore Database Error: A backup Database file does not exist in the selected path.\n"
+                 "Please select a drive and directory that contains a\nvalid backup database file."}};
+    return texts.value(told, failed + "Please correct the error below and try again\n\nError: " +
+                                 platform::standardDescription(told.toInt()) + "\nError Number: " + told +
+                                 "\nBackup path and file: " + path + "\\Quorrel11.mdb");
+}
+
+} // namespace
+
+class tst_backup : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void backup_data()
+    {
+        // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
+        // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d), which are left
+        test::table({"situation", "folder", "prepared", "drive", "late", "told", "loaded", "files"}, R"(
+No                      |   |                               |      |        |        | bsad |
+root, over an old one   |   | echo 12 > $B; echo 1 > $B.part|      |        | backed | d    | B=db
+folder                  | F |                               |      |        | 53     | bd   | F/B=db
+folder, old at the root | F | truncate -s $S $B             |      |        | backed | d    | B=S F/B=db
+folder, short at root   | F | echo 12 > $B                  |      |        | differ | bd   | B=3 F/B=db
+no space                |   |                               | -1   |        | space  | bsad |
+the old one's space     | F | echo 12 > $B                  | -3   |        | differ | bd   | B=3 F/B=db
+folder gone             | F | rm -r F                       |      |        | 76     | bsad |
+folder goes too late    | F |                               |      | rm -r F| 76     | bd   |
+drive gone              |   |                               | gone |        | 68     | bsad |
+a folder of that name   | F | mkdir F/$B                    |      |        | 70     | bd   |
+disk full               | F | echo 12 > $B; cp $B F      |      | full   | 61     | bd   | B=3 F/B=3
+2 GiB                   |   | truncate -s 2G $D             |      |        | 6      | bsad |
+)");
+    }
+    void backup()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, prepared);
+        QFETCH(QString, drive);
+        QFETCH(QString, late);
+        QFETCH(QString, told);
+        Place place;
+        Instance<frmScouts>::show();
+        Instance<frmAdults>::show();
+        Instance<frmDenInfo>::show();
+        connect(&Instance<frmAdults>::get(), &widgets::Form::unloaded, this, [&] {
+            if (late == "full") {
+                limitFiles(static_cast<rlim_t>(place.size - 1));
+                QTimer::singleShot(0, [] { limitFiles(RLIM_INFINITY); }); // in the time of the message
+            } else
+                place.sh(late);
+        });
+        const Screen<frmDataBackup> screen;
+        screen.open(folder);
+        place.sh(prepared);
+        if (drive == "gone")
+            place.drives.removeLast();
+        else if (!drive.isEmpty())
+            place.drives[1].freeSpace = place.size + drive.toInt();
+        const QString path = place.root + (folder.isEmpty() ? "" : '/' + folder);
+        QCOMPARE(screen.folders.path(), path);
+        QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, path));
+        QTEST(loaded(), "loaded");
+        QTEST(place.files(), "files");
+        QCOMPARE(test::count("Purchase_List"), 0);        // the database is open
+        if (auto* scouts = Instance<frmScouts>::loaded()) // and nothing was closed under them
+            test::control<QPushButton>(*scouts, "cmdNew").click();
+    }
+
+    // A form that is loaded for the moment of its unload runs its load step; one that isn't on the list stays, and its
+    // record set is dead.
+    void otherForms()
+    {
+        Place place;
+        test::fill("Insert Into Purchase_List (Award_Name) Values ('old')");
+        const Screen<frmDataBackup> screen;
+        screen.go("yes ok");
+        QCOMPARE(test::count("Purchase_List"), 0);
+        const auto walkAfterwards = [] {
+            const test::RecordScreen<frmDenInfo> dens;
+            widgets::message("takes the answer that waits");
+            Screen<frmDataBackup>().go("yes ok");
+            dens.run("ok N");
+        };
+        const char* dens = "Insert Into Dens (Den_SID) Values (1), (2)";
+        QCOMPARE(test::failureInChild(dens, walkAfterwards), "Run-time error '3420':");
+    }
+
+    void restore_data()
+    {
+        test::table({"situation", "folder", "told", "loaded", "dens"}, R"(
+No        | F |          | rsd | 2
+no backup | G | none     | rsd | 2
+good      | F | restored | d   | 0
+)");
+    }
+    void restore()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, told);
+        Place place;
+        place.sh("cp $D F/$B");
+        test::fill("Insert Into Dens (Den_SID) Values (1), (2)");
+        Instance<frmScouts>::show();
+        Instance<frmDenInfo>::show();
+        const Screen<frmRestorBackup> screen;
+        screen.open(folder);
+        QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, {}));
+        QTEST(loaded(), "loaded");
+        QTEST(QString::number(test::count("Dens")), "dens");
+    }
+
+    void restoreOfAnythingElseEndsTheProgram()
+    {
+        const Place place;
+        place.sh("printf garbage > $B");
+        const auto restore = [] {
+            widgets::message("takes the answer that waits");
+            Screen<frmRestorBackup>().go("yes ok ok");
+        };
+        QCOMPARE(test::failureInChild("", restore), "Run-time error '91':");
+        QCOMPARE(contents(place.database), "garbage");
+    }
+
+    void lists()
+    {
+        Place place;
+        place.sh("mkdir -p F/S/T");
+        const Screen<frmRestorBackup> screen;
+        QCOMPARE(screen.drives.text(), place.root);
+        QCOMPARE(screen.shown(), '[' + place.root + "]| F| G");
+        screen.open("F");
+        QTest::keyClick(&screen.folders, Qt::Key_H, Qt::ControlModifier);
+        QCOMPARE(screen.shown(), place.root + "| [F]|  .dot|  S");
+        QTest::keyClick(&screen.folders, Qt::Key_Down);
+        QTest::keyClick(&screen.folders, Qt::Key_Down);
+        const QPoint row = screen.folders.visualItemRect(screen.folders.currentItem()).center();
+        QTest::mouseClick(screen.folders.viewport(), Qt::LeftButton, {}, row);
+        QTest::mouseDClick(screen.folders.viewport(), Qt::LeftButton, {}, row);
+        QCOMPARE(screen.shown(), place.root + "| F|  [S]|   T");
+        screen.drives.setText("/");
+        QCOMPARE(screen.folders.path(), "/");
+        QVERIFY(screen.shown().contains("| tmp"));
+        screen.drives.setText(place.root); // where it was on that drive, as far as that is still there
+        QCOMPARE(screen.folders.path(), place.root + "/F/S");
+        place.sh("rm -r F/S");
+        QCOMPARE(screen.folders.path(), place.root + "/F/S");
+        screen.open("T");
+        QCOMPARE(screen.shown(), place.root + "| [F]|  .dot");
+        QTest::keyClick(&screen.folders, Qt::Key_Backspace);
+        QCOMPARE(screen.folders.path(), place.root);
+    }
+};
+
+ORLO_TEST_MAIN(tst_backup)
+#include "tst_backup.moc"

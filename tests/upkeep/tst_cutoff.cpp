@@ -1,0 +1,226 @@
+#include "store/upkeep/basDataUpdate.h"
+#include "store/upkeep/frmDataBackup.h"
+#include "store/upkeep/frmRestorBackup.h"
+#include "support/RecordScreen.h"
+#include "support/Sqlite.h"
+#include "widgets/DriveList.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <cstdio>
+#include <map>
+
+using namespace orlo;
+using test::sqlite;
+
+// Kill -9 at random moments of the work that touches the whole file.
+
+namespace
+{
+
+int killsEach()
+{
+    const int wanted = qEnvironmentVariableIntValue("ORLO_KILLS");
+    return wanted > 0 ? wanted : 12;
+}
+
+// The child's work on the files in a folder, which is also the root of a drive.
+void update()
+{
+    test::answerNext();
+    (void)UpdateDatabaseFile();
+}
+
+template <class F>
+void press(const char* button)
+{
+    test::control<QPushButton>(widgets::Instance<F>::get(), button).click();
+}
+
+void repair()
+{
+    database().close();
+    store::DBEngine::repairDatabase(databasePath());
+    openDatabase(databasePath());
+}
+
+int work(const QByteArray& name, const QString& folder)
+{
+    gAppPath = folder;
+    gOldDbName = "\\Quorrel.mdb";
+    gDbName = "\\Quorrel11.mdb";
+    QDir::setCurrent(folder);
+    platform::setVolumes([folder] { return QList<platform::Drive>{{folder, 1LL << 40}}; });
+    if (name != "update")
+        openDatabase(databasePath());
+    const std::map<QByteArray, std::function<void()>> works{{"update", update},
+                                                            {"repair", repair},
+                                                            {"backup", [] { press<frmDataBackup>("cmdBack"); }},
+                                                            {"restore", [] { press<frmRestorBackup>("cmdRestore"); }}};
+    widgets::Application::setQuitOnLastWindowClosed(false);
+    if (name == "backup" || name == "restore") {
+        test::answerNext(QMessageBox::Yes);
+        test::answerNext();
+    }
+    std::puts("begun");
+    std::fflush(stdout);
+    works.at(name)();
+    return 0;
+}
+
+} // namespace
+
+class tst_cutoff : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        const QByteArray count = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < ";
+        const QByteArray rows =
+            count + "300) Insert Into Adults (Adult_SID, Last_Name, Assigned_Den_SID) Select i, 'Berg', i % 9 From n;" +
+            count + "200) Insert Into Scouts (Scout_SID, Last_Name) Select i, 'Å ' || i From n;" + count +
+            "200) Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) "
+            "Select i, 1 + i % 7, '2025-06-07' From n;";
+        make("1.0", store::createSchema10, rows);
+        make("older", store::createSchema, rows + "Delete From Scouts");
+        make("1.1", store::createSchema, rows);
+        // The page lost on which the scouts' other pages hang.
+        const int page = look("made", "Select rootpage From sqlite_master Where name = 'Scouts'").toInt();
+        m_whole["damaged"] = bytes("made").replace((page - 1) * 4096, 4096, QByteArray(4096, '\0'));
+    }
+
+    void update()
+    {
+        int unfinished = 0; // kills that left a journal beside the old file
+        kill({{"1.0", "Quorrel.mdb"}, {"older", "Quorrel11.mdb"}}, [&] {
+            if (QFile::exists(file("Quorrel.mdb"))) {
+                unfinished += QFile::exists(file("Quorrel.mdb-journal"));
+                // The way back, as the user goes it: the safety copy over the old file, whatever else lies there.
+                const bool copied = QFile::exists(file("QuorrelOld_10.mdb"));
+                QVERIFY(bytes(copied ? "QuorrelOld_10.mdb" : "Quorrel.mdb") == m_whole["1.0"]);
+                if (copied && random(2) == 0) // now and then the other way: the file as the kill left it is sound
+                    QCOMPARE(look("Quorrel.mdb", "Pragma integrity_check"), "ok");
+                put("Quorrel.mdb", m_whole["1.0"]);
+                gAppPath = m_folder.path();
+                test::answerNext();
+                QVERIFY(UpdateDatabaseFile());
+                gDatabase.reset();
+            }
+            QCOMPARE(look("Quorrel11.mdb", "Pragma integrity_check"), "ok");
+            QCOMPARE(look("Quorrel11.mdb", Contents), "300|300|200|200");
+        });
+        qInfo("%d kills left a journal", unfinished);
+    }
+
+    void backup()
+    {
+        kill({{"1.1", "Quorrel11.mdb"}, {"older", "Quorrel11_Backup"}}, [&] {
+            QVERIFY(bytes("Quorrel11.mdb") == m_whole["1.1"]);
+            const QByteArray made = bytes("Quorrel11_Backup");
+            QVERIFY(made == m_whole["1.1"] || made == m_whole["older"]);
+        });
+    }
+
+    void restore()
+    {
+        kill({{"1.1", "Quorrel11_Backup"}, {"older", "Quorrel11.mdb"}}, [&] {
+            QVERIFY(bytes("Quorrel11_Backup") == m_whole["1.1"]);
+            const QByteArray now = bytes("Quorrel11.mdb");
+            QVERIFY(now == m_whole["1.1"] || now == m_whole["older"]);
+        });
+    }
+
+    void repair()
+    {
+        kill({{"damaged", "Quorrel11.mdb"}}, [&] {
+            QVERIFY(bytes("Quorrel11.mdb") == m_whole["damaged"] ||
+                    bytes("Quorrel11 (damaged).mdb") == m_whole["damaged"]);
+            store::DBEngine::repairDatabase(file("Quorrel11.mdb"));
+            QCOMPARE(look("Quorrel11.mdb", "Pragma integrity_check"), "ok");
+            QCOMPARE(look("Quorrel11.mdb", Contents), "0|300|200|200");
+        });
+    }
+
+private:
+    [[nodiscard]] QString file(const QString& name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QByteArray bytes(const QString& name) const
+    {
+        QFile from(file(name));
+        return from.open(QIODevice::ReadOnly) ? from.readAll() : QByteArray();
+    }
+    [[nodiscard]] QString look(const QString& name, const QByteArray& sql) const
+    {
+        return sqlite(file(name), sql).join(';');
+    }
+    void put(const QString& name, const QByteArray& content) const
+    {
+        QFile to(file(name));
+        if (!to.open(QIODevice::WriteOnly) || to.write(content) != content.size())
+            qFatal("%s", qPrintable(to.errorString()));
+    }
+    void make(const QString& name, void (*tables)(store::Database&), const QByteArray& sql)
+    {
+        QFile::remove(file("made"));
+        auto made = store::DBEngine::createDatabase(file("made"));
+        tables(made);
+        made.close();
+        sqlite(file("made"), "Begin;" + sql + ";Commit");
+        m_whole[name] = bytes("made");
+    }
+    [[nodiscard]] quint32 random(quint32 below) { return m_random.bounded(below); }
+
+    // Lays out the files, lets a child do the work of the test's name, kills it anywhere in between, and checks what it
+    // left; again and again.
+    template <class Check>
+    void kill(const QMap<QString, QString>& files, const Check& check)
+    {
+        qint64 time = 0; // ms that the whole work takes
+        const int kills = killsEach();
+        for (int i = 0; i <= kills && !QTest::currentTestFailed(); ++i) {
+            QDir folder(m_folder.path());
+            for (const QString& old : folder.entryList(QDir::Files))
+                folder.remove(old);
+            for (auto at = files.cbegin(); at != files.cend(); ++at)
+                put(at.value(), m_whole[at.key()]);
+            QProcess child;
+            child.start(QCoreApplication::applicationFilePath(),
+                        {"--work", QTest::currentTestFunction(), m_folder.path()});
+            QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
+            QElapsedTimer since;
+            since.start();
+            if (i > 0) {
+                QThread::usleep(random(quint32(time) * 1000));
+                child.kill();
+            }
+            QVERIFY(child.waitForFinished(20000));
+            if (i == 0)
+                time = since.elapsed();
+            check();
+        }
+    }
+
+    static constexpr auto Contents =
+        "Select (Select Count(*) From Leader_Den_Assignments), (Select Count(*) From Adults), (Select Count(*) From "
+        "Scouts), (Select Count(*) From Assigned_Awards_Scouts)";
+
+    QTemporaryDir m_folder;
+    QMap<QString, QByteArray> m_whole;
+    QRandomGenerator m_random{20261124};
+};
+
+int main(int argc, char** argv)
+{
+    widgets::Application application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--work")
+        return work(arguments.value(2).toLatin1(), arguments.value(3));
+    gOldDbName = "\\Quorrel.mdb";
+    gDbName = "\\Quorrel11.mdb";
+    tst_cutoff tests;
+    return QTest::qExec(&tests, argc, argv);
+}
+
+#include "tst_cutoff.moc"

@@ -1,0 +1,160 @@
+#include "store/upkeep/basDataUpdate.h"
+
+#include "shell/mdiPendrake.h"
+#include "support/Failure.h"
+#include "support/RecordScreen.h"
+#include "support/Sqlite.h"
+
+#include <QFile>
+
+using namespace orlo;
+using test::sqlite;
+
+namespace
+{
+
+// An application folder that holds a file of version 1.0 with a few rows.
+class OldFolder : public test::AppFolder
+{
+public:
+    OldFolder()
+    {
+        gDatabase.reset();
+        gDbNeedsUpdate = true;
+        auto made = store::DBEngine::createDatabase(file());
+        store::createSchema10(made);
+        made.close();
+        sqlite(file(), "Insert Into Adults (Adult_SID, First_Name, Assigned_Den_SID) "
+                       "Values (1, 'Åsa', Null), (2, 'Bo', 7), (3, 'Cy', 0);"
+                       "Insert Into Scouts (Scout_SID, Last_Name, Note) Values (5, 'O''Brien', 'long'), (4, '', Null);"
+                       "Insert Into Assigned_Awards_Scouts Values (5, 2, '2001-03-04', 2001, 3), "
+                       "(4, 1, '1999-12-31', 1999, 12), (5, 1, Null, Null, Null);"
+                       "Insert Into Purchase_List (Award_Name) Values ('Bobcat')");
+    }
+    [[nodiscard]] QString file(const QString& name = "Quorrel.mdb") const { return path() + u'/' + name; }
+};
+
+// The tables of a file with all that their definitions say, a line each.
+QStringList catalogue(store::Database& database)
+{
+    QStringList lines;
+    for (const QString& name : database.tableNames()) {
+        QStringList parts{name};
+        const store::TableDef table = database.tableDef(name);
+        for (const auto& field : table.fields())
+            parts += QString("%1 %2(%3) %4%5%6").arg(field.name).arg(int(field.type)).arg(field.size)
+                         .arg(field.allowZeroLength).arg(field.autoIncrement).arg(field.defaultValue.textOrEmpty());
+        for (const auto& index : table.indexes())
+            parts += index.name + index.fields.join(u'+') + (index.primary ? " primary" : "");
+        lines += parts.join("; ");
+    }
+    for (const QString& name : database.queryNames())
+        lines += name + ": " + database.queryDef(name).sql;
+    lines.sort();
+    return lines;
+}
+
+} // namespace
+
+class tst_update : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theFrameUpdatesTheOldFile()
+    {
+        const OldFolder folder;
+        sqlite(folder.file("Quorrel11.mdb"), "Insert Into Dens (Den_SID) Values (99)"); // newer, and overwritten
+        QFile old(folder.file());
+        QVERIFY(old.open(QIODevice::ReadOnly));
+        const QByteArray before = old.readAll();
+        const auto told = test::answerNext();
+        mdiPendrake frame;
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowActive(&frame));
+        QTRY_VERIFY(!gDbNeedsUpdate);
+        QCOMPARE(told->title + ": " + told->text,
+                 "Update Database: The ORLO Database will now be updated to work with this new version of software.");
+
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList({"Quorrel11.mdb", "QuorrelOld_10.mdb"}));
+        QFile kept(folder.file("QuorrelOld_10.mdb"));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QVERIFY(kept.readAll() == before);
+        QCOMPARE(sqlite(folder.file("Quorrel11.mdb"), "Pragma integrity_check"), QStringList{"ok"});
+        auto fresh = store::DBEngine::createDatabase(folder.file("fresh.mdb"));
+        store::createSchema(fresh);
+        QCOMPARE(catalogue(database()), catalogue(fresh));
+
+        QCOMPARE(test::rows("Select * From Leader_Den_Assignments"), "2/7/Null/Null, 3/0/Null/Null");
+        QCOMPARE(test::rows("Select Adult_SID, First_Name, Assigned_Den_SID, Email From Adults"),
+                 "1/Åsa/Null/Null, 2/Bo/7/Null, 3/Cy/0/Null");
+        QCOMPARE(test::rows("Select * From Assigned_Awards_Scouts"),
+                 "5/2/3/4/2001/2001/3/1/1, 4/1/12/31/1999/1999/12/2/1, 5/1/Null/Null/Null/3/1");
+        QCOMPARE(test::rows("Select * From Purchase_List"), "Null/Null/Null");
+        QCOMPARE(test::rows("Select Scout_SID, Last_Name, Note, Parent1_Use_Scout_Add, Parent2_Use_Scout_Add, "
+                            "Parent1_Correspondance, Boys_Life, Grade_In_School, BSA_Number From Scouts "
+                            "Order by Scout_SID"),
+                 "4//Null/True/True/Null/Null/Null/Null, 5/O'Brien/long/True/True/Null/Null/Null/Null");
+        QCOMPARE(test::rows("Select * From Den_Titles"), test::rows("Select * From Den_Titles Order by Den_Title"));
+        QCOMPARE(test::count("Pack_Positions"), 10);
+        QCOMPARE(test::rows("Select Quantity, Insignia_SID From Assigned_Awards_Scouts Where Assigned_SID = 3"), "1/1");
+    }
+
+    // An object that a step makes, there already: the steps before it stay done, and there is no way on but by hand.
+    void aStepThatFails_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::addColumn<QString>("last"); // what the step before it made
+        QTest::newRow("Den_Titles") << 3010 << "Purchase_List";
+        QTest::newRow("Leader_Den_Assignments") << 3010 << "Den_Titles";
+        QTest::newRow("Leader_Pack_Assn") << 3010 << "Leader_Den_Assignments";
+        QTest::newRow("Other_Purchase_List") << 3010 << "Leader_Pack_Assn";
+        QTest::newRow("Pack_Positions") << 3010 << "Other_Purchase_List";
+        QTest::newRow("AAS_TMP") << 3010 << "Pack_Positions";
+        QTest::newRow("Join_AssignedAdultsWInsgnias") << 3012 << "Scouts";
+        QTest::newRow("UnionAwardsScoutAdults") << 3012 << "Union_Pack_Den_Positions";
+    }
+    void aStepThatFails()
+    {
+        QFETCH(int, number);
+        QFETCH(QString, last);
+        const OldFolder folder;
+        const QByteArray name = QTest::currentDataTag();
+        sqlite(folder.file(), number == 3010 ? "Create Table " + name + " (a TEXT(1))" : "Create View " + name + " As Select 1");
+        const auto update = [] {
+            test::answerNext();
+            return UpdateDatabaseFile();
+        };
+        QCOMPARE(test::failureNumber(update), number);
+        QVERIFY(gDbNeedsUpdate);
+        gDatabase.reset();
+        QCOMPARE(sqlite(folder.file(), "Select name From sqlite_master Where type In ('table', 'view') And name Not In "
+                                       "('sqlite_sequence', 'Stored_Queries') And sql Not Like '%a TEXT(1))' And sql "
+                                       "Not Like '%Select 1' Order By rowid Desc Limit 1"),
+                 QStringList{last});
+        // The old file from its copy, and the update goes through.
+        sqlite(folder.file("QuorrelOld_10.mdb"), number == 3010 ? "Drop Table " + name : "Drop View " + name);
+        QVERIFY(QFile::remove(folder.file()) && QFile::copy(folder.file("QuorrelOld_10.mdb"), folder.file()));
+        QVERIFY(update());
+        QCOMPARE(test::count("Assigned_Awards_Scouts"), 3);
+    }
+
+    void aFileOfVersion11IsRefused()
+    {
+        const test::AppFolder folder;
+        QCOMPARE(test::failureNumber([] { ApplyUpdateSteps(); return 0; }), 3010);
+    }
+
+    void emptyTablesPass()
+    {
+        const OldFolder folder;
+        sqlite(folder.file(), "Delete From Adults; Delete From Scouts; Delete From Assigned_Awards_Scouts");
+        test::answerNext();
+        QVERIFY(UpdateDatabaseFile());
+        QCOMPARE(test::count("Leader_Den_Assignments") + test::count("Assigned_Awards_Scouts"), 0);
+    }
+};
+
+ORLO_TEST_MAIN(tst_update)
+
+#include "tst_update.moc"
