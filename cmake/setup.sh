@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6sql6-sqlite
           libgl1-mesa-dev libsqlite3-dev libbenchmark-dev mdbtools mdbtools-dev pkgconf
-          fonts-dejavu-core)
+          fonts-dejavu-core poppler-utils dpkg-dev file)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -1,0 +1,43 @@
+#!/bin/sh
+# Starts ORLO for the user at hand. The program keeps its records in the folder in which it lies, so each user has a
+# folder with a copy of it. This makes the folder and keeps it as new as the package.
+set -u
+package=$(dirname "$(readlink -f "$0")")/../lib/orlo
+case ${XDG_DATA_HOME:-} in
+    /*) app=$XDG_DATA_HOME/orlo ;;
+    *) app=${HOME:?}/.local/share/orlo ;;
+esac
+given=$app/.package # the reports and layouts as the package gave them, by which the user's changes show
+new=$given/.new
+
+held() { # held PATTERN: the user's file of that name in any case, as the program finds it
+    find "$app" -maxdepth 1 -iname "$1" | head -n 1
+}
+
+copy() { # copy FILE TARGET [-n]: whole on the disk before it takes its name; -n never takes another file's place
+    rm -f "$new" && cp "$1" "$new" && sync "$new" && mv "${3:--f}" "$new" "$2"
+}
+
+refresh() { # refresh FILE NAME: the user's file becomes the package's, unless the user has changed it
+    [ -e "$app/$2" ] && cmp -s "$1" "$given/$2" && return
+    mine=$(held "$2")
+    if [ -z "$mine" ] || cmp -s "$mine" "$given/$2"; then
+        cmp -s "$1" "$mine" || copy "$1" "${mine:-$app/$2}" || return
+    fi
+    cmp -s "$1" "$given/$2" || copy "$1" "$given/$2"
+}
+
+(umask 077 && mkdir -p "$given") || exit 1
+exec 9>"$given/.lock"
+flock 9 # two starts at once take turns
+for file in "$package"/*; do
+    name=${file##*/}
+    case $name in
+        *.mdb) [ -n "$(held 'Quorrel*.mdb')" ] || copy "$file" "$app/$name" -n ;;
+        orlo*) cmp -s "$file" "$app/$name" || copy "$file" "$app/$name" ;;
+        *) refresh "$file" "$name" ;;
+    esac
+done
+exec 9>&-
+# A copy that failed has said so; the program that the user has still starts.
+exec "$app/orlo" "$@"

@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# Makes both packages and uses them as somebody does who has nothing else: tst_packages.sh BUILD_FOLDER
+set -euo pipefail
+build=$1 source=$(dirname "$(readlink -f "$0")")/../..
+here=$(mktemp -d "${TMPDIR:-/tmp}/orlo packages.XXXXXX")
+export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 XDG_RUNTIME_DIR=$here
+pid=
+trap '[ -z "$pid" ] || kill "$pid" || :; rm -rf "$here"' EXIT
+trap 'echo "failed in line $LINENO: $BASH_COMMAND"; tail "$here"/complaints; exit 1' ERR
+set -E
+
+starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens the database there and has no complaint
+    "$2" 2>"$here/complaints" & pid=$!
+    for _ in {1..300}; do
+        opened=$(find "/proc/$pid/fd" -lname "$1/Quorrel11.mdb")
+        [ -z "$opened" ] || break
+        sleep 0.1
+    done
+    [ -n "$opened" ] && [ "$(readlink "/proc/$pid/exe")" = "$1/orlo" ]
+    sleep 6 # past the splash
+    kill "$pid" # fails if it has ended by itself
+    wait "$pid" || [ $? -eq 143 ]
+    pid=
+    diff /dev/null <(sed '/propagateSizeHints/d' "$here/complaints") # that is about having no display
+}
+complete() { # complete FOLDER: all that the program needs is there
+    for file in "$source"/src/{reports/files/*.rpt,layouts/*.grd}; do cmp "$file" "$1/${file##*/}"; done
+    [ ! -e "$build/app/orlo-jet" ] || "$1/orlo-jet" "$source/tests/jet/data/small-1.1.mdb" >/dev/null
+}
+
+cpack --config "$build/CPackConfig.cmake" -B "$here" >"$here/log" || { cat "$here/log"; false; }
+
+mkdir "$here/a folder"
+tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
+complete "$here/a folder"
+starts "$here/a folder" "$here/a folder/orlo"
+
+dpkg-deb -f "$here"/orlo_*.deb Depends | grep libqt6printsupport6 | grep libsqlite3-0 | grep -q libqt6widgets6
+dpkg-deb -x "$here"/orlo_*.deb "$here/root"
+export XDG_DATA_HOME="$here/the data"
+launcher=$here/root/usr/bin/orlo given=$here/root/usr/lib/orlo user=$XDG_DATA_HOME/orlo
+starts "$user" "$launcher"
+complete "$user"
+
+# A newer package brings another program and another report: what the user has changed stays, the rest follows.
+printf '#!/bin/sh\necho newer\n' >"$given/orlo"
+echo >>"$given/AwardListing.rpt"
+for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do echo mine >>"$user/$file"; done
+echo >>"$given/PurchaseList.rpt"
+cp -r "$user" "$here/before"
+for _ in 1 2; do [ "$(timeout 20 "$launcher")" = newer ]; done
+for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do cmp "$here/before/$file" "$user/$file"; done
+cmp "$given/AwardListing.rpt" "$user/AwardListing.rpt"
+
+# Many first starts at once, of a user who has put an earlier version's file there.
+XDG_DATA_HOME="$here/second" user="$here/second/orlo"
+mkdir -p "$user" && touch "$user/quorrel.MDB"
+[ "$(for _ in {1..8}; do timeout 20 "$launcher" & done; wait)" = "$(printf 'newer\n%.0s' {1..8})" ]
+diff -r -x .package -x '*.[mM][dD][bB]' "$given" "$user"
+[ ! -e "$user/Quorrel11.mdb" ]
