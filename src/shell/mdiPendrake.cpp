@@ -14,6 +14,8 @@
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
 #include "shell/Module1.h"
+#include "shell/dlgHelp.h"
+#include "shell/frmAbout.h"
 #include "store/upkeep/frmDataBackup.h"
 #include "store/upkeep/frmRestorBackup.h"
 #include "store/upkeep/basDataUpdate.h"
@@ -32,14 +34,6 @@ namespace orlo
 
 namespace
 {
-
-// Says in one box that a command's screen can't be opened in this version of the program.
-void sayNotThere(const QAction* command)
-{
-    QString name = command->text();
-    name.remove(u'&').remove(QStringLiteral("...")).remove(u'…');
-    widgets::message(QStringLiteral("\"%1\" is not part of this version yet.").arg(name.trimmed()));
-}
 
 QIcon programIcon()
 {
@@ -110,8 +104,8 @@ void mdiPendrake::connectMenus()
     connect(ui->mnuRptScoutList, &QAction::triggered, this, [] { Instance<dlgScoutList>::showWaiting(); });
     connect(ui->mnuRptAdultList, &QAction::triggered, this, [] { Instance<dlgAdultList>::showWaiting(); });
     connect(ui->ID_COMBINED_ROSTER, &QAction::triggered, this, [] { Instance<dlgCombinedRoster>::showWaiting(); });
-    for (QAction* command : {ui->mnuHelpTopics, ui->mnuAbout})
-        connect(command, &QAction::triggered, this, [command] { sayNotThere(command); });
+    connect(ui->mnuHelpTopics, &QAction::triggered, this, [] { Instance<dlgHelp>::showWaiting(); });
+    connect(ui->mnuAbout, &QAction::triggered, this, [] { Instance<frmAbout>::showWaiting(); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
     connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::fillWindowMenu);
 }

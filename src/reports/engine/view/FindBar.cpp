@@ -33,7 +33,7 @@ FindBar::FindBar(std::shared_ptr<const Document> document, PageView& view, QActi
     : m_document(std::move(document)), m_view(view), m_text(new QLineEdit), m_state(new QLabel)
 {
     setObjectName(QStringLiteral("findBar"));
-    auto* label = new QLabel(tr("&Find:"));
+    auto* label = new QLabel(tr("Fin&d:"));
     label->setBuddy(m_text);
     m_text->setObjectName(QStringLiteral("txtFind"));
     m_text->setAccessibleName(tr("Find text"));

@@ -1,0 +1,204 @@
+#include "adults/dlgAddDenLeaderAsign.h"
+#include "adults/dlgAddDenLeaderAsignEdit.h"
+#include "adults/dlgFindAdult.h"
+#include "awards/dlgFindInsignia.h"
+#include "awards/frmAddAdultAwards.h"
+#include "awards/frmAddAwardsToScout.h"
+#include "awards/frmEditAssignedAward.h"
+#include "pack/dlgAddAdults.h"
+#include "pack/dlgAddScouts.h"
+#include "reports/engine/view/PreviewWindow.h"
+#include "reports/frmReportsMenu.h"
+#include "scouts/dlgFindScout.h"
+#include "scouts/dlgSelectAdultLink.h"
+#include "shell/dlgCalendar.h"
+#include "shell/dlgError.h"
+#include "shell/mdiPendrake.h"
+#include "support/RecordScreen.h"
+
+#include <QtWidgets/QtWidgets>
+
+#include <cmath>
+
+using namespace orlo;
+using Open = std::function<void()>;
+
+namespace
+{
+
+template <class... F>
+void addForms()
+{
+    (static_cast<void>(QTest::newRow(F::staticMetaObject.className()) << Open(&widgets::Instance<F>::showWaiting)),
+     ...);
+}
+
+// What a screen reader calls the control: its own name, its label's, or its text.
+QString nameOf(QWidget* control)
+{
+    const auto labels = control->window()->findChildren<QLabel*>();
+    const auto label = std::ranges::find(labels, control, &QLabel::buddy);
+    QString name = control->accessibleName();
+    if (name.isEmpty() && label != labels.end())
+        name = (*label)->text();
+    else if (name.isEmpty() && !qobject_cast<QComboBox*>(control)) // a box would be called by its choice
+        name = QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
+    return name.remove(QRegularExpression("[&:]"));
+}
+
+double luminance(const QColor& color)
+{
+    const auto linear = [](double part) { return std::pow((part + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF()) + 0.05;
+}
+
+// Everything that is wrong with a window as it stands.
+QStringList faultsOf(QWidget& form)
+{
+    QStringList faults;
+    QSet<QString> names;
+    QSet<QKeySequence> keys;
+    QWidgetList controls;
+    const auto expect = [&](bool good, const char* fault, const QWidget* widget) {
+        if (!good)
+            faults += QString("%1: %2").arg(fault, widget->objectName());
+    };
+    const auto takesKey = [&keys](const QString& text) {
+        const auto key = QKeySequence::mnemonic(text);
+        return key.isEmpty() || (!keys.contains(key) && (keys += key, true));
+    };
+    if (auto* window = qobject_cast<QMainWindow*>(form.window()))
+        for (const auto* menu : window->menuBar()->actions())
+            expect(takesKey(menu->text()), "access key of another menu", menu->menu());
+    for (auto* widget : form.findChildren<QWidget*>()) {
+        if (!widget->isVisible())
+            continue;
+        const auto* bar = qobject_cast<QTabBar*>(widget);
+        const bool part = std::ranges::any_of(controls, [=](auto* whole) { return whole->isAncestorOf(widget); });
+        if ((widget->focusPolicy() & Qt::TabFocus) && !part && !qobject_cast<QTabWidget*>(widget)) {
+            controls += widget;
+            const QString name = nameOf(widget);
+            expect(name.contains(QRegularExpression("\\pL")), "no name", widget);
+            expect(bar || !names.contains(name), "another control's name", widget);
+            names += name;
+        }
+        expect(!bar || bar->width() >= bar->sizeHint().width(), "clipped tabs", widget->parentWidget());
+        if (widget->objectName().startsWith("qt_"))
+            continue;
+        const auto* label = qobject_cast<QLabel*>(widget);
+        const auto* button = qobject_cast<QAbstractButton*>(widget);
+        if (button || (label && label->buddy()))
+            expect(takesKey(label ? label->text() : button->text()), "another control's access key", widget);
+        QSize room = widget->sizeHint();
+        if (widget->hasHeightForWidth())
+            room = QSize(0, widget->heightForWidth(widget->width()));
+        else if (button && button->icon().isNull()) // its hint asks for the width that buttons have in common
+            room.setWidth(button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() + 8);
+        expect(!(label || button) || room.boundedTo(widget->size()) == room, "clipped", widget);
+        using P = QPalette;
+        for (const auto& [text, ground] : {std::pair(widget->foregroundRole(), widget->backgroundRole()),
+                                           {P::Text, P::Base},
+                                           {P::Text, P::AlternateBase},
+                                           {P::ButtonText, P::Button}}) {
+            const auto [dark, light] = std::minmax({luminance(widget->palette().color(P::Active, text)),
+                                                    luminance(widget->palette().color(P::Active, ground))});
+            expect(light / dark >= 4.5, "contrast", widget);
+        }
+    }
+    for (auto* control : controls)
+        control->setEnabled(true);
+    QWidgetList reached;
+    for (auto* at = QApplication::focusWidget(); at && !reached.contains(at); at = QApplication::focusWidget()) {
+        reached += at;
+        QTest::keyClick(at, Qt::Key_Tab);
+    }
+    for (auto* control : controls)
+        expect(std::ranges::any_of(reached,
+                                   [control](QWidget* at) { // Tab comes to one of the buttons of a group
+                                       return control == at || control->isAncestorOf(at) ||
+                                              (qobject_cast<QRadioButton*>(control) &&
+                                               qobject_cast<QRadioButton*>(at) && control->parent() == at->parent());
+                                   }),
+               "Tab doesn't come to", control);
+    return faults;
+}
+
+} // namespace
+
+class tst_access : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyWindow_data();
+    void everyWindow();
+};
+
+void tst_access::everyWindow_data()
+{
+    QTest::addColumn<Open>("open");
+    addForms<frmAddAwardsToScout, frmAddAdultAwards, frmEditAssignedAward, frmReportsMenu, dlgAddDenLeaderAsign,
+             dlgAddDenLeaderAsignEdit, dlgFindAdult, dlgFindInsignia, dlgFindScout, dlgAddAdults, dlgAddScouts,
+             dlgSelectAdultLink, dlgCalendar, dlgError>();
+    QTest::newRow("mdiPendrake") << Open([] {});
+    const QStringList noWindow{"mnuRepairDatabase", "mnuExit", "ID_DB_11_UPDATE"};
+    for (QAction* command : mdiPendrake::instance().findChildren<QAction*>(QRegularExpression("^(mnu|ID_)")))
+        if (!command->menu() && !noWindow.contains(command->objectName()))
+            QTest::newRow(qPrintable(command->objectName())) << Open([command] { command->trigger(); });
+    QTest::newRow("previewWindow") << Open([] {
+        auto document = std::make_shared<reports::Document>();
+        document->pages.resize(2);
+        auto* window = new reports::PreviewWindow(document);
+        window->show();
+        test::control<QAction>(*window, "actFind").trigger();
+    });
+}
+
+void tst_access::everyWindow()
+{
+    QFETCH(Open, open);
+    test::AppFolder folder;
+    for (const QString grid : {"DenAssign.grd", "Pack_Titles.grd", "Den_Titles.grd"})
+        QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));
+    test::fill("INSERT INTO Dens (Den_SID, Den_Number, Den_Type, Active) VALUES (1, 1, 'Wolf', 'Y');"
+               "INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) VALUES (1, 'Al', "
+               "'Ito', 'Y', 1);"
+               "INSERT INTO Adults (Adult_SID, First_Name, Last_Name, Active) VALUES (1, 'Bo', 'Ito', 'Y');"
+               "INSERT INTO Insignias (Insignia_SID, Insignia_Name, Insignia_Type) VALUES (1, 'Art', 'Pin');");
+    gEditAssignedSID = gEditInsigniaSID = 1;
+    gEditDate = "1/2/2026";
+    auto& frame = mdiPendrake::instance();
+    frame.show();
+    frame.activateWindow();
+    QStringList faults{"not looked at"};
+    QTimer::singleShot(50, qApp, [&] {
+        const QPointer window = QApplication::activeWindow();
+        const auto* child = test::control<QMdiArea>(frame, "mdiArea").currentSubWindow();
+        QWidget& form = child ? *child->widget() : *window;
+        faults.clear();
+        if ((&form == &frame) != (QTest::currentDataTag() == QByteArray("mdiPendrake")))
+            faults += "no window opened";
+        const auto look = [&] {
+            for (const QColor colour : {QColor(45, 47, 51), QColor(239, 239, 239)}) {
+                QApplication::setPalette(colour);
+                QTest::qWait(1);
+                faults += faultsOf(form);
+            }
+        };
+        look();
+        for (auto* pages : form.findChildren<QTabWidget*>())
+            for (int page = pages->count(); page-- > 0; look())
+                pages->setCurrentIndex(page);
+        widgets::Form::unloadAll();
+        if (window != &frame)
+            delete window;
+    });
+    open();
+    QTRY_VERIFY(!faults.contains("not looked at"));
+    faults.removeDuplicates();
+    QCOMPARE(faults.join(", "), QString());
+}
+
+ORLO_TEST_MAIN(tst_access)
+
+#include "tst_access.moc"
