@@ -3,6 +3,7 @@
 //
 // usage: tour FOLDER [--dark]   FOLDER/app holds the application's files
 
+#include "Driver.h"
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
 #include "reports/engine/Export.h"
@@ -11,6 +12,8 @@
 #include "reports/engine/view/ReportControl.h"
 #include "shell/Module1.h"
 #include "shell/mdiPendrake.h"
+#include "store/Schema.h"
+#include "store/upkeep/basDataUpdate.h"
 #include "widgets/Application.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/ComboBox.h"
@@ -38,10 +41,10 @@ using namespace orlo;
 namespace
 {
 
-class Tour
+class Tour : private Driver
 {
 public:
-    explicit Tour(QString folder) : m_folder(std::move(folder)) {}
+    using Driver::Driver;
 
     void run();
 
@@ -60,125 +63,12 @@ private:
     void reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work);
     void firstPage(QWidget& form, const QString& name);
     void printedPages(const reports::Document& document, const QString& name);
+    void positionTitles();
+    void backupAndRestore();
+    void update();
+    void aboutAndHelp();
     void errorDialog();
-
-    /// Starts something that waits, and does the rest inside its loop.
-    void during(const std::function<void()>& trigger, const std::function<void()>& inside);
-    void picture(QWidget& widget, const QString& name);
-    void choose(const char* command);
-
-    [[nodiscard]] static QWidget& window(const char* name);
-    template <class W>
-    [[nodiscard]] static W& control(QWidget& form, const char* name);
-    static void click(QWidget& form, const char* button);
-    static void type(QWidget& form, const char* box, const QString& text);
-    static void typeCell(QTableView& grid, int row, int column, const QString& text);
-    static void doubleClickRow(QTableView& grid, int row);
-    static void pick(widgets::ComboBox& box, const QString& entry);
-    static void pick(widgets::ComboBox& box, int row);
-    static void settle() { QTest::qWait(80); }
-
-    QString m_folder;
-    int m_number = 0;
 };
-
-QWidget& Tour::window(const char* name)
-{
-    for (int tries = 0; tries < 100; ++tries) {
-        const auto windows = QApplication::allWidgets();
-        for (QWidget* widget : windows)
-            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
-                return *widget;
-        QTest::qWait(100);
-    }
-    qFatal("the window %s never came up", name);
-}
-
-template <class W>
-W& Tour::control(QWidget& form, const char* name)
-{
-    W* found = form.findChild<W*>(QString::fromLatin1(name));
-    if (!found)
-        qFatal("no control %s", name);
-    return *found;
-}
-
-void Tour::click(QWidget& form, const char* button)
-{
-    QTest::mouseClick(&control<QPushButton>(form, button), Qt::LeftButton);
-}
-
-void Tour::type(QWidget& form, const char* box, const QString& text)
-{
-    auto& field = control<QLineEdit>(form, box);
-    QTest::mouseClick(&field, Qt::LeftButton);
-    field.selectAll();
-    QTest::keyClicks(&field, text);
-}
-
-void Tour::typeCell(QTableView& grid, int row, int column, const QString& text)
-{
-    const QModelIndex cell = grid.model()->index(row, column);
-    grid.scrollTo(cell);
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
-    QTest::keyClicks(&grid, text);
-}
-
-void Tour::doubleClickRow(QTableView& grid, int row)
-{
-    const QModelIndex cell = grid.model()->index(row, 1);
-    grid.scrollTo(cell);
-    const QPoint at = grid.visualRect(cell).center();
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, at);
-}
-
-void Tour::pick(widgets::ComboBox& box, const QString& entry)
-{
-    box.showPopup();
-    settle();
-    const int row = box.findText(entry);
-    if (row < 0)
-        qFatal("no entry %s", qPrintable(entry));
-    pick(box, row);
-}
-
-void Tour::pick(widgets::ComboBox& box, int row)
-{
-    if (!box.view()->isVisible())
-        box.showPopup();
-    settle();
-    box.view()->setCurrentIndex(box.model()->index(row, 0));
-    QTest::keyClick(box.view(), Qt::Key_Return);
-    settle();
-}
-
-void Tour::picture(QWidget& widget, const QString& name)
-{
-    settle();
-    const QString file =
-        QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
-    if (!widget.grab().save(file))
-        qFatal("can't write %s", qPrintable(file));
-    std::printf("%s\n", qPrintable(file));
-}
-
-void Tour::during(const std::function<void()>& trigger, const std::function<void()>& inside)
-{
-    bool done = false;
-    QTimer::singleShot(150, qApp, [&] {
-        inside();
-        done = true;
-    });
-    trigger();
-    while (!done)
-        QTest::qWait(50);
-}
-
-void Tour::choose(const char* command)
-{
-    control<QAction>(mdiPendrake::instance(), command).trigger();
-}
 
 void Tour::start()
 {
@@ -498,7 +388,7 @@ void Tour::firstPage(QWidget& form, const QString& name)
 
 void Tour::printedPages(const reports::Document& document, const QString& name)
 {
-    reports::writePdf(document, m_folder + u'/' + name + QStringLiteral(".pdf"));
+    reports::writePdf(document, folder() + u'/' + name + QStringLiteral(".pdf"));
     constexpr double Scale = 1.5; // 108 dots to the inch
     for (int page = 0; page < int(document.pages.size()); ++page) {
         QImage image((document.paper * Scale).toSize(), QImage::Format_RGB32);
@@ -507,8 +397,74 @@ void Tour::printedPages(const reports::Document& document, const QString& name)
         painter.scale(Scale, Scale);
         reports::paintPage(painter, document, page);
         painter.end();
-        image.save(QStringLiteral("%1/%2-page%3.png").arg(m_folder, name).arg(page + 1));
+        image.save(QStringLiteral("%1/%2-page%3.png").arg(folder(), name).arg(page + 1));
     }
+}
+
+void Tour::positionTitles()
+{
+    choose("ID_Pack_Den_Positions");
+    auto& form = window("frmPackDenPositions");
+    picture(mdiPendrake::instance(), QStringLiteral("positions"));
+    auto& titles = control<QTableView>(form, "dbgPackPositions");
+    typeCell(titles, titles.model()->rowCount() - 1, 0, QStringLiteral("Secretary"));
+    during([&] { click(form, "cmdRefreshDenPostions"); },
+           [this] {
+               auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+               picture(*box, QStringLiteral("positions-title-twice"));
+               QTest::keyClick(box, Qt::Key_Return);
+           });
+    picture(form, QStringLiteral("positions-kept-in-edit"));
+    QTest::keyClick(&titles, Qt::Key_Escape);
+    QTest::keyClick(&titles, Qt::Key_Escape);
+    click(form, "Command1");
+}
+
+void Tour::backupAndRestore()
+{
+    QDir::setCurrent(gAppPath);
+    choose("ID_BACKUP_DATABASE");
+    auto& backup = window("frmDataBackup");
+    picture(backup, QStringLiteral("backup"));
+    during([&] { click(backup, "cmdBack"); },
+           [this] {
+               auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+               picture(*box, QStringLiteral("backup-question"));
+               QTest::keyClick(box, Qt::Key_Escape);
+           });
+    click(backup, "cmdCancel");
+    during([this] { choose("ID_RESTOR_BACKUP"); },
+           [this] {
+               auto& restore = window("frmRestorBackup");
+               picture(restore, QStringLiteral("restore"));
+               click(restore, "cmdClose");
+           });
+    choose("mnuRepairDatabase");
+}
+
+// A file of version 1.0 beside the current one takes its place; the tour has seen the pack by then.
+void Tour::update()
+{
+    auto old = store::DBEngine::createDatabase(gAppPath + gOldDbName);
+    store::createSchema10(old);
+    old.close();
+    during([] { (void)UpdateDatabaseFile(); },
+           [this] {
+               auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+               picture(*box, QStringLiteral("update"));
+               QTest::keyClick(box, Qt::Key_Return);
+           });
+}
+
+void Tour::aboutAndHelp()
+{
+    for (const auto& [command, form, button] :
+         {std::tuple("mnuAbout", "frmAbout", "cmdOK"), {"mnuHelpTopics", "dlgHelp", "cmdClose"}})
+        during([&, command = command] { choose(command); },
+               [&, form = form, button = button] {
+                   picture(window(form), QString::fromLatin1(form).mid(3).toLower());
+                   click(window(form), button);
+               });
 }
 
 void Tour::errorDialog()
@@ -537,7 +493,11 @@ void Tour::run()
     bulkAssignment();
     purchaseList();
     reportScreens();
+    positionTitles();
+    backupAndRestore();
+    aboutAndHelp();
     errorDialog();
+    update();
 }
 
 QPalette darkPalette()

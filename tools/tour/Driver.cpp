@@ -1,0 +1,109 @@
+#include "Driver.h"
+
+#include "shell/mdiPendrake.h"
+#include "widgets/ComboBox.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace orlo;
+
+QWidget& Driver::window(const char* name)
+{
+    for (int tries = 0; tries < 100; ++tries) {
+        const auto windows = QApplication::allWidgets();
+        for (QWidget* widget : windows)
+            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
+                return *widget;
+        QTest::qWait(100);
+    }
+    qFatal("the window %s never came up", name);
+}
+
+void Driver::click(QWidget& form, const char* button)
+{
+    QTest::mouseClick(&control<QPushButton>(form, button), Qt::LeftButton);
+}
+
+void Driver::type(QWidget& form, const char* box, const QString& text)
+{
+    auto& field = control<QLineEdit>(form, box);
+    QTest::mouseClick(&field, Qt::LeftButton);
+    field.selectAll();
+    QTest::keyClicks(&field, text);
+}
+
+void Driver::typeCell(QTableView& grid, int row, int column, const QString& text)
+{
+    const QModelIndex cell = grid.model()->index(row, column);
+    grid.scrollTo(cell);
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
+    QTest::keyClicks(&grid, text);
+}
+
+void Driver::doubleClickRow(QTableView& grid, int row)
+{
+    const QModelIndex cell = grid.model()->index(row, 1);
+    grid.scrollTo(cell);
+    const QPoint at = grid.visualRect(cell).center();
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, at);
+}
+
+void Driver::pick(widgets::ComboBox& box, const QString& entry)
+{
+    box.showPopup();
+    settle();
+    const int row = box.findText(entry);
+    if (row < 0)
+        qFatal("no entry %s", qPrintable(entry));
+    pick(box, row);
+}
+
+void Driver::pick(widgets::ComboBox& box, int row)
+{
+    if (!box.view()->isVisible())
+        box.showPopup();
+    settle();
+    box.view()->setCurrentIndex(box.model()->index(row, 0));
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    settle();
+}
+
+void Driver::picture(QWidget& widget, const QString& name)
+{
+    settle();
+    const QString file =
+        QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
+    if (!widget.grab().save(file))
+        qFatal("can't write %s", qPrintable(file));
+    std::printf("%s\n", qPrintable(file));
+}
+
+void Driver::during(const std::function<void()>& trigger, const std::function<void()>& inside)
+{
+    bool done = false;
+    QTimer::singleShot(150, qApp, [&] {
+        inside();
+        done = true;
+    });
+    trigger();
+    while (!done)
+        QTest::qWait(50);
+}
+
+void Driver::choose(const char* command)
+{
+    control<QAction>(mdiPendrake::instance(), command).trigger();
+}
+
+void Driver::settle()
+{
+    QTest::qWait(80);
+}

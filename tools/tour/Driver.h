@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+class QTableView;
+
+namespace orlo::widgets
+{
+class ComboBox;
+}
+
+/// The tour's hands and its camera: real key and mouse events on the controls that it finds by name, and pictures,
+/// numbered in their order, in a folder. What can't be found ends the tour.
+class Driver
+{
+public:
+    explicit Driver(QString folder) : m_folder(std::move(folder)) {}
+
+protected:
+    /// Starts something that waits, and does the rest inside its loop.
+    void during(const std::function<void()>& trigger, const std::function<void()>& inside);
+    void picture(QWidget& widget, const QString& name);
+    void choose(const char* command);
+
+    /// The visible window or child window of a name, as soon as it is up.
+    [[nodiscard]] static QWidget& window(const char* name);
+    template <class W>
+    [[nodiscard]] static W& control(QWidget& form, const char* name)
+    {
+        W* found = form.findChild<W*>(QString::fromLatin1(name));
+        if (!found)
+            qFatal("no control %s", name);
+        return *found;
+    }
+    static void click(QWidget& form, const char* button);
+    static void type(QWidget& form, const char* box, const QString& text);
+    static void typeCell(QTableView& grid, int row, int column, const QString& text);
+    static void doubleClickRow(QTableView& grid, int row);
+    static void pick(orlo::widgets::ComboBox& box, const QString& entry);
+    static void pick(orlo::widgets::ComboBox& box, int row);
+    /// Lets the windows come to rest.
+    static void settle();
+
+    [[nodiscard]] const QString& folder() const { return m_folder; }
+
+private:
+    QString m_folder;
+    int m_number = 0;
+};
