@@ -47,13 +47,17 @@ public:
     void walk(const Table& table, const std::function<void(const Row&)>& take);
 
     // The values of fields in the row that is being taken.
+    /// A number of so many bytes, as its bits stand.
     [[nodiscard]] std::uint64_t whole(Bytes bytes, int width) const;
     [[nodiscard]] std::u16string shortText(Bytes bytes) const { return letters(raw(bytes)); }
     [[nodiscard]] std::u16string longText(Bytes bytes) { return letters(longValue(bytes)); }
     /// What a long field holds, gathered from the pages that it lies on.
     [[nodiscard]] std::string longValue(Bytes bytes);
+    /// The bytes as they are.
     [[nodiscard]] std::string raw(Bytes bytes) const;
+    /// A decimal number in digits, whatever the field's width.
     [[nodiscard]] std::string decimal(const MdbColumn& field, Bytes bytes) const;
+    /// 16 bytes in the form {...} that identifiers are written in.
     [[nodiscard]] std::string identifier(Bytes bytes) const;
 
 private:

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "store/engine/Recordset.h"
+#include "store/engine/RecordsetVariable.h"
 #include "widgets/Form.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 
 namespace Ui
 {
@@ -38,7 +37,7 @@ private:
 
     std::unique_ptr<Ui::frmPackInformation> ui;
     // The enabled state of cmdSave is the changed flag.
-    std::optional<store::Recordset> rsPack;
+    store::RecordsetVariable rsPack;
     std::int16_t mPackCount = 0;
     bool mPackNew = false; ///< from a load on an empty table until the first save
 };

@@ -1,5 +1,6 @@
 #include "platform/FileReplacement.h"
 
+#include "platform/FileCopy.h"
 #include "platform/RuntimeError.h"
 
 #include <QFile>
@@ -52,9 +53,9 @@ QString putInPlace(const QString& path, const QString& finished, const QString& 
     const QString kept = freeName(file, note);
     flush(finished, 0);
     const QByteArray name = QFile::encodeName(path);
-    // A second name for the old file first; where the volume knows no second names, there is a moment without the file.
+    // A second name for the old file first, or a copy where the volume knows no second names.
     if (::link(name.constData(), QFile::encodeName(kept).constData()) != 0)
-        check(::rename(name.constData(), QFile::encodeName(kept).constData()));
+        copyOver(path, kept);
     check(::rename(QFile::encodeName(finished).constData(), name.constData()));
     flush(file.path(), O_DIRECTORY);
     return kept;

@@ -31,6 +31,7 @@ enum ErrorNumber : int {
     DuplicateKey = 3022,
     DatabaseNotFound = 3024,
     ReadOnlySet = 3027,
+    ResourceExceeded = 3035,
     DatabaseDamaged = 3049,
     CannotLockFile = 3050,
     NullInPrimaryKey = 3058,

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "store/engine/Recordset.h"
+#include "store/engine/RecordsetVariable.h"
 #include "widgets/Form.h"
 
 #include <cstdint>
 #include <initializer_list>
-#include <optional>
 
 class QLabel;
 class QLineEdit;
@@ -100,7 +99,7 @@ protected:
     [[nodiscard]] const Controls& controls() const { return *m_controls; }
     [[nodiscard]] const QString& keyField() const { return m_table.key; }
 
-    std::optional<store::Recordset> rsRecords;
+    store::RecordsetVariable rsRecords;
     std::int16_t mRecordCount = 0;
     QString mRecordIndex = QStringLiteral("0"); ///< 1-based place of the current record, "0" for none
     bool mNewRecord = false;                    ///< from cmdNew until the record is saved or cancelled

@@ -135,6 +135,29 @@ void addIndexes(Connection& connection, const TableDef& table)
         connection.run(trigger);
 }
 
+static bool isOwnTrigger(Connection& connection, const QString& table, const QByteArray& sql)
+{
+    const auto own = keyTriggers(readTable(connection, table));
+    return std::ranges::find(own, sql) != own.end();
+}
+
+void dropForeignTriggers(Connection& connection)
+{
+    QList<QByteArray> foreign;
+    {
+        auto triggers = connection.statement("SELECT name, tbl_name, sql FROM sqlite_master WHERE type = 'trigger'");
+        while (triggers.step()) {
+            const TableInfo* table = connection.table(triggers.text(1));
+            QByteArray sql = triggers.text(2).toUtf8();
+            sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TRIGGER IF NOT EXISTS");
+            if (!table || table->isQuery || !isOwnTrigger(connection, table->name, sql))
+                foreign.append(quoted(triggers.text(0)));
+        }
+    }
+    for (const QByteArray& trigger : foreign)
+        connection.run("DROP TRIGGER " + trigger);
+}
+
 void createTable(Connection& connection, const TableDef& table)
 {
     if (connection.table(table.name()))

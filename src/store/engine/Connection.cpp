@@ -23,6 +23,11 @@ namespace
 {
 
 constexpr int BusyMilliseconds = 2000;
+constexpr int LongestValue = 100'000'000; // bytes
+// No work of the program comes near a tenth of this many steps; a stored query made to keep it busy goes on for good.
+constexpr int StepsBetweenLooks = 1'000'000;
+constexpr int MostLooks = 2000;
+constexpr sqlite3_int64 MostMemory = 1 << 30; // bytes, for sorting above all
 constexpr std::size_t MostStatements = 64;
 constexpr qsizetype MostTexts = 256;
 
@@ -98,6 +103,10 @@ void Connection::harden()
     // A table may be renamed while a stored query names one that doesn't exist.
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_LEGACY_ALTER_TABLE, 1, nullptr);
     sqlite3_limit(m_db, SQLITE_LIMIT_ATTACHED, 0);
+    sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LongestValue);
+    sqlite3_hard_heap_limit64(MostMemory);
+    sqlite3_progress_handler(
+        m_db, StepsBetweenLooks, [](void* self) { return ++static_cast<Connection*>(self)->looks > MostLooks ? 1 : 0; }, this);
     addFunctions(m_db);
     sqlite3_set_authorizer(m_db, guard, this);
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
@@ -163,6 +172,7 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
 void Connection::run(const QByteArray& sql)
 {
     ensureOpen();
+    looks = 0;
     if (const int code = sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr); code != SQLITE_OK)
         raiseLast(code);
 }
@@ -275,8 +285,10 @@ void Connection::raiseLast(int code, bool preparing)
     refusal = 0;
     if ((code & 0xFF) == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
         noteSchemaChange();
-    throw RuntimeError(number, QStringLiteral("Database"),
-                       platform::standardDescription(number) + QStringLiteral(" (%1)").arg(words));
+    QString description = platform::standardDescription(number);
+    if (number != platform::DuplicateKey) // which is told to whoever types a title twice
+        description += QStringLiteral(" (%1)").arg(words);
+    throw RuntimeError(number, QStringLiteral("Database"), description);
 }
 
 Transaction::Transaction(Connection& connection) : m_connection(connection)

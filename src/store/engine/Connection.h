@@ -102,6 +102,8 @@ public:
     /// The number that the authorizer refused an outside statement with, 0 for none; for its own use.
     int refusal = 0;
     bool guarding = false;
+    /// How often the running statement was looked at, to end one that would never end.
+    int looks = 0;
 
 private:
     void open(Mode mode);

@@ -166,7 +166,9 @@ Database DBEngine::openDatabase(const QString& path)
 {
     if (const QString file = platform::nativePath(path); isFormerFormat(file))
         takeOver(file);
-    return Database(std::make_shared<Connection>(path, Connection::Mode::Open));
+    auto connection = std::make_shared<Connection>(path, Connection::Mode::Open);
+    dropForeignTriggers(*connection);
+    return Database(std::move(connection));
 }
 
 Database DBEngine::createDatabase(const QString& path)

@@ -42,6 +42,8 @@ int statementNumber(const QString& words, bool preparing)
         return platform::UnknownName;
     if (words.startsWith(QLatin1String("no such table")) || words.startsWith(QLatin1String("no such view")))
         return platform::UnknownTable;
+    if (words.startsWith(QLatin1String("unsupported file format")))
+        return platform::UnrecognisedFormat;
     if (!preparing && words.startsWith(QLatin1String("integer overflow")))
         return platform::Overflow;
     return platform::SyntaxError;
@@ -58,6 +60,9 @@ int failureNumber(int code, const QString& words, bool preparing)
         return platform::WrongDataType;
     case SQLITE_TOOBIG:
         return platform::FieldTooSmall;
+    case SQLITE_INTERRUPT:
+    case SQLITE_NOMEM:
+        return platform::ResourceExceeded;
     case SQLITE_FULL:
         return platform::DiskFull;
     case SQLITE_BUSY:

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr qsizetype LargestBlock = 256;
+constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
 // How often another program's changes are looked for while a set is walked.
 constexpr qint64 CheckNanoseconds = 1000000;
 
@@ -49,8 +50,11 @@ void Recordset::Impl::openSnapshot()
     auto shape = std::make_shared<RowShape>();
     shape->fields = resultFields(*m_connection, statement);
     m_block = Rows(allColumns(*shape));
-    while (statement.step())
+    while (statement.step()) {
+        if (m_block.size() == MostRows)
+            raise(platform::ResourceExceeded);
         m_block.append(statement.handle());
+    }
     m_size = m_block.size();
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i)
         if (!sqlite3_column_decltype(statement.handle(), i))

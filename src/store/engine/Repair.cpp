@@ -46,8 +46,11 @@ bool compact(const QString& file)
         sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the new layout is made in a second file
         connection.run("VACUUM");
     } catch (const RuntimeError& error) {
-        if (error.number() != platform::DatabaseDamaged && error.number() != platform::UnrecognisedFormat)
-            throw;
+        // What the system refuses says nothing of the file; whatever else the engine stumbles over does.
+        for (const int number :
+             {platform::CannotLockFile, platform::DiskFull, platform::PathFileAccess, platform::ReadOnlySet})
+            if (error.number() == number)
+                throw;
         return false;
     }
     return true;
@@ -110,6 +113,31 @@ bool isCatalogueRow(const RawRecord& record)
     return record.values.size() == 5 && Types.contains(textOf(record.values[0]));
 }
 
+// True if the record is one of the titles that every pack starts with.
+bool isUsualTitle(const RawRecord& record, const TableDef& table)
+{
+    const bool ofPack = table.name() == QLatin1String("Pack_Positions");
+    if ((!ofPack && table.name() != QLatin1String("Den_Titles")) || record.values.empty())
+        return false;
+    const QString title = QString::fromUtf8(textOf(record.values[0]));
+    const auto& titles = ofPack ? schema::packTitles() : schema::denTitles();
+    return std::ranges::any_of(titles, [&title](const PositionTitle& usual) { return title == usual.title; });
+}
+
+// How many columns the table has that a statement makes; none for a damaged statement.
+std::size_t columnsOf(const QByteArray& sql)
+{
+    sqlite3* scratch = nullptr;
+    std::size_t columns = 0;
+    if (sqlite3_open(":memory:", &scratch) == SQLITE_OK &&
+        sqlite3_exec(scratch, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK)
+        sqlite3_exec(
+            scratch, "SELECT c.name FROM sqlite_master m, pragma_table_info(m.name) c WHERE m.rootpage = 2",
+            [](void* count, int, char**, char**) { return ++*static_cast<std::size_t*>(count), 0; }, &columns, nullptr);
+    sqlite3_close(scratch);
+    return columns;
+}
+
 // Moves what a damaged file still holds to a new one.
 class Salvage
 {
@@ -137,8 +165,10 @@ private:
     void readCatalogue();
     void makeTables();
     void moveRows();
+    [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
     void moveStrayRows();
     void move(const RawRecord& record, const TableDef& table);
+    void noteQuery(const RawRecord& record);
     void noteCounter(const RawRecord& record);
     void makeKeys();
     void makeQueries();
@@ -149,6 +179,7 @@ private:
     PageFile m_pages;
     Connection m_made;
     std::vector<CatalogueRow> m_catalogue;
+    SchemaVersion m_version = SchemaVersion::V11;
     std::vector<TableDef> m_tables;      // of the new file
     QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
     QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
@@ -218,12 +249,24 @@ void Salvage::makeAgain(const QByteArray& sql)
     m_made.noteSchemaChange();
 }
 
+// The usual tables are made as they should be, since a damaged statement may still be one, for a table that refuses its
+// rows. Another program may have added fields to one.
 void Salvage::makeTables()
 {
-    for (const CatalogueRow& object : m_catalogue)
-        if (object.type == "table" && object.sql.startsWith("CREATE TABLE ") && !isMade(object.name))
+    const bool former = std::ranges::any_of(m_catalogue, [](const CatalogueRow& object) {
+        return object.name == QLatin1String("Adults") &&
+               columnsOf(object.sql) == schema::findTable(object.name, SchemaVersion::V10)->fields().size();
+    });
+    if (former)
+        m_version = SchemaVersion::V10;
+    for (const CatalogueRow& object : m_catalogue) {
+        if (object.type != "table" || !object.sql.startsWith("CREATE TABLE ") || isMade(object.name))
+            continue;
+        const TableDef* usual = schema::findTable(object.name, m_version);
+        if (!usual || columnsOf(object.sql) > usual->fields().size())
             makeAgain(object.sql);
-    for (const TableDef& table : schema::tables())
+    }
+    for (const TableDef& table : schema::tables(m_version))
         if (!isMade(table.name()))
             createTable(m_made, table);
     for (const QString& name : tableNames(m_made))
@@ -234,26 +277,53 @@ void Salvage::makeTables()
         m_keyFields.insert(keys.text(0), keys.text(1));
 }
 
+// A page whose rows don't fit was reached by a damaged entry of the catalogue; it is left for moveStrayRows().
 void Salvage::moveRows()
 {
     for (const CatalogueRow& object : m_catalogue) {
-        if (object.type != "table" || object.root < 2)
-            continue;
         const auto table = std::ranges::find(m_tables, object.name, &TableDef::name);
-        for (const quint32 page : leavesBelow(object.root))
-            for (const RawRecord& record : m_pages.records(page))
-                if (table != m_tables.end())
-                    move(record, *table);
-                else if (object.name == QLatin1String("sqlite_sequence"))
-                    noteCounter(record);
-                else if (object.name == QLatin1String("Stored_Queries") && record.values.size() == 2)
-                    m_queries.push_back(
-                        {QString::fromUtf8(textOf(record.values[0])), QString::fromUtf8(textOf(record.values[1]))});
+        const bool counters = object.name == QLatin1String("sqlite_sequence");
+        const bool queries = object.name == QLatin1String("Stored_Queries");
+        if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
+            continue;
+        for (const quint32 page : leavesBelow(object.root)) {
+            const auto records = m_pages.records(page);
+            if (counters)
+                std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
+            else if (queries)
+                std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
+            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return fits(record, *table); }))
+                std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
+            else
+                m_seen.remove(page);
+        }
     }
 }
 
-// The pages that nothing leads to any more go to the first table that their rows fit, those with as many fields before
-// those with more.
+void Salvage::noteQuery(const RawRecord& record)
+{
+    if (record.values.size() == 2)
+        m_queries.push_back({QString::fromUtf8(textOf(record.values[0])), QString::fromUtf8(textOf(record.values[1]))});
+}
+
+// The table that the rows of a page fit best: one with no more fields than they need, and of several tables of the same
+// shape one whose contents are known.
+const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
+{
+    const TableDef* best = nullptr;
+    for (const TableDef& table : m_tables) {
+        if (!std::ranges::all_of(records, [&table](const RawRecord& record) { return fits(record, table); }))
+            continue;
+        const bool known =
+            std::ranges::any_of(records, [&table](const RawRecord& record) { return isUsualTitle(record, table); });
+        if (!best || table.fields().size() < best->fields().size() ||
+            (known && table.fields().size() == best->fields().size()))
+            best = &table;
+    }
+    return best;
+}
+
+// The pages that nothing leads to any more.
 void Salvage::moveStrayRows()
 {
     for (const quint32 page : m_pages.freePages())
@@ -261,14 +331,10 @@ void Salvage::moveStrayRows()
     for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
             continue;
-        for (const RawRecord& record : m_pages.records(page)) {
-            const TableDef* best = nullptr;
-            for (const TableDef& table : m_tables)
-                if (fits(record, table) && (!best || table.fields().size() < best->fields().size()))
-                    best = &table;
-            if (best)
-                move(record, *best);
-        }
+        const auto records = m_pages.records(page);
+        if (const TableDef* table = tableOf(records))
+            for (const RawRecord& record : records)
+                move(record, *table);
     }
 }
 
@@ -306,7 +372,7 @@ void Salvage::noteCounter(const RawRecord& record)
 void Salvage::makeKeys()
 {
     for (const TableDef& table : m_tables) {
-        const TableDef* known = schema::findTable(table.name());
+        const TableDef* known = schema::findTable(table.name(), m_version);
         addIndexes(m_made, known ? *known : table);
     }
     for (const CatalogueRow& object : m_catalogue)
@@ -328,7 +394,8 @@ void Salvage::makeKeys()
 void Salvage::makeQueries()
 {
     const auto& usual = schema::queries();
-    m_queries.insert(m_queries.end(), usual.begin(), usual.end());
+    if (m_version == SchemaVersion::V11)
+        m_queries.insert(m_queries.end(), usual.begin(), usual.end());
     for (const QueryDef& query : m_queries)
         if (!isMade(query.name))
             try {

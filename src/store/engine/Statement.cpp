@@ -48,6 +48,7 @@ void Statement::bind(int parameter, const Value& value)
 
 bool Statement::step()
 {
+    m_prepared->connection->looks = 0;
     const int code = sqlite3_step(m_prepared->handle);
     if (code == SQLITE_ROW)
         return true;

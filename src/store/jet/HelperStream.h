@@ -28,6 +28,7 @@ public:
     HelperStream(const HelperStream&) = delete;
     HelperStream& operator=(const HelperStream&) = delete;
 
+    /// The next number, of as many bytes as its type has.
     template <class Number>
     [[nodiscard]] Number number()
     {
@@ -35,6 +36,7 @@ public:
         std::memcpy(&value, take(sizeof value), sizeof value);
         return value;
     }
+    /// The next text.
     [[nodiscard]] QString text();
     /// Waits for the helper's end. Raises 3049 unless it ended well and with nothing more to say.
     void finish();

@@ -49,7 +49,7 @@ public:
     explicit FormerFile(const QString& path) : m_file(path)
     {
         QDeadlineTimer patience(BusyMilliseconds);
-        bool locked = m_file.open(QIODevice::ReadWrite);
+        bool locked = m_file.open(QIODevice::ReadOnly);
         // The lock of a process that was ended lives on for a moment in the reader that it was about to start.
         while (locked && ::flock(m_file.handle(), LOCK_EX | LOCK_NB) != 0) {
             locked = errno == EWOULDBLOCK && !patience.hasExpired();
@@ -168,7 +168,8 @@ void takeOver(const QString& file)
             throw;
         throw jet::damaged(error.description());
     }
-    QFile::setPermissions(making.name(), info.permissions());
+    // What comes from a disc that can't be written may still be marked so.
+    QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
     const QString kept = platform::putInPlace(path, making.name(), note());
     if (!report.isEmpty() && watcher().told)
         watcher().told(jet::words(report, info.fileName(), QFileInfo(kept).fileName()));

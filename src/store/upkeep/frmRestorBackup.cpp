@@ -36,8 +36,7 @@ void frmRestorBackup::RestoreDatabase()
     } catch (const platform::RuntimeError& error) {
         platform::pendingError::set(error);
         // Nobody can tell what the database file holds now, so the program must not go on with it.
-        throw platform::RuntimeError(platform::ObjectNotSet, error.source(),
-                                     QStringLiteral("Object variable or With block variable not set"));
+        throw platform::RuntimeError(platform::ObjectNotSet, error.source());
     }
 }
 

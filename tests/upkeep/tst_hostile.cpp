@@ -1,0 +1,213 @@
+#include "adults/frmAdults.h"
+#include "awards/frmAssignInsignias.h"
+#include "awards/frmInsigniaInfo.h"
+#include "pack/frmDenInfo.h"
+#include "pack/frmPackDenPositions.h"
+#include "pack/frmPackInformation.h"
+#include "platform/RuntimeError.h"
+#include "reports/frmCreatePurchaseList.h"
+#include "scouts/frmScouts.h"
+#include "support/RecordScreen.h"
+#include "support/Sqlite.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+using namespace orlo;
+using test::sqlite;
+
+// Files that are damaged, or made to do harm: whatever they hold, the program ends by itself or by its own report.
+
+namespace
+{
+
+enum End { Well = 0, Report = 1, NotOpened = 3 };
+
+template <class... F>
+void useForms()
+{
+    (
+        [] {
+            widgets::Instance<F>::show();
+            for (const char* button : {"cmdLast", "cmdPrevious", "cmdNew", "cmdSave"})
+                if (auto* found = widgets::Instance<F>::get().template findChild<QPushButton*>(button))
+                    found->click();
+            widgets::Instance<F>::get().unload();
+        }(),
+        ...);
+}
+
+// The child: opens the file, uses every form that stands on it, repairs it, and uses them again.
+int useFile(const QString& folder)
+{
+    QTimer boxes;
+    QObject::connect(&boxes, &QTimer::timeout, [] {
+        if (auto* box = QApplication::activeModalWidget())
+            box->close();
+    });
+    boxes.start(2);
+    gAppPath = folder;
+    gDbName = "\\Quorrel11.mdb";
+    try {
+        openDatabase(databasePath());
+    } catch (const platform::RuntimeError&) {
+        return NotOpened;
+    }
+    QTimer::singleShot(0, [] {
+        const auto use = useForms<frmScouts, frmAdults, frmDenInfo, frmInsigniaInfo, frmAssignInsignias,
+                                  frmPackInformation, frmPackDenPositions, frmCreatePurchaseList>;
+        use();
+        database().close();
+        store::DBEngine::repairDatabase(databasePath());
+        openDatabase(databasePath());
+        use();
+        std::_Exit(Well);
+    });
+    return QApplication::exec();
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class tst_hostile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        gDatabase.reset();
+        const QByteArray n = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < 400) ";
+        sqlite(m_file, n +
+                           "Insert Into Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID) Select "
+                           "i, 'Å' || i, 'B', '', "
+                           "'Y', 1 From n;" +
+                           n +
+                           "Insert Into Adults (Adult_SID, First_Name, Last_Name, MI, Active) Select i, 'B', 'C', '', "
+                           "'Y' From n;" +
+                           n +
+                           "Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) Select i, 1, "
+                           "'2025-01-02' From n;"
+                           "Insert Into Dens Values (1, 1, 'Eagles', 'Wolf', 2025, 'Y');"
+                           "Insert Into Insignias Values (1, 'Bobcat', 'Pin', '');"
+                           "Insert Into Leader_Den_Assignments Values (1, 1, 'Den Leader', 1);"
+                           "Insert Into Purchase_List Values ('Bobcat', 'Pin', 1)");
+        QFile::copy(ORLO_SOURCE_DIR "/src/layouts/DenAssign.grd", m_folder.path() + "/DenAssign.grd");
+        QFile::copy(ORLO_SOURCE_DIR "/src/layouts/Den_Titles.grd", m_folder.path() + "/Den_Titles.grd");
+        QFile::copy(ORLO_SOURCE_DIR "/src/layouts/Pack_Titles.grd", m_folder.path() + "/Pack_Titles.grd");
+        m_whole = contents(m_file);
+        QCOMPARE(use(), Well);
+    }
+
+    void harm_data()
+    {
+        QTest::addColumn<QByteArray>("sql");
+        QTest::addColumn<int>("end");
+        const auto row = [](const char* harm, const QByteArray& sql, End end) { QTest::newRow(harm) << sql << int(end); };
+        const QByteArray endless = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n) Select i ";
+        const QByteArray trigger = "Create Trigger x After Insert On Scouts Begin ";
+        const QByteArray dens = "Drop Table Dens;Create View Dens As Select ";
+        row("trigger that deletes", trigger + "Delete From Adults; End", Well);
+        row("endless trigger", trigger + "Insert Into Adults (Adult_SID) " + endless + "From n; End", Well);
+        row("trigger with a usual name",
+            "Drop Trigger \"Den_Titles.Den_Titles_PK insert\";" +
+                QByteArray(trigger).replace(" x ", " \"Den_Titles.Den_Titles_PK insert\" ") + "Delete From Adults; End",
+            Well);
+        row("endless view",
+            "Drop View Leader_Assignments;Create View Leader_Assignments As " + endless +
+                "As Den_Number, 1 As Leader_SID From n",
+            Report);
+        row("endless table", "Drop Table Dens;Create View Dens As " + endless + "As Den_SID From n", Report);
+        row("view of every pair",
+            dens + "a.Scout_SID As Den_SID, 'x' As Den_Type, 1 As Den_Number, 'Y' As Active From Scouts a, Scouts b, "
+                   "Scouts c, Scouts d, Scouts e",
+            Report);
+        row("other file", dens + "readfile('/etc/passwd') As Den_SID", Report);
+        row("other module", "Drop Table Dens;Create Virtual Table Dens Using fts5(Den_SID, Den_Type)", Report);
+        row("wrong types",
+            "Pragma ignore_check_constraints=On;Update Scouts Set Birth_Date = x'00ff', Assigned_Den_SID = 'den', "
+            "Years_In_Scouts = 1e300, Boys_Life = 'maybe'",
+            Report);
+        row("oversized values",
+            "Pragma ignore_check_constraints=On;Update Scouts Set Last_Name = Replace(Hex(Zeroblob(1000000)), '00', "
+            "'wide') Where Scout_SID < 9",
+            Well);
+    }
+    void harm()
+    {
+        QFETCH(QByteArray, sql);
+        restore(m_whole);
+        const QStringList said = sqlite(m_file, sql);
+        QVERIFY2(said.isEmpty(), qPrintable(said.join(' ')));
+        const int end = use();
+        QTEST(end, "end");
+        QVERIFY(sqlite(m_file, "Select Count(*) From Adults").value(0).toInt() >= 400);
+    }
+
+    void damage()
+    {
+        const int wanted = qEnvironmentVariableIntValue("ORLO_DAMAGED_FILES");
+        const int files = wanted > 0 ? wanted : 10;
+        QRandomGenerator random(20261124);
+        QMap<int, int> ends;
+        for (int i = 0; i < files; ++i) {
+            QByteArray bytes = m_whole;
+            if (i % 4 == 3)
+                bytes.truncate(random.bounded(int(bytes.size())));
+            else
+                for (int n = 1 << random.bounded(6); n > 0; --n)
+                    bytes[random.bounded(int(bytes.size()))] = char(random.bounded(256));
+            restore(bytes);
+            const int end = use();
+            QVERIFY2(end == Well || end == Report || end == NotOpened,
+                     qPrintable(QString("file %1: %2").arg(i).arg(end)));
+            ++ends[end];
+        }
+        qInfo("%d files: %d used, %d ended by a report, %d not opened", files, ends[Well], ends[Report],
+              ends[NotOpened]);
+    }
+
+private:
+    void restore(const QByteArray& bytes) const
+    {
+        QDir folder(m_folder.path());
+        for (const QString& old : folder.entryList({"Quorrel11*"}))
+            folder.remove(old);
+        QFile file(m_file);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("%s", qPrintable(file.errorString()));
+    }
+    // How a child that uses the file ends; -1 if it was killed or didn't end.
+    [[nodiscard]] int use() const
+    {
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), {"--use", m_folder.path()});
+        if (!child.waitForFinished(60000)) {
+            child.kill();
+            child.waitForFinished();
+            return -2;
+        }
+        return child.exitStatus() == QProcess::NormalExit ? child.exitCode() : -1;
+    }
+
+    const test::AppFolder m_folder;
+    const QString m_file = m_folder.path() + "/Quorrel11.mdb";
+    QByteArray m_whole;
+};
+
+int main(int argc, char** argv)
+{
+    widgets::Application application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--use")
+        return useFile(arguments.value(2));
+    tst_hostile tests;
+    return QTest::qExec(&tests, argc, argv);
+}
+
+#include "tst_hostile.moc"
