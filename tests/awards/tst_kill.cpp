@@ -4,7 +4,6 @@
 #include "support/Sqlite.h"
 
 #include <QLineEdit>
-
 #include <QRandomGenerator>
 
 #include <cstdio>
@@ -53,15 +52,24 @@ void addAwards(int)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-constexpr auto AwardRows =
+constexpr auto People = "Insert Into Dens (Den_SID, Den_Number, Den_Type) Values (1, 3, 'Wolf');"
+                        "Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values "
+                        "(1, 'Bear', 'Pin'), (2, 'Wolf', 'Pin');"
+                        "Insert Into Scouts (Scout_SID, First_Name, Active) Values (9, 'Ann', 'Y')";
+const QByteArray Awards =
     "Select Scout_SID, Insignia_SID, Date_Assigned, Year, Month From Assigned_Awards_Scouts Order By Assigned_SID";
-constexpr auto ScoutRows = "Select First_Name, Active, Birth_Date, Pack_Start_Date From Scouts Order By Scout_SID";
-constexpr auto Catalogue = "Insert Into Dens (Den_SID, Den_Number, Den_Type) Values (1, 3, 'Wolf');"
-                           "Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values "
-                           "(1, 'Bear', 'Pin'), (2, 'Wolf', 'Pin');";
-constexpr auto Person = "Insert Into Scouts (Scout_SID, First_Name, Active) Values (9, 'Ann', 'Y')";
+const QByteArray Scouts =
+    "Select First_Name, Active, Birth_Date, Pack_Start_Date From Scouts Where Scout_SID > 9 Order By Scout_SID";
 
-const std::map<QByteArray, void (*)(int)> Works{{"assign", assign}, {"saveScout", saveScout}, {"addAwards", addAwards}};
+struct Work {
+    void (*step)(int);
+    QByteArray select;
+    int rowsEach;
+    QString row; ///< %1 counts a run's times, or the rows of one time where it has several
+};
+const std::map<QByteArray, Work> Works{{"assign", {assign, Awards, 1, "%1|7|2026-02-05|2026|2"}},
+                                       {"saveScout", {saveScout, Scouts, 1, "%1|Y|1001-01-01|2026-02-05"}},
+                                       {"addAwards", {addAwards, Awards, 2, "9|%1|2026-02-05|2026|2"}}};
 
 // The child: works, and tells every time that it's done.
 int work(const QByteArray& name, const QString& folder)
@@ -70,7 +78,7 @@ int work(const QByteArray& name, const QString& folder)
     gDbName = "\\Quorrel11.mdb";
     gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
     for (int n = 1; n <= MostTimes; ++n) {
-        Works.at(name)(n);
+        Works.at(name).step(n);
         std::puts("done");
         std::fflush(stdout);
     }
@@ -86,24 +94,17 @@ class tst_kill : public QObject
 private Q_SLOTS:
     void acknowledgedRowsSurvive_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QByteArray>("select");
-        QTest::addColumn<QString>("row"); // %1 counts a run's times, or the rows of one time where it has several
-        QTest::addColumn<int>("rowsEach");
-        QTest::newRow("assign") << "" << QByteArray(AwardRows) << "%1|7|2026-02-05|2026|2" << 1;
-        QTest::newRow("saveScout") << Catalogue << QByteArray(ScoutRows) << "%1|Y|1001-01-01|2026-02-05" << 1;
-        QTest::newRow("addAwards") << QString(Catalogue) + Person << QByteArray(AwardRows) << "9|%1|2026-02-05|2026|2"
-                                   << 2;
+        QTest::addColumn<QByteArray>("work");
+        for (const auto& [name, work] : Works)
+            QTest::newRow(name.constData()) << name;
     }
     void acknowledgedRowsSurvive()
     {
-        QFETCH(QString, sql);
-        QFETCH(QByteArray, select);
-        QFETCH(QString, row);
-        QFETCH(int, rowsEach);
+        QFETCH(QByteArray, work);
+        const auto& [step, select, rowsEach, row] = Works.at(work);
         const test::AppFolder folder;
         gDatabase.reset();
-        test::fill(sql);
+        test::fill(People);
         const QString path = folder.path() + "/Quorrel11.mdb";
         QRandomGenerator random(20260205);
         const int kills = qEnvironmentVariable("ORLO_KILLS", "30").toInt();
@@ -112,7 +113,7 @@ private Q_SLOTS:
         int unfinished = 0; // kills that left a journal to roll back
         for (int kill = 1; kill <= kills; ++kill) {
             QProcess child;
-            child.start(QCoreApplication::applicationFilePath(), {"--work", QTest::currentDataTag(), folder.path()});
+            child.start(QCoreApplication::applicationFilePath(), {"--work", work, folder.path()});
             QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
             QThread::usleep(random.bounded(LongestDelay));
             child.kill();
@@ -123,7 +124,7 @@ private Q_SLOTS:
             unfinished += QFile::exists(path + "-journal");
 
             QCOMPARE(test::sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
-            const QStringList found = test::sqlite(path, select.constData());
+            const QStringList found = test::sqlite(path, select);
             const int added = int(found.size()) - rows;
             QVERIFY2(added >= acknowledged && added <= acknowledged + rowsEach,
                      qPrintable(QString("%1 rows of kill %2, %3 acknowledged").arg(added).arg(kill).arg(acknowledged)));

@@ -9,6 +9,8 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
+
 using namespace orlo;
 using namespace orlo::reports;
 
@@ -47,8 +49,9 @@ Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) Values (4, 1, #6
 Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned) Values (1, 1, #6/7/2004#)
 Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned) Values (2, 2, #6/7/2004#)
 Purchase_List (Award_Name, Insignia_Type, Quantity) Values ('Archery', 'Belt Loop', 4)
-Purchase_List (Quantity) Values (3)
-Other_Purchase_List (Item_Name, Quantity) Values ('Candles, "large"', 12))";
+Purchase_List (Quantity) Values (3))";
+
+const QString Names = QStringLiteral("source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
 
 } // namespace
 
@@ -59,162 +62,130 @@ class TestReports : public QObject
     QTemporaryDir m_dir;
     std::optional<store::Database> m_full;
 
-    store::Database fresh(const QString& name) const
-    {
-        store::Database database = store::DBEngine::createDatabase(m_dir.filePath(name));
-        store::createSchema(database);
-        return database;
-    }
-
-    [[nodiscard]] static RunRequest request(const QString& file)
+    [[nodiscard]] static RunRequest request(const QString& file, const QString& selection = {})
     {
         RunRequest request;
         request.reportFile = ORLO_SOURCE_DIR "/src/reports/files/" + file;
         request.databases = {{0, "full"}, {1, "full"}};
+        request.selectionFormula = selection;
         return request;
     }
-    std::optional<Document> run(const RunRequest& request, const Progress& progress = {})
+    store::Database& open(const QString&) { return *m_full; }
+    std::optional<Document> run(const RunRequest& request, const Progress& progress = {}, const FirstPage& shown = {})
     {
-        return render(
-            request, [&](const QString&) -> store::Database& { return *m_full; }, progress);
+        return render(request, std::bind_front(&TestReports::open, this), progress, shown);
     }
-    /// A definition of the test's own on the full database.
+    /// A definition of the test's own, or a shipped one, on the full database.
     Document runText(const QString& text, const QString& selection = {})
     {
-        RunRequest own = request({});
-        own.selectionFormula = selection;
-        return *render(readDefinition(text), own, [&](const QString&) -> store::Database& { return *m_full; });
+        if (text.endsWith(".rpt"))
+            return *run(request(text, selection));
+        return *render(readDefinition(text), request({}, selection), std::bind_front(&TestReports::open, this));
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
         platform::setToday(QDate(2026, 11, 24));
-        m_full = fresh("full.mdb");
+        m_full = store::DBEngine::createDatabase(m_dir.filePath("full.mdb"));
+        store::createSchema(*m_full);
         for (const QString& row : QString::fromUtf8(People).split(u'\n', Qt::SkipEmptyParts))
             m_full->execute("Insert Into " + row);
         m_full->execute("Update Adults Set Assigned_Den_SID = 7 Where Adult_SID = 1");
     }
 
+    /// The rows that a formula selects, in shipped reports and in one of the test's own ($). What goes into the query
+    /// selects what the formula itself selects: an "or" with a function keeps it out.
     void selects_data()
     {
-        test::table({"formula", "outcome"}, R"(
-            {Scouts.Active} = "Y"                                      | 3 rows
-            {Scouts.Active} = "Y" and {Assigned_Awards_Scouts.Date_Assigned} = Date ( 2004, 06, 07) | 1 rows
-            {Assigned_Awards_Scouts.Date_Assigned} in Date ( 2004, 06, 07) to Date ( 2004, 06, 08) | 3 rows
-            {Assigned_Awards_Scouts.Date_Assigned} in Date ( 2004, 06, 08) to Date ( 2004, 06, 07) | 0 rows
-            {Scouts.Scout_SID} = 1 and Year({Date_Assigned}) = 2004 and {Award} like "b*" | 1 rows
-            {Adults.Scout_SID} = 1 and {Adults.Active} = "Y"           | 1 rows
-            {Adults.Assigned_Den_SID} = 2                              | 1 rows
-            {Adults.Assigned_Den_SID} = 7                              | 1 rows
-            {Scouts.Active} =                                          | failure 3075
-            {Scouts.Shoe} = 1                                          | failure 3061
-            1                                                          | failure 13
-            Year({Date_Assigned}) = "x"                                | failure 13
-            {Scouts.Active} > {Scouts.Scout_SID}                       | failure 13
+        test::table({"formula", "report", "rows"}, R"(
+            {Scouts.Active} = "Y"                                                          | AssignedAwards  | 3
+            {Scouts.Active} = "Y" and {Assigned_Awards_Scouts.Date_Assigned} = #6/7/2004#  | AssignedAwards  | 1
+            {Assigned_Awards_Scouts.Date_Assigned} in #6/7/2004# to Date ( 2004, 06, 08)   | AssignedAwards  | 3
+            {Assigned_Awards_Scouts.Date_Assigned} in #6/8/2004# to #6/7/2004#             | AssignedAwards  | 0
+            {Scouts.Scout_SID} = 1 and Year({Date_Assigned}) = 2004 and {Award} like "b*"  | AssignedAwards  | 1
+            {Adults.Scout_SID} = 1 and {Adults.Active} = "Y"                               | AssignedAwards1 | 1
+            {Adults.Assigned_Den_SID} = 2                                                  | AssignedAwards1 | 1
+            {Adults.Assigned_Den_SID} = 7                                                  | AssignedAwards1 | 1
+            {Last_Name} = "ÅNGSTRÖM"                                                       | $ | 2
+            {Whole_Name} = "zoë ångström"                                                  | $ | 2
+            {Whole_Name} <> "KIM LONER"                                                    | $ | 4
+            {Kind} >= "MANY"                                                               | $ | 2
+            not ({Den} = 1)                                                                | $ | 1
+            {Den} <> 1 or {Kind} = "FEW"                                                   | $ | 3
+            {Given} in Date(2004, 6, 7) to Date(2004, 6, 8)                                | $ | 3
+            {Given} <> #6/8/2004#                                                          | $ | 3
+            {Share} = 0.5                                                                  | $ | 1
+            {Share} > 0.25 and {Share} <= 1                                                | $ | 4
+            {Many} = true                                                                  | $ | 2
         )");
     }
     void selects()
     {
         QFETCH(QString, formula);
-        RunRequest wanted = request(formula.contains("Adults") ? "AssignedAwards1.rpt" : "AssignedAwards.rpt");
-        wanted.selectionFormula = formula;
-        wanted.reportTitle = " for Date: 6/7/2004";
-        QString outcome;
-        const int failure = test::failureNumber([&] {
-            const Document document = *run(wanted);
-            outcome = QStringLiteral("%1 rows").arg(document.rows.size());
-            QVERIFY(textOf(document).contains("\nfor Date: 6/7/2004\n"));
-            QCOMPARE(document.title, "Assigned Awards for Date: 6/7/2004");
-        });
-        QTEST(failure == 0 ? outcome : QStringLiteral("failure %1").arg(failure), "outcome");
-    }
-
-    /// What goes into the query selects the rows that the formula itself selects: an "or" with a function keeps it out.
-    void handsDownTheSameSelection_data()
-    {
-        test::table({"formula", "rows"}, R"(
-            {Last_Name} = "ÅNGSTRÖM"                        | 2
-            {Whole_Name} = "zoë ångström"                   | 2
-            {Whole_Name} <> "KIM LONER"                     | 4
-            {Kind} >= "MANY"                                | 2
-            not ({Den} = 1)                                 | 1
-            {Den} <> 1 or {Kind} = "FEW"                    | 3
-            {Given} in Date(2004, 6, 7) to Date(2004, 6, 8) | 3
-            {Given} <> #6/8/2004#                           | 3
-            {Share} = 0.5                                   | 1
-            {Share} > 0.25 and {Share} <= 1                 | 4
-            {Many} = true                                   | 2
-        )");
-    }
-    void handsDownTheSameSelection()
-    {
-        QFETCH(QString, formula);
-        const QString definition =
+        QFETCH(QString, report);
+        const QString own =
             "source {\nSelect S.Last_Name, S.First_Name & ' ' & S.Last_Name As Whole_Name, S.Assigned_Den_SID As Den, "
             "IIf(S.Scout_SID = 1, 'Many', 'Few') As Kind, 1 / (S.Scout_SID * 1.0) As Share, S.Scout_SID = 1 As Many, "
             "A.Date_Assigned As Given From Scouts As S Left Join Assigned_Awards_Scouts As A "
             "On A.Scout_SID = S.Scout_SID\n}\nsort {Last_Name}\nsort {Given}\n";
-        const Document inQuery = runText(definition, formula);
+        report = report == "$" ? own : report + ".rpt";
+        const Document inQuery = runText(report, formula);
         QTEST(QString::number(inQuery.rows.size()), "rows");
-        QCOMPARE(csvText(inQuery),
-                 csvText(runText(definition, QStringLiteral("(%1) or Length(\"\") = 2").arg(formula))));
+        QCOMPARE(csvText(inQuery), csvText(runText(report, QStringLiteral("(%1) or Length(\"\") = 2").arg(formula))));
     }
 
-    void needsItsFiles()
-    {
-        const auto failure = [&](const QString& file, const Slots& databases) {
-            RunRequest wanted = request(file);
-            wanted.databases = databases;
-            return test::failureNumber([&] { return run(wanted); });
-        };
-        QCOMPARE(failure("AwardListing.rpt", {}), 3024);
-        QCOMPARE(failure("ScoutPhoneList1.rpt", {{0, "full"}, {1, {}}}), 3024);
-        QCOMPARE(failure("scoutphonelist.RPT", {{0, "full"}, {1, {}}}), 0); // the alphabetical list has one slot
-    }
-
-    // $ stands for a source with three lines.
+    // $ stands for a source of four lines.
     void tellsWhereADefinitionIsWrong_data()
     {
         test::table({"text", "failure"}, R"(
-            $detail {\n text 0 = {Last_Name}\n text 0 = {Shoe}\n}\n | 3061 in line 6
-            # x\nsource {\nSelect Shoe From Scouts\n}\n             | 3061 in line 2
-            source {\nSelect * From Shoes\n}\n                      | 3078 in line 1
-            $detail {\n text 0 = PageNumber\n}\n                    | 3075 in line 5
-            $detail {\n subreport "None"\n}\n                       | 3061 in line 5
-            $detail {\n text 0 = Count("None")\n}\n                 | 3061 in line 5
-            $let {A} = {B}\nlet {B} = 1\n                           | 3061 in line 4
-            $let {last_name} = 1\n                                  | 3075 in line 4
+                                                                    | 3075 at 1, 1
+            report "x"\n                                            | 3075 at 2, 1
+            $  colour red\n                                         | 3075 at 5, 3
+            $detail {\n row 3pt {\n }\n}\n                          | 3075 at 6, 6
+            $detail {\n text 0 huge = 1\n}\n                        | 3075 at 6, 9
+            $detail {\n text 0 = 1 + \n}\n                          | 3075 at 6, 15
+            $let {X} = 1 + \\n  )\n                                 | 3075 at 6, 3
+            $detail {\n space 4\n}\n                                | 3075 at 6, 9
+            $detail {\n space 400in\n}\n                            | 3075 at 6, 8
+            $detail {\n                                             | 3075 at 6, 1
+            source {\nSelect 1\n                                    | 3075 at 3, 1
+            $}\n                                                    | 3075 at 5, 1
+            $detail {\n} x\n                                        | 3075 at 6, 1
+            $subreport "S" {\n$}\nsubreport "s" {\n$}\n             | 3075 at 11, 15
+            $subreport "S" {\npaper a4\n}\n                         | 3075 at 6, 7
+            $group "G" {\n}\n                                       | 3075 at 6, 2
+            $detail {\n text 0 = {Last_Name}\n text 0 = {Shoe}\n}\n | 3061 at 7, 11
+            # x\nsource {\nSelect Shoe From Scouts\n}\n             | 3061 at 2, 8
+            source {\nSelect * From Shoes\n}\n                      | 3078 at 1, 8
+            source slot 5 {\nSelect * From Shoes\n}\n               | 3024 at 1, 8
+            $detail {\n text 0 = PageNumber\n}\n                    | 3075 at 6, 11
+            $detail {\n subreport "None"\n}\n                       | 3061 at 6, 12
+            $detail {\n text 0 = Count("None")\n}\n                 | 3061 at 6, 11
+            $let {A} = {B}\nlet {B} = 1\n                           | 3061 at 5, 11
+            $let {last_name} = 1\n                                  | 3075 at 5, 5
         )");
     }
     void tellsWhereADefinitionIsWrong()
     {
         QFETCH(QString, text);
-        text.replace("$", "source {\nSelect Last_Name, First_Name From Scouts\n}\n");
-        const auto error = test::failureOf<ReportError>([&] { return runText(text); });
-        QVERIFY(error);
-        QTEST(QStringLiteral("%1 in line %2").arg(error->number()).arg(error->place().line), "failure");
+        const auto error = test::failureOf<ReportError>([&] { return runText(text.replace(u'$', Names)); });
+        const Place at = error ? error->place() : Place();
+        QTEST(error ? QStringLiteral("%1 at %2, %3").arg(error->number()).arg(at.line).arg(at.column) : "", "failure");
     }
 
     /// Page ranges, and the first page ahead of the others, are those of the whole; a cancelled run gives nothing.
     void runsOverPages()
     {
-        const QString scout = "Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) ";
-        m_full->execute(scout + "Select Scout_SID + 100, 'F', Last_Name, 'Y', 1 From Scouts");
-        for (int more = 100; more <= 25'600; more *= 2)
-            m_full->execute(scout + QStringLiteral("Select Scout_SID + %1, First_Name, Last_Name, 'Y', 1 From Scouts "
-                                                   "Where Scout_SID > 100")
-                                        .arg(more));
+        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) "
+                        "Select 100 + A.Scout_SID + 4 * B.Scout_SID + 16 * C.Scout_SID + 64 * D.Scout_SID + "
+                        "256 * E.Scout_SID, 'F', A.Last_Name, 'Y', 1 "
+                        "From Scouts As A, Scouts As B, Scouts As C, Scouts As D, Scouts As E");
         RunRequest wanted = request("ScoutPhoneList1.rpt");
         int laidOut = 0;
         std::optional<Document> first;
-        const auto open = [&](const QString&) -> store::Database& { return *m_full; };
-        const auto all = render(
-            wanted, open,
-            [&](int done, int) {
-                laidOut = done;
-                return true;
-            },
+        const auto all = run(
+            wanted, [&](int done, int) { return (laidOut = done) >= 0; },
             [&](Document&& page) {
                 first = page;
                 QVERIFY(laidOut < 500);
@@ -224,25 +195,33 @@ private Q_SLOTS:
         const Document some = *run(wanted);
         int calls = 0;
         QVERIFY(!run(wanted, [&](int, int) { return ++calls < 2; }));
-        m_full->execute("Delete From Scouts Where Scout_SID > 100");
+        m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
-        QVERIFY(laidOut > 1000 && first && !first->complete && all->complete);
+        QVERIFY(laidOut >= 1000 && first && !first->complete && all->complete);
         const QString ofAll = QStringLiteral(" of %1\n").arg(all->pages.size());
         QCOMPARE(textOf(*first).replace(" of …\n", ofAll), textOf(*all, 0, 1));
-        QCOMPARE(first->pages[0].items.size(), all->pages[0].items.size());
         QCOMPARE(textOf(some), textOf(*all, 1, 2));
         QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
-        QCOMPARE(all->outline.size(), std::size_t(3));
     }
 
-    void keepsAListOfItsOwnOnOnePage()
+    void laysOutAListOfItsOwnOnOnePage()
     {
-        const QString source = "source {\nSelect First_Name, Last_Name From Scouts\n}\ndetail {\n";
-        const Document document = runText(
-            source + "text 0 = {Last_Name}\nspace 150pt\n}\nreport-footer {\nsubreport \"S\"\n}\nsubreport \"S\" {\n" +
-            source + "text 0 = {First_Name}\nspace 20pt\n}\n}\n");
-        QCOMPARE(textOf(document, 0, 1), "Ångström\nO'Neil\nLoner\nGone\n");
-        QCOMPARE(textOf(document, 1, 1), "Zoë\nPat\nKim\nOld\n");
+        const QString source = "source {\nSelect First_Name, Last_Name From Scouts\n}\n";
+        const Document document =
+            runText("# remark\r\nreport \"The \"\"List\"\"\"\npaper letter landscape\nmargins left 1in top 12mm\n"
+                    "style big 14pt\n" +
+                    source +
+                    "let {Long} = {Last_Name} & \\\n \"{\"\nsort descending {Last_Name}\n"
+                    "detail {\ntext 2in big = {Long}\nspace 110pt\n}\nreport-footer {\nsubreport \"S\"\n}\nsubreport "
+                    "\"s\" {\n" +
+                    source + "detail if {First_Name} <> \"Kim\" {\ntext 0 = {First_Name}\nspace 20pt\n}\n}\n");
+        QCOMPARE(document.title, "The \"List\"");
+        QCOMPARE(document.paper, QSizeF(792, 612));
+        QCOMPARE(textOf(document, 0, 1), "Ångström{\nO'Neil{\nLoner{\nGone{\n");
+        QCOMPARE(textOf(document, 1, 1), "Zoë\nPat\nOld\n");
+        const auto& first = std::get<TextItem>(document.pages[0].items[0]);
+        QVERIFY(qAbs(first.box.left() - 216) < 0.01 && qAbs(first.box.top() - 34.02) < 0.01);
+        QCOMPARE(document.fonts.at(std::size_t(first.font)).pointSizeF(), 14.0);
     }
 
     /// A text longer than a page runs on; no word of it is lost and none leaves the paper.
@@ -266,19 +245,15 @@ private Q_SLOTS:
     void writesFiles()
     {
         const Document document = *run(request("PurchaseList.rpt"));
-        QCOMPARE(csvText(document), QStringLiteral("Quantity,Award Name,Award Type\r\n4,Archery,Belt Loop\r\n"
-                                                   "3,(award no longer in the catalogue),\r\n"));
-        const auto& items = document.pages[0].items;
-        const auto isBox = [](const Item& item) { return std::holds_alternative<BoxItem>(item); };
-        QCOMPARE(std::count_if(items.begin(), items.end(), isBox), 3); // one to tick on each line
+        const auto boxes = std::ranges::count_if(
+            document.pages[0].items, [](const Item& item) { return std::holds_alternative<BoxItem>(item); });
+        QCOMPARE(boxes, 2); // one to tick on each line
         Document quoting;
         quoting.columns = QStringList{"a,b", "say \"x\""};
         quoting.rows = {{"two\nlines", "é"}};
         QCOMPARE(csvText(quoting), QStringLiteral("\"a,b\",\"say \"\"x\"\"\"\r\n\"two\nlines\",é\r\n"));
 
-        const QString path = m_dir.filePath("list.pdf");
         const QString none = m_dir.filePath("none.pdf");
-        QVERIFY(writePdf(document, path));
         QVERIFY(!writePdf(document, none, [](int, int) { return false; }) && !QFile::exists(none));
         QVERIFY(test::failureOf<ReportError>([&] { return writePdf(document, m_dir.filePath("no/such.pdf")); }));
         QVERIFY(test::failureOf<ReportError>([&] { return writeCsv(document, m_dir.filePath("no/such.csv")); }));

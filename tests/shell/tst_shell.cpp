@@ -1,8 +1,9 @@
 #include "platform/Application.h"
-#include "platform/RuntimeError.h"
 #include "shell/dlgCalendar.h"
 #include "shell/frmSplash.h"
 #include "shell/mdiPendrake.h"
+#include "support/Failure.h"
+#include "support/Table.h"
 #include "support/TestApp.h"
 #include "widgets/Calendar.h"
 #include "widgets/MessageBox.h"
@@ -34,7 +35,6 @@ QWidget* topLevel(const char* name)
 
 // What dlgError shows, read and dismissed while it waits.
 struct ErrorShown {
-    bool shown = false;
     QString text, type, number, source, description;
 };
 
@@ -45,8 +45,7 @@ std::shared_ptr<ErrorShown> dismissErrorDialog()
         QWidget* dialog = topLevel("dlgError");
         if (!dialog)
             return;
-        *seen = {true,
-                 test::control<QPlainTextEdit>(*dialog, "txtErrorText").toPlainText(),
+        *seen = {test::control<QPlainTextEdit>(*dialog, "txtErrorText").toPlainText(),
                  test::control<QLineEdit>(*dialog, "txtErrorType").text(),
                  test::control<QLineEdit>(*dialog, "txtErrorNumber").text(),
                  test::control<QLineEdit>(*dialog, "txtErrorSource").text(),
@@ -73,132 +72,88 @@ class tst_shell : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void startUp_data();
-    void startUp();
-    void damagedFileAtStart();
-    void errorNumberOver16Bits();
-    void splashOpensFrame();
-    void menuTree();
-    void oneWindowPerScreen();
-    void exitQuestion();
-    void monthEnds_data();
-    void monthEnds();
-    void validateDate_data();
-    void validateDate();
-    void calendar_data();
-    void calendar();
-    void untrappedFailureEndsProcess();
-    void untrappedFailureInNestedLoop();
-};
 
-void tst_shell::startUp_data()
-{
-    QTest::addColumn<bool>("oldFile");
-    QTest::addColumn<bool>("newFile");
-    QTest::addColumn<bool>("needsUpdate");
-    QTest::addColumn<bool>("opened");
-    QTest::addColumn<bool>("error");
-    QTest::newRow("current file") << false << true << false << true << false;
-    QTest::newRow("old file") << true << false << true << false << false;
-    QTest::newRow("both: the old one decides") << true << true << true << false << false;
-    QTest::newRow("none") << false << false << false << false << true;
-}
-
-void tst_shell::startUp()
-{
-    QFETCH(bool, oldFile);
-    QFETCH(bool, newFile);
-    QTemporaryDir folder;
-    platform::setFolder(folder.path());
-    gDatabase.reset();
-    if (newFile) {
-        auto fresh = store::DBEngine::createDatabase(folder.filePath(QStringLiteral("quorrel11.MDB")));
-        fresh.close();
+    void startUp_data()
+    {
+        // needs: an update; error: the number of the failure that the start ends with
+        test::table({"files", "needs", "opened", "error"}, R"(
+        current         | no  | yes |
+        old             | yes | no  |
+        old and current | yes | no  |
+        none            | no  | no  | 3024
+        damaged         | no  | no  | 3343
+    )");
     }
-    if (oldFile) {
-        QFile file(folder.filePath(QStringLiteral("QUORREL.mdb")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+    void startUp()
+    {
+        QFETCH(QString, files);
+        QTemporaryDir folder;
+        platform::setFolder(folder.path());
+        gDatabase.reset();
+        if (files.contains("current"))
+            store::DBEngine::createDatabase(folder.filePath("quorrel11.MDB")).close();
+        QFile file(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"));
+        if (files.contains("old") || files == "damaged")
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(5000, 'x')) == 5000);
+        file.close();
+        const auto seen = dismissErrorDialog();
+        Main();
+        QTest::qWait(80);
+        QTEST(QString(gDbNeedsUpdate ? "yes" : "no"), "needs");
+        QTEST(QString(gDatabase ? "yes" : "no"), "opened");
+        QTEST(seen->number, "error");
+        if (files == "none") {
+            QCOMPARE(seen->type, "Critical Error");
+            QVERIFY(
+                seen->text.startsWith("A Critical Error has occurred. The database file that contains all of ORLO data "
+                                      "is missing. Please contact Tollbeck for technical support (Web Site: "));
+            QVERIFY(!seen->source.isEmpty() && !seen->description.isEmpty());
+            QVERIFY(gErrNumber == 0 && gErrType.isEmpty() && gErrSource.isEmpty() && !gErrText.isEmpty());
+            QCOMPARE(test::failureNumber([] { (void)database(); }), int(platform::ObjectNotSet));
+        }
+        if (files == "damaged")
+            QVERIFY(seen->text.contains("The application will shut down. Please report the error information on "
+                                        "the Error Detail tab to Tollbeck.\n\nWeb Site: "));
+        widgets::Instance<frmSplash>::unload();
+        gDatabase.reset();
+        gDbNeedsUpdate = false;
+        platform::setFolder(QString());
     }
-    const auto seen = dismissErrorDialog();
-    Main();
-    QTest::qWait(80);
-    QTEST(gDbNeedsUpdate, "needsUpdate");
-    QTEST(gDatabase != nullptr, "opened");
-    QTEST(seen->shown, "error");
-    if (seen->shown) {
-        QCOMPARE(seen->number, QStringLiteral("3024"));
-        QCOMPARE(seen->type, QStringLiteral("Critical Error"));
-        QVERIFY(seen->text.startsWith(QStringLiteral("A Critical Error has occurred. The database file that contains "
-                                                     "all of ORLO data is missing. Please contact Tollbeck for "
-                                                     "technical support (Web Site: ")));
-        QVERIFY(!seen->source.isEmpty() && !seen->description.isEmpty());
-        QCOMPARE(gErrNumber, std::int16_t(0));
-        QVERIFY(gErrType.isEmpty() && gErrSource.isEmpty() && !gErrText.isEmpty());
-        QVERIFY_THROWS_EXCEPTION(platform::RuntimeError, static_cast<void>(database()));
+
+    void errorNumberOver16Bits()
+    {
+        platform::pendingError::set(platform::RuntimeError(40000));
+        QCOMPARE(test::failureNumber([] { CriticalError(); }), int(platform::Overflow));
+        platform::pendingError::clear();
     }
-    QVERIFY(widgets::Instance<frmSplash>::loaded());
-    widgets::Instance<frmSplash>::unload();
-    gDatabase.reset();
-    gDbNeedsUpdate = false;
-    platform::setFolder(QString());
-}
 
-void tst_shell::damagedFileAtStart()
-{
-    QTemporaryDir folder;
-    platform::setFolder(folder.path());
-    QFile file(folder.filePath(QStringLiteral("Quorrel11.mdb")));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(5000, 'x')) == 5000);
-    file.close();
-    const auto seen = dismissErrorDialog();
-    Main();
-    QVERIFY(seen->shown);
-    QCOMPARE(seen->number, QStringLiteral("3343"));
-    QVERIFY(seen->text.contains(QStringLiteral("The application will shut down. Please report the error information on "
-                                               "the Error Detail tab to Tollbeck.\n\nWeb Site: ")));
-    widgets::Instance<frmSplash>::unload();
-    platform::setFolder(QString());
-}
-
-void tst_shell::errorNumberOver16Bits()
-{
-    platform::pendingError::set(platform::RuntimeError(40000));
-    try {
-        CriticalError();
-        QFAIL("the number can't fit");
-    } catch (const platform::RuntimeError& error) {
-        QCOMPARE(error.number(), int(platform::Overflow));
+    void splashOpensFrame()
+    {
+        test::AppFolder folder;
+        auto& splash = widgets::Instance<frmSplash>::get();
+        const QString version = test::control<QLabel>(splash, "lblVersion").text();
+        QVERIFY(QRegularExpression(QStringLiteral(R"(^Version (0|[1-9]\d*)\.(0|[1-9]\d*)\.(0|[1-9]\d*)$)"))
+                    .match(version)
+                    .hasMatch());
+        QCOMPARE(splash.size(), QSize(483, 401));
+        QVERIFY(!splash.isEnabled());
+        splash.show();
+        splash.startTimer(60);
+        QTRY_VERIFY(topLevel("mdiPendrake"));
+        QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
+        QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
     }
-    platform::pendingError::clear();
-}
 
-void tst_shell::splashOpensFrame()
-{
-    test::AppFolder folder;
-    auto& splash = widgets::Instance<frmSplash>::get();
-    const QString version = test::control<QLabel>(splash, "lblVersion").text();
-    QVERIFY(QRegularExpression(QStringLiteral(R"(^Version (0|[1-9]\d*)\.(0|[1-9]\d*)\.(0|[1-9]\d*)$)"))
-                .match(version)
-                .hasMatch());
-    QCOMPARE(splash.size(), QSize(483, 401));
-    QVERIFY(!splash.isEnabled());
-    splash.show();
-    splash.startTimer(60);
-    QTRY_VERIFY(topLevel("mdiPendrake"));
-    QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
-    QCOMPARE(mdiPendrake::instance().windowTitle(), QStringLiteral("Verrano"));
-}
-
-void tst_shell::menuTree()
-{
-    QStringList lines;
-    const auto menus = mdiPendrake::instance().menuBar()->actions();
-    for (const QAction* menu : menus) {
-        QCOMPARE(menu->isVisible(), menu->objectName() != QLatin1String("ID_TEST_MENU"));
-        lines += menu->objectName() + u'|' + menu->text();
-        appendMenu(menu->menu(), 1, lines);
-    }
-    QCOMPARE(lines.join(u'\n'), QStringLiteral(R"(ID_TEST_MENU|Test Menu
+    void menuTree()
+    {
+        QStringList lines;
+        const auto menus = mdiPendrake::instance().menuBar()->actions();
+        for (const QAction* menu : menus) {
+            QCOMPARE(menu->isVisible(), menu->objectName() != QLatin1String("ID_TEST_MENU"));
+            lines += menu->objectName() + u'|' + menu->text();
+            appendMenu(menu->menu(), 1, lines);
+        }
+        QCOMPARE(lines.join(u'\n'), QStringLiteral(R"(ID_TEST_MENU|Test Menu
 -ID_DB_11_UPDATE|Database Update from 1.0 to 1.1
 mnuFile|&File
 -mnuRepairDatabase|Repair Database
@@ -227,156 +182,130 @@ ID_WINDOWS_MENU|&Window
 mnuHelp|&Help
 -mnuHelpTopics|&ORLO Help Topics
 -mnuAbout|&About)"));
-}
+    }
 
-void tst_shell::oneWindowPerScreen()
-{
-    test::AppFolder folder;
-    auto& frame = mdiPendrake::instance();
-    frame.show();
-    auto& command = test::control<QAction>(frame, "mnuPackInformation");
-    command.trigger();
-    auto& area = test::control<QMdiArea>(frame, "mdiArea");
-    auto& number = test::control<QLineEdit>(frame, "txtPackNum");
-    number.setText(QStringLiteral("42"));
-    test::control<QAction>(frame, "mnuAssignInsignias").trigger();
-    QCOMPARE(area.subWindowList().size(), 2);
-    command.trigger();
-    QCOMPARE(area.subWindowList().size(), 2);
-    QCOMPARE(area.activeSubWindow()->widget()->objectName(), QStringLiteral("frmPackInformation"));
-    QCOMPARE(number.text(), QStringLiteral("42"));
+    void oneWindowPerScreen()
+    {
+        test::AppFolder folder;
+        auto& frame = mdiPendrake::instance();
+        frame.show();
+        auto& command = test::control<QAction>(frame, "mnuPackInformation");
+        command.trigger();
+        auto& area = test::control<QMdiArea>(frame, "mdiArea");
+        auto& number = test::control<QLineEdit>(frame, "txtPackNum");
+        number.setText("42");
+        test::control<QAction>(frame, "mnuAssignInsignias").trigger();
+        QCOMPARE(area.subWindowList().size(), 2);
+        command.trigger();
+        QCOMPARE(area.subWindowList().size(), 2);
+        QCOMPARE(area.activeSubWindow()->widget()->objectName(), "frmPackInformation");
+        QCOMPARE(number.text(), "42");
 
-    auto& windows = test::control<QMenu>(frame, "ID_WINDOWS_MENU");
-    Q_EMIT windows.aboutToShow();
-    QCOMPARE(windows.actions().size(), 2);
+        auto& windows = test::control<QMenu>(frame, "ID_WINDOWS_MENU");
+        Q_EMIT windows.aboutToShow();
+        QCOMPARE(windows.actions().size(), 2);
 
-    // The window's own close drops the typing without a word; the next opening reads the record anew.
-    area.activeSubWindow()->close();
-    QTRY_COMPARE(area.subWindowList().size(), 1);
-    command.trigger();
-    QVERIFY(test::control<QLineEdit>(*area.activeSubWindow(), "txtPackNum").text().isEmpty());
-}
+        // The window's own close drops the typing without a word; the next opening reads the record anew.
+        area.activeSubWindow()->close();
+        QTRY_COMPARE(area.subWindowList().size(), 1);
+        command.trigger();
+        QVERIFY(test::control<QLineEdit>(*area.activeSubWindow(), "txtPackNum").text().isEmpty());
+    }
 
-void tst_shell::exitQuestion()
-{
-    test::AppFolder folder;
-    QPointer<mdiPendrake> frame = &mdiPendrake::instance();
-    frame->show();
-    test::control<QAction>(*frame, "mnuPackInformation").trigger();
-    auto told = test::answerNext(QMessageBox::No);
-    test::control<QAction>(*frame, "mnuExit").trigger();
-    QCOMPARE(told->text, QStringLiteral("Exit Verrano (ORLO)"));
-    QCOMPARE(told->title, QStringLiteral("Exit"));
-    QVERIFY(frame && frame->isVisible());
-    QCOMPARE(test::control<QMdiArea>(*frame, "mdiArea").subWindowList().size(), 1);
-    test::answerNext(QMessageBox::Yes);
-    test::control<QAction>(*frame, "mnuExit").trigger();
-    QTRY_VERIFY(!frame);
-}
+    void exitQuestion()
+    {
+        test::AppFolder folder;
+        QPointer<mdiPendrake> frame = &mdiPendrake::instance();
+        frame->show();
+        test::control<QAction>(*frame, "mnuPackInformation").trigger();
+        auto told = test::answerNext(QMessageBox::No);
+        test::control<QAction>(*frame, "mnuExit").trigger();
+        QCOMPARE(told->text, "Exit Verrano (ORLO)");
+        QCOMPARE(told->title, "Exit");
+        QVERIFY(frame && frame->isVisible());
+        QCOMPARE(test::control<QMdiArea>(*frame, "mdiArea").subWindowList().size(), 1);
+        test::answerNext(QMessageBox::Yes);
+        test::control<QAction>(*frame, "mnuExit").trigger();
+        QTRY_VERIFY(!frame);
+    }
 
-void tst_shell::monthEnds_data()
-{
-    QTest::addColumn<QDate>("date");
-    QTest::addColumn<QDate>("first");
-    QTest::addColumn<QDate>("last");
-    QTest::newRow("december") << QDate(2003, 12, 9) << QDate(2003, 12, 1) << QDate(2003, 12, 31);
-    QTest::newRow("leap february") << QDate(2000, 2, 1) << QDate(2000, 2, 1) << QDate(2000, 2, 29);
-    QTest::newRow("year below 1000") << QDate(999, 4, 30) << QDate(999, 4, 1) << QDate(999, 4, 30);
-}
+    void monthEnds()
+    {
+        QCOMPARE(FirstOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 1));
+        QCOMPARE(LastOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 31));
+        QCOMPARE(LastOfMonth(QDate(2000, 2, 1)), QDate(2000, 2, 29));
+        QCOMPARE(LastOfMonth(QDate(999, 4, 30)), QDate(999, 4, 30));
+    }
 
-void tst_shell::monthEnds()
-{
-    QFETCH(QDate, date);
-    QTEST(FirstOfMonth(date), "first");
-    QTEST(LastOfMonth(date), "last");
-}
-
-void tst_shell::validateDate_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("valid");
-    QTest::newRow("empty") << QString() << true;
-    QTest::newRow("short year") << QStringLiteral("6/7/04") << true;
-    QTest::newRow("no such day") << QStringLiteral("2/30/2001") << false;
-    QTest::newRow("month 13") << QStringLiteral("13/1/2001") << false;
-    QTest::newRow("words") << QStringLiteral("soon") << false;
-}
-
-void tst_shell::validateDate()
-{
-    QFETCH(QString, text);
-    const auto told = test::answerNext();
-    const bool valid = ValidateDate(text);
-    QTEST(valid, "valid");
-    QCOMPARE(told->shown, !valid);
-    if (!valid)
+    void validateDate()
+    {
+        QVERIFY(ValidateDate(QString()) && ValidateDate("6/7/04"));
+        const auto told = test::answerNext();
+        QVERIFY(!ValidateDate("2/30/2001"));
         QCOMPARE(told->text.remove(u'\r'),
-                 QStringLiteral("Invalid Date format (mm/dd/yy or m/d/yyyy) \n or an invalid date has been entered. "
-                                "\n\nPlease re-enter the date."));
-    else
-        widgets::message(QStringLiteral("takes the waiting answer"));
-}
+                 "Invalid Date format (mm/dd/yy or m/d/yyyy) \n or an invalid date has been entered. "
+                 "\n\nPlease re-enter the date.");
+    }
 
-void tst_shell::calendar_data()
-{
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("select today") << QStringLiteral("select") << QStringLiteral("11/24/2026");
-    QTest::newRow("enter") << QStringLiteral("enter") << QStringLiteral("11/24/2026");
-    QTest::newRow("cancel") << QStringLiteral("cancel") << QStringLiteral("kept");
-    QTest::newRow("escape") << QStringLiteral("escape") << QStringLiteral("kept");
-    QTest::newRow("close box") << QStringLiteral("close") << QStringLiteral("kept");
-    QTest::newRow("another month, no day picked") << QStringLiteral("page") << QStringLiteral("3/1/2001");
-}
+    void calendar_data()
+    {
+        test::table({"how", "result"}, R"(
+        select | 11/24/2026
+        enter  | 11/24/2026
+        cancel | kept
+        escape | kept
+        close  | kept
+        page   | 3/1/2001
+    )");
+    }
+    void calendar()
+    {
+        QFETCH(QString, how);
+        platform::setToday(QDate(2026, 11, 24));
+        QLineEdit field("kept");
+        openCalendarOnDoubleClick(&field);
+        field.show();
+        QTimer::singleShot(50, qApp, [how] {
+            QWidget* dialog = topLevel("dlgCalendar");
+            auto& month = test::control<widgets::Calendar>(*dialog, "ccCalendar");
+            if (how == QLatin1String("page"))
+                month.setCurrentPage(2001, 3);
+            if (how == QLatin1String("cancel"))
+                QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdCancel"), Qt::LeftButton);
+            else if (how == QLatin1String("escape"))
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            else if (how == QLatin1String("enter"))
+                QTest::keyClick(dialog, Qt::Key_Return);
+            else if (how == QLatin1String("close"))
+                dialog->close();
+            else
+                QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdSelectDate"), Qt::LeftButton);
+        });
+        QTest::mouseDClick(&field, Qt::LeftButton);
+        QTEST(field.text(), "result");
+        platform::setToday(QDate());
+    }
 
-void tst_shell::calendar()
-{
-    QFETCH(QString, how);
-    platform::setToday(QDate(2026, 11, 24));
-    QLineEdit field(QStringLiteral("kept"));
-    openCalendarOnDoubleClick(&field);
-    field.show();
-    QTimer::singleShot(50, qApp, [how] {
-        QWidget* dialog = topLevel("dlgCalendar");
-        auto& month = test::control<widgets::Calendar>(*dialog, "ccCalendar");
-        if (how == QLatin1String("page"))
-            month.setCurrentPage(2001, 3);
-        if (how == QLatin1String("cancel"))
-            QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdCancel"), Qt::LeftButton);
-        else if (how == QLatin1String("escape"))
-            QTest::keyClick(dialog, Qt::Key_Escape);
-        else if (how == QLatin1String("enter"))
-            QTest::keyClick(dialog, Qt::Key_Return);
-        else if (how == QLatin1String("close"))
-            dialog->close();
-        else
-            QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdSelectDate"), Qt::LeftButton);
-    });
-    QTest::mouseDClick(&field, Qt::LeftButton);
-    QTEST(field.text(), "result");
-    platform::setToday(QDate());
-}
+    void untrappedFailureEndsProcess_data()
+    {
+        test::table({"where", "message"}, R"(
+        handler | Run-time error '3021':\n\nNo current record.
+        nested  | Run-time error '91':
+    )");
+    }
+    void untrappedFailureEndsProcess()
+    {
+        QFETCH(QString, where);
+        QFETCH(QString, message);
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), {"--fail", where});
+        QVERIFY(child.waitForFinished(20000));
+        QVERIFY(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 1);
+        QVERIFY(child.readAllStandardError().contains(message.toUtf8()));
+    }
+};
 
-void tst_shell::untrappedFailureEndsProcess()
-{
-    QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--fail")});
-    QVERIFY(child.waitForFinished(20000));
-    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(child.exitCode(), 1);
-    QVERIFY(child.readAllStandardError().contains("Run-time error '3021':\n\nNo current record."));
-}
-
-void tst_shell::untrappedFailureInNestedLoop()
-{
-    QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--fail"), QStringLiteral("nested")});
-    QVERIFY(child.waitForFinished(20000));
-    QCOMPARE(child.exitCode(), 1);
-    QVERIFY(child.readAllStandardError().contains("Run-time error '91':"));
-}
-
-// The child process of the two tests above: its window's button fails in its handler.
+// The child process of the test above: its window's button fails in its handler.
 static int failInHandler(bool nested)
 {
     QPushButton button;
@@ -384,13 +313,13 @@ static int failInHandler(bool nested)
         if (!nested)
             throw platform::RuntimeError(platform::NoCurrentRecord);
         QTimer::singleShot(0, qApp, [] { static_cast<void>(database()); });
-        widgets::message(QStringLiteral("a nested loop"));
+        widgets::message("a nested loop");
     });
     button.show();
     auto* dismiss = new QTimer(&button);
     QObject::connect(dismiss, &QTimer::timeout, qApp, [] {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            box && box->text().startsWith(QStringLiteral("Run-time error")))
+            box && box->text().startsWith("Run-time error"))
             box->accept();
     });
     dismiss->start(20);
@@ -401,8 +330,8 @@ static int failInHandler(bool nested)
 int main(int argc, char** argv)
 {
     widgets::Application application(argc, argv);
-    if (argc > 1 && QByteArrayView(argv[1]) == "--fail")
-        return failInHandler(argc > 2);
+    if (argc > 2 && QByteArrayView(argv[1]) == "--fail")
+        return failInHandler(QByteArrayView(argv[2]) == "nested");
     QApplication::setQuitOnLastWindowClosed(false);
     tst_shell tests;
     return QTest::qExec(&tests, argc, argv);

@@ -69,7 +69,7 @@ private Q_SLOTS:
         const QString copy = m_folder->filePath("copy");
         QVERIFY(QFile::copy(m_path, copy));
         QCOMPARE(DBEngine::openDatabase(copy).openRecordset("Dens").recordCount(), 1);
-        QCOMPARE(test::failureNumber([&] { return DBEngine::createDatabase(copy); }), 3012);
+        QCOMPARE(test::failureNumber([&] { return DBEngine::createDatabase(copy); }), 3010);
     }
 
     // Reading survives what another program put into the file.
@@ -85,7 +85,7 @@ private Q_SLOTS:
         Recordset titles = database.openRecordset("Den_Titles");
         titles.addNew();
         titles.setValue(u"Den_Title", u"GRUPPENFÜHRER öst");
-        QCOMPARE(test::failureNumber([&] { return titles.update(), 0; }), int(platform::DuplicateKey));
+        QCOMPARE(test::failureNumber([&] { titles.update(); }), int(platform::DuplicateKey));
     }
 
     void changingTables()
@@ -105,7 +105,7 @@ private Q_SLOTS:
         rows.setValue(u"Den_SID", 2);
         rows.setValue(u"Colour", u"red");
         rows.update();
-        const TableDef found = database.tableDef(u"Dens");
+        TableDef found = database.tableDef(u"Dens");
         QCOMPARE(found.fields().size(), std::size_t(7));
         QCOMPARE(found.indexes().at(1).name, "Colour");
 
@@ -117,7 +117,7 @@ private Q_SLOTS:
             {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
             {platform::QueryAlreadyExists, [&] { database.createQueryDef("Dens", "Select 1"); }}};
         for (const auto& [number, action] : refusals)
-            QCOMPARE(test::failureNumber([&action = action] { return action(), 0; }), number);
+            QCOMPARE(test::failureNumber(action), number);
         database.deleteTableDef(u"Dens");
         QCOMPARE(database.tableNames().size(), 12);
     }

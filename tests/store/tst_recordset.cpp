@@ -1,28 +1,12 @@
-#include "platform/RuntimeError.h"
 #include "store/engine/Database.h"
+#include "support/Failure.h"
+#include "support/Table.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace orlo;
 using namespace orlo::store;
-
-namespace
-{
-
-// The number of the failure that an action raises; 0 for none.
-template <class Action>
-int failure(const Action& action)
-{
-    try {
-        action();
-    } catch (const platform::RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
-
-} // namespace
+using test::failureNumber;
 
 class tst_recordset : public QObject
 {
@@ -32,118 +16,116 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_path = m_folder->filePath(QStringLiteral("a.mdb"));
+        m_path = m_folder->filePath("a.mdb");
         m_database = std::make_unique<Database>(DBEngine::createDatabase(m_path));
-        TableDef table(QStringLiteral("T"));
-        table.appendField({QStringLiteral("SID"), FieldType::Integer});
-        table.appendField({QStringLiteral("Name"), FieldType::Text, 5, true});
-        table.appendField({QStringLiteral("Title"), FieldType::Text, 9, false});
-        table.appendField({QStringLiteral("Born"), FieldType::Date});
-        table.appendField({QStringLiteral("Size"), FieldType::Double});
-        table.appendField({QStringLiteral("Big"), FieldType::Long});
-        table.appendField({QStringLiteral("Mail"), FieldType::Boolean, 0, false, false, false, Value(true)});
-        table.appendField({QStringLiteral("Note"), FieldType::Memo, 0, true});
-        table.appendIndex({QStringLiteral("PK"), {QStringLiteral("SID")}, true, true, true});
+        TableDef table("T");
+        table.appendField({"SID", FieldType::Integer});
+        table.appendField({"Name", FieldType::Text, 5, true});
+        table.appendField({"Title", FieldType::Text, 9, false});
+        table.appendField({"Born", FieldType::Date});
+        table.appendField({"Size", FieldType::Double});
+        table.appendField({"Big", FieldType::Long});
+        table.appendField({"Mail", FieldType::Boolean, 0, false, false, false, Value(true)});
+        table.appendField({"Note", FieldType::Memo, 0, true});
+        table.appendIndex({"PK", {"SID"}, true, true, true});
         m_database->appendTableDef(table);
     }
 
-    void positions()
+    // F, L, N and P move, a number moves by that many records, d removes the current one, r reads its key and e edits
+    // it. Each step leaves the key, where the set is, or the failure.
+    void steps_data()
     {
-        Recordset empty = open();
-        QVERIFY(empty.bof() && empty.eof() && empty.recordCount() == 0);
-        for (auto move : {&Recordset::moveFirst, &Recordset::moveLast, &Recordset::moveNext, &Recordset::movePrevious})
-            QCOMPARE(failure([&] { (empty.*move)(); }), int(platform::NoCurrentRecord));
-        QCOMPARE(failure([&] { (void)empty[u"SID"]; }), int(platform::NoCurrentRecord));
-        QCOMPARE(failure([&] { empty.edit(); }), int(platform::NoCurrentRecord));
-
-        fill(3);
+        test::table({"steps", "records", "left", "seen"}, R"(
+            N r F L P e d   | 0 | 0 | 3021 3021 3021 3021 3021 3021 3021
+            r P P N 2 N N r | 3 | 3 | 1 bof 3021 1 3 eof 3021 3021
+            2 N d -7 L P    | 3 | 3 | 3 eof 3021 bof 3 2
+            N d r e d N d P d P L d F | 4 | 0 | 2 3167 3167 3167 3167 3 3167 1 3167 bof 4 3167 3021
+        )");
+    }
+    void steps()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QString, records);
+        fill(records.toInt());
         Recordset rows = open();
-        QCOMPARE(sid(rows), 1);
-        rows.movePrevious();
-        QVERIFY(rows.bof() && !rows.eof());
-        QCOMPARE(failure([&] { rows.movePrevious(); }), int(platform::NoCurrentRecord));
-        rows.moveNext();
-        QCOMPARE(sid(rows), 1);
-        rows.move(2);
-        QCOMPARE(sid(rows), 3);
-        rows.moveNext();
-        QVERIFY(rows.eof() && !rows.bof());
-        QCOMPARE(failure([&] { rows.moveNext(); }), int(platform::NoCurrentRecord));
-        QCOMPARE(failure([&] { (void)rows[u"SID"]; }), int(platform::NoCurrentRecord));
-        rows.move(-7);
-        QVERIFY(rows.bof());
-        rows.moveLast();
-        QCOMPARE(sid(rows), 3);
-        QCOMPARE(rows.place(), 2);
+        QStringList seen;
+        for (const QString& step : steps.split(u' ')) {
+            const int number = failureNumber([&] {
+                step == "F"   ? rows.moveFirst()
+                : step == "L" ? rows.moveLast()
+                : step == "N" ? rows.moveNext()
+                : step == "P" ? rows.movePrevious()
+                : step == "d" ? rows.remove()
+                : step == "e" ? rows.edit()
+                : step == "r" ? static_cast<void>(rows[u"SID"])
+                              : rows.move(step.toInt());
+            });
+            const int unread = number ? number : failureNumber([&] { return rows[u"SID"]; });
+            const bool outside = !number && (rows.bof() || rows.eof());
+            seen += outside ? rows.bof() ? "bof" : "eof" : QString::number(unread ? unread : sid(rows));
+        }
+        QTEST(seen.join(u' '), "seen");
+        QTEST(QString::number(rows.recordCount()), "left");
     }
 
     void conversions_data()
     {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QVariant>("given");
-        QTest::addColumn<QString>("kept"); // or the failure's number
-        int number = 0;
-        const auto row = [&number](const char* field, const QVariant& given, const char* kept) {
-            QTest::addRow("%s %d", field, ++number) << QString::fromLatin1(field) << given << QString::fromUtf8(kept);
-        };
-        row("Born", QStringLiteral("6/7/04"), "2004-06-07");
-        row("Born", QStringLiteral("6/7/2004 1:30:00 PM"), "2004-06-07 13:30:00");
-        row("Born", QStringLiteral("2/30/2001"), "3421");
-        row("Born", QString(), "3421");
-        row("SID", QStringLiteral(" 12 "), "12");
-        row("SID", 2.5, "2");
-        row("SID", QStringLiteral("12a"), "3421");
-        row("SID", QStringLiteral("32768"), "6");
-        row("SID", -32769, "6");
-        row("Big", 32768, "32768");
-        row("Big", 3e9, "6");
-        row("Size", QStringLiteral("1.25"), "1.25");
-        row("Size", QStringLiteral("two"), "3421");
-        row("Name", QStringLiteral("ÄÖÜäö"), "ÄÖÜäö");
-        row("Name", QStringLiteral("sixsix"), "3163");
-        row("name", 12345, "12345");
-        row("NAME", QString(), "");
-        row("Mail", QStringLiteral("False"), "0");
-        row("Mail", 5, "1");
-        row("Mail", QStringLiteral("maybe"), "3421");
-        row("Note", QString(70000, u'x'), nullptr);
-        row("Nothing", 1, "3265");
+        // kept: or the failure's number
+        test::table({"given", "field", "kept"}, R"(
+            6/7/04              | Born    | 2004-06-07
+            6/7/2004 1:30:00 PM | Born    | 2004-06-07 13:30:00
+            2/30/2001           | Born    | 3421
+                                | Born    | 3421
+            \n12\n              | SID     | 12
+            = 2.5               | SID     | 2
+            12a                 | SID     | 3421
+            32768               | SID     | 6
+            = -32769            | SID     | 6
+            = 32768             | Big     | 32768
+            = 3e9               | Big     | 6
+            1.25                | Size    | 1.25
+            two                 | Size    | 3421
+            ÄÖÜäö               | Name    | ÄÖÜäö
+            sixsix              | Name    | 3163
+            = 12345             | name    | 12345
+                                | NAME    |
+            False               | Mail    | 0
+            = 5                 | Mail    | 1
+            maybe               | Mail    | 3421
+            1                   | Nothing | 3265
+        )");
+        QTest::newRow("long") << QString(70000, u'x') << "Note" << QString(70000, u'x');
     }
-
     void conversions()
     {
+        QFETCH(QString, given);
         QFETCH(QString, field);
-        QFETCH(QVariant, given);
-        QFETCH(QString, kept);
         fill(1);
         Recordset rows = open();
         rows.edit();
-        const Value value = given.typeId() == QMetaType::Int      ? Value(given.toInt())
-                            : given.typeId() == QMetaType::Double ? Value(given.toDouble())
-                                                                  : Value(given.toString());
-        const int number = failure([&] { rows.setValue(field, value); });
-        if (number != 0) {
-            QCOMPARE(QString::number(number), kept);
+        const Value value = given.startsWith(u'=') ? Value(given.sliced(1).toDouble()) : Value(given);
+        if (const int number = failureNumber([&] { rows.setValue(field, value); })) {
+            QTEST(QString::number(number), "kept");
             return;
         }
         rows.update();
-        Recordset raw = m_database->openRecordset(QStringLiteral("Select %1 & '' As X From T").arg(field));
-        QCOMPARE(raw[u"X"].toText(), kept.isNull() ? given.toString() : kept);
+        Recordset raw = m_database->openRecordset(QString("Select %1 & '' As X From T").arg(field));
+        QTEST(raw[u"X"].toText(), "kept");
     }
 
     void addingAndEditing()
     {
         Recordset rows = open();
-        QCOMPARE(failure([&] { rows.update(); }), int(platform::UpdateWithoutEdit));
-        QCOMPARE(failure([&] { rows.setValue(u"SID", 1); }), int(platform::UpdateWithoutEdit));
+        QCOMPARE(failureNumber([&] { rows.update(); }), int(platform::UpdateWithoutEdit));
+        QCOMPARE(failureNumber([&] { rows.setValue(u"SID", 1); }), int(platform::UpdateWithoutEdit));
         rows.addNew();
         QVERIFY(rows[u"Mail"].toBool()); // the default, before anything is written
-        QVERIFY(rows[u"Name"].isNull());
+        rows.setValue(u"Name", u"lost");
         rows.addNew(); // drops the first buffer
         rows.setValue(u"SID", 7);
         rows.update();
-        QCOMPARE(rows.recordCount(), 1);
         QCOMPARE(sid(rows), 7); // the first record of an empty set is the current one
+        QVERIFY(rows[u"Name"].isNull());
 
         rows.addNew();
         rows.setValue(u"SID", 3);
@@ -154,11 +136,10 @@ private Q_SLOTS:
 
         rows.edit();
         rows.setValue(u"Name", u"x");
-        QCOMPARE(rows[u"Name"].toText(), QStringLiteral("x"));
+        QCOMPARE(rows[u"Name"].toText(), "x");
         rows.moveFirst(); // drops the buffer
         rows.moveLast();
-        QVERIFY(rows[u"Name"].isNull());
-        QVERIFY(!rows.editing());
+        QVERIFY(rows[u"Name"].isNull() && !rows.editing());
     }
 
     void refusedUpdatesKeepTheBuffer()
@@ -167,73 +148,40 @@ private Q_SLOTS:
         Recordset rows = open();
         rows.addNew();
         rows.setValue(u"Name", u"a");
-        QCOMPARE(failure([&] { rows.update(); }), int(platform::NullInPrimaryKey));
+        const auto refused = [&] { return failureNumber([&] { rows.update(); }); };
+        QCOMPARE(refused(), int(platform::NullInPrimaryKey));
         rows.setValue(u"SID", 2);
-        QCOMPARE(failure([&] { rows.update(); }), int(platform::DuplicateKey));
+        QCOMPARE(refused(), int(platform::DuplicateKey));
         rows.setValue(u"SID", 3);
         rows.setValue(u"Title", u"");
-        QCOMPARE(failure([&] { rows.update(); }), int(platform::ZeroLengthNotAllowed));
-        QVERIFY(rows.editing());
-        QCOMPARE(rows.recordCount(), 2);
+        QCOMPARE(refused(), int(platform::ZeroLengthNotAllowed));
+        QVERIFY(rows.editing() && rows.recordCount() == 2);
         rows.setValue(u"Title", Value());
         rows.update();
-        QCOMPARE(rows.recordCount(), 3);
-    }
-
-    void removing()
-    {
-        fill(4);
-        Recordset rows = open();
-        rows.moveNext();
-        rows.remove();
-        QCOMPARE(rows.recordCount(), 3);
-        for (const int number :
-             {failure([&] { (void)rows[u"SID"]; }), failure([&] { rows.edit(); }), failure([&] { rows.remove(); })})
-            QCOMPARE(number, int(platform::RecordDeleted));
-        QVERIFY(!rows.bof() && !rows.eof());
-        rows.moveNext();
-        QCOMPARE(sid(rows), 3);
-        rows.remove();
-        rows.movePrevious();
-        QCOMPARE(sid(rows), 1);
-        rows.remove();
-        rows.movePrevious();
-        QVERIFY(rows.bof());
         rows.moveLast();
-        rows.remove();
-        QCOMPARE(rows.recordCount(), 0);
-        QCOMPARE(failure([&] { rows.moveFirst(); }), int(platform::NoCurrentRecord));
+        QCOMPARE(rows[u"Name"].toText(), "a");
     }
 
     // Membership stays as it was at opening; values are those of the moment when the set comes to the row.
-    void othersChanges_data()
-    {
-        QTest::addColumn<bool>("sameDatabase");
-        QTest::newRow("another set") << true;
-        QTest::newRow("another program") << false;
-    }
-
+    void othersChanges_data() { test::table({"by"}, "this program\nanother program"); }
     void othersChanges()
     {
-        QFETCH(bool, sameDatabase);
+        QFETCH(QString, by);
         fill(3);
-        Recordset rows = m_database->openRecordset(QStringLiteral("Select * From T Where SID < 9 Order By SID"));
+        Recordset rows = m_database->openRecordset("Select * From T Where SID < 9 Order By SID");
         (void)rows[u"Name"];
-        std::unique_ptr<Database> other;
-        if (!sameDatabase) {
-            other = std::make_unique<Database>(DBEngine::openDatabase(m_path));
-            QTest::qSleep(3);
-        }
-        Database& changing = sameDatabase ? *m_database : *other;
-        changing.execute(QStringLiteral("Update T Set Name = 'new', SID = 20 Where SID = 2"));
-        changing.execute(QStringLiteral("Insert Into T (SID) Values (4)"));
-        changing.execute(QStringLiteral("Delete From T Where SID = 3"));
+        Database other = DBEngine::openDatabase(m_path);
+        QTest::qSleep(3);
+        Database& changing = by == "this program" ? *m_database : other;
+        changing.execute("Update T Set Name = 'new', SID = 20 Where SID = 2");
+        changing.execute("Insert Into T (SID) Values (4)");
+        changing.execute("Delete From T Where SID = 3");
         QCOMPARE(rows.recordCount(), 3);
         rows.moveNext();
-        QCOMPARE(rows[u"Name"].toText(), QStringLiteral("new"));
+        QCOMPARE(rows[u"Name"].toText(), "new");
         QCOMPARE(sid(rows), 20);
         rows.moveNext();
-        QCOMPARE(failure([&] { (void)rows[u"SID"]; }), int(platform::RecordDeleted));
+        QCOMPARE(failureNumber([&] { return rows[u"SID"]; }), int(platform::RecordDeleted));
         rows.moveNext();
         QVERIFY(rows.eof());
     }
@@ -241,10 +189,10 @@ private Q_SLOTS:
     // A walk over more rows than are read ahead gives each one once, in order, also when it changes them.
     void longWalk()
     {
-        m_database->execute(QStringLiteral("Insert Into T (SID) Values (1)"));
+        fill(1);
         for (int size = 1; size < 32000; size *= 2)
-            m_database->execute(QStringLiteral("Insert Into T (SID) Select SID + %1 From T").arg(size));
-        Recordset rows = m_database->openRecordset(QStringLiteral("Select * From T Order By SID Desc"));
+            m_database->execute(QString("Insert Into T (SID) Select SID + %1 From T").arg(size));
+        Recordset rows = m_database->openRecordset("Select * From T Order By SID Desc");
         int expected = rows.recordCount();
         QVERIFY(expected > 30000);
         for (; !rows.eof(); rows.moveNext(), --expected)
@@ -254,19 +202,18 @@ private Q_SLOTS:
             rows.setValue(u"Name", sid(rows));
             rows.update();
         }
-        QCOMPARE(m_database->openRecordset(QStringLiteral("Select * From T Where Name = SID & ''")).recordCount(), 500);
+        QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
     void readOnlyAndDeadSets()
     {
         fill(2);
-        Recordset snapshot = m_database->openRecordset(QStringLiteral("Select Distinct SID From T"));
-        for (const int number : {failure([&] { snapshot.addNew(); }), failure([&] { snapshot.edit(); }),
-                                 failure([&] { snapshot.remove(); })})
-            QCOMPARE(number, int(platform::ReadOnlySet));
-        Recordset expression = m_database->openRecordset(QStringLiteral("Select SID, SID + 1 As Next From T"));
+        Recordset snapshot = m_database->openRecordset("Select Distinct SID From T");
+        for (const auto change : {&Recordset::addNew, &Recordset::edit, &Recordset::remove})
+            QCOMPARE(failureNumber([&] { (snapshot.*change)(); }), int(platform::ReadOnlySet));
+        Recordset expression = m_database->openRecordset("Select SID, SID + 1 As Next From T");
         expression.edit();
-        QCOMPARE(failure([&] { expression.setValue(u"Next", 1); }), int(platform::ReadOnlySet));
+        QCOMPARE(failureNumber([&] { expression.setValue(u"Next", 1); }), int(platform::ReadOnlySet));
 
         Recordset closed = open();
         closed.close();
@@ -274,19 +221,20 @@ private Q_SLOTS:
         orphan.edit();
         m_database->close();
         for (Recordset* dead : {&closed, &orphan, &snapshot})
-            for (const int number : {failure([&] { dead->moveNext(); }), failure([&] { (void)dead->value(u"SID"); }),
-                                     failure([&] { (void)dead->recordCount(); }), failure([&] { dead->update(); })})
+            for (const int number : {failureNumber([&] { dead->moveNext(); }), failureNumber([&] { dead->update(); }),
+                                     failureNumber([&] { return dead->value(u"SID"); }),
+                                     failureNumber([&] { return dead->recordCount(); })})
                 QCOMPARE(number, int(platform::ObjectInvalid));
-        QCOMPARE(failure([&] { m_database->execute(QStringLiteral("Delete From T")); }), int(platform::ObjectInvalid));
+        QCOMPARE(failureNumber([&] { m_database->execute("Delete From T"); }), int(platform::ObjectInvalid));
     }
 
 private:
-    [[nodiscard]] Recordset open() { return m_database->openRecordset(QStringLiteral("T")); }
+    [[nodiscard]] Recordset open() { return m_database->openRecordset("T"); }
     static int sid(const Recordset& rows) { return rows[u"SID"].toInt32(); }
     void fill(int count)
     {
         for (int i = 1; i <= count; ++i)
-            m_database->execute(QStringLiteral("Insert Into T (SID) Values (%1)").arg(i));
+            m_database->execute(QString("Insert Into T (SID) Values (%1)").arg(i));
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

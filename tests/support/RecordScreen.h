@@ -15,6 +15,13 @@
 namespace orlo::test
 {
 
+/// Clicks a control of a window; an option takes a click on its mark only.
+inline void press(const QObject& window, const QString& name)
+{
+    auto& pressed = control<QWidget>(window, name.toUtf8().constData());
+    QTest::mouseClick(&pressed, Qt::LeftButton, {}, QPoint(8, pressed.height() / 2));
+}
+
 /// An open record form, worked by mouse and keys.
 template <class F>
 struct RecordScreen {
@@ -32,7 +39,7 @@ struct RecordScreen {
     {
         return control<W>(form, name);
     }
-    void click(const char* button) const { QTest::mouseClick(&get(button), Qt::LeftButton); }
+    void click(const char* button) const { press(form, button); }
     void type(const char* box, const QString& text) const
     {
         get(box).setFocus();
@@ -40,9 +47,9 @@ struct RecordScreen {
         QTest::keyClick(&get(box), Qt::Key_Delete);
         QTest::keyClicks(&get(box), text);
     }
-    /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E is
-    /// the Escape key, "yes", "no" and "ok" answer the next box, "Name=text" types into txtName; the form's own actions
-    /// take any other word.
+    /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
+    /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "Name=text" types into txtName; the form's own
+    /// actions take any other word, which is a control to click where there are none.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const
     {
         const auto words = script.split(u' ', Qt::SkipEmptyParts);
@@ -52,16 +59,20 @@ struct RecordScreen {
                                                             {"d", "cmdDelete"}, {"c", "cmdCancel"},   {"x", "cmdExit"}};
             static const QMap<QString, QMessageBox::StandardButton> answers{
                 {"yes", QMessageBox::Yes}, {"no", QMessageBox::No}, {"ok", QMessageBox::Ok}};
+            static const QMap<QString, Qt::Key> keys{
+                {"E", Qt::Key_Escape}, {"Enter", Qt::Key_Return}, {"Tab", Qt::Key_Tab}};
             if (buttons.contains(word))
                 click(buttons[word]);
             else if (answers.contains(word))
                 told.append(answerNext(answers[word]));
-            else if (word == "E")
-                QTest::keyClick(&form, Qt::Key_Escape);
+            else if (keys.contains(word))
+                QTest::keyClick(word == "E" ? static_cast<QWidget*>(&form) : form.focusWidget(), keys[word]);
             else if (word.contains('='))
                 type(("txt" + word.section('=', 0, 0)).toUtf8().constData(), word.section('=', 1));
-            else
+            else if (other)
                 other(word);
+            else
+                press(form, word);
         }
     }
     /// The initials of the controls that are enabled, dots for the others.
@@ -89,8 +100,9 @@ struct RecordScreen {
     }
 };
 
-/// The texts of a list's rows.
-inline QString textsOf(const widgets::ListBox& list)
+/// The texts of a list's rows, or of those that a combo box lists.
+template <class List>
+QString textsOf(const List& list)
 {
     QStringList texts;
     for (int row = 0; row < list.listCount(); ++row)
