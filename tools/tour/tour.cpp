@@ -382,6 +382,7 @@ void Tour::firstPage(QWidget& form, const QString& name)
     auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
     report.resize(1000, 1100);
     picture(report, name + QStringLiteral("-preview"));
+    printedPages(report.document(), name);
     report.close();
     settle(); // a closed preview is gone before the next one is looked for
 }
