@@ -114,7 +114,6 @@ private Q_SLOTS:
             at 5, space, at 2, space            | 25@2 Bear Cub Badge; Wolf Badge
             at 2, <, <                          | 2@2 Bear Cub Badge
             tick 1, <<          | 012345@5 ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge
-            >, >>                               | @-1
             <<, at 0, mark 0, mark 2, mark 5, > | 134@0 Bear Badge; Bear Pin; Bear Pin
             <<, mark 4, >                       | 01245@5 ant Pin; Bear Badge; Bear Cub Badge; Wolf Badge
             tick 0, tick 1, tick 5, drop 2 | 01@5 ant Pin; Bear Badge)");

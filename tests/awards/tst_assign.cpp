@@ -189,14 +189,12 @@ private Q_SLOTS:
             tab1 den:Bear allScouts allAdults den:Wolf adult1 tab0 | S3 A2 A1 | 3
             tab1 den:Bear allScouts den:Wolf adult1 tab0 Adults | S3 A1 | 1
             pack1 tab1 den:Wolf adult1 tab0 Adults tab1       | S1 A1          | 1/1
-            pack1 tab1 den:Wolf adult1 tab0 none                |                |
             pack1 tab1 den:Wolf adult1 tab0 none tab1           |                | /
             pack1 pack1                                                      | S1             | 1
             all pack1 all                            | S4 S3 S2 S6 S1 | 4 3 2 6 1
             pack1 Adults Scouts pack1 all      | S1 S4 S3 S2 S6 | 4 3 2 6 1
             pack1 tab1 den:Wolf scout1 allScouts            | S1 S2          | 2 1/
             tab1 den:Wolf allScouts tab0 pack1 all | S2 S1 S4 S3 S6 | 4 3 2 6 1
-            tab1 den:Wolf scout1 scout1 allScouts allScouts | S1 S2 | 2 1/
             pack1 Adults pack1 pack2 row1                           | A1 A2          | 2
             pack1 Adults pack1 pack2 row1 pack1                     | A1 A2 A1       | 2 1
             pack3 tab1 den:Wolf scout1 adult1 row1                     | S1 A1          | 1/1

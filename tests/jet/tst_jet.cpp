@@ -145,11 +145,30 @@ private Q_SLOTS:
     void oddities()
     {
         JetPages pages(Data + u"small-1.1.mdb"_s);
-        pages.exchangeNames(pages.table({u"School"_s, u"Tigar"_s}), u"Phone"_s, u"Tigar"_s);
-        pages.replace(u"Other_Purchase_List"_s, u"Their_Purchase_List"_s);
+        const int scouts = pages.table({u"School"_s, u"Tigar"_s});
+        pages.exchangeNames(scouts, u"Phone"_s, u"Tigar"_s);
+        pages.exchangeNames(scouts, u"Years_In_Scouts"_s, u"Grade_In_School"_s);
+        auto boys = pages.rows(scouts);
+        boys[0].bytes.replace("\xF0\x3F", "\4\x40"); // 1 becomes 2.5
+        pages.setRows(scouts, boys);
+        pages.replace(u"Other_Purchase_List"_s, u"x\"; DROP TABLE [y]'"_s);
+        const int catalogue = pages.table({u"ParentId"_s, u"DateUpdate"_s});
+        auto objects = pages.rows(catalogue);
+        for (JetPages::Row& object : objects) {
+            object.moved = true;
+            object.removed = object.bytes.contains(JetPages::wide(u"PackInfo"_s));
+        }
+        pages.setRows(catalogue, objects);
+        const int positions = pages.table({u"Position_Title"_s, u"Leader_SID"_s});
+        auto leaders = pages.rows(positions);
+        leaders[0].bytes.back() = 7; // the counter is Null
+        pages.setRows(positions, leaders);
         const int adults = pages.table({u"Adult_SID"_s, u"WorkPhone"_s});
         auto people = pages.rows(adults);
         people[1].bytes[2] = 1; // the key of the first one
+        people[2].bytes.replace(JetPages::wide(u"a3@example.org"_s), "\xFF\xFEhalf\0\x3D\xD8\0 a letter........."_ba);
+        people[3].bytes.replace(JetPages::wide(u"a4@example.org"_s),
+                                "\xFF\xFEtwo\0\x3D\xD8\1\xDE\0 halves.........."_ba);
         pages.setRows(adults, people);
         const int awards = pages.table({u"Adult_SID"_s, u"Date_Assigned"_s});
         auto rows = pages.rows(awards);
@@ -166,14 +185,19 @@ private Q_SLOTS:
                  "1,2,3,4,5,7,9"_ba);
         QCOMPARE(answer("SELECT Date_Assigned FROM Assigned_Awards_Adults WHERE Date_Assigned LIKE '1899%'"),
                  "1899-12-29 06:00:00"_ba);
-        QCOMPARE(answer("SELECT Item_Name, Quantity FROM Their_Purchase_List"), "Slides|12"_ba);
+        QCOMPARE(answer("SELECT Item_Name, Quantity FROM \"x\"\"; DROP TABLE [y]'\""), "Slides|12"_ba);
+        QCOMPARE(answer("SELECT Email FROM Adults WHERE Adult_SID = 4"), "two😁 halves.........."_ba);
         QCOMPARE(answer("SELECT Adult_SID, Email, Kept_Because FROM Adults_Kept"),
-                 "1|a2@example.org|the key is there already"_ba);
+                 "1|a2@example.org|the key is there already;"
+                 "3|half\\ud83d a letter.........|Email: half a letter"_ba);
+        QCOMPARE(answer("SELECT Leader_Pack_Assn, Kept_Because FROM Leader_Pack_Assn_Kept"),
+                 "Null|the key is missing"_ba);
         QCOMPARE(answer("SELECT Tigar, Birth_Date, Kept_Because FROM Scouts_Kept WHERE Scout_SID = '1'"),
-                 "555-1001|1994-02-02|Tigar: the text is too long"_ba);
+                 "555-1001|1994-02-02|Tigar: the text is too long, Grade_In_School: the number has a fraction"_ba);
         QCOMPARE(answer("SELECT Tigar, Phone FROM Scouts WHERE Scout_SID = 1"), "5|N"_ba);
         QCOMPARE(m_told.size(), 1);
-        for (const char* words : {"no table Other_Purchase_List", "Adults: 1 row is", "Scouts: 39 rows are"})
+        for (const char* words :
+             {"no table Other_Purchase_List", "no table PackInfo", "Adults: 2 rows are", "Scouts: 39 rows are"})
             QVERIFY2(m_told[0].contains(QLatin1String(words)), qPrintable(m_told[0]));
     }
 

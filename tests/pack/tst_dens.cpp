@@ -89,15 +89,12 @@ private Q_SLOTS:
     {
         test::table({"name", "dens", "script", "state", "number", "stored"}, R"(
             none              | 0 |               | None ....n.. adAD .....        |     |
-            one               | 1 |               | Den 1 of 1 FP..n.d adAD fffff  | 9   | 1/N1
             bounces           | 1 | P             | Den 1 of 1 FP..n.d adAD fffff  | 9   | 1/N1
             last, previous    | 3 | L P           | Den 2 of 3 FPNLn.d adAD fffff! | 3   | 1/N1, 2/N2, 3/N3
             first, saves      | 3 | N DenName=X yes F     | Den 1 of 3 ..NLn.d adAD fffff! | 2 | 1/N1, 2/N2, 3/X
             next, refused     | 3 | N DenName=X #-1 yes ok N | Den 3 of 3 FP..n.d adAD fffff! | 9 | 1/N1, 2/N2, 3/N3
             last, saves       | 3 | N DenName=X yes L     | Den 3 of 3 FP..n.d adAD fffff! | 9 | 1/N1, 2/N2, 3/X
             close, saves      | 3 | DenName=X yes x       | closed |   | 1/N1, 2/X, 3/N3
-            new drops         | 3 | N DenName=X n         | Den (New) .....s. .... fffff!  |   | 1/N1, 2/N2, 3/N3
-            new, last saved   | 3 | n DenName=X s         | Den 4 of 4 FP..n.d adAD fffff! |   | 1/N1, 2/N2, 3/N3, 4/X
             new, saved again  | 3 | n DenName=X s DenName=Y s | Den 4 of 4 FP..n.d adAD fffff! | | 1/N1, 2/N2, 3/N3, 4/Y
             new, refused      | 1 | n #-1 ok s            | Den (New) ....n.d adAD fffff!  |   | 1/N1
             refused, then not | 1 | n #-1 ok s #3 s       | Den 2 of 2 FP..n.d adAD fffff! |   | 1/N1, 2/

@@ -112,7 +112,6 @@ private Q_SLOTS:
             optActive_Inactive                | Wood, Di; Xu, Cy; Young, Bo; Zorn, Ada B. | Scout 1 of 4 ..NLn.d ft 0 |
             optActive_Inactive $:Wolf_Den_3   | Wood, Di; Zorn, Ada B.                    | Scout 1 of 2 ..NLn.d ft 0 |
             $:Bear_Den_5                      | Young, Bo                                 | Scout 1 of 1 ....n.d ft 0 |
-            optInactive $:Bear_Den_5          |                                           | Scout 1 of 1 ....n.. .. -1|
             $:no_such_den                     |                                           | Scout 1 of 3 ....n.. .. -1|
             $:                                | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 |
             optInactive find:W                | Wood, Di                                  | Scout 1 of 1 ....n.d ft 0 |
@@ -139,7 +138,6 @@ private Q_SLOTS:
         test::table({"script", "record", "state"}, R"(
             @2                           | 6/7/2016//Yes/Yes/Yes/Wolf Den 3/1110/1      | Scout 3 of 3 FP..n.d ft 2
             @2 P                         | //Yes/No/No/Bear Den 5/0011/2                | Scout 2 of 3 FPNLn.d ft 1
-            @2 P P                       | //Yes/No/No//0011/0                          | Scout 1 of 3 ..NLn.d ft 0
             n                            | /11/24/2026/Yes/No/No/ /1011/-1              | Scout (New) ..NL.s. .t 0
             cmbSelectedDens:Wolf_Den_3 n | /11/24/2026/Yes/No/No/Wolf Den 3/1011/1      | Scout (New) .....s. .t 0)");
     }
@@ -151,6 +149,26 @@ private Q_SLOTS:
         screen.go(script);
         QTEST(screen.record(), "record");
         QTEST(screen.state(), "state");
+    }
+
+    void addsAndDeletes_data()
+    {
+        test::table({"script", "listed", "state", "awards"}, R"(
+            no d                        | Xu, Cy; Young, Bo; Zorn, Ada B.        | Scout 1 of 3 ..NLn.d ft 0 | 1
+            yes d                       | Young, Bo; Zorn, Ada B.                | Scout 1 of 2 ..NLn.d ft 0 | 0
+            @2 yes d                    | Xu, Cy; Young, Bo                      | Scout 2 of 2 FP..n.d ft 1 | 1
+            optInactive yes d           |                                        | Scout 1 of 1 ....n.. .t -1| 1
+            n Last=Abel s               | Xu, Cy; Young, Bo; Zorn, Ada B.; <New>Abel, | Scout 4 of 4 FP..n.d ft 3 | 1)");
+    }
+    void addsAndDeletes()
+    {
+        QFETCH(QString, script);
+        test::fill(QByteArray(People) + OneAward);
+        const Screen screen;
+        screen.go(script);
+        QTEST(test::textsOf(screen.list).trimmed(), "listed");
+        QTEST(screen.state(), "state");
+        QTEST(QString::number(test::count("Assigned_Awards_Scouts")), "awards");
     }
 
     // The first parent's box counts for both parents, and an e-mail address is no change by itself.

@@ -27,6 +27,11 @@ public:
     }
     [[nodiscard]] const QByteArray& bytes() const { return m_bytes; }
 
+    /// The text as it stands in the file.
+    static QByteArray wide(const QString& text)
+    {
+        return {reinterpret_cast<const char*>(text.utf16()), text.size() * 2};
+    }
     /// The page of the table that has all these fields.
     [[nodiscard]] int table(const QStringList& fields) const
     {
@@ -93,10 +98,6 @@ public:
 private:
     static constexpr int Size = 4096;
 
-    static QByteArray wide(const QString& text)
-    {
-        return {reinterpret_cast<const char*>(text.utf16()), text.size() * 2};
-    }
     static QByteArray number(int value, int width) { return {reinterpret_cast<const char*>(&value), width}; }
     [[nodiscard]] int pages() const { return static_cast<int>(m_bytes.size() / Size); }
     [[nodiscard]] int get(qsizetype at, int width) const
