@@ -3,6 +3,7 @@
 #include "jet/Output.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <set>
 #include <span>
@@ -15,6 +16,9 @@ namespace
 {
 
 constexpr char Catalogue[] = "MSysObjects";
+constexpr unsigned long CataloguePage = 2;
+constexpr unsigned OdbcTable = 4;
+constexpr int MostMoves = 16;   // of one row
 constexpr int Removed = 0x8000; // of a row: not to be read here, or not at all
 constexpr int Elsewhere = 0x4000;
 constexpr int Place = 0x1FFF;
@@ -24,9 +28,29 @@ constexpr std::uint32_t OnePiece = 0x40000000;
 constexpr std::uint32_t LongLength = 0x3FFFFFFF;
 constexpr int LongHead = 12;
 
+// As UTF-8; what isn't a letter of its own shows as something else.
+std::string readable(const std::u16string& name)
+{
+    const auto part = [](int bits, int mark) { return static_cast<char>(bits | mark); };
+    std::string text;
+    for (const char16_t letter : name)
+        if (letter < 0x80)
+            text += letter < u' ' ? '?' : static_cast<char>(letter);
+        else if (letter < 0x800)
+            text += {part(letter >> 6, 0xC0), part(letter & 0x3F, 0x80)};
+        else
+            text += {part(letter >> 12, 0xE0), part(letter >> 6 & 0x3F, 0x80), part(letter & 0x3F, 0x80)};
+    return text;
+}
+
 [[noreturn]] void damaged(const std::string& table)
 {
     fail("The table " + table + " is damaged.");
+}
+
+[[noreturn]] void damaged(const Table& table)
+{
+    damaged(readable(table.name));
 }
 
 std::uint32_t number(void* bytes, int offset)
@@ -80,8 +104,7 @@ bool isSound(const Table& table)
         if (field->col_type == MDB_BOOL) // stands among the marks for Null
             continue;
         const bool apart = field->is_fixed ? fixed.emplace(field->fixed_offset, widthOf(*field)).second
-                                           : others.insert(field->var_col_num).second &&
-                                                 field->var_col_num < table.definition->num_var_cols;
+                                           : others.insert(field->var_col_num).second;
         if (!apart || field->col_type > MDB_COMPLEX || field->col_type < MDB_BOOL)
             return false;
     }
@@ -107,62 +130,66 @@ JetFile::JetFile(const char* path) : m_file(mdb_open(path, MDB_NOFLAGS))
     readCatalogue();
 }
 
-Table JetFile::readTable(MdbCatalogEntry* entry) const
+std::size_t Table::find(std::string_view field, int type) const
 {
-    Table table{std::unique_ptr<MdbTableDef, FreeTable>(mdb_read_table(entry)), entry->object_name, {}, 0};
+    const auto same = [&](const MdbColumn* column) { return column->col_type == type && field == column->name; };
+    return static_cast<std::size_t>(std::ranges::find_if(fields, same) - fields.begin());
+}
+
+Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name) const
+{
+    Table table{std::unique_ptr<MdbTableDef, FreeTable>(mdb_read_table(entry)), name, {}, 0};
     if (!table.definition)
-        damaged(table.name);
+        damaged(table);
     table.rows = table.definition->num_rows;
     const GPtrArray* columns = mdb_read_columns(table.definition.get());
     if (!columns || columns->len == 0 || columns->len > store::jet::MostFields)
-        damaged(table.name);
+        damaged(table);
     for (const MdbColumn* column : items<MdbColumn>(columns))
         table.fields.push_back(column);
     if (!isSound(table))
-        damaged(table.name);
+        damaged(table);
     return table;
 }
 
-// The library's own list of the catalogue leaves out what has moved and brings back what was removed after that, so
-// the rows of the catalogue's table decide what there is.
+// The library's own list of the catalogue leaves out what has moved and brings back what was removed after that.
 void JetFile::readCatalogue()
 {
-    const GPtrArray* list = mdb_read_catalog(m_file, MDB_ANY);
-    std::multimap<std::uint32_t, MdbCatalogEntry*> entries;
-    MdbCatalogEntry* own = nullptr;
-    if (!list)
-        fail("The file's catalogue is damaged.");
-    for (MdbCatalogEntry* entry : items<MdbCatalogEntry>(list)) {
-        entries.emplace(static_cast<std::uint32_t>(entry->table_pg), entry);
-        if (std::string_view(entry->object_name) == Catalogue)
-            own = entry;
-    }
-    if (!own)
-        fail("The file's catalogue is damaged.");
-    const Table catalogue = readTable(own);
-    std::size_t id = 0;
-    while (id < catalogue.fields.size() && std::string_view(catalogue.fields[id]->name) != "Id")
-        ++id;
-    if (id == catalogue.fields.size())
+    auto* own = new MdbCatalogEntry{}; // each lives as long as the process
+    own->mdb = m_file;
+    own->object_type = MDB_TABLE;
+    own->table_pg = CataloguePage;
+    std::strcpy(own->object_name, Catalogue);
+    const Table catalogue = readTable(own, utf8Text(Catalogue));
+    const std::size_t id = catalogue.find("Id", MDB_LONGINT);
+    const std::size_t type = catalogue.find("Type", MDB_INT);
+    const std::size_t name = catalogue.find("Name", MDB_TEXT);
+    if (std::max({id, type, name}) == catalogue.fields.size())
         damaged(Catalogue);
 
-    std::vector<MdbCatalogEntry*> live;
+    struct Listed {
+        std::u16string name;
+        std::uint32_t page;
+    };
+    std::vector<Listed> tables; // whose pages are read once the catalogue's are done with
     walk(catalogue, [&](const Row& row) {
-        if (!row[id])
+        if (!row[id] || !row[type] || !row[name])
+            damaged(Catalogue);
+        const auto kind = whole(*row[type], 2) & 0x7F;
+        const std::u16string text = shortText(*row[name]);
+        if (text.starts_with(u"MSys")) // the engine's own
             return;
-        const auto [from, to] = entries.equal_range(static_cast<std::uint32_t>(whole(*row[id], 4)) & 0xFFFFFF);
-        for (auto entry = from; entry != to; ++entry)
-            live.push_back(entry->second);
-        entries.erase(from, to);
+        if (kind == MDB_TABLE && !text.starts_with(u"~TMP")) // on the way out
+            tables.push_back({text, static_cast<std::uint32_t>(whole(*row[id], 4)) & 0xFFFFFF});
+        else if (kind == MDB_LINKED_TABLE || kind == OdbcTable)
+            m_links.push_back(text);
+        else if (kind == MDB_QUERY && !text.starts_with(u'~')) // part of a form
+            m_queries.push_back(text);
     });
-    for (MdbCatalogEntry* entry : live) {
-        const std::string_view name = entry->object_name;
-        if (name.starts_with("MSys") || name.starts_with('~')) // the engine's own, or on the way out
-            continue;
-        if (entry->object_type == MDB_QUERY)
-            m_queries.emplace_back(name);
-        else if (entry->object_type == MDB_TABLE)
-            m_tables.push_back(readTable(entry));
+    for (const Listed& listed : tables) {
+        auto* entry = new MdbCatalogEntry(*own);
+        entry->table_pg = listed.page;
+        m_tables.push_back(readTable(entry, listed.name));
     }
 }
 
@@ -170,7 +197,7 @@ void JetFile::readPage(std::uint32_t page, const Table& owner)
 {
     if (mdb_read_pg(m_file, page) != m_file->fmt->pg_size || m_file->pg_buf[0] != MDB_PAGE_DATA ||
         number(m_file->pg_buf, 4) != owner.definition->entry->table_pg)
-        damaged(owner.name);
+        damaged(owner);
 }
 
 void JetFile::walk(const Table& table, const std::function<void(const Row&)>& take)
@@ -184,7 +211,7 @@ void JetFile::walk(const Table& table, const std::function<void(const Row&)>& ta
         for (int row = 0; row < rows; ++row) {
             if (m_file->cur_pg != page)
                 readPage(page, table);
-            if (takeRow(table, row, take, false))
+            if (takeRow(table, row, take, 0))
                 ++found;
         }
         if (m_file->cur_pg != page)
@@ -192,26 +219,26 @@ void JetFile::walk(const Table& table, const std::function<void(const Row&)>& ta
     }
     // The count may be behind after a power failure; rows that are missing would be lost.
     if (found < table.rows)
-        fail("The table " + table.name + " should have " + std::to_string(table.rows) + " rows, but " +
+        fail("The table " + readable(table.name) + " should have " + std::to_string(table.rows) + " rows, but " +
              std::to_string(found) + " were found.");
 }
 
 // A row that grew lies on another page, marked there as removed so that only the pointer in its old place leads to it.
-bool JetFile::takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, bool moved)
+bool JetFile::takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves)
 {
     int start = 0;
     std::size_t size = 0;
     const bool whole = mdb_find_row(m_file, row, &start, &size) == 0;
-    if (!moved && (start & Removed))
+    if (moves == 0 && (start & Removed))
         return false;
     if (!whole || size == 0 || (start & Place) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
-        damaged(table.name);
+        damaged(table);
     if (start & Elsewhere) {
-        if (size < 4 || moved)
-            damaged(table.name);
+        if (size < 4 || moves == MostMoves)
+            damaged(table);
         const std::uint32_t to = number(m_file->pg_buf, start & Place);
         readPage(to >> 8, table);
-        return takeRow(table, static_cast<int>(to & 0xFF), take, true);
+        return takeRow(table, static_cast<int>(to & 0xFF), take, moves + 1);
     }
     take(crack(table, start & Place, size));
     return true;
@@ -221,20 +248,26 @@ Row JetFile::crack(const Table& table, int start, std::size_t size) const
 {
     std::vector<MdbField> cells(table.fields.size());
     if (mdb_crack_row(table.definition.get(), start, size, cells.data()) < 0)
-        damaged(table.name);
+        damaged(table);
     const int present = m_codePage ? m_file->pg_buf[start] : mdb_get_int16(m_file->pg_buf, start);
+    const auto marks = static_cast<std::size_t>(present + 7) / 8; // at the row's end, a bit for each that isn't Null
+    if (marks > size)
+        damaged(table);
     Row row;
     row.reserve(cells.size());
     for (const MdbField& cell : cells) {
         const MdbColumn& field = *table.fields[static_cast<std::size_t>(cell.colnum)];
         // A row that is older than the field doesn't have it, whatever stands where its mark would be.
         if (cell.is_null || field.col_num >= present) {
+            const std::size_t mark = static_cast<std::size_t>(start) + size - marks + field.col_num / 8;
+            if (field.col_num < present && (m_file->pg_buf[mark] >> field.col_num % 8 & 1))
+                damaged(table); // it is there, but the row is too short for it
             row.emplace_back();
             continue;
         }
         if (field.col_type != MDB_BOOL &&
             (cell.start < start || cell.siz < 0 || std::cmp_greater(cell.start - start + cell.siz, size)))
-            damaged(table.name);
+            damaged(table);
         row.emplace_back(Bytes{cell.start, cell.siz});
     }
     return row;
@@ -257,15 +290,18 @@ std::string JetFile::raw(Bytes bytes) const
 
 std::string JetFile::decimal(const MdbColumn& field, Bytes bytes) const
 {
-    if (field.col_type == MDB_MONEY)
-        return bytes.size < 8 ? std::string() : taken(mdb_money_to_string(m_file, bytes.start));
-    return bytes.size < 17 ? std::string()
-                           : taken(mdb_numeric_to_string(m_file, bytes.start, field.col_scale, field.col_prec));
+    if (bytes.size < widthOf(field))
+        fail("A number breaks off.");
+    return taken(field.col_type == MDB_MONEY
+                     ? mdb_money_to_string(m_file, bytes.start)
+                     : mdb_numeric_to_string(m_file, bytes.start, field.col_scale, field.col_prec));
 }
 
 std::string JetFile::identifier(Bytes bytes) const
 {
-    return bytes.size < 16 ? std::string() : taken(mdb_uuid_to_string(m_file->pg_buf, bytes.start));
+    if (bytes.size < 16)
+        fail("A number breaks off.");
+    return taken(mdb_uuid_to_string(m_file->pg_buf, bytes.start));
 }
 
 std::string JetFile::piece(std::uint32_t place)
@@ -292,6 +328,8 @@ std::string JetFile::longValue(Bytes bytes)
     const std::uint32_t head = number(m_file->pg_buf, bytes.start);
     const std::uint32_t length = head & LongLength;
     std::string value;
+    if (length == 0)
+        return value;
     if (head & InTheRow) {
         value = raw({bytes.start + LongHead, bytes.size - LongHead});
     } else if (head & OnePiece) {

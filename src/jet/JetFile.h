@@ -21,9 +21,12 @@ struct FreeTable {
 /// A table of the file: its name, its fields in their order, how many rows it says that it has.
 struct Table {
     std::unique_ptr<MdbTableDef, FreeTable> definition;
-    std::string name;
+    std::u16string name;
     std::vector<const MdbColumn*> fields;
     std::uint32_t rows = 0;
+
+    /// Where the field of this name and type is, or the number of the fields.
+    [[nodiscard]] std::size_t find(std::string_view field, int type) const;
 };
 
 /// Where a field's bytes lie in the page that was read last; nothing for Null.
@@ -39,9 +42,11 @@ class JetFile
 public:
     explicit JetFile(const char* path);
 
-    /// The tables that a user made, in the order of the file's catalogue, and the names of the stored queries.
-    [[nodiscard]] std::vector<Table>& tables() { return m_tables; }
-    [[nodiscard]] const std::vector<std::string>& queries() const { return m_queries; }
+    /// The tables that a user made, in the order of the file's catalogue.
+    [[nodiscard]] const std::vector<Table>& tables() const { return m_tables; }
+    /// The names of the stored queries, and of the tables whose rows are in other files.
+    [[nodiscard]] const std::vector<std::u16string>& queries() const { return m_queries; }
+    [[nodiscard]] const std::vector<std::u16string>& links() const { return m_links; }
     [[nodiscard]] bool isJet4() const { return !m_codePage; }
     /// Calls for each row that wasn't removed, in the order of the file; a row that has moved counts where it began.
     void walk(const Table& table, const std::function<void(const Row&)>& take);
@@ -61,10 +66,10 @@ public:
     [[nodiscard]] std::string identifier(Bytes bytes) const;
 
 private:
-    [[nodiscard]] Table readTable(MdbCatalogEntry* entry) const;
+    [[nodiscard]] Table readTable(MdbCatalogEntry* entry, const std::u16string& name) const;
     void readCatalogue();
     void readPage(std::uint32_t page, const Table& owner);
-    bool takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, bool moved);
+    bool takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves);
     [[nodiscard]] Row crack(const Table& table, int start, std::size_t size) const;
     [[nodiscard]] std::string piece(std::uint32_t place);
     [[nodiscard]] std::u16string letters(const std::string& bytes) const;
@@ -72,7 +77,8 @@ private:
     MdbHandle* m_file; // lives as long as the process
     std::optional<CodePage> m_codePage;
     std::vector<Table> m_tables;
-    std::vector<std::string> m_queries;
+    std::vector<std::u16string> m_queries;
+    std::vector<std::u16string> m_links;
 };
 
 } // namespace orlo::jet

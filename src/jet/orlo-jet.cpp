@@ -2,15 +2,12 @@
 // that started it. A process of its own, since a damaged or hostile file can end it, use up its time or its memory.
 
 #include "jet/JetFile.h"
+#include "jet/Limits.h"
 #include "jet/Output.h"
 
 #include <bit>
 #include <cstdio>
 #include <cstdlib>
-
-#include <sys/prctl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 
 using namespace orlo::jet;
 using orlo::store::jet::Cell;
@@ -18,28 +15,6 @@ using orlo::store::jet::Kind;
 
 namespace
 {
-
-constexpr std::uint64_t Megabyte = 1 << 20;
-// One byte of the file is at most a few of the stream: a letter becomes two, a Null's bit a byte.
-constexpr std::uint64_t MostGrowth = 16;
-
-void limit(int resource, rlim_t most)
-{
-    const rlimit limits{most, most};
-    setrlimit(static_cast<__rlimit_resource>(resource), &limits);
-}
-
-void limitOurselves(std::uint64_t fileSize)
-{
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_FSIZE, 0);
-    limit(RLIMIT_CPU, 5 + fileSize / (2 * Megabyte));
-#ifndef __SANITIZE_ADDRESS__ // which reserves more addresses than there could ever be memory
-    limit(RLIMIT_AS, 512 * Megabyte + 4 * fileSize);
-#endif
-}
 
 Kind kindOf(int type)
 {
@@ -143,7 +118,7 @@ void writeCell(Output& out, JetFile& file, const MdbColumn& field, const std::op
 
 void writeDefinition(Output& out, const Table& table, int bytesALetter)
 {
-    out.text(utf8Text(table.name));
+    out.text(table.name);
     out.number(table.rows);
     out.number(static_cast<std::uint16_t>(table.fields.size()));
     for (const MdbColumn* field : table.fields) {
@@ -167,18 +142,16 @@ void writeRows(Output& out, JetFile& file, const Table& table)
 
 int main(int argc, char** argv)
 {
-    struct stat status {
-    };
-    if (argc != 2 || stat(argv[1], &status) != 0)
+    if (argc != 2)
         fail("There is no file to read.");
-    const auto size = static_cast<std::uint64_t>(status.st_size);
-    limitOurselves(size);
+    Output out(limitOurselves(argv[1]));
     JetFile file(argv[1]);
-    Output out(MostGrowth * (size + Megabyte));
     out.number(orlo::store::jet::Signature);
-    out.number(static_cast<std::uint32_t>(file.queries().size()));
-    for (const std::string& query : file.queries())
-        out.text(utf8Text(query));
+    for (const auto* names : {&file.queries(), &file.links()}) {
+        out.number(static_cast<std::uint32_t>(names->size()));
+        for (const std::u16string& name : *names)
+            out.text(name);
+    }
     out.number(static_cast<std::uint32_t>(file.tables().size()));
     for (const Table& table : file.tables())
         writeDefinition(out, table, file.isJet4() ? 2 : 1);
@@ -186,5 +159,5 @@ int main(int argc, char** argv)
         writeRows(out, file, table);
     out.number(orlo::store::jet::End);
     out.flush();
-    _exit(0);
+    leave(0);
 }

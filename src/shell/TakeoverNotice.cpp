@@ -26,6 +26,14 @@ QWidget* visibleWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
+// Holds back what a window does once it becomes active: the frame would begin the update that is under way.
+class ActivationHold : public QObject
+{
+public:
+    ActivationHold() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override { return event->type() == QEvent::ActivationChange; }
+};
+
 // A line across the window that is up: another window would take the activation, which the frame listens for.
 void showProgress(const QString& file, int percent)
 {
@@ -49,6 +57,7 @@ void showProgress(const QString& file, int percent)
     line->move(0, line->parentWidget()->height() - line->height());
     line->raise();
     line->show();
+    const ActivationHold hold;
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 

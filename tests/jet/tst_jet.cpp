@@ -17,6 +17,7 @@
 using namespace orlo;
 using store::DBEngine::openDatabase;
 using test::JetPages;
+using test::readFile;
 using test::sqlite;
 using namespace Qt::StringLiterals;
 
@@ -24,18 +25,6 @@ namespace
 {
 
 const QString Data = QStringLiteral(ORLO_SOURCE_DIR "/tests/jet/data/");
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
 
 // A table's fields and rows as sqlite() gives them, out of a CSV file.
 QStringList rowsOf(const QString& csv, QStringList& fields)
@@ -53,34 +42,32 @@ QStringList rowsOf(const QString& csv, QStringList& fields)
     return lines;
 }
 
-// How many rows all tables of a file have.
 int allRows(const QString& path)
 {
-    QStringList counts{u"0"_s};
-    for (const QString& name : sqlite(path, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT IN "
-                                            "('Stored_Queries', 'sqlite_sequence')"))
-        counts += u"(SELECT count(*) FROM \"%1\")"_s.arg(name);
-    return sqlite(path, ("SELECT " + counts.join(u'+')).toUtf8().constData())[0].toInt();
+    store::Database database = openDatabase(path);
+    int rows = 0;
+    for (const QString& name : database.tableNames())
+        rows += database.openRecordset(name).recordCount();
+    return rows;
 }
 
 // How many files, or moments, a test tries; ORLO_JET_FILES sets it.
 int tries()
 {
-    const int wanted = qEnvironmentVariableIntValue("ORLO_JET_FILES");
-    return wanted > 0 ? wanted : 40;
+    return qEnvironmentVariableIsSet("ORLO_JET_FILES") ? qEnvironmentVariableIntValue("ORLO_JET_FILES") : 40;
 }
 
 QByteArray damaged(QByteArray bytes, const QString& how, QRandomGenerator& random)
 {
     const int size = static_cast<int>(bytes.size());
     if (how == u"truncated")
-        bytes.truncate(random.bounded(19, size));
-    else if (how == u"flipped")
-        for (int flips = 1 << random.bounded(8); flips > 0; --flips)
-            bytes[random.bounded(19, size)] ^= static_cast<char>(1 << random.bounded(8));
-    else
+        return bytes.first(random.bounded(19, size));
+    if (how == u"random")
         for (int at = random.bounded(19, 4096); at < size; ++at)
             bytes[at] = static_cast<char>(random.generate());
+    else
+        for (int flips = 1 << random.bounded(8); flips > 0; --flips)
+            bytes[random.bounded(19, size)] ^= static_cast<char>(1 << random.bounded(8));
     return bytes;
 }
 
@@ -98,29 +85,25 @@ private Q_SLOTS:
         store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
     }
 
-    void everyValue_data() { test::table({"sample", "tables"}, "small-1.0 | 8 \n small-1.1 | 13 \n jet3 | 8"); }
-
+    void everyValue_data() { test::table({"sample"}, "small-1.0 \n small-1.1 \n jet3"); }
     void everyValue()
     {
         QFETCH(QString, sample);
-        QFETCH(QString, tables);
-        const int count = tables.toInt();
+        const int count = sample == u"small-1.1" ? 13 : 8;
         const QByteArray former = readFile(Data + sample + u".mdb"_s);
-        writeFile(path(), former);
-        QCOMPARE(openDatabase(path()).tableNames().size(), count);
-        QCOMPARE(openDatabase(path()).tableNames().size(), count); // nothing to take over any more
+        write(former);
+        for (int i = 0; i < 2; ++i) // the second time there is nothing to take over
+            QCOMPARE(openDatabase(path()).tableNames().size(), count);
         QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
         QCOMPARE(readFile(kept()), former);
         QCOMPARE(m_told, QStringList());
-
         const QDir folder(Data + sample);
         for (const QString& name : folder.entryList({u"*.csv"_s})) {
             QStringList fields;
             const QStringList rows = rowsOf(folder.filePath(name), fields);
             for (QString& field : fields)
                 field = u"CASE typeof(\"%1\") WHEN 'real' THEN printf('%.15g', \"%1\") ELSE \"%1\" END"_s.arg(field);
-            const QString sql =
-                u"SELECT %1 FROM %2 ORDER BY rowid"_s.arg(fields.join(u','), QFileInfo(name).baseName());
+            const QString sql = u"SELECT %1 FROM %2 ORDER BY rowid"_s.arg(fields.join(u','), name.chopped(4));
             QCOMPARE(sqlite(path(), sql.toUtf8().constData()), rows);
         }
 
@@ -136,8 +119,7 @@ private Q_SLOTS:
         QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);
         if (current)
             QCOMPARE(answer("INSERT INTO Assigned_Awards_Scouts(Year) VALUES(1);"
-                            "SELECT Assigned_SID - 1 = (SELECT max(Assigned_SID) FROM Assigned_Awards_Scouts "
-                            "WHERE Year > 1) FROM Assigned_Awards_Scouts WHERE Year = 1"),
+                            "SELECT max(Assigned_SID) = 121 AND count(*) = 121 FROM Assigned_Awards_Scouts"),
                      "1"_ba);
     }
 
@@ -145,56 +127,47 @@ private Q_SLOTS:
     void oddities()
     {
         JetPages pages(Data + u"small-1.1.mdb"_s);
-        const int scouts = pages.table({u"School"_s, u"Tigar"_s});
-        pages.exchangeNames(scouts, u"Phone"_s, u"Tigar"_s);
-        pages.exchangeNames(scouts, u"Years_In_Scouts"_s, u"Grade_In_School"_s);
-        auto boys = pages.rows(scouts);
-        boys[0].bytes.replace("\xF0\x3F", "\4\x40"); // 1 becomes 2.5
-        pages.setRows(scouts, boys);
+        using Rows = std::vector<JetPages::Row>;
+        // 1 becomes 2.5.
+        pages.change({u"School"_s, u"Tigar"_s}, [](Rows& scouts) { scouts[0].bytes.replace("\xF0\x3F", "\4\x40"); });
+        pages.exchangeNames(pages.table({u"School"_s, u"Tigar"_s}), u"Phone"_s, u"Tigar"_s);
+        pages.exchangeNames(pages.table({u"School"_s, u"Tigar"_s}), u"Years_In_Scouts"_s, u"Grade_In_School"_s);
         pages.replace(u"Other_Purchase_List"_s, u"x\"; DROP TABLE [y]'"_s);
-        const int catalogue = pages.table({u"ParentId"_s, u"DateUpdate"_s});
-        auto objects = pages.rows(catalogue);
-        for (JetPages::Row& object : objects) {
-            object.moved = true;
-            object.removed = object.bytes.contains(JetPages::wide(u"PackInfo"_s));
-        }
-        pages.setRows(catalogue, objects);
-        const int positions = pages.table({u"Position_Title"_s, u"Leader_SID"_s});
-        auto leaders = pages.rows(positions);
-        leaders[0].bytes.back() = 7; // the counter is Null
-        pages.setRows(positions, leaders);
-        const int adults = pages.table({u"Adult_SID"_s, u"WorkPhone"_s});
-        auto people = pages.rows(adults);
-        people[1].bytes[2] = 1; // the key of the first one
-        people[2].bytes.replace(JetPages::wide(u"a3@example.org"_s), "\xFF\xFEhalf\0\x3D\xD8\0 a letter........."_ba);
-        people[3].bytes.replace(JetPages::wide(u"a4@example.org"_s),
-                                "\xFF\xFEtwo\0\x3D\xD8\1\xDE\0 halves.........."_ba);
-        pages.setRows(adults, people);
-        const int awards = pages.table({u"Adult_SID"_s, u"Date_Assigned"_s});
-        auto rows = pages.rows(awards);
-        rows[3].moved = true;
-        rows[5].moved = rows[5].removed = true;
-        rows[7].removed = true;
-        constexpr double BeforeDayZero = -1.25;
-        memcpy(rows[9].bytes.data() + 6, &BeforeDayZero, sizeof BeforeDayZero);
-        pages.setRows(awards, rows);
-        writeFile(path(), pages.bytes());
-
+        pages.change({u"ParentId"_s, u"DateUpdate"_s}, [](Rows& catalogue) {
+            for (auto& [bytes, moved, removed] : catalogue) {
+                moved = true;
+                removed = bytes.contains(JetPages::wide(u"PackInfo"_s));
+            }
+        });
+        // The counter is Null.
+        pages.change({u"Position_Title"_s, u"Leader_SID"_s}, [](Rows& leaders) { leaders[0].bytes.back() = 7; });
+        pages.change({u"Adult_SID"_s, u"WorkPhone"_s}, [](Rows& adults) {
+            adults[1].bytes[2] = 1; // the key of the first one
+            adults[2].bytes.replace(JetPages::wide(u"a3@example.org"_s),
+                                    "\xFF\xFEhalf\0\x3D\xD8\0 a letter........."_ba);
+            adults[3].bytes.replace(JetPages::wide(u"a4@example.org"_s),
+                                    "\xFF\xFEtwo\0\x3D\xD8\1\xDE\0 halves.........."_ba);
+        });
+        pages.change({u"Adult_SID"_s, u"Date_Assigned"_s}, [](Rows& awards) {
+            awards[3].moved = awards[5].moved = awards[5].removed = awards[7].removed = true;
+            constexpr double BeforeDayZero = -1.25;
+            memcpy(awards[9].bytes.data() + 6, &BeforeDayZero, sizeof BeforeDayZero);
+        });
+        write(pages.bytes());
         (void)openDatabase(path());
-        QCOMPARE(answer("SELECT group_concat(Insignia_SID) FROM (SELECT * FROM Assigned_Awards_Adults LIMIT 7)"),
-                 "1,2,3,4,5,7,9"_ba);
-        QCOMPARE(answer("SELECT Date_Assigned FROM Assigned_Awards_Adults WHERE Date_Assigned LIKE '1899%'"),
-                 "1899-12-29 06:00:00"_ba);
-        QCOMPARE(answer("SELECT Item_Name, Quantity FROM \"x\"\"; DROP TABLE [y]'\""), "Slides|12"_ba);
-        QCOMPARE(answer("SELECT Email FROM Adults WHERE Adult_SID = 4"), "two😁 halves.........."_ba);
-        QCOMPARE(answer("SELECT Adult_SID, Email, Kept_Because FROM Adults_Kept"),
-                 "1|a2@example.org|the key is there already;"
-                 "3|half\\ud83d a letter.........|Email: half a letter"_ba);
-        QCOMPARE(answer("SELECT Leader_Pack_Assn, Kept_Because FROM Leader_Pack_Assn_Kept"),
-                 "Null|the key is missing"_ba);
-        QCOMPARE(answer("SELECT Tigar, Birth_Date, Kept_Because FROM Scouts_Kept WHERE Scout_SID = '1'"),
-                 "555-1001|1994-02-02|Tigar: the text is too long, Grade_In_School: the number has a fraction"_ba);
-        QCOMPARE(answer("SELECT Tigar, Phone FROM Scouts WHERE Scout_SID = 1"), "5|N"_ba);
+        for (const auto& [sql, rows] : std::initializer_list<std::pair<const char*, const char*>>{
+                 {"SELECT group_concat(Insignia_SID) FROM (SELECT * FROM Assigned_Awards_Adults LIMIT 7)",
+                  "1,2,3,4,5,7,9"},
+                 {"SELECT min(Date_Assigned) FROM Assigned_Awards_Adults", "1899-12-29 06:00:00"},
+                 {"SELECT Item_Name, Quantity FROM \"x\"\"; DROP TABLE [y]'\"", "Slides|12"},
+                 {"SELECT Email FROM Adults WHERE Adult_SID = 4", "two😁 halves.........."},
+                 {"SELECT Adult_SID, Email, Kept_Because FROM Adults_Kept",
+                  "1|a2@example.org|the key is there already;3|half\\ud83d a letter.........|Email: half a letter"},
+                 {"SELECT Leader_Pack_Assn, Kept_Because FROM Leader_Pack_Assn_Kept", "Null|the key is missing"},
+                 {"SELECT Tigar, Birth_Date, Kept_Because FROM Scouts_Kept WHERE Scout_SID = '1'",
+                  "555-1001|1994-02-02|Tigar: the text is too long, Grade_In_School: the number has a fraction"},
+                 {"SELECT Tigar, Phone FROM Scouts WHERE Scout_SID = 1", "5|N"}})
+            QCOMPARE(answer(sql), QByteArray(rows));
         QCOMPARE(m_told.size(), 1);
         for (const char* words :
              {"no table Other_Purchase_List", "no table PackInfo", "Adults: 2 rows are", "Scouts: 39 rows are"})
@@ -208,17 +181,16 @@ private Q_SLOTS:
         QFETCH(QString, damage);
         const QByteArray sound = readFile(Data + u"small-1.1.mdb"_s);
         QRandomGenerator random(static_cast<quint32>(damage.size()));
-        writeFile(path(), sound);
-        (void)openDatabase(path());
+        write(sound);
         const int rows = allRows(path());
         int refused = 0;
         for (int i = 0; i < tries(); ++i) {
             const QByteArray bytes = damaged(sound, damage, random);
             init();
-            writeFile(path(), bytes);
+            write(bytes);
             const QDeadlineTimer limit(20'000);
             const int failure = test::failureNumber([this] { return openDatabase(path()); });
-            const QByteArray name = u"%1 %2"_s.arg(damage).arg(i).toUtf8();
+            const QByteArray name = u"%1 %2: %3"_s.arg(damage).arg(i).arg(failure).toUtf8();
             QVERIFY2(!limit.hasExpired(), name.constData());
             if (failure == 0) {
                 QCOMPARE(readFile(kept()), bytes);
@@ -228,7 +200,7 @@ private Q_SLOTS:
                 continue;
             }
             ++refused;
-            QVERIFY2(failure == platform::DatabaseDamaged, (name + ' ' + QByteArray::number(failure)).constData());
+            QVERIFY2(failure == platform::DatabaseDamaged, name.constData());
             QCOMPARE(readFile(path()), bytes);
             QCOMPARE(files(), QStringList(u"Quorrel11.mdb"_s));
         }
@@ -239,15 +211,15 @@ private Q_SLOTS:
     void killedWhileOpening()
     {
         const QByteArray former = readFile(Data + u"small-1.1.mdb"_s);
+        write(former);
         QElapsedTimer whole;
         whole.start();
-        writeFile(path(), former);
         QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), {u"--open"_s, path()}), 0);
         const qint64 longest = whole.elapsed();
         const int rows = allRows(path());
         for (int i = 0; i < tries(); ++i) {
             init();
-            writeFile(path(), former);
+            write(former);
             QProcess opening;
             opening.start(QCoreApplication::applicationFilePath(), {u"--open"_s, path()});
             QVERIFY(opening.waitForStarted());
@@ -255,17 +227,16 @@ private Q_SLOTS:
             opening.kill();
             QVERIFY(opening.waitForFinished());
             QVERIFY(readFile(path()) == former || readFile(kept()) == former);
-            (void)openDatabase(path());
+            QCOMPARE(allRows(path()), rows);
             QCOMPARE(files().size(), 2);
             QCOMPARE(readFile(kept()), former);
-            QCOMPARE(allRows(path()), rows);
         }
     }
 
     // A program without its reader beside it doesn't know the format.
     void withoutTheReader()
     {
-        writeFile(path(), readFile(Data + u"small-1.1.mdb"_s));
+        write(readFile(Data + u"small-1.1.mdb"_s));
         const QString alone = m_folder->filePath(u"alone"_s);
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
         QCOMPARE(QProcess::execute(alone, {u"--open"_s, path()}), 3343 % 256);
@@ -275,6 +246,11 @@ private:
     [[nodiscard]] QString path() const { return m_folder->filePath(u"Quorrel11.mdb"_s); }
     [[nodiscard]] QString kept() const { return m_folder->filePath(u"Quorrel11 (former format).mdb"_s); }
     [[nodiscard]] QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden); }
+    void write(const QByteArray& bytes) const
+    {
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
     [[nodiscard]] QByteArray answer(const char* sql) const { return sqlite(path(), sql).join(u';').toUtf8(); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -284,9 +260,8 @@ private:
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == u"--open")
-        return test::failureNumber([&] { return openDatabase(arguments.value(2)); }) % 256;
+    if (argc > 2 && argv[1] == "--open"_ba)
+        return test::failureNumber([argv] { return openDatabase(QFile::decodeName(argv[2])); }) % 256;
     tst_jet tests;
     return QTest::qExec(&tests, argc, argv);
 }

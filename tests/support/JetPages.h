@@ -8,6 +8,13 @@
 namespace orlo::test
 {
 
+/// A file's bytes, none without the file.
+inline QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// The pages of a Jet 4 file, to change a sample's tables below the level of any program that writes such files.
 class JetPages
 {
@@ -18,13 +25,7 @@ public:
         bool removed = false; ///< has been taken out
     };
 
-    explicit JetPages(const QString& path)
-    {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            qFatal("no %s", qPrintable(path));
-        m_bytes = file.readAll();
-    }
+    explicit JetPages(const QString& path) : m_bytes(readFile(path)) {}
     [[nodiscard]] const QByteArray& bytes() const { return m_bytes; }
 
     /// The text as it stands in the file.
@@ -67,6 +68,14 @@ public:
             }
         }
         return found;
+    }
+    /// Changes the rows of the table that has all these fields.
+    template <class Change>
+    void change(const QStringList& fields, const Change& change)
+    {
+        auto changed = rows(table(fields));
+        change(changed);
+        setRows(table(fields), changed);
     }
     /// Gives the table other rows on new pages; its old ones are no longer part of it.
     void setRows(int table, const std::vector<Row>& rows)

@@ -129,6 +129,8 @@ Definitions readDefinitions(HelperStream& stream)
         if (!taken.contains(query, Qt::CaseInsensitive))
             read.report.append(QStringLiteral("The stored query %1 is left in the old file.").arg(query));
     }
+    for (auto left = stream.number<std::uint32_t>(); left > 0; --left)
+        read.report.append(QStringLiteral("The table %1 is in another file and stays there.").arg(stream.text()));
     const auto tables = stream.number<std::uint32_t>();
     if (tables == 0 || tables > MostTables)
         throw damaged(QStringLiteral("It has no such number of tables."));

@@ -14,6 +14,7 @@ namespace
 constexpr qint64 Megabyte = 1 << 20;
 constexpr qint64 MostGrowth = 16; // of a file into its stream
 constexpr qsizetype MostReason = 300;
+constexpr qsizetype MostSaid = 1 << 16; // bytes
 
 // The helper limits its own processor time; this is for one that sleeps, or a machine that is busy.
 qint64 patience(qint64 fileSize)
@@ -48,6 +49,9 @@ HelperStream::HelperStream(const QString& helper, const QString& file)
     for (const char* name : {"MDBICONV", "MDB_JET3_CHARSET", "MDBOPTS", "MDBPATH"})
         environment.remove(QLatin1String(name));
     m_process.setProcessEnvironment(environment);
+    // The library may complain without end; the reason comes last.
+    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process,
+                     [this] { m_said = (m_said + m_process.readAllStandardError()).right(MostSaid); });
     m_process.start(helper, {file}, QIODevice::ReadOnly);
 }
 
@@ -100,7 +104,7 @@ void HelperStream::raiseFailure()
 {
     if (m_process.state() == QProcess::Running && !m_process.waitForFinished(100))
         throw damaged(QStringLiteral("Reading it takes too long."));
-    const QByteArrayList lines = m_process.readAllStandardError().split('\n');
+    const QByteArrayList lines = m_said.split('\n');
     for (const QByteArray& line : lines)
         if (line.startsWith("orlo-jet: "))
             throw damaged(QString::fromUtf8(line.mid(10, MostReason)));

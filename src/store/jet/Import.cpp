@@ -4,12 +4,14 @@
 #include "store/engine/BulkLoad.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/engine/Conversion.h"
 #include "store/engine/Rows.h"
 #include "store/engine/TableSql.h"
 #include "store/jet/Definitions.h"
 #include "store/jet/HelperStream.h"
 
 #include <QElapsedTimer>
+#include <QLocale>
 
 #include <cmath>
 
@@ -21,9 +23,10 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr double FirstDay = -657434; // 1/1/100
-constexpr double LastDay = 2958465;  // 12/31/9999
-constexpr qsizetype SureDigits = 15; // of a double
+constexpr double FirstDay = -657434;          // 1/1/100
+constexpr double LastDay = 2958465;           // 12/31/9999
+constexpr qsizetype SureDigits = 15;          // of a double
+constexpr qsizetype LongestText = 33'000'000; // letters, of up to three bytes each in the new file
 constexpr qsizetype MostLines = 12;
 constexpr qsizetype MostReasons = 3;
 constexpr int ProgressEvery = 100; // ms
@@ -49,6 +52,35 @@ Came day(double serial)
     return {DateTime{date, QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds) * 1000)}, {}, {}};
 }
 
+// Halves of a letter have no place in UTF-8; beside it they stand as their numbers.
+Came letters(const QString& text)
+{
+    if (text.size() > LongestText)
+        throw damaged(QStringLiteral("A text is too long for the new file."));
+    if (text.isValidUtf16())
+        return {text, {}, {}};
+    QString shown;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar letter = text[i];
+        const bool whole = letter.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (letter.isSurrogate() && !whole)
+            shown += QStringLiteral("\\u%1").arg(letter.unicode(), 4, 16);
+        else
+            shown += whole ? text.mid(i++, 2) : QString(letter);
+    }
+    return {QString::fromUtf8(text.toUtf8()), QStringLiteral("half a letter"), shown};
+}
+
+// Digits without the zeros that only fill up.
+qsizetype countDigits(const QString& number)
+{
+    QStringView text = number;
+    while (number.contains(u'.') && text.endsWith(u'0'))
+        text.chop(1);
+    const auto* first = std::ranges::find_if(text, [](QChar letter) { return letter > u'0' && letter <= u'9'; });
+    return std::count_if(first, text.end(), [](QChar letter) { return letter.isDigit(); });
+}
+
 Came readCell(HelperStream& stream)
 {
     switch (stream.number<Cell>()) {
@@ -69,7 +101,7 @@ Came readCell(HelperStream& stream)
     case Cell::Day:
         return day(stream.number<double>());
     case Cell::Letters:
-        return {stream.text(), {}, {}};
+        return letters(stream.text());
     }
     throw damaged(QStringLiteral("A value is of no known kind."));
 }
@@ -83,7 +115,7 @@ QString textOf(const Came& came)
     if (came.value.isDate())
         return QString::fromLatin1(isoText(came.value.toDate()));
     if (came.value.isNumber())
-        return QString::number(came.value.toDouble(), 'g', 17);
+        return QString::number(came.value.toDouble(), 'g', QLocale::FloatingPointShortest);
     return came.value.textOrEmpty();
 }
 
@@ -108,6 +140,11 @@ QString refusalOf(int number)
     default:
         return QStringLiteral("a value of another type");
     }
+}
+
+bool isWhole(FieldType type)
+{
+    return type == FieldType::Integer || type == FieldType::Long;
 }
 
 // Fills one table of the new file.
@@ -204,8 +241,10 @@ private:
                 reasons.append(QStringLiteral("%1: %2").arg(m_fields[i]->name, problem));
         try {
             for (std::size_t i = 0; i < m_row.size(); ++i)
-                if (isTextual(m_fields[i]->type) && !m_fields[i]->allowZeroLength && m_row[i].value.isText() &&
-                    m_row[i].value.isEmpty())
+                if (m_fields[i]->autoIncrement && m_row[i].value.isNull()) // which would be given a number
+                    throw RuntimeError(platform::NullInPrimaryKey);
+                else if (isTextual(m_fields[i]->type) && !m_fields[i]->allowZeroLength && m_row[i].value.isText() &&
+                         m_row[i].value.isEmpty())
                     throw RuntimeError(platform::ZeroLengthNotAllowed);
             m_load.addRow();
         } catch (const RuntimeError& error) {
@@ -235,20 +274,25 @@ private:
             m_load.set(at, nothing                                                                 ? Value()
                            : isTextual(field.type) && !came.value.isText() && !came.value.isNull() ? Value(textOf(came))
                                                                                                    : came.value);
-            const bool digits = field.type == FieldType::Double && came.value.isText();
-            if (digits && std::ranges::count_if(came.value.toText(), &isDigit) > SureDigits)
+            if (came.value.isNull() || nothing)
+                return problem;
+            if (field.type == FieldType::Double && came.value.isText() && countDigits(came.value.toText()) > SureDigits)
                 problem = QStringLiteral("more digits than a number keeps");
+            if (isWhole(field.type)) {
+                const double number = converted(came.value, {{}, FieldType::Double}).toDouble();
+                if (number != std::trunc(number))
+                    problem = QStringLiteral("the number has a fraction");
+            }
         } catch (const RuntimeError& error) {
             problem = refusalOf(error.number());
-            if (error.number() == platform::FieldTooSmall)
-                m_load.set(at, came.value.toText().left(field.size));
-            else
+            if (error.number() == platform::FieldTooSmall) {
+                const QString text = came.value.isText() ? came.value.toText() : textOf(came);
+                m_load.set(at, text.left(field.size - (text[field.size].isLowSurrogate() ? 1 : 0)));
+            } else
                 m_load.set(at, Value());
         }
         return problem;
     }
-
-    static bool isDigit(QChar letter) { return letter.isDigit(); }
 
     HelperStream& m_stream;
     Connection& m_connection;

@@ -7,6 +7,7 @@
 ///
 ///   Signature
 ///   queries: count (32 bits), a name each
+///   tables whose rows are in other files: the same
 ///   tables: count (32 bits), each of them: name, rows that it should have (32 bits), fields (16 bits), each of these:
 ///     name, Kind, size in characters (16 bits)
 ///   for each table again: rows, each of them RowFollows and a Cell for each field; then TableEnds

@@ -1,0 +1,67 @@
+#include "jet/Limits.h"
+
+#include "jet/Output.h"
+
+#include <cerrno>
+#include <csignal>
+
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orlo::jet
+{
+
+namespace
+{
+
+constexpr std::uint64_t Megabyte = 1 << 20;
+// One byte of the file is at most a few of the stream: a letter becomes two, a Null's bit a byte.
+constexpr std::uint64_t MostGrowth = 16;
+
+void limit(int resource, rlim_t most)
+{
+    const rlimit limits{most, most};
+    setrlimit(static_cast<__rlimit_resource>(resource), &limits);
+}
+
+} // namespace
+
+std::uint64_t limitOurselves(const char* file)
+{
+    struct stat status {
+    };
+    if (::stat(file, &status) != 0)
+        fail("There is no file to read.");
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_FSIZE, 0);
+    limit(RLIMIT_CPU, 5 + size / (2 * Megabyte));
+#ifndef __SANITIZE_ADDRESS__ // which reserves more addresses than there could ever be memory
+    limit(RLIMIT_AS, 512 * Megabyte + 4 * size);
+#endif
+    return MostGrowth * (size + Megabyte);
+}
+
+bool send(std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+void leave(int status)
+{
+    _exit(status);
+}
+
+} // namespace orlo::jet

@@ -1,0 +1,47 @@
+#include "platform/FileLock.h"
+
+#include "platform/RuntimeError.h"
+
+#include <QDeadlineTimer>
+#include <QThread>
+
+#include <cerrno>
+
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace orlo::platform
+{
+
+namespace
+{
+
+constexpr int BusyMilliseconds = 2000;
+constexpr int LookEvery = 10; // ms
+
+} // namespace
+
+FileLock::FileLock(const QString& path) : m_file(path)
+{
+    QDeadlineTimer patience(BusyMilliseconds);
+    bool open = m_file.open(QIODevice::ReadOnly);
+    // The lock of a process that was ended lives on for a moment in a program that it was about to start.
+    while (open && ::flock(m_file.handle(), LOCK_EX | LOCK_NB) != 0) {
+        open = (errno == EWOULDBLOCK || errno == EINTR) && !patience.hasExpired();
+        QThread::msleep(LookEvery);
+    }
+    if (!open)
+        throw RuntimeError(CannotLockFile, QStringLiteral("FileSystem"));
+}
+
+bool FileLock::isOn(const QString& path) const
+{
+    struct stat ours {
+    };
+    struct stat named {
+    };
+    return ::fstat(m_file.handle(), &ours) == 0 && ::stat(QFile::encodeName(path).constData(), &named) == 0 &&
+           ours.st_ino == named.st_ino && ours.st_dev == named.st_dev;
+}
+
+} // namespace orlo::platform

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+namespace orlo::platform
+{
+
+/// Keeps other processes that lock the same file away from it for as long as the object lives; it needs no right to
+/// write the file.
+class FileLock
+{
+public:
+    /// Waits up to two seconds for a process that has it. A native path. Raises 3050.
+    explicit FileLock(const QString& path);
+
+    /// False once the path names another file than the locked one.
+    [[nodiscard]] bool isOn(const QString& path) const;
+
+private:
+    QFile m_file;
+};
+
+} // namespace orlo::platform
