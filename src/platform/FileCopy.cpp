@@ -2,8 +2,10 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 
 #include <cerrno>
 #include <cstdio>
@@ -23,6 +25,11 @@ namespace
 constexpr std::size_t BlockSize = 1 << 20; // bytes
 constexpr qint64 StatBlock = 512;          // bytes, the unit of st_blocks
 constexpr mode_t ModeBits = 0777;
+// Where SQLite's locks lie, and how long one of them is waited for.
+constexpr off_t LocksAt = 0x40000000;
+constexpr off_t LocksLength = 512;
+constexpr off_t SharedLocksAt = LocksAt + 2;
+constexpr int BusyMilliseconds = 2000;
 
 // What a failed call of the operating system is to the program; a file or folder that isn't there differs by the call.
 int numberOf(int code, int missing)
@@ -137,6 +144,24 @@ void pour(const Handle& source, Handle& file)
     file.close();
 }
 
+// Keeps other programs from changing a database file as long as it is open here, or from using it at all. One that is
+// in the middle of a change is waited for a while; half a change must not be copied, nor be copied over.
+void lock(int descriptor, short type)
+{
+    struct flock range {
+    };
+    range.l_type = type;
+    range.l_whence = SEEK_SET;
+    range.l_start = type == F_RDLCK ? SharedLocksAt : LocksAt;
+    range.l_len = LocksAt + LocksLength - range.l_start;
+    QDeadlineTimer patience(BusyMilliseconds);
+    while (::fcntl(descriptor, F_OFD_SETLK, &range) != 0 && (errno == EAGAIN || errno == EACCES)) {
+        if (patience.hasExpired())
+            raise(EACCES);
+        QThread::msleep(10);
+    } // a volume without locks has nobody to wait for
+}
+
 void flushFolder(const QString& file)
 {
     const Handle folder(::open(QFile::encodeName(QFileInfo(file).path()).constData(), O_RDONLY | O_DIRECTORY));
@@ -150,10 +175,14 @@ class Copy
 public:
     Copy(const QString& source, const QString& target)
         : m_source(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC)),
-          m_target(QFile::encodeName(target)), m_part(QFile::encodeName(target + QStringLiteral(".part")))
+          m_old(::open(QFile::encodeName(target).constData(), O_RDWR | O_CLOEXEC)), m_target(QFile::encodeName(target)),
+          m_part(QFile::encodeName(target + QStringLiteral(".part")))
     {
         if (m_source.get() < 0)
             raise(errno, FileNotFound);
+        lock(m_source.get(), F_RDLCK);
+        if (m_old.get() >= 0)
+            lock(m_old.get(), F_WRLCK);
     }
 
     void beside()
@@ -210,6 +239,7 @@ public:
 
 private:
     Handle m_source;
+    Handle m_old; // what the target names so far, if it is there
     QByteArray m_target;
     QByteArray m_part;
 };

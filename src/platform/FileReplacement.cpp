@@ -16,6 +16,8 @@ namespace orlo::platform
 namespace
 {
 
+constexpr qint64 BlockSize = 1 << 20; // bytes
+
 void check(int result)
 {
     if (result != 0)
@@ -29,18 +31,34 @@ void flush(const QString& path, int flags)
 {
     const int handle = ::open(QFile::encodeName(path).constData(), flags | O_RDONLY | O_CLOEXEC);
     check(handle < 0 ? -1 : 0);
-    const int result = ::fsync(handle);
+    const bool done = ::fsync(handle) == 0 || errno == EINVAL || errno == ENOSYS; // not every volume knows it
+    const int code = errno;
     ::close(handle);
-    check(result);
+    errno = code;
+    check(done ? 0 : -1);
 }
 
+bool haveSameContents(const QString& path, const QString& other)
+{
+    QFile one(path);
+    QFile two(other);
+    if (!one.open(QIODevice::ReadOnly) || !two.open(QIODevice::ReadOnly) || one.size() != two.size())
+        return false;
+    while (!one.atEnd())
+        if (const QByteArray block = one.read(BlockSize); block.isEmpty() || block != two.read(BlockSize))
+            return false;
+    return true;
+}
+
+// One that isn't there, or that has the file's contents already: after a process that ended before it was done, or for
+// a file that comes a second time.
 QString freeName(const QFileInfo& file, const QString& note)
 {
     const QString suffix = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
     for (int number = 1;; ++number) {
         const QString words = number == 1 ? note : QStringLiteral("%1 %2").arg(note).arg(number);
         QString name = QStringLiteral("%1/%2 (%3)%4").arg(file.path(), file.completeBaseName(), words, suffix);
-        if (!QFileInfo::exists(name))
+        if (!QFileInfo::exists(name) || haveSameContents(name, file.filePath()))
             return name;
     }
 }
@@ -54,7 +72,7 @@ QString putInPlace(const QString& path, const QString& finished, const QString& 
     flush(finished, 0);
     const QByteArray name = QFile::encodeName(path);
     // A second name for the old file first, or a copy where the volume knows no second names.
-    if (::link(name.constData(), QFile::encodeName(kept).constData()) != 0)
+    if (!QFileInfo::exists(kept) && ::link(name.constData(), QFile::encodeName(kept).constData()) != 0)
         copyOver(path, kept);
     check(::rename(QFile::encodeName(finished).constData(), name.constData()));
     flush(file.path(), O_DIRECTORY);

@@ -41,7 +41,8 @@ public:
     /// Copies a file, flushed to disk before it takes the destination's name: a copy that breaks off leaves what stood
     /// there. Only where the volume can't hold the old file and the new one does the new one take the old one's room.
     /// Raises 53 without the source, 76 without the folder, 58 if the destination is there and not to be overwritten,
-    /// 61 when the disk is full, 68 when the device fails, 70 for what may not be read or written, 75 else.
+    /// 61 when the disk is full, 68 when the device fails, 70 for what may not be read or written, or
+    /// what another program is writing, 75 else.
     void copyFile(const QString& source, const QString& destination, bool overwrite) const;
     /// Raises 53 for a missing file, 70 for one that may not be deleted.
     void deleteFile(const QString& path, bool force) const;

@@ -115,6 +115,48 @@ private Q_SLOTS:
         QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{"6000"});
     }
 
+    // One byte of the header that tells another kind of file, other pages or a part of them; a journal doesn't outlive
+    // the file that it is for, and who may use the file may go on doing so.
+    void header_data()
+    {
+        QTest::addColumn<int>("at");
+        QTest::addColumn<int>("byte");
+        QTest::newRow("magic") << 0 << 0;
+        QTest::newRow("page size") << 16 << 0x20;
+        QTest::newRow("format to write") << 18 << 3;
+        QTest::newRow("reserved bytes") << 20 << 200;
+    }
+    void header()
+    {
+        QFETCH(int, at);
+        QFETCH(int, byte);
+        const QString path = fresh();
+        QByteArray bytes = contents(path);
+        bytes[at] = char(byte);
+        write(path, bytes);
+        write(path + "-journal", "x");
+        QFile::setPermissions(path, QFile::Permissions(0x6660));
+        DBEngine::repairDatabase(path);
+        QCOMPARE(rowsOf(path), m_rows);
+        QVERIFY(!QFile::exists(path + "-journal"));
+        QVERIFY(QFile::permissions(path) & QFile::WriteGroup);
+    }
+
+    void version10()
+    {
+        const QString path = m_folder.filePath("10.mdb");
+        auto made = DBEngine::createDatabase(path);
+        createSchema10(made);
+        made.close();
+        sqlite(path, "Insert Into Adults (Adult_SID) Values (1), (2)");
+        const int page = sqlite(path, "Select rootpage From sqlite_master Where name = 'Dens'")[0].toInt();
+        write(path, contents(path).replace((page - 1) * PageSize, PageSize, QByteArray(PageSize, '\0')));
+        const QByteArray look = "Select Count(*) From Adults; Select Count(*) From sqlite_master Where type = 'table'";
+        const QStringList before = sqlite(path, look);
+        DBEngine::repairDatabase(path);
+        QCOMPARE(sqlite(path, look), before);
+    }
+
     // Bytes overwritten at random, or the end cut off: whatever happens, it is told in a number, and most rows of the
     // pages that were not touched come back.
     void randomDamage()

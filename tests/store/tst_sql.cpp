@@ -88,6 +88,7 @@ private Q_SLOTS:
             Select * From Older                                                | fixed 2 2
             Select * From People Where SID = 0                                 | updatable 0 5
             Select Den From People Where Den = (Select Max(Den) From People)   | updatable 1 1
+            Select SID From People Limit 3                                     | fixed 3 1
         )");
     }
     void shapes()

@@ -144,18 +144,31 @@ static bool isOwnTrigger(Connection& connection, const QString& table, const QBy
 void dropForeignTriggers(Connection& connection)
 {
     QList<QByteArray> foreign;
+    QStringList freed;
     {
         auto triggers = connection.statement("SELECT name, tbl_name, sql FROM sqlite_master WHERE type = 'trigger'");
         while (triggers.step()) {
             const TableInfo* table = connection.table(triggers.text(1));
             QByteArray sql = triggers.text(2).toUtf8();
             sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TRIGGER IF NOT EXISTS");
-            if (!table || table->isQuery || !isOwnTrigger(connection, table->name, sql))
-                foreign.append(quoted(triggers.text(0)));
+            const bool onTable = table && !table->isQuery;
+            if (onTable && isOwnTrigger(connection, table->name, sql))
+                continue;
+            foreign.append(quoted(triggers.text(0)));
+            if (onTable && !freed.contains(table->name))
+                freed.append(table->name);
         }
     }
+    if (foreign.isEmpty())
+        return;
+    Transaction transaction(connection);
     for (const QByteArray& trigger : foreign)
         connection.run("DROP TRIGGER " + trigger);
+    // A foreign one may have stood in the place of the table's own.
+    for (const QString& table : freed)
+        for (const QByteArray& trigger : keyTriggers(readTable(connection, table)))
+            connection.run(trigger);
+    transaction.commit();
 }
 
 void createTable(Connection& connection, const TableDef& table)

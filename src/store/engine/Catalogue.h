@@ -20,7 +20,8 @@ void dropTable(Connection& connection, QStringView name);
 void createIndex(Connection& connection, const QString& table, const Index& index);
 /// Makes those of a table's indexes, and of the triggers that keep its unique texts apart, that aren't there yet.
 void addIndexes(Connection& connection, const TableDef& table);
-/// Drops the triggers that aren't the engine's own. They would run in the program's name at its next write.
+/// Drops the triggers that aren't the engine's own, which would run in the program's name at its next write, and makes
+/// the own ones of the tables that they stood on anew.
 void dropForeignTriggers(Connection& connection);
 /// Makes the table that keeps the given texts of queries, where it isn't there yet.
 void createQueryTexts(Connection& connection);

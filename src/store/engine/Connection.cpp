@@ -30,6 +30,8 @@ constexpr int MostLooks = 2000;
 constexpr sqlite3_int64 MostMemory = 1 << 30; // bytes, for sorting above all
 constexpr std::size_t MostStatements = 64;
 constexpr qsizetype MostTexts = 256;
+constexpr qsizetype FileHead = 19; // bytes, up to the version of the format that writes it
+constexpr int LastFormat = 2;
 
 QString raiser()
 {
@@ -86,8 +88,12 @@ void Connection::checkFile() const
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly) || !info.isWritable())
         throw RuntimeError(platform::CannotLockFile, raiser());
-    if (file.read(16) != QByteArray("SQLite format 3", 16))
+    const QByteArray head = file.read(FileHead);
+    if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
         throw RuntimeError(platform::UnrecognisedFormat, raiser());
+    // SQLite would take the file for a later version's, to be read only.
+    if (head.size() == FileHead && static_cast<unsigned char>(head.back()) > LastFormat)
+        throw RuntimeError(platform::DatabaseDamaged, raiser());
     setStrayJournalAside(m_file);
 }
 

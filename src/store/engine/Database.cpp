@@ -4,6 +4,7 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/engine/Journal.h"
 #include "store/engine/RecordsetImpl.h"
 #include "store/engine/Repair.h"
 #include "store/jet/Takeover.h"
@@ -164,8 +165,10 @@ void Database::createQueryDef(const QString& name, const QString& sql)
 
 Database DBEngine::openDatabase(const QString& path)
 {
-    if (const QString file = platform::nativePath(path); isFormerFormat(file))
+    if (const QString file = platform::nativePath(path); isFormerFormat(file)) {
+        setJournalAside(file); // that format knows none
         takeOver(file);
+    }
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Open);
     dropForeignTriggers(*connection);
     return Database(std::move(connection));

@@ -80,12 +80,18 @@ void setStrayJournalAside(const QString& path)
     QFile file(path);
     if (!journal.open(QIODevice::ReadOnly) || !file.open(QIODevice::ReadOnly))
         return;
-    if (!isStray(journal, file.read(FirstPageHead)))
+    if (isStray(journal, file.read(FirstPageHead)))
+        setJournalAside(path);
+}
+
+void setJournalAside(const QString& path)
+{
+    const QString journal = path + QStringLiteral("-journal");
+    if (!QFile::exists(journal))
         return;
-    const QString aside = journal.fileName() + QStringLiteral(".stray");
-    journal.close();
+    const QString aside = journal + QStringLiteral(".stray");
     QFile::remove(aside);
-    QFile::rename(journal.fileName(), aside);
+    QFile::rename(journal, aside);
 }
 
 } // namespace orlo::store

@@ -9,5 +9,7 @@ namespace orlo::store
 /// the file has been put back from a copy since: rolled back, it would overwrite the copy with pages of the lost file.
 /// In doubt it stays. Native path.
 void setStrayJournalAside(const QString& file);
+/// Moves the journal beside a file out of the way, whatever it is for: the file is about to be replaced as a whole.
+void setJournalAside(const QString& file);
 
 } // namespace orlo::store

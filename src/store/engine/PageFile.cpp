@@ -18,6 +18,10 @@ namespace
 
 constexpr qsizetype FileHeader = 100; // bytes before the first page's own
 constexpr qsizetype UsualPageSize = 4096;
+constexpr qsizetype SmallestPageSize = 512;
+constexpr qsizetype LargestPageSize = 65536;
+// A page is looked at a few times, and a sound file's chains of pages don't meet.
+constexpr qint64 MostTimesFollowed = 8;
 constexpr char LeafMark = 13;
 constexpr char InteriorMark = 5;
 constexpr qsizetype MostLocal = 35; // bytes that a page keeps beside a payload that fits it
@@ -72,6 +76,31 @@ RawValue readValue(qint64 kind, QByteArrayView bytes)
     return number;
 }
 
+// How well a file fits pages of a size: they begin with one of the marks that its tables and indexes use.
+double fit(QByteArrayView file, qsizetype size)
+{
+    const qsizetype pages = file.size() / size;
+    double marked = 0;
+    for (qsizetype page = 1; page < pages; ++page)
+        marked += QByteArrayView("\x02\x05\x0a\x0d").contains(file[page * size]) ? 1 : 0;
+    return pages > 1 ? marked * marked / static_cast<double>(pages) : 0;
+}
+
+// What the header says of the pages' size holds if it agrees with their number and the file's length.
+qsizetype pageSizeOf(QByteArrayView file)
+{
+    const auto stated = bigEndian<quint16>(file, 16);
+    const qsizetype size = stated == 1 ? LargestPageSize : stated;
+    const bool possible = size >= SmallestPageSize && std::has_single_bit(static_cast<quint32>(size));
+    if (possible && size * qsizetype(bigEndian<quint32>(file, 28)) == file.size())
+        return size;
+    qsizetype best = possible ? size : UsualPageSize;
+    for (qsizetype other = SmallestPageSize; other <= LargestPageSize; other *= 2)
+        if (fit(file, other) > fit(file, best))
+            best = other;
+    return best;
+}
+
 // None unless the record's header and the size that was stated for it agree.
 std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 stated)
 {
@@ -102,12 +131,8 @@ PageFile::PageFile(const QString& path) : m_file(path)
         throw RuntimeError(platform::PermissionDenied, QStringLiteral("PageFile"));
     if (const auto* bytes = m_file.map(0, m_file.size()))
         m_bytes = QByteArrayView(bytes, m_file.size());
-    const auto stated = bigEndian<quint16>(m_bytes, 16);
-    m_pageSize = stated == 1 ? 65536 : stated;
-    if (m_pageSize < 512 || !std::has_single_bit(static_cast<quint32>(m_pageSize)))
-        m_pageSize = UsualPageSize;
-    const qsizetype reserved = m_bytes.size() > 20 ? static_cast<unsigned char>(m_bytes[20]) : 0;
-    m_usable = m_pageSize - (m_pageSize - reserved >= 480 ? reserved : 0);
+    m_pageSize = pageSizeOf(m_bytes);
+    m_leftToFollow = MostTimesFollowed * m_bytes.size();
     m_pageCount = static_cast<quint32>(m_bytes.size() / m_pageSize);
 }
 
@@ -115,7 +140,7 @@ QByteArrayView PageFile::pageBytes(quint32 page) const
 {
     if (page < 1 || page > m_pageCount)
         return {};
-    return m_bytes.sliced((page - 1) * m_pageSize, m_usable);
+    return m_bytes.sliced((page - 1) * m_pageSize, m_pageSize);
 }
 
 PageFile::Kind PageFile::kind(quint32 page) const
@@ -133,10 +158,10 @@ std::vector<qsizetype> PageFile::cells(quint32 page) const
     const QByteArrayView bytes = pageBytes(page);
     const qsizetype header = page == 1 ? FileHeader : 0;
     const qsizetype list = header + (kind(page) == Kind::Interior ? 12 : 8);
-    const qsizetype count = std::min<qsizetype>(bigEndian<quint16>(bytes, header + 3), (m_usable - list) / 2);
+    const qsizetype count = std::min<qsizetype>(bigEndian<quint16>(bytes, header + 3), (m_pageSize - list) / 2);
     std::vector<qsizetype> found;
     for (qsizetype i = 0; i < count; ++i)
-        if (const qsizetype at = bigEndian<quint16>(bytes, list + 2 * i); at >= list + 2 && at < m_usable)
+        if (const qsizetype at = bigEndian<quint16>(bytes, list + 2 * i); at >= list + 2 && at < m_pageSize)
             found.push_back(at);
     return found;
 }
@@ -155,12 +180,16 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
 {
     std::vector<RawRecord> found;
     const QByteArrayView bytes = pageBytes(page);
+    qsizetype left = 2 * m_pageSize; // sound cells don't lie over each other; of damaged ones some may
     for (qsizetype cell : cells(page)) {
+        if (left <= 0)
+            break;
         const auto size = variable(bytes, cell);
         const auto key = size ? variable(bytes, cell) : std::nullopt;
         if (!key || *size < 1 || *size > m_bytes.size())
             continue;
         const Payload whole = payload(bytes, cell, *size);
+        left -= std::min<qsizetype>(*size, m_pageSize - cell);
         if (auto values = readValues(whole.bytes, whole.stated))
             found.push_back({*key, std::move(*values)});
     }
@@ -170,23 +199,24 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
 // A payload that doesn't fit its page goes on in a chain of pages of its own.
 PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 size) const
 {
-    const qsizetype most = m_usable - MostLocal;
+    const qsizetype most = m_pageSize - MostLocal;
     qsizetype local = size;
     if (size > most) {
-        const qsizetype least = (m_usable - 12) * 32 / 255 - 23;
-        local = least + (size - least) % (m_usable - 4);
+        const qsizetype least = (m_pageSize - 12) * 32 / 255 - 23;
+        local = least + (size - least) % (m_pageSize - 4);
         if (local > most)
             local = least;
     }
-    Payload result{page.sliced(at, std::clamp<qsizetype>(m_usable - at, 0, local)).toByteArray(), size};
+    Payload result{page.sliced(at, std::clamp<qsizetype>(m_pageSize - at, 0, local)).toByteArray(), size};
     if (local == size || result.bytes.size() < local)
         return result;
     quint32 next = bigEndian<quint32>(page, at + local);
-    while (result.bytes.size() < size) {
+    while (result.bytes.size() < size && m_leftToFollow > 0) {
         const QByteArrayView more = pageBytes(next);
         if (more.isEmpty() || more[0] == LeafMark || more[0] == InteriorMark)
             break;
-        result.bytes += more.sliced(4, std::min<qsizetype>(m_usable - 4, size - result.bytes.size()));
+        result.bytes += more.sliced(4, std::min<qsizetype>(m_pageSize - 4, size - result.bytes.size()));
+        m_leftToFollow -= m_pageSize;
         next = bigEndian<quint32>(more, 0);
     }
     return result;
@@ -201,7 +231,7 @@ std::vector<quint32> PageFile::freePages() const
         if (bytes.isEmpty() || kind(trunk) != Kind::Other)
             break;
         found.push_back(trunk);
-        const auto count = std::min<qsizetype>(bigEndian<quint32>(bytes, 4), m_usable / 4 - 2);
+        const auto count = std::min<qsizetype>(bigEndian<quint32>(bytes, 4), m_pageSize / 4 - 2);
         for (qsizetype i = 0; i < count; ++i)
             found.push_back(bigEndian<quint32>(bytes, 8 + 4 * i));
         trunk = bigEndian<quint32>(bytes, 0);

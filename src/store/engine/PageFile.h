@@ -52,9 +52,9 @@ private:
 
     QFile m_file;
     QByteArrayView m_bytes;
-    qsizetype m_pageSize = 0;
-    qsizetype m_usable = 0; // bytes of a page that hold data
+    qsizetype m_pageSize = 0; // bytes; the program's files reserve none of them for anything else
     quint32 m_pageCount = 0;
+    mutable qint64 m_leftToFollow = 0; // bytes of chains, so that crossed ones don't take for ever
 };
 
 } // namespace orlo::store

@@ -6,6 +6,7 @@
 #include "store/Schema.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/engine/Journal.h"
 #include "store/engine/PageFile.h"
 #include "store/engine/Source.h"
 #include "store/engine/TableSql.h"
@@ -378,6 +379,8 @@ void Salvage::makeKeys()
     for (const CatalogueRow& object : m_catalogue)
         if (object.type == "index" && object.sql.startsWith("CREATE ") && !isMade(object.name))
             makeAgain(object.sql);
+    if (!isMade(QStringLiteral("sqlite_sequence")))
+        return; // no table numbers its rows
     auto made = m_made.statement("SELECT name, seq FROM sqlite_sequence");
     while (made.step())
         m_counters[made.text(0)] = std::max(m_counters.value(made.text(0)), made.integer(1));
@@ -406,16 +409,20 @@ void Salvage::makeQueries()
 
 } // namespace
 
-void repairFile(const QString& file)
+void repairFile(const QString& path)
 {
-    if (!QFileInfo(file).isFile())
+    if (!QFileInfo(path).isFile())
         throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
+    const QString file = QFileInfo(path).canonicalFilePath(); // a link goes on naming the repaired file
     if (compact(file))
         return;
     const QString made = file + QStringLiteral(".repair");
     QFile::remove(made);
+    QFile::remove(made + QStringLiteral("-journal"));
     try {
         Salvage(file, made).run();
+        QFile::setPermissions(made, QFileInfo(file).permissions());
+        setJournalAside(file);
         platform::putInPlace(file, made, QStringLiteral("damaged"));
     } catch (const RuntimeError&) {
         QFile::remove(made);

@@ -132,6 +132,7 @@ private:
             case Keyword::DistinctRow:
             case Keyword::Union:
             case Keyword::Join:
+            case Keyword::Limit: // the rows stand as they were cut off; nothing can follow
                 if (depth == 0)
                     return;
                 break;
@@ -156,8 +157,7 @@ private:
         if (isName(m_tokens[after]))
             alias = nameOf(m_tokens[after++]);
         const Token& behind = m_tokens[after];
-        if (behind.kind != Kind::End && behind.keyword != Keyword::Where && behind.keyword != Keyword::Order &&
-            behind.keyword != Keyword::FirstOfTail)
+        if (behind.kind != Kind::End && behind.keyword != Keyword::Where && behind.keyword != Keyword::Order)
             return;
         m_from = from;
         m_columnsStart = m_out.size();
@@ -255,7 +255,7 @@ private:
                 m_inSet = m_assigning = true;
             break;
         case Keyword::Order:
-        case Keyword::FirstOfTail:
+        case Keyword::Limit:
             if (m_parens.isEmpty())
                 m_result.orderStart = token.keyword == Keyword::Order ? m_out.size() : -1;
             break;

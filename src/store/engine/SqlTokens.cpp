@@ -17,7 +17,6 @@ struct KeywordName {
     Keyword keyword;
 };
 
-// FirstOfTail: what ends the single source of a Select without joining another to it.
 constexpr KeywordName Keywords[] = {
     {QLatin1String("all"), Keyword::All},           {QLatin1String("as"), Keyword::As},
     {QLatin1String("avg"), Keyword::Sum},           {QLatin1String("count"), Keyword::Sum},
@@ -29,7 +28,7 @@ constexpr KeywordName Keywords[] = {
     {QLatin1String("inner"), Keyword::Join},        {QLatin1String("insert"), Keyword::Insert},
     {QLatin1String("intersect"), Keyword::Union},   {QLatin1String("into"), Keyword::Into},
     {QLatin1String("isnull"), Keyword::IsNull},     {QLatin1String("join"), Keyword::Join},
-    {QLatin1String("left"), Keyword::Left},         {QLatin1String("limit"), Keyword::FirstOfTail},
+    {QLatin1String("left"), Keyword::Left},         {QLatin1String("limit"), Keyword::Limit},
     {QLatin1String("max"), Keyword::Sum},           {QLatin1String("min"), Keyword::Sum},
     {QLatin1String("natural"), Keyword::Join},      {QLatin1String("null"), Keyword::Null},
     {QLatin1String("on"), Keyword::Join},           {QLatin1String("order"), Keyword::Order},

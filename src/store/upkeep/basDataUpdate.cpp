@@ -1,8 +1,12 @@
 #include "store/upkeep/basDataUpdate.h"
 
+#include "platform/FileSystem.h"
 #include "shell/Module1.h"
 #include "store/Schema.h"
+#include "store/engine/Journal.h"
 #include "widgets/MessageBox.h"
+
+#include <QFile>
 
 namespace orlo
 {
@@ -99,8 +103,7 @@ void rebuildScoutAwards()
 {
     const QString awards = QStringLiteral("Assigned_Awards_Scouts");
     TableDef passing(QStringLiteral("AAS_TMP"));
-    addFields(passing, awards,
-              {u"Scout_SID", u"Insignia_SID", u"Date_Assigned", u"Year", u"Month", u"Quantity"});
+    addFields(passing, awards, {u"Scout_SID", u"Insignia_SID", u"Date_Assigned", u"Year", u"Month", u"Quantity"});
     database().appendTableDef(passing);
     copyAwards(awards, passing.name(), false);
     database().deleteTableDef(awards);
@@ -122,11 +125,26 @@ void extendScouts()
 {
     TableDef table = database().tableDef(u"Scouts");
     addFields(table, table.name(),
-              {u"Alt_Parent_Address", u"Alt_Parent_City", u"Alt_Parent_State", u"Alt_Parent_Zip", u"Parent1_Email",
-               u"Parent1_Use_Scout_Add", u"Parent1_Home_Phone", u"Parent1_Work_Phone", u"Parent1_Correspondance",
-               u"Parent2_Work_Phone", u"Parent2_Use_Scout_Add", u"Parent2_Email", u"Parent2_Correspondance",
-               u"Grade_In_School", u"Boys_Life", u"BSA_Number", u"Scouts_Email", u"Parent2_Home_Phone",
-               u"Parent1_Den_Leader_SID", u"Parent2_Den_Leader_SID"});
+              {u"Alt_Parent_Address",
+               u"Alt_Parent_City",
+               u"Alt_Parent_State",
+               u"Alt_Parent_Zip",
+               u"Parent1_Email",
+               u"Parent1_Use_Scout_Add",
+               u"Parent1_Home_Phone",
+               u"Parent1_Work_Phone",
+               u"Parent1_Correspondance",
+               u"Parent2_Work_Phone",
+               u"Parent2_Use_Scout_Add",
+               u"Parent2_Email",
+               u"Parent2_Correspondance",
+               u"Grade_In_School",
+               u"Boys_Life",
+               u"BSA_Number",
+               u"Scouts_Email",
+               u"Parent2_Home_Phone",
+               u"Parent1_Den_Leader_SID",
+               u"Parent2_Den_Leader_SID"});
     Recordset scouts = database().openRecordset(table.name());
     forEachRecord(scouts, [&] {
         scouts.edit();
@@ -137,6 +155,25 @@ void extendScouts()
     scouts.close();
 }
 
+QByteArray contents(const QString& path)
+{
+    QFile file(platform::nativePath(path));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// A run that was killed left half a change in the file, and its journal the way back, which the safety copy must not
+// be without. But where the safety copy was put back since, the journal is for the file that it replaced.
+void settleJournal(const QString& path, const QString& safetyCopy)
+{
+    const QString native = platform::nativePath(path);
+    if (!QFile::exists(native + QStringLiteral("-journal")) || !gFileSystem.fileExists(path))
+        return;
+    if (contents(path) == contents(safetyCopy))
+        store::setJournalAside(native);
+    else
+        store::DBEngine::openDatabase(path).close();
+}
+
 } // namespace
 
 bool UpdateDatabaseFile()
@@ -145,6 +182,7 @@ bool UpdateDatabaseFile()
     const QString safetyCopy = gAppPath + QStringLiteral("\\QuorrelOld_10.mdb");
     widgets::message(QStringLiteral("The ORLO Database will now be updated to work with this new version of software."),
                      QStringLiteral("Update Database"));
+    settleJournal(old, safetyCopy);
     gFileSystem.copyFile(old, safetyCopy, true);
     if (!gFileSystem.fileExists(safetyCopy))
         return false;
@@ -154,6 +192,7 @@ bool UpdateDatabaseFile()
     database().deferFlushing();
     ApplyUpdateSteps();
     database().close();
+    store::setJournalAside(platform::nativePath(databasePath())); // it is for the file that goes
     gFileSystem.copyFile(old, databasePath(), true);
     if (!gFileSystem.fileExists(databasePath()))
         return false;
