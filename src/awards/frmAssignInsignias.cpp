@@ -29,12 +29,14 @@ constexpr int SourceDenWidth = 450;
 constexpr int SelectedHeaderHeight = 500;
 constexpr int SourceHeaderHeight = 300;
 
+// Names are matched without regard to case; the two lists spell the link to the den differently.
 QString packQuery(const QString& type)
 {
+    const QString den = type == ScoutType ? QStringLiteral("assigned_Den_SID") : QStringLiteral("Assigned_Den_SID");
     return QStringLiteral("Select First_Name, Last_Name, Den_Number, Den_Type, %1_SID From %1s LEFT JOIN Dens ON "
-                          "%1s.Assigned_Den_SID = Dens.Den_SID Where %1s.Active = 'Y' "
+                          "%1s.%2 = Dens.Den_SID Where %1s.Active = 'Y' "
                           "Order by Last_Name, First_Name, MI")
-        .arg(type);
+        .arg(type, den);
 }
 
 QString denQuery(const QString& type, const QString& denSID)

@@ -102,7 +102,7 @@ void CriticalError()
                        .arg(WebSite);
     else if (gErrNumber != 0)
         gErrText = QStringLiteral("A Critical Error has occurred. The application will shut down. Please report the "
-                                  "error information on the Error Detail tab to Tollbeck.\n\nWeb Site: %1")
+                                  "error information on the Error Detail tab to Tollbeck.\r\rWeb Site: %1")
                        .arg(WebSite);
     widgets::Instance<dlgError>::showWaiting();
     platform::pendingError::clear();

@@ -23,8 +23,10 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        const bool key = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4;
-        if (!key && event->type() != QEvent::MouseButtonDblClick)
+        const bool key = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4 &&
+                         static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier;
+        // A field that takes no input gets its mouse events here all the same.
+        if (!m_field->isEnabled() || (!key && event->type() != QEvent::MouseButtonDblClick))
             return QObject::eventFilter(watched, event);
         widgets::Instance<dlgCalendar>::showWaiting();
         if (!gCalendarDate.isEmpty()) {

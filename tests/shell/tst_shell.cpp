@@ -256,6 +256,7 @@ mnuHelp|&Help
         escape | kept
         close  | kept
         page   | 3/1/2001
+        disabled | kept
     )");
     }
     void calendar()
@@ -264,8 +265,9 @@ mnuHelp|&Help
         platform::setToday(QDate(2026, 11, 24));
         QLineEdit field("kept");
         openCalendarOnDoubleClick(&field);
+        field.setDisabled(how == QLatin1String("disabled"));
         field.show();
-        QTimer::singleShot(50, qApp, [how] {
+        QTimer::singleShot(50, &field, [how] {
             QWidget* dialog = topLevel("dlgCalendar");
             auto& month = test::control<widgets::Calendar>(*dialog, "ccCalendar");
             if (how == QLatin1String("page"))
