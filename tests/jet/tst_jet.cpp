@@ -2,6 +2,7 @@
 #include "store/Schema.h"
 #include "store/jet/Takeover.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/JetPages.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
@@ -246,11 +247,7 @@ private:
     [[nodiscard]] QString path() const { return m_folder->filePath(u"Quorrel11.mdb"_s); }
     [[nodiscard]] QString kept() const { return m_folder->filePath(u"Quorrel11 (former format).mdb"_s); }
     [[nodiscard]] QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden); }
-    void write(const QByteArray& bytes) const
-    {
-        QFile file(path());
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
+    void write(const QByteArray& bytes) const { test::write(path(), bytes); }
     [[nodiscard]] QByteArray answer(const char* sql) const { return sqlite(path(), sql).join(u';').toUtf8(); }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -9,6 +9,7 @@
 #include "reports/frmCreatePurchaseList.h"
 #include "reports/frmReportsMenu.h"
 #include "shell/mdiPendrake.h"
+#include "support/Files.h"
 #include "support/PrintedFile.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
@@ -36,10 +37,7 @@ INSERT INTO Adults (Adult_SID, First_Name, Last_Name, MI, Active) VALUES (12, 'C
 
 QByteArray script(const QString& name)
 {
-    QFile file(ORLO_SOURCE_DIR "/tests/reportscreens/" + name);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("no %s", qPrintable(name));
-    return file.readAll();
+    return test::contents(ORLO_SOURCE_DIR "/tests/reportscreens/" + name);
 }
 
 struct Screen {

@@ -1,4 +1,5 @@
 #include "store/Schema.h"
+#include "support/Files.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -22,12 +23,6 @@ Run newdb(const QStringList& arguments)
     process.start(ORLO_BUILD_DIR "/tools/newdb", arguments);
     const bool finished = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
     return {finished ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardError())};
-}
-
-void write(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 
 } // namespace
@@ -78,8 +73,8 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(QString, error);
         const QByteArray escaped = content.toUtf8().replace("\\r", "\r").replace("\\xFC", "\xFC");
-        write(csv(file + ".csv"), QByteArray(escaped).replace("\\0", QByteArray(1, '\0')));
-        write(csv("Adults.csv"), "Adult_SID\n1\n");
+        orlo::test::write(csv(file + ".csv"), QByteArray(escaped).replace("\\0", QByteArray(1, '\0')));
+        orlo::test::write(csv("Adults.csv"), "Adult_SID\n1\n");
         const Run run = newdb({out(), "--from", csv()});
         QCOMPARE(run.status, 1);
         QVERIFY2(run.errors.contains(file + ".csv:") && run.errors.contains(error), qPrintable(run.errors));
@@ -88,10 +83,11 @@ private Q_SLOTS:
 
     void cellsBecomeValues()
     {
-        write(csv("scouts.CSV"), "\xEF\xBB\xBFScout_SID,first_name,Note,Birth_Date,Boys_Life,City,School,BSA_Number\r\n"
-                                 "\r\n"
-                                 "7,\"Zo\xC3\xAB \"\"Z\"\"\",\"a,\r\nb\",6/7/2016,yes,,\"\",\"\"\r\n"
-                                 "8,O'Brien,,2016-06-07,0,\" \",x,12 ");
+        orlo::test::write(csv("scouts.CSV"),
+                          "\xEF\xBB\xBFScout_SID,first_name,Note,Birth_Date,Boys_Life,City,School,BSA_Number\r\n"
+                          "\r\n"
+                          "7,\"Zo\xC3\xAB \"\"Z\"\"\",\"a,\r\nb\",6/7/2016,yes,,\"\",\"\"\r\n"
+                          "8,O'Brien,,2016-06-07,0,\" \",x,12 ");
         QCOMPARE(newdb({out(), "--from", csv()}).errors, QString());
         QCOMPARE(made(), QStringList("new.mdb"));
         // A field that no file names takes its default.
@@ -112,7 +108,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, file);
         if (file != "none")
-            write(csv("Den_Titles.csv"), file.toUtf8());
+            orlo::test::write(csv("Den_Titles.csv"), file.toUtf8());
         QCOMPARE(newdb({out(), "--from", csv()}).errors, QString());
         QTEST(rows("Select Den_Title From Den_Titles Order By Den_Title"), "titles");
         QCOMPARE(rows("Select Count(*) From Pack_Positions"), "10");
@@ -120,7 +116,7 @@ private Q_SLOTS:
 
     void leavesExistingFileAlone()
     {
-        write(out(), "mine");
+        orlo::test::write(out(), "mine");
         const Run run = newdb({out()});
         QVERIFY(run.status == 1 && run.errors.contains("is there already"));
         QFile file(out());
@@ -150,8 +146,8 @@ private Q_SLOTS:
 
     void version10()
     {
-        write(csv("Purchase_List.csv"), "Insignia_SID,Award_Name,Award_Type\n1,a,b\n");
-        write(csv("Assigned_Awards_Scouts.csv"), "Scout_SID,Insignia_SID\n1,2\n1,2\n");
+        orlo::test::write(csv("Purchase_List.csv"), "Insignia_SID,Award_Name,Award_Type\n1,a,b\n");
+        orlo::test::write(csv("Assigned_Awards_Scouts.csv"), "Scout_SID,Insignia_SID\n1,2\n1,2\n");
         QCOMPARE(newdb({out(), "--from", csv(), "--version", "1.0"}).errors, QString());
         QCOMPARE(rows("Assigned_Awards_Scouts").count(u';'), 1);
         Database database = DBEngine::openDatabase(out());

@@ -1,5 +1,6 @@
 #include "store/Schema.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Sqlite.h"
 
 #include <QDir>
@@ -10,8 +11,10 @@
 #include <QTest>
 
 using namespace orlo::store;
+using orlo::test::contents;
 using orlo::test::failureNumber;
 using orlo::test::sqlite;
+using orlo::test::write;
 
 namespace
 {
@@ -28,19 +31,6 @@ QSet<QString> rowsOf(const QString& path)
             rows += table.name() + u'|' + row;
     }
     return rows;
-}
-
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-        qFatal("%s", qPrintable(file.errorString()));
 }
 
 } // namespace

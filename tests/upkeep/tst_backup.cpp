@@ -4,6 +4,7 @@
 #include "scouts/frmScouts.h"
 #include "store/upkeep/frmDataBackup.h"
 #include "store/upkeep/frmRestorBackup.h"
+#include "support/Files.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/DriveList.h"
@@ -24,12 +25,6 @@ using widgets::Instance;
 
 namespace
 {
-
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
-}
 
 void limitFiles(rlim_t most)
 {
@@ -71,10 +66,10 @@ struct Place : test::AppFolder {
     {
         QStringList found;
         for (QDirIterator at(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); at.hasNext();) {
-            const QByteArray bytes = contents(at.next());
-            const QString content = bytes.size() != size          ? QString::number(bytes.size())
-                                    : bytes == contents(database) ? "db"
-                                                                  : "S";
+            const QByteArray bytes = test::contents(at.next());
+            const QString content = bytes.size() != size                ? QString::number(bytes.size())
+                                    : bytes == test::contents(database) ? "db"
+                                                                        : "S";
             found += at.filePath().mid(root.size() + 1).replace("Quorrel11_Backup", "B") + '=' + content;
         }
         found.sort();
@@ -257,7 +252,7 @@ good      | F | restored | d   | 0
             Screen<frmRestorBackup>().go("yes ok ok");
         };
         QCOMPARE(test::failureInChild("", restore), "Run-time error '91':");
-        QCOMPARE(contents(place.database), "garbage");
+        QCOMPARE(test::contents(place.database), "garbage");
     }
 
     void lists()

@@ -1,6 +1,7 @@
 #include "store/upkeep/basDataUpdate.h"
 #include "store/upkeep/frmDataBackup.h"
 #include "store/upkeep/frmRestorBackup.h"
+#include "support/Files.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 #include "widgets/DriveList.h"
@@ -146,21 +147,12 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString file(const QString& name) const { return m_folder.filePath(name); }
-    [[nodiscard]] QByteArray bytes(const QString& name) const
-    {
-        QFile from(file(name));
-        return from.open(QIODevice::ReadOnly) ? from.readAll() : QByteArray();
-    }
+    [[nodiscard]] QByteArray bytes(const QString& name) const { return test::contents(file(name)); }
     [[nodiscard]] QString look(const QString& name, const QByteArray& sql) const
     {
         return sqlite(file(name), sql).join(';');
     }
-    void put(const QString& name, const QByteArray& content) const
-    {
-        QFile to(file(name));
-        if (!to.open(QIODevice::WriteOnly) || to.write(content) != content.size())
-            qFatal("%s", qPrintable(to.errorString()));
-    }
+    void put(const QString& name, const QByteArray& content) const { test::write(file(name), content); }
     void make(const QString& name, void (*tables)(store::Database&), const QByteArray& sql)
     {
         QFile::remove(file("made"));

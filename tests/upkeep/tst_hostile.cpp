@@ -7,6 +7,7 @@
 #include "platform/RuntimeError.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
+#include "support/Files.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 
@@ -66,12 +67,6 @@ int useFile(const QString& folder)
     return QApplication::exec();
 }
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 class tst_hostile : public QObject
@@ -100,7 +95,7 @@ private Q_SLOTS:
         QFile::copy(ORLO_SOURCE_DIR "/src/layouts/DenAssign.grd", m_folder.path() + "/DenAssign.grd");
         QFile::copy(ORLO_SOURCE_DIR "/src/layouts/Den_Titles.grd", m_folder.path() + "/Den_Titles.grd");
         QFile::copy(ORLO_SOURCE_DIR "/src/layouts/Pack_Titles.grd", m_folder.path() + "/Pack_Titles.grd");
-        m_whole = contents(m_file);
+        m_whole = test::contents(m_file);
         QCOMPARE(use(), Well);
     }
 
@@ -108,7 +103,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("sql");
         QTest::addColumn<int>("end");
-        const auto row = [](const char* harm, const QByteArray& sql, End end) { QTest::newRow(harm) << sql << int(end); };
+        const auto row = [](const char* harm, const QByteArray& sql, End end) {
+            QTest::newRow(harm) << sql << int(end);
+        };
         const QByteArray endless = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n) Select i ";
         const QByteArray trigger = "Create Trigger x After Insert On Scouts Begin ";
         const QByteArray dens = "Drop Table Dens;Create View Dens As Select ";
@@ -178,9 +175,7 @@ private:
         QDir folder(m_folder.path());
         for (const QString& old : folder.entryList({"Quorrel11*"}))
             folder.remove(old);
-        QFile file(m_file);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("%s", qPrintable(file.errorString()));
+        test::write(m_file, bytes);
     }
     // How a child that uses the file ends; -1 if it was killed or didn't end.
     [[nodiscard]] int use() const

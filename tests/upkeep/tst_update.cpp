@@ -2,6 +2,7 @@
 
 #include "shell/mdiPendrake.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 
@@ -42,8 +43,13 @@ QStringList catalogue(store::Database& database)
         QStringList parts{name};
         const store::TableDef table = database.tableDef(name);
         for (const auto& field : table.fields())
-            parts += QString("%1 %2(%3) %4%5%6").arg(field.name).arg(int(field.type)).arg(field.size)
-                         .arg(field.allowZeroLength).arg(field.autoIncrement).arg(field.defaultValue.textOrEmpty());
+            parts += QString("%1 %2(%3) %4%5%6")
+                         .arg(field.name)
+                         .arg(int(field.type))
+                         .arg(field.size)
+                         .arg(field.allowZeroLength)
+                         .arg(field.autoIncrement)
+                         .arg(field.defaultValue.textOrEmpty());
         for (const auto& index : table.indexes())
             parts += index.name + index.fields.join(u'+') + (index.primary ? " primary" : "");
         lines += parts.join("; ");
@@ -65,9 +71,7 @@ private Q_SLOTS:
     {
         const OldFolder folder;
         sqlite(folder.file("Quorrel11.mdb"), "Insert Into Dens (Den_SID) Values (99)"); // newer, and overwritten
-        QFile old(folder.file());
-        QVERIFY(old.open(QIODevice::ReadOnly));
-        const QByteArray before = old.readAll();
+        const QByteArray before = test::contents(folder.file());
         const auto told = test::answerNext();
         mdiPendrake frame;
         frame.show();
@@ -77,9 +81,7 @@ private Q_SLOTS:
                  "Update Database: The ORLO Database will now be updated to work with this new version of software.");
 
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList({"Quorrel11.mdb", "QuorrelOld_10.mdb"}));
-        QFile kept(folder.file("QuorrelOld_10.mdb"));
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QVERIFY(kept.readAll() == before);
+        QVERIFY(test::contents(folder.file("QuorrelOld_10.mdb")) == before);
         QCOMPARE(sqlite(folder.file("Quorrel11.mdb"), "Pragma integrity_check"), QStringList{"ok"});
         auto fresh = store::DBEngine::createDatabase(folder.file("fresh.mdb"));
         store::createSchema(fresh);
@@ -120,7 +122,8 @@ private Q_SLOTS:
         QFETCH(QString, last);
         const OldFolder folder;
         const QByteArray name = QTest::currentDataTag();
-        sqlite(folder.file(), number == 3010 ? "Create Table " + name + " (a TEXT(1))" : "Create View " + name + " As Select 1");
+        sqlite(folder.file(),
+               number == 3010 ? "Create Table " + name + " (a TEXT(1))" : "Create View " + name + " As Select 1");
         const auto update = [] {
             test::answerNext();
             return UpdateDatabaseFile();
@@ -142,7 +145,11 @@ private Q_SLOTS:
     void aFileOfVersion11IsRefused()
     {
         const test::AppFolder folder;
-        QCOMPARE(test::failureNumber([] { ApplyUpdateSteps(); return 0; }), 3010);
+        QCOMPARE(test::failureNumber([] {
+                     ApplyUpdateSteps();
+                     return 0;
+                 }),
+                 3010);
     }
 
     void emptyTablesPass()

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QFile>
+
+namespace orlo::test
+{
+
+/// A file's bytes; "none" where there is no file.
+inline QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
+}
+
+/// Makes a file of these bytes, in the place of one that may be there; the test program ends where that fails.
+inline void write(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("%s", qPrintable(file.errorString()));
+}
+
+} // namespace orlo::test
