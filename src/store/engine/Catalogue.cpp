@@ -1,6 +1,7 @@
 #include "store/engine/Catalogue.h"
 
 #include "platform/RuntimeError.h"
+#include "store/Schema.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/TableSql.h"
@@ -137,8 +138,15 @@ void addIndexes(Connection& connection, const TableDef& table)
 
 static bool isOwnTrigger(Connection& connection, const QString& table, const QByteArray& sql)
 {
-    const auto own = keyTriggers(readTable(connection, table));
-    return std::ranges::find(own, sql) != own.end();
+    const auto has = [&sql](const TableDef& definition) {
+        const auto own = keyTriggers(definition);
+        return std::ranges::find(own, sql) != own.end();
+    };
+    // The usual tables are known without reading the catalogue, which every start would wait for.
+    if (const TableDef* usual = schema::findTable(table); usual && has(*usual))
+        return true;
+    const TableInfo* found = connection.table(table);
+    return found && !found->isQuery && has(readTable(connection, found->name));
 }
 
 void dropForeignTriggers(Connection& connection)
@@ -148,14 +156,13 @@ void dropForeignTriggers(Connection& connection)
     {
         auto triggers = connection.statement("SELECT name, tbl_name, sql FROM sqlite_master WHERE type = 'trigger'");
         while (triggers.step()) {
-            const TableInfo* table = connection.table(triggers.text(1));
             QByteArray sql = triggers.text(2).toUtf8();
             sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TRIGGER IF NOT EXISTS");
-            const bool onTable = table && !table->isQuery;
-            if (onTable && isOwnTrigger(connection, table->name, sql))
+            if (isOwnTrigger(connection, triggers.text(1), sql))
                 continue;
             foreign.append(quoted(triggers.text(0)));
-            if (onTable && !freed.contains(table->name))
+            const TableInfo* table = connection.table(triggers.text(1));
+            if (table && !table->isQuery && !freed.contains(table->name))
                 freed.append(table->name);
         }
     }
