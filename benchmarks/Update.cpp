@@ -72,7 +72,8 @@ void updatePlain(const PlainDatabase& file)
     forEachRow(file, "SELECT * FROM Assigned_Awards_Scouts", "INSERT INTO AAS_TMP VALUES(?1, ?2, ?3, ?4, ?5, 1)");
     file.run("DROP TABLE Assigned_Awards_Scouts");
     createPlain(file, *findTable(u"Assigned_Awards_Scouts"));
-    forEachRow(file, "SELECT * FROM AAS_TMP", "INSERT INTO Assigned_Awards_Scouts VALUES(?1, ?2, ?3, ?4, ?5, NULL, ?6)");
+    forEachRow(file, "SELECT * FROM AAS_TMP",
+               "INSERT INTO Assigned_Awards_Scouts VALUES(?1, ?2, ?3, ?4, ?5, NULL, ?6)");
     file.run("DROP TABLE AAS_TMP");
     const auto& fields = findTable(u"Scouts")->fields();
     for (std::size_t i = findTable(u"Scouts", store::SchemaVersion::V10)->fields().size(); i < fields.size(); ++i)

@@ -20,11 +20,11 @@ struct Subject {
 };
 
 constexpr Subject Subjects[] = {
-    {"records", bench::walkRecords}, {"statements", bench::prepareStatements},
-    {"assign", bench::assignAwards}, {"purchase", bench::createPurchaseList},
-    {"report", bench::printReport},  {"grid", bench::fillPackGrid},
-    {"form", bench::walkRecordForm}, {"scouts", bench::openScouts},
-    {"adults", bench::openAdults},   {"start", bench::startProgram},
+    {"records", bench::walkRecords},  {"statements", bench::prepareStatements},
+    {"assign", bench::assignAwards},  {"purchase", bench::createPurchaseList},
+    {"report", bench::printReport},   {"grid", bench::fillPackGrid},
+    {"form", bench::walkRecordForm},  {"scouts", bench::openScouts},
+    {"adults", bench::openAdults},    {"start", bench::startProgram},
     {"update", bench::updateOldFile}, {"jet", bench::openFormerFile},
 };
 

@@ -259,7 +259,8 @@ Row JetFile::crack(const Table& table, int start, std::size_t size) const
         const MdbColumn& field = *table.fields[static_cast<std::size_t>(cell.colnum)];
         // A row that is older than the field doesn't have it, whatever stands where its mark would be.
         if (cell.is_null || field.col_num >= present) {
-            const std::size_t mark = static_cast<std::size_t>(start) + size - marks + field.col_num / 8;
+            const std::size_t mark =
+                static_cast<std::size_t>(start) + size - marks + static_cast<std::size_t>(field.col_num / 8);
             if (field.col_num < present && (m_file->pg_buf[mark] >> field.col_num % 8 & 1))
                 damaged(table); // it is there, but the row is too short for it
             row.emplace_back();

@@ -68,7 +68,7 @@ QString freeName(const QFileInfo& file, const QString& note)
 QString putInPlace(const QString& path, const QString& finished, const QString& note)
 {
     const QFileInfo file(path);
-    const QString kept = freeName(file, note);
+    QString kept = freeName(file, note);
     flush(finished, 0);
     const QByteArray name = QFile::encodeName(path);
     // A second name for the old file first, or a copy where the volume knows no second names.

@@ -112,7 +112,8 @@ void Connection::harden()
     sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LongestValue);
     sqlite3_hard_heap_limit64(MostMemory);
     sqlite3_progress_handler(
-        m_db, StepsBetweenLooks, [](void* self) { return ++static_cast<Connection*>(self)->looks > MostLooks ? 1 : 0; }, this);
+        m_db, StepsBetweenLooks, [](void* self) { return ++static_cast<Connection*>(self)->looks > MostLooks ? 1 : 0; },
+        this);
     addFunctions(m_db);
     sqlite3_set_authorizer(m_db, guard, this);
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"

@@ -39,16 +39,15 @@ void frmDataBackup::BackupDatabase()
 {
     try {
         copyDatabase();
+        return;
     } catch (const platform::RuntimeError& error) {
         platform::pendingError::set(error);
     }
-    const auto failure = platform::pendingError::get();
-    if (!failure)
-        return;
+    const platform::RuntimeError failure = *platform::pendingError::get();
     platform::pendingError::clear();
     widgets::warn(lines({NotMade, QStringLiteral("Please correct the error below and try again"), QString(),
-                         QStringLiteral("Error: ") + failure->description(),
-                         QStringLiteral("Error Number: ") + QString::number(failure->number()),
+                         QStringLiteral("Error: ") + failure.description(),
+                         QStringLiteral("Error Number: ") + QString::number(failure.number()),
                          QStringLiteral("Backup path and file: ") + ui->lstDir->path() + gDbName}),
                   ErrorTitle);
     if (gDatabase && gDatabase->isOpen()) // the open forms' record sets live on that one; it only must be there still
