@@ -12,7 +12,7 @@ set -E
 starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens the database there and has no complaint
     "$2" 2>"$here/complaints" & pid=$!
     for _ in {1..300}; do
-        opened=$(find "/proc/$pid/fd" -lname "$1/Quorrel11.mdb")
+        opened=$(find "/proc/$pid/fd" -lname "$1/Quorrel11.mdb" 2>/dev/null) || : # a file closed in between fails find
         [ -z "$opened" ] || break
         sleep 0.1
     done
