@@ -17,13 +17,15 @@ namespace
 {
 
 constexpr int Scouts = 10'000;
-constexpr int Awards = 200'000;
+constexpr int FewScouts = Scouts / 10;
+constexpr int AwardsOfScout = 20;
 const PeopleList<frmScouts> List{"Scouts", Scouts};
 
 QByteArray awardedSql(int scouts)
 {
-    return "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " + QByteArray::number(Awards) +
-           ") INSERT INTO Assigned_Awards_Scouts SELECT 1 + i % " + QByteArray::number(scouts) +
+    return "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " +
+           QByteArray::number(scouts * AwardsOfScout) + ") INSERT INTO Assigned_Awards_Scouts SELECT 1 + i % " +
+           QByteArray::number(scouts) +
            ", 1 + i * 7919 % 110, d, strftime('%Y', d) + 0, strftime('%m', d) + 0, NULL, NULL"
            " FROM (SELECT i, date('2025-01-01', (i * 31 % 700) || ' days') AS d FROM n);";
 }
@@ -103,11 +105,11 @@ void openScouts(Table& table)
     const PlainDatabase plain(file.path());
     double few = 0;
     {
-        const PackFile small(packSql(1'000));
+        const PackFile small(packSql(FewScouts));
         const OpenPack pack(small);
         form().show();
-        (void)clickRows(1'000);
-        few = clickRows(1'000);
+        (void)clickRows(FewScouts);
+        few = clickRows(FewScouts);
     }
     const OpenPack pack(file);
     const Work plainList = [&] { return List.fillPlain(plain); };
@@ -117,7 +119,6 @@ void openScouts(Table& table)
     const Work clicks = [] { return clickRows(Scouts); };
     table.compare({"50 clicks in the list, 200,000 awards", "the same reads, C API", 3.0, clicks,
                    [&] { return readRows(plain, sids); }, 9});
-    // A tenth of the scouts holds ten times the awards each.
     table.compare({"50 clicks: ten times the scouts", "1,000 scouts", 1.2, clicks, [few] { return few; }, 9});
     table.compare({"filter by den and back", "query into a plain list", 2.0, filterAndBack, plainList, 9});
 }

@@ -51,7 +51,9 @@ QString ListBox::list(int index) const
 
 void ListBox::setListIndex(int index)
 {
-    setCurrentItem(index == -1 ? nullptr : &row(index));
+    if (index < -1 || index >= count())
+        throw platform::RuntimeError(platform::InvalidProcedureCall);
+    setCurrentRow(index); // by its number: a row's item would be looked for all over the list
     if (index == -1)
         clearSelection();
 }
