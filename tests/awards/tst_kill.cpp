@@ -14,7 +14,7 @@ using namespace orlo;
 namespace
 {
 
-constexpr int MostTimes = 2000;         // far more than a child gets to before its end
+constexpr int MostTimes = 20'000;       // far more than a child gets to before its end
 constexpr quint32 LongestDelay = 30000; // microseconds from the first time on
 
 // What a child does time and again, for the n-th time. Every row that the engine acknowledged is there for good.

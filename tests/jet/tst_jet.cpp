@@ -189,7 +189,7 @@ private Q_SLOTS:
             const QByteArray bytes = damaged(sound, damage, random);
             init();
             write(bytes);
-            const QDeadlineTimer limit(20'000);
+            const QDeadlineTimer limit(60'000);
             const int failure = test::failureNumber([this] { return openDatabase(path()); });
             const QByteArray name = u"%1 %2: %3"_s.arg(damage).arg(i).arg(failure).toUtf8();
             QVERIFY2(!limit.hasExpired(), name.constData());

@@ -48,13 +48,13 @@ echo >>"$given/AwardListing.rpt"
 for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do echo mine >>"$user/$file"; done
 echo >>"$given/PurchaseList.rpt"
 cp -r "$user" "$here/before"
-for _ in 1 2; do [ "$(timeout 20 "$launcher")" = newer ]; done
+for _ in 1 2; do [ "$(timeout 60 "$launcher")" = newer ]; done
 for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do cmp "$here/before/$file" "$user/$file"; done
 cmp "$given/AwardListing.rpt" "$user/AwardListing.rpt"
 
 # Many first starts at once, of a user who has put an earlier version's file there.
 XDG_DATA_HOME="$here/second" user="$here/second/orlo"
 mkdir -p "$user" && touch "$user/quorrel.MDB"
-[ "$(for _ in {1..8}; do timeout 20 "$launcher" & done; wait)" = "$(printf 'newer\n%.0s' {1..8})" ]
+[ "$(for _ in {1..8}; do timeout 60 "$launcher" & done; wait)" = "$(printf 'newer\n%.0s' {1..8})" ]
 diff -r -x .package -x '*.[mM][dD][bB]' "$given" "$user"
 [ ! -e "$user/Quorrel11.mdb" ]

@@ -8,6 +8,8 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
 
+#include <ctime>
+
 using namespace orlo;
 
 namespace
@@ -312,8 +314,7 @@ private Q_SLOTS:
         for (int number = 0; number < 10'000; ++number)
             titles += QStringLiteral("T%1|%2").arg(number).arg(number);
         Screen screen(titles);
-        QElapsedTimer clock;
-        clock.start();
+        const std::clock_t start = std::clock(); // processor time, whatever else the machine does
         for (int turn = 0; turn < 80; ++turn) {
             const int row = turn * 7'777 % 10'000;
             screen.goTo(row, Rank);
@@ -323,7 +324,8 @@ private Q_SLOTS:
         screen.typeInto(7'777, Title, "last");
         screen.goTo(10'000, Title);
         QVERIFY(screen.stored().contains("last|7777"));
-        QVERIFY2(clock.elapsed() < 10'000, qPrintable(QString::number(clock.elapsed())));
+        const auto seconds = (std::clock() - start) / CLOCKS_PER_SEC;
+        QVERIFY2(seconds < 10, qPrintable(QString::number(seconds)));
     }
 };
 
