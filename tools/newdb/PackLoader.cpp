@@ -20,13 +20,6 @@ using store::Value;
 namespace
 {
 
-const Field* findField(const TableDef& table, const QString& name)
-{
-    const auto same = [&name](const Field& field) { return field.name.compare(name, Qt::CaseInsensitive) == 0; };
-    const auto found = std::ranges::find_if(table.fields(), same);
-    return found == table.fields().end() ? nullptr : &*found;
-}
-
 // The fields that the header line names, in its order.
 std::vector<const Field*> readHeader(CsvReader& reader, const TableDef& table)
 {
@@ -35,7 +28,7 @@ std::vector<const Field*> readHeader(CsvReader& reader, const TableDef& table)
         throw CsvError({}, QStringLiteral("the file has no header line"));
     std::vector<const Field*> fields;
     for (const CsvCell& cell : header) {
-        const Field* field = findField(table, cell.text);
+        const Field* field = table.findField(cell.text);
         if (!field)
             throw CsvError(cell.place, QStringLiteral("%1 has no field \"%2\"").arg(table.name(), cell.text));
         if (std::ranges::find(fields, field) != fields.end())

@@ -4,7 +4,6 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace orlo::store
@@ -24,11 +23,8 @@ public:
         QByteArray names;
         QByteArray values;
         for (const QString& name : fields) {
-            const auto same = [&name](const Field& field) {
-                return field.name.compare(name, Qt::CaseInsensitive) == 0;
-            };
-            const auto field = std::ranges::find_if(table.fields(), same);
-            if (field == table.fields().end())
+            const Field* field = table.findField(name);
+            if (!field)
                 throw RuntimeError(platform::FieldNotFound, QStringLiteral("BulkLoad"));
             m_fields.push_back({field->name, field->type, field->size, field->autoIncrement});
             names += (names.isEmpty() ? "" : ",") + quoted(field->name);

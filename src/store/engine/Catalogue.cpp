@@ -195,9 +195,7 @@ void rebuildTable(Connection& connection, const TableDef& table)
     QByteArray to;
     const TableDef old = readTable(connection, table.name());
     for (const Field& field : table.fields()) {
-        const bool kept = std::ranges::any_of(old.fields(), [&field](const Field& other) {
-            return other.name.compare(field.name, Qt::CaseInsensitive) == 0;
-        });
+        const bool kept = old.findField(field.name) != nullptr;
         to += (to.isEmpty() ? "" : ",") + quoted(field.name);
         from += (from.isEmpty() ? "" : ",") + (kept ? quoted(field.name) : QByteArray("NULL"));
     }

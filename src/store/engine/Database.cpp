@@ -26,12 +26,11 @@ bool sameName(QStringView a, QStringView b)
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
-Field& fieldOf(std::vector<Field>& fields, QStringView name)
+const Field& fieldOf(const TableDef& table, QStringView name)
 {
-    const auto found = std::ranges::find_if(fields, [name](const Field& field) { return sameName(field.name, name); });
-    if (found == fields.end())
-        throw RuntimeError(platform::FieldNotFound, QStringLiteral("TableDef"));
-    return *found;
+    if (const Field* found = table.findField(name))
+        return *found;
+    throw RuntimeError(platform::FieldNotFound, QStringLiteral("TableDef"));
 }
 
 } // namespace
@@ -40,9 +39,16 @@ TableDef::TableDef(QString name) : m_name(std::move(name))
 {
 }
 
+const Field* TableDef::findField(QStringView name) const
+{
+    const auto same = [name](const Field& field) { return sameName(field.name, name); };
+    const auto found = std::ranges::find_if(m_fields, same);
+    return found == m_fields.end() ? nullptr : &*found;
+}
+
 void TableDef::appendField(const Field& field)
 {
-    if (std::ranges::any_of(m_fields, [&field](const Field& other) { return sameName(other.name, field.name); }))
+    if (findField(field.name))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
     m_fields.push_back(field);
     if (const auto connection = m_connection.lock())
@@ -51,7 +57,7 @@ void TableDef::appendField(const Field& field)
 
 void TableDef::deleteField(QStringView name)
 {
-    const Field& field = fieldOf(m_fields, name);
+    const Field& field = fieldOf(*this, name);
     m_fields.erase(m_fields.begin() + (&field - m_fields.data()));
     write();
 }
@@ -61,22 +67,10 @@ void TableDef::appendIndex(const Index& index)
     if (std::ranges::any_of(m_indexes, [&index](const Index& other) { return sameName(other.name, index.name); }))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
     for (const QString& field : index.fields)
-        (void)fieldOf(m_fields, field);
+        (void)fieldOf(*this, field);
     if (const auto connection = m_connection.lock())
         createIndex(*connection, m_name, index);
     m_indexes.push_back(index);
-}
-
-void TableDef::setAllowZeroLength(QStringView field, bool allow)
-{
-    fieldOf(m_fields, field).allowZeroLength = allow;
-    write();
-}
-
-void TableDef::setDefaultValue(QStringView field, const Value& value)
-{
-    fieldOf(m_fields, field).defaultValue = value;
-    write();
 }
 
 void TableDef::write() const

@@ -42,15 +42,14 @@ public:
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] const std::vector<Field>& fields() const { return m_fields; }
     [[nodiscard]] const std::vector<Index>& indexes() const { return m_indexes; }
+    /// The field of a name, without regard to case; null for an unknown one.
+    [[nodiscard]] const Field* findField(QStringView name) const;
 
     /// Raises 3010 for a name that is there already.
     void appendField(const Field& field);
     /// Raises 3265 for an unknown name.
     void deleteField(QStringView name);
     void appendIndex(const Index& index);
-    /// Changes a field's zero-length rule or its default, as the catalogue's properties do.
-    void setAllowZeroLength(QStringView field, bool allow);
-    void setDefaultValue(QStringView field, const Value& value);
 
 private:
     friend class Database;

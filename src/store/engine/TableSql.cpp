@@ -66,22 +66,11 @@ QByteArray defaultSql(const Field& field)
     return field.type == FieldType::Boolean ? QByteArrayLiteral(" DEFAULT 0") : QByteArray();
 }
 
-bool sameName(const QString& a, const QString& b)
-{
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
 bool isRequired(const TableDef& table, const Field& field)
 {
     return field.required || std::ranges::any_of(table.indexes(), [&field](const Index& index) {
                return (index.required || index.primary) && index.fields.contains(field.name, Qt::CaseInsensitive);
            });
-}
-
-const Field* findField(const TableDef& table, const QString& name)
-{
-    const auto found = std::ranges::find_if(table.fields(), [&name](const Field& f) { return sameName(f.name, name); });
-    return found == table.fields().end() ? nullptr : &*found;
 }
 
 QByteArray columnList(const QStringList& fields)
@@ -165,7 +154,7 @@ std::vector<QByteArray> keyTriggers(const TableDef& table)
     std::vector<QByteArray> triggers;
     for (const Index& index : table.indexes()) {
         const bool textual = std::ranges::any_of(index.fields, [&table](const QString& name) {
-            const Field* field = findField(table, name);
+            const Field* field = table.findField(name);
             return field && isText(*field);
         });
         if (!index.unique || !textual)

@@ -42,13 +42,6 @@ Field carriedOver(const FormerField& former)
     return field;
 }
 
-const Field* findField(const TableDef& table, const QString& name)
-{
-    const auto same = [&name](const Field& field) { return field.name.compare(name, Qt::CaseInsensitive) == 0; };
-    const auto found = std::ranges::find_if(table.fields(), same);
-    return found == table.fields().end() ? nullptr : &*found;
-}
-
 FormerTable readTable(HelperStream& stream)
 {
     FormerTable table;
@@ -74,7 +67,7 @@ void place(FormerTable& table, SchemaVersion version, QStringList& taken, Report
     if (!ours && table.target.name() != table.name)
         report.append(QStringLiteral("The table %1 is now named %2.").arg(table.name, table.target.name()));
     for (const FormerField& field : table.fields) {
-        const Field* known = findField(table.target, field.name);
+        const Field* known = table.target.findField(field.name);
         if (!known) {
             table.target.appendField(carriedOver(field));
             known = &table.target.fields().back();
