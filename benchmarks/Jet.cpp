@@ -1,6 +1,7 @@
 #include "Subjects.h"
 #include "Table.h"
 #include "store/engine/Database.h"
+#include "support/Files.h"
 #include "support/JetPages.h"
 
 #include <QProcess>
@@ -28,13 +29,6 @@ void multiply(test::JetPages& pages, const QStringList& fields, int count, int p
     pages.setRows(table, many);
 }
 
-void write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("can't write %s", qPrintable(path));
-}
-
 } // namespace
 
 void openFormerFile(Table& table)
@@ -46,12 +40,12 @@ void openFormerFile(Table& table)
     multiply(pages, {QStringLiteral("School"), QStringLiteral("Tigar")}, Scouts, 2, 2);
     multiply(pages, {QStringLiteral("Assigned_SID")}, Awards, 18, 4);
     const QString former = folder.filePath(QStringLiteral("former.mdb"));
-    write(former, pages.bytes());
+    test::write(former, pages.bytes());
 
     const Work ours = [&] {
         QFile::remove(path);
         QFile::remove(kept);
-        write(path, pages.bytes());
+        test::write(path, pages.bytes());
         return timed([&path] { (void)store::DBEngine::openDatabase(path); });
     };
     const Work theirs = [&] {

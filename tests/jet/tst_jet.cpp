@@ -17,8 +17,8 @@
 
 using namespace orlo;
 using store::DBEngine::openDatabase;
+using test::contents;
 using test::JetPages;
-using test::readFile;
 using test::sqlite;
 using namespace Qt::StringLiterals;
 
@@ -30,7 +30,7 @@ const QString Data = QStringLiteral(ORLO_SOURCE_DIR "/tests/jet/data/");
 // A table's fields and rows as sqlite() gives them, out of a CSV file.
 QStringList rowsOf(const QString& csv, QStringList& fields)
 {
-    CsvReader reader(readFile(csv));
+    CsvReader reader(contents(csv));
     std::vector<CsvCell> row;
     QStringList lines;
     while (reader.readRow(row)) {
@@ -91,12 +91,12 @@ private Q_SLOTS:
     {
         QFETCH(QString, sample);
         const int count = sample == u"small-1.1" ? 13 : 8;
-        const QByteArray former = readFile(Data + sample + u".mdb"_s);
+        const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
         for (int i = 0; i < 2; ++i) // the second time there is nothing to take over
             QCOMPARE(openDatabase(path()).tableNames().size(), count);
         QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
-        QCOMPARE(readFile(kept()), former);
+        QCOMPARE(contents(kept()), former);
         QCOMPARE(m_told, QStringList());
         const QDir folder(Data + sample);
         for (const QString& name : folder.entryList({u"*.csv"_s})) {
@@ -180,7 +180,7 @@ private Q_SLOTS:
     void damagedFiles()
     {
         QFETCH(QString, damage);
-        const QByteArray sound = readFile(Data + u"small-1.1.mdb"_s);
+        const QByteArray sound = contents(Data + u"small-1.1.mdb"_s);
         QRandomGenerator random(static_cast<quint32>(damage.size()));
         write(sound);
         const int rows = allRows(path());
@@ -194,7 +194,7 @@ private Q_SLOTS:
             const QByteArray name = u"%1 %2: %3"_s.arg(damage).arg(i).arg(failure).toUtf8();
             QVERIFY2(!limit.hasExpired(), name.constData());
             if (failure == 0) {
-                QCOMPARE(readFile(kept()), bytes);
+                QCOMPARE(contents(kept()), bytes);
                 QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);
                 QVERIFY2(allRows(path()) >= rows || m_told.join(u' ').contains(u"no table"), name.constData());
                 QCOMPARE(files().size(), 2);
@@ -202,7 +202,7 @@ private Q_SLOTS:
             }
             ++refused;
             QVERIFY2(failure == platform::DatabaseDamaged, name.constData());
-            QCOMPARE(readFile(path()), bytes);
+            QCOMPARE(contents(path()), bytes);
             QCOMPARE(files(), QStringList(u"Quorrel11.mdb"_s));
         }
         QVERIFY(refused > 0);
@@ -211,7 +211,7 @@ private Q_SLOTS:
     // Ended at any moment, the file is the old one or the new one, and the next opening finds everything.
     void killedWhileOpening()
     {
-        const QByteArray former = readFile(Data + u"small-1.1.mdb"_s);
+        const QByteArray former = contents(Data + u"small-1.1.mdb"_s);
         write(former);
         QElapsedTimer whole;
         whole.start();
@@ -227,17 +227,17 @@ private Q_SLOTS:
             QTest::qSleep(static_cast<int>(longest * i / tries()));
             opening.kill();
             QVERIFY(opening.waitForFinished());
-            QVERIFY(readFile(path()) == former || readFile(kept()) == former);
+            QVERIFY(contents(path()) == former || contents(kept()) == former);
             QCOMPARE(allRows(path()), rows);
             QCOMPARE(files().size(), 2);
-            QCOMPARE(readFile(kept()), former);
+            QCOMPARE(contents(kept()), former);
         }
     }
 
     // A program without its reader beside it doesn't know the format.
     void withoutTheReader()
     {
-        write(readFile(Data + u"small-1.1.mdb"_s));
+        write(contents(Data + u"small-1.1.mdb"_s));
         const QString alone = m_folder->filePath(u"alone"_s);
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
         QCOMPARE(QProcess::execute(alone, {u"--open"_s, path()}), 3343 % 256);

@@ -1,19 +1,12 @@
 #pragma once
 
+#include "support/Files.h"
+
 #include <QByteArray>
-#include <QFile>
 #include <QStringList>
-#include <QTest>
 
 namespace orlo::test
 {
-
-/// A file's bytes, none without the file.
-inline QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// The pages of a Jet 4 file, to change a sample's tables below the level of any program that writes such files.
 class JetPages
@@ -25,7 +18,7 @@ public:
         bool removed = false; ///< has been taken out
     };
 
-    explicit JetPages(const QString& path) : m_bytes(readFile(path)) {}
+    explicit JetPages(const QString& path) : m_bytes(contents(path)) {}
     [[nodiscard]] const QByteArray& bytes() const { return m_bytes; }
 
     /// The text as it stands in the file.
