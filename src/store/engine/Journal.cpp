@@ -16,6 +16,13 @@ namespace
 constexpr QByteArrayView Magic("\xd9\xd5\x05\xf9\x20\xa1\x63\xd7");
 constexpr quint32 UpToTheEnd = 0xffffffff;
 constexpr qint64 HeaderSize = 28;
+constexpr qint64 RecordCountAt = 8;
+constexpr qint64 SumStartAt = 12;
+constexpr qint64 FormerPageCountAt = 16; // how many pages the file had
+constexpr qint64 SectorSizeAt = 20;
+constexpr qint64 PageSizeAt = 24;
+constexpr qsizetype SumStep = 200; // bytes from one that counts in a checksum to the next
+// In the file's first page:
 constexpr qint64 ChangeCounterAt = 24;
 constexpr qint64 PageCountAt = 28;
 constexpr qint64 CountedAt = 92; // the change counter for which the page count holds
@@ -29,7 +36,7 @@ quint32 number(const QByteArray& bytes, qint64 at)
 bool sumAgrees(const QByteArray& page, quint32 start, quint32 stated)
 {
     quint32 sum = start;
-    for (qsizetype i = page.size() - 200; i > 0; i -= 200)
+    for (qsizetype i = page.size() - SumStep; i > 0; i -= SumStep)
         sum += static_cast<unsigned char>(page[i]);
     return sum == stated;
 }
@@ -37,16 +44,16 @@ bool sumAgrees(const QByteArray& page, quint32 start, quint32 stated)
 // The first page as it was, if the journal has it; `whole` tells whether all of the journal was looked through.
 std::optional<QByteArray> firstPage(QFile& journal, const QByteArray& header, bool& whole)
 {
-    const auto pages = number(header, 8);
-    const qint64 sector = number(header, 20);
-    const qint64 pageSize = number(header, 24);
+    const auto pages = number(header, RecordCountAt);
+    const qint64 sector = number(header, SectorSizeAt);
+    const qint64 pageSize = number(header, PageSizeAt);
     qint64 at = sector;
     quint32 done = 0;
     for (; (pages == UpToTheEnd || pages == 0 || done < pages) && at + pageSize + 8 <= journal.size(); ++done) {
         journal.seek(at);
         const QByteArray record = journal.read(pageSize + 8);
         if (number(record, 0) == 1 &&
-            sumAgrees(record.mid(4, pageSize), number(header, 12), number(record, 4 + pageSize)))
+            sumAgrees(record.mid(4, pageSize), number(header, SumStartAt), number(record, 4 + pageSize)))
             return record.mid(4, pageSize);
         at += pageSize + 8;
     }
@@ -59,8 +66,8 @@ bool isStray(QFile& journal, const QByteArray& fileHead)
     const QByteArray header = journal.read(HeaderSize);
     if (header.size() < HeaderSize || !header.startsWith(Magic) || fileHead.size() < FirstPageHead)
         return false;
-    const quint32 pageSize = number(header, 24);
-    if (number(header, 20) < HeaderSize || pageSize < 512 || pageSize > 65536)
+    const quint32 pageSize = number(header, PageSizeAt);
+    if (number(header, SectorSizeAt) < HeaderSize || pageSize < 512 || pageSize > 65536)
         return false;
     const quint32 changes = number(fileHead, ChangeCounterAt);
     bool whole = false;
@@ -69,7 +76,8 @@ bool isStray(QFile& journal, const QByteArray& fileHead)
         return changes != before && changes != before + 1;
     }
     // The first page hasn't been changed yet, so it still counts the pages that the journal started with.
-    return whole && changes == number(fileHead, CountedAt) && number(fileHead, PageCountAt) != number(header, 16);
+    return whole && changes == number(fileHead, CountedAt) &&
+           number(fileHead, PageCountAt) != number(header, FormerPageCountAt);
 }
 
 } // namespace

@@ -105,7 +105,7 @@ bool matchesOne(Reader& pattern, char32_t c)
         }
         if (low == U']') {
             pattern = list;
-            return first ? false : found != negated;
+            return !first && found != negated;
         }
         first = false;
         char32_t high = low;
@@ -135,11 +135,8 @@ bool matches(Reader text, Reader pattern)
             starPattern = pattern;
             continue;
         }
-        if (text.atEnd()) {
-            if (pattern.atEnd())
-                return true;
-            return false;
-        }
+        if (text.atEnd())
+            return pattern.atEnd();
         if (!pattern.atEnd()) {
             Reader rest = text;
             if (matchesOne(pattern, rest.next())) {
