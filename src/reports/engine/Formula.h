@@ -98,7 +98,7 @@ public:
     void requireCondition() const;
     /// Gives every field its index; -1 from the function raises ReportError 3061 with the field's place.
     void bind(const std::function<int(const QString&)>& indexOf);
-    /// Computes the value. Raises ReportError 13, 11 or 5 with the place of the part that can't be computed.
+    /// Computes the value. Raises ReportError 13, 11, 6 or 5 with the place of the part that can't be computed.
     [[nodiscard]] Value evaluate(const FormulaScope& scope) const;
     /// True only if the formula gives true; Null is not.
     [[nodiscard]] bool holds(const FormulaScope& scope) const;

@@ -16,7 +16,7 @@ struct Place {
 /// A failed run: what is wrong and, where it lies in a report file, in which file and where.
 ///
 /// The numbers are the program's own: 53 missing file, 3075 what can't be read, 3061 an unknown name, 3024 a table slot
-/// without a database, 13 and 94 for what an expression can't compute.
+/// without a database; 13, 11, 6 and 5 for what an expression can't compute.
 class ReportError : public platform::RuntimeError
 {
 public:
