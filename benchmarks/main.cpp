@@ -7,8 +7,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-
 using namespace orlo;
 
 namespace

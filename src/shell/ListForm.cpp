@@ -2,7 +2,6 @@
 
 #include "widgets/ListBox.h"
 
-#include <QLabel>
 #include <QTabWidget>
 
 namespace orlo

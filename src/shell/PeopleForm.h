@@ -144,8 +144,6 @@ protected:
     /// The initial between first and last name in a list row.
     [[nodiscard]] virtual QString middlePart(const QString& initial) const = 0;
 
-    [[nodiscard]] const FilterControls& filters() const { return *m_filters; }
-
     std::vector<TextField> m_texts;
     std::vector<std::int16_t> mDenSIDs; ///< by row of the den lists
     QStringList m_denTexts;

@@ -1,7 +1,5 @@
 #include "shell/WalkingForm.h"
 
-#include <QLabel>
-
 namespace orlo
 {
 

@@ -5,7 +5,6 @@
 #include "widgets/Form.h"
 
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QProxyStyle>
 #include <QTabBar>
 

@@ -15,9 +15,4 @@ int twipsToPixels(int twips, const QWidget* widget)
     return qRound(double(twips) * widget->logicalDpiX() / TwipsPerInch);
 }
 
-int pixelsToTwips(int pixels, const QWidget* widget)
-{
-    return qRound(double(pixels) * TwipsPerInch / widget->logicalDpiX());
-}
-
 } // namespace orlo::widgets

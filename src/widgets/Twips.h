@@ -7,7 +7,5 @@ namespace orlo::widgets
 
 /// A length in twips (1440 to the inch) as pixels of the widget's screen.
 [[nodiscard]] int twipsToPixels(int twips, const QWidget* widget);
-/// A length in pixels of the widget's screen as twips.
-[[nodiscard]] int pixelsToTwips(int pixels, const QWidget* widget);
 
 } // namespace orlo::widgets

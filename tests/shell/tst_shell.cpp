@@ -16,8 +16,6 @@
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTabWidget>
 
 using namespace orlo;
 

@@ -28,7 +28,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStyleFactory>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>

@@ -1,7 +1,6 @@
 #include "reports/engine/Layout.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace orlo::reports
 {

@@ -6,7 +6,6 @@
 #include <QSizeF>
 #include <QStringList>
 
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -114,7 +113,7 @@ struct Definition {
     Source source;
     std::vector<Lookup> lookups;
     std::vector<NamedFormula> names;  ///< "let": each may use those before it
-    std::vector<NamedFormula> fields; ///< "field NAME is COLUMN": what a selection may call a column
+    std::vector<NamedFormula> fields; ///< "field {NAME} = {COLUMN}": what a selection may call a column
     Formula unique; ///< of the selected rows with the same value only the first is kept; empty for all
     std::vector<SortKey> sort;
     std::vector<Group> groups;

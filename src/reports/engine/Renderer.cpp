@@ -3,8 +3,6 @@
 #include "platform/Conversion.h"
 #include "reports/engine/Layout.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace orlo::reports

@@ -8,7 +8,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 namespace orlo::store

@@ -4,7 +4,6 @@
 
 #include <QString>
 
-#include <compare>
 #include <cstdint>
 #include <variant>
 
