@@ -4,6 +4,7 @@
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/JetPages.h"
+#include "support/Repeats.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
@@ -55,7 +56,7 @@ int allRows(const QString& path)
 // How many files, or moments, a test tries; ORLO_JET_FILES sets it.
 int tries()
 {
-    return qEnvironmentVariableIsSet("ORLO_JET_FILES") ? qEnvironmentVariableIntValue("ORLO_JET_FILES") : 40;
+    return test::repeats("ORLO_JET_FILES", 40);
 }
 
 QByteArray damaged(QByteArray bytes, const QString& how, QRandomGenerator& random)

@@ -38,7 +38,7 @@ QString shown(const Screen& screen, const char* grid)
 
 } // namespace
 
-class TestPurchaseList : public QObject
+class tst_purchaselist : public QObject
 {
     Q_OBJECT
 
@@ -127,6 +127,6 @@ private Q_SLOTS:
     }
 };
 
-ORLO_TEST_MAIN(TestPurchaseList)
+ORLO_TEST_MAIN(tst_purchaselist)
 
 #include "tst_purchaselist.moc"

@@ -39,7 +39,7 @@ std::optional<QString> columnOf(const QString& field)
 
 } // namespace
 
-class TestFormula : public QObject
+class tst_formula : public QObject
 {
     Q_OBJECT
 
@@ -130,5 +130,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFormula)
+QTEST_GUILESS_MAIN(tst_formula)
 #include "tst_formula.moc"

@@ -35,7 +35,7 @@ std::vector<StripSize> strips(const QString& text)
 
 } // namespace
 
-class TestLayout : public QObject
+class tst_layout : public QObject
 {
     Q_OBJECT
 
@@ -100,5 +100,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLayout)
+QTEST_MAIN(tst_layout)
 #include "tst_layout.moc"

@@ -80,7 +80,7 @@ public:
 
 } // namespace
 
-class TestPreview : public QObject
+class tst_preview : public QObject
 {
     Q_OBJECT
 
@@ -266,5 +266,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestPreview)
+QTEST_MAIN(tst_preview)
 #include "tst_preview.moc"

@@ -33,7 +33,7 @@ QWidget* messageWindow()
 
 } // namespace
 
-class TestReportControl : public QObject
+class tst_reportcontrol : public QObject
 {
     Q_OBJECT
 
@@ -246,5 +246,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestReportControl)
+QTEST_MAIN(tst_reportcontrol)
 #include "tst_reportcontrol.moc"

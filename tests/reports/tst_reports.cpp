@@ -55,7 +55,7 @@ const QString Names = QStringLiteral("source {\nSelect First_Name,\n Last_Name F
 
 } // namespace
 
-class TestReports : public QObject
+class tst_reports : public QObject
 {
     Q_OBJECT
 
@@ -73,14 +73,14 @@ class TestReports : public QObject
     store::Database& open(const QString&) { return *m_full; }
     std::optional<Document> run(const RunRequest& request, const Progress& progress = {}, const FirstPage& shown = {})
     {
-        return render(request, std::bind_front(&TestReports::open, this), progress, shown);
+        return render(request, std::bind_front(&tst_reports::open, this), progress, shown);
     }
     /// A definition of the test's own, or a shipped one, on the full database.
     Document runText(const QString& text, const QString& selection = {})
     {
         if (text.endsWith(".rpt"))
             return *run(request(text, selection));
-        return *render(readDefinition(text), request({}, selection), std::bind_front(&TestReports::open, this));
+        return *render(readDefinition(text), request({}, selection), std::bind_front(&tst_reports::open, this));
     }
 
 private Q_SLOTS:
@@ -260,5 +260,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestReports)
+QTEST_MAIN(tst_reports)
 #include "tst_reports.moc"

@@ -81,7 +81,7 @@ const QMap<QString, Screen (*)()> Dialogs{{"dlgReportSelect1", Screen::open<dlgR
 
 } // namespace
 
-class TestReportScreens : public QObject
+class tst_reportscreens : public QObject
 {
     Q_OBJECT
 
@@ -357,6 +357,6 @@ Adults;*;Bear Den 2;3;#;|[Den] = 5 and [Date] <= Date #|(for Bear Den 2 for Date
     }
 };
 
-ORLO_TEST_MAIN(TestReportScreens)
+ORLO_TEST_MAIN(tst_reportscreens)
 
 #include "tst_reportscreens.moc"

@@ -1,6 +1,7 @@
 #include "store/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
+#include "support/Repeats.h"
 #include "support/Sqlite.h"
 
 #include <QDir>
@@ -151,9 +152,7 @@ private Q_SLOTS:
     // pages that were not touched come back.
     void randomDamage()
     {
-        const int files = qEnvironmentVariableIntValue("ORLO_DAMAGED_FILES") > 0
-                              ? qEnvironmentVariableIntValue("ORLO_DAMAGED_FILES")
-                              : 15;
+        const int files = orlo::test::repeats("ORLO_DAMAGED_FILES", 15);
         const QByteArray whole = contents(m_whole);
         QRandomGenerator random(20261124);
         double worst = 1;

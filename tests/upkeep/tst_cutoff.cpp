@@ -3,6 +3,7 @@
 #include "store/upkeep/frmRestorBackup.h"
 #include "support/Files.h"
 #include "support/RecordScreen.h"
+#include "support/Repeats.h"
 #include "support/Sqlite.h"
 #include "widgets/DriveList.h"
 
@@ -19,12 +20,6 @@ using test::sqlite;
 
 namespace
 {
-
-int killsEach()
-{
-    const int wanted = qEnvironmentVariableIntValue("ORLO_KILLS");
-    return wanted > 0 ? wanted : 12;
-}
 
 // The child's work on the files in a folder, which is also the root of a drive.
 void update()
@@ -170,7 +165,7 @@ private:
     void kill(const QMap<QString, QString>& files, const Check& check)
     {
         qint64 time = 0; // ms that the whole work takes
-        const int kills = killsEach();
+        const int kills = test::repeats("ORLO_KILLS", 12);
         for (int i = 0; i <= kills && !QTest::currentTestFailed(); ++i) {
             QDir folder(m_folder.path());
             for (const QString& old : folder.entryList(QDir::Files))

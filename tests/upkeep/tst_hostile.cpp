@@ -9,6 +9,7 @@
 #include "scouts/frmScouts.h"
 #include "support/Files.h"
 #include "support/RecordScreen.h"
+#include "support/Repeats.h"
 #include "support/Sqlite.h"
 
 #include <QFile>
@@ -148,8 +149,7 @@ private Q_SLOTS:
 
     void damage()
     {
-        const int wanted = qEnvironmentVariableIntValue("ORLO_DAMAGED_FILES");
-        const int files = wanted > 0 ? wanted : 10;
+        const int files = test::repeats("ORLO_DAMAGED_FILES", 10);
         QRandomGenerator random(20261124);
         QMap<int, int> ends;
         for (int i = 0; i < files; ++i) {
