@@ -30,7 +30,8 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
         if (!m_clearing)
             Q_EMIT textChange();
     });
-    // A pick of another row comes as both signals, of the same one as the second alone, a row set by code as the first.
+    // A pick of another row emits both signals, a pick of the chosen row only activated(), a row set by code only
+    // currentIndexChanged().
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         m_told = index >= 0;
         if (index >= 0)

@@ -52,7 +52,7 @@ private:
     void widenList();
 
     bool m_clearing = false;
-    bool m_told = false; // the row that the user is picking was told as a click already, since it's another one
+    bool m_told = false; // the change of row has already told of the pick that is under way
 };
 
 } // namespace orlo::widgets

@@ -15,7 +15,7 @@ using platform::RuntimeError;
 namespace
 {
 
-// The general rules of the dialect speak of the source as of a name; a text without a verb is one.
+// A text that doesn't begin with a verb is the name of a table or of a stored query.
 bool beginsWithVerb(QStringView text)
 {
     for (const auto* verb : {u"select", u"insert", u"update", u"delete"})

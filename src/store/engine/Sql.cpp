@@ -79,7 +79,7 @@ private:
         return token.kind == Kind::Operator && view(token) == QLatin1String(op);
     }
 
-    // The leading words, up to where the general rules begin.
+    // Writes the statement's verb; the place of the first token behind it.
     qsizetype verb()
     {
         const Keyword first = m_tokens[0].keyword;

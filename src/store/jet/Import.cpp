@@ -375,7 +375,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
         since.restart();
     };
 
-    // Each value goes in by the conversion that its field's checks only repeat.
+    // Each value is converted to its field's type on its way in; the checks would find nothing more.
     connection.run("PRAGMA ignore_check_constraints=ON");
     BulkLoad load(database);
     createTables(connection, definitions);
