@@ -182,7 +182,7 @@ private:
     {
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), {"--use", m_folder.path()});
-        if (!child.waitForFinished(60000)) {
+        if (!child.waitForFinished(150000)) { // the worst takes seconds, and much longer where the machine is busy
             child.kill();
             child.waitForFinished();
             return -2;
