@@ -154,6 +154,11 @@ private Q_SLOTS:
         second.click();
         second.click();
         QVERIFY(firsts.size() == 1 && seconds.size() == 1 && !first.isChecked());
+        first.resize(400, 20);
+        check.resize(400, 20);
+        QTest::mouseClick(&first, Qt::LeftButton); // far from the little text
+        QTest::mouseClick(&check, Qt::LeftButton);
+        QVERIFY(firsts.size() == 2 && changes.size() == 3);
     }
 
     void calendarDays()
