@@ -109,6 +109,10 @@ void Form::showForm()
 void Form::showWaiting()
 {
     ensureLoaded();
+    if (isVisible()) { // it waits already
+        activateWindow();
+        return;
+    }
     const QPointer<QWidget> owner = ownerOfNextWindow();
     setParent(owner, OwnWindow);
     // All windows hang off the main frame, so window modality holds them all, and leaves a report's preview alone.

@@ -203,6 +203,15 @@ mnuHelp|&Help
         Q_EMIT windows.aboutToShow();
         QCOMPARE(windows.actions().size(), 2);
 
+        // A waiting screen that is chosen again stays the one that waits.
+        auto& help = test::control<QAction>(frame, "mnuHelpTopics");
+        QTimer::singleShot(20, qApp, [&help] {
+            help.trigger();
+            QTest::keyClick(topLevel("dlgHelp"), Qt::Key_Escape);
+        });
+        help.trigger();
+        QVERIFY(!topLevel("dlgHelp"));
+
         // The window's own close drops the typing without a word; the next opening reads the record anew.
         area.activeSubWindow()->close();
         QTRY_COMPARE(area.subWindowList().size(), 1);
