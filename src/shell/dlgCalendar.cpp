@@ -78,6 +78,8 @@ void dlgCalendar::takeDate()
 
 void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
 {
+    // The forms limit the width of date fields; with large letters a date, and the room around it, takes more.
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00")));
     field->installEventFilter(new DateFieldFilter(field, std::move(picked)));
     field->setToolTip(QObject::tr("Double-click for a calendar"));
 }

@@ -58,7 +58,11 @@ TextGrid::TextGrid(QWidget* parent) : QTableView(parent), m_model(new TextGridMo
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setMinimumSectionSize(1);
-    connect(m_model, &QAbstractItemModel::headerDataChanged, this, &TextGrid::applyHeights);
+    connect(m_model, &QAbstractItemModel::headerDataChanged, this, &TextGrid::fitHeadings);
+    connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+        setRow(index.row() + 1);
+        Q_EMIT rowDoubleClicked();
+    });
     setCols(m_model->gridCols());
     applyHeights();
 }
@@ -145,7 +149,7 @@ void TextGrid::setColWidth(int col, int twips)
     m_widths[std::size_t(col)] = std::max(0, twips);
     setColumnHidden(col, twips <= 0);
     if (twips > 0)
-        setColumnWidth(col, twipsToPixels(twips, this));
+        setColumnWidth(col, std::max(twipsToPixels(twips, this), leastWidth(col)));
     stretch();
 }
 
@@ -212,8 +216,7 @@ void TextGrid::mouseDoubleClickEvent(QMouseEvent* event)
     const QModelIndex index = indexAt(event->position().toPoint());
     if (event->button() != Qt::LeftButton || !index.isValid())
         return;
-    setRow(index.row() + 1);
-    Q_EMIT rowDoubleClicked();
+    Q_EMIT doubleClicked(index);
 }
 
 void TextGrid::focusInEvent(QFocusEvent* event)
@@ -235,7 +238,7 @@ void TextGrid::changeEvent(QEvent* event)
 {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        applyHeights();
+        fitHeadings();
 }
 
 void TextGrid::requireRow(int row) const
@@ -267,6 +270,25 @@ void TextGrid::stretch()
     const int others = horizontalHeader()->length() - columnWidth(m_stretched);
     setColumnWidth(m_stretched,
                    std::max(viewport()->width() - others, twipsToPixels(m_widths[std::size_t(m_stretched)], this)));
+    applyHeights();
+}
+
+// What a mark takes, or the longest word of the heading.
+int TextGrid::leastWidth(int col) const
+{
+    const QFontMetrics metrics = horizontalHeader()->fontMetrics();
+    int width = col == 0 ? metrics.horizontalAdvance(u'X') : 0;
+    for (const QString& word : m_model->text(0, col).split(u' '))
+        width = std::max(width, metrics.horizontalAdvance(word));
+    return width + 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader());
+}
+
+void TextGrid::fitHeadings()
+{
+    for (int col = 0; col < int(m_widths.size()); ++col)
+        if (!isColumnHidden(col))
+            setColumnWidth(col, std::max(columnWidth(col), leastWidth(col)));
+    stretch();
     applyHeights();
 }
 

@@ -39,7 +39,7 @@ public:
     /// Takes a row out. Raises 5 for the last one below the header: setRows(1) empties a grid.
     void removeRow(int row);
 
-    /// A column's width in twips; 0 hides it.
+    /// A column's least width in twips; a mark and each word of the heading always fit. 0 hides it.
     void setColWidth(int col, int twips);
     /// Widens a column where the text would be cut off in it.
     void fitCol(int col, const QString& text);
@@ -67,6 +67,8 @@ private:
     void requireRow(int row) const;
     void requireCol(int col) const;
     void makeCurrent(int row);
+    [[nodiscard]] int leastWidth(int col) const;
+    void fitHeadings();
     void stretch();
     void applyHeights();
 

@@ -157,6 +157,9 @@ void tst_access::everyWindow_data()
 void tst_access::everyWindow()
 {
     QFETCH(Open, open);
+    QFont large = QApplication::font(); // what fits in large letters fits in small ones
+    large.setPointSize(15);
+    QApplication::setFont(large);
     test::AppFolder folder;
     for (const QString grid : {"DenAssign.grd", "Pack_Titles.grd", "Den_Titles.grd"})
         QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));

@@ -167,6 +167,9 @@ private Q_SLOTS:
         grid.setColWidth(2, 800);
         grid.setText(0, 2, "Scout or Adult or anybody");
         QVERIFY(grid.horizontalHeader()->height() >= 2 * grid.fontMetrics().height()); // wraps and is not cut off
+        grid.setFont(QFont("DejaVu Sans", 40));
+        QVERIFY(grid.columnWidth(0) > grid.fontMetrics().horizontalAdvance("X"));
+        QVERIFY(grid.columnWidth(2) > grid.fontMetrics().horizontalAdvance("anybody"));
     }
 
     // A quadratic step anywhere takes minutes at this size.
