@@ -16,6 +16,7 @@ namespace orlo
 namespace
 {
 constexpr QSize PictureSize(483, 401);
+constexpr int LetterSize = 12; // pixels
 
 // The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
 QImage picture(int scale)
@@ -35,6 +36,13 @@ frmSplash::frmSplash()
     : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmSplash>()), tmrSplashWait(new QTimer(this))
 {
     ui->setupUi(this);
+    // The picture's size and its dark ground are the same on every desktop; so are the texts on it.
+    QFont letters = font();
+    letters.setPixelSize(LetterSize);
+    setFont(letters);
+    QPalette onPicture = palette();
+    onPicture.setColor(QPalette::WindowText, Qt::white);
+    setPalette(onPicture);
     ui->lblVersion->hide();
     ui->lblWarning->hide();
     setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
@@ -83,6 +91,11 @@ void frmSplash::tmrSplashWait_Timer()
     tmrSplashWait->stop();
     mdiPendrake::instance().show();
     unload();
+    // The report of a failed start may be up still; the frame must not lie on it.
+    if (QWidget* report = QApplication::activeModalWidget()) {
+        report->raise();
+        report->activateWindow();
+    }
 }
 
 } // namespace orlo

@@ -4,6 +4,7 @@
 
 #include <QKeyEvent>
 #include <QTableView>
+#include <QTextCharFormat>
 
 namespace orlo::widgets
 {
@@ -13,6 +14,9 @@ Calendar::Calendar(QWidget* parent) : QCalendarWidget(parent)
     setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
     setFirstDayOfWeek(Qt::Sunday);
     setVerticalHeaderFormat(NoVerticalHeader);
+    // The weekend's red is hard to read on a light ground and on a dark one.
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
+        setWeekdayTextFormat(day, {});
     setDateEditEnabled(false); // Enter takes the marked day, never one that is half typed
     if (auto* days = findChild<QTableView*>())
         days->installEventFilter(this);
