@@ -1,6 +1,7 @@
 #include "platform/Application.h"
 
 #include <QCoreApplication>
+#include <QSettings>
 
 #include <syslog.h>
 
@@ -36,6 +37,16 @@ QString folder()
 void setFolder(const QString& path)
 {
     fixedFolder = path;
+}
+
+std::optional<QString> registryValue([[maybe_unused]] const QString& key, [[maybe_unused]] const QString& name)
+{
+#ifdef Q_OS_WIN
+    const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\") + key, QSettings::NativeFormat);
+    if (registry.contains(name))
+        return registry.value(name).toString();
+#endif
+    return std::nullopt;
 }
 
 void writeEvent(EventType, const QString& text)

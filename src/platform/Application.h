@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace orlo::platform
 {
 
@@ -21,6 +23,10 @@ struct Version {
 [[nodiscard]] QString folder();
 /// Gives another folder in its place, for tests and pictures; an empty one gives the executable's back.
 void setFolder(const QString& path);
+
+/// A value of a key of the machine's registry, below HKEY_LOCAL_MACHINE; none where the key, the value or the registry
+/// is missing.
+[[nodiscard]] std::optional<QString> registryValue(const QString& key, const QString& name);
 
 /// Kinds of event log entries.
 enum class EventType { Error = 1 };

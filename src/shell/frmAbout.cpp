@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QProcess>
-#include <QSettings>
 
 namespace orlo
 {
@@ -41,7 +40,9 @@ void frmAbout::StartSysInfo()
     auto tool = GetKeyValue(QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"), QStringLiteral("PATH"));
     if (!tool) {
         tool = GetKeyValue(QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools Location"), QStringLiteral("MSINFO"));
-        if (tool && !gFileSystem.fileExists(tool->append(QStringLiteral("\\MSINFO32.EXE"))))
+        if (tool)
+            tool->append(QStringLiteral("\\MSINFO32.EXE"));
+        if (tool && !gFileSystem.fileExists(*tool))
             tool.reset();
     }
     if (tool)
@@ -52,15 +53,7 @@ void frmAbout::StartSysInfo()
 
 std::optional<QString> frmAbout::GetKeyValue(const QString& key, const QString& name)
 {
-#ifdef Q_OS_WIN
-    const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\") + key, QSettings::NativeFormat);
-    if (registry.contains(name))
-        return registry.value(name).toString();
-#else
-    Q_UNUSED(key)
-    Q_UNUSED(name)
-#endif
-    return std::nullopt;
+    return platform::registryValue(key, name);
 }
 
 } // namespace orlo
