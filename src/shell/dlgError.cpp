@@ -11,6 +11,7 @@ dlgError::dlgError() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::
 {
     ui->setupUi(this);
     setDefaultButton(ui->cmdOk);
+    setCancelButton(ui->cmdOk);
     setFixedBorder();
     connect(ui->cmdOk, &QPushButton::clicked, this, &dlgError::unload);
 }

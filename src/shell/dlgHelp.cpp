@@ -9,6 +9,7 @@ dlgHelp::dlgHelp() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dl
 {
     ui->setupUi(this);
     setFixedBorder();
+    setCancelButton(ui->cmdClose);
     connect(ui->cmdClose, &QPushButton::clicked, this, &dlgHelp::unload);
 }
 
