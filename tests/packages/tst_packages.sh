@@ -2,7 +2,7 @@
 # Makes both packages and uses them as somebody does who has nothing else: tst_packages.sh BUILD_FOLDER
 set -euo pipefail
 build=$1 source=$(dirname "$(readlink -f "$0")")/../..
-here=$(mktemp -d "${TMPDIR:-/tmp}/orlo packages.XXXXXX")
+here=$(readlink -f "$(mktemp -d "${TMPDIR:-/tmp}/orlo packages.XXXXXX")") # as /proc names what lies in it
 export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 XDG_RUNTIME_DIR=$here
 pid=
 trap '[ -z "$pid" ] || kill "$pid" || :; rm -rf "$here"' EXIT
@@ -16,7 +16,8 @@ starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens th
         [ -z "$opened" ] || break
         sleep 0.1
     done
-    [ -n "$opened" ] && [ "$(readlink "/proc/$pid/exe")" = "$1/orlo" ]
+    [ -n "$opened" ] # alone in its line: within a && list, its failure wouldn't end the test
+    [ "$(readlink "/proc/$pid/exe")" = "$1/orlo" ]
     sleep 6 # past the splash
     kill "$pid" # fails if it has ended by itself
     wait "$pid" || [ $? -eq 143 ]
