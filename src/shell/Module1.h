@@ -56,8 +56,8 @@ void TestPendingError();
 [[nodiscard]] QDate FirstOfMonth(QDate date);
 [[nodiscard]] QDate LastOfMonth(QDate date);
 
-/// Takes the program from a fresh application object to its event loop: the icon, the reports' way to the open
-/// database, what it tells of old files, and Main.
+/// Takes the program from a fresh application object to its event loop: the reports' way to the open database,
+/// what it tells of old files, and Main.
 void startProgram();
 /// Runs the program; the process's exit status.
 int runProgram(int argc, char** argv);
