@@ -23,10 +23,20 @@ enum PreviewState : int { PreviewNormal = 0, PreviewMinimised = 1, PreviewMaximi
 /// The report engine as a screen holds it: settings, then one call. The settings keep their values from run to run.
 ///
 /// What goes wrong is told in a window of the engine's own, with the file, line and column where it lies; the screen
-/// only gets a number.
+/// only gets a number. The settings are properties, so that outside programs can read what a screen asked for.
 class ReportControl : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(QString ReportFile READ reportFile WRITE setReportFile)
+    Q_PROPERTY(QString SubreportToChange READ subreportToChange WRITE setSubreportToChange)
+    Q_PROPERTY(QString SelectionFormula READ selectionFormula WRITE setSelectionFormula)
+    Q_PROPERTY(QString ReportTitle READ reportTitle WRITE setReportTitle)
+    Q_PROPERTY(QString WindowTitle READ windowTitle WRITE setWindowTitle)
+    Q_PROPERTY(int Destination READ destination WRITE setDestination)
+    Q_PROPERTY(bool WindowOption READ windowOption WRITE setWindowOption)
+    Q_PROPERTY(int WindowState READ windowState WRITE setWindowState)
+    Q_PROPERTY(int FirstPage READ firstPage WRITE setFirstPage)
+    Q_PROPERTY(int LastPage READ lastPage WRITE setLastPage)
 
 public:
     /// What run() returns when the user cancelled it.
@@ -42,9 +52,9 @@ public:
 
     /// The database file that a table slot reads, an empty path clearing the slot: of the subreport that was named
     /// since the last run, or of the main report.
-    void setDatabaseFile(int slot, const QString& path);
+    Q_INVOKABLE void setDatabaseFile(int slot, const QString& path);
     /// The slot of the main report, or of a subreport; empty where nothing is set.
-    [[nodiscard]] QString databaseFile(int slot, const QString& subreport = QString()) const;
+    Q_INVOKABLE [[nodiscard]] QString databaseFile(int slot, const QString& subreport = QString()) const;
 
     /// Names the subreport that setDatabaseFile() applies to until the next run; an empty name is the main report.
     void setSubreportToChange(const QString& name);
@@ -80,7 +90,7 @@ public:
 
     /// Renders the report with the settings above. 0, or the number of the failure, which the user has been told;
     /// never throws. A call while a run of this object is under way gives 5 and does nothing.
-    int run();
+    Q_INVOKABLE int run();
 
     /// The preview of the last run while it is open.
     [[nodiscard]] PreviewWindow* preview() const;
