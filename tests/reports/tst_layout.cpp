@@ -97,6 +97,8 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
+        // Letters that join are narrower than they are apart.
+        QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
 };
 

@@ -75,9 +75,10 @@ private:
     void drawText(const TextItem& item)
     {
         const PagePainter::Face& face = m_faces[std::size_t(item.font)];
-        if (m_font != item.font)
-            m_painter.setFont(face.font);
-        m_font = item.font;
+        const QFont& font = needsShaping(item.text) ? face.shaped : face.font;
+        if (m_font != &font)
+            m_painter.setFont(font);
+        m_font = &font;
         if (!m_color.isValid() || m_color != item.color)
             m_painter.setPen(item.color);
         m_color = item.color;
@@ -96,19 +97,25 @@ private:
     const std::vector<PagePainter::Face>& m_faces;
     std::vector<Strokes> m_strokes; // since the last fill
     std::vector<const TextItem*> m_texts;
-    int m_font = -1;
+    const QFont* m_font = nullptr;
     QColor m_color;
 };
 
 } // namespace
 
-QFont typesetFont(const QFont& font)
+bool needsShaping(QStringView text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c >= EndOfPlainLetters; });
+}
+
+QFont typesetFont(const QFont& font, bool shaped)
 {
     QFont typeset(font);
     typeset.setPixelSize(int(std::lround(font.pointSizeF() * UnitsPerPoint)));
     typeset.setHintingPreference(QFont::PreferNoHinting);
     typeset.setKerning(false);
-    typeset.setStyleStrategy(QFont::StyleStrategy(QFont::PreferNoShaping | QFont::PreferAntialias));
+    typeset.setStyleStrategy(shaped ? QFont::PreferAntialias
+                                    : QFont::StyleStrategy(QFont::PreferNoShaping | QFont::PreferAntialias));
     return typeset;
 }
 
@@ -117,7 +124,7 @@ PagePainter::PagePainter(const Document& document) : m_document(document)
     for (const QFont& font : document.fonts) {
         const QFont typeset = typesetFont(font);
         const QFontMetricsF metrics(typeset);
-        m_faces.push_back({typeset, metrics.ascent(), metrics.height()});
+        m_faces.push_back({typeset, typesetFont(font, true), metrics.ascent(), metrics.height()});
     }
 }
 
@@ -126,6 +133,7 @@ void PagePainter::paint(QPainter& painter, int page) const
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     painter.setBrush(Qt::NoBrush);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its letters run
     painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);
     PageDrawing(painter, m_faces).draw(m_document.pages[std::size_t(page)]);
     painter.restore();

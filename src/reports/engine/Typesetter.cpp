@@ -1,7 +1,5 @@
 #include "reports/engine/Typesetter.h"
 
-#include "reports/engine/Paint.h"
-
 #include <QFontDatabase>
 #include <QTextBoundaryFinder>
 
@@ -74,7 +72,7 @@ int Typesetter::font(const Style& style)
         return int(known - m_fonts.begin());
 
     m_fonts.push_back(font);
-    const QFontMetricsF metrics(typesetFont(font));
+    const QFontMetricsF metrics(typesetFont(font, true));
     Face face{metrics, metrics.ascent() / UnitsPerPoint, 0, {}};
     face.lineHeight = std::max(metrics.height() / UnitsPerPoint, 1.0);
     for (std::size_t code = 0; code < face.advances.size(); ++code)

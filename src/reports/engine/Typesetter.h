@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reports/engine/Definition.h"
+#include "reports/engine/Paint.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -27,10 +28,10 @@ public:
 
 private:
     struct Face {
-        QFontMetricsF metrics;
+        QFontMetricsF metrics; // of texts that need shaping
         double ascent;
         double lineHeight;
-        std::array<double, 0x250> advances; // Latin letters, by code
+        std::array<double, EndOfPlainLetters> advances; // by code
     };
     /// True for a line of plain letters that fits: most texts of a report, and all that this asks is a sum.
     [[nodiscard]] bool fitsAsItIs(int font, QStringView text, double width) const;
