@@ -1,14 +1,15 @@
 -- Many people of odd names, awards with notes of many lines, one of them no longer in the catalogue.
 BEGIN;
 INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID, Phone, Parent_Name1, Parent1_Email,
-    Parent1_Home_Phone, Parent1_Work_Phone, Parent_Name2, Parent2_Home_Phone, Parent2_Work_Phone, Scouts_Email)
+    Parent1_Home_Phone, Parent1_Work_Phone, Parent_Name2, Parent2_Home_Phone, Parent2_Work_Phone, Scouts_Email,
+    Parent2_Email)
   WITH N(i) AS (VALUES(100) UNION ALL SELECT i + 1 FROM N WHERE i < 299)
   SELECT i, 'José María ' || i, CASE i % 4 WHEN 0 THEN 'Ångström' WHEN 1 THEN 'O''Neil' WHEN 2 THEN printf('%.40c', 'W')
     ELSE 'Featherstonehaugh-Cholmondeley de la Cr.' END, iif(i % 3, 'Q', ''), iif(i % 10, 'Y', 'N'),
     CASE i % 5 WHEN 0 THEN NULL WHEN 1 THEN 99 WHEN 2 THEN 6 WHEN 3 THEN 5 ELSE 3 END, '(740) 555-0' || i,
-    'Zoë "Zo" de los Ríos y Montañas ' || i, 'zoe' || i || '@a.very.long.name.of.a.host.example.org',
+    'Zoë "Zo" de los Ríos y Montañas ' || i, iif(i % 6, 'zoe' || i || '@a.very.long.name.of.a.host.example.org', NULL),
     iif(i % 2, '(740) 555-0' || i, '740-1'), '614-' || i, iif(i % 3, 'Bo', ''), iif(i % 3, '', NULL), iif(i % 4, '', '12'),
-    iif(i % 7, '', 'kid@example.org') FROM N;
+    iif(i % 7, '', 'kid@example.org'), 'bo@example.org' FROM N;
 INSERT INTO Adults (Adult_SID, First_Name, Last_Name, Active, Phone, WorkPhone, Email)
   WITH N(i) AS (VALUES(100) UNION ALL SELECT i + 1 FROM N WHERE i < 160)
   SELECT i, 'Ann ' || i, CASE i % 2 WHEN 0 THEN printf('%.40c', 'M') ELSE 'D''Arcy' END, iif(i % 8, 'Y', 'N'), '1' || i,

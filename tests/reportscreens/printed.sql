@@ -60,7 +60,7 @@ SELECT iif(row_number() OVER (PARTITION BY D ORDER BY Kind, Rank IS NULL, Rank, 
   FROM (SELECT D, N, Den, Den_Name, 1 AS Kind, Rank, L, F, Name || ifnull(Title, '') || Line AS Text FROM A JOIN P USING (SID)
     UNION ALL SELECT D, N, Den, Den_Name, 2, 0, L, F, Name || ifnull(Parent_Name1, '') || ifnull(Parent_Name2, '')
       || ifnull(Phone, '') || iif(Phone = Parent1_Home_Phone, '', ifnull(Parent1_Home_Phone, ''))
-      || ifnull(iif(ifnull(Scouts_Email, '') = '', Parent1_Email, Scouts_Email), '') FROM S)
+      || coalesce(nullif(Scouts_Email, ''), nullif(Parent1_Email, ''), Parent2_Email, '') FROM S)
   WINDOW d AS (PARTITION BY D) ORDER BY D IS NULL, N, Kind, Rank IS NULL, Rank, L, F;
 SELECT count(*) || 'scouts in all' FROM S;
 -- frmCreatePurchaseList;

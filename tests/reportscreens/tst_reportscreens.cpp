@@ -204,8 +204,8 @@ private Q_SLOTS:
     void printsWhatTheDatabaseHolds_data()
     {
         test::table({"run", "clicks", "heading", "nothing"}, R"(
-dlgReportSelect1 1    |optScouts|Assigned Awards;|No assigned awards match this selection.
-dlgReportSelect1 2    |optAdults|Assigned Awards;|No assigned awards match this selection.
+dlgReportSelect1 1    |optScouts|Assigned Awards: Scouts;for all active scouts|No assigned awards match this selection.
+dlgReportSelect1 2    |optAdults|Assigned Awards: Adults;for all active adults|No assigned awards match this selection.
 dlgAwardsList 1       ||Award List;All awards of the catalogue, by type|The catalogue holds no awards.
 dlgAwardsList 2       |chkDetailed|Award List;All awards of the catalogue, by type|The catalogue holds no awards.
 dlgScoutList 1        |optAlpha|Scout Phone List;Active scouts and their parents|There are no active scouts.
