@@ -91,6 +91,7 @@ private Q_SLOTS:
     {
         const OpenPreview preview;
         QVERIFY(!preview.window->parent() && !preview.window->windowHandle()->transientParent()); // no dialog blocks it
+        QVERIFY(!preview.window->testAttribute(Qt::WA_QuitOnClose)); // and the program ends without it
         using Step = std::tuple<const char*, int, int>;
         for (const auto& [action, from, to] : {Step("actNext", 1, 2), Step("actNext", 4, 5), Step("actPrevious", 3, 2),
                                                Step("actFirst", 4, 1), Step("actLast", 1, 5)}) {

@@ -21,7 +21,8 @@ constexpr double PointsPerInch = 72;
 constexpr double Gap = 16; // pixels around each page
 constexpr int ShadowDepth = 6;
 constexpr double ZoomStep = 1.1;
-constexpr int LineStep = 40; // pixels that an arrow key scrolls
+constexpr int LineStep = 40;        // pixels that an arrow key scrolls
+constexpr double BlankEdge = 0.045; // of a page's height, at its foot
 
 const QColor FoundColor(255, 222, 80, 120);
 const QColor CurrentFoundColor(255, 150, 30, 150);
@@ -289,7 +290,7 @@ void PageView::layOut()
 }
 
 // A window's height on or back, but no further than the start of the next page or the end of the last one, so that
-// every page is read from its top.
+// every page is read from its top. A page of which only its blank edge is hidden has been read.
 void PageView::readOn(int direction)
 {
     QScrollBar* bar = verticalScrollBar();
@@ -300,13 +301,14 @@ void PageView::readOn(int direction)
     const int page = pageAt(top + Gap);
     const double start = pageTop(page) - Gap;
     const double end = start + pageHeight;
+    const double edge = Gap + BlankEdge * pageHeight;
     if (direction > 0)
-        bar->setValue(top + height >= static_cast<int>(end) ? static_cast<int>(std::lround(end))
-                                                            : std::min(top + step, static_cast<int>(end) - 1));
+        bar->setValue(top + height >= end - edge ? static_cast<int>(std::lround(end))
+                                                 : std::min(top + step, static_cast<int>(end) - 1));
     else if (top > static_cast<int>(start) + 1)
         bar->setValue(std::max(top - step, static_cast<int>(start)));
     else
-        bar->setValue(static_cast<int>(std::max(start - pageHeight, start + Gap - height)));
+        bar->setValue(static_cast<int>(pageHeight - height <= edge ? start - pageHeight : start - height));
 }
 
 void PageView::showBox(const Hit& hit)

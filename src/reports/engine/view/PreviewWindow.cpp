@@ -69,6 +69,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
 {
     setObjectName(QStringLiteral("previewWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(m_document->title.isEmpty() ? tr("Report") : m_document->title);
 
     makeActions();

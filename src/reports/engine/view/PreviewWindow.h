@@ -23,7 +23,7 @@ class PageView;
 enum class Glyph;
 
 /// A finished report on the screen. It is a window of its own without a parent: a waiting dialog of the program doesn't
-/// block it, and it outlives the screen that ran the report. Closing it deletes it.
+/// block it, and it outlives the screen that ran the report, but not the program's frame. Closing it deletes it.
 class PreviewWindow : public QMainWindow
 {
     Q_OBJECT

@@ -15,6 +15,7 @@ ReportMessage::ReportMessage(const QString& title, const QString& text)
     setObjectName(QStringLiteral("reportMessage"));
     setWindowTitle(title);
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
 
     auto* icon = new QLabel;
     const int iconSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
