@@ -43,15 +43,27 @@ private:
     std::map<QString, store::Database> m_opened;
 };
 
-// The preview of a run that isn't over: gone with the run, unless that comes to its end.
-struct BegunPreview {
-    QPointer<PreviewWindow> window;
-
+// The preview of a run that isn't over: gone with the run, unless that comes to its end. Closing it ends the run.
+class BegunPreview
+{
+public:
     BegunPreview() = default;
-    ~BegunPreview() { delete window.data(); }
+    ~BegunPreview() { delete m_window.data(); }
     BegunPreview(const BegunPreview&) = delete;
     BegunPreview& operator=(const BegunPreview&) = delete;
-    PreviewWindow* release() { return std::exchange(window, nullptr).data(); }
+
+    void begin(PreviewWindow* window)
+    {
+        m_window = window;
+        m_begun = true;
+    }
+    [[nodiscard]] bool isOpen() const { return m_window && m_window->isVisible(); }
+    [[nodiscard]] bool wasClosed() const { return m_begun && !isOpen(); }
+    PreviewWindow* release() { return std::exchange(m_window, nullptr).data(); }
+
+private:
+    QPointer<PreviewWindow> m_window;
+    bool m_begun = false;
 };
 
 // What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
@@ -163,17 +175,17 @@ int ReportControl::execute()
     {
         RunProgress progress(QStringLiteral("Preparing the report…"));
         const auto goOn = [&](int done, int total) {
-            if (begun.window) // let its page be painted, while nobody can reach the program's windows
+            if (begun.isOpen()) // let its page be painted, while nobody can reach the program's windows
                 QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-            return progress(done, total);
+            return !begun.wasClosed() && progress(done, total);
         };
         const auto showFirst = [&](Document&& first) {
             if (self)
-                begun.window = show(std::move(first));
+                begun.begin(show(std::move(first)));
         };
         document = render(request, std::ref(databases), goOn, m_destination == ToPreview ? showFirst : FirstPage());
     }
-    if (!document)
+    if (!document || begun.wasClosed())
         return UserInterrupt;
     if (!self)
         return 0;

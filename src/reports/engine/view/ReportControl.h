@@ -39,7 +39,7 @@ class ReportControl : public QObject
     Q_PROPERTY(int LastPage READ lastPage WRITE setLastPage)
 
 public:
-    /// What run() returns when the user cancelled it.
+    /// What run() returns when the user cancelled it, or closed its preview before the end.
     static constexpr int UserInterrupt = 18;
 
     /// The name becomes the object's name.
