@@ -32,9 +32,12 @@ Formula bound(const QString& text)
     return formula;
 }
 
-std::optional<QString> columnOf(const QString& field)
+std::optional<QueryColumn> columnOf(const QString& field)
 {
-    return !Row::names.contains(field) ? std::nullopt : std::optional(field.section(u'.', -1));
+    using Type = FormulaNode::Type;
+    const auto at = Row::names.indexOf(field);
+    const Type types[] = {Type::Number, Type::Date, Type::Text, Type::Text, Type::Number};
+    return at < 0 ? std::nullopt : std::optional(QueryColumn{field.section(u'.', -1), types[at]});
 }
 
 } // namespace
@@ -84,6 +87,7 @@ private Q_SLOTS:
             NOT ({S.SID} = 12) OR ({Name} <> 'x' And 1 < 2) | yes ((Not ([SID] = 12)) Or (([Name] <> 'x') And (1 < 2)))
             {Name} = "o'bri'en"                                  | yes ([Name] = 'o''bri''en')
             {S.SID} = 12 and Length({Name}) = 8                  | yes ([SID] = 12)
+            {S.SID} = 12 and (1 = 1 or {A.Day} = "soon")         | yes ([SID] = 12)
             {Nothing} = 1 or not ({Nothing} = 1)                 | no (([Nothing] = 1) Or (Not ([Nothing] = 1)))
             {S.SID} =                                            | 3075 at 10
             {S.SID = 12                                          | 3075 at 1
@@ -96,6 +100,7 @@ private Q_SLOTS:
             5                                                    | 13 at 1
             1 = 1 / 0                                            | 11 at 7
             {Name} = 7                                           | 13 at 8
+            {S.SID} and 1 = 1                                    | 13 at 1
             99999999999999999999999999                           | 13 at 1
         )");
         QTest::newRow("open text") << "\"open"

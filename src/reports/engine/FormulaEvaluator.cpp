@@ -31,8 +31,6 @@ Value condition(const Value& value, Place place)
 {
     if (value.isNull() || value.isBool())
         return value;
-    if (value.isNumber())
-        return Value(value.toDouble() != 0);
     mismatch(QStringLiteral("A condition is needed here."), place);
 }
 

@@ -22,6 +22,24 @@ const QString SelectionPlace = QStringLiteral("selection formula");
 struct Cancelled {
 };
 
+FormulaNode::Type typeOf(store::FieldType type)
+{
+    switch (type) {
+    case store::FieldType::Boolean:
+        return FormulaNode::Type::Condition;
+    case store::FieldType::Integer:
+    case store::FieldType::Long:
+    case store::FieldType::Double:
+        return FormulaNode::Type::Number;
+    case store::FieldType::Date:
+        return FormulaNode::Type::Date;
+    case store::FieldType::Text:
+    case store::FieldType::Memo:
+        break;
+    }
+    return FormulaNode::Type::Text;
+}
+
 /// Visits every formula of a report's own bands and keys.
 template <typename Visit>
 void eachFormula(Definition& definition, Visit visit)
@@ -100,8 +118,10 @@ private:
         try {
             store::Recordset records = file.openRecordset(query);
             RowSet set;
-            for (const store::FieldInfo& field : records.fields())
+            for (const store::FieldInfo& field : records.fields()) {
                 set.columns << field.name;
+                set.types.push_back(typeOf(field.type));
+            }
             const int total = records.recordCount();
             set.rows.reserve(std::size_t(total));
             for (; !records.eof(); records.moveNext()) {
@@ -127,9 +147,11 @@ private:
         if (selection.isEmpty())
             return read(databases, source, source.query);
         const RowSet shape = read(databases, source, withCondition(source.query, QStringLiteral("1 = 0")));
-        const QString condition = handDown(selection, [&](const QString& field) -> std::optional<QString> {
+        const QString condition = handDown(selection, [&](const QString& field) -> std::optional<QueryColumn> {
             const int column = shape.columnOf(columnNamed(report.definition, field));
-            return column < 0 ? std::nullopt : std::optional(shape.columns[column]);
+            if (column < 0)
+                return std::nullopt;
+            return QueryColumn{shape.columns[column], shape.types[std::size_t(column)]};
         });
         return read(databases, source, withCondition(source.query, condition));
     }

@@ -9,6 +9,7 @@ namespace orlo::reports
 /// The rows that a query gave.
 struct RowSet {
     QStringList columns;
+    std::vector<FormulaNode::Type> types; ///< of the query's columns
     std::vector<std::vector<Value>> rows;
 
     /// Without regard to case; -1 for an unknown name.

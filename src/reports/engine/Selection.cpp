@@ -75,34 +75,45 @@ private:
         return text;
     }
 
-    [[nodiscard]] Written operand(const FormulaNode& node) const
+    struct Operand {
+        QString text;
+        FormulaNode::Type type;
+    };
+
+    [[nodiscard]] std::optional<Operand> operand(const FormulaNode& node) const
     {
-        if (node.kind == Kind::Literal)
-            return literal(node.literal);
+        if (node.kind == Kind::Literal) {
+            const Written text = literal(node.literal);
+            return text ? std::optional(Operand{*text, node.type}) : std::nullopt;
+        }
         if (node.kind != Kind::Field)
             return std::nullopt;
         const auto column = m_columnOf(node.name);
-        if (!column || column->contains(u']') || column->contains(u'['))
+        if (!column || column->name.contains(u']') || column->name.contains(u'['))
             return std::nullopt;
-        return u'[' + *column + u']';
+        return Operand{u'[' + column->name + u']', column->type};
     }
 
     [[nodiscard]] Written pair(const FormulaNode& node, QStringView sign) const
     {
-        const Written left = operand(node.children[0]);
-        const Written right = operand(node.children[1]);
-        return left && right ? Written(*left + sign.toString() + *right) : std::nullopt;
+        return compared(operand(node.children[0]), sign, operand(node.children[1]));
     }
 
     [[nodiscard]] Written range(const FormulaNode& node) const
     {
-        const Written value = operand(node.children[0]);
-        const Written from = operand(node.children[1]);
-        const Written to = operand(node.children[2]);
-        if (!value || !from || !to)
+        const auto value = operand(node.children[0]);
+        const Written from = compared(value, u" >= ", operand(node.children[1]));
+        const Written to = compared(value, u" <= ", operand(node.children[2]));
+        if (!from || !to)
             return std::nullopt;
-        return QString(*value + QLatin1StringView(" >= ") + *from + QLatin1StringView(" And ") + *value +
-                       QLatin1StringView(" <= ") + *to);
+        return QString(*from + QLatin1StringView(" And ") + *to);
+    }
+
+    static Written compared(const std::optional<Operand>& left, QStringView sign, const std::optional<Operand>& right)
+    {
+        if (!left || !right || left->type != right->type)
+            return std::nullopt;
+        return QString(left->text + sign.toString() + right->text);
     }
 
     const ColumnOf& m_columnOf;

@@ -8,12 +8,18 @@
 namespace orlo::reports
 {
 
+/// A column of a query, and the kind of its values.
+struct QueryColumn {
+    QString name;
+    FormulaNode::Type type = FormulaNode::Type::Any;
+};
+
 /// Yields the query column that a formula's field stands for; nothing where the field isn't the query's.
-using ColumnOf = std::function<std::optional<QString>(const QString& field)>;
+using ColumnOf = std::function<std::optional<QueryColumn>(const QString& field)>;
 
 /// The parts of a condition, cut at its outermost "and", that the query can select itself, in the store's dialect;
-/// empty if there are none. The rows that they let pass are still the formula's to judge: it fails for a comparison of
-/// unlike values, of which the store makes something.
+/// empty if there are none. The rows that they let pass are still the formula's to judge. A comparison of unlike values
+/// is not handed down: the formula fails for it, the store would make something of it.
 [[nodiscard]] QString handDown(const Formula& formula, const ColumnOf& columnOf);
 
 /// The same query with a condition on its own columns.
