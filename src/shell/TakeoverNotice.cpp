@@ -34,10 +34,11 @@ public:
     bool eventFilter(QObject* /*watched*/, QEvent* event) override { return event->type() == QEvent::ActivationChange; }
 };
 
+QPointer<QLabel> line;
+
 // A line across the window that is up: another window would take the activation, which the frame listens for.
 void showProgress(const QString& file, int percent)
 {
-    static QPointer<QLabel> line;
     if (percent >= 100) {
         delete line;
         return;
@@ -49,6 +50,10 @@ void showProgress(const QString& file, int percent)
         line = new QLabel(window);
         line->setObjectName(QStringLiteral("lblTakeover"));
         line->setAutoFillBackground(true);
+        QPalette colors = line->palette(); // legible on the splash too, which is disabled
+        for (const auto role : {QPalette::WindowText, QPalette::Window})
+            colors.setColor(QPalette::Disabled, role, colors.color(QPalette::Active, role));
+        line->setPalette(colors);
         line->setAlignment(Qt::AlignCenter);
         line->setMargin(line->fontMetrics().height() / 2);
     }
@@ -81,6 +86,11 @@ void tellOverFrame(const QString& report)
 void watchTakeovers()
 {
     store::setTakeoverWatch({showProgress, tellOverFrame});
+}
+
+bool isTakeoverShown()
+{
+    return line;
 }
 
 } // namespace orlo

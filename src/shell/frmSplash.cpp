@@ -1,6 +1,7 @@
 #include "shell/frmSplash.h"
 
 #include "platform/Application.h"
+#include "shell/TakeoverNotice.h"
 #include "shell/mdiPendrake.h"
 #include "ui_frmSplash.h"
 #include "widgets/Twips.h"
@@ -17,6 +18,7 @@ namespace
 {
 constexpr QSize PictureSize(483, 401);
 constexpr int LetterSize = 12; // pixels
+constexpr int LookEvery = 100; // ms
 
 // The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
 QImage picture(int scale)
@@ -88,6 +90,8 @@ void frmSplash::paintEvent(QPaintEvent*)
 
 void frmSplash::tmrSplashWait_Timer()
 {
+    if (isTakeoverShown()) // the frame comes once the database is open
+        return tmrSplashWait->start(LookEvery);
     tmrSplashWait->stop();
     mdiPendrake::instance().show();
     unload();
