@@ -3,6 +3,7 @@
 #include "jet/Output.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <map>
 #include <set>
@@ -17,7 +18,6 @@ namespace
 
 constexpr char Catalogue[] = "MSysObjects";
 constexpr unsigned long CataloguePage = 2;
-constexpr unsigned OdbcTable = 4;
 constexpr int MostMoves = 16;   // of one row
 constexpr int Removed = 0x8000; // of a row: not to be read here, or not at all
 constexpr int Elsewhere = 0x4000;
@@ -56,6 +56,29 @@ std::string readable(const std::u16string& name)
 std::uint32_t number(void* bytes, int offset)
 {
     return static_cast<std::uint32_t>(mdb_get_int32(bytes, offset));
+}
+
+// The catalogue's numbers for what isn't a table.
+std::optional<store::jet::Other> otherOf(int type)
+{
+    using store::jet::Other;
+    switch (type) {
+    case 4: // by way of ODBC
+    case 6:
+        return Other::Link;
+    case 5:
+        return Other::Query;
+    case -32768:
+        return Other::Form;
+    case -32766:
+        return Other::Macro;
+    case -32764:
+        return Other::PrintedReport;
+    case -32761:
+        return Other::Module;
+    default:
+        return {};
+    }
 }
 
 std::string taken(char* text)
@@ -175,16 +198,15 @@ void JetFile::readCatalogue()
     walk(catalogue, [&](const Row& row) {
         if (!row[id] || !row[type] || !row[name])
             damaged(Catalogue);
-        const auto kind = whole(*row[type], 2) & 0x7F;
+        const auto kind = static_cast<std::int16_t>(whole(*row[type], 2));
         const std::u16string text = shortText(*row[name]);
         if (text.starts_with(u"MSys")) // the engine's own
             return;
         if (kind == MDB_TABLE && !text.starts_with(u"~TMP")) // on the way out
             tables.push_back({text, static_cast<std::uint32_t>(whole(*row[id], 4)) & 0xFFFFFF});
-        else if (kind == MDB_LINKED_TABLE || kind == OdbcTable)
-            m_links.push_back(text);
-        else if (kind == MDB_QUERY && !text.starts_with(u'~')) // part of a form
-            m_queries.push_back(text);
+        else if (const auto other = otherOf(kind);
+                 other && !text.starts_with(u'~')) // part of another, or on the way out
+            m_others.push_back({*other, text});
     });
     for (const Listed& listed : tables) {
         auto* entry = new MdbCatalogEntry(*own);
@@ -302,7 +324,12 @@ std::string JetFile::identifier(Bytes bytes) const
 {
     if (bytes.size < 16)
         fail("A number breaks off.");
-    return taken(mdb_uuid_to_string(m_file->pg_buf, bytes.start));
+    const std::uint8_t* byte = m_file->pg_buf + bytes.start;
+    char text[39];
+    std::snprintf(text, sizeof text, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
+                  number(m_file->pg_buf, bytes.start), byte[4] | byte[5] << 8, byte[6] | byte[7] << 8, byte[8], byte[9],
+                  byte[10], byte[11], byte[12], byte[13], byte[14], byte[15]);
+    return text;
 }
 
 std::string JetFile::piece(std::uint32_t place)

@@ -29,6 +29,12 @@ struct Table {
     [[nodiscard]] std::size_t find(std::string_view field, int type) const;
 };
 
+/// Something else in the file.
+struct Thing {
+    store::jet::Other kind;
+    std::u16string name;
+};
+
 /// Where a field's bytes lie in the page that was read last; nothing for Null.
 struct Bytes {
     int start;
@@ -44,9 +50,8 @@ public:
 
     /// The tables that a user made, in the order of the file's catalogue.
     [[nodiscard]] const std::vector<Table>& tables() const { return m_tables; }
-    /// The names of the stored queries, and of the tables whose rows are in other files.
-    [[nodiscard]] const std::vector<std::u16string>& queries() const { return m_queries; }
-    [[nodiscard]] const std::vector<std::u16string>& links() const { return m_links; }
+    /// What a user made besides them.
+    [[nodiscard]] const std::vector<Thing>& others() const { return m_others; }
     [[nodiscard]] bool isJet4() const { return !m_codePage; }
     /// Calls for each row that wasn't removed, in the order of the file; a row that has moved counts where it began.
     void walk(const Table& table, const std::function<void(const Row&)>& take);
@@ -77,8 +82,7 @@ private:
     MdbHandle* m_file; // lives as long as the process
     std::optional<CodePage> m_codePage;
     std::vector<Table> m_tables;
-    std::vector<std::u16string> m_queries;
-    std::vector<std::u16string> m_links;
+    std::vector<Thing> m_others;
 };
 
 } // namespace orlo::jet

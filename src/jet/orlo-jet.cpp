@@ -147,10 +147,10 @@ int main(int argc, char** argv)
     Output out(limitOurselves(argv[1]));
     JetFile file(argv[1]);
     out.number(orlo::store::jet::Signature);
-    for (const auto* names : {&file.queries(), &file.links()}) {
-        out.number(static_cast<std::uint32_t>(names->size()));
-        for (const std::u16string& name : *names)
-            out.text(name);
+    out.number(static_cast<std::uint32_t>(file.others().size()));
+    for (const Thing& other : file.others()) {
+        out.number(other.kind);
+        out.text(other.name);
     }
     out.number(static_cast<std::uint32_t>(file.tables().size()));
     for (const Table& table : file.tables())

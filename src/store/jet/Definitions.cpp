@@ -9,6 +9,7 @@ namespace
 {
 
 constexpr int WidestText = 255;
+constexpr qsizetype MostNames = 20; // in a line of the report
 
 FieldType typeOf(Kind kind)
 {
@@ -42,6 +43,48 @@ Field carriedOver(const FormerField& former)
     return field;
 }
 
+QString wordFor(Other kind)
+{
+    switch (kind) {
+    case Other::Query:
+        return QStringLiteral("query");
+    case Other::Form:
+        return QStringLiteral("form");
+    case Other::PrintedReport:
+        return QStringLiteral("report");
+    case Other::Macro:
+        return QStringLiteral("macro");
+    case Other::Module:
+        return QStringLiteral("module");
+    case Other::Link:
+        return QStringLiteral("link to the table");
+    }
+    throw damaged(QStringLiteral("It holds something of no known kind."));
+}
+
+void tell(Report& report, const QString& what, const QStringList& names)
+{
+    if (names.isEmpty())
+        return;
+    const QString more =
+        names.size() > MostNames ? QStringLiteral(" and %1 more").arg(names.size() - MostNames) : QString();
+    report.append(QStringLiteral("%1: %2%3.").arg(what, names.mid(0, MostNames).join(QStringLiteral(", ")), more));
+}
+
+// The program's own queries are made anew; everything else that is no table stays where it is.
+void readOthers(HelperStream& stream, Report& report)
+{
+    QStringList left;
+    for (auto count = stream.number<std::uint32_t>(); count > 0; --count) {
+        const auto kind = stream.number<Other>();
+        const QString name = stream.text();
+        const auto same = [&name](const QueryDef& query) { return query.name.compare(name, Qt::CaseInsensitive) == 0; };
+        if (kind != Other::Query || std::ranges::none_of(schema::queries(), same))
+            left.append(QStringLiteral("%1 %2").arg(wordFor(kind), name));
+    }
+    tell(report, QStringLiteral("Left in the old file"), left);
+}
+
 FormerTable readTable(HelperStream& stream)
 {
     FormerTable table;
@@ -49,7 +92,7 @@ FormerTable readTable(HelperStream& stream)
     table.rows = stream.number<std::uint32_t>();
     const auto fields = stream.number<std::uint16_t>();
     if (fields == 0 || fields > MostFields)
-        throw damaged(QStringLiteral("The table %1 has no such number of fields.").arg(table.name));
+        throw damaged(QStringLiteral("The fields of the table %1 can't be read.").arg(table.name));
     for (int i = 0; i < fields; ++i) {
         QString name = stream.text();
         const auto kind = stream.number<Kind>();
@@ -58,34 +101,47 @@ FormerTable readTable(HelperStream& stream)
     return table;
 }
 
-// Gives the table its place among ours, or one beside them under its own name.
-void place(FormerTable& table, SchemaVersion version, QStringList& taken, Report& report)
+// Gives the table its place among ours, or one beside them under its own name. Names that differ only in case are one
+// name here; the first to come has it.
+void place(FormerTable& table, SchemaVersion version, QStringList& taken, QStringList& missing, Report& report)
 {
     const TableDef* ours = schema::findTable(table.name, version);
-    table.target = ours ? *ours : TableDef(freeName(table.name, taken));
+    if (ours && missing.removeOne(ours->name()))
+        table.target = *ours;
+    else
+        table.target = TableDef(freeName(table.name, taken));
     taken.append(table.target.name());
-    if (!ours && table.target.name() != table.name)
+    if (table.target.name().compare(table.name, Qt::CaseInsensitive) != 0)
         report.append(QStringLiteral("The table %1 is now named %2.").arg(table.name, table.target.name()));
+
+    QStringList names;
+    for (const Field& field : table.target.fields())
+        names.append(field.name);
+    QStringList empty = names;
     for (const FormerField& field : table.fields) {
         const Field* known = table.target.findField(field.name);
-        if (!known) {
-            table.target.appendField(carriedOver(field));
-            known = &table.target.fields().back();
+        if (known && empty.removeOne(known->name)) {
+            table.targetFields.append(known->name);
+            continue;
         }
-        if (table.targetFields.contains(known->name))
-            throw damaged(QStringLiteral("%1 has two fields %2.").arg(table.name, field.name));
-        table.targetFields.append(known->name);
+        Field added = carriedOver(field);
+        if (known) {
+            added.name = freeName(field.name, names);
+            report.append(
+                QStringLiteral("The second field %1 of %2 is now named %3.").arg(field.name, table.name, added.name));
+        }
+        table.target.appendField(added);
+        table.targetFields.append(added.name);
+        names.append(added.name);
     }
-    for (const Field& field : table.target.fields())
-        if (!table.targetFields.contains(field.name))
-            report.append(QStringLiteral("%1 had no field %2.").arg(table.name, field.name));
+    tell(report, QStringLiteral("Fields that %1 didn't have and that are empty now").arg(table.name), empty);
 }
 
 // Nothing tells a file's version but its tables.
 SchemaVersion versionOf(const std::vector<FormerTable>& tables)
 {
     const bool current = std::ranges::any_of(tables, [](const FormerTable& table) {
-        return table.name.compare(QLatin1String("Den_Titles"), Qt::CaseInsensitive) == 0;
+        return schema::findTable(table.name, SchemaVersion::V11) && !schema::findTable(table.name, SchemaVersion::V10);
     });
     return current ? SchemaVersion::V11 : SchemaVersion::V10;
 }
@@ -114,38 +170,26 @@ Definitions readDefinitions(HelperStream& stream)
     if (stream.number<std::uint32_t>() != Signature)
         throw damaged(QStringLiteral("It could not be read at all."));
     Definitions read{{}, {}, SchemaVersion::V11, {}};
-    QStringList taken{QStringLiteral("Stored_Queries")};
-    for (const QueryDef& query : schema::queries())
-        taken.append(query.name);
-    for (auto left = stream.number<std::uint32_t>(); left > 0; --left) {
-        const QString query = stream.text();
-        if (!taken.contains(query, Qt::CaseInsensitive))
-            read.report.append(QStringLiteral("The stored query %1 is left in the old file.").arg(query));
-    }
-    for (auto left = stream.number<std::uint32_t>(); left > 0; --left)
-        read.report.append(QStringLiteral("The table %1 is in another file and stays there.").arg(stream.text()));
+    readOthers(stream, read.report);
     const auto tables = stream.number<std::uint32_t>();
     if (tables == 0 || tables > MostTables)
-        throw damaged(QStringLiteral("It has no such number of tables."));
+        throw damaged(QStringLiteral("It has no tables that could be read."));
     for (std::uint32_t i = 0; i < tables; ++i)
         read.tables.push_back(readTable(stream));
 
     read.version = versionOf(read.tables);
-    for (const TableDef& table : schema::tables(read.version)) {
-        taken.append(table.name());
-        const auto same = [&table](const FormerTable& former) {
-            return former.name.compare(table.name(), Qt::CaseInsensitive) == 0;
-        };
-        const auto count = std::ranges::count_if(read.tables, same);
-        if (count > 1)
-            throw damaged(QStringLiteral("It has two tables %1.").arg(table.name()));
-        if (count == 1)
-            continue;
-        read.report.append(QStringLiteral("There was no table %1.").arg(table.name()));
-        read.empty.push_back(table);
-    }
+    QStringList missing;
+    for (const TableDef& table : schema::tables(read.version))
+        missing.append(table.name());
+    QStringList taken = missing;
+    taken.append(QStringLiteral("Stored_Queries"));
+    for (const QueryDef& query : schema::queries())
+        taken.append(query.name);
     for (FormerTable& table : read.tables)
-        place(table, read.version, taken, read.report);
+        place(table, read.version, taken, missing, read.report);
+    for (const QString& name : missing)
+        read.empty.push_back(*schema::findTable(name, read.version));
+    tell(read.report, QStringLiteral("Tables that the old file didn't have and that are empty now"), missing);
     return read;
 }
 

@@ -15,6 +15,7 @@ constexpr qint64 Megabyte = 1 << 20;
 constexpr qint64 MostGrowth = 16; // of a file into its stream
 constexpr qsizetype MostReason = 300;
 constexpr qsizetype MostSaid = 1 << 16; // bytes
+constexpr int CannotBeLoaded = 127;     // the exit code of a program that a library is missing for
 
 // The helper limits its own processor time; this is for one that sleeps, or a machine that is busy.
 qint64 patience(qint64 fileSize)
@@ -104,6 +105,9 @@ void HelperStream::raiseFailure()
 {
     if (m_process.state() == QProcess::Running && !m_process.waitForFinished(100))
         throw damaged(QStringLiteral("Reading it takes too long."));
+    if (m_process.error() == QProcess::FailedToStart ||
+        (m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == CannotBeLoaded))
+        throw platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"));
     const QByteArrayList lines = m_said.split('\n');
     for (const QByteArray& line : lines)
         if (line.startsWith("orlo-jet: "))

@@ -19,7 +19,7 @@ namespace orlo::store::jet
 [[nodiscard]] QString helperProgram();
 
 /// What the helper writes about a file. Nothing that it writes is trusted: whatever breaks off, is too long or comes
-/// too late raises 3049, and the helper ends with the object.
+/// too late raises 3049, and the helper ends with the object. One that this system can't run raises 3343.
 class HelperStream
 {
 public:

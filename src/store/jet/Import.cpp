@@ -28,7 +28,7 @@ constexpr double LastDay = 2958465;           // 12/31/9999
 constexpr qsizetype SureDigits = 15;          // of a double
 constexpr qsizetype LongestText = 33'000'000; // letters, of up to three bytes each in the new file
 constexpr qsizetype MostLines = 12;
-constexpr qsizetype MostReasons = 3;
+constexpr qsizetype MostReasons = 5;
 constexpr int ProgressEvery = 100; // ms
 
 // A value as it came, before its new field has its say.
@@ -188,21 +188,18 @@ public:
             beside.appendField({field, FieldType::Memo, 0, true});
         createTable(m_connection, beside);
         m_load.begin(beside, fields);
-        QStringList reasons;
         for (const Kept& row : m_kept) {
             for (std::size_t i = 0; i < row.values.size(); ++i)
                 m_load.set(static_cast<int>(i), row.values[i]);
             m_load.set(static_cast<int>(row.values.size()), row.reason);
             m_load.addRow();
-            if (!reasons.contains(row.reason))
-                reasons.append(row.reason);
         }
-        const QString more = reasons.size() > MostReasons ? QStringLiteral(" ...") : QString();
+        const QString more = m_reasons.size() > MostReasons ? QStringLiteral("; ...") : QString();
         const auto rows =
             m_kept.size() == 1 ? QStringLiteral("1 row is") : QStringLiteral("%1 rows are").arg(m_kept.size());
-        report.append(
-            QStringLiteral("%1: %2 whole in the table %3 (%4%5).")
-                .arg(m_table.target.name(), rows, name, reasons.mid(0, MostReasons).join(QStringLiteral("; ")), more));
+        report.append(QStringLiteral("%1: %2 whole in the table %3 (%4%5).")
+                          .arg(m_table.target.name(), rows, name,
+                               m_reasons.mid(0, MostReasons).join(QStringLiteral("; ")), more));
     }
 
     // Raises 3049 unless the table holds every row but those that it refused.
@@ -256,7 +253,10 @@ private:
         if (reasons.isEmpty())
             return;
         Kept& kept = m_kept.emplace_back();
-        kept.reason = reasons.join(QStringLiteral(", "));
+        kept.reason = reasons.join(QStringLiteral("; "));
+        for (const QString& reason : reasons)
+            if (!m_reasons.contains(reason))
+                m_reasons.append(reason);
         for (const Came& came : m_row)
             kept.values.push_back(came.value.isNull() && came.problem.isEmpty() ? Value() : Value(textOf(came)));
     }
@@ -283,6 +283,9 @@ private:
                 if (number != std::trunc(number))
                     problem = QStringLiteral("the number has a fraction");
             }
+            if (field.type == FieldType::Boolean && came.value.isNumber() && came.value.toDouble() != 0 &&
+                std::abs(came.value.toDouble()) != 1)
+                problem = QStringLiteral("a number that is neither yes nor no");
         } catch (const RuntimeError& error) {
             problem = refusalOf(error.number());
             if (error.number() == platform::FieldTooSmall) {
@@ -301,6 +304,7 @@ private:
     std::vector<const Field*> m_fields;
     std::vector<Came> m_row;
     std::vector<Kept> m_kept;
+    QStringList m_reasons;
     qint64 m_rows = 0;
     qint64 m_refused = 0;
 };

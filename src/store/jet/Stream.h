@@ -6,8 +6,7 @@
 /// little endian; a text is its length in bytes (32 bits), then UTF-16.
 ///
 ///   Signature
-///   queries: count (32 bits), a name each
-///   tables whose rows are in other files: the same
+///   what is no table of this file: count (32 bits), each of them: Other, name
 ///   tables: count (32 bits), each of them: name, rows that it should have (32 bits), fields (16 bits), each of these:
 ///     name, Kind, size in characters (16 bits)
 ///   for each table again: rows, each of them RowFollows and a Cell for each field; then TableEnds
@@ -24,6 +23,16 @@ constexpr std::uint8_t TableEnds = 'E';
 /// The most that a file can have of each; more is a damaged file.
 constexpr std::uint32_t MostTables = 4096;
 constexpr std::uint16_t MostFields = 255;
+
+/// What a file has besides tables.
+enum class Other : std::uint8_t {
+    Query,
+    Form,
+    PrintedReport,
+    Macro,
+    Module,
+    Link, ///< a table whose rows are in another file
+};
 
 /// What a field holds.
 enum class Kind : std::uint8_t { Boolean, Integer, Long, Double, Date, Text, Memo };

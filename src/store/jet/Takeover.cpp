@@ -73,8 +73,8 @@ jet::Report make(const QString& name, const QString& former, const QString& help
 
 bool isOurFailure(int number)
 {
-    return number == platform::DatabaseDamaged || number == platform::DiskFull ||
-           number == platform::PermissionDenied || number == platform::PathFileAccess ||
+    return number == platform::DatabaseDamaged || number == platform::UnrecognisedFormat ||
+           number == platform::DiskFull || number == platform::PermissionDenied || number == platform::PathFileAccess ||
            number == platform::CannotLockFile;
 }
 
