@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr int WidestText = 255;
-constexpr qsizetype MostNames = 20; // in a line of the report
+constexpr qsizetype MostNames = 10; // in a line of the report
 
 FieldType typeOf(Kind kind)
 {

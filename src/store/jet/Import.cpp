@@ -364,7 +364,7 @@ void checkIntegrity(Connection& connection, const Definitions& definitions)
 Report import(HelperStream& stream, Connection& connection, Database& database,
               const std::function<void(int percent)>& progress)
 {
-    Definitions definitions = readDefinitions(stream);
+    const Definitions definitions = readDefinitions(stream);
     qint64 all = 1;
     for (const FormerTable& table : definitions.tables)
         all += table.rows;
@@ -391,8 +391,9 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     stream.finish();
 
     QStringList taken = tableNames(connection);
+    Report report; // the rows first, since the message has an end
     for (TableFill& fill : fills)
-        fill.keep(taken, definitions.report);
+        fill.keep(taken, report);
     for (const FormerTable& table : definitions.tables)
         addPlainIndexes(connection, table.target);
     for (const TableDef& table : definitions.empty)
@@ -404,7 +405,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     for (TableFill& fill : fills)
         fill.verify();
     checkIntegrity(connection, definitions);
-    return definitions.report;
+    return report + definitions.report;
 }
 
 QString words(const Report& report, const QString& file, const QString& kept)
