@@ -73,7 +73,7 @@ void Main()
     try {
         auto& splash = widgets::Instance<frmSplash>::get();
         splash.show();
-        splash.startTimer(SplashTime);
+        splash.openFrameAfter(SplashTime);
         gAppPath = platform::folder();
         gOldDbName = QStringLiteral("\\Quorrel.mdb");
         gDbName = QStringLiteral("\\Quorrel11.mdb");

@@ -24,8 +24,8 @@ public:
     frmSplash();
     ~frmSplash() override;
 
-    /// Sets the interval of tmrSplashWait, in milliseconds, and enables it.
-    void startTimer(int interval);
+    /// Sets the interval of tmrSplashWait and enables it.
+    void openFrameAfter(int milliseconds);
 
 protected:
     void load() override;

@@ -135,9 +135,13 @@ private Q_SLOTS:
                     .hasMatch());
         QCOMPARE(splash.size(), QSize(483, 401));
         QVERIFY(!splash.isEnabled());
+        QDialog report; // of a failed start, still open
+        report.setModal(true);
+        report.show();
         splash.show();
-        splash.startTimer(60);
+        splash.openFrameAfter(60);
         QTRY_VERIFY(topLevel("mdiPendrake"));
+        QTRY_COMPARE(QApplication::activeWindow(), &report);
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
     }
