@@ -39,17 +39,18 @@ void frmDataBackup::BackupDatabase()
 {
     try {
         copyDatabase();
-        return;
-    } catch (const platform::RuntimeError& error) {
-        platform::pendingError::set(error);
+    } catch (const platform::RuntimeError& failure) {
+        widgets::warn(lines({NotMade, QStringLiteral("Please correct the error below and try again"), QString(),
+                             QStringLiteral("Error: ") + failure.description(),
+                             QStringLiteral("Error Number: ") + QString::number(failure.number()),
+                             QStringLiteral("Backup path and file: ") + ui->lstDir->path() + gDbName}),
+                      ErrorTitle);
+        reopenDatabase();
     }
-    const platform::RuntimeError failure = *platform::pendingError::get();
-    platform::pendingError::clear();
-    widgets::warn(lines({NotMade, QStringLiteral("Please correct the error below and try again"), QString(),
-                         QStringLiteral("Error: ") + failure.description(),
-                         QStringLiteral("Error Number: ") + QString::number(failure.number()),
-                         QStringLiteral("Backup path and file: ") + ui->lstDir->path() + gDbName}),
-                  ErrorTitle);
+}
+
+void frmDataBackup::reopenDatabase()
+{
     if (gDatabase && gDatabase->isOpen()) // the open forms' record sets live on that one; it only must be there still
         (void)store::DBEngine::openDatabase(databasePath());
     else

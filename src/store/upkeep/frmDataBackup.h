@@ -24,6 +24,7 @@ public:
 private:
     void BackupDatabase();
     void copyDatabase();
+    static void reopenDatabase();
 
     void cmdBack_Click();
 

@@ -34,7 +34,6 @@ void frmRestorBackup::RestoreDatabase()
     try {
         copyBackup();
     } catch (const platform::RuntimeError& error) {
-        platform::pendingError::set(error);
         // Nobody can tell what the database file holds now, so the program must not go on with it.
         throw platform::RuntimeError(platform::ObjectNotSet, error.source());
     }
