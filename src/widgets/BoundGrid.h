@@ -17,10 +17,10 @@ class DataControl;
 ///
 /// model() holds one row a record and, where records can be added, one more: the empty line at the end, marked with a
 /// star in the row header. Typing in it starts a new record, and a new empty line appears behind. A changed row is
-/// written when another row becomes current, when the focus leaves the grid, when the grid hides and before its data
-/// control is refreshed. A row that the database refuses is reported and stays open for correction; Escape takes back
-/// the cell, once more Escape the row. Delete empties the cell, and deletes the records whose rows are selected as a
-/// whole.
+/// written when another row becomes current or changes, when the focus leaves the grid, when the grid hides and before
+/// its data control is refreshed. A row that the database refuses is reported and stays open for correction; Escape
+/// takes back the cell, once more Escape the row. Delete empties the cell, and deletes the records whose rows are
+/// selected as a whole.
 class BoundGrid : public QTableView
 {
     Q_OBJECT

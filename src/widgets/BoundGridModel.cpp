@@ -70,7 +70,7 @@ bool BoundGridModel::setData(const QModelIndex& index, const QVariant& value, in
     const QString typed = value.toString();
     if (typed == text(row, index.column()))
         return true;
-    if (m_openRow >= 0 && m_openRow != row)
+    if (m_openRow >= 0 && m_openRow != row && (write() || !hasIndex(row, index.column())))
         return false;
     open(row);
     const QString stored = row < m_records ? recordTexts(row).value(index.column()) : QString();

@@ -42,7 +42,8 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-    /// Takes a typed text; it opens the row. False for a row that can't be changed or while another one is open.
+    /// Takes a typed text; it opens the row, and another one that is open is written before. False for a row that can't
+    /// be changed, and where that other one is refused.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
     void setControl(DataControl* control);

@@ -187,6 +187,22 @@ private Q_SLOTS:
         QCOMPARE(screen.grid.model()->rowCount(), 6);
     }
 
+    // A row that changes without being the current one is left by the change of another, too.
+    void changesByCode()
+    {
+        Screen screen;
+        auto* model = screen.grid.model();
+        const auto set = [&](int row, int column, const QString& text) {
+            return model->setData(model->index(row, column), text);
+        };
+        QVERIFY(set(3, Title, "Hathi") && set(4, Title, "Ko") && set(1, Rank, "9"));
+        QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Chil|3, Hathi|, Ko|");
+        QVERIFY(set(1, Title, "Ko") && !set(0, Rank, "7"));
+        QVERIFY(set(1, Title, "Baloo") && screen.grid.commitRow());
+        QVERIFY(set(5, Rank, "1") && set(5, Rank, "") && !set(6, Title, "Mang")); // the line behind is gone with it
+        QCOMPARE(screen.stored(), "Akela|1, Baloo|9, Chil|3, Hathi|, Ko|");
+    }
+
     void refusedRow_data()
     {
         test::table({"what", "failure"}, R"(
