@@ -279,8 +279,7 @@ void frmAdults::bindPositions()
 
 void frmAdults::applyPositionLayout()
 {
-    const QString file = gAppPath + QStringLiteral("\\DenAssign.grd");
-    ui->dbgDenAssignment->applyLayout(widgets::GridLayout::load(platform::nativePath(file)));
+    ui->dbgDenAssignment->applyLayout(widgets::GridLayout::load(gAppPath + QStringLiteral("\\DenAssign.grd")));
 }
 
 void frmAdults::PopulateDenAssignments()

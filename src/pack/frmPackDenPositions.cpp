@@ -1,6 +1,5 @@
 #include "pack/frmPackDenPositions.h"
 
-#include "platform/FileSystem.h"
 #include "shell/Module1.h"
 #include "ui_frmPackDenPositions.h"
 #include "widgets/BoundGrid.h"
@@ -18,7 +17,7 @@ namespace
 void reload(widgets::DataControl& control, widgets::BoundGrid& grid, const QString& layoutName)
 {
     control.refresh();
-    grid.applyLayout(widgets::GridLayout::load(platform::nativePath(gAppPath + layoutName)));
+    grid.applyLayout(widgets::GridLayout::load(gAppPath + layoutName));
     // Room to spare goes to the titles.
     grid.horizontalHeader()->setStretchLastSection(false);
     grid.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);

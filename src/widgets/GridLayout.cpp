@@ -176,15 +176,12 @@ GridLayout GridLayout::read(const QString& text, const QString& fileName)
 GridLayout GridLayout::load(const QString& path)
 {
     QFile file(platform::nativePath(path));
-    if (!file.exists())
-        throw platform::RuntimeError(platform::FileNotFound, QString(),
-                                     platform::standardDescription(platform::FileNotFound) + QStringLiteral(": ") +
-                                         path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw platform::RuntimeError(platform::PathFileAccess, QString(),
-                                     platform::standardDescription(platform::PathFileAccess) + QStringLiteral(": ") +
-                                         path);
-    return read(QString::fromUtf8(file.readAll()), path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        const int number = file.exists() ? platform::PathFileAccess : platform::FileNotFound;
+        throw platform::RuntimeError(number, QString(),
+                                     platform::standardDescription(number) + QStringLiteral(": ") + file.fileName());
+    }
+    return read(QString::fromUtf8(file.readAll()), file.fileName());
 }
 
 } // namespace orlo::widgets
