@@ -7,12 +7,26 @@
 namespace orlo
 {
 
+namespace
+{
+
+void keepRoom(QWidget& control)
+{
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+}
+
+} // namespace
+
 dlgAddDenLeaderAsign::dlgAddDenLeaderAsign()
     : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgAddDenLeaderAsign>())
 {
     ui->setupUi(this);
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
+    for (QWidget* control : std::initializer_list<QWidget*>{ui->cmbDenTitles, ui->lblPackTitle})
+        keepRoom(*control); // the buttons stay where they are, whichever kind shows
     connect(ui->optDenPosition, &widgets::OptionButton::selected, this, [this] { showKind(true); });
     connect(ui->optPackPosition, &widgets::OptionButton::selected, this, [this] { showKind(false); });
     connect(ui->cmbDen, &widgets::ComboBox::clicked, this, [this] { mDenIndex = ui->cmbDen->listIndex(); });
