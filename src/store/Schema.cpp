@@ -47,7 +47,7 @@ constexpr Column PackInfo[] = {
 
 constexpr Column Dens[] = {
     {u"Den_SID", Integer},   {u"Den_Number", Double},   {u"Den_Name", Text, 40},
-    {u"Den_Type", Text, 40}, {u"Year_Started", Double}, {u"Active", Text, 1},
+    {u"Den_Type", Text, 40}, {u"Year_Started", Double}, {u"Active", Text, 255}, // any text can be typed there
 };
 constexpr Key DensKeys[] = {{u"Dens_PK", u"Den_SID", true}};
 

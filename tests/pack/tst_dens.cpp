@@ -141,8 +141,8 @@ private Q_SLOTS:
         database().execute("Update Dens Set Den_SID = 41");
         widgets::Instance<frmDenInfo>::unload();
         Screen next;
-        next.run("n DenName=O'Hara's YearStarted=x Active= s");
-        QCOMPARE(rows("Select * From Dens Order by Den_SID"), "41/7// /2026/Y, 42/0/O'Hara's/ /0/");
+        next.run("n DenName=O'Hara's YearStarted=x Active=resting s");
+        QCOMPARE(rows("Select * From Dens Order by Den_SID"), "41/7// /2026/Y, 42/0/O'Hara's/ /0/resting");
     }
 
     void keysRunOut()
