@@ -216,6 +216,7 @@ void ListForm::cmdCancel_Click()
         rsRecords->move(recordIndex() - 1);
         SetNavButtons();
         FillRecord();
+        reloadDependants();
     }
     ShowRecordInfo();
 }

@@ -320,6 +320,7 @@ private Q_SLOTS:
         test::table({"script", "said", "positions", "left"}, R"(
             N                        | | /3/Wolf/[2][2][N/A] | 5 + 2
             n                        | | | 5 + 2
+            L P n c                  | | /3/Wolf/[2][2][N/A] | 5 + 2
             @2 @@1 no cmdDelDenAssn  | delete? Helper position in Wolf Den 3 | Den Leader/1/Tiger/[1][1][N/A]; Helper/3/Wolf/[2][1][N/A]; Gone///[9][1][N/A]; Chair/N/A/N/A/[0][1][7] | 5 + 2
             @2 @@1 yes cmdDelDenAssn | delete? Helper position in Wolf Den 3 | Den Leader/1/Tiger/[1][1][N/A]; Gone///[9][1][N/A]; Chair/N/A/N/A/[0][1][7] | 4 + 2
             @2 @@2 yes cmdDelDenAssn | delete? Gone position in  Den | Den Leader/1/Tiger/[1][1][N/A]; Helper/3/Wolf/[2][1][N/A]; Chair/N/A/N/A/[0][1][7] | 4 + 2
