@@ -78,12 +78,26 @@ void ListBox::focusInEvent(QFocusEvent* event)
         selectionModel()->clearCurrentIndex();
 }
 
+// A click may make another row current than the one that was hit, which the base class highlights all the same.
+void ListBox::highlightCurrent()
+{
+    if (selectionMode() == SingleSelection)
+        setListIndex(listIndex());
+}
+
+void ListBox::keyPressEvent(QKeyEvent* event)
+{
+    QListWidget::keyPressEvent(event);
+    highlightCurrent();
+}
+
 void ListBox::mousePressEvent(QMouseEvent* event)
 {
     const int before = listIndex();
+    const int pressed = indexAt(event->position().toPoint()).row();
     QListWidget::mousePressEvent(event);
-    const QModelIndex pressed = indexAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && pressed.isValid() && pressed.row() == before)
+    highlightCurrent();
+    if (event->button() == Qt::LeftButton && pressed >= 0 && pressed == before)
         Q_EMIT clicked();
 }
 

@@ -37,10 +37,12 @@ Q_SIGNALS:
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
     [[nodiscard]] QListWidgetItem& row(int index) const;
+    void highlightCurrent();
 
     bool m_silent = false;
 };

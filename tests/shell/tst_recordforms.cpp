@@ -16,7 +16,7 @@ class tst_recordforms : public QObject
 private Q_SLOTS:
     // Digits click rows of the list, "-" makes the scout inactive; the box is asked about unsaved changes or deleting.
     // State: the label and the buttons, with find and those for awards, whether tabs and first name are enabled, the
-    // last name, the list and its row, "!" for the focus in the first name.
+    // last name, the list and its highlighted row, "!" for the focus in the first name.
     void listForm_data()
     {
         test::table({"script", "people", "state", "stored"}, R"(
@@ -31,6 +31,7 @@ private Q_SLOTS:
             N page n                | 3 | Scout (New) FPNL.s. ... tx//A; B; C/2!               | C B A
             N n Last=X s            | 3 | Scout 4 of 4 FP..n.d faD tx/X/A; B; C; <New>X /4!    | C B A X
             n Last=X s P 4 Last=Y s | 3 | Scout 4 of 4 FP..n.d faD tx/Y/A; B; C; <New>X /4!    | C B A Y
+            N n Last=X yes 1        | 3 | Scout 4 of 4 FP....d f.. tx/X/A; B; C; <New>X /4     | C B A X
             n Last=X s              | 0 | Scout 1 of 1 ....n.d faD tx/X/X/1!                   | X
             n Last=X - s            | 0 | None ....n.. ... ..///0                              | X
             N n Last=X c            | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2              | C B A
@@ -65,11 +66,12 @@ private Q_SLOTS:
             else
                 test::clickRow(list, word.toInt() - 1);
         });
-        const QString state =
-            screen.state() + ' ' + screen.enabled("faD", {"cmdFind", "cmdAddAward", "cmdDeleteAward"}) + ' ' +
-            screen.enabled("tx", {"tabScout", "txtFirst"}) + '/' + screen.get<QLineEdit>("txtLast").text() + '/' +
-            test::textsOf(list).remove(", ") + '/' + QString::number(list.listIndex() + 1) +
-            (screen.form.focusWidget() == &screen.get("txtFirst") ? "!" : "");
+        const QString state = screen.state() + ' ' +
+                              screen.enabled("faD", {"cmdFind", "cmdAddAward", "cmdDeleteAward"}) + ' ' +
+                              screen.enabled("tx", {"tabScout", "txtFirst"}) + '/' +
+                              screen.get<QLineEdit>("txtLast").text() + '/' + test::textsOf(list).remove(", ") + '/' +
+                              QString::number(list.selectionModel()->selectedRows().value(0).row() + 1) +
+                              (screen.form.focusWidget() == &screen.get("txtFirst") ? "!" : "");
         QTEST(state.trimmed(), "state");
         QTEST(test::rows("Select Last_Name From Scouts Order by Scout_SID").remove(','), "stored");
         QCOMPARE(tabs.currentIndex(), 0);
