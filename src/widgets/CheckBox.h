@@ -13,6 +13,10 @@ class CheckBox : public QCheckBox
 public:
     explicit CheckBox(QWidget* parent = nullptr);
 
+protected:
+    /// The whole control takes a click, however short its caption is.
+    bool hitButton(const QPoint& pos) const override { return rect().contains(pos); }
+
 Q_SIGNALS:
     void changed();
 

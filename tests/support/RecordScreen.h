@@ -15,11 +15,10 @@
 namespace orlo::test
 {
 
-/// Clicks a control of a window; an option takes a click on its mark only.
+/// Clicks a control of a window.
 inline void press(const QObject& window, const QString& name)
 {
-    auto& pressed = control<QWidget>(window, name.toUtf8().constData());
-    QTest::mouseClick(&pressed, Qt::LeftButton, {}, QPoint(8, pressed.height() / 2));
+    QTest::mouseClick(&control<QWidget>(window, name.toUtf8().constData()), Qt::LeftButton);
 }
 
 /// An open record form, worked by mouse and keys.
