@@ -1,6 +1,7 @@
 #include "widgets/MessageBox.h"
 
 #include "platform/Application.h"
+#include "widgets/Form.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -17,6 +18,8 @@ QMessageBox::StandardButton show(const QString& text, const QString& title, QMes
 {
     // A dialog that has just been closed may still count as active; it goes soon, and would take the box with it.
     QPointer<QWidget> before = QApplication::activeWindow();
+    if (!before) // between two windows: the one that was closed has gone, its owner isn't active yet
+        before = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : Form::mainWindow();
     while (before && !before->isVisible())
         before = before->parentWidget() ? before->parentWidget()->window() : nullptr;
     QMessageBox box(before);
