@@ -307,6 +307,8 @@ void PeopleForm::cmdFind_Click()
         widgets::message(nothingFoundText(), QStringLiteral("No Data Found"));
         const int index = recordIndex();
         openSet();
+        if (mRecordCount == 0)
+            return;
         if (index <= mRecordCount) // a record saved out of the view took its row along
             setRecordIndex(index);
         SetNavButtons();

@@ -118,6 +118,7 @@ private Q_SLOTS:
             find:zO                           | Zorn, Ada B.                              | Scout 1 of 1 ....n.d ft 0 |
             N ok find:W                       | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 2 of 3 FPNLn.d ft 1 | none
             n Last=A comActive:No s ok find:W | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 | none
+            optInactive comActive:Yes s ok find:W |                                       | Scout 1 of 1 ....n.. .. -1| none
             N all                             | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 |)");
     }
     void sets()
