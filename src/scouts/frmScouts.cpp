@@ -23,16 +23,6 @@ const QString MissingDate = QStringLiteral("01/01/1001");
 
 enum AwardColumn { Fixed, Assigned, Quantity, Award, AssignedSID, InsigniaSID };
 
-QString yesNo(const store::Value& value)
-{
-    return value == store::Value(u"Y") || value == store::Value(true) ? Yes : No;
-}
-
-QString letter(const widgets::ComboBox* box)
-{
-    return box->text() == Yes ? QStringLiteral("Y") : QStringLiteral("N");
-}
-
 } // namespace
 
 frmScouts::frmScouts() : PeopleForm(QStringLiteral("Scout")), ui(std::make_unique<Ui::frmScouts>())
@@ -57,37 +47,50 @@ frmScouts::~frmScouts() = default;
 
 void frmScouts::bindFields()
 {
-    m_texts = {
-        {ui->txtFirst, u"First_Name"},
-        {ui->txtLast, u"Last_Name"},
-        {ui->txtMi, u"MI"},
-        {ui->txtAddress, u"Address"},
-        {ui->txtPhone, u"Phone"},
-        {ui->txtCity, u"City"},
-        {ui->txtState, u"State"},
-        {ui->txtZip, u"Zip_Code"},
-        {ui->txtParent1, u"Parent_Name1"},
-        {ui->txtParent2, u"Parent_Name2"},
-        {ui->txtSchool, u"School"},
-        {ui->txtBSANum, u"BSA_Number"},
-        {ui->txtEmail, u"Scouts_Email"},
-        {ui->txtAltAddress, u"Alt_Parent_Address"},
-        {ui->txtAltCity, u"Alt_Parent_City"},
-        {ui->txtAltState, u"Alt_Parent_State"},
-        {ui->txtAltZip, u"Alt_Parent_Zip"},
-        {ui->txtParent1Email, u"Parent1_Email"},
-        {ui->txtParent1HPhone, u"Parent1_Home_Phone"},
-        {ui->txtParent1WPhone, u"Parent1_Work_Phone"},
-        {ui->txtParent2Email, u"Parent2_Email"},
-        {ui->txtParent2HPhone, u"Parent2_Home_Phone"},
-        {ui->txtParent2WPhone, u"Parent2_Work_Phone"},
+    m_fields = {
+        textField(u"First_Name", ui->txtFirst),
+        textField(u"Last_Name", ui->txtLast),
+        textField(u"MI", ui->txtMi),
+        textField(u"Address", ui->txtAddress),
+        textField(u"Phone", ui->txtPhone),
+        textField(u"City", ui->txtCity),
+        textField(u"State", ui->txtState),
+        textField(u"Zip_Code", ui->txtZip),
+        birthDateField(u"Birth_Date", ui->txtDOB),
+        textField(u"Parent_Name1", ui->txtParent1),
+        textField(u"Parent_Name2", ui->txtParent2),
+        textField(u"Note", ui->txtScoutNote),
+        letterField(u"Active", ui->comActive),
+        dateField(u"Pack_Start_Date", ui->txtPackStartDate),
+        letterField(u"Tigar", ui->comWasTiger),
+        numberField(u"Years_In_Other_Pack", ui->txtYearsInOtherPack),
+        numberField(u"Years_In_Scouts", ui->txtYearsInScouts),
+        textField(u"School", ui->txtSchool),
+        textField(u"BSA_Number", ui->txtBSANum),
+        textField(u"Scouts_Email", ui->txtEmail),
+        textField(u"Alt_Parent_Address", ui->txtAltAddress),
+        textField(u"Alt_Parent_City", ui->txtAltCity),
+        textField(u"Alt_Parent_State", ui->txtAltState),
+        textField(u"Alt_Parent_Zip", ui->txtAltZip),
+        textField(u"Parent1_Email", ui->txtParent1Email),
+        textField(u"Parent1_Home_Phone", ui->txtParent1HPhone),
+        textField(u"Parent1_Work_Phone", ui->txtParent1WPhone),
+        optionField(u"Parent1_Use_Scout_Add", ui->optP1UseScoutAdd, ui->optParent1UseAltAdd),
+        checkField(u"Parent1_Correspondance", ui->chkP1IncludeCorr, ui->chkP1IncludeCorr),
+        textField(u"Parent2_Email", ui->txtParent2Email),
+        textField(u"Parent2_Home_Phone", ui->txtParent2HPhone),
+        textField(u"Parent2_Work_Phone", ui->txtParent2WPhone),
+        optionField(u"Parent2_Use_Scout_Add", ui->optP2UseScoutAdd, ui->optParent2UseAltAdd),
+        checkField(u"Parent2_Correspondance", ui->chkP2IncludeCorr, ui->chkP1IncludeCorr), // the first parent's box
+        numberField(u"Grade_In_School", ui->txtGrade),
+        yesNoField(u"Boys_Life", ui->cmbBoysLife),
     };
     // An edit of the e-mail address alone counts as no change.
-    for (const TextField& text : m_texts)
-        if (text.box != ui->txtEmail)
-            enableSaveOnChange({text.box});
-    enableSaveOnChange({ui->txtDOB, ui->txtPackStartDate, ui->txtGrade, ui->txtYearsInOtherPack, ui->txtYearsInScouts,
-                        ui->txtScoutNote, ui->comActive, ui->comWasTiger, ui->cmbBoysLife, ui->chkP1IncludeCorr,
+    const auto boxes = ui->tabScout->findChildren<QLineEdit*>();
+    for (QLineEdit* box : boxes)
+        if (box != ui->txtEmail)
+            enableSaveOnChange({box});
+    enableSaveOnChange({ui->txtScoutNote, ui->comActive, ui->comWasTiger, ui->cmbBoysLife, ui->chkP1IncludeCorr,
                         ui->chkP2IncludeCorr, ui->optP1UseScoutAdd, ui->optParent1UseAltAdd, ui->optP2UseScoutAdd,
                         ui->optParent2UseAltAdd});
     for (QLineEdit* date : {ui->txtDOB, ui->txtPackStartDate})
@@ -122,21 +125,8 @@ std::int16_t frmScouts::GetScoutSID() const
 void frmScouts::FillRecord()
 {
     const auto& record = *rsRecords;
-    for (const TextField& text : m_texts)
-        showText(*text.box, record[text.field].textOrEmpty());
-    showText(*ui->txtDOB, birthDateText(u"Birth_Date"));
-    ui->comActive->setText(yesNo(record[u"Active"]));
-    showText(*ui->txtPackStartDate, record[u"Pack_Start_Date"].textOrEmpty());
-    ui->comWasTiger->setText(yesNo(record[u"Tigar"]));
-    showText(*ui->txtYearsInOtherPack, record[u"Years_In_Other_Pack"].textOrEmpty());
-    showText(*ui->txtYearsInScouts, record[u"Years_In_Scouts"].textOrEmpty());
-    const auto truth = [&record](QStringView field) { return record[field] == store::Value(true); };
-    (truth(u"Parent1_Use_Scout_Add") ? ui->optP1UseScoutAdd : ui->optParent1UseAltAdd)->setChecked(true);
-    ui->chkP1IncludeCorr->setChecked(truth(u"Parent1_Correspondance"));
-    (truth(u"Parent2_Use_Scout_Add") ? ui->optP2UseScoutAdd : ui->optParent2UseAltAdd)->setChecked(true);
-    ui->chkP2IncludeCorr->setChecked(truth(u"Parent2_Correspondance"));
-    showText(*ui->txtGrade, record[u"Grade_In_School"].textOrEmpty());
-    ui->cmbBoysLife->setText(yesNo(record[u"Boys_Life"]));
+    for (const RecordField& field : m_fields)
+        field.show(record[field.name]);
     fillLink(u"Parent1_Den_Leader_SID", mParent1LeaderSID, ui->chkP1DenLeader);
     fillLink(u"Parent2_Den_Leader_SID", mParent2LeaderSID, ui->chkP2DenLeader);
     if (const store::Value den = record[u"Assigned_Den_SID"]; !den.isNull() && den.toInt16() > 0) {
@@ -146,7 +136,6 @@ void frmScouts::FillRecord()
         ui->comDen->setText(QString());
         mDenSID = 0;
     }
-    showText(*ui->txtScoutNote, record[u"Note"].textOrEmpty());
     mCurrentSID = GetScoutSID();
     ui->cmdSave->setEnabled(false);
     ShowRecordInfo();
@@ -158,10 +147,10 @@ void frmScouts::FillRecord()
 void frmScouts::ClearRecord()
 {
     ui->comDen->setText(QStringLiteral(" "));
-    for (const TextField& text : m_texts)
-        text.box->clear();
-    for (QLineEdit* box : {ui->txtDOB, ui->txtPackStartDate, ui->txtYearsInOtherPack, ui->txtYearsInScouts})
-        box->clear();
+    const auto boxes = ui->tabScout->findChildren<QLineEdit*>();
+    for (QLineEdit* box : boxes)
+        if (box != ui->txtGrade)
+            box->clear();
     ui->txtScoutNote->clear();
     ui->optP1UseScoutAdd->setChecked(true);
     ui->optP2UseScoutAdd->setChecked(true);
@@ -178,22 +167,8 @@ void frmScouts::SaveRecord()
         record.edit();
     if (ui->txtDOB->text().isEmpty())
         ui->txtDOB->setText(MissingDate);
-    for (const TextField& text : m_texts)
-        record.setValue(text.field, text.box->text());
-    record.setValue(u"Birth_Date", dateText(ui->txtDOB->text()));
-    record.setValue(u"Note", ui->txtScoutNote->toPlainText());
-    record.setValue(u"Active", letter(ui->comActive));
-    const QString started = ui->txtPackStartDate->text();
-    record.setValue(u"Pack_Start_Date", started.isEmpty() ? store::Value() : store::Value(dateText(started)));
-    record.setValue(u"Tigar", letter(ui->comWasTiger));
-    record.setValue(u"Years_In_Other_Pack", platform::val(ui->txtYearsInOtherPack->text()));
-    record.setValue(u"Years_In_Scouts", platform::val(ui->txtYearsInScouts->text()));
-    record.setValue(u"Parent1_Use_Scout_Add", ui->optP1UseScoutAdd->isChecked());
-    record.setValue(u"Parent1_Correspondance", ui->chkP1IncludeCorr->isChecked());
-    record.setValue(u"Parent2_Use_Scout_Add", ui->optP2UseScoutAdd->isChecked());
-    record.setValue(u"Parent2_Correspondance", ui->chkP1IncludeCorr->isChecked()); // the first parent's box, for both
-    record.setValue(u"Grade_In_School", platform::val(ui->txtGrade->text()));
-    record.setValue(u"Boys_Life", ui->cmbBoysLife->text() == Yes);
+    for (const RecordField& field : m_fields)
+        record.setValue(field.name, field.value());
     const auto link = [](const QAbstractButton* box, std::int16_t sid) {
         return box->isChecked() ? store::Value(int{sid}) : store::Value();
     };

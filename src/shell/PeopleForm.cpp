@@ -320,12 +320,6 @@ void PeopleForm::cmdFind_Click()
 
 // ---- What fills and saves share
 
-QString PeopleForm::dateText(const QString& typed)
-{
-    const auto date = platform::readDate(typed);
-    return date ? platform::longDate(date->date) : typed;
-}
-
 QString PeopleForm::birthDateText(QStringView field) const
 {
     const store::Value date = rsRecords->value(field);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/ListForm.h"
+#include "shell/RecordField.h"
 
 #include <vector>
 
@@ -109,8 +110,6 @@ protected:
     void rebuildDenFilter();
     /// The key of the row of a den list that equals the text; -1 for none and for "".
     [[nodiscard]] std::int16_t denOfRow(const widgets::ComboBox& list, const QString& denName) const;
-    /// A date for a date field as it is written: "mm/dd/yyyy", or the text itself where it is no date.
-    [[nodiscard]] static QString dateText(const QString& typed);
     /// The text of a date field of the current record, "" for the date that marks a missing one.
     [[nodiscard]] QString birthDateText(QStringView field) const;
     /// Without the blanks behind it.

@@ -70,18 +70,6 @@ void RecordForm::cmdExit_Click()
     unload();
 }
 
-void RecordForm::showText(QLineEdit& box, const QString& text)
-{
-    if (box.text() != text)
-        box.setText(text);
-}
-
-void RecordForm::showText(QPlainTextEdit& box, const QString& text)
-{
-    if (box.toPlainText() != text)
-        box.setPlainText(text);
-}
-
 void RecordForm::ShowRecordInfo()
 {
     QString info = QStringLiteral("None");

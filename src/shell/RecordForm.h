@@ -7,8 +7,6 @@
 #include <initializer_list>
 
 class QLabel;
-class QLineEdit;
-class QPlainTextEdit;
 
 namespace orlo
 {
@@ -80,9 +78,6 @@ protected:
     virtual void cmdCancel_Click() = 0;
     void cmdExit_Click();
 
-    /// Set a box's text; one that holds it already isn't laid out again.
-    static void showText(QLineEdit& box, const QString& text);
-    static void showText(QPlainTextEdit& box, const QString& text);
     void ShowRecordInfo();
     void PromptSaveChanges();
     void DisableRecordButtons();

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "store/engine/Value.h"
+
+#include <functional>
+
+class QAbstractButton;
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace orlo::widgets
+{
+class ComboBox;
+}
+
+namespace orlo
+{
+
+/// A field of a record and its control: how the control shows the stored value, and which value it gives to a save.
+/// Null shows as an empty text, "No" or off.
+struct RecordField {
+    QStringView name;
+    std::function<void(const store::Value&)> show;
+    std::function<store::Value()> value;
+};
+
+/// The text as it stands, untrimmed.
+[[nodiscard]] RecordField textField(QStringView name, QLineEdit* box);
+[[nodiscard]] RecordField textField(QStringView name, QPlainTextEdit* box);
+/// The number that the text begins with; 0 where it begins with none.
+[[nodiscard]] RecordField numberField(QStringView name, QLineEdit* box);
+/// A date; an empty box gives Null.
+[[nodiscard]] RecordField dateField(QStringView name, QLineEdit* box);
+/// A date whose absence a date of its own marks, which doesn't show.
+[[nodiscard]] RecordField birthDateField(QStringView name, QLineEdit* box);
+/// 'Y' and 'N' in a list of "Yes" and "No".
+[[nodiscard]] RecordField letterField(QStringView name, widgets::ComboBox* list);
+/// A yes/no in a list of "Yes" and "No".
+[[nodiscard]] RecordField yesNoField(QStringView name, widgets::ComboBox* list);
+/// A yes/no in a check box; a save may ask another box than the one that shows it.
+[[nodiscard]] RecordField checkField(QStringView name, QAbstractButton* shown, const QAbstractButton* saved);
+/// A yes/no in a pair of options.
+[[nodiscard]] RecordField optionField(QStringView name, QAbstractButton* yes, QAbstractButton* no);
+
+/// A date for a date field as it is written: "mm/dd/yyyy", or the text itself where it is no date, for the field to
+/// refuse.
+[[nodiscard]] QString dateText(const QString& typed);
+
+} // namespace orlo
