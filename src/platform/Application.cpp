@@ -49,7 +49,7 @@ std::optional<QString> registryValue([[maybe_unused]] const QString& key, [[mayb
     return std::nullopt;
 }
 
-void writeEvent(EventType, const QString& text)
+void logError(const QString& text)
 {
     openlog("orlo", LOG_PID, LOG_USER);
     // A line break would split the entry, and a percent sign must not be read as a format.

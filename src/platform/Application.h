@@ -28,10 +28,7 @@ void setFolder(const QString& path);
 /// is missing.
 [[nodiscard]] std::optional<QString> registryValue(const QString& key, const QString& name);
 
-/// Kinds of event log entries.
-enum class EventType { Error = 1 };
-
-/// Writes one entry to the application event log; the system log takes its place where there is none.
-void writeEvent(EventType type, const QString& text);
+/// Enters an error in the system log.
+void logError(const QString& text);
 
 } // namespace orlo::platform

@@ -26,9 +26,7 @@ void dlgError::load()
     ui->txtErrorNumber->setText(number);
     ui->txtErrorSource->setText(gErrSource);
     ui->txtErrorDescription->setPlainText(gErrDescription);
-    platform::writeEvent(platform::EventType::Error, QStringLiteral("ORLO_1: ") + gErrType + QStringLiteral(", ") +
-                                                         number + QStringLiteral(", ") + gErrSource +
-                                                         QStringLiteral(", \r") + gErrDescription);
+    platform::logError(QStringLiteral("ORLO_1: %1, %2, %3, \r%4").arg(gErrType, number, gErrSource, gErrDescription));
 }
 
 } // namespace orlo

@@ -158,7 +158,7 @@ constexpr Function Functions[] = {
     {"now", 0, Changing, now},
 };
 
-// Without anything that reads files, the clock's state or the engine, or that grows a small input without bound.
+// Without anything that reads files or the engine, or that grows a small input without bound.
 constexpr const char* Allowed[] = {
     "abs",   "avg",   "coalesce", "count",  "date",    "datetime", "day",   "glob",  "ifnull", "iif",
     "instr", "lcase", "left",     "len",    "length",  "like",     "lower", "ltrim", "max",    "mid",

@@ -7,6 +7,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace orlo::store
 {
 
@@ -15,14 +17,14 @@ using platform::RuntimeError;
 namespace
 {
 
-// A text that doesn't begin with a verb is the name of a table or of a stored query.
+// A text that begins with a verb is a statement, any other the name of a table or a stored query.
 bool beginsWithVerb(QStringView text)
 {
-    for (const auto* verb : {u"select", u"insert", u"update", u"delete"})
-        if (const QStringView word(verb); text.startsWith(word, Qt::CaseInsensitive) &&
-                                          (text.size() == word.size() || !text[word.size()].isLetterOrNumber()))
-            return text.size() > word.size() && text[word.size()] != u'_';
-    return false;
+    static constexpr QStringView Verbs[] = {u"select", u"insert", u"update", u"delete"};
+    return std::ranges::any_of(Verbs, [text](QStringView verb) {
+        const QChar behind = text.size() > verb.size() ? text[verb.size()] : u'_';
+        return text.startsWith(verb, Qt::CaseInsensitive) && !behind.isLetterOrNumber() && behind != u'_';
+    });
 }
 
 QStringView withoutBrackets(QStringView name)
