@@ -54,9 +54,9 @@ frmSplash::frmSplash()
 
 frmSplash::~frmSplash() = default;
 
-void frmSplash::startTimer(int interval)
+void frmSplash::openFrameAfter(int milliseconds)
 {
-    tmrSplashWait->start(interval);
+    tmrSplashWait->start(milliseconds);
 }
 
 void frmSplash::load()

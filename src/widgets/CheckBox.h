@@ -19,10 +19,6 @@ protected:
 
 Q_SIGNALS:
     void changed();
-
-protected:
-    /// The whole box takes the mouse, not only its text.
-    bool hitButton(const QPoint& point) const override { return rect().contains(point); }
 };
 
 } // namespace orlo::widgets

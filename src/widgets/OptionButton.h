@@ -19,10 +19,6 @@ protected:
 
 Q_SIGNALS:
     void selected();
-
-protected:
-    /// The whole button takes the mouse, not only its text.
-    bool hitButton(const QPoint& point) const override { return rect().contains(point); }
 };
 
 } // namespace orlo::widgets
