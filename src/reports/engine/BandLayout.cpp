@@ -125,7 +125,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
         for (const QString& line : part)
             width = std::max(width, m_typesetter.width(cell.font, line));
         strip.items.push_back(TextItem{QRectF(cell.left, y, width, lineHeight * double(count)),
-                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, Qt::AlignLeft, color});
+                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, color});
         return;
     }
     // Lines that don't begin at one place are items of their own, so that no renderer has to measure.
@@ -135,7 +135,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
         const double free = std::max(cell.width - width, 0.0);
         const double x = cell.left + (cell.element->alignment == Qt::AlignRight ? free : free / 2);
         strip.items.push_back(
-            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, Qt::AlignLeft, color});
+            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, color});
     }
 }
 

@@ -17,7 +17,6 @@ struct TextItem {
     QRectF box; ///< points (1/72 inch) from the top left corner of the paper
     QString text;
     int font = 0; ///< place in Document::fonts
-    Qt::Alignment alignment = Qt::AlignLeft;
     QColor color = Qt::black;
 };
 

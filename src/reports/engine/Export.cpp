@@ -1,5 +1,6 @@
 #include "reports/engine/Export.h"
 
+#include "platform/Application.h"
 #include "reports/engine/Paint.h"
 #include "reports/engine/ReportError.h"
 
@@ -49,7 +50,7 @@ bool writePdf(const Document& document, const QString& path, const Progress& pro
     {
         QPdfWriter writer(&file);
         writer.setTitle(document.title);
-        writer.setCreator(QStringLiteral("Verrano (ORLO)"));
+        writer.setCreator(platform::title());
         writer.setResolution(PdfResolution);
         writer.setPageSize(QPageSize(document.paper, QPageSize::Point));
         writer.setPageMargins(QMarginsF(0, 0, 0, 0));

@@ -1,5 +1,7 @@
 #include "reports/engine/ReportData.h"
 
+#include "platform/Application.h"
+
 #include <QSet>
 
 namespace orlo::reports
@@ -41,7 +43,7 @@ Value RowScope::word(Word word) const
     case Word::ReportTitle:
         return m_facts.reportTitle;
     case Word::ProgramName:
-        return QStringLiteral("Verrano (ORLO)");
+        return platform::title();
     case Word::RecordNumber:
         return qint64((m_summaryRow != SIZE_MAX ? m_summaryRow : row) - range.first + 1);
     case Word::Repeated:
