@@ -211,6 +211,11 @@ private Q_SLOTS:
         QVERIFY(!text->isVisible() && preview.window->isVisible());
         preview.key(Qt::Key_W, Qt::ControlModifier);
         QTRY_VERIFY(!preview.window);
+
+        Document hebrew; // reads from right to left
+        hebrew.fonts = {QFont()};
+        hebrew.pages = {{{TextItem{{0, 0, 400, 14}, "שלום עולם"}}}};
+        QVERIFY(findText(hebrew, "שלום").at(0).box.left() > findText(hebrew, "עולם").at(0).box.right());
     }
 
     void savesByTheDialog()
