@@ -85,7 +85,7 @@ void tellOverFrame(const QString& report)
 
 void watchTakeovers()
 {
-    store::setTakeoverWatch({showProgress, tellOverFrame});
+    store::takeoverWatch() = {showProgress, tellOverFrame};
 }
 
 bool isTakeoverShown()

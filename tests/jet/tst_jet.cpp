@@ -84,7 +84,7 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         m_told.clear();
-        store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
+        store::takeoverWatch().told = [this](const QString& report) { m_told += report; };
     }
 
     void everyValue_data() { test::table({"sample"}, "small-1.0 \n small-1.1 \n jet3"); }

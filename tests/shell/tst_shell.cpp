@@ -1,7 +1,9 @@
 #include "platform/Application.h"
+#include "shell/TakeoverNotice.h"
 #include "shell/dlgCalendar.h"
 #include "shell/frmSplash.h"
 #include "shell/mdiPendrake.h"
+#include "store/jet/Takeover.h"
 #include "support/Failure.h"
 #include "support/Table.h"
 #include "support/TestApp.h"
@@ -140,6 +142,12 @@ private Q_SLOTS:
         report.show();
         splash.show();
         splash.openFrameAfter(60);
+        // A file that is being taken over holds it back.
+        watchTakeovers();
+        for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
+            store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
+        QVERIFY(splash.isVisible() && !topLevel("mdiPendrake"));
+        store::takeoverWatch().progress({}, 100);
         QTRY_VERIFY(topLevel("mdiPendrake"));
         QTRY_COMPARE(QApplication::activeWindow(), &report);
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));

@@ -22,12 +22,6 @@ namespace
 
 constexpr char Signature[] = {0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B'};
 
-TakeoverWatch& watcher()
-{
-    static TakeoverWatch watch;
-    return watch;
-}
-
 // The new file under the name that it has while it is being made; it goes away unless it takes the other's place.
 class FileInTheMaking
 {
@@ -51,8 +45,8 @@ private:
 
 void tellProgress(const QString& file, int percent)
 {
-    if (watcher().progress)
-        watcher().progress(file, percent);
+    if (takeoverWatch().progress)
+        takeoverWatch().progress(file, percent);
 }
 
 jet::Report make(const QString& name, const QString& former, const QString& helper)
@@ -80,9 +74,10 @@ bool isOurFailure(int number)
 
 } // namespace
 
-void setTakeoverWatch(TakeoverWatch watch)
+TakeoverWatch& takeoverWatch()
 {
-    watcher() = std::move(watch);
+    static TakeoverWatch watch;
+    return watch;
 }
 
 bool isFormerFormat(const QString& file)
@@ -114,8 +109,8 @@ void takeOver(const QString& file)
     // What comes from a disc that can't be written may still be marked so.
     QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
     const QString kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));
-    if (!report.isEmpty() && watcher().told)
-        watcher().told(jet::words(report, info.fileName(), QFileInfo(kept).fileName()));
+    if (!report.isEmpty() && takeoverWatch().told)
+        takeoverWatch().told(jet::words(report, info.fileName(), QFileInfo(kept).fileName()));
 }
 
 } // namespace orlo::store

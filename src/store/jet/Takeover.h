@@ -16,8 +16,8 @@ struct TakeoverWatch {
     std::function<void(const QString& report)> told;
 };
 
-/// Sets the one that hears of it; without any nobody does.
-void setTakeoverWatch(TakeoverWatch watch);
+/// The one that hears of it; at first nobody does.
+[[nodiscard]] TakeoverWatch& takeoverWatch();
 
 /// True if the file begins as one in the former format, of Jet 3 or Jet 4.
 [[nodiscard]] bool isFormerFormat(const QString& file);
