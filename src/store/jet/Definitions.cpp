@@ -134,7 +134,7 @@ void place(FormerTable& table, SchemaVersion version, QStringList& taken, QStrin
         table.targetFields.append(added.name);
         names.append(added.name);
     }
-    tell(report, QStringLiteral("Fields that %1 didn't have and that are empty now").arg(table.name), empty);
+    tell(report, QStringLiteral("Fields that %1 didn't have").arg(table.name), empty);
 }
 
 // Nothing tells a file's version but its tables.
@@ -189,7 +189,7 @@ Definitions readDefinitions(HelperStream& stream)
         place(table, read.version, taken, missing, read.report);
     for (const QString& name : missing)
         read.empty.push_back(*schema::findTable(name, read.version));
-    tell(read.report, QStringLiteral("Tables that the old file didn't have and that are empty now"), missing);
+    tell(read.report, QStringLiteral("Tables that the old file didn't have"), missing);
     return read;
 }
 
