@@ -159,6 +159,13 @@ private Q_SLOTS:
         QTest::mouseClick(&first, Qt::LeftButton); // far from the little text
         QTest::mouseClick(&check, Qt::LeftButton);
         QVERIFY(firsts.size() == 2 && changes.size() == 3);
+        group.show();
+        group.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&group));
+        second.click();
+        check.setFocus();
+        QTest::keyClick(&check, Qt::Key_Tab);
+        QVERIFY(second.hasFocus()); // not the first of the group, but the set one
     }
 
     void calendarDays()
