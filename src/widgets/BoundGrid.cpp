@@ -189,7 +189,7 @@ bool BoundGrid::writeOpenRow()
 
 void BoundGrid::cancelRow()
 {
-    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr)
+    if (QWidget* editor = cellEditor())
         closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
     const QModelIndex before = currentIndex();
     const int row = before.row();
@@ -232,7 +232,7 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
 void BoundGrid::keyPressEvent(QKeyEvent* event)
 {
     // While the window isn't the active one, the keys that follow the one that opened an editor still come here.
-    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr; editor && !m_passingOn) {
+    if (QWidget* editor = cellEditor(); editor && !m_passingOn) {
         const QScopedValueRollback guard(m_passingOn, true);
         QCoreApplication::sendEvent(editor, event);
         return;
@@ -295,9 +295,14 @@ void BoundGrid::focusMoved(const QWidget* now)
     new PressSwallower;
 }
 
+QWidget* BoundGrid::cellEditor() const
+{
+    return state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+}
+
 void BoundGrid::commitOpenEditor()
 {
-    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr) {
+    if (QWidget* editor = cellEditor()) {
         commitData(editor);
         closeEditor(editor, QAbstractItemDelegate::NoHint);
     }

@@ -78,6 +78,7 @@ protected:
 
 private:
     void focusMoved(const QWidget* now);
+    [[nodiscard]] QWidget* cellEditor() const;
     void commitOpenEditor();
     bool writeOpenRow();
     void deleteRows(QModelIndexList rows);
