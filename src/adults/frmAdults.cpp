@@ -27,6 +27,20 @@ const QString NoDen = QStringLiteral("N/A");
 enum PositionColumn { Title, DenNumber, DenLevel, DenSID, LeaderSID, PackKey };
 enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
 
+// An adult without a name can't be shown.
+RecordField nameField(QStringView name, QLineEdit* box)
+{
+    RecordField field = textField(name, box);
+    field.show = [box](const store::Value& value) { box->setText(value.toText()); };
+    return field;
+}
+
+RecordField activeField(QStringView name, widgets::ComboBox* list)
+{
+    return {name, list, [list](const store::Value& value) { list->setText(value.isEmpty() ? Active : value.toText()); },
+            [list] { return store::Value(list->text()); }};
+}
+
 // Runs a routine whose failure doesn't end the program: it is shown, and the screen stays as far as it came.
 template <class Routine>
 void trapped(const Routine& routine)
@@ -63,23 +77,26 @@ frmAdults::~frmAdults() = default;
 
 void frmAdults::bindFields()
 {
-    m_texts = {
-        {ui->txtMi, u"MI"},
-        {ui->txtAddress, u"Address"},
-        {ui->txtPhone, u"Phone"},
-        {ui->txtCity, u"City"},
-        {ui->txtState, u"State"},
-        {ui->txtZip, u"Zip_Code"},
-        {ui->txtWorkPhone, u"WorkPhone"},
-        {ui->txtEmail, u"Email"},
+    m_fields = {
+        nameField(u"First_Name", ui->txtFirst),
+        nameField(u"Last_Name", ui->txtLast),
+        textField(u"MI", ui->txtMi),
+        textField(u"Address", ui->txtAddress),
+        textField(u"Phone", ui->txtPhone),
+        textField(u"City", ui->txtCity),
+        textField(u"State", ui->txtState),
+        textField(u"Zip_Code", ui->txtZip),
+        birthDateField(u"Birth_date", ui->txtDOB),
+        textField(u"WorkPhone", ui->txtWorkPhone),
+        textField(u"Email", ui->txtEmail),
+        textField(u"Note", ui->txtNote),
+        activeField(u"Active", ui->comActive),
+        dateField(u"Pack_Start_Date", ui->txtPackStartDate),
+        numberField(u"Years_In_Other_Pack", ui->txtYearsInOtherPack),
+        numberField(u"Years_In_Scouts", ui->txtYearsInScouts),
     };
-    m_fields = {ui->txtFirst,         ui->txtLast,          ui->txtDOB,
-                ui->txtPackStartDate, ui->txtYearsInScouts, ui->txtYearsInOtherPack,
-                ui->txtNote,          ui->comActive};
-    for (const TextField& text : m_texts)
-        m_fields.push_back(text.box);
-    for (QWidget* field : m_fields)
-        enableSaveOnChange({field});
+    for (const RecordField& field : m_fields)
+        enableSaveOnChange({field.control});
     for (QLineEdit* date : {ui->txtDOB, ui->txtPackStartDate})
         openCalendarOnDoubleClick(date, [this] { ui->cmdSave->setEnabled(true); });
     setLeaveCheck(ui->txtPackStartDate, [this] { return ValidateDate(ui->txtPackStartDate->text()); });
@@ -106,17 +123,8 @@ void frmAdults::load()
 void frmAdults::FillRecord()
 {
     const auto& record = *rsRecords;
-    ui->txtFirst->setText(record[u"First_Name"].toText()); // an adult without a name can't be shown
-    ui->txtLast->setText(record[u"Last_Name"].toText());
-    for (const TextField& text : m_texts)
-        text.box->setText(record[text.field].textOrEmpty());
-    ui->txtDOB->setText(birthDateText(u"Birth_Date"));
-    const store::Value active = record[u"Active"];
-    ui->comActive->setText(active.isEmpty() ? Active : active.toText());
-    ui->txtPackStartDate->setText(record[u"Pack_Start_Date"].textOrEmpty());
-    ui->txtYearsInOtherPack->setText(record[u"Years_In_Other_Pack"].textOrEmpty());
-    ui->txtYearsInScouts->setText(record[u"Years_In_Scouts"].textOrEmpty());
-    ui->txtNote->setPlainText(record[u"Note"].textOrEmpty());
+    for (const RecordField& field : m_fields)
+        field.show(record[field.name]);
     mCurrentSID = GetAdultSID();
     ui->cmdSave->setEnabled(false);
     ReloadAwardGrid();
@@ -125,11 +133,9 @@ void frmAdults::FillRecord()
 
 void frmAdults::ClearRecord()
 {
-    for (QLineEdit* box :
-         {ui->txtFirst, ui->txtLast, ui->txtDOB, ui->txtPackStartDate, ui->txtYearsInScouts, ui->txtYearsInOtherPack})
-        box->clear();
-    for (const TextField& text : m_texts)
-        text.box->clear();
+    for (const RecordField& field : m_fields)
+        if (auto* box = qobject_cast<QLineEdit*>(field.control))
+            box->clear();
     PopulateDenAssignments();
     ui->txtNote->clear();
 }
@@ -142,17 +148,8 @@ void frmAdults::SaveRecord()
         record.edit();
     if (ui->txtDOB->text().isEmpty())
         ui->txtDOB->setText(MissingDate);
-    record.setValue(u"First_Name", ui->txtFirst->text());
-    record.setValue(u"Last_Name", ui->txtLast->text());
-    for (const TextField& text : m_texts)
-        record.setValue(text.field, text.box->text());
-    record.setValue(u"Birth_date", dateText(ui->txtDOB->text()));
-    record.setValue(u"Note", ui->txtNote->toPlainText());
-    record.setValue(u"Active", ui->comActive->text());
-    const QString started = ui->txtPackStartDate->text();
-    record.setValue(u"Pack_Start_Date", started.isEmpty() ? store::Value() : store::Value(dateText(started)));
-    record.setValue(u"Years_In_Other_Pack", platform::val(ui->txtYearsInOtherPack->text()));
-    record.setValue(u"Years_In_Scouts", platform::val(ui->txtYearsInScouts->text()));
+    for (const RecordField& field : m_fields)
+        record.setValue(field.name, field.value());
     // Leader_Den_Assignments says who belongs to a den; what an older version left here goes with the first save.
     record.setValue(u"Assigned_Den_SID", store::Value());
     if (mNewRecord)
@@ -170,8 +167,8 @@ void frmAdults::setDefaults()
 
 void frmAdults::setFieldsEnabled(bool enabled)
 {
-    for (QWidget* field : m_fields)
-        field->setEnabled(enabled);
+    for (const RecordField& field : m_fields)
+        field.control->setEnabled(enabled);
 }
 
 // Without an adult, positions and awards are out of reach, too.

@@ -73,7 +73,6 @@ private:
 
     std::unique_ptr<Ui::frmAdults> ui;
     widgets::DataControl* dataDenAssignments;
-    std::vector<QWidget*> m_fields; ///< all input controls of the record
     std::int16_t mFindDen = -1;
 };
 

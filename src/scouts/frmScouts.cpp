@@ -86,13 +86,10 @@ void frmScouts::bindFields()
         yesNoField(u"Boys_Life", ui->cmbBoysLife),
     };
     // An edit of the e-mail address alone counts as no change.
-    const auto boxes = ui->tabScout->findChildren<QLineEdit*>();
-    for (QLineEdit* box : boxes)
-        if (box != ui->txtEmail)
-            enableSaveOnChange({box});
-    enableSaveOnChange({ui->txtScoutNote, ui->comActive, ui->comWasTiger, ui->cmbBoysLife, ui->chkP1IncludeCorr,
-                        ui->chkP2IncludeCorr, ui->optP1UseScoutAdd, ui->optParent1UseAltAdd, ui->optP2UseScoutAdd,
-                        ui->optParent2UseAltAdd});
+    for (const RecordField& field : m_fields)
+        if (field.control != ui->txtEmail)
+            enableSaveOnChange({field.control});
+    enableSaveOnChange({ui->optParent1UseAltAdd, ui->optParent2UseAltAdd});
     for (QLineEdit* date : {ui->txtDOB, ui->txtPackStartDate})
         openCalendarOnDoubleClick(date, [this] { ui->cmdSave->setEnabled(true); });
     connect(ui->comDen, &widgets::ComboBox::textChange, this, &frmScouts::comDen_Change);
@@ -147,9 +144,8 @@ void frmScouts::FillRecord()
 void frmScouts::ClearRecord()
 {
     ui->comDen->setText(QStringLiteral(" "));
-    const auto boxes = ui->tabScout->findChildren<QLineEdit*>();
-    for (QLineEdit* box : boxes)
-        if (box != ui->txtGrade)
+    for (const RecordField& field : m_fields)
+        if (auto* box = qobject_cast<QLineEdit*>(field.control); box && box != ui->txtGrade)
             box->clear();
     ui->txtScoutNote->clear();
     ui->optP1UseScoutAdd->setChecked(true);

@@ -76,8 +76,7 @@ private:
     void cmdDeleteAward_Click();
 
     std::unique_ptr<Ui::frmScouts> ui;
-    std::vector<RecordField> m_fields; ///< in the order of a save, but for den, den leaders and key
-    std::int16_t mDenSID = 0;          ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
+    std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
     std::int16_t mPickedAdultSID = 0;
     std::int16_t mParent1LeaderSID = 0; ///< what a save writes for a parent while the parent's box is checked
     std::int16_t mParent2LeaderSID = 0;

@@ -19,7 +19,6 @@ namespace
 {
 
 const QString AllDens = QStringLiteral("<All>");
-const QDate NoBirthDate(1001, 1, 1);
 constexpr int AwardDate = 1;       // the column, in both forms
 constexpr int HeadingHeight = 250; // twips
 
@@ -316,14 +315,6 @@ void PeopleForm::cmdFind_Click()
         SelectListRow(recordIndex());
     }
     controls().firstField->setFocus();
-}
-
-// ---- What fills and saves share
-
-QString PeopleForm::birthDateText(QStringView field) const
-{
-    const store::Value date = rsRecords->value(field);
-    return date.isEmpty() || date == store::Value(NoBirthDate) ? QString() : date.toText();
 }
 
 // ---- Awards

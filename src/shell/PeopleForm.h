@@ -72,11 +72,6 @@ protected:
         Qt::Alignment alignment;
         QString heading;
     };
-    /// A box that takes and gives a text field as it stands.
-    struct TextField {
-        QLineEdit* box;
-        QStringView field;
-    };
 
     /// "Scout" for the form of the table Scouts with the key Scout_SID.
     explicit PeopleForm(const QString& noun);
@@ -110,8 +105,6 @@ protected:
     void rebuildDenFilter();
     /// The key of the row of a den list that equals the text; -1 for none and for "".
     [[nodiscard]] std::int16_t denOfRow(const widgets::ComboBox& list, const QString& denName) const;
-    /// The text of a date field of the current record, "" for the date that marks a missing one.
-    [[nodiscard]] QString birthDateText(QStringView field) const;
     /// Without the blanks behind it.
     [[nodiscard]] static QString rightTrimmed(QString text);
     /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave,
@@ -143,7 +136,7 @@ protected:
     /// The initial between first and last name in a list row.
     [[nodiscard]] virtual QString middlePart(const QString& initial) const = 0;
 
-    std::vector<TextField> m_texts;
+    std::vector<RecordField> m_fields;  ///< in the order of a save; the form writes the keys behind them
     std::vector<std::int16_t> mDenSIDs; ///< by row of the den lists
     QStringList m_denTexts;
     QString mFindFirst;

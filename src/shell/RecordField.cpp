@@ -25,10 +25,10 @@ void showText(QLineEdit& box, const QString& text)
         box.setText(text);
 }
 
-// The text that a list of "Yes" and "No" stands for.
+// A list of "Yes" and "No"; what isn't the one value shows as "No".
 RecordField listField(QStringView name, widgets::ComboBox* list, const Value& yes, const Value& no)
 {
-    return {name, [list, yes](const Value& value) { list->setText(value == yes ? Yes : No); },
+    return {name, list, [list, yes](const Value& value) { list->setText(value == yes ? Yes : No); },
             [list, yes, no] { return list->text() == Yes ? yes : no; }};
 }
 
@@ -36,13 +36,13 @@ RecordField listField(QStringView name, widgets::ComboBox* list, const Value& ye
 
 RecordField textField(QStringView name, QLineEdit* box)
 {
-    return {name, [box](const Value& value) { showText(*box, value.textOrEmpty()); },
+    return {name, box, [box](const Value& value) { showText(*box, value.textOrEmpty()); },
             [box] { return Value(box->text()); }};
 }
 
 RecordField textField(QStringView name, QPlainTextEdit* box)
 {
-    return {name,
+    return {name, box,
             [box](const Value& value) {
                 if (const QString text = value.textOrEmpty(); box->toPlainText() != text)
                     box->setPlainText(text);
@@ -67,7 +67,7 @@ RecordField dateField(QStringView name, QLineEdit* box)
 RecordField birthDateField(QStringView name, QLineEdit* box)
 {
     return {
-        name,
+        name, box,
         [box](const Value& value) { showText(*box, value == Value(NoBirthDate) ? QString() : value.textOrEmpty()); },
         [box] { return Value(dateText(box->text())); }};
 }
@@ -84,13 +84,13 @@ RecordField yesNoField(QStringView name, widgets::ComboBox* list)
 
 RecordField checkField(QStringView name, QAbstractButton* shown, const QAbstractButton* saved)
 {
-    return {name, [shown](const Value& value) { shown->setChecked(value == Value(true)); },
+    return {name, shown, [shown](const Value& value) { shown->setChecked(value == Value(true)); },
             [saved] { return Value(saved->isChecked()); }};
 }
 
 RecordField optionField(QStringView name, QAbstractButton* yes, QAbstractButton* no)
 {
-    return {name, [yes, no](const Value& value) { (value == Value(true) ? yes : no)->setChecked(true); },
+    return {name, yes, [yes, no](const Value& value) { (value == Value(true) ? yes : no)->setChecked(true); },
             [yes] { return Value(yes->isChecked()); }};
 }
 

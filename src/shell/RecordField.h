@@ -7,6 +7,7 @@
 class QAbstractButton;
 class QLineEdit;
 class QPlainTextEdit;
+class QWidget;
 
 namespace orlo::widgets
 {
@@ -20,6 +21,7 @@ namespace orlo
 /// Null shows as an empty text, "No" or off.
 struct RecordField {
     QStringView name;
+    QWidget* control;
     std::function<void(const store::Value&)> show;
     std::function<store::Value()> value;
 };
