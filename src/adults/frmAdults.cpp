@@ -298,10 +298,16 @@ std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& pa
     return platform::toInt16(platform::val(grid.columnText(DenSID)));
 }
 
-// The position hangs on a stored adult. The filters may leave out the only one, and then nobody is on screen.
+// The position hangs on a stored adult. A set without records is no reason to stop here, as it is for cmdSave; only
+// where the filters leave out the one adult just saved is there nobody to give a position to.
 void frmAdults::cmdAddDenAssn_Click()
 {
-    cmdSave_Click();
+    SaveRecord();
+    ui->txtFirst->setFocus();
+    ui->cmdSave->setEnabled(false);
+    ui->cmdNew->setEnabled(true);
+    ui->cmdDelete->setEnabled(true);
+    enableExtraButtons(true);
     if (mRecordCount > 0)
         widgets::Instance<dlgAddDenLeaderAsign>::showWaiting();
 }

@@ -78,7 +78,7 @@ void ListBox::focusInEvent(QFocusEvent* event)
         selectionModel()->clearCurrentIndex();
 }
 
-// A click may make another row current than the one that was hit, which the base class highlights all the same.
+// The current row is always the highlighted one, though a click may end on another row than the one that was hit.
 void ListBox::highlightCurrent()
 {
     if (selectionMode() == SingleSelection)
@@ -99,6 +99,12 @@ void ListBox::mousePressEvent(QMouseEvent* event)
     highlightCurrent();
     if (event->button() == Qt::LeftButton && pressed >= 0 && pressed == before)
         Q_EMIT clicked();
+}
+
+void ListBox::mouseReleaseEvent(QMouseEvent* event)
+{
+    QListWidget::mouseReleaseEvent(event);
+    highlightCurrent();
 }
 
 } // namespace orlo::widgets

@@ -31,7 +31,7 @@ private Q_SLOTS:
             N page n                | 3 | Scout (New) FPNL.s. ... tx//A; B; C/2!               | C B A
             N n Last=X s            | 3 | Scout 4 of 4 FP..n.d faD tx/X/A; B; C; <New>X /4!    | C B A X
             n Last=X s P 4 Last=Y s | 3 | Scout 4 of 4 FP..n.d faD tx/Y/A; B; C; <New>X /4!    | C B A Y
-            N n Last=X yes 1        | 3 | Scout 4 of 4 FP....d f.. tx/X/A; B; C; <New>X /4     | C B A X
+            n Last=X yes 1          | 3 | Scout 4 of 4 FP....d f.. tx/X/A; B; C; <New>X /4     | C B A X
             n Last=X s              | 0 | Scout 1 of 1 ....n.d faD tx/X/X/1!                   | X
             n Last=X - s            | 0 | None ....n.. ... ..///0                              | X
             N n Last=X c            | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2              | C B A
