@@ -21,7 +21,6 @@ namespace
 {
 
 const QString Active = QStringLiteral("Y");
-const QString MissingDate = QStringLiteral("01/01/1001");
 const QString NoDen = QStringLiteral("N/A");
 
 enum PositionColumn { Title, DenNumber, DenLevel, DenSID, LeaderSID, PackKey };
@@ -146,8 +145,7 @@ void frmAdults::SaveRecord()
     auto& record = *rsRecords;
     if (!mNewRecord)
         record.edit();
-    if (ui->txtDOB->text().isEmpty())
-        ui->txtDOB->setText(MissingDate);
+    markMissingBirthDate(*ui->txtDOB);
     for (const RecordField& field : m_fields)
         record.setValue(field.name, field.value());
     // Leader_Den_Assignments says who belongs to a den; what an older version left here goes with the first save.

@@ -15,7 +15,7 @@ QString fixedFolder;
 
 Version version()
 {
-    return {1, 1, 0};
+    return {ORLO_VERSION}; // from the build's project version
 }
 
 QString versionText()

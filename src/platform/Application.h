@@ -15,7 +15,7 @@ struct Version {
 };
 
 [[nodiscard]] Version version();
-/// "Version 1.1.0", as the splash and the about box show it.
+/// "Version 1.1.0" or the like, as the splash and the about box show it.
 [[nodiscard]] QString versionText();
 /// The program's title.
 [[nodiscard]] QString title();

@@ -19,7 +19,6 @@ namespace
 
 const QString Yes = QStringLiteral("Yes");
 const QString No = QStringLiteral("No");
-const QString MissingDate = QStringLiteral("01/01/1001");
 
 enum AwardColumn { Fixed, Assigned, Quantity, Award, AssignedSID, InsigniaSID };
 
@@ -161,8 +160,7 @@ void frmScouts::SaveRecord()
     auto& record = *rsRecords;
     if (!mNewRecord)
         record.edit();
-    if (ui->txtDOB->text().isEmpty())
-        ui->txtDOB->setText(MissingDate);
+    markMissingBirthDate(*ui->txtDOB);
     for (const RecordField& field : m_fields)
         record.setValue(field.name, field.value());
     const auto link = [](const QAbstractButton* box, std::int16_t sid) {

@@ -19,24 +19,35 @@ protected:
         setCancelButton(cmdCancel);
         connect(cmdFind, &QPushButton::clicked, this, [this] {
             handOver(form());
-            form().SetFind(true);
-            unload();
+            answer([] { form().SetFind(true); });
         });
-        connect(cmdSelectAll, &QPushButton::clicked, this, [this] {
-            form().SetSelectAll(true);
-            unload();
-        });
-        connect(cmdCancel, &QPushButton::clicked, this, [this] {
-            form().SetFind(false);
-            unload();
-        });
+        connect(cmdSelectAll, &QPushButton::clicked, this, [this] { answer([] { form().SetSelectAll(true); }); });
+        connect(cmdCancel, &QPushButton::clicked, this, [this] { answer([] { form().SetFind(false); }); });
     }
 
     /// Gives the form the criteria that were typed.
     virtual void handOver(F& form) = 0;
 
+    /// Closing the window cancels; the answer of the time before doesn't count again.
+    void closeEvent(QCloseEvent* event) override
+    {
+        if (!m_answered)
+            form().SetFind(false);
+        Form::closeEvent(event);
+    }
+
 private:
     [[nodiscard]] static F& form() { return widgets::Instance<F>::get(); }
+
+    template <class Answer>
+    void answer(const Answer& tell)
+    {
+        m_answered = true;
+        tell();
+        unload();
+    }
+
+    bool m_answered = false;
 };
 
 } // namespace orlo

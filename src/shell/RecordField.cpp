@@ -72,6 +72,12 @@ RecordField birthDateField(QStringView name, QLineEdit* box)
         [box] { return Value(dateText(box->text())); }};
 }
 
+void markMissingBirthDate(QLineEdit& box)
+{
+    if (box.text().isEmpty())
+        box.setText(platform::longDate(NoBirthDate));
+}
+
 RecordField letterField(QStringView name, widgets::ComboBox* list)
 {
     return listField(name, list, u"Y", u"N");

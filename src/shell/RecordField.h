@@ -35,6 +35,8 @@ struct RecordField {
 [[nodiscard]] RecordField dateField(QStringView name, QLineEdit* box);
 /// A date whose absence a date of its own marks, which doesn't show.
 [[nodiscard]] RecordField birthDateField(QStringView name, QLineEdit* box);
+/// Puts that date into an empty box, for a save.
+void markMissingBirthDate(QLineEdit& box);
 /// 'Y' and 'N' in a list of "Yes" and "No".
 [[nodiscard]] RecordField letterField(QStringView name, widgets::ComboBox* list);
 /// A yes/no in a list of "Yes" and "No".

@@ -26,15 +26,18 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
     setInsertPolicy(NoInsert);
     setMaxVisibleItems(VisibleRows);
     setPlaceholderText(QStringLiteral(" ")); // without one, the first row that is added becomes the chosen one
+    // A row that is being chosen gives its text before it is the row; that is told as a click, once.
     connect(this, &QComboBox::editTextChanged, this, [this] {
-        if (!m_clearing)
+        const bool choosing = currentIndex() >= 0 && currentIndex() != m_row;
+        if (!m_silent && !choosing)
             Q_EMIT textChange();
     });
     // A pick of another row emits both signals, a pick of the chosen row only activated(), a row set by code only
     // currentIndexChanged().
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
-        m_told = index >= 0;
-        if (index >= 0)
+        m_row = index;
+        m_told = index >= 0 && !m_silent;
+        if (m_told)
             Q_EMIT clicked();
     });
     connect(this, &QComboBox::activated, this, [this] {
@@ -62,7 +65,7 @@ void ComboBox::setText(const QString& text)
         setEditText(text);
         return;
     }
-    const int index = text.isEmpty() ? -1 : findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const int index = text.isEmpty() ? -1 : findText(text, Qt::MatchFixedString);
     if (index < 0 && !text.isEmpty())
         throw platform::RuntimeError(platform::InvalidProcedureCall);
     setListIndex(index);
@@ -86,7 +89,7 @@ void ComboBox::setListIndex(int index)
 
 void ComboBox::clear()
 {
-    const QScopedValueRollback silent(m_clearing, true);
+    const QScopedValueRollback silent(m_silent, true);
     QComboBox::clear();
     setCurrentIndex(-1);
     clearEditText();
@@ -102,6 +105,13 @@ void ComboBox::showPopup()
 
 void ComboBox::keyPressEvent(QKeyEvent* event)
 {
+    constexpr Qt::Key Stepping[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown};
+    if (isEditable() && std::ranges::find(Stepping, event->key()) != std::end(Stepping))
+        // The step begins at the row whose text is shown, whichever was chosen last.
+        if (const int shown = findText(currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive); shown >= 0) {
+            const QScopedValueRollback silent(m_silent, true);
+            setCurrentIndex(shown);
+        }
     m_told = false;
     QComboBox::keyPressEvent(event);
 }

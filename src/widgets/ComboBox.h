@@ -18,8 +18,8 @@ public:
     void setEditable(bool editable);
 
     [[nodiscard]] QString text() const { return currentText(); }
-    /// Sets the text of an editable box; chooses the equal row of the other kind, "" choosing none. Raises 5 there for
-    /// a text that isn't in the list.
+    /// Sets the text of an editable box; chooses the equal row of the other kind, without regard to case, "" choosing
+    /// none. Raises 5 there for a text that isn't in the list.
     void setText(const QString& text);
 
     /// The chosen row, -1 where the text isn't one chosen from the list.
@@ -41,7 +41,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 Q_SIGNALS:
-    /// The text of an editable box changed, by whatever hand.
+    /// The text of an editable box changed, by whatever hand, but not by the choice of a row.
     void textChange();
     /// The user picked a row, the chosen one again included, or another row was chosen by the program.
     void clicked();
@@ -51,7 +51,8 @@ Q_SIGNALS:
 private:
     void widenList();
 
-    bool m_clearing = false;
+    bool m_silent = false;
+    int m_row = -1;      // the row that currentIndexChanged() named last
     bool m_told = false; // the change of row has already told of the pick that is under way
 };
 

@@ -271,7 +271,7 @@ private Q_SLOTS:
         test::table({"script", "state", "list", "adults", "awards", "left", "said"}, R"(
             n First=Zoe Mi=Q Last=Ash s | Adult 4 of 4 FP..n.d page 0 | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>Ash, Zoe Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
             $1 n Mi=Q cmdAddDenAssn>    | Adult 4 of 4 FP..n.d page 0 | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>,  Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
-            -3 optInactive n cmdAddDenAssn> | None ....n.. off 0 | | 1/Y, 2/Y, 4/Y, 5/Y | 6 | 5 + 2 |
+            -3 optInactive n cmdAddDenAssn> | None ....n.d off 0 | | 1/Y, 2/Y, 4/Y, 5/Y | 6 | 5 + 2 |
             -1,2,3,4 n First=Zoe Last=Ash s | Adult 1 of 1 ....n.d page 0 | Ash, Zoe | 1/Y | 6 | 5 + 2 |
             @2 no E       | Adult 3 of 3 FP..n.d page 0  | Fay, Dot X.; Old, Bob; Young, Ann M. | 1/Y, 2/Y, 3/N, 4/Y | 6 | 5 + 2 | adult?
             @2 yes E      | Adult 2 of 2 FP..n.d page 0  | Fay, Dot X.; Old, Bob | 2/Y, 3/N, 4/Y | 1 | 5 + 2 | adult?

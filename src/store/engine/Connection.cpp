@@ -293,7 +293,8 @@ void Connection::raiseLast(int code, bool preparing)
     if ((code & 0xFF) == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
         noteSchemaChange();
     QString description = platform::standardDescription(number);
-    if (number != platform::DuplicateKey) // which is told to whoever types a title twice
+    // These two are told to whoever types a title twice, or none.
+    if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey)
         description += QStringLiteral(" (%1)").arg(words);
     throw RuntimeError(number, QStringLiteral("Database"), description);
 }
