@@ -2,7 +2,7 @@
 
 #include "adults/LeaderLists.h"
 #include "adults/frmAdults.h"
-#include "shell/Module1.h"
+#include "shell/DenList.h"
 #include "ui_dlgFindAdult.h"
 
 namespace orlo
@@ -29,14 +29,7 @@ void dlgFindAdult::load()
 
 void dlgFindAdult::loadDens()
 {
-    ui->cmbDen->clear();
-    mDenSIDs.clear();
-    auto dens = database().openRecordset(
-        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Active = 'Y' Order by Den_Number"));
-    for (; !dens.eof(); dens.moveNext()) {
-        ui->cmbDen->addItem(denText(dens));
-        mDenSIDs.push_back(dens[u"Den_SID"].toInt16());
-    }
+    mDenSIDs = listActiveDens(*ui->cmbDen);
 }
 
 void dlgFindAdult::cmbDen_Click()

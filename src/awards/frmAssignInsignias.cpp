@@ -2,6 +2,7 @@
 
 #include "awards/AwardList.h"
 #include "platform/Conversion.h"
+#include "shell/DenList.h"
 #include "shell/Module1.h"
 #include "shell/dlgCalendar.h"
 #include "ui_frmAssignInsignias.h"
@@ -176,15 +177,7 @@ void frmAssignInsignias::SSTabAssignInsignias_Click()
 
 void frmAssignInsignias::comDen_DropDown()
 {
-    ui->comDen->clear();
-    mDenSIDs.clear();
-    auto dens = database().openRecordset(
-        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Active = 'Y' Order by Den_Number"));
-    for (; !dens.eof(); dens.moveNext()) {
-        mDenSIDs.push_back(dens[u"Den_SID"].toInt16());
-        ui->comDen->addItem(dens[u"Den_Type"].textOrEmpty() + QStringLiteral(" Den ") +
-                            dens[u"Den_Number"].textOrEmpty());
-    }
+    mDenSIDs = listActiveDens(*ui->comDen);
 }
 
 void frmAssignInsignias::comDen_Click()

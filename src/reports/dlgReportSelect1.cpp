@@ -2,6 +2,7 @@
 
 #include "platform/Conversion.h"
 #include "reports/engine/view/ReportControl.h"
+#include "shell/DenList.h"
 #include "shell/Module1.h"
 #include "shell/PersonName.h"
 #include "shell/dlgCalendar.h"
@@ -82,14 +83,10 @@ void dlgReportSelect1::fillPeople(const QString& query, QStringView keyField)
 
 void dlgReportSelect1::fillDens()
 {
-    auto dens = database().openRecordset(
-        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Active = 'Y' Order by Den_Number"));
     ui->cmbDen->addItem(All);
-    for (; !dens.eof(); dens.moveNext()) {
-        const QString den =
-            dens[u"Den_Type"].textOrEmpty() + QStringLiteral(" Den ") + dens[u"Den_Number"].textOrEmpty();
-        ui->cmbDen->addItem(den);
-        mDens.push_back({dens[u"Den_SID"].toInt16(), den});
+    for (const DenEntry& den : activeDens()) {
+        ui->cmbDen->addItem(den.text);
+        mDens.push_back({den.sid, den.text});
     }
     ui->cmbDen->setText(All);
 }

@@ -1,6 +1,7 @@
 #include "shell/PeopleForm.h"
 
 #include "platform/Conversion.h"
+#include "shell/DenList.h"
 #include "shell/Module1.h"
 #include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
@@ -199,17 +200,16 @@ QString PeopleForm::newRowText() const
 
 bool PeopleForm::readDens()
 {
-    auto dens =
-        database().openRecordset(QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens  Order by Den_Number"));
-    if (dens.recordCount() == 0) {
+    const std::vector<DenEntry> dens = allDens();
+    if (dens.empty()) {
         widgets::message(noDensText(), QStringLiteral("Selection Error"));
         return false;
     }
     mDenSIDs.clear();
     m_denTexts.clear();
-    for (; !dens.eof(); dens.moveNext()) {
-        mDenSIDs.push_back(dens[u"Den_SID"].toInt16());
-        m_denTexts.append(denText(dens));
+    for (const DenEntry& den : dens) {
+        mDenSIDs.push_back(den.sid);
+        m_denTexts.append(den.text);
     }
     return true;
 }
@@ -243,11 +243,6 @@ QString PeopleForm::GetDenName(std::int16_t denSID) const
     const auto den = database().openRecordset(
         QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Den_SID = %1").arg(denSID));
     return den.recordCount() > 0 ? denText(den) : QString();
-}
-
-QString denText(const store::Recordset& den)
-{
-    return den[u"Den_Type"].textOrEmpty() + QStringLiteral(" Den ") + den[u"Den_Number"].textOrEmpty();
 }
 
 // ---- Find

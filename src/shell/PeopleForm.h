@@ -17,9 +17,6 @@ class OptionButton;
 namespace orlo
 {
 
-/// "Wolf Den 3" of a record of Dens.
-[[nodiscard]] QString denText(const store::Recordset& den);
-
 /// A list form on people: what the scouts' and the adults' form have in common. Filters by view and den and an order
 /// choice decide which people are listed, a dialog finds people by name, and one page of the record shows the awards.
 class PeopleForm : public ListForm
