@@ -262,8 +262,10 @@ void BoundGrid::hideEvent(QHideEvent* event)
 void BoundGrid::changeEvent(QEvent* event)
 {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         applyHeights();
+        applyColumns();
+    }
 }
 
 void BoundGrid::updateGeometries()
@@ -348,7 +350,8 @@ void BoundGrid::applyColumns()
 {
     const auto& columns = m_model->columns();
     for (int column = 0; column < columns.size(); ++column) {
-        setColumnWidth(column, twipsToPixels(columns[column].width, this));
+        setColumnWidth(column, std::max(twipsToPixels(columns[column].width, this),
+                                        horizontalHeader()->sectionSizeHint(column))); // a heading is never cut off
         setColumnHidden(column, columns[column].hidden);
     }
 }

@@ -24,8 +24,8 @@ constexpr double ZoomStep = 1.1;
 constexpr int LineStep = 40;        // pixels that an arrow key scrolls
 constexpr double BlankEdge = 0.045; // of a page's height, at its foot
 
-const QColor FoundColor(255, 222, 80, 120);
-const QColor CurrentFoundColor(255, 150, 30, 150);
+const QColor FoundColor(255, 238, 140);
+const QColor CurrentFoundColor(255, 190, 90);
 
 void paintShadow(QPainter& painter, const QRectF& sheet)
 {
@@ -143,6 +143,7 @@ void PageView::paintEvent(QPaintEvent* event)
     }
     const double scale = pageSize().width() / m_document->paper.width();
     painter.setPen(Qt::NoPen);
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the letters stay black, as under a marker
     const auto onFirst =
         std::lower_bound(m_hits.begin(), m_hits.end(), first, [](const Hit& hit, int page) { return hit.page < page; });
     for (auto hit = onFirst; hit != m_hits.end() && hit->page <= last; ++hit) {
