@@ -96,24 +96,6 @@ private Q_SLOTS:
                  "Zoë \"Z\"/a,\r\nb/6/7/2016/True/Null///True; O'Brien/Null/6/7/2016/False/ /x/12 /True");
     }
 
-    void titles_data()
-    {
-        test::table({"file", "titles"}, R"(
-            none         | Asst. Den Leader; Co-Den Leader; Den Chief; Den Leader; Tiger Cub Coach; Tiger Cub Parent
-            Den_Title\nHost\n | Host
-            Den_Title\n  |
-        )");
-    }
-    void titles()
-    {
-        QFETCH(QString, file);
-        if (file != "none")
-            orlo::test::write(csv("Den_Titles.csv"), file.toUtf8());
-        QCOMPARE(newdb({out(), "--from", csv()}).errors, QString());
-        QTEST(rows("Select Den_Title From Den_Titles Order By Den_Title"), "titles");
-        QCOMPARE(rows("Select Count(*) From Pack_Positions"), "10");
-    }
-
     void leavesExistingFileAlone()
     {
         orlo::test::write(out(), "mine");
@@ -123,25 +105,6 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), "mine");
         QCOMPARE(made().size(), 1);
-    }
-
-    void badUsage_data()
-    {
-        // "out" stands for the file to make
-        test::table({"arguments", "status"}, R"(
-                                       | 2
-            out out                    | 2
-            out --version 2            | 2
-            out --from /nowhere/at/all | 1
-            /nowhere/at/all/x.mdb      | 1
-        )");
-    }
-    void badUsage()
-    {
-        QFETCH(QString, arguments);
-        const Run run = newdb(arguments.replace("out", out()).split(u' ', Qt::SkipEmptyParts));
-        QTEST(QString::number(run.status), "status");
-        QVERIFY(!run.errors.isEmpty() && made().isEmpty());
     }
 
     void version10()

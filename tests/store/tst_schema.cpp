@@ -20,35 +20,6 @@ private Q_SLOTS:
         createSchema(database);
     }
 
-    void fields_data()
-    {
-        test::table({"table", "in 1.0", "in 1.1"}, R"(
-            PackInfo               | 2  | 2
-            Dens                   | 6  | 6
-            Scouts                 | 20 | 40
-            Adults                 | 17 | 18
-            Insignias              | 4  | 4
-            Assigned_Awards_Scouts | 5  | 7
-            Assigned_Awards_Adults | 5  | 5
-            Den_Titles             | 0  | 2
-            Pack_Positions         | 0  | 2
-            Leader_Den_Assignments | 0  | 4
-            Leader_Pack_Assn       | 0  | 4
-            Purchase_List          | 3  | 3
-            Other_Purchase_List    | 0  | 2
-        )");
-    }
-    void fields()
-    {
-        QFETCH(QString, table);
-        const QByteArray ask = "SELECT count(*) FROM pragma_table_info('" + table.toLatin1() + "')";
-        QTEST(rows(ask), "in 1.1");
-        m_path = m_folder->filePath("old.mdb");
-        Database database = DBEngine::createDatabase(m_path);
-        createSchema10(database);
-        QTEST(rows(ask), "in 1.0");
-    }
-
     void catalogue()
     {
         QCOMPARE(rows("PRAGMA integrity_check"), "ok");

@@ -176,7 +176,7 @@ QString failureInChild(const QString& sql, const Action& action)
     if (QTest::currentDataTag())
         test += u':' + QString::fromUtf8(QTest::currentDataTag());
     child.start(QCoreApplication::applicationFilePath(), {test});
-    child.waitForFinished(20000);
+    child.waitForFinished(60000);
     const QString told = QString::fromUtf8(child.readAllStandardError());
     const qsizetype start = told.indexOf(QLatin1String("Run-time error"));
     return child.exitCode() == 1 && start >= 0 ? told.sliced(start).section(u'\n', 0, 0) : told + u'?';

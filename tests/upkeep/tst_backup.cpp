@@ -14,10 +14,6 @@
 #include <QDirIterator>
 #include <QTreeWidgetItemIterator>
 
-#include <csignal>
-
-#include <sys/resource.h>
-
 using namespace orlo;
 using widgets::DriveList;
 using widgets::FolderList;
@@ -25,13 +21,6 @@ using widgets::Instance;
 
 namespace
 {
-
-void limitFiles(rlim_t most)
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{most, RLIM_INFINITY};
-    setrlimit(RLIMIT_FSIZE, &limit);
-}
 
 // The application's folder, and a drive of its own with the folders F, F/.dot and G, on which the process is.
 struct Place : test::AppFolder {
@@ -178,8 +167,8 @@ disk full               | F | echo 12 > $B; cp $B F      |      | full   | 61   
         Instance<frmDenInfo>::show();
         connect(&Instance<frmAdults>::get(), &widgets::Form::unloaded, this, [&] {
             if (late == "full") {
-                limitFiles(static_cast<rlim_t>(place.size - 1));
-                QTimer::singleShot(0, [] { limitFiles(RLIM_INFINITY); }); // in the time of the message
+                test::limitFiles(static_cast<rlim_t>(place.size - 1));
+                QTimer::singleShot(0, [] { test::limitFiles(RLIM_INFINITY); }); // in the time of the message
             } else
                 place.sh(late);
         });

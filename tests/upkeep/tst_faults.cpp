@@ -1,14 +1,12 @@
 #include "store/upkeep/basDataUpdate.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
 #include <QFile>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -43,13 +41,6 @@ struct Other {
     ~Other() { kill(id, SIGKILL), waitpid(id, nullptr, 0); }
     pid_t id = 0;
 };
-
-void limitFiles(rlim_t most)
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{most, RLIM_INFINITY};
-    setrlimit(RLIMIT_FSIZE, &limit);
-}
 
 void save()
 {
@@ -138,7 +129,7 @@ folder repair  | 3027
         if (fault == "locked")
             other.emplace(file, "Begin Exclusive; Insert Into Adults (Adult_SID) Values (999)");
         else if (fault == "full" || fault == "damaged")
-            limitFiles(static_cast<rlim_t>(fault == "full" ? QFileInfo(file).size() : 100'000));
+            test::limitFiles(static_cast<rlim_t>(fault == "full" ? QFileInfo(file).size() : 100'000));
         else {
             QFile::setPermissions(folder.path(), QFile::Permissions(fault == "file" ? 0x7777 : 0x5555));
             QFile::setPermissions(file, QFile::Permissions(fault == "file" ? 0x4444 : 0x6666));
@@ -148,7 +139,7 @@ folder repair  | 3027
         const int number = test::failureNumber([&work = work] { return Works[work](), 0; });
         (void)!setresuid(0, 0, 0);
         QFile::setPermissions(folder.path(), QFile::Permissions(0x7700));
-        limitFiles(RLIM_INFINITY);
+        test::limitFiles(RLIM_INFINITY);
         other.reset();
         gDatabase.reset();
         QTEST(QString::number(number), "told");
