@@ -10,6 +10,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace orlo::bench
 {
 
@@ -103,13 +105,14 @@ void openScouts(Table& table)
 {
     const PackFile file(packSql(Scouts));
     const PlainDatabase plain(file.path());
-    double few = 0;
+    std::vector<double> few(9);
     {
         const PackFile small(packSql(FewScouts));
         const OpenPack pack(small);
         form().show();
         (void)clickRows(FewScouts);
-        few = clickRows(FewScouts);
+        std::ranges::generate(few, [] { return clickRows(FewScouts); });
+        std::ranges::sort(few);
     }
     const OpenPack pack(file);
     const Work plainList = [&] { return List.fillPlain(plain); };
@@ -119,7 +122,8 @@ void openScouts(Table& table)
     const Work clicks = [] { return clickRows(Scouts); };
     table.compare({"50 clicks in the list, 200,000 awards", "the same reads, C API", 3.0, clicks,
                    [&] { return readRows(plain, sids); }, 9});
-    table.compare({"50 clicks: ten times the scouts", "1,000 scouts", 1.2, clicks, [few] { return few; }, 9});
+    table.compare(
+        {"50 clicks: ten times the scouts", "1,000 scouts", 1.2, clicks, [&few] { return few[few.size() / 2]; }, 9});
     table.compare({"filter by den and back", "query into a plain list", 2.0, filterAndBack, plainList, 9});
 }
 

@@ -16,7 +16,7 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qsizetype LargestBlock = 256;
+constexpr qsizetype Gone = -1;            // the place of a row that somebody removed
 constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
 // How often another program's changes are looked for while a set is walked.
 constexpr qint64 CheckNanoseconds = 1000000;
@@ -117,35 +117,56 @@ qsizetype Recordset::Impl::currentRow(int column)
         m_block.addColumn(column);
         readBlock(m_nextBlock);
     }
-    const bool within = m_place >= m_blockStart && m_place < m_blockStart + m_block.size();
+    const qsizetype blockEnd = m_blockStart + std::ssize(m_blockRows);
+    const bool within = m_place >= m_blockStart && m_place < blockEnd;
     if (m_arrived && !(blockIsTrue() && within)) {
         // A set that is walked reads more and more ahead; one that is looked at here and there reads what it needs.
-        const bool walking = m_block.size() > 0 && m_place == m_blockStart + m_block.size();
-        m_nextBlock = walking ? std::min(m_nextBlock * 2, LargestBlock) : 1;
+        const bool walking = !m_blockRows.empty() && m_place == blockEnd;
+        m_nextBlock = walking ? std::min<qsizetype>(m_nextBlock * 2, LargestBlock) : 1;
         readBlock(m_nextBlock);
     }
     m_arrived = false;
-    return m_place - m_blockStart;
+    return m_blockRows[static_cast<std::size_t>(m_place - m_blockStart)];
 }
 
 void Recordset::Impl::readBlock(qsizetype count)
 {
+    count = std::min(count, m_size - m_place);
     m_block.clear();
     m_blockStart = m_place;
-    // A statement in the middle of its rows keeps the file locked for reading, once for the block and not for each row.
-    auto lock = m_connection->statement("SELECT 1 FROM sqlite_master");
-    (void)lock.step();
+    m_blockRows.assign(static_cast<std::size_t>(count), Gone);
+    // Before the rows: another program's change in between is then noticed by the next look, not missed.
     m_blockStamp = m_connection->changeStamp();
     m_blockVersion = m_connection->dataVersion();
     m_sinceCheck.start();
-    auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
-    for (qsizetype place = m_place; place < std::min(m_place + count, m_size); ++place) {
-        row.bind(1, m_keys[static_cast<std::size_t>(place)]);
-        if (row.step())
+    if (count == 1) {
+        auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
+        row.bind(1, m_keys[static_cast<std::size_t>(m_place)]);
+        if (row.step()) {
+            m_blockRows.front() = 0;
             m_block.append(row.handle());
-        else
-            m_block.appendMissing();
-        row.reset();
+        }
+    } else
+        readManyRows();
+}
+
+// One statement for all takes half the time of one for each. It gives them in an order of its own.
+void Recordset::Impl::readManyRows()
+{
+    std::vector<std::pair<qint64, std::size_t>> offsets; // by key
+    auto rows = m_connection->statement(m_source->blockSql, Origin::Outside);
+    for (std::size_t offset = 0; offset < m_blockRows.size(); ++offset) {
+        const qint64 key = m_keys[static_cast<std::size_t>(m_blockStart) + offset];
+        offsets.emplace_back(key, offset);
+        rows.bind(static_cast<int>(offset) + 1, key);
+    }
+    std::ranges::sort(offsets);
+    const int keyColumn = sqlite3_column_count(rows.handle()) - 1;
+    while (rows.step()) {
+        const auto found =
+            std::ranges::lower_bound(offsets, rows.integer(keyColumn), {}, &decltype(offsets)::value_type::first);
+        m_blockRows[found->second] = m_block.size();
+        m_block.append(rows.handle());
     }
 }
 
@@ -156,7 +177,7 @@ Value Recordset::Impl::value(int column)
         return m_buffer->values[at];
     requireRecord();
     const qsizetype row = currentRow(column);
-    if (m_block.missing(row))
+    if (row == Gone)
         raise(platform::RecordDeleted);
     return m_block.value(row, column, m_shape->fields[at].type);
 }
@@ -192,6 +213,7 @@ void Recordset::Impl::edit()
     dropBuffer();
     requireRecord();
     m_block = Rows(allColumns(*m_shape));
+    m_blockRows.clear();
     m_arrived = true; // what is edited is the record as it stands now
     Buffer buffer;
     for (int i = 0; i < static_cast<int>(m_shape->fields.size()); ++i)

@@ -52,10 +52,12 @@ private:
     [[nodiscard]] bool hasRecord() const { return !m_removed && m_place >= 0 && m_place < m_size; }
     void requireRecord() const;
     void requireUpdatable() const;
-    /// The row of the block that holds the current record with the column, read now where it isn't there.
+    /// The row of m_block that is the current record with the column, read now where it isn't there; -1 for a record
+    /// that somebody removed.
     qsizetype currentRow(int column);
     [[nodiscard]] bool blockIsTrue();
     void readBlock(qsizetype count);
+    void readManyRows();
     void insertBuffer();
     void updateBuffer();
     [[nodiscard]] QByteArray changedColumns(const char* separator, const char* behind) const;
@@ -73,6 +75,7 @@ private:
 
     Rows m_block;
     qsizetype m_blockStart = 0;
+    std::vector<qsizetype> m_blockRows; // by place, from m_blockStart: the row in m_block
     qsizetype m_nextBlock = 1;
     bool m_arrived = true; // at another record, whose values aren't read yet
     quint64 m_blockStamp = 0;

@@ -91,24 +91,11 @@ void Rows::append(sqlite3_stmt* statement)
     ++m_size;
 }
 
-void Rows::appendMissing()
-{
-    Cell cell{};
-    cell.kind = Kind::Missing;
-    m_cells.insert(m_cells.end(), m_columns.size(), cell);
-    ++m_size;
-}
-
 void Rows::clear()
 {
     m_cells.clear();
     m_bytes.clear();
     m_size = 0;
-}
-
-bool Rows::missing(qsizetype row) const
-{
-    return cell(row, m_columns.front()).kind == Kind::Missing;
 }
 
 bool Rows::has(int column) const
@@ -145,7 +132,6 @@ Value Rows::value(qsizetype row, int column, FieldType type) const
         return {QString::fromUtf8(text)};
     }
     case Kind::Null:
-    case Kind::Missing:
         break;
     }
     return {};

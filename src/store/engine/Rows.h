@@ -25,11 +25,8 @@ public:
 
     /// Takes over the statement's current row.
     void append(sqlite3_stmt* statement);
-    /// Adds the place of a row that is gone.
-    void appendMissing();
     void clear();
     [[nodiscard]] qsizetype size() const { return m_size; }
-    [[nodiscard]] bool missing(qsizetype row) const;
     [[nodiscard]] bool has(int column) const;
     /// Drops all rows and takes one more column from now on.
     void addColumn(int column);
@@ -39,7 +36,7 @@ public:
     [[nodiscard]] FieldType typeOf(int column) const;
 
 private:
-    enum class Kind : quint8 { Null, Whole, Number, Text, Missing };
+    enum class Kind : quint8 { Null, Whole, Number, Text };
     struct Cell {
         union {
             qint64 whole;

@@ -144,6 +144,8 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     const QByteArray columns = translated.columns.toUtf8();
     const QByteArray tail = translated.tail.toUtf8();
     source->rowSql = "SELECT" + columns + from + "WHERE " + key + "=?1";
+    source->blockSql = "SELECT" + columns + ',' + key + from + "WHERE " + key + " IN (?" +
+                       QByteArray(",?").repeated(LargestBlock - 1) + ')';
     auto& shape = connection.shape(source->rowSql);
     if (!shape) {
         const auto made = makeShape(connection, *source, table->name);

@@ -12,6 +12,9 @@ namespace orlo::store
 class Connection;
 class Statement;
 
+/// The most rows of an updatable set that are read at once.
+constexpr int LargestBlock = 256;
+
 /// What one record of a set looks like and how to read and write it.
 struct RowShape {
     std::vector<FieldInfo> fields;
@@ -25,9 +28,10 @@ struct Source {
     std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
     QByteArray table;                      ///< quoted
     QByteArray rowKey;
-    QByteArray keysSql; ///< the membership of an updatable set, the row's key in the last column
-    QByteArray rowSql;  ///< one row by its key
-    QByteArray rowsSql; ///< all rows of a read-only set
+    QByteArray keysSql;  ///< the membership of an updatable set, the row's key in the last column
+    QByteArray rowSql;   ///< one row by its key
+    QByteArray blockSql; ///< up to LargestBlock rows by their keys, the key in the last column, in any order
+    QByteArray rowsSql;  ///< all rows of a read-only set
 
     [[nodiscard]] bool updatable() const { return shape != nullptr; }
 };
