@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 
 #include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QScreen>
