@@ -4,6 +4,8 @@
 
 #include <QTemporaryDir>
 
+#include <sqlite3.h>
+
 using namespace orlo;
 using namespace orlo::store;
 using test::failureNumber;
@@ -203,6 +205,49 @@ private Q_SLOTS:
             rows.update();
         }
         QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
+    }
+
+    // A row that somebody removed leaves its key to the next new one, which is then in the set twice.
+    void reusedKey()
+    {
+        fill(8);
+        Recordset rows = open();
+        m_database->execute("Delete From T Where SID = 8");
+        rows.addNew();
+        rows.setValue(u"SID", 9);
+        rows.update();
+        int last = 0;
+        for (; !rows.eof(); rows.moveNext())
+            last = sid(rows);
+        QCOMPARE(last, 9);
+    }
+
+    // What can't be read while another program holds the file can be read afterwards.
+    void lockedOnTheWay()
+    {
+        fill(8);
+        Recordset rows = open();
+        for (; rows.place() < 3; rows.moveNext())
+            (void)rows[u"SID"];
+        sqlite3* other = nullptr;
+        sqlite3_open(QFile::encodeName(m_path).constData(), &other);
+        sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+        const int locked = failureNumber([&] { return rows[u"SID"]; });
+        sqlite3_close(other);
+        QCOMPARE(locked, int(platform::CannotLockFile));
+        QCOMPARE(sid(rows), 4);
+    }
+
+    // A column that another program adds to the table moves the key of the rows that are read ahead.
+    void widenedOnTheWay()
+    {
+        fill(20);
+        Recordset rows = m_database->openRecordset("Select * From T Order By SID");
+        for (int expected = 1; expected <= 20; ++expected, rows.moveNext()) {
+            QCOMPARE(sid(rows), expected);
+            if (expected == 4)
+                DBEngine::openDatabase(m_path).tableDef(u"T").appendField({"New", FieldType::Long});
+        }
     }
 
     void readOnlyAndDeadSets()

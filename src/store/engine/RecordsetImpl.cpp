@@ -133,41 +133,47 @@ void Recordset::Impl::readBlock(qsizetype count)
 {
     count = std::min(count, m_size - m_place);
     m_block.clear();
+    m_blockRows.clear(); // a read that fails leaves no block
+    m_arrived = true;
     m_blockStart = m_place;
-    m_blockRows.assign(static_cast<std::size_t>(count), Gone);
     // Before the rows: another program's change in between is then noticed by the next look, not missed.
     m_blockStamp = m_connection->changeStamp();
     m_blockVersion = m_connection->dataVersion();
     m_sinceCheck.start();
-    if (count == 1) {
+    if (count > 1)
+        m_blockRows = readManyRows(static_cast<std::size_t>(count));
+    else {
         auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
         row.bind(1, m_keys[static_cast<std::size_t>(m_place)]);
-        if (row.step()) {
-            m_blockRows.front() = 0;
+        const bool found = row.step();
+        if (found)
             m_block.append(row.handle());
-        }
-    } else
-        readManyRows();
+        m_blockRows = {found ? 0 : Gone};
+    }
 }
 
 // One statement for all takes half the time of one for each. It gives them in an order of its own.
-void Recordset::Impl::readManyRows()
+std::vector<qsizetype> Recordset::Impl::readManyRows(std::size_t count)
 {
+    std::vector<qsizetype> places(count, Gone);
     std::vector<std::pair<qint64, std::size_t>> offsets; // by key
     auto rows = m_connection->statement(m_source->blockSql, Origin::Outside);
-    for (std::size_t offset = 0; offset < m_blockRows.size(); ++offset) {
+    for (std::size_t offset = 0; offset < count; ++offset) {
         const qint64 key = m_keys[static_cast<std::size_t>(m_blockStart) + offset];
         offsets.emplace_back(key, offset);
         rows.bind(static_cast<int>(offset) + 1, key);
     }
     std::ranges::sort(offsets);
-    const int keyColumn = sqlite3_column_count(rows.handle()) - 1;
     while (rows.step()) {
-        const auto found =
-            std::ranges::lower_bound(offsets, rows.integer(keyColumn), {}, &decltype(offsets)::value_type::first);
-        m_blockRows[found->second] = m_block.size();
+        // Asked of each row, since the first step prepares the statement anew where the table has other columns now.
+        const qint64 key = rows.integer(sqlite3_column_count(rows.handle()) - 1);
+        // More than one where a new row took over the key of a removed one.
+        for (const auto& [same, offset] :
+             std::ranges::equal_range(offsets, key, {}, &decltype(offsets)::value_type::first))
+            places[offset] = m_block.size();
         m_block.append(rows.handle());
     }
+    return places;
 }
 
 Value Recordset::Impl::value(int column)
