@@ -168,9 +168,9 @@ std::vector<qsizetype> Recordset::Impl::readManyRows(std::size_t count)
         // Asked of each row, since the first step prepares the statement anew where the table has other columns now.
         const qint64 key = rows.integer(sqlite3_column_count(rows.handle()) - 1);
         // More than one where a new row took over the key of a removed one.
-        for (const auto& [same, offset] :
-             std::ranges::equal_range(offsets, key, {}, &decltype(offsets)::value_type::first))
-            places[offset] = m_block.size();
+        for (auto found = std::ranges::lower_bound(offsets, std::pair(key, std::size_t{0}));
+             found != offsets.end() && found->first == key; ++found)
+            places[found->second] = m_block.size();
         m_block.append(rows.handle());
     }
     return places;
