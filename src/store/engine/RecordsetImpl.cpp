@@ -16,6 +16,7 @@ using platform::RuntimeError;
 namespace
 {
 
+constexpr qsizetype ManyRows = 8;         // for fewer, the statement for a whole block costs more than it saves
 constexpr qsizetype Gone = -1;            // the place of a row that somebody removed
 constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
 // How often another program's changes are looked for while a set is walked.
@@ -140,16 +141,23 @@ void Recordset::Impl::readBlock(qsizetype count)
     m_blockStamp = m_connection->changeStamp();
     m_blockVersion = m_connection->dataVersion();
     m_sinceCheck.start();
-    if (count > 1)
-        m_blockRows = readManyRows(static_cast<std::size_t>(count));
-    else {
-        auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
-        row.bind(1, m_keys[static_cast<std::size_t>(m_place)]);
-        const bool found = row.step();
-        if (found)
+    const auto rows = static_cast<std::size_t>(count);
+    m_blockRows = count < ManyRows ? readFewRows(rows) : readManyRows(rows);
+}
+
+std::vector<qsizetype> Recordset::Impl::readFewRows(std::size_t count)
+{
+    std::vector<qsizetype> places(count, Gone);
+    auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
+    for (std::size_t offset = 0; offset < count; ++offset) {
+        row.bind(1, m_keys[static_cast<std::size_t>(m_blockStart) + offset]);
+        if (row.step()) {
+            places[offset] = m_block.size();
             m_block.append(row.handle());
-        m_blockRows = {found ? 0 : Gone};
+        }
+        row.reset();
     }
+    return places;
 }
 
 // One statement for all takes half the time of one for each. It gives them in an order of its own.

@@ -57,7 +57,8 @@ private:
     qsizetype currentRow(int column);
     [[nodiscard]] bool blockIsTrue();
     void readBlock(qsizetype count);
-    /// Reads the rows from m_blockStart on into m_block, and gives by offset which of them is the place's.
+    /// Read the rows from m_blockStart on into m_block, and give by offset which of them is the place's.
+    [[nodiscard]] std::vector<qsizetype> readFewRows(std::size_t count);
     [[nodiscard]] std::vector<qsizetype> readManyRows(std::size_t count);
     void insertBuffer();
     void updateBuffer();
