@@ -2,7 +2,7 @@
 #include "Subjects.h"
 #include "Table.h"
 #include "awards/frmAssignInsignias.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "widgets/ComboBox.h"
 #include "widgets/OptionButton.h"
 #include "widgets/TextGrid.h"

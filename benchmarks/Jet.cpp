@@ -1,6 +1,6 @@
 #include "Subjects.h"
 #include "Table.h"
-#include "store/engine/Database.h"
+#include "store/jet/OpenFile.h"
 #include "support/Files.h"
 #include "support/JetPages.h"
 
@@ -46,7 +46,7 @@ void openFormerFile(Table& table)
         QFile::remove(path);
         QFile::remove(kept);
         test::write(path, pages.bytes());
-        return timed([&path] { (void)store::DBEngine::openDatabase(path); });
+        return timed([&path] { (void)store::openFile(path); });
     };
     const Work theirs = [&] {
         return timed([&] {

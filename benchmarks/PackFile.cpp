@@ -1,8 +1,9 @@
 #include "PackFile.h"
 
-#include "shell/Module1.h"
-#include "store/Schema.h"
+#include "shell/forms/Module1.h"
 #include "store/engine/Functions.h"
+#include "store/jet/OpenFile.h"
+#include "store/schema/Schema.h"
 #include "widgets/Form.h"
 
 #include <QFile>
@@ -94,7 +95,7 @@ OpenPack::OpenPack(const PackFile& file)
 {
     gAppPath = file.folder();
     gDbName = u'\\' + QString::fromUtf16(FileName);
-    gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+    gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
 }
 
 OpenPack::~OpenPack()

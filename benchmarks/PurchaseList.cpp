@@ -1,7 +1,7 @@
 #include "PackFile.h"
 #include "Subjects.h"
 #include "Table.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 
 namespace orlo::bench
 {

@@ -1,10 +1,10 @@
 #include "PackFile.h"
 #include "Subjects.h"
 #include "Table.h"
-#include "reports/engine/Export.h"
-#include "reports/engine/Paint.h"
-#include "reports/engine/Renderer.h"
-#include "shell/Module1.h"
+#include "reporting/Export.h"
+#include "reporting/Paint.h"
+#include "reporting/Renderer.h"
+#include "shell/forms/Module1.h"
 
 #include <QPainter>
 #include <QPdfWriter>

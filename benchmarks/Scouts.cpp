@@ -3,7 +3,7 @@
 #include "Subjects.h"
 #include "Table.h"
 #include "scouts/frmScouts.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
 #include "widgets/TextGrid.h"

@@ -1,9 +1,9 @@
 #include "PackFile.h"
 #include "Subjects.h"
 #include "Table.h"
-#include "shell/Module1.h"
-#include "store/Schema.h"
+#include "shell/forms/Module1.h"
 #include "store/engine/TableSql.h"
+#include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
 
 #include <QFile>

@@ -1,9 +1,7 @@
-# The mechanisms that every target of the tree shares: warnings, sanitizers, precompiled headers, globbed libraries.
+# What every target of the tree shares.
 
 add_library(orlo_options INTERFACE)
-target_compile_options(orlo_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
-    $<$<CXX_COMPILER_ID:GNU>:-Winvalid-pch>)
+target_compile_options(orlo_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 target_compile_definitions(orlo_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(orlo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
@@ -17,24 +15,13 @@ if(ORLO_FUZZ)
     target_link_options(orlo_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# orlo_library(NAME SOURCES dir... LINK lib... [PRIVATE lib...])
-# A static library of all the .cpp, .h and .ui files that lie directly in the folders.
-function(orlo_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE" ${ARGN})
-    set(files)
-    foreach(dir IN LISTS ARG_SOURCES)
-        file(GLOB found CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
-             ${dir}/*.cpp ${dir}/*.h ${dir}/*.ui)
-        list(APPEND files ${found})
-    endforeach()
-    add_library(${name} STATIC ${files})
-    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+# orlo_room(NAME [FORMS] LINK lib... [PRIVATE lib...] SOURCES file...)
+# A room of src as a library. FORMS: it has classes with signals or .ui files.
+function(orlo_room name)
+    cmake_parse_arguments(ARG "FORMS" "" "LINK;PRIVATE;SOURCES" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC orlo_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE})
-    if("Qt6::Widgets" IN_LIST ARG_LINK)
-        target_precompile_headers(${name} PRIVATE <QtWidgets>)
-    elseif(NOT "Qt6::PrintSupport" IN_LIST ARG_LINK AND NOT name STREQUAL "orlo_screens")
-        target_precompile_headers(${name} PRIVATE <QtCore>)
-    else()
-        target_precompile_headers(${name} REUSE_FROM orlo_widgets)
+    if(ARG_FORMS)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON)
     endif()
 endfunction()

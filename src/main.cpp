@@ -1,4 +1,4 @@
-#include "shell/Module1.h"
+#include "shell/frame/Main.h"
 
 int main(int argc, char** argv)
 {

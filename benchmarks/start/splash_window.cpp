@@ -2,7 +2,7 @@
 
 #include "FirstPaint.h"
 #include "platform/Application.h"
-#include "shell/Module1.h"
+#include "shell/frame/Main.h"
 #include "widgets/Application.h"
 
 int main(int argc, char** argv)

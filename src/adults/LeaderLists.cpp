@@ -1,8 +1,8 @@
 #include "adults/LeaderLists.h"
 
 #include "platform/RuntimeError.h"
-#include "shell/DenList.h"
-#include "shell/Module1.h"
+#include "shell/forms/DenList.h"
+#include "shell/forms/Module1.h"
 #include "widgets/ComboBox.h"
 
 namespace orlo::leaderLists

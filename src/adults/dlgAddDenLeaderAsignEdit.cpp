@@ -1,7 +1,7 @@
 #include "adults/dlgAddDenLeaderAsignEdit.h"
 
 #include "adults/frmAdults.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "ui_dlgAddDenLeaderAsignEdit.h"
 
 namespace orlo

@@ -2,7 +2,7 @@
 
 #include "adults/LeaderLists.h"
 #include "adults/frmAdults.h"
-#include "shell/DenList.h"
+#include "shell/forms/DenList.h"
 #include "ui_dlgFindAdult.h"
 
 namespace orlo

@@ -6,8 +6,8 @@
 #include "awards/frmAddAdultAwards.h"
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
-#include "shell/Module1.h"
-#include "shell/dlgCalendar.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/dlgCalendar.h"
 #include "ui_frmAdults.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
@@ -68,7 +68,11 @@ frmAdults::frmAdults()
     bindFields();
     bindPositions();
     ui->fgAdultsAwards->setCols(AwardColumns);
-    connect(ui->cmdAddAward, &QPushButton::clicked, this, [] { widgets::Instance<frmAddAdultAwards>::showWaiting(); });
+    connect(ui->cmdAddAward, &QPushButton::clicked, this, [this] {
+        auto& dialog = widgets::Instance<frmAddAdultAwards>::get();
+        dialog.giveTo(*this);
+        dialog.showWaiting();
+    });
     connect(ui->cmdDeleteAward, &QPushButton::clicked, this, &frmAdults::cmdDeleteAward_Click);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/PeopleForm.h"
+#include "shell/forms/PeopleForm.h"
 
 #include <memory>
 

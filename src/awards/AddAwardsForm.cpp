@@ -1,8 +1,10 @@
 #include "awards/AddAwardsForm.h"
 
 #include "platform/Conversion.h"
-#include "shell/Module1.h"
-#include "shell/dlgCalendar.h"
+#include "platform/RuntimeError.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/PersonShown.h"
+#include "shell/forms/dlgCalendar.h"
 #include "widgets/CheckListBox.h"
 #include "widgets/MessageBox.h"
 
@@ -184,18 +186,20 @@ bool AddAwardsForm::addAwards()
         m_date->setFocus();
         return false;
     }
+    if (!m_shown)
+        throw platform::RuntimeError(platform::ObjectNotSet);
     auto awards =
         database().openRecordset(QStringLiteral("Select * From %1 Where Insignia_SID = 0").arg(m_holder.table));
     for (int row = 0; row < m_selected->listCount(); ++row) {
         awards.addNew();
-        awards.setValue(m_holder.keyField, int{person()});
+        awards.setValue(m_holder.keyField, int{m_shown->currentPerson()});
         awards.setValue(u"Insignia_SID", int{awardSID(m_selected->list(row))});
         awards.setValue(u"Date_Assigned", date);
         awards.setValue(u"Year", platform::toDate(date).date.year());
         awards.setValue(u"Month", platform::toDate(date).date.month());
         awards.update();
     }
-    reloadGrid();
+    m_shown->ReloadAwardGrid();
     return true;
 }
 

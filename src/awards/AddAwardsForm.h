@@ -13,11 +13,17 @@ class ListBox;
 namespace orlo
 {
 
+class PersonShown;
+
 /// Gives several awards on one date to the person on screen in the record form behind: what the dialogs for scouts and
 /// for adults have in common. Checking an award puts it among the selected ones, taking it out of these unchecks it.
 class AddAwardsForm : public widgets::Form
 {
     Q_OBJECT
+
+public:
+    /// Names the form whose person gets the awards; it outlives the dialog.
+    void giveTo(PersonShown& shown) { m_shown = &shown; }
 
 protected:
     /// Where the awards of one kind of person are kept.
@@ -54,11 +60,6 @@ protected:
     void bindControls(const Controls& controls);
     void load() override;
 
-    /// The person who gets the awards.
-    [[nodiscard]] virtual std::int16_t person() const = 0;
-    /// Makes the record form behind show the awards that were added.
-    virtual void reloadGrid() = 0;
-
 private:
     void lbAwardList_ItemCheck();
     void lbSelected_DblClick();
@@ -73,6 +74,7 @@ private:
     [[nodiscard]] bool addAwards();
 
     Holder m_holder;
+    PersonShown* m_shown = nullptr;
     QLineEdit* m_date = nullptr;
     widgets::CheckListBox* m_catalogue = nullptr;
     widgets::ListBox* m_selected = nullptr;

@@ -1,6 +1,6 @@
 #include "awards/AwardList.h"
 
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "widgets/ComboBox.h"
 
 namespace orlo

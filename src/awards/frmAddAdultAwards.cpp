@@ -1,6 +1,5 @@
 #include "awards/frmAddAdultAwards.h"
 
-#include "adults/frmAdults.h"
 #include "ui_frmAddAdultAwards.h"
 
 namespace orlo
@@ -15,15 +14,5 @@ frmAddAdultAwards::frmAddAdultAwards()
 }
 
 frmAddAdultAwards::~frmAddAdultAwards() = default;
-
-std::int16_t frmAddAdultAwards::person() const
-{
-    return widgets::Instance<frmAdults>::get().GetAdultSID();
-}
-
-void frmAddAdultAwards::reloadGrid()
-{
-    widgets::Instance<frmAdults>::get().ReloadAwardGrid();
-}
 
 } // namespace orlo

@@ -21,10 +21,6 @@ public:
     frmAddAdultAwards();
     ~frmAddAdultAwards() override;
 
-protected:
-    [[nodiscard]] std::int16_t person() const override;
-    void reloadGrid() override;
-
 private:
     std::unique_ptr<Ui::frmAddAdultAwards> ui;
 };

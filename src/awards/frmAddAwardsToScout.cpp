@@ -1,6 +1,5 @@
 #include "awards/frmAddAwardsToScout.h"
 
-#include "scouts/frmScouts.h"
 #include "ui_frmAddAwardsToScout.h"
 
 namespace orlo
@@ -15,15 +14,5 @@ frmAddAwardsToScout::frmAddAwardsToScout()
 }
 
 frmAddAwardsToScout::~frmAddAwardsToScout() = default;
-
-std::int16_t frmAddAwardsToScout::person() const
-{
-    return widgets::Instance<frmScouts>::get().GetScoutSID();
-}
-
-void frmAddAwardsToScout::reloadGrid()
-{
-    widgets::Instance<frmScouts>::get().ReloadAwardGrid();
-}
 
 } // namespace orlo

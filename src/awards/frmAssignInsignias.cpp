@@ -2,9 +2,9 @@
 
 #include "awards/AwardList.h"
 #include "platform/Conversion.h"
-#include "shell/DenList.h"
-#include "shell/Module1.h"
-#include "shell/dlgCalendar.h"
+#include "shell/forms/DenList.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/dlgCalendar.h"
 #include "ui_frmAssignInsignias.h"
 #include "widgets/MessageBox.h"
 

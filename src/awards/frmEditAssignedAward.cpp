@@ -2,8 +2,8 @@
 
 #include "awards/AwardList.h"
 #include "platform/Conversion.h"
-#include "shell/Module1.h"
-#include "shell/dlgCalendar.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/dlgCalendar.h"
 #include "ui_frmEditAssignedAward.h"
 
 namespace orlo

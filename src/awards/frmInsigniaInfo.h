@@ -1,7 +1,7 @@
 #pragma once
 
 #include "awards/InsigniaTypes.h"
-#include "shell/WalkingForm.h"
+#include "shell/forms/WalkingForm.h"
 
 #include <memory>
 

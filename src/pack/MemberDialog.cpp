@@ -1,8 +1,8 @@
 #include "pack/MemberDialog.h"
 
 #include "pack/frmDenInfo.h"
-#include "shell/Module1.h"
-#include "shell/PersonName.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/PersonName.h"
 #include "widgets/ListBox.h"
 
 namespace orlo

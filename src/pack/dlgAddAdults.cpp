@@ -1,7 +1,7 @@
 #include "pack/dlgAddAdults.h"
 
 #include "pack/frmDenInfo.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "ui_dlgAddAdults.h"
 
 namespace orlo

@@ -1,6 +1,6 @@
 #include "pack/dlgAddScouts.h"
 
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "ui_dlgAddScouts.h"
 
 namespace orlo

@@ -3,8 +3,8 @@
 #include "pack/dlgAddAdults.h"
 #include "pack/dlgAddScouts.h"
 #include "platform/Conversion.h"
-#include "shell/Module1.h"
-#include "shell/PersonName.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/PersonName.h"
 #include "ui_frmDenInfo.h"
 #include "widgets/MessageBox.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/WalkingForm.h"
+#include "shell/forms/WalkingForm.h"
 
 #include <memory>
 #include <vector>

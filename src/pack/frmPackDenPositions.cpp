@@ -1,6 +1,6 @@
 #include "pack/frmPackDenPositions.h"
 
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "ui_frmPackDenPositions.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/DataControl.h"

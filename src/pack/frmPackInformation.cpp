@@ -1,7 +1,7 @@
 #include "pack/frmPackInformation.h"
 
 #include "platform/Conversion.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "ui_frmPackInformation.h"
 #include "widgets/MessageBox.h"
 

@@ -1,7 +1,7 @@
 #include "reports/dlgCombinedRoster.h"
 
-#include "reports/engine/view/ReportControl.h"
-#include "shell/Module1.h"
+#include "reporting/view/ReportControl.h"
+#include "shell/forms/Module1.h"
 #include "ui_dlgCombinedRoster.h"
 
 namespace orlo

@@ -1,11 +1,11 @@
 #include "reports/dlgReportSelect1.h"
 
 #include "platform/Conversion.h"
-#include "reports/engine/view/ReportControl.h"
-#include "shell/DenList.h"
-#include "shell/Module1.h"
-#include "shell/PersonName.h"
-#include "shell/dlgCalendar.h"
+#include "reporting/view/ReportControl.h"
+#include "shell/forms/DenList.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/PersonName.h"
+#include "shell/forms/dlgCalendar.h"
 #include "ui_dlgReportSelect1.h"
 
 #include <QEvent>

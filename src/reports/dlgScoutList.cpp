@@ -1,7 +1,7 @@
 #include "reports/dlgScoutList.h"
 
-#include "reports/engine/view/ReportControl.h"
-#include "shell/Module1.h"
+#include "reporting/view/ReportControl.h"
+#include "shell/forms/Module1.h"
 #include "ui_dlgScoutList.h"
 
 namespace orlo

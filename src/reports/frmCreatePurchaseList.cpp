@@ -1,9 +1,9 @@
 #include "reports/frmCreatePurchaseList.h"
 
 #include "platform/Conversion.h"
-#include "reports/engine/view/ReportControl.h"
-#include "shell/Module1.h"
-#include "shell/dlgCalendar.h"
+#include "reporting/view/ReportControl.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/dlgCalendar.h"
 #include "ui_frmCreatePurchaseList.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"

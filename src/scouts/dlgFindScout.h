@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/FindDialog.h"
+#include "shell/forms/FindDialog.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include "scouts/dlgSelectAdultLink.h"
 
 #include "scouts/frmScouts.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "ui_dlgSelectAdultLink.h"
 
 namespace orlo

@@ -6,8 +6,8 @@
 #include "scouts/DenLeaderBox.h"
 #include "scouts/dlgFindScout.h"
 #include "scouts/dlgSelectAdultLink.h"
-#include "shell/Module1.h"
-#include "shell/dlgCalendar.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/dlgCalendar.h"
 #include "ui_frmScouts.h"
 #include "widgets/MessageBox.h"
 
@@ -36,8 +36,11 @@ frmScouts::frmScouts() : PeopleForm(QStringLiteral("Scout")), ui(std::make_uniqu
     bindFields();
     bindParents();
     ui->fgScoutsAwards->setCols(InsigniaSID + 1);
-    connect(ui->cmdAddAward, &QPushButton::clicked, this,
-            [] { widgets::Instance<frmAddAwardsToScout>::showWaiting(); });
+    connect(ui->cmdAddAward, &QPushButton::clicked, this, [this] {
+        auto& dialog = widgets::Instance<frmAddAwardsToScout>::get();
+        dialog.giveTo(*this);
+        dialog.showWaiting();
+    });
     connect(ui->cmdEditAward, &QPushButton::clicked, this, &frmScouts::cmdEditAward_Click);
     connect(ui->cmdDeleteAward, &QPushButton::clicked, this, &frmScouts::cmdDeleteAward_Click);
 }

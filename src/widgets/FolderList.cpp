@@ -1,6 +1,7 @@
 #include "widgets/FolderList.h"
 
 #include "platform/FileSystem.h"
+#include "widgets/DriveList.h"
 
 #include <QAction>
 #include <QDir>
@@ -146,6 +147,11 @@ void FolderList::keyPressEvent(QKeyEvent* event)
         setPath(above(m_path));
     else
         QTreeWidget::keyPressEvent(event);
+}
+
+void FolderList::followDrive(const DriveList& drives)
+{
+    connect(&drives, &DriveList::change, this, [this, &drives] { setDrive(drives.text()); });
 }
 
 } // namespace orlo::widgets

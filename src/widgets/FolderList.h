@@ -6,6 +6,8 @@
 namespace orlo::widgets
 {
 
+class DriveList;
+
 /// The folders of one drive: the chain of open folders from the drive's root, and the subfolders of the last one, which
 /// is the one opened. A double click or Enter opens a folder, Backspace the one above; F5 reads the folders anew.
 /// Hidden folders show on request. It starts at the process's folder.
@@ -23,6 +25,8 @@ public:
     /// Moves to a drive's current path: where this list was when it left the drive, else the process's folder if that
     /// lies there, else the root.
     void setDrive(const QString& root);
+    /// From here on moves to the drive that the list of drives shows.
+    void followDrive(const DriveList& drives);
 
 Q_SIGNALS:
     /// Another folder was opened, by the user or by the program.

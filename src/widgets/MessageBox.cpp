@@ -54,6 +54,11 @@ bool ask(const QString& text, const QString& title)
            QMessageBox::Yes;
 }
 
+QString lines(const QStringList& texts)
+{
+    return texts.join(u'\n');
+}
+
 BusyPointer::BusyPointer()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 namespace orlo::widgets
 {
@@ -11,6 +11,9 @@ void message(const QString& text, const QString& title = QString());
 void warn(const QString& text, const QString& title);
 /// Asks with Yes and No, Yes being the default; true for Yes.
 [[nodiscard]] bool ask(const QString& text, const QString& title);
+
+/// The lines of a message as one text.
+[[nodiscard]] QString lines(const QStringList& texts);
 
 /// The busy mouse pointer of the whole program, for as long as the object lives.
 class BusyPointer

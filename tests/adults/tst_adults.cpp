@@ -1,5 +1,6 @@
 #include "adults/frmAdults.h"
-#include "shell/dlgError.h"
+#include "shell/forms/dlgError.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
@@ -369,6 +370,6 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_adults)
+ORLO_TEST(tst_adults)
 
 #include "tst_adults.moc"

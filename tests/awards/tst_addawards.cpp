@@ -2,7 +2,9 @@
 #include "awards/frmAddAwardsToScout.h"
 #include "awards/frmEditAssignedAward.h"
 #include "scouts/frmScouts.h"
-#include "shell/dlgCalendar.h"
+#include "shell/forms/PersonShown.h"
+#include "shell/forms/dlgCalendar.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/CheckListBox.h"
@@ -24,15 +26,14 @@ const QString Scouts =
 
 QStringList calls; // what a dialog asked of the record form, in order
 
-// A twin above a person of the test's own; each question gives the next person.
-template <class F>
-struct Above : F {
-    std::int16_t person() const override
+// Stands for the record form; each question gives the next person.
+struct People : PersonShown {
+    std::int16_t currentPerson() const override
     {
         calls += "person";
         return static_cast<std::int16_t>(100 + calls.size());
     }
-    void reloadGrid() override { calls += "reload"; }
+    void ReloadAwardGrid() override { calls += "reload"; }
 };
 
 template <class F>
@@ -71,13 +72,15 @@ struct Screen : test::RecordScreen<F> {
         return (checked + '@' + QString::number(catalogue.listIndex()) + ' ' + test::textsOf(selected)).trimmed();
     }
 };
-using Adult = Above<frmAddAdultAwards>;
+using Adult = frmAddAdultAwards;
 
 // Selects awards, types the day and adds.
 template <class F>
 void add(const QString& steps, const QString& day)
 {
+    People people;
     const Screen<F> screen;
+    screen.form.giveTo(people);
     for (const QString& step : steps.split(", "))
         screen.step(step);
     screen.type("txtAssignedDate", day);
@@ -141,7 +144,7 @@ private Q_SLOTS:
             test::rows("Select Adult_SID, Insignia_SID, Year, Month From Assigned_Awards_Adults Order By Adult_SID"),
             "101/5/Null/Null, 101/5/2026/2, 102/2/2026/2, 103/1/2026/2");
         calls.clear();
-        add<Above<frmAddAwardsToScout>>("tick 5, tick 0, tick 4", "2/5/26");
+        add<frmAddAwardsToScout>("tick 5, tick 0, tick 4", "2/5/26");
         QCOMPARE(calls, once);
         QCOMPARE(test::rows(Scouts),
                  "101/5/2/5/2026/2026/2/Null, 102/2/2/5/2026/2026/2/Null, 103/1/2/5/2026/2026/2/Null");
@@ -153,6 +156,7 @@ private Q_SLOTS:
                    "Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 3, 'Wolf', 'Y')");
         widgets::Instance<frmScouts>::show();
         const Screen<frmAddAwardsToScout> screen;
+        screen.form.giveTo(widgets::Instance<frmScouts>::get());
         screen.step("tick 1");
         pickDay(screen.form, "txtAssignedDate");
         QTest::keyClick(&screen.catalogue, Qt::Key_Return);
@@ -234,5 +238,5 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_addawards)
+ORLO_TEST(tst_addawards)
 #include "tst_addawards.moc"

@@ -1,4 +1,5 @@
 #include "awards/frmAssignInsignias.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
@@ -273,6 +274,6 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_assign)
+ORLO_TEST(tst_assign)
 
 #include "tst_assign.moc"

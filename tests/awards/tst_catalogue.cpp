@@ -1,5 +1,6 @@
 #include "awards/dlgFindInsignia.h"
 #include "awards/frmInsigniaInfo.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/OptionButton.h"
@@ -181,6 +182,6 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_catalogue)
+ORLO_TEST(tst_catalogue)
 
 #include "tst_catalogue.moc"

@@ -1,5 +1,7 @@
 #include "awards/frmAddAwardsToScout.h"
 #include "scouts/frmScouts.h"
+#include "store/jet/OpenFile.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
@@ -45,8 +47,8 @@ void saveScout(int n)
 // Adds the two awards of the catalogue to the scout on screen.
 void addAwards(int)
 {
-    static_cast<void>(widgets::Instance<frmScouts>::get());
-    const auto& form = widgets::Instance<frmAddAwardsToScout>::get();
+    auto& form = widgets::Instance<frmAddAwardsToScout>::get();
+    form.giveTo(widgets::Instance<frmScouts>::get());
     test::control<QPushButton>(form, "cmdSelectAll").click();
     test::control<QLineEdit>(form, "txtAssignedDate").setText("2/5/2026");
     test::control<QPushButton>(form, "cmdAddToScout").click();
@@ -73,11 +75,12 @@ const std::map<QByteArray, Work> Works{{"assign", {assign, Awards, 1, "%1|7|2026
                                        {"addAwards", {addAwards, Awards, 2, "9|%1|2026-02-05|2026|2"}}};
 
 // The child: works, and tells every time that it's done.
-int work(const QByteArray& name, const QString& folder)
+int child(const QStringList& arguments)
 {
-    gAppPath = folder;
+    const QByteArray name = arguments[0].toLatin1();
+    gAppPath = arguments[1];
     gDbName = "\\Quorrel11.mdb";
-    gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+    gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
     for (int n = 1; n <= MostTimes; ++n) {
         Works.at(name).step(n);
         std::puts("done");
@@ -114,7 +117,7 @@ private Q_SLOTS:
         const auto enough = [&] { return unfinished > kills / 10; };
         for (int kill = 1; kill <= kills || (!enough() && kill <= 10 * kills); ++kill) {
             QProcess child;
-            child.start(QCoreApplication::applicationFilePath(), {"--work", work, folder.path()});
+            child.start(QCoreApplication::applicationFilePath(), test::childArguments({work, folder.path()}));
             QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
             QThread::usleep(random.bounded(LongestDelay));
             child.kill();
@@ -139,14 +142,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
-    widgets::Application application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == "--work")
-        return work(arguments.value(2).toLatin1(), arguments.value(3));
-    tst_kill tests;
-    return QTest::qExec(&tests, argc, argv);
-}
+ORLO_TEST(tst_kill, child)
 
 #include "tst_kill.moc"

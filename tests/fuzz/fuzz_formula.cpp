@@ -1,6 +1,6 @@
 // Reads any bytes as a formula; what is read is checked, cut for the query and computed.
-#include "reports/engine/Formula.h"
-#include "reports/engine/Selection.h"
+#include "reporting/Formula.h"
+#include "reporting/Selection.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // Reads any bytes as a report definition.
-#include "reports/engine/Definition.h"
+#include "reporting/Definition.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Reads any bytes as a statement of the dialect and runs it on a small file. Whatever the text does, it may only read
 // and change rows: the file's tables, texts of queries and journal stay as they are.
 #include "platform/RuntimeError.h"
-#include "store/Schema.h"
 #include "store/engine/BulkLoad.h"
+#include "store/schema/Schema.h"
 
 #include <QTemporaryDir>
 

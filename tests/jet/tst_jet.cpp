@@ -1,9 +1,11 @@
 #include "CsvReader.h"
-#include "store/Schema.h"
+#include "store/jet/OpenFile.h"
 #include "store/jet/Takeover.h"
+#include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/JetPages.h"
+#include "support/Main.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
@@ -17,7 +19,7 @@
 #include <QTest>
 
 using namespace orlo;
-using store::DBEngine::openDatabase;
+using store::openFile;
 using test::contents;
 using test::JetPages;
 using test::sqlite;
@@ -46,7 +48,7 @@ QStringList rowsOf(const QString& csv, QStringList& fields)
 
 int allRows(const QString& path)
 {
-    store::Database database = openDatabase(path);
+    store::Database database = openFile(path);
     int rows = 0;
     for (const QString& name : database.tableNames())
         rows += database.openRecordset(name).recordCount();
@@ -95,7 +97,7 @@ private Q_SLOTS:
         const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
         for (int i = 0; i < 2; ++i) // the second time there is nothing to take over
-            QCOMPARE(openDatabase(path()).tableNames().size(), count);
+            QCOMPARE(openFile(path()).tableNames().size(), count);
         QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
         QCOMPARE(contents(kept()), former);
         QCOMPARE(m_told, QStringList());
@@ -159,7 +161,7 @@ private Q_SLOTS:
             memcpy(awards[9].bytes.data() + 6, &BeforeDayZero, sizeof BeforeDayZero);
         });
         write(pages.bytes());
-        (void)openDatabase(path());
+        (void)openFile(path());
         for (const auto& [sql, rows] : std::initializer_list<std::pair<const char*, const char*>>{
                  {"SELECT group_concat(Insignia_SID) FROM (SELECT * FROM Assigned_Awards_Adults LIMIT 7)",
                   "1,2,3,4,5,7,9"},
@@ -197,7 +199,7 @@ private Q_SLOTS:
             init();
             write(bytes);
             const QDeadlineTimer limit(60'000);
-            const int failure = test::failureNumber([this] { return openDatabase(path()); });
+            const int failure = test::failureNumber([this] { return openFile(path()); });
             const QByteArray name = u"%1 %2: %3"_s.arg(damage).arg(i).arg(failure).toUtf8();
             QVERIFY2(!limit.hasExpired(), name.constData());
             if (failure == 0) {
@@ -222,14 +224,14 @@ private Q_SLOTS:
         write(former);
         QElapsedTimer whole;
         whole.start();
-        QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), {u"--open"_s, path()}), 0);
+        QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), test::childArguments({path()})), 0);
         const qint64 longest = whole.elapsed();
         const int rows = allRows(path());
         for (int i = 0; i < tries(); ++i) {
             init();
             write(former);
             QProcess opening;
-            opening.start(QCoreApplication::applicationFilePath(), {u"--open"_s, path()});
+            opening.start(QCoreApplication::applicationFilePath(), test::childArguments({path()}));
             QVERIFY(opening.waitForStarted());
             QTest::qSleep(static_cast<int>(longest * i / tries()));
             opening.kill();
@@ -247,11 +249,11 @@ private Q_SLOTS:
         write(contents(Data + u"small-1.1.mdb"_s));
         const QString alone = m_folder->filePath(u"alone"_s);
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
-        QCOMPARE(QProcess::execute(alone, {u"--open"_s, path()}), 3343 % 256);
+        QCOMPARE(QProcess::execute(alone, test::childArguments({path()})), 3343 % 256);
         const QString reader = m_folder->filePath(u"orlo-jet"_s);
         test::write(reader, "#!/bin/sh\nexit 127\n");
         QVERIFY(QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner));
-        QCOMPARE(QProcess::execute(alone, {u"--open"_s, path()}), 3343 % 256);
+        QCOMPARE(QProcess::execute(alone, test::childArguments({path()})), 3343 % 256);
     }
 
 private:
@@ -265,13 +267,12 @@ private:
     QStringList m_told;
 };
 
-int main(int argc, char** argv)
+// Opens a file in a process of its own; the failure as exit status.
+static int openAlone(const QStringList& arguments)
 {
-    QCoreApplication application(argc, argv);
-    if (argc > 2 && argv[1] == "--open"_ba)
-        return test::failureNumber([argv] { return openDatabase(QFile::decodeName(argv[2])); }) % 256;
-    tst_jet tests;
-    return QTest::qExec(&tests, argc, argv);
+    return test::failureNumber([&] { return openFile(arguments[0]); }) % 256;
 }
+
+ORLO_TEST(tst_jet, openAlone)
 
 #include "tst_jet.moc"

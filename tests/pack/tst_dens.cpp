@@ -1,6 +1,7 @@
 #include "pack/dlgAddAdults.h"
 #include "pack/dlgAddScouts.h"
 #include "pack/frmDenInfo.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
@@ -213,6 +214,6 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_dens)
+ORLO_TEST(tst_dens)
 
 #include "tst_dens.moc"

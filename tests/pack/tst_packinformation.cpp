@@ -1,4 +1,5 @@
 #include "pack/frmPackInformation.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
@@ -57,6 +58,6 @@ private Q_SLOTS:
     }
 };
 
-ORLO_TEST_MAIN(tst_packinformation)
+ORLO_TEST(tst_packinformation)
 
 #include "tst_packinformation.moc"

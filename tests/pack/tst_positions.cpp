@@ -1,5 +1,6 @@
 #include "pack/frmPackDenPositions.h"
 #include "platform/RuntimeError.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
@@ -151,6 +152,6 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_positions)
+ORLO_TEST(tst_positions)
 
 #include "tst_positions.moc"

@@ -1,6 +1,7 @@
 #include "platform/Conversion.h"
 #include "platform/FileSystem.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -120,5 +121,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_platform)
+ORLO_TEST(tst_platform)
 #include "tst_platform.moc"

@@ -1,4 +1,5 @@
 #include "reports/frmCreatePurchaseList.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
@@ -127,6 +128,6 @@ private Q_SLOTS:
     }
 };
 
-ORLO_TEST_MAIN(tst_purchaselist)
+ORLO_TEST(tst_purchaselist)
 
 #include "tst_purchaselist.moc"

@@ -1,6 +1,7 @@
-#include "reports/engine/Formula.h"
-#include "reports/engine/Selection.h"
+#include "reporting/Formula.h"
+#include "reporting/Selection.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 
 using namespace orlo;
@@ -135,5 +136,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_formula)
+ORLO_TEST(tst_formula)
 #include "tst_formula.moc"

@@ -1,5 +1,6 @@
-#include "reports/engine/Pagination.h"
-#include "reports/engine/Typesetter.h"
+#include "reporting/Pagination.h"
+#include "reporting/Typesetter.h"
+#include "support/Main.h"
 
 #include <QTest>
 
@@ -102,5 +103,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_layout)
+ORLO_TEST(tst_layout)
 #include "tst_layout.moc"

@@ -1,6 +1,7 @@
-#include "reports/engine/view/DocumentSearch.h"
-#include "reports/engine/view/PageView.h"
-#include "reports/engine/view/PreviewWindow.h"
+#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/PageView.h"
+#include "reporting/view/PreviewWindow.h"
+#include "support/Main.h"
 #include "support/PrintedFile.h"
 
 #include <QtTest/QtTest>
@@ -272,5 +273,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_preview)
+ORLO_TEST(tst_preview)
 #include "tst_preview.moc"

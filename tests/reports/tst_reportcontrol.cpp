@@ -1,11 +1,12 @@
 #include "platform/RuntimeError.h"
-#include "reports/engine/view/DocumentSearch.h"
-#include "reports/engine/view/PageView.h"
-#include "reports/engine/view/PreviewWindow.h"
-#include "reports/engine/view/ReportControl.h"
-#include "reports/engine/view/RunProgress.h"
+#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/PageView.h"
+#include "reporting/view/PreviewWindow.h"
+#include "reporting/view/ReportControl.h"
+#include "reporting/view/RunProgress.h"
 #include "store/engine/Database.h"
 
+#include "support/Main.h"
 #include "support/PrintedFile.h"
 #include "support/Table.h"
 
@@ -250,5 +251,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_reportcontrol)
+ORLO_TEST(tst_reportcontrol)
 #include "tst_reportcontrol.moc"

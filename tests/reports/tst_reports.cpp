@@ -1,10 +1,11 @@
 #include "platform/Conversion.h"
-#include "reports/engine/Definition.h"
-#include "reports/engine/Export.h"
-#include "reports/engine/ReportError.h"
-#include "store/Schema.h"
+#include "reporting/Definition.h"
+#include "reporting/Export.h"
+#include "reporting/ReportError.h"
 #include "store/engine/Database.h"
+#include "store/schema/Schema.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 
 #include <QTemporaryDir>
@@ -260,5 +261,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_reports)
+ORLO_TEST(tst_reports)
 #include "tst_reports.moc"

@@ -1,15 +1,16 @@
+#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/PreviewWindow.h"
+#include "reporting/view/ReportControl.h"
 #include "reports/dlgAdultList.h"
 #include "reports/dlgAwardsList.h"
 #include "reports/dlgCombinedRoster.h"
 #include "reports/dlgReportSelect1.h"
 #include "reports/dlgScoutList.h"
-#include "reports/engine/view/DocumentSearch.h"
-#include "reports/engine/view/PreviewWindow.h"
-#include "reports/engine/view/ReportControl.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "reports/frmReportsMenu.h"
-#include "shell/mdiPendrake.h"
+#include "shell/frame/mdiPendrake.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/PrintedFile.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
@@ -357,6 +358,6 @@ Adults;*;Bear Den 2;3;#;|[Den] = 5 and [Date] <= Date #|(for Bear Den 2 for Date
     }
 };
 
-ORLO_TEST_MAIN(tst_reportscreens)
+ORLO_TEST(tst_reportscreens)
 
 #include "tst_reportscreens.moc"

@@ -3,7 +3,8 @@
 #include "scouts/dlgFindScout.h"
 #include "scouts/dlgSelectAdultLink.h"
 #include "scouts/frmScouts.h"
-#include "shell/dlgError.h"
+#include "shell/forms/dlgError.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
@@ -322,5 +323,5 @@ private:
     std::optional<test::AppFolder> m_folder;
 };
 
-ORLO_TEST_MAIN(tst_scouts)
+ORLO_TEST(tst_scouts)
 #include "tst_scouts.moc"

@@ -7,13 +7,14 @@
 #include "awards/frmEditAssignedAward.h"
 #include "pack/dlgAddAdults.h"
 #include "pack/dlgAddScouts.h"
-#include "reports/engine/view/PreviewWindow.h"
+#include "reporting/view/PreviewWindow.h"
 #include "reports/frmReportsMenu.h"
 #include "scouts/dlgFindScout.h"
 #include "scouts/dlgSelectAdultLink.h"
-#include "shell/dlgCalendar.h"
-#include "shell/dlgError.h"
-#include "shell/mdiPendrake.h"
+#include "shell/forms/dlgCalendar.h"
+#include "shell/forms/dlgError.h"
+#include "shell/frame/mdiPendrake.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 
 #include <QtWidgets/QtWidgets>
@@ -206,6 +207,6 @@ void tst_access::everyWindow()
     QCOMPARE(faults.join(", "), QString());
 }
 
-ORLO_TEST_MAIN(tst_access)
+ORLO_TEST(tst_access)
 
 #include "tst_access.moc"

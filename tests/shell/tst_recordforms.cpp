@@ -1,4 +1,5 @@
 #include "scouts/frmScouts.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
@@ -78,6 +79,6 @@ private Q_SLOTS:
     }
 };
 
-ORLO_TEST_MAIN(tst_recordforms)
+ORLO_TEST(tst_recordforms)
 
 #include "tst_recordforms.moc"

@@ -1,10 +1,12 @@
 #include "platform/Application.h"
-#include "shell/TakeoverNotice.h"
-#include "shell/dlgCalendar.h"
-#include "shell/frmSplash.h"
-#include "shell/mdiPendrake.h"
+#include "shell/forms/dlgCalendar.h"
+#include "shell/frame/Main.h"
+#include "shell/frame/TakeoverNotice.h"
+#include "shell/frame/frmSplash.h"
+#include "shell/frame/mdiPendrake.h"
 #include "store/jet/Takeover.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 #include "support/TestApp.h"
 #include "widgets/Calendar.h"
@@ -72,6 +74,7 @@ class tst_shell : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
     void startUp_data()
     {
@@ -319,7 +322,7 @@ mnuHelp|&Help
         QFETCH(QString, where);
         QFETCH(QString, message);
         QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {"--fail", where});
+        child.start(QCoreApplication::applicationFilePath(), test::childArguments({where}));
         QVERIFY(child.waitForFinished(20000));
         QVERIFY(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 1);
         QVERIFY(child.readAllStandardError().contains(message.toUtf8()));
@@ -327,8 +330,9 @@ mnuHelp|&Help
 };
 
 // The child process of the test above: its window's button fails in its handler.
-static int failInHandler(bool nested)
+static int failInHandler(const QStringList& arguments)
 {
+    const bool nested = arguments[0] == "nested";
     QPushButton button;
     QObject::connect(&button, &QPushButton::clicked, &button, [nested] {
         if (!nested)
@@ -348,14 +352,6 @@ static int failInHandler(bool nested)
     return QApplication::exec();
 }
 
-int main(int argc, char** argv)
-{
-    widgets::Application application(argc, argv);
-    if (argc > 2 && QByteArrayView(argv[1]) == "--fail")
-        return failInHandler(QByteArrayView(argv[2]) == "nested");
-    QApplication::setQuitOnLastWindowClosed(false);
-    tst_shell tests;
-    return QTest::qExec(&tests, argc, argv);
-}
+ORLO_TEST(tst_shell, failInHandler)
 
 #include "tst_shell.moc"

@@ -1,5 +1,6 @@
-#include "store/Schema.h"
+#include "store/schema/Schema.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
@@ -149,5 +150,5 @@ private:
     QString m_path;
 };
 
-QTEST_GUILESS_MAIN(tst_database)
+ORLO_TEST(tst_database)
 #include "tst_database.moc"

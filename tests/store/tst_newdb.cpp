@@ -1,5 +1,6 @@
-#include "store/Schema.h"
+#include "store/schema/Schema.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -161,5 +162,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(tst_newdb)
+ORLO_TEST(tst_newdb)
 #include "tst_newdb.moc"

@@ -1,5 +1,6 @@
 #include "store/engine/Database.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 
 #include <QTemporaryDir>
@@ -287,5 +288,5 @@ private:
     std::unique_ptr<Database> m_database;
 };
 
-QTEST_GUILESS_MAIN(tst_recordset)
+ORLO_TEST(tst_recordset)
 #include "tst_recordset.moc"

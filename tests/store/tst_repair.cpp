@@ -1,6 +1,7 @@
-#include "store/Schema.h"
+#include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
 
@@ -69,7 +70,7 @@ private Q_SLOTS:
     {
         const QString path = fresh();
         const QStringList schemaSql = sqlite(path, "Select sql From sqlite_master Order By type, name");
-        DBEngine::repairDatabase(path);
+        DBEngine::repairDatabase(path, schema::editions());
         QCOMPARE(rowsOf(path), m_rows);
         QCOMPARE(sqlite(path, "Select sql From sqlite_master Order By type, name"), schemaSql);
         QVERIFY(contents(path).size() < contents(m_whole).size());
@@ -95,7 +96,7 @@ private Q_SLOTS:
         const qsizetype start = page == 1 ? 100 : (page - 1) * PageSize;
         bytes.replace(start, page * PageSize - start, QByteArray(page * PageSize - start, '\0'));
         write(path, bytes);
-        DBEngine::repairDatabase(path);
+        DBEngine::repairDatabase(path, schema::editions());
         QCOMPARE(contents(m_folder.filePath("work/Quorrel11 (damaged).mdb")), bytes);
         QCOMPARE(sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
         QCOMPARE(rowsOf(path), m_rows);
@@ -127,7 +128,7 @@ private Q_SLOTS:
         write(path, bytes);
         write(path + "-journal", "x");
         QFile::setPermissions(path, QFile::Permissions(0x6660));
-        DBEngine::repairDatabase(path);
+        DBEngine::repairDatabase(path, schema::editions());
         QCOMPARE(rowsOf(path), m_rows);
         QVERIFY(!QFile::exists(path + "-journal"));
         QVERIFY(QFile::permissions(path) & QFile::WriteGroup);
@@ -144,7 +145,7 @@ private Q_SLOTS:
         write(path, contents(path).replace((page - 1) * PageSize, PageSize, QByteArray(PageSize, '\0')));
         const QByteArray look = "Select Count(*) From Adults; Select Count(*) From sqlite_master Where type = 'table'";
         const QStringList before = sqlite(path, look);
-        DBEngine::repairDatabase(path);
+        DBEngine::repairDatabase(path, schema::editions());
         QCOMPARE(sqlite(path, look), before);
     }
 
@@ -172,7 +173,7 @@ private Q_SLOTS:
                 }
             write(path, bytes);
             const int number = failureNumber([&] {
-                DBEngine::repairDatabase(path);
+                DBEngine::repairDatabase(path, schema::editions());
                 return 0;
             });
             if (number != 0) {
@@ -193,7 +194,7 @@ private Q_SLOTS:
         const QString path = fresh();
         write(path, QByteArray(20000, 'x'));
         const auto repair = [&] {
-            DBEngine::repairDatabase(path);
+            DBEngine::repairDatabase(path, schema::editions());
             return 0;
         };
         QCOMPARE(failureNumber(repair), 3049);
@@ -264,6 +265,6 @@ void tst_repair::locateRows()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_repair)
+ORLO_TEST(tst_repair)
 
 #include "tst_repair.moc"

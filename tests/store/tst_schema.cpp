@@ -1,4 +1,5 @@
-#include "store/Schema.h"
+#include "store/schema/Schema.h"
+#include "support/Main.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
@@ -132,5 +133,5 @@ private:
     QString m_path;
 };
 
-QTEST_GUILESS_MAIN(tst_schema)
+ORLO_TEST(tst_schema)
 #include "tst_schema.moc"

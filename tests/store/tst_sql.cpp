@@ -1,5 +1,6 @@
 #include "store/engine/Database.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 
 #include <QTemporaryDir>
@@ -181,5 +182,5 @@ private:
     std::unique_ptr<Database> m_database;
 };
 
-QTEST_GUILESS_MAIN(tst_sql)
+ORLO_TEST(tst_sql)
 #include "tst_sql.moc"

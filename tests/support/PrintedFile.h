@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/engine/view/Printing.h"
+#include "reporting/view/Printing.h"
 
 #include <QFile>
 #include <QPrinter>

@@ -162,7 +162,7 @@ QString failureInChild(const QString& sql, const Action& action)
     constexpr auto Folder = "ORLO_TEST_CHILD";
     if (qEnvironmentVariableIsSet(Folder)) {
         gAppPath = qEnvironmentVariable(Folder);
-        gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+        gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
         answerNext();
         action();
         std::_Exit(0);
@@ -175,7 +175,7 @@ QString failureInChild(const QString& sql, const Action& action)
     QString test = QString::fromLatin1(QTest::currentTestFunction());
     if (QTest::currentDataTag())
         test += u':' + QString::fromUtf8(QTest::currentDataTag());
-    child.start(QCoreApplication::applicationFilePath(), {test});
+    child.start(QCoreApplication::applicationFilePath(), functionArguments(test));
     child.waitForFinished(60000);
     const QString told = QString::fromUtf8(child.readAllStandardError());
     const qsizetype start = told.indexOf(QLatin1String("Run-time error"));

@@ -1,25 +1,16 @@
 #pragma once
 
 #include "platform/Conversion.h"
-#include "shell/Module1.h"
-#include "store/Schema.h"
-#include "widgets/Application.h"
+#include "shell/forms/Module1.h"
+#include "store/jet/OpenFile.h"
+#include "store/schema/Schema.h"
+#include "support/Main.h"
 #include "widgets/Form.h"
 
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
-
-/// The test program's main: the tests run in the program's own application object, so that failures and focus checks
-/// go the way they go in the program.
-#define ORLO_TEST_MAIN(Class)                                                                                          \
-    int main(int argc, char** argv)                                                                                    \
-    {                                                                                                                  \
-        orlo::widgets::Application application(argc, argv);                                                            \
-        Class tests;                                                                                                   \
-        return QTest::qExec(&tests, argc, argv);                                                                       \
-    }
 
 namespace orlo::test
 {
@@ -36,7 +27,7 @@ public:
         store::Database fresh = store::DBEngine::createDatabase(m_dir.filePath(QStringLiteral("Quorrel11.mdb")));
         store::createSchema(fresh);
         fresh.close();
-        gDatabase = std::make_unique<store::Database>(store::DBEngine::openDatabase(databasePath()));
+        gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
     }
     ~AppFolder()
     {

@@ -2,9 +2,11 @@
 #include "pack/frmDenInfo.h"
 #include "platform/RuntimeError.h"
 #include "scouts/frmScouts.h"
+#include "shell/frame/mdiPendrake.h"
 #include "store/upkeep/frmDataBackup.h"
 #include "store/upkeep/frmRestorBackup.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/DriveList.h"
@@ -134,6 +136,7 @@ class tst_backup : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { mdiPendrake::handOverDataForms(); }
     void backup_data()
     {
         // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
@@ -274,5 +277,5 @@ good      | F | restored | d   | 0
     }
 };
 
-ORLO_TEST_MAIN(tst_backup)
+ORLO_TEST(tst_backup)
 #include "tst_backup.moc"

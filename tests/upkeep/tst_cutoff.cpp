@@ -1,10 +1,14 @@
+#include "shell/frame/mdiPendrake.h"
+#include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
 #include "store/upkeep/frmDataBackup.h"
 #include "store/upkeep/frmRestorBackup.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
+#include "widgets/Application.h"
 #include "widgets/DriveList.h"
 
 #include <QFile>
@@ -37,12 +41,14 @@ void press(const char* button)
 void repair()
 {
     database().close();
-    store::DBEngine::repairDatabase(databasePath());
+    store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
     openDatabase(databasePath());
 }
 
-int work(const QByteArray& name, const QString& folder)
+int child(const QStringList& arguments)
 {
+    const QByteArray name = arguments[0].toLatin1();
+    const QString folder = arguments[1];
     gAppPath = folder;
     gOldDbName = "\\Quorrel.mdb";
     gDbName = "\\Quorrel11.mdb";
@@ -50,6 +56,7 @@ int work(const QByteArray& name, const QString& folder)
     platform::setVolumes([folder] { return QList<platform::Drive>{{folder, 1LL << 40}}; });
     if (name != "update")
         openDatabase(databasePath());
+    mdiPendrake::handOverDataForms();
     const std::map<QByteArray, std::function<void()>> works{{"update", update},
                                                             {"repair", repair},
                                                             {"backup", [] { press<frmDataBackup>("cmdBack"); }},
@@ -74,6 +81,8 @@ class tst_cutoff : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
+        gOldDbName = "\\Quorrel.mdb";
+        gDbName = "\\Quorrel11.mdb";
         const QByteArray count = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < ";
         const QByteArray rows =
             count + "300) Insert Into Adults (Adult_SID, Last_Name, Assigned_Den_SID) Select i, 'Berg', i % 9 From n;" +
@@ -134,7 +143,7 @@ private Q_SLOTS:
         kill({{"damaged", "Quorrel11.mdb"}}, [&] {
             QVERIFY(bytes("Quorrel11.mdb") == m_whole["damaged"] ||
                     bytes("Quorrel11 (damaged).mdb") == m_whole["damaged"]);
-            store::DBEngine::repairDatabase(file("Quorrel11.mdb"));
+            store::DBEngine::repairDatabase(file("Quorrel11.mdb"), store::schema::editions());
             QCOMPARE(look("Quorrel11.mdb", "Pragma integrity_check"), "ok");
             QCOMPARE(look("Quorrel11.mdb", Contents), "0|300|200|200");
         });
@@ -174,7 +183,7 @@ private:
                 put(at.value(), m_whole[at.key()]);
             QProcess child;
             child.start(QCoreApplication::applicationFilePath(),
-                        {"--work", QTest::currentTestFunction(), m_folder.path()});
+                        test::childArguments({QTest::currentTestFunction(), m_folder.path()}));
             QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
             QElapsedTimer since;
             since.start();
@@ -198,16 +207,6 @@ private:
     QRandomGenerator m_random{20261124};
 };
 
-int main(int argc, char** argv)
-{
-    widgets::Application application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == "--work")
-        return work(arguments.value(2).toLatin1(), arguments.value(3));
-    gOldDbName = "\\Quorrel.mdb";
-    gDbName = "\\Quorrel11.mdb";
-    tst_cutoff tests;
-    return QTest::qExec(&tests, argc, argv);
-}
+ORLO_TEST(tst_cutoff, child)
 
 #include "tst_cutoff.moc"

@@ -1,6 +1,8 @@
+#include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
 #include "support/Failure.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
@@ -53,7 +55,7 @@ void save()
 
 void repair()
 {
-    store::DBEngine::repairDatabase(databasePath());
+    store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
 }
 
 const QMap<QString, std::function<void()>> Works{
@@ -174,6 +176,6 @@ put back       | third
     }
 };
 
-ORLO_TEST_MAIN(tst_faults)
+ORLO_TEST(tst_faults)
 
 #include "tst_faults.moc"

@@ -7,7 +7,9 @@
 #include "platform/RuntimeError.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
+#include "store/schema/Schema.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
@@ -40,7 +42,7 @@ void useForms()
 }
 
 // The child: opens the file, uses every form that stands on it, repairs it, and uses them again.
-int useFile(const QString& folder)
+int useFile(const QStringList& arguments)
 {
     QTimer boxes;
     QObject::connect(&boxes, &QTimer::timeout, [] {
@@ -48,7 +50,7 @@ int useFile(const QString& folder)
             box->close();
     });
     boxes.start(2);
-    gAppPath = folder;
+    gAppPath = arguments[0];
     gDbName = "\\Quorrel11.mdb";
     try {
         openDatabase(databasePath());
@@ -60,7 +62,7 @@ int useFile(const QString& folder)
                                   frmPackInformation, frmPackDenPositions, frmCreatePurchaseList>;
         use();
         database().close();
-        store::DBEngine::repairDatabase(databasePath());
+        store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
         openDatabase(databasePath());
         use();
         std::_Exit(Well);
@@ -181,7 +183,7 @@ private:
     [[nodiscard]] int use() const
     {
         QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {"--use", m_folder.path()});
+        child.start(QCoreApplication::applicationFilePath(), test::childArguments({m_folder.path()}));
         if (!child.waitForFinished(150000)) { // the worst takes seconds, and much longer where the machine is busy
             child.kill();
             child.waitForFinished();
@@ -195,14 +197,6 @@ private:
     QByteArray m_whole;
 };
 
-int main(int argc, char** argv)
-{
-    widgets::Application application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == "--use")
-        return useFile(arguments.value(2));
-    tst_hostile tests;
-    return QTest::qExec(&tests, argc, argv);
-}
+ORLO_TEST(tst_hostile, useFile)
 
 #include "tst_hostile.moc"

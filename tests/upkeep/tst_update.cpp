@@ -1,8 +1,9 @@
 #include "store/upkeep/basDataUpdate.h"
 
-#include "shell/mdiPendrake.h"
+#include "shell/frame/mdiPendrake.h"
 #include "support/Failure.h"
 #include "support/Files.h"
+#include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 
@@ -162,6 +163,6 @@ private Q_SLOTS:
     }
 };
 
-ORLO_TEST_MAIN(tst_update)
+ORLO_TEST(tst_update)
 
 #include "tst_update.moc"

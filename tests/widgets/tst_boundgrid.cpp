@@ -1,5 +1,6 @@
 #include "store/engine/BulkLoad.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 #include "support/TestApp.h"
 #include "widgets/BoundGrid.h"
@@ -345,6 +346,6 @@ private Q_SLOTS:
     }
 };
 
-ORLO_TEST_MAIN(tst_boundgrid)
+ORLO_TEST(tst_boundgrid)
 
 #include "tst_boundgrid.moc"

@@ -1,5 +1,6 @@
 #include "store/engine/Database.h"
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 #include "widgets/Calendar.h"
 #include "widgets/CheckBox.h"
@@ -199,6 +200,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_controls)
+ORLO_TEST(tst_controls)
 
 #include "tst_controls.moc"

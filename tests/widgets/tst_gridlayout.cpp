@@ -1,4 +1,5 @@
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "support/Table.h"
 #include "widgets/GridLayout.h"
 
@@ -90,6 +91,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_gridlayout)
+ORLO_TEST(tst_gridlayout)
 
 #include "tst_gridlayout.moc"

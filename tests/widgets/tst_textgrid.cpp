@@ -1,4 +1,5 @@
 #include "support/Failure.h"
+#include "support/Main.h"
 #include "widgets/TextGrid.h"
 #include "widgets/Twips.h"
 
@@ -194,6 +195,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_textgrid)
+ORLO_TEST(tst_textgrid)
 
 #include "tst_textgrid.moc"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/Schema.h"
+#include "store/schema/Schema.h"
 
 #include <stdexcept>
 

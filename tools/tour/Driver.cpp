@@ -1,6 +1,6 @@
 #include "Driver.h"
 
-#include "shell/mdiPendrake.h"
+#include "shell/frame/mdiPendrake.h"
 #include "widgets/ComboBox.h"
 
 #include <QAction>

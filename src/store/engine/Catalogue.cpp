@@ -1,9 +1,9 @@
 #include "store/engine/Catalogue.h"
 
 #include "platform/RuntimeError.h"
-#include "store/Schema.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/Edition.h"
 #include "store/engine/TableSql.h"
 
 #include <QRegularExpression>
@@ -136,20 +136,20 @@ void addIndexes(Connection& connection, const TableDef& table)
         connection.run(trigger);
 }
 
-static bool isOwnTrigger(Connection& connection, const QString& table, const QByteArray& sql)
+static bool isOwnTrigger(Connection& connection, const Editions& editions, const QString& table, const QByteArray& sql)
 {
     const auto has = [&sql](const TableDef& definition) {
         const auto own = keyTriggers(definition);
         return std::ranges::find(own, sql) != own.end();
     };
-    // The usual tables are known without reading the catalogue, which every start would wait for.
-    if (const TableDef* usual = schema::findTable(table); usual && has(*usual))
-        return true;
+    for (const Edition& edition : editions)
+        if (const TableDef* usual = edition.findTable(table); usual && has(*usual))
+            return true;
     const TableInfo* found = connection.table(table);
     return found && !found->isQuery && has(readTable(connection, found->name));
 }
 
-void dropForeignTriggers(Connection& connection)
+void dropForeignTriggers(Connection& connection, const Editions& editions)
 {
     QList<QByteArray> foreign;
     QStringList freed;
@@ -158,7 +158,7 @@ void dropForeignTriggers(Connection& connection)
         while (triggers.step()) {
             QByteArray sql = triggers.text(2).toUtf8();
             sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TRIGGER IF NOT EXISTS");
-            if (isOwnTrigger(connection, triggers.text(1), sql))
+            if (isOwnTrigger(connection, editions, triggers.text(1), sql))
                 continue;
             foreign.append(quoted(triggers.text(0)));
             const TableInfo* table = connection.table(triggers.text(1));

@@ -4,10 +4,9 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
-#include "store/engine/Journal.h"
+#include "store/engine/Edition.h"
 #include "store/engine/RecordsetImpl.h"
 #include "store/engine/Repair.h"
-#include "store/jet/Takeover.h"
 
 #include <QFileInfo>
 
@@ -159,12 +158,13 @@ void Database::createQueryDef(const QString& name, const QString& sql)
 
 Database DBEngine::openDatabase(const QString& path)
 {
-    if (const QString file = platform::nativePath(path); isFormerFormat(file)) {
-        setJournalAside(file); // that format knows none
-        takeOver(file);
-    }
+    return openDatabase(path, {});
+}
+
+Database DBEngine::openDatabase(const QString& path, const Editions& editions)
+{
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Open);
-    dropForeignTriggers(*connection);
+    dropForeignTriggers(*connection, editions);
     return Database(std::move(connection));
 }
 
@@ -177,9 +177,9 @@ Database DBEngine::createDatabase(const QString& path)
     return Database(std::move(connection));
 }
 
-void DBEngine::repairDatabase(const QString& path)
+void DBEngine::repairDatabase(const QString& path, const Editions& editions)
 {
-    repairFile(platform::nativePath(path));
+    repairFile(platform::nativePath(path), editions);
 }
 
 } // namespace orlo::store

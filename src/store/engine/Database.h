@@ -11,6 +11,9 @@ namespace orlo::store
 {
 
 class Connection;
+struct Edition;
+/// The newest edition first.
+using Editions = std::vector<Edition>;
 
 /// A field of a table definition. Text fields have a size; attributes and flags as the catalogue stores them.
 struct Field {
@@ -109,14 +112,15 @@ namespace DBEngine
 {
 /// Opens a file for shared read and write; the path is resolved as the file system object does. Raises 3024 for a
 /// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or
-/// written.
+/// written. Triggers that are neither the engine's own nor those of the editions are dropped.
 [[nodiscard]] Database openDatabase(const QString& path);
+[[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
-/// Checks a closed file and rebuilds a damaged one from every row that can still be read; the damaged file stays beside
-/// it. Raises 3024 for a missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be
-/// written.
-void repairDatabase(const QString& path);
+/// Checks a closed file and rebuilds a damaged one, which is of one of the editions, from every row that can still be
+/// read; the damaged file stays beside it. Raises 3024 for a missing file, 3049 for one in which nothing can be read,
+/// 61 or 70 when the new file can't be written.
+void repairDatabase(const QString& path, const Editions& editions);
 } // namespace DBEngine
 
 } // namespace orlo::store

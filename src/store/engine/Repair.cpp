@@ -3,9 +3,9 @@
 #include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
-#include "store/Schema.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/engine/Edition.h"
 #include "store/engine/Journal.h"
 #include "store/engine/PageFile.h"
 #include "store/engine/Source.h"
@@ -114,17 +114,6 @@ bool isCatalogueRow(const RawRecord& record)
     return record.values.size() == 5 && Types.contains(textOf(record.values[0]));
 }
 
-// True if the record is one of the titles that every pack starts with.
-bool isUsualTitle(const RawRecord& record, const TableDef& table)
-{
-    const bool ofPack = table.name() == QLatin1String("Pack_Positions");
-    if ((!ofPack && table.name() != QLatin1String("Den_Titles")) || record.values.empty())
-        return false;
-    const QString title = QString::fromUtf8(textOf(record.values[0]));
-    const auto& titles = ofPack ? schema::packTitles() : schema::denTitles();
-    return std::ranges::any_of(titles, [&title](const PositionTitle& usual) { return title == usual.title; });
-}
-
 // How many columns the table has that a statement makes; none for a damaged statement.
 std::size_t columnsOf(const QByteArray& sql)
 {
@@ -143,7 +132,10 @@ std::size_t columnsOf(const QByteArray& sql)
 class Salvage
 {
 public:
-    Salvage(const QString& damaged, const QString& made) : m_pages(damaged), m_made(made, Connection::Mode::Create) {}
+    Salvage(const QString& damaged, const QString& made, const Editions& editions)
+        : m_pages(damaged), m_made(made, Connection::Mode::Create), m_editions(editions)
+    {
+    }
 
     // Raises 3049 if there is nothing to move.
     void run()
@@ -151,6 +143,7 @@ public:
         createQueryTexts(m_made);
         Transaction transaction(m_made);
         readCatalogue();
+        findEdition();
         makeTables();
         moveRows();
         moveStrayRows();
@@ -164,6 +157,7 @@ public:
 
 private:
     void readCatalogue();
+    void findEdition();
     void makeTables();
     void moveRows();
     [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
@@ -180,7 +174,8 @@ private:
     PageFile m_pages;
     Connection m_made;
     std::vector<CatalogueRow> m_catalogue;
-    SchemaVersion m_version = SchemaVersion::V11;
+    const Editions& m_editions;
+    Edition m_edition;                   // of the damaged file
     std::vector<TableDef> m_tables;      // of the new file
     QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
     QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
@@ -250,24 +245,33 @@ void Salvage::makeAgain(const QByteArray& sql)
     m_made.noteSchemaChange();
 }
 
+void Salvage::findEdition()
+{
+    const auto isOf = [this](const Edition& edition) {
+        const std::size_t fields = edition.findTable(edition.telling)->fields().size();
+        return std::ranges::any_of(m_catalogue, [&](const CatalogueRow& object) {
+            return object.name == edition.telling && columnsOf(object.sql) == fields;
+        });
+    };
+    const auto found = std::ranges::find_if(m_editions, isOf);
+    if (found != m_editions.end())
+        m_edition = *found;
+    else if (!m_editions.empty())
+        m_edition = m_editions.front();
+}
+
 // The usual tables are made as they should be, since a damaged statement may still be one, for a table that refuses its
 // rows. Another program may have added fields to one.
 void Salvage::makeTables()
 {
-    const bool former = std::ranges::any_of(m_catalogue, [](const CatalogueRow& object) {
-        return object.name == QLatin1String("Adults") &&
-               columnsOf(object.sql) == schema::findTable(object.name, SchemaVersion::V10)->fields().size();
-    });
-    if (former)
-        m_version = SchemaVersion::V10;
     for (const CatalogueRow& object : m_catalogue) {
         if (object.type != "table" || !object.sql.startsWith("CREATE TABLE ") || isMade(object.name))
             continue;
-        const TableDef* usual = schema::findTable(object.name, m_version);
+        const TableDef* usual = m_edition.findTable(object.name);
         if (!usual || columnsOf(object.sql) > usual->fields().size())
             makeAgain(object.sql);
     }
-    for (const TableDef& table : schema::tables(m_version))
+    for (const TableDef& table : m_edition.tables)
         if (!isMade(table.name()))
             createTable(m_made, table);
     for (const QString& name : tableNames(m_made))
@@ -315,8 +319,10 @@ const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
     for (const TableDef& table : m_tables) {
         if (!std::ranges::all_of(records, [&table](const RawRecord& record) { return fits(record, table); }))
             continue;
-        const bool known =
-            std::ranges::any_of(records, [&table](const RawRecord& record) { return isUsualTitle(record, table); });
+        const QStringList usual = m_edition.usualTexts.value(table.name());
+        const bool known = std::ranges::any_of(records, [&usual](const RawRecord& record) {
+            return !record.values.empty() && usual.contains(QString::fromUtf8(textOf(record.values[0])));
+        });
         if (!best || table.fields().size() < best->fields().size() ||
             (known && table.fields().size() == best->fields().size()))
             best = &table;
@@ -373,7 +379,7 @@ void Salvage::noteCounter(const RawRecord& record)
 void Salvage::makeKeys()
 {
     for (const TableDef& table : m_tables) {
-        const TableDef* known = schema::findTable(table.name(), m_version);
+        const TableDef* known = m_edition.findTable(table.name());
         addIndexes(m_made, known ? *known : table);
     }
     for (const CatalogueRow& object : m_catalogue)
@@ -396,9 +402,7 @@ void Salvage::makeKeys()
 
 void Salvage::makeQueries()
 {
-    const auto& usual = schema::queries();
-    if (m_version == SchemaVersion::V11)
-        m_queries.insert(m_queries.end(), usual.begin(), usual.end());
+    m_queries.insert(m_queries.end(), m_edition.queries.begin(), m_edition.queries.end());
     for (const QueryDef& query : m_queries)
         if (!isMade(query.name))
             try {
@@ -409,7 +413,7 @@ void Salvage::makeQueries()
 
 } // namespace
 
-void repairFile(const QString& path)
+void repairFile(const QString& path, const Editions& editions)
 {
     if (!QFileInfo(path).isFile())
         throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
@@ -420,7 +424,7 @@ void repairFile(const QString& path)
     QFile::remove(made);
     QFile::remove(made + QStringLiteral("-journal"));
     try {
-        Salvage(file, made).run();
+        Salvage(file, made, editions).run();
         QFile::setPermissions(made, QFileInfo(file).permissions());
         setJournalAside(file);
         platform::putInPlace(file, made, QStringLiteral("damaged"));

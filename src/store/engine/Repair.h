@@ -1,6 +1,6 @@
 #pragma once
 
-class QString;
+#include "store/engine/Database.h"
 
 namespace orlo::store
 {
@@ -8,7 +8,7 @@ namespace orlo::store
 /// What DBEngine::repairDatabase() does, on a native path. A sound file is only laid out anew. Of a damaged one every
 /// row that can still be read goes, page by page, into a new file with the same tables, keys and queries, which takes
 /// the damaged one's place; that stays beside it as "<name> (damaged).<suffix>". Cut off at any moment, the file under
-/// the name is one of the two.
-void repairFile(const QString& path);
+/// the name is one of the two. A file that shows none of the editions is taken for one of the newest.
+void repairFile(const QString& path, const Editions& editions);
 
 } // namespace orlo::store

@@ -1,9 +1,10 @@
 #include "store/upkeep/basDataUpdate.h"
 
 #include "platform/FileSystem.h"
-#include "shell/Module1.h"
-#include "store/Schema.h"
+#include "shell/forms/Module1.h"
 #include "store/engine/Journal.h"
+#include "store/jet/OpenFile.h"
+#include "store/schema/Schema.h"
 #include "widgets/MessageBox.h"
 
 #include <QFile>
@@ -171,7 +172,7 @@ void settleJournal(const QString& path, const QString& safetyCopy)
     if (contents(path) == contents(safetyCopy))
         store::setJournalAside(native);
     else
-        store::DBEngine::openDatabase(path).close();
+        store::openFile(path).close();
 }
 
 } // namespace

@@ -2,8 +2,10 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
+#include "store/jet/OpenFile.h"
 #include "store/upkeep/BackupFile.h"
+#include "store/upkeep/DataForms.h"
 #include "ui_frmDataBackup.h"
 #include "widgets/MessageBox.h"
 
@@ -21,7 +23,7 @@ frmDataBackup::frmDataBackup() : Form(widgets::FormKind::Window), ui(std::make_u
     ui->setupUi(this);
     setFixedBorder();
     setCancelButton(ui->cmdCancel);
-    followDrive(*ui->lstDrive, *ui->lstDir);
+    ui->lstDir->followDrive(*ui->lstDrive);
     connect(ui->cmdBack, &QPushButton::clicked, this, &frmDataBackup::cmdBack_Click);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &frmDataBackup::unload);
 }
@@ -40,10 +42,10 @@ void frmDataBackup::BackupDatabase()
     try {
         copyDatabase();
     } catch (const platform::RuntimeError& failure) {
-        widgets::warn(lines({NotMade, QStringLiteral("Please correct the error below and try again"), QString(),
-                             QStringLiteral("Error: ") + failure.description(),
-                             QStringLiteral("Error Number: ") + QString::number(failure.number()),
-                             QStringLiteral("Backup path and file: ") + ui->lstDir->path() + gDbName}),
+        widgets::warn(widgets::lines({NotMade, QStringLiteral("Please correct the error below and try again"),
+                                      QString(), QStringLiteral("Error: ") + failure.description(),
+                                      QStringLiteral("Error Number: ") + QString::number(failure.number()),
+                                      QStringLiteral("Backup path and file: ") + ui->lstDir->path() + gDbName}),
                       ErrorTitle);
         reopenDatabase();
     }
@@ -52,7 +54,7 @@ void frmDataBackup::BackupDatabase()
 void frmDataBackup::reopenDatabase()
 {
     if (gDatabase && gDatabase->isOpen()) // the open forms' record sets live on that one; it only must be there still
-        (void)store::DBEngine::openDatabase(databasePath());
+        (void)store::openFile(databasePath());
     else
         openDatabase(databasePath());
 }
@@ -61,9 +63,9 @@ void frmDataBackup::reopenDatabase()
 void frmDataBackup::copyDatabase()
 {
     const QString title = QStringLiteral("Database Backup");
-    if (!widgets::ask(lines({QStringLiteral("Any existing backup files on the destination path"),
-                             QStringLiteral("will be over written."), QString(),
-                             QStringLiteral("Are you sure you want to proceed?")}),
+    if (!widgets::ask(widgets::lines({QStringLiteral("Any existing backup files on the destination path"),
+                                      QStringLiteral("will be over written."), QString(),
+                                      QStringLiteral("Are you sure you want to proceed?")}),
                       title))
         return;
     const QString atRoot = backupIn(ui->lstDrive->text());
@@ -73,9 +75,9 @@ void frmDataBackup::copyDatabase()
     (void)gFileSystem.getFolder(ui->lstDir->path());
     const qint64 size = platform::toInt32(static_cast<double>(source.size));
     if (drive.freeSpace + reclaimed < size) {
-        widgets::warn(lines({QStringLiteral("The backup destination does not have enough remaining "),
-                             QStringLiteral("disk space for the backup database."),
-                             QStringLiteral("Please select a new destination or make more space.")}),
+        widgets::warn(widgets::lines({QStringLiteral("The backup destination does not have enough remaining "),
+                                      QStringLiteral("disk space for the backup database."),
+                                      QStringLiteral("Please select a new destination or make more space.")}),
                       ErrorTitle);
         return;
     }
@@ -88,8 +90,9 @@ void frmDataBackup::copyDatabase()
         setCursor(Qt::ArrowCursor);
         unload();
     } else
-        widgets::warn(lines({NotMade, QStringLiteral("Please check the destination media for errors and try again")}),
-                      ErrorTitle);
+        widgets::warn(
+            widgets::lines({NotMade, QStringLiteral("Please check the destination media for errors and try again")}),
+            ErrorTitle);
     openDatabase(databasePath());
 }
 

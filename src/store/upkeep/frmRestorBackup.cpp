@@ -2,8 +2,9 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
-#include "shell/Module1.h"
+#include "shell/forms/Module1.h"
 #include "store/upkeep/BackupFile.h"
+#include "store/upkeep/DataForms.h"
 #include "ui_frmRestorBackup.h"
 #include "widgets/MessageBox.h"
 
@@ -15,7 +16,7 @@ frmRestorBackup::frmRestorBackup() : Form(widgets::FormKind::Window), ui(std::ma
     ui->setupUi(this);
     setFixedBorder();
     setCancelButton(ui->cmdClose);
-    followDrive(*ui->lstDrive, *ui->lstFolders);
+    ui->lstFolders->followDrive(*ui->lstDrive);
     connect(ui->cmdRestore, &QPushButton::clicked, this, &frmRestorBackup::cmdRestore_Click);
     connect(ui->cmdClose, &QPushButton::clicked, this, &frmRestorBackup::unload);
 }
@@ -41,17 +42,17 @@ void frmRestorBackup::RestoreDatabase()
 
 void frmRestorBackup::copyBackup()
 {
-    if (!widgets::ask(lines({QStringLiteral("Any new data added since the last backup will be lost."),
-                             QStringLiteral("Are you sure you want to proceed?")}),
+    if (!widgets::ask(widgets::lines({QStringLiteral("Any new data added since the last backup will be lost."),
+                                      QStringLiteral("Are you sure you want to proceed?")}),
                       QStringLiteral("Database Restore")))
         return;
     const QString backup = backupIn(ui->lstFolders->path());
     (void)gFileSystem.getFile(databasePath());
     (void)gFileSystem.getDrive(ui->lstDrive->text()); // a drive that has gone fails here, before anything is touched
     if (!gFileSystem.fileExists(backup)) {
-        widgets::message(lines({QStringLiteral("A backup Database file does not exist in the selected path."),
-                                QStringLiteral("Please select a drive and directory that contains a"),
-                                QStringLiteral("valid backup database file.")}),
+        widgets::message(widgets::lines({QStringLiteral("A backup Database file does not exist in the selected path."),
+                                         QStringLiteral("Please select a drive and directory that contains a"),
+                                         QStringLiteral("valid backup database file.")}),
                          QStringLiteral("Restore Database Error"));
         return;
     }
@@ -64,8 +65,8 @@ void frmRestorBackup::copyBackup()
                          QStringLiteral("Restore Complete"));
         setCursor(Qt::ArrowCursor);
     } else
-        widgets::warn(lines({QStringLiteral("There was an error restoring the backup file."),
-                             QStringLiteral("Please check the destination drive for errors and try again")}),
+        widgets::warn(widgets::lines({QStringLiteral("There was an error restoring the backup file."),
+                                      QStringLiteral("Please check the destination drive for errors and try again")}),
                       QStringLiteral("Database Restore Error"));
     openDatabase(databasePath());
     unload();

@@ -1,0 +1,142 @@
+#include "reporting/Layout.h"
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr double HairlineWidth = 0.3; // points
+constexpr int HairlineGray = 65;
+constexpr int PartsOfLimit = 8; // a row above the height limit is cut into parts of that share of it
+
+QColor gray(int percentOfWhite)
+{
+    const float level = float(percentOfWhite) / 100;
+    return QColor::fromRgbF(level, level, level);
+}
+
+} // namespace
+
+BandLayout::BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit)
+    : m_typesetter(typesetter), m_textWidth(textWidth), m_heightLimit(heightLimit)
+{
+    for (const Style& style : definition.styles) {
+        m_fonts.push_back(typesetter.font(style));
+        m_colors.push_back(gray(style.gray));
+    }
+}
+
+std::vector<Strip> BandLayout::strips(const Band& band, const RowScope& scope, double left) const
+{
+    std::vector<Strip> strips;
+    if (band.condition.isEmpty() || band.condition.holds(scope))
+        for (const Row& row : band.rows)
+            layOutRow(row, scope, left, strips);
+    for (std::size_t i = 0; i + 1 < strips.size(); ++i)
+        strips[i].keepWithNext = true;
+    return strips;
+}
+
+void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const
+{
+    if (!row.condition.isEmpty() && !row.condition.holds(scope))
+        return;
+    std::vector<Cell> cells;
+    cells.reserve(row.elements.size());
+    double ascent = 0;
+    for (const Element& element : row.elements) {
+        if (element.kind == Element::Kind::Subreport)
+            continue;
+        Cell cell{&element, {}, left + element.left, 0, m_fonts[std::size_t(element.style)]};
+        const double room = std::max(m_textWidth - cell.left, 1.0);
+        cell.width = element.width > 0 ? std::min(element.width, room) : room;
+        if (element.kind == Element::Kind::Text)
+            cell.lines = m_typesetter.broken(cell.font, displayText(element.formula.evaluate(scope)), cell.width);
+        ascent = std::max(ascent, m_typesetter.ascent(cell.font));
+        cells.push_back(std::move(cell));
+    }
+
+    // A high row is cut between lines: each part takes as many lines of each cell as a share of the limit lets it, so
+    // that the parts fill a page to its end.
+    double height = row.above + row.ruleAbove;
+    for (const Cell& cell : cells)
+        height = std::max(height,
+                          row.above + row.ruleAbove + double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
+    const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
+    bool top = true;
+    for (bool more = true; more; top = false) {
+        more = false;
+        Strip strip;
+        strip.row = scope.row;
+        strip.items.reserve(cells.size() + 2);
+        const double textTop = (top ? row.above : 0) + row.ruleAbove;
+        double bottom = textTop;
+        for (Cell& cell : cells) {
+            const double lineHeight = m_typesetter.lineHeight(cell.font);
+            const double y = textTop + (top ? ascent - m_typesetter.ascent(cell.font) : 0);
+            const auto room = std::max(qsizetype((limit - y) / lineHeight), qsizetype(1));
+            const qsizetype count = std::min(cell.lines.size() - cell.done, room);
+            if (cell.element->kind == Element::Kind::TickBox && top) {
+                const double side = m_typesetter.ascent(cell.font) * 0.86;
+                const QRectF box(cell.left, y + m_typesetter.ascent(cell.font) - side, side, side);
+                strip.items.push_back(BoxItem{box, 0.75, Qt::black, Qt::transparent});
+                bottom = std::max(bottom, y + lineHeight);
+            }
+            if (count > 0) {
+                addText(cell, count, y, strip);
+                bottom = std::max(bottom, y + double(count) * lineHeight);
+            }
+            cell.done += count;
+            more = more || cell.done < cell.lines.size();
+        }
+        strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
+        addDecoration(row, left, strip.height, top, !more, strip);
+        strips.push_back(std::move(strip));
+    }
+}
+
+void BandLayout::addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const
+{
+    const double from = left + row.left;
+    const double to = m_textWidth;
+    static const QColor hairline = gray(HairlineGray);
+    if (row.shade > 0)
+        strip.items.insert(strip.items.begin(),
+                           BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, gray(100 - row.shade)});
+    if (row.ruleAbove > 0 && top)
+        strip.items.push_back(LineItem{{from, row.ruleAbove / 2}, {to, row.ruleAbove / 2}, row.ruleAbove, Qt::black});
+    if (row.hairline && bottom)
+        strip.items.push_back(LineItem{{from, height}, {to, height}, HairlineWidth, hairline});
+    if (row.ruleBelow > 0 && bottom)
+        strip.items.push_back(
+            LineItem{{from, height - row.ruleBelow / 2}, {to, height - row.ruleBelow / 2}, row.ruleBelow, Qt::black});
+}
+
+void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& strip) const
+{
+    const double lineHeight = m_typesetter.lineHeight(cell.font);
+    const QColor color = m_colors[std::size_t(cell.element->style)];
+    if (cell.element->alignment == Qt::AlignLeft) {
+        const QStringList part = cell.lines.mid(cell.done, count);
+        double width = 0;
+        for (const QString& line : part)
+            width = std::max(width, m_typesetter.width(cell.font, line));
+        strip.items.push_back(TextItem{QRectF(cell.left, y, width, lineHeight * double(count)),
+                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, color});
+        return;
+    }
+    // Lines that don't begin at one place are items of their own, so that no renderer has to measure.
+    for (qsizetype i = 0; i < count; ++i) {
+        const QString& line = cell.lines[cell.done + i];
+        const double width = m_typesetter.width(cell.font, line);
+        const double free = std::max(cell.width - width, 0.0);
+        const double x = cell.left + (cell.element->alignment == Qt::AlignRight ? free : free / 2);
+        strip.items.push_back(
+            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, color});
+    }
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,270 @@
+#include "reporting/DefinitionLines.h"
+
+#include <array>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+bool isWordPart(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'-' || c == u'_';
+}
+bool isNumberPart(QChar c)
+{
+    return (c >= u'0' && c <= u'9') || c == u'.';
+}
+
+} // namespace
+
+DefinitionLines::DefinitionLines(const QString& text) : m_lines(text.split(u'\n'))
+{
+    for (QString& line : m_lines)
+        if (line.endsWith(u'\r'))
+            line.chop(1);
+}
+
+bool DefinitionLines::next()
+{
+    while (m_line < m_lines.size()) {
+        m_first = int(m_line) + 1;
+        m_statement = m_lines[m_line++];
+        while (m_statement.endsWith(u'\\') && m_line < m_lines.size()) {
+            m_statement.chop(1);
+            m_statement += u'\n' + m_lines[m_line++];
+        }
+        m_at = 0;
+        skipBlanks();
+        if (!atEnd() && !rest().startsWith(u'#'))
+            return true;
+    }
+    m_first = int(m_lines.size());
+    m_statement.clear();
+    m_at = 0;
+    return false;
+}
+
+bool DefinitionLines::nextInBlock()
+{
+    if (!next())
+        fail(QStringLiteral("The block's closing brace is missing."));
+    if (!closes())
+        return true;
+    close();
+    return false;
+}
+
+bool DefinitionLines::closes() const
+{
+    return rest().trimmed() == u"}";
+}
+
+Place DefinitionLines::place() const
+{
+    const QStringView before = QStringView(m_statement).left(m_at);
+    const qsizetype lineStart = before.lastIndexOf(u'\n') + 1;
+    return {m_first + int(before.count(u'\n')), int(m_at - lineStart) + 1};
+}
+
+void DefinitionLines::fail(const QString& message) const
+{
+    throw ReportError(platform::SyntaxError, message, place());
+}
+
+void DefinitionLines::failAtWord(const QString& message)
+{
+    m_at = m_wordAt;
+    fail(message);
+}
+
+void DefinitionLines::skipBlanks()
+{
+    while (m_at < m_statement.size() && m_statement[m_at].isSpace())
+        ++m_at;
+}
+
+bool DefinitionLines::atEnd() const
+{
+    return m_at >= m_statement.size();
+}
+bool DefinitionLines::atOpening() const
+{
+    return rest().trimmed() == u"{";
+}
+bool DefinitionLines::atQuote() const
+{
+    return atSign(u'"');
+}
+bool DefinitionLines::atLength() const
+{
+    return !atEnd() && isNumberPart(m_statement[m_at]);
+}
+bool DefinitionLines::atSign(QChar sign) const
+{
+    return !atEnd() && m_statement[m_at] == sign;
+}
+
+QString DefinitionLines::word()
+{
+    const qsizetype start = m_wordAt = m_at;
+    while (!atEnd() && isWordPart(m_statement[m_at]))
+        ++m_at;
+    QString word = m_statement.mid(start, m_at - start).toLower();
+    if (word.isEmpty())
+        fail(atEnd() ? QStringLiteral("The line breaks off here.") : QStringLiteral("A word is missing here."));
+    skipBlanks();
+    return word;
+}
+
+bool DefinitionLines::accept(const char* word)
+{
+    const qsizetype length = qsizetype(qstrlen(word));
+    if (!rest().startsWith(QLatin1StringView(word), Qt::CaseInsensitive))
+        return false;
+    if (m_at + length < m_statement.size() && isWordPart(m_statement[m_at + length]))
+        return false;
+    m_at += length;
+    skipBlanks();
+    return true;
+}
+
+void DefinitionLines::expect(const char* sign)
+{
+    if (!rest().startsWith(QLatin1StringView(sign)))
+        fail(QStringLiteral("\"%1\" is missing here.").arg(QLatin1StringView(sign)));
+    m_at += qsizetype(qstrlen(sign));
+    skipBlanks();
+}
+
+QString DefinitionLines::quoted()
+{
+    if (!atQuote())
+        fail(QStringLiteral("A text in quotes is missing here."));
+    QString text;
+    for (qsizetype i = m_at + 1; i < m_statement.size(); ++i) {
+        if (m_statement[i] != u'"') {
+            text += m_statement[i];
+        } else if (i + 1 < m_statement.size() && m_statement[i + 1] == u'"') {
+            text += m_statement[i++];
+        } else {
+            m_at = i + 1;
+            skipBlanks();
+            return text;
+        }
+    }
+    fail(QStringLiteral("The text's closing quote is missing."));
+}
+
+QString DefinitionLines::fieldName()
+{
+    const qsizetype close = m_statement.indexOf(u'}', m_at);
+    if (!atSign(u'{') || close < 0)
+        fail(QStringLiteral("A name in braces is missing here."));
+    QString name = m_statement.mid(m_at + 1, close - m_at - 1).trimmed();
+    if (name.isEmpty())
+        fail(QStringLiteral("The name is empty."));
+    m_at = close + 1;
+    skipBlanks();
+    return name;
+}
+
+double DefinitionLines::length()
+{
+    qsizetype end = m_at;
+    while (end < m_statement.size() && isNumberPart(m_statement[end]))
+        ++end;
+    bool read = false;
+    const double number = m_statement.mid(m_at, end - m_at).toDouble(&read);
+    if (!read)
+        fail(QStringLiteral("A length is missing here, as 4pt or 0.5in."));
+    struct Unit {
+        const char* name;
+        double points;
+    };
+    static constexpr std::array Units{Unit{"pt", 1}, Unit{"in", 72}, Unit{"mm", 72 / 25.4}, Unit{"cm", 72 / 2.54}};
+    const qsizetype start = std::exchange(m_at, end);
+    for (const Unit& unit : Units)
+        if (accept(unit.name)) {
+            if (const double points = number * unit.points; points <= 2000)
+                return points;
+            m_at = start;
+            fail(QStringLiteral("The length is too large."));
+        }
+    if (number != 0)
+        fail(QStringLiteral("The length's unit is missing: pt, in, mm or cm."));
+    skipBlanks();
+    return 0;
+}
+
+int DefinitionLines::number(int least, int most)
+{
+    const Place here = place();
+    bool read = false;
+    const int number = word().toInt(&read);
+    if (!read || number < least || number > most)
+        throw ReportError(platform::SyntaxError,
+                          QStringLiteral("A number from %1 to %2 is needed.").arg(least).arg(most), here);
+    return number;
+}
+
+int DefinitionLines::percent()
+{
+    const int value = number(0, 100);
+    expect("%");
+    return value;
+}
+
+Formula DefinitionLines::formula()
+{
+    Formula formula(rest(), place());
+    m_at = m_statement.size();
+    return formula;
+}
+
+Formula DefinitionLines::assigned()
+{
+    expect("=");
+    return formula();
+}
+
+Formula DefinitionLines::formulaBeforeBrace()
+{
+    const qsizetype brace = m_statement.lastIndexOf(u'{');
+    if (brace < m_at || !QStringView(m_statement).mid(brace + 1).trimmed().isEmpty())
+        fail(QStringLiteral("A block must open at the end of this line."));
+    Formula formula(rest().left(brace - m_at), place());
+    m_at = brace;
+    return formula;
+}
+
+void DefinitionLines::open()
+{
+    if (!atOpening())
+        fail(QStringLiteral("\"{\" is missing at the end of this line."));
+    m_at = m_statement.size();
+}
+
+void DefinitionLines::end() const
+{
+    if (!atEnd())
+        fail(QStringLiteral("The line should end here."));
+}
+
+QString DefinitionLines::rawBlock()
+{
+    QString block;
+    while (m_line < m_lines.size()) {
+        const QString& line = m_lines[m_line++];
+        if (line.trimmed() == u"}")
+            return block;
+        block += line + u'\n';
+    }
+    m_first = int(m_lines.size());
+    m_statement.clear();
+    m_at = 0;
+    fail(QStringLiteral("The block's closing brace is missing."));
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "reporting/Formula.h"
+
+#include <QStringList>
+
+namespace orlo::reports
+{
+
+/// Walks a definition's text statement by statement: a statement is a line, one that ends in "\" runs on in the next;
+/// "{" at a line's end opens a block, "}" alone on its line closes it; a line that begins with "#" is a remark.
+/// Everything that fails raises ReportError 3075 with line and column.
+class DefinitionLines
+{
+public:
+    explicit DefinitionLines(const QString& text);
+
+    /// Goes to the next statement; false at the end of the text.
+    bool next();
+    /// Goes to the next statement of the open block; false at its closing brace.
+    bool nextInBlock();
+    /// True on a closing brace.
+    [[nodiscard]] bool closes() const;
+    /// Steps over the closing brace.
+    void close() { m_at = m_statement.size(); }
+
+    [[nodiscard]] Place place() const;
+    [[noreturn]] void fail(const QString& message) const;
+    /// The same, told of the word that was read last.
+    [[noreturn]] void failAtWord(const QString& message);
+
+    [[nodiscard]] bool atEnd() const;
+    [[nodiscard]] bool atOpening() const;
+    [[nodiscard]] bool atQuote() const;
+    [[nodiscard]] bool atLength() const;
+    [[nodiscard]] bool atSign(QChar sign) const;
+
+    /// A lower-case word of letters, digits and "-".
+    QString word();
+    bool accept(const char* word);
+    void expect(const char* sign);
+    /// A text in double quotes, "" for one of them.
+    QString quoted();
+    /// A name in braces.
+    QString fieldName();
+    /// A length in points: "4pt", "0.5in", "12mm", "1.2cm"; a bare 0.
+    double length();
+    int percent();
+    int number(int least, int most);
+
+    /// The formula from here to the end of the statement.
+    Formula formula();
+    /// "=" and a formula.
+    Formula assigned();
+    /// The formula from here to the brace that opens a block at the statement's end.
+    Formula formulaBeforeBrace();
+    /// "{" at the statement's end.
+    void open();
+    /// The statement must be used up.
+    void end() const;
+    /// The lines up to the closing brace as they stand.
+    QString rawBlock();
+
+private:
+    void skipBlanks();
+    QStringView rest() const { return QStringView(m_statement).mid(m_at); }
+
+    QStringList m_lines;
+    qsizetype m_line = 0; // the next line to read
+    int m_first = 0;      // the line that the statement begins on, from 1
+    QString m_statement;  // continued lines are joined with line ends, so that places stay right
+    qsizetype m_at = 0;
+    qsizetype m_wordAt = 0;
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "reporting/Document.h"
+#include "reporting/Renderer.h"
+
+namespace orlo::reports
+{
+
+/// Writes the pages as a PDF file with real text and the document's title. False if progress cancelled it, no file is
+/// left then. Raises 75 where the file can't be written.
+bool writePdf(const Document& document, const QString& path, const Progress& progress = {});
+
+/// The rows of the main list with a line of headings, as RFC 4180 wants it: CRLF, quotes doubled.
+[[nodiscard]] QString csvText(const Document& document);
+/// Writes csvText() as UTF-8. Raises 75 where the file can't be written.
+void writeCsv(const Document& document, const QString& path);
+
+} // namespace orlo::reports

@@ -1,0 +1,258 @@
+#include "reporting/Layout.h"
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr std::size_t RowsBetweenProgress = 200;
+
+struct Cancelled {
+};
+
+class ReportLayout
+{
+public:
+    ReportLayout(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
+                 double heightLimit, Flow& flow, double left, const Progress& progress, FlowSoFar soFar = {})
+        : m_report(report), m_definition(report.definition), m_facts(facts), m_typesetter(typesetter),
+          m_textWidth(textWidth), m_heightLimit(heightLimit), m_flow(flow), m_left(left), m_progress(progress),
+          m_soFar(std::move(soFar)), m_bands(report.definition, typesetter, textWidth, heightLimit),
+          m_scope(report.definition, report.rows, facts)
+    {
+    }
+
+    void run(RowRange rows)
+    {
+        m_rows = rows;
+        m_scope.row = rows.first;
+        m_scope.range = rows;
+        append(m_definition.reportHeader, true);
+        if (rows.size() == 0) {
+            m_scope.row = SIZE_MAX;
+            append(m_definition.nothing, false);
+        } else {
+            const std::size_t heading = beginHeading(m_definition.headings);
+            emitGroup(0, rows);
+            endHeading(heading);
+            m_scope.row = rows.last - 1;
+            m_scope.range = rows;
+        }
+        keepWithPrevious(m_definition.reportFooter);
+        append(m_definition.reportFooter, false);
+    }
+
+private:
+    static constexpr std::size_t NoHeading = SIZE_MAX;
+
+    /// Appends a band's rows; a row that holds a subreport gives way to it.
+    void append(const Band& band, bool keepWithNext)
+    {
+        if (band.isEmpty() || (!band.condition.isEmpty() && !band.condition.holds(m_scope)))
+            return;
+        const std::size_t first = m_flow.strips.size();
+        std::size_t afterSubreport = first;
+        for (const Row& row : band.rows) {
+            const auto inner = std::find_if(row.elements.begin(), row.elements.end(), [](const Element& element) {
+                return element.kind == Element::Kind::Subreport;
+            });
+            const std::size_t before = m_flow.strips.size();
+            m_bands.layOutRow(row, m_scope, m_left, m_flow.strips);
+            if (inner == row.elements.end())
+                continue;
+            if (m_flow.strips.size() > before && m_flow.strips.back().items.empty())
+                m_flow.strips.pop_back();
+            glue(afterSubreport, m_flow.strips.size(), isLinked(*inner)); // a list of its own may begin a page
+            if (row.condition.isEmpty() || row.condition.holds(m_scope))
+                subreport(*inner);
+            afterSubreport = m_flow.strips.size();
+        }
+        glue(afterSubreport, m_flow.strips.size(), keepWithNext);
+    }
+
+    /// Keeps strips on one page, and the last of them with what follows if wanted.
+    void glue(std::size_t first, std::size_t last, bool withNext)
+    {
+        for (std::size_t i = first; i < last; ++i)
+            m_flow.strips[i].keepWithNext = i + 1 < last || withNext;
+    }
+
+    /// A footer never stands alone at the top of a page.
+    void keepWithPrevious(const Band& footer)
+    {
+        const bool printed = !footer.isEmpty() && (footer.condition.isEmpty() || footer.condition.holds(m_scope));
+        if (printed && !m_flow.strips.empty() && !beginsWithSubreport(footer))
+            m_flow.strips.back().keepWithNext = true;
+    }
+
+    static bool beginsWithSubreport(const Band& band)
+    {
+        return !band.rows.front().elements.empty() &&
+               band.rows.front().elements.front().kind == Element::Kind::Subreport;
+    }
+
+    [[nodiscard]] bool isLinked(const Element& element) const
+    {
+        const auto found = m_report.subreports.find(element.subreport.toCaseFolded());
+        return found != m_report.subreports.end() && found->second.linkedIndex >= 0;
+    }
+
+    void subreport(const Element& element)
+    {
+        const auto found = m_report.subreports.find(element.subreport.toCaseFolded());
+        if (found == m_report.subreports.end())
+            throw ReportError(platform::UnknownName,
+                              QStringLiteral("There is no subreport \"%1\".").arg(element.subreport), element.place);
+        const BoundReport& inner = found->second;
+        RowRange rows{0, inner.rows.rows.size()};
+        if (inner.linkedIndex >= 0) {
+            const Value key = m_scope.field(inner.linkedIndex);
+            const auto linked = key.isNull() ? inner.byLink.end() : inner.byLink.find(linkKey(key));
+            rows = linked == inner.byLink.end() ? RowRange{} : linked->second;
+        }
+        const std::size_t kept = m_flow.kept.size();
+        m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
+        ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, {})
+            .run(rows);
+        if (m_flow.strips.size() > m_flow.kept[kept].first)
+            m_flow.kept[kept].last = m_flow.strips.size();
+        else
+            m_flow.kept.resize(kept);
+    }
+
+    /// Appends a heading and notes it for the pages that its strips run on to.
+    std::size_t beginHeading(const Band& band)
+    {
+        if (band.isEmpty())
+            return NoHeading;
+        append(band, true);
+        Flow::Heading heading;
+        heading.first = m_flow.strips.size();
+        m_scope.repeated = true;
+        heading.strips = m_bands.strips(band, m_scope, m_left);
+        m_scope.repeated = false;
+        m_flow.headings.push_back(std::move(heading));
+        return m_flow.headings.size() - 1;
+    }
+
+    void endHeading(std::size_t heading)
+    {
+        if (heading != NoHeading)
+            m_flow.headings[heading].last = m_flow.strips.size();
+    }
+
+    /// The end of the run of rows that have the first one's key.
+    std::size_t endOfGroup(const Group& group, RowRange rows)
+    {
+        m_scope.row = rows.first;
+        const QString key = linkKey(group.key.evaluate(m_scope));
+        for (m_scope.row = rows.first + 1; m_scope.row < rows.last; ++m_scope.row)
+            if (linkKey(group.key.evaluate(m_scope)) != key)
+                break;
+        return std::min(m_scope.row, rows.last);
+    }
+
+    void emitGroup(std::size_t level, RowRange rows)
+    {
+        if (level == m_definition.groups.size())
+            return emitDetails(rows);
+        const Group& group = m_definition.groups[level];
+        const RowRange outer = m_scope.range;
+        for (std::size_t first = rows.first; first < rows.last;) {
+            const RowRange own{first, endOfGroup(group, {first, rows.last})};
+            m_scope.groups.push_back(own);
+            emitOneGroup(group, level, own);
+            m_scope.groups.pop_back();
+            first = own.last;
+        }
+        m_scope.range = outer;
+    }
+
+    void emitOneGroup(const Group& group, std::size_t level, RowRange rows)
+    {
+        const std::size_t start = m_flow.strips.size();
+        const std::size_t kept = m_flow.kept.size();
+        if (group.keepTogether)
+            m_flow.kept.push_back({start, start});
+        m_scope.row = rows.first;
+        m_scope.range = rows;
+        if (!group.outline.isEmpty())
+            m_flow.outline.push_back({start, int(level), displayText(group.outline.evaluate(m_scope))});
+        std::size_t heading = NoHeading;
+        if (group.repeatHeader)
+            heading = beginHeading(group.header);
+        else
+            append(group.header, true);
+        emitGroup(level + 1, rows);
+        endHeading(heading);
+        m_scope.row = rows.last - 1;
+        m_scope.range = rows;
+        keepWithPrevious(group.footer);
+        append(group.footer, false);
+        if (group.newPage && rows.first != m_rows.first && start < m_flow.strips.size())
+            m_flow.strips[start].breakBefore = true;
+        if (group.keepTogether)
+            m_flow.kept[kept].last = m_flow.strips.size();
+    }
+
+    void emitDetails(RowRange rows)
+    {
+        for (std::size_t row = rows.first; row < rows.last; ++row) {
+            m_scope.row = row;
+            append(m_definition.detail, false);
+            if (++m_done % RowsBetweenProgress != 0 || m_done == m_rows.size())
+                continue;
+            if (m_soFar && m_soFar(flowSoFar()))
+                m_soFar = {};
+            if (m_progress && !m_progress(int(m_done), int(m_rows.size())))
+                throw Cancelled();
+        }
+    }
+
+    [[nodiscard]] Flow flowSoFar() const
+    {
+        Flow part = m_flow;
+        for (KeptTogether& kept : part.kept)
+            if (kept.last == kept.first)
+                kept.last = part.strips.size();
+        for (Flow::Heading& heading : part.headings)
+            if (heading.last == 0)
+                heading.last = part.strips.size();
+        return part;
+    }
+
+    const BoundReport& m_report;
+    const Definition& m_definition;
+    const RunFacts& m_facts;
+    Typesetter& m_typesetter;
+    double m_textWidth;
+    double m_heightLimit;
+    Flow& m_flow;
+    double m_left;
+    const Progress& m_progress;
+    FlowSoFar m_soFar;
+    BandLayout m_bands;
+    RowScope m_scope;
+    RowRange m_rows;
+    std::size_t m_done = 0;
+};
+
+} // namespace
+
+std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
+                           double heightLimit, const Progress& progress, const FlowSoFar& soFar)
+{
+    Flow flow;
+    try {
+        ReportLayout(report, facts, typesetter, textWidth, heightLimit, flow, 0, progress, soFar)
+            .run({0, report.rows.rows.size()});
+    } catch (const Cancelled&) {
+        return std::nullopt;
+    }
+    return flow;
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "reporting/Document.h"
+#include "reporting/Pagination.h"
+#include "reporting/ReportData.h"
+#include "reporting/Typesetter.h"
+
+namespace orlo::reports
+{
+
+/// A strip of the report across the page: its items are placed from its own top left corner.
+struct Strip {
+    double height = 0;
+    bool keepWithNext = false;
+    bool breakBefore = false;
+    std::size_t row = 0; ///< the row that it was made for
+    std::vector<Item> items;
+};
+
+/// The whole report as one long band, before it is cut into pages.
+struct Flow {
+    struct Heading {
+        std::size_t first = 0;
+        std::size_t last = 0;
+        std::vector<Strip> strips;
+    };
+    struct OutlineMark {
+        std::size_t strip = 0;
+        int level = 0;
+        QString text;
+    };
+    std::vector<Strip> strips;
+    std::vector<KeptTogether> kept;
+    std::vector<Heading> headings;
+    std::vector<OutlineMark> outline;
+};
+
+/// Lays bands out as strips.
+class BandLayout
+{
+public:
+    /// Strips are as wide as the text area; a row higher than the limit is cut into several. Lengths are points.
+    BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit);
+
+    /// The band's strips for the scope's row, all but the last kept with the next. Subreports are left out.
+    [[nodiscard]] std::vector<Strip> strips(const Band& band, const RowScope& scope, double left) const;
+    /// Appends the strips of one row of a band.
+    void layOutRow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const;
+
+private:
+    struct Cell {
+        const Element* element;
+        QStringList lines;
+        double left;
+        double width;
+        int font;
+        qsizetype done = 0; ///< lines placed so far
+    };
+    void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
+    void addText(const Cell& cell, qsizetype count, double y, Strip& strip) const;
+
+    Typesetter& m_typesetter;
+    std::vector<int> m_fonts;     // by style
+    std::vector<QColor> m_colors; // by style
+    double m_textWidth;
+    double m_heightLimit;
+};
+
+/// Shown the part of a flow that is laid out so far, its open groups ending with it; true once that was enough.
+using FlowSoFar = std::function<bool(Flow&& part)>;
+
+/// Lays out a report with its groups and subreports. Nothing if progress cancelled it.
+[[nodiscard]] std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter,
+                                         double textWidth, double heightLimit, const Progress& progress,
+                                         const FlowSoFar& soFar = {});
+
+} // namespace orlo::reports

@@ -1,0 +1,147 @@
+#include "reporting/Paint.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+/// Draws a page's items in typesetting units. Each change of pen is written into a PDF file, so lines and outlines are
+/// gathered by pen, and the texts come last, above everything.
+class PageDrawing
+{
+public:
+    PageDrawing(QPainter& painter, const std::vector<PagePainter::Face>& faces) : m_painter(painter), m_faces(faces) {}
+
+    void draw(const Page& page)
+    {
+        m_texts.reserve(page.items.size());
+        for (const Item& item : page.items)
+            std::visit(*this, item);
+        drawStrokes();
+        for (const TextItem* text : m_texts)
+            drawText(*text);
+    }
+
+    void operator()(const TextItem& item) { m_texts.push_back(&item); }
+
+    void operator()(const LineItem& item)
+    {
+        strokes(item.color, item.width).lines.append({item.from * UnitsPerPoint, item.to * UnitsPerPoint});
+    }
+
+    void operator()(const BoxItem& item)
+    {
+        const QRectF box(item.box.topLeft() * UnitsPerPoint, item.box.size() * UnitsPerPoint);
+        if (item.fill.alpha() > 0) {
+            drawStrokes(); // it covers those before it and no others
+            m_painter.fillRect(box, item.fill);
+        }
+        if (item.width > 0)
+            strokes(item.color, item.width).boxes.append(box);
+    }
+
+private:
+    struct Strokes {
+        QColor color;
+        double width;
+        QList<QLineF> lines;
+        QList<QRectF> boxes;
+    };
+
+    Strokes& strokes(const QColor& color, double width)
+    {
+        const auto known = std::find_if(m_strokes.begin(), m_strokes.end(),
+                                        [&](const Strokes& one) { return one.width == width && one.color == color; });
+        return known != m_strokes.end() ? *known : m_strokes.emplace_back(Strokes{color, width, {}, {}});
+    }
+
+    void drawStrokes()
+    {
+        for (const Strokes& one : m_strokes) {
+            m_painter.setPen(QPen(one.color, one.width * UnitsPerPoint, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+            m_painter.drawLines(one.lines);
+            m_painter.drawRects(one.boxes);
+        }
+        m_strokes.clear();
+    }
+
+    void drawText(const TextItem& item)
+    {
+        const PagePainter::Face& face = m_faces[std::size_t(item.font)];
+        const QFont& font = needsShaping(item.text) ? face.shaped : face.font;
+        if (m_font != &font)
+            m_painter.setFont(font);
+        m_font = &font;
+        if (!m_color.isValid() || m_color != item.color)
+            m_painter.setPen(item.color);
+        m_color = item.color;
+        QPointF start(item.box.left() * UnitsPerPoint, item.box.top() * UnitsPerPoint + face.ascent);
+        if (!item.text.contains(u'\n')) {
+            m_painter.drawText(start, item.text);
+            return;
+        }
+        for (const QString& line : item.text.split(u'\n')) {
+            m_painter.drawText(start, line);
+            start.ry() += face.height;
+        }
+    }
+
+    QPainter& m_painter;
+    const std::vector<PagePainter::Face>& m_faces;
+    std::vector<Strokes> m_strokes; // since the last fill
+    std::vector<const TextItem*> m_texts;
+    const QFont* m_font = nullptr;
+    QColor m_color;
+};
+
+} // namespace
+
+bool needsShaping(QStringView text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c >= EndOfPlainLetters; });
+}
+
+QFont typesetFont(const QFont& font, bool shaped)
+{
+    QFont typeset(font);
+    typeset.setPixelSize(int(std::lround(font.pointSizeF() * UnitsPerPoint)));
+    typeset.setHintingPreference(QFont::PreferNoHinting);
+    typeset.setKerning(false);
+    typeset.setStyleStrategy(shaped ? QFont::PreferAntialias
+                                    : QFont::StyleStrategy(QFont::PreferNoShaping | QFont::PreferAntialias));
+    return typeset;
+}
+
+PagePainter::PagePainter(const Document& document) : m_document(document)
+{
+    for (const QFont& font : document.fonts) {
+        const QFont typeset = typesetFont(font);
+        const QFontMetricsF metrics(typeset);
+        m_faces.push_back({typeset, typesetFont(font, true), metrics.ascent(), metrics.height()});
+    }
+}
+
+void PagePainter::paint(QPainter& painter, int page) const
+{
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its letters run
+    painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);
+    PageDrawing(painter, m_faces).draw(m_document.pages[std::size_t(page)]);
+    painter.restore();
+}
+
+void paintPage(QPainter& painter, const Document& document, int page)
+{
+    PagePainter(document).paint(painter, page);
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "reporting/Document.h"
+
+class QPainter;
+
+namespace orlo::reports
+{
+
+/// Draws the pages of a document, which must outlive it, with fonts that are looked up once for all of them.
+class PagePainter
+{
+public:
+    explicit PagePainter(const Document& document);
+
+    /// Draws one page, counted from 0, with its top left corner at the painter's origin; one unit of the painter is one
+    /// point (1/72 inch), so the caller scales it to its device. The paper itself is not painted.
+    void paint(QPainter& painter, int page) const;
+
+    /// A font as it is drawn: its measures are typesetting units.
+    struct Face {
+        QFont font;
+        QFont shaped; ///< for texts that need it
+        double ascent;
+        double height;
+    };
+
+private:
+    const Document& m_document;
+    std::vector<Face> m_faces;
+};
+
+/// Draws a single page in the same way.
+void paintPage(QPainter& painter, const Document& document, int page);
+
+/// Latin letters end here: below this code, letters stand side by side as they are.
+inline constexpr char16_t EndOfPlainLetters = 0x250;
+/// True for a text whose letters may join, combine or run from right to left.
+[[nodiscard]] bool needsShaping(QStringView text);
+
+/// The font that a text of the document's font is measured and drawn with: in units of 1/20 point, unhinted, so that
+/// every device breaks and places it alike. Most texts need no shaping, and are drawn in half the time without.
+[[nodiscard]] QFont typesetFont(const QFont& font, bool shaped = false);
+inline constexpr double UnitsPerPoint = 20;
+
+} // namespace orlo::reports

@@ -1,0 +1,236 @@
+#include "reporting/Renderer.h"
+
+#include "platform/Conversion.h"
+#include "reporting/Layout.h"
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+/// A row higher than this share of a page's body is cut, so that a long note fills pages instead of leaping.
+constexpr double LargestShareOfRow = 0.34;
+constexpr double LeastBody = 72; ///< points that page header and footer must leave
+constexpr int WidestPageNumber = 88'888;
+/// A group that begins on the first page and isn't over on the third is too long to be kept together.
+constexpr std::size_t PagesThatSettleTheFirst = 4;
+
+double heightOf(const std::vector<Strip>& strips)
+{
+    double height = 0;
+    for (const Strip& strip : strips)
+        height += strip.height;
+    return height;
+}
+
+void moveItem(Item& item, QPointF by)
+{
+    std::visit(
+        [&](auto& one) {
+            if constexpr (std::is_same_v<std::decay_t<decltype(one)>, LineItem>) {
+                one.from += by;
+                one.to += by;
+            } else {
+                one.box.translate(by);
+            }
+        },
+        item);
+}
+
+/// Puts the pages together from the flow and the page header and footer.
+class PageMaker
+{
+public:
+    PageMaker(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter)
+        : m_definition(report.definition),
+          m_area(QRectF(QPointF(), m_definition.paper).marginsRemoved(m_definition.margins)),
+          m_bands(m_definition, typesetter, m_area.width(), m_area.height()), m_scope(m_definition, report.rows, facts)
+    {
+        m_scope.pageNumber = WidestPageNumber;
+        m_scope.pageCount = WidestPageNumber;
+        m_headerHeight = heightOf(m_bands.strips(m_definition.pageHeader, m_scope, 0));
+        m_footerHeight = heightOf(m_bands.strips(m_definition.pageFooter, m_scope, 0));
+        if (bodyHeight() < LeastBody || m_area.width() < LeastBody)
+            throw ReportError(platform::SyntaxError,
+                              QStringLiteral("Margins, page header and page footer leave no room on the page."));
+    }
+
+    [[nodiscard]] double textWidth() const { return m_area.width(); }
+    [[nodiscard]] double bodyHeight() const { return m_area.height() - m_headerHeight - m_footerHeight; }
+
+    void make(Flow& flow, const RunRequest& request, Document& document)
+    {
+        const std::vector<PageContent> contents = cut(flow);
+        const int first = std::max(request.firstPage, 1);
+        const int count = int(contents.size());
+        const int last = request.lastPage > 0 ? std::min(request.lastPage, count) : count;
+        m_scope.pageCount = count;
+        for (int number = first; number <= last; ++number)
+            document.pages.push_back(page(flow, contents[std::size_t(number - 1)], number));
+        addOutline(flow, contents, first, last, document);
+    }
+
+    /// The first page out of the beginning of a flow; false as long as what follows could change it.
+    bool makeFirst(Flow& flow, Document& document)
+    {
+        const std::vector<PageContent> contents = cut(flow);
+        if (contents.size() < PagesThatSettleTheFirst)
+            return false;
+        m_scope.pageCount = 0;
+        document.pages.push_back(page(flow, contents.front(), 1));
+        addOutline(flow, contents, 1, 1, document);
+        return true;
+    }
+
+private:
+    [[nodiscard]] std::vector<PageContent> cut(const Flow& flow) const
+    {
+        std::vector<StripSize> sizes;
+        sizes.reserve(flow.strips.size());
+        for (const Strip& strip : flow.strips)
+            sizes.push_back({strip.height, strip.keepWithNext, strip.breakBefore});
+        std::vector<RepeatedHeading> headings;
+        for (const Flow::Heading& heading : flow.headings)
+            headings.push_back({heading.first, heading.last, heightOf(heading.strips)});
+        return paginate(sizes, flow.kept, headings, bodyHeight());
+    }
+
+    Page page(Flow& flow, const PageContent& content, int number)
+    {
+        Page page;
+        m_scope.pageNumber = number;
+        m_scope.row = content.strips.empty() ? 0 : flow.strips[content.strips.front().strip].row;
+        copyStrips(m_bands.strips(m_definition.pageHeader, m_scope, 0), m_area.top(), page);
+        double y = m_area.top() + m_headerHeight;
+        for (const std::size_t heading : content.headings) {
+            copyStrips(flow.headings[heading].strips, y, page);
+            y += heightOf(flow.headings[heading].strips);
+        }
+        std::size_t count = page.items.size();
+        for (const PlacedStrip& placed : content.strips)
+            count += flow.strips[placed.strip].items.size();
+        page.items.reserve(count);
+        for (const PlacedStrip& placed : content.strips)
+            for (Item& item : flow.strips[placed.strip].items) {
+                moveItem(item, {m_area.left(), m_area.top() + m_headerHeight + placed.y});
+                page.items.push_back(std::move(item));
+            }
+        copyStrips(m_bands.strips(m_definition.pageFooter, m_scope, 0), m_area.bottom() - m_footerHeight, page);
+        return page;
+    }
+
+    void copyStrips(const std::vector<Strip>& strips, double y, Page& page) const
+    {
+        for (const Strip& strip : strips) {
+            for (Item item : strip.items) {
+                moveItem(item, {m_area.left(), y});
+                page.items.push_back(std::move(item));
+            }
+            y += strip.height;
+        }
+    }
+
+    static void addOutline(const Flow& flow, const std::vector<PageContent>& contents, int first, int last,
+                           Document& document)
+    {
+        std::vector<int> pageOf(flow.strips.size(), 0);
+        for (std::size_t i = 0; i < contents.size(); ++i)
+            for (const PlacedStrip& placed : contents[i].strips)
+                pageOf[placed.strip] = int(i) + 1;
+        for (const Flow::OutlineMark& mark : flow.outline)
+            if (mark.strip < pageOf.size() && pageOf[mark.strip] >= first && pageOf[mark.strip] <= last)
+                document.outline.push_back({mark.text, mark.level, pageOf[mark.strip] - first});
+    }
+
+    const Definition& m_definition;
+    QRectF m_area;
+    BandLayout m_bands;
+    RowScope m_scope;
+    double m_headerHeight = 0;
+    double m_footerHeight = 0;
+};
+
+void fillExport(const BoundReport& report, const RunFacts& facts, Document& document)
+{
+    const std::vector<ExportColumn>& exports = report.definition.exports;
+    if (exports.empty())
+        document.columns = report.rows.columns;
+    for (const ExportColumn& column : exports)
+        document.columns << column.heading;
+    RowScope scope(report.definition, report.rows, facts);
+    document.rows.reserve(report.rows.rows.size());
+    for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row) {
+        QStringList& line = document.rows.emplace_back();
+        line.reserve(document.columns.size());
+        if (exports.empty())
+            for (const Value& value : report.rows.rows[scope.row])
+                line << displayText(value);
+        for (const ExportColumn& column : exports)
+            line << displayText(column.formula.evaluate(scope));
+    }
+}
+
+std::optional<Document> renderRead(const Definition& definition, const RunRequest& request,
+                                   const DatabaseProvider& databaseOf, const Progress& progress,
+                                   const FirstPage& firstPage)
+{
+    const RunFacts facts{request.reportTitle.trimmed(), platform::today(), QTime::currentTime()};
+    const auto report = loadReport(definition, request, databaseOf, facts, progress);
+    if (!report)
+        return std::nullopt;
+    Document document;
+    document.title = QString(report->definition.title + u' ' + facts.reportTitle).trimmed();
+    document.paper = report->definition.paper;
+
+    Typesetter typesetter;
+    PageMaker pages(*report, facts, typesetter);
+    FlowSoFar soFar;
+    if (firstPage && request.firstPage <= 1)
+        soFar = [&](Flow&& part) {
+            Document first = document;
+            try {
+                if (!pages.makeFirst(part, first))
+                    return false;
+            } catch (const ReportError&) { // a page that computes with the number of pages waits for it
+                return true;
+            }
+            first.fonts = typesetter.fonts();
+            first.complete = false;
+            firstPage(std::move(first));
+            return true;
+        };
+    auto flow =
+        layOut(*report, facts, typesetter, pages.textWidth(), pages.bodyHeight() * LargestShareOfRow, progress, soFar);
+    if (!flow)
+        return std::nullopt;
+    pages.make(*flow, request, document);
+    document.fonts = typesetter.fonts();
+    fillExport(*report, facts, document);
+    return document;
+}
+
+} // namespace
+
+std::optional<Document> render(const Definition& definition, const RunRequest& request,
+                               const DatabaseProvider& databaseOf, const Progress& progress, const FirstPage& firstPage)
+{
+    try {
+        return renderRead(definition, request, databaseOf, progress, firstPage);
+    } catch (const ReportError& error) {
+        if (request.reportFile.isEmpty())
+            throw;
+        const qsizetype folder = std::max(request.reportFile.lastIndexOf(u'\\'), request.reportFile.lastIndexOf(u'/'));
+        throw error.inFile(request.reportFile.mid(folder + 1));
+    }
+}
+
+std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf, const Progress& progress,
+                               const FirstPage& firstPage)
+{
+    return render(readDefinitionFile(request.reportFile), request, databaseOf, progress, firstPage);
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "reporting/Document.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+
+namespace orlo::store
+{
+class Database;
+}
+
+namespace orlo::reports
+{
+
+struct Definition;
+
+/// The database file that each table slot reads; an empty path is a cleared slot.
+using Slots = std::map<int, QString>;
+
+/// What one run of a report is told.
+struct RunRequest {
+    QString reportFile;                  ///< path, resolved as the file system object does
+    Slots databases;                     ///< the main report's slots
+    std::map<QString, Slots> subreports; ///< slots by subreport name; a subreport not named here reads the main ones
+    QString selectionFormula;            ///< empty for all records
+    QString reportTitle;                 ///< the words for what was selected
+    int firstPage = 1;                   ///< the pages kept in the document; numbering stays that of the whole
+    int lastPage = 0;                    ///< 0 for no upper limit
+};
+
+/// Yields the open database of a path; what it raises fails the run.
+using DatabaseProvider = std::function<store::Database&(const QString& path)>;
+
+/// Told the rows laid out so far and all of them; false cancels the run.
+using Progress = std::function<bool(int done, int total)>;
+
+/// Given the first page of a long report as soon as it is settled, before the rest is laid out: a document that isn't
+/// complete. Not called for a report that is done at once, or one that leaves out its first page.
+using FirstPage = std::function<void(Document&&)>;
+
+/// Runs a report file to finished pages; nothing if it was cancelled. Raises ReportError, or what the store raises.
+[[nodiscard]] std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf,
+                                             const Progress& progress = {}, const FirstPage& firstPage = {});
+/// The same for a definition that was read already; the request's file only serves messages.
+[[nodiscard]] std::optional<Document> render(const Definition& definition, const RunRequest& request,
+                                             const DatabaseProvider& databaseOf, const Progress& progress = {},
+                                             const FirstPage& firstPage = {});
+
+} // namespace orlo::reports

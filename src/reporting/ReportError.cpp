@@ -1,0 +1,33 @@
+#include "reporting/ReportError.h"
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+QString told(const QString& message, Place place, const QString& file)
+{
+    QString where = file;
+    if (place.line > 0)
+        where += QStringLiteral("%1line %2, column %3")
+                     .arg(where.isEmpty() ? QString() : QStringLiteral(", "))
+                     .arg(place.line)
+                     .arg(place.column);
+    return where.isEmpty() ? message : QStringLiteral("%1 (%2)").arg(message, where);
+}
+
+} // namespace
+
+ReportError::ReportError(int number, QString message, Place place, QString file)
+    : RuntimeError(number, QStringLiteral("Report engine"), told(message, place, file)), m_message(std::move(message)),
+      m_file(std::move(file)), m_place(place)
+{
+}
+
+ReportError ReportError::inFile(const QString& file) const
+{
+    return m_file.isEmpty() ? ReportError(number(), m_message, m_place, file) : *this;
+}
+
+} // namespace orlo::reports

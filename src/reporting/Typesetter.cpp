@@ -1,0 +1,162 @@
+#include "reporting/Typesetter.h"
+
+#include <QFontDatabase>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+/// Widths are sums of rounded advances: a text that fits by less than this has not been broken for nothing.
+constexpr double Tolerance = 0.01;
+
+/// The first installed family of a generic name, so that a page looks alike on machines with the same fonts.
+QString installedFamily(const QString& name)
+{
+    static const std::map<QString, QStringList> generic{
+        {QStringLiteral("sans"),
+         {QStringLiteral("Liberation Sans"), QStringLiteral("Arial"), QStringLiteral("Helvetica"),
+          QStringLiteral("DejaVu Sans")}},
+        {QStringLiteral("serif"),
+         {QStringLiteral("Liberation Serif"), QStringLiteral("Times New Roman"), QStringLiteral("Times"),
+          QStringLiteral("DejaVu Serif")}},
+        {QStringLiteral("mono"),
+         {QStringLiteral("Liberation Mono"), QStringLiteral("Courier New"), QStringLiteral("Courier"),
+          QStringLiteral("DejaVu Sans Mono")}},
+    };
+    const auto choices = generic.find(name);
+    if (choices == generic.end())
+        return name;
+    for (const QString& family : choices->second)
+        if (QFontDatabase::hasFamily(family))
+            return family;
+    return choices->second.back();
+}
+
+/// A mail or web address reads best if it breaks behind one of its signs.
+qsizetype endAtSeparator(QStringView line, qsizetype start, qsizetype end)
+{
+    for (qsizetype i = end; i > start + 1 && end < line.size(); --i)
+        if (QStringView(u"@/._").contains(line[i - 1]))
+            return i;
+    return end;
+}
+
+QString printable(QString text)
+{
+    for (QChar& c : text)
+        if (c != u'\n' && (c.category() == QChar::Other_Control || c == QChar::Nbsp))
+            c = u' ';
+    return text;
+}
+
+} // namespace
+
+int Typesetter::font(const Style& style)
+{
+    static std::map<QString, QString> families;
+    QString& family = families[style.family];
+    if (family.isEmpty())
+        family = installedFamily(style.family);
+    QFont font(family);
+    font.setStyleHint(QFont::SansSerif);
+    font.setPointSizeF(style.size);
+    font.setBold(style.bold);
+    font.setItalic(style.italic);
+    const auto known = std::find(m_fonts.begin(), m_fonts.end(), font);
+    if (known != m_fonts.end())
+        return int(known - m_fonts.begin());
+
+    m_fonts.push_back(font);
+    const QFontMetricsF metrics(typesetFont(font, true));
+    Face face{metrics, metrics.ascent() / UnitsPerPoint, 0, {}};
+    face.lineHeight = std::max(metrics.height() / UnitsPerPoint, 1.0);
+    for (std::size_t code = 0; code < face.advances.size(); ++code)
+        face.advances[code] = metrics.horizontalAdvance(QChar(char16_t(code))) / UnitsPerPoint;
+    m_faces.push_back(face);
+    return int(m_fonts.size()) - 1;
+}
+
+double Typesetter::width(int font, QStringView text) const
+{
+    const Face& face = m_faces[std::size_t(font)];
+    double width = 0;
+    for (const QChar c : text) {
+        if (c.unicode() >= face.advances.size())
+            return face.metrics.horizontalAdvance(text.toString()) / UnitsPerPoint;
+        width += face.advances[c.unicode()];
+    }
+    return width;
+}
+
+bool Typesetter::fitsAsItIs(int font, QStringView text, double width) const
+{
+    const Face& face = m_faces[std::size_t(font)];
+    if (text.front() == u' ' || text.back() == u' ')
+        return false;
+    for (const QChar c : text) {
+        const char16_t code = c.unicode();
+        if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code >= face.advances.size())
+            return false;
+        width -= face.advances[code];
+    }
+    return width >= -Tolerance;
+}
+
+QStringList Typesetter::broken(int font, const QString& text, double width) const
+{
+    if (text.isEmpty())
+        return {};
+    if (fitsAsItIs(font, text, width))
+        return {text};
+    QStringList lines;
+    const QString clean = printable(text);
+    for (const QStringView paragraph : QStringView(clean).split(u'\n')) {
+        const QStringView line = paragraph.trimmed();
+        if (this->width(font, line) <= width + Tolerance)
+            lines << line.toString();
+        else
+            breakLine(font, line, width, lines);
+    }
+    while (!lines.isEmpty() && lines.back().isEmpty())
+        lines.removeLast();
+    return lines;
+}
+
+void Typesetter::breakLine(int font, QStringView line, double width, QStringList& lines) const
+{
+    const QString text = line.toString();
+    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
+    const auto fits = [&](qsizetype from, qsizetype to) {
+        QStringView piece = line.mid(from, to - from);
+        while (piece.endsWith(u' '))
+            piece.chop(1);
+        return this->width(font, piece) <= width + Tolerance;
+    };
+    qsizetype start = 0;
+    while (start < line.size()) {
+        qsizetype end = start;
+        breaks.setPosition(start);
+        for (qsizetype next = breaks.toNextBoundary(); next > 0 && fits(start, next); next = breaks.toNextBoundary())
+            end = next;
+        if (end == start) { // no word fits: as many characters as do, one at least
+            graphemes.setPosition(start);
+            end = graphemes.toNextBoundary();
+            for (qsizetype next = graphemes.toNextBoundary(); next > 0 && fits(start, next);
+                 next = graphemes.toNextBoundary())
+                end = next;
+            end = endAtSeparator(line, start, end);
+        }
+        if (end <= start)
+            end = line.size();
+        lines << line.mid(start, end - start).trimmed().toString();
+        start = end;
+    }
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "reporting/Definition.h"
+#include "reporting/Paint.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+
+#include <array>
+
+namespace orlo::reports
+{
+
+/// Measures and breaks texts, in points, with the unhinted fonts that every device draws them with.
+class Typesetter
+{
+public:
+    /// The font of a style: its place in fonts(); styles that look alike share one.
+    [[nodiscard]] int font(const Style& style);
+    [[nodiscard]] const std::vector<QFont>& fonts() const { return m_fonts; }
+
+    [[nodiscard]] double ascent(int font) const { return m_faces[std::size_t(font)].ascent; }
+    [[nodiscard]] double lineHeight(int font) const { return m_faces[std::size_t(font)].lineHeight; }
+    [[nodiscard]] double width(int font, QStringView text) const;
+    /// Breaks a text into lines no wider than the width, at blanks where it can, inside a word where it must; nothing
+    /// of it is lost but the blanks at the breaks.
+    [[nodiscard]] QStringList broken(int font, const QString& text, double width) const;
+
+private:
+    struct Face {
+        QFontMetricsF metrics; // of texts that need shaping
+        double ascent;
+        double lineHeight;
+        std::array<double, EndOfPlainLetters> advances; // by code
+    };
+    /// True for a line of plain letters that fits: most texts of a report, and all that this asks is a sum.
+    [[nodiscard]] bool fitsAsItIs(int font, QStringView text, double width) const;
+    void breakLine(int font, QStringView line, double width, QStringList& lines) const;
+
+    std::vector<QFont> m_fonts;
+    std::vector<Face> m_faces;
+};
+
+} // namespace orlo::reports

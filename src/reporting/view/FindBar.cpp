@@ -1,0 +1,130 @@
+#include "reporting/view/FindBar.h"
+
+#include "reporting/view/PageView.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+QToolButton* buttonFor(QAction* action, const QString& name)
+{
+    auto* button = new QToolButton;
+    button->setDefaultAction(action);
+    button->setObjectName(name);
+    button->setAutoRaise(true);
+    button->setAccessibleName(action->toolTip());
+    return button;
+}
+
+} // namespace
+
+FindBar::FindBar(std::shared_ptr<const Document> document, PageView& view, QAction* previous, QAction* next)
+    : m_document(std::move(document)), m_view(view), m_text(new QLineEdit), m_state(new QLabel)
+{
+    setObjectName(QStringLiteral("findBar"));
+    auto* label = new QLabel(tr("Fin&d:"));
+    label->setBuddy(m_text);
+    m_text->setObjectName(QStringLiteral("txtFind"));
+    m_text->setAccessibleName(tr("Find text"));
+    m_text->setClearButtonEnabled(true);
+    m_text->setMinimumWidth(fontMetrics().averageCharWidth() * 32);
+    m_text->setMaximumWidth(fontMetrics().averageCharWidth() * 60);
+    m_text->installEventFilter(this);
+    m_state->setObjectName(QStringLiteral("lblFindState"));
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(8, 4, 8, 4);
+    row->addWidget(label);
+    row->addWidget(m_text, 1);
+    row->addWidget(buttonFor(previous, QStringLiteral("cmdFindPrevious")));
+    row->addWidget(buttonFor(next, QStringLiteral("cmdFindNext")));
+    row->addWidget(m_state);
+    row->addStretch(1);
+
+    connect(m_text, &QLineEdit::textChanged, this, &FindBar::search);
+    hide();
+}
+
+void FindBar::setDocument(std::shared_ptr<const Document> document)
+{
+    m_document = std::move(document);
+    if (isVisible())
+        search(m_text->text());
+}
+
+void FindBar::open()
+{
+    show();
+    m_text->setFocus(Qt::ShortcutFocusReason);
+    m_text->selectAll();
+    if (m_hits.empty())
+        search(m_text->text());
+    else
+        showCurrent();
+}
+
+void FindBar::dismiss()
+{
+    hide();
+    m_view.setHits({}, -1);
+    m_view.setFocus();
+}
+
+void FindBar::step(int direction)
+{
+    if (!isVisible()) {
+        open();
+        return;
+    }
+    const int count = static_cast<int>(m_hits.size());
+    if (count == 0)
+        return;
+    m_current = (m_current + direction + count) % count;
+    showCurrent();
+}
+
+bool FindBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_text && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            step(key->modifiers() & Qt::ShiftModifier ? -1 : 1);
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// Begins at the page in view, as one who searches means what lies ahead.
+void FindBar::search(const QString& text)
+{
+    m_hits = findText(*m_document, text);
+    const int page = m_view.currentPage();
+    const auto ahead = std::find_if(m_hits.begin(), m_hits.end(), [page](const Hit& hit) { return hit.page >= page; });
+    m_current = m_hits.empty() ? -1 : ahead == m_hits.end() ? 0 : static_cast<int>(ahead - m_hits.begin());
+    showCurrent();
+}
+
+void FindBar::showCurrent()
+{
+    m_view.setHits(m_hits, m_current);
+    if (m_text->text().isEmpty())
+        m_state->clear();
+    else if (m_hits.empty())
+        m_state->setText(tr("Not found"));
+    else
+        m_state->setText(tr("%1 of %2").arg(m_current + 1).arg(m_hits.size()));
+}
+
+} // namespace orlo::reports

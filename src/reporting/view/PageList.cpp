@@ -1,0 +1,154 @@
+#include "reporting/view/PageList.h"
+
+#include "reporting/view/PageView.h"
+
+#include <QAbstractListModel>
+#include <QListView>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+#include <QTreeWidget>
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr int ThumbnailWidth = 96;
+constexpr int ThumbnailMargin = 8;
+constexpr int PageRole = Qt::UserRole;
+
+class PageModel : public QAbstractListModel
+{
+public:
+    PageModel(int count, QObject* parent) : QAbstractListModel(parent), m_count(count) {}
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : m_count; }
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (role == Qt::DisplayRole)
+            return index.row() + 1;
+        if (role == Qt::AccessibleTextRole)
+            return PageList::tr("Page %1").arg(index.row() + 1);
+        return {};
+    }
+
+private:
+    int m_count;
+};
+
+class ThumbnailDelegate : public QStyledItemDelegate
+{
+public:
+    ThumbnailDelegate(std::shared_ptr<const Document> document, QObject* parent)
+        : QStyledItemDelegate(parent), m_document(std::move(document))
+    {
+    }
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override
+    {
+        return {ThumbnailWidth + 2 * ThumbnailMargin,
+                sheetSize().height() + option.fontMetrics.height() + 3 * ThumbnailMargin};
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const QPalette& palette = option.palette;
+        const bool selected = option.state & QStyle::State_Selected;
+        if (selected)
+            painter->fillRect(option.rect, palette.highlight());
+        const QSize size = sheetSize();
+        const QRect sheet(option.rect.center().x() - size.width() / 2, option.rect.top() + ThumbnailMargin,
+                          size.width(), size.height());
+        paintSheet(*painter, sheet, *m_document, index.row());
+        painter->setPen(palette.color(QPalette::Mid));
+        painter->drawRect(sheet.adjusted(0, 0, -1, -1));
+        painter->setPen(palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
+        const QRect line(option.rect.left(), sheet.bottom() + ThumbnailMargin / 2, option.rect.width(),
+                         option.fontMetrics.height());
+        painter->drawText(line, Qt::AlignCenter, index.data().toString());
+    }
+
+private:
+    [[nodiscard]] QSize sheetSize() const
+    {
+        const QSizeF paper = m_document->paper;
+        return {ThumbnailWidth, qRound(ThumbnailWidth * paper.height() / paper.width())};
+    }
+
+    std::shared_ptr<const Document> m_document;
+};
+
+} // namespace
+
+PageList::PageList(std::shared_ptr<const Document> document, QWidget* parent)
+    : QTabWidget(parent), m_document(std::move(document))
+{
+    setObjectName(QStringLiteral("tabPageList"));
+    setAccessibleName(tr("Page list"));
+    setDocumentMode(true);
+    addPages();
+    if (!m_document->outline.empty())
+        addOutline();
+    setTabBarAutoHide(true);
+    setUsesScrollButtons(false);
+}
+
+void PageList::setCurrentPage(int page)
+{
+    const QScopedValueRollback<bool> follow(m_following, true);
+    m_pages->setCurrentIndex(m_pages->model()->index(page, 0));
+}
+
+void PageList::addPages()
+{
+    m_pages = new QListView;
+    m_pages->setObjectName(QStringLiteral("lstPages"));
+    m_pages->setAccessibleName(tr("Pages"));
+    m_pages->setFrameShape(QFrame::NoFrame);
+    m_pages->setUniformItemSizes(true);
+    m_pages->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_pages->setModel(new PageModel(static_cast<int>(m_document->pages.size()), m_pages));
+    m_pages->setItemDelegate(new ThumbnailDelegate(m_document, m_pages));
+    m_pages->setCurrentIndex(m_pages->model()->index(0, 0));
+    const auto pick = [this](const QModelIndex& index) {
+        if (!m_following)
+            Q_EMIT pagePicked(index.row());
+    };
+    connect(m_pages, &QListView::clicked, this, pick);
+    connect(m_pages->selectionModel(), &QItemSelectionModel::currentChanged, this, pick);
+    addTab(m_pages, tr("Pages"));
+}
+
+void PageList::addOutline()
+{
+    m_outline = new QTreeWidget;
+    m_outline->setObjectName(QStringLiteral("treOutline"));
+    m_outline->setAccessibleName(tr("Outline of the groups"));
+    m_outline->setFrameShape(QFrame::NoFrame);
+    m_outline->setHeaderHidden(true);
+    m_outline->setUniformRowHeights(true);
+    std::vector<QTreeWidgetItem*> ancestors{m_outline->invisibleRootItem()};
+    for (const OutlineEntry& entry : m_document->outline) {
+        const std::size_t depth = std::min(static_cast<std::size_t>(std::max(entry.level, 0)) + 1, ancestors.size());
+        ancestors.resize(depth);
+        auto* item = new QTreeWidgetItem(ancestors.back(), {entry.text});
+        item->setData(0, PageRole, entry.page);
+        ancestors.push_back(item);
+    }
+    m_outline->expandAll();
+    // A current entry from the start: the tree would take one with the focus, and the pages would jump there.
+    m_outline->setCurrentItem(m_outline->topLevelItem(0));
+    const auto pick = [this](const QTreeWidgetItem* item) {
+        if (item)
+            Q_EMIT pagePicked(item->data(0, PageRole).toInt());
+    };
+    connect(m_outline, &QTreeWidget::itemClicked, this, pick);
+    connect(m_outline, &QTreeWidget::currentItemChanged, this, pick);
+    addTab(m_outline, tr("Outline"));
+}
+
+} // namespace orlo::reports

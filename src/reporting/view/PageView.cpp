@@ -1,0 +1,354 @@
+#include "reporting/view/PageView.h"
+
+#include "reporting/Paint.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr double PointsPerInch = 72;
+constexpr double Gap = 16; // pixels around each page
+constexpr int ShadowDepth = 6;
+constexpr double ZoomStep = 1.1;
+constexpr int LineStep = 40;        // pixels that an arrow key scrolls
+constexpr double BlankEdge = 0.045; // of a page's height, at its foot
+
+const QColor FoundColor(255, 238, 140);
+const QColor CurrentFoundColor(255, 190, 90);
+
+void paintShadow(QPainter& painter, const QRectF& sheet)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 10));
+    for (int depth = ShadowDepth; depth > 0; --depth)
+        painter.drawRoundedRect(sheet.translated(0, 2).adjusted(-depth, -depth, depth, depth), depth, depth);
+}
+
+} // namespace
+
+void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document, int page)
+{
+    painter.save();
+    painter.fillRect(sheet, Qt::white);
+    painter.setClipRect(sheet, Qt::IntersectClip);
+    painter.translate(sheet.topLeft());
+    const double scale = sheet.width() / document.paper.width();
+    painter.scale(scale, scale);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    paintPage(painter, document, page);
+    painter.restore();
+}
+
+PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
+    : QAbstractScrollArea(parent), m_document(std::move(document))
+{
+    setObjectName(QStringLiteral("vwPages"));
+    setAccessibleName(tr("Report pages"));
+    setFocusPolicy(Qt::StrongFocus);
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setBackgroundRole(QPalette::Dark);
+    viewport()->setAutoFillBackground(true);
+    viewport()->setCursor(Qt::OpenHandCursor);
+    horizontalScrollBar()->setSingleStep(LineStep);
+    verticalScrollBar()->setSingleStep(LineStep);
+    describePage();
+}
+
+void PageView::setDocument(std::shared_ptr<const Document> document)
+{
+    m_document = std::move(document);
+    layOut();
+    viewport()->update();
+    describePage();
+}
+
+int PageView::pageCount() const
+{
+    return static_cast<int>(m_document->pages.size());
+}
+
+void PageView::goToPage(int page)
+{
+    page = std::clamp(page, 0, std::max(pageCount() - 1, 0));
+    {
+        const QScopedValueRollback<bool> keep(m_goingToPage, true);
+        verticalScrollBar()->setValue(static_cast<int>(std::lround(pageTop(page) - Gap)));
+    }
+    // Where several pages fit into the window, not each of them can be scrolled to its top.
+    setCurrentPage(page);
+}
+
+void PageView::setZoom(double zoom)
+{
+    m_fit = Fit::None;
+    // At the start of the document its top stays, elsewhere the middle of what is read.
+    const double y = verticalScrollBar()->value() == 0 ? Gap : viewport()->height() / 2.0;
+    rescale(zoom, QPointF(viewport()->width() / 2.0, y));
+}
+
+void PageView::setFit(Fit fit)
+{
+    m_fit = fit;
+    if (fit != Fit::None)
+        rescale(fittingZoom(), QPointF(viewport()->width() / 2.0, Gap));
+    Q_EMIT zoomChanged();
+}
+
+void PageView::setHits(std::vector<Hit> hits, int current)
+{
+    m_hits = std::move(hits);
+    m_currentHit = current;
+    if (current >= 0 && current < static_cast<int>(m_hits.size()))
+        showBox(m_hits[static_cast<std::size_t>(current)]);
+    viewport()->update();
+}
+
+QRectF PageView::pageBox(int page) const
+{
+    const QSizeF size = pageSize();
+    const double free = viewport()->width() - size.width();
+    const double left = free > 2 * Gap ? std::floor(free / 2) : Gap - horizontalScrollBar()->value();
+    return {QPointF(left, pageTop(page) - verticalScrollBar()->value()), size};
+}
+
+bool PageView::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        viewport()->update();
+    return QAbstractScrollArea::viewportEvent(event);
+}
+
+void PageView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    const int scrolled = verticalScrollBar()->value();
+    const int first = pageAt(event->rect().top() + scrolled - Gap);
+    const int last = std::min(pageAt(event->rect().bottom() + scrolled + Gap), pageCount() - 1);
+    for (int page = first; page <= last; ++page) {
+        const QRectF sheet = pageBox(page);
+        paintShadow(painter, sheet);
+        paintSheet(painter, sheet, *m_document, page);
+    }
+    const double scale = pageSize().width() / m_document->paper.width();
+    painter.setPen(Qt::NoPen);
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the letters stay black, as under a marker
+    const auto onFirst =
+        std::lower_bound(m_hits.begin(), m_hits.end(), first, [](const Hit& hit, int page) { return hit.page < page; });
+    for (auto hit = onFirst; hit != m_hits.end() && hit->page <= last; ++hit) {
+        const QPointF corner = pageBox(hit->page).topLeft() + hit->box.topLeft() * scale;
+        painter.setBrush(hit - m_hits.begin() == m_currentHit ? CurrentFoundColor : FoundColor);
+        painter.drawRoundedRect(QRectF(corner, hit->box.size() * scale).adjusted(-1, -1, 1, 1), 2, 2);
+    }
+}
+
+void PageView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    if (m_fit == Fit::None)
+        layOut();
+    else
+        rescale(fittingZoom(), QPointF(viewport()->width() / 2.0, Gap));
+    noteCurrentPage();
+}
+
+void PageView::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Home:
+        goToPage(0);
+        break;
+    case Qt::Key_End:
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+        break;
+    case Qt::Key_PageDown:
+        readOn(1);
+        break;
+    case Qt::Key_PageUp:
+        readOn(-1);
+        break;
+    case Qt::Key_Space:
+        readOn(event->modifiers() & Qt::ShiftModifier ? -1 : 1);
+        break;
+    default:
+        QAbstractScrollArea::keyPressEvent(event);
+    }
+}
+
+void PageView::wheelEvent(QWheelEvent* event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    const double notches = event->angleDelta().y() / 120.0;
+    if (notches != 0) {
+        m_fit = Fit::None;
+        rescale(m_zoom * std::pow(ZoomStep, notches), event->position());
+    }
+    event->accept();
+}
+
+void PageView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_dragFrom = event->position().toPoint();
+    viewport()->setCursor(Qt::ClosedHandCursor);
+}
+
+void PageView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint moved = event->position().toPoint() - m_dragFrom;
+    m_dragFrom += moved;
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - moved.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() - moved.y());
+}
+
+void PageView::mouseReleaseEvent(QMouseEvent*)
+{
+    viewport()->setCursor(Qt::OpenHandCursor);
+}
+
+void PageView::scrollContentsBy(int, int)
+{
+    viewport()->update();
+    noteCurrentPage();
+}
+
+QSizeF PageView::pageSize() const
+{
+    const QSizeF size = m_document->paper * (m_zoom * logicalDpiX() / PointsPerInch);
+    return {std::round(size.width()), std::round(size.height())};
+}
+
+double PageView::pageTop(int page) const
+{
+    return Gap + page * (pageSize().height() + Gap);
+}
+
+int PageView::pageAt(double y) const
+{
+    const int page = static_cast<int>(std::floor((y - Gap / 2) / (pageSize().height() + Gap)));
+    return std::clamp(page, 0, std::max(pageCount() - 1, 0));
+}
+
+double PageView::fittingZoom() const
+{
+    const QSizeF paper = m_document->paper * (logicalDpiX() / PointsPerInch);
+    // The room that there is with a scroll bar, so that its coming and going doesn't change the scale.
+    const int bar = verticalScrollBar()->isVisible() ? 0 : verticalScrollBar()->sizeHint().width();
+    const double width = (viewport()->width() - bar - 2 * Gap) / paper.width();
+    if (m_fit == Fit::Width)
+        return width;
+    if (m_fit == Fit::Shrink)
+        return std::min(width, 1.0);
+    return std::min(width, (viewport()->height() - 2 * Gap) / paper.height());
+}
+
+// Changes the scale with the point of the document under the anchor staying there.
+void PageView::rescale(double zoom, QPointF anchor)
+{
+    zoom = std::clamp(zoom, SmallestZoom, LargestZoom);
+    const int page = pageAt(verticalScrollBar()->value() + anchor.y());
+    const QRectF before = pageBox(page);
+    const double downPage = (anchor.y() - before.top()) / before.height();
+    const double acrossPage = (anchor.x() - before.left()) / before.width();
+    const bool changed = zoom != m_zoom;
+    m_zoom = zoom;
+    layOut();
+    const QSizeF size = pageSize();
+    verticalScrollBar()->setValue(static_cast<int>(std::lround(pageTop(page) + downPage * size.height() - anchor.y())));
+    horizontalScrollBar()->setValue(static_cast<int>(std::lround(Gap + acrossPage * size.width() - anchor.x())));
+    viewport()->update();
+    noteCurrentPage();
+    if (changed)
+        Q_EMIT zoomChanged();
+}
+
+void PageView::layOut()
+{
+    const QSizeF size = pageSize();
+    const double height = Gap + pageCount() * (size.height() + Gap);
+    const double width = size.width() + 2 * Gap;
+    verticalScrollBar()->setPageStep(viewport()->height());
+    verticalScrollBar()->setRange(0, static_cast<int>(std::max(height - viewport()->height(), 0.0)));
+    horizontalScrollBar()->setPageStep(viewport()->width());
+    horizontalScrollBar()->setRange(0, static_cast<int>(std::max(width - viewport()->width(), 0.0)));
+}
+
+// A window's height on or back, but no further than the start of the next page or the end of the last one, so that
+// every page is read from its top. A page of which only its blank edge is hidden has been read.
+void PageView::readOn(int direction)
+{
+    QScrollBar* bar = verticalScrollBar();
+    const int top = bar->value();
+    const int height = viewport()->height();
+    const int step = std::max(height - LineStep, 1);
+    const double pageHeight = pageSize().height() + Gap;
+    const int page = pageAt(top + Gap);
+    const double start = pageTop(page) - Gap;
+    const double end = start + pageHeight;
+    const double edge = Gap + BlankEdge * pageHeight;
+    if (direction > 0)
+        bar->setValue(top + height >= end - edge ? static_cast<int>(std::lround(end))
+                                                 : std::min(top + step, static_cast<int>(end) - 1));
+    else if (top > static_cast<int>(start) + 1)
+        bar->setValue(std::max(top - step, static_cast<int>(start)));
+    else
+        bar->setValue(static_cast<int>(pageHeight - height <= edge ? start - pageHeight : start - height));
+}
+
+void PageView::showBox(const Hit& hit)
+{
+    const QRectF sheet = pageBox(hit.page);
+    const double scale = sheet.width() / m_document->paper.width();
+    const QRectF box(sheet.topLeft() + hit.box.topLeft() * scale, hit.box.size() * scale);
+    if (!QRectF(viewport()->rect()).contains(box)) {
+        const QScopedValueRollback<bool> keep(m_goingToPage, true);
+        verticalScrollBar()->setValue(verticalScrollBar()->value() +
+                                      static_cast<int>(box.center().y() - viewport()->height() / 2.0));
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() +
+                                        static_cast<int>(box.center().x() - viewport()->width() / 2.0));
+    }
+    setCurrentPage(hit.page);
+}
+
+// The page that one reads: a quarter down the window, and the last one at the end.
+void PageView::noteCurrentPage()
+{
+    if (m_goingToPage)
+        return;
+    const QScrollBar* bar = verticalScrollBar();
+    const bool atEnd = bar->maximum() > 0 && bar->value() == bar->maximum();
+    setCurrentPage(atEnd ? std::max(pageCount() - 1, 0) : pageAt(bar->value() + viewport()->height() / 4.0));
+}
+
+void PageView::setCurrentPage(int page)
+{
+    if (page == m_currentPage)
+        return;
+    m_currentPage = page;
+    describePage();
+    Q_EMIT currentPageChanged(page);
+}
+
+void PageView::describePage()
+{
+    setAccessibleDescription(tr("Page %1 of %2").arg(m_currentPage + 1).arg(pageCount()));
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "reporting/view/DocumentSearch.h"
+
+#include <QAbstractScrollArea>
+
+#include <memory>
+
+namespace orlo::reports
+{
+
+/// Paints one page of a document as a sheet of paper, white in every palette, into a rectangle of the painter.
+void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document, int page);
+
+/// The pages of a document below each other, of which only the visible ones are painted. Pages count from 0.
+class PageView : public QAbstractScrollArea
+{
+    Q_OBJECT
+
+public:
+    /// How the scale follows the window.
+    enum class Fit {
+        None,
+        Shrink, ///< the size on paper, or less where the width of the window asks for it
+        Width,
+        Page
+    };
+
+    static constexpr double SmallestZoom = 0.1;
+    static constexpr double LargestZoom = 8;
+
+    explicit PageView(std::shared_ptr<const Document> document, QWidget* parent = nullptr);
+
+    /// Shows the whole of the document whose first page alone stood here; the reader's place stays.
+    void setDocument(std::shared_ptr<const Document> document);
+
+    [[nodiscard]] int pageCount() const;
+    /// The page at the upper part of the window, or the one last gone to.
+    [[nodiscard]] int currentPage() const { return m_currentPage; }
+    /// Makes the page the current one and brings its top to the top of the window as far as it can be scrolled.
+    void goToPage(int page);
+
+    /// 1 shows a page at its size on paper. What is read in the middle of the window stays there.
+    void setZoom(double zoom);
+    [[nodiscard]] double zoom() const { return m_zoom; }
+    void setFit(Fit fit);
+    [[nodiscard]] Fit fit() const { return m_fit; }
+
+    /// Marks the hits, one of them, counted from 0, as the current one; it is brought into view. -1 for none.
+    void setHits(std::vector<Hit> hits, int current);
+
+    /// Where the page lies in the viewport, in its pixels.
+    [[nodiscard]] QRectF pageBox(int page) const;
+
+Q_SIGNALS:
+    void currentPageChanged(int page);
+    void zoomChanged();
+
+protected:
+    bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+private:
+    [[nodiscard]] QSizeF pageSize() const;
+    [[nodiscard]] double pageTop(int page) const;
+    [[nodiscard]] int pageAt(double y) const;
+    [[nodiscard]] double fittingZoom() const;
+    void rescale(double zoom, QPointF anchor);
+    void layOut();
+    void readOn(int direction);
+    void showBox(const Hit& hit);
+    void noteCurrentPage();
+    void setCurrentPage(int page);
+    void describePage();
+
+    std::shared_ptr<const Document> m_document;
+    double m_zoom = 1;
+    Fit m_fit = Fit::Shrink;
+    std::vector<Hit> m_hits;
+    int m_currentHit = -1;
+    int m_currentPage = 0;
+    bool m_goingToPage = false;
+    QPoint m_dragFrom;
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,151 @@
+#include "reporting/view/PreviewIcons.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+
+#include <initializer_list>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr double Grid = 24; // the drawings' own units
+constexpr double StrokeWidth = 1.8;
+
+void strokeThrough(QPainter& painter, std::initializer_list<QPointF> points)
+{
+    const QList<QPointF> list(points);
+    painter.drawPolyline(list.constData(), static_cast<int>(list.size()));
+}
+
+void drawLens(QPainter& painter)
+{
+    painter.drawEllipse(QPointF(10.5, 10.5), 6, 6);
+    painter.drawLine(QPointF(15, 15), QPointF(20, 20));
+}
+
+void drawSheet(QPainter& painter)
+{
+    strokeThrough(painter, {{13, 3}, {5, 3}, {5, 21}, {19, 21}, {19, 9}, {13, 3}, {13, 9}, {19, 9}});
+}
+
+void drawPrinter(QPainter& painter)
+{
+    strokeThrough(painter, {{7, 8}, {7, 3}, {17, 3}, {17, 8}});
+    strokeThrough(painter, {{7, 17}, {3.5, 17}, {3.5, 8}, {20.5, 8}, {20.5, 17}, {17, 17}});
+    painter.drawRect(QRectF(7, 14, 10, 7));
+}
+
+void drawPages(QPainter& painter)
+{
+    painter.drawRect(QRectF(3, 4, 18, 16));
+    painter.drawLine(QPointF(9.5, 4), QPointF(9.5, 20));
+    for (const double y : {8.0, 12.0, 16.0})
+        painter.drawLine(QPointF(5.5, y), QPointF(7, y));
+}
+
+void drawGlyph(QPainter& painter, Glyph glyph)
+{
+    switch (glyph) {
+    case Glyph::First:
+        strokeThrough(painter, {{16, 6}, {10, 12}, {16, 18}});
+        painter.drawLine(QPointF(7, 6), QPointF(7, 18));
+        break;
+    case Glyph::Previous:
+        strokeThrough(painter, {{15, 6}, {9, 12}, {15, 18}});
+        break;
+    case Glyph::Next:
+        strokeThrough(painter, {{9, 6}, {15, 12}, {9, 18}});
+        break;
+    case Glyph::Last:
+        strokeThrough(painter, {{8, 6}, {14, 12}, {8, 18}});
+        painter.drawLine(QPointF(17, 6), QPointF(17, 18));
+        break;
+    case Glyph::ZoomIn:
+        drawLens(painter);
+        painter.drawLine(QPointF(10.5, 7.7), QPointF(10.5, 13.3));
+        painter.drawLine(QPointF(7.7, 10.5), QPointF(13.3, 10.5));
+        break;
+    case Glyph::ZoomOut:
+        drawLens(painter);
+        painter.drawLine(QPointF(7.7, 10.5), QPointF(13.3, 10.5));
+        break;
+    case Glyph::Find:
+        drawLens(painter);
+        break;
+    case Glyph::Up:
+        strokeThrough(painter, {{6, 15}, {12, 9}, {18, 15}});
+        break;
+    case Glyph::Down:
+        strokeThrough(painter, {{6, 9}, {12, 15}, {18, 9}});
+        break;
+    case Glyph::Print:
+        drawPrinter(painter);
+        break;
+    case Glyph::Pdf:
+        drawSheet(painter);
+        strokeThrough(painter, {{12, 11}, {12, 18}});
+        strokeThrough(painter, {{9, 15.2}, {12, 18}, {15, 15.2}});
+        break;
+    case Glyph::Csv:
+        painter.drawRect(QRectF(3, 5, 18, 14));
+        painter.drawLine(QPointF(3, 9.6), QPointF(21, 9.6));
+        painter.drawLine(QPointF(3, 14.3), QPointF(21, 14.3));
+        painter.drawLine(QPointF(10, 5), QPointF(10, 19));
+        break;
+    case Glyph::Pages:
+        drawPages(painter);
+        break;
+    case Glyph::Close:
+        painter.drawLine(QPointF(6, 6), QPointF(18, 18));
+        painter.drawLine(QPointF(18, 6), QPointF(6, 18));
+        break;
+    }
+}
+
+class GlyphEngine : public QIconEngine
+{
+public:
+    explicit GlyphEngine(Glyph glyph) : m_glyph(glyph) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
+    {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.topLeft());
+        painter->scale(rect.width() / Grid, rect.height() / Grid);
+        painter->setBrush(Qt::NoBrush);
+        painter->setPen(QPen(QGuiApplication::palette().color(group, QPalette::ButtonText), StrokeWidth, Qt::SolidLine,
+                             Qt::RoundCap, Qt::RoundJoin));
+        drawGlyph(*painter, m_glyph);
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+
+    [[nodiscard]] QIconEngine* clone() const override { return new GlyphEngine(*this); }
+
+private:
+    Glyph m_glyph;
+};
+
+} // namespace
+
+QIcon glyphIcon(Glyph glyph)
+{
+    return QIcon(new GlyphEngine(glyph));
+}
+
+} // namespace orlo::reports

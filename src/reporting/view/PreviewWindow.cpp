@@ -1,0 +1,425 @@
+#include "reporting/view/PreviewWindow.h"
+
+#include "platform/RuntimeError.h"
+#include "reporting/Export.h"
+#include "reporting/view/FindBar.h"
+#include "reporting/view/PageList.h"
+#include "reporting/view/PageView.h"
+#include "reporting/view/PreviewIcons.h"
+#include "reporting/view/Printing.h"
+#include "reporting/view/RunProgress.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QSpinBox>
+#include <QStandardPaths>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr std::array Percents{25, 50, 75, 100, 125, 150, 200, 300, 400};
+constexpr int IconSize = 20;
+constexpr int SideWidth = 170;
+constexpr QSize PreferredSize(1020, 860);
+
+// A name for a file out of a title: without what a file system doesn't take.
+QString fileNameOf(const QString& title)
+{
+    static const QRegularExpression forbidden(QStringLiteral(R"([\\/:*?"<>|\x00-\x1f]+)"));
+    QString name = title;
+    name.replace(forbidden, QStringLiteral("-"));
+    name = name.simplified();
+    return name.isEmpty() ? QStringLiteral("Report") : name;
+}
+
+// The last folder that a report was saved in; the user's documents at first.
+QString& saveFolder()
+{
+    static QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo(folder).isDir())
+        folder = QDir::homePath();
+    return folder;
+}
+
+} // namespace
+
+PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
+    : m_document(std::move(document)), m_view(new PageView(m_document))
+{
+    setObjectName(QStringLiteral("previewWindow"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(m_document->title.isEmpty() ? tr("Report") : m_document->title);
+
+    makeActions();
+    makeMenus();
+    makeToolBar();
+    makeSide();
+    m_findBar = new FindBar(m_document, *m_view, m_findPrevious, m_findNext);
+    auto* centre = new QWidget;
+    auto* column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_view, 1);
+    column->addWidget(m_findBar);
+    setCentralWidget(centre);
+
+    connect(m_view, &PageView::currentPageChanged, this, &PreviewWindow::showPage);
+    connect(m_view, &PageView::zoomChanged, this, &PreviewWindow::showZoom);
+    fitToDocument();
+    showZoom();
+    resize(PreferredSize.boundedTo(screen()->availableSize() * 0.9));
+    m_view->setFocus();
+}
+
+void PreviewWindow::setDocument(std::shared_ptr<const Document> document)
+{
+    m_document = std::move(document);
+    m_view->setDocument(m_document);
+    m_findBar->setDocument(m_document);
+    fitToDocument();
+}
+
+void PreviewWindow::fitToDocument()
+{
+    delete std::exchange(m_pageList, new PageList(m_document));
+    m_side->setWidget(m_pageList);
+    connect(m_pageList, &PageList::pagePicked, m_view, &PageView::goToPage);
+    {
+        const QSignalBlocker quiet(m_page);
+        m_page->setRange(1, std::max(m_view->pageCount(), 1));
+        m_page->setSuffix(m_document->complete ? tr(" of %1").arg(m_view->pageCount()) : tr(" of …"));
+    }
+    const bool whole = m_document->complete;
+    m_print->setEnabled(whole && m_view->pageCount() > 0);
+    m_savePdf->setEnabled(whole && m_view->pageCount() > 0);
+    m_saveCsv->setEnabled(whole);
+    showPage(m_view->currentPage());
+}
+
+void PreviewWindow::setPageListVisible(bool visible)
+{
+    m_side->setVisible(visible);
+}
+
+bool PreviewWindow::savePdf(const QString& path)
+{
+    return save(path, [this, &path] {
+        RunProgress progress(tr("Saving the report…"));
+        return writePdf(*m_document, path, std::ref(progress));
+    });
+}
+
+bool PreviewWindow::saveCsv(const QString& path)
+{
+    return save(path, [this, &path] {
+        writeCsv(*m_document, path);
+        return true;
+    });
+}
+
+void PreviewWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Escape)
+        QMainWindow::keyPressEvent(event);
+    else if (m_findBar->isVisible())
+        m_findBar->dismiss();
+    else
+        close();
+}
+
+QAction* PreviewWindow::makeAction(const char* name, const QString& text, Glyph glyph, const QList<QKeySequence>& keys,
+                                   std::function<void()> handler)
+{
+    auto* action = new QAction(glyphIcon(glyph), text, this);
+    action->setObjectName(QLatin1String(name));
+    action->setShortcuts(keys);
+    const QString plain = QString(text).remove(u'&').remove(QStringLiteral("…"));
+    action->setToolTip(
+        keys.isEmpty() ? plain : QStringLiteral("%1 (%2)").arg(plain, keys.first().toString(QKeySequence::NativeText)));
+    connect(action, &QAction::triggered, this, std::move(handler));
+    addAction(action);
+    return action;
+}
+
+void PreviewWindow::makeActions()
+{
+    m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print}, [this] { print(); });
+    m_savePdf = makeAction("actSavePdf", tr("&Save as PDF…"), Glyph::Pdf, {QKeySequence::Save}, [this] {
+        if (const QString path = askFile(tr("Save as PDF"), tr("PDF files (*.pdf)"), QStringLiteral("pdf"));
+            !path.isEmpty())
+            savePdf(path);
+    });
+    m_saveCsv = makeAction("actSaveCsv", tr("Save as &CSV…"), Glyph::Csv, {}, [this] {
+        if (const QString path = askFile(tr("Save as CSV"), tr("CSV files (*.csv)"), QStringLiteral("csv"));
+            !path.isEmpty())
+            saveCsv(path);
+    });
+    m_close =
+        makeAction("actClose", tr("C&lose"), Glyph::Close, {QKeySequence(Qt::CTRL | Qt::Key_W)}, [this] { close(); });
+
+    m_first = makeAction("actFirst", tr("&First Page"), Glyph::First, {QKeySequence(Qt::CTRL | Qt::Key_Home)},
+                         [this] { m_view->goToPage(0); });
+    m_previous =
+        makeAction("actPrevious", tr("&Previous Page"), Glyph::Previous, {QKeySequence(Qt::CTRL | Qt::Key_PageUp)},
+                   [this] { m_view->goToPage(m_view->currentPage() - 1); });
+    m_next = makeAction("actNext", tr("&Next Page"), Glyph::Next, {QKeySequence(Qt::CTRL | Qt::Key_PageDown)},
+                        [this] { m_view->goToPage(m_view->currentPage() + 1); });
+    m_last = makeAction("actLast", tr("&Last Page"), Glyph::Last, {QKeySequence(Qt::CTRL | Qt::Key_End)},
+                        [this] { m_view->goToPage(m_view->pageCount() - 1); });
+
+    m_zoomIn = makeAction("actZoomIn", tr("Zoom &In"), Glyph::ZoomIn,
+                          {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
+                          [this] { stepZoom(1); });
+    m_zoomOut = makeAction("actZoomOut", tr("Zoom &Out"), Glyph::ZoomOut, {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
+                           [this] { stepZoom(-1); });
+    m_actualSize = makeAction("actActualSize", tr("&Actual Size"), Glyph::Find, {QKeySequence(Qt::CTRL | Qt::Key_0)},
+                              [this] { m_view->setZoom(1); });
+
+    m_find = makeAction("actFind", tr("&Find…"), Glyph::Find, {QKeySequence::Find}, [this] { m_findBar->open(); });
+    m_findNext = makeAction("actFindNext", tr("Find &Next"), Glyph::Down, {QKeySequence(Qt::Key_F3)},
+                            [this] { m_findBar->step(1); });
+    m_findPrevious = makeAction("actFindPrevious", tr("Find Pre&vious"), Glyph::Up,
+                                {QKeySequence(Qt::SHIFT | Qt::Key_F3)}, [this] { m_findBar->step(-1); });
+}
+
+void PreviewWindow::makeMenus()
+{
+    m_side = new QDockWidget(tr("Pages"), this);
+
+    QMenu* report = menuBar()->addMenu(tr("&Report"));
+    report->addActions({m_print, m_savePdf, m_saveCsv});
+    report->addSeparator();
+    report->addAction(m_close);
+    QMenu* find = menuBar()->addMenu(tr("&Find"));
+    find->addActions({m_find, m_findNext, m_findPrevious});
+    QMenu* go = menuBar()->addMenu(tr("&Go"));
+    go->addActions({m_first, m_previous, m_next, m_last});
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    view->addActions({m_zoomIn, m_zoomOut, m_actualSize});
+    view->addAction(tr("Fit &Width"), this, [this] { m_view->setFit(PageView::Fit::Width); });
+    view->addAction(tr("Fit &Page"), this, [this] { m_view->setFit(PageView::Fit::Page); });
+    view->addSeparator();
+    view->addAction(m_side->toggleViewAction());
+}
+
+void PreviewWindow::makeToolBar()
+{
+    QAction* side = m_side->toggleViewAction();
+    side->setObjectName(QStringLiteral("actPageList"));
+    side->setIcon(glyphIcon(Glyph::Pages));
+    side->setText(tr("Page &List"));
+    side->setToolTip(tr("Page list (F4)"));
+    side->setShortcut(QKeySequence(Qt::Key_F4));
+
+    m_toolBar = addToolBar(tr("Tools"));
+    m_toolBar->setObjectName(QStringLiteral("tlbPreview"));
+    m_toolBar->setMovable(false);
+    m_toolBar->setIconSize(QSize(IconSize, IconSize));
+    m_toolBar->toggleViewAction()->setEnabled(false);
+    m_toolBar->addActions({m_print, m_savePdf, m_saveCsv});
+    m_toolBar->addSeparator();
+    m_toolBar->addAction(side);
+    m_toolBar->addActions({m_first, m_previous});
+    makePageBox();
+    m_toolBar->addActions({m_next, m_last});
+    m_toolBar->addSeparator();
+    m_toolBar->addAction(m_zoomOut);
+    makeZoomBox();
+    m_toolBar->addAction(m_zoomIn);
+    m_toolBar->addSeparator();
+    m_toolBar->addAction(m_find);
+
+    const QList<QAction*> actions = m_toolBar->actions();
+    for (QAction* action : actions) {
+        if (QWidget* button = m_toolBar->widgetForAction(action); button && button->accessibleName().isEmpty())
+            button->setAccessibleName(action->toolTip());
+    }
+}
+
+void PreviewWindow::makePageBox()
+{
+    m_page = new QSpinBox;
+    m_page->setObjectName(QStringLiteral("spnPage"));
+    m_page->setAccessibleName(tr("Page"));
+    m_page->setToolTip(tr("Page"));
+    m_page->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    m_page->setAlignment(Qt::AlignCenter);
+    m_page->setKeyboardTracking(false);
+    m_page->setFocusPolicy(Qt::StrongFocus);
+    connect(m_page, &QSpinBox::valueChanged, this, [this](int page) { m_view->goToPage(page - 1); });
+    auto* typed = m_page->findChild<QLineEdit*>();
+    typed->setAccessibleName(tr("Page"));
+    connect(typed, &QLineEdit::returnPressed, m_view, [this] { m_view->setFocus(); });
+    m_toolBar->addWidget(m_page);
+}
+
+void PreviewWindow::makeZoomBox()
+{
+    m_zoom = new QComboBox;
+    m_zoom->setObjectName(QStringLiteral("cboZoom"));
+    m_zoom->setAccessibleName(tr("Zoom"));
+    m_zoom->setToolTip(tr("Zoom"));
+    m_zoom->setEditable(true);
+    m_zoom->setInsertPolicy(QComboBox::NoInsert);
+    m_zoom->setCompleter(nullptr);
+    m_zoom->lineEdit()->setObjectName(QStringLiteral("txtZoom"));
+    m_zoom->lineEdit()->setAccessibleName(tr("Zoom"));
+    m_zoom->addItem(tr("Fit Width"));
+    m_zoom->addItem(tr("Fit Page"));
+    for (const int percent : Percents)
+        m_zoom->addItem(tr("%1%").arg(percent));
+    m_zoom->setMaxVisibleItems(m_zoom->count());
+    m_zoom->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(m_zoom, &QComboBox::textActivated, this, &PreviewWindow::takeZoom);
+    connect(m_zoom->lineEdit(), &QLineEdit::returnPressed, this, [this] { takeZoom(m_zoom->currentText()); });
+    m_toolBar->addWidget(m_zoom);
+}
+
+void PreviewWindow::makeSide()
+{
+    m_side->setObjectName(QStringLiteral("dckPageList"));
+    m_side->setFeatures(QDockWidget::DockWidgetClosable);
+    m_side->setAllowedAreas(Qt::LeftDockWidgetArea);
+    m_side->setTitleBarWidget(new QWidget); // the tabs say it all
+    addDockWidget(Qt::LeftDockWidgetArea, m_side);
+    resizeDocks({m_side}, {SideWidth}, Qt::Horizontal);
+    m_side->hide();
+}
+
+void PreviewWindow::showPage(int page)
+{
+    const QSignalBlocker quiet(m_page);
+    m_page->setValue(page + 1);
+    m_pageList->setCurrentPage(page);
+    m_first->setEnabled(page > 0);
+    m_previous->setEnabled(page > 0);
+    m_next->setEnabled(page + 1 < m_view->pageCount());
+    m_last->setEnabled(page + 1 < m_view->pageCount());
+}
+
+void PreviewWindow::showZoom()
+{
+    const QSignalBlocker quiet(m_zoom);
+    const QString percent = tr("%1%").arg(std::lround(m_view->zoom() * 100));
+    const QString text = m_view->fit() == PageView::Fit::Width  ? m_zoom->itemText(0)
+                         : m_view->fit() == PageView::Fit::Page ? m_zoom->itemText(1)
+                                                                : percent;
+    m_zoom->setCurrentIndex(m_zoom->findText(text));
+    m_zoom->setEditText(text);
+    m_zoom->setAccessibleDescription(percent);
+}
+
+void PreviewWindow::takeZoom(const QString& text)
+{
+    if (text == m_zoom->itemText(0)) {
+        m_view->setFit(PageView::Fit::Width);
+    } else if (text == m_zoom->itemText(1)) {
+        m_view->setFit(PageView::Fit::Page);
+    } else {
+        bool good = false;
+        const double percent = QString(text).remove(u'%').trimmed().toDouble(&good);
+        if (good && percent > 0)
+            m_view->setZoom(percent / 100);
+    }
+    showZoom();
+    m_view->setFocus();
+}
+
+// To the next of the listed scales; beyond the list's ends the scale stays.
+void PreviewWindow::stepZoom(int direction)
+{
+    const auto percent = static_cast<int>(std::lround(m_view->zoom() * 100));
+    if (direction > 0) {
+        const auto* larger = std::upper_bound(Percents.begin(), Percents.end(), percent);
+        if (larger != Percents.end())
+            m_view->setZoom(*larger / 100.0);
+    } else {
+        const auto* notSmaller = std::lower_bound(Percents.begin(), Percents.end(), percent);
+        if (notSmaller != Percents.begin())
+            m_view->setZoom(*std::prev(notSmaller) / 100.0);
+    }
+}
+
+void PreviewWindow::print()
+{
+    std::unique_ptr<QPrinter> printer = defaultPrinter();
+    if (!printer)
+        printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    preparePrinter(*printer, *m_document);
+    QPrintDialog dialog(printer.get(), this);
+    dialog.setObjectName(QStringLiteral("printDialog"));
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
+                      QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies |
+                      QAbstractPrintDialog::PrintShowPageSize);
+    dialog.setMinMax(1, m_view->pageCount());
+    dialog.setFromTo(1, m_view->pageCount());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+
+    int from = 1;
+    int to = 0;
+    if (printer->printRange() == QPrinter::PageRange) {
+        from = printer->fromPage();
+        to = printer->toPage();
+    } else if (printer->printRange() == QPrinter::CurrentPage) {
+        from = to = m_view->currentPage() + 1;
+    }
+    try {
+        RunProgress progress(tr("Printing the report…"));
+        printDocument(*printer, *m_document, from, to, std::ref(progress));
+    } catch (const platform::RuntimeError& error) {
+        QMessageBox::warning(this, windowTitle(), error.description());
+    }
+}
+
+// Asks for a file to save to; the dialog adds the suffix and asks before an existing file is replaced.
+QString PreviewWindow::askFile(const QString& caption, const QString& filter, const QString& suffix)
+{
+    QFileDialog dialog(this, caption, saveFolder(), filter);
+    dialog.setObjectName(QStringLiteral("saveDialog"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(QStringLiteral("%1.%2").arg(fileNameOf(windowTitle()), suffix));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    QString path = dialog.selectedFiles().constFirst();
+    saveFolder() = QFileInfo(path).absolutePath();
+    return path;
+}
+
+bool PreviewWindow::save(const QString& path, const std::function<bool()>& write)
+{
+    try {
+        return write();
+    } catch (const platform::RuntimeError& error) {
+        QMessageBox::warning(
+            this, windowTitle(),
+            tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
+        return false;
+    }
+}
+
+} // namespace orlo::reports

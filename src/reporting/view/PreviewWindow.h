@@ -1,0 +1,90 @@
+#pragma once
+
+#include "reporting/Document.h"
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class QAction;
+class QComboBox;
+class QDockWidget;
+class QMenu;
+class QSpinBox;
+class QToolBar;
+
+namespace orlo::reports
+{
+
+class FindBar;
+class PageList;
+class PageView;
+enum class Glyph;
+
+/// A finished report on the screen. It is a window of its own without a parent: a waiting dialog of the program doesn't
+/// block it, and it outlives the screen that ran the report, but not the program's frame. Closing it deletes it.
+class PreviewWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit PreviewWindow(std::shared_ptr<const Document> document);
+
+    /// Puts the whole document in the place of its first page, which was shown before the rest was there.
+    void setDocument(std::shared_ptr<const Document> document);
+    [[nodiscard]] const Document& document() const { return *m_document; }
+    [[nodiscard]] PageView& view() const { return *m_view; }
+    void setPageListVisible(bool visible);
+
+    /// Writes the pages as PDF, the rows as CSV. False where it was cancelled, or after telling the user of the
+    /// failure; a file that was there is then as it was.
+    bool savePdf(const QString& path);
+    bool saveCsv(const QString& path);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QAction* makeAction(const char* name, const QString& text, Glyph glyph, const QList<QKeySequence>& keys,
+                        std::function<void()> handler);
+    void makeActions();
+    void makeMenus();
+    void makeToolBar();
+    void makePageBox();
+    void makeZoomBox();
+    void makeSide();
+    void fitToDocument();
+    void showPage(int page);
+    void showZoom();
+    void takeZoom(const QString& text);
+    void stepZoom(int direction);
+    void print();
+    [[nodiscard]] QString askFile(const QString& caption, const QString& filter, const QString& suffix);
+    bool save(const QString& path, const std::function<bool()>& write);
+
+    std::shared_ptr<const Document> m_document;
+    PageView* m_view;
+    FindBar* m_findBar = nullptr;
+    PageList* m_pageList = nullptr;
+    QDockWidget* m_side = nullptr;
+    QToolBar* m_toolBar = nullptr;
+    QSpinBox* m_page = nullptr;
+    QComboBox* m_zoom = nullptr;
+    QAction* m_first = nullptr;
+    QAction* m_previous = nullptr;
+    QAction* m_next = nullptr;
+    QAction* m_last = nullptr;
+    QAction* m_zoomIn = nullptr;
+    QAction* m_zoomOut = nullptr;
+    QAction* m_actualSize = nullptr;
+    QAction* m_find = nullptr;
+    QAction* m_findNext = nullptr;
+    QAction* m_findPrevious = nullptr;
+    QAction* m_print = nullptr;
+    QAction* m_savePdf = nullptr;
+    QAction* m_saveCsv = nullptr;
+    QAction* m_close = nullptr;
+};
+
+} // namespace orlo::reports

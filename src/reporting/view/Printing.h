@@ -1,0 +1,28 @@
+#pragma once
+
+#include "reporting/Renderer.h"
+
+#include <functional>
+#include <memory>
+
+class QPrinter;
+
+namespace orlo::reports
+{
+
+using PrinterFactory = std::function<std::unique_ptr<QPrinter>()>;
+
+/// The printer that a run goes to: the system's default printer; null where there is none.
+[[nodiscard]] std::unique_ptr<QPrinter> defaultPrinter();
+/// Replaces the source of defaultPrinter(), for tests and pictures; an empty function gives the system's back.
+void setPrinterFactory(PrinterFactory factory);
+
+/// Sets paper and margins as the document wants them, so that a page's points are the paper's.
+void preparePrinter(QPrinter& printer, const Document& document);
+
+/// Prints the pages from to to, counted from 1, a last page of 0 meaning no upper limit, as often as the printer is
+/// set to. False if progress cancelled the job. Raises 68 where the printer can't be reached.
+bool printDocument(QPrinter& printer, const Document& document, int from = 1, int to = 0,
+                   const Progress& progress = {});
+
+} // namespace orlo::reports

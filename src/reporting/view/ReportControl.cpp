@@ -1,0 +1,251 @@
+#include "reporting/view/ReportControl.h"
+
+#include "platform/Application.h"
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "reporting/ReportError.h"
+#include "reporting/view/PreviewWindow.h"
+#include "reporting/view/Printing.h"
+#include "reporting/view/ReportMessage.h"
+#include "reporting/view/RunProgress.h"
+#include "store/jet/OpenFile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QPrinter>
+#include <QStringList>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+std::function<store::Database*(const QString& path)> theProvider;
+
+// The databases of one run: the program's own where it is open on the file, others opened here and closed at the end.
+class RunDatabases
+{
+public:
+    store::Database& operator()(const QString& path)
+    {
+        const QString native = platform::nativePath(path);
+        if (store::Database* open = theProvider ? theProvider(native) : nullptr; open && open->isOpen())
+            return *open;
+        auto found = m_opened.find(native);
+        if (found == m_opened.end())
+            found = m_opened.emplace(native, store::openFile(native)).first;
+        return found->second;
+    }
+
+private:
+    std::map<QString, store::Database> m_opened;
+};
+
+// The preview of a run that isn't over: gone with the run, unless that comes to its end. Closing it ends the run.
+class BegunPreview
+{
+public:
+    BegunPreview() = default;
+    ~BegunPreview() { delete m_window.data(); }
+    BegunPreview(const BegunPreview&) = delete;
+    BegunPreview& operator=(const BegunPreview&) = delete;
+
+    void begin(PreviewWindow* window)
+    {
+        m_window = window;
+        m_begun = true;
+    }
+    [[nodiscard]] bool isOpen() const { return m_window && m_window->isVisible(); }
+    [[nodiscard]] bool wasClosed() const { return m_begun && !isOpen(); }
+    PreviewWindow* release() { return std::exchange(m_window, nullptr).data(); }
+
+private:
+    QPointer<PreviewWindow> m_window;
+    bool m_begun = false;
+};
+
+// What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
+// it may lie in the selection formula instead.
+QString messageOf(const ReportError& error, const QString& reportFile)
+{
+    QStringList lines{error.message()};
+    const QString report = platform::nativePath(reportFile);
+    const QString file = error.file().contains(u'/') ? error.file() : report;
+    if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
+        lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(file));
+    if (error.place().line > 0) {
+        QString where = QStringLiteral("Line %1").arg(error.place().line);
+        if (error.place().column > 0)
+            where += QStringLiteral(", column %1").arg(error.place().column);
+        const bool elsewhere =
+            file == report && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
+        if (elsewhere && !error.file().isEmpty())
+            where += QStringLiteral(" of the %1").arg(error.file());
+        lines << where;
+    }
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+ReportControl::ReportControl(const QString& name, QObject* parent) : QObject(parent)
+{
+    setObjectName(name);
+}
+
+ReportControl::~ReportControl() = default;
+
+void ReportControl::setReportFile(const QString& path)
+{
+    if (path.compare(m_request.reportFile, Qt::CaseInsensitive) != 0)
+        m_request.subreports.clear();
+    m_request.reportFile = path;
+}
+
+void ReportControl::setDatabaseFile(int slot, const QString& path)
+{
+    const bool ofSubreport = m_subreportPointed && !m_subreport.isEmpty();
+    Slots& databases = ofSubreport ? m_request.subreports[m_subreport.toCaseFolded()] : m_request.databases;
+    databases[slot] = path;
+}
+
+QString ReportControl::databaseFile(int slot, const QString& subreport) const
+{
+    const Slots* databases = &m_request.databases;
+    if (!subreport.isEmpty()) {
+        const auto found = m_request.subreports.find(subreport.toCaseFolded());
+        if (found == m_request.subreports.end())
+            return {};
+        databases = &found->second;
+    }
+    const auto found = databases->find(slot);
+    return found == databases->end() ? QString() : found->second;
+}
+
+void ReportControl::setSubreportToChange(const QString& name)
+{
+    m_subreport = name;
+    m_subreportPointed = true;
+}
+
+int ReportControl::run()
+{
+    if (m_running)
+        return platform::InvalidProcedureCall;
+    m_running = true;
+    // Every run is set up anew from slot 0 of the main report on, whichever subreport the last one named.
+    m_subreportPointed = false;
+
+    const QPointer<ReportControl> self(this);
+    const RunRequest request = m_request;
+    int number = 0;
+    QString trouble;
+    try {
+        number = execute();
+    } catch (const ReportError& error) {
+        number = error.number();
+        trouble = messageOf(error, request.reportFile);
+    } catch (const platform::RuntimeError& error) {
+        number = error.number();
+        trouble = messageOf(ReportError(number, error.description()), request.reportFile);
+    } catch (const std::exception& error) {
+        number = platform::InvalidProcedureCall;
+        trouble = QString::fromLocal8Bit(error.what());
+    }
+    if (self) {
+        m_running = false;
+        if (!trouble.isEmpty())
+            tell(trouble);
+    }
+    return number;
+}
+
+int ReportControl::execute()
+{
+    const QPointer<ReportControl> self(this);
+    if (m_message)
+        m_message->close();
+
+    const RunRequest request = m_request;
+    RunDatabases databases;
+    std::optional<Document> document;
+    BegunPreview begun;
+    {
+        RunProgress progress(QStringLiteral("Preparing the report…"));
+        const auto goOn = [&](int done, int total) {
+            if (begun.isOpen()) // let its page be painted, while nobody can reach the program's windows
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            return !begun.wasClosed() && progress(done, total);
+        };
+        const auto showFirst = [&](Document&& first) {
+            if (self)
+                begun.begin(show(std::move(first)));
+        };
+        document = render(request, std::ref(databases), goOn, m_destination == ToPreview ? showFirst : FirstPage());
+    }
+    if (!document || begun.wasClosed())
+        return UserInterrupt;
+    if (!self)
+        return 0;
+    if (m_destination == ToPreview) {
+        if (PreviewWindow* window = begun.release())
+            window->setDocument(std::make_shared<const Document>(std::move(*document)));
+        else
+            show(std::move(*document));
+        return 0;
+    }
+    const std::unique_ptr<QPrinter> printer = defaultPrinter();
+    if (!printer)
+        throw ReportError(platform::DeviceUnavailable,
+                          QStringLiteral("The report can't be printed: this computer has no default printer. View "
+                                         "the report instead; from its window it can be saved as a PDF file."));
+    RunProgress progress(QStringLiteral("Printing the report…"));
+    return printDocument(*printer, *document, 1, 0, std::ref(progress)) ? 0 : UserInterrupt;
+}
+
+PreviewWindow* ReportControl::preview() const
+{
+    return m_preview;
+}
+
+void ReportControl::setDatabaseProvider(std::function<store::Database*(const QString& path)> provider)
+{
+    theProvider = std::move(provider);
+}
+
+PreviewWindow* ReportControl::show(Document&& document)
+{
+    auto* window = new PreviewWindow(std::make_shared<const Document>(std::move(document)));
+    m_preview = window;
+    if (!m_windowTitle.isEmpty())
+        window->setWindowTitle(m_windowTitle);
+    window->setPageListVisible(m_windowOption);
+    switch (m_windowState) {
+    case PreviewMaximised:
+        window->showMaximized();
+        break;
+    case PreviewMinimised:
+        window->showMinimized();
+        return window;
+    default:
+        window->show();
+    }
+    window->raise();
+    window->activateWindow();
+    return window;
+}
+
+void ReportControl::tell(const QString& text)
+{
+    QString title = m_windowTitle.isEmpty() ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
+                                            : m_windowTitle;
+    title = title.isEmpty() ? platform::title() : QStringLiteral("%1 - %2").arg(title, platform::title());
+    m_message = new ReportMessage(title, text);
+    m_message->show();
+    m_message->raise();
+    m_message->activateWindow();
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,119 @@
+#pragma once
+
+#include "reporting/Renderer.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <map>
+
+namespace orlo::reports
+{
+
+class PreviewWindow;
+class ReportMessage;
+
+/// Where a run sends its pages.
+enum Destination : int { ToPreview = 0, ToPrinter = 1 };
+
+/// How a preview window opens.
+enum PreviewState : int { PreviewNormal = 0, PreviewMinimised = 1, PreviewMaximised = 2 };
+
+/// The report engine as a screen holds it: settings, then one call. The settings keep their values from run to run.
+///
+/// What goes wrong is told in a window of the engine's own, with the file, line and column where it lies; the screen
+/// only gets a number. The settings are properties, so that outside programs can read what a screen asked for.
+class ReportControl : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString ReportFile READ reportFile WRITE setReportFile)
+    Q_PROPERTY(QString SubreportToChange READ subreportToChange WRITE setSubreportToChange)
+    Q_PROPERTY(QString SelectionFormula READ selectionFormula WRITE setSelectionFormula)
+    Q_PROPERTY(QString ReportTitle READ reportTitle WRITE setReportTitle)
+    Q_PROPERTY(QString WindowTitle READ windowTitle WRITE setWindowTitle)
+    Q_PROPERTY(int Destination READ destination WRITE setDestination)
+    Q_PROPERTY(bool WindowOption READ windowOption WRITE setWindowOption)
+    Q_PROPERTY(int WindowState READ windowState WRITE setWindowState)
+    Q_PROPERTY(int FirstPage READ firstPage WRITE setFirstPage)
+    Q_PROPERTY(int LastPage READ lastPage WRITE setLastPage)
+
+public:
+    /// What run() returns when the user cancelled it, or closed its preview before the end.
+    static constexpr int UserInterrupt = 18;
+
+    /// The name becomes the object's name.
+    ReportControl(const QString& name, QObject* parent);
+    ~ReportControl() override;
+
+    /// The report file's path. A change of file forgets the slots of the last file's subreports.
+    void setReportFile(const QString& path);
+    [[nodiscard]] const QString& reportFile() const { return m_request.reportFile; }
+
+    /// The database file that a table slot reads, an empty path clearing the slot: of the subreport that was named
+    /// since the last run, or of the main report.
+    Q_INVOKABLE void setDatabaseFile(int slot, const QString& path);
+    /// The slot of the main report, or of a subreport; empty where nothing is set.
+    Q_INVOKABLE [[nodiscard]] QString databaseFile(int slot, const QString& subreport = QString()) const;
+
+    /// Names the subreport that setDatabaseFile() applies to until the next run; an empty name is the main report.
+    void setSubreportToChange(const QString& name);
+    [[nodiscard]] const QString& subreportToChange() const { return m_subreport; }
+
+    void setSelectionFormula(const QString& formula) { m_request.selectionFormula = formula; }
+    [[nodiscard]] const QString& selectionFormula() const { return m_request.selectionFormula; }
+
+    void setReportTitle(const QString& title) { m_request.reportTitle = title; }
+    [[nodiscard]] const QString& reportTitle() const { return m_request.reportTitle; }
+
+    /// The preview's caption; the report's own title where it is empty.
+    void setWindowTitle(const QString& title) { m_windowTitle = title; }
+    [[nodiscard]] const QString& windowTitle() const { return m_windowTitle; }
+
+    void setDestination(int destination) { m_destination = destination; }
+    [[nodiscard]] int destination() const { return m_destination; }
+
+    /// Whether the preview opens with the page list at its side.
+    void setWindowOption(bool option) { m_windowOption = option; }
+    [[nodiscard]] bool windowOption() const { return m_windowOption; }
+
+    /// A PreviewState.
+    void setWindowState(int state) { m_windowState = state; }
+    [[nodiscard]] int windowState() const { return m_windowState; }
+
+    void setFirstPage(int page) { m_request.firstPage = page; }
+    [[nodiscard]] int firstPage() const { return m_request.firstPage; }
+
+    /// 0 means no upper limit.
+    void setLastPage(int page) { m_request.lastPage = page; }
+    [[nodiscard]] int lastPage() const { return m_request.lastPage; }
+
+    /// Renders the report with the settings above. 0, or the number of the failure, which the user has been told;
+    /// never throws. A call while a run of this object is under way gives 5 and does nothing.
+    Q_INVOKABLE int run();
+
+    /// The preview of the last run while it is open.
+    [[nodiscard]] PreviewWindow* preview() const;
+
+    /// Names who knows the program's open database: told a path of the operating system, it yields the database open
+    /// on that file, or null; a run then opens the file for itself.
+    static void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider);
+
+private:
+    int execute();
+    PreviewWindow* show(Document&& document);
+    void tell(const QString& text);
+
+    RunRequest m_request;
+    QString m_subreport;
+    bool m_subreportPointed = false; // a subreport was named since the last run
+    QString m_windowTitle;
+    int m_destination = ToPreview;
+    bool m_windowOption = false;
+    int m_windowState = PreviewNormal;
+    bool m_running = false;
+    QPointer<PreviewWindow> m_preview;
+    QPointer<ReportMessage> m_message;
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,109 @@
+#include "shell/forms/RecordField.h"
+
+#include "widgets/ComboBox.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace orlo
+{
+
+namespace
+{
+
+using store::Value;
+
+const QString Yes = QStringLiteral("Yes");
+const QString No = QStringLiteral("No");
+const QDate NoBirthDate(1001, 1, 1);
+
+// A box that holds the text already isn't laid out again.
+void showText(QLineEdit& box, const QString& text)
+{
+    if (box.text() != text)
+        box.setText(text);
+}
+
+// A list of "Yes" and "No"; what isn't the one value shows as "No".
+RecordField listField(QStringView name, widgets::ComboBox* list, const Value& yes, const Value& no)
+{
+    return {name, list, [list, yes](const Value& value) { list->setText(value == yes ? Yes : No); },
+            [list, yes, no] { return list->text() == Yes ? yes : no; }};
+}
+
+} // namespace
+
+RecordField textField(QStringView name, QLineEdit* box)
+{
+    return {name, box, [box](const Value& value) { showText(*box, value.textOrEmpty()); },
+            [box] { return Value(box->text()); }};
+}
+
+RecordField textField(QStringView name, QPlainTextEdit* box)
+{
+    return {name, box,
+            [box](const Value& value) {
+                if (const QString text = value.textOrEmpty(); box->toPlainText() != text)
+                    box->setPlainText(text);
+            },
+            [box] { return Value(box->toPlainText()); }};
+}
+
+RecordField numberField(QStringView name, QLineEdit* box)
+{
+    RecordField field = textField(name, box);
+    field.value = [box] { return Value(platform::val(box->text())); };
+    return field;
+}
+
+RecordField dateField(QStringView name, QLineEdit* box)
+{
+    RecordField field = textField(name, box);
+    field.value = [box] { return box->text().isEmpty() ? Value() : Value(dateText(box->text())); };
+    return field;
+}
+
+RecordField birthDateField(QStringView name, QLineEdit* box)
+{
+    return {
+        name, box,
+        [box](const Value& value) { showText(*box, value == Value(NoBirthDate) ? QString() : value.textOrEmpty()); },
+        [box] { return Value(dateText(box->text())); }};
+}
+
+void markMissingBirthDate(QLineEdit& box)
+{
+    if (box.text().isEmpty())
+        box.setText(platform::longDate(NoBirthDate));
+}
+
+RecordField letterField(QStringView name, widgets::ComboBox* list)
+{
+    return listField(name, list, u"Y", u"N");
+}
+
+RecordField yesNoField(QStringView name, widgets::ComboBox* list)
+{
+    return listField(name, list, true, false);
+}
+
+RecordField checkField(QStringView name, QAbstractButton* shown, const QAbstractButton* saved)
+{
+    return {name, shown, [shown](const Value& value) { shown->setChecked(value == Value(true)); },
+            [saved] { return Value(saved->isChecked()); }};
+}
+
+RecordField optionField(QStringView name, QAbstractButton* yes, QAbstractButton* no)
+{
+    return {name, yes, [yes, no](const Value& value) { (value == Value(true) ? yes : no)->setChecked(true); },
+            [yes] { return Value(yes->isChecked()); }};
+}
+
+QString dateText(const QString& typed)
+{
+    const auto date = platform::readDate(typed);
+    return date ? platform::longDate(date->date) : typed;
+}
+
+} // namespace orlo

@@ -1,0 +1,121 @@
+#include "shell/forms/RecordForm.h"
+
+#include "platform/Conversion.h"
+#include "shell/forms/Module1.h"
+#include "widgets/CheckBox.h"
+#include "widgets/ComboBox.h"
+#include "widgets/MessageBox.h"
+#include "widgets/OptionButton.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include <utility>
+
+namespace orlo
+{
+
+RecordForm::RecordForm(Table table) : Form(widgets::FormKind::Child), m_table(std::move(table))
+{
+}
+
+void RecordForm::bindControls(const Controls& controls)
+{
+    m_controls = controls;
+    controls.cmdSave->setEnabled(false);
+    controls.firstField->setFocus(); // where the form opens
+    const auto onClick = [this](QPushButton* button, auto handler) {
+        connect(button, &QPushButton::clicked, this, handler);
+    };
+    onClick(controls.cmdFirst, [this] { cmdFirst_Click(); });
+    onClick(controls.cmdPrevious, [this] { cmdPrevious_Click(); });
+    onClick(controls.cmdNext, [this] { cmdNext_Click(); });
+    onClick(controls.cmdLast, [this] { cmdLast_Click(); });
+    onClick(controls.cmdNew, [this] { cmdNew_Click(); });
+    onClick(controls.cmdSave, [this] { cmdSave_Click(); });
+    onClick(controls.cmdDelete, [this] { cmdDelete_Click(); });
+    onClick(controls.cmdCancel, [this] { cmdCancel_Click(); });
+    onClick(controls.cmdExit, [this] { cmdExit_Click(); });
+}
+
+void RecordForm::enableSaveOnChange(std::initializer_list<QWidget*> controls)
+{
+    const auto enable = [this] { m_controls->cmdSave->setEnabled(true); };
+    for (QWidget* control : controls) {
+        if (auto* text = qobject_cast<QLineEdit*>(control))
+            connect(text, &QLineEdit::textChanged, this, enable);
+        else if (auto* lines = qobject_cast<QPlainTextEdit*>(control))
+            // The box tells of a text that is set anew, too; only another one is a change.
+            connect(lines, &QPlainTextEdit::textChanged, this, [enable, lines, last = lines->toPlainText()]() mutable {
+                const QString before = std::exchange(last, lines->toPlainText());
+                if (last != before)
+                    enable();
+            });
+        else if (auto* check = qobject_cast<widgets::CheckBox*>(control))
+            connect(check, &widgets::CheckBox::changed, this, enable);
+        else if (auto* option = qobject_cast<widgets::OptionButton*>(control))
+            connect(option, &widgets::OptionButton::selected, this, enable);
+        else if (auto* combo = qobject_cast<widgets::ComboBox*>(control)) {
+            connect(combo, &widgets::ComboBox::textChange, this, enable);
+            connect(combo, &widgets::ComboBox::clicked, this, enable);
+        } else
+            Q_UNREACHABLE();
+    }
+}
+
+void RecordForm::cmdExit_Click()
+{
+    PromptSaveChanges();
+    unload();
+}
+
+void RecordForm::ShowRecordInfo()
+{
+    QString info = QStringLiteral("None");
+    if (mNewRecord)
+        info = m_table.noun + QStringLiteral(" (New)");
+    else if (mRecordCount != 0)
+        info = QStringLiteral("%1 %2 of %3").arg(m_table.noun, mRecordIndex.trimmed()).arg(mRecordCount);
+    m_controls->lblRecordInfo->setText(info);
+}
+
+// Whatever the answer, and whether a check refuses the record or not, the operation that asked goes on.
+void RecordForm::PromptSaveChanges()
+{
+    if (!m_controls->cmdSave->isEnabled())
+        return;
+    if (widgets::ask(QStringLiteral("Data Changes Not Saved.Do you want to save your changes"),
+                     QStringLiteral("Save Changes")))
+        SaveRecord();
+    m_controls->cmdSave->setEnabled(false);
+}
+
+void RecordForm::DisableRecordButtons()
+{
+    for (QPushButton* button : {m_controls->cmdSave, m_controls->cmdDelete, m_controls->cmdFirst,
+                                m_controls->cmdPrevious, m_controls->cmdNext, m_controls->cmdLast})
+        button->setEnabled(false);
+}
+
+void RecordForm::openRecords(const QString& select)
+{
+    rsRecords = database().openRecordset(select);
+    mNewRecord = false;
+    readRecordCount();
+}
+
+void RecordForm::readRecordCount()
+{
+    mRecordCount = platform::toInt16(rsRecords->recordCount());
+}
+
+std::int16_t RecordForm::newKey() const
+{
+    const auto highest =
+        database().openRecordset(QStringLiteral("Select Max(%1) AS [MaxSID]from %2").arg(m_table.key, m_table.name));
+    const store::Value key = highest[u"MaxSID"];
+    return key.isNull() ? std::int16_t{1} : platform::toInt16(key.toInt32() + 1.0);
+}
+
+} // namespace orlo

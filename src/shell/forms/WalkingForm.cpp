@@ -1,0 +1,148 @@
+#include "shell/forms/WalkingForm.h"
+
+namespace orlo
+{
+
+// On a set of one record First and Prev stay enabled; a click on them bounces off the start.
+void WalkingForm::SetNavButtons()
+{
+    const int index = recordIndex();
+    const bool walks = !mNewRecord && mRecordCount != 0;
+    const bool ahead = walks && index < mRecordCount;
+    const bool behind = walks && (index > 1 || !ahead);
+    controls().cmdFirst->setEnabled(behind);
+    controls().cmdPrevious->setEnabled(behind);
+    controls().cmdNext->setEnabled(ahead);
+    controls().cmdLast->setEnabled(ahead);
+}
+
+void WalkingForm::cmdFirst_Click()
+{
+    PromptSaveChanges();
+    rsRecords->moveFirst();
+    FillRecord();
+    setRecordIndex(1);
+    ShowRecordInfo();
+    controls().firstField->setFocus();
+    SetNavButtons();
+}
+
+void WalkingForm::cmdPrevious_Click()
+{
+    PromptSaveChanges();
+    rsRecords->movePrevious();
+    readRecordCount();
+    if (rsRecords->bof())
+        rsRecords->moveNext();
+    else
+        showNeighbour(recordIndex() - 1);
+    SetNavButtons();
+}
+
+void WalkingForm::cmdNext_Click()
+{
+    PromptSaveChanges();
+    rsRecords->moveNext();
+    readRecordCount();
+    if (rsRecords->eof())
+        rsRecords->movePrevious();
+    else
+        showNeighbour(recordIndex() + 1);
+    SetNavButtons();
+}
+
+void WalkingForm::cmdLast_Click()
+{
+    PromptSaveChanges();
+    rsRecords->moveLast();
+    readRecordCount();
+    setRecordIndex(mRecordCount);
+    ShowRecordInfo();
+    FillRecord();
+    controls().firstField->setFocus();
+    SetNavButtons();
+}
+
+void WalkingForm::showNeighbour(int index)
+{
+    FillRecord();
+    setRecordIndex(index);
+    ShowRecordInfo();
+    controls().firstField->setFocus();
+}
+
+void WalkingForm::cmdNew_Click()
+{
+    prepareNew();
+    mCurrentSID = newKey();
+    rsRecords->addNew();
+    ClearRecord();
+    startNew();
+    controls().firstField->setFocus();
+    mNewRecord = true;
+    ShowRecordInfo();
+    SetNavButtons();
+}
+
+// A refused record leaves cmdSave disabled, too: the user has to touch a field to get it back.
+void WalkingForm::cmdSave_Click()
+{
+    SaveRecord();
+    controls().firstField->setFocus();
+    controls().cmdSave->setEnabled(false);
+    controls().cmdNew->setEnabled(true);
+    controls().cmdDelete->setEnabled(true);
+    finishSave();
+}
+
+// Nothing asks, and Escape is bound to it.
+void WalkingForm::cmdDelete_Click()
+{
+    if (mRecordCount != 0) {
+        releaseDependants();
+        rsRecords->remove();
+        readRecordCount();
+    }
+    if (mRecordCount != 0) {
+        rsRecords->movePrevious();
+        if (rsRecords->bof()) {
+            controls().cmdPrevious->setEnabled(false);
+            controls().cmdFirst->setEnabled(false);
+            rsRecords->moveNext();
+            setRecordIndex(1);
+        } else
+            setRecordIndex(recordIndex() - 1);
+        FillRecord();
+    } else {
+        ClearRecord();
+        DisableRecordButtons();
+        DisableFields();
+        setRecordIndex(0);
+    }
+    finishDelete();
+    ShowRecordInfo();
+}
+
+// A cancelled new record gives way to the last record, not to the one that was on screen before.
+void WalkingForm::cmdCancel_Click()
+{
+    controls().cmdSave->setEnabled(false);
+    controls().cmdNew->setEnabled(true);
+    controls().cmdDelete->setEnabled(true);
+    if (mNewRecord) {
+        mNewRecord = false;
+        readRecordCount();
+        if (mRecordCount > 0) {
+            rsRecords->moveLast();
+            setRecordIndex(mRecordCount);
+            FillRecord();
+            finishCancelledNew();
+        }
+    } else
+        FillRecord();
+    finishCancel();
+    ShowRecordInfo();
+    SetNavButtons();
+}
+
+} // namespace orlo

@@ -1,0 +1,87 @@
+#include "shell/forms/dlgCalendar.h"
+
+#include "platform/Conversion.h"
+#include "shell/forms/Module1.h"
+#include "ui_dlgCalendar.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace orlo
+{
+
+namespace
+{
+
+class DateFieldFilter : public QObject
+{
+public:
+    DateFieldFilter(QLineEdit* field, std::function<void()> picked)
+        : QObject(field), m_field(field), m_picked(std::move(picked))
+    {
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const bool key = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4 &&
+                         static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier;
+        // A field that takes no input gets its mouse events here all the same.
+        if (!m_field->isEnabled() || (!key && event->type() != QEvent::MouseButtonDblClick))
+            return QObject::eventFilter(watched, event);
+        widgets::Instance<dlgCalendar>::showWaiting();
+        if (!gCalendarDate.isEmpty()) {
+            m_field->setText(gCalendarDate);
+            if (m_picked)
+                m_picked();
+        }
+        return true;
+    }
+
+private:
+    QLineEdit* m_field;
+    std::function<void()> m_picked;
+};
+
+} // namespace
+
+dlgCalendar::dlgCalendar() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgCalendar>())
+{
+    ui->setupUi(this);
+    setFixedBorder();
+    setDefaultButton(ui->cmdSelectDate);
+    setCancelButton(ui->cmdCancel);
+    connect(ui->ccCalendar, &widgets::Calendar::doubleClicked, this, &dlgCalendar::takeDate);
+    connect(ui->cmdSelectDate, &QPushButton::clicked, this, &dlgCalendar::cmdSelectDate_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &dlgCalendar::unload);
+}
+
+dlgCalendar::~dlgCalendar() = default;
+
+void dlgCalendar::load()
+{
+    gCalendarDate.clear();
+    ui->ccCalendar->setValue(platform::today());
+}
+
+void dlgCalendar::cmdSelectDate_Click()
+{
+    if (ui->ccCalendar->day() < 2)
+        ui->ccCalendar->setDay(1);
+    takeDate();
+}
+
+void dlgCalendar::takeDate()
+{
+    gCalendarDate = platform::shortDate(ui->ccCalendar->value());
+    unload();
+}
+
+void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
+{
+    // The forms limit the width of date fields; with large letters a date, and the room around it, takes more.
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00")));
+    field->installEventFilter(new DateFieldFilter(field, std::move(picked)));
+    field->setToolTip(QObject::tr("Double-click for a calendar"));
+}
+
+} // namespace orlo

@@ -1,0 +1,67 @@
+#include "shell/frame/Main.h"
+
+#include "platform/Application.h"
+#include "platform/RuntimeError.h"
+#include "reporting/view/ReportControl.h"
+#include "shell/forms/Module1.h"
+#include "shell/frame/TakeoverNotice.h"
+#include "shell/frame/frmSplash.h"
+#include "widgets/Application.h"
+
+namespace orlo
+{
+
+namespace
+{
+
+constexpr int SplashTime = 4000; // ms
+
+// The open database if that is the file meant, so that a report reads what the screens have written.
+store::Database* databaseAt(const QString& path)
+{
+    const bool same = gDatabase && gDatabase->isOpen() && path == platform::nativePath(gDatabase->name());
+    return same ? gDatabase.get() : nullptr;
+}
+
+} // namespace
+
+void Main()
+{
+    gDbNeedsUpdate = false;
+    try {
+        auto& splash = widgets::Instance<frmSplash>::get();
+        splash.show();
+        splash.openFrameAfter(SplashTime);
+        gAppPath = platform::folder();
+        gOldDbName = QStringLiteral("\\Quorrel.mdb");
+        gDbName = QStringLiteral("\\Quorrel11.mdb");
+        if (gFileSystem.fileExists(gAppPath + gOldDbName))
+            gDbNeedsUpdate = true;
+        else
+            openDatabase(databasePath());
+    } catch (const platform::RuntimeError& error) {
+        platform::pendingError::set(error);
+    }
+    if (platform::pendingError::number() != 0)
+        CriticalError();
+}
+
+void startProgram()
+{
+    reports::ReportControl::setDatabaseProvider(databaseAt);
+    watchTakeovers();
+    Main();
+}
+
+int runProgram(int argc, char** argv)
+{
+    widgets::Application application(argc, argv);
+    try {
+        startProgram();
+    } catch (const platform::RuntimeError& error) {
+        widgets::Application::reportAndEnd(error);
+    }
+    return widgets::Application::exec();
+}
+
+} // namespace orlo

@@ -1,0 +1,96 @@
+#include "shell/frame/TakeoverNotice.h"
+
+#include "store/jet/Takeover.h"
+#include "widgets/Form.h"
+#include "widgets/MessageBox.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPointer>
+#include <QTimer>
+
+namespace orlo
+{
+
+namespace
+{
+
+constexpr int LookEvery = 100; // ms
+
+QWidget* visibleWindow()
+{
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(windows, [](const QWidget* window) { return window->isVisible(); });
+    return found == windows.end() ? nullptr : *found;
+}
+
+// Holds back what a window does once it becomes active: the frame would begin the update that is under way.
+class ActivationHold : public QObject
+{
+public:
+    ActivationHold() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override { return event->type() == QEvent::ActivationChange; }
+};
+
+QPointer<QLabel> line;
+
+// A line across the window that is up: another window would take the activation, which the frame listens for.
+void showProgress(const QString& file, int percent)
+{
+    if (percent >= 100) {
+        delete line;
+        return;
+    }
+    if (!line) {
+        QWidget* const window = visibleWindow();
+        if (!window)
+            return;
+        line = new QLabel(window);
+        line->setObjectName(QStringLiteral("lblTakeover"));
+        line->setAutoFillBackground(true);
+        QPalette colors = line->palette(); // legible on the splash too, which is disabled
+        for (const auto role : {QPalette::WindowText, QPalette::Window})
+            colors.setColor(QPalette::Disabled, role, colors.color(QPalette::Active, role));
+        line->setPalette(colors);
+        line->setAlignment(Qt::AlignCenter);
+        line->setMargin(line->fontMetrics().height() / 2);
+    }
+    line->setText(QStringLiteral("Bringing %1 into this version's format: %2 %").arg(file).arg(percent));
+    line->resize(line->parentWidget()->width(), line->sizeHint().height());
+    line->move(0, line->parentWidget()->height() - line->height());
+    line->raise();
+    line->show();
+    const ActivationHold hold;
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+// A message over the splash would go with it.
+void tellOverFrame(const QString& report)
+{
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, report] {
+        const QWidget* frame = widgets::Form::mainWindow();
+        if (!frame || !frame->isVisible() || QApplication::activeModalWidget())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        widgets::message(report);
+    });
+    timer->start(LookEvery);
+}
+
+} // namespace
+
+void watchTakeovers()
+{
+    store::takeoverWatch() = {showProgress, tellOverFrame};
+}
+
+bool isTakeoverShown()
+{
+    return line;
+}
+
+} // namespace orlo

@@ -1,0 +1,105 @@
+#include "shell/frame/frmSplash.h"
+
+#include "platform/Application.h"
+#include "shell/frame/TakeoverNotice.h"
+#include "shell/frame/mdiPendrake.h"
+#include "ui_frmSplash.h"
+#include "widgets/Twips.h"
+
+#include <QPainter>
+#include <QResource>
+#include <QScreen>
+#include <QTimer>
+
+namespace orlo
+{
+
+namespace
+{
+constexpr QSize PictureSize(483, 401);
+constexpr int LetterSize = 12; // pixels
+constexpr int LookEvery = 100; // ms
+
+// The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
+QImage picture(int scale)
+{
+    const QResource pixels(QStringLiteral(":/art/splash@%1x.rgb").arg(scale));
+    const QSize size = PictureSize * scale;
+    if (pixels.size() != qint64{size.width()} * size.height() * 4)
+        return {};
+    QImage image(pixels.data(), size.width(), size.height(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    return image;
+}
+
+} // namespace
+
+frmSplash::frmSplash()
+    : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmSplash>()), tmrSplashWait(new QTimer(this))
+{
+    ui->setupUi(this);
+    // The picture's size and its dark ground are the same on every desktop; so are the texts on it.
+    QFont letters = font();
+    letters.setPixelSize(LetterSize);
+    setFont(letters);
+    QPalette onPicture = palette();
+    onPicture.setColor(QPalette::WindowText, Qt::white);
+    setPalette(onPicture);
+    ui->lblVersion->hide();
+    ui->lblWarning->hide();
+    setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+    tmrSplashWait->setObjectName(QStringLiteral("tmrSplashWait"));
+    connect(tmrSplashWait, &QTimer::timeout, this, &frmSplash::tmrSplashWait_Timer);
+}
+
+frmSplash::~frmSplash() = default;
+
+void frmSplash::openFrameAfter(int milliseconds)
+{
+    tmrSplashWait->start(milliseconds);
+}
+
+void frmSplash::load()
+{
+    setCursor(Qt::WaitCursor);
+    ui->lblVersion->setText(platform::versionText());
+
+    m_picture = picture(devicePixelRatioF() > 1 ? 2 : 1);
+    setFixedSize(PictureSize);
+    move(screen()->availableGeometry().center() - rect().center());
+
+    QLabel& version = *ui->lblVersion;
+    version.move(width() / 2 - version.width() / 2, height() / 2 + widgets::twipsToPixels(100, this));
+    QLabel& warning = *ui->lblWarning;
+    warning.move(width() / 2 - warning.width() / 2, height() - warning.height() - widgets::twipsToPixels(400, this));
+    setEnabled(false);
+}
+
+void frmSplash::keyPressEvent(QKeyEvent*)
+{
+    unload();
+}
+
+// The first text of a process waits for the fonts to be found; the picture doesn't.
+void frmSplash::paintEvent(QPaintEvent*)
+{
+    QPainter(this).drawImage(0, 0, m_picture);
+    for (QLabel* label : {ui->lblVersion, ui->lblWarning})
+        QTimer::singleShot(0, label, &QWidget::show);
+}
+
+void frmSplash::tmrSplashWait_Timer()
+{
+    if (isTakeoverShown()) // the frame comes once the database is open
+        return tmrSplashWait->start(LookEvery);
+    tmrSplashWait->stop();
+    mdiPendrake::instance().show();
+    unload();
+    // The report of a failed start may be up still; the frame must not lie on it.
+    if (QWidget* report = QApplication::activeModalWidget()) {
+        report->raise();
+        report->activateWindow();
+    }
+}
+
+} // namespace orlo

@@ -1,0 +1,403 @@
+#include "store/schema/Schema.h"
+
+#include "store/engine/BulkLoad.h"
+
+#include <span>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+using enum FieldType;
+
+// Which versions of the file have a table or a field.
+enum class In { Both, Only10, Only11 };
+
+// What sets a field apart from the others of its type.
+enum class Extra { None, Counter, StartsTrue, NotEmpty };
+
+struct Column {
+    const char16_t* name;
+    FieldType type;
+    int size = 0;
+    In in = In::Both;
+    Extra extra = Extra::None;
+};
+
+struct Key {
+    const char16_t* name;
+    const char16_t* field;
+    bool primary = false;
+    In in = In::Both;
+};
+
+struct Table {
+    const char16_t* name;
+    In in;
+    std::span<const Column> columns;
+    std::span<const Key> keys;
+};
+
+constexpr Column PackInfo[] = {
+    {u"Pack Number", Double},
+    {u"Name", Text, 50},
+};
+
+constexpr Column Dens[] = {
+    {u"Den_SID", Integer},   {u"Den_Number", Double},   {u"Den_Name", Text, 40},
+    {u"Den_Type", Text, 40}, {u"Year_Started", Double}, {u"Active", Text, 255}, // any text can be typed there
+};
+constexpr Key DensKeys[] = {{u"Dens_PK", u"Den_SID", true}};
+
+constexpr Column Scouts[] = {
+    {u"Scout_SID", Integer},
+    {u"First_Name", Text, 40},
+    {u"Last_Name", Text, 40},
+    {u"MI", Text, 1},
+    {u"Address", Text, 40},
+    {u"Phone", Text, 20},
+    {u"City", Text, 30},
+    {u"State", Text, 25},
+    {u"Zip_Code", Text, 10},
+    {u"Birth_Date", Date},
+    {u"Parent_Name1", Text, 60},
+    {u"Parent_Name2", Text, 60},
+    {u"Active", Text, 1},
+    {u"Pack_Start_Date", Date},
+    {u"Tigar", Text, 1},
+    {u"Years_In_Other_Pack", Double},
+    {u"Years_In_Scouts", Double},
+    {u"School", Text, 40},
+    {u"Assigned_Den_SID", Integer},
+    {u"Note", Memo},
+    {u"Alt_Parent_Address", Text, 60, In::Only11},
+    {u"Alt_Parent_City", Text, 40, In::Only11},
+    {u"Alt_Parent_State", Text, 30, In::Only11},
+    {u"Alt_Parent_Zip", Text, 10, In::Only11},
+    {u"Parent1_Email", Text, 100, In::Only11},
+    {u"Parent1_Use_Scout_Add", Boolean, 0, In::Only11, Extra::StartsTrue},
+    {u"Parent1_Home_Phone", Text, 20, In::Only11},
+    {u"Parent1_Work_Phone", Text, 20, In::Only11},
+    {u"Parent1_Correspondance", Boolean, 0, In::Only11},
+    {u"Parent2_Work_Phone", Text, 20, In::Only11},
+    {u"Parent2_Use_Scout_Add", Boolean, 0, In::Only11, Extra::StartsTrue},
+    {u"Parent2_Email", Text, 100, In::Only11},
+    {u"Parent2_Correspondance", Boolean, 0, In::Only11},
+    {u"Grade_In_School", Integer, 0, In::Only11},
+    {u"Boys_Life", Boolean, 0, In::Only11},
+    {u"BSA_Number", Text, 50, In::Only11},
+    {u"Scouts_Email", Text, 100, In::Only11},
+    {u"Parent2_Home_Phone", Text, 20, In::Only11},
+    {u"Parent1_Den_Leader_SID", Integer, 0, In::Only11},
+    {u"Parent2_Den_Leader_SID", Integer, 0, In::Only11},
+};
+constexpr Key ScoutsKeys[] = {
+    {u"Scouts_PK", u"Scout_SID", true},
+    {u"Assigned_Den_SID", u"Assigned_Den_SID"},
+};
+
+constexpr Column Adults[] = {
+    {u"Adult_SID", Integer},
+    {u"First_Name", Text, 40},
+    {u"Last_Name", Text, 40},
+    {u"MI", Text, 1},
+    {u"Address", Text, 40},
+    {u"Phone", Text, 20},
+    {u"WorkPhone", Text, 20},
+    {u"City", Text, 25},
+    {u"State", Text, 30},
+    {u"Zip_Code", Text, 10},
+    {u"Birth_Date", Date},
+    {u"Active", Text, 1},
+    {u"Pack_Start_Date", Date},
+    {u"Years_In_Other_Pack", Double},
+    {u"Years_In_Scouts", Double},
+    {u"Assigned_Den_SID", Integer},
+    {u"Note", Memo},
+    {u"Email", Text, 100, In::Only11},
+};
+constexpr Key AdultsKeys[] = {{u"Adults_PK", u"Adult_SID", true}};
+
+constexpr Column Insignias[] = {
+    {u"Insignia_SID", Integer},
+    {u"Insignia_Name", Text, 40},
+    {u"Insignia_Type", Text, 40},
+    {u"Description", Memo},
+};
+constexpr Key InsigniasKeys[] = {{u"Insignias_PK", u"Insignia_SID", true}};
+
+constexpr Column AwardsScouts[] = {
+    {u"Scout_SID", Integer},
+    {u"Insignia_SID", Integer},
+    {u"Date_Assigned", Date},
+    {u"Year", Integer},
+    {u"Month", Integer},
+    {u"Assigned_SID", Long, 0, In::Only11, Extra::Counter},
+    {u"Quantity", Integer, 0, In::Only11},
+};
+constexpr Key AwardsScoutsKeys[] = {
+    {u"Assigned_SID_PK", u"Assigned_SID", true, In::Only11},
+    {u"Date_Assigned", u"Date_Assigned"},
+    {u"Insignia_SID", u"Insignia_SID"},
+    {u"Month", u"Month"},
+    {u"Scout_SID", u"Scout_SID"},
+    {u"Year", u"Year"},
+};
+
+constexpr Column AwardsAdults[] = {
+    {u"Adult_SID", Integer}, {u"Insignia_SID", Integer}, {u"Date_Assigned", Date},
+    {u"Year", Integer},      {u"Month", Integer},
+};
+constexpr Key AwardsAdultsKeys[] = {
+    {u"Adult_SID", u"Adult_SID"},
+    {u"Date_Assigned", u"Date_Assigned"},
+    {u"Insignia_SID", u"Insignia_SID"},
+};
+
+constexpr Column DenTitles[] = {
+    {u"Den_Title", Text, 30, In::Both, Extra::NotEmpty},
+    {u"Sort_Order", Integer},
+};
+constexpr Key DenTitlesKeys[] = {{u"Den_Titles_PK", u"Den_Title", true}};
+
+constexpr Column LeaderDenAssignments[] = {
+    {u"Adult_SID", Long},
+    {u"Den_SID", Integer},
+    {u"Den_Title", Text, 50},
+    {u"Sort_Order", Integer},
+};
+constexpr Key LeaderDenAssignmentsKeys[] = {
+    {u"LDA_Adult_SID_IDX", u"Adult_SID"},
+    {u"LDA_Den_SID_IDX", u"Den_SID"},
+};
+
+constexpr Column LeaderPackAssn[] = {
+    {u"Position_Title", Text, 60},
+    {u"Leader_SID", Integer},
+    {u"Sort_Order", Integer},
+    {u"Leader_Pack_Assn", Long, 0, In::Both, Extra::Counter},
+};
+constexpr Key LeaderPackAssnKeys[] = {
+    {u"LPA_Leader_Pack_Assn_PK", u"Leader_Pack_Assn", true},
+    {u"LPA_Leader_SID_IDX", u"Leader_SID"},
+};
+
+constexpr Column OtherPurchaseList[] = {
+    {u"Item_Name", Text, 100},
+    {u"Quantity", Integer},
+};
+
+constexpr Column PackPositions[] = {
+    {u"Pack_Titles", Text, 60, In::Both, Extra::NotEmpty},
+    {u"Sort_Order", Integer},
+};
+constexpr Key PackPositionsKeys[] = {{u"Pack_Titles", u"Pack_Titles", true}};
+
+constexpr Column PurchaseList[] = {
+    {u"Insignia_SID", Integer, 0, In::Only10}, {u"Award_Name", Text, 40},
+    {u"Award_Type", Text, 40, In::Only10},     {u"Insignia_Type", Text, 40, In::Only11},
+    {u"Quantity", Integer, 0, In::Only11},
+};
+
+constexpr Table Tables[] = {
+    {u"PackInfo", In::Both, PackInfo, {}},
+    {u"Dens", In::Both, Dens, DensKeys},
+    {u"Scouts", In::Both, Scouts, ScoutsKeys},
+    {u"Adults", In::Both, Adults, AdultsKeys},
+    {u"Insignias", In::Both, Insignias, InsigniasKeys},
+    {u"Assigned_Awards_Scouts", In::Both, AwardsScouts, AwardsScoutsKeys},
+    {u"Assigned_Awards_Adults", In::Both, AwardsAdults, AwardsAdultsKeys},
+    {u"Den_Titles", In::Only11, DenTitles, DenTitlesKeys},
+    {u"Leader_Den_Assignments", In::Only11, LeaderDenAssignments, LeaderDenAssignmentsKeys},
+    {u"Leader_Pack_Assn", In::Only11, LeaderPackAssn, LeaderPackAssnKeys},
+    {u"Other_Purchase_List", In::Only11, OtherPurchaseList, {}},
+    {u"Pack_Positions", In::Only11, PackPositions, PackPositionsKeys},
+    {u"Purchase_List", In::Both, PurchaseList, {}},
+};
+
+struct Query {
+    const char16_t* name;
+    const char16_t* sql;
+};
+
+constexpr Query Queries[] = {
+    {u"Join_AssignedAdultsWInsgnias",
+     u"SELECT Insignias.Insignia_Name AS Award_Name, 1 AS Qty, Assigned_Awards_Adults.Insignia_SID, "
+     u"Insignias.Insignia_Type, Assigned_Awards_Adults.Date_Assigned FROM Assigned_Awards_Adults LEFT JOIN Insignias "
+     u"ON Assigned_Awards_Adults.Insignia_SID = Insignias.Insignia_SID ORDER BY Assigned_Awards_Adults.Insignia_SID"},
+    {u"Join_AssignedScoutsWInsignias",
+     u"SELECT Insignias.Insignia_Name AS Award_Name,  IIf(IsNull(Quantity),1,Quantity) AS Qty, "
+     u"Assigned_Awards_Scouts.Insignia_SID, Insignias.Insignia_Type, Assigned_Awards_Scouts.Date_Assigned "
+     u"FROM Assigned_Awards_Scouts LEFT JOIN Insignias ON Assigned_Awards_Scouts.Insignia_SID = "
+     u"Insignias.Insignia_SID ORDER BY Assigned_Awards_Scouts.Insignia_SID"},
+    {u"Leader_Assignments",
+     u"SELECT IIf(B.Den_SID=0,\"N/A\",A.Den_Number) AS Den_Number, IIf(B.Den_SID=0,\"N/A\",A.Den_Type) AS Den_Type, "
+     u"B.Position_Title, B.Den_SID, B.Leader_SID, B.Leader_Pack_Assn FROM Union_Pack_Den_Positions AS B "
+     u"LEFT JOIN Dens AS A ON B.Den_SID = A.Den_SID"},
+    {u"Scouts_Parents_As_DenLeader",
+     u"SELECT A.Last_Name, A.First_Name, A.MI, B.Den_Title, B.Adult_SID, B.Den_SID FROM Leader_Den_Assignments AS B, "
+     u"Adults AS A WHERE (((A.Adult_SID)=[B].[Adult_SID])) "},
+    {u"Union_Pack_Den_Positions",
+     u"Select Adult_SID As Leader_SID, Den_SID, Den_Title as Position_Title, \"N/A\"as Leader_Pack_Assn "
+     u"From Leader_Den_Assignments UNION ALL Select Leader_SID, 0 as Den_SID, Position_Title, Leader_Pack_Assn "
+     u"From Leader_Pack_Assn"},
+    {u"UnionAwardsScoutAdults",
+     u"SELECT * From Join_AssignedScoutsWInsignias UNION ALL Select * from Join_AssignedAdultsWInsgnias"},
+};
+
+bool isIn(In in, SchemaVersion version)
+{
+    return in == In::Both || (in == In::Only10) == (version == SchemaVersion::V10);
+}
+
+Field makeField(const Column& column)
+{
+    Field field;
+    field.name = QString::fromUtf16(column.name);
+    field.type = column.type;
+    field.size = column.size;
+    field.allowZeroLength = (column.type == Text || column.type == Memo) && column.extra != Extra::NotEmpty;
+    field.autoIncrement = column.extra == Extra::Counter;
+    if (column.extra == Extra::StartsTrue)
+        field.defaultValue = true;
+    return field;
+}
+
+TableDef makeTable(const Table& table, SchemaVersion version)
+{
+    TableDef made(QString::fromUtf16(table.name));
+    for (const Column& column : table.columns)
+        if (isIn(column.in, version))
+            made.appendField(makeField(column));
+    for (const Key& key : table.keys)
+        if (isIn(key.in, version))
+            made.appendIndex(
+                {QString::fromUtf16(key.name), {QString::fromUtf16(key.field)}, key.primary, key.primary, key.primary});
+    return made;
+}
+
+std::vector<TableDef> makeTables(SchemaVersion version)
+{
+    std::vector<TableDef> made;
+    for (const Table& table : Tables)
+        if (isIn(table.in, version))
+            made.push_back(makeTable(table, version));
+    return made;
+}
+
+void createTables(Database& database, SchemaVersion version)
+{
+    for (TableDef table : schema::tables(version))
+        database.appendTableDef(table);
+}
+
+void addTitles(Database& database, const QString& table, const QString& field, const std::vector<PositionTitle>& titles)
+{
+    Recordset rows = database.openRecordset(table);
+    for (const PositionTitle& title : titles) {
+        rows.addNew();
+        rows.setValue(field, title.title);
+        rows.setValue(u"Sort_Order", title.sortOrder);
+        rows.update();
+    }
+}
+
+} // namespace
+
+const std::vector<TableDef>& schema::tables(SchemaVersion version)
+{
+    static const std::vector<TableDef> Version10 = makeTables(SchemaVersion::V10);
+    static const std::vector<TableDef> Version11 = makeTables(SchemaVersion::V11);
+    return version == SchemaVersion::V10 ? Version10 : Version11;
+}
+
+const TableDef* schema::findTable(QStringView name, SchemaVersion version)
+{
+    for (const TableDef& table : tables(version))
+        if (name.compare(table.name(), Qt::CaseInsensitive) == 0)
+            return &table;
+    return nullptr;
+}
+
+const std::vector<QueryDef>& schema::queries()
+{
+    static const std::vector<QueryDef> Made = [] {
+        std::vector<QueryDef> made;
+        for (const Query& query : Queries)
+            made.push_back({QString::fromUtf16(query.name), QString::fromUtf16(query.sql)});
+        return made;
+    }();
+    return Made;
+}
+
+// The titles stand as the packs know them from their reports, spelling included.
+const std::vector<PositionTitle>& schema::denTitles()
+{
+    static const std::vector<PositionTitle> Titles = {
+        {u"Asst. Den Leader", 2}, {u"Co-Den Leader", 2},   {u"Den Chief", 3},
+        {u"Den Leader", 1},       {u"Tiger Cub Coach", 1}, {u"Tiger Cub Parent", 2},
+    };
+    return Titles;
+}
+
+const std::vector<PositionTitle>& schema::packTitles()
+{
+    static const std::vector<PositionTitle> Titles = {
+        {u"Cub Master", 1},       {u"Advancement Chair", 5},      {u"Asst. Cubmaster", 2},
+        {u"Treasure", 4},         {u"Charter Representitive", 4}, {u"Committee Chair", 3},
+        {u"Den Leader Coach", 5}, {u"Membership Chair", 5},       {u"Quartermaster", 5},
+        {u"Secretary", 4},
+    };
+    return Titles;
+}
+
+const Editions& schema::editions()
+{
+    const auto texts = [](const std::vector<PositionTitle>& titles) {
+        QStringList made;
+        for (const PositionTitle& title : titles)
+            made += QString::fromUtf16(title.title);
+        return made;
+    };
+    const QString telling = QStringLiteral("Adults");
+    static const Editions Both = {
+        {tables(SchemaVersion::V11),
+         queries(),
+         telling,
+         {{QStringLiteral("Den_Titles"), texts(denTitles())}, {QStringLiteral("Pack_Positions"), texts(packTitles())}}},
+        {tables(SchemaVersion::V10), {}, telling, {}},
+    };
+    return Both;
+}
+
+void createSchema(Database& database)
+{
+    BulkLoad together(database);
+    createTables(database, SchemaVersion::V11);
+    for (const QueryDef& query : schema::queries())
+        database.createQueryDef(query.name, query.sql);
+    addDefaultDenTitles(database);
+    addDefaultPackTitles(database);
+    together.commit();
+}
+
+void createSchema10(Database& database)
+{
+    BulkLoad together(database);
+    createTables(database, SchemaVersion::V10);
+    together.commit();
+}
+
+void addDefaultDenTitles(Database& database)
+{
+    addTitles(database, QStringLiteral("Den_Titles"), QStringLiteral("Den_Title"), schema::denTitles());
+}
+
+void addDefaultPackTitles(Database& database)
+{
+    addTitles(database, QStringLiteral("Pack_Positions"), QStringLiteral("Pack_Titles"), schema::packTitles());
+}
+
+} // namespace orlo::store

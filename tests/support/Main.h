@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+namespace orlo::test
+{
+
+/// A class of tests in a room's test program, known to it from the program's start.
+class TestClass
+{
+public:
+    using Child = int (*)(const QStringList& arguments);
+
+    TestClass(const char* name, QObject* (*make)(), Child child = nullptr);
+
+    const char* name;
+    QObject* (*make)();
+    Child child; ///< what a process does that a test starts by childArguments()
+};
+
+/// The arguments with which a test starts its own program once more, to run the class's child routine on them.
+[[nodiscard]] QStringList childArguments(const QStringList& arguments);
+/// The same to run one test function, or one row of it as "function:row".
+[[nodiscard]] QStringList functionArguments(const QString& function);
+
+/// Runs the class that the first argument names, with the rest of the arguments as Qt Test takes them, or every class
+/// of the program; the exit status.
+[[nodiscard]] int runTests(const QStringList& arguments);
+
+} // namespace orlo::test
+
+/// Puts a class of tests into its room's program; a second argument is its child routine.
+#define ORLO_TEST(Class, ...)                                                                                          \
+    static const orlo::test::TestClass Class##Entry(                                                                   \
+        #Class, []() -> QObject* { return new Class; } __VA_OPT__(, ) __VA_ARGS__);
