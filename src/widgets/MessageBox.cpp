@@ -48,10 +48,10 @@ void warn(const QString& text, const QString& title)
     show(text, title, QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool ask(const QString& text, const QString& title)
+bool ask(const QString& text, const QString& title, Preset preset)
 {
-    return show(text, title, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
-           QMessageBox::Yes;
+    return show(text, title, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
+                preset == Preset::Yes ? QMessageBox::Yes : QMessageBox::No) == QMessageBox::Yes;
 }
 
 QString lines(const QStringList& texts)

@@ -9,8 +9,10 @@ namespace orlo::widgets
 void message(const QString& text, const QString& title = QString());
 /// The same with an exclamation sign.
 void warn(const QString& text, const QString& title);
-/// Asks with Yes and No, Yes being the default; true for Yes.
-[[nodiscard]] bool ask(const QString& text, const QString& title);
+/// The answer that Enter gives.
+enum class Preset { Yes, No };
+/// Asks with Yes and No; true for Yes.
+[[nodiscard]] bool ask(const QString& text, const QString& title, Preset preset = Preset::Yes);
 
 /// The lines of a message as one text.
 [[nodiscard]] QString lines(const QStringList& texts);
