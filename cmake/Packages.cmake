@@ -9,8 +9,8 @@ add_custom_command(
     OUTPUT ${PACKAGE_DIR}/Quorrel11.mdb
     COMMAND ${CMAKE_COMMAND} -E make_directory ${PACKAGE_DIR}
     COMMAND ${CMAKE_COMMAND} -E rm -f ${PACKAGE_DIR}/Quorrel11.mdb
-    COMMAND newdb ${PACKAGE_DIR}/Quorrel11.mdb
-    DEPENDS newdb
+    COMMAND orlo-db new ${PACKAGE_DIR}/Quorrel11.mdb
+    DEPENDS orlo-db
     VERBATIM)
 add_custom_target(package_database ALL DEPENDS ${PACKAGE_DIR}/Quorrel11.mdb)
 
@@ -31,7 +31,9 @@ function(orlo_arrangement component folder manual)
 endfunction()
 
 orlo_arrangement(folder . manual EXCLUDE_FROM_ALL)
+install(TARGETS orlo-db RUNTIME DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
 install(FILES ${PACKAGE_DIR}/README.txt DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
+install(FILES docs/man/orlo-db.1 DESTINATION manual COMPONENT folder EXCLUDE_FROM_ALL)
 
 if(WIN32)
     # No console window. Only an archive: an installer's next version would put its empty database over the records.
@@ -44,6 +46,8 @@ elseif(APPLE)
 else()
     orlo_arrangement(system lib/orlo share/doc/orlo/manual)
     install(PROGRAMS packaging/orlo.sh DESTINATION bin RENAME orlo COMPONENT system)
+    install(TARGETS orlo-db RUNTIME DESTINATION bin COMPONENT system)
+    install(FILES docs/man/orlo-db.1 DESTINATION share/man/man1 COMPONENT system)
     install(FILES share/orlo.desktop DESTINATION share/applications COMPONENT system)
     foreach(size 16 32 48 128 256)
         install(FILES ${CMAKE_BINARY_DIR}/art/orlo-${size}.png RENAME orlo.png

@@ -34,12 +34,15 @@ cpack --config "$build/CPackConfig.cmake" -B "$here" >"$here/log" || { cat "$her
 mkdir "$here/a folder"
 tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
 complete "$here/a folder"
+"$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
 starts "$here/a folder" "$here/a folder/orlo"
 
 dpkg-deb -f "$here"/orlo_*.deb Depends | grep libqt6printsupport6 | grep libsqlite3-0 | grep -q libqt6widgets6
 dpkg-deb -x "$here"/orlo_*.deb "$here/root"
 export XDG_DATA_HOME="$here/the data"
 launcher=$here/root/usr/bin/orlo given=$here/root/usr/lib/orlo user=$XDG_DATA_HOME/orlo
+"$here/root/usr/bin/orlo-db" check "$given/Quorrel11.mdb" | grep -q 'sound$'
+[ -s "$here/root/usr/share/man/man1/orlo-db.1" ]
 starts "$user" "$launcher"
 complete "$user"
 

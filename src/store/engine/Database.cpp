@@ -177,9 +177,15 @@ Database DBEngine::createDatabase(const QString& path)
     return Database(std::move(connection));
 }
 
-void DBEngine::repairDatabase(const QString& path, const Editions& editions)
+QStringList DBEngine::checkDatabase(const QString& path)
 {
-    repairFile(platform::nativePath(path), editions);
+    Connection connection(path, Connection::Mode::Open);
+    return faultsOf(connection);
+}
+
+QString DBEngine::repairDatabase(const QString& path, const Editions& editions)
+{
+    return repairFile(platform::nativePath(path), editions);
 }
 
 } // namespace orlo::store

@@ -117,10 +117,12 @@ namespace DBEngine
 [[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
+/// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does.
+[[nodiscard]] QStringList checkDatabase(const QString& path);
 /// Checks a closed file and rebuilds a damaged one, which is of one of the editions, from every row that can still be
-/// read; the damaged file stays beside it. Raises 3024 for a missing file, 3049 for one in which nothing can be read,
-/// 61 or 70 when the new file can't be written.
-void repairDatabase(const QString& path, const Editions& editions);
+/// read. Returns the path of the damaged file, which stays beside it, or nothing for a sound one. Raises 3024 for a
+/// missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be written.
+QString repairDatabase(const QString& path, const Editions& editions);
 } // namespace DBEngine
 
 } // namespace orlo::store

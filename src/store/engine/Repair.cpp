@@ -39,11 +39,8 @@ bool compact(const QString& file)
 {
     try {
         Connection connection(file, Connection::Mode::Open);
-        {
-            auto check = connection.statement("PRAGMA integrity_check(1)");
-            if (!check.step() || check.text(0) != QLatin1String("ok"))
-                return false;
-        }
+        if (!faultsOf(connection, 1).isEmpty())
+            return false;
         sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the new layout is made in a second file
         connection.run("VACUUM");
     } catch (const RuntimeError& error) {
@@ -413,13 +410,22 @@ void Salvage::makeQueries()
 
 } // namespace
 
-void repairFile(const QString& path, const Editions& editions)
+QStringList faultsOf(Connection& connection, int most)
+{
+    QStringList faults;
+    auto check = connection.statement("PRAGMA integrity_check(" + QByteArray::number(most) + ')');
+    while (check.step())
+        faults += check.text(0);
+    return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
+}
+
+QString repairFile(const QString& path, const Editions& editions)
 {
     if (!QFileInfo(path).isFile())
         throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
     const QString file = QFileInfo(path).canonicalFilePath(); // a link goes on naming the repaired file
     if (compact(file))
-        return;
+        return {};
     const QString made = file + QStringLiteral(".repair");
     QFile::remove(made);
     QFile::remove(made + QStringLiteral("-journal"));
@@ -427,7 +433,7 @@ void repairFile(const QString& path, const Editions& editions)
         Salvage(file, made, editions).run();
         QFile::setPermissions(made, QFileInfo(file).permissions());
         setJournalAside(file);
-        platform::putInPlace(file, made, QStringLiteral("damaged"));
+        return platform::putInPlace(file, made, QStringLiteral("damaged"));
     } catch (const RuntimeError&) {
         QFile::remove(made);
         QFile::remove(made + QStringLiteral("-journal"));

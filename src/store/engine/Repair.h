@@ -5,10 +5,15 @@
 namespace orlo::store
 {
 
+class Connection;
+
+/// What is wrong with a file, a line for each fault and at most so many; nothing for a sound one. Raises 3049 for one
+/// that is too damaged to tell.
+[[nodiscard]] QStringList faultsOf(Connection& connection, int most = 20);
 /// What DBEngine::repairDatabase() does, on a native path. A sound file is only laid out anew. Of a damaged one every
 /// row that can still be read goes, page by page, into a new file with the same tables, keys and queries, which takes
 /// the damaged one's place; that stays beside it as "<name> (damaged).<suffix>". Cut off at any moment, the file under
 /// the name is one of the two. A file that shows none of the editions is taken for one of the newest.
-void repairFile(const QString& path, const Editions& editions);
+QString repairFile(const QString& path, const Editions& editions);
 
 } // namespace orlo::store

@@ -1,6 +1,7 @@
 #include "store/schema/Schema.h"
 #include "support/Files.h"
 #include "support/Main.h"
+#include "support/Sqlite.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -9,6 +10,8 @@
 
 using namespace orlo;
 using namespace orlo::store;
+using orlo::test::contents;
+using orlo::test::sqlite;
 
 namespace
 {
@@ -16,19 +19,21 @@ namespace
 struct Run {
     int status;
     QString errors;
+    QString said;
 };
 
-Run newdb(const QStringList& arguments)
+Run orloDb(const QStringList& arguments)
 {
     QProcess process;
-    process.start(ORLO_BUILD_DIR "/tools/newdb", arguments);
+    process.start(ORLO_BUILD_DIR "/tools/orlo-db", arguments);
     const bool finished = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    return {finished ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardError())};
+    return {finished ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardError()),
+            QString::fromUtf8(process.readAllStandardOutput())};
 }
 
 } // namespace
 
-class tst_newdb : public QObject
+class tst_orlodb : public QObject
 {
     Q_OBJECT
 
@@ -76,7 +81,7 @@ private Q_SLOTS:
         const QByteArray escaped = content.toUtf8().replace("\\r", "\r").replace("\\xFC", "\xFC");
         orlo::test::write(csv(file + ".csv"), QByteArray(escaped).replace("\\0", QByteArray(1, '\0')));
         orlo::test::write(csv("Adults.csv"), "Adult_SID\n1\n");
-        const Run run = newdb({out(), "--from", csv()});
+        const Run run = orloDb({"new", out(), "--from", csv()});
         QCOMPARE(run.status, 1);
         QVERIFY2(run.errors.contains(file + ".csv:") && run.errors.contains(error), qPrintable(run.errors));
         QCOMPARE(made(), QStringList());
@@ -89,7 +94,7 @@ private Q_SLOTS:
                           "\r\n"
                           "7,\"Zo\xC3\xAB \"\"Z\"\"\",\"a,\r\nb\",6/7/2016,yes,,\"\",\"\"\r\n"
                           "8,O'Brien,,2016-06-07,0,\" \",x,12 ");
-        QCOMPARE(newdb({out(), "--from", csv()}).errors, QString());
+        QCOMPARE(orloDb({"new", out(), "--from", csv()}).errors, QString());
         QCOMPARE(made(), QStringList("new.mdb"));
         // A field that no file names takes its default.
         QCOMPARE(rows("Select First_Name, Note, Birth_Date, Boys_Life, City, School, BSA_Number, Parent1_Use_Scout_Add "
@@ -100,7 +105,7 @@ private Q_SLOTS:
     void leavesExistingFileAlone()
     {
         orlo::test::write(out(), "mine");
-        const Run run = newdb({out()});
+        const Run run = orloDb({"new", out()});
         QVERIFY(run.status == 1 && run.errors.contains("is there already"));
         QFile file(out());
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -112,7 +117,7 @@ private Q_SLOTS:
     {
         orlo::test::write(csv("Purchase_List.csv"), "Insignia_SID,Award_Name,Award_Type\n1,a,b\n");
         orlo::test::write(csv("Assigned_Awards_Scouts.csv"), "Scout_SID,Insignia_SID\n1,2\n1,2\n");
-        QCOMPARE(newdb({out(), "--from", csv(), "--version", "1.0"}).errors, QString());
+        QCOMPARE(orloDb({"new", out(), "--from", csv(), "--version", "1.0"}).errors, QString());
         QCOMPARE(rows("Assigned_Awards_Scouts").count(u';'), 1);
         Database database = DBEngine::openDatabase(out());
         QCOMPARE(database.queryNames(), QStringList());
@@ -122,7 +127,7 @@ private Q_SLOTS:
     // Every link of the sample leads somewhere, and every award's year and month are those of its date.
     void samplePack()
     {
-        QCOMPARE(newdb({out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
+        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
         QCOMPARE(rows("Select Count(*) From Dens"), "7");
         QCOMPARE(rows("Select Distinct Insignia_Type From Insignias").count(u';'), 8);
         for (const char* wrong :
@@ -136,6 +141,49 @@ private Q_SLOTS:
               "Assigned_Awards_Scouts Where Year <> Year(Date_Assigned) Or Month <> Month(Date_Assigned)",
               "Assigned_Awards_Adults Where Year <> Year(Date_Assigned) Or Month <> Month(Date_Assigned)"})
             QCOMPARE(rows(QString("Select * From ") + wrong), QString());
+    }
+
+    // A table or field that others have added is exported, too, but doesn't keep the rest from being read again.
+    void exportIsReadAgain()
+    {
+        orlo::test::write(csv("Scouts.csv"), "Scout_SID,Note,Birth_Date,Boys_Life,City,School\n"
+                                             "7,\"a \"\"b\"\",\r\nc\",1001-01-01,True,,\"\"\n");
+        orlo::test::write(csv("Dens.csv"), "Den_SID,Den_Number\n-1,0.1\n2,1e-05\n");
+        QCOMPARE(orloDb({"new", out(), "--from", csv()}).errors, QString());
+        sqlite(out(), "Alter Table Dens Add Own Text; Create Table Mine (a); Insert Into Mine Values ('x')");
+        const QString first = m_folder->filePath("first");
+        QCOMPARE(orloDb({"export", out(), first}).errors, QString());
+        QCOMPARE(contents(first + "/other/Mine.csv"), "a\nx\n");
+        QVERIFY(contents(first + "/other/Dens.csv")
+                    .startsWith("Den_SID,Den_Number,Den_Name,Den_Type,Year_Started,"
+                                "Active,Own\n-1,0.1,"));
+        const QString again = m_folder->filePath("again.mdb");
+        const QString second = m_folder->filePath("second");
+        QCOMPARE(orloDb({"new", again, "--from", first}).errors, QString());
+        QCOMPARE(orloDb({"export", again, second}).errors, QString());
+        QCOMPARE(QDir(second).entryList(QDir::Files).size(), 13);
+        for (const QString& file : QDir(second).entryList(QDir::Files))
+            QCOMPARE(contents(second + u'/' + file), contents(first + u'/' + file));
+        QCOMPARE(sqlite(again, "Select Note, Birth_Date, Boys_Life, City, School From Scouts"),
+                 QStringList{"a \"b\",\r\nc|1001-01-01|1|Null|"});
+        QVERIFY(orloDb({"export", again, second}).errors.contains("isn't empty"));
+    }
+
+    void damagedFileIsRepaired()
+    {
+        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
+        const Run sound = orloDb({"check", out()});
+        QVERIFY2(sound.status == 0 && sound.said.contains("sound\n"), qPrintable(sound.said + sound.errors));
+        orlo::test::write(out(), contents(out()).replace(100, 3996, QByteArray(3996, '\0')));
+        QCOMPARE(orloDb({"check", out()}).status, 1);
+        const Run repaired = orloDb({"repair", out()});
+        QVERIFY2(repaired.status == 0 && repaired.said.contains("new (damaged).mdb"), qPrintable(repaired.errors));
+        const qsizetype rows = sound.said.indexOf(u'\n');
+        QCOMPARE(orloDb({"check", out()}).said.sliced(rows), sound.said.sliced(rows));
+        QCOMPARE(repaired.said.sliced(repaired.said.indexOf(u'\n')), sound.said.sliced(rows));
+        for (const QStringList& wrong :
+             {QStringList{}, {"check"}, {"check", out(), "--version", "1.0"}, {"mend", out()}})
+            QCOMPARE(orloDb(wrong).status, 2);
     }
 
 private:
@@ -162,5 +210,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-ORLO_TEST(tst_newdb)
-#include "tst_newdb.moc"
+ORLO_TEST(tst_orlodb)
+#include "tst_orlodb.moc"

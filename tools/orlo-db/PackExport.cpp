@@ -1,0 +1,111 @@
+#include "PackExport.h"
+
+#include "PackLoader.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace orlo;
+using store::Database;
+using store::TableDef;
+using store::Value;
+
+namespace
+{
+
+QByteArray textCell(const QString& text)
+{
+    const bool plain = !text.isEmpty() && std::ranges::none_of(text, [](QChar c) {
+        return c == u',' || c == u'"' || c == u'\n' || c == u'\r';
+    });
+    return plain ? text.toUtf8() : '"' + text.toUtf8().replace('"', "\"\"") + '"';
+}
+
+// Nothing is an empty cell, an empty text a quoted one; dates stand year first, as in the file.
+struct ToCell {
+    QByteArray operator()(std::monostate) const { return {}; }
+    QByteArray operator()(bool value) const { return value ? "True" : "False"; }
+    QByteArray operator()(qint64 value) const { return QByteArray::number(value); }
+    QByteArray operator()(double value) const { return QByteArray::number(value, 'g', QLocale::FloatingPointShortest); }
+    QByteArray operator()(const QString& value) const { return textCell(value); }
+    QByteArray operator()(const store::DateTime& value) const
+    {
+        const QByteArray time = value.time.toString(QStringLiteral(" HH:mm:ss")).toUtf8();
+        return value.date.toString(Qt::ISODate).toUtf8() + (value.time == QTime(0, 0) ? QByteArray() : time);
+    }
+};
+
+void write(QFile& file, const QList<QByteArray>& cells)
+{
+    if (file.write(cells.join(',') + '\n') < 0)
+        throw LoadError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
+}
+
+void exportTable(store::Recordset& rows, const QStringList& fields, const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        throw LoadError(QStringLiteral("%1: %2").arg(path, file.errorString()));
+    QList<QByteArray> cells;
+    for (const QString& field : fields)
+        cells += textCell(field);
+    write(file, cells);
+    for (; !rows.eof(); rows.moveNext()) {
+        cells.clear();
+        for (const QString& field : fields)
+            cells += std::visit(ToCell(), rows[field].data());
+        write(file, cells);
+    }
+    if (!file.flush())
+        throw LoadError(QStringLiteral("%1: %2").arg(path, file.errorString()));
+}
+
+void makeFolder(const QString& folder)
+{
+    if (!QDir().mkpath(folder))
+        throw LoadError(QStringLiteral("%1: the folder can't be made").arg(folder));
+}
+
+// The edition that the file is of: the one whose table that tells them apart is the file's.
+const store::Edition& editionOf(const Database& database)
+{
+    const store::Editions& all = store::schema::editions();
+    const auto found = std::ranges::find_if(all, [&database](const store::Edition& edition) {
+        return database.tableNames().contains(edition.telling, Qt::CaseInsensitive) &&
+               database.tableDef(edition.telling).fields().size() ==
+                   edition.findTable(edition.telling)->fields().size();
+    });
+    return found == all.end() ? all.front() : *found;
+}
+
+} // namespace
+
+void exportPack(Database& database, const QString& folder)
+{
+    makeFolder(folder);
+    if (!QDir(folder).isEmpty())
+        throw LoadError(QStringLiteral("%1: the folder isn't empty").arg(folder));
+    const store::Edition& edition = editionOf(database);
+    for (const QString& name : database.tableNames()) {
+        const TableDef table = database.tableDef(name);
+        const TableDef* usual = edition.findTable(name);
+        QStringList all;
+        QStringList known;
+        for (const store::Field& field : table.fields()) {
+            all += field.name;
+            if (usual && usual->findField(field.name))
+                known += field.name;
+        }
+        const auto exportTo = [&](const QString& where, const QStringList& fields) {
+            makeFolder(where);
+            store::Recordset rows = database.openRecordset(QStringLiteral("[%1]").arg(name));
+            // A name with a slash in it would lead out of the folder.
+            const QString file = QString(name).replace(u'/', u'_').replace(u'\\', u'_');
+            exportTable(rows, fields, QStringLiteral("%1/%2.csv").arg(where, file));
+        };
+        if (!known.isEmpty())
+            exportTo(folder, known);
+        if (known.size() < all.size())
+            exportTo(folder + QStringLiteral("/other"), all);
+    }
+}
