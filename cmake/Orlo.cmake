@@ -25,3 +25,19 @@ function(orlo_room name)
         set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON)
     endif()
 endfunction()
+
+# `format` puts the sources into the house's layout, `lint` reads them with clang-tidy; both want clang's tools.
+find_program(CLANG_FORMAT clang-format)
+find_program(RUN_CLANG_TIDY NAMES run-clang-tidy run-clang-tidy-14)
+file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.h ${PROJECT_SOURCE_DIR}/src/*.cpp
+     ${PROJECT_SOURCE_DIR}/tools/*.h ${PROJECT_SOURCE_DIR}/tools/*.cpp ${PROJECT_SOURCE_DIR}/tests/*.h
+     ${PROJECT_SOURCE_DIR}/tests/*.cpp ${PROJECT_SOURCE_DIR}/benchmarks/*.h ${PROJECT_SOURCE_DIR}/benchmarks/*.cpp)
+if(CLANG_FORMAT)
+    add_custom_target(format COMMAND ${CLANG_FORMAT} -i ${sources} VERBATIM)
+endif()
+if(RUN_CLANG_TIDY)
+    add_custom_target(lint
+        COMMAND ${CLANG_FORMAT} --dry-run --Werror ${sources}
+        COMMAND ${RUN_CLANG_TIDY} -quiet -p ${CMAKE_BINARY_DIR} "/(src|tools)/.*\\.cpp$"
+        VERBATIM)
+endif()

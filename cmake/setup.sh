@@ -1,24 +1,29 @@
-# Sourced by run, test and bench: installs what a fresh Debian 12 lacks, then builds the release preset.
+# Sourced by run, test and bench: installs what a fresh Debian 12 lacks, then builds.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6sql6-sqlite
-          libgl1-mesa-dev libsqlite3-dev libbenchmark-dev mdbtools mdbtools-dev pkgconf
-          fonts-dejavu-core poppler-utils dpkg-dev file)
+program_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
+                  libsqlite3-dev mdbtools-dev fonts-dejavu-core)
+test_packages=(ccache poppler-utils dpkg-dev file)
+bench_packages=(libbenchmark-dev libqt6sql6-sqlite)
 
-missing=()
-for package in "${packages[@]}"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
-done
-if [ ${#missing[@]} -gt 0 ]; then
+install_missing() { # install_missing PACKAGE...
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
     echo "Installing: ${missing[*]}"
-    sudo=
+    local sudo=
     [ "$(id -u)" -eq 0 ] || sudo=sudo
     $sudo apt-get update -qq
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
-fi
+}
 
-build() { # build PRESET
-    cmake --preset "$1" >/dev/null
-    cmake --build --preset "$1"
+build() { # build PRESET "TARGET..." [CMAKE_OPTION...]
+    local preset=$1 targets=$2
+    shift 2
+    cmake --preset "$preset" "$@" >/dev/null
+    # shellcheck disable=SC2086 # the targets are words
+    cmake --build --preset "$preset" --target $targets
 }

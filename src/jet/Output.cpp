@@ -1,6 +1,6 @@
 #include "jet/Output.h"
 
-#include "jet/Limits.h"
+#include "platform/ProcessLimits.h"
 
 #include <cstdio>
 
@@ -10,7 +10,7 @@ namespace orlo::jet
 void fail(const std::string& reason)
 {
     std::fprintf(stderr, "\norlo-jet: %s\n", reason.c_str());
-    leave(1);
+    platform::leave(1);
 }
 
 void Output::flush()
@@ -18,7 +18,7 @@ void Output::flush()
     if (m_block.size() > m_left)
         fail("The file would grow without end.");
     m_left -= m_block.size();
-    if (!send(m_block))
+    if (!platform::send(m_block))
         fail("The program doesn't take what was read.");
     m_block.clear();
 }

@@ -2,8 +2,8 @@
 // that started it. A process of its own, since a damaged or hostile file can end it, use up its time or its memory.
 
 #include "jet/JetFile.h"
-#include "jet/Limits.h"
 #include "jet/Output.h"
+#include "platform/ProcessLimits.h"
 
 #include <bit>
 #include <cstdio>
@@ -144,7 +144,10 @@ int main(int argc, char** argv)
 {
     if (argc != 2)
         fail("There is no file to read.");
-    Output out(limitOurselves(argv[1]));
+    const std::uint64_t limit = orlo::platform::limitOurselves(argv[1]);
+    if (limit == 0)
+        fail("There is no file to read.");
+    Output out(limit);
     JetFile file(argv[1]);
     out.number(orlo::store::jet::Signature);
     out.number(static_cast<std::uint32_t>(file.others().size()));
@@ -159,5 +162,5 @@ int main(int argc, char** argv)
         writeRows(out, file, table);
     out.number(orlo::store::jet::End);
     out.flush();
-    leave(0);
+    orlo::platform::leave(0);
 }

@@ -2,8 +2,6 @@
 
 #include <QString>
 
-#include <optional>
-
 namespace orlo::platform
 {
 
@@ -23,12 +21,5 @@ struct Version {
 [[nodiscard]] QString folder();
 /// Gives another folder in its place, for tests and pictures; an empty one gives the executable's back.
 void setFolder(const QString& path);
-
-/// A value of a key of the machine's registry, below HKEY_LOCAL_MACHINE; none where the key, the value or the registry
-/// is missing.
-[[nodiscard]] std::optional<QString> registryValue(const QString& key, const QString& name);
-
-/// Enters an error in the system log.
-void logError(const QString& text);
 
 } // namespace orlo::platform

@@ -1,14 +1,10 @@
 #include "platform/FileReplacement.h"
 
 #include "platform/FileCopy.h"
-#include "platform/RuntimeError.h"
+#include "platform/FileNames.h"
 
 #include <QFile>
 #include <QFileInfo>
-
-#include <cerrno>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace orlo::platform
 {
@@ -17,26 +13,6 @@ namespace
 {
 
 constexpr qint64 BlockSize = 1 << 20; // bytes
-
-void check(int result)
-{
-    if (result != 0)
-        throw RuntimeError(errno == ENOSPC || errno == EDQUOT ? DiskFull
-                           : errno == EIO                     ? PathFileAccess
-                                                              : PermissionDenied,
-                           QStringLiteral("FileSystem"));
-}
-
-void flush(const QString& path, int flags)
-{
-    const int handle = ::open(QFile::encodeName(path).constData(), flags | O_RDONLY | O_CLOEXEC);
-    check(handle < 0 ? -1 : 0);
-    const bool done = ::fsync(handle) == 0 || errno == EINVAL || errno == ENOSYS; // not every volume knows it
-    const int code = errno;
-    ::close(handle);
-    errno = code;
-    check(done ? 0 : -1);
-}
 
 bool haveSameContents(const QString& path, const QString& other)
 {
@@ -69,13 +45,11 @@ QString putInPlace(const QString& path, const QString& finished, const QString& 
 {
     const QFileInfo file(path);
     QString kept = freeName(file, note);
-    flush(finished, 0);
-    const QByteArray name = QFile::encodeName(path);
+    flushFile(finished);
     // A second name for the old file first, or a copy where the volume knows no second names.
-    if (!QFileInfo::exists(kept) && ::link(name.constData(), QFile::encodeName(kept).constData()) != 0)
+    if (!QFileInfo::exists(kept) && !addName(path, kept))
         copyOver(path, kept);
-    check(::rename(QFile::encodeName(finished).constData(), name.constData()));
-    flush(file.path(), O_DIRECTORY);
+    takeName(finished, path);
     return kept;
 }
 

@@ -2,12 +2,12 @@
 
 #include "platform/FileCopy.h"
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
-#include <QSet>
 #include <QStorageInfo>
 
 namespace orlo::platform
@@ -31,17 +31,6 @@ QString matchingEntry(const QString& folder, const QString& name)
 }
 
 std::function<QList<Drive>()> otherVolumes; // in place of the mounted ones
-
-// Mounted, but no place for a user's files: what the system shows of itself, and images of installed programs.
-bool isPseudo(const QStorageInfo& volume)
-{
-    static const QSet<QByteArray> types{"autofs",   "bpf",      "cgroup",   "cgroup2", "configfs",   "debugfs",
-                                        "devpts",   "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",  "mqueue",
-                                        "nsfs",     "proc",     "pstore",   "ramfs",   "rootfs",     "securityfs",
-                                        "squashfs", "sysfs",    "tmpfs",    "tracefs", "binfmt_misc"};
-    static const QSet<QByteArray> services{"fuse.gvfsd-fuse", "fuse.portal", "fuse.snapfuse", "fuse.lxcfs"};
-    return types.contains(volume.fileSystemType()) || services.contains(volume.fileSystemType());
-}
 
 } // namespace
 
@@ -133,7 +122,8 @@ QList<Drive> FileSystem::drives() const
     const auto volumes = QStorageInfo::mountedVolumes();
     for (const QStorageInfo& volume : volumes) {
         const QString root = volume.rootPath();
-        if (volume.isValid() && volume.isReady() && QFileInfo(root).isDir() && (volume.isRoot() || !isPseudo(volume)))
+        if (volume.isValid() && volume.isReady() && QFileInfo(root).isDir() &&
+            (volume.isRoot() || holdsUserFiles(volume)))
             byRoot.insert(root, Drive{root, volume.bytesAvailable()});
     }
     return byRoot.values();

@@ -12,6 +12,9 @@
 namespace orlo::reports
 {
 
+/// Measures of a document are points.
+constexpr double PointsPerInch = 72;
+
 /// A text placed on a page: already broken and cut to its lines, drawn from the top left corner of its box.
 struct TextItem {
     QRectF box; ///< points (1/72 inch) from the top left corner of the paper

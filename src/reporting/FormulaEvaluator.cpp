@@ -17,7 +17,7 @@ using Type = FormulaNode::Type;
     throw ReportError(platform::TypeMismatch, message, place);
 }
 
-double number(const Value& value, Place place)
+double numberIn(const Value& value, Place place)
 {
     if (value.isBool())
         return value.toBool() ? 1 : 0;
@@ -97,7 +97,7 @@ Value connected(const FormulaNode& node, const FormulaScope& scope)
     return open ? Value() : Value(!decisive);
 }
 
-Value joined(const FormulaNode& node, const FormulaScope& scope)
+Value joinedTexts(const FormulaNode& node, const FormulaScope& scope)
 {
     QString text;
     for (const FormulaNode& child : node.children)
@@ -120,7 +120,7 @@ Value sumOf(const Value& a, const Value& b, bool subtract, Place place)
             throw ReportError(platform::Overflow, QStringLiteral("The date is out of range."), place);
         return moved;
     }
-    return number(a, place) + (subtract ? -1 : 1) * number(b, place);
+    return numberIn(a, place) + (subtract ? -1 : 1) * numberIn(b, place);
 }
 
 Value computed(const FormulaNode& node, const FormulaScope& scope)
@@ -134,10 +134,10 @@ Value computed(const FormulaNode& node, const FormulaScope& scope)
             result = sumOf(result, operand, node.kind == Kind::Subtract, node.place);
             continue;
         }
-        const double right = number(operand, node.place);
+        const double right = numberIn(operand, node.place);
         if (node.kind == Kind::Divide && right == 0)
             throw ReportError(platform::DivisionByZero, QStringLiteral("Division by zero."), node.place);
-        const double left = number(result, node.place);
+        const double left = numberIn(result, node.place);
         result = node.kind == Kind::Divide ? left / right : left * right;
     }
     if (result.isNumber() && !std::isfinite(result.toDouble()))
@@ -234,13 +234,13 @@ Value evaluateNode(const FormulaNode& node, const FormulaScope& scope)
     }
     case Kind::Negate: {
         const Value value = evaluateNode(node.children[0], scope);
-        return value.isNull() ? value : Value(-number(value, node.place));
+        return value.isNull() ? value : Value(-numberIn(value, node.place));
     }
     case Kind::And:
     case Kind::Or:
         return connected(node, scope);
     case Kind::Join:
-        return joined(node, scope);
+        return joinedTexts(node, scope);
     case Kind::Add:
     case Kind::Subtract:
     case Kind::Multiply:
@@ -273,7 +273,7 @@ int compareValues(const Value& a, const Value& b, Place place)
     const auto sign = [](auto left, auto right) { return left < right ? -1 : left > right ? 1 : 0; };
     const auto numeric = [](const Value& value) { return value.isNumber() || value.isBool(); };
     if (numeric(a) && numeric(b))
-        return sign(number(a, place), number(b, place));
+        return sign(numberIn(a, place), numberIn(b, place));
     if (a.isText() && b.isText())
         return store::compareText(a.toText(), b.toText());
     if (a.isDate() && b.isDate())

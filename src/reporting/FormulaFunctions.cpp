@@ -16,7 +16,7 @@ using Type = FormulaNode::Type;
 
 constexpr int LongestText = 1'000'000;
 
-double number(const Value& value, Place place)
+double numberOf(const Value& value, Place place)
 {
     if (value.isNumber() || value.isBool())
         return value.isBool() ? double(value.toBool()) : value.toDouble();
@@ -28,7 +28,7 @@ double number(const Value& value, Place place)
 
 int wholeNumber(const Value& value, Place place)
 {
-    const double read = number(value, place);
+    const double read = numberOf(value, place);
     if (!(read >= -LongestText && read <= LongestText))
         throw ReportError(platform::InvalidProcedureCall, QStringLiteral("The number is out of range."), place);
     return int(read);
@@ -82,7 +82,7 @@ Value toText(Arguments a, Place place)
     const int decimals = wholeNumber(a[1], place);
     if (decimals < 0 || decimals > 15)
         throw ReportError(platform::InvalidProcedureCall, QStringLiteral("Decimals run from 0 to 15."), place);
-    return QLocale(QLocale::English, QLocale::UnitedStates).toString(number(a[0], place), 'f', decimals);
+    return QLocale(QLocale::English, QLocale::UnitedStates).toString(numberOf(a[0], place), 'f', decimals);
 }
 
 Value joined(Arguments a, Place)
@@ -117,7 +117,7 @@ Value rounded(Arguments a, Place place)
         return {};
     const int decimals = a.size() > 1 ? wholeNumber(a[1], place) : 0;
     const double scale = std::pow(10.0, std::clamp(decimals, 0, 15));
-    return std::round(number(a[0], place) * scale) / scale;
+    return std::round(numberOf(a[0], place) * scale) / scale;
 }
 
 const std::array Functions{
@@ -128,7 +128,7 @@ const std::array Functions{
     FormulaFunction{QLatin1StringView("Date"), 1, 3, Type::Date, makeDate},
     FormulaFunction{QLatin1StringView("ToText"), 1, 2, Type::Text, toText},
     FormulaFunction{QLatin1StringView("ToNumber"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return a[0].isNull() ? Value() : Value(number(a[0], p)); }},
+                    [](Arguments a, Place p) { return a[0].isNull() ? Value() : Value(numberOf(a[0], p)); }},
     FormulaFunction{QLatin1StringView("Join"), 2, 20, Type::Text, joined},
     FormulaFunction{QLatin1StringView("Trim"), 1, 1, Type::Text,
                     [](Arguments a, Place) { return ofText(a[0], [](const QString& t) { return t.trimmed(); }); }},
@@ -158,7 +158,7 @@ const std::array Functions{
                     [](Arguments a, Place p) { return dayPart(a, p, &QDate::day); }},
     FormulaFunction{QLatin1StringView("Round"), 1, 2, Type::Number, rounded},
     FormulaFunction{QLatin1StringView("Abs"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return a[0].isNull() ? Value() : Value(std::abs(number(a[0], p))); }},
+                    [](Arguments a, Place p) { return a[0].isNull() ? Value() : Value(std::abs(numberOf(a[0], p))); }},
 };
 
 struct NamedWord {

@@ -8,7 +8,7 @@ namespace orlo::reports
 namespace
 {
 
-using Kind = FormulaToken::Kind;
+using TokenKind = FormulaToken::Kind;
 
 bool isDigit(QChar c)
 {
@@ -25,7 +25,7 @@ public:
         std::vector<FormulaToken> tokens;
         do
             tokens.push_back(next());
-        while (tokens.back().kind != Kind::End);
+        while (tokens.back().kind != TokenKind::End);
         return tokens;
     }
 
@@ -57,16 +57,16 @@ private:
             return token;
         const QChar c = peek();
         if (c == u'"' || c == u'\'') {
-            token.kind = Kind::Text;
+            token.kind = TokenKind::Text;
             token.value = quoted();
         } else if (c == u'{') {
-            token.kind = Kind::Field;
+            token.kind = TokenKind::Field;
             take();
             token.text = until(u'}', QStringLiteral("The field's closing brace is missing.")).trimmed();
             if (token.text.isEmpty())
                 throw ReportError(platform::SyntaxError, QStringLiteral("A field's name is missing."), token.place);
         } else if (c == u'#') {
-            token.kind = Kind::Date;
+            token.kind = TokenKind::Date;
             take();
             const QString written = until(u'#', QStringLiteral("The date's closing # is missing."));
             const auto date = platform::readDate(written);
@@ -75,14 +75,14 @@ private:
                                   token.place);
             token.value = Value(*date);
         } else if (isDigit(c) || (c == u'.' && isDigit(peek(1)))) {
-            token.kind = Kind::Number;
+            token.kind = TokenKind::Number;
             token.value = number(token.place);
         } else if (c.isLetter() || c == u'_') {
-            token.kind = Kind::Name;
+            token.kind = TokenKind::Name;
             while (!atEnd() && (peek().isLetterOrNumber() || peek() == u'_'))
                 token.text += take();
         } else {
-            token.kind = Kind::Sign;
+            token.kind = TokenKind::Sign;
             token.text = sign(token.place);
         }
         return token;

@@ -8,10 +8,7 @@ namespace orlo::reports
 namespace
 {
 
-constexpr std::size_t RowsBetweenProgress = 200;
-
-struct Cancelled {
-};
+constexpr std::size_t StripsBetweenProgress = 200;
 
 class ReportLayout
 {
@@ -203,7 +200,7 @@ private:
         for (std::size_t row = rows.first; row < rows.last; ++row) {
             m_scope.row = row;
             append(m_definition.detail, false);
-            if (++m_done % RowsBetweenProgress != 0 || m_done == m_rows.size())
+            if (++m_done % StripsBetweenProgress != 0 || m_done == m_rows.size())
                 continue;
             if (m_soFar && m_soFar(flowSoFar()))
                 m_soFar = {};

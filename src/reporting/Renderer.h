@@ -35,6 +35,9 @@ using DatabaseProvider = std::function<store::Database&(const QString& path)>;
 
 /// Told the rows laid out so far and all of them; false cancels the run.
 using Progress = std::function<bool(int done, int total)>;
+/// Thrown by a step whose progress answers false, and caught where the run ends.
+struct Cancelled {
+};
 
 /// Given the first page of a long report as soon as it is settled, before the rest is laid out: a document that isn't
 /// complete. Not called for a report that is done at once, or one that leaves out its first page.

@@ -19,9 +19,6 @@ namespace
 constexpr int RowsBetweenProgress = 500;
 const QString SelectionPlace = QStringLiteral("selection formula");
 
-struct Cancelled {
-};
-
 FormulaNode::Type typeOf(store::FieldType type)
 {
     switch (type) {

@@ -12,7 +12,7 @@ namespace
 {
 
 /// Widths are sums of rounded advances: a text that fits by less than this has not been broken for nothing.
-constexpr double Tolerance = 0.01;
+constexpr double WidthTolerance = 0.01;
 
 /// The first installed family of a generic name, so that a page looks alike on machines with the same fonts.
 QString installedFamily(const QString& name)
@@ -104,7 +104,7 @@ bool Typesetter::fitsAsItIs(int font, QStringView text, double width) const
             return false;
         width -= face.advances[code];
     }
-    return width >= -Tolerance;
+    return width >= -WidthTolerance;
 }
 
 QStringList Typesetter::broken(int font, const QString& text, double width) const
@@ -117,7 +117,7 @@ QStringList Typesetter::broken(int font, const QString& text, double width) cons
     const QString clean = printable(text);
     for (const QStringView paragraph : QStringView(clean).split(u'\n')) {
         const QStringView line = paragraph.trimmed();
-        if (this->width(font, line) <= width + Tolerance)
+        if (this->width(font, line) <= width + WidthTolerance)
             lines << line.toString();
         else
             breakLine(font, line, width, lines);
@@ -136,7 +136,7 @@ void Typesetter::breakLine(int font, QStringView line, double width, QStringList
         QStringView piece = line.mid(from, to - from);
         while (piece.endsWith(u' '))
             piece.chop(1);
-        return this->width(font, piece) <= width + Tolerance;
+        return this->width(font, piece) <= width + WidthTolerance;
     };
     qsizetype start = 0;
     while (start < line.size()) {

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 #include "widgets/BoundGridModel.h"
+#include "widgets/CellMargin.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
 #include "widgets/Twips.h"
@@ -20,8 +21,6 @@ namespace orlo::widgets
 
 namespace
 {
-
-constexpr int CellMargin = 3; // pixels above and below a row's text
 
 // The column headings, with room above them for the grid's caption.
 class HeadingRow : public QHeaderView

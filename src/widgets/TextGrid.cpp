@@ -1,6 +1,7 @@
 #include "widgets/TextGrid.h"
 
 #include "platform/RuntimeError.h"
+#include "widgets/CellMargin.h"
 #include "widgets/TextGridModel.h"
 #include "widgets/Twips.h"
 
@@ -18,7 +19,6 @@ namespace
 {
 
 constexpr int DefaultWidth = 960; // twips
-constexpr int CellMargin = 3;     // pixels above and below a row's text
 
 // The fixed column looks like the header; the other cells show no focus frame, the whole row being marked.
 class CellDelegate : public QStyledItemDelegate

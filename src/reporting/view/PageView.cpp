@@ -17,7 +17,6 @@ namespace orlo::reports
 namespace
 {
 
-constexpr double PointsPerInch = 72;
 constexpr double Gap = 16; // pixels around each page
 constexpr int ShadowDepth = 6;
 constexpr double ZoomStep = 1.1;

@@ -16,8 +16,6 @@ namespace orlo::reports
 namespace
 {
 
-constexpr double PointsPerInch = 72;
-
 PrinterFactory theFactory;
 
 [[noreturn]] void raiseUnreachable(const QPrinter& printer)

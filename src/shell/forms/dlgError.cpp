@@ -1,6 +1,6 @@
 #include "shell/forms/dlgError.h"
 
-#include "platform/Application.h"
+#include "platform/System.h"
 #include "shell/forms/Module1.h"
 #include "ui_dlgError.h"
 

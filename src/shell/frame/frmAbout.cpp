@@ -1,6 +1,7 @@
 #include "shell/frame/frmAbout.h"
 
 #include "platform/Application.h"
+#include "platform/System.h"
 #include "shell/forms/Module1.h"
 #include "ui_frmAbout.h"
 #include "widgets/MessageBox.h"

@@ -17,8 +17,8 @@ namespace orlo
 namespace
 {
 constexpr QSize PictureSize(483, 401);
-constexpr int LetterSize = 12; // pixels
-constexpr int LookEvery = 100; // ms
+constexpr int LetterSize = 12;       // pixels
+constexpr int LookForEndEvery = 100; // ms
 
 // The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
 QImage picture(int scale)
@@ -91,7 +91,7 @@ void frmSplash::paintEvent(QPaintEvent*)
 void frmSplash::tmrSplashWait_Timer()
 {
     if (isTakeoverShown()) // the frame comes once the database is open
-        return tmrSplashWait->start(LookEvery);
+        return tmrSplashWait->start(LookForEndEvery);
     tmrSplashWait->stop();
     mdiPendrake::instance().show();
     unload();

@@ -18,7 +18,7 @@ namespace
 
 constexpr char StoredQueries[] = "Stored_Queries";
 
-QString raiser()
+QString catalogueSource()
 {
     return QStringLiteral("Catalogue");
 }
@@ -106,7 +106,7 @@ TableDef readTable(Connection& connection, QStringView name)
 {
     const TableInfo* known = connection.table(name);
     if (!known || known->isQuery)
-        throw RuntimeError(platform::FieldNotFound, raiser());
+        throw RuntimeError(platform::FieldNotFound, catalogueSource());
     TableDef table(known->name);
     const QString sql = sqlOf(connection, table.name());
     auto columns =
@@ -181,7 +181,7 @@ void dropForeignTriggers(Connection& connection, const Editions& editions)
 void createTable(Connection& connection, const TableDef& table)
 {
     if (connection.table(table.name()))
-        throw RuntimeError(platform::ObjectAlreadyExists, raiser());
+        throw RuntimeError(platform::ObjectAlreadyExists, catalogueSource());
     Transaction transaction(connection);
     connection.run(tableSql(table, table.name()));
     addIndexes(connection, table);
@@ -230,7 +230,7 @@ void dropTable(Connection& connection, QStringView name)
 {
     const TableInfo* table = connection.table(name);
     if (!table || table->isQuery)
-        throw RuntimeError(platform::FieldNotFound, raiser());
+        throw RuntimeError(platform::FieldNotFound, catalogueSource());
     const QByteArray drop = "DROP TABLE " + quoted(table->name);
     connection.run(drop);
     connection.noteSchemaChange();
@@ -255,10 +255,10 @@ void createQueryTexts(Connection& connection)
 void createQuery(Connection& connection, const QueryDef& query)
 {
     if (connection.table(query.name))
-        throw RuntimeError(platform::QueryAlreadyExists, raiser());
+        throw RuntimeError(platform::QueryAlreadyExists, catalogueSource());
     const Translated translated = translate(query.sql);
     if (translated.kind != Translated::Kind::Select)
-        throw RuntimeError(platform::SyntaxError, raiser());
+        throw RuntimeError(platform::SyntaxError, catalogueSource());
     Transaction transaction(connection);
     createQueryTexts(connection);
     // Its order matters when the query itself is opened, from its text; within other statements it only costs time.
@@ -278,7 +278,7 @@ QueryDef readQuery(Connection& connection, QStringView name)
 {
     const TableInfo* found = connection.table(name);
     if (!found || !found->isQuery)
-        throw RuntimeError(platform::FieldNotFound, raiser());
+        throw RuntimeError(platform::FieldNotFound, catalogueSource());
     QueryDef query{found->name, {}};
     if (sqlOf(connection, QString::fromLatin1(StoredQueries)).isEmpty())
         return query; // another tool's file

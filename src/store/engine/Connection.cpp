@@ -33,7 +33,7 @@ constexpr qsizetype MostTexts = 256;
 constexpr qsizetype FileHead = 19; // bytes, up to the version of the format that writes it
 constexpr int LastFormat = 2;
 
-QString raiser()
+QString databaseSource()
 {
     return QStringLiteral("Database");
 }
@@ -68,12 +68,12 @@ void Connection::open(Mode mode)
         flags |= SQLITE_OPEN_CREATE;
     const int code = sqlite3_open_v2(QFile::encodeName(m_file).constData(), &m_db, flags, nullptr);
     if (code != SQLITE_OK)
-        throw RuntimeError(mode == Mode::Open ? platform::CannotLockFile : platform::PathFileAccess, raiser());
+        throw RuntimeError(mode == Mode::Open ? platform::CannotLockFile : platform::PathFileAccess, databaseSource());
     harden();
     if (mode == Mode::Create)
         return;
     if (sqlite3_db_readonly(m_db, "main") == 1)
-        throw RuntimeError(platform::CannotLockFile, raiser());
+        throw RuntimeError(platform::CannotLockFile, databaseSource());
     // Rolls back what a killed process left half done, finds a damaged catalogue, and proves the write lock.
     run("BEGIN IMMEDIATE;ROLLBACK;SELECT count(*) FROM sqlite_master");
 }
@@ -82,18 +82,18 @@ void Connection::checkFile() const
 {
     const QFileInfo info(m_file);
     if (!info.exists())
-        throw RuntimeError(platform::DatabaseNotFound, raiser());
+        throw RuntimeError(platform::DatabaseNotFound, databaseSource());
     if (!info.isFile())
-        throw RuntimeError(platform::UnrecognisedFormat, raiser());
+        throw RuntimeError(platform::UnrecognisedFormat, databaseSource());
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly) || !info.isWritable())
-        throw RuntimeError(platform::CannotLockFile, raiser());
+        throw RuntimeError(platform::CannotLockFile, databaseSource());
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
-        throw RuntimeError(platform::UnrecognisedFormat, raiser());
+        throw RuntimeError(platform::UnrecognisedFormat, databaseSource());
     // SQLite would take the file for a later version's, to be read only.
     if (head.size() == FileHead && static_cast<unsigned char>(head.back()) > LastFormat)
-        throw RuntimeError(platform::DatabaseDamaged, raiser());
+        throw RuntimeError(platform::DatabaseDamaged, databaseSource());
     setStrayJournalAside(m_file);
 }
 
@@ -135,7 +135,7 @@ void Connection::close()
 void Connection::ensureOpen() const
 {
     if (!m_db)
-        throw RuntimeError(platform::ObjectInvalid, raiser());
+        throw RuntimeError(platform::ObjectInvalid, databaseSource());
 }
 
 std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, Origin origin)
@@ -151,7 +151,7 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
     if (code != SQLITE_OK)
         raiseLast(code, true);
     if (!prepared->handle)
-        throw RuntimeError(platform::SyntaxError, raiser());
+        throw RuntimeError(platform::SyntaxError, databaseSource());
     return prepared;
 }
 

@@ -10,12 +10,12 @@ using platform::RuntimeError;
 namespace
 {
 
-[[noreturn]] void raise(int number)
+[[noreturn]] void raiseOfField(int number)
 {
     throw RuntimeError(number, QStringLiteral("Field"));
 }
 
-double number(const Value& value)
+double numberIn(const Value& value)
 {
     if (const QString* text = std::get_if<QString>(&value.data())) {
         const auto read = platform::readNumber(*text);
@@ -34,15 +34,15 @@ bool truth(const Value& value)
             if (text->compare(QLatin1String(word), Qt::CaseInsensitive) == 0)
                 return false;
     }
-    return value.isBool() ? value.toBool() : number(value) != 0;
+    return value.isBool() ? value.toBool() : numberIn(value) != 0;
 }
 
-DateTime date(const Value& value)
+DateTime dateIn(const Value& value)
 {
     try {
         return value.toDate();
     } catch (const RuntimeError&) {
-        raise(platform::WrongDataType);
+        raiseOfField(platform::WrongDataType);
     }
 }
 
@@ -56,20 +56,20 @@ Value converted(const Value& value, const FieldInfo& field)
     case FieldType::Boolean:
         return truth(value);
     case FieldType::Integer:
-        return qint64(platform::toInt16(number(value)));
+        return qint64(platform::toInt16(numberIn(value)));
     case FieldType::Long:
-        return qint64(platform::toInt32(number(value)));
+        return qint64(platform::toInt32(numberIn(value)));
     case FieldType::Double:
-        return number(value);
+        return numberIn(value);
     case FieldType::Date:
-        return date(value);
+        return dateIn(value);
     case FieldType::Text:
     case FieldType::Memo:
         break;
     }
     QString text = value.toText();
     if (field.type == FieldType::Text && field.size > 0 && text.size() > field.size)
-        raise(platform::FieldTooSmall);
+        raiseOfField(platform::FieldTooSmall);
     return text;
 }
 

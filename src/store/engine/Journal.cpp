@@ -28,7 +28,7 @@ constexpr qint64 PageCountAt = 28;
 constexpr qint64 CountedAt = 92; // the change counter for which the page count holds
 constexpr qint64 FirstPageHead = 100;
 
-quint32 number(const QByteArray& bytes, qint64 at)
+quint32 numberAt(const QByteArray& bytes, qint64 at)
 {
     return qFromBigEndian<quint32>(bytes.constData() + at);
 }
@@ -44,16 +44,16 @@ bool sumAgrees(const QByteArray& page, quint32 start, quint32 stated)
 // The first page as it was, if the journal has it; `whole` tells whether all of the journal was looked through.
 std::optional<QByteArray> firstPage(QFile& journal, const QByteArray& header, bool& whole)
 {
-    const auto pages = number(header, RecordCountAt);
-    const qint64 sector = number(header, SectorSizeAt);
-    const qint64 pageSize = number(header, PageSizeAt);
+    const auto pages = numberAt(header, RecordCountAt);
+    const qint64 sector = numberAt(header, SectorSizeAt);
+    const qint64 pageSize = numberAt(header, PageSizeAt);
     qint64 at = sector;
     quint32 done = 0;
     for (; (pages == UpToTheEnd || pages == 0 || done < pages) && at + pageSize + 8 <= journal.size(); ++done) {
         journal.seek(at);
         const QByteArray record = journal.read(pageSize + 8);
-        if (number(record, 0) == 1 &&
-            sumAgrees(record.mid(4, pageSize), number(header, SumStartAt), number(record, 4 + pageSize)))
+        if (numberAt(record, 0) == 1 &&
+            sumAgrees(record.mid(4, pageSize), numberAt(header, SumStartAt), numberAt(record, 4 + pageSize)))
             return record.mid(4, pageSize);
         at += pageSize + 8;
     }
@@ -66,18 +66,18 @@ bool isStray(QFile& journal, const QByteArray& fileHead)
     const QByteArray header = journal.read(HeaderSize);
     if (header.size() < HeaderSize || !header.startsWith(Magic) || fileHead.size() < FirstPageHead)
         return false;
-    const quint32 pageSize = number(header, PageSizeAt);
-    if (number(header, SectorSizeAt) < HeaderSize || pageSize < 512 || pageSize > 65536)
+    const quint32 pageSize = numberAt(header, PageSizeAt);
+    if (numberAt(header, SectorSizeAt) < HeaderSize || pageSize < 512 || pageSize > 65536)
         return false;
-    const quint32 changes = number(fileHead, ChangeCounterAt);
+    const quint32 changes = numberAt(fileHead, ChangeCounterAt);
     bool whole = false;
     if (const auto page = firstPage(journal, header, whole)) {
-        const quint32 before = number(*page, ChangeCounterAt);
+        const quint32 before = numberAt(*page, ChangeCounterAt);
         return changes != before && changes != before + 1;
     }
     // The first page hasn't been changed yet, so it still counts the pages that the journal started with.
-    return whole && changes == number(fileHead, CountedAt) &&
-           number(fileHead, PageCountAt) != number(header, FormerPageCountAt);
+    return whole && changes == numberAt(fileHead, CountedAt) &&
+           numberAt(fileHead, PageCountAt) != numberAt(header, FormerPageCountAt);
 }
 
 } // namespace

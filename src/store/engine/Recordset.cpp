@@ -8,16 +8,6 @@ namespace orlo::store
 
 using platform::RuntimeError;
 
-namespace
-{
-
-[[noreturn]] void raise(int number)
-{
-    throw RuntimeError(number, QStringLiteral("Recordset"));
-}
-
-} // namespace
-
 Recordset::Recordset(std::unique_ptr<Impl> impl) : m_impl(std::move(impl))
 {
 }

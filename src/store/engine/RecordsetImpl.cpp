@@ -13,6 +13,11 @@ namespace orlo::store
 
 using platform::RuntimeError;
 
+void raise(int number)
+{
+    throw RuntimeError(number, QStringLiteral("Recordset"));
+}
+
 namespace
 {
 
@@ -21,11 +26,6 @@ constexpr qsizetype Gone = -1;            // the place of a row that somebody re
 constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
 // How often another program's changes are looked for while a set is walked.
 constexpr qint64 CheckNanoseconds = 1000000;
-
-[[noreturn]] void raise(int number)
-{
-    throw RuntimeError(number, QStringLiteral("Recordset"));
-}
 
 std::vector<int> allColumns(const RowShape& shape)
 {

@@ -9,6 +9,9 @@
 namespace orlo::store
 {
 
+/// Fails in the name of a record set.
+[[noreturn]] void raise(int number);
+
 /// The state of a record set. A snapshot holds all values. An updatable set holds the keys of its rows; it reads values
 /// in blocks, of the columns that were asked for so far, and believes a block for as long as nothing changed the file.
 class Recordset::Impl

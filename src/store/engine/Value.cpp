@@ -38,13 +38,13 @@ std::optional<DateTime> fromSerial(double number)
                     QTime::fromMSecsSinceStartOfDay(seconds % 86400 * 1000)};
 }
 
-[[noreturn]] void raise(int number)
+[[noreturn]] void raiseOfValue(int number)
 {
     throw RuntimeError(number, QStringLiteral("Value"));
 }
 
 struct ToText {
-    QString operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    QString operator()(std::monostate) const { raiseOfValue(platform::InvalidUseOfNull); }
     QString operator()(bool value) const { return value ? QStringLiteral("True") : QStringLiteral("False"); }
     QString operator()(qint64 value) const { return QString::number(value); }
     QString operator()(double value) const { return platform::numberText(value); }
@@ -53,7 +53,7 @@ struct ToText {
 };
 
 struct ToDouble {
-    double operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    double operator()(std::monostate) const { raiseOfValue(platform::InvalidUseOfNull); }
     double operator()(bool value) const { return value ? -1 : 0; }
     double operator()(qint64 value) const { return static_cast<double>(value); }
     double operator()(double value) const { return value; }
@@ -61,13 +61,13 @@ struct ToDouble {
     {
         if (const auto number = platform::readNumber(value))
             return *number;
-        raise(platform::TypeMismatch);
+        raiseOfValue(platform::TypeMismatch);
     }
     double operator()(const DateTime& value) const { return serial(value); }
 };
 
 struct ToBool {
-    bool operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
+    bool operator()(std::monostate) const { raiseOfValue(platform::InvalidUseOfNull); }
     bool operator()(bool value) const { return value; }
     bool operator()(qint64 value) const { return value != 0; }
     bool operator()(double value) const { return value != 0; }
@@ -81,14 +81,14 @@ struct ToBool {
 };
 
 struct ToDate {
-    DateTime operator()(std::monostate) const { raise(platform::InvalidUseOfNull); }
-    DateTime operator()(bool) const { raise(platform::TypeMismatch); }
+    DateTime operator()(std::monostate) const { raiseOfValue(platform::InvalidUseOfNull); }
+    DateTime operator()(bool) const { raiseOfValue(platform::TypeMismatch); }
     DateTime operator()(qint64 value) const { return (*this)(static_cast<double>(value)); }
     DateTime operator()(double value) const
     {
         if (const auto date = fromSerial(value))
             return *date;
-        raise(platform::TypeMismatch);
+        raiseOfValue(platform::TypeMismatch);
     }
     DateTime operator()(const QString& value) const { return platform::toDate(value); }
     DateTime operator()(const DateTime& value) const { return value; }

@@ -69,7 +69,7 @@ bool isOurFailure(int number)
 {
     return number == platform::DatabaseDamaged || number == platform::UnrecognisedFormat ||
            number == platform::DiskFull || number == platform::PermissionDenied || number == platform::PathFileAccess ||
-           number == platform::CannotLockFile;
+           number == platform::CannotLockFile || number == platform::DeviceUnavailable;
 }
 
 } // namespace

@@ -1,13 +1,12 @@
 #include "platform/FileCopy.h"
 
-#include "platform/RuntimeError.h"
+#include "platform/linux/SystemFailure.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
 
-#include <cerrno>
 #include <cstdio>
 #include <vector>
 
@@ -22,45 +21,14 @@ namespace orlo::platform
 namespace
 {
 
-constexpr std::size_t BlockSize = 1 << 20; // bytes
-constexpr qint64 StatBlock = 512;          // bytes, the unit of st_blocks
+constexpr std::size_t CopyBlockSize = 1 << 20; // bytes
+constexpr qint64 StatBlock = 512;              // bytes, the unit of st_blocks
 constexpr mode_t ModeBits = 0777;
 // Where SQLite's locks lie, and how long one of them is waited for.
 constexpr off_t LocksAt = 0x40000000;
 constexpr off_t LocksLength = 512;
 constexpr off_t SharedLocksAt = LocksAt + 2;
-constexpr int BusyMilliseconds = 2000;
-
-// What a failed call of the operating system is to the program; a file or folder that isn't there differs by the call.
-int numberOf(int code, int missing)
-{
-    switch (code) {
-    case ENOENT:
-    case ENOTDIR:
-        return missing;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-        return DiskFull;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-    case ETXTBSY:
-        return PermissionDenied;
-    case EIO:
-    case ENODEV:
-    case ENXIO:
-    case ESTALE:
-        return DeviceUnavailable;
-#ifdef ENOMEDIUM
-    case ENOMEDIUM:
-        return DiskNotReady;
-#endif
-    default:
-        return PathFileAccess;
-    }
-}
+constexpr int CopyBusyMilliseconds = 2000;
 
 // A volume without room for one file more, other than a limit that is set to this user.
 struct NoRoom : RuntimeError {
@@ -71,10 +39,10 @@ struct NoRoom : RuntimeError {
 {
     if (code == ENOSPC)
         throw NoRoom();
-    throw RuntimeError(numberOf(code, missing), QStringLiteral("FileSystem"));
+    raiseErrno(code, missing);
 }
 
-void check(bool done)
+void checkRoom(bool done)
 {
     if (!done)
         raise(errno);
@@ -98,14 +66,14 @@ public:
     {
         struct stat found {
         };
-        check(::fstat(m_descriptor, &found) == 0);
+        checkRoom(::fstat(m_descriptor, &found) == 0);
         return found;
     }
     // Some volumes tell only now that what was written didn't fit.
     void close()
     {
         const int closing = std::exchange(m_descriptor, -1);
-        check(::close(closing) == 0);
+        checkRoom(::close(closing) == 0);
     }
 
 private:
@@ -118,7 +86,7 @@ void writeAll(int descriptor, const char* data, std::size_t length)
         const ssize_t written = ::write(descriptor, data, length);
         if (written < 0 && errno == EINTR)
             continue;
-        check(written > 0);
+        checkRoom(written > 0);
         data += written;
         length -= static_cast<std::size_t>(written);
     }
@@ -127,20 +95,20 @@ void writeAll(int descriptor, const char* data, std::size_t length)
 // Writes the source's bytes over the file's own, and ends it where the source ends.
 void pour(const Handle& source, Handle& file)
 {
-    std::vector<char> block(BlockSize);
+    std::vector<char> block(CopyBlockSize);
     off_t size = 0;
     for (;;) {
         const ssize_t got = ::read(source.get(), block.data(), block.size());
         if (got < 0 && errno == EINTR)
             continue;
-        check(got >= 0);
+        checkRoom(got >= 0);
         if (got == 0)
             break;
         writeAll(file.get(), block.data(), static_cast<std::size_t>(got));
         size += got;
     }
-    check(::ftruncate(file.get(), size) == 0);
-    check(::fsync(file.get()) == 0 || errno == EINVAL || errno == ENOSYS); // not every volume knows it
+    checkRoom(::ftruncate(file.get(), size) == 0);
+    flush(file.get());
     file.close();
 }
 
@@ -154,19 +122,12 @@ void lock(int descriptor, short type)
     range.l_whence = SEEK_SET;
     range.l_start = type == F_RDLCK ? SharedLocksAt : LocksAt;
     range.l_len = LocksAt + LocksLength - range.l_start;
-    QDeadlineTimer patience(BusyMilliseconds);
+    QDeadlineTimer patience(CopyBusyMilliseconds);
     while (::fcntl(descriptor, F_OFD_SETLK, &range) != 0 && (errno == EAGAIN || errno == EACCES)) {
         if (patience.hasExpired())
             raise(EACCES);
         QThread::msleep(10);
     } // a volume without locks has nobody to wait for
-}
-
-void flushFolder(const QString& file)
-{
-    const Handle folder(::open(QFile::encodeName(QFileInfo(file).path()).constData(), O_RDONLY | O_DIRECTORY));
-    if (folder.get() >= 0)
-        ::fsync(folder.get()); // the file itself is safe by now
 }
 
 // One copy on its way: the source, the target, and the name beside the target that the copy bears until it is whole.
@@ -193,15 +154,15 @@ public:
         const bool replaces = ::stat(m_target.constData(), &old) == 0;
         const mode_t mode = replaces ? old.st_mode : given.st_mode;
         Handle part(::open(m_part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode & ModeBits));
-        check(part.get() >= 0);
+        checkRoom(part.get() >= 0);
         try {
             // Asks for the room at once; where the volume can't say, writing will tell.
             if (given.st_size > 0 && ::fallocate(part.get(), 0, 0, given.st_size) != 0 &&
-                numberOf(errno, 0) == DiskFull)
+                numberOfErrno(errno) == DiskFull)
                 raise(errno);
             (void)::fchmod(part.get(), mode & ModeBits); // a volume without such rights keeps its own
             pour(m_source, part);
-            check(::rename(m_part.constData(), m_target.constData()) == 0);
+            checkRoom(::rename(m_part.constData(), m_target.constData()) == 0);
         } catch (...) {
             ::unlink(m_part.constData());
             throw;
@@ -224,13 +185,13 @@ public:
     // The old file gives up its name before its contents, so that half a copy never stands under it.
     void inPlace()
     {
-        check(::lseek(m_source.get(), 0, SEEK_SET) == 0);
+        checkRoom(::lseek(m_source.get(), 0, SEEK_SET) == 0);
         Handle part(::open(m_target.constData(), O_WRONLY | O_CLOEXEC));
-        check(part.get() >= 0);
-        check(::rename(m_target.constData(), m_part.constData()) == 0);
+        checkRoom(part.get() >= 0);
+        checkRoom(::rename(m_target.constData(), m_part.constData()) == 0);
         try {
             pour(m_source, part);
-            check(::rename(m_part.constData(), m_target.constData()) == 0);
+            checkRoom(::rename(m_part.constData(), m_target.constData()) == 0);
         } catch (...) {
             ::unlink(m_part.constData());
             throw;
@@ -256,7 +217,9 @@ void copyOver(const QString& source, const QString& target)
             throw;
         copy.inPlace();
     }
-    flushFolder(target);
+    const Handle folder(::open(QFile::encodeName(QFileInfo(target).path()).constData(), O_RDONLY | O_DIRECTORY));
+    if (folder.get() >= 0)
+        ::fsync(folder.get()); // the file itself is safe by now
 }
 
 } // namespace orlo::platform

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+namespace orlo::platform
+{
+
+/// Writes what the system holds of a file to the disk. Raises 61, 68, 70, 75 or 76.
+void flushFile(const QString& path);
+/// Gives a file a second name in the same folder; false where the volume knows no second names.
+[[nodiscard]] bool addName(const QString& path, const QString& name);
+/// Puts a file under another name of the same folder in one step, in the place of the file of that name; on the disk
+/// when it returns. Raises 61, 68, 70, 75 or 76.
+void takeName(const QString& path, const QString& name);
+
+} // namespace orlo::platform

@@ -1,0 +1,34 @@
+#include "platform/System.h"
+
+#include <QSet>
+#include <QStorageInfo>
+
+#include <syslog.h>
+
+namespace orlo::platform
+{
+
+std::optional<QString> registryValue(const QString& /*key*/, const QString& /*name*/)
+{
+    return std::nullopt; // this system has no registry
+}
+
+void logError(const QString& text)
+{
+    openlog("orlo", LOG_PID, LOG_USER);
+    // A line break would split the entry, and a percent sign must not be read as a format.
+    syslog(LOG_ERR, "%s", QString(text).replace(u'\r', u' ').replace(u'\n', u' ').toUtf8().constData());
+    closelog();
+}
+
+bool holdsUserFiles(const QStorageInfo& volume)
+{
+    static const QSet<QByteArray> types{"autofs",   "bpf",      "cgroup",   "cgroup2", "configfs",   "debugfs",
+                                        "devpts",   "devtmpfs", "efivarfs", "fusectl", "hugetlbfs",  "mqueue",
+                                        "nsfs",     "proc",     "pstore",   "ramfs",   "rootfs",     "securityfs",
+                                        "squashfs", "sysfs",    "tmpfs",    "tracefs", "binfmt_misc"};
+    static const QSet<QByteArray> services{"fuse.gvfsd-fuse", "fuse.portal", "fuse.snapfuse", "fuse.lxcfs"};
+    return !types.contains(volume.fileSystemType()) && !services.contains(volume.fileSystemType());
+}
+
+} // namespace orlo::platform
