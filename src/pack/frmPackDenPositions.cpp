@@ -5,38 +5,50 @@
 #include "widgets/BoundGrid.h"
 #include "widgets/DataControl.h"
 
-#include <QHeaderView>
-
 namespace orlo
 {
 
 namespace
 {
 
-// Reads a list anew, in the order of its record source.
-void reload(widgets::DataControl& control, widgets::BoundGrid& grid, const QString& layoutName)
+constexpr int TitleColumn = 0;
+
+// The layout of a list of titles, for want of a file of it.
+widgets::GridLayout titleLayout(const QString& field)
 {
+    return {{{QStringLiteral("Position Title"), field, 4200},
+             {QStringLiteral("Sort Rank"), QStringLiteral("Sort_Order"), 1100, Qt::AlignRight}}};
+}
+
+// Reads a list anew, in the order of its record source. The title that was marked stays so, wherever it goes.
+void reload(widgets::DataControl& control, widgets::BoundGrid& grid, widgets::StoredLayout& layout)
+{
+    const QString title = grid.columns().isEmpty() ? QString() : grid.columnText(TitleColumn);
+    const int row = grid.row();
     control.refresh();
-    grid.applyLayout(widgets::GridLayout::load(gAppPath + layoutName));
-    // Room to spare goes to the titles.
-    grid.horizontalHeader()->setStretchLastSection(false);
-    grid.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    grid.applyLayout(layout.read(gAppPath));
+    const int found = grid.findRow(TitleColumn, title);
+    grid.setRow(found >= 0 ? found : row);
 }
 
 } // namespace
 
 frmPackDenPositions::frmPackDenPositions()
     : Form(widgets::FormKind::Child), ui(std::make_unique<Ui::frmPackDenPositions>()),
-      dcDenPositions(new widgets::DataControl(this)), dcPackPositions(new widgets::DataControl(this))
+      dcDenPositions(new widgets::DataControl(this)), dcPackPositions(new widgets::DataControl(this)),
+      m_denLayout(QStringLiteral("\\Den_Titles.grd"), titleLayout(QStringLiteral("Den_Title"))),
+      m_packLayout(QStringLiteral("\\Pack_Titles.grd"), titleLayout(QStringLiteral("Pack_Titles")))
 {
     ui->setupUi(this);
     dcDenPositions->setObjectName(QStringLiteral("dcDenPositions"));
     dcPackPositions->setObjectName(QStringLiteral("dcPackPositions"));
     ui->dbgDenPositions->setDataControl(dcDenPositions);
     ui->dbgPackPositions->setDataControl(dcPackPositions);
+    for (widgets::BoundGrid* grid : {ui->dbgDenPositions, ui->dbgPackPositions})
+        grid->setStretchColumn(TitleColumn);
     connect(ui->cmdRefreshDenPostions, &QPushButton::clicked, this, &frmPackDenPositions::refreshDenTitles);
     connect(ui->cmdRefreshPackPostions, &QPushButton::clicked, this, &frmPackDenPositions::refreshPackTitles);
-    connect(ui->Command1, &QPushButton::clicked, this, &frmPackDenPositions::Command1_Click);
+    connect(ui->Command1, &QPushButton::clicked, this, &frmPackDenPositions::close);
 }
 
 frmPackDenPositions::~frmPackDenPositions() = default;
@@ -53,19 +65,12 @@ void frmPackDenPositions::load()
 
 void frmPackDenPositions::refreshDenTitles()
 {
-    reload(*dcDenPositions, *ui->dbgDenPositions, QStringLiteral("\\Den_Titles.grd"));
+    reload(*dcDenPositions, *ui->dbgDenPositions, m_denLayout);
 }
 
 void frmPackDenPositions::refreshPackTitles()
 {
-    reload(*dcPackPositions, *ui->dbgPackPositions, QStringLiteral("\\Pack_Titles.grd"));
-}
-
-// The access key leaves the focus in the grid: a row that is refused keeps the form open, as it does for the mouse.
-void frmPackDenPositions::Command1_Click()
-{
-    if (ui->dbgDenPositions->commitRow() && ui->dbgPackPositions->commitRow())
-        unload();
+    reload(*dcPackPositions, *ui->dbgPackPositions, m_packLayout);
 }
 
 } // namespace orlo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "widgets/Form.h"
+#include "widgets/GridLayout.h"
 
 #include <memory>
 
@@ -34,11 +35,12 @@ protected:
 private:
     void refreshDenTitles();
     void refreshPackTitles();
-    void Command1_Click();
 
     std::unique_ptr<Ui::frmPackDenPositions> ui;
     widgets::DataControl* dcDenPositions;
     widgets::DataControl* dcPackPositions;
+    widgets::StoredLayout m_denLayout;
+    widgets::StoredLayout m_packLayout;
 };
 
 } // namespace orlo

@@ -16,7 +16,7 @@ void ReportDialog::bindControls(QPushButton* cmdView, QPushButton* cmdPrint, QPu
     setCancelButton(cmdCancel);
     connect(cmdView, &QPushButton::clicked, this, [this] { run(reports::ToPreview); });
     connect(cmdPrint, &QPushButton::clicked, this, [this] { run(reports::ToPrinter); });
-    connect(cmdCancel, &QPushButton::clicked, this, &ReportDialog::unload);
+    connect(cmdCancel, &QPushButton::clicked, this, &ReportDialog::close);
 }
 
 void ReportDialog::setReport(const QString& file)
@@ -33,6 +33,8 @@ void ReportDialog::setWindow(const QString& title)
 
 void ReportDialog::run(int destination)
 {
+    if (!writeOpenRows()) // the report reads what is stored
+        return;
     m_report->setDestination(destination);
     prepare();
     m_report->setFirstPage(1);

@@ -25,6 +25,7 @@ frmCreatePurchaseList::frmCreatePurchaseList()
         {QStringLiteral("Award Name"), QStringLiteral("Award_Name"), 3600},
         {QStringLiteral("Award Type"), QStringLiteral("Insignia_Type"), 2200},
     });
+    ui->dbgAssignedPurchases->setStretchColumn(1);
     ui->dbgOtherPurchaseList->setDataControl(dcOtherPurchaseList);
     ui->dbgOtherPurchaseList->setColumns({
         {QStringLiteral("Quantity"), QStringLiteral("Quantity"), 1000, Qt::AlignRight},
@@ -96,7 +97,6 @@ void frmCreatePurchaseList::cmdClearOtherList_Click()
 
 void frmCreatePurchaseList::prepare()
 {
-    ui->dbgOtherPurchaseList->commitRow(); // an access key doesn't take the focus out of the grid
     report().setDatabaseFile(0, databasePath());
     setReport(QStringLiteral("\\PurchaseList.rpt"));
     report().setSubreportToChange(QStringLiteral("OtherPurchaseList"));

@@ -1,77 +1,32 @@
 #include "widgets/BoundGrid.h"
 
 #include "platform/RuntimeError.h"
+#include "widgets/BoundGridHeaders.h"
 #include "widgets/BoundGridModel.h"
 #include "widgets/CellMargin.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
+#include "widgets/RowGuard.h"
 #include "widgets/Twips.h"
 
 #include <QApplication>
-#include <QHeaderView>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QScopedValueRollback>
-#include <QTimer>
 
 #include <algorithm>
 
 namespace orlo::widgets
 {
 
-namespace
-{
-
-// The column headings, with room above them for the grid's caption.
-class HeadingRow : public QHeaderView
-{
-public:
-    explicit HeadingRow(QWidget* parent) : QHeaderView(Qt::Horizontal, parent)
-    {
-        setHighlightSections(false);
-        setSectionsClickable(false);
-        setMinimumSectionSize(1);
-        setStretchLastSection(true);
-    }
-
-    void setRoomAbove(int pixels) { setViewportMargins(0, pixels, 0, 0); }
-
-    [[nodiscard]] QSize sizeHint() const override
-    {
-        return QHeaderView::sizeHint() + QSize(0, viewportMargins().top());
-    }
-};
-
-// Swallows the mouse press that took the focus out of a grid whose row was refused: the user was brought back to the
-// row, so the button that he pressed isn't to act. It lives until the press is dealt with.
-class PressSwallower : public QObject
-{
-public:
-    PressSwallower()
-    {
-        qApp->installEventFilter(this);
-        QTimer::singleShot(0, this, &QObject::deleteLater);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        switch (event->type()) {
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::MouseButtonRelease:
-            return watched->isWidgetType();
-        default:
-            return false;
-        }
-    }
-};
-
-} // namespace
-
 BoundGrid::BoundGrid(QWidget* parent)
-    : QTableView(parent), m_model(new BoundGridModel(this)), m_caption(new QLabel(this))
+    : QTableView(parent), m_model(new BoundGridModel(this)), m_caption(new QLabel(this)),
+      m_guard(std::make_unique<RowGuard>(*this, [this] { return commitRow(); }))
 {
     setHorizontalHeader(new HeadingRow(this));
+    setVerticalHeader(new MarkColumn(this));
     setModel(m_model);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ContiguousSelection);
@@ -80,7 +35,6 @@ BoundGrid::BoundGrid(QWidget* parent)
     setTabKeyNavigation(false); // Tab leaves the grid; from a cell's editor it goes to the next cell
     setCornerButtonEnabled(false);
     setHorizontalScrollMode(ScrollPerPixel);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
 
     m_caption->setObjectName(QStringLiteral("caption"));
     m_caption->setAlignment(Qt::AlignCenter);
@@ -91,6 +45,11 @@ BoundGrid::BoundGrid(QWidget* parent)
     m_caption->hide();
     applyHeights();
 
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        const bool byItself = m_stretched < 0 && column == m_model->columnCount() - 1;
+        if (!m_layingOut && !byItself)
+            columnWidened(column, width);
+    });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusMoved(now); });
 }
 
@@ -157,11 +116,24 @@ int BoundGrid::recordCount() const
     return m_model->recordCount();
 }
 
-QString BoundGrid::columnText(int column) const
+QString BoundGrid::cellText(int row, int column) const
 {
     if (column < 0 || column >= m_model->columnCount())
         throw platform::RuntimeError(platform::SubscriptOutOfRange, objectName());
-    return m_model->index(row(), column).data().toString();
+    return m_model->index(row, column).data().toString();
+}
+
+void BoundGrid::setRow(int row)
+{
+    makeCurrent(std::max(0, row), std::max(0, currentIndex().column()));
+}
+
+int BoundGrid::findRow(int column, const QString& text) const
+{
+    for (int row = 0; row < m_model->recordCount(); ++row)
+        if (cellText(row, column) == text)
+            return row;
+    return -1;
 }
 
 bool BoundGrid::commitRow()
@@ -182,8 +154,16 @@ bool BoundGrid::writeOpenRow()
         return true;
     if (refusal->column >= 0 || row() != m_model->openRow())
         makeCurrent(m_model->openRow(), std::max(0, refusal->column));
-    message(refusal->error.description(), caption());
+    message(refusalText(*refusal), caption());
     return false;
+}
+
+// A cell says what it takes; what the row as a whole lacks, the database says.
+QString BoundGrid::refusalText(const BoundGridModel::Refusal& refusal) const
+{
+    const QString takes = refusal.column < 0 ? QString() : m_model->takes(refusal.column);
+    return takes.isEmpty() ? refusal.error.description()
+                           : QStringLiteral("%1 takes %2.").arg(columns()[refusal.column].caption, takes);
 }
 
 void BoundGrid::cancelRow()
@@ -240,6 +220,13 @@ void BoundGrid::keyPressEvent(QKeyEvent* event)
         cancelRow();
         return;
     }
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !cellEditor() && !commitRow())
+        return; // Enter is the default button's, which waits as every other does
+    if (event->matches(QKeySequence::Copy))
+        return copyCells();
+    if (event->matches(QKeySequence::Paste))
+        return pasteCells();
     if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::NoModifier) {
         const QModelIndexList rows = selectionModel()->selectedRows();
         if (rows.isEmpty())
@@ -287,13 +274,17 @@ QModelIndex BoundGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers mod
 
 void BoundGrid::focusMoved(const QWidget* now)
 {
-    if (!now)
-        return; // the whole window went to the back, the grid keeps the focus in it
-    const bool before = std::exchange(m_focused, now == this || isAncestorOf(now));
+    if (!now || qobject_cast<QMessageBox*>(now->window()))
+        return; // the whole window went to the back, or behind a message: the grid keeps the focus in it
+    const bool before = std::exchange(m_focused, belongsTo(now, *this));
+    m_guard->watch(m_focused);
     if (!before || m_focused || m_committing || !isVisible() || commitRow())
         return;
+    m_focused = true;
+    m_guard->watch(true);
+    m_guard->dropPress();
+    activateWindow();
     setFocus();
-    new PressSwallower;
 }
 
 QWidget* BoundGrid::cellEditor() const
@@ -315,7 +306,14 @@ void BoundGrid::deleteRows(QModelIndexList rows)
     std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.row() > b.row(); });
     QList<int> numbers;
     for (const QModelIndex& index : std::as_const(rows))
-        numbers.append(index.row());
+        if (index.row() < m_model->recordCount())
+            numbers.append(index.row());
+    if (numbers.isEmpty())
+        return m_model->cancel(); // the row of a new record
+    const QString what = numbers.size() == 1 ? QStringLiteral("Delete the marked row?")
+                                             : QStringLiteral("Delete the %1 marked rows?").arg(numbers.size());
+    if (!ask(what, caption(), Preset::No))
+        return;
     m_model->cancel();
     for (const int number : std::as_const(numbers)) {
         try {
@@ -325,6 +323,47 @@ void BoundGrid::deleteRows(QModelIndexList rows)
             message(error.description(), caption());
             return;
         }
+    }
+}
+
+// The cells as lines with tabs between them, as spreadsheets do.
+void BoundGrid::copyCells() const
+{
+    QModelIndexList cells = selectionModel()->selectedIndexes();
+    std::sort(cells.begin(), cells.end());
+    QString text;
+    for (int row = -1; const QModelIndex& cell : std::as_const(cells)) {
+        if (isColumnHidden(cell.column()))
+            continue;
+        if (row >= 0)
+            text += cell.row() == row ? u'\t' : u'\n';
+        row = cell.row();
+        text += cell.data().toString();
+    }
+    if (!cells.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+// From the current cell to the right and down; a row that is refused ends it.
+void BoundGrid::pasteCells()
+{
+    const QModelIndex first = currentIndex();
+    QString text = QGuiApplication::clipboard()->text();
+    text.remove(u'\r');
+    if (text.endsWith(u'\n'))
+        text.chop(1);
+    const QStringList lines = text.split(u'\n');
+    for (int row = first.row(); first.isValid() && row < first.row() + int(lines.size()); ++row) {
+        if (row >= m_model->rowCount() || (m_model->openRow() >= 0 && m_model->openRow() != row && !writeOpenRow()))
+            return;
+        int column = first.column();
+        for (const QString& cell : lines[row - first.row()].split(u'\t')) {
+            while (column < m_model->columnCount() && isColumnHidden(column))
+                ++column;
+            if (column < m_model->columnCount())
+                m_model->setData(m_model->index(row, column++), cell, Qt::EditRole);
+        }
+        setCurrentIndex(m_model->index(row, first.column()));
     }
 }
 
@@ -347,12 +386,47 @@ void BoundGrid::applyAllowed()
 
 void BoundGrid::applyColumns()
 {
+    const QScopedValueRollback guard(m_layingOut, true);
     const auto& columns = m_model->columns();
+    horizontalHeader()->setStretchLastSection(m_stretched < 0);
     for (int column = 0; column < columns.size(); ++column) {
-        setColumnWidth(column, std::max(twipsToPixels(columns[column].width, this),
-                                        horizontalHeader()->sectionSizeHint(column))); // a heading is never cut off
+        setColumnWidth(column, m_byHand.value(columns[column].field, leastWidth(column)));
         setColumnHidden(column, columns[column].hidden);
     }
+    stretch();
+}
+
+// A heading is never cut off.
+int BoundGrid::leastWidth(int column) const
+{
+    return std::max(twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column));
+}
+
+void BoundGrid::setStretchColumn(int column)
+{
+    m_stretched = column;
+    applyColumns();
+}
+
+void BoundGrid::stretch()
+{
+    if (m_stretched < 0 || m_stretched >= columns().size() || m_byHand.contains(columns()[m_stretched].field))
+        return;
+    const QScopedValueRollback guard(m_layingOut, true);
+    const int others = horizontalHeader()->length() - columnWidth(m_stretched);
+    setColumnWidth(m_stretched, std::max(viewport()->width() - others, leastWidth(m_stretched)));
+}
+
+void BoundGrid::columnWidened(int column, int width)
+{
+    m_byHand.insert(columns()[column].field, width);
+    stretch();
+}
+
+void BoundGrid::resizeEvent(QResizeEvent* event)
+{
+    QTableView::resizeEvent(event);
+    stretch();
 }
 
 void BoundGrid::applyHeights()

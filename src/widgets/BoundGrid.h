@@ -1,26 +1,30 @@
 #pragma once
 
-#include "widgets/GridLayout.h"
+#include "widgets/BoundGridModel.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QTableView>
+
+#include <memory>
 
 class QLabel;
 
 namespace orlo::widgets
 {
 
-class BoundGridModel;
 class DataControl;
+class RowGuard;
 
 /// An editable grid on the records of a data control.
 ///
 /// model() holds one row a record and, where records can be added, one more: the empty line at the end, marked with a
 /// star in the row header. Typing in it starts a new record, and a new empty line appears behind. A changed row is
 /// written when another row becomes current or changes, when the focus leaves the grid, when the grid hides and before
-/// its data control is refreshed. A row that the database refuses is reported and stays open for correction; Escape
+/// its data control is refreshed; while the grid has the focus, also before a press or an access key outside it acts. A
+/// row that the database refuses is reported and stays open for correction, and what was pressed doesn't act; Escape
 /// takes back the cell, once more Escape the row. Delete empties the cell, and deletes the records whose rows are
-/// selected as a whole.
+/// selected as a whole, after a question. Cells are copied and pasted as lines with tabs.
 class BoundGrid : public QTableView
 {
     Q_OBJECT
@@ -41,6 +45,10 @@ public:
     [[nodiscard]] const QList<GridColumn>& columns() const;
     void applyLayout(const GridLayout& layout) { setColumns(layout.columns); }
 
+    /// The column that takes the width that the others leave, the last one at first. A column whose width the user has
+    /// set keeps that.
+    void setStretchColumn(int column);
+
     /// The title line above the column headings; "" for none. It is also the title of the grid's messages.
     [[nodiscard]] QString caption() const;
     void setCaption(const QString& caption);
@@ -56,8 +64,14 @@ public:
     [[nodiscard]] int recordCount() const;
     /// The 0-based current row, -1 for none.
     [[nodiscard]] int row() const { return currentIndex().row(); }
-    /// What a column of the current row shows, hidden columns too; "" without a row. Raises 9 for no such column.
-    [[nodiscard]] QString columnText(int column) const;
+    /// Makes the nearest row there is the current one.
+    void setRow(int row);
+    /// The first row that shows the text in the column; -1 for none.
+    [[nodiscard]] int findRow(int column, const QString& text) const;
+    /// What a cell shows. Raises 9 for no such column.
+    [[nodiscard]] QString cellText(int row, int column) const;
+    /// What a column of the current row shows, hidden columns too; "" without a row. Raises as above.
+    [[nodiscard]] QString columnText(int column) const { return cellText(row(), column); }
 
     /// Writes the open row. False if it was refused; the message has then been shown and the row is still open.
     bool commitRow();
@@ -74,6 +88,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
     void updateGeometries() override;
+    void resizeEvent(QResizeEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
@@ -81,15 +96,25 @@ private:
     [[nodiscard]] QWidget* cellEditor() const;
     void commitOpenEditor();
     bool writeOpenRow();
+    [[nodiscard]] QString refusalText(const BoundGridModel::Refusal& refusal) const;
     void deleteRows(QModelIndexList rows);
+    void copyCells() const;
+    void pasteCells();
     void makeCurrent(int row, int column);
     void applyAllowed();
     void applyColumns();
+    [[nodiscard]] int leastWidth(int column) const;
+    void stretch();
+    void columnWidened(int column, int width);
     void applyHeights();
 
     BoundGridModel* m_model;
     QPointer<DataControl> m_control;
     QLabel* m_caption;
+    std::unique_ptr<RowGuard> m_guard;
+    QHash<QString, int> m_byHand; // the widths that the user has set, by field
+    int m_stretched = -1;
+    bool m_layingOut = false;
     bool m_allowUpdate = true;
     bool m_allowAddNew = true;
     bool m_allowDelete = true;

@@ -1,6 +1,9 @@
 #include "widgets/BoundGridModel.h"
 
+#include "widgets/BoundGridHeaders.h"
 #include "widgets/DataControl.h"
+
+#include <limits>
 
 namespace orlo::widgets
 {
@@ -40,7 +43,7 @@ QVariant BoundGridModel::headerData(int section, Qt::Orientation orientation, in
     }
     if (orientation == Qt::Vertical && role == Qt::DisplayRole) {
         if (section == m_openRow)
-            return QStringLiteral("\u2026"); // not written yet
+            return QString(QChar(MarkColumn::Pencil)); // not written yet
         return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("*") : QString();
     }
     if (orientation == Qt::Vertical && role == Qt::TextAlignmentRole)
@@ -55,7 +58,7 @@ Qt::ItemFlags BoundGridModel::flags(const QModelIndex& index) const
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!m_updatable)
         return flags;
-    if (const auto* set = records(); set && set->fields()[std::size_t(m_fields[index.column()])].counter)
+    if (m_fields[std::size_t(index.column())].info.counter)
         return flags; // the engine numbers it
     if (index.row() < m_records ? m_allowUpdate : m_allowAddNew)
         flags |= Qt::ItemIsEditable;
@@ -129,6 +132,31 @@ void BoundGridModel::setAllowed(bool update, bool addNew)
     m_allowUpdate = update;
     m_allowAddNew = addNew;
     endResetModel();
+}
+
+QString BoundGridModel::takes(int column) const
+{
+    const auto whole = [](auto least, auto most) {
+        return QStringLiteral("a whole number from %1 to %2").arg(least).arg(most);
+    };
+    const store::FieldInfo& field = m_fields[std::size_t(column)].info;
+    switch (field.type) {
+    case store::FieldType::Integer:
+        return whole(std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max());
+    case store::FieldType::Long:
+        return whole(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
+    case store::FieldType::Double:
+        return QStringLiteral("a number");
+    case store::FieldType::Date:
+        return QStringLiteral("a date");
+    case store::FieldType::Boolean:
+        return QStringLiteral("Yes or No");
+    case store::FieldType::Text:
+        return field.size > 0 ? QStringLiteral("at most %1 characters").arg(field.size) : QString();
+    case store::FieldType::Memo:
+        break;
+    }
+    return {};
 }
 
 std::optional<BoundGridModel::Refusal> BoundGridModel::write()
@@ -208,9 +236,12 @@ void BoundGridModel::findFields()
     if (m_allFields && set)
         for (const store::FieldInfo& field : set->fields())
             m_columns.append({field.name, field.name});
-    if (set)
-        for (const GridColumn& column : std::as_const(m_columns))
-            m_fields.append(set->column(column.field));
+    if (!set)
+        return;
+    for (const GridColumn& column : std::as_const(m_columns)) {
+        const int field = set->column(column.field);
+        m_fields.push_back({field, set->fields()[std::size_t(field)]});
+    }
 }
 
 // On a failure the column is the one that is to blame, -1 again once all texts are in the buffer.
@@ -221,7 +252,7 @@ void BoundGridModel::writeTyped(store::Recordset& set, int& column) const
         if (found == m_typed.constEnd())
             continue;
         column = typed;
-        set.setValue(m_fields[typed], found->isEmpty() ? store::Value() : store::Value(*found));
+        set.setValue(m_fields[std::size_t(typed)].index, found->isEmpty() ? store::Value() : store::Value(*found));
     }
     column = -1;
 }
@@ -236,8 +267,8 @@ const QStringList& BoundGridModel::recordTexts(int row) const
         if (!set)
             throw platform::RuntimeError(platform::ObjectInvalid);
         set->moveTo(row);
-        for (const int field : m_fields)
-            texts->append(set->value(field).textOrEmpty());
+        for (const Field& field : m_fields)
+            texts->append(set->value(field.index).textOrEmpty());
     } catch (const platform::RuntimeError&) {
         texts->clear(); // the record was deleted elsewhere, or its file closed: the row stays as a blank one
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/RuntimeError.h"
+#include "store/engine/Recordset.h"
 #include "widgets/GridLayout.h"
 
 #include <QAbstractTableModel>
@@ -9,11 +10,7 @@
 #include <QPointer>
 
 #include <optional>
-
-namespace orlo::store
-{
-class Recordset;
-}
+#include <vector>
 
 namespace orlo::widgets
 {
@@ -47,13 +44,15 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
     void setControl(DataControl* control);
-    [[nodiscard]] DataControl* control() const { return m_control; }
     /// Shows the control's record set from its start; what was typed is gone. Raises 3265 for a column without a field.
     void rebind();
     /// An empty list stands for all fields under their names. Raises 3265 as above.
     void setColumns(const QList<GridColumn>& columns);
     [[nodiscard]] const QList<GridColumn>& columns() const { return m_columns; }
     void setAllowed(bool update, bool addNew);
+
+    /// What a column's cells take, in words: "a whole number from -32768 to 32767". "" where that is any text.
+    [[nodiscard]] QString takes(int column) const;
 
     [[nodiscard]] int recordCount() const { return m_records; }
     [[nodiscard]] int openRow() const { return m_openRow; }
@@ -65,6 +64,12 @@ public:
     void removeRecord(int row);
 
 private:
+    // What a column shows. It is kept, so that a view can be painted after the record set's file was closed.
+    struct Field {
+        int index = -1; // in the record set
+        store::FieldInfo info;
+    };
+
     [[nodiscard]] store::Recordset* records() const;
     void load(const QList<GridColumn>& columns);
     void findFields();
@@ -76,8 +81,8 @@ private:
 
     QPointer<DataControl> m_control;
     QList<GridColumn> m_columns;
-    bool m_allFields = true; // no columns were given
-    QList<int> m_fields;     // the record set's column of each column
+    bool m_allFields = true;     // no columns were given
+    std::vector<Field> m_fields; // of each column
     bool m_updatable = false;
     bool m_allowUpdate = true;
     bool m_allowAddNew = true;

@@ -1,9 +1,13 @@
 #include "widgets/Form.h"
 
+#include "widgets/BoundGrid.h"
+
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLayout>
 #include <QMdiSubWindow>
 #include <QScopedValueRollback>
@@ -29,7 +33,10 @@ QList<LeaveCheck> leaveChecks;
 
 QMdiSubWindow* subWindowOf(const Form& form)
 {
-    return qobject_cast<QMdiSubWindow*>(form.parentWidget());
+    for (QWidget* outer = form.parentWidget(); outer; outer = outer->parentWidget())
+        if (auto* window = qobject_cast<QMdiSubWindow*>(outer))
+            return window;
+    return nullptr;
 }
 
 // The window that a waiting form lies above: the waiting form before it, or the main frame.
@@ -49,6 +56,21 @@ bool passesLeaveCheck(const QWidget* field)
     const QScopedValueRollback guard(asking, true);
     const auto passes = check->passes; // the list may change while the message is up
     return passes();
+}
+
+// On X11 a combo box gives its value as its accessible name; what it is for stands in its description then.
+void describeComboBoxes(const QWidget& form)
+{
+    const auto boxes = form.findChildren<QComboBox*>();
+    const auto labels = form.findChildren<QLabel*>();
+    for (QComboBox* box : boxes) {
+        const auto label = std::ranges::find(labels, static_cast<QWidget*>(box), &QLabel::buddy);
+        QString name = box->accessibleName();
+        if (name.isEmpty() && label != labels.end())
+            name = (*label)->text().remove(u'&').remove(u':');
+        if (box->accessibleDescription().isEmpty())
+            box->setAccessibleDescription(name);
+    }
 }
 
 constexpr Qt::WindowFlags OwnWindow =
@@ -86,6 +108,7 @@ void Form::ensureLoaded()
     if (m_loaded)
         return;
     m_loaded = true;
+    describeComboBoxes(*this);
     load();
 }
 
@@ -156,6 +179,16 @@ QWidget* Form::mainWindow()
     return theMainWindow;
 }
 
+bool Form::writeOpenRows()
+{
+    return std::ranges::all_of(findChildren<BoundGrid*>(), &BoundGrid::commitRow);
+}
+
+bool Form::writeAllOpenRows()
+{
+    return std::ranges::all_of(QList(loadedForms), &Form::writeOpenRows);
+}
+
 void Form::unloadAll()
 {
     while (!loadedForms.isEmpty())
@@ -208,8 +241,10 @@ bool Form::eventFilter(QObject* watched, QEvent* event)
 
 void Form::closeEvent(QCloseEvent* event)
 {
-    event->accept();
-    unload();
+    const bool closes = m_unloading || writeOpenRows();
+    event->setAccepted(closes);
+    if (closes)
+        unload();
 }
 
 void Form::keyPressEvent(QKeyEvent* event)

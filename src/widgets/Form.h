@@ -19,7 +19,7 @@ enum class FormKind {
 ///
 /// The load step runs once, before the form is first seen. Enter presses the default button from anywhere but another
 /// button or a multi-line box, Escape the cancel button, both only while that button is enabled. Closing the window
-/// unloads the form, without a question.
+/// unloads the form, without a question; a grid's row that is refused keeps it open.
 class Form : public QWidget
 {
     Q_OBJECT
@@ -45,6 +45,8 @@ public:
     /// Names the window that owns all others and says how it takes a child form into its work area. Null when it goes.
     static void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild);
     [[nodiscard]] static QWidget* mainWindow();
+    /// Writes the open rows of all grids before the program ends; false, after the message, for one that is refused.
+    [[nodiscard]] static bool writeAllOpenRows();
     /// Unloads every form that is loaded.
     static void unloadAll();
 
@@ -63,6 +65,9 @@ protected:
     /// Runs the check whenever the focus is about to leave the field for another control; a false result keeps it
     /// there.
     void setLeaveCheck(QWidget* field, std::function<bool()> check);
+
+    /// Writes the open rows of the form's grids; false, after the message, for one that is refused.
+    [[nodiscard]] bool writeOpenRows();
 
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -2,8 +2,11 @@
 
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
+#include "widgets/MessageBox.h"
 
 #include <QFile>
+
+#include <algorithm>
 
 namespace orlo::widgets
 {
@@ -11,6 +14,7 @@ namespace orlo::widgets
 namespace
 {
 
+constexpr int InvalidFormat = 321;
 constexpr int MaxWidth = 20000; // twips, wider than any screen
 
 // Reads one line after the other; places are counted from 1.
@@ -156,8 +160,6 @@ private:
             fail(at, QStringLiteral("\"%1\" is no property of a column").arg(name));
     }
 
-    static constexpr int InvalidFormat = 321;
-
     QStringView m_text;
     QString m_file;
     QStringView m_line;
@@ -182,6 +184,34 @@ GridLayout GridLayout::load(const QString& path)
                                      platform::standardDescription(number) + QStringLiteral(": ") + file.fileName());
     }
     return read(QString::fromUtf8(file.readAll()), file.fileName());
+}
+
+StoredLayout::StoredLayout(QString fileName, GridLayout builtIn)
+    : m_fileName(std::move(fileName)), m_builtIn(std::move(builtIn))
+{
+}
+
+// A screen reads its columns by their numbers: a column in another's place would act on the wrong record.
+GridLayout StoredLayout::read(const QString& folder)
+{
+    try {
+        GridLayout layout = GridLayout::load(folder + m_fileName);
+        if (!std::ranges::equal(layout.columns, m_builtIn.columns, {}, &GridColumn::field, &GridColumn::field)) {
+            QStringList fields;
+            for (const GridColumn& column : std::as_const(m_builtIn.columns))
+                fields += column.field;
+            throw platform::RuntimeError(
+                InvalidFormat, QString(),
+                QStringLiteral("%1: the grid's columns are %2, in this order")
+                    .arg(platform::nativePath(folder + m_fileName), fields.join(QStringLiteral(", "))));
+        }
+        return layout;
+    } catch (const platform::RuntimeError& failure) {
+        if (!std::exchange(m_told, true))
+            warn(lines({failure.description(), QString(), QStringLiteral("The grid shows its usual columns.")}),
+                 QStringLiteral("Grid Layout"));
+        return m_builtIn;
+    }
 }
 
 } // namespace orlo::widgets

@@ -31,4 +31,21 @@ struct GridLayout {
     [[nodiscard]] static GridLayout load(const QString& path);
 };
 
+/// The layout of a screen's grid, from a file that may be missing, damaged or another grid's: then the built-in one
+/// holds, after a message, which comes once.
+class StoredLayout
+{
+public:
+    /// The name begins with the backslash; a file counts only with the fields of the built-in layout, in its order.
+    StoredLayout(QString fileName, GridLayout builtIn);
+
+    /// Reads the file in the application's folder.
+    [[nodiscard]] GridLayout read(const QString& folder);
+
+private:
+    QString m_fileName;
+    GridLayout m_builtIn;
+    bool m_told = false;
+};
+
 } // namespace orlo::widgets

@@ -1,6 +1,7 @@
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Table.h"
+#include "support/TestApp.h"
 #include "widgets/GridLayout.h"
 
 #include <QFile>
@@ -88,6 +89,23 @@ private Q_SLOTS:
         QCOMPARE(load("none.grd")->number(), 53);
         QCOMPARE(load(QString())->number(), 75); // the folder itself
         QVERIFY(load("broken.GRD")->description().contains("Broken.grd, line 1, column 1: "));
+    }
+
+    // The screen's own layout steps in, after one message however often it is read.
+    void builtIn()
+    {
+        const QTemporaryDir folder;
+        const GridLayout usual{{{"A", "A"}, {"B", "B"}}};
+        QFile file(folder.filePath("Other.grd"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("column field=\"B\"\ncolumn field=\"A\"") > 0);
+        file.close();
+        for (const QString name : {"none.grd", "Other.grd"}) {
+            widgets::StoredLayout layout(u'\\' + name, usual);
+            const auto told = test::answerNext();
+            QCOMPARE(layout.read(folder.path()).columns, usual.columns);
+            QVERIFY(told->title == "Grid Layout" && told->text.contains(name));
+            QCOMPARE(layout.read(folder.path()).columns, usual.columns);
+        }
     }
 };
 
