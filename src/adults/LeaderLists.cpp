@@ -5,6 +5,8 @@
 #include "shell/forms/Module1.h"
 #include "widgets/ComboBox.h"
 
+#include <QLineEdit>
+
 namespace orlo::leaderLists
 {
 
@@ -17,12 +19,12 @@ constexpr std::int16_t LowestRank = 100;
 
 Titles denTitles()
 {
-    return {QStringLiteral("Den_Titles"), QStringLiteral("Den_Title")};
+    return {QStringLiteral("Den_Titles"), QStringLiteral("Den_Title"), 50};
 }
 
 Titles packTitles()
 {
-    return {QStringLiteral("Pack_Positions"), QStringLiteral("Pack_Titles")};
+    return {QStringLiteral("Pack_Positions"), QStringLiteral("Pack_Titles"), 60};
 }
 
 Numbers addDens(widgets::ComboBox& box, std::int16_t adult, const QString& order)
@@ -42,6 +44,7 @@ Numbers addDens(widgets::ComboBox& box, std::int16_t adult, const QString& order
 
 Numbers addTitles(widgets::ComboBox& box, const Titles& titles, Unranked unranked)
 {
+    box.lineEdit()->setMaxLength(titles.most);
     Numbers ranks;
     auto rows = database().openRecordset(
         QStringLiteral("Select * from %1 Order by Sort_Order, %2").arg(titles.table, titles.field));

@@ -20,6 +20,7 @@ using Numbers = std::vector<std::int16_t>;
 struct Titles {
     QString table;
     QString field;
+    int most; ///< characters that a position's title takes
 };
 
 [[nodiscard]] Titles denTitles();
@@ -30,7 +31,8 @@ enum class Unranked { Last, Fails };
 
 /// Fills the box with the active dens in which the adult has no position yet; their keys. `order` ends the statement.
 [[nodiscard]] Numbers addDens(widgets::ComboBox& box, std::int16_t adult, const QString& order);
-/// Fills the box with all titles in the order of their ranks; their ranks. Raises 94 for a title without one, unless it
+/// Fills the box with all titles in the order of their ranks, and lets no longer text be typed there than a position
+/// takes; their ranks. Raises 94 for a title without one, unless it
 /// is to count as 100.
 [[nodiscard]] Numbers addTitles(widgets::ComboBox& box, const Titles& titles, Unranked unranked);
 

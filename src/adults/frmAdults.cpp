@@ -14,6 +14,8 @@
 
 #include <QStringBuilder>
 
+#include <algorithm>
+
 namespace orlo
 {
 
@@ -24,6 +26,22 @@ const QString Active = QStringLiteral("Y");
 const QString NoDen = QStringLiteral("N/A");
 
 enum PositionColumn { Title, DenNumber, DenLevel, DenSID, LeaderSID, PackKey };
+
+// The positions' columns, for want of a file of them.
+widgets::GridLayout positionLayout()
+{
+    const auto column = [](const char* caption, const char* field, int width, bool hidden = false) {
+        return widgets::GridColumn{QString::fromLatin1(caption), QString::fromLatin1(field), width, Qt::AlignLeft,
+                                   hidden};
+    };
+    widgets::GridLayout layout{{column("Pack or Den Title", "Position_Title", 3600), column("Den #", "Den_Number", 900),
+                                column("Den Level", "Den_Type", 1900), column("Den SID", "Den_SID", 900, true),
+                                column("Leader SID", "Leader_SID", 900, true),
+                                column("PackAssignedSID", "Leader_Pack_Assn", 900, true)}};
+    layout.columns[DenNumber].alignment = Qt::AlignHCenter;
+    return layout;
+}
+
 enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
 
 // An adult without a name can't be shown.
@@ -36,8 +54,12 @@ RecordField nameField(QStringView name, QLineEdit* box)
 
 RecordField activeField(QStringView name, widgets::ComboBox* list)
 {
-    return {name, list, [list](const store::Value& value) { list->setText(value.isEmpty() ? Active : value.toText()); },
-            [list] { return store::Value(list->text()); }};
+    const auto show = [list](const store::Value& value) {
+        const QString text = value.isEmpty() ? Active : value.toText();
+        if (list->findText(text, Qt::MatchFixedString) >= 0) // anything else leaves the list as it was
+            list->setText(text);
+    };
+    return {name, list, show, [list] { return store::Value(list->text()); }};
 }
 
 // Runs a routine whose failure doesn't end the program: it is shown, and the screen stays as far as it came.
@@ -56,7 +78,8 @@ void trapped(const Routine& routine)
 
 frmAdults::frmAdults()
     : PeopleForm(QStringLiteral("Adult")), ui(std::make_unique<Ui::frmAdults>()),
-      dataDenAssignments(new widgets::DataControl(this))
+      dataDenAssignments(new widgets::DataControl(this)),
+      m_positionLayout(QStringLiteral("\\DenAssign.grd"), positionLayout())
 {
     ui->setupUi(this);
     bindControls({*ui, ui->txtFirst});
@@ -140,6 +163,8 @@ void frmAdults::ClearRecord()
         if (auto* box = qobject_cast<QLineEdit*>(field.control))
             box->clear();
     PopulateDenAssignments();
+    cutAwardGrid();
+    ui->lblAdultName->clear();
     ui->txtNote->clear();
 }
 
@@ -162,7 +187,6 @@ void frmAdults::SaveRecord()
 
 void frmAdults::setDefaults()
 {
-    cutAwardGrid();
     ui->txtPackStartDate->setText(platform::shortDate(platform::today()));
     ui->comActive->setText(Active);
 }
@@ -271,6 +295,7 @@ void frmAdults::bindPositions()
 {
     dataDenAssignments->setObjectName(QStringLiteral("dataDenAssignments"));
     ui->dbgDenAssignment->setDataControl(dataDenAssignments);
+    ui->dbgDenAssignment->setStretchColumn(Title);
     connect(ui->cmdAddDenAssn, &QPushButton::clicked, this, &frmAdults::cmdAddDenAssn_Click);
     connect(ui->cmdEditDenAssn, &QPushButton::clicked, this, &frmAdults::cmdEditDenAssn_Click);
     connect(ui->cmdDelDenAssn, &QPushButton::clicked, this, &frmAdults::cmdDelDenAssn_Click);
@@ -278,17 +303,38 @@ void frmAdults::bindPositions()
 
 void frmAdults::applyPositionLayout()
 {
-    ui->dbgDenAssignment->applyLayout(widgets::GridLayout::load(gAppPath + QStringLiteral("\\DenAssign.grd")));
+    ui->dbgDenAssignment->applyLayout(m_positionLayout.read(gAppPath));
 }
 
+// What tells the positions of an adult apart, by row: the den's key, or that of the pack position.
+QStringList frmAdults::positionKeys() const
+{
+    QStringList keys;
+    const auto& grid = *ui->dbgDenAssignment;
+    for (int row = 0; row < grid.recordCount(); ++row)
+        keys += grid.cellText(row, DenSID) + u'/' + grid.cellText(row, PackKey);
+    return keys;
+}
+
+// The mark stays on the position that was worked on; one that was added or moved to another den is the new one.
 void frmAdults::PopulateDenAssignments()
 {
-    ui->dbgDenAssignment->setUpdatesEnabled(false);
+    auto& grid = *ui->dbgDenAssignment;
+    const bool sameAdult = std::exchange(m_positionsOf, mCurrentSID) == mCurrentSID;
+    const QStringList before = sameAdult ? positionKeys() : QStringList();
+    const int row = grid.row();
+    grid.setUpdatesEnabled(false);
     dataDenAssignments->setRecordSource(
         QStringLiteral("Select * From Leader_Assignments  Where Leader_SID = %1").arg(mCurrentSID));
     dataDenAssignments->refresh();
     applyPositionLayout();
-    ui->dbgDenAssignment->setUpdatesEnabled(true);
+    grid.setUpdatesEnabled(true);
+    if (!sameAdult)
+        return;
+    const QStringList after = positionKeys();
+    const auto added = std::ranges::find_if(after, [&](const QString& key) { return !before.contains(key); });
+    const auto kept = added != after.end() ? added : std::ranges::find(after, before.value(row));
+    grid.setRow(kept != after.end() ? static_cast<int>(kept - after.begin()) : row);
 }
 
 std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& packKey) const
@@ -300,18 +346,17 @@ std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& pa
     return platform::toInt16(platform::val(grid.columnText(DenSID)));
 }
 
-// The position hangs on a stored adult. A set without records is no reason to stop here, as it is for cmdSave; only
-// where the filters leave out the one adult just saved is there nobody to give a position to.
+// The position hangs on a stored adult. Where the filters leave out the one adult just saved, the form is in the empty
+// state, and there is nobody to give a position to.
 void frmAdults::cmdAddDenAssn_Click()
 {
     SaveRecord();
     ui->txtFirst->setFocus();
     ui->cmdSave->setEnabled(false);
-    ui->cmdNew->setEnabled(true);
-    ui->cmdDelete->setEnabled(true);
-    enableExtraButtons(true);
-    if (mRecordCount > 0)
-        widgets::Instance<dlgAddDenLeaderAsign>::showWaiting();
+    if (mRecordCount == 0)
+        return;
+    enableRecordButtons();
+    widgets::Instance<dlgAddDenLeaderAsign>::showWaiting();
 }
 
 void frmAdults::cmdEditDenAssn_Click()

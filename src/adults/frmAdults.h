@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/forms/PeopleForm.h"
+#include "widgets/GridLayout.h"
 
 #include <memory>
 
@@ -65,6 +66,7 @@ private:
     void bindPositions();
     void setFieldsEnabled(bool enabled);
     void applyPositionLayout();
+    [[nodiscard]] QStringList positionKeys() const;
     void cmdAddDenAssn_Click();
     void cmdEditDenAssn_Click();
     void cmdDelDenAssn_Click();
@@ -73,6 +75,8 @@ private:
 
     std::unique_ptr<Ui::frmAdults> ui;
     widgets::DataControl* dataDenAssignments;
+    widgets::StoredLayout m_positionLayout;
+    std::int16_t m_positionsOf = 0; // the adult whose positions show
     std::int16_t mFindDen = -1;
 };
 

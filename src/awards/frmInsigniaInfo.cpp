@@ -156,6 +156,10 @@ void frmInsigniaInfo::cmdFind_Click()
         find();
     else if (mSelectAllRequested)
         reload();
+    else
+        return;
+    SetNavButtons();
+    ui->cmdDelete->setEnabled(mRecordCount > 0);
 }
 
 QString frmInsigniaInfo::findCondition() const
@@ -182,7 +186,6 @@ void frmInsigniaInfo::find()
         FillRecord();
         setRecordIndex(1);
         ShowRecordInfo();
-        SetNavButtons();
         return;
     }
     DisableRecordButtons();

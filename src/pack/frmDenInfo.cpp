@@ -8,8 +8,15 @@
 #include "ui_frmDenInfo.h"
 #include "widgets/MessageBox.h"
 
+#include <QLineEdit>
+
 namespace orlo
 {
+
+namespace
+{
+constexpr int MostOfActive = 255; // characters that the field takes
+}
 
 frmDenInfo::frmDenInfo()
     : WalkingForm({QStringLiteral("Den"), QStringLiteral("Dens"), QStringLiteral("Den_SID")}),
@@ -18,6 +25,7 @@ frmDenInfo::frmDenInfo()
     ui->setupUi(this);
     for (const char16_t* type : {u"Tiger", u"Wolf", u"Bear", u"Webelos (1st Yr)", u"Webelos (2nd Yr)", u" "})
         ui->comDenType->addItem(QString::fromUtf16(type));
+    ui->txtActive->lineEdit()->setMaxLength(MostOfActive);
     bindControls({*ui, ui->txtDenNumber});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
@@ -57,9 +65,10 @@ void frmDenInfo::FillRecord()
     ui->txtDenNumber->setText(rsRecords->value(u"Den_Number").textOrEmpty());
     ui->txtDenName->setText(rsRecords->value(u"Den_Name").textOrEmpty());
     ui->txtActive->setText(rsRecords->value(u"Active").textOrEmpty());
-    // A den without a type leaves the box as it was.
-    if (const store::Value type = rsRecords->value(u"Den_Type"); !type.isEmpty())
-        ui->comDenType->setText(type.toText());
+    // A den without a type, or of one that isn't listed, leaves the box as it was.
+    const QString type = rsRecords->value(u"Den_Type").textOrEmpty();
+    if (ui->comDenType->findText(type, Qt::MatchFixedString) >= 0)
+        ui->comDenType->setText(type);
     const store::Value year = rsRecords->value(u"Year_Started");
     ui->txtYearStarted->setText(year.isNull() ? QStringLiteral("0") : year.toText());
     mCurrentSID = rsRecords->value(u"Den_SID").toInt16();
@@ -195,6 +204,7 @@ void frmDenInfo::loadLeaders()
 
 void frmDenInfo::removeScouts(bool all)
 {
+    const widgets::BusyPointer busy;
     for (int row = 0; row < ui->lstScouts->listCount(); ++row) {
         if (!all && !ui->lstScouts->selected(row))
             continue;
@@ -212,6 +222,7 @@ void frmDenInfo::removeScouts(bool all)
 // A leader's place in this den goes with whatever title it had; pack positions stay.
 void frmDenInfo::removeLeaders(bool all)
 {
+    const widgets::BusyPointer busy;
     for (int row = 0; row < ui->lstAdults->listCount(); ++row)
         if (all || ui->lstAdults->selected(row))
             database().execute(

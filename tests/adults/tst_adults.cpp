@@ -189,6 +189,7 @@ void play(std::initializer_list<const char*> columns)
                                       {"said", said.trimmed()},
                                       {"log", screen.log},
                                       {"positions", screen.positions()},
+                                      {"marked", screen.grid.columnText(0) + '/' + screen.grid.columnText(1)},
                                       {"adults", rows("Select Adult_SID, Active From Adults Order by Adult_SID")},
                                       {"left", left()},
                                       {"held", QString("%1: %2").arg(screen.grid.recordCount()).arg(held.trimmed())},
@@ -272,7 +273,7 @@ private Q_SLOTS:
         test::table({"script", "state", "list", "adults", "awards", "left", "said"}, R"(
             n First=Zoe Mi=Q Last=Ash s | Adult 4 of 4 FP..n.d page 0 | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>Ash, Zoe Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
             $1 n Mi=Q cmdAddDenAssn>    | Adult 4 of 4 FP..n.d page 0 | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>,  Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
-            -3 optInactive n cmdAddDenAssn> | None ....n.d off 0 | | 1/Y, 2/Y, 4/Y, 5/Y | 6 | 5 + 2 |
+            -3 optInactive n cmdAddDenAssn> | None ....n.. off 0 | | 1/Y, 2/Y, 4/Y, 5/Y | 6 | 5 + 2 |
             -1,2,3,4 n First=Zoe Last=Ash s | Adult 1 of 1 ....n.d page 0 | Ash, Zoe | 1/Y | 6 | 5 + 2 |
             @2 no E       | Adult 3 of 3 FP..n.d page 0  | Fay, Dot X.; Old, Bob; Young, Ann M. | 1/Y, 2/Y, 3/N, 4/Y | 6 | 5 + 2 | adult?
             @2 yes E      | Adult 2 of 2 FP..n.d page 0  | Fay, Dot X.; Old, Bob | 2/Y, 3/N, 4/Y | 1 | 5 + 2 | adult?
@@ -301,6 +302,7 @@ private Q_SLOTS:
             #0 cmdFind>cmbDen:1,First:B,cmdFind | Old, Bob       | Bob | Adult 1 of 1 ....n.d page 0 |
             L ok cmdFind>cmbDen:0,cmdFind       | Fay, Dot X.; Old, Bob; Young, Ann M. | Ann | Adult 3 of 3 FP..n.d page 0 | none
             @1 First=Rob s ok cmdFind>cmbDen:1,First:R,cmdFind | Fay, Dot X.; Old, Rob; Young, Ann M. | Rob | Adult 2 of 3 FPNLn.d page 0 | none
+            -1,2,4 n c cmdFind>Last:I,cmdFind   | Idle, Cid      | Cid | Adult 1 of 1 ....n.d page 0 |
             @1 cmdFind>Last:y,cmdCancel         | Fay, Dot X.; Old, Bob; Young, Ann M. | Bob | Adult 2 of 3 FPNLn.d page 0 |)");
     }
     void sets() { play({"list", "first", "state", "said"}); }
@@ -321,6 +323,7 @@ private Q_SLOTS:
         test::table({"script", "said", "positions", "left"}, R"(
             N                        | | /3/Wolf/[2][2][N/A] | 5 + 2
             n                        | | | 5 + 2
+            @2 #1                    | | | 5 + 2
             L P n c                  | | /3/Wolf/[2][2][N/A] | 5 + 2
             @2 @@1 no cmdDelDenAssn  | delete? Helper position in Wolf Den 3 | Den Leader/1/Tiger/[1][1][N/A]; Helper/3/Wolf/[2][1][N/A]; Gone///[9][1][N/A]; Chair/N/A/N/A/[0][1][7] | 5 + 2
             @2 @@1 yes cmdDelDenAssn | delete? Helper position in Wolf Den 3 | Den Leader/1/Tiger/[1][1][N/A]; Gone///[9][1][N/A]; Chair/N/A/N/A/[0][1][7] | 4 + 2
@@ -354,6 +357,35 @@ private Q_SLOTS:
     }
     void dialogs() { play({"log", "held"}); }
 
+    // The mark stays on the position that was worked on.
+    void marks_data()
+    {
+        test::table({"script", "marked"}, R"(
+            @0 cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | Chair/N/A
+            @2 @@1 cmdEditDenAssn>cmbDenTitles:1,cmdSave             | Den Leader/3
+            @2 @@3 yes cmdDelDenAssn                                 | Gone/
+            @2 @@2 P N                                               | Den Leader/1)");
+    }
+    void marks() { play({"marked"}); }
+
+    // Another program's layout would have the wrong position deleted.
+    void foreignLayout()
+    {
+        QFile file(m_folder->path() + "/DenAssign.grd");
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QByteArray lines = file.readAll();
+        lines.replace("Den_SID", "~").replace("Leader_SID", "Den_SID").replace("~", "Leader_SID");
+        file.resize(0);
+        file.write(lines);
+        file.close();
+        const auto told = test::answerNext();
+        const Screen screen;
+        screen.go("@1");
+        QVERIFY(told->title == "Grid Layout" &&
+                told->text.contains("Den_SID, Leader_SID, Leader_Pack_Assn, in this order"));
+        QCOMPARE(screen.positions(), "/3/Wolf/[2][2][N/A]");
+    }
+
     // By adult, award and date: rows that read the same go together.
     void awards_data()
     {
@@ -361,7 +393,8 @@ private Q_SLOTS:
             @2 $1 cmdDeleteAward      | Ann M Young; Date Assigned/Award/; 5/2/2025/Knot Badge/1; 5/2/2026/Knot Badge/1; 5/2/2026/Knot Badge/1; 5/2/2026/Star Pin/2 | 6
             @2 $1 !3 cmdDeleteAward   | Ann M Young; Date Assigned/Award/; 5/2/2025/Knot Badge/1; 5/2/2026/Star Pin/2 | 4
             @2 $1 !3 cmdDeleteAward P | Bob Old; Date Assigned/Award/; 5/2/2026/Knot Badge/1 | 4
-            @1 n                      | Bob Old; Date Assigned/Award/ | 6
+            @1 n                      | ; Date Assigned/Award/ | 6
+            @2 #1                     | ; Date Assigned/Award/ | 6
             @1 $1 cmdAddAward>AssignedDate:6/7/26,cmdSelectAll,cmdAddToAdult | Bob Old; Date Assigned/Award/; 5/2/2026/Knot Badge/1; 6/7/2026/Knot Badge/1; 6/7/2026/Star Pin/2 | 8)");
     }
     void awards() { play({"grid", "awards"}); }

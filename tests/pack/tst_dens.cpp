@@ -155,9 +155,9 @@ private Q_SLOTS:
 
     void fillRules()
     {
-        test::fill("Insert Into Dens Values (1, 1, Null, 'Bear', 2020, 'N'), (2, 2, 'Two', '', Null, Null), "
+        test::fill("Insert Into Dens Values (1, 1, Null, 'Bear', 2020, 'N'), (2, 2, 'Two', 'Lion', Null, Null), "
                    "(3, Null, Null, Null, Null, Null)");
-        Screen screen; // the den without a number comes first, when no type was shown before
+        Screen screen; // the den without a number comes first, when no type was shown before; "Lion" isn't listed
         QCOMPARE(screen.fields(), "///0/");
         screen.run("N N");
         QCOMPARE(screen.fields() + screen.state(), "2/Two/Bear/0/Den 3 of 3 FP..n.d adAD fffff");

@@ -32,13 +32,16 @@ private Q_SLOTS:
             N page n                | 3 | Scout (New) FPNL.s. ... tx//A; B; C/2!               | C B A
             N n Last=X s            | 3 | Scout 4 of 4 FP..n.d faD tx/X/A; B; C; <New>X /4!    | C B A X
             n Last=X s P 4 Last=Y s | 3 | Scout 4 of 4 FP..n.d faD tx/Y/A; B; C; <New>X /4!    | C B A Y
-            n Last=X yes 1          | 3 | Scout 4 of 4 FP....d f.. tx/X/A; B; C; <New>X /4     | C B A X
+            n Last=X yes 1          | 3 | Scout 4 of 4 FP..n.d faD tx/X/A; B; C; <New>X /4     | C B A X
+            n Last=X yes optActive_Inactive | 3 | Scout 1 of 4 ..NLn.d faD tx/A/A; B; C; X/1   | C B A X
+            n Last=X no optActive_Inactive  | 3 | Scout 1 of 3 ..NLn.d faD tx/A/A; B; C/1      | C B A
             n Last=X s              | 0 | Scout 1 of 1 ....n.d faD tx/X/X/1!                   | X
             n Last=X - s            | 0 | None ....n.. ... ..///0                              | X
             N n Last=X c            | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2              | C B A
             N Last=X c              | 3 | Scout 2 of 3 FPNLn.d faD tx/X/A; B; C/2              | C B A
             N Last=X c N P          | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2!             | C B A
             n c                     | 0 | Scout (New) ....n.d faD t.///0                       |
+            n c yes d               | 0 | Scout (New) ....n.d faD t.///0                       |
             yes d                   | 3 | Scout 1 of 2 ..NLn.d faD tx/B/B; C/1!                | C B
             N yes d                 | 3 | Scout 2 of 2 FP..n.d faD tx/C/A; C/2!                | C A
             L yes d                 | 3 | Scout 2 of 2 FP..n.d faD tx/B/A; B/2!                | B A
@@ -64,6 +67,8 @@ private Q_SLOTS:
                 tabs.setCurrentIndex(1);
             else if (word == "-")
                 screen.get<widgets::ComboBox>("comActive").setText("No");
+            else if (word.startsWith("opt"))
+                screen.click(word.toUtf8().constData());
             else
                 test::clickRow(list, word.toInt() - 1);
         });

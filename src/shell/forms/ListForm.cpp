@@ -135,9 +135,7 @@ void ListForm::cmdSave_Click()
         return;
     controls().firstField->setFocus();
     controls().cmdSave->setEnabled(false);
-    controls().cmdNew->setEnabled(true);
-    controls().cmdDelete->setEnabled(true);
-    enableExtraButtons(true);
+    enableRecordButtons();
 }
 
 void ListForm::finishSaveRecord()
@@ -160,6 +158,8 @@ void ListForm::finishSaveRecord()
             SelectListRow(mRecordCount);
     }
     mNewRecord = false;
+    if (added && mRecordCount > 0) // saved by the way, as when another row was clicked: cmdSave does the same
+        enableRecordButtons();
     ShowRecordInfo();
 }
 
@@ -167,7 +167,8 @@ void ListForm::cmdDelete_Click()
 {
     if (!confirmDelete())
         return;
-    deleteAwards();
+    if (rsRecords->recordCount() > 0) // none where the new record of an empty set was cancelled
+        deleteAwards();
     readRecordCount();
     if (mRecordCount == 0)
         return;
@@ -176,6 +177,7 @@ void ListForm::cmdDelete_Click()
     readRecordCount();
     if (mRecordCount < 1) {
         setRecordIndex(0);
+        mCurrentSID = 0; // nothing hangs off nobody
         ClearRecord();
         controls().cmdDelete->setEnabled(false);
         m_list.cmdFind->setEnabled(false);
@@ -200,9 +202,7 @@ void ListForm::cmdDelete_Click()
 void ListForm::cmdCancel_Click()
 {
     controls().cmdSave->setEnabled(false);
-    controls().cmdNew->setEnabled(true);
-    controls().cmdDelete->setEnabled(true);
-    enableExtraButtons(true);
+    enableRecordButtons();
     if (recordIndex() == 0) {
         DisableFields();
         return;
@@ -230,6 +230,13 @@ void ListForm::showEmpty()
     controls().cmdNew->setEnabled(true);
     m_list.tabs->setCurrentIndex(0);
     m_list.tabs->setEnabled(false);
+}
+
+void ListForm::enableRecordButtons()
+{
+    controls().cmdNew->setEnabled(true);
+    controls().cmdDelete->setEnabled(true);
+    enableExtraButtons(true);
 }
 
 void ListForm::enableExtraButtons(bool on)

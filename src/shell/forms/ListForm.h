@@ -51,6 +51,8 @@ protected:
     void finishSaveRecord();
     /// Puts the form into the state without records: only cmdNew is live.
     void showEmpty();
+    /// Brings cmdNew, cmdDelete and the extra buttons back, the new-record state having ended.
+    void enableRecordButtons();
     void enableExtraButtons(bool on);
 
     // What the forms of this family do in a way of their own.

@@ -110,6 +110,7 @@ void PeopleForm::openSet()
     controls().cmdSave->setEnabled(false); // edits of the former set are dropped unasked
     if (mRecordCount < 1) {
         listControls().list->clear();
+        mCurrentSID = 0; // nothing hangs off nobody
         ClearRecord();
     } else {
         setRecordIndex(1);
@@ -126,10 +127,16 @@ void PeopleForm::openSet()
     rsRecords->moveFirst();
     mCurrentSID = currentPerson();
     PopulateNavLB();
-    EnableFields();
-    controls().cmdNew->setEnabled(true);
-    listControls().tabs->setEnabled(true);
+    enableRecord();
     FillRecord();
+}
+
+// The empty state ends, and so does that of a new record.
+void PeopleForm::enableRecord()
+{
+    EnableFields();
+    enableRecordButtons();
+    listControls().tabs->setEnabled(true);
 }
 
 void PeopleForm::PopulateNavLB()
@@ -293,6 +300,8 @@ void PeopleForm::cmdFind_Click()
         rsRecords->moveFirst();
         readRecordCount();
         setRecordIndex(1);
+        mNewRecord = false; // it lasts where a new record of an empty set was cancelled
+        enableRecord();
         SetNavButtons();
         FillRecord();
         PopulateNavLB();

@@ -143,6 +143,7 @@ protected:
     bool mSelectAllRequested = false;
 
 private:
+    void enableRecord();
     void tabs_Click();
 
     QString m_noun;
