@@ -60,7 +60,7 @@ void frmPackInformation::SavePackInfo()
         mPackNew = false;
     } else
         rsPack->edit();
-    rsPack->setValue(NumberField, platform::val(ui->txtPackNum->text()));
+    rsPack->setValue(NumberField, platform::leadingDigits(ui->txtPackNum->text()));
     rsPack->setValue(NameField, ui->txtPackName->text());
     // Shown as it was read, before the write: "12a" becomes 12 on the screen, too.
     showRecord();

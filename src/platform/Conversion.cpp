@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -190,6 +191,13 @@ double val(QStringView text)
     if (std::isinf(number))
         throw RuntimeError(Overflow);
     return ok ? number : 0;
+}
+
+double leadingDigits(QStringView text)
+{
+    text = text.trimmed();
+    const auto end = std::ranges::find_if(text, [](QChar c) { return c < u'0' || c > u'9'; });
+    return text.first(end - text.begin()).toDouble();
 }
 
 std::optional<double> readNumber(QStringView text)

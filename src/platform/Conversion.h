@@ -47,6 +47,8 @@ struct DateTime {
 /// The numeric reading of a text: blanks are skipped, leading digits with sign, point and exponent count, anything else
 /// gives 0. Raises 6 when the digits exceed the range of a double.
 [[nodiscard]] double val(QStringView text);
+/// The reading of a text of which leading digits only count: "12a" and "12.5" give 12, ".5" and "-5" give 0.
+[[nodiscard]] double leadingDigits(QStringView text);
 /// The number that the whole text is, as conversion on assignment reads it; nothing if it isn't one.
 [[nodiscard]] std::optional<double> readNumber(QStringView text);
 /// A number's plain decimal text, at most 15 significant digits.

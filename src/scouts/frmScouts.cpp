@@ -65,8 +65,8 @@ void frmScouts::bindFields()
         letterField(u"Active", ui->comActive),
         dateField(u"Pack_Start_Date", ui->txtPackStartDate),
         letterField(u"Tigar", ui->comWasTiger),
-        numberField(u"Years_In_Other_Pack", ui->txtYearsInOtherPack),
-        numberField(u"Years_In_Scouts", ui->txtYearsInScouts),
+        wholeNumberField(u"Years_In_Other_Pack", ui->txtYearsInOtherPack),
+        wholeNumberField(u"Years_In_Scouts", ui->txtYearsInScouts),
         textField(u"School", ui->txtSchool),
         textField(u"BSA_Number", ui->txtBSANum),
         textField(u"Scouts_Email", ui->txtEmail),
@@ -84,7 +84,7 @@ void frmScouts::bindFields()
         textField(u"Parent2_Work_Phone", ui->txtParent2WPhone),
         optionField(u"Parent2_Use_Scout_Add", ui->optP2UseScoutAdd, ui->optParent2UseAltAdd),
         checkField(u"Parent2_Correspondance", ui->chkP2IncludeCorr, ui->chkP1IncludeCorr), // the first parent's box
-        numberField(u"Grade_In_School", ui->txtGrade),
+        wholeNumberField(u"Grade_In_School", ui->txtGrade),
         yesNoField(u"Boys_Life", ui->cmbBoysLife),
     };
     // An edit of the e-mail address alone counts as no change.

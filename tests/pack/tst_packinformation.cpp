@@ -23,7 +23,8 @@ private Q_SLOTS:
             digits lead      | (1, 'H')     | PackNum=12a s               | 12/H/ txtPackNum       | 12/H
             no digits        | (1, 'H')     | PackNum=abc s               | 0/H/ txtPackNum        | 0/H
             limit of five    | (1, 'H')     | PackNum=123456 s            | 12345/H/ txtPackNum    | 12345/H
-            decimals         | (1, 'H')     | PackNum=-1.5 s              | -1.5/H/ txtPackNum     | -1.5/H
+            no sign          | (1, 'H')     | PackNum=-1.5 s              | 0/H/ txtPackNum        | 0/H
+            no exponent      | (1, 'H')     | PackNum=1e999 s             | 1/H/ txtPackNum        | 1/H
             first row only   | (1, 'H'), (2, 'Second') | PackName=New s   | 1/New/ txtPackNum      | 1/New, 2/Second
             exit, yes        | (1, 'H')     | PackName=New yes x          | closed                 | 1/New
             exit, no         | (1, 'H')     | PackName=New no x           | closed                 | 1/H

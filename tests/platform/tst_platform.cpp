@@ -56,21 +56,21 @@ private Q_SLOTS:
         setToday({});
     }
 
-    // What val() reads, and whether readNumber() takes the text.
+    // What val() reads, whether readNumber() takes the text, and what leadingDigits() reads.
     void numbers_data()
     {
-        test::table({"text", "leading", "whole"}, R"(
-            12      | 12   | yes
-            12a     | 12   | no
-                    | 0    | no
-            a12     | 0    | no
-            1 2     | 12   | no
-            -1.5e2x | -150 | no
-            -1.5e2  | -150 | yes
-            1e      | 1    | no
-            .5      | 0.5  | yes
-            -       | 0    | no
-            1.2.3   | 1.2  | no
+        test::table({"text", "leading", "whole", "digits"}, R"(
+            12      | 12   | yes | 12
+            12a     | 12   | no  | 12
+                    | 0    | no  | 0
+            a12     | 0    | no  | 0
+            1 2     | 12   | no  | 1
+            -1.5e2x | -150 | no  | 0
+            -1.5e2  | -150 | yes | 0
+            1e      | 1    | no  | 1
+            .5      | 0.5  | yes | 0
+            -       | 0    | no  | 0
+            1.2.3   | 1.2  | no  | 1
         )");
     }
     void numbers()
@@ -78,6 +78,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QTEST(numberText(val(text)), "leading");
         QTEST(QString(readNumber(text) ? "yes" : "no"), "whole");
+        QTEST(numberText(leadingDigits(text)), "digits");
     }
 
     void narrowing()

@@ -82,7 +82,7 @@ constexpr auto People =
     "INSERT INTO Dens VALUES (1, 3, 'Cubs', 'Wolf', 2025, 'Y'), (2, 5, 'Owls', 'Bear', 2025, 'N');"
     "INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID, Birth_Date, Tigar, "
     "Parent1_Use_Scout_Add, Parent1_Correspondance, Parent2_Use_Scout_Add, Parent2_Correspondance, Boys_Life) VALUES"
-    "(1, 'Ada', 'Zorn', 'B', 'Y', 1, '2016-06-07', 'Y', 1, 1, 0, 1, 1),"
+    "(1, 'Ada', 'Zorn', 'B', 'Y', 1, '2016-06-07 13:30:00', 'Y', 1, 1, 0, 1, 1),"
     "(2, 'Bo', 'Young', NULL, 'Y', 2, '1001-01-01', 'N', 1, 0, 1, 0, 0),"
     "(3, 'Cy', 'Xu', '', 'Y', NULL, NULL, NULL, 1, 0, 1, 0, 0),"
     "(4, 'Di', 'Wood', NULL, 'N', 1, NULL, 'N', 1, 0, 1, 0, 0);";
@@ -182,6 +182,9 @@ private Q_SLOTS:
             PackStartDate= s           | Pack_Start_Date        | Null
             PackStartDate=1-2-2025 s   | Pack_Start_Date        | 1/2/2025
             Grade=3a s                 | Grade_In_School        | 3
+            YearsInScouts=.5 s         | Years_In_Scouts        | 0
+            YearsInOtherPack=-5 s      | Years_In_Other_Pack    | 0
+            Last=X s                   | Birth_Date             | 6/7/2016
             chkP2IncludeCorr First=X s | Parent2_Correspondance | True
             chkP1IncludeCorr s         | Parent2_Correspondance | False
             Email=a@b.c s              | Scouts_Email           | Null

@@ -25,6 +25,12 @@ void showText(QLineEdit& box, const QString& text)
         box.setText(text);
 }
 
+// A time of day, which another program may have stored, has no room in the box.
+QString dayText(const Value& value)
+{
+    return value.isDate() ? platform::shortDate(value.toDate().date) : value.textOrEmpty();
+}
+
 // A list of "Yes" and "No"; what isn't the one value shows as "No".
 RecordField listField(QStringView name, widgets::ComboBox* list, const Value& yes, const Value& no)
 {
@@ -57,19 +63,28 @@ RecordField numberField(QStringView name, QLineEdit* box)
     return field;
 }
 
+RecordField wholeNumberField(QStringView name, QLineEdit* box)
+{
+    RecordField field = textField(name, box);
+    field.value = [box] { return Value(platform::leadingDigits(box->text())); };
+    return field;
+}
+
 RecordField dateField(QStringView name, QLineEdit* box)
 {
     RecordField field = textField(name, box);
+    field.show = [box](const Value& value) { showText(*box, dayText(value)); };
     field.value = [box] { return box->text().isEmpty() ? Value() : Value(dateText(box->text())); };
     return field;
 }
 
 RecordField birthDateField(QStringView name, QLineEdit* box)
 {
-    return {
-        name, box,
-        [box](const Value& value) { showText(*box, value == Value(NoBirthDate) ? QString() : value.textOrEmpty()); },
-        [box] { return Value(dateText(box->text())); }};
+    const auto show = [box](const Value& value) {
+        const bool missing = value.isDate() && value.toDate().date == NoBirthDate;
+        showText(*box, missing ? QString() : dayText(value));
+    };
+    return {name, box, show, [box] { return Value(dateText(box->text())); }};
 }
 
 void markMissingBirthDate(QLineEdit& box)

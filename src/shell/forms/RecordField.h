@@ -31,6 +31,8 @@ struct RecordField {
 [[nodiscard]] RecordField textField(QStringView name, QPlainTextEdit* box);
 /// The number that the text begins with; 0 where it begins with none.
 [[nodiscard]] RecordField numberField(QStringView name, QLineEdit* box);
+/// The same with leading digits only.
+[[nodiscard]] RecordField wholeNumberField(QStringView name, QLineEdit* box);
 /// A date; an empty box gives Null.
 [[nodiscard]] RecordField dateField(QStringView name, QLineEdit* box);
 /// A date whose absence a date of its own marks, which doesn't show.
