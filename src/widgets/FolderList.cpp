@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr int PathRole = Qt::UserRole;
-constexpr int LeastRows = 9;
+constexpr int Rows = 9; // however many folders there are
 
 QString above(const QString& path)
 {
@@ -46,8 +46,7 @@ FolderList::FolderList(QWidget* parent) : QTreeWidget(parent)
     setUniformRowHeights(true);
     setExpandsOnDoubleClick(false);
     setIndentation(fontMetrics().height());
-    setSizeAdjustPolicy(AdjustToContentsOnFirstShow);
-    setMinimumHeight(LeastRows * (fontMetrics().height() + 4));
+    setMinimumHeight(Rows * (fontMetrics().height() + 4));
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents); // a deep folder is reached by scrolling
     addCommands();
@@ -130,6 +129,11 @@ void FolderList::fill()
     expandAll();
     setCurrentItem(current);
     scrollToItem(current->parent() ? current->parent() : current, PositionAtTop);
+}
+
+QSize FolderList::sizeHint() const
+{
+    return {QTreeWidget::sizeHint().width(), minimumHeight()};
 }
 
 void FolderList::resizeEvent(QResizeEvent* event)

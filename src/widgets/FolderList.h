@@ -28,6 +28,8 @@ public:
     /// From here on moves to the drive that the list of drives shows.
     void followDrive(const DriveList& drives);
 
+    [[nodiscard]] QSize sizeHint() const override;
+
 Q_SIGNALS:
     /// Another folder was opened, by the user or by the program.
     void change();

@@ -4,6 +4,8 @@
 #include "shell/forms/Module1.h"
 #include "ui_dlgError.h"
 
+#include <QStyle>
+
 namespace orlo
 {
 
@@ -13,6 +15,8 @@ dlgError::dlgError() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::
     setDefaultButton(ui->cmdOk);
     setCancelButton(ui->cmdOk);
     setFixedBorder();
+    const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+    ui->picError->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxCritical, nullptr, this).pixmap(side));
     connect(ui->cmdOk, &QPushButton::clicked, this, &dlgError::unload);
 }
 

@@ -8,6 +8,8 @@
 #include "shell/frame/frmSplash.h"
 #include "widgets/Application.h"
 
+#include <QIcon>
+
 namespace orlo
 {
 
@@ -23,6 +25,14 @@ store::Database* databaseAt(const QString& path)
     return same ? gDatabase.get() : nullptr;
 }
 
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128, 256})
+        icon.addFile(QStringLiteral(":/art/orlo-%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 } // namespace
 
 void Main()
@@ -32,6 +42,7 @@ void Main()
         auto& splash = widgets::Instance<frmSplash>::get();
         splash.show();
         splash.openFrameAfter(SplashTime);
+        QApplication::setWindowIcon(programIcon()); // after the splash, which is to show at once
         gAppPath = platform::folder();
         gOldDbName = QStringLiteral("\\Quorrel.mdb");
         gDbName = QStringLiteral("\\Quorrel11.mdb");

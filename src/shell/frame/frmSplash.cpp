@@ -56,6 +56,7 @@ frmSplash::~frmSplash() = default;
 
 void frmSplash::openFrameAfter(int milliseconds)
 {
+    tmrSplashWait->setTimerType(Qt::PreciseTimer);
     tmrSplashWait->start(milliseconds);
 }
 
@@ -83,7 +84,10 @@ void frmSplash::keyPressEvent(QKeyEvent*)
 // The first text of a process waits for the fonts to be found; the picture doesn't.
 void frmSplash::paintEvent(QPaintEvent*)
 {
-    QPainter(this).drawImage(0, 0, m_picture);
+    QPainter painter(this);
+    painter.drawImage(0, 0, m_picture);
+    painter.setPen(Qt::black);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1)); // its thin border
     for (QLabel* label : {ui->lblVersion, ui->lblWarning})
         QTimer::singleShot(0, label, &QWidget::show);
 }

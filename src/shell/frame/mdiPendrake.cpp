@@ -17,6 +17,7 @@
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
 #include "shell/forms/Module1.h"
+#include "shell/frame/ScreenScroll.h"
 #include "shell/frame/dlgHelp.h"
 #include "shell/frame/frmAbout.h"
 #include "store/schema/Schema.h"
@@ -32,21 +33,16 @@
 #include <QLayout>
 #include <QMdiSubWindow>
 #include <QMessageBox>
-#include <QTimer>
+#include <QScreen>
+#include <QStyle>
+
+#include <algorithm>
 
 namespace orlo
 {
 
 namespace
 {
-
-QIcon programIcon()
-{
-    QIcon icon;
-    for (const int size : {16, 32, 48, 128, 256})
-        icon.addFile(QStringLiteral(":/art/orlo-%1.png").arg(size), QSize(size, size));
-    return icon;
-}
 
 // Unloads a form for backup and restore. One that isn't loaded is loaded first; where its load step fails, it is gone
 // all the same.
@@ -69,12 +65,12 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     ui->setupUi(this);
     ui->mdiArea->setBackground(palette().mid());
     setAttribute(Qt::WA_DeleteOnClose);
-    QApplication::setWindowIcon(programIcon());
     setCursor(Qt::ArrowCursor);
     ui->ID_TEST_MENU->menuAction()->setVisible(false);
     nameMenuActions();
     connectMenus();
     handOverDataForms();
+    fitScreen();
     widgets::Form::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
 }
 
@@ -136,7 +132,7 @@ void mdiPendrake::connectMenus()
     connect(ui->mnuHelpTopics, &QAction::triggered, this, [] { Instance<dlgHelp>::showWaiting(); });
     connect(ui->mnuAbout, &QAction::triggered, this, [] { Instance<frmAbout>::showWaiting(); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
-    connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::fillWindowMenu);
+    connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::childActivated);
 }
 
 void mdiPendrake::mnuExit_Click()
@@ -168,45 +164,106 @@ void mdiPendrake::changeEvent(QEvent* event)
 
 void mdiPendrake::closeEvent(QCloseEvent* event)
 {
-    widgets::Form::unloadAll();
-    event->accept();
+    const bool closes = widgets::Form::writeAllOpenRows();
+    event->setAccepted(closes);
+    if (closes)
+        widgets::Form::unloadAll();
+}
+
+// Where the screen has less room than the frame would take, the frame takes all of it.
+void mdiPendrake::fitScreen()
+{
+    const QSize room = screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    if (width() > room.width() || height() > room.height())
+        setWindowState(Qt::WindowMaximized);
+    resize(size().boundedTo(room));
 }
 
 void mdiPendrake::fillWindowMenu()
 {
-    ui->ID_WINDOWS_MENU->clear();
+    QMenu& menu = *ui->ID_WINDOWS_MENU;
+    menu.clear();
     const auto windows = ui->mdiArea->subWindowList();
+    if (windows.isEmpty()) // an empty menu would open as an invisible one
+        menu.addAction(QStringLiteral("No window is open"))->setEnabled(false);
     int number = 0;
     for (QMdiSubWindow* window : windows) {
-        auto* action =
-            ui->ID_WINDOWS_MENU->addAction(QStringLiteral("&%1 %2").arg(++number).arg(window->windowTitle()));
+        auto* action = menu.addAction(QStringLiteral("&%1 %2").arg(++number).arg(window->windowTitle()));
         action->setCheckable(true);
         action->setChecked(window == ui->mdiArea->currentSubWindow());
-        connect(action, &QAction::triggered, window, [this, window] { ui->mdiArea->setActiveSubWindow(window); });
+        connect(action, &QAction::triggered, window, [this, window] {
+            if (window->isMinimized())
+                window->showNormal();
+            ui->mdiArea->setActiveSubWindow(window);
+        });
     }
 }
 
 void mdiPendrake::showChild(widgets::Form& form)
 {
-    auto* window = qobject_cast<QMdiSubWindow*>(form.parentWidget());
-    if (!window) {
-        Qt::WindowFlags flags = Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
-        if (!form.hasFixedBorder())
-            flags |= Qt::WindowMaximizeButtonHint;
-        window = ui->mdiArea->addSubWindow(&form, flags);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        if (form.hasFixedBorder())
-            window->layout()->setSizeConstraint(QLayout::SetFixedSize);
-        else // what the contents ask for is known once they have been shown
-            QTimer::singleShot(0, window,
-                               [window] { window->resize(window->size().expandedTo(window->minimumSizeHint())); });
-    }
+    QMdiSubWindow* window = nullptr;
+    for (QWidget* outer = form.parentWidget(); outer && !window; outer = outer->parentWidget())
+        window = qobject_cast<QMdiSubWindow*>(outer);
+    const bool isNew = !window;
+    if (isNew)
+        window = addChild(form);
     if (window->isMinimized())
         window->showNormal();
     form.show();
     window->show();
+    if (isNew) {
+        placeChild(*window);
+        // What the contents ask for is known for certain once they have been shown.
+        QMetaObject::invokeMethod(
+            window, [this, window] { placeChild(*window); }, Qt::QueuedConnection);
+    }
     ui->mdiArea->setActiveSubWindow(window);
+}
+
+QMdiSubWindow* mdiPendrake::addChild(widgets::Form& form)
+{
+    Qt::WindowFlags flags = Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+    if (!form.hasFixedBorder())
+        flags |= Qt::WindowMaximizeButtonHint;
+    auto* window =
+        ui->mdiArea->addSubWindow(form.hasFixedBorder() ? static_cast<QWidget*>(&form) : new ScreenScroll(form), flags);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    if (form.hasFixedBorder())
+        window->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    return window;
+}
+
+// As large as its contents ask for, as far as the work area gives it; each a little below the one before it.
+void mdiPendrake::placeChild(QMdiSubWindow& window)
+{
+    if (window.isMaximized())
+        return;
+    const QSize room = ui->mdiArea->viewport()->size();
+    QSize wanted = window.sizeHint();
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    if (wanted.height() > room.height())
+        wanted.rwidth() += bar;
+    if (wanted.width() > room.width())
+        wanted.rheight() += bar;
+    window.resize(wanted.boundedTo(room));
+    const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+    const int others = int(ui->mdiArea->subWindowList().size()) - 1;
+    const QSize spare = room - window.size();
+    window.move(std::clamp(others * step, 0, std::max(0, spare.width())),
+                std::clamp(others * step, 0, std::max(0, spare.height())));
+}
+
+// A window of a fixed size can't take the place of a maximised one; it shows in front of it, with its border.
+void mdiPendrake::childActivated(QMdiSubWindow* window)
+{
+    fillWindowMenu();
+    if (!window || window->windowFlags().testFlag(Qt::WindowMaximizeButtonHint))
+        return;
+    const auto windows = ui->mdiArea->subWindowList();
+    for (QMdiSubWindow* other : windows)
+        if (other->isMaximized())
+            other->showNormal();
 }
 
 } // namespace orlo

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class QMdiSubWindow;
+
 namespace Ui
 {
 class mdiPendrake;
@@ -41,8 +43,12 @@ private:
     void connectMenus();
     void mnuRepairDatabase_Click();
     void mnuExit_Click();
+    void fitScreen();
     void fillWindowMenu();
     void showChild(widgets::Form& form);
+    [[nodiscard]] QMdiSubWindow* addChild(widgets::Form& form);
+    void placeChild(QMdiSubWindow& window);
+    void childActivated(QMdiSubWindow* window);
 
     std::unique_ptr<Ui::mdiPendrake> ui;
     bool m_leftForBox = false; // a message box took the activation
