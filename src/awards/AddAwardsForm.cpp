@@ -188,6 +188,7 @@ bool AddAwardsForm::addAwards()
     }
     if (!m_shown)
         throw platform::RuntimeError(platform::ObjectNotSet);
+    const widgets::BusyPointer busy;
     auto awards =
         database().openRecordset(QStringLiteral("Select * From %1 Where Insignia_SID = 0").arg(m_holder.table));
     for (int row = 0; row < m_selected->listCount(); ++row) {

@@ -327,6 +327,13 @@ void frmAssignInsignias::selectRow(const Source& source, int row)
     source.grid.setText(row, Marker, Marked);
     if (mSelectedCount == 1)
         ui->cmdAssignAward->setEnabled(true);
+    tellCount();
+}
+
+void frmAssignInsignias::tellCount()
+{
+    ui->fgSelected->setToolTip(mSelectedCount == 1 ? QStringLiteral("1 person")
+                                                   : QStringLiteral("%1 people").arg(mSelectedCount));
 }
 
 void frmAssignInsignias::selectAll(const QString& whom)
@@ -356,6 +363,7 @@ void frmAssignInsignias::unselectRow(const Source& source, int row)
         ui->fgSelected->removeRow(row);
         --mSelectedCount;
     }
+    tellCount();
 }
 
 void frmAssignInsignias::emptySelected()
@@ -363,6 +371,7 @@ void frmAssignInsignias::emptySelected()
     ui->fgSelected->setRows(1);
     mSelectedCount = 0;
     ui->cmdAssignAward->setEnabled(false);
+    tellCount();
     // The refill is what clears the marks.
     if (!onDenTab())
         fillPackList();

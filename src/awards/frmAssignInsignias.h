@@ -61,6 +61,7 @@ private:
     void selectAll(const QString& whom);
     void unselectRow(const Source& source, int row);
     void emptySelected();
+    void tellCount();
     void assignAward();
 
     std::unique_ptr<Ui::frmAssignInsignias> ui;

@@ -4,6 +4,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
 #include "widgets/ListBox.h"
+#include "widgets/MessageBox.h"
 
 namespace orlo
 {
@@ -32,6 +33,7 @@ void MemberDialog::load()
 
 void MemberDialog::cmdSelect_Click()
 {
+    const widgets::BusyPointer busy;
     for (int row = 0; row < m_list->listCount(); ++row)
         if (m_list->selected(row))
             assign(mRowSIDs[static_cast<std::size_t>(row)]);

@@ -20,6 +20,8 @@ namespace
 constexpr int OutOfMemory = 7;
 constexpr int InternalError = 51;
 
+bool reporting = false; // the report is up
+
 // The widget that a press there would give the focus to. A tab bar takes none, but turning its page leaves the field.
 const QWidget* focusTarget(const QWidget* pressed)
 {
@@ -76,25 +78,32 @@ bool Application::notify(QObject* receiver, QEvent* event)
             return true;
         return QApplication::notify(receiver, event);
     } catch (const platform::RuntimeError& error) {
-        reportAndEnd(error);
+        failed(error);
     } catch (const std::bad_alloc&) {
-        reportAndEnd(platform::RuntimeError(OutOfMemory, QString(), QStringLiteral("Out of memory")));
+        failed(platform::RuntimeError(OutOfMemory, QString(), QStringLiteral("Out of memory")));
     } catch (const std::exception& error) {
-        reportAndEnd(platform::RuntimeError(InternalError, QString(), QString::fromUtf8(error.what())));
+        failed(platform::RuntimeError(InternalError, QString(), QString::fromUtf8(error.what())));
     }
+    return false;
+}
+
+// What fails while the report is up, its own painting of the windows behind it included, leaves the report standing:
+// the user is to read the first failure.
+void Application::failed(const platform::RuntimeError& error)
+{
+    if (!reporting)
+        reportAndEnd(error);
 }
 
 void Application::reportAndEnd(const platform::RuntimeError& error)
 {
-    static bool reporting = false;
-    if (!reporting) {
-        reporting = true;
-        const QString text = QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.description());
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-        QMessageBox box(QMessageBox::Critical, platform::title(), text);
-        box.setTextFormat(Qt::PlainText);
-        box.exec();
-    }
+    reporting = true;
+    const QString text = QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.description());
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+    QMessageBox box(QMessageBox::Critical, platform::title(),
+                    text + QStringLiteral("\n\nORLO must close. What was saved before is safe."));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
     std::fflush(nullptr);
     std::_Exit(EXIT_FAILURE);
 }

@@ -24,6 +24,9 @@ public:
     /// Shows the run-time's report, "Run-time error '3421':" and the description, then ends the process at once with
     /// status 1: nothing is saved or closed.
     [[noreturn]] static void reportAndEnd(const platform::RuntimeError& error);
+
+private:
+    static void failed(const platform::RuntimeError& error);
 };
 
 } // namespace orlo::widgets

@@ -183,6 +183,7 @@ bool UpdateDatabaseFile()
     const QString safetyCopy = gAppPath + QStringLiteral("\\QuorrelOld_10.mdb");
     widgets::message(QStringLiteral("The ORLO Database will now be updated to work with this new version of software."),
                      QStringLiteral("Update Database"));
+    const widgets::BusyPointer busy;
     settleJournal(old, safetyCopy);
     gFileSystem.copyFile(old, safetyCopy, true);
     if (!gFileSystem.fileExists(safetyCopy))
