@@ -1,38 +1,14 @@
-#include "adults/dlgAddDenLeaderAsign.h"
-#include "adults/dlgAddDenLeaderAsignEdit.h"
-#include "adults/dlgFindAdult.h"
-#include "awards/dlgFindInsignia.h"
-#include "awards/frmAddAdultAwards.h"
-#include "awards/frmAddAwardsToScout.h"
-#include "awards/frmEditAssignedAward.h"
-#include "pack/dlgAddAdults.h"
-#include "pack/dlgAddScouts.h"
-#include "reporting/view/PreviewWindow.h"
-#include "reports/frmReportsMenu.h"
-#include "scouts/dlgFindScout.h"
-#include "scouts/dlgSelectAdultLink.h"
-#include "shell/forms/dlgCalendar.h"
-#include "shell/forms/dlgError.h"
-#include "shell/frame/mdiPendrake.h"
 #include "support/Main.h"
-#include "support/RecordScreen.h"
+#include "support/Windows.h"
 
 #include <QtWidgets/QtWidgets>
 
 #include <cmath>
 
 using namespace orlo;
-using Open = std::function<void()>;
 
 namespace
 {
-
-template <class... F>
-void addForms()
-{
-    (static_cast<void>(QTest::newRow(F::staticMetaObject.className()) << Open(&widgets::Instance<F>::showWaiting)),
-     ...);
-}
 
 // What a screen reader calls the control: its own name, its label's, or its text.
 QString nameOf(QWidget* control)
@@ -137,72 +113,25 @@ private Q_SLOTS:
 
 void tst_access::everyWindow_data()
 {
-    QTest::addColumn<Open>("open");
-    addForms<frmAddAwardsToScout, frmAddAdultAwards, frmEditAssignedAward, frmReportsMenu, dlgAddDenLeaderAsign,
-             dlgAddDenLeaderAsignEdit, dlgFindAdult, dlgFindInsignia, dlgFindScout, dlgAddAdults, dlgAddScouts,
-             dlgSelectAdultLink, dlgCalendar, dlgError>();
-    QTest::newRow("mdiPendrake") << Open([] {});
-    const QStringList noWindow{"mnuRepairDatabase", "mnuExit", "ID_DB_11_UPDATE"};
-    for (QAction* command : mdiPendrake::instance().findChildren<QAction*>(QRegularExpression("^(mnu|ID_)")))
-        if (!command->menu() && !noWindow.contains(command->objectName()))
-            QTest::newRow(qPrintable(command->objectName())) << Open([command] { command->trigger(); });
-    QTest::newRow("previewWindow") << Open([] {
-        auto document = std::make_shared<reports::Document>();
-        document->pages.resize(2);
-        auto* window = new reports::PreviewWindow(document);
-        window->show();
-        test::control<QAction>(*window, "actFind").trigger();
-    });
+    test::addWindows();
 }
 
 void tst_access::everyWindow()
 {
-    QFETCH(Open, open);
+    QFETCH(test::Open, open);
     QFont large = QApplication::font(); // what fits in large letters fits in small ones
     large.setPointSize(15);
     QApplication::setFont(large);
-    test::AppFolder folder;
-    for (const QString grid : {"DenAssign.grd", "Pack_Titles.grd", "Den_Titles.grd"})
-        QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));
-    test::fill("INSERT INTO Dens (Den_SID, Den_Number, Den_Type, Active) VALUES (1, 1, 'Wolf', 'Y');"
-               "INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) VALUES (1, 'Al', "
-               "'Ito', 'Y', 1);"
-               "INSERT INTO Adults (Adult_SID, First_Name, Last_Name, Active) VALUES (1, 'Bo', 'Ito', 'Y');"
-               "INSERT INTO Insignias (Insignia_SID, Insignia_Name, Insignia_Type) VALUES (1, 'Art', 'Pin');");
-    gEditAssignedSID = gEditInsigniaSID = 1;
-    gEditDate = "1/2/2026";
-    auto& frame = mdiPendrake::instance();
-    frame.show();
-    frame.activateWindow();
-    QStringList faults{"not looked at"};
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, qApp, [&] {
-        const QPointer window = QApplication::activeWindow();
-        const auto* child = test::control<QMdiArea>(frame, "mdiArea").currentSubWindow();
-        QWidget* shown = child && child->isVisible() ? child->widget() : window.data();
-        if (!shown || (shown == &frame) != (QTest::currentDataTag() == QByteArray("mdiPendrake")))
-            return; // not up yet
-        timer.stop();
-        QWidget& form = *shown;
-        faults.clear();
-        const auto look = [&] {
-            for (const QColor colour : {QColor(45, 47, 51), QColor(239, 239, 239)}) {
-                QApplication::setPalette(colour);
-                QTest::qWait(1);
-                faults += faultsOf(form);
-            }
-        };
-        look();
-        for (auto* pages : form.findChildren<QTabWidget*>())
-            for (int page = pages->count(); page-- > 0; look())
-                pages->setCurrentIndex(page);
-        widgets::Form::unloadAll();
-        if (window != &frame)
-            delete window;
-    });
-    timer.start(5);
-    open();
-    QTRY_VERIFY(!faults.contains("not looked at"));
+    const test::AppFolder folder;
+    test::prepareForWindows();
+    QStringList faults;
+    QVERIFY(test::openAndLook(open, [&](QWidget& form) {
+        for (const QColor colour : {QColor(45, 47, 51), QColor(239, 239, 239)}) {
+            QApplication::setPalette(colour);
+            QTest::qWait(1);
+            faults += faultsOf(form);
+        }
+    }));
     faults.removeDuplicates();
     QCOMPARE(faults.join(", "), QString());
 }

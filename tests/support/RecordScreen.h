@@ -3,6 +3,7 @@
 #include "support/TestApp.h"
 #include "widgets/ListBox.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QMap>
 #include <QProcess>
@@ -139,6 +140,13 @@ inline void fill(const QString& sql)
     if (sqlite3_exec(file, sql.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
         qFatal("%s", sqlite3_errmsg(file));
     sqlite3_close(file);
+}
+
+/// Puts the grids' layouts into the application's folder, as an installation does.
+inline void copyLayouts()
+{
+    for (const QString grid : {"DenAssign.grd", "Pack_Titles.grd", "Den_Titles.grd"})
+        QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));
 }
 
 /// The rows of a query: cells parted by slashes, rows by a comma and a blank.
