@@ -1,4 +1,5 @@
 #include "reporting/FormulaFunctions.h"
+#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -72,6 +72,18 @@ private Q_SLOTS:
         QTEST(texts(rows, u"sid"), "sids");
     }
 
+    // Accented letters stand beside their plain ones.
+    void accents()
+    {
+        QStringList names{"Zoë", "Émile", "eva", "Straße", "Étienne", "Strasse", "Etienne", "Œdipe", "Odin", "Éva"};
+        m_database->execute("Delete From People");
+        for (int sid = 1; const QString& name : names)
+            m_database->execute(
+                QString("Insert Into People (SID, [Last Name]) Values (%1, '%2')").arg(sid++).arg(name));
+        Recordset rows = m_database->openRecordset("Select * From People Order By [Last Name]");
+        QCOMPARE(texts(rows, u"Last Name"), "Émile Etienne Étienne eva Éva Odin Œdipe Strasse Straße Zoë");
+    }
+
     // Which texts give sets that can be changed, and how many rows and columns each has.
     void shapes_data()
     {

@@ -1,8 +1,8 @@
 #include "store/engine/Text.h"
 
-#include "store/engine/Value.h"
-
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace orlo::store
 {
@@ -23,6 +23,65 @@ char32_t fold(char32_t c)
         return AsciiFold[c];
     return c <= QChar::LastValidCodePoint ? QChar::toCaseFolded(c) : c;
 }
+
+// The letters below the accents, without regard to case: none for an accent that stands alone, two for a double letter.
+using Base = std::array<char16_t, 2>;
+
+constexpr char32_t LastInTable = 0x1FFF; // Latin, Greek and Cyrillic, with all their accented letters
+
+Base baseOf(char32_t c)
+{
+    // What has no decomposition, and is still some other letter with a stroke.
+    struct Plain {
+        char16_t letter;
+        Base base;
+    };
+    static constexpr Plain Others[] = {{u'ß', {'s', 's'}}, {u'æ', {'a', 'e'}}, {u'œ', {'o', 'e'}}, {u'ø', {'o', 0}},
+                                       {u'đ', {'d', 0}},   {u'ð', {'d', 0}},   {u'ħ', {'h', 0}},   {u'ı', {'i', 0}},
+                                       {u'ł', {'l', 0}},   {u'ŧ', {'t', 0}},   {u'þ', {'t', 'h'}}};
+    const char32_t folded = fold(c);
+    for (const Plain& other : Others)
+        if (other.letter == folded)
+            return other.base;
+    if (QChar::isMark(folded))
+        return {};
+    const QString parts = QString::fromUcs4(&folded, 1).normalized(QString::NormalizationForm_D);
+    return {static_cast<char16_t>(fold(parts[0].unicode())), 0};
+}
+
+// The letters below the accents, one by one; letters beyond the table stand for themselves.
+template <typename Reader>
+class Bases
+{
+public:
+    explicit Bases(Reader text) : m_text(text) {}
+    /// The next letter; 0 behind the last one.
+    char32_t next()
+    {
+        static const auto Table = [] {
+            std::vector<Base> table;
+            for (char32_t c = 0; c <= LastInTable; ++c)
+                table.push_back(baseOf(c));
+            return table;
+        }();
+        if (m_second)
+            return std::exchange(m_second, u'\0');
+        while (!m_text.atEnd()) {
+            const char32_t c = m_text.next();
+            if (c > LastInTable)
+                return fold(c);
+            const Base& base = Table[c];
+            m_second = base[1];
+            if (base[0])
+                return base[0];
+        }
+        return 0;
+    }
+
+private:
+    Reader m_text;
+    char16_t m_second = 0;
+};
 
 // Code points of UTF-16; a lone surrogate counts as itself.
 struct Utf16Reader {
@@ -79,6 +138,22 @@ int compareFolded(Reader a, Reader b)
             return left < right ? -1 : 1;
     }
     return a.atEnd() ? (b.atEnd() ? 0 : -1) : 1;
+}
+
+// By the letters; where these are the same, by their accents.
+template <typename Reader>
+int compare(Reader a, Reader b)
+{
+    Bases left(a);
+    Bases right(b);
+    while (true) {
+        const char32_t one = left.next();
+        const char32_t other = right.next();
+        if (one != other)
+            return one < other ? -1 : 1;
+        if (one == 0)
+            return compareFolded(a, b);
+    }
 }
 
 // One element of a pattern that stands for one character of the text.
@@ -156,7 +231,7 @@ bool matches(Reader text, Reader pattern)
 
 int compareText(QStringView a, QStringView b)
 {
-    return compareFolded(Utf16Reader(a), Utf16Reader(b));
+    return compare(Utf16Reader(a), Utf16Reader(b));
 }
 
 int compareUtf8(std::string_view a, std::string_view b)
@@ -170,7 +245,7 @@ int compareUtf8(std::string_view a, std::string_view b)
             return difference;
     if (i == shared)
         return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
-    return compareFolded(Utf8Reader(a.substr(i)), Utf8Reader(b.substr(i)));
+    return compare(Utf8Reader(a.substr(i)), Utf8Reader(b.substr(i)));
 }
 
 bool matchesLike(QStringView text, QStringView pattern)

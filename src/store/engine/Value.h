@@ -52,8 +52,8 @@ public:
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;
 
-    /// The same kind and content; Null equals Null. Text compares by code unit here; see compareText for the engine's
-    /// way.
+    /// The same kind and content; Null equals Null. Text compares by code unit here; compareText()
+    /// has the engine's way.
     friend bool operator==(const Value&, const Value&) = default;
 
     using Data = std::variant<std::monostate, bool, qint64, double, QString, DateTime>;
@@ -62,10 +62,5 @@ public:
 private:
     Data m_data;
 };
-
-/// Compares two texts as the engine does everywhere: without regard to case, beyond ASCII too.
-[[nodiscard]] int compareText(QStringView a, QStringView b);
-/// True if the text matches the pattern of Like: '*', '?', '#' (a digit), '[a-z]', '[!a-z]', without regard to case.
-[[nodiscard]] bool matchesLike(QStringView text, QStringView pattern);
 
 } // namespace orlo::store
