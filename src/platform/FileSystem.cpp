@@ -36,15 +36,21 @@ std::function<QList<Drive>()> otherVolumes; // in place of the mounted ones
 
 QString nativePath(const QString& path)
 {
-    QString slashed = path;
-    slashed.replace(u'\\', u'/');
-    if (QFileInfo::exists(slashed))
-        return slashed;
-    QString found = slashed.startsWith(u'/') ? QString() : QStringLiteral(".");
-    const auto parts = slashed.split(u'/', Qt::SkipEmptyParts);
+    // A folder that bears a backslash in its name, where that is no separator, stands as it is called.
+    qsizetype known = path.lastIndexOf(u'\\');
+    while (known > 0 && !QFileInfo(path.first(known)).isDir())
+        known = path.lastIndexOf(u'\\', known - 1);
+    const QString folder = known > 0 ? path.first(known) : QString();
+    QString rest = path.sliced(folder.size());
+    rest.replace(u'\\', u'/');
+    if (QFileInfo::exists(folder + rest))
+        return folder + rest;
+    const bool absolute = !folder.isEmpty() || rest.startsWith(u'/');
+    QString found = absolute ? folder : QStringLiteral(".");
+    const auto parts = rest.split(u'/', Qt::SkipEmptyParts);
     for (const QString& part : parts)
         found += u'/' + matchingEntry(found.isEmpty() ? QStringLiteral("/") : found, part);
-    return slashed.startsWith(u'/') ? found : found.mid(2);
+    return absolute ? found : found.mid(2);
 }
 
 bool isWithin(const QString& path, const QString& folder)
