@@ -2,6 +2,9 @@
 
 #include "platform/RuntimeError.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace orlo::store
 {
 
@@ -9,6 +12,17 @@ using platform::RuntimeError;
 
 namespace
 {
+
+constexpr double MillisecondsADay = 86400000.0;
+constexpr double FirstSerial = -657434; // 1/1/100
+constexpr double LastSerial = 2958465;  // 12/31/9999
+
+// Day 0 of dates taken as numbers.
+qint64 dayZero()
+{
+    static const qint64 day = QDate(1899, 12, 30).toJulianDay();
+    return day;
+}
 
 [[noreturn]] void raiseOfField(int number)
 {
@@ -71,6 +85,25 @@ Value converted(const Value& value, const FieldInfo& field)
     if (field.type == FieldType::Text && field.size > 0 && text.size() > field.size)
         raiseOfField(platform::FieldTooSmall);
     return text;
+}
+
+double serialOf(const DateTime& date)
+{
+    const auto day = static_cast<double>(date.date.toJulianDay() - dayZero());
+    const double time = date.time.msecsSinceStartOfDay() / MillisecondsADay;
+    return day < 0 ? day - time : day + time;
+}
+
+std::optional<DateTime> dateOfSerial(double number)
+{
+    const double day = std::trunc(number);
+    if (!(day >= FirstSerial && day <= LastSerial))
+        return std::nullopt;
+    auto seconds = std::llround(std::abs(number - day) * MillisecondsADay / 1000);
+    if (day == LastSerial)
+        seconds = std::min(seconds, 86399LL);
+    return DateTime{QDate::fromJulianDay(dayZero() + static_cast<qint64>(day) + seconds / 86400),
+                    QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds % 86400) * 1000)};
 }
 
 FieldInfo declaredField(QByteArrayView declaration)

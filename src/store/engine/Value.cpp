@@ -1,9 +1,7 @@
 #include "store/engine/Value.h"
 
 #include "platform/RuntimeError.h"
-#include "store/engine/Text.h"
-
-#include <cmath>
+#include "store/engine/Conversion.h"
 
 namespace orlo::store
 {
@@ -12,31 +10,6 @@ using platform::RuntimeError;
 
 namespace
 {
-
-constexpr double MillisecondsADay = 86400000.0;
-
-// Day 0 of dates taken as numbers.
-qint64 dayZero()
-{
-    static const qint64 day = QDate(1899, 12, 30).toJulianDay();
-    return day;
-}
-
-double serial(const DateTime& date)
-{
-    return static_cast<double>(date.date.toJulianDay() - dayZero()) +
-           date.time.msecsSinceStartOfDay() / MillisecondsADay;
-}
-
-std::optional<DateTime> fromSerial(double number)
-{
-    const double day = std::floor(number);
-    if (!(day >= -657434 && day <= 2958465)) // the years 100 to 9999
-        return std::nullopt;
-    const int seconds = static_cast<int>(std::lround((number - day) * MillisecondsADay / 1000));
-    return DateTime{QDate::fromJulianDay(dayZero() + static_cast<qint64>(day) + seconds / 86400),
-                    QTime::fromMSecsSinceStartOfDay(seconds % 86400 * 1000)};
-}
 
 [[noreturn]] void raiseOfValue(int number)
 {
@@ -63,7 +36,7 @@ struct ToDouble {
             return *number;
         raiseOfValue(platform::TypeMismatch);
     }
-    double operator()(const DateTime& value) const { return serial(value); }
+    double operator()(const DateTime& value) const { return serialOf(value); }
 };
 
 struct ToBool {
@@ -77,7 +50,7 @@ struct ToBool {
             return true;
         return value.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && ToDouble{}(value) != 0;
     }
-    bool operator()(const DateTime& value) const { return serial(value) != 0; }
+    bool operator()(const DateTime& value) const { return serialOf(value) != 0; }
 };
 
 struct ToDate {
@@ -86,7 +59,7 @@ struct ToDate {
     DateTime operator()(qint64 value) const { return (*this)(static_cast<double>(value)); }
     DateTime operator()(double value) const
     {
-        if (const auto date = fromSerial(value))
+        if (const auto date = dateOfSerial(value))
             return *date;
         raiseOfValue(platform::TypeMismatch);
     }

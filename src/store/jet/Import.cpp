@@ -23,8 +23,6 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr double FirstDay = -657434;          // 1/1/100
-constexpr double LastDay = 2958465;           // 12/31/9999
 constexpr qsizetype SureDigits = 15;          // of a double
 constexpr qsizetype LongestText = 33'000'000; // letters, of up to three bytes each in the new file
 constexpr qsizetype MostLines = 12;
@@ -40,16 +38,9 @@ struct Came {
 
 Came day(double serial)
 {
-    if (!(serial > FirstDay - 1 && serial < LastDay + 1))
-        return {{}, QStringLiteral("no date"), QString::number(serial, 'g', 17)};
-    // The fraction counts forward from the day's start before 1899 too.
-    const double whole = std::trunc(serial);
-    auto seconds = std::llround(std::abs(serial - whole) * 86400);
-    if (whole == LastDay)
-        seconds = std::min(seconds, 86399LL);
-    const QDate date = QDate(1899, 12, 30).addDays(static_cast<qint64>(whole) + seconds / 86400);
-    seconds %= 86400;
-    return {DateTime{date, QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds) * 1000)}, {}, {}};
+    if (const auto date = dateOfSerial(serial))
+        return {*date, {}, {}};
+    return {{}, QStringLiteral("no date"), QString::number(serial, 'g', 17)};
 }
 
 // Halves of a letter have no place in UTF-8; beside it they stand as their numbers.
