@@ -61,6 +61,16 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
+    // Where a backslash is a letter of a folder's name like any other.
+    void backslashInTheFoldersName()
+    {
+        if (QDir().mkpath(m_folder->filePath("a\\b")) &&
+            QDir(m_folder->path()).entryList(QDir::Dirs).contains("a\\b")) {
+            QVERIFY(QFile::copy(m_path, m_folder->filePath("a\\b/Pack.mdb")));
+            DBEngine::openDatabase(m_folder->path() + "/a\\b\\PACK.mdb").close();
+        }
+    }
+
     void closedFileIsAllThereIs()
     {
         Database database = DBEngine::openDatabase(m_path);
@@ -109,6 +119,7 @@ private Q_SLOTS:
         rows.setValue(u"Den_SID", 2);
         rows.setValue(u"Colour", u"red");
         rows.update();
+        database.execute("Update Dens Set Colour = 'RED' Where Den_SID = 1");
         TableDef found = database.tableDef(u"Dens");
         QCOMPARE(found.fields().size(), std::size_t(7));
         QCOMPARE(found.indexes().at(1).name, "Colour");
@@ -116,6 +127,18 @@ private Q_SLOTS:
         const std::pair<int, std::function<void()>> refusals[] = {
             {platform::FieldNotFound, [&] { dens.deleteField(u"Den_Name"); }},
             {platform::ObjectAlreadyExists, [&] { dens.appendField(found.fields()[0]); }},
+            {platform::PrimaryKeyExists,
+             [&] {
+                 dens.appendField({"Number", FieldType::Long, 0, false, true});
+             }},
+            {platform::PrimaryKeyExists,
+             [&] {
+                 dens.appendIndex({"Other", {"Flag"}, true, true, true});
+             }},
+            {platform::DuplicateKey,
+             [&] {
+                 dens.appendIndex({"Apart", {"Colour"}, false, true});
+             }},
             {platform::ObjectAlreadyExists, [&] { database.appendTableDef(found); }},
             {platform::FieldNotFound, [&] { (void)database.tableDef(u"Nobody"); }},
             {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QStringList>
 
 #include <sqlite3.h>
@@ -30,6 +31,13 @@ inline QStringList sqlite(const QString& path, const QByteArray& statement)
     sqlite3_free(error);
     sqlite3_close(file);
     return lines;
+}
+
+/// True if there is a journal with something to roll back.
+inline bool isHot(const QString& journal)
+{
+    QFile file(journal);
+    return file.open(QIODevice::ReadOnly) && file.read(1) == "\xd9";
 }
 
 } // namespace orlo::test

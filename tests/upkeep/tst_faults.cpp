@@ -109,7 +109,7 @@ file start     | 3050
 file update    | 3050
 folder update  | 70
 folder save    | 3027
-folder repair  | 3027
+folder repair  | 3050
 )");
     }
     void system()

@@ -1,6 +1,7 @@
 #include "store/engine/Catalogue.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/Edition.h"
@@ -127,8 +128,27 @@ TableDef readTable(Connection& connection, QStringView name)
     return table;
 }
 
+// Indexes hold the order of bytes: texts that differ in their case alone are none the less equal.
+static void requireUniqueTexts(Connection& connection, const TableDef& table, const Index& index)
+{
+    QByteArray fields;
+    QByteArray given;
+    for (const QString& field : index.fields) {
+        fields += (fields.isEmpty() ? "" : ",") + quoted(field) + " COLLATE NOCASE";
+        given += (given.isEmpty() ? "" : " AND ") + quoted(field) + " IS NOT NULL";
+    }
+    if (connection
+            .statement("SELECT 1 FROM " + quoted(table.name()) + " WHERE " + given + " GROUP BY " + fields +
+                       " HAVING count(*)>1")
+            .step())
+        throw RuntimeError(platform::DuplicateKey, catalogueSource());
+}
+
 void addIndexes(Connection& connection, const TableDef& table)
 {
+    for (const Index& index : table.indexes())
+        if (index.unique)
+            requireUniqueTexts(connection, table, index);
     for (const Index& index : table.indexes())
         if (!index.primary)
             connection.run(indexSql(table.name(), index));
@@ -168,6 +188,8 @@ void dropForeignTriggers(Connection& connection, const Editions& editions)
     }
     if (foreign.isEmpty())
         return;
+    platform::logError(QStringLiteral("%1 had triggers of another program, which are removed: %2")
+                           .arg(connection.path(), QString::fromUtf8(foreign.join(", "))));
     Transaction transaction(connection);
     for (const QByteArray& trigger : foreign)
         connection.run("DROP TRIGGER " + trigger);

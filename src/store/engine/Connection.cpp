@@ -4,10 +4,9 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
-#include "store/engine/Guard.h"
 #include "store/engine/Journal.h"
+#include "store/engine/RowNumbers.h"
 #include "store/engine/Source.h"
-#include "store/engine/Statement.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -23,19 +22,27 @@ namespace
 {
 
 constexpr int BusyMilliseconds = 2000;
-constexpr int LongestValue = 100'000'000; // bytes
-// No work of the program comes near a tenth of this many steps; a stored query made to keep it busy goes on for good.
-constexpr int StepsBetweenLooks = 1'000'000;
-constexpr int MostLooks = 2000;
+constexpr int LongestValue = 100'000'000;     // bytes
 constexpr sqlite3_int64 MostMemory = 1 << 30; // bytes, for sorting above all
 constexpr std::size_t MostStatements = 64;
-constexpr qsizetype MostTexts = 256;
 constexpr qsizetype FileHead = 19; // bytes, up to the version of the format that writes it
 constexpr int LastFormat = 2;
 
 QString databaseSource()
 {
     return QStringLiteral("Database");
+}
+
+// Whether what a refusal names at its end, "... failed: <table>.<field>", is a part of the table's primary key.
+bool isKeyField(sqlite3* db, const QString& words)
+{
+    const QString named = words.section(QStringLiteral("failed: "), 1);
+    const QByteArray table = named.section(u'.', 0, -2).toUtf8();
+    const QByteArray field = named.section(u'.', -1).toUtf8();
+    int key = 0;
+    sqlite3_table_column_metadata(db, "main", table.constData(), field.constData(), nullptr, nullptr, nullptr, &key,
+                                  nullptr);
+    return key != 0;
 }
 
 } // namespace
@@ -76,6 +83,7 @@ void Connection::open(Mode mode)
         throw RuntimeError(platform::CannotLockFile, databaseSource());
     // Rolls back what a killed process left half done, finds a damaged catalogue, and proves the write lock.
     run("BEGIN IMMEDIATE;ROLLBACK;SELECT count(*) FROM sqlite_master");
+    removeStrayJournal(m_file);
 }
 
 void Connection::checkFile() const
@@ -86,7 +94,8 @@ void Connection::checkFile() const
     if (!info.isFile())
         throw RuntimeError(platform::UnrecognisedFormat, databaseSource());
     QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly) || !info.isWritable())
+    // A journal must have its place beside the file.
+    if (!file.open(QIODevice::ReadOnly) || !info.isWritable() || !QFileInfo(info.absolutePath()).isWritable())
         throw RuntimeError(platform::CannotLockFile, databaseSource());
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
@@ -111,13 +120,10 @@ void Connection::harden()
     sqlite3_limit(m_db, SQLITE_LIMIT_ATTACHED, 0);
     sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LongestValue);
     sqlite3_hard_heap_limit64(MostMemory);
-    sqlite3_progress_handler(
-        m_db, StepsBetweenLooks, [](void* self) { return ++static_cast<Connection*>(self)->looks > MostLooks ? 1 : 0; },
-        this);
+    m_watch.set(m_db);
     addFunctions(m_db);
-    sqlite3_set_authorizer(m_db, guard, this);
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
-        "PRAGMA journal_mode=DELETE;PRAGMA synchronous=EXTRA");
+        "PRAGMA journal_mode=PERSIST;PRAGMA journal_size_limit=1048576;PRAGMA synchronous=FULL");
 }
 
 void Connection::close()
@@ -128,6 +134,12 @@ void Connection::close()
     m_sources.clear();
     m_shapes.clear();
     m_tables.clear();
+    if (m_db && QFile::exists(journalOf(m_file))) {
+        // The journal persists from one change to the next, but not beside a closed file. Where another program uses
+        // the file, it is that one's.
+        sqlite3_busy_timeout(m_db, 0);
+        sqlite3_exec(m_db, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
+    }
     sqlite3_close_v2(m_db);
     m_db = nullptr;
 }
@@ -143,11 +155,11 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
     auto prepared = std::make_shared<Statement::Prepared>();
     prepared->connection = this;
     prepared->sql = sql;
-    guarding = origin == Origin::Outside;
-    refusal = 0;
+    m_watch.guarding = origin == Origin::Outside;
+    m_watch.refusal = 0;
     const int code = sqlite3_prepare_v3(m_db, sql.constData(), static_cast<int>(sql.size()) + 1,
                                         SQLITE_PREPARE_PERSISTENT, &prepared->handle, nullptr);
-    guarding = false;
+    m_watch.guarding = false;
     if (code != SQLITE_OK)
         raiseLast(code, true);
     if (!prepared->handle)
@@ -179,33 +191,19 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
 void Connection::run(const QByteArray& sql)
 {
     ensureOpen();
-    looks = 0;
+    noteStep();
     if (const int code = sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr); code != SQLITE_OK)
         raiseLast(code);
 }
 
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
-    if (auto known = m_translations.value(statement))
-        return known;
-    auto made = std::make_shared<const Translated>(translate(statement));
-    if (m_translations.size() >= MostTexts)
-        m_translations.clear();
-    m_translations.insert(statement, made);
-    return made;
+    return m_translations.get(statement, [&] { return std::make_shared<const Translated>(translate(statement)); });
 }
 
 std::shared_ptr<const Source> Connection::source(const QString& text)
 {
-    if (auto known = m_sources.value(text))
-        return known;
-    auto made = makeSource(*this, text);
-    if (m_sources.size() >= MostTexts)
-        m_sources.clear();
-    if (m_shapes.size() >= MostTexts)
-        m_shapes.clear();
-    m_sources.insert(text, made);
-    return made;
+    return m_sources.get(text, [&] { return makeSource(*this, text); });
 }
 
 const TableInfo* Connection::table(QStringView name)
@@ -218,9 +216,11 @@ const TableInfo* Connection::table(QStringView name)
     found.bind(1, Value(name.toString()));
     if (!found.step() || name.compare(QLatin1String("Stored_Queries"), Qt::CaseInsensitive) == 0)
         return nullptr;
-    TableInfo info{found.text(0), found.text(1) == QLatin1String("view"), {}};
-    if (!info.isQuery)
+    TableInfo info{found.text(0), found.text(1) == QLatin1String("view"), {}, false};
+    if (!info.isQuery) {
         info.rowKey = rowKeyOf(*this, info.name);
+        info.freeNumbers = !info.rowKey.isEmpty() && !showsNumbers(*this, info.name);
+    }
     return &*m_tables.insert(key, info);
 }
 
@@ -242,59 +242,40 @@ qint64 Connection::dataVersion()
 
 void Connection::execute(const Translated& action)
 {
-    try {
-        auto run = statement(action.sql.toUtf8(), Origin::Outside);
-        while (run.step())
-            ;
-    } catch (const RuntimeError& error) {
-        noteChange();
-        if (sqlite3_extended_errcode(m_db) != SQLITE_CONSTRAINT_TRIGGER || error.number() != platform::DuplicateKey)
-            throw;
-        executeSkippingRefusedRows(action);
-    }
-    noteChange();
-}
-
-// The triggers that keep text keys apart end the whole statement, which is right for one row. For a statement over many
-// rows, temporary ones, which run before them, pass over just the row.
-void Connection::executeSkippingRefusedRows(const Translated& action)
-{
-    std::vector<std::pair<QString, QByteArray>> skipping;
-    {
-        auto triggers = statement("SELECT name, sql FROM sqlite_master WHERE type = 'trigger' AND sql LIKE ?1");
-        triggers.bind(1, Value(QStringLiteral("*RAISE(ABORT, 'UNIQUE constraint failed*")));
-        while (triggers.step()) {
-            QByteArray sql = triggers.text(1).toUtf8();
-            const qsizetype raise = sql.indexOf("RAISE(ABORT");
-            sql.replace(raise, sql.indexOf("');", raise) + 2 - raise, "RAISE(IGNORE)");
-            skipping.emplace_back(triggers.text(0),
-                                  sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TEMP TRIGGER"));
-        }
-    }
     Transaction transaction(*this);
-    for (const auto& [name, sql] : skipping)
-        run(sql);
-    {
-        auto again = prepare(action.sql.toUtf8(), Origin::Outside);
-        Statement statement(std::move(again));
-        while (statement.step())
-            ;
+    try {
+        InsertWatch inserted(*this);
+        {
+            auto run = statement(action.sql.toUtf8(), Origin::Outside);
+            while (run.step())
+                ;
+        }
+        inserted.renumber();
+    } catch (const RuntimeError&) {
+        noteChange();
+        // The trigger that keeps unique texts apart ends the whole statement, as it must for a record set's row.
+        if (sqlite3_extended_errcode(m_db) != SQLITE_CONSTRAINT_TRIGGER)
+            throw;
+        return;
     }
-    for (const auto& [name, sql] : skipping)
-        run("DROP TRIGGER temp." + quoted(name));
     transaction.commit();
+    noteChange();
 }
 
 void Connection::raiseLast(int code, bool preparing)
 {
     const QString words = QString::fromUtf8(sqlite3_errmsg(m_db));
-    const int number = refusal != 0 ? refusal : failureNumber(sqlite3_extended_errcode(m_db), words, preparing);
-    refusal = 0;
+    int number =
+        m_watch.refusal != 0 ? m_watch.refusal : failureNumber(sqlite3_extended_errcode(m_db), words, preparing);
+    m_watch.refusal = 0;
+    if (number == platform::NullInRequiredField && isKeyField(m_db, words))
+        number = platform::NullInPrimaryKey;
     if ((code & 0xFF) == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
         noteSchemaChange();
     QString description = platform::standardDescription(number);
     // These two are told to whoever types a title twice, or none.
-    if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey)
+    if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey &&
+        number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);
     throw RuntimeError(number, QStringLiteral("Database"), description);
 }

@@ -1,58 +1,54 @@
 #pragma once
 
-#include "store/engine/Database.h"
+#include "store/engine/Guard.h"
 #include "store/engine/Sql.h"
+#include "store/engine/Statement.h"
 
 #include <QByteArray>
 #include <QHash>
 
+#include <functional>
 #include <list>
 #include <memory>
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace orlo::store
 {
 
-class Connection;
 struct Source;
 struct RowShape;
 
-/// Whose text a statement is: the engine's own, or one from outside that may only do what the dialect offers.
-enum class Origin { Engine, Outside };
-
-/// A prepared statement, borrowed from its connection; letting it go resets it.
-class Statement
+/// What was made of texts, for the next time that they come; it forgets all when they become too many.
+template <typename Key, typename Made>
+class Cache
 {
 public:
-    struct Prepared;
-
-    explicit Statement(std::shared_ptr<Prepared> prepared) : m_prepared(std::move(prepared)) {}
-    ~Statement();
-    Statement(Statement&&) noexcept = default;
-    Statement& operator=(Statement&&) = delete;
-    Statement(const Statement&) = delete;
-
-    /// Binds the parameter, 1-based.
-    void bind(int parameter, qint64 value);
-    void bind(int parameter, const Value& value);
-    /// Goes to the next row; false behind the last one. Raises what the file refuses.
-    bool step();
-    void reset();
-    [[nodiscard]] qint64 integer(int column) const;
-    [[nodiscard]] QString text(int column) const;
-    [[nodiscard]] sqlite3_stmt* handle() const;
+    /// What was made of the text, made now where it isn't there.
+    [[nodiscard]] std::shared_ptr<const Made> get(const Key& text,
+                                                  const std::function<std::shared_ptr<const Made>()>& make)
+    {
+        if (auto known = m_made.value(text))
+            return known;
+        auto made = make();
+        if (m_made.size() >= Most)
+            m_made.clear();
+        m_made.insert(text, made);
+        return made;
+    }
+    void clear() { m_made.clear(); }
 
 private:
-    std::shared_ptr<Prepared> m_prepared;
+    static constexpr qsizetype Most = 256;
+    QHash<Key, std::shared_ptr<const Made>> m_made;
 };
 
 /// What the engine must know of a table or stored query to read it.
 struct TableInfo {
     QString name;
     bool isQuery = false;
-    QByteArray rowKey; ///< the name of the row's own key, empty where there is none to be had
+    QByteArray rowKey;        ///< the name of the row's own number, empty where there is none to be had
+    bool freeNumbers = false; ///< no field shows that number, so the engine may choose it
 };
 
 /// The one SQLite connection of an open database, with its caches. Lives as long as anything refers to it; closed, it
@@ -84,7 +80,12 @@ public:
 
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
     [[nodiscard]] std::shared_ptr<const Source> source(const QString& text);
-    [[nodiscard]] std::shared_ptr<const RowShape>& shape(const QByteArray& sql) { return m_shapes[sql]; }
+    /// The shape of a statement's rows, made where it isn't known.
+    [[nodiscard]] std::shared_ptr<const RowShape> shape(const QByteArray& sql,
+                                                        const std::function<std::shared_ptr<const RowShape>()>& make)
+    {
+        return m_shapes.get(sql, make);
+    }
     /// The table or stored query of a name; nothing where there is none.
     [[nodiscard]] const TableInfo* table(QStringView name);
 
@@ -96,30 +97,26 @@ public:
     /// Drops what was remembered of the catalogue.
     void noteSchemaChange();
 
+    /// A statement starts on its next row: one that runs on without end is ended, counted from here.
+    void noteStep() { m_watch.looks = 0; }
     /// Raises the failure that SQLite reported last.
     [[noreturn]] void raiseLast(int code, bool preparing = false);
-
-    /// The number that the authorizer refused an outside statement with, 0 for none; for its own use.
-    int refusal = 0;
-    bool guarding = false;
-    /// How often the running statement was looked at, to end one that would never end.
-    int looks = 0;
 
 private:
     void open(Mode mode);
     void checkFile() const;
     void harden();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin);
-    void executeSkippingRefusedRows(const Translated& action);
 
     QString m_path;
     QString m_file;
     sqlite3* m_db = nullptr;
+    Watch m_watch;
     std::list<std::shared_ptr<Statement::Prepared>> m_statements; // most recently used first
     QHash<QByteArray, std::list<std::shared_ptr<Statement::Prepared>>::iterator> m_byText;
-    QHash<QString, std::shared_ptr<const Translated>> m_translations;
-    QHash<QString, std::shared_ptr<const Source>> m_sources;
-    QHash<QByteArray, std::shared_ptr<const RowShape>> m_shapes;
+    Cache<QString, Translated> m_translations;
+    Cache<QString, Source> m_sources;
+    Cache<QByteArray, RowShape> m_shapes;
     QHash<QString, TableInfo> m_tables;
     quint64 m_changeStamp = 0;
 };

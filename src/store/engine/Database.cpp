@@ -32,6 +32,20 @@ const Field& fieldOf(const TableDef& table, QStringView name)
     throw RuntimeError(platform::FieldNotFound, QStringLiteral("TableDef"));
 }
 
+// A table has one primary key, and a counter is always it.
+void requireOneKey(const TableDef& table)
+{
+    QList<QStringList> keys;
+    for (const Index& index : table.indexes())
+        if (index.primary)
+            keys.append(index.fields);
+    for (const Field& field : table.fields())
+        if (field.autoIncrement && (keys.isEmpty() || !sameName(keys[0].join(u','), field.name)))
+            keys.append({field.name});
+    if (keys.size() > 1)
+        throw RuntimeError(platform::PrimaryKeyExists, QStringLiteral("TableDef"));
+}
+
 } // namespace
 
 TableDef::TableDef(QString name) : m_name(std::move(name))
@@ -49,7 +63,10 @@ void TableDef::appendField(const Field& field)
 {
     if (findField(field.name))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
-    m_fields.push_back(field);
+    TableDef changed = *this;
+    changed.m_fields.push_back(field);
+    requireOneKey(changed);
+    m_fields = std::move(changed.m_fields);
     if (const auto connection = m_connection.lock())
         addColumn(*connection, *this);
 }
@@ -67,9 +84,12 @@ void TableDef::appendIndex(const Index& index)
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
     for (const QString& field : index.fields)
         (void)fieldOf(*this, field);
+    TableDef changed = *this;
+    changed.m_indexes.push_back(index);
+    requireOneKey(changed);
     if (const auto connection = m_connection.lock())
         createIndex(*connection, m_name, index);
-    m_indexes.push_back(index);
+    m_indexes = std::move(changed.m_indexes);
 }
 
 void TableDef::write() const
@@ -105,7 +125,7 @@ void Database::close()
 
 void Database::deferFlushing()
 {
-    m_connection->run("PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
+    m_connection->run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
 }
 
 bool Database::isOpen() const

@@ -48,10 +48,12 @@ public:
     /// The field of a name, without regard to case; null for an unknown one.
     [[nodiscard]] const Field* findField(QStringView name) const;
 
-    /// Raises 3010 for a name that is there already.
+    /// Raises 3010 for a name that is there already, 3283 for a counter where the table has a primary key.
     void appendField(const Field& field);
     /// Raises 3265 for an unknown name.
     void deleteField(QStringView name);
+    /// Raises 3010 for a name that is there already, 3022 for a unique index over equal values, 3265 for an unknown
+    /// field, 3283 for a second primary key.
     void appendIndex(const Index& index);
 
 private:

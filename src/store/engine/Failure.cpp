@@ -28,7 +28,7 @@ int constraintNumber(int code, const QString& words)
     case SQLITE_CONSTRAINT_CHECK:
         return checkNumber(words);
     case SQLITE_CONSTRAINT_NOTNULL:
-        return platform::NullInPrimaryKey;
+        return platform::NullInRequiredField;
     case SQLITE_CONSTRAINT_DATATYPE:
         return platform::WrongDataType;
     default:
@@ -36,6 +36,7 @@ int constraintNumber(int code, const QString& words)
     }
 }
 
+// For a statement that can't be prepared SQLite has one code and only its words.
 int statementNumber(const QString& words, bool preparing)
 {
     if (words.startsWith(QLatin1String("no such column")) || words.contains(QLatin1String("has no column named")))

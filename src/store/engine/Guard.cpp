@@ -1,7 +1,6 @@
 #include "store/engine/Guard.h"
 
 #include "platform/RuntimeError.h"
-#include "store/engine/Connection.h"
 #include "store/engine/Functions.h"
 
 #include <sqlite3.h>
@@ -11,6 +10,10 @@ namespace orlo::store
 
 namespace
 {
+
+// No work of the program comes near a tenth of this many steps; a stored query made to keep it busy goes on for good.
+constexpr int StepsBetweenLooks = 1'000'000;
+constexpr int MostLooks = 2000;
 
 // Tables that are the engine's, not the pack's: SQLite's own, its table-like functions, and the texts of queries.
 bool isHidden(const char* table)
@@ -33,11 +36,9 @@ bool isHidden(const char* table)
     }
 }
 
-} // namespace
-
-int guard(void* connection, int action, const char* first, const char* second, const char*, const char*)
+int guard(void* watch, int action, const char* first, const char* second, const char*, const char*)
 {
-    auto& owner = *static_cast<Connection*>(connection);
+    auto& owner = *static_cast<Watch*>(watch);
     if (!owner.guarding)
         return SQLITE_OK;
     switch (action) {
@@ -60,6 +61,15 @@ int guard(void* connection, int action, const char* first, const char* second, c
     }
     owner.refusal = platform::SyntaxError;
     return SQLITE_DENY;
+}
+
+} // namespace
+
+void Watch::set(sqlite3* db)
+{
+    const auto look = [](void* watch) { return ++static_cast<Watch*>(watch)->looks > MostLooks ? 1 : 0; };
+    sqlite3_progress_handler(db, StepsBetweenLooks, look, this);
+    sqlite3_set_authorizer(db, guard, this);
 }
 
 } // namespace orlo::store

@@ -1,11 +1,19 @@
 #pragma once
 
+struct sqlite3;
+
 namespace orlo::store
 {
 
-/// SQLite's authorizer: lets statements from outside do only what the dialect offers. The first argument is the
-/// Connection, whose refusal it sets.
-int guard(void* connection, int action, const char* first, const char* second, const char* database,
-          const char* through);
+/// The watch over a connection's statements: those from outside do only what the dialect offers, and none runs on
+/// without end.
+struct Watch {
+    bool guarding = false; ///< a statement from outside is being prepared
+    int refusal = 0;       ///< the number of the failure for which it was refused, 0 for none
+    int looks = 0;         ///< how often the running statement was looked at so far
+
+    /// Sets the watch on a connection, which it must outlive.
+    void set(sqlite3* db);
+};
 
 } // namespace orlo::store

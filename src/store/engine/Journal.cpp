@@ -28,6 +28,11 @@ constexpr qint64 PageCountAt = 28;
 constexpr qint64 CountedAt = 92; // the change counter for which the page count holds
 constexpr qint64 FirstPageHead = 100;
 
+QString strayOf(const QString& path)
+{
+    return journalOf(path) + QStringLiteral(".stray");
+}
+
 quint32 numberAt(const QByteArray& bytes, qint64 at)
 {
     return qFromBigEndian<quint32>(bytes.constData() + at);
@@ -82,9 +87,14 @@ bool isStray(QFile& journal, const QByteArray& fileHead)
 
 } // namespace
 
+QString journalOf(const QString& file)
+{
+    return file + QStringLiteral("-journal");
+}
+
 void setStrayJournalAside(const QString& path)
 {
-    QFile journal(path + QStringLiteral("-journal"));
+    QFile journal(journalOf(path));
     QFile file(path);
     if (!journal.open(QIODevice::ReadOnly) || !file.open(QIODevice::ReadOnly))
         return;
@@ -94,12 +104,18 @@ void setStrayJournalAside(const QString& path)
 
 void setJournalAside(const QString& path)
 {
-    const QString journal = path + QStringLiteral("-journal");
-    if (!QFile::exists(journal))
+    QFile journal(journalOf(path));
+    if (!journal.open(QIODevice::ReadOnly))
         return;
-    const QString aside = journal + QStringLiteral(".stray");
-    QFile::remove(aside);
-    QFile::rename(journal, aside);
+    const bool finished = journal.peek(Magic.size()) != Magic;
+    journal.close();
+    removeStrayJournal(path);
+    finished ? journal.remove() : journal.rename(strayOf(path));
+}
+
+void removeStrayJournal(const QString& path)
+{
+    QFile::remove(strayOf(path));
 }
 
 } // namespace orlo::store

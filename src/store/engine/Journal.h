@@ -9,7 +9,12 @@ namespace orlo::store
 /// the file has been put back from a copy since: rolled back, it would overwrite the copy with pages of the lost file.
 /// In doubt it stays. Native path.
 void setStrayJournalAside(const QString& file);
-/// Moves the journal beside a file out of the way, whatever it is for: the file is about to be replaced as a whole.
+/// Moves the journal beside a file out of the way, whatever it is for: the file is about to be replaced as a whole. One
+/// that has nothing to roll back is removed.
 void setJournalAside(const QString& file);
+/// Removes a journal that was set aside: the file has proved sound without it.
+void removeStrayJournal(const QString& file);
+/// The path of a file's journal.
+[[nodiscard]] QString journalOf(const QString& file);
 
 } // namespace orlo::store

@@ -6,8 +6,6 @@
 namespace orlo::store
 {
 
-using platform::RuntimeError;
-
 Recordset::Recordset(std::unique_ptr<Impl> impl) : m_impl(std::move(impl))
 {
 }
@@ -18,7 +16,7 @@ Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 Recordset::Impl& Recordset::impl() const
 {
     if (!m_impl || !m_impl->connection().isOpen())
-        raise(platform::ObjectInvalid);
+        refuse(platform::ObjectInvalid);
     return *m_impl;
 }
 
@@ -34,7 +32,7 @@ bool Recordset::eof() const
 
 int Recordset::recordCount() const
 {
-    return static_cast<int>(impl().size());
+    return static_cast<int>(impl().count());
 }
 
 bool Recordset::updatable() const
@@ -49,43 +47,49 @@ const std::vector<FieldInfo>& Recordset::fields() const
 
 void Recordset::moveFirst()
 {
+    impl().dropBuffer();
     if (impl().size() == 0)
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
     impl().go(0);
 }
 
 void Recordset::moveLast()
 {
+    impl().dropBuffer();
     if (impl().size() == 0)
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
     impl().go(impl().size() - 1);
 }
 
 void Recordset::moveNext()
 {
+    impl().dropBuffer();
     if (impl().atEnd())
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
     impl().step(1);
 }
 
 void Recordset::movePrevious()
 {
+    impl().dropBuffer();
     if (impl().atStart())
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
     impl().step(-1);
 }
 
 void Recordset::move(int n)
 {
+    impl().dropBuffer();
     if (impl().size() == 0 || (n > 0 && impl().atEnd()) || (n < 0 && impl().atStart()))
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
     impl().step(n);
 }
 
 void Recordset::moveTo(int place)
 {
+    impl().dropBuffer();
     if (place < 0 || place >= impl().size())
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
     impl().go(place);
 }
 
@@ -132,7 +136,7 @@ Value Recordset::value(QStringView name) const
 Value Recordset::value(int column) const
 {
     if (column < 0 || column >= static_cast<int>(impl().fields().size()))
-        raise(platform::FieldNotFound);
+        refuse(platform::FieldNotFound);
     return impl().value(column);
 }
 
@@ -144,7 +148,7 @@ void Recordset::setValue(QStringView name, const Value& value)
 void Recordset::setValue(int column, const Value& value)
 {
     if (column < 0 || column >= static_cast<int>(impl().fields().size()))
-        raise(platform::FieldNotFound);
+        refuse(platform::FieldNotFound);
     impl().setValue(column, value);
 }
 

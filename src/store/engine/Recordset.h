@@ -36,12 +36,13 @@ public:
     /// Both true on an empty set; bof() before the first record, eof() past the last.
     [[nodiscard]] bool bof() const;
     [[nodiscard]] bool eof() const;
-    /// The number of records, exact from the start.
+    /// The number of records, exact from the start. A set opened by a table's name then has the table's records of now.
     [[nodiscard]] int recordCount() const;
     [[nodiscard]] bool updatable() const;
     [[nodiscard]] const std::vector<FieldInfo>& fields() const;
 
-    /// Moves drop an unsaved buffer. All raise 3021 on an empty set; a step past an end, and one more, too.
+    /// Moves drop an unsaved buffer, those that fail too. All raise 3021 on an empty set; a step past an end, and one
+    /// more, too.
     void moveFirst();
     void moveLast();
     void moveNext();
@@ -54,7 +55,8 @@ public:
     [[nodiscard]] int place() const;
 
     /// Opens a new record's buffer, or the current record's. Raise 3027 on a read-only set; edit() raises 3021 without
-    /// a current record and 3167 on a removed one.
+    /// a current record, 3167 on a removed one, and 3197 on one that another program changed since the set read it;
+    /// the set then has the new values.
     void addNew();
     void edit();
     /// True between addNew() or edit() and the update or move that ends it.
@@ -62,10 +64,10 @@ public:
     /// Drops the open buffer; nothing happens without one.
     void cancelUpdate();
     /// Writes the buffer: a new record goes to the end of the set, and the position stays where it was. Raises 3020
-    /// without a buffer, 3022 for a duplicate key, 3058 and 3315 for what the table refuses; the buffer then stays
-    /// open.
+    /// without a buffer, 3022 for a duplicate key, 3058, 3314 and 3315 for what the table refuses, 3167 and 3197 for a
+    /// record that was removed or changed since edit(); the buffer then stays open.
     void update();
-    /// Removes the current record; it stays the position until the next move. Raises 3021, 3027, 3167.
+    /// Removes the current record; it stays the position until the next move. Raises 3021, 3027, 3167, 3197.
     void remove();
 
     /// A field of the open buffer or of the current record. Raises 3265 for an unknown name, 3021 without a record,
@@ -75,7 +77,8 @@ public:
     /// The same by 0-based column, for what walks all fields.
     [[nodiscard]] Value value(int column) const;
     /// Converts to the field's type and puts it into the buffer. Raises 3020 without a buffer, 3421 for what can't be
-    /// converted, 6 for a number out of range, 3163 for a text over the size, 3265 for an unknown name.
+    /// converted, 6 for a number out of range, 3163 for a text over the size, 3164 for a counter, 3265 for an unknown
+    /// name.
     void setValue(QStringView name, const Value& value);
     void setValue(int column, const Value& value);
     /// The 0-based column of a name. Raises 3265.

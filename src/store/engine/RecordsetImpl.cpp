@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/RowNumbers.h"
 
 #include <sqlite3.h>
 
@@ -11,21 +12,10 @@
 namespace orlo::store
 {
 
-using platform::RuntimeError;
-
-void raise(int number)
-{
-    throw RuntimeError(number, QStringLiteral("Recordset"));
-}
-
 namespace
 {
 
-constexpr qsizetype ManyRows = 8;         // for fewer, the statement for a whole block costs more than it saves
-constexpr qsizetype Gone = -1;            // the place of a row that somebody removed
 constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
-// How often another program's changes are looked for while a set is walked.
-constexpr qint64 CheckNanoseconds = 1000000;
 
 std::vector<int> allColumns(const RowShape& shape)
 {
@@ -37,10 +27,11 @@ std::vector<int> allColumns(const RowShape& shape)
 } // namespace
 
 Recordset::Impl::Impl(std::shared_ptr<Connection> connection, const QString& source)
-    : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape), m_block({})
+    : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape),
+      m_snapshot({})
 {
     if (updatable())
-        openKeys();
+        openNumbers();
     else
         openSnapshot();
 }
@@ -50,38 +41,67 @@ void Recordset::Impl::openSnapshot()
     auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
     shape->fields = resultFields(*m_connection, statement);
-    m_block = Rows(allColumns(*shape));
+    m_snapshot = Rows(allColumns(*shape));
     while (statement.step()) {
-        if (m_block.size() == MostRows)
-            raise(platform::ResourceExceeded);
-        m_block.append(statement.handle());
+        if (m_snapshot.size() == MostRows)
+            refuse(platform::ResourceExceeded);
+        m_snapshot.append(statement.handle());
     }
-    m_size = m_block.size();
+    m_size = m_snapshot.size();
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i)
         if (!sqlite3_column_decltype(statement.handle(), i))
-            shape->fields[static_cast<std::size_t>(i)].type = m_block.typeOf(i);
+            shape->fields[static_cast<std::size_t>(i)].type = m_snapshot.typeOf(i);
     m_shape = std::move(shape);
 }
 
-void Recordset::Impl::openKeys()
+void Recordset::Impl::openNumbers()
 {
+    const quint64 ownChanges = m_connection->changeStamp();
+    const qint64 othersChanges = m_source->wholeTable ? m_connection->dataVersion() : 0;
+    std::vector<qint64> numbers;
     auto statement = m_connection->statement(m_source->keysSql, Origin::Outside);
-    const int key = sqlite3_column_count(statement.handle()) - 1;
+    const int last = sqlite3_column_count(statement.handle()) - 1;
     while (statement.step())
-        m_keys.push_back(statement.integer(key));
-    m_size = static_cast<qsizetype>(m_keys.size());
+        numbers.push_back(statement.integer(last));
+    m_numbers = std::move(numbers);
+    m_size = std::ssize(m_numbers);
+    m_ownChanges = ownChanges;
+    m_othersChanges = othersChanges;
+    m_ahead.emplace(*m_connection, *m_source, m_numbers);
+}
+
+qsizetype Recordset::Impl::count()
+{
+    const bool stale = m_source->wholeTable &&
+                       (m_ownChanges != m_connection->changeStamp() || m_othersChanges != m_connection->dataVersion());
+    if (!stale)
+        return m_size;
+    const bool within = m_place >= 0 && m_place < m_size;
+    const qint64 current = within ? m_numbers[static_cast<std::size_t>(m_place)] : 0;
+    const bool atEnd = m_place > 0 && !within;
+    openNumbers();
+    if (within) {
+        const auto found = std::ranges::lower_bound(m_numbers, current);
+        m_place = found - m_numbers.begin();
+        m_removed = m_removed || found == m_numbers.end() || *found != current;
+    } else if (atEnd)
+        m_place = m_size;
+    return m_size;
 }
 
 void Recordset::Impl::go(qsizetype place)
 {
     dropBuffer();
     m_removed = false;
-    m_arrived = true;
     m_place = place;
+    if (m_ahead)
+        m_ahead->arrive();
 }
 
 void Recordset::Impl::step(qsizetype n)
 {
+    if (n == 0 && m_removed)
+        return dropBuffer();
     const qsizetype from = m_removed && n > 0 ? m_place - 1 : m_place;
     go(std::clamp<qsizetype>(from + n, -1, m_size));
 }
@@ -89,99 +109,15 @@ void Recordset::Impl::step(qsizetype n)
 void Recordset::Impl::requireRecord() const
 {
     if (m_removed)
-        raise(platform::RecordDeleted);
+        refuse(platform::RecordDeleted);
     if (!hasRecord())
-        raise(platform::NoCurrentRecord);
+        refuse(platform::NoCurrentRecord);
 }
 
 void Recordset::Impl::requireUpdatable() const
 {
     if (!updatable())
-        raise(platform::ReadOnlySet);
-}
-
-bool Recordset::Impl::blockIsTrue()
-{
-    if (m_blockStamp != m_connection->changeStamp())
-        return false;
-    if (m_sinceCheck.nsecsElapsed() < CheckNanoseconds)
-        return true;
-    m_sinceCheck.start();
-    return m_blockVersion == m_connection->dataVersion();
-}
-
-qsizetype Recordset::Impl::currentRow(int column)
-{
-    if (!updatable())
-        return m_place;
-    if (!m_block.has(column)) {
-        m_block.addColumn(column);
-        readBlock(m_nextBlock);
-    }
-    const qsizetype blockEnd = m_blockStart + std::ssize(m_blockRows);
-    const bool within = m_place >= m_blockStart && m_place < blockEnd;
-    if (m_arrived && !(blockIsTrue() && within)) {
-        // A set that is walked reads more and more ahead; one that is looked at here and there reads what it needs.
-        const bool walking = !m_blockRows.empty() && m_place == blockEnd;
-        m_nextBlock = walking ? std::min<qsizetype>(m_nextBlock * 2, LargestBlock) : 1;
-        readBlock(m_nextBlock);
-    }
-    m_arrived = false;
-    return m_blockRows[static_cast<std::size_t>(m_place - m_blockStart)];
-}
-
-void Recordset::Impl::readBlock(qsizetype count)
-{
-    count = std::min(count, m_size - m_place);
-    m_block.clear();
-    m_blockRows.clear(); // a read that fails leaves no block
-    m_arrived = true;
-    m_blockStart = m_place;
-    // Before the rows: another program's change in between is then noticed by the next look, not missed.
-    m_blockStamp = m_connection->changeStamp();
-    m_blockVersion = m_connection->dataVersion();
-    m_sinceCheck.start();
-    const auto rows = static_cast<std::size_t>(count);
-    m_blockRows = count < ManyRows ? readFewRows(rows) : readManyRows(rows);
-}
-
-std::vector<qsizetype> Recordset::Impl::readFewRows(std::size_t count)
-{
-    std::vector<qsizetype> places(count, Gone);
-    auto row = m_connection->statement(m_source->rowSql, Origin::Outside);
-    for (std::size_t offset = 0; offset < count; ++offset) {
-        row.bind(1, m_keys[static_cast<std::size_t>(m_blockStart) + offset]);
-        if (row.step()) {
-            places[offset] = m_block.size();
-            m_block.append(row.handle());
-        }
-        row.reset();
-    }
-    return places;
-}
-
-// One statement for all takes half the time of one for each. It gives them in an order of its own.
-std::vector<qsizetype> Recordset::Impl::readManyRows(std::size_t count)
-{
-    std::vector<qsizetype> places(count, Gone);
-    std::vector<std::pair<qint64, std::size_t>> offsets; // by key
-    auto rows = m_connection->statement(m_source->blockSql, Origin::Outside);
-    for (std::size_t offset = 0; offset < count; ++offset) {
-        const qint64 key = m_keys[static_cast<std::size_t>(m_blockStart) + offset];
-        offsets.emplace_back(key, offset);
-        rows.bind(static_cast<int>(offset) + 1, key);
-    }
-    std::ranges::sort(offsets);
-    while (rows.step()) {
-        // Asked of each row, since the first step prepares the statement anew where the table has other columns now.
-        const qint64 key = rows.integer(sqlite3_column_count(rows.handle()) - 1);
-        // More than one where a new row took over the key of a removed one.
-        for (auto found = std::ranges::lower_bound(offsets, std::pair(key, std::size_t{0}));
-             found != offsets.end() && found->first == key; ++found)
-            places[found->second] = m_block.size();
-        m_block.append(rows.handle());
-    }
-    return places;
+        refuse(platform::ReadOnlySet);
 }
 
 Value Recordset::Impl::value(int column)
@@ -190,29 +126,17 @@ Value Recordset::Impl::value(int column)
     if (m_buffer)
         return m_buffer->values[at];
     requireRecord();
-    const qsizetype row = currentRow(column);
-    if (row == Gone)
-        raise(platform::RecordDeleted);
-    return m_block.value(row, column, m_shape->fields[at].type);
+    return m_ahead ? m_ahead->at(m_place, column) : m_snapshot.value(m_place, column, m_shape->fields[at].type);
 }
 
 int Recordset::Impl::column(QStringView name) const
 {
-    // Forms ask for fields in the order of the table, so the next one is mostly the one that is looked for.
+    // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
     const auto& fields = m_shape->fields;
-    const int count = static_cast<int>(fields.size());
-    int at = m_hint;
-    for (int tried = 0; tried < count; ++tried, ++at) {
-        if (at >= count)
-            at = 0;
-        const QString& candidate = fields[static_cast<std::size_t>(at)].name;
-        if (candidate.size() == name.size() &&
-            (candidate == name || name.compare(candidate, Qt::CaseInsensitive) == 0)) {
-            m_hint = at + 1;
-            return at;
-        }
-    }
-    raise(platform::FieldNotFound);
+    for (std::size_t at = 0; at < fields.size(); ++at)
+        if (fields[at].name.size() == name.size() && name.compare(fields[at].name, Qt::CaseInsensitive) == 0)
+            return static_cast<int>(at);
+    refuse(platform::FieldNotFound);
 }
 
 void Recordset::Impl::addNew()
@@ -226,9 +150,7 @@ void Recordset::Impl::edit()
     requireUpdatable();
     dropBuffer();
     requireRecord();
-    m_block = Rows(allColumns(*m_shape));
-    m_blockRows.clear();
-    m_arrived = true; // what is edited is the record as it stands now
+    m_ahead->confirm(m_place); // what is edited is the record as it stands now
     Buffer buffer;
     for (int i = 0; i < static_cast<int>(m_shape->fields.size()); ++i)
         buffer.values.push_back(value(i));
@@ -239,10 +161,12 @@ void Recordset::Impl::edit()
 void Recordset::Impl::setValue(int column, const Value& value)
 {
     if (!m_buffer)
-        raise(platform::UpdateWithoutEdit);
+        refuse(platform::UpdateWithoutEdit);
     const auto at = static_cast<std::size_t>(column);
     if (m_shape->columns[at].isEmpty())
-        raise(platform::ReadOnlySet);
+        refuse(platform::ReadOnlySet);
+    if (m_shape->fields[at].counter)
+        refuse(platform::FieldNotUpdatable);
     m_buffer->values[at] = converted(value, m_shape->fields[at]);
     m_buffer->changed[at] = true;
 }
@@ -250,12 +174,13 @@ void Recordset::Impl::setValue(int column, const Value& value)
 void Recordset::Impl::update()
 {
     if (!m_buffer)
-        raise(platform::UpdateWithoutEdit);
+        refuse(platform::UpdateWithoutEdit);
     if (m_buffer->added)
         insertBuffer();
     else
         updateBuffer();
-    finishUpdate();
+    dropBuffer();
+    finishChange();
 }
 
 QByteArray Recordset::Impl::changedColumns(const char* separator, const char* behind) const
@@ -277,17 +202,21 @@ void Recordset::Impl::bindChanged(Statement& statement) const
 
 void Recordset::Impl::insertBuffer()
 {
-    const QByteArray columns = changedColumns(",", "");
-    const auto given = std::ranges::count(m_buffer->changed, true);
-    QByteArray sql = "INSERT INTO " + m_source->table;
-    if (given == 0)
-        sql += " DEFAULT VALUES";
-    else
-        sql += '(' + columns + ") VALUES(" + QByteArray("?,").repeated(given).chopped(1) + ')';
-    auto statement = m_connection->statement(sql);
+    QByteArray columns = changedColumns(",", "");
+    const auto given = static_cast<int>(std::ranges::count(m_buffer->changed, true));
+    QByteArray values = QByteArray(",?").repeated(given).sliced(given > 0 ? 1 : 0);
+    if (m_source->freeNumbers) {
+        columns += (given > 0 ? "," : "") + m_source->rowKey;
+        values += (given > 0 ? "," : "") + newNumberSql(m_source->table, m_source->rowKey, given + 1);
+    }
+    auto statement =
+        m_connection->statement("INSERT INTO " + m_source->table +
+                                (columns.isEmpty() ? " DEFAULT VALUES" : '(' + columns + ") VALUES(" + values + ')'));
     bindChanged(statement);
+    if (m_source->freeNumbers)
+        statement.bind(given + 1, leastNewNumber());
     statement.step();
-    m_keys.push_back(sqlite3_last_insert_rowid(m_connection->handle()));
+    m_numbers.push_back(sqlite3_last_insert_rowid(m_connection->handle()));
     // The first record of an empty set becomes the current one; forms go on with it.
     if (m_size++ == 0)
         go(0);
@@ -297,21 +226,28 @@ void Recordset::Impl::updateBuffer()
 {
     if (std::ranges::none_of(m_buffer->changed, [](bool changed) { return changed; }))
         return;
-    auto statement = m_connection->statement("UPDATE " + m_source->table + " SET " + changedColumns(",", "=?") +
-                                             " WHERE " + m_source->rowKey + "=?");
-    bindChanged(statement);
-    const auto given = static_cast<int>(std::ranges::count(m_buffer->changed, true));
-    statement.bind(given + 1, m_keys[static_cast<std::size_t>(m_place)]);
-    statement.step();
-    if (sqlite3_changes(m_connection->handle()) == 0)
-        raise(platform::RecordDeleted);
+    requireRecord();
+    Transaction transaction(*m_connection);
+    m_ahead->confirm(m_place);
+    {
+        auto statement = m_connection->statement("UPDATE " + m_source->table + " SET " + changedColumns(",", "=?") +
+                                                 " WHERE " + m_source->rowKey + "=?");
+        bindChanged(statement);
+        const auto given = static_cast<int>(std::ranges::count(m_buffer->changed, true));
+        statement.bind(given + 1, m_numbers[static_cast<std::size_t>(m_place)]);
+        statement.step();
+    }
+    transaction.commit();
 }
 
-void Recordset::Impl::finishUpdate()
+// The set's own change to its membership leaves the rest of it as true as it was.
+void Recordset::Impl::finishChange()
 {
-    dropBuffer();
-    m_arrived = true;
+    const bool current = m_ownChanges == m_connection->changeStamp();
     m_connection->noteChange();
+    if (current)
+        m_ownChanges = m_connection->changeStamp();
+    m_ahead->arrive();
 }
 
 void Recordset::Impl::remove()
@@ -319,18 +255,19 @@ void Recordset::Impl::remove()
     requireUpdatable();
     dropBuffer();
     requireRecord();
+    Transaction transaction(*m_connection);
+    m_ahead->confirm(m_place);
     {
         auto statement =
             m_connection->statement("DELETE FROM " + m_source->table + " WHERE " + m_source->rowKey + "=?1");
-        statement.bind(1, m_keys[static_cast<std::size_t>(m_place)]);
+        statement.bind(1, m_numbers[static_cast<std::size_t>(m_place)]);
         statement.step();
-        if (sqlite3_changes(m_connection->handle()) == 0)
-            raise(platform::RecordDeleted);
     }
-    m_keys.erase(m_keys.begin() + m_place);
+    transaction.commit();
+    m_numbers.erase(m_numbers.begin() + m_place);
     --m_size;
     m_removed = true;
-    m_connection->noteChange();
+    finishChange();
 }
 
 } // namespace orlo::store

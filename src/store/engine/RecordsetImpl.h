@@ -1,19 +1,14 @@
 #pragma once
 
 #include "store/engine/Connection.h"
-#include "store/engine/Rows.h"
+#include "store/engine/ReadAhead.h"
 #include "store/engine/Source.h"
-
-#include <QElapsedTimer>
 
 namespace orlo::store
 {
 
-/// Fails in the name of a record set.
-[[noreturn]] void raise(int number);
-
-/// The state of a record set. A snapshot holds all values. An updatable set holds the keys of its rows; it reads values
-/// in blocks, of the columns that were asked for so far, and believes a block for as long as nothing changed the file.
+/// The state of a record set. A snapshot holds all values; an updatable set holds the numbers of its rows and reads
+/// their values when it comes to them.
 class Recordset::Impl
 {
 public:
@@ -23,6 +18,8 @@ public:
     [[nodiscard]] const std::vector<FieldInfo>& fields() const { return m_shape->fields; }
     [[nodiscard]] bool updatable() const { return m_source->updatable(); }
     [[nodiscard]] qsizetype size() const { return m_size; }
+    /// The number of records; a set on a whole table first takes in what others added and removed.
+    [[nodiscard]] qsizetype count();
     [[nodiscard]] bool atEnd() const { return m_place >= m_size && !m_removed; }
     [[nodiscard]] bool atStart() const { return m_size == 0 ? !m_removed : m_place < 0; }
     [[nodiscard]] qsizetype place() const { return hasRecord() ? m_place : -1; }
@@ -51,42 +48,28 @@ private:
     };
 
     void openSnapshot();
-    void openKeys();
+    void openNumbers();
     [[nodiscard]] bool hasRecord() const { return !m_removed && m_place >= 0 && m_place < m_size; }
     void requireRecord() const;
     void requireUpdatable() const;
-    /// The row of m_block that is the current record with the column, read now where it isn't there; -1 for a record
-    /// that somebody removed.
-    qsizetype currentRow(int column);
-    [[nodiscard]] bool blockIsTrue();
-    void readBlock(qsizetype count);
-    /// Read the rows from m_blockStart on into m_block, and give by offset which of them is the place's.
-    [[nodiscard]] std::vector<qsizetype> readFewRows(std::size_t count);
-    [[nodiscard]] std::vector<qsizetype> readManyRows(std::size_t count);
     void insertBuffer();
     void updateBuffer();
     [[nodiscard]] QByteArray changedColumns(const char* separator, const char* behind) const;
     void bindChanged(Statement& statement) const;
-    void finishUpdate();
+    void finishChange();
 
     std::shared_ptr<Connection> m_connection;
     std::shared_ptr<const Source> m_source;
     std::shared_ptr<const RowShape> m_shape;
-    std::vector<qint64> m_keys;
+    Rows m_snapshot;
+    std::vector<qint64> m_numbers; // of an updatable set's rows
+    std::optional<ReadAhead> m_ahead;
+    quint64 m_ownChanges = 0; // the file's state for which m_numbers holds
+    qint64 m_othersChanges = 0;
     qsizetype m_size = 0;
     qsizetype m_place = 0;
     bool m_removed = false; // the record at m_place was removed; the ones behind it have moved up
     std::optional<Buffer> m_buffer;
-
-    Rows m_block;
-    qsizetype m_blockStart = 0;
-    std::vector<qsizetype> m_blockRows; // by place, from m_blockStart: the row in m_block
-    qsizetype m_nextBlock = 1;
-    bool m_arrived = true; // at another record, whose values aren't read yet
-    quint64 m_blockStamp = 0;
-    qint64 m_blockVersion = 0;
-    QElapsedTimer m_sinceCheck;
-    mutable int m_hint = 0; // where the search for a field's name begins
 };
 
 } // namespace orlo::store

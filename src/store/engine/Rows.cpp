@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace orlo::store
 {
 
@@ -116,6 +118,24 @@ const Rows::Cell& Rows::cell(qsizetype row, int column) const
     return m_cells[static_cast<std::size_t>(row) * m_columns.size() + slot];
 }
 
+std::string_view Rows::bytes(const Cell& cell) const
+{
+    return std::string_view(m_bytes).substr(static_cast<std::size_t>(cell.start), cell.length);
+}
+
+bool Rows::same(qsizetype row, const Rows& others, qsizetype othersRow) const
+{
+    return std::ranges::all_of(m_columns, [&](int column) {
+        const Cell& a = cell(row, column);
+        const Cell& b = others.cell(othersRow, column);
+        if (a.kind != b.kind || a.kind == Kind::Null)
+            return a.kind == b.kind;
+        return a.kind == Kind::Text     ? bytes(a) == others.bytes(b)
+               : a.kind == Kind::Number ? a.number == b.number
+                                        : a.whole == b.whole;
+    });
+}
+
 Value Rows::value(qsizetype row, int column, FieldType type) const
 {
     const Cell& found = cell(row, column);
@@ -125,7 +145,7 @@ Value Rows::value(qsizetype row, int column, FieldType type) const
     case Kind::Number:
         return {found.number};
     case Kind::Text: {
-        const QByteArrayView text(m_bytes.data() + found.start, static_cast<qsizetype>(found.length));
+        const QByteArrayView text(bytes(found).data(), static_cast<qsizetype>(found.length));
         if (type == FieldType::Date)
             if (const auto date = readIso(text))
                 return {*date};

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 struct sqlite3_stmt;
@@ -28,6 +29,10 @@ public:
     void clear();
     [[nodiscard]] qsizetype size() const { return m_size; }
     [[nodiscard]] bool has(int column) const;
+    /// How many columns of every row are taken.
+    [[nodiscard]] std::size_t columns() const { return m_columns.size(); }
+    /// True if a row of others, which has all columns of this, has the same in them.
+    [[nodiscard]] bool same(qsizetype row, const Rows& others, qsizetype othersRow) const;
     /// Drops all rows and takes one more column from now on.
     void addColumn(int column);
     /// The value as a field of the type reads it; what the file holds of another kind comes as it is.
@@ -47,6 +52,7 @@ private:
         Kind kind;
     };
     [[nodiscard]] const Cell& cell(qsizetype row, int column) const;
+    [[nodiscard]] std::string_view bytes(const Cell& cell) const;
 
     std::vector<int> m_columns;
     std::vector<int> m_slots; // by column: its place among a row's cells, -1 for none

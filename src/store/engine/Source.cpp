@@ -59,9 +59,10 @@ std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& 
         const QString name = own ? QString::fromUtf8(column) : QString();
         shape->columns.push_back(own ? quoted(name) : QByteArray());
         shape->plain = shape->plain && own && name == shape->fields[static_cast<std::size_t>(i)].name;
-        Value initial;
+        const bool yesNo = own && shape->fields[static_cast<std::size_t>(i)].type == FieldType::Boolean;
+        Value initial = yesNo ? Value(false) : Value();
         for (const Field& field : definition.fields())
-            if (own && field.name == name)
+            if (own && field.name == name && !field.defaultValue.isNull())
                 initial = field.defaultValue;
         shape->defaults.push_back(initial);
     }
@@ -86,12 +87,22 @@ QByteArray rowKeyOf(Connection& connection, const QString& table)
     return {};
 }
 
+bool showsNumbers(Connection& connection, const QString& table)
+{
+    auto keys = connection.statement("SELECT count(*), max(type) FROM pragma_table_xinfo(?1) WHERE pk > 0");
+    keys.bind(1, Value(table));
+    return keys.step() && keys.integer(0) == 1 &&
+           keys.text(1).compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0;
+}
+
 std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement)
 {
     std::vector<FieldInfo> fields;
     sqlite3_stmt* const handle = statement.handle();
     const int count = sqlite3_column_count(handle);
     for (int i = 0; i < count; ++i) {
+        if (QByteArrayView(sqlite3_column_name(handle, i)) == "~") // NoField
+            continue;
         FieldInfo field;
         if (const char* declared = sqlite3_column_decltype(handle, i))
             field = declaredField(declared);
@@ -137,6 +148,8 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
 
     source->table = quoted(table->name);
     source->rowKey = table->rowKey;
+    source->freeNumbers = table->freeNumbers;
+    source->wholeTable = !statement;
     const QByteArray called = translated.singleAlias.isEmpty() ? source->table : quoted(translated.singleAlias);
     const QByteArray from =
         " FROM " + source->table + (translated.singleAlias.isEmpty() ? QByteArray() : " AS " + called) + ' ';
@@ -146,13 +159,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     source->rowSql = "SELECT" + columns + from + "WHERE " + key + "=?1";
     source->blockSql = "SELECT" + columns + ',' + key + from + "WHERE " + key + " IN (?" +
                        QByteArray(",?").repeated(LargestBlock - 1) + ')';
-    auto& shape = connection.shape(source->rowSql);
-    if (!shape) {
-        const auto made = makeShape(connection, *source, table->name);
-        connection.shape(source->rowSql) = made;
-        source->shape = made;
-    } else
-        source->shape = shape;
+    source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
     const bool keyAlone = source->shape->plain && !ordersByNumber(translated.tail);
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;
     if (translated.orderStart < 0) // as they were added, whatever index the way to them goes over

@@ -28,10 +28,12 @@ struct Source {
     std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
     QByteArray table;                      ///< quoted
     QByteArray rowKey;
-    QByteArray keysSql;  ///< the membership of an updatable set, the row's key in the last column
-    QByteArray rowSql;   ///< one row by its key
-    QByteArray blockSql; ///< up to LargestBlock rows by their keys, the key in the last column, in any order
-    QByteArray rowsSql;  ///< all rows of a read-only set
+    bool freeNumbers = false; ///< as of the table
+    bool wholeTable = false;  ///< opened by the table's name
+    QByteArray keysSql;       ///< the membership of an updatable set, the row's key in the last column
+    QByteArray rowSql;        ///< one row by its key
+    QByteArray blockSql;      ///< up to LargestBlock rows by their keys, the key in the last column, in any order
+    QByteArray rowsSql;       ///< all rows of a read-only set
 
     [[nodiscard]] bool updatable() const { return shape != nullptr; }
 };
@@ -40,6 +42,8 @@ struct Source {
 [[nodiscard]] std::shared_ptr<const Source> makeSource(Connection& connection, const QString& text);
 /// The name by which a table's rows can be found, empty for a table without such a key.
 [[nodiscard]] QByteArray rowKeyOf(Connection& connection, const QString& table);
+/// True if a field of the table is the row's number under another name.
+[[nodiscard]] bool showsNumbers(Connection& connection, const QString& table);
 /// The fields of a prepared statement's result.
 [[nodiscard]] std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement);
 

@@ -1,5 +1,6 @@
 #include "store/engine/Statement.h"
 
+#include "store/engine/Connection.h"
 #include "store/engine/Rows.h"
 
 #include <sqlite3.h>
@@ -48,7 +49,7 @@ void Statement::bind(int parameter, const Value& value)
 
 bool Statement::step()
 {
-    m_prepared->connection->looks = 0;
+    m_prepared->connection->noteStep();
     const int code = sqlite3_step(m_prepared->handle);
     if (code == SQLITE_ROW)
         return true;

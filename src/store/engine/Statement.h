@@ -1,9 +1,46 @@
 #pragma once
 
-#include "store/engine/Connection.h"
+#include "store/engine/Value.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+struct sqlite3_stmt;
 
 namespace orlo::store
 {
+
+class Connection;
+
+/// Whose text a statement is: the engine's own, or one from outside that may only do what the dialect offers.
+enum class Origin { Engine, Outside };
+
+/// A prepared statement, borrowed from its connection; letting it go resets it.
+class Statement
+{
+public:
+    struct Prepared;
+
+    explicit Statement(std::shared_ptr<Prepared> prepared) : m_prepared(std::move(prepared)) {}
+    ~Statement();
+    Statement(Statement&&) noexcept = default;
+    Statement& operator=(Statement&&) = delete;
+    Statement(const Statement&) = delete;
+
+    /// Binds the parameter, 1-based.
+    void bind(int parameter, qint64 value);
+    void bind(int parameter, const Value& value);
+    /// Goes to the next row; false behind the last one. Raises what the file refuses.
+    bool step();
+    void reset();
+    [[nodiscard]] qint64 integer(int column) const;
+    [[nodiscard]] QString text(int column) const;
+    [[nodiscard]] sqlite3_stmt* handle() const;
+
+private:
+    std::shared_ptr<Prepared> m_prepared;
+};
 
 /// The handle behind a Statement, finalized with its last user.
 struct Statement::Prepared {
