@@ -14,6 +14,7 @@
 #include <QTest>
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 namespace orlo::bench
 {
@@ -124,7 +125,20 @@ void assignAwards(Table& table)
         plain.run("DELETE FROM Assigned_Awards_Scouts");
         return seconds;
     };
+    const Work appends = [&file] {
+        QFile pages(file.folder() + QStringLiteral("/pages"));
+        if (!pages.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            qFatal("no file to append to");
+        const QByteArray page(4096, 'x');
+        return timed([&] {
+            for (int append = 0; append < People; ++append) {
+                pages.write(page);
+                ::fsync(pages.handle());
+            }
+        });
+    };
     table.compare({"assign an award to 500 people", "durable inserts, C API", 1.3, ours, theirs, 5});
+    table.compare({"assign an award to 500 people", "flushed appends of a page", 2.0, ours, appends, 5});
 }
 
 void fillPackGrid(Table& table)

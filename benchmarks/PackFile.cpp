@@ -41,7 +41,7 @@ PlainDatabase::PlainDatabase(const QString& path)
         fail(m_db);
     store::addFunctions(m_db);
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
-        "PRAGMA journal_mode=DELETE;PRAGMA synchronous=EXTRA");
+        "PRAGMA journal_mode=PERSIST;PRAGMA synchronous=FULL");
 }
 
 PlainDatabase::~PlainDatabase()
