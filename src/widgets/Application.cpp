@@ -3,10 +3,20 @@
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
 #include "widgets/Form.h"
+#include "widgets/Style.h"
+#include "widgets/TextBox.h"
 
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QHelpEvent>
+#include <QLabel>
 #include <QMessageBox>
-#include <QProxyStyle>
+#include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTabBar>
+#include <QTextEdit>
 
 #include <cstdio>
 #include <cstdlib>
@@ -36,32 +46,40 @@ const QWidget* focusTarget(const QWidget* pressed)
     return nullptr;
 }
 
-bool focusMustStay(QObject* receiver, const QEvent* event)
+bool isPress(const QEvent* event)
 {
-    if (!receiver->isWidgetType())
-        return false;
-    auto* widget = static_cast<QWidget*>(receiver);
-    if (event->type() == QEvent::Shortcut)
-        return !mayLeaveFocusField(widget);
-    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick) {
-        const QWidget* target = focusTarget(widget);
-        return target && !mayLeaveFocusField(target);
-    }
-    return false;
+    return event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
 }
 
-// Fusion, but a combo box opens a list with a scroll bar below itself, not a menu over the whole screen.
-class Style : public QProxyStyle
+// Whether the check of a field that was left holds back what was pressed or typed.
+bool focusMustStay(QObject* receiver, const QEvent* event)
 {
-public:
-    Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+    const QWidget* target = receiver->isWidgetType() ? static_cast<QWidget*>(receiver) : nullptr;
+    if (target && isPress(event))
+        target = focusTarget(target);
+    else if (event->type() == QEvent::KeyPress) {
+        if (qobject_cast<Form*>(receiver)) // its default button asks for itself
+            return false;
+    } else if (event->type() == QEvent::Shortcut) {
+        if (const auto* label = qobject_cast<QLabel*>(receiver); label && label->buddy())
+            target = label->buddy();
+    } else
+        return false;
+    return target && !mayReach(target);
+}
 
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* data) const override
-    {
-        return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+// The control whose value the wheel would change there.
+QWidget* wheelTarget(QWidget* under)
+{
+    for (QWidget* widget = under; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
+        if (qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
+            qobject_cast<QTabBar*>(widget))
+            return widget;
+        if (qobject_cast<QAbstractSlider*>(widget))
+            return qobject_cast<QScrollBar*>(widget) ? nullptr : widget;
     }
-};
+    return nullptr;
+}
 
 } // namespace
 
@@ -69,12 +87,13 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv)
 {
     setApplicationName(QStringLiteral("ORLO"));
     setStyle(new Style);
+    installEventFilter(this);
 }
 
 bool Application::notify(QObject* receiver, QEvent* event)
 {
     try {
-        if (focusMustStay(receiver, event))
+        if (pressesAgain(receiver, event) || focusMustStay(receiver, event))
             return true;
         return QApplication::notify(receiver, event);
     } catch (const platform::RuntimeError& error) {
@@ -93,6 +112,47 @@ void Application::failed(const platform::RuntimeError& error)
 {
     if (!reporting)
         reportAndEnd(error);
+}
+
+// A text takes a held key as often as it comes; a button, a question or a list must not be worked by one press for all
+// that stands behind it. An access key tells nothing of its key, so that is noted when its coming is announced.
+bool Application::pressesAgain(QObject* receiver, const QEvent* event)
+{
+    if (event->type() == QEvent::Shortcut)
+        return m_held && qobject_cast<QAbstractButton*>(receiver);
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+        return false;
+    const auto* key = static_cast<const QKeyEvent*>(event);
+    m_held = key->isAutoRepeat();
+    if (!m_held || event->type() == QEvent::ShortcutOverride || !receiver->isWidgetType())
+        return false;
+    switch (key->key()) {
+    case Qt::Key_Escape:
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return !qobject_cast<QPlainTextEdit*>(receiver) && !qobject_cast<QTextEdit*>(receiver);
+    case Qt::Key_Space:
+        return qobject_cast<QAbstractItemView*>(receiver);
+    default:
+        return false;
+    }
+}
+
+bool Application::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!watched->isWidgetType())
+        return QApplication::eventFilter(watched, event);
+    auto* widget = static_cast<QWidget*>(watched);
+    if (event->type() == QEvent::Wheel) {
+        if (const QWidget* target = wheelTarget(widget);
+            target && !target->hasFocus() && !target->isAncestorOf(focusWidget())) {
+            event->ignore(); // and so it goes on to what lies behind the control
+            return true;
+        }
+    } else if (event->type() == QEvent::ToolTip && showCutText(*widget, *static_cast<QHelpEvent*>(event)))
+        return true;
+    return QApplication::eventFilter(watched, event);
 }
 
 void Application::reportAndEnd(const platform::RuntimeError& error)

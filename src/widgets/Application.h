@@ -10,8 +10,9 @@ class RuntimeError;
 namespace orlo::widgets
 {
 
-/// The application object: the one place where an untrapped failure ends the process, and where the focus is kept in a
-/// field whose check refuses to let it go.
+/// The application object: the one place where an untrapped failure ends the process, and where the rules hold that
+/// every control obeys. A field whose check refuses keeps the focus. A key that is held down presses a button once. The
+/// wheel changes only the control that has the focus.
 class Application : public QApplication
 {
     Q_OBJECT
@@ -20,6 +21,7 @@ public:
     Application(int& argc, char** argv);
 
     bool notify(QObject* receiver, QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// Shows the run-time's report, "Run-time error '3421':" and the description, then ends the process at once with
     /// status 1: nothing is saved or closed.
@@ -27,6 +29,9 @@ public:
 
 private:
     static void failed(const platform::RuntimeError& error);
+    [[nodiscard]] bool pressesAgain(QObject* receiver, const QEvent* event);
+
+    bool m_held = false; // the key that is being dealt with repeats by itself
 };
 
 } // namespace orlo::widgets

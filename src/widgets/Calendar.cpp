@@ -3,13 +3,17 @@
 #include "platform/RuntimeError.h"
 
 #include <QKeyEvent>
+#include <QSpinBox>
 #include <QTableView>
 #include <QTextCharFormat>
+
+#include <utility>
 
 namespace orlo::widgets
 {
 
-Calendar::Calendar(QWidget* parent) : QCalendarWidget(parent)
+Calendar::Calendar(QWidget* parent)
+    : QCalendarWidget(parent), m_days(findChild<QTableView*>()), m_year(findChild<QSpinBox*>())
 {
     setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
     setFirstDayOfWeek(Qt::Sunday);
@@ -18,9 +22,25 @@ Calendar::Calendar(QWidget* parent) : QCalendarWidget(parent)
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
         setWeekdayTextFormat(day, {});
     setDateEditEnabled(false); // Enter takes the marked day, never one that is half typed
-    if (auto* days = findChild<QTableView*>())
-        days->installEventFilter(this);
-    connect(this, &QCalendarWidget::activated, this, &Calendar::doubleClicked);
+    m_days->setAccessibleName(tr("Days"));
+    for (const auto& [part, name] : {std::pair("qt_calendar_prevmonth", tr("Previous month")),
+                                     {"qt_calendar_nextmonth", tr("Next month")},
+                                     {"qt_calendar_monthbutton", tr("Month")},
+                                     {"qt_calendar_yearbutton", tr("Change the year")},
+                                     {"qt_calendar_yearedit", tr("Year")}})
+        if (auto* control = findChild<QWidget*>(QLatin1String(part)))
+            control->setAccessibleName(name);
+    for (QObject* watched : std::initializer_list<QObject*>{m_days, m_days->viewport(), m_year})
+        watched->installEventFilter(this);
+    connect(this, &QCalendarWidget::clicked, this, [this] { m_dayClicked = true; });
+}
+
+void Calendar::endYearEdit()
+{
+    if (!m_year->isVisible())
+        return;
+    m_year->interpretText();
+    Q_EMIT m_year->editingFinished();
 }
 
 int Calendar::day() const
@@ -41,8 +61,21 @@ bool Calendar::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+        if (enter && watched == m_days) {
             event->ignore(); // belongs to the form's default button
+            return true;
+        }
+        if (enter && watched == m_year) {
+            endYearEdit();
+            m_days->setFocus();
+            return true;
+        }
+    } else if (watched == m_days->viewport()) {
+        if (event->type() == QEvent::MouseButtonPress)
+            m_dayClicked = false;
+        else if (event->type() == QEvent::MouseButtonDblClick && std::exchange(m_dayClicked, false)) {
+            Q_EMIT doubleClicked();
             return true;
         }
     }

@@ -2,6 +2,9 @@
 
 #include <QCalendarWidget>
 
+class QSpinBox;
+class QTableView;
+
 namespace orlo::widgets
 {
 
@@ -13,6 +16,8 @@ class Calendar : public QCalendarWidget
 public:
     explicit Calendar(QWidget* parent = nullptr);
 
+    /// Shows the year that is being typed, if one is; to be called before a date is read.
+    void endYearEdit();
     /// The day picked last, whichever month is shown.
     [[nodiscard]] QDate value() const { return selectedDate(); }
     /// Picks a date and shows its month.
@@ -28,6 +33,11 @@ public:
 Q_SIGNALS:
     /// A double click on a day, which is then the picked one.
     void doubleClicked();
+
+private:
+    QTableView* m_days;
+    QSpinBox* m_year;
+    bool m_dayClicked = false; // the last press was on a day, perhaps on one of a month beside, which is shown since
 };
 
 } // namespace orlo::widgets

@@ -5,7 +5,8 @@ namespace orlo::widgets
 
 CheckBox::CheckBox(QWidget* parent) : QCheckBox(parent)
 {
-    connect(this, &QCheckBox::stateChanged, this, &CheckBox::changed);
+    // Unlike stateChanged(), this tells of what a handler changes while the user's click is still under way, too.
+    connect(this, &QCheckBox::toggled, this, &CheckBox::changed);
 }
 
 } // namespace orlo::widgets

@@ -64,6 +64,7 @@ void ComboBox::setText(const QString& text)
 {
     if (isEditable()) {
         setEditText(text);
+        lineEdit()->setCursorPosition(0); // a long text shows its beginning
         return;
     }
     const int index = text.isEmpty() ? -1 : findText(text, Qt::MatchFixedString);
@@ -96,10 +97,23 @@ void ComboBox::clear()
     clearEditText();
 }
 
+void ComboBox::refill(const QStringList& rows, int chosen)
+{
+    const QScopedValueRollback silent(m_silent, true);
+    const QString shown = text();
+    QComboBox::clear();
+    addItems(rows);
+    setCurrentIndex(chosen);
+    if (isEditable() && chosen < 0)
+        setEditText(shown);
+}
+
 void ComboBox::showPopup()
 {
     m_told = false;
     Q_EMIT dropDown();
+    if (!isEnabled() || !isVisible())
+        return; // a list over a box that is out of reach would hold all input
     widenList();
     QComboBox::showPopup();
 }
@@ -107,20 +121,28 @@ void ComboBox::showPopup()
 void ComboBox::keyPressEvent(QKeyEvent* event)
 {
     constexpr Qt::Key Stepping[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown};
-    if (isEditable() && std::ranges::find(Stepping, event->key()) != std::end(Stepping))
-        // The step begins at the row whose text is shown, whichever was chosen last.
-        if (const int shown = findText(currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive); shown >= 0) {
-            const QScopedValueRollback silent(m_silent, true);
-            setCurrentIndex(shown);
-        }
+    if (std::ranges::find(Stepping, event->key()) != std::end(Stepping))
+        chooseShownRow();
     m_told = false;
     QComboBox::keyPressEvent(event);
 }
 
 void ComboBox::wheelEvent(QWheelEvent* event)
 {
+    chooseShownRow();
     m_told = false;
     QComboBox::wheelEvent(event);
+}
+
+// A step begins at the row whose text is shown, whichever was chosen last.
+void ComboBox::chooseShownRow()
+{
+    if (!isEditable() || listIndex() >= 0)
+        return;
+    if (const int shown = findText(currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive); shown >= 0) {
+        const QScopedValueRollback silent(m_silent, true);
+        setCurrentIndex(shown);
+    }
 }
 
 void ComboBox::widenList()

@@ -30,6 +30,9 @@ public:
     void addItem(const QString& text) { QComboBox::addItem(text); }
     /// Empties list, choice and text; nothing is told of it, since a refill follows.
     void clear();
+    /// Fills the list anew under what the box shows. `chosen` is the new row of the choice, -1 where that has gone:
+    /// then an editable box keeps its text and the other kind shows none. Nothing is told of it.
+    void refill(const QStringList& rows, int chosen);
     [[nodiscard]] int listCount() const { return count(); }
     /// A row's text, "" for a row that isn't there.
     [[nodiscard]] QString list(int index) const { return itemText(index); }
@@ -50,6 +53,7 @@ Q_SIGNALS:
 
 private:
     void widenList();
+    void chooseShownRow();
 
     bool m_silent = false;
     int m_row = -1;      // the row that currentIndexChanged() named last

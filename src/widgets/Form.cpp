@@ -25,12 +25,6 @@ QPointer<QWidget> theMainWindow;
 std::function<void(Form&)> showChildInMainWindow;
 QList<Form*> loadedForms;
 
-struct LeaveCheck {
-    QPointer<QWidget> field;
-    std::function<bool()> passes;
-};
-QList<LeaveCheck> leaveChecks;
-
 QMdiSubWindow* subWindowOf(const Form& form)
 {
     for (QWidget* outer = form.parentWidget(); outer; outer = outer->parentWidget())
@@ -47,15 +41,16 @@ QWidget* ownerOfNextWindow()
     return theMainWindow;
 }
 
-bool passesLeaveCheck(const QWidget* field)
+// The form that a control belongs to; null for what stands in no form: a menu, a window's frame, a message box.
+Form* formOf(const QWidget* widget)
 {
-    static bool asking = false; // the check's own message box moves the focus, too
-    const auto check = std::ranges::find_if(leaveChecks, [field](const LeaveCheck& c) { return c.field == field; });
-    if (asking || check == leaveChecks.end())
-        return true;
-    const QScopedValueRollback guard(asking, true);
-    const auto passes = check->passes; // the list may change while the message is up
-    return passes();
+    for (; widget; widget = widget->parentWidget()) {
+        if (auto* form = qobject_cast<const Form*>(widget))
+            return const_cast<Form*>(form);
+        if (widget->isWindow())
+            break;
+    }
+    return nullptr;
 }
 
 // On X11 a combo box gives its value as its accessible name; what it is for stands in its description then.
@@ -100,7 +95,6 @@ Form::Form(FormKind kind) : m_kind(kind)
 Form::~Form()
 {
     loadedForms.removeOne(this);
-    leaveChecks.removeIf([](const LeaveCheck& check) { return check.field.isNull(); });
 }
 
 void Form::ensureLoaded()
@@ -156,6 +150,7 @@ void Form::unload()
     if (m_unloading)
         return;
     m_unloading = true;
+    m_unchecked.clear(); // what is being closed uses no field any more
     loadedForms.removeOne(this);
     if (m_forget)
         m_forget();
@@ -218,25 +213,52 @@ void Form::setFixedBorder()
 
 void Form::setLeaveCheck(QWidget* field, std::function<bool()> check)
 {
-    leaveChecks.append({field, std::move(check)});
+    m_leaveChecks.append({field, std::move(check)});
     field->installEventFilter(this);
 }
 
 // Code that moves the focus isn't held back beforehand; a refused check brings the focus back.
 bool Form::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::FocusOut && static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason) {
-        auto* field = static_cast<QWidget*>(watched);
+    auto* field = static_cast<QWidget*>(watched);
+    if (event->type() == QEvent::FocusIn)
+        m_unchecked = field;
+    else if (event->type() == QEvent::FocusOut && static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason)
         QMetaObject::invokeMethod(
             field,
             [this, field] {
-                const QWidget* now = field->window()->focusWidget();
-                if (now && now != field && isAncestorOf(now) && !passesLeaveCheck(field))
-                    field->setFocus();
+                if (const QWidget* now = field->window()->focusWidget(); now && isAncestorOf(now))
+                    (void)mayGoTo(now);
             },
             Qt::QueuedConnection);
-    }
     return QWidget::eventFilter(watched, event);
+}
+
+QWidget* Form::checkedFieldAt(const QWidget* target) const
+{
+    const auto found = std::ranges::find_if(m_leaveChecks, [target](const LeaveCheck& check) {
+        return check.field == target || check.field->isAncestorOf(target);
+    });
+    return found == m_leaveChecks.end() ? nullptr : found->field;
+}
+
+bool Form::mayGoTo(const QWidget* target)
+{
+    static bool asking = false; // the check's own message box moves the focus, too
+    QWidget* const field = checkedFieldAt(target);
+    if (!asking && m_unchecked && m_unchecked != field && m_unchecked->isEnabled() && m_unchecked->isVisible()) {
+        const QScopedValueRollback guard(asking, true);
+        const QPointer<QWidget> left = m_unchecked;
+        const auto passes = std::ranges::find(m_leaveChecks, left.data(), &LeaveCheck::field)->passes;
+        const bool passed = passes(); // its message may outlive the form
+        if (left && !passed)
+            left->setFocus();
+        if (!left || !passed)
+            return false;
+    }
+    if (!asking)
+        m_unchecked = field;
+    return true;
 }
 
 void Form::closeEvent(QCloseEvent* event)
@@ -256,8 +278,10 @@ void Form::keyPressEvent(QKeyEvent* event)
     } else if (event->key() == Qt::Key_Escape)
         button = m_cancelButton;
     if (button && button->isEnabled() && !(event->modifiers() & ~Qt::KeypadModifier)) {
-        button->click();
         event->accept();
+        // Escape gives up, and what it gives up needs no check.
+        if (event->key() == Qt::Key_Escape || mayReach(button))
+            button->click();
         return;
     }
     QWidget::keyPressEvent(event);
@@ -265,19 +289,19 @@ void Form::keyPressEvent(QKeyEvent* event)
 
 bool Form::focusNextPrevChild(bool next)
 {
-    return !mayLeaveFocusField(this) || QWidget::focusNextPrevChild(next);
+    return !mayGoTo(this) || QWidget::focusNextPrevChild(next);
 }
 
-bool mayLeaveFocusField(const QWidget* target)
+bool mayReach(const QWidget* target)
 {
+    Form* form = formOf(target);
+    if (!form)
+        return true;
+    if (!form->mayGoTo(target))
+        return false;
     // The window's own notion of focus holds even while the window isn't the active one.
-    const QWidget* focused = target->window()->focusWidget();
-    for (const LeaveCheck& check : std::as_const(leaveChecks)) {
-        const QWidget* field = check.field;
-        if (field && focused && (focused == field || field->isAncestorOf(focused)))
-            return target == field || field->isAncestorOf(target) || passesLeaveCheck(field);
-    }
-    return true;
+    Form* left = formOf(target->window()->focusWidget());
+    return !left || left == form || left->mayGoTo(target);
 }
 
 } // namespace orlo::widgets

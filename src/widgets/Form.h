@@ -19,7 +19,7 @@ enum class FormKind {
 ///
 /// The load step runs once, before the form is first seen. Enter presses the default button from anywhere but another
 /// button or a multi-line box, Escape the cancel button, both only while that button is enabled. Closing the window
-/// unloads the form, without a question; a grid's row that is refused keeps it open.
+/// unloads the form, without a question and without the check of any field; a grid's row that is refused keeps it open.
 class Form : public QWidget
 {
     Q_OBJECT
@@ -60,10 +60,11 @@ protected:
     /// Null for none.
     void setDefaultButton(QPushButton* button);
     void setCancelButton(QPushButton* button);
+    [[nodiscard]] QPushButton* cancelButton() const { return m_cancelButton; }
     /// Keeps the window at the size that its contents ask for.
     void setFixedBorder();
-    /// Runs the check whenever the focus is about to leave the field for another control; a false result keeps it
-    /// there.
+    /// Runs the check before anything else of the form is reached after the field; a false result brings the focus back
+    /// to it.
     void setLeaveCheck(QWidget* field, std::function<bool()> check);
 
     /// Writes the open rows of the form's grids; false, after the message, for one that is refused.
@@ -77,6 +78,15 @@ protected:
 private:
     template <class F>
     friend class Instance;
+    friend bool mayReach(const QWidget* target);
+
+    struct LeaveCheck {
+        QWidget* field;
+        std::function<bool()> passes;
+    };
+
+    [[nodiscard]] QWidget* checkedFieldAt(const QWidget* target) const;
+    [[nodiscard]] bool mayGoTo(const QWidget* target);
 
     FormKind m_kind;
     std::function<void()> m_forget; // ends the global instance
@@ -85,11 +95,15 @@ private:
     bool m_fixedBorder = false;
     QPointer<QPushButton> m_defaultButton;
     QPointer<QPushButton> m_cancelButton;
+    QList<LeaveCheck> m_leaveChecks;
+    QPointer<QWidget> m_unchecked; // the field with a check that was reached last, until the check lets go of it
 };
 
-/// Asks the check of the field that has the focus, if it has one and the target lies outside the field. False when the
-/// focus must stay. The application calls it before a mouse press or an access key would move the focus.
-[[nodiscard]] bool mayLeaveFocusField(const QWidget* target);
+/// Asks the check of the field that the target's form was in last, and of the field that has the focus. False when the
+/// focus must stay or go back there, which it then has done. The application calls it before a press or a key reaches
+/// the target; whichever way the focus went meanwhile, to another window and back included, nothing gets past the
+/// check.
+[[nodiscard]] bool mayReach(const QWidget* target);
 
 /// The global instance of a form class: made by the first call, gone with its unload.
 template <class F>

@@ -4,6 +4,8 @@
 #include "widgets/Form.h"
 
 #include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPointer>
 
@@ -13,8 +15,36 @@ namespace orlo::widgets
 namespace
 {
 
+class Box : public QMessageBox
+{
+public:
+    Box(QWidget* parent, OnEscape onEscape) : QMessageBox(parent), m_onEscape(onEscape)
+    {
+        if (onEscape == OnEscape::DoesNothing)
+            setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (m_onEscape == OnEscape::IsNo || !event->matches(QKeySequence::Cancel))
+            QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override
+    {
+        if (m_onEscape == OnEscape::IsNo)
+            QMessageBox::closeEvent(event);
+        else
+            event->ignore();
+    }
+
+private:
+    OnEscape m_onEscape;
+};
+
 QMessageBox::StandardButton show(const QString& text, const QString& title, QMessageBox::Icon icon,
-                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset)
+                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset,
+                                 OnEscape onEscape = OnEscape::IsNo)
 {
     // A dialog that has just been closed may still count as active; it goes soon, and would take the box with it.
     QPointer<QWidget> before = QApplication::activeWindow();
@@ -22,7 +52,7 @@ QMessageBox::StandardButton show(const QString& text, const QString& title, QMes
         before = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : Form::mainWindow();
     while (before && !before->isVisible())
         before = before->parentWidget() ? before->parentWidget()->window() : nullptr;
-    QMessageBox box(before);
+    Box box(before, onEscape);
     box.setWindowTitle(title.isEmpty() ? platform::title() : title);
     box.setTextFormat(Qt::PlainText);
     box.setText(text);
@@ -48,10 +78,10 @@ void warn(const QString& text, const QString& title)
     show(text, title, QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool ask(const QString& text, const QString& title, Preset preset)
+bool ask(const QString& text, const QString& title, Preset preset, OnEscape onEscape)
 {
     return show(text, title, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
-                preset == Preset::Yes ? QMessageBox::Yes : QMessageBox::No) == QMessageBox::Yes;
+                preset == Preset::Yes ? QMessageBox::Yes : QMessageBox::No, onEscape) == QMessageBox::Yes;
 }
 
 QString lines(const QStringList& texts)

@@ -9,10 +9,15 @@ namespace orlo::widgets
 void message(const QString& text, const QString& title = QString());
 /// The same with an exclamation sign.
 void warn(const QString& text, const QString& title);
-/// The answer that Enter gives.
+
+/// The button of a question that Enter presses.
 enum class Preset { Yes, No };
+/// What Escape and the close box of a question do: they mean No, or nothing where No would lose something, too.
+enum class OnEscape { IsNo, DoesNothing };
+
 /// Asks with Yes and No; true for Yes.
-[[nodiscard]] bool ask(const QString& text, const QString& title, Preset preset = Preset::Yes);
+[[nodiscard]] bool ask(const QString& text, const QString& title, Preset preset = Preset::Yes,
+                       OnEscape onEscape = OnEscape::IsNo);
 
 /// The lines of a message as one text.
 [[nodiscard]] QString lines(const QStringList& texts);

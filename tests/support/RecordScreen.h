@@ -48,8 +48,8 @@ struct RecordScreen {
         QTest::keyClicks(&get(box), text);
     }
     /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
-    /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "Name=text" types into txtName; the form's own
-    /// actions take any other word, which is a control to click where there are none.
+    /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "preset" by Enter, "Name=text" types into
+    /// txtName; the form's own actions take any other word, which is a control to click where there are none.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const
     {
         const auto words = script.split(u' ', Qt::SkipEmptyParts);
@@ -57,8 +57,10 @@ struct RecordScreen {
             static const QMap<QString, const char*> buttons{{"F", "cmdFirst"},  {"P", "cmdPrevious"}, {"N", "cmdNext"},
                                                             {"L", "cmdLast"},   {"n", "cmdNew"},      {"s", "cmdSave"},
                                                             {"d", "cmdDelete"}, {"c", "cmdCancel"},   {"x", "cmdExit"}};
-            static const QMap<QString, QMessageBox::StandardButton> answers{
-                {"yes", QMessageBox::Yes}, {"no", QMessageBox::No}, {"ok", QMessageBox::Ok}};
+            static const QMap<QString, QMessageBox::StandardButton> answers{{"yes", QMessageBox::Yes},
+                                                                            {"no", QMessageBox::No},
+                                                                            {"ok", QMessageBox::Ok},
+                                                                            {"preset", QMessageBox::NoButton}};
             static const QMap<QString, Qt::Key> keys{
                 {"E", Qt::Key_Escape}, {"Enter", Qt::Key_Return}, {"Tab", Qt::Key_Tab}};
             if (buttons.contains(word))

@@ -50,7 +50,7 @@ struct Told {
     bool shown = false;
 };
 
-/// Answers the next message box with the button as soon as it is up, and keeps what it said.
+/// Answers the next message box with the button, or by Enter for none, as soon as it is up, and keeps what it said.
 inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
 {
     auto told = std::make_shared<Told>();
@@ -62,7 +62,9 @@ inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMe
         timer->stop();
         timer->deleteLater();
         *told = {box->text(), box->windowTitle(), true};
-        if (auto* pressed = box->button(button))
+        if (button == QMessageBox::NoButton)
+            QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+        else if (auto* pressed = box->button(button))
             pressed->click();
         else
             box->reject();

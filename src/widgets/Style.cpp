@@ -1,0 +1,131 @@
+#include "widgets/Style.h"
+
+#include "widgets/TextBox.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QStyleOptionViewItem>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orlo::widgets
+{
+
+namespace
+{
+
+constexpr double Readable = 4.5;  // the least contrast of letters
+constexpr int PaleHighlight = 30; // percent of the highlight over the ground
+constexpr int FocusFrame = 2;     // pixels
+
+// Whether a list or one of its cells' editors has the focus.
+bool hasFocusWithin(const QWidget* widget)
+{
+    const QWidget* focused = QApplication::focusWidget();
+    return focused && (focused == widget || widget->isAncestorOf(focused));
+}
+
+QColor mixed(const QColor& over, const QColor& ground, int percent)
+{
+    const auto mix = [percent](int a, int b) { return (a * percent + b * (100 - percent)) / 100; };
+    return {mix(over.red(), ground.red()), mix(over.green(), ground.green()), mix(over.blue(), ground.blue())};
+}
+
+double luminance(const QColor& color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF()) + 0.05;
+}
+
+bool isReadable(const QColor& letters, const QColor& ground)
+{
+    const auto [dark, light] = std::minmax({luminance(letters), luminance(ground)});
+    return light / dark >= Readable;
+}
+
+// The option of a highlighted row in a list without the focus.
+QStyleOptionViewItem paler(const QStyleOptionViewItem& item)
+{
+    QStyleOptionViewItem pale = item;
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor ground = item.palette.color(group, QPalette::Base);
+        const QColor highlight = item.palette.color(QPalette::Active, QPalette::Highlight);
+        pale.palette.setColor(group, QPalette::Highlight, mixed(highlight, ground, PaleHighlight));
+        pale.palette.setColor(group, QPalette::HighlightedText, item.palette.color(group, QPalette::Text));
+    }
+    return pale;
+}
+
+} // namespace
+
+Style::Style() : QProxyStyle(QStringLiteral("Fusion"))
+{
+}
+
+void Style::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    // The wheel scrolls what lies under the pointer; the focus moves by presses and keys only.
+    if (widget->focusPolicy() == Qt::WheelFocus)
+        widget->setFocusPolicy(Qt::StrongFocus);
+    if (auto* box = qobject_cast<QLineEdit*>(widget))
+        keepOneLine(*box);
+}
+
+// The desktop's highlight, moved away from its letters until they can be read.
+void Style::polish(QPalette& palette)
+{
+    constexpr int Step = 104; // percent
+    QProxyStyle::polish(palette);
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        QColor ground = palette.color(group, QPalette::Highlight);
+        const QColor letters = palette.color(group, QPalette::HighlightedText);
+        const bool darken = luminance(letters) > luminance(ground);
+        for (int steps = 0; steps < Step && !isReadable(letters, ground); ++steps)
+            ground = darken ? ground.darker(Step) : ground.lighter(Step);
+        palette.setColor(group, QPalette::Highlight, ground);
+    }
+}
+
+int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const
+{
+    // A combo box opens a list with a scroll bar below itself, not a menu over the whole screen.
+    return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                        const QWidget* widget) const
+{
+    if (element == CE_ItemViewItem && (option->state & State_Selected) && widget && !hasFocusWithin(widget))
+        if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
+            const QStyleOptionViewItem pale = paler(*item);
+            QProxyStyle::drawControl(element, &pale, painter, widget);
+            return;
+        }
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) && hasFocusWithin(widget)) {
+        painter->save();
+        painter->setPen(QPen(option->palette.color(QPalette::Active, QPalette::Highlight), FocusFrame));
+        painter->drawRect(option->rect.adjusted(1, 1, -1, -1));
+        painter->restore();
+    }
+}
+
+void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                          const QWidget* widget) const
+{
+    if (element == PE_PanelItemViewRow && (option->state & State_Selected) && widget && !hasFocusWithin(widget))
+        if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
+            const QStyleOptionViewItem pale = paler(*item);
+            QProxyStyle::drawPrimitive(element, &pale, painter, widget);
+            return;
+        }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+} // namespace orlo::widgets

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace orlo::widgets
+{
+
+/// The look of the program, and what all controls of a kind do alike: Fusion with a highlight that can be read, a frame
+/// around the list or text that has the focus, and a paler highlight in lists that haven't.
+class Style : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    Style();
+
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
+    void polish(QPalette& palette) override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};
+
+} // namespace orlo::widgets
