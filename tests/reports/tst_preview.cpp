@@ -219,6 +219,37 @@ private Q_SLOTS:
         QVERIFY(findText(hebrew, "שלום").at(0).box.left() > findText(hebrew, "עולם").at(0).box.right());
     }
 
+    // Tab goes around the window, with an outline and without; Escape leaves what has the focus for the pages first.
+    void tabAndEscape_data()
+    {
+        QTest::addColumn<bool>("outlined");
+        QTest::newRow("outline") << true;
+        QTest::newRow("none") << false;
+    }
+    void tabAndEscape()
+    {
+        QFETCH(bool, outlined);
+        auto document = std::make_shared<Document>(*sampleDocument());
+        if (!outlined)
+            document->outline.clear();
+        OpenPreview preview(document);
+        preview.window->setPageListVisible(true);
+        auto& view = preview.window->view();
+        QSet<QWidget*> reached;
+        for (QWidget* at = &view; at && !reached.contains(at); at = QApplication::focusWidget()) {
+            reached += at;
+            QTest::keyClick(at, Qt::Key_Tab);
+        }
+        for (const char* name : {"lstPages", "spnPage", "cboZoom", "vwPages"}) {
+            auto* control = preview.child<QWidget>(name);
+            QVERIFY2(reached.contains(control), name);
+            control->setFocus();
+            QTest::keyClick(control, Qt::Key_Escape);
+            QCOMPARE(preview.window->isVisible(), control != &view);
+            QVERIFY(control == &view || view.hasFocus());
+        }
+    }
+
     void savesByTheDialog()
     {
         const OpenPreview preview;

@@ -91,7 +91,9 @@ PageList::PageList(std::shared_ptr<const Document> document, QWidget* parent)
     setAccessibleName(tr("Page list"));
     setDocumentMode(true);
     addPages();
-    if (!m_document->outline.empty())
+    if (m_document->outline.empty())
+        setFocusPolicy(Qt::NoFocus); // its tab bar doesn't show, and Tab would end there
+    else
         addOutline();
     setTabBarAutoHide(true);
     setUsesScrollButtons(false);

@@ -104,6 +104,12 @@ void drawGlyph(QPainter& painter, Glyph glyph)
         painter.drawLine(QPointF(6, 6), QPointF(18, 18));
         painter.drawLine(QPointF(18, 6), QPointF(6, 18));
         break;
+    case Glyph::Calendar:
+        painter.drawRect(QRectF(4, 5, 16, 15));
+        painter.drawLine(QPointF(4, 10), QPointF(20, 10));
+        for (const double x : {8.5, 15.5})
+            painter.drawLine(QPointF(x, 3), QPointF(x, 6.5));
+        break;
     }
 }
 

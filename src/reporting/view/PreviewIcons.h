@@ -5,8 +5,24 @@
 namespace orlo::reports
 {
 
-/// The pictures on the preview's buttons.
-enum class Glyph { First, Previous, Next, Last, ZoomIn, ZoomOut, Find, Up, Down, Print, Pdf, Csv, Pages, Close };
+/// The pictures on the preview's buttons, and the sign of a date field.
+enum class Glyph {
+    First,
+    Previous,
+    Next,
+    Last,
+    ZoomIn,
+    ZoomOut,
+    Find,
+    Up,
+    Down,
+    Print,
+    Pdf,
+    Csv,
+    Pages,
+    Close,
+    Calendar
+};
 
 /// A line drawing in the palette's text colour of the moment, sharp at every size.
 [[nodiscard]] QIcon glyphIcon(Glyph glyph);

@@ -145,7 +145,11 @@ void PreviewWindow::keyPressEvent(QKeyEvent* event)
         QMainWindow::keyPressEvent(event);
     else if (m_findBar->isVisible())
         m_findBar->dismiss();
-    else
+    else if (!m_view->hasFocus()) { // it leaves what it was typed in first, and what was typed there
+        showPage(m_view->currentPage());
+        showZoom();
+        m_view->setFocus();
+    } else
         close();
 }
 
