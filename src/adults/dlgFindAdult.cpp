@@ -1,6 +1,5 @@
 #include "adults/dlgFindAdult.h"
 
-#include "adults/LeaderLists.h"
 #include "adults/frmAdults.h"
 #include "shell/forms/DenList.h"
 #include "ui_dlgFindAdult.h"
@@ -15,7 +14,7 @@ dlgFindAdult::dlgFindAdult() : ui(std::make_unique<Ui::dlgFindAdult>())
     const auto enableFind = [this] { ui->cmdFind->setEnabled(true); };
     for (QLineEdit* box : {ui->txtFirst, ui->txtLast, ui->txtMi})
         connect(box, &QLineEdit::textChanged, this, enableFind);
-    connect(ui->cmbDen, &widgets::ComboBox::textChange, this, enableFind);
+    connect(ui->cmbDen, &widgets::ComboBox::textChange, this, &dlgFindAdult::cmbDen_Change);
     connect(ui->cmbDen, &widgets::ComboBox::clicked, this, &dlgFindAdult::cmbDen_Click);
     connect(ui->cmbDen, &widgets::ComboBox::dropDown, this, &dlgFindAdult::loadDens);
 }
@@ -29,21 +28,26 @@ void dlgFindAdult::load()
 
 void dlgFindAdult::loadDens()
 {
-    mDenSIDs = listActiveDens(*ui->cmbDen);
+    refill(*ui->cmbDen, mDenSIDs, activeDens());
 }
 
 void dlgFindAdult::cmbDen_Click()
 {
-    mDenIndex = ui->cmbDen->listIndex();
+    mDen = mDenSIDs[static_cast<std::size_t>(ui->cmbDen->listIndex())];
     ui->cmdFind->setEnabled(true);
 }
 
-// A den that was typed and never picked is no criterion.
+// A den that is typed in full counts as its row. Any other text leaves the den that was picked before, if one was.
+void dlgFindAdult::cmbDen_Change()
+{
+    if (const int row = ui->cmbDen->findText(ui->cmbDen->text(), Qt::MatchExactly | Qt::MatchCaseSensitive); row >= 0)
+        mDen = mDenSIDs[static_cast<std::size_t>(row)];
+    ui->cmdFind->setEnabled(true);
+}
+
 void dlgFindAdult::handOver(frmAdults& form)
 {
-    std::int16_t den = -1;
-    if (!ui->cmbDen->text().isEmpty() && mDenIndex >= 0)
-        den = leaderLists::entry(mDenSIDs, mDenIndex);
+    const std::int16_t den = ui->cmbDen->text().isEmpty() ? std::int16_t{-1} : mDen;
     form.SetFindData(ui->txtFirst->text(), ui->txtLast->text(), ui->txtMi->text(), den);
 }
 

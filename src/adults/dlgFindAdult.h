@@ -31,9 +31,10 @@ protected:
 private:
     void loadDens();
     void cmbDen_Click();
+    void cmbDen_Change();
 
     std::unique_ptr<Ui::dlgFindAdult> ui;
-    int mDenIndex = -1; ///< the row picked in cmbDen
+    std::int16_t mDen = -1; ///< the key of the den picked in cmbDen
     std::vector<std::int16_t> mDenSIDs;
 };
 

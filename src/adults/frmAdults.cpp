@@ -11,6 +11,7 @@
 #include "ui_frmAdults.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
+#include "widgets/TextBox.h"
 
 #include <QStringBuilder>
 
@@ -48,7 +49,7 @@ enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
 RecordField nameField(QStringView name, QLineEdit* box)
 {
     RecordField field = textField(name, box);
-    field.show = [box](const store::Value& value) { box->setText(value.toText()); };
+    field.show = [box](const store::Value& value) { widgets::fillBox(*box, value.toText()); };
     return field;
 }
 
@@ -351,7 +352,7 @@ std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& pa
 void frmAdults::cmdAddDenAssn_Click()
 {
     SaveRecord();
-    ui->txtFirst->setFocus();
+    focusFirstField();
     ui->cmdSave->setEnabled(false);
     if (mRecordCount == 0)
         return;
@@ -373,7 +374,7 @@ void frmAdults::cmdDelDenAssn_Click()
                                           : QStringLiteral(" position in ") + grid.columnText(DenLevel) +
                                                 QStringLiteral(" Den ") + number;
     if (widgets::ask(QStringLiteral("Are you sure you want to delete the ") + grid.columnText(Title) + place,
-                     QStringLiteral("Delete Assigned Position")))
+                     QStringLiteral("Delete Assigned Position"), widgets::Preset::No))
         deletePosition();
 }
 

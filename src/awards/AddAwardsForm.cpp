@@ -76,7 +76,7 @@ void AddAwardsForm::load()
 {
     m_catalogue->clear();
     mAwards = awardEntries();
-    for (const AwardEntry& award : mAwards)
+    for (const ListEntry& award : mAwards)
         m_catalogue->addItem(award.text);
 }
 
@@ -128,7 +128,7 @@ void AddAwardsForm::cmdAdd_Click()
 // Two awards of the same name and type both count as the first one.
 std::int16_t AddAwardsForm::awardSID(const QString& text) const
 {
-    const auto found = std::ranges::find(mAwards, text, &AwardEntry::text);
+    const auto found = std::ranges::find(mAwards, text, &ListEntry::text);
     return found == mAwards.end() ? std::int16_t{-1} : found->sid;
 }
 

@@ -78,7 +78,7 @@ private:
     QLineEdit* m_date = nullptr;
     widgets::CheckListBox* m_catalogue = nullptr;
     widgets::ListBox* m_selected = nullptr;
-    std::vector<AwardEntry> mAwards; ///< in the query's order, which isn't that of the sorted lists
+    std::vector<ListEntry> mAwards; ///< in the query's order, which isn't that of the sorted lists
 };
 
 } // namespace orlo

@@ -93,6 +93,9 @@ frmAssignInsignias::frmAssignInsignias()
     : Form(widgets::FormKind::Child), ui(std::make_unique<Ui::frmAssignInsignias>())
 {
     ui->setupUi(this);
+    for (widgets::TextGrid* grid : {ui->fgSelectFrom, ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
+        grid->setToolTip(tr("Double-click a row, or press the space bar on it, to select"));
+    ui->fgSelected->setToolTip(tr("Double-click a row, or press the space bar on it, to take it out"));
     openCalendarOnDoubleClick(ui->txtAssignDate);
     setLeaveCheck(ui->txtAssignDate, [this] { return ValidateDate(ui->txtAssignDate->text()); });
     connectEvents();
@@ -177,7 +180,7 @@ void frmAssignInsignias::SSTabAssignInsignias_Click()
 
 void frmAssignInsignias::comDen_DropDown()
 {
-    mDenSIDs = listActiveDens(*ui->comDen);
+    refill(*ui->comDen, mDenSIDs, activeDens());
 }
 
 void frmAssignInsignias::comDen_Click()
@@ -189,7 +192,7 @@ void frmAssignInsignias::comDen_Click()
 
 void frmAssignInsignias::cboAward_DropDown()
 {
-    mAwardSIDs = listAwards(*ui->cboAward);
+    refill(*ui->cboAward, mAwardSIDs, awardEntries());
 }
 
 void frmAssignInsignias::cboAward_Click()
@@ -291,6 +294,7 @@ bool frmAssignInsignias::fill(const Source& source, const QString& query)
         if (selected.contains(sid))
             grid.setText(row, Marker, Marked);
     }
+    grid.setRow(1); // where the keys begin
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmEditAssignedAward.h"
+#include "widgets/TextBox.h"
 
 namespace orlo
 {
@@ -31,9 +32,10 @@ frmEditAssignedAward::~frmEditAssignedAward() = default;
 
 void frmEditAssignedAward::load()
 {
-    listAwards(*ui->cmbAward);
-    ui->txtDateAssigned->setText(gEditDate);
-    ui->txtQuantity->setText(QString::number(gEditQuantity));
+    for (const ListEntry& award : awardEntries())
+        ui->cmbAward->addItem(award.text);
+    widgets::fillBox(*ui->txtDateAssigned, gEditDate);
+    widgets::fillBox(*ui->txtQuantity, QString::number(gEditQuantity));
     ui->cmbAward->setText(gEditAwardText);
 }
 

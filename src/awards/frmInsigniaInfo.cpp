@@ -18,6 +18,8 @@ frmInsigniaInfo::frmInsigniaInfo()
       ui(std::make_unique<Ui::frmInsigniaInfo>())
 {
     ui->setupUi(this);
+    m_name = textField(u"Insignia_Name", ui->txtInsigniaName);
+    m_description = textField(u"Description", ui->txtInsigniaInfo);
     m_types = insigniaTypes(*ui);
     bindControls({*ui, ui->txtInsigniaName});
     setCancelButton(ui->cmdDelete);
@@ -54,8 +56,8 @@ void frmInsigniaInfo::reload()
 
 void frmInsigniaInfo::FillRecord()
 {
-    ui->txtInsigniaName->setText(rsRecords->value(u"Insignia_Name").textOrEmpty());
-    ui->txtInsigniaInfo->setPlainText(rsRecords->value(u"Description").textOrEmpty());
+    m_name.show(rsRecords->value(m_name.name));
+    m_description.show(rsRecords->value(m_description.name));
     mCurrentSID = rsRecords->value(u"Insignia_SID").toInt16();
     // A type outside the nine leaves the option that was set before.
     const QString stored = rsRecords->value(u"Insignia_Type").textOrEmpty();
@@ -77,10 +79,10 @@ void frmInsigniaInfo::SaveRecord()
 {
     if (!mNewRecord)
         rsRecords->edit();
-    rsRecords->setValue(u"Insignia_Name", ui->txtInsigniaName->text());
+    rsRecords->setValue(m_name.name, m_name.value());
     if (ui->txtInsigniaInfo->toPlainText().isEmpty())
         ui->txtInsigniaInfo->setPlainText(QStringLiteral(" "));
-    rsRecords->setValue(u"Description", ui->txtInsigniaInfo->toPlainText());
+    rsRecords->setValue(m_description.name, m_description.value());
     rsRecords->setValue(u"Insignia_Type", chosenType(m_types));
     if (mNewRecord)
         rsRecords->setValue(u"Insignia_SID", int{mCurrentSID});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "awards/InsigniaTypes.h"
+#include "shell/forms/RecordField.h"
 #include "shell/forms/WalkingForm.h"
 
 #include <memory>
@@ -47,6 +48,8 @@ private:
     void cmdFind_Click();
 
     std::unique_ptr<Ui::frmInsigniaInfo> ui;
+    RecordField m_name;
+    RecordField m_description;
     std::array<InsigniaType, 9> m_types;
     bool mFindRequested = false;      ///< the dialog's last answer was "find"
     bool mSelectAllRequested = false; ///< the dialog's last answer was "select all"

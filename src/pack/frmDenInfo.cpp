@@ -7,6 +7,7 @@
 #include "shell/forms/PersonName.h"
 #include "ui_frmDenInfo.h"
 #include "widgets/MessageBox.h"
+#include "widgets/TextBox.h"
 
 #include <QLineEdit>
 
@@ -62,15 +63,15 @@ void frmDenInfo::FillRecord()
 {
     if (mRecordCount < 1)
         return;
-    ui->txtDenNumber->setText(rsRecords->value(u"Den_Number").textOrEmpty());
-    ui->txtDenName->setText(rsRecords->value(u"Den_Name").textOrEmpty());
+    widgets::fillBox(*ui->txtDenNumber, rsRecords->value(u"Den_Number").textOrEmpty());
+    widgets::fillBox(*ui->txtDenName, rsRecords->value(u"Den_Name").textOrEmpty());
     ui->txtActive->setText(rsRecords->value(u"Active").textOrEmpty());
     // A den without a type, or of one that isn't listed, leaves the box as it was.
     const QString type = rsRecords->value(u"Den_Type").textOrEmpty();
     if (ui->comDenType->findText(type, Qt::MatchFixedString) >= 0)
         ui->comDenType->setText(type);
     const store::Value year = rsRecords->value(u"Year_Started");
-    ui->txtYearStarted->setText(year.isNull() ? QStringLiteral("0") : year.toText());
+    widgets::fillBox(*ui->txtYearStarted, year.isNull() ? QStringLiteral("0") : year.toText());
     mCurrentSID = rsRecords->value(u"Den_SID").toInt16();
     ui->lstScouts->clear();
     ui->lstAdults->clear();

@@ -4,6 +4,7 @@
 #include "shell/forms/Module1.h"
 #include "ui_frmPackInformation.h"
 #include "widgets/MessageBox.h"
+#include "widgets/TextBox.h"
 
 namespace orlo
 {
@@ -49,8 +50,8 @@ void frmPackInformation::load()
 
 void frmPackInformation::showRecord()
 {
-    ui->txtPackNum->setText(rsPack->value(NumberField).toText());
-    ui->txtPackName->setText(rsPack->value(NameField).toText());
+    widgets::fillBox(*ui->txtPackNum, rsPack->value(NumberField).toText());
+    widgets::fillBox(*ui->txtPackName, rsPack->value(NameField).toText());
 }
 
 void frmPackInformation::SavePackInfo()
@@ -73,7 +74,7 @@ void frmPackInformation::promptSaveChanges()
     if (!ui->cmdSave->isEnabled())
         return;
     if (widgets::ask(QStringLiteral("Data Changes Not Saved. Do you want to save your changes"),
-                     QStringLiteral("Save Changes"))) {
+                     QStringLiteral("Save Changes"), widgets::Preset::Yes, widgets::OnEscape::DoesNothing)) {
         SavePackInfo();
         ui->txtPackNum->setFocus();
     }

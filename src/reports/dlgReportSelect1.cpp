@@ -84,7 +84,7 @@ void dlgReportSelect1::fillPeople(const QString& query, QStringView keyField)
 void dlgReportSelect1::fillDens()
 {
     ui->cmbDen->addItem(All);
-    for (const DenEntry& den : activeDens()) {
+    for (const ListEntry& den : activeDens()) {
         ui->cmbDen->addItem(den.text);
         mDens.push_back({den.sid, den.text});
     }

@@ -96,8 +96,9 @@ struct Screen : test::RecordScreen<frmAdults> {
         timer.start(5);
         press(form, button);
     }
-    // "cmbDen:0" picks a row, "+text" types into cmbDen, "Last:X" into txtLast, "Tab" is the key, other words are
-    // clicks. A dialog that they leave open is cancelled. The log: whether they did, and what could be seen at the end.
+    // "cmbDen:0" picks a row, "open" opens the list and closes it, "+text" types into cmbDen, "Last:X" into txtLast,
+    // "Tab" is the key, other words are clicks. A dialog that they leave open is cancelled. The log: whether they did,
+    // and what could be seen at the end.
     void work(const QPointer<QWidget>& dialog, const QStringList& steps) const
     {
         for (const QString& step : steps + QStringList("end")) {
@@ -121,8 +122,11 @@ struct Screen : test::RecordScreen<frmAdults> {
             } else if (auto* line = dialog->findChild<QLineEdit*>("txt" + name))
                 line->setText(value);
             else if (step.startsWith('+'))
-                dialog->findChild<widgets::ComboBox*>("cmbDen")->setText(step.sliced(1));
-            else if (step == "Tab")
+                dialog->findChild<widgets::ComboBox*>("cmbDen")->setText(step.sliced(1).replace('_', ' '));
+            else if (step == "open") {
+                dialog->findChild<widgets::ComboBox*>("cmbDen")->showPopup();
+                dialog->findChild<widgets::ComboBox*>("cmbDen")->hidePopup();
+            } else if (step == "Tab")
                 QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
             else if (step != "end")
                 press(*dialog, step);
@@ -275,6 +279,7 @@ private Q_SLOTS:
             $1 n Mi=Q cmdAddDenAssn>    | Adult 4 of 4 FP..n.d page 0 | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>,  Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
             -3 optInactive n cmdAddDenAssn> | None ....n.. off 0 | | 1/Y, 2/Y, 4/Y, 5/Y | 6 | 5 + 2 |
             -1,2,3,4 n First=Zoe Last=Ash s | Adult 1 of 1 ....n.d page 0 | Ash, Zoe | 1/Y | 6 | 5 + 2 |
+            @2 preset E   | Adult 3 of 3 FP..n.d page 0  | Fay, Dot X.; Old, Bob; Young, Ann M. | 1/Y, 2/Y, 3/N, 4/Y | 6 | 5 + 2 | adult?
             @2 no E       | Adult 3 of 3 FP..n.d page 0  | Fay, Dot X.; Old, Bob; Young, Ann M. | 1/Y, 2/Y, 3/N, 4/Y | 6 | 5 + 2 | adult?
             @2 yes E      | Adult 2 of 2 FP..n.d page 0  | Fay, Dot X.; Old, Bob | 2/Y, 3/N, 4/Y | 1 | 5 + 2 | adult?
             -2,4 $1 yes E | Adult 1 of 1 ....n.. off 0   | | 3/N | 1 | 5 + 2 | adult?)");
@@ -298,7 +303,8 @@ private Q_SLOTS:
             @1 cmdFind>First:B,Last:O,cmdFind   | Old, Bob       | Bob | Adult 1 of 1 ....n.d page 0 |
             @1 cmdFind>Mi:M,Last:Y,cmdFind      | Young, Ann M.  | Ann | Adult 1 of 1 ....n.d page 0 |
             #0 cmdFind>Last:y,Last:,cmdFind     | Fay, Dot X.; Idle, Cid; Old, Bob; Young, Ann M. | Dot | Adult 1 of 4 ..NLn.d page 0 |
-            #0 cmdFind>cmbDen:1,cmdFind         | Idle, Cid; Old, Bob | Cid | Adult 1 of 2 ..NLn.d page 0 |
+            #0 cmdFind>+Wolf_Den_3,open,cmdFind | Idle, Cid; Old, Bob | Cid | Adult 1 of 2 ..NLn.d page 0 |
+            #0 cmdFind>cmbDen:1,open,cmdFind    | Idle, Cid; Old, Bob | Cid | Adult 1 of 2 ..NLn.d page 0 |
             #0 cmdFind>cmbDen:1,First:B,cmdFind | Old, Bob       | Bob | Adult 1 of 1 ....n.d page 0 |
             L ok cmdFind>cmbDen:0,cmdFind       | Fay, Dot X.; Old, Bob; Young, Ann M. | Ann | Adult 3 of 3 FP..n.d page 0 | none
             @1 First=Rob s ok cmdFind>cmbDen:1,First:R,cmdFind | Fay, Dot X.; Old, Rob; Young, Ann M. | Rob | Adult 2 of 3 FPNLn.d page 0 | none

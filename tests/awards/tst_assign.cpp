@@ -203,6 +203,7 @@ private Q_SLOTS:
             tab1 den:Wolf adult1 scout1 row1                           | S1             | 1/
             tab1 den:Wolf adult1 scout1 row1 row1                      |                | /
             all tab1 den:Wolf allAdults clear | | /
+            tab1 den:Wolf allScouts den: none | | /
             all tab1 den:Wolf allAdults tab0 clear pack3 | S3 | 3
             pack4 pack1 Adults pack1 order assign                    | S4 S1 A1       | 1)");
     }
@@ -213,7 +214,7 @@ private Q_SLOTS:
     {
         test::table({"script", "said", "order", "given"}, R"(
             pack6 AssignDate=2/5/26 ok assign | Error: An Award needs to be selected!        | /2/5/26/cboAward         | 0
-            pack6 order award: ok assign      | Error: An Award needs to be selected!        | /2/5/26/cboAward         | 0
+            pack6 order award: assign         |                                              | //cmdAssignAward         | 1
             pack6 award:Bear_Pin ok assign    | Error: An Assigned Date needs to be entered! | Bear Pin//cmdAssignAward | 0
             pack6 order assign                |                                              | //cmdAssignAward         | 1
             pack6 order clear                 |                                              | //cmdClearAll            | 0)");

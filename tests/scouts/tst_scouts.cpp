@@ -11,6 +11,7 @@
 #include "widgets/TextGrid.h"
 
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QTabWidget>
 
 using namespace orlo;
@@ -235,6 +236,70 @@ private Q_SLOTS:
         screen.run("School=x s");
         QTEST(test::rows("Select Parent1_Den_Leader_SID, Parent2_Den_Leader_SID From Scouts Where Scout_SID = 1"),
               "links");
+    }
+
+    // After a pick that was cancelled, or the message, the next click counts, though it asks nothing while the focus
+    // stays; when the focus comes to the box again, it asks again.
+    void denLeaderAgain_data() { test::table({"way"}, "mouse\nkey\nmouse without den\nkey without den"); }
+    void denLeaderAgain()
+    {
+        QFETCH(QString, way);
+        test::fill(People);
+        const Screen screen;
+        screen.go(way.contains("without") ? "" : "@2");
+        auto& box = screen.get<QAbstractButton>("chkP1DenLeader");
+        int asked = 0;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&asked] {
+            auto* question = QApplication::activeModalWidget();
+            if (!question)
+                return;
+            ++asked;
+            if (auto* message = qobject_cast<QMessageBox*>(question))
+                message->button(QMessageBox::Ok)->click();
+            else
+                press(*question, "cmdCancel");
+        });
+        timer.start(5);
+        const auto states = [&](int clicks) {
+            screen.form.activateWindow();
+            if (!QTest::qWaitForWindowActive(&screen.form))
+                return QString("not active");
+            screen.get("txtFirst").setFocus();
+            if (way.startsWith("key"))
+                box.setFocus(Qt::TabFocusReason);
+            QString seen;
+            for (; clicks > 0; --clicks) {
+                if (way.startsWith("key"))
+                    QTest::keyClick(&box, Qt::Key_Space);
+                else
+                    QTest::mouseClick(&box, Qt::LeftButton);
+                seen += box.isChecked() ? 'x' : '-';
+            }
+            return seen + QString::number(asked);
+        };
+        QCOMPARE(states(3), "-x-1");
+        QCOMPARE(states(2), "-x2");
+        QVERIFY(screen.get("cmdSave").isEnabled());
+    }
+
+    // A note that nobody touched is written as it was stored, and what was undone in it comes from its own record.
+    void notes()
+    {
+        const QString stored = "a\r\nb" + QString(QChar::Nbsp) + "c";
+        test::fill(QString(People) + "Update Scouts Set Note = 'a' || char(13, 10) || 'b' || char(160) || 'c'");
+        const Screen screen;
+        auto& note = screen.get<QPlainTextEdit>("txtScoutNote");
+        screen.go("@2 First=X s");
+        QCOMPARE(test::rows("Select Note From Scouts Where Scout_SID = 1"), stored);
+        note.appendPlainText("other");
+        note.setPlainText("a\nb c");
+        screen.go("no @1 @2");
+        note.undo();
+        QCOMPARE(note.toPlainText(), "a\nb c");
+        QTest::keyClicks(&note, "x");
+        screen.go("s");
+        QCOMPARE(test::rows("Select Note From Scouts Where Scout_SID = 1"), "xa\nb c");
     }
 
     // Only the focus that comes from another control makes the box ask for what it needs.

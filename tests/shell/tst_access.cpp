@@ -60,7 +60,7 @@ QStringList faultsOf(QWidget& form)
             names += name;
         }
         expect(!bar || bar->width() >= bar->sizeHint().width(), "clipped tabs", widget->parentWidget());
-        if (widget->objectName().startsWith("qt_"))
+        if (widget->objectName().startsWith("qt_") || qobject_cast<QLineEdit*>(widget->parentWidget()))
             continue;
         const auto* label = qobject_cast<QLabel*>(widget);
         const auto* button = qobject_cast<QAbstractButton*>(widget);
@@ -76,6 +76,7 @@ QStringList faultsOf(QWidget& form)
         for (const auto& [text, ground] : {std::pair(widget->foregroundRole(), widget->backgroundRole()),
                                            {P::Text, P::Base},
                                            {P::Text, P::AlternateBase},
+                                           {P::HighlightedText, P::Highlight},
                                            {P::ButtonText, P::Button}}) {
             const auto [dark, light] = std::minmax({luminance(widget->palette().color(P::Active, text)),
                                                     luminance(widget->palette().color(P::Active, ground))});

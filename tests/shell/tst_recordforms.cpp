@@ -82,6 +82,30 @@ private Q_SLOTS:
         QTEST(test::rows("Select Last_Name From Scouts Order by Scout_SID").remove(','), "stored");
         QCOMPARE(tabs.currentIndex(), 0);
     }
+
+    // On another page the focus goes to what shows there: keys that follow change nothing unseen.
+    void focusOnPages_data() { test::table({"button"}, "F\nP\nN\nL\ns"); }
+    void focusOnPages()
+    {
+        QFETCH(QString, button);
+        const test::AppFolder folder;
+        test::fill("Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 1, 'Wolf', 'Y');"
+                   "With k(i) As (Values(1), (2), (3)) Insert Into Scouts (Scout_SID, First_Name, Active) "
+                   "Select i, 'Al', 'Y' From k");
+        const test::RecordScreen<frmScouts> screen;
+        for (const int page : {1, 2}) {
+            screen.run("N");
+            screen.get<QTabWidget>("tabScout").setCurrentIndex(page);
+            screen.get("cmdSave").setEnabled(true);
+            if (button != "s")
+                test::answerNext(QMessageBox::No);
+            screen.run(button);
+            QVERIFY(screen.form.focusWidget()->isVisible());
+            QTest::keyClicks(screen.form.focusWidget(), "x");
+            QCOMPARE(screen.get<QLineEdit>("txtFirst").text(), "Al");
+            screen.get<QTabWidget>("tabScout").setCurrentIndex(0);
+        }
+    }
 };
 
 ORLO_TEST(tst_recordforms)

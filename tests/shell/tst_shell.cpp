@@ -20,6 +20,8 @@
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QSpinBox>
+#include <QToolButton>
 
 using namespace orlo;
 
@@ -218,6 +220,10 @@ mnuHelp|&Help
         Q_EMIT windows.aboutToShow();
         QCOMPARE(windows.actions().size(), 2);
 
+        const auto commands = area.activeSubWindow()->systemMenu()->actions();
+        for (const QAction* window : commands) // none of the desktop's own keys
+            QVERIFY(!window->shortcuts().contains(QKeySequence(Qt::CTRL | Qt::Key_W)));
+
         // A waiting screen that is chosen again stays the one that waits.
         auto& help = test::control<QAction>(frame, "mnuHelpTopics");
         QTimer::singleShot(20, qApp, [&help] {
@@ -277,6 +283,7 @@ mnuHelp|&Help
         cancel | kept
         escape | kept
         close  | kept
+        year   | 11/1/2019
         page   | 3/1/2001
         disabled | kept
     )");
@@ -294,7 +301,13 @@ mnuHelp|&Help
             auto& month = test::control<widgets::Calendar>(*dialog, "ccCalendar");
             if (how == QLatin1String("page"))
                 month.setCurrentPage(2001, 3);
-            if (how == QLatin1String("cancel"))
+            if (how == QLatin1String("year")) {
+                auto& year = test::control<QSpinBox>(month, "qt_calendar_yearedit");
+                test::control<QToolButton>(month, "qt_calendar_yearbutton").click();
+                year.selectAll();
+                QTest::keyClicks(&year, "2019");
+                test::control<QPushButton>(*dialog, "cmdSelectDate").click(); // as Alt+S does
+            } else if (how == QLatin1String("cancel"))
                 QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdCancel"), Qt::LeftButton);
             else if (how == QLatin1String("escape"))
                 QTest::keyClick(dialog, Qt::Key_Escape);

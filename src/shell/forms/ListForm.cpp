@@ -13,6 +13,19 @@ void ListForm::bindList(const ListControls& controls)
     connect(m_list.list, &widgets::ListBox::clicked, this, &ListForm::list_Click);
 }
 
+// On another page than the first field's it is what that page begins with: nothing is to be typed unseen.
+QWidget* ListForm::fieldInView() const
+{
+    QWidget* first = controls().firstField;
+    QWidget* page = m_list.tabs->currentWidget();
+    if (page->isAncestorOf(first))
+        return first;
+    for (QWidget* control = page->nextInFocusChain(); control != page; control = control->nextInFocusChain())
+        if (page->isAncestorOf(control) && control->isEnabled() && (control->focusPolicy() & Qt::TabFocus))
+            return control;
+    return first;
+}
+
 // Repairs the position after a step off either end.
 void ListForm::SetNavButtons()
 {
@@ -102,7 +115,7 @@ void ListForm::showCurrent()
     FillRecord();
     SelectListRow(recordIndex());
     reloadDependants();
-    controls().firstField->setFocus();
+    focusFirstField();
 }
 
 void ListForm::cmdNew_Click()
@@ -122,7 +135,7 @@ void ListForm::cmdNew_Click()
     controls().cmdNew->setEnabled(false);
     controls().cmdDelete->setEnabled(false);
     enableExtraButtons(false);
-    controls().firstField->setFocus();
+    focusFirstField();
     mNewRecord = true;
     finishNew();
     ShowRecordInfo();
@@ -133,7 +146,7 @@ void ListForm::cmdSave_Click()
     SaveRecord();
     if (mRecordCount <= 0)
         return;
-    controls().firstField->setFocus();
+    focusFirstField();
     controls().cmdSave->setEnabled(false);
     enableRecordButtons();
 }
@@ -184,6 +197,7 @@ void ListForm::cmdDelete_Click()
         controls().cmdSave->setEnabled(false);
         controls().cmdNew->setEnabled(true);
         DisableFields();
+        controls().cmdNew->setFocus();
         return;
     }
     if (recordIndex() <= mRecordCount)
@@ -195,7 +209,7 @@ void ListForm::cmdDelete_Click()
     SetNavButtons();
     FillRecord();
     SelectListRow(recordIndex());
-    controls().firstField->setFocus();
+    focusFirstField();
 }
 
 // An existing record is not put back: what was typed stays on screen, out of reach of any save.

@@ -33,6 +33,7 @@ protected:
 
     void bindList(const ListControls& controls);
 
+    [[nodiscard]] QWidget* fieldInView() const override;
     void SetNavButtons() override;
     /// Makes a row the list's current one, 1-based. It counts as a click when the row changes.
     void SelectListRow(int position);

@@ -85,14 +85,16 @@ void PeopleForm::cmdLast_Click()
     ReloadAwardGrid();
 }
 
+// Where Escape asks this, the Enter that may follow it is not to delete anybody.
 bool PeopleForm::confirmDelete()
 {
+    const bool byEscape = cancelButton() == controls().cmdDelete;
     return widgets::ask(
         QStringLiteral("ARE YOU SURE YOU WANT TO DELETE THE CURRENT %1 RECORD and all of the %2's Award Records? The "
                        "alternitive is to set the %3 to inactive. This will retain all the %2's data in the program, "
                        "but disable the %2 from showing up on reports.")
             .arg(m_noun.toUpper(), m_noun, m_noun.toLower()),
-        QStringLiteral("Delete ") + m_noun);
+        QStringLiteral("Delete ") + m_noun, byEscape ? widgets::Preset::No : widgets::Preset::Yes);
 }
 
 void PeopleForm::deleteAwards()
@@ -207,14 +209,14 @@ QString PeopleForm::newRowText() const
 
 bool PeopleForm::readDens()
 {
-    const std::vector<DenEntry> dens = allDens();
+    const std::vector<ListEntry> dens = allDens();
     if (dens.empty()) {
         widgets::message(noDensText(), QStringLiteral("Selection Error"));
         return false;
     }
     mDenSIDs.clear();
     m_denTexts.clear();
-    for (const DenEntry& den : dens) {
+    for (const ListEntry& den : dens) {
         mDenSIDs.push_back(den.sid);
         m_denTexts.append(den.text);
     }
@@ -318,7 +320,7 @@ void PeopleForm::cmdFind_Click()
         FillRecord();
         SelectListRow(recordIndex());
     }
-    controls().firstField->setFocus();
+    focusFirstField();
 }
 
 // ---- Awards

@@ -1,10 +1,13 @@
 #include "shell/forms/RecordField.h"
 
 #include "widgets/ComboBox.h"
+#include "widgets/TextBox.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+
+#include <memory>
 
 namespace orlo
 {
@@ -18,11 +21,20 @@ const QString Yes = QStringLiteral("Yes");
 const QString No = QStringLiteral("No");
 const QDate NoBirthDate(1001, 1, 1);
 
-// A box that holds the text already isn't laid out again.
-void showText(QLineEdit& box, const QString& text)
+// A text of several lines as it is stored and as its box shows it, which knows one kind of line end and of blank.
+struct Lines {
+    QString stored;
+    QString shown;
+};
+
+void showLines(QPlainTextEdit& box, Lines& lines, const QString& text)
 {
-    if (box.text() != text)
-        box.setText(text);
+    lines.stored = text;
+    if (box.toPlainText() != text || box.document()->isModified() || box.document()->isUndoAvailable() ||
+        box.document()->isRedoAvailable())
+        box.setPlainText(text);
+    box.moveCursor(QTextCursor::Start);
+    lines.shown = box.toPlainText();
 }
 
 // A time of day, which another program may have stored, has no room in the box.
@@ -42,18 +54,19 @@ RecordField listField(QStringView name, widgets::ComboBox* list, const Value& ye
 
 RecordField textField(QStringView name, QLineEdit* box)
 {
-    return {name, box, [box](const Value& value) { showText(*box, value.textOrEmpty()); },
+    return {name, box, [box](const Value& value) { widgets::fillBox(*box, value.textOrEmpty()); },
             [box] { return Value(box->text()); }};
 }
 
 RecordField textField(QStringView name, QPlainTextEdit* box)
 {
-    return {name, box,
-            [box](const Value& value) {
-                if (const QString text = value.textOrEmpty(); box->toPlainText() != text)
-                    box->setPlainText(text);
-            },
-            [box] { return Value(box->toPlainText()); }};
+    const auto lines = std::make_shared<Lines>();
+    return {name, box, [box, lines](const Value& value) { showLines(*box, *lines, value.textOrEmpty()); },
+            [box, lines] {
+                QString text = box->toPlainText();
+                const bool untouched = !box->document()->isModified() && text == lines->shown;
+                return Value(untouched ? lines->stored : text.remove(QChar::Null));
+            }};
 }
 
 RecordField numberField(QStringView name, QLineEdit* box)
@@ -73,7 +86,7 @@ RecordField wholeNumberField(QStringView name, QLineEdit* box)
 RecordField dateField(QStringView name, QLineEdit* box)
 {
     RecordField field = textField(name, box);
-    field.show = [box](const Value& value) { showText(*box, dayText(value)); };
+    field.show = [box](const Value& value) { widgets::fillBox(*box, dayText(value)); };
     field.value = [box] { return box->text().isEmpty() ? Value() : Value(dateText(box->text())); };
     return field;
 }
@@ -82,7 +95,7 @@ RecordField birthDateField(QStringView name, QLineEdit* box)
 {
     const auto show = [box](const Value& value) {
         const bool missing = value.isDate() && value.toDate().date == NoBirthDate;
-        showText(*box, missing ? QString() : dayText(value));
+        widgets::fillBox(*box, missing ? QString() : dayText(value));
     };
     return {name, box, show, [box] { return Value(dateText(box->text())); }};
 }

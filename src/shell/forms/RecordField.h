@@ -26,7 +26,8 @@ struct RecordField {
     std::function<store::Value()> value;
 };
 
-/// The text as it stands, untrimmed.
+/// The text as it stands, untrimmed. One of several lines that nobody touched is given as it was stored, whatever kinds
+/// of line ends and blanks it has.
 [[nodiscard]] RecordField textField(QStringView name, QLineEdit* box);
 [[nodiscard]] RecordField textField(QStringView name, QPlainTextEdit* box);
 /// The number that the text begins with; 0 where it begins with none.

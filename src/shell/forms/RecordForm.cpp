@@ -64,6 +64,18 @@ void RecordForm::enableSaveOnChange(std::initializer_list<QWidget*> controls)
     }
 }
 
+void RecordForm::focusFirstField()
+{
+    (m_controls->firstField->isEnabled() ? fieldInView() : m_controls->cmdNew)->setFocus();
+}
+
+void RecordForm::showEvent(QShowEvent* event)
+{
+    Form::showEvent(event);
+    if (mRecordCount == 0 && !mNewRecord)
+        m_controls->cmdNew->setFocus();
+}
+
 void RecordForm::cmdExit_Click()
 {
     PromptSaveChanges();
@@ -86,7 +98,7 @@ void RecordForm::PromptSaveChanges()
     if (!m_controls->cmdSave->isEnabled())
         return;
     if (widgets::ask(QStringLiteral("Data Changes Not Saved.Do you want to save your changes"),
-                     QStringLiteral("Save Changes")))
+                     QStringLiteral("Save Changes"), widgets::Preset::Yes, widgets::OnEscape::DoesNothing))
         SaveRecord();
     m_controls->cmdSave->setEnabled(false);
 }

@@ -78,6 +78,12 @@ protected:
     virtual void cmdCancel_Click() = 0;
     void cmdExit_Click();
 
+    void showEvent(QShowEvent* event) override;
+
+    /// Gives the focus to the first field, or to cmdNew while there is no record to type into.
+    void focusFirstField();
+    /// The field that stands for the first one while that doesn't show.
+    [[nodiscard]] virtual QWidget* fieldInView() const { return m_controls->firstField; }
     void ShowRecordInfo();
     void PromptSaveChanges();
     void DisableRecordButtons();

@@ -23,7 +23,7 @@ void WalkingForm::cmdFirst_Click()
     FillRecord();
     setRecordIndex(1);
     ShowRecordInfo();
-    controls().firstField->setFocus();
+    focusFirstField();
     SetNavButtons();
 }
 
@@ -59,7 +59,7 @@ void WalkingForm::cmdLast_Click()
     setRecordIndex(mRecordCount);
     ShowRecordInfo();
     FillRecord();
-    controls().firstField->setFocus();
+    focusFirstField();
     SetNavButtons();
 }
 
@@ -68,7 +68,7 @@ void WalkingForm::showNeighbour(int index)
     FillRecord();
     setRecordIndex(index);
     ShowRecordInfo();
-    controls().firstField->setFocus();
+    focusFirstField();
 }
 
 void WalkingForm::cmdNew_Click()
@@ -78,7 +78,7 @@ void WalkingForm::cmdNew_Click()
     rsRecords->addNew();
     ClearRecord();
     startNew();
-    controls().firstField->setFocus();
+    focusFirstField();
     mNewRecord = true;
     ShowRecordInfo();
     SetNavButtons();
@@ -88,7 +88,7 @@ void WalkingForm::cmdNew_Click()
 void WalkingForm::cmdSave_Click()
 {
     SaveRecord();
-    controls().firstField->setFocus();
+    focusFirstField();
     controls().cmdSave->setEnabled(false);
     controls().cmdNew->setEnabled(true);
     controls().cmdDelete->setEnabled(true);
@@ -118,6 +118,7 @@ void WalkingForm::cmdDelete_Click()
         DisableRecordButtons();
         DisableFields();
         setRecordIndex(0);
+        controls().cmdNew->setFocus();
     }
     finishDelete();
     ShowRecordInfo();

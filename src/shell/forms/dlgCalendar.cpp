@@ -1,9 +1,11 @@
 #include "shell/forms/dlgCalendar.h"
 
 #include "platform/Conversion.h"
+#include "reporting/view/PreviewIcons.h"
 #include "shell/forms/Module1.h"
 #include "ui_dlgCalendar.h"
 
+#include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -28,13 +30,18 @@ public:
         // A field that takes no input gets its mouse events here all the same.
         if (!m_field->isEnabled() || (!key && event->type() != QEvent::MouseButtonDblClick))
             return QObject::eventFilter(watched, event);
-        widgets::Instance<dlgCalendar>::showWaiting();
-        if (!gCalendarDate.isEmpty()) {
-            m_field->setText(gCalendarDate);
-            if (m_picked)
-                m_picked();
-        }
+        pick();
         return true;
+    }
+
+    void pick()
+    {
+        widgets::Instance<dlgCalendar>::showWaiting();
+        if (gCalendarDate.isEmpty())
+            return;
+        m_field->setText(gCalendarDate);
+        if (m_picked)
+            m_picked();
     }
 
 private:
@@ -65,6 +72,7 @@ void dlgCalendar::load()
 
 void dlgCalendar::cmdSelectDate_Click()
 {
+    ui->ccCalendar->endYearEdit();
     if (ui->ccCalendar->day() < 2)
         ui->ccCalendar->setDay(1);
     takeDate();
@@ -79,9 +87,13 @@ void dlgCalendar::takeDate()
 void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
 {
     // The forms limit the width of date fields; with large letters a date, and the room around it, takes more.
-    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00")));
-    field->installEventFilter(new DateFieldFilter(field, std::move(picked)));
-    field->setToolTip(QObject::tr("Double-click for a calendar"));
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00000")));
+    auto* filter = new DateFieldFilter(field, std::move(picked));
+    field->installEventFilter(filter);
+    field->setToolTip(QObject::tr("Double-click, or press F4, for a calendar"));
+    QAction* sign = field->addAction(reports::glyphIcon(reports::Glyph::Calendar), QLineEdit::TrailingPosition);
+    sign->setText(QObject::tr("Calendar"));
+    QObject::connect(sign, &QAction::triggered, filter, &DateFieldFilter::pick);
 }
 
 } // namespace orlo

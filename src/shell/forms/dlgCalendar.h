@@ -32,8 +32,8 @@ private:
     std::unique_ptr<Ui::dlgCalendar> ui;
 };
 
-/// Makes a text box a date field: a double click, or F4, opens the calendar, and a date picked there replaces the text.
-/// Then `picked` runs, where the form has something to do.
+/// Makes a text box a date field: a double click, F4, or a click on its sign opens the calendar, and a date picked
+/// there replaces the text. Then `picked` runs, where the form has something to do.
 void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked = {});
 
 } // namespace orlo

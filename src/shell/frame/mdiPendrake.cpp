@@ -44,6 +44,8 @@ namespace orlo
 namespace
 {
 
+const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
+
 // Unloads a form for backup and restore. One that isn't loaded is loaded first; where its load step fails, it is gone
 // all the same.
 template <class F>
@@ -229,6 +231,11 @@ QMdiSubWindow* mdiPendrake::addChild(widgets::Form& form)
     auto* window =
         ui->mdiArea->addSubWindow(form.hasFixedBorder() ? static_cast<QWidget*>(&form) : new ScreenScroll(form), flags);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    // Qt gives it the desktop's own keys, Ctrl+W among them, which would drop what was typed.
+    const auto commands = window->systemMenu()->actions();
+    for (QAction* command : commands)
+        if (!command->shortcuts().isEmpty())
+            command->setShortcut(CloseWindow);
     if (form.hasFixedBorder())
         window->layout()->setSizeConstraint(QLayout::SetFixedSize);
     return window;
