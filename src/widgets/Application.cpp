@@ -120,10 +120,19 @@ bool Application::pressesAgain(QObject* receiver, const QEvent* event)
 {
     if (event->type() == QEvent::Shortcut)
         return m_held && qobject_cast<QAbstractButton*>(receiver);
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride &&
+        event->type() != QEvent::KeyRelease)
         return false;
     const auto* key = static_cast<const QKeyEvent*>(event);
-    m_held = key->isAutoRepeat();
+    if (event->type() == QEvent::KeyRelease) {
+        m_releasedKey = key->key();
+        m_releasedAt = key->timestamp();
+        return false;
+    }
+    // A busy program isn't always told that a key repeats. What it gets then is a release and a press at one time,
+    // which no hand can do.
+    const bool atOnce = key->timestamp() != 0 && key->timestamp() == m_releasedAt && key->key() == m_releasedKey;
+    m_held = key->isAutoRepeat() || atOnce;
     if (!m_held || event->type() == QEvent::ShortcutOverride || !receiver->isWidgetType())
         return false;
     switch (key->key()) {

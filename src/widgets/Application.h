@@ -32,6 +32,8 @@ private:
     [[nodiscard]] bool pressesAgain(QObject* receiver, const QEvent* event);
 
     bool m_held = false; // the key that is being dealt with repeats by itself
+    int m_releasedKey = 0;
+    quint64 m_releasedAt = 0; // its time stamp
 };
 
 } // namespace orlo::widgets
