@@ -108,7 +108,9 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
             return;
         }
     QProxyStyle::drawControl(element, option, painter, widget);
-    if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) && hasFocusWithin(widget)) {
+    const bool hasFocus =
+        widget && (widget->hasFocus() || (qobject_cast<const QAbstractItemView*>(widget) && hasFocusWithin(widget)));
+    if (element == CE_ShapedFrame && hasFocus && qobject_cast<const QAbstractScrollArea*>(widget)) {
         painter->save();
         painter->setPen(QPen(option->palette.color(QPalette::Active, QPalette::Highlight), FocusFrame));
         painter->drawRect(option->rect.adjusted(1, 1, -1, -1));
