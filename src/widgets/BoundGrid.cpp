@@ -26,7 +26,6 @@ BoundGrid::BoundGrid(QWidget* parent)
       m_guard(std::make_unique<RowGuard>(*this, [this] { return commitRow(); }))
 {
     setHorizontalHeader(new HeadingRow(this));
-    setVerticalHeader(new MarkColumn(this));
     setModel(m_model);
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ContiguousSelection);
@@ -35,6 +34,7 @@ BoundGrid::BoundGrid(QWidget* parent)
     setTabKeyNavigation(false); // Tab leaves the grid; from a cell's editor it goes to the next cell
     setCornerButtonEnabled(false);
     setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
 
     m_caption->setObjectName(QStringLiteral("caption"));
     m_caption->setAlignment(Qt::AlignCenter);

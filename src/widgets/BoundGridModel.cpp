@@ -1,6 +1,5 @@
 #include "widgets/BoundGridModel.h"
 
-#include "widgets/BoundGridHeaders.h"
 #include "widgets/DataControl.h"
 
 #include <limits>
@@ -43,7 +42,7 @@ QVariant BoundGridModel::headerData(int section, Qt::Orientation orientation, in
     }
     if (orientation == Qt::Vertical && role == Qt::DisplayRole) {
         if (section == m_openRow)
-            return QString(QChar(MarkColumn::Pencil)); // not written yet
+            return QStringLiteral("\u270E"); // a pencil: not written yet
         return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("*") : QString();
     }
     if (orientation == Qt::Vertical && role == Qt::TextAlignmentRole)

@@ -1,17 +1,38 @@
 #include "widgets/ListBox.h"
 
 #include "platform/RuntimeError.h"
+#include "widgets/CellMargin.h"
 
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QStyledItemDelegate>
 
 #include <memory>
 
 namespace orlo::widgets
 {
 
+namespace
+{
+
+// Rows as high as those of the grids; tick boxes keep apart, too.
+class RowDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const QSize size = QStyledItemDelegate::sizeHint(option, index);
+        return size.expandedTo(QSize(0, option.fontMetrics.height() + 2 * CellMargin));
+    }
+};
+
+} // namespace
+
 ListBox::ListBox(QWidget* parent) : QListWidget(parent)
 {
+    setItemDelegate(new RowDelegate(this));
     setUniformItemSizes(true); // one line a row, so that a long list needn't measure each
     connect(this, &QListWidget::currentRowChanged, this, [this](int index) {
         if (index >= 0 && !m_silent)

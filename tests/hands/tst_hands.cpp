@@ -57,6 +57,7 @@ bad date: another window | mnuDenInfo mnuAssignInsignias 2:fgSelectFrom[0,1] cbo
 bad date: closing asks nothing | mnuAdults txtPackStartDate '9/99 Control+F4 ! mnuPurchaseList txtStartDate '9/99 close ! mnuDenInfo @txtDenNumber | Select Count(*) From Adults | 2
 Enter deletes a scout | mnuScouts cmdDelete ?ARE Return ! | Select Count(*) From Scouts | 2
 Ctrl+Z brings no other record's text | mnuScouts txtFirst Control+a 'q cmdNext ?Data no txtFirst=Bo txtFirst Control+z Control+z txtFirst=Bo | Select First_Name From Scouts | Ada, Bo, Cy
+repair under a grid | ID_Pack_Den_Positions mnuRepairDatabase cmdRefreshDenPostions ! Alt+c ! | Select Count(*) From Dens | 3
 )");
 }
 
