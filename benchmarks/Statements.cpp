@@ -57,7 +57,7 @@ void prepareStatements(Table& table)
                    [&] {
                        std::vector<QByteArray> translated;
                        for (const QString& statement : statements(start))
-                           translated.push_back(store::translate(statement).sql.toUtf8());
+                           translated.push_back(connection.translated(statement)->sql.toUtf8());
                        return timed([&] {
                            for (const QByteArray& sql : translated)
                                benchmark::DoNotOptimize(plain.prepare(sql).get());

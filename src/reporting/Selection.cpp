@@ -17,7 +17,7 @@ QString quoted(QString text)
 Written literal(const Value& value)
 {
     if (value.isBool())
-        return QString::number(int(value.toBool()));
+        return value.toText();
     if (value.isNumber())
         return QString::number(value.toDouble(), 'g', 17);
     if (value.isText())

@@ -58,6 +58,19 @@ private Q_SLOTS:
             Where Left([Last Name], 2) = 'o''' And UCase(Mid([Last Name],3)) = 'BRIEN' | 3
             Where SID In (Select SID From Older)                                   | 1 4
             Where Mail = True;                                                     | 1 4
+            Where -1 = Mail Or Mail = 1                                            | 1 4
+            Where Null = Den                                                       | 2
+            Where Den Is Not Null And Null <> Born                                 | 1 4
+            Where Born = '1/1/1001' Or '6/7/14' = Born                             | 1 4
+            Where Born < Date() - 30 And Born > #1/1/2000# + 1                     | 1 2
+            Where Born + 1 Between '6/8/2014' And #6/8/2014#                       | 1
+            Where Born Like '6/?/*'                                                | 1
+            Where Not Den = 3 Or SID = 3 And Mail                                  | 4
+            Where [Last Name] + 'x' = 'ØSTX'                                       | 1
+            Where Den In (3, SID) And SID Not In (3, 3.0)                          | 1 4
+            Where SID Not Between 2 And 3                                          | 1 4
+            Where Exists (Select * From Older Where Older.SID = People.SID)        | 1 4
+            Where 'ØSTER' In (Select [Last Name] From People P Where P.SID = People.SID) | 2
             order by [Last Name] DESC                                              | 2 1 3 4
         )");
         QTest::newRow("either quote") << "Where people.[last name] = \"o'brien\""
@@ -101,7 +114,11 @@ private Q_SLOTS:
             Select * From Older                                                | fixed 2 2
             Select * From People Where SID = 0                                 | updatable 0 5
             Select Den From People Where Den = (Select Max(Den) From People)   | updatable 1 1
-            Select SID From People Limit 3                                     | fixed 3 1
+            Select SID, Count(*) From (Select SID From People) As P Group By SID | fixed 4 2
+            Select * From (People As P Left Join Older On P.SID = Older.SID) Inner Join People As Q On Q.SID = P.SID | fixed 4 12
+            Select Distinct UCase([Last Name]) & '' From (Select [Last Name] From People Union All Select 'ØST' From People) As P | fixed 4 1
+            Select Count(*) From People Group By Left([Last Name], 1) & Left('', 1) | fixed 3 1
+            Select P.*, 1 From People P                                        | updatable 4 6
         )");
     }
     void shapes()
@@ -110,6 +127,66 @@ private Q_SLOTS:
         const Recordset rows = m_database->openRecordset(source);
         const QString kind = rows.updatable() ? "updatable" : "fixed";
         QTEST(QString("%1 %2 %3").arg(kind).arg(rows.recordCount()).arg(rows.fields().size()), "shape");
+    }
+
+    // What an expression gives for the first two people: dates and yes/no are told by their texts.
+    void expressions_data()
+    {
+        test::table({"expression", "values"}, R"(
+            1 + 2 & 'a'                                     | 3a; 3a
+            'a' & 2 * 3 & Den                               | a63; a6
+            'a' & -1 & ('b' & Null)                         | a-1b; a-1b
+            5/2                                             | 2.5; 2.5
+            7 - 2 - 1 * (3 - 1) / 4                         | 4.5; 4.5
+            -(2 - -3) * +2                                  | -10; -10
+            [Last Name] + 'x'                               | Østx; østerx
+            'x' + Null                                      | -; -
+            '5' + 1                                         | 6; 6
+            'x' + 1                                         | -; -
+            Den + '1' & 'x'                                 | 4x; x
+            Born + 1                                        | 6/8/2014; 1/1/2016
+            1 + Born                                        | 6/8/2014; 1/1/2016
+            Born - 0.25                                     | 6/6/2014 6:00:00 PM; 12/30/2015 6:00:00 PM
+            Born - #6/1/2014#                               | 6; 578
+            'on ' & Born & ', ' & Mail                      | on 6/7/2014, -1; on 12/31/2015, 0
+            Mail + 0                                        | -1; 0
+            Mail = -1                                       | True; False
+            Not Mail                                        | False; True
+            1 < 2 = True                                    | True; True
+            Mail < False                                    | True; False
+            IIf(Den = 3, Born, Null)                        | 6/7/2014; -
+            IIf(Den = 3, 'N/A', SID)                        | N/A; 2
+            IIf(Mail, Mail, 5)                              | -1; 5
+            IIf([Last Name] = 'ØST', SID + 1, SID) + 1      | 3; 3
+            IsNull(Den)                                     | False; True
+            (Select Max(Born) From People)                  | 12/31/2015; 12/31/2015
+            (Select Sum(Mail) From People)                  | -2; -2
+            Round(2.5) & Round(1.25, 1)                     | 21.2; 21.2
+            InStr([Last Name], 'ST') & Len(Born)            | 28; 210
+            Year(Born + 30) & Month('6/7/14') & Day(2)      | 201461; 201661
+            Abs(SID - 3) & Mid('abc', SID, 1)               | 2a; 1b
+        )");
+    }
+    void expressions()
+    {
+        QFETCH(QString, expression);
+        Recordset rows = m_database->openRecordset("Select " + expression + " From People Where SID < 3 Order By SID");
+        QCOMPARE(rows.fields()[0].name, "Expr1000");
+        QTEST(texts(rows, u"Expr1000", "; "), "values");
+    }
+
+    // What a set that can't be changed makes of kinds, and of texts that differ in case only.
+    void computedSets()
+    {
+        m_database->createQueryDef("Shown", "Select [Last Name] & '' As Name, Max(Born) As Latest, Max(Mail = True) As "
+                                            "Any From People Group By [Last Name] & '' Order By 1");
+        m_database->execute("Insert Into People (SID, [Last Name], Born) Values (5, 'ØST', #1/2/2020#)");
+        m_database->execute("Update People Set Born = '12/31/' & 19, Mail = -1 Where IsNull(Born)");
+        Recordset rows = m_database->openRecordset("Select Name, Latest, Latest + 1 As Day From Shown Order By Name");
+        QCOMPARE(texts(rows, u"Latest"), "1/1/1001 12/31/2019 1/2/2020 12/31/2015");
+        rows.moveFirst();
+        QCOMPARE(texts(rows, u"Day"), "1/2/1001 1/1/2020 1/3/2020 1/1/2016");
+        QCOMPARE(m_database->openRecordset("Shown").value(1).isDate(), true);
     }
 
     void failures_data()
@@ -130,7 +207,24 @@ private Q_SLOTS:
             Select * From People Where SID = Nowhere                         | source | 3061
             Select * From sqlite_master                                      | source | 3078
             Select * From Stored_Queries                                     | source | 3078
-            Select * From pragma_table_info('People')                        | source | 3078
+            Select * From pragma_table_info('People')                        | source | 3075
+            Select * From People Limit 3                                     | source | 3075
+            Select Case When SID = 1 Then 2 End From People                  | source | 3075
+            Select Cast(SID As Text) From People                             | source | 3075
+            Select * From main.People                                        | source | 3075
+            Select main.People.SID From People                               | source | 3075
+            Select SID N From People                                         | source | 3075
+            Select SID From People Except Select 1                           | source | 3075
+            Select SID From People Where SID == 1                            | source | 3075
+            Select SID % 2 From People                                       | source | 3075
+            Select Coalesce(SID, 1) From People                              | source | 3075
+            Select Left(SID) From People                                     | source | 3075
+            Select SID +                                                     | source | 3075
+            Select SID Not 1 From People                                     | source | 3075
+            Delete From People Returning SID                                 | action | 3075
+            Update People Set SID = 9 From Older                             | action | 3075
+            Insert Into People (SID) Values (9) On Conflict Do Nothing       | action | 3075
+            Insert Into People (SID) Values (9), (10)                        | action | 3075
             Select load_extension('x') From People                           | source | 3075
             Select randomblob(1000000000) From People                        | source | 3075
             Select * From People                                             | action | 3075
@@ -171,6 +265,9 @@ private Q_SLOTS:
             Insert Into People (SID) Values (NULL)                      | 3 - 3 4
             Delete * From People Where Den = 3                          | - 4
             Update People Set Den = NULL, Mail = 1 Where Den = 4        | 3 - 3 -
+            Update People As P Set P.Den = 2.5 + Mail Where Mail        | 2 - 3 2
+            Insert Into People (SID, Den, Born) Values (5, '7', 'soon') | 3 - 3 4
+            Update People Set Den = Born - #6/1/2014# Where SID = 1     | 6 - 3 4
         )");
     }
     void refusedRowsArePassedOver()
@@ -182,12 +279,12 @@ private Q_SLOTS:
     }
 
 private:
-    static QString texts(Recordset& rows, QStringView field)
+    static QString texts(Recordset& rows, QStringView field, const QString& between = " ")
     {
         QStringList texts;
         for (; !rows.eof(); rows.moveNext())
             texts += rows[field].isNull() ? "-" : rows[field].toText();
-        return texts.join(u' ');
+        return texts.join(between);
     }
 
     QTemporaryDir m_folder;

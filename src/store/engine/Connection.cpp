@@ -134,6 +134,7 @@ void Connection::close()
     m_sources.clear();
     m_shapes.clear();
     m_tables.clear();
+    m_fields.clear();
     if (m_db && QFile::exists(journalOf(m_file))) {
         // The journal persists from one change to the next, but not beside a closed file. Where another program uses
         // the file, it is that one's.
@@ -198,7 +199,21 @@ void Connection::run(const QByteArray& sql)
 
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
-    return m_translations.get(statement, [&] { return std::make_shared<const Translated>(translate(statement)); });
+    return m_translations.get(statement, [&] {
+        const auto fieldsOf = [this](QStringView name) { return fields(name); };
+        return std::make_shared<const Translated>(translate(statement, fieldsOf));
+    });
+}
+
+std::shared_ptr<const KnownFields> Connection::fields(QStringView name)
+{
+    const QString key = name.toString().toCaseFolded();
+    if (const auto known = m_fields.constFind(key); known != m_fields.cend())
+        return known.value();
+    m_fields.insert(key, nullptr); // for a query that names itself
+    if (const TableInfo* found = table(name))
+        m_fields.insert(key, knownFields(*this, TableInfo(*found)));
+    return m_fields.value(key);
 }
 
 std::shared_ptr<const Source> Connection::source(const QString& text)
@@ -228,9 +243,11 @@ void Connection::noteSchemaChange()
 {
     m_byText.clear(); // a prepared statement tells the old columns until it runs
     m_statements.clear();
+    m_translations.clear();
     m_sources.clear();
     m_shapes.clear();
     m_tables.clear();
+    m_fields.clear();
     noteChange();
 }
 

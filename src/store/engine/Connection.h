@@ -79,6 +79,8 @@ public:
     void execute(const Translated& action);
 
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
+    /// The fields of a table or stored query, as far as they are known; null where there is none of the name.
+    [[nodiscard]] std::shared_ptr<const KnownFields> fields(QStringView name);
     [[nodiscard]] std::shared_ptr<const Source> source(const QString& text);
     /// The shape of a statement's rows, made where it isn't known.
     [[nodiscard]] std::shared_ptr<const RowShape> shape(const QByteArray& sql,
@@ -118,6 +120,7 @@ private:
     Cache<QString, Source> m_sources;
     Cache<QByteArray, RowShape> m_shapes;
     QHash<QString, TableInfo> m_tables;
+    QHash<QString, std::shared_ptr<const KnownFields>> m_fields;
     quint64 m_changeStamp = 0;
 };
 

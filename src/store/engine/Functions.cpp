@@ -1,14 +1,18 @@
 #include "store/engine/Functions.h"
 
 #include "platform/Conversion.h"
+#include "platform/RuntimeError.h"
+#include "store/engine/Rows.h"
 #include "store/engine/Text.h"
+#include "store/engine/Value.h"
 
 #include <QString>
 
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <iterator>
+#include <cmath>
+#include <optional>
 
 namespace orlo::store
 {
@@ -119,6 +123,104 @@ void partOf(sqlite3_context* context, int, Arguments arguments)
         sqlite3_result_int(context, Part(date->date));
 }
 
+// The number that a value counts as: a date's day, a text's number; nothing for any other text.
+std::optional<double> numberOf(sqlite3_value* value)
+{
+    if (isNull(value))
+        return std::nullopt;
+    if (sqlite3_value_type(value) != SQLITE_TEXT)
+        return sqlite3_value_double(value);
+    const std::string_view bytes = utf8(value);
+    if (const auto date = readIso({bytes.data(), static_cast<qsizetype>(bytes.size())}))
+        return Value(*date).toDouble();
+    return platform::readNumber(text(value));
+}
+
+void asNumber(sqlite3_context* context, int, Arguments arguments)
+{
+    if (sqlite3_value_type(arguments[0]) == SQLITE_INTEGER)
+        sqlite3_result_value(context, arguments[0]);
+    else if (const auto number = numberOf(arguments[0]))
+        sqlite3_result_double(context, *number);
+}
+
+void asText(sqlite3_context* context, int, Arguments arguments)
+{
+    if (sqlite3_value_type(arguments[0]) == SQLITE_FLOAT)
+        giveText(context, platform::numberText(sqlite3_value_double(arguments[0]) + 0.0));
+    else if (!isNull(arguments[0]))
+        giveText(context, text(arguments[0]));
+}
+
+std::optional<DateTime> dateOf(sqlite3_value* value)
+{
+    if (sqlite3_value_type(value) == SQLITE_TEXT)
+        return platform::readDate(text(value));
+    try {
+        return Value(sqlite3_value_double(value)).toDate();
+    } catch (const platform::RuntimeError&) {
+        return std::nullopt; // beyond the years that there are
+    }
+}
+
+// To compare with a date, what is none counts as nothing; to go into a field it stays, for the file to refuse.
+template <bool Stays>
+void asDate(sqlite3_context* context, int, Arguments arguments)
+{
+    if (isNull(arguments[0]))
+        return;
+    if (const auto date = dateOf(arguments[0]))
+        giveText(context, QString::fromLatin1(isoText(*date)));
+    else if (Stays)
+        sqlite3_result_value(context, arguments[0]);
+}
+
+void dateText(sqlite3_context* context, int, Arguments arguments)
+{
+    if (isNull(arguments[0]))
+        return;
+    if (const auto date = dateOf(arguments[0]))
+        giveText(context, platform::shortDate(*date));
+}
+
+// As a record set rounds what goes into a field of whole numbers: half to even.
+void asWhole(sqlite3_context* context, int, Arguments arguments)
+{
+    const double number = std::nearbyint(sqlite3_value_double(arguments[0]));
+    if (sqlite3_value_type(arguments[0]) == SQLITE_FLOAT && std::abs(number) < 1e15)
+        sqlite3_result_int64(context, static_cast<sqlite3_int64>(number));
+    else
+        sqlite3_result_value(context, arguments[0]);
+}
+
+// `+` where the kinds of both sides show only now.
+void joinOrAdd(sqlite3_context* context, int, Arguments arguments)
+{
+    if (isNull(arguments[0]) || isNull(arguments[1]))
+        return;
+    if (sqlite3_value_type(arguments[0]) == SQLITE_TEXT && sqlite3_value_type(arguments[1]) == SQLITE_TEXT)
+        return giveText(context, text(arguments[0]) + text(arguments[1]));
+    const auto left = numberOf(arguments[0]);
+    const auto right = numberOf(arguments[1]);
+    if (left && right)
+        sqlite3_result_double(context, *left + *right);
+}
+
+void findText(sqlite3_context* context, int, Arguments arguments)
+{
+    if (!isNull(arguments[0]) && !isNull(arguments[1]))
+        sqlite3_result_int64(context, text(arguments[0]).indexOf(text(arguments[1]), 0, Qt::CaseInsensitive) + 1);
+}
+
+void roundEven(sqlite3_context* context, int size, Arguments arguments)
+{
+    if (isNull(arguments[0]))
+        return;
+    const double scale =
+        std::pow(10.0, static_cast<double>(size > 1 ? std::min<qsizetype>(count(arguments[1]), 15) : 0));
+    sqlite3_result_double(context, std::nearbyint(sqlite3_value_double(arguments[0]) * scale) / scale);
+}
+
 void date(sqlite3_context* context, int, Arguments)
 {
     giveText(context, platform::today().toString(Qt::ISODate));
@@ -156,14 +258,24 @@ constexpr Function Functions[] = {
     {"day", 1, Pure, partOf<dayOf>},
     {"date", 0, Changing, date},
     {"now", 0, Changing, now},
+    {"as_number", 1, Pure, asNumber},
+    {"as_text", 1, Pure, asText},
+    {"as_date", 1, Pure, asDate<false>},
+    {"to_date", 1, Pure, asDate<true>},
+    {"date_text", 1, Pure, dateText},
+    {"as_whole", 1, Pure, asWhole},
+    {"join_or_add", 2, Pure, joinOrAdd},
+    {"find_text", 2, Pure, findText},
+    {"round_even", 1, Pure, roundEven},
+    {"round_even", 2, Pure, roundEven},
 };
 
+// What the translator writes of SQLite's own, and what the views of files may call that an earlier version has made.
 // Without anything that reads files or the engine, or that grows a small input without bound.
 constexpr const char* Allowed[] = {
-    "abs",   "avg",   "coalesce", "count",  "date",    "datetime", "day",   "glob",  "ifnull", "iif",
-    "instr", "lcase", "left",     "len",    "length",  "like",     "lower", "ltrim", "max",    "mid",
-    "min",   "month", "now",      "nullif", "replace", "right",    "round", "rtrim", "substr", "sum",
-    "total", "trim",  "typeof",   "ucase",  "unicode", "upper",    "year",
+    "abs",    "avg",   "coalesce", "count", "datetime", "glob",    "ifnull", "iif",   "instr",
+    "length", "lower", "ltrim",    "max",   "min",      "nullif",  "round",  "rtrim", "replace",
+    "substr", "sum",   "total",    "trim",  "typeof",   "unicode", "upper",
 };
 
 } // namespace
@@ -179,8 +291,8 @@ void addFunctions(sqlite3* db)
 
 bool isDialectFunction(const char* name)
 {
-    return std::any_of(std::begin(Allowed), std::end(Allowed),
-                       [name](const char* allowed) { return sqlite3_stricmp(allowed, name) == 0; });
+    const auto same = [name](const char* allowed) { return sqlite3_stricmp(allowed, name) == 0; };
+    return std::ranges::any_of(Allowed, same) || std::ranges::any_of(Functions, same, &Function::name);
 }
 
 } // namespace orlo::store

@@ -40,7 +40,7 @@ void Recordset::Impl::openSnapshot()
 {
     auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
-    shape->fields = resultFields(*m_connection, statement);
+    shape->fields = resultFields(*m_connection, statement, m_source->fields.get());
     m_snapshot = Rows(allColumns(*shape));
     while (statement.step()) {
         if (m_snapshot.size() == MostRows)
@@ -48,9 +48,11 @@ void Recordset::Impl::openSnapshot()
         m_snapshot.append(statement.handle());
     }
     m_size = m_snapshot.size();
-    for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i)
-        if (!sqlite3_column_decltype(statement.handle(), i))
-            shape->fields[static_cast<std::size_t>(i)].type = m_snapshot.typeOf(i);
+    for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {
+        FieldType& type = shape->fields[static_cast<std::size_t>(i)].type;
+        if (type == FieldType::Text && !sqlite3_column_decltype(statement.handle(), i))
+            type = m_snapshot.typeOf(i);
+    }
     m_shape = std::move(shape);
 }
 

@@ -32,24 +32,43 @@ QStringView withoutBrackets(QStringView name)
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
 }
 
-// True if an Order by counts columns, which only holds where the columns are there.
-bool ordersByNumber(QStringView tail)
+KnownField knownField(const char* name, const char* declared)
 {
-    const qsizetype order = tail.lastIndexOf(u"order", -1, Qt::CaseInsensitive);
-    if (order < 0)
-        return false;
-    const QStringView list = tail.sliced(order);
-    for (qsizetype i = 1; i < list.size(); ++i)
-        if (list[i].isDigit() && (list[i - 1] == u',' || list[i - 1].isSpace()))
-            return true;
-    return false;
+    KnownField field{QString::fromUtf8(name)};
+    if (!declared)
+        return field;
+    switch (declaredField(declared).type) {
+    case FieldType::Boolean:
+        field.kind = ValueKind::Truth;
+        break;
+    case FieldType::Integer:
+    case FieldType::Long:
+        field.whole = true;
+        [[fallthrough]];
+    case FieldType::Double:
+        field.kind = ValueKind::Number;
+        break;
+    case FieldType::Date:
+        field.kind = ValueKind::Date;
+        break;
+    case FieldType::Text:
+    case FieldType::Memo:
+        field.kind = ValueKind::Text;
+        break;
+    }
+    return field;
+}
+
+FieldType computedType(ValueKind kind)
+{
+    return kind == ValueKind::Date ? FieldType::Date : kind == ValueKind::Truth ? FieldType::Boolean : FieldType::Text;
 }
 
 std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& source, QStringView table)
 {
     auto statement = connection.statement(source.rowSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
-    shape->fields = resultFields(connection, statement);
+    shape->fields = resultFields(connection, statement, source.fields.get());
     const TableDef definition = readTable(connection, table);
     sqlite3_stmt* const handle = statement.handle();
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {
@@ -95,7 +114,24 @@ bool showsNumbers(Connection& connection, const QString& table)
            keys.text(1).compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0;
 }
 
-std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement)
+std::shared_ptr<const KnownFields> knownFields(Connection& connection, const TableInfo& table)
+{
+    try {
+        const QString own = table.isQuery ? readQuery(connection, table.name).sql : QString();
+        if (!own.isEmpty())
+            return connection.translated(own)->fields;
+        auto fields = std::make_shared<KnownFields>();
+        const auto rows = connection.statement("SELECT * FROM " + quoted(table.name));
+        for (int i = 0; i < sqlite3_column_count(rows.handle()); ++i)
+            fields->push_back(
+                knownField(sqlite3_column_name(rows.handle(), i), sqlite3_column_decltype(rows.handle(), i)));
+        return fields;
+    } catch (const RuntimeError&) {
+        return nullptr;
+    }
+}
+
+std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement, const KnownFields* known)
 {
     std::vector<FieldInfo> fields;
     sqlite3_stmt* const handle = statement.handle();
@@ -106,6 +142,8 @@ std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement
         FieldInfo field;
         if (const char* declared = sqlite3_column_decltype(handle, i))
             field = declaredField(declared);
+        else if (known && static_cast<int>(known->size()) == count)
+            field.type = computedType((*known)[static_cast<std::size_t>(i)].kind);
         field.name = QString::fromUtf8(sqlite3_column_name(handle, i));
         if (const char* column = sqlite3_column_origin_name(handle, i)) {
             int counter = 0;
@@ -130,6 +168,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
             throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
         name = translated.singleSource;
         source->rowsSql = translated.sql.toUtf8();
+        source->fields = translated.fields;
     } else
         translated.columns = QStringLiteral(" *");
 
@@ -140,6 +179,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
                                platform::standardDescription(platform::UnknownTable) +
                                    QStringLiteral(" (%1)").arg(text));
         const QString own = table->isQuery ? readQuery(connection, name).sql : QString();
+        source->fields = connection.fields(name);
         source->rowsSql =
             own.isEmpty() ? "SELECT * FROM " + quoted(table->name) : connection.translated(own)->sql.toUtf8();
     }
@@ -152,15 +192,15 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     source->wholeTable = !statement;
     const QByteArray called = translated.singleAlias.isEmpty() ? source->table : quoted(translated.singleAlias);
     const QByteArray from =
-        " FROM " + source->table + (translated.singleAlias.isEmpty() ? QByteArray() : " AS " + called) + ' ';
+        " FROM " + source->table + (translated.singleAlias.isEmpty() ? QByteArray() : " AS " + called);
     const QByteArray key = called + '.' + table->rowKey;
     const QByteArray columns = translated.columns.toUtf8();
     const QByteArray tail = translated.tail.toUtf8();
-    source->rowSql = "SELECT" + columns + from + "WHERE " + key + "=?1";
-    source->blockSql = "SELECT" + columns + ',' + key + from + "WHERE " + key + " IN (?" +
+    source->rowSql = "SELECT" + columns + from + " WHERE " + key + "=?1";
+    source->blockSql = "SELECT" + columns + ',' + key + from + " WHERE " + key + " IN (?" +
                        QByteArray(",?").repeated(LargestBlock - 1) + ')';
     source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
-    const bool keyAlone = source->shape->plain && !ordersByNumber(translated.tail);
+    const bool keyAlone = source->shape->plain && !translated.ordersByPlace;
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;
     if (translated.orderStart < 0) // as they were added, whatever index the way to them goes over
         source->keysSql += " ORDER BY " + key;

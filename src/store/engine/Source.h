@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/engine/Recordset.h"
+#include "store/engine/Sql.h"
 
 #include <QByteArray>
 
@@ -11,6 +12,7 @@ namespace orlo::store
 
 class Connection;
 class Statement;
+struct TableInfo;
 
 /// The most rows of an updatable set that are read at once.
 constexpr int LargestBlock = 256;
@@ -34,6 +36,7 @@ struct Source {
     QByteArray rowSql;        ///< one row by its key
     QByteArray blockSql;      ///< up to LargestBlock rows by their keys, the key in the last column, in any order
     QByteArray rowsSql;       ///< all rows of a read-only set
+    std::shared_ptr<const KnownFields> fields; ///< what is known of its fields; null for nothing
 
     [[nodiscard]] bool updatable() const { return shape != nullptr; }
 };
@@ -44,7 +47,10 @@ struct Source {
 [[nodiscard]] QByteArray rowKeyOf(Connection& connection, const QString& table);
 /// True if a field of the table is the row's number under another name.
 [[nodiscard]] bool showsNumbers(Connection& connection, const QString& table);
-/// The fields of a prepared statement's result.
-[[nodiscard]] std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement);
+/// The fields of a prepared statement's result. What is known of them tells a computed date and yes/no.
+[[nodiscard]] std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement,
+                                                  const KnownFields* known);
+/// What is known of the fields of a table or stored query; null for a query that can't be read.
+[[nodiscard]] std::shared_ptr<const KnownFields> knownFields(Connection& connection, const TableInfo& table);
 
 } // namespace orlo::store

@@ -1,403 +1,349 @@
 #include "store/engine/Sql.h"
 
-#include "platform/Conversion.h"
-#include "store/engine/SqlTokens.h"
+#include "store/engine/SqlTranslator.h"
+
+#include <QStringBuilder>
+
+#include <algorithm>
 
 namespace orlo::store
 {
 
-namespace
+SqlTranslator::SqlTranslator(const QString& statement, const FieldsOf& fieldsOf)
+    : m_text(statement), m_fieldsOf(fieldsOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
 {
-
-using Kind = TokenKind;
-
-bool isDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
 }
 
-// The usual form m/d/yyyy without the general reader's cost.
-std::optional<QDate> plainDate(QStringView text)
+Translated SqlTranslator::run()
 {
-    int parts[3] = {0, 0, 0};
-    int digits[3] = {0, 0, 0};
-    int part = 0;
-    for (const QChar c : text) {
-        if (c == u'/') {
-            if (++part > 2)
-                return std::nullopt;
-        } else if (!isDigit(c) || ++digits[part] > 4)
-            return std::nullopt;
-        else
-            parts[part] = parts[part] * 10 + c.digitValue();
-    }
-    if (part != 2 || digits[0] == 0 || digits[0] > 2 || digits[1] == 0 || digits[1] > 2 || digits[2] != 4)
-        return std::nullopt;
-    const QDate date(parts[2], parts[0], parts[1]);
-    return date.isValid() && parts[2] >= 100 ? std::optional(date) : std::nullopt;
-}
-
-class Translator
-{
-public:
-    explicit Translator(const QString& statement) : m_text(statement), m_tokens(tokenize(statement))
-    {
-        m_out.reserve(statement.size() + statement.size() / 4 + 32);
-    }
-
-    Translated run()
-    {
-        qsizetype i = verb();
-        if (m_result.kind == Translated::Kind::Select)
-            findSingleSource();
-        for (; m_tokens[i].kind != Kind::End; i = emitToken(i)) {
-            if (i == m_from)
-                m_columnsEnd = m_out.size();
-            if (i == m_tail)
-                m_tailStart = m_out.size();
-        }
-        if (!m_parens.isEmpty())
-            raiseSyntax(QStringLiteral("(A bracket isn't closed.)"));
-        if (!m_result.singleSource.isEmpty()) {
-            m_result.columns = m_out.mid(m_columnsStart, m_columnsEnd - m_columnsStart);
-            if (m_tailStart >= 0)
-                m_result.tail = m_out.mid(m_tailStart);
-        }
-        m_result.sql = std::move(m_out);
-        return std::move(m_result);
-    }
-
-private:
-    struct Paren {
-        qsizetype start;
-        bool isNull;
-    };
-
-    QStringView view(const Token& token) const { return QStringView(m_text).mid(token.start, token.length); }
-    bool is(const Token& token, const char* op) const
-    {
-        return token.kind == Kind::Operator && view(token) == QLatin1String(op);
-    }
-
-    // Writes the statement's verb; the place of the first token behind it.
-    qsizetype verb()
-    {
-        const Keyword first = m_tokens[0].keyword;
-        const Token& second = m_tokens[m_tokens[0].kind == Kind::End ? 0 : 1];
-        switch (first) {
-        case Keyword::Select:
-            m_result.kind = Translated::Kind::Select;
-            m_out += QLatin1String("SELECT");
-            return 1;
-        case Keyword::Insert:
-            // A row that the file refuses is passed over, not a failure.
-            if (second.keyword != Keyword::Into)
-                break;
-            m_result.kind = Translated::Kind::Insert;
-            m_out += QLatin1String("INSERT OR IGNORE");
-            return 1;
-        case Keyword::Update:
-            if (second.kind != Kind::Name &&
-                (second.kind != Kind::Word || view(second).compare(u"or", Qt::CaseInsensitive) == 0))
-                break;
-            m_result.kind = Translated::Kind::Update;
-            m_out += QLatin1String("UPDATE OR IGNORE");
-            return 1;
-        case Keyword::Delete:
-            m_result.kind = Translated::Kind::Delete;
-            m_out += QLatin1String("DELETE");
-            return is(second, "*") ? 2 : 1;
-        default:
-            break;
-        }
+    if (at(Keyword::Select))
+        select();
+    else if (take(Keyword::Insert))
+        insert();
+    else if (take(Keyword::Update))
+        update();
+    else if (take(Keyword::Delete))
+        remove();
+    else
         raiseSyntax(QStringLiteral("(Select, Insert, Update or Delete expected.)"));
-    }
+    expect(TokenKind::End);
+    return std::move(m_result);
+}
 
-    QString nameOf(const Token& token) const { return view(token).toString(); }
-    static bool isName(const Token& token)
-    {
-        return token.kind == Kind::Name || (token.kind == Kind::Word && token.keyword == Keyword::None);
-    }
-
-    // Looks ahead whether the Select reads one source and gives one record a row of it.
-    void findSingleSource()
-    {
-        int depth = 0;
-        qsizetype from = -1;
-        for (qsizetype i = 1; i < m_tokens.size(); ++i) {
-            const Token& token = m_tokens[i];
-            depth += token.kind == Kind::Open ? 1 : token.kind == Kind::Close ? -1 : 0;
-            switch (token.keyword) {
-            case Keyword::Distinct:
-            case Keyword::DistinctRow:
-            case Keyword::Union:
-            case Keyword::Join:
-            case Keyword::Limit: // the rows stand as they were cut off; nothing can follow
-                if (depth == 0)
-                    return;
-                break;
-            case Keyword::Sum:
-                if (m_tokens[i + 1].kind == Kind::Open && from < 0)
-                    return;
-                break;
-            case Keyword::From:
-                if (depth == 0 && from < 0)
-                    from = i;
-                break;
-            default:
-                break;
-            }
-        }
-        if (from < 0 || !isName(m_tokens[from + 1]))
-            return;
-        qsizetype after = from + 2;
-        QString alias;
-        if (m_tokens[after].keyword == Keyword::As)
-            ++after;
-        if (isName(m_tokens[after]))
-            alias = nameOf(m_tokens[after++]);
-        const Token& behind = m_tokens[after];
-        if (behind.kind != Kind::End && behind.keyword != Keyword::Where && behind.keyword != Keyword::Order)
-            return;
-        m_from = from;
-        m_columnsStart = m_out.size();
-        m_tail = behind.kind == Kind::End ? -1 : after;
-        m_result.singleSource = nameOf(m_tokens[from + 1]);
-        m_result.singleAlias = alias;
-    }
-
-    static bool isWordlike(Kind kind)
-    {
-        return kind == Kind::Word || kind == Kind::Number || kind == Kind::Text || kind == Kind::Date ||
-               kind == Kind::Name;
-    }
-
-    void blankBefore(qsizetype i)
-    {
-        const Kind before = m_tokens[i - 1].kind;
-        if (m_tokens[i].blankBefore || i == 1 ||
-            (isWordlike(m_tokens[i].kind) && (isWordlike(before) || before == Kind::Close)))
-            m_out += u' ';
-    }
-
-    // Writes one token, or the few that belong together, and gives the place of the next.
-    qsizetype emitToken(qsizetype i)
-    {
-        const Token& token = m_tokens[i];
-        blankBefore(i);
-        if (isWordlike(token.kind) && !is(m_tokens[i - 1], "."))
-            m_primary = m_out.size();
-        switch (token.kind) {
-        case Kind::Word:
-            return emitWord(i);
-        case Kind::Text:
-            emitText(token);
-            if (m_tokens[i - 1].keyword != Keyword::As)
-                m_out += QLatin1String(" COLLATE NOCASE");
-            break;
-        case Kind::Date:
-            emitDate(token);
-            break;
-        case Kind::Name:
-            emitName(view(token));
-            break;
-        case Kind::Open: {
-            const bool call = m_tokens[i - 1].kind == Kind::Word || m_tokens[i - 1].kind == Kind::Name;
-            m_parens.append({call && !token.blankBefore ? m_primary : m_out.size(), false});
-            m_out += u'(';
-            break;
-        }
-        case Kind::Close:
-            if (m_parens.isEmpty())
-                raiseSyntax(QStringLiteral("(A bracket too many.)"));
-            m_primary = m_parens.back().start;
-            m_out += m_parens.back().isNull ? QLatin1String(") IS NULL)") : QLatin1String(")");
-            m_parens.removeLast();
-            break;
-        case Kind::Operator:
-            return emitOperator(i);
-        case Kind::Comma:
-            m_assigning = m_assigning || (m_inSet && m_parens.isEmpty());
-            m_out += u',';
-            break;
-        case Kind::Number:
-            m_out += view(token);
-            break;
-        case Kind::End:
-            break;
-        }
-        return i + 1;
-    }
-
-    qsizetype emitWord(qsizetype i)
-    {
-        const Token& token = m_tokens[i];
-        const bool call = m_tokens[i + 1].kind == Kind::Open;
-        switch (token.keyword) {
-        case Keyword::DistinctRow:
-            m_out += QLatin1String("DISTINCT");
-            return i + 1;
-        case Keyword::IsNull:
-            if (!call)
-                break;
-            m_parens.append({m_out.size(), true});
-            m_out += QLatin1String("((");
-            return i + 2;
-        case Keyword::Left:
-        case Keyword::Right:
-            // The bare word would open a join.
-            if (!call)
-                break;
-            emitName(view(token));
-            return i + 1;
-        case Keyword::Set:
-            if (m_result.kind == Translated::Kind::Update && m_parens.isEmpty())
-                m_inSet = m_assigning = true;
-            break;
-        case Keyword::Order:
-        case Keyword::Limit:
-            if (m_parens.isEmpty())
-                m_result.orderStart = token.keyword == Keyword::Order ? m_out.size() : -1;
-            break;
-        case Keyword::Where:
-            if (m_parens.isEmpty())
-                m_inSet = m_assigning = false;
-            break;
-        default:
-            break;
-        }
-        m_out += view(token);
-        return i + 1;
-    }
-
-    qsizetype emitOperator(qsizetype i)
-    {
-        const Token& token = m_tokens[i];
-        if (token.keyword == Keyword::Amp)
-            return emitConcatenation(i);
-        const bool assignment = is(token, "=") && m_assigning && m_parens.isEmpty();
-        if (assignment)
-            m_assigning = false;
-        else if (m_tokens[i + 1].keyword == Keyword::Null) {
-            const bool equal = is(token, "=");
-            if (equal || is(token, "<>") || is(token, "!=")) {
-                m_out += equal ? QLatin1String(" IS NULL") : QLatin1String(" IS NOT NULL");
-                return i + 2;
-            }
-        }
-        m_out += view(token);
-        return i + 1;
-    }
-
-    // Both sides of `&` become texts with "" for Null.
-    qsizetype emitConcatenation(qsizetype i)
-    {
-        qsizetype end = i + 1;
-        while (is(m_tokens[end], "-") || is(m_tokens[end], "+"))
-            ++end;
-        if (!isWordlike(m_tokens[end].kind) && m_tokens[end].kind != Kind::Open)
-            raiseSyntax(QStringLiteral("(Near \"&\".)"));
-        while (isWordlike(m_tokens[end].kind) && is(m_tokens[end + 1], ".") && isWordlike(m_tokens[end + 2].kind))
-            end += 2;
-        if (m_tokens[end].kind == Kind::Open ||
-            (m_tokens[end].kind == Kind::Word && m_tokens[end + 1].kind == Kind::Open)) {
-            int depth = 0;
-            for (; m_tokens[end].kind != Kind::End; ++end) {
-                depth += m_tokens[end].kind == Kind::Open ? 1 : m_tokens[end].kind == Kind::Close ? -1 : 0;
-                if (m_tokens[end].kind == Kind::Close && depth == 0)
-                    break;
-            }
-        }
-        if (m_tokens[end].kind != Kind::End)
-            ++end;
-
-        const qsizetype start = m_primary;
-        m_out.insert(start, QLatin1String("ifnull("));
-        m_out += QLatin1String(",'')||ifnull(");
-        for (qsizetype at = i + 1; at < end;)
-            at = emitToken(at);
-        m_out += QLatin1String(",'')");
-        m_primary = start;
-        return end;
-    }
-
-    void emitText(const Token& token)
-    {
-        const QStringView content = view(token);
-        const QChar delimiter = m_text[token.start - 1];
-        m_out += u'\'';
-        if (delimiter == u'\'')
-            m_out += content;
-        else
-            for (qsizetype i = 0; i < content.size(); ++i) {
-                m_out += content[i];
-                if (content[i] == u'\'')
-                    m_out += u'\'';
-                else if (content[i] == delimiter)
-                    ++i; // doubled within the text
-            }
-        m_out += u'\'';
-    }
-
-    void emitName(QStringView name)
-    {
-        m_out += u'"';
-        for (const QChar c : name) {
-            m_out += c;
-            if (c == u'"')
-                m_out += c;
-        }
-        m_out += u'"';
-    }
-
-    void emitNumber(int number, int width)
-    {
-        char16_t digits[4] = {};
-        for (int i = width; i-- > 0; number /= 10)
-            digits[i] = static_cast<char16_t>(u'0' + number % 10);
-        m_out += QStringView(digits, width);
-    }
-
-    void emitDate(const Token& token)
-    {
-        platform::DateTime date;
-        if (const auto plain = plainDate(view(token)))
-            date.date = *plain;
-        else if (const auto read = platform::readDate(view(token)))
-            date = *read;
-        else
-            raiseSyntax(QStringLiteral("(\"%1\" is no date.)").arg(view(token)));
-        m_out += u'\'';
-        emitNumber(date.date.year(), 4);
-        m_out += u'-';
-        emitNumber(date.date.month(), 2);
-        m_out += u'-';
-        emitNumber(date.date.day(), 2);
-        if (date.time != QTime(0, 0))
-            m_out += date.time.toString(QStringLiteral(" HH:mm:ss"));
-        m_out += u'\'';
-    }
-
-    const QString& m_text;
-    Tokens m_tokens;
-    QString m_out;
-    Translated m_result;
-    QVarLengthArray<Paren, 16> m_parens;
-    qsizetype m_primary = 0; // where the operand written last begins
-    qsizetype m_from = -1;
-    qsizetype m_tail = -1;
-    qsizetype m_columnsStart = -1;
-    qsizetype m_columnsEnd = -1;
-    qsizetype m_tailStart = -1;
-    bool m_inSet = false;
-    bool m_assigning = false;
-};
-
-} // namespace
-
-Translated translate(const QString& statement)
+void SqlTranslator::select()
 {
-    return Translator(statement).run();
+    m_result.kind = Translated::Kind::Select;
+    Query read = query(nullptr, nullptr);
+    m_result.sql = read.sql();
+    if (!read.order.isEmpty())
+        m_result.orderStart = m_result.sql.size() - read.order.size();
+    if (read.known)
+        m_result.fields = std::make_shared<const KnownFields>(std::move(read.fields));
+    m_result.ordersByPlace = read.ordersByPlace;
+    m_result.singleSource = read.source.toString();
+    m_result.singleAlias = read.alias.toString();
+    m_result.columns = std::move(read.columns);
+    m_result.tail = read.tail + read.order;
+}
+
+// A row that the file refuses is passed over, not a failure.
+void SqlTranslator::insert()
+{
+    m_result.kind = Translated::Kind::Insert;
+    m_result.sql = QStringLiteral("INSERT OR IGNORE INTO ");
+    expect(Keyword::Into);
+    Scope none(m_scope, nullptr);
+    const QStringView table = target(m_result.sql);
+    const auto known = m_fieldsOf(table);
+    KnownFields targets = known ? *known : KnownFields();
+    if (take(TokenKind::Open)) {
+        const KnownFields all = std::move(targets);
+        targets.clear();
+        do {
+            const QStringView field = name();
+            const auto found = std::ranges::find_if(
+                all, [field](const KnownField& one) { return field.compare(one.name, Qt::CaseInsensitive) == 0; });
+            m_result.sql += (targets.empty() ? QLatin1String(" (") : QLatin1String(", ")) + quotedName(field);
+            targets.push_back(found == all.end() ? KnownField{field.toString()} : *found);
+        } while (take(TokenKind::Comma));
+        expect(TokenKind::Close);
+        m_result.sql += u')';
+    }
+    none.sources.clear(); // a row has no other to take values from
+    if (!take(Keyword::Values)) {
+        m_result.sql += u' ' + query(nullptr, &targets).sql();
+        return;
+    }
+    expect(TokenKind::Open);
+    std::size_t place = 0;
+    do {
+        Expression value = expression();
+        m_result.sql += place == 0 ? QLatin1String(" VALUES (") : QLatin1String(", ");
+        m_result.sql += place < targets.size() ? given(std::move(value), targets[place]).sql : value.sql;
+        ++place;
+    } while (take(TokenKind::Comma));
+    expect(TokenKind::Close);
+    m_result.sql += u')';
+}
+
+void SqlTranslator::update()
+{
+    m_result.kind = Translated::Kind::Update;
+    m_result.sql = QStringLiteral("UPDATE OR IGNORE ");
+    Scope scope(m_scope, nullptr);
+    target(m_result.sql);
+    expect(Keyword::Set);
+    QLatin1String before(" SET ");
+    do {
+        const Expression field = fieldNamed();
+        const QStringView named = view(m_tokens[m_at - 1]);
+        expect(Keyword::Equal);
+        m_result.sql += before + quotedName(named) + QLatin1String(" = ") +
+                        given(expression(), KnownField{{}, field.kind, field.whole}).sql;
+        before = QLatin1String(", ");
+    } while (take(TokenKind::Comma));
+    m_result.sql += where();
+}
+
+void SqlTranslator::remove()
+{
+    m_result.kind = Translated::Kind::Delete;
+    m_result.sql = QStringLiteral("DELETE FROM ");
+    take(Keyword::Star);
+    expect(Keyword::From);
+    Scope scope(m_scope, nullptr);
+    target(m_result.sql);
+    m_result.sql += where();
+}
+
+// The table that a statement changes; its fields may be named from here on.
+QStringView SqlTranslator::target(QString& sql)
+{
+    if (at(TokenKind::Open))
+        refuse();
+    sql += source();
+    return m_scope->sources.back().table;
+}
+
+QString SqlTranslator::Query::sql() const
+{
+    return QLatin1String(distinct ? "SELECT DISTINCT" : "SELECT") % columns % from % tail % order;
+}
+
+SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targets)
+{
+    const Nesting nesting(*this);
+    Scope scope(m_scope, outer);
+    Query read = simpleQuery(targets);
+    while (take(Keyword::Union))
+        readUnion(read, targets);
+    if (take(Keyword::Order))
+        readOrder(read);
+    return read;
+}
+
+void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
+{
+    query.tail += take(Keyword::All) ? QLatin1String(" UNION ALL ") : QLatin1String(" UNION ");
+    query.source = {};
+    Scope scope(m_scope, m_scope->outer);
+    const Query next = simpleQuery(targets);
+    query.tail += next.sql();
+    query.known = query.known && next.known && query.fields.size() == next.fields.size();
+    for (std::size_t i = 0; i < std::min(query.fields.size(), next.fields.size()); ++i)
+        if (query.fields[i].kind != next.fields[i].kind)
+            query.fields[i].kind = ValueKind::Unknown;
+}
+
+SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
+{
+    Query query;
+    expect(Keyword::Select);
+    query.distinct = take(Keyword::Distinct) || take(Keyword::DistinctRow);
+    if (!query.distinct)
+        take(Keyword::All);
+    // What the results mean is known once the sources are.
+    const qsizetype results = m_at;
+    const qsizetype from = placeOfFrom();
+    m_at = from;
+    if (take(Keyword::From))
+        query.from = QLatin1String(" FROM ") + sources();
+    const qsizetype behind = m_at;
+    m_at = results;
+    readResults(query, targets);
+    if (m_at != from)
+        refuse();
+    m_at = behind;
+
+    query.tail = where();
+    const QString grouping = group();
+    query.tail += grouping;
+    const auto& all = m_scope->sources;
+    if (all.size() == 1 && !query.distinct && grouping.isEmpty() && !m_scope->sums) {
+        query.source = all[0].table;
+        query.alias = all[0].name.data() == all[0].table.data() ? QStringView() : all[0].name;
+    }
+    return query;
+}
+
+qsizetype SqlTranslator::placeOfFrom() const
+{
+    int open = 0;
+    for (qsizetype i = m_at; i < m_end; ++i) {
+        const Token& token = m_tokens[i];
+        if (open == 0 &&
+            (token.keyword == Keyword::From || token.keyword == Keyword::Union || token.kind == TokenKind::Close))
+            return i;
+        open += token.kind == TokenKind::Open ? 1 : token.kind == TokenKind::Close ? -1 : 0;
+    }
+    return m_end;
+}
+
+void SqlTranslator::readResults(Query& query, const KnownFields* targets)
+{
+    do {
+        query.columns += query.columns.isEmpty() ? QLatin1String(" ") : QLatin1String(", ");
+        if (take(Keyword::Star)) {
+            query.columns += u'*';
+            for (const Source& source : m_scope->sources)
+                addFields(query, source);
+        } else if (atName() && at(Keyword::Dot, 1) && at(Keyword::Star, 2)) {
+            const QStringView named = name();
+            m_at += 2;
+            query.columns += quotedName(named) + QLatin1String(".*");
+            for (const Source& source : m_scope->sources)
+                if (source.name.compare(named, Qt::CaseInsensitive) == 0)
+                    addFields(query, source);
+        } else
+            readResult(query, query.known ? targets : nullptr);
+    } while (take(TokenKind::Comma));
+}
+
+void SqlTranslator::readResult(Query& query, const KnownFields* targets)
+{
+    const std::size_t place = query.fields.size();
+    Expression value = expression();
+    if (targets && place < targets->size())
+        value = given(std::move(value), (*targets)[place]);
+    const bool field = value.form == Expression::Form::Field;
+    const bool named = take(Keyword::As);
+    KnownField result{value.name.toString(), value.kind, value.whole};
+    if (named)
+        result.name = name().toString();
+    else if (!field)
+        result.name = QStringLiteral("Expr%1").arg(1000 + place);
+    query.columns += field ? value.sql : ordered(value);
+    if (named || !field)
+        query.columns += QLatin1String(" AS ") + quotedName(result.name);
+    query.fields.push_back(std::move(result));
+}
+
+void SqlTranslator::addFields(Query& query, const Source& source)
+{
+    query.known = query.known && source.fields;
+    if (source.fields)
+        query.fields.insert(query.fields.end(), source.fields->begin(), source.fields->end());
+}
+
+QString SqlTranslator::sources()
+{
+    QString sql = joinedSources();
+    while (take(TokenKind::Comma))
+        sql += QLatin1String(", ") + joinedSources();
+    return sql;
+}
+
+QString SqlTranslator::joinedSources()
+{
+    QString sql = source();
+    while (true) {
+        QLatin1String join(" JOIN ");
+        if (take(Keyword::Left))
+            join = QLatin1String(" LEFT JOIN ");
+        else if (take(Keyword::Right))
+            join = QLatin1String(" RIGHT JOIN ");
+        else if (!take(Keyword::Inner))
+            return sql;
+        if (join.size() > 6)
+            take(Keyword::Outer);
+        expect(Keyword::Join);
+        sql += join + source();
+        expect(Keyword::On);
+        sql += QLatin1String(" ON ") + condition(expression()).sql;
+    }
+}
+
+QString SqlTranslator::source()
+{
+    const Nesting nesting(*this);
+    if (take(TokenKind::Open)) {
+        if (!at(Keyword::Select)) {
+            const QString sql = joinedSources();
+            expect(TokenKind::Close);
+            return u'(' + sql + u')';
+        }
+        Query inner = query(nullptr, nullptr);
+        expect(TokenKind::Close);
+        Source source;
+        QString sql = u'(' + inner.sql() + u')' + alias(source.name);
+        if (inner.known)
+            source.fields = std::make_shared<const KnownFields>(std::move(inner.fields));
+        m_scope->sources.append(std::move(source));
+        return sql;
+    }
+    const QStringView table = name();
+    Source source{table, table, m_fieldsOf(table)};
+    QString sql = quotedName(table) + alias(source.name);
+    m_scope->sources.append(std::move(source));
+    return sql;
+}
+
+QString SqlTranslator::alias(QStringView& called)
+{
+    if (!take(Keyword::As) && !atName())
+        return {};
+    called = name();
+    return QLatin1String(" AS ") + quotedName(called);
+}
+
+QString SqlTranslator::where()
+{
+    return take(Keyword::Where) ? QLatin1String(" WHERE ") + condition(expression()).sql : QString();
+}
+
+QString SqlTranslator::group()
+{
+    QString sql;
+    if (take(Keyword::Group)) {
+        expect(Keyword::By);
+        do
+            sql += (sql.isEmpty() ? QLatin1String(" GROUP BY ") : QLatin1String(", ")) + ordered(expression());
+        while (take(TokenKind::Comma));
+    }
+    if (take(Keyword::Having))
+        sql += QLatin1String(" HAVING ") + condition(expression()).sql;
+    return sql;
+}
+
+void SqlTranslator::readOrder(Query& query)
+{
+    expect(Keyword::By);
+    m_scope->results = &query.fields;
+    do {
+        query.ordersByPlace = query.ordersByPlace || at(TokenKind::Number);
+        query.order += (query.order.isEmpty() ? QLatin1String(" ORDER BY ") : QLatin1String(", "));
+        query.order += ordered(expression());
+        if (take(Keyword::Desc))
+            query.order += QLatin1String(" DESC");
+        else
+            take(Keyword::Asc);
+    } while (take(TokenKind::Comma));
+    m_scope->results = nullptr;
+}
+
+Translated translate(const QString& statement, const FieldsOf& fieldsOf)
+{
+    return SqlTranslator(statement, fieldsOf).run();
 }
 
 } // namespace orlo::store

@@ -2,26 +2,49 @@
 
 #include <QString>
 
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
 namespace orlo::store
 {
 
-/// A statement of the dialect, translated for SQLite. The engine's own SQLite does the parsing: only tokens change.
+/// What an expression's value is; unknown where it depends on the row, or on a field that isn't known.
+enum class ValueKind : quint8 { Unknown, Text, Number, Date, Truth };
+
+/// A field of a table, of a stored query or of what a Select gives.
+struct KnownField {
+    QString name;
+    ValueKind kind = ValueKind::Unknown;
+    bool whole = false; ///< holds whole numbers only
+};
+using KnownFields = std::vector<KnownField>;
+/// Tells the fields of the table or stored query of a name; null for an unknown one.
+using FieldsOf = std::function<std::shared_ptr<const KnownFields>(QStringView name)>;
+
+/// A statement of the dialect as SQLite takes it.
 struct Translated {
     enum class Kind { Select, Insert, Update, Delete };
     Kind kind = Kind::Select;
     QString sql;
-    qsizetype orderStart = -1; ///< where the statement's own Order by begins in it, -1 for none
+    qsizetype orderStart = -1;                 ///< where the statement's own Order by begins in it, -1 for none
+    std::shared_ptr<const KnownFields> fields; ///< what a Select gives; null if one of its sources isn't known
     /// For a Select that reads exactly one source, without DISTINCT, grouping, sums or unions: the name of that source
     /// and the statement's parts, of which the engine makes an updatable set. Empty otherwise.
     QString singleSource;
     QString singleAlias;
-    QString columns; ///< translated text between SELECT and FROM
-    QString tail;    ///< translated text from WHERE or ORDER BY on
+    QString columns;            ///< between SELECT and FROM, with a blank before it
+    QString tail;               ///< from WHERE or ORDER BY on, with a blank before it
+    bool ordersByPlace = false; ///< the Order by counts columns
 };
 
-/// Translates one statement. `#m/d/yyyy#` becomes an ISO text, double-quoted texts become texts, `[names]` names;
-/// IIf, IsNull, DistinctRow, `Like`, `= NULL`, `&` are read as the dialect means them. Raises 3075 for an unclosed text
-/// or date, a second statement, or a verb other than Select, Insert, Update, Delete.
-[[nodiscard]] Translated translate(const QString& statement);
+/// Translates one statement of the dialect. Raises 3075, naming the word, for whatever isn't a statement of it.
+///
+/// Fields have kinds, and an operator means what it means for the kinds of its operands: `&` joins texts, with "" for
+/// Null; `+` joins two texts; a date counts as its day, so that D + 1 is a date a day later; a text beside a date is
+/// read as one, month first; true is -1; `= Null` and `<> Null` are tests for it, on either side. Texts compare, group
+/// and sort without regard to case. A value that goes into a field becomes one of the field's kind.
+[[nodiscard]] Translated translate(const QString& statement, const FieldsOf& fieldsOf);
 
 } // namespace orlo::store

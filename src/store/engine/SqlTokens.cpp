@@ -4,13 +4,13 @@
 
 #include <QString>
 
+#include <array>
+
 namespace orlo::store
 {
 
 namespace
 {
-
-using Kind = TokenKind;
 
 struct KeywordName {
     QLatin1String name;
@@ -18,25 +18,57 @@ struct KeywordName {
 };
 
 constexpr KeywordName Keywords[] = {
-    {QLatin1String("all"), Keyword::All},           {QLatin1String("as"), Keyword::As},
-    {QLatin1String("avg"), Keyword::Sum},           {QLatin1String("count"), Keyword::Sum},
-    {QLatin1String("cross"), Keyword::Join},        {QLatin1String("delete"), Keyword::Delete},
-    {QLatin1String("distinct"), Keyword::Distinct}, {QLatin1String("distinctrow"), Keyword::DistinctRow},
-    {QLatin1String("except"), Keyword::Union},      {QLatin1String("from"), Keyword::From},
-    {QLatin1String("full"), Keyword::Join},         {QLatin1String("group"), Keyword::Union},
-    {QLatin1String("group_concat"), Keyword::Sum},  {QLatin1String("having"), Keyword::Union},
-    {QLatin1String("inner"), Keyword::Join},        {QLatin1String("insert"), Keyword::Insert},
-    {QLatin1String("intersect"), Keyword::Union},   {QLatin1String("into"), Keyword::Into},
-    {QLatin1String("isnull"), Keyword::IsNull},     {QLatin1String("join"), Keyword::Join},
-    {QLatin1String("left"), Keyword::Left},         {QLatin1String("limit"), Keyword::Limit},
-    {QLatin1String("max"), Keyword::Sum},           {QLatin1String("min"), Keyword::Sum},
-    {QLatin1String("natural"), Keyword::Join},      {QLatin1String("null"), Keyword::Null},
-    {QLatin1String("on"), Keyword::Join},           {QLatin1String("order"), Keyword::Order},
-    {QLatin1String("over"), Keyword::Sum},          {QLatin1String("right"), Keyword::Right},
-    {QLatin1String("select"), Keyword::Select},     {QLatin1String("set"), Keyword::Set},
-    {QLatin1String("sum"), Keyword::Sum},           {QLatin1String("total"), Keyword::Sum},
-    {QLatin1String("union"), Keyword::Union},       {QLatin1String("update"), Keyword::Update},
-    {QLatin1String("where"), Keyword::Where},       {QLatin1String("window"), Keyword::Union},
+    {QLatin1String("all"), Keyword::All},
+    {QLatin1String("and"), Keyword::And},
+    {QLatin1String("as"), Keyword::As},
+    {QLatin1String("asc"), Keyword::Asc},
+    {QLatin1String("between"), Keyword::Between},
+    {QLatin1String("by"), Keyword::By},
+    {QLatin1String("case"), Keyword::Refused},
+    {QLatin1String("cross"), Keyword::Refused},
+    {QLatin1String("delete"), Keyword::Delete},
+    {QLatin1String("desc"), Keyword::Desc},
+    {QLatin1String("distinct"), Keyword::Distinct},
+    {QLatin1String("distinctrow"), Keyword::DistinctRow},
+    {QLatin1String("except"), Keyword::Refused},
+    {QLatin1String("exists"), Keyword::Exists},
+    {QLatin1String("false"), Keyword::False},
+    {QLatin1String("from"), Keyword::From},
+    {QLatin1String("full"), Keyword::Refused},
+    {QLatin1String("group"), Keyword::Group},
+    {QLatin1String("having"), Keyword::Having},
+    {QLatin1String("in"), Keyword::In},
+    {QLatin1String("indexed"), Keyword::Refused},
+    {QLatin1String("inner"), Keyword::Inner},
+    {QLatin1String("insert"), Keyword::Insert},
+    {QLatin1String("intersect"), Keyword::Refused},
+    {QLatin1String("into"), Keyword::Into},
+    {QLatin1String("is"), Keyword::Is},
+    {QLatin1String("join"), Keyword::Join},
+    {QLatin1String("left"), Keyword::Left},
+    {QLatin1String("like"), Keyword::Like},
+    {QLatin1String("limit"), Keyword::Refused},
+    {QLatin1String("natural"), Keyword::Refused},
+    {QLatin1String("no"), Keyword::False},
+    {QLatin1String("not"), Keyword::Not},
+    {QLatin1String("null"), Keyword::Null},
+    {QLatin1String("on"), Keyword::On},
+    {QLatin1String("or"), Keyword::Or},
+    {QLatin1String("order"), Keyword::Order},
+    {QLatin1String("outer"), Keyword::Outer},
+    {QLatin1String("returning"), Keyword::Refused},
+    {QLatin1String("right"), Keyword::Right},
+    {QLatin1String("select"), Keyword::Select},
+    {QLatin1String("set"), Keyword::Set},
+    {QLatin1String("true"), Keyword::True},
+    {QLatin1String("union"), Keyword::Union},
+    {QLatin1String("update"), Keyword::Update},
+    {QLatin1String("using"), Keyword::Refused},
+    {QLatin1String("values"), Keyword::Values},
+    {QLatin1String("where"), Keyword::Where},
+    {QLatin1String("window"), Keyword::Refused},
+    {QLatin1String("with"), Keyword::Refused},
+    {QLatin1String("yes"), Keyword::True},
 };
 
 // Where the keywords of each first letter begin in the sorted list.
@@ -91,10 +123,8 @@ public:
     Tokens run()
     {
         Tokens tokens;
-        bool blank = false;
         while (m_at < m_size) {
             if (isBlank(at(m_at))) {
-                blank = true;
                 ++m_at;
                 continue;
             }
@@ -102,12 +132,9 @@ public:
                 expectEnd();
                 break;
             }
-            Token token = next();
-            token.blankBefore = blank;
-            blank = false;
-            tokens.append(token);
+            tokens.append(next());
         }
-        tokens.append(Token{Kind::End, Keyword::None, false, m_size, 0});
+        tokens.append(Token{TokenKind::End, Keyword::None, m_size, 0});
         return tokens;
     }
 
@@ -129,7 +156,7 @@ private:
         if (isWordStart(c)) {
             while (m_at < m_size && isWordPart(at(m_at)))
                 ++m_at;
-            return {Kind::Word, keywordOf(QStringView(m_text).mid(start, m_at - start)), false, start, m_at - start};
+            return {TokenKind::Word, keywordOf(QStringView(m_text).mid(start, m_at - start)), start, m_at - start};
         }
         if (isDigit(c) || (c == u'.' && isDigit(peek())))
             return number();
@@ -138,54 +165,53 @@ private:
         case u'"':
             return text(c);
         case u'[':
-            return delimited(Kind::Name, u']');
+            return delimited(TokenKind::Name, u']');
         case u'#':
-            return delimited(Kind::Date, u'#');
+            return delimited(TokenKind::Date, u'#');
         case u'(':
-            return single(Kind::Open);
+            return single(TokenKind::Open);
         case u')':
-            return single(Kind::Close);
+            return single(TokenKind::Close);
         case u',':
-            return single(Kind::Comma);
+            return single(TokenKind::Comma);
         case u'&':
-            return {Kind::Operator, Keyword::Amp, false, m_at++, 1};
+            return sign(Keyword::Amp);
         case u'-':
             if (peek() == u'-')
-                break;
-            return single(Kind::Operator);
+                break; // a comment
+            return sign(Keyword::Minus);
         case u'/':
             if (peek() == u'*')
                 break;
-            return single(Kind::Operator);
-        case u'<':
-        case u'>':
+            return sign(Keyword::Slash);
         case u'=':
-        case u'!':
-            return comparison();
-        case u'+':
-        case u'*':
-        case u'.':
-        case u'%':
-            return single(Kind::Operator);
-        case u'|':
-            if (peek() != u'|')
+            if (peek() == u'=')
                 break;
-            m_at += 2;
-            return {Kind::Operator, Keyword::None, false, start, 2};
+            return sign(Keyword::Equal);
+        case u'<':
+            return peek() == u'='   ? sign(Keyword::LessOrEqual, 2)
+                   : peek() == u'>' ? sign(Keyword::Unequal, 2)
+                                    : sign(Keyword::Less);
+        case u'>':
+            return peek() == u'=' ? sign(Keyword::GreaterOrEqual, 2) : sign(Keyword::Greater);
+        case u'+':
+            return sign(Keyword::Plus);
+        case u'*':
+            return sign(Keyword::Star);
+        case u'.':
+            return sign(Keyword::Dot);
         default:
             break;
         }
         raiseSyntax(QStringLiteral("(Near \"%1\".)").arg(QStringView(m_text).mid(start, 20)));
     }
 
-    Token single(Kind kind) { return {kind, Keyword::None, false, m_at++, 1}; }
+    Token single(TokenKind kind) { return {kind, Keyword::None, m_at++, 1}; }
 
-    Token comparison()
+    Token sign(Keyword keyword, qsizetype length = 1)
     {
-        const qsizetype start = m_at++;
-        if (m_at < m_size && (at(m_at) == u'=' || (at(start) == u'<' && at(m_at) == u'>')))
-            ++m_at;
-        return {Kind::Operator, Keyword::None, false, start, m_at - start};
+        m_at += length;
+        return {TokenKind::Sign, keyword, m_at - length, length};
     }
 
     Token number()
@@ -202,7 +228,7 @@ private:
                 for (m_at = sign; m_at < m_size && isDigit(at(m_at));)
                     ++m_at;
         }
-        return {Kind::Number, Keyword::None, false, start, m_at - start};
+        return {TokenKind::Number, Keyword::None, start, m_at - start};
     }
 
     // The content keeps its doubled delimiters.
@@ -215,21 +241,21 @@ private:
             if (at(m_at) != delimiter)
                 continue;
             if (peek() != delimiter || m_at + 1 >= m_size)
-                return {Kind::Text, Keyword::None, false, start, m_at++ - start};
+                return {TokenKind::Text, Keyword::None, start, m_at++ - start};
             ++m_at;
         }
         raiseSyntax(QStringLiteral("(A text isn't closed.)"));
     }
 
-    Token delimited(Kind kind, char16_t end)
+    Token delimited(TokenKind kind, char16_t end)
     {
         const qsizetype start = ++m_at;
         while (m_at < m_size && at(m_at) != end && at(m_at) != u'\0')
             ++m_at;
         if (m_at >= m_size || at(m_at) != end || m_at == start)
-            raiseSyntax(kind == Kind::Date ? QStringLiteral("(A date isn't closed.)")
-                                           : QStringLiteral("(A name isn't closed.)"));
-        return {kind, Keyword::None, false, start, m_at++ - start};
+            raiseSyntax(kind == TokenKind::Date ? QStringLiteral("(A date isn't closed.)")
+                                                : QStringLiteral("(A name isn't closed.)"));
+        return {kind, Keyword::None, start, m_at++ - start};
     }
 
     const QString& m_text;

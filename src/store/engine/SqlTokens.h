@@ -9,40 +9,70 @@ namespace orlo::store
 {
 
 /// What a statement of the dialect is made of.
-enum class TokenKind : quint8 { Word, Number, Text, Date, Name, Open, Close, Comma, Operator, End };
+enum class TokenKind : quint8 { Word, Number, Text, Date, Name, Open, Close, Comma, Sign, End };
 
-/// Words with a meaning of their own to the translation; many words share one.
+/// The words and signs of the grammar. A word of no meaning is a name; a refused one belongs to other dialects and is a
+/// name only in brackets.
 enum class Keyword : quint8 {
     None,
+    Refused,
+    // words
     All,
-    Amp,
+    And,
     As,
+    Asc,
+    Between,
+    By,
     Delete,
+    Desc,
     Distinct,
     DistinctRow,
+    Exists,
+    False,
     From,
+    Group,
+    Having,
+    In,
+    Inner,
     Insert,
     Into,
-    IsNull,
+    Is,
     Join,
     Left,
-    Limit,
+    Like,
+    Not,
     Null,
+    On,
+    Or,
     Order,
+    Outer,
     Right,
     Select,
     Set,
-    Sum,
+    True,
     Union,
     Update,
-    Where
+    Values,
+    Where,
+    // signs
+    Amp,
+    Dot,
+    Equal,
+    Greater,
+    GreaterOrEqual,
+    Less,
+    LessOrEqual,
+    Minus,
+    Plus,
+    Slash,
+    Star,
+    Unequal
 };
 
 /// One token, by its place in the statement.
 struct Token {
     TokenKind kind;
     Keyword keyword;
-    bool blankBefore;
     qsizetype start;
     qsizetype length; // of the content, without delimiters
 };
