@@ -1,0 +1,154 @@
+#include "adults/frmAdults.h"
+#include "awards/frmAssignInsignias.h"
+#include "awards/frmInsigniaInfo.h"
+#include "pack/frmDenInfo.h"
+#include "pack/frmPackDenPositions.h"
+#include "pack/frmPackInformation.h"
+#include "scouts/frmScouts.h"
+#include "support/Main.h"
+#include "support/Windows.h"
+
+#include <QtWidgets/QtWidgets>
+
+using namespace orlo;
+
+namespace
+{
+
+// Scrolls whatever holds the widget until it can be seen, as far as that goes.
+void bring(const QWidget& widget)
+{
+    for (auto* holder = widget.parentWidget(); holder; holder = holder->parentWidget()) {
+        auto* area = qobject_cast<QAbstractScrollArea*>(holder);
+        if (!area || area->viewport()->rect().contains(QRect(widget.mapTo(area, QPoint()), widget.size())))
+            continue;
+        const QPoint at = widget.mapTo(area->viewport(), QPoint());
+        for (auto [bar, from, size, room] :
+             {std::tuple(area->horizontalScrollBar(), at.x(), widget.width(), area->viewport()->width()),
+              {area->verticalScrollBar(), at.y(), widget.height(), area->viewport()->height()}})
+            bar->setValue(bar->value() + std::min(from, 0) + std::max(0, from + size - room));
+    }
+}
+
+// What of a window doesn't lie on the screen and isn't reached by scrolling.
+QStringList faultsOf(QWidget& shown)
+{
+    QStringList faults;
+    const QRect screen = shown.screen()->availableGeometry();
+    if (!screen.contains(shown.window()->frameGeometry()))
+        faults += "larger than the screen: " + shown.window()->objectName();
+    for (auto* button : shown.findChildren<QAbstractButton*>()) {
+        if (!button->isVisible() || button->objectName().isEmpty()) // a grid's corner has no name
+            continue;
+        bring(*button);
+        const QRect place(button->mapToGlobal(QPoint()), button->size());
+        if (button->visibleRegion().boundingRect() != button->rect() || !screen.contains(place))
+            faults += "out of reach: " + button->objectName();
+    }
+    return faults;
+}
+
+} // namespace
+
+// At the screen, scale and size of letters with which the process runs.
+class tst_sweep : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void everyWindow_data() { test::addWindows(); }
+    void everyWindow();
+    void everyPair();
+};
+
+void tst_sweep::initTestCase()
+{
+    QFont font = QApplication::font();
+    if (const int size = qEnvironmentVariableIntValue("ORLO_TEST_LETTERS"))
+        font.setPointSize(size);
+    QApplication::setFont(font);
+}
+
+void tst_sweep::everyWindow()
+{
+    QFETCH(test::Open, open);
+    const test::AppFolder folder;
+    test::prepareForWindows();
+    QStringList faults;
+    QVERIFY(test::openAndLook(open, [&](QWidget& shown) {
+        QCoreApplication::processEvents();
+        faults += faultsOf(shown);
+    }));
+    faults.removeDuplicates();
+    QCOMPARE(faults.join(", "), QString());
+}
+
+// Each child window opened while another one is normal, minimised or maximised. With seven windows, a round for each
+// length of step comes to all pairs.
+void tst_sweep::everyPair()
+{
+    const test::AppFolder folder;
+    test::prepareForWindows();
+    auto& area = test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea");
+    struct Child {
+        const char* name;
+        void (*show)();
+        void (*unload)();
+    };
+    const Child forms[] = {
+        {"frmScouts", widgets::Instance<frmScouts>::show, widgets::Instance<frmScouts>::unload},
+        {"frmAdults", widgets::Instance<frmAdults>::show, widgets::Instance<frmAdults>::unload},
+        {"frmDenInfo", widgets::Instance<frmDenInfo>::show, widgets::Instance<frmDenInfo>::unload},
+        {"frmInsigniaInfo", widgets::Instance<frmInsigniaInfo>::show, widgets::Instance<frmInsigniaInfo>::unload},
+        {"frmPackInformation", widgets::Instance<frmPackInformation>::show,
+         widgets::Instance<frmPackInformation>::unload},
+        {"frmPackDenPositions", widgets::Instance<frmPackDenPositions>::show,
+         widgets::Instance<frmPackDenPositions>::unload},
+        {"frmAssignInsignias", widgets::Instance<frmAssignInsignias>::show,
+         widgets::Instance<frmAssignInsignias>::unload}};
+    const auto settle = [] { QTest::qWait(1); };
+    QStringList faults;
+    for (auto state : {&QWidget::showNormal, &QWidget::showMinimized, &QWidget::showMaximized}) {
+        for (std::size_t step = 1, at = 0, next = 0; step < 7; ++step)
+            do {
+                forms[at].show();
+                auto* below = area.currentSubWindow();
+                const QString name = forms[at].name;
+                if (state != &QWidget::showMaximized || (below->windowFlags() & Qt::WindowMaximizeButtonHint))
+                    (below->*state)();
+                settle();
+                next = (at + step) % 7;
+                forms[next].show();
+                settle();
+                QStringList found;
+                (void)QTest::qWaitFor( // a window takes its place once its contents have been shown
+                    [&] {
+                        auto* window = area.currentSubWindow();
+                        const bool framed = window->widget()->y() > 0;
+                        found = faultsOf(*window->widget());
+                        if (window->isMinimized() || !(framed || window->widget()->size() == area.viewport()->size()))
+                            found += "without a border";
+                        if (below->isMinimized() && !area.viewport()->rect().contains(below->geometry()))
+                            found += "the minimised one out of reach";
+                        return found.isEmpty();
+                    },
+                    1000);
+                for (const QString& fault : std::as_const(found))
+                    faults += QString("%1 over %2: %3").arg(forms[next].name, name, fault);
+                forms[at].unload();
+                settle();
+                at = next;
+            } while (at != 0);
+        widgets::Form::unloadAll();
+        settle();
+    }
+    faults.removeDuplicates();
+    for (const QString& fault : std::as_const(faults))
+        qWarning("%s", qPrintable(fault));
+    QCOMPARE(faults.size(), 0);
+}
+
+ORLO_TEST(tst_sweep)
+
+#include "tst_sweep.moc"
