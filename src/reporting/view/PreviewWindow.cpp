@@ -5,9 +5,9 @@
 #include "reporting/view/FindBar.h"
 #include "reporting/view/PageList.h"
 #include "reporting/view/PageView.h"
-#include "reporting/view/PreviewIcons.h"
 #include "reporting/view/Printing.h"
 #include "reporting/view/RunProgress.h"
+#include "widgets/Glyphs.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -34,6 +34,9 @@
 
 namespace orlo::reports
 {
+
+using widgets::Glyph;
+using widgets::glyphIcon;
 
 namespace
 {

@@ -1,9 +1,9 @@
 #include "shell/forms/dlgCalendar.h"
 
 #include "platform/Conversion.h"
-#include "reporting/view/PreviewIcons.h"
 #include "shell/forms/Module1.h"
 #include "ui_dlgCalendar.h"
+#include "widgets/Glyphs.h"
 
 #include <QAction>
 #include <QKeyEvent>
@@ -91,7 +91,7 @@ void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
     auto* filter = new DateFieldFilter(field, std::move(picked));
     field->installEventFilter(filter);
     field->setToolTip(QObject::tr("Double-click, or press F4, for a calendar"));
-    QAction* sign = field->addAction(reports::glyphIcon(reports::Glyph::Calendar), QLineEdit::TrailingPosition);
+    QAction* sign = field->addAction(widgets::glyphIcon(widgets::Glyph::Calendar), QLineEdit::TrailingPosition);
     sign->setText(QObject::tr("Calendar"));
     QObject::connect(sign, &QAction::triggered, filter, &DateFieldFilter::pick);
 }

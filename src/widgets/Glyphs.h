@@ -2,10 +2,10 @@
 
 #include <QIcon>
 
-namespace orlo::reports
+namespace orlo::widgets
 {
 
-/// The pictures on the preview's buttons, and the sign of a date field.
+/// The line drawings on buttons and in fields.
 enum class Glyph {
     First,
     Previous,
@@ -27,4 +27,4 @@ enum class Glyph {
 /// A line drawing in the palette's text colour of the moment, sharp at every size.
 [[nodiscard]] QIcon glyphIcon(Glyph glyph);
 
-} // namespace orlo::reports
+} // namespace orlo::widgets

@@ -1,4 +1,4 @@
-#include "reporting/view/PreviewIcons.h"
+#include "widgets/Glyphs.h"
 
 #include <QGuiApplication>
 #include <QIconEngine>
@@ -7,7 +7,7 @@
 
 #include <initializer_list>
 
-namespace orlo::reports
+namespace orlo::widgets
 {
 
 namespace
@@ -154,4 +154,4 @@ QIcon glyphIcon(Glyph glyph)
     return QIcon(new GlyphEngine(glyph));
 }
 
-} // namespace orlo::reports
+} // namespace orlo::widgets
