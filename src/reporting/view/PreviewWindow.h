@@ -14,13 +14,17 @@ class QMenu;
 class QSpinBox;
 class QToolBar;
 
+namespace orlo::widgets
+{
+enum class Glyph;
+}
+
 namespace orlo::reports
 {
 
 class FindBar;
 class PageList;
 class PageView;
-enum class Glyph;
 
 /// A finished report on the screen. It is a window of its own without a parent: a waiting dialog of the program doesn't
 /// block it, and it outlives the screen that ran the report, but not the program's frame. Closing it deletes it.
@@ -46,7 +50,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    QAction* makeAction(const char* name, const QString& text, Glyph glyph, const QList<QKeySequence>& keys,
+    QAction* makeAction(const char* name, const QString& text, widgets::Glyph glyph, const QList<QKeySequence>& keys,
                         std::function<void()> handler);
     void makeActions();
     void makeMenus();
