@@ -68,9 +68,9 @@ struct Counter : QAbstractNativeEventFilter {
     {
         const auto* bytes = static_cast<const unsigned char*>(message);
         const int type = bytes[0] & 0x7F; // the first bit tells of events that another client sent
-        const int input = bytes[8] | bytes[9] << 8;
-        if (type != GenericEvent || input < LASTEvent)
-            ++of[type == GenericEvent ? input : type];
+        const int number = type == GenericEvent ? bytes[8] | bytes[9] << 8 : type;
+        if (number < LASTEvent) // extensions' events have numbers beyond
+            ++of[number];
         return false;
     }
 } counter;

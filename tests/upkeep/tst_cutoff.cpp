@@ -181,6 +181,8 @@ private:
                 folder.remove(old);
             for (auto at = files.cbegin(); at != files.cend(); ++at)
                 put(at.value(), m_whole[at.key()]);
+            for (const char* layout : {"DenAssign.grd", "Den_Titles.grd", "Pack_Titles.grd"})
+                QFile::copy(QStringLiteral(ORLO_SOURCE_DIR "/src/layouts/") + layout, file(layout));
             QProcess child;
             child.start(QCoreApplication::applicationFilePath(),
                         test::childArguments({QTest::currentTestFunction(), m_folder.path()}));
