@@ -25,6 +25,8 @@ store::Database* databaseAt(const QString& path)
     return same ? gDatabase.get() : nullptr;
 }
 
+} // namespace
+
 QIcon programIcon()
 {
     QIcon icon;
@@ -33,8 +35,6 @@ QIcon programIcon()
     return icon;
 }
 
-} // namespace
-
 void Main()
 {
     gDbNeedsUpdate = false;
@@ -42,7 +42,6 @@ void Main()
         auto& splash = widgets::Instance<frmSplash>::get();
         splash.show();
         splash.openFrameAfter(SplashTime);
-        QApplication::setWindowIcon(programIcon()); // after the splash, which is to show at once
         gAppPath = platform::folder();
         gOldDbName = QStringLiteral("\\Quorrel.mdb");
         gDbName = QStringLiteral("\\Quorrel11.mdb");
@@ -53,8 +52,10 @@ void Main()
     } catch (const platform::RuntimeError& error) {
         platform::pendingError::set(error);
     }
-    if (platform::pendingError::number() != 0)
+    if (platform::pendingError::number() != 0) {
+        QApplication::setWindowIcon(programIcon()); // the frame's own comes too late for this dialog
         CriticalError();
+    }
 }
 
 void startProgram()

@@ -1,7 +1,13 @@
 #pragma once
 
+class QIcon;
+
 namespace orlo
 {
+
+/// The program's icon in all its sizes. Giving it to a window decodes them, so a splash that is to show at once does
+/// without.
+[[nodiscard]] QIcon programIcon();
 
 /// The way from process start to the event loop: shows the splash, decides between the database files, opens the
 /// current one. A failure ends in CriticalError, and the program goes on without a database.

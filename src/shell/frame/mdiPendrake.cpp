@@ -17,6 +17,7 @@
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
 #include "shell/forms/Module1.h"
+#include "shell/frame/Main.h"
 #include "shell/frame/ScreenScroll.h"
 #include "shell/frame/dlgHelp.h"
 #include "shell/frame/frmAbout.h"
@@ -67,6 +68,7 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     ui->setupUi(this);
     ui->mdiArea->setBackground(palette().mid());
     setAttribute(Qt::WA_DeleteOnClose);
+    QApplication::setWindowIcon(programIcon());
     setCursor(Qt::ArrowCursor);
     ui->ID_TEST_MENU->menuAction()->setVisible(false);
     nameMenuActions();
