@@ -13,8 +13,6 @@
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
-#include <QStringBuilder>
-
 #include <algorithm>
 
 namespace orlo
@@ -78,15 +76,17 @@ void trapped(const Routine& routine)
 } // namespace
 
 frmAdults::frmAdults()
-    : PeopleForm(QStringLiteral("Adult")), ui(std::make_unique<Ui::frmAdults>()),
-      dataDenAssignments(new widgets::DataControl(this)),
+    : PeopleForm({.noun = QStringLiteral("Adult"),
+                  .nothingFound = QStringLiteral("No data found for the selected search cryteria"),
+                  .noDens = QStringLiteral("There is no Active Den(s) available to select from. Please create or "
+                                           "activate Den(s) in the Den From.")}),
+      ui(std::make_unique<Ui::frmAdults>()), dataDenAssignments(new widgets::DataControl(this)),
       m_positionLayout(QStringLiteral("\\DenAssign.grd"), positionLayout())
 {
     ui->setupUi(this);
-    bindControls({*ui, ui->txtFirst});
-    bindList({ui->lbAdults, ui->tabAdult, ui->cmdFind, ui->cmdAddAward, ui->cmdDeleteAward});
-    bindFilters(FilterControls(*ui));
-    bindAwards({ui->fgAdultsAwards, ui->lblAdultName});
+    bindControls(
+        *ui,
+        {.list = ui->lbAdults, .tabs = ui->tabAdult, .awards = ui->fgAdultsAwards, .personName = ui->lblAdultName});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
     bindFields();
@@ -164,7 +164,7 @@ void frmAdults::ClearRecord()
         if (auto* box = qobject_cast<QLineEdit*>(field.control))
             box->clear();
     PopulateDenAssignments();
-    cutAwardGrid();
+    m_awardPage->cut();
     ui->lblAdultName->clear();
     ui->txtNote->clear();
 }
@@ -178,8 +178,8 @@ void frmAdults::SaveRecord()
     markMissingBirthDate(*ui->txtDOB);
     for (const RecordField& field : m_fields)
         record.setValue(field.name, field.value());
-    // Leader_Den_Assignments says who belongs to a den; what an older version left here goes with the first save.
-    record.setValue(u"Assigned_Den_SID", store::Value());
+    // What an older version left here goes with the first save.
+    record.setValue(u"Assigned_Den_SID", mAssignedDen >= 1 ? store::Value(int{mAssignedDen}) : store::Value());
     if (mNewRecord)
         record.setValue(u"Adult_SID", int{mCurrentSID});
     record.update();
@@ -190,6 +190,11 @@ void frmAdults::setDefaults()
 {
     ui->txtPackStartDate->setText(platform::shortDate(platform::today()));
     ui->comActive->setText(Active);
+}
+
+void frmAdults::deleteAwards()
+{
+    database().execute(QStringLiteral("Delete From Assigned_Awards_Adults Where Adult_SID = %1").arg(GetAdultSID()));
 }
 
 void frmAdults::setFieldsEnabled(bool enabled)
@@ -224,13 +229,13 @@ void frmAdults::LoadDenLists()
     trapped([this] {
         widgets::ComboBox& filter = *ui->cmbSelectedDens;
         const int rows = filter.listCount();
-        if (!readDens() || std::max(0, rows - 1) == static_cast<int>(mDenSIDs.size())) // less "<All>"
+        if (!readDens() || std::max(0, rows - 1) == static_cast<int>(m_dens.texts.size())) // less "<All>"
             return;
         if (rows > 0 || filtersByDen() || filter.text().isEmpty()) {
             rebuildDenFilter();
             return;
         }
-        for (const QString& den : std::as_const(m_denTexts))
+        for (const QString& den : std::as_const(m_dens.texts))
             filter.addItem(den);
         filter.addItem(filter.text());
     });
@@ -247,7 +252,7 @@ QString frmAdults::denCriterion(std::int16_t den) const
 // A find acts on all adults, whatever the filters show, and knows a den only as an older version stored it.
 QString frmAdults::findStatement() const
 {
-    QString criteria = nameCriteria();
+    QString criteria = m_names.text();
     if (mFindDen > -1)
         criteria +=
             (criteria.isEmpty() ? QStringLiteral(" Assigned_Den_SID = ") : QStringLiteral(" and Assigned_Den_SID = ")) +
@@ -259,7 +264,7 @@ QString frmAdults::findStatement() const
 
 std::int16_t frmAdults::GetDenSID(const QString& denName) const
 {
-    return denOfRow(*ui->cmbSelectedDens, denName);
+    return m_dens.keyOf(*ui->cmbSelectedDens, denName);
 }
 
 void frmAdults::showFindDialog()
@@ -269,25 +274,8 @@ void frmAdults::showFindDialog()
 
 void frmAdults::SetFindData(const QString& first, const QString& last, const QString& initial, std::int16_t den)
 {
-    SetFindNames(first, last, initial);
+    m_names = {first, last, initial};
     mFindDen = den;
-}
-
-QString frmAdults::nothingFoundText() const
-{
-    return QStringLiteral("No data found for the selected search cryteria");
-}
-
-QString frmAdults::noDensText() const
-{
-    return QStringLiteral("There is no Active Den(s) available to select from. Please create or activate Den(s) in the "
-                          "Den From.");
-}
-
-QString frmAdults::middlePart(const QString& initial) const
-{
-    return QStringView(initial).trimmed().isEmpty() ? QStringLiteral(" ")
-                                                    : QString(u' ' % initial % QStringLiteral(". "));
 }
 
 // ---- Positions

@@ -50,14 +50,13 @@ protected:
     void openSet() override;
     void reloadDependants() override { PopulateDenAssignments(); }
     void setDefaults() override;
+    void finishNew() override { mAssignedDen = -1; }
+    void deleteAwards() override;
 
     [[nodiscard]] QString findStatement() const override;
     [[nodiscard]] QString denCriterion(std::int16_t den) const override;
     void LoadDenLists() override;
     void showFindDialog() override;
-    [[nodiscard]] QString nothingFoundText() const override;
-    [[nodiscard]] QString noDensText() const override;
-    [[nodiscard]] QString middlePart(const QString& initial) const override;
     [[nodiscard]] QString awardStatement(std::int16_t person) const override;
     void fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award) override;
 
@@ -78,6 +77,7 @@ private:
     widgets::StoredLayout m_positionLayout;
     std::int16_t m_positionsOf = 0; // the adult whose positions show
     std::int16_t mFindDen = -1;
+    std::int16_t mAssignedDen = 0; // no den: Leader_Den_Assignments says who belongs to one
 };
 
 } // namespace orlo

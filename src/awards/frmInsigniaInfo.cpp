@@ -131,18 +131,6 @@ void frmInsigniaInfo::finishDelete()
 
 // ---- Find
 
-void frmInsigniaInfo::SetFind(bool find)
-{
-    mFindRequested = find;
-    mSelectAllRequested = false;
-}
-
-void frmInsigniaInfo::SetSelectAll(bool selectAll)
-{
-    mSelectAllRequested = selectAll;
-    mFindRequested = false;
-}
-
 void frmInsigniaInfo::SetFindData(const QString& name, const QString& type)
 {
     mFindName = name;

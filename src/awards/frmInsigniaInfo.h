@@ -1,6 +1,7 @@
 #pragma once
 
 #include "awards/InsigniaTypes.h"
+#include "shell/forms/FindDialog.h"
 #include "shell/forms/RecordField.h"
 #include "shell/forms/WalkingForm.h"
 
@@ -15,7 +16,7 @@ namespace orlo
 {
 
 /// The award catalogue, one award at a time: its name, what it is for, and its type.
-class frmInsigniaInfo : public WalkingForm
+class frmInsigniaInfo : public WalkingForm, public FindRequest
 {
     Q_OBJECT
 
@@ -23,9 +24,7 @@ public:
     frmInsigniaInfo();
     ~frmInsigniaInfo() override;
 
-    // How dlgFindInsignia hands over what the user asked for.
-    void SetFind(bool find);
-    void SetSelectAll(bool selectAll);
+    /// What dlgFindInsignia looks for; an empty text doesn't count.
     void SetFindData(const QString& name, const QString& type);
 
 protected:
@@ -51,8 +50,6 @@ private:
     RecordField m_name;
     RecordField m_description;
     std::array<InsigniaType, 9> m_types;
-    bool mFindRequested = false;      ///< the dialog's last answer was "find"
-    bool mSelectAllRequested = false; ///< the dialog's last answer was "select all"
     QString mFindName;
     QString mFindType; ///< a stored text, or empty for all types
 };

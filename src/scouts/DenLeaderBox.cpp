@@ -8,8 +8,8 @@
 namespace orlo
 {
 
-DenLeaderBox::DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, Owner owner)
-    : QObject(box), m_box(box), m_ownSID(ownSID), m_owner(std::move(owner))
+DenLeaderBox::DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, bool& armed, Owner owner)
+    : QObject(box), m_box(box), m_ownSID(ownSID), m_armed(armed), m_owner(std::move(owner))
 {
     box->installEventFilter(this);
     connect(box, &widgets::CheckBox::changed, this, &DenLeaderBox::click);
@@ -42,7 +42,8 @@ void DenLeaderBox::click()
     m_armed = false;
 }
 
-// Clearing the box runs click() once more, within this one.
+// Clearing the box runs click() once more, within this one: that run clears the link and disarms the box. So save is
+// disabled after it, since it enables it, and what was picked is delivered last, since it would be cleared.
 void DenLeaderBox::pick()
 {
     if (!m_owner.hasDen()) {

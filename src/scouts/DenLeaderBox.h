@@ -31,8 +31,8 @@ public:
         std::function<void()> deliver;
     };
 
-    /// The box clears the link of its own when the user clears it.
-    DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, Owner owner);
+    /// The box clears the link of its own when the user clears it; `armed` says whether it acts.
+    DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, bool& armed, Owner owner);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -42,8 +42,8 @@ private:
 
     widgets::CheckBox* m_box;
     std::int16_t& m_ownSID;
+    bool& m_armed;
     Owner m_owner;
-    bool m_armed = false;
 };
 
 } // namespace orlo

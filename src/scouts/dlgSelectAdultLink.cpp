@@ -2,6 +2,7 @@
 
 #include "scouts/frmScouts.h"
 #include "shell/forms/Module1.h"
+#include "shell/forms/PersonName.h"
 #include "ui_dlgSelectAdultLink.h"
 
 namespace orlo
@@ -29,10 +30,8 @@ void dlgSelectAdultLink::load()
             "Select * From Scouts_Parents_As_DenLeader Where Den_SID = %1 Order By First_Name, MI, Last_Name")
             .arg(widgets::Instance<frmScouts>::get().GetDenSIDPub()));
     for (; !leaders.eof(); leaders.moveNext()) {
-        const QString initial = leaders[u"MI"].textOrEmpty();
-        const QString middle =
-            initial.trimmed().isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
-        ui->lstDenLeaders->addItem(leaders[u"First_Name"].textOrEmpty() + middle + leaders[u"Last_Name"].textOrEmpty());
+        ui->lstDenLeaders->addItem(leaders[u"First_Name"].textOrEmpty() + middlePart(leaders[u"MI"].textOrEmpty()) +
+                                   leaders[u"Last_Name"].textOrEmpty());
         mAdultSIDs.push_back(leaders[u"Adult_SID"].toInt16());
     }
 }

@@ -24,13 +24,17 @@ enum AwardColumn { Fixed, Assigned, Quantity, Award, AssignedSID, InsigniaSID };
 
 } // namespace
 
-frmScouts::frmScouts() : PeopleForm(QStringLiteral("Scout")), ui(std::make_unique<Ui::frmScouts>())
+frmScouts::frmScouts()
+    : PeopleForm({.noun = QStringLiteral("Scout"),
+                  .nothingFound = QStringLiteral("No data found for the selected search criteria"),
+                  .noDens = QStringLiteral("There is no Active Den(s) available to select from. Please create or "
+                                           "activate a Den in the Den From.")}),
+      ui(std::make_unique<Ui::frmScouts>())
 {
     ui->setupUi(this);
-    bindControls({*ui, ui->txtFirst});
-    bindList({ui->lbScouts, ui->tabScout, ui->cmdFind, ui->cmdAddAward, ui->cmdDeleteAward});
-    bindFilters(FilterControls(*ui));
-    bindAwards({ui->fgScoutsAwards, ui->lblScoutName});
+    bindControls(
+        *ui,
+        {.list = ui->lbScouts, .tabs = ui->tabScout, .awards = ui->fgScoutsAwards, .personName = ui->lblScoutName});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
     bindFields();
@@ -41,8 +45,8 @@ frmScouts::frmScouts() : PeopleForm(QStringLiteral("Scout")), ui(std::make_uniqu
         dialog.giveTo(*this);
         dialog.showWaiting();
     });
-    connect(ui->cmdEditAward, &QPushButton::clicked, this, &frmScouts::cmdEditAward_Click);
-    connect(ui->cmdDeleteAward, &QPushButton::clicked, this, &frmScouts::cmdDeleteAward_Click);
+    connectRoutine(ui->cmdEditAward, &frmScouts::cmdEditAward_Click);
+    connectRoutine(ui->cmdDeleteAward, &frmScouts::cmdDeleteAward_Click);
 }
 
 frmScouts::~frmScouts() = default;
@@ -101,7 +105,7 @@ void frmScouts::bindFields()
 
 void frmScouts::load()
 {
-    openSet();
+    OpenScouts();
     SetUpAwardGrid({{200, Qt::AlignLeft, QString()},
                     {1000, Qt::AlignCenter, QStringLiteral("Assigned")},
                     {500, Qt::AlignCenter, QStringLiteral("Qty")},
@@ -111,6 +115,12 @@ void frmScouts::load()
                    Award);
     if (mRecordCount > 0)
         LoadAwardRows();
+    endRoutine();
+}
+
+// A failure that a routine left pending shows at the end of the next one.
+void frmScouts::endRoutine() const
+{
     TestPendingError();
 }
 
@@ -139,7 +149,7 @@ void frmScouts::FillRecord()
     ui->cmdSave->setEnabled(false);
     ShowRecordInfo();
     ReloadAwardGrid();
-    TestPendingError();
+    endRoutine();
 }
 
 // The grade, the den leader boxes and their links stay: a new record begins with those that were on screen.
@@ -155,7 +165,7 @@ void frmScouts::ClearRecord()
     ui->chkP1IncludeCorr->setChecked(true);
     ui->chkP2IncludeCorr->setChecked(false);
     ui->cmbBoysLife->setText(No);
-    TestPendingError();
+    endRoutine();
 }
 
 void frmScouts::SaveRecord()
@@ -176,13 +186,7 @@ void frmScouts::SaveRecord()
         record.setValue(u"Scout_SID", int{mCurrentSID});
     record.update();
     finishSaveRecord();
-    TestPendingError();
-}
-
-void frmScouts::SetNavButtons()
-{
-    PeopleForm::SetNavButtons();
-    TestPendingError();
+    endRoutine();
 }
 
 void frmScouts::EnableFields()
@@ -203,32 +207,14 @@ void frmScouts::setFieldsEnabled(bool enabled)
              ui->txtZip, ui->txtDOB, ui->txtParent1, ui->txtParent2, ui->comActive, ui->txtPackStartDate,
              ui->comWasTiger, ui->txtYearsInOtherPack, ui->txtYearsInScouts, ui->txtSchool, ui->txtScoutNote})
         field->setEnabled(enabled);
-    TestPendingError();
+    endRoutine();
 }
 
 // ---- Events
 
-void frmScouts::cmdFirst_Click()
-{
-    PeopleForm::cmdFirst_Click();
-    TestPendingError();
-}
-
-void frmScouts::cmdPrevious_Click()
-{
-    PeopleForm::cmdPrevious_Click();
-    TestPendingError();
-}
-
-void frmScouts::cmdNew_Click()
-{
-    PeopleForm::cmdNew_Click();
-    TestPendingError();
-}
-
 void frmScouts::setDefaults()
 {
-    cutAwardGrid();
+    m_awardPage->cut();
     ui->txtPackStartDate->setText(platform::shortDate(platform::today()));
     ui->comActive->setText(Yes);
     ui->comWasTiger->setText(No);
@@ -248,22 +234,10 @@ void frmScouts::finishNew()
     mDenSID = GetDenSID(den);
 }
 
-void frmScouts::cmdDelete_Click()
+void frmScouts::DeleteAwardsOfScout()
 {
-    PeopleForm::cmdDelete_Click();
-    TestPendingError();
-}
-
-void frmScouts::deleteAwards()
-{
-    PeopleForm::deleteAwards();
-    TestPendingError();
-}
-
-void frmScouts::cmdFind_Click()
-{
-    PeopleForm::cmdFind_Click();
-    TestPendingError();
+    database().execute(QStringLiteral("Delete From Assigned_Awards_Scouts Where Scout_SID = %1").arg(GetScoutSID()));
+    endRoutine();
 }
 
 void frmScouts::comDen_Change()
@@ -274,25 +248,13 @@ void frmScouts::comDen_Change()
 
 // ---- List, filters, find
 
-void frmScouts::openSet()
-{
-    PeopleForm::openSet();
-    TestPendingError();
-}
-
-void frmScouts::PopulateNavLB()
-{
-    PeopleForm::PopulateNavLB();
-    TestPendingError();
-}
-
 // A find acts inside the view and den in force. Under "All" its text ends in an " and " too many.
 QString frmScouts::findStatement() const
 {
-    QString criteria = nameCriteria();
+    QString criteria = m_names.text();
     if (!criteria.isEmpty())
         criteria.prepend(QStringLiteral(" Where "));
-    return QStringLiteral("Select * From Scouts") + BuildViewCriteria(criteria) + BuildOrderClause();
+    return QStringLiteral("Select * From Scouts") + filter().BuildViewCriteria(criteria) + filter().BuildOrderClause();
 }
 
 QString frmScouts::denCriterion(std::int16_t den) const
@@ -302,32 +264,26 @@ QString frmScouts::denCriterion(std::int16_t den) const
 
 std::int16_t frmScouts::GetDenSID(const QString& denName) const
 {
-    const std::int16_t den = denOfRow(*ui->comDen, denName);
-    TestPendingError();
+    const std::int16_t den = m_dens.keyOf(*ui->comDen, denName);
+    endRoutine();
     return den;
 }
 
-QString frmScouts::GetDenName(std::int16_t denSID) const
-{
-    QString name = PeopleForm::GetDenName(denSID);
-    TestPendingError();
-    return name;
-}
-
-// The filter is rebuilt only where both lists are short. comDen gets no text back: mDenSID keeps its value.
+// The filter is rebuilt only where both lists are short; the rows are counted before comDen is emptied. comDen gets no
+// text back: mDenSID keeps its value.
 void frmScouts::LoadDenLists()
 {
-    const int filterRows = std::max(0, ui->cmbSelectedDens->listCount() - 1);
+    const int filterRows = std::max(0, ui->cmbSelectedDens->listCount() - 1); // less "<All>"
     const int denRows = ui->comDen->listCount();
     if (readDens()) {
-        const int dens = static_cast<int>(mDenSIDs.size());
+        const int dens = static_cast<int>(m_dens.texts.size());
         ui->comDen->clear();
-        for (const QString& den : std::as_const(m_denTexts))
+        for (const QString& den : std::as_const(m_dens.texts))
             ui->comDen->addItem(den);
         if (filterRows != dens && denRows != dens)
             rebuildDenFilter();
     }
-    TestPendingError();
+    endRoutine();
 }
 
 void frmScouts::showFindDialog()
@@ -337,21 +293,10 @@ void frmScouts::showFindDialog()
 
 void frmScouts::SetFindData(const QString& first, const QString& last, const QString& initial)
 {
-    SetFindNames(first, last, initial);
+    m_names = {first, last, initial};
 }
 
-QString frmScouts::nothingFoundText() const
-{
-    return QStringLiteral("No data found for the selected search criteria");
-}
-
-QString frmScouts::noDensText() const
-{
-    return QStringLiteral("There is no Active Den(s) available to select from. Please create or activate a Den in the "
-                          "Den From.");
-}
-
-QString frmScouts::middlePart(const QString& initial) const
+QString frmScouts::listMiddle(const QString& initial) const
 {
     return initial.isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
 }
@@ -365,8 +310,8 @@ void frmScouts::bindParents()
                                    [this] { return !ui->comDen->text().isEmpty(); }, [this] { return PickDenLeader(); },
                                    [this] { mParent2LeaderSID = mPickedAdultSID; }}; // whichever box picked
     };
-    new DenLeaderBox(ui->chkP1DenLeader, mParent1LeaderSID, owner());
-    new DenLeaderBox(ui->chkP2DenLeader, mParent2LeaderSID, owner());
+    new DenLeaderBox(ui->chkP1DenLeader, mParent1LeaderSID, mP1BoxArmed, owner());
+    new DenLeaderBox(ui->chkP2DenLeader, mParent2LeaderSID, mP2BoxArmed, owner());
 }
 
 bool frmScouts::PickDenLeader()
@@ -385,12 +330,6 @@ void frmScouts::fillLink(QStringView field, std::int16_t& sid, QAbstractButton* 
 }
 
 // ---- Awards
-
-void frmScouts::ReloadAwardGrid()
-{
-    PeopleForm::ReloadAwardGrid();
-    TestPendingError();
-}
 
 QString frmScouts::personName() const
 {
@@ -438,7 +377,6 @@ void frmScouts::cmdEditAward_Click()
             ReloadAwardGrid();
         }
     }
-    TestPendingError();
 }
 
 void frmScouts::cmdDeleteAward_Click()
@@ -448,7 +386,6 @@ void frmScouts::cmdDeleteAward_Click()
         database().execute(QStringLiteral("Delete From Assigned_Awards_Scouts Where Assigned_SID = %1").arg(key));
         ReloadAwardGrid();
     }
-    TestPendingError();
 }
 
 } // namespace orlo

@@ -24,35 +24,25 @@ public:
     /// The scout of the current record of the set.
     [[nodiscard]] std::int16_t GetScoutSID() const;
     [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
-    [[nodiscard]] QString GetDenName(std::int16_t denSID) const override;
     /// The den of the record on screen.
     [[nodiscard]] std::int16_t GetDenSIDPub() const { return mDenSID; }
     void SetFindData(const QString& first, const QString& last, const QString& initial);
     /// The adult picked in dlgSelectAdultLink, 0 for none.
     void SetParentDenLeaderSID(std::int16_t sid) { mPickedAdultSID = sid; }
-    void ReloadAwardGrid() override;
-    void PopulateNavLB() override;
 
 protected:
     void load() override;
+    void endRoutine() const override;
 
     void FillRecord() override;
     void ClearRecord() override;
     void SaveRecord() override;
-    void SetNavButtons() override;
     void EnableFields() override;
     void DisableFields() override;
 
-    void cmdFirst_Click() override;
-    void cmdPrevious_Click() override;
-    void cmdNew_Click() override;
-    void cmdDelete_Click() override;
-    void cmdFind_Click() override;
-    void deleteAwards() override;
-
-    void openSet() override;
     void setDefaults() override;
     void finishNew() override;
+    void deleteAwards() override { DeleteAwardsOfScout(); }
 
     [[nodiscard]] QString findStatement() const override;
     [[nodiscard]] QString denCriterion(std::int16_t den) const override;
@@ -61,9 +51,7 @@ protected:
     [[nodiscard]] QString personName() const override;
     void LoadDenLists() override;
     void showFindDialog() override;
-    [[nodiscard]] QString nothingFoundText() const override;
-    [[nodiscard]] QString noDensText() const override;
-    [[nodiscard]] QString middlePart(const QString& initial) const override;
+    [[nodiscard]] QString listMiddle(const QString& initial) const override;
 
 private:
     void bindFields();
@@ -71,6 +59,8 @@ private:
     void setFieldsEnabled(bool enabled);
     [[nodiscard]] bool PickDenLeader();
     void fillLink(QStringView field, std::int16_t& sid, QAbstractButton* box);
+    void OpenScouts() { openSet(); }
+    void DeleteAwardsOfScout();
     void comDen_Change();
     void cmdEditAward_Click();
     void cmdDeleteAward_Click();
@@ -78,6 +68,8 @@ private:
     std::unique_ptr<Ui::frmScouts> ui;
     std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
     std::int16_t mPickedAdultSID = 0;
+    bool mP1BoxArmed = false; ///< the next click of the parent's box is the user's
+    bool mP2BoxArmed = false;
     std::int16_t mParent1LeaderSID = 0; ///< what a save writes for a parent while the parent's box is checked
     std::int16_t mParent2LeaderSID = 0;
 };

@@ -34,7 +34,7 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
             Q_EMIT textChange();
     });
     // A pick of another row emits both signals, a pick of the chosen row only activated(), a row set by code only
-    // currentIndexChanged().
+    // currentIndexChanged(). The mark is set before clicked(): its handlers may choose rows themselves.
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         m_row = index;
         m_told = index >= 0 && !m_silent;

@@ -1,6 +1,9 @@
 #include "shell/forms/DenList.h"
 
 #include "shell/forms/Module1.h"
+#include "widgets/ComboBox.h"
+
+#include <algorithm>
 
 namespace orlo
 {
@@ -33,6 +36,36 @@ std::vector<ListEntry> allDens()
 std::vector<ListEntry> activeDens()
 {
     return readDens(QStringLiteral("Where Active = 'Y'"));
+}
+
+QString denName(std::int16_t denSID)
+{
+    const auto den = database().openRecordset(
+        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Den_SID = %1").arg(denSID));
+    return den.recordCount() > 0 ? denText(den) : QString();
+}
+
+bool DenRows::read()
+{
+    const std::vector<ListEntry> dens = allDens();
+    if (dens.empty())
+        return false;
+    mDenSIDs.clear();
+    texts.clear();
+    for (const ListEntry& den : dens) {
+        mDenSIDs.push_back(den.sid);
+        texts.append(den.text);
+    }
+    return true;
+}
+
+std::int16_t DenRows::keyOf(const widgets::ComboBox& list, const QString& denName) const
+{
+    const int rows = std::min(list.listCount(), static_cast<int>(mDenSIDs.size()));
+    for (int row = 0; !denName.isEmpty() && row < rows; ++row)
+        if (list.list(row) == denName)
+            return mDenSIDs[static_cast<std::size_t>(row)];
+    return -1;
 }
 
 } // namespace orlo

@@ -5,6 +5,26 @@
 namespace orlo
 {
 
+/// What a find dialog was answered with, for the form that asked.
+class FindRequest
+{
+public:
+    void SetFind(bool find)
+    {
+        mFindRequested = find;
+        mSelectAllRequested = false;
+    }
+    void SetSelectAll(bool selectAll)
+    {
+        mSelectAllRequested = selectAll;
+        mFindRequested = false;
+    }
+
+protected:
+    bool mFindRequested = false;      ///< the dialog's last answer was "find"
+    bool mSelectAllRequested = false; ///< the dialog's last answer was "select all"
+};
+
 /// Asks which records a form is to walk and hands the answer to it, by its SetFind and SetSelectAll: what the find
 /// dialogs have in common.
 template <class F>

@@ -1,15 +1,13 @@
 #include "shell/forms/PeopleForm.h"
 
-#include "platform/Conversion.h"
-#include "shell/forms/DenList.h"
 #include "shell/forms/Module1.h"
+#include "shell/forms/PersonName.h"
 #include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"
 #include "widgets/OptionButton.h"
 #include "widgets/TextGrid.h"
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
 
@@ -18,29 +16,22 @@ namespace orlo
 
 namespace
 {
-
 const QString AllDens = QStringLiteral("<All>");
-constexpr int AwardDate = 1;       // the column, in both forms
-constexpr int HeadingHeight = 250; // twips
-
-QString leftTrimmed(const QString& text)
-{
-    qsizetype blanks = 0;
-    while (blanks < text.size() && text[blanks] == u' ')
-        ++blanks;
-    return text.mid(blanks);
-}
-
 } // namespace
 
-PeopleForm::PeopleForm(const QString& noun)
-    : ListForm({noun, noun + QStringLiteral("s"), noun + QStringLiteral("_SID")}), m_noun(noun)
+PeopleForm::PeopleForm(const Words& words)
+    : RecordForm({words.noun, words.noun + QStringLiteral("s"), words.noun + QStringLiteral("_SID")}), m_words(words)
 {
 }
 
-void PeopleForm::bindFilters(const FilterControls& controls)
+PeopleForm::~PeopleForm() = default;
+
+void PeopleForm::bindPeople(const PeopleControls& controls, const NamedControls& named)
 {
-    m_filters = controls;
+    m_people = controls;
+    m_awardPage.emplace(named.awards, named.personName,
+                        [this](auto& grid, int row, const auto& award) { fillAwardRow(grid, row, award); });
+    connect(controls.list, &widgets::ListBox::clicked, this, &PeopleForm::list_Click);
     controls.cmbSelectedDens->setText(AllDens);
     for (auto* option : {controls.optActive, controls.optInactive, controls.optActive_Inactive,
                          controls.optOrderLastName, controls.optOrderFirstName})
@@ -55,15 +46,8 @@ void PeopleForm::bindFilters(const FilterControls& controls)
         PromptSaveChanges();
         LoadDenLists();
     });
-    connect(listControls().cmdFind, &QPushButton::clicked, this, [this] { cmdFind_Click(); });
-    connect(listControls().tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
-}
-
-QString PeopleForm::rightTrimmed(QString text)
-{
-    while (text.endsWith(u' '))
-        text.chop(1);
-    return text;
+    connectRoutine(controls.cmdFind, &PeopleForm::cmdFind_Click);
+    connect(controls.tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
 }
 
 std::int16_t PeopleForm::currentPerson() const
@@ -71,18 +55,187 @@ std::int16_t PeopleForm::currentPerson() const
     return rsRecords->value(keyField()).toInt16();
 }
 
-// ---- Buttons
+// ---- Walking
+
+void PeopleForm::cmdFirst_Click()
+{
+    PromptSaveChanges();
+    stepToFirst();
+    showCurrent();
+}
+
+void PeopleForm::cmdPrevious_Click()
+{
+    PromptSaveChanges();
+    stepToPrevious();
+    showCurrent();
+}
 
 void PeopleForm::cmdNext_Click()
 {
-    ListForm::cmdNext_Click();
-    ReloadAwardGrid();
+    PromptSaveChanges();
+    stepToNext();
+    showCurrent();
+    ReloadAwardGrid(); // once more, after Next and Last only
 }
 
 void PeopleForm::cmdLast_Click()
 {
-    ListForm::cmdLast_Click();
+    PromptSaveChanges();
+    stepToLast();
+    showCurrent();
     ReloadAwardGrid();
+}
+
+// The order counts: SetNavButtons first repairs the place after a step off either end, FillRecord leaves cmdSave
+// disabled, so that the click which the selection of the row causes asks nothing and brings the same record once more.
+void PeopleForm::showCurrent()
+{
+    SetNavButtons();
+    FillRecord();
+    SelectListRow(recordIndex());
+    reloadDependants();
+    focusFirstField();
+}
+
+void PeopleForm::SelectListRow(int position)
+{
+    m_people->list->setListIndex(position - 1);
+}
+
+// Record set and list are kept in step through the row's number only.
+void PeopleForm::list_Click()
+{
+    PromptSaveChanges();
+    goTo(m_people->list->listIndex() + 1);
+    FillRecord();
+    reloadDependants();
+    SetNavButtons();
+}
+
+void PeopleForm::SetNavButtons()
+{
+    const Ways ways = settle();
+    controls().cmdDelete->setEnabled(mRecordCount != 0);
+    m_people->cmdFind->setEnabled(mRecordCount != 0);
+    showWays(ways);
+    endRoutine();
+}
+
+// On another page than the first field's it is what that page begins with: nothing is to be typed unseen.
+QWidget* PeopleForm::fieldInView() const
+{
+    QWidget* first = controls().firstField;
+    QWidget* page = m_people->tabs->currentWidget();
+    if (page->isAncestorOf(first))
+        return first;
+    for (QWidget* control = page->nextInFocusChain(); control != page; control = control->nextInFocusChain())
+        if (page->isAncestorOf(control) && control->isEnabled() && (control->focusPolicy() & Qt::TabFocus))
+            return control;
+    return first;
+}
+
+// ---- New, Save, Cancel, Delete
+
+void PeopleForm::cmdNew_Click()
+{
+    readRecordCount();
+    if (mRecordCount == 0)
+        setRecordIndex(0);
+    m_people->tabs->setCurrentIndex(0);
+    mCurrentSID = newKey();
+    if (recordIndex() == 0) {
+        EnableFields();
+        m_people->tabs->setEnabled(true);
+    }
+    rsRecords->addNew();
+    ClearRecord();
+    setDefaults(); // what changes here is what enables cmdSave
+    controls().cmdNew->setEnabled(false);
+    controls().cmdDelete->setEnabled(false);
+    enableExtraButtons(false);
+    focusFirstField();
+    mNewRecord = true;
+    finishNew();
+    ShowRecordInfo();
+}
+
+void PeopleForm::cmdSave_Click()
+{
+    SaveRecord();
+    if (mRecordCount <= 0)
+        return;
+    focusFirstField();
+    controls().cmdSave->setEnabled(false);
+    enableRecordButtons();
+}
+
+void PeopleForm::finishSaveRecord()
+{
+    const bool added = mNewRecord;
+    if (added) {
+        ++mRecordCount;
+        setRecordIndex(mRecordCount);
+        m_people->list->insertItem(mRecordCount - 1, newRowText());
+        if (mRecordCount == 1) {
+            // The first record of an empty set comes in through the filters, which may leave it out again.
+            controls().cmdSave->setEnabled(false);
+            openSet();
+        }
+    }
+    if (mRecordCount > 0) {
+        SetNavButtons();
+        FillRecord();
+        if (added)
+            SelectListRow(mRecordCount);
+    }
+    mNewRecord = false;
+    if (added && mRecordCount > 0) // saved by the way, as when another row was clicked: cmdSave does the same
+        enableRecordButtons();
+    ShowRecordInfo();
+}
+
+// The mark stays before the name until the list is next filled, whatever the order.
+QString PeopleForm::newRowText() const
+{
+    return QStringLiteral("<New>") + leftTrimmed(m_people->txtLast->text()) + QStringLiteral(", ") +
+           leftTrimmed(m_people->txtFirst->text()) + u' ' + m_people->txtMi->text();
+}
+
+void PeopleForm::cmdDelete_Click()
+{
+    if (!confirmDelete())
+        return;
+    if (rsRecords->recordCount() > 0) // none where the new record of an empty set was cancelled
+        deleteAwards();
+    readRecordCount();
+    if (mRecordCount == 0)
+        return;
+    m_people->list->removeItem(recordIndex() - 1);
+    rsRecords->remove();
+    readRecordCount();
+    if (mRecordCount < 1) {
+        setRecordIndex(0);
+        mCurrentSID = 0; // nothing hangs off nobody
+        ClearRecord();
+        controls().cmdDelete->setEnabled(false);
+        m_people->cmdFind->setEnabled(false);
+        controls().cmdSave->setEnabled(false);
+        controls().cmdNew->setEnabled(true);
+        DisableFields();
+        controls().cmdNew->setFocus();
+        return;
+    }
+    if (recordIndex() <= mRecordCount)
+        rsRecords->moveNext();
+    else {
+        setRecordIndex(mRecordCount);
+        rsRecords->moveLast();
+    }
+    SetNavButtons();
+    FillRecord();
+    SelectListRow(recordIndex());
+    focusFirstField();
 }
 
 // Where Escape asks this, the Enter that may follow it is not to delete anybody.
@@ -93,14 +246,44 @@ bool PeopleForm::confirmDelete()
         QStringLiteral("ARE YOU SURE YOU WANT TO DELETE THE CURRENT %1 RECORD and all of the %2's Award Records? The "
                        "alternitive is to set the %3 to inactive. This will retain all the %2's data in the program, "
                        "but disable the %2 from showing up on reports.")
-            .arg(m_noun.toUpper(), m_noun, m_noun.toLower()),
-        QStringLiteral("Delete ") + m_noun, byEscape ? widgets::Preset::No : widgets::Preset::Yes);
+            .arg(m_words.noun.toUpper(), m_words.noun, m_words.noun.toLower()),
+        QStringLiteral("Delete ") + m_words.noun, byEscape ? widgets::Preset::No : widgets::Preset::Yes);
 }
 
-void PeopleForm::deleteAwards()
+// An existing record is not put back: what was typed stays on screen, out of reach of any save.
+void PeopleForm::cmdCancel_Click()
 {
-    database().execute(QStringLiteral("Delete From Assigned_Awards_%1s Where %2 = %3")
-                           .arg(m_noun, keyField(), QString::number(currentPerson())));
+    controls().cmdSave->setEnabled(false);
+    enableRecordButtons();
+    if (recordIndex() == 0) {
+        DisableFields();
+        return;
+    }
+    controls().cmdSave->setEnabled(false);
+    controls().cmdNew->setEnabled(true);
+    if (mNewRecord) {
+        mNewRecord = false;
+        readRecordCount();
+        goTo(recordIndex());
+        SetNavButtons();
+        FillRecord();
+        reloadDependants();
+    }
+    ShowRecordInfo();
+}
+
+void PeopleForm::enableRecordButtons()
+{
+    controls().cmdNew->setEnabled(true);
+    controls().cmdDelete->setEnabled(true);
+    enableExtraButtons(true);
+}
+
+void PeopleForm::enableExtraButtons(bool on)
+{
+    m_people->cmdFind->setEnabled(on);
+    m_people->cmdAddAward->setEnabled(on);
+    m_people->cmdDeleteAward->setEnabled(on);
 }
 
 // ---- The set and its list
@@ -108,29 +291,45 @@ void PeopleForm::deleteAwards()
 void PeopleForm::openSet()
 {
     const int opening = ++m_openings;
-    openRecords(setStatement());
+    const PeopleFilter people = filter();
+    openRecords(QStringLiteral("Select * From %1s ").arg(m_words.noun) + people.BuildViewCriteria(QString()) +
+                people.BuildOrderClause());
     controls().cmdSave->setEnabled(false); // edits of the former set are dropped unasked
     if (mRecordCount < 1) {
-        listControls().list->clear();
+        m_people->list->clear();
         mCurrentSID = 0; // nothing hangs off nobody
         ClearRecord();
     } else {
         setRecordIndex(1);
         LoadDenLists();
-        if (opening != m_openings)
-            return; // the den filter got its text back, which opened the set once more and left nothing to do
     }
-    mFindRequested = false;
-    mNewRecord = false;
-    if (mRecordCount == 0) {
-        showEmpty();
-        return;
+    // Where the den filter got its text back, that has opened the set once more and left nothing to do here.
+    if (opening == m_openings) {
+        mFindRequested = false;
+        mNewRecord = false;
+        if (mRecordCount == 0)
+            showEmpty();
+        else {
+            rsRecords->moveFirst();
+            mCurrentSID = currentPerson();
+            PopulateNavLB();
+            enableRecord();
+            FillRecord();
+        }
     }
-    rsRecords->moveFirst();
-    mCurrentSID = currentPerson();
-    PopulateNavLB();
-    enableRecord();
-    FillRecord();
+    endRoutine();
+}
+
+// The state without records: only cmdNew is live.
+void PeopleForm::showEmpty()
+{
+    DisableRecordButtons();
+    m_people->cmdFind->setEnabled(false);
+    setRecordIndex(0);
+    DisableFields();
+    controls().cmdNew->setEnabled(true);
+    m_people->tabs->setCurrentIndex(0);
+    m_people->tabs->setEnabled(false);
 }
 
 // The empty state ends, and so does that of a new record.
@@ -138,7 +337,7 @@ void PeopleForm::enableRecord()
 {
     EnableFields();
     enableRecordButtons();
-    listControls().tabs->setEnabled(true);
+    m_people->tabs->setEnabled(true);
 }
 
 void PeopleForm::PopulateNavLB()
@@ -146,90 +345,62 @@ void PeopleForm::PopulateNavLB()
     rsRecords->moveFirst();
     QStringList rows;
     rows.reserve(mRecordCount);
-    const bool lastNameFirst = m_filters->optOrderLastName->isChecked();
+    const bool lastNameFirst = m_people->optOrderLastName->isChecked();
     for (; !rsRecords->eof(); rsRecords->moveNext()) {
         const QString first = rsRecords->value(u"First_Name").textOrEmpty();
         const QString last = rsRecords->value(u"Last_Name").textOrEmpty();
-        const QString middle = middlePart(rsRecords->value(u"MI").textOrEmpty());
+        const QString middle = listMiddle(rsRecords->value(u"MI").textOrEmpty());
         rows.append(lastNameFirst ? rightTrimmed(last) + QStringLiteral(", ") + rightTrimmed(first + middle)
                                   : rightTrimmed(first + middle + last));
     }
-    widgets::ListBox& list = *listControls().list;
+    widgets::ListBox& list = *m_people->list;
     list.setUpdatesEnabled(false);
     list.clear();
     list.addItems(rows);
     list.setUpdatesEnabled(true);
     rsRecords->moveFirst();
     SelectListRow(1);
+    endRoutine();
 }
 
-QString PeopleForm::setStatement() const
+QString PeopleForm::listMiddle(const QString& initial) const
 {
-    return QStringLiteral("Select * From %1s ").arg(m_noun) + BuildViewCriteria(QString()) + BuildOrderClause();
+    return middlePart(initial);
 }
 
-QString PeopleForm::BuildViewCriteria(const QString& start) const
+PeopleFilter PeopleForm::filter() const
 {
-    const bool fresh = start.isEmpty();
-    QString criteria = fresh ? QStringLiteral("Where ") : start + QStringLiteral(" and ");
-    if (m_filters->optActive->isChecked())
-        criteria += QStringLiteral(" Active = 'Y' ");
-    else if (m_filters->optInactive->isChecked())
-        criteria += QStringLiteral(" Active = 'N' ");
-    else if (fresh)
-        criteria.clear();
-    if (filtersByDen()) {
-        criteria += criteria.isEmpty() ? QStringLiteral("Where ") : QStringLiteral(" And ");
-        criteria += denCriterion(GetDenSID(m_filters->cmbSelectedDens->text()));
-    }
-    return criteria;
-}
-
-QString PeopleForm::BuildOrderClause() const
-{
-    return m_filters->optOrderLastName->isChecked() ? QStringLiteral(" Order by Last_Name, First_Name ")
-                                                    : QStringLiteral(" Order by First_Name, MI, Last_Name ");
+    using View = PeopleFilter::View;
+    return {.view = m_people->optActive->isChecked()     ? View::Active
+                    : m_people->optInactive->isChecked() ? View::Inactive
+                                                         : View::All,
+            .denCriterion = filtersByDen() ? denCriterion(GetDenSID(m_people->cmbSelectedDens->text())) : QString(),
+            .lastNameFirst = m_people->optOrderLastName->isChecked()};
 }
 
 bool PeopleForm::filtersByDen() const
 {
-    const QString den = m_filters->cmbSelectedDens->text();
+    const QString den = m_people->cmbSelectedDens->text();
     return !den.isEmpty() && den != AllDens;
-}
-
-// The mark stays before the name until the list is next filled, whatever the order.
-QString PeopleForm::newRowText() const
-{
-    const auto text = [this](const char* name) { return findChild<QLineEdit*>(QLatin1String(name))->text(); };
-    return QStringLiteral("<New>") + leftTrimmed(text("txtLast")) + QStringLiteral(", ") +
-           leftTrimmed(text("txtFirst")) + u' ' + text("txtMi");
 }
 
 // ---- Den lists
 
 bool PeopleForm::readDens()
 {
-    const std::vector<ListEntry> dens = allDens();
-    if (dens.empty()) {
-        widgets::message(noDensText(), QStringLiteral("Selection Error"));
-        return false;
-    }
-    mDenSIDs.clear();
-    m_denTexts.clear();
-    for (const ListEntry& den : dens) {
-        mDenSIDs.push_back(den.sid);
-        m_denTexts.append(den.text);
-    }
-    return true;
+    if (m_dens.read())
+        return true;
+    widgets::message(m_words.noDens, QStringLiteral("Selection Error"));
+    return false;
 }
 
 // Giving the filter its text back counts as a change of it.
 void PeopleForm::rebuildDenFilter()
 {
-    widgets::ComboBox& filter = *m_filters->cmbSelectedDens;
+    widgets::ComboBox& filter = *m_people->cmbSelectedDens;
     const QString kept = filter.text();
     filter.clear();
-    for (const QString& den : std::as_const(m_denTexts))
+    for (const QString& den : std::as_const(m_dens.texts))
         filter.addItem(den);
     filter.addItem(AllDens);
     if (kept.isEmpty())
@@ -238,53 +409,14 @@ void PeopleForm::rebuildDenFilter()
         filter.setText(kept);
 }
 
-std::int16_t PeopleForm::denOfRow(const widgets::ComboBox& list, const QString& denName) const
-{
-    const int rows = std::min(list.listCount(), static_cast<int>(mDenSIDs.size()));
-    for (int row = 0; !denName.isEmpty() && row < rows; ++row)
-        if (list.list(row) == denName)
-            return mDenSIDs[static_cast<std::size_t>(row)];
-    return -1;
-}
-
 QString PeopleForm::GetDenName(std::int16_t denSID) const
 {
-    const auto den = database().openRecordset(
-        QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Den_SID = %1").arg(denSID));
-    return den.recordCount() > 0 ? denText(den) : QString();
+    const QString name = denName(denSID);
+    endRoutine();
+    return name;
 }
 
 // ---- Find
-
-void PeopleForm::SetFind(bool find)
-{
-    mFindRequested = find;
-    mSelectAllRequested = false;
-}
-
-void PeopleForm::SetSelectAll(bool selectAll)
-{
-    mSelectAllRequested = selectAll;
-    mFindRequested = false;
-}
-
-void PeopleForm::SetFindNames(const QString& first, const QString& last, const QString& initial)
-{
-    mFindFirst = first;
-    mFindLast = last;
-    mFindMI = initial;
-}
-
-QString PeopleForm::nameCriteria() const
-{
-    QString criteria;
-    for (const auto& [field, value] :
-         {std::pair(u"First_Name", mFindFirst), std::pair(u"Last_Name", mFindLast), std::pair(u"MI", mFindMI)})
-        if (!value.isEmpty())
-            criteria += (criteria.isEmpty() ? QStringLiteral(" ") : QStringLiteral(" and ")) +
-                        QString::fromUtf16(field) + QStringLiteral(" Like '") + value.trimmed() + QStringLiteral("*'");
-    return criteria;
-}
 
 // The question about unsaved changes comes after the dialog.
 void PeopleForm::cmdFind_Click()
@@ -309,7 +441,7 @@ void PeopleForm::cmdFind_Click()
         PopulateNavLB();
         SelectListRow(1);
     } else {
-        widgets::message(nothingFoundText(), QStringLiteral("No Data Found"));
+        widgets::message(m_words.nothingFound, QStringLiteral("No Data Found"));
         const int index = recordIndex();
         openSet();
         if (mRecordCount == 0)
@@ -325,38 +457,22 @@ void PeopleForm::cmdFind_Click()
 
 // ---- Awards
 
-void PeopleForm::bindAwards(const AwardControls& controls)
-{
-    m_awards = controls;
-}
-
-void PeopleForm::SetUpAwardGrid(const std::vector<AwardHeading>& columns, int stretched)
+void PeopleForm::SetUpAwardGrid(const std::vector<AwardPage::Column>& columns, int stretched)
 {
     if (mRecordCount > 0)
-        m_awards.name->setText(personName());
-    auto& grid = *m_awards.grid;
-    cutAwardGrid();
-    grid.setRowHeight(0, HeadingHeight);
-    for (int col = 0; const AwardHeading& column : columns) {
-        grid.setColWidth(col, column.width);
-        grid.setColAlignment(col, column.alignment);
-        grid.setText(0, col++, column.heading);
-    }
-    grid.setStretchColumn(stretched);
-    grid.fitCol(AwardDate, QStringLiteral("12/30/2000"));
-}
-
-void PeopleForm::cutAwardGrid()
-{
-    m_awards.grid->setRows(1);
+        m_awardPage->setName(personName());
+    m_awardPage->setUp(columns, stretched);
 }
 
 void PeopleForm::ReloadAwardGrid()
 {
-    const widgets::RedrawHold hold(*m_awards.grid);
-    cutAwardGrid();
-    m_awards.name->setText(personName());
-    LoadAwardRows();
+    m_awardPage->reload(personName(), awardStatement(currentPerson()));
+    endRoutine();
+}
+
+void PeopleForm::LoadAwardRows()
+{
+    m_awardPage->addAwards(awardStatement(currentPerson()));
 }
 
 QString PeopleForm::personName() const
@@ -365,23 +481,10 @@ QString PeopleForm::personName() const
     return rightTrimmed(text(u"First_Name") + u' ' + text(u"MI")) + u' ' + rightTrimmed(text(u"Last_Name"));
 }
 
-void PeopleForm::LoadAwardRows()
-{
-    auto& grid = *m_awards.grid;
-    const widgets::RedrawHold hold(grid);
-    for (auto awards = database().openRecordset(awardStatement(currentPerson())); !awards.eof(); awards.moveNext())
-        fillAwardRow(grid, grid.addRow(), awards);
-}
-
-QString PeopleForm::awardText(const store::Recordset& award)
-{
-    return rightTrimmed(award[u"Insignia_Name"].textOrEmpty()) + u' ' + award[u"Insignia_Type"].textOrEmpty();
-}
-
 // On the page of the note Enter makes a new line.
 void PeopleForm::tabs_Click()
 {
-    const bool note = listControls().tabs->currentWidget() == m_filters->pagNote;
+    const bool note = m_people->tabs->currentWidget() == m_people->pagNote;
     setDefaultButton(note ? nullptr : controls().cmdSave);
 }
 

@@ -15,15 +15,32 @@ QString trimmed(const store::Recordset& person, QStringView field)
 
 QString firstMiddleLast(const store::Recordset& person)
 {
-    const QString initial = trimmed(person, u"MI");
-    const QString middle = initial.isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
-    return trimmed(person, u"First_Name") + middle + trimmed(person, u"Last_Name");
+    return trimmed(person, u"First_Name") + middlePart(trimmed(person, u"MI")) + trimmed(person, u"Last_Name");
 }
 
 QString lastFirstMiddle(const store::Recordset& person)
 {
     return trimmed(person, u"Last_Name") + QStringLiteral(", ") + trimmed(person, u"First_Name") + u' ' +
            trimmed(person, u"MI");
+}
+
+QString middlePart(const QString& initial)
+{
+    return QStringView(initial).trimmed().isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
+}
+
+QString rightTrimmed(QString text)
+{
+    while (text.endsWith(u' '))
+        text.chop(1);
+    return text;
+}
+
+QString leftTrimmed(QString text)
+{
+    while (text.startsWith(u' '))
+        text.remove(0, 1);
+    return text;
 }
 
 } // namespace orlo

@@ -9,5 +9,11 @@ namespace orlo
 [[nodiscard]] QString firstMiddleLast(const store::Recordset& person);
 /// "Berg, Anna M" of the same fields, each trimmed; the blank before the initial stands without one, too.
 [[nodiscard]] QString lastFirstMiddle(const store::Recordset& person);
+/// What stands between first and last name: " M. ", or a blank for an initial of blanks only.
+[[nodiscard]] QString middlePart(const QString& initial);
+
+/// Without the blanks at its end, or at its beginning.
+[[nodiscard]] QString rightTrimmed(QString text);
+[[nodiscard]] QString leftTrimmed(QString text);
 
 } // namespace orlo

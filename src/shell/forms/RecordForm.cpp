@@ -25,18 +25,15 @@ void RecordForm::bindControls(const Controls& controls)
     m_controls = controls;
     controls.cmdSave->setEnabled(false);
     controls.firstField->setFocus(); // where the form opens
-    const auto onClick = [this](QPushButton* button, auto handler) {
-        connect(button, &QPushButton::clicked, this, handler);
-    };
-    onClick(controls.cmdFirst, [this] { cmdFirst_Click(); });
-    onClick(controls.cmdPrevious, [this] { cmdPrevious_Click(); });
-    onClick(controls.cmdNext, [this] { cmdNext_Click(); });
-    onClick(controls.cmdLast, [this] { cmdLast_Click(); });
-    onClick(controls.cmdNew, [this] { cmdNew_Click(); });
-    onClick(controls.cmdSave, [this] { cmdSave_Click(); });
-    onClick(controls.cmdDelete, [this] { cmdDelete_Click(); });
-    onClick(controls.cmdCancel, [this] { cmdCancel_Click(); });
-    onClick(controls.cmdExit, [this] { cmdExit_Click(); });
+    connectRoutine(controls.cmdFirst, &RecordForm::cmdFirst_Click);
+    connectRoutine(controls.cmdPrevious, &RecordForm::cmdPrevious_Click);
+    connectRoutine(controls.cmdNext, &RecordForm::cmdNext_Click);
+    connectRoutine(controls.cmdLast, &RecordForm::cmdLast_Click);
+    connectRoutine(controls.cmdNew, &RecordForm::cmdNew_Click);
+    connectRoutine(controls.cmdDelete, &RecordForm::cmdDelete_Click);
+    connect(controls.cmdSave, &QPushButton::clicked, this, [this] { cmdSave_Click(); });
+    connect(controls.cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
+    connect(controls.cmdExit, &QPushButton::clicked, this, [this] { cmdExit_Click(); });
 }
 
 void RecordForm::enableSaveOnChange(std::initializer_list<QWidget*> controls)
@@ -84,12 +81,7 @@ void RecordForm::cmdExit_Click()
 
 void RecordForm::ShowRecordInfo()
 {
-    QString info = QStringLiteral("None");
-    if (mNewRecord)
-        info = m_table.noun + QStringLiteral(" (New)");
-    else if (mRecordCount != 0)
-        info = QStringLiteral("%1 %2 of %3").arg(m_table.noun, mRecordIndex.trimmed()).arg(mRecordCount);
-    m_controls->lblRecordInfo->setText(info);
+    m_controls->lblRecordInfo->setText(recordInfo(m_table.noun));
 }
 
 // Whatever the answer, and whether a check refuses the record or not, the operation that asked goes on.
@@ -110,16 +102,16 @@ void RecordForm::DisableRecordButtons()
         button->setEnabled(false);
 }
 
-void RecordForm::openRecords(const QString& select)
+void RecordForm::showWays(const Ways& ways)
 {
-    rsRecords = database().openRecordset(select);
-    mNewRecord = false;
-    readRecordCount();
-}
-
-void RecordForm::readRecordCount()
-{
-    mRecordCount = platform::toInt16(rsRecords->recordCount());
+    if (ways.back) {
+        m_controls->cmdFirst->setEnabled(*ways.back);
+        m_controls->cmdPrevious->setEnabled(*ways.back);
+    }
+    if (ways.ahead) {
+        m_controls->cmdNext->setEnabled(*ways.ahead);
+        m_controls->cmdLast->setEnabled(*ways.ahead);
+    }
 }
 
 std::int16_t RecordForm::newKey() const

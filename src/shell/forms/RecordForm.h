@@ -1,9 +1,8 @@
 #pragma once
 
-#include "store/engine/RecordsetVariable.h"
+#include "shell/forms/RecordWalk.h"
 #include "widgets/Form.h"
 
-#include <cstdint>
 #include <initializer_list>
 
 class QLabel;
@@ -11,11 +10,11 @@ class QLabel;
 namespace orlo
 {
 
-/// A screen that shows one record of a table at a time: what the walking forms and the list forms have in common.
+/// A screen that shows one record of a table at a time: what the walking forms and the people forms have in common.
 ///
 /// There is no changed flag as a variable: the record counts as changed exactly while cmdSave is enabled. Filling the
 /// controls fires the same change events as typing, so every fill disables cmdSave last.
-class RecordForm : public widgets::Form
+class RecordForm : public widgets::Form, protected RecordWalk
 {
     Q_OBJECT
 
@@ -54,6 +53,18 @@ protected:
 
     /// Takes the controls of the form and connects its buttons. cmdSave starts disabled.
     void bindControls(const Controls& controls);
+    /// Connects a button to the routine of its name.
+    template <class F>
+    void connectRoutine(QPushButton* button, void (F::*routine)())
+    {
+        connect(button, &QPushButton::clicked, this, [this, routine] {
+            (static_cast<F*>(this)->*routine)();
+            endRoutine();
+        });
+    }
+    /// Where the routines of a form end that tests then for a failure which something left pending.
+    virtual void endRoutine() const {}
+
     /// Makes every change of these controls, by the user or by code, enable cmdSave.
     void enableSaveOnChange(std::initializer_list<QWidget*> controls);
 
@@ -88,23 +99,13 @@ protected:
     void PromptSaveChanges();
     void DisableRecordButtons();
 
-    /// Opens the records that the form walks from now on, and reads their number.
-    void openRecords(const QString& select);
-    /// Reads the number of records anew.
-    void readRecordCount();
+    /// Enables and disables the four navigation buttons.
+    void showWays(const Ways& ways);
     /// The key after the highest one of the table, 1 for an empty table. Raises 6 past 32767.
     [[nodiscard]] std::int16_t newKey() const;
 
-    [[nodiscard]] int recordIndex() const { return mRecordIndex.toInt(); }
-    void setRecordIndex(int index) { mRecordIndex = QString::number(index); }
     [[nodiscard]] const Controls& controls() const { return *m_controls; }
     [[nodiscard]] const QString& keyField() const { return m_table.key; }
-
-    store::RecordsetVariable rsRecords;
-    std::int16_t mRecordCount = 0;
-    QString mRecordIndex = QStringLiteral("0"); ///< 1-based place of the current record, "0" for none
-    bool mNewRecord = false;                    ///< from cmdNew until the record is saved or cancelled
-    std::int16_t mCurrentSID = 0;               ///< the key of the record on screen, of a new one the key to be
 
 private:
     Table m_table;

@@ -6,14 +6,7 @@ namespace orlo
 // On a set of one record First and Prev stay enabled; a click on them bounces off the start.
 void WalkingForm::SetNavButtons()
 {
-    const int index = recordIndex();
-    const bool walks = !mNewRecord && mRecordCount != 0;
-    const bool ahead = walks && index < mRecordCount;
-    const bool behind = walks && (index > 1 || !ahead);
-    controls().cmdFirst->setEnabled(behind);
-    controls().cmdPrevious->setEnabled(behind);
-    controls().cmdNext->setEnabled(ahead);
-    controls().cmdLast->setEnabled(ahead);
+    showWays(ways());
 }
 
 void WalkingForm::cmdFirst_Click()

@@ -1,0 +1,85 @@
+#include "shell/forms/PeopleFilter.h"
+#include "shell/forms/RecordWalk.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+
+using namespace orlo;
+
+class tst_recordwalk : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // F, P, N and L step, "s" settles and "2" goes to the second record; the place and the record where the walk ends,
+    // and which ways settling or, of a walking form, the place told last: "-" none, "+" one, "=" as it was.
+    void steps_data()
+    {
+        test::table({"case", "records", "steps", "place", "record", "settled", "ways"}, R"(
+            begins at the first               | 3 | F s     | 1 | 1    | -+ | -+
+            goes on                           | 3 | F N s   | 2 | 2    | ++ | ++
+            to the last                       | 3 | L s     | 3 | 3    | +- | +-
+            over the last                     | 3 | L N s   | 3 | 3    | =- | +-
+            before the first                  | 3 | F P s   | 1 | 1    | -= | -+
+            goes to a place                   | 3 | 2 s     | 2 | 2    | ++ | ++
+            back from the last                | 3 | L P P s | 1 | 1    | -+ | -+
+            the only one                      | 1 | F s     | 1 | 1    | -- | +-
+            none                              | 0 | s       | 0 | none | -- | --)");
+    }
+    void steps()
+    {
+        QFETCH(QString, records);
+        QFETCH(QString, steps);
+        const test::AppFolder folder;
+        for (int key = 1; key <= records.toInt(); ++key)
+            test::fill("Insert Into Dens (Den_SID) Values (" + QString::number(key) + ")");
+        RecordWalk walk;
+        walk.openRecords("Select Den_SID From Dens Order by Den_SID");
+        QString settled;
+        const auto sign = [](std::optional<bool> way) { return !way ? '=' : *way ? '+' : '-'; };
+        for (const QString& step : steps.split(' ')) {
+            if (step == "s") {
+                const RecordWalk::Ways ways = walk.settle();
+                settled = QString(sign(ways.back)) + sign(ways.ahead);
+            } else if (step == "F")
+                walk.stepToFirst();
+            else if (step == "P")
+                walk.stepToPrevious();
+            else if (step == "N")
+                walk.stepToNext();
+            else if (step == "L")
+                walk.stepToLast();
+            else
+                walk.goTo(step.toInt());
+        }
+        const RecordWalk::Ways ways = walk.ways();
+        QTEST(QString::number(walk.recordIndex()), "place");
+        QTEST(walk.mRecordCount ? walk.rsRecords->value(u"Den_SID").toText() : QString("none"), "record");
+        QTEST(settled, "settled");
+        QTEST(QString(sign(ways.back)) + sign(ways.ahead), "ways");
+    }
+
+    // What a find adds " and " to is left with it where neither view nor den follow.
+    void criteria_data()
+    {
+        test::table({"case", "start", "view", "den", "criteria"}, R"(
+            the view                |              | 0 |         | Where  Active = 'Y'
+            another view            |              | 1 |         | Where  Active = 'N'
+            everybody               |              | 2 |         |
+            a den of the view       |              | 0 | Den = 3 | Where  Active = 'Y'  And Den = 3
+            a den of everybody      |              | 2 | Den = 3 | Where Den = 3
+            a find in the view      | Where N = 1  | 1 |         | Where N = 1 and  Active = 'N'
+            a find in a den         | Where N = 1  | 0 | Den = 3 | Where N = 1 and  Active = 'Y'  And Den = 3
+            a find among everybody  | Where N = 1  | 2 |         | Where N = 1 and)");
+    }
+    void criteria()
+    {
+        QFETCH(QString, start);
+        QFETCH(QString, view);
+        QFETCH(QString, den);
+        const PeopleFilter filter{PeopleFilter::View(view.toInt()), den};
+        QTEST(filter.BuildViewCriteria(start).trimmed(), "criteria");
+    }
+};
+
+ORLO_TEST(tst_recordwalk)
+#include "tst_recordwalk.moc"
