@@ -63,6 +63,8 @@ struct Document {
     std::vector<OutlineEntry> outline;
     QStringList columns;
     std::vector<QStringList> rows;
+    QStringList warnings; ///< what looks wrong on the paper, a sentence each; the pages stand nevertheless
+    QStringList files;    ///< paths of all files that the run read: the report's own, what it includes, pictures
     bool complete = true; ///< false for the first page alone, while the rest is being laid out
 };
 
