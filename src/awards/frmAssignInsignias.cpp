@@ -215,7 +215,7 @@ void frmAssignInsignias::fgSelected_DblClick()
 
 void frmAssignInsignias::cmdClearAll_Click()
 {
-    ui->cboAward->clear();
+    ui->cboAward->removeAll();
     ui->txtAssignDate->clear();
     emptySelected();
 }
@@ -234,7 +234,7 @@ void frmAssignInsignias::cmdAssignAward_Click()
     }
     const widgets::BusyPointer busy;
     assignAward();
-    ui->cboAward->clear();
+    ui->cboAward->removeAll();
     ui->txtAssignDate->clear();
 }
 

@@ -70,7 +70,7 @@ void dlgReportSelect1::optAdults_Click()
 
 void dlgReportSelect1::fillPeople(const QString& query, QStringView keyField)
 {
-    ui->cmbScoutOrAdult->clear();
+    ui->cmbScoutOrAdult->removeAll();
     mPeople.clear();
     auto people = database().openRecordset(query);
     ui->cmbScoutOrAdult->addItem(All);

@@ -277,7 +277,7 @@ void frmScouts::LoadDenLists()
     const int denRows = ui->comDen->listCount();
     if (readDens()) {
         const int dens = static_cast<int>(m_dens.texts.size());
-        ui->comDen->clear();
+        ui->comDen->removeAll();
         for (const QString& den : std::as_const(m_dens.texts))
             ui->comDen->addItem(den);
         if (filterRows != dens && denRows != dens)

@@ -47,15 +47,10 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
     });
 }
 
-void ComboBox::setEditable(bool editable)
+EditableComboBox::EditableComboBox(QWidget* parent) : ComboBox(parent)
 {
-    if (editable == isEditable())
-        return;
-    QComboBox::setEditable(editable);
-    if (!editable)
-        return;
+    setEditable(true);
     setCompleter(nullptr);
-    // A typed text that happens to equal a row is still typed and not picked.
     disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
     disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
 }
@@ -89,7 +84,7 @@ void ComboBox::setListIndex(int index)
         Q_EMIT clicked();
 }
 
-void ComboBox::clear()
+void ComboBox::removeAll()
 {
     const QScopedValueRollback silent(m_silent, true);
     QComboBox::clear();

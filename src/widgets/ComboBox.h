@@ -5,17 +5,14 @@
 namespace orlo::widgets
 {
 
-/// A combo box in two kinds: an editable one takes any text, the other one only rows of its list. Rows are numbered
-/// from 0, and no row is chosen until somebody chooses it.
+/// A combo box that takes only rows of its list; an EditableComboBox takes any text. Rows are numbered from 0, and no
+/// row is chosen until somebody chooses it.
 class ComboBox : public QComboBox
 {
     Q_OBJECT
-    Q_PROPERTY(bool editable READ isEditable WRITE setEditable)
 
 public:
     explicit ComboBox(QWidget* parent = nullptr);
-
-    void setEditable(bool editable);
 
     [[nodiscard]] QString text() const { return currentText(); }
     /// Sets the text of an editable box; chooses the equal row of the other kind, without regard to case, "" choosing
@@ -27,9 +24,8 @@ public:
     /// Chooses a row and its text; -1 chooses none. Raises 5 for a row that isn't there.
     void setListIndex(int index);
 
-    void addItem(const QString& text) { QComboBox::addItem(text); }
     /// Empties list, choice and text; nothing is told of it, since a refill follows.
-    void clear();
+    void removeAll();
     /// Fills the list anew under what the box shows. `chosen` is the new row of the choice, -1 where that has gone:
     /// then an editable box keeps its text and the other kind shows none. Nothing is told of it.
     void refill(const QStringList& rows, int chosen);
@@ -58,6 +54,15 @@ private:
     bool m_silent = false;
     int m_row = -1;      // the row that currentIndexChanged() named last
     bool m_told = false; // the change of row has already told of the pick that is under way
+};
+
+/// A combo box that takes any text. A typed text that happens to equal a row is still typed and not picked.
+class EditableComboBox : public ComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit EditableComboBox(QWidget* parent = nullptr);
 };
 
 } // namespace orlo::widgets

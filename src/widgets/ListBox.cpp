@@ -58,12 +58,6 @@ void ListBox::removeItem(int index)
         setListIndex(-1);
 }
 
-void ListBox::clear()
-{
-    const QScopedValueRollback silent(m_silent, true);
-    QListWidget::clear();
-}
-
 QString ListBox::list(int index) const
 {
     const QListWidgetItem* found = item(index);

@@ -13,10 +13,8 @@ class ListBox : public QListWidget
 public:
     explicit ListBox(QWidget* parent = nullptr);
 
-    void addItem(const QString& text) { QListWidget::addItem(text); }
     /// Takes a row out; where it was the current one, none is. Raises 5 for a row that isn't there.
     void removeItem(int index);
-    void clear();
     [[nodiscard]] int listCount() const { return count(); }
     /// A row's text, "" for a row that isn't there.
     [[nodiscard]] QString list(int index) const;

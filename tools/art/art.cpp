@@ -1,6 +1,7 @@
 // Paints a drawing to a picture: art IN.svg OUT WIDTH HEIGHT
 // OUT is a picture file by its suffix; with the suffix .rgb it gets the plain pixels, 4 bytes each.
 
+#include <QCommandLineParser>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
@@ -27,24 +28,28 @@ bool save(const QImage& picture, const QString& path)
 int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
-    const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.size() != 5) {
-        std::fputs("usage: art IN.svg OUT WIDTH HEIGHT\n", stderr);
-        return 2;
-    }
-    QSvgRenderer drawing(arguments[1]);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Draws an SVG file as a picture."));
+    parser.addHelpOption();
+    for (const char* name : {"in", "out", "width", "height"})
+        parser.addPositionalArgument(QString::fromLatin1(name), QString());
+    parser.process(application);
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() != 4)
+        parser.showHelp(2);
+    QSvgRenderer drawing(arguments[0]);
     if (!drawing.isValid()) {
-        std::fprintf(stderr, "art: %s can't be read as a drawing\n", qPrintable(arguments[1]));
+        std::fprintf(stderr, "art: %s can't be read as a drawing\n", qPrintable(arguments[0]));
         return 1;
     }
-    QImage picture(arguments[3].toInt(), arguments[4].toInt(), QImage::Format_ARGB32_Premultiplied);
+    QImage picture(arguments[2].toInt(), arguments[3].toInt(), QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     drawing.render(&painter);
     painter.end();
-    if (!save(picture, arguments[2])) {
-        std::fprintf(stderr, "art: %s can't be written\n", qPrintable(arguments[2]));
+    if (!save(picture, arguments[1])) {
+        std::fprintf(stderr, "art: %s can't be written\n", qPrintable(arguments[1]));
         return 1;
     }
     return 0;

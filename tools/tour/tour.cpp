@@ -21,6 +21,7 @@
 #include "widgets/TextGrid.h"
 
 #include <QAction>
+#include <QCommandLineParser>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
@@ -520,13 +521,19 @@ QPalette darkPalette()
 int main(int argc, char** argv)
 {
     widgets::Application application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 2) {
-        std::fprintf(stderr, "usage: tour FOLDER [--dark]\n");
-        return 2;
-    }
-    const QString folder = QDir(arguments[1]).absolutePath();
-    if (arguments.contains(QStringLiteral("--dark")))
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Does the main work by itself and leaves a picture of every screen."));
+    parser.addHelpOption();
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("With light letters on dark ground."));
+    parser.addOption(dark);
+    parser.addPositionalArgument(QStringLiteral("folder"),
+                                 QStringLiteral("Holds the program's folder \"app\" and gets the pictures."));
+    parser.process(application);
+    if (parser.positionalArguments().size() != 1)
+        parser.showHelp(2);
+    const QString folder = QDir(parser.positionalArguments().constFirst()).absolutePath();
+    if (parser.isSet(dark))
         QApplication::setPalette(darkPalette());
     platform::setFolder(folder + QStringLiteral("/app"));
     QTimer::singleShot(0, qApp, [folder] {

@@ -399,7 +399,7 @@ void PeopleForm::rebuildDenFilter()
 {
     widgets::ComboBox& filter = *m_people->cmbSelectedDens;
     const QString kept = filter.text();
-    filter.clear();
+    filter.removeAll();
     for (const QString& den : std::as_const(m_dens.texts))
         filter.addItem(den);
     filter.addItem(AllDens);

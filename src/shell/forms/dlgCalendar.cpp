@@ -54,7 +54,6 @@ private:
 dlgCalendar::dlgCalendar() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgCalendar>())
 {
     ui->setupUi(this);
-    setFixedBorder();
     setDefaultButton(ui->cmdSelectDate);
     setCancelButton(ui->cmdCancel);
     connect(ui->ccCalendar, &widgets::Calendar::doubleClicked, this, &dlgCalendar::takeDate);

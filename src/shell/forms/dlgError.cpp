@@ -14,7 +14,6 @@ dlgError::dlgError() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::
     ui->setupUi(this);
     setDefaultButton(ui->cmdOk);
     setCancelButton(ui->cmdOk);
-    setFixedBorder();
     const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
     ui->picError->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxCritical, nullptr, this).pixmap(side));
     connect(ui->cmdOk, &QPushButton::clicked, this, &dlgError::unload);

@@ -8,7 +8,6 @@ namespace orlo
 dlgHelp::dlgHelp() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgHelp>())
 {
     ui->setupUi(this);
-    setFixedBorder();
     setCancelButton(ui->cmdClose);
     connect(ui->cmdClose, &QPushButton::clicked, this, &dlgHelp::unload);
 }

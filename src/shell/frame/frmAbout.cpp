@@ -20,7 +20,6 @@ constexpr QSize IconSize(64, 64);
 frmAbout::frmAbout() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmAbout>())
 {
     ui->setupUi(this);
-    setFixedBorder();
     setDefaultButton(ui->cmdOK);
     setCancelButton(ui->cmdOK);
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmAbout::unload);

@@ -21,7 +21,6 @@ constexpr QLatin1String ErrorTitle("Backup Creation Error");
 frmDataBackup::frmDataBackup() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmDataBackup>())
 {
     ui->setupUi(this);
-    setFixedBorder();
     setCancelButton(ui->cmdCancel);
     ui->lstDir->followDrive(*ui->lstDrive);
     connect(ui->cmdBack, &QPushButton::clicked, this, &frmDataBackup::cmdBack_Click);

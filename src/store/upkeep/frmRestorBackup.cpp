@@ -14,7 +14,6 @@ namespace orlo
 frmRestorBackup::frmRestorBackup() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmRestorBackup>())
 {
     ui->setupUi(this);
-    setFixedBorder();
     setCancelButton(ui->cmdClose);
     ui->lstFolders->followDrive(*ui->lstDrive);
     connect(ui->cmdRestore, &QPushButton::clicked, this, &frmRestorBackup::cmdRestore_Click);
