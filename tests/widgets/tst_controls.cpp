@@ -19,6 +19,7 @@
 
 using namespace orlo;
 using widgets::ComboBox;
+using widgets::EditableComboBox;
 using widgets::ListBox;
 
 namespace
