@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Main.h"
+
 #include <QFile>
 
 #include <csignal>
@@ -16,12 +18,12 @@ inline QByteArray contents(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
 }
 
-/// Makes a file of these bytes, in the place of one that may be there; the test program ends where that fails.
+/// Makes a file of these bytes, in the place of one that may be there; the row fails where that does.
 inline void write(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("%s", qPrintable(file.errorString()));
+        fail(file.errorString());
 }
 
 /// From here on no file of this process grows beyond a number of bytes, as on a full disk; RLIM_INFINITY lifts that.

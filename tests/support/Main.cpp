@@ -3,7 +3,10 @@
 #include <QTest>
 
 #include <algorithm>
+#include <array>
+#include <exception>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 namespace orlo::test
@@ -21,15 +24,50 @@ std::vector<const TestClass*>& classes()
 }
 
 const TestClass* theClass = nullptr; // the one that runs
+QtMessageHandler testLog = nullptr;  // Qt Test's own
+
+// What an off-screen window says of each hint and raise it is given isn't the test's.
+void log(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (!message.startsWith(QLatin1String("This plugin does not support ")))
+        testLog(type, context, message);
+}
+
+// A row that hangs ends the program by its name; the long runs have their time.
+void limitRows()
+{
+    constexpr auto Limit = "QTEST_FUNCTION_TIMEOUT";
+    const auto isSet = [](const char* variable) { return qEnvironmentVariableIsSet(variable); };
+    const bool isLong = std::ranges::any_of(std::array{"ORLO_KILLS", "ORLO_DAMAGED_FILES", "ORLO_JET_FILES"}, isSet);
+    if (!isSet(Limit))
+        qputenv(Limit, isLong ? "7200000" : "60000");
+}
 
 int run(const TestClass& one, const QStringList& arguments)
 {
     theClass = &one;
+    testLog = nullptr;
     const std::unique_ptr<QObject> tests(one.make());
     return QTest::qExec(tests.get(), arguments);
 }
 
 } // namespace
+
+void fail(const QString& why)
+{
+    throw std::runtime_error(why.toStdString());
+}
+
+void guard(const std::function<void()>& function)
+{
+    if (!testLog)
+        testLog = qInstallMessageHandler(log);
+    try {
+        function();
+    } catch (const std::exception& error) {
+        QTest::qFail(error.what(), __FILE__, __LINE__);
+    }
+}
 
 TestClass::TestClass(const char* given, QObject* (*maker)(), Child routine) : name(given), make(maker), child(routine)
 {
@@ -48,6 +86,7 @@ QStringList functionArguments(const QString& function)
 
 int runTests(const QStringList& arguments)
 {
+    limitRows();
     const auto named = std::ranges::find_if(
         classes(), [&](const TestClass* one) { return arguments.value(1) == QLatin1String(one->name); });
     if (named == classes().end()) {

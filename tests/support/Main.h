@@ -3,8 +3,33 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
+
 namespace orlo::test
 {
+
+/// Ends the row that runs, which fails with these words; the next one goes on.
+[[noreturn]] void fail(const QString& why);
+/// Runs a test function; what is thrown out of it fails its row.
+void guard(const std::function<void()>& function);
+
+/// A class of tests, each function of which runs guarded.
+template <class Tests>
+class Guarded : public Tests
+{
+public:
+    const QMetaObject* metaObject() const override
+    {
+        static const QMetaObject guarded = [] {
+            QMetaObject meta = Tests::staticMetaObject;
+            meta.d.static_metacall = [](QObject* tests, QMetaObject::Call call, int function, void** arguments) {
+                guard([&] { Tests::staticMetaObject.d.static_metacall(tests, call, function, arguments); });
+            };
+            return meta;
+        }();
+        return &guarded;
+    }
+};
 
 /// A class of tests in a room's test program, known to it from the program's start.
 class TestClass
@@ -33,4 +58,4 @@ public:
 /// Puts a class of tests into its room's program; a second argument is its child routine.
 #define ORLO_TEST(Class, ...)                                                                                          \
     static const orlo::test::TestClass Class##Entry(                                                                   \
-        #Class, []() -> QObject* { return new Class; } __VA_OPT__(, ) __VA_ARGS__);
+        #Class, []() -> QObject* { return new orlo::test::Guarded<Class>; } __VA_OPT__(, ) __VA_ARGS__);

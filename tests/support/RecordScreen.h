@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/TestApp.h"
+#include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
 
 #include <QFile>
@@ -22,6 +23,19 @@ inline void press(const QObject& window, const QString& name)
     QTest::mouseClick(&control<QWidget>(window, name.toUtf8().constData()), Qt::LeftButton);
 }
 
+/// The rows of a query: cells parted by slashes, rows by a comma and a blank.
+inline QString rows(const QString& select)
+{
+    QStringList lines;
+    for (auto rs = database().openRecordset(select); !rs.eof(); rs.moveNext()) {
+        QStringList cells;
+        for (int column = 0; column < static_cast<int>(rs.fields().size()); ++column)
+            cells += rs.value(column).isNull() ? "Null" : rs.value(column).toText();
+        lines += cells.join(u'/');
+    }
+    return lines.join(", ");
+}
+
 /// An open record form, worked by mouse and keys.
 template <class F>
 struct RecordScreen {
@@ -32,7 +46,7 @@ struct RecordScreen {
     {
         form.showForm();
         if (!QTest::qWaitForWindowActive(&form))
-            qFatal("the form doesn't become active");
+            fail(QStringLiteral("the form doesn't become active"));
     }
     template <class W = QWidget>
     W& get(const char* name) const
@@ -40,12 +54,13 @@ struct RecordScreen {
         return control<W>(form, name);
     }
     void click(const char* button) const { press(form, button); }
-    void type(const char* box, const QString& text) const
+    void type(const QString& box, const QString& text) const
     {
-        get(box).setFocus();
-        QTest::keyClick(&get(box), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(&get(box), Qt::Key_Delete);
-        QTest::keyClicks(&get(box), text);
+        QWidget& control = get(box.toUtf8().constData());
+        control.setFocus();
+        QTest::keyClick(&control, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&control, Qt::Key_Delete);
+        QTest::keyClicks(&control, text);
     }
     /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
     /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "preset" by Enter, "Name=text" types into
@@ -70,12 +85,45 @@ struct RecordScreen {
             else if (keys.contains(word))
                 QTest::keyClick(word == "E" ? static_cast<QWidget*>(&form) : form.focusWidget(), keys[word]);
             else if (word.contains('='))
-                type(("txt" + word.section('=', 0, 0)).toUtf8().constData(), word.section('=', 1));
+                type("txt" + word.section('=', 0, 0), word.section('=', 1));
             else if (other)
                 other(word);
             else
                 press(form, word);
         }
+    }
+    /// Puts a value of its own into every control of the table, "txtCity City Bern", saves, walks to the next record
+    /// and back, and tells of each control that doesn't show it then, and of each field that doesn't hold it, or the
+    /// fourth word.
+    [[nodiscard]] QString lostFields(const QString& table, const QString& record) const
+    {
+        const auto shown = [this](const QString& name) {
+            QVariant value;
+            for (const char* property : {"checked", "text", "plainText", "currentText"})
+                if (!value.isValid() || value.toString().isEmpty())
+                    value = get(name.toUtf8().constData()).property(property);
+            return value.typeId() == QMetaType::Bool ? QString(value.toBool() ? "True" : "False") : value.toString();
+        };
+        const QStringList lines = table.simplified().split(u';');
+        for (const QString& line : lines) {
+            const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
+            auto* button = form.template findChild<QAbstractButton*>(words[0]);
+            if (auto* list = form.template findChild<widgets::ComboBox*>(words[0]))
+                list->setText(words[2]);
+            else if (!button)
+                type(words[0], words[2]);
+            else if (shown(words[0]) != words[2])
+                button->click();
+        }
+        run("s N P");
+        QString lost;
+        for (const QString& line : lines) {
+            const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
+            const QString held = rows("Select " + words[1] + " From " + record);
+            if (shown(words[0]) != words[2] || held != words.last())
+                lost += words.join(u' ') + ": shows " + shown(words[0]) + ", holds " + held + '\n';
+        }
+        return lost;
     }
     /// The initials of the controls that are enabled, dots for the others.
     [[nodiscard]] QString enabled(const QString& initials, std::initializer_list<const char*> names) const
@@ -134,13 +182,13 @@ void whenShown(const Action& action)
     timer->start(5);
 }
 
-/// Runs SQL on the open file as another program does; the test program ends where it fails.
+/// Runs SQL on the open file as another program does; the row fails where it does.
 inline void fill(const QString& sql)
 {
     sqlite3* file = nullptr;
     sqlite3_open((gAppPath + "/Quorrel11.mdb").toUtf8().constData(), &file);
     if (sqlite3_exec(file, sql.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        qFatal("%s", sqlite3_errmsg(file));
+        fail(QString::fromUtf8(sqlite3_errmsg(file)));
     sqlite3_close(file);
 }
 
@@ -149,19 +197,6 @@ inline void copyLayouts()
 {
     for (const QString grid : {"DenAssign.grd", "Pack_Titles.grd", "Den_Titles.grd"})
         QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));
-}
-
-/// The rows of a query: cells parted by slashes, rows by a comma and a blank.
-inline QString rows(const QString& select)
-{
-    QStringList lines;
-    for (auto rs = database().openRecordset(select); !rs.eof(); rs.moveNext()) {
-        QStringList cells;
-        for (int column = 0; column < static_cast<int>(rs.fields().size()); ++column)
-            cells += rs.value(column).isNull() ? "Null" : rs.value(column).toText();
-        lines += cells.join(u'/');
-    }
-    return lines.join(", ");
 }
 
 /// Runs the current test function and row once more, in a process of its own on the same file, where the action is to

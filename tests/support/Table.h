@@ -1,13 +1,15 @@
 #pragma once
 
+#include "support/Main.h"
+
 #include <QTest>
 
 namespace orlo::test
 {
 
 /// Makes columns of texts and a row of data for each line of the table. Cells are parted by bars and trimmed, the first
-/// one names the row, too; "\n" in a cell is a line's end. The test program ends on a line with another number of
-/// cells.
+/// one names the row, too; "\n" in a cell is a line's end. A line with another number of cells
+/// fails.
 inline void table(std::initializer_list<const char*> columns, const char* lines)
 {
     for (const char* column : columns)
@@ -15,7 +17,7 @@ inline void table(std::initializer_list<const char*> columns, const char* lines)
     for (const QString& line : QString::fromUtf8(lines).trimmed().split(u'\n')) {
         const QStringList cells = line.split(u'|');
         if (cells.size() != qsizetype(columns.size()))
-            qFatal("%lld cells: %s", static_cast<long long>(cells.size()), qPrintable(line));
+            fail(QString::number(cells.size()) + QStringLiteral(" cells: ") + line);
         QTestData& row = QTest::newRow(cells[0].trimmed().toUtf8().constData());
         for (const QString& cell : cells)
             row << cell.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));

@@ -79,7 +79,7 @@ W& control(const QObject& form, const char* name)
 {
     W* found = form.findChild<W*>(QString::fromLatin1(name));
     if (!found)
-        qFatal("no control %s", name);
+        fail(QStringLiteral("no control ") + QString::fromLatin1(name));
     return *found;
 }
 
