@@ -202,23 +202,28 @@ private Q_SLOTS:
         const QString ofAll = QStringLiteral(" of %1\n").arg(all->pages.size());
         QCOMPARE(textOf(*first).replace(" of …\n", ofAll), textOf(*all, 0, 1));
         QCOMPARE(textOf(some), textOf(*all, 1, 2));
+        QCOMPARE(all->outline.size(), 3);
+        for (const auto& mark : all->outline) // each where its group begins
+            QVERIFY2(textOf(*all, std::size_t(mark.page), 1).contains(mark.text + '\n'), qPrintable(mark.text));
+        QVERIFY(all->outline.back().page > 1);
         QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
     }
 
     void laysOutAListOfItsOwnOnOnePage()
     {
-        const QString source = "source {\nSelect First_Name, Last_Name From Scouts\n}\n";
-        const Document document =
-            runText("# remark\r\nreport \"The \"\"List\"\"\"\npaper letter landscape\nmargins left 1in top 12mm\n"
-                    "style big 14pt\n" +
-                    source +
-                    "let {Long} = {Last_Name} & \\\n \"{\"\nsort descending {Last_Name}\n"
-                    "detail {\ntext 2in big = {Long}\nspace 110pt\n}\nreport-footer {\nsubreport \"S\"\n}\nsubreport "
-                    "\"s\" {\n" +
-                    source + "detail if {First_Name} <> \"Kim\" {\ntext 0 = {First_Name}\nspace 20pt\n}\n}\n");
+        const QString source = "source {\nSelect First_Name, Last_Name, MI From Scouts\n}\n";
+        const Document document = runText(
+            "# remark\r\nreport \"The \"\"List\"\"\"\npaper letter landscape\nmargins left 1in top 12mm\n"
+            "style big 14pt\n" +
+            source +
+            "let {Long} = {Last_Name} & \\\n \"{\"\nsort descending {Last_Name}\n"
+            "detail {\nrow below 110pt {\ntext 2in big = {Long}\n}\n}\nreport-footer {\ntext 0 = Count({MI}) & \"/\" & "
+            "Count()\nsubreport \"S\"\n}\nsubreport "
+            "\"s\" {\n" +
+            source + "detail if {First_Name} <> \"Kim\" {\ntext 0 = {First_Name}\nspace 20pt\n}\n}\n");
         QCOMPARE(document.title, "The \"List\"");
         QCOMPARE(document.paper, QSizeF(792, 612));
-        QCOMPARE(textOf(document, 0, 1), "Ångström{\nO'Neil{\nLoner{\nGone{\n");
+        QCOMPARE(textOf(document, 0, 1), "Ångström{\nO'Neil{\nLoner{\nGone{\n1/4\n");
         QCOMPARE(textOf(document, 1, 1), "Zoë\nPat\nOld\n");
         const auto& first = std::get<TextItem>(document.pages[0].items[0]);
         QVERIFY(qAbs(first.box.left() - 216) < 0.01 && qAbs(first.box.top() - 34.02) < 0.01);

@@ -59,6 +59,7 @@ private Q_SLOTS:
             MI,Scout_SID\nÄ,1\nÄÄ,2\n               | Scouts     | 3:1: MI: 2 characters, at most 1 fit
             City,Scout_SID\n"Zü",x\n                | Scouts     | 2:6: Scout_SID
             Note,Scout_SID\n"a\nb",1\nc,1\n         | Scouts     | 4:3: Scout_SID: the key "1" is there already
+            Note,Scout_SID\n"a\nbcd",x\n            | Scouts     | 3:6: Scout_SID: "x" is no number
             Den_Title\nHelfer Öl\nhelfer öl\n       | Den_Titles | 3:1: Den_Title: the key
             Scout_SID,City\n,Bern\n                 | Scouts     | 2:1: Scout_SID: the key can't be left out
             City\nBern\n                            | Scouts     | 2:1: Scout_SID: the key can't be left out
@@ -89,17 +90,19 @@ private Q_SLOTS:
 
     void cellsBecomeValues()
     {
-        orlo::test::write(csv("scouts.CSV"),
-                          "\xEF\xBB\xBFScout_SID,first_name,Note,Birth_Date,Boys_Life,City,School,BSA_Number\r\n"
-                          "\r\n"
-                          "7,\"Zo\xC3\xAB \"\"Z\"\"\",\"a,\r\nb\",6/7/2016,yes,,\"\",\"\"\r\n"
-                          "8,O'Brien,,2016-06-07,0,\" \",x,12 ");
+        orlo::test::write(
+            csv("scouts.CSV"),
+            "\xEF\xBB\xBFScout_SID,first_name,Note,Birth_Date,Boys_Life,City,School,BSA_Number,Years_In_Scouts\r\n"
+            "\r\n"
+            "7,\"Zo\xC3\xAB \"\"Z\"\"\",\"a,\r\nb\",6/7/2016,yes,,\"\",\"\",\"\"\r\n"
+            "8,O'Brien,,2016-06-07,0,\" \",x,12 ,\"3\"");
         QCOMPARE(orloDb({"new", out(), "--from", csv()}).errors, QString());
         QCOMPARE(made(), QStringList("new.mdb"));
         // A field that no file names takes its default.
-        QCOMPARE(rows("Select First_Name, Note, Birth_Date, Boys_Life, City, School, BSA_Number, Parent1_Use_Scout_Add "
+        QCOMPARE(rows("Select First_Name, Note, Birth_Date, Boys_Life, City, School, BSA_Number, Years_In_Scouts, "
+                      "Parent1_Use_Scout_Add "
                       "From Scouts Order By Scout_SID"),
-                 "Zoë \"Z\"/a,\r\nb/6/7/2016/True/Null///True; O'Brien/Null/6/7/2016/False/ /x/12 /True");
+                 "Zoë \"Z\"/a,\r\nb/6/7/2016/True/Null///Null/True; O'Brien/Null/6/7/2016/False/ /x/12 /3/True");
     }
 
     void leavesExistingFileAlone()

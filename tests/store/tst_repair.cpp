@@ -60,7 +60,8 @@ private Q_SLOTS:
                    "Case When i % 3 = 0 Then i % 7 End From n;" +
                    count +
                    "900) Insert Into Assigned_Awards_Adults Select i, 3, '2024-05-06', 2024, 5 From n;"
-                   "Delete From Scouts Where Scout_SID Between 700 And 900;" // leaves pages that hold nothing
+                   "Delete From Assigned_Awards_Scouts Where Assigned_SID > 5990;" // their numbers stay given out
+                   "Delete From Scouts Where Scout_SID Between 700 And 900;"       // leaves pages that hold nothing
                    "Insert Into PackInfo Values (12, 'Pack');Commit");
         m_rows = rowsOf(m_whole);
         QVERIFY(m_rows.size() > 8000);
@@ -73,6 +74,7 @@ private Q_SLOTS:
         DBEngine::repairDatabase(path, schema::editions());
         QCOMPARE(rowsOf(path), m_rows);
         QCOMPARE(sqlite(path, "Select sql From sqlite_master Order By type, name"), schemaSql);
+        QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{"6000"});
         QVERIFY(contents(path).size() < contents(m_whole).size());
         QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
     }
@@ -104,7 +106,8 @@ private Q_SLOTS:
         QCOMPARE(sqlite(path, definitions), sqlite(m_whole, definitions));
         QCOMPARE(sqlite(path, "Select * From Stored_Queries Order By 1"),
                  sqlite(m_whole, "Select * From Stored_Queries Order By 1"));
-        QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{"6000"});
+        const bool forgotten = QTest::currentDataTag() == QByteArray("sqlite_sequence");
+        QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{forgotten ? "5990" : "6000"});
     }
 
     // One byte of the header that tells another kind of file, other pages or a part of them; a journal doesn't outlive

@@ -46,6 +46,7 @@ private Q_SLOTS:
             Where [Last Name] Like 'ØST*'                                          | 1 2
             Where [Last Name] Like 'O?[a-c]r*'                                     | 3
             Where [Last Name] Like 'a[*]b'                                         | 4
+            Where [Last Name] Like '[!o]*'                                         | 1 2 4
             Where [Last Name] Not Like '*b*'                                       | 1 2
             Where SID Like '#'                                                     | 1 2 3 4
             Where Den = NULL                                                       | 2
@@ -151,6 +152,8 @@ private Q_SLOTS:
             'on ' & Born & ', ' & Mail                      | on 6/7/2014, -1; on 12/31/2015, 0
             Mail + 0                                        | -1; 0
             Mail = -1                                       | True; False
+            True & 'x' & True + 1                           | -1x0; -1x0
+            (Select Count(Den) From People)                 | 3; 3
             Not Mail                                        | False; True
             1 < 2 = True                                    | True; True
             Mail < False                                    | True; False
