@@ -18,7 +18,7 @@ namespace
 
 constexpr char Catalogue[] = "MSysObjects";
 constexpr unsigned long CataloguePage = 2;
-constexpr int MostMoves = 16;   // of one row
+constexpr int MaxMoves = 16;    // of one row
 constexpr int Removed = 0x8000; // of a row: not to be read here, or not at all
 constexpr int Elsewhere = 0x4000;
 constexpr int Place = 0x1FFF;
@@ -166,7 +166,7 @@ Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name) con
         damaged(table);
     table.rows = table.definition->num_rows;
     const GPtrArray* columns = mdb_read_columns(table.definition.get());
-    if (!columns || columns->len == 0 || columns->len > store::jet::MostFields)
+    if (!columns || columns->len == 0 || columns->len > store::jet::MaxFields)
         damaged(table);
     for (const MdbColumn* column : items<MdbColumn>(columns))
         table.fields.push_back(column);
@@ -256,7 +256,7 @@ bool JetFile::takeRow(const Table& table, int row, const std::function<void(cons
     if (!whole || size == 0 || (start & Place) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
         damaged(table);
     if (start & Elsewhere) {
-        if (size < 4 || moves == MostMoves)
+        if (size < 4 || moves == MaxMoves)
             damaged(table);
         const std::uint32_t to = number(m_file->pg_buf, start & Place);
         readPage(to >> 8, table);
@@ -377,7 +377,7 @@ std::string JetFile::longValue(Bytes bytes)
     return value;
 }
 
-std::u16string JetFile::letters(const std::string& bytes) const
+std::u16string JetFile::decoded(const std::string& bytes) const
 {
     return m_codePage ? m_codePage->text(bytes) : jet4Text(bytes);
 }

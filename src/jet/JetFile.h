@@ -30,7 +30,7 @@ struct Table {
 };
 
 /// Something else in the file.
-struct Thing {
+struct OtherObject {
     store::jet::Other kind;
     std::u16string name;
 };
@@ -51,7 +51,7 @@ public:
     /// The tables that a user made, in the order of the file's catalogue.
     [[nodiscard]] const std::vector<Table>& tables() const { return m_tables; }
     /// What a user made besides them.
-    [[nodiscard]] const std::vector<Thing>& others() const { return m_others; }
+    [[nodiscard]] const std::vector<OtherObject>& others() const { return m_others; }
     [[nodiscard]] bool isJet4() const { return !m_codePage; }
     /// Calls for each row that wasn't removed, in the order of the file; a row that has moved counts where it began.
     void walk(const Table& table, const std::function<void(const Row&)>& take);
@@ -59,8 +59,8 @@ public:
     // The values of fields in the row that is being taken.
     /// A number of so many bytes, as its bits stand.
     [[nodiscard]] std::uint64_t whole(Bytes bytes, int width) const;
-    [[nodiscard]] std::u16string shortText(Bytes bytes) const { return letters(raw(bytes)); }
-    [[nodiscard]] std::u16string longText(Bytes bytes) { return letters(longValue(bytes)); }
+    [[nodiscard]] std::u16string shortText(Bytes bytes) const { return decoded(raw(bytes)); }
+    [[nodiscard]] std::u16string longText(Bytes bytes) { return decoded(longValue(bytes)); }
     /// What a long field holds, gathered from the pages that it lies on.
     [[nodiscard]] std::string longValue(Bytes bytes);
     /// The bytes as they are.
@@ -77,12 +77,12 @@ private:
     bool takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves);
     [[nodiscard]] Row crack(const Table& table, int start, std::size_t size) const;
     [[nodiscard]] std::string piece(std::uint32_t place);
-    [[nodiscard]] std::u16string letters(const std::string& bytes) const;
+    [[nodiscard]] std::u16string decoded(const std::string& bytes) const;
 
     MdbHandle* m_file; // lives as long as the process
     std::optional<CodePage> m_codePage;
     std::vector<Table> m_tables;
-    std::vector<Thing> m_others;
+    std::vector<OtherObject> m_others;
 };
 
 } // namespace orlo::jet

@@ -28,8 +28,8 @@ iconv_t opened(const std::string& code)
 
 std::u16string converted(iconv_t converter, std::string_view bytes)
 {
-    std::u16string letters;
-    letters.reserve(bytes.size());
+    std::u16string text;
+    text.reserve(bytes.size());
     iconv(converter, nullptr, nullptr, nullptr, nullptr);
     std::string source(bytes);
     char* from = source.data();
@@ -40,14 +40,14 @@ std::u16string converted(iconv_t converter, std::string_view bytes)
         std::size_t room = block.size();
         const bool stuck = iconv(converter, &from, &left, &to, &room) == static_cast<std::size_t>(-1);
         for (const char* at = block.data(); at < to; at += 2)
-            letters += unit(at[0], at[1]);
+            text += unit(at[0], at[1]);
         if (stuck && to == block.data() && left > 0) {
-            letters += unit(*from, '\0');
+            text += unit(*from, '\0');
             ++from;
             --left;
         }
     }
-    return letters;
+    return text;
 }
 
 } // namespace
@@ -57,21 +57,21 @@ std::u16string jet4Text(std::string_view bytes)
     const bool mixed = bytes.starts_with("\xFF\xFE");
     if (mixed)
         bytes.remove_prefix(2);
-    std::u16string letters;
-    letters.reserve(bytes.size());
+    std::u16string text;
+    text.reserve(bytes.size());
     bool narrow = mixed;
     for (std::size_t at = 0; at < bytes.size(); ++at) {
         if (mixed && bytes[at] == '\0')
             narrow = !narrow;
         else if (narrow)
-            letters += unit(bytes[at], '\0');
+            text += unit(bytes[at], '\0');
         else if (at + 1 < bytes.size()) {
-            letters += unit(bytes[at], bytes[at + 1]);
+            text += unit(bytes[at], bytes[at + 1]);
             ++at;
         } else
             fail("A text breaks off within a letter.");
     }
-    return letters;
+    return text;
 }
 
 CodePage::CodePage(int number) : m_converter(opened("CP" + std::to_string(number)))

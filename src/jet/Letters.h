@@ -6,8 +6,8 @@
 namespace orlo::jet
 {
 
-/// A text of Jet 4 as UTF-16: two bytes a letter, or behind the mark FF FE one byte a letter in the runs between zero
-/// bytes.
+/// A text of Jet 4 as UTF-16: two bytes a character, or after the mark FF FE one byte a character in the runs between
+/// zero bytes.
 [[nodiscard]] std::u16string jet4Text(std::string_view bytes);
 
 /// Reads texts of Jet 3, which stand in the code page that the file names; Windows-1252 where it names none that is

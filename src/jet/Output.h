@@ -22,10 +22,10 @@ public:
     {
         put(&value, sizeof value);
     }
-    void text(std::u16string_view letters)
+    void text(std::u16string_view text)
     {
-        number(static_cast<std::uint32_t>(letters.size() * sizeof(char16_t)));
-        put(letters.data(), letters.size() * sizeof(char16_t));
+        number(static_cast<std::uint32_t>(text.size() * sizeof(char16_t)));
+        put(text.data(), text.size() * sizeof(char16_t));
     }
     void flush();
 

@@ -151,7 +151,7 @@ int main(int argc, char** argv)
     JetFile file(argv[1]);
     out.number(orlo::store::jet::Signature);
     out.number(static_cast<std::uint32_t>(file.others().size()));
-    for (const Thing& other : file.others()) {
+    for (const OtherObject& other : file.others()) {
         out.number(other.kind);
         out.text(other.name);
     }

@@ -29,7 +29,7 @@ struct DateTime {
 };
 
 /// Reads a text as a date, month first: "m/d/yy", "m/d/yyyy" (also with "-" or "."), "m/d" (this year), "yyyy-mm-dd",
-/// "7 June 2004", "June 7, 2004", each with a time behind it or without. Years of two digits lie in 1930 to 2029.
+/// "7 June 2004", "June 7, 2004", each with a time after it or without. Years of two digits lie in 1930 to 2029.
 /// Nothing for any other text; a month above 12 is refused and never taken for a day.
 [[nodiscard]] std::optional<DateTime> readDate(QStringView text);
 /// True if readDate() reads the text.
@@ -39,7 +39,7 @@ struct DateTime {
 
 /// The short form of the setting that the program is made for: "6/7/2004".
 [[nodiscard]] QString shortDate(QDate date);
-/// The short form with the time behind it where there is one: "6/7/2004 1:30:00 PM".
+/// The short form with the time after it where there is one: "6/7/2004 1:30:00 PM".
 [[nodiscard]] QString shortDate(const DateTime& date);
 /// The form that date controls are written through, "mm/dd/yyyy": "06/07/2004".
 [[nodiscard]] QString longDate(QDate date);

@@ -86,7 +86,7 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         m_told.clear();
-        store::takeoverWatch().told = [this](const QString& report) { m_told += report; };
+        store::takeoverWatch().report = [this](const QString& report) { m_told += report; };
     }
 
     void everyValue_data() { test::table({"sample"}, "small-1.0 \n small-1.1 \n jet3"); }

@@ -67,7 +67,7 @@ private Q_SLOTS:
             Den_SID,Active\n1,Y\n2\n                | Dens       | 3:1: 1 values in the row, the header names 2
             Den_SID,Active\n1,Y,Z\n                 | Dens       | 2:5: 3 values in the row, the header names 2
             Den_SID,Active\n1,"Y\n2,Y\n             | Dens       | 2:3: a quote that is never closed
-            Den_SID,Active\n1,"Y"es\n               | Dens       | 2:6: text behind a closing quote
+            Den_SID,Active\n1,"Y"es\n               | Dens       | 2:6: text after a closing quote
             Den_SID,Den_Name\n1,a"b\n               | Dens       | 2:4: a quote inside
             Den_SID,Den_Name\r1,a\r                 | Dens       | 1:17: a carriage return
             Den_SID,Den_Name\n1,M\xFCller\n         | Dens       | 2:3: text that isn't UTF-8

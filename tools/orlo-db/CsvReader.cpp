@@ -37,7 +37,7 @@ bool CsvReader::readRow(std::vector<CsvCell>& row)
     return true;
 }
 
-// Leaves the position at the comma or line end behind the cell, or at the end of the data.
+// Leaves the position at the comma or line end after the cell, or at the end of the data.
 void CsvReader::readCell(CsvCell& cell)
 {
     cell.place = place();
@@ -51,7 +51,7 @@ void CsvReader::readCell(CsvCell& cell)
         if (at() == '"')
             throw CsvError(place(), QStringLiteral("a quote inside a value that doesn't begin with one"));
         if (at() == '\r')
-            throw CsvError(place(), QStringLiteral("a carriage return without a line feed behind it"));
+            throw CsvError(place(), QStringLiteral("a carriage return without a line feed after it"));
         ++m_position;
     }
     setText(cell, QByteArrayView(m_data).sliced(start, m_position - start));
@@ -78,7 +78,7 @@ void CsvReader::readQuoted(CsvCell& cell)
         cell.text.replace(QLatin1String("\"\""), QLatin1String("\""));
     ++m_position;
     if (m_position < m_data.size() && at() != ',' && !atLineEnd())
-        throw CsvError(place(), QStringLiteral("text behind a closing quote"));
+        throw CsvError(place(), QStringLiteral("text after a closing quote"));
 }
 
 bool CsvReader::atLineEnd() const

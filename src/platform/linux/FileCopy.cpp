@@ -93,7 +93,7 @@ void writeAll(int descriptor, const char* data, std::size_t length)
 }
 
 // Writes the source's bytes over the file's own, and ends it where the source ends.
-void pour(const Handle& source, Handle& file)
+void copyContents(const Handle& source, Handle& file)
 {
     std::vector<char> block(CopyBlockSize);
     off_t size = 0;
@@ -122,9 +122,9 @@ void lock(int descriptor, short type)
     range.l_whence = SEEK_SET;
     range.l_start = type == F_RDLCK ? SharedLocksAt : LocksAt;
     range.l_len = LocksAt + LocksLength - range.l_start;
-    QDeadlineTimer patience(CopyBusyMilliseconds);
+    QDeadlineTimer deadline(CopyBusyMilliseconds);
     while (::fcntl(descriptor, F_OFD_SETLK, &range) != 0 && (errno == EAGAIN || errno == EACCES)) {
-        if (patience.hasExpired())
+        if (deadline.hasExpired())
             raise(EACCES);
         QThread::msleep(10);
     } // a volume without locks has nobody to wait for
@@ -161,7 +161,7 @@ public:
                 numberOfErrno(errno) == DiskFull)
                 raise(errno);
             (void)::fchmod(part.get(), mode & ModeBits); // a volume without such rights keeps its own
-            pour(m_source, part);
+            copyContents(m_source, part);
             checkRoom(::rename(m_part.constData(), m_target.constData()) == 0);
         } catch (...) {
             ::unlink(m_part.constData());
@@ -190,7 +190,7 @@ public:
         checkRoom(part.get() >= 0);
         checkRoom(::rename(m_target.constData(), m_part.constData()) == 0);
         try {
-            pour(m_source, part);
+            copyContents(m_source, part);
             checkRoom(::rename(m_part.constData(), m_target.constData()) == 0);
         } catch (...) {
             ::unlink(m_part.constData());

@@ -23,11 +23,11 @@ constexpr int LookEvery = 10; // ms
 
 FileLock::FileLock(const QString& path) : m_file(path)
 {
-    QDeadlineTimer patience(BusyMilliseconds);
+    QDeadlineTimer deadline(BusyMilliseconds);
     bool open = m_file.open(QIODevice::ReadOnly);
     // The lock of a process that was ended lives on for a moment in a program that it was about to start.
     while (open && ::flock(m_file.handle(), LOCK_EX | LOCK_NB) != 0) {
-        open = (errno == EWOULDBLOCK || errno == EINTR) && !patience.hasExpired();
+        open = (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired();
         QThread::msleep(LookEvery);
     }
     if (!open)

@@ -8,8 +8,8 @@ namespace orlo::store::jet
 namespace
 {
 
-constexpr int WidestText = 255;
-constexpr qsizetype MostNames = 10; // in a line of the report
+constexpr int MaxTextSize = 255;
+constexpr qsizetype MaxNames = 10; // in a line of the report
 
 FieldType typeOf(Kind kind)
 {
@@ -38,7 +38,7 @@ Field carriedOver(const FormerField& former)
     field.name = former.name;
     field.type = typeOf(former.kind);
     if (field.type == FieldType::Text)
-        field.size = former.size > 0 ? std::min(former.size, WidestText) : WidestText;
+        field.size = former.size > 0 ? std::min(former.size, MaxTextSize) : MaxTextSize;
     field.allowZeroLength = field.type == FieldType::Text || field.type == FieldType::Memo;
     return field;
 }
@@ -67,8 +67,8 @@ void tell(Report& report, const QString& what, const QStringList& names)
     if (names.isEmpty())
         return;
     const QString more =
-        names.size() > MostNames ? QStringLiteral(" and %1 more").arg(names.size() - MostNames) : QString();
-    report.append(QStringLiteral("%1: %2%3.").arg(what, names.mid(0, MostNames).join(QStringLiteral(", ")), more));
+        names.size() > MaxNames ? QStringLiteral(" and %1 more").arg(names.size() - MaxNames) : QString();
+    report.append(QStringLiteral("%1: %2%3.").arg(what, names.mid(0, MaxNames).join(QStringLiteral(", ")), more));
 }
 
 // The program's own queries are made anew; everything else that is no table stays where it is.
@@ -91,7 +91,7 @@ FormerTable readTable(HelperStream& stream)
     table.name = stream.text();
     table.rows = stream.number<std::uint32_t>();
     const auto fields = stream.number<std::uint16_t>();
-    if (fields == 0 || fields > MostFields)
+    if (fields == 0 || fields > MaxFields)
         throw damaged(QStringLiteral("The fields of the table %1 can't be read.").arg(table.name));
     for (int i = 0; i < fields; ++i) {
         QString name = stream.text();
@@ -172,7 +172,7 @@ Definitions readDefinitions(HelperStream& stream)
     Definitions read{{}, {}, SchemaVersion::V11, {}};
     readOthers(stream, read.report);
     const auto tables = stream.number<std::uint32_t>();
-    if (tables == 0 || tables > MostTables)
+    if (tables == 0 || tables > MaxTables)
         throw damaged(QStringLiteral("It has no tables that could be read."));
     for (std::uint32_t i = 0; i < tables; ++i)
         read.tables.push_back(readTable(stream));

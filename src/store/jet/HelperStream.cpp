@@ -12,13 +12,13 @@ namespace
 {
 
 constexpr qint64 Megabyte = 1 << 20;
-constexpr qint64 MostGrowth = 16; // of a file into its stream
-constexpr qsizetype MostReason = 300;
-constexpr qsizetype MostSaid = 1 << 16; // bytes
-constexpr int CannotBeLoaded = 127;     // the exit code of a program that a library is missing for
+constexpr qint64 MaxGrowth = 16; // of a file into its stream
+constexpr qsizetype MaxReasonLength = 300;
+constexpr qsizetype MaxErrorOutput = 1 << 16; // bytes
+constexpr int CannotBeLoaded = 127;           // the exit code of a program that a library is missing for
 
 // The helper limits its own processor time; this is for one that sleeps, or a machine that is busy.
-qint64 patience(qint64 fileSize)
+qint64 timeLimit(qint64 fileSize)
 {
     return 30'000 + fileSize / Megabyte * 2'000;
 }
@@ -44,15 +44,16 @@ QString helperProgram()
 }
 
 HelperStream::HelperStream(const QString& helper, const QString& file)
-    : m_patience(patience(QFileInfo(file).size())), m_left(MostGrowth * (QFileInfo(file).size() + Megabyte))
+    : m_timeLeft(timeLimit(QFileInfo(file).size())), m_left(MaxGrowth * (QFileInfo(file).size() + Megabyte))
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     for (const char* name : {"MDBICONV", "MDB_JET3_CHARSET", "MDBOPTS", "MDBPATH"})
         environment.remove(QLatin1String(name));
     m_process.setProcessEnvironment(environment);
     // The library may complain without end; the reason comes last.
-    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process,
-                     [this] { m_said = (m_said + m_process.readAllStandardError()).right(MostSaid); });
+    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process, [this] {
+        m_errorOutput = (m_errorOutput + m_process.readAllStandardError()).right(MaxErrorOutput);
+    });
     m_process.start(helper, {file}, QIODevice::ReadOnly);
 }
 
@@ -69,9 +70,9 @@ const char* HelperStream::take(qsizetype size)
             throw damaged(QStringLiteral("The file would grow without end."));
         QElapsedTimer waited;
         waited.start();
-        if (m_process.bytesAvailable() == 0 && !m_process.waitForReadyRead(static_cast<int>(m_patience)))
+        if (m_process.bytesAvailable() == 0 && !m_process.waitForReadyRead(static_cast<int>(m_timeLeft)))
             raiseFailure();
-        m_patience = std::max<qint64>(0, m_patience - waited.elapsed());
+        m_timeLeft = std::max<qint64>(0, m_timeLeft - waited.elapsed());
         m_block.remove(0, m_position);
         m_position = 0;
         const QByteArray come = m_process.readAll();
@@ -89,14 +90,14 @@ QString HelperStream::text()
     if (size % sizeof(char16_t) != 0)
         throw damaged(QStringLiteral("A text breaks off within a letter."));
     const char* bytes = take(size); // before there is room for as much as it claims to be
-    QString letters(static_cast<qsizetype>(size / sizeof(char16_t)), Qt::Uninitialized);
-    std::memcpy(letters.data(), bytes, size);
-    return letters;
+    QString text(static_cast<qsizetype>(size / sizeof(char16_t)), Qt::Uninitialized);
+    std::memcpy(text.data(), bytes, size);
+    return text;
 }
 
 void HelperStream::finish()
 {
-    if (m_position != m_block.size() || !m_process.waitForFinished(static_cast<int>(m_patience)) ||
+    if (m_position != m_block.size() || !m_process.waitForFinished(static_cast<int>(m_timeLeft)) ||
         m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0 || m_process.bytesAvailable() != 0)
         raiseFailure();
 }
@@ -108,10 +109,10 @@ void HelperStream::raiseFailure()
     if (m_process.error() == QProcess::FailedToStart ||
         (m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == CannotBeLoaded))
         throw platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"));
-    const QByteArrayList lines = m_said.split('\n');
+    const QByteArrayList lines = m_errorOutput.split('\n');
     for (const QByteArray& line : lines)
         if (line.startsWith("orlo-jet: "))
-            throw damaged(QString::fromUtf8(line.mid(10, MostReason)));
+            throw damaged(QString::fromUtf8(line.mid(10, MaxReasonLength)));
     throw damaged(QStringLiteral("It could not be read to its end."));
 }
 

@@ -48,9 +48,9 @@ private:
 
     QProcess m_process;
     QByteArray m_block;
-    QByteArray m_said; ///< the end of what it wrote to the standard error
+    QByteArray m_errorOutput; ///< the end of what it wrote to the standard error
     qsizetype m_position = 0;
-    qint64 m_patience; ///< milliseconds that may still be spent waiting
+    qint64 m_timeLeft; ///< milliseconds that may still be spent waiting
     qint64 m_left;     ///< bytes that may still come
 };
 

@@ -23,20 +23,20 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qsizetype SureDigits = 15;          // of a double
-constexpr qsizetype LongestText = 33'000'000; // letters, of up to three bytes each in the new file
-constexpr qsizetype MostLines = 12;
-constexpr qsizetype MostReasons = 5;
+constexpr qsizetype SureDigits = 15;            // of a double
+constexpr qsizetype MaxTextLength = 33'000'000; // characters, of up to three bytes each in the new file
+constexpr qsizetype MaxLines = 12;
+constexpr qsizetype MaxReasons = 5;
 constexpr int ProgressEvery = 100; // ms
 
-// A value as it came, before its new field has its say.
-struct Came {
+// A value as the former file has it, before its new field has its say.
+struct SourceValue {
     Value value;
-    QString problem; ///< why it isn't all of what came
-    QString text;    ///< what came then
+    QString problem; ///< why it isn't all of what stood there
+    QString text;    ///< what stood there then
 };
 
-Came day(double serial)
+SourceValue day(double serial)
 {
     if (const auto date = dateOfSerial(serial))
         return {*date, {}, {}};
@@ -44,9 +44,9 @@ Came day(double serial)
 }
 
 // Halves of a letter have no place in UTF-8; beside it they stand as their numbers.
-Came letters(const QString& text)
+SourceValue textValue(const QString& text)
 {
-    if (text.size() > LongestText)
+    if (text.size() > MaxTextLength)
         throw damaged(QStringLiteral("A text is too long for the new file."));
     if (text.isValidUtf16())
         return {text, {}, {}};
@@ -72,7 +72,7 @@ qsizetype countDigits(const QString& number)
     return std::count_if(first, text.end(), [](QChar letter) { return letter.isDigit(); });
 }
 
-Came readCell(HelperStream& stream)
+SourceValue readCell(HelperStream& stream)
 {
     switch (stream.number<Cell>()) {
     case Cell::Null:
@@ -92,22 +92,22 @@ Came readCell(HelperStream& stream)
     case Cell::Day:
         return day(stream.number<double>());
     case Cell::Letters:
-        return letters(stream.text());
+        return textValue(stream.text());
     }
     throw damaged(QStringLiteral("A value is of no known kind."));
 }
 
-QString textOf(const Came& came)
+QString textOf(const SourceValue& source)
 {
-    if (!came.problem.isEmpty())
-        return came.text;
-    if (came.value.isBool())
-        return QString::number(came.value.toBool() ? 1 : 0);
-    if (came.value.isDate())
-        return QString::fromLatin1(isoText(came.value.toDate()));
-    if (came.value.isNumber())
-        return QString::number(came.value.toDouble(), 'g', QLocale::FloatingPointShortest);
-    return came.value.textOrEmpty();
+    if (!source.problem.isEmpty())
+        return source.text;
+    if (source.value.isBool())
+        return QString::number(source.value.toBool() ? 1 : 0);
+    if (source.value.isDate())
+        return QString::fromLatin1(isoText(source.value.toDate()));
+    if (source.value.isNumber())
+        return QString::number(source.value.toDouble(), 'g', QLocale::FloatingPointShortest);
+    return source.value.textOrEmpty();
 }
 
 bool isTextual(FieldType type)
@@ -185,12 +185,12 @@ public:
             m_load.set(static_cast<int>(row.values.size()), row.reason);
             m_load.addRow();
         }
-        const QString more = m_reasons.size() > MostReasons ? QStringLiteral("; ...") : QString();
+        const QString more = m_reasons.size() > MaxReasons ? QStringLiteral("; ...") : QString();
         const auto rows =
             m_kept.size() == 1 ? QStringLiteral("1 row is") : QStringLiteral("%1 rows are").arg(m_kept.size());
-        report.append(QStringLiteral("%1: %2 whole in the table %3 (%4%5).")
-                          .arg(m_table.target.name(), rows, name,
-                               m_reasons.mid(0, MostReasons).join(QStringLiteral("; ")), more));
+        report.append(
+            QStringLiteral("%1: %2 whole in the table %3 (%4%5).")
+                .arg(m_table.target.name(), rows, name, m_reasons.mid(0, MaxReasons).join(QStringLiteral("; ")), more));
     }
 
     // Raises 3049 unless the table holds every row but those that it refused.
@@ -211,8 +211,8 @@ private:
     {
         switch (m_stream.number<std::uint8_t>()) {
         case RowFollows:
-            for (Came& came : m_row)
-                came = readCell(m_stream);
+            for (SourceValue& source : m_row)
+                source = readCell(m_stream);
             return true;
         case TableEnds:
             return false;
@@ -248,8 +248,8 @@ private:
         for (const QString& reason : reasons)
             if (!m_reasons.contains(reason))
                 m_reasons.append(reason);
-        for (const Came& came : m_row)
-            kept.values.push_back(came.value.isNull() && came.problem.isEmpty() ? Value() : Value(textOf(came)));
+        for (const SourceValue& source : m_row)
+            kept.values.push_back(source.value.isNull() && source.problem.isEmpty() ? Value() : Value(textOf(source)));
     }
 
     // Sets what the field takes of the value; why that isn't all.
@@ -257,30 +257,32 @@ private:
     {
         const int at = static_cast<int>(i);
         const Field& field = *m_fields[i];
-        const Came& came = m_row[i];
+        const SourceValue& source = m_row[i];
         // Only a text can be empty without being nothing.
-        const bool nothing = came.value.isEmpty() && !isTextual(field.type);
-        QString problem = came.problem;
+        const bool nothing = source.value.isEmpty() && !isTextual(field.type);
+        QString problem = source.problem;
         try {
-            m_load.set(at, nothing                                                                 ? Value()
-                           : isTextual(field.type) && !came.value.isText() && !came.value.isNull() ? Value(textOf(came))
-                                                                                                   : came.value);
-            if (came.value.isNull() || nothing)
+            m_load.set(at, nothing ? Value()
+                           : isTextual(field.type) && !source.value.isText() && !source.value.isNull()
+                               ? Value(textOf(source))
+                               : source.value);
+            if (source.value.isNull() || nothing)
                 return problem;
-            if (field.type == FieldType::Double && came.value.isText() && countDigits(came.value.toText()) > SureDigits)
+            if (field.type == FieldType::Double && source.value.isText() &&
+                countDigits(source.value.toText()) > SureDigits)
                 problem = QStringLiteral("more digits than a number keeps");
             if (isWhole(field.type)) {
-                const double number = converted(came.value, {{}, FieldType::Double}).toDouble();
+                const double number = converted(source.value, {{}, FieldType::Double}).toDouble();
                 if (number != std::trunc(number))
                     problem = QStringLiteral("the number has a fraction");
             }
-            if (field.type == FieldType::Boolean && came.value.isNumber() && came.value.toDouble() != 0 &&
-                std::abs(came.value.toDouble()) != 1)
+            if (field.type == FieldType::Boolean && source.value.isNumber() && source.value.toDouble() != 0 &&
+                std::abs(source.value.toDouble()) != 1)
                 problem = QStringLiteral("a number that is neither yes nor no");
         } catch (const RuntimeError& error) {
             problem = refusalOf(error.number());
             if (error.number() == platform::FieldTooSmall) {
-                const QString text = came.value.isText() ? came.value.toText() : textOf(came);
+                const QString text = source.value.isText() ? source.value.toText() : textOf(source);
                 m_load.set(at, text.left(field.size - (text[field.size].isLowSurrogate() ? 1 : 0)));
             } else
                 m_load.set(at, Value());
@@ -293,7 +295,7 @@ private:
     BulkLoad& m_load;
     const FormerTable& m_table;
     std::vector<const Field*> m_fields;
-    std::vector<Came> m_row;
+    std::vector<SourceValue> m_row;
     std::vector<Kept> m_kept;
     QStringList m_reasons;
     qint64 m_rows = 0;
@@ -404,9 +406,9 @@ QString words(const Report& report, const QString& file, const QString& kept)
     QString text = QStringLiteral("%1 came from an earlier version of the program and was brought into today's format. "
                                   "The old file is unchanged beside it as %2.\n\n"
                                   "Not everything had its place:\n\n%3")
-                       .arg(file, kept, report.mid(0, MostLines).join(u'\n'));
-    if (report.size() > MostLines)
-        text += QStringLiteral("\nand %1 more.").arg(report.size() - MostLines);
+                       .arg(file, kept, report.mid(0, MaxLines).join(u'\n'));
+    if (report.size() > MaxLines)
+        text += QStringLiteral("\nand %1 more.").arg(report.size() - MaxLines);
     return text;
 }
 

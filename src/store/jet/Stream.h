@@ -21,8 +21,8 @@ constexpr std::uint8_t RowFollows = 'R';
 constexpr std::uint8_t TableEnds = 'E';
 
 /// The most that a file can have of each; more is a damaged file.
-constexpr std::uint32_t MostTables = 4096;
-constexpr std::uint16_t MostFields = 255;
+constexpr std::uint32_t MaxTables = 4096;
+constexpr std::uint16_t MaxFields = 255;
 
 /// What a file has besides tables.
 enum class Other : std::uint8_t {

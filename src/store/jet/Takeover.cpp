@@ -109,8 +109,8 @@ void takeOver(const QString& file)
     // What comes from a disc that can't be written may still be marked so.
     QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
     const QString kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));
-    if (!report.isEmpty() && takeoverWatch().told)
-        takeoverWatch().told(jet::words(report, info.fileName(), QFileInfo(kept).fileName()));
+    if (!report.isEmpty() && takeoverWatch().report)
+        takeoverWatch().report(jet::words(report, info.fileName(), QFileInfo(kept).fileName()));
 }
 
 } // namespace orlo::store

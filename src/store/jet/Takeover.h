@@ -13,7 +13,7 @@ struct TakeoverWatch {
     std::function<void(const QString& file, int percent)> progress;
     /// Called once a file that held something for which the new one has no place stands in its place; the report says
     /// what that was and where it is kept.
-    std::function<void(const QString& report)> told;
+    std::function<void(const QString& report)> report;
 };
 
 /// The one that hears of it; at first nobody does.

@@ -9,7 +9,7 @@ namespace orlo
 /// operation raises; the old file then stays as far as the steps had come, and the safety copy is the way back.
 bool UpdateDatabaseFile();
 
-/// Runs the update's fifteen steps on the open database. Raises 3010 on a file that has them behind it.
+/// Runs the update's fifteen steps on the open database. Raises 3010 on a file that has had them.
 void ApplyUpdateSteps();
 
 } // namespace orlo
