@@ -162,7 +162,7 @@ void frmAdults::ClearRecord()
 {
     for (const RecordField& field : m_fields)
         if (auto* box = qobject_cast<QLineEdit*>(field.control))
-            box->clear();
+            widgets::fillBox(*box, QString());
     PopulateDenAssignments();
     m_awardPage->cut();
     ui->lblAdultName->clear();

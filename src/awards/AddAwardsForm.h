@@ -15,7 +15,7 @@ namespace orlo
 
 class PersonShown;
 
-/// Gives several awards on one date to the person on screen in the record form behind: what the dialogs for scouts and
+/// Gives several awards on one date to the person on screen in the record form below: what the dialogs for scouts and
 /// for adults have in common. Checking an award puts it among the selected ones, taking it out of these unchecks it.
 class AddAwardsForm : public widgets::Form
 {

@@ -95,7 +95,7 @@ frmAssignInsignias::frmAssignInsignias()
     ui->setupUi(this);
     for (widgets::TextGrid* grid : {ui->fgSelectFrom, ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
         grid->setToolTip(tr("Double-click a row, or press the space bar on it, to select"));
-    ui->fgSelected->setToolTip(tr("Double-click a row, or press the space bar on it, to take it out"));
+    tellCount();
     openCalendarOnDoubleClick(ui->txtAssignDate);
     setLeaveCheck(ui->txtAssignDate, [this] { return ValidateDate(ui->txtAssignDate->text()); });
     connectEvents();
@@ -336,8 +336,9 @@ void frmAssignInsignias::selectRow(const Source& source, int row)
 
 void frmAssignInsignias::tellCount()
 {
-    ui->fgSelected->setToolTip(mSelectedCount == 1 ? QStringLiteral("1 person")
-                                                   : QStringLiteral("%1 people").arg(mSelectedCount));
+    const QString people =
+        mSelectedCount == 1 ? QStringLiteral("1 person") : QStringLiteral("%1 people").arg(mSelectedCount);
+    ui->fgSelected->setToolTip(people + tr(". Double-click a row, or press the space bar on it, to take it out"));
 }
 
 void frmAssignInsignias::selectAll(const QString& whom)

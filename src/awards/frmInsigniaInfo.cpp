@@ -3,6 +3,7 @@
 #include "awards/dlgFindInsignia.h"
 #include "ui_frmInsigniaInfo.h"
 #include "widgets/MessageBox.h"
+#include "widgets/TextBox.h"
 
 namespace orlo
 {
@@ -69,7 +70,7 @@ void frmInsigniaInfo::FillRecord()
 
 void frmInsigniaInfo::ClearRecord()
 {
-    ui->txtInsigniaName->clear();
+    widgets::fillBox(*ui->txtInsigniaName, QString());
     ui->txtInsigniaInfo->clear();
     ui->optSegment->setChecked(true);
 }

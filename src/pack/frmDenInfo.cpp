@@ -16,7 +16,7 @@ namespace orlo
 
 namespace
 {
-constexpr int MostOfActive = 255; // characters that the field takes
+constexpr int MaxActiveLength = 255; // characters that the field takes
 }
 
 frmDenInfo::frmDenInfo()
@@ -26,7 +26,7 @@ frmDenInfo::frmDenInfo()
     ui->setupUi(this);
     for (const char16_t* type : {u"Tiger", u"Wolf", u"Bear", u"Webelos (1st Yr)", u"Webelos (2nd Yr)", u" "})
         ui->comDenType->addItem(QString::fromUtf16(type));
-    ui->txtActive->lineEdit()->setMaxLength(MostOfActive);
+    ui->txtActive->lineEdit()->setMaxLength(MaxActiveLength);
     bindControls({*ui, ui->txtDenNumber});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
@@ -82,9 +82,8 @@ void frmDenInfo::FillRecord()
 
 void frmDenInfo::ClearRecord()
 {
-    ui->txtDenNumber->clear();
-    ui->txtDenName->clear();
-    ui->txtYearStarted->clear();
+    for (QLineEdit* box : {ui->txtDenNumber, ui->txtDenName, ui->txtYearStarted})
+        widgets::fillBox(*box, QString());
     ui->txtActive->setText(QString());
     ui->lstScouts->clear();
     ui->lstAdults->clear();

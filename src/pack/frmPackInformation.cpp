@@ -90,8 +90,8 @@ void frmPackInformation::cmdSave_Click()
 void frmPackInformation::cmdCancel_Click()
 {
     if (mPackNew) {
-        ui->txtPackNum->clear();
-        ui->txtPackName->clear();
+        widgets::fillBox(*ui->txtPackNum, QString());
+        widgets::fillBox(*ui->txtPackName, QString());
     } else
         showRecord();
     ui->cmdSave->setEnabled(false);

@@ -39,7 +39,7 @@ private:
     [[nodiscard]] AwardCriteria criteria() const;
 
     std::unique_ptr<Ui::dlgReportSelect1> ui;
-    std::vector<Entry> mPeople; ///< by row of the list behind "<All>"
+    std::vector<Entry> mPeople; ///< by row of the list after "<All>"
     std::vector<Entry> mDens;
 };
 

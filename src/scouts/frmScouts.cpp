@@ -10,6 +10,7 @@
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmScouts.h"
 #include "widgets/MessageBox.h"
+#include "widgets/TextBox.h"
 
 namespace orlo
 {
@@ -158,7 +159,7 @@ void frmScouts::ClearRecord()
     ui->comDen->setText(QStringLiteral(" "));
     for (const RecordField& field : m_fields)
         if (auto* box = qobject_cast<QLineEdit*>(field.control); box && box != ui->txtGrade)
-            box->clear();
+            widgets::fillBox(*box, QString());
     ui->txtScoutNote->clear();
     ui->optP1UseScoutAdd->setChecked(true);
     ui->optP2UseScoutAdd->setChecked(true);

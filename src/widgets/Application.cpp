@@ -119,7 +119,7 @@ void Application::failed(const platform::RuntimeError& error)
 bool Application::pressesAgain(QObject* receiver, const QEvent* event)
 {
     if (event->type() == QEvent::Shortcut)
-        return m_held && qobject_cast<QAbstractButton*>(receiver);
+        return m_held && (qobject_cast<QAbstractButton*>(receiver) || qobject_cast<QAction*>(receiver));
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride &&
         event->type() != QEvent::KeyRelease)
         return false;
@@ -142,7 +142,7 @@ bool Application::pressesAgain(QObject* receiver, const QEvent* event)
     case Qt::Key_Enter:
         return !qobject_cast<QPlainTextEdit*>(receiver) && !qobject_cast<QTextEdit*>(receiver);
     case Qt::Key_Space:
-        return qobject_cast<QAbstractItemView*>(receiver);
+        return qobject_cast<QAbstractItemView*>(receiver) || qobject_cast<QAbstractButton*>(receiver);
     default:
         return false;
     }

@@ -7,6 +7,7 @@
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
 #include "widgets/RowGuard.h"
+#include "widgets/TextBox.h"
 #include "widgets/Twips.h"
 
 #include <QApplication>
@@ -155,7 +156,10 @@ bool BoundGrid::writeOpenRow()
     if (refusal->column >= 0 || row() != m_model->openRow())
         makeCurrent(m_model->openRow(), std::max(0, refusal->column));
     message(refusalText(*refusal), caption());
-    return false;
+    if (refusal->error.number() != platform::ObjectInvalid)
+        return false;
+    m_model->cancel(); // nobody can ever write it: the set is gone, and the row mustn't hold its window open
+    return true;
 }
 
 // A cell says what it takes; what the row as a whole lacks, the database says.
@@ -361,7 +365,7 @@ void BoundGrid::pasteCells()
             while (column < m_model->columnCount() && isColumnHidden(column))
                 ++column;
             if (column < m_model->columnCount())
-                m_model->setData(m_model->index(row, column++), cell, Qt::EditRole);
+                m_model->setData(m_model->index(row, column++), oneLine(cell), Qt::EditRole);
         }
         setCurrentIndex(m_model->index(row, first.column()));
     }
@@ -390,14 +394,14 @@ void BoundGrid::applyColumns()
     const auto& columns = m_model->columns();
     horizontalHeader()->setStretchLastSection(m_stretched < 0);
     for (int column = 0; column < columns.size(); ++column) {
-        setColumnWidth(column, m_byHand.value(columns[column].field, leastWidth(column)));
+        setColumnWidth(column, m_byHand.value(columns[column].field, minimumWidthOf(column)));
         setColumnHidden(column, columns[column].hidden);
     }
     stretch();
 }
 
 // A heading is never cut off.
-int BoundGrid::leastWidth(int column) const
+int BoundGrid::minimumWidthOf(int column) const
 {
     return std::max(twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column));
 }
@@ -414,7 +418,7 @@ void BoundGrid::stretch()
         return;
     const QScopedValueRollback guard(m_layingOut, true);
     const int others = horizontalHeader()->length() - columnWidth(m_stretched);
-    setColumnWidth(m_stretched, std::max(viewport()->width() - others, leastWidth(m_stretched)));
+    setColumnWidth(m_stretched, std::max(viewport()->width() - others, minimumWidthOf(m_stretched)));
 }
 
 void BoundGrid::columnWidened(int column, int width)

@@ -19,7 +19,7 @@ class RowGuard;
 /// An editable grid on the records of a data control.
 ///
 /// model() holds one row a record and, where records can be added, one more: the empty line at the end, marked with a
-/// star in the row header. Typing in it starts a new record, and a new empty line appears behind. A changed row is
+/// star in the row header. Typing in it starts a new record, and a new empty line appears after it. A changed row is
 /// written when another row becomes current or changes, when the focus leaves the grid, when the grid hides and before
 /// its data control is refreshed; while the grid has the focus, also before a press or an access key outside it acts. A
 /// row that the database refuses is reported and stays open for correction, and what was pressed doesn't act; Escape
@@ -103,7 +103,7 @@ private:
     void makeCurrent(int row, int column);
     void applyAllowed();
     void applyColumns();
-    [[nodiscard]] int leastWidth(int column) const;
+    [[nodiscard]] int minimumWidthOf(int column) const;
     void stretch();
     void columnWidened(int column, int width);
     void applyHeights();

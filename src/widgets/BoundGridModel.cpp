@@ -284,7 +284,7 @@ QString BoundGridModel::text(int row, int column) const
     return row < m_records ? recordTexts(row).value(column) : QString();
 }
 
-// A new record's row is the line that was empty; the next empty line comes in behind it.
+// A new record's row is the line that was empty; the next empty line comes in after it.
 void BoundGridModel::open(int row)
 {
     if (m_openRow == row)

@@ -27,7 +27,7 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
     setInsertPolicy(NoInsert);
     setMaxVisibleItems(VisibleRows);
     setPlaceholderText(QStringLiteral(" ")); // without one, the first row that is added becomes the chosen one
-    // A row that is being chosen gives its text before it is the row; that is told as a click, once.
+    // A row that is being chosen gives its text before it is the row; that counts as a click, once.
     connect(this, &QComboBox::editTextChanged, this, [this] {
         const bool choosing = currentIndex() >= 0 && currentIndex() != m_row;
         if (!m_silent && !choosing)
@@ -37,12 +37,12 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
     // currentIndexChanged(). The mark is set before clicked(): its handlers may choose rows themselves.
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         m_row = index;
-        m_told = index >= 0 && !m_silent;
-        if (m_told)
+        m_signalled = index >= 0 && !m_silent;
+        if (m_signalled)
             Q_EMIT clicked();
     });
     connect(this, &QComboBox::activated, this, [this] {
-        if (!std::exchange(m_told, false))
+        if (!std::exchange(m_signalled, false))
             Q_EMIT clicked();
     });
 }
@@ -105,7 +105,7 @@ void ComboBox::refill(const QStringList& rows, int chosen)
 
 void ComboBox::showPopup()
 {
-    m_told = false;
+    m_signalled = false;
     Q_EMIT dropDown();
     if (!isEnabled() || !isVisible())
         return; // a list over a box that is out of reach would hold all input
@@ -118,14 +118,14 @@ void ComboBox::keyPressEvent(QKeyEvent* event)
     constexpr Qt::Key Stepping[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown};
     if (std::ranges::find(Stepping, event->key()) != std::end(Stepping))
         chooseShownRow();
-    m_told = false;
+    m_signalled = false;
     QComboBox::keyPressEvent(event);
 }
 
 void ComboBox::wheelEvent(QWheelEvent* event)
 {
     chooseShownRow();
-    m_told = false;
+    m_signalled = false;
     QComboBox::wheelEvent(event);
 }
 

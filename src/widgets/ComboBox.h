@@ -24,10 +24,10 @@ public:
     /// Chooses a row and its text; -1 chooses none. Raises 5 for a row that isn't there.
     void setListIndex(int index);
 
-    /// Empties list, choice and text; nothing is told of it, since a refill follows.
+    /// Empties list, choice and text; without a signal, since a refill follows.
     void removeAll();
     /// Fills the list anew under what the box shows. `chosen` is the new row of the choice, -1 where that has gone:
-    /// then an editable box keeps its text and the other kind shows none. Nothing is told of it.
+    /// then an editable box keeps its text and the other kind shows none. No signal is sent.
     void refill(const QStringList& rows, int chosen);
     [[nodiscard]] int listCount() const { return count(); }
     /// A row's text, "" for a row that isn't there.
@@ -52,8 +52,8 @@ private:
     void chooseShownRow();
 
     bool m_silent = false;
-    int m_row = -1;      // the row that currentIndexChanged() named last
-    bool m_told = false; // the change of row has already told of the pick that is under way
+    int m_row = -1;           // the row that currentIndexChanged() named last
+    bool m_signalled = false; // the change of row has already signalled the pick that is under way
 };
 
 /// A combo box that takes any text. A typed text that happens to equal a row is still typed and not picked.

@@ -17,7 +17,7 @@ namespace orlo::widgets
 namespace
 {
 
-constexpr double Readable = 4.5;  // the least contrast of letters
+constexpr double Readable = 4.5;  // the lowest contrast of a text
 constexpr int PaleHighlight = 30; // percent of the highlight over the ground
 constexpr int FocusFrame = 2;     // pixels
 

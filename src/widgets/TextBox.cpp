@@ -23,15 +23,15 @@ bool breaksLine(QChar c)
            c == QChar::ParagraphSeparator;
 }
 
-// Takes the place of a text that was just typed or pasted, the cursor staying behind what stood before it.
+// Takes the place of a text that was just typed or pasted, the cursor staying after what stood before it.
 void clean(QLineEdit& box, const QString& text)
 {
     const QString cleaned = oneLine(text);
     if (cleaned == text)
         return;
-    const qsizetype behind = oneLine(text.left(box.cursorPosition())).size();
+    const qsizetype before = oneLine(text.left(box.cursorPosition())).size();
     box.setText(cleaned);
-    box.setCursorPosition(static_cast<int>(behind));
+    box.setCursorPosition(static_cast<int>(before));
 }
 
 // The text under the pointer, if the room that it has is too narrow for it.

@@ -149,7 +149,7 @@ void TextGrid::setColWidth(int col, int twips)
     m_widths[std::size_t(col)] = std::max(0, twips);
     setColumnHidden(col, twips <= 0);
     if (twips > 0)
-        setColumnWidth(col, std::max(twipsToPixels(twips, this), leastWidth(col)));
+        setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
     stretch();
 }
 
@@ -274,7 +274,7 @@ void TextGrid::stretch()
 }
 
 // What a mark takes, or the longest word of the heading.
-int TextGrid::leastWidth(int col) const
+int TextGrid::minimumWidthOf(int col) const
 {
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();
     int width = col == 0 ? metrics.horizontalAdvance(u'X') : 0;
@@ -287,7 +287,7 @@ void TextGrid::fitHeadings()
 {
     for (int col = 0; col < int(m_widths.size()); ++col)
         if (!isColumnHidden(col))
-            setColumnWidth(col, std::max(columnWidth(col), leastWidth(col)));
+            setColumnWidth(col, std::max(columnWidth(col), minimumWidthOf(col)));
     stretch();
     applyHeights();
 }

@@ -67,7 +67,7 @@ private:
     void requireRow(int row) const;
     void requireCol(int col) const;
     void makeCurrent(int row);
-    [[nodiscard]] int leastWidth(int col) const;
+    [[nodiscard]] int minimumWidthOf(int col) const;
     void fitHeadings();
     void stretch();
     void applyHeights();

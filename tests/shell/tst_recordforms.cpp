@@ -83,6 +83,21 @@ private Q_SLOTS:
         QCOMPARE(tabs.currentIndex(), 0);
     }
 
+    // What a new record's boxes held before is the former record's, and no undoing brings it back.
+    void undoInNewRecord()
+    {
+        const test::AppFolder folder;
+        test::fill("Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 1, 'Wolf', 'Y');"
+                   "Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (1, 'Al', 'Berg', 'Y')");
+        const test::RecordScreen<frmScouts> screen;
+        screen.run("n");
+        for (QLineEdit* box : screen.form.findChildren<QLineEdit*>()) {
+            const QString text = box->text();
+            box->undo();
+            QCOMPARE(box->text(), text);
+        }
+    }
+
     // On another page the focus goes to what shows there: keys that follow change nothing unseen.
     void focusOnPages_data() { test::table({"button"}, "F\nP\nN\nL\ns"); }
     void focusOnPages()

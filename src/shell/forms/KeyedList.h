@@ -13,7 +13,7 @@ class ComboBox;
 namespace orlo
 {
 
-/// A row of a list and the key that stands behind it.
+/// A row of a list and the key that it stands for.
 struct ListEntry {
     QString text;
     std::int16_t sid = 0;

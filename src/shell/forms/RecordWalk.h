@@ -14,7 +14,7 @@ namespace orlo
 class RecordWalk
 {
 public:
-    /// Whether there are records to walk to; one that isn't told stays as it was.
+    /// Whether there are records to walk to; one without a value stays as it was.
     struct Ways {
         std::optional<bool> back;
         std::optional<bool> ahead;

@@ -2,6 +2,7 @@
 
 #include "widgets/Form.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 
 namespace orlo
@@ -15,6 +16,11 @@ ScreenScroll::ScreenScroll(widgets::Form& form)
     setWindowTitle(form.windowTitle());
     connect(&form, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
     setWidget(&form);
+    // What gets the focus comes into sight; not under a press, which would then be let go beside it.
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, QWidget* now) {
+        if (now && widget() && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
+            ensureWidgetVisible(now);
+    });
 }
 
 widgets::Form& ScreenScroll::form() const
