@@ -207,9 +207,10 @@ std::shared_ptr<const Translated> Connection::translated(const QString& statemen
 
 std::shared_ptr<const KnownFields> Connection::fields(QStringView name)
 {
-    const QString key = name.toString().toCaseFolded();
-    if (const auto known = m_fields.constFind(key); known != m_fields.cend())
+    // Each spelling for itself, as it is looked for in every statement.
+    if (const auto known = m_fields.constFind(QString::fromRawData(name.data(), name.size())); known != m_fields.cend())
         return known.value();
+    const QString key = name.toString();
     m_fields.insert(key, nullptr); // for a query that names itself
     if (const TableInfo* found = table(name))
         m_fields.insert(key, knownFields(*this, TableInfo(*found)));

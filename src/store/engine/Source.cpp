@@ -169,8 +169,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
         name = translated.singleSource;
         source->rowsSql = translated.sql.toUtf8();
         source->fields = translated.fields;
-    } else
-        translated.columns = QStringLiteral(" *");
+    }
 
     const TableInfo* table = name.isEmpty() ? nullptr : connection.table(name);
     if (!statement) {
@@ -194,8 +193,10 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     const QByteArray from =
         " FROM " + source->table + (translated.singleAlias.isEmpty() ? QByteArray() : " AS " + called);
     const QByteArray key = called + '.' + table->rowKey;
-    const QByteArray columns = translated.columns.toUtf8();
-    const QByteArray tail = translated.tail.toUtf8();
+    const qsizetype results = QLatin1String("SELECT").size();
+    const QByteArray columns =
+        statement ? translated.sql.sliced(results, translated.fromStart - results).toUtf8() : QByteArray(" *");
+    const QByteArray tail = translated.sql.sliced(translated.tailStart).toUtf8();
     source->rowSql = "SELECT" + columns + from + " WHERE " + key + "=?1";
     source->blockSql = "SELECT" + columns + ',' + key + from + " WHERE " + key + " IN (?" +
                        QByteArray(",?").repeated(LargestBlock - 1) + ')';

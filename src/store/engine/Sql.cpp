@@ -2,132 +2,128 @@
 
 #include "store/engine/SqlTranslator.h"
 
-#include <QStringBuilder>
-
 #include <algorithm>
+#include <utility>
 
 namespace orlo::store
 {
 
 SqlTranslator::SqlTranslator(const QString& statement, const FieldsOf& fieldsOf)
-    : m_text(statement), m_fieldsOf(fieldsOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
+    : m_fieldsOf(fieldsOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
 {
+    m_out.sql.reserve(statement.size() * 3 / 2);
 }
 
 Translated SqlTranslator::run()
 {
-    if (at(Keyword::Select))
+    if (at(Symbol::Select))
         select();
-    else if (take(Keyword::Insert))
+    else if (take(Symbol::Insert))
         insert();
-    else if (take(Keyword::Update))
+    else if (take(Symbol::Update))
         update();
-    else if (take(Keyword::Delete))
+    else if (take(Symbol::Delete))
         remove();
     else
         raiseSyntax(QStringLiteral("(Select, Insert, Update or Delete expected.)"));
-    expect(TokenKind::End);
+    expect(Symbol::End);
+    m_result.sql = std::move(m_out.sql);
     return std::move(m_result);
 }
 
 void SqlTranslator::select()
 {
-    m_result.kind = Translated::Kind::Select;
     Query read = query(nullptr, nullptr);
-    m_result.sql = read.sql();
-    if (!read.order.isEmpty())
-        m_result.orderStart = m_result.sql.size() - read.order.size();
     if (read.known)
         m_result.fields = std::make_shared<const KnownFields>(std::move(read.fields));
-    m_result.ordersByPlace = read.ordersByPlace;
     m_result.singleSource = read.source.toString();
     m_result.singleAlias = read.alias.toString();
-    m_result.columns = std::move(read.columns);
-    m_result.tail = read.tail + read.order;
+    m_result.fromStart = read.fromStart;
+    m_result.tailStart = read.tailStart;
+    m_result.orderStart = read.orderStart;
+    m_result.ordersByPlace = read.ordersByPlace;
 }
 
 // A row that the file refuses is passed over, not a failure.
 void SqlTranslator::insert()
 {
     m_result.kind = Translated::Kind::Insert;
-    m_result.sql = QStringLiteral("INSERT OR IGNORE INTO ");
-    expect(Keyword::Into);
+    m_out.sql += QLatin1String("INSERT OR IGNORE INTO ");
+    expect(Symbol::Into);
     Scope none(m_scope, nullptr);
-    const QStringView table = target(m_result.sql);
-    const auto known = m_fieldsOf(table);
+    const auto known = m_fieldsOf(target());
     KnownFields targets = known ? *known : KnownFields();
-    if (take(TokenKind::Open)) {
-        const KnownFields all = std::move(targets);
+    if (take(Symbol::Open)) {
         targets.clear();
         do {
+            m_out.sql += QLatin1String(targets.empty() ? " (" : ", ");
             const QStringView field = name();
-            const auto found = std::ranges::find_if(
-                all, [field](const KnownField& one) { return field.compare(one.name, Qt::CaseInsensitive) == 0; });
-            m_result.sql += (targets.empty() ? QLatin1String(" (") : QLatin1String(", ")) + quotedName(field);
-            targets.push_back(found == all.end() ? KnownField{field.toString()} : *found);
-        } while (take(TokenKind::Comma));
-        expect(TokenKind::Close);
-        m_result.sql += u')';
+            m_out.name(field);
+            const KnownField* found = find({}, field);
+            targets.push_back(found ? *found : KnownField());
+        } while (take(Symbol::Comma));
+        expect(Symbol::Close);
+        m_out.sql += u')';
     }
     none.sources.clear(); // a row has no other to take values from
-    if (!take(Keyword::Values)) {
-        m_result.sql += u' ' + query(nullptr, &targets).sql();
+    if (!take(Symbol::Values)) {
+        m_out.sql += u' ';
+        query(nullptr, &targets);
         return;
     }
-    expect(TokenKind::Open);
+    expect(Symbol::Open);
     std::size_t place = 0;
     do {
+        m_out.sql += QLatin1String(place == 0 ? " VALUES (" : ", ");
         Expression value = expression();
-        m_result.sql += place == 0 ? QLatin1String(" VALUES (") : QLatin1String(", ");
-        m_result.sql += place < targets.size() ? given(std::move(value), targets[place]).sql : value.sql;
+        if (place < targets.size())
+            m_out.give(value, targets[place]);
         ++place;
-    } while (take(TokenKind::Comma));
-    expect(TokenKind::Close);
-    m_result.sql += u')';
+    } while (take(Symbol::Comma));
+    expect(Symbol::Close);
+    m_out.sql += u')';
 }
 
 void SqlTranslator::update()
 {
     m_result.kind = Translated::Kind::Update;
-    m_result.sql = QStringLiteral("UPDATE OR IGNORE ");
+    m_out.sql += QLatin1String("UPDATE OR IGNORE ");
     Scope scope(m_scope, nullptr);
-    target(m_result.sql);
-    expect(Keyword::Set);
+    target();
+    expect(Symbol::Set);
     QLatin1String before(" SET ");
     do {
-        const Expression field = fieldNamed();
-        const QStringView named = view(m_tokens[m_at - 1]);
-        expect(Keyword::Equal);
-        m_result.sql += before + quotedName(named) + QLatin1String(" = ") +
-                        given(expression(), KnownField{{}, field.kind, field.whole}).sql;
+        m_out.sql += before;
         before = QLatin1String(", ");
-    } while (take(TokenKind::Comma));
-    m_result.sql += where();
+        const FieldName field = fieldName();
+        m_out.name(field.name);
+        expect(Symbol::Equal);
+        m_out.sql += QLatin1String(" = ");
+        Expression value = expression();
+        if (field.known)
+            m_out.give(value, *field.known);
+    } while (take(Symbol::Comma));
+    where();
 }
 
 void SqlTranslator::remove()
 {
     m_result.kind = Translated::Kind::Delete;
-    m_result.sql = QStringLiteral("DELETE FROM ");
-    take(Keyword::Star);
-    expect(Keyword::From);
+    m_out.sql += QLatin1String("DELETE FROM ");
+    take(Symbol::Star);
+    expect(Symbol::From);
     Scope scope(m_scope, nullptr);
-    target(m_result.sql);
-    m_result.sql += where();
+    target();
+    where();
 }
 
 // The table that a statement changes; its fields may be named from here on.
-QStringView SqlTranslator::target(QString& sql)
+QStringView SqlTranslator::target()
 {
-    if (at(TokenKind::Open))
+    if (at(Symbol::Open))
         refuse();
-    sql += source();
+    source();
     return m_scope->sources.back().table;
-}
-
-QString SqlTranslator::Query::sql() const
-{
-    return QLatin1String(distinct ? "SELECT DISTINCT" : "SELECT") % columns % from % tail % order;
 }
 
 SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targets)
@@ -135,20 +131,19 @@ SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targe
     const Nesting nesting(*this);
     Scope scope(m_scope, outer);
     Query read = simpleQuery(targets);
-    while (take(Keyword::Union))
+    while (take(Symbol::Union))
         readUnion(read, targets);
-    if (take(Keyword::Order))
+    if (take(Symbol::Order))
         readOrder(read);
     return read;
 }
 
 void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
 {
-    query.tail += take(Keyword::All) ? QLatin1String(" UNION ALL ") : QLatin1String(" UNION ");
+    m_out.sql += QLatin1String(take(Symbol::All) ? " UNION ALL " : " UNION ");
     query.source = {};
     Scope scope(m_scope, m_scope->outer);
     const Query next = simpleQuery(targets);
-    query.tail += next.sql();
     query.known = query.known && next.known && query.fields.size() == next.fields.size();
     for (std::size_t i = 0; i < std::min(query.fields.size(), next.fields.size()); ++i)
         if (query.fields[i].kind != next.fields[i].kind)
@@ -158,28 +153,33 @@ void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
 SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
 {
     Query query;
-    expect(Keyword::Select);
-    query.distinct = take(Keyword::Distinct) || take(Keyword::DistinctRow);
-    if (!query.distinct)
-        take(Keyword::All);
-    // What the results mean is known once the sources are.
-    const qsizetype results = m_at;
-    const qsizetype from = placeOfFrom();
-    m_at = from;
-    if (take(Keyword::From))
-        query.from = QLatin1String(" FROM ") + sources();
-    const qsizetype behind = m_at;
-    m_at = results;
+    expect(Symbol::Select);
+    m_out.sql += QLatin1String("SELECT");
+    const bool distinct = take(Symbol::Distinct);
+    if (distinct)
+        m_out.sql += QLatin1String(" DISTINCT");
+    else
+        take(Symbol::All);
+    // What the results mean is known once the sources are, which come behind them.
+    const qsizetype results = std::exchange(m_at, placeOfFrom());
+    const qsizetype from = m_at;
+    const qsizetype written = m_out.sql.size();
+    if (take(Symbol::From))
+        sources();
+    const QString sourcesSql = m_out.sql.sliced(written);
+    m_out.sql.truncate(written);
+    const qsizetype behind = std::exchange(m_at, results);
     readResults(query, targets);
     if (m_at != from)
         refuse();
     m_at = behind;
-
-    query.tail = where();
-    const QString grouping = group();
-    query.tail += grouping;
+    query.fromStart = m_out.sql.size();
+    m_out.sql += sourcesSql;
+    query.tailStart = m_out.sql.size();
+    where();
+    const bool grouped = group();
     const auto& all = m_scope->sources;
-    if (all.size() == 1 && !query.distinct && grouping.isEmpty() && !m_scope->sums) {
+    if (all.size() == 1 && !distinct && !grouped && !m_scope->sums) {
         query.source = all[0].table;
         query.alias = all[0].name.data() == all[0].table.data() ? QStringView() : all[0].name;
     }
@@ -190,33 +190,40 @@ qsizetype SqlTranslator::placeOfFrom() const
 {
     int open = 0;
     for (qsizetype i = m_at; i < m_end; ++i) {
-        const Token& token = m_tokens[i];
-        if (open == 0 &&
-            (token.keyword == Keyword::From || token.keyword == Keyword::Union || token.kind == TokenKind::Close))
+        const Symbol symbol = m_tokens[i].symbol;
+        if (open == 0 && (symbol == Symbol::From || symbol == Symbol::Union || symbol == Symbol::Close))
             return i;
-        open += token.kind == TokenKind::Open ? 1 : token.kind == TokenKind::Close ? -1 : 0;
+        open += symbol == Symbol::Open ? 1 : symbol == Symbol::Close ? -1 : 0;
     }
     return m_end;
 }
 
 void SqlTranslator::readResults(Query& query, const KnownFields* targets)
 {
+    QLatin1String before(" ");
     do {
-        query.columns += query.columns.isEmpty() ? QLatin1String(" ") : QLatin1String(", ");
-        if (take(Keyword::Star)) {
-            query.columns += u'*';
-            for (const Source& source : m_scope->sources)
-                addFields(query, source);
-        } else if (atName() && at(Keyword::Dot, 1) && at(Keyword::Star, 2)) {
-            const QStringView named = name();
-            m_at += 2;
-            query.columns += quotedName(named) + QLatin1String(".*");
-            for (const Source& source : m_scope->sources)
-                if (source.name.compare(named, Qt::CaseInsensitive) == 0)
-                    addFields(query, source);
-        } else
+        m_out.sql += before;
+        before = QLatin1String(", ");
+        QStringView named;
+        const bool some = atName() && at(Symbol::Dot, 1) && at(Symbol::Star, 2);
+        if (some) {
+            named = name();
+            ++m_at;
+            m_out.name(named);
+            m_out.sql += u'.';
+        }
+        if (!take(Symbol::Star)) {
             readResult(query, query.known ? targets : nullptr);
-    } while (take(TokenKind::Comma));
+            continue;
+        }
+        m_out.sql += u'*';
+        for (const Source& source : m_scope->sources)
+            if (!some || source.name.compare(named, Qt::CaseInsensitive) == 0) {
+                query.known = query.known && source.fields;
+                if (source.fields)
+                    query.fields.insert(query.fields.end(), source.fields->begin(), source.fields->end());
+            }
+    } while (take(Symbol::Comma));
 }
 
 void SqlTranslator::readResult(Query& query, const KnownFields* targets)
@@ -224,120 +231,128 @@ void SqlTranslator::readResult(Query& query, const KnownFields* targets)
     const std::size_t place = query.fields.size();
     Expression value = expression();
     if (targets && place < targets->size())
-        value = given(std::move(value), (*targets)[place]);
-    const bool field = value.form == Expression::Form::Field;
-    const bool named = take(Keyword::As);
-    KnownField result{value.name.toString(), value.kind, value.whole};
+        m_out.give(value, (*targets)[place]);
+    const bool isField = value.form == Expression::Form::Field;
+    if (!isField)
+        m_out.order(value);
+    KnownField result{{}, value.kind, value.whole};
+    const bool named = take(Symbol::As);
     if (named)
         result.name = name().toString();
-    else if (!field)
-        result.name = QStringLiteral("Expr%1").arg(1000 + place);
-    query.columns += field ? value.sql : ordered(value);
-    if (named || !field)
-        query.columns += QLatin1String(" AS ") + quotedName(result.name);
+    else if (value.known)
+        result.name = value.known->name;
+    else
+        result.name = isField ? value.name.toString() : QStringLiteral("Expr%1").arg(1000 + place);
+    if (named || !isField) {
+        m_out.sql += QLatin1String(" AS ");
+        m_out.name(result.name);
+    }
     query.fields.push_back(std::move(result));
 }
 
-void SqlTranslator::addFields(Query& query, const Source& source)
+void SqlTranslator::sources()
 {
-    query.known = query.known && source.fields;
-    if (source.fields)
-        query.fields.insert(query.fields.end(), source.fields->begin(), source.fields->end());
+    QLatin1String before(" FROM ");
+    do {
+        m_out.sql += before;
+        before = QLatin1String(", ");
+        joinedSources();
+    } while (take(Symbol::Comma));
 }
 
-QString SqlTranslator::sources()
+void SqlTranslator::joinedSources()
 {
-    QString sql = joinedSources();
-    while (take(TokenKind::Comma))
-        sql += QLatin1String(", ") + joinedSources();
-    return sql;
-}
-
-QString SqlTranslator::joinedSources()
-{
-    QString sql = source();
-    while (true) {
-        QLatin1String join(" JOIN ");
-        if (take(Keyword::Left))
-            join = QLatin1String(" LEFT JOIN ");
-        else if (take(Keyword::Right))
-            join = QLatin1String(" RIGHT JOIN ");
-        else if (!take(Keyword::Inner))
-            return sql;
-        if (join.size() > 6)
-            take(Keyword::Outer);
-        expect(Keyword::Join);
-        sql += join + source();
-        expect(Keyword::On);
-        sql += QLatin1String(" ON ") + condition(expression()).sql;
+    source();
+    while (at(Symbol::Inner) || at(Symbol::Left) || at(Symbol::Right)) {
+        const Symbol side = m_tokens[m_at++].symbol;
+        m_out.sql += QLatin1String(side == Symbol::Inner  ? " JOIN "
+                                   : side == Symbol::Left ? " LEFT JOIN "
+                                                          : " RIGHT JOIN ");
+        if (side != Symbol::Inner)
+            take(Symbol::Outer);
+        expect(Symbol::Join);
+        source();
+        expect(Symbol::On);
+        m_out.sql += QLatin1String(" ON ");
+        condition();
     }
 }
 
-QString SqlTranslator::source()
+void SqlTranslator::source()
 {
     const Nesting nesting(*this);
-    if (take(TokenKind::Open)) {
-        if (!at(Keyword::Select)) {
-            const QString sql = joinedSources();
-            expect(TokenKind::Close);
-            return u'(' + sql + u')';
-        }
-        Query inner = query(nullptr, nullptr);
-        expect(TokenKind::Close);
-        Source source;
-        QString sql = u'(' + inner.sql() + u')' + alias(source.name);
-        if (inner.known)
+    Source source;
+    if (!take(Symbol::Open)) {
+        source.table = name();
+        source.fields = m_fieldsOf(source.table);
+        m_out.name(source.table);
+    } else {
+        m_out.sql += u'(';
+        const bool joined = !at(Symbol::Select);
+        if (joined)
+            joinedSources();
+        else if (Query inner = query(nullptr, nullptr); inner.known)
             source.fields = std::make_shared<const KnownFields>(std::move(inner.fields));
-        m_scope->sources.append(std::move(source));
-        return sql;
+        expect(Symbol::Close);
+        m_out.sql += u')';
+        if (joined)
+            return;
     }
-    const QStringView table = name();
-    Source source{table, table, m_fieldsOf(table)};
-    QString sql = quotedName(table) + alias(source.name);
+    source.name = source.table;
+    if (take(Symbol::As) || atName()) {
+        source.name = name();
+        m_out.sql += QLatin1String(" AS ");
+        m_out.name(source.name);
+    }
     m_scope->sources.append(std::move(source));
-    return sql;
 }
 
-QString SqlTranslator::alias(QStringView& called)
+void SqlTranslator::where()
 {
-    if (!take(Keyword::As) && !atName())
-        return {};
-    called = name();
-    return QLatin1String(" AS ") + quotedName(called);
+    if (!take(Symbol::Where))
+        return;
+    m_out.sql += QLatin1String(" WHERE ");
+    condition();
 }
 
-QString SqlTranslator::where()
+// True for whatever makes one row of several.
+bool SqlTranslator::group()
 {
-    return take(Keyword::Where) ? QLatin1String(" WHERE ") + condition(expression()).sql : QString();
-}
-
-QString SqlTranslator::group()
-{
-    QString sql;
-    if (take(Keyword::Group)) {
-        expect(Keyword::By);
-        do
-            sql += (sql.isEmpty() ? QLatin1String(" GROUP BY ") : QLatin1String(", ")) + ordered(expression());
-        while (take(TokenKind::Comma));
+    const qsizetype written = m_out.sql.size();
+    if (take(Symbol::Group)) {
+        expect(Symbol::By);
+        QLatin1String before(" GROUP BY ");
+        do {
+            m_out.sql += before;
+            before = QLatin1String(", ");
+            Expression value = expression();
+            m_out.order(value);
+        } while (take(Symbol::Comma));
     }
-    if (take(Keyword::Having))
-        sql += QLatin1String(" HAVING ") + condition(expression()).sql;
-    return sql;
+    if (take(Symbol::Having)) {
+        m_out.sql += QLatin1String(" HAVING ");
+        condition();
+    }
+    return m_out.sql.size() > written;
 }
 
 void SqlTranslator::readOrder(Query& query)
 {
-    expect(Keyword::By);
+    expect(Symbol::By);
+    query.orderStart = m_out.sql.size();
     m_scope->results = &query.fields;
+    QLatin1String before(" ORDER BY ");
     do {
-        query.ordersByPlace = query.ordersByPlace || at(TokenKind::Number);
-        query.order += (query.order.isEmpty() ? QLatin1String(" ORDER BY ") : QLatin1String(", "));
-        query.order += ordered(expression());
-        if (take(Keyword::Desc))
-            query.order += QLatin1String(" DESC");
+        m_out.sql += before;
+        before = QLatin1String(", ");
+        query.ordersByPlace = query.ordersByPlace || at(Symbol::Number);
+        Expression value = expression();
+        m_out.order(value);
+        if (take(Symbol::Desc))
+            m_out.sql += QLatin1String(" DESC");
         else
-            take(Keyword::Asc);
-    } while (take(TokenKind::Comma));
+            take(Symbol::Asc);
+    } while (take(Symbol::Comma));
     m_scope->results = nullptr;
 }
 

@@ -30,12 +30,12 @@ struct Translated {
     QString sql;
     qsizetype orderStart = -1;                 ///< where the statement's own Order by begins in it, -1 for none
     std::shared_ptr<const KnownFields> fields; ///< what a Select gives; null if one of its sources isn't known
-    /// For a Select that reads exactly one source, without DISTINCT, grouping, sums or unions: the name of that source
-    /// and the statement's parts, of which the engine makes an updatable set. Empty otherwise.
+    /// For a Select that reads exactly one source, without DISTINCT, grouping, sums or unions: the name of that source,
+    /// and where the statement's parts begin, of which the engine makes an updatable set. Empty otherwise.
     QString singleSource;
     QString singleAlias;
-    QString columns;            ///< between SELECT and FROM, with a blank before it
-    QString tail;               ///< from WHERE or ORDER BY on, with a blank before it
+    qsizetype fromStart = 0;    ///< before it, from the sixth character on, stand the results
+    qsizetype tailStart = 0;    ///< WHERE or ORDER BY, with a blank before it
     bool ordersByPlace = false; ///< the Order by counts columns
 };
 

@@ -1,9 +1,6 @@
 #include "store/engine/SqlExpression.h"
 
-#include <QStringBuilder>
-
 #include <array>
-#include <span>
 
 namespace orlo::store
 {
@@ -13,30 +10,6 @@ namespace
 
 using Kind = ValueKind;
 using Form = Expression::Form;
-
-QString within(Expression value, Binding least)
-{
-    return value.binding >= least ? std::move(value.sql) : QString(u'(' % value.sql % u')');
-}
-
-Expression called(QLatin1String function, const Expression& argument, Kind result)
-{
-    return {function + u'(' + argument.sql + u')', result};
-}
-
-// Chains of one operator go on without brackets: SQLite's parser takes only so many of them.
-Expression binary(Expression left, Binding binding, QLatin1String sign, const Expression& right, Kind kind)
-{
-    QString sql = within(left, binding);
-    sql += sign;
-    sql += within(right, Binding(int(binding) + 1));
-    return {std::move(sql), kind, binding};
-}
-
-QString caseBlind(const Expression& text)
-{
-    return within(text, Binding::Operand) % QLatin1String(" COLLATE NOCASE");
-}
 
 bool mayBeText(const Expression& value)
 {
@@ -58,36 +31,61 @@ Kind common(const Expression& a, const Expression& b)
     return Kind::Number;
 }
 
-// Beside a value of unknown kind only a truth is told by its number.
-Expression asCommon(Kind kind, Expression value)
+// In the order of the symbols.
+constexpr const char* Comparisons[] = {" = ", " <> ", " < ", " <= ", " > ", " >= "};
+
+} // namespace
+
+void SqlWriter::name(QStringView name)
 {
-    if (kind == Kind::Unknown)
-        return value.kind == Kind::Truth ? as(Kind::Number, std::move(value)) : std::move(value);
-    return as(kind, std::move(value));
+    sql += u'"';
+    if (name.contains(u'"'))
+        sql += name.toString().replace(u'"', QLatin1String("\"\""));
+    else
+        sql += name;
+    sql += u'"';
 }
 
-QLatin1String textOf(Keyword sign)
+Expression SqlWriter::written(qsizetype start, Kind kind, Binding binding) const
 {
-    switch (sign) {
-    case Keyword::Equal:
-        return QLatin1String(" = ");
-    case Keyword::Unequal:
-        return QLatin1String(" <> ");
-    case Keyword::Less:
-        return QLatin1String(" < ");
-    case Keyword::LessOrEqual:
-        return QLatin1String(" <= ");
-    case Keyword::Greater:
-        return QLatin1String(" > ");
-    default:
-        return QLatin1String(" >= ");
-    }
+    return {start, sql.size(), kind, binding};
+}
+
+void SqlWriter::enclose(Expression& value, QLatin1String before, QLatin1String after)
+{
+    sql.insert(value.end, after);
+    sql.insert(value.start, before);
+    value = {value.start, value.end + before.size() + after.size(), value.kind};
+}
+
+void SqlWriter::call(QLatin1String function, Expression& value, Kind result)
+{
+    enclose(value, function, QLatin1String(")"));
+    value.kind = result;
+}
+
+void SqlWriter::bracket(Expression& value, Binding least)
+{
+    if (value.binding < least)
+        enclose(value, QLatin1String("("), QLatin1String(")"));
+}
+
+// Chains of one operator go on without brackets: SQLite's parser takes only so many of them.
+Expression SqlWriter::binary(Expression left, Binding binding, QLatin1String sign, Expression right, Kind kind)
+{
+    as(kind, right);
+    bracket(right, Binding(int(binding) + 1));
+    sql.insert(right.start, sign);
+    as(kind, left);
+    bracket(left, binding);
+    return written(left.start, kind, binding);
 }
 
 // Makes the values those of a kind that they have in common, texts without regard to case: SQLite goes by the first.
-void makeAlike(std::span<Expression> values)
+// What stands before the second and before all others is written, too.
+void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLatin1String next)
 {
-    Expression all = {{}, values[0].kind, {}, values[0].form};
+    Expression all = values[0];
     bool text = mayBeText(all);
     for (const Expression& value : values.subspan(1)) {
         text = text && mayBeText(value);
@@ -97,216 +95,224 @@ void makeAlike(std::span<Expression> values)
     }
     // Of two truths the true one is the lesser.
     const Kind kind = all.kind == Kind::Truth ? Kind::Number : all.kind;
-    text = kind == Kind::Text || (kind == Kind::Unknown && text);
-    for (Expression& value : values) {
-        value = asCommon(kind, std::move(value));
-        value.sql = text && &value == &values.front() ? caseBlind(value) : within(std::move(value), Binding::Sum);
+    for (std::size_t i = values.size() - 1; i > 0; --i) {
+        beside(kind, values[i]);
+        bracket(values[i], Binding::Sum);
+        sql.insert(values[i].start, i == 1 ? first : next);
     }
+    beside(kind, values[0]);
+    if (kind == Kind::Text || (kind == Kind::Unknown && text))
+        order(values[0]);
+    else
+        bracket(values[0], Binding::Sum);
 }
 
-QString joinable(Expression value)
+// Beside a value of unknown kind only a truth is told by its number.
+void SqlWriter::beside(Kind kind, Expression& value)
+{
+    as(kind == Kind::Unknown && value.kind == Kind::Truth ? Kind::Number : kind, value);
+}
+
+Expression SqlWriter::connected(Expression left, Binding binding, Expression right)
+{
+    condition(right);
+    bracket(right, Binding::Comparison);
+    sql.insert(right.start, QLatin1String(binding == Binding::And ? " AND " : " OR "));
+    condition(left);
+    if (left.binding != binding)
+        bracket(left, Binding::Comparison);
+    return written(left.start, Kind::Truth, binding);
+}
+
+Expression SqlWriter::negated(Expression value)
+{
+    condition(value);
+    bracket(value, Binding::Comparison);
+    sql.insert(value.start, QLatin1String("NOT "));
+    return written(value.start, Kind::Truth, Binding::Not);
+}
+
+Expression SqlWriter::nullTest(Expression tested, bool null)
+{
+    bracket(tested, Binding::Sum);
+    sql += QLatin1String(null ? " IS NULL" : " IS NOT NULL");
+    return written(tested.start, Kind::Truth, Binding::Comparison);
+}
+
+Expression SqlWriter::compared(Expression left, Symbol sign, Expression right)
+{
+    if ((sign == Symbol::Equal || sign == Symbol::Unequal) && (left.isNull() || right.isNull())) {
+        Expression& tested = right.isNull() ? left : right;
+        const Expression& null = right.isNull() ? right : left;
+        sql.remove(null.start, null.end - null.start);
+        tested.start = left.start;
+        tested.end = sql.size();
+        return nullTest(tested, sign == Symbol::Equal);
+    }
+    std::array sides{left, right};
+    makeAlike(sides, QLatin1String(Comparisons[int(sign) - int(Symbol::Equal)]), {});
+    return written(left.start, Kind::Truth, Binding::Comparison);
+}
+
+Expression SqlWriter::between(std::span<Expression> values, bool negative)
+{
+    makeAlike(values, QLatin1String(negative ? " NOT BETWEEN " : " BETWEEN "), QLatin1String(" AND "));
+    return written(values[0].start, Kind::Truth, Binding::Comparison);
+}
+
+Expression SqlWriter::oneOf(std::span<Expression> values, bool negative)
+{
+    makeAlike(values, QLatin1String(negative ? " NOT IN (" : " IN ("), QLatin1String(","));
+    sql += u')';
+    return written(values[0].start, Kind::Truth, Binding::Comparison);
+}
+
+Expression SqlWriter::inRows(Expression value, bool negative, const Expression& rows)
+{
+    sql.insert(rows.start, QLatin1String(negative ? " NOT IN " : " IN "));
+    if (value.kind != Kind::Unknown)
+        as(rows.kind, value);
+    if (mayBeText(value))
+        order(value);
+    else
+        bracket(value, Binding::Sum);
+    return written(value.start, Kind::Truth, Binding::Comparison);
+}
+
+Expression SqlWriter::like(Expression text, bool negative, Expression pattern)
+{
+    as(Kind::Text, pattern);
+    bracket(pattern, Binding::Sum);
+    sql.insert(pattern.start, QLatin1String(negative ? " NOT LIKE " : " LIKE "));
+    as(Kind::Text, text);
+    bracket(text, Binding::Sum);
+    return written(text.start, Kind::Truth, Binding::Comparison);
+}
+
+void SqlWriter::joinable(Expression& value)
 {
     const bool neverNull = value.neverNull;
-    value = as(Kind::Text, std::move(value));
-    return neverNull ? std::move(value.sql) : QLatin1String("ifnull(") + value.sql + QLatin1String(",'')");
+    as(Kind::Text, value);
+    if (!neverNull)
+        enclose(value, QLatin1String("ifnull("), QLatin1String(",'')"));
 }
 
-Expression asSum(Expression left, Keyword sign, Expression right)
+Expression SqlWriter::joined(Expression left, Expression right)
 {
-    const bool plus = sign == Keyword::Plus;
-    const bool dates = left.kind == Kind::Date || right.kind == Kind::Date;
-    const bool days = !plus && left.kind == Kind::Date && right.kind == Kind::Date;
-    if (plus && left.kind == Kind::Text && right.kind == Kind::Text)
-        return binary(std::move(left), Binding::Join, QLatin1String(" || "), right, Kind::Text);
-    if (plus && mayBeText(left) && mayBeText(right))
-        return call(QLatin1String("join_or_add"), {left, right}, Kind::Unknown);
-    // As dates stand in the file they can't be reckoned with.
-    Expression number = binary(as(Kind::Number, std::move(left)), Binding::Sum, QLatin1String(plus ? " + " : " - "),
-                               as(Kind::Number, std::move(right)), Kind::Number);
-    return dates && !days ? as(Kind::Date, std::move(number)) : number;
-}
-
-} // namespace
-
-Expression connected(Expression left, Binding binding, Expression right)
-{
-    left = condition(std::move(left));
-    QString sql = left.binding == binding ? std::move(left.sql) : within(left, Binding::Comparison);
-    sql += binding == Binding::And ? QLatin1String(" AND ") : QLatin1String(" OR ");
-    sql += within(condition(std::move(right)), Binding::Comparison);
-    return {std::move(sql), Kind::Truth, binding};
-}
-
-Expression negated(Expression value)
-{
-    return {QLatin1String("NOT ") + within(condition(std::move(value)), Binding::Comparison), Kind::Truth,
-            Binding::Not};
-}
-
-Expression nullTest(Expression tested, bool null)
-{
-    return {within(tested, Binding::Sum) + QLatin1String(null ? " IS NULL" : " IS NOT NULL"), Kind::Truth,
-            Binding::Comparison};
-}
-
-Expression compared(Expression left, Keyword sign, Expression right)
-{
-    const bool equality = sign == Keyword::Equal || sign == Keyword::Unequal;
-    if (equality && (left.isNull() || right.isNull()))
-        return nullTest(right.isNull() ? std::move(left) : std::move(right), sign == Keyword::Equal);
-    std::array sides{std::move(left), std::move(right)};
-    makeAlike(sides);
-    return {sides[0].sql % textOf(sign) % sides[1].sql, Kind::Truth, Binding::Comparison};
-}
-
-Expression between(Expression value, bool negative, Expression from, Expression to)
-{
-    std::array values{std::move(value), std::move(from), std::move(to)};
-    makeAlike(values);
-    return {values[0].sql % QLatin1String(negative ? " NOT BETWEEN " : " BETWEEN ") % values[1].sql %
-                QLatin1String(" AND ") % values[2].sql,
-            Kind::Truth, Binding::Comparison};
-}
-
-Expression oneOf(std::vector<Expression>& valueAndList, bool negative)
-{
-    makeAlike(valueAndList);
-    QString sql = valueAndList[0].sql;
-    sql += negative ? QLatin1String(" NOT IN ") : QLatin1String(" IN ");
-    for (std::size_t i = 1; i < valueAndList.size(); ++i)
-        sql += (i == 1 ? u'(' : u',') + valueAndList[i].sql;
-    return {sql + u')', Kind::Truth, Binding::Comparison};
-}
-
-Expression inRows(Expression value, bool negative, const Expression& rows)
-{
-    if (value.kind != Kind::Unknown)
-        value = as(rows.kind, std::move(value));
-    QString sql = mayBeText(value) ? caseBlind(value) : within(value, Binding::Sum);
-    sql += (negative ? QLatin1String(" NOT IN ") : QLatin1String(" IN ")) + rows.sql;
-    return {std::move(sql), Kind::Truth, Binding::Comparison};
-}
-
-Expression like(Expression text, bool negative, Expression pattern)
-{
-    QString sql = within(as(Kind::Text, std::move(text)), Binding::Sum);
-    sql += negative ? QLatin1String(" NOT LIKE ") : QLatin1String(" LIKE ");
-    sql += within(as(Kind::Text, std::move(pattern)), Binding::Sum);
-    return {std::move(sql), Kind::Truth, Binding::Comparison};
-}
-
-Expression joined(Expression left, Expression right)
-{
-    QString sql = joinable(std::move(left));
-    sql += QLatin1String(" || ");
-    sql += joinable(std::move(right));
-    Expression text{std::move(sql), Kind::Text, Binding::Join};
+    joinable(right);
+    sql.insert(right.start, QLatin1String(" || "));
+    joinable(left);
+    Expression text = written(left.start, Kind::Text, Binding::Join);
     text.neverNull = true;
     return text;
 }
 
-Expression calculated(Expression left, Keyword sign, Expression right)
+Expression SqlWriter::sum(Expression left, bool plus, Expression right)
 {
-    if (sign == Keyword::Plus || sign == Keyword::Minus)
-        return asSum(std::move(left), sign, std::move(right));
-    left = as(Kind::Number, std::move(left));
-    right = as(Kind::Number, std::move(right));
-    if (sign == Keyword::Star)
-        return binary(std::move(left), Binding::Product, QLatin1String(" * "), right, Kind::Number);
-    Expression real{QLatin1String("CAST(") + left.sql + QLatin1String(" AS REAL)"), Kind::Number};
-    return binary(std::move(real), Binding::Product, QLatin1String(" / "), right, Kind::Number);
+    const bool dates = left.kind == Kind::Date || right.kind == Kind::Date;
+    const bool days = !plus && left.kind == Kind::Date && right.kind == Kind::Date;
+    if (plus && left.kind == Kind::Text && right.kind == Kind::Text)
+        return binary(left, Binding::Join, QLatin1String(" || "), right, Kind::Text);
+    if (plus && mayBeText(left) && mayBeText(right)) {
+        sql.insert(right.start, u',');
+        sql.insert(left.start, QLatin1String("join_or_add("));
+        sql += u')';
+        return written(left.start, Kind::Unknown);
+    }
+    // As dates stand in the file they can't be reckoned with.
+    Expression number = binary(left, Binding::Sum, QLatin1String(plus ? " + " : " - "), right, Kind::Number);
+    if (dates && !days)
+        as(Kind::Date, number);
+    return number;
 }
 
-Expression oppositeOf(Expression number)
+Expression SqlWriter::calculated(Expression left, Symbol sign, Expression right)
+{
+    if (sign == Symbol::Plus || sign == Symbol::Minus)
+        return sum(left, sign == Symbol::Plus, right);
+    if (sign == Symbol::Star)
+        return binary(left, Binding::Product, QLatin1String(" * "), right, Kind::Number);
+    const Expression quotient = binary(left, Binding::Product, QLatin1String(" / "), right, Kind::Number);
+    sql.insert(quotient.start, QLatin1String("1.0 * ")); // 5/2 is 2.5
+    return written(quotient.start, Kind::Number, Binding::Product);
+}
+
+Expression SqlWriter::oppositeOf(Expression number)
 {
     const bool whole = number.whole;
-    number = as(Kind::Number, std::move(number));
-    return {u'-' + within(number, Binding::Operand), Kind::Number, Binding::Sign, Form::Computed, whole};
+    as(Kind::Number, number);
+    bracket(number, Binding::Operand);
+    sql.insert(number.start, u'-');
+    number = written(number.start, Kind::Number, Binding::Sign);
+    number.whole = whole;
+    return number;
 }
 
-Expression choice(Expression test, Expression then, Expression otherwise)
+Expression SqlWriter::choice(Expression test, Expression then, Expression otherwise)
 {
     Kind kind = common(then, otherwise);
     if (kind == Kind::Text || kind == Kind::Date)
         kind = then.kind == otherwise.kind || then.isNull() || otherwise.isNull() ? kind : Kind::Unknown;
-    then = asCommon(kind, std::move(then));
-    otherwise = asCommon(kind, std::move(otherwise));
-    return {QLatin1String("iif(") + condition(std::move(test)).sql + u',' + then.sql + u',' + otherwise.sql + u')',
-            kind};
+    beside(kind, otherwise);
+    sql.insert(otherwise.start, u',');
+    beside(kind, then);
+    sql.insert(then.start, u',');
+    condition(test);
+    sql.insert(test.start, QLatin1String("iif("));
+    sql += u')';
+    return written(test.start, kind);
 }
 
-Expression call(QLatin1String function, const std::vector<Expression>& arguments, ValueKind result)
-{
-    QString sql = function + u'(';
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (i > 0)
-            sql += u',';
-        sql += arguments[i].sql;
-    }
-    return {sql + u')', result};
-}
-
-Expression as(ValueKind kind, Expression value)
+void SqlWriter::as(Kind kind, Expression& value)
 {
     if (value.kind == kind || value.isNull() || kind == Kind::Unknown)
-        return value;
-    switch (kind) {
-    case Kind::Number:
-        if (value.kind == Kind::Truth)
-            return {u'-' + within(value, Binding::Operand), Kind::Number, Binding::Sign, Form::Computed, true};
-        return called(QLatin1String("as_number"), value, Kind::Number);
-    case Kind::Text:
-        if (value.kind == Kind::Truth)
-            value = as(Kind::Number, std::move(value));
-        return called(value.kind == Kind::Date ? QLatin1String("date_text") : QLatin1String("as_text"), value,
-                      Kind::Text);
-    case Kind::Date:
-        return called(QLatin1String("as_date"), as(value.kind == Kind::Truth ? Kind::Number : value.kind, value),
-                      Kind::Date);
-    default:
-        value = as(Kind::Number, std::move(value));
-        return {within(value, Binding::Sum) + QLatin1String(" <> 0"), Kind::Truth, Binding::Comparison};
+        return;
+    if (value.kind == Kind::Truth) {
+        bracket(value, Binding::Operand);
+        enclose(value, QLatin1String("-"), {});
+        value.kind = Kind::Number;
+        value.binding = Binding::Sign;
+        value.whole = true;
+    }
+    if (kind == Kind::Date)
+        call(QLatin1String("as_date("), value, kind);
+    else if (kind == Kind::Text)
+        call(QLatin1String(value.kind == Kind::Date ? "date_text(" : "as_text("), value, kind);
+    else if (value.kind != Kind::Number)
+        call(QLatin1String("as_number("), value, Kind::Number);
+    if (kind == Kind::Truth) {
+        bracket(value, Binding::Sum);
+        enclose(value, {}, QLatin1String(" <> 0"));
+        value.kind = kind;
+        value.binding = Binding::Comparison;
     }
 }
 
-Expression condition(Expression value)
+void SqlWriter::condition(Expression& value)
 {
-    const bool number = value.kind == Kind::Text || value.kind == Kind::Date;
-    return number ? as(Kind::Number, std::move(value)) : value;
+    if (value.kind == Kind::Text || value.kind == Kind::Date)
+        as(Kind::Number, value);
 }
 
-Expression given(Expression value, const KnownField& field)
+void SqlWriter::give(Expression& value, const KnownField& field)
 {
     if (value.isNull() || value.kind == Kind::Unknown)
-        return value;
-    const bool stays = value.kind == Kind::Text;
-    switch (field.kind) {
-    case Kind::Number:
-        if (!stays)
-            value = as(Kind::Number, std::move(value));
-        return field.whole && !value.whole ? called(QLatin1String("as_whole"), value, Kind::Number) : value;
-    case Kind::Text:
-        return as(Kind::Text, std::move(value));
-    case Kind::Date:
-        return stays ? called(QLatin1String("to_date"), value, Kind::Date) : as(Kind::Date, std::move(value));
-    case Kind::Truth:
-        return stays ? std::move(value) : as(Kind::Truth, std::move(value));
-    case Kind::Unknown:
-        break;
-    }
-    return value;
+        return;
+    const bool text = value.kind == Kind::Text;
+    if (text && field.kind == Kind::Date)
+        call(QLatin1String("to_date("), value, Kind::Date);
+    else if (!text || field.kind == Kind::Text)
+        as(field.kind, value);
+    if (field.kind == Kind::Number && field.whole && !value.whole)
+        call(QLatin1String("as_whole("), value, Kind::Number);
 }
 
-QString ordered(Expression value)
+void SqlWriter::order(Expression& value)
 {
-    return mayBeText(value) ? caseBlind(value) : std::move(value.sql);
-}
-
-QString quotedName(QStringView name)
-{
-    if (name.contains(u'"'))
-        return u'"' % name.toString().replace(u'"', QLatin1String("\"\"")) % u'"';
-    return u'"' % name % u'"';
+    if (!mayBeText(value))
+        return;
+    bracket(value, Binding::Operand);
+    enclose(value, {}, QLatin1String(" COLLATE NOCASE"));
 }
 
 } // namespace orlo::store

@@ -5,6 +5,8 @@
 #include "store/engine/SqlTranslator.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace orlo::store
 {
@@ -17,262 +19,271 @@ using Kind = ValueKind;
 // What a function takes: a letter for each argument, t for a text, n for a number, d for a date; those that may be left
 // out are counted.
 struct DialectFunction {
-    QLatin1String name;
-    QLatin1String sql;
-    const char* arguments;
+    std::string_view name;
+    std::string_view sql;
+    std::string_view arguments;
     std::size_t optional;
     Kind result;
 };
 
 constexpr DialectFunction DialectFunctions[] = {
-    {QLatin1String("abs"), QLatin1String("abs"), "n", 0, Kind::Number},
-    {QLatin1String("date"), QLatin1String("date"), "", 0, Kind::Date},
-    {QLatin1String("day"), QLatin1String("day"), "d", 0, Kind::Number},
-    {QLatin1String("instr"), QLatin1String("find_text"), "tt", 0, Kind::Number},
-    {QLatin1String("lcase"), QLatin1String("lcase"), "t", 0, Kind::Text},
-    {QLatin1String("left"), QLatin1String("\"left\""), "tn", 0, Kind::Text},
-    {QLatin1String("len"), QLatin1String("len"), "t", 0, Kind::Number},
-    {QLatin1String("ltrim"), QLatin1String("ltrim"), "t", 0, Kind::Text},
-    {QLatin1String("mid"), QLatin1String("mid"), "tnn", 1, Kind::Text},
-    {QLatin1String("month"), QLatin1String("month"), "d", 0, Kind::Number},
-    {QLatin1String("now"), QLatin1String("now"), "", 0, Kind::Date},
-    {QLatin1String("replace"), QLatin1String("replace"), "ttt", 0, Kind::Text},
-    {QLatin1String("right"), QLatin1String("\"right\""), "tn", 0, Kind::Text},
-    {QLatin1String("round"), QLatin1String("round_even"), "nn", 1, Kind::Number},
-    {QLatin1String("rtrim"), QLatin1String("rtrim"), "t", 0, Kind::Text},
-    {QLatin1String("trim"), QLatin1String("trim"), "t", 0, Kind::Text},
-    {QLatin1String("ucase"), QLatin1String("ucase"), "t", 0, Kind::Text},
-    {QLatin1String("year"), QLatin1String("year"), "d", 0, Kind::Number},
-};
+    {"abs", "abs(", "n", 0, Kind::Number},        {"date", "date(", "", 0, Kind::Date},
+    {"day", "day(", "d", 0, Kind::Number},        {"instr", "find_text(", "tt", 0, Kind::Number},
+    {"lcase", "lcase(", "t", 0, Kind::Text},      {"left", "\"left\"(", "tn", 0, Kind::Text},
+    {"len", "len(", "t", 0, Kind::Number},        {"ltrim", "ltrim(", "t", 0, Kind::Text},
+    {"mid", "mid(", "tnn", 1, Kind::Text},        {"month", "month(", "d", 0, Kind::Number},
+    {"now", "now(", "", 0, Kind::Date},           {"replace", "replace(", "ttt", 0, Kind::Text},
+    {"right", "\"right\"(", "tn", 0, Kind::Text}, {"round", "round_even(", "nn", 1, Kind::Number},
+    {"rtrim", "rtrim(", "t", 0, Kind::Text},      {"trim", "trim(", "t", 0, Kind::Text},
+    {"ucase", "ucase(", "t", 0, Kind::Text},      {"year", "year(", "d", 0, Kind::Number}};
 
-bool sameWord(QStringView word, QLatin1String name)
+constexpr std::string_view Aggregates[] = {"avg", "count", "max", "min", "sum"};
+
+// The first characters tell most names apart.
+bool sameField(QStringView a, QStringView b)
 {
-    return word.size() == name.size() && word.compare(name, Qt::CaseInsensitive) == 0;
+    return a.size() == b.size() && a.front().toLower() == b.front().toLower() && a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
-QString quotedText(QStringView content, QChar delimiter)
+QLatin1String latin(std::string_view text)
 {
-    QString text = content.toString();
-    if (delimiter == u'"')
-        text.replace(QLatin1String("\"\""), QLatin1String("\"")).replace(u'\'', QLatin1String("''"));
-    return u'\'' + text + u'\'';
+    return {text.data(), qsizetype(text.size())};
 }
 
-QString dateLiteral(QStringView text)
+bool sameWord(QStringView word, std::string_view name)
 {
-    const auto date = platform::readDate(text);
-    if (!date)
-        raiseSyntax(QStringLiteral("(\"%1\" is no date.)").arg(text));
-    return u'\'' + QString::fromLatin1(isoText(*date)) + u'\'';
-}
-
-Expression literalOf(QString sql, Kind kind, bool whole = false)
-{
-    return {std::move(sql), kind, Binding::Operand, Expression::Form::Computed, whole, true};
+    return word.size() == qsizetype(name.size()) && word.compare(latin(name), Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
 
-Expression SqlTranslator::expression()
+SqlTranslator::Level SqlTranslator::levelOf(Symbol sign)
 {
-    const Nesting nesting(*this);
-    Expression left = conjunction();
-    while (take(Keyword::Or))
-        left = connected(std::move(left), Binding::Or, conjunction());
-    return left;
-}
-
-Expression SqlTranslator::conjunction()
-{
-    Expression left = negation();
-    while (take(Keyword::And))
-        left = connected(std::move(left), Binding::And, negation());
-    return left;
-}
-
-Expression SqlTranslator::negation()
-{
-    if (!take(Keyword::Not))
-        return comparison();
-    const Nesting nesting(*this);
-    return negated(negation());
-}
-
-Expression SqlTranslator::comparison()
-{
-    Expression left = joining();
-    while (compare(left))
-        ;
-    return left;
-}
-
-// Reads on behind an expression that is compared with something; false for one that isn't.
-bool SqlTranslator::compare(Expression& left)
-{
-    const bool negative = at(Keyword::Not);
-    const Keyword sign = token(negative ? 1 : 0).keyword;
+    if (sign >= Symbol::Equal && sign <= Symbol::GreaterOrEqual)
+        return Level::Comparison;
     switch (sign) {
-    case Keyword::Like:
-    case Keyword::Between:
-    case Keyword::In:
-        m_at += negative ? 2 : 1;
-        break;
-    case Keyword::Equal:
-    case Keyword::Unequal:
-    case Keyword::Less:
-    case Keyword::LessOrEqual:
-    case Keyword::Greater:
-    case Keyword::GreaterOrEqual:
-    case Keyword::Is:
-        if (negative)
-            return false;
-        ++m_at;
-        break;
+    case Symbol::Or:
+        return Level::Or;
+    case Symbol::And:
+        return Level::And;
+    case Symbol::Like:
+    case Symbol::Between:
+    case Symbol::In:
+    case Symbol::Is:
+        return Level::Comparison;
+    case Symbol::Amp:
+        return Level::Join;
+    case Symbol::Plus:
+    case Symbol::Minus:
+        return Level::Sum;
+    case Symbol::Star:
+    case Symbol::Slash:
+        return Level::Product;
     default:
-        return false;
+        return Level::None;
     }
-    if (sign == Keyword::Like)
-        left = like(std::move(left), negative, joining());
-    else if (sign == Keyword::In)
-        left = inList(std::move(left), negative);
-    else if (sign == Keyword::Is) {
-        const bool null = !take(Keyword::Not);
-        expect(Keyword::Null);
-        left = nullTest(std::move(left), null);
-    } else if (sign == Keyword::Between) {
-        Expression from = joining();
-        expect(Keyword::And);
-        left = between(std::move(left), negative, std::move(from), joining());
-    } else
-        left = compared(std::move(left), sign, joining());
-    return true;
+}
+
+void SqlTranslator::condition()
+{
+    Expression value = expression();
+    m_out.condition(value);
+}
+
+// Reads on as long as operators bind at least so tightly.
+Expression SqlTranslator::expression(Level least)
+{
+    Expression left = prefixed(least);
+    while (true) {
+        const bool negative = at(Symbol::Not);
+        const Symbol sign = token(negative ? 1 : 0).symbol;
+        const bool negatable = sign == Symbol::Like || sign == Symbol::Between || sign == Symbol::In;
+        if (levelOf(sign) < least || (negative && !negatable))
+            return left;
+        m_at += negative ? 2 : 1;
+        left = applied(left, sign, negative);
+    }
+}
+
+Expression SqlTranslator::prefixed(Level least)
+{
+    if (at(Symbol::Not) && least <= Level::Not) {
+        const Nesting nesting(*this);
+        ++m_at;
+        return m_out.negated(expression(Level::Not));
+    }
+    if (!at(Symbol::Minus) && !at(Symbol::Plus))
+        return operand();
+    const Nesting nesting(*this);
+    const bool minus = m_tokens[m_at++].symbol == Symbol::Minus;
+    const Expression number = expression(Level::Sign);
+    return minus ? m_out.oppositeOf(number) : number;
+}
+
+// Reads what stands behind an operator.
+Expression SqlTranslator::applied(Expression left, Symbol sign, bool negative)
+{
+    const Level level = levelOf(sign);
+    if (sign == Symbol::In)
+        return inList(left, negative);
+    if (sign == Symbol::Is) {
+        const bool null = !take(Symbol::Not);
+        expect(Symbol::Null);
+        return m_out.nullTest(left, null);
+    }
+    const Expression right = expression(Level(int(level) + 1));
+    if (sign == Symbol::Like)
+        return m_out.like(left, negative, right);
+    if (sign == Symbol::Between) {
+        expect(Symbol::And);
+        std::array values{left, right, expression(Level::Join)};
+        return m_out.between(values, negative);
+    }
+    switch (level) {
+    case Level::Or:
+        return m_out.connected(left, Binding::Or, right);
+    case Level::And:
+        return m_out.connected(left, Binding::And, right);
+    case Level::Comparison:
+        return m_out.compared(left, sign, right);
+    case Level::Join:
+        return m_out.joined(left, right);
+    default:
+        return m_out.calculated(left, sign, right);
+    }
 }
 
 Expression SqlTranslator::inList(Expression value, bool negative)
 {
-    if (at(TokenKind::Open) && at(Keyword::Select, 1))
-        return inRows(std::move(value), negative, bracketed());
-    std::vector<Expression> list = arguments();
-    if (list.empty())
-        refuse();
-    list.insert(list.begin(), std::move(value));
-    return oneOf(list, negative);
+    if (at(Symbol::Open) && at(Symbol::Select, 1))
+        return m_out.inRows(value, negative, bracketed());
+    std::vector<Expression> values{value};
+    expect(Symbol::Open);
+    do
+        values.push_back(expression());
+    while (take(Symbol::Comma));
+    expect(Symbol::Close);
+    return m_out.oneOf(values, negative);
 }
 
-Expression SqlTranslator::joining()
+Expression SqlTranslator::literal(Kind kind, QStringView sql)
 {
-    Expression left = sum();
-    while (take(Keyword::Amp))
-        left = joined(std::move(left), sum());
-    return left;
-}
-
-Expression SqlTranslator::sum()
-{
-    Expression left = product();
-    while (at(Keyword::Plus) || at(Keyword::Minus)) {
-        const Keyword sign = m_tokens[m_at++].keyword;
-        left = calculated(std::move(left), sign, product());
-    }
-    return left;
-}
-
-Expression SqlTranslator::product()
-{
-    Expression left = sign();
-    while (at(Keyword::Star) || at(Keyword::Slash)) {
-        const Keyword by = m_tokens[m_at++].keyword;
-        left = calculated(std::move(left), by, sign());
-    }
-    return left;
-}
-
-Expression SqlTranslator::sign()
-{
-    const bool minus = at(Keyword::Minus);
-    if (!minus && !at(Keyword::Plus))
-        return operand();
-    const Nesting nesting(*this);
+    const qsizetype start = m_out.sql.size();
+    m_out.sql += sql;
     ++m_at;
-    return minus ? oppositeOf(sign()) : sign();
+    Expression value = m_out.written(start, kind);
+    value.neverNull = true;
+    return value;
+}
+
+Expression SqlTranslator::text(QStringView content)
+{
+    const QChar delimiter = content.data()[-1];
+    if (delimiter == u'\'')
+        return literal(Kind::Text, {content.begin() - 1, content.end() + 1});
+    QString text = content.toString();
+    text.replace(QLatin1String("\"\""), QLatin1String("\"")).replace(u'\'', QLatin1String("''"));
+    return literal(Kind::Text, u'\'' + text + u'\'');
+}
+
+Expression SqlTranslator::date(QStringView content)
+{
+    const auto date = platform::readDate(content);
+    if (!date)
+        raiseSyntax(QStringLiteral("(\"%1\" is no date.)").arg(content));
+    return literal(Kind::Date, u'\'' + QString::fromLatin1(isoText(*date)) + u'\'');
 }
 
 Expression SqlTranslator::operand()
 {
-    const Token& first = token();
-    const QStringView text = view(first);
-    switch (first.kind) {
-    case TokenKind::Number:
-        ++m_at;
-        return literalOf(text.toString(), Kind::Number, std::ranges::all_of(text, [](QChar c) { return c.isDigit(); }));
-    case TokenKind::Text:
-        ++m_at;
-        return literalOf(quotedText(text, m_text[first.start - 1]), Kind::Text);
-    case TokenKind::Date:
-        ++m_at;
-        return literalOf(dateLiteral(text), Kind::Date);
-    case TokenKind::Open:
+    const QStringView content = token().text;
+    const qsizetype start = m_out.sql.size();
+    switch (token().symbol) {
+    case Symbol::Number: {
+        Expression number = literal(Kind::Number, content);
+        number.whole = std::ranges::all_of(content, [](QChar c) { return c.isDigit(); });
+        return number;
+    }
+    case Symbol::Text:
+        return text(content);
+    case Symbol::Date:
+        return date(content);
+    case Symbol::True:
+        return literal(Kind::Truth, u"1");
+    case Symbol::False:
+        return literal(Kind::Truth, u"0");
+    case Symbol::Null: {
+        Expression null = literal(Kind::Unknown, u"NULL");
+        null.form = Expression::Form::Null;
+        null.neverNull = false;
+        return null;
+    }
+    case Symbol::Open:
         return bracketed();
-    case TokenKind::Word:
+    case Symbol::Exists:
+        if (!at(Symbol::Open, 1) || !at(Symbol::Select, 2))
+            refuse();
+        ++m_at;
+        m_out.sql += QLatin1String("EXISTS ");
+        bracketed();
+        return m_out.written(start, Kind::Truth);
+    case Symbol::Word:
+    case Symbol::Left:
+    case Symbol::Right:
+        if (at(Symbol::Open, 1))
+            return function();
         break;
     default:
-        return fieldNamed();
+        break;
     }
-    if (at(TokenKind::Open, 1) && (atName() || at(Keyword::Left) || at(Keyword::Right)))
-        return function();
-    if (take(Keyword::Null))
-        return {QStringLiteral("NULL"), Kind::Unknown, Binding::Operand, Expression::Form::Null};
-    if (at(Keyword::True) || at(Keyword::False))
-        return literalOf(m_tokens[m_at++].keyword == Keyword::True ? QStringLiteral("1") : QStringLiteral("0"),
-                         Kind::Truth);
-    if (!take(Keyword::Exists))
-        return fieldNamed();
-    if (!at(TokenKind::Open) || !at(Keyword::Select, 1))
-        refuse();
-    return {QLatin1String("EXISTS ") + bracketed().sql, Kind::Truth};
+    const FieldName field = fieldName();
+    if (!field.source.isNull()) {
+        m_out.name(field.source);
+        m_out.sql += u'.';
+    }
+    m_out.name(field.name);
+    Expression value = m_out.written(start, field.known ? field.known->kind : Kind::Unknown);
+    value.form = Expression::Form::Field;
+    value.whole = field.known && field.known->whole;
+    value.name = field.name;
+    value.known = field.known;
+    return value;
 }
 
 // An expression in brackets, or the Select that gives its value.
 Expression SqlTranslator::bracketed()
 {
-    expect(TokenKind::Open);
+    const Nesting nesting(*this);
+    expect(Symbol::Open);
     Expression inner;
-    if (at(Keyword::Select)) {
+    if (at(Symbol::Select)) {
+        const qsizetype start = m_out.sql.size();
+        m_out.sql += u'(';
         const Query rows = query(m_scope, nullptr);
-        inner.sql = u'(' + rows.sql() + u')';
-        if (!rows.fields.empty())
-            inner.kind = rows.fields.front().kind;
+        m_out.sql += u')';
+        inner = m_out.written(start, rows.fields.empty() ? Kind::Unknown : rows.fields.front().kind);
     } else
         inner = expression();
-    expect(TokenKind::Close);
+    expect(Symbol::Close);
     return inner;
 }
 
-Expression SqlTranslator::fieldNamed()
+SqlTranslator::FieldName SqlTranslator::fieldName()
 {
     QStringView source;
     QStringView field = name();
-    QString sql = quotedName(field);
-    if (take(Keyword::Dot)) {
+    if (take(Symbol::Dot)) {
         source = field;
         field = name();
-        sql += u'.' + quotedName(field);
     }
-    Expression value{std::move(sql), Kind::Unknown, Binding::Operand, Expression::Form::Field};
-    const KnownField* known = find(source, field);
-    value.name = known ? QStringView(known->name) : field;
-    if (known) {
-        value.kind = known->kind;
-        value.whole = known->whole;
-    }
-    return value;
+    return {source, field, find(source, field)};
 }
 
 const KnownField* SqlTranslator::find(QStringView source, QStringView name) const
 {
     const auto among = [name](const KnownFields& fields) -> const KnownField* {
         for (const KnownField& field : fields)
-            if (field.name.size() == name.size() && name.compare(field.name, Qt::CaseInsensitive) == 0)
+            if (sameField(field.name, name))
                 return &field;
         return nullptr;
     };
@@ -288,85 +299,80 @@ const KnownField* SqlTranslator::find(QStringView source, QStringView name) cons
     return nullptr;
 }
 
-std::vector<Expression> SqlTranslator::arguments()
-{
-    std::vector<Expression> list;
-    expect(TokenKind::Open);
-    if (take(TokenKind::Close))
-        return list;
-    do
-        list.push_back(expression());
-    while (take(TokenKind::Comma));
-    expect(TokenKind::Close);
-    return list;
-}
-
 Expression SqlTranslator::function()
 {
-    const Token& word = m_tokens[m_at++];
-    const QStringView called = view(word);
-    for (const auto sum : {"avg", "count", "max", "min", "sum"})
-        if (sameWord(called, QLatin1String(sum)))
-            return aggregate(called);
-    std::vector<Expression> given = arguments();
-    if (sameWord(called, QLatin1String("iif")) && given.size() == 3)
-        return choice(std::move(given[0]), std::move(given[1]), std::move(given[2]));
-    if (sameWord(called, QLatin1String("isnull")) && given.size() == 1)
-        return nullTest(std::move(given[0]), true);
-    for (const DialectFunction& function : DialectFunctions) {
-        const std::size_t most = qstrlen(function.arguments);
-        if (!sameWord(called, function.name) || given.size() > most || given.size() + function.optional < most)
-            continue;
-        for (std::size_t i = 0; i < given.size(); ++i) {
-            const char kind = function.arguments[i];
-            given[i] = as(kind == 't' ? Kind::Text : kind == 'n' ? Kind::Number : Kind::Date, std::move(given[i]));
-        }
-        return call(function.sql, given, function.result);
-    }
-    raiseSyntax(QStringLiteral("(There is no function \"%1\" of so many values.)").arg(called));
+    const Nesting nesting(*this);
+    const QStringView called = m_tokens[m_at++].text;
+    if (std::ranges::any_of(Aggregates, [called](std::string_view name) { return sameWord(called, name); }))
+        return aggregate(called);
+    const auto* const known = std::ranges::find_if(
+        DialectFunctions, [called](const DialectFunction& function) { return sameWord(called, function.name); });
+    const bool ours = known != std::end(DialectFunctions);
+    const qsizetype start = m_out.sql.size();
+    if (ours)
+        m_out.sql += latin(known->sql);
+    std::vector<Expression> given;
+    expect(Symbol::Open);
+    if (!at(Symbol::Close))
+        do {
+            if (ours && !given.empty())
+                m_out.sql += u',';
+            given.push_back(expression());
+            if (ours && given.size() <= known->arguments.size()) {
+                const char kind = known->arguments[given.size() - 1];
+                m_out.as(kind == 't' ? Kind::Text : kind == 'n' ? Kind::Number : Kind::Date, given.back());
+            }
+        } while (take(Symbol::Comma));
+    expect(Symbol::Close);
+    if (sameWord(called, "iif") && given.size() == 3)
+        return m_out.choice(given[0], given[1], given[2]);
+    if (sameWord(called, "isnull") && given.size() == 1)
+        return m_out.nullTest(given[0], true);
+    if (!ours || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
+        raiseSyntax(QStringLiteral("(There is no function \"%1\" of so many values.)").arg(called));
+    m_out.sql += u')';
+    return m_out.written(start, known->result);
 }
 
 Expression SqlTranslator::aggregate(QStringView called)
 {
     m_scope->sums = true;
-    if (sameWord(called, QLatin1String("count")) && at(Keyword::Star, 1) && at(TokenKind::Close, 2)) {
-        m_at += 3;
-        return {QStringLiteral("count(*)"), Kind::Number, Binding::Operand, Expression::Form::Computed, true};
+    const bool count = sameWord(called, "count");
+    const bool ends = sameWord(called, "max") || sameWord(called, "min");
+    const qsizetype start = m_out.sql.size();
+    m_out.sql += called.toString().toLower() + u'(';
+    expect(Symbol::Open);
+    Kind kind = Kind::Number;
+    const bool rows = count && take(Symbol::Star);
+    if (rows)
+        m_out.sql += u'*';
+    else {
+        Expression value = expression();
+        if (ends && value.kind != Kind::Truth)
+            kind = value.kind;
+        if (!count)
+            m_out.as(kind, value);
+        if (ends)
+            m_out.order(value);
     }
-    std::vector<Expression> given = arguments();
-    if (given.size() != 1)
-        raiseSyntax(QStringLiteral("(\"%1\" takes one value.)").arg(called));
-    Expression& value = given.front();
-    const bool ends = sameWord(called, QLatin1String("max")) || sameWord(called, QLatin1String("min"));
-    Kind kind = ends ? value.kind : Kind::Number;
-    if (kind == Kind::Truth)
-        kind = Kind::Number;
-    if (!sameWord(called, QLatin1String("count")))
-        value = as(kind, std::move(value));
-    return {called.toString().toLower() + u'(' + (ends ? ordered(value) : value.sql) + u')', kind};
-}
-
-bool SqlTranslator::atName() const
-{
-    return token().kind == TokenKind::Name || (token().kind == TokenKind::Word && token().keyword == Keyword::None);
-}
-
-QStringView SqlTranslator::view(const Token& token) const
-{
-    return QStringView(m_text).mid(token.start, token.length);
+    expect(Symbol::Close);
+    m_out.sql += u')';
+    Expression sum = m_out.written(start, kind);
+    sum.whole = rows;
+    return sum;
 }
 
 QStringView SqlTranslator::name()
 {
     if (!atName())
         refuse();
-    return view(m_tokens[m_at++]);
+    return m_tokens[m_at++].text;
 }
 
 void SqlTranslator::refuse() const
 {
-    raiseSyntax(at(TokenKind::End) ? QStringLiteral("(The statement breaks off.)")
-                                   : QStringLiteral("(Near \"%1\".)").arg(view(token())));
+    raiseSyntax(at(Symbol::End) ? QStringLiteral("(The statement breaks off.)")
+                                : QStringLiteral("(Near \"%1\".)").arg(token().text));
 }
 
 } // namespace orlo::store

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <array>
+#include <string_view>
 
 namespace orlo::store
 {
@@ -12,92 +13,96 @@ namespace orlo::store
 namespace
 {
 
-struct KeywordName {
-    QLatin1String name;
-    Keyword keyword;
+using enum Symbol;
+
+struct Meaning {
+    std::string_view text;
+    Symbol symbol;
 };
 
-constexpr KeywordName Keywords[] = {
-    {QLatin1String("all"), Keyword::All},
-    {QLatin1String("and"), Keyword::And},
-    {QLatin1String("as"), Keyword::As},
-    {QLatin1String("asc"), Keyword::Asc},
-    {QLatin1String("between"), Keyword::Between},
-    {QLatin1String("by"), Keyword::By},
-    {QLatin1String("case"), Keyword::Refused},
-    {QLatin1String("cross"), Keyword::Refused},
-    {QLatin1String("delete"), Keyword::Delete},
-    {QLatin1String("desc"), Keyword::Desc},
-    {QLatin1String("distinct"), Keyword::Distinct},
-    {QLatin1String("distinctrow"), Keyword::DistinctRow},
-    {QLatin1String("except"), Keyword::Refused},
-    {QLatin1String("exists"), Keyword::Exists},
-    {QLatin1String("false"), Keyword::False},
-    {QLatin1String("from"), Keyword::From},
-    {QLatin1String("full"), Keyword::Refused},
-    {QLatin1String("group"), Keyword::Group},
-    {QLatin1String("having"), Keyword::Having},
-    {QLatin1String("in"), Keyword::In},
-    {QLatin1String("indexed"), Keyword::Refused},
-    {QLatin1String("inner"), Keyword::Inner},
-    {QLatin1String("insert"), Keyword::Insert},
-    {QLatin1String("intersect"), Keyword::Refused},
-    {QLatin1String("into"), Keyword::Into},
-    {QLatin1String("is"), Keyword::Is},
-    {QLatin1String("join"), Keyword::Join},
-    {QLatin1String("left"), Keyword::Left},
-    {QLatin1String("like"), Keyword::Like},
-    {QLatin1String("limit"), Keyword::Refused},
-    {QLatin1String("natural"), Keyword::Refused},
-    {QLatin1String("no"), Keyword::False},
-    {QLatin1String("not"), Keyword::Not},
-    {QLatin1String("null"), Keyword::Null},
-    {QLatin1String("on"), Keyword::On},
-    {QLatin1String("or"), Keyword::Or},
-    {QLatin1String("order"), Keyword::Order},
-    {QLatin1String("outer"), Keyword::Outer},
-    {QLatin1String("returning"), Keyword::Refused},
-    {QLatin1String("right"), Keyword::Right},
-    {QLatin1String("select"), Keyword::Select},
-    {QLatin1String("set"), Keyword::Set},
-    {QLatin1String("true"), Keyword::True},
-    {QLatin1String("union"), Keyword::Union},
-    {QLatin1String("update"), Keyword::Update},
-    {QLatin1String("using"), Keyword::Refused},
-    {QLatin1String("values"), Keyword::Values},
-    {QLatin1String("where"), Keyword::Where},
-    {QLatin1String("window"), Keyword::Refused},
-    {QLatin1String("with"), Keyword::Refused},
-    {QLatin1String("yes"), Keyword::True},
+// By first letters.
+constexpr Meaning Words[] = {
+    {"all", All},
+    {"and", And},
+    {"as", As},
+    {"asc", Asc},
+    {"between", Between},
+    {"by", By},
+    {"case", Refused},
+    {"cross", Refused},
+    {"delete", Delete},
+    {"desc", Desc},
+    {"distinct", Distinct},
+    {"distinctrow", Distinct},
+    {"except", Refused},
+    {"exists", Exists},
+    {"false", False},
+    {"from", From},
+    {"full", Refused},
+    {"group", Group},
+    {"having", Having},
+    {"in", In},
+    {"indexed", Refused},
+    {"inner", Inner},
+    {"insert", Insert},
+    {"intersect", Refused},
+    {"into", Into},
+    {"is", Is},
+    {"join", Join},
+    {"left", Left},
+    {"like", Like},
+    {"limit", Refused},
+    {"natural", Refused},
+    {"no", False},
+    {"not", Not},
+    {"null", Null},
+    {"on", On},
+    {"or", Or},
+    {"order", Order},
+    {"outer", Outer},
+    {"returning", Refused},
+    {"right", Right},
+    {"select", Select},
+    {"set", Set},
+    {"true", True},
+    {"union", Union},
+    {"update", Update},
+    {"using", Refused},
+    {"values", Values},
+    {"where", Where},
+    {"window", Refused},
+    {"with", Refused},
+    {"yes", True},
 };
 
-// Where the keywords of each first letter begin in the sorted list.
-constexpr auto KeywordStarts = [] {
+// A longer sign before those that it begins with. Refused ones begin a comment or belong to another language.
+constexpr Meaning Signs[] = {
+    {",", Comma},   {"==", Refused}, {"=", Equal},        {".", Dot},      {"(", Open},     {")", Close},
+    {"*", Star},    {"&", Amp},      {"<=", LessOrEqual}, {"<>", Unequal}, {"<", Less},     {">=", GreaterOrEqual},
+    {">", Greater}, {"+", Plus},     {"--", Refused},     {"-", Minus},    {"/*", Refused}, {"/", Slash}};
+
+// Where the words of each first letter begin.
+constexpr auto WordStarts = [] {
     std::array<quint8, 27> starts{};
     std::size_t at = 0;
     for (std::size_t letter = 0; letter < 27; ++letter) {
-        while (at < std::size(Keywords) && static_cast<std::size_t>(Keywords[at].name.data()[0] - 'a') < letter)
+        while (at < std::size(Words) && static_cast<std::size_t>(Words[at].text.front() - 'a') < letter)
             ++at;
         starts[letter] = static_cast<quint8>(at);
     }
     return starts;
 }();
 
-Keyword keywordOf(QStringView word)
+Symbol symbolOf(QStringView word)
 {
     const unsigned letter = (word[0].unicode() | 0x20U) - 'a';
-    if (letter >= 26)
-        return Keyword::None;
-    for (std::size_t i = KeywordStarts[letter]; i < KeywordStarts[letter + 1]; ++i)
-        if (Keywords[i].name.size() == word.size() && word.compare(Keywords[i].name, Qt::CaseInsensitive) == 0)
-            return Keywords[i].keyword;
-    return Keyword::None;
-}
-
-bool isWordStart(char16_t c)
-{
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || (c >= 0x80 && QChar(c).isLetter()) ||
-           QChar::isSurrogate(c);
+    if (letter < 26)
+        for (std::size_t i = WordStarts[letter]; i < WordStarts[letter + 1]; ++i)
+            if (Words[i].text.size() == std::size_t(word.size()) &&
+                word.compare(QLatin1String(Words[i].text.data(), qsizetype(Words[i].text.size())),
+                             Qt::CaseInsensitive) == 0)
+                return Words[i].symbol;
+    return Symbol::Word;
 }
 
 bool isDigit(char16_t c)
@@ -107,7 +112,8 @@ bool isDigit(char16_t c)
 
 bool isWordPart(char16_t c)
 {
-    return isWordStart(c) || isDigit(c) || (c >= 0x80 && QChar(c).isMark());
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || isDigit(c) ||
+           (c >= 0x80 && (QChar(c).isLetter() || QChar(c).isMark() || QChar::isSurrogate(c)));
 }
 
 bool isBlank(char16_t c)
@@ -115,152 +121,91 @@ bool isBlank(char16_t c)
     return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0xA0;
 }
 
+// Goes over a statement up to the zero at its end, which stops every loop.
 class Tokenizer
 {
 public:
-    explicit Tokenizer(const QString& statement) : m_text(statement), m_size(statement.size()) {}
-
-    Tokens run()
-    {
-        Tokens tokens;
-        while (m_at < m_size) {
-            if (isBlank(at(m_at))) {
-                ++m_at;
-                continue;
-            }
-            if (at(m_at) == u';') {
-                expectEnd();
-                break;
-            }
-            tokens.append(next());
-        }
-        tokens.append(Token{TokenKind::End, Keyword::None, m_size, 0});
-        return tokens;
-    }
-
-private:
-    char16_t at(qsizetype i) const { return m_text[i].unicode(); }
-    char16_t peek() const { return m_at + 1 < m_size ? at(m_at + 1) : u'\0'; }
-
-    void expectEnd()
-    {
-        for (++m_at; m_at < m_size; ++m_at)
-            if (!isBlank(at(m_at)))
-                raiseSyntax(QStringLiteral("(Text behind the end of the statement.)"));
-    }
+    explicit Tokenizer(const QString& statement) : m_at(reinterpret_cast<const char16_t*>(statement.utf16())) {}
 
     Token next()
     {
-        const qsizetype start = m_at;
-        const char16_t c = at(m_at);
-        if (isWordStart(c)) {
-            while (m_at < m_size && isWordPart(at(m_at)))
-                ++m_at;
-            return {TokenKind::Word, keywordOf(QStringView(m_text).mid(start, m_at - start)), start, m_at - start};
-        }
-        if (isDigit(c) || (c == u'.' && isDigit(peek())))
+        skip(isBlank);
+        const char16_t* const start = m_at;
+        if (isDigit(*m_at) || (*m_at == u'.' && isDigit(m_at[1])))
             return number();
-        switch (c) {
+        if (isWordPart(*m_at)) {
+            skip(isWordPart);
+            return {symbolOf({start, m_at}), {start, m_at}};
+        }
+        switch (*m_at) {
+        case u'\0':
+            return {Symbol::End, {}};
         case u'\'':
         case u'"':
-            return text(c);
+            return delimited(Symbol::Text, *m_at);
         case u'[':
-            return delimited(TokenKind::Name, u']');
+            return delimited(Symbol::Name, u']');
         case u'#':
-            return delimited(TokenKind::Date, u'#');
-        case u'(':
-            return single(TokenKind::Open);
-        case u')':
-            return single(TokenKind::Close);
-        case u',':
-            return single(TokenKind::Comma);
-        case u'&':
-            return sign(Keyword::Amp);
-        case u'-':
-            if (peek() == u'-')
-                break; // a comment
-            return sign(Keyword::Minus);
-        case u'/':
-            if (peek() == u'*')
-                break;
-            return sign(Keyword::Slash);
-        case u'=':
-            if (peek() == u'=')
-                break;
-            return sign(Keyword::Equal);
-        case u'<':
-            return peek() == u'='   ? sign(Keyword::LessOrEqual, 2)
-                   : peek() == u'>' ? sign(Keyword::Unequal, 2)
-                                    : sign(Keyword::Less);
-        case u'>':
-            return peek() == u'=' ? sign(Keyword::GreaterOrEqual, 2) : sign(Keyword::Greater);
-        case u'+':
-            return sign(Keyword::Plus);
-        case u'*':
-            return sign(Keyword::Star);
-        case u'.':
-            return sign(Keyword::Dot);
+            return delimited(Symbol::Date, u'#');
+        case u';':
+            ++m_at;
+            skip(isBlank);
+            return {*m_at == u'\0' ? Symbol::End : Symbol::Refused, {start, 1}};
         default:
             break;
         }
-        raiseSyntax(QStringLiteral("(Near \"%1\".)").arg(QStringView(m_text).mid(start, 20)));
+        const auto same = [start](char c, std::size_t i) { return QChar(start[i]) == QLatin1Char(c); };
+        for (const Meaning& sign : Signs)
+            if (same(sign.text[0], 0) && (sign.text.size() == 1 || same(sign.text[1], 1))) {
+                m_at += sign.text.size();
+                return {sign.symbol, {start, m_at}};
+            }
+        return {Symbol::Refused, {start, ++m_at}};
     }
 
-    Token single(TokenKind kind) { return {kind, Keyword::None, m_at++, 1}; }
+    // Where the last token ended.
+    [[nodiscard]] const char16_t* place() const { return m_at; }
 
-    Token sign(Keyword keyword, qsizetype length = 1)
+private:
+    template <typename Is>
+    void skip(Is is)
     {
-        m_at += length;
-        return {TokenKind::Sign, keyword, m_at - length, length};
+        while (is(*m_at))
+            ++m_at;
     }
 
     Token number()
     {
-        const qsizetype start = m_at;
-        while (m_at < m_size && isDigit(at(m_at)))
+        const char16_t* const start = m_at;
+        skip(isDigit);
+        if (*m_at == u'.') {
             ++m_at;
-        if (m_at < m_size && at(m_at) == u'.')
-            for (++m_at; m_at < m_size && isDigit(at(m_at));)
-                ++m_at;
-        if (m_at < m_size && (at(m_at) | 0x20) == u'e') {
-            const qsizetype sign = m_at + (peek() == u'+' || peek() == u'-' ? 2 : 1);
-            if (sign < m_size && isDigit(at(sign)))
-                for (m_at = sign; m_at < m_size && isDigit(at(m_at));)
-                    ++m_at;
+            skip(isDigit);
         }
-        return {TokenKind::Number, Keyword::None, start, m_at - start};
-    }
-
-    // The content keeps its doubled delimiters.
-    Token text(char16_t delimiter)
-    {
-        const qsizetype start = ++m_at;
-        for (; m_at < m_size; ++m_at) {
-            if (at(m_at) == u'\0')
-                break;
-            if (at(m_at) != delimiter)
-                continue;
-            if (peek() != delimiter || m_at + 1 >= m_size)
-                return {TokenKind::Text, Keyword::None, start, m_at++ - start};
-            ++m_at;
+        if ((*m_at | 0x20) == u'e') {
+            const int sign = m_at[1] == u'+' || m_at[1] == u'-' ? 2 : 1;
+            if (isDigit(m_at[sign])) {
+                m_at += sign;
+                skip(isDigit);
+            }
         }
-        raiseSyntax(QStringLiteral("(A text isn't closed.)"));
+        return {Symbol::Number, {start, m_at}};
     }
 
-    Token delimited(TokenKind kind, char16_t end)
+    // A text keeps its doubled delimiters.
+    Token delimited(Symbol symbol, char16_t end)
     {
-        const qsizetype start = ++m_at;
-        while (m_at < m_size && at(m_at) != end && at(m_at) != u'\0')
-            ++m_at;
-        if (m_at >= m_size || at(m_at) != end || m_at == start)
-            raiseSyntax(kind == TokenKind::Date ? QStringLiteral("(A date isn't closed.)")
-                                                : QStringLiteral("(A name isn't closed.)"));
-        return {kind, Keyword::None, start, m_at++ - start};
+        const char16_t* const start = ++m_at;
+        while (*m_at != u'\0' && (*m_at != end || (symbol == Symbol::Text && m_at[1] == end)))
+            m_at += *m_at == end ? 2 : 1;
+        if (*m_at == u'\0' || (m_at == start && symbol != Symbol::Text))
+            raiseSyntax(symbol == Symbol::Text   ? QStringLiteral("(A text isn't closed.)")
+                        : symbol == Symbol::Date ? QStringLiteral("(A date isn't closed.)")
+                                                 : QStringLiteral("(A name isn't closed.)"));
+        return {symbol, {start, m_at++}};
     }
 
-    const QString& m_text;
-    qsizetype m_size;
-    qsizetype m_at = 0;
+    const char16_t* m_at;
 };
 
 } // namespace
@@ -273,7 +218,14 @@ void raiseSyntax(const QString& detail)
 
 Tokens tokenize(const QString& statement)
 {
-    return Tokenizer(statement).run();
+    Tokenizer tokenizer(statement);
+    Tokens tokens;
+    do
+        tokens.append(tokenizer.next());
+    while (tokens.back().symbol != Symbol::End);
+    if (tokenizer.place() != reinterpret_cast<const char16_t*>(statement.utf16()) + statement.size())
+        tokens.back().symbol = Symbol::Refused; // a zero within
+    return tokens;
 }
 
 } // namespace orlo::store

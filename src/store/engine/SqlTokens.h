@@ -8,14 +8,31 @@ class QString;
 namespace orlo::store
 {
 
-/// What a statement of the dialect is made of.
-enum class TokenKind : quint8 { Word, Number, Text, Date, Name, Open, Close, Comma, Sign, End };
-
-/// The words and signs of the grammar. A word of no meaning is a name; a refused one belongs to other dialects and is a
-/// name only in brackets.
-enum class Keyword : quint8 {
-    None,
-    Refused,
+/// What a statement of the dialect is made of: names and literals, signs, and the words that have a meaning.
+enum class Symbol : quint8 {
+    End,
+    Word, // a name
+    Name, // one in brackets
+    Number,
+    Text,
+    Date,
+    // signs
+    Amp,
+    Close,
+    Comma,
+    Dot,
+    Minus,
+    Open,
+    Plus,
+    Slash,
+    Star,
+    // signs that compare
+    Equal,
+    Unequal,
+    Less,
+    LessOrEqual,
+    Greater,
+    GreaterOrEqual,
     // words
     All,
     And,
@@ -26,7 +43,6 @@ enum class Keyword : quint8 {
     Delete,
     Desc,
     Distinct,
-    DistinctRow,
     Exists,
     False,
     From,
@@ -54,33 +70,19 @@ enum class Keyword : quint8 {
     Update,
     Values,
     Where,
-    // signs
-    Amp,
-    Dot,
-    Equal,
-    Greater,
-    GreaterOrEqual,
-    Less,
-    LessOrEqual,
-    Minus,
-    Plus,
-    Slash,
-    Star,
-    Unequal
+    Refused // a word or sign of other dialects
 };
 
-/// One token, by its place in the statement.
+/// One token: its text, without delimiters, stands in the statement.
 struct Token {
-    TokenKind kind;
-    Keyword keyword;
-    qsizetype start;
-    qsizetype length; // of the content, without delimiters
+    Symbol symbol;
+    QStringView text;
 };
 
-using Tokens = QVarLengthArray<Token, 128>;
+using Tokens = QVarLengthArray<Token, 96>;
 
-/// Cuts a statement into tokens, with one of kind End behind the last. Raises 3075 for an unclosed text, date or name,
-/// a comment, and whatever stands behind a semicolon.
+/// Cuts a statement into tokens, with End as the last. Raises 3075 for an unclosed text, date or name and for whatever
+/// stands behind a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
 
 /// Raises 3075 with a detail.

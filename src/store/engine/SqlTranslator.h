@@ -2,6 +2,8 @@
 
 #include "store/engine/SqlExpression.h"
 
+#include <vector>
+
 namespace orlo::store
 {
 
@@ -35,20 +37,24 @@ private:
         Scope*& m_current;
         Scope* m_before;
     };
-    // The parts of a Select, each with a blank before it.
+    // What is known of a Select that was written.
     struct Query {
-        QString columns;
-        QString from;
-        QString tail;
-        QString order;
         KnownFields fields;
-        bool known = true; // the fields are
-        bool distinct = false;
-        bool ordersByPlace = false;
+        bool known = true;  // the fields are
         QStringView source; // the one source of which it gives one record a row
         QStringView alias;
-        [[nodiscard]] QString sql() const;
+        qsizetype fromStart = 0;
+        qsizetype tailStart = 0;
+        qsizetype orderStart = -1;
+        bool ordersByPlace = false;
     };
+    struct FieldName {
+        QStringView source;
+        QStringView name;
+        const KnownField* known;
+    };
+    // How tightly the dialect binds an operator.
+    enum class Level : quint8 { None, Or, And, Not, Comparison, Join, Sum, Product, Sign };
     class Nesting;
 
     // Statements.
@@ -56,70 +62,62 @@ private:
     void insert();
     void update();
     void remove();
-    QStringView target(QString& sql);
+    QStringView target();
     Query query(Scope* outer, const KnownFields* targets);
     Query simpleQuery(const KnownFields* targets);
     void readUnion(Query& query, const KnownFields* targets);
-    qsizetype placeOfFrom() const;
+    [[nodiscard]] qsizetype placeOfFrom() const;
     void readResults(Query& query, const KnownFields* targets);
     void readResult(Query& query, const KnownFields* targets);
-    static void addFields(Query& query, const Source& source);
-    QString sources();
-    QString joinedSources();
-    QString source();
-    QString alias(QStringView& name);
-    QString where();
-    QString group();
+    void sources();
+    void joinedSources();
+    void source();
+    void where();
+    bool group();
     void readOrder(Query& query);
 
-    // Expressions, the loosest operators first.
-    Expression expression();
-    Expression conjunction();
-    Expression negation();
-    Expression comparison();
-    Expression joining();
-    Expression sum();
-    Expression product();
-    Expression sign();
-    Expression operand();
-    bool compare(Expression& left);
+    // Expressions.
+    Expression expression(Level least = Level::Or);
+    void condition();
+    Expression prefixed(Level least);
+    Expression applied(Expression left, Symbol sign, bool negative);
     Expression inList(Expression value, bool negative);
+    Expression operand();
+    Expression literal(ValueKind kind, QStringView sql);
+    Expression text(QStringView content);
+    Expression date(QStringView content);
     Expression bracketed();
-    Expression fieldNamed();
+    FieldName fieldName();
     Expression function();
     Expression aggregate(QStringView name);
-    std::vector<Expression> arguments();
     const KnownField* find(QStringView source, QStringView name) const;
+    static Level levelOf(Symbol sign);
 
     // Tokens.
     [[nodiscard]] const Token& token(qsizetype ahead = 0) const { return m_tokens[qMin(m_at + ahead, m_end)]; }
-    [[nodiscard]] bool at(Keyword keyword, qsizetype ahead = 0) const { return token(ahead).keyword == keyword; }
-    [[nodiscard]] bool at(TokenKind kind, qsizetype ahead = 0) const { return token(ahead).kind == kind; }
-    [[nodiscard]] bool atName() const;
-    [[nodiscard]] QStringView view(const Token& token) const;
-    template <typename What>
-    bool take(What what)
+    [[nodiscard]] bool at(Symbol symbol, qsizetype ahead = 0) const { return token(ahead).symbol == symbol; }
+    [[nodiscard]] bool atName() const { return at(Symbol::Word) || at(Symbol::Name); }
+    bool take(Symbol symbol)
     {
-        const bool there = at(what);
+        const bool there = at(symbol);
         m_at += there ? 1 : 0;
         return there;
     }
-    template <typename What>
-    void expect(What what)
+    void expect(Symbol symbol)
     {
-        if (!take(what))
+        if (!take(symbol))
             refuse();
     }
     QStringView name();
     [[noreturn]] void refuse() const;
 
-    const QString& m_text;
     const FieldsOf& m_fieldsOf;
     const Tokens m_tokens;
     const qsizetype m_end;
     qsizetype m_at = 0;
     int m_depth = 0;
     Scope* m_scope = nullptr;
+    SqlWriter m_out;
     Translated m_result;
 };
 
