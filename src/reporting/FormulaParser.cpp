@@ -163,41 +163,53 @@ private:
     FormulaNode comparison()
     {
         std::vector<FormulaNode> parts;
-        parts.push_back(sum());
+        parts.push_back(joined());
         const Place place = token().place;
         for (const Comparison& comparison : Comparisons)
             if (isSign(comparison.sign)) {
                 ++m_at;
-                parts.push_back(sum());
+                parts.push_back(joined());
                 return made(comparison.kind, Type::Condition, place, std::move(parts));
             }
         if (acceptWord("like")) {
-            parts.push_back(sum());
+            parts.push_back(joined());
             return made(Kind::Like, Type::Condition, place, std::move(parts));
         }
         if (!acceptWord("in"))
             return std::move(parts.front());
         if (acceptSign("[")) {
             do
-                parts.push_back(sum());
+                parts.push_back(joined());
             while (acceptSign(","));
             expectSign("]");
             return made(Kind::InList, Type::Condition, place, std::move(parts));
         }
-        parts.push_back(sum());
+        parts.push_back(joined());
         expectWord("to");
-        parts.push_back(sum());
+        parts.push_back(joined());
         return made(Kind::InRange, Type::Condition, place, std::move(parts));
+    }
+
+    /// "&" binds below "+" and "-": "Total: " & 1 + 2 joins the sum.
+    FormulaNode joined()
+    {
+        FormulaNode left = sum();
+        while (isSign(QLatin1StringView("&"))) {
+            const FormulaToken& sign = m_tokens[m_at++];
+            FormulaNode right = sum();
+            left = extended(Kind::Join, Type::Text, sign.place, std::move(left), std::move(right));
+        }
+        return left;
     }
 
     FormulaNode sum()
     {
         FormulaNode left = product();
-        while (isSign(QLatin1StringView("+")) || isSign(QLatin1StringView("-")) || isSign(QLatin1StringView("&"))) {
+        while (isSign(QLatin1StringView("+")) || isSign(QLatin1StringView("-"))) {
             const FormulaToken& sign = m_tokens[m_at++];
-            const Kind kind = sign.text == u'+' ? Kind::Add : sign.text == u'-' ? Kind::Subtract : Kind::Join;
+            const Kind kind = sign.text == u'+' ? Kind::Add : Kind::Subtract;
             FormulaNode right = product();
-            const Type type = kind == Kind::Join ? Type::Text : left.type == right.type ? left.type : Type::Any;
+            const Type type = left.type == right.type ? left.type : Type::Any;
             left = extended(kind, type, sign.place, std::move(left), std::move(right));
         }
         return left;

@@ -55,7 +55,7 @@ private Q_SLOTS:
             10 - (4 - 3) - 2                                     | 7
             12 / (4 / 2)                                         | 6
             .5 + 06                                              | 6.5
-            "a" + 'b' & 3 & {Nothing}                            | ab3
+            "a" + 'b' & 3 & {Nothing} & 1 + 2 & 7 - 3            | ab334
             "say ""hi""" & 'it''s'                               | say "hi"it's
             if 1 > 2 then "x" else if 2 = 2 then "y"             | y
             if {Nothing} = 1 then 5                              |
