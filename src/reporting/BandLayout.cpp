@@ -9,23 +9,31 @@ namespace
 {
 
 constexpr double HairlineWidth = 0.3; // points
-constexpr int HairlineGray = 65;
+constexpr float HairlineGray = 0.65F;
 constexpr int PartsOfLimit = 8; // a row above the height limit is cut into parts of that share of it
-
-QColor gray(int percentOfWhite)
-{
-    const float level = float(percentOfWhite) / 100;
-    return QColor::fromRgbF(level, level, level);
-}
 
 } // namespace
 
+void moveItem(Item& item, QPointF by)
+{
+    std::visit(
+        [&](auto& one) {
+            if constexpr (std::is_same_v<std::decay_t<decltype(one)>, LineItem>) {
+                one.from += by;
+                one.to += by;
+            } else {
+                one.box.translate(by);
+            }
+        },
+        item);
+}
+
 BandLayout::BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit)
-    : m_typesetter(typesetter), m_textWidth(textWidth), m_heightLimit(heightLimit)
+    : m_definition(definition), m_typesetter(typesetter), m_textWidth(textWidth), m_heightLimit(heightLimit)
 {
     for (const Style& style : definition.styles) {
         m_fonts.push_back(typesetter.font(style));
-        m_colors.push_back(gray(style.gray));
+        m_colors.push_back(style.color);
     }
 }
 
@@ -47,21 +55,19 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
     std::vector<Cell> cells;
     cells.reserve(row.elements.size());
     double ascent = 0;
+    double pictures = 0;
     for (const Element& element : row.elements) {
-        if (element.kind == Element::Kind::Subreport)
+        if (element.kind == Element::Kind::Subreport || (element.kind == Element::Kind::Picture && element.picture < 0))
             continue;
-        Cell cell{&element, {}, left + element.left, 0, m_fonts[std::size_t(element.style)]};
-        const double room = std::max(m_textWidth - cell.left, 1.0);
-        cell.width = element.width > 0 ? std::min(element.width, room) : room;
-        if (element.kind == Element::Kind::Text)
-            cell.lines = m_typesetter.broken(cell.font, displayText(element.formula.evaluate(scope)), cell.width);
-        ascent = std::max(ascent, m_typesetter.ascent(cell.font));
-        cells.push_back(std::move(cell));
+        cells.push_back(cell(element, scope, left));
+        if (element.kind == Element::Kind::Text || element.kind == Element::Kind::TickBox)
+            ascent = std::max(ascent, m_typesetter.ascent(cells.back().font));
+        pictures = std::max(pictures, element.height);
     }
 
     // A high row is cut between lines: each part takes as many lines of each cell as a share of the limit lets it, so
     // that the parts fill a page to its end.
-    double height = row.above + row.ruleAbove;
+    double height = row.above + row.ruleAbove + pictures;
     for (const Cell& cell : cells)
         height = std::max(height,
                           row.above + row.ruleAbove + double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
@@ -85,6 +91,12 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
                 strip.items.push_back(BoxItem{box, 0.75, Qt::black, Qt::transparent});
                 bottom = std::max(bottom, y + lineHeight);
             }
+            if (cell.element->kind == Element::Kind::Picture && top) {
+                const QRectF box(cell.left, textTop, cell.width, cell.element->height);
+                strip.items.push_back(
+                    PictureItem{box, m_definition.pictures[std::size_t(cell.element->picture)]});
+                bottom = std::max(bottom, box.bottom());
+            }
             if (count > 0) {
                 addText(cell, count, y, strip);
                 bottom = std::max(bottom, y + double(count) * lineHeight);
@@ -94,31 +106,54 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         }
         strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
         addDecoration(row, left, strip.height, top, !more, strip);
+        for (const Cell& cell : cells)
+            if (cell.element->kind == Element::Kind::Line)
+                strip.items.push_back(
+                    LineItem{{cell.left, 0}, {cell.left, strip.height}, cell.width, cell.element->color});
         strips.push_back(std::move(strip));
     }
+}
+
+BandLayout::Cell BandLayout::cell(const Element& element, const RowScope& scope, double left) const
+{
+    int style = element.style;
+    if (!element.styleChoice.isEmpty()) {
+        const QString name = displayText(element.styleChoice.evaluate(scope));
+        style = m_definition.styleNamed(name);
+        if (style < 0)
+            throw ReportError(platform::UnknownName, QStringLiteral("There is no style \"%1\".").arg(name),
+                              element.styleChoice.root().place);
+    }
+    Cell cell{&element, {}, left + element.left, element.width, style, m_fonts[std::size_t(style)]};
+    if (element.kind == Element::Kind::Text) {
+        const double room = std::max(m_textWidth - cell.left, 1.0);
+        cell.width = element.width > 0 ? std::min(element.width, room) : room;
+        cell.lines = m_typesetter.broken(cell.font, displayText(element.formula.evaluate(scope)), cell.width);
+    }
+    return cell;
 }
 
 void BandLayout::addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const
 {
     const double from = left + row.left;
     const double to = m_textWidth;
-    static const QColor hairline = gray(HairlineGray);
-    if (row.shade > 0)
+    static const QColor hairline = QColor::fromRgbF(HairlineGray, HairlineGray, HairlineGray);
+    if (row.fill.isValid())
         strip.items.insert(strip.items.begin(),
-                           BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, gray(100 - row.shade)});
+                           BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, row.fill});
     if (row.ruleAbove > 0 && top)
-        strip.items.push_back(LineItem{{from, row.ruleAbove / 2}, {to, row.ruleAbove / 2}, row.ruleAbove, Qt::black});
+        strip.items.push_back(LineItem{{from, row.ruleAbove / 2}, {to, row.ruleAbove / 2}, row.ruleAbove, row.ruleColor});
     if (row.hairline && bottom)
         strip.items.push_back(LineItem{{from, height}, {to, height}, HairlineWidth, hairline});
     if (row.ruleBelow > 0 && bottom)
         strip.items.push_back(
-            LineItem{{from, height - row.ruleBelow / 2}, {to, height - row.ruleBelow / 2}, row.ruleBelow, Qt::black});
+            LineItem{{from, height - row.ruleBelow / 2}, {to, height - row.ruleBelow / 2}, row.ruleBelow, row.ruleColor});
 }
 
 void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& strip) const
 {
     const double lineHeight = m_typesetter.lineHeight(cell.font);
-    const QColor color = m_colors[std::size_t(cell.element->style)];
+    const QColor color = m_colors[std::size_t(cell.style)];
     if (cell.element->alignment == Qt::AlignLeft) {
         const QStringList part = cell.lines.mid(cell.done, count);
         double width = 0;

@@ -2,6 +2,8 @@
 
 #include "reporting/Formula.h"
 
+#include <QColor>
+#include <QImage>
 #include <QMarginsF>
 #include <QSizeF>
 #include <QStringList>
@@ -19,14 +21,21 @@ struct Style {
     double size = 9;                         ///< points
     bool bold = false;
     bool italic = false;
-    int gray = 0; ///< percent of white: 0 is black
+    QColor color = Qt::black;
 };
 
 /// One query of a report and the table slot that names the database it reads.
 struct Source {
     QString query;
     int slot = 0;
-    Place place;
+    Place place; ///< of the statement
+    Place queryPlace;
+};
+
+/// A query whose first row serves the whole report, pages without rows too: its columns are fields {NAME.COLUMN}.
+struct NamedSource {
+    QString name;
+    Source source;
 };
 
 /// A second query joined to the main rows by one field: its first row of the same key adds its columns to them.
@@ -51,12 +60,16 @@ struct SortKey {
 
 /// What stands in a row of a band. Positions are points from the left margin.
 struct Element {
-    enum class Kind { Text, TickBox, Subreport };
+    enum class Kind { Text, TickBox, Subreport, Line, Picture };
     Kind kind = Kind::Text;
     double left = 0;
-    double width = 0; ///< 0 runs to the right margin
+    double width = 0;  ///< 0 runs to the right margin; of a line, its own
+    double height = 0; ///< of a picture
     Qt::Alignment alignment = Qt::AlignLeft;
-    int style = 0; ///< place in Definition::styles
+    int style = 0;       ///< place in Definition::styles
+    Formula styleChoice; ///< gives a style's name; empty where one style is for all
+    QColor color = Qt::black; ///< of a line
+    int picture = -1;         ///< place in Definition::pictures
     Formula formula;
     QString subreport;
     Place place;
@@ -72,13 +85,16 @@ struct Row {
     double ruleAbove = 0; ///< width in points, 0 for none
     double ruleBelow = 0;
     bool hairline = false; ///< a fine gray line at its end
-    int shade = 0;         ///< percent of black behind the row
+    QColor fill;           ///< behind the row; invalid for none
+    QColor ruleColor = Qt::black;
 };
 
 /// A part of a report that is printed as one: its rows stay on one page where they fit.
 struct Band {
     Formula condition;
     std::vector<Row> rows;
+    int columns = 1; ///< of the detail band: so many records side by side
+    double gap = 0;  ///< between the columns, points
 
     [[nodiscard]] bool isEmpty() const { return rows.empty(); }
 };
@@ -90,6 +106,7 @@ struct Group {
     std::vector<SortKey> sort; ///< the order of the groups; the key itself if empty
     bool descending = false;
     bool keepTogether = false;
+    double mayLeaveEmpty = 1; ///< of a page's body, at most, so that the group stays whole
     bool repeatHeader = false;
     bool newPage = false;
     Formula outline; ///< the group's line in the outline beside the pages; empty for none
@@ -111,6 +128,7 @@ struct Definition {
     std::vector<Style> styles{Style{}}; ///< the first is the plain one
 
     Source source;
+    std::vector<NamedSource> namedSources;
     std::vector<Lookup> lookups;
     std::vector<NamedFormula> names;  ///< "let": each may use those before it
     std::vector<NamedFormula> fields; ///< "field {NAME} = {COLUMN}": what a selection may call a column
@@ -126,12 +144,19 @@ struct Definition {
     Place linkPlace;
     std::vector<std::pair<QString, std::shared_ptr<Definition>>> subreports;
 
+    std::vector<QImage> pictures;
+    QStringList files;    ///< paths of what was read: the report's own file, included ones, pictures
+    QStringList warnings; ///< of the reading
+
+    /// A style's place by its name; -1 for an unknown one.
+    [[nodiscard]] int styleNamed(QStringView name) const;
     /// A subreport's definition by name without regard to case; null for an unknown one.
     [[nodiscard]] const Definition* subreport(const QString& name) const;
 };
 
-/// Reads a definition's text. Raises ReportError 3075 with line and column for what can't be read.
-[[nodiscard]] Definition readDefinition(const QString& text);
+/// Reads a definition's text; what it includes lies in the folder. Raises ReportError 3075 with line and column for what
+/// can't be read.
+[[nodiscard]] Definition readDefinition(const QString& text, const QString& folder = {});
 /// Reads a report file. Raises ReportError 53 for a missing file, and as readDefinition() with the file's name.
 [[nodiscard]] Definition readDefinitionFile(const QString& path);
 

@@ -19,7 +19,8 @@ bool isNumberPart(QChar c)
 
 } // namespace
 
-DefinitionLines::DefinitionLines(const QString& text) : m_lines(text.split(u'\n'))
+DefinitionLines::DefinitionLines(const QString& text, const QString* fileName)
+    : m_lines(text.split(u'\n')), m_fileName(fileName)
 {
     for (QString& line : m_lines)
         if (line.endsWith(u'\r'))
@@ -37,7 +38,7 @@ bool DefinitionLines::next()
         }
         m_at = 0;
         skipBlanks();
-        if (!atEnd() && !rest().startsWith(u'#'))
+        if (!atEnd() && !rest().startsWith(u'#') && !rest().startsWith(u"//"))
             return true;
     }
     m_first = int(m_lines.size());
@@ -65,7 +66,7 @@ Place DefinitionLines::place() const
 {
     const QStringView before = QStringView(m_statement).left(m_at);
     const qsizetype lineStart = before.lastIndexOf(u'\n') + 1;
-    return {m_first + int(before.count(u'\n')), int(m_at - lineStart) + 1};
+    return {m_first + int(before.count(u'\n')), int(m_at - lineStart) + 1, m_fileName};
 }
 
 void DefinitionLines::fail(const QString& message) const
@@ -77,6 +78,13 @@ void DefinitionLines::failAtWord(const QString& message)
 {
     m_at = m_wordAt;
     fail(message);
+}
+
+QString DefinitionLines::missing(QLatin1StringView sign) const
+{
+    const QString here = rest().toString().section(u' ', 0, 0).trimmed();
+    return here.isEmpty() ? QStringLiteral("\"%1\" is missing at the end.").arg(sign)
+                          : QStringLiteral("\"%1\" is missing before \"%2\".").arg(sign, here);
 }
 
 void DefinitionLines::skipBlanks()
@@ -133,7 +141,7 @@ bool DefinitionLines::accept(const char* word)
 void DefinitionLines::expect(const char* sign)
 {
     if (!rest().startsWith(QLatin1StringView(sign)))
-        fail(QStringLiteral("\"%1\" is missing here.").arg(QLatin1StringView(sign)));
+        fail(missing(QLatin1StringView(sign)));
     m_at += qsizetype(qstrlen(sign));
     skipBlanks();
 }
@@ -239,6 +247,40 @@ Formula DefinitionLines::formulaBeforeBrace()
     return formula;
 }
 
+Formula DefinitionLines::formulaInBrackets()
+{
+    const Place here = place();
+    int depth = 0;
+    QChar until; // the end of a text or of a field's name
+    for (qsizetype i = m_at; i < m_statement.size(); ++i) {
+        const QChar c = m_statement[i];
+        if (!until.isNull())
+            until = c == until ? QChar() : until;
+        else if (c == u'"' || c == u'\'' || c == u'{')
+            until = c == u'{' ? u'}' : c;
+        else if (c == u'(')
+            ++depth;
+        else if (c == u')' && --depth == 0) {
+            Formula formula(rest().left(i + 1 - m_at), here);
+            m_at = i + 1;
+            skipBlanks();
+            return formula;
+        }
+    }
+    fail(QStringLiteral("The bracket isn't closed."));
+}
+
+QColor DefinitionLines::color()
+{
+    const qsizetype start = m_at;
+    const QColor color = QColor::fromString(atQuote() ? quoted() : word());
+    if (!color.isValid()) {
+        m_at = start;
+        fail(QStringLiteral("A colour is a name, as navy, or \"#1d3c6e\"."));
+    }
+    return color;
+}
+
 void DefinitionLines::open()
 {
     if (!atOpening())
@@ -249,11 +291,12 @@ void DefinitionLines::open()
 void DefinitionLines::end() const
 {
     if (!atEnd())
-        fail(QStringLiteral("The line should end here."));
+        fail(QStringLiteral("The line should end before \"%1\".").arg(rest().toString().section(u' ', 0, 0)));
 }
 
-QString DefinitionLines::rawBlock()
+QString DefinitionLines::rawBlock(Place& first)
 {
+    first = {int(m_line) + 1, 1, m_fileName};
     QString block;
     while (m_line < m_lines.size()) {
         const QString& line = m_lines[m_line++];

@@ -2,6 +2,7 @@
 
 #include "reporting/Formula.h"
 
+#include <QColor>
 #include <QStringList>
 
 namespace orlo::reports
@@ -13,7 +14,8 @@ namespace orlo::reports
 class DefinitionLines
 {
 public:
-    explicit DefinitionLines(const QString& text);
+    /// The name is that of an included file; the report's own goes without one.
+    explicit DefinitionLines(const QString& text, const QString* fileName = nullptr);
 
     /// Goes to the next statement; false at the end of the text.
     bool next();
@@ -54,18 +56,24 @@ public:
     Formula assigned();
     /// The formula from here to the brace that opens a block at the statement's end.
     Formula formulaBeforeBrace();
+    /// A formula in brackets, read up to the bracket that closes it.
+    Formula formulaInBrackets();
+    /// A colour: "#1d3c6e", or the name that it has in web pages.
+    QColor color();
     /// "{" at the statement's end.
     void open();
     /// The statement must be used up.
     void end() const;
-    /// The lines up to the closing brace as they stand.
-    QString rawBlock();
+    /// The lines up to the closing brace as they stand, and where the first of them is.
+    QString rawBlock(Place& first);
 
 private:
     void skipBlanks();
+    [[nodiscard]] QString missing(QLatin1StringView sign) const;
     QStringView rest() const { return QStringView(m_statement).mid(m_at); }
 
     QStringList m_lines;
+    const QString* m_fileName;
     qsizetype m_line = 0; // the next line to read
     int m_first = 0;      // the line that the statement begins on, from 1
     QString m_statement;  // continued lines are joined with line ends, so that places stay right

@@ -1,10 +1,15 @@
 #include "reporting/Definition.h"
 
 #include "platform/FileSystem.h"
-#include "reporting/DefinitionLines.h"
+#include "reporting/BandReader.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <array>
 
 namespace orlo::reports
 {
@@ -13,30 +18,52 @@ namespace
 {
 
 constexpr int DeepestSubreport = 3;
+constexpr int DeepestInclude = 5;
 constexpr qint64 LargestFile = 4'000'000;
+
+QColor gray(int percentOfWhite)
+{
+    const float level = float(percentOfWhite) / 100;
+    return QColor::fromRgbF(level, level, level);
+}
+
+QString notUtf8(const QString& name)
+{
+    return QStringLiteral("The file %1 isn't UTF-8, so its accented letters may be wrong.").arg(name);
+}
+
+/// The text of a file, and whether it was UTF-8; a text that isn't is read as the former programs' Latin-1.
+std::pair<QString, bool> textOf(const QByteArray& bytes)
+{
+    QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
+    QString text = decoder.decode(bytes);
+    if (!decoder.hasError())
+        return {text, true};
+    return {QString::fromLatin1(bytes), false};
+}
 
 class Reader
 {
 public:
-    Reader(DefinitionLines& lines, std::vector<Style> styles, int depth) : m_lines(lines), m_depth(depth)
+    Reader(DefinitionLines& lines, const QString& folder, int depth) : m_lines(&lines), m_folder(folder), m_depth(depth)
+    {
+    }
+
+    Definition run(bool nested, std::vector<Style> styles = {})
     {
         if (!styles.empty())
             m_definition.styles = std::move(styles);
-    }
-
-    Definition run(bool nested)
-    {
-        while (m_lines.next()) {
-            if (m_lines.closes()) {
+        while (m_lines->next()) {
+            if (m_lines->closes()) {
                 if (!nested)
-                    m_lines.fail(QStringLiteral("This brace closes nothing."));
-                m_lines.close();
+                    m_lines->fail(QStringLiteral("This brace closes nothing."));
+                m_lines->close();
                 return check();
             }
-            statement(m_lines.word());
+            statement(m_lines->word());
         }
         if (nested)
-            m_lines.fail(QStringLiteral("The block's closing brace is missing."));
+            m_lines->fail(QStringLiteral("The block's closing brace is missing."));
         return check();
     }
 
@@ -44,45 +71,44 @@ private:
     Definition check()
     {
         if (m_definition.source.query.isEmpty())
-            m_lines.fail(QStringLiteral("The report has no source."));
+            m_lines->fail(QStringLiteral("The report has no source."));
         return std::move(m_definition);
     }
 
     void statement(const QString& word)
     {
-        if (Band* band = bandNamed(word))
+        struct Statement {
+            QLatin1StringView word;
+            void (Reader::*read)();
+        };
+        static constexpr std::array Statements{
+            Statement{QLatin1StringView("report"), &Reader::readTitle},
+            Statement{QLatin1StringView("include"), &Reader::readInclude},
+            Statement{QLatin1StringView("paper"), &Reader::readPaper},
+            Statement{QLatin1StringView("margins"), &Reader::readMargins},
+            Statement{QLatin1StringView("style"), &Reader::readStyle},
+            Statement{QLatin1StringView("source"), &Reader::readSources},
+            Statement{QLatin1StringView("lookup"), &Reader::readLookup},
+            Statement{QLatin1StringView("let"), &Reader::readLet},
+            Statement{QLatin1StringView("field"), &Reader::readField},
+            Statement{QLatin1StringView("sort"), &Reader::readSorts},
+            Statement{QLatin1StringView("unique"), &Reader::readUnique},
+            Statement{QLatin1StringView("group"), &Reader::readGroup},
+            Statement{QLatin1StringView("export"), &Reader::readExport},
+            Statement{QLatin1StringView("link"), &Reader::readLink},
+            Statement{QLatin1StringView("subreport"), &Reader::readSubreport},
+        };
+        if (Band* band = bandNamed(word)) {
+            *band = {}; // the last of two counts: what an included file gives is not for all
             readBand(*band);
-        else if (word == QLatin1String("report"))
-            m_definition.title = m_lines.quoted();
-        else if (word == QLatin1String("paper"))
-            readPaper();
-        else if (word == QLatin1String("margins"))
-            readMargins();
-        else if (word == QLatin1String("style"))
-            readStyle();
-        else if (word == QLatin1String("source"))
-            m_definition.source = readSource();
-        else if (word == QLatin1String("lookup"))
-            readLookup();
-        else if (word == QLatin1String("let"))
-            readLet();
-        else if (word == QLatin1String("field"))
-            readField();
-        else if (word == QLatin1String("sort"))
-            m_definition.sort.push_back(readSort());
-        else if (word == QLatin1String("unique"))
-            m_definition.unique = m_lines.formula();
-        else if (word == QLatin1String("group"))
-            readGroup();
-        else if (word == QLatin1String("export"))
-            readExport();
-        else if (word == QLatin1String("link"))
-            readLink();
-        else if (word == QLatin1String("subreport"))
-            readSubreport();
-        else
-            m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a report.").arg(word));
-        m_lines.end();
+        } else if (const auto known =
+                       std::find_if(Statements.begin(), Statements.end(), [&](const auto& s) { return s.word == word; });
+                   known != Statements.end()) {
+            (this->*known->read)();
+        } else {
+            m_lines->failAtWord(QStringLiteral("\"%1\" is no part of a report.").arg(word));
+        }
+        m_lines->end();
     }
 
     Band* bandNamed(const QString& word)
@@ -102,11 +128,43 @@ private:
         return nullptr;
     }
 
+    void readBand(Band& band) { BandReader(*m_lines, m_definition, m_folder).read(band); }
+
+    void readTitle() { m_definition.title = m_lines->quoted(); }
+    void readUnique() { m_definition.unique = m_lines->formula(); }
+    void readSorts() { m_definition.sort.push_back(readSort()); }
+
+    /// The statements of another file of the folder, in the place of this one.
+    void readInclude()
+    {
+        if (m_includes >= DeepestInclude)
+            m_lines->fail(QStringLiteral("Files are included too deeply."));
+        const Place place = m_lines->place();
+        const QString name = m_lines->quoted();
+        QString path = QDir(m_folder).filePath(name);
+        if (!QFileInfo(path).isFile()) // a report that was copied without it still has the program's own
+            path = QStringLiteral(":/reports/") + name;
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly) || file.size() > LargestFile)
+            throw ReportError(platform::FileNotFound, QStringLiteral("The file \"%1\" can't be found.").arg(name), place);
+        m_definition.files << path;
+        const auto [text, isUtf8] = textOf(file.readAll());
+        if (!isUtf8)
+            m_definition.warnings << notUtf8(name);
+        DefinitionLines inner(text, keptFileName(name));
+        DefinitionLines* const outer = std::exchange(m_lines, &inner);
+        ++m_includes;
+        while (m_lines->next())
+            statement(m_lines->word());
+        --m_includes;
+        m_lines = outer;
+    }
+
     void readPaper()
     {
         if (m_depth > 0)
-            m_lines.fail(QStringLiteral("A subreport has no paper of its own."));
-        const QString name = m_lines.word();
+            m_lines->fail(QStringLiteral("A subreport has no paper of its own."));
+        const QString name = m_lines->word();
         if (name == QLatin1String("letter"))
             m_definition.paper = {612, 792};
         else if (name == QLatin1String("legal"))
@@ -114,23 +172,23 @@ private:
         else if (name == QLatin1String("a4"))
             m_definition.paper = {595, 842};
         else
-            m_lines.failAtWord(QStringLiteral("The paper is letter, legal or a4."));
-        if (m_lines.accept("landscape"))
+            m_lines->failAtWord(QStringLiteral("The paper is letter, legal or a4."));
+        if (m_lines->accept("landscape"))
             m_definition.paper.transpose();
         else
-            m_lines.accept("portrait");
+            m_lines->accept("portrait");
     }
 
     void readMargins()
     {
         if (m_depth > 0)
-            m_lines.fail(QStringLiteral("A subreport has no margins of its own."));
+            m_lines->fail(QStringLiteral("A subreport has no margins of its own."));
         QMarginsF& margins = m_definition.margins;
-        while (!m_lines.atEnd()) {
-            const QString side = m_lines.word();
-            const double length = m_lines.length();
+        while (!m_lines->atEnd()) {
+            const QString side = m_lines->word();
+            const double length = m_lines->length();
             if (length > 144)
-                m_lines.fail(QStringLiteral("A margin is two inches at most."));
+                m_lines->fail(QStringLiteral("A margin is two inches at most."));
             if (side == QLatin1String("left"))
                 margins.setLeft(length);
             else if (side == QLatin1String("right"))
@@ -140,54 +198,59 @@ private:
             else if (side == QLatin1String("bottom"))
                 margins.setBottom(length);
             else
-                m_lines.failAtWord(QStringLiteral("A margin is left, right, top or bottom."));
+                m_lines->failAtWord(QStringLiteral("A margin is left, right, top or bottom."));
         }
     }
 
     void readStyle()
     {
-        const QString name = m_lines.word();
+        const QString name = m_lines->word();
         Style style = m_definition.styles.front();
         style.name = name;
-        while (!m_lines.atEnd()) {
-            if (m_lines.accept("bold"))
+        while (!m_lines->atEnd()) {
+            if (m_lines->accept("bold"))
                 style.bold = true;
-            else if (m_lines.accept("italic"))
+            else if (m_lines->accept("italic"))
                 style.italic = true;
-            else if (m_lines.accept("gray"))
-                style.gray = m_lines.percent();
-            else if (m_lines.accept("font"))
-                style.family = m_lines.atQuote() ? m_lines.quoted() : m_lines.word();
+            else if (m_lines->accept("gray"))
+                style.color = gray(m_lines->percent());
+            else if (m_lines->accept("color"))
+                style.color = m_lines->color();
+            else if (m_lines->accept("font"))
+                style.family = m_lines->atQuote() ? m_lines->quoted() : m_lines->word();
             else
-                style.size = m_lines.length();
+                style.size = m_lines->length();
         }
         if (!(style.size >= 3 && style.size <= 200))
-            m_lines.fail(QStringLiteral("A font's size is 3 to 200 points."));
-        const int known = styleNamed(name);
+            m_lines->fail(QStringLiteral("A font's size is 3 to 200 points."));
+        const int known = m_definition.styleNamed(name);
         if (known >= 0)
             m_definition.styles[std::size_t(known)] = style;
         else
             m_definition.styles.push_back(style);
     }
 
-    [[nodiscard]] int styleNamed(const QString& name) const
+    /// source [slot N] { query }; source "NAME" [slot N] { query of one row }
+    void readSources()
     {
-        for (std::size_t i = 0; i < m_definition.styles.size(); ++i)
-            if (m_definition.styles[i].name == name)
-                return int(i);
-        return -1;
+        if (!m_lines->atQuote()) {
+            m_definition.source = readSource();
+            return;
+        }
+        QString name = m_lines->quoted();
+        m_definition.namedSources.push_back({std::move(name), readSource()});
     }
 
     Source readSource()
     {
         Source source;
-        source.place = m_lines.place();
-        if (m_lines.accept("slot"))
-            source.slot = m_lines.number(0, 99);
-        m_lines.open();
-        source.query = m_lines.rawBlock().trimmed();
-        if (source.query.isEmpty())
-            m_lines.fail(QStringLiteral("The query is missing."));
+        source.place = m_lines->place();
+        if (m_lines->accept("slot"))
+            source.slot = m_lines->number(0, 99);
+        m_lines->open();
+        source.query = m_lines->rawBlock(source.queryPlace);
+        if (source.query.trimmed().isEmpty())
+            m_lines->fail(QStringLiteral("The query is missing."));
         return source;
     }
 
@@ -195,59 +258,61 @@ private:
     void readLookup()
     {
         Lookup lookup;
-        lookup.place = m_lines.place();
-        lookup.mainField = m_lines.fieldName();
-        m_lines.expect("=");
-        lookup.ownField = m_lines.fieldName();
+        lookup.place = m_lines->place();
+        lookup.mainField = m_lines->fieldName();
+        m_lines->expect("=");
+        lookup.ownField = m_lines->fieldName();
         lookup.source = readSource();
         m_definition.lookups.push_back(std::move(lookup));
     }
 
     void readLet()
     {
-        const Place place = m_lines.place();
-        const QString name = m_lines.fieldName();
-        m_definition.names.push_back({name, m_lines.assigned(), place});
+        const Place place = m_lines->place();
+        const QString name = m_lines->fieldName();
+        m_definition.names.push_back({name, m_lines->assigned(), place});
     }
 
     /// field {Table.Field} = {Column}
     void readField()
     {
-        const Place place = m_lines.place();
-        const QString name = m_lines.fieldName();
-        m_definition.fields.push_back({name, m_lines.assigned(), place});
+        const Place place = m_lines->place();
+        const QString name = m_lines->fieldName();
+        m_definition.fields.push_back({name, m_lines->assigned(), place});
         if (m_definition.fields.back().formula.root().kind != FormulaNode::Kind::Field)
-            m_lines.fail(QStringLiteral("A field stands for a column: field {Table.Field} = {Column}."));
+            m_lines->fail(QStringLiteral("A field stands for a column: field {Table.Field} = {Column}."));
     }
 
     SortKey readSort()
     {
         SortKey key;
-        key.descending = m_lines.accept("descending");
-        key.formula = m_lines.formula();
+        key.descending = m_lines->accept("descending");
+        key.formula = m_lines->formula();
         return key;
     }
 
     void readLink()
     {
         if (m_depth == 0)
-            m_lines.fail(QStringLiteral("Only a subreport is linked."));
-        m_definition.linkPlace = m_lines.place();
-        m_definition.linkField = m_lines.fieldName();
-        m_lines.expect("=");
-        m_definition.linkedField = m_lines.fieldName();
+            m_lines->fail(QStringLiteral("Only a subreport is linked."));
+        m_definition.linkPlace = m_lines->place();
+        m_definition.linkField = m_lines->fieldName();
+        m_lines->expect("=");
+        m_definition.linkedField = m_lines->fieldName();
     }
 
     void readSubreport()
     {
         if (m_depth >= DeepestSubreport)
-            m_lines.fail(QStringLiteral("Subreports are nested too deeply."));
-        const QString name = m_lines.quoted();
+            m_lines->fail(QStringLiteral("Subreports are nested too deeply."));
+        const QString name = m_lines->quoted();
         if (m_definition.subreport(name))
-            m_lines.fail(QStringLiteral("There are two subreports \"%1\".").arg(name));
-        m_lines.open();
-        Reader inner(m_lines, m_definition.styles, m_depth + 1);
-        auto definition = std::make_shared<Definition>(inner.run(true));
+            m_lines->fail(QStringLiteral("There are two subreports \"%1\".").arg(name));
+        m_lines->open();
+        Reader inner(*m_lines, m_folder, m_depth + 1);
+        auto definition = std::make_shared<Definition>(inner.run(true, m_definition.styles));
+        m_definition.files << definition->files;
+        m_definition.warnings << definition->warnings;
         if (definition->title.isEmpty())
             definition->title = name;
         m_definition.subreports.emplace_back(name, std::move(definition));
@@ -255,161 +320,73 @@ private:
 
     void readExport()
     {
-        m_lines.open();
-        while (m_lines.nextInBlock()) {
+        m_lines->open();
+        while (m_lines->nextInBlock()) {
             ExportColumn column;
-            column.heading = m_lines.quoted();
-            column.formula = m_lines.assigned();
+            column.heading = m_lines->quoted();
+            column.formula = m_lines->assigned();
             m_definition.exports.push_back(std::move(column));
-            m_lines.end();
+            m_lines->end();
         }
+    }
+
+    /// keep-together [N%]: at most so much of a page is left empty for it.
+    void readKeepTogether(Group& group)
+    {
+        group.keepTogether = true;
+        if (m_lines->atLength())
+            group.mayLeaveEmpty = m_lines->percent() / 100.0;
     }
 
     void readGroup()
     {
         Group group;
-        group.name = m_lines.quoted();
-        m_lines.open();
-        while (m_lines.nextInBlock()) {
-            const QString word = m_lines.word();
+        group.name = m_lines->quoted();
+        m_lines->open();
+        while (m_lines->nextInBlock()) {
+            const QString word = m_lines->word();
             if (word == QLatin1String("by")) {
-                group.descending = m_lines.accept("descending");
-                group.key = m_lines.formula();
+                group.descending = m_lines->accept("descending");
+                group.key = m_lines->formula();
             } else if (word == QLatin1String("sort"))
                 group.sort.push_back(readSort());
             else if (word == QLatin1String("keep-together"))
-                group.keepTogether = true;
+                readKeepTogether(group);
             else if (word == QLatin1String("repeat-header"))
                 group.repeatHeader = true;
             else if (word == QLatin1String("new-page"))
                 group.newPage = true;
             else if (word == QLatin1String("outline"))
-                group.outline = m_lines.assigned();
+                group.outline = m_lines->assigned();
             else if (word == QLatin1String("header"))
                 readBand(group.header);
             else if (word == QLatin1String("footer"))
                 readBand(group.footer);
             else
-                m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a group.").arg(word));
-            m_lines.end();
+                m_lines->failAtWord(QStringLiteral("\"%1\" is no part of a group.").arg(word));
+            m_lines->end();
         }
         if (group.key.isEmpty())
-            m_lines.fail(QStringLiteral("The group has no key: by {Field}."));
+            m_lines->fail(QStringLiteral("The group has no key: by {Field}."));
         m_definition.groups.push_back(std::move(group));
     }
 
-    void readBand(Band& band)
-    {
-        if (m_lines.accept("if"))
-            band.condition = m_lines.formulaBeforeBrace();
-        m_lines.open();
-        while (m_lines.nextInBlock()) {
-            const QString word = m_lines.word();
-            if (word == QLatin1String("row"))
-                readRow(band);
-            else if (word == QLatin1String("space")) {
-                Row row;
-                row.above = m_lines.length();
-                band.rows.push_back(std::move(row));
-            } else if (word == QLatin1String("rule") || word == QLatin1String("hairline")) {
-                Row row;
-                row.hairline = word == QLatin1String("hairline");
-                if (!row.hairline)
-                    row.ruleAbove = m_lines.length();
-                if (m_lines.accept("from"))
-                    row.left = m_lines.length();
-                band.rows.push_back(std::move(row));
-            } else {
-                Row row;
-                row.elements.push_back(readElement(word));
-                band.rows.push_back(std::move(row));
-            }
-            m_lines.end();
-        }
-    }
-
-    void readRow(Band& band)
-    {
-        Row row;
-        while (!m_lines.atOpening()) {
-            if (m_lines.accept("if")) {
-                row.condition = m_lines.formulaBeforeBrace();
-                break;
-            }
-            const QString word = m_lines.word();
-            if (word == QLatin1String("above"))
-                row.above = m_lines.length();
-            else if (word == QLatin1String("below"))
-                row.below = m_lines.length();
-            else if (word == QLatin1String("rule-above"))
-                row.ruleAbove = m_lines.length();
-            else if (word == QLatin1String("rule-below"))
-                row.ruleBelow = m_lines.length();
-            else if (word == QLatin1String("hairline"))
-                row.hairline = true;
-            else if (word == QLatin1String("from"))
-                row.left = m_lines.length();
-            else if (word == QLatin1String("shade"))
-                row.shade = m_lines.percent();
-            else
-                m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a row.").arg(word));
-        }
-        m_lines.open();
-        while (m_lines.nextInBlock()) {
-            row.elements.push_back(readElement(m_lines.word()));
-            m_lines.end();
-        }
-        band.rows.push_back(std::move(row));
-    }
-
-    /// text LEFT WIDTH [left|center|right] [STYLE] = formula; tick-box LEFT; subreport "NAME" LEFT
-    Element readElement(const QString& word)
-    {
-        Element element;
-        element.place = m_lines.place();
-        if (word == QLatin1String("subreport")) {
-            element.kind = Element::Kind::Subreport;
-            element.subreport = m_lines.quoted();
-            element.left = m_lines.atEnd() ? 0 : m_lines.length();
-        } else if (word == QLatin1String("tick-box")) {
-            element.kind = Element::Kind::TickBox;
-            element.left = m_lines.length();
-        } else if (word == QLatin1String("text")) {
-            readText(element);
-        } else {
-            m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a band.").arg(word));
-        }
-        return element;
-    }
-
-    void readText(Element& element)
-    {
-        element.left = m_lines.length();
-        if (m_lines.atLength())
-            element.width = m_lines.length();
-        while (!m_lines.atSign(u'=')) {
-            if (m_lines.accept("left"))
-                element.alignment = Qt::AlignLeft;
-            else if (m_lines.accept("center"))
-                element.alignment = Qt::AlignHCenter;
-            else if (m_lines.accept("right"))
-                element.alignment = Qt::AlignRight;
-            else {
-                const QString name = m_lines.word();
-                element.style = styleNamed(name);
-                if (element.style < 0)
-                    m_lines.failAtWord(QStringLiteral("There is no style \"%1\".").arg(name));
-            }
-        }
-        element.formula = m_lines.assigned();
-    }
-
-    DefinitionLines& m_lines;
+    DefinitionLines* m_lines;
+    const QString& m_folder;
     Definition m_definition;
     int m_depth;
+    int m_includes = 0;
 };
 
 } // namespace
+
+int Definition::styleNamed(QStringView name) const
+{
+    for (std::size_t i = 0; i < styles.size(); ++i)
+        if (name.compare(styles[i].name, Qt::CaseInsensitive) == 0)
+            return int(i);
+    return -1;
+}
 
 const Definition* Definition::subreport(const QString& name) const
 {
@@ -419,25 +396,31 @@ const Definition* Definition::subreport(const QString& name) const
     return nullptr;
 }
 
-Definition readDefinition(const QString& text)
+Definition readDefinition(const QString& text, const QString& folder)
 {
     DefinitionLines lines(text);
-    return Reader(lines, {}, 0).run(false);
+    return Reader(lines, folder, 0).run(false);
 }
 
 Definition readDefinitionFile(const QString& path)
 {
     const QString native = platform::nativePath(path);
-    const QString name = QFileInfo(native).fileName();
+    const QFileInfo info(native);
+    const QString name = info.fileName();
     QFile file(native);
-    if (!file.exists() || QFileInfo(native).isDir())
+    if (!file.exists() || info.isDir())
         throw ReportError(platform::FileNotFound, QStringLiteral("The report file can't be found."), {}, native);
     if (!file.open(QIODevice::ReadOnly))
         throw ReportError(platform::PathFileAccess, QStringLiteral("The report file can't be read."), {}, native);
     if (file.size() > LargestFile)
         throw ReportError(platform::SyntaxError, QStringLiteral("This is no report file."), {}, name);
+    const auto [text, isUtf8] = textOf(file.readAll());
     try {
-        return readDefinition(QString::fromUtf8(file.readAll()));
+        Definition definition = readDefinition(text, info.absolutePath());
+        definition.files.prepend(native);
+        if (!isUtf8)
+            definition.warnings.prepend(notUtf8(name));
+        return definition;
     } catch (const ReportError& error) {
         throw error.inFile(name);
     }

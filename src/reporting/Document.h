@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QImage>
 #include <QRectF>
 #include <QString>
 #include <QStringList>
@@ -39,7 +40,13 @@ struct BoxItem {
     QColor fill = Qt::transparent;
 };
 
-using Item = std::variant<TextItem, LineItem, BoxItem>;
+/// A picture, scaled into its box.
+struct PictureItem {
+    QRectF box; ///< points
+    QImage picture;
+};
+
+using Item = std::variant<TextItem, LineItem, BoxItem, PictureItem>;
 
 /// One finished page: items in drawing order.
 struct Page {

@@ -1,6 +1,8 @@
 #include "reporting/Layout.h"
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 
 namespace orlo::reports
 {
@@ -9,6 +11,7 @@ namespace
 {
 
 constexpr std::size_t StripsBetweenProgress = 200;
+constexpr double LeastColumn = 36; // points
 
 class ReportLayout
 {
@@ -20,6 +23,12 @@ public:
           m_soFar(std::move(soFar)), m_bands(report.definition, typesetter, textWidth, heightLimit),
           m_scope(report.definition, report.rows, facts)
     {
+        if (const int columns = m_definition.detail.columns; columns > 1) {
+            m_columnWidth = (textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
+            if (m_columnWidth < LeastColumn)
+                throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."));
+            m_columns.emplace(report.definition, typesetter, left + m_columnWidth, heightLimit);
+        }
     }
 
     void run(RowRange rows)
@@ -173,7 +182,7 @@ private:
         const std::size_t start = m_flow.strips.size();
         const std::size_t kept = m_flow.kept.size();
         if (group.keepTogether)
-            m_flow.kept.push_back({start, start});
+            m_flow.kept.push_back({start, start, group.mayLeaveEmpty});
         m_scope.row = rows.first;
         m_scope.range = rows;
         if (!group.outline.isEmpty())
@@ -199,7 +208,10 @@ private:
     {
         for (std::size_t row = rows.first; row < rows.last; ++row) {
             m_scope.row = row;
-            append(m_definition.detail, false);
+            if (m_columns)
+                appendInColumns();
+            else
+                appendDetail();
             if (++m_done % StripsBetweenProgress != 0 || m_done == m_rows.size())
                 continue;
             if (m_soFar && m_soFar(flowSoFar()))
@@ -207,6 +219,48 @@ private:
             if (m_progress && !m_progress(int(m_done), int(m_rows.size())))
                 throw Cancelled();
         }
+        m_filledColumns = 0;
+    }
+
+    void appendDetail()
+    {
+        const std::size_t first = m_flow.strips.size();
+        append(m_definition.detail, false);
+        if (first < m_flow.strips.size())
+            m_flow.strips[first].beginsRecord = true;
+    }
+
+    /// The record in the next column beside those before it; from line to line, so that a page break keeps the order.
+    void appendInColumns()
+    {
+        std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
+        if (strips.empty())
+            return;
+        const double height = std::accumulate(strips.begin(), strips.end(), 0.0,
+                                              [](double sum, const Strip& strip) { return sum + strip.height; });
+        if (height > m_heightLimit) { // one that runs over pages stands by itself
+            strips.front().beginsRecord = true;
+            std::move(strips.begin(), strips.end(), std::back_inserter(m_flow.strips));
+            m_filledColumns = 0;
+            return;
+        }
+        if (m_filledColumns == 0) {
+            m_flow.strips.emplace_back();
+            m_flow.strips.back().beginsRecord = true;
+            m_flow.strips.back().row = m_scope.row;
+        }
+        Strip& line = m_flow.strips.back();
+        QPointF at(m_filledColumns * (m_columnWidth + m_definition.detail.gap), 0);
+        for (Strip& strip : strips) {
+            for (Item& item : strip.items) {
+                moveItem(item, at);
+                line.items.push_back(std::move(item));
+            }
+            at.ry() += strip.height;
+        }
+        line.height = std::max(line.height, height);
+        line.lastRow = m_scope.row;
+        m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
     }
 
     [[nodiscard]] Flow flowSoFar() const
@@ -235,6 +289,9 @@ private:
     RowScope m_scope;
     RowRange m_rows;
     std::size_t m_done = 0;
+    std::optional<BandLayout> m_columns; // of the detail band, if it has columns
+    double m_columnWidth = 0;
+    int m_filledColumns = 0; // of the line that is being filled
 };
 
 } // namespace

@@ -13,9 +13,14 @@ struct Strip {
     double height = 0;
     bool keepWithNext = false;
     bool breakBefore = false;
-    std::size_t row = 0; ///< the row that it was made for
+    bool beginsRecord = false; ///< of the main report's detail band: counts for what a page adds up
+    std::size_t row = 0;       ///< the row that it was made for
+    std::size_t lastRow = 0;   ///< the last record of a line of several columns
     std::vector<Item> items;
 };
+
+/// Moves an item by points.
+void moveItem(Item& item, QPointF by);
 
 /// The whole report as one long band, before it is cut into pages.
 struct Flow {
@@ -53,12 +58,15 @@ private:
         QStringList lines;
         double left;
         double width;
+        int style;
         int font;
         qsizetype done = 0; ///< lines placed so far
     };
+    [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;
     void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
     void addText(const Cell& cell, qsizetype count, double y, Strip& strip) const;
 
+    const Definition& m_definition;
     Typesetter& m_typesetter;
     std::vector<int> m_fonts;     // by style
     std::vector<QColor> m_colors; // by style

@@ -106,7 +106,8 @@ private:
             double needed = height(first, chainEnd(range.last - 1));
             if (needed > room)
                 needed = height(first, range.last);
-            wanted = wanted || (!fits(needed) && needed <= room);
+            const bool leavesLittle = m_bodyHeight - m_y <= range.mayLeaveEmpty * m_bodyHeight;
+            wanted = wanted || (!fits(needed) && needed <= room && leavesLittle);
         }
         return wanted;
     }

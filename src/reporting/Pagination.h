@@ -17,6 +17,7 @@ struct StripSize {
 struct KeptTogether {
     std::size_t first = 0;
     std::size_t last = 0;
+    double mayLeaveEmpty = 1; ///< of a page's body, at most, to keep them whole
 };
 
 /// A heading that stands again at the top of each page that begins with one of the strips.

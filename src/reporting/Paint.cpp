@@ -47,6 +47,11 @@ public:
             strokes(item.color, item.width).boxes.append(box);
     }
 
+    void operator()(const PictureItem& item)
+    {
+        m_painter.drawImage(QRectF(item.box.topLeft() * UnitsPerPoint, item.box.size() * UnitsPerPoint), item.picture);
+    }
+
 private:
     struct Strokes {
         QColor color;
@@ -131,7 +136,7 @@ PagePainter::PagePainter(const Document& document) : m_document(document)
 void PagePainter::paint(QPainter& painter, int page) const
 {
     painter.save();
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     painter.setBrush(Qt::NoBrush);
     painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its letters run
     painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);

@@ -26,20 +26,6 @@ double heightOf(const std::vector<Strip>& strips)
     return height;
 }
 
-void moveItem(Item& item, QPointF by)
-{
-    std::visit(
-        [&](auto& one) {
-            if constexpr (std::is_same_v<std::decay_t<decltype(one)>, LineItem>) {
-                one.from += by;
-                one.to += by;
-            } else {
-                one.box.translate(by);
-            }
-        },
-        item);
-}
-
 /// Puts the pages together from the flow and the page header and footer.
 class PageMaker
 {
@@ -184,6 +170,8 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
     Document document;
     document.title = QString(report->definition.title + u' ' + facts.reportTitle).trimmed();
     document.paper = report->definition.paper;
+    document.files = definition.files;
+    document.warnings = definition.warnings;
 
     Typesetter typesetter;
     PageMaker pages(*report, facts, typesetter);

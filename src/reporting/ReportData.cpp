@@ -45,8 +45,10 @@ void eachFormula(Definition& definition, Visit visit)
         visit(one.condition, onPage);
         for (Row& row : one.rows) {
             visit(row.condition, onPage);
-            for (Element& element : row.elements)
+            for (Element& element : row.elements) {
                 visit(element.formula, onPage);
+                visit(element.styleChoice, onPage);
+            }
         }
     };
     visit(definition.unique, false);
@@ -82,9 +84,13 @@ public:
     {
         BoundReport report;
         report.definition = definition;
+        for (const NamedSource& named : definition.namedSources)
+            readFixed(databases, named);
         report.rows = mainRows(report, databases, selection);
         for (const Lookup& lookup : definition.lookups)
             join(report, lookup, read(databases, lookup.source, lookup.source.query));
+        report.rows.fixedNames = m_fixed.fixedNames;
+        report.rows.fixed = m_fixed.fixed;
         bind(report);
         try {
             filter(report, selection);
@@ -134,6 +140,16 @@ private:
             throw;
         } catch (const platform::RuntimeError& error) {
             throw ReportError(error.number(), error.description(), source.place);
+        }
+    }
+
+    /// The first row of a named source, for this report and its subreports; without one its fields are empty.
+    void readFixed(const Slots& databases, const NamedSource& named)
+    {
+        const RowSet set = read(databases, named.source, named.source.query);
+        for (int column = 0; column < int(set.columns.size()); ++column) {
+            m_fixed.fixedNames << named.name + u'.' + set.columns[column];
+            m_fixed.fixed.push_back(set.rows.empty() ? Value() : set.rows.front()[std::size_t(column)]);
         }
     }
 
@@ -197,7 +213,8 @@ private:
         for (std::size_t i = 0; i < names; ++i)
             if (definition.names[i].name.compare(name, Qt::CaseInsensitive) == 0)
                 return int(report.rows.columns.size()) + int(i);
-        return -1;
+        const int fixed = placeOf(name, report.rows.fixedNames);
+        return fixed < 0 ? -1 : int(report.rows.columns.size()) + int(definition.names.size()) + fixed;
     }
 
     static void bind(BoundReport& report)
@@ -344,6 +361,7 @@ private:
     const DatabaseProvider& m_databaseOf;
     const RunFacts& m_facts;
     const Progress& m_progress;
+    RowSet m_fixed; // what the named sources gave so far
 };
 
 Formula readSelection(const RunRequest& request)

@@ -6,11 +6,16 @@
 namespace orlo::reports
 {
 
+/// A name's place among others, without regard to case; -1 for an unknown one.
+[[nodiscard]] int placeOf(const QString& name, const QStringList& names);
+
 /// The rows that a query gave.
 struct RowSet {
     QStringList columns;
     std::vector<FormulaNode::Type> types; ///< of the query's columns
     std::vector<std::vector<Value>> rows;
+    QStringList fixedNames; ///< fields of the named sources, as SOURCE.COLUMN
+    std::vector<Value> fixed;
 
     /// Without regard to case; -1 for an unknown name.
     [[nodiscard]] int columnOf(const QString& name) const;

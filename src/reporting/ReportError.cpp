@@ -1,14 +1,19 @@
 #include "reporting/ReportError.h"
 
+#include <set>
+
 namespace orlo::reports
 {
 
-namespace
+const QString* keptFileName(const QString& name)
 {
+    static std::set<QString> names;
+    return &*names.insert(name).first;
+}
 
-QString told(const QString& message, Place place, const QString& file)
+QString toldWithPlace(const QString& message, Place place, const QString& file)
 {
-    QString where = file;
+    QString where = place.file ? *place.file : file;
     if (place.line > 0)
         where += QStringLiteral("%1line %2, column %3")
                      .arg(where.isEmpty() ? QString() : QStringLiteral(", "))
@@ -17,11 +22,9 @@ QString told(const QString& message, Place place, const QString& file)
     return where.isEmpty() ? message : QStringLiteral("%1 (%2)").arg(message, where);
 }
 
-} // namespace
-
 ReportError::ReportError(int number, QString message, Place place, QString file)
-    : RuntimeError(number, QStringLiteral("Report engine"), told(message, place, file)), m_message(std::move(message)),
-      m_file(std::move(file)), m_place(place)
+    : RuntimeError(number, QStringLiteral("Report engine"), toldWithPlace(message, place, file)),
+      m_message(std::move(message)), m_file(place.file ? *place.file : std::move(file)), m_place(place)
 {
 }
 

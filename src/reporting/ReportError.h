@@ -11,7 +11,14 @@ namespace orlo::reports
 struct Place {
     int line = 0;
     int column = 0;
+    const QString* file = nullptr; ///< the name of an included file, from keptFileName(); null for the report's own
 };
+
+/// A file's name for places, which outlives them all.
+[[nodiscard]] const QString* keptFileName(const QString& name);
+
+/// A message with the file and the place that it is about, as failures and warnings tell it.
+[[nodiscard]] QString toldWithPlace(const QString& message, Place place, const QString& file);
 
 /// A failed run: what is wrong and, where it lies in a report file, in which file and where.
 ///

@@ -7,12 +7,17 @@
 namespace orlo::reports
 {
 
-int RowSet::columnOf(const QString& name) const
+int placeOf(const QString& name, const QStringList& names)
 {
-    for (qsizetype i = 0; i < columns.size(); ++i)
-        if (columns[i].compare(name, Qt::CaseInsensitive) == 0)
+    for (qsizetype i = 0; i < names.size(); ++i)
+        if (names[i].compare(name, Qt::CaseInsensitive) == 0)
             return int(i);
     return -1;
+}
+
+int RowSet::columnOf(const QString& name) const
+{
+    return placeOf(name, columns);
 }
 
 RowScope::RowScope(const Definition& definition, const RowSet& rows, const RunFacts& facts)
@@ -23,6 +28,9 @@ RowScope::RowScope(const Definition& definition, const RowSet& rows, const RunFa
 Value RowScope::field(int index) const
 {
     const int columns = int(m_rows.columns.size());
+    const int fixed = columns + int(m_definition.names.size());
+    if (index >= fixed)
+        return m_rows.fixed[std::size_t(index - fixed)];
     if (index >= columns)
         return m_definition.names[std::size_t(index - columns)].formula.evaluate(*this);
     const std::size_t at = m_summaryRow != SIZE_MAX ? m_summaryRow : row;

@@ -1,0 +1,174 @@
+#include "reporting/BandReader.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr int MostColumns = 12;
+constexpr qint64 LargestPicture = 4'000'000; // bytes
+
+QColor shade(int percent)
+{
+    const float level = 1 - float(percent) / 100;
+    return QColor::fromRgbF(level, level, level);
+}
+
+} // namespace
+
+void BandReader::read(Band& band)
+{
+    if (m_lines.accept("columns")) {
+        if (&band != &m_definition.detail)
+            m_lines.failAtWord(QStringLiteral("Only the detail band has columns."));
+        band.columns = m_lines.number(1, MostColumns);
+        if (m_lines.accept("gap"))
+            band.gap = m_lines.length();
+    }
+    if (m_lines.accept("if"))
+        band.condition = m_lines.formulaBeforeBrace();
+    m_lines.open();
+    while (m_lines.nextInBlock()) {
+        const QString word = m_lines.word();
+        if (word == QLatin1String("row")) {
+            readRow(band);
+        } else {
+            Row row;
+            if (word == QLatin1String("space"))
+                row.above = m_lines.length();
+            else if (word == QLatin1String("rule") || word == QLatin1String("hairline"))
+                readLine(row, word);
+            else
+                row.elements.push_back(readElement(word));
+            band.rows.push_back(std::move(row));
+        }
+        m_lines.end();
+    }
+}
+
+void BandReader::readLine(Row& row, const QString& word)
+{
+    row.hairline = word == QLatin1String("hairline");
+    if (!row.hairline)
+        row.ruleAbove = m_lines.length();
+    if (m_lines.accept("color"))
+        row.ruleColor = m_lines.color();
+    if (m_lines.accept("from"))
+        row.left = m_lines.length();
+}
+
+void BandReader::readRow(Band& band)
+{
+    Row row;
+    while (!m_lines.atOpening()) {
+        if (m_lines.accept("if")) {
+            row.condition = m_lines.formulaBeforeBrace();
+            break;
+        }
+        const QString word = m_lines.word();
+        if (word == QLatin1String("above"))
+            row.above = m_lines.length();
+        else if (word == QLatin1String("below"))
+            row.below = m_lines.length();
+        else if (word == QLatin1String("rule-above"))
+            row.ruleAbove = m_lines.length();
+        else if (word == QLatin1String("rule-below"))
+            row.ruleBelow = m_lines.length();
+        else if (word == QLatin1String("hairline"))
+            row.hairline = true;
+        else if (word == QLatin1String("from"))
+            row.left = m_lines.length();
+        else if (word == QLatin1String("shade"))
+            row.fill = m_lines.atLength() ? shade(m_lines.percent()) : m_lines.color();
+        else if (word == QLatin1String("color"))
+            row.ruleColor = m_lines.color();
+        else
+            m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a row.").arg(word));
+    }
+    m_lines.open();
+    while (m_lines.nextInBlock()) {
+        row.elements.push_back(readElement(m_lines.word()));
+        m_lines.end();
+    }
+    band.rows.push_back(std::move(row));
+}
+
+/// text LEFT [WIDTH] [left|center|right] [STYLE] = formula; tick-box LEFT; line LEFT WIDTH [color C];
+/// picture LEFT WIDTH HEIGHT "FILE"; subreport "NAME" [LEFT]
+Element BandReader::readElement(const QString& word)
+{
+    Element element;
+    element.place = m_lines.place();
+    if (word == QLatin1String("text")) {
+        readText(element);
+    } else if (word == QLatin1String("subreport")) {
+        element.kind = Element::Kind::Subreport;
+        element.subreport = m_lines.quoted();
+        element.left = m_lines.atEnd() ? 0 : m_lines.length();
+    } else if (word == QLatin1String("tick-box")) {
+        element.kind = Element::Kind::TickBox;
+        element.left = m_lines.length();
+    } else if (word == QLatin1String("line")) {
+        element.kind = Element::Kind::Line;
+        element.left = m_lines.length();
+        element.width = m_lines.length();
+        if (m_lines.accept("color"))
+            element.color = m_lines.color();
+    } else if (word == QLatin1String("picture")) {
+        readPicture(element);
+    } else {
+        m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a band.").arg(word));
+    }
+    return element;
+}
+
+void BandReader::readText(Element& element)
+{
+    element.left = m_lines.length();
+    if (m_lines.atLength())
+        element.width = m_lines.length();
+    while (!m_lines.atSign(u'=')) {
+        if (m_lines.accept("left"))
+            element.alignment = Qt::AlignLeft;
+        else if (m_lines.accept("center"))
+            element.alignment = Qt::AlignHCenter;
+        else if (m_lines.accept("right"))
+            element.alignment = Qt::AlignRight;
+        else if (m_lines.atSign(u'('))
+            element.styleChoice = m_lines.formulaInBrackets();
+        else {
+            const QString name = m_lines.word();
+            element.style = m_definition.styleNamed(name);
+            if (element.style < 0)
+                m_lines.failAtWord(QStringLiteral("There is no style \"%1\".").arg(name));
+        }
+    }
+    element.formula = m_lines.assigned();
+}
+
+/// A picture that isn't there takes no room: a pack without a mark of its own needs no other report.
+void BandReader::readPicture(Element& element)
+{
+    element.kind = Element::Kind::Picture;
+    element.left = m_lines.length();
+    element.width = m_lines.length();
+    element.height = m_lines.length();
+    const Place place = m_lines.place();
+    const QString path = QDir(m_folder).filePath(m_lines.quoted());
+    if (!QFileInfo::exists(path))
+        return;
+    m_definition.files << path;
+    QImage picture;
+    if (QFileInfo(path).size() > LargestPicture || !picture.load(path)) {
+        m_definition.warnings << toldWithPlace(QStringLiteral("The picture can't be read."), place, {});
+        return;
+    }
+    element.picture = int(m_definition.pictures.size());
+    m_definition.pictures.push_back(picture);
+}
+
+} // namespace orlo::reports

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "reporting/Definition.h"
+#include "reporting/DefinitionLines.h"
+
+namespace orlo::reports
+{
+
+/// Reads the bands of a definition: what stands between a band's braces, and the options before them.
+class BandReader
+{
+public:
+    /// Pictures lie in the folder.
+    BandReader(DefinitionLines& lines, Definition& definition, const QString& folder)
+        : m_lines(lines), m_definition(definition), m_folder(folder)
+    {
+    }
+
+    /// Reads a band from after its name on.
+    void read(Band& band);
+
+private:
+    void readRow(Band& band);
+    void readLine(Row& row, const QString& word);
+    Element readElement(const QString& word);
+    void readText(Element& element);
+    void readPicture(Element& element);
+
+    DefinitionLines& m_lines;
+    Definition& m_definition;
+    const QString& m_folder;
+};
+
+} // namespace orlo::reports
