@@ -57,7 +57,8 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
     double ascent = 0;
     double pictures = 0;
     for (const Element& element : row.elements) {
-        if (element.kind == Element::Kind::Subreport || (element.kind == Element::Kind::Picture && element.picture < 0))
+        if (element.kind == Element::Kind::Subreport || element.kind == Element::Kind::Rows ||
+            (element.kind == Element::Kind::Picture && element.picture < 0))
             continue;
         cells.push_back(cell(element, scope, left));
         if (element.kind == Element::Kind::Text || element.kind == Element::Kind::TickBox)
@@ -65,12 +66,25 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         pictures = std::max(pictures, element.height);
     }
 
+    std::vector<Block> beside = blocks(row, scope, left);
+
     // A high row is cut between lines: each part takes as many lines of each cell as a share of the limit lets it, so
     // that the parts fill a page to its end.
     double height = row.above + row.ruleAbove + pictures;
     for (const Cell& cell : cells)
         height = std::max(height,
                           row.above + row.ruleAbove + double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
+    for (const Block& block : beside)
+        height = std::max(height, row.above + row.ruleAbove + block.height);
+    if (height > m_heightLimit && !beside.empty()) { // then its blocks stand below it
+        Row own = row;
+        std::erase_if(own.elements, [](const Element& element) { return element.kind == Element::Kind::Rows; });
+        layOutRow(own, scope, left, strips);
+        for (const Element& element : row.elements)
+            for (const Row& inner : element.rows)
+                layOutRow(inner, scope, left + element.left, strips);
+        return;
+    }
     const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
     bool top = true;
     for (bool more = true; more; top = false) {
@@ -93,8 +107,7 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
             }
             if (cell.element->kind == Element::Kind::Picture && top) {
                 const QRectF box(cell.left, textTop, cell.width, cell.element->height);
-                strip.items.push_back(
-                    PictureItem{box, m_definition.pictures[std::size_t(cell.element->picture)]});
+                strip.items.push_back(PictureItem{box, m_definition.pictures[std::size_t(cell.element->picture)]});
                 bottom = std::max(bottom, box.bottom());
             }
             if (count > 0) {
@@ -104,6 +117,13 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
             cell.done += count;
             more = more || cell.done < cell.lines.size();
         }
+        for (Block& block : beside) {
+            for (Item& item : block.items) {
+                moveItem(item, {0, textTop});
+                strip.items.push_back(std::move(item));
+            }
+            bottom = std::max(bottom, textTop + block.height);
+        }
         strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
         addDecoration(row, left, strip.height, top, !more, strip);
         for (const Cell& cell : cells)
@@ -112,6 +132,27 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
                     LineItem{{cell.left, 0}, {cell.left, strip.height}, cell.width, cell.element->color});
         strips.push_back(std::move(strip));
     }
+}
+
+std::vector<BandLayout::Block> BandLayout::blocks(const Row& row, const RowScope& scope, double left) const
+{
+    std::vector<Block> blocks;
+    for (const Element& element : row.elements) {
+        if (element.kind != Element::Kind::Rows)
+            continue;
+        std::vector<Strip> strips;
+        for (const Row& inner : element.rows)
+            layOutRow(inner, scope, left + element.left, strips);
+        Block& block = blocks.emplace_back();
+        for (Strip& strip : strips) {
+            for (Item& item : strip.items) {
+                moveItem(item, {0, block.height});
+                block.items.push_back(std::move(item));
+            }
+            block.height += strip.height;
+        }
+    }
+    return blocks;
 }
 
 BandLayout::Cell BandLayout::cell(const Element& element, const RowScope& scope, double left) const
@@ -139,15 +180,15 @@ void BandLayout::addDecoration(const Row& row, double left, double height, bool 
     const double to = m_textWidth;
     static const QColor hairline = QColor::fromRgbF(HairlineGray, HairlineGray, HairlineGray);
     if (row.fill.isValid())
-        strip.items.insert(strip.items.begin(),
-                           BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, row.fill});
+        strip.items.insert(strip.items.begin(), BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, row.fill});
     if (row.ruleAbove > 0 && top)
-        strip.items.push_back(LineItem{{from, row.ruleAbove / 2}, {to, row.ruleAbove / 2}, row.ruleAbove, row.ruleColor});
+        strip.items.push_back(
+            LineItem{{from, row.ruleAbove / 2}, {to, row.ruleAbove / 2}, row.ruleAbove, row.ruleColor});
     if (row.hairline && bottom)
         strip.items.push_back(LineItem{{from, height}, {to, height}, HairlineWidth, hairline});
     if (row.ruleBelow > 0 && bottom)
-        strip.items.push_back(
-            LineItem{{from, height - row.ruleBelow / 2}, {to, height - row.ruleBelow / 2}, row.ruleBelow, row.ruleColor});
+        strip.items.push_back(LineItem{
+            {from, height - row.ruleBelow / 2}, {to, height - row.ruleBelow / 2}, row.ruleBelow, row.ruleColor});
 }
 
 void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& strip) const

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace orlo::reports
 {
 
@@ -35,7 +37,7 @@ void BandReader::read(Band& band)
     while (m_lines.nextInBlock()) {
         const QString word = m_lines.word();
         if (word == QLatin1String("row")) {
-            readRow(band);
+            readRow(band.rows);
         } else {
             Row row;
             if (word == QLatin1String("space"))
@@ -61,9 +63,10 @@ void BandReader::readLine(Row& row, const QString& word)
         row.left = m_lines.length();
 }
 
-void BandReader::readRow(Band& band)
+void BandReader::readRow(std::vector<Row>& rows)
 {
     Row row;
+    bool wanted = true;
     while (!m_lines.atOpening()) {
         if (m_lines.accept("if")) {
             row.condition = m_lines.formulaBeforeBrace();
@@ -82,6 +85,10 @@ void BandReader::readRow(Band& band)
             row.hairline = true;
         else if (word == QLatin1String("from"))
             row.left = m_lines.length();
+        else if (word == QLatin1String("with"))
+            wanted = QFileInfo::exists(QDir(m_folder).filePath(m_lines.quoted()));
+        else if (word == QLatin1String("without"))
+            wanted = !QFileInfo::exists(QDir(m_folder).filePath(m_lines.quoted()));
         else if (word == QLatin1String("shade"))
             row.fill = m_lines.atLength() ? shade(m_lines.percent()) : m_lines.color();
         else if (word == QLatin1String("color"))
@@ -94,7 +101,26 @@ void BandReader::readRow(Band& band)
         row.elements.push_back(readElement(m_lines.word()));
         m_lines.end();
     }
-    band.rows.push_back(std::move(row));
+    if (wanted)
+        rows.push_back(std::move(row));
+}
+
+/// rows [LEFT] { row { … } … }
+void BandReader::readRows(Element& element)
+{
+    if (std::exchange(m_inRows, true))
+        m_lines.fail(QStringLiteral("Rows can't hold further rows."));
+    element.kind = Element::Kind::Rows;
+    if (m_lines.atLength())
+        element.left = m_lines.length();
+    m_lines.open();
+    while (m_lines.nextInBlock()) {
+        if (m_lines.word() != QLatin1String("row"))
+            m_lines.failAtWord(QStringLiteral("Only a row can stand here."));
+        readRow(element.rows);
+        m_lines.end();
+    }
+    m_inRows = false;
 }
 
 /// text LEFT [WIDTH] [left|center|right] [STYLE] = formula; tick-box LEFT; line LEFT WIDTH [color C];
@@ -105,7 +131,7 @@ Element BandReader::readElement(const QString& word)
     element.place = m_lines.place();
     if (word == QLatin1String("text")) {
         readText(element);
-    } else if (word == QLatin1String("subreport")) {
+    } else if (word == QLatin1String("subreport") && !m_inRows) {
         element.kind = Element::Kind::Subreport;
         element.subreport = m_lines.quoted();
         element.left = m_lines.atEnd() ? 0 : m_lines.length();
@@ -118,6 +144,8 @@ Element BandReader::readElement(const QString& word)
         element.width = m_lines.length();
         if (m_lines.accept("color"))
             element.color = m_lines.color();
+    } else if (word == QLatin1String("rows")) {
+        readRows(element);
     } else if (word == QLatin1String("picture")) {
         readPicture(element);
     } else {

@@ -20,15 +20,17 @@ public:
     void read(Band& band);
 
 private:
-    void readRow(Band& band);
+    void readRow(std::vector<Row>& rows);
     void readLine(Row& row, const QString& word);
     Element readElement(const QString& word);
     void readText(Element& element);
     void readPicture(Element& element);
+    void readRows(Element& element);
 
     DefinitionLines& m_lines;
     Definition& m_definition;
     const QString& m_folder;
+    bool m_inRows = false;
 };
 
 } // namespace orlo::reports

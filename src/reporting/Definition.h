@@ -43,6 +43,7 @@ struct Lookup {
     Source source;
     QString mainField;
     QString ownField;
+    bool joined = false; ///< the texts of all rows of the key, separated by ", "
     Place place;
 };
 
@@ -58,18 +59,21 @@ struct SortKey {
     bool descending = false;
 };
 
+struct Row;
+
 /// What stands in a row of a band. Positions are points from the left margin.
 struct Element {
-    enum class Kind { Text, TickBox, Subreport, Line, Picture };
+    enum class Kind { Text, TickBox, Subreport, Line, Picture, Rows };
     Kind kind = Kind::Text;
     double left = 0;
     double width = 0;  ///< 0 runs to the right margin; of a line, its own
     double height = 0; ///< of a picture
     Qt::Alignment alignment = Qt::AlignLeft;
-    int style = 0;       ///< place in Definition::styles
-    Formula styleChoice; ///< gives a style's name; empty where one style is for all
+    int style = 0;            ///< place in Definition::styles
+    Formula styleChoice;      ///< gives a style's name; empty where one style is for all
     QColor color = Qt::black; ///< of a line
     int picture = -1;         ///< place in Definition::pictures
+    std::vector<Row> rows;    ///< one below the other, whatever stands beside them
     Formula formula;
     QString subreport;
     Place place;
@@ -154,8 +158,8 @@ struct Definition {
     [[nodiscard]] const Definition* subreport(const QString& name) const;
 };
 
-/// Reads a definition's text; what it includes lies in the folder. Raises ReportError 3075 with line and column for what
-/// can't be read.
+/// Reads a definition's text; what it includes lies in the folder. Raises ReportError 3075 with line and column for
+/// what can't be read.
 [[nodiscard]] Definition readDefinition(const QString& text, const QString& folder = {});
 /// Reads a report file. Raises ReportError 53 for a missing file, and as readDefinition() with the file's name.
 [[nodiscard]] Definition readDefinitionFile(const QString& path);

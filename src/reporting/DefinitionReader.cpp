@@ -101,8 +101,8 @@ private:
         if (Band* band = bandNamed(word)) {
             *band = {}; // the last of two counts: what an included file gives is not for all
             readBand(*band);
-        } else if (const auto known =
-                       std::find_if(Statements.begin(), Statements.end(), [&](const auto& s) { return s.word == word; });
+        } else if (const auto known = std::find_if(Statements.begin(), Statements.end(),
+                                                   [&](const auto& s) { return s.word == word; });
                    known != Statements.end()) {
             (this->*known->read)();
         } else {
@@ -146,7 +146,8 @@ private:
             path = QStringLiteral(":/reports/") + name;
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly) || file.size() > LargestFile)
-            throw ReportError(platform::FileNotFound, QStringLiteral("The file \"%1\" can't be found.").arg(name), place);
+            throw ReportError(platform::FileNotFound, QStringLiteral("The file \"%1\" can't be found.").arg(name),
+                              place);
         m_definition.files << path;
         const auto [text, isUtf8] = textOf(file.readAll());
         if (!isUtf8)
@@ -254,7 +255,7 @@ private:
         return source;
     }
 
-    /// lookup {main field} = {own field} slot 1 { query }
+    /// lookup {main field} = {own field} [joined] [slot N] { query }
     void readLookup()
     {
         Lookup lookup;
@@ -262,6 +263,7 @@ private:
         lookup.mainField = m_lines->fieldName();
         m_lines->expect("=");
         lookup.ownField = m_lines->fieldName();
+        lookup.joined = m_lines->accept("joined");
         lookup.source = readSource();
         m_definition.lookups.push_back(std::move(lookup));
     }

@@ -62,6 +62,12 @@ private:
         int font;
         qsizetype done = 0; ///< lines placed so far
     };
+    struct Block {
+        std::vector<Item> items;
+        double height = 0;
+    };
+    /// The rows beside a row's own texts, each block as its rows stand one below the other.
+    [[nodiscard]] std::vector<Block> blocks(const Row& row, const RowScope& scope, double left) const;
     [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;
     void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
     void addText(const Cell& cell, qsizetype count, double y, Strip& strip) const;

@@ -41,15 +41,19 @@ FormulaNode::Type typeOf(store::FieldType type)
 template <typename Visit>
 void eachFormula(Definition& definition, Visit visit)
 {
-    const auto band = [&](Band& one, bool onPage) {
-        visit(one.condition, onPage);
-        for (Row& row : one.rows) {
+    const auto each = [&](auto& self, std::vector<Row>& rows, bool onPage) -> void {
+        for (Row& row : rows) {
             visit(row.condition, onPage);
             for (Element& element : row.elements) {
                 visit(element.formula, onPage);
                 visit(element.styleChoice, onPage);
+                self(self, element.rows, onPage);
             }
         }
+    };
+    const auto band = [&](Band& one, bool onPage) {
+        visit(one.condition, onPage);
+        each(each, one.rows, onPage);
     };
     visit(definition.unique, false);
     for (SortKey& key : definition.sort)
@@ -186,10 +190,35 @@ private:
         return column;
     }
 
-    static void join(BoundReport& report, const Lookup& lookup, const RowSet& other)
+    /// Makes one row of all that have the same key: their texts, separated by commas.
+    static void joinTexts(RowSet& set, std::size_t key)
+    {
+        QHash<QString, std::size_t> firstOf;
+        std::vector<std::vector<Value>> joined;
+        for (std::vector<Value>& row : set.rows) {
+            const QString name = linkKey(row[key]);
+            const auto first = firstOf.constFind(name);
+            if (first == firstOf.constEnd()) {
+                firstOf.insert(name, joined.size());
+                joined.push_back(std::move(row));
+                continue;
+            }
+            for (std::size_t i = 0; i < row.size(); ++i)
+                if (Value& value = joined[*first][i]; i != key && !row[i].isNull())
+                    value =
+                        value.isNull()
+                            ? row[i]
+                            : Value(QStringList{displayText(value), displayText(row[i])}.join(QLatin1StringView(", ")));
+        }
+        set.rows = std::move(joined);
+    }
+
+    static void join(BoundReport& report, const Lookup& lookup, RowSet other)
     {
         const auto key = std::size_t(required(report.rows, lookup.mainField, lookup.place));
         const auto ownKey = std::size_t(required(other, lookup.ownField, lookup.place));
+        if (lookup.joined)
+            joinTexts(other, ownKey);
         QHash<QString, std::size_t> byKey;
         for (std::size_t i = other.rows.size(); i-- > 0;)
             if (!other.rows[i][ownKey].isNull())

@@ -25,7 +25,7 @@ starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens th
     diff /dev/null <(sed '/propagateSizeHints/d' "$here/complaints") # that is about having no display
 }
 complete() { # complete FOLDER: all that the program needs is there
-    for file in "$source"/src/{reports/files/*.rpt,layouts/*.grd}; do cmp "$file" "$1/${file##*/}"; done
+    for file in "$source"/src/{reports/files/*.{rpt,inc},layouts/*.grd}; do cmp "$file" "$1/${file##*/}"; done
     [ ! -e "$build/app/orlo-jet" ] || "$1/orlo-jet" "$source/tests/jet/data/small-1.1.mdb" >/dev/null
 }
 

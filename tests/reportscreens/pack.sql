@@ -1,5 +1,6 @@
 -- Many people of odd names, awards with notes of many lines, one of them no longer in the catalogue.
 BEGIN;
+INSERT INTO PackInfo VALUES (12, 'Zoë''s');
 INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID, Phone, Parent_Name1, Parent1_Email,
     Parent1_Home_Phone, Parent1_Work_Phone, Parent_Name2, Parent2_Home_Phone, Parent2_Work_Phone, Scouts_Email,
     Parent2_Email)
