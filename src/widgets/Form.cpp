@@ -1,5 +1,6 @@
 #include "widgets/Form.h"
 
+#include "platform/Logging.h"
 #include "widgets/BoundGrid.h"
 
 #include <QApplication>
@@ -102,6 +103,7 @@ void Form::ensureLoaded()
     if (m_loaded)
         return;
     m_loaded = true;
+    qCDebug(platform::formsLog) << "loads" << objectName();
     describeComboBoxes(*this);
     load();
 }
@@ -136,6 +138,7 @@ void Form::showWaiting()
     setWindowModality(owner ? Qt::WindowModal : Qt::ApplicationModal);
     setFixedBorder();
     centreOnOwner(*this);
+    qCDebug(platform::formsLog) << "waits for" << objectName();
     QEventLoop loop;
     connect(this, &Form::unloaded, &loop, &QEventLoop::quit);
     show();
@@ -150,6 +153,7 @@ void Form::unload()
     if (m_unloading)
         return;
     m_unloading = true;
+    qCDebug(platform::formsLog) << "unloads" << objectName();
     m_unchecked.clear(); // what is being closed uses no field any more
     loadedForms.removeOne(this);
     if (m_forget)

@@ -2,6 +2,7 @@
 
 #include "platform/Application.h"
 #include "platform/FileSystem.h"
+#include "platform/Logging.h"
 #include "platform/RuntimeError.h"
 #include "reporting/ReportError.h"
 #include "reporting/view/PreviewWindow.h"
@@ -132,6 +133,7 @@ void ReportControl::setSubreportToChange(const QString& name)
 
 int ReportControl::run()
 {
+    const platform::TimeLog time(platform::reportLog(), m_request.reportFile);
     if (m_running)
         return platform::InvalidProcedureCall;
     m_running = true;

@@ -1,6 +1,7 @@
 #include "store/engine/Database.h"
 
 #include "platform/FileSystem.h"
+#include "platform/Logging.h"
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
@@ -105,12 +106,14 @@ Database::Database(std::shared_ptr<Connection> connection) : m_connection(std::m
 Recordset Database::openRecordset(const QString& source)
 {
     m_connection->ensureOpen();
+    const platform::TimeLog time(platform::sqlLog(), source);
     return Recordset(std::make_unique<Recordset::Impl>(m_connection, source));
 }
 
 void Database::execute(const QString& sql)
 {
     m_connection->ensureOpen();
+    const platform::TimeLog time(platform::sqlLog(), sql);
     const auto action = m_connection->translated(sql);
     if (action->kind == Translated::Kind::Select)
         throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
