@@ -297,6 +297,7 @@ private Q_SLOTS:
             #0 cmdFind>Last:y,Last:,cmdFind     | Fay, Dot X.; Idle, Cid; Old, Bob; Young, Ann M. | Dot | Adult 1 of 4 ..NLn.d page 0 |
             #0 cmdFind>+Wolf_Den_3,open,cmdFind | Idle, Cid; Old, Bob | Cid | Adult 1 of 2 ..NLn.d page 0 |
             #0 cmdFind>cmbDen:1,open,cmdFind    | Idle, Cid; Old, Bob | Cid | Adult 1 of 2 ..NLn.d page 0 |
+            #0 cmdFind>cmbDen:1,+,First:d,cmdFind | Fay, Dot X.  | Dot | Adult 1 of 1 ....n.d page 0 |
             #0 cmdFind>cmbDen:1,First:B,cmdFind | Old, Bob       | Bob | Adult 1 of 1 ....n.d page 0 |
             L ok cmdFind>cmbDen:0,cmdFind       | Fay, Dot X.; Old, Bob; Young, Ann M. | Ann | Adult 3 of 3 FP..n.d page 0 | none
             @1 First=Rob s ok cmdFind>cmbDen:1,First:R,cmdFind | Fay, Dot X.; Old, Rob; Young, Ann M. | Rob | Adult 2 of 3 FPNLn.d page 0 | none

@@ -325,7 +325,14 @@ private Q_SLOTS:
         note.undo();
         QCOMPARE(note.toPlainText(), "a\nb c");
         QTest::keyClicks(&note, "x");
-        screen.go("s");
+        // On its page Enter saves nothing, wherever the focus is.
+        auto& pages = screen.get<QTabWidget>("tabScout");
+        for (const int page : {2, 0}) {
+            pages.setCurrentIndex(page);
+            screen.get("comDen").setFocus();
+            screen.go("Enter");
+            QCOMPARE(screen.get("cmdSave").isEnabled(), page == 2);
+        }
         QCOMPARE(test::rows("Select Note From Scouts Where Scout_SID = 1"), "xa\nb c");
     }
 

@@ -235,16 +235,21 @@ good      | F | restored | d   | 0
         QTEST(QString::number(test::count("Dens")), "dens");
     }
 
+    // A drive that has gone is noticed before anything is touched.
+    void restoreOfAnythingElseEndsTheProgram_data() { test::table({"drive"}, "there\ngone"); }
     void restoreOfAnythingElseEndsTheProgram()
     {
-        const Place place;
+        const bool gone = QTest::currentDataTag() == QByteArray("gone");
+        Place place;
         place.sh("printf garbage > $B");
-        const auto restore = [] {
+        const auto restore = [&] {
             widgets::message("takes the answer that waits");
-            Screen<frmRestorBackup>().go("yes ok ok");
+            const Screen<frmRestorBackup> screen;
+            place.drives.resize(gone ? 1 : 2);
+            screen.go("yes ok ok");
         };
         QCOMPARE(test::failureInChild("", restore), "Run-time error '91':");
-        QCOMPARE(test::contents(place.database), "garbage");
+        QCOMPARE(test::contents(place.database) == "garbage", !gone);
     }
 
     void lists()

@@ -153,6 +153,16 @@ private Q_SLOTS:
                  3010);
     }
 
+    // The old file goes only once the new one is open.
+    void aNewFileThatDoesNotOpen()
+    {
+        const OldFolder folder;
+        QVERIFY(QDir().mkdir(folder.file("Quorrel11.mdb-journal")));
+        test::answerNext();
+        QVERIFY(test::failureNumber([] { return UpdateDatabaseFile(); }) != 0);
+        QVERIFY(QFile::exists(folder.file()));
+    }
+
     void emptyTablesPass()
     {
         const OldFolder folder;
