@@ -146,6 +146,10 @@ private Q_SLOTS:
                     bytes.replace(10, 2, "\4\x80"); // a report
             }
         });
+        // The numbers become ones of 32 bits, the first of them 0.1 for 2.
+        pages.setType(pages.table({u"Den_Number"_s, u"Den_Name"_s}), 1, 6, 4);
+        pages.change({u"Den_Number"_s, u"Den_Name"_s},
+                     [](Rows& dens) { dens[0].bytes.replace("\0\0\0\0\0\0\0\x40"_ba, "\xCD\xCC\xCC\x3D\0\0\0\0"_ba); });
         // The counter is Null.
         pages.change({u"Position_Title"_s, u"Leader_SID"_s}, [](Rows& leaders) { leaders[0].bytes.back() = 7; });
         pages.change({u"Adult_SID"_s, u"WorkPhone"_s}, [](Rows& adults) {
@@ -166,6 +170,7 @@ private Q_SLOTS:
                  {"SELECT group_concat(Insignia_SID) FROM (SELECT * FROM Assigned_Awards_Adults LIMIT 7)",
                   "1,2,3,4,5,7,9"},
                  {"SELECT min(Date_Assigned) FROM Assigned_Awards_Adults", "1899-12-29 06:00:00"},
+                 {"SELECT Den_Number FROM Dens WHERE Den_SID = 1", "0.1"},
                  {"SELECT Item_Name, Quantity FROM \"x\"\"; DROP TABLE [y]'\"", "Slides|12"},
                  {"SELECT Email FROM Adults WHERE Adult_SID = 4", "two😁 halves.........."},
                  {"SELECT Adult_SID, Email, Kept_Because FROM Adults_Kept",

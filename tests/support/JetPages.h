@@ -34,7 +34,7 @@ public:
             if (bytes[0] == 2 && std::ranges::all_of(fields, [&](const QString& f) { return bytes.contains(wide(f)); }))
                 return page;
         }
-        qFatal("no table with %s", qPrintable(fields.join(u' ')));
+        fail(QStringLiteral("no table with ") + fields.join(u' '));
     }
     /// Exchanges two names of the same length within a table's page.
     void exchangeNames(int table, const QString& one, const QString& other)
@@ -42,6 +42,13 @@ public:
         QByteArray page = m_bytes.mid(table * Size, Size);
         page.replace(wide(one), "\1\2\3").replace(wide(other), wide(one)).replace("\1\2\3", wide(other));
         m_bytes.replace(table * Size, Size, page);
+    }
+    /// Makes a field, by its place, one of another type and width.
+    void setType(int table, int field, int type, int width)
+    {
+        const qsizetype entry = table * Size + 63 + 12 * get(table * Size + 51, 4) + 25 * field;
+        put(entry, type, 1);
+        put(entry + 23, width, 2);
     }
     void replace(const QString& before, const QString& after) { m_bytes.replace(wide(before), wide(after)); }
     /// The rows of a table that weren't removed.
