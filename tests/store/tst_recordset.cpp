@@ -259,6 +259,7 @@ private Q_SLOTS:
     void changedByAnother_data()
     {
         test::table({"statement", "at"}, R"(
+            Update T Set Name = 'new' Where SID = 3                                          | after a write of our own
             Delete From T Where SID = 3; Insert Into T(rowid, SID, Name) Values(3, 3, 'new') | edit
             Delete From T Where SID = 3; Insert Into T(rowid, SID, Name) Values(3, 3, 'new') | remove
             Update T Set Name = 'new' Where SID = 3                                          | edit
@@ -278,9 +279,11 @@ private Q_SLOTS:
             rows.edit();
             rows.setValue(u"Big", 5);
         }
+        if (at.startsWith("after"))
+            m_database->execute("Update T Set Name = 'other' Where SID = 1");
         test::sqlite(m_path, statement.toUtf8());
         const int number = failureNumber([&] {
-            at == "edit" ? rows.edit() : at == "update" ? rows.update() : rows.remove();
+            at == "edit" || at.startsWith("after") ? rows.edit() : at == "update" ? rows.update() : rows.remove();
         });
         QCOMPARE(number, int(statement.contains("= 9") ? platform::RecordDeleted : platform::ChangedByAnother));
         QCOMPARE(test::sqlite(m_path, "Select Name || ifnull(Big, '-') From T Where SID = 3").join(u' '), "new-");

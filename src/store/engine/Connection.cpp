@@ -5,7 +5,6 @@
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
-#include "store/engine/RowNumbers.h"
 #include "store/engine/Source.h"
 
 #include <QFile>
@@ -110,6 +109,13 @@ void Connection::harden()
 {
     sqlite3_extended_result_codes(m_db, 1);
     sqlite3_busy_timeout(m_db, BusyMilliseconds);
+    const auto note = [](void* connection, int change, const char*, const char* table, sqlite3_int64 number) {
+        auto& self = *static_cast<Connection*>(connection);
+        self.m_ownRows.note(table, number, self.m_changeStamp + 1); // the change is noted once it is made
+        if (change == SQLITE_INSERT && self.m_inserts)
+            self.m_inserts->note(table, number);
+    };
+    sqlite3_update_hook(m_db, note, this);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/engine/Guard.h"
+#include "store/engine/RowNumbers.h"
 #include "store/engine/Sql.h"
 #include "store/engine/Statement.h"
 
@@ -94,6 +95,13 @@ public:
     /// Grows with every change made through this connection.
     [[nodiscard]] quint64 changeStamp() const { return m_changeStamp; }
     void noteChange() { ++m_changeStamp; }
+    /// The stamp of this connection's last change of a row, 0 where it made none. Quoted name.
+    [[nodiscard]] quint64 ownChange(const QByteArray& table, qint64 number) const
+    {
+        return m_ownRows.lastChange(table, number);
+    }
+    /// Tells the watch of every row that is inserted; null for none.
+    void watchInserts(InsertWatch* watch) { m_inserts = watch; }
     /// Another number after every change that came from outside this connection.
     [[nodiscard]] qint64 dataVersion();
     /// Drops what was remembered of the catalogue.
@@ -122,6 +130,8 @@ private:
     QHash<QString, TableInfo> m_tables;
     QHash<QString, std::shared_ptr<const KnownFields>> m_fields;
     quint64 m_changeStamp = 0;
+    OwnRows m_ownRows;
+    InsertWatch* m_inserts = nullptr;
 };
 
 /// A transaction that is rolled back unless it is committed. Within another one it is a part of that.

@@ -72,9 +72,12 @@ bool ReadAhead::isTrue()
 void ReadAhead::confirm(qsizetype place)
 {
     const std::size_t all = m_source.shape->fields.size();
-    // Where the program itself has written since, it can't be told whose change it was.
-    const bool comparable = !m_arrived && has(place) && m_ownChanges == m_connection.changeStamp();
-    const bool unchanged = comparable && m_othersChanges == m_connection.dataVersion();
+    // Where the program itself has written the row since, it can't be told whose the difference is.
+    const bool comparable =
+        !m_arrived && has(place) &&
+        m_connection.ownChange(m_source.table, m_numbers[static_cast<std::size_t>(place)]) <= m_ownChanges;
+    const bool unchanged =
+        comparable && m_ownChanges == m_connection.changeStamp() && m_othersChanges == m_connection.dataVersion();
     const qsizetype row = comparable ? m_rowOf[static_cast<std::size_t>(place - m_start)] : Gone;
     if (unchanged && row != Gone && m_rows.columns() == all)
         return;

@@ -219,6 +219,8 @@ void Recordset::Impl::insertBuffer()
         statement.bind(given + 1, leastNewNumber());
     statement.step();
     m_numbers.push_back(sqlite3_last_insert_rowid(m_connection->handle()));
+    if (m_source->freeNumbers)
+        noteGivenNumber(m_numbers.back());
     // The first record of an empty set becomes the current one; forms go on with it.
     if (m_size++ == 0)
         go(0);
