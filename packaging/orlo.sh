@@ -33,11 +33,13 @@ flock 9 # two starts at once take turns
 for file in "$package"/*; do
     name=${file##*/}
     case $name in
+        manual | *-pack) [ -e "$app/$name" ] || ln -sfn "$(readlink -f "$file")" "$app/$name" ;;
         *.mdb) [ -n "$(held 'Quorrel*.mdb')" ] || copy "$file" "$app/$name" -n ;;
         orlo*) cmp -s "$file" "$app/$name" || copy "$file" "$app/$name" ;;
         *) refresh "$file" "$name" ;;
     esac
 done
 exec 9>&-
-# A copy that failed has said so; the program that the user has still starts.
+# A copy that failed has said so; the program that the user has still starts. Its lists of folders begin where it is.
+cd "$app" || exit 1
 exec "$app/orlo" "$@"

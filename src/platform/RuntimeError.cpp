@@ -61,7 +61,8 @@ QString standardDescription(int number)
         {PrimaryKeyExists, QStringLiteral("The table already has a primary key.")},
         {NullInRequiredField, QStringLiteral("A required field can't contain a Null value.")},
         {ZeroLengthNotAllowed, QStringLiteral("The field can't be a zero-length text.")},
-        {UnrecognisedFormat, QStringLiteral("Unrecognised database format.")},
+        {UnrecognisedFormat, QStringLiteral("Unrecognised database format. It isn't a pack's file, or its very "
+                                            "beginning is damaged.")},
         {ObjectInvalid, QStringLiteral("Object invalid or no longer set.")},
         {WrongDataType, QStringLiteral("Data type conversion error.")},
     };

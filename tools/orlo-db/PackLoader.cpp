@@ -20,18 +20,19 @@ using store::Value;
 namespace
 {
 
-// The fields that the header line names, in its order.
+// The fields that the header line names, in its order; null for one that only the current version has.
 std::vector<const Field*> readHeader(CsvReader& reader, const TableDef& table)
 {
+    const TableDef* current = store::schema::findTable(table.name(), store::SchemaVersion::V11);
     std::vector<CsvCell> header;
     if (!reader.readRow(header))
         throw CsvError({}, QStringLiteral("the file has no header line"));
     std::vector<const Field*> fields;
     for (const CsvCell& cell : header) {
         const Field* field = table.findField(cell.text);
-        if (!field)
+        if (!field && !(current && current->findField(cell.text)))
             throw CsvError(cell.place, QStringLiteral("%1 has no field \"%2\"").arg(table.name(), cell.text));
-        if (std::ranges::find(fields, field) != fields.end())
+        if (field && std::ranges::find(fields, field) != fields.end())
             throw CsvError(cell.place, QStringLiteral("%1 stands twice in the header").arg(field->name));
         fields.push_back(field);
     }
@@ -109,7 +110,7 @@ CsvError refusedRow(const RuntimeError& error, const TableDef& table, const std:
 {
     const QString key = keyField(table);
     for (std::size_t i = 0; i < fields.size(); ++i)
-        if (fields[i]->name == key)
+        if (fields[i] && fields[i]->name == key)
             return {row[i].place, refusalOf(error, key, row[i].text)};
     return {row.front().place, refusalOf(error, key, {})};
 }
@@ -117,9 +118,12 @@ CsvError refusedRow(const RuntimeError& error, const TableDef& table, const std:
 void loadRow(store::BulkLoad& load, const TableDef& table, const std::vector<const Field*>& fields,
              const std::vector<CsvCell>& row)
 {
+    int place = 0;
     for (std::size_t i = 0; i < row.size(); ++i) {
+        if (!fields[i])
+            continue;
         try {
-            load.set(static_cast<int>(i), cellValue(row[i], *fields[i]));
+            load.set(place++, cellValue(row[i], *fields[i]));
         } catch (const RuntimeError& error) {
             throw CsvError(row[i].place, problemOf(error, row[i], *fields[i]));
         }
@@ -140,7 +144,8 @@ void loadTable(store::BulkLoad& load, const TableDef& table, const QString& path
     const std::vector<const Field*> fields = readHeader(reader, table);
     QStringList names;
     for (const Field* field : fields)
-        names.append(field->name);
+        if (field)
+            names.append(field->name);
     load.begin(table, names);
 
     std::vector<CsvCell> row;
@@ -163,6 +168,8 @@ PackLoader::PackLoader(const QString& folder, store::SchemaVersion version)
         if (file.suffix().compare(QLatin1String("csv"), Qt::CaseInsensitive) != 0)
             continue;
         const TableDef* table = store::schema::findTable(file.completeBaseName(), version);
+        if (!table && store::schema::findTable(file.completeBaseName(), store::SchemaVersion::V11))
+            continue;
         if (!table)
             throw LoadError(QStringLiteral("%1: this version has no table of that name").arg(file.fileName()));
         if (fills(table->name()))

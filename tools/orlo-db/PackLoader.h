@@ -11,7 +11,8 @@ public:
     explicit LoadError(const QString& message) : std::runtime_error(message.toStdString()) {}
 };
 
-/// The CSV files of a folder that name tables of a version, one a table.
+/// The CSV files of a folder that name tables, one a table. What only the current version has, tables and fields, is
+/// left out for an older one.
 class PackLoader
 {
 public:

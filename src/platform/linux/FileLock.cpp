@@ -25,13 +25,15 @@ FileLock::FileLock(const QString& path) : m_file(path)
 {
     QDeadlineTimer deadline(BusyMilliseconds);
     bool open = m_file.open(QIODevice::ReadOnly);
+    const QString words =
+        open ? QStringLiteral("Another program is using the file") : QStringLiteral("The file can't be read");
     // The lock of a process that was ended lives on for a moment in a program that it was about to start.
     while (open && ::flock(m_file.handle(), LOCK_EX | LOCK_NB) != 0) {
         open = (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired();
         QThread::msleep(LookEvery);
     }
     if (!open)
-        throw RuntimeError(CannotLockFile, QStringLiteral("FileSystem"));
+        throw RuntimeError(CannotLockFile, QStringLiteral("FileSystem"), QStringLiteral("%1: %2").arg(words, path));
 }
 
 bool FileLock::isOn(const QString& path) const

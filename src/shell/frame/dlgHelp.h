@@ -12,7 +12,7 @@ class dlgHelp;
 namespace orlo
 {
 
-/// Says where the help will come from; the program has none of its own yet.
+/// Says where the help will come from, and leads to the manual where that lies beside the program.
 class dlgHelp : public widgets::Form
 {
     Q_OBJECT
@@ -20,6 +20,9 @@ class dlgHelp : public widgets::Form
 public:
     dlgHelp();
     ~dlgHelp() override;
+
+protected:
+    void load() override;
 
 private:
     std::unique_ptr<Ui::dlgHelp> ui;

@@ -32,6 +32,11 @@ QString databaseSource()
     return QStringLiteral("Database");
 }
 
+[[noreturn]] void raiseUnusable(int number, const QString& words, const QString& path)
+{
+    throw RuntimeError(number, databaseSource(), QStringLiteral("%1: %2").arg(words, path));
+}
+
 // Whether what a refusal names at its end, "... failed: <table>.<field>", is a part of the table's primary key.
 bool isKeyField(sqlite3* db, const QString& words)
 {
@@ -89,13 +94,17 @@ void Connection::checkFile() const
 {
     const QFileInfo info(m_file);
     if (!info.exists())
-        throw RuntimeError(platform::DatabaseNotFound, databaseSource());
+        raiseUnusable(platform::DatabaseNotFound, QStringLiteral("Couldn't find the database file"), m_file);
     if (!info.isFile())
         throw RuntimeError(platform::UnrecognisedFormat, databaseSource());
     QFile file(m_file);
+    if (!file.open(QIODevice::ReadOnly))
+        raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
+    if (!info.isWritable())
+        raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
     // A journal must have its place beside the file.
-    if (!file.open(QIODevice::ReadOnly) || !info.isWritable() || !QFileInfo(info.absolutePath()).isWritable())
-        throw RuntimeError(platform::CannotLockFile, databaseSource());
+    if (const QString folder = info.absolutePath(); !QFileInfo(folder).isWritable())
+        raiseUnusable(platform::CannotLockFile, QStringLiteral("The folder can't be written to"), folder);
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
         throw RuntimeError(platform::UnrecognisedFormat, databaseSource());
@@ -288,15 +297,18 @@ void Connection::execute(const Translated& action)
 
 void Connection::raiseLast(int code, bool preparing)
 {
+    const int kind = code & 0xFF;
     const QString words = QString::fromUtf8(sqlite3_errmsg(m_db));
     int number =
         m_watch.refusal != 0 ? m_watch.refusal : failureNumber(sqlite3_extended_errcode(m_db), words, preparing);
     m_watch.refusal = 0;
     if (number == platform::NullInRequiredField && isKeyField(m_db, words))
         number = platform::NullInPrimaryKey;
-    if ((code & 0xFF) == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
+    if (kind == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
         noteSchemaChange();
-    QString description = platform::standardDescription(number);
+    QString description = kind == SQLITE_BUSY || kind == SQLITE_LOCKED
+                              ? QStringLiteral("Another program is using the file.")
+                              : platform::standardDescription(number);
     // These two are told to whoever types a title twice, or none.
     if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey &&
         number != platform::NullInRequiredField)

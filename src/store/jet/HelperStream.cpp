@@ -32,6 +32,13 @@ platform::RuntimeError damaged(const QString& reason)
         QStringLiteral("%1 (%2)").arg(platform::standardDescription(platform::DatabaseDamaged), reason));
 }
 
+platform::RuntimeError noReader()
+{
+    return platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
+                                  QStringLiteral("The file is in the format of an earlier version, and the program "
+                                                 "orlo-jet, which reads it, isn't here or doesn't run."));
+}
+
 QString helperProgram()
 {
     // Beside the program; the build's other programs lie in folders beside the program's.
@@ -108,7 +115,7 @@ void HelperStream::raiseFailure()
         throw damaged(QStringLiteral("Reading it takes too long."));
     if (m_process.error() == QProcess::FailedToStart ||
         (m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == CannotBeLoaded))
-        throw platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"));
+        throw noReader();
     const QByteArrayList lines = m_errorOutput.split('\n');
     for (const QByteArray& line : lines)
         if (line.startsWith("orlo-jet: "))

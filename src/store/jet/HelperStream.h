@@ -15,6 +15,9 @@ namespace orlo::store::jet
 /// The failure of a file that can't be taken over: 3049 with the reason.
 [[nodiscard]] platform::RuntimeError damaged(const QString& reason);
 
+/// The failure of a file that nothing here can read: 3343.
+[[nodiscard]] platform::RuntimeError noReader();
+
 /// The program that reads files of the former format, empty where this build has none.
 [[nodiscard]] QString helperProgram();
 

@@ -91,7 +91,7 @@ void takeOver(const QString& file)
 {
     const QString helper = jet::helperProgram();
     if (helper.isEmpty())
-        throw RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"));
+        throw jet::noReader();
     const QFileInfo info(QFileInfo(file).canonicalFilePath());
     const QString path = info.filePath();
     const platform::FileLock former(path);

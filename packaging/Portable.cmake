@@ -1,0 +1,44 @@
+# Run at the install of the folder that runs anywhere: brings along what its programs and Qt's plugins load, except the C
+# and C++ run time, which every system has, and their licences. Set by Packages.cmake: PROGRAMS, PLUGINS_FROM, PLUGINS,
+# FONTS.
+set(folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
+set(modules)
+foreach(plugin IN LISTS PLUGINS)
+    if(EXISTS ${PLUGINS_FROM}/${plugin})
+        get_filename_component(kind ${plugin} DIRECTORY)
+        file(INSTALL ${PLUGINS_FROM}/${plugin} DESTINATION "${folder}/plugins/${kind}")
+        list(APPEND modules ${PLUGINS_FROM}/${plugin})
+    else()
+        message(WARNING "The folder lacks Qt's plugin ${plugin}, which isn't installed here.")
+    endif()
+endforeach()
+
+file(GET_RUNTIME_DEPENDENCIES
+    EXECUTABLES ${PROGRAMS}
+    MODULES ${modules}
+    RESOLVED_DEPENDENCIES_VAR libraries
+    PRE_EXCLUDE_REGEXES "^ld-linux" "^lib(c|m|dl|pthread|rt|resolv|util|stdc\\+\\+|gcc_s)\\.so")
+set(files ${modules})
+foreach(library IN LISTS libraries)
+    get_filename_component(name ${library} NAME) # as it is asked for
+    file(REAL_PATH ${library} file)
+    file(MAKE_DIRECTORY "${folder}/lib")
+    file(COPY_FILE ${file} "${folder}/lib/${name}" ONLY_IF_DIFFERENT)
+    list(APPEND files ${file})
+endforeach()
+file(INSTALL ${FONTS} DESTINATION "${folder}/fonts")
+
+# Debian keeps each package's licence under the package's name.
+foreach(file IN LISTS files FONTS)
+    string(REGEX REPLACE "^/usr/" "/" short ${file}) # where /lib is a link, dpkg knows some files by the link
+    execute_process(COMMAND dpkg -S ${file} ${short} OUTPUT_VARIABLE owners ERROR_QUIET)
+    string(REGEX MATCH "^[^:,\n]+" package "${owners}")
+    set(licence /usr/share/doc/${package}/copyright)
+    if(package AND EXISTS ${licence})
+        file(REAL_PATH ${licence} licence)
+        file(MAKE_DIRECTORY "${folder}/licences")
+        file(COPY_FILE ${licence} "${folder}/licences/${package}.txt" ONLY_IF_DIFFERENT)
+    else()
+        message(WARNING "No licence was found for ${file}.")
+    endif()
+endforeach()

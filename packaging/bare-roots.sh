@@ -1,0 +1,127 @@
+#!/usr/bin/env bash
+# Tries the packages where nothing of Qt is: bare-roots.sh [SUITE...]   (as root; it fetches the systems' packages)
+# For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the unpacked
+# folder starts, does the main work by the tour and leaves PDF files; it starts on Wayland, too. Then the Debian package
+# is installed, started and purged. The systems stay in build/roots, so that the next time is shorter.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+packages=build/packages roots=build/roots
+suites=("$@")
+[ $# -gt 0 ] || suites=(bookworm trixie noble)
+# The mirror that this machine takes Debian from; another system has debootstrap's own.
+debian=$(apt-get indextargets --format '$(REPO_URI)' 'Label: Debian' | head -n 1)
+
+make_root() { # make_root SUITE FOLDER
+    local scripts=/usr/share/debootstrap/scripts options=("$1" "$2.new" "$debian") ubuntu
+    if [ "$(readlink -f $scripts/"$1")" != $scripts/sid ]; then # Ubuntu's, whose keys Debian doesn't have
+        ubuntu=$(sed -n 's/.*default_mirror //p' $scripts/gutsy | grep archive)
+        options=(--no-check-gpg --components=main,universe "$1" "$2.new" "$ubuntu" $scripts/gutsy)
+    fi
+    rm -rf "$2.new"
+    debootstrap --variant=minbase --include=xvfb "${options[@]}" >"$2.log" 2>&1 || { tail "$2.log"; return 1; }
+    mv "$2.new" "$2"
+}
+
+root=
+leave() {
+    [ -n "$root" ] || return 0
+    ! mountpoint -q "$root/proc" || umount "$root/proc"
+    rm -rf --one-file-system "$root"
+    root=
+}
+trap leave EXIT
+trap 'echo "failed in line $LINENO"' ERR
+set -E
+
+inside() { # inside COMMAND...: in the root, as its administrator
+    chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive "$@"
+}
+as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but windows
+    chroot --userspec=pat:pat "$root" env -i PATH=/usr/bin:/bin HOME=/home/pat LC_ALL=C.UTF-8 \
+        XDG_RUNTIME_DIR=/run/pat bash -euc "
+        starts() { # starts PLUGIN COMMAND...: comes up with its records open on that platform, has no complaint
+            local plugin=\$1 pid opened=
+            shift
+            \"\$@\" 2>/tmp/complaints & pid=\$!
+            for _ in {1..300}; do
+                opened=\$(find /proc/\$pid/fd -lname '*/Quorrel11.mdb' 2>/dev/null) || :
+                [ -z \"\$opened\" ] || break
+                sleep 0.1
+            done
+            [ -n \"\$opened\" ] || { echo 'it opened no records'; cat /tmp/complaints; exit 1; }
+            sleep 6 # past the splash
+            grep -q \"/\$plugin\" /proc/\$pid/maps || { echo \"it didn't load \$plugin\"; exit 1; }
+            kill \$pid || { echo 'it has ended by itself'; cat /tmp/complaints; exit 1; }
+            wait \$pid || :
+            # On Wayland the pictures go through memory that both share; there is no plugin for another way.
+            ! grep -v 'client buffer integration' /tmp/complaints
+        }
+        rm -f /tmp/display
+        Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
+        trap 'kill \$x; wait \$x || :' EXIT
+        for _ in {1..300}; do [ ! -s /tmp/display ] || break; sleep 0.1; done
+        export DISPLAY=:\$(cat /tmp/display)
+        $1"
+}
+
+for suite in "${suites[@]}"; do
+    echo "== $suite"
+    mkdir -p "$roots"
+    [ -d "$roots/$suite" ] || make_root "$suite" "$roots/$suite"
+    root=$roots/$suite.used
+    rm -rf "$root"
+    cp -a "$roots/$suite" "$root"
+    mount -t proc proc "$root/proc"
+    cp --remove-destination /etc/resolv.conf /etc/hosts "$root/etc/"
+    [ -z "$(find "$root/usr" -name 'libQt*')" ]
+    inside useradd -m pat
+    install -d -m 700 -o "$(stat -c %u "$root/home/pat")" "$root/run/pat"
+    inside install -d -m 1777 /tmp/.X11-unix
+
+    # The folder: started by its launcher, and by a double click on it.
+    mkdir -p "$root/home/pat/tour/the folder" "$root/opt/tour"
+    tar -xf "$packages"/orlo-*.tar.xz -C "$root/home/pat/tour/the folder" --strip-components=1
+    ln -s "the folder" "$root/home/pat/tour/app"
+    cp build/tools/tour "$(ldconfig -p | sed -n 's/.*libQt6Test\.so\.6 .*=> //p')" "$root/opt/tour"
+    inside chown -R pat:pat /home/pat
+    as_pat 'cd; starts platforms/libqxcb.so "tour/the folder/start-orlo"'
+    echo "the folder starts"
+    as_pat 'cd ~/tour
+        sed -n "s/^Exec=/exec /p" "app/Start ORLO.desktop" | sed "s/\\\\\\\\/\\\\/g; s|%k|\"$PWD/app/Start ORLO.desktop\"|" >/tmp/exec
+        starts platforms/libqxcb.so sh /tmp/exec'
+    echo "so does its double click"
+    as_pat 'cd ~/tour/app
+        cp sample-pack/Quorrel11_Backup Quorrel11.mdb
+        export LD_LIBRARY_PATH=$PWD/lib QT_PLUGIN_PATH=$PWD/plugins FONTCONFIG_FILE=$PWD/fonts/fonts.conf
+        LD_LIBRARY_PATH=$LD_LIBRARY_PATH:/opt/tour /opt/tour/tour ~/tour >/tmp/said 2>&1 || { tail /tmp/said; exit 1; }'
+    printed=$(cd "$root/home/pat/tour" && find . -maxdepth 1 -name '*.pdf')
+    [ -n "$printed" ]
+    pdftotext "$root/home/pat/tour/PurchaseList.pdf" - | grep -q 'Neckerchief slides'
+    pdffonts "$root/home/pat/tour/PurchaseList.pdf" | grep -q DejaVu
+    echo "the tour went through and printed" $printed
+    inside apt-get -qq update
+    inside apt-get -qq install -y --no-install-recommends weston >/dev/null 2>&1
+    as_pat 'cd
+        weston --backend=headless-backend.so --socket=w >/tmp/weston 2>&1 & w=$!
+        for _ in {1..100}; do [ ! -e /run/pat/w ] || break; sleep 0.1; done
+        unset DISPLAY
+        export WAYLAND_DISPLAY=w XDG_SESSION_TYPE=wayland
+        starts platforms/libqwayland-generic.so "tour/the folder/start-orlo"
+        kill $w'
+    echo "the folder starts on Wayland"
+
+    # The package.
+    cp "$packages"/orlo_*.deb "$root/tmp/orlo.deb"
+    inside apt-get -qq install -y --no-install-recommends /tmp/orlo.deb >"$roots/$suite.apt" 2>&1 ||
+        { tail "$roots/$suite.apt"; exit 1; }
+    as_pat 'cd; starts platforms/libqxcb.so orlo'
+    user=$root/home/pat/.local/share/orlo
+    "$root/usr/bin/orlo-db" check "$user/Quorrel11.mdb" >/dev/null
+    [ -s "$user/manual/index.html" ] || inside test -s /home/pat/.local/share/orlo/manual/index.html
+    before=$(sha256sum "$user/Quorrel11.mdb")
+    inside apt-get -qq purge -y orlo >"$roots/$suite.apt" 2>&1
+    [ "$(sha256sum "$user/Quorrel11.mdb")" = "$before" ]
+    [ -z "$(find "$root/usr" "$root/var/lib/dpkg/info" -iname '*orlo*')" ]
+    echo "the package was installed, started and purged; the records are there still"
+    leave
+done
