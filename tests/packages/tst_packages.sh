@@ -4,8 +4,8 @@ set -euo pipefail
 build=$1 source=$(dirname "$(readlink -f "$0")")/../..
 here=$(readlink -f "$(mktemp -d "${TMPDIR:-/tmp}/orlo packages.XXXXXX")") # as /proc names what lies in it
 export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 XDG_RUNTIME_DIR=$here
-pid=
-trap '[ -z "$pid" ] || kill "$pid" || :; rm -rf "$here"' EXIT
+pid= screen=
+trap 'kill $pid $screen 2>/dev/null || :; rm -rf "$here"' EXIT
 trap 'echo "failed in line $LINENO: $BASH_COMMAND"; tail "$here"/complaints; exit 1' ERR
 set -E
 
@@ -29,22 +29,38 @@ complete() { # complete FOLDER: all that the program needs is there
     [ ! -e "$build/app/orlo-jet" ] || "$1/orlo-jet" "$source/tests/jet/data/small-1.1.mdb" >/dev/null
 }
 
-cpack --config "$build/CPackConfig.cmake" -B "$here" >"$here/log" || { cat "$here/log"; false; }
+cpack -G "TGZ;DEB" --config "$build/CPackConfig.cmake" -B "$here" >"$here/log" || { cat "$here/log"; false; }
 
 mkdir "$here/a folder"
 tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
 complete "$here/a folder"
 "$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
-starts "$here/a folder" "$here/a folder/orlo"
+for program in orlo orlo-db orlo-jet; do # its own Qt and database engine
+    [ -z "$(ldd "$here/a folder/$program" | grep -E 'libQt6|sqlite|mdb' | grep -v "=> $here/a folder/lib/" || :)" ]
+done
+if command -v Xvfb >/dev/null; then
+    Xvfb -displayfd 3 -nolisten tcp 3>"$here/display" 2>/dev/null & screen=$!
+    for _ in {1..300}; do [ ! -s "$here/display" ] || break; sleep 0.1; done
+    DISPLAY=:$(cat "$here/display") QT_QPA_PLATFORM=xcb starts "$here/a folder" "$here/a folder/start-orlo"
+    kill "$screen" && screen=
+fi
+for kind in sample empty; do "$here/a folder/orlo-db" check "$here/a folder/$kind-pack/Quorrel11_Backup" >/dev/null; done
+"$here/a folder/orlo-db" check "$here/a folder/sample-pack/version-1.0/Quorrel.mdb" | grep -q '1043 Assigned_Awards_Scouts'
+[ -s "$here/a folder/manual/index.html" ]
 
 dpkg-deb -f "$here"/orlo_*.deb Depends | grep libqt6printsupport6 | grep libsqlite3-0 | grep -q libqt6widgets6
 dpkg-deb -x "$here"/orlo_*.deb "$here/root"
 export XDG_DATA_HOME="$here/the data"
 launcher=$here/root/usr/bin/orlo given=$here/root/usr/lib/orlo user=$XDG_DATA_HOME/orlo
 "$here/root/usr/bin/orlo-db" check "$given/Quorrel11.mdb" | grep -q 'sound$'
-[ -s "$here/root/usr/share/man/man1/orlo-db.1" ]
+[ -s "$here/root/usr/share/man/man1/orlo-db.1.gz" ]
+[ -z "$(readelf -d "$given/orlo" "$here/root/usr/bin/orlo-db" | grep -E 'R(UN)?PATH' || :)" ] # the system's libraries
+[ -z "$(command -v appstreamcli || :)" ] || appstreamcli validate --no-net "$here"/root/usr/share/metainfo/*.xml >"$here/log"
+[ -z "$(command -v desktop-file-validate || :)" ] ||
+    desktop-file-validate "$here/root/usr/share/applications/orlo.desktop" "$here/a folder/Start ORLO.desktop"
 starts "$user" "$launcher"
 complete "$user"
+[ -s "$user/manual/index.html" ] && [ -s "$user/sample-pack/Quorrel11_Backup" ]
 
 # A newer package brings another program and another report: what the user has changed stays, the rest follows.
 printf '#!/bin/sh\necho newer\n' >"$given/orlo"

@@ -6,12 +6,14 @@
 #include "shell/frame/mdiPendrake.h"
 #include "store/jet/Takeover.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Table.h"
 #include "support/TestApp.h"
 #include "widgets/Calendar.h"
 #include "widgets/MessageBox.h"
 
+#include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -36,6 +38,18 @@ QWidget* topLevel(const char* name)
             return widget;
     return nullptr;
 }
+
+// Stands in for the browser.
+class OpenedPages : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void open(const QUrl& page) { pages.append(page); }
+
+public:
+    QList<QUrl> pages;
+};
 
 // What dlgError shows, read and dismissed while it waits.
 struct ErrorShown {
@@ -240,6 +254,36 @@ mnuHelp|&Help
         QTRY_COMPARE(area.subWindowList().size(), 1);
         command.trigger();
         QVERIFY(test::control<QLineEdit>(*area.activeSubWindow(), "txtPackNum").text().isEmpty());
+    }
+
+    // The notice keeps its words; where the manual lies beside the program, a click on its link opens it.
+    void helpNotice()
+    {
+        const auto openNotice = [](const std::function<void(QLabel&)>& look) {
+            QTimer::singleShot(20, qApp, [&look] {
+                look(test::control<QLabel>(*topLevel("dlgHelp"), "Label2"));
+                QTest::keyClick(topLevel("dlgHelp"), Qt::Key_Escape);
+            });
+            test::control<QAction>(mdiPendrake::instance(), "mnuHelpTopics").trigger();
+        };
+        mdiPendrake::instance().show();
+        QString words;
+        openNotice([&words](QLabel& notice) { words = notice.text(); });
+        QVERIFY(words.startsWith("We are currently creating the help system. Please stay tuned to our web site"));
+        QVERIFY(!words.contains("href"));
+
+        const QString page = gAppPath + "/manual/index.html";
+        QVERIFY(QDir().mkpath(gAppPath + "/manual"));
+        test::write(page, "<h1>ORLO</h1>");
+        OpenedPages opened;
+        QDesktopServices::setUrlHandler("file", &opened, "open");
+        openNotice([&words](QLabel& notice) {
+            QVERIFY(notice.text().startsWith(words));
+            QTest::keyClick(&notice, Qt::Key_Tab);
+            QTest::keyClick(&notice, Qt::Key_Return);
+        });
+        QDesktopServices::unsetUrlHandler("file");
+        QCOMPARE(opened.pages, QList<QUrl>{QUrl::fromLocalFile(QFileInfo(page).canonicalFilePath())});
     }
 
     void exitQuestion()

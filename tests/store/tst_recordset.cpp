@@ -299,9 +299,10 @@ private Q_SLOTS:
         sqlite3* other = nullptr;
         sqlite3_open(QFile::encodeName(m_path).constData(), &other);
         sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-        const int locked = failureNumber([&] { return rows[u"SID"]; });
+        const auto locked = test::failureOf([&] { return rows[u"SID"]; });
         sqlite3_close(other);
-        QCOMPARE(locked, int(platform::CannotLockFile));
+        QVERIFY(locked && locked->number() == platform::CannotLockFile);
+        QVERIFY(locked->description().startsWith("Another program is using the file"));
         QCOMPARE(sid(rows), 8);
     }
 

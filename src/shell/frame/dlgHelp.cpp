@@ -27,10 +27,11 @@ void dlgHelp::load()
     const QString manual =
         QFileInfo(platform::nativePath(gAppPath + QStringLiteral("\\manual\\index.html"))).canonicalFilePath();
     if (!manual.isEmpty())
-        ui->Label2->setText(ui->Label2->text() +
-                            QStringLiteral("<br><br>Meanwhile, the manual on this computer tells how everything is done: "
-                                           "<a href=\"%1\">Open the ORLO manual</a>")
-                                .arg(QString::fromLatin1(QUrl::fromLocalFile(manual).toEncoded())));
+        ui->Label2->setText(
+            ui->Label2->text() +
+            QStringLiteral("<br><br>Meanwhile, the manual on this computer tells how everything is done: "
+                           "<a href=\"%1\">Open the ORLO manual</a>")
+                .arg(QString::fromLatin1(QUrl::fromLocalFile(manual).toEncoded())));
 }
 
 } // namespace orlo
