@@ -58,6 +58,7 @@ struct OutlineEntry {
     QString text;
     int level = 0; ///< 0 for the outermost group
     int page = 0;  ///< place in Document::pages
+    double top = 0; ///< where its line begins, points from the top of the paper
 };
 
 /// A laid-out report, independent of any device: preview, printer and PDF all paint this. It also holds the rows of

@@ -119,16 +119,17 @@ private:
         }
     }
 
-    static void addOutline(const Flow& flow, const std::vector<PageContent>& contents, int first, int last,
-                           Document& document)
+    void addOutline(const Flow& flow, const std::vector<PageContent>& contents, int first, int last,
+                    Document& document) const
     {
-        std::vector<int> pageOf(flow.strips.size(), 0);
+        std::vector<std::pair<int, double>> placeOf(flow.strips.size()); // page from 1, and top
         for (std::size_t i = 0; i < contents.size(); ++i)
             for (const PlacedStrip& placed : contents[i].strips)
-                pageOf[placed.strip] = int(i) + 1;
+                placeOf[placed.strip] = {int(i) + 1, m_area.top() + m_headerHeight + placed.y};
         for (const Flow::OutlineMark& mark : flow.outline)
-            if (mark.strip < pageOf.size() && pageOf[mark.strip] >= first && pageOf[mark.strip] <= last)
-                document.outline.push_back({mark.text, mark.level, pageOf[mark.strip] - first});
+            if (mark.strip < placeOf.size())
+                if (const auto [page, top] = placeOf[mark.strip]; page >= first && page <= last)
+                    document.outline.push_back({mark.text, mark.level, page - first, top});
     }
 
     const Definition& m_definition;

@@ -1,6 +1,8 @@
-#include "reporting/view/DocumentSearch.h"
+#include "platform/Conversion.h"
+#include "reporting/view/PageText.h"
 #include "reporting/view/PageView.h"
 #include "reporting/view/PreviewWindow.h"
+#include "reporting/view/Printing.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
 
@@ -8,6 +10,7 @@
 #include <QtWidgets/QtWidgets>
 
 #include <QPrintDialog>
+#include <QPrinter>
 
 using namespace orlo;
 using namespace orlo::reports;
@@ -33,6 +36,12 @@ std::shared_ptr<const Document> sampleDocument(int pages = Pages)
         document->rows.push_back({QStringLiteral("Café, \"%1\"").arg(page), QString::number(page)});
     }
     return document;
+}
+
+QRectF firstHit(const Document& document, const QString& text)
+{
+    const TextSpan span = findText(document, text).at(0);
+    return PageText(document, span.page).boxes(span.from, span.to).at(0);
 }
 
 /// Works the next dialog as soon as it is up.
@@ -86,7 +95,11 @@ class tst_preview : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { setPrinterFactory({}); }
+    void cleanup()
+    {
+        setPrinterFactory({});
+        platform::setToday({});
+    }
 
     void goesThroughPages()
     {
@@ -203,7 +216,7 @@ private Q_SLOTS:
         QCOMPARE(state->text(), "1 of 1");
         QCOMPARE(preview.page(), 3);
         QCOMPARE(preview.pixel({300, 300}, 2), QColor(Qt::white).rgb());
-        const QRectF hit = findText(preview.window->document(), "page march").at(0).box;
+        const QRectF hit = firstHit(preview.window->document(), "page march");
         QVERIFY(preview.pixel(hit.topLeft() + QPointF(0.5, 1.5), 2) != QColor(Qt::white).rgb()); // it is marked
         QTest::keyClicks(text, "x");
         QCOMPARE(state->text(), "Not found");
@@ -216,7 +229,123 @@ private Q_SLOTS:
         Document hebrew; // reads from right to left
         hebrew.fonts = {QFont()};
         hebrew.pages = {{{TextItem{{0, 0, 400, 14}, "שלום עולם"}}}};
-        QVERIFY(findText(hebrew, "שלום").at(0).box.left() > findText(hebrew, "עולם").at(0).box.right());
+        QVERIFY(firstHit(hebrew, "שלום").left() > firstHit(hebrew, "עולם").right());
+    }
+
+    void findsTextAsItReads_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QString>("searched");
+        QTest::addColumn<QStringList>("found");
+        QTest::newRow("broken") << "the Order of\nthe Arrow" << "order of the arrow" << QStringList{"Order of", "the Arrow"};
+        QTest::newRow("inside a word") << "anna@fern-\nhollow.org" << "fern-hollow" << QStringList{"fern-", "hollow"};
+        QTest::newRow("two words") << "Scouts\nmaster" << "sm" << QStringList{};
+        QTest::newRow("accents") << "Zoë Núñez Śliwa" << "nunez s" << QStringList{"Núñez Ś"};
+        QTest::newRow("blanks") << "Bear  Den" << " bear den " << QStringList{"Bear  Den"};
+        QTest::newRow("a sign") << "cost (1.50)" << "(1.5" << QStringList{"(1.5"};
+        QTest::newRow("nothing") << "all" << " " << QStringList{};
+    }
+    void findsTextAsItReads()
+    {
+        QFETCH(QString, page);
+        QFETCH(QString, searched);
+        QFETCH(QStringList, found);
+        Document document;
+        document.fonts = {QFont("DejaVu Sans", 10)};
+        document.pages = {{{TextItem{{72, 72, 400, 28}, page}, TextItem{{72, 200, 400, 14}, "x"}}}};
+        const std::vector<TextSpan> spans = findText(document, searched);
+        QCOMPARE(spans.size(), std::size_t(!found.isEmpty()));
+        if (found.isEmpty())
+            return;
+        const PageText text(document, 0);
+        QCOMPARE(text.text().mid(spans[0].from, spans[0].to - spans[0].from).split(PageText::LineBreak), found);
+        QCOMPARE(text.boxes(spans[0].from, spans[0].to).size(), std::size_t(found.size()));
+    }
+
+    void marksAndCopiesText()
+    {
+        auto document = std::make_shared<Document>(*sampleDocument());
+        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"}, TextItem{{200, 72, 60, 12}, "Ann Ito"},
+                               TextItem{{72, 100, 60, 24}, "a long\nname"}}};
+        const OpenPreview preview(document);
+        PageView& view = preview.window->view();
+        const auto at = [&](double x, double y) {
+            const QRectF sheet = view.pageBox(0);
+            return (sheet.topLeft() + QPointF(x, y) * sheet.width() / 612).toPoint();
+        };
+        const auto drag = [&](QPoint from, QPoint to) {
+            QTest::mousePress(view.viewport(), Qt::LeftButton, {}, from);
+            QTest::mouseMove(view.viewport(), to);
+            QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(QPointF(to)), Qt::NoButton,
+                             Qt::LeftButton, {});
+            QApplication::sendEvent(view.viewport(), &move);
+            QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, to);
+        };
+        const auto copied = [&] {
+            QGuiApplication::clipboard()->setText("nothing");
+            preview.key(Qt::Key_C, Qt::ControlModifier);
+            return QGuiApplication::clipboard()->text();
+        };
+        QCOMPARE(copied(), "nothing");
+        drag(at(73, 78), at(131, 122)); // to the end of the third text
+        QCOMPARE(copied(), "Bear Den\tAnn Ito\na long name");
+        QVERIFY(preview.pixel({74, 72.5}, 0) != QColor(Qt::white).rgb());
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at(75, 78));
+        QCOMPARE(copied(), "Bear");
+        const int before = view.verticalScrollBar()->value(); // beside the texts, the paper moves
+        drag(at(300, 300), at(300, 250));
+        QVERIFY(view.verticalScrollBar()->value() > before);
+        QCOMPARE(copied(), "nothing");
+        preview.key(Qt::Key_A, Qt::ControlModifier);
+        QVERIFY(copied().startsWith("Bear Den\t") && copied().endsWith("first row and another ROW"));
+    }
+
+    void goesToATypedPage_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("page");
+        QTest::newRow("there is") << "4" << 4;
+        QTest::newRow("beyond the last") << "99" << Pages;
+        QTest::newRow("too long a number") << "12345678901234" << Pages;
+        QTest::newRow("none") << "0" << 2;
+    }
+    void goesToATypedPage()
+    {
+        QFETCH(QString, typed);
+        const OpenPreview preview;
+        preview.box().setValue(2);
+        preview.key(Qt::Key_G, Qt::ControlModifier);
+        QVERIFY(preview.box().hasFocus());
+        QTest::keyClicks(QApplication::focusWidget(), typed + u'\r');
+        QTEST(preview.page(), "page");
+        QCOMPARE(preview.window->view().currentPage() + 1, preview.page());
+        QVERIFY(preview.window->view().hasFocus());
+    }
+
+    /// An entry leads to its line, and the line that is read marks its entry.
+    void followsTheOutline()
+    {
+        auto document = std::make_shared<Document>(*sampleDocument());
+        document->outline = {{"Bear", 0, 0, 100}, {"Ann", 1, 0, 110}, {"Wolf", 0, 1, 500}, {"Lion", 0, 4, 700}};
+        const OpenPreview preview(document);
+        preview.window->setPageListVisible(true);
+        PageView& view = preview.window->view();
+        auto* outline = preview.child<QTreeWidget>("treOutline");
+        const auto pick = [&](int entry) { outline->setCurrentItem(outline->topLevelItem(entry)); };
+        const auto marked = [&] { return outline->currentItem()->text(0); };
+        pick(1);
+        QCOMPARE(preview.page(), 2);
+        const QRectF sheet = view.pageBox(1);
+        QVERIFY(qAbs(sheet.top() + 500 * sheet.width() / 612 - 16) <= 1);
+        QCOMPARE(marked(), "Wolf");
+        pick(2); // it can't be scrolled to the top
+        QCOMPARE(marked(), "Lion");
+        preview.key(Qt::Key_Home);
+        QCOMPARE(marked(), "Bear");
+        view.verticalScrollBar()->setValue(view.verticalScrollBar()->value() + 150);
+        QCOMPARE(marked(), "Ann");
+        preview.box().setValue(4);
+        QCOMPARE(marked(), "Wolf");
     }
 
     // Tab goes around the window, with an outline and without; Escape leaves what has the focus for the pages first.
@@ -252,6 +381,7 @@ private Q_SLOTS:
 
     void savesByTheDialog()
     {
+        platform::setToday(QDate(2026, 3, 5));
         const OpenPreview preview;
         for (const QString suffix : {"Pdf", "Csv"}) {
             const QTemporaryDir folder;
@@ -263,7 +393,9 @@ private Q_SLOTS:
                 QTest::keyClick(&dialog, Qt::Key_Return);
             });
             preview.window->findChild<QAction*>("actSave" + suffix)->trigger();
-            QCOMPARE(proposed, "Pack- 47-awards." + suffix.toLower());
+            QCOMPARE(proposed, "Pack- 47-awards 2026-03-05." + suffix.toLower());
+            QVERIFY(preview.child<QLabel>("lblNotice")->text().contains(folder.filePath(file)));
+            QVERIFY(preview.child<QToolButton>("cmdOpenSaved")->isVisible());
             QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{file});
             QFile saved(folder.filePath(file));
             QVERIFY(saved.open(QIODevice::ReadOnly));
@@ -283,6 +415,41 @@ private Q_SLOTS:
         });
         QVERIFY(!preview.window->saveCsv(folder.path()));
         QVERIFY(told.contains(folder.path()));
+    }
+
+    /// The paper of the dialog counts: what is too large for it is made smaller, what is smaller stands in the middle.
+    void printsOnOtherPaper_data()
+    {
+        QTest::addColumn<QPageSize::PageSizeId>("paper");
+        QTest::addColumn<double>("left"); // of the box, as a share of the paper's width
+        QTest::addColumn<double>("width");
+        QTest::newRow("A5") << QPageSize::A5 << 72 / 612. << 468 / 612.;
+        QTest::newRow("A3") << QPageSize::A3 << (842 - 612 + 144) / 2 / 842. << 468 / 842.;
+    }
+    void printsOnOtherPaper()
+    {
+        QFETCH(QPageSize::PageSizeId, paper);
+        QFETCH(double, left);
+        QFETCH(double, width);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("paper.pdf");
+        test::printInto(file);
+        const std::unique_ptr<QPrinter> printer = defaultPrinter();
+        const auto document = sampleDocument(1);
+        preparePrinter(*printer, *document);
+        printer->setPageSize(QPageSize(paper));
+        QVERIFY(printDocument(*printer, *document));
+        QProcess convert;
+        convert.start("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")});
+        QVERIFY(convert.waitForFinished());
+        const QImage image(folder.filePath("page.png"));
+        QRect green;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixelColor(x, y).green() > 100 && image.pixelColor(x, y).red() < 50)
+                    green |= QRect(x, y, 1, 1);
+        QVERIFY(qAbs(green.left() - left * image.width()) <= 1.5);
+        QVERIFY(qAbs(green.width() - width * image.width()) <= 1.5);
     }
 
     void printsByTheDialog()

@@ -1,5 +1,5 @@
 #include "platform/RuntimeError.h"
-#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/PageText.h"
 #include "reporting/view/PageView.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/ReportControl.h"
@@ -216,6 +216,57 @@ private Q_SLOTS:
         QCOMPARE(shopping->run(), int(platform::DivisionByZero));
         QVERIFY(!m_painted.empty() && !shopping->preview() && messageWindow());
         qApp->removeEventFilter(this);
+    }
+
+    /// A change of the file on the disk shows at once and at the same place; what is wrong in it is told, and the old
+    /// pages stay.
+    void followsItsFile()
+    {
+        const auto shopping = control("many.mdb");
+        QCOMPARE(shopping->run(), 0);
+        const QPointer<PreviewWindow> preview = shopping->preview();
+        shopping->run(); // a second one has a caption of its own
+        QCOMPARE(shopping->preview()->windowTitle(), preview->windowTitle() + " (2)");
+        delete shopping->preview();
+        preview->view().goToPage(3, 200);
+        const int place = preview->view().verticalScrollBar()->value();
+        const auto* notice = preview->findChild<QLabel*>("lblNotice");
+        const auto put = [&](const QString& text, bool inPlace) {
+            if (inPlace)
+                return void(report(text));
+            QFile file(path("new.rpt")); // as many an editor saves
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0);
+            file.close();
+            QVERIFY(QFile::remove(path("Shopping.rpt")) && file.rename(path("Shopping.rpt")));
+        };
+        int changes = 0;
+        for (const bool inPlace : {true, false, false, true}) {
+            put(QString(GoodReport).replace("= {Name}\n}\nexport", "= {Nmae}\n}\nexport"), inPlace);
+            QTRY_VERIFY_WITH_TIMEOUT(notice->isVisible(), 1000);
+            QVERIFY2(notice->text().contains(path("Shopping.rpt")) && notice->text().contains("Line 7, column"),
+                     qPrintable(notice->text()));
+            QVERIFY(preview->document().pages.size() > 4 && !messageWindow());
+            const QString word = QStringLiteral("change %1 ").arg(++changes);
+            put(QString(GoodReport).replace("= {Name}\n}\nexport", "= \"" + word + "\" & {Name}\n}\nexport"), !inPlace);
+            QTRY_VERIFY_WITH_TIMEOUT(!findText(preview->document(), word + "marble").empty(), 1000);
+            QVERIFY(!notice->isVisible());
+            QCOMPARE(preview->view().verticalScrollBar()->value(), place);
+            QCOMPARE(preview->view().currentPage(), 3);
+        }
+    }
+
+    /// The message lies above the screen that asked, and goes with it.
+    void messageBelongsToTheScreen()
+    {
+        auto screen = std::make_unique<QWidget>();
+        screen->show();
+        auto* asking = new ReportControl("crShopping", screen.get());
+        set(*asking, "none.mdb");
+        QVERIFY(asking->run() != 0);
+        QVERIFY(messageWindow() && messageWindow()->isWindow());
+        QCOMPARE(messageWindow()->parentWidget(), screen.get());
+        screen.reset();
+        QVERIFY(!messageWindow());
     }
 
     void longRunCanBeCancelled()

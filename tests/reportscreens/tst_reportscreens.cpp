@@ -1,4 +1,4 @@
-#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/PageText.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/ReportControl.h"
 #include "reports/dlgAdultList.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/PageText.h"
 
 #include <QWidget>
 
@@ -43,7 +43,7 @@ private:
     PageView& m_view;
     QLineEdit* m_text;
     QLabel* m_state;
-    std::vector<Hit> m_hits;
+    std::vector<TextSpan> m_hits;
     int m_current = -1;
 };
 

@@ -19,7 +19,7 @@ namespace
 
 constexpr int ThumbnailWidth = 96;
 constexpr int ThumbnailMargin = 8;
-constexpr int PageRole = Qt::UserRole;
+constexpr int EntryRole = Qt::UserRole;
 
 class PageModel : public QAbstractListModel
 {
@@ -99,10 +99,18 @@ PageList::PageList(std::shared_ptr<const Document> document, QWidget* parent)
     setUsesScrollButtons(false);
 }
 
-void PageList::setCurrentPage(int page)
+void PageList::setPlace(int page, double top)
 {
     const QScopedValueRollback<bool> follow(m_following, true);
     m_pages->setCurrentIndex(m_pages->model()->index(page, 0));
+    if (!m_outline || m_leading)
+        return;
+    const std::vector<OutlineEntry>& outline = m_document->outline;
+    const auto next = std::upper_bound(outline.begin(), outline.end(), std::pair(page, top),
+                                       [](const std::pair<int, double>& place, const OutlineEntry& entry) {
+                                           return place < std::pair(entry.page, entry.top);
+                                       });
+    m_outline->setCurrentItem(m_entries[std::size_t(std::max<std::ptrdiff_t>(next - outline.begin() - 1, 0))]);
 }
 
 void PageList::addPages()
@@ -118,7 +126,7 @@ void PageList::addPages()
     m_pages->setCurrentIndex(m_pages->model()->index(0, 0));
     const auto pick = [this](const QModelIndex& index) {
         if (!m_following)
-            Q_EMIT pagePicked(index.row());
+            Q_EMIT pagePicked(index.row(), 0);
     };
     connect(m_pages, &QListView::clicked, this, pick);
     connect(m_pages->selectionModel(), &QItemSelectionModel::currentChanged, this, pick);
@@ -138,15 +146,19 @@ void PageList::addOutline()
         const std::size_t depth = std::min(static_cast<std::size_t>(std::max(entry.level, 0)) + 1, ancestors.size());
         ancestors.resize(depth);
         auto* item = new QTreeWidgetItem(ancestors.back(), {entry.text});
-        item->setData(0, PageRole, entry.page);
+        item->setData(0, EntryRole, static_cast<int>(m_entries.size()));
+        m_entries.push_back(item);
         ancestors.push_back(item);
     }
     m_outline->expandAll();
     // A current entry from the start: the tree would take one with the focus, and the pages would jump there.
     m_outline->setCurrentItem(m_outline->topLevelItem(0));
     const auto pick = [this](const QTreeWidgetItem* item) {
-        if (item)
-            Q_EMIT pagePicked(item->data(0, PageRole).toInt());
+        if (!item || m_following)
+            return;
+        const QScopedValueRollback<bool> lead(m_leading, true);
+        const OutlineEntry& entry = m_document->outline[static_cast<std::size_t>(item->data(0, EntryRole).toInt())];
+        Q_EMIT pagePicked(entry.page, entry.top);
     };
     connect(m_outline, &QTreeWidget::itemClicked, this, pick);
     connect(m_outline, &QTreeWidget::currentItemChanged, this, pick);

@@ -8,6 +8,7 @@
 
 class QListView;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace orlo::reports
 {
@@ -20,11 +21,13 @@ class PageList : public QTabWidget
 public:
     explicit PageList(std::shared_ptr<const Document> document, QWidget* parent = nullptr);
 
-    /// Marks the page that the reader is on.
-    void setCurrentPage(int page);
+    /// Marks the page that the reader is on, and the entry of the outline in which the line at a distance from the top
+    /// of that page, in points, stands.
+    void setPlace(int page, double top);
 
 Q_SIGNALS:
-    void pagePicked(int page);
+    /// A page, and how far down it, in points.
+    void pagePicked(int page, double top);
 
 private:
     void addPages();
@@ -33,7 +36,9 @@ private:
     std::shared_ptr<const Document> m_document;
     QListView* m_pages = nullptr;
     QTreeWidget* m_outline = nullptr;
-    bool m_following = false; // the list is being led by the reader's page
+    std::vector<QTreeWidgetItem*> m_entries; // of the outline, in the document's order
+    bool m_following = false; // the lists are being led by the reader's place
+    bool m_leading = false;   // an entry was picked: it stays marked wherever the pages can be scrolled to
 };
 
 } // namespace orlo::reports

@@ -2,6 +2,8 @@
 
 #include "reporting/Paint.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -22,9 +24,11 @@ constexpr int ShadowDepth = 6;
 constexpr double ZoomStep = 1.1;
 constexpr int LineStep = 40;        // pixels that an arrow key scrolls
 constexpr double BlankEdge = 0.045; // of a page's height, at its foot
+constexpr int NearEdge = 12;        // pixels inside which a marking scrolls on
 
 const QColor FoundColor(255, 238, 140);
 const QColor CurrentFoundColor(255, 190, 90);
+const QColor SelectedColor(170, 205, 245);
 
 void paintShadow(QPainter& painter, const QRectF& sheet)
 {
@@ -59,6 +63,7 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     viewport()->setBackgroundRole(QPalette::Dark);
     viewport()->setAutoFillBackground(true);
     viewport()->setCursor(Qt::OpenHandCursor);
+    viewport()->setMouseTracking(true);
     horizontalScrollBar()->setSingleStep(LineStep);
     verticalScrollBar()->setSingleStep(LineStep);
     describePage();
@@ -67,8 +72,12 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
 void PageView::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
+    m_hits.clear();
+    select({}, {});
     layOut();
     viewport()->update();
+    if (m_currentPage >= pageCount())
+        noteCurrentPage();
     describePage();
 }
 
@@ -77,15 +86,23 @@ int PageView::pageCount() const
     return static_cast<int>(m_document->pages.size());
 }
 
-void PageView::goToPage(int page)
+void PageView::goToPage(int page, double top)
 {
     page = std::clamp(page, 0, std::max(pageCount() - 1, 0));
+    const double y = pageTop(page) + top * pageSize().height() / m_document->paper.height();
     {
         const QScopedValueRollback<bool> keep(m_goingToPage, true);
-        verticalScrollBar()->setValue(static_cast<int>(std::lround(pageTop(page) - Gap)));
+        verticalScrollBar()->setValue(static_cast<int>(std::lround(y - Gap)));
     }
     // Where several pages fit into the window, not each of them can be scrolled to its top.
     setCurrentPage(page);
+    Q_EMIT scrolled();
+}
+
+double PageView::currentTop() const
+{
+    const QRectF sheet = pageBox(m_currentPage);
+    return std::max(viewport()->height() / 8.0 - sheet.top(), 0.0) * m_document->paper.height() / sheet.height();
 }
 
 void PageView::setZoom(double zoom)
@@ -104,12 +121,12 @@ void PageView::setFit(Fit fit)
     Q_EMIT zoomChanged();
 }
 
-void PageView::setHits(std::vector<Hit> hits, int current)
+void PageView::setHits(std::vector<TextSpan> hits, int current)
 {
     m_hits = std::move(hits);
     m_currentHit = current;
     if (current >= 0 && current < static_cast<int>(m_hits.size()))
-        showBox(m_hits[static_cast<std::size_t>(current)]);
+        showSpan(m_hits[static_cast<std::size_t>(current)]);
     viewport()->update();
 }
 
@@ -140,15 +157,15 @@ void PageView::paintEvent(QPaintEvent* event)
         paintShadow(painter, sheet);
         paintSheet(painter, sheet, *m_document, page);
     }
-    const double scale = pageSize().width() / m_document->paper.width();
     painter.setPen(Qt::NoPen);
     painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the letters stay black, as under a marker
-    const auto onFirst =
-        std::lower_bound(m_hits.begin(), m_hits.end(), first, [](const Hit& hit, int page) { return hit.page < page; });
-    for (auto hit = onFirst; hit != m_hits.end() && hit->page <= last; ++hit) {
-        const QPointF corner = pageBox(hit->page).topLeft() + hit->box.topLeft() * scale;
-        painter.setBrush(hit - m_hits.begin() == m_currentHit ? CurrentFoundColor : FoundColor);
-        painter.drawRoundedRect(QRectF(corner, hit->box.size() * scale).adjusted(-1, -1, 1, 1), 2, 2);
+    auto hit = std::lower_bound(m_hits.begin(), m_hits.end(), first,
+                                [](const TextSpan& span, int page) { return span.page < page; });
+    for (int page = first; page <= last; ++page) {
+        const PageText text(*m_document, page);
+        paintSpan(painter, text, m_selection.on(page, text), SelectedColor);
+        for (; hit != m_hits.end() && hit->page == page; ++hit)
+            paintSpan(painter, text, *hit, hit - m_hits.begin() == m_currentHit ? CurrentFoundColor : FoundColor);
     }
 }
 
@@ -199,33 +216,106 @@ void PageView::wheelEvent(QWheelEvent* event)
     event->accept();
 }
 
+// A press on a text marks, one beside it moves the paper.
 void PageView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
     m_dragFrom = event->position().toPoint();
-    viewport()->setCursor(Qt::ClosedHandCursor);
+    m_selecting = isTextAt(event->position());
+    if (!m_selecting)
+        viewport()->setCursor(Qt::ClosedHandCursor);
+    const TextPlace place = m_selecting ? placeAt(event->position()) : TextPlace();
+    select(m_selecting && event->modifiers() & Qt::ShiftModifier ? m_selection.from : place, place);
 }
 
 void PageView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!(event->buttons() & Qt::LeftButton))
+    if (!(event->buttons() & Qt::LeftButton)) {
+        viewport()->setCursor(isTextAt(event->position()) ? Qt::IBeamCursor : Qt::OpenHandCursor);
         return;
+    }
+    if (m_selecting) {
+        const int y = event->position().toPoint().y();
+        if (y < NearEdge || y > viewport()->height() - NearEdge)
+            verticalScrollBar()->setValue(verticalScrollBar()->value() + (y < NearEdge ? -LineStep : LineStep));
+        select(m_selection.from, placeAt(event->position()));
+        return;
+    }
     const QPoint moved = event->position().toPoint() - m_dragFrom;
     m_dragFrom += moved;
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() - moved.x());
     verticalScrollBar()->setValue(verticalScrollBar()->value() - moved.y());
 }
 
-void PageView::mouseReleaseEvent(QMouseEvent*)
+void PageView::mouseReleaseEvent(QMouseEvent* event)
 {
-    viewport()->setCursor(Qt::OpenHandCursor);
+    m_selecting = false;
+    viewport()->setCursor(isTextAt(event->position()) ? Qt::IBeamCursor : Qt::OpenHandCursor);
+}
+
+void PageView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !isTextAt(event->position()))
+        return;
+    const TextPlace place = placeAt(event->position());
+    const auto [from, to] = PageText(*m_document, place.first).wordAt(place.second);
+    select({place.first, from}, {place.first, to});
+}
+
+void PageView::selectAll()
+{
+    if (pageCount() > 0)
+        select({0, 0}, {pageCount() - 1, PageText(*m_document, pageCount() - 1).text().size()});
+}
+
+void PageView::copy() const
+{
+    if (!m_selection.isEmpty())
+        QGuiApplication::clipboard()->setText(m_selection.text(*m_document));
+}
+
+QPointF PageView::onPage(int page, QPointF inViewport) const
+{
+    const QRectF sheet = pageBox(page);
+    return (inViewport - sheet.topLeft()) * (m_document->paper.width() / sheet.width());
+}
+
+TextPlace PageView::placeAt(QPointF inViewport) const
+{
+    const int page = pageAt(inViewport.y() + verticalScrollBar()->value());
+    return {page, PageText(*m_document, page).placeAt(onPage(page, inViewport))};
+}
+
+bool PageView::isTextAt(QPointF inViewport) const
+{
+    const int page = pageAt(inViewport.y() + verticalScrollBar()->value());
+    return page < pageCount() && PageText(*m_document, page).isTextAt(onPage(page, inViewport));
+}
+
+void PageView::select(TextPlace from, TextPlace to)
+{
+    m_selection = {from, to};
+    viewport()->update();
+    Q_EMIT selectionChanged();
+}
+
+void PageView::paintSpan(QPainter& painter, const PageText& text, const TextSpan& span, const QColor& color) const
+{
+    const double scale = pageSize().width() / m_document->paper.width();
+    painter.setBrush(color);
+    for (const QRectF& box : text.boxes(span.from, span.to)) {
+        const QPointF corner = pageBox(span.page).topLeft() + box.topLeft() * scale;
+        painter.drawRoundedRect(QRectF(corner, box.size() * scale).adjusted(-1, -1, 1, 1), 2, 2);
+    }
 }
 
 void PageView::scrollContentsBy(int, int)
 {
     viewport()->update();
     noteCurrentPage();
+    if (!m_goingToPage)
+        Q_EMIT scrolled();
 }
 
 QSizeF PageView::pageSize() const
@@ -311,11 +401,14 @@ void PageView::readOn(int direction)
         bar->setValue(static_cast<int>(pageHeight - height <= edge ? start - pageHeight : start - height));
 }
 
-void PageView::showBox(const Hit& hit)
+void PageView::showSpan(const TextSpan& span)
 {
-    const QRectF sheet = pageBox(hit.page);
+    const std::vector<QRectF> boxes = PageText(*m_document, span.page).boxes(span.from, span.to);
+    if (boxes.empty())
+        return;
+    const QRectF sheet = pageBox(span.page);
     const double scale = sheet.width() / m_document->paper.width();
-    const QRectF box(sheet.topLeft() + hit.box.topLeft() * scale, hit.box.size() * scale);
+    const QRectF box(sheet.topLeft() + boxes.front().topLeft() * scale, boxes.front().size() * scale);
     if (!QRectF(viewport()->rect()).contains(box)) {
         const QScopedValueRollback<bool> keep(m_goingToPage, true);
         verticalScrollBar()->setValue(verticalScrollBar()->value() +
@@ -323,7 +416,8 @@ void PageView::showBox(const Hit& hit)
         horizontalScrollBar()->setValue(horizontalScrollBar()->value() +
                                         static_cast<int>(box.center().x() - viewport()->width() / 2.0));
     }
-    setCurrentPage(hit.page);
+    setCurrentPage(span.page);
+    Q_EMIT scrolled();
 }
 
 // The page that one reads: a quarter down the window, and the last one at the end.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reporting/view/DocumentSearch.h"
+#include "reporting/view/TextSelection.h"
 
 #include <QAbstractScrollArea>
 
@@ -37,8 +37,11 @@ public:
     [[nodiscard]] int pageCount() const;
     /// The page at the upper part of the window, or the one last gone to.
     [[nodiscard]] int currentPage() const { return m_currentPage; }
-    /// Makes the page the current one and brings its top to the top of the window as far as it can be scrolled.
-    void goToPage(int page);
+    /// Makes the page the current one and brings its top, or a line of it in points from there, to the top of the window
+    /// as far as it can be scrolled.
+    void goToPage(int page, double top = 0);
+    /// What is read at the top of the window: how far down the current page, in points.
+    [[nodiscard]] double currentTop() const;
 
     /// 1 shows a page at its size on paper. What is read in the middle of the window stays there.
     void setZoom(double zoom);
@@ -47,13 +50,21 @@ public:
     [[nodiscard]] Fit fit() const { return m_fit; }
 
     /// Marks the hits, one of them, counted from 0, as the current one; it is brought into view. -1 for none.
-    void setHits(std::vector<Hit> hits, int current);
+    void setHits(std::vector<TextSpan> hits, int current);
+
+    /// The text that is marked for being copied.
+    [[nodiscard]] const TextSelection& selection() const { return m_selection; }
+    void selectAll();
+    /// Puts the marked text on the clipboard.
+    void copy() const;
 
     /// Where the page lies in the viewport, in its pixels.
     [[nodiscard]] QRectF pageBox(int page) const;
 
 Q_SIGNALS:
     void currentPageChanged(int page);
+    void scrolled();
+    void selectionChanged();
     void zoomChanged();
 
 protected:
@@ -65,6 +76,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
 
 private:
@@ -75,19 +87,26 @@ private:
     void rescale(double zoom, QPointF anchor);
     void layOut();
     void readOn(int direction);
-    void showBox(const Hit& hit);
+    void showSpan(const TextSpan& span);
+    void paintSpan(QPainter& painter, const PageText& text, const TextSpan& span, const QColor& color) const;
     void noteCurrentPage();
     void setCurrentPage(int page);
     void describePage();
+    [[nodiscard]] QPointF onPage(int page, QPointF inViewport) const;
+    [[nodiscard]] TextPlace placeAt(QPointF inViewport) const;
+    [[nodiscard]] bool isTextAt(QPointF inViewport) const;
+    void select(TextPlace from, TextPlace to);
 
     std::shared_ptr<const Document> m_document;
     double m_zoom = 1;
     Fit m_fit = Fit::Shrink;
-    std::vector<Hit> m_hits;
+    std::vector<TextSpan> m_hits;
     int m_currentHit = -1;
     int m_currentPage = 0;
     bool m_goingToPage = false;
     QPoint m_dragFrom;
+    bool m_selecting = false; // the mouse is marking text
+    TextSelection m_selection;
 };
 
 } // namespace orlo::reports

@@ -1,16 +1,19 @@
 #include "reporting/view/PreviewWindow.h"
 
+#include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "reporting/Export.h"
 #include "reporting/view/FindBar.h"
+#include "reporting/view/NoticeBar.h"
+#include "reporting/view/PageBox.h"
 #include "reporting/view/PageList.h"
 #include "reporting/view/PageView.h"
 #include "reporting/view/Printing.h"
 #include "reporting/view/RunProgress.h"
+#include "reporting/view/ZoomBox.h"
 #include "widgets/Glyphs.h"
 
 #include <QAction>
-#include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
@@ -23,14 +26,12 @@
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QSpinBox>
 #include <QStandardPaths>
 #include <QToolBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <functional>
 
 namespace orlo::reports
 {
@@ -41,7 +42,6 @@ using widgets::glyphIcon;
 namespace
 {
 
-constexpr std::array Percents{25, 50, 75, 100, 125, 150, 200, 300, 400};
 constexpr int IconSize = 20;
 constexpr int SideWidth = 170;
 constexpr QSize PreferredSize(1020, 860);
@@ -86,12 +86,16 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
     column->setSpacing(0);
     column->addWidget(m_view, 1);
     column->addWidget(m_findBar);
+    m_notice = new NoticeBar;
+    column->addWidget(m_notice);
     setCentralWidget(centre);
 
     connect(m_view, &PageView::currentPageChanged, this, &PreviewWindow::showPage);
-    connect(m_view, &PageView::zoomChanged, this, &PreviewWindow::showZoom);
+    connect(m_view, &PageView::scrolled, this, &PreviewWindow::showPlace);
+    connect(m_view, &PageView::selectionChanged, this,
+            [this] { m_copy->setEnabled(!m_view->selection().isEmpty()); });
     fitToDocument();
-    showZoom();
+    m_zoom->showZoom();
     resize(PreferredSize.boundedTo(screen()->availableSize() * 0.9));
     m_view->setFocus();
 }
@@ -106,8 +110,10 @@ void PreviewWindow::setDocument(std::shared_ptr<const Document> document)
 
 void PreviewWindow::fitToDocument()
 {
+    const int tab = m_pageList ? m_pageList->currentIndex() : 0;
     delete std::exchange(m_pageList, new PageList(m_document));
     m_side->setWidget(m_pageList);
+    m_pageList->setCurrentIndex(tab);
     connect(m_pageList, &PageList::pagePicked, m_view, &PageView::goToPage);
     {
         const QSignalBlocker quiet(m_page);
@@ -118,6 +124,9 @@ void PreviewWindow::fitToDocument()
     m_print->setEnabled(whole && m_view->pageCount() > 0);
     m_savePdf->setEnabled(whole && m_view->pageCount() > 0);
     m_saveCsv->setEnabled(whole);
+    m_selectAll->setEnabled(m_view->pageCount() > 0);
+    if (whole)
+        tell(m_document->warnings.join(u'\n'));
     showPage(m_view->currentPage());
 }
 
@@ -126,11 +135,16 @@ void PreviewWindow::setPageListVisible(bool visible)
     m_side->setVisible(visible);
 }
 
+void PreviewWindow::tell(const QString& text)
+{
+    m_notice->tell(text);
+}
+
 bool PreviewWindow::savePdf(const QString& path)
 {
-    return save(path, [this, &path] {
+    return save(path, [document = m_document, &path] { // another one may come to stand here meanwhile
         RunProgress progress(tr("Saving the report…"));
-        return writePdf(*m_document, path, std::ref(progress));
+        return writePdf(*document, path, std::ref(progress));
     });
 }
 
@@ -150,7 +164,7 @@ void PreviewWindow::keyPressEvent(QKeyEvent* event)
         m_findBar->dismiss();
     else if (!m_view->hasFocus()) { // it leaves what it was typed in first, and what was typed there
         showPage(m_view->currentPage());
-        showZoom();
+        m_zoom->showZoom();
         m_view->setFocus();
     } else
         close();
@@ -195,15 +209,25 @@ void PreviewWindow::makeActions()
                         [this] { m_view->goToPage(m_view->currentPage() + 1); });
     m_last = makeAction("actLast", tr("&Last Page"), Glyph::Last, {QKeySequence(Qt::CTRL | Qt::Key_End)},
                         [this] { m_view->goToPage(m_view->pageCount() - 1); });
+    m_goToPage = makeAction("actGoToPage", tr("&Go to Page…"), Glyph::Pages, {QKeySequence(Qt::CTRL | Qt::Key_G)},
+                            [this] { askPage(); });
 
     m_zoomIn = makeAction("actZoomIn", tr("Zoom &In"), Glyph::ZoomIn,
                           {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
-                          [this] { stepZoom(1); });
+                          [this] { m_zoom->step(1); });
     m_zoomOut = makeAction("actZoomOut", tr("Zoom &Out"), Glyph::ZoomOut, {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
-                           [this] { stepZoom(-1); });
+                           [this] { m_zoom->step(-1); });
     m_actualSize = makeAction("actActualSize", tr("&Actual Size"), Glyph::Find, {QKeySequence(Qt::CTRL | Qt::Key_0)},
                               [this] { m_view->setZoom(1); });
 
+    m_copy = makeAction("actCopy", tr("&Copy"), Glyph::Pages, {QKeySequence::Copy}, [this] { m_view->copy(); });
+    m_copy->setEnabled(false);
+    m_selectAll = makeAction("actSelectAll", tr("Select &All"), Glyph::Pages, {QKeySequence::SelectAll},
+                             [this] { m_view->selectAll(); });
+    for (QAction* action : {m_copy, m_selectAll, m_goToPage})
+        action->setIcon({});
+    m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_view->addActions({m_copy, m_selectAll});
     m_find = makeAction("actFind", tr("&Find…"), Glyph::Find, {QKeySequence::Find}, [this] { m_findBar->open(); });
     m_findNext = makeAction("actFindNext", tr("Find &Next"), Glyph::Down, {QKeySequence(Qt::Key_F3)},
                             [this] { m_findBar->step(1); });
@@ -219,10 +243,14 @@ void PreviewWindow::makeMenus()
     report->addActions({m_print, m_savePdf, m_saveCsv});
     report->addSeparator();
     report->addAction(m_close);
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addActions({m_copy, m_selectAll});
     QMenu* find = menuBar()->addMenu(tr("&Find"));
     find->addActions({m_find, m_findNext, m_findPrevious});
     QMenu* go = menuBar()->addMenu(tr("&Go"));
     go->addActions({m_first, m_previous, m_next, m_last});
+    go->addSeparator();
+    go->addAction(m_goToPage);
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({m_zoomIn, m_zoomOut, m_actualSize});
     view->addAction(tr("Fit &Width"), this, [this] { m_view->setFit(PageView::Fit::Width); });
@@ -253,7 +281,8 @@ void PreviewWindow::makeToolBar()
     m_toolBar->addActions({m_next, m_last});
     m_toolBar->addSeparator();
     m_toolBar->addAction(m_zoomOut);
-    makeZoomBox();
+    m_zoom = new ZoomBox(*m_view);
+    m_toolBar->addWidget(m_zoom);
     m_toolBar->addAction(m_zoomIn);
     m_toolBar->addSeparator();
     m_toolBar->addAction(m_find);
@@ -267,7 +296,7 @@ void PreviewWindow::makeToolBar()
 
 void PreviewWindow::makePageBox()
 {
-    m_page = new QSpinBox;
+    m_page = new PageBox;
     m_page->setObjectName(QStringLiteral("spnPage"));
     m_page->setAccessibleName(tr("Page"));
     m_page->setToolTip(tr("Page"));
@@ -280,28 +309,6 @@ void PreviewWindow::makePageBox()
     typed->setAccessibleName(tr("Page"));
     connect(typed, &QLineEdit::returnPressed, m_view, [this] { m_view->setFocus(); });
     m_toolBar->addWidget(m_page);
-}
-
-void PreviewWindow::makeZoomBox()
-{
-    m_zoom = new QComboBox;
-    m_zoom->setObjectName(QStringLiteral("cboZoom"));
-    m_zoom->setAccessibleName(tr("Zoom"));
-    m_zoom->setToolTip(tr("Zoom"));
-    m_zoom->setEditable(true);
-    m_zoom->setInsertPolicy(QComboBox::NoInsert);
-    m_zoom->setCompleter(nullptr);
-    m_zoom->lineEdit()->setObjectName(QStringLiteral("txtZoom"));
-    m_zoom->lineEdit()->setAccessibleName(tr("Zoom"));
-    m_zoom->addItem(tr("Fit Width"));
-    m_zoom->addItem(tr("Fit Page"));
-    for (const int percent : Percents)
-        m_zoom->addItem(tr("%1%").arg(percent));
-    m_zoom->setMaxVisibleItems(m_zoom->count());
-    m_zoom->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    connect(m_zoom, &QComboBox::textActivated, this, &PreviewWindow::takeZoom);
-    connect(m_zoom->lineEdit(), &QLineEdit::returnPressed, this, [this] { takeZoom(m_zoom->currentText()); });
-    m_toolBar->addWidget(m_zoom);
 }
 
 void PreviewWindow::makeSide()
@@ -319,54 +326,22 @@ void PreviewWindow::showPage(int page)
 {
     const QSignalBlocker quiet(m_page);
     m_page->setValue(page + 1);
-    m_pageList->setCurrentPage(page);
+    showPlace();
     m_first->setEnabled(page > 0);
     m_previous->setEnabled(page > 0);
     m_next->setEnabled(page + 1 < m_view->pageCount());
     m_last->setEnabled(page + 1 < m_view->pageCount());
 }
 
-void PreviewWindow::showZoom()
+void PreviewWindow::showPlace()
 {
-    const QSignalBlocker quiet(m_zoom);
-    const QString percent = tr("%1%").arg(std::lround(m_view->zoom() * 100));
-    const QString text = m_view->fit() == PageView::Fit::Width  ? m_zoom->itemText(0)
-                         : m_view->fit() == PageView::Fit::Page ? m_zoom->itemText(1)
-                                                                : percent;
-    m_zoom->setCurrentIndex(m_zoom->findText(text));
-    m_zoom->setEditText(text);
-    m_zoom->setAccessibleDescription(percent);
+    m_pageList->setPlace(m_view->currentPage(), m_view->currentTop());
 }
 
-void PreviewWindow::takeZoom(const QString& text)
+void PreviewWindow::askPage()
 {
-    if (text == m_zoom->itemText(0)) {
-        m_view->setFit(PageView::Fit::Width);
-    } else if (text == m_zoom->itemText(1)) {
-        m_view->setFit(PageView::Fit::Page);
-    } else {
-        bool good = false;
-        const double percent = QString(text).remove(u'%').trimmed().toDouble(&good);
-        if (good && percent > 0)
-            m_view->setZoom(percent / 100);
-    }
-    showZoom();
-    m_view->setFocus();
-}
-
-// To the next of the listed scales; beyond the list's ends the scale stays.
-void PreviewWindow::stepZoom(int direction)
-{
-    const auto percent = static_cast<int>(std::lround(m_view->zoom() * 100));
-    if (direction > 0) {
-        const auto* larger = std::upper_bound(Percents.begin(), Percents.end(), percent);
-        if (larger != Percents.end())
-            m_view->setZoom(*larger / 100.0);
-    } else {
-        const auto* notSmaller = std::lower_bound(Percents.begin(), Percents.end(), percent);
-        if (notSmaller != Percents.begin())
-            m_view->setZoom(*std::prev(notSmaller) / 100.0);
-    }
+    m_page->setFocus(Qt::ShortcutFocusReason);
+    m_page->selectAll();
 }
 
 void PreviewWindow::print()
@@ -395,7 +370,8 @@ void PreviewWindow::print()
     }
     try {
         RunProgress progress(tr("Printing the report…"));
-        printDocument(*printer, *m_document, from, to, std::ref(progress));
+        const std::shared_ptr<const Document> document = m_document;
+        printDocument(*printer, *document, from, to, std::ref(progress));
     } catch (const platform::RuntimeError& error) {
         QMessageBox::warning(this, windowTitle(), error.description());
     }
@@ -409,7 +385,8 @@ QString PreviewWindow::askFile(const QString& caption, const QString& filter, co
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(suffix);
-    dialog.selectFile(QStringLiteral("%1.%2").arg(fileNameOf(windowTitle()), suffix));
+    const QString date = platform::today().toString(Qt::ISODate);
+    dialog.selectFile(QStringLiteral("%1 %2.%3").arg(fileNameOf(m_document->title), date, suffix));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
     QString path = dialog.selectedFiles().constFirst();
@@ -420,7 +397,10 @@ QString PreviewWindow::askFile(const QString& caption, const QString& filter, co
 bool PreviewWindow::save(const QString& path, const std::function<bool()>& write)
 {
     try {
-        return write();
+        if (!write())
+            return false;
+        m_notice->tell(tr("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
+        return true;
     } catch (const platform::RuntimeError& error) {
         QMessageBox::warning(
             this, windowTitle(),

@@ -8,10 +8,8 @@
 #include <memory>
 
 class QAction;
-class QComboBox;
 class QDockWidget;
 class QMenu;
-class QSpinBox;
 class QToolBar;
 
 namespace orlo::widgets
@@ -23,8 +21,11 @@ namespace orlo::reports
 {
 
 class FindBar;
+class NoticeBar;
+class PageBox;
 class PageList;
 class PageView;
+class ZoomBox;
 
 /// A finished report on the screen. It is a window of its own without a parent: a waiting dialog of the program doesn't
 /// block it, and it outlives the screen that ran the report, but not the program's frame. Closing it deletes it.
@@ -35,11 +36,14 @@ class PreviewWindow : public QMainWindow
 public:
     explicit PreviewWindow(std::shared_ptr<const Document> document);
 
-    /// Puts the whole document in the place of its first page, which was shown before the rest was there.
+    /// Puts another document in the place of the one that stands here: the whole one after its first page, or what the
+    /// report has become. The reader's place stays.
     void setDocument(std::shared_ptr<const Document> document);
     [[nodiscard]] const Document& document() const { return *m_document; }
     [[nodiscard]] PageView& view() const { return *m_view; }
     void setPageListVisible(bool visible);
+    /// Tells something in a line under the pages; an empty text takes the line away.
+    void tell(const QString& text);
 
     /// Writes the pages as PDF, the rows as CSV. False where it was cancelled, or after telling the user of the
     /// failure; a file that was there is then as it was.
@@ -56,13 +60,11 @@ private:
     void makeMenus();
     void makeToolBar();
     void makePageBox();
-    void makeZoomBox();
     void makeSide();
     void fitToDocument();
     void showPage(int page);
-    void showZoom();
-    void takeZoom(const QString& text);
-    void stepZoom(int direction);
+    void showPlace();
+    void askPage();
     void print();
     [[nodiscard]] QString askFile(const QString& caption, const QString& filter, const QString& suffix);
     bool save(const QString& path, const std::function<bool()>& write);
@@ -70,11 +72,12 @@ private:
     std::shared_ptr<const Document> m_document;
     PageView* m_view;
     FindBar* m_findBar = nullptr;
+    NoticeBar* m_notice = nullptr;
     PageList* m_pageList = nullptr;
     QDockWidget* m_side = nullptr;
     QToolBar* m_toolBar = nullptr;
-    QSpinBox* m_page = nullptr;
-    QComboBox* m_zoom = nullptr;
+    PageBox* m_page = nullptr;
+    ZoomBox* m_zoom = nullptr;
     QAction* m_first = nullptr;
     QAction* m_previous = nullptr;
     QAction* m_next = nullptr;
@@ -82,6 +85,9 @@ private:
     QAction* m_zoomIn = nullptr;
     QAction* m_zoomOut = nullptr;
     QAction* m_actualSize = nullptr;
+    QAction* m_goToPage = nullptr;
+    QAction* m_copy = nullptr;
+    QAction* m_selectAll = nullptr;
     QAction* m_find = nullptr;
     QAction* m_findNext = nullptr;
     QAction* m_findPrevious = nullptr;

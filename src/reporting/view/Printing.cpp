@@ -79,7 +79,12 @@ bool printDocument(QPrinter& printer, const Document& document, int from, int to
     if (first > last)
         return true;
 
-    preparePrinter(printer, document);
+    printer.setFullPage(true);
+    const QSizeF sheet = printer.pageLayout().fullRectPoints().size();
+    // Smaller where the paper is, in its middle where it's larger; a point is nothing, as papers are rounded to it.
+    const double fit = std::min(sheet.width() / document.paper.width(), sheet.height() / document.paper.height());
+    const double scale = fit > 0.99 ? 1 : fit;
+    const QSizeF margin = (sheet - document.paper * scale) / 2;
     const std::vector<int> order = printOrder(printer, first, last);
     QPainter painter;
     if (!painter.begin(&printer))
@@ -93,6 +98,8 @@ bool printDocument(QPrinter& printer, const Document& document, int from, int to
         }
         painter.save();
         painter.scale(scaleX, scaleY);
+        painter.translate(margin.width(), margin.height());
+        painter.scale(scale, scale);
         paintPage(painter, document, order[done]);
         painter.restore();
         if (progress && !progress(static_cast<int>(done) + 1, static_cast<int>(order.size()))) {

@@ -5,14 +5,14 @@
 #include "platform/Logging.h"
 #include "platform/RuntimeError.h"
 #include "reporting/ReportError.h"
+#include "reporting/view/LiveReport.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/Printing.h"
 #include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
 #include "store/jet/OpenFile.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include <QApplication>
 #include <QFileInfo>
 #include <QPrinter>
 #include <QStringList>
@@ -67,26 +67,17 @@ private:
     bool m_begun = false;
 };
 
-// What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
-// it may lie in the selection formula instead.
-QString messageOf(const ReportError& error, const QString& reportFile)
+// A caption that no other open preview has, so that two of one report can be told apart.
+QString freeCaption(const QString& wanted)
 {
-    QStringList lines{error.message()};
-    const QString report = platform::nativePath(reportFile);
-    const QString file = error.file().contains(u'/') ? error.file() : report;
-    if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
-        lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(file));
-    if (error.place().line > 0) {
-        QString where = QStringLiteral("Line %1").arg(error.place().line);
-        if (error.place().column > 0)
-            where += QStringLiteral(", column %1").arg(error.place().column);
-        const bool elsewhere =
-            file == report && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
-        if (elsewhere && !error.file().isEmpty())
-            where += QStringLiteral(" of the %1").arg(error.file());
-        lines << where;
-    }
-    return lines.join(u'\n');
+    QStringList taken;
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        if (window->objectName() == QStringLiteral("previewWindow") && window->isVisible())
+            taken << window->windowTitle();
+    QString caption = wanted;
+    for (int number = 2; taken.contains(caption); ++number)
+        caption = QStringLiteral("%1 (%2)").arg(wanted).arg(number);
+    return caption;
 }
 
 } // namespace
@@ -192,10 +183,16 @@ int ReportControl::execute()
     if (!self)
         return 0;
     if (m_destination == ToPreview) {
-        if (PreviewWindow* window = begun.release())
+        PreviewWindow* window = begun.release();
+        if (window)
             window->setDocument(std::make_shared<const Document>(std::move(*document)));
         else
-            show(std::move(*document));
+            window = show(std::move(*document));
+        new LiveReport(*window, request.reportFile, [request] {
+            RunDatabases opened;
+            RunProgress progress(QStringLiteral("Preparing the report…"));
+            return render(request, std::ref(opened), std::ref(progress));
+        });
         return 0;
     }
     const std::unique_ptr<QPrinter> printer = defaultPrinter();
@@ -203,6 +200,7 @@ int ReportControl::execute()
         throw ReportError(platform::DeviceUnavailable,
                           QStringLiteral("The report can't be printed: this computer has no default printer. View "
                                          "the report instead; from its window it can be saved as a PDF file."));
+    preparePrinter(*printer, *document);
     RunProgress progress(QStringLiteral("Printing the report…"));
     return printDocument(*printer, *document, 1, 0, std::ref(progress)) ? 0 : UserInterrupt;
 }
@@ -221,8 +219,7 @@ PreviewWindow* ReportControl::show(Document&& document)
 {
     auto* window = new PreviewWindow(std::make_shared<const Document>(std::move(document)));
     m_preview = window;
-    if (!m_windowTitle.isEmpty())
-        window->setWindowTitle(m_windowTitle);
+    window->setWindowTitle(freeCaption(m_windowTitle.isEmpty() ? window->windowTitle() : m_windowTitle));
     window->setPageListVisible(m_windowOption);
     switch (m_windowState) {
     case PreviewMaximised:
@@ -244,7 +241,8 @@ void ReportControl::tell(const QString& text)
     QString title = m_windowTitle.isEmpty() ? QFileInfo(platform::nativePath(m_request.reportFile)).completeBaseName()
                                             : m_windowTitle;
     title = title.isEmpty() ? platform::title() : QStringLiteral("%1 - %2").arg(title, platform::title());
-    m_message = new ReportMessage(title, text);
+    auto* screen = qobject_cast<QWidget*>(parent());
+    m_message = new ReportMessage(title, text, screen ? screen->window() : nullptr);
     m_message->show();
     m_message->raise();
     m_message->activateWindow();

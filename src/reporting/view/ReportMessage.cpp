@@ -1,6 +1,12 @@
 #include "reporting/view/ReportMessage.h"
 
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "reporting/ReportError.h"
+
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -10,7 +16,28 @@
 namespace orlo::reports
 {
 
-ReportMessage::ReportMessage(const QString& title, const QString& text)
+QString messageOf(const ReportError& error, const QString& reportFile)
+{
+    QStringList lines{error.message()};
+    const QString report = platform::nativePath(reportFile);
+    const QString file = error.file().contains(u'/') ? error.file() : report;
+    if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
+        lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(file));
+    if (error.place().line > 0) {
+        QString where = QStringLiteral("Line %1").arg(error.place().line);
+        if (error.place().column > 0)
+            where += QStringLiteral(", column %1").arg(error.place().column);
+        const bool elsewhere =
+            file == report && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
+        if (elsewhere && !error.file().isEmpty())
+            where += QStringLiteral(" of the %1").arg(error.file());
+        lines << where;
+    }
+    return lines.join(u'\n');
+}
+
+ReportMessage::ReportMessage(const QString& title, const QString& text, QWidget* asking)
+    : QWidget(asking, asking ? Qt::Dialog : Qt::Window)
 {
     setObjectName(QStringLiteral("reportMessage"));
     setWindowTitle(title);

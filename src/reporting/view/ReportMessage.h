@@ -5,14 +5,20 @@
 namespace orlo::reports
 {
 
-/// The engine's own window for what went wrong in a run. It belongs to no screen, so it never waits for one or holds
-/// one up; its text can be selected and copied. Closing it deletes it.
+class ReportError;
+
+/// What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
+/// it may lie in the selection formula instead.
+[[nodiscard]] QString messageOf(const ReportError& error, const QString& reportFile);
+
+/// The engine's own window for what went wrong in a run. It lies above the window that asked for the run
+/// and holds nothing up; its text can be selected and copied. Closing it deletes it.
 class ReportMessage : public QWidget
 {
     Q_OBJECT
 
 public:
-    ReportMessage(const QString& title, const QString& text);
+    ReportMessage(const QString& title, const QString& text, QWidget* asking = nullptr);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -14,16 +14,26 @@ namespace
 {
 
 int showAfter = 400;            // milliseconds
+int underWay = 0;
 constexpr int UpdateEvery = 50; // milliseconds
 
 } // namespace
 
 RunProgress::RunProgress(QString label) : m_label(std::move(label)), m_busy(std::make_unique<widgets::BusyPointer>())
 {
+    ++underWay;
     m_sinceStart.start();
 }
 
-RunProgress::~RunProgress() = default;
+RunProgress::~RunProgress()
+{
+    --underWay;
+}
+
+bool RunProgress::isUnderWay()
+{
+    return underWay > 0;
+}
 
 void RunProgress::setDelay(int milliseconds)
 {

@@ -27,6 +27,9 @@ public:
     /// False once the user has cancelled.
     bool operator()(int done, int total);
 
+    /// True while such work is under way anywhere in the program.
+    [[nodiscard]] static bool isUnderWay();
+
     /// How long work may take without its window, in milliseconds; 400 unless a test says otherwise.
     static void setDelay(int milliseconds);
 

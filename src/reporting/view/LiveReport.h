@@ -1,0 +1,50 @@
+#pragma once
+
+#include "reporting/Document.h"
+
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <utility>
+
+namespace orlo::reports
+{
+
+class PreviewWindow;
+
+/// Keeps a preview as its report file is: once that file, or one that it reads, has changed on the disk, the report runs
+/// again and its pages take the place of the old ones. What is wrong in the file is told in the preview, whose pages
+/// stay. It belongs to the preview.
+class LiveReport : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Runs the report again; nothing where it was cancelled. Raises what a run raises.
+    using Rerun = std::function<std::optional<Document>()>;
+
+    LiveReport(PreviewWindow& preview, const QString& reportFile, Rerun rerun);
+
+private:
+    /// When a file was changed and its size.
+    using Stamp = std::pair<qint64, qint64>;
+
+    void watch();
+    [[nodiscard]] std::map<QString, Stamp> stamps() const;
+    void look();
+    void run();
+
+    PreviewWindow& m_preview;
+    QString m_reportFile;
+    Rerun m_rerun;
+    QStringList m_files;
+    std::map<QString, Stamp> m_seen;
+    QFileSystemWatcher m_watcher;
+    QTimer m_settle; // a file is written in several steps
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,34 @@
+#include "reporting/view/PageBox.h"
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr qsizetype MostDigits = 9;
+
+// The number that a text begins with; 0 where it begins with none.
+int numberIn(const QString& text)
+{
+    const auto end = std::find_if_not(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+    return text.left(std::min<qsizetype>(end - text.begin(), MostDigits)).toInt();
+}
+
+} // namespace
+
+QValidator::State PageBox::validate(QString& text, int& place) const
+{
+    const QValidator::State state = QSpinBox::validate(text, place);
+    return state == QValidator::Invalid && numberIn(text) > maximum() ? QValidator::Intermediate : state;
+}
+
+void PageBox::fixup(QString& text) const
+{
+    if (const int number = numberIn(text); number > 0)
+        text = textFromValue(std::min(number, maximum())) + suffix();
+}
+
+} // namespace orlo::reports

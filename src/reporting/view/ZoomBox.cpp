@@ -1,0 +1,85 @@
+#include "reporting/view/ZoomBox.h"
+
+#include "reporting/view/PageView.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr std::array Percents{25, 50, 75, 100, 125, 150, 200, 300, 400};
+
+} // namespace
+
+ZoomBox::ZoomBox(PageView& view) : m_view(view)
+{
+    setObjectName(QStringLiteral("cboZoom"));
+    setAccessibleName(tr("Zoom"));
+    setToolTip(tr("Zoom"));
+    setEditable(true);
+    setInsertPolicy(QComboBox::NoInsert);
+    setCompleter(nullptr);
+    lineEdit()->setObjectName(QStringLiteral("txtZoom"));
+    lineEdit()->setAccessibleName(tr("Zoom"));
+    addItem(tr("Fit Width"));
+    addItem(tr("Fit Page"));
+    for (const int percent : Percents)
+        addItem(tr("%1%").arg(percent));
+    setMaxVisibleItems(count());
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(this, &QComboBox::textActivated, this, &ZoomBox::takeZoom);
+    connect(lineEdit(), &QLineEdit::returnPressed, this, [this] { takeZoom(currentText()); });
+    connect(&m_view, &PageView::zoomChanged, this, &ZoomBox::showZoom);
+}
+
+void ZoomBox::showZoom()
+{
+    const QSignalBlocker quiet(this);
+    const QString percent = tr("%1%").arg(std::lround(m_view.zoom() * 100));
+    const QString text = m_view.fit() == PageView::Fit::Width  ? itemText(0)
+                         : m_view.fit() == PageView::Fit::Page ? itemText(1)
+                                                               : percent;
+    setCurrentIndex(findText(text));
+    setEditText(text);
+    setAccessibleDescription(percent);
+}
+
+void ZoomBox::takeZoom(const QString& text)
+{
+    if (text == itemText(0)) {
+        m_view.setFit(PageView::Fit::Width);
+    } else if (text == itemText(1)) {
+        m_view.setFit(PageView::Fit::Page);
+    } else {
+        bool good = false;
+        const double percent = QString(text).remove(u'%').trimmed().toDouble(&good);
+        if (good && percent > 0)
+            m_view.setZoom(percent / 100);
+    }
+    showZoom();
+    m_view.setFocus();
+}
+
+void ZoomBox::step(int direction)
+{
+    const auto percent = static_cast<int>(std::lround(m_view.zoom() * 100));
+    if (direction > 0) {
+        const auto* larger = std::upper_bound(Percents.begin(), Percents.end(), percent);
+        if (larger != Percents.end())
+            m_view.setZoom(*larger / 100.0);
+    } else {
+        const auto* notSmaller = std::lower_bound(Percents.begin(), Percents.end(), percent);
+        if (notSmaller != Percents.begin())
+            m_view.setZoom(*std::prev(notSmaller) / 100.0);
+    }
+}
+
+} // namespace orlo::reports
