@@ -56,8 +56,8 @@ struct Page {
 /// A heading of a group, for an outline beside the pages.
 struct OutlineEntry {
     QString text;
-    int level = 0; ///< 0 for the outermost group
-    int page = 0;  ///< place in Document::pages
+    int level = 0;  ///< 0 for the outermost group
+    int page = 0;   ///< place in Document::pages
     double top = 0; ///< where its line begins, points from the top of the paper
 };
 

@@ -237,13 +237,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("page");
         QTest::addColumn<QString>("searched");
         QTest::addColumn<QStringList>("found");
-        QTest::newRow("broken") << "the Order of\nthe Arrow" << "order of the arrow" << QStringList{"Order of", "the Arrow"};
-        QTest::newRow("inside a word") << "anna@fern-\nhollow.org" << "fern-hollow" << QStringList{"fern-", "hollow"};
-        QTest::newRow("two words") << "Scouts\nmaster" << "sm" << QStringList{};
-        QTest::newRow("accents") << "Zoë Núñez Śliwa" << "nunez s" << QStringList{"Núñez Ś"};
-        QTest::newRow("blanks") << "Bear  Den" << " bear den " << QStringList{"Bear  Den"};
-        QTest::newRow("a sign") << "cost (1.50)" << "(1.5" << QStringList{"(1.5"};
-        QTest::newRow("nothing") << "all" << " " << QStringList{};
+        QTest::newRow("broken") << "the Order of\nthe Arrow"
+                                << "order of the arrow" << QStringList{"Order of", "the Arrow"};
+        QTest::newRow("inside a word") << "anna@fern-\nhollow.org"
+                                       << "fern-hollow" << QStringList{"fern-", "hollow"};
+        QTest::newRow("two words") << "Scouts\nmaster"
+                                   << "sm" << QStringList{};
+        QTest::newRow("accents") << "Zoë Núñez Śliwa"
+                                 << "nunez s" << QStringList{"Núñez Ś"};
+        QTest::newRow("blanks") << "Bear  Den"
+                                << " bear den " << QStringList{"Bear  Den"};
+        QTest::newRow("a sign") << "cost (1.50)"
+                                << "(1.5" << QStringList{"(1.5"};
+        QTest::newRow("nothing") << "all"
+                                 << " " << QStringList{};
     }
     void findsTextAsItReads()
     {

@@ -228,7 +228,8 @@ frmCreatePurchaseList |cmdCreate|Purchase List;Awards and other items to buy|#
                           "No active adult holds a position of the pack.")
             .replace("%", "There are no active scouts, and no active leaders of dens.")
             .replace("#", "Awards There are no awards to buy. Other Items There is nothing else to buy.");
-        heading = test::withoutBlanks(heading.section(u';', 0, 0) + "Pack 12, Zoë's" + heading.section(u';', 1) + "Verrano (ORLO)");
+        heading = test::withoutBlanks(heading.section(u';', 0, 0) + "Pack 12, Zoë's" + heading.section(u';', 1) +
+                                      "Verrano (ORLO)");
         const QString chosen = clicks.startsWith("opt") ? clicks.mid(3) : clicks.isEmpty() ? "''" : "Description";
         const QString sql = QString::fromUtf8(script("printed.sql")).replace("%1", chosen);
         const QString query = sql.section(run + u';', 1).section(u'\n', 1).section("\n--", 0, 0);

@@ -111,7 +111,8 @@ void FindBar::search(const QString& text)
 {
     m_hits = findText(*m_document, text);
     const int page = m_view.currentPage();
-    const auto ahead = std::find_if(m_hits.begin(), m_hits.end(), [page](const TextSpan& hit) { return hit.page >= page; });
+    const auto ahead =
+        std::find_if(m_hits.begin(), m_hits.end(), [page](const TextSpan& hit) { return hit.page >= page; });
     m_current = m_hits.empty() ? -1 : ahead == m_hits.end() ? 0 : static_cast<int>(ahead - m_hits.begin());
     showCurrent();
 }

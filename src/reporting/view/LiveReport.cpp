@@ -84,6 +84,11 @@ void LiveReport::run()
         watch();
         m_seen = stamps();
     } catch (const ReportError& error) {
+        if (error.file().contains(u'/') && !m_files.contains(error.file())) {
+            m_files << error.file(); // newly included, and to be mended there
+            watch();
+            m_seen = stamps();
+        }
         m_preview.tell(messageOf(error, m_reportFile));
     } catch (const platform::RuntimeError& error) {
         m_preview.tell(messageOf(ReportError(error.number(), error.description()), m_reportFile));

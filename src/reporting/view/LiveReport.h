@@ -16,9 +16,9 @@ namespace orlo::reports
 
 class PreviewWindow;
 
-/// Keeps a preview as its report file is: once that file, or one that it reads, has changed on the disk, the report runs
-/// again and its pages take the place of the old ones. What is wrong in the file is told in the preview, whose pages
-/// stay. It belongs to the preview.
+/// Keeps a preview as its report file is: once that file, or one that it reads, has changed on the disk, the report
+/// runs again and its pages take the place of the old ones. What is wrong in the file is told in the preview, whose
+/// pages stay. It belongs to the preview.
 class LiveReport : public QObject
 {
     Q_OBJECT

@@ -8,7 +8,8 @@ class QToolButton;
 namespace orlo::reports
 {
 
-/// The line under the pages that tells something without being asked: where a file went, what is wrong in a report file.
+/// The line under the pages that tells something without being asked: where a file went, what is wrong in a report
+/// file.
 class NoticeBar : public QWidget
 {
     Q_OBJECT
@@ -16,7 +17,8 @@ class NoticeBar : public QWidget
 public:
     NoticeBar();
 
-    /// Shows a text until another one comes or it is closed; an empty one hides the line. A file or folder's path gives the button "Open".
+    /// Shows a text until another one comes or it is closed; an empty one hides the line. A file or folder's path gives
+    /// the button "Open".
     void tell(const QString& text, const QString& opens = QString());
 
 private:

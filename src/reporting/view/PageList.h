@@ -37,8 +37,8 @@ private:
     QListView* m_pages = nullptr;
     QTreeWidget* m_outline = nullptr;
     std::vector<QTreeWidgetItem*> m_entries; // of the outline, in the document's order
-    bool m_following = false; // the lists are being led by the reader's place
-    bool m_leading = false;   // an entry was picked: it stays marked wherever the pages can be scrolled to
+    bool m_following = false;                // the lists are being led by the reader's place
+    bool m_leading = false; // an entry was picked: it stays marked wherever the pages can be scrolled to
 };
 
 } // namespace orlo::reports

@@ -115,8 +115,8 @@ PageText::PageText(const Document& document, int page) : m_document(document)
         if (!text)
             continue;
         if (previous)
-            m_text += text->box.top() < previous->box.bottom() && text->box.left() >= previous->box.right() ? u'\t'
-                                                                                                             : u'\n';
+            m_text +=
+                text->box.top() < previous->box.bottom() && text->box.left() >= previous->box.right() ? u'\t' : u'\n';
         previous = text;
         int number = 0;
         for (const QStringView line : QStringView(text->text).tokenize(u'\n')) {

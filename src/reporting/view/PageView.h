@@ -37,8 +37,8 @@ public:
     [[nodiscard]] int pageCount() const;
     /// The page at the upper part of the window, or the one last gone to.
     [[nodiscard]] int currentPage() const { return m_currentPage; }
-    /// Makes the page the current one and brings its top, or a line of it in points from there, to the top of the window
-    /// as far as it can be scrolled.
+    /// Makes the page the current one and brings its top, or a line of it in points from there, to the top of the
+    /// window as far as it can be scrolled.
     void goToPage(int page, double top = 0);
     /// What is read at the top of the window: how far down the current page, in points.
     [[nodiscard]] double currentTop() const;

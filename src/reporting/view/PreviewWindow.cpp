@@ -92,8 +92,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
 
     connect(m_view, &PageView::currentPageChanged, this, &PreviewWindow::showPage);
     connect(m_view, &PageView::scrolled, this, &PreviewWindow::showPlace);
-    connect(m_view, &PageView::selectionChanged, this,
-            [this] { m_copy->setEnabled(!m_view->selection().isEmpty()); });
+    connect(m_view, &PageView::selectionChanged, this, [this] { m_copy->setEnabled(!m_view->selection().isEmpty()); });
     fitToDocument();
     m_zoom->showZoom();
     resize(PreferredSize.boundedTo(screen()->availableSize() * 0.9));

@@ -13,7 +13,7 @@ namespace orlo::reports
 namespace
 {
 
-int showAfter = 400;            // milliseconds
+int showAfter = 400; // milliseconds
 int underWay = 0;
 constexpr int UpdateEvery = 50; // milliseconds
 
