@@ -138,7 +138,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What no library dependency tells: the age of the database engine, the reports' letters, a native window on a Wayland
 # desktop, and what opens the manual.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-dejavu-core | fonts-liberation")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-liberation | fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
 configure_file(packaging/Generator.cmake.in ${PACKAGE_DIR}/Generator.cmake @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE ${PACKAGE_DIR}/Generator.cmake)

@@ -47,10 +47,17 @@ struct Lookup {
     Place place;
 };
 
-/// A name that formulas use: for an expression, or for a field by its table's name.
+/// A name that formulas use for an expression.
 struct NamedFormula {
     QString name;
     Formula formula;
+    Place place;
+};
+
+/// A name under which a selection may call a column.
+struct FieldName {
+    QString name;
+    QString column;
     Place place;
 };
 
@@ -111,6 +118,8 @@ struct Group {
     bool descending = false;
     bool keepTogether = false;
     double mayLeaveEmpty = 1; ///< of a page's body, at most, so that the group stays whole
+    int most = 0;             ///< so many groups at most, those that come first; 0 for all
+    bool mostIsPercent = false;
     bool repeatHeader = false;
     bool newPage = false;
     Formula outline; ///< the group's line in the outline beside the pages; empty for none
@@ -134,9 +143,9 @@ struct Definition {
     Source source;
     std::vector<NamedSource> namedSources;
     std::vector<Lookup> lookups;
-    std::vector<NamedFormula> names;  ///< "let": each may use those before it
-    std::vector<NamedFormula> fields; ///< "field {NAME} = {COLUMN}": what a selection may call a column
-    Formula unique; ///< of the selected rows with the same value only the first is kept; empty for all
+    std::vector<NamedFormula> names; ///< "let": each may use those before it
+    std::vector<FieldName> fields;   ///< "field {NAME} = {COLUMN}": what a selection may call a column
+    Formula unique;                  ///< of the selected rows with the same value only the first is kept; empty for all
     std::vector<SortKey> sort;
     std::vector<Group> groups;
     std::vector<ExportColumn> exports;

@@ -280,9 +280,8 @@ private:
     {
         const Place place = m_lines->place();
         const QString name = m_lines->fieldName();
-        m_definition.fields.push_back({name, m_lines->assigned(), place});
-        if (m_definition.fields.back().formula.root().kind != FormulaNode::Kind::Field)
-            m_lines->fail(QStringLiteral("A field stands for a column: field {Table.Field} = {Column}."));
+        m_lines->expect("=");
+        m_definition.fields.push_back({name, m_lines->fieldName(), place});
     }
 
     SortKey readSort()
@@ -340,6 +339,15 @@ private:
             group.mayLeaveEmpty = m_lines->percent() / 100.0;
     }
 
+    /// top N, top N%
+    void readTop(Group& group)
+    {
+        group.most = m_lines->number(1, 1'000'000);
+        group.mostIsPercent = m_lines->atSign(u'%');
+        if (group.mostIsPercent)
+            m_lines->expect("%");
+    }
+
     void readGroup()
     {
         Group group;
@@ -354,6 +362,8 @@ private:
                 group.sort.push_back(readSort());
             else if (word == QLatin1String("keep-together"))
                 readKeepTogether(group);
+            else if (word == QLatin1String("top"))
+                readTop(group);
             else if (word == QLatin1String("repeat-header"))
                 group.repeatHeader = true;
             else if (word == QLatin1String("new-page"))

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <span>
+#include <variant>
 #include <vector>
 
 namespace orlo::reports
@@ -12,62 +13,76 @@ namespace orlo::reports
 
 using store::Value;
 
+struct FormulaFunction;
+
 /// The words of the language that stand for what the run knows.
 enum class Word {
     PageNumber,
     PageCount,
+    PageOfPages,
     PrintDate,
     PrintTime,
     ReportTitle,
     ProgramName,
     RecordNumber,
+    GroupNumber,
+    OnFirstRecord,
+    OnLastRecord,
     Repeated,
     NewLine
 };
 
 /// What a summary computes over the rows of a group or of the whole report.
-enum class Summary { Sum, Count, Average, Minimum, Maximum, DistinctCount };
+enum class Summary { Sum, Count, Average, Minimum, Maximum, DistinctCount, Median };
 
 /// One part of a formula that was read.
 struct FormulaNode {
-    enum class Kind {
-        Literal,
-        Field,
-        Word,
-        Call,
-        Summary,
-        Not,
-        Negate,
-        And,
-        Or,
-        Add,
-        Subtract,
-        Join,
-        Multiply,
-        Divide,
-        Equal,
-        Unequal,
-        Less,
-        LessOrEqual,
-        Greater,
-        GreaterOrEqual,
-        InRange,
-        InList,
-        Like,
-        If
-    };
     /// What is known of a part's value before it is computed; a field may be anything.
     enum class Type { Any, Condition, Number, Text, Date };
 
-    Kind kind = Kind::Literal;
+    struct Literal {
+        Value value;
+    };
+    struct Field {
+        QString name;
+        int index = -1; ///< of the bound field
+    };
+    struct NamedWord {
+        Word word;
+    };
+    /// A function or an operator of the children.
+    struct Call {
+        const FormulaFunction* function;
+    };
+    /// "and" or "or" of the children, which aren't computed further than needed.
+    struct Connected {
+        bool isOr;
+    };
+    /// "if": the condition, the value, and the other one if there is any.
+    struct Choice {
+    };
+    struct Summarised {
+        Summary summary;
+        QString group;        ///< "" for the rows around the place where it stands
+        bool running = false; ///< only up to the row that it stands in
+    };
+    /// The only child in another row.
+    struct Neighbour {
+        int offset; ///< -1 for the row before, 1 for the next
+    };
+
+    std::variant<Literal, Field, NamedWord, Call, Connected, Choice, Summarised, Neighbour> part;
     Type type = Type::Any;
     Place place;
     int depth = 1;
-    Value literal;
-    QString name; ///< of a field or function; a summary's group
     bool bracketed = false;
-    int index = -1; ///< of the bound field, the function, the word or the summary
     std::vector<FormulaNode> children;
+
+    template <typename Part>
+    [[nodiscard]] const Part* as() const
+    {
+        return std::get_if<Part>(&part);
+    }
 };
 
 /// Where a formula's fields, words and summaries take their values from.
@@ -79,6 +94,8 @@ public:
     [[nodiscard]] virtual Value word(Word word) const = 0;
     /// The summary of a node, whose only child is computed for each row; without a child the rows are counted.
     [[nodiscard]] virtual Value summary(const FormulaNode& node) const = 0;
+    /// The value of an expression in a row before or after the current one; Null where there is none.
+    [[nodiscard]] virtual Value inRow(int offset, const FormulaNode& expression) const = 0;
 };
 
 /// An expression of the report language. Keywords, functions and field names are read without regard to case.
@@ -91,6 +108,8 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return m_empty; }
     [[nodiscard]] const FormulaNode& root() const { return m_root; }
+    /// True if any part of the formula passes the test.
+    [[nodiscard]] bool any(const std::function<bool(const FormulaNode&)>& test) const;
     /// True if the text uses the page's number or the number of pages.
     [[nodiscard]] bool usesPages() const;
 
@@ -111,8 +130,8 @@ private:
 /// Computes one node, as Formula::evaluate() does for the root.
 [[nodiscard]] Value evaluateNode(const FormulaNode& node, const FormulaScope& scope);
 
-/// Orders two values that aren't Null: numbers and yes/no by size, dates by time, texts without regard to case.
-/// Raises ReportError 13 for kinds that don't compare.
+/// Orders two values that aren't Null: numbers and yes/no by size, dates by time, texts without regard to case; a text
+/// that reads as a number or a date goes by it beside one. Raises ReportError 13 for kinds that don't compare.
 [[nodiscard]] int compareValues(const Value& a, const Value& b, Place place = {});
 
 /// A value as a report prints it: "" for Null, the short date, the plain number.

@@ -1,7 +1,9 @@
 #include "reporting/FormulaFunctions.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -11,12 +13,277 @@ namespace orlo::reports
 namespace
 {
 
-using Arguments = std::span<const Value>;
+using Arguments = FormulaFunction::Arguments;
 using Type = FormulaNode::Type;
 
 constexpr int LongestText = 1'000'000;
+constexpr int MostDecimals = 15;
 
-double numberOf(const Value& value, Place place)
+const QLocale& english()
+{
+    static const QLocale locale(QLocale::English, QLocale::UnitedStates);
+    return locale;
+}
+
+QString text(const Value& value)
+{
+    return displayText(value);
+}
+
+[[noreturn]] void refuse(const QString& message, Place place)
+{
+    throw ReportError(platform::InvalidProcedureCall, message, place);
+}
+
+int count(const Value& value, Place place)
+{
+    return std::max(0, wholeArgument(value, place));
+}
+
+/// ToText(value), ToText(number, decimals[, thousands[, point]]), ToText(number or date, pattern)
+Value toText(Arguments a, Place place)
+{
+    if (a.size() == 1)
+        return text(a[0]);
+    if (a[1].isText()) {
+        if (a[0].isNumber())
+            return patternText(a[0].toDouble(), a[1].toText());
+        const store::DateTime when = dateArgument(a[0], place);
+        return QLocale::c().toString(QDateTime(when.date, when.time), a[1].toText());
+    }
+    const int decimals = wholeArgument(a[1], place);
+    if (decimals < 0 || decimals > MostDecimals)
+        refuse(QStringLiteral("Decimals run from 0 to 15."), place);
+    QString number = english().toString(numberArgument(a[0], place), 'f', decimals);
+    if (a.size() > 2) {
+        const QString point = a.size() > 3 ? text(a[3]) : QStringLiteral(".");
+        const qsizetype dot = number.indexOf(u'.');
+        const QString fraction = dot < 0 ? QString() : point + number.mid(dot + 1);
+        number = number.left(dot < 0 ? number.size() : dot).replace(u',', text(a[2])) + fraction;
+    }
+    return number;
+}
+
+Value joined(Arguments a, Place)
+{
+    QString all;
+    const QString separator = text(a[0]);
+    for (const Value& value : a.subspan(1))
+        if (const QString part = text(value).trimmed(); !part.isEmpty())
+            all += (all.isEmpty() ? QString() : separator) + part;
+    return all;
+}
+
+Value middle(Arguments a, Place place)
+{
+    const int start = wholeArgument(a[1], place);
+    const int length = a.size() > 2 ? wholeArgument(a[2], place) : LongestText;
+    if (start < 1 || length < 0)
+        refuse(QStringLiteral("Mid counts from 1."), place);
+    return text(a[0]).mid(start - 1, length);
+}
+
+QString properCase(const QString& given)
+{
+    QString proper = given.toLower();
+    bool begins = true;
+    for (QChar& c : proper) {
+        if (begins)
+            c = c.toUpper();
+        begins = !c.isLetterOrNumber() && c != u'\'';
+    }
+    return proper;
+}
+
+/// InStr([start,] text, part): from 1, 0 where the part isn't in the text
+Value position(Arguments a, Place place)
+{
+    const bool started = a.size() == 3;
+    const int start = started ? wholeArgument(a[0], place) : 1;
+    if (start < 1)
+        refuse(QStringLiteral("InStr counts from 1."), place);
+    return qint64(text(a[started]).indexOf(text(a[started + 1]), start - 1, Qt::CaseInsensitive) + 1);
+}
+
+Value repeated(Arguments a, Place place)
+{
+    const QString part = text(a[0]);
+    const int times = count(a[1], place);
+    if (part.size() * times > LongestText)
+        refuse(QStringLiteral("The text is too long."), place);
+    return part.repeated(times);
+}
+
+/// The number that a text begins with, 0 for none.
+Value leadingNumber(Arguments a, Place)
+{
+    const QString digits = text(a[0]).remove(u' ').remove(u',');
+    for (qsizetype length = std::min<qsizetype>(digits.size(), 30); length > 0; --length) {
+        bool read = false;
+        const double number = digits.left(length).toDouble(&read);
+        if (read && std::isfinite(number))
+            return number;
+    }
+    return 0;
+}
+
+/// Rounds away from a number's own end: 2.675 is written as a little less, and is still meant to give 2.68.
+double roundedTo(double number, int decimals, double (*round)(double))
+{
+    const double scale = std::pow(10.0, std::abs(decimals));
+    const double scaled = decimals < 0 ? number / scale : number * scale;
+    if (!std::isfinite(scaled))
+        return number;
+    const double exact = QString::number(scaled, 'g', 15).toDouble();
+    return decimals < 0 ? round(exact) * scale : round(exact) / scale;
+}
+
+template <double (*Round)(double)>
+Value rounded(Arguments a, Place place)
+{
+    const int decimals = a.size() > 1 ? std::clamp(wholeArgument(a[1], place), -MostDecimals, MostDecimals) : 0;
+    return roundedTo(numberArgument(a[0], place), decimals, Round);
+}
+
+double nearest(double number)
+{
+    return std::round(number);
+}
+double truncated(double number)
+{
+    return std::trunc(number);
+}
+double below(double number)
+{
+    return std::floor(number);
+}
+double above(double number)
+{
+    return std::ceil(number);
+}
+
+template <QString (*Change)(const QString&)>
+Value changed(Arguments a, Place)
+{
+    return Change(text(a[0]));
+}
+
+constexpr auto Functions = std::to_array<FormulaFunction>({
+    {QLatin1StringView("IsNull"), 1, 1, Type::Condition, [](Arguments a, Place) -> Value { return a[0].isNull(); }, true},
+    {QLatin1StringView("IsEmpty"), 1, 1, Type::Condition,
+     [](Arguments a, Place) -> Value { return text(a[0]).trimmed().isEmpty(); }, true},
+    {QLatin1StringView("IsNumber"), 1, 1, Type::Condition,
+     [](Arguments a, Place) -> Value { return a[0].isNumber() || platform::readNumber(text(a[0])).has_value(); }},
+    {QLatin1StringView("IsDate"), 1, 1, Type::Condition,
+     [](Arguments a, Place) -> Value { return a[0].isDate() || platform::readDate(text(a[0])).has_value(); }},
+
+    {QLatin1StringView("ToText"), 1, 4, Type::Text, toText},
+    {QLatin1StringView("Join"), 2, 20, Type::Text, joined, true},
+    {QLatin1StringView("Trim"), 1, 1, Type::Text, [](Arguments a, Place) -> Value { return text(a[0]).trimmed(); }},
+    {QLatin1StringView("UpperCase"), 1, 1, Type::Text, [](Arguments a, Place) -> Value { return text(a[0]).toUpper(); }},
+    {QLatin1StringView("LowerCase"), 1, 1, Type::Text, [](Arguments a, Place) -> Value { return text(a[0]).toLower(); }},
+    {QLatin1StringView("ProperCase"), 1, 1, Type::Text, changed<properCase>},
+    {QLatin1StringView("Length"), 1, 1, Type::Number,
+     [](Arguments a, Place) -> Value { return qint64(text(a[0]).size()); }},
+    {QLatin1StringView("Left"), 2, 2, Type::Text,
+     [](Arguments a, Place p) -> Value { return text(a[0]).left(count(a[1], p)); }},
+    {QLatin1StringView("Right"), 2, 2, Type::Text,
+     [](Arguments a, Place p) -> Value { return text(a[0]).right(count(a[1], p)); }},
+    {QLatin1StringView("Mid"), 2, 3, Type::Text, middle},
+    {QLatin1StringView("InStr"), 2, 3, Type::Number, position},
+    {QLatin1StringView("Replace"), 3, 3, Type::Text,
+     [](Arguments a, Place) -> Value {
+         const QString part = text(a[1]);
+         return part.isEmpty() ? text(a[0]) : text(a[0]).replace(part, text(a[2]), Qt::CaseInsensitive);
+     }},
+    {QLatin1StringView("Repeat"), 2, 2, Type::Text, repeated},
+
+    {QLatin1StringView("ToNumber"), 1, 1, Type::Number,
+     [](Arguments a, Place p) -> Value { return numberArgument(a[0], p); }},
+    {QLatin1StringView("Val"), 1, 1, Type::Number, leadingNumber},
+    {QLatin1StringView("Round"), 1, 2, Type::Number, rounded<nearest>},
+    {QLatin1StringView("Truncate"), 1, 2, Type::Number, rounded<truncated>},
+    {QLatin1StringView("Int"), 1, 1, Type::Number, rounded<below>},
+    {QLatin1StringView("Ceiling"), 1, 2, Type::Number, rounded<above>},
+    {QLatin1StringView("Abs"), 1, 1, Type::Number,
+     [](Arguments a, Place p) -> Value { return std::abs(numberArgument(a[0], p)); }},
+    {QLatin1StringView("Sgn"), 1, 1, Type::Number,
+     [](Arguments a, Place p) -> Value {
+         const double number = numberArgument(a[0], p);
+         return number < 0 ? -1 : number > 0 ? 1 : 0;
+     }},
+});
+
+struct Alias {
+    QLatin1StringView name;
+    QLatin1StringView of;
+};
+constexpr auto Aliases = std::to_array<Alias>({
+    {QLatin1StringView("Len"), QLatin1StringView("Length")},
+    {QLatin1StringView("UCase"), QLatin1StringView("UpperCase")},
+    {QLatin1StringView("LCase"), QLatin1StringView("LowerCase")},
+    {QLatin1StringView("CStr"), QLatin1StringView("ToText")},
+    {QLatin1StringView("CDbl"), QLatin1StringView("ToNumber")},
+    {QLatin1StringView("Fix"), QLatin1StringView("Truncate")},
+    {QLatin1StringView("Floor"), QLatin1StringView("Int")},
+    {QLatin1StringView("IsNumeric"), QLatin1StringView("IsNumber")},
+    {QLatin1StringView("ReplicateString"), QLatin1StringView("Repeat")},
+    {QLatin1StringView("CDate"), QLatin1StringView("Date")},
+    {QLatin1StringView("DateValue"), QLatin1StringView("Date")},
+    {QLatin1StringView("DateSerial"), QLatin1StringView("Date")},
+    {QLatin1StringView("Weekday"), QLatin1StringView("DayOfWeek")},
+});
+
+constexpr auto Words = std::to_array<WordEntry>({
+    {QLatin1StringView("PageNumber"), Word::PageNumber, Type::Number},
+    {QLatin1StringView("PageCount"), Word::PageCount, Type::Number},
+    {QLatin1StringView("TotalPageCount"), Word::PageCount, Type::Number},
+    {QLatin1StringView("PageNofM"), Word::PageOfPages, Type::Text},
+    {QLatin1StringView("PrintDate"), Word::PrintDate, Type::Date},
+    {QLatin1StringView("Today"), Word::PrintDate, Type::Date},
+    {QLatin1StringView("CurrentDate"), Word::PrintDate, Type::Date},
+    {QLatin1StringView("PrintTime"), Word::PrintTime, Type::Text},
+    {QLatin1StringView("CurrentTime"), Word::PrintTime, Type::Text},
+    {QLatin1StringView("ReportTitle"), Word::ReportTitle, Type::Text},
+    {QLatin1StringView("ProgramName"), Word::ProgramName, Type::Text},
+    {QLatin1StringView("RecordNumber"), Word::RecordNumber, Type::Number},
+    {QLatin1StringView("GroupNumber"), Word::GroupNumber, Type::Number},
+    {QLatin1StringView("OnFirstRecord"), Word::OnFirstRecord, Type::Condition},
+    {QLatin1StringView("OnLastRecord"), Word::OnLastRecord, Type::Condition},
+    {QLatin1StringView("Repeated"), Word::Repeated, Type::Condition},
+    {QLatin1StringView("NewLine"), Word::NewLine, Type::Text},
+});
+
+struct SummaryEntry {
+    QLatin1StringView name;
+    Summary summary;
+};
+constexpr auto Summaries = std::to_array<SummaryEntry>({
+    {QLatin1StringView("Sum"), Summary::Sum},
+    {QLatin1StringView("Total"), Summary::Sum},
+    {QLatin1StringView("Count"), Summary::Count},
+    {QLatin1StringView("Average"), Summary::Average},
+    {QLatin1StringView("Avg"), Summary::Average},
+    {QLatin1StringView("Minimum"), Summary::Minimum},
+    {QLatin1StringView("Min"), Summary::Minimum},
+    {QLatin1StringView("Maximum"), Summary::Maximum},
+    {QLatin1StringView("Max"), Summary::Maximum},
+    {QLatin1StringView("DistinctCount"), Summary::DistinctCount},
+    {QLatin1StringView("Median"), Summary::Median},
+});
+
+template <typename Table>
+auto find(const Table& table, QStringView name)
+{
+    const auto found = std::find_if(table.begin(), table.end(), [&](const auto& entry) {
+        return name.compare(entry.name, Qt::CaseInsensitive) == 0;
+    });
+    return found == table.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+double numberArgument(const Value& value, Place place)
 {
     if (value.isNumber() || value.isBool())
         return value.isBool() ? double(value.toBool()) : value.toDouble();
@@ -26,15 +293,15 @@ double numberOf(const Value& value, Place place)
     throw ReportError(platform::TypeMismatch, QStringLiteral("A number is needed here."), place);
 }
 
-int wholeNumber(const Value& value, Place place)
+int wholeArgument(const Value& value, Place place)
 {
-    const double read = numberOf(value, place);
+    const double read = numberArgument(value, place);
     if (!(read >= -LongestText && read <= LongestText))
-        throw ReportError(platform::InvalidProcedureCall, QStringLiteral("The number is out of range."), place);
+        refuse(QStringLiteral("The number is out of range."), place);
     return int(read);
 }
 
-store::DateTime date(const Value& value, Place place)
+store::DateTime dateArgument(const Value& value, Place place)
 {
     if (value.isDate())
         return value.toDate();
@@ -44,190 +311,56 @@ store::DateTime date(const Value& value, Place place)
     throw ReportError(platform::TypeMismatch, QStringLiteral("A date is needed here."), place);
 }
 
-bool anyNull(Arguments arguments)
+QString patternText(double number, const QString& pattern)
 {
-    return std::any_of(arguments.begin(), arguments.end(), [](const Value& value) { return value.isNull(); });
+    const auto isDigit = [](QChar c) { return c == u'0' || c == u'#'; };
+    const auto first = std::find_if(pattern.begin(), pattern.end(), isDigit);
+    if (first == pattern.end())
+        return pattern;
+    auto last = first;
+    while (last != pattern.end() && (isDigit(*last) || *last == u',' || *last == u'.'))
+        ++last;
+    const QString digits(first, last - first);
+    const QString whole = digits.section(u'.', 0, 0);
+    const QString fraction = digits.section(u'.', 1);
+    if (QStringView(last, pattern.end()).contains(u'%'))
+        number *= 100;
+    const int decimals = std::min(int(fraction.size()), MostDecimals);
+    QString shown = QString::number(std::abs(roundedTo(number, decimals, nearest)), 'f', decimals);
+    const qsizetype dot = shown.indexOf(u'.');
+    QString front = dot < 0 ? shown : shown.left(dot);
+    QString back = dot < 0 ? QString() : shown.mid(dot + 1);
+    while (back.size() > fraction.count(u'0') && back.endsWith(u'0'))
+        back.chop(1);
+    if (front == u"0" && !whole.contains(u'0'))
+        front.clear();
+    front = front.rightJustified(whole.count(u'0'), u'0');
+    if (whole.contains(u','))
+        for (qsizetype at = front.size() - 3; at > 0; at -= 3)
+            front.insert(at, u',');
+    const bool negative = number < 0 && (front + back).contains(QRegularExpression(QStringLiteral("[1-9]")));
+    return (negative ? QStringLiteral("-") : QString()) + QString(pattern.begin(), first - pattern.begin()) + front +
+           (back.isEmpty() ? QString() : u'.' + back) + QString(last, pattern.end() - last);
 }
 
-template <typename Compute>
-Value ofText(const Value& value, Compute compute)
+const FormulaFunction* functionNamed(QStringView name)
 {
-    return value.isNull() ? Value() : Value(compute(displayText(value)));
+    if (const Alias* alias = find(Aliases, name))
+        return functionNamed(QString(alias->of));
+    const FormulaFunction* known = find(Functions, name);
+    return known ? known : find(dateFunctions(), name);
 }
 
-Value makeDate(Arguments a, Place place)
+const WordEntry* wordNamed(QStringView name)
 {
-    if (anyNull(a))
-        return {};
-    if (a.size() == 1)
-        return Value(date(a[0], place).date);
-    if (a.size() == 2)
-        throw ReportError(platform::SyntaxError, QStringLiteral("Date takes a year, a month and a day."), place);
-    const QDate made(wholeNumber(a[0], place), wholeNumber(a[1], place), wholeNumber(a[2], place));
-    if (!made.isValid() || made.year() < 100 || made.year() > 9999)
-        throw ReportError(platform::TypeMismatch, QStringLiteral("There is no such date."), place);
-    return Value(made);
+    return find(Words, name);
 }
 
-Value toText(Arguments a, Place place)
+std::optional<SummaryName> summaryNamed(QStringView name)
 {
-    if (a[0].isNull())
-        return {};
-    if (a.size() == 1)
-        return displayText(a[0]);
-    if (a[1].isText()) {
-        const store::DateTime when = date(a[0], place);
-        return QLocale::c().toString(QDateTime(when.date, when.time), a[1].toText());
-    }
-    const int decimals = wholeNumber(a[1], place);
-    if (decimals < 0 || decimals > 15)
-        throw ReportError(platform::InvalidProcedureCall, QStringLiteral("Decimals run from 0 to 15."), place);
-    return QLocale(QLocale::English, QLocale::UnitedStates).toString(numberOf(a[0], place), 'f', decimals);
-}
-
-Value joined(Arguments a, Place)
-{
-    QString text;
-    const QString separator = displayText(a[0]);
-    for (const Value& value : a.subspan(1))
-        if (const QString part = displayText(value).trimmed(); !part.isEmpty())
-            text += (text.isEmpty() ? QString() : separator) + part;
-    return text;
-}
-
-Value middle(Arguments a, Place place)
-{
-    const int start = wholeNumber(a[1], place);
-    const int length = a.size() > 2 ? wholeNumber(a[2], place) : LongestText;
-    if (start < 1 || length < 0)
-        throw ReportError(platform::InvalidProcedureCall, QStringLiteral("Mid counts from 1."), place);
-    return ofText(a[0], [&](const QString& text) { return text.mid(start - 1, length); });
-}
-
-Value dayPart(Arguments a, Place place, int (QDate::*part)() const)
-{
-    if (a[0].isNull())
-        return {};
-    return (date(a[0], place).date.*part)();
-}
-
-Value rounded(Arguments a, Place place)
-{
-    if (anyNull(a))
-        return {};
-    const int decimals = a.size() > 1 ? wholeNumber(a[1], place) : 0;
-    const double scale = std::pow(10.0, std::clamp(decimals, 0, 15));
-    return std::round(numberOf(a[0], place) * scale) / scale;
-}
-
-const std::array Functions{
-    FormulaFunction{QLatin1StringView("IsNull"), 1, 1, Type::Condition,
-                    [](Arguments a, Place) { return Value(a[0].isNull()); }},
-    FormulaFunction{QLatin1StringView("IsEmpty"), 1, 1, Type::Condition,
-                    [](Arguments a, Place) { return Value(displayText(a[0]).trimmed().isEmpty()); }},
-    FormulaFunction{QLatin1StringView("Date"), 1, 3, Type::Date, makeDate},
-    FormulaFunction{QLatin1StringView("ToText"), 1, 2, Type::Text, toText},
-    FormulaFunction{QLatin1StringView("ToNumber"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return a[0].isNull() ? Value() : Value(numberOf(a[0], p)); }},
-    FormulaFunction{QLatin1StringView("Join"), 2, 20, Type::Text, joined},
-    FormulaFunction{QLatin1StringView("Trim"), 1, 1, Type::Text,
-                    [](Arguments a, Place) { return ofText(a[0], [](const QString& t) { return t.trimmed(); }); }},
-    FormulaFunction{QLatin1StringView("UpperCase"), 1, 1, Type::Text,
-                    [](Arguments a, Place) { return ofText(a[0], [](const QString& t) { return t.toUpper(); }); }},
-    FormulaFunction{QLatin1StringView("LowerCase"), 1, 1, Type::Text,
-                    [](Arguments a, Place) { return ofText(a[0], [](const QString& t) { return t.toLower(); }); }},
-    FormulaFunction{
-        QLatin1StringView("Length"), 1, 1, Type::Number,
-        [](Arguments a, Place) { return a[0].isNull() ? Value() : Value(qint64(displayText(a[0]).size())); }},
-    FormulaFunction{QLatin1StringView("Left"), 2, 2, Type::Text,
-                    [](Arguments a, Place p) {
-                        const int n = std::max(0, wholeNumber(a[1], p));
-                        return ofText(a[0], [n](const QString& t) { return t.left(n); });
-                    }},
-    FormulaFunction{QLatin1StringView("Right"), 2, 2, Type::Text,
-                    [](Arguments a, Place p) {
-                        const int n = std::max(0, wholeNumber(a[1], p));
-                        return ofText(a[0], [n](const QString& t) { return t.right(n); });
-                    }},
-    FormulaFunction{QLatin1StringView("Mid"), 2, 3, Type::Text, middle},
-    FormulaFunction{QLatin1StringView("Year"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return dayPart(a, p, &QDate::year); }},
-    FormulaFunction{QLatin1StringView("Month"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return dayPart(a, p, &QDate::month); }},
-    FormulaFunction{QLatin1StringView("Day"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return dayPart(a, p, &QDate::day); }},
-    FormulaFunction{QLatin1StringView("Round"), 1, 2, Type::Number, rounded},
-    FormulaFunction{QLatin1StringView("Abs"), 1, 1, Type::Number,
-                    [](Arguments a, Place p) { return a[0].isNull() ? Value() : Value(std::abs(numberOf(a[0], p))); }},
-};
-
-struct NamedWord {
-    QLatin1StringView name;
-    Word word;
-    Type type;
-};
-
-constexpr std::array Words{
-    NamedWord{QLatin1StringView("PageNumber"), Word::PageNumber, Type::Number},
-    NamedWord{QLatin1StringView("PageCount"), Word::PageCount, Type::Number},
-    NamedWord{QLatin1StringView("PrintDate"), Word::PrintDate, Type::Date},
-    NamedWord{QLatin1StringView("PrintTime"), Word::PrintTime, Type::Text},
-    NamedWord{QLatin1StringView("ReportTitle"), Word::ReportTitle, Type::Text},
-    NamedWord{QLatin1StringView("ProgramName"), Word::ProgramName, Type::Text},
-    NamedWord{QLatin1StringView("RecordNumber"), Word::RecordNumber, Type::Number},
-    NamedWord{QLatin1StringView("Repeated"), Word::Repeated, Type::Condition},
-    NamedWord{QLatin1StringView("NewLine"), Word::NewLine, Type::Text},
-};
-
-struct NamedSummary {
-    QLatin1StringView name;
-    Summary summary;
-};
-
-constexpr std::array Summaries{
-    NamedSummary{QLatin1StringView("Sum"), Summary::Sum},
-    NamedSummary{QLatin1StringView("Count"), Summary::Count},
-    NamedSummary{QLatin1StringView("Average"), Summary::Average},
-    NamedSummary{QLatin1StringView("Minimum"), Summary::Minimum},
-    NamedSummary{QLatin1StringView("Maximum"), Summary::Maximum},
-    NamedSummary{QLatin1StringView("DistinctCount"), Summary::DistinctCount},
-};
-
-template <typename Table>
-auto find(const Table& table, QStringView name)
-{
-    return std::find_if(table.begin(), table.end(),
-                        [&](const auto& entry) { return name.compare(entry.name, Qt::CaseInsensitive) == 0; });
-}
-
-} // namespace
-
-int functionIndex(QStringView name)
-{
-    const auto found = find(Functions, name);
-    return found == Functions.end() ? -1 : int(found - Functions.begin());
-}
-
-const FormulaFunction& functionAt(int index)
-{
-    return Functions[std::size_t(index)];
-}
-
-std::optional<Word> wordNamed(QStringView name)
-{
-    const auto found = find(Words, name);
-    return found == Words.end() ? std::nullopt : std::optional(found->word);
-}
-
-Type typeOf(Word word)
-{
-    return Words[std::size_t(word)].type;
-}
-
-std::optional<Summary> summaryNamed(QStringView name)
-{
-    const auto found = find(Summaries, name);
-    return found == Summaries.end() ? std::nullopt : std::optional(found->summary);
+    const bool running = name.startsWith(QLatin1StringView("Running"), Qt::CaseInsensitive);
+    const SummaryEntry* known = find(Summaries, running ? name.mid(7) : name);
+    return known ? std::optional(SummaryName{known->summary, running}) : std::nullopt;
 }
 
 } // namespace orlo::reports

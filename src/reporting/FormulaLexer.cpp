@@ -49,8 +49,26 @@ private:
 
     FormulaToken next()
     {
-        while (!atEnd() && peek().isSpace())
-            take();
+        skipBlanks();
+        const qsizetype start = m_at;
+        FormulaToken token = nextAfterBlanks();
+        token.written = m_text.mid(start, m_at - start).toString();
+        return token;
+    }
+
+    /// Blanks, and remarks from "//" to the end of the line.
+    void skipBlanks()
+    {
+        while (!atEnd() && (peek().isSpace() || m_text.mid(m_at).startsWith(u"//")))
+            if (peek().isSpace())
+                take();
+            else
+                while (!atEnd() && peek() != u'\n')
+                    take();
+    }
+
+    FormulaToken nextAfterBlanks()
+    {
         FormulaToken token;
         token.place = m_place;
         if (atEnd())
@@ -107,7 +125,7 @@ private:
 
     QString until(QChar end, const QString& message)
     {
-        const Place start{m_place.line, m_place.column - 1};
+        const Place start{m_place.line, m_place.column - 1, m_place.file};
         QString text;
         while (!atEnd() && peek() != u'\n') {
             const QChar c = take();
@@ -146,7 +164,7 @@ private:
                 return QString::fromUtf16(pair);
             }
         const QChar c = take();
-        if (!QStringView(u"=<>+-*/&(),[]").contains(c))
+        if (!QStringView(u"=<>+-*/\\^&(),[]").contains(c))
             throw ReportError(platform::SyntaxError, QStringLiteral("\"%1\" has no meaning here.").arg(c), start);
         return QString(c);
     }

@@ -12,6 +12,7 @@ struct FormulaToken {
     QString text; ///< a field's or name's name, a sign's characters
     Value value;  ///< of a number, text or date
     Place place;
+    QString written; ///< as it stands in the text
 };
 
 /// Cuts a formula's text into tokens, the last of them the end. Raises ReportError 3075 with line and column.

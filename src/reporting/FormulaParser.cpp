@@ -1,7 +1,9 @@
 #include "reporting/FormulaFunctions.h"
 #include "reporting/FormulaLexer.h"
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 
 namespace orlo::reports
 {
@@ -9,7 +11,6 @@ namespace orlo::reports
 namespace
 {
 
-using Kind = FormulaNode::Kind;
 using Type = FormulaNode::Type;
 using TokenKind = FormulaToken::Kind;
 
@@ -17,15 +18,8 @@ using TokenKind = FormulaToken::Kind;
 constexpr int DeepestNesting = 200;
 constexpr qsizetype LongestFormula = 100'000;
 
-struct Comparison {
-    QLatin1StringView sign;
-    Kind kind;
-};
-constexpr std::array Comparisons{
-    Comparison{QLatin1StringView("="), Kind::Equal},   Comparison{QLatin1StringView("<>"), Kind::Unequal},
-    Comparison{QLatin1StringView("<"), Kind::Less},    Comparison{QLatin1StringView("<="), Kind::LessOrEqual},
-    Comparison{QLatin1StringView(">"), Kind::Greater}, Comparison{QLatin1StringView(">="), Kind::GreaterOrEqual},
-};
+using Sign = QLatin1StringView;
+constexpr std::array ComparisonSigns{Sign("="), Sign("<>"), Sign("<"), Sign("<="), Sign(">"), Sign(">=")};
 
 Type literalType(const Value& value)
 {
@@ -45,7 +39,7 @@ public:
     {
         FormulaNode root = expression();
         if (token().kind != TokenKind::End)
-            fail(QStringLiteral("The formula should end here."));
+            fail(QStringLiteral("The formula should end before \"%1\".").arg(token().written));
         return root;
     }
 
@@ -78,18 +72,26 @@ private:
     void expectSign(const char* sign)
     {
         if (!acceptSign(sign))
-            fail(QStringLiteral("\"%1\" is missing here.").arg(QLatin1StringView(sign)));
+            failWithout(sign);
     }
     void expectWord(const char* word)
     {
         if (!acceptWord(word))
-            fail(QStringLiteral("\"%1\" is missing here.").arg(QLatin1StringView(word)));
+            failWithout(word);
+    }
+    [[noreturn]] void failWithout(const char* wanted) const
+    {
+        const QLatin1StringView missing(wanted);
+        fail(token().kind == TokenKind::End
+                 ? QStringLiteral("\"%1\" is missing at the end.").arg(missing)
+                 : QStringLiteral("\"%1\" is missing before \"%2\".").arg(missing, token().written));
     }
 
-    [[nodiscard]] static FormulaNode made(Kind kind, Type type, Place place, std::vector<FormulaNode> children)
+    template <typename Part>
+    [[nodiscard]] static FormulaNode made(Part part, Type type, Place place, std::vector<FormulaNode> children = {})
     {
         FormulaNode node;
-        node.kind = kind;
+        node.part = std::move(part);
         node.type = type;
         node.place = place;
         for (const FormulaNode& child : children)
@@ -98,6 +100,19 @@ private:
             throw ReportError(platform::SyntaxError, QStringLiteral("The formula is nested too deeply."), place);
         node.children = std::move(children);
         return node;
+    }
+
+    template <typename... Operands>
+    [[nodiscard]] static FormulaNode operation(const char* sign, Place place, Operands... operands)
+    {
+        std::vector<FormulaNode> children;
+        (children.push_back(std::move(operands)), ...);
+        return operationOf(sign, place, std::move(children));
+    }
+    [[nodiscard]] static FormulaNode operationOf(const char* sign, Place place, std::vector<FormulaNode> children)
+    {
+        const FormulaFunction& function = operatorNamed(Sign(sign));
+        return made(FormulaNode::Call{&function}, function.type, place, std::move(children));
     }
 
     class Nesting
@@ -129,11 +144,11 @@ private:
         if (acceptWord("else"))
             parts.push_back(expression());
         const Type type = parts.size() == 3 && parts[1].type == parts[2].type ? parts[1].type : Type::Any;
-        return made(Kind::If, type, place, std::move(parts));
+        return made(FormulaNode::Choice{}, type, place, std::move(parts));
     }
 
     template <typename Operand>
-    FormulaNode chain(Kind kind, const char* word, Operand operand)
+    FormulaNode chain(bool isOr, const char* word, Operand operand)
     {
         const Place place = token().place;
         std::vector<FormulaNode> children;
@@ -141,12 +156,12 @@ private:
         while (acceptWord(word))
             children.push_back(operand());
         return children.size() == 1 ? std::move(children.front())
-                                    : made(kind, Type::Condition, place, std::move(children));
+                                    : made(FormulaNode::Connected{isOr}, Type::Condition, place, std::move(children));
     }
 
     FormulaNode disjunction()
     {
-        return chain(Kind::Or, "or", [this] { return chain(Kind::And, "and", [this] { return negation(); }); });
+        return chain(true, "or", [this] { return chain(false, "and", [this] { return negation(); }); });
     }
 
     FormulaNode negation()
@@ -155,83 +170,99 @@ private:
         if (!acceptWord("not"))
             return comparison();
         const Nesting nesting(*this);
-        std::vector<FormulaNode> child;
-        child.push_back(negation());
-        return made(Kind::Not, Type::Condition, place, std::move(child));
+        return operation("not", place, negation());
     }
 
     FormulaNode comparison()
     {
-        std::vector<FormulaNode> parts;
-        parts.push_back(joined());
+        FormulaNode left = joined();
         const Place place = token().place;
-        for (const Comparison& comparison : Comparisons)
-            if (isSign(comparison.sign)) {
+        for (const Sign sign : ComparisonSigns)
+            if (isSign(sign)) {
                 ++m_at;
-                parts.push_back(joined());
-                return made(comparison.kind, Type::Condition, place, std::move(parts));
+                return operation(sign.data(), place, std::move(left), joined());
             }
-        if (acceptWord("like")) {
-            parts.push_back(joined());
-            return made(Kind::Like, Type::Condition, place, std::move(parts));
-        }
+        if (!isWord(QLatin1StringView("not")))
+            return worded(std::move(left), place);
+        ++m_at;
+        const std::size_t before = m_at;
+        FormulaNode compared = worded(std::move(left), place);
+        if (m_at == before)
+            failWithout("like");
+        return operation("not", place, std::move(compared));
+    }
+
+    /// The comparisons that are words: like, startswith, in.
+    FormulaNode worded(FormulaNode left, Place place)
+    {
+        for (const char* word : {"like", "startswith"})
+            if (acceptWord(word))
+                return operation(word, place, std::move(left), joined());
         if (!acceptWord("in"))
-            return std::move(parts.front());
+            return left;
+        std::vector<FormulaNode> parts;
+        parts.push_back(std::move(left));
         if (acceptSign("[")) {
             do
-                parts.push_back(joined());
+                range(parts);
             while (acceptSign(","));
             expectSign("]");
-            return made(Kind::InList, Type::Condition, place, std::move(parts));
+        } else if (!range(parts)) { // a text within a text
+            parts.pop_back();
+            return operationOf("within", place, std::move(parts));
         }
+        return operationOf("in", place, std::move(parts));
+    }
+
+    /// Both ends of "a to b"; false for a value alone, which is both.
+    bool range(std::vector<FormulaNode>& parts)
+    {
         parts.push_back(joined());
-        expectWord("to");
-        parts.push_back(joined());
-        return made(Kind::InRange, Type::Condition, place, std::move(parts));
+        const bool isRange = acceptWord("to");
+        parts.push_back(isRange ? joined() : FormulaNode(parts.back()));
+        return isRange;
     }
 
     /// "&" binds below "+" and "-": "Total: " & 1 + 2 joins the sum.
     FormulaNode joined()
     {
-        FormulaNode left = sum();
-        while (isSign(QLatin1StringView("&"))) {
-            const FormulaToken& sign = m_tokens[m_at++];
-            FormulaNode right = sum();
-            left = extended(Kind::Join, Type::Text, sign.place, std::move(left), std::move(right));
-        }
-        return left;
+        return operations({"&"}, false, [this] { return sum(); });
     }
-
     FormulaNode sum()
     {
-        FormulaNode left = product();
-        while (isSign(QLatin1StringView("+")) || isSign(QLatin1StringView("-"))) {
-            const FormulaToken& sign = m_tokens[m_at++];
-            const Kind kind = sign.text == u'+' ? Kind::Add : Kind::Subtract;
-            FormulaNode right = product();
-            const Type type = left.type == right.type ? left.type : Type::Any;
-            left = extended(kind, type, sign.place, std::move(left), std::move(right));
-        }
-        return left;
+        return operations({"+", "-"}, false, [this] {
+            return operations({"mod"}, true, [this] {
+                return operations({"\\"}, false, [this] {
+                    return operations({"*", "/"}, false, [this] { return factor(); });
+                });
+            });
+        });
     }
 
-    FormulaNode product()
+    /// Operators of one rank, from left to right.
+    template <typename Operand>
+    FormulaNode operations(std::initializer_list<const char*> signs, bool word, Operand operand)
     {
-        FormulaNode left = factor();
-        while (isSign(QLatin1StringView("*")) || isSign(QLatin1StringView("/"))) {
-            const FormulaToken& sign = m_tokens[m_at++];
-            const Kind kind = sign.text == u'*' ? Kind::Multiply : Kind::Divide;
-            FormulaNode right = factor();
-            left = extended(kind, Type::Number, sign.place, std::move(left), std::move(right));
+        FormulaNode left = operand();
+        for (;;) {
+            const auto sign = std::find_if(signs.begin(), signs.end(), [&](const char* one) {
+                return word ? isWord(QLatin1StringView(one)) : isSign(QLatin1StringView(one));
+            });
+            if (sign == signs.end())
+                return left;
+            const Place place = m_tokens[m_at++].place;
+            left = extended(operatorNamed(Sign(*sign)), place, std::move(left), operand());
         }
-        return left;
     }
 
     /// Joins the operand of a left-associative operator; the same operator again only lengthens the list.
-    FormulaNode extended(Kind kind, Type type, Place place, FormulaNode left, FormulaNode right)
+    FormulaNode extended(const FormulaFunction& function, Place place, FormulaNode left, FormulaNode right)
     {
+        Type type = function.type;
+        if (type == Type::Any && left.type == right.type) // the days between two dates are a number
+            type = left.type == Type::Date ? Type::Number : left.type;
         // A bracket keeps its operation apart: "(a - b) - c" may run on, "a - (b - c)" is another matter.
-        if (left.kind == kind && !left.bracketed) {
+        if (const auto* call = left.as<FormulaNode::Call>(); call && call->function == &function && !left.bracketed) {
             left.depth = std::max(left.depth, right.depth + 1);
             left.type = type;
             left.children.push_back(std::move(right));
@@ -240,43 +271,55 @@ private:
         std::vector<FormulaNode> children;
         children.push_back(std::move(left));
         children.push_back(std::move(right));
-        return made(kind, type, place, std::move(children));
+        return made(FormulaNode::Call{&function}, type, place, std::move(children));
     }
 
     FormulaNode factor()
     {
         const Place place = token().place;
-        if (!acceptSign("-"))
-            return primary();
+        const bool negative = isSign(Sign("-"));
+        if (!negative && !isSign(Sign("+")))
+            return operations({"^"}, false, [this] { return isSign(Sign("-")) ? factor() : subscripted(); });
+        ++m_at;
         const Nesting nesting(*this);
-        std::vector<FormulaNode> child;
-        child.push_back(factor());
-        return made(Kind::Negate, Type::Number, place, std::move(child));
+        return negative ? operation("negative", place, factor()) : factor();
+    }
+
+    /// {Text}[1], {Text}[1 to 3]
+    FormulaNode subscripted()
+    {
+        FormulaNode node = primary();
+        while (isSign(Sign("["))) {
+            const Nesting nesting(*this);
+            const Place place = m_tokens[m_at++].place;
+            std::vector<FormulaNode> parts;
+            parts.push_back(std::move(node));
+            parts.push_back(joined());
+            if (acceptWord("to"))
+                parts.push_back(joined());
+            expectSign("]");
+            node = operationOf("[", place, std::move(parts));
+        }
+        return node;
     }
 
     FormulaNode primary()
     {
         const FormulaToken& here = token();
-        FormulaNode node;
-        node.place = here.place;
         switch (here.kind) {
         case TokenKind::Number:
         case TokenKind::Text:
         case TokenKind::Date:
-            node.literal = here.value;
-            node.type = literalType(here.value);
             ++m_at;
-            return node;
+            return made(FormulaNode::Literal{here.value}, literalType(here.value), here.place);
         case TokenKind::Field:
-            node.kind = Kind::Field;
-            node.name = here.text;
             ++m_at;
-            return node;
+            return made(FormulaNode::Field{here.text}, Type::Any, here.place);
         case TokenKind::Name:
             return named();
         case TokenKind::Sign:
             if (acceptSign("(")) {
-                node = expression();
+                FormulaNode node = expression();
                 expectSign(")");
                 node.bracketed = true;
                 return node;
@@ -286,44 +329,50 @@ private:
             break;
         }
         fail(here.kind == TokenKind::End ? QStringLiteral("The formula breaks off here.")
-                                         : QStringLiteral("\"%1\" has no meaning here.").arg(here.text));
+                                         : QStringLiteral("\"%1\" has no meaning here.").arg(here.written));
     }
 
     FormulaNode named()
     {
         const FormulaToken& here = m_tokens[m_at++];
-        FormulaNode node;
-        node.place = here.place;
         const auto is = [&](const char* word) {
             return here.text.compare(QLatin1StringView(word), Qt::CaseInsensitive) == 0;
         };
-        if (is("true") || is("false")) {
-            node.literal = Value(is("true"));
-            node.type = Type::Condition;
-            return node;
-        }
-        if (const auto word = wordNamed(here.text)) {
+        if (is("true") || is("false"))
+            return made(FormulaNode::Literal{Value(is("true"))}, Type::Condition, here.place);
+        if (const WordEntry* word = wordNamed(here.text)) {
             if (acceptSign("("))
                 expectSign(")");
-            node.kind = Kind::Word;
-            node.index = int(*word);
-            node.type = typeOf(*word);
-            return node;
+            return made(FormulaNode::NamedWord{word->word}, word->type, here.place);
         }
         const auto summary = summaryNamed(here.text);
-        const int function = functionIndex(here.text);
-        if (!summary && function < 0 && !is("iif"))
+        const FormulaFunction* function = functionNamed(here.text);
+        const bool neighbour = is("previous") || is("next");
+        if (!summary && !function && !neighbour && !is("iif"))
             throw ReportError(platform::UnknownName,
                               QStringLiteral("\"%1\" is no known word or function.").arg(here.text), here.place);
         std::vector<FormulaNode> arguments = bracketed();
+        if (neighbour) {
+            requireCount(here, arguments, 1);
+            const Type type = arguments[0].type;
+            return made(FormulaNode::Neighbour{is("next") ? 1 : -1}, type, here.place, std::move(arguments));
+        }
         if (is("iif")) {
-            if (arguments.size() != 3)
-                throw ReportError(platform::SyntaxError, QStringLiteral("IIf takes three arguments."), here.place);
+            requireCount(here, arguments, 3);
             const Type type = arguments[1].type == arguments[2].type ? arguments[1].type : Type::Any;
-            return made(Kind::If, type, here.place, std::move(arguments));
+            return made(FormulaNode::Choice{}, type, here.place, std::move(arguments));
         }
         return summary ? summarised(*summary, here, std::move(arguments))
-                       : called(function, here, std::move(arguments));
+                       : called(*function, here, std::move(arguments));
+    }
+
+    static void requireCount(const FormulaToken& here, const std::vector<FormulaNode>& arguments, int least,
+                             int most = -1)
+    {
+        const int count = int(arguments.size());
+        if (count < least || count > std::max(least, most))
+            throw ReportError(platform::SyntaxError,
+                              QStringLiteral("%1 doesn't take %2 arguments.").arg(here.text).arg(count), here.place);
     }
 
     std::vector<FormulaNode> bracketed()
@@ -339,37 +388,30 @@ private:
         return arguments;
     }
 
-    FormulaNode summarised(Summary summary, const FormulaToken& here, std::vector<FormulaNode> arguments) const
+    FormulaNode summarised(SummaryName name, const FormulaToken& here, std::vector<FormulaNode> arguments) const
     {
         QString group;
-        if (!arguments.empty() && arguments.back().kind == Kind::Literal && arguments.back().literal.isText()) {
-            group = arguments.back().literal.toText();
-            arguments.pop_back();
-        }
-        if (arguments.size() > 1 || (arguments.empty() && summary != Summary::Count))
+        if (!arguments.empty())
+            if (const auto* last = arguments.back().as<FormulaNode::Literal>(); last && last->value.isText()) {
+                group = last->value.toText();
+                arguments.pop_back();
+            }
+        if (arguments.size() > 1 || (arguments.empty() && name.summary != Summary::Count))
             throw ReportError(platform::SyntaxError,
                               QStringLiteral("%1 takes one expression and, if wanted, a group's name.").arg(here.text),
                               here.place);
-        const bool keepsType = summary == Summary::Minimum || summary == Summary::Maximum;
+        const bool keepsType = name.summary == Summary::Minimum || name.summary == Summary::Maximum;
         const Type type = keepsType ? arguments.front().type : Type::Number;
-        FormulaNode node = made(Kind::Summary, type, here.place, std::move(arguments));
-        node.index = int(summary);
-        node.name = group;
-        return node;
+        return made(FormulaNode::Summarised{name.summary, group, name.running}, type, here.place, std::move(arguments));
     }
 
-    static FormulaNode called(int function, const FormulaToken& here, std::vector<FormulaNode> arguments)
+    static FormulaNode called(const FormulaFunction& function, const FormulaToken& here,
+                              std::vector<FormulaNode> arguments)
     {
-        const FormulaFunction& known = functionAt(function);
-        const int count = int(arguments.size());
-        if (count < known.least || count > known.most)
-            throw ReportError(platform::SyntaxError,
-                              QStringLiteral("%1 doesn't take %2 arguments.").arg(known.name).arg(count), here.place);
-        FormulaNode node = made(Kind::Call, known.type, here.place, std::move(arguments));
-        node.index = function;
-        node.name = known.name;
-        if (function == functionIndex(u"Date"))
-            foldDate(node, known);
+        requireCount(here, arguments, function.least, function.most);
+        FormulaNode node = made(FormulaNode::Call{&function}, function.type, here.place, std::move(arguments));
+        if (&function == functionNamed(u"Date"))
+            foldDate(node, function);
         return node;
     }
 
@@ -378,15 +420,13 @@ private:
     {
         std::vector<Value> values;
         for (const FormulaNode& child : node.children) {
-            if (child.kind != Kind::Literal)
+            const auto* literal = child.as<FormulaNode::Literal>();
+            if (!literal)
                 return;
-            values.push_back(child.literal);
+            values.push_back(literal->value);
         }
-        FormulaNode folded;
-        folded.literal = date.compute(values, node.place);
-        folded.type = Type::Date;
-        folded.place = node.place;
-        node = std::move(folded);
+        const Place place = node.place;
+        node = made(FormulaNode::Literal{date.compute(values, place)}, Type::Date, place);
     }
 
     std::vector<FormulaToken> m_tokens;

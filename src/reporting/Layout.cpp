@@ -17,11 +17,12 @@ class ReportLayout
 {
 public:
     ReportLayout(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
-                 double heightLimit, Flow& flow, double left, const Progress& progress, FlowSoFar soFar = {})
+                 double heightLimit, Flow& flow, double left, bool isMain, const Progress& progress,
+                 FlowSoFar soFar = {})
         : m_report(report), m_definition(report.definition), m_facts(facts), m_typesetter(typesetter),
-          m_textWidth(textWidth), m_heightLimit(heightLimit), m_flow(flow), m_left(left), m_progress(progress),
-          m_soFar(std::move(soFar)), m_bands(report.definition, typesetter, textWidth, heightLimit),
-          m_scope(report.definition, report.rows, facts)
+          m_textWidth(textWidth), m_heightLimit(heightLimit), m_flow(flow), m_left(left), m_isMain(isMain),
+          m_progress(progress), m_soFar(std::move(soFar)),
+          m_bands(report.definition, typesetter, textWidth, heightLimit), m_scope(report.definition, report.rows, facts)
     {
         if (const int columns = m_definition.detail.columns; columns > 1) {
             m_columnWidth = (textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
@@ -33,9 +34,22 @@ public:
 
     void run(RowRange rows)
     {
+        try {
+            runRows(rows);
+        } catch (const ReportError& error) {
+            throw m_scope.row < rows.last ? error.atRecord(m_scope.row - rows.first + 1) : error;
+        }
+    }
+
+private:
+    static constexpr std::size_t NoHeading = SIZE_MAX;
+
+    void runRows(RowRange rows)
+    {
         m_rows = rows;
         m_scope.row = rows.first;
         m_scope.range = rows;
+        m_scope.whole = rows;
         append(m_definition.reportHeader, true);
         if (rows.size() == 0) {
             m_scope.row = SIZE_MAX;
@@ -50,9 +64,6 @@ public:
         keepWithPrevious(m_definition.reportFooter);
         append(m_definition.reportFooter, false);
     }
-
-private:
-    static constexpr std::size_t NoHeading = SIZE_MAX;
 
     /// Appends a band's rows; a row that holds a subreport gives way to it.
     void append(const Band& band, bool keepWithNext)
@@ -121,7 +132,7 @@ private:
         }
         const std::size_t kept = m_flow.kept.size();
         m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
-        ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, {})
+        ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, false, {})
             .run(rows);
         if (m_flow.strips.size() > m_flow.kept[kept].first)
             m_flow.kept[kept].last = m_flow.strips.size();
@@ -150,34 +161,24 @@ private:
             m_flow.headings[heading].last = m_flow.strips.size();
     }
 
-    /// The end of the run of rows that have the first one's key.
-    std::size_t endOfGroup(const Group& group, RowRange rows)
-    {
-        m_scope.row = rows.first;
-        const QString key = linkKey(group.key.evaluate(m_scope));
-        for (m_scope.row = rows.first + 1; m_scope.row < rows.last; ++m_scope.row)
-            if (linkKey(group.key.evaluate(m_scope)) != key)
-                break;
-        return std::min(m_scope.row, rows.last);
-    }
-
     void emitGroup(std::size_t level, RowRange rows)
     {
         if (level == m_definition.groups.size())
             return emitDetails(rows);
         const Group& group = m_definition.groups[level];
         const RowRange outer = m_scope.range;
+        int number = 0;
         for (std::size_t first = rows.first; first < rows.last;) {
-            const RowRange own{first, endOfGroup(group, {first, rows.last})};
+            const RowRange own{first, m_scope.endOfGroup(group, {first, rows.last})};
             m_scope.groups.push_back(own);
-            emitOneGroup(group, level, own);
+            emitOneGroup(group, level, own, ++number);
             m_scope.groups.pop_back();
             first = own.last;
         }
         m_scope.range = outer;
     }
 
-    void emitOneGroup(const Group& group, std::size_t level, RowRange rows)
+    void emitOneGroup(const Group& group, std::size_t level, RowRange rows, int number)
     {
         const std::size_t start = m_flow.strips.size();
         const std::size_t kept = m_flow.kept.size();
@@ -185,6 +186,7 @@ private:
             m_flow.kept.push_back({start, start, group.mayLeaveEmpty});
         m_scope.row = rows.first;
         m_scope.range = rows;
+        m_scope.groupNumber = number;
         if (!group.outline.isEmpty())
             m_flow.outline.push_back({start, int(level), displayText(group.outline.evaluate(m_scope))});
         std::size_t heading = NoHeading;
@@ -196,6 +198,7 @@ private:
         endHeading(heading);
         m_scope.row = rows.last - 1;
         m_scope.range = rows;
+        m_scope.groupNumber = number;
         keepWithPrevious(group.footer);
         append(group.footer, false);
         if (group.newPage && rows.first != m_rows.first && start < m_flow.strips.size())
@@ -227,7 +230,7 @@ private:
         const std::size_t first = m_flow.strips.size();
         append(m_definition.detail, false);
         if (first < m_flow.strips.size())
-            m_flow.strips[first].beginsRecord = true;
+            m_flow.strips[first].beginsRecord = m_isMain;
     }
 
     /// The record in the next column beside those before it; from line to line, so that a page break keeps the order.
@@ -239,14 +242,14 @@ private:
         const double height = std::accumulate(strips.begin(), strips.end(), 0.0,
                                               [](double sum, const Strip& strip) { return sum + strip.height; });
         if (height > m_heightLimit) { // one that runs over pages stands by itself
-            strips.front().beginsRecord = true;
+            strips.front().beginsRecord = m_isMain;
             std::move(strips.begin(), strips.end(), std::back_inserter(m_flow.strips));
             m_filledColumns = 0;
             return;
         }
         if (m_filledColumns == 0) {
             m_flow.strips.emplace_back();
-            m_flow.strips.back().beginsRecord = true;
+            m_flow.strips.back().beginsRecord = m_isMain;
             m_flow.strips.back().row = m_scope.row;
         }
         Strip& line = m_flow.strips.back();
@@ -283,6 +286,7 @@ private:
     double m_heightLimit;
     Flow& m_flow;
     double m_left;
+    bool m_isMain;
     const Progress& m_progress;
     FlowSoFar m_soFar;
     BandLayout m_bands;
@@ -301,7 +305,7 @@ std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typ
 {
     Flow flow;
     try {
-        ReportLayout(report, facts, typesetter, textWidth, heightLimit, flow, 0, progress, soFar)
+        ReportLayout(report, facts, typesetter, textWidth, heightLimit, flow, 0, true, progress, soFar)
             .run({0, report.rows.rows.size()});
     } catch (const Cancelled&) {
         return std::nullopt;

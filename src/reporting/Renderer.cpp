@@ -88,7 +88,8 @@ private:
     {
         Page page;
         m_scope.pageNumber = number;
-        m_scope.row = content.strips.empty() ? 0 : flow.strips[content.strips.front().strip].row;
+        m_scope.page = rowsOn(flow, content);
+        m_scope.row = m_scope.page.size() > 0 ? m_scope.page.first : firstRow(flow, content);
         copyStrips(m_bands.strips(m_definition.pageHeader, m_scope, 0), m_area.top(), page);
         double y = m_area.top() + m_headerHeight;
         for (const std::size_t heading : content.headings) {
@@ -106,6 +107,26 @@ private:
             }
         copyStrips(m_bands.strips(m_definition.pageFooter, m_scope, 0), m_area.bottom() - m_footerHeight, page);
         return page;
+    }
+
+    static std::size_t firstRow(const Flow& flow, const PageContent& content)
+    {
+        return content.strips.empty() ? 0 : flow.strips[content.strips.front().strip].row;
+    }
+
+    /// The records that begin on a page; they follow each other.
+    static RowRange rowsOn(const Flow& flow, const PageContent& content)
+    {
+        RowRange rows;
+        for (const PlacedStrip& placed : content.strips) {
+            const Strip& strip = flow.strips[placed.strip];
+            if (!strip.beginsRecord)
+                continue;
+            if (rows.last == 0)
+                rows.first = strip.row;
+            rows.last = std::max(strip.row, strip.lastRow) + 1;
+        }
+        return rows;
     }
 
     void copyStrips(const std::vector<Strip>& strips, double y, Page& page) const

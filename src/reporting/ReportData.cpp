@@ -1,14 +1,13 @@
 #include "reporting/ReportData.h"
 
+#include "reporting/RowOrder.h"
 #include "reporting/Selection.h"
 #include "store/engine/Database.h"
 
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 
 namespace orlo::reports
 {
@@ -37,42 +36,45 @@ FormulaNode::Type typeOf(store::FieldType type)
     return FormulaNode::Type::Text;
 }
 
+/// Where a formula stands: not everything can be computed everywhere.
+enum class Stands { InRows, InGroupOrder, InBands, OnPages };
+
 /// Visits every formula of a report's own bands and keys.
 template <typename Visit>
 void eachFormula(Definition& definition, Visit visit)
 {
-    const auto each = [&](auto& self, std::vector<Row>& rows, bool onPage) -> void {
+    const auto each = [&](auto& self, std::vector<Row>& rows, Stands stands) -> void {
         for (Row& row : rows) {
-            visit(row.condition, onPage);
+            visit(row.condition, stands);
             for (Element& element : row.elements) {
-                visit(element.formula, onPage);
-                visit(element.styleChoice, onPage);
-                self(self, element.rows, onPage);
+                visit(element.formula, stands);
+                visit(element.styleChoice, stands);
+                self(self, element.rows, stands);
             }
         }
     };
-    const auto band = [&](Band& one, bool onPage) {
-        visit(one.condition, onPage);
-        each(each, one.rows, onPage);
+    const auto band = [&](Band& one, Stands stands) {
+        visit(one.condition, stands);
+        each(each, one.rows, stands);
     };
-    visit(definition.unique, false);
+    visit(definition.unique, Stands::InRows);
     for (SortKey& key : definition.sort)
-        visit(key.formula, false);
+        visit(key.formula, Stands::InRows);
     for (ExportColumn& column : definition.exports)
-        visit(column.formula, false);
+        visit(column.formula, Stands::InBands);
     for (Group& group : definition.groups) {
-        visit(group.key, false);
-        visit(group.outline, false);
+        visit(group.key, Stands::InRows);
+        visit(group.outline, Stands::InBands);
         for (SortKey& key : group.sort)
-            visit(key.formula, false);
-        band(group.header, false);
-        band(group.footer, false);
+            visit(key.formula, Stands::InGroupOrder);
+        band(group.header, Stands::InBands);
+        band(group.footer, Stands::InBands);
     }
     for (Band* one : {&definition.reportHeader, &definition.reportFooter, &definition.headings, &definition.detail,
                       &definition.nothing})
-        band(*one, false);
-    band(definition.pageHeader, true);
-    band(definition.pageFooter, true);
+        band(*one, Stands::InBands);
+    band(definition.pageHeader, Stands::OnPages);
+    band(definition.pageFooter, Stands::OnPages);
 }
 
 class Loader
@@ -101,9 +103,7 @@ public:
         } catch (const ReportError& error) {
             throw error.inFile(SelectionPlace);
         }
-        sort(report);
-        if (!report.definition.unique.isEmpty())
-            dropRepeated(report);
+        orderRows(report, m_facts);
         for (const auto& [name, inner] : definition.subreports)
             report.subreports.emplace(name.toCaseFolded(), loadSubreport(report, name, *inner, request, databases));
         return report;
@@ -176,9 +176,9 @@ private:
     /// The column behind a name that the definition's "field" lines give, or the name itself.
     static QString columnNamed(const Definition& definition, const QString& name)
     {
-        for (const NamedFormula& field : definition.fields)
+        for (const FieldName& field : definition.fields)
             if (field.name.compare(name, Qt::CaseInsensitive) == 0)
-                return field.formula.root().name;
+                return field.column;
         return name;
     }
 
@@ -249,113 +249,93 @@ private:
     static void bind(BoundReport& report)
     {
         Definition& definition = report.definition;
-        for (const NamedFormula& field : definition.fields)
-            required(report.rows, field.formula.root().name, field.place);
+        for (const FieldName& field : definition.fields)
+            required(report.rows, field.column, field.place);
         for (std::size_t i = 0; i < definition.names.size(); ++i) {
             NamedFormula& named = definition.names[i];
             if (indexOf(report, named.name, i) >= 0)
                 throw ReportError(platform::SyntaxError, QStringLiteral("{%1} exists already.").arg(named.name),
                                   named.place);
-            bindOne(report, named.formula, i, false);
+            bindOne(report, named.formula, i);
         }
-        eachFormula(definition,
-                    [&](Formula& formula, bool onPage) { bindOne(report, formula, definition.names.size(), onPage); });
+        eachFormula(definition, [&](Formula& formula, Stands stands) {
+            bindOne(report, formula, definition.names.size());
+            check(report, formula, stands);
+        });
     }
 
-    static void bindOne(const BoundReport& report, Formula& formula, std::size_t names, bool onPage)
+    static void bindOne(const BoundReport& report, Formula& formula, std::size_t names)
     {
-        if (formula.isEmpty())
-            return;
-        formula.bind([&](const QString& name) { return indexOf(report, name, names); });
-        if (!onPage && formula.usesPages())
+        if (!formula.isEmpty())
+            formula.bind([&](const QString& name) { return indexOf(report, name, names); });
+    }
+
+    /// Refuses what means nothing where a formula stands, also behind the names that it uses.
+    static void check(const BoundReport& report, const Formula& formula, Stands stands)
+    {
+        (void)formula.any([&](const FormulaNode& node) {
+            if (const auto* field = node.as<FormulaNode::Field>()) {
+                const qsizetype name = field->index - report.rows.columns.size();
+                if (name >= 0 && name < qsizetype(report.definition.names.size()))
+                    check(report, report.definition.names[std::size_t(name)].formula, stands);
+            } else if (const auto* word = node.as<FormulaNode::NamedWord>()) {
+                const bool ofPages =
+                    word->word == Word::PageNumber || word->word == Word::PageCount || word->word == Word::PageOfPages;
+                if (ofPages && stands != Stands::OnPages)
+                    throw ReportError(platform::SyntaxError,
+                                      QStringLiteral("Page numbers stand in page-header and page-footer only."),
+                                      node.place);
+            } else if (const auto* summary = node.as<FormulaNode::Summarised>()) {
+                checkSummary(report.definition, *summary, stands, node.place);
+            } else if (node.as<FormulaNode::Neighbour>() && stands != Stands::InBands) {
+                throw ReportError(platform::SyntaxError,
+                                  QStringLiteral("The rows have no order here: Previous and Next mean nothing."),
+                                  node.place);
+            }
+            return false;
+        });
+    }
+
+    static void checkSummary(const Definition& definition, const FormulaNode::Summarised& summary, Stands stands,
+                             Place place)
+    {
+        if (stands == Stands::InRows)
             throw ReportError(platform::SyntaxError,
-                              QStringLiteral("Page numbers stand in page-header and page-footer only."),
-                              formula.root().place);
+                              QStringLiteral("A summary means nothing here: the rows aren't grouped yet."), place);
+        const bool isGroup = std::any_of(definition.groups.begin(), definition.groups.end(), [&](const Group& group) {
+            return group.name.compare(summary.group, Qt::CaseInsensitive) == 0;
+        });
+        if (summary.group.isEmpty() || isGroup || isGroupOfAll(summary.group))
+            return;
+        if (!isGroupOfPage(summary.group))
+            throw ReportError(platform::UnknownName, QStringLiteral("There is no group \"%1\".").arg(summary.group),
+                              place);
+        if (stands != Stands::OnPages)
+            throw ReportError(platform::SyntaxError,
+                              QStringLiteral("The sums of a page stand in page-header and page-footer only."), place);
+    }
+
+    static bool holdsAt(const Formula& selection, const RowScope& scope)
+    {
+        try {
+            return selection.holds(scope);
+        } catch (const ReportError& error) {
+            throw error.atRecord(scope.row + 1);
+        }
     }
 
     void filter(BoundReport& report, Formula selection) const
     {
         if (selection.isEmpty())
             return;
-        bindOne(report, selection, report.definition.names.size(), false);
+        bindOne(report, selection, report.definition.names.size());
+        check(report, selection, Stands::InRows);
         RowScope scope(report.definition, report.rows, m_facts);
         std::vector<std::vector<Value>> kept;
         for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row)
-            if (selection.holds(scope))
+            if (holdsAt(selection, scope))
                 kept.push_back(std::move(report.rows.rows[scope.row]));
         report.rows.rows = std::move(kept);
-    }
-
-    static std::vector<SortKey> sortKeys(const Definition& definition)
-    {
-        std::vector<SortKey> keys;
-        for (const Group& group : definition.groups) {
-            keys.insert(keys.end(), group.sort.begin(), group.sort.end());
-            keys.push_back({group.key, group.descending});
-        }
-        keys.insert(keys.end(), definition.sort.begin(), definition.sort.end());
-        return keys;
-    }
-
-    /// Null comes first, as it does in the store's own order; texts are folded once, not in each comparison.
-    void sort(BoundReport& report) const
-    {
-        const std::vector<SortKey> keys = sortKeys(report.definition);
-        const std::size_t count = report.rows.rows.size();
-        if (keys.empty() || count < 2)
-            return;
-        std::vector<Value> values;
-        values.reserve(count * keys.size());
-        RowScope scope(report.definition, report.rows, m_facts);
-        for (scope.row = 0; scope.row < count; ++scope.row)
-            for (const SortKey& key : keys) {
-                Value value = key.formula.evaluate(scope);
-                values.push_back(value.isText() ? Value(value.toText().toCaseFolded()) : std::move(value));
-            }
-        std::vector<std::size_t> order(count);
-        std::iota(order.begin(), order.end(), std::size_t(0));
-        std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-            for (std::size_t k = 0; k < keys.size(); ++k) {
-                const int sign =
-                    ordered(values[a * keys.size() + k], values[b * keys.size() + k], keys[k].formula.root().place);
-                if (sign != 0)
-                    return keys[k].descending ? sign > 0 : sign < 0;
-            }
-            return false;
-        });
-        std::vector<std::vector<Value>> sorted;
-        sorted.reserve(count);
-        for (const std::size_t i : order)
-            sorted.push_back(std::move(report.rows.rows[i]));
-        report.rows.rows = std::move(sorted);
-    }
-
-    static int ordered(const Value& a, const Value& b, Place place)
-    {
-        if (a.isNull() || b.isNull())
-            return int(b.isNull()) - int(a.isNull());
-        if (const auto* left = std::get_if<QString>(&a.data()))
-            if (const auto* right = std::get_if<QString>(&b.data()))
-                return left->compare(*right);
-        // A column of a union may mix kinds: numbers stand before dates, dates before texts.
-        const auto rank = [](const Value& value) { return value.isText() ? 2 : value.isDate() ? 1 : 0; };
-        return rank(a) != rank(b) ? rank(a) - rank(b) : compareValues(a, b, place);
-    }
-
-    void dropRepeated(BoundReport& report) const
-    {
-        RowScope scope(report.definition, report.rows, m_facts);
-        QSet<QString> seen;
-        std::vector<std::size_t> kept;
-        for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row)
-            if (const QString key = linkKey(report.definition.unique.evaluate(scope)); !seen.contains(key)) {
-                seen.insert(key);
-                kept.push_back(scope.row);
-            }
-        for (std::size_t i = 0; i < kept.size(); ++i)
-            if (kept[i] != i)
-                report.rows.rows[i] = std::move(report.rows.rows[kept[i]]);
-        report.rows.rows.resize(kept.size());
     }
 
     BoundReport loadSubreport(const BoundReport& main, const QString& name, const Definition& definition,

@@ -33,4 +33,15 @@ ReportError ReportError::inFile(const QString& file) const
     return m_file.isEmpty() ? ReportError(number(), m_message, m_place, file) : *this;
 }
 
+ReportError ReportError::atRecord(std::size_t record) const
+{
+    const bool ofData = number() == platform::TypeMismatch || number() == platform::DivisionByZero ||
+                        number() == platform::Overflow || number() == platform::InvalidProcedureCall;
+    if (m_hasRecord || !ofData)
+        return *this;
+    ReportError told(number(), QStringLiteral("%1 Record %2.").arg(m_message).arg(record), m_place, m_file);
+    told.m_hasRecord = true;
+    return told;
+}
+
 } // namespace orlo::reports

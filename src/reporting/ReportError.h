@@ -34,11 +34,14 @@ public:
     [[nodiscard]] Place place() const { return m_place; }
     /// The same failure, told of a file; a failure that names one already stays as it is.
     [[nodiscard]] ReportError inFile(const QString& file) const;
+    /// The same failure, told of a record, counted from 1 in the order of the report; only what lies in the data is.
+    [[nodiscard]] ReportError atRecord(std::size_t record) const;
 
 private:
     QString m_message;
     QString m_file;
     Place m_place;
+    bool m_hasRecord = false;
 };
 
 } // namespace orlo::reports

@@ -2,10 +2,23 @@
 
 #include "platform/Application.h"
 
-#include <QSet>
+#include <algorithm>
 
 namespace orlo::reports
 {
+
+namespace
+{
+
+const QString WholeReport = QStringLiteral("Report");
+const QString OnePage = QStringLiteral("Page");
+
+bool isNamed(const QString& name, const QString& wanted)
+{
+    return name.compare(wanted, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
 
 int placeOf(const QString& name, const QStringList& names)
 {
@@ -20,9 +33,70 @@ int RowSet::columnOf(const QString& name) const
     return placeOf(name, columns);
 }
 
-RowScope::RowScope(const Definition& definition, const RowSet& rows, const RunFacts& facts)
-    : range{0, rows.rows.size()}, m_definition(definition), m_rows(rows), m_facts(facts)
+void Accumulator::add(const Value& value, Place place)
 {
+    if (value.isNull())
+        return;
+    ++m_count;
+    switch (m_summary) {
+    case Summary::Count:
+        break;
+    case Summary::DistinctCount:
+        m_distinct.insert(linkKey(value));
+        break;
+    case Summary::Minimum:
+    case Summary::Maximum:
+        if (!m_extreme.isNull()) {
+            const int order = compareValues(value, m_extreme, place);
+            if (m_summary == Summary::Minimum ? order >= 0 : order <= 0)
+                break;
+        }
+        m_extreme = value;
+        break;
+    case Summary::Sum:
+    case Summary::Average:
+    case Summary::Median:
+        if (!value.isNumber() && !value.isBool())
+            throw ReportError(platform::TypeMismatch, QStringLiteral("Only numbers can be added up."), place);
+        const double number = value.isBool() ? double(value.toBool()) : value.toDouble();
+        m_sum += number;
+        if (m_summary == Summary::Median)
+            m_numbers.push_back(number);
+    }
+}
+
+Value Accumulator::result() const
+{
+    switch (m_summary) {
+    case Summary::Sum:
+        return m_sum;
+    case Summary::Count:
+        return m_count;
+    case Summary::DistinctCount:
+        return qint64(m_distinct.size());
+    case Summary::Average:
+        return m_count > 0 ? Value(m_sum / double(m_count)) : Value();
+    case Summary::Median: {
+        if (m_numbers.empty())
+            return {};
+        std::vector<double> sorted = m_numbers;
+        std::sort(sorted.begin(), sorted.end());
+        const std::size_t middle = sorted.size() / 2;
+        return sorted.size() % 2 == 1 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
+    }
+    default:
+        return m_extreme;
+    }
+}
+
+RowScope::RowScope(const Definition& definition, const RowSet& rows, const RunFacts& facts)
+    : range{0, rows.rows.size()}, whole(range), m_definition(definition), m_rows(rows), m_facts(facts)
+{
+}
+
+std::size_t RowScope::currentRow() const
+{
+    return m_summaryRow != SIZE_MAX ? m_summaryRow : row;
 }
 
 Value RowScope::field(int index) const
@@ -33,17 +107,20 @@ Value RowScope::field(int index) const
         return m_rows.fixed[std::size_t(index - fixed)];
     if (index >= columns)
         return m_definition.names[std::size_t(index - columns)].formula.evaluate(*this);
-    const std::size_t at = m_summaryRow != SIZE_MAX ? m_summaryRow : row;
+    const std::size_t at = currentRow();
     return at < m_rows.rows.size() ? m_rows.rows[at][std::size_t(index)] : Value();
 }
 
 Value RowScope::word(Word word) const
 {
+    const Value pages = pageCount > 0 ? Value(pageCount) : Value(QStringLiteral("…"));
     switch (word) {
     case Word::PageNumber:
         return pageNumber;
     case Word::PageCount:
-        return pageCount > 0 ? Value(pageCount) : Value(QStringLiteral("…"));
+        return pages;
+    case Word::PageOfPages:
+        return QStringLiteral("Page %1 of %2").arg(pageNumber).arg(displayText(pages));
     case Word::PrintDate:
         return Value(m_facts.printDate);
     case Word::PrintTime:
@@ -53,7 +130,13 @@ Value RowScope::word(Word word) const
     case Word::ProgramName:
         return platform::title();
     case Word::RecordNumber:
-        return qint64((m_summaryRow != SIZE_MAX ? m_summaryRow : row) - range.first + 1);
+        return qint64(currentRow() - range.first + 1);
+    case Word::GroupNumber:
+        return groupNumber;
+    case Word::OnFirstRecord:
+        return currentRow() == whole.first;
+    case Word::OnLastRecord:
+        return currentRow() + 1 == whole.last;
     case Word::Repeated:
         return repeated;
     case Word::NewLine:
@@ -62,14 +145,30 @@ Value RowScope::word(Word word) const
     return u"\n";
 }
 
+Value RowScope::inRow(int offset, const FormulaNode& expression) const
+{
+    const std::size_t at = currentRow();
+    const bool isThere = offset < 0 ? at > whole.first : at + 1 < whole.last;
+    if (!isThere || at >= whole.last)
+        return {};
+    const std::size_t before = std::exchange(m_summaryRow, offset < 0 ? at - 1 : at + 1);
+    const Restored restored{m_summaryRow, before};
+    return evaluateNode(expression, *this);
+}
+
 RowRange RowScope::rangeOf(const FormulaNode& node) const
 {
-    if (node.name.isEmpty())
+    const QString& name = node.as<FormulaNode::Summarised>()->group;
+    if (name.isEmpty())
         return range;
     for (std::size_t i = 0; i < groups.size(); ++i)
-        if (m_definition.groups[i].name.compare(node.name, Qt::CaseInsensitive) == 0)
+        if (isNamed(m_definition.groups[i].name, name))
             return groups[i];
-    throw ReportError(platform::UnknownName, QStringLiteral("There is no group \"%1\" around this.").arg(node.name),
+    if (isNamed(name, WholeReport))
+        return whole;
+    if (isNamed(name, OnePage))
+        return page;
+    throw ReportError(platform::UnknownName, QStringLiteral("There is no group \"%1\" around this.").arg(name),
                       node.place);
 }
 
@@ -77,58 +176,46 @@ Value RowScope::summary(const FormulaNode& node) const
 {
     if (m_summaryRow != SIZE_MAX)
         throw ReportError(platform::SyntaxError, QStringLiteral("A summary can't hold another."), node.place);
-    const RowRange rows = rangeOf(node);
-    if (const auto kept = m_kept.find(&node); kept != m_kept.end() && kept->second.range == rows)
-        return kept->second.value;
-    struct Reset {
-        std::size_t& at;
-        ~Reset() { at = SIZE_MAX; }
-    } const reset{m_summaryRow};
-    Value value = computed(Summary(node.index), node.children.empty() ? nullptr : &node.children.front(), rows);
-    m_kept[&node] = {rows, value};
-    return value;
-}
-
-Value RowScope::computed(Summary summary, const FormulaNode* expression, RowRange rows) const
-{
-    if (!expression)
+    const auto& part = *node.as<FormulaNode::Summarised>();
+    RowRange rows = rangeOf(node);
+    if (part.running)
+        rows.last = std::clamp(row + 1, rows.first, rows.last);
+    if (node.children.empty())
         return qint64(rows.size());
-    double sum = 0;
-    qint64 count = 0;
-    Value extreme;
-    QSet<QString> distinct;
-    for (m_summaryRow = rows.first; m_summaryRow < rows.last; ++m_summaryRow) {
-        const Value value = evaluateNode(*expression, *this);
-        if (value.isNull())
-            continue;
-        ++count;
-        if (summary == Summary::DistinctCount) {
-            distinct.insert(linkKey(value));
-        } else if (summary == Summary::Sum || summary == Summary::Average) {
-            if (!value.isNumber() && !value.isBool())
-                throw ReportError(platform::TypeMismatch, QStringLiteral("Only numbers can be added up."),
-                                  expression->place);
-            sum += value.isBool() ? double(value.toBool()) : value.toDouble();
-        } else if (summary != Summary::Count && !extreme.isNull()) {
-            const int order = compareValues(value, extreme, expression->place);
-            if (summary == Summary::Minimum ? order < 0 : order > 0)
-                extreme = value;
-        } else {
-            extreme = value;
+    Kept& kept = m_kept.try_emplace(&node, Kept{rows.first, rows.first, Accumulator(part.summary)}).first->second;
+    if (kept.first != rows.first || kept.last > rows.last)
+        kept = {rows.first, rows.first, Accumulator(part.summary)};
+    const Restored restored{m_summaryRow, SIZE_MAX};
+    const FormulaNode& expression = node.children.front();
+    for (; kept.last < rows.last; ++kept.last) {
+        m_summaryRow = kept.last;
+        try {
+            kept.sum.add(evaluateNode(expression, *this), expression.place);
+        } catch (const ReportError& error) {
+            throw error.atRecord(kept.last + 1);
         }
     }
-    switch (summary) {
-    case Summary::Sum:
-        return sum;
-    case Summary::Count:
-        return count;
-    case Summary::Average:
-        return count > 0 ? Value(sum / double(count)) : Value();
-    case Summary::DistinctCount:
-        return qint64(distinct.size());
-    default:
-        return extreme;
-    }
+    return kept.sum.result();
+}
+
+std::size_t RowScope::endOfGroup(const Group& group, RowRange rows)
+{
+    row = rows.first;
+    const QString key = linkKey(group.key.evaluate(*this));
+    for (row = rows.first + 1; row < rows.last; ++row)
+        if (linkKey(group.key.evaluate(*this)) != key)
+            break;
+    return std::min(row, rows.last);
+}
+
+bool isGroupOfAll(const QString& name)
+{
+    return isNamed(name, WholeReport);
+}
+
+bool isGroupOfPage(const QString& name)
+{
+    return isNamed(name, OnePage);
 }
 
 } // namespace orlo::reports

@@ -1,12 +1,13 @@
 #include "reporting/Selection.h"
 
+#include "reporting/FormulaFunctions.h"
+
 namespace orlo::reports
 {
 
 namespace
 {
 
-using Kind = FormulaNode::Kind;
 using Written = std::optional<QString>;
 
 QString quoted(QString text)
@@ -34,36 +35,22 @@ public:
 
     [[nodiscard]] Written condition(const FormulaNode& node) const
     {
-        switch (node.kind) {
-        case Kind::And:
-            return connected(node, QStringLiteral(" And "));
-        case Kind::Or:
-            return connected(node, QStringLiteral(" Or "));
-        case Kind::Not:
-            if (const Written inner = condition(node.children[0]))
-                return QStringLiteral("Not (%1)").arg(*inner);
+        if (const auto* connected = node.as<FormulaNode::Connected>())
+            return all(node, QLatin1StringView(connected->isOr ? " Or " : " And "));
+        const auto* call = node.as<FormulaNode::Call>();
+        if (!call || call->function->sql.isEmpty())
             return std::nullopt;
-        case Kind::Equal:
-            return pair(node, u" = ");
-        case Kind::Unequal:
-            return pair(node, u" <> ");
-        case Kind::Less:
-            return pair(node, u" < ");
-        case Kind::LessOrEqual:
-            return pair(node, u" <= ");
-        case Kind::Greater:
-            return pair(node, u" > ");
-        case Kind::GreaterOrEqual:
-            return pair(node, u" >= ");
-        case Kind::InRange:
-            return range(node);
-        default:
-            return std::nullopt;
+        if (node.children.size() == 1) {
+            const Written inner = condition(node.children[0]);
+            return inner ? Written(QStringLiteral("%1 (%2)").arg(call->function->sql, *inner)) : std::nullopt;
         }
+        if (node.children.size() > 2)
+            return ranges(node);
+        return compared(operand(node.children[0]), call->function->sql, operand(node.children[1]));
     }
 
 private:
-    [[nodiscard]] Written connected(const FormulaNode& node, const QString& word) const
+    [[nodiscard]] Written all(const FormulaNode& node, QLatin1StringView word) const
     {
         QString text;
         for (const FormulaNode& child : node.children) {
@@ -82,38 +69,40 @@ private:
 
     [[nodiscard]] std::optional<Operand> operand(const FormulaNode& node) const
     {
-        if (node.kind == Kind::Literal) {
-            const Written text = literal(node.literal);
+        if (const auto* known = node.as<FormulaNode::Literal>()) {
+            const Written text = literal(known->value);
             return text ? std::optional(Operand{*text, node.type}) : std::nullopt;
         }
-        if (node.kind != Kind::Field)
+        const auto* field = node.as<FormulaNode::Field>();
+        if (!field)
             return std::nullopt;
-        const auto column = m_columnOf(node.name);
+        const auto column = m_columnOf(field->name);
         if (!column || column->name.contains(u']') || column->name.contains(u'['))
             return std::nullopt;
         return Operand{u'[' + column->name + u']', column->type};
     }
 
-    [[nodiscard]] Written pair(const FormulaNode& node, QStringView sign) const
+    /// The ranges of an "in", each two children long.
+    [[nodiscard]] Written ranges(const FormulaNode& node) const
     {
-        return compared(operand(node.children[0]), sign, operand(node.children[1]));
-    }
-
-    [[nodiscard]] Written range(const FormulaNode& node) const
-    {
+        QStringList parts;
         const auto value = operand(node.children[0]);
-        const Written from = compared(value, u" >= ", operand(node.children[1]));
-        const Written to = compared(value, u" <= ", operand(node.children[2]));
-        if (!from || !to)
-            return std::nullopt;
-        return QString(*from + QLatin1StringView(" And ") + *to);
+        for (std::size_t i = 1; i + 1 < node.children.size(); i += 2) {
+            const Written from = compared(value, QLatin1StringView(">="), operand(node.children[i]));
+            const Written to = compared(value, QLatin1StringView("<="), operand(node.children[i + 1]));
+            if (!from || !to)
+                return std::nullopt;
+            parts << QString(*from + QLatin1StringView(" And ") + *to);
+        }
+        return parts.size() == 1 ? parts.front() : u'(' + parts.join(QLatin1StringView(") Or (")) + u')';
     }
 
-    static Written compared(const std::optional<Operand>& left, QStringView sign, const std::optional<Operand>& right)
+    static Written compared(const std::optional<Operand>& left, QLatin1StringView sign,
+                            const std::optional<Operand>& right)
     {
         if (!left || !right || left->type != right->type)
             return std::nullopt;
-        return QString(left->text + sign.toString() + right->text);
+        return QStringLiteral("%1 %2 %3").arg(left->text, sign, right->text);
     }
 
     const ColumnOf& m_columnOf;
@@ -126,8 +115,10 @@ QString handDown(const Formula& formula, const ColumnOf& columnOf)
     QString condition;
     const Writer writer(columnOf);
     const FormulaNode& root = formula.root();
+    const auto* connected = root.as<FormulaNode::Connected>();
+    const bool isAnd = connected && !connected->isOr;
     const std::span<const FormulaNode> parts =
-        root.kind == Kind::And ? std::span<const FormulaNode>(root.children) : std::span(&root, 1);
+        isAnd ? std::span<const FormulaNode>(root.children) : std::span(&root, 1);
     for (const FormulaNode& part : parts) {
         if (const Written one = writer.condition(part))
             condition += (condition.isEmpty() ? QStringLiteral("(") : QStringLiteral(" And (")) + *one + u')';

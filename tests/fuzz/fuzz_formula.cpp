@@ -23,6 +23,7 @@ public:
     {
         return node.children.empty() ? Value(3) : evaluateNode(node.children.front(), *this);
     }
+    [[nodiscard]] Value inRow(int, const FormulaNode& node) const override { return evaluateNode(node, *this); }
 };
 
 } // namespace

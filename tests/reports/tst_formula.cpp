@@ -1,6 +1,7 @@
 #include "reporting/Formula.h"
 #include "reporting/Selection.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Table.h"
 
@@ -24,6 +25,10 @@ public:
     }
     [[nodiscard]] Value word(Word word) const override { return word == Word::PageNumber ? Value(4) : Value(u"?"); }
     [[nodiscard]] Value summary(const FormulaNode& node) const override { return int(node.children.size()) * 100; }
+    [[nodiscard]] Value inRow(int offset, const FormulaNode& node) const override
+    {
+        return displayText(evaluateNode(node, *this)) + QString::number(offset);
+    }
 };
 
 Formula bound(const QString& text)
@@ -50,26 +55,8 @@ class tst_formula : public QObject
 private Q_SLOTS:
     void computes_data()
     {
-        test::table({"text", "result"}, R"(
-            1 + 2 * 3                                            | 7
-            10 - (4 - 3) - 2                                     | 7
-            12 / (4 / 2)                                         | 6
-            .5 + 06                                              | 6.5
-            "a" + 'b' & 3 & {Nothing} & 1 + 2 & 7 - 3            | ab334
-            "say ""hi""" & 'it''s'                               | say "hi"it's
-            if 1 > 2 then "x" else if 2 = 2 then "y"             | y
-            if {Nothing} = 1 then 5                              |
-            IIF(isnull({Nothing}), "none", {Nothing})            | none
-            #6/7/2004# - Date(2004,06,01)                        | 6
-            ToText({A.Day}, "MMMM d, yyyy")                      | June 7, 2004
-            ToText(1234567.891, 2)                               | 1,234,567.89
-            Join(", ", " a ", {Nothing}, "", 7)                  | a, 7
-            Trim(" x ") & UpperCase("é") & Left("abc", 2)        | xÉab
-            Right("abc", 1) & Mid("abcd", 2, 2)                  | cbc
-            Length("abc") & Year(#6/7/2004#) & Round(2.567, 1)   | 320042.6
-            PageNumber & Count() & Sum({Name}, "Den")            | 40100
-            {Name} like "o'b*'en"                                | True
-        )");
+        test::table({"text", "result"}, test::contents(ORLO_SOURCE_DIR "/tests/reports/formulas.txt").constData());
+        ;
     }
     void computes()
     {
@@ -88,6 +75,11 @@ private Q_SLOTS:
             NOT ({S.SID} = 12) OR ({Name} <> 'x' And 1 < 2) | yes ((Not ([SID] = 12)) Or (([Name] <> 'x') And (1 < 2)))
             {Name} = "o'bri'en"                                  | yes ([Name] = 'o''bri''en')
             {S.SID} = 12 and Length({Name}) = 8                  | yes ([SID] = 12)
+            {S.SID} in [12, 20 to 30] | yes (([SID] >= 12 And [SID] <= 12) Or ([SID] >= 20 And [SID] <= 30))
+            {S.SID} = "12" and {Name} <> "x"                     | yes ([Name] <> 'x')
+            {Name} not in ["x"]                                  | yes (Not ([Name] >= 'x' And [Name] <= 'x'))
+            {Name} not = 1                                       | 3075 at 12
+            1 = "one"                                            | 13 at 3
             {S.SID} = 12 and (1 = 1 or {A.Day} = "soon")         | yes ([SID] = 12)
             {Nothing} = 1 or not ({Nothing} = 1)                 | no (([Nothing] = 1) Or (Not ([Nothing] = 1)))
             {S.SID} =                                            | 3075 at 10
@@ -122,9 +114,24 @@ private Q_SLOTS:
         QTEST(outcome.trimmed(), "outcome");
     }
 
+    /// A failure names the word that was met.
+    void namesTheWord_data()
+    {
+        test::table({"text", "message"}, R"(
+            if 1 = 1 than 2 | "then" is missing before "than".
+            if 1 = 1        | "then" is missing at the end.
+            1 'two'         | The formula should end before "'two'".
+        )");
+    }
+    void namesTheWord()
+    {
+        QFETCH(QString, text);
+        QTEST(test::failureOf<ReportError>([&] { return Formula(text); })->message(), "message");
+    }
+
     void survivesDepth()
     {
-        for (const char* opening : {"(", "not ", "-", "if 1=1 then ", "Trim("})
+        for (const char* opening : {"(", "not ", "-", "+", "2 ^ -", "if 1=1 then ", "Trim(", "1 + (1)["})
             QVERIFY_THROWS_EXCEPTION(ReportError, Formula(QString::fromLatin1(opening).repeated(2500)));
         QString text = QStringLiteral("1 = 1");
         for (int i = 0; i < 3000; ++i)

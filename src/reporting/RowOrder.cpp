@@ -1,0 +1,188 @@
+#include "reporting/RowOrder.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+using Order = std::vector<std::size_t>;
+
+bool hasSummary(const SortKey& key)
+{
+    return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
+}
+
+/// Texts are folded once, not in each comparison.
+Value sortable(const Value& value)
+{
+    return value.isText() ? Value(value.toText().toCaseFolded()) : value;
+}
+
+/// Null comes first, as it does in the store's own order.
+int ordered(const Value& a, const Value& b, Place place)
+{
+    if (a.isNull() || b.isNull())
+        return int(b.isNull()) - int(a.isNull());
+    if (const auto* left = std::get_if<QString>(&a.data()))
+        if (const auto* right = std::get_if<QString>(&b.data()))
+            return left->compare(*right);
+    // A column of a union may mix kinds: numbers stand before dates, dates before texts.
+    const auto rank = [](const Value& value) { return value.isText() ? 2 : value.isDate() ? 1 : 0; };
+    return rank(a) != rank(b) ? rank(a) - rank(b) : compareValues(a, b, place);
+}
+
+bool isBefore(const std::vector<SortKey>& keys, std::span<const Value> a, std::span<const Value> b)
+{
+    for (std::size_t k = 0; k < keys.size(); ++k)
+        if (const int sign = ordered(a[k], b[k], keys[k].formula.root().place); sign != 0)
+            return keys[k].descending ? sign > 0 : sign < 0;
+    return false;
+}
+
+class RowOrder
+{
+public:
+    RowOrder(BoundReport& report, const RunFacts& facts)
+        : m_report(report), m_definition(report.definition), m_scope(report.definition, report.rows, facts)
+    {
+    }
+
+    void run()
+    {
+        try {
+            sortRows();
+            const auto& groups = m_definition.groups;
+            if (std::any_of(groups.begin(), groups.end(), [](const Group& group) { return ordersItself(group); }))
+                orderGroups();
+            if (!m_definition.unique.isEmpty())
+                dropRepeated();
+        } catch (const ReportError& error) {
+            throw error.atRecord(m_scope.row + 1);
+        }
+    }
+
+private:
+    static bool ordersItself(const Group& group)
+    {
+        return group.most > 0 || std::any_of(group.sort.begin(), group.sort.end(), hasSummary);
+    }
+
+    [[nodiscard]] std::vector<SortKey> rowKeys() const
+    {
+        std::vector<SortKey> keys;
+        for (const Group& group : m_definition.groups) {
+            std::copy_if(group.sort.begin(), group.sort.end(), std::back_inserter(keys),
+                         [](const SortKey& key) { return !hasSummary(key); });
+            keys.push_back({group.key, group.descending});
+        }
+        keys.insert(keys.end(), m_definition.sort.begin(), m_definition.sort.end());
+        return keys;
+    }
+
+    void sortRows()
+    {
+        const std::vector<SortKey> keys = rowKeys();
+        const std::size_t count = m_report.rows.rows.size();
+        if (keys.empty() || count < 2)
+            return;
+        std::vector<Value> values;
+        values.reserve(count * keys.size());
+        for (m_scope.row = 0; m_scope.row < count; ++m_scope.row)
+            for (const SortKey& key : keys)
+                values.push_back(sortable(key.formula.evaluate(m_scope)));
+        const auto keysOf = [&](std::size_t row) { return std::span(values).subspan(row * keys.size(), keys.size()); };
+        Order order(count);
+        std::iota(order.begin(), order.end(), std::size_t(0));
+        std::stable_sort(order.begin(), order.end(),
+                         [&](std::size_t a, std::size_t b) { return isBefore(keys, keysOf(a), keysOf(b)); });
+        take(order);
+    }
+
+    void take(const Order& order)
+    {
+        std::vector<std::vector<Value>> taken;
+        taken.reserve(order.size());
+        for (const std::size_t row : order)
+            taken.push_back(std::move(m_report.rows.rows[row]));
+        m_report.rows.rows = std::move(taken);
+    }
+
+    void orderGroups()
+    {
+        Order order;
+        order.reserve(m_report.rows.rows.size());
+        orderLevel(0, {0, m_report.rows.rows.size()}, order);
+        take(order);
+    }
+
+    /// Appends the rows of a range in the order of its groups.
+    void orderLevel(std::size_t level, RowRange rows, Order& order)
+    {
+        if (level == m_definition.groups.size()) {
+            for (std::size_t row = rows.first; row < rows.last; ++row)
+                order.push_back(row);
+            return;
+        }
+        struct Block {
+            RowRange rows;
+            std::vector<Value> keys;
+        };
+        const Group& group = m_definition.groups[level];
+        std::vector<Block> blocks;
+        for (std::size_t first = rows.first; first < rows.last; first = blocks.back().rows.last)
+            blocks.push_back({{first, m_scope.endOfGroup(group, {first, rows.last})}, {}});
+        std::vector<SortKey> keys = group.sort;
+        keys.push_back({group.key, group.descending});
+        for (Block& block : blocks) {
+            m_scope.groups.push_back(block.rows);
+            m_scope.range = block.rows;
+            m_scope.row = block.rows.first;
+            for (const SortKey& key : keys)
+                block.keys.push_back(sortable(key.formula.evaluate(m_scope)));
+            m_scope.groups.pop_back();
+        }
+        std::stable_sort(blocks.begin(), blocks.end(),
+                         [&](const Block& a, const Block& b) { return isBefore(keys, a.keys, b.keys); });
+        if (group.most > 0) {
+            const double share = group.mostIsPercent ? double(blocks.size()) / 100 : 1;
+            blocks.resize(std::min(blocks.size(), std::size_t(std::ceil(group.most * share))));
+        }
+        for (const Block& block : blocks) {
+            m_scope.groups.push_back(block.rows);
+            orderLevel(level + 1, block.rows, order);
+            m_scope.groups.pop_back();
+        }
+    }
+
+    void dropRepeated()
+    {
+        QSet<QString> seen;
+        Order kept;
+        for (m_scope.row = 0; m_scope.row < m_report.rows.rows.size(); ++m_scope.row)
+            if (const QString key = linkKey(m_definition.unique.evaluate(m_scope)); !seen.contains(key)) {
+                seen.insert(key);
+                kept.push_back(m_scope.row);
+            }
+        take(kept);
+    }
+
+    BoundReport& m_report;
+    const Definition& m_definition;
+    RowScope m_scope;
+};
+
+} // namespace
+
+void orderRows(BoundReport& report, const RunFacts& facts)
+{
+    RowOrder(report, facts).run();
+}
+
+} // namespace orlo::reports
