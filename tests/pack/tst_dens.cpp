@@ -27,18 +27,22 @@ Insert Into Adults (Adult_SID, First_Name, MI, Last_Name, Active) Values
 Insert Into Leader_Den_Assignments (Adult_SID, Den_SID, Den_Title) Values
     (3, 2, 'Leader'), (3, 3, Null), (7, 2, Null), (8, 2, Null))";
 
-// The open form; its state goes on with Add and Del of scouts and leaders, and whether the fields are enabled.
 struct Screen : test::RecordScreen<frmDenInfo> {
     widgets::ListBox& scouts = get<widgets::ListBox>("lstScouts");
     widgets::ListBox& adults = get<widgets::ListBox>("lstAdults");
     widgets::ComboBox& denType = get<widgets::ComboBox>("comDenType");
 
-    [[nodiscard]] QString state() const
+    // With the buttons for members, the fields and whether the number has the focus.
+    [[nodiscard]] QMap<QString, QString> shown() const
     {
-        return RecordScreen::state() + ' ' +
-               enabled("adAD", {"cmdAddScouts", "cmdDelScouts", "cmdAddDenLeader", "cmdDelDenLeader"}) + ' ' +
-               enabled("fffff", {"txtDenNumber", "txtDenName", "comDenType", "txtYearStarted", "txtActive"});
+        auto seen = RecordScreen::shown();
+        seen.insert({{"members", enabled({"cmdAddScouts", "cmdDelScouts", "cmdAddDenLeader", "cmdDelDenLeader"})},
+                     {"fields", enabled({"txtDenNumber", "txtDenName", "comDenType", "txtYearStarted", "txtActive"})},
+                     {"focus", form.focusWidget() == &get("txtDenNumber") ? "number" : ""},
+                     {"number", text("txtDenNumber")}});
+        return seen;
     }
+    [[nodiscard]] QString labelAndLive() const { return shown()["label"] + ": " + shown()["live"]; }
     [[nodiscard]] QString text(const char* box) const { return get<QLineEdit>(box).text(); }
     [[nodiscard]] QString fields() const
     {
@@ -88,30 +92,30 @@ private Q_SLOTS:
 
     void oneRecordAtATime_data()
     {
-        test::table({"name", "dens", "script", "state", "number", "stored"}, R"(
-            none              | 0 |               | None ....n.. adAD .....        |     |
-            bounces           | 1 | P             | Den 1 of 1 FP..n.d adAD fffff  | 9   | 1/N1
-            last, previous    | 3 | L P           | Den 2 of 3 FPNLn.d adAD fffff! | 3   | 1/N1, 2/N2, 3/N3
-            first, saves      | 3 | N DenName=X yes F     | Den 1 of 3 ..NLn.d adAD fffff! | 2 | 1/N1, 2/N2, 3/X
-            next, refused     | 3 | N DenName=X #-1 yes ok N | Den 3 of 3 FP..n.d adAD fffff! | 9 | 1/N1, 2/N2, 3/N3
-            last, saves       | 3 | N DenName=X yes L     | Den 3 of 3 FP..n.d adAD fffff! | 9 | 1/N1, 2/N2, 3/X
-            close, saves      | 3 | DenName=X yes x       | closed |   | 1/N1, 2/X, 3/N3
-            new, saved again  | 3 | n DenName=X s DenName=Y s | Den 4 of 4 FP..n.d adAD fffff! | | 1/N1, 2/N2, 3/N3, 4/Y
-            new, refused      | 1 | n #-1 ok s            | Den (New) ....n.d adAD fffff!  |   | 1/N1
-            refused, then not | 1 | n #-1 ok s #3 s       | Den 2 of 2 FP..n.d adAD fffff! |   | 1/N1, 2/
-            new, cancelled    | 3 | n c                   | Den 3 of 3 FP..n.d adAD fffff  | 9 | 1/N1, 2/N2, 3/N3
-            none, cancelled   | 0 | n DenNumber=5 c       | None ....n.d .... fffff        | 5 |
-            and deleted       | 0 | n DenNumber=5 c E     | None ....n.. .... .....        |   |
-            middle            | 3 | N E                   | Den 1 of 2 FPNLn.d adAD fffff! | 2 | 1/N1, 2/N2
-            middle, then back | 3 | N E P                 | Den 1 of 2 ..NLn.d adAD fffff  | 2 | 1/N1, 2/N2
-            off the end       | 2 | E N                   | Den 1 of 1 FP..n.d adAD fffff  | 9 | 1/N1
-            only one          | 1 | E                     | None ....n.. adAD .....        |   |)");
+        test::table({"case", "dens", "script", "label", "live", "members", "fields", "focus", "number", "stored"}, R"(
+            without dens only New is live                | 0 |                           | None       | New                                 | all  | none |        |   |
+            Prev before the first stays there            | 1 | P                         | Den 1 of 1 | First Previous New Delete           | all  | all  |        | 9 | 1/N1
+            Last and Prev walk by number                 | 3 | L P                       | Den 2 of 3 | First Previous Next Last New Delete | all  | all  | number | 3 | 1/N1, 2/N2, 3/N3
+            First asks and saves                         | 3 | N DenName=X yes F         | Den 1 of 3 | Next Last New Delete                | all  | all  | number | 2 | 1/N1, 2/N2, 3/X
+            Next without a type saves nothing and walks  | 3 | N DenName=X #-1 yes ok N  | Den 3 of 3 | First Previous New Delete           | all  | all  | number | 9 | 1/N1, 2/N2, 3/N3
+            Last asks and saves                          | 3 | N DenName=X yes L         | Den 3 of 3 | First Previous New Delete           | all  | all  | number | 9 | 1/N1, 2/N2, 3/X
+            Close asks and saves                         | 3 | DenName=X yes x           | closed     |                                     |      |      |        |   | 1/N1, 2/X, 3/N3
+            a new den saved twice is one den             | 3 | n DenName=X s DenName=Y s | Den 4 of 4 | First Previous New Delete           | all  | all  | number |   | 1/N1, 2/N2, 3/N3, 4/Y
+            a new den without a type is refused          | 1 | n #-1 ok s                | Den (New)  | New Delete                          | all  | all  | number |   | 1/N1
+            with a type it is saved then                 | 1 | n #-1 ok s #3 s           | Den 2 of 2 | First Previous New Delete           | all  | all  | number |   | 1/N1, 2/
+            Cancel of a new den shows the last           | 3 | n c                       | Den 3 of 3 | First Previous New Delete           | all  | all  |        | 9 | 1/N1, 2/N2, 3/N3
+            without dens Cancel leaves what was typed    | 0 | n DenNumber=5 c           | None       | New Delete                          | none | all  |        | 5 |
+            Delete then empties the screen               | 0 | n DenNumber=5 c E         | None       | New                                 | none | none |        |   |
+            the first den shows after one in the middle went | 3 | N E                       | Den 1 of 2 | First Previous Next Last New Delete | all  | all  | number | 2 | 1/N1, 2/N2
+            from there Prev stays                        | 3 | N E P                     | Den 1 of 2 | Next Last New Delete                | all  | all  |        | 2 | 1/N1, 2/N2
+            from the first Next goes to the last         | 2 | E N                       | Den 1 of 1 | First Previous New Delete           | all  | all  |        | 9 | 1/N1
+            the only one leaves an empty screen          | 1 | E                         | None       | New                                 | all  | none |        |   |)");
     }
     void oneRecordAtATime()
     {
         QFETCH(QString, dens);
         QFETCH(QString, script);
-        QFETCH(QString, state);
+        QFETCH(QString, label);
         test::fill("With Recursive k(i) As (Values(1) Union All Select i + 1 From k) Insert Into Dens Select i, "
                    "CASE i WHEN 1 THEN 9 ELSE i END, 'N' || i, 'Wolf', 2024, 'Y' From k Limit " +
                    dens);
@@ -125,18 +129,17 @@ private Q_SLOTS:
             QCOMPARE(screen.said().section('\n', -1),
                      "Save Error: A Den Type must be selected. Please select a Den type and Save again.");
         QTEST(rows("Select Den_SID, Den_Name From Dens Order by Den_SID"), "stored");
-        QCOMPARE(widgets::Instance<frmDenInfo>::loaded() == nullptr, state == "closed");
-        if (state != "closed") {
-            QCOMPARE(screen.state() + (screen.form.focusWidget() == &screen.get("txtDenNumber") ? "!" : ""), state);
-            QTEST(screen.text("txtDenNumber"), "number");
-        }
+        QCOMPARE(widgets::Instance<frmDenInfo>::loaded() == nullptr, label == "closed");
+        if (label != "closed")
+            test::compare(screen.shown(), {"label", "live", "members", "fields", "focus", "number"});
     }
 
     void newDen()
     {
         Screen screen;
         screen.run("n");
-        QCOMPARE(screen.state() + screen.fields(), "Den (New) .....s. .... fffff// /2026/Y");
+        QCOMPARE(screen.labelAndLive() + ", " + screen.fields(), "Den (New): Save, // /2026/Y");
+        QCOMPARE(screen.shown()["members"], "none");
         screen.type("txtDenNumber", "7a");
         QTest::keyClick(&screen.get("txtDenNumber"), Qt::Key_Return);
         database().execute("Update Dens Set Den_SID = 41");
@@ -160,7 +163,8 @@ private Q_SLOTS:
         Screen screen; // the den without a number comes first, when no type was shown before; "Lion" isn't listed
         QCOMPARE(screen.fields(), "///0/");
         screen.run("N N");
-        QCOMPARE(screen.fields() + screen.state(), "2/Two/Bear/0/Den 3 of 3 FP..n.d adAD fffff");
+        QCOMPARE(screen.fields() + ", " + screen.labelAndLive(),
+                 "2/Two/Bear/0/, Den 3 of 3: First Previous New Delete");
         screen.run("DenNumber=3 s");
         QCOMPARE(rows("Select * From Dens Where Den_SID = 2"), "2/3/Two/Bear/0/");
     }
@@ -180,7 +184,8 @@ private Q_SLOTS:
         screen.click("cmdDelScouts");
         screen.type("txtDenName", "unsaved");
         QCOMPARE(screen.choose<dlgAddScouts>({0, 1}, "cmdCancel"), "Free, Max ; Abel, Kim O");
-        QCOMPARE(screen.text("txtDenName") + screen.state() + denOf(), "N2Den 1 of 3 ..NLn.d adAD fffff1/2, 2/2, 3/2");
+        QCOMPARE(screen.text("txtDenName") + ", " + screen.labelAndLive() + ", " + denOf(),
+                 "N2, Den 1 of 3: Next Last New Delete, 1/2, 2/2, 3/2");
         screen.choose<dlgAddScouts>({0, 1});
         QCOMPARE(textsOf(screen.scouts), "Zeb Q. Berg; Max Free; Kim O. Abel; Abe berg");
         QCOMPARE(screen.choose<dlgAddScouts>({}), "");

@@ -5,6 +5,7 @@
 #include "scouts/frmScouts.h"
 #include "shell/forms/dlgError.h"
 #include "support/Main.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
@@ -58,38 +59,29 @@ struct Screen : test::RecordScreen<frmScouts> {
             press(form, opens.value(name, name));
         });
     }
-    // With find, the tab control and the list's row.
-    [[nodiscard]] QString state() const
+    // With the list and its row, and what of the page isn't all the same.
+    [[nodiscard]] QMap<QString, QString> shown() const
     {
-        return RecordScreen::state() + enabled(" ft ", {"lbScouts", "cmdFind", "tabScout", "lbScouts"}) +
-               QString::number(list.listIndex());
-    }
-    // Dates, choices, whether the boxes of the parents are on, the den and its key.
-    [[nodiscard]] QString record() const
-    {
-        QString texts;
-        for (const char* box : {"txtDOB", "txtPackStartDate"})
-            texts += get<QLineEdit>(box).text() + '/';
-        for (const char* box : {"comActive", "comWasTiger", "cmbBoysLife", "comDen"})
-            texts += get<widgets::ComboBox>(box).text() + '/';
+        QStringList on;
+        for (const char* box : {"comActive", "comWasTiger", "cmbBoysLife"})
+            on += get<widgets::ComboBox>(box).text() == "Yes" ? QStringList(box) : QStringList();
         for (const char* box : {"chkP1IncludeCorr", "chkP2IncludeCorr", "optP1UseScoutAdd", "optP2UseScoutAdd"})
-            texts += QString::number(get<QAbstractButton>(box).isChecked());
-        return texts + '/' + QString::number(form.GetDenSIDPub());
+            on += get<QAbstractButton>(box).isChecked() ? QStringList(box) : QStringList();
+        auto seen = RecordScreen::shown();
+        seen.insert({{"listed", test::textsOf(list)},
+                     {"page", enabled({"cmdFind", "tabScout"})},
+                     {"row", QString::number(list.listIndex())},
+                     {"born", get<QLineEdit>("txtDOB").text()},
+                     {"started", get<QLineEdit>("txtPackStartDate").text()},
+                     {"on", on.join(u' ')},
+                     {"den", get<widgets::ComboBox>("comDen").text() + '/' + QString::number(form.GetDenSIDPub())},
+                     {"awards", QString::number(test::count("Assigned_Awards_Scouts"))}});
+        seen["said"].replace("No Data Found: No data found for the selected search criteria", "none");
+        return seen;
     }
 };
 
-// Ada and Bo are active in dens 1 and 2, Cy is active without a den, Di inactive in den 1.
-constexpr auto People =
-    "INSERT INTO Dens VALUES (1, 3, 'Cubs', 'Wolf', 2025, 'Y'), (2, 5, 'Owls', 'Bear', 2025, 'N');"
-    "INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID, Birth_Date, Tigar, "
-    "Parent1_Use_Scout_Add, Parent1_Correspondance, Parent2_Use_Scout_Add, Parent2_Correspondance, Boys_Life) VALUES"
-    "(1, 'Ada', 'Zorn', 'B', 'Y', 1, '2016-06-07 13:30:00', 'Y', 1, 1, 0, 1, 1),"
-    "(2, 'Bo', 'Young', NULL, 'Y', 2, '1001-01-01', 'N', 1, 0, 1, 0, 0),"
-    "(3, 'Cy', 'Xu', '', 'Y', NULL, NULL, NULL, 1, 0, 1, 0, 0),"
-    "(4, 'Di', 'Wood', NULL, 'N', 1, NULL, 'N', 1, 0, 1, 0, 0);";
-
-constexpr auto OneAward = "INSERT INTO Insignias VALUES (1, 'Bobcat ', 'Rank Advancement', ' ');"
-                          "INSERT INTO Assigned_Awards_Scouts VALUES (3, 1, '2026-03-01', 2026, 3, 10, 2);";
+constexpr auto OneAward = "INSERT INTO Assigned_Awards_Scouts VALUES (3, 1, '2026-03-01', 2026, 3, 10, 2);";
 
 } // namespace
 
@@ -107,77 +99,72 @@ private Q_SLOTS:
     // View, order, den filter and find: an empty view leaves the label as the last record's.
     void sets_data()
     {
-        test::table({"script", "listed", "state", "said"}, R"(
-                                              | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 |
-            optOrderFirstName                 | Ada B. Zorn; Bo Young; Cy Xu              | Scout 1 of 3 ..NLn.d ft 0 |
-            optInactive                       | Wood, Di                                  | Scout 1 of 1 ....n.d ft 0 |
-            optActive_Inactive                | Wood, Di; Xu, Cy; Young, Bo; Zorn, Ada B. | Scout 1 of 4 ..NLn.d ft 0 |
-            optActive_Inactive $:Wolf_Den_3   | Wood, Di; Zorn, Ada B.                    | Scout 1 of 2 ..NLn.d ft 0 |
-            $:Bear_Den_5                      | Young, Bo                                 | Scout 1 of 1 ....n.d ft 0 |
-            $:no_such_den                     |                                           | Scout 1 of 3 ....n.. .. -1|
-            $:                                | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 |
-            optInactive find:W                | Wood, Di                                  | Scout 1 of 1 ....n.d ft 0 |
-            find:zO                           | Zorn, Ada B.                              | Scout 1 of 1 ....n.d ft 0 |
-            N ok find:W                       | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 2 of 3 FPNLn.d ft 1 | none
-            n Last=A comActive:No s ok find:W | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 | none
-            optInactive comActive:Yes s ok find:W |                                       | Scout 1 of 1 ....n.. .. -1| none
-            N all                             | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 ..NLn.d ft 0 |)");
+        test::table({"case", "script", "listed", "label", "live", "page", "row", "said"}, R"(
+            begins with the active scouts by last name   |                                       | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
+            by first name                                | optOrderFirstName                     | Ada B. Zorn; Bo Young; Cy Xu              | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
+            the inactive                                 | optInactive                           | Wood, Di                                  | Scout 1 of 1 | New Delete                          | all  | 0  |
+            the active and the inactive                  | optActive_Inactive                    | Wood, Di; Xu, Cy; Young, Bo; Zorn, Ada B. | Scout 1 of 4 | Next Last New Delete                | all  | 0  |
+            all of a den                                 | optActive_Inactive $:Wolf_Den_3       | Wood, Di; Zorn, Ada B.                    | Scout 1 of 2 | Next Last New Delete                | all  | 0  |
+            a den's active ones                          | $:Bear_Den_2                          | Young, Bo                                 | Scout 1 of 1 | New Delete                          | all  | 0  |
+            an unknown den empties list and page         | $:no_such_den                         |                                           | Scout 1 of 3 | New                                 | none | -1 |
+            an empty den is all dens                     | $:                                    | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
+            a find looks in the view                     | optInactive find:W                    | Wood, Di                                  | Scout 1 of 1 | New Delete                          | all  | 0  |
+            a find by the beginning, whatever its case   | find:zO                               | Zorn, Ada B.                              | Scout 1 of 1 | New Delete                          | all  | 0  |
+            a find without a result leaves set and place | N ok find:W                           | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 2 of 3 | First Previous Next Last New Delete | all  | 1  | none
+            it reads a set anew that holds a new scout   | n Last=A comActive:No s ok find:W     | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  | none
+            it leaves an emptied set empty               | optInactive comActive:Yes s ok find:W |                                           | Scout 1 of 1 | New                                 | none | -1 | none
+            Select All in the dialog shows the view again | N all                                 | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |)");
     }
     void sets()
     {
         QFETCH(QString, script);
-        test::fill(People);
+        test::fill(test::Pack);
         const Screen screen;
         QCOMPARE(screen.get<widgets::ComboBox>("cmbSelectedDens").text(), "<All>");
         screen.go(script.replace('$', "cmbSelectedDens"));
-        QTEST(test::textsOf(screen.list), "listed");
-        QTEST(screen.state(), "state");
-        QTEST(screen.said().replace("No Data Found: No data found for the selected search criteria", "none"), "said");
+        test::compare(screen.shown(), {"listed", "label", "live", "page", "row", "said"});
     }
 
     // The mark of a missing date never shows; a new scout begins in the den that the filter names.
     void records_data()
     {
-        test::table({"script", "record", "state"}, R"(
-            @2                           | 6/7/2016//Yes/Yes/Yes/Wolf Den 3/1110/1      | Scout 3 of 3 FP..n.d ft 2
-            @2 P                         | //Yes/No/No/Bear Den 5/0011/2                | Scout 2 of 3 FPNLn.d ft 1
-            n                            | /11/24/2026/Yes/No/No/ /1011/-1              | Scout (New) ..NL.s. .t 0
-            cmbSelectedDens:Wolf_Den_3 n | /11/24/2026/Yes/No/No/Wolf Den 3/1011/1      | Scout (New) .....s. .t 0)");
+        test::table({"case", "script", "born", "started", "on", "den", "label", "live", "page", "row"}, R"(
+            a time of day has no room                   | @2                           | 6/7/2016 |            | comActive comWasTiger cmbBoysLife chkP1IncludeCorr chkP2IncludeCorr optP1UseScoutAdd | Wolf Den 3/2 | Scout 3 of 3 | First Previous New Delete           | all      | 2
+            a missing birth date shows as none          | @2 P                         |          |            | comActive optP1UseScoutAdd optP2UseScoutAdd                                          | Bear Den 2/3 | Scout 2 of 3 | First Previous Next Last New Delete | all      | 1
+            a new scout begins with defaults            | n                            |          | 11/24/2026 | comActive chkP1IncludeCorr optP1UseScoutAdd optP2UseScoutAdd                         | /-1          | Scout (New)  | Next Last Save                      | tabScout | 0
+            a new scout begins in the den of the filter | cmbSelectedDens:Wolf_Den_3 n |          | 11/24/2026 | comActive chkP1IncludeCorr optP1UseScoutAdd optP2UseScoutAdd                         | Wolf Den 3/2 | Scout (New)  | Save                                | tabScout | 0)");
     }
     void records()
     {
         QFETCH(QString, script);
-        test::fill(People);
+        test::fill(test::Pack);
         const Screen screen;
         screen.go(script);
-        QTEST(screen.record(), "record");
-        QTEST(screen.state(), "state");
+        test::compare(screen.shown(), {"born", "started", "on", "den", "label", "live", "page", "row"});
     }
 
     void addsAndDeletes_data()
     {
-        test::table({"script", "listed", "state", "awards"}, R"(
-            no d                        | Xu, Cy; Young, Bo; Zorn, Ada B.        | Scout 1 of 3 ..NLn.d ft 0 | 1
-            yes d                       | Young, Bo; Zorn, Ada B.                | Scout 1 of 2 ..NLn.d ft 0 | 0
-            @2 yes d                    | Xu, Cy; Young, Bo                      | Scout 2 of 2 FP..n.d ft 1 | 1
-            optInactive yes d           |                                        | Scout 1 of 1 ....n.. .t -1| 1
-            n Last=Abel s               | Xu, Cy; Young, Bo; Zorn, Ada B.; <New>Abel, | Scout 4 of 4 FP..n.d ft 3 | 1)");
+        test::table({"case", "script", "listed", "label", "live", "page", "row", "awards"}, R"(
+            No keeps the scout                | no d              | Xu, Cy; Young, Bo; Zorn, Ada B.             | Scout 1 of 3 | Next Last New Delete      | all      | 0  | 1
+            a scout goes with the awards      | yes d             | Young, Bo; Zorn, Ada B.                     | Scout 1 of 2 | Next Last New Delete      | all      | 0  | 0
+            the last of the list goes         | @2 yes d          | Xu, Cy; Young, Bo                           | Scout 2 of 2 | First Previous New Delete | all      | 1  | 1
+            the only one goes                 | optInactive yes d |                                             | Scout 1 of 1 | New                       | tabScout | -1 | 1
+            a new scout is marked in the list | n Last=Abel s     | Xu, Cy; Young, Bo; Zorn, Ada B.; <New>Abel, | Scout 4 of 4 | First Previous New Delete | all      | 3  | 1)");
     }
     void addsAndDeletes()
     {
         QFETCH(QString, script);
-        test::fill(QByteArray(People) + OneAward);
+        test::fill(QByteArray(test::Pack) + OneAward);
         const Screen screen;
         screen.go(script);
-        QTEST(test::textsOf(screen.list).trimmed(), "listed");
-        QTEST(screen.state(), "state");
-        QTEST(QString::number(test::count("Assigned_Awards_Scouts")), "awards");
+        test::compare(screen.shown(), {"listed", "label", "live", "page", "row", "awards"});
     }
 
     // Every field goes to its own column and comes back. A new scout begins without them all, but for the grade.
     void fields()
     {
-        test::fill(People);
+        test::fill(test::Pack);
         const Screen screen;
         QCOMPARE(screen.lostFields(R"(txtFirst First_Name A; txtMi MI B; txtLast Last_Name C; txtAddress Address D;
             txtCity City E; txtState State F; txtZip Zip_Code G; txtPhone Phone H; txtDOB Birth_Date 2/3/2016;
@@ -204,27 +191,27 @@ private Q_SLOTS:
     // The first parent's box counts for both parents, and an e-mail address is no change by itself.
     void saves_data()
     {
-        test::table({"script", "field", "stored"}, R"(
-            DOB= s                     | Birth_Date             | 1/1/1001
-            DOB=6/7/15 s               | Birth_Date             | 6/7/2015
-            PackStartDate= s           | Pack_Start_Date        | Null
-            PackStartDate=1-2-2025 s   | Pack_Start_Date        | 1/2/2025
-            Grade=3a s                 | Grade_In_School        | 3
-            YearsInScouts=.5 s         | Years_In_Scouts        | 0
-            YearsInOtherPack=-5 s      | Years_In_Other_Pack    | 0
-            Last=X s                   | Birth_Date             | 6/7/2016
-            chkP2IncludeCorr First=X s | Parent2_Correspondance | True
-            chkP1IncludeCorr s         | Parent2_Correspondance | False
-            Email=a@b.c s              | Scouts_Email           | Null
-            Email=a@b.c First=X s      | Scouts_Email           | a@b.c
-            comDen:nowhere s           | Assigned_Den_SID       | Null
-            comDen:Bear_Den_5 s        | Assigned_Den_SID       | 2)");
+        test::table({"case", "script", "field", "stored"}, R"(
+            no birth date                                | DOB= s                     | Birth_Date             | 1/1/1001
+            a birth date of two digits                   | DOB=6/7/15 s               | Birth_Date             | 6/7/2015
+            no start date                                | PackStartDate= s           | Pack_Start_Date        | Null
+            a start date with dashes                     | PackStartDate=1-2-2025 s   | Pack_Start_Date        | 1/2/2025
+            a grade ends where letters begin             | Grade=3a s                 | Grade_In_School        | 3
+            a fraction is no whole year                  | YearsInScouts=.5 s         | Years_In_Scouts        | 0
+            nor is a sign                                | YearsInOtherPack=-5 s      | Years_In_Other_Pack    | 0
+            another change keeps the birth date without its time | Last=X s                   | Birth_Date             | 6/7/2016
+            the second parent's box counts for nothing   | chkP2IncludeCorr First=X s | Parent2_Correspondance | True
+            the first parent's box counts for both       | chkP1IncludeCorr s         | Parent2_Correspondance | False
+            an e-mail address alone is no change         | Email=a@b.c s              | Scouts_Email           | Null
+            with another change it is stored             | Email=a@b.c First=X s      | Scouts_Email           | a@b.c
+            an unknown den is none                       | comDen:nowhere s           | Assigned_Den_SID       | Null
+            a den by its name                            | comDen:Bear_Den_2 s        | Assigned_Den_SID       | 3)");
     }
     void saves()
     {
         QFETCH(QString, script);
         QFETCH(QString, field);
-        test::fill(People);
+        test::fill(test::Pack);
         const Screen screen;
         screen.go("@2 " + script);
         QTEST(test::rows("Select " + field + " From Scouts Where Scout_SID = 1"), "stored");
@@ -233,24 +220,23 @@ private Q_SLOTS:
     // The picked adult always goes to the second parent's link.
     void denLeaderLinks_data()
     {
-        test::table({"box", "answer", "links"}, R"(
-            chkP1DenLeader | cmdSelect | 1/Null
-            chkP2DenLeader | cmdSelect | Null/7
-            chkP1DenLeader | cmdCancel | Null/Null)");
+        test::table({"case", "box", "answer", "links"}, R"(
+            the first parent's box, picked  | chkP1DenLeader | cmdSelect | 1/Null
+            the second parent's box, picked | chkP2DenLeader | cmdSelect | Null/2
+            a cancelled pick                | chkP1DenLeader | cmdCancel | Null/Null)");
     }
     void denLeaderLinks()
     {
         QFETCH(QString, box);
         QFETCH(QString, answer);
         const bool pick = answer == "cmdSelect";
-        test::fill(QString(People) + "INSERT INTO Adults (Adult_SID, First_Name, Last_Name) VALUES (7, 'Al', 'Zorn');"
-                                     "INSERT INTO Leader_Den_Assignments VALUES (7, 1, NULL, NULL)");
+        test::fill(test::Pack);
         const Screen screen;
         screen.go("@2");
         test::whenShown<dlgSelectAdultLink>([&](dlgSelectAdultLink& dialog) {
             auto& leaders = test::control<widgets::ListBox>(dialog, "lstDenLeaders");
-            QCOMPARE(test::textsOf(leaders), "Al Zorn");
-            leaders.setListIndex(0);
+            QCOMPARE(test::textsOf(leaders), "Ann M. Young; Bob Old; Cid Idle");
+            leaders.setListIndex(1);
             press(dialog, answer);
         });
         auto& link = screen.get<QAbstractButton>(box.toLatin1().constData());
@@ -271,7 +257,7 @@ private Q_SLOTS:
     void denLeaderAgain()
     {
         QFETCH(QString, way);
-        test::fill(People);
+        test::fill(test::Pack);
         const Screen screen;
         screen.go(way.contains("without") ? "" : "@2");
         auto& box = screen.get<QAbstractButton>("chkP1DenLeader");
@@ -314,7 +300,7 @@ private Q_SLOTS:
     void notes()
     {
         const QString stored = "a\r\nb" + QString(QChar::Nbsp) + "c";
-        test::fill(QString(People) + "Update Scouts Set Note = 'a' || char(13, 10) || 'b' || char(160) || 'c'");
+        test::fill(QString(test::Pack) + "Update Scouts Set Note = 'a' || char(13, 10) || 'b' || char(160) || 'c'");
         const Screen screen;
         auto& note = screen.get<QPlainTextEdit>("txtScoutNote");
         screen.go("@2 First=X s");
@@ -339,7 +325,7 @@ private Q_SLOTS:
     // Only the focus that comes from another control makes the box ask for what it needs.
     void denLeaderNeedsDen()
     {
-        test::fill(People);
+        test::fill(test::Pack);
         for (const auto reason : {Qt::TabFocusReason, Qt::MouseFocusReason, Qt::OtherFocusReason,
                                   Qt::ActiveWindowFocusReason, Qt::PopupFocusReason, Qt::MenuBarFocusReason}) {
             const Screen screen;
@@ -366,7 +352,7 @@ private Q_SLOTS:
     void pendingFailureShows()
     {
         QFETCH(QString, action);
-        test::fill(People);
+        test::fill(test::Pack);
         const Screen screen;
         screen.go("@1");
         QString text;
@@ -381,7 +367,7 @@ private Q_SLOTS:
 
     void awards()
     {
-        test::fill(QString(People) + OneAward +
+        test::fill(QString(test::Pack) + OneAward +
                    "INSERT INTO Assigned_Awards_Scouts VALUES (3, 1, '2025-12-31', 2025, 12, 11, NULL), (3, 9, "
                    "'2026-04-01', 2026, 4, 12, 1)");
         const Screen screen;
@@ -389,7 +375,7 @@ private Q_SLOTS:
         QString lines; // without the award that isn't in the catalogue
         for (int row = 1; row < grid.rows(); ++row)
             lines += grid.text(row, 1) + '|' + grid.text(row, 2) + '|' + grid.text(row, 3) + ' ';
-        QCOMPARE(lines, "12/31/2025|1|Bobcat Rank Advancement 3/1/2026|2|Bobcat Rank Advancement ");
+        QCOMPARE(lines, "12/31/2025|1|Knot Badge 3/1/2026|2|Knot Badge ");
         screen.go("date:1/1/2026"); // the newest one is current
         QCOMPARE(test::rows("Select Quantity, Date_Assigned, Year, Insignia_SID From Assigned_Awards_Scouts Where "
                             "Assigned_SID = 10"),
@@ -403,19 +389,19 @@ private Q_SLOTS:
     // Under "All" a name leaves an " and " too many, and names that were typed and taken out again leave no blank.
     void failures_data()
     {
-        test::table({"script", "number"}, R"(
-            DOB=yesterday First=X s   | 3421
-            n no N First=X s          | 3020
-            find:O'B                  | 3075
-            find:                     | 3075
-            optActive_Inactive find:O | 3075
-            date:1/%4/2026            | 3075)");
+        test::table({"case", "script", "number"}, R"(
+            a date that can't be read                    | DOB=yesterday First=X s   | 3421
+            a save of the record before after a new one was left | n no N First=X s          | 3020
+            a find with an apostrophe                    | find:O'B                  | 3075
+            a find by an empty name                      | find:                     | 3075
+            a find under both views                      | optActive_Inactive find:O | 3075
+            a date of an award with a format in it       | date:1/%4/2026            | 3075)");
     }
     void failures()
     {
         QFETCH(QString, script);
         QFETCH(QString, number);
-        QCOMPARE(test::failureInChild(QString(People) + OneAward, [&] { Screen().go(script); }),
+        QCOMPARE(test::failureInChild(QString(test::Pack) + OneAward, [&] { Screen().go(script); }),
                  "Run-time error '" + number + "':");
         QCOMPARE(test::rows("Select First_Name From Scouts Order By Scout_SID"), "Ada, Bo, Cy, Di");
         QCOMPARE(test::rows("Select Date_Assigned From Assigned_Awards_Scouts"), "3/1/2026");

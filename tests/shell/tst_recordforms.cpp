@@ -16,38 +16,37 @@ class tst_recordforms : public QObject
 
 private Q_SLOTS:
     // Digits click rows of the list, "-" makes the scout inactive; the box is asked about unsaved changes or deleting.
-    // State: the label and the buttons, with find and those for awards, whether tabs and first name are enabled, the
-    // last name, the list and its highlighted row, "!" for the focus in the first name.
+    // What else of the page is live, the last name, the list's rows and the highlighted one, the focus, the last names.
     void listForm_data()
     {
-        test::table({"script", "people", "state", "stored"}, R"(
-                                    | 0 | ....n.. ... ..///0                                   |
-            N                       | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2!             | C B A
-            L P                     | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2!             | C B A
-            3 P 1 N                 | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2!             | C B A
-            Last=X yes 3            | 3 | Scout 3 of 3 FP..n.d faD tx/C/A; B; C/3              | C B X
-            Last=X yes 1            | 3 | Scout 1 of 3 ..NLn.d faD tx/X/A; B; C/1              | C B X
-            Last=X no 2             | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2              | C B A
-            N Last=X s              | 3 | Scout 2 of 3 FPNLn.d faD tx/X/A; B; C/2!             | C X A
-            N page n                | 3 | Scout (New) FPNL.s. ... tx//A; B; C/2!               | C B A
-            N n Last=X s            | 3 | Scout 4 of 4 FP..n.d faD tx/X/A; B; C; <New>X /4!    | C B A X
-            n Last=X s P 4 Last=Y s | 3 | Scout 4 of 4 FP..n.d faD tx/Y/A; B; C; <New>X /4!    | C B A Y
-            n Last=X yes 1          | 3 | Scout 4 of 4 FP..n.d faD tx/X/A; B; C; <New>X /4     | C B A X
-            n Last=X yes optActive_Inactive | 3 | Scout 1 of 4 ..NLn.d faD tx/A/A; B; C; X/1   | C B A X
-            n Last=X no optActive_Inactive  | 3 | Scout 1 of 3 ..NLn.d faD tx/A/A; B; C/1      | C B A
-            n Last=X s              | 0 | Scout 1 of 1 ....n.d faD tx/X/X/1!                   | X
-            n Last=X - s            | 0 | None ....n.. ... ..///0                              | X
-            N n Last=X c            | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2              | C B A
-            N Last=X c              | 3 | Scout 2 of 3 FPNLn.d faD tx/X/A; B; C/2              | C B A
-            N Last=X c N P          | 3 | Scout 2 of 3 FPNLn.d faD tx/B/A; B; C/2!             | C B A
-            n c                     | 0 | Scout (New) ....n.d faD t.///0                       |
-            n c yes d               | 0 | Scout (New) ....n.d faD t.///0                       |
-            yes d                   | 3 | Scout 1 of 2 ..NLn.d faD tx/B/B; C/1!                | C B
-            N yes d                 | 3 | Scout 2 of 2 FP..n.d faD tx/C/A; C/2!                | C A
-            L yes d                 | 3 | Scout 2 of 2 FP..n.d faD tx/B/A; B/2!                | B A
-            L no d                  | 3 | Scout 3 of 3 FP..n.d faD tx/C/A; B; C/3              | C B A
-            yes d n Last=X s        | 1 | Scout 1 of 1 ....n.d faD tx/X/X/1!                   | X
-        )");
+        test::table({"case", "people", "script", "label", "live", "page", "name", "listed", "row", "focus", "stored"},
+                    R"(
+            nobody                                      | 0 |                                 |              | New                                 | none                                        |   |                  | 0 |       |
+            Next                                        | 3 | N                               | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
+            Last and Prev                               | 3 | L P                             | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
+            a click, then Prev and Next                 | 3 | 3 P 1 N                         | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
+            a click on a row asks and saves             | 3 | Last=X yes 3                    | Scout 3 of 3 | First Previous New Delete           | all                                         | C | A; B; C          | 3 |       | C B X
+            the row on screen itself too                | 3 | Last=X yes 1                    | Scout 1 of 3 | Next Last New Delete                | all                                         | X | A; B; C          | 1 |       | C B X
+            No drops the change                         | 3 | Last=X no 2                     | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 |       | C B A
+            Save keeps the place                        | 3 | N Last=X s                      | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | X | A; B; C          | 2 | first | C X A
+            New empties the screen from any page        | 3 | N page n                        | Scout (New)  | First Previous Next Last Save       | tabScout txtFirst                           |   | A; B; C          | 2 | first | C B A
+            a new one is saved at the end               | 3 | N n Last=X s                    | Scout 4 of 4 | First Previous New Delete           | all                                         | X | A; B; C; <New>X  | 4 | first | C B A X
+            and saved again it is the same one          | 3 | n Last=X s P 4 Last=Y s         | Scout 4 of 4 | First Previous New Delete           | all                                         | Y | A; B; C; <New>X  | 4 | first | C B A Y
+            a row after a new one saves it and stays    | 3 | n Last=X yes 1                  | Scout 4 of 4 | First Previous New Delete           | all                                         | X | A; B; C; <New>X  | 4 |       | C B A X
+            a view saves it and begins anew             | 3 | n Last=X yes optActive_Inactive | Scout 1 of 4 | Next Last New Delete                | all                                         | A | A; B; C; X       | 1 |       | C B A X
+            a view drops it                             | 3 | n Last=X no optActive_Inactive  | Scout 1 of 3 | Next Last New Delete                | all                                         | A | A; B; C          | 1 |       | C B A
+            the first of all                            | 0 | n Last=X s                      | Scout 1 of 1 | New Delete                          | all                                         | X | X                | 1 | first | X
+            the first of all, inactive                  | 0 | n Last=X - s                    | None         | New                                 | none                                        |   |                  | 0 |       | X
+            Cancel of a new one shows the record before | 3 | N n Last=X c                    | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 |       | C B A
+            Cancel leaves a change                      | 3 | N Last=X c                      | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | X | A; B; C          | 2 |       | C B A
+            a walk drops it then                        | 3 | N Last=X c N P                  | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
+            nobody, a new one cancelled                 | 0 | n c                             | Scout (New)  | New Delete                          | cmdFind cmdAddAward cmdDeleteAward tabScout |   |                  | 0 |       |
+            which Delete leaves                         | 0 | n c yes d                       | Scout (New)  | New Delete                          | cmdFind cmdAddAward cmdDeleteAward tabScout |   |                  | 0 |       |
+            Delete of the first                         | 3 | yes d                           | Scout 1 of 2 | Next Last New Delete                | all                                         | B | B; C             | 1 | first | C B
+            of one in the middle                        | 3 | N yes d                         | Scout 2 of 2 | First Previous New Delete           | all                                         | C | A; C             | 2 | first | C A
+            of the last                                 | 3 | L yes d                         | Scout 2 of 2 | First Previous New Delete           | all                                         | B | A; B             | 2 | first | B A
+            No keeps the record                         | 3 | L no d                          | Scout 3 of 3 | First Previous New Delete           | all                                         | C | A; B; C          | 3 |       | C B A
+            a new one after the only one was deleted    | 1 | yes d n Last=X s                | Scout 1 of 1 | New Delete                          | all                                         | X | X                | 1 | first | X)");
     }
     void listForm()
     {
@@ -72,14 +71,14 @@ private Q_SLOTS:
             else
                 test::clickRow(list, word.toInt() - 1);
         });
-        const QString state = screen.state() + ' ' +
-                              screen.enabled("faD", {"cmdFind", "cmdAddAward", "cmdDeleteAward"}) + ' ' +
-                              screen.enabled("tx", {"tabScout", "txtFirst"}) + '/' +
-                              screen.get<QLineEdit>("txtLast").text() + '/' + test::textsOf(list).remove(", ") + '/' +
-                              QString::number(list.selectionModel()->selectedRows().value(0).row() + 1) +
-                              (screen.form.focusWidget() == &screen.get("txtFirst") ? "!" : "");
-        QTEST(state.trimmed(), "state");
-        QTEST(test::rows("Select Last_Name From Scouts Order by Scout_SID").remove(','), "stored");
+        auto seen = screen.shown();
+        seen.insert({{"page", screen.enabled({"cmdFind", "cmdAddAward", "cmdDeleteAward", "tabScout", "txtFirst"})},
+                     {"name", screen.get<QLineEdit>("txtLast").text()},
+                     {"listed", test::textsOf(list).remove(", ")},
+                     {"row", QString::number(list.selectionModel()->selectedRows().value(0).row() + 1)},
+                     {"focus", screen.form.focusWidget() == &screen.get("txtFirst") ? "first" : ""},
+                     {"stored", test::rows("Select Last_Name From Scouts Order by Scout_SID").remove(',')}});
+        test::compare(seen, {"label", "live", "page", "name", "listed", "row", "focus", "stored"});
         QCOMPARE(tabs.currentIndex(), 0);
     }
 

@@ -125,14 +125,13 @@ struct RecordScreen {
         }
         return lost;
     }
-    /// The initials of the controls that are enabled, dots for the others.
-    [[nodiscard]] QString enabled(const QString& initials, std::initializer_list<const char*> names) const
+    /// The names of those of the controls that are enabled, "all" or "none".
+    [[nodiscard]] QString enabled(const QStringList& names) const
     {
-        QString letters = initials;
-        for (qsizetype i = 0; i < letters.size(); ++i)
-            if (!get(names.begin()[i]).isEnabled())
-                letters[i] = u'.';
-        return letters;
+        QStringList found;
+        for (const QString& name : names)
+            found += get(name.toUtf8().constData()).isEnabled() ? QStringList(name) : QStringList();
+        return found.size() == names.size() ? "all" : found.isEmpty() ? "none" : found.join(u' ');
     }
     /// What the answered boxes said, "Title: text", a line each.
     [[nodiscard]] QString said() const
@@ -142,11 +141,14 @@ struct RecordScreen {
             lines += box->shown ? box->title + ": " + box->text : "not asked";
         return lines.join('\n');
     }
-    /// The label and which of First, Prev, Next, Last, new, save and delete are live: "Den 1 of 2 ..NLn.d".
-    [[nodiscard]] QString state() const
+    /// What every record form shows, by the columns of the tests' tables: the label, and which buttons for walking and
+    /// changing are live, "Next Last New Delete".
+    [[nodiscard]] QMap<QString, QString> shown() const
     {
-        return get<QLabel>("lblRecordInfo").text() + u' ' +
-               enabled("FPNLnsd", {"cmdFirst", "cmdPrevious", "cmdNext", "cmdLast", "cmdNew", "cmdSave", "cmdDelete"});
+        QStringList live;
+        for (const QString name : {"First", "Previous", "Next", "Last", "New", "Save", "Delete"})
+            live += get(("cmd" + name).toUtf8().constData()).isEnabled() ? QStringList(name) : QStringList();
+        return {{"label", get<QLabel>("lblRecordInfo").text()}, {"live", live.join(u' ')}, {"said", said()}};
     }
 };
 
@@ -178,6 +180,8 @@ void whenShown(const Action& action)
         timer->stop();
         timer->deleteLater();
         action(*form);
+        if (QTest::currentTestFailed() && widgets::Instance<F>::loaded())
+            form->close(); // the test waits for it
     });
     timer->start(5);
 }

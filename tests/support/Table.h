@@ -2,6 +2,7 @@
 
 #include "support/Main.h"
 
+#include <QMap>
 #include <QTest>
 
 namespace orlo::test
@@ -21,6 +22,16 @@ inline void table(std::initializer_list<const char*> columns, const char* lines)
         QTestData& row = QTest::newRow(cells[0].trimmed().toUtf8().constData());
         for (const QString& cell : cells)
             row << cell.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));
+    }
+}
+
+/// Compares what was seen with the columns of the row of data that have these names.
+inline void compare(const QMap<QString, QString>& seen, std::initializer_list<const char*> columns)
+{
+    for (const char* column : columns) {
+        const auto* wanted = static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
+        if (!QTest::qCompare(seen[column].trimmed(), *wanted, column, "the row's", __FILE__, __LINE__))
+            return;
     }
 }
 
