@@ -270,6 +270,7 @@ private Q_SLOTS:
             Update People Set Den = NULL, Mail = 1 Where Den = 4        | 3 - 3 -
             Update People As P Set P.Den = 2.5 + Mail Where Mail        | 2 - 3 2
             Insert Into People (SID, Den, Born) Values (5, '7', 'soon') | 3 - 3 4
+            Update People Set Den = '2.5' Where SID = 1                | 2 - 3 4
             Update People Set Den = Born - #6/1/2014# Where SID = 1     | 6 - 3 4
         )");
     }

@@ -90,7 +90,7 @@ int makeNew(const QString& file, const QString& folder, SchemaVersion version)
 
 void sayRows(const QString& file)
 {
-    Database database = engine::openDatabase(file, store::schema::editions());
+    Database database = engine::viewDatabase(file);
     for (const QString& table : database.tableNames())
         say(QStringLiteral("%1 %2").arg(database.openRecordset(u'[' + table + u']').recordCount(), 8).arg(table));
 }
@@ -117,7 +117,7 @@ int repair(const QString& file)
 
 int exportTables(const QString& file, const QString& folder)
 {
-    Database database = engine::openDatabase(file, store::schema::editions());
+    Database database = engine::viewDatabase(file);
     exportPack(database, folder);
     return Done;
 }

@@ -70,8 +70,10 @@ Connection::~Connection()
 
 void Connection::open(Mode mode)
 {
-    // An absolute path, since SQLite reads "file:" as the start of an address with options.
-    m_file = QFileInfo(m_file).absoluteFilePath();
+    // An absolute path, since SQLite reads "file:" as the start of an address with options; that of the file itself,
+    // since the journal stands beside it and not beside a link that leads to it.
+    const QFileInfo info(m_file);
+    m_file = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
     if (mode == Mode::Open)
         checkFile();

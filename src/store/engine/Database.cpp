@@ -191,6 +191,11 @@ Database DBEngine::openDatabase(const QString& path, const Editions& editions)
     return Database(std::move(connection));
 }
 
+Database DBEngine::viewDatabase(const QString& path)
+{
+    return Database(std::make_shared<Connection>(path, Connection::Mode::Open));
+}
+
 Database DBEngine::createDatabase(const QString& path)
 {
     if (QFileInfo::exists(platform::nativePath(path)))

@@ -117,6 +117,8 @@ namespace DBEngine
 /// written. Triggers that are neither the engine's own nor those of the editions are dropped.
 [[nodiscard]] Database openDatabase(const QString& path);
 [[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
+/// The same for somebody who only looks: nothing in the file changes.
+[[nodiscard]] Database viewDatabase(const QString& path);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
 /// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does.

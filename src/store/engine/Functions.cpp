@@ -186,9 +186,10 @@ void dateText(sqlite3_context* context, int, Arguments arguments)
 // As a record set rounds what goes into a field of whole numbers: half to even.
 void asWhole(sqlite3_context* context, int, Arguments arguments)
 {
-    const double number = std::nearbyint(sqlite3_value_double(arguments[0]));
-    if (sqlite3_value_type(arguments[0]) == SQLITE_FLOAT && std::abs(number) < 1e15)
-        sqlite3_result_int64(context, static_cast<sqlite3_int64>(number));
+    const int type = sqlite3_value_type(arguments[0]);
+    const auto number = type == SQLITE_FLOAT || type == SQLITE_TEXT ? numberOf(arguments[0]) : std::nullopt;
+    if (number && std::abs(*number) < 1e15)
+        sqlite3_result_int64(context, static_cast<sqlite3_int64>(std::nearbyint(*number)));
     else
         sqlite3_result_value(context, arguments[0]);
 }
