@@ -1,29 +1,37 @@
 #!/usr/bin/env bash
 # Makes the manual's pages for a browser: manual.sh SOURCE_FOLDER TARGET_FOLDER
 # Each page of Markdown becomes one of HTML with the list of all pages beside it; README.md, which gives that list its
-# order, becomes index.html. sections.js holds every section's text for the search, which runs from the disk.
+# order in its tables, becomes index.html. sections.js holds every section's text for the search, which runs from the disk.
 set -euo pipefail
 source=$1 target=$2 here=$(dirname "$(readlink -f "$0")")
 rm -rf "$target"
 mkdir -p "$target"
 cp -r "$source/pictures" "$here/manual.css" "$here/search.js" "$target"
 
-# Dates such as 1/2 and the quotes of the screens stay as they are written.
-convert() { # convert PAGE: the page's content, with links to the other pages as they are named here
-    lowdown -thtml --out-no-smarty --html-no-owasp --html-no-skiphtml --html-no-escapehtml --parse-no-metadata \
-        --parse-no-super "$source/$1.md" |
-        sed -E 's/href="README\.md/href="index.md/g; s/href="([a-z-]+)\.md(["#])/href="\1.html\2/g'
-}
 file_of() { [ "$1" = README ] && echo index.html || echo "$1.html"; }
 title_of() { sed -n 's/^# //p;T;q' "$source/$1.md"; }
+
+# Dates such as 1/2 and the quotes of the screens stay as they are written.
+convert() { # convert PAGE: the page's content, with links to the other pages as they are named here, by their titles
+    lowdown -thtml --out-no-smarty --html-no-owasp --html-no-skiphtml --html-no-escapehtml --parse-no-metadata \
+        --parse-no-super "$source/$1.md" |
+        sed -E 's/href="README\.md/href="index.md/g; s/href="([a-z-]+)\.md(["#])/href="\1.html\2/g' |
+        sed -E "$titles"
+}
 
 pages=(README)
 while read -r page; do
     [[ " ${pages[*]} " == *" $page "* ]] || pages+=("$page")
-done < <(grep -oE '\]\([a-z-]+\.md' "$source/README.md" | sed 's/](//; s/\.md//')
+done < <(grep '^|' "$source/README.md" | grep -oE '\]\([a-z-]+\.md' | sed 's/](//; s/\.md//')
 for file in "$source"/*.md; do
     page=$(basename "$file" .md)
     [[ " ${pages[*]} " == *" $page "* ]] || { echo "README.md doesn't lead to $page.md" >&2; exit 1; }
+done
+
+titles=
+for page in "${pages[@]}"; do
+    title=$(title_of "$page")
+    titles+="s|(href=\"$(file_of "$page")[^>]*>)$page\.md</a>|\1${title//&/\\&}</a>|g;"
 done
 
 links() { # links PAGE: the list of the pages, this one marked

@@ -5,7 +5,9 @@
 
 #include <QAction>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -76,12 +78,24 @@ void Driver::pick(widgets::ComboBox& box, int row)
     settle();
 }
 
+// With its title: a child window's is drawn by its frame, another window's by the window manager where there is one.
+QPixmap Driver::grab(QWidget& widget)
+{
+    for (QWidget* outer = &widget; !outer->isWindow(); outer = outer->parentWidget())
+        if (qobject_cast<QMdiSubWindow*>(outer))
+            return outer->grab();
+    const QRect frame = widget.frameGeometry();
+    if (!widget.isWindow() || frame.size() == widget.size())
+        return widget.grab();
+    return widget.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height());
+}
+
 void Driver::picture(QWidget& widget, const QString& name)
 {
     settle();
     const QString file =
         QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
-    if (!widget.grab().save(file))
+    if (!grab(widget).save(file))
         qFatal("can't write %s", qPrintable(file));
     std::printf("%s\n", qPrintable(file));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QString>
 #include <QWidget>
 
@@ -47,6 +48,8 @@ protected:
     [[nodiscard]] const QString& folder() const { return m_folder; }
 
 private:
+    [[nodiscard]] static QPixmap grab(QWidget& widget);
+
     QString m_folder;
     int m_number = 0;
 };
