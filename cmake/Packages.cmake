@@ -71,11 +71,12 @@ install(FILES packaging/README.txt packaging/qt.conf docs/man/orlo-db.1 DESTINAT
 install(FILES packaging/fonts.conf DESTINATION fonts COMPONENT folder EXCLUDE_FROM_ALL)
 install(PROGRAMS packaging/start-orlo.sh DESTINATION . RENAME start-orlo COMPONENT folder EXCLUDE_FROM_ALL)
 install(PROGRAMS packaging/Start.desktop DESTINATION . RENAME "Start ORLO.desktop" COMPONENT folder EXCLUDE_FROM_ALL)
-# Windows on X11 and on Wayland, printers, accents typed in two keys. The program's pictures need no plugin.
+# Windows on X11 and on Wayland, printers, accents typed in two keys, photographs in reports. The program's own pictures
+# need no plugin.
 set(plugins platforms/libqxcb.so platforms/libqwayland-generic.so wayland-shell-integration/libxdg-shell.so
     wayland-decoration-client/libbradient.so printsupport/libcupsprintersupport.so
     platforminputcontexts/libcomposeplatforminputcontextplugin.so
-    platforminputcontexts/libibusplatforminputcontextplugin.so)
+    platforminputcontexts/libibusplatforminputcontextplugin.so imageformats/libqjpeg.so)
 find_path(DEJAVU DejaVuSans.ttf PATHS /usr/share/fonts PATH_SUFFIXES truetype/dejavu dejavu dejavu-sans-fonts TTF)
 file(GLOB fonts ${DEJAVU}/DejaVuSans.ttf ${DEJAVU}/DejaVuSans-Bold.ttf ${DEJAVU}/DejaVuSansMono.ttf
      ${DEJAVU}/DejaVuSansMono-Bold.ttf ${DEJAVU}/DejaVuSerif.ttf ${DEJAVU}/DejaVuSerif-Bold.ttf)

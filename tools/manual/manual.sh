@@ -14,7 +14,7 @@ title_of() { sed -n 's/^# //p;T;q' "$source/$1.md"; }
 # Dates such as 1/2 and the quotes of the screens stay as they are written.
 convert() { # convert PAGE: the page's content, with links to the other pages as they are named here, by their titles
     lowdown -thtml --out-no-smarty --html-no-owasp --html-no-skiphtml --html-no-escapehtml --parse-no-metadata \
-        --parse-no-super "$source/$1.md" |
+        --parse-no-super --parse-no-intraemph "$source/$1.md" |
         sed -E 's/href="README\.md/href="index.md/g; s/href="([a-z-]+)\.md(["#])/href="\1.html\2/g' |
         sed -E "$titles"
 }

@@ -14,7 +14,8 @@ function snippet(body, plain, words) {
     const places = words.map(word => plain.indexOf(word)).filter(place => place >= 0);
     const at = places.length ? Math.min(...places) : 0;
     const from = at < 40 ? 0 : body.lastIndexOf(" ", at - 30) + 1;
-    const to = Math.min(body.length, from + 140);
+    const room = body.lastIndexOf(" ", from + 140);
+    const to = body.length <= from + 140 || room <= at ? body.length : room;
     const line = document.createElement("small");
     line.append(from > 0 ? "… " : "");
     for (let i = from; i < to;) {
