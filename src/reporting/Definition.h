@@ -22,6 +22,7 @@ struct Style {
     bool bold = false;
     bool italic = false;
     QColor color = Qt::black;
+    Place place;
 };
 
 /// One query of a report and the table slot that names the database it reads.

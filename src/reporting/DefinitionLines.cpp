@@ -133,6 +133,7 @@ bool DefinitionLines::accept(const char* word)
         return false;
     if (m_at + length < m_statement.size() && isWordPart(m_statement[m_at + length]))
         return false;
+    m_wordAt = m_at;
     m_at += length;
     skipBlanks();
     return true;

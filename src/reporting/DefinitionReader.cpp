@@ -205,9 +205,11 @@ private:
 
     void readStyle()
     {
+        const Place place = m_lines->place();
         const QString name = m_lines->word();
         Style style = m_definition.styles.front();
         style.name = name;
+        style.place = place;
         while (!m_lines->atEnd()) {
             if (m_lines->accept("bold"))
                 style.bold = true;

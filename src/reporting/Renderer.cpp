@@ -2,6 +2,7 @@
 
 #include "platform/Conversion.h"
 #include "reporting/Layout.h"
+#include "reporting/Warnings.h"
 
 #include <algorithm>
 
@@ -17,6 +18,11 @@ constexpr double LeastBody = 72; ///< points that page header and footer must le
 constexpr int WidestPageNumber = 88'888;
 /// A group that begins on the first page and isn't over on the third is too long to be kept together.
 constexpr std::size_t PagesThatSettleTheFirst = 4;
+
+QString nameOf(const QString& path)
+{
+    return path.mid(std::max(path.lastIndexOf(u'\\'), path.lastIndexOf(u'/')) + 1);
+}
 
 double heightOf(const std::vector<Strip>& strips)
 {
@@ -193,10 +199,11 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
     document.title = QString(report->definition.title + u' ' + facts.reportTitle).trimmed();
     document.paper = report->definition.paper;
     document.files = definition.files;
-    document.warnings = definition.warnings;
 
     Typesetter typesetter;
     PageMaker pages(*report, facts, typesetter);
+    const QString file = nameOf(request.reportFile);
+    document.warnings = definition.warnings + layoutWarnings(report->definition, pages.textWidth(), file);
     FlowSoFar soFar;
     if (firstPage && request.firstPage <= 1)
         soFar = [&](Flow&& part) {
@@ -232,8 +239,7 @@ std::optional<Document> render(const Definition& definition, const RunRequest& r
     } catch (const ReportError& error) {
         if (request.reportFile.isEmpty())
             throw;
-        const qsizetype folder = std::max(request.reportFile.lastIndexOf(u'\\'), request.reportFile.lastIndexOf(u'/'));
-        throw error.inFile(request.reportFile.mid(folder + 1));
+        throw error.inFile(nameOf(request.reportFile));
     }
 }
 

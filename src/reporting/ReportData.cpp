@@ -5,6 +5,7 @@
 #include "store/engine/Database.h"
 
 #include <QHash>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <iterator>
@@ -34,6 +35,26 @@ FormulaNode::Type typeOf(store::FieldType type)
         break;
     }
     return FormulaNode::Type::Text;
+}
+
+/// Where the query holds the name or the sign that the store's message ends with; its beginning if that isn't told.
+Place placeInQuery(const Source& source, const QString& message)
+{
+    static const QRegularExpression told(QStringLiteral("(?:no such \\w+: ([^)]+)|\"([^\"]+)\")"));
+    const QRegularExpressionMatch match = told.match(message);
+    const QString name = match.captured(1) + match.captured(2);
+    if (name.isEmpty())
+        return source.place;
+    const bool isWord = name.back().isLetterOrNumber();
+    const QRegularExpression sought(
+        (isWord ? QStringLiteral("(?<!\\w)%1(?!\\w)") : QStringLiteral("%1")).arg(QRegularExpression::escape(name)),
+        QRegularExpression::CaseInsensitiveOption);
+    const qsizetype at = source.query.indexOf(sought);
+    if (at < 0 || (!isWord && source.query.count(name) > 1)) // which of the signs isn't told
+        return source.place;
+    const QString before = source.query.left(at);
+    return {source.queryPlace.line + int(before.count(u'\n')), int(at - (before.lastIndexOf(u'\n') + 1)) + 1,
+            source.queryPlace.file};
 }
 
 /// Where a formula stands: not everything can be computed everywhere.
@@ -143,7 +164,7 @@ private:
         } catch (const ReportError&) {
             throw;
         } catch (const platform::RuntimeError& error) {
-            throw ReportError(error.number(), error.description(), source.place);
+            throw ReportError(error.number(), error.description(), placeInQuery(source, error.description()));
         }
     }
 

@@ -14,8 +14,7 @@ namespace
 /// Widths are sums of rounded advances: a text that fits by less than this has not been broken for nothing.
 constexpr double WidthTolerance = 0.01;
 
-/// The first installed family of a generic name, so that a page looks alike on machines with the same fonts.
-QString installedFamily(const QString& name)
+const std::map<QString, QStringList>& genericFamilies()
 {
     static const std::map<QString, QStringList> generic{
         {QStringLiteral("sans"),
@@ -28,8 +27,14 @@ QString installedFamily(const QString& name)
          {QStringLiteral("Liberation Mono"), QStringLiteral("Courier New"), QStringLiteral("Courier"),
           QStringLiteral("DejaVu Sans Mono")}},
     };
-    const auto choices = generic.find(name);
-    if (choices == generic.end())
+    return generic;
+}
+
+/// The first installed family of a generic name, so that a page looks alike on machines with the same fonts.
+QString installedFamily(const QString& name)
+{
+    const auto choices = genericFamilies().find(name);
+    if (choices == genericFamilies().end())
         return name;
     for (const QString& family : choices->second)
         if (QFontDatabase::hasFamily(family))
@@ -55,6 +60,11 @@ QString printable(QString text)
 }
 
 } // namespace
+
+bool isGenericFamily(const QString& name)
+{
+    return genericFamilies().contains(name);
+}
 
 int Typesetter::font(const Style& style)
 {

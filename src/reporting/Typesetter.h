@@ -11,6 +11,9 @@
 namespace orlo::reports
 {
 
+/// True for sans, serif and mono, which stand for the best installed family of their kind.
+[[nodiscard]] bool isGenericFamily(const QString& name);
+
 /// Measures and breaks texts, in points, with the unhinted fonts that every device draws them with.
 class Typesetter
 {

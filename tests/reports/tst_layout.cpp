@@ -63,6 +63,7 @@ private Q_SLOTS:
         row("group and what must follow it", "Tddhd", "0@0 | 1@0 2@10 3@20 4@30", {{1, 4}});
         row("followed by more than a page holds", "TddhX", "0@0 1@70 2@80 | 3@0 | 4@0", {{1, 4}});
         row("group that fits stays", "Thdd", "0@0 1@70 2@80 3@90", {{1, 4}});
+        row("group that would leave too much empty", "Thddd", "0@0 1@70 2@80 3@90 | 4@0", {{1, 5, 0.2}});
         row("group above a page is cut", "hTTd", "0@0 1@10 | 2@0 3@70", {{0, 4}});
         row("outer can't, inner can", "hTdhdd", "0@0 1@10 2@80 | 3@0 4@10 5@20", {{0, 6}, {3, 6}});
         row("heading repeated", "hTdddd", "0@0 1@10 2@80 3@90 | [0] 4@10 5@20", {}, {{1, 6, 10}});

@@ -157,14 +157,24 @@ private Q_SLOTS:
             $subreport "S" {\npaper a4\n}\n                         | 3075 at 6, 7
             $group "G" {\n}\n                                       | 3075 at 6, 2
             $detail {\n text 0 = {Last_Name}\n text 0 = {Shoe}\n}\n | 3061 at 7, 11
-            # x\nsource {\nSelect Shoe From Scouts\n}\n             | 3061 at 2, 8
-            source {\nSelect * From Shoes\n}\n                      | 3078 at 1, 8
+            # x\nsource {\nSelect Shoe From Scouts\n}\n             | 3061 at 3, 8
+            source {\nSelect * From Shoes\n}\n                      | 3078 at 2, 15
             source slot 5 {\nSelect * From Shoes\n}\n               | 3024 at 1, 8
             $detail {\n text 0 = PageNumber\n}\n                    | 3075 at 6, 11
             $detail {\n subreport "None"\n}\n                       | 3061 at 6, 12
             $detail {\n text 0 = Count("None")\n}\n                 | 3061 at 6, 11
             $let {A} = {B}\nlet {B} = 1\n                           | 3061 at 5, 11
             $let {last_name} = 1\n                                  | 3075 at 5, 5
+            source {\nSelect Foo(1) From Scouts\n}\n               | 3075 at 2, 8
+            $include "none.inc"\n                                   | 53 at 5, 9
+            $sort Count()\n                                         | 3075 at 5, 6
+            $let {C} = Count()\nunique {C}\n                         | 3075 at 5, 11
+            $detail {\n text 0 = Count("Page")\n}\n                 | 3075 at 6, 11
+            $let {P} = PageNumber\ndetail {\n text 0 = {P}\n}\n      | 3075 at 5, 11
+            $detail {\n text 0 (if true then "no") = 1\n}\n         | 3061 at 6, 10
+            $style x color "blau"\n                                 | 3075 at 5, 15
+            $headings columns 2 {\n}\n                              | 3075 at 5, 10
+            $let {N} = ToNumber({Last_Name})\ndetail {\n text 0 = {N}\n}\n | 13 at 5, 11
         )");
     }
     void tellsWhereADefinitionIsWrong()
@@ -228,6 +238,72 @@ private Q_SLOTS:
         const auto& first = std::get<TextItem>(document.pages[0].items[0]);
         QVERIFY(qAbs(first.box.left() - 216) < 0.01 && qAbs(first.box.top() - 34.02) < 0.01);
         QCOMPARE(document.fonts.at(std::size_t(first.font)).pointSizeF(), 14.0);
+    }
+
+    /// What stands in a report's text, and the texts of its first page.
+    void printsWhatItSays_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("page");
+        QTest::newRow("named source, without rows too") << "source {\nSelect 1 As N From Scouts Where 1 = 0\n}\nsource "
+                                                           "\"Pack\" {\nSelect 7 As Num\n}\nlet {X} = {pack.num} "
+                                                           "+ 1\npage-header {\ntext 0 = {X}\n}\n"
+                                                        << "8\n";
+        const QString awards =
+            "source {\nSelect Scout_SID As S, IIf(IsNull(Quantity), 1, Quantity) As Q From "
+            "Assigned_Awards_Scouts\n}\ngroup \"G\" {\nby {S}\nsort descending Sum({Q})\n%1header {\ntext 0 = "
+            "GroupNumber & \": \" & Sum({Q}) & \" of \" & Sum({Q}, \"Report\")\n}\n}\n";
+        QTest::newRow("groups by their sums") << awards.arg(QString()) << "1: 4 of 6\n2: 1 of 6\n3: 1 of 6\n";
+        QTest::newRow("first group") << awards.arg("top 1\n") << "1: 4 of 4\n";
+        QTest::newRow("running and neighbours")
+            << "source {\nSelect Den_Number As N From Dens\n}\nsort {N}\ndetail {\ntext 0 = RunningSum({N}) & \"/\" & "
+               "RunningCount() & \"/\" & Previous({N}) & \"/\" & Next({N}) & OnLastRecord & Median({N})\n}\n"
+            << "9/1//10False9.5\n19/2/9/True9.5\n";
+        QTest::newRow("columns")
+            << "source {\nSelect Den_Number As N From Dens\n}\nsort {N}\ndetail columns 2 gap 1in {\ntext 0 "
+               "= {N}\n}\npage-footer {\ntext 0 = Sum({N}, \"Page\")\n}\n"
+            << "9\n10\n19\n";
+        QTest::newRow("joined lookup")
+            << "source {\nSelect 1 As A\n}\nlookup {A} = {K} joined {\nSelect 1 As K, Den_Type From Dens Order By "
+               "Den_Number\n}\ndetail {\ntext 0 = {Den_Type}\n}\n"
+            << "Wolf, Bear\n";
+        QTest::newRow("blocks side by side")
+            << "source {\nSelect 1 As A\n}\ndetail {\nrow {\nrows {\nrow {\ntext 0 = \"a\"\n}\nrow "
+               "{\ntext 0 = \"b\"\n}\n}\nrows 2in {\nrow {\ntext 0 = \"c\"\n}\n}\n}\n}\n"
+            << "a\nb\nc\n";
+    }
+    void printsWhatItSays()
+    {
+        QFETCH(QString, text);
+        QTEST(textOf(runText(text), 0, 1), "page");
+    }
+
+    /// An included file gives what the report doesn't; its faults are told of it. What no paper shows well is told,
+    /// too.
+    void includesAndWarns()
+    {
+        const auto write = [&](const QString& name, const QByteArray& bytes) {
+            QFile file(m_dir.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0);
+        };
+        write("style.inc", "style big font \"No Such\" 20pt color navy\npage-header {\ntext 0 big = {Head\xE9}\n}\n");
+        write("own.rpt",
+              "include \"style.inc\"\ninclude \"pack.inc\"\nlet {Heading} = 1\nlet {Subheading} = 2\n"
+              "source {\nSelect 1 As A\n}\ndetail {\nrow {\ntext 0 2in (if {A} = 1 then \"big\" else \"plain\") = "
+              "{A}\ntext 1in = 2\nline 8in 1pt\n}\n}\n");
+        RunRequest wanted = request({});
+        wanted.reportFile = m_dir.filePath("own.rpt");
+        const Document document = *run(wanted);
+        QCOMPARE(document.files, (QStringList{wanted.reportFile, m_dir.filePath("style.inc"), ":/reports/pack.inc"}));
+        QCOMPARE(document.warnings.join(u'\n'),
+                 "The file style.inc isn't UTF-8, so its accented letters may be wrong.\n"
+                 "The font \"No Such\" isn't installed; another takes its place. (style.inc, line 1, column 7)\n"
+                 "This reaches beyond the right margin. (own.rpt, line 12, column 6)\n"
+                 "This text stands over the one that begins before it. (own.rpt, line 11, column 6)");
+        write("style.inc", "page-header {\ntext 0 = {None}\n}\n");
+        write("own.rpt", "source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n");
+        const auto error = test::failureOf<ReportError>([&] { return run(wanted); });
+        QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
     }
 
     /// A text longer than a page runs on; no word of it is lost and none leaves the paper.

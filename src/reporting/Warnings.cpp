@@ -1,0 +1,90 @@
+#include "reporting/Warnings.h"
+
+#include "reporting/Typesetter.h"
+
+#include <QFontDatabase>
+
+#include <algorithm>
+
+namespace orlo::reports
+{
+
+namespace
+{
+
+constexpr double Tolerance = 0.5; // points
+
+class Inspection
+{
+public:
+    Inspection(double textWidth, const QString& file) : m_textWidth(textWidth), m_file(file) {}
+
+    QStringList run(const Definition& definition)
+    {
+        inspect(definition, 0);
+        m_warnings.removeDuplicates();
+        return std::move(m_warnings);
+    }
+
+private:
+    void warn(const QString& message, Place place) { m_warnings << toldWithPlace(message, place, m_file); }
+
+    void inspect(const Definition& definition, double left)
+    {
+        for (const Style& style : definition.styles)
+            if (!isGenericFamily(style.family) && !QFontDatabase::hasFamily(style.family))
+                warn(QStringLiteral("The font \"%1\" isn't installed; another takes its place.").arg(style.family),
+                     style.place);
+        for (const Band* band : {&definition.pageHeader, &definition.pageFooter, &definition.reportHeader,
+                                 &definition.reportFooter, &definition.headings, &definition.nothing})
+            rows(definition, band->rows, left, m_textWidth);
+        const Band& detail = definition.detail;
+        const double column = (m_textWidth - left - detail.gap * (detail.columns - 1)) / detail.columns;
+        rows(definition, detail.rows, left, left + column);
+        for (const Group& group : definition.groups) {
+            rows(definition, group.header.rows, left, m_textWidth);
+            rows(definition, group.footer.rows, left, m_textWidth);
+        }
+    }
+
+    void rows(const Definition& definition, const std::vector<Row>& all, double left, double right)
+    {
+        for (const Row& row : all) {
+            std::vector<const Element*> texts;
+            collect(definition, row, left, right, texts);
+            std::sort(texts.begin(), texts.end(), [](const Element* a, const Element* b) { return a->left < b->left; });
+            for (std::size_t i = 1; i < texts.size(); ++i)
+                if (const Element& before = *texts[i - 1];
+                    before.width == 0 || before.left + before.width > texts[i]->left + Tolerance)
+                    warn(QStringLiteral("This text stands over the one that begins before it."), texts[i]->place);
+        }
+    }
+
+    void collect(const Definition& definition, const Row& row, double left, double right,
+                 std::vector<const Element*>& texts)
+    {
+        for (const Element& element : row.elements) {
+            if (left + element.left + element.width > right + Tolerance)
+                warn(QStringLiteral("This reaches beyond the right margin."), element.place);
+            if (element.kind == Element::Kind::Text)
+                texts.push_back(&element);
+            rows(definition, element.rows, left + element.left, right);
+            if (element.kind == Element::Kind::Subreport)
+                if (const Definition* inner = definition.subreport(element.subreport))
+                    inspect(*inner, left + element.left);
+        }
+    }
+
+    double m_textWidth;
+    const QString& m_file;
+    QStringList m_warnings;
+};
+
+} // namespace
+
+QStringList layoutWarnings(const Definition& definition, double textWidth, const QString& file)
+{
+    return Inspection(textWidth, file).run(definition);
+}
+
+} // namespace orlo::reports
