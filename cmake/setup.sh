@@ -6,6 +6,7 @@ program_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools 
                   libsqlite3-dev mdbtools-dev fonts-dejavu-core lowdown)
 test_packages=(ccache poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
 package_packages=(qt6-wayland dpkg-dev file)
+check_packages=(debootstrap poppler-utils lintian appstream desktop-file-utils)
 bench_packages=(libbenchmark-dev libqt6sql6-sqlite)
 
 install_missing() { # install_missing PACKAGE...

@@ -3,8 +3,11 @@
 # For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the unpacked
 # folder starts, does the main work by the tour and leaves PDF files; it starts on Wayland, too. Then the Debian package
 # is installed, started and purged. The systems stay in build/roots, so that the next time is shorter.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+source "$(dirname "$0")/../cmake/setup.sh"
+install_missing "${check_packages[@]}"
+./run packages
+build release tour -DBUILD_TESTING=ON
+lintian --fail-on error,warning build/packages/orlo_*.deb
 packages=build/packages roots=build/roots
 suites=("$@")
 [ $# -gt 0 ] || suites=(bookworm trixie noble)
