@@ -153,7 +153,7 @@ Value partOf(Arguments a, Place place)
     return (dateArgument(a[0], place).date.*Part)();
 }
 
-constexpr auto Functions = std::to_array<FormulaFunction>({
+constexpr auto DateFunctions = std::to_array<FormulaFunction>({
     {QLatin1StringView("Date"), 1, 3, Type::Date, makeDate},
     {QLatin1StringView("Year"), 1, 1, Type::Number, partOf<&QDate::year>},
     {QLatin1StringView("Month"), 1, 1, Type::Number, partOf<&QDate::month>},
@@ -179,7 +179,7 @@ constexpr auto Functions = std::to_array<FormulaFunction>({
 
 std::span<const FormulaFunction> dateFunctions()
 {
-    return Functions;
+    return DateFunctions;
 }
 
 } // namespace orlo::reports

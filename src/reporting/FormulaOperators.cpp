@@ -16,7 +16,7 @@ using Type = FormulaNode::Type;
 
 constexpr double MostDays = 4e6;
 
-[[noreturn]] void mismatch(const QString& message, Place place)
+[[noreturn]] void raiseWrongKind(const QString& message, Place place)
 {
     throw ReportError(platform::TypeMismatch, message, place);
 }
@@ -24,7 +24,7 @@ constexpr double MostDays = 4e6;
 double operand(const Value& value, Place place)
 {
     if (value.isText())
-        mismatch(QStringLiteral("A number is needed here, ToNumber makes one of a text."), place);
+        raiseWrongKind(QStringLiteral("A number is needed here, ToNumber makes one of a text."), place);
     return numberArgument(value, place);
 }
 
@@ -157,7 +157,7 @@ Value textsJoined(Arguments a, Place)
 Value negated(Arguments a, Place place)
 {
     if (!a[0].isBool())
-        mismatch(QStringLiteral("A condition is needed here."), place);
+        raiseWrongKind(QStringLiteral("A condition is needed here."), place);
     return !a[0].toBool();
 }
 
@@ -214,7 +214,7 @@ int compareValues(const Value& a, const Value& b, Place place)
     if ((a.isText() || b.isText()) && other.isDate())
         if (const auto read = platform::readDate((a.isText() ? a : b).toText()))
             return a.isText() ? sign(*read, b.toDate()) : sign(a.toDate(), *read);
-    mismatch(QStringLiteral("Values of different kinds can't be compared."), place);
+    raiseWrongKind(QStringLiteral("Values of different kinds can't be compared."), place);
 }
 
 } // namespace orlo::reports

@@ -12,7 +12,7 @@ namespace orlo::reports
 namespace
 {
 
-constexpr double Tolerance = 0.5; // points
+constexpr double PageTolerance = 0.5; // points
 
 class Inspection
 {
@@ -55,7 +55,7 @@ private:
             std::sort(texts.begin(), texts.end(), [](const Element* a, const Element* b) { return a->left < b->left; });
             for (std::size_t i = 1; i < texts.size(); ++i)
                 if (const Element& before = *texts[i - 1];
-                    before.width == 0 || before.left + before.width > texts[i]->left + Tolerance)
+                    before.width == 0 || before.left + before.width > texts[i]->left + PageTolerance)
                     warn(QStringLiteral("This text stands over the one that begins before it."), texts[i]->place);
         }
     }
@@ -64,7 +64,7 @@ private:
                  std::vector<const Element*>& texts)
     {
         for (const Element& element : row.elements) {
-            if (left + element.left + element.width > right + Tolerance)
+            if (left + element.left + element.width > right + PageTolerance)
                 warn(QStringLiteral("This reaches beyond the right margin."), element.place);
             if (element.kind == Element::Kind::Text)
                 texts.push_back(&element);
