@@ -5,6 +5,7 @@
 #include "shell/forms/PersonShown.h"
 #include "shell/forms/dlgCalendar.h"
 #include "support/Main.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/CheckListBox.h"
@@ -110,16 +111,15 @@ private Q_SLOTS:
 
     void listsStayInStep_data()
     {
-        // Of two awards that read the same, the first one is unchecked for either, and both leave the selected ones.
-        test::table({"steps", "lists"}, R"(
-            tick 5, tick 1                      | 15@1 Bear Badge; Wolf Badge
-            tick 3, tick 4, tick 3              | 4@3 Bear Pin
-            at 5, space, at 2, space            | 25@2 Bear Cub Badge; Wolf Badge
-            at 2, <, <                          | 2@2 Bear Cub Badge
-            tick 1, <<          | 012345@5 ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge
-            <<, at 0, mark 0, mark 2, mark 5, > | 134@0 Bear Badge; Bear Pin; Bear Pin
-            <<, mark 4, >                       | 01245@5 ant Pin; Bear Badge; Bear Cub Badge; Wolf Badge
-            tick 0, tick 1, tick 5, drop 2 | 01@5 ant Pin; Bear Badge)");
+        test::table({"case", "steps", "lists"}, R"(
+            the selected stand in the order of the catalogue | tick 5, tick 1                      | 15@1 Bear Badge; Wolf Badge
+            of two equal texts the first is unchecked    | tick 3, tick 4, tick 3              | 4@3 Bear Pin
+            the space bar checks                         | at 5, space, at 2, space            | 25@2 Bear Cub Badge; Wolf Badge
+            < selects the current one once               | at 2, <, <                          | 2@2 Bear Cub Badge
+            << selects all                               | tick 1, <<                          | 012345@5 ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge
+            > takes out those that are marked            | <<, at 0, mark 0, mark 2, mark 5, > | 134@0 Bear Badge; Bear Pin; Bear Pin
+            two equal texts go together                  | <<, mark 4, >                       | 01245@5 ant Pin; Bear Badge; Bear Cub Badge; Wolf Badge
+            a double click takes one out                 | tick 0, tick 1, tick 5, drop 2      | 01@5 ant Pin; Bear Badge)");
     }
     void listsStayInStep()
     {
@@ -152,8 +152,7 @@ private Q_SLOTS:
 
     void scoutOnScreen()
     {
-        test::fill("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (8, 'Ann', 'Young', 'Y');"
-                   "Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 3, 'Wolf', 'Y')");
+        test::fill("Delete From Insignias;" + QString(test::Pack) + "Delete From Insignias;" + Awards);
         widgets::Instance<frmScouts>::show();
         const Screen<frmAddAwardsToScout> screen;
         screen.form.giveTo(widgets::Instance<frmScouts>::get());
@@ -161,7 +160,7 @@ private Q_SLOTS:
         pickDay(screen.form, "txtAssignedDate");
         QTest::keyClick(&screen.catalogue, Qt::Key_Return);
         QVERIFY(!widgets::Instance<frmAddAwardsToScout>::loaded());
-        QCOMPARE(test::rows(Scouts), "8/3/5/9/2026/2026/5/Null");
+        QCOMPARE(test::rows(Scouts), "3/3/5/9/2026/2026/5/Null");
     }
 
     void leaving_data()
@@ -190,7 +189,12 @@ private Q_SLOTS:
     }
 
     // A refused award keeps those before it.
-    void failures_data() { test::table({"date", "number", "added"}, "2/30/2026 | 3421 | 1\n2/5/26 | 3022 | 3"); }
+    void failures_data()
+    {
+        test::table({"case", "date", "number", "added"}, R"(
+            a date that can't be read | 2/30/2026 | 3421 | 1
+            an award held already     | 2/5/26    | 3022 | 3)");
+    }
     void failures()
     {
         QFETCH(QString, date);
@@ -203,15 +207,14 @@ private Q_SLOTS:
 
     void editing_data()
     {
-        // What is handed back: quantity, award, date and whether it was saved.
-        test::table({"quantity", "award", "leave", "back"}, R"(
-            2.5 | Bear Pin   | Return | 2/2/1/2/26/1
-            3.5 | Bear Pin   | Return | 4/2/1/2/26/1
-                | Bear Pin   | Return | 0/2/1/2/26/1
-            4x  | Bear Badge | Return | 4/0/1/2/26/1
-            1   | bear Pin   | Return | 1/0/1/2/26/1
-            day | Bear Pin   | Return | 0/2/5/9/2026/1
-            day | Bear Badge | Escape | 1/2/1/2/26/0)");
+        test::table({"case", "quantity", "award", "leave", "count", "key", "date", "saved"}, R"(
+            a half goes to the even number below   | 2.5 | Bear Pin   | Return | 2 | 2 | 1/2/26   | yes
+            a half goes to the even number above   | 3.5 | Bear Pin   | Return | 4 | 2 | 1/2/26   | yes
+            no quantity is none                    |     | Bear Pin   | Return | 0 | 2 | 1/2/26   | yes
+            digits lead, and a typed award is none | 4x  | Bear Badge | Return | 4 | 0 | 1/2/26   | yes
+            in any case                            | 1   | bear Pin   | Return | 1 | 0 | 1/2/26   | yes
+            a day from the calendar                | day | Bear Pin   | Return | 0 | 2 | 5/9/2026 | yes
+            Escape hands nothing over              | day | Bear Badge | Escape | 1 | 2 | 1/2/26   | no)");
     }
     void editing()
     {
@@ -231,7 +234,11 @@ private Q_SLOTS:
             pickDay(screen.form, "txtDateAssigned");
         QTest::keyClick(&screen.get("txtQuantity"), leave == "Return" ? Qt::Key_Return : Qt::Key_Escape);
         QVERIFY(!widgets::Instance<frmEditAssignedAward>::loaded());
-        QTEST(QString("%1/%2/%3/%4").arg(gEditQuantity).arg(gEditInsigniaSID).arg(gEditDate).arg(gEditSaved), "back");
+        test::compare({{"count", QString::number(gEditQuantity)},
+                       {"key", QString::number(gEditInsigniaSID)},
+                       {"date", gEditDate},
+                       {"saved", gEditSaved ? "yes" : "no"}},
+                      {"count", "key", "date", "saved"});
     }
 
 private:

@@ -143,8 +143,7 @@ void play(std::initializer_list<const char*> columns)
         {"adults", test::rows("Select Adult_SID, Insignia_SID, Date_Assigned, Year, Month From "
                               "Assigned_Awards_Adults")},
         {"given", QString::number(test::count("Assigned_Awards_Scouts"))}};
-    for (const char* column : columns)
-        QTEST(seen[column].trimmed(), column);
+    test::compare(seen, columns);
     QCOMPARE(screen.get("cmdAssignAward").isEnabled(), screen.selected.rows() > 1);
     if (screen.den.listCount() > 0)
         QCOMPARE(test::textsOf(screen.den), "Webelos Den ; Bear Den 1; Wolf Den 3; Empty Den 5");
@@ -167,15 +166,15 @@ private Q_SLOTS:
     // Gray leads den 3 and isn't listed.
     void lists_data()
     {
-        test::table({"script", "lists"}, R"(
-                                           | Scout Name/Abe Adams/NA/4, /Bob Adams/1/3, /Bob Adams/3/2, /Kim Lee/NA/6, /Ann Young/3/1
-            Adults                         | Adult Name/Flo Gray/NA/3, /Ed Hall/1/2, /Dora King/3/1
-            Adults Scouts tab1 tab0        | Scout Name/Abe Adams/NA/4, /Bob Adams/1/3, /Bob Adams/3/2, /Kim Lee/NA/6, /Ann Young/3/1
-            tab1 typed:Wolf_Den_3          | ;
-            tab1 den:Wolf            | /Bob Adams/3/2, /Ann Young/3/1; /Dora King/3/1
-            tab1 den:Bear typed:Wolf_Den_3 | /Bob Adams/1/3; /Ed Hall/1/2
-            tab1 den:Webelos          | /Kim Lee//6;
-            tab1 den:Wolf den:Empty | ;)");
+        test::table({"case", "script", "lists"}, R"(
+            begins with the active scouts        |                                | Scout Name/Abe Adams/NA/4, /Bob Adams/1/3, /Bob Adams/3/2, /Kim Lee/NA/6, /Ann Young/3/1
+            the active adults                    | Adults                         | Adult Name/Flo Gray/NA/3, /Ed Hall/1/2, /Dora King/3/1
+            the pack's list is read again        | Adults Scouts tab1 tab0        | Scout Name/Abe Adams/NA/4, /Bob Adams/1/3, /Bob Adams/3/2, /Kim Lee/NA/6, /Ann Young/3/1
+            a typed den lists nobody             | tab1 typed:Wolf_Den_3          | ;
+            a picked den lists its people        | tab1 den:Wolf                  | /Bob Adams/3/2, /Ann Young/3/1; /Dora King/3/1
+            a den typed after it changes nothing | tab1 den:Bear typed:Wolf_Den_3 | /Bob Adams/1/3; /Ed Hall/1/2
+            a den without a number               | tab1 den:Webelos               | /Kim Lee//6;
+            an empty den empties the lists       | tab1 den:Wolf den:Empty        | ;)");
     }
     void lists() { play({"lists"}); }
 
@@ -183,52 +182,52 @@ private Q_SLOTS:
     // page takes the mark of either.
     void choosing_data()
     {
-        test::table({"script", "chosen", "marks"}, R"(
-            pack1 pack4 tab1 den:Wolf                                  | S1 S4          | 1/
-            pack1 tab1 den:Wolf adult1 den:Bear                  | S1 A1          | /
-            tab1 den:Wolf scout1 adult1 den:Bear allScouts | S1 A1 S3  | 3/
-            tab1 den:Bear allScouts allAdults den:Wolf adult1 tab0 | S3 A2 A1 | 3
-            tab1 den:Bear allScouts den:Wolf adult1 tab0 Adults | S3 A1 | 1
-            pack1 tab1 den:Wolf adult1 tab0 Adults tab1       | S1 A1          | 1/1
-            pack1 tab1 den:Wolf adult1 tab0 none tab1           |                | /
-            pack1 pack1                                                      | S1             | 1
-            all pack1 all                            | S4 S3 S2 S6 S1 | 4 3 2 6 1
-            pack1 Adults Scouts pack1 all      | S1 S4 S3 S2 S6 | 4 3 2 6 1
-            pack1 tab1 den:Wolf scout1 allScouts            | S1 S2          | 2 1/
-            tab1 den:Wolf allScouts tab0 pack1 all | S2 S1 S4 S3 S6 | 4 3 2 6 1
-            pack1 Adults pack1 pack2 row1                           | A1 A2          | 2
-            pack1 Adults pack1 pack2 row1 pack1                     | A1 A2 A1       | 2 1
-            pack3 tab1 den:Wolf scout1 adult1 row1                     | S1 A1          | 1/1
-            tab1 den:Wolf scout1 adult1 row1                           | A1             | /1
-            tab1 den:Wolf adult1 scout1 row1                           | S1             | 1/
-            tab1 den:Wolf adult1 scout1 row1 row1                      |                | /
-            all tab1 den:Wolf allAdults clear | | /
-            tab1 den:Wolf allScouts den: none | | /
-            all tab1 den:Wolf allAdults tab0 clear pack3 | S3 | 3
-            pack4 pack1 Adults pack1 order assign                    | S4 S1 A1       | 1)");
+        test::table({"case", "script", "chosen", "marks"}, R"(
+            the chosen are marked in their den          | pack1 pack4 tab1 den:Wolf                    | S1 S4          | 1/
+            scout 1 and adult 1 are two people          | pack1 tab1 den:Wolf adult1 den:Bear          | S1 A1          | /
+            a den is chosen after one of each           | tab1 den:Wolf scout1 adult1 den:Bear allScouts | S1 A1 S3       | 3/
+            marks go with a scout to the pack           | tab1 den:Bear allScouts allAdults den:Wolf adult1 tab0 | S3 A2 A1       | 3
+            marks go with an adult to the pack          | tab1 den:Bear allScouts den:Wolf adult1 tab0 Adults | S3 A1          | 1
+            one key, a scout and an adult               | pack1 tab1 den:Wolf adult1 tab0 Adults tab1  | S1 A1          | 1/1
+            None unmarks in the den, too                | pack1 tab1 den:Wolf adult1 tab0 none tab1    |                | /
+            nobody is chosen twice                      | pack1 pack1                                  | S1             | 1
+            nor by All twice                            | all pack1 all                                | S4 S3 S2 S6 S1 | 4 3 2 6 1
+            nor after a page of adults                  | pack1 Adults Scouts pack1 all                | S1 S4 S3 S2 S6 | 4 3 2 6 1
+            All of a den adds who isn't chosen yet      | pack1 tab1 den:Wolf scout1 allScouts         | S1 S2          | 2 1/
+            All of the pack, too                        | tab1 den:Wolf allScouts tab0 pack1 all       | S2 S1 S4 S3 S6 | 4 3 2 6 1
+            a dropped adult is unmarked                 | pack1 Adults pack1 pack2 row1                | A1 A2          | 2
+            and can be chosen again                     | pack1 Adults pack1 pack2 row1 pack1          | A1 A2 A1       | 2 1
+            a dropped scout who is listed elsewhere     | pack3 tab1 den:Wolf scout1 adult1 row1       | S1 A1          | 1/1
+            a dropped scout leaves the adult of its key | tab1 den:Wolf scout1 adult1 row1             | A1             | /1
+            a dropped adult leaves the scout            | tab1 den:Wolf adult1 scout1 row1             | S1             | 1/
+            both of one key dropped                     | tab1 den:Wolf adult1 scout1 row1 row1        |                | /
+            Clear in a den empties all                  | all tab1 den:Wolf allAdults clear            |                | /
+            None with a den list that was only opened   | tab1 den:Wolf allScouts den: none            |                | /
+            Clear on the pack, then a choice            | all tab1 den:Wolf allAdults tab0 clear pack3 | S3             | 3
+            who was given an award stays chosen         | pack4 pack1 Adults pack1 order assign        | S4 S1 A1       | 1)");
     }
     void choosing() { play({"chosen", "marks"}); }
 
     // What is missing, and the award, day and focus that are left.
     void missing_data()
     {
-        test::table({"script", "said", "order", "given"}, R"(
-            pack6 AssignDate=2/5/26 ok assign | Error: An Award needs to be selected!        | /2/5/26/cboAward         | 0
-            pack6 order award: assign         |                                              | //cmdAssignAward         | 1
-            pack6 award:Bear_Pin ok assign    | Error: An Assigned Date needs to be entered! | Bear Pin//cmdAssignAward | 0
-            pack6 order assign                |                                              | //cmdAssignAward         | 1
-            pack6 order clear                 |                                              | //cmdClearAll            | 0)");
+        test::table({"case", "script", "said", "order", "given"}, R"(
+            no award                                     | pack6 AssignDate=2/5/26 ok assign | Error: An Award needs to be selected!        | /2/5/26/cboAward         | 0
+            a list opened without a choice keeps the award | pack6 order award: assign         |                                              | //cmdAssignAward         | 1
+            no date                                      | pack6 award:Bear_Pin ok assign    | Error: An Assigned Date needs to be entered! | Bear Pin//cmdAssignAward | 0
+            a whole order is given, award and date go    | pack6 order assign                |                                              | //cmdAssignAward         | 1
+            Clear empties award and date                 | pack6 order clear                 |                                              | //cmdClearAll            | 0)");
     }
     void missing() { play({"said", "order", "given"}); }
 
     // Who has an award can be given it again.
     void assigning_data()
     {
-        test::table({"script", "scouts", "adults"}, R"(
-            pack4 Adults pack1 pack2 order assign | 4/2/2/5/2026/2026/2/Null | 1/2/2/5/2026/2026/2, 2/2/2/5/2026/2026/2
-            pack4 pack1 order assign              | 4/2/2/5/2026/2026/2/Null, 1/2/2/5/2026/2026/2/Null |
-            pack4 order assign order assign       | 4/2/2/5/2026/2026/2/Null, 4/2/2/5/2026/2026/2/Null |
-            pack4 order assign award:Bear_Badge AssignDate=12/3/99 assign | 4/2/2/5/2026/2026/2/Null, 4/3/12/3/1999/1999/12/Null |)");
+        test::table({"case", "script", "scouts", "adults"}, R"(
+            a scout and adults             | pack4 Adults pack1 pack2 order assign        | 4/2/2/5/2026/2026/2/Null                     | 1/2/2/5/2026/2026/2, 2/2/2/5/2026/2026/2
+            two scouts in the order chosen | pack4 pack1 order assign                     | 4/2/2/5/2026/2026/2/Null, 1/2/2/5/2026/2026/2/Null |
+            the same award twice           | pack4 order assign order assign              | 4/2/2/5/2026/2026/2/Null, 4/2/2/5/2026/2026/2/Null |
+            another award on another day   | pack4 order assign award:Bear_Badge AssignDate=12/3/99 assign | 4/2/2/5/2026/2026/2/Null, 4/3/12/3/1999/1999/12/Null |)");
     }
     void assigning() { play({"scouts", "adults"}); }
 
@@ -254,11 +253,11 @@ private Q_SLOTS:
     // A den without scouts leaves the count of the den before it; a refused row keeps those before it.
     void failures_data()
     {
-        test::table({"script", "number", "scouts", "adults"}, R"(
-            pack3 tab1 den:Wolf den:Empty allScouts | 9 | 0 | 1
-            pack3 tab1 den:Wolf den:Empty row1 | 9 | 0 | 1
-            tab1 typed:Wolf_Den_3 tab0 tab1 | 3075 | 0 | 1
-            all Adults all award:Bear_Pin AssignDate=2/5/26 assign | 3022 | 5 | 2)");
+        test::table({"case", "script", "number", "scouts", "adults"}, R"(
+            All in a den without scouts         | pack3 tab1 den:Wolf den:Empty allScouts      | 9    | 0 | 1
+            a row dropped there                 | pack3 tab1 den:Wolf den:Empty row1           | 9    | 0 | 1
+            a typed den, read again             | tab1 typed:Wolf_Den_3 tab0 tab1              | 3075 | 0 | 1
+            a refused row keeps those before it | all Adults all award:Bear_Pin AssignDate=2/5/26 assign | 3022 | 5 | 2)");
     }
     void failures()
     {

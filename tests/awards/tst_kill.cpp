@@ -2,6 +2,7 @@
 #include "scouts/frmScouts.h"
 #include "store/jet/OpenFile.h"
 #include "support/Main.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
@@ -55,14 +56,10 @@ void addAwards(int)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-constexpr auto People = "Insert Into Dens (Den_SID, Den_Number, Den_Type) Values (1, 3, 'Wolf');"
-                        "Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values "
-                        "(1, 'Bear', 'Pin'), (2, 'Wolf', 'Pin');"
-                        "Insert Into Scouts (Scout_SID, First_Name, Active) Values (9, 'Ann', 'Y')";
 const QByteArray Awards =
     "Select Scout_SID, Insignia_SID, Date_Assigned, Year, Month From Assigned_Awards_Scouts Order By Assigned_SID";
 const QByteArray Scouts =
-    "Select First_Name, Active, Birth_Date, Pack_Start_Date From Scouts Where Scout_SID > 9 Order By Scout_SID";
+    "Select First_Name, Active, Birth_Date, Pack_Start_Date From Scouts Where Scout_SID > 4 Order By Scout_SID";
 
 struct Work {
     void (*step)(int);
@@ -72,7 +69,7 @@ struct Work {
 };
 const std::map<QByteArray, Work> Works{{"assign", {assign, Awards, 1, "%1|7|2026-02-05|2026|2"}},
                                        {"saveScout", {saveScout, Scouts, 1, "%1|Y|1001-01-01|2026-02-05"}},
-                                       {"addAwards", {addAwards, Awards, 2, "9|%1|2026-02-05|2026|2"}}};
+                                       {"addAwards", {addAwards, Awards, 2, "3|%1|2026-02-05|2026|2"}}};
 
 // The child: works, and tells every time that it's done.
 int child(const QStringList& arguments)
@@ -108,7 +105,7 @@ private Q_SLOTS:
         const auto& [step, select, rowsEach, row] = Works.at(work);
         const test::AppFolder folder;
         gDatabase.reset();
-        test::fill(People);
+        test::fill(test::Pack);
         const QString path = folder.path() + "/Quorrel11.mdb";
         QRandomGenerator random(20260205);
         const int kills = test::repeats("ORLO_KILLS", 30);

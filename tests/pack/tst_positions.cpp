@@ -91,7 +91,7 @@ private Q_SLOTS:
 
     void editing_data()
     {
-        test::table({"what", "script", "shown", "stored"}, R"(
+        test::table({"case", "script", "shown", "stored"}, R"(
             order of load     | D00             | C L1 A2 H2; D1 A3 T3    | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
             still open        | D10=B D11       | C B~1 A2 H2; D1 A3 T3   | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
             pack refreshed    | D11=9 P01=5 Pr  | C L9 A2 H2; A3 T3 D5    | A/2, C/Null, H/2, L/9; A/3, D/5, T/3
@@ -119,7 +119,7 @@ private Q_SLOTS:
     // The grid says why, the row stays open where it is, whatever would leave it; Escape takes it back.
     void refused_data()
     {
-        test::table({"what", "script", "failure", "title", "shown"}, R"(
+        test::table({"case", "script", "failure", "title", "shown"}, R"(
             no title       | D10=             | An index or primary key | Den Leader Titles | C ~1 A2 H2; D1 A3 T3
             repeated       | D10=a            | The change was not made | Den Leader Titles | C a~1 A2 H2; D1 A3 T3
             new, repeated  | P30=t            | The change was not made | Pack Positions    | C L1 A2 H2; D1 A3 T3 t~

@@ -1,5 +1,6 @@
 #include "scouts/frmScouts.h"
 #include "support/Main.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
@@ -86,8 +87,7 @@ private Q_SLOTS:
     void undoInNewRecord()
     {
         const test::AppFolder folder;
-        test::fill("Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 1, 'Wolf', 'Y');"
-                   "Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (1, 'Al', 'Berg', 'Y')");
+        test::fill(test::Pack);
         const test::RecordScreen<frmScouts> screen;
         screen.run("n");
         for (QLineEdit* box : screen.form.findChildren<QLineEdit*>()) {
@@ -103,9 +103,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, button);
         const test::AppFolder folder;
-        test::fill("Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 1, 'Wolf', 'Y');"
-                   "With k(i) As (Values(1), (2), (3)) Insert Into Scouts (Scout_SID, First_Name, Active) "
-                   "Select i, 'Al', 'Y' From k");
+        test::fill(QString(test::Pack) + "Update Scouts Set First_Name = 'Al'");
         const test::RecordScreen<frmScouts> screen;
         for (const int page : {1, 2}) {
             screen.run("N");

@@ -16,6 +16,7 @@
 #include "shell/forms/dlgCalendar.h"
 #include "shell/forms/dlgError.h"
 #include "shell/frame/mdiPendrake.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
 
 #include <QAction>
@@ -54,15 +55,11 @@ inline void addWindows()
     });
 }
 
-/// One of everything, so that the windows have something to show, and the frame up.
+/// The small pack, so that the windows have something to show, and the frame up.
 inline void prepareForWindows()
 {
     copyLayouts();
-    fill("INSERT INTO Dens (Den_SID, Den_Number, Den_Type, Active) VALUES (1, 1, 'Wolf', 'Y');"
-         "INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) VALUES (1, 'Al', 'Ito', 'Y', "
-         "1);"
-         "INSERT INTO Adults (Adult_SID, First_Name, Last_Name, Active) VALUES (1, 'Bo', 'Ito', 'Y');"
-         "INSERT INTO Insignias (Insignia_SID, Insignia_Name, Insignia_Type) VALUES (1, 'Art', 'Pin');");
+    fill(Pack);
     gEditAssignedSID = gEditInsigniaSID = 1;
     gEditDate = "1/2/2026";
     mdiPendrake::instance().show();
