@@ -137,8 +137,11 @@ DateTime toDate(QStringView text)
 
 QString shortDate(QDate date)
 {
-    return QString::number(date.month()) + u'/' + QString::number(date.day()) + u'/' +
-           QString::number(date.year()).rightJustified(4, u'0');
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    date.getDate(&year, &month, &day);
+    return QString::asprintf("%d/%d/%04d", month, day, year);
 }
 
 QString shortDate(const DateTime& date)

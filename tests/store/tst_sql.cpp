@@ -1,6 +1,7 @@
 #include "store/engine/Database.h"
 #include "support/Failure.h"
 #include "support/Main.h"
+#include "support/Sqlite.h"
 #include "support/Table.h"
 
 #include <QTemporaryDir>
@@ -190,6 +191,28 @@ private Q_SLOTS:
         rows.moveFirst();
         QCOMPARE(texts(rows, u"Day"), "1/2/1001 1/1/2020 1/3/2020 1/1/2016");
         QCOMPARE(m_database->openRecordset("Shown").value(1).isDate(), true);
+    }
+
+    // A stored query is its text wherever it is named; the view is for other tools. Texts that name each other too
+    // often for any use are refused.
+    void storedQueries()
+    {
+        m_database->createQueryDef("Dens", "Select SID, Den From People Where Den > 0 Order By SID Desc");
+        QCOMPARE(
+            test::sqlite(m_folder.filePath("a.mdb"), "Drop View Dens;Create View Dens As Select 1 As SID, 9 As Den"),
+            QStringList());
+        for (const char* source : {"Dens", "Select D.* From Dens D, Older Where Older.SID = D.SID Union All "
+                                           "Select * From Dens Where SID = 3 Order By 1 Desc"}) {
+            Recordset rows = m_database->openRecordset(source);
+            QCOMPARE(texts(rows, u"SID"), "4 3 1");
+        }
+        const auto nest = [&] {
+            for (int i = 0; i < 40; ++i)
+                m_database->createQueryDef(
+                    "Dens" + QString("x").repeated(i + 1),
+                    QString("Select A.* From %1 A, %1 B").arg("Dens" + QString("x").repeated(i)));
+        };
+        QCOMPARE(test::failureNumber(nest), 3075);
     }
 
     void failures_data()

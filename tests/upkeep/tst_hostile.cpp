@@ -119,7 +119,7 @@ private Q_SLOTS:
                 QByteArray(trigger).replace(" x ", " \"Den_Titles.Den_Titles_PK insert\" ") + "Delete From Adults; End",
             Well);
         row("endless view",
-            "Drop View Leader_Assignments;Create View Leader_Assignments As " + endless +
+            "Delete From Stored_Queries;Drop View Leader_Assignments;Create View Leader_Assignments As " + endless +
                 "As Den_Number, 1 As Leader_SID From n",
             Report);
         row("endless table", "Drop Table Dens;Create View Dens As " + endless + "As Den_SID From n", Report);

@@ -33,7 +33,8 @@ void showLines(QPlainTextEdit& box, Lines& lines, const QString& text)
     if (box.toPlainText() != text || box.document()->isModified() || box.document()->isUndoAvailable() ||
         box.document()->isRedoAvailable())
         box.setPlainText(text);
-    box.moveCursor(QTextCursor::Start);
+    else
+        box.moveCursor(QTextCursor::Start);
     lines.shown = box.toPlainText();
 }
 

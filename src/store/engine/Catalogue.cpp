@@ -278,13 +278,16 @@ void createQuery(Connection& connection, const QueryDef& query)
 {
     if (connection.table(query.name))
         throw RuntimeError(platform::QueryAlreadyExists, catalogueSource());
-    const auto translated = connection.translated(query.sql);
-    if (translated->kind != Translated::Kind::Select)
+    // The view is what other tools see of the text; it names the other queries, as the text does.
+    const Translated translated = translate(query.sql, [&connection](QStringView name) {
+        return KnownSource{connection.known(name).fields, {}};
+    });
+    if (translated.kind != Translated::Kind::Select)
         throw RuntimeError(platform::SyntaxError, catalogueSource());
     Transaction transaction(connection);
     createQueryTexts(connection);
     // Its order matters when the query itself is opened, from its text; within other statements it only costs time.
-    const QString sql = translated->orderStart < 0 ? translated->sql : translated->sql.left(translated->orderStart);
+    const QString sql = translated.orderStart < 0 ? translated.sql : translated.sql.left(translated.orderStart);
     connection.run("CREATE VIEW " + quoted(query.name) + " AS " + sql.toUtf8());
     {
         auto text = connection.statement(QByteArray("INSERT INTO ") + StoredQueries + " VALUES(?1, ?2)");

@@ -145,13 +145,7 @@ void Connection::harden()
 
 void Connection::close()
 {
-    m_byText.clear();
-    m_statements.clear();
-    m_translations.clear();
-    m_sources.clear();
-    m_shapes.clear();
-    m_tables.clear();
-    m_fields.clear();
+    forget();
     if (m_db && QFile::exists(journalOf(m_file))) {
         // The journal persists from one change to the next, but not beside a closed file. Where another program uses
         // the file, it is that one's.
@@ -217,21 +211,29 @@ void Connection::run(const QByteArray& sql)
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
     return m_translations.get(statement, [&] {
-        const auto fieldsOf = [this](QStringView name) { return fields(name); };
-        return std::make_shared<const Translated>(translate(statement, fieldsOf));
+        const auto sourceOf = [this](QStringView name) { return known(name); };
+        return std::make_shared<const Translated>(translate(statement, sourceOf));
     });
 }
 
-std::shared_ptr<const KnownFields> Connection::fields(QStringView name)
+KnownSource Connection::known(QStringView name)
 {
     // Each spelling for itself, as it is looked for in every statement.
-    if (const auto known = m_fields.constFind(QString::fromRawData(name.data(), name.size())); known != m_fields.cend())
+    const QString looked = QString::fromRawData(name.data(), name.size());
+    if (const auto known = m_known.constFind(looked); known != m_known.cend())
         return known.value();
     const QString key = name.toString();
-    m_fields.insert(key, nullptr); // for a query that names itself
-    if (const TableInfo* found = table(name))
-        m_fields.insert(key, knownFields(*this, TableInfo(*found)));
-    return m_fields.value(key);
+    const TableInfo* found = table(name);
+    if (!found)
+        return *m_known.insert(key, {});
+    const TableInfo read = *found;
+    m_known.insert(key, {}); // for a query that names itself
+    try {
+        return *m_known.insert(key, knownSource(*this, read));
+    } catch (...) {
+        m_known.remove(key);
+        throw;
+    }
 }
 
 std::shared_ptr<const Source> Connection::source(const QString& text)
@@ -259,14 +261,20 @@ const TableInfo* Connection::table(QStringView name)
 
 void Connection::noteSchemaChange()
 {
-    m_byText.clear(); // a prepared statement tells the old columns until it runs
+    forget();
+    noteChange();
+}
+
+// The prepared statements, too: they tell the old columns until they run.
+void Connection::forget()
+{
+    m_byText.clear();
     m_statements.clear();
     m_translations.clear();
     m_sources.clear();
     m_shapes.clear();
     m_tables.clear();
-    m_fields.clear();
-    noteChange();
+    m_known.clear();
 }
 
 qint64 Connection::dataVersion()

@@ -80,8 +80,9 @@ public:
     void execute(const Translated& action);
 
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
-    /// The fields of a table or stored query, as far as they are known; null where there is none of the name.
-    [[nodiscard]] std::shared_ptr<const KnownFields> fields(QStringView name);
+    /// What is known of a table or stored query; nothing where there is none of the name. Raises 3075 for a query that
+    /// can't be read.
+    [[nodiscard]] KnownSource known(QStringView name);
     [[nodiscard]] std::shared_ptr<const Source> source(const QString& text);
     /// The shape of a statement's rows, made where it isn't known.
     [[nodiscard]] std::shared_ptr<const RowShape> shape(const QByteArray& sql,
@@ -116,6 +117,7 @@ private:
     void open(Mode mode);
     void checkFile() const;
     void harden();
+    void forget();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin);
 
     QString m_path;
@@ -128,7 +130,7 @@ private:
     Cache<QString, Source> m_sources;
     Cache<QByteArray, RowShape> m_shapes;
     QHash<QString, TableInfo> m_tables;
-    QHash<QString, std::shared_ptr<const KnownFields>> m_fields;
+    QHash<QString, KnownSource> m_known;
     quint64 m_changeStamp = 0;
     OwnRows m_ownRows;
     InsertWatch* m_inserts = nullptr;

@@ -8,6 +8,7 @@
 #include "store/engine/Edition.h"
 #include "store/engine/RecordsetImpl.h"
 #include "store/engine/Repair.h"
+#include "store/engine/Text.h"
 
 #include <QFileInfo>
 
@@ -20,11 +21,6 @@ using platform::RuntimeError;
 
 namespace
 {
-
-bool sameName(QStringView a, QStringView b)
-{
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
 
 const Field& fieldOf(const TableDef& table, QStringView name)
 {

@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/RowNumbers.h"
+#include "store/engine/Text.h"
 
 #include <sqlite3.h>
 
@@ -136,7 +137,7 @@ int Recordset::Impl::column(QStringView name) const
     // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
     const auto& fields = m_shape->fields;
     for (std::size_t at = 0; at < fields.size(); ++at)
-        if (fields[at].name.size() == name.size() && name.compare(fields[at].name, Qt::CaseInsensitive) == 0)
+        if (sameName(fields[at].name, name))
             return static_cast<int>(at);
     refuse(platform::FieldNotFound);
 }

@@ -114,20 +114,22 @@ bool showsNumbers(Connection& connection, const QString& table)
            keys.text(1).compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0;
 }
 
-std::shared_ptr<const KnownFields> knownFields(Connection& connection, const TableInfo& table)
+KnownSource knownSource(Connection& connection, const TableInfo& table)
 {
+    const QString own = table.isQuery ? readQuery(connection, table.name).sql : QString();
+    if (!own.isEmpty()) {
+        const auto read = connection.translated(own);
+        return {read->fields, read->orderStart < 0 ? read->sql : read->sql.left(read->orderStart)};
+    }
     try {
-        const QString own = table.isQuery ? readQuery(connection, table.name).sql : QString();
-        if (!own.isEmpty())
-            return connection.translated(own)->fields;
         auto fields = std::make_shared<KnownFields>();
         const auto rows = connection.statement("SELECT * FROM " + quoted(table.name));
         for (int i = 0; i < sqlite3_column_count(rows.handle()); ++i)
             fields->push_back(
                 knownField(sqlite3_column_name(rows.handle(), i), sqlite3_column_decltype(rows.handle(), i)));
-        return fields;
+        return {std::move(fields), {}};
     } catch (const RuntimeError&) {
-        return nullptr;
+        return {}; // a view of another tool that names what isn't there
     }
 }
 
@@ -178,7 +180,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
                                platform::standardDescription(platform::UnknownTable) +
                                    QStringLiteral(" (%1)").arg(text));
         const QString own = table->isQuery ? readQuery(connection, name).sql : QString();
-        source->fields = connection.fields(name);
+        source->fields = connection.known(name).fields;
         source->rowsSql =
             own.isEmpty() ? "SELECT * FROM " + quoted(table->name) : connection.translated(own)->sql.toUtf8();
     }

@@ -50,7 +50,7 @@ struct Source {
 /// The fields of a prepared statement's result. What is known of them tells a computed date and yes/no.
 [[nodiscard]] std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement,
                                                   const KnownFields* known);
-/// What is known of the fields of a table or stored query; null for a query that can't be read.
-[[nodiscard]] std::shared_ptr<const KnownFields> knownFields(Connection& connection, const TableInfo& table);
+/// What is known of a table or stored query. Raises 3075 for a query that can't be read.
+[[nodiscard]] KnownSource knownSource(Connection& connection, const TableInfo& table);
 
 } // namespace orlo::store

@@ -8,8 +8,13 @@
 namespace orlo::store
 {
 
-SqlTranslator::SqlTranslator(const QString& statement, const FieldsOf& fieldsOf)
-    : m_fieldsOf(fieldsOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
+namespace
+{
+constexpr qsizetype MostCharacters = 500'000; // of a statement: stored queries may each name others several times
+} // namespace
+
+SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
+    : m_sourceOf(sourceOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
 {
     m_out.sql.reserve(statement.size() * 3 / 2);
 }
@@ -51,7 +56,7 @@ void SqlTranslator::insert()
     m_out.sql += QLatin1String("INSERT OR IGNORE INTO ");
     expect(Symbol::Into);
     Scope none(m_scope, nullptr);
-    const auto known = m_fieldsOf(target());
+    const auto known = m_sourceOf(target()).fields;
     KnownFields targets = known ? *known : KnownFields();
     if (take(Symbol::Open)) {
         targets.clear();
@@ -282,10 +287,18 @@ void SqlTranslator::source()
 {
     const Nesting nesting(*this);
     Source source;
+    bool inBrackets = false;
     if (!take(Symbol::Open)) {
         source.table = name();
-        source.fields = m_fieldsOf(source.table);
-        m_out.name(source.table);
+        const KnownSource known = m_sourceOf(source.table);
+        source.fields = known.fields;
+        if (known.query.isEmpty())
+            m_out.name(source.table);
+        else
+            m_out.sql += u'(' + known.query + u')';
+        if (m_out.sql.size() > MostCharacters)
+            raiseSyntax(QStringLiteral("(Too many stored queries within each other.)"));
+        inBrackets = !known.query.isEmpty();
     } else {
         m_out.sql += u'(';
         const bool joined = !at(Symbol::Select);
@@ -299,8 +312,10 @@ void SqlTranslator::source()
             return;
     }
     source.name = source.table;
-    if (take(Symbol::As) || atName()) {
+    const bool called = take(Symbol::As) || atName();
+    if (called)
         source.name = name();
+    if (called || inBrackets) {
         m_out.sql += QLatin1String(" AS ");
         m_out.name(source.name);
     }
@@ -356,9 +371,9 @@ void SqlTranslator::readOrder(Query& query)
     m_scope->results = nullptr;
 }
 
-Translated translate(const QString& statement, const FieldsOf& fieldsOf)
+Translated translate(const QString& statement, const SourceOf& sourceOf)
 {
-    return SqlTranslator(statement, fieldsOf).run();
+    return SqlTranslator(statement, sourceOf).run();
 }
 
 } // namespace orlo::store

@@ -20,8 +20,13 @@ struct KnownField {
     bool whole = false; ///< holds whole numbers only
 };
 using KnownFields = std::vector<KnownField>;
-/// Tells the fields of the table or stored query of a name; null for an unknown one.
-using FieldsOf = std::function<std::shared_ptr<const KnownFields>(QStringView name)>;
+/// A table or stored query of which a statement reads.
+struct KnownSource {
+    std::shared_ptr<const KnownFields> fields; ///< null for unknown ones
+    QString query;                             ///< what a stored query's text says to SQLite, without a final Order by
+};
+/// Tells what is known of a name.
+using SourceOf = std::function<KnownSource(QStringView name)>;
 
 /// A statement of the dialect as SQLite takes it.
 struct Translated {
@@ -45,6 +50,6 @@ struct Translated {
 /// Null; `+` joins two texts; a date counts as its day, so that D + 1 is a date a day later; a text beside a date is
 /// read as one, month first; true is -1; `= Null` and `<> Null` are tests for it, on either side. Texts compare, group
 /// and sort without regard to case. A value that goes into a field becomes one of the field's kind.
-[[nodiscard]] Translated translate(const QString& statement, const FieldsOf& fieldsOf);
+[[nodiscard]] Translated translate(const QString& statement, const SourceOf& sourceOf);
 
 } // namespace orlo::store

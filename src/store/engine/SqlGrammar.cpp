@@ -3,6 +3,7 @@
 #include "platform/Conversion.h"
 #include "store/engine/Rows.h"
 #include "store/engine/SqlTranslator.h"
+#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -38,12 +39,6 @@ constexpr DialectFunction DialectFunctions[] = {
     {"ucase", "ucase(", "t", 0, Kind::Text},      {"year", "year(", "d", 0, Kind::Number}};
 
 constexpr std::string_view Aggregates[] = {"avg", "count", "max", "min", "sum"};
-
-// The first characters tell most names apart.
-bool sameField(QStringView a, QStringView b)
-{
-    return a.size() == b.size() && a.front().toLower() == b.front().toLower() && a.compare(b, Qt::CaseInsensitive) == 0;
-}
 
 QLatin1String latin(std::string_view text)
 {
@@ -283,7 +278,7 @@ const KnownField* SqlTranslator::find(QStringView source, QStringView name) cons
 {
     const auto among = [name](const KnownFields& fields) -> const KnownField* {
         for (const KnownField& field : fields)
-            if (sameField(field.name, name))
+            if (sameName(field.name, name))
                 return &field;
         return nullptr;
     };

@@ -11,7 +11,7 @@ namespace orlo::store
 class SqlTranslator
 {
 public:
-    SqlTranslator(const QString& statement, const FieldsOf& fieldsOf);
+    SqlTranslator(const QString& statement, const SourceOf& sourceOf);
     /// Raises 3075.
     [[nodiscard]] Translated run();
 
@@ -111,7 +111,7 @@ private:
     QStringView name();
     [[noreturn]] void refuse() const;
 
-    const FieldsOf& m_fieldsOf;
+    const SourceOf& m_sourceOf;
     const Tokens m_tokens;
     const qsizetype m_end;
     qsizetype m_at = 0;

@@ -229,6 +229,15 @@ bool matches(Reader text, Reader pattern)
 
 } // namespace
 
+bool sameName(QStringView a, QStringView b)
+{
+    if (a.size() != b.size() || a.isEmpty())
+        return a.size() == b.size();
+    // The first characters tell most names apart.
+    return QChar::toCaseFolded(a[0].unicode()) == QChar::toCaseFolded(b[0].unicode()) &&
+           a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
 int compareText(QStringView a, QStringView b)
 {
     return compare(Utf16Reader(a), Utf16Reader(b));

@@ -10,6 +10,8 @@ namespace orlo::store
 /// Compares two texts as the engine does everywhere: without regard to case, beyond ASCII too, accented letters beside
 /// their plain ones. Texts that only their accents tell apart aren't equal.
 [[nodiscard]] int compareText(QStringView a, QStringView b);
+/// True for two names of one field, table or index, whatever their case.
+[[nodiscard]] bool sameName(QStringView a, QStringView b);
 /// True if the text matches the pattern of Like: '*', '?', '#' (a digit), '[a-z]', '[!a-z]', without regard to case.
 [[nodiscard]] bool matchesLike(QStringView text, QStringView pattern);
 /// compareText() for UTF-8, as the file holds texts. Bytes that are no UTF-8 compare by their own value.
