@@ -41,7 +41,7 @@ void limitRows()
     const auto isSet = [](const char* variable) { return qEnvironmentVariableIsSet(variable); };
     const bool isLong = std::ranges::any_of(std::array{"ORLO_KILLS", "ORLO_DAMAGED_FILES", "ORLO_JET_FILES"}, isSet);
     if (!isSet(Limit))
-        qputenv(Limit, isLong ? "7200000" : "60000");
+        qputenv(Limit, isLong ? "7200000" : "150000");
 }
 
 int run(const TestClass& one, const QStringList& arguments)

@@ -92,7 +92,7 @@ class tst_faults : public QObject
 
 private Q_SLOTS:
     // Each work fails with the number, and what the file held it still holds.
-    void system_data()
+    void worksUnderFaults_data()
     {
         test::table({"fault and work", "told"}, R"(
 locked start   | 3050
@@ -112,7 +112,7 @@ folder save    | 3027
 folder repair  | 3050
 )");
     }
-    void system()
+    void worksUnderFaults()
     {
         const auto [fault, work] = [tag = QString(QTest::currentDataTag()).split(' ')] {
             return std::pair(tag[0], tag[1]);
