@@ -5,9 +5,12 @@
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Table.h"
 
+#include <QDir>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -92,6 +95,9 @@ private Q_SLOTS:
         store::createSchema(*m_full);
         for (const QString& row : QString::fromUtf8(People).split(u'\n', Qt::SkipEmptyParts))
             m_full->execute("Insert Into " + row);
+        m_full->execute("Update Scouts Set Birth_Date = #3/5/1996# Where Scout_SID = 1");
+        m_full->execute("Update Scouts Set Birth_Date = #1/1/1001# Where Scout_SID = 2");
+        m_full->execute("Update Scouts Set Birth_Date = #1/20/1997# Where Scout_SID = 3");
         m_full->execute("Update Adults Set Assigned_Den_SID = 7 Where Adult_SID = 1");
     }
 
@@ -304,6 +310,71 @@ private Q_SLOTS:
         write("own.rpt", "source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n");
         const auto error = test::failureOf<ReportError>([&] { return run(wanted); });
         QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
+    }
+
+    /// The manual's examples: changes ("diff") of the shipped files, whole reports ("rpt"), and the lines ("text") that
+    /// the report before them prints in their order; the tables' formulas and what they give.
+    void runsTheManual()
+    {
+        const QString manual = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/docs/manual/report-files.md"));
+        const QTemporaryDir folder;
+        const QDir files(QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files"));
+        for (const QString& file : files.entryList({"*.rpt", "*.inc"}))
+            QVERIFY(QFile::copy(files.filePath(file), folder.filePath(file)));
+        static const QRegularExpression block("^( *)```(diff|rpt|text) ?(.*)\n((?:.*\n)*?)\\1```$",
+                                              QRegularExpression::MultilineOption);
+        RunRequest wanted = request({});
+        wanted.reportFile = folder.filePath("AwardListing.rpt");
+        int told = 0;
+        for (const QRegularExpressionMatch& match : block.globalMatch(manual)) {
+            const QString kind = match.captured(2);
+            QStringList lines = match.captured(4).chopped(1).split(u'\n');
+            for (QString& line : lines)
+                line = line.mid(match.captured(1).size());
+            if (kind == "diff") {
+                const QString path = folder.filePath(match.captured(3));
+                const QString before = QString::fromUtf8(test::contents(path));
+                const auto marked = [&](QChar mark) {
+                    QString text;
+                    for (const QString& line : lines)
+                        if (line.startsWith(mark))
+                            text += line.mid(1) + u'\n';
+                    return text;
+                };
+                QCOMPARE(before.count(marked(u'-')), 1);
+                QFile file(path);
+                QVERIFY(file.open(QIODevice::WriteOnly));
+                file.write(QString(before).replace(marked(u'-'), marked(u'+')).toUtf8());
+                if (path.endsWith(".rpt"))
+                    wanted.reportFile = path;
+            } else if (kind == "rpt") {
+                wanted.reportFile = folder.filePath("new.rpt");
+                QFile file(wanted.reportFile);
+                QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+                file.write(lines.join(u'\n').toUtf8());
+            }
+            const Document document = *run(wanted);
+            QVERIFY2(document.warnings.isEmpty(), qPrintable(document.warnings.join(u'\n')));
+            qsizetype at = 0;
+            const QString printed = u'\n' + textOf(document).replace(u' ', u'\n');
+            for (const QString& line : kind == "text" ? lines : QStringList()) {
+                at = printed.indexOf(u'\n' + QString(line).replace(u' ', u'\n') + u'\n', at);
+                QVERIFY2(at >= 0, qPrintable(line + " isn't in\n" + textOf(document)));
+                ++told;
+            }
+        }
+        QCOMPARE(told, 15);
+
+        static const QRegularExpression row("^\\|.*\\| `([^|]+)` \\| `([^|]*)` \\|$",
+                                            QRegularExpression::MultilineOption);
+        int computed = 0;
+        for (const QRegularExpressionMatch& match : row.globalMatch(manual)) {
+            const QString page =
+                textOf(runText("source {\nSelect 1 As A\n}\ndetail {\ntext 0 = " + match.captured(1) + "\n}\n"));
+            QCOMPARE(match.captured(1) + " = " + page.trimmed(), match.captured(1) + " = " + match.captured(2));
+            ++computed;
+        }
+        QVERIFY(computed > 35);
     }
 
     /// A text longer than a page runs on; no word of it is lost and none leaves the paper.
