@@ -1,5 +1,6 @@
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
@@ -147,6 +148,27 @@ private Q_SLOTS:
             QCOMPARE(test::failureNumber(action), number);
         database.deleteTableDef(u"Dens");
         QCOMPARE(database.tableNames().size(), 12);
+    }
+
+    // A journal that a killed run left for another state of the file is set aside, and gone once the file has opened.
+    void strayJournal()
+    {
+        const QString journal = m_path + "-journal";
+        sqlite3* other = nullptr;
+        sqlite3_open(m_path.toUtf8().constData(), &other);
+        sqlite3_exec(other, "PRAGMA synchronous=OFF; BEGIN; CREATE TABLE Killed(A)", nullptr, nullptr, nullptr);
+        const QByteArray left = test::contents(journal);
+        sqlite3_exec(other, "ROLLBACK; CREATE TABLE Kept(A); CREATE TABLE Too(A)", nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        test::write(journal, left);
+        QVERIFY(test::isHot(journal));
+        {
+            const Database database = DBEngine::openDatabase(m_path);
+            QVERIFY(database.tableNames().contains("Too"));
+            QVERIFY(!test::isHot(journal));
+            QVERIFY(!QFile::exists(journal + ".stray"));
+        }
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList("Pack.mdb"));
     }
 
     void queriesMayNameLaterOnes()
