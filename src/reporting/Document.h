@@ -61,8 +61,15 @@ struct OutlineEntry {
     double top = 0; ///< where its line begins, points from the top of the paper
 };
 
-/// A laid-out report, independent of any device: preview, printer and PDF all paint this. It also holds the rows of
-/// the main list, as the CSV export writes them.
+/// The rows of a subreport; those of a linked one each follow the row that they belong to.
+struct DataBlock {
+    QString title;
+    QStringList columns;
+    std::vector<QStringList> rows;
+};
+
+/// A laid-out report, independent of any device: preview, printer and PDF all paint this. It also holds the
+/// rows of the main list and of the subreports, as the CSV export writes them.
 struct Document {
     QString title;
     QSizeF paper{612, 792};   ///< points; US Letter
@@ -71,6 +78,7 @@ struct Document {
     std::vector<OutlineEntry> outline;
     QStringList columns;
     std::vector<QStringList> rows;
+    std::vector<DataBlock> blocks;
     QStringList warnings; ///< what looks wrong on the paper, a sentence each; the pages stand nevertheless
     QStringList files;    ///< paths of all files that the run read: the report's own, what it includes, pictures
     bool complete = true; ///< false for the first page alone, while the rest is being laid out

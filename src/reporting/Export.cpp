@@ -23,8 +23,15 @@ constexpr int PdfResolution = int(72 * UnitsPerPoint);
                       QStringLiteral("The file %1 can't be written: %2").arg(file.fileName(), file.errorString()));
 }
 
-QString csvField(const QString& text)
+/// A spreadsheet takes a text that begins so for a formula. A sign before a number is none: telephone numbers have it.
+bool readsAsFormula(const QString& text)
 {
+    return text.startsWith(u'=') || text.startsWith(u'@') || text.startsWith(u'\t') || text.startsWith(u'\r');
+}
+
+QString csvField(const QString& given)
+{
+    const QString text = readsAsFormula(given) ? u'\'' + given : given;
     const bool plain = std::none_of(text.begin(), text.end(),
                                     [](QChar c) { return c == u'"' || c == u',' || c == u'\r' || c == u'\n'; });
     return plain ? text : u'"' + QString(text).replace(u'"', QLatin1StringView("\"\"")) + u'"';
@@ -77,6 +84,13 @@ QString csvText(const Document& document)
     appendLine(csv, document.columns);
     for (const QStringList& row : document.rows)
         appendLine(csv, row);
+    for (const DataBlock& block : document.blocks) {
+        csv += QLatin1StringView("\r\n");
+        appendLine(csv, {block.title});
+        appendLine(csv, block.columns);
+        for (const QStringList& row : block.rows)
+            appendLine(csv, row);
+    }
     return csv;
 }
 

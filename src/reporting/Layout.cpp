@@ -219,8 +219,7 @@ private:
                 continue;
             if (m_soFar && m_soFar(flowSoFar()))
                 m_soFar = {};
-            if (m_progress && !m_progress(int(m_done), int(m_rows.size())))
-                throw Cancelled();
+            PartProgress(m_progress, DataRead, LaidOut)(m_done, m_rows.size());
         }
         m_filledColumns = 0;
     }

@@ -80,6 +80,9 @@ private:
     double m_heightLimit;
 };
 
+/// How far a run has come when layOut() is done, in percent.
+inline constexpr int LaidOut = 80;
+
 /// Shown the part of a flow that is laid out so far, its open groups ending with it; true once that was enough.
 using FlowSoFar = std::function<bool(Flow&& part)>;
 

@@ -15,6 +15,8 @@ namespace
 /// A row higher than this share of a page's body is cut, so that a long note fills pages instead of leaping.
 constexpr double LargestShareOfRow = 0.34;
 constexpr double LeastBody = 72; ///< points that page header and footer must leave
+/// How far a run has come when its pages are made, in percent.
+constexpr int PagesMade = 92;
 constexpr int WidestPageNumber = 88'888;
 /// A group that begins on the first page and isn't over on the third is too long to be kept together.
 constexpr std::size_t PagesThatSettleTheFirst = 4;
@@ -53,15 +55,17 @@ public:
     [[nodiscard]] double textWidth() const { return m_area.width(); }
     [[nodiscard]] double bodyHeight() const { return m_area.height() - m_headerHeight - m_footerHeight; }
 
-    void make(Flow& flow, const RunRequest& request, Document& document)
+    void make(Flow& flow, const RunRequest& request, Document& document, const PartProgress& progress)
     {
         const std::vector<PageContent> contents = cut(flow);
         const int first = std::max(request.firstPage, 1);
         const int count = int(contents.size());
         const int last = request.lastPage > 0 ? std::min(request.lastPage, count) : count;
         m_scope.pageCount = count;
-        for (int number = first; number <= last; ++number)
+        for (int number = first; number <= last; ++number) {
+            progress(std::size_t(number - first), std::size_t(last - first + 1));
             document.pages.push_back(page(flow, contents[std::size_t(number - 1)], number));
+        }
         addOutline(flow, contents, first, last, document);
     }
 
@@ -167,23 +171,77 @@ private:
     double m_footerHeight = 0;
 };
 
-void fillExport(const BoundReport& report, const RunFacts& facts, Document& document)
+/// The rows of one report or subreport as the CSV export writes them.
+class Export
 {
-    const std::vector<ExportColumn>& exports = report.definition.exports;
-    if (exports.empty())
-        document.columns = report.rows.columns;
-    for (const ExportColumn& column : exports)
-        document.columns << column.heading;
-    RowScope scope(report.definition, report.rows, facts);
-    document.rows.reserve(report.rows.rows.size());
-    for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row) {
-        QStringList& line = document.rows.emplace_back();
-        line.reserve(document.columns.size());
-        if (exports.empty())
-            for (const Value& value : report.rows.rows[scope.row])
+public:
+    Export(const BoundReport& report, const RunFacts& facts)
+        : m_report(report), m_exports(report.definition.exports), m_scope(report.definition, report.rows, facts)
+    {
+    }
+
+    [[nodiscard]] QStringList columns() const
+    {
+        QStringList columns = m_exports.empty() ? m_report.rows.columns : QStringList();
+        for (const ExportColumn& column : m_exports)
+            columns << column.heading;
+        return columns;
+    }
+
+    [[nodiscard]] QStringList line(std::size_t row)
+    {
+        m_scope.row = row;
+        QStringList line;
+        if (m_exports.empty())
+            for (const Value& value : m_report.rows.rows[row])
                 line << displayText(value);
-        for (const ExportColumn& column : exports)
-            line << displayText(column.formula.evaluate(scope));
+        for (const ExportColumn& column : m_exports)
+            line << displayText(column.formula.evaluate(m_scope));
+        return line;
+    }
+
+    /// What a row of a linked subreport is linked by.
+    [[nodiscard]] QString linkedKey(std::size_t row, int field)
+    {
+        m_scope.row = row;
+        const Value key = m_scope.field(field);
+        return key.isNull() ? QString() : linkKey(key);
+    }
+
+private:
+    const BoundReport& m_report;
+    const std::vector<ExportColumn>& m_exports;
+    RowScope m_scope;
+};
+
+void fillExport(const BoundReport& report, const RunFacts& facts, Document& document, const PartProgress& progress)
+{
+    Export main(report, facts);
+    document.columns = main.columns();
+    document.rows.reserve(report.rows.rows.size());
+    for (std::size_t row = 0; row < report.rows.rows.size(); ++row) {
+        progress.row(row, report.rows.rows.size());
+        document.rows.push_back(main.line(row));
+    }
+    for (const auto& [name, definition] : report.definition.subreports) {
+        const BoundReport& inner = report.subreports.at(name.toCaseFolded());
+        Export own(inner, facts);
+        DataBlock block{name, own.columns(), {}};
+        if (inner.linkedIndex < 0) {
+            for (std::size_t row = 0; row < inner.rows.rows.size(); ++row)
+                block.rows.push_back(own.line(row));
+        } else {
+            block.columns = document.columns + block.columns;
+            for (std::size_t outer = 0; outer < report.rows.rows.size(); ++outer) {
+                progress.row(outer, report.rows.rows.size());
+                const auto linked = inner.byLink.find(main.linkedKey(outer, inner.linkedIndex));
+                if (linked != inner.byLink.end())
+                    for (std::size_t row = linked->second.first; row < linked->second.last; ++row)
+                        block.rows.push_back(document.rows[outer] + own.line(row));
+            }
+        }
+        if (!block.rows.empty())
+            document.blocks.push_back(std::move(block));
     }
 }
 
@@ -223,9 +281,9 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
         layOut(*report, facts, typesetter, pages.textWidth(), pages.bodyHeight() * LargestShareOfRow, progress, soFar);
     if (!flow)
         return std::nullopt;
-    pages.make(*flow, request, document);
+    pages.make(*flow, request, document, PartProgress(progress, LaidOut, PagesMade));
     document.fonts = typesetter.fonts();
-    fillExport(*report, facts, document);
+    fillExport(*report, facts, document, PartProgress(progress, PagesMade, 100));
     return document;
 }
 
@@ -236,6 +294,8 @@ std::optional<Document> render(const Definition& definition, const RunRequest& r
 {
     try {
         return renderRead(definition, request, databaseOf, progress, firstPage);
+    } catch (const Cancelled&) {
+        return std::nullopt;
     } catch (const ReportError& error) {
         if (request.reportFile.isEmpty())
             throw;

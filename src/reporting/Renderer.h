@@ -2,6 +2,7 @@
 
 #include "reporting/Document.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <optional>
@@ -33,10 +34,40 @@ struct RunRequest {
 /// Yields the open database of a path; what it raises fails the run.
 using DatabaseProvider = std::function<store::Database&(const QString& path)>;
 
-/// Told the rows laid out so far and all of them; false cancels the run.
+/// Told how much of the work is done, of how much; false cancels it.
 using Progress = std::function<bool(int done, int total)>;
 /// Thrown by a step whose progress answers false, and caught where the run ends.
 struct Cancelled {
+};
+
+/// Tells a run's progress from inside its loops: each of its parts goes from one percentage of the whole to another.
+class PartProgress
+{
+public:
+    PartProgress(const Progress& progress, int from, int to) : m_progress(progress), m_from(from), m_to(to) {}
+
+    /// Tells that so much of the part is done. Throws Cancelled.
+    void operator()(std::size_t done, std::size_t total) const
+    {
+        const std::size_t span = std::size_t(m_to - m_from) * Scale;
+        const std::size_t share = total > 0 ? span * std::min(done, total) / total : 0;
+        if (m_progress && !m_progress(int(std::size_t(m_from) * Scale + share), 100 * Scale))
+            throw Cancelled();
+    }
+    /// The same for one row of many: it is told of some of them only.
+    void row(std::size_t done, std::size_t total) const
+    {
+        if (done % RowsBetween == 0)
+            (*this)(done, total);
+    }
+
+private:
+    static constexpr int Scale = 100;
+    static constexpr std::size_t RowsBetween = 500;
+
+    const Progress& m_progress;
+    int m_from;
+    int m_to;
 };
 
 /// Given the first page of a long report as soon as it is settled, before the rest is laid out: a document that isn't

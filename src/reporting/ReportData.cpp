@@ -16,7 +16,6 @@ namespace orlo::reports
 namespace
 {
 
-constexpr int RowsBetweenProgress = 500;
 const QString SelectionPlace = QStringLiteral("selection formula");
 
 FormulaNode::Type typeOf(store::FieldType type)
@@ -124,7 +123,7 @@ public:
         } catch (const ReportError& error) {
             throw error.inFile(SelectionPlace);
         }
-        orderRows(report, m_facts);
+        orderRows(report, m_facts, m_progress);
         for (const auto& [name, inner] : definition.subreports)
             report.subreports.emplace(name.toCaseFolded(), loadSubreport(report, name, *inner, request, databases));
         return report;
@@ -144,7 +143,8 @@ private:
     {
         store::Database& file = database(databases, source);
         try {
-            store::Recordset records = file.openRecordset(query);
+            const PartProgress reading(m_progress, 0, RowsRead);
+            store::Recordset records = file.openRecordset(query, [&] { reading(0, 0); });
             RowSet set;
             for (const store::FieldInfo& field : records.fields()) {
                 set.columns << field.name;
@@ -153,8 +153,7 @@ private:
             const int total = records.recordCount();
             set.rows.reserve(std::size_t(total));
             for (; !records.eof(); records.moveNext()) {
-                if (set.rows.size() % RowsBetweenProgress == 0 && m_progress && !m_progress(0, total))
-                    throw Cancelled();
+                reading.row(set.rows.size(), std::size_t(total));
                 std::vector<Value>& row = set.rows.emplace_back();
                 row.reserve(std::size_t(set.columns.size()));
                 for (int column = 0; column < int(set.columns.size()); ++column)
@@ -353,9 +352,12 @@ private:
         check(report, selection, Stands::InRows);
         RowScope scope(report.definition, report.rows, m_facts);
         std::vector<std::vector<Value>> kept;
-        for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row)
+        const PartProgress told(m_progress, RowsRead, RowsRead);
+        for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row) {
+            told.row(scope.row, report.rows.rows.size());
             if (holdsAt(selection, scope))
                 kept.push_back(std::move(report.rows.rows[scope.row]));
+        }
         report.rows.rows = std::move(kept);
     }
 

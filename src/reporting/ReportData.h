@@ -111,6 +111,10 @@ struct BoundReport {
     int linkedIndex = -1;               ///< the main report's field of the link, -1 for none
 };
 
+/// How far a run has come when its rows are read, and when loadReport() is done, in percent.
+inline constexpr int RowsRead = 15;
+inline constexpr int DataRead = 30;
+
 /// The key under which equal values of a link meet.
 [[nodiscard]] QString linkKey(const Value& value);
 

@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <numeric>
 
@@ -13,6 +14,9 @@ namespace
 {
 
 using Order = std::vector<std::size_t>;
+
+/// How far a run has come when what the rows are sorted by is known, in percent.
+constexpr int KeysMade = 20;
 
 bool hasSummary(const SortKey& key)
 {
@@ -49,8 +53,9 @@ bool isBefore(const std::vector<SortKey>& keys, std::span<const Value> a, std::s
 class RowOrder
 {
 public:
-    RowOrder(BoundReport& report, const RunFacts& facts)
-        : m_report(report), m_definition(report.definition), m_scope(report.definition, report.rows, facts)
+    RowOrder(BoundReport& report, const RunFacts& facts, const Progress& progress)
+        : m_report(report), m_definition(report.definition), m_scope(report.definition, report.rows, facts),
+          m_keysMade(progress, RowsRead, KeysMade), m_sorted(progress, KeysMade, DataRead)
     {
     }
 
@@ -94,14 +99,20 @@ private:
             return;
         std::vector<Value> values;
         values.reserve(count * keys.size());
-        for (m_scope.row = 0; m_scope.row < count; ++m_scope.row)
+        for (m_scope.row = 0; m_scope.row < count; ++m_scope.row) {
+            m_keysMade.row(m_scope.row, count);
             for (const SortKey& key : keys)
                 values.push_back(sortable(key.formula.evaluate(m_scope)));
+        }
         const auto keysOf = [&](std::size_t row) { return std::span(values).subspan(row * keys.size(), keys.size()); };
         Order order(count);
         std::iota(order.begin(), order.end(), std::size_t(0));
-        std::stable_sort(order.begin(), order.end(),
-                         [&](std::size_t a, std::size_t b) { return isBefore(keys, keysOf(a), keysOf(b)); });
+        const std::size_t comparisons = count * std::size_t(std::bit_width(count)); // or so
+        std::size_t compared = 0;
+        std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+            m_sorted.row(++compared, comparisons);
+            return isBefore(keys, keysOf(a), keysOf(b));
+        });
         take(order);
     }
 
@@ -141,6 +152,7 @@ private:
         std::vector<SortKey> keys = group.sort;
         keys.push_back({group.key, group.descending});
         for (Block& block : blocks) {
+            m_sorted.row(block.rows.first, m_report.rows.rows.size());
             m_scope.groups.push_back(block.rows);
             m_scope.range = block.rows;
             m_scope.row = block.rows.first;
@@ -165,24 +177,29 @@ private:
     {
         QSet<QString> seen;
         Order kept;
-        for (m_scope.row = 0; m_scope.row < m_report.rows.rows.size(); ++m_scope.row)
+        const std::size_t count = m_report.rows.rows.size();
+        for (m_scope.row = 0; m_scope.row < count; ++m_scope.row) {
+            m_sorted.row(m_scope.row, count);
             if (const QString key = linkKey(m_definition.unique.evaluate(m_scope)); !seen.contains(key)) {
                 seen.insert(key);
                 kept.push_back(m_scope.row);
             }
+        }
         take(kept);
     }
 
     BoundReport& m_report;
     const Definition& m_definition;
     RowScope m_scope;
+    PartProgress m_keysMade;
+    PartProgress m_sorted;
 };
 
 } // namespace
 
-void orderRows(BoundReport& report, const RunFacts& facts)
+void orderRows(BoundReport& report, const RunFacts& facts, const Progress& progress)
 {
-    RowOrder(report, facts).run();
+    RowOrder(report, facts, progress).run();
 }
 
 } // namespace orlo::reports

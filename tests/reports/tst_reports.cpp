@@ -395,6 +395,33 @@ private Q_SLOTS:
                     QVERIFY(QRectF(QPointF(), document.paper).contains(one->box));
     }
 
+    /// Reading, sorting, laying out and exporting tell how far they are, and each can be cancelled.
+    void tellsItsProgress()
+    {
+        RunRequest many = request("PurchaseList.rpt");
+        QTemporaryDir folder;
+        many.reportFile = folder.filePath("many.rpt");
+        QFile file(many.reportFile);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("report \"Many\"\nsource slot 0 {\nSelect A.Last_Name, B.Last_Name As B, C.Last_Name As C From Scouts As A, "
+                   "Scouts As B, Scouts As C, Scouts As D, Scouts As E\n}\nsort {C}\ndetail {\ntext 0 = {B}\n}\n");
+        file.close();
+        QList<int> told;
+        const auto document = run(many, [&](int done, int total) {
+            told << done * 100 / total;
+            return true;
+        });
+        QVERIFY2(document->rows.size() > 2000, qPrintable(QString::number(document->rows.size())));
+        QVERIFY(std::is_sorted(told.begin(), told.end()));
+        for (const int end : {15, 20, 30, 80, 92, 100}) {
+            const auto phase = std::ranges::count_if(told, [&](int percent) { return percent < end; });
+            QVERIFY2(phase > 0, qPrintable(QString::number(end)));
+            told.remove(0, phase);
+        }
+        for (int calls = 1; calls < 20; calls += 3)
+            QVERIFY(!run(many, [&, left = calls](int, int) mutable { return --left > 0; }));
+    }
+
     void writesFiles()
     {
         const Document document = *run(request("PurchaseList.rpt"));
@@ -405,6 +432,20 @@ private Q_SLOTS:
         quoting.columns = QStringList{"a,b", "say \"x\""};
         quoting.rows = {{"two\nlines", "é"}};
         QCOMPARE(csvText(quoting), QStringLiteral("\"a,b\",\"say \"\"x\"\"\"\r\n\"two\nlines\",é\r\n"));
+
+        // What a spreadsheet would compute is a text, telephone numbers stay; subreports follow, each row with its own.
+        const Document blocks = runText("source {\nSelect Scout_SID, Last_Name From Scouts Where Scout_SID < 3\n}\n"
+                                        "export {\n\"Name\" = {Last_Name}\n\"Text\" = \"@x\"\n}\n"
+                                        "detail {\nsubreport \"Own\"\nsubreport \"All\"\n}\n"
+                                        "subreport \"Own\" {\nsource {\nSelect Scout_SID As S From Scouts\n}\n"
+                                        "link {S} = {Scout_SID}\nexport {\n\"No\" = \"=1+\" & {S}\n}\n}\n"
+                                        "subreport \"All\" {\nsource {\nSelect \"+1 555\" As Phone From Scouts Where "
+                                        "Scout_SID = 1\n}\n}\n");
+        const QString first = blocks.rows[0][0];
+        const QString csv = csvText(blocks);
+        QVERIFY2(csv.startsWith("Name,Text\r\n" + first + ",'@x\r\n"), qPrintable(csv));
+        QVERIFY2(csv.contains("\r\n\r\nOwn\r\nName,Text,No\r\n" + first + ",'@x,'=1+"), qPrintable(csv));
+        QVERIFY2(csv.contains("\r\n\r\nAll\r\nPhone\r\n+1 555\r\n"), qPrintable(csv));
 
         const QString none = m_dir.filePath("none.pdf");
         QVERIFY(!writePdf(document, none, [](int, int) { return false; }) && !QFile::exists(none));

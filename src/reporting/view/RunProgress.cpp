@@ -61,7 +61,7 @@ bool RunProgress::operator()(int done, int total)
     }
     m_sinceUpdate.restart();
     m_dialog->setMaximum(std::max(total, 1));
-    m_dialog->setValue(std::min(done, total));
+    m_dialog->setValue(std::max(m_dialog->value(), std::min(done, total))); // a subreport is read after others
     QCoreApplication::processEvents();
     return !m_dialog->wasCanceled();
 }

@@ -99,11 +99,11 @@ Database::Database(std::shared_ptr<Connection> connection) : m_connection(std::m
 {
 }
 
-Recordset Database::openRecordset(const QString& source)
+Recordset Database::openRecordset(const QString& source, const std::function<void()>& readingOn)
 {
     m_connection->ensureOpen();
     const platform::TimeLog time(platform::sqlLog(), source);
-    return Recordset(std::make_unique<Recordset::Impl>(m_connection, source));
+    return Recordset(std::make_unique<Recordset::Impl>(m_connection, source, readingOn));
 }
 
 void Database::execute(const QString& sql)

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -79,7 +80,8 @@ class Database
 public:
     /// Opens a record set on a table's name, a stored query's name or a Select statement of the dialect. Raises 3078
     /// for an unknown table, 3061 for an unknown field, 3075 for what can't be parsed, 3420 on a closed database.
-    [[nodiscard]] Recordset openRecordset(const QString& source);
+    /// While the rows of a long snapshot are read, readingOn is called now and then; what it throws ends the reading.
+    [[nodiscard]] Recordset openRecordset(const QString& source, const std::function<void()>& readingOn = {});
     /// Runs one Insert, Update or Delete. Passes silently over a row that the file refuses; raises as openRecordset().
     void execute(const QString& sql);
     /// Flushes and closes the file: it alone then holds all data. Raises 3420 if it is closed.

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
+constexpr qsizetype RowsBetweenCalls = 2'000;
 
 std::vector<int> allColumns(const RowShape& shape)
 {
@@ -27,17 +28,18 @@ std::vector<int> allColumns(const RowShape& shape)
 
 } // namespace
 
-Recordset::Impl::Impl(std::shared_ptr<Connection> connection, const QString& source)
+Recordset::Impl::Impl(std::shared_ptr<Connection> connection, const QString& source,
+                      const std::function<void()>& readingOn)
     : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape),
       m_snapshot({})
 {
     if (updatable())
         openNumbers();
     else
-        openSnapshot();
+        openSnapshot(readingOn);
 }
 
-void Recordset::Impl::openSnapshot()
+void Recordset::Impl::openSnapshot(const std::function<void()>& readingOn)
 {
     auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
@@ -47,6 +49,8 @@ void Recordset::Impl::openSnapshot()
         if (m_snapshot.size() == MostRows)
             refuse(platform::ResourceExceeded);
         m_snapshot.append(statement.handle());
+        if (readingOn && m_snapshot.size() % RowsBetweenCalls == 0)
+            readingOn();
     }
     m_size = m_snapshot.size();
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {

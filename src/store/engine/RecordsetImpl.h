@@ -4,6 +4,8 @@
 #include "store/engine/ReadAhead.h"
 #include "store/engine/Source.h"
 
+#include <functional>
+
 namespace orlo::store
 {
 
@@ -12,7 +14,8 @@ namespace orlo::store
 class Recordset::Impl
 {
 public:
-    Impl(std::shared_ptr<Connection> connection, const QString& source);
+    /// Calls readingOn, if it is given, now and then while a snapshot is read.
+    Impl(std::shared_ptr<Connection> connection, const QString& source, const std::function<void()>& readingOn);
 
     [[nodiscard]] Connection& connection() const { return *m_connection; }
     [[nodiscard]] const std::vector<FieldInfo>& fields() const { return m_shape->fields; }
@@ -47,7 +50,7 @@ private:
         std::vector<bool> changed;
     };
 
-    void openSnapshot();
+    void openSnapshot(const std::function<void()>& readingOn);
     void openNumbers();
     [[nodiscard]] bool hasRecord() const { return !m_removed && m_place >= 0 && m_place < m_size; }
     void requireRecord() const;
