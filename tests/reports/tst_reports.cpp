@@ -199,13 +199,13 @@ private Q_SLOTS:
                         "256 * E.Scout_SID, 'F', A.Last_Name, 'Y', 1 "
                         "From Scouts As A, Scouts As B, Scouts As C, Scouts As D, Scouts As E");
         RunRequest wanted = request("ScoutPhoneList1.rpt");
-        int laidOut = 0;
+        double told = 0; // of the whole run
         std::optional<Document> first;
         const auto all = run(
-            wanted, [&](int done, int) { return (laidOut = done) >= 0; },
+            wanted, [&](double done, int total) { return (told = done / total) >= 0; },
             [&](Document&& page) {
                 first = page;
-                QVERIFY(laidOut < 500);
+                QVERIFY(told < 0.55);
             });
         wanted.firstPage = 2;
         wanted.lastPage = 3;
@@ -214,7 +214,7 @@ private Q_SLOTS:
         QVERIFY(!run(wanted, [&](int, int) { return ++calls < 2; }));
         m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
-        QVERIFY(laidOut >= 1000 && first && !first->complete && all->complete);
+        QVERIFY(told > 0.9 && first && !first->complete && all->complete);
         const QString ofAll = QStringLiteral(" of %1\n").arg(all->pages.size());
         QCOMPARE(textOf(*first).replace(" of …\n", ofAll), textOf(*all, 0, 1));
         QCOMPARE(textOf(some), textOf(*all, 1, 2));
@@ -403,8 +403,10 @@ private Q_SLOTS:
         many.reportFile = folder.filePath("many.rpt");
         QFile file(many.reportFile);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("report \"Many\"\nsource slot 0 {\nSelect A.Last_Name, B.Last_Name As B, C.Last_Name As C From Scouts As A, "
-                   "Scouts As B, Scouts As C, Scouts As D, Scouts As E\n}\nsort {C}\ndetail {\ntext 0 = {B}\n}\n");
+        file.write("report \"Many\"\nsource slot 0 {\nSelect A.Last_Name, B.Last_Name As B, C.Last_Name As C From "
+                   "Scouts As A, "
+                   "Scouts As B, Scouts As C, Scouts As D, Scouts As E, Scouts As F\n}\nsort {C}\ndetail {\ntext 0 = "
+                   "{B}\n}\n");
         file.close();
         QList<int> told;
         const auto document = run(many, [&](int done, int total) {

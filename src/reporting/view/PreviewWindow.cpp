@@ -187,12 +187,15 @@ void PreviewWindow::makeActions()
 {
     m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print}, [this] { print(); });
     m_savePdf = makeAction("actSavePdf", tr("&Save as PDF…"), Glyph::Pdf, {QKeySequence::Save}, [this] {
-        if (const QString path = askFile(tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"), QStringLiteral("pdf"));
+        if (const QString path =
+                askFile(tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"), QStringLiteral("pdf"));
             !path.isEmpty())
             savePdf(path);
     });
     m_saveCsv = makeAction("actSaveCsv", tr("Save as &CSV…"), Glyph::Csv, {}, [this] {
-        if (const QString path = askFile(tr("Save as CSV"), tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"), QStringLiteral("csv"));
+        if (const QString path =
+                askFile(tr("Save as CSV"), tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
+                        QStringLiteral("csv"));
             !path.isEmpty())
             saveCsv(path);
     });
