@@ -215,7 +215,7 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
 void BoundGrid::keyPressEvent(QKeyEvent* event)
 {
     // While the window isn't the active one, the keys that follow the one that opened an editor still come here.
-    if (QWidget* editor = cellEditor(); editor && !m_passingOn) {
+    if (QWidget* editor = cellEditor(); editor && !editor->hasFocus() && !m_passingOn) {
         const QScopedValueRollback guard(m_passingOn, true);
         QCoreApplication::sendEvent(editor, event);
         return;
@@ -418,7 +418,8 @@ void BoundGrid::stretch()
         return;
     const QScopedValueRollback guard(m_layingOut, true);
     const int others = horizontalHeader()->length() - columnWidth(m_stretched);
-    setColumnWidth(m_stretched, std::max(viewport()->width() - others, minimumWidthOf(m_stretched)));
+    setColumnWidth(m_stretched,
+                   std::max(viewport()->width() - others, horizontalHeader()->sectionSizeHint(m_stretched)));
 }
 
 void BoundGrid::columnWidened(int column, int width)

@@ -1,11 +1,13 @@
 #include "widgets/Calendar.h"
 
 #include "platform/RuntimeError.h"
+#include "widgets/Glyphs.h"
 
 #include <QKeyEvent>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTextCharFormat>
+#include <QToolButton>
 
 #include <utility>
 
@@ -30,6 +32,9 @@ Calendar::Calendar(QWidget* parent)
                                      {"qt_calendar_yearedit", tr("Year")}})
         if (auto* control = findChild<QWidget*>(QLatin1String(part)))
             control->setAccessibleName(name);
+    for (const auto& [button, glyph] :
+         {std::pair("qt_calendar_prevmonth", Glyph::Previous), {"qt_calendar_nextmonth", Glyph::Next}})
+        findChild<QToolButton*>(QLatin1String(button))->setIcon(glyphIcon(glyph, QPalette::HighlightedText));
     for (QObject* watched : std::initializer_list<QObject*>{m_days, m_days->viewport(), m_year})
         watched->installEventFilter(this);
     connect(this, &QCalendarWidget::clicked, this, [this] { m_dayClicked = true; });

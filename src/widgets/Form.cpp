@@ -13,6 +13,7 @@
 #include <QMdiSubWindow>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -78,6 +79,11 @@ void centreOnOwner(QWidget& form)
     const QWidget* owner = form.parentWidget();
     form.adjustSize();
     const QRect room = form.screen()->availableGeometry();
+    const int most = room.height() - form.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    if (form.layout() && form.height() > most) { // its lists give way
+        form.layout()->setSizeConstraint(QLayout::SetNoConstraint);
+        form.setFixedSize(form.width(), most);
+    }
     QRect place = form.rect();
     place.moveCenter(owner ? owner->window()->geometry().center() : room.center());
     place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() - place.width())));

@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
-#include <QPalette>
+#include <QPainterPath>
 
 #include <initializer_list>
 
@@ -46,6 +46,25 @@ void drawPages(QPainter& painter)
     painter.drawLine(QPointF(9.5, 4), QPointF(9.5, 20));
     for (const double y : {8.0, 12.0, 16.0})
         painter.drawLine(QPointF(5.5, y), QPointF(7, y));
+}
+
+void drawDot(QPainter& painter, double y)
+{
+    painter.drawLine(QPointF(12, y), QPointF(12, y + 0.1)); // one without a length isn't drawn
+}
+
+void drawDisc(QPainter& painter)
+{
+    painter.drawEllipse(QPointF(12, 12), 9.5, 9.5);
+}
+
+void drawQuestion(QPainter& painter)
+{
+    QPainterPath hook(QPointF(9, 9.5));
+    hook.cubicTo(9, 5.5, 15, 5.5, 15, 9.5);
+    hook.cubicTo(15, 11.8, 12, 11.8, 12, 14);
+    painter.drawPath(hook);
+    drawDot(painter, 17);
 }
 
 void drawGlyph(QPainter& painter, Glyph glyph)
@@ -110,13 +129,32 @@ void drawGlyph(QPainter& painter, Glyph glyph)
         for (const double x : {8.5, 15.5})
             painter.drawLine(QPointF(x, 3), QPointF(x, 6.5));
         break;
+    case Glyph::Information:
+        drawDisc(painter);
+        drawDot(painter, 7.5);
+        painter.drawLine(QPointF(12, 11), QPointF(12, 17));
+        break;
+    case Glyph::Question:
+        drawDisc(painter);
+        drawQuestion(painter);
+        break;
+    case Glyph::Warning:
+        strokeThrough(painter, {{12, 3}, {22, 20.5}, {2, 20.5}, {12, 3}});
+        painter.drawLine(QPointF(12, 9), QPointF(12, 14));
+        drawDot(painter, 17.5);
+        break;
+    case Glyph::Critical:
+        drawDisc(painter);
+        painter.drawLine(QPointF(8.5, 8.5), QPointF(15.5, 15.5));
+        painter.drawLine(QPointF(15.5, 8.5), QPointF(8.5, 15.5));
+        break;
     }
 }
 
 class GlyphEngine : public QIconEngine
 {
 public:
-    explicit GlyphEngine(Glyph glyph) : m_glyph(glyph) {}
+    GlyphEngine(Glyph glyph, QPalette::ColorRole role) : m_glyph(glyph), m_role(role) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
     {
@@ -126,8 +164,8 @@ public:
         painter->translate(rect.topLeft());
         painter->scale(rect.width() / Grid, rect.height() / Grid);
         painter->setBrush(Qt::NoBrush);
-        painter->setPen(QPen(QGuiApplication::palette().color(group, QPalette::ButtonText), StrokeWidth, Qt::SolidLine,
-                             Qt::RoundCap, Qt::RoundJoin));
+        painter->setPen(QPen(QGuiApplication::palette().color(group, m_role), StrokeWidth, Qt::SolidLine, Qt::RoundCap,
+                             Qt::RoundJoin));
         drawGlyph(*painter, m_glyph);
         painter->restore();
     }
@@ -145,13 +183,14 @@ public:
 
 private:
     Glyph m_glyph;
+    QPalette::ColorRole m_role;
 };
 
 } // namespace
 
-QIcon glyphIcon(Glyph glyph)
+QIcon glyphIcon(Glyph glyph, QPalette::ColorRole role)
 {
-    return QIcon(new GlyphEngine(glyph));
+    return QIcon(new GlyphEngine(glyph, role));
 }
 
 } // namespace orlo::widgets

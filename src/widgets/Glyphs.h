@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QIcon>
+#include <QPalette>
 
 namespace orlo::widgets
 {
 
-/// The line drawings on buttons and in fields.
+/// The line drawings on buttons, in fields and in message boxes.
 enum class Glyph {
     First,
     Previous,
@@ -21,10 +22,14 @@ enum class Glyph {
     Csv,
     Pages,
     Close,
-    Calendar
+    Calendar,
+    Information,
+    Question,
+    Warning,
+    Critical
 };
 
-/// A line drawing in the palette's text colour of the moment, sharp at every size.
-[[nodiscard]] QIcon glyphIcon(Glyph glyph);
+/// A line drawing in the colour that the palette has for the role at the moment, sharp at every size.
+[[nodiscard]] QIcon glyphIcon(Glyph glyph, QPalette::ColorRole role = QPalette::ButtonText);
 
 } // namespace orlo::widgets

@@ -1,5 +1,6 @@
 #include "widgets/Style.h"
 
+#include "widgets/Glyphs.h"
 #include "widgets/TextBox.h"
 
 #include <QAbstractItemView>
@@ -19,7 +20,11 @@ namespace
 
 constexpr double Readable = 4.5;  // the lowest contrast of a text
 constexpr int PaleHighlight = 30; // percent of the highlight over the ground
-constexpr int FocusFrame = 2;     // pixels
+// Pixels.
+constexpr int FocusFrame = 2;
+constexpr int ButtonRoom = 12; // beside a button's text, its frame included
+constexpr int CellRoom = 5;    // beside a cell's text
+constexpr int HeadingRoom = 3; // more beside a heading's, so that it stands over the cells' texts
 
 // Whether a list or one of its cells' editors has the focus.
 bool hasFocusWithin(const QWidget* widget)
@@ -94,8 +99,45 @@ void Style::polish(QPalette& palette)
 
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const
 {
-    // A combo box opens a list with a scroll bar below itself, not a menu over the whole screen.
-    return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    switch (hint) {
+    case SH_ComboBox_Popup: // a list with a scroll bar below the box, not a menu over the whole screen
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+        return 0;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+}
+
+int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
+{
+    if (metric == PM_FocusFrameHMargin && qobject_cast<const QAbstractItemView*>(widget))
+        return CellRoom - 1; // the delegate adds one
+    return QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                              const QWidget* widget) const
+{
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (type == CT_PushButton)
+        return size.expandedTo(QSize(contents.width() + 2 * ButtonRoom, 0));
+    return type == CT_HeaderSection ? size + QSize(2 * HeadingRoom, 0) : size;
+}
+
+QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const
+{
+    switch (icon) {
+    case SP_MessageBoxInformation:
+        return glyphIcon(Glyph::Information, QPalette::WindowText);
+    case SP_MessageBoxQuestion:
+        return glyphIcon(Glyph::Question, QPalette::WindowText);
+    case SP_MessageBoxWarning:
+        return glyphIcon(Glyph::Warning, QPalette::WindowText);
+    case SP_MessageBoxCritical:
+        return glyphIcon(Glyph::Critical, QPalette::WindowText);
+    default:
+        return QProxyStyle::standardIcon(icon, option, widget);
+    }
 }
 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -105,6 +147,13 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
         if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
             const QStyleOptionViewItem pale = paler(*item);
             QProxyStyle::drawControl(element, &pale, painter, widget);
+            return;
+        }
+    if (element == CE_HeaderLabel)
+        if (const auto* label = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+            QStyleOptionHeader inner = *label;
+            inner.rect.adjust(HeadingRoom, 0, -HeadingRoom, 0);
+            QProxyStyle::drawControl(element, &inner, painter, widget);
             return;
         }
     QProxyStyle::drawControl(element, option, painter, widget);

@@ -6,7 +6,8 @@ namespace orlo::widgets
 {
 
 /// The look of the program, and what all controls of a kind do alike: Fusion with a highlight that can be read, a frame
-/// around the list or text that has the focus, and a paler highlight in lists that haven't.
+/// around the list or text that has the focus, a paler highlight in lists that haven't, room beside the texts of
+/// buttons, headings and cells, and line drawings for icons.
 class Style : public QProxyStyle
 {
     Q_OBJECT
@@ -19,6 +20,10 @@ public:
     void polish(QPalette& palette) override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

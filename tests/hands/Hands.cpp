@@ -177,11 +177,18 @@ QWidgetList workedOn()
     return child ? QWidgetList{child, &frame()} : QWidgetList{&frame()};
 }
 
+// A list without a frame is wholly covered by its own rows.
+bool isInSight(const QWidget& widget)
+{
+    const auto* area = qobject_cast<const QAbstractScrollArea*>(&widget);
+    return !(area ? area->viewport() : &widget)->visibleRegion().isEmpty();
+}
+
 QWidget* shown(const QString& name)
 {
     for (const QWidget* place : workedOn())
         for (QWidget* widget : place->findChildren<QWidget*>(name))
-            if (!widget->visibleRegion().isEmpty())
+            if (isInSight(*widget))
                 return widget;
     return nullptr;
 }
@@ -194,10 +201,20 @@ QMessageBox* messageBox()
 
 using Place = std::optional<QPoint>;
 
+// A window that has just come up, or is being moved, may still be elsewhere than the program believes.
+bool standsWhereItSeems(const QWidget& window)
+{
+    QPoint place;
+    Window below = 0;
+    XTranslateCoordinates(server, window.winId(), DefaultRootWindow(server), 0, 0, &place.rx(), &place.ry(), &below);
+    return (place - window.mapToGlobal(QPoint()) * window.devicePixelRatio()).manhattanLength() <= 2; // it rounds
+}
+
 Place middle(const QWidget* widget, QRect part)
 {
     part &= widget->visibleRegion().boundingRect();
-    if (part.isEmpty() || !(widget->isActiveWindow() || widget->window()->windowType() == Qt::Popup))
+    if (part.isEmpty() || !(widget->isActiveWindow() || widget->window()->windowType() == Qt::Popup) ||
+        !standsWhereItSeems(*widget->window()))
         return {};
     return widget->mapToGlobal(part.center()) * widget->devicePixelRatio();
 }
@@ -218,7 +235,14 @@ Place placeOfRow(QWidget* widget, const QStringList& cell)
     auto* view = box ? box->view() : qobject_cast<QAbstractItemView*>(widget);
     if (!view || !view->isVisible())
         return {};
-    const auto index = view->model()->index(cell[0].toInt(), cell.value(1).toInt(), view->rootIndex());
+    const int row = cell[0].toInt();
+    const int column = cell.value(1).toInt();
+    if (auto* table = qobject_cast<QTableView*>(view); table && column < 0) {
+        const auto* heads = table->verticalHeader();
+        return middle(heads->viewport(),
+                      QRect(0, heads->sectionViewportPosition(row), heads->width(), heads->sectionSize(row)));
+    }
+    const auto index = view->model()->index(row, column, view->rootIndex());
     view->scrollTo(index);
     return middle(view->viewport(), view->visualRect(index));
 }
@@ -328,7 +352,8 @@ void step(const QString& word)
     else if (word.startsWith('?'))
         expect(await([&] { return messageBox() && messageBox()->text().startsWith(rest); }), "not asked");
     else if (word == "!")
-        expect(!ask([] { return QApplication::activeModalWidget() != nullptr; }), "something is asked");
+        expect(!ask([] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; }),
+               "something is asked");
     else if (word.contains('='))
         expect(await([&] { return shows() == text; }), "it shows " + ask(shows));
     else if (const auto* command = ask([&] { return frame().findChild<QAction*>(word); }))
@@ -356,8 +381,8 @@ bool closeOne()
     auto* modal = QApplication::activeModalWidget();
     if (auto* dialog = qobject_cast<QDialog*>(modal))
         dialog->done(QMessageBox::No);
-    else if (auto* form = qobject_cast<widgets::Form*>(modal))
-        form->unload();
+    else if (auto* form = qobject_cast<widgets::Form*>(modal)) // which may tell something once more
+        QMetaObject::invokeMethod(form, &widgets::Form::unload, Qt::QueuedConnection);
     return modal != nullptr;
 }
 

@@ -13,12 +13,12 @@ namespace orlo::test
 /// blank.
 ///
 ///     mnuScouts       opens a menu command by the menus      cmdSave         clicks a control; 2:name twice
-///     lbScouts[1]     clicks a row of a list or of a box's open list, or a cell [2,1] of a grid
+///     lbScouts[1]     clicks a row of a list or of a box's open list, a cell [2,1] of a grid, a row of it by its head [2,-1]
 ///     tab:Note        clicks a page's tab                    yes no ok       clicks that button of the message box
 ///     up:name         turns the wheel over a control; down:name   close      closes the active window by its frame
 ///     Tab Alt+s F4    presses keys, as X names them          Escape~         holds a key until it came ten times
 ///     'text           types                                  @name           asks whether the focus is there
-///     ?text           asks whether a box says that, from its beginning on;   ! that nothing waits for an answer
+///     ?text           asks whether a box says that, from its beginning on;   ! that no box does
 ///     name=text       asks what a control shows: a button "live" or "grey", a check box or option "on" or "off", a
 ///                     list or grid its current row, pages the title of the current one, anything its text
 [[nodiscard]] QString runHands(const QString& script);

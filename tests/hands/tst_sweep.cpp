@@ -34,7 +34,7 @@ void bring(const QWidget& widget)
 QStringList faultsOf(QWidget& shown)
 {
     QStringList faults;
-    const QRect screen = shown.screen()->availableGeometry();
+    const QRect screen = shown.screen()->availableGeometry().adjusted(0, 0, 1, 1); // scaled sizes are rounded up
     if (!screen.contains(shown.window()->frameGeometry()))
         faults += "larger than the screen: " + shown.window()->objectName();
     for (auto* button : shown.findChildren<QAbstractButton*>()) {

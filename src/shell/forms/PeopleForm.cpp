@@ -330,6 +330,8 @@ void PeopleForm::showEmpty()
     controls().cmdNew->setEnabled(true);
     m_people->tabs->setCurrentIndex(0);
     m_people->tabs->setEnabled(false);
+    if (!window()->focusWidget()) // the control that had the focus has gone out of use, the keys with it
+        controls().cmdNew->setFocus();
 }
 
 // The empty state ends, and so does that of a new record.

@@ -24,7 +24,6 @@ void RecordForm::bindControls(const Controls& controls)
 {
     m_controls = controls;
     controls.cmdSave->setEnabled(false);
-    controls.firstField->setFocus(); // where the form opens
     connectRoutine(controls.cmdFirst, &RecordForm::cmdFirst_Click);
     connectRoutine(controls.cmdPrevious, &RecordForm::cmdPrevious_Click);
     connectRoutine(controls.cmdNext, &RecordForm::cmdNext_Click);
@@ -71,6 +70,9 @@ void RecordForm::showEvent(QShowEvent* event)
     Form::showEvent(event);
     if (mRecordCount == 0 && !mNewRecord)
         m_controls->cmdNew->setFocus();
+    else if (!m_opened)
+        m_controls->firstField->setFocus();
+    m_opened = true;
 }
 
 void RecordForm::cmdExit_Click()

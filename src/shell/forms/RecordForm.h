@@ -110,6 +110,7 @@ protected:
 private:
     Table m_table;
     std::optional<Controls> m_controls;
+    bool m_opened = false;
 };
 
 } // namespace orlo
