@@ -75,6 +75,11 @@ struct Counter : QAbstractNativeEventFilter {
     }
 } counter;
 
+// A tip that comes up under the pointer would take the next click.
+struct NoTips : QObject {
+    bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::ToolTip; }
+};
+
 // Does something with the server and returns when the program has got that many more events of the type.
 template <class Action>
 void send(int type, int count, const Action& action)
@@ -121,7 +126,7 @@ void type(const QString& text)
 }
 
 // Comes from a little way off, so that two clicks are a double click only where the script says so.
-void press(QPoint place, unsigned button, int times)
+void moveTo(QPoint place)
 {
     const QPoint away(place.x() < DisplayWidth(server, 0) / 2 ? 23 : -23,
                       place.y() < DisplayHeight(server, 0) / 2 ? 11 : -11);
@@ -129,6 +134,10 @@ void press(QPoint place, unsigned button, int times)
         send(MotionNotify, 1, [=] { XTestFakeMotionEvent(server, -1, at.x(), at.y(), CurrentTime); });
         settle();
     }
+}
+
+void press(unsigned button, int times)
+{
     for (int i = 0; i < 2 * times; ++i) {
         const bool down = i % 2 == 0;
         send(down ? ButtonPress : ButtonRelease, 1,
@@ -143,6 +152,21 @@ Window focusOfServer()
     int revert = 0;
     XGetInputFocus(server, &window, &revert);
     return window;
+}
+
+// The window manager tells of the focus last; until it has, it may still be moving it.
+Window activeOfManager()
+{
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* data = nullptr;
+    XGetWindowProperty(server, DefaultRootWindow(server), XInternAtom(server, "_NET_ACTIVE_WINDOW", False), 0, 1, False,
+                       AnyPropertyType, &type, &format, &count, &left, &data);
+    const Window active = count == 1 ? *reinterpret_cast<Window*>(data) : 0;
+    XFree(data);
+    return active;
 }
 
 // As the window manager does for the button in a window's frame.
@@ -297,9 +321,14 @@ QString focusName()
 
 void click(const std::function<Place()>& find, unsigned button = Button1, int times = 1)
 {
-    const Place place = await(find);
+    Place before;
+    Place place = await(find);
+    while (place && place != before) { // what has just come up may still take its place
+        moveTo(*place);
+        before = std::exchange(place, await(find));
+    }
     expect(place.has_value(), "not to be seen");
-    press(*place, button, times);
+    press(button, times);
     settle();
 }
 
@@ -324,7 +353,8 @@ void awaitKeys()
     const auto ready = [] {
         const auto* window = QGuiApplication::focusWindow();
         const bool blocked = QApplication::activeModalWidget() && window == frame().windowHandle();
-        return QApplication::activePopupWidget() || (window && !blocked && focusOfServer() == window->winId());
+        return QApplication::activePopupWidget() ||
+               (window && !blocked && focusOfServer() == window->winId() && activeOfManager() == window->winId());
     };
     expect(await(ready), "no window takes keys");
 }
@@ -418,6 +448,8 @@ QString runHands(const QString& script)
     QApplication::setDoubleClickInterval(5000); // however slow the machine is
     XkbSetAutoRepeatRate(server, XkbUseCoreKbd, 200, 20);
     qApp->installNativeEventFilter(&counter);
+    NoTips noTips;
+    qApp->installEventFilter(&noTips);
     QString fault;
     const std::unique_ptr<QThread> person(QThread::create([&] { fault = runWords(script); }));
     QEventLoop loop;
