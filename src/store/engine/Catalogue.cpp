@@ -17,8 +17,6 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr char StoredQueries[] = "Stored_Queries";
-
 QString catalogueSource()
 {
     return QStringLiteral("Catalogue");
@@ -93,11 +91,11 @@ std::vector<Index> readIndexes(Connection& connection, const QString& table)
 QStringList namesOf(Connection& connection, const char* type)
 {
     QStringList names;
-    auto rows = connection.statement("SELECT name FROM sqlite_master WHERE type = ?1 AND name NOT LIKE 'sqlite[_]*' "
-                                     "AND name <> 'Stored_Queries' ORDER BY rowid");
+    auto rows = connection.statement("SELECT name FROM sqlite_master WHERE type = ?1 ORDER BY rowid");
     rows.bind(1, Value(QString::fromLatin1(type)));
     while (rows.step())
-        names.append(rows.text(0));
+        if (const QString name = rows.text(0); !isEngineTable(name.toUtf8().constData()))
+            names.append(name);
     return names;
 }
 

@@ -247,9 +247,9 @@ const TableInfo* Connection::table(QStringView name)
     if (const auto known = m_tables.constFind(key); known != m_tables.cend())
         return &known.value();
     auto found = statement("SELECT name, type FROM sqlite_master WHERE type IN ('table', 'view') "
-                           "AND name = ?1 COLLATE NOCASE AND name NOT LIKE 'sqlite[_]*'");
+                           "AND name = ?1 COLLATE NOCASE");
     found.bind(1, Value(name.toString()));
-    if (!found.step() || name.compare(QLatin1String("Stored_Queries"), Qt::CaseInsensitive) == 0)
+    if (!found.step() || isEngineTable(name.toUtf8().constData()))
         return nullptr;
     TableInfo info{found.text(0), found.text(1) == QLatin1String("view"), {}, false};
     if (!info.isQuery) {

@@ -67,6 +67,9 @@ private:
     std::weak_ptr<Connection> m_connection; // set once the table stands in a file
 };
 
+/// The table of a file that keeps the given texts of its stored queries. It is the engine's; no statement names it.
+inline constexpr char StoredQueries[] = "Stored_Queries";
+
 /// A stored query: its name and the text that was given for it.
 struct QueryDef {
     QString name;

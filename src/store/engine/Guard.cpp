@@ -1,6 +1,7 @@
 #include "store/engine/Guard.h"
 
 #include "platform/RuntimeError.h"
+#include "store/engine/Database.h"
 #include "store/engine/Functions.h"
 
 #include <sqlite3.h>
@@ -15,14 +16,14 @@ namespace
 constexpr int StepsBetweenLooks = 1'000'000;
 constexpr int MostLooks = 2000;
 
-// Tables that are the engine's, not the pack's: SQLite's own, its table-like functions, and the texts of queries.
+// What no statement from outside names: the engine's tables and SQLite's table-like functions.
 bool isHidden(const char* table)
 {
     if (!table)
         return false;
     switch (table[0] | 0x20) {
     case 's':
-        return sqlite3_strnicmp(table, "sqlite_", 7) == 0 || sqlite3_stricmp(table, "Stored_Queries") == 0;
+        return isEngineTable(table);
     case 'p':
         return sqlite3_strnicmp(table, "pragma_", 7) == 0;
     case 'j':
@@ -64,6 +65,11 @@ int guard(void* watch, int action, const char* first, const char* second, const 
 }
 
 } // namespace
+
+bool isEngineTable(const char* name)
+{
+    return sqlite3_strnicmp(name, "sqlite_", 7) == 0 || sqlite3_stricmp(name, StoredQueries) == 0;
+}
 
 void Watch::set(sqlite3* db)
 {

@@ -5,6 +5,9 @@ struct sqlite3;
 namespace orlo::store
 {
 
+/// True for the tables of a file that are the engine's and not the pack's, without regard to case.
+[[nodiscard]] bool isEngineTable(const char* name);
+
 /// The watch over a connection's statements: those from outside do only what the dialect offers, and none runs on
 /// without end.
 struct Watch {

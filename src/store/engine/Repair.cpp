@@ -285,7 +285,7 @@ void Salvage::moveRows()
     for (const CatalogueRow& object : m_catalogue) {
         const auto table = std::ranges::find(m_tables, object.name, &TableDef::name);
         const bool counters = object.name == QLatin1String("sqlite_sequence");
-        const bool queries = object.name == QLatin1String("Stored_Queries");
+        const bool queries = object.name == QLatin1String(StoredQueries);
         if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
             continue;
         for (const quint32 page : leavesBelow(object.root)) {

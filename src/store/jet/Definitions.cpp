@@ -182,7 +182,7 @@ Definitions readDefinitions(HelperStream& stream)
     for (const TableDef& table : schema::tables(read.version))
         missing.append(table.name());
     QStringList taken = missing;
-    taken.append(QStringLiteral("Stored_Queries"));
+    taken.append(QString::fromLatin1(StoredQueries));
     for (const QueryDef& query : schema::queries())
         taken.append(query.name);
     for (FormerTable& table : read.tables)
