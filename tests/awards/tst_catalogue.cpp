@@ -112,6 +112,7 @@ private Q_SLOTS:
         test::table({"case", "awards", "script", "label", "live", "award", "text", "option", "focus", "stored"}, R"(
             the first award begins as a segment          | 0 | n                      | Award (New)  | New Save                                 |   |   | optSegment | name |
             Cancel of it leaves nothing                  | 0 | n c                    | None         | New Delete Find                          |   |   | optSegment |      |
+            Cancel of a new one after others    | 3 | n c | Award 3 of 3 | First Previous New Delete Find | C | c | optPin |  | A/Pin/a, B/Pin/b, C/Pin/c
             a second new one waits for a key             | 0 | n c n                  | Award (New)  | New                                      |   |   | optSegment | name |
             and is saved once it is typed                | 0 | n c n InsigniaName=X s | Award 1 of 1 | First Previous New Delete Find           | X |   | optSegment | name | X/Segment/~
             a new one after a new one is one award       | 3 | N n n s                | Award 4 of 4 | First Previous New Delete Find           |   |   | optSegment | name | A/Pin/a, B/Pin/b, C/Pin/c, /Segment/~

@@ -92,6 +92,7 @@ private Q_SLOTS:
             = 3e9               | Big     | 6
             = 1.25              | Born    | 1899-12-31 06:00:00
             = -1.25             | Born    | 1899-12-29 06:00:00
+            = 2958465.9999999   | Born    | 9999-12-31 23:59:59
             1.25                | Size    | 1.25
             two                 | Size    | 3421
             ÄÖÜäö               | Name    | ÄÖÜäö
@@ -128,6 +129,7 @@ private Q_SLOTS:
         QCOMPARE(failureNumber([&] { rows.setValue(u"SID", 1); }), int(platform::UpdateWithoutEdit));
         rows.addNew();
         QVERIFY(rows[u"Mail"].toBool()); // the default, before anything is written
+        QCOMPARE(rows[u"Mail"].toInt32(), -1);
         rows.setValue(u"Name", u"lost");
         QCOMPARE(failureNumber([&] { rows.moveFirst(); }), int(platform::NoCurrentRecord));
         QVERIFY(!rows.editing()); // a move drops the buffer, also one that leads nowhere
