@@ -86,9 +86,9 @@ void BandReader::readRow(std::vector<Row>& rows)
         else if (word == QLatin1String("from"))
             row.left = m_lines.length();
         else if (word == QLatin1String("with"))
-            wanted = QFileInfo::exists(QDir(m_folder).filePath(m_lines.quoted()));
+            wanted = QFileInfo::exists(QDir(m_folder).filePath(m_lines.fileName()));
         else if (word == QLatin1String("without"))
-            wanted = !QFileInfo::exists(QDir(m_folder).filePath(m_lines.quoted()));
+            wanted = !QFileInfo::exists(QDir(m_folder).filePath(m_lines.fileName()));
         else if (word == QLatin1String("shade"))
             row.fill = m_lines.atLength() ? shade(m_lines.percent()) : m_lines.color();
         else if (word == QLatin1String("color"))
@@ -186,7 +186,7 @@ void BandReader::readPicture(Element& element)
     element.width = m_lines.length();
     element.height = m_lines.length();
     const Place place = m_lines.place();
-    const QString path = QDir(m_folder).filePath(m_lines.quoted());
+    const QString path = QDir(m_folder).filePath(m_lines.fileName());
     if (!QFileInfo::exists(path))
         return;
     m_definition.files << path;

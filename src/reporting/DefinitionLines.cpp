@@ -166,6 +166,17 @@ QString DefinitionLines::quoted()
     fail(QStringLiteral("The text's closing quote is missing."));
 }
 
+QString DefinitionLines::fileName()
+{
+    const qsizetype start = m_at;
+    QString name = quoted();
+    if (name.isEmpty() || name.contains(u'/') || name.contains(u'\\')) {
+        m_at = start;
+        fail(QStringLiteral("The file lies in the report's folder: its name alone is wanted."));
+    }
+    return name;
+}
+
 QString DefinitionLines::fieldName()
 {
     const qsizetype close = m_statement.indexOf(u'}', m_at);

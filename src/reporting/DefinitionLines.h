@@ -43,6 +43,8 @@ public:
     void expect(const char* sign);
     /// A text in double quotes, "" for one of them.
     QString quoted();
+    /// The name in quotes of a file in the report's folder.
+    QString fileName();
     /// A name in braces.
     QString fieldName();
     /// A length in points: "4pt", "0.5in", "12mm", "1.2cm"; a bare 0.

@@ -140,7 +140,7 @@ private:
         if (m_includes >= DeepestInclude)
             m_lines->fail(QStringLiteral("Files are included too deeply."));
         const Place place = m_lines->place();
-        const QString name = m_lines->quoted();
+        const QString name = m_lines->fileName();
         QString path = QDir(m_folder).filePath(name);
         if (!QFileInfo(path).isFile()) // a report that was copied without it still has the program's own
             path = QStringLiteral(":/reports/") + name;

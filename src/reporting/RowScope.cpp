@@ -113,14 +113,14 @@ Value RowScope::field(int index) const
 
 Value RowScope::word(Word word) const
 {
-    const Value pages = pageCount > 0 ? Value(pageCount) : Value(QStringLiteral("…"));
+    const auto pages = [&] { return pageCount > 0 ? Value(pageCount) : Value(QStringLiteral("…")); };
     switch (word) {
     case Word::PageNumber:
         return pageNumber;
     case Word::PageCount:
-        return pages;
+        return pages();
     case Word::PageOfPages:
-        return QStringLiteral("Page %1 of %2").arg(pageNumber).arg(displayText(pages));
+        return QStringLiteral("Page %1 of %2").arg(pageNumber).arg(displayText(pages()));
     case Word::PrintDate:
         return Value(m_facts.printDate);
     case Word::PrintTime:

@@ -173,6 +173,7 @@ private Q_SLOTS:
             $let {last_name} = 1\n                                  | 3075 at 5, 5
             source {\nSelect Foo(1) From Scouts\n}\n               | 3075 at 2, 8
             $include "none.inc"\n                                   | 53 at 5, 9
+            $include "../pack.inc"\n                                | 3075 at 5, 9
             $sort Count()\n                                         | 3075 at 5, 6
             $let {C} = Count()\nunique {C}\n                         | 3075 at 5, 11
             $detail {\n text 0 = Count("Page")\n}\n                 | 3075 at 6, 11
