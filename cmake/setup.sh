@@ -3,7 +3,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 program_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-                  libsqlite3-dev mdbtools-dev fonts-dejavu-core lowdown)
+                  libsqlite3-dev mdbtools-dev fonts-dejavu-core)
+manual_packages=(lowdown)
 test_packages=(ccache poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
 package_packages=(qt6-wayland dpkg-dev file)
 check_packages=(debootstrap poppler-utils lintian appstream desktop-file-utils)
@@ -20,6 +21,11 @@ install_missing() { # install_missing PACKAGE...
     [ "$(id -u)" -eq 0 ] || sudo=sudo
     $sudo apt-get update -qq
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+install_program() { # what the program is built of; without the converter it is built without its manual
+    install_missing "${program_packages[@]}"
+    install_missing "${manual_packages[@]}" || echo "The manual's pages are left out: ${manual_packages[*]} can't be had."
 }
 
 build() { # build PRESET "TARGET..." [CMAKE_OPTION...]
