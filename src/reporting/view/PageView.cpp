@@ -161,7 +161,7 @@ void PageView::paintEvent(QPaintEvent* event)
     painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the letters stay black, as under a marker
     auto hit = std::lower_bound(m_hits.begin(), m_hits.end(), first,
                                 [](const TextSpan& span, int page) { return span.page < page; });
-    for (int page = first; page <= last; ++page) {
+    for (int page = first; page <= last && (hit != m_hits.end() || !m_selection.isEmpty()); ++page) {
         const PageText text(*m_document, page);
         paintSpan(painter, text, m_selection.on(page, text), SelectedColor);
         for (; hit != m_hits.end() && hit->page == page; ++hit)
