@@ -132,7 +132,8 @@ private:
         }
         const std::size_t kept = m_flow.kept.size();
         m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
-        ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, false, {})
+        ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, false,
+                     m_progress)
             .run(rows);
         if (m_flow.strips.size() > m_flow.kept[kept].first)
             m_flow.kept[kept].last = m_flow.strips.size();
