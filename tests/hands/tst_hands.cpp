@@ -4,6 +4,8 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
+#include <QDir>
+
 using namespace orlo;
 
 namespace
@@ -94,6 +96,7 @@ titles: marked rows | ID_Pack_Den_Positions dbgDenPositions[0,-1] Delete ?Delete
 titles: a refused row | ID_Pack_Den_Positions dbgDenPositions[0,1] '99999 Alt+f ?Sort_Rank ok ! Alt+c ?Sort_Rank ok ! close ?Sort_Rank ok ! Escape Escape Alt+c ! | Select Count(*) From Den_Titles | 6
 titles: cells copied | ID_Pack_Den_Positions dbgDenPositions[0,1] '77 Return Control+c Down Control+v Down | Select Count(*) From Den_Titles Where Sort_Order = 77 | 2
 years take their first digits | mnuScouts txtYearsInScouts Control+a '.5 txtYearsInOtherPack Control+a '-5 Alt+s | Select Years_In_Scouts, Years_In_Other_Pack From Scouts Where Scout_SID = 1 | 0/0
+a report's window: page, find, copy | mnuRptScoutList cmdView @vwPages Control+g @spnPage '99 Return @vwPages spnPage=1_of_1 Control+f 'birch lblFindState=1_of_1 Escape @vwPages Control+a Control+c Control+w ! cmdCancel mnuScouts tab:Note txtScoutNote Control+a Control+v Alt+s | Select Count(*) From Scouts Where Note Like '*Birch, Bo*' | 1
 )");
 }
 
@@ -108,6 +111,8 @@ void tst_hands::hands()
     for (int attempt = 0; attempt < 2 && found != result; ++attempt) {
         const test::AppFolder folder;
         test::copyLayouts();
+        for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
+            QVERIFY(QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName()));
         if (!empty)
             test::fill(Pack);
         const QString fault = test::runHands(empty ? script.sliced(6) : script);
