@@ -170,7 +170,7 @@ QString DefinitionLines::fileName()
 {
     const qsizetype start = m_at;
     QString name = quoted();
-    if (name.isEmpty() || name.contains(u'/') || name.contains(u'\\')) {
+    if (name.isEmpty() || name.contains(u'/') || name.contains(u'\\') || name.contains(QChar(u'\0'))) {
         m_at = start;
         fail(QStringLiteral("The file lies in the report's folder: its name alone is wanted."));
     }
