@@ -1,185 +1,14 @@
 #include "hands/Hands.h"
 
+#include "hands/Server.h"
 #include "shell/frame/mdiPendrake.h"
 #include "widgets/Form.h"
-
-#include <QtWidgets/QtWidgets>
-
-#include <stdexcept>
-
-#include <X11/XKBlib.h>
-#include <X11/extensions/XTest.h>
-#include <X11/keysym.h>
-#undef Bool
-#undef None
 
 namespace orlo::test
 {
 
 namespace
 {
-
-// ---- What the program's own thread is asked, in whatever event loop it is
-
-template <class F>
-auto ask(const F& question)
-{
-    decltype(question()) answer{};
-    QMetaObject::invokeMethod(
-        qApp, [&] { answer = question(); }, Qt::BlockingQueuedConnection);
-    return answer;
-}
-
-template <class F>
-auto await(const F& question)
-{
-    const QDeadlineTimer end(5000);
-    auto answer = ask(question);
-    for (; !answer && !end.hasExpired(); answer = ask(question))
-        QThread::msleep(2);
-    return answer;
-}
-
-void expect(bool good, const QString& what)
-{
-    if (!good)
-        throw std::runtime_error(what.toStdString());
-}
-
-// Returns when the program has nothing left to do but to wait.
-void settle()
-{
-    for (int i = 0; i < 3; ++i) {
-        const auto idle = std::make_shared<std::atomic<bool>>(false);
-        QMetaObject::invokeMethod(qApp, [idle] { QTimer::singleShot(0, qApp, [idle] { *idle = true; }); });
-        (void)await([idle] { return idle->load(); });
-    }
-}
-
-// ---- Mouse and keyboard
-
-Display* server = nullptr;
-
-// Counts the events that the program gets, by X's numbers, before it does anything about them.
-struct Counter : QAbstractNativeEventFilter {
-    std::atomic<int> of[LASTEvent] = {};
-
-    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override
-    {
-        const auto* bytes = static_cast<const unsigned char*>(message);
-        const int type = bytes[0] & 0x7F; // the first bit tells of events that another client sent
-        const int number = type == GenericEvent ? bytes[8] | bytes[9] << 8 : type;
-        if (number < LASTEvent) // extensions' events have numbers beyond
-            ++of[number];
-        return false;
-    }
-} counter;
-
-// A tip that comes up under the pointer would take the next click.
-struct NoTips : QObject {
-    bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::ToolTip; }
-};
-
-// Does something with the server and returns when the program has got that many more events of the type.
-template <class Action>
-void send(int type, int count, const Action& action)
-{
-    const int before = counter.of[type];
-    action();
-    XSync(server, False);
-    for (const QDeadlineTimer end(10000); counter.of[type] < before + count; QThread::msleep(1))
-        expect(!end.hasExpired(), "the program gets no event");
-}
-
-// The key last, before it those that are held meanwhile.
-QList<KeySym> keysOf(const QString& word)
-{
-    static const QMap<QString, QString> sided{{"Shift", "Shift_L"}, {"Control", "Control_L"}, {"Alt", "Alt_L"}};
-    QList<KeySym> keys;
-    for (const QString& name : word.split('+'))
-        keys += XStringToKeysym(qPrintable(sided.value(name, name)));
-    return keys;
-}
-
-void change(KeySym key, bool down)
-{
-    XTestFakeKeyEvent(server, XKeysymToKeycode(server, key), down ? True : False, CurrentTime);
-}
-
-void strike(const QList<KeySym>& keys)
-{
-    send(KeyRelease, static_cast<int>(keys.size()), [&] {
-        for (const KeySym key : keys)
-            change(key, true);
-        for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-            change(*key, false);
-    });
-}
-
-void type(const QString& text)
-{
-    for (const QChar letter : text) {
-        const KeySym key = letter.unicode(); // those of Latin-1 are their own names
-        const bool plain = XkbKeycodeToKeysym(server, XKeysymToKeycode(server, key), 0, 0) == key;
-        strike(plain ? QList<KeySym>{key} : QList<KeySym>{XK_Shift_L, key});
-    }
-}
-
-// Comes from a little way off, so that two clicks are a double click only where the script says so.
-void moveTo(QPoint place)
-{
-    const QPoint away(place.x() < DisplayWidth(server, 0) / 2 ? 23 : -23,
-                      place.y() < DisplayHeight(server, 0) / 2 ? 11 : -11);
-    for (const QPoint at : {place + away, place}) {
-        send(MotionNotify, 1, [=] { XTestFakeMotionEvent(server, -1, at.x(), at.y(), CurrentTime); });
-        settle();
-    }
-}
-
-void press(unsigned button, int times)
-{
-    for (int i = 0; i < 2 * times; ++i) {
-        const bool down = i % 2 == 0;
-        send(down ? ButtonPress : ButtonRelease, 1,
-             [=] { XTestFakeButtonEvent(server, button, down ? True : False, CurrentTime); });
-        settle();
-    }
-}
-
-Window focusOfServer()
-{
-    Window window = 0;
-    int revert = 0;
-    XGetInputFocus(server, &window, &revert);
-    return window;
-}
-
-// The window manager tells of the focus last; until it has, it may still be moving it.
-Window activeOfManager()
-{
-    Atom type = 0;
-    int format = 0;
-    unsigned long count = 0;
-    unsigned long left = 0;
-    unsigned char* data = nullptr;
-    XGetWindowProperty(server, DefaultRootWindow(server), XInternAtom(server, "_NET_ACTIVE_WINDOW", False), 0, 1, False,
-                       AnyPropertyType, &type, &format, &count, &left, &data);
-    const Window active = count == 1 ? *reinterpret_cast<Window*>(data) : 0;
-    XFree(data);
-    return active;
-}
-
-// As the window manager does for the button in a window's frame.
-void closeByFrame()
-{
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = focusOfServer();
-    event.xclient.message_type = XInternAtom(server, "WM_PROTOCOLS", False);
-    event.xclient.format = 32;
-    event.xclient.data.l[0] = static_cast<long>(XInternAtom(server, "WM_DELETE_WINDOW", False));
-    send(ClientMessage, 1, [&] { XSendEvent(server, event.xclient.window, False, NoEventMask, &event); });
-}
 
 // ---- What can be seen
 
@@ -228,10 +57,8 @@ using Place = std::optional<QPoint>;
 // A window that has just come up, or is being moved, may still be elsewhere than the program believes.
 bool standsWhereItSeems(const QWidget& window)
 {
-    QPoint place;
-    Window below = 0;
-    XTranslateCoordinates(server, window.winId(), DefaultRootWindow(server), 0, 0, &place.rx(), &place.ry(), &below);
-    return (place - window.mapToGlobal(QPoint()) * window.devicePixelRatio()).manhattanLength() <= 2; // it rounds
+    return (placeOfWindow(window.winId()) - window.mapToGlobal(QPoint()) * window.devicePixelRatio())
+               .manhattanLength() <= 2; // it rounds
 }
 
 Place middle(const QWidget* widget, QRect part)
@@ -319,7 +146,7 @@ QString focusName()
 
 // ---- The words
 
-void click(const std::function<Place()>& find, unsigned button = Button1, int times = 1)
+void click(const std::function<Place()>& find, unsigned button = 1, int times = 1)
 {
     Place before;
     Place place = await(find);
@@ -364,17 +191,15 @@ void step(const QString& word)
     const QString rest = word.sliced(1).replace('_', ' ');
     const QString text = word.section('=', 1).replace('_', ' ');
     const auto shows = [&, name = word.section('=', 0, 0)] { return shown(name) ? textOf(*shown(name)) : "nothing"; };
-    const bool keys = word.startsWith('\'') || word.endsWith('~') || !keysOf(word).contains(NoSymbol);
+    const bool keys = word.startsWith('\'') || word.endsWith('~') || areKeys(word);
     if (keys || word == "close")
         awaitKeys();
     if (word.startsWith('\''))
         type(rest);
-    else if (word.endsWith('~')) {
-        const KeySym key = keysOf(word.chopped(1)).last();
-        send(KeyPress, 10, [=] { change(key, true); });
-        send(KeyRelease, 1, [=] { change(key, false); });
-    } else if (keys)
-        strike(keysOf(word));
+    else if (word.endsWith('~'))
+        hold(word.chopped(1));
+    else if (keys)
+        strike(word);
     else if (word == "close")
         closeByFrame();
     else if (word.startsWith('@'))
@@ -389,10 +214,9 @@ void step(const QString& word)
     else if (const auto* command = ask([&] { return frame().findChild<QAction*>(word); }))
         openByMenus(command);
     else if (const QString wheel = word.section(':', 0, 0); wheel == "up" || wheel == "down")
-        click([&] { return placeOf(word.section(':', 1)); }, wheel == "up" ? Button4 : Button5);
+        click([&] { return placeOf(word.section(':', 1)); }, wheel == "up" ? 4 : 5);
     else
-        click([&] { return placeOf(word.startsWith("2:") ? word.sliced(2) : word); }, Button1,
-              word.startsWith("2:") ? 2 : 1);
+        click([&] { return placeOf(word.startsWith("2:") ? word.sliced(2) : word); }, 1, word.startsWith("2:") ? 2 : 1);
 }
 
 // A button that an access key presses stays down for a moment before it does its work.
@@ -444,20 +268,14 @@ QString runWords(const QString& script)
 
 QString runHands(const QString& script)
 {
-    server = XOpenDisplay(nullptr);
+    const Server server;
     QApplication::setDoubleClickInterval(5000); // however slow the machine is
-    XkbSetAutoRepeatRate(server, XkbUseCoreKbd, 200, 20);
-    qApp->installNativeEventFilter(&counter);
-    NoTips noTips;
-    qApp->installEventFilter(&noTips);
     QString fault;
     const std::unique_ptr<QThread> person(QThread::create([&] { fault = runWords(script); }));
     QEventLoop loop;
     QObject::connect(person.get(), &QThread::finished, &loop, &QEventLoop::quit);
     person->start();
     loop.exec();
-    qApp->removeNativeEventFilter(&counter);
-    XCloseDisplay(server);
     return fault;
 }
 

@@ -13,9 +13,9 @@ namespace orlo::test
 /// blank.
 ///
 ///     mnuScouts       opens a menu command by the menus      cmdSave         clicks a control; 2:name twice
-///     lbScouts[1]     clicks a row of a list or of a box's open list, a cell [2,1] of a grid, a row of it by its head [2,-1]
-///     tab:Note        clicks a page's tab                    yes no ok       clicks that button of the message box
-///     up:name         turns the wheel over a control; down:name   close      closes the active window by its frame
+///     lbScouts[1]     clicks a row of a list or of a box's open list, a cell [2,1] of a grid, a row of it by its head
+///     [2,-1] tab:Note        clicks a page's tab                    yes no ok       clicks that button of the message
+///     box up:name         turns the wheel over a control; down:name   close      closes the active window by its frame
 ///     Tab Alt+s F4    presses keys, as X names them          Escape~         holds a key until it came ten times
 ///     'text           types                                  @name           asks whether the focus is there
 ///     ?text           asks whether a box says that, from its beginning on;   ! that no box does

@@ -1,0 +1,179 @@
+#include "hands/Server.h"
+
+#include <X11/XKBlib.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+#undef Bool
+#undef None
+
+namespace orlo::test
+{
+
+namespace
+{
+
+Display* server = nullptr;
+
+// Counts the events that the program gets, by X's numbers, before it does anything about them.
+struct Counter : QAbstractNativeEventFilter {
+    std::atomic<int> of[LASTEvent] = {};
+
+    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override
+    {
+        const auto* bytes = static_cast<const unsigned char*>(message);
+        const int type = bytes[0] & 0x7F; // the first bit tells of events that another client sent
+        const int number = type == GenericEvent ? bytes[8] | bytes[9] << 8 : type;
+        if (number < LASTEvent) // extensions' events have numbers beyond
+            ++of[number];
+        return false;
+    }
+} counter;
+
+// A tip that comes up under the pointer would take the next click.
+struct NoTips : QObject {
+    bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::ToolTip; }
+} noTips;
+
+// Does something with the server and returns when the program has got that many more events of the type.
+template <class Action>
+void send(int type, int count, const Action& action)
+{
+    const int before = counter.of[type];
+    action();
+    XSync(server, False);
+    for (const QDeadlineTimer end(10000); counter.of[type] < before + count; QThread::msleep(1))
+        expect(!end.hasExpired(), "the program gets no event");
+}
+
+// The key last, before it those that are held meanwhile.
+QList<KeySym> keysOf(const QString& word)
+{
+    static const QMap<QString, QString> sided{{"Shift", "Shift_L"}, {"Control", "Control_L"}, {"Alt", "Alt_L"}};
+    QList<KeySym> keys;
+    for (const QString& name : word.split('+'))
+        keys += XStringToKeysym(qPrintable(sided.value(name, name)));
+    return keys;
+}
+
+void change(KeySym key, bool down)
+{
+    XTestFakeKeyEvent(server, XKeysymToKeycode(server, key), down ? True : False, CurrentTime);
+}
+
+void strikeKeys(const QList<KeySym>& keys)
+{
+    send(KeyRelease, static_cast<int>(keys.size()), [&] {
+        for (const KeySym key : keys)
+            change(key, true);
+        for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+            change(*key, false);
+    });
+}
+
+} // namespace
+
+Server::Server()
+{
+    server = XOpenDisplay(nullptr);
+    XkbSetAutoRepeatRate(server, XkbUseCoreKbd, 200, 20);
+    qApp->installNativeEventFilter(&counter);
+    qApp->installEventFilter(&noTips);
+}
+
+Server::~Server()
+{
+    qApp->removeEventFilter(&noTips);
+    qApp->removeNativeEventFilter(&counter);
+    XCloseDisplay(server);
+}
+
+bool areKeys(const QString& word)
+{
+    return !keysOf(word).contains(NoSymbol);
+}
+
+void strike(const QString& word)
+{
+    strikeKeys(keysOf(word));
+}
+
+void hold(const QString& key)
+{
+    const KeySym held = keysOf(key).last();
+    send(KeyPress, 10, [=] { change(held, true); });
+    send(KeyRelease, 1, [=] { change(held, false); });
+}
+
+void type(const QString& text)
+{
+    for (const QChar letter : text) {
+        const KeySym key = letter.unicode(); // those of Latin-1 are their own names
+        const bool plain = XkbKeycodeToKeysym(server, XKeysymToKeycode(server, key), 0, 0) == key;
+        strikeKeys(plain ? QList<KeySym>{key} : QList<KeySym>{XK_Shift_L, key});
+    }
+}
+
+// Comes from a little way off, so that two clicks are a double click only where the script says so.
+void moveTo(QPoint place)
+{
+    const QPoint away(place.x() < DisplayWidth(server, 0) / 2 ? 23 : -23,
+                      place.y() < DisplayHeight(server, 0) / 2 ? 11 : -11);
+    for (const QPoint at : {place + away, place}) {
+        send(MotionNotify, 1, [=] { XTestFakeMotionEvent(server, -1, at.x(), at.y(), CurrentTime); });
+        settle();
+    }
+}
+
+void press(unsigned button, int times)
+{
+    for (int i = 0; i < 2 * times; ++i) {
+        const bool down = i % 2 == 0;
+        send(down ? ButtonPress : ButtonRelease, 1,
+             [=] { XTestFakeButtonEvent(server, button, down ? True : False, CurrentTime); });
+        settle();
+    }
+}
+
+WId focusOfServer()
+{
+    Window window = 0;
+    int revert = 0;
+    XGetInputFocus(server, &window, &revert);
+    return window;
+}
+
+// The window manager tells of the focus last; until it has, it may still be moving it.
+WId activeOfManager()
+{
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* data = nullptr;
+    XGetWindowProperty(server, DefaultRootWindow(server), XInternAtom(server, "_NET_ACTIVE_WINDOW", False), 0, 1, False,
+                       AnyPropertyType, &type, &format, &count, &left, &data);
+    const Window active = count == 1 ? *reinterpret_cast<Window*>(data) : 0;
+    XFree(data);
+    return active;
+}
+
+void closeByFrame()
+{
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = focusOfServer();
+    event.xclient.message_type = XInternAtom(server, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(server, "WM_DELETE_WINDOW", False));
+    send(ClientMessage, 1, [&] { XSendEvent(server, event.xclient.window, False, NoEventMask, &event); });
+}
+
+QPoint placeOfWindow(WId window)
+{
+    QPoint place;
+    Window below = 0;
+    XTranslateCoordinates(server, window, DefaultRootWindow(server), 0, 0, &place.rx(), &place.ry(), &below);
+    return place;
+}
+
+} // namespace orlo::test
