@@ -82,7 +82,7 @@ void centreOnOwner(QWidget& form)
     const int most = room.height() - form.style()->pixelMetric(QStyle::PM_TitleBarHeight);
     if (form.layout() && form.height() > most) { // its lists give way
         form.layout()->setSizeConstraint(QLayout::SetNoConstraint);
-        form.setFixedSize(form.width(), most);
+        form.setFixedSize(form.width(), std::max(most, form.layout()->totalMinimumSize().height()));
     }
     QRect place = form.rect();
     place.moveCenter(owner ? owner->window()->geometry().center() : room.center());
