@@ -214,8 +214,10 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
 
 void BoundGrid::keyPressEvent(QKeyEvent* event)
 {
-    // While the window isn't the active one, the keys that follow the one that opened an editor still come here.
-    if (QWidget* editor = cellEditor(); editor && !editor->hasFocus() && !m_passingOn) {
+    // While the window isn't the active one, the keys that follow the one that opened an editor still come here. What
+    // an editor with the focus has had and not taken, such as Enter, doesn't go back to it.
+    const bool isText = !event->text().isEmpty() && event->text().front().isPrint();
+    if (QWidget* editor = cellEditor(); editor && (isText || !editor->hasFocus()) && !m_passingOn) {
         const QScopedValueRollback guard(m_passingOn, true);
         QCoreApplication::sendEvent(editor, event);
         return;
