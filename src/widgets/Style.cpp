@@ -1,5 +1,6 @@
 #include "widgets/Style.h"
 
+#include "widgets/CellMargin.h"
 #include "widgets/Glyphs.h"
 #include "widgets/TextBox.h"
 
@@ -24,7 +25,6 @@ constexpr int PaleHighlight = 30; // percent of the highlight over the ground
 constexpr int FocusFrame = 2;
 constexpr int ButtonRoom = 12; // beside a button's text, its frame included
 constexpr int CellRoom = 5;    // beside a cell's text
-constexpr int HeadingRoom = 3; // more beside a heading's, so that it stands over the cells' texts
 
 // Whether a list or one of its cells' editors has the focus.
 bool hasFocusWithin(const QWidget* widget)

@@ -280,7 +280,7 @@ int TextGrid::minimumWidthOf(int col) const
     int width = col == 0 ? metrics.horizontalAdvance(u'X') : 0;
     for (const QString& word : m_model->text(0, col).split(u' '))
         width = std::max(width, metrics.horizontalAdvance(word));
-    return width + 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader());
+    return width + 2 * (style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader()) + HeadingRoom);
 }
 
 void TextGrid::fitHeadings()
@@ -304,7 +304,7 @@ void TextGrid::applyHeights()
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();
     int height = std::max(line, twipsToPixels(m_headerHeight, this));
     for (int col = 0; col < cols(); ++col)
-        if (const QRect room(0, 0, columnWidth(col) - 2 * margin, QWIDGETSIZE_MAX); room.width() > 0)
+        if (const QRect room(0, 0, columnWidth(col) - 2 * (margin + HeadingRoom), QWIDGETSIZE_MAX); room.width() > 0)
             height = std::max(height, metrics.boundingRect(room, Qt::TextWordWrap, m_model->text(0, col)).height() +
                                           2 * margin);
     horizontalHeader()->setFixedHeight(height);

@@ -85,7 +85,8 @@ QPixmap Driver::grab(QWidget& widget)
         if (qobject_cast<QMdiSubWindow*>(outer))
             return outer->grab();
     const QRect frame = widget.frameGeometry();
-    if (!widget.isWindow() || frame.size() == widget.size())
+    const bool managed = QGuiApplication::platformName() != QLatin1String("offscreen");
+    if (!managed || !widget.isWindow() || frame.size() == widget.size())
         return widget.grab();
     return widget.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height());
 }
