@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -55,7 +56,8 @@ Form* formOf(const QWidget* widget)
     return nullptr;
 }
 
-// On X11 a combo box gives its value as its accessible name; what it is for stands in its description then.
+// On X11 a combo box gives its value as its accessible name; what it is for stands in its description then. The line of
+// an editable one has the focus, but no label.
 void describeComboBoxes(const QWidget& form)
 {
     const auto boxes = form.findChildren<QComboBox*>();
@@ -67,6 +69,8 @@ void describeComboBoxes(const QWidget& form)
             name = (*label)->text().remove(u'&').remove(u':');
         if (box->accessibleDescription().isEmpty())
             box->setAccessibleDescription(name);
+        if (QLineEdit* line = box->lineEdit(); line && line->accessibleName().isEmpty())
+            line->setAccessibleName(name);
     }
 }
 

@@ -33,6 +33,8 @@ QVariant TextGridModel::headerData(int section, Qt::Orientation orientation, int
         return {};
     if (role == Qt::DisplayRole)
         return text(0, section);
+    if (role == Qt::AccessibleTextRole) // a heading may have no text
+        return text(0, section).isEmpty() ? tr("Column %1").arg(section + 1) : text(0, section);
     if (role == Qt::TextAlignmentRole)
         return int(m_alignments[std::size_t(section)] | Qt::AlignVCenter) | int(Qt::TextWordWrap);
     return {};

@@ -49,7 +49,7 @@ void ZoomBox::showZoom()
                                                                : percent;
     setCurrentIndex(findText(text));
     setEditText(text);
-    setAccessibleDescription(percent);
+    setAccessibleDescription(tr("Zoom, %1").arg(percent)); // on X11 its name is its choice
 }
 
 void ZoomBox::takeZoom(const QString& text)

@@ -24,6 +24,11 @@ void RecordForm::bindControls(const Controls& controls)
 {
     m_controls = controls;
     controls.cmdSave->setEnabled(false);
+    QLabel& info = *controls.lblRecordInfo;
+    const QString none = info.text();
+    info.setText(QStringLiteral("%1 12345 of 12345").arg(m_table.noun)); // the longest; keys have five digits
+    info.setMinimumWidth(std::max(info.minimumWidth(), info.sizeHint().width()));
+    info.setText(none);
     connectRoutine(controls.cmdFirst, &RecordForm::cmdFirst_Click);
     connectRoutine(controls.cmdPrevious, &RecordForm::cmdPrevious_Click);
     connectRoutine(controls.cmdNext, &RecordForm::cmdNext_Click);
