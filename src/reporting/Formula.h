@@ -66,12 +66,15 @@ struct FormulaNode {
         QString group;        ///< "" for the rows around the place where it stands
         bool running = false; ///< only up to the row that it stands in
     };
+    /// The argument before it once more: a value alone in a list is both ends of a range.
+    struct Again {
+    };
     /// The only child in another row.
     struct Neighbour {
         int offset; ///< -1 for the row before, 1 for the next
     };
 
-    std::variant<Literal, Field, NamedWord, Call, Connected, Choice, Summarised, Neighbour> part;
+    std::variant<Literal, Field, NamedWord, Call, Connected, Choice, Again, Summarised, Neighbour> part;
     Type type = Type::Any;
     Place place;
     int depth = 1;

@@ -40,6 +40,7 @@ struct Evaluation {
     {
         return part.word == Word::NewLine ? Value(u"\n") : scope.word(part.word);
     }
+    Value operator()(const FormulaNode::Again&) const { return {}; } // what it is a copy of is computed by the call
     Value operator()(const FormulaNode::Summarised&) const { return scope.summary(node); }
     Value operator()(const FormulaNode::Neighbour& part) const
     {
@@ -50,7 +51,8 @@ struct Evaluation {
     {
         QVarLengthArray<Value, UsualArguments> arguments;
         for (const FormulaNode& argument : node.children) {
-            arguments.push_back(evaluateNode(argument, scope));
+            const bool again = argument.as<FormulaNode::Again>() != nullptr;
+            arguments.push_back(again ? Value(arguments.back()) : evaluateNode(argument, scope));
             if (arguments.back().isNull() && !part.function->takesNull)
                 return {};
         }

@@ -219,7 +219,7 @@ private:
     {
         parts.push_back(joined());
         const bool isRange = acceptWord("to");
-        parts.push_back(isRange ? joined() : FormulaNode(parts.back()));
+        parts.push_back(isRange ? joined() : made(FormulaNode::Again{}, parts.back().type, parts.back().place));
         return isRange;
     }
 

@@ -1,5 +1,7 @@
 #include "reporting/RowOrder.h"
 
+#include "store/engine/Text.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -23,10 +25,10 @@ bool hasSummary(const SortKey& key)
     return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
 }
 
-/// Texts are folded once, not in each comparison.
+/// The store's order of texts is worked out once for each, not in each comparison.
 Value sortable(const Value& value)
 {
-    return value.isText() ? Value(value.toText().toCaseFolded()) : value;
+    return value.isText() ? Value(store::sortKey(value.toText())) : value;
 }
 
 /// Null comes first, as it does in the store's own order.

@@ -88,8 +88,9 @@ private:
         QStringList parts;
         const auto value = operand(node.children[0]);
         for (std::size_t i = 1; i + 1 < node.children.size(); i += 2) {
+            const bool single = node.children[i + 1].as<FormulaNode::Again>() != nullptr;
             const Written from = compared(value, QLatin1StringView(">="), operand(node.children[i]));
-            const Written to = compared(value, QLatin1StringView("<="), operand(node.children[i + 1]));
+            const Written to = compared(value, QLatin1StringView("<="), operand(node.children[single ? i : i + 1]));
             if (!from || !to)
                 return std::nullopt;
             parts << QString(*from + QLatin1StringView(" And ") + *to);

@@ -1,5 +1,6 @@
 #include "reporting/Formula.h"
 #include "reporting/Selection.h"
+#include "store/engine/Text.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -56,7 +57,6 @@ private Q_SLOTS:
     void computes_data()
     {
         test::table({"text", "result"}, test::contents(ORLO_SOURCE_DIR "/tests/reports/formulas.txt").constData());
-        ;
     }
     void computes()
     {
@@ -140,6 +140,28 @@ private Q_SLOTS:
         for (int i = 0; i < 300; ++i)
             text = QStringLiteral("1 + 1 - 1 + ") + text;
         QVERIFY_THROWS_EXCEPTION(ReportError, Formula{text});
+
+        text = QStringLiteral("1 = 1"); // lists in lists are as large as they are written
+        for (int i = 0; i < 15; ++i)
+            text = "true in [(" + text + ")]";
+        int nodes = 0;
+        QVERIFY(!bound(text).any([&](const FormulaNode&) { return ++nodes > 100; }));
+        QVERIFY(bound(text).holds(Row()));
+    }
+
+    /// The keys of a sort stand in the order of the store's comparison, and group what it puts side by side.
+    void sortsAsTheStore()
+    {
+        const QStringList texts{"z", "Zorn", "Ångström", "a",          "Ä",      "á",       "Ae",      "æ",
+                                "Ø", "o",    "Straße",   "strasse",    "straßf", "STRASSE", "",        "й",
+                                "и", "ά",    "α",        "\U0001F600", "Ａ",     "ａ",      "a\u0301b"};
+        for (const QString& a : texts)
+            for (const QString& b : texts) {
+                const auto sign = [](int order) { return order < 0 ? -1 : int(order > 0); };
+                const QString what = a + " " + b;
+                QCOMPARE(what + QString::number(sign(store::sortKey(a).compare(store::sortKey(b)))),
+                         what + QString::number(sign(store::compareText(a, b))));
+            }
     }
 };
 

@@ -10,6 +10,9 @@ namespace orlo::store
 /// Compares two texts as the engine does everywhere: without regard to case, beyond ASCII too, accented letters beside
 /// their plain ones. Texts that only their accents tell apart aren't equal.
 [[nodiscard]] int compareText(QStringView a, QStringView b);
+/// A key to sort many texts by: keys compare by code unit as compareText() compares their texts. Only texts that are
+/// the same once their case is folded share one.
+[[nodiscard]] QString sortKey(QStringView text);
 /// True for two names of one field, table or index, whatever their case.
 [[nodiscard]] bool sameName(QStringView a, QStringView b);
 /// True if the text matches the pattern of Like: '*', '?', '#' (a digit), '[a-z]', '[!a-z]', without regard to case.
