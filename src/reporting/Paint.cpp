@@ -12,6 +12,12 @@ namespace orlo::reports
 namespace
 {
 
+/// A place in whole typesetting units: an eye doesn't see the rest, and a PDF file would spell it out digit by digit.
+QPointF onGrid(QPointF place)
+{
+    return {std::round(place.x() * UnitsPerPoint), std::round(place.y() * UnitsPerPoint)};
+}
+
 /// Draws a page's items in typesetting units. Each change of pen is written into a PDF file, so lines and outlines are
 /// gathered by pen, and the texts come last, above everything.
 class PageDrawing
@@ -33,12 +39,12 @@ public:
 
     void operator()(const LineItem& item)
     {
-        strokes(item.color, item.width).lines.append({item.from * UnitsPerPoint, item.to * UnitsPerPoint});
+        strokes(item.color, item.width).lines.append({onGrid(item.from), onGrid(item.to)});
     }
 
     void operator()(const BoxItem& item)
     {
-        const QRectF box(item.box.topLeft() * UnitsPerPoint, item.box.size() * UnitsPerPoint);
+        const QRectF box(onGrid(item.box.topLeft()), onGrid(item.box.bottomRight()));
         if (item.fill.alpha() > 0) {
             drawStrokes(); // it covers those before it and no others
             m_painter.fillRect(box, item.fill);
@@ -87,7 +93,7 @@ private:
         if (!m_color.isValid() || m_color != item.color)
             m_painter.setPen(item.color);
         m_color = item.color;
-        QPointF start(item.box.left() * UnitsPerPoint, item.box.top() * UnitsPerPoint + face.ascent);
+        QPointF start = onGrid(item.box.topLeft()) + QPointF(0, std::round(face.ascent));
         if (!item.text.contains(u'\n')) {
             m_painter.drawText(start, item.text);
             return;

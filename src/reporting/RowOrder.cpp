@@ -39,6 +39,9 @@ int ordered(const Value& a, const Value& b, Place place)
     if (const auto* left = std::get_if<QString>(&a.data()))
         if (const auto* right = std::get_if<QString>(&b.data()))
             return left->compare(*right);
+    if (const auto* left = std::get_if<bool>(&a.data()))
+        if (const auto* right = std::get_if<bool>(&b.data()))
+            return int(*left) - int(*right);
     // A column of a union may mix kinds: numbers stand before dates, dates before texts.
     const auto rank = [](const Value& value) { return value.isText() ? 2 : value.isDate() ? 1 : 0; };
     return rank(a) != rank(b) ? rank(a) - rank(b) : compareValues(a, b, place);
