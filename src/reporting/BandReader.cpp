@@ -86,9 +86,9 @@ void BandReader::readRow(std::vector<Row>& rows)
         else if (word == QLatin1String("from"))
             row.left = m_lines.length();
         else if (word == QLatin1String("with"))
-            wanted = QFileInfo::exists(QDir(m_folder).filePath(m_lines.fileName()));
+            wanted = QFileInfo::exists(wantedFile());
         else if (word == QLatin1String("without"))
-            wanted = !QFileInfo::exists(QDir(m_folder).filePath(m_lines.fileName()));
+            wanted = !QFileInfo::exists(wantedFile());
         else if (word == QLatin1String("shade"))
             row.fill = m_lines.atLength() ? shade(m_lines.percent()) : m_lines.color();
         else if (word == QLatin1String("color"))
@@ -178,6 +178,15 @@ void BandReader::readText(Element& element)
     element.formula = m_lines.assigned();
 }
 
+/// A file of the report's folder. It is noted even where it isn't there: the report is another one once it is.
+QString BandReader::wantedFile()
+{
+    QString path = QDir(m_folder).filePath(m_lines.fileName());
+    if (!m_definition.files.contains(path))
+        m_definition.files << path;
+    return path;
+}
+
 /// A picture that isn't there takes no room: a pack without a mark of its own needs no other report.
 void BandReader::readPicture(Element& element)
 {
@@ -186,10 +195,9 @@ void BandReader::readPicture(Element& element)
     element.width = m_lines.length();
     element.height = m_lines.length();
     const Place place = m_lines.place();
-    const QString path = QDir(m_folder).filePath(m_lines.fileName());
+    const QString path = wantedFile();
     if (!QFileInfo::exists(path))
         return;
-    m_definition.files << path;
     QImage picture;
     if (QFileInfo(path).size() > LargestPicture || !picture.load(path)) {
         m_definition.warnings << toldWithPlace(QStringLiteral("The picture can't be read."), place, {});

@@ -24,6 +24,7 @@ private:
     void readLine(Row& row, const QString& word);
     Element readElement(const QString& word);
     void readText(Element& element);
+    QString wantedFile();
     void readPicture(Element& element);
     void readRows(Element& element);
 

@@ -159,7 +159,7 @@ struct Definition {
     std::vector<std::pair<QString, std::shared_ptr<Definition>>> subreports;
 
     std::vector<QImage> pictures;
-    QStringList files;    ///< paths of what was read: the report's own file, included ones, pictures
+    QStringList files;    ///< paths of what was read or looked for: the report's own file, included ones, pictures
     QStringList warnings; ///< of the reading
 
     /// A style's place by its name; -1 for an unknown one.

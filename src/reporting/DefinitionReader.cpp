@@ -53,21 +53,30 @@ public:
     {
         if (!styles.empty())
             m_definition.styles = std::move(styles);
+        try {
+            readStatements(nested);
+            return check();
+        } catch (const ReportError& error) {
+            throw error.having(m_definition.files);
+        }
+    }
+
+private:
+    void readStatements(bool nested)
+    {
         while (m_lines->next()) {
             if (m_lines->closes()) {
                 if (!nested)
                     m_lines->fail(QStringLiteral("This brace closes nothing."));
                 m_lines->close();
-                return check();
+                return;
             }
             statement(m_lines->word());
         }
         if (nested)
             m_lines->fail(QStringLiteral("The block's closing brace is missing."));
-        return check();
     }
 
-private:
     Definition check()
     {
         if (m_definition.source.query.isEmpty())
@@ -142,13 +151,13 @@ private:
         const Place place = m_lines->place();
         const QString name = m_lines->fileName();
         QString path = QDir(m_folder).filePath(name);
+        m_definition.files << path;
         if (!QFileInfo(path).isFile()) // a report that was copied without it still has the program's own
             path = QStringLiteral(":/reports/") + name;
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly) || file.size() > LargestFile)
             throw ReportError(platform::FileNotFound, QStringLiteral("The file \"%1\" can't be found.").arg(name),
                               place);
-        m_definition.files << path;
         const auto [text, isUtf8] = textOf(file.readAll());
         if (!isUtf8)
             m_definition.warnings << notUtf8(name);

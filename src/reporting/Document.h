@@ -80,7 +80,7 @@ struct Document {
     std::vector<QStringList> rows;
     std::vector<DataBlock> blocks;
     QStringList warnings; ///< what looks wrong on the paper, a sentence each; the pages stand nevertheless
-    QStringList files;    ///< paths of all files that the run read: the report's own, what it includes, pictures
+    QStringList files; ///< paths of what the run read or looked for: the report's own file, what it includes, pictures
     bool complete = true; ///< false for the first page alone, while the rest is being laid out
 };
 

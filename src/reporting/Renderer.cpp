@@ -299,7 +299,7 @@ std::optional<Document> render(const Definition& definition, const RunRequest& r
     } catch (const ReportError& error) {
         if (request.reportFile.isEmpty())
             throw;
-        throw error.inFile(nameOf(request.reportFile));
+        throw error.inFile(nameOf(request.reportFile)).having(definition.files);
     }
 }
 

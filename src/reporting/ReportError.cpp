@@ -30,7 +30,14 @@ ReportError::ReportError(int number, QString message, Place place, QString file)
 
 ReportError ReportError::inFile(const QString& file) const
 {
-    return m_file.isEmpty() ? ReportError(number(), m_message, m_place, file) : *this;
+    return m_file.isEmpty() ? ReportError(number(), m_message, m_place, file).having(m_files) : *this;
+}
+
+ReportError ReportError::having(const QStringList& files) const
+{
+    ReportError told(*this);
+    told.m_files << files;
+    return told;
 }
 
 ReportError ReportError::atRecord(std::size_t record) const

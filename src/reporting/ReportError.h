@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace orlo::reports
 {
@@ -32,15 +33,21 @@ public:
     [[nodiscard]] const QString& message() const { return m_message; }
     [[nodiscard]] const QString& file() const { return m_file; }
     [[nodiscard]] Place place() const { return m_place; }
+    /// The paths of the files that had been read, or were looked for, when the run failed.
+    [[nodiscard]] const QStringList& files() const { return m_files; }
     /// The same failure, told of a file; a failure that names one already stays as it is.
     [[nodiscard]] ReportError inFile(const QString& file) const;
     /// The same failure, told of a record, counted from 1 in the order of the report; only what lies in the data is.
     [[nodiscard]] ReportError atRecord(std::size_t record) const;
 
+    /// The same failure with more of files().
+    [[nodiscard]] ReportError having(const QStringList& files) const;
+
 private:
     QString m_message;
     QString m_file;
     Place m_place;
+    QStringList m_files;
     bool m_hasRecord = false;
 };
 

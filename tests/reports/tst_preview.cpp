@@ -232,6 +232,31 @@ private Q_SLOTS:
         QVERIFY(firstHit(hebrew, "שלום").left() > firstHit(hebrew, "עולם").right());
     }
 
+    /// Other pages take the place of those that were searched, fewer or more; the reader's place stays.
+    void findsInOtherPages()
+    {
+        for (const auto& [open, pages, told, toldNext] :
+             {std::tuple(true, 3, "1 of 6", "2 of 6"), {true, 7, "10 of 14", "11 of 14"}, {false, 3, "", "3 of 6"}}) {
+            const OpenPreview preview;
+            preview.key(Qt::Key_F, Qt::ControlModifier);
+            QTest::keyClicks(QApplication::focusWidget(), "row");
+            preview.key(Qt::Key_F3, Qt::ShiftModifier);
+            const auto* state = preview.child<QLabel>("lblFindState");
+            QCOMPARE(state->text(), "10 of 10");
+            if (!open)
+                preview.key(Qt::Key_Escape);
+            PageView& view = preview.window->view();
+            view.goToPage(1, 10);
+            const int place = view.verticalScrollBar()->value();
+            preview.window->setDocument(sampleDocument(pages));
+            QCOMPARE(view.verticalScrollBar()->value(), place);
+            QCOMPARE(preview.page(), 2);
+            QVERIFY(!open || state->text() == told);
+            preview.key(Qt::Key_F3);
+            QCOMPARE(state->text(), toldNext);
+        }
+    }
+
     void findsTextAsItReads_data()
     {
         QTest::addColumn<QString>("page");
@@ -249,6 +274,8 @@ private Q_SLOTS:
                                 << " bear den " << QStringList{"Bear  Den"};
         QTest::newRow("a sign") << "cost (1.50)"
                                 << "(1.5" << QStringList{"(1.5"};
+        QTest::newRow("emoji") << "Bear 🐻 Den"
+                               << "r 🐻 d" << QStringList{"r 🐻 D"};
         QTest::newRow("nothing") << "all"
                                  << " " << QStringList{};
     }
@@ -303,6 +330,15 @@ private Q_SLOTS:
         drag(at(300, 300), at(300, 250));
         QVERIFY(view.verticalScrollBar()->value() > before);
         QCOMPARE(copied(), "nothing");
+        view.goToPage(0);
+        QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(73, 78)); // other pages end a marking
+        preview.window->setDocument(std::make_shared<const Document>(*document));
+        const QPointF to = at(131, 122);
+        QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(view.viewport(), &move);
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, to.toPoint());
+        QCOMPARE(copied(), "nothing");
+        QCOMPARE(view.verticalScrollBar()->value(), 0);
         preview.key(Qt::Key_A, Qt::ControlModifier);
         QVERIFY(copied().startsWith("Bear Den\t") && copied().endsWith("first row and another ROW"));
     }

@@ -1,4 +1,5 @@
 #include "platform/RuntimeError.h"
+#include "reporting/view/LiveReport.h"
 #include "reporting/view/PageText.h"
 #include "reporting/view/PageView.h"
 #include "reporting/view/PreviewWindow.h"
@@ -11,6 +12,8 @@
 #include "support/Table.h"
 
 #include <QtWidgets/QtWidgets>
+
+#include <stdexcept>
 
 using namespace orlo;
 using namespace orlo::reports;
@@ -51,12 +54,16 @@ class tst_reportcontrol : public QObject
     }
     QString path(const QString& name) const { return m_folder.filePath(name); }
 
+    void write(const QString& name, const QString& text) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
+            qFatal("can't write the file");
+    }
     // A report path as a screen builds it: with the program's own separator, in another case than the file's.
     QString report(const QString& text) const
     {
-        QFile file(path("Shopping.rpt"));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
-            qFatal("can't write the report");
+        write("Shopping.rpt", text);
         return m_folder.path() + "\\shopping.rpt";
     }
     void makeDatabase(const QString& name, const QString& item, const QString& other, int rows = 1) const
@@ -116,6 +123,8 @@ private Q_SLOTS:
         ReportControl::setDatabaseProvider({});
         setPrinterFactory({});
         RunProgress::setDelay(400);
+        for (const char* file : {"new.inc", "new.png", "pack.inc"})
+            QFile::remove(path(file));
         QApplication::closeAllWindows();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -150,6 +159,7 @@ private Q_SLOTS:
     {
         test::table({"find", "put", "number", "told"}, R"(
             detail {        | detali {          | 3075 | Line 6
+            report "Shopping" | include "slip.inc" | 3075 | slip.inc\nLine 1, column 1
             300pt = {Name}  | 300pt = {Nmae}    | 3061 | Line 7, column
             From Items      | From Nowhere      | 3078 | Nowhere
             report file     | none.rpt          | 53   | can't be found
@@ -174,13 +184,15 @@ private Q_SLOTS:
         else if (find == "printer")
             shopping->setDestination(ToPrinter);
         setPrinterFactory([] { return nullptr; });
+        write("slip.inc", "detali {");
         report(QString(GoodReport).replace(find, put));
         QTEST(QString::number(shopping->run()), "number");
         QVERIFY(!shopping->preview());
         QWidget* window = messageWindow();
         QVERIFY(window && !window->parent() && !window->testAttribute(Qt::WA_QuitOnClose));
         const QString text = window->findChild<QLabel*>("lblReportMessage")->text();
-        const QString file = find == "printer" ? QString() : path(put.endsWith(".rpt") ? put : "Shopping.rpt");
+        const QString other = put.contains(".inc") ? put.section('"', 1, 1) : put.endsWith(".rpt") ? put : QString();
+        const QString file = find == "printer" ? QString() : path(other.isEmpty() ? "Shopping.rpt" : other);
         QVERIFY2(text.contains(told) && text.contains(file), qPrintable(text));
         window->findChild<QPushButton*>()->click();
         QVERIFY(!messageWindow());
@@ -243,8 +255,7 @@ private Q_SLOTS:
         for (const bool inPlace : {true, false, false, true}) {
             put(QString(GoodReport).replace("= {Name}\n}\nexport", "= {Nmae}\n}\nexport"), inPlace);
             QTRY_VERIFY_WITH_TIMEOUT(notice->isVisible(), 1000);
-            QVERIFY2(notice->text().contains(path("Shopping.rpt")) && notice->text().contains("Line 7, column"),
-                     qPrintable(notice->text()));
+            QCOMPARE(notice->text(), "There is no field {Nmae}. (shopping.rpt, line 7, column 16)");
             QVERIFY(preview->document().pages.size() > 4 && !messageWindow());
             const QString word = QStringLiteral("change %1 ").arg(++changes);
             put(QString(GoodReport).replace("= {Name}\n}\nexport", "= \"" + word + "\" & {Name}\n}\nexport"), !inPlace);
@@ -253,6 +264,79 @@ private Q_SLOTS:
             QCOMPARE(preview->view().verticalScrollBar()->value(), place);
             QCOMPARE(preview->view().currentPage(), 3);
         }
+    }
+
+    /// So it does with what the file reads or looks for, though the run that first did failed.
+    void followsWhatItReads_data()
+    {
+        test::table({"case", "text", "file", "before", "told", "after"}, R"(
+            unknown field | include "new.inc" | new.inc | page-header {\ntext 0 = {No}\n} | (new.inc, line 2 | page-header {\ntext 0 9in = "mended"\n}
+            slip          | include "new.inc" | new.inc | detali {                        | (new.inc, line 1 | page-header {\ntext 0 9in = "mended"\n}
+            missing       | include "new.inc" | new.inc | | can't be found | page-header {\ntext 0 9in = "mended"\n}
+            of a subreport | subreport "A" {\ninclude "new.inc"\n} | new.inc | | can't be found | source {\nSelect 1 As A\n}\npage-header {\n}
+            condition     | page-header {\nrow with "new.png" {\ntext 0 9in = "mended"\n}\n} | new.png | | | -
+            picture       | page-header {\npicture 0 1in 1in "new.png"\n} | new.png | | | no picture
+            own look      | include "pack.inc" | pack.inc | | PackInfo | page-header {\ntext 0 9in = "mended"\n}
+        )");
+    }
+    void followsWhatItReads()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, file);
+        QFETCH(QString, before);
+        QFETCH(QString, told);
+        QFETCH(QString, after);
+        const auto shopping = control();
+        QCOMPARE(shopping->run(), 0);
+        PreviewWindow& preview = *shopping->preview();
+        const auto* notice = preview.findChild<QLabel*>("lblNotice");
+        if (!before.isEmpty())
+            write(file, before);
+        report("report \"Changed\"\nlet {Heading} = 1\nlet {Subheading} = 2\n" + text +
+               QString(GoodReport).remove("report \"Shopping\""));
+        QTRY_VERIFY_WITH_TIMEOUT(told.isEmpty() ? preview.document().title == "Changed" : notice->text().contains(told),
+                                 1000);
+        write(file, after);
+        QTRY_VERIFY_WITH_TIMEOUT(preview.document().title == "Changed" &&
+                                     (!told.isEmpty() || !findText(preview.document(), "mended").empty() ||
+                                      notice->text().contains("picture can't be read")),
+                                 1000);
+    }
+
+    /// What is saved while the report runs shows after it, be it the first run or another one. Whatever ends a run is
+    /// told.
+    void followsWhileItRuns()
+    {
+        const auto shopping = longControl();
+        RunProgress::setDelay(0);
+        const auto named = [this](const char* title) {
+            QFile file(path("Shopping.rpt"));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QString text = QString::fromUtf8(file.readAll());
+            report("report \"" + QString(title) + "\"\n" + text.mid(text.indexOf("source")));
+        };
+        const char* saved = "first";
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, this, [&] {
+            if (qobject_cast<QProgressDialog*>(QApplication::activeModalWidget())) {
+                watch.stop();
+                named(saved);
+            }
+        });
+        watch.start(0);
+        QCOMPARE(shopping->run(), 0);
+        PreviewWindow& preview = *shopping->preview();
+        QCOMPARE(preview.document().title, "Shopping");
+        QTRY_COMPARE(preview.document().title, "first");
+        saved = "third";
+        watch.start(0);
+        named("second");
+        QTRY_COMPARE(preview.document().title, "second");
+        QTRY_COMPARE(preview.document().title, "third");
+
+        new LiveReport(preview, path("Shopping.rpt"), 0,
+                       []() -> std::optional<Document> { throw std::length_error("too long"); });
+        QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
     }
 
     /// The message lies above the screen that asked, and goes with it.

@@ -301,7 +301,8 @@ private Q_SLOTS:
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("own.rpt");
         const Document document = *run(wanted);
-        QCOMPARE(document.files, (QStringList{wanted.reportFile, m_dir.filePath("style.inc"), ":/reports/pack.inc"}));
+        QCOMPARE(document.files, (QStringList{wanted.reportFile, m_dir.filePath("style.inc"),
+                                              m_dir.filePath("pack.inc"), m_dir.filePath("pack.png")}));
         QCOMPARE(document.warnings.join(u'\n'),
                  "The file style.inc isn't UTF-8, so its accented letters may be wrong.\n"
                  "The font \"No Such\" isn't installed; another takes its place. (style.inc, line 1, column 7)\n"

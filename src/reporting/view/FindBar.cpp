@@ -10,6 +10,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace orlo::reports
 {
@@ -59,8 +60,11 @@ FindBar::FindBar(std::shared_ptr<const Document> document, PageView& view, QActi
 void FindBar::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
+    const TextSpan from = m_current >= 0 ? m_hits[std::size_t(m_current)] : TextSpan{m_view.currentPage()};
+    m_hits.clear(); // they may lie on pages that are no more
+    m_current = -1;
     if (isVisible())
-        search(m_text->text());
+        find(from);
 }
 
 void FindBar::open()
@@ -69,9 +73,9 @@ void FindBar::open()
     m_text->setFocus(Qt::ShortcutFocusReason);
     m_text->selectAll();
     if (m_hits.empty())
-        search(m_text->text());
-    else
-        showCurrent();
+        return search();
+    mark();
+    m_view.showHit();
 }
 
 void FindBar::dismiss()
@@ -91,7 +95,8 @@ void FindBar::step(int direction)
     if (count == 0)
         return;
     m_current = (m_current + direction + count) % count;
-    showCurrent();
+    mark();
+    m_view.showHit();
 }
 
 bool FindBar::eventFilter(QObject* watched, QEvent* event)
@@ -107,17 +112,24 @@ bool FindBar::eventFilter(QObject* watched, QEvent* event)
 }
 
 // Begins at the page in view, as one who searches means what lies ahead.
-void FindBar::search(const QString& text)
+void FindBar::search()
 {
-    m_hits = findText(*m_document, text);
-    const int page = m_view.currentPage();
-    const auto ahead =
-        std::find_if(m_hits.begin(), m_hits.end(), [page](const TextSpan& hit) { return hit.page >= page; });
-    m_current = m_hits.empty() ? -1 : ahead == m_hits.end() ? 0 : static_cast<int>(ahead - m_hits.begin());
-    showCurrent();
+    find({m_view.currentPage()});
+    m_view.showHit();
 }
 
-void FindBar::showCurrent()
+// The first place from another one on becomes the current one, around the end.
+void FindBar::find(const TextSpan& from)
+{
+    m_hits = findText(*m_document, m_text->text());
+    const auto ahead = std::find_if(m_hits.begin(), m_hits.end(), [&](const TextSpan& hit) {
+        return std::pair(hit.page, hit.from) >= std::pair(from.page, from.from);
+    });
+    m_current = m_hits.empty() ? -1 : ahead == m_hits.end() ? 0 : static_cast<int>(ahead - m_hits.begin());
+    mark();
+}
+
+void FindBar::mark()
 {
     m_view.setHits(m_hits, m_current);
     if (m_text->text().isEmpty())

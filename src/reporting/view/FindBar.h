@@ -21,9 +21,10 @@ class FindBar : public QWidget
     Q_OBJECT
 
 public:
+    /// Marks what it finds of the document in the view that shows it; the actions become its buttons.
     FindBar(std::shared_ptr<const Document> document, PageView& view, QAction* previous, QAction* next);
 
-    /// Finds in another document from now on.
+    /// Finds in another document from now on. What the view shows stays there.
     void setDocument(std::shared_ptr<const Document> document);
     /// Shows the bar, with its text selected for being typed over.
     void open();
@@ -36,8 +37,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void search(const QString& text);
-    void showCurrent();
+    void search();
+    void find(const TextSpan& from);
+    void mark();
 
     std::shared_ptr<const Document> m_document;
     PageView& m_view;

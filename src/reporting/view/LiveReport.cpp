@@ -4,7 +4,6 @@
 #include "platform/RuntimeError.h"
 #include "reporting/ReportError.h"
 #include "reporting/view/PreviewWindow.h"
-#include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
 
 #include <QDateTime>
@@ -19,10 +18,12 @@ namespace
 {
 
 constexpr int SettleTime = 150; // milliseconds
+constexpr std::pair<qint64, qint64> Missing(-1, -1);
+constexpr std::pair<qint64, qint64> Unseen(0, 0);
 
 } // namespace
 
-LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, Rerun rerun)
+LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, qint64 began, Rerun rerun)
     : QObject(&preview), m_preview(preview), m_reportFile(reportFile), m_rerun(std::move(rerun))
 {
     m_settle.setSingleShot(true);
@@ -31,16 +32,28 @@ LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, Rerun 
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, settle);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, settle);
     connect(&m_settle, &QTimer::timeout, this, &LiveReport::look);
-    m_files = m_preview.document().files;
+    follow(m_preview.document().files, began);
+}
+
+// A file counts as it was before the run, so that what was saved while the report ran shows, too.
+void LiveReport::follow(QStringList files, qint64 began)
+{
+    m_files = std::move(files);
+    m_files << platform::nativePath(m_reportFile);
+    m_files.removeDuplicates();
     watch();
-    m_seen = stamps();
+    const auto before = std::exchange(m_seen, stamps());
+    for (auto& [file, stamp] : m_seen) {
+        const auto known = before.find(file);
+        const Stamp seen = known != before.end() ? known->second : stamp.first > began ? Unseen : stamp;
+        if (std::exchange(stamp, seen) != seen)
+            m_settle.start();
+    }
 }
 
 // The folders too: many an editor puts a new file in the place of the old one, which isn't watched then.
 void LiveReport::watch()
 {
-    if (const QString report = platform::nativePath(m_reportFile); !m_files.contains(report))
-        m_files << report;
     QStringList wanted;
     for (const QString& file : m_files)
         for (const QString& path : {file, QFileInfo(file).absolutePath()})
@@ -54,9 +67,10 @@ void LiveReport::watch()
 std::map<QString, LiveReport::Stamp> LiveReport::stamps() const
 {
     std::map<QString, Stamp> found;
-    for (const QString& file : m_files)
-        if (const QFileInfo info(file); info.exists())
-            found[file] = {info.lastModified().toMSecsSinceEpoch(), info.size()};
+    for (const QString& file : m_files) {
+        const QFileInfo info(file);
+        found[file] = info.exists() ? Stamp(info.lastModified().toMSecsSinceEpoch(), info.size()) : Missing;
+    }
     return found;
 }
 
@@ -75,23 +89,20 @@ void LiveReport::look()
 
 void LiveReport::run()
 {
+    const qint64 began = QDateTime::currentMSecsSinceEpoch();
     try {
         std::optional<Document> document = m_rerun();
         if (!document)
             return m_preview.tell(tr("The report file has changed. These are the pages of before."));
-        m_files = document->files;
         m_preview.setDocument(std::make_shared<const Document>(std::move(*document)));
-        watch();
-        m_seen = stamps();
+        follow(m_preview.document().files, began);
     } catch (const ReportError& error) {
-        if (error.file().contains(u'/') && !m_files.contains(error.file())) {
-            m_files << error.file(); // newly included, and to be mended there
-            watch();
-            m_seen = stamps();
-        }
-        m_preview.tell(messageOf(error, m_reportFile));
+        follow(m_files + error.files(), began); // it may be mended in one that it reads since the change
+        m_preview.tell(error.description());
     } catch (const platform::RuntimeError& error) {
-        m_preview.tell(messageOf(ReportError(error.number(), error.description()), m_reportFile));
+        m_preview.tell(error.description());
+    } catch (const std::exception& error) {
+        m_preview.tell(QString::fromLocal8Bit(error.what()));
     }
 }
 

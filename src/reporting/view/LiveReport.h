@@ -27,12 +27,15 @@ public:
     /// Runs the report again; nothing where it was cancelled. Raises what a run raises.
     using Rerun = std::function<std::optional<Document>()>;
 
-    LiveReport(PreviewWindow& preview, const QString& reportFile, Rerun rerun);
+    /// Follows the files of the document that the preview shows. That document's run began at a time in milliseconds
+    /// since 1970: what was changed since then isn't in it yet.
+    LiveReport(PreviewWindow& preview, const QString& reportFile, qint64 began, Rerun rerun);
 
 private:
-    /// When a file was changed and its size.
+    /// When a file was changed, in milliseconds since 1970, and its size.
     using Stamp = std::pair<qint64, qint64>;
 
+    void follow(QStringList files, qint64 began);
     void watch();
     [[nodiscard]] std::map<QString, Stamp> stamps() const;
     void look();
@@ -42,7 +45,7 @@ private:
     QString m_reportFile;
     Rerun m_rerun;
     QStringList m_files;
-    std::map<QString, Stamp> m_seen;
+    std::map<QString, Stamp> m_seen; // as the last run found them
     QFileSystemWatcher m_watcher;
     QTimer m_settle; // a file is written in several steps
 };

@@ -15,6 +15,7 @@ class NoticeBar : public QWidget
     Q_OBJECT
 
 public:
+    /// Hidden until it has something to tell.
     NoticeBar();
 
     /// Shows a text until another one comes or it is closed; an empty one hides the line. A file or folder's path gives

@@ -88,10 +88,11 @@ QRegularExpression patternOf(const QString& text)
     QString pattern;
     for (const QString& word : folded(text).text.split(QRegularExpression(QStringLiteral("\\s")), Qt::SkipEmptyParts)) {
         pattern += pattern.isEmpty() ? QStringLiteral("") : QStringLiteral("\\s+");
-        for (qsizetype i = 0; i < word.size(); ++i) {
-            pattern += QRegularExpression::escape(word.mid(i, 1));
-            if (!word[i].isLetterOrNumber() && !word[i].isSurrogate() && i + 1 < word.size())
-                pattern += QStringLiteral("\\x{2028}?");
+        bool afterSign = false;
+        for (const char32_t character : word.toUcs4()) {
+            pattern += afterSign ? QStringLiteral("\\x{2028}?") : QString();
+            pattern += QRegularExpression::escape(QString::fromUcs4(&character, 1));
+            afterSign = !QChar::isLetterOrNumber(character);
         }
     }
     return QRegularExpression(pattern, QRegularExpression::CaseInsensitiveOption |

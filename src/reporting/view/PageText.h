@@ -23,6 +23,7 @@ class PageText
 public:
     static constexpr QChar LineBreak = QChar::LineSeparator;
 
+    /// The text of a page, counted from 0.
     PageText(const Document& document, int page);
 
     [[nodiscard]] const QString& text() const { return m_text; }

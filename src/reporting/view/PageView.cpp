@@ -73,6 +73,8 @@ void PageView::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
     m_hits.clear();
+    if (m_drag == Drag::Marking) // its beginning was in the other pages
+        m_drag = Drag::None;
     select({}, {});
     layOut();
     viewport()->update();
@@ -125,8 +127,6 @@ void PageView::setHits(std::vector<TextSpan> hits, int current)
 {
     m_hits = std::move(hits);
     m_currentHit = current;
-    if (current >= 0 && current < static_cast<int>(m_hits.size()))
-        showSpan(m_hits[static_cast<std::size_t>(current)]);
     viewport()->update();
 }
 
@@ -222,20 +222,21 @@ void PageView::mousePressEvent(QMouseEvent* event)
     if (event->button() != Qt::LeftButton)
         return;
     m_dragFrom = event->position().toPoint();
-    m_selecting = isTextAt(event->position());
-    if (!m_selecting)
+    const bool marking = isTextAt(event->position());
+    m_drag = marking ? Drag::Marking : Drag::Moving;
+    if (!marking)
         viewport()->setCursor(Qt::ClosedHandCursor);
-    const TextPlace place = m_selecting ? placeAt(event->position()) : TextPlace();
-    select(m_selecting && event->modifiers() & Qt::ShiftModifier ? m_selection.from : place, place);
+    const TextPlace place = marking ? placeAt(event->position()) : TextPlace();
+    select(marking && event->modifiers() & Qt::ShiftModifier ? m_selection.from : place, place);
 }
 
 void PageView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!(event->buttons() & Qt::LeftButton)) {
+    if (!(event->buttons() & Qt::LeftButton) || m_drag == Drag::None) {
         viewport()->setCursor(isTextAt(event->position()) ? Qt::IBeamCursor : Qt::OpenHandCursor);
         return;
     }
-    if (m_selecting) {
+    if (m_drag == Drag::Marking) {
         const int y = event->position().toPoint().y();
         if (y < NearEdge || y > viewport()->height() - NearEdge)
             verticalScrollBar()->setValue(verticalScrollBar()->value() + (y < NearEdge ? -LineStep : LineStep));
@@ -250,7 +251,7 @@ void PageView::mouseMoveEvent(QMouseEvent* event)
 
 void PageView::mouseReleaseEvent(QMouseEvent* event)
 {
-    m_selecting = false;
+    m_drag = Drag::None;
     viewport()->setCursor(isTextAt(event->position()) ? Qt::IBeamCursor : Qt::OpenHandCursor);
 }
 
@@ -401,8 +402,11 @@ void PageView::readOn(int direction)
         bar->setValue(static_cast<int>(pageHeight - height <= edge ? start - pageHeight : start - height));
 }
 
-void PageView::showSpan(const TextSpan& span)
+void PageView::showHit()
 {
+    if (m_currentHit < 0 || m_currentHit >= static_cast<int>(m_hits.size()))
+        return;
+    const TextSpan span = m_hits[static_cast<std::size_t>(m_currentHit)];
     const std::vector<QRectF> boxes = PageText(*m_document, span.page).boxes(span.from, span.to);
     if (boxes.empty())
         return;

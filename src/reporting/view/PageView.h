@@ -49,8 +49,10 @@ public:
     void setFit(Fit fit);
     [[nodiscard]] Fit fit() const { return m_fit; }
 
-    /// Marks the hits, one of them, counted from 0, as the current one; it is brought into view. -1 for none.
+    /// Marks the hits, one of them, counted from 0, as the current one; -1 for none.
     void setHits(std::vector<TextSpan> hits, int current);
+    /// Brings the current hit into view.
+    void showHit();
 
     /// The text that is marked for being copied.
     [[nodiscard]] const TextSelection& selection() const { return m_selection; }
@@ -80,6 +82,13 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    /// What the mouse does with its button held down.
+    enum class Drag {
+        None,
+        Marking, ///< a stretch of text
+        Moving,  ///< the paper
+    };
+
     [[nodiscard]] QSizeF pageSize() const;
     [[nodiscard]] double pageTop(int page) const;
     [[nodiscard]] int pageAt(double y) const;
@@ -87,7 +96,6 @@ private:
     void rescale(double zoom, QPointF anchor);
     void layOut();
     void readOn(int direction);
-    void showSpan(const TextSpan& span);
     void paintSpan(QPainter& painter, const PageText& text, const TextSpan& span, const QColor& color) const;
     void noteCurrentPage();
     void setCurrentPage(int page);
@@ -105,7 +113,7 @@ private:
     int m_currentPage = 0;
     bool m_goingToPage = false;
     QPoint m_dragFrom;
-    bool m_selecting = false; // the mouse is marking text
+    Drag m_drag = Drag::None;
     TextSelection m_selection;
 };
 

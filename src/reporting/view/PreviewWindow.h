@@ -41,6 +41,7 @@ public:
     void setDocument(std::shared_ptr<const Document> document);
     [[nodiscard]] const Document& document() const { return *m_document; }
     [[nodiscard]] PageView& view() const { return *m_view; }
+    /// Shows or hides the side with the small pages and the outline.
     void setPageListVisible(bool visible);
     /// Tells something in a line under the pages; an empty text takes the line away.
     void tell(const QString& text);

@@ -13,6 +13,7 @@
 #include "store/jet/OpenFile.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QPrinter>
 #include <QStringList>
@@ -162,6 +163,7 @@ int ReportControl::execute()
         m_message->close();
 
     const RunRequest request = m_request;
+    const qint64 began = QDateTime::currentMSecsSinceEpoch();
     RunDatabases databases;
     std::optional<Document> document;
     BegunPreview begun;
@@ -188,7 +190,7 @@ int ReportControl::execute()
             window->setDocument(std::make_shared<const Document>(std::move(*document)));
         else
             window = show(std::move(*document));
-        new LiveReport(*window, request.reportFile, [request] {
+        new LiveReport(*window, request.reportFile, began, [request] {
             RunDatabases opened;
             RunProgress progress(QStringLiteral("Preparing the report…"));
             return render(request, std::ref(opened), std::ref(progress));

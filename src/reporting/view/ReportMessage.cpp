@@ -20,16 +20,20 @@ QString messageOf(const ReportError& error, const QString& reportFile)
 {
     QStringList lines{error.message()};
     const QString report = platform::nativePath(reportFile);
-    const QString file = error.file().contains(u'/') ? error.file() : report;
+    const bool ofSelection = !error.place().file && !error.file().contains(u'/') &&
+                             error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
+    QString file = error.file().contains(u'/') ? error.file() : report;
+    if (error.place().file) { // an included one, of the report's folder or the program's own
+        const QString beside = QFileInfo(report).dir().filePath(error.file());
+        file = QFileInfo::exists(beside) ? beside : error.file();
+    }
     if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
         lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(file));
     if (error.place().line > 0) {
         QString where = QStringLiteral("Line %1").arg(error.place().line);
         if (error.place().column > 0)
             where += QStringLiteral(", column %1").arg(error.place().column);
-        const bool elsewhere =
-            file == report && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
-        if (elsewhere && !error.file().isEmpty())
+        if (ofSelection && !error.file().isEmpty())
             where += QStringLiteral(" of the %1").arg(error.file());
         lines << where;
     }

@@ -7,8 +7,7 @@ namespace orlo::reports
 
 class ReportError;
 
-/// What is wrong, in which file and where. A failure names the report file by its name alone, another file in full, and
-/// it may lie in the selection formula instead.
+/// What is wrong, in which file and where: the report file, one that it includes, or the selection formula.
 [[nodiscard]] QString messageOf(const ReportError& error, const QString& reportFile);
 
 /// The engine's own window for what went wrong in a run. It lies above the window that asked for the run
