@@ -1,3 +1,4 @@
+#include "adults/dlgAddDenLeaderAsign.h"
 #include "adults/frmAdults.h"
 #include "shell/forms/dlgError.h"
 #include "support/Main.h"
@@ -357,6 +358,17 @@ private Q_SLOTS:
             walked                    | @2 @@2 P N                                   | Den Leader/1)");
     }
     void marks() { play({"marked"}); }
+
+    void titlesFitTheirFields()
+    {
+        const Screen screen;
+        test::whenShown<dlgAddDenLeaderAsign>([](dlgAddDenLeaderAsign& dialog) {
+            for (const auto& [box, most] : {std::pair("cmbDenTitles", 50), {"cmbPackTitles", 60}})
+                QCOMPARE(test::control<widgets::ComboBox>(dialog, box).lineEdit()->maxLength(), most);
+            press(dialog, "cmdCancel");
+        });
+        press(screen.form, "cmdAddDenAssn");
+    }
 
     // Another program's layout would have the wrong position deleted.
     void foreignLayout()

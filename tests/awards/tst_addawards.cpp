@@ -34,7 +34,7 @@ struct People : PersonShown {
         calls += "person";
         return static_cast<std::int16_t>(100 + calls.size());
     }
-    void ReloadAwardGrid() override { calls += "reload"; }
+    void ReloadAwardGrid() override { calls += QApplication::overrideCursor() ? "busy reload" : "reload"; }
 };
 
 template <class F>
@@ -137,7 +137,7 @@ private Q_SLOTS:
     {
         test::fill("Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID) Values (101, 5)"); // held before
         add<Adult>("tick 5, tick 0, tick 4", "2/5/26");
-        const QStringList once{"person", "person", "person", "reload"};
+        const QStringList once{"person", "person", "person", "busy reload"};
         QCOMPARE(calls, once);
         QVERIFY(!widgets::Instance<Adult>::loaded());
         QCOMPARE(

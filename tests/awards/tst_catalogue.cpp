@@ -95,13 +95,14 @@ private Q_SLOTS:
     {
         QFETCH(QString, option);
         QFETCH(QString, type);
-        test::fill("Insert Into Insignias Values (1, 'A', '" + type + "', Null), (2, 'B', 'Badge', 'b')");
+        test::fill("Insert Into Insignias Values (1, 'A', '" + type +
+                   "', Null), (2, 'B', 'Badge', 'b' || char(13, 10))");
         Screen screen;
         QCOMPARE(screen.state(), "Award 1 of 2/Next Last New Delete Find/A//" + option);
         screen.run("N"); // a type outside the nine leaves the option as it was
-        QCOMPARE(screen.state(), "Award 2 of 2/First Previous New Delete Find/B/b/" + option);
+        QCOMPARE(screen.state(), "Award 2 of 2/First Previous New Delete Find/B/b\n/" + option);
         screen.run((option == "optPin" ? "optMedal " : "optPin ") + option + " s");
-        QCOMPARE(stored(), "A/" + type + "/Null, B/" + type + "/b");
+        QCOMPARE(stored(), "A/" + type + "/Null, B/" + type + "/b\r\n"); // as it was stored
         screen.find("", option);
         QCOMPARE(screen.ahead(), "A B");
     }

@@ -145,8 +145,8 @@ private Q_SLOTS:
         database().execute("Update Dens Set Den_SID = 41");
         widgets::Instance<frmDenInfo>::unload();
         Screen next;
-        next.run("n DenName=O'Hara's YearStarted=x Active=resting s");
-        QCOMPARE(rows("Select * From Dens Order by Den_SID"), "41/7// /2026/Y, 42/0/O'Hara's/ /0/resting");
+        next.run("n DenName=O'Hara's YearStarted=x Active=" + QString(300, 'r') + " s");
+        QCOMPARE(rows("Select * From Dens Order by Den_SID"), "41/7// /2026/Y, 42/0/O'Hara's/ /0/" + QString(255, 'r'));
     }
 
     void keysRunOut()

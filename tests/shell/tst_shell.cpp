@@ -160,7 +160,11 @@ private Q_SLOTS:
         report.setModal(true);
         report.show();
         splash.show();
+        const QImage picture = splash.grab().toImage();
+        for (const QPoint border : {picture.rect().topLeft(), picture.rect().bottomRight()})
+            QCOMPARE(picture.pixelColor(border), QColor(Qt::black));
         splash.openFrameAfter(60);
+        QCOMPARE(test::control<QTimer>(splash, "tmrSplashWait").timerType(), Qt::PreciseTimer);
         // A file that is being taken over holds it back.
         watchTakeovers();
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
@@ -268,7 +272,11 @@ mnuHelp|&Help
         };
         mdiPendrake::instance().show();
         QString words;
-        openNotice([&words](QLabel& notice) { words = notice.text(); });
+        openNotice([&words](QLabel& notice) {
+            words = notice.text();
+            QTest::mouseDClick(&notice, Qt::LeftButton, {}, notice.rect().center());
+            QVERIFY(notice.hasSelectedText()); // an address can be copied
+        });
         QVERIFY(words.startsWith("We are currently creating the help system. Please stay tuned to our web site"));
         QVERIFY(!words.contains("href"));
 

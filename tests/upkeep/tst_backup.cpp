@@ -256,6 +256,12 @@ good      | F | restored | d   | 0
     {
         Place place;
         place.sh("mkdir -p F/S/T");
+        const int high = Screen<frmRestorBackup>().form.height(); // however many folders there are
+        Instance<frmRestorBackup>::unload();
+        place.sh("mkdir $(seq 300)");
+        QCOMPARE(Screen<frmRestorBackup>().form.height(), high);
+        Instance<frmRestorBackup>::unload();
+        place.sh("rmdir $(seq 300)");
         const Screen<frmRestorBackup> screen;
         QCOMPARE(screen.drives.text(), place.root);
         QCOMPARE(screen.shown(), '[' + place.root + "]| F| G");
