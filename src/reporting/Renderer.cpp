@@ -192,6 +192,7 @@ public:
     {
         m_scope.row = row;
         QStringList line;
+        line.reserve(qsizetype(m_exports.size()));
         if (m_exports.empty())
             for (const Value& value : m_report.rows.rows[row])
                 line << displayText(value);

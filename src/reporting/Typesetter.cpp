@@ -85,10 +85,17 @@ int Typesetter::font(const Style& style)
     const QFontMetricsF metrics(typesetFont(font, true));
     Face face{metrics, metrics.ascent() / UnitsPerPoint, 0, {}};
     face.lineHeight = std::max(metrics.height() / UnitsPerPoint, 1.0);
-    for (std::size_t code = 0; code < face.advances.size(); ++code)
-        face.advances[code] = metrics.horizontalAdvance(QChar(char16_t(code))) / UnitsPerPoint;
+    face.advances.fill(-1);
     m_faces.push_back(face);
     return int(m_fonts.size()) - 1;
+}
+
+double Typesetter::Face::advance(char16_t code) const
+{
+    double& known = advances[code];
+    if (known < 0)
+        known = metrics.horizontalAdvance(QChar(code)) / UnitsPerPoint;
+    return known;
 }
 
 double Typesetter::width(int font, QStringView text) const
@@ -98,7 +105,7 @@ double Typesetter::width(int font, QStringView text) const
     for (const QChar c : text) {
         if (c.unicode() >= face.advances.size())
             return face.metrics.horizontalAdvance(text.toString()) / UnitsPerPoint;
-        width += face.advances[c.unicode()];
+        width += face.advance(c.unicode());
     }
     return width;
 }
@@ -112,7 +119,7 @@ bool Typesetter::fitsAsItIs(int font, QStringView text, double width) const
         const char16_t code = c.unicode();
         if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code >= face.advances.size())
             return false;
-        width -= face.advances[code];
+        width -= face.advance(code);
     }
     return width >= -WidthTolerance;
 }

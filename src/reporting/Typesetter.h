@@ -34,7 +34,9 @@ private:
         QFontMetricsF metrics; // of texts that need shaping
         double ascent;
         double lineHeight;
-        std::array<double, EndOfPlainLetters> advances; // by code
+        mutable std::array<double, EndOfPlainLetters> advances; // by code; below 0 as long as none was asked for
+
+        [[nodiscard]] double advance(char16_t code) const;
     };
     /// True for a line of plain letters that fits: most texts of a report, and all that this asks is a sum.
     [[nodiscard]] bool fitsAsItIs(int font, QStringView text, double width) const;
