@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace orlo::platform
@@ -141,7 +142,9 @@ QString shortDate(QDate date)
     int month = 0;
     int day = 0;
     date.getDate(&year, &month, &day);
-    return QString::asprintf("%d/%d/%04d", month, day, year);
+    char text[40]; // room for three numbers of any length
+    const int length = std::snprintf(text, sizeof text, "%d/%d/%04d", month, day, year);
+    return QString::fromLatin1(text, length);
 }
 
 QString shortDate(const DateTime& date)

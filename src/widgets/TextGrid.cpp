@@ -59,6 +59,7 @@ TextGrid::TextGrid(QWidget* parent) : QTableView(parent), m_model(new TextGridMo
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setMinimumSectionSize(1);
     connect(m_model, &QAbstractItemModel::headerDataChanged, this, &TextGrid::fitHeadings);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] { m_heightsDue = true; });
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         setRow(index.row() + 1);
         Q_EMIT rowDoubleClicked();
@@ -197,7 +198,8 @@ void TextGrid::setRedraw(bool on)
     if (m_holds == 0 || --m_holds > 0)
         return;
     m_model->release();
-    applyHeights();
+    if (m_heightsDue)
+        applyHeights();
     makeCurrent(m_heldRow);
 }
 
@@ -298,7 +300,8 @@ void TextGrid::applyHeights()
     const int line = fontMetrics().height() + 2 * CellMargin;
     if (verticalHeader()->defaultSectionSize() != line)
         verticalHeader()->setDefaultSectionSize(line);
-    if (m_holds > 0)
+    m_heightsDue = m_holds > 0;
+    if (m_heightsDue)
         return;
     const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader());
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();

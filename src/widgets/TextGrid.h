@@ -75,7 +75,8 @@ private:
     TextGridModel* m_model;
     std::vector<int> m_widths; // twips
     int m_stretched = -1;
-    int m_headerHeight = 0; // twips, the least that was asked for
+    int m_headerHeight = 0;   // twips, the least that was asked for
+    bool m_heightsDue = true; // the headings or their room changed since the header's height was found
     int m_holds = 0;
     int m_heldRow = 0; // the current row while the picture is held
 };

@@ -32,9 +32,16 @@ QStringView withoutBrackets(QStringView name)
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
 }
 
-KnownField knownField(const char* name, const char* declared)
+KnownField knownField(sqlite3_stmt* rows, int column)
 {
-    KnownField field{QString::fromUtf8(name)};
+    KnownField field{QString::fromUtf8(sqlite3_column_name(rows, column))};
+    if (const char* const origin = sqlite3_column_origin_name(rows, column)) {
+        const char* order = nullptr;
+        sqlite3_table_column_metadata(sqlite3_db_handle(rows), "main", sqlite3_column_table_name(rows, column), origin,
+                                      nullptr, &order, nullptr, nullptr, nullptr);
+        field.caseless = sqlite3_stricmp(order, "NOCASE") == 0;
+    }
+    const char* const declared = sqlite3_column_decltype(rows, column);
     if (!declared)
         return field;
     switch (declaredField(declared).type) {
@@ -125,8 +132,7 @@ KnownSource knownSource(Connection& connection, const TableInfo& table)
         auto fields = std::make_shared<KnownFields>();
         const auto rows = connection.statement("SELECT * FROM " + quoted(table.name));
         for (int i = 0; i < sqlite3_column_count(rows.handle()); ++i)
-            fields->push_back(
-                knownField(sqlite3_column_name(rows.handle(), i), sqlite3_column_decltype(rows.handle(), i)));
+            fields->push_back(knownField(rows.handle(), i));
         return {std::move(fields), {}};
     } catch (const RuntimeError&) {
         return {}; // a view of another tool that names what isn't there

@@ -150,9 +150,12 @@ void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
     Scope scope(m_scope, m_scope->outer);
     const Query next = simpleQuery(targets);
     query.known = query.known && next.known && query.fields.size() == next.fields.size();
-    for (std::size_t i = 0; i < std::min(query.fields.size(), next.fields.size()); ++i)
-        if (query.fields[i].kind != next.fields[i].kind)
-            query.fields[i].kind = ValueKind::Unknown;
+    for (std::size_t i = 0; i < std::min(query.fields.size(), next.fields.size()); ++i) {
+        KnownField& field = query.fields[i];
+        if (field.kind != next.fields[i].kind)
+            field.kind = ValueKind::Unknown;
+        field.caseless = field.caseless && next.fields[i].caseless;
+    }
 }
 
 SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
@@ -240,7 +243,7 @@ void SqlTranslator::readResult(Query& query, const KnownFields* targets)
     const bool isField = value.form == Expression::Form::Field;
     if (!isField)
         m_out.order(value);
-    KnownField result{{}, value.kind, value.whole};
+    KnownField result{{}, value.kind, value.whole, value.known && value.known->caseless};
     const bool named = take(Symbol::As);
     if (named)
         result.name = name().toString();
@@ -341,7 +344,9 @@ bool SqlTranslator::group()
             m_out.sql += before;
             before = QLatin1String(", ");
             Expression value = expression();
-            m_out.order(value);
+            // A field that is grouped by and shown is sorted along once, unless its grouping reads another way.
+            if (!value.known || !value.known->caseless)
+                m_out.order(value);
         } while (take(Symbol::Comma));
     }
     if (take(Symbol::Having)) {

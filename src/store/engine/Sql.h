@@ -17,7 +17,8 @@ enum class ValueKind : quint8 { Unknown, Text, Number, Date, Truth };
 struct KnownField {
     QString name;
     ValueKind kind = ValueKind::Unknown;
-    bool whole = false; ///< holds whole numbers only
+    bool whole = false;    ///< holds whole numbers only
+    bool caseless = false; ///< SQLite itself compares it without regard to case
 };
 using KnownFields = std::vector<KnownField>;
 /// A table or stored query of which a statement reads.

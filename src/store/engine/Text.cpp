@@ -231,11 +231,21 @@ bool matches(Reader text, Reader pattern)
 
 bool sameName(QStringView a, QStringView b)
 {
-    if (a.size() != b.size() || a.isEmpty())
-        return a.size() == b.size();
-    // The first characters tell most names apart.
-    return QChar::toCaseFolded(a[0].unicode()) == QChar::toCaseFolded(b[0].unicode()) &&
-           a.compare(b, Qt::CaseInsensitive) == 0;
+    if (a.size() != b.size())
+        return false;
+    // Names are mostly ASCII, and mostly their first characters tell them apart.
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        const char16_t one = a[i].unicode();
+        const char16_t other = b[i].unicode();
+        if (one == other)
+            continue;
+        if (one >= 0x80 || other >= 0x80)
+            return a.compare(b, Qt::CaseInsensitive) == 0;
+        const int small = one | 0x20;
+        if (small != (other | 0x20) || small < u'a' || small > u'z')
+            return false;
+    }
+    return true;
 }
 
 int compareText(QStringView a, QStringView b)
