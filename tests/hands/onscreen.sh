@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Runs a command on a screen of its own, with a window manager: onscreen.sh 1366x768 COMMAND...
 set -euo pipefail
+# The accessibility bus keeps a block of its own until the process ends.
+export LSAN_OPTIONS="suppressions=$(dirname "$0")/lsan.supp:print_suppressions=0"
 here=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || :; rm -rf "$here"' EXIT
 present() { for _ in {1..300}; do [ ! -s "$1" ] || return 0; sleep 0.1; done; echo "no $1"; exit 1; }
