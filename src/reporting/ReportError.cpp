@@ -22,9 +22,9 @@ QString toldWithPlace(const QString& message, Place place, const QString& file)
     return where.isEmpty() ? message : QStringLiteral("%1 (%2)").arg(message, where);
 }
 
-ReportError::ReportError(int number, QString message, Place place, QString file)
+ReportError::ReportError(int number, QString message, Place place, const QString& file)
     : RuntimeError(number, QStringLiteral("Report engine"), toldWithPlace(message, place, file)),
-      m_message(std::move(message)), m_file(place.file ? *place.file : std::move(file)), m_place(place)
+      m_message(std::move(message)), m_file(place.file ? *place.file : file), m_place(place)
 {
 }
 

@@ -28,7 +28,7 @@ struct Place {
 class ReportError : public platform::RuntimeError
 {
 public:
-    ReportError(int number, QString message, Place place = {}, QString file = {});
+    ReportError(int number, QString message, Place place = {}, const QString& file = {});
 
     [[nodiscard]] const QString& message() const { return m_message; }
     [[nodiscard]] const QString& file() const { return m_file; }
