@@ -30,6 +30,7 @@ void BandReader::read(Band& band)
         band.columns = m_lines.number(1, MostColumns);
         if (m_lines.accept("gap"))
             band.gap = m_lines.length();
+        m_inColumns = band.columns > 1;
     }
     if (m_lines.accept("if"))
         band.condition = m_lines.formulaBeforeBrace();
@@ -132,6 +133,8 @@ Element BandReader::readElement(const QString& word)
     if (word == QLatin1String("text")) {
         readText(element);
     } else if (word == QLatin1String("subreport") && !m_inRows) {
+        if (m_inColumns)
+            m_lines.failAtWord(QStringLiteral("Records side by side hold no subreports."));
         element.kind = Element::Kind::Subreport;
         element.subreport = m_lines.quoted();
         element.left = m_lines.atEnd() ? 0 : m_lines.length();

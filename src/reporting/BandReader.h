@@ -32,6 +32,7 @@ private:
     Definition& m_definition;
     const QString& m_folder;
     bool m_inRows = false;
+    bool m_inColumns = false;
 };
 
 } // namespace orlo::reports

@@ -9,7 +9,8 @@ namespace orlo::reports
 {
 
 /// Walks a definition's text statement by statement: a statement is a line, one that ends in "\" runs on in the next;
-/// "{" at a line's end opens a block, "}" alone on its line closes it; a line that begins with "#" is a remark.
+/// "{" at a line's end opens a block, "}" alone on its line closes it; a line that begins with "#" or "//" is a
+/// remark.
 /// Everything that fails raises ReportError 3075 with line and column.
 class DefinitionLines
 {
@@ -26,11 +27,15 @@ public:
     /// Steps over the closing brace.
     void close() { m_at = m_statement.size(); }
 
+    /// Where the next word of the statement begins.
     [[nodiscard]] Place place() const;
+    /// Raises ReportError 3075 at place().
     [[noreturn]] void fail(const QString& message) const;
     /// The same, told of the word that was read last.
     [[noreturn]] void failAtWord(const QString& message);
 
+    /// What comes next: nothing more of the statement; the brace that opens a block; a text in quotes; a number; a
+    /// sign.
     [[nodiscard]] bool atEnd() const;
     [[nodiscard]] bool atOpening() const;
     [[nodiscard]] bool atQuote() const;
@@ -39,7 +44,9 @@ public:
 
     /// A lower-case word of letters, digits and "-".
     QString word();
+    /// Steps over the word if it comes next, and says whether it did.
     bool accept(const char* word);
+    /// Steps over the sign, which must come next.
     void expect(const char* sign);
     /// A text in double quotes, "" for one of them.
     QString quoted();
@@ -49,7 +56,9 @@ public:
     QString fieldName();
     /// A length in points: "4pt", "0.5in", "12mm", "1.2cm"; a bare 0.
     double length();
+    /// A whole number of percent, 0 to 100, with its sign.
     int percent();
+    /// A whole number within the bounds.
     int number(int least, int most);
 
     /// The formula from here to the end of the statement.

@@ -250,6 +250,9 @@ private:
             return;
         }
         QString name = m_lines->quoted();
+        std::erase_if(m_definition.namedSources, [&](const NamedSource& known) { // the last of two counts
+            return known.name.compare(name, Qt::CaseInsensitive) == 0;
+        });
         m_definition.namedSources.push_back({std::move(name), readSource()});
     }
 

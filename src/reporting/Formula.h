@@ -93,7 +93,9 @@ class FormulaScope
 {
 public:
     virtual ~FormulaScope() = default;
+    /// The field that Formula::bind() gave this index.
     [[nodiscard]] virtual Value field(int index) const = 0;
+    /// What a word stands for where the formula is computed.
     [[nodiscard]] virtual Value word(Word word) const = 0;
     /// The summary of a node, whose only child is computed for each row; without a child the rows are counted.
     [[nodiscard]] virtual Value summary(const FormulaNode& node) const = 0;
@@ -113,8 +115,6 @@ public:
     [[nodiscard]] const FormulaNode& root() const { return m_root; }
     /// True if any part of the formula passes the test.
     [[nodiscard]] bool any(const std::function<bool(const FormulaNode&)>& test) const;
-    /// True if the text uses the page's number or the number of pages.
-    [[nodiscard]] bool usesPages() const;
 
     /// Raises ReportError 13 unless the formula is a condition whose comparisons can hold.
     void requireCondition() const;

@@ -18,7 +18,9 @@ using store::DateTime;
 
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
-constexpr qint64 SecondsOfDay = 86'400;
+/// More seconds than lie between the first year and the last, and more months.
+constexpr double MostSeconds = 1e12;
+constexpr qint64 MostMonths = 1'000'000;
 
 [[noreturn]] void noSuchDate(Place place)
 {
@@ -73,14 +75,19 @@ qint64 between(const QDateTime& from, const QDateTime& to, qint64 seconds)
 /// What the letters of DateAdd, DateDiff and DatePart stand for.
 struct Interval {
     QLatin1StringView letters;
-    QDateTime (*add)(const QDateTime& when, int count);
+    QDateTime (*add)(const QDateTime& when, qint64 count);
     qint64 (*difference)(const QDateTime& from, const QDateTime& to);
     qint64 (*part)(const QDateTime& when);
 };
 
-QDateTime plusDays(const QDateTime& when, int count)
+QDateTime plusDays(const QDateTime& when, qint64 count)
 {
     return when.addDays(count);
+}
+/// A count of years or months as QDateTime takes it; beyond the bound no date is left anyway.
+int bounded(qint64 count)
+{
+    return int(std::clamp(count, -MostMonths, MostMonths));
 }
 qint64 days(const QDateTime& from, const QDateTime& to)
 {
@@ -88,16 +95,16 @@ qint64 days(const QDateTime& from, const QDateTime& to)
 }
 
 const auto Intervals = std::to_array<Interval>({
-    {QLatin1StringView("yyyy"), [](const QDateTime& w, int n) { return w.addYears(n); },
+    {QLatin1StringView("yyyy"), [](const QDateTime& w, qint64 n) { return w.addYears(bounded(n)); },
      [](const QDateTime& a, const QDateTime& b) { return qint64(b.date().year() - a.date().year()); },
      [](const QDateTime& w) { return qint64(w.date().year()); }},
-    {QLatin1StringView("q"), [](const QDateTime& w, int n) { return w.addMonths(3 * n); },
+    {QLatin1StringView("q"), [](const QDateTime& w, qint64 n) { return w.addMonths(3 * bounded(n)); },
      [](const QDateTime& a, const QDateTime& b) {
          const auto quarter = [](QDate d) { return 4 * d.year() + (d.month() - 1) / 3; };
          return qint64(quarter(b.date()) - quarter(a.date()));
      },
      [](const QDateTime& w) { return qint64((w.date().month() + 2) / 3); }},
-    {QLatin1StringView("m"), [](const QDateTime& w, int n) { return w.addMonths(n); },
+    {QLatin1StringView("m"), [](const QDateTime& w, qint64 n) { return w.addMonths(bounded(n)); },
      [](const QDateTime& a, const QDateTime& b) {
          return qint64(12 * (b.date().year() - a.date().year()) + b.date().month() - a.date().month());
      },
@@ -106,16 +113,16 @@ const auto Intervals = std::to_array<Interval>({
     {QLatin1StringView("d"), plusDays, days, [](const QDateTime& w) { return qint64(w.date().day()); }},
     {QLatin1StringView("w"), plusDays, [](const QDateTime& a, const QDateTime& b) { return days(a, b) / 7; },
      [](const QDateTime& w) { return qint64(dayOfWeek(w.date())); }},
-    {QLatin1StringView("ww"), [](const QDateTime& w, int n) { return w.addDays(7 * qint64(n)); },
+    {QLatin1StringView("ww"), [](const QDateTime& w, qint64 n) { return w.addDays(7 * n); },
      [](const QDateTime& a, const QDateTime& b) { return (weekOf(b.date()) - weekOf(a.date())) / 7; },
      [](const QDateTime& w) { return (weekOf(w.date()) - weekOf(QDate(w.date().year(), 1, 1))) / 7 + 1; }},
-    {QLatin1StringView("h"), [](const QDateTime& w, int n) { return w.addSecs(3600 * qint64(n)); },
+    {QLatin1StringView("h"), [](const QDateTime& w, qint64 n) { return w.addSecs(3600 * n); },
      [](const QDateTime& a, const QDateTime& b) { return between(a, b, 3600); },
      [](const QDateTime& w) { return qint64(w.time().hour()); }},
-    {QLatin1StringView("n"), [](const QDateTime& w, int n) { return w.addSecs(60 * qint64(n)); },
+    {QLatin1StringView("n"), [](const QDateTime& w, qint64 n) { return w.addSecs(60 * n); },
      [](const QDateTime& a, const QDateTime& b) { return between(a, b, 60); },
      [](const QDateTime& w) { return qint64(w.time().minute()); }},
-    {QLatin1StringView("s"), [](const QDateTime& w, int n) { return w.addSecs(n); },
+    {QLatin1StringView("s"), [](const QDateTime& w, qint64 n) { return w.addSecs(n); },
      [](const QDateTime& a, const QDateTime& b) { return between(a, b, 1); },
      [](const QDateTime& w) { return qint64(w.time().second()); }},
 });
@@ -165,7 +172,8 @@ constexpr auto DateFunctions = std::to_array<FormulaFunction>({
     {QLatin1StringView("DateAdd"), 3, 3, Type::Date,
      [](Arguments a, Place p) -> Value {
          const Interval& interval = intervalOf(a[0], p);
-         return inBounds(interval.add(moment(dateArgument(a[2], p)), wholeArgument(a[1], p)), p);
+         const auto count = qint64(std::clamp(numberArgument(a[1], p), -MostSeconds, MostSeconds));
+         return inBounds(interval.add(moment(dateArgument(a[2], p)), count), p);
      }},
     {QLatin1StringView("DateDiff"), 3, 3, Type::Number,
      [](Arguments a, Place p) -> Value {

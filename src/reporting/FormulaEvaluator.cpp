@@ -154,15 +154,6 @@ bool Formula::any(const std::function<bool(const FormulaNode&)>& test) const
     return anyNode(m_root, test);
 }
 
-bool Formula::usesPages() const
-{
-    return any([](const FormulaNode& node) {
-        const auto* named = node.as<FormulaNode::NamedWord>();
-        return named &&
-               (named->word == Word::PageNumber || named->word == Word::PageCount || named->word == Word::PageOfPages);
-    });
-}
-
 void Formula::requireCondition() const
 {
     requireConditionOf(m_root);

@@ -18,6 +18,7 @@ using Type = FormulaNode::Type;
 
 constexpr int LongestText = 1'000'000;
 constexpr int MostDecimals = 15;
+constexpr double FirstOfSixteenDigits = 1e15; // rounding by 15 digits would lose whole ones
 
 const QLocale& english()
 {
@@ -132,8 +133,8 @@ double roundedTo(double number, int decimals, double (*round)(double))
 {
     const double scale = std::pow(10.0, std::abs(decimals));
     const double scaled = decimals < 0 ? number / scale : number * scale;
-    if (!std::isfinite(scaled))
-        return number;
+    if (std::abs(scaled) >= FirstOfSixteenDigits)
+        return decimals > 0 || !std::isfinite(scaled) ? number : round(scaled) * scale;
     const double exact = QString::number(scaled, 'g', 15).toDouble();
     return decimals < 0 ? round(exact) * scale : round(exact) / scale;
 }
@@ -318,7 +319,10 @@ QString patternText(double number, const QString& pattern)
     if (first == pattern.end())
         return pattern;
     auto last = first;
-    while (last != pattern.end() && (isDigit(*last) || *last == u',' || *last == u'.'))
+    const auto isInside = [&](auto at) { // not the point at the end of a sentence
+        return (*at == u',' || *at == u'.') && at + 1 != pattern.end() && isDigit(*(at + 1));
+    };
+    while (last != pattern.end() && (isDigit(*last) || isInside(last)))
         ++last;
     const QString digits(first, last - first);
     const QString whole = digits.section(u'.', 0, 0);

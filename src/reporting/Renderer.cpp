@@ -215,35 +215,56 @@ private:
     RowScope m_scope;
 };
 
+/// Rows of a report with their lines of the export.
+using ExportedRows = std::vector<std::pair<std::size_t, QStringList>>;
+
+/// A block for each subreport, its own subreports after it. The rows of a linked one stand after the line that they
+/// belong to.
+void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringList& columns, const ExportedRows& outer,
+               Document& document, const PartProgress& progress)
+{
+    Export main(report, facts);
+    for (const auto& [name, definition] : report.definition.subreports) {
+        const BoundReport& inner = report.subreports.at(name.toCaseFolded());
+        Export own(inner, facts);
+        DataBlock block{name, own.columns(), {}};
+        ExportedRows lines;
+        if (inner.linkedIndex < 0) {
+            for (std::size_t row = 0; row < inner.rows.rows.size(); ++row)
+                lines.emplace_back(row, own.line(row));
+        } else {
+            block.columns = columns + block.columns;
+            for (std::size_t i = 0; i < outer.size(); ++i) {
+                progress.row(i, outer.size());
+                const auto linked = inner.byLink.find(main.linkedKey(outer[i].first, inner.linkedIndex));
+                if (linked != inner.byLink.end())
+                    for (std::size_t row = linked->second.first; row < linked->second.last; ++row)
+                        lines.emplace_back(row, outer[i].second + own.line(row));
+            }
+        }
+        if (lines.empty())
+            continue;
+        for (const auto& [row, line] : lines)
+            block.rows.push_back(line);
+        const QStringList columnsOfBlock = block.columns;
+        document.blocks.push_back(std::move(block));
+        addBlocks(inner, facts, columnsOfBlock, lines, document, progress);
+    }
+}
+
 void fillExport(const BoundReport& report, const RunFacts& facts, Document& document, const PartProgress& progress)
 {
     Export main(report, facts);
     document.columns = main.columns();
     document.rows.reserve(report.rows.rows.size());
+    ExportedRows lines;
     for (std::size_t row = 0; row < report.rows.rows.size(); ++row) {
         progress.row(row, report.rows.rows.size());
         document.rows.push_back(main.line(row));
+        if (!report.definition.subreports.empty())
+            lines.emplace_back(row, document.rows.back());
     }
-    for (const auto& [name, definition] : report.definition.subreports) {
-        const BoundReport& inner = report.subreports.at(name.toCaseFolded());
-        Export own(inner, facts);
-        DataBlock block{name, own.columns(), {}};
-        if (inner.linkedIndex < 0) {
-            for (std::size_t row = 0; row < inner.rows.rows.size(); ++row)
-                block.rows.push_back(own.line(row));
-        } else {
-            block.columns = document.columns + block.columns;
-            for (std::size_t outer = 0; outer < report.rows.rows.size(); ++outer) {
-                progress.row(outer, report.rows.rows.size());
-                const auto linked = inner.byLink.find(main.linkedKey(outer, inner.linkedIndex));
-                if (linked != inner.byLink.end())
-                    for (std::size_t row = linked->second.first; row < linked->second.last; ++row)
-                        block.rows.push_back(document.rows[outer] + own.line(row));
-            }
-        }
-        if (!block.rows.empty())
-            document.blocks.push_back(std::move(block));
-    }
+    addBlocks(report, facts, document.columns, lines, document, progress);
 }
 
 std::optional<Document> renderRead(const Definition& definition, const RunRequest& request,
@@ -262,7 +283,8 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
     Typesetter typesetter;
     PageMaker pages(*report, facts, typesetter);
     const QString file = nameOf(request.reportFile);
-    document.warnings = definition.warnings + layoutWarnings(report->definition, pages.textWidth(), file);
+    document.warnings =
+        definition.warnings + layoutWarnings(report->definition, {pages.textWidth(), pages.bodyHeight()}, file);
     FlowSoFar soFar;
     if (firstPage && request.firstPage <= 1)
         soFar = [&](Flow&& part) {

@@ -57,7 +57,7 @@ Place placeInQuery(const Source& source, const QString& message)
 }
 
 /// Where a formula stands: not everything can be computed everywhere.
-enum class Stands { InRows, InGroupOrder, InBands, OnPages };
+enum class Stands { InRows, InGroupOrder, InBands, InExport, OnPages };
 
 /// Visits every formula of a report's own bands and keys.
 template <typename Visit>
@@ -81,7 +81,7 @@ void eachFormula(Definition& definition, Visit visit)
     for (SortKey& key : definition.sort)
         visit(key.formula, Stands::InRows);
     for (ExportColumn& column : definition.exports)
-        visit(column.formula, Stands::InBands);
+        visit(column.formula, Stands::InExport);
     for (Group& group : definition.groups) {
         visit(group.key, Stands::InRows);
         visit(group.outline, Stands::InBands);
@@ -124,8 +124,11 @@ public:
             throw error.inFile(SelectionPlace);
         }
         orderRows(report, m_facts, m_progress);
-        for (const auto& [name, inner] : definition.subreports)
+        const RowSet own = m_fixed;
+        for (const auto& [name, inner] : definition.subreports) {
             report.subreports.emplace(name.toCaseFolded(), loadSubreport(report, name, *inner, request, databases));
+            m_fixed = own;
+        }
         return report;
     }
 
@@ -172,8 +175,14 @@ private:
     {
         const RowSet set = read(databases, named.source, named.source.query);
         for (int column = 0; column < int(set.columns.size()); ++column) {
-            m_fixed.fixedNames << named.name + u'.' + set.columns[column];
-            m_fixed.fixed.push_back(set.rows.empty() ? Value() : set.rows.front()[std::size_t(column)]);
+            const QString name = named.name + u'.' + set.columns[column];
+            int place = placeOf(name, m_fixed.fixedNames);
+            if (place < 0) {
+                place = int(m_fixed.fixed.size());
+                m_fixed.fixedNames << name;
+                m_fixed.fixed.emplace_back();
+            }
+            m_fixed.fixed[std::size_t(place)] = set.rows.empty() ? Value() : set.rows.front()[std::size_t(column)];
         }
     }
 
@@ -259,7 +268,7 @@ private:
         const Definition& definition = report.definition;
         if (const int column = report.rows.columnOf(columnNamed(definition, name)); column >= 0)
             return column;
-        for (std::size_t i = 0; i < names; ++i)
+        for (std::size_t i = names; i-- > 0;) // the last of two counts
             if (definition.names[i].name.compare(name, Qt::CaseInsensitive) == 0)
                 return int(report.rows.columns.size()) + int(i);
         const int fixed = placeOf(name, report.rows.fixedNames);
@@ -273,7 +282,7 @@ private:
             required(report.rows, field.column, field.place);
         for (std::size_t i = 0; i < definition.names.size(); ++i) {
             NamedFormula& named = definition.names[i];
-            if (indexOf(report, named.name, i) >= 0)
+            if (indexOf(report, named.name, 0) >= 0)
                 throw ReportError(platform::SyntaxError, QStringLiteral("{%1} exists already.").arg(named.name),
                                   named.place);
             bindOne(report, named.formula, i);
@@ -293,27 +302,55 @@ private:
     /// Refuses what means nothing where a formula stands, also behind the names that it uses.
     static void check(const BoundReport& report, const Formula& formula, Stands stands)
     {
-        (void)formula.any([&](const FormulaNode& node) {
-            if (const auto* field = node.as<FormulaNode::Field>()) {
-                const qsizetype name = field->index - report.rows.columns.size();
-                if (name >= 0 && name < qsizetype(report.definition.names.size()))
-                    check(report, report.definition.names[std::size_t(name)].formula, stands);
-            } else if (const auto* word = node.as<FormulaNode::NamedWord>()) {
-                const bool ofPages =
-                    word->word == Word::PageNumber || word->word == Word::PageCount || word->word == Word::PageOfPages;
-                if (ofPages && stands != Stands::OnPages)
-                    throw ReportError(platform::SyntaxError,
-                                      QStringLiteral("Page numbers stand in page-header and page-footer only."),
-                                      node.place);
-            } else if (const auto* summary = node.as<FormulaNode::Summarised>()) {
-                checkSummary(report.definition, *summary, stands, node.place);
-            } else if (node.as<FormulaNode::Neighbour>() && stands != Stands::InBands) {
+        checkNode(report, formula.root(), stands, false);
+    }
+
+    static void checkNode(const BoundReport& report, const FormulaNode& node, Stands stands, bool inOtherRows)
+    {
+        if (const auto* field = node.as<FormulaNode::Field>()) {
+            const qsizetype name = field->index - report.rows.columns.size();
+            if (name >= 0 && name < qsizetype(report.definition.names.size()))
+                checkNode(report, report.definition.names[std::size_t(name)].formula.root(), stands, inOtherRows);
+        } else if (const auto* word = node.as<FormulaNode::NamedWord>()) {
+            checkWord(word->word, stands, node.place);
+        } else if (const auto* summary = node.as<FormulaNode::Summarised>()) {
+            if (inOtherRows)
                 throw ReportError(platform::SyntaxError,
-                                  QStringLiteral("The rows have no order here: Previous and Next mean nothing."),
+                                  QStringLiteral("A summary can't stand in another, in Previous or in Next."),
                                   node.place);
-            }
-            return false;
-        });
+            checkSummary(report.definition, *summary, stands, node.place);
+            inOtherRows = true;
+        } else if (node.as<FormulaNode::Neighbour>()) {
+            if (stands == Stands::InRows || stands == Stands::InGroupOrder || stands == Stands::OnPages)
+                failWithoutOrder(QStringLiteral("Previous and Next"), node.place);
+            inOtherRows = true;
+        }
+        for (const FormulaNode& child : node.children)
+            checkNode(report, child, stands, inOtherRows);
+    }
+
+    [[noreturn]] static void failWithoutOrder(const QString& what, Place place)
+    {
+        throw ReportError(platform::SyntaxError,
+                          QStringLiteral("The rows have no order here: %1 mean nothing.").arg(what), place);
+    }
+
+    static void checkWord(Word word, Stands stands, Place place)
+    {
+        const bool ofPages = word == Word::PageNumber || word == Word::PageCount || word == Word::PageOfPages;
+        if (ofPages && stands != Stands::OnPages)
+            throw ReportError(platform::SyntaxError,
+                              QStringLiteral("Page numbers stand in page-header and page-footer only."), place);
+        if ((word == Word::OnFirstRecord || word == Word::OnLastRecord) &&
+            (stands == Stands::InRows || stands == Stands::InGroupOrder))
+            failWithoutOrder(QStringLiteral("OnFirstRecord and OnLastRecord"), place);
+        if (word == Word::GroupNumber && stands == Stands::InExport)
+            failInExport(place);
+    }
+
+    [[noreturn]] static void failInExport(Place place)
+    {
+        throw ReportError(platform::SyntaxError, QStringLiteral("The rows of an export stand in no group."), place);
     }
 
     static void checkSummary(const Definition& definition, const FormulaNode::Summarised& summary, Stands stands,
@@ -325,6 +362,8 @@ private:
         const bool isGroup = std::any_of(definition.groups.begin(), definition.groups.end(), [&](const Group& group) {
             return group.name.compare(summary.group, Qt::CaseInsensitive) == 0;
         });
+        if (isGroup && stands == Stands::InExport)
+            failInExport(place);
         if (summary.group.isEmpty() || isGroup || isGroupOfAll(summary.group))
             return;
         if (!isGroupOfPage(summary.group))

@@ -46,6 +46,7 @@ public:
     explicit Accumulator(Summary summary) : m_summary(summary) {}
     /// Adds a value; Null counts for nothing. Raises ReportError 13 for a value that can't be added up.
     void add(const Value& value, Place place);
+    /// The summary of what was added; Null for an average, median or extreme of nothing.
     [[nodiscard]] Value result() const;
 
 private:

@@ -174,8 +174,6 @@ RowRange RowScope::rangeOf(const FormulaNode& node) const
 
 Value RowScope::summary(const FormulaNode& node) const
 {
-    if (m_summaryRow != SIZE_MAX)
-        throw ReportError(platform::SyntaxError, QStringLiteral("A summary can't hold another."), node.place);
     const auto& part = *node.as<FormulaNode::Summarised>();
     RowRange rows = rangeOf(node);
     if (part.running)

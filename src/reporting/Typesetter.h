@@ -24,6 +24,7 @@ public:
 
     [[nodiscard]] double ascent(int font) const { return m_faces[std::size_t(font)].ascent; }
     [[nodiscard]] double lineHeight(int font) const { return m_faces[std::size_t(font)].lineHeight; }
+    /// The width of a line, in points.
     [[nodiscard]] double width(int font, QStringView text) const;
     /// Breaks a text into lines no wider than the width, at blanks where it can, inside a word where it must; nothing
     /// of it is lost but the blanks at the breaks.

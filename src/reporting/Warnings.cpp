@@ -17,7 +17,9 @@ constexpr double PageTolerance = 0.5; // points
 class Inspection
 {
 public:
-    Inspection(double textWidth, const QString& file) : m_textWidth(textWidth), m_file(file) {}
+    Inspection(QSizeF body, const QString& file) : m_textWidth(body.width()), m_bodyHeight(body.height()), m_file(file)
+    {
+    }
 
     QStringList run(const Definition& definition)
     {
@@ -66,6 +68,8 @@ private:
         for (const Element& element : row.elements) {
             if (left + element.left + element.width > right + PageTolerance)
                 warn(QStringLiteral("This reaches beyond the right margin."), element.place);
+            if (element.picture >= 0 && element.height > m_bodyHeight)
+                warn(QStringLiteral("This picture is higher than a page's room for it."), element.place);
             if (element.kind == Element::Kind::Text)
                 texts.push_back(&element);
             rows(definition, element.rows, left + element.left, right);
@@ -76,15 +80,16 @@ private:
     }
 
     double m_textWidth;
+    double m_bodyHeight;
     const QString& m_file;
     QStringList m_warnings;
 };
 
 } // namespace
 
-QStringList layoutWarnings(const Definition& definition, double textWidth, const QString& file)
+QStringList layoutWarnings(const Definition& definition, QSizeF body, const QString& file)
 {
-    return Inspection(textWidth, file).run(definition);
+    return Inspection(body, file).run(definition);
 }
 
 } // namespace orlo::reports

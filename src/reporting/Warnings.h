@@ -2,11 +2,14 @@
 
 #include "reporting/Definition.h"
 
+#include <QSizeF>
+
 namespace orlo::reports
 {
 
-/// What a definition prints that no paper shows well: texts beyond the right margin, texts over each other, fonts that
-/// aren't installed. A sentence each, with the place; the file is the report's own. The width is in points.
-[[nodiscard]] QStringList layoutWarnings(const Definition& definition, double textWidth, const QString& file);
+/// What a definition prints that no paper shows well: texts beyond the right margin, texts over each other, pictures
+/// higher than a page, fonts that aren't installed. A sentence each, with the place; the file is the report's own. The
+/// body is a page's room between its header and footer, in points.
+[[nodiscard]] QStringList layoutWarnings(const Definition& definition, QSizeF body, const QString& file);
 
 } // namespace orlo::reports

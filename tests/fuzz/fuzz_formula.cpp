@@ -33,7 +33,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         Formula formula(QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size)));
         formula.bind([](const QString& name) { return int(name.size()); });
-        (void)formula.usesPages();
         (void)handDown(formula, [](const QString& name) {
             return std::optional(QueryColumn{name, FormulaNode::Type(name.size() % 5)});
         });

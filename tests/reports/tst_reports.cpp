@@ -10,6 +10,7 @@
 #include "support/Table.h"
 
 #include <QDir>
+#include <QImage>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -181,6 +182,11 @@ private Q_SLOTS:
             $detail {\n text 0 (if true then "no") = 1\n}\n         | 3061 at 6, 10
             $style x color "blau"\n                                 | 3075 at 5, 15
             $headings columns 2 {\n}\n                              | 3075 at 5, 10
+            $detail columns 2 {\n subreport "S"\n}\n               | 3075 at 6, 2
+            $group "G" {\nby 1\n}\nexport {\n"A" = Sum(1, "G")\n}\n | 3075 at 9, 7
+            $export {\n"A" = GroupNumber\n}\n                      | 3075 at 6, 7
+            $let {S} = Count()\nnothing {\n text 0 = Previous({S})\n}\n | 3075 at 5, 11
+            $sort OnFirstRecord\n                                   | 3075 at 5, 6
             $let {N} = ToNumber({Last_Name})\ndetail {\n text 0 = {N}\n}\n | 13 at 5, 11
         )");
     }
@@ -256,6 +262,14 @@ private Q_SLOTS:
                                                            "\"Pack\" {\nSelect 7 As Num\n}\nlet {X} = {pack.num} "
                                                            "+ 1\npage-header {\ntext 0 = {X}\n}\n"
                                                         << "8\n";
+        QTest::newRow("the last of two of a name")
+            << "source {\nSelect 1 As N\n}\nsource \"Pack\" {\nSelect 7 As Num\n}\nlet {X} = {Pack.Num}\nsource "
+               "\"pack\" "
+               "{\nSelect 8 As Num\n}\nlet {x} = {X} & \"!\"\ndetail {\ntext 0 = {X}\nsubreport \"A\"\nsubreport "
+               "\"B\"\n}\nsubreport \"A\" {\nsource {\nSelect 1 As N\n}\nsource \"Pack\" {\nSelect 9 As Num\n}\n"
+               "detail {\ntext 0 = {Pack.Num}\n}\n}\nsubreport \"B\" {\nsource {\nSelect 1 As N\n}\ndetail {\ntext 0 = "
+               "{Pack.Num}\n}\n}\n"
+            << "8!\n9\n8\n";
         const QString awards =
             "source {\nSelect Scout_SID As S, IIf(IsNull(Quantity), 1, Quantity) As Q From "
             "Assigned_Awards_Scouts\n}\ngroup \"G\" {\nby {S}\nsort descending Sum({Q})\n%1header {\ntext 0 = "
@@ -297,16 +311,19 @@ private Q_SLOTS:
         write("own.rpt",
               "include \"style.inc\"\ninclude \"pack.inc\"\nlet {Heading} = 1\nlet {Subheading} = 2\n"
               "source {\nSelect 1 As A\n}\ndetail {\nrow {\ntext 0 2in (if {A} = 1 then \"big\" else \"plain\") = "
-              "{A}\ntext 1in = 2\nline 8in 1pt\n}\n}\n");
+              "{A}\ntext 1in = 2\nline 8in 1pt\npicture 0 1in 20in \"mark.png\"\n}\n}\n");
+        QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(m_dir.filePath("mark.png")));
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("own.rpt");
         const Document document = *run(wanted);
-        QCOMPARE(document.files, (QStringList{wanted.reportFile, m_dir.filePath("style.inc"),
-                                              m_dir.filePath("pack.inc"), m_dir.filePath("pack.png")}));
+        QCOMPARE(document.files,
+                 (QStringList{wanted.reportFile, m_dir.filePath("style.inc"), m_dir.filePath("pack.inc"),
+                              m_dir.filePath("pack.png"), m_dir.filePath("mark.png")}));
         QCOMPARE(document.warnings.join(u'\n'),
                  "The file style.inc isn't UTF-8, so its accented letters may be wrong.\n"
                  "The font \"No Such\" isn't installed; another takes its place. (style.inc, line 1, column 7)\n"
                  "This reaches beyond the right margin. (own.rpt, line 12, column 6)\n"
+                 "This picture is higher than a page's room for it. (own.rpt, line 13, column 9)\n"
                  "This text stands over the one that begins before it. (own.rpt, line 11, column 6)");
         write("style.inc", "page-header {\ntext 0 = {None}\n}\n");
         write("own.rpt", "source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n");
@@ -442,13 +459,16 @@ private Q_SLOTS:
                                         "export {\n\"Name\" = {Last_Name}\n\"Text\" = \"@x\"\n}\n"
                                         "detail {\nsubreport \"Own\"\nsubreport \"All\"\n}\n"
                                         "subreport \"Own\" {\nsource {\nSelect Scout_SID As S From Scouts\n}\n"
-                                        "link {S} = {Scout_SID}\nexport {\n\"No\" = \"=1+\" & {S}\n}\n}\n"
+                                        "link {S} = {Scout_SID}\nexport {\n\"No\" = \"=1+\" & {S}\n}\n"
+                                        "subreport \"Deep\" {\nsource {\nSelect Scout_SID As T From Scouts\n}\n"
+                                        "link {T} = {S}\n}\n}\n"
                                         "subreport \"All\" {\nsource {\nSelect \"+1 555\" As Phone From Scouts Where "
                                         "Scout_SID = 1\n}\n}\n");
         const QString first = blocks.rows[0][0];
         const QString csv = csvText(blocks);
         QVERIFY2(csv.startsWith("Name,Text\r\n" + first + ",'@x\r\n"), qPrintable(csv));
         QVERIFY2(csv.contains("\r\n\r\nOwn\r\nName,Text,No\r\n" + first + ",'@x,'=1+"), qPrintable(csv));
+        QVERIFY2(csv.contains("\r\n\r\nDeep\r\nName,Text,No,T\r\n" + first + ",'@x,'=1+"), qPrintable(csv));
         QVERIFY2(csv.contains("\r\n\r\nAll\r\nPhone\r\n+1 555\r\n"), qPrintable(csv));
 
         const QString none = m_dir.filePath("none.pdf");
