@@ -28,6 +28,7 @@
 #include <QScreen>
 #include <QStandardPaths>
 #include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -272,6 +273,8 @@ void PreviewWindow::makeToolBar()
 
     m_toolBar = addToolBar(tr("Tools"));
     m_toolBar->setObjectName(QStringLiteral("tlbPreview"));
+    if (auto* more = m_toolBar->findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+        more->setAccessibleName(tr("More")); // where the window is too narrow for all
     m_toolBar->setMovable(false);
     m_toolBar->setIconSize(QSize(IconSize, IconSize));
     m_toolBar->toggleViewAction()->setEnabled(false);
