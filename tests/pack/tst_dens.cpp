@@ -180,6 +180,7 @@ private Q_SLOTS:
     {
         test::fill(People);
         Screen screen;
+        const test::BusyWatch watch("Where Scout_SID");
         QCOMPARE(textsOf(screen.scouts), "Zeb Q. Berg; Abe berg");
         screen.click("cmdDelScouts");
         screen.type("txtDenName", "unsaved");
@@ -192,6 +193,7 @@ private Q_SLOTS:
         test::clickRow(screen.scouts, 0, Qt::ControlModifier);
         test::clickRow(screen.scouts, 2, Qt::ControlModifier);
         screen.click("cmdDelScouts");
+        QVERIFY(watch.alwaysBusy());
         QCOMPARE(textsOf(screen.scouts) + ' ' + denOf(), "Max Free; Abe berg 2/2, 3/2, 4/2");
     }
 

@@ -420,7 +420,8 @@ static int failInHandler(const QStringList& arguments)
     QObject::connect(dismiss, &QTimer::timeout, qApp, [] {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             box && box->text().startsWith("Run-time error")) {
-            std::fprintf(stderr, "read\n");
+            if (box->text().endsWith("ORLO must close. What was saved before is safe."))
+                std::fprintf(stderr, "read\n");
             box->accept();
         }
     });

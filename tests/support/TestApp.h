@@ -7,6 +7,7 @@
 #include "support/Main.h"
 #include "widgets/Form.h"
 
+#include <QLoggingCategory>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
@@ -82,6 +83,40 @@ W& control(const QObject& form, const char* name)
         fail(QStringLiteral("no control ") + QString::fromLatin1(name));
     return *found;
 }
+
+/// Watches the statements that hold a text: whether they run under the busy pointer.
+class BusyWatch
+{
+public:
+    explicit BusyWatch(const QString& statement)
+    {
+        s_statement = statement;
+        s_seen = s_idle = 0;
+        QLoggingCategory::setFilterRules("orlo.sql=true");
+        m_former = qInstallMessageHandler([](QtMsgType, const QMessageLogContext& context, const QString& text) {
+            if (qstrcmp(context.category, "orlo.sql") != 0 || !text.contains(s_statement))
+                return;
+            ++s_seen;
+            s_idle += QApplication::overrideCursor() ? 0 : 1;
+        });
+    }
+    ~BusyWatch()
+    {
+        qInstallMessageHandler(m_former);
+        QLoggingCategory::setFilterRules(QString());
+    }
+    BusyWatch(const BusyWatch&) = delete;
+    BusyWatch& operator=(const BusyWatch&) = delete;
+
+    /// True if there were such statements, and all under the pointer.
+    [[nodiscard]] static bool alwaysBusy() { return s_seen > 0 && s_idle == 0; }
+
+private:
+    static inline QString s_statement;
+    static inline int s_seen = 0;
+    static inline int s_idle = 0;
+    QtMessageHandler m_former;
+};
 
 /// One number out of the open database.
 inline int count(const QString& table, const QString& where = QString())
