@@ -249,10 +249,7 @@ private Q_SLOTS:
     }
     void failures()
     {
-        QFETCH(QString, script);
-        QFETCH(QString, sql);
-        QFETCH(QString, number);
-        QCOMPARE(test::failureInChild(sql, [&] { Screen().go(script); }), "Run-time error '" + number + "':");
+        QTEST(test::failureInChild(test::cell("sql"), [] { Screen().go(test::cell("script")); }), "number");
         QCOMPARE(left(), "5 + 2");
     }
 

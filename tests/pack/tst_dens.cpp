@@ -113,12 +113,11 @@ private Q_SLOTS:
     }
     void oneRecordAtATime()
     {
-        QFETCH(QString, dens);
         QFETCH(QString, script);
         QFETCH(QString, label);
         test::fill("With Recursive k(i) As (Values(1) Union All Select i + 1 From k) Insert Into Dens Select i, "
                    "CASE i WHEN 1 THEN 9 ELSE i END, 'N' || i, 'Wolf', 2024, 'Y' From k Limit " +
-                   dens);
+                   test::cell("dens"));
         Screen screen;
         screen.form.setFocus();
         screen.run(script, [&](const QString& row) { screen.denType.setListIndex(row.sliced(1).toInt()); });
@@ -152,7 +151,7 @@ private Q_SLOTS:
     void keysRunOut()
     {
         QCOMPARE(test::failureInChild("Insert Into Dens (Den_SID) Values (32767)", [] { Screen().click("cmdNew"); }),
-                 "Run-time error '6':");
+                 "6");
         QCOMPARE(test::count("Dens"), 1);
     }
 

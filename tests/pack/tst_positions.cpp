@@ -107,10 +107,9 @@ private Q_SLOTS:
     void editing()
     {
         QFETCH(QString, script);
-        QFETCH(QString, shown);
         Screen screen;
         screen.act(script);
-        QCOMPARE(widgets::Instance<frmPackDenPositions>::loaded() ? screen.shown() : "closed", shown);
+        QCOMPARE(widgets::Instance<frmPackDenPositions>::loaded() ? screen.shown() : "closed", test::cell("shown"));
         QTEST(stored(), "stored");
         if (script.endsWith("Dr")) // the mark goes with the title
             QCOMPARE(screen.den.columnText(0), "L");
@@ -129,7 +128,6 @@ private Q_SLOTS:
     void refused()
     {
         QFETCH(QString, script);
-        QFETCH(QString, failure);
         QFETCH(QString, shown);
         for (QString* text : {&script, &shown})
             text->replace("%31", QString(31, u'W')).replace("%61", QString(61, u'W'));
@@ -138,7 +136,7 @@ private Q_SLOTS:
             Screen screen;
             screen.act(script + " ok " + leave);
             QTRY_VERIFY(screen.told.first()->shown);
-            QVERIFY(screen.told.first()->text.startsWith(failure) && !QApplication::activeModalWidget());
+            QVERIFY(screen.told.first()->text.startsWith(test::cell("failure")) && !QApplication::activeModalWidget());
             QTEST(screen.told.first()->title, "title");
             QVERIFY(widgets::Instance<frmPackDenPositions>::loaded());
             QCOMPARE(screen.shown(), shown);

@@ -66,22 +66,20 @@ private Q_SLOTS:
     }
     void sums()
     {
-        QFETCH(QString, start);
-        QFETCH(QString, end);
         QFETCH(QString, said);
-        QFETCH(QString, rows);
         test::fill(Awards);
         const Screen screen;
         QCOMPARE(test::count("Purchase_List"), 0);
         screen.click("cmdCreate");
-        screen.get<QLineEdit>("txtStartDate").setText(start);
-        screen.get<QLineEdit>("txtEndDate").setText(end);
+        screen.get<QLineEdit>("txtStartDate").setText(test::cell("start"));
+        screen.get<QLineEdit>("txtEndDate").setText(test::cell("end"));
         if (!said.isEmpty())
             screen.run("ok");
         screen.click("cmdCreate");
         QCOMPARE(screen.said(), said);
         QCOMPARE(shown(screen, "dbgAssignedPurchases"),
-                 "Quantity/Award Name/Award Type" + rows.replace("@", ", 1//, 1/Bear/Badge, 1/Bear/Pin, 5/Wolf/Badge"));
+                 "Quantity/Award Name/Award Type" +
+                     test::cell("rows").replace("@", ", 1//, 1/Bear/Badge, 1/Bear/Pin, 5/Wolf/Badge"));
     }
 
     void badDateKeepsFocus()

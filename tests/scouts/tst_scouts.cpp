@@ -117,11 +117,10 @@ private Q_SLOTS:
     }
     void sets()
     {
-        QFETCH(QString, script);
         test::fill(test::Pack);
         const Screen screen;
         QCOMPARE(screen.get<widgets::ComboBox>("cmbSelectedDens").text(), "<All>");
-        screen.go(script.replace('$', "cmbSelectedDens"));
+        screen.go(test::cell("script").replace('$', "cmbSelectedDens"));
         test::compare(screen.shown(), {"listed", "label", "live", "page", "row", "said"});
     }
 
@@ -136,10 +135,9 @@ private Q_SLOTS:
     }
     void records()
     {
-        QFETCH(QString, script);
         test::fill(test::Pack);
         const Screen screen;
-        screen.go(script);
+        screen.go(test::cell("script"));
         test::compare(screen.shown(), {"born", "started", "on", "den", "label", "live", "page", "row"});
     }
 
@@ -154,10 +152,9 @@ private Q_SLOTS:
     }
     void addsAndDeletes()
     {
-        QFETCH(QString, script);
         test::fill(QByteArray(test::Pack) + OneAward);
         const Screen screen;
-        screen.go(script);
+        screen.go(test::cell("script"));
         test::compare(screen.shown(), {"listed", "label", "live", "page", "row", "awards"});
     }
 
@@ -209,12 +206,10 @@ private Q_SLOTS:
     }
     void saves()
     {
-        QFETCH(QString, script);
-        QFETCH(QString, field);
         test::fill(test::Pack);
         const Screen screen;
-        screen.go("@2 " + script);
-        QTEST(test::rows("Select " + field + " From Scouts Where Scout_SID = 1"), "stored");
+        screen.go("@2 " + test::cell("script"));
+        QTEST(test::rows("Select " + test::cell("field") + " From Scouts Where Scout_SID = 1"), "stored");
     }
 
     // The picked adult always goes to the second parent's link.
@@ -351,7 +346,6 @@ private Q_SLOTS:
     }
     void pendingFailureShows()
     {
-        QFETCH(QString, action);
         test::fill(test::Pack);
         const Screen screen;
         screen.go("@1");
@@ -361,7 +355,7 @@ private Q_SLOTS:
             press(dialog, "cmdOk");
         });
         platform::pendingError::set(platform::RuntimeError(platform::RecordDeleted));
-        screen.go(action);
+        screen.go(test::cell("action"));
         QCOMPARE(text, QString::number(platform::RecordDeleted));
     }
 
@@ -399,10 +393,8 @@ private Q_SLOTS:
     }
     void failures()
     {
-        QFETCH(QString, script);
-        QFETCH(QString, number);
-        QCOMPARE(test::failureInChild(QString(test::Pack) + OneAward, [&] { Screen().go(script); }),
-                 "Run-time error '" + number + "':");
+        QTEST(test::failureInChild(QString(test::Pack) + OneAward, [] { Screen().go(test::cell("script")); }),
+              "number");
         QCOMPARE(test::rows("Select First_Name From Scouts Order By Scout_SID"), "Ada, Bo, Cy, Di");
         QCOMPARE(test::rows("Select Date_Assigned From Assigned_Awards_Scouts"), "3/1/2026");
     }

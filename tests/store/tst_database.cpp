@@ -36,8 +36,7 @@ private Q_SLOTS:
             cut off               | 3049
             overwritten           | 3049
             locked                | 3050
-            other case, backslash | 0
-        )");
+            other case, backslash | 0)");
     }
     void opening()
     {

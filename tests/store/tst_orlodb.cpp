@@ -71,20 +71,18 @@ private Q_SLOTS:
             Den_SID,Den_Name\n1,a"b\n               | Dens       | 2:4: a quote inside
             Den_SID,Den_Name\r1,a\r                 | Dens       | 1:17: a carriage return
             Den_SID,Den_Name\n1,M\xFCller\n         | Dens       | 2:3: text that isn't UTF-8
-            Den_SID,Den_Name\n1,a\0b\n              | Dens       | 2:3: a zero byte
-        )");
+            Den_SID,Den_Name\n1,a\0b\n              | Dens       | 2:3: a zero byte)");
     }
     void badInput()
     {
-        QFETCH(QString, content);
         QFETCH(QString, file);
-        QFETCH(QString, error);
-        const QByteArray escaped = content.toUtf8().replace("\\r", "\r").replace("\\xFC", "\xFC");
+        const QByteArray escaped = test::cell("content").toUtf8().replace("\\r", "\r").replace("\\xFC", "\xFC");
         orlo::test::write(csv(file + ".csv"), QByteArray(escaped).replace("\\0", QByteArray(1, '\0')));
         orlo::test::write(csv("Adults.csv"), "Adult_SID\n1\n");
         const Run run = orloDb({"new", out(), "--from", csv()});
         QCOMPARE(run.status, 1);
-        QVERIFY2(run.errors.contains(file + ".csv:") && run.errors.contains(error), qPrintable(run.errors));
+        QVERIFY2(run.errors.contains(file + ".csv:") && run.errors.contains(test::cell("error")),
+                 qPrintable(run.errors));
         QCOMPARE(made(), QStringList());
     }
 

@@ -45,17 +45,14 @@ private Q_SLOTS:
             2 N d -7 L P    | 3 | 3 | 3 eof 3021 bof 3 2
             N d 0 0 N       | 3 | 2 | 2 3167 3167 3167 3
             d a r           | 1 | 1 | 3167 9 9
-            N d r e d N d P d P L d F | 4 | 0 | 2 3167 3167 3167 3167 3 3167 1 3167 bof 4 3167 3021
-        )");
+            N d r e d N d P d P L d F | 4 | 0 | 2 3167 3167 3167 3167 3 3167 1 3167 bof 4 3167 3021)");
     }
     void steps()
     {
-        QFETCH(QString, steps);
-        QFETCH(QString, records);
-        fill(records.toInt());
+        fill(test::cell("records").toInt());
         Recordset rows = open();
         QStringList seen;
-        for (const QString& step : steps.split(u' ')) {
+        for (const QString& step : test::cell("steps").split(u' ')) {
             const int number = failureNumber([&] {
                 step == "F"   ? rows.moveFirst()
                 : step == "L" ? rows.moveLast()
@@ -102,8 +99,7 @@ private Q_SLOTS:
             False               | Mail    | 0
             = 5                 | Mail    | 1
             maybe               | Mail    | 3421
-            1                   | Nothing | 3265
-        )");
+            1                   | Nothing | 3265)");
         QTest::newRow("long") << QString(70000, u'x') << "Note" << QString(70000, u'x');
     }
     void conversions()
@@ -174,7 +170,6 @@ private Q_SLOTS:
     void othersChanges_data() { test::table({"by"}, "this program\nanother program"); }
     void othersChanges()
     {
-        QFETCH(QString, by);
         fill(30);
         Recordset rows = m_database->openRecordset("Select * From T Where SID < 40 Order By SID");
         for (; sid(rows) < 9; rows.moveNext()) // to a block that reaches beyond what changes
@@ -182,7 +177,7 @@ private Q_SLOTS:
         Recordset whole = open();
         Database other = DBEngine::openDatabase(m_path);
         QTest::qSleep(3);
-        Database& changing = by == "this program" ? *m_database : other;
+        Database& changing = test::cell("by") == "this program" ? *m_database : other;
         changing.execute("Update T Set Name = 'new', SID = 50 Where SID = 10");
         changing.execute("Insert Into T (SID) Values (31)");
         changing.execute("Insert Into T (SID) Values (32)");
@@ -228,19 +223,17 @@ private Q_SLOTS:
             this program    | Insert Into T (SID, Name) Select 30, 'new' From T Where SID = 1
             this program    | a record set
             another program | Insert Into T (SID, Name) Select 30, 'new' From T Where SID = 1
-            another program | a record set
-        )");
+            another program | a record set)");
     }
     void removedAndAdded()
     {
-        QFETCH(QString, by);
         QFETCH(QString, how);
         fill(30); // so that the last place is read ahead, in one block with others
         Recordset rows = open();
         for (; sid(rows) < 30; rows.moveNext())
             ;
         Database other = DBEngine::openDatabase(m_path);
-        Database& changing = by == "this program" ? *m_database : other;
+        Database& changing = test::cell("by") == "this program" ? *m_database : other;
         for (int again = 0; again < 2; ++again) {
             changing.execute("Delete From T Where SID = 30");
             Recordset adding = changing.openRecordset("Select * From T Where SID = 0");
@@ -266,8 +259,7 @@ private Q_SLOTS:
             Delete From T Where SID = 3; Insert Into T(rowid, SID, Name) Values(3, 3, 'new') | remove
             Update T Set Name = 'new' Where SID = 3                                          | edit
             Update T Set Name = 'new' Where SID = 3                                          | update
-            Update T Set Name = 'new', rowid = 9 Where SID = 3                               | update
-        )");
+            Update T Set Name = 'new', rowid = 9 Where SID = 3                               | update)");
     }
     void changedByAnother()
     {

@@ -39,8 +39,7 @@ private Q_SLOTS:
             Leader_Pack_Assn | Position_Title 60@11, Leader_SID int@11, Sort_Order int@11, Leader_Pack_Assn long+@11 | *LPA_Leader_Pack_Assn_PK Leader_Pack_Assn@11, LPA_Leader_SID_IDX Leader_SID@11
             Other_Purchase_List | Item_Name 100@11, Quantity int@11 |
             Pack_Positions  | Pack_Titles 60!@11, Sort_Order int@11 | *Pack_Titles Pack_Titles@11
-            Purchase_List   | Insignia_SID int@10, Award_Name 40, Award_Type 40@10, Insignia_Type 40@11, Quantity int@11 |
-        )");
+            Purchase_List   | Insignia_SID int@10, Award_Name 40, Award_Type 40@10, Insignia_Type 40@11, Quantity int@11 |)");
     }
     void catalogue()
     {
@@ -106,15 +105,12 @@ private Q_SLOTS:
             no such month           | no  | Scouts(Scout_SID, Birth_Date) VALUES(1, '2016-13-07')
             yes or no               | no  | Scouts(Scout_SID, Boys_Life) VALUES(1, 2)
             dangling links          | yes | Scouts(Scout_SID, Assigned_Den_SID) VALUES(1, 99)
-            the same award twice    | yes | Assigned_Awards_Adults VALUES(1,1,NULL,NULL,NULL), (1,1,NULL,NULL,NULL)
-        )");
+            the same award twice    | yes | Assigned_Awards_Adults VALUES(1,1,NULL,NULL,NULL), (1,1,NULL,NULL,NULL))");
     }
     void limits()
     {
-        QFETCH(QString, accepted);
-        QFETCH(QString, statement);
-        const QString failure = rows("INSERT INTO " + statement.toUtf8());
-        QVERIFY2(failure.isEmpty() == (accepted == "yes"), qPrintable(failure));
+        const QString failure = rows("INSERT INTO " + test::cell("statement").toUtf8());
+        QVERIFY2(failure.isEmpty() == (test::cell("accepted") == "yes"), qPrintable(failure));
     }
 
     void startingValues()

@@ -73,8 +73,7 @@ private Q_SLOTS:
             Where SID Not Between 2 And 3                                          | 1 4
             Where Exists (Select * From Older Where Older.SID = People.SID)        | 1 4
             Where 'ØSTER' In (Select [Last Name] From People P Where P.SID = People.SID) | 2
-            order by [Last Name] DESC                                              | 2 1 3 4
-        )");
+            order by [Last Name] DESC                                              | 2 1 3 4)");
         QTest::newRow("either quote") << "Where people.[last name] = \"o'brien\""
                                       << "3";
     }
@@ -120,13 +119,11 @@ private Q_SLOTS:
             Select * From (People As P Left Join Older On P.SID = Older.SID) Inner Join People As Q On Q.SID = P.SID | fixed 4 12
             Select Distinct UCase([Last Name]) & '' From (Select [Last Name] From People Union All Select 'ØST' From People) As P | fixed 4 1
             Select Count(*) From People Group By Left([Last Name], 1) & Left('', 1) | fixed 3 1
-            Select P.*, 1 From People P                                        | updatable 4 6
-        )");
+            Select P.*, 1 From People P                                        | updatable 4 6)");
     }
     void shapes()
     {
-        QFETCH(QString, source);
-        const Recordset rows = m_database->openRecordset(source);
+        const Recordset rows = m_database->openRecordset(test::cell("source"));
         const QString kind = rows.updatable() ? "updatable" : "fixed";
         QTEST(QString("%1 %2 %3").arg(kind).arg(rows.recordCount()).arg(rows.fields().size()), "shape");
     }
@@ -169,13 +166,12 @@ private Q_SLOTS:
             Round(2.5) & Round(1.25, 1)                     | 21.2; 21.2
             InStr([Last Name], 'ST') & Len(Born)            | 28; 210
             Year(Born + 30) & Month('6/7/14') & Day(2)      | 201461; 201661
-            Abs(SID - 3) & Mid('abc', SID, 1)               | 2a; 1b
-        )");
+            Abs(SID - 3) & Mid('abc', SID, 1)               | 2a; 1b)");
     }
     void expressions()
     {
-        QFETCH(QString, expression);
-        Recordset rows = m_database->openRecordset("Select " + expression + " From People Where SID < 3 Order By SID");
+        Recordset rows =
+            m_database->openRecordset("Select " + test::cell("expression") + " From People Where SID < 3 Order By SID");
         QCOMPARE(rows.fields()[0].name, "Expr1000");
         QTEST(texts(rows, u"Expr1000", "; "), "values");
     }
@@ -268,16 +264,14 @@ private Q_SLOTS:
             Alter Table People Add x                                         | action | 3075
             With x As (Select 1) Delete From People                          | action | 3075
             Replace Into People(SID) Values(1)                               | action | 3075
-            Explain Select 1                                                 | action | 3075
-        )");
+            Explain Select 1                                                 | action | 3075)");
     }
     void failures()
     {
         QFETCH(QString, statement);
-        QFETCH(QString, as);
         const auto source = [&] { (void)m_database->openRecordset(statement); };
         const auto action = [&] { m_database->execute(statement); };
-        const int number = as == "source" ? test::failureNumber(source) : test::failureNumber(action);
+        const int number = test::cell("as") == "source" ? test::failureNumber(source) : test::failureNumber(action);
         QTEST(QString::number(number), "number");
         QCOMPARE(m_database->openRecordset("People").recordCount(), 4);
     }
@@ -295,13 +289,11 @@ private Q_SLOTS:
             Update People As P Set P.Den = 2.5 + Mail Where Mail        | 2 - 3 2
             Insert Into People (SID, Den, Born) Values (5, '7', 'soon') | 3 - 3 4
             Update People Set Den = '2.5' Where SID = 1                | 2 - 3 4
-            Update People Set Den = Born - #6/1/2014# Where SID = 1     | 6 - 3 4
-        )");
+            Update People Set Den = Born - #6/1/2014# Where SID = 1     | 6 - 3 4)");
     }
     void refusedRowsArePassedOver()
     {
-        QFETCH(QString, statement);
-        m_database->execute(statement);
+        m_database->execute(test::cell("statement"));
         Recordset rows = m_database->openRecordset("Select * From People Order By SID");
         QTEST(texts(rows, u"Den"), "after");
     }

@@ -204,7 +204,7 @@ inline void copyLayouts()
 }
 
 /// Runs the current test function and row once more, in a process of its own on the same file, where the action is to
-/// fail; the first line of the message that this process ends with, or all it wrote if it ended in another way.
+/// fail; the number of the failure that this process reports at its end, or all it wrote if it ended in another way.
 template <class Action>
 QString failureInChild(const QString& sql, const Action& action)
 {
@@ -227,8 +227,8 @@ QString failureInChild(const QString& sql, const Action& action)
     child.start(QCoreApplication::applicationFilePath(), functionArguments(test));
     child.waitForFinished(60000);
     const QString told = QString::fromUtf8(child.readAllStandardError());
-    const qsizetype start = told.indexOf(QLatin1String("Run-time error"));
-    return child.exitCode() == 1 && start >= 0 ? told.sliced(start).section(u'\n', 0, 0) : told + u'?';
+    const QString number = told.section(QLatin1String("Run-time error '"), 1).section(u'\'', 0, 0);
+    return child.exitCode() == 1 && !number.isEmpty() ? number : told + u'?';
 }
 
 } // namespace orlo::test

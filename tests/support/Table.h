@@ -25,14 +25,18 @@ inline void table(std::initializer_list<const char*> columns, const char* lines)
     }
 }
 
+/// What the row of data has in a column.
+inline QString cell(const char* column)
+{
+    return *static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
+}
+
 /// Compares what was seen with the columns of the row of data that have these names.
 inline void compare(const QMap<QString, QString>& seen, std::initializer_list<const char*> columns)
 {
-    for (const char* column : columns) {
-        const auto* wanted = static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
-        if (!QTest::qCompare(seen[column].trimmed(), *wanted, column, "the row's", __FILE__, __LINE__))
+    for (const char* column : columns)
+        if (!QTest::qCompare(seen[column].trimmed(), cell(column), column, "the row's", __FILE__, __LINE__))
             return;
-    }
 }
 
 } // namespace orlo::test

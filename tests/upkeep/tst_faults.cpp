@@ -109,8 +109,7 @@ file start     | 3050
 file update    | 3050
 folder update  | 70
 folder save    | 3027
-folder repair  | 3050
-)");
+folder repair  | 3050)");
     }
     void worksUnderFaults()
     {
@@ -156,8 +155,7 @@ folder repair  | 3050
     {
         test::table({"situation", "left"}, R"(
 as it was left | first
-put back       | third
-)");
+put back       | third)");
     }
     void journal()
     {

@@ -6,6 +6,7 @@
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
+#include "support/Table.h"
 
 #include <QFile>
 
@@ -103,41 +104,39 @@ private Q_SLOTS:
         QCOMPARE(test::rows("Select Quantity, Insignia_SID From Assigned_Awards_Scouts Where Assigned_SID = 3"), "1/1");
     }
 
-    // An object that a step makes, there already: the steps before it stay done, and there is no way on but by hand.
+    // An object that a step makes, there already: the steps before it stay done, the last of which made "last", and
+    // there is no way on but by hand.
     void aStepThatFails_data()
     {
-        QTest::addColumn<int>("number");
-        QTest::addColumn<QString>("last"); // what the step before it made
-        QTest::newRow("Den_Titles") << 3010 << "Purchase_List";
-        QTest::newRow("Leader_Den_Assignments") << 3010 << "Den_Titles";
-        QTest::newRow("Leader_Pack_Assn") << 3010 << "Leader_Den_Assignments";
-        QTest::newRow("Other_Purchase_List") << 3010 << "Leader_Pack_Assn";
-        QTest::newRow("Pack_Positions") << 3010 << "Other_Purchase_List";
-        QTest::newRow("AAS_TMP") << 3010 << "Pack_Positions";
-        QTest::newRow("Join_AssignedAdultsWInsgnias") << 3012 << "Scouts";
-        QTest::newRow("UnionAwardsScoutAdults") << 3012 << "Union_Pack_Den_Positions";
+        test::table({"object", "kind", "number", "last"}, R"(
+            Den_Titles                    | Table | 3010 | Purchase_List
+            Leader_Den_Assignments        | Table | 3010 | Den_Titles
+            Leader_Pack_Assn              | Table | 3010 | Leader_Den_Assignments
+            Other_Purchase_List           | Table | 3010 | Leader_Pack_Assn
+            Pack_Positions                | Table | 3010 | Other_Purchase_List
+            AAS_TMP                       | Table | 3010 | Pack_Positions
+            Join_AssignedAdultsWInsgnias  | View  | 3012 | Scouts
+            UnionAwardsScoutAdults        | View  | 3012 | Union_Pack_Den_Positions)");
     }
     void aStepThatFails()
     {
-        QFETCH(int, number);
-        QFETCH(QString, last);
         const OldFolder folder;
-        const QByteArray name = QTest::currentDataTag();
-        sqlite(folder.file(),
-               number == 3010 ? "Create Table " + name + " (a TEXT(1))" : "Create View " + name + " As Select 1");
+        const QByteArray object = (test::cell("kind") + u' ' + test::cell("object")).toUtf8();
+        sqlite(folder.file(), "Create " + object + (object.startsWith('T') ? " (a TEXT(1))" : " As Select 1"));
         const auto update = [] {
             test::answerNext();
             return UpdateDatabaseFile();
         };
-        QCOMPARE(test::failureNumber(update), number);
+        QTEST(QString::number(test::failureNumber(update)), "number");
         QVERIFY(gDbNeedsUpdate);
         gDatabase.reset();
-        QCOMPARE(sqlite(folder.file(), "Select name From sqlite_master Where type In ('table', 'view') And name Not In "
-                                       "('sqlite_sequence', 'Stored_Queries') And sql Not Like '%a TEXT(1))' And sql "
-                                       "Not Like '%Select 1' Order By rowid Desc Limit 1"),
-                 QStringList{last});
+        QTEST(sqlite(folder.file(), "Select name From sqlite_master Where type In ('table', 'view') And name Not In "
+                                    "('sqlite_sequence', 'Stored_Queries') And sql Not Like '%a TEXT(1))' And sql "
+                                    "Not Like '%Select 1' Order By rowid Desc Limit 1")
+                  .join(' '),
+              "last");
         // The old file from its copy, and the update goes through.
-        sqlite(folder.file("QuorrelOld_10.mdb"), number == 3010 ? "Drop Table " + name : "Drop View " + name);
+        sqlite(folder.file("QuorrelOld_10.mdb"), "Drop " + object);
         QVERIFY(QFile::remove(folder.file()) && QFile::copy(folder.file("QuorrelOld_10.mdb"), folder.file()));
         QVERIFY(update());
         QCOMPARE(test::count("Assigned_Awards_Scouts"), 3);
@@ -146,11 +145,7 @@ private Q_SLOTS:
     void aFileOfVersion11IsRefused()
     {
         const test::AppFolder folder;
-        QCOMPARE(test::failureNumber([] {
-                     ApplyUpdateSteps();
-                     return 0;
-                 }),
-                 3010);
+        QCOMPARE(test::failureNumber(ApplyUpdateSteps), 3010);
     }
 
     // The old file goes only once the new one is open.
