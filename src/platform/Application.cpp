@@ -1,6 +1,7 @@
 #include "platform/Application.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 namespace orlo::platform
 {
@@ -28,7 +29,7 @@ QString title()
 
 QString folder()
 {
-    return fixedFolder.isEmpty() ? QCoreApplication::applicationDirPath() : fixedFolder;
+    return QDir::toNativeSeparators(fixedFolder.isEmpty() ? QCoreApplication::applicationDirPath() : fixedFolder);
 }
 
 void setFolder(const QString& path)

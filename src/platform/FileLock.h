@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QFile>
 #include <QString>
+
+#include <memory>
 
 namespace orlo::platform
 {
@@ -13,12 +14,16 @@ class FileLock
 public:
     /// Waits up to two seconds for a process that has it. A native path. Raises 3050.
     explicit FileLock(const QString& path);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
 
     /// False once the path names another file than the locked one.
     [[nodiscard]] bool isOn(const QString& path) const;
 
 private:
-    QFile m_file;
+    struct Held;
+    std::unique_ptr<Held> m_held;
 };
 
 } // namespace orlo::platform

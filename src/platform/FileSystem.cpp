@@ -18,45 +18,9 @@ namespace
 
 constexpr int FileAlreadyExists = 58;
 
-// The entry of a folder with this name, the exact spelling preferred; the name itself where there is none.
-QString matchingEntry(const QString& folder, const QString& name)
-{
-    if (QFileInfo::exists(folder + u'/' + name))
-        return name;
-    const auto entries = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
-    for (const QString& entry : entries)
-        if (entry.compare(name, Qt::CaseInsensitive) == 0)
-            return entry;
-    return name;
-}
-
 std::function<QList<Drive>()> otherVolumes; // in place of the mounted ones
 
 } // namespace
-
-QString nativePath(const QString& path)
-{
-    // A folder that bears a backslash in its name, where that is no separator, stands as it is called.
-    qsizetype known = path.lastIndexOf(u'\\');
-    while (known > 0 && !QFileInfo(path.first(known)).isDir())
-        known = path.lastIndexOf(u'\\', known - 1);
-    const QString folder = known > 0 ? path.first(known) : QString();
-    QString rest = path.sliced(folder.size());
-    rest.replace(u'\\', u'/');
-    if (QFileInfo::exists(folder + rest))
-        return folder + rest;
-    const bool absolute = !folder.isEmpty() || rest.startsWith(u'/');
-    QString found = absolute ? folder : QStringLiteral(".");
-    const auto parts = rest.split(u'/', Qt::SkipEmptyParts);
-    for (const QString& part : parts)
-        found += u'/' + matchingEntry(found.isEmpty() ? QStringLiteral("/") : found, part);
-    return absolute ? found : found.mid(2);
-}
-
-bool isWithin(const QString& path, const QString& folder)
-{
-    return path == folder || path.startsWith(folder.endsWith(u'/') ? folder : folder + u'/');
-}
 
 bool FileSystem::fileExists(const QString& path) const
 {
@@ -73,7 +37,7 @@ void FileSystem::copyFile(const QString& source, const QString& destination, boo
         throw RuntimeError(PathNotFound, QStringLiteral("FileSystem"));
     if (!overwrite && to.exists())
         throw RuntimeError(FileAlreadyExists, QStringLiteral("FileSystem"), QStringLiteral("File already exists"));
-    if (to.exists() && (!to.isFile() || !to.isWritable()))
+    if (to.exists() && (!to.isFile() || !isWritable(to.filePath())))
         throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
     // A link stays a link: what it names is what gets replaced.
     copyOver(from.filePath(), to.exists() ? to.canonicalFilePath() : to.filePath());
@@ -84,7 +48,12 @@ void FileSystem::deleteFile(const QString& path, bool force) const
     const QString target = nativePath(path);
     if (!QFileInfo(target).isFile())
         throw RuntimeError(FileNotFound, QStringLiteral("FileSystem"));
-    if ((!force && !QFileInfo(target).isWritable()) || !QFile::remove(target))
+    if (!isWritable(target)) {
+        if (!force)
+            throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
+        QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner); // some systems ask for it
+    }
+    if (!QFile::remove(target))
         throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
 }
 
@@ -137,7 +106,7 @@ QList<Drive> FileSystem::drives() const
 
 QString FileSystem::driveOf(const QString& path) const
 {
-    QString root = QStringLiteral("/");
+    QString root = QDir::rootPath();
     const auto volumes = drives();
     for (const Drive& drive : volumes)
         if (isWithin(path, drive.root) && drive.root.size() > root.size())

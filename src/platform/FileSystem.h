@@ -15,6 +15,9 @@ namespace orlo::platform
 /// True for a folder itself and for all that lies below it; both paths absolute and clean.
 [[nodiscard]] bool isWithin(const QString& path, const QString& folder);
 
+/// Whether this user may write to a file, or make files in a folder; a path of the operating system.
+[[nodiscard]] bool isWritable(const QString& path);
+
 /// A file that exists.
 struct File {
     QString path;

@@ -11,7 +11,7 @@ namespace orlo::widgets
 DriveList::DriveList(QWidget* parent) : ComboBox(parent)
 {
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-    m_chosen = platform::FileSystem().driveOf(QDir::currentPath());
+    m_chosen = QDir::toNativeSeparators(platform::FileSystem().driveOf(QDir::currentPath()));
     fill();
     connect(this, &ComboBox::dropDown, this, &DriveList::fill);
     connect(this, &ComboBox::clicked, this, [this] {
@@ -28,7 +28,7 @@ void DriveList::fill()
     const QIcon icon = style()->standardIcon(QStyle::SP_DriveHDIcon);
     clear();
     for (const platform::Drive& drive : drives) {
-        QComboBox::addItem(icon, drive.root);
+        QComboBox::addItem(icon, QDir::toNativeSeparators(drive.root));
         setItemData(count() - 1, QStorageInfo(drive.root).displayName(), Qt::ToolTipRole);
     }
     if (findText(m_chosen) < 0)

@@ -19,21 +19,22 @@ constexpr int Rows = 9; // however many folders there are
 
 QString above(const QString& path)
 {
-    const qsizetype end = path.lastIndexOf(u'/');
-    return end > 0 ? path.left(end) : QStringLiteral("/");
+    const QString folder = QFileInfo(path).path(); // of a root the root itself
+    return QDir::isAbsolutePath(folder) ? folder : QDir::rootPath();
 }
 
 QString nearest(QString path)
 {
-    while (path != u"/" && !QFileInfo(path).isDir())
+    while (!QFileInfo(path).isDir() && above(path) != path)
         path = above(path);
     return path;
 }
 
+// The system's root where the folder that the process was started in has gone or lies on no drive.
 QString processFolder()
 {
     const QString folder = QDir::currentPath();
-    return folder.isEmpty() ? QStringLiteral("/") : folder; // the folder that the process was started in may have gone
+    return platform::isWithin(folder, platform::FileSystem().driveOf(folder)) ? folder : QDir::rootPath();
 }
 
 } // namespace
@@ -87,10 +88,10 @@ void FolderList::setPath(const QString& path)
 void FolderList::setDrive(const QString& root)
 {
     m_left.insert(m_drive, m_path);
-    m_drive = root;
+    m_drive = QDir::fromNativeSeparators(root);
     const QString here = processFolder();
-    const bool home = platform::FileSystem().driveOf(here) == root;
-    setPath(m_left.value(root, home ? here : root));
+    const bool home = platform::FileSystem().driveOf(here) == m_drive;
+    setPath(m_left.value(m_drive, home ? here : m_drive));
 }
 
 void FolderList::open(const QTreeWidgetItem* row)
@@ -110,7 +111,7 @@ void FolderList::fill()
         item->setIcon(0, icon);
         return item;
     };
-    QTreeWidgetItem* current = row(invisibleRootItem(), m_drive, m_drive, opened);
+    QTreeWidgetItem* current = row(invisibleRootItem(), QDir::toNativeSeparators(m_drive), m_drive, opened);
     QString walked = m_drive.endsWith(u'/') ? m_drive : m_drive + u'/';
     const auto names = m_path.sliced(std::min(walked.size(), m_path.size())).split(u'/', Qt::SkipEmptyParts);
     for (const QString& name : names) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDir>
 #include <QHash>
 #include <QTreeWidget>
 
@@ -19,7 +20,7 @@ public:
     explicit FolderList(QWidget* parent = nullptr);
 
     /// The opened folder; it may have gone since it was opened.
-    [[nodiscard]] QString path() const { return m_path; }
+    [[nodiscard]] QString path() const { return QDir::toNativeSeparators(m_path); }
     /// Opens a folder, or the nearest one above it that is there.
     void setPath(const QString& path);
     /// Moves to a drive's current path: where this list was when it left the drive, else the process's folder if that

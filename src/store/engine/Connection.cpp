@@ -7,6 +7,7 @@
 #include "store/engine/Journal.h"
 #include "store/engine/Source.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -34,7 +35,7 @@ QString databaseSource()
 
 [[noreturn]] void raiseUnusable(int number, const QString& words, const QString& path)
 {
-    throw RuntimeError(number, databaseSource(), QStringLiteral("%1: %2").arg(words, path));
+    throw RuntimeError(number, databaseSource(), QStringLiteral("%1: %2").arg(words, QDir::toNativeSeparators(path)));
 }
 
 // Whether what a refusal names at its end, "... failed: <table>.<field>", is a part of the table's primary key.
@@ -79,7 +80,7 @@ void Connection::open(Mode mode)
         checkFile();
     else
         flags |= SQLITE_OPEN_CREATE;
-    const int code = sqlite3_open_v2(QFile::encodeName(m_file).constData(), &m_db, flags, nullptr);
+    const int code = sqlite3_open_v2(m_file.toUtf8().constData(), &m_db, flags, nullptr);
     if (code != SQLITE_OK)
         throw RuntimeError(mode == Mode::Open ? platform::CannotLockFile : platform::PathFileAccess, databaseSource());
     harden();
@@ -102,10 +103,10 @@ void Connection::checkFile() const
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
-    if (!info.isWritable())
+    if (!platform::isWritable(m_file))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
     // A journal must have its place beside the file.
-    if (const QString folder = info.absolutePath(); !QFileInfo(folder).isWritable())
+    if (const QString folder = info.absolutePath(); !platform::isWritable(folder))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The folder can't be written to"), folder);
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))

@@ -98,7 +98,9 @@ void setStrayJournalAside(const QString& path)
     QFile file(path);
     if (!journal.open(QIODevice::ReadOnly) || !file.open(QIODevice::ReadOnly))
         return;
-    if (isStray(journal, file.read(FirstPageHead)))
+    const bool stray = isStray(journal, file.read(FirstPageHead));
+    journal.close(); // an open file keeps its name on some systems
+    if (stray)
         setJournalAside(path);
 }
 
