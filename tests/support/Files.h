@@ -4,10 +4,6 @@
 
 #include <QFile>
 
-#include <csignal>
-
-#include <sys/resource.h>
-
 namespace orlo::test
 {
 
@@ -24,14 +20,6 @@ inline void write(const QString& path, const QByteArray& bytes)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         fail(file.errorString());
-}
-
-/// From here on no file of this process grows beyond a number of bytes, as on a full disk; RLIM_INFINITY lifts that.
-inline void limitFiles(rlim_t most)
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{most, RLIM_INFINITY};
-    setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 } // namespace orlo::test

@@ -27,6 +27,10 @@ std::vector<const TestClass*>& classes()
 const TestClass* theClass = nullptr; // the one that runs
 QtMessageHandler testLog = nullptr;  // Qt Test's own
 
+struct Skipped : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 // What an off-screen window says of each hint and raise it is given isn't the test's.
 void log(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
@@ -59,12 +63,19 @@ void fail(const QString& why)
     throw std::runtime_error(why.toStdString());
 }
 
+void skip(const QString& why)
+{
+    throw Skipped(why.toStdString());
+}
+
 void guard(const std::function<void()>& function)
 {
     if (!testLog)
         testLog = qInstallMessageHandler(log);
     try {
         function();
+    } catch (const Skipped& why) {
+        QTest::qSkip(why.what(), __FILE__, __LINE__);
     } catch (const std::exception& error) {
         QTest::qFail(error.what(), __FILE__, __LINE__);
     }

@@ -10,6 +10,8 @@ namespace orlo::test
 
 /// Ends the row that runs, which fails with these words; the next one goes on.
 [[noreturn]] void fail(const QString& why);
+/// Ends the row that runs, which can't be tried here, and why.
+[[noreturn]] void skip(const QString& why);
 /// Runs a test function; what is thrown out of it fails its row.
 void guard(const std::function<void()>& function);
 

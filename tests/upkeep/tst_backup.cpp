@@ -8,6 +8,7 @@
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
+#include "support/System.h"
 #include "support/Table.h"
 #include "widgets/DriveList.h"
 #include "widgets/FolderList.h"
@@ -30,27 +31,39 @@ struct Place : test::AppFolder {
     QString root = drive.path();
     QString database = AppFolder::path() + "/Quorrel11.mdb";
     qint64 size = QFileInfo(database).size();
-    QList<platform::Drive> drives{{"/", 1LL << 40}, {root, 1LL << 40}};
+    QList<platform::Drive> drives{{QDir::rootPath(), 1LL << 40}, {root, 1LL << 40}};
 
     Place()
     {
         QDir::setCurrent(root);
         platform::setVolumes([this] { return drives; });
-        sh("mkdir -p F/.dot G; cp " ORLO_SOURCE_DIR "/src/layouts/*.grd $(dirname $D)");
+        make("F/.dot/ G/");
+        test::hide(root + "/F/.dot");
+        for (const char* layout : {"DenAssign.grd", "Den_Titles.grd", "Pack_Titles.grd"})
+            QFile::copy(QStringLiteral(ORLO_SOURCE_DIR "/src/layouts/") + layout, AppFolder::path() + '/' + layout);
     }
     ~Place()
     {
-        QDir::setCurrent("/");
+        QDir::setCurrent(QDir::rootPath());
         platform::setVolumes({});
     }
-    // Runs a script on the drive: $B is the backup's name, $D the database, $S its size.
-    void sh(const QString& script) const
+    [[nodiscard]] QString shown(const QString& path = {}) const { return QDir::toNativeSeparators(root + path); }
+    // Makes files in the words of files(), with "D" for the database itself; "F/" makes a folder, "-F" removes it.
+    void make(const QString& wanted) const
     {
-        qputenv("B", "Quorrel11_Backup");
-        qputenv("D", database.toUtf8());
-        qputenv("S", QByteArray::number(size));
-        if (QProcess::execute("sh", {"-c", script}) != 0)
-            qFatal("%s", qPrintable(script));
+        for (const QString& word : wanted.split(' ', Qt::SkipEmptyParts)) {
+            const QString name = word.section('=', 0, 0).replace("B", "Quorrel11_Backup");
+            const QString value = word.section('=', 1);
+            QFile file(name == "D" ? database : root + '/' + name);
+            if (name.startsWith('-'))
+                QVERIFY(QDir(root + '/' + name.mid(1)).removeRecursively());
+            else if (name.endsWith('/'))
+                QVERIFY(QDir(root).mkpath(name));
+            else if (value == "db")
+                QVERIFY(QFile::copy(database, file.fileName()));
+            else
+                QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(value == "S" ? size : value.toLongLong()));
+        }
     }
     // The drive's files, each with its size, or "db" for a copy of the database.
     [[nodiscard]] QString files() const
@@ -142,19 +155,20 @@ private Q_SLOTS:
         // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
         // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d), which are left
         test::table({"situation", "folder", "prepared", "drive", "late", "told", "loaded", "files"}, R"(
-No                      |   |                               |      |        |        | bsad |
-root, over an old one   |   | echo 12 > $B; echo 1 > $B.part|      |        | backed | d    | B=db
-folder                  | F |                               |      |        | 53     | bd   | F/B=db
-folder, old at the root | F | truncate -s $S $B             |      |        | backed | d    | B=S F/B=db
-folder, short at root   | F | echo 12 > $B                  |      |        | differ | bd   | B=3 F/B=db
-no space                |   |                               | -1   |        | space  | bsad |
-the old one's space     | F | echo 12 > $B                  | -3   |        | differ | bd   | B=3 F/B=db
-folder gone             | F | rm -r F                       |      |        | 76     | bsad |
-folder goes too late    | F |                               |      | rm -r F| 76     | bd   |
-drive gone              |   |                               | gone |        | 68     | bsad |
-a folder of that name   | F | mkdir F/$B                    |      |        | 70     | bd   |
-disk full               | F | echo 12 > $B; cp $B F      |      | full   | 61     | bd   | B=3 F/B=3
-2 GiB                   |   | truncate -s 2G $D             |      |        | 6      | bsad |)");
+No                      |   |                |      |      |        | bsad |
+root, over an old one   |   | B=3 B.part=2   |      |      | backed | d    | B=db
+folder                  | F |                |      |      | 53     | bd   | F/B=db
+folder, old at the root | F | B=S            |      |      | backed | d    | B=S F/B=db
+folder, short at root   | F | B=3            |      |      | differ | bd   | B=3 F/B=db
+no space                |   |                | -1   |      | space  | bsad |
+the old one's space     | F | B=3            | -3   |      | differ | bd   | B=3 F/B=db
+folder gone             | F | -F             |      |      | 76     | bsad |
+folder goes too late    | F |                |      | -F   | 76     | bd   |
+drive gone              |   |                | gone |      | 68     | bsad |
+a folder of that name   | F | F/B/           |      |      | 70     | bd   |
+disk full               | F | B=3 F/B=3      |      | full | 61     | bd   | B=3 F/B=3
+2 GiB                   |   | D=2147483648   |      |      | 6      | bsad |
+)");
     }
     void backup()
     {
@@ -168,19 +182,19 @@ disk full               | F | echo 12 > $B; cp $B F      |      | full   | 61   
         Instance<frmDenInfo>::show();
         connect(&Instance<frmAdults>::get(), &widgets::Form::unloaded, this, [&] {
             if (late == "full") {
-                test::limitFiles(static_cast<rlim_t>(place.size - 1));
-                QTimer::singleShot(0, [] { test::limitFiles(RLIM_INFINITY); }); // in the time of the message
+                test::limitFiles(place.size - 1);
+                QTimer::singleShot(0, [] { test::limitFiles(-1); }); // in the time of the message
             } else
-                place.sh(late);
+                place.make(late);
         });
         const Screen<frmDataBackup> screen;
         screen.open(folder);
-        place.sh(test::cell("prepared"));
+        place.make(test::cell("prepared"));
         if (drive == "gone")
             place.drives.removeLast();
         else if (!drive.isEmpty())
             place.drives[1].freeSpace = place.size + drive.toInt();
-        const QString path = place.root + (folder.isEmpty() ? "" : '/' + folder);
+        const QString path = place.shown(folder.isEmpty() ? "" : '/' + folder);
         QCOMPARE(screen.folders.path(), path);
         QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, path));
         QTEST(loaded(), "loaded");
@@ -220,7 +234,7 @@ good      | F | restored | d   | 0)");
     {
         QFETCH(QString, told);
         Place place;
-        place.sh("cp $D F/$B");
+        place.make("F/B=db");
         test::fill("Insert Into Dens (Den_SID) Values (1), (2)");
         Instance<frmScouts>::show();
         Instance<frmDenInfo>::show();
@@ -237,7 +251,7 @@ good      | F | restored | d   | 0)");
     {
         const bool gone = QTest::currentDataTag() == QByteArray("gone");
         Place place;
-        place.sh("printf garbage > $B");
+        test::write(place.root + "/Quorrel11_Backup", "garbage");
         const auto restore = [&] {
             widgets::message("takes the answer that waits");
             const Screen<frmRestorBackup> screen;
@@ -251,36 +265,39 @@ good      | F | restored | d   | 0)");
     void lists()
     {
         Place place;
-        place.sh("mkdir -p F/S/T");
+        place.make("F/S/T/");
         const int high = Screen<frmRestorBackup>().form.height(); // however many folders there are
         Instance<frmRestorBackup>::unload();
-        place.sh("mkdir $(seq 300)");
+        for (int i = 0; i < 300; ++i)
+            place.make(QString::number(i) + '/');
         QCOMPARE(Screen<frmRestorBackup>().form.height(), high);
         Instance<frmRestorBackup>::unload();
-        place.sh("rmdir $(seq 300)");
+        for (int i = 0; i < 300; ++i)
+            place.make('-' + QString::number(i));
         const Screen<frmRestorBackup> screen;
-        QCOMPARE(screen.drives.text(), place.root);
-        QCOMPARE(screen.shown(), '[' + place.root + "]| F| G");
+        QCOMPARE(screen.drives.text(), place.shown());
+        QCOMPARE(screen.shown(), '[' + place.shown() + "]| F| G");
         screen.open("F");
         QTest::keyClick(&screen.folders, Qt::Key_H, Qt::ControlModifier);
-        QCOMPARE(screen.shown(), place.root + "| [F]|  .dot|  S");
+        QCOMPARE(screen.shown(), place.shown() + "| [F]|  .dot|  S");
         QTest::keyClick(&screen.folders, Qt::Key_Down);
         QTest::keyClick(&screen.folders, Qt::Key_Down);
         const QPoint row = screen.folders.visualItemRect(screen.folders.currentItem()).center();
         QTest::mouseClick(screen.folders.viewport(), Qt::LeftButton, {}, row);
         QTest::mouseDClick(screen.folders.viewport(), Qt::LeftButton, {}, row);
-        QCOMPARE(screen.shown(), place.root + "| F|  [S]|   T");
-        screen.drives.setText("/");
-        QCOMPARE(screen.folders.path(), "/");
-        QVERIFY(screen.shown().contains("| tmp"));
-        screen.drives.setText(place.root); // where it was on that drive, as far as that is still there
-        QCOMPARE(screen.folders.path(), place.root + "/F/S");
-        place.sh("rm -r F/S");
-        QCOMPARE(screen.folders.path(), place.root + "/F/S");
+        QCOMPARE(screen.shown(), place.shown() + "| F|  [S]|   T");
+        const QString other = QDir::toNativeSeparators(QDir::rootPath());
+        screen.drives.setText(other);
+        QCOMPARE(screen.folders.path(), other);
+        QVERIFY(screen.shown().contains("| "));
+        screen.drives.setText(place.shown()); // where it was on that drive, as far as that is still there
+        QCOMPARE(screen.folders.path(), place.shown("/F/S"));
+        place.make("-F/S");
+        QCOMPARE(screen.folders.path(), place.shown("/F/S"));
         screen.open("T");
-        QCOMPARE(screen.shown(), place.root + "| [F]|  .dot");
+        QCOMPARE(screen.shown(), place.shown() + "| [F]|  .dot");
         QTest::keyClick(&screen.folders, Qt::Key_Backspace);
-        QCOMPARE(screen.folders.path(), place.root);
+        QCOMPARE(screen.folders.path(), place.shown());
     }
 };
 

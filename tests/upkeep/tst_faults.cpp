@@ -5,12 +5,12 @@
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QFile>
 
-#include <sys/wait.h>
-#include <unistd.h>
+#include <cstdio>
 
 using namespace orlo;
 using test::sqlite;
@@ -20,29 +20,26 @@ namespace
 
 // Another process that runs statements on a file and then is there, its file open, until it is killed with the object.
 struct Other {
-    Other(const QString& path, const QByteArray& sql)
+    Other(const QString& path, const QString& sql)
     {
-        int done[2] = {};
-        if (pipe(done) != 0 || (id = fork()) < 0)
-            qFatal("no process");
-        if (id == 0) {
-            sqlite3* file = nullptr;
-            sqlite3_open(path.toUtf8().constData(), &file);
-            if (sqlite3_exec(file, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK)
-                (void)!::write(done[1], "y", 1);
-            ::close(done[1]);
-            for (;;)
-                pause();
-        }
-        ::close(done[1]);
-        char well = 0;
-        if (::read(done[0], &well, 1) != 1)
-            qFatal("%s", sql.constData());
-        ::close(done[0]);
+        process.start(QCoreApplication::applicationFilePath(), test::childArguments({path, sql}));
+        if (!process.waitForReadyRead())
+            test::fail(process.readAllStandardError());
     }
-    ~Other() { kill(id, SIGKILL), waitpid(id, nullptr, 0); }
-    pid_t id = 0;
+    ~Other() { process.kill(), process.waitForFinished(); }
+    QProcess process;
 };
+
+int child(const QStringList& arguments)
+{
+    sqlite3* file = nullptr;
+    sqlite3_open(arguments[0].toUtf8().constData(), &file);
+    if (sqlite3_exec(file, arguments[1].toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        return 1;
+    std::puts("done");
+    std::fflush(stdout);
+    return QCoreApplication::exec();
+}
 
 void save()
 {
@@ -64,7 +61,7 @@ const QMap<QString, std::function<void()>> Works{
     {"save", save},
     {"repair", repair},
     {"copy", [] { gFileSystem.copyFile(databasePath(), gAppPath + "\\Quorrel11_Backup", true); }},
-    {"over", [] { gFileSystem.copyFile("/proc/self/cmdline", databasePath(), true); }}};
+    {"over", [] { gFileSystem.copyFile(QCoreApplication::applicationFilePath(), databasePath(), true); }}};
 
 // An application folder with a file of version 1.0, too; neither is open.
 struct Folder : test::AppFolder {
@@ -127,20 +124,16 @@ folder repair  | 3050)");
         if (work == "save")
             openDatabase(databasePath());
         std::optional<Other> other;
+        std::optional<test::Forbidden> forbidden;
         if (fault == "locked")
             other.emplace(file, "Begin Exclusive; Insert Into Adults (Adult_SID) Values (999)");
         else if (fault == "full" || fault == "damaged")
-            test::limitFiles(static_cast<rlim_t>(fault == "full" ? QFileInfo(file).size() : 100'000));
-        else {
-            QFile::setPermissions(folder.path(), QFile::Permissions(fault == "file" ? 0x7777 : 0x5555));
-            QFile::setPermissions(file, QFile::Permissions(fault == "file" ? 0x4444 : 0x6666));
-            if (getuid() == 0) // who may write everywhere
-                QCOMPARE(setresuid(65534, 65534, 0), 0);
-        }
+            test::limitFiles(fault == "full" ? QFileInfo(file).size() : 100'000);
+        else
+            forbidden.emplace(file, fault == "file" ? test::Forbidden::File : test::Forbidden::Folder);
         const int number = test::failureNumber([&work = work] { return Works[work](), 0; });
-        (void)!setresuid(0, 0, 0);
-        QFile::setPermissions(folder.path(), QFile::Permissions(0x7700));
-        test::limitFiles(RLIM_INFINITY);
+        forbidden.reset();
+        test::limitFiles(-1);
         other.reset();
         gDatabase.reset();
         QTEST(QString::number(number), "told");
@@ -174,6 +167,6 @@ put back       | third)");
     }
 };
 
-ORLO_TEST(tst_faults)
+ORLO_TEST(tst_faults, child)
 
 #include "tst_faults.moc"

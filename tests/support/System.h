@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+// Faults that only the operating system can make; a row that asks for one that this system can't make is skipped.
+namespace orlo::test
+{
+
+/// From here on no file of this process grows beyond a number of bytes, as on a full disk; -1 lifts that.
+void limitFiles(qint64 most);
+
+/// Hides a folder whose name begins with a dot, where the dot doesn't.
+void hide(const QString& folder);
+
+/// While it lives this user may read a file and its folder, and not write to the one or the other.
+class Forbidden
+{
+public:
+    enum What { File, Folder };
+
+    Forbidden(const QString& file, What what);
+    ~Forbidden();
+    Forbidden(const Forbidden&) = delete;
+    Forbidden& operator=(const Forbidden&) = delete;
+
+private:
+    QString m_file;
+};
+
+} // namespace orlo::test
