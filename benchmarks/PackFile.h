@@ -34,7 +34,7 @@ private:
     sqlite3* m_db = nullptr;
 };
 
-/// Steps to the next row; false behind the last one.
+/// Steps to the next row; false after the last one.
 [[nodiscard]] bool step(const PlainStatement& statement);
 [[nodiscard]] QString textOf(const PlainStatement& statement, int column);
 

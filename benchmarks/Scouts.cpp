@@ -57,7 +57,7 @@ double filterAndBack()
     });
 }
 
-// A click on rows all over the list, and the two reads behind it.
+// A click on rows all over the list, and the two reads after it.
 double clickRows(int scouts)
 {
     auto& list = control<widgets::ListBox>("lbScouts");

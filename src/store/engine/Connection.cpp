@@ -22,9 +22,9 @@ namespace
 {
 
 constexpr int BusyMilliseconds = 2000;
-constexpr int LongestValue = 100'000'000;     // bytes
-constexpr sqlite3_int64 MostMemory = 1 << 30; // bytes, for sorting above all
-constexpr std::size_t MostStatements = 64;
+constexpr int MaxValueSize = 100'000'000;    // bytes
+constexpr sqlite3_int64 MaxMemory = 1 << 30; // bytes, for sorting above all
+constexpr std::size_t MaxStatements = 64;
 constexpr qsizetype FileHead = 19; // bytes, up to the version of the format that writes it
 constexpr int LastFormat = 2;
 
@@ -136,8 +136,8 @@ void Connection::harden()
     // A table may be renamed while a stored query names one that doesn't exist.
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_LEGACY_ALTER_TABLE, 1, nullptr);
     sqlite3_limit(m_db, SQLITE_LIMIT_ATTACHED, 0);
-    sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, LongestValue);
-    sqlite3_hard_heap_limit64(MostMemory);
+    sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, MaxValueSize);
+    sqlite3_hard_heap_limit64(MaxMemory);
     m_watch.set(m_db);
     addFunctions(m_db);
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
@@ -194,7 +194,7 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
     prepared->inUse = true;
     m_statements.push_front(prepared);
     m_byText.insert(sql, m_statements.begin());
-    if (m_statements.size() > MostStatements) {
+    if (m_statements.size() > MaxStatements) {
         m_byText.remove(m_statements.back()->sql);
         m_statements.pop_back();
     }
@@ -220,8 +220,8 @@ std::shared_ptr<const Translated> Connection::translated(const QString& statemen
 KnownSource Connection::known(QStringView name)
 {
     // Each spelling for itself, as it is looked for in every statement.
-    const QString looked = QString::fromRawData(name.data(), name.size());
-    if (const auto known = m_known.constFind(looked); known != m_known.cend())
+    const QString wanted = QString::fromRawData(name.data(), name.size());
+    if (const auto known = m_known.constFind(wanted); known != m_known.cend())
         return known.value();
     const QString key = name.toString();
     const TableInfo* found = table(name);
@@ -320,7 +320,7 @@ void Connection::raiseLast(int code, bool preparing)
     QString description = kind == SQLITE_BUSY || kind == SQLITE_LOCKED
                               ? QStringLiteral("Another program is using the file.")
                               : platform::standardDescription(number);
-    // These two are told to whoever types a title twice, or none.
+    // These two are shown to whoever types a title twice, or none.
     if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey &&
         number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);

@@ -109,7 +109,7 @@ public:
     void noteSchemaChange();
 
     /// A statement starts on its next row: one that runs on without end is ended, counted from here.
-    void noteStep() { m_watch.looks = 0; }
+    void noteStep() { m_watch.checks = 0; }
     /// Raises the failure that SQLite reported last.
     [[noreturn]] void raiseLast(int code, bool preparing = false);
 

@@ -49,7 +49,7 @@ void giveText(sqlite3_context* context, QStringView result)
                           SQLITE_UTF8);
 }
 
-// An argument that counts letters, cut to what a text can have.
+// An argument that counts characters, cut to what a text can have.
 qsizetype count(sqlite3_value* value)
 {
     return static_cast<qsizetype>(std::clamp<sqlite3_int64>(sqlite3_value_int64(value), 0, 1 << 30));

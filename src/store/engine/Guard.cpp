@@ -13,8 +13,8 @@ namespace
 {
 
 // No work of the program comes near a tenth of this many steps; a stored query made to keep it busy goes on for good.
-constexpr int StepsBetweenLooks = 1'000'000;
-constexpr int MostLooks = 2000;
+constexpr int StepsBetweenChecks = 1'000'000;
+constexpr int MaxChecks = 2000;
 
 // What no statement from outside names: the engine's tables and SQLite's table-like functions.
 bool isHidden(const char* table)
@@ -73,8 +73,8 @@ bool isEngineTable(const char* name)
 
 void Watch::set(sqlite3* db)
 {
-    const auto look = [](void* watch) { return ++static_cast<Watch*>(watch)->looks > MostLooks ? 1 : 0; };
-    sqlite3_progress_handler(db, StepsBetweenLooks, look, this);
+    const auto check = [](void* watch) { return ++static_cast<Watch*>(watch)->checks > MaxChecks ? 1 : 0; };
+    sqlite3_progress_handler(db, StepsBetweenChecks, check, this);
     sqlite3_set_authorizer(db, guard, this);
 }
 

@@ -13,7 +13,7 @@ namespace orlo::store
 struct Watch {
     bool guarding = false; ///< a statement from outside is being prepared
     int refusal = 0;       ///< the number of the failure for which it was refused, 0 for none
-    int looks = 0;         ///< how often the running statement was looked at so far
+    int checks = 0;        ///< how often the running statement was checked so far
 
     /// Sets the watch on a connection, which it must outlive.
     void set(sqlite3* db);

@@ -18,13 +18,13 @@ namespace
 
 constexpr qsizetype FileHeader = 100; // bytes before the first page's own
 constexpr qsizetype UsualPageSize = 4096;
-constexpr qsizetype SmallestPageSize = 512;
-constexpr qsizetype LargestPageSize = 65536;
-// A page is looked at a few times, and a sound file's chains of pages don't meet.
-constexpr qint64 MostTimesFollowed = 8;
+constexpr qsizetype MinPageSize = 512;
+constexpr qsizetype MaxPageSize = 65536;
+// A page is read a few times, and a sound file's chains of pages don't meet.
+constexpr qint64 MaxTimesFollowed = 8;
 constexpr char LeafMark = 13;
 constexpr char InteriorMark = 5;
-constexpr qsizetype MostLocal = 35; // bytes that a page keeps beside a payload that fits it
+constexpr qsizetype LocalOverhead = 35; // bytes of a page that no payload within it can take
 
 template <class Number>
 Number bigEndian(QByteArrayView bytes, qsizetype at)
@@ -32,7 +32,7 @@ Number bigEndian(QByteArrayView bytes, qsizetype at)
     return at + qsizetype(sizeof(Number)) <= bytes.size() ? qFromBigEndian<Number>(bytes.data() + at) : Number(0);
 }
 
-// A number of one to nine bytes, seven bits each; the place goes behind it. None where the bytes end.
+// A number of one to nine bytes, seven bits each; the place moves past it. None where the bytes end.
 std::optional<qint64> variable(QByteArrayView bytes, qsizetype& at)
 {
     quint64 number = 0;
@@ -90,12 +90,12 @@ double fit(QByteArrayView file, qsizetype size)
 qsizetype pageSizeOf(QByteArrayView file)
 {
     const auto stated = bigEndian<quint16>(file, 16);
-    const qsizetype size = stated == 1 ? LargestPageSize : stated;
-    const bool possible = size >= SmallestPageSize && std::has_single_bit(static_cast<quint32>(size));
+    const qsizetype size = stated == 1 ? MaxPageSize : stated;
+    const bool possible = size >= MinPageSize && std::has_single_bit(static_cast<quint32>(size));
     if (possible && size * qsizetype(bigEndian<quint32>(file, 28)) == file.size())
         return size;
     qsizetype best = possible ? size : UsualPageSize;
-    for (qsizetype other = SmallestPageSize; other <= LargestPageSize; other *= 2)
+    for (qsizetype other = MinPageSize; other <= MaxPageSize; other *= 2)
         if (fit(file, other) > fit(file, best))
             best = other;
     return best;
@@ -132,7 +132,7 @@ PageFile::PageFile(const QString& path) : m_file(path)
     if (const auto* bytes = m_file.map(0, m_file.size()))
         m_bytes = QByteArrayView(bytes, m_file.size());
     m_pageSize = pageSizeOf(m_bytes);
-    m_leftToFollow = MostTimesFollowed * m_bytes.size();
+    m_leftToFollow = MaxTimesFollowed * m_bytes.size();
     m_pageCount = static_cast<quint32>(m_bytes.size() / m_pageSize);
 }
 
@@ -199,7 +199,7 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
 // A payload that doesn't fit its page goes on in a chain of pages of its own.
 PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 size) const
 {
-    const qsizetype most = m_pageSize - MostLocal;
+    const qsizetype most = m_pageSize - LocalOverhead;
     qsizetype local = size;
     if (size > most) {
         const qsizetype least = (m_pageSize - 12) * 32 / 255 - 23;

@@ -53,7 +53,7 @@ void ReadAhead::arriveAt(qsizetype place)
     if (!(has(place) && isTrue())) {
         const bool onward = !m_rowOf.empty() && place == m_start + std::ssize(m_rowOf);
         const bool back = !m_rowOf.empty() && place == m_start - 1;
-        m_count = onward || back ? std::min<qsizetype>(m_count * 2, LargestBlock) : 1;
+        m_count = onward || back ? std::min<qsizetype>(m_count * 2, MaxBlock) : 1;
         read(back ? place - m_count + 1 : place, m_count);
     }
     m_arrived = false;
@@ -72,7 +72,7 @@ bool ReadAhead::isTrue()
 void ReadAhead::confirm(qsizetype place)
 {
     const std::size_t all = m_source.shape->fields.size();
-    // Where the program itself has written the row since, it can't be told whose the difference is.
+    // Where the program itself has written the row since, nobody knows whose the difference is.
     const bool comparable =
         !m_arrived && has(place) &&
         m_connection.ownChange(m_source.table, m_numbers[static_cast<std::size_t>(place)]) <= m_ownChanges;

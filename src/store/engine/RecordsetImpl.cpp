@@ -16,7 +16,7 @@ namespace orlo::store
 namespace
 {
 
-constexpr qsizetype MostRows = 2'000'000; // of a snapshot, which lies in memory
+constexpr qsizetype MaxRows = 2'000'000; // of a snapshot, which lies in memory
 constexpr qsizetype RowsBetweenCalls = 2'000;
 
 std::vector<int> allColumns(const RowShape& shape)
@@ -46,7 +46,7 @@ void Recordset::Impl::openSnapshot(const std::function<void()>& readingOn)
     shape->fields = resultFields(*m_connection, statement, m_source->fields.get());
     m_snapshot = Rows(allColumns(*shape));
     while (statement.step()) {
-        if (m_snapshot.size() == MostRows)
+        if (m_snapshot.size() == MaxRows)
             refuse(platform::ResourceExceeded);
         m_snapshot.append(statement.handle());
         if (readingOn && m_snapshot.size() % RowsBetweenCalls == 0)
@@ -190,12 +190,12 @@ void Recordset::Impl::update()
     finishChange();
 }
 
-QByteArray Recordset::Impl::changedColumns(const char* separator, const char* behind) const
+QByteArray Recordset::Impl::changedColumns(const char* separator, const char* after) const
 {
     QByteArray list;
     for (std::size_t i = 0; i < m_buffer->changed.size(); ++i)
         if (m_buffer->changed[i])
-            list += (list.isEmpty() ? "" : separator) + m_shape->columns[i] + behind;
+            list += (list.isEmpty() ? "" : separator) + m_shape->columns[i] + after;
     return list;
 }
 
@@ -221,7 +221,7 @@ void Recordset::Impl::insertBuffer()
                                 (columns.isEmpty() ? " DEFAULT VALUES" : '(' + columns + ") VALUES(" + values + ')'));
     bindChanged(statement);
     if (m_source->freeNumbers)
-        statement.bind(given + 1, leastNewNumber());
+        statement.bind(given + 1, minNewNumber());
     statement.step();
     m_numbers.push_back(sqlite3_last_insert_rowid(m_connection->handle()));
     if (m_source->freeNumbers)

@@ -57,7 +57,7 @@ private:
     void requireUpdatable() const;
     void insertBuffer();
     void updateBuffer();
-    [[nodiscard]] QByteArray changedColumns(const char* separator, const char* behind) const;
+    [[nodiscard]] QByteArray changedColumns(const char* separator, const char* after) const;
     void bindChanged(Statement& statement) const;
     void finishChange();
 
@@ -71,7 +71,7 @@ private:
     qint64 m_othersChanges = 0;
     qsizetype m_size = 0;
     qsizetype m_place = 0;
-    bool m_removed = false; // the record at m_place was removed; the ones behind it have moved up
+    bool m_removed = false; // the record at m_place was removed; the ones after it have moved up
     std::optional<Buffer> m_buffer;
 };
 

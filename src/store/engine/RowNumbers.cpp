@@ -15,7 +15,7 @@ namespace
 qint64 greatestGiven = 0; // of the numbers that this program gave, whichever the file
 }
 
-qint64 leastNewNumber()
+qint64 minNewNumber()
 {
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
     const qint64 clock = std::chrono::duration_cast<std::chrono::microseconds>(sinceEpoch).count();
@@ -69,10 +69,10 @@ void InsertWatch::renumber()
     if (!m_first)
         return;
     const TableInfo* table = m_connection.table(QString::fromUtf8(m_first->table));
-    if (!table || !table->freeNumbers || m_first->number >= leastNewNumber())
+    if (!table || !table->freeNumbers || m_first->number >= minNewNumber())
         return;
     // At least as far as the rows reach: none may come to a number that another one still has.
-    const qint64 step = std::max(leastNewNumber() - m_first->number, m_count);
+    const qint64 step = std::max(minNewNumber() - m_first->number, m_count);
     const QByteArray& key = table->rowKey;
     auto move = m_connection.statement("UPDATE " + quoted(table->name) + " SET " + key + '=' + key + "+?1 WHERE " +
                                        key + ">=?2");

@@ -13,12 +13,12 @@ class Connection;
 
 /// The least number that a new row may have. A set knows its rows by number, and SQLite gives the newest row's number
 /// again once that row is gone; a number of the clock's, in microseconds, doesn't come a second time, whichever program
-/// gives it and whatever was removed. A clock that was put back is behind what other programs gave; this one then goes
+/// gives it and whatever was removed. A clock that was put back is below what other programs gave; this one then goes
 /// on from the greatest number of its own.
-[[nodiscard]] qint64 leastNewNumber();
+[[nodiscard]] qint64 minNewNumber();
 /// Remembers a number that a row was given, which may be after the clock's.
 void noteGivenNumber(qint64 number);
-/// The expression for a new row's number, after all that the table has; its parameter is leastNewNumber(). Quoted
+/// The expression for a new row's number, after all that the table has; its parameter is minNewNumber(). Quoted
 /// names.
 [[nodiscard]] QByteArray newNumberSql(const QByteArray& table, const QByteArray& rowKey, int parameter);
 

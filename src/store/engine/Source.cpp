@@ -22,8 +22,8 @@ bool beginsWithVerb(QStringView text)
 {
     static constexpr QStringView Verbs[] = {u"select", u"insert", u"update", u"delete"};
     return std::ranges::any_of(Verbs, [text](QStringView verb) {
-        const QChar behind = text.size() > verb.size() ? text[verb.size()] : u'_';
-        return text.startsWith(verb, Qt::CaseInsensitive) && !behind.isLetterOrNumber() && behind != u'_';
+        const QChar next = text.size() > verb.size() ? text[verb.size()] : u'_';
+        return text.startsWith(verb, Qt::CaseInsensitive) && !next.isLetterOrNumber() && next != u'_';
     });
 }
 
@@ -207,7 +207,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     const QByteArray tail = translated.sql.sliced(translated.tailStart).toUtf8();
     source->rowSql = "SELECT" + columns + from + " WHERE " + key + "=?1";
     source->blockSql = "SELECT" + columns + ',' + key + from + " WHERE " + key + " IN (?" +
-                       QByteArray(",?").repeated(LargestBlock - 1) + ')';
+                       QByteArray(",?").repeated(MaxBlock - 1) + ')';
     source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
     const bool keyAlone = source->shape->plain && !translated.ordersByPlace;
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;

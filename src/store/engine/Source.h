@@ -15,12 +15,12 @@ class Statement;
 struct TableInfo;
 
 /// The most rows of an updatable set that are read at once.
-constexpr int LargestBlock = 256;
+constexpr int MaxBlock = 256;
 
 /// What one record of a set looks like and how to read and write it.
 struct RowShape {
     std::vector<FieldInfo> fields;
-    std::vector<QByteArray> columns; ///< the table's column behind each field, empty for an expression
+    std::vector<QByteArray> columns; ///< the table's column of each field, empty for an expression
     std::vector<Value> defaults;     ///< what a new record's buffer begins with
     bool plain = true;               ///< every field is a column under its own name
 };
@@ -34,7 +34,7 @@ struct Source {
     bool wholeTable = false;  ///< opened by the table's name
     QByteArray keysSql;       ///< the membership of an updatable set, the row's key in the last column
     QByteArray rowSql;        ///< one row by its key
-    QByteArray blockSql;      ///< up to LargestBlock rows by their keys, the key in the last column, in any order
+    QByteArray blockSql;      ///< up to MaxBlock rows by their keys, the key in the last column, in any order
     QByteArray rowsSql;       ///< all rows of a read-only set
     std::shared_ptr<const KnownFields> fields; ///< what is known of its fields; null for nothing
 

@@ -10,7 +10,7 @@ namespace orlo::store
 
 namespace
 {
-constexpr qsizetype MostCharacters = 500'000; // of a statement: stored queries may each name others several times
+constexpr qsizetype MaxCharacters = 500'000; // of a statement: stored queries may each name others several times
 } // namespace
 
 SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
@@ -168,7 +168,7 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         m_out.sql += QLatin1String(" DISTINCT");
     else
         take(Symbol::All);
-    // What the results mean is known once the sources are, which come behind them.
+    // What the results mean is known once the sources are, which come after them.
     const qsizetype results = std::exchange(m_at, placeOfFrom());
     const qsizetype from = m_at;
     const qsizetype written = m_out.sql.size();
@@ -176,11 +176,11 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         sources();
     const QString sourcesSql = m_out.sql.sliced(written);
     m_out.sql.truncate(written);
-    const qsizetype behind = std::exchange(m_at, results);
+    const qsizetype end = std::exchange(m_at, results);
     readResults(query, targets);
     if (m_at != from)
         refuse();
-    m_at = behind;
+    m_at = end;
     query.fromStart = m_out.sql.size();
     m_out.sql += sourcesSql;
     query.tailStart = m_out.sql.size();
@@ -299,7 +299,7 @@ void SqlTranslator::source()
             m_out.name(source.table);
         else
             m_out.sql += u'(' + known.query + u')';
-        if (m_out.sql.size() > MostCharacters)
+        if (m_out.sql.size() > MaxCharacters)
             raiseSyntax(QStringLiteral("(Too many stored queries within each other.)"));
         inBrackets = !known.query.isEmpty();
     } else {

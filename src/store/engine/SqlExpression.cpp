@@ -107,7 +107,7 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
         bracket(values[0], Binding::Sum);
 }
 
-// Beside a value of unknown kind only a truth is told by its number.
+// Beside a value of unknown kind only a truth is written as its number.
 void SqlWriter::beside(Kind kind, Expression& value)
 {
     as(kind == Kind::Unknown && value.kind == Kind::Truth ? Kind::Number : kind, value);

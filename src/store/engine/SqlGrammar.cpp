@@ -115,7 +115,7 @@ Expression SqlTranslator::prefixed(Level least)
     return minus ? m_out.oppositeOf(number) : number;
 }
 
-// Reads what stands behind an operator.
+// Reads what follows an operator.
 Expression SqlTranslator::applied(Expression left, Symbol sign, bool negative)
 {
     const Level level = levelOf(sign);

@@ -82,7 +82,7 @@ struct Token {
 using Tokens = QVarLengthArray<Token, 96>;
 
 /// Cuts a statement into tokens, with End as the last. Raises 3075 for an unclosed text, date or name and for whatever
-/// stands behind a semicolon.
+/// follows a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
 
 /// Raises 3075 with a detail.

@@ -31,7 +31,7 @@ public:
     /// Binds the parameter, 1-based.
     void bind(int parameter, qint64 value);
     void bind(int parameter, const Value& value);
-    /// Goes to the next row; false behind the last one. Raises what the file refuses.
+    /// Goes to the next row; false after the last one. Raises what the file refuses.
     bool step();
     void reset();
     [[nodiscard]] qint64 integer(int column) const;
@@ -42,7 +42,7 @@ private:
     std::shared_ptr<Prepared> m_prepared;
 };
 
-/// The handle behind a Statement, finalized with its last user.
+/// The handle that a Statement holds, finalized with its last user.
 struct Statement::Prepared {
     Connection* connection = nullptr;
     sqlite3_stmt* handle = nullptr;
