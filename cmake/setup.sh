@@ -3,7 +3,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 program_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-                  libsqlite3-dev mdbtools-dev fonts-dejavu-core)
+                  libsqlite3-dev libqpdf-dev mdbtools-dev fonts-dejavu-core)
 manual_packages=(lowdown)
 test_packages=(ccache poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
 package_packages=(qt6-wayland dpkg-dev file)

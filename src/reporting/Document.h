@@ -72,6 +72,8 @@ struct DataBlock {
 /// rows of the main list and of the subreports, as the CSV export writes them.
 struct Document {
     QString title;
+    QString author;
+    QString subject;
     QSizeF paper{612, 792};   ///< points; US Letter
     std::vector<QFont> fonts; ///< sizes in points
     std::vector<Page> pages;
