@@ -32,9 +32,9 @@ void showLines(QPlainTextEdit& box, Lines& lines, const QString& text)
     lines.stored = text;
     if (box.toPlainText() != text || box.document()->isModified() || box.document()->isUndoAvailable() ||
         box.document()->isRedoAvailable())
-        box.setPlainText(text);
-    else
-        box.moveCursor(QTextCursor::Start);
+        box.document()->setPlainText(text); // the box's own lays the text out three times
+    box.document()->setModified(false);
+    box.moveCursor(QTextCursor::Start);
     lines.shown = box.toPlainText();
 }
 

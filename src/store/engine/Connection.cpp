@@ -284,6 +284,13 @@ qint64 Connection::dataVersion()
     return version.step() ? version.integer(0) : 0;
 }
 
+quint32 Connection::versionRead() const
+{
+    quint32 version = 0;
+    sqlite3_file_control(m_db, "main", SQLITE_FCNTL_DATA_VERSION, &version);
+    return version;
+}
+
 void Connection::execute(const Translated& action)
 {
     Transaction transaction(*this);

@@ -105,6 +105,9 @@ public:
     void watchInserts(InsertWatch* watch) { m_inserts = watch; }
     /// Another number after every change that came from outside this connection.
     [[nodiscard]] qint64 dataVersion();
+    /// The version of the file as this connection read it last, without reading it again: another number after every
+    /// change, whoever made it.
+    [[nodiscard]] quint32 versionRead() const;
     /// Drops what was remembered of the catalogue.
     void noteSchemaChange();
 

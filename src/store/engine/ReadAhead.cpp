@@ -7,7 +7,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <numeric>
+#include <utility>
 
 namespace orlo::store
 {
@@ -16,7 +16,9 @@ namespace
 {
 
 constexpr qsizetype ManyRows = 8; // for fewer, the statement for a whole block costs more than it saves
-constexpr qsizetype Gone = -1;    // the place of a row that somebody removed
+constexpr std::size_t FewFields =
+    8;                         // a record of so few is read whole: each of its fields asked for by itself costs more
+constexpr qsizetype Gone = -1; // the place of a row that somebody removed
 // How often another program's changes are looked for while a set is walked.
 constexpr qint64 LookNanoseconds = 1000000;
 
@@ -28,7 +30,8 @@ void refuse(int number)
 }
 
 ReadAhead::ReadAhead(Connection& connection, const Source& source, const std::vector<qint64>& numbers)
-    : m_connection(connection), m_source(source), m_numbers(numbers), m_rows({})
+    : m_connection(connection), m_source(source), m_numbers(numbers),
+      m_rows(source.shape->fields.size() <= FewFields ? allColumns(source.shape->fields.size()) : std::vector<int>())
 {
 }
 
@@ -66,7 +69,13 @@ bool ReadAhead::isTrue()
     if (m_sinceLook.nsecsElapsed() < LookNanoseconds)
         return true;
     m_sinceLook.start();
-    return m_othersChanges == m_connection.dataVersion();
+    return m_version == versionNow();
+}
+
+quint32 ReadAhead::versionNow()
+{
+    (void)m_connection.dataVersion(); // a look at the file
+    return m_connection.versionRead();
 }
 
 void ReadAhead::confirm(qsizetype place)
@@ -76,14 +85,11 @@ void ReadAhead::confirm(qsizetype place)
     const bool comparable =
         !m_arrived && has(place) &&
         m_connection.ownChange(m_source.table, m_numbers[static_cast<std::size_t>(place)]) <= m_ownChanges;
-    const bool unchanged =
-        comparable && m_ownChanges == m_connection.changeStamp() && m_othersChanges == m_connection.dataVersion();
+    const bool unchanged = comparable && m_ownChanges == m_connection.changeStamp() && m_version == versionNow();
     const qsizetype row = comparable ? m_rowOf[static_cast<std::size_t>(place - m_start)] : Gone;
     if (unchanged && row != Gone && m_rows.columns() == all)
         return;
-    std::vector<int> columns(all);
-    std::iota(columns.begin(), columns.end(), 0);
-    const Rows before = std::exchange(m_rows, Rows(std::move(columns)));
+    const Rows before = std::exchange(m_rows, Rows(allColumns(all)));
     read(place, 1);
     m_arrived = false;
     if (m_rowOf.front() == Gone)
@@ -103,9 +109,7 @@ void ReadAhead::read(qsizetype start, qsizetype count)
 {
     forget(); // a read that fails leaves no block
     m_start = std::max<qsizetype>(start, 0);
-    // Before the rows: another program's change in between is then noticed by the next look, not missed.
     m_ownChanges = m_connection.changeStamp();
-    m_othersChanges = m_connection.dataVersion();
     m_sinceLook.start();
     const qsizetype end = std::min(start + count, qsizetype(std::ssize(m_numbers)));
     std::vector<qsizetype> rowOf(static_cast<std::size_t>(end - m_start), Gone);
@@ -118,7 +122,10 @@ void ReadAhead::readFew(std::vector<qsizetype>& rowOf)
     auto row = m_connection.statement(m_source.rowSql, Origin::Outside);
     for (std::size_t offset = 0; offset < rowOf.size(); ++offset) {
         row.bind(1, m_numbers[static_cast<std::size_t>(m_start) + offset]);
-        if (row.step()) {
+        const bool found = row.step();
+        if (offset == 0) // another program's change between two rows is noticed by the next look, not missed
+            m_version = m_connection.versionRead();
+        if (found) {
             rowOf[offset] = m_rows.size();
             m_rows.append(row.handle());
         }
@@ -145,6 +152,7 @@ void ReadAhead::readMany(std::vector<qsizetype>& rowOf)
             rowOf[found->second] = m_rows.size();
         m_rows.append(rows.handle());
     }
+    m_version = m_connection.versionRead();
 }
 
 } // namespace orlo::store

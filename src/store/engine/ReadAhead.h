@@ -34,6 +34,7 @@ public:
 private:
     [[nodiscard]] bool has(qsizetype place) const { return place >= m_start && place < m_start + std::ssize(m_rowOf); }
     [[nodiscard]] bool isTrue();
+    [[nodiscard]] quint32 versionNow();
     void arriveAt(qsizetype place);
     void read(qsizetype start, qsizetype count);
     /// Read the rows from m_start on, and give by offset where in m_rows each is.
@@ -49,7 +50,7 @@ private:
     qsizetype m_count = 1;
     bool m_arrived = true;
     quint64 m_ownChanges = 0; // the file's state when the block was read
-    qint64 m_othersChanges = 0;
+    quint32 m_version = 0;
     QElapsedTimer m_sinceLook;
 };
 

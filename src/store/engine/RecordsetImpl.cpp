@@ -8,7 +8,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <numeric>
 
 namespace orlo::store
 {
@@ -18,13 +17,6 @@ namespace
 
 constexpr qsizetype MaxRows = 2'000'000; // of a snapshot, which lies in memory
 constexpr qsizetype RowsBetweenCalls = 2'000;
-
-std::vector<int> allColumns(const RowShape& shape)
-{
-    std::vector<int> columns(shape.fields.size());
-    std::iota(columns.begin(), columns.end(), 0);
-    return columns;
-}
 
 } // namespace
 
@@ -44,7 +36,7 @@ void Recordset::Impl::openSnapshot(const std::function<void()>& readingOn)
     auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
     shape->fields = resultFields(*m_connection, statement, m_source->fields.get());
-    m_snapshot = Rows(allColumns(*shape));
+    m_snapshot = Rows(allColumns(shape->fields.size()));
     while (statement.step()) {
         if (m_snapshot.size() == MaxRows)
             refuse(platform::ResourceExceeded);
@@ -141,7 +133,7 @@ int Recordset::Impl::column(QStringView name) const
     // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
     const auto& fields = m_shape->fields;
     for (std::size_t at = 0; at < fields.size(); ++at)
-        if (sameName(fields[at].name, name))
+        if (fields[at].name.size() == name.size() && sameName(fields[at].name, name))
             return static_cast<int>(at);
     refuse(platform::FieldNotFound);
 }

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace orlo::store
 {
@@ -50,6 +51,13 @@ std::optional<DateTime> readIso(QByteArrayView text)
     if (text.size() == 19)
         result.time = QTime(digits(text, 11, 2), digits(text, 14, 2), digits(text, 17, 2));
     return result.date.isValid() && result.time.isValid() ? std::optional(result) : std::nullopt;
+}
+
+std::vector<int> allColumns(std::size_t count)
+{
+    std::vector<int> columns(count);
+    std::iota(columns.begin(), columns.end(), 0);
+    return columns;
 }
 
 Rows::Rows(std::vector<int> columns) : m_columns(std::move(columns))

@@ -17,6 +17,9 @@ namespace orlo::store
 /// Reads what isoText() writes; nothing for any other text.
 [[nodiscard]] std::optional<DateTime> readIso(QByteArrayView text);
 
+/// The columns of a row that has so many.
+[[nodiscard]] std::vector<int> allColumns(std::size_t count);
+
 /// Rows as SQLite gave them, kept close together; a value is made only when it's asked for.
 class Rows
 {
