@@ -28,18 +28,18 @@ constexpr std::uint32_t OnePiece = 0x40000000;
 constexpr std::uint32_t LongLength = 0x3FFFFFFF;
 constexpr int LongHead = 12;
 
-// As UTF-8; what isn't a letter of its own shows as something else.
+// As UTF-8; what isn't a character of its own shows as something else.
 std::string readable(const std::u16string& name)
 {
     const auto part = [](int bits, int mark) { return static_cast<char>(bits | mark); };
     std::string text;
-    for (const char16_t letter : name)
-        if (letter < 0x80)
-            text += letter < u' ' ? '?' : static_cast<char>(letter);
-        else if (letter < 0x800)
-            text += {part(letter >> 6, 0xC0), part(letter & 0x3F, 0x80)};
+    for (const char16_t c : name)
+        if (c < 0x80)
+            text += c < u' ' ? '?' : static_cast<char>(c);
+        else if (c < 0x800)
+            text += {part(c >> 6, 0xC0), part(c & 0x3F, 0x80)};
         else
-            text += {part(letter >> 12, 0xE0), part(letter >> 6 & 0x3F, 0x80), part(letter & 0x3F, 0x80)};
+            text += {part(c >> 12, 0xE0), part(c >> 6 & 0x3F, 0x80), part(c & 0x3F, 0x80)};
     return text;
 }
 

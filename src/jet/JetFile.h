@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/Letters.h"
+#include "jet/Characters.h"
 #include "store/jet/Stream.h"
 
 #include <functional>

@@ -75,7 +75,7 @@ void writeReal(Output& out, double value)
 
 void writeText(Output& out, const std::u16string& text)
 {
-    out.number(Cell::Letters);
+    out.number(Cell::Text);
     out.text(text);
 }
 

@@ -11,8 +11,8 @@ namespace orlo::reports
 namespace
 {
 
-constexpr int MostColumns = 12;
-constexpr qint64 LargestPicture = 4'000'000; // bytes
+constexpr int MaxColumns = 12;
+constexpr qint64 MaxPictureSize = 4'000'000; // bytes
 
 QColor shade(int percent)
 {
@@ -27,7 +27,7 @@ void BandReader::read(Band& band)
     if (m_lines.accept("columns")) {
         if (&band != &m_definition.detail)
             m_lines.failAtWord(QStringLiteral("Only the detail band has columns."));
-        band.columns = m_lines.number(1, MostColumns);
+        band.columns = m_lines.number(1, MaxColumns);
         if (m_lines.accept("gap"))
             band.gap = m_lines.length();
         m_inColumns = band.columns > 1;
@@ -202,8 +202,8 @@ void BandReader::readPicture(Element& element)
     if (!QFileInfo::exists(path))
         return;
     QImage picture;
-    if (QFileInfo(path).size() > LargestPicture || !picture.load(path)) {
-        m_definition.warnings << toldWithPlace(QStringLiteral("The picture can't be read."), place, {});
+    if (QFileInfo(path).size() > MaxPictureSize || !picture.load(path)) {
+        m_definition.warnings << withPlace(QStringLiteral("The picture can't be read."), place, {});
         return;
     }
     element.picture = int(m_definition.pictures.size());

@@ -119,8 +119,8 @@ struct Group {
     bool descending = false;
     bool keepTogether = false;
     double mayLeaveEmpty = 1; ///< of a page's body, at most, so that the group stays whole
-    int most = 0;             ///< so many groups at most, those that come first; 0 for all
-    bool mostIsPercent = false;
+    int maxCount = 0;         ///< so many groups at most, those that come first; 0 for all
+    bool maxIsPercent = false;
     bool repeatHeader = false;
     bool newPage = false;
     Formula outline; ///< the group's line in the outline beside the pages; empty for none

@@ -218,14 +218,14 @@ double DefinitionLines::length()
     return 0;
 }
 
-int DefinitionLines::number(int least, int most)
+int DefinitionLines::number(int min, int max)
 {
     const Place here = place();
     bool read = false;
     const int number = word().toInt(&read);
-    if (!read || number < least || number > most)
-        throw ReportError(platform::SyntaxError,
-                          QStringLiteral("A number from %1 to %2 is needed.").arg(least).arg(most), here);
+    if (!read || number < min || number > max)
+        throw ReportError(platform::SyntaxError, QStringLiteral("A number from %1 to %2 is needed.").arg(min).arg(max),
+                          here);
     return number;
 }
 

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] Place place() const;
     /// Raises ReportError 3075 at place().
     [[noreturn]] void fail(const QString& message) const;
-    /// The same, told of the word that was read last.
+    /// The same, at the word that was read last.
     [[noreturn]] void failAtWord(const QString& message);
 
     /// What comes next: nothing more of the statement; the brace that opens a block; a text in quotes; a number; a
@@ -59,7 +59,7 @@ public:
     /// A whole number of percent, 0 to 100, with its sign.
     int percent();
     /// A whole number within the bounds.
-    int number(int least, int most);
+    int number(int min, int max);
 
     /// The formula from here to the end of the statement.
     Formula formula();

@@ -19,7 +19,7 @@ namespace
 
 constexpr int DeepestSubreport = 3;
 constexpr int DeepestInclude = 5;
-constexpr qint64 LargestFile = 4'000'000;
+constexpr qint64 MaxFileSize = 4'000'000;
 
 QColor gray(int percentOfWhite)
 {
@@ -155,7 +155,7 @@ private:
         if (!QFileInfo(path).isFile()) // a report that was copied without it still has the program's own
             path = QStringLiteral(":/reports/") + name;
         QFile file(path);
-        if (!file.open(QIODevice::ReadOnly) || file.size() > LargestFile)
+        if (!file.open(QIODevice::ReadOnly) || file.size() > MaxFileSize)
             throw ReportError(platform::FileNotFound, QStringLiteral("The file \"%1\" can't be found.").arg(name),
                               place);
         const auto [text, isUtf8] = textOf(file.readAll());
@@ -356,9 +356,9 @@ private:
     /// top N, top N%
     void readTop(Group& group)
     {
-        group.most = m_lines->number(1, 1'000'000);
-        group.mostIsPercent = m_lines->atSign(u'%');
-        if (group.mostIsPercent)
+        group.maxCount = m_lines->number(1, 1'000'000);
+        group.maxIsPercent = m_lines->atSign(u'%');
+        if (group.maxIsPercent)
             m_lines->expect("%");
     }
 
@@ -438,7 +438,7 @@ Definition readDefinitionFile(const QString& path)
         throw ReportError(platform::FileNotFound, QStringLiteral("The report file can't be found."), {}, native);
     if (!file.open(QIODevice::ReadOnly))
         throw ReportError(platform::PathFileAccess, QStringLiteral("The report file can't be read."), {}, native);
-    if (file.size() > LargestFile)
+    if (file.size() > MaxFileSize)
         throw ReportError(platform::SyntaxError, QStringLiteral("This is no report file."), {}, name);
     const auto [text, isUtf8] = textOf(file.readAll());
     try {

@@ -19,8 +19,8 @@ using store::DateTime;
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 /// More seconds than lie between the first year and the last, and more months.
-constexpr double MostSeconds = 1e12;
-constexpr qint64 MostMonths = 1'000'000;
+constexpr double MaxSeconds = 1e12;
+constexpr qint64 MaxMonths = 1'000'000;
 
 [[noreturn]] void noSuchDate(Place place)
 {
@@ -87,7 +87,7 @@ QDateTime plusDays(const QDateTime& when, qint64 count)
 /// A count of years or months as QDateTime takes it; beyond the bound no date is left anyway.
 int bounded(qint64 count)
 {
-    return int(std::clamp(count, -MostMonths, MostMonths));
+    return int(std::clamp(count, -MaxMonths, MaxMonths));
 }
 qint64 days(const QDateTime& from, const QDateTime& to)
 {
@@ -172,7 +172,7 @@ constexpr auto DateFunctions = std::to_array<FormulaFunction>({
     {QLatin1StringView("DateAdd"), 3, 3, Type::Date,
      [](Arguments a, Place p) -> Value {
          const Interval& interval = intervalOf(a[0], p);
-         const auto count = qint64(std::clamp(numberArgument(a[1], p), -MostSeconds, MostSeconds));
+         const auto count = qint64(std::clamp(numberArgument(a[1], p), -MaxSeconds, MaxSeconds));
          return inBounds(interval.add(moment(dateArgument(a[2], p)), count), p);
      }},
     {QLatin1StringView("DateDiff"), 3, 3, Type::Number,

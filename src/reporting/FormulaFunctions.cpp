@@ -16,8 +16,8 @@ namespace
 using Arguments = FormulaFunction::Arguments;
 using Type = FormulaNode::Type;
 
-constexpr int LongestText = 1'000'000;
-constexpr int MostDecimals = 15;
+constexpr int MaxTextSize = 1'000'000;
+constexpr int MaxDecimals = 15;
 constexpr double FirstOfSixteenDigits = 1e15; // rounding by 15 digits would lose whole ones
 
 const QLocale& english()
@@ -53,7 +53,7 @@ Value toText(Arguments a, Place place)
         return QLocale::c().toString(QDateTime(when.date, when.time), a[1].toText());
     }
     const int decimals = wholeArgument(a[1], place);
-    if (decimals < 0 || decimals > MostDecimals)
+    if (decimals < 0 || decimals > MaxDecimals)
         refuse(QStringLiteral("Decimals run from 0 to 15."), place);
     QString number = english().toString(numberArgument(a[0], place), 'f', decimals);
     if (a.size() > 2) {
@@ -78,7 +78,7 @@ Value joined(Arguments a, Place)
 Value middle(Arguments a, Place place)
 {
     const int start = wholeArgument(a[1], place);
-    const int length = a.size() > 2 ? wholeArgument(a[2], place) : LongestText;
+    const int length = a.size() > 2 ? wholeArgument(a[2], place) : MaxTextSize;
     if (start < 1 || length < 0)
         refuse(QStringLiteral("Mid counts from 1."), place);
     return text(a[0]).mid(start - 1, length);
@@ -110,7 +110,7 @@ Value repeated(Arguments a, Place place)
 {
     const QString part = text(a[0]);
     const int times = count(a[1], place);
-    if (part.size() * times > LongestText)
+    if (part.size() * times > MaxTextSize)
         refuse(QStringLiteral("The text is too long."), place);
     return part.repeated(times);
 }
@@ -142,7 +142,7 @@ double roundedTo(double number, int decimals, double (*round)(double))
 template <double (*Round)(double)>
 Value rounded(Arguments a, Place place)
 {
-    const int decimals = a.size() > 1 ? std::clamp(wholeArgument(a[1], place), -MostDecimals, MostDecimals) : 0;
+    const int decimals = a.size() > 1 ? std::clamp(wholeArgument(a[1], place), -MaxDecimals, MaxDecimals) : 0;
     return roundedTo(numberArgument(a[0], place), decimals, Round);
 }
 
@@ -297,7 +297,7 @@ double numberArgument(const Value& value, Place place)
 int wholeArgument(const Value& value, Place place)
 {
     const double read = numberArgument(value, place);
-    if (!(read >= -LongestText && read <= LongestText))
+    if (!(read >= -MaxTextSize && read <= MaxTextSize))
         refuse(QStringLiteral("The number is out of range."), place);
     return int(read);
 }
@@ -329,7 +329,7 @@ QString patternText(double number, const QString& pattern)
     const QString fraction = digits.section(u'.', 1);
     if (QStringView(last, pattern.end()).contains(u'%'))
         number *= 100;
-    const int decimals = std::min(int(fraction.size()), MostDecimals);
+    const int decimals = std::min(int(fraction.size()), MaxDecimals);
     QString shown = QString::number(std::abs(roundedTo(number, decimals, nearest)), 'f', decimals);
     const qsizetype dot = shown.indexOf(u'.');
     QString front = dot < 0 ? shown : shown.left(dot);

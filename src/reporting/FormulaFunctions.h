@@ -14,8 +14,8 @@ struct FormulaFunction {
     static constexpr int Any = std::numeric_limits<int>::max();
 
     QLatin1StringView name;
-    int least; ///< fewest arguments
-    int most;
+    int min; ///< fewest arguments
+    int max;
     FormulaNode::Type type;
     Value (*compute)(Arguments arguments, Place place);
     bool takesNull = false;     ///< others give Null as soon as one of their arguments is Null

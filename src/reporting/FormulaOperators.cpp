@@ -14,7 +14,7 @@ namespace
 using Arguments = FormulaFunction::Arguments;
 using Type = FormulaNode::Type;
 
-constexpr double MostDays = 4e6;
+constexpr double MaxDays = 4e6;
 
 [[noreturn]] void raiseWrongKind(const QString& message, Place place)
 {
@@ -44,9 +44,9 @@ Value sum(const Value& a, const Value& b, bool subtract, Place place)
     if (a.isDate() && b.isNumber()) {
         const double days = b.toDouble();
         store::DateTime moved = a.toDate();
-        if (std::abs(days) < MostDays)
+        if (std::abs(days) < MaxDays)
             moved.date = moved.date.addDays(qint64(subtract ? -days : days));
-        if (std::abs(days) >= MostDays || moved.date.year() < 100 || moved.date.year() > 9999)
+        if (std::abs(days) >= MaxDays || moved.date.year() < 100 || moved.date.year() > 9999)
             throw ReportError(platform::Overflow, QStringLiteral("The date is out of range."), place);
         return moved;
     }

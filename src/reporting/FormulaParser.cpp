@@ -16,7 +16,7 @@ using TokenKind = FormulaToken::Kind;
 
 // Reading, computing and freeing a formula go as deep as its brackets: these bounds keep a hostile text off the stack.
 constexpr int DeepestNesting = 200;
-constexpr qsizetype LongestFormula = 100'000;
+constexpr qsizetype MaxFormulaSize = 100'000;
 
 using Sign = QLatin1StringView;
 constexpr std::array ComparisonSigns{Sign("="), Sign("<>"), Sign("<"), Sign("<="), Sign(">"), Sign(">=")};
@@ -366,11 +366,10 @@ private:
                        : called(*function, here, std::move(arguments));
     }
 
-    static void requireCount(const FormulaToken& here, const std::vector<FormulaNode>& arguments, int least,
-                             int most = -1)
+    static void requireCount(const FormulaToken& here, const std::vector<FormulaNode>& arguments, int min, int max = -1)
     {
         const int count = int(arguments.size());
-        if (count < least || count > std::max(least, most))
+        if (count < min || count > std::max(min, max))
             throw ReportError(platform::SyntaxError,
                               QStringLiteral("%1 doesn't take %2 arguments.").arg(here.text).arg(count), here.place);
     }
@@ -408,7 +407,7 @@ private:
     static FormulaNode called(const FormulaFunction& function, const FormulaToken& here,
                               std::vector<FormulaNode> arguments)
     {
-        requireCount(here, arguments, function.least, function.most);
+        requireCount(here, arguments, function.min, function.max);
         FormulaNode node = made(FormulaNode::Call{&function}, function.type, here.place, std::move(arguments));
         if (&function == functionNamed(u"Date"))
             foldDate(node, function);
@@ -438,7 +437,7 @@ private:
 
 Formula::Formula(QStringView text, Place origin) : m_empty(false)
 {
-    if (text.size() > LongestFormula)
+    if (text.size() > MaxFormulaSize)
         throw ReportError(platform::SyntaxError, QStringLiteral("The formula is too long."), origin);
     m_root = Parser(formulaTokens(text, origin)).run();
 }

@@ -11,7 +11,7 @@ namespace
 {
 
 constexpr std::size_t StripsBetweenProgress = 200;
-constexpr double LeastColumn = 36; // points
+constexpr double MinColumn = 36; // points
 
 class ReportLayout
 {
@@ -26,7 +26,7 @@ public:
     {
         if (const int columns = m_definition.detail.columns; columns > 1) {
             m_columnWidth = (textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
-            if (m_columnWidth < LeastColumn)
+            if (m_columnWidth < MinColumn)
                 throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."));
             m_columns.emplace(report.definition, typesetter, left + m_columnWidth, heightLimit);
         }

@@ -10,7 +10,7 @@ namespace
 
 constexpr double Tolerance = 0.01;
 /// Repeated headings may take no more of a page than this.
-constexpr double LargestShareOfHeadings = 0.5;
+constexpr double MaxShareOfHeadings = 0.5;
 
 class Paginator
 {
@@ -49,7 +49,7 @@ private:
         std::vector<std::size_t> found;
         taken = 0;
         for (const std::size_t i : m_openHeadings)
-            if (taken + m_headings[i].height <= m_bodyHeight * LargestShareOfHeadings) {
+            if (taken + m_headings[i].height <= m_bodyHeight * MaxShareOfHeadings) {
                 found.push_back(i);
                 taken += m_headings[i].height;
             }
@@ -77,7 +77,7 @@ private:
         return end;
     }
 
-    /// Places a strip and all that must follow it on the same page; gives the strip behind them.
+    /// Places a strip and all that must follow it on the same page; gives the strip after them.
     std::size_t placeChain(std::size_t first)
     {
         const std::size_t last = chainEnd(first);

@@ -116,7 +116,7 @@ private:
 
 bool needsShaping(QStringView text)
 {
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c >= EndOfPlainLetters; });
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c >= EndOfPlainCharacters; });
 }
 
 QFont typesetFont(const QFont& font, bool shaped)
@@ -144,7 +144,7 @@ void PagePainter::paint(QPainter& painter, int page) const
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     painter.setBrush(Qt::NoBrush);
-    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its letters run
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its characters run
     painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);
     PageDrawing(painter, m_faces).draw(m_document.pages[std::size_t(page)]);
     painter.restore();

@@ -33,9 +33,9 @@ private:
 /// Draws a single page in the same way.
 void paintPage(QPainter& painter, const Document& document, int page);
 
-/// Latin letters end here: below this code, letters stand side by side as they are.
-inline constexpr char16_t EndOfPlainLetters = 0x250;
-/// True for a text whose letters may join, combine or run from right to left.
+/// Latin letters end here: below this code, characters stand side by side as they are.
+inline constexpr char16_t EndOfPlainCharacters = 0x250;
+/// True for a text whose characters may join, combine or run from right to left.
 [[nodiscard]] bool needsShaping(QStringView text);
 
 /// The font that a text of the document's font is measured and drawn with: in units of 1/20 point, unhinted, so that

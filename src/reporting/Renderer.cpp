@@ -13,8 +13,8 @@ namespace
 {
 
 /// A row higher than this share of a page's body is cut, so that a long note fills pages instead of leaping.
-constexpr double LargestShareOfRow = 0.34;
-constexpr double LeastBody = 72; ///< points that page header and footer must leave
+constexpr double MaxShareOfRow = 0.34;
+constexpr double MinBody = 72; ///< points that page header and footer must leave
 /// How far a run has come when its pages are made, in percent.
 constexpr int PagesMade = 92;
 constexpr int WidestPageNumber = 88'888;
@@ -47,7 +47,7 @@ public:
         m_scope.pageCount = WidestPageNumber;
         m_headerHeight = heightOf(m_bands.strips(m_definition.pageHeader, m_scope, 0));
         m_footerHeight = heightOf(m_bands.strips(m_definition.pageFooter, m_scope, 0));
-        if (bodyHeight() < LeastBody || m_area.width() < LeastBody)
+        if (bodyHeight() < MinBody || m_area.width() < MinBody)
             throw ReportError(platform::SyntaxError,
                               QStringLiteral("Margins, page header and page footer leave no room on the page."));
     }
@@ -301,7 +301,7 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
             return true;
         };
     auto flow =
-        layOut(*report, facts, typesetter, pages.textWidth(), pages.bodyHeight() * LargestShareOfRow, progress, soFar);
+        layOut(*report, facts, typesetter, pages.textWidth(), pages.bodyHeight() * MaxShareOfRow, progress, soFar);
     if (!flow)
         return std::nullopt;
     pages.make(*flow, request, document, PartProgress(progress, LaidOut, PagesMade));

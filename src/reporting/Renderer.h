@@ -20,7 +20,7 @@ struct Definition;
 /// The database file that each table slot reads; an empty path is a cleared slot.
 using Slots = std::map<int, QString>;
 
-/// What one run of a report is told.
+/// What one run of a report is to do.
 struct RunRequest {
     QString reportFile;                  ///< path, resolved as the file system object does
     Slots databases;                     ///< the main report's slots
@@ -34,19 +34,19 @@ struct RunRequest {
 /// Yields the open database of a path; what it raises fails the run.
 using DatabaseProvider = std::function<store::Database&(const QString& path)>;
 
-/// Told how much of the work is done, of how much; false cancels it.
+/// Called with how much of the work is done, of how much; false cancels it.
 using Progress = std::function<bool(int done, int total)>;
 /// Thrown by a step whose progress answers false, and caught where the run ends.
 struct Cancelled {
 };
 
-/// Tells a run's progress from inside its loops: each of its parts goes from one percentage of the whole to another.
+/// Reports a run's progress from inside its loops: each of its parts goes from one percentage of the whole to another.
 class PartProgress
 {
 public:
     PartProgress(const Progress& progress, int from, int to) : m_progress(progress), m_from(from), m_to(to) {}
 
-    /// Tells that so much of the part is done. Throws Cancelled.
+    /// Reports that so much of the part is done. Throws Cancelled.
     void operator()(std::size_t done, std::size_t total) const
     {
         const std::size_t span = std::size_t(m_to - m_from) * Scale;
@@ -54,7 +54,7 @@ public:
         if (m_progress && !m_progress(int(std::size_t(m_from) * Scale + share), 100 * Scale))
             throw Cancelled();
     }
-    /// The same for one row of many: it is told of some of them only.
+    /// The same for one row of many, of which only some are reported.
     void row(std::size_t done, std::size_t total) const
     {
         if (done % RowsBetween == 0)

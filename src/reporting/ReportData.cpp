@@ -36,11 +36,11 @@ FormulaNode::Type typeOf(store::FieldType type)
     return FormulaNode::Type::Text;
 }
 
-/// Where the query holds the name or the sign that the store's message ends with; its beginning if that isn't told.
+/// Where the query holds the name or the sign that the store's message ends with; its beginning where none is named.
 Place placeInQuery(const Source& source, const QString& message)
 {
-    static const QRegularExpression told(QStringLiteral("(?:no such \\w+: ([^)]+)|\"([^\"]+)\")"));
-    const QRegularExpressionMatch match = told.match(message);
+    static const QRegularExpression named(QStringLiteral("(?:no such \\w+: ([^)]+)|\"([^\"]+)\")"));
+    const QRegularExpressionMatch match = named.match(message);
     const QString name = match.captured(1) + match.captured(2);
     if (name.isEmpty())
         return source.place;
@@ -49,7 +49,7 @@ Place placeInQuery(const Source& source, const QString& message)
         (isWord ? QStringLiteral("(?<!\\w)%1(?!\\w)") : QStringLiteral("%1")).arg(QRegularExpression::escape(name)),
         QRegularExpression::CaseInsensitiveOption);
     const qsizetype at = source.query.indexOf(sought);
-    if (at < 0 || (!isWord && source.query.count(name) > 1)) // which of the signs isn't told
+    if (at < 0 || (!isWord && source.query.count(name) > 1)) // or nobody knows which of the signs
         return source.place;
     const QString before = source.query.left(at);
     return {source.queryPlace.line + int(before.count(u'\n')), int(at - (before.lastIndexOf(u'\n') + 1)) + 1,
@@ -202,7 +202,7 @@ private:
         return read(databases, source, withCondition(source.query, condition));
     }
 
-    /// The column behind a name that the definition's "field" lines give, or the name itself.
+    /// The column of a name that the definition's "field" lines give, or the name itself.
     static QString columnNamed(const Definition& definition, const QString& name)
     {
         for (const FieldName& field : definition.fields)
@@ -299,7 +299,7 @@ private:
             formula.bind([&](const QString& name) { return indexOf(report, name, names); });
     }
 
-    /// Refuses what means nothing where a formula stands, also behind the names that it uses.
+    /// Refuses what means nothing where a formula stands, also in the names that it uses.
     static void check(const BoundReport& report, const Formula& formula, Stands stands)
     {
         checkNode(report, formula.root(), stands, false);
@@ -391,9 +391,9 @@ private:
         check(report, selection, Stands::InRows);
         RowScope scope(report.definition, report.rows, m_facts);
         std::vector<std::vector<Value>> kept;
-        const PartProgress told(m_progress, RowsRead, RowsRead);
+        const PartProgress progress(m_progress, RowsRead, RowsRead);
         for (scope.row = 0; scope.row < report.rows.rows.size(); ++scope.row) {
-            told.row(scope.row, report.rows.rows.size());
+            progress.row(scope.row, report.rows.rows.size());
             if (holdsAt(selection, scope))
                 kept.push_back(std::move(report.rows.rows[scope.row]));
         }

@@ -11,7 +11,7 @@ const QString* keptFileName(const QString& name)
     return &*names.insert(name).first;
 }
 
-QString toldWithPlace(const QString& message, Place place, const QString& file)
+QString withPlace(const QString& message, Place place, const QString& file)
 {
     QString where = place.file ? *place.file : file;
     if (place.line > 0)
@@ -23,7 +23,7 @@ QString toldWithPlace(const QString& message, Place place, const QString& file)
 }
 
 ReportError::ReportError(int number, QString message, Place place, const QString& file)
-    : RuntimeError(number, QStringLiteral("Report engine"), toldWithPlace(message, place, file)),
+    : RuntimeError(number, QStringLiteral("Report engine"), withPlace(message, place, file)),
       m_message(std::move(message)), m_file(place.file ? *place.file : file), m_place(place)
 {
 }
@@ -35,9 +35,9 @@ ReportError ReportError::inFile(const QString& file) const
 
 ReportError ReportError::having(const QStringList& files) const
 {
-    ReportError told(*this);
-    told.m_files << files;
-    return told;
+    ReportError changed(*this);
+    changed.m_files << files;
+    return changed;
 }
 
 ReportError ReportError::atRecord(std::size_t record) const
@@ -46,9 +46,9 @@ ReportError ReportError::atRecord(std::size_t record) const
                         number() == platform::Overflow || number() == platform::InvalidProcedureCall;
     if (m_hasRecord || !ofData)
         return *this;
-    ReportError told(number(), QStringLiteral("%1 Record %2.").arg(m_message).arg(record), m_place, m_file);
-    told.m_hasRecord = true;
-    return told;
+    ReportError changed(number(), QStringLiteral("%1 Record %2.").arg(m_message).arg(record), m_place, m_file);
+    changed.m_hasRecord = true;
+    return changed;
 }
 
 } // namespace orlo::reports

@@ -19,7 +19,7 @@ struct Place {
 [[nodiscard]] const QString* keptFileName(const QString& name);
 
 /// A message with the file and the place that it is about, as failures and warnings tell it.
-[[nodiscard]] QString toldWithPlace(const QString& message, Place place, const QString& file);
+[[nodiscard]] QString withPlace(const QString& message, Place place, const QString& file);
 
 /// A failed run: what is wrong and, where it lies in a report file, in which file and where.
 ///
@@ -35,9 +35,10 @@ public:
     [[nodiscard]] Place place() const { return m_place; }
     /// The paths of the files that had been read, or were looked for, when the run failed.
     [[nodiscard]] const QStringList& files() const { return m_files; }
-    /// The same failure, told of a file; a failure that names one already stays as it is.
+    /// The same failure with the name of a file; a failure that names one already stays as it is.
     [[nodiscard]] ReportError inFile(const QString& file) const;
-    /// The same failure, told of a record, counted from 1 in the order of the report; only what lies in the data is.
+    /// The same failure with the number of a record, counted from 1 in the order of the report; only what lies in the
+    /// data is.
     [[nodiscard]] ReportError atRecord(std::size_t record) const;
 
     /// The same failure with more of files().

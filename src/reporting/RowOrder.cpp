@@ -81,7 +81,7 @@ public:
 private:
     static bool ordersItself(const Group& group)
     {
-        return group.most > 0 || std::any_of(group.sort.begin(), group.sort.end(), hasSummary);
+        return group.maxCount > 0 || std::any_of(group.sort.begin(), group.sort.end(), hasSummary);
     }
 
     [[nodiscard]] std::vector<SortKey> rowKeys() const
@@ -167,9 +167,9 @@ private:
         }
         std::stable_sort(blocks.begin(), blocks.end(),
                          [&](const Block& a, const Block& b) { return isBefore(keys, a.keys, b.keys); });
-        if (group.most > 0) {
-            const double share = group.mostIsPercent ? double(blocks.size()) / 100 : 1;
-            blocks.resize(std::min(blocks.size(), std::size_t(std::ceil(group.most * share))));
+        if (group.maxCount > 0) {
+            const double share = group.maxIsPercent ? double(blocks.size()) / 100 : 1;
+            blocks.resize(std::min(blocks.size(), std::size_t(std::ceil(group.maxCount * share))));
         }
         for (const Block& block : blocks) {
             m_scope.groups.push_back(block.rows);

@@ -42,7 +42,7 @@ QString installedFamily(const QString& name)
     return choices->second.back();
 }
 
-/// A mail or web address reads best if it breaks behind one of its signs.
+/// A mail or web address reads best if it breaks after one of its signs.
 qsizetype endAtSeparator(QStringView line, qsizetype start, qsizetype end)
 {
     for (qsizetype i = end; i > start + 1 && end < line.size(); --i)

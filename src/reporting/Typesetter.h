@@ -35,11 +35,11 @@ private:
         QFontMetricsF metrics; // of texts that need shaping
         double ascent;
         double lineHeight;
-        mutable std::array<double, EndOfPlainLetters> advances; // by code; below 0 as long as none was asked for
+        mutable std::array<double, EndOfPlainCharacters> advances; // by code; below 0 as long as none was asked for
 
         [[nodiscard]] double advance(char16_t code) const;
     };
-    /// True for a line of plain letters that fits: most texts of a report, and all that this asks is a sum.
+    /// True for a line of plain characters that fits: most texts of a report, and all that this asks is a sum.
     [[nodiscard]] bool fitsAsItIs(int font, QStringView text, double width) const;
     void breakLine(int font, QStringView line, double width, QStringList& lines) const;
 

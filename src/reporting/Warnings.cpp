@@ -29,7 +29,7 @@ public:
     }
 
 private:
-    void warn(const QString& message, Place place) { m_warnings << toldWithPlace(message, place, m_file); }
+    void warn(const QString& message, Place place) { m_warnings << withPlace(message, place, m_file); }
 
     void inspect(const Definition& definition, double left)
     {

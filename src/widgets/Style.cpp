@@ -47,9 +47,9 @@ double luminance(const QColor& color)
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF()) + 0.05;
 }
 
-bool isReadable(const QColor& letters, const QColor& ground)
+bool isReadable(const QColor& text, const QColor& ground)
 {
-    const auto [dark, light] = std::minmax({luminance(letters), luminance(ground)});
+    const auto [dark, light] = std::minmax({luminance(text), luminance(ground)});
     return light / dark >= Readable;
 }
 
@@ -82,16 +82,16 @@ void Style::polish(QWidget* widget)
         keepOneLine(*box);
 }
 
-// The desktop's highlight, moved away from its letters until they can be read.
+// The desktop's highlight, moved away from its text until that can be read.
 void Style::polish(QPalette& palette)
 {
     constexpr int Step = 104; // percent
     QProxyStyle::polish(palette);
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
         QColor ground = palette.color(group, QPalette::Highlight);
-        const QColor letters = palette.color(group, QPalette::HighlightedText);
-        const bool darken = luminance(letters) > luminance(ground);
-        for (int steps = 0; steps < Step && !isReadable(letters, ground); ++steps)
+        const QColor text = palette.color(group, QPalette::HighlightedText);
+        const bool darken = luminance(text) > luminance(ground);
+        for (int steps = 0; steps < Step && !isReadable(text, ground); ++steps)
             ground = darken ? ground.darker(Step) : ground.lighter(Step);
         palette.setColor(group, QPalette::Highlight, ground);
     }

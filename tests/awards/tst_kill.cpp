@@ -18,8 +18,8 @@ using namespace orlo;
 namespace
 {
 
-constexpr int MostTimes = 20'000;       // far more than a child gets to before its end
-constexpr quint32 LongestDelay = 30000; // microseconds from the first time on
+constexpr int MaxTimes = 20'000;    // far more than a child gets to before its end
+constexpr quint32 MaxDelay = 30000; // microseconds from the first time on
 
 // What a child does time and again, for the n-th time. Every row that the engine acknowledged is there for good.
 
@@ -78,7 +78,7 @@ int child(const QStringList& arguments)
     gAppPath = arguments[1];
     gDbName = "\\Quorrel11.mdb";
     gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
-    for (int n = 1; n <= MostTimes; ++n) {
+    for (int n = 1; n <= MaxTimes; ++n) {
         Works.at(name).step(n);
         std::puts("done");
         std::fflush(stdout);
@@ -116,7 +116,7 @@ private Q_SLOTS:
             QProcess child;
             child.start(QCoreApplication::applicationFilePath(), test::childArguments({work, folder.path()}));
             QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
-            QThread::usleep(random.bounded(LongestDelay));
+            QThread::usleep(random.bounded(MaxDelay));
             child.kill();
             QVERIFY(child.waitForFinished(20000));
             QCOMPARE(child.exitStatus(), QProcess::CrashExit); // it was cut off and hadn't ended by itself

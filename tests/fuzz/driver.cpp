@@ -18,7 +18,7 @@ extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__
 namespace
 {
 
-constexpr std::size_t LargestInput = 64 * 1024;
+constexpr std::size_t MaxInput = 64 * 1024;
 constexpr std::string_view FindingFile = "fuzz-finding";
 
 std::string theInput;
@@ -74,7 +74,7 @@ public:
         std::string text = anySeed();
         for (std::size_t steps = 1 + below(6); steps > 0; --steps)
             change(text);
-        text.resize(std::min(text.size(), LargestInput));
+        text.resize(std::min(text.size(), MaxInput));
         return text;
     }
 
@@ -126,7 +126,7 @@ private:
         default:
             // Rare: the same piece hundreds of times, for what counts how deep something nests.
             if (const std::string part = piece(text, 12); below(20) == 0)
-                for (std::size_t times = below(500); times > 0 && text.size() < LargestInput; --times)
+                for (std::size_t times = below(500); times > 0 && text.size() < MaxInput; --times)
                     text.insert(at, part);
             break;
         }

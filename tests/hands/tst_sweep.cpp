@@ -50,7 +50,7 @@ QStringList faultsOf(QWidget& shown)
 
 } // namespace
 
-// At the screen, scale and size of letters with which the process runs.
+// At the screen, scale and size of font with which the process runs.
 class tst_sweep : public QObject
 {
     Q_OBJECT

@@ -80,7 +80,7 @@ private Q_SLOTS:
         QTEST(told(paginate(strips(text), kept, headings, 100)), "pages");
     }
 
-    /// No letter is lost and no line is too long.
+    /// No character is lost and no line is too long.
     void breaksLines()
     {
         Typesetter typesetter;
@@ -99,7 +99,7 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
-        // Letters that join are narrower than they are apart.
+        // Characters that join are narrower than they are apart.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
 };

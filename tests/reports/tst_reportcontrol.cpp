@@ -220,7 +220,7 @@ private Q_SLOTS:
         preview.findChild<QAction*>("actLast")->trigger();
         QTRY_COMPARE(m_painted.back(), std::pair(true, pages));
 
-        // A run that fails behind its first page leaves no preview.
+        // A run that fails after its first page leaves no preview.
         report(QString(GoodReport)
                    .replace("Name From Items Order By", "B.Name From Items As A, Items As B, Others")
                    .replace("300pt = {Name}\n}\nexport", "300pt = 1 / (9000 - RecordNumber)\n}\nexport"));

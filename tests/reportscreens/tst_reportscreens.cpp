@@ -257,7 +257,7 @@ frmCreatePurchaseList |cmdCreate|Purchase List;Awards and other items to buy|#
         for (const QString& line : lines) {
             const QString wanted = test::withoutBlanks(line);
             const qsizetype found = text.indexOf(wanted, at);
-            QVERIFY2(found >= 0, qPrintable(line + "\n--- not found behind ---\n" + text.mid(at, 2000)));
+            QVERIFY2(found >= 0, qPrintable(line + "\n--- not found after ---\n" + text.mid(at, 2000)));
             at = found + wanted.size();
         }
         const int pages = test::pagesOf(pdf);

@@ -61,7 +61,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
-    // Where a backslash is a letter of a folder's name like any other.
+    // Where a backslash is a character of a folder's name like any other.
     void backslashInTheFoldersName()
     {
         if (QDir().mkpath(m_folder->filePath("a\\b")) &&

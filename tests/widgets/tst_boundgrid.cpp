@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Chil|3, Hathi|, Ko|");
         QVERIFY(set(1, Title, "Ko") && !set(0, Rank, "7"));
         QVERIFY(set(1, Title, "Baloo") && screen.grid.commitRow());
-        QVERIFY(set(5, Rank, "1") && set(5, Rank, "") && !set(6, Title, "Mang")); // the line behind is gone with it
+        QVERIFY(set(5, Rank, "1") && set(5, Rank, "") && !set(6, Title, "Mang")); // the line after it is gone with it
         QCOMPARE(screen.stored(), "Akela|1, Baloo|9, Chil|3, Hathi|, Ko|");
     }
 

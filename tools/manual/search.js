@@ -1,6 +1,6 @@
 "use strict";
 // Looks for the words of the box in all sections of the manual: those whose heading holds one come first.
-const MostFound = 20;
+const MaxFound = 20;
 const box = document.getElementById("search");
 const found = document.getElementById("found");
 const pages = document.getElementById("pages");
@@ -42,7 +42,7 @@ function look() {
             hits.push([words.filter(word => head.includes(word)).length, i]);
     });
     hits.sort((a, b) => b[0] - a[0] || a[1] - b[1]);
-    found.replaceChildren(...hits.slice(0, MostFound).map(([, i]) => {
+    found.replaceChildren(...hits.slice(0, MaxFound).map(([, i]) => {
         const [address, head, body] = sections[i];
         const link = document.createElement("a");
         link.href = address;

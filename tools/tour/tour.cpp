@@ -525,7 +525,7 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(
         QStringLiteral("Does the main work by itself and leaves a picture of every screen."));
     parser.addHelpOption();
-    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("With light letters on dark ground."));
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("With light text on dark ground."));
     parser.addOption(dark);
     parser.addPositionalArgument(QStringLiteral("folder"),
                                  QStringLiteral("Holds the program's folder \"app\" and gets the pictures."));

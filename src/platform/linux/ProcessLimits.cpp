@@ -15,8 +15,8 @@ namespace
 {
 
 constexpr std::uint64_t Megabyte = 1 << 20;
-// One byte of the file is at most a few of the stream: a letter becomes two, a Null's bit a byte.
-constexpr std::uint64_t MostGrowth = 16;
+// One byte of the file is at most a few of the stream: a character becomes two, a Null's bit a byte.
+constexpr std::uint64_t MaxGrowth = 16;
 
 void limit(int resource, rlim_t most)
 {
@@ -41,7 +41,7 @@ std::uint64_t limitOurselves(const char* file)
 #ifndef __SANITIZE_ADDRESS__ // which reserves more addresses than there could ever be memory
     limit(RLIMIT_AS, 512 * Megabyte + 4 * size);
 #endif
-    return MostGrowth * (size + Megabyte);
+    return MaxGrowth * (size + Megabyte);
 }
 
 bool send(std::string_view bytes)

@@ -8,13 +8,13 @@ namespace orlo::reports
 namespace
 {
 
-constexpr qsizetype MostDigits = 9;
+constexpr qsizetype MaxDigits = 9;
 
 // The number that a text begins with; 0 where it begins with none.
 int numberIn(const QString& text)
 {
     const auto end = std::find_if_not(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-    return text.left(std::min<qsizetype>(end - text.begin(), MostDigits)).toInt();
+    return text.left(std::min<qsizetype>(end - text.begin(), MaxDigits)).toInt();
 }
 
 } // namespace

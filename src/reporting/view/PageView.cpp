@@ -158,7 +158,7 @@ void PageView::paintEvent(QPaintEvent* event)
         paintSheet(painter, sheet, *m_document, page);
     }
     painter.setPen(Qt::NoPen);
-    painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the letters stay black, as under a marker
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the text stays black, as under a marker
     auto hit = std::lower_bound(m_hits.begin(), m_hits.end(), first,
                                 [](const TextSpan& span, int page) { return span.page < page; });
     for (int page = first; page <= last && (hit != m_hits.end() || !m_selection.isEmpty()); ++page) {
@@ -352,7 +352,7 @@ double PageView::fittingZoom() const
 // Changes the scale with the point of the document under the anchor staying there.
 void PageView::rescale(double zoom, QPointF anchor)
 {
-    zoom = std::clamp(zoom, SmallestZoom, LargestZoom);
+    zoom = std::clamp(zoom, MinZoom, MaxZoom);
     const int page = pageAt(verticalScrollBar()->value() + anchor.y());
     const QRectF before = pageBox(page);
     const double downPage = (anchor.y() - before.top()) / before.height();

@@ -26,8 +26,8 @@ public:
         Page
     };
 
-    static constexpr double SmallestZoom = 0.1;
-    static constexpr double LargestZoom = 8;
+    static constexpr double MinZoom = 0.1;
+    static constexpr double MaxZoom = 8;
 
     explicit PageView(std::shared_ptr<const Document> document, QWidget* parent = nullptr);
 

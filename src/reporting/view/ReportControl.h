@@ -88,14 +88,14 @@ public:
     void setLastPage(int page) { m_request.lastPage = page; }
     [[nodiscard]] int lastPage() const { return m_request.lastPage; }
 
-    /// Renders the report with the settings above. 0, or the number of the failure, which the user has been told;
+    /// Renders the report with the settings above. 0, or the number of the failure, which the user has seen;
     /// never throws. A call while a run of this object is under way gives 5 and does nothing.
     Q_INVOKABLE int run();
 
     /// The preview of the last run while it is open.
     [[nodiscard]] PreviewWindow* preview() const;
 
-    /// Names who knows the program's open database: told a path of the operating system, it yields the database open
+    /// Names who knows the program's open database: for a path of the operating system it yields the database open
     /// on that file, or null; a run then opens the file for itself.
     static void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider);
 

@@ -85,7 +85,7 @@ void dlgCalendar::takeDate()
 
 void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
 {
-    // The forms limit the width of date fields; with large letters a date, and the room around it, takes more.
+    // The forms limit the width of date fields; with a large font a date, and the room around it, takes more.
     field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00000")));
     auto* filter = new DateFieldFilter(field, std::move(picked));
     field->installEventFilter(filter);

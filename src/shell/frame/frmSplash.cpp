@@ -17,7 +17,7 @@ namespace orlo
 namespace
 {
 constexpr QSize PictureSize(483, 401);
-constexpr int LetterSize = 12;       // pixels
+constexpr int FontPixels = 12;
 constexpr int LookForEndEvery = 100; // ms
 
 // The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
@@ -39,9 +39,9 @@ frmSplash::frmSplash()
 {
     ui->setupUi(this);
     // The picture's size and its dark ground are the same on every desktop; so are the texts on it.
-    QFont letters = font();
-    letters.setPixelSize(LetterSize);
-    setFont(letters);
+    QFont text = font();
+    text.setPixelSize(FontPixels);
+    setFont(text);
     QPalette onPicture = palette();
     onPicture.setColor(QPalette::WindowText, Qt::white);
     setPalette(onPicture);

@@ -43,7 +43,7 @@ SourceValue day(double serial)
     return {{}, QStringLiteral("no date"), QString::number(serial, 'g', 17)};
 }
 
-// Halves of a letter have no place in UTF-8; beside it they stand as their numbers.
+// Halves of a character have no place in UTF-8; beside it they stand as their numbers.
 SourceValue textValue(const QString& text)
 {
     if (text.size() > MaxTextLength)
@@ -52,12 +52,12 @@ SourceValue textValue(const QString& text)
         return {text, {}, {}};
     QString shown;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar letter = text[i];
-        const bool whole = letter.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-        if (letter.isSurrogate() && !whole)
-            shown += QStringLiteral("\\u%1").arg(letter.unicode(), 4, 16);
+        const QChar c = text[i];
+        const bool whole = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (c.isSurrogate() && !whole)
+            shown += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16);
         else
-            shown += whole ? text.mid(i++, 2) : QString(letter);
+            shown += whole ? text.mid(i++, 2) : QString(c);
     }
     return {QString::fromUtf8(text.toUtf8()), QStringLiteral("half a letter"), shown};
 }
@@ -68,8 +68,8 @@ qsizetype countDigits(const QString& number)
     QStringView text = number;
     while (number.contains(u'.') && text.endsWith(u'0'))
         text.chop(1);
-    const auto* first = std::ranges::find_if(text, [](QChar letter) { return letter > u'0' && letter <= u'9'; });
-    return std::count_if(first, text.end(), [](QChar letter) { return letter.isDigit(); });
+    const auto* first = std::ranges::find_if(text, [](QChar c) { return c > u'0' && c <= u'9'; });
+    return std::count_if(first, text.end(), [](QChar c) { return c.isDigit(); });
 }
 
 SourceValue readCell(HelperStream& stream)
@@ -91,7 +91,7 @@ SourceValue readCell(HelperStream& stream)
     }
     case Cell::Day:
         return day(stream.number<double>());
-    case Cell::Letters:
+    case Cell::Text:
         return textValue(stream.text());
     }
     throw damaged(QStringLiteral("A value is of no known kind."));

@@ -42,10 +42,10 @@ enum class Cell : std::uint8_t {
     Null,
     No,
     Yes,
-    Whole,   ///< 32 bits, signed
-    Real,    ///< 64 bits
-    Day,     ///< 64 bits: days since 12/30/1899, the fraction being the time of day whatever the sign
-    Letters, ///< a text
+    Whole, ///< 32 bits, signed
+    Real,  ///< 64 bits
+    Day,   ///< 64 bits: days since 12/30/1899, the fraction being the time of day whatever the sign
+    Text,  ///< UTF-16
 };
 
 } // namespace orlo::store::jet

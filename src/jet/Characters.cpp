@@ -1,4 +1,4 @@
-#include "jet/Letters.h"
+#include "jet/Characters.h"
 
 #include "jet/Output.h"
 
