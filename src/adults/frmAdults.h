@@ -29,7 +29,7 @@ public:
     /// The adult of the current record of the set.
     [[nodiscard]] std::int16_t GetAdultSID() const { return currentPerson(); }
     [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
-    /// Takes what to find; -1 for any den.
+    /// What dlgFindAdult looks for: beginnings of names and the den, -1 for any; an empty text doesn't count.
     void SetFindData(const QString& first, const QString& last, const QString& initial, std::int16_t den);
     void PopulateNavLB() override;
     /// Shows the positions of the adult on screen anew.

@@ -26,6 +26,7 @@ public:
     [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
     /// The den of the record on screen.
     [[nodiscard]] std::int16_t GetDenSIDPub() const { return mDenSID; }
+    /// What dlgFindScout looks for: beginnings of names; an empty text doesn't count.
     void SetFindData(const QString& first, const QString& last, const QString& initial);
     /// The adult picked in dlgSelectAdultLink, 0 for none.
     void SetParentDenLeaderSID(std::int16_t sid) { mPickedAdultSID = sid; }

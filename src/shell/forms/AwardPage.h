@@ -34,6 +34,7 @@ public:
 
     /// Gives the grid its columns from left to right, of which `stretched` takes the width that the others leave.
     void setUp(const std::vector<Column>& columns, int stretched);
+    /// Shows the person's name above the grid.
     void setName(const QString& name);
     /// Cuts the grid back to its heading row.
     void cut();

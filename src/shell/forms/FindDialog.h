@@ -9,11 +9,13 @@ namespace orlo
 class FindRequest
 {
 public:
+    /// The dialog ended with "find", or was cancelled.
     void SetFind(bool find)
     {
         mFindRequested = find;
         mSelectAllRequested = false;
     }
+    /// The dialog ended with "select all".
     void SetSelectAll(bool selectAll)
     {
         mSelectAllRequested = selectAll;

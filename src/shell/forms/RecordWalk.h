@@ -24,7 +24,9 @@ public:
     void openRecords(const QString& select);
     /// Reads the number of records anew. Raises Overflow (6) past 32767.
     void readRecordCount();
+    /// The 1-based place of the current record, 0 for none.
     [[nodiscard]] int recordIndex() const { return mRecordIndex.toInt(); }
+    /// Sets the place alone; the set stays where it stands.
     void setRecordIndex(int index) { mRecordIndex = QString::number(index); }
     /// Moves the set and the place to the 1-based position.
     void goTo(int position);

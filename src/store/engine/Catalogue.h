@@ -15,6 +15,7 @@ void createTable(Connection& connection, const TableDef& table);
 void rebuildTable(Connection& connection, const TableDef& table);
 /// Gives a table of the file the field that its definition has last; it is Null in every row.
 void addColumn(Connection& connection, const TableDef& table);
+/// Drops a table of the file, with its indexes.
 void dropTable(Connection& connection, QStringView name);
 /// Adds an index to a table of the file.
 void createIndex(Connection& connection, const QString& table, const Index& index);

@@ -24,8 +24,7 @@ namespace
 constexpr int BusyMilliseconds = 2000;
 constexpr int MaxValueSize = 100'000'000;    // bytes
 constexpr sqlite3_int64 MaxMemory = 1 << 30; // bytes, for sorting above all
-constexpr std::size_t MaxStatements = 64;
-constexpr qsizetype FileHead = 19; // bytes, up to the version of the format that writes it
+constexpr qsizetype FileHead = 19;           // bytes, up to the version of the format that writes it
 constexpr int LastFormat = 2;
 
 QString databaseSource()
@@ -36,6 +35,17 @@ QString databaseSource()
 [[noreturn]] void raiseUnusable(int number, const QString& words, const QString& path)
 {
     throw RuntimeError(number, databaseSource(), QStringLiteral("%1: %2").arg(words, QDir::toNativeSeparators(path)));
+}
+
+// What was made of the text before, or is made now.
+template <typename Key, typename Made, typename Make>
+std::shared_ptr<Made> made(QCache<Key, std::shared_ptr<Made>>& cache, const Key& text, const Make& make)
+{
+    if (const auto* known = cache.object(text))
+        return *known;
+    std::shared_ptr<Made> made = make();
+    cache.insert(text, new std::shared_ptr(made));
+    return made;
 }
 
 // Whether what a refusal names at its end, "... failed: <table>.<field>", is a part of the table's primary key.
@@ -167,7 +177,6 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
 {
     auto prepared = std::make_shared<Statement::Prepared>();
     prepared->connection = this;
-    prepared->sql = sql;
     m_watch.guarding = origin == Origin::Outside;
     m_watch.refusal = 0;
     const int code = sqlite3_prepare_v3(m_db, sql.constData(), static_cast<int>(sql.size()) + 1,
@@ -183,21 +192,12 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
 Statement Connection::statement(const QByteArray& sql, Origin origin)
 {
     ensureOpen();
-    if (const auto known = m_byText.constFind(sql); known != m_byText.cend()) {
-        if ((*known.value())->inUse)
-            return Statement(prepare(sql, origin));
-        m_statements.splice(m_statements.begin(), m_statements, known.value());
-        m_statements.front()->inUse = true;
-        return Statement(m_statements.front());
-    }
+    const auto* known = m_statements.object(sql);
+    if (known && known->use_count() == 1) // nobody has borrowed it
+        return Statement(*known);
     auto prepared = prepare(sql, origin);
-    prepared->inUse = true;
-    m_statements.push_front(prepared);
-    m_byText.insert(sql, m_statements.begin());
-    if (m_statements.size() > MaxStatements) {
-        m_byText.remove(m_statements.back()->sql);
-        m_statements.pop_back();
-    }
+    if (!known)
+        m_statements.insert(sql, new std::shared_ptr(prepared));
     return Statement(std::move(prepared));
 }
 
@@ -211,7 +211,7 @@ void Connection::run(const QByteArray& sql)
 
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
-    return m_translations.get(statement, [&] {
+    return made(m_translations, statement, [&] {
         const auto sourceOf = [this](QStringView name) { return known(name); };
         return std::make_shared<const Translated>(translate(statement, sourceOf));
     });
@@ -239,7 +239,13 @@ KnownSource Connection::known(QStringView name)
 
 std::shared_ptr<const Source> Connection::source(const QString& text)
 {
-    return m_sources.get(text, [&] { return makeSource(*this, text); });
+    return made(m_sources, text, [&] { return makeSource(*this, text); });
+}
+
+std::shared_ptr<const RowShape> Connection::shape(const QByteArray& sql,
+                                                  const std::function<std::shared_ptr<const RowShape>()>& make)
+{
+    return made(m_shapes, sql, make);
 }
 
 const TableInfo* Connection::table(QStringView name)
@@ -269,7 +275,6 @@ void Connection::noteSchemaChange()
 // The prepared statements, too: they tell the old columns until they run.
 void Connection::forget()
 {
-    m_byText.clear();
     m_statements.clear();
     m_translations.clear();
     m_sources.clear();
@@ -304,10 +309,7 @@ void Connection::execute(const Translated& action)
         inserted.renumber();
     } catch (const RuntimeError&) {
         noteChange();
-        // The trigger that keeps unique texts apart ends the whole statement, as it must for a record set's row.
-        if (sqlite3_extended_errcode(m_db) != SQLITE_CONSTRAINT_TRIGGER)
-            throw;
-        return;
+        throw;
     }
     transaction.commit();
     noteChange();

@@ -6,10 +6,10 @@
 #include "store/engine/Statement.h"
 
 #include <QByteArray>
+#include <QCache>
 #include <QHash>
 
 #include <functional>
-#include <list>
 #include <memory>
 
 struct sqlite3;
@@ -19,30 +19,6 @@ namespace orlo::store
 
 struct Source;
 struct RowShape;
-
-/// What was made of texts, for the next time that they come; it forgets all when they become too many.
-template <typename Key, typename Made>
-class Cache
-{
-public:
-    /// What was made of the text, made now where it isn't there.
-    [[nodiscard]] std::shared_ptr<const Made> get(const Key& text,
-                                                  const std::function<std::shared_ptr<const Made>()>& make)
-    {
-        if (auto known = m_made.value(text))
-            return known;
-        auto made = make();
-        if (m_made.size() >= Most)
-            m_made.clear();
-        m_made.insert(text, made);
-        return made;
-    }
-    void clear() { m_made.clear(); }
-
-private:
-    static constexpr qsizetype Most = 256;
-    QHash<Key, std::shared_ptr<const Made>> m_made;
-};
 
 /// What the engine must know of a table or stored query to read it.
 struct TableInfo {
@@ -65,6 +41,7 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
+    /// Closes the file and removes its journal; statements that are still borrowed only end.
     void close();
     [[nodiscard]] bool isOpen() const { return m_db != nullptr; }
     /// Raises 3420 once closed.
@@ -79,22 +56,22 @@ public:
     /// Runs a translated action; a row that the file refuses is passed over.
     void execute(const Translated& action);
 
+    /// What a statement of the dialect is to SQLite. Raises 3075.
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
     /// What is known of a table or stored query; nothing where there is none of the name. Raises 3075 for a query that
     /// can't be read.
     [[nodiscard]] KnownSource known(QStringView name);
+    /// Where a record set of a table's or stored query's name, or of a Select, comes from. Raises 3061, 3075, 3078.
     [[nodiscard]] std::shared_ptr<const Source> source(const QString& text);
     /// The shape of a statement's rows, made where it isn't known.
     [[nodiscard]] std::shared_ptr<const RowShape> shape(const QByteArray& sql,
-                                                        const std::function<std::shared_ptr<const RowShape>()>& make)
-    {
-        return m_shapes.get(sql, make);
-    }
+                                                        const std::function<std::shared_ptr<const RowShape>()>& make);
     /// The table or stored query of a name; nothing where there is none.
     [[nodiscard]] const TableInfo* table(QStringView name);
 
     /// Grows with every change made through this connection.
     [[nodiscard]] quint64 changeStamp() const { return m_changeStamp; }
+    /// Tells of a change: blocks and counts that were read before it are read anew.
     void noteChange() { ++m_changeStamp; }
     /// The stamp of this connection's last change of a row, 0 where it made none. Quoted name.
     [[nodiscard]] quint64 ownChange(const QByteArray& table, qint64 number) const
@@ -127,11 +104,15 @@ private:
     QString m_file;
     sqlite3* m_db = nullptr;
     Watch m_watch;
-    std::list<std::shared_ptr<Statement::Prepared>> m_statements; // most recently used first
-    QHash<QByteArray, std::list<std::shared_ptr<Statement::Prepared>>::iterator> m_byText;
-    Cache<QString, Translated> m_translations;
-    Cache<QString, Source> m_sources;
-    Cache<QByteArray, RowShape> m_shapes;
+    // What was made of texts, for the next time that they come.
+    template <typename Key, typename Made>
+    using Cache = QCache<Key, std::shared_ptr<Made>>;
+    static constexpr qsizetype MaxStatements = 64;
+    static constexpr qsizetype MaxTexts = 256;
+    Cache<QByteArray, Statement::Prepared> m_statements{MaxStatements};
+    Cache<QString, const Translated> m_translations{MaxTexts};
+    Cache<QString, const Source> m_sources{MaxTexts};
+    Cache<QByteArray, const RowShape> m_shapes{MaxTexts};
     QHash<QString, TableInfo> m_tables;
     QHash<QString, KnownSource> m_known;
     quint64 m_changeStamp = 0;
@@ -147,6 +128,7 @@ public:
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
+    /// Raises what the file refuses; the changes are on the disk after it.
     void commit();
 
 private:

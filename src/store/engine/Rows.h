@@ -29,8 +29,10 @@ public:
 
     /// Takes over the statement's current row.
     void append(sqlite3_stmt* statement);
+    /// Drops all rows.
     void clear();
     [[nodiscard]] qsizetype size() const { return m_size; }
+    /// True for a column that is taken.
     [[nodiscard]] bool has(int column) const;
     /// How many columns of every row are taken.
     [[nodiscard]] std::size_t columns() const { return m_columns.size(); }

@@ -77,12 +77,12 @@ void SqlTranslator::insert()
         return;
     }
     expect(Symbol::Open);
-    std::size_t place = 0;
+    qsizetype place = 0;
     do {
         m_out.sql += QLatin1String(place == 0 ? " VALUES (" : ", ");
         Expression value = expression();
         if (place < targets.size())
-            m_out.give(value, targets[place]);
+            m_out.give(value, targets.at(place));
         ++place;
     } while (take(Symbol::Comma));
     expect(Symbol::Close);
@@ -150,7 +150,7 @@ void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
     Scope scope(m_scope, m_scope->outer);
     const Query next = simpleQuery(targets);
     query.known = query.known && next.known && query.fields.size() == next.fields.size();
-    for (std::size_t i = 0; i < std::min(query.fields.size(), next.fields.size()); ++i) {
+    for (qsizetype i = 0; i < std::min(query.fields.size(), next.fields.size()); ++i) {
         KnownField& field = query.fields[i];
         if (field.kind != next.fields[i].kind)
             field.kind = ValueKind::Unknown;
@@ -174,15 +174,14 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     const qsizetype written = m_out.sql.size();
     if (take(Symbol::From))
         sources();
-    const QString sourcesSql = m_out.sql.sliced(written);
-    m_out.sql.truncate(written);
-    const qsizetype end = std::exchange(m_at, results);
+    const qsizetype sourcesSize = m_out.sql.size() - written;
+    const qsizetype after = std::exchange(m_at, results);
     readResults(query, targets);
     if (m_at != from)
         refuse();
-    m_at = end;
-    query.fromStart = m_out.sql.size();
-    m_out.sql += sourcesSql;
+    m_at = after;
+    std::rotate(m_out.sql.begin() + written, m_out.sql.begin() + written + sourcesSize, m_out.sql.end());
+    query.fromStart = m_out.sql.size() - sourcesSize;
     query.tailStart = m_out.sql.size();
     where();
     const bool grouped = group();
@@ -228,18 +227,20 @@ void SqlTranslator::readResults(Query& query, const KnownFields* targets)
         for (const Source& source : m_scope->sources)
             if (!some || source.name.compare(named, Qt::CaseInsensitive) == 0) {
                 query.known = query.known && source.fields;
-                if (source.fields)
-                    query.fields.insert(query.fields.end(), source.fields->begin(), source.fields->end());
+                if (source.fields && query.fields.isEmpty())
+                    query.fields = *source.fields; // shared
+                else if (source.fields)
+                    query.fields += *source.fields;
             }
     } while (take(Symbol::Comma));
 }
 
 void SqlTranslator::readResult(Query& query, const KnownFields* targets)
 {
-    const std::size_t place = query.fields.size();
+    const qsizetype place = query.fields.size();
     Expression value = expression();
     if (targets && place < targets->size())
-        m_out.give(value, (*targets)[place]);
+        m_out.give(value, targets->at(place));
     const bool isField = value.form == Expression::Form::Field;
     if (!isField)
         m_out.order(value);
@@ -344,9 +345,7 @@ bool SqlTranslator::group()
             m_out.sql += before;
             before = QLatin1String(", ");
             Expression value = expression();
-            // A field that is grouped by and shown is sorted along once, unless its grouping reads another way.
-            if (!value.known || !value.known->caseless)
-                m_out.order(value);
+            m_out.order(value);
         } while (take(Symbol::Comma));
     }
     if (take(Symbol::Having)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -20,7 +21,7 @@ struct KnownField {
     bool whole = false;    ///< holds whole numbers only
     bool caseless = false; ///< SQLite itself compares it without regard to case
 };
-using KnownFields = std::vector<KnownField>;
+using KnownFields = QList<KnownField>;
 /// A table or stored query of which a statement reads.
 struct KnownSource {
     std::shared_ptr<const KnownFields> fields; ///< null for unknown ones

@@ -1,5 +1,7 @@
 #include "store/engine/SqlExpression.h"
 
+#include <QStringBuilder>
+
 #include <array>
 
 namespace orlo::store
@@ -38,12 +40,10 @@ constexpr const char* Comparisons[] = {" = ", " <> ", " < ", " <= ", " > ", " >=
 
 void SqlWriter::name(QStringView name)
 {
-    sql += u'"';
     if (name.contains(u'"'))
-        sql += name.toString().replace(u'"', QLatin1String("\"\""));
+        sql += u'"' + name.toString().replace(u'"', QLatin1String("\"\"")) + u'"';
     else
-        sql += name;
-    sql += u'"';
+        sql += u'"' % name % u'"';
 }
 
 Expression SqlWriter::written(qsizetype start, Kind kind, Binding binding) const
@@ -309,7 +309,8 @@ void SqlWriter::give(Expression& value, const KnownField& field)
 
 void SqlWriter::order(Expression& value)
 {
-    if (!mayBeText(value))
+    // A field of which SQLite knows it by itself stays as it is: grouped by and then sorted, it is sorted once.
+    if (!mayBeText(value) || (value.known && value.known->caseless))
         return;
     bracket(value, Binding::Operand);
     enclose(value, {}, QLatin1String(" COLLATE NOCASE"));

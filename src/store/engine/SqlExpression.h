@@ -42,6 +42,7 @@ public:
 
     /// `And` and `Or`, of which the binding tells.
     Expression connected(Expression left, Binding binding, Expression right);
+    /// `Not`
     Expression negated(Expression condition);
     /// The test for Null, or for anything but Null.
     Expression nullTest(Expression tested, bool null);
@@ -53,12 +54,15 @@ public:
     Expression oneOf(std::span<Expression> values, bool negative);
     /// `In` with the rows of a Select.
     Expression inRows(Expression value, bool negative, const Expression& rows);
+    /// `Like` and `Not Like`, of texts.
     Expression like(Expression text, bool negative, Expression pattern);
     /// `&`
     Expression joined(Expression left, Expression right);
     /// `+`, `-`, `*`, `/`
     Expression calculated(Expression left, Symbol sign, Expression right);
+    /// `-` before a number.
     Expression oppositeOf(Expression number);
+    /// `IIf`: its kind is what both values have in common.
     Expression choice(Expression condition, Expression then, Expression otherwise);
 
     /// Makes the expression a value of the kind. What can't be one becomes Null.

@@ -15,10 +15,8 @@ Statement::Prepared::~Prepared()
 
 Statement::~Statement()
 {
-    if (m_prepared) {
+    if (m_prepared)
         reset();
-        m_prepared->inUse = false;
-    }
 }
 
 void Statement::bind(int parameter, qint64 value)

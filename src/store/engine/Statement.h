@@ -31,11 +31,16 @@ public:
     /// Binds the parameter, 1-based.
     void bind(int parameter, qint64 value);
     void bind(int parameter, const Value& value);
-    /// Goes to the next row; false after the last one. Raises what the file refuses.
+    /// Goes to the next row; false after the last one. Raises what the file refuses, and ResourceExceeded (3035) for a
+    /// statement that runs on without end.
     bool step();
+    /// Makes it ready to run again, with no parameter bound.
     void reset();
+    /// The current row's value in a column, 0-based; Null is 0.
     [[nodiscard]] qint64 integer(int column) const;
+    /// The same as text; Null is "".
     [[nodiscard]] QString text(int column) const;
+    /// SQLite's own, which lives as long as this.
     [[nodiscard]] sqlite3_stmt* handle() const;
 
 private:
@@ -46,8 +51,6 @@ private:
 struct Statement::Prepared {
     Connection* connection = nullptr;
     sqlite3_stmt* handle = nullptr;
-    QByteArray sql;
-    bool inUse = false;
 
     Prepared() = default;
     ~Prepared();
