@@ -137,6 +137,8 @@ struct ExportColumn {
 /// A report as its file describes it. A subreport is a definition of its own in the block of that name.
 struct Definition {
     QString title;
+    Formula author;                     ///< of the document; empty for none
+    Formula subject;                    ///< what the document is about; empty for nothing
     QSizeF paper{612, 792};             ///< points
     QMarginsF margins{43, 43, 43, 43};  ///< points
     std::vector<Style> styles{Style{}}; ///< the first is the plain one

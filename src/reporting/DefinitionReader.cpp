@@ -92,6 +92,8 @@ private:
         };
         static constexpr std::array Statements{
             Statement{QLatin1StringView("report"), &Reader::readTitle},
+            Statement{QLatin1StringView("author"), &Reader::readAuthor},
+            Statement{QLatin1StringView("subject"), &Reader::readSubject},
             Statement{QLatin1StringView("include"), &Reader::readInclude},
             Statement{QLatin1StringView("paper"), &Reader::readPaper},
             Statement{QLatin1StringView("margins"), &Reader::readMargins},
@@ -139,7 +141,22 @@ private:
 
     void readBand(Band& band) { BandReader(*m_lines, m_definition, m_folder).read(band); }
 
+    /// Refuses what a file has but once.
+    void belongsToMain(const char* what)
+    {
+        if (m_depth > 0)
+            m_lines->fail(QStringLiteral("A subreport has no %1 of its own.").arg(QLatin1StringView(what)));
+    }
+
+    Formula formulaOfMain(const char* what)
+    {
+        belongsToMain(what);
+        return m_lines->assigned();
+    }
+
     void readTitle() { m_definition.title = m_lines->quoted(); }
+    void readAuthor() { m_definition.author = formulaOfMain("author"); }
+    void readSubject() { m_definition.subject = formulaOfMain("subject"); }
     void readUnique() { m_definition.unique = m_lines->formula(); }
     void readSorts() { m_definition.sort.push_back(readSort()); }
 
@@ -172,8 +189,7 @@ private:
 
     void readPaper()
     {
-        if (m_depth > 0)
-            m_lines->fail(QStringLiteral("A subreport has no paper of its own."));
+        belongsToMain("paper");
         const QString name = m_lines->word();
         if (name == QLatin1String("letter"))
             m_definition.paper = {612, 792};
@@ -191,24 +207,23 @@ private:
 
     void readMargins()
     {
-        if (m_depth > 0)
-            m_lines->fail(QStringLiteral("A subreport has no margins of its own."));
-        QMarginsF& margins = m_definition.margins;
+        belongsToMain("margins");
+        using SetSide = void (QMarginsF::*)(qreal);
+        static constexpr std::array<std::pair<QLatin1StringView, SetSide>, 4> Sides{{
+            {QLatin1StringView("left"), &QMarginsF::setLeft},
+            {QLatin1StringView("right"), &QMarginsF::setRight},
+            {QLatin1StringView("top"), &QMarginsF::setTop},
+            {QLatin1StringView("bottom"), &QMarginsF::setBottom},
+        }};
         while (!m_lines->atEnd()) {
             const QString side = m_lines->word();
             const double length = m_lines->length();
             if (length > 144)
                 m_lines->fail(QStringLiteral("A margin is two inches at most."));
-            if (side == QLatin1String("left"))
-                margins.setLeft(length);
-            else if (side == QLatin1String("right"))
-                margins.setRight(length);
-            else if (side == QLatin1String("top"))
-                margins.setTop(length);
-            else if (side == QLatin1String("bottom"))
-                margins.setBottom(length);
-            else
+            const auto known = std::find_if(Sides.begin(), Sides.end(), [&](const auto& s) { return s.first == side; });
+            if (known == Sides.end())
                 m_lines->failAtWord(QStringLiteral("A margin is left, right, top or bottom."));
+            (m_definition.margins.*known->second)(length);
         }
     }
 

@@ -277,6 +277,9 @@ std::optional<Document> renderRead(const Definition& definition, const RunReques
         return std::nullopt;
     Document document;
     document.title = QString(report->definition.title + u' ' + facts.reportTitle).trimmed();
+    const RowScope firstRow(report->definition, report->rows, facts);
+    document.author = displayText(report->definition.author.evaluate(firstRow));
+    document.subject = displayText(report->definition.subject.evaluate(firstRow));
     document.paper = report->definition.paper;
     document.files = definition.files;
 

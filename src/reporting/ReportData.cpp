@@ -77,6 +77,8 @@ void eachFormula(Definition& definition, Visit visit)
         visit(one.condition, stands);
         each(each, one.rows, stands);
     };
+    visit(definition.author, Stands::InBands);
+    visit(definition.subject, Stands::InBands);
     visit(definition.unique, Stands::InRows);
     for (SortKey& key : definition.sort)
         visit(key.formula, Stands::InRows);

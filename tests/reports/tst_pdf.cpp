@@ -1,0 +1,117 @@
+#include "reporting/Definition.h"
+#include "reporting/Export.h"
+#include "store/engine/Database.h"
+#include "store/schema/Schema.h"
+#include "support/Main.h"
+#include "support/PrintedFile.h"
+
+#include <QtTest/QtTest>
+
+#define POINTERHOLDER_TRANSITION 4
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFOutlineDocumentHelper.hh>
+
+using namespace orlo;
+using namespace orlo::reports;
+
+namespace
+{
+
+const QString Report = "report \"Łódź\"\nauthor = \"Pack é Ł\"\nsubject = Count() & \" people\"\n"
+                       "source {\nSelect Phone, Last_Name, Email From Adults\n}\n"
+                       "group \"Den\" {\nby {Phone}\noutline = {Phone}\nnew-page\n}\n"
+                       "group \"Name\" {\nby {Last_Name}\noutline = \"é Ł \" & {Last_Name}\n}\n"
+                       "detail {\nrow {\ntext 1in 2in = {Email}\n}\n}\n";
+constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern.example.org'",
+                         "2, '1', 'Bell', 'bell.of.a.very.long.name@fern.hollow.scouts.example.org'",
+                         "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "4, '3', 'Dunn', 'dora@x.org'"};
+const QStringList Links{"ann.o'neil@x.org", "paul%1@fern.example.org",
+                        "bell.of.a.very.long.name@fern.hollow.scouts.example.org", "dora@x.org"};
+
+QString bookmark(int level, const QString& text, int page, double top)
+{
+    return QString(level, u'>') + QStringLiteral("%1 %2 %3").arg(text).arg(page).arg(top, 0, 'f', 1);
+}
+
+void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, int level, QPDF& pdf, QStringList& found)
+{
+    for (QPDFOutlineObjectHelper& item : items) {
+        QPDFObjectHandle page = item.getDestPage();
+        const double top = 792 - item.getDest().getArrayItem(3).getNumericValue();
+        found << bookmark(level, QString::fromStdString(item.getTitle()), pdf.findPage(page), top);
+        addBookmarks(item.getKids(), level + 1, pdf, found);
+    }
+}
+
+/// What stands in a box of a page.
+QString textIn(QPDFObjectHandle::Rectangle box, int page, const QString& file)
+{
+    QStringList arguments{"-r", "72", file, "-"};
+    for (const auto& [option, value] : {std::pair("-f", double(page)),
+                                        {"-l", page},
+                                        {"-x", box.llx},
+                                        {"-y", 792 - box.ury},
+                                        {"-W", box.urx - box.llx},
+                                        {"-H", box.ury - box.lly}})
+        arguments = QStringList{option, QString::number(qRound(value))} + arguments;
+    QProcess reader;
+    reader.start("pdftotext", arguments);
+    return reader.waitForFinished() ? test::withoutBlanks(reader.readAll()) : QString();
+}
+
+} // namespace
+
+class tst_pdf : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    /// Read back, of all rows and of none: bookmarks as the outline has them, each address under its link, the facts.
+    void finishes()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("list.pdf");
+        store::Database database = store::DBEngine::createDatabase(folder.filePath("pack.mdb"));
+        store::createSchema(database);
+        for (const QString row : People)
+            database.execute("Insert Into Adults (Adult_SID, Phone, Last_Name, Email) Values (" + row + ")");
+        for (const bool any : {true, false}) {
+            RunRequest request;
+            request.databases = {{0, "pack"}};
+            request.selectionFormula = any ? "" : "{Phone} = \"9\"";
+            const Document document =
+                *render(readDefinition(Report), request, [&](const QString&) -> store::Database& { return database; });
+            QVERIFY(writePdf(document, file));
+            QPDF pdf;
+            pdf.setSuppressWarnings(true); // of a page without links
+            pdf.processFile(QFile::encodeName(file).constData());
+
+            QStringList outline;
+            for (const OutlineEntry& entry : document.outline)
+                outline << bookmark(entry.level, entry.text, entry.page, entry.top);
+            QCOMPARE(outline.size(), any ? 7 : 0);
+            QStringList found;
+            addBookmarks(QPDFOutlineDocumentHelper(pdf).getTopLevelOutlines(), 0, pdf, found);
+            QCOMPARE(found, outline);
+            QCOMPARE(pdf.getRoot().hasKey("/PageMode"), any);
+            QPDFObjectHandle facts = pdf.getTrailer().getKey("/Info");
+            for (const auto& [key, text] : {std::pair("/Title", QString("Łódź")),
+                                            {"/Author", "Pack é Ł"},
+                                            {"/Subject", any ? "4 people" : "0 people"}})
+                QCOMPARE(QString::fromStdString(facts.getKey(key).getUTF8Value()), text);
+
+            QStringList links;
+            for (QPDFObjectHandle page : pdf.getAllPages())
+                for (QPDFObjectHandle link : page.getKey("/Annots").aitems()) {
+                    const std::string target = link.getKey("/A").getKey("/URI").getStringValue();
+                    links << QUrl::fromPercentEncoding(target.c_str()).remove("mailto:");
+                    const auto box = link.getKey("/Rect").getArrayAsRectangle();
+                    QCOMPARE(textIn(box, pdf.findPage(page) + 1, file), links.back());
+                }
+            QCOMPARE(links, any ? Links : QStringList());
+        }
+    }
+};
+
+ORLO_TEST(tst_pdf)
+#include "tst_pdf.moc"
