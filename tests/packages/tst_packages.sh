@@ -36,7 +36,7 @@ tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
 complete "$here/a folder"
 "$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
 for program in orlo orlo-db orlo-jet; do # its own Qt and database engine
-    [ -z "$(ldd "$here/a folder/$program" | grep -E 'libQt6|sqlite|mdb' | grep -v "=> $here/a folder/lib/" || :)" ]
+    [ -z "$(ldd "$here/a folder/$program" | grep -E 'libQt6|sqlite|mdb|qpdf' | grep -v "=> $here/a folder/lib/" || :)" ]
 done
 if command -v Xvfb >/dev/null; then
     Xvfb -displayfd 3 -nolisten tcp 3>"$here/display" 2>/dev/null & screen=$!
