@@ -1,6 +1,5 @@
 // Runs a fuzz target without libFuzzer: every seed as it stands, then mutated seeds, the same ones in every run.
 #include <algorithm>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -8,58 +7,30 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
 
 namespace
 {
 
 constexpr std::size_t MaxInput = 64 * 1024;
-constexpr std::string_view FindingFile = "fuzz-finding";
 
-std::string theInput;
-
-/// Leaves the input that the target fell over in the current folder.
-void keepInput()
-{
-    std::ofstream(FindingFile.data(), std::ios::binary) << theInput;
-    std::fprintf(stderr, "The input of %zu bytes is kept in %s.\n", theInput.size(), FindingFile.data());
-}
-
-void die(int signal)
-{
-    keepInput();
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
-
-void keepInputOnFailure()
-{
-    if (__sanitizer_set_death_callback) {
-        __sanitizer_set_death_callback(keepInput);
-        return;
-    }
-    for (const int signal : {SIGABRT, SIGSEGV, SIGILL, SIGTRAP, SIGFPE, SIGBUS})
-        std::signal(signal, die);
-}
+std::string findingFile; // each program's its own: several run at once
 
 std::vector<std::string> readSeeds(const std::filesystem::path& path)
 {
-    std::vector<std::filesystem::path> files;
+    std::set<std::filesystem::path> files{path};
     if (std::filesystem::is_directory(path))
-        for (const auto& entry : std::filesystem::directory_iterator(path))
-            files.push_back(entry.path());
-    else if (std::filesystem::exists(path))
-        files.push_back(path);
-    std::sort(files.begin(), files.end());
+        files = {std::filesystem::directory_iterator(path), {}};
     std::vector<std::string> seeds;
     for (const auto& file : files) {
         std::ifstream stream(file, std::ios::binary);
-        seeds.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+        if (stream)
+            seeds.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
     }
     return seeds;
 }
@@ -96,50 +67,36 @@ private:
             "\xf0\x9f\x8f\x95",     "NULL", "#2/30/2004#",
         };
         const std::size_t at = below(text.size() + 1);
-        switch (below(9)) {
-        case 0:
+        const std::size_t way = below(9);
+        if (way == 0)
             text.erase(at, 1 + below(8));
-            break;
-        case 1:
+        else if (way == 1)
             text.insert(at, 1, Signs[below(Signs.size())]);
-            break;
-        case 2:
-            if (at < text.size())
-                text[at] = static_cast<char>(m_random() & 0xff);
-            break;
-        case 3:
-            if (at < text.size())
-                text[at] = Signs[below(Signs.size())];
-            break;
-        case 4:
+        else if (way < 4 && at < text.size())
+            text[at] = way == 2 ? static_cast<char>(m_random() & 0xff) : Signs[below(Signs.size())];
+        else if (way == 4)
             text.insert(at, piece(anySeed(), 60));
-            break;
-        case 5:
+        else if (way == 5)
             text.insert(at, piece(text, 30));
-            break;
-        case 6:
+        else if (way == 6)
             text.insert(at, Words[below(std::size(Words))]);
-            break;
-        case 7:
+        else if (way == 7)
             text.erase(at);
-            break;
-        default:
+        else if (const std::string part = piece(text, 12); below(20) == 0)
             // Rare: the same piece hundreds of times, for what counts how deep something nests.
-            if (const std::string part = piece(text, 12); below(20) == 0)
-                for (std::size_t times = below(500); times > 0 && text.size() < MaxInput; --times)
-                    text.insert(at, part);
-            break;
-        }
+            for (std::size_t times = below(500); times > 0 && text.size() < MaxInput; --times)
+                text.insert(at, part);
     }
 
     const std::vector<std::string>& m_seeds;
     std::mt19937_64 m_random{20040607};
 };
 
-void runTarget(std::string input)
+// Runs the target on an input that lies in the current folder meanwhile, so that one that it falls over is left there.
+void runTarget(const std::string& input)
 {
-    theInput = std::move(input);
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(theInput.data()), theInput.size());
+    std::ofstream(findingFile, std::ios::binary) << input;
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
 } // namespace
@@ -155,13 +112,14 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "There are no seeds in %s.\n", argv[2]);
         return 2;
     }
-    keepInputOnFailure();
+    findingFile = std::filesystem::path(argv[0]).stem().string() + "-finding";
     for (const std::string& seed : seeds)
         runTarget(seed);
     Mutator mutator(seeds);
     const unsigned long long count = std::strtoull(argv[1], nullptr, 10);
     for (unsigned long long i = 0; i < count; ++i)
         runTarget(mutator.next());
+    std::filesystem::remove(findingFile);
     std::printf("%zu seeds and %llu mutations passed.\n", seeds.size(), count);
     return 0;
 }

@@ -41,16 +41,15 @@ private Q_SLOTS:
     void opening()
     {
         QFETCH(QString, file);
+        const QByteArray sound = test::contents(m_path);
+        const QMap<QString, QByteArray> damaged{
+            {"empty", ""},
+            {"another format", "Standard something" + sound.sliced(18)},
+            {"cut off", sound.first(2000)},
+            {"overwritten", QByteArray(sound).replace(100, 400, QByteArray(400, '\xA5'))}};
+        test::write(m_path, damaged.value(file, sound));
         sqlite3* other = nullptr;
-        if (file == "empty")
-            overwrite(0, {}, 0);
-        else if (file == "another format")
-            overwrite(0, "Standard something", -1);
-        else if (file == "cut off")
-            overwrite(0, {}, 2000);
-        else if (file == "overwritten")
-            overwrite(100, QByteArray(400, '\xA5'), -1);
-        else if (file == "locked") {
+        if (file == "locked") {
             sqlite3_open(m_path.toUtf8().constData(), &other);
             sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
         }
@@ -124,21 +123,15 @@ private Q_SLOTS:
         QCOMPARE(found.fields().size(), std::size_t(7));
         QCOMPARE(found.indexes().at(1).name, "Colour");
 
+        const Field counter{"Number", FieldType::Long, 0, false, true};
+        const Index primary{"Other", {"Flag"}, true, true, true};
+        const Index unique{"Apart", {"Colour"}, false, true};
         const std::pair<int, std::function<void()>> refusals[] = {
             {platform::FieldNotFound, [&] { dens.deleteField(u"Den_Name"); }},
             {platform::ObjectAlreadyExists, [&] { dens.appendField(found.fields()[0]); }},
-            {platform::PrimaryKeyExists,
-             [&] {
-                 dens.appendField({"Number", FieldType::Long, 0, false, true});
-             }},
-            {platform::PrimaryKeyExists,
-             [&] {
-                 dens.appendIndex({"Other", {"Flag"}, true, true, true});
-             }},
-            {platform::DuplicateKey,
-             [&] {
-                 dens.appendIndex({"Apart", {"Colour"}, false, true});
-             }},
+            {platform::PrimaryKeyExists, [&] { dens.appendField(counter); }},
+            {platform::PrimaryKeyExists, [&] { dens.appendIndex(primary); }},
+            {platform::DuplicateKey, [&] { dens.appendIndex(unique); }},
             {platform::ObjectAlreadyExists, [&] { database.appendTableDef(found); }},
             {platform::FieldNotFound, [&] { (void)database.tableDef(u"Nobody"); }},
             {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
@@ -181,15 +174,6 @@ private Q_SLOTS:
     }
 
 private:
-    // Puts bytes at a place of the file; a size of 0 or more cuts it to that.
-    void overwrite(qint64 at, const QByteArray& bytes, qint64 size)
-    {
-        QFile file(m_path);
-        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(at) && file.write(bytes) == bytes.size());
-        if (size >= 0)
-            QVERIFY(file.resize(size));
-    }
-
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;
 };

@@ -4,6 +4,7 @@
 #include "support/Main.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
+#include "support/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,11 +13,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace orlo;
 using namespace orlo::store;
-using orlo::test::contents;
-using orlo::test::failureNumber;
-using orlo::test::sqlite;
-using orlo::test::write;
+using test::contents;
+using test::failureNumber;
+using test::sqlite;
+using test::write;
 
 namespace
 {
@@ -65,13 +67,16 @@ private Q_SLOTS:
                    "Insert Into PackInfo Values (12, 'Pack');Commit");
         m_rows = rowsOf(m_whole);
         QVERIFY(m_rows.size() > 8000);
+        for (const TableDef& table : schema::tables())
+            locateRows(table.name());
+        QCOMPARE(m_pagesOfRow.size(), m_rows.size());
     }
 
     void soundFileStaysAsItIs()
     {
         const QString path = fresh();
         const QStringList schemaSql = sqlite(path, "Select sql From sqlite_master Order By type, name");
-        DBEngine::repairDatabase(path, schema::editions());
+        repair(path);
         QCOMPARE(rowsOf(path), m_rows);
         QCOMPARE(sqlite(path, "Select sql From sqlite_master Order By type, name"), schemaSql);
         QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{"6000"});
@@ -79,59 +84,48 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
     }
 
+    // A page of zeros: every row of every other page is there afterwards, as are keys, counters and queries.
     void damage_data()
     {
-        QTest::addColumn<int>("page");
-        QTest::newRow("the catalogue's root") << 1;
-        for (const char* table : {"Scouts", "Assigned_Awards_Scouts", "Dens", "sqlite_sequence", "Stored_Queries"})
-            QTest::newRow(table) << sqlite(m_whole, QByteArray("Select rootpage From sqlite_master Where name = '") +
-                                                        table + '\'')
-                                        .value(0)
-                                        .toInt();
+        test::table({"root of"},
+                    "sqlite_master\nScouts\nAssigned_Awards_Scouts\nDens\nsqlite_sequence\nStored_Queries");
     }
-    // A page of zeros: every row of every other page is there afterwards, as are keys, counters and queries.
     void damage()
     {
-        QFETCH(int, page);
+        const QString table = test::cell("root of");
         const QString path = fresh();
-        QByteArray bytes = contents(path);
-        const qsizetype start = page == 1 ? 100 : (page - 1) * PageSize;
-        bytes.replace(start, page * PageSize - start, QByteArray(page * PageSize - start, '\0'));
+        const QByteArray bytes = test::withoutRootOf(path, table);
         write(path, bytes);
-        DBEngine::repairDatabase(path, schema::editions());
+        repair(path);
         QCOMPARE(contents(m_folder.filePath("work/Quorrel11 (damaged).mdb")), bytes);
         QCOMPARE(sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
         QCOMPARE(rowsOf(path), m_rows);
-        const QByteArray definitions = "Select type, tbl_name, sql From sqlite_master Order By type, name";
-        QCOMPARE(sqlite(path, definitions), sqlite(m_whole, definitions));
-        QCOMPARE(sqlite(path, "Select * From Stored_Queries Order By 1"),
-                 sqlite(m_whole, "Select * From Stored_Queries Order By 1"));
-        const bool forgotten = QTest::currentDataTag() == QByteArray("sqlite_sequence");
-        QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{forgotten ? "5990" : "6000"});
+        for (const char* same : {"Select type, tbl_name, sql From sqlite_master Order By type, name",
+                                 "Select * From Stored_Queries Order By 1"})
+            QCOMPARE(sqlite(path, same), sqlite(m_whole, same));
+        QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"),
+                 QStringList{table == "sqlite_sequence" ? "5990" : "6000"});
     }
 
     // One byte of the header that tells another kind of file, other pages or a part of them; a journal doesn't outlive
     // the file that it is for, and who may use the file may go on doing so.
     void header_data()
     {
-        QTest::addColumn<int>("at");
-        QTest::addColumn<int>("byte");
-        QTest::newRow("magic") << 0 << 0;
-        QTest::newRow("page size") << 16 << 0x20;
-        QTest::newRow("format to write") << 18 << 3;
-        QTest::newRow("reserved bytes") << 20 << 200;
+        test::table({"what", "at", "byte"}, R"(
+            magic           | 0  | 0
+            page size       | 16 | 32
+            format to write | 18 | 3
+            reserved bytes  | 20 | 200)");
     }
     void header()
     {
-        QFETCH(int, at);
-        QFETCH(int, byte);
         const QString path = fresh();
         QByteArray bytes = contents(path);
-        bytes[at] = char(byte);
+        bytes[test::cell("at").toInt()] = char(test::cell("byte").toInt());
         write(path, bytes);
         write(path + "-journal", "x");
         QFile::setPermissions(path, QFile::Permissions(0x6660));
-        DBEngine::repairDatabase(path, schema::editions());
+        repair(path);
         QCOMPARE(rowsOf(path), m_rows);
         QVERIFY(!QFile::exists(path + "-journal"));
         QVERIFY(QFile::permissions(path) & QFile::WriteGroup);
@@ -144,11 +138,10 @@ private Q_SLOTS:
         createSchema10(made);
         made.close();
         sqlite(path, "Insert Into Adults (Adult_SID) Values (1), (2)");
-        const int page = sqlite(path, "Select rootpage From sqlite_master Where name = 'Dens'")[0].toInt();
-        write(path, contents(path).replace((page - 1) * PageSize, PageSize, QByteArray(PageSize, '\0')));
         const QByteArray look = "Select Count(*) From Adults; Select Count(*) From sqlite_master Where type = 'table'";
         const QStringList before = sqlite(path, look);
-        DBEngine::repairDatabase(path, schema::editions());
+        write(path, test::withoutRootOf(path, "Dens"));
+        repair(path);
         QCOMPARE(sqlite(path, look), before);
     }
 
@@ -156,7 +149,7 @@ private Q_SLOTS:
     // pages that were not touched come back.
     void randomDamage()
     {
-        const int files = orlo::test::repeats("ORLO_DAMAGED_FILES", 15);
+        const int files = test::repeats("ORLO_DAMAGED_FILES", 15);
         const QByteArray whole = contents(m_whole);
         QRandomGenerator random(20261124);
         double worst = 1;
@@ -175,11 +168,7 @@ private Q_SLOTS:
                     touched += at / PageSize;
                 }
             write(path, bytes);
-            const int number = failureNumber([&] {
-                DBEngine::repairDatabase(path, schema::editions());
-                return 0;
-            });
-            if (number != 0) {
+            if (const int number = failureNumber([&] { repair(path); }); number != 0) {
                 QCOMPARE(number, 3049);
                 QVERIFY(touched.contains(0));
                 continue;
@@ -196,15 +185,11 @@ private Q_SLOTS:
     {
         const QString path = fresh();
         write(path, QByteArray(20000, 'x'));
-        const auto repair = [&] {
-            DBEngine::repairDatabase(path, schema::editions());
-            return 0;
-        };
-        QCOMPARE(failureNumber(repair), 3049);
+        QCOMPARE(failureNumber([&] { repair(path); }), 3049);
         QCOMPARE(contents(path), QByteArray(20000, 'x'));
         QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
         QFile::remove(path);
-        QCOMPARE(failureNumber(repair), 3024);
+        QCOMPARE(failureNumber([&] { repair(path); }), 3024);
     }
 
 private:
@@ -218,55 +203,45 @@ private:
         return path;
     }
 
+    static void repair(const QString& path) { DBEngine::repairDatabase(path, schema::editions()); }
+
     // The share of the rows that lie on sound pages which is among the found ones.
-    double recovered(const QSet<qsizetype>& touched, const QSet<QString>& found)
+    [[nodiscard]] double recovered(const QSet<qsizetype>& touched, const QSet<QString>& found) const
     {
-        if (m_pageOfRow.isEmpty())
-            locateRows();
         int sound = 0;
         int there = 0;
-        for (auto row = m_pageOfRow.cbegin(); row != m_pageOfRow.cend(); ++row) {
-            if (std::ranges::any_of(row.value(), [&](qsizetype page) { return touched.contains(page); }))
-                continue;
-            ++sound;
-            there += found.contains(row.key());
-        }
+        for (auto row = m_pagesOfRow.cbegin(); row != m_pagesOfRow.cend(); ++row)
+            if (std::ranges::none_of(row.value(), [&](qsizetype page) { return touched.contains(page); })) {
+                ++sound;
+                there += found.contains(row.key());
+            }
         return sound == 0 ? 1 : double(there) / sound;
     }
-    void locateRows();
+    // The engine tells a table's leaf pages in order with the number of cells of each, and after it the overflow pages
+    // with the cells that they go on.
+    void locateRows(const QString& table)
+    {
+        const QStringList rows = sqlite(m_whole, "Select rowid, * From " + table.toUtf8());
+        qsizetype first = 0;
+        qsizetype next = 0;
+        for (const QString& line :
+             sqlite(m_whole, "Select pagetype, pageno - 1, ncell, path From dbstat Where name = '" + table.toUtf8() +
+                                 "' And pagetype <> 'internal' Order By path")) {
+            const QStringList cells = line.split(u'|');
+            const bool leaf = cells[0] == "leaf";
+            if (leaf)
+                first = std::exchange(next, next + cells[2].toInt());
+            const qsizetype at = first + cells[3].section('/', -1).section('+', 0, 0).toInt(nullptr, 16);
+            for (qsizetype row = at; row < (leaf ? next : at + 1); ++row)
+                m_pagesOfRow[table + '|' + rows[row]] += cells[1].toInt();
+        }
+    }
 
     QTemporaryDir m_folder;
     QString m_whole;
     QSet<QString> m_rows;
-    QHash<QString, QList<qsizetype>> m_pageOfRow; // 0-based, overflow pages included
+    QHash<QString, QList<qsizetype>> m_pagesOfRow; // 0-based, overflow pages included
 };
-
-// The engine tells a table's leaf pages in order with the number of cells of each, and the overflow pages of a cell.
-void tst_repair::locateRows()
-{
-    for (const TableDef& table : schema::tables()) {
-        const QByteArray name = table.name().toUtf8();
-        const QStringList rows = sqlite(m_whole, "Select rowid, * From " + name);
-        QHash<QString, qsizetype> firstOfLeaf;
-        qsizetype row = 0;
-        for (const QString& line : sqlite(m_whole, "Select path, pageno - 1, ncell From dbstat Where name = '" + name +
-                                                       "' And pagetype = 'leaf' Order By path")) {
-            const QStringList cells = line.split('|');
-            firstOfLeaf[cells[0]] = row;
-            for (int i = 0; i < cells[2].toInt(); ++i, ++row)
-                m_pageOfRow[table.name() + '|' + rows[row]] += cells[1].toInt();
-        }
-        for (const QString& line : sqlite(m_whole, "Select path, pageno - 1 From dbstat Where name = '" + name +
-                                                       "' And pagetype = 'overflow'")) {
-            const QString cell = line.section('+', 0, 0);
-            const qsizetype leaf = cell.lastIndexOf('/') + 1;
-            const qsizetype at = firstOfLeaf.value(cell.left(leaf)) + cell.mid(leaf).toInt(nullptr, 16);
-            m_pageOfRow[table.name() + '|' + rows[at]] += line.section('|', 1).toInt();
-        }
-        if (row != rows.size())
-            qFatal("%s: %lld of %lld rows", name.constData(), row, rows.size());
-    }
-}
 
 ORLO_TEST(tst_repair)
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFile>
+#include "support/Files.h"
+
 #include <QStringList>
 
 #include <sqlite3.h>
@@ -31,6 +32,18 @@ inline QStringList sqlite(const QString& path, const QByteArray& statement)
     sqlite3_free(error);
     sqlite3_close(file);
     return lines;
+}
+
+/// The bytes of a file with the page zeroed on which a table's other pages hang: "sqlite_master" is the catalogue.
+inline QByteArray withoutRootOf(const QString& path, const QString& table)
+{
+    const QString root =
+        QStringLiteral("Select ifnull(max(rootpage), 1) From sqlite_master Where name = '%1'").arg(table);
+    constexpr int Page = 4096;
+    constexpr int Header = 100;
+    const int end = sqlite(path, root.toUtf8()).value(0).toInt() * Page;
+    const int start = std::max(end - Page, Header);
+    return contents(path).replace(start, end - start, QByteArray(end - start, '\0'));
 }
 
 /// True if there is a journal with something to roll back.
