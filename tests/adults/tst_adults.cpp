@@ -11,7 +11,6 @@
 
 #include <QFile>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QTabWidget>
 
@@ -43,7 +42,8 @@ struct Screen : test::RecordScreen<frmAdults> {
     mutable QString log; ///< how the last dialog ended
 
     // '@0' picks a row of the list, '#0' one of the den filter, "@@0" one of the positions, '!1' one of the awards,
-    // "$0" a page, "%1" makes inactive; "button>steps" works the dialog that a button opens, other words are buttons.
+    // "$0" a page;
+    // "button>steps" works the dialog that a button opens, other words are buttons.
     void go(const QString& script) const
     {
         run(script, [&](const QString& word) {
@@ -54,8 +54,6 @@ struct Screen : test::RecordScreen<frmAdults> {
                 test::clickRow(list, number);
             else if (word.startsWith('#'))
                 get<widgets::ComboBox>("cmbSelectedDens").setListIndex(number);
-            else if (word.startsWith('%'))
-                get<widgets::ComboBox>("comActive").setListIndex(number);
             else if (word.startsWith('!'))
                 awards.setRow(number);
             else if (word.startsWith('$'))
@@ -191,7 +189,7 @@ private Q_SLOTS:
     void init()
     {
         m_folder.emplace();
-        QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/DenAssign.grd", m_folder->path() + "/DenAssign.grd"));
+        test::copyLayouts();
         test::fill(People);
         platform::setToday(QDate(2026, 11, 24));
     }

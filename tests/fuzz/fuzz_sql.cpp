@@ -38,37 +38,27 @@ public:
 
     Node next(int depth)
     {
-        switch (depth == 0 ? 0 : byte(8)) {
-        case 1:
-        case 2:
-            return calculated(next(depth - 1), byte(4), next(depth - 1));
-        case 3: {
-            const Node left = next(depth - 1);
-            const Node right = next(depth - 1);
+        const unsigned shape = depth == 0 ? 0 : byte(8);
+        if (shape == 0)
+            return leaf();
+        const Node left = next(depth - 1);
+        const auto truth = truthOf(left);
+        if (shape == 1)
+            return {"Not " + within(left, Not), Not, Kind::Truth, truth ? Value(!*truth) : Value()};
+        Node right = next(depth - 1);
+        if (shape == 2)
             return {within(left, Join) + " & " + within(right, Sum), Join, Kind::Text,
                     textOf(left).textOrEmpty() + textOf(right).textOrEmpty()};
-        }
-        case 4:
-            return compared(next(depth - 1), byte(4), next(depth - 1));
-        case 5:
-            return connected(next(depth - 1), byte(2) == 0, next(depth - 1));
-        case 6: {
-            const Node inner = next(depth - 1);
-            const auto truth = truthOf(inner);
-            return {"Not " + within(inner, Not), Not, Kind::Truth, truth ? Value(!*truth) : Value()};
-        }
-        case 7: {
+        if (shape == 3) {
             const Node then = next(depth - 1);
-            Node other = next(depth - 1);
-            if (other.kind != then.kind)
-                other = {"Null", Leaf, then.kind, {}};
-            const Node test = next(depth - 1);
-            return {QString("IIf(%1, %2, %3)").arg(test.text, then.text, other.text), Leaf, then.kind,
-                    truthOf(test).value_or(false) ? then.value : other.value};
+            if (right.kind != then.kind)
+                right = {"Null", Leaf, then.kind, {}};
+            return {QString("IIf(%1, %2, %3)").arg(left.text, then.text, right.text), Leaf, then.kind,
+                    truth.value_or(false) ? then.value : right.value};
         }
-        default:
-            return leaf();
-        }
+        return shape == 4   ? compared(left, byte(4), right)
+               : shape == 5 ? connected(left, byte(2) == 0, right)
+                            : calculated(left, byte(4), right);
     }
 
 private:
@@ -91,24 +81,22 @@ private:
     // What the row holds, and literals.
     Node leaf()
     {
-        static const Node Leaves[] = {
-            {"Scout_SID", Leaf, Kind::Number, 1},
-            {"Grade_In_School", Leaf, Kind::Number, {}},
-            {"Scouts.Last_Name", Leaf, Kind::Text, u"Øst"},
-            {"City", Leaf, Kind::Text, {}},
-            {"[Birth_Date]", Leaf, Kind::Date, QDate(2014, 6, 7)},
-            {"Pack_Start_Date", Leaf, Kind::Date, {}},
-            {"Boys_Life", Leaf, Kind::Truth, true},
-            {"7", Leaf, Kind::Number, 7},
-            {"2.5", Leaf, Kind::Number, 2.5},
-            {"-3", Leaf, Kind::Number, -3},
-            {"'øST'", Leaf, Kind::Text, u"øST"},
-            {"\"o'b\"", Leaf, Kind::Text, u"o'b"},
-            {"'7'", Leaf, Kind::Text, u"7"},
-            {"'6/7/2014'", Leaf, Kind::Text, u"6/7/2014"},
-            {"#1/1/1001#", Leaf, Kind::Date, QDate(1001, 1, 1)},
-            {"False", Leaf, Kind::Truth, false},
-        };
+        static const Node Leaves[] = {{"Scout_SID", Leaf, Kind::Number, 1},
+                                      {"Grade_In_School", Leaf, Kind::Number, {}},
+                                      {"Scouts.Last_Name", Leaf, Kind::Text, u"Øst"},
+                                      {"City", Leaf, Kind::Text, {}},
+                                      {"[Birth_Date]", Leaf, Kind::Date, QDate(2014, 6, 7)},
+                                      {"Pack_Start_Date", Leaf, Kind::Date, {}},
+                                      {"Boys_Life", Leaf, Kind::Truth, true},
+                                      {"7", Leaf, Kind::Number, 7},
+                                      {"2.5", Leaf, Kind::Number, 2.5},
+                                      {"-3", Leaf, Kind::Number, -3},
+                                      {"'øST'", Leaf, Kind::Text, u"øST"},
+                                      {"\"o'b\"", Leaf, Kind::Text, u"o'b"},
+                                      {"'7'", Leaf, Kind::Text, u"7"},
+                                      {"'6/7/2014'", Leaf, Kind::Text, u"6/7/2014"},
+                                      {"#1/1/1001#", Leaf, Kind::Date, QDate(1001, 1, 1)},
+                                      {"False", Leaf, Kind::Truth, false}};
         return Leaves[byte(std::size(Leaves))];
     }
 

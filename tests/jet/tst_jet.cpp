@@ -55,11 +55,7 @@ int allRows(const QString& path)
     return rows;
 }
 
-// How many files, or moments, a test tries; ORLO_JET_FILES sets it.
-int tries()
-{
-    return test::repeats("ORLO_JET_FILES", 40);
-}
+const int Tries = test::repeats("ORLO_JET_FILES", 40); // files, or moments
 
 QByteArray damaged(QByteArray bytes, const QString& how, QRandomGenerator& random)
 {
@@ -117,9 +113,7 @@ private Q_SLOTS:
         store::Database made = store::DBEngine::createDatabase(fresh);
         current ? store::createSchema(made) : store::createSchema10(made);
         made.close();
-        constexpr char Catalogue[] = "SELECT type, name, sql FROM sqlite_master WHERE sql > '' ORDER BY type, name";
-        QCOMPARE(sqlite(path(), Catalogue), sqlite(fresh, Catalogue));
-        QCOMPARE(sqlite(path(), "SELECT * FROM Stored_Queries"), sqlite(fresh, "SELECT * FROM Stored_Queries"));
+        QCOMPARE(test::definitions(path()), test::definitions(fresh));
         QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);
         if (current)
             QCOMPARE(answer("INSERT INTO Assigned_Awards_Scouts(Year) VALUES(1);"
@@ -199,7 +193,7 @@ private Q_SLOTS:
         write(sound);
         const int rows = allRows(path());
         int refused = 0;
-        for (int i = 0; i < tries(); ++i) {
+        for (int i = 0; i < Tries; ++i) {
             const QByteArray bytes = damaged(sound, damage, random);
             init();
             write(bytes);
@@ -232,13 +226,13 @@ private Q_SLOTS:
         QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), test::childArguments({path()})), 0);
         const qint64 longest = whole.elapsed();
         const int rows = allRows(path());
-        for (int i = 0; i < tries(); ++i) {
+        for (int i = 0; i < Tries; ++i) {
             init();
             write(former);
             QProcess opening;
             opening.start(QCoreApplication::applicationFilePath(), test::childArguments({path()}));
             QVERIFY(opening.waitForStarted());
-            QTest::qSleep(static_cast<int>(longest * i / tries()));
+            QTest::qSleep(static_cast<int>(longest * i / Tries));
             opening.kill();
             QVERIFY(opening.waitForFinished());
             QVERIFY(contents(path()) == former || contents(kept()) == former);

@@ -1,5 +1,4 @@
 #include "pack/frmPackDenPositions.h"
-#include "platform/RuntimeError.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
@@ -84,8 +83,7 @@ private Q_SLOTS:
     void init()
     {
         m_folder.emplace();
-        for (const QString name : {"Den_Titles.grd", "Pack_Titles.grd"})
-            QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + name, m_folder->path() + '/' + name));
+        test::copyLayouts();
         test::fill(Titles);
     }
 

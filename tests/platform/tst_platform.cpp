@@ -1,6 +1,7 @@
 #include "platform/Conversion.h"
 #include "platform/FileSystem.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Table.h"
 
@@ -98,9 +99,7 @@ private Q_SLOTS:
         QVERIFY(QDir(folder.path()).mkdir("sub"));
         const FileSystem system;
         QVERIFY(!system.fileExists(path));
-        QFile file(folder.filePath("sub/File.mdb"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("12345") == 5);
-        file.close();
+        test::write(folder.filePath("sub/File.mdb"), "12345");
         QVERIFY(system.fileExists(path) && !system.fileExists(folder.path() + "\\sub"));
         QCOMPARE(system.getFile(path).size, qint64(5));
 

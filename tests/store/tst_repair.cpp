@@ -11,7 +11,6 @@
 #include <QRandomGenerator>
 #include <QSet>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -75,10 +74,9 @@ private Q_SLOTS:
     void soundFileStaysAsItIs()
     {
         const QString path = fresh();
-        const QStringList schemaSql = sqlite(path, "Select sql From sqlite_master Order By type, name");
         repair(path);
         QCOMPARE(rowsOf(path), m_rows);
-        QCOMPARE(sqlite(path, "Select sql From sqlite_master Order By type, name"), schemaSql);
+        QCOMPARE(test::definitions(path), test::definitions(m_whole));
         QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"), QStringList{"6000"});
         QVERIFY(contents(path).size() < contents(m_whole).size());
         QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
@@ -100,9 +98,7 @@ private Q_SLOTS:
         QCOMPARE(contents(m_folder.filePath("work/Quorrel11 (damaged).mdb")), bytes);
         QCOMPARE(sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
         QCOMPARE(rowsOf(path), m_rows);
-        for (const char* same : {"Select type, tbl_name, sql From sqlite_master Order By type, name",
-                                 "Select * From Stored_Queries Order By 1"})
-            QCOMPARE(sqlite(path, same), sqlite(m_whole, same));
+        QCOMPARE(test::definitions(path), test::definitions(m_whole));
         QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"),
                  QStringList{table == "sqlite_sequence" ? "5990" : "6000"});
     }

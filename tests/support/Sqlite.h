@@ -34,6 +34,13 @@ inline QStringList sqlite(const QString& path, const QByteArray& statement)
     return lines;
 }
 
+/// What defines the file: its tables, indexes, views and triggers, and the texts of its stored queries.
+inline QStringList definitions(const QString& path)
+{
+    return sqlite(path, "Select type, name, tbl_name, sql From sqlite_master Order By type, name;"
+                        "Select * From Stored_Queries Order By 1");
+}
+
 /// The bytes of a file with the page zeroed on which a table's other pages hang: "sqlite_master" is the catalogue.
 inline QByteArray withoutRootOf(const QString& path, const QString& table)
 {

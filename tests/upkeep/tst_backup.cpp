@@ -39,8 +39,7 @@ struct Place : test::AppFolder {
         platform::setVolumes([this] { return drives; });
         make("F/.dot/ G/");
         test::hide(root + "/F/.dot");
-        for (const char* layout : {"DenAssign.grd", "Den_Titles.grd", "Pack_Titles.grd"})
-            QFile::copy(QStringLiteral(ORLO_SOURCE_DIR "/src/layouts/") + layout, AppFolder::path() + '/' + layout);
+        test::copyLayouts();
     }
     ~Place()
     {

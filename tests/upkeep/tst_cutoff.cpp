@@ -92,9 +92,9 @@ private Q_SLOTS:
         make("1.0", store::createSchema10, rows);
         make("older", store::createSchema, rows + "Delete From Scouts");
         make("1.1", store::createSchema, rows);
-        // The page lost on which the scouts' other pages hang.
-        const int page = look("made", "Select rootpage From sqlite_master Where name = 'Scouts'").toInt();
-        m_whole["damaged"] = bytes("made").replace((page - 1) * 4096, 4096, QByteArray(4096, '\0'));
+        m_whole["damaged"] = test::withoutRootOf(file("made"), "Scouts");
+        gAppPath = m_folder.path();
+        test::copyLayouts();
     }
 
     void update()
@@ -107,15 +107,13 @@ private Q_SLOTS:
                 const bool copied = QFile::exists(file("QuorrelOld_10.mdb"));
                 QVERIFY(bytes(copied ? "QuorrelOld_10.mdb" : "Quorrel.mdb") == m_whole["1.0"]);
                 if (copied && random(2) == 0) // now and then the other way: the file as the kill left it is sound
-                    QCOMPARE(look("Quorrel.mdb", "Pragma integrity_check"), "ok");
+                    QCOMPARE(sqlite(file("Quorrel.mdb"), "Pragma integrity_check"), QStringList("ok"));
                 put("Quorrel.mdb", m_whole["1.0"]);
-                gAppPath = m_folder.path();
                 test::answerNext();
                 QVERIFY(UpdateDatabaseFile());
                 gDatabase.reset();
             }
-            QCOMPARE(look("Quorrel11.mdb", "Pragma integrity_check"), "ok");
-            QCOMPARE(look("Quorrel11.mdb", Contents), "300|300|200|200");
+            QCOMPARE(look("Quorrel11.mdb"), "ok 300|300|200|200");
         });
         qInfo("%d kills left a journal", unfinished);
     }
@@ -125,8 +123,8 @@ private Q_SLOTS:
     void backup()
     {
         kill({{"1.1", "Quorrel11.mdb"}, {"older", "Quorrel11_Backup"}}, [&] {
-            QCOMPARE(look("Quorrel11.mdb", Whole), m_contents["1.1"]);
-            const QString made = look("Quorrel11_Backup", Whole);
+            QCOMPARE(look("Quorrel11.mdb"), m_contents["1.1"]);
+            const QString made = look("Quorrel11_Backup");
             QVERIFY2(made == m_contents["1.1"] || made == m_contents["older"], qPrintable(made));
         });
     }
@@ -135,7 +133,7 @@ private Q_SLOTS:
     {
         kill({{"1.1", "Quorrel11_Backup"}, {"older", "Quorrel11.mdb"}}, [&] {
             QVERIFY(bytes("Quorrel11_Backup") == m_whole["1.1"]);
-            const QString now = look("Quorrel11.mdb", Whole);
+            const QString now = look("Quorrel11.mdb");
             QVERIFY2(now == m_contents["1.1"] || now == m_contents["older"], qPrintable(now));
         });
     }
@@ -146,17 +144,20 @@ private Q_SLOTS:
             QVERIFY(bytes("Quorrel11.mdb") == m_whole["damaged"] ||
                     bytes("Quorrel11 (damaged).mdb") == m_whole["damaged"]);
             store::DBEngine::repairDatabase(file("Quorrel11.mdb"), store::schema::editions());
-            QCOMPARE(look("Quorrel11.mdb", "Pragma integrity_check"), "ok");
-            QCOMPARE(look("Quorrel11.mdb", Contents), "0|300|200|200");
+            QCOMPARE(look("Quorrel11.mdb"), "ok 0|300|200|200");
         });
     }
 
 private:
     [[nodiscard]] QString file(const QString& name) const { return m_folder.filePath(name); }
     [[nodiscard]] QByteArray bytes(const QString& name) const { return test::contents(file(name)); }
-    [[nodiscard]] QString look(const QString& name, const QByteArray& sql) const
+    // Whether the file is sound, and how many den positions, adults, scouts and awards it holds.
+    [[nodiscard]] QString look(const QString& name) const
     {
-        return sqlite(file(name), sql).join(';');
+        return sqlite(file(name), "Pragma integrity_check; Select (Select Count(*) From Leader_Den_Assignments), "
+                                  "(Select Count(*) From Adults), (Select Count(*) From Scouts), (Select Count(*) From "
+                                  "Assigned_Awards_Scouts)")
+            .join(' ');
     }
     void put(const QString& name, const QByteArray& content) const { test::write(file(name), content); }
     void make(const QString& name, void (*tables)(store::Database&), const QByteArray& sql)
@@ -167,7 +168,7 @@ private:
         made.close();
         sqlite(file("made"), "Begin;" + sql + ";Commit");
         m_whole[name] = bytes("made");
-        m_contents[name] = look("made", Whole);
+        m_contents[name] = look("made");
     }
     [[nodiscard]] quint32 random(quint32 below) { return m_random.bounded(below); }
 
@@ -180,12 +181,10 @@ private:
         const int kills = test::repeats("ORLO_KILLS", 12);
         for (int i = 0; i <= kills && !QTest::currentTestFailed(); ++i) {
             QDir folder(m_folder.path());
-            for (const QString& old : folder.entryList(QDir::Files))
+            for (const QString& old : folder.entryList({"Quorrel*"}, QDir::Files))
                 folder.remove(old);
             for (auto at = files.cbegin(); at != files.cend(); ++at)
                 put(at.value(), m_whole[at.key()]);
-            for (const char* layout : {"DenAssign.grd", "Den_Titles.grd", "Pack_Titles.grd"})
-                QFile::copy(QStringLiteral(ORLO_SOURCE_DIR "/src/layouts/") + layout, file(layout));
             QProcess child;
             child.start(QCoreApplication::applicationFilePath(),
                         test::childArguments({QTest::currentTestFunction(), m_folder.path()}));
@@ -203,14 +202,7 @@ private:
         }
     }
 
-    static constexpr auto Contents =
-        "Select (Select Count(*) From Leader_Den_Assignments), (Select Count(*) From Adults), (Select Count(*) From "
-        "Scouts), (Select Count(*) From Assigned_Awards_Scouts)";
-
     QTemporaryDir m_folder;
-    static constexpr auto Whole =
-        "Pragma integrity_check; Select (Select Count(*) From Adults), (Select Count(*) From Scouts), (Select Count(*) "
-        "From Assigned_Awards_Scouts)";
     QMap<QString, QByteArray> m_whole;
     QMap<QString, QString> m_contents;
     QRandomGenerator m_random{20261124};

@@ -110,17 +110,12 @@ folder repair  | 3050)");
     }
     void worksUnderFaults()
     {
-        const auto [fault, work] = [tag = QString(QTest::currentDataTag()).split(' ')] {
-            return std::pair(tag[0], tag[1]);
-        }();
+        const QString fault = test::cell("fault and work").section(' ', 0, 0);
+        const QString work = test::cell("fault and work").section(' ', 1);
         const Folder folder;
         const QString file = work == "update" ? folder.old : folder.now;
-        if (fault == "damaged") { // a page of a table without rows, on a disk without room for the new file
-            const int page = sqlite(file, "Select rootpage From sqlite_master Where name = 'Dens'")[0].toInt();
-            QFile damaged(file);
-            QVERIFY(damaged.open(QIODevice::ReadWrite) && damaged.seek((page - 1) * 4096));
-            QCOMPARE(damaged.write(QByteArray(4096, '\0')), 4096);
-        }
+        if (fault == "damaged") // a page of a table without rows, on a disk without room for the new file
+            test::write(file, test::withoutRootOf(file, "Dens"));
         if (work == "save")
             openDatabase(databasePath());
         std::optional<Other> other;
@@ -131,7 +126,7 @@ folder repair  | 3050)");
             test::limitFiles(fault == "full" ? QFileInfo(file).size() : 100'000);
         else
             forbidden.emplace(file, fault == "file" ? test::Forbidden::File : test::Forbidden::Folder);
-        const int number = test::failureNumber([&work = work] { return Works[work](), 0; });
+        const int number = test::failureNumber(Works[work]);
         forbidden.reset();
         test::limitFiles(-1);
         other.reset();

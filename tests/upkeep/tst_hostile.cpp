@@ -13,8 +13,8 @@
 #include "support/RecordScreen.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
+#include "support/Table.h"
 
-#include <QFile>
 #include <QRandomGenerator>
 
 using namespace orlo;
@@ -80,72 +80,51 @@ private Q_SLOTS:
     void initTestCase()
     {
         gDatabase.reset();
-        const QByteArray n = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < 400) ";
-        sqlite(m_file, n +
-                           "Insert Into Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID) Select "
-                           "i, 'Å' || i, 'B', '', "
-                           "'Y', 1 From n;" +
-                           n +
-                           "Insert Into Adults (Adult_SID, First_Name, Last_Name, MI, Active) Select i, 'B', 'C', '', "
-                           "'Y' From n;" +
-                           n +
-                           "Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) Select i, 1, "
-                           "'2025-01-02' From n;"
-                           "Insert Into Dens Values (1, 1, 'Eagles', 'Wolf', 2025, 'Y');"
-                           "Insert Into Insignias Values (1, 'Bobcat', 'Pin', '');"
-                           "Insert Into Leader_Den_Assignments Values (1, 1, 'Den Leader', 1);"
-                           "Insert Into Purchase_List Values ('Bobcat', 'Pin', 1)");
-        QFile::copy(ORLO_SOURCE_DIR "/src/layouts/DenAssign.grd", m_folder.path() + "/DenAssign.grd");
-        QFile::copy(ORLO_SOURCE_DIR "/src/layouts/Den_Titles.grd", m_folder.path() + "/Den_Titles.grd");
-        QFile::copy(ORLO_SOURCE_DIR "/src/layouts/Pack_Titles.grd", m_folder.path() + "/Pack_Titles.grd");
+        test::copyLayouts();
+        sqlite(m_file,
+               QByteArray(R"(
+            $n Insert Into Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID)
+                Select i, 'Å' || i, 'B', '', 'Y', 1 From n;
+            $n Insert Into Adults (Adult_SID, First_Name, Last_Name, MI, Active) Select i, 'B', 'C', '', 'Y' From n;
+            $n Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned)
+                Select i, 1, '2025-01-02' From n;
+            Insert Into Dens Values (1, 1, 'Eagles', 'Wolf', 2025, 'Y');
+            Insert Into Insignias Values (1, 'Bobcat', 'Pin', '');
+            Insert Into Leader_Den_Assignments Values (1, 1, 'Den Leader', 1);
+            Insert Into Purchase_List Values ('Bobcat', 'Pin', 1))")
+                   .replace("$n", "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Limit 400)"));
         m_whole = test::contents(m_file);
         QCOMPARE(use(), Well);
     }
 
     void harm_data()
     {
-        QTest::addColumn<QByteArray>("sql");
-        QTest::addColumn<int>("end");
-        const auto row = [](const char* harm, const QByteArray& sql, End end) {
-            QTest::newRow(harm) << sql << int(end);
-        };
-        const QByteArray endless = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n) Select i ";
-        const QByteArray trigger = "Create Trigger x After Insert On Scouts Begin ";
-        const QByteArray dens = "Drop Table Dens;Create View Dens As Select ";
-        row("trigger that deletes", trigger + "Delete From Adults; End", Well);
-        row("endless trigger", trigger + "Insert Into Adults (Adult_SID) " + endless + "From n; End", Well);
-        row("trigger with a usual name",
-            "Drop Trigger \"Den_Titles.Den_Titles_PK insert\";" +
-                QByteArray(trigger).replace(" x ", " \"Den_Titles.Den_Titles_PK insert\" ") + "Delete From Adults; End",
-            Well);
-        row("endless view",
-            "Delete From Stored_Queries;Drop View Leader_Assignments;Create View Leader_Assignments As " + endless +
-                "As Den_Number, 1 As Leader_SID From n",
-            Report);
-        row("endless table", "Drop Table Dens;Create View Dens As " + endless + "As Den_SID From n", Report);
-        row("view of every pair",
-            dens + "a.Scout_SID As Den_SID, 'x' As Den_Type, 1 As Den_Number, 'Y' As Active From Scouts a, Scouts b, "
-                   "Scouts c, Scouts d, Scouts e",
-            Report);
-        row("other file", dens + "readfile('/etc/passwd') As Den_SID", Report);
-        row("other module", "Drop Table Dens;Create Virtual Table Dens Using fts5(Den_SID, Den_Type)", Report);
-        row("wrong types",
-            "Pragma ignore_check_constraints=On;Update Scouts Set Birth_Date = x'00ff', Assigned_Den_SID = 'den', "
-            "Years_In_Scouts = 1e300, Boys_Life = 'maybe'",
-            Report);
-        row("oversized values",
-            "Pragma ignore_check_constraints=On;Update Scouts Set Last_Name = Replace(Hex(Zeroblob(1000000)), '00', "
-            "'wide') Where Scout_SID < 9",
-            Well);
+        test::table({"harm", "end", "sql"}, R"(
+            a trigger that deletes      | well   | $trigger x $insert Delete From Adults; End
+            an endless trigger          | well   | $trigger x $insert Insert Into Adults (Adult_SID) $endless From n; End
+            a trigger with a usual name | well   | Drop Trigger $usual; $trigger $usual $insert Delete From Adults; End
+            an endless view             | report | Delete From Stored_Queries; Drop View Leader_Assignments; Create View Leader_Assignments As $endless As Den_Number, 1 As Leader_SID From n
+            an endless table            | report | $dens $endless As Den_SID From n
+            a view of every pair        | report | $dens Select a.Scout_SID As Den_SID, 'x' As Den_Type, 1 As Den_Number, 'Y' As Active From Scouts a, Scouts b, Scouts c, Scouts d, Scouts e
+            another file                | report | $dens Select readfile('/etc/passwd') As Den_SID
+            another module              | report | Drop Table Dens; Create Virtual Table Dens Using fts5(Den_SID, Den_Type)
+            wrong types                 | report | $unchecked Birth_Date = x'00ff', Assigned_Den_SID = 'den', Years_In_Scouts = 1e300, Boys_Life = 'maybe'
+            oversized values            | well   | $unchecked Last_Name = Replace(Hex(Zeroblob(1000000)), '00', 'wide') Where Scout_SID < 9)");
     }
     void harm()
     {
-        QFETCH(QByteArray, sql);
+        QString sql = test::cell("sql");
+        for (const auto& [word, text] :
+             {std::pair("$endless", "With Recursive n(i) As (Values(1) Union All Select i + 1 From n) Select i"),
+              {"$trigger", "Create Trigger"},
+              {"$insert", "After Insert On Scouts Begin"},
+              {"$usual", "[Den_Titles.Den_Titles_PK insert]"},
+              {"$dens", "Drop Table Dens; Create View Dens As"},
+              {"$unchecked", "Pragma ignore_check_constraints=On; Update Scouts Set"}})
+            sql.replace(word, text);
         restore(m_whole);
-        const QStringList said = sqlite(m_file, sql);
-        QVERIFY2(said.isEmpty(), qPrintable(said.join(' ')));
-        const int end = use();
-        QTEST(end, "end");
+        QCOMPARE(sqlite(m_file, sql.toUtf8()), QStringList());
+        QCOMPARE(use(), int(test::cell("end") == "well" ? Well : Report));
         QVERIFY(sqlite(m_file, "Select Count(*) From Adults").value(0).toInt() >= 400);
     }
 
