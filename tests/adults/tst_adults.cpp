@@ -11,7 +11,6 @@
 
 #include <QFile>
 #include <QLineEdit>
-#include <QPointer>
 #include <QTabWidget>
 
 using namespace orlo;
@@ -39,11 +38,9 @@ struct Screen : test::RecordScreen<frmAdults> {
     widgets::BoundGrid& grid = get<widgets::BoundGrid>("dbgDenAssignment");
     widgets::TextGrid& awards = get<widgets::TextGrid>("fgAdultsAwards");
     QTabWidget& tab = get<QTabWidget>("tabAdult");
-    mutable QString log; ///< how the last dialog ended
 
     // '@0' picks a row of the list, '#0' one of the den filter, "@@0" one of the positions, '!1' one of the awards,
-    // "$0" a page;
-    // "button>steps" works the dialog that a button opens, other words are buttons.
+    // "$0" a page, other words are buttons.
     void go(const QString& script) const
     {
         run(script, [&](const QString& word) {
@@ -58,63 +55,9 @@ struct Screen : test::RecordScreen<frmAdults> {
                 awards.setRow(number);
             else if (word.startsWith('$'))
                 tab.setCurrentIndex(number);
-            else if (word.contains('>'))
-                openDialog(word.section('>', 0, 0), word.section('>', 1).split(',', Qt::SkipEmptyParts));
             else
                 press(form, word);
         });
-    }
-    void openDialog(const QString& button, const QStringList& steps) const
-    {
-        log = "not shown";
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, &form, [&] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            if (!dialog)
-                return;
-            timer.stop();
-            work(dialog, steps);
-        });
-        timer.start(5);
-        press(form, button);
-    }
-    // "cmbDen:0" picks a row, "open" opens the list and closes it, "+text" types into cmbDen, "Last:X" into txtLast,
-    // "Tab" is the key, other words are clicks. A dialog that they leave open is cancelled. The log: whether they did,
-    // and what could be seen at the end.
-    void work(const QPointer<QWidget>& dialog, const QStringList& steps) const
-    {
-        for (const QString& step : steps + QStringList("end")) {
-            if (!dialog || !dialog->isVisible()) {
-                log.prepend("closed, ");
-                return;
-            }
-            const auto* save = dialog->findChild<QPushButton*>("cmdSave");
-            log = save && save->isEnabled() ? "savable" : "locked";
-            for (const auto* box : dialog->findChildren<widgets::ComboBox*>()) {
-                QString texts = "; " + box->text() + " of";
-                for (int row = 0; row < box->listCount(); ++row)
-                    texts += (row > 0 ? ", " : " ") + box->list(row);
-                log += box->isVisible() ? texts : QString();
-            }
-            const QString name = step.section(':', 0, 0);
-            const QString value = step.section(':', 1);
-            if (auto* box = dialog->findChild<widgets::ComboBox*>(name)) {
-                box->setFocus();
-                box->setListIndex(value.toInt());
-            } else if (auto* line = dialog->findChild<QLineEdit*>("txt" + name))
-                line->setText(value);
-            else if (step.startsWith('+'))
-                dialog->findChild<widgets::ComboBox*>("cmbDen")->setText(step.sliced(1).replace('_', ' '));
-            else if (step == "open") {
-                dialog->findChild<widgets::ComboBox*>("cmbDen")->showPopup();
-                dialog->findChild<widgets::ComboBox*>("cmbDen")->hidePopup();
-            } else if (step == "Tab")
-                QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
-            else if (step != "end")
-                press(*dialog, step);
-        }
-        log.prepend("open, ");
-        press(*dialog, "cmdCancel");
     }
     // Hidden cells stand in brackets.
     [[nodiscard]] QString positions() const
@@ -240,7 +183,7 @@ private Q_SLOTS:
             an adult without a name         | @1                                           | Update Adults Set First_Name = Null Where Adult_SID = 2 | 94
             a find with an apostrophe       | cmdFind>Last:O'Hara,cmdFind                  |                                              | 3075
             a den position without a title  | cmdAddDenAssn>cmbDen:0,cmdSave               |                                              | 9
-            a den that is typed only        | cmdAddDenAssn>+Tiger,cmbDenTitles:0,cmdSave  |                                              | 9
+            a den that is typed only        | cmdAddDenAssn>cmbDen=Tiger,cmbDenTitles:0,cmdSave  |                                              | 9
             a title without a rank          | cmdAddDenAssn>                               | Update Pack_Positions Set Sort_Order = Null  | 94
             a pack title with an apostrophe | cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | Update Pack_Positions Set Pack_Titles = 'Cook''s' Where Sort_Order = 2 | 3075
             a den that is gone              | @1 cmdEditDenAssn>cmdSave                    |                                              | 9)");
@@ -282,9 +225,9 @@ private Q_SLOTS:
             a find by first and last name              | @1 cmdFind>First:B,Last:O,cmdFind            | Old, Bob                                     | Bob | Adult 1 of 1 | New Delete                          | 0   |
             by initial and last name                   | @1 cmdFind>Mi:M,Last:Y,cmdFind               | Young, Ann M.                                | Ann | Adult 1 of 1 | New Delete                          | 0   |
             by nothing: all of every view              | #0 cmdFind>Last:y,Last:,cmdFind              | Fay, Dot X.; Idle, Cid; Old, Bob; Young, Ann M. | Dot | Adult 1 of 4 | Next Last New Delete                | 0   |
-            by a den that is typed                     | #0 cmdFind>+Wolf_Den_3,open,cmdFind          | Idle, Cid; Old, Bob                          | Cid | Adult 1 of 2 | Next Last New Delete                | 0   |
-            by a den that is picked                    | #0 cmdFind>cmbDen:1,open,cmdFind             | Idle, Cid; Old, Bob                          | Cid | Adult 1 of 2 | Next Last New Delete                | 0   |
-            a den that was cleared counts for nothing  | #0 cmdFind>cmbDen:1,+,First:d,cmdFind        | Fay, Dot X.                                  | Dot | Adult 1 of 1 | New Delete                          | 0   |
+            by a den that is typed                     | #0 cmdFind>cmbDen=Wolf_Den_3,cmbDen^,cmdFind          | Idle, Cid; Old, Bob                          | Cid | Adult 1 of 2 | Next Last New Delete                | 0   |
+            by a den that is picked                    | #0 cmdFind>cmbDen:1,cmbDen^,cmdFind             | Idle, Cid; Old, Bob                          | Cid | Adult 1 of 2 | Next Last New Delete                | 0   |
+            a den that was cleared counts for nothing  | #0 cmdFind>cmbDen:1,cmbDen=,First:d,cmdFind        | Fay, Dot X.                                  | Dot | Adult 1 of 1 | New Delete                          | 0   |
             by a den and a name                        | #0 cmdFind>cmbDen:1,First:B,cmdFind          | Old, Bob                                     | Bob | Adult 1 of 1 | New Delete                          | 0   |
             nothing found keeps the place              | L ok cmdFind>cmbDen:0,cmdFind                | Fay, Dot X.; Old, Bob; Young, Ann M.         | Ann | Adult 3 of 3 | First Previous New Delete           | 0   | none
             nothing found keeps what was saved         | @1 First=Rob s ok cmdFind>cmbDen:1,First:R,cmdFind | Fay, Dot X.; Old, Rob; Young, Ann M.         | Rob | Adult 2 of 3 | First Previous Next Last New Delete | 0   | none
@@ -324,22 +267,22 @@ private Q_SLOTS:
     void dialogs_data()
     {
         test::table({"case", "script", "log", "held"}, R"(
-            adds a den position           | @0 cmdAddDenAssn>cmbDen:1,cmbDenTitles:0,cmdSave | closed, savable; Wolf Den 3 of Tiger Den 1, Wolf Den 3; Helper of Helper, Den Leader | 2: 4/2/Helper/100 + 4/Cook/5/8
-            without a den it stays open   | @0 cmdAddDenAssn>cmbDenTitles:0,cmdSave      | open, savable;  of Tiger Den 1, Wolf Den 3; Helper of Helper, Den Leader | 1: + 4/Cook/5/8
-            adds a pack position          | @0 cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | closed, savable; Chair of Chair, Cook        | 2: + 4/Cook/5/8, 4/Chair/2/9
-            without a title it stays open | @0 cmdAddDenAssn>optPackPosition,cmdSave     | open, savable;  of Chair, Cook               | 1: + 4/Cook/5/8
-            a cancelled one adds nothing  | @0 cmdAddDenAssn>cmbDen:0,cmbDenTitles:1,cmdCancel | closed, savable; Tiger Den 1 of Tiger Den 1, Wolf Den 3; Den Leader of Helper, Den Leader | 1: + 4/Cook/5/8
-            the den is needed, too        | @2 cmdAddDenAssn>cmbDenTitles:1              | open, locked;  of; Den Leader of Helper, Den Leader | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            which Tab tells again         | @2 cmdAddDenAssn>cmbDenTitles:1,Tab          | open, savable;  of; Den Leader of Helper, Den Leader | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            a pack position needs no den  | @2 cmdAddDenAssn>optPackPosition             | open, savable;  of Chair, Cook               | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            back to dens                  | @2 cmdAddDenAssn>optPackPosition,optDenPosition | open, locked;  of;  of Helper, Den Leader    | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            saves a new adult for it      | n cmdAddDenAssn>cmbDen:0,cmbDenTitles:1,cmdSave | closed, savable; Tiger Den 1 of Tiger Den 1, Wolf Den 3; Den Leader of Helper, Den Leader | 1: 5/1/Den Leader/1 +
+            adds a den position           | @0 cmdAddDenAssn>cmbDen:1,cmbDenTitles:0,cmdSave | closed, live; Wolf Den 3 of Tiger Den 1, Wolf Den 3; Helper of Helper, Den Leader | 2: 4/2/Helper/100 + 4/Cook/5/8
+            without a den it stays open   | @0 cmdAddDenAssn>cmbDenTitles:0,cmdSave      | open, live;  of Tiger Den 1, Wolf Den 3; Helper of Helper, Den Leader | 1: + 4/Cook/5/8
+            adds a pack position          | @0 cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | closed, live; Chair of Chair, Cook        | 2: + 4/Cook/5/8, 4/Chair/2/9
+            without a title it stays open | @0 cmdAddDenAssn>optPackPosition,cmdSave     | open, live;  of Chair, Cook               | 1: + 4/Cook/5/8
+            a cancelled one adds nothing  | @0 cmdAddDenAssn>cmbDen:0,cmbDenTitles:1,cmdCancel | closed, live; Tiger Den 1 of Tiger Den 1, Wolf Den 3; Den Leader of Helper, Den Leader | 1: + 4/Cook/5/8
+            the den is needed, too        | @2 cmdAddDenAssn>cmbDenTitles:1              | open, locked;  of ; Den Leader of Helper, Den Leader | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
+            which Tab tells again         | @2 cmdAddDenAssn>cmbDenTitles:1,Tab          | open, live;  of ; Den Leader of Helper, Den Leader | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
+            a pack position needs no den  | @2 cmdAddDenAssn>optPackPosition             | open, live;  of Chair, Cook               | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
+            back to dens                  | @2 cmdAddDenAssn>optPackPosition,optDenPosition | open, locked;  of ;  of Helper, Den Leader    | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
+            saves a new adult for it      | n cmdAddDenAssn>cmbDen:0,cmbDenTitles:1,cmdSave | closed, live; Tiger Den 1 of Tiger Den 1, Wolf Den 3; Den Leader of Helper, Den Leader | 1: 5/1/Den Leader/1 +
             no position, no dialog        | n s cmdEditDenAssn>cmdSave                   | not shown                                    | 0: +
-            changes nothing               | @0 cmdEditDenAssn>cmdSave                    | closed, savable; Cook of Chair, Cook         | 1: + 4/Cook/5/8
-            changes a pack title          | @0 cmdEditDenAssn>cmbDenTitles:0,cmdSave     | closed, savable; Chair of Chair, Cook        | 1: + 4/Chair/2/8
-            changes a den title           | @1 cmdEditDenAssn>cmbDenTitles:0,cmdSave     | closed, savable; Helper of Helper, Den Leader; Wolf Den 3 of Tiger Den 1 | 1: 2/2/Helper/100 +
-            changes den and title         | @1 cmdEditDenAssn>cmbDen:0,cmbDenTitles:1,cmdSave | closed, savable; Den Leader of Helper, Den Leader; Tiger Den 1 of Tiger Den 1 | 1: 2/1/Den Leader/Null +
-            an empty den is none          | @1 cmdEditDenAssn>cmbDenTitles:1,+,cmdSave   | open, savable; Den Leader of Helper, Den Leader;  of Tiger Den 1 | 1: 2/2/Null/Null +)");
+            changes nothing               | @0 cmdEditDenAssn>cmdSave                    | closed, live; Cook of Chair, Cook         | 1: + 4/Cook/5/8
+            changes a pack title          | @0 cmdEditDenAssn>cmbDenTitles:0,cmdSave     | closed, live; Chair of Chair, Cook        | 1: + 4/Chair/2/8
+            changes a den title           | @1 cmdEditDenAssn>cmbDenTitles:0,cmdSave     | closed, live; Helper of Helper, Den Leader; Wolf Den 3 of Tiger Den 1 | 1: 2/2/Helper/100 +
+            changes den and title         | @1 cmdEditDenAssn>cmbDen:0,cmbDenTitles:1,cmdSave | closed, live; Den Leader of Helper, Den Leader; Tiger Den 1 of Tiger Den 1 | 1: 2/1/Den Leader/Null +
+            an empty den is none          | @1 cmdEditDenAssn>cmbDenTitles:1,cmbDen=,cmdSave   | open, live; Den Leader of Helper, Den Leader;  of Tiger Den 1 | 1: 2/2/Null/Null +)");
     }
     void dialogs() { play({"log", "held"}); }
 

@@ -1,4 +1,3 @@
-#include "awards/dlgFindInsignia.h"
 #include "awards/frmInsigniaInfo.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
@@ -34,20 +33,6 @@ struct Screen : test::RecordScreen<frmInsigniaInfo> {
     {
         return QStringList{shown()["label"], shown()["live"], shown()["award"], shown()["text"], shown()["option"]}
             .join('/');
-    }
-    // Opens the find dialog, fills it and presses there.
-    void find(const QString& text, const QString& option, const QString& press = "cmdFind") const
-    {
-        test::whenShown<dlgFindInsignia>([=](dlgFindInsignia& dialog) {
-            auto& button = test::control<QPushButton>(dialog, "cmdFind");
-            QVERIFY(!button.isEnabled());
-            QTest::keyClicks(&test::control<QLineEdit>(dialog, "txtInsigniaName"), text);
-            if (!option.isEmpty())
-                test::press(dialog, option);
-            QCOMPARE(button.isEnabled(), !text.isEmpty() || !option.isEmpty());
-            test::press(dialog, press);
-        });
-        click("cmdFind");
     }
     // The names that the form walks, from the record on screen on.
     [[nodiscard]] QString ahead() const
@@ -103,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(screen.state(), "Award 2 of 2/First Previous New Delete Find/B/b\n/" + option);
         screen.run((option == "optPin" ? "optMedal " : "optPin ") + option + " s");
         QCOMPARE(stored(), "A/" + type + "/Null, B/" + type + "/b\r\n"); // as it was stored
-        screen.find("", option);
+        screen.run("cmdFind>" + option + ",cmdFind");
         QCOMPARE(screen.ahead(), "A B");
     }
 
@@ -140,52 +125,41 @@ private Q_SLOTS:
 
     void find_data()
     {
-        test::table({"case", "text", "option", "press", "label", "live", "found"}, R"(
-            a text without its blanks            | ~Bea~ |                     | cmdFind      | Award 1 of 3 | Next Last New Delete                | beads Bear Beaver
-            a type                               |       | optPin              | cmdFind      | Award 1 of 3 | Next Last New Delete                | aBe beads Bear
-            text and type                        | be    | optPin              | cmdFind      | Award 1 of 2 | Next Last New Delete                | beads Bear
-            neither is all                       |       | OptAllInsigniaTypes | cmdFind      | Award 1 of 5 | Next Last New Delete                | aBe beads Bear Beaver Zoo
-            a cancelled find changes nothing     | Zoo   | optPin              | cmdCancel    | Award 2 of 5 | First Previous Next Last New Delete | beads Bear Beaver Zoo
-            Select All counts more than the text | Zoo   |                     | cmdSelectAll | Award 1 of 5 | Next Last New Delete                | aBe beads Bear Beaver Zoo
-            nothing found shows all              | Zoo   | optPin              | cmdFind      | Award 1 of 5 | Next Last New Delete                | aBe beads Bear Beaver Zoo)");
+        test::table({"case", "script", "log", "said", "label", "live", "found"}, R"(
+            a text without its blanks            | cmdFind>InsigniaName:_Bea_,cmdFind         | closed, live   |      | Award 1 of 3 | Next Last New Delete                | beads Bear Beaver
+            a type                               | cmdFind>optPin,cmdFind                     | closed, live   |      | Award 1 of 3 | Next Last New Delete                | aBe beads Bear
+            text and type                        | cmdFind>InsigniaName:be,optPin,cmdFind     | closed, live   |      | Award 1 of 2 | Next Last New Delete                | beads Bear
+            all types                            | cmdFind>OptAllInsigniaTypes,cmdFind        | closed, live   |      | Award 1 of 5 | Next Last New Delete                | aBe beads Bear Beaver Zoo
+            a cancelled find changes nothing     | cmdFind>InsigniaName:Zoo,optPin,cmdCancel  | closed, live   |      | Award 2 of 5 | First Previous Next Last New Delete | beads Bear Beaver Zoo
+            Select All counts more than the text | cmdFind>InsigniaName:Zoo,cmdSelectAll      | closed, live   |      | Award 1 of 5 | Next Last New Delete                | aBe beads Bear Beaver Zoo
+            nothing found shows all              | ok cmdFind>InsigniaName:Zoo,optPin,cmdFind | closed, live   | No Data Found: No data found for the selected search cryteria | Award 1 of 5 | Next Last New Delete | aBe beads Bear Beaver Zoo
+            all after a find of one              | cmdFind>InsigniaName:Zoo,cmdFind cmdFind>cmdSelectAll | closed, locked | | Award 1 of 5 | Next Last New Delete    | aBe beads Bear Beaver Zoo)");
     }
     void find()
     {
-        QFETCH(QString, text);
         test::fill("Insert Into Insignias Values (1, 'Zoo', 'Patch', ''), (2, 'Bear', 'Pin', ''), "
                    "(3, 'Beaver', 'Patch', ''), (4, 'aBe', 'Pin', ''), (5, 'beads', 'Pin', '')");
         Screen screen;
-        screen.run("N");
-        const bool fails = QTest::currentDataTag() == QLatin1String("nothing found shows all");
-        const auto told = fails ? test::answerNext() : std::make_shared<test::Told>();
-        screen.find(text.replace('~', ' '), test::cell("option"), test::cell("press"));
-        QCOMPARE(told->title + told->text, fails ? "No Data FoundNo data found for the selected search cryteria" : "");
-        test::compare(screen.RecordScreen::shown(), {"label", "live"});
-        QTEST(screen.ahead(), "found");
-        screen.find("Zoo", "");
-        screen.find("", "", "cmdSelectAll"); // the buttons of the one award found are gone with it
-        QVERIFY(screen.state().startsWith("Award 1 of 5/Next Last New Delete"));
+        screen.run("N " + test::cell("script"));
+        auto seen = screen.RecordScreen::shown();
+        seen["log"] = screen.log;
+        seen["found"] = screen.ahead();
+        test::compare(seen, {"log", "said", "label", "live", "found"});
     }
 
     void promptAfterDialog()
     {
         test::fill(Pins);
         Screen screen;
-        screen.run("N InsigniaName=Z");
-        std::shared_ptr<test::Told> told;
-        test::whenShown<dlgFindInsignia>([&told](dlgFindInsignia& dialog) {
-            told = test::answerNext(QMessageBox::Yes); // the question can't come up before
-            QTest::keyClick(&dialog, Qt::Key_Escape);
-        });
-        screen.click("cmdFind");
-        QCOMPARE(told->title, "Save Changes");
+        screen.run("N InsigniaName=Z cmdFind>yes,E"); // the question can't come up before
+        QVERIFY(screen.said().startsWith("Save Changes: "));
         QCOMPARE(screen.state() + stored(),
                  "Award 2 of 3/First Previous New Delete Find/Z/b/optPinA/Pin/a, Z/Pin/b, C/Pin/c");
     }
 
     void apostropheFails()
     {
-        QCOMPARE(test::failureInChild(Pins, [] { Screen().find("O'Hara", ""); }), "3075");
+        QCOMPARE(test::failureInChild(Pins, [] { Screen().run("cmdFind>InsigniaName:O'Hara,cmdFind"); }), "3075");
         QCOMPARE(stored(), "A/Pin/a, B/Pin/b, C/Pin/c");
     }
 

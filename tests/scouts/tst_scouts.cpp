@@ -1,7 +1,4 @@
-#include "awards/frmEditAssignedAward.h"
 #include "platform/RuntimeError.h"
-#include "scouts/dlgFindScout.h"
-#include "scouts/dlgSelectAdultLink.h"
 #include "scouts/frmScouts.h"
 #include "shell/forms/dlgError.h"
 #include "support/Main.h"
@@ -25,54 +22,25 @@ struct Screen : test::RecordScreen<frmScouts> {
     widgets::ListBox& list = get<widgets::ListBox>("lbScouts");
     mutable QString clicks; ///< what each click made of a den leader's box
 
-    // "@2" clicks a row of the list, "name:text" sets a combo box, "den:text" the filter's; "find:x" finds by last name
-    // and "date:x" changes the day of the award, "all" is the find dialog's. A den leader's box gets the focus by
-    // "in:Tab", loses it by "away" and takes "space" and a click, "box"; "pick" and "cancel" answer what it asks;
-    // "second" is the other parent's page. Other words are buttons. Underscores stand for blanks.
+    // "@2" clicks a row of the list, "name:text" sets a combo box, "den:text" the filter's. A den leader's box gets the
+    // focus by "in:Tab", loses it by "away" and takes "space" and a click, "box"; "second" is the other parent's page.
+    // Other words are buttons. Underscores stand for blanks.
     void go(const QString& script) const
     {
         run(script, [&](const QString& word) {
             const QString name = word.section(':', 0, 0);
             const QString text = word.section(':', 1).replace('_', ' ');
-            const auto type = [text](const QObject& dialog, const char* box) {
-                test::control<QLineEdit>(dialog, box).setText("x");
-                test::control<QLineEdit>(dialog, box).setText(text);
-            };
             if (name == "den")
                 return get<widgets::ComboBox>("cmbSelectedDens").setText(text);
             if (name.startsWith('@'))
                 return test::clickRow(list, name.sliced(1).toInt());
-            if (name == "all")
-                test::whenShown<dlgFindScout>([](dlgFindScout& dialog) {
-                    QVERIFY(!test::control<QWidget>(dialog, "cmdFind").isEnabled());
-                    press(dialog, "cmdSelectAll");
-                });
-            else if (name == "find")
-                test::whenShown<dlgFindScout>([type](dlgFindScout& dialog) {
-                    type(dialog, "txtLast");
-                    press(dialog, "cmdFind");
-                });
-            else if (name == "date")
-                test::whenShown<frmEditAssignedAward>([type](frmEditAssignedAward& dialog) {
-                    type(dialog, "txtDateAssigned");
-                    test::control<QLineEdit>(dialog, "txtQuantity").setText("3.5");
-                    press(dialog, "cmdSave");
-                });
-            else if (name == "pick" || name == "cancel")
-                return test::whenShown<dlgSelectAdultLink>([name](dlgSelectAdultLink& dialog) {
-                    auto& leaders = test::control<widgets::ListBox>(dialog, "lstDenLeaders");
-                    QCOMPARE(test::textsOf(leaders), "Ann M. Young; Bob Old; Cid Idle");
-                    leaders.setListIndex(1);
-                    press(dialog, name == "pick" ? "cmdSelect" : "cmdCancel");
-                });
-            else if (name == "second")
+            if (name == "second")
                 return get<QTabWidget>("SSTab1").setCurrentIndex(1);
-            else if (name == "in" || name == "away" || name == "box" || name == "space")
+            if (name == "in" || name == "away" || name == "box" || name == "space")
                 return useLeaderBox(name, text);
-            else if (word.contains(':'))
+            if (word.contains(':'))
                 return get<widgets::ComboBox>(name.toLatin1().constData()).setText(text);
-            const QMap<QString, QString> opens{{"all", "cmdFind"}, {"find", "cmdFind"}, {"date", "cmdEditAward"}};
-            press(form, opens.value(name, name));
+            press(form, word);
         });
     }
     // The den leader's box of the parent whose page is up.
@@ -110,6 +78,7 @@ struct Screen : test::RecordScreen<frmScouts> {
                      {"on", on.join(u' ')},
                      {"den", get<widgets::ComboBox>("comDen").text() + '/' + QString::number(form.GetDenSIDPub())},
                      {"clicks", clicks},
+                     {"log", log},
                      {"links", test::rows("Select Parent1_Den_Leader_SID, Parent2_Den_Leader_SID From Scouts Where "
                                           "Scout_SID = 1")},
                      {"awards", QString::number(test::count("Assigned_Awards_Scouts"))}});
@@ -160,12 +129,12 @@ private Q_SLOTS:
             a den's active ones                          | den:Bear_Den_2                          | Young, Bo                                 | Scout 1 of 1 | New Delete                          | all  | 0  |
             an unknown den empties list and page         | den:no_such_den                         |                                           | Scout 1 of 3 | New                                 | none | -1 |
             an empty den is all dens                     | den:                                    | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
-            a find looks in the view                     | optInactive find:W                    | Wood, Di                                  | Scout 1 of 1 | New Delete                          | all  | 0  |
-            a find by the beginning, whatever its case   | find:zO                               | Zorn, Ada B.                              | Scout 1 of 1 | New Delete                          | all  | 0  |
-            a find without a result leaves set and place | N ok find:W                           | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 2 of 3 | First Previous Next Last New Delete | all  | 1  | none
-            it reads a set anew that holds a new scout   | n Last=A comActive:No s ok find:W     | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  | none
-            it leaves an emptied set empty               | optInactive comActive:Yes s ok find:W |                                           | Scout 1 of 1 | New                                 | none | -1 | none
-            Select All in the dialog shows the view again | N all                                 | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |)");
+            a find looks in the view                     | optInactive cmdFind>Last:W,cmdFind                    | Wood, Di                                  | Scout 1 of 1 | New Delete                          | all  | 0  |
+            a find by the beginning, whatever its case   | cmdFind>Last:zO,cmdFind                               | Zorn, Ada B.                              | Scout 1 of 1 | New Delete                          | all  | 0  |
+            a find without a result leaves set and place | N ok cmdFind>Last:W,cmdFind                           | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 2 of 3 | First Previous Next Last New Delete | all  | 1  | none
+            it reads a set anew that holds a new scout   | n Last=A comActive:No s ok cmdFind>Last:W,cmdFind     | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  | none
+            it leaves an emptied set empty               | optInactive comActive:Yes s ok cmdFind>Last:W,cmdFind |                                           | Scout 1 of 1 | New                                 | none | -1 | none
+            Select All in the dialog shows the view again | N cmdFind>cmdSelectAll                                 | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |)");
     }
     void sets() { play({"listed", "label", "live", "page", "row", "said"}); }
 
@@ -248,19 +217,19 @@ private Q_SLOTS:
     // another control, it asks again.
     void denLeader_data()
     {
-        test::table({"case", "script", "clicks", "live", "links", "said"}, R"(
-            the first parent's box, picked   | @2 in:Tab pick space School=x s                             | x     | First Previous New Delete      | 1/Null    |
-            the second parent's box, picked  | @2 second in:Tab pick space School=x s                      | x     | First Previous New Delete      | Null/2    |
-            a cancelled pick changes nothing | @2 in:Tab cancel space                                      | -     | First Previous New Delete      | Null/Null |
-            the next click counts, by key    | @2 in:Tab cancel space space space in:Tab cancel space space | -x--x | First Previous New Save Delete | Null/Null |
-            by mouse                         | @2 away cancel box box box away cancel box box              | -x--x | First Previous New Save Delete | Null/Null |
-            without a den                    | in:Tab ok space space space in:Tab ok space space           | -x--x | Next Last New Save Delete      | Null/Null | no den\nno den
-            a focus by the program asks      | in:Other ok box                                             | -     | Next Last New Save Delete      | Null/Null | no den
-            a window's return doesn't        | in:ActiveWindow box                                         | x     | Next Last New Save Delete      | Null/Null |
-            nor a list's closing             | in:Popup box                                                | x     | Next Last New Save Delete      | Null/Null |
-            nor a menu's                     | in:MenuBar box                                              | x     | Next Last New Save Delete      | Null/Null |)");
+        test::table({"case", "script", "clicks", "live", "links", "said", "log"}, R"(
+            the first parent's box, picked   | @2 in:Tab space>lstDenLeaders:1,cmdSelect School=x s                             | x     | First Previous New Delete      | 1/Null    | | closed, Ann M. Young; Bob Old; Cid Idle
+            the second parent's box, picked  | @2 second in:Tab space>lstDenLeaders:1,cmdSelect School=x s                      | x     | First Previous New Delete      | Null/2    | | closed, Ann M. Young; Bob Old; Cid Idle
+            a cancelled pick changes nothing | @2 in:Tab space>lstDenLeaders:1,cmdCancel                                      | -     | First Previous New Delete      | Null/Null | | closed, Ann M. Young; Bob Old; Cid Idle
+            the next click counts, by key    | @2 in:Tab space>lstDenLeaders:1,cmdCancel space space in:Tab space>lstDenLeaders:1,cmdCancel space | -x--x | First Previous New Save Delete | Null/Null | | closed, Ann M. Young; Bob Old; Cid Idle
+            by mouse                         | @2 away box>lstDenLeaders:1,cmdCancel box box away box>lstDenLeaders:1,cmdCancel box              | -x--x | First Previous New Save Delete | Null/Null | | closed, Ann M. Young; Bob Old; Cid Idle
+            without a den                    | in:Tab ok space space space in:Tab ok space space           | -x--x | Next Last New Save Delete      | Null/Null | no den\nno den | 
+            a focus by the program asks      | in:Other ok box                                             | -     | Next Last New Save Delete      | Null/Null | no den | 
+            a window's return doesn't        | in:ActiveWindow box                                         | x     | Next Last New Save Delete      | Null/Null | | 
+            nor a list's closing             | in:Popup box                                                | x     | Next Last New Save Delete      | Null/Null | | 
+            nor a menu's                     | in:MenuBar box                                              | x     | Next Last New Save Delete      | Null/Null | | )");
     }
-    void denLeader() { play({"clicks", "live", "links", "said"}); }
+    void denLeader() { play({"clicks", "live", "links", "said", "log"}); }
 
     // A note that nobody touched is written as it was stored, and what was undone in it comes from its own record.
     void notes()
@@ -312,7 +281,8 @@ private Q_SLOTS:
     // A failure that something left behind shows at the end of what the user does next.
     void pendingFailureShows_data()
     {
-        test::table({"action"}, "F\nP\nN\nL\nn\nno d\nall\ncmdEditAward\ncmdDeleteAward\n@0\ncomDen:x");
+        test::table({"action"},
+                    "F\nP\nN\nL\nn\nno d\ncmdFind>cmdSelectAll\ncmdEditAward\ncmdDeleteAward\n@0\ncomDen:x");
     }
     void pendingFailureShows()
     {
@@ -338,7 +308,7 @@ private Q_SLOTS:
         for (int row = 1; row < grid.rows(); ++row)
             lines += grid.text(row, 1) + '|' + grid.text(row, 2) + '|' + grid.text(row, 3) + ' ';
         QCOMPARE(lines, "12/31/2025|1|Knot Badge 3/1/2026|2|Knot Badge ");
-        screen.go("date:1/1/2026"); // the newest one is current
+        screen.go("cmdEditAward>DateAssigned:1/1/2026,Quantity:3.5,cmdSave"); // the newest one is current
         QCOMPARE(test::rows("Select Quantity, Date_Assigned, Year, Insignia_SID From Assigned_Awards_Scouts Where "
                             "Assigned_SID = 10"),
                  "4/1/1/2026/2026/1");
@@ -354,10 +324,10 @@ private Q_SLOTS:
         test::table({"case", "script", "number"}, R"(
             a date that can't be read                    | DOB=yesterday First=X s   | 3421
             a save of the record before after a new one was left | n no N First=X s          | 3020
-            a find with an apostrophe                    | find:O'B                  | 3075
-            a find by an empty name                      | find:                     | 3075
-            a find under both views                      | optActive_Inactive find:O | 3075
-            a date of an award with a format in it       | date:1/%4/2026            | 3075)");
+            a find with an apostrophe                    | cmdFind>Last:O'B,cmdFind                  | 3075
+            a find by an empty name                      | cmdFind>Last:x,Last:,cmdFind                  | 3075
+            a find under both views                      | optActive_Inactive cmdFind>Last:O,cmdFind | 3075
+            a date of an award with a format in it       | cmdEditAward>DateAssigned:1/%4/2026,Quantity:3.5,cmdSave            | 3075)");
     }
     void failures()
     {

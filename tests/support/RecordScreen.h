@@ -6,9 +6,12 @@
 
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMap>
+#include <QPointer>
 #include <QProcess>
 #include <QPushButton>
+#include <QRegularExpression>
 
 #include <sqlite3.h>
 
@@ -36,11 +39,28 @@ inline QString rows(const QString& select)
     return lines.join(", ");
 }
 
+/// The texts of a list's rows, or of those that a combo box lists.
+template <class List>
+QString textsOf(const List& list)
+{
+    QStringList texts;
+    for (int row = 0; row < list.listCount(); ++row)
+        texts += list.list(row);
+    return texts.join("; ");
+}
+
+/// Clicks a row of a list.
+inline void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modifier = Qt::NoModifier)
+{
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, modifier, list.visualItemRect(list.item(row)).center());
+}
+
 /// An open record form, worked by mouse and keys.
 template <class F>
 struct RecordScreen {
     F& form = widgets::Instance<F>::get();
     mutable QList<std::shared_ptr<Told>> told; ///< what the boxes said that run() answered
+    mutable QString log;                       ///< how the last dialog that run() worked ended
 
     RecordScreen()
     {
@@ -64,7 +84,8 @@ struct RecordScreen {
     }
     /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
     /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "preset" by Enter, "Name=text" types into
-    /// txtName; the form's own actions take any other word, which is a control to click where there are none.
+    /// txtName, "cmdFind>steps" works the dialog that a word opens; the form's own actions take any other word, which
+    /// is a control to click where there are none.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const
     {
         const auto words = script.split(u' ', Qt::SkipEmptyParts);
@@ -78,7 +99,9 @@ struct RecordScreen {
                                                                             {"preset", QMessageBox::NoButton}};
             static const QMap<QString, Qt::Key> keys{
                 {"E", Qt::Key_Escape}, {"Enter", Qt::Key_Return}, {"Tab", Qt::Key_Tab}};
-            if (buttons.contains(word))
+            if (word.contains('>'))
+                openDialog(word.section('>', 0, 0), word.section('>', 1).split(',', Qt::SkipEmptyParts), other);
+            else if (buttons.contains(word))
                 click(buttons[word]);
             else if (answers.contains(word))
                 told.append(answerNext(answers[word]));
@@ -91,6 +114,69 @@ struct RecordScreen {
             else
                 press(form, word);
         }
+    }
+    void openDialog(const QString& opener, const QStringList& steps,
+                    const std::function<void(const QString&)>& other) const
+    {
+        log = "not shown";
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, &form, [&] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            if (!dialog)
+                return;
+            timer.stop();
+            work(dialog, steps);
+        });
+        timer.start(5);
+        run(opener, other);
+    }
+    /// Does what the steps say in a dialog: "Last:X" sets txtLast, "cmbDen:0" picks a row and "cmbDen=X" sets a text,
+    /// "cmbDen^" opens the list and closes it, "lstScouts:0" clicks a row with Ctrl, Tab and E are keys, "yes" answers
+    /// the next box, other words are clicks; underscores stand for blanks. A dialog that they leave open is cancelled.
+    /// The log: whether they did, and before the last step that it saw, whether it could be saved or find, and its
+    /// boxes and lists.
+    void work(const QPointer<QWidget>& dialog, const QStringList& steps) const
+    {
+        if (const auto* find = dialog->findChild<QPushButton*>("cmdFind"))
+            QVERIFY(!find->isEnabled());
+        for (const QString& step : steps + QStringList("end")) {
+            if (!dialog || !dialog->isVisible()) {
+                log.prepend("closed, ");
+                return;
+            }
+            log.clear();
+            for (const char* name : {"cmdSave", "cmdFind"})
+                if (const auto* button = dialog->findChild<QPushButton*>(name))
+                    log = button->isEnabled() ? "live" : "locked";
+            for (const auto* box : dialog->findChildren<widgets::ComboBox*>())
+                if (box->isVisible())
+                    log += "; " + box->text() + " of " + textsOf(*box).replace("; ", ", ");
+            for (const auto* list : dialog->findChildren<widgets::ListBox*>())
+                log += textsOf(*list);
+            static const QRegularExpression Marks("[:=^]");
+            const QString name = step.section(Marks, 0, 0);
+            const QString value = step.section(Marks, 1).replace('_', ' ');
+            if (auto* box = dialog->findChild<widgets::ComboBox*>(name)) {
+                box->setFocus();
+                if (step.contains(':'))
+                    box->setListIndex(value.toInt());
+                else if (step.contains('='))
+                    box->setText(value);
+                else
+                    box->showPopup(), box->hidePopup();
+            } else if (auto* line = dialog->findChild<QLineEdit*>("txt" + name))
+                line->setText(value);
+            else if (auto* list = dialog->findChild<widgets::ListBox*>(name))
+                clickRow(*list, value.toInt(), Qt::ControlModifier);
+            else if (step == "yes")
+                told.append(answerNext(QMessageBox::Yes));
+            else if (step == "Tab" || step == "E")
+                QTest::keyClick(dialog->focusWidget(), step == "E" ? Qt::Key_Escape : Qt::Key_Tab);
+            else if (step != "end")
+                press(*dialog, step);
+        }
+        log.prepend("open, ");
+        press(*dialog, "cmdCancel");
     }
     /// Puts a value of its own into every control of the table, "txtCity City Bern", saves, walks to the next record
     /// and back, and tells of each control that doesn't show it then, and of each field that doesn't hold it, or the
@@ -151,22 +237,6 @@ struct RecordScreen {
         return {{"label", get<QLabel>("lblRecordInfo").text()}, {"live", live.join(u' ')}, {"said", said()}};
     }
 };
-
-/// The texts of a list's rows, or of those that a combo box lists.
-template <class List>
-QString textsOf(const List& list)
-{
-    QStringList texts;
-    for (int row = 0; row < list.listCount(); ++row)
-        texts += list.list(row);
-    return texts.join("; ");
-}
-
-/// Clicks a row of a list.
-inline void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modifier = Qt::NoModifier)
-{
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, modifier, list.visualItemRect(list.item(row)).center());
-}
 
 /// Does something with a form as soon as it is up, which may be in a loop of its own.
 template <class F, class Action>

@@ -37,6 +37,31 @@ public:
     [[nodiscard]] QString file(const QString& name = "Quorrel.mdb") const { return path() + u'/' + name; }
 };
 
+// The tables of a file with all that their definitions say, a line each.
+QStringList catalogue(store::Database& database)
+{
+    QStringList lines;
+    for (const QString& name : database.tableNames()) {
+        QStringList parts{name};
+        const store::TableDef table = database.tableDef(name);
+        for (const auto& field : table.fields())
+            parts += QString("%1 %2(%3) %4%5%6")
+                         .arg(field.name)
+                         .arg(int(field.type))
+                         .arg(field.size)
+                         .arg(field.allowZeroLength)
+                         .arg(field.autoIncrement)
+                         .arg(field.defaultValue.textOrEmpty());
+        for (const auto& index : table.indexes())
+            parts += index.name + index.fields.join(u'+') + (index.primary ? " primary" : "");
+        lines += parts.join("; ");
+    }
+    for (const QString& name : database.queryNames())
+        lines += name + ": " + database.queryDef(name).sql;
+    lines.sort();
+    return lines;
+}
+
 } // namespace
 
 class tst_update : public QObject
@@ -62,8 +87,7 @@ private Q_SLOTS:
         QCOMPARE(sqlite(folder.file("Quorrel11.mdb"), "Pragma integrity_check"), QStringList{"ok"});
         auto fresh = store::DBEngine::createDatabase(folder.file("fresh.mdb"));
         store::createSchema(fresh);
-        fresh.close();
-        QCOMPARE(test::definitions(folder.file("Quorrel11.mdb")), test::definitions(folder.file("fresh.mdb")));
+        QCOMPARE(catalogue(database()), catalogue(fresh));
 
         QCOMPARE(test::rows("Select * From Leader_Den_Assignments"), "2/7/Null/Null, 3/0/Null/Null");
         QCOMPARE(test::rows("Select Adult_SID, First_Name, Assigned_Den_SID, Email From Adults"),
