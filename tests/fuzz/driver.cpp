@@ -95,6 +95,7 @@ private:
 // Runs the target on an input that lies in the current folder meanwhile, so that one that it falls over is left there.
 void runTarget(const std::string& input)
 {
+    std::filesystem::remove(findingFile); // one that is only overwritten goes to the disk at once
     std::ofstream(findingFile, std::ios::binary) << input;
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
