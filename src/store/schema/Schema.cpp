@@ -19,7 +19,7 @@ enum class In { Both, Only10, Only11 };
 enum class Extra { None, Counter, StartsTrue, NotEmpty };
 
 struct Column {
-    const char16_t* name;
+    QStringView name;
     FieldType type;
     int size = 0;
     In in = In::Both;
@@ -27,14 +27,14 @@ struct Column {
 };
 
 struct Key {
-    const char16_t* name;
-    const char16_t* field;
+    QStringView name;
+    QStringView field;
     bool primary = false;
     In in = In::Both;
 };
 
 struct Table {
-    const char16_t* name;
+    QStringView name;
     In in;
     std::span<const Column> columns;
     std::span<const Key> keys;
@@ -218,8 +218,8 @@ constexpr Table Tables[] = {
 };
 
 struct Query {
-    const char16_t* name;
-    const char16_t* sql;
+    QStringView name;
+    QStringView sql;
 };
 
 constexpr Query Queries[] = {
@@ -255,7 +255,7 @@ bool isIn(In in, SchemaVersion version)
 Field makeField(const Column& column)
 {
     Field field;
-    field.name = QString::fromUtf16(column.name);
+    field.name = column.name.toString();
     field.type = column.type;
     field.size = column.size;
     field.allowZeroLength = (column.type == Text || column.type == Memo) && column.extra != Extra::NotEmpty;
@@ -267,14 +267,13 @@ Field makeField(const Column& column)
 
 TableDef makeTable(const Table& table, SchemaVersion version)
 {
-    TableDef made(QString::fromUtf16(table.name));
+    TableDef made(table.name.toString());
     for (const Column& column : table.columns)
         if (isIn(column.in, version))
             made.appendField(makeField(column));
     for (const Key& key : table.keys)
         if (isIn(key.in, version))
-            made.appendIndex(
-                {QString::fromUtf16(key.name), {QString::fromUtf16(key.field)}, key.primary, key.primary, key.primary});
+            made.appendIndex({key.name.toString(), {key.field.toString()}, key.primary, key.primary, key.primary});
     return made;
 }
 
@@ -298,7 +297,7 @@ void addTitles(Database& database, const QString& table, const QString& field, c
     Recordset rows = database.openRecordset(table);
     for (const PositionTitle& title : titles) {
         rows.addNew();
-        rows.setValue(field, title.title);
+        rows.setValue(field, title.title.toString());
         rows.setValue(u"Sort_Order", title.sortOrder);
         rows.update();
     }
@@ -326,7 +325,7 @@ const std::vector<QueryDef>& schema::queries()
     static const std::vector<QueryDef> Made = [] {
         std::vector<QueryDef> made;
         for (const Query& query : Queries)
-            made.push_back({QString::fromUtf16(query.name), QString::fromUtf16(query.sql)});
+            made.push_back({query.name.toString(), query.sql.toString()});
         return made;
     }();
     return Made;
@@ -358,7 +357,7 @@ const Editions& schema::editions()
     const auto texts = [](const std::vector<PositionTitle>& titles) {
         QStringList made;
         for (const PositionTitle& title : titles)
-            made += QString::fromUtf16(title.title);
+            made += title.title.toString();
         return made;
     };
     const QString telling = QStringLiteral("Adults");

@@ -12,7 +12,7 @@ enum class SchemaVersion { V10, V11 };
 
 /// A position title with its rank in lists and reports.
 struct PositionTitle {
-    const char16_t* title;
+    QStringView title;
     int sortOrder;
 };
 
