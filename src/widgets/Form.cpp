@@ -24,9 +24,18 @@ namespace orlo::widgets
 namespace
 {
 
-QPointer<QWidget> theMainWindow;
-std::function<void(Form&)> showChildInMainWindow;
-QList<Form*> loadedForms;
+// What the forms of the process share: the frame that they hang off, and which of them are loaded.
+struct FormRegistry {
+    QPointer<QWidget> mainWindow;
+    std::function<void(Form&)> showChild; // as a child window of the frame
+    QList<Form*> loaded;                  // in the order of loading
+};
+
+FormRegistry& registry()
+{
+    static FormRegistry forms;
+    return forms;
+}
 
 QMdiSubWindow* subWindowOf(const Form& form)
 {
@@ -41,7 +50,7 @@ QWidget* ownerOfNextWindow()
 {
     if (auto* modal = QApplication::activeModalWidget())
         return modal;
-    return theMainWindow;
+    return registry().mainWindow;
 }
 
 // The form that a control belongs to; null for what stands in no form: a menu, a window's frame, a message box.
@@ -100,12 +109,12 @@ void centreOnOwner(QWidget& form)
 Form::Form(FormKind kind) : m_kind(kind)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    loadedForms.append(this);
+    registry().loaded.append(this);
 }
 
 Form::~Form()
 {
-    loadedForms.removeOne(this);
+    registry().loaded.removeOne(this);
 }
 
 void Form::ensureLoaded()
@@ -121,12 +130,12 @@ void Form::ensureLoaded()
 void Form::showForm()
 {
     ensureLoaded();
-    if (m_kind == FormKind::Child && showChildInMainWindow) {
-        showChildInMainWindow(*this);
+    if (m_kind == FormKind::Child && registry().showChild) {
+        registry().showChild(*this);
         return;
     }
     if (!isVisible()) {
-        setParent(theMainWindow, OwnWindow);
+        setParent(registry().mainWindow, OwnWindow);
         setFixedBorder();
         centreOnOwner(*this);
     }
@@ -165,7 +174,7 @@ void Form::unload()
     m_unloading = true;
     qCDebug(platform::formsLog) << "unloads" << objectName();
     m_unchecked.clear(); // what is being closed uses no field any more
-    loadedForms.removeOne(this);
+    registry().loaded.removeOne(this);
     if (m_forget)
         m_forget();
     if (auto* window = subWindowOf(*this))
@@ -179,13 +188,13 @@ void Form::unload()
 
 void Form::setMainWindow(QWidget* frame, std::function<void(Form&)> showChild)
 {
-    theMainWindow = frame;
-    showChildInMainWindow = std::move(showChild);
+    registry().mainWindow = frame;
+    registry().showChild = std::move(showChild);
 }
 
 QWidget* Form::mainWindow()
 {
-    return theMainWindow;
+    return registry().mainWindow;
 }
 
 bool Form::writeOpenRows()
@@ -195,13 +204,13 @@ bool Form::writeOpenRows()
 
 bool Form::writeAllOpenRows()
 {
-    return std::ranges::all_of(QList(loadedForms), &Form::writeOpenRows);
+    return std::ranges::all_of(QList(registry().loaded), &Form::writeOpenRows);
 }
 
 void Form::unloadAll()
 {
-    while (!loadedForms.isEmpty())
-        loadedForms.last()->unload();
+    while (!registry().loaded.isEmpty())
+        registry().loaded.last()->unload();
 }
 
 void Form::setDefaultButton(QPushButton* button)
