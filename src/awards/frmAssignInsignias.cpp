@@ -343,9 +343,12 @@ void frmAssignInsignias::tellCount()
 
 void frmAssignInsignias::selectAll(const QString& whom)
 {
-    const Source source = !onDenTab()                       ? packSource()
-                          : whom == QLatin1String("Adults") ? denAdultSource()
-                                                            : denScoutSource();
+    const auto chosen = [&] {
+        if (!onDenTab())
+            return packSource();
+        return whom == QLatin1String("Adults") ? denAdultSource() : denScoutSource();
+    };
+    const Source source = chosen();
     const widgets::BusyPointer busy;
     const widgets::RedrawHold holdSource(source.grid);
     const widgets::RedrawHold holdSelected(*ui->fgSelected);

@@ -211,7 +211,7 @@ constexpr auto Functions = std::to_array<FormulaFunction>({
     {QLatin1StringView("Sgn"), 1, 1, Type::Number,
      [](Arguments a, Place p) -> Value {
          const double number = numberArgument(a[0], p);
-         return number < 0 ? -1 : number > 0 ? 1 : 0;
+         return int(number > 0) - int(number < 0);
      }},
 });
 

@@ -199,7 +199,7 @@ const FormulaFunction& operatorNamed(QLatin1StringView sign)
 
 int compareValues(const Value& a, const Value& b, Place place)
 {
-    const auto sign = [](auto left, auto right) { return left < right ? -1 : left > right ? 1 : 0; };
+    const auto sign = [](auto left, auto right) { return int(right < left) - int(left < right); };
     const auto numeric = [](const Value& value) { return value.isNumber() || value.isBool(); };
     if (numeric(a) && numeric(b))
         return sign(numberArgument(a, place), numberArgument(b, place));

@@ -43,7 +43,11 @@ int ordered(const Value& a, const Value& b, Place place)
         if (const auto* right = std::get_if<bool>(&b.data()))
             return int(*left) - int(*right);
     // A column of a union may mix kinds: numbers stand before dates, dates before texts.
-    const auto rank = [](const Value& value) { return value.isText() ? 2 : value.isDate() ? 1 : 0; };
+    const auto rank = [](const Value& value) {
+        if (value.isText())
+            return 2;
+        return value.isDate() ? 1 : 0;
+    };
     return rank(a) != rank(b) ? rank(a) - rank(b) : compareValues(a, b, place);
 }
 

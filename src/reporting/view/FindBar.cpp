@@ -125,7 +125,10 @@ void FindBar::find(const TextSpan& from)
     const auto ahead = std::find_if(m_hits.begin(), m_hits.end(), [&](const TextSpan& hit) {
         return std::pair(hit.page, hit.from) >= std::pair(from.page, from.from);
     });
-    m_current = m_hits.empty() ? -1 : ahead == m_hits.end() ? 0 : static_cast<int>(ahead - m_hits.begin());
+    if (m_hits.empty())
+        m_current = -1;
+    else
+        m_current = ahead == m_hits.end() ? 0 : static_cast<int>(ahead - m_hits.begin());
     mark();
 }
 

@@ -45,7 +45,9 @@ void LiveReport::follow(QStringList files, qint64 began)
     const auto before = std::exchange(m_seen, stamps());
     for (auto& [file, stamp] : m_seen) {
         const auto known = before.find(file);
-        const Stamp seen = known != before.end() ? known->second : stamp.first > began ? Unseen : stamp;
+        Stamp seen = stamp.first > began ? Unseen : stamp;
+        if (known != before.end())
+            seen = known->second;
         if (std::exchange(stamp, seen) != seen)
             m_settle.start();
     }

@@ -44,9 +44,11 @@ void ZoomBox::showZoom()
 {
     const QSignalBlocker quiet(this);
     const QString percent = tr("%1%").arg(std::lround(m_view.zoom() * 100));
-    const QString text = m_view.fit() == PageView::Fit::Width  ? itemText(0)
-                         : m_view.fit() == PageView::Fit::Page ? itemText(1)
-                                                               : percent;
+    QString text = percent;
+    if (m_view.fit() == PageView::Fit::Width)
+        text = itemText(0);
+    else if (m_view.fit() == PageView::Fit::Page)
+        text = itemText(1);
     setCurrentIndex(findText(text));
     setEditText(text);
     setAccessibleDescription(tr("Zoom, %1").arg(percent)); // on X11 its name is its choice

@@ -373,9 +373,12 @@ QString PeopleForm::listMiddle(const QString& initial) const
 PeopleFilter PeopleForm::filter() const
 {
     using View = PeopleFilter::View;
-    return {.view = m_people->optActive->isChecked()     ? View::Active
-                    : m_people->optInactive->isChecked() ? View::Inactive
-                                                         : View::All,
+    View view = View::All;
+    if (m_people->optActive->isChecked())
+        view = View::Active;
+    else if (m_people->optInactive->isChecked())
+        view = View::Inactive;
+    return {.view = view,
             .denCriterion = filtersByDen() ? denCriterion(GetDenSID(m_people->cmbSelectedDens->text())) : QString(),
             .lastNameFirst = m_people->optOrderLastName->isChecked()};
 }

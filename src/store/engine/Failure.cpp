@@ -78,9 +78,9 @@ int failureNumber(int code, const QString& words, bool preparing)
     case SQLITE_NOTADB:
         return platform::UnrecognisedFormat;
     case SQLITE_IOERR:
-        return code == SQLITE_IOERR_LOCK || code == SQLITE_IOERR_RDLOCK ? platform::CannotLockFile
-               : code == SQLITE_IOERR_SHORT_READ                        ? platform::DatabaseDamaged
-                                                                        : platform::PathFileAccess;
+        if (code == SQLITE_IOERR_LOCK || code == SQLITE_IOERR_RDLOCK)
+            return platform::CannotLockFile;
+        return code == SQLITE_IOERR_SHORT_READ ? platform::DatabaseDamaged : platform::PathFileAccess;
     default:
         return statementNumber(words, preparing);
     }

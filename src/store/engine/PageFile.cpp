@@ -149,7 +149,9 @@ PageFile::Kind PageFile::kind(quint32 page) const
     if (bytes.isEmpty())
         return Kind::Other;
     const char mark = bytes[page == 1 ? FileHeader : 0];
-    return mark == LeafMark ? Kind::Leaf : mark == InteriorMark ? Kind::Interior : Kind::Other;
+    if (mark == LeafMark)
+        return Kind::Leaf;
+    return mark == InteriorMark ? Kind::Interior : Kind::Other;
 }
 
 // Where the cells of a page start.

@@ -138,9 +138,9 @@ bool Rows::same(qsizetype row, const Rows& others, qsizetype othersRow) const
         const Cell& b = others.cell(othersRow, column);
         if (a.kind != b.kind || a.kind == Kind::Null)
             return a.kind == b.kind;
-        return a.kind == Kind::Text     ? bytes(a) == others.bytes(b)
-               : a.kind == Kind::Number ? a.number == b.number
-                                        : a.whole == b.whole;
+        if (a.kind == Kind::Text)
+            return bytes(a) == others.bytes(b);
+        return a.kind == Kind::Number ? a.number == b.number : a.whole == b.whole;
     });
 }
 

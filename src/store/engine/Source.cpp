@@ -68,7 +68,9 @@ KnownField knownField(sqlite3_stmt* rows, int column)
 
 FieldType computedType(ValueKind kind)
 {
-    return kind == ValueKind::Date ? FieldType::Date : kind == ValueKind::Truth ? FieldType::Boolean : FieldType::Text;
+    if (kind == ValueKind::Date)
+        return FieldType::Date;
+    return kind == ValueKind::Truth ? FieldType::Boolean : FieldType::Text;
 }
 
 std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& source, QStringView table)

@@ -200,7 +200,7 @@ qsizetype SqlTranslator::placeOfFrom() const
         const Symbol symbol = m_tokens[i].symbol;
         if (open == 0 && (symbol == Symbol::From || symbol == Symbol::Union || symbol == Symbol::Close))
             return i;
-        open += symbol == Symbol::Open ? 1 : symbol == Symbol::Close ? -1 : 0;
+        open += int(symbol == Symbol::Open) - int(symbol == Symbol::Close);
     }
     return m_end;
 }
@@ -274,11 +274,12 @@ void SqlTranslator::joinedSources()
     source();
     while (at(Symbol::Inner) || at(Symbol::Left) || at(Symbol::Right)) {
         const Symbol side = m_tokens[m_at++].symbol;
-        m_out.sql += QLatin1String(side == Symbol::Inner  ? " JOIN "
-                                   : side == Symbol::Left ? " LEFT JOIN "
-                                                          : " RIGHT JOIN ");
-        if (side != Symbol::Inner)
+        if (side == Symbol::Inner) {
+            m_out.sql += QLatin1String(" JOIN ");
+        } else {
+            m_out.sql += QLatin1String(side == Symbol::Left ? " LEFT JOIN " : " RIGHT JOIN ");
             take(Symbol::Outer);
+        }
         expect(Symbol::Join);
         source();
         expect(Symbol::On);

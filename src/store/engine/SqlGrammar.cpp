@@ -27,6 +27,13 @@ struct DialectFunction {
     Kind result;
 };
 
+Kind argumentKind(char letter)
+{
+    if (letter == 't')
+        return Kind::Text;
+    return letter == 'n' ? Kind::Number : Kind::Date;
+}
+
 constexpr DialectFunction DialectFunctions[] = {
     {"abs", "abs(", "n", 0, Kind::Number},        {"date", "date(", "", 0, Kind::Date},
     {"day", "day(", "d", 0, Kind::Number},        {"instr", "find_text(", "tt", 0, Kind::Number},
@@ -314,8 +321,7 @@ Expression SqlTranslator::function()
                 m_out.sql += u',';
             given.push_back(expression());
             if (ours && given.size() <= known->arguments.size()) {
-                const char kind = known->arguments[given.size() - 1];
-                m_out.as(kind == 't' ? Kind::Text : kind == 'n' ? Kind::Number : Kind::Date, given.back());
+                m_out.as(argumentKind(known->arguments[given.size() - 1]), given.back());
             }
         } while (take(Symbol::Comma));
     expect(Symbol::Close);

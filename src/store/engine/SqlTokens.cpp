@@ -192,6 +192,15 @@ private:
         return {Symbol::Number, {start, m_at}};
     }
 
+    [[noreturn]] static void raiseUnclosed(Symbol symbol)
+    {
+        if (symbol == Symbol::Text)
+            raiseSyntax(QStringLiteral("(A text isn't closed.)"));
+        if (symbol == Symbol::Date)
+            raiseSyntax(QStringLiteral("(A date isn't closed.)"));
+        raiseSyntax(QStringLiteral("(A name isn't closed.)"));
+    }
+
     // A text keeps its doubled delimiters.
     Token delimited(Symbol symbol, char16_t end)
     {
@@ -199,9 +208,7 @@ private:
         while (*m_at != u'\0' && (*m_at != end || (symbol == Symbol::Text && m_at[1] == end)))
             m_at += *m_at == end ? 2 : 1;
         if (*m_at == u'\0' || (m_at == start && symbol != Symbol::Text))
-            raiseSyntax(symbol == Symbol::Text   ? QStringLiteral("(A text isn't closed.)")
-                        : symbol == Symbol::Date ? QStringLiteral("(A date isn't closed.)")
-                                                 : QStringLiteral("(A name isn't closed.)"));
+            raiseUnclosed(symbol);
         return {symbol, {start, m_at++}};
     }
 

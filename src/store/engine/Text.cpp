@@ -114,8 +114,8 @@ struct Utf8Reader {
         const unsigned char lead = *at++;
         if (lead < 0x80)
             return lead;
-        const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
-        char32_t code = more == 3 ? lead & 0x07U : more == 2 ? lead & 0x0FU : lead & 0x1FU;
+        const int more = int(lead >= 0xC2) + int(lead >= 0xE0) + int(lead >= 0xF0);
+        char32_t code = lead & (0x3FU >> more);
         if (more == 0 || lead > 0xF4 || end - at < more)
             return 0x110000U + lead;
         for (int i = 0; i < more; ++i) {
@@ -137,7 +137,7 @@ int compareFolded(Reader a, Reader b)
         if (left != right)
             return left < right ? -1 : 1;
     }
-    return a.atEnd() ? (b.atEnd() ? 0 : -1) : 1;
+    return int(!a.atEnd()) - int(!b.atEnd());
 }
 
 // By the letters; where these are the same, by their accents.
@@ -278,7 +278,7 @@ int compareUtf8(std::string_view a, std::string_view b)
         if (const int difference = AsciiFold[left[i]] - AsciiFold[right[i]]; difference != 0)
             return difference;
     if (i == shared)
-        return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+        return int(a.size() > b.size()) - int(a.size() < b.size());
     return compare(Utf8Reader(a.substr(i)), Utf8Reader(b.substr(i)));
 }
 

@@ -262,10 +262,11 @@ private:
         const bool nothing = source.value.isEmpty() && !isTextual(field.type);
         QString problem = source.problem;
         try {
-            m_load.set(at, nothing ? Value()
-                           : isTextual(field.type) && !source.value.isText() && !source.value.isNull()
-                               ? Value(textOf(source))
-                               : source.value);
+            const bool becomesText = isTextual(field.type) && !source.value.isText() && !source.value.isNull();
+            if (nothing)
+                m_load.set(at, Value());
+            else
+                m_load.set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
             if (field.type == FieldType::Double && source.value.isText() &&
