@@ -1,0 +1,98 @@
+#include "ReportTour.h"
+
+#include "reporting/Export.h"
+#include "reporting/Paint.h"
+#include "reporting/view/PreviewWindow.h"
+#include "widgets/ComboBox.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QPainter>
+#include <QTest>
+
+#include <tuple>
+
+using namespace orlo;
+
+void ReportTour::preview()
+{
+    auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
+    report.resize(1000, 760);
+    picture(report, QStringLiteral("preview"));
+    QTest::keyClick(&report, Qt::Key_F, Qt::ControlModifier);
+    settle();
+    QTest::keyClicks(&control<QLineEdit>(report, "txtFind"), QStringLiteral("pin"));
+    QTest::keyClick(&control<QLineEdit>(report, "txtFind"), Qt::Key_Return);
+    picture(report, QStringLiteral("preview-find"));
+    printedPages(report.document(), QStringLiteral("PurchaseList"));
+    report.close();
+}
+
+void ReportTour::reportScreens()
+{
+    const auto option = [](QWidget& form, const char* name) {
+        QTest::mouseClick(&control<QAbstractButton>(form, name), Qt::LeftButton, {}, QPoint(8, 8));
+    };
+    reportScreen("mnuRepAssignedAwards", "dlgReportSelect1", [&](QWidget& form) {
+        picture(form, QStringLiteral("assigned-awards"));
+        pick(control<widgets::ComboBox>(form, "cmbDen"), control<widgets::ComboBox>(form, "cmbDen").list(1));
+        pick(control<widgets::ComboBox>(form, "cmdDateRangeOperator"), QStringLiteral("Between"));
+        type(form, "txtDateFrom", QStringLiteral("9/1/2026"));
+        type(form, "txtDateTo", QStringLiteral("11/30/2026"));
+        firstPage(form, QStringLiteral("assigned-awards-scouts"));
+        option(form, "optAdults");
+        pick(control<widgets::ComboBox>(form, "cmbDen"), QStringLiteral("<All>"));
+        firstPage(form, QStringLiteral("assigned-awards-adults"));
+    });
+    reportScreen("mnuRepAwardList", "dlgAwardsList", [&](QWidget& form) {
+        firstPage(form, QStringLiteral("award-list"));
+        option(form, "chkDetailed");
+        firstPage(form, QStringLiteral("award-list-detail"));
+    });
+    for (const auto& [command, dialog, name] : {std::tuple("mnuRptScoutList", "dlgScoutList", "scout-list"),
+                                                {"mnuRptAdultList", "dlgAdultList", "adult-list"}})
+        reportScreen(command, dialog, [&, name = QString::fromLatin1(name)](QWidget& form) {
+            firstPage(form, name + QStringLiteral("-dens"));
+            option(form, "optAlpha");
+            firstPage(form, name + QStringLiteral("-alphabetical"));
+        });
+    reportScreen("ID_COMBINED_ROSTER", "dlgCombinedRoster",
+                 [&](QWidget& form) { firstPage(form, QStringLiteral("combined-roster")); });
+}
+
+void ReportTour::reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work)
+{
+    during([&] { choose(command); },
+           [&] {
+               auto& form = window(dialog);
+               work(form);
+               click(form, "cmdCancel");
+           });
+}
+
+void ReportTour::firstPage(QWidget& form, const QString& name)
+{
+    picture(form, name);
+    click(form, "cmdView");
+    auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
+    report.resize(1000, 1100);
+    picture(report, name + QStringLiteral("-preview"));
+    printedPages(report.document(), name);
+    report.close();
+    settle(); // a closed preview is gone before the next one is looked for
+}
+
+void ReportTour::printedPages(const reports::Document& document, const QString& name)
+{
+    reports::writePdf(document, folder() + u'/' + name + QStringLiteral(".pdf"));
+    constexpr double Scale = 1.5; // 108 dots to the inch
+    for (int page = 0; page < int(document.pages.size()); ++page) {
+        QImage image((document.paper * Scale).toSize(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(Scale, Scale);
+        reports::paintPage(painter, document, page);
+        painter.end();
+        image.save(QStringLiteral("%1/%2-page%3.png").arg(folder(), name).arg(page + 1));
+    }
+}
