@@ -176,7 +176,7 @@ private Q_SLOTS:
         test::clickRow(screen.scouts, 0, Qt::ControlModifier);
         test::clickRow(screen.scouts, 2, Qt::ControlModifier);
         screen.click("cmdDelScouts");
-        QVERIFY(watch.alwaysBusy());
+        QVERIFY(test::BusyWatch::alwaysBusy());
         QCOMPARE(textsOf(screen.scouts) + ' ' + denOf(), "Max Free; Abe berg 2/2, 3/2, 4/2");
     }
 
