@@ -5,6 +5,7 @@
 #include "reporting/view/Printing.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
+#include "support/Table.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
@@ -257,43 +258,33 @@ private Q_SLOTS:
         }
     }
 
+    // An underscore stands for a blank.
     void findsTextAsItReads_data()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<QString>("searched");
-        QTest::addColumn<QStringList>("found");
-        QTest::newRow("broken") << "the Order of\nthe Arrow"
-                                << "order of the arrow" << QStringList{"Order of", "the Arrow"};
-        QTest::newRow("inside a word") << "anna@fern-\nhollow.org"
-                                       << "fern-hollow" << QStringList{"fern-", "hollow"};
-        QTest::newRow("two words") << "Scouts\nmaster"
-                                   << "sm" << QStringList{};
-        QTest::newRow("accents") << "Zoë Núñez Śliwa"
-                                 << "nunez s" << QStringList{"Núñez Ś"};
-        QTest::newRow("blanks") << "Bear  Den"
-                                << " bear den " << QStringList{"Bear  Den"};
-        QTest::newRow("a sign") << "cost (1.50)"
-                                << "(1.5" << QStringList{"(1.5"};
-        QTest::newRow("emoji") << "Bear 🐻 Den"
-                               << "r 🐻 d" << QStringList{"r 🐻 D"};
-        QTest::newRow("nothing") << "all"
-                                 << " " << QStringList{};
+        test::table({"case", "page", "searched", "found"}, R"(
+            broken        | the Order of\nthe Arrow | order of the arrow | Order of\nthe Arrow
+            inside a word | anna@fern-\nhollow.org  | fern-hollow        | fern-\nhollow
+            two words     | Scouts\nmaster          | sm                 |
+            accents       | Zoë Núñez Śliwa         | nunez s            | Núñez Ś
+            blanks        | Bear  Den               | _bear den_         | Bear  Den
+            a sign        | cost (1.50)             | (1.5               | (1.5
+            emoji         | Bear 🐻 Den             | r 🐻 d             | r 🐻 D
+            nothing       | all                     | _                  |
+        )");
     }
     void findsTextAsItReads()
     {
-        QFETCH(QString, page);
-        QFETCH(QString, searched);
-        QFETCH(QStringList, found);
+        auto [page, searched] = test::cells("page", "searched");
         Document document;
         document.fonts = {QFont("DejaVu Sans", 10)};
         document.pages = {{{TextItem{{72, 72, 400, 28}, page}, TextItem{{72, 200, 400, 14}, "x"}}}};
-        const std::vector<TextSpan> spans = findText(document, searched);
-        QCOMPARE(spans.size(), std::size_t(!found.isEmpty()));
-        if (found.isEmpty())
-            return;
         const PageText text(document, 0);
-        QCOMPARE(text.text().mid(spans[0].from, spans[0].to - spans[0].from).split(PageText::LineBreak), found);
-        QCOMPARE(text.boxes(spans[0].from, spans[0].to).size(), std::size_t(found.size()));
+        QString found;
+        for (const TextSpan& span : findText(document, searched.replace('_', ' '))) {
+            found += text.text().mid(span.from, span.to - span.from).replace(PageText::LineBreak, '\n');
+            QCOMPARE(text.boxes(span.from, span.to).size(), std::size_t(found.count('\n') + 1));
+        }
+        QTEST(found, "found");
     }
 
     void marksAndCopiesText()
@@ -307,12 +298,13 @@ private Q_SLOTS:
             const QRectF sheet = view.pageBox(0);
             return (sheet.topLeft() + QPointF(x, y) * sheet.width() / 612).toPoint();
         };
+        const auto moveTo = [&](QPointF to) {
+            QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+            QApplication::sendEvent(view.viewport(), &move);
+        };
         const auto drag = [&](QPoint from, QPoint to) {
             QTest::mousePress(view.viewport(), Qt::LeftButton, {}, from);
-            QTest::mouseMove(view.viewport(), to);
-            QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(QPointF(to)), Qt::NoButton,
-                             Qt::LeftButton, {});
-            QApplication::sendEvent(view.viewport(), &move);
+            moveTo(to);
             QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, to);
         };
         const auto copied = [&] {
@@ -333,25 +325,15 @@ private Q_SLOTS:
         view.goToPage(0);
         QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(73, 78)); // other pages end a marking
         preview.window->setDocument(std::make_shared<const Document>(*document));
-        const QPointF to = at(131, 122);
-        QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(view.viewport(), &move);
-        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, to.toPoint());
+        moveTo(at(131, 122));
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at(131, 122));
         QCOMPARE(copied(), "nothing");
         QCOMPARE(view.verticalScrollBar()->value(), 0);
         preview.key(Qt::Key_A, Qt::ControlModifier);
         QVERIFY(copied().startsWith("Bear Den\t") && copied().endsWith("first row and another ROW"));
     }
 
-    void goesToATypedPage_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("page");
-        QTest::newRow("there is") << "4" << 4;
-        QTest::newRow("beyond the last") << "99" << Pages;
-        QTest::newRow("too long a number") << "12345678901234" << Pages;
-        QTest::newRow("none") << "0" << 2;
-    }
+    void goesToATypedPage_data() { test::table({"typed", "page"}, "4 | 4\n99 | 5\n12345678901234 | 5\n0 | 2"); }
     void goesToATypedPage()
     {
         QFETCH(QString, typed);
@@ -360,7 +342,7 @@ private Q_SLOTS:
         preview.key(Qt::Key_G, Qt::ControlModifier);
         QVERIFY(preview.box().hasFocus());
         QTest::keyClicks(QApplication::focusWidget(), typed + u'\r');
-        QTEST(preview.page(), "page");
+        QTEST(QString::number(preview.page()), "page");
         QCOMPARE(preview.window->view().currentPage() + 1, preview.page());
         QVERIFY(preview.window->view().hasFocus());
     }
@@ -392,17 +374,12 @@ private Q_SLOTS:
     }
 
     // Tab goes around the window, with an outline and without; Escape leaves what has the focus for the pages first.
-    void tabAndEscape_data()
-    {
-        QTest::addColumn<bool>("outlined");
-        QTest::newRow("outline") << true;
-        QTest::newRow("none") << false;
-    }
+    void tabAndEscape_data() { test::table({"outline"}, "with an outline\nwithout one"); }
     void tabAndEscape()
     {
-        QFETCH(bool, outlined);
+        QFETCH(QString, outline);
         auto document = std::make_shared<Document>(*sampleDocument());
-        if (!outlined)
+        if (outline == "without one")
             document->outline.clear();
         OpenPreview preview(document);
         preview.window->setPageListVisible(true);
@@ -440,10 +417,9 @@ private Q_SLOTS:
             QVERIFY(preview.child<QLabel>("lblNotice")->text().contains(folder.filePath(file)));
             QVERIFY(preview.child<QToolButton>("cmdOpenSaved")->isVisible());
             QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{file});
-            QFile saved(folder.filePath(file));
-            QVERIFY(saved.open(QIODevice::ReadOnly));
-            QVERIFY(suffix == "Pdf" ? test::pagesOf(saved.fileName()) == Pages
-                                    : saved.readAll().contains("\"Café, \"\"4\"\"\",4\r\n"));
+            const QString saved = folder.filePath(file);
+            QVERIFY(suffix == "Pdf" ? test::pagesOf(saved) == Pages
+                                    : test::contents(saved).contains("\"Café, \"\"4\"\"\",4\r\n"));
         }
     }
 
@@ -463,24 +439,19 @@ private Q_SLOTS:
     /// The paper of the dialog counts: what is too large for it is made smaller, what is smaller stands in the middle.
     void printsOnOtherPaper_data()
     {
-        QTest::addColumn<QPageSize::PageSizeId>("paper");
-        QTest::addColumn<double>("left"); // of the box, as a share of the paper's width
-        QTest::addColumn<double>("width");
-        QTest::newRow("A5") << QPageSize::A5 << 72 / 612. << 468 / 612.;
-        QTest::newRow("A3") << QPageSize::A3 << (842 - 612 + 144) / 2 / 842. << 468 / 842.;
+        // of the green box, as shares of the paper's width
+        test::table({"paper", "left", "width"}, "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558");
     }
     void printsOnOtherPaper()
     {
-        QFETCH(QPageSize::PageSizeId, paper);
-        QFETCH(double, left);
-        QFETCH(double, width);
+        const auto [paper, left, width] = test::cells("paper", "left", "width");
         const QTemporaryDir folder;
         const QString file = folder.filePath("paper.pdf");
         test::printInto(file);
         const std::unique_ptr<QPrinter> printer = defaultPrinter();
         const auto document = sampleDocument(1);
         preparePrinter(*printer, *document);
-        printer->setPageSize(QPageSize(paper));
+        printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
         QVERIFY(printDocument(*printer, *document));
         QProcess convert;
         convert.start("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")});
@@ -491,8 +462,8 @@ private Q_SLOTS:
             for (int x = 0; x < image.width(); ++x)
                 if (image.pixelColor(x, y).green() > 100 && image.pixelColor(x, y).red() < 50)
                     green |= QRect(x, y, 1, 1);
-        QVERIFY(qAbs(green.left() - left * image.width()) <= 1.5);
-        QVERIFY(qAbs(green.width() - width * image.width()) <= 1.5);
+        QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);
+        QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
     }
 
     void printsByTheDialog()

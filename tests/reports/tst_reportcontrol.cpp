@@ -21,11 +21,7 @@ using namespace orlo::reports;
 namespace
 {
 
-const QString GoodReport = "report \"Shopping\"\nsource {\nSelect Name From Items Order By Name\n}\n"
-                           "field {Items.Name} = {Name}\ndetail {\ntext 0 300pt = {Name}\n}\n"
-                           "export {\n\"Name\" = {Name}\n}\nreport-footer {\nsubreport \"Others\" 0\n}\n"
-                           "subreport \"Others\" {\nsource {\nSelect Name From Others\n}\n"
-                           "detail {\ntext 0 300pt = {Name}\n}\n}\n";
+const QString GoodReport = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/tests/reports/Shopping.rpt"));
 
 QWidget* messageWindow()
 {
@@ -54,12 +50,7 @@ class tst_reportcontrol : public QObject
     }
     QString path(const QString& name) const { return m_folder.filePath(name); }
 
-    void write(const QString& name, const QString& text) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
-            qFatal("can't write the file");
-    }
+    void write(const QString& name, const QString& text) const { test::write(path(name), text.toUtf8()); }
     // A report path as a screen builds it: with the program's own separator, in another case than the file's.
     QString report(const QString& text) const
     {
@@ -171,9 +162,7 @@ private Q_SLOTS:
     }
     void tellsWhatIsWrong()
     {
-        QFETCH(QString, find);
-        QFETCH(QString, put);
-        QFETCH(QString, told);
+        const auto [find, put, told] = test::cells("find", "put", "told");
         const auto shopping = control();
         if (find == "report file")
             shopping->setReportFile(path(put));
@@ -246,10 +235,8 @@ private Q_SLOTS:
         const auto put = [&](const QString& text, bool inPlace) {
             if (inPlace)
                 return void(report(text));
-            QFile file(path("new.rpt")); // as many an editor saves
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0);
-            file.close();
-            QVERIFY(QFile::remove(path("Shopping.rpt")) && file.rename(path("Shopping.rpt")));
+            write("new.rpt", text); // as many an editor saves
+            QVERIFY(QFile::remove(path("Shopping.rpt")) && QFile::rename(path("new.rpt"), path("Shopping.rpt")));
         };
         int changes = 0;
         for (const bool inPlace : {true, false, false, true}) {
@@ -281,11 +268,7 @@ private Q_SLOTS:
     }
     void followsWhatItReads()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, file);
-        QFETCH(QString, before);
-        QFETCH(QString, told);
-        QFETCH(QString, after);
+        const auto [text, file, before, told, after] = test::cells("text", "file", "before", "told", "after");
         const auto shopping = control();
         QCOMPARE(shopping->run(), 0);
         PreviewWindow& preview = *shopping->preview();
@@ -310,9 +293,7 @@ private Q_SLOTS:
         const auto shopping = longControl();
         RunProgress::setDelay(0);
         const auto named = [this](const char* title) {
-            QFile file(path("Shopping.rpt"));
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString text = QString::fromUtf8(file.readAll());
+            const QString text = QString::fromUtf8(test::contents(path("Shopping.rpt")));
             report("report \"" + QString(title) + "\"\n" + text.mid(text.indexOf("source")));
         };
         const char* saved = "first";

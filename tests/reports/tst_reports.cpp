@@ -33,30 +33,10 @@ QString textOf(const Document& document, std::size_t first = 0, std::size_t coun
     return text;
 }
 
-// The rows of the full database: table, columns, values.
-constexpr auto People = R"(
-Dens (Den_SID, Den_Number, Den_Name, Den_Type, Active) Values (1, 10, 'Owls', 'Bear', 'Y')
-Dens (Den_SID, Den_Number, Den_Name, Den_Type, Active) Values (2, 9, '', 'Wolf', 'Y')
-Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID) Values (1, 'Zoë', 'Ångström', 'Q', 'Y', 1)
-Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) Values (2, 'Pat', 'O''Neil', 'Y', 2)
-Scouts (Scout_SID, First_Name, Last_Name, Active) Values (3, 'Kim', 'Loner', 'Y')
-Scouts (Scout_SID, First_Name, Last_Name, Active) Values (4, 'Old', 'Gone', 'N')
-Adults (Adult_SID, First_Name, Last_Name, Active, Phone, Email) Values (1, 'Ann', 'Leader', 'Y', '555-02', 'ann@x.org')
-Adults (Adult_SID, First_Name, Last_Name, Active) Values (2, 'Carl', 'Helper', 'Y')
-Leader_Den_Assignments (Adult_SID, Den_SID, Den_Title, Sort_Order) Values (1, 1, 'Den Leader', 1)
-Leader_Den_Assignments (Adult_SID, Den_SID) Values (1, 2)
-Insignias (Insignia_SID, Insignia_Name, Insignia_Type, Description) Values (1, 'Archery', 'Belt Loop', 'Hit the mark.')
-Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values (2, 'Bobcat', 'Rank Advancement')
-Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Quantity) Values (1, 1, #6/7/2004#, 3)
-Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) Values (1, 2, #7/1/2004#)
-Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) Values (2, 99, #6/8/2004#)
-Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) Values (4, 1, #6/7/2004#)
-Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned) Values (1, 1, #6/7/2004#)
-Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned) Values (2, 2, #6/7/2004#)
-Purchase_List (Award_Name, Insignia_Type, Quantity) Values ('Archery', 'Belt Loop', 4)
-Purchase_List (Quantity) Values (3))";
-
-const QString Names = QStringLiteral("source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
+QByteArray fileOf(const QString& name)
+{
+    return test::contents(ORLO_SOURCE_DIR "/tests/reports/" + name);
+}
 
 } // namespace
 
@@ -94,12 +74,8 @@ private Q_SLOTS:
         platform::setToday(QDate(2026, 11, 24));
         m_full = store::DBEngine::createDatabase(m_dir.filePath("full.mdb"));
         store::createSchema(*m_full);
-        for (const QString& row : QString::fromUtf8(People).split(u'\n', Qt::SkipEmptyParts))
-            m_full->execute("Insert Into " + row);
-        m_full->execute("Update Scouts Set Birth_Date = #3/5/1996# Where Scout_SID = 1");
-        m_full->execute("Update Scouts Set Birth_Date = #1/1/1001# Where Scout_SID = 2");
-        m_full->execute("Update Scouts Set Birth_Date = #1/20/1997# Where Scout_SID = 3");
-        m_full->execute("Update Adults Set Assigned_Den_SID = 7 Where Adult_SID = 1");
+        for (const QByteArray& row : fileOf("pack.sql").trimmed().split('\n'))
+            m_full->execute(QString::fromUtf8(row));
     }
 
     /// The rows that a formula selects, in shipped reports and in one of the test's own ($). What goes into the query
@@ -130,72 +106,22 @@ private Q_SLOTS:
     }
     void selects()
     {
-        QFETCH(QString, formula);
-        QFETCH(QString, report);
-        const QString own =
-            "source {\nSelect S.Last_Name, S.First_Name & ' ' & S.Last_Name As Whole_Name, S.Assigned_Den_SID As Den, "
-            "IIf(S.Scout_SID = 1, 'Many', 'Few') As Kind, 1 / (S.Scout_SID * 1.0) As Share, S.Scout_SID = 1 As Many, "
-            "A.Date_Assigned As Given From Scouts As S Left Join Assigned_Awards_Scouts As A "
-            "On A.Scout_SID = S.Scout_SID\n}\nsort {Last_Name}\nsort {Given}\n";
-        report = report == "$" ? own : report + ".rpt";
+        auto [formula, report] = test::cells("formula", "report");
+        report = report == "$" ? fileOf("selected.rpt") : report + ".rpt";
         const Document inQuery = runText(report, formula);
         QTEST(QString::number(inQuery.rows.size()), "rows");
         QCOMPARE(csvText(inQuery), csvText(runText(report, QStringLiteral("(%1) or Length(\"\") = 2").arg(formula))));
     }
 
-    // $ stands for a source of four lines.
-    void tellsWhereADefinitionIsWrong_data()
-    {
-        test::table({"text", "failure"}, R"(
-                                                                    | 3075 at 1, 1
-            report "x"\n                                            | 3075 at 2, 1
-            $  colour red\n                                         | 3075 at 5, 3
-            $detail {\n row 3pt {\n }\n}\n                          | 3075 at 6, 6
-            $detail {\n text 0 huge = 1\n}\n                        | 3075 at 6, 9
-            $detail {\n text 0 = 1 + \n}\n                          | 3075 at 6, 15
-            $let {X} = 1 + \\n  )\n                                 | 3075 at 6, 3
-            $detail {\n space 4\n}\n                                | 3075 at 6, 9
-            $detail {\n space 400in\n}\n                            | 3075 at 6, 8
-            $detail {\n                                             | 3075 at 6, 1
-            source {\nSelect 1\n                                    | 3075 at 3, 1
-            $}\n                                                    | 3075 at 5, 1
-            $detail {\n} x\n                                        | 3075 at 6, 1
-            $subreport "S" {\n$}\nsubreport "s" {\n$}\n             | 3075 at 11, 15
-            $subreport "S" {\npaper a4\n}\n                         | 3075 at 6, 7
-            $group "G" {\n}\n                                       | 3075 at 6, 2
-            $detail {\n text 0 = {Last_Name}\n text 0 = {Shoe}\n}\n | 3061 at 7, 11
-            # x\nsource {\nSelect Shoe From Scouts\n}\n             | 3061 at 3, 8
-            source {\nSelect * From Shoes\n}\n                      | 3078 at 2, 15
-            source slot 5 {\nSelect * From Shoes\n}\n               | 3024 at 1, 8
-            $detail {\n text 0 = PageNumber\n}\n                    | 3075 at 6, 11
-            $detail {\n subreport "None"\n}\n                       | 3061 at 6, 12
-            $detail {\n text 0 = Count("None")\n}\n                 | 3061 at 6, 11
-            $let {A} = {B}\nlet {B} = 1\n                           | 3061 at 5, 11
-            $let {last_name} = 1\n                                  | 3075 at 5, 5
-            source {\nSelect Foo(1) From Scouts\n}\n               | 3075 at 2, 8
-            $include "none.inc"\n                                   | 53 at 5, 9
-            $include "../pack.inc"\n                                | 3075 at 5, 9
-            $sort Count()\n                                         | 3075 at 5, 6
-            $let {C} = Count()\nunique {C}\n                         | 3075 at 5, 11
-            $detail {\n text 0 = Count("Page")\n}\n                 | 3075 at 6, 11
-            $let {P} = PageNumber\ndetail {\n text 0 = {P}\n}\n      | 3075 at 5, 11
-            $detail {\n text 0 (if true then "no") = 1\n}\n         | 3061 at 6, 10
-            $style x color "blau"\n                                 | 3075 at 5, 15
-            $headings columns 2 {\n}\n                              | 3075 at 5, 10
-            $detail columns 2 {\n subreport "S"\n}\n               | 3075 at 6, 2
-            $group "G" {\nby 1\n}\nexport {\n"A" = Sum(1, "G")\n}\n | 3075 at 9, 7
-            $export {\n"A" = GroupNumber\n}\n                      | 3075 at 6, 7
-            $let {S} = Count()\nnothing {\n text 0 = Previous({S})\n}\n | 3075 at 5, 11
-            $sort OnFirstRecord\n                                   | 3075 at 5, 6
-            $let {N} = ToNumber({Last_Name})\ndetail {\n text 0 = {N}\n}\n | 13 at 5, 11
-        )");
-    }
+    void tellsWhereADefinitionIsWrong_data() { test::cases({"text", "failure"}, "reports/faults.txt"); }
     void tellsWhereADefinitionIsWrong()
     {
         QFETCH(QString, text);
-        const auto error = test::failureOf<ReportError>([&] { return runText(text.replace(u'$', Names)); });
+        text.replace("$\n", "source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
+        const auto error = test::failureOf<ReportError>([&] { return runText(text); });
         const Place at = error ? error->place() : Place();
-        QTEST(error ? QStringLiteral("%1 at %2, %3").arg(error->number()).arg(at.line).arg(at.column) : "", "failure");
+        QTEST(error ? QStringLiteral("%1 at %2, %3\n").arg(error->number()).arg(at.line).arg(at.column) : "",
+              "failure");
     }
 
     /// Page ranges, and the first page ahead of the others, are those of the whole; a cancelled run gives nothing.
@@ -234,16 +160,7 @@ private Q_SLOTS:
 
     void laysOutAListOfItsOwnOnOnePage()
     {
-        const QString source = "source {\nSelect First_Name, Last_Name, MI From Scouts\n}\n";
-        const Document document = runText(
-            "# remark\r\nreport \"The \"\"List\"\"\"\npaper letter landscape\nmargins left 1in top 12mm\n"
-            "style big 14pt\n" +
-            source +
-            "let {Long} = {Last_Name} & \\\n \"{\"\nsort descending {Last_Name}\n"
-            "detail {\nrow below 110pt {\ntext 2in big = {Long}\n}\n}\nreport-footer {\ntext 0 = Count({MI}) & \"/\" & "
-            "Count()\nsubreport \"S\"\n}\nsubreport "
-            "\"s\" {\n" +
-            source + "detail if {First_Name} <> \"Kim\" {\ntext 0 = {First_Name}\nspace 20pt\n}\n}\n");
+        const Document document = runText(fileOf("list.rpt").replace('\n', "\r\n"));
         QCOMPARE(document.title, "The \"List\"");
         QCOMPARE(document.paper, QSizeF(792, 612));
         QCOMPARE(textOf(document, 0, 1), "O'Neil{\nLoner{\nGone{\nÅngström{\n1/4\n");
@@ -253,46 +170,7 @@ private Q_SLOTS:
         QCOMPARE(document.fonts.at(std::size_t(first.font)).pointSizeF(), 14.0);
     }
 
-    /// What stands in a report's text, and the texts of its first page.
-    void printsWhatItSays_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("page");
-        QTest::newRow("named source, without rows too") << "source {\nSelect 1 As N From Scouts Where 1 = 0\n}\nsource "
-                                                           "\"Pack\" {\nSelect 7 As Num\n}\nlet {X} = {pack.num} "
-                                                           "+ 1\npage-header {\ntext 0 = {X}\n}\n"
-                                                        << "8\n";
-        QTest::newRow("the last of two of a name")
-            << "source {\nSelect 1 As N\n}\nsource \"Pack\" {\nSelect 7 As Num\n}\nlet {X} = {Pack.Num}\nsource "
-               "\"pack\" "
-               "{\nSelect 8 As Num\n}\nlet {x} = {X} & \"!\"\ndetail {\ntext 0 = {X}\nsubreport \"A\"\nsubreport "
-               "\"B\"\n}\nsubreport \"A\" {\nsource {\nSelect 1 As N\n}\nsource \"Pack\" {\nSelect 9 As Num\n}\n"
-               "detail {\ntext 0 = {Pack.Num}\n}\n}\nsubreport \"B\" {\nsource {\nSelect 1 As N\n}\ndetail {\ntext 0 = "
-               "{Pack.Num}\n}\n}\n"
-            << "8!\n9\n8\n";
-        const QString awards =
-            "source {\nSelect Scout_SID As S, IIf(IsNull(Quantity), 1, Quantity) As Q From "
-            "Assigned_Awards_Scouts\n}\ngroup \"G\" {\nby {S}\nsort descending Sum({Q})\n%1header {\ntext 0 = "
-            "GroupNumber & \": \" & Sum({Q}) & \" of \" & Sum({Q}, \"Report\")\n}\n}\n";
-        QTest::newRow("groups by their sums") << awards.arg(QString()) << "1: 4 of 6\n2: 1 of 6\n3: 1 of 6\n";
-        QTest::newRow("first group") << awards.arg("top 1\n") << "1: 4 of 4\n";
-        QTest::newRow("running and neighbours")
-            << "source {\nSelect Den_Number As N From Dens\n}\nsort {N}\ndetail {\ntext 0 = RunningSum({N}) & \"/\" & "
-               "RunningCount() & \"/\" & Previous({N}) & \"/\" & Next({N}) & OnLastRecord & Median({N})\n}\n"
-            << "9/1//10False9.5\n19/2/9/True9.5\n";
-        QTest::newRow("columns")
-            << "source {\nSelect Den_Number As N From Dens\n}\nsort {N}\ndetail columns 2 gap 1in {\ntext 0 "
-               "= {N}\n}\npage-footer {\ntext 0 = Sum({N}, \"Page\")\n}\n"
-            << "9\n10\n19\n";
-        QTest::newRow("joined lookup")
-            << "source {\nSelect 1 As A\n}\nlookup {A} = {K} joined {\nSelect 1 As K, Den_Type From Dens Order By "
-               "Den_Number\n}\ndetail {\ntext 0 = {Den_Type}\n}\n"
-            << "Wolf, Bear\n";
-        QTest::newRow("blocks side by side")
-            << "source {\nSelect 1 As A\n}\ndetail {\nrow {\nrows {\nrow {\ntext 0 = \"a\"\n}\nrow "
-               "{\ntext 0 = \"b\"\n}\n}\nrows 2in {\nrow {\ntext 0 = \"c\"\n}\n}\n}\n}\n"
-            << "a\nb\nc\n";
-    }
+    void printsWhatItSays_data() { test::cases({"text", "page"}, "reports/printed.txt"); }
     void printsWhatItSays()
     {
         QFETCH(QString, text);
@@ -304,8 +182,7 @@ private Q_SLOTS:
     void includesAndWarns()
     {
         const auto write = [&](const QString& name, const QByteArray& bytes) {
-            QFile file(m_dir.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0);
+            test::write(m_dir.filePath(name), bytes);
         };
         write("style.inc", "style big font \"No Such\" 20pt color navy\npage-header {\ntext 0 big = {Head\xE9}\n}\n");
         write("own.rpt",
@@ -361,16 +238,12 @@ private Q_SLOTS:
                     return text;
                 };
                 QCOMPARE(before.count(marked(u'-')), 1);
-                QFile file(path);
-                QVERIFY(file.open(QIODevice::WriteOnly));
-                file.write(QString(before).replace(marked(u'-'), marked(u'+')).toUtf8());
+                test::write(path, QString(before).replace(marked(u'-'), marked(u'+')).toUtf8());
                 if (path.endsWith(".rpt"))
                     wanted.reportFile = path;
             } else if (kind == "rpt") {
                 wanted.reportFile = folder.filePath("new.rpt");
-                QFile file(wanted.reportFile);
-                QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-                file.write(lines.join(u'\n').toUtf8());
+                test::write(wanted.reportFile, lines.join(u'\n').toUtf8());
             }
             const Document document = *run(wanted);
             QVERIFY2(document.warnings.isEmpty(), qPrintable(document.warnings.join(u'\n')));
@@ -420,13 +293,11 @@ private Q_SLOTS:
         RunRequest many = request("PurchaseList.rpt");
         QTemporaryDir folder;
         many.reportFile = folder.filePath("many.rpt");
-        QFile file(many.reportFile);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("report \"Many\"\nsource slot 0 {\nSelect A.Last_Name, B.Last_Name As B, C.Last_Name As C From "
-                   "Scouts As A, "
-                   "Scouts As B, Scouts As C, Scouts As D, Scouts As E, Scouts As F\n}\nsort {C}\ndetail {\ntext 0 = "
-                   "{B}\n}\n");
-        file.close();
+        test::write(
+            many.reportFile,
+            "report \"Many\"\nsource slot 0 {\nSelect A.Last_Name, B.Last_Name As B, C.Last_Name As C From Scouts "
+            "As A, Scouts As B, Scouts As C, Scouts As D, Scouts As E, Scouts As F\n}\nsort {C}\ndetail {\n"
+            "text 0 = {B}\n}\n");
         QList<int> told;
         const auto document = run(many, [&](int done, int total) {
             told << done * 100 / total;
@@ -455,15 +326,7 @@ private Q_SLOTS:
         QCOMPARE(csvText(quoting), QStringLiteral("\"a,b\",\"say \"\"x\"\"\"\r\n\"two\nlines\",é\r\n"));
 
         // What a spreadsheet would compute is a text, telephone numbers stay; subreports follow, each row with its own.
-        const Document blocks = runText("source {\nSelect Scout_SID, Last_Name From Scouts Where Scout_SID < 3\n}\n"
-                                        "export {\n\"Name\" = {Last_Name}\n\"Text\" = \"@x\"\n}\n"
-                                        "detail {\nsubreport \"Own\"\nsubreport \"All\"\n}\n"
-                                        "subreport \"Own\" {\nsource {\nSelect Scout_SID As S From Scouts\n}\n"
-                                        "link {S} = {Scout_SID}\nexport {\n\"No\" = \"=1+\" & {S}\n}\n"
-                                        "subreport \"Deep\" {\nsource {\nSelect Scout_SID As T From Scouts\n}\n"
-                                        "link {T} = {S}\n}\n}\n"
-                                        "subreport \"All\" {\nsource {\nSelect \"+1 555\" As Phone From Scouts Where "
-                                        "Scout_SID = 1\n}\n}\n");
+        const Document blocks = runText(fileOf("blocks.rpt"));
         const QString first = blocks.rows[0][0];
         const QString csv = csvText(blocks);
         QVERIFY2(csv.startsWith("Name,Text\r\n" + first + ",'@x\r\n"), qPrintable(csv));

@@ -1,9 +1,12 @@
 #pragma once
 
-#include "support/Main.h"
+#include "support/Files.h"
 
 #include <QMap>
+#include <QRegularExpression>
 #include <QTest>
+
+#include <array>
 
 namespace orlo::test
 {
@@ -29,6 +32,31 @@ inline void table(std::initializer_list<const char*> columns, const char* lines)
 inline QString cell(const char* column)
 {
     return *static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
+}
+
+/// Makes columns of texts and a row of data for each case of a text file: "= " and its name on a line, the lines of the
+/// first cell, and each further cell from a line's "-- " on. Cells keep their lines' ends.
+inline void cases(std::initializer_list<const char*> columns, const QString& file)
+{
+    for (const char* column : columns)
+        QTest::addColumn<QString>(column);
+    static const QRegularExpression mark(QStringLiteral("^-- "), QRegularExpression::MultilineOption);
+    const QString text = QString::fromUtf8(contents(QStringLiteral(ORLO_SOURCE_DIR "/tests/") + file));
+    for (const QString& one : text.split(QStringLiteral("\n= ")).mid(1)) {
+        const QStringList cells = one.section(u'\n', 1).split(mark);
+        if (cells.size() != qsizetype(columns.size()))
+            fail(QString::number(cells.size()) + QStringLiteral(" cells: ") + one);
+        QTestData& row = QTest::newRow(one.section(u'\n', 0, 0).toUtf8().constData());
+        for (const QString& text : cells)
+            row << text;
+    }
+}
+
+/// The texts of the row of data in these columns.
+template <class... Column>
+std::array<QString, sizeof...(Column)> cells(const Column&... columns)
+{
+    return {cell(columns)...};
 }
 
 /// Compares what was seen with the columns of the row of data that have these names.
