@@ -14,7 +14,11 @@ namespace
 
 Display* server = nullptr;
 
-// Counts the events that the program gets, by X's numbers, before it does anything about them.
+constexpr int CorePointer = 2; // the server's number for the pointer that all mice move
+
+// Counts the events that the program gets, by X's numbers, before it does anything about them. The server tells of the
+// mouse twice: of the device at once, and of the pointer, which is what Qt goes by, as soon as the window manager,
+// which looks at each press first, lets it through.
 struct Counter : QAbstractNativeEventFilter {
     std::atomic<int> of[LASTEvent] = {};
 
@@ -23,7 +27,8 @@ struct Counter : QAbstractNativeEventFilter {
         const auto* bytes = static_cast<const unsigned char*>(message);
         const int type = bytes[0] & 0x7F; // the first bit tells of events that another client sent
         const int number = type == GenericEvent ? bytes[8] | bytes[9] << 8 : type;
-        if (number < LASTEvent) // extensions' events have numbers beyond
+        const bool devices = type == GenericEvent && (bytes[10] | bytes[11] << 8) != CorePointer;
+        if (number < LASTEvent && !devices) // extensions' events have numbers beyond
             ++of[number];
         return false;
     }
@@ -97,11 +102,17 @@ void strike(const QString& word)
     strikeKeys(keysOf(word));
 }
 
-void hold(const QString& key)
+void hold(const QString& word)
 {
-    const KeySym held = keysOf(key).last();
-    send(KeyPress, 10, [=] { change(held, true); });
-    send(KeyRelease, 1, [=] { change(held, false); });
+    const QList<KeySym> keys = keysOf(word);
+    send(KeyPress, static_cast<int>(keys.size()) + 9, [&] {
+        for (const KeySym key : keys)
+            change(key, true);
+    });
+    send(KeyRelease, static_cast<int>(keys.size()), [&] {
+        for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+            change(*key, false);
+    });
 }
 
 void type(const QString& text)

@@ -58,8 +58,8 @@ public:
 [[nodiscard]] bool areKeys(const QString& word);
 /// Presses and releases the keys of such a word.
 void strike(const QString& word);
-/// Holds the key until it came ten times.
-void hold(const QString& key);
+/// Holds the last of the keys until it came ten times.
+void hold(const QString& word);
 /// Types a text of Latin-1.
 void type(const QString& text);
 

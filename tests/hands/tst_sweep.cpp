@@ -15,6 +15,18 @@ using namespace orlo;
 namespace
 {
 
+struct Child {
+    QString name;
+    void (*show)();
+    void (*unload)();
+};
+
+template <class F>
+Child child()
+{
+    return {F::staticMetaObject.className(), widgets::Instance<F>::show, widgets::Instance<F>::unload};
+}
+
 // Scrolls whatever holds the widget until it can be seen, as far as that goes.
 void bring(const QWidget& widget)
 {
@@ -56,98 +68,81 @@ class tst_sweep : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void everyWindow_data() { test::addWindows(); }
-    void everyWindow();
-    void everyPair();
-};
-
-void tst_sweep::initTestCase()
-{
-    QFont font = QApplication::font();
-    if (const int size = qEnvironmentVariableIntValue("ORLO_TEST_LETTERS"))
-        font.setPointSize(size);
-    QApplication::setFont(font);
-}
-
-void tst_sweep::everyWindow()
-{
-    QFETCH(test::Open, open);
-    const test::AppFolder folder;
-    test::prepareForWindows();
-    QStringList faults;
-    QVERIFY(test::openAndLook(open, [&](QWidget& shown) {
-        QCoreApplication::processEvents();
-        faults += faultsOf(shown);
-    }));
-    faults.removeDuplicates();
-    QCOMPARE(faults.join(", "), QString());
-}
-
-// Each child window opened while another one is normal, minimised or maximised. With seven windows, a round for each
-// length of step comes to all pairs.
-void tst_sweep::everyPair()
-{
-    const test::AppFolder folder;
-    test::prepareForWindows();
-    auto& area = test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea");
-    struct Child {
-        const char* name;
-        void (*show)();
-        void (*unload)();
-    };
-    const Child forms[] = {
-        {"frmScouts", widgets::Instance<frmScouts>::show, widgets::Instance<frmScouts>::unload},
-        {"frmAdults", widgets::Instance<frmAdults>::show, widgets::Instance<frmAdults>::unload},
-        {"frmDenInfo", widgets::Instance<frmDenInfo>::show, widgets::Instance<frmDenInfo>::unload},
-        {"frmInsigniaInfo", widgets::Instance<frmInsigniaInfo>::show, widgets::Instance<frmInsigniaInfo>::unload},
-        {"frmPackInformation", widgets::Instance<frmPackInformation>::show,
-         widgets::Instance<frmPackInformation>::unload},
-        {"frmPackDenPositions", widgets::Instance<frmPackDenPositions>::show,
-         widgets::Instance<frmPackDenPositions>::unload},
-        {"frmAssignInsignias", widgets::Instance<frmAssignInsignias>::show,
-         widgets::Instance<frmAssignInsignias>::unload}};
-    const auto settle = [] { QTest::qWait(1); };
-    QStringList faults;
-    for (auto state : {&QWidget::showNormal, &QWidget::showMinimized, &QWidget::showMaximized}) {
-        for (std::size_t step = 1, at = 0, next = 0; step < 7; ++step)
-            do {
-                forms[at].show();
-                auto* below = area.currentSubWindow();
-                const QString name = forms[at].name;
-                if (state != &QWidget::showMaximized || (below->windowFlags() & Qt::WindowMaximizeButtonHint))
-                    (below->*state)();
-                settle();
-                next = (at + step) % 7;
-                forms[next].show();
-                settle();
-                QStringList found;
-                (void)QTest::qWaitFor( // a window takes its place once its contents have been shown
-                    [&] {
-                        auto* window = area.currentSubWindow();
-                        const bool framed = window->widget()->y() > 0;
-                        found = faultsOf(*window->widget());
-                        if (window->isMinimized() || !(framed || window->widget()->size() == area.viewport()->size()))
-                            found += "without a border";
-                        if (below->isMinimized() && !area.viewport()->rect().contains(below->geometry()))
-                            found += "the minimised one out of reach";
-                        return found.isEmpty();
-                    },
-                    1000);
-                for (const QString& fault : std::as_const(found))
-                    faults += QString("%1 over %2: %3").arg(forms[next].name, name, fault);
-                forms[at].unload();
-                settle();
-                at = next;
-            } while (at != 0);
-        widgets::Form::unloadAll();
-        settle();
+    void initTestCase()
+    {
+        QFont font = QApplication::font();
+        if (const int size = qEnvironmentVariableIntValue("ORLO_TEST_LETTERS"))
+            font.setPointSize(size);
+        QApplication::setFont(font);
     }
-    faults.removeDuplicates();
-    for (const QString& fault : std::as_const(faults))
-        qWarning("%s", qPrintable(fault));
-    QCOMPARE(faults.size(), 0);
-}
+
+    void everyWindow_data() { test::addWindows(); }
+    void everyWindow()
+    {
+        QFETCH(test::Open, open);
+        const test::AppFolder folder;
+        test::prepareForWindows();
+        QStringList faults;
+        QVERIFY(test::openAndLook(open, [&](QWidget& shown) {
+            QCoreApplication::processEvents();
+            faults += faultsOf(shown);
+        }));
+        faults.removeDuplicates();
+        QCOMPARE(faults.join(", "), QString());
+    }
+
+    // Each child window opened while another one is normal, minimised or maximised. With seven windows, a round for
+    // each length of step comes to all pairs.
+    void everyPair()
+    {
+        const test::AppFolder folder;
+        test::prepareForWindows();
+        auto& area = test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea");
+        const Child forms[] = {child<frmScouts>(),         child<frmAdults>(),          child<frmDenInfo>(),
+                               child<frmInsigniaInfo>(),   child<frmPackInformation>(), child<frmPackDenPositions>(),
+                               child<frmAssignInsignias>()};
+        const auto settle = [] { QTest::qWait(1); };
+        QStringList faults;
+        for (auto state : {&QWidget::showNormal, &QWidget::showMinimized, &QWidget::showMaximized}) {
+            for (std::size_t step = 1, at = 0, next = 0; step < 7; ++step)
+                do {
+                    forms[at].show();
+                    auto* below = area.currentSubWindow();
+                    if (state != &QWidget::showMaximized || (below->windowFlags() & Qt::WindowMaximizeButtonHint))
+                        (below->*state)();
+                    settle();
+                    next = (at + step) % 7;
+                    forms[next].show();
+                    settle();
+                    QStringList found;
+                    (void)QTest::qWaitFor( // a window takes its place once its contents have been shown
+                        [&] {
+                            auto* window = area.currentSubWindow();
+                            const bool framed = window->widget()->y() > 0;
+                            found = faultsOf(*window->widget());
+                            if (window->isMinimized() ||
+                                !(framed || window->widget()->size() == area.viewport()->size()))
+                                found += "without a border";
+                            if (below->isMinimized() && !area.viewport()->rect().contains(below->geometry()))
+                                found += "the minimised one out of reach";
+                            return found.isEmpty();
+                        },
+                        1000);
+                    for (const QString& fault : std::as_const(found))
+                        faults += QString("%1 over %2: %3").arg(forms[next].name, forms[at].name, fault);
+                    forms[at].unload();
+                    settle();
+                    at = next;
+                } while (at != 0);
+            widgets::Form::unloadAll();
+            settle();
+        }
+        faults.removeDuplicates();
+        for (const QString& fault : std::as_const(faults))
+            qWarning("%s", qPrintable(fault));
+        QCOMPARE(faults.size(), 0);
+    }
+};
 
 ORLO_TEST(tst_sweep)
 

@@ -28,14 +28,6 @@ using namespace orlo;
 namespace
 {
 
-constexpr auto People = R"(
-INSERT INTO Dens (Den_SID, Den_Number, Den_Type, Active) VALUES (3, 8, 'Wolf', 'Y'), (5, 2, 'Bear', 'Y'),
-  (6, 1, 'Tiger', 'N');
-INSERT INTO Scouts (Scout_SID, First_Name, Last_Name, MI, Active) VALUES (12, 'Jo ', 'Wu', 'Q', 'Y'),
-  (7, 'Al', 'Lee', NULL, 'Y'), (1, 'Old', 'Gone', NULL, 'N');
-INSERT INTO Adults (Adult_SID, First_Name, Last_Name, MI, Active) VALUES (12, 'Carl', 'Helper', 'X', 'N'),
-  (4, 'Ann', 'Ito', 'B', 'Y');)";
-
 QByteArray script(const QString& name)
 {
     return test::contents(ORLO_SOURCE_DIR "/tests/reportscreens/" + name);
@@ -54,13 +46,16 @@ struct Screen {
         return {widgets::Instance<F>::get()};
     }
     template <class W = QWidget>
-    W& get(const QString& name) const
+    W& get(const char* name) const
     {
-        return test::control<W>(form, name.toLatin1().constData());
+        return test::control<W>(form, name);
     }
     widgets::ComboBox& box(const char* name) const { return get<widgets::ComboBox>(name); }
     QLineEdit& field(const char* name) const { return get<QLineEdit>(name); }
-    void click(const QString& button) const { QTest::mouseClick(&get(button), Qt::LeftButton, {}, QPoint(8, 8)); }
+    void click(const QString& button) const
+    {
+        QTest::mouseClick(&get(button.toUtf8().constData()), Qt::LeftButton, {}, {8, 8});
+    }
     void print() const { click(form.findChild<QWidget*>("cmdPrintList") ? "cmdPrintList" : "cmdPrint"); }
     void view() const { click(form.findChild<QWidget*>("cmdPreviewList") ? "cmdPreviewList" : "cmdView"); }
     /// The chosen entry and all entries of a list.
@@ -93,7 +88,7 @@ private Q_SLOTS:
     {
         platform::setToday(QDate(2026, 2, 14));
         m_folder = std::make_unique<test::AppFolder>();
-        test::fill(People);
+        test::fill(script("people.sql"));
         const QDir files(QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files"));
         for (const QString& file : files.entryList({"*.rpt", "*.inc"}))
             QVERIFY(QFile::copy(files.filePath(file), m_folder->path() + u'/' + file));
@@ -156,9 +151,7 @@ private Q_SLOTS:
     }
     void setsTheReport()
     {
-        QFETCH(QString, run);
-        QFETCH(QString, clicks);
-        QFETCH(QString, title);
+        auto [run, clicks, title] = test::cells("run", "clicks", "title");
         title.replace("@", "Assigned Awards  for Date: 2/14/2026");
         const Screen screen = Dialogs[run.section(u' ', 0, 0)]();
         reports::ReportControl& report = screen.report;
@@ -219,10 +212,7 @@ frmCreatePurchaseList |cmdCreate|Purchase List;Awards and other items to buy|#
     }
     void printsWhatTheDatabaseHolds()
     {
-        QFETCH(QString, run);
-        QFETCH(QString, clicks);
-        QFETCH(QString, heading);
-        QFETCH(QString, nothing);
+        auto [run, clicks, heading, nothing] = test::cells("run", "clicks", "heading", "nothing");
         nothing
             .replace("@", "There are no active adults. Positions of the Pack "
                           "No active adult holds a position of the pack.")
@@ -294,9 +284,7 @@ Adults;*;Bear Den 2;3;#;|[Den] = 5 and [Date] <= Date #|(for Bear Den 2 for Date
     }
     void selects()
     {
-        QFETCH(QString, criteria);
-        QFETCH(QString, formula);
-        QFETCH(QString, title);
+        auto [criteria, formula, title] = test::cells("criteria", "formula", "title");
         const QStringList chosen = criteria.replace("*", "<All>").replace("#", "6/7/2004").split(u';');
         const QString& people = chosen[0];
         formula.replace("#", "( 2004, 06, 07)").replace("[Date]", "{Assigned_Awards_" + people + ".Date_Assigned}");

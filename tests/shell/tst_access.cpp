@@ -138,34 +138,27 @@ class tst_access : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyWindow_data();
-    void everyWindow();
+    void everyWindow_data() { test::addWindows(); }
+    void everyWindow()
+    {
+        QFETCH(test::Open, open);
+        QFont large = QApplication::font(); // what fits in large letters fits in small ones
+        large.setPointSize(16);
+        QApplication::setFont(large);
+        const test::AppFolder folder;
+        test::prepareForWindows();
+        QStringList faults;
+        QVERIFY(test::openAndLook(open, [&](QWidget& form) {
+            for (const QColor colour : {QColor(45, 47, 51), QColor(239, 239, 239)}) {
+                QApplication::setPalette(colour);
+                QTest::qWait(1);
+                faults += faultsOf(form);
+            }
+        }));
+        faults.removeDuplicates();
+        QCOMPARE(faults.join(", "), QString());
+    }
 };
-
-void tst_access::everyWindow_data()
-{
-    test::addWindows();
-}
-
-void tst_access::everyWindow()
-{
-    QFETCH(test::Open, open);
-    QFont large = QApplication::font(); // what fits in large letters fits in small ones
-    large.setPointSize(16);
-    QApplication::setFont(large);
-    const test::AppFolder folder;
-    test::prepareForWindows();
-    QStringList faults;
-    QVERIFY(test::openAndLook(open, [&](QWidget& form) {
-        for (const QColor colour : {QColor(45, 47, 51), QColor(239, 239, 239)}) {
-            QApplication::setPalette(colour);
-            QTest::qWait(1);
-            faults += faultsOf(form);
-        }
-    }));
-    faults.removeDuplicates();
-    QCOMPARE(faults.join(", "), QString());
-}
 
 ORLO_TEST(tst_access)
 

@@ -51,8 +51,7 @@ private Q_SLOTS:
     }
     void listForm()
     {
-        QFETCH(QString, people);
-        QFETCH(QString, script);
+        const auto [people, script] = test::cells("people", "script");
         const test::AppFolder folder;
         test::fill("Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 1, 'Wolf', 'Y');"
                    "With k(i) As (Values(1), (2), (3)) Insert Into Scouts (Scout_SID, Last_Name, Active) "

@@ -27,35 +27,29 @@ private Q_SLOTS:
     }
     void steps()
     {
-        QFETCH(QString, records);
-        QFETCH(QString, steps);
+        const auto [records, steps] = test::cells("records", "steps");
         const test::AppFolder folder;
         for (int key = 1; key <= records.toInt(); ++key)
             test::fill("Insert Into Dens (Den_SID) Values (" + QString::number(key) + ")");
         RecordWalk walk;
         walk.openRecords("Select Den_SID From Dens Order by Den_SID");
+        const auto told = [](const RecordWalk::Ways& ways) {
+            const auto sign = [](std::optional<bool> way) { return !way ? '=' : *way ? '+' : '-'; };
+            return QString(sign(ways.back)) + sign(ways.ahead);
+        };
         QString settled;
-        const auto sign = [](std::optional<bool> way) { return !way ? '=' : *way ? '+' : '-'; };
-        for (const QString& step : steps.split(' ')) {
-            if (step == "s") {
-                const RecordWalk::Ways ways = walk.settle();
-                settled = QString(sign(ways.back)) + sign(ways.ahead);
-            } else if (step == "F")
-                walk.stepToFirst();
-            else if (step == "P")
-                walk.stepToPrevious();
-            else if (step == "N")
-                walk.stepToNext();
-            else if (step == "L")
-                walk.stepToLast();
-            else
-                walk.goTo(step.toInt());
-        }
-        const RecordWalk::Ways ways = walk.ways();
+        const QMap<QString, std::function<void()>> does{{"s", [&] { settled = told(walk.settle()); }},
+                                                        {"F", [&] { walk.stepToFirst(); }},
+                                                        {"P", [&] { walk.stepToPrevious(); }},
+                                                        {"N", [&] { walk.stepToNext(); }},
+                                                        {"L", [&] { walk.stepToLast(); }},
+                                                        {"2", [&] { walk.goTo(2); }}};
+        for (const QString& step : steps.split(' '))
+            does[step]();
         QTEST(QString::number(walk.recordIndex()), "place");
         QTEST(walk.mRecordCount ? walk.rsRecords->value(u"Den_SID").toText() : QString("none"), "record");
         QTEST(settled, "settled");
-        QTEST(QString(sign(ways.back)) + sign(ways.ahead), "ways");
+        QTEST(told(walk.ways()), "ways");
     }
 
     // What a find adds " and " to is left with it where neither view nor den follow.
@@ -73,9 +67,7 @@ private Q_SLOTS:
     }
     void criteria()
     {
-        QFETCH(QString, start);
-        QFETCH(QString, view);
-        QFETCH(QString, den);
+        const auto [start, view, den] = test::cells("start", "view", "den");
         const PeopleFilter filter{PeopleFilter::View(view.toInt()), den};
         QTEST(filter.BuildViewCriteria(start).trimmed(), "criteria");
     }

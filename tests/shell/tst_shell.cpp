@@ -8,22 +8,13 @@
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
+#include "support/RecordScreen.h"
 #include "support/Table.h"
-#include "support/TestApp.h"
 #include "widgets/Calendar.h"
 #include "widgets/MessageBox.h"
 
-#include <QDesktopServices>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenuBar>
-#include <QPlainTextEdit>
-#include <QProcess>
-#include <QPushButton>
-#include <QSpinBox>
-#include <QToolButton>
+#include <QtTest/QtTest>
+#include <QtWidgets/QtWidgets>
 
 using namespace orlo;
 
@@ -51,23 +42,17 @@ public:
     QList<QUrl> pages;
 };
 
-// What dlgError shows, read and dismissed while it waits.
-struct ErrorShown {
-    QString text, type, number, source, description;
-};
-
-std::shared_ptr<ErrorShown> dismissErrorDialog()
+// What dlgError shows, by its fields' names, read and dismissed while it waits.
+std::shared_ptr<QMap<QString, QString>> dismissErrorDialog()
 {
-    auto seen = std::make_shared<ErrorShown>();
+    auto seen = std::make_shared<QMap<QString, QString>>();
     QTimer::singleShot(50, qApp, [seen] {
         QWidget* dialog = topLevel("dlgError");
         if (!dialog)
             return;
-        *seen = {test::control<QPlainTextEdit>(*dialog, "txtErrorText").toPlainText(),
-                 test::control<QLineEdit>(*dialog, "txtErrorType").text(),
-                 test::control<QLineEdit>(*dialog, "txtErrorNumber").text(),
-                 test::control<QLineEdit>(*dialog, "txtErrorSource").text(),
-                 test::control<QPlainTextEdit>(*dialog, "txtErrorDescription").toPlainText()};
+        for (const QWidget* field : dialog->findChildren<QWidget*>(QRegularExpression("^txtError")))
+            (*seen)[field->objectName().mid(8)] =
+                field->property("text").toString() + field->property("plainText").toString();
         QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdOk"), Qt::LeftButton);
     });
     return seen;
@@ -105,34 +90,32 @@ private Q_SLOTS:
     }
     void startUp()
     {
-        QFETCH(QString, files);
-        QFETCH(QString, error);
+        const auto [files, error] = test::cells("files", "error");
         QTemporaryDir folder;
         platform::setFolder(folder.path());
         gDatabase.reset();
         if (files.contains("current"))
             store::DBEngine::createDatabase(folder.filePath("quorrel11.MDB")).close();
-        QFile file(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"));
         if (files.contains("old") || files == "damaged")
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(5000, 'x')) == 5000);
-        file.close();
-        const auto seen = error.isEmpty() ? std::make_shared<ErrorShown>() : dismissErrorDialog();
+            test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
+        const auto seen = error.isEmpty() ? std::make_shared<QMap<QString, QString>>() : dismissErrorDialog();
         Main();
         QTEST(QString(gDbNeedsUpdate ? "yes" : "no"), "needs");
         QTEST(QString(gDatabase ? "yes" : "no"), "opened");
-        QCOMPARE(seen->number, error);
+        QCOMPARE(seen->value("Number"), error);
         if (files == "none") {
-            QCOMPARE(seen->type, "Critical Error");
-            QVERIFY(
-                seen->text.startsWith("A Critical Error has occurred. The database file that contains all of ORLO data "
-                                      "is missing. Please contact Tollbeck for technical support (Web Site: "));
-            QVERIFY(!seen->source.isEmpty() && !seen->description.isEmpty());
+            QCOMPARE(seen->value("Type"), "Critical Error");
+            QVERIFY(seen->value("Text").startsWith(
+                "A Critical Error has occurred. The database file that contains all of ORLO data "
+                "is missing. Please contact Tollbeck for technical support (Web Site: "));
+            QVERIFY(!seen->value("Source").isEmpty() && !seen->value("Description").isEmpty());
             QVERIFY(gErrNumber == 0 && gErrType.isEmpty() && gErrSource.isEmpty() && !gErrText.isEmpty());
             QCOMPARE(test::failureNumber([] { (void)database(); }), int(platform::ObjectNotSet));
         }
         if (files == "damaged")
-            QVERIFY(seen->text.contains("The application will shut down. Please report the error information on "
-                                        "the Error Detail tab to Tollbeck.\n\nWeb Site: "));
+            QVERIFY(
+                seen->value("Text").contains("The application will shut down. Please report the error information on "
+                                             "the Error Detail tab to Tollbeck.\n\nWeb Site: "));
         widgets::Instance<frmSplash>::unload();
         gDatabase.reset();
         gDbNeedsUpdate = false;
@@ -337,7 +320,6 @@ mnuHelp|&Help
         cancel | kept
         escape | kept
         close  | kept
-        year   | 11/1/2019
         page   | 3/1/2001
         disabled | kept
     )");
@@ -348,29 +330,18 @@ mnuHelp|&Help
         platform::setToday(QDate(2026, 11, 24));
         QLineEdit field("kept");
         openCalendarOnDoubleClick(&field);
-        field.setDisabled(how == QLatin1String("disabled"));
+        field.setDisabled(how == "disabled");
         field.show();
         QTimer::singleShot(50, &field, [how] {
             QWidget* dialog = topLevel("dlgCalendar");
-            auto& month = test::control<widgets::Calendar>(*dialog, "ccCalendar");
-            if (how == QLatin1String("page"))
-                month.setCurrentPage(2001, 3);
-            if (how == QLatin1String("year")) {
-                auto& year = test::control<QSpinBox>(month, "qt_calendar_yearedit");
-                test::control<QToolButton>(month, "qt_calendar_yearbutton").click();
-                year.selectAll();
-                QTest::keyClicks(&year, "2019");
-                test::control<QPushButton>(*dialog, "cmdSelectDate").click(); // as Alt+S does
-            } else if (how == QLatin1String("cancel"))
-                QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdCancel"), Qt::LeftButton);
-            else if (how == QLatin1String("escape"))
-                QTest::keyClick(dialog, Qt::Key_Escape);
-            else if (how == QLatin1String("enter"))
-                QTest::keyClick(dialog, Qt::Key_Return);
-            else if (how == QLatin1String("close"))
+            if (how == "page")
+                test::control<widgets::Calendar>(*dialog, "ccCalendar").setCurrentPage(2001, 3);
+            if (how == "escape" || how == "enter")
+                QTest::keyClick(dialog, how == "enter" ? Qt::Key_Return : Qt::Key_Escape);
+            else if (how == "close")
                 dialog->close();
             else
-                QTest::mouseClick(&test::control<QPushButton>(*dialog, "cmdSelectDate"), Qt::LeftButton);
+                test::press(*dialog, how == "cancel" ? "cmdCancel" : "cmdSelectDate");
         });
         QTest::mouseDClick(&field, Qt::LeftButton);
         QTEST(field.text(), "result");
@@ -387,8 +358,7 @@ mnuHelp|&Help
     }
     void untrappedFailureEndsProcess()
     {
-        QFETCH(QString, where);
-        QFETCH(QString, message);
+        const auto [where, message] = test::cells("where", "message");
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), test::childArguments({where}));
         QVERIFY(child.waitForFinished(20000));
