@@ -58,11 +58,7 @@ private Q_SLOTS:
     {
         test::table({"text", "result"}, test::contents(ORLO_SOURCE_DIR "/tests/reports/formulas.txt").constData());
     }
-    void computes()
-    {
-        QFETCH(QString, text);
-        QTEST(displayText(bound(text).evaluate(Row())), "result");
-    }
+    void computes() { QTEST(displayText(bound(test::cell("text")).evaluate(Row())), "result"); }
 
     /// What the formula says of the row and what of it goes into the query. What can't be read fails with its number
     /// and column, and never selects more instead.
@@ -125,8 +121,7 @@ private Q_SLOTS:
     }
     void namesTheWord()
     {
-        QFETCH(QString, text);
-        QTEST(test::failureOf<ReportError>([&] { return Formula(text); })->message(), "message");
+        QTEST(test::failureOf<ReportError>([] { return Formula(test::cell("text")); })->message(), "message");
     }
 
     void survivesDepth()

@@ -336,12 +336,11 @@ private Q_SLOTS:
     void goesToATypedPage_data() { test::table({"typed", "page"}, "4 | 4\n99 | 5\n12345678901234 | 5\n0 | 2"); }
     void goesToATypedPage()
     {
-        QFETCH(QString, typed);
         const OpenPreview preview;
         preview.box().setValue(2);
         preview.key(Qt::Key_G, Qt::ControlModifier);
         QVERIFY(preview.box().hasFocus());
-        QTest::keyClicks(QApplication::focusWidget(), typed + u'\r');
+        QTest::keyClicks(QApplication::focusWidget(), test::cell("typed") + u'\r');
         QTEST(QString::number(preview.page()), "page");
         QCOMPARE(preview.window->view().currentPage() + 1, preview.page());
         QVERIFY(preview.window->view().hasFocus());
@@ -377,9 +376,8 @@ private Q_SLOTS:
     void tabAndEscape_data() { test::table({"outline"}, "with an outline\nwithout one"); }
     void tabAndEscape()
     {
-        QFETCH(QString, outline);
         auto document = std::make_shared<Document>(*sampleDocument());
-        if (outline == "without one")
+        if (test::cell("outline") == "without one")
             document->outline.clear();
         OpenPreview preview(document);
         preview.window->setPageListVisible(true);

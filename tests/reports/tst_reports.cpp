@@ -116,8 +116,8 @@ private Q_SLOTS:
     void tellsWhereADefinitionIsWrong_data() { test::cases({"text", "failure"}, "reports/faults.txt"); }
     void tellsWhereADefinitionIsWrong()
     {
-        QFETCH(QString, text);
-        text.replace("$\n", "source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
+        const QString text =
+            test::cell("text").replace("$\n", "source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
         const auto error = test::failureOf<ReportError>([&] { return runText(text); });
         const Place at = error ? error->place() : Place();
         QTEST(error ? QStringLiteral("%1 at %2, %3\n").arg(error->number()).arg(at.line).arg(at.column) : "",
@@ -171,11 +171,7 @@ private Q_SLOTS:
     }
 
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reports/printed.txt"); }
-    void printsWhatItSays()
-    {
-        QFETCH(QString, text);
-        QTEST(textOf(runText(text), 0, 1), "page");
-    }
+    void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
 
     /// An included file gives what the report doesn't; its faults are told of it. What no paper shows well is told,
     /// too.

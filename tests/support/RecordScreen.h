@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Sqlite.h"
 #include "support/TestApp.h"
 #include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
@@ -12,8 +13,6 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
-
-#include <sqlite3.h>
 
 #include <functional>
 
@@ -259,11 +258,9 @@ void whenShown(const Action& action)
 /// Runs SQL on the open file as another program does; the row fails where it does.
 inline void fill(const QString& sql)
 {
-    sqlite3* file = nullptr;
-    sqlite3_open((gAppPath + "/Quorrel11.mdb").toUtf8().constData(), &file);
-    if (sqlite3_exec(file, sql.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        fail(QString::fromUtf8(sqlite3_errmsg(file)));
-    sqlite3_close(file);
+    const QStringList told = sqlite(gAppPath + "/Quorrel11.mdb", sql.toUtf8());
+    if (!told.isEmpty())
+        fail(told.join(u'\n'));
 }
 
 /// Puts the grids' layouts into the application's folder, as an installation does.

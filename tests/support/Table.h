@@ -11,21 +11,33 @@
 namespace orlo::test
 {
 
-/// Makes columns of texts and a row of data for each line of the table. Cells are parted by bars and trimmed, the first
-/// one names the row, too; "\n" in a cell is a line's end. A line with another number of cells
+/// Makes columns of texts and a row of data for each case, its name and cells. A case with another number of cells
 /// fails.
-inline void table(std::initializer_list<const char*> columns, const char* lines)
+inline void addRows(std::initializer_list<const char*> columns, const QList<std::pair<QString, QStringList>>& cases)
 {
     for (const char* column : columns)
         QTest::addColumn<QString>(column);
-    for (const QString& line : QString::fromUtf8(lines).trimmed().split(u'\n')) {
-        const QStringList cells = line.split(u'|');
+    for (const auto& [name, cells] : cases) {
         if (cells.size() != qsizetype(columns.size()))
-            fail(QString::number(cells.size()) + QStringLiteral(" cells: ") + line);
-        QTestData& row = QTest::newRow(cells[0].trimmed().toUtf8().constData());
-        for (const QString& cell : cells)
-            row << cell.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));
+            fail(QString::number(cells.size()) + QStringLiteral(" cells: ") + name);
+        QTestData& row = QTest::newRow(name.toUtf8().constData());
+        for (const QString& one : cells)
+            row << one;
     }
+}
+
+/// The columns and a case for each line of the table. Cells are parted by bars and trimmed, the first one names the
+/// row, too; "\n" in a cell is a line's end.
+inline void table(std::initializer_list<const char*> columns, const char* lines)
+{
+    QList<std::pair<QString, QStringList>> cases;
+    for (const QString& line : QString::fromUtf8(lines).trimmed().split(u'\n')) {
+        QStringList cells;
+        for (const QString& one : line.split(u'|'))
+            cells += one.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));
+        cases.append({line.section(u'|', 0, 0).trimmed(), cells});
+    }
+    addRows(columns, cases);
 }
 
 /// What the row of data has in a column.
@@ -34,22 +46,16 @@ inline QString cell(const char* column)
     return *static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
 }
 
-/// Makes columns of texts and a row of data for each case of a text file: "= " and its name on a line, the lines of the
-/// first cell, and each further cell from a line's "-- " on. Cells keep their lines' ends.
+/// The columns and the cases of a text file of the tests: "= " and a name on a line, the lines of the first cell, and
+/// each further cell from a line's "-- " on. Cells keep their lines' ends.
 inline void cases(std::initializer_list<const char*> columns, const QString& file)
 {
-    for (const char* column : columns)
-        QTest::addColumn<QString>(column);
     static const QRegularExpression mark(QStringLiteral("^-- "), QRegularExpression::MultilineOption);
     const QString text = QString::fromUtf8(contents(QStringLiteral(ORLO_SOURCE_DIR "/tests/") + file));
-    for (const QString& one : text.split(QStringLiteral("\n= ")).mid(1)) {
-        const QStringList cells = one.section(u'\n', 1).split(mark);
-        if (cells.size() != qsizetype(columns.size()))
-            fail(QString::number(cells.size()) + QStringLiteral(" cells: ") + one);
-        QTestData& row = QTest::newRow(one.section(u'\n', 0, 0).toUtf8().constData());
-        for (const QString& text : cells)
-            row << text;
-    }
+    QList<std::pair<QString, QStringList>> all;
+    for (const QString& one : text.split(QStringLiteral("\n= ")).mid(1))
+        all.append({one.section(u'\n', 0, 0), one.section(u'\n', 1).split(mark)});
+    addRows(columns, all);
 }
 
 /// The texts of the row of data in these columns.

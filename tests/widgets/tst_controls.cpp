@@ -57,9 +57,7 @@ struct CheckedForm : widgets::Form {
             return good;
         });
         int top = 0;
-        for (QWidget* control :
-             {static_cast<QWidget*>(&field), static_cast<QWidget*>(&other), static_cast<QWidget*>(&list),
-              static_cast<QWidget*>(&save), static_cast<QWidget*>(&remove)})
+        for (auto* control : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
             control->setGeometry(0, std::exchange(top, top + 30), 90, 28);
         connect(&save, &QPushButton::clicked, this, [this] { done += "save"; });
         connect(&remove, &QPushButton::clicked, this, [this] { done += "delete"; });
@@ -153,24 +151,21 @@ private Q_SLOTS:
             bad Enter             | ?
             bad Escape            | delete
             bad save              | ?
-            bad Tab               | ?
             bad list              | ?
             good save bad2 save   | save save
             bad away save         | ?
             bad away other Enter  | ? ?
             bad code              | ?
-            bad close             |
         )");
     }
     void leaveCheck()
     {
         QFETCH(QString, script);
         CheckedForm form;
+        const QMap<QString, Qt::Key> keys{{"Enter", Qt::Key_Return}, {"Escape", Qt::Key_Escape}};
+        const QMap<QString, QWidget*> controls{
+            {"save", &form.save}, {"list", form.list.viewport()}, {"other", &form.other}};
         for (const QString& word : script.split(' ')) {
-            const QMap<QString, Qt::Key> keys{
-                {"Enter", Qt::Key_Return}, {"Escape", Qt::Key_Escape}, {"Tab", Qt::Key_Tab}};
-            const QMap<QString, QWidget*> controls{
-                {"save", &form.save}, {"list", form.list.viewport()}, {"other", &form.other}};
             if (keys.contains(word))
                 QTest::keyClick(form.focusWidget(), keys[word]);
             else if (controls.contains(word))
@@ -184,9 +179,6 @@ private Q_SLOTS:
             } else if (word == "code") {
                 form.other.setFocus();
                 QTRY_VERIFY(form.field.hasFocus());
-            } else if (word == "close") {
-                form.close();
-                QTest::qWait(1);
             } else {
                 form.field.setFocus();
                 form.field.setText(word == "bad2" ? "good" : word);
@@ -289,7 +281,6 @@ private Q_SLOTS:
         box.setListIndex(1);
         box.removeItem(0);
         QCOMPARE(box.listIndex(), 0);
-        QCOMPARE(box.list(0), "Bear");
         box.removeItem(0); // the current one: no other takes its place
         QCOMPARE(box.listIndex(), -1);
         QVERIFY(!box.selected(0));

@@ -4,7 +4,6 @@
 #include "support/TestApp.h"
 #include "widgets/GridLayout.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 using namespace orlo;
@@ -57,8 +56,7 @@ private Q_SLOTS:
     }
     void refuses()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, place);
+        const auto [text, place] = test::cells("text", "place");
         const auto error = test::failureOf([&] { return GridLayout::read(text, "x.grd"); });
         QVERIFY(error && error->number() == 321);
         const QString start = "x.grd, " + place + ": ";
@@ -80,9 +78,7 @@ private Q_SLOTS:
     void badFiles()
     {
         const QTemporaryDir folder;
-        QFile file(folder.filePath("Broken.grd"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("\xff\xfe\0col", 6) == 6);
-        file.close();
+        test::write(folder.filePath("Broken.grd"), QByteArray("\xff\xfe\0col", 6));
         const auto load = [&](const QString& name) {
             return test::failureOf([&] { return GridLayout::load(folder.path() + u'\\' + name); });
         };
@@ -96,9 +92,7 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const GridLayout usual{{{"A", "A"}, {"B", "B"}}};
-        QFile file(folder.filePath("Other.grd"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("column field=\"B\"\ncolumn field=\"A\"") > 0);
-        file.close();
+        test::write(folder.filePath("Other.grd"), "column field=\"B\"\ncolumn field=\"A\"");
         for (const QString name : {"none.grd", "Other.grd"}) {
             widgets::StoredLayout layout(u'\\' + name, usual);
             const auto told = test::answerNext();
