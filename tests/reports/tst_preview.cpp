@@ -258,35 +258,6 @@ private Q_SLOTS:
         }
     }
 
-    // An underscore stands for a blank.
-    void findsTextAsItReads_data()
-    {
-        test::table({"case", "page", "searched", "found"}, R"(
-            broken        | the Order of\nthe Arrow | order of the arrow | Order of\nthe Arrow
-            inside a word | anna@fern-\nhollow.org  | fern-hollow        | fern-\nhollow
-            two words     | Scouts\nmaster          | sm                 |
-            accents       | Zoë Núñez Śliwa         | nunez s            | Núñez Ś
-            blanks        | Bear  Den               | _bear den_         | Bear  Den
-            a sign        | cost (1.50)             | (1.5               | (1.5
-            emoji         | Bear 🐻 Den             | r 🐻 d             | r 🐻 D
-            nothing       | all                     | _                  |
-        )");
-    }
-    void findsTextAsItReads()
-    {
-        auto [page, searched] = test::cells("page", "searched");
-        Document document;
-        document.fonts = {QFont("DejaVu Sans", 10)};
-        document.pages = {{{TextItem{{72, 72, 400, 28}, page}, TextItem{{72, 200, 400, 14}, "x"}}}};
-        const PageText text(document, 0);
-        QString found;
-        for (const TextSpan& span : findText(document, searched.replace('_', ' '))) {
-            found += text.text().mid(span.from, span.to - span.from).replace(PageText::LineBreak, '\n');
-            QCOMPARE(text.boxes(span.from, span.to).size(), std::size_t(found.count('\n') + 1));
-        }
-        QTEST(found, "found");
-    }
-
     void marksAndCopiesText()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
@@ -432,36 +403,6 @@ private Q_SLOTS:
         });
         QVERIFY(!preview.window->saveCsv(folder.path()));
         QVERIFY(told.contains(folder.path()));
-    }
-
-    /// The paper of the dialog counts: what is too large for it is made smaller, what is smaller stands in the middle.
-    void printsOnOtherPaper_data()
-    {
-        // of the green box, as shares of the paper's width
-        test::table({"paper", "left", "width"}, "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558");
-    }
-    void printsOnOtherPaper()
-    {
-        const auto [paper, left, width] = test::cells("paper", "left", "width");
-        const QTemporaryDir folder;
-        const QString file = folder.filePath("paper.pdf");
-        test::printInto(file);
-        const std::unique_ptr<QPrinter> printer = defaultPrinter();
-        const auto document = sampleDocument(1);
-        preparePrinter(*printer, *document);
-        printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
-        QVERIFY(printDocument(*printer, *document));
-        QProcess convert;
-        convert.start("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")});
-        QVERIFY(convert.waitForFinished());
-        const QImage image(folder.filePath("page.png"));
-        QRect green;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                if (image.pixelColor(x, y).green() > 100 && image.pixelColor(x, y).red() < 50)
-                    green |= QRect(x, y, 1, 1);
-        QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);
-        QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
     }
 
     void printsByTheDialog()
