@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "reporting/BandReader.h"
+#include "reporting/GroupReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -154,11 +155,14 @@ private:
         return m_lines->assigned();
     }
 
+    GroupReader groupReader() { return {*m_lines, m_definition, m_folder}; }
+
     void readTitle() { m_definition.title = m_lines->quoted(); }
     void readAuthor() { m_definition.author = formulaOfMain("author"); }
     void readSubject() { m_definition.subject = formulaOfMain("subject"); }
     void readUnique() { m_definition.unique = m_lines->formula(); }
-    void readSorts() { m_definition.sort.push_back(readSort()); }
+    void readSorts() { m_definition.sort.push_back(groupReader().readSort()); }
+    void readGroup() { groupReader().read(); }
 
     /// The statements of another file of the folder, in the place of this one.
     void readInclude()
@@ -313,14 +317,6 @@ private:
         m_definition.fields.push_back({name, m_lines->fieldName(), place});
     }
 
-    SortKey readSort()
-    {
-        SortKey key;
-        key.descending = m_lines->accept("descending");
-        key.formula = m_lines->formula();
-        return key;
-    }
-
     void readLink()
     {
         if (m_depth == 0)
@@ -358,58 +354,6 @@ private:
             m_definition.exports.push_back(std::move(column));
             m_lines->end();
         }
-    }
-
-    /// keep-together [N%]: at most so much of a page is left empty for it.
-    void readKeepTogether(Group& group)
-    {
-        group.keepTogether = true;
-        if (m_lines->atLength())
-            group.mayLeaveEmpty = m_lines->percent() / 100.0;
-    }
-
-    /// top N, top N%
-    void readTop(Group& group)
-    {
-        group.maxCount = m_lines->number(1, 1'000'000);
-        group.maxIsPercent = m_lines->atSign(u'%');
-        if (group.maxIsPercent)
-            m_lines->expect("%");
-    }
-
-    void readGroup()
-    {
-        Group group;
-        group.name = m_lines->quoted();
-        m_lines->open();
-        while (m_lines->nextInBlock()) {
-            const QString word = m_lines->word();
-            if (word == QLatin1String("by")) {
-                group.descending = m_lines->accept("descending");
-                group.key = m_lines->formula();
-            } else if (word == QLatin1String("sort"))
-                group.sort.push_back(readSort());
-            else if (word == QLatin1String("keep-together"))
-                readKeepTogether(group);
-            else if (word == QLatin1String("top"))
-                readTop(group);
-            else if (word == QLatin1String("repeat-header"))
-                group.repeatHeader = true;
-            else if (word == QLatin1String("new-page"))
-                group.newPage = true;
-            else if (word == QLatin1String("outline"))
-                group.outline = m_lines->assigned();
-            else if (word == QLatin1String("header"))
-                readBand(group.header);
-            else if (word == QLatin1String("footer"))
-                readBand(group.footer);
-            else
-                m_lines->failAtWord(QStringLiteral("\"%1\" is no part of a group.").arg(word));
-            m_lines->end();
-        }
-        if (group.key.isEmpty())
-            m_lines->fail(QStringLiteral("The group has no key: by {Field}."));
-        m_definition.groups.push_back(std::move(group));
     }
 
     DefinitionLines* m_lines;
