@@ -108,6 +108,7 @@ struct Band {
     int columns = 1; ///< of the detail band: so many records side by side
     double gap = 0;  ///< between the columns, points
 
+    /// True for a band that prints nothing.
     [[nodiscard]] bool isEmpty() const { return rows.empty(); }
 };
 

@@ -111,7 +111,9 @@ public:
     /// Reads a text; its first character stands at the given place. Raises ReportError 3075 for what can't be read.
     explicit Formula(QStringView text, Place origin = {1, 1});
 
+    /// True for a formula that was left out.
     [[nodiscard]] bool isEmpty() const { return m_empty; }
+    /// The whole as a part: what it consists of hangs below.
     [[nodiscard]] const FormulaNode& root() const { return m_root; }
     /// True if any part of the formula passes the test.
     [[nodiscard]] bool any(const std::function<bool(const FormulaNode&)>& test) const;

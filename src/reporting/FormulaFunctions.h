@@ -34,6 +34,7 @@ struct WordEntry {
     Word word;
     FormulaNode::Type type;
 };
+/// Looks up without regard to case; null for an unknown one.
 [[nodiscard]] const WordEntry* wordNamed(QStringView name);
 
 /// A summary and whether it runs: "RunningSum" is the sum up to the current row.
@@ -41,6 +42,7 @@ struct SummaryName {
     Summary summary;
     bool running;
 };
+/// Looks up without regard to case; none for an unknown one.
 [[nodiscard]] std::optional<SummaryName> summaryNamed(QStringView name);
 
 /// An argument as a number or a date, a text by what it reads as. Raise ReportError 13 for what is neither.

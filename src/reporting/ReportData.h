@@ -28,6 +28,7 @@ struct RowRange {
     std::size_t first = 0;
     std::size_t last = 0;
 
+    /// The number of rows.
     [[nodiscard]] std::size_t size() const { return last - first; }
     friend bool operator==(const RowRange&, const RowRange&) = default;
 };

@@ -30,8 +30,11 @@ class ReportError : public platform::RuntimeError
 public:
     ReportError(int number, QString message, Place place = {}, const QString& file = {});
 
+    /// The failure in words, without its place.
     [[nodiscard]] const QString& message() const { return m_message; }
+    /// The name of the file that is at fault; empty where none is known.
     [[nodiscard]] const QString& file() const { return m_file; }
+    /// Line and column in that file.
     [[nodiscard]] Place place() const { return m_place; }
     /// The paths of the files that had been read, or were looked for, when the run failed.
     [[nodiscard]] const QStringList& files() const { return m_files; }

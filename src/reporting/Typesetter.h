@@ -20,9 +20,12 @@ class Typesetter
 public:
     /// The font of a style: its place in fonts(); styles that look alike share one.
     [[nodiscard]] int font(const Style& style);
+    /// The fonts asked for so far, by their numbers.
     [[nodiscard]] const std::vector<QFont>& fonts() const { return m_fonts; }
 
+    /// Points from the top of a line to its base line.
     [[nodiscard]] double ascent(int font) const { return m_faces[std::size_t(font)].ascent; }
+    /// Points from one line to the next.
     [[nodiscard]] double lineHeight(int font) const { return m_faces[std::size_t(font)].lineHeight; }
     /// The width of a line, in points.
     [[nodiscard]] double width(int font, QStringView text) const;

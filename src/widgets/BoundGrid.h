@@ -42,7 +42,9 @@ public:
     /// The columns from left to right; the open row's changes are written first. A grid without any shows all fields
     /// under their names. Raises 3265 for a field that the record set doesn't have.
     void setColumns(const QList<GridColumn>& columns);
+    /// The columns from left to right.
     [[nodiscard]] const QList<GridColumn>& columns() const;
+    /// Takes the columns of a layout that was read.
     void applyLayout(const GridLayout& layout) { setColumns(layout.columns); }
 
     /// The column that takes the width that the others leave, the last one at first. A column whose width the user has

@@ -11,6 +11,7 @@ class HeadingRow : public QHeaderView
 public:
     explicit HeadingRow(QWidget* parent);
 
+    /// Leaves room for the caption over the headings.
     void setRoomAbove(int pixels) { setViewportMargins(0, pixels, 0, 0); }
     [[nodiscard]] QSize sizeHint() const override;
 };

@@ -43,18 +43,22 @@ public:
     /// be changed, and where that other one is refused.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
+    /// Sets the control whose set is shown; null for none.
     void setControl(DataControl* control);
     /// Shows the control's record set from its start; what was typed is gone. Raises 3265 for a column without a field.
     void rebind();
     /// An empty list stands for all fields under their names. Raises 3265 as above.
     void setColumns(const QList<GridColumn>& columns);
     [[nodiscard]] const QList<GridColumn>& columns() const { return m_columns; }
+    /// Whether rows can be typed in, and whether there is an empty line for a new one.
     void setAllowed(bool update, bool addNew);
 
     /// What a column's cells take, in words: "a whole number from -32768 to 32767". "" where that is any text.
     [[nodiscard]] QString takes(int column) const;
 
+    /// The rows that are records, without the new and the empty one.
     [[nodiscard]] int recordCount() const { return m_records; }
+    /// The row that is being typed in; -1 for none.
     [[nodiscard]] int openRow() const { return m_openRow; }
     /// Writes the open row, if there is one; a refused one stays open.
     std::optional<Refusal> write();

@@ -18,6 +18,7 @@ protected:
     bool hitButton(const QPoint& pos) const override { return rect().contains(pos); }
 
 Q_SIGNALS:
+    /// The value is another now.
     void changed();
 };
 

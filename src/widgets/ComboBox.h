@@ -14,6 +14,7 @@ class ComboBox : public QComboBox
 public:
     explicit ComboBox(QWidget* parent = nullptr);
 
+    /// The text of the field, typed or picked.
     [[nodiscard]] QString text() const { return currentText(); }
     /// Sets the text of an editable box; chooses the equal row of the other kind, without regard to case, "" choosing
     /// none. Raises 5 there for a text that isn't in the list.
@@ -29,6 +30,7 @@ public:
     /// Fills the list anew under what the box shows. `chosen` is the new row of the choice, -1 where that has gone:
     /// then an editable box keeps its text and the other kind shows none. No signal is sent.
     void refill(const QStringList& rows, int chosen);
+    /// The number of rows.
     [[nodiscard]] int listCount() const { return count(); }
     /// A row's text, "" for a row that isn't there.
     [[nodiscard]] QString list(int index) const { return itemText(index); }

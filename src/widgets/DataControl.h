@@ -37,6 +37,7 @@ public:
 Q_SIGNALS:
     /// The old record set still stands: the moment to write what is open on it.
     void aboutToRefresh();
+    /// After the set was opened anew.
     void refreshed();
 
 private:

@@ -29,6 +29,7 @@ public:
     explicit Form(FormKind kind);
     ~Form() override;
 
+    /// How the form shows.
     [[nodiscard]] FormKind kind() const { return m_kind; }
     /// Loads the form if it isn't loaded yet.
     void ensureLoaded();
@@ -44,6 +45,7 @@ public:
 
     /// Names the window that owns all others and says how it takes a child form into its work area. Null when it goes.
     static void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild);
+    /// The frame; null before it is made.
     [[nodiscard]] static QWidget* mainWindow();
     /// Writes the open rows of all grids before the program ends; false, after the message, for one that is refused.
     [[nodiscard]] static bool writeAllOpenRows();
@@ -51,6 +53,7 @@ public:
     static void unloadAll();
 
 Q_SIGNALS:
+    /// The form is unloaded; its object goes when control is back in the event loop.
     void unloaded();
 
 protected:
@@ -122,7 +125,9 @@ public:
     }
     /// The instance without loading it; null when there is none.
     [[nodiscard]] static F* loaded() { return s_form.data(); }
+    /// Shows the form, loaded first where it isn't; see showForm().
     static void show() { get().showForm(); }
+    /// Shows the form and returns when it is closed; see Form::showWaiting().
     static void showWaiting() { get().showWaiting(); }
     /// Unloads the form; one that isn't loaded is loaded first, its load step included.
     static void unload() { get().unload(); }

@@ -15,6 +15,7 @@ public:
 
     /// Takes a row out; where it was the current one, none is. Raises 5 for a row that isn't there.
     void removeItem(int index);
+    /// The number of rows.
     [[nodiscard]] int listCount() const { return count(); }
     /// A row's text, "" for a row that isn't there.
     [[nodiscard]] QString list(int index) const;
@@ -31,6 +32,7 @@ public:
 Q_SIGNALS:
     /// Another row became the current one, by the user or by the program, or the user clicked the current one.
     void clicked();
+    /// After a double click on a row.
     void doubleClicked();
 
 protected:

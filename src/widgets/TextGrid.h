@@ -23,15 +23,19 @@ public:
     [[nodiscard]] int rows() const;
     /// Adds empty rows at the end or takes rows away there. Raises 5 below 1.
     void setRows(int count);
+    /// The number of columns.
     [[nodiscard]] int cols() const;
     /// Adds empty columns at the right or takes columns away there. Raises 5 below 1.
     void setCols(int count);
 
+    /// The text of a cell.
     [[nodiscard]] QString text(int row, int col) const;
+    /// Sets the text of a cell.
     void setText(int row, int col, const QString& text);
 
     /// The current row, 0 for none.
     [[nodiscard]] int row() const;
+    /// Makes a row the current one.
     void setRow(int row);
 
     /// Adds an empty row at the end and gives its number.
@@ -45,6 +49,7 @@ public:
     void fitCol(int col, const QString& text);
     /// A row's least height in twips; its text always fits.
     void setRowHeight(int row, int twips);
+    /// Aligns the texts of a column.
     void setColAlignment(int col, Qt::Alignment alignment);
     /// The column that takes the width that the others leave.
     void setStretchColumn(int col);

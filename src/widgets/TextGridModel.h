@@ -23,15 +23,24 @@ public:
 
     /// Rows of the grid, the header row being row 0.
     [[nodiscard]] int gridRows() const { return int(m_texts.size()); }
+    /// The number of columns.
     [[nodiscard]] int gridCols() const { return m_cols; }
+    /// Sets the number of rows; new ones are empty.
     void setGridRows(int rows);
+    /// Sets the number of columns; new ones are empty.
     void setGridCols(int cols);
+    /// Takes a row out.
     void removeGridRow(int row);
+    /// The text of a cell.
     [[nodiscard]] const QString& text(int row, int col) const { return m_texts[std::size_t(row)][std::size_t(col)]; }
+    /// Sets the text of a cell.
     void setText(int row, int col, const QString& text);
+    /// Aligns the texts of a column.
     void setAlignment(int col, Qt::Alignment alignment);
 
+    /// From here to release() views hear of no change.
     void hold() { m_held = true; }
+    /// Tells views of all that changed since hold().
     void release();
 
 private:

@@ -26,6 +26,7 @@ public:
     /// The text of a page, counted from 0.
     PageText(const Document& document, int page);
 
+    /// The whole text of the page.
     [[nodiscard]] const QString& text() const { return m_text; }
     /// Where a stretch stands on the page, a box a line, in points.
     [[nodiscard]] std::vector<QRectF> boxes(qsizetype from, qsizetype to) const;

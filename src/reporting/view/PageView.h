@@ -34,6 +34,7 @@ public:
     /// Shows the whole of the document whose first page alone stood here; the reader's place stays.
     void setDocument(std::shared_ptr<const Document> document);
 
+    /// The number of pages so far.
     [[nodiscard]] int pageCount() const;
     /// The page at the upper part of the window, or the one last gone to.
     [[nodiscard]] int currentPage() const { return m_currentPage; }
@@ -46,7 +47,9 @@ public:
     /// 1 shows a page at its size on paper. What is read in the middle of the window stays there.
     void setZoom(double zoom);
     [[nodiscard]] double zoom() const { return m_zoom; }
+    /// Fits the page to the window, now and whenever that changes its size.
     void setFit(Fit fit);
+    /// What the zoom follows.
     [[nodiscard]] Fit fit() const { return m_fit; }
 
     /// Marks the hits, one of them, counted from 0, as the current one; -1 for none.
@@ -56,6 +59,7 @@ public:
 
     /// The text that is marked for being copied.
     [[nodiscard]] const TextSelection& selection() const { return m_selection; }
+    /// Selects the text of all pages.
     void selectAll();
     /// Puts the marked text on the clipboard.
     void copy() const;
@@ -64,9 +68,13 @@ public:
     [[nodiscard]] QRectF pageBox(int page) const;
 
 Q_SIGNALS:
+    /// After another page came to the top; the first is 0.
     void currentPageChanged(int page);
+    /// After the pages moved.
     void scrolled();
+    /// After other text was selected.
     void selectionChanged();
+    /// After zoom or fit changed.
     void zoomChanged();
 
 protected:

@@ -39,7 +39,9 @@ public:
     /// Puts another document in the place of the one that stands here: the whole one after its first page, or what the
     /// report has become. The reader's place stays.
     void setDocument(std::shared_ptr<const Document> document);
+    /// The document that is shown.
     [[nodiscard]] const Document& document() const { return *m_document; }
+    /// The pages.
     [[nodiscard]] PageView& view() const { return *m_view; }
     /// Shows or hides the side with the small pages and the outline.
     void setPageListVisible(bool visible);

@@ -15,6 +15,7 @@ struct TextSelection {
     TextPlace from; ///< where the marking began; either end may come first
     TextPlace to;
 
+    /// True where nothing is selected.
     [[nodiscard]] bool isEmpty() const { return from == to; }
     /// What of it stands on a page.
     [[nodiscard]] TextSpan on(int page, const PageText& text) const;

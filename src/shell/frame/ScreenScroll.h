@@ -18,6 +18,7 @@ class ScreenScroll : public QScrollArea
 public:
     explicit ScreenScroll(widgets::Form& form);
 
+    /// The screen that it holds.
     [[nodiscard]] widgets::Form& form() const;
     /// The room that the whole screen takes.
     [[nodiscard]] QSize sizeHint() const override;
