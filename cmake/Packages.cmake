@@ -1,6 +1,7 @@
 # `./run packages` makes the packages, in two arrangements of the same files:
 #   folder  an archive to unpack and run anywhere: the program's folder with the libraries that it needs;
 #   system  what a Debian package puts under /usr, with a launcher that gives each user a folder of that kind.
+# packaging/windows/build.sh makes the first for Windows.
 
 set(PACKAGE_DIR ${CMAKE_BINARY_DIR}/packages)
 set(package_files)
@@ -21,29 +22,15 @@ endfunction()
 # The build's own folder may hold somebody's records by now, so the packages take a database of their own. The sample
 # pack comes as a backup to restore, and in the edition of version 1.0, so that the update can be tried; the empty one
 # brings a tried program back to its beginning.
-orlo_package_file(Quorrel11.mdb DEPENDS orlo-db COMMAND orlo-db new ${PACKAGE_DIR}/Quorrel11.mdb)
+orlo_package_file(Quorrel11.mdb DEPENDS build::orlo-db COMMAND build::orlo-db new ${PACKAGE_DIR}/Quorrel11.mdb)
 orlo_package_file(empty-pack/Quorrel11_Backup DEPENDS ${PACKAGE_DIR}/Quorrel11.mdb
     COMMAND ${CMAKE_COMMAND} -E copy ${PACKAGE_DIR}/Quorrel11.mdb ${PACKAGE_DIR}/empty-pack/Quorrel11_Backup)
 set(sample ${PROJECT_SOURCE_DIR}/samples/pack)
 file(GLOB tables CONFIGURE_DEPENDS ${sample}/*.csv)
-orlo_package_file(sample-pack/Quorrel11_Backup DEPENDS orlo-db ${tables}
-    COMMAND orlo-db new ${PACKAGE_DIR}/sample-pack/Quorrel11_Backup --from ${sample})
-orlo_package_file(sample-pack/version-1.0/Quorrel.mdb DEPENDS orlo-db ${tables}
-    COMMAND orlo-db new ${PACKAGE_DIR}/sample-pack/version-1.0/Quorrel.mdb --from ${sample} --version 1.0)
-
-set(changes ${PROJECT_SOURCE_DIR}/packaging/changes.sh)
-orlo_package_file(changelog.gz DEPENDS CHANGELOG.md ${changes}
-    COMMAND sh -c "\"$1\" debian <\"$2\" | gzip -9n >\"$3\"" sh ${changes} ${PROJECT_SOURCE_DIR}/CHANGELOG.md
-            ${PACKAGE_DIR}/changelog.gz)
-foreach(page orlo.1 orlo-db.1)
-    orlo_package_file(${page}.gz DEPENDS docs/man/${page}
-        COMMAND sh -c "gzip -9nc \"$1\" >\"$2\"" sh ${PROJECT_SOURCE_DIR}/docs/man/${page} ${PACKAGE_DIR}/${page}.gz)
-endforeach()
-execute_process(COMMAND ${changes} appstream INPUT_FILE ${PROJECT_SOURCE_DIR}/CHANGELOG.md
-                OUTPUT_VARIABLE ORLO_RELEASES OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS CHANGELOG.md)
-configure_file(share/orlo.metainfo.xml.in ${PACKAGE_DIR}/orlo.metainfo.xml @ONLY)
-add_custom_target(package_files ALL DEPENDS ${package_files})
+orlo_package_file(sample-pack/Quorrel11_Backup DEPENDS build::orlo-db ${tables}
+    COMMAND build::orlo-db new ${PACKAGE_DIR}/sample-pack/Quorrel11_Backup --from ${sample})
+orlo_package_file(sample-pack/version-1.0/Quorrel.mdb DEPENDS build::orlo-db ${tables}
+    COMMAND build::orlo-db new ${PACKAGE_DIR}/sample-pack/version-1.0/Quorrel.mdb --from ${sample} --version 1.0)
 
 set(programs orlo orlo-db)
 if(TARGET orlo-jet)
@@ -60,87 +47,19 @@ function(orlo_arrangement component folder manual packs)
     endif()
 endfunction()
 
-# The folder's programs look for libraries in its lib, and so do those libraries.
-set_target_properties(${programs} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN/lib")
-foreach(program IN LISTS programs)
-    target_link_options(${program} PRIVATE LINKER:--disable-new-dtags)
-endforeach()
-orlo_arrangement(folder . . . EXCLUDE_FROM_ALL)
-install(TARGETS ${programs} RUNTIME DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
-install(FILES packaging/README.txt packaging/qt.conf docs/man/orlo-db.1 DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
-install(FILES packaging/fonts.conf DESTINATION fonts COMPONENT folder EXCLUDE_FROM_ALL)
-install(PROGRAMS packaging/start-orlo.sh DESTINATION . RENAME start-orlo COMPONENT folder EXCLUDE_FROM_ALL)
-install(PROGRAMS packaging/Start.desktop DESTINATION . RENAME "Start ORLO.desktop" COMPONENT folder EXCLUDE_FROM_ALL)
-# Windows on X11 and on Wayland, printers, accents typed in two keys, photographs in reports. The program's own pictures
-# need no plugin.
-set(plugins platforms/libqxcb.so platforms/libqwayland-generic.so wayland-shell-integration/libxdg-shell.so
-    wayland-decoration-client/libbradient.so printsupport/libcupsprintersupport.so
-    platforminputcontexts/libcomposeplatforminputcontextplugin.so
-    platforminputcontexts/libibusplatforminputcontextplugin.so imageformats/libqjpeg.so)
-find_path(DEJAVU DejaVuSans.ttf PATHS /usr/share/fonts PATH_SUFFIXES truetype/dejavu dejavu dejavu-sans-fonts TTF)
-file(GLOB fonts ${DEJAVU}/DejaVuSans.ttf ${DEJAVU}/DejaVuSans-Bold.ttf ${DEJAVU}/DejaVuSansMono.ttf
-     ${DEJAVU}/DejaVuSansMono-Bold.ttf ${DEJAVU}/DejaVuSerif.ttf ${DEJAVU}/DejaVuSerif-Bold.ttf)
-install(CODE "set(PROGRAMS ${program_files})
-    set(PLUGINS_FROM ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_PLUGINS})
-    set(PLUGINS ${plugins})
-    set(FONTS ${fonts})" COMPONENT folder EXCLUDE_FROM_ALL)
-install(SCRIPT packaging/Portable.cmake COMPONENT folder EXCLUDE_FROM_ALL)
-
-orlo_arrangement(system lib/orlo share/doc/orlo share/orlo)
-install(TARGETS orlo RUNTIME DESTINATION lib/orlo COMPONENT system)
-install(TARGETS orlo-db RUNTIME DESTINATION bin COMPONENT system)
-if(TARGET orlo-jet)
-    install(TARGETS orlo-jet RUNTIME DESTINATION lib/orlo COMPONENT system)
-endif()
-# The system's libraries are where every program finds them.
-install(CODE [[set(usr "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
-foreach(program lib/orlo/orlo lib/orlo/orlo-jet bin/orlo-db)
-    if(EXISTS "${usr}/${program}")
-        file(RPATH_REMOVE FILE "${usr}/${program}")
-    endif()
-endforeach()
-foreach(folder share/doc/orlo/manual share/orlo/sample-pack share/orlo/empty-pack)
-    if(EXISTS "${usr}/${folder}")
-        get_filename_component(name ${folder} NAME)
-        file(CREATE_LINK ../../${folder} "${usr}/lib/orlo/${name}" SYMBOLIC)
-    endif()
-endforeach()]] COMPONENT system)
-install(PROGRAMS packaging/orlo.sh DESTINATION bin RENAME orlo COMPONENT system)
-install(FILES ${PACKAGE_DIR}/orlo.1.gz ${PACKAGE_DIR}/orlo-db.1.gz DESTINATION share/man/man1 COMPONENT system)
-install(FILES packaging/copyright ${PACKAGE_DIR}/changelog.gz DESTINATION share/doc/orlo COMPONENT system)
-install(FILES share/orlo.desktop DESTINATION share/applications COMPONENT system)
-install(FILES ${PACKAGE_DIR}/orlo.metainfo.xml DESTINATION share/metainfo RENAME example.tollbeck.orlo.metainfo.xml
-        COMPONENT system)
-foreach(size 16 32 48 128 256)
-    install(FILES ${CMAKE_BINARY_DIR}/art/orlo-${size}.png RENAME orlo.png
-            DESTINATION share/icons/hicolor/${size}x${size}/apps COMPONENT system)
-endforeach()
-install(FILES share/orlo.svg DESTINATION share/icons/hicolor/scalable/apps COMPONENT system)
-if(BUILD_TESTING)
-    add_test(NAME tst_packages COMMAND ${PROJECT_SOURCE_DIR}/tests/packages/tst_packages.sh ${CMAKE_BINARY_DIR})
-    set_tests_properties(tst_packages PROPERTIES TIMEOUT 300)
-endif()
-
-set(CPACK_GENERATOR TXZ DEB)
 set(CPACK_THREADS 0)
 set(CPACK_PACKAGE_NAME orlo)
-set(CPACK_PACKAGE_FILE_NAME "orlo-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
 set(CPACK_PACKAGE_VENDOR Tollbeck)
 set(CPACK_PACKAGE_CONTACT "Tollbeck <orlo@tollbeck.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "records of a Cub Scout pack")
-set(CPACK_PACKAGE_DESCRIPTION "Verrano (ORLO) keeps a pack's dens, scouts and parents, adult leaders, the
-awards that each of them has, and the list of what has to be bought. One
-person at one computer, one file, no server.")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-set(CPACK_DEBIAN_PACKAGE_SECTION misc)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What no library dependency tells: the age of the database engine, the reports' fonts, a native window on a Wayland
-# desktop, and what opens the manual.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-liberation | fonts-dejavu-core")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
+if(WIN32)
+    include(packaging/windows/Packages.cmake)
+else()
+    include(cmake/PackagesLinux.cmake)
+endif()
+add_custom_target(package_files ALL DEPENDS ${package_files})
 configure_file(packaging/Generator.cmake.in ${PACKAGE_DIR}/Generator.cmake @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE ${PACKAGE_DIR}/Generator.cmake)
 include(CPack)

@@ -35,7 +35,7 @@ printf '%s\n' "$includes" | awk '
                     for (i = 2; i <= NF; i++) { door[room, $i] = 1
                         if (!($i in known)) { print "a door leads up: " room " to " $i; failed = 1 } } }
                 next }
-    function roomOf(path) { sub(/\/[^\/]*$/, "", path); sub(/^platform\/linux$/, "platform", path); return path }
+    function roomOf(path) { sub(/\/[^\/]*$/, "", path); sub(/^platform\/(linux|windows)$/, "platform", path); return path }
     { split($0, part, ":"); file = part[1]; sub(/^src\//, "", file); split($0, quote, "\"")
       from = roomOf(file); to = roomOf(quote[2])
       if (file !~ /\// || from == to) next

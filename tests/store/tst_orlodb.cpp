@@ -27,8 +27,9 @@ Run orloDb(const QStringList& arguments)
     QProcess process;
     process.start(ORLO_BUILD_DIR "/tools/orlo-db", arguments);
     const bool finished = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    return {finished ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardError()),
-            QString::fromUtf8(process.readAllStandardOutput())};
+    const auto lines = [](const QByteArray& said) { return QString::fromUtf8(said).remove(u'\r'); };
+    return {finished ? process.exitCode() : -1, lines(process.readAllStandardError()),
+            lines(process.readAllStandardOutput())};
 }
 
 } // namespace

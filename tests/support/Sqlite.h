@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/Files.h"
+#include "support/System.h"
 
 #include <QStringList>
 
@@ -17,6 +18,7 @@ inline QStringList sqlite(const QString& path, const QByteArray& statement)
     sqlite3* file = nullptr;
     char* error = nullptr;
     sqlite3_open(path.toUtf8().constData(), &file);
+    sqlite3_exec(file, OtherJournal, nullptr, nullptr, nullptr);
     sqlite3_exec(
         file, statement.constData(),
         [](void* to, int columns, char** texts, char**) {

@@ -20,6 +20,8 @@ void limitFiles(qint64 most)
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
+const char* const OtherJournal = "";
+
 void hide(const QString& /*folder*/)
 {
 }

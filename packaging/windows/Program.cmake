@@ -1,0 +1,17 @@
+# What the program's file for Windows holds beside the code: its version, its icon, and what it asks of the system.
+enable_language(RC)
+find_program(ICOTOOL icotool REQUIRED)
+set(art ${CMAKE_BINARY_DIR}/art)
+set(icon ${art}/orlo.ico)
+set(small ${art}/orlo-16.png ${art}/orlo-32.png ${art}/orlo-48.png ${art}/orlo-128.png)
+add_custom_command(
+    OUTPUT ${icon}
+    COMMAND ${ICOTOOL} --create --output=${icon} ${small} --raw=${art}/orlo-256.png
+    DEPENDS ${small} ${art}/orlo-256.png
+    VERBATIM)
+set(manifest ${PROJECT_SOURCE_DIR}/packaging/windows/orlo.manifest)
+configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/orlo.rc.in ${CMAKE_BINARY_DIR}/orlo.rc @ONLY)
+set_source_files_properties(${CMAKE_BINARY_DIR}/orlo.rc PROPERTIES OBJECT_DEPENDS "${icon};${manifest}")
+add_library(orlo_resources OBJECT ${CMAKE_BINARY_DIR}/orlo.rc)
+target_link_libraries(orlo PRIVATE orlo_resources)
+set_target_properties(orlo PROPERTIES WIN32_EXECUTABLE ON) # opens no console

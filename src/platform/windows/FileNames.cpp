@@ -1,0 +1,24 @@
+#include "platform/FileNames.h"
+
+#include "platform/windows/Handle.h"
+
+namespace orlo::platform
+{
+
+void flushFile(const QString& path)
+{
+    const Handle file(path, GENERIC_WRITE);
+    check(file.isOpen() && FlushFileBuffers(file.get()));
+}
+
+bool addName(const QString& path, const QString& name)
+{
+    return CreateHardLinkW(systemPath(name).c_str(), systemPath(path).c_str(), nullptr) != 0;
+}
+
+void takeName(const QString& path, const QString& name)
+{
+    check(renameOver(path, name));
+}
+
+} // namespace orlo::platform

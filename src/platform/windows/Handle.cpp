@@ -1,0 +1,67 @@
+#include "platform/windows/Handle.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QThread>
+
+#include <utility>
+
+namespace orlo::platform
+{
+
+namespace
+{
+
+constexpr int RenameBusyMilliseconds = 2000;
+constexpr int TryEvery = 20; // ms
+
+} // namespace
+
+std::wstring systemPath(const QString& path)
+{
+    const QString plain = QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    // By this beginning a path may be longer than 260 letters.
+    if (plain.startsWith(QLatin1String(R"(\\)")))
+        return (QStringLiteral(R"(\\?\UNC)") + plain.sliced(1)).toStdWString();
+    return (QStringLiteral(R"(\\?\)") + plain).toStdWString();
+}
+
+Handle::Handle(const QString& path, DWORD access, DWORD disposition, DWORD flags)
+    : m_handle(CreateFileW(systemPath(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                           nullptr, disposition, flags, nullptr))
+{
+}
+
+void Handle::close()
+{
+    if (const HANDLE closing = std::exchange(m_handle, INVALID_HANDLE_VALUE); closing != INVALID_HANDLE_VALUE)
+        CloseHandle(closing);
+}
+
+FileIdentity identityOf(const QString& path)
+{
+    const Handle file(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    BY_HANDLE_FILE_INFORMATION known{};
+    if (!file.isOpen() || !GetFileInformationByHandle(file.get(), &known))
+        return {};
+    return {known.dwVolumeSerialNumber, known.nFileIndexHigh, known.nFileIndexLow};
+}
+
+bool renameOver(const QString& path, const QString& name)
+{
+    const std::wstring from = systemPath(path);
+    const std::wstring to = systemPath(name);
+    const QDeadlineTimer deadline(RenameBusyMilliseconds);
+    while (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        const DWORD code = GetLastError();
+        if (numberOfCode(code) != PermissionDenied || deadline.hasExpired()) {
+            SetLastError(code);
+            return false;
+        }
+        QThread::msleep(TryEvery);
+    }
+    return true;
+}
+
+} // namespace orlo::platform

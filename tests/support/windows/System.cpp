@@ -1,0 +1,37 @@
+#include "support/System.h"
+
+#include "support/Main.h"
+
+#include <QFile>
+
+#include <windows.h>
+
+namespace orlo::test
+{
+
+void limitFiles(qint64 most)
+{
+    if (most >= 0)
+        skip(QStringLiteral("the system limits no process's files"));
+}
+
+const char* const OtherJournal = "Pragma journal_mode=Persist";
+
+void hide(const QString& folder)
+{
+    SetFileAttributesW(folder.toStdWString().c_str(), FILE_ATTRIBUTE_HIDDEN);
+}
+
+Forbidden::Forbidden(const QString& file, What what) : m_file(file)
+{
+    if (what == Folder)
+        skip(QStringLiteral("a folder has no mark against writing, only lists of rights"));
+    QFile::setPermissions(file, QFile::ReadOwner);
+}
+
+Forbidden::~Forbidden()
+{
+    QFile::setPermissions(m_file, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+} // namespace orlo::test
