@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <map>
+
+#include <malloc.h>
 
 namespace orlo::bench
 {
@@ -35,6 +38,26 @@ private:
     std::map<std::string, std::vector<double>> m_times;
 };
 
+// The process's memory, MB, by its name in the system's status of it.
+double memoryOf(const std::string& name)
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;)
+        if (double kilobytes = 0; word == name + ':' && status >> kilobytes)
+            return kilobytes / 1024;
+    return 0;
+}
+
+// The memory that a piece of work adds to the process at its peak, MB.
+double peakOf(const Work& work)
+{
+    malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5"; // the peak begins anew
+    const double before = memoryOf("VmRSS");
+    (void)work();
+    return memoryOf("VmHWM") - before;
+}
+
 constexpr const char* Ours = "ours";
 constexpr const char* Theirs = "baseline";
 
@@ -62,8 +85,12 @@ void Table::compare(const Comparison& comparison)
         benchmark::RunSpecifiedBenchmarks(&times);
     }
     benchmark::ClearRegisteredBenchmarks();
-    m_lines.push_back(
-        {comparison.work, comparison.baseline, comparison.limit, times.median(Ours), times.median(Theirs)});
+    Line line{comparison.work, comparison.baseline, comparison.limit, times.median(Ours), times.median(Theirs), 0, 0};
+    if (comparison.memory) {
+        line.ourPeak = peakOf(comparison.ours);
+        line.theirPeak = peakOf(comparison.theirs);
+    }
+    m_lines.push_back(std::move(line));
 }
 
 void Table::print() const
@@ -76,12 +103,16 @@ void Table::print() const
     }
     const int first = static_cast<int>(work);
     const int second = static_cast<int>(baseline);
-    std::printf("%-*s  %-*s  %10s  %11s  %6s  %7s\n", first, "work", second, "baseline", "ours ms", "baseline ms",
-                "ratio", "at most");
-    for (const Line& line : m_lines)
-        std::printf("%-*s  %-*s  %10.3f  %11.3f  %6.2f  %7.2f  %s\n", first, line.work.c_str(), second,
+    std::printf("%-*s  %-*s  %10s  %11s  %6s  %7s  %4s  %s\n", first, "work", second, "baseline", "ours ms",
+                "baseline ms", "ratio", "at most", "", "peak MB of both");
+    for (const Line& line : m_lines) {
+        std::printf("%-*s  %-*s  %10.3f  %11.3f  %6.2f  %7.2f  %4s", first, line.work.c_str(), second,
                     line.baseline.c_str(), line.ours, line.theirs, line.ratio(), line.limit,
                     line.ratio() <= line.limit ? "ok" : "OVER");
+        if (line.ourPeak > 0)
+            std::printf("  %.1f and %.1f", line.ourPeak, line.theirPeak);
+        std::printf("\n");
+    }
 }
 
 bool Table::withinLimits() const

@@ -28,6 +28,7 @@ struct Comparison {
     Work ours;
     Work theirs;
     int rounds = 15;
+    bool memory = false; ///< tell the peak of the memory that each takes, too
 };
 
 /// Measures comparisons and prints them as one table.
@@ -47,6 +48,8 @@ private:
         double limit;
         double ours; ///< ms
         double theirs;
+        double ourPeak;   ///< MB; 0 where it wasn't asked for
+        double theirPeak; ///< MB
 
         [[nodiscard]] double ratio() const { return ours / theirs; }
     };

@@ -16,19 +16,16 @@ constexpr double MinColumn = 36; // points
 class ReportLayout
 {
 public:
-    ReportLayout(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
-                 double heightLimit, Flow& flow, double left, bool isMain, const Progress& progress,
-                 FlowSoFar soFar = {})
-        : m_report(report), m_definition(report.definition), m_facts(facts), m_typesetter(typesetter),
-          m_textWidth(textWidth), m_heightLimit(heightLimit), m_flow(flow), m_left(left), m_isMain(isMain),
-          m_progress(progress), m_soFar(std::move(soFar)),
-          m_bands(report.definition, typesetter, textWidth, heightLimit), m_scope(report.definition, report.rows, facts)
+    ReportLayout(const BoundReport& report, LayoutJob& job, Flow& flow, double left, bool isMain)
+        : m_report(report), m_definition(report.definition), m_job(job), m_flow(flow), m_left(left), m_isMain(isMain),
+          m_bands(report.definition, job.typesetter, job.textWidth, job.heightLimit),
+          m_scope(report.definition, report.rows, job.facts)
     {
         if (const int columns = m_definition.detail.columns; columns > 1) {
-            m_columnWidth = (textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
+            m_columnWidth = (job.textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
             if (m_columnWidth < MinColumn)
                 throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."));
-            m_columns.emplace(report.definition, typesetter, left + m_columnWidth, heightLimit);
+            m_columns.emplace(report.definition, job.typesetter, left + m_columnWidth, job.heightLimit);
         }
     }
 
@@ -132,9 +129,7 @@ private:
         }
         const std::size_t kept = m_flow.kept.size();
         m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
-        ReportLayout(inner, m_facts, m_typesetter, m_textWidth, m_heightLimit, m_flow, m_left + element.left, false,
-                     m_progress)
-            .run(rows);
+        ReportLayout(inner, m_job, m_flow, m_left + element.left, false).run(rows);
         if (m_flow.strips.size() > m_flow.kept[kept].first)
             m_flow.kept[kept].last = m_flow.strips.size();
         else
@@ -218,9 +213,9 @@ private:
                 appendDetail();
             if (++m_done % StripsBetweenProgress != 0 || m_done == m_rows.size())
                 continue;
-            if (m_soFar && m_soFar(flowSoFar()))
-                m_soFar = {};
-            PartProgress(m_progress, DataRead, LaidOut)(m_done, m_rows.size());
+            if (m_job.watch && m_job.watch(m_flow))
+                m_job.watch = {};
+            m_job.progress(m_done, m_rows.size());
         }
         m_filledColumns = 0;
     }
@@ -241,7 +236,7 @@ private:
             return;
         const double height = std::accumulate(strips.begin(), strips.end(), 0.0,
                                               [](double sum, const Strip& strip) { return sum + strip.height; });
-        if (height > m_heightLimit) { // one that runs over pages stands by itself
+        if (height > m_job.heightLimit) { // one that runs over pages stands by itself
             strips.front().beginsRecord = m_isMain;
             std::move(strips.begin(), strips.end(), std::back_inserter(m_flow.strips));
             m_filledColumns = 0;
@@ -266,29 +261,12 @@ private:
         m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
     }
 
-    [[nodiscard]] Flow flowSoFar() const
-    {
-        Flow part = m_flow;
-        for (KeptTogether& kept : part.kept)
-            if (kept.last == kept.first)
-                kept.last = part.strips.size();
-        for (Flow::Heading& heading : part.headings)
-            if (heading.last == 0)
-                heading.last = part.strips.size();
-        return part;
-    }
-
     const BoundReport& m_report;
     const Definition& m_definition;
-    const RunFacts& m_facts;
-    Typesetter& m_typesetter;
-    double m_textWidth;
-    double m_heightLimit;
+    LayoutJob& m_job;
     Flow& m_flow;
     double m_left;
     bool m_isMain;
-    const Progress& m_progress;
-    FlowSoFar m_soFar;
     BandLayout m_bands;
     RowScope m_scope;
     RowRange m_rows;
@@ -300,17 +278,23 @@ private:
 
 } // namespace
 
-std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter, double textWidth,
-                           double heightLimit, const Progress& progress, const FlowSoFar& soFar)
+Flow layOut(const BoundReport& report, LayoutJob job)
 {
     Flow flow;
-    try {
-        ReportLayout(report, facts, typesetter, textWidth, heightLimit, flow, 0, true, progress, soFar)
-            .run({0, report.rows.rows.size()});
-    } catch (const Cancelled&) {
-        return std::nullopt;
-    }
+    ReportLayout(report, job, flow, 0, true).run({0, report.rows.rows.size()});
     return flow;
+}
+
+Flow soFar(const Flow& flow)
+{
+    Flow part = flow;
+    for (KeptTogether& kept : part.kept)
+        if (kept.last == kept.first)
+            kept.last = part.strips.size();
+    for (Flow::Heading& heading : part.headings)
+        if (heading.last == 0)
+            heading.last = part.strips.size();
+    return part;
 }
 
 } // namespace orlo::reports

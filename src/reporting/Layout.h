@@ -17,6 +17,9 @@ struct Strip {
     std::size_t row = 0;       ///< the row that it was made for
     std::size_t lastRow = 0;   ///< the last record of a line of several columns
     std::vector<Item> items;
+
+    /// Gives back the memory of the items, too.
+    void dropItems() { std::vector<Item>().swap(items); }
 };
 
 /// Moves an item by points.
@@ -80,15 +83,24 @@ private:
     double m_heightLimit;
 };
 
-/// How far a run has come when layOut() is done, in percent.
-inline constexpr int LaidOut = 80;
+/// Shown a flow from time to time while it grows; the items of all strips but the last are settled then, and may be
+/// taken away. True once that was enough.
+using FlowWatch = std::function<bool(Flow& flow)>;
 
-/// Shown the part of a flow that is laid out so far, its open groups ending with it; true once that was enough.
-using FlowSoFar = std::function<bool(Flow&& part)>;
+/// What a report is laid out for.
+struct LayoutJob {
+    const RunFacts& facts;
+    Typesetter& typesetter;
+    double textWidth;   ///< points
+    double heightLimit; ///< points; a row higher than that is cut
+    PartProgress progress;
+    FlowWatch watch;
+};
 
-/// Lays out a report with its groups and subreports. Nothing if progress cancelled it.
-[[nodiscard]] std::optional<Flow> layOut(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter,
-                                         double textWidth, double heightLimit, const Progress& progress,
-                                         const FlowSoFar& soFar = {});
+/// Lays out a report with its groups and subreports. Throws Cancelled.
+[[nodiscard]] Flow layOut(const BoundReport& report, LayoutJob job);
+
+/// A copy of a flow that is still growing, its open groups ending where it does.
+[[nodiscard]] Flow soFar(const Flow& flow);
 
 } // namespace orlo::reports

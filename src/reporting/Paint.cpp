@@ -130,29 +130,29 @@ QFont typesetFont(const QFont& font, bool shaped)
     return typeset;
 }
 
-PagePainter::PagePainter(const Document& document) : m_document(document)
+PagePainter::PagePainter(const std::vector<QFont>& fonts)
 {
-    for (const QFont& font : document.fonts) {
+    for (const QFont& font : fonts) {
         const QFont typeset = typesetFont(font);
         const QFontMetricsF metrics(typeset);
         m_faces.push_back({typeset, typesetFont(font, true), metrics.ascent(), metrics.height()});
     }
 }
 
-void PagePainter::paint(QPainter& painter, int page) const
+void PagePainter::paint(QPainter& painter, const Page& page) const
 {
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     painter.setBrush(Qt::NoBrush);
     painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its characters run
     painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);
-    PageDrawing(painter, m_faces).draw(m_document.pages[std::size_t(page)]);
+    PageDrawing(painter, m_faces).draw(page);
     painter.restore();
 }
 
 void paintPage(QPainter& painter, const Document& document, int page)
 {
-    PagePainter(document).paint(painter, page);
+    PagePainter(document.fonts).paint(painter, document.pages[std::size_t(page)]);
 }
 
 } // namespace orlo::reports

@@ -7,15 +7,15 @@ class QPainter;
 namespace orlo::reports
 {
 
-/// Draws the pages of a document, which must outlive it, with fonts that are looked up once for all of them.
+/// Draws the pages of a document with fonts that are looked up once for all of them.
 class PagePainter
 {
 public:
-    explicit PagePainter(const Document& document);
+    explicit PagePainter(const std::vector<QFont>& fonts);
 
-    /// Draws one page, counted from 0, with its top left corner at the painter's origin; one unit of the painter is one
-    /// point (1/72 inch), so the caller scales it to its device. The paper itself is not painted.
-    void paint(QPainter& painter, int page) const;
+    /// Draws a page with its top left corner at the painter's origin; one unit of the painter is one point (1/72 inch),
+    /// so the caller scales it to its device. The paper itself is not painted.
+    void paint(QPainter& painter, const Page& page) const;
 
     /// A font as it is drawn: its measures are typesetting units.
     struct Face {
@@ -26,11 +26,10 @@ public:
     };
 
 private:
-    const Document& m_document;
     std::vector<Face> m_faces;
 };
 
-/// Draws a single page in the same way.
+/// Draws a single page of a document, counted from 0, in the same way.
 void paintPage(QPainter& painter, const Document& document, int page);
 
 /// Latin letters end here: below this code, characters stand side by side as they are.

@@ -44,14 +44,15 @@ struct Cancelled {
 class PartProgress
 {
 public:
-    PartProgress(const Progress& progress, int from, int to) : m_progress(progress), m_from(from), m_to(to) {}
+    PartProgress() = default; ///< of work whose progress nobody wants to know
+    PartProgress(const Progress& progress, int from, int to) : m_progress(&progress), m_from(from), m_to(to) {}
 
     /// Reports that so much of the part is done. Throws Cancelled.
     void operator()(std::size_t done, std::size_t total) const
     {
         const std::size_t span = std::size_t(m_to - m_from) * Scale;
         const std::size_t share = total > 0 ? span * std::min(done, total) / total : 0;
-        if (m_progress && !m_progress(int(std::size_t(m_from) * Scale + share), 100 * Scale))
+        if (m_progress && *m_progress && !(*m_progress)(int(std::size_t(m_from) * Scale + share), 100 * Scale))
             throw Cancelled();
     }
     /// The same for one row of many, of which only some are reported.
@@ -65,9 +66,9 @@ private:
     static constexpr int Scale = 100;
     static constexpr std::size_t RowsBetween = 500;
 
-    const Progress& m_progress;
-    int m_from;
-    int m_to;
+    const Progress* m_progress = nullptr;
+    int m_from = 0;
+    int m_to = 0;
 };
 
 /// Given the first page of a long report as soon as it is settled, before the rest is laid out: a document that isn't
@@ -81,5 +82,13 @@ using FirstPage = std::function<void(Document&&)>;
 [[nodiscard]] std::optional<Document> render(const Definition& definition, const RunRequest& request,
                                              const DatabaseProvider& databaseOf, const Progress& progress = {},
                                              const FirstPage& firstPage = {});
+
+/// Given each page as soon as it is finished, with the number of all pages; the document has all but pages and rows.
+using PageSink = std::function<void(const Document& document, const Page& page, int count)>;
+
+/// Runs a report file as render() does and keeps no page and no row of the export, so that a report of any length
+/// takes little more memory than its rows. What is returned has no pages.
+[[nodiscard]] std::optional<Document> renderPages(const RunRequest& request, const DatabaseProvider& databaseOf,
+                                                  const PageSink& sink, const Progress& progress = {});
 
 } // namespace orlo::reports

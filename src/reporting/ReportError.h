@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QFileDevice>
 #include <QString>
 #include <QStringList>
 
@@ -54,5 +55,8 @@ private:
     QStringList m_files;
     bool m_hasRecord = false;
 };
+
+/// Raises PathFileAccess (75) for a file that can't be written: which one, and what the system says of it.
+[[noreturn]] void raiseUnwritable(const QString& path, const QFileDevice& file);
 
 } // namespace orlo::reports

@@ -1,6 +1,6 @@
 // Runs report files without the program: writes their pages as PDF files, counts the sheets and tells what looks wrong.
 
-#include "reporting/Export.h"
+#include "reporting/PdfFile.h"
 #include "reporting/ReportError.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
@@ -18,20 +18,29 @@ namespace
 {
 
 /// Writes one report's pages beside its name in the folder, if one is given; the number of its sheets.
-qsizetype runReport(store::Database& database, const QString& file, const QString& selection, const QString& folder)
+int runReport(store::Database& database, const QString& file, const QString& selection, const QString& folder)
 {
     reports::RunRequest request;
     request.reportFile = file;
     request.databases = {{0, QStringLiteral("pack")}, {1, QStringLiteral("pack")}};
     request.selectionFormula = selection;
-    const auto document = *reports::render(request, [&](const QString&) -> store::Database& { return database; });
-    for (const QString& warning : document.warnings)
-        std::fprintf(stderr, "%s\n", qUtf8Printable(warning));
     const QString name = QFileInfo(file).completeBaseName();
+    std::optional<reports::PdfFile> pdf;
     if (!folder.isEmpty())
-        reports::writePdf(document, QDir(folder).filePath(name + QStringLiteral(".pdf")));
-    const auto sheets = qsizetype(document.pages.size());
-    std::printf("%4lld %s\n", static_cast<long long>(sheets), qUtf8Printable(name));
+        pdf.emplace(QDir(folder).filePath(name + QStringLiteral(".pdf")));
+    int sheets = 0;
+    const auto document = reports::renderPages(
+        request, [&](const QString&) -> store::Database& { return database; },
+        [&](const reports::Document& head, const reports::Page& page, int count) {
+            sheets = count;
+            if (pdf)
+                pdf->add(head, page);
+        });
+    for (const QString& warning : document->warnings)
+        std::fprintf(stderr, "%s\n", qUtf8Printable(warning));
+    if (pdf)
+        pdf->commit();
+    std::printf("%4d %s\n", sheets, qUtf8Printable(name));
     return sheets;
 }
 
@@ -61,10 +70,10 @@ int main(int argc, char** argv)
     }
     try {
         store::Database database = store::DBEngine::openDatabase(arguments.front(), store::schema::editions());
-        qsizetype sheets = 0;
+        int sheets = 0;
         for (const QString& file : arguments.mid(1))
             sheets += runReport(database, file, parser.value(select), parser.value(pdf));
-        std::printf("%4lld in all\n", static_cast<long long>(sheets));
+        std::printf("%4d in all\n", sheets);
         return 0;
     } catch (const platform::RuntimeError& error) {
         std::fprintf(stderr, "orlo-report: %s\n", qUtf8Printable(error.description()));

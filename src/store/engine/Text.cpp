@@ -255,17 +255,22 @@ int compareText(QStringView a, QStringView b)
 
 QString sortKey(QStringView text)
 {
+    const QString folded = text.toString().toCaseFolded();
     QString key;
     key.reserve(2 * text.size() + 1);
-    Bases letters{Utf16Reader(text)};
-    while (const char32_t c = letters.next()) {
-        // Surrogates stand below some units of smaller code points: they change places with these.
-        if (c > 0xFFFF)
-            key.append(QChar(QChar::highSurrogate(c) + 0x2000)).append(QChar(QChar::lowSurrogate(c) + 0x2000));
-        else
-            key.append(QChar(char16_t(c < 0xE000 ? c : c - 0x800)));
+    if (std::all_of(text.begin(), text.end(), [](QChar c) { return c < u'\x80'; })) {
+        key.append(folded);
+    } else {
+        Bases bases{Utf16Reader(text)};
+        while (const char32_t c = bases.next()) {
+            // Surrogates stand below some units of smaller code points: they change places with these.
+            if (c > 0xFFFF)
+                key.append(QChar(QChar::highSurrogate(c) + 0x2000)).append(QChar(QChar::lowSurrogate(c) + 0x2000));
+            else
+                key.append(QChar(char16_t(c < 0xE000 ? c : c - 0x800)));
+        }
     }
-    return key + QChar(u'\0') + text.toString().toCaseFolded();
+    return key.append(u'\0').append(folded);
 }
 
 int compareUtf8(std::string_view a, std::string_view b)

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "reporting/Layout.h"
+
+namespace orlo::reports
+{
+
+/// What stands on which page, and how far the pages are made.
+struct PagePlan {
+    std::vector<PageContent> pages;
+    int first = 1; ///< the pages wanted, counted from 1
+    int last = 0;
+    int next = 1; ///< the page to make next
+};
+
+/// Puts pages together from a flow and the page header and footer.
+class PageMaker
+{
+public:
+    /// Raises SyntaxError (3075) where margins, header and footer leave no room.
+    PageMaker(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter);
+
+    [[nodiscard]] double textWidth() const { return m_area.width(); }                                       ///< points
+    [[nodiscard]] double bodyHeight() const { return m_area.height() - m_headerHeight - m_footerHeight; } ///< points
+
+    /// Decides what stands on which page; those before first and after last, 0 for no limit, aren't made.
+    [[nodiscard]] PagePlan plan(const Flow& flow, int first, int last);
+    /// Where the headings of groups stand on the wanted pages.
+    [[nodiscard]] std::vector<OutlineEntry> outline(const Flow& flow, const PagePlan& plan) const;
+    /// Makes the next pages as far as they stand before a strip, and takes their items out of the flow. Throws
+    /// Cancelled.
+    void make(Flow& flow, PagePlan& plan, std::size_t end, const PartProgress& progress,
+              const std::function<void(Page&&)>& take);
+    /// The first page out of the beginning of a flow; false as long as what follows could change it.
+    bool makeFirst(Flow flow, Document& document);
+
+private:
+    [[nodiscard]] Page page(Flow& flow, const PageContent& content, int number);
+    void copyStrips(const std::vector<Strip>& strips, double y, Page& page) const;
+
+    const Definition& m_definition;
+    QRectF m_area;
+    BandLayout m_bands;
+    RowScope m_scope;
+    double m_headerHeight = 0;
+    double m_footerHeight = 0;
+};
+
+} // namespace orlo::reports

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "reporting/PdfFinish.h"
+
+#include <QSaveFile>
+#include <QTemporaryFile>
+
+#include <memory>
+
+class QPainter;
+class QPdfWriter;
+
+namespace orlo::reports
+{
+
+class PagePainter;
+
+/// A PDF file that takes the pages of one report as they are finished. Unless it is committed, no file is left.
+class PdfFile
+{
+public:
+    /// Raises PathFileAccess (75) where the file can't be written, as the others do.
+    explicit PdfFile(const QString& path);
+    ~PdfFile();
+    PdfFile(const PdfFile&) = delete;
+    PdfFile& operator=(const PdfFile&) = delete;
+
+    /// Adds a page. With the first one the document tells its title, author, subject, paper, fonts and outline.
+    void add(const Document& document, const Page& page);
+    /// Puts the finished file into its place. Throws Cancelled.
+    void commit(const PartProgress& progress = {});
+
+private:
+    void begin(const Document& document);
+
+    QSaveFile m_file;
+    QTemporaryFile m_drawn; // before it gets its bookmarks and links
+    std::unique_ptr<QPdfWriter> m_writer;
+    std::unique_ptr<QPainter> m_painter;
+    std::unique_ptr<PagePainter> m_pages;
+    PdfExtras m_extras;
+    int m_count = 0;
+};
+
+} // namespace orlo::reports
