@@ -34,9 +34,8 @@ store::Database& packOf(const QString& /*path*/)
 void writePages(const reports::RunRequest& request, const QString& path)
 {
     reports::PdfFile pdf(path);
-    (void)reports::renderPages(request, packOf, [&pdf](const auto& document, const auto& page, int /*count*/) {
-        pdf.add(document, page);
-    });
+    (void)reports::renderPages(
+        request, packOf, [&pdf](const auto& document, const auto& page, int /*count*/) { pdf.add(document, page); });
     pdf.commit();
 }
 

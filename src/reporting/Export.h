@@ -6,9 +6,9 @@
 namespace orlo::reports
 {
 
-/// Writes the pages as a PDF file with real text, the document's title, author and subject, its outline as bookmarks and
-/// its e-mail addresses as links. False if progress cancelled it, no file is left then. Raises 75 where the file can't
-/// be written.
+/// Writes the pages as a PDF file with real text, the document's title, author and subject, its outline as bookmarks
+/// and its e-mail addresses as links. False if progress cancelled it, no file is left then. Raises 75 where the file
+/// can't be written.
 bool writePdf(const Document& document, const QString& path, const Progress& progress = {});
 
 /// The rows of the main list with a line of headings, as RFC 4180 wants it: CRLF, quotes doubled. Each subreport

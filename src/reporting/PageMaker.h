@@ -20,7 +20,7 @@ public:
     /// Raises SyntaxError (3075) where margins, header and footer leave no room.
     PageMaker(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter);
 
-    [[nodiscard]] double textWidth() const { return m_area.width(); }                                       ///< points
+    [[nodiscard]] double textWidth() const { return m_area.width(); }                                     ///< points
     [[nodiscard]] double bodyHeight() const { return m_area.height() - m_headerHeight - m_footerHeight; } ///< points
 
     /// Decides what stands on which page; those before first and after last, 0 for no limit, aren't made.

@@ -2,10 +2,17 @@
 
 #include "reporting/Document.h"
 
+#include <QRawFont>
+
+#include <array>
+
 class QPainter;
 
 namespace orlo::reports
 {
+
+/// Latin letters end here: below this code, characters stand side by side as they are.
+inline constexpr char16_t EndOfPlainCharacters = 0x250;
 
 /// Draws the pages of a document with fonts that are looked up once for all of them.
 class PagePainter
@@ -17,12 +24,19 @@ public:
     /// so the caller scales it to its device. The paper itself is not painted.
     void paint(QPainter& painter, const Page& page) const;
 
+    /// A plain character of a font.
+    struct PlainGlyph {
+        quint32 index = 0;   ///< 0 if the font hasn't it
+        double advance = -1; ///< typesetting units; below 0 as long as none was asked for
+    };
     /// A font as it is drawn: its measures are typesetting units.
     struct Face {
         QFont font;
         QFont shaped; ///< for texts that need it
+        QRawFont raw;
         double ascent;
         double height;
+        mutable std::array<PlainGlyph, EndOfPlainCharacters> glyphs; ///< by code
     };
 
 private:
@@ -32,8 +46,6 @@ private:
 /// Draws a single page of a document, counted from 0, in the same way.
 void paintPage(QPainter& painter, const Document& document, int page);
 
-/// Latin letters end here: below this code, characters stand side by side as they are.
-inline constexpr char16_t EndOfPlainCharacters = 0x250;
 /// True for a text whose characters may join, combine or run from right to left.
 [[nodiscard]] bool needsShaping(QStringView text);
 

@@ -134,9 +134,9 @@ public:
         m_document.subject = displayText(m_report.definition.subject.evaluate(firstRow));
         m_document.paper = m_report.definition.paper;
         m_document.files = definition.files;
-        m_document.warnings = definition.warnings + layoutWarnings(m_report.definition,
-                                                                   {m_pages.textWidth(), m_pages.bodyHeight()},
-                                                                   nameOf(request.reportFile));
+        m_document.warnings =
+            definition.warnings + layoutWarnings(m_report.definition, {m_pages.textWidth(), m_pages.bodyHeight()},
+                                                 nameOf(request.reportFile));
     }
 
     Document wholeDocument(const Progress& progress, const FirstPage& firstPage)
@@ -175,8 +175,8 @@ public:
 private:
     Flow laidOut(const PartProgress& progress, const FlowWatch& watch)
     {
-        return layOut(m_report,
-                      {m_facts, m_typesetter, m_pages.textWidth(), m_pages.bodyHeight() * MaxShareOfRow, progress, watch});
+        return layOut(m_report, {m_facts, m_typesetter, m_pages.textWidth(), m_pages.bodyHeight() * MaxShareOfRow,
+                                 progress, watch});
     }
 
     PagePlan planned(const Flow& flow)
