@@ -173,14 +173,14 @@ void Connection::ensureOpen() const
         throw RuntimeError(platform::ObjectInvalid, databaseSource());
 }
 
-std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, Origin origin)
+std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, Origin origin, bool toKeep)
 {
     auto prepared = std::make_shared<Statement::Prepared>();
     prepared->connection = this;
     m_watch.guarding = origin == Origin::Outside;
     m_watch.refusal = 0;
     const int code = sqlite3_prepare_v3(m_db, sql.constData(), static_cast<int>(sql.size()) + 1,
-                                        SQLITE_PREPARE_PERSISTENT, &prepared->handle, nullptr);
+                                        toKeep ? SQLITE_PREPARE_PERSISTENT : 0, &prepared->handle, nullptr);
     m_watch.guarding = false;
     if (code != SQLITE_OK)
         raiseLast(code, true);
@@ -195,9 +195,15 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
     const auto* known = m_statements.object(sql);
     if (known && known->use_count() == 1) // nobody has borrowed it
         return Statement(*known);
-    auto prepared = prepare(sql, origin);
-    if (!known)
+    // Most texts that the screens build come once, with a key in them: only what comes again is worth keeping.
+    const bool again = !known && m_metOnce.remove(qHash(sql));
+    auto prepared = prepare(sql, origin, again);
+    if (again)
         m_statements.insert(sql, new std::shared_ptr(prepared));
+    else if (!known && m_metOnce.size() < MaxTexts)
+        m_metOnce.insert(qHash(sql));
+    else if (!known)
+        m_metOnce = {qHash(sql)};
     return Statement(std::move(prepared));
 }
 

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QCache>
 #include <QHash>
+#include <QSet>
 
 #include <functional>
 #include <memory>
@@ -98,7 +99,7 @@ private:
     void checkFile() const;
     void harden();
     void forget();
-    std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin);
+    std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin, bool toKeep);
 
     QString m_path;
     QString m_file;
@@ -110,6 +111,7 @@ private:
     static constexpr qsizetype MaxStatements = 64;
     static constexpr qsizetype MaxTexts = 256;
     Cache<QByteArray, Statement::Prepared> m_statements{MaxStatements};
+    QSet<std::size_t> m_metOnce; // hashes of texts
     Cache<QString, const Translated> m_translations{MaxTexts};
     Cache<QString, const Source> m_sources{MaxTexts};
     Cache<QByteArray, const RowShape> m_shapes{MaxTexts};

@@ -174,14 +174,15 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     const qsizetype written = m_out.sql.size();
     if (take(Symbol::From))
         sources();
-    const qsizetype sourcesSize = m_out.sql.size() - written;
+    const QString sourcesSql = m_out.sql.sliced(written);
+    m_out.sql.truncate(written);
     const qsizetype after = std::exchange(m_at, results);
     readResults(query, targets);
     if (m_at != from)
         refuse();
     m_at = after;
-    std::rotate(m_out.sql.begin() + written, m_out.sql.begin() + written + sourcesSize, m_out.sql.end());
-    query.fromStart = m_out.sql.size() - sourcesSize;
+    query.fromStart = m_out.sql.size();
+    m_out.sql += sourcesSql;
     query.tailStart = m_out.sql.size();
     where();
     const bool grouped = group();
