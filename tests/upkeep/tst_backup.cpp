@@ -175,6 +175,8 @@ disk full               | F | B=3 F/B=3      |      | full | 61     | bd   | B=3
         QFETCH(QString, drive);
         QFETCH(QString, late);
         QFETCH(QString, told);
+        if (late == "full")
+            test::limitFiles(1LL << 40); // whether there are limits
         Place place;
         Instance<frmScouts>::show();
         Instance<frmAdults>::show();
@@ -257,6 +259,7 @@ good      | F | restored | d   | 0)");
             place.drives.resize(gone ? 1 : 2);
             screen.go("yes ok ok");
         };
+        database().close(); // a file that is open here as well is replaced on some systems only
         QCOMPARE(test::failureInChild("", restore), "91");
         QCOMPARE(test::contents(place.database) == "garbage", !gone);
     }

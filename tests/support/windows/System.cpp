@@ -27,6 +27,8 @@ Forbidden::Forbidden(const QString& file, What what) : m_file(file)
     if (what == Folder)
         skip(QStringLiteral("a folder has no mark against writing, only lists of rights"));
     QFile::setPermissions(file, QFile::ReadOwner);
+    if (QFile(file).open(QIODevice::ReadWrite))
+        skip(QStringLiteral("this user may write to what is marked, as root may under Wine"));
 }
 
 Forbidden::~Forbidden()
