@@ -96,7 +96,7 @@ sqlite() {
     ./configure --disable-tcl
     make sqlite3.c
     "$compiler-gcc-posix" -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_SECURE_DELETE -DSQLITE_ENABLE_COLUMN_METADATA \
-        -DSQLITE_LIKE_DOESNT_MATCH_BLOBS -DSQLITE_ALLOW_ROWID_IN_VIEW -DSQLITE_USE_URI=1 -c sqlite3.c
+        -DSQLITE_LIKE_DOESNT_MATCH_BLOBS -DSQLITE_ALLOW_ROWID_IN_VIEW -DSQLITE_USE_URI=1 -DSQLITE_ENABLE_FTS5 -c sqlite3.c
     mkdir -p "$root/lib" "$root/include"
     "$compiler-ar" rcs "$root/lib/libsqlite3.a" sqlite3.o
     cp sqlite3.h "$root/include"
