@@ -1,6 +1,6 @@
 # Run at the install of the folder that runs anywhere: brings along what its programs and Qt's plugins load, except the C
-# and C++ run time, which every system has, and their licences. Set by Packages.cmake: PROGRAMS, PLUGINS_FROM, PLUGINS,
-# FONTS.
+# and C++ run time, which every system has, and their licences. Set by PackagesLinux.cmake: PROGRAMS, PLUGINS_FROM,
+# PLUGINS, FONTS.
 set(folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
 set(modules)
 foreach(plugin IN LISTS PLUGINS)
