@@ -129,7 +129,10 @@ private:
         }
         const std::size_t kept = m_flow.kept.size();
         m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
+        const std::size_t first = m_flow.strips.size();
         ReportLayout(inner, m_job, m_flow, m_left + element.left, false).run(rows);
+        for (std::size_t i = first; i < m_flow.strips.size(); ++i)
+            m_flow.strips[i].row = m_scope.row; // a page that begins there belongs to this report's record
         if (m_flow.strips.size() > m_flow.kept[kept].first)
             m_flow.kept[kept].last = m_flow.strips.size();
         else
@@ -213,7 +216,7 @@ private:
                 appendDetail();
             if (++m_done % StripsBetweenProgress != 0 || m_done == m_rows.size())
                 continue;
-            if (m_job.watch && m_job.watch(m_flow))
+            if (m_isMain && m_job.watch && m_job.watch(m_flow))
                 m_job.watch = {};
             m_job.progress(m_done, m_rows.size());
         }

@@ -14,7 +14,7 @@ struct Strip {
     bool keepWithNext = false;
     bool breakBefore = false;
     bool beginsRecord = false; ///< of the main report's detail band: counts for what a page adds up
-    std::size_t row = 0;       ///< the row that it was made for
+    std::size_t row = 0;       ///< the main report's row that it was made for
     std::size_t lastRow = 0;   ///< the last record of a line of several columns
     std::vector<Item> items;
 
@@ -83,8 +83,8 @@ private:
     double m_heightLimit;
 };
 
-/// Shown a flow from time to time while it grows; the items of all strips but the last are settled then, and may be
-/// taken away. True once that was enough.
+/// Shown a flow from time to time while it grows, between two records of the main report: all strips but the last are
+/// settled then, and their items may be taken away. True once that was enough.
 using FlowWatch = std::function<bool(Flow& flow)>;
 
 /// What a report is laid out for.

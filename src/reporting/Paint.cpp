@@ -19,38 +19,6 @@ QPointF onGrid(QPointF place)
     return {std::round(place.x() * UnitsPerPoint), std::round(place.y() * UnitsPerPoint)};
 }
 
-/// Draws a line of plain characters glyph by glyph, as it would come out of the text layout, in half its time. False if
-/// the line or the font wants that layout: for what isn't printed, or comes from another font.
-bool drawPlain(QPainter& painter, const PagePainter::Face& face, QPointF start, QStringView line)
-{
-    static std::vector<quint32> glyphs;
-    static std::vector<QPointF> places;
-    glyphs.clear();
-    places.clear();
-    double x = 0;
-    for (const QChar c : line) {
-        const char16_t code = c.unicode();
-        if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code == QChar::SoftHyphen || code >= face.glyphs.size())
-            return false;
-        PagePainter::PlainGlyph& glyph = face.glyphs[code];
-        if (glyph.advance < 0) {
-            const QList<quint32> found = face.raw.glyphIndexesForString(QString(c));
-            glyph.index = found.value(0);
-            glyph.advance = face.raw.advancesForGlyphIndexes(found).value(0).x();
-        }
-        if (glyph.index == 0)
-            return false;
-        glyphs.push_back(glyph.index);
-        places.emplace_back(x, 0);
-        x += glyph.advance;
-    }
-    QGlyphRun run;
-    run.setRawFont(face.raw);
-    run.setRawData(glyphs.data(), places.data(), int(glyphs.size()));
-    painter.drawGlyphRun(start, run);
-    return true;
-}
-
 /// Draws a page's items in typesetting units. Each change of pen is written into a PDF file, so lines and outlines are
 /// gathered by pen, and the texts come last, above everything.
 class PageDrawing
@@ -124,10 +92,41 @@ private:
         m_color = item.color;
         QPointF start = onGrid(item.box.topLeft()) + QPointF(0, std::round(face.ascent));
         for (const QStringView line : QStringView(item.text).tokenize(u'\n')) {
-            if (!drawPlain(m_painter, face, start, line))
+            if (!drawPlain(face, start, line))
                 drawShaped(face, start, line.toString());
             start.ry() += face.height;
         }
+    }
+
+    /// Draws a line of plain characters glyph by glyph, as it would come out of the text layout, in half its time.
+    /// False if the line or the font wants that layout: for what isn't printed, or comes from another font.
+    bool drawPlain(const PagePainter::Face& face, QPointF start, QStringView line)
+    {
+        m_glyphs.clear();
+        m_places.clear();
+        double x = 0;
+        for (const QChar c : line) {
+            const char16_t code = c.unicode();
+            if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code == QChar::SoftHyphen ||
+                code >= face.glyphs.size())
+                return false;
+            PagePainter::PlainGlyph& glyph = face.glyphs[code];
+            if (glyph.advance < 0) {
+                const QList<quint32> found = face.raw.glyphIndexesForString(QString(c));
+                glyph.index = found.value(0);
+                glyph.advance = face.raw.advancesForGlyphIndexes(found).value(0).x();
+            }
+            if (glyph.index == 0)
+                return false;
+            m_glyphs.push_back(glyph.index);
+            m_places.emplace_back(x, 0);
+            x += glyph.advance;
+        }
+        QGlyphRun run;
+        run.setRawFont(face.raw);
+        run.setRawData(m_glyphs.data(), m_places.data(), int(m_glyphs.size()));
+        m_painter.drawGlyphRun(start, run);
+        return true;
     }
 
     void drawShaped(const PagePainter::Face& face, QPointF start, const QString& line)
@@ -145,6 +144,8 @@ private:
     std::vector<const TextItem*> m_texts;
     const QFont* m_font = nullptr;
     QColor m_color;
+    std::vector<quint32> m_glyphs; // of the line that is drawn
+    std::vector<QPointF> m_places;
 };
 
 } // namespace

@@ -19,7 +19,7 @@ class PagePainter;
 class PdfFile
 {
 public:
-    /// Raises PathFileAccess (75) where the file can't be written, as the others do.
+    /// Raises PathFileAccess (75) where the file can't be written.
     explicit PdfFile(const QString& path);
     ~PdfFile();
     PdfFile(const PdfFile&) = delete;
@@ -27,7 +27,7 @@ public:
 
     /// Adds a page. With the first one the document tells its title, author, subject, paper, fonts and outline.
     void add(const Document& document, const Page& page);
-    /// Puts the finished file into its place. Throws Cancelled.
+    /// Puts the finished file, of one page at least, into its place. Raises PathFileAccess (75); throws Cancelled.
     void commit(const PartProgress& progress = {});
 
 private:

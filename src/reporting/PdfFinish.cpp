@@ -40,7 +40,7 @@ private:
     QIODevice& m_device;
 };
 
-Handle textOf(const QString& text)
+Handle pdfText(const QString& text)
 {
     return Handle::newUnicodeString(text.toStdString());
 }
@@ -62,7 +62,7 @@ void addLinks(QPDF& pdf, const PdfExtras& extras, const PartProgress& progress)
     const std::vector<Handle>& pages = pdf.getAllPages();
     auto link = extras.links.begin();
     for (std::size_t i = 0; i < pages.size(); ++i) {
-        progress(i, pages.size());
+        progress(i, 2 * pages.size());
         Handle page = pages[i];
         Handle annotations = Handle::newArray();
         for (; link != extras.links.end() && std::size_t(link->page) == i; ++link)
@@ -88,7 +88,7 @@ public:
             while (m_open.size() > std::size_t(entry.level) + 1)
                 close();
             Handle item = m_pdf.makeIndirectObject(Handle::newDictionary());
-            item.replaceKey("/Title", textOf(entry.text));
+            item.replaceKey("/Title", pdfText(entry.text));
             item.replaceKey("/Dest", destination(entry));
             append(item);
             m_open.push_back({item, {}, 0});
@@ -149,9 +149,9 @@ void addFacts(QPDF& pdf, const PdfExtras& extras)
 {
     Handle facts = pdf.getTrailer().getKey("/Info");
     if (!extras.author.isEmpty())
-        facts.replaceKey("/Author", textOf(extras.author));
+        facts.replaceKey("/Author", pdfText(extras.author));
     if (!extras.subject.isEmpty())
-        facts.replaceKey("/Subject", textOf(extras.subject));
+        facts.replaceKey("/Subject", pdfText(extras.subject));
     Handle root = pdf.getRoot();
     root.replaceKey("/Lang", Handle::newString(Language));
     root.replaceKey("/ViewerPreferences", Handle::parse("<< /DisplayDocTitle true >>"));
@@ -181,7 +181,7 @@ void finishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const Par
         writer.setStreamDataMode(qpdf_s_preserve);
         writer.setObjectStreamMode(qpdf_o_disable);
         writer.registerProgressReporter(std::make_shared<QPDFWriter::FunctionProgressReporter>(
-            [&](int percent) { progress(std::size_t(percent), 100); }));
+            [&](int percent) { progress(std::size_t(100 + percent), 200); }));
         writer.write();
     } catch (const std::runtime_error& error) {
         throw ReportError(platform::PathFileAccess,

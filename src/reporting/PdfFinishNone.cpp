@@ -1,5 +1,7 @@
 #include "reporting/PdfFinish.h"
 
+#include "reporting/ReportError.h"
+
 #include <QFile>
 
 namespace orlo::reports
@@ -9,10 +11,14 @@ void finishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const Par
 {
     Q_UNUSED(extras)
     constexpr qint64 AtOnce = 1 << 20;
-    pages.seek(0);
+    if (!pages.seek(0))
+        raiseUnwritable(pages.fileName(), pages);
     while (!pages.atEnd()) {
         progress(std::size_t(pages.pos()), std::size_t(pages.size()));
-        if (file.write(pages.read(AtOnce)) <= 0)
+        const QByteArray block = pages.read(AtOnce);
+        if (block.isEmpty())
+            raiseUnwritable(pages.fileName(), pages);
+        if (file.write(block) < 0)
             return;
     }
 }

@@ -139,6 +139,9 @@ public:
                                                  nameOf(request.reportFile));
     }
 
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
     Document wholeDocument(const Progress& progress, const FirstPage& firstPage)
     {
         FlowWatch watch;
@@ -165,7 +168,7 @@ public:
         const PartProgress made(progress, HeightsKnown, 100);
         const auto handOn = [&](Page&& page) { sink(m_document, page, int(plan.pages.size())); };
         Flow flow = laidOut({}, [&](Flow& begun) { // the pages tell of its progress
-            m_pages.make(begun, plan, begun.strips.size() - 1, made, handOn);
+            m_pages.make(begun, plan, std::max<std::size_t>(begun.strips.size(), 1) - 1, made, handOn);
             return false;
         });
         m_pages.make(flow, plan, flow.strips.size(), made, handOn);

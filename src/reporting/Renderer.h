@@ -46,6 +46,7 @@ class PartProgress
 public:
     PartProgress() = default; ///< of work whose progress nobody wants to know
     PartProgress(const Progress& progress, int from, int to) : m_progress(&progress), m_from(from), m_to(to) {}
+    PartProgress(Progress&&, int, int) = delete; // it would be gone
 
     /// Reports that so much of the part is done. Throws Cancelled.
     void operator()(std::size_t done, std::size_t total) const
@@ -83,11 +84,12 @@ using FirstPage = std::function<void(Document&&)>;
                                              const DatabaseProvider& databaseOf, const Progress& progress = {},
                                              const FirstPage& firstPage = {});
 
-/// Given each page as soon as it is finished, with the number of all pages; the document has all but pages and rows.
+/// Given each page as soon as it is finished, with the number of pages that the whole report has, the unwanted ones
+/// too; the document has neither pages nor what the CSV export writes.
 using PageSink = std::function<void(const Document& document, const Page& page, int count)>;
 
 /// Runs a report file as render() does and keeps no page and no row of the export, so that a report of any length
-/// takes little more memory than its rows. What is returned has no pages.
+/// takes little more memory than its rows. What is returned has no pages. Raises what render() raises.
 [[nodiscard]] std::optional<Document> renderPages(const RunRequest& request, const DatabaseProvider& databaseOf,
                                                   const PageSink& sink, const Progress& progress = {});
 

@@ -60,6 +60,14 @@ class tst_reports : public QObject
     {
         return render(request, std::bind_front(&tst_reports::open, this), progress, shown);
     }
+    /// The texts of all pages as they are handed on one by one.
+    QString textPageByPage(const RunRequest& request)
+    {
+        Document taken;
+        (void)*renderPages(request, std::bind_front(&tst_reports::open, this),
+                           [&](const Document&, const Page& page, int) { taken.pages.push_back(page); });
+        return textOf(taken);
+    }
     /// A definition of the test's own, or a shipped one, on the full database.
     Document runText(const QString& text, const QString& selection = {})
     {
@@ -145,6 +153,22 @@ private Q_SLOTS:
         const Document some = *run(wanted);
         int calls = 0;
         QVERIFY(!run(wanted, [&](int, int) { return ++calls < 2; }));
+        QCOMPARE(textPageByPage(wanted), textOf(some));
+        // One that lays out nothing for long, and one whose pages begin inside a list of another number of rows.
+        test::write(m_dir.filePath("foot.rpt"), "source {\nSelect Scout_SID From Scouts\n}\ngroup \"All\" {\nby 1\n"
+                                                "footer {\nrow {\ntext 0 = Count()\n}\n}\n}\n");
+        test::write(m_dir.filePath("inner.rpt"),
+                    "source {\nSelect Den_SID From Dens Where Den_SID < 3\n}\nsort {Den_SID}\npage-footer {\ntext 0 = "
+                    "{Den_SID} & \"/\" & Count({Den_SID}, \"Page\")\n}\ndetail {\nsubreport \"S\" 1in\n}\n"
+                    "subreport \"S\" {\nsource {\nSelect Scout_SID From Scouts\n}\ndetail {\ntext 0 = \"x\"\n}\n}\n");
+        QString own;
+        for (const char* name : {"foot.rpt", "inner.rpt"}) {
+            RunRequest asked = request({});
+            asked.reportFile = m_dir.filePath(name);
+            own = textOf(*run(asked));
+            QCOMPARE(textPageByPage(asked), own);
+        }
+        QCOMPARE(own.remove("x\n").replace(QRegularExpression("(./0\n)\\1+"), "\\1"), "1/1\n1/0\n2/1\n2/0\n");
         m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
         QVERIFY(told > 0.9 && first && !first->complete && all->complete);

@@ -89,6 +89,7 @@ bool printDocument(QPrinter& printer, const Document& document, int from, int to
     QPainter painter;
     if (!painter.begin(&printer))
         raiseUnreachable(printer);
+    const PagePainter pages(document.fonts);
     const double scaleX = printer.logicalDpiX() / PointsPerInch;
     const double scaleY = printer.logicalDpiY() / PointsPerInch;
     for (std::size_t done = 0; done < order.size(); ++done) {
@@ -100,7 +101,7 @@ bool printDocument(QPrinter& printer, const Document& document, int from, int to
         painter.scale(scaleX, scaleY);
         painter.translate(margin.width(), margin.height());
         painter.scale(scale, scale);
-        paintPage(painter, document, order[done]);
+        pages.paint(painter, document.pages[static_cast<std::size_t>(order[done])]);
         painter.restore();
         if (progress && !progress(static_cast<int>(done) + 1, static_cast<int>(order.size()))) {
             printer.abort();

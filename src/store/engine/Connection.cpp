@@ -335,7 +335,7 @@ void Connection::raiseLast(int code, bool preparing)
     QString description = kind == SQLITE_BUSY || kind == SQLITE_LOCKED
                               ? QStringLiteral("Another program is using the file.")
                               : platform::standardDescription(number);
-    // These two are shown to whoever types a title twice, or none.
+    // These are shown to whoever types a title twice, or none.
     if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey &&
         number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);

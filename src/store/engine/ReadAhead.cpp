@@ -16,8 +16,8 @@ namespace
 {
 
 constexpr qsizetype ManyRows = 8; // for fewer, the statement for a whole block costs more than it saves
-constexpr std::size_t FewFields =
-    8;                         // a record of so few is read whole: each of its fields asked for by itself costs more
+// A record of so few fields is read whole: each of them asked for by itself costs more.
+constexpr std::size_t FewFields = 8;
 constexpr qsizetype Gone = -1; // the place of a row that somebody removed
 // How often another program's changes are looked for while a set is walked.
 constexpr qint64 LookNanoseconds = 1000000;

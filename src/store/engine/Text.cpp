@@ -258,7 +258,7 @@ QString sortKey(QStringView text)
     const QString folded = text.toString().toCaseFolded();
     QString key;
     key.reserve(2 * text.size() + 1);
-    if (std::all_of(text.begin(), text.end(), [](QChar c) { return c < u'\x80'; })) {
+    if (std::all_of(text.begin(), text.end(), [](QChar c) { return !c.isNull() && c < u'\x80'; })) {
         key.append(folded);
     } else {
         Bases bases{Utf16Reader(text)};
