@@ -3,7 +3,6 @@
 #include "awards/frmEditAssignedAward.h"
 #include "scouts/frmScouts.h"
 #include "shell/forms/PersonShown.h"
-#include "shell/forms/dlgCalendar.h"
 #include "support/Main.h"
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
@@ -88,12 +87,6 @@ void add(const QString& steps, const QString& day)
     screen.step("&Add");
 }
 
-void pickDay(const QObject& form, const char* field)
-{
-    test::whenShown<dlgCalendar>([](dlgCalendar& calendar) { QTest::keyClick(&calendar, Qt::Key_Return); });
-    QTest::mouseDClick(&test::control<QLineEdit>(form, field), Qt::LeftButton);
-}
-
 } // namespace
 
 class tst_addawards : public QObject
@@ -156,7 +149,8 @@ private Q_SLOTS:
         const Screen<frmAddAwardsToScout> screen;
         screen.form.giveTo(widgets::Instance<frmScouts>::get());
         screen.step("tick 1");
-        pickDay(screen.form, "txtAssignedDate");
+        screen.run("day>cmdSelectDate",
+                   [&](const QString&) { QTest::mouseDClick(&screen.get("txtAssignedDate"), Qt::LeftButton); });
         QTest::keyClick(&screen.catalogue, Qt::Key_Return);
         QVERIFY(!widgets::Instance<frmAddAwardsToScout>::loaded());
         QCOMPARE(test::rows(Scouts), "3/3/5/9/2026/2026/5/Null");
@@ -223,7 +217,8 @@ private Q_SLOTS:
         screen.type("cmbAward", test::cell("award"));
         screen.type("txtQuantity", quantity);
         if (quantity == "day")
-            pickDay(screen.form, "txtDateAssigned");
+            screen.run("day>cmdSelectDate",
+                       [&](const QString&) { QTest::mouseDClick(&screen.get("txtDateAssigned"), Qt::LeftButton); });
         QTest::keyClick(&screen.get("txtQuantity"), test::cell("leave") == "Return" ? Qt::Key_Return : Qt::Key_Escape);
         QVERIFY(!widgets::Instance<frmEditAssignedAward>::loaded());
         test::compare({{"count", QString::number(gEditQuantity)},

@@ -7,7 +7,6 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
-#include <QTabBar>
 #include <QTabWidget>
 
 using namespace orlo;
@@ -144,6 +143,7 @@ void play(std::initializer_list<const char*> columns)
         {"given", QString::number(test::count("Assigned_Awards_Scouts"))}};
     test::compare(seen, columns);
     QCOMPARE(screen.get("cmdAssignAward").isEnabled(), screen.selected.rows() > 1);
+    QCOMPARE(screen.selected.toolTip().section(' ', 0, 0).toInt(), screen.selected.rows() - 1);
     if (screen.den.listCount() > 0)
         QCOMPARE(test::textsOf(screen.den), "Webelos Den ; Bear Den 1; Wolf Den 3; Empty Den 5");
 }
@@ -206,13 +206,6 @@ private Q_SLOTS:
             who was given an award stays chosen         | pack4 pack1 Adults pack1 order assign        | S4 S1 A1       | 1)");
     }
     void choosing() { play({"chosen", "marks"}); }
-
-    void tips()
-    {
-        const Screen screen;
-        screen.go("pack1 pack4");
-        QVERIFY(screen.selected.toolTip().startsWith("2 people"));
-    }
 
     // What is missing, and the award, day and focus that are left.
     void missing_data()

@@ -46,16 +46,11 @@ void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, int level, QPDF& p
 /// What stands in a box of a page.
 QString textIn(QPDFObjectHandle::Rectangle box, int page, const QString& file)
 {
-    QStringList arguments{"-r", "72", file, "-"};
-    for (const auto& [option, value] : {std::pair("-f", double(page)),
-                                        {"-l", page},
-                                        {"-x", box.llx},
-                                        {"-y", 792 - box.ury},
-                                        {"-W", box.urx - box.llx},
-                                        {"-H", box.ury - box.lly}})
-        arguments = QStringList{option, QString::number(qRound(value))} + arguments;
+    const auto whole = [](double number) { return QString::number(qRound(number)); };
     QProcess reader;
-    reader.start("pdftotext", arguments);
+    reader.start("pdftotext",
+                 {"-r", "72", "-f", whole(page), "-l", whole(page), "-x", whole(box.llx), "-y", whole(792 - box.ury),
+                  "-W", whole(box.urx - box.llx), "-H", whole(box.ury - box.lly), file, "-"});
     return reader.waitForFinished() ? test::withoutBlanks(reader.readAll()) : QString();
 }
 

@@ -104,15 +104,6 @@ private Q_SLOTS:
                  "Zoë \"Z\"|a,\r\nb|2016-06-07|1|Null|||Null|1; O'Brien|Null|2016-06-07|0| |x|12 |3.0|1");
     }
 
-    void leavesExistingFileAlone()
-    {
-        orlo::test::write(out(), "mine");
-        const Run run = orloDb({"new", out()});
-        QVERIFY(run.status == 1 && run.errors.contains("is there already"));
-        QCOMPARE(contents(out()), "mine");
-        QCOMPARE(made().size(), 1);
-    }
-
     void version10()
     {
         orlo::test::write(csv("Purchase_List.csv"), "Insignia_SID,Award_Name,Award_Type\n1,a,b\n");
@@ -167,6 +158,8 @@ private Q_SLOTS:
         QCOMPARE(sqlite(again, "Select Note, Birth_Date, Boys_Life, City, School From Scouts"),
                  QStringList{"a \"b\",\r\nc|1001-01-01|1|Null|"});
         QVERIFY(orloDb({"export", again, second}).errors.contains("isn't empty"));
+        QVERIFY(orloDb({"new", again}).errors.contains("is there already"));
+        QCOMPARE(sqlite(again, "Select Den_SID From Dens"), QStringList({"-1", "2"}));
     }
 
     void damagedFileIsRepaired()

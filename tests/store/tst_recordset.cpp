@@ -192,7 +192,8 @@ private Q_SLOTS:
         QCOMPARE(sid(rows), 12);
     }
 
-    // A walk over more rows than are read ahead gives each one once, in order, also when it changes them.
+    // A walk over more rows than are read ahead gives each one once, in order, also when it changes them, or another
+    // program adds a column, which moves the key of what is read ahead.
     void longWalk()
     {
         fill(1);
@@ -201,8 +202,11 @@ private Q_SLOTS:
         Recordset rows = m_database->openRecordset("Select * From T Order By SID Desc");
         int expected = rows.recordCount();
         QVERIFY(expected > 30000);
-        for (; !rows.eof(); rows.moveNext(), --expected)
+        for (; !rows.eof(); rows.moveNext(), --expected) {
             QCOMPARE(sid(rows), expected);
+            if (expected == 30000)
+                DBEngine::openDatabase(m_path).tableDef(u"T").appendField({"New", FieldType::Long});
+        }
         for (rows.moveLast(); !rows.bof(); rows.movePrevious())
             QCOMPARE(sid(rows), ++expected);
         rows.moveLast();
@@ -297,18 +301,6 @@ private Q_SLOTS:
         QVERIFY(locked && locked->number() == platform::CannotLockFile);
         QVERIFY(locked->description().startsWith("Another program is using the file"));
         QCOMPARE(sid(rows), 8);
-    }
-
-    // A column that another program adds to the table moves the key of the rows that are read ahead.
-    void widenedOnTheWay()
-    {
-        fill(20);
-        Recordset rows = m_database->openRecordset("Select * From T Order By SID");
-        for (int expected = 1; expected <= 20; ++expected, rows.moveNext()) {
-            QCOMPARE(sid(rows), expected);
-            if (expected == 4)
-                DBEngine::openDatabase(m_path).tableDef(u"T").appendField({"New", FieldType::Long});
-        }
     }
 
     void refusedFields()

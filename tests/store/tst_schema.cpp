@@ -57,9 +57,7 @@ private Q_SLOTS:
             for (const Index& index : there ? database.tableDef(table).indexes() : std::vector<Index>())
                 indexes += (index.primary ? "*" : "") + index.name + ' ' + index.fields.join('+');
             for (const auto& [column, seen] : {std::pair("fields", fields), {"indexes", indexes}}) {
-                QStringList wanted = QString(*static_cast<QString*>(QTest::qData(column, qMetaTypeId<QString>())))
-                                         .remove(version)
-                                         .split(", ", Qt::SkipEmptyParts);
+                QStringList wanted = test::cell(column).remove(version).split(", ", Qt::SkipEmptyParts);
                 wanted.removeIf([](const QString& one) { return one.contains('@'); });
                 QCOMPARE(seen, wanted);
             }

@@ -69,36 +69,26 @@ public:
         }
         return found;
     }
-    /// Changes the rows of the table that has all these fields.
+    /// Changes the rows of the table that has all these fields. They lie on new pages then; the old ones are no longer
+    /// part of it.
     template <class Change>
     void change(const QStringList& fields, const Change& change)
     {
-        auto changed = rows(table(fields));
+        const int table = this->table(fields);
+        auto changed = rows(table);
         change(changed);
-        setRows(table(fields), changed);
-    }
-    /// Gives the table other rows on new pages; its old ones are no longer part of it.
-    void setRows(int table, const std::vector<Row>& rows)
-    {
-        std::vector<Row> elsewhere;
-        for (const Row& row : rows)
-            if (row.moved)
-                elsewhere.push_back(row);
         const int first = pages();
-        for (const Row& row : elsewhere)
-            addRow(table, row.bytes, 0x8000, &row == &elsewhere.front());
+        for (const Row& row : changed)
+            if (row.moved)
+                addRow(table, row.bytes, 0x8000, pages() == first);
         const int split = pages();
         int next = 0;
         int count = 0;
-        for (const Row& row : rows) {
+        for (const auto& [bytes, moved, removed] : changed) {
             const QByteArray pointer = number(first << 8 | next, 4);
-            next += row.moved ? 1 : 0;
-            addRow(table, row.moved ? pointer : row.bytes,
-                   row.removed ? 0xC000
-                   : row.moved ? 0x4000
-                               : 0,
-                   pages() == split);
-            count += row.removed ? 0 : 1;
+            next += moved;
+            count += !removed;
+            addRow(table, moved ? pointer : bytes, removed ? 0xC000 : moved ? 0x4000 : 0, pages() == split);
         }
         addMap(table, first);
         put(table * Size + 16, count, 4);

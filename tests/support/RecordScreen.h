@@ -237,24 +237,6 @@ struct RecordScreen {
     }
 };
 
-/// Does something with a form as soon as it is up, which may be in a loop of its own.
-template <class F, class Action>
-void whenShown(const Action& action)
-{
-    auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, qApp, [timer, action] {
-        auto* form = widgets::Instance<F>::loaded();
-        if (!form || !form->isVisible())
-            return;
-        timer->stop();
-        timer->deleteLater();
-        action(*form);
-        if (QTest::currentTestFailed() && widgets::Instance<F>::loaded())
-            form->close(); // the test waits for it
-    });
-    timer->start(5);
-}
-
 /// Runs SQL on the open file as another program does; the row fails where it does.
 inline void fill(const QString& sql)
 {

@@ -7,6 +7,7 @@
 #include "support/Main.h"
 #include "widgets/Form.h"
 
+#include <QAbstractButton>
 #include <QLoggingCategory>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -51,17 +52,27 @@ struct Told {
     bool shown = false;
 };
 
-/// Answers the next message box with the button, or by Enter for none, as soon as it is up, and keeps what it said.
+/// Answers the next message box with the button, or by Enter for none, as soon as it is up, and keeps what it said. The
+/// report of a failure is dismissed; it says type, number, source, description and text, from line to line.
 inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
 {
     auto told = std::make_shared<Told>();
     auto* timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, qApp, [timer, told, button] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box)
+        auto* modal = QApplication::activeModalWidget();
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        if (!box && !(modal && modal->objectName() == QLatin1String("dlgError")))
             return;
         timer->stop();
         timer->deleteLater();
+        if (!box) {
+            for (const char* field : {"Type", "Number", "Source", "Description", "Text"}) {
+                const auto* shown = modal->findChild<QWidget*>(QLatin1String("txtError") + QLatin1String(field));
+                told->text += shown->property("text").toString() + shown->property("plainText").toString() + u'\n';
+            }
+            told->shown = true;
+            return modal->findChild<QAbstractButton*>(QStringLiteral("cmdOk"))->click();
+        }
         *told = {box->text(), box->windowTitle(), true};
         if (button == QMessageBox::NoButton)
             QTest::keyClick(box->focusWidget(), Qt::Key_Return);
@@ -84,39 +95,26 @@ W& control(const QObject& form, const char* name)
     return *found;
 }
 
-/// Watches the statements that hold a text: whether they run under the busy pointer.
-class BusyWatch
+/// True if an action runs statements that hold a text, all of them under the busy pointer.
+template <class Action>
+bool alwaysBusy(const QString& statement, const Action& action)
 {
-public:
-    explicit BusyWatch(const QString& statement)
-    {
-        s_statement = statement;
-        s_seen = s_idle = 0;
-        QLoggingCategory::setFilterRules("orlo.sql=true");
-        m_former = qInstallMessageHandler([](QtMsgType, const QMessageLogContext& context, const QString& text) {
-            if (qstrcmp(context.category, "orlo.sql") != 0 || !text.contains(s_statement))
-                return;
-            ++s_seen;
-            s_idle += QApplication::overrideCursor() ? 0 : 1;
-        });
-    }
-    ~BusyWatch()
-    {
-        qInstallMessageHandler(m_former);
-        QLoggingCategory::setFilterRules(QString());
-    }
-    BusyWatch(const BusyWatch&) = delete;
-    BusyWatch& operator=(const BusyWatch&) = delete;
-
-    /// True if there were such statements, and all under the pointer.
-    [[nodiscard]] static bool alwaysBusy() { return s_seen > 0 && s_idle == 0; }
-
-private:
-    static inline QString s_statement;
-    static inline int s_seen = 0;
-    static inline int s_idle = 0;
-    QtMessageHandler m_former;
-};
+    static QString watched;
+    static int seen;
+    static int idle;
+    watched = statement;
+    seen = idle = 0;
+    QLoggingCategory::setFilterRules("orlo.sql=true");
+    const auto former = qInstallMessageHandler([](QtMsgType, const QMessageLogContext& context, const QString& text) {
+        const bool counts = qstrcmp(context.category, "orlo.sql") == 0 && text.contains(watched);
+        seen += counts;
+        idle += counts && !QApplication::overrideCursor();
+    });
+    action();
+    qInstallMessageHandler(former);
+    QLoggingCategory::setFilterRules(QString());
+    return seen > 0 && idle == 0;
+}
 
 /// One number out of the open database.
 inline int count(const QString& table, const QString& where = QString())

@@ -60,14 +60,6 @@ struct Screen {
         static_cast<void>(QTest::qWaitForWindowActive(&window));
     }
 
-    ~Screen()
-    {
-        grid.cancelRow();
-        window.hide();
-        grid.setParent(nullptr);
-        button.setParent(nullptr);
-    }
-
     void goTo(int row, int column) { grid.setCurrentIndex(grid.model()->index(row, column)); }
     // Keys go where the focus is, as the user's do: to the grid at first and then to its cell's editor.
     static void key(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }

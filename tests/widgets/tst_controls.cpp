@@ -9,7 +9,6 @@
 #include "widgets/DataControl.h"
 #include "widgets/Form.h"
 #include "widgets/ListBox.h"
-#include "widgets/MessageBox.h"
 #include "widgets/OptionButton.h"
 #include "widgets/TextBox.h"
 #include "widgets/TextGrid.h"
