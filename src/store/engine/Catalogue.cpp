@@ -186,7 +186,7 @@ void dropForeignTriggers(Connection& connection, const Editions& editions)
     }
     if (foreign.isEmpty())
         return;
-    platform::logError(QStringLiteral("%1 had triggers of another program, which are removed: %2")
+    platform::logError(QStringLiteral("%1 had triggers of another program or version, which are removed: %2")
                            .arg(connection.path(), QString::fromUtf8(foreign.join(", "))));
     Transaction transaction(connection);
     for (const QByteArray& trigger : foreign)
