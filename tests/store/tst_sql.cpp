@@ -220,6 +220,9 @@ private Q_SLOTS:
             Select * From sqlite_master                                      | source | 3078
             Select * From Stored_Queries                                     | source | 3078
             Select * From People Limit 3                                     | source | 3075
+            Select * From People -- all of them                              | source | 3075
+            Select * From main.People                                        | source | 3075
+            Select * From pragma_table_list                                  | source | 3078
             Select Cast(SID As Text) From People                             | source | 3075
             Select SID N From People                                         | source | 3075
             Select SID % 2 From People                                       | source | 3075
@@ -230,6 +233,7 @@ private Q_SLOTS:
             Select * From People                                             | action | 3075
             Delete From People                                               | source | 3075
             Update Or Replace People Set SID = 1                             | action | 3075
+            Delete From People Returning SID                                 | action | 3075
             Insert Into People (Nowhere) Values (1)                          | action | 3061
             Update Nobody Set SID = 1                                        | action | 3078
             Pragma journal_mode=off                                          | action | 3075)");
