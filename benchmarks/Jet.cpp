@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <utility>
+
 namespace orlo::bench
 {
 
@@ -19,14 +21,13 @@ constexpr int Awards = 100'000;
 // A sample's rows over and over, each with a key of its own: its bytes at the place in the row.
 void multiply(test::JetPages& pages, const QStringList& fields, int count, int place, int width)
 {
-    const int table = pages.table(fields);
-    const auto rows = pages.rows(table);
-    std::vector<test::JetPages::Row> many;
-    for (int key = 1; key <= count; ++key) {
-        many.push_back(rows[static_cast<std::size_t>(key) % rows.size()]);
-        many.back().bytes.replace(place, width, reinterpret_cast<const char*>(&key), width);
-    }
-    pages.setRows(table, many);
+    pages.change(fields, [&](std::vector<test::JetPages::Row>& rows) {
+        const auto samples = std::exchange(rows, {});
+        for (int key = 1; key <= count; ++key) {
+            rows.push_back(samples[static_cast<std::size_t>(key) % samples.size()]);
+            rows.back().bytes.replace(place, width, reinterpret_cast<const char*>(&key), width);
+        }
+    });
 }
 
 } // namespace

@@ -71,7 +71,8 @@ void drawTexts(const reports::Document& document, const QString& path)
 }
 
 // A report of many lines beside the same texts drawn on the same writer.
-void compareReport(Table& table, const std::string& work, const QString& reportFile, const QByteArray& fillingSql)
+void compareReport(Table& table, const std::string& work, const QString& reportFile, const QByteArray& fillingSql,
+                   double limit)
 {
     const PackFile file(fillingSql);
     const OpenPack open(file);
@@ -82,7 +83,7 @@ void compareReport(Table& table, const std::string& work, const QString& reportF
     if (document.rows.size() != Lines)
         qFatal("the report has %zu lines", document.rows.size());
     const QString pdf = file.folder() + QStringLiteral("/report.pdf");
-    table.compare({work, "its texts with QPainter on a PDF writer", 1.5,
+    table.compare({work, "its texts with QPainter on a PDF writer", limit,
                    [&] { return timed([&] { writePages(request, pdf); }); },
                    [&] { return timed([&] { drawTexts(document, pdf); }); }, 9, true});
 }
@@ -91,9 +92,9 @@ void compareReport(Table& table, const std::string& work, const QString& reportF
 
 void printReport(Table& table)
 {
-    compareReport(table, "10,000-line report to PDF", QStringLiteral("PurchaseList.rpt"), purchasesSql());
+    compareReport(table, "10,000-line report to PDF", QStringLiteral("PurchaseList.rpt"), purchasesSql(), 1.25);
     compareReport(table, "10,000-scout roster by den to PDF", QStringLiteral("ScoutPhoneList1.rpt"),
-                  densSql() + scoutsSql(Lines, Lines / 10));
+                  densSql() + scoutsSql(Lines, Lines / 10), 1.3);
 }
 
 } // namespace orlo::bench

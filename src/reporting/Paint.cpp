@@ -34,6 +34,7 @@ public:
         drawStrokes();
         for (const TextItem* text : m_texts)
             drawText(*text);
+        drawPlain();
     }
 
     void operator()(const TextItem& item) { m_texts.push_back(&item); }
@@ -87,64 +88,80 @@ private:
     void drawText(const TextItem& item)
     {
         const PagePainter::Face& face = m_faces[std::size_t(item.font)];
-        if (!m_color.isValid() || m_color != item.color)
-            m_painter.setPen(item.color);
-        m_color = item.color;
         QPointF start = onGrid(item.box.topLeft()) + QPointF(0, std::round(face.ascent));
         for (const QStringView line : QStringView(item.text).tokenize(u'\n')) {
-            if (!drawPlain(face, start, line))
-                drawShaped(face, start, line.toString());
+            if (m_face != &face || m_color != item.color)
+                drawPlain();
+            m_face = &face;
+            m_color = item.color;
+            if (!addPlain(start, line)) {
+                drawPlain();
+                m_painter.setPen(m_color);
+                m_painter.setFont(needsShaping(line) ? face.shaped : face.font);
+                m_painter.drawText(start, line.toString());
+            }
             start.ry() += face.height;
         }
     }
 
-    /// Draws a line of plain characters glyph by glyph, as it would come out of the text layout, in half its time.
-    /// False if the line or the font wants that layout: for what isn't printed, or comes from another font.
-    bool drawPlain(const PagePainter::Face& face, QPointF start, QStringView line)
+    /// Adds a line of plain characters to those that are drawn together, glyph by glyph, as it would come out of the
+    /// text layout. False if the line or the font wants that layout: for what isn't printed, or comes from another
+    /// font.
+    bool addPlain(QPointF start, QStringView line)
     {
-        m_glyphs.clear();
-        m_places.clear();
-        double x = 0;
+        const std::size_t before = m_glyphs.size();
         for (const QChar c : line) {
-            const char16_t code = c.unicode();
-            if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code == QChar::SoftHyphen ||
-                code >= face.glyphs.size())
+            const PagePainter::PlainGlyph* glyph = plainGlyph(c);
+            if (!glyph) {
+                m_glyphs.resize(before);
+                m_places.resize(before);
                 return false;
-            PagePainter::PlainGlyph& glyph = face.glyphs[code];
-            if (glyph.advance < 0) {
-                const QList<quint32> found = face.raw.glyphIndexesForString(QString(c));
-                glyph.index = found.value(0);
-                glyph.advance = face.raw.advancesForGlyphIndexes(found).value(0).x();
             }
-            if (glyph.index == 0)
-                return false;
-            m_glyphs.push_back(glyph.index);
-            m_places.emplace_back(x, 0);
-            x += glyph.advance;
+            m_glyphs.push_back(glyph->index);
+            m_places.push_back(start);
+            start.rx() += glyph->advance;
         }
-        QGlyphRun run;
-        run.setRawFont(face.raw);
-        run.setRawData(m_glyphs.data(), m_places.data(), int(m_glyphs.size()));
-        m_painter.drawGlyphRun(start, run);
         return true;
     }
 
-    void drawShaped(const PagePainter::Face& face, QPointF start, const QString& line)
+    /// The glyph of a character; null if it isn't plain, or the font hasn't it.
+    [[nodiscard]] const PagePainter::PlainGlyph* plainGlyph(QChar c) const
     {
-        const QFont& font = needsShaping(line) ? face.shaped : face.font;
-        if (m_font != &font)
-            m_painter.setFont(font);
-        m_font = &font;
-        m_painter.drawText(start, line);
+        const char16_t code = c.unicode();
+        if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code == QChar::SoftHyphen || code >= m_face->glyphs.size())
+            return nullptr;
+        PagePainter::PlainGlyph& glyph = m_face->glyphs[code];
+        if (glyph.advance < 0) {
+            const QList<quint32> found = m_face->raw.glyphIndexesForString(QString(c));
+            glyph.index = found.value(0);
+            glyph.advance = m_face->raw.advancesForGlyphIndexes(found).value(0).x();
+        }
+        return glyph.index > 0 ? &glyph : nullptr;
+    }
+
+    /// Draws the lines gathered so far, all of one font and colour: one of them by itself takes as long as ten
+    /// together.
+    void drawPlain()
+    {
+        if (m_glyphs.empty())
+            return;
+        QGlyphRun run;
+        run.setRawFont(m_face->raw);
+        run.setRawData(m_glyphs.data(), m_places.data(), int(m_glyphs.size()));
+        m_painter.setPen(m_color);
+        m_painter.drawGlyphRun({}, run);
+        m_glyphs.clear();
+        m_places.clear();
     }
 
     QPainter& m_painter;
     const std::vector<PagePainter::Face>& m_faces;
     std::vector<Strokes> m_strokes; // since the last fill
     std::vector<const TextItem*> m_texts;
-    const QFont* m_font = nullptr;
+    // The plain lines that are to be drawn next, and what they have in common.
+    const PagePainter::Face* m_face = nullptr;
     QColor m_color;
-    std::vector<quint32> m_glyphs; // of the line that is drawn
+    std::vector<quint32> m_glyphs;
     std::vector<QPointF> m_places;
 };
 
