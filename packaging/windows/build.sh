@@ -28,10 +28,10 @@ logged() {
 
 # once NAME WHAT: the function NAME, unless an earlier run has come to its end
 once() {
-    [ ! -e "$work/done/$1" ] || return 0
+    ! declare -f "$1" | cmp -s - "$work/done/$1" || return 0
     echo "$2 ..."
     logged "$1" "$1"
-    touch "$work/done/$1"
+    declare -f "$1" >"$work/done/$1"
 }
 
 # source_of PACKAGE VERSION: Debian's source, in the folder $work/PACKAGE. The list of sources is the build's own, of the
@@ -96,7 +96,9 @@ sqlite() {
     ./configure --disable-tcl
     make sqlite3.c
     "$compiler-gcc-posix" -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_SECURE_DELETE -DSQLITE_ENABLE_COLUMN_METADATA \
-        -DSQLITE_LIKE_DOESNT_MATCH_BLOBS -DSQLITE_ALLOW_ROWID_IN_VIEW -DSQLITE_USE_URI=1 -DSQLITE_ENABLE_FTS5 -c sqlite3.c
+        -DSQLITE_LIKE_DOESNT_MATCH_BLOBS -DSQLITE_ALLOW_ROWID_IN_VIEW -DSQLITE_USE_URI=1 \
+        -DSQLITE_ENABLE_FTS3 -DSQLITE_ENABLE_FTS3_PARENTHESIS -DSQLITE_ENABLE_FTS4 -DSQLITE_ENABLE_FTS5 \
+        -DSQLITE_ENABLE_RTREE -DSQLITE_ENABLE_DBSTAT_VTAB -c sqlite3.c
     mkdir -p "$root/lib" "$root/include"
     "$compiler-ar" rcs "$root/lib/libsqlite3.a" sqlite3.o
     cp sqlite3.h "$root/include"

@@ -10,7 +10,8 @@ namespace orlo::reports
 namespace
 {
 
-constexpr std::size_t StripsBetweenProgress = 200;
+constexpr std::size_t RowsBetweenProgress = 200;
+constexpr std::size_t StripsBetweenLooks = 200;
 constexpr double MinColumn = 36; // points
 
 class ReportLayout
@@ -214,11 +215,15 @@ private:
                 appendInColumns();
             else
                 appendDetail();
-            if (++m_done % StripsBetweenProgress != 0 || m_done == m_rows.size())
+            if (++m_done == m_rows.size())
                 continue;
-            if (m_isMain && m_job.watch && m_job.watch(m_flow))
-                m_job.watch = {};
-            m_job.progress(m_done, m_rows.size());
+            if (m_isMain && m_job.watch && m_flow.strips.size() >= m_watched + StripsBetweenLooks) {
+                m_watched = m_flow.strips.size();
+                if (m_job.watch(m_flow))
+                    m_job.watch = {};
+            }
+            if (m_done % RowsBetweenProgress == 0)
+                m_job.progress(m_done, m_rows.size());
         }
         m_filledColumns = 0;
     }
@@ -274,6 +279,7 @@ private:
     RowScope m_scope;
     RowRange m_rows;
     std::size_t m_done = 0;
+    std::size_t m_watched = 0;           // strips at the last look
     std::optional<BandLayout> m_columns; // of the detail band, if it has columns
     double m_columnWidth = 0;
     int m_filledColumns = 0; // of the line that is being filled

@@ -13,6 +13,9 @@ namespace orlo::reports
 namespace
 {
 
+/// Glyphs in a run, about: more save nothing, and a part of a page that is shown large draws all runs that reach it.
+constexpr std::size_t MaxTogether = 400;
+
 /// A place in whole typesetting units: an eye doesn't see the rest, and a PDF file would spell it out digit by digit.
 QPointF onGrid(QPointF place)
 {
@@ -94,8 +97,10 @@ private:
                 drawPlain();
             m_face = &face;
             m_color = item.color;
-            if (!addPlain(start, line)) {
+            const bool isPlain = addPlain(start, line);
+            if (!isPlain || m_glyphs.size() > MaxTogether)
                 drawPlain();
+            if (!isPlain) {
                 m_painter.setPen(m_color);
                 m_painter.setFont(needsShaping(line) ? face.shaped : face.font);
                 m_painter.drawText(start, line.toString());

@@ -158,8 +158,9 @@ private Q_SLOTS:
         QCOMPARE(sqlite(again, "Select Note, Birth_Date, Boys_Life, City, School From Scouts"),
                  QStringList{"a \"b\",\r\nc|1001-01-01|1|Null|"});
         QVERIFY(orloDb({"export", again, second}).errors.contains("isn't empty"));
-        QVERIFY(orloDb({"new", again}).errors.contains("is there already"));
-        QCOMPARE(sqlite(again, "Select Den_SID From Dens"), QStringList({"-1", "2"}));
+        orlo::test::write(again, "mine");
+        const Run refused = orloDb({"new", again});
+        QVERIFY(refused.status == 1 && refused.errors.contains("is there already") && contents(again) == "mine");
     }
 
     void damagedFileIsRepaired()

@@ -52,37 +52,54 @@ struct Told {
     bool shown = false;
 };
 
-/// Answers the next message box with the button, or by Enter for none, as soon as it is up, and keeps what it said. The
-/// report of a failure is dismissed; it says type, number, source, description and text, from line to line.
-inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
+/// Has the next modal window taken as soon as it is up: by a call that gives false for another one than it waits for.
+template <class Take>
+std::shared_ptr<Told> takeNext(const Take& take)
 {
     auto told = std::make_shared<Told>();
     auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, qApp, [timer, told, button] {
-        auto* modal = QApplication::activeModalWidget();
-        auto* box = qobject_cast<QMessageBox*>(modal);
-        if (!box && !(modal && modal->objectName() == QLatin1String("dlgError")))
-            return;
-        timer->stop();
-        timer->deleteLater();
-        if (!box) {
-            for (const char* field : {"Type", "Number", "Source", "Description", "Text"}) {
-                const auto* shown = modal->findChild<QWidget*>(QLatin1String("txtError") + QLatin1String(field));
-                told->text += shown->property("text").toString() + shown->property("plainText").toString() + u'\n';
-            }
-            told->shown = true;
-            return modal->findChild<QAbstractButton*>(QStringLiteral("cmdOk"))->click();
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, told, take] {
+        if (QWidget* modal = QApplication::activeModalWidget(); modal && take(*modal, *told)) {
+            timer->stop();
+            timer->deleteLater();
         }
-        *told = {box->text(), box->windowTitle(), true};
+    });
+    timer->start(5);
+    return told;
+}
+
+/// Answers the next message box with the button, or by Enter for none, and keeps what it said.
+inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
+{
+    return takeNext([button](QWidget& modal, Told& told) {
+        auto* box = qobject_cast<QMessageBox*>(&modal);
+        if (!box || told.shown)
+            return false;
+        told = {box->text(), box->windowTitle(), true};
         if (button == QMessageBox::NoButton)
             QTest::keyClick(box->focusWidget(), Qt::Key_Return);
         else if (auto* pressed = box->button(button))
             pressed->click();
         else
             box->reject();
+        return true;
     });
-    timer->start(5);
-    return told;
+}
+
+/// Dismisses the next report of a failure; it says type, number, source, description and text, from line to line.
+inline std::shared_ptr<Told> dismissReport()
+{
+    return takeNext([](QWidget& modal, Told& told) {
+        if (modal.objectName() != QLatin1String("dlgError") || told.shown)
+            return false;
+        told.shown = true;
+        for (const char* field : {"Type", "Number", "Source", "Description", "Text"}) {
+            const auto* shown = modal.findChild<QWidget*>(QLatin1String("txtError") + QLatin1String(field));
+            told.text += shown->property("text").toString() + shown->property("plainText").toString() + u'\n';
+        }
+        modal.findChild<QAbstractButton*>(QStringLiteral("cmdOk"))->click();
+        return true;
+    });
 }
 
 /// The control of a form by its name; the test fails without it.
