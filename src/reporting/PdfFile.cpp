@@ -18,7 +18,7 @@ constexpr int PdfResolution = int(72 * UnitsPerPoint);
 
 } // namespace
 
-PdfFile::PdfFile(const QString& path) : m_file(path), m_drawn(path + QStringLiteral(".XXXXXX"))
+PdfFile::PdfFile(const QString& path) : m_file(path), m_drawn(path)
 {
     if (!m_file.open(QIODevice::WriteOnly))
         raiseUnwritable(path, m_file);
