@@ -105,6 +105,7 @@ void strike(const QString& word)
 void hold(const QString& word)
 {
     const QList<KeySym> keys = keysOf(word);
+    QThread::msleep(5); // no hand is back on a key within the moment in which it let it go
     send(KeyPress, static_cast<int>(keys.size()) + 9, [&] {
         for (const KeySym key : keys)
             change(key, true);
