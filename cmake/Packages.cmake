@@ -36,7 +36,12 @@ set(programs orlo orlo-db)
 if(TARGET orlo-jet)
     list(APPEND programs orlo-jet)
 endif()
+set(modules)
+if(TARGET orlo-pdf)
+    list(APPEND modules orlo-pdf)
+endif()
 list(TRANSFORM programs REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE program_files)
+list(TRANSFORM modules REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE module_files)
 
 # What both arrangements have: the program's folder, the manual, the packs to restore.
 function(orlo_arrangement component folder manual packs)

@@ -1,13 +1,13 @@
 # Run at the install of the folder that runs anywhere: brings along what its programs and Qt's plugins load, except the C
-# and C++ run time, which every system has, and their licences. Set by PackagesLinux.cmake: PROGRAMS, PLUGINS_FROM,
-# PLUGINS, FONTS.
+# and C++ run time, which every system has, and their licences. Set by PackagesLinux.cmake: PROGRAMS, MODULES,
+# PLUGINS_FROM, PLUGINS, FONTS.
 set(folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
-set(modules)
+set(plugin_files)
 foreach(plugin IN LISTS PLUGINS)
     if(EXISTS ${PLUGINS_FROM}/${plugin})
         get_filename_component(kind ${plugin} DIRECTORY)
         file(INSTALL ${PLUGINS_FROM}/${plugin} DESTINATION "${folder}/plugins/${kind}")
-        list(APPEND modules ${PLUGINS_FROM}/${plugin})
+        list(APPEND plugin_files ${PLUGINS_FROM}/${plugin})
     else()
         message(WARNING "The folder lacks Qt's plugin ${plugin}, which isn't installed here.")
     endif()
@@ -15,10 +15,10 @@ endforeach()
 
 file(GET_RUNTIME_DEPENDENCIES
     EXECUTABLES ${PROGRAMS}
-    MODULES ${modules}
+    MODULES ${MODULES} ${plugin_files}
     RESOLVED_DEPENDENCIES_VAR libraries
     PRE_EXCLUDE_REGEXES "^ld-linux" "^lib(c|m|dl|pthread|rt|resolv|util|stdc\\+\\+|gcc_s)\\.so")
-set(files ${modules})
+set(files ${plugin_files})
 foreach(library IN LISTS libraries)
     get_filename_component(name ${library} NAME) # as it is asked for
     file(REAL_PATH ${library} file)

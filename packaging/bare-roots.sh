@@ -83,6 +83,7 @@ for suite in "${suites[@]}"; do
 
     # The folder: started by its launcher, and by a double click on it.
     mkdir -p "$root/home/pat/tour/the folder" "$root/opt/tour"
+    ln -s /home/pat/tour/app "$root/opt/app" # beside the tour's folder, as in a build
     tar -xf "$packages"/orlo-*.tar.xz -C "$root/home/pat/tour/the folder" --strip-components=1
     ln -s "the folder" "$root/home/pat/tour/app"
     cp build/tools/tour "$(ldconfig -p | sed -n 's/.*libQt6Test\.so\.6 .*=> //p')" "$root/opt/tour"
@@ -101,6 +102,7 @@ for suite in "${suites[@]}"; do
     [ -n "$printed" ]
     pdftotext "$root/home/pat/tour/PurchaseList.pdf" - | grep -q 'Neckerchief slides'
     pdffonts "$root/home/pat/tour/PurchaseList.pdf" | grep -q DejaVu
+    pdfinfo "$root/home/pat/tour/PurchaseList.pdf" | grep -q '^Author'
     echo "the tour went through and printed" $printed
     inside apt-get -qq update
     inside apt-get -qq install -y --no-install-recommends weston >/dev/null 2>&1

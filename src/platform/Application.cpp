@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 namespace orlo::platform
 {
@@ -30,6 +31,16 @@ QString title()
 QString folder()
 {
     return QDir::toNativeSeparators(fixedFolder.isEmpty() ? QCoreApplication::applicationDirPath() : fixedFolder);
+}
+
+QString companionFile(const QString& name)
+{
+    for (const char* place : {"/", "/../app/"}) {
+        const QString file = QCoreApplication::applicationDirPath() + QLatin1String(place) + name;
+        if (QFileInfo(file).isFile())
+            return file;
+    }
+    return {};
 }
 
 void setFolder(const QString& path)

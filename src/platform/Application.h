@@ -19,6 +19,9 @@ struct Version {
 [[nodiscard]] QString title();
 /// The folder of the running executable, as the system reports it.
 [[nodiscard]] QString folder();
+/// The path of a file that the build puts beside the program; its other programs lie in folders beside the program's.
+/// Empty where there is none.
+[[nodiscard]] QString companionFile(const QString& name);
 /// Gives another folder in its place, for tests and pictures; an empty one gives the executable's back.
 void setFolder(const QString& path);
 

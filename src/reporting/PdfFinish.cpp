@@ -1,17 +1,11 @@
 #include "reporting/PdfFinish.h"
 
+#include "platform/Application.h"
 #include "reporting/ReportError.h"
 
 #include <QFile>
-#include <QUrl>
+#include <QLibrary>
 
-#define POINTERHOLDER_TRANSITION 4 // the library's headers ask how its former pointers are used: not at all
-#include <qpdf/Pipeline.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
-#include <qpdf/QPDFWriter.hh>
-
-#include <cmath>
 #include <stdexcept>
 
 namespace orlo::reports
@@ -20,169 +14,45 @@ namespace orlo::reports
 namespace
 {
 
-using Handle = QPDFObjectHandle;
-
-/// Of the reports' words, for voices that read them aloud.
-constexpr const char* Language = "en-US";
-
-/// Lets the library write into a device.
-class DevicePipeline final : public Pipeline
+/// Loads the module when the first PDF file is saved: its libraries would take a third of the program's start. Null
+/// where this build has none; one that doesn't load is told once.
+decltype(&orloFinishPdf) moduleFinish()
 {
-public:
-    explicit DevicePipeline(QIODevice& device) : Pipeline("device", nullptr), m_device(device) {}
-    void write(const unsigned char* bytes, size_t count) override
-    {
-        m_device.write(reinterpret_cast<const char*>(bytes), qint64(count));
-    }
-    void finish() override {}
-
-private:
-    QIODevice& m_device;
-};
-
-Handle pdfText(const QString& text)
-{
-    return Handle::newUnicodeString(text.toStdString());
+    static const auto finish = [] {
+        QLibrary module(platform::companionFile(QStringLiteral("orlo-pdf.so")));
+        const auto function = reinterpret_cast<decltype(&orloFinishPdf)>(
+            module.fileName().isEmpty() ? nullptr : module.resolve("orloFinishPdf"));
+        if (!function && !module.fileName().isEmpty())
+            qWarning("PDF files get no bookmarks and links: %s", qPrintable(module.errorString()));
+        return function;
+    }();
+    return finish;
 }
 
-/// Ready text and no dictionary of values: long rosters have tens of thousands of links, and building each of them
-/// takes the library six times as long.
-Handle annotation(const MailLink& link, double paperHeight)
+void copyPages(QFile& pages, QIODevice& file, const PartProgress& progress)
 {
-    const QByteArray target = QUrl::toPercentEncoding(link.address, "@+");
-    std::string text = "<</Type/Annot/Subtype/Link/Border[0 0 0]/Rect[";
-    for (const double edge : {std::floor(link.box.left()), std::floor(paperHeight - link.box.bottom()),
-                              std::ceil(link.box.right()), std::ceil(paperHeight - link.box.top())})
-        text += std::to_string(int(edge)) + ' ';
-    return Handle::newOperator(text + "]/A<</S/URI/URI(mailto:" + target.toStdString() + ")>>>>");
-}
-
-void addLinks(QPDF& pdf, const PdfExtras& extras, const PartProgress& progress)
-{
-    const std::vector<Handle>& pages = pdf.getAllPages();
-    auto link = extras.links.begin();
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-        progress(i, 2 * pages.size());
-        Handle page = pages[i];
-        Handle annotations = Handle::newArray();
-        for (; link != extras.links.end() && std::size_t(link->page) == i; ++link)
-            annotations.appendItem(pdf.makeIndirectObject(annotation(*link, extras.paper.height())));
-        if (annotations.getArrayNItems() > 0)
-            page.replaceKey("/Annots", annotations);
-        else
-            page.removeKey("/Annots");
+    constexpr qint64 AtOnce = 1 << 20;
+    if (!pages.seek(0))
+        throw std::runtime_error(pages.errorString().toStdString());
+    while (!pages.atEnd()) {
+        progress(std::size_t(pages.pos()), std::size_t(pages.size()));
+        const QByteArray block = pages.read(AtOnce);
+        if (block.isEmpty())
+            throw std::runtime_error(pages.errorString().toStdString());
+        if (file.write(block) < 0)
+            return;
     }
-}
-
-/// The entries as a tree, whose outermost ones a reader sees at first.
-class Bookmarks
-{
-public:
-    Bookmarks(QPDF& pdf, const PdfExtras& extras) : m_pdf(pdf), m_extras(extras) {}
-
-    Handle tree()
-    {
-        const Handle root = m_pdf.makeIndirectObject(Handle::parse("<< /Type /Outlines >>"));
-        m_open.push_back({root, {}, 0});
-        for (const OutlineEntry& entry : m_extras.outline) {
-            while (m_open.size() > std::size_t(entry.level) + 1)
-                close();
-            Handle item = m_pdf.makeIndirectObject(Handle::newDictionary());
-            item.replaceKey("/Title", pdfText(entry.text));
-            item.replaceKey("/Dest", destination(entry));
-            append(item);
-            m_open.push_back({item, {}, 0});
-        }
-        while (!m_open.empty())
-            close();
-        return root;
-    }
-
-private:
-    struct Open {
-        Handle item;
-        Handle last; ///< of its own entries
-        int count;
-    };
-
-    Handle destination(const OutlineEntry& entry)
-    {
-        Handle place = Handle::newArray();
-        place.appendItem(m_pdf.getAllPages()[std::size_t(entry.page)]);
-        place.appendItem(Handle::newName("/XYZ"));
-        place.appendItem(Handle::newNull()); // left and zoom stay as they are
-        place.appendItem(Handle::newReal(m_extras.paper.height() - entry.top, 1));
-        place.appendItem(Handle::newNull());
-        return place;
-    }
-
-    void append(Handle item)
-    {
-        Open& parent = m_open.back();
-        item.replaceKey("/Parent", parent.item);
-        if (parent.count++ == 0) {
-            parent.item.replaceKey("/First", item);
-        } else {
-            item.replaceKey("/Prev", parent.last);
-            parent.last.replaceKey("/Next", item);
-        }
-        parent.last = item;
-    }
-
-    /// An entry with entries of its own counts them below 0: they are hidden until it is opened.
-    void close()
-    {
-        Open& done = m_open.back();
-        if (done.count > 0) {
-            done.item.replaceKey("/Last", done.last);
-            done.item.replaceKey("/Count", Handle::newInteger(m_open.size() > 1 ? -done.count : done.count));
-        }
-        m_open.pop_back();
-    }
-
-    QPDF& m_pdf;
-    const PdfExtras& m_extras;
-    std::vector<Open> m_open; // the tree, and the entries down to the last
-};
-
-void addFacts(QPDF& pdf, const PdfExtras& extras)
-{
-    Handle facts = pdf.getTrailer().getKey("/Info");
-    if (!extras.author.isEmpty())
-        facts.replaceKey("/Author", pdfText(extras.author));
-    if (!extras.subject.isEmpty())
-        facts.replaceKey("/Subject", pdfText(extras.subject));
-    Handle root = pdf.getRoot();
-    root.replaceKey("/Lang", Handle::newString(Language));
-    root.replaceKey("/ViewerPreferences", Handle::parse("<< /DisplayDocTitle true >>"));
-    if (extras.outline.empty())
-        return;
-    root.replaceKey("/Outlines", Bookmarks(pdf, extras).tree());
-    root.replaceKey("/PageMode", Handle::newName("/UseOutlines"));
 }
 
 } // namespace
 
 void finishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const PartProgress& progress)
 {
-    const auto* bytes = pages.map(0, pages.size());
     try {
-        if (!bytes)
-            throw std::runtime_error(pages.errorString().toStdString());
-        QPDF pdf;
-        pdf.setSuppressWarnings(true);
-        pdf.setAttemptRecovery(false); // half a file is none
-        pdf.processMemoryFile("pages", reinterpret_cast<const char*>(bytes), std::size_t(pages.size()));
-        addLinks(pdf, extras, progress);
-        addFacts(pdf, extras);
-        DevicePipeline device(file);
-        QPDFWriter writer(pdf);
-        writer.setOutputPipeline(&device);
-        writer.setStreamDataMode(qpdf_s_preserve);
-        writer.setObjectStreamMode(qpdf_o_disable);
-        writer.registerProgressReporter(std::make_shared<QPDFWriter::FunctionProgressReporter>(
-            [&](int percent) { progress(std::size_t(100 + percent), 200); }));
-        writer.write();
+        if (const auto finish = moduleFinish())
+            finish(pages, file, extras, progress);
+        else
+            copyPages(pages, file, progress);
     } catch (const std::runtime_error& error) {
         throw ReportError(platform::PathFileAccess,
                           QStringLiteral("The PDF file can't be made: %1").arg(QString::fromLocal8Bit(error.what())));

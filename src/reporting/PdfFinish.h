@@ -18,10 +18,13 @@ struct PdfExtras {
     std::vector<MailLink> links; ///< in the order of the pages
 };
 
-/// Writes a PDF file of finished pages once more, with bookmarks, links, author and subject. Two files hold this
-/// function, and the build takes one of them: PdfFinish.cpp by the library qpdf; PdfFinishNone.cpp, where that isn't to
-/// be had, leaves the pages as they are. What the file doesn't take, it tells by its own error. Raises 75 for pages
-/// that can't be read; throws Cancelled.
+/// Writes a PDF file of finished pages once more, with bookmarks, links, author and subject. Where the module orlo-pdf
+/// isn't to be had, the pages stay as they are. What the file doesn't take, it tells by its own error. Raises 75 for
+/// pages that can't be read; throws Cancelled.
 void finishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const PartProgress& progress);
 
 } // namespace orlo::reports
+
+/// What the module orlo-pdf does of finishPdf. Throws std::runtime_error for pages that can't be read, and Cancelled.
+extern "C" Q_DECL_EXPORT void orloFinishPdf(QFile& pages, QIODevice& file, const orlo::reports::PdfExtras& extras,
+                                            const orlo::reports::PartProgress& progress);

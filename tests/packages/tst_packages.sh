@@ -26,6 +26,7 @@ starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens th
 }
 complete() { # complete FOLDER: all that the program needs is there
     for file in "$source"/src/{reports/files/*.{rpt,inc},layouts/*.grd}; do cmp "$file" "$1/${file##*/}"; done
+    [ ! -e "$build/app/orlo-pdf.so" ] || [ -z "$(ldd "$1/orlo-pdf.so" | grep 'not found' || :)" ]
     [ ! -e "$build/app/orlo-jet" ] || "$1/orlo-jet" "$source/tests/jet/data/small-1.1.mdb" >/dev/null
 }
 
@@ -35,7 +36,7 @@ mkdir "$here/a folder"
 tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
 complete "$here/a folder"
 "$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
-for program in orlo orlo-db orlo-jet; do # its own Qt and database engine
+for program in orlo orlo-db orlo-jet orlo-pdf.so; do # its own Qt and database engine
     [ -z "$(ldd "$here/a folder/$program" | grep -E 'libQt6|sqlite|mdb|qpdf' | grep -v "=> $here/a folder/lib/" || :)" ]
 done
 if command -v Xvfb >/dev/null; then

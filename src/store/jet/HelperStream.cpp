@@ -1,6 +1,5 @@
 #include "store/jet/HelperStream.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcessEnvironment>
@@ -37,17 +36,6 @@ platform::RuntimeError noReader()
     return platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
                                   QStringLiteral("The file is in the format of an earlier version, and the program "
                                                  "orlo-jet, which reads it, isn't here or doesn't run."));
-}
-
-QString helperProgram()
-{
-    // Beside the program; the build's other programs lie in folders beside the program's.
-    for (const char* place : {"/orlo-jet", "/../app/orlo-jet"}) {
-        const QFileInfo program(QCoreApplication::applicationDirPath() + QLatin1String(place));
-        if (program.isFile() && program.isExecutable())
-            return program.filePath();
-    }
-    return {};
 }
 
 HelperStream::HelperStream(const QString& helper, const QString& file)

@@ -18,9 +18,6 @@ namespace orlo::store::jet
 /// The failure of a file that nothing here can read: 3343.
 [[nodiscard]] platform::RuntimeError noReader();
 
-/// The program that reads files of the former format, empty where this build has none.
-[[nodiscard]] QString helperProgram();
-
 /// What the helper writes about a file. Nothing that it writes is trusted: whatever breaks off, is too long or comes
 /// too late raises 3049, and the helper ends with the object. One that this system can't run raises 3343.
 class HelperStream

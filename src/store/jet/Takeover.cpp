@@ -1,5 +1,6 @@
 #include "store/jet/Takeover.h"
 
+#include "platform/Application.h"
 #include "platform/FileLock.h"
 #include "platform/FileReplacement.h"
 #include "platform/RuntimeError.h"
@@ -89,7 +90,7 @@ bool isFormerFormat(const QString& file)
 
 void takeOver(const QString& file)
 {
-    const QString helper = jet::helperProgram();
+    const QString helper = platform::companionFile(QStringLiteral("orlo-jet"));
     if (helper.isEmpty())
         throw jet::noReader();
     const QFileInfo info(QFileInfo(file).canonicalFilePath());
