@@ -50,6 +50,7 @@ for kind in sample empty; do "$here/a folder/orlo-db" check "$here/a folder/$kin
 [ ! -e "$build/app/manual" ] || [ -s "$here/a folder/manual/index.html" ]
 
 dpkg-deb -f "$here"/orlo_*.deb Depends | grep libqt6printsupport6 | grep libsqlite3-0 | grep -q libqt6widgets6
+[ ! -e "$build/app/orlo-pdf.so" ] || dpkg-deb -f "$here"/orlo_*.deb Recommends | grep -q libqpdf
 dpkg-deb -x "$here"/orlo_*.deb "$here/root"
 export XDG_DATA_HOME="$here/the data"
 launcher=$here/root/usr/bin/orlo given=$here/root/usr/lib/orlo user=$XDG_DATA_HOME/orlo
