@@ -8,7 +8,7 @@ namespace orlo::platform
 {
 
 /// Keeps other processes that lock the same file away from it for as long as the object lives; it needs no right to
-/// write the file.
+/// write the file. Linux only: nothing on Windows asks for it.
 class FileLock
 {
 public:

@@ -1,6 +1,5 @@
 #include "CsvReader.h"
 #include "store/jet/OpenFile.h"
-#include "store/jet/Takeover.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"

@@ -4,7 +4,7 @@
 #include "shell/frame/TakeoverNotice.h"
 #include "shell/frame/frmSplash.h"
 #include "shell/frame/mdiPendrake.h"
-#include "store/jet/Takeover.h"
+#include "store/jet/OpenFile.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -331,7 +331,7 @@ mnuHelp|&Help
         child.start(QCoreApplication::applicationFilePath(), test::childArguments({where}));
         QVERIFY(child.waitForFinished(20000));
         QVERIFY(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 1);
-        const QByteArray told = child.readAllStandardError();
+        const QByteArray told = child.readAllStandardError().replace("\r\n", "\n");
         QVERIFY(told.contains(message.toUtf8()) && told.endsWith("read\n"));
     }
 };

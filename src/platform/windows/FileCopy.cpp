@@ -51,10 +51,22 @@ void writeAll(HANDLE file, const char* data, DWORD length)
     }
 }
 
+qint64 sizeOf(const Handle& file)
+{
+    LARGE_INTEGER size{};
+    checkRoom(GetFileSizeEx(file.get(), &size));
+    return size.QuadPart;
+}
+
 // Writes the source's bytes over the file's own, and ends it where the source ends.
 void copyContents(const Handle& source, Handle& file)
 {
     checkRoom(SetFilePointerEx(source.get(), {}, nullptr, FILE_BEGIN));
+    // Asks for the room at once; where the volume can't say, writing will tell.
+    FILE_ALLOCATION_INFO room{};
+    room.AllocationSize.QuadPart = sizeOf(source);
+    if (!SetFileInformationByHandle(file.get(), FileAllocationInfo, &room, sizeof room))
+        checkRoom(numberOfCode(GetLastError()) != DiskFull);
     std::vector<char> block(CopyBlockSize);
     for (;;) {
         DWORD got = 0;
@@ -84,13 +96,6 @@ void lock(HANDLE file, bool alone)
     } // a volume without locks has nobody to wait for
 }
 
-qint64 sizeOf(const Handle& file)
-{
-    LARGE_INTEGER size{};
-    checkRoom(GetFileSizeEx(file.get(), &size));
-    return size.QuadPart;
-}
-
 // One copy on its way: the source, the target, and the name beside the target that the copy bears until it is whole.
 class Copy
 {
@@ -111,20 +116,7 @@ public:
     {
         Handle part(m_part, GENERIC_WRITE, CREATE_ALWAYS);
         checkRoom(part.isOpen());
-        try {
-            // Asks for the room at once; where the volume can't say, writing will tell.
-            FILE_ALLOCATION_INFO room{};
-            room.AllocationSize.QuadPart = sizeOf(m_source);
-            if (!SetFileInformationByHandle(part.get(), FileAllocationInfo, &room, sizeof room) &&
-                numberOfCode(GetLastError()) == DiskFull)
-                raiseCopy(GetLastError());
-            copyContents(m_source, part);
-            takeTarget();
-        } catch (...) {
-            part.close();
-            DeleteFileW(systemPath(m_part).c_str());
-            throw;
-        }
+        fill(part);
     }
 
     // Whether the copy fits once the old file's room counts as free.
@@ -141,27 +133,24 @@ public:
     // The old file gives up its name before its contents, so that half a copy never stands under it.
     void inPlace()
     {
-        m_old.close();
         checkRoom(renameOver(m_target, m_part));
-        Handle part(m_part, GENERIC_WRITE);
+        fill(m_old);
+    }
+
+private:
+    // Makes the part the whole copy and gives it the target's name; nothing is left of one that fails.
+    void fill(Handle& part)
+    {
         try {
-            checkRoom(part.isOpen());
             copyContents(m_source, part);
-            takeTarget();
+            m_old.close(); // nothing takes the place of an open file
+            SetFileAttributesW(systemPath(m_part).c_str(), m_attributes & KeptAttributes);
+            checkRoom(renameOver(m_part, m_target));
         } catch (...) {
             part.close();
             DeleteFileW(systemPath(m_part).c_str());
             throw;
         }
-    }
-
-private:
-    // Nothing takes the place of an open file.
-    void takeTarget()
-    {
-        m_old.close();
-        SetFileAttributesW(systemPath(m_part).c_str(), m_attributes & KeptAttributes);
-        checkRoom(renameOver(m_part, m_target));
     }
 
     Handle m_source;

@@ -39,15 +39,6 @@ void Handle::close()
         CloseHandle(closing);
 }
 
-FileIdentity identityOf(const QString& path)
-{
-    const Handle file(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
-    BY_HANDLE_FILE_INFORMATION known{};
-    if (!file.isOpen() || !GetFileInformationByHandle(file.get(), &known))
-        return {};
-    return {known.dwVolumeSerialNumber, known.nFileIndexHigh, known.nFileIndexLow};
-}
-
 bool renameOver(const QString& path, const QString& name)
 {
     const std::wstring from = systemPath(path);

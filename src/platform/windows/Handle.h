@@ -30,16 +30,6 @@ private:
     HANDLE m_handle;
 };
 
-/// Which file this is, under whatever name; nothing but zeros where there is none.
-struct FileIdentity {
-    DWORD volume = 0;
-    DWORD high = 0;
-    DWORD low = 0;
-
-    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
-};
-[[nodiscard]] FileIdentity identityOf(const QString& path);
-
 /// Gives a file another name of the same volume, in the place of the file of that name; on the disk when it returns.
 /// What holds that file open for a moment, as virus scanners do, is waited for. False where it fails.
 [[nodiscard]] bool renameOver(const QString& path, const QString& name);

@@ -1,5 +1,7 @@
 #include "store/jet/HelperStream.h"
 
+#include "store/jet/Takeover.h"
+
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcessEnvironment>
@@ -29,13 +31,6 @@ platform::RuntimeError damaged(const QString& reason)
     return platform::RuntimeError(
         platform::DatabaseDamaged, QStringLiteral("Database"),
         QStringLiteral("%1 (%2)").arg(platform::standardDescription(platform::DatabaseDamaged), reason));
-}
-
-platform::RuntimeError noReader()
-{
-    return platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
-                                  QStringLiteral("The file is in the format of an earlier version, and the program "
-                                                 "orlo-jet, which reads it, isn't here or doesn't run."));
 }
 
 HelperStream::HelperStream(const QString& helper, const QString& file)

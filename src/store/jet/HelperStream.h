@@ -15,9 +15,6 @@ namespace orlo::store::jet
 /// The failure of a file that can't be taken over: 3049 with the reason.
 [[nodiscard]] platform::RuntimeError damaged(const QString& reason);
 
-/// The failure of a file that nothing here can read: 3343.
-[[nodiscard]] platform::RuntimeError noReader();
-
 /// What the helper writes about a file. Nothing that it writes is trusted: whatever breaks off, is too long or comes
 /// too late raises 3049, and the helper ends with the object. One that this system can't run raises 3343.
 class HelperStream

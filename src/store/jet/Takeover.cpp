@@ -8,6 +8,7 @@
 #include "store/engine/Connection.h"
 #include "store/jet/HelperStream.h"
 #include "store/jet/Import.h"
+#include "store/jet/OpenFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -20,8 +21,6 @@ using platform::RuntimeError;
 
 namespace
 {
-
-constexpr char Signature[] = {0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B'};
 
 // The new file under the name that it has while it is being made; it goes away unless it takes the other's place.
 class FileInTheMaking
@@ -75,24 +74,11 @@ bool isOurFailure(int number)
 
 } // namespace
 
-TakeoverWatch& takeoverWatch()
-{
-    static TakeoverWatch watch;
-    return watch;
-}
-
-bool isFormerFormat(const QString& file)
-{
-    QFile opened(file);
-    return QFileInfo(file).isFile() && opened.open(QIODevice::ReadOnly) &&
-           opened.read(sizeof Signature) == QByteArrayView(Signature, sizeof Signature);
-}
-
 void takeOver(const QString& file)
 {
     const QString helper = platform::companionFile(QStringLiteral("orlo-jet"));
     if (helper.isEmpty())
-        throw jet::noReader();
+        throw noReader();
     const QFileInfo info(QFileInfo(file).canonicalFilePath());
     const QString path = info.filePath();
     const platform::FileLock former(path);

@@ -1,26 +1,19 @@
 #pragma once
 
-#include <QString>
+#include "platform/RuntimeError.h"
 
-#include <functional>
+#include <QString>
 
 namespace orlo::store
 {
 
-/// Who wants to hear of a file in the former format that is being taken over.
-struct TakeoverWatch {
-    /// Called now and then with the file's name and how far it is, in percent; with 100 at the end, however that is.
-    std::function<void(const QString& file, int percent)> progress;
-    /// Called once a file that held something for which the new one has no place stands in its place; the report says
-    /// what that was and where it is kept.
-    std::function<void(const QString& report)> report;
-};
-
-/// The one that hears of it; at first nobody does.
-[[nodiscard]] TakeoverWatch& takeoverWatch();
-
-/// True if the file begins as one in the former format, of Jet 3 or Jet 4.
-[[nodiscard]] bool isFormerFormat(const QString& file);
+/// The failure of a file that nothing here can read: 3343.
+[[nodiscard]] inline platform::RuntimeError noReader()
+{
+    return platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
+                                  QStringLiteral("The file is in the format of an earlier version, and the program "
+                                                 "orlo-jet, which reads it, isn't here or doesn't run."));
+}
 
 /// Puts a file of today's format with the same data in the place of one in the former format, which stays unchanged
 /// beside it as "<name> (former format).<suffix>". All of it or nothing, whenever the process is ended. A native path.
