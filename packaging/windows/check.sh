@@ -21,7 +21,12 @@ on_screen packaging/windows/starts.sh "$wine" "$folder/orlo.exe"
 echo "The program starts from the archive."
 
 # The tour, on the sample pack. From here on with the libraries of the build, the fonts of Linux, and what the tests say.
-export WINEPATH="Z:$root/bin"
+mkdir -p "$work/poppler"
+cp packaging/windows/poppler.sh "$work/poppler"
+for tool in pdftotext pdftoppm; do # by which the tests look at what was printed
+    "$compiler-gcc-posix" -O2 packaging/windows/poppler.c -o "$work/poppler/$tool.exe"
+done
+export WINEPATH="Z:$root/bin;Z:$work/poppler"
 ln -sfn "$(dirname "$(fc-match -f '%{file}' 'DejaVu Sans')")" "$root/lib/fonts"
 variable add QT_FORCE_STDERR_LOGGING 1
 rm -rf "$work/tour"

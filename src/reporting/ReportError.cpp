@@ -1,5 +1,7 @@
 #include "reporting/ReportError.h"
 
+#include <QDir>
+
 #include <set>
 
 namespace orlo::reports
@@ -13,7 +15,7 @@ const QString* keptFileName(const QString& name)
 
 QString withPlace(const QString& message, Place place, const QString& file)
 {
-    QString where = place.file ? *place.file : file;
+    QString where = QDir::toNativeSeparators(place.file ? *place.file : file);
     if (place.line > 0)
         where += QStringLiteral("%1line %2, column %3")
                      .arg(where.isEmpty() ? QString() : QStringLiteral(", "))
@@ -53,8 +55,9 @@ ReportError ReportError::atRecord(std::size_t record) const
 
 void raiseUnwritable(const QString& path, const QFileDevice& file)
 {
-    throw ReportError(platform::PathFileAccess,
-                      QStringLiteral("The file %1 can't be written: %2").arg(path, file.errorString()));
+    throw ReportError(
+        platform::PathFileAccess,
+        QStringLiteral("The file %1 can't be written: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
 }
 
 } // namespace orlo::reports

@@ -4,6 +4,7 @@
 #include "platform/RuntimeError.h"
 #include "widgets/MessageBox.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <algorithm>
@@ -168,6 +169,11 @@ private:
     int m_lineNumber = 0;
 };
 
+QString shownPath(const QString& path)
+{
+    return QDir::toNativeSeparators(platform::nativePath(path));
+}
+
 } // namespace
 
 GridLayout GridLayout::read(const QString& text, const QString& fileName)
@@ -181,9 +187,9 @@ GridLayout GridLayout::load(const QString& path)
     if (!file.open(QIODevice::ReadOnly)) {
         const int number = file.exists() ? platform::PathFileAccess : platform::FileNotFound;
         throw platform::RuntimeError(number, QString(),
-                                     platform::standardDescription(number) + QStringLiteral(": ") + file.fileName());
+                                     platform::standardDescription(number) + QStringLiteral(": ") + shownPath(path));
     }
-    return read(QString::fromUtf8(file.readAll()), file.fileName());
+    return read(QString::fromUtf8(file.readAll()), shownPath(path));
 }
 
 StoredLayout::StoredLayout(QString fileName, GridLayout builtIn)
@@ -200,10 +206,9 @@ GridLayout StoredLayout::read(const QString& folder)
             QStringList fields;
             for (const GridColumn& column : std::as_const(m_builtIn.columns))
                 fields += column.field;
-            throw platform::RuntimeError(
-                InvalidFormat, QString(),
-                QStringLiteral("%1: the grid's columns are %2, in this order")
-                    .arg(platform::nativePath(folder + m_fileName), fields.join(QStringLiteral(", "))));
+            throw platform::RuntimeError(InvalidFormat, QString(),
+                                         QStringLiteral("%1: the grid's columns are %2, in this order")
+                                             .arg(shownPath(folder + m_fileName), fields.join(QStringLiteral(", "))));
         }
         return layout;
     } catch (const platform::RuntimeError& failure) {

@@ -4,7 +4,7 @@
 #include "support/PrintedFile.h"
 #include "support/Table.h"
 
-#include <QImage>
+#include <QBitmap>
 #include <QTemporaryDir>
 
 using namespace orlo;
@@ -154,15 +154,11 @@ private Q_SLOTS:
         preparePrinter(*printer, document);
         printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
         QVERIFY(printDocument(*printer, document));
-        QProcess convert;
-        convert.start("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")});
-        QVERIFY(convert.waitForFinished());
+        if (QProcess::execute("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")}) == -2)
+            QSKIP("pdftoppm is missing: the printed page is not looked at");
         const QImage image(folder.filePath("page.png"));
-        QRect green;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                if (image.pixelColor(x, y).green() > 100 && image.pixelColor(x, y).red() < 50)
-                    green |= QRect(x, y, 1, 1);
+        const QImage mask = image.createMaskFromColor(QColor(Qt::darkGreen).rgb(), Qt::MaskOutColor);
+        const QRect green = QRegion(QBitmap::fromImage(mask)).boundingRect();
         QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);
         QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
     }

@@ -6,6 +6,7 @@
 #include "support/Main.h"
 #include "support/PrintedFile.h"
 #include "support/Table.h"
+#include "support/TestApp.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
@@ -383,10 +384,10 @@ private Q_SLOTS:
             });
             preview.window->findChild<QAction*>("actSave" + suffix)->trigger();
             QCOMPARE(proposed, "Pack- 47-awards 2026-03-05." + suffix.toLower());
-            QVERIFY(preview.child<QLabel>("lblNotice")->text().contains(folder.filePath(file)));
+            const QString saved = folder.filePath(file);
+            QVERIFY(preview.child<QLabel>("lblNotice")->text().contains(QDir::toNativeSeparators(saved)));
             QVERIFY(preview.child<QToolButton>("cmdOpenSaved")->isVisible());
             QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{file});
-            const QString saved = folder.filePath(file);
             QVERIFY(suffix == "Pdf" ? test::pagesOf(saved) == Pages
                                     : test::contents(saved).contains("\"Café, \"\"4\"\"\",4\r\n"));
         }
@@ -396,17 +397,15 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder; // stands where the file is to go
         const OpenPreview preview;
-        QString told;
-        whenDialogIsUp<QMessageBox>([&](QMessageBox& box) {
-            told = box.text();
-            box.accept();
-        });
+        const auto told = test::answerNext();
         QVERIFY(!preview.window->saveCsv(folder.path()));
-        QVERIFY(told.contains(folder.path()));
+        QVERIFY2(told->text.count(QDir::toNativeSeparators(folder.path())) == 2, qPrintable(told->text));
     }
 
     void printsByTheDialog()
     {
+        if (QSysInfo::kernelType() == "winnt")
+            QSKIP("the dialog is the system's own, which no test reaches");
         const QTemporaryDir folder;
         for (const auto& [option, pages] : {std::pair("printAll", Pages), {"printRange", 2}, {"printCurrentPage", 1}}) {
             const OpenPreview preview;

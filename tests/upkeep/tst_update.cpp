@@ -147,10 +147,15 @@ private Q_SLOTS:
     void aNewFileThatDoesNotOpen()
     {
         const OldFolder folder;
-        QVERIFY(QDir().mkdir(folder.file("Quorrel11.mdb-journal")));
+        const auto refuseTheNew = [](sqlite3* opened, char**, const void*) {
+            return QByteArray(sqlite3_db_filename(opened, "main")).endsWith("11.mdb") ? SQLITE_CANTOPEN : SQLITE_OK;
+        };
+        sqlite3_auto_extension(reinterpret_cast<void (*)()>(+refuseTheNew));
         test::answerNext();
-        QVERIFY(test::failureNumber([] { return UpdateDatabaseFile(); }) != 0);
-        QVERIFY(QFile::exists(folder.file()));
+        const int number = test::failureNumber(UpdateDatabaseFile);
+        sqlite3_reset_auto_extension();
+        QCOMPARE(number, 3050);
+        QVERIFY(QFile::exists(folder.file()) && QFile::exists(folder.file("Quorrel11.mdb")));
     }
 
     void emptyTablesPass()

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Started by poppler.c: poppler.sh TOLD NAME ARGUMENT...   runs the tool of that name; what it says goes to the file TOLD,
+# and once TOLD.done is there, it has ended. The paths are those of Wine.
+words=()
+for word; do
+    [[ $word != [A-Z]:* ]] || word=$WINEPREFIX/dosdevices/${word,}
+    words+=("${word//\\//}")
+done
+name=${words[1]##*/}
+"${name%.exe}" "${words[@]:2}" >"${words[0]}"
+touch "${words[0]}.done"
