@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -59,28 +60,60 @@ std::optional<QTime> readTime(const QString& text)
     return time.isValid() ? std::optional(time) : std::nullopt;
 }
 
-std::optional<QDate> readDay(const QString& text)
+// Two or three numbers, all with the same sign between them: "6/7/2004" and "6/7" with blanks or without, "2004-06-07".
+std::optional<QDate> readNumbers(QStringView text)
 {
-    static const QRegularExpression monthFirst(
-        QStringLiteral(R"(^(\d{1,2})\s*([/.-])\s*(\d{1,2})(?:\s*\2\s*(\d{1,2}|\d{3,4}))?$)"));
-    static const QRegularExpression yearFirst(QStringLiteral(R"(^(\d{4})([/-])(\d{1,2})\2(\d{1,2})$)"));
+    struct Number {
+        int value = 0;
+        int digits = 0;
+    };
+    constexpr int MostDigits = 4;
+    const auto isBlank = [](QChar c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); };
+    std::array<Number, 3> numbers;
+    std::size_t count = 0;
+    QStringView signs(u"/.-");
+    for (const auto* at = text.begin();; ++at) {
+        at = std::find_if_not(at, text.end(), isBlank);
+        if (count == numbers.size())
+            return std::nullopt;
+        auto& [value, digits] = numbers[count++];
+        for (; at != text.end() && *at >= u'0' && *at <= u'9' && digits <= MostDigits; ++at, ++digits)
+            value = value * 10 + (at->unicode() - u'0');
+        if (digits == 0 || digits > MostDigits)
+            return std::nullopt;
+        if (at == text.end())
+            break;
+        at = std::find_if_not(at, text.end(), isBlank);
+        if (at == text.end() || !signs.contains(*at))
+            return std::nullopt;
+        signs = {at, 1};
+    }
+    const bool yearFirst = numbers[0].digits == 4;
+    if (yearFirst && (count < 3 || signs == u"." || std::ranges::any_of(text, isBlank)))
+        return std::nullopt;
+    if (yearFirst)
+        std::ranges::rotate(numbers, numbers.begin() + 1);
+    const auto [month, day, year] = numbers;
+    if (count < 2 || month.digits > 2 || day.digits > 2)
+        return std::nullopt;
+    return checkedDate(count == 2 ? today().year() : fullYear(year.value, year.digits), month.value, day.value);
+}
+
+std::optional<QDate> readDay(QStringView text)
+{
     static const QRegularExpression dayName(
         QStringLiteral(R"(^(\d{1,2})[\s-]+([A-Za-z]{3,9})\.?[\s,-]+(\d{1,2}|\d{4})$)"));
     static const QRegularExpression nameDay(
         QStringLiteral(R"(^([A-Za-z]{3,9})\.?\s+(\d{1,2})\s*,?\s+(\d{1,2}|\d{4})$)"));
 
-    if (const auto m = monthFirst.match(text); m.hasMatch()) {
-        const int year =
-            m.capturedLength(4) ? fullYear(m.capturedView(4).toInt(), m.capturedLength(4)) : today().year();
-        return checkedDate(year, m.capturedView(1).toInt(), m.capturedView(3).toInt());
-    }
-    if (const auto m = yearFirst.match(text); m.hasMatch())
-        return checkedDate(m.capturedView(1).toInt(), m.capturedView(3).toInt(), m.capturedView(4).toInt());
-    if (const auto m = dayName.match(text); m.hasMatch())
+    if (const auto date = readNumbers(text))
+        return date;
+    const QString words = text.toString();
+    if (const auto m = dayName.match(words); m.hasMatch())
         if (const auto month = monthByName(m.captured(2)))
             return checkedDate(fullYear(m.capturedView(3).toInt(), m.capturedLength(3)), *month,
                                m.capturedView(1).toInt());
-    if (const auto m = nameDay.match(text); m.hasMatch())
+    if (const auto m = nameDay.match(words); m.hasMatch())
         if (const auto month = monthByName(m.captured(1)))
             return checkedDate(fullYear(m.capturedView(3).toInt(), m.capturedLength(3)), *month,
                                m.capturedView(2).toInt());
@@ -110,15 +143,15 @@ void setToday(QDate date)
 
 std::optional<DateTime> readDate(QStringView text)
 {
-    const QString trimmed = text.trimmed().toString();
+    const QStringView trimmed = text.trimmed();
     if (trimmed.isEmpty() || trimmed.size() > 40)
         return std::nullopt;
     if (const auto day = readDay(trimmed))
         return DateTime{*day};
     static const QRegularExpression withTime(
         QStringLiteral(R"(^(.*\S)[\sT]+(\d{1,2}:\d{2}(?::\d{2})?\s*(?:[AaPp][Mm])?)$)"));
-    if (const auto match = withTime.match(trimmed); match.hasMatch())
-        if (const auto day = readDay(match.captured(1)))
+    if (const auto match = withTime.match(trimmed.toString()); match.hasMatch())
+        if (const auto day = readDay(match.capturedView(1)))
             if (const auto time = readTime(match.captured(2)))
                 return DateTime{*day, *time};
     return std::nullopt;

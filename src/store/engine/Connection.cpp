@@ -195,16 +195,22 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
     const auto* known = m_statements.object(sql);
     if (known && known->use_count() == 1) // nobody has borrowed it
         return Statement(*known);
-    // Most texts that the screens build come once, with a key in them: only what comes again is worth keeping.
-    const bool again = !known && m_metOnce.remove(qHash(sql));
-    auto prepared = prepare(sql, origin, again);
-    if (again)
+    const bool toKeep = !known && comesAgain(qHash(sql));
+    auto prepared = prepare(sql, origin, toKeep);
+    if (toKeep)
         m_statements.insert(sql, new std::shared_ptr(prepared));
-    else if (!known && m_metOnce.size() < MaxTexts)
-        m_metOnce.insert(qHash(sql));
-    else if (!known)
-        m_metOnce = {qHash(sql)};
     return Statement(std::move(prepared));
+}
+
+// Most texts that the screens build come once, with a key in them: only what comes again is worth keeping.
+bool Connection::comesAgain(std::size_t hash)
+{
+    if (m_metOnce.remove(hash))
+        return true;
+    if (m_metOnce.size() >= MaxTexts)
+        m_metOnce.clear();
+    m_metOnce.insert(hash);
+    return false;
 }
 
 void Connection::run(const QByteArray& sql)
@@ -217,10 +223,13 @@ void Connection::run(const QByteArray& sql)
 
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
-    return made(m_translations, statement, [&] {
-        const auto sourceOf = [this](QStringView name) { return known(name); };
-        return std::make_shared<const Translated>(translate(statement, sourceOf));
-    });
+    if (const auto* known = m_translations.object(statement))
+        return *known;
+    const auto sourceOf = [this](QStringView name) { return known(name); };
+    auto translated = std::make_shared<const Translated>(translate(statement, sourceOf));
+    if (comesAgain(qHash(statement)))
+        m_translations.insert(statement, new std::shared_ptr(translated));
+    return translated;
 }
 
 KnownSource Connection::known(QStringView name)

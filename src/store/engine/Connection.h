@@ -100,6 +100,7 @@ private:
     void harden();
     void forget();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin, bool toKeep);
+    bool comesAgain(std::size_t hash);
 
     QString m_path;
     QString m_file;

@@ -33,10 +33,14 @@ void putDigits(char* to, int number, int count)
 
 QByteArray isoText(const DateTime& date)
 {
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    date.date.getDate(&year, &month, &day);
     char text[] = "0000-00-00 00:00:00";
-    putDigits(text, date.date.year(), 4);
-    putDigits(text + 5, date.date.month(), 2);
-    putDigits(text + 8, date.date.day(), 2);
+    putDigits(text, year, 4);
+    putDigits(text + 5, month, 2);
+    putDigits(text + 8, day, 2);
     putDigits(text + 11, date.time.hour(), 2);
     putDigits(text + 14, date.time.minute(), 2);
     putDigits(text + 17, date.time.second(), 2);

@@ -298,13 +298,13 @@ void SqlTranslator::source()
         source.table = name();
         const KnownSource known = m_sourceOf(source.table);
         source.fields = known.fields;
-        if (known.query.isEmpty())
-            m_out.name(source.table);
+        inBrackets = !known.query.isEmpty();
+        if (inBrackets)
+            m_out.sql.append(u'(').append(known.query).append(u')');
         else
-            m_out.sql += u'(' + known.query + u')';
+            m_out.name(source.table);
         if (m_out.sql.size() > MaxCharacters)
             raiseSyntax(QStringLiteral("(Too many stored queries within each other.)"));
-        inBrackets = !known.query.isEmpty();
     } else {
         m_out.sql += u'(';
         const bool joined = !at(Symbol::Select);

@@ -1,7 +1,5 @@
 #include "store/engine/SqlExpression.h"
 
-#include <QStringBuilder>
-
 #include <array>
 
 namespace orlo::store
@@ -40,10 +38,12 @@ constexpr const char* Comparisons[] = {" = ", " <> ", " < ", " <= ", " > ", " >=
 
 void SqlWriter::name(QStringView name)
 {
+    sql += u'"';
     if (name.contains(u'"'))
-        sql += u'"' + name.toString().replace(u'"', QLatin1String("\"\"")) + u'"';
+        sql += name.toString().replace(u'"', QLatin1String("\"\""));
     else
-        sql += u'"' % name % u'"';
+        sql += name;
+    sql += u'"';
 }
 
 Expression SqlWriter::written(qsizetype start, Kind kind, Binding binding) const

@@ -5,6 +5,8 @@
 #include "store/engine/SqlTranslator.h"
 #include "store/engine/Text.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -20,8 +22,8 @@ using Kind = ValueKind;
 // What a function takes: a letter for each argument, t for a text, n for a number, d for a date; those that may be left
 // out are counted.
 struct DialectFunction {
-    std::string_view name;
-    std::string_view sql;
+    QStringView name;
+    QStringView sql;
     std::string_view arguments;
     std::size_t optional;
     Kind result;
@@ -35,27 +37,17 @@ Kind argumentKind(char letter)
 }
 
 constexpr DialectFunction DialectFunctions[] = {
-    {"abs", "abs(", "n", 0, Kind::Number},        {"date", "date(", "", 0, Kind::Date},
-    {"day", "day(", "d", 0, Kind::Number},        {"instr", "find_text(", "tt", 0, Kind::Number},
-    {"lcase", "lcase(", "t", 0, Kind::Text},      {"left", "\"left\"(", "tn", 0, Kind::Text},
-    {"len", "len(", "t", 0, Kind::Number},        {"ltrim", "ltrim(", "t", 0, Kind::Text},
-    {"mid", "mid(", "tnn", 1, Kind::Text},        {"month", "month(", "d", 0, Kind::Number},
-    {"now", "now(", "", 0, Kind::Date},           {"replace", "replace(", "ttt", 0, Kind::Text},
-    {"right", "\"right\"(", "tn", 0, Kind::Text}, {"round", "round_even(", "nn", 1, Kind::Number},
-    {"rtrim", "rtrim(", "t", 0, Kind::Text},      {"trim", "trim(", "t", 0, Kind::Text},
-    {"ucase", "ucase(", "t", 0, Kind::Text},      {"year", "year(", "d", 0, Kind::Number}};
+    {u"abs", u"abs(", "n", 0, Kind::Number},        {u"date", u"date(", "", 0, Kind::Date},
+    {u"day", u"day(", "d", 0, Kind::Number},        {u"instr", u"find_text(", "tt", 0, Kind::Number},
+    {u"lcase", u"lcase(", "t", 0, Kind::Text},      {u"left", u"\"left\"(", "tn", 0, Kind::Text},
+    {u"len", u"len(", "t", 0, Kind::Number},        {u"ltrim", u"ltrim(", "t", 0, Kind::Text},
+    {u"mid", u"mid(", "tnn", 1, Kind::Text},        {u"month", u"month(", "d", 0, Kind::Number},
+    {u"now", u"now(", "", 0, Kind::Date},           {u"replace", u"replace(", "ttt", 0, Kind::Text},
+    {u"right", u"\"right\"(", "tn", 0, Kind::Text}, {u"round", u"round_even(", "nn", 1, Kind::Number},
+    {u"rtrim", u"rtrim(", "t", 0, Kind::Text},      {u"trim", u"trim(", "t", 0, Kind::Text},
+    {u"ucase", u"ucase(", "t", 0, Kind::Text},      {u"year", u"year(", "d", 0, Kind::Number}};
 
-constexpr std::string_view Aggregates[] = {"avg", "count", "max", "min", "sum"};
-
-QLatin1String latin(std::string_view text)
-{
-    return {text.data(), qsizetype(text.size())};
-}
-
-bool sameWord(QStringView word, std::string_view name)
-{
-    return word.size() == qsizetype(name.size()) && word.compare(latin(name), Qt::CaseInsensitive) == 0;
-}
+constexpr QStringView Aggregates[] = {u"avg", u"count", u"max", u"min", u"sum"};
 
 } // namespace
 
@@ -193,7 +185,7 @@ Expression SqlTranslator::date(QStringView content)
     const auto date = platform::readDate(content);
     if (!date)
         raiseSyntax(QStringLiteral("(\"%1\" is no date.)").arg(content));
-    return literal(Kind::Date, u'\'' + QString::fromLatin1(isoText(*date)) + u'\'');
+    return literal(Kind::Date, QString(u'\'' % QLatin1String(isoText(*date)) % u'\''));
 }
 
 Expression SqlTranslator::operand()
@@ -305,14 +297,14 @@ Expression SqlTranslator::function()
 {
     const Nesting nesting(*this);
     const QStringView called = m_tokens[m_at++].text;
-    if (std::ranges::any_of(Aggregates, [called](std::string_view name) { return sameWord(called, name); }))
+    if (std::ranges::any_of(Aggregates, [called](QStringView name) { return sameName(called, name); }))
         return aggregate(called);
     const auto* const known = std::ranges::find_if(
-        DialectFunctions, [called](const DialectFunction& function) { return sameWord(called, function.name); });
+        DialectFunctions, [called](const DialectFunction& function) { return sameName(called, function.name); });
     const bool ours = known != std::end(DialectFunctions);
     const qsizetype start = m_out.sql.size();
     if (ours)
-        m_out.sql += latin(known->sql);
+        m_out.sql += known->sql;
     std::vector<Expression> given;
     expect(Symbol::Open);
     if (!at(Symbol::Close))
@@ -325,9 +317,9 @@ Expression SqlTranslator::function()
             }
         } while (take(Symbol::Comma));
     expect(Symbol::Close);
-    if (sameWord(called, "iif") && given.size() == 3)
+    if (sameName(called, u"iif") && given.size() == 3)
         return m_out.choice(given[0], given[1], given[2]);
-    if (sameWord(called, "isnull") && given.size() == 1)
+    if (sameName(called, u"isnull") && given.size() == 1)
         return m_out.nullTest(given[0], true);
     if (!ours || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
         raiseSyntax(QStringLiteral("(There is no function \"%1\" of so many values.)").arg(called));
@@ -338,8 +330,8 @@ Expression SqlTranslator::function()
 Expression SqlTranslator::aggregate(QStringView called)
 {
     m_scope->sums = true;
-    const bool count = sameWord(called, "count");
-    const bool ends = sameWord(called, "max") || sameWord(called, "min");
+    const bool count = sameName(called, u"count");
+    const bool ends = sameName(called, u"max") || sameName(called, u"min");
     const qsizetype start = m_out.sql.size();
     m_out.sql += called.toString().toLower() + u'(';
     expect(Symbol::Open);

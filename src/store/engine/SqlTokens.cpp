@@ -1,11 +1,11 @@
 #include "store/engine/SqlTokens.h"
 
 #include "platform/RuntimeError.h"
+#include "store/engine/Text.h"
 
 #include <QString>
 
 #include <array>
-#include <string_view>
 
 namespace orlo::store
 {
@@ -16,77 +16,78 @@ namespace
 using enum Symbol;
 
 struct Meaning {
-    std::string_view text;
+    QStringView text;
     Symbol symbol;
 };
 
 // By first letters.
 constexpr Meaning Words[] = {
-    {"all", All},
-    {"and", And},
-    {"as", As},
-    {"asc", Asc},
-    {"between", Between},
-    {"by", By},
-    {"case", Refused},
-    {"cross", Refused},
-    {"delete", Delete},
-    {"desc", Desc},
-    {"distinct", Distinct},
-    {"distinctrow", Distinct},
-    {"except", Refused},
-    {"exists", Exists},
-    {"false", False},
-    {"from", From},
-    {"full", Refused},
-    {"group", Group},
-    {"having", Having},
-    {"in", In},
-    {"indexed", Refused},
-    {"inner", Inner},
-    {"insert", Insert},
-    {"intersect", Refused},
-    {"into", Into},
-    {"is", Is},
-    {"join", Join},
-    {"left", Left},
-    {"like", Like},
-    {"limit", Refused},
-    {"natural", Refused},
-    {"no", False},
-    {"not", Not},
-    {"null", Null},
-    {"on", On},
-    {"or", Or},
-    {"order", Order},
-    {"outer", Outer},
-    {"returning", Refused},
-    {"right", Right},
-    {"select", Select},
-    {"set", Set},
-    {"true", True},
-    {"union", Union},
-    {"update", Update},
-    {"using", Refused},
-    {"values", Values},
-    {"where", Where},
-    {"window", Refused},
-    {"with", Refused},
-    {"yes", True},
+    {u"all", All},
+    {u"and", And},
+    {u"as", As},
+    {u"asc", Asc},
+    {u"between", Between},
+    {u"by", By},
+    {u"case", Refused},
+    {u"cross", Refused},
+    {u"delete", Delete},
+    {u"desc", Desc},
+    {u"distinct", Distinct},
+    {u"distinctrow", Distinct},
+    {u"except", Refused},
+    {u"exists", Exists},
+    {u"false", False},
+    {u"from", From},
+    {u"full", Refused},
+    {u"group", Group},
+    {u"having", Having},
+    {u"in", In},
+    {u"indexed", Refused},
+    {u"inner", Inner},
+    {u"insert", Insert},
+    {u"intersect", Refused},
+    {u"into", Into},
+    {u"is", Is},
+    {u"join", Join},
+    {u"left", Left},
+    {u"like", Like},
+    {u"limit", Refused},
+    {u"natural", Refused},
+    {u"no", False},
+    {u"not", Not},
+    {u"null", Null},
+    {u"on", On},
+    {u"or", Or},
+    {u"order", Order},
+    {u"outer", Outer},
+    {u"returning", Refused},
+    {u"right", Right},
+    {u"select", Select},
+    {u"set", Set},
+    {u"true", True},
+    {u"union", Union},
+    {u"update", Update},
+    {u"using", Refused},
+    {u"values", Values},
+    {u"where", Where},
+    {u"window", Refused},
+    {u"with", Refused},
+    {u"yes", True},
 };
 
 // A longer sign before those that it begins with. Refused ones begin a comment or belong to another language.
-constexpr Meaning Signs[] = {
-    {",", Comma},   {"==", Refused}, {"=", Equal},        {".", Dot},      {"(", Open},     {")", Close},
-    {"*", Star},    {"&", Amp},      {"<=", LessOrEqual}, {"<>", Unequal}, {"<", Less},     {">=", GreaterOrEqual},
-    {">", Greater}, {"+", Plus},     {"--", Refused},     {"-", Minus},    {"/*", Refused}, {"/", Slash}};
+constexpr Meaning Signs[] = {{u",", Comma},        {u"==", Refused}, {u"=", Equal},    {u".", Dot},
+                             {u"(", Open},         {u")", Close},    {u"*", Star},     {u"&", Amp},
+                             {u"<=", LessOrEqual}, {u"<>", Unequal}, {u"<", Less},     {u">=", GreaterOrEqual},
+                             {u">", Greater},      {u"+", Plus},     {u"--", Refused}, {u"-", Minus},
+                             {u"/*", Refused},     {u"/", Slash}};
 
 // Where the words of each first letter begin.
 constexpr auto WordStarts = [] {
     std::array<quint8, 27> starts{};
     std::size_t at = 0;
     for (std::size_t letter = 0; letter < 27; ++letter) {
-        while (at < std::size(Words) && static_cast<std::size_t>(Words[at].text.front() - 'a') < letter)
+        while (at < std::size(Words) && Words[at].text.front().unicode() - std::size_t('a') < letter)
             ++at;
         starts[letter] = static_cast<quint8>(at);
     }
@@ -98,9 +99,7 @@ Symbol symbolOf(QStringView word)
     const unsigned letter = (word[0].unicode() | 0x20U) - 'a';
     if (letter < 26)
         for (std::size_t i = WordStarts[letter]; i < WordStarts[letter + 1]; ++i)
-            if (Words[i].text.size() == std::size_t(word.size()) &&
-                word.compare(QLatin1String(Words[i].text.data(), qsizetype(Words[i].text.size())),
-                             Qt::CaseInsensitive) == 0)
+            if (sameName(Words[i].text, word))
                 return Words[i].symbol;
     return Symbol::Word;
 }
@@ -110,10 +109,16 @@ bool isDigit(char16_t c)
     return c >= u'0' && c <= u'9';
 }
 
+constexpr auto AsciiWordParts = [] {
+    std::array<bool, 0x80> parts{};
+    for (char16_t c = 0; c < 0x80; ++c)
+        parts[c] = (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || (c >= u'0' && c <= u'9');
+    return parts;
+}();
+
 bool isWordPart(char16_t c)
 {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || isDigit(c) ||
-           (c >= 0x80 && (QChar(c).isLetter() || QChar(c).isMark() || QChar::isSurrogate(c)));
+    return c < 0x80 ? AsciiWordParts[c] : QChar(c).isLetter() || QChar(c).isMark() || QChar::isSurrogate(c);
 }
 
 bool isBlank(char16_t c)
@@ -129,12 +134,12 @@ public:
 
     Token next()
     {
-        skip(isBlank);
+        skip<isBlank>();
         const char16_t* const start = m_at;
         if (isDigit(*m_at) || (*m_at == u'.' && isDigit(m_at[1])))
             return number();
         if (isWordPart(*m_at)) {
-            skip(isWordPart);
+            skip<isWordPart>();
             return {symbolOf({start, m_at}), {start, m_at}};
         }
         switch (*m_at) {
@@ -149,14 +154,13 @@ public:
             return delimited(Symbol::Date, u'#');
         case u';':
             ++m_at;
-            skip(isBlank);
+            skip<isBlank>();
             return {*m_at == u'\0' ? Symbol::End : Symbol::Refused, {start, 1}};
         default:
             break;
         }
-        const auto same = [start](char c, std::size_t i) { return QChar(start[i]) == QLatin1Char(c); };
         for (const Meaning& sign : Signs)
-            if (same(sign.text[0], 0) && (sign.text.size() == 1 || same(sign.text[1], 1))) {
+            if (sign.text[0] == start[0] && (sign.text.size() == 1 || sign.text[1] == start[1])) {
                 m_at += sign.text.size();
                 return {sign.symbol, {start, m_at}};
             }
@@ -167,26 +171,26 @@ public:
     [[nodiscard]] const char16_t* place() const { return m_at; }
 
 private:
-    template <typename Is>
-    void skip(Is is)
+    template <auto Is>
+    void skip()
     {
-        while (is(*m_at))
+        while (Is(*m_at))
             ++m_at;
     }
 
     Token number()
     {
         const char16_t* const start = m_at;
-        skip(isDigit);
+        skip<isDigit>();
         if (*m_at == u'.') {
             ++m_at;
-            skip(isDigit);
+            skip<isDigit>();
         }
         if ((*m_at | 0x20) == u'e') {
             const int sign = m_at[1] == u'+' || m_at[1] == u'-' ? 2 : 1;
             if (isDigit(m_at[sign])) {
                 m_at += sign;
-                skip(isDigit);
+                skip<isDigit>();
             }
         }
         return {Symbol::Number, {start, m_at}};
