@@ -38,6 +38,6 @@ endif()
 if(RUN_CLANG_TIDY)
     add_custom_target(lint
         COMMAND ${CLANG_FORMAT} --dry-run --Werror ${sources}
-        COMMAND ${RUN_CLANG_TIDY} -quiet -p ${CMAKE_BINARY_DIR} "/(src|tools)/.*\\.cpp$"
+        COMMAND ${RUN_CLANG_TIDY} -quiet -p ${CMAKE_BINARY_DIR} "^${PROJECT_SOURCE_DIR}/(src|tools)/"
         VERBATIM)
 endif()
