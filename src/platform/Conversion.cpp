@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
+#include <iterator>
 #include <limits>
 
 namespace orlo::platform
@@ -175,9 +175,18 @@ QString shortDate(QDate date)
     int month = 0;
     int day = 0;
     date.getDate(&year, &month, &day);
-    char text[40]; // room for three numbers of any length
-    const int length = std::snprintf(text, sizeof text, "%d/%d/%04d", month, day, year);
-    return QString::fromLatin1(text, length);
+    char16_t text[40]; // room for three numbers of any size
+    char16_t* begin = std::end(text);
+    const auto put = [&begin](int number, int digits) {
+        for (; number > 0 || digits > 0; number /= 10, --digits)
+            *--begin = static_cast<char16_t>(u'0' + number % 10);
+    };
+    put(year, 4);
+    *--begin = u'/';
+    put(day, 1);
+    *--begin = u'/';
+    put(month, 1);
+    return QStringView(begin, std::end(text)).toString();
 }
 
 QString shortDate(const DateTime& date)

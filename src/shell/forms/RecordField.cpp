@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextBlock>
 
 #include <memory>
 
@@ -27,14 +28,27 @@ struct Lines {
     QString shown;
 };
 
+// The document's own way lays a text of one line out twice, and the cursor has its glyphs made once more.
+void replaceAll(QTextDocument& document, const QString& text)
+{
+    document.setUndoRedoEnabled(false);
+    QTextCursor all(&document);
+    all.beginEditBlock();
+    all.select(QTextCursor::Document);
+    all.insertText(text);
+    all.endEditBlock();
+    document.setUndoRedoEnabled(true);
+    document.firstBlock().layout()->setCacheEnabled(true);
+}
+
 void showLines(QPlainTextEdit& box, Lines& lines, const QString& text)
 {
+    QTextDocument& document = *box.document();
     lines.stored = text;
-    if (box.toPlainText() != text || box.document()->isModified() || box.document()->isUndoAvailable() ||
-        box.document()->isRedoAvailable())
-        box.document()->setPlainText(text); // the box's own lays the text out three times
-    box.document()->setModified(false);
-    box.moveCursor(QTextCursor::Start);
+    if (box.toPlainText() != text || document.isModified() || document.isUndoAvailable() || document.isRedoAvailable())
+        replaceAll(document, text);
+    document.setModified(false);
+    box.setTextCursor(QTextCursor(&document));
     lines.shown = box.toPlainText();
 }
 

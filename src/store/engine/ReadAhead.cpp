@@ -35,6 +35,12 @@ ReadAhead::ReadAhead(Connection& connection, const Source& source, const std::ve
 {
 }
 
+void ReadAhead::readFirst()
+{
+    if (m_rows.columns() > 0)
+        read(0, 1);
+}
+
 Value ReadAhead::at(qsizetype place, int column)
 {
     if (!m_rows.has(column)) {

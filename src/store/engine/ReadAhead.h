@@ -21,6 +21,8 @@ public:
     /// The numbers of the set's rows, by place, may change between two reads; they and the rest must outlive this.
     ReadAhead(Connection& connection, const Source& source, const std::vector<qint64>& numbers);
 
+    /// Reads the first record, if records are read whole.
+    void readFirst();
     /// The set arrives at a record: the next read gives its values as they stand then.
     void arrive() { m_arrived = true; }
     /// A value of the record at a place. Raises 3167 for one that somebody removed.

@@ -25,9 +25,10 @@ Recordset::Impl::Impl(std::shared_ptr<Connection> connection, const QString& sou
     : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape),
       m_snapshot({})
 {
-    if (updatable())
+    if (updatable()) {
+        m_ahead.emplace(*m_connection, *m_source, m_numbers);
         openNumbers();
-    else
+    } else
         openSnapshot(readingOn);
 }
 
@@ -60,13 +61,20 @@ void Recordset::Impl::openNumbers()
     std::vector<qint64> numbers;
     auto statement = m_connection->statement(m_source->keysSql, Origin::Outside);
     const int last = sqlite3_column_count(statement.handle()) - 1;
-    while (statement.step())
+    const bool first = m_numbers.empty();
+    while (statement.step()) {
         numbers.push_back(statement.integer(last));
+        if (first && numbers.size() == 1) { // the record at which the set begins comes in the same look at the file
+            m_numbers = numbers;
+            m_ahead->readFirst();
+        }
+    }
     m_numbers = std::move(numbers);
     m_size = std::ssize(m_numbers);
     m_ownChanges = ownChanges;
     m_othersChanges = othersChanges;
-    m_ahead.emplace(*m_connection, *m_source, m_numbers);
+    if (!first)
+        m_ahead->forget();
 }
 
 qsizetype Recordset::Impl::count()
