@@ -256,24 +256,23 @@ void BoundGridModel::writeTyped(store::Recordset& set, int& column) const
     column = -1;
 }
 
-const QStringList& BoundGridModel::recordTexts(int row) const
+QStringList BoundGridModel::recordTexts(int row) const
 {
     if (const QStringList* known = m_cache.object(row))
         return *known;
-    auto texts = std::make_unique<QStringList>();
+    QStringList texts;
     try {
         store::Recordset* set = records();
         if (!set)
             throw platform::RuntimeError(platform::ObjectInvalid);
         set->moveTo(row);
         for (const Field& field : m_fields)
-            texts->append(set->value(field.index).textOrEmpty());
+            texts.append(set->value(field.index).textOrEmpty());
     } catch (const platform::RuntimeError&) {
-        texts->clear(); // the record was deleted elsewhere, or its file closed: the row stays as a blank one
+        texts.clear(); // the record was deleted elsewhere, or its file closed: the row stays as a blank one
     }
-    QStringList* kept = texts.release();
-    m_cache.insert(row, kept);
-    return *kept;
+    m_cache.insert(row, new QStringList(texts));
+    return texts;
 }
 
 QString BoundGridModel::text(int row, int column) const

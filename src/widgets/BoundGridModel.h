@@ -78,7 +78,7 @@ private:
     void load(const QList<GridColumn>& columns);
     void findFields();
     void writeTyped(store::Recordset& set, int& column) const;
-    [[nodiscard]] const QStringList& recordTexts(int row) const;
+    [[nodiscard]] QStringList recordTexts(int row) const;
     [[nodiscard]] QString text(int row, int column) const;
     [[nodiscard]] bool hasEmptyLine() const { return m_allowAddNew && m_updatable; }
     void open(int row);
