@@ -82,6 +82,35 @@ private Q_SLOTS:
         QCOMPARE(test::failureNumber([&] { return DBEngine::createDatabase(copy); }), 3010);
     }
 
+    // The journal's name is flushed once, by SQLite and by us, until another program's journal bears it.
+    void journalsName_data()
+    {
+        test::table({"meanwhile", "flushes"}, R"(
+            nothing  | 0
+            removed  | 2
+            replaced | 2)");
+    }
+    void journalsName()
+    {
+        QFETCH(QString, meanwhile);
+        Database database = DBEngine::openDatabase(m_path);
+        const auto flushesOf = [&database](const char* change) {
+            const int before = test::folderFlushes();
+            database.execute(change);
+            return test::folderFlushes() - before;
+        };
+        if (test::folderFlushes() < 0)
+            QSKIP("no folder is flushed here");
+        QCOMPARE(flushesOf("Insert Into Dens (Den_SID) Values (1)"), 2);
+        if (meanwhile == "removed")
+            test::sqlite(m_path, "Insert Into Dens (Den_SID) Values (2)");
+        if (meanwhile == "replaced") { // by a file that is likely to be given the same number
+            QVERIFY(QFile::remove(m_path + "-journal"));
+            test::write(m_path + "-journal", "");
+        }
+        QTEST(QString::number(flushesOf("Insert Into Dens (Den_SID) Values (3)")), "flushes");
+    }
+
     // Reading survives what another program put into the file.
     void loosenedFile()
     {

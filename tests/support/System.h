@@ -13,6 +13,9 @@ void limitFiles(qint64 most);
 /// change mustn't end with the removal of the journal, which ours keeps open.
 extern const char* const OtherJournal;
 
+/// How often this process has flushed a folder so far; -1 on a system where nothing does.
+[[nodiscard]] int folderFlushes();
+
 /// Hides a folder whose name begins with a dot, where the dot doesn't.
 void hide(const QString& folder);
 

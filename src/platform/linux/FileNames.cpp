@@ -4,9 +4,14 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QScopeGuard>
 
+#include <array>
+#include <optional>
+
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orlo::platform
@@ -22,6 +27,22 @@ void flushPath(const QString& path, int flags)
     const auto close = qScopeGuard([descriptor] { ::close(descriptor); });
     flush(descriptor);
 }
+
+// What makes a file this one: a number is given again once its file is gone, so the time of its birth counts, too.
+using Identity = std::array<quint64, 5>;
+
+std::optional<Identity> identityOf(const QString& path)
+{
+    struct statx found {
+    };
+    if (::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_INO | STATX_BTIME, &found) != 0 ||
+        (found.stx_mask & STATX_BTIME) == 0)
+        return std::nullopt;
+    return Identity{found.stx_dev_major, found.stx_dev_minor, found.stx_ino,
+                    static_cast<quint64>(found.stx_btime.tv_sec), found.stx_btime.tv_nsec};
+}
+
+QHash<QString, Identity> flushedNames;
 
 } // namespace
 
@@ -39,6 +60,25 @@ void takeName(const QString& path, const QString& name)
 {
     check(::rename(QFile::encodeName(path).constData(), QFile::encodeName(name).constData()) == 0);
     flushPath(QFileInfo(name).path(), O_DIRECTORY);
+}
+
+void flushName(const QString& path)
+{
+    const auto file = identityOf(path);
+    if (!file)
+        return;
+    try {
+        flushPath(QFileInfo(path).path(), O_DIRECTORY);
+        flushedNames.insert(path, *file);
+    } catch (const RuntimeError&) {
+        flushedNames.remove(path);
+    }
+}
+
+bool isNameFlushed(const QString& path)
+{
+    const auto flushed = flushedNames.constFind(path);
+    return flushed != flushedNames.cend() && identityOf(path) == *flushed;
 }
 
 } // namespace orlo::platform

@@ -21,4 +21,13 @@ void takeName(const QString& path, const QString& name)
     check(renameOver(path, name));
 }
 
+void flushName(const QString& /*path*/)
+{
+}
+
+bool isNameFlushed(const QString& /*path*/)
+{
+    return false; // nobody asks for it to be flushed again
+}
+
 } // namespace orlo::platform

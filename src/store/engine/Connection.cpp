@@ -5,6 +5,7 @@
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
+#include "store/engine/JournalFile.h"
 #include "store/engine/Source.h"
 
 #include <QDir>
@@ -90,7 +91,7 @@ void Connection::open(Mode mode)
         checkFile();
     else
         flags |= SQLITE_OPEN_CREATE;
-    const int code = sqlite3_open_v2(m_file.toUtf8().constData(), &m_db, flags, nullptr);
+    const int code = sqlite3_open_v2(m_file.toUtf8().constData(), &m_db, flags, filesOfKeptJournals());
     if (code != SQLITE_OK)
         throw RuntimeError(mode == Mode::Open ? platform::CannotLockFile : platform::PathFileAccess, databaseSource());
     harden();

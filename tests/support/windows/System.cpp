@@ -17,6 +17,11 @@ void limitFiles(qint64 most)
 
 const char* const OtherJournal = "Pragma journal_mode=Persist";
 
+int folderFlushes()
+{
+    return -1;
+}
+
 void hide(const QString& folder)
 {
     SetFileAttributesW(folder.toStdWString().c_str(), FILE_ATTRIBUTE_HIDDEN);
