@@ -120,7 +120,7 @@ void openScouts(Table& table)
         {"open frmScouts on 10,000 scouts", "query into a plain list", 2.0, [] { return List.open(); }, plainList, 9});
     const std::vector<int> sids = clickedSids(plain, Scouts);
     const Work clicks = [] { return clickRows(Scouts); };
-    table.compare({"50 clicks in the list, 200,000 awards", "the same reads, C API", 3.0, clicks,
+    table.compare({"50 clicks in the list, 200,000 awards", "the same reads, C API", 2.5, clicks,
                    [&] { return readRows(plain, sids); }, 9});
     table.compare(
         {"50 clicks: ten times the scouts", "1,000 scouts", 1.2, clicks, [&few] { return few[few.size() / 2]; }, 9});

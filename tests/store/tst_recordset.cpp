@@ -1,10 +1,12 @@
-#include "store/engine/Database.h"
+#include "store/engine/Reading.h"
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
+#include <QEventLoop>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <sqlite3.h>
 
@@ -301,6 +303,34 @@ private Q_SLOTS:
         QVERIFY(locked && locked->number() == platform::CannotLockFile);
         QVERIFY(locked->description().startsWith("Another program is using the file"));
         QCOMPARE(sid(rows), 8);
+    }
+
+    // What is read together holds others back from writing, but no longer than until a write or a wait.
+    void reading_data()
+    {
+        test::table({"ended by", "writes"}, R"(
+            nothing | no
+            write | yes
+            wait | yes)");
+    }
+    void reading()
+    {
+        fill(1);
+        const Reading reading(*m_database);
+        Recordset rows = open();
+        (void)sid(rows);
+        const Reading within(*m_database);
+        if (test::cell("ended by") == "write")
+            add(rows, 2);
+        QEventLoop loop;
+        QTimer::singleShot(1, &loop, &QEventLoop::quit);
+        if (test::cell("ended by") == "wait")
+            loop.exec();
+        sqlite3* other = nullptr;
+        sqlite3_open(QFile::encodeName(m_path).constData(), &other);
+        const int code = sqlite3_exec(other, "UPDATE T SET Big = 1", nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
     }
 
     void refusedFields()

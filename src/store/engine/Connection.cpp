@@ -14,6 +14,8 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
 namespace orlo::store
 {
 
@@ -157,6 +159,7 @@ void Connection::harden()
 
 void Connection::close()
 {
+    endReading();
     forget();
     if (m_db && QFile::exists(journalOf(m_file))) {
         // The journal persists from one change to the next, but not beside a closed file. Where another program uses
@@ -194,12 +197,13 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
 {
     ensureOpen();
     const auto* known = m_statements.object(sql);
-    if (known && known->use_count() == 1) // nobody has borrowed it
-        return Statement(*known);
+    const bool free = known && known->use_count() == 1; // nobody has borrowed it
     const bool toKeep = !known && comesAgain(qHash(sql));
-    auto prepared = prepare(sql, origin, toKeep);
+    auto prepared = free ? *known : prepare(sql, origin, toKeep);
     if (toKeep)
         m_statements.insert(sql, new std::shared_ptr(prepared));
+    if (sqlite3_stmt_readonly(prepared->handle) == 0)
+        endReading();
     return Statement(std::move(prepared));
 }
 
@@ -214,9 +218,24 @@ bool Connection::comesAgain(std::size_t hash)
     return false;
 }
 
+bool Connection::beginReading()
+{
+    if (sqlite3_get_autocommit(m_db) == 0)
+        return false;
+    m_reading = !statement("BEGIN").step();
+    return m_reading;
+}
+
+void Connection::endReading()
+{
+    if (std::exchange(m_reading, false))
+        sqlite3_step(statement("COMMIT").handle());
+}
+
 void Connection::run(const QByteArray& sql)
 {
     ensureOpen();
+    endReading();
     noteStep();
     if (const int code = sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr); code != SQLITE_OK)
         raiseLast(code);
@@ -355,6 +374,7 @@ void Connection::raiseLast(int code, bool preparing)
 Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
     m_connection.ensureOpen();
+    m_connection.endReading();
     m_open = sqlite3_get_autocommit(m_connection.handle()) != 0;
     if (m_open)
         m_connection.run("BEGIN IMMEDIATE");

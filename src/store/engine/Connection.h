@@ -57,6 +57,11 @@ public:
     /// Runs a translated action; a row that the file refuses is passed over.
     void execute(const Translated& action);
 
+    /// From here to endReading(), or to the first write, all is read as of one state of the file. False where that is
+    /// so already, as in a transaction.
+    [[nodiscard]] bool beginReading();
+    void endReading();
+
     /// What a statement of the dialect is to SQLite. Raises 3075.
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
     /// What is known of a table or stored query; nothing where there is none of the name. Raises 3075 for a query that
@@ -118,6 +123,7 @@ private:
     Cache<QByteArray, const RowShape> m_shapes{MaxTexts};
     QHash<QString, TableInfo> m_tables;
     QHash<QString, KnownSource> m_known;
+    bool m_reading = false;
     quint64 m_changeStamp = 0;
     OwnRows m_ownRows;
     InsertWatch* m_inserts = nullptr;

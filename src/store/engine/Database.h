@@ -111,6 +111,7 @@ public:
 
 private:
     friend class BulkLoad;
+    friend class Reading;
     std::shared_ptr<Connection> m_connection;
 };
 
