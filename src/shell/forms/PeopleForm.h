@@ -34,6 +34,8 @@ class PeopleForm : public RecordForm, public PersonShown, public FindRequest
     Q_OBJECT
 
 public:
+    ~PeopleForm() override;
+
     /// The key of the den that a den list shows under this text; -1 for none and for "".
     [[nodiscard]] virtual std::int16_t GetDenSID(const QString& denName) const = 0;
     /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
@@ -78,7 +80,6 @@ protected:
     };
 
     explicit PeopleForm(const Words& words);
-    ~PeopleForm() override;
 
     /// Takes the controls of the form and connects those that both forms have.
     template <class Ui>
