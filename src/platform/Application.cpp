@@ -36,7 +36,7 @@ QString folder()
 QString companionFile(const QString& name)
 {
     for (const char* place : {"/", "/../app/"}) {
-        const QString file = QCoreApplication::applicationDirPath() + QLatin1String(place) + name;
+        QString file = QCoreApplication::applicationDirPath() + QLatin1String(place) + name;
         if (QFileInfo(file).isFile())
             return file;
     }

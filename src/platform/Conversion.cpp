@@ -92,7 +92,7 @@ std::optional<QDate> readNumbers(QStringView text)
     if (yearFirst && (count < 3 || signs == u"." || std::ranges::any_of(text, isBlank)))
         return std::nullopt;
     if (yearFirst)
-        std::ranges::rotate(numbers, numbers.begin() + 1);
+        std::rotate(numbers.begin(), numbers.begin() + 1, numbers.end());
     const auto [month, day, year] = numbers;
     if (count < 2 || month.digits > 2 || day.digits > 2)
         return std::nullopt;

@@ -416,7 +416,7 @@ void PeopleForm::rebuildDenFilter()
 
 QString PeopleForm::GetDenName(std::int16_t denSID) const
 {
-    const QString name = denName(denSID);
+    QString name = denName(denSID);
     endRoutine();
     return name;
 }
