@@ -182,6 +182,6 @@ void orloFinishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const
     writer.setStreamDataMode(qpdf_s_preserve);
     writer.setObjectStreamMode(qpdf_o_disable);
     writer.registerProgressReporter(std::make_shared<QPDFWriter::FunctionProgressReporter>(
-        [&](int percent) { progress(std::size_t(100 + percent), 200); }));
+        [&](int percent) { progress(100 + std::size_t(percent), 200); }));
     writer.write();
 }
