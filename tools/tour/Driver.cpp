@@ -78,7 +78,8 @@ void Driver::pick(widgets::ComboBox& box, int row)
     settle();
 }
 
-// With its title: a child window's is drawn by its frame, another window's by the window manager where there is one.
+// With its title: a child window's is drawn by its frame, another window's by the window manager where there is one and
+// the whole of it is on the screen.
 QPixmap Driver::grab(QWidget& widget)
 {
     for (QWidget* outer = &widget; !outer->isWindow(); outer = outer->parentWidget())
@@ -86,7 +87,7 @@ QPixmap Driver::grab(QWidget& widget)
             return outer->grab();
     const QRect frame = widget.frameGeometry();
     const bool managed = QGuiApplication::platformName() != QLatin1String("offscreen");
-    if (!managed || !widget.isWindow() || frame.size() == widget.size())
+    if (!managed || !widget.isWindow() || frame.size() == widget.size() || !widget.screen()->geometry().contains(frame))
         return widget.grab();
     return widget.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height());
 }
