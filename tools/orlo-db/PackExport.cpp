@@ -8,7 +8,6 @@
 using namespace orlo;
 using store::Database;
 using store::TableDef;
-using store::Value;
 
 namespace
 {
