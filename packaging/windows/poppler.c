@@ -29,7 +29,13 @@ int main(void)
         fwrite(block, 1, got, stdout);
     if (text)
         fclose(text);
+    int code = 1;
+    FILE* end = _wfopen(done, L"rb");
+    if (end && fscanf(end, "%d", &code) != 1)
+        code = 1;
+    if (end)
+        fclose(end);
     _wremove(told);
     _wremove(done);
-    return 0;
+    return code;
 }

@@ -8,4 +8,5 @@ for word; do
 done
 name=${words[1]##*/}
 "${name%.exe}" "${words[@]:2}" >"${words[0]}"
-touch "${words[0]}.done"
+echo $? >"${words[0]}.code"
+mv "${words[0]}.code" "${words[0]}.done"

@@ -13,8 +13,8 @@ void flushFile(const QString& path);
 /// when it returns. Raises 61, 68, 70, 75 or 76.
 void takeName(const QString& path, const QString& name);
 
-/// Writes the name of a file to the disk, once for as long as isNameFlushed() says so. A failure isn't told: the name
-/// then counts as not written.
+/// Writes the name of a file to the disk and remembers for which file, which isNameFlushed() then knows. A failure
+/// isn't told: the name then counts as not written.
 void flushName(const QString& path);
 /// True if flushName() has written the name since the file that bears it now was made. False where the volume doesn't
 /// tell when that was, and on systems that write a name with its file.

@@ -14,14 +14,14 @@ namespace orlo::reports
 namespace
 {
 
-/// Loads the module when the first PDF file is saved: its libraries would take a third of the program's start. Null
-/// where this build has none; one that doesn't load is told once.
-decltype(&orloFinishPdf) moduleFinish()
+/// Loads the module when the first PDF file is saved, since the program would start later by its libraries. Null where
+/// this build has none; one that doesn't load, as that of another version, is told once.
+decltype(&ORLO_FINISH_PDF) moduleFinish()
 {
     static const auto finish = [] {
         QLibrary module(platform::companionFile(QStringLiteral("orlo-pdf.so")));
-        const auto function = reinterpret_cast<decltype(&orloFinishPdf)>(
-            module.fileName().isEmpty() ? nullptr : module.resolve("orloFinishPdf"));
+        const auto function = reinterpret_cast<decltype(&ORLO_FINISH_PDF)>(
+            module.fileName().isEmpty() ? nullptr : module.resolve(QT_STRINGIFY(ORLO_FINISH_PDF)));
         if (!function && !module.fileName().isEmpty())
             qWarning("PDF files get no bookmarks and links: %s", qPrintable(module.errorString()));
         return function;
@@ -33,12 +33,12 @@ void copyPages(QFile& pages, QIODevice& file, const PartProgress& progress)
 {
     constexpr qint64 AtOnce = 1 << 20;
     if (!pages.seek(0))
-        throw std::runtime_error(pages.errorString().toStdString());
+        throw std::runtime_error(pages.errorString().toLocal8Bit().toStdString());
     while (!pages.atEnd()) {
         progress(std::size_t(pages.pos()), std::size_t(pages.size()));
         const QByteArray block = pages.read(AtOnce);
         if (block.isEmpty())
-            throw std::runtime_error(pages.errorString().toStdString());
+            throw std::runtime_error(pages.errorString().toLocal8Bit().toStdString());
         if (file.write(block) < 0)
             return;
     }

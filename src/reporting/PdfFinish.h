@@ -25,6 +25,8 @@ void finishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const Par
 
 } // namespace orlo::reports
 
-/// What the module orlo-pdf does of finishPdf. Throws std::runtime_error for pages that can't be read, and Cancelled.
-extern "C" Q_DECL_EXPORT void orloFinishPdf(QFile& pages, QIODevice& file, const orlo::reports::PdfExtras& extras,
-                                            const orlo::reports::PartProgress& progress);
+/// What the module orlo-pdf does of finishPdf; its name ends with the program's version, so that no other version's
+/// module is called. Throws std::runtime_error, with words in the system's encoding, for pages that can't be read; and
+/// Cancelled.
+extern "C" Q_DECL_EXPORT void ORLO_FINISH_PDF(QFile& pages, QIODevice& file, const orlo::reports::PdfExtras& extras,
+                                              const orlo::reports::PartProgress& progress);

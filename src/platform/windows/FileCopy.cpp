@@ -58,15 +58,21 @@ qint64 sizeOf(const Handle& file)
     return size.QuadPart;
 }
 
+// Asks for the source's room at once, if the file has less; where the volume can't say, writing will tell.
+void reserve(const Handle& source, const Handle& file)
+{
+    FILE_ALLOCATION_INFO room{};
+    room.AllocationSize.QuadPart = sizeOf(source);
+    if (room.AllocationSize.QuadPart > sizeOf(file) &&
+        !SetFileInformationByHandle(file.get(), FileAllocationInfo, &room, sizeof room))
+        checkRoom(numberOfCode(GetLastError()) != DiskFull);
+}
+
 // Writes the source's bytes over the file's own, and ends it where the source ends.
 void copyContents(const Handle& source, Handle& file)
 {
     checkRoom(SetFilePointerEx(source.get(), {}, nullptr, FILE_BEGIN));
-    // Asks for the room at once; where the volume can't say, writing will tell.
-    FILE_ALLOCATION_INFO room{};
-    room.AllocationSize.QuadPart = sizeOf(source);
-    if (!SetFileInformationByHandle(file.get(), FileAllocationInfo, &room, sizeof room))
-        checkRoom(numberOfCode(GetLastError()) != DiskFull);
+    reserve(source, file);
     std::vector<char> block(CopyBlockSize);
     for (;;) {
         DWORD got = 0;
@@ -133,6 +139,7 @@ public:
     // The old file gives up its name before its contents, so that half a copy never stands under it.
     void inPlace()
     {
+        reserve(m_source, m_old); // while a refusal costs nothing
         checkRoom(renameOver(m_target, m_part));
         fill(m_old);
     }

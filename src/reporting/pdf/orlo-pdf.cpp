@@ -165,11 +165,11 @@ void addFacts(QPDF& pdf, const PdfExtras& extras)
 
 using namespace orlo::reports;
 
-void orloFinishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const PartProgress& progress)
+void ORLO_FINISH_PDF(QFile& pages, QIODevice& file, const PdfExtras& extras, const PartProgress& progress)
 {
     const auto* bytes = pages.map(0, pages.size());
     if (!bytes)
-        throw std::runtime_error(pages.errorString().toStdString());
+        throw std::runtime_error(pages.errorString().toLocal8Bit().toStdString());
     QPDF pdf;
     pdf.setSuppressWarnings(true);
     pdf.setAttemptRecovery(false); // half a file is none

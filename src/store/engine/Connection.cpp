@@ -14,8 +14,6 @@
 
 #include <sqlite3.h>
 
-#include <utility>
-
 namespace orlo::store
 {
 
@@ -198,21 +196,21 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
     ensureOpen();
     const auto* known = m_statements.object(sql);
     const bool free = known && known->use_count() == 1; // nobody has borrowed it
-    const bool toKeep = !known && comesAgain(qHash(sql));
+    const bool toKeep = !known && noteMet(qHash(sql));
     auto prepared = free ? *known : prepare(sql, origin, toKeep);
     if (toKeep)
         m_statements.insert(sql, new std::shared_ptr(prepared));
     if (sqlite3_stmt_readonly(prepared->handle) == 0)
-        endReading();
+        readyToWrite();
     return Statement(std::move(prepared));
 }
 
 // Most texts that the screens build come once, with a key in them: only what comes again is worth keeping.
-bool Connection::comesAgain(std::size_t hash)
+bool Connection::noteMet(std::size_t hash)
 {
     if (m_metOnce.remove(hash))
         return true;
-    if (m_metOnce.size() >= MaxTexts)
+    if (m_metOnce.size() >= 2 * MaxTexts) // of both languages
         m_metOnce.clear();
     m_metOnce.insert(hash);
     return false;
@@ -226,16 +224,24 @@ bool Connection::beginReading()
     return m_reading;
 }
 
-void Connection::endReading()
+void Connection::endReading() noexcept
 {
-    if (std::exchange(m_reading, false))
-        sqlite3_step(statement("COMMIT").handle());
+    if (m_reading)
+        m_reading = sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK;
+}
+
+// A change within a reading that doesn't end would be gone with it.
+void Connection::readyToWrite()
+{
+    endReading();
+    if (m_reading)
+        raiseLast(sqlite3_errcode(m_db));
 }
 
 void Connection::run(const QByteArray& sql)
 {
     ensureOpen();
-    endReading();
+    readyToWrite();
     noteStep();
     if (const int code = sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr); code != SQLITE_OK)
         raiseLast(code);
@@ -247,7 +253,7 @@ std::shared_ptr<const Translated> Connection::translated(const QString& statemen
         return *known;
     const auto sourceOf = [this](QStringView name) { return known(name); };
     auto translated = std::make_shared<const Translated>(translate(statement, sourceOf));
-    if (comesAgain(qHash(statement)))
+    if (noteMet(qHash(statement)))
         m_translations.insert(statement, new std::shared_ptr(translated));
     return translated;
 }
@@ -374,7 +380,7 @@ void Connection::raiseLast(int code, bool preparing)
 Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
     m_connection.ensureOpen();
-    m_connection.endReading();
+    m_connection.readyToWrite();
     m_open = sqlite3_get_autocommit(m_connection.handle()) != 0;
     if (m_open)
         m_connection.run("BEGIN IMMEDIATE");

@@ -57,10 +57,14 @@ public:
     /// Runs a translated action; a row that the file refuses is passed over.
     void execute(const Translated& action);
 
-    /// From here to endReading(), or to the first write, all is read as of one state of the file. False where that is
-    /// so already, as in a transaction.
+    /// From here to endReading() all is read as of one state of the file. False where that is so already, as in a
+    /// transaction. Raises 3050 for a file that can't be locked.
     [[nodiscard]] bool beginReading();
-    void endReading();
+    /// Nothing without a reading. A statement that writes, as soon as it is asked for, ends it, too: none may be kept
+    /// from before the reading and be stepped within it.
+    void endReading() noexcept;
+    /// endReading() before a change, which would be lost in a reading that goes on: raises what keeps it from ending.
+    void readyToWrite();
 
     /// What a statement of the dialect is to SQLite. Raises 3075.
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
@@ -105,7 +109,7 @@ private:
     void harden();
     void forget();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin, bool toKeep);
-    bool comesAgain(std::size_t hash);
+    bool noteMet(std::size_t hash);
 
     QString m_path;
     QString m_file;

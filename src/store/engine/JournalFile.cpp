@@ -11,7 +11,7 @@ namespace orlo::store
 
 // SQLite flushes the folder of a journal that it opens to make, even if it is there already. One whose name is on the
 // disk is opened without making it. Who opens a journal has the file's lock, so that no other program changes its name.
-static int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* given)
+static int openSystemFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* given)
 {
     constexpr int MadeJournal = SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_CREATE;
     sqlite3_vfs* const system = sqlite3_vfs_find(nullptr);
@@ -32,7 +32,7 @@ const char* filesOfKeptJournals()
         sqlite3_vfs like = *sqlite3_vfs_find(nullptr);
         like.pNext = nullptr;
         like.zName = "orlo";
-        like.xOpen = openFile;
+        like.xOpen = openSystemFile;
         return like;
     }();
     static const int registered = sqlite3_vfs_register(&files, 0);

@@ -16,6 +16,7 @@ class Reading
 {
 public:
     /// A part of the reading or the transaction that is under way, if there is one; nothing on a closed database.
+    /// Raises 3050 for a file that can't be locked.
     explicit Reading(const Database& database);
     ~Reading();
     Reading(const Reading&) = delete;

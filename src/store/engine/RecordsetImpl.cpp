@@ -27,9 +27,10 @@ Recordset::Impl::Impl(std::shared_ptr<Connection> connection, const QString& sou
 {
     if (updatable()) {
         m_ahead.emplace(*m_connection, *m_source, m_numbers);
-        openNumbers();
-    } else
+        openNumbers(true);
+    } else {
         openSnapshot(readingOn);
+    }
 }
 
 void Recordset::Impl::openSnapshot(const std::function<void()>& readingOn)
@@ -54,14 +55,13 @@ void Recordset::Impl::openSnapshot(const std::function<void()>& readingOn)
     m_shape = std::move(shape);
 }
 
-void Recordset::Impl::openNumbers()
+void Recordset::Impl::openNumbers(bool first)
 {
     const quint64 ownChanges = m_connection->changeStamp();
     const qint64 othersChanges = m_source->wholeTable ? m_connection->dataVersion() : 0;
     std::vector<qint64> numbers;
     auto statement = m_connection->statement(m_source->keysSql, Origin::Outside);
     const int last = sqlite3_column_count(statement.handle()) - 1;
-    const bool first = m_numbers.empty();
     while (statement.step()) {
         numbers.push_back(statement.integer(last));
         if (first && numbers.size() == 1) { // the record at which the set begins comes in the same look at the file
@@ -86,7 +86,7 @@ qsizetype Recordset::Impl::count()
     const bool within = m_place >= 0 && m_place < m_size;
     const qint64 current = within ? m_numbers[static_cast<std::size_t>(m_place)] : 0;
     const bool atEnd = m_place > 0 && !within;
-    openNumbers();
+    openNumbers(false);
     if (within) {
         const auto found = std::ranges::lower_bound(m_numbers, current);
         m_place = found - m_numbers.begin();

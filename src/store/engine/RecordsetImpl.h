@@ -51,7 +51,7 @@ private:
     };
 
     void openSnapshot(const std::function<void()>& readingOn);
-    void openNumbers();
+    void openNumbers(bool first);
     [[nodiscard]] bool hasRecord() const { return !m_removed && m_place >= 0 && m_place < m_size; }
     void requireRecord() const;
     void requireUpdatable() const;
