@@ -319,9 +319,7 @@ private Q_SLOTS:
         const Reading reading(*m_database);
         Recordset rows = open();
         (void)sid(rows);
-        {
-            const Reading within(*m_database);
-        }
+        std::make_unique<Reading>(*m_database).reset(); // one within it
         if (test::cell("ended by") == "write")
             add(rows, 2);
         QEventLoop loop;
@@ -339,16 +337,13 @@ private Q_SLOTS:
     void damagedMeanwhile()
     {
         Recordset rows = m_database->openRecordset("T");
-        test::sqlite(
-            m_path,
-            "INSERT INTO T (SID) WITH N(n) AS (VALUES(1) UNION ALL SELECT n + 1 FROM N LIMIT 999) SELECT * FROM N");
+        test::sqlite(m_path, "INSERT INTO T (SID) WITH N(n) AS (VALUES(1) UNION SELECT n + 1 FROM N LIMIT 999) "
+                             "SELECT * FROM N");
         QFile file(m_path);
         QVERIFY(file.open(QFile::ReadWrite) && file.seek(file.size() / 2));
         file.write(QByteArray(8192, 'x'));
         file.close();
         QCOMPARE(failureNumber([&] { return rows.recordCount(); }), 3049);
-        QVERIFY(rows.bof() && rows.eof());
-        QCOMPARE(failureNumber([&] { return rows[u"SID"]; }), 3021);
         add(rows, 9999);
         QCOMPARE(sid(rows), 9999);
     }
