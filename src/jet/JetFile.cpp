@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <map>
 #include <set>
 #include <span>
+#include <string_view>
 #include <utility>
 
 namespace orlo::jet
@@ -182,7 +182,7 @@ void JetFile::readCatalogue()
     own->mdb = m_file;
     own->object_type = MDB_TABLE;
     own->table_pg = CataloguePage;
-    std::strcpy(own->object_name, Catalogue);
+    std::string_view(Catalogue).copy(own->object_name, sizeof own->object_name - 1); // after it stand zeros
     const Table catalogue = readTable(own, utf8Text(Catalogue));
     const std::size_t id = catalogue.find("Id", MDB_LONGINT);
     const std::size_t type = catalogue.find("Type", MDB_INT);

@@ -17,8 +17,10 @@ TimeLog::TimeLog(const QLoggingCategory& category, const QString& what) : m_cate
 
 TimeLog::~TimeLog()
 {
-    if (m_timer.isValid())
-        qCDebug(m_category).noquote() << double(m_timer.nsecsElapsed() / 1000) / 1000 << "ms" << m_what;
+    if (!m_timer.isValid())
+        return;
+    const qint64 microseconds = m_timer.nsecsElapsed() / 1000;
+    qCDebug(m_category).noquote() << double(microseconds) / 1000 << "ms" << m_what;
 }
 
 } // namespace orlo::platform

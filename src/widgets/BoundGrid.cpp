@@ -442,7 +442,7 @@ void BoundGrid::applyHeights()
     verticalHeader()->setFixedWidth(fontMetrics().horizontalAdvance(u'M') + 4 * CellMargin);
     const int captionHeight = m_caption->text().isEmpty() ? 0 : m_caption->sizeHint().height() + 2 * CellMargin;
     static_cast<HeadingRow*>(horizontalHeader())->setRoomAbove(captionHeight);
-    updateGeometries();
+    BoundGrid::updateGeometries();
 }
 
 } // namespace orlo::widgets

@@ -328,7 +328,8 @@ private Q_SLOTS:
             loop.exec();
         sqlite3* other = nullptr;
         sqlite3_open(QFile::encodeName(m_path).constData(), &other);
-        const int code = sqlite3_exec(other, "UPDATE T SET Big = 1", nullptr, nullptr, nullptr);
+        const int code =
+            sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE T SET Big = 1", nullptr, nullptr, nullptr);
         sqlite3_close(other);
         QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
     }

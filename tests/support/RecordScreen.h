@@ -121,7 +121,7 @@ struct RecordScreen {
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &form, [&] {
             QWidget* dialog = QApplication::activeModalWidget();
-            if (!dialog)
+            if (!dialog || !dialog->isActiveWindow()) // a key wouldn't find it yet
                 return;
             timer.stop();
             work(dialog, steps);
