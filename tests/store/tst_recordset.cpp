@@ -323,7 +323,7 @@ private Q_SLOTS:
         if (test::cell("ended by") == "write")
             add(rows, 2);
         QEventLoop loop;
-        QTimer::singleShot(1, &loop, &QEventLoop::quit);
+        QTimer::singleShot(50, &loop, &QEventLoop::quit);
         if (test::cell("ended by") == "wait")
             loop.exec();
         sqlite3* other = nullptr;
