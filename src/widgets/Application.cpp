@@ -3,21 +3,25 @@
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
 #include "widgets/Form.h"
+#include "widgets/NestedLoop.h"
 #include "widgets/Style.h"
 #include "widgets/TextBox.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTextEdit>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -68,6 +72,81 @@ bool focusMustStay(QObject* receiver, const QEvent* event)
     return target && !mayReach(target);
 }
 
+// The window or child window that a widget stands in.
+QWidget* screenOf(QWidget* widget)
+{
+    while (!widget->isWindow() && widget->windowType() != Qt::SubWindow)
+        widget = widget->parentWidget();
+    return widget;
+}
+
+bool hangsOff(const QWidget* widget, const QWidget& owner)
+{
+    while (widget && widget != &owner)
+        widget = widget->parentWidget();
+    return widget;
+}
+
+// A window that was just shown takes a moment to become the active one. Qt holds back what is typed into the windows
+// behind it meanwhile, but not their access keys and commands.
+bool isBehindModal(const QObject* receiver)
+{
+    while (receiver && !receiver->isWidgetType())
+        receiver = receiver->parent();
+    const auto* widget = static_cast<const QWidget*>(receiver);
+    const QWidget* modal = QApplication::activeModalWidget();
+    if (!widget || !modal || hangsOff(widget, *modal))
+        return false;
+    const QWidget* window = widget->window();
+    while (window->windowType() == Qt::Popup && window->parentWidget())
+        window = window->parentWidget()->window();
+    return modal->windowModality() == Qt::ApplicationModal || hangsOff(modal, *window);
+}
+
+// Qt's own answer to an access key presses the button now and clicks it a tenth of a second later, whatever was typed
+// or asked meanwhile.
+void clickNow(QAbstractButton& button)
+{
+    if (!button.isEnabled())
+        return;
+    if (button.isCheckable() && (button.focusPolicy() & Qt::ClickFocus))
+        button.setFocus();
+    button.click();
+}
+
+bool clickByAccessKey(QObject* receiver)
+{
+    if (auto* button = qobject_cast<QAbstractButton*>(receiver)) {
+        clickNow(*button);
+        return true;
+    }
+    const auto* label = qobject_cast<QLabel*>(receiver);
+    auto* buddy = label ? qobject_cast<QAbstractButton*>(label->buddy()) : nullptr;
+    if (!buddy)
+        return false;
+    if (buddy->focusPolicy() != Qt::NoFocus)
+        buddy->setFocus(Qt::ShortcutFocusReason);
+    clickNow(*buddy);
+    return true;
+}
+
+// In a message box the letter alone will do. One that was being held when the box came up answers nothing.
+bool answerByLetter(QMessageBox& box, const QKeyEvent& key)
+{
+    if (key.key() == 0 || (key.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)))
+        return false;
+    const auto buttons = box.buttons();
+    const auto meant = std::ranges::find_if(buttons, [&key](const QAbstractButton* button) {
+        const QKeySequence shortcut = button->shortcut();
+        return !shortcut.isEmpty() && shortcut[0].key() == key.key();
+    });
+    if (meant == buttons.end())
+        return false;
+    if (!key.isAutoRepeat())
+        clickNow(**meant);
+    return true;
+}
+
 // The control whose value the wheel would change there.
 QWidget* wheelTarget(QWidget* under)
 {
@@ -93,6 +172,11 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv)
 bool Application::notify(QObject* receiver, QEvent* event)
 {
     try {
+        if (event->type() == QEvent::DeferredDelete && NestedLoop::depth() > 0 && Form::putsOffDeletion(*receiver))
+            return true;
+        noteAlt(receiver, event);
+        if (event->type() == QEvent::Shortcut && (isBehindModal(receiver) || belongsElsewhere(receiver, event)))
+            return true;
         if (pressesAgain(receiver, event) || focusMustStay(receiver, event))
             return true;
         return QApplication::notify(receiver, event);
@@ -112,6 +196,29 @@ void Application::failed(const platform::RuntimeError& error)
 {
     if (!reporting)
         reportAndEnd(error);
+}
+
+void Application::noteAlt(QObject* receiver, const QEvent* event)
+{
+    if (event->type() == QEvent::ApplicationActivate)
+        m_altDown = false; // it may have been let go elsewhere
+    if (!receiver->isWidgetType() || (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
+        return;
+    const auto* key = static_cast<const QKeyEvent*>(event);
+    if (key->key() != Qt::Key_Alt || key->isAutoRepeat())
+        return;
+    m_altDown = event->type() == QEvent::KeyPress;
+    m_altPressedIn = screenOf(static_cast<QWidget*>(receiver));
+}
+
+// Who holds Alt and strikes two keys means the screen that is in front at the first one. What came up or to the front
+// meanwhile, a question or the window behind one that was closed, isn't worked by the second.
+bool Application::belongsElsewhere(QObject* receiver, const QEvent* event) const
+{
+    const QKeySequence keys = static_cast<const QShortcutEvent*>(event)->key();
+    return m_altDown && receiver->isWidgetType() && !qobject_cast<QMenuBar*>(receiver) &&
+           (keys[0].keyboardModifiers() & Qt::AltModifier) &&
+           screenOf(static_cast<QWidget*>(receiver)) != m_altPressedIn;
 }
 
 // A text takes a held key as often as it comes; a button, a question or a list must not be worked by one press for all
@@ -153,7 +260,14 @@ bool Application::eventFilter(QObject* watched, QEvent* event)
     if (!watched->isWidgetType())
         return QApplication::eventFilter(watched, event);
     auto* widget = static_cast<QWidget*>(watched);
-    if (event->type() == QEvent::Wheel) {
+    if (event->type() == QEvent::Shortcut) {
+        if (!static_cast<QShortcutEvent*>(event)->isAmbiguous() && clickByAccessKey(widget))
+            return true;
+    } else if (event->type() == QEvent::KeyPress) {
+        if (auto* box = qobject_cast<QMessageBox*>(widget);
+            box && answerByLetter(*box, static_cast<QKeyEvent&>(*event)))
+            return true;
+    } else if (event->type() == QEvent::Wheel) {
         if (const QWidget* target = wheelTarget(widget);
             target && !target->hasFocus() && !target->isAncestorOf(focusWidget())) {
             event->ignore(); // and so it goes on to what lies behind the control

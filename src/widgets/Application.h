@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QPointer>
 
 namespace orlo::platform
 {
@@ -11,8 +12,9 @@ namespace orlo::widgets
 {
 
 /// The application object: the one place where an untrapped failure ends the process, and where the rules hold that
-/// every control obeys. A field whose check refuses keeps the focus. A key that is held down presses a button once. The
-/// wheel changes only the control that has the focus.
+/// every control obeys. A field whose check refuses keeps the focus. An access key acts at once, and only in the window
+/// in which its Alt was pressed. A key that is held down presses a button once. The wheel changes only the control that
+/// has the focus.
 class Application : public QApplication
 {
     Q_OBJECT
@@ -31,7 +33,12 @@ private:
     static void failed(const platform::RuntimeError& error);
     [[nodiscard]] bool pressesAgain(QObject* receiver, const QEvent* event);
 
-    bool m_held = false; // the key that is being dealt with repeats by itself
+    void noteAlt(QObject* receiver, const QEvent* event);
+    [[nodiscard]] bool belongsElsewhere(QObject* receiver, const QEvent* event) const;
+
+    bool m_altDown = false;
+    QPointer<QWidget> m_altPressedIn; // the window or child window that had the keys then
+    bool m_held = false;              // the key that is being dealt with repeats by itself
     int m_releasedKey = 0;
     quint64 m_releasedAt = 0; // its time stamp
 };

@@ -2,6 +2,7 @@
 
 #include "platform/Logging.h"
 #include "widgets/BoundGrid.h"
+#include "widgets/NestedLoop.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -106,7 +107,7 @@ void centreOnOwner(QWidget& form)
 
 } // namespace
 
-Form::Form(FormKind kind) : m_kind(kind)
+Form::Form(FormKind kind) : m_kind(kind), m_depth(NestedLoop::depth())
 {
     setAttribute(Qt::WA_DeleteOnClose);
     registry().loaded.append(this);
@@ -158,12 +159,14 @@ void Form::showWaiting()
     setFixedBorder();
     centreOnOwner(*this);
     qCDebug(platform::formsLog) << "waits for" << objectName();
+    const NestedLoop nested;
+    m_depth = NestedLoop::depth();
     QEventLoop loop;
     connect(this, &Form::unloaded, &loop, &QEventLoop::quit);
     show();
     activateWindow();
     loop.exec(QEventLoop::DialogExec);
-    if (owner && QApplication::activeWindow() != owner)
+    if (owner && owner->isVisible() && QApplication::activeWindow() != owner)
         owner->activateWindow();
 }
 
@@ -211,6 +214,17 @@ void Form::unloadAll()
 {
     while (!registry().loaded.isEmpty())
         registry().loaded.last()->unload();
+}
+
+bool Form::putsOffDeletion(QObject& object)
+{
+    const auto* form = qobject_cast<Form*>(&object);
+    if (!form)
+        form = object.findChild<Form*>();
+    if (!form || form->m_depth >= NestedLoop::depth())
+        return false;
+    NestedLoop::deleteAtDepth(object, form->m_depth);
+    return true;
 }
 
 void Form::setDefaultButton(QPushButton* button)
@@ -313,6 +327,15 @@ void Form::keyPressEvent(QKeyEvent* event)
 bool Form::focusNextPrevChild(bool next)
 {
     return !mayGoTo(this) || QWidget::focusNextPrevChild(next);
+}
+
+void pressOncePerDoubleClick(QPushButton& button)
+{
+    struct Filter : QObject {
+        using QObject::QObject;
+        bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::MouseButtonDblClick; }
+    };
+    button.installEventFilter(new Filter(&button));
 }
 
 bool mayReach(const QWidget* target)

@@ -37,7 +37,8 @@ public:
     void showForm();
     /// Shows the form and returns when it is unloaded or hidden; meanwhile it holds the input of the whole program.
     void showWaiting();
-    /// Closes the form and ends the instance. The object itself is deleted on the return to the event loop.
+    /// Closes the form and ends the instance. The object itself is deleted on the return to the event loop, and where a
+    /// handler of its waits for a question or a dialog, once that has returned.
     void unload();
 
     /// True for a form whose border is fixed: it can't be sized or maximised.
@@ -51,6 +52,8 @@ public:
     [[nodiscard]] static bool writeAllOpenRows();
     /// Unloads every form that is loaded.
     static void unloadAll();
+    /// Whether the object is a form, or holds one, whose handlers may still run; it is deleted once they have returned.
+    [[nodiscard]] static bool putsOffDeletion(QObject& object);
 
 Q_SIGNALS:
     /// The form is unloaded; its object goes when control is back in the event loop.
@@ -92,6 +95,7 @@ private:
     [[nodiscard]] bool mayGoTo(const QWidget* target);
 
     FormKind m_kind;
+    int m_depth;                    // of the event loop that its handlers run in
     std::function<void()> m_forget; // ends the global instance
     bool m_loaded = false;
     bool m_unloading = false;
@@ -101,6 +105,9 @@ private:
     QList<LeaveCheck> m_leaveChecks;
     QPointer<QWidget> m_unchecked; // the field with a check that was reached last, until the check lets go of it
 };
+
+/// Lets a double click press the button once. For buttons whose second press would do again what can't be undone.
+void pressOncePerDoubleClick(QPushButton& button);
 
 /// Asks the check of the field that the target's form was in last, and of the field that has the focus. False when the
 /// focus must stay or go back there, which it then has done. The application calls it before a press or a key reaches

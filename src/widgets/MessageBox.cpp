@@ -2,6 +2,7 @@
 
 #include "platform/Application.h"
 #include "widgets/Form.h"
+#include "widgets/NestedLoop.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -52,18 +53,21 @@ QMessageBox::StandardButton show(const QString& text, const QString& title, QMes
         before = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : Form::mainWindow();
     while (before && !before->isVisible())
         before = before->parentWidget() ? before->parentWidget()->window() : nullptr;
-    Box box(before, onEscape);
-    box.setWindowTitle(title.isEmpty() ? platform::title() : title);
-    box.setTextFormat(Qt::PlainText);
-    box.setText(text);
-    box.setIcon(icon);
-    box.setStandardButtons(buttons);
-    box.setDefaultButton(preset);
-    const int pressed = box.exec();
+    const QPointer<Box> box = new Box(before, onEscape); // which goes with the window before it
+    box->setWindowTitle(title.isEmpty() ? platform::title() : title);
+    box->setTextFormat(Qt::PlainText);
+    box->setText(text);
+    box->setIcon(icon);
+    box->setStandardButtons(buttons);
+    box->setDefaultButton(preset);
+    const NestedLoop loop;
+    const int pressed = box->exec();
+    const bool answered = box;
+    delete box;
     // Not every platform gives the window before it the focus back.
-    if (before && QApplication::activeWindow() != before)
+    if (before && before->isVisible() && QApplication::activeWindow() != before)
         before->activateWindow();
-    return static_cast<QMessageBox::StandardButton>(pressed);
+    return answered ? static_cast<QMessageBox::StandardButton>(pressed) : QMessageBox::No;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "reporting/view/RunProgress.h"
 
 #include "platform/Application.h"
+#include "widgets/NestedLoop.h"
 
 #include <QCoreApplication>
 #include <QProgressDialog>
@@ -60,6 +61,7 @@ bool RunProgress::operator()(int done, int total)
         return !m_dialog->wasCanceled();
     }
     m_sinceUpdate.restart();
+    const widgets::NestedLoop loop; // setValue() lets events in, too
     m_dialog->setMaximum(std::max(total, 1));
     m_dialog->setValue(std::max(m_dialog->value(), std::min(done, total))); // a subreport is read after others
     QCoreApplication::processEvents();
