@@ -15,6 +15,7 @@
 #include "widgets/TextBox.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace orlo
 {
@@ -47,19 +48,18 @@ enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
 // An adult without a name can't be shown.
 RecordField nameField(QStringView name, QLineEdit* box)
 {
-    RecordField field = textField(name, box);
-    field.show = [box](const store::Value& value) { widgets::fillBox(*box, value.toText()); };
-    return field;
+    return boxField(name, box, &store::Value::toText, [box] { return store::Value(box->text()); });
 }
 
+// What isn't in the list clears it, and is kept until something is chosen.
 RecordField activeField(QStringView name, widgets::ComboBox* list)
 {
-    const auto show = [list](const store::Value& value) {
-        const QString text = value.isEmpty() ? Active : value.toText();
-        if (list->findText(text, Qt::MatchFixedString) >= 0) // anything else leaves the list as it was
-            list->setText(text);
+    const auto stored = std::make_shared<store::Value>();
+    const auto show = [list, stored](const store::Value& value) {
+        *stored = value;
+        list->setListIndex(list->findText(value.isEmpty() ? Active : value.toText(), Qt::MatchFixedString));
     };
-    return {name, list, show, [list] { return store::Value(list->text()); }};
+    return {name, list, show, [list, stored] { return list->listIndex() < 0 ? *stored : store::Value(list->text()); }};
 }
 
 // Runs a routine whose failure doesn't end the program: it is shown, and the screen stays as far as it came.
@@ -289,6 +289,7 @@ void frmAdults::bindPositions()
     ui->dbgDenAssignment->setStretchColumn(Title);
     connect(ui->cmdAddDenAssn, &QPushButton::clicked, this, &frmAdults::cmdAddDenAssn_Click);
     connect(ui->cmdEditDenAssn, &QPushButton::clicked, this, &frmAdults::cmdEditDenAssn_Click);
+    widgets::pressOncePerDoubleClick(*ui->cmdDelDenAssn);
     connect(ui->cmdDelDenAssn, &QPushButton::clicked, this, &frmAdults::cmdDelDenAssn_Click);
 }
 

@@ -84,7 +84,8 @@ void frmInsigniaInfo::SaveRecord()
     if (ui->txtInsigniaInfo->toPlainText().isEmpty())
         ui->txtInsigniaInfo->setPlainText(QStringLiteral(" "));
     rsRecords->setValue(m_description.name, m_description.value());
-    rsRecords->setValue(u"Insignia_Type", chosenType(m_types));
+    if (const QString type = chosenType(m_types); !type.isEmpty())
+        rsRecords->setValue(u"Insignia_Type", type);
     if (mNewRecord)
         rsRecords->setValue(u"Insignia_SID", int{mCurrentSID});
     rsRecords->update();

@@ -27,6 +27,12 @@ frmDenInfo::frmDenInfo()
     for (const char16_t* type : {u"Tiger", u"Wolf", u"Bear", u"Webelos (1st Yr)", u"Webelos (2nd Yr)", u" "})
         ui->comDenType->addItem(QString::fromUtf16(type));
     ui->txtActive->lineEdit()->setMaxLength(MaxActiveLength);
+    m_number = numberField(u"Den_Number", ui->txtDenNumber);
+    m_name = textField(u"Den_Name", ui->txtDenName);
+    m_year = boxField(
+        u"Year_Started", ui->txtYearStarted,
+        [](const store::Value& year) { return year.isNull() ? QStringLiteral("0") : year.toText(); },
+        [this] { return store::Value(platform::val(ui->txtYearStarted->text())); });
     bindControls({*ui, ui->txtDenNumber});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
@@ -63,15 +69,14 @@ void frmDenInfo::FillRecord()
 {
     if (mRecordCount < 1)
         return;
-    widgets::fillBox(*ui->txtDenNumber, rsRecords->value(u"Den_Number").textOrEmpty());
-    widgets::fillBox(*ui->txtDenName, rsRecords->value(u"Den_Name").textOrEmpty());
+    m_number.show(rsRecords->value(m_number.name));
+    m_name.show(rsRecords->value(m_name.name));
     ui->txtActive->setText(rsRecords->value(u"Active").textOrEmpty());
-    // A den without a type, or of one that isn't listed, leaves the box as it was.
+    // A den without a type leaves the box as it was. One that isn't listed clears it, and a save asks for a type.
     const QString type = rsRecords->value(u"Den_Type").textOrEmpty();
-    if (ui->comDenType->findText(type, Qt::MatchFixedString) >= 0)
-        ui->comDenType->setText(type);
-    const store::Value year = rsRecords->value(u"Year_Started");
-    widgets::fillBox(*ui->txtYearStarted, year.isNull() ? QStringLiteral("0") : year.toText());
+    if (!type.isEmpty())
+        ui->comDenType->setListIndex(ui->comDenType->findText(type, Qt::MatchFixedString));
+    m_year.show(rsRecords->value(m_year.name));
     mCurrentSID = rsRecords->value(u"Den_SID").toInt16();
     ui->lstScouts->clear();
     ui->lstAdults->clear();
@@ -98,10 +103,10 @@ void frmDenInfo::SaveRecord()
     }
     if (!mNewRecord)
         rsRecords->edit();
-    rsRecords->setValue(u"Den_Number", platform::val(ui->txtDenNumber->text()));
-    rsRecords->setValue(u"Den_Name", ui->txtDenName->text());
+    rsRecords->setValue(m_number.name, m_number.value());
+    rsRecords->setValue(m_name.name, m_name.value());
     rsRecords->setValue(u"Den_Type", ui->comDenType->text());
-    rsRecords->setValue(u"Year_Started", platform::val(ui->txtYearStarted->text()));
+    rsRecords->setValue(m_year.name, m_year.value());
     rsRecords->setValue(u"Active", ui->txtActive->text());
     if (mNewRecord)
         rsRecords->setValue(u"Den_SID", int{mCurrentSID});

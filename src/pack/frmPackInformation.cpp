@@ -22,6 +22,10 @@ frmPackInformation::frmPackInformation()
     setFixedBorder();
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
+    m_number = boxField(NumberField, ui->txtPackNum, &store::Value::toText,
+                        [this] { return store::Value(platform::leadingDigits(ui->txtPackNum->text())); });
+    m_name = boxField(NameField, ui->txtPackName, &store::Value::toText,
+                      [this] { return store::Value(ui->txtPackName->text()); });
     connect(ui->txtPackNum, &QLineEdit::textChanged, this, [this] { ui->cmdSave->setEnabled(true); });
     connect(ui->txtPackName, &QLineEdit::textChanged, this, [this] { ui->cmdSave->setEnabled(true); });
     connect(ui->cmdSave, &QPushButton::clicked, this, &frmPackInformation::cmdSave_Click);
@@ -50,8 +54,8 @@ void frmPackInformation::load()
 
 void frmPackInformation::showRecord()
 {
-    widgets::fillBox(*ui->txtPackNum, rsPack->value(NumberField).toText());
-    widgets::fillBox(*ui->txtPackName, rsPack->value(NameField).toText());
+    m_number.show(rsPack->value(m_number.name));
+    m_name.show(rsPack->value(m_name.name));
 }
 
 void frmPackInformation::SavePackInfo()
@@ -61,8 +65,8 @@ void frmPackInformation::SavePackInfo()
         mPackNew = false;
     } else
         rsPack->edit();
-    rsPack->setValue(NumberField, platform::leadingDigits(ui->txtPackNum->text()));
-    rsPack->setValue(NameField, ui->txtPackName->text());
+    rsPack->setValue(m_number.name, m_number.value());
+    rsPack->setValue(m_name.name, m_name.value());
     // Shown as it was read, before the write: "12a" becomes 12 on the screen, too.
     showRecord();
     rsPack->update();

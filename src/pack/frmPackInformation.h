@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/forms/RecordField.h"
 #include "store/engine/RecordsetVariable.h"
 #include "widgets/Form.h"
 
@@ -38,6 +39,8 @@ private:
     std::unique_ptr<Ui::frmPackInformation> ui;
     // The enabled state of cmdSave is the changed flag.
     store::RecordsetVariable rsPack;
+    RecordField m_number;
+    RecordField m_name;
     std::int16_t mPackCount = 0;
     bool mPackNew = false; ///< from a load on an empty table until the first save
 };

@@ -15,6 +15,7 @@ namespace
 {
 
 constexpr auto KeptOneLine = "orlo_one_line"; // the property of a box that has been seen to
+constexpr auto WholeText = "orlo_whole_text"; // the property of a box that was filled with more than it holds
 constexpr int BoxMargin = 2;                  // pixels at both sides of a box's text
 
 bool breaksLine(QChar c)
@@ -40,6 +41,8 @@ QString cutText(const QWidget& widget, const QPoint& pointer)
     int room = 0;
     QString text;
     if (const auto* box = qobject_cast<const QLineEdit*>(&widget)) {
+        if (showsBeginning(*box))
+            return box->property(WholeText).toString();
         QStyleOptionFrame option;
         option.initFrom(box);
         option.lineWidth = box->hasFrame() ? box->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, box) : 0;
@@ -70,6 +73,14 @@ void fillBox(QLineEdit& box, const QString& text)
     if (box.text() != text || box.isUndoAvailable() || box.isRedoAvailable())
         box.setText(text);
     box.setCursorPosition(0);
+    if (const bool cut = box.text() != text; cut || box.property(WholeText).isValid())
+        box.setProperty(WholeText, cut ? QVariant(text) : QVariant());
+}
+
+bool showsBeginning(const QLineEdit& box)
+{
+    const QString whole = box.property(WholeText).toString();
+    return !whole.isEmpty() && !box.isModified() && whole.startsWith(box.text());
 }
 
 QString oneLine(const QString& text)

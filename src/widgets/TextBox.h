@@ -10,8 +10,11 @@ namespace orlo::widgets
 {
 
 /// Puts a text into a box as the program does when it shows a record: the text's beginning shows, and nothing that was
-/// typed before can be brought back into it.
+/// typed before can be brought back into it. Of a text beyond the box's limit the tool tip shows the whole.
 void fillBox(QLineEdit& box, const QString& text);
+
+/// Whether the box shows only the beginning of the text that it was filled with, and nobody has touched it since.
+[[nodiscard]] bool showsBeginning(const QLineEdit& box);
 
 /// A text that fits on one line: line breaks and tabs within it are blanks, those around it and other characters that
 /// nobody can see go, and so does half a character.

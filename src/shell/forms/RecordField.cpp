@@ -67,10 +67,21 @@ RecordField listField(QStringView name, widgets::ComboBox* list, const Value& ye
 
 } // namespace
 
+RecordField boxField(QStringView name, QLineEdit* box, std::function<QString(const Value&)> text,
+                     std::function<Value()> typed)
+{
+    const auto stored = std::make_shared<Value>();
+    return {name, box,
+            [box, stored, text = std::move(text)](const Value& value) {
+                *stored = value;
+                widgets::fillBox(*box, text(value));
+            },
+            [box, stored, typed = std::move(typed)] { return widgets::showsBeginning(*box) ? *stored : typed(); }};
+}
+
 RecordField textField(QStringView name, QLineEdit* box)
 {
-    return {name, box, [box](const Value& value) { widgets::fillBox(*box, value.textOrEmpty()); },
-            [box] { return Value(box->text()); }};
+    return boxField(name, box, &Value::textOrEmpty, [box] { return Value(box->text()); });
 }
 
 RecordField textField(QStringView name, QPlainTextEdit* box)
@@ -86,33 +97,27 @@ RecordField textField(QStringView name, QPlainTextEdit* box)
 
 RecordField numberField(QStringView name, QLineEdit* box)
 {
-    RecordField field = textField(name, box);
-    field.value = [box] { return Value(platform::val(box->text())); };
-    return field;
+    return boxField(name, box, &Value::textOrEmpty, [box] { return Value(platform::val(box->text())); });
 }
 
 RecordField wholeNumberField(QStringView name, QLineEdit* box)
 {
-    RecordField field = textField(name, box);
-    field.value = [box] { return Value(platform::leadingDigits(box->text())); };
-    return field;
+    return boxField(name, box, &Value::textOrEmpty, [box] { return Value(platform::leadingDigits(box->text())); });
 }
 
 RecordField dateField(QStringView name, QLineEdit* box)
 {
-    RecordField field = textField(name, box);
-    field.show = [box](const Value& value) { widgets::fillBox(*box, dayText(value)); };
-    field.value = [box] { return box->text().isEmpty() ? Value() : Value(dateText(box->text())); };
-    return field;
+    return boxField(name, box, dayText,
+                    [box] { return box->text().isEmpty() ? Value() : Value(dateText(box->text())); });
 }
 
 RecordField birthDateField(QStringView name, QLineEdit* box)
 {
-    const auto show = [box](const Value& value) {
+    const auto text = [](const Value& value) {
         const bool missing = value.isDate() && value.toDate().date == NoBirthDate;
-        widgets::fillBox(*box, missing ? QString() : dayText(value));
+        return missing ? QString() : dayText(value);
     };
-    return {name, box, show, [box] { return Value(dateText(box->text())); }};
+    return boxField(name, box, text, [box] { return Value(dateText(box->text())); });
 }
 
 void markMissingBirthDate(QLineEdit& box)

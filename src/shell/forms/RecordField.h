@@ -26,6 +26,10 @@ struct RecordField {
     std::function<store::Value()> value;
 };
 
+/// A box that shows the stored value as a text, and what a text that was typed means. A value whose text is longer than
+/// the box's limit is given as it was stored until somebody touches the box.
+[[nodiscard]] RecordField boxField(QStringView name, QLineEdit* box, std::function<QString(const store::Value&)> text,
+                                   std::function<store::Value()> typed);
 /// The text as it stands, untrimmed. One of several lines that nobody touched is given as it was stored, whatever kinds
 /// of line ends and blanks it has.
 [[nodiscard]] RecordField textField(QStringView name, QLineEdit* box);
