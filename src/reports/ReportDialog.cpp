@@ -14,6 +14,8 @@ ReportDialog::ReportDialog(const QString& reportName)
 void ReportDialog::bindControls(QPushButton* cmdView, QPushButton* cmdPrint, QPushButton* cmdCancel)
 {
     setCancelButton(cmdCancel);
+    for (QPushButton* button : {cmdView, cmdPrint})
+        widgets::pressOncePerDoubleClick(*button);
     connect(cmdView, &QPushButton::clicked, this, [this] { run(reports::ToPreview); });
     connect(cmdPrint, &QPushButton::clicked, this, [this] { run(reports::ToPrinter); });
     connect(cmdCancel, &QPushButton::clicked, this, &ReportDialog::close);

@@ -18,6 +18,7 @@ constexpr int HeadingHeight = 250; // twips
 AwardPage::AwardPage(widgets::TextGrid* grid, QLabel* name, FillRow fillRow)
     : m_grid(grid), m_name(name), m_fillRow(std::move(fillRow))
 {
+    m_name->setTextFormat(Qt::PlainText); // it may look like markup
 }
 
 void AwardPage::setUp(const std::vector<Column>& columns, int stretched)

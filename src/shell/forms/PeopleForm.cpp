@@ -46,6 +46,7 @@ void PeopleForm::bindPeople(const PeopleControls& controls, const NamedControls&
         PromptSaveChanges();
         LoadDenLists();
     });
+    widgets::pressOncePerDoubleClick(*controls.cmdDeleteAward);
     connectRoutine(controls.cmdFind, &PeopleForm::cmdFind_Click);
     connect(controls.tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
 }

@@ -24,6 +24,7 @@ void RecordForm::bindControls(const Controls& controls)
 {
     m_controls = controls;
     controls.cmdSave->setEnabled(false);
+    widgets::pressOncePerDoubleClick(*controls.cmdDelete);
     QLabel& info = *controls.lblRecordInfo;
     const QString none = info.text();
     info.setText(QStringLiteral("%1 12345 of 12345").arg(m_table.noun)); // the longest; keys have five digits
