@@ -24,8 +24,14 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     /// Closing the window is closing the screen, which may refuse.
     void closeEvent(QCloseEvent* event) override;
+
+private:
+    void showPressed(const QWidget& pressed);
+
+    bool m_movedUnderPointer = false; // by the last press
 };
 
 } // namespace orlo

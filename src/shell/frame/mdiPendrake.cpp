@@ -33,6 +33,7 @@
 #include <QCloseEvent>
 #include <QLayout>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
 #include <QStyle>
@@ -75,6 +76,7 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     connectMenus();
     handOverDataForms();
     fitScreen();
+    menuBar()->installEventFilter(this);
     widgets::Form::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
 }
 
@@ -166,6 +168,16 @@ void mdiPendrake::changeEvent(QEvent* event)
         (void)UpdateDatabaseFile();
 }
 
+// Where no screen is open, the focus stays with the menu bar when its menu or the dialog that it opened has gone. A
+// letter would open a menu then, although no entry of the bar is marked.
+bool mdiPendrake::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != menuBar() || event->type() != QEvent::KeyPress || menuBar()->activeAction())
+        return QMainWindow::eventFilter(watched, event);
+    menuBar()->clearFocus();
+    return true;
+}
+
 void mdiPendrake::closeEvent(QCloseEvent* event)
 {
     const bool closes = widgets::Form::writeAllOpenRows();
@@ -192,7 +204,9 @@ void mdiPendrake::fillWindowMenu()
         menu.addAction(QStringLiteral("No window is open"))->setEnabled(false);
     int number = 0;
     for (QMdiSubWindow* window : windows) {
-        auto* action = menu.addAction(QStringLiteral("&%1 %2").arg(++number).arg(window->windowTitle()));
+        QString caption = window->windowTitle();
+        caption.replace(u'&', QStringLiteral("&&"));
+        auto* action = menu.addAction(QStringLiteral("&%1 %2").arg(++number).arg(caption));
         action->setCheckable(true);
         action->setChecked(window == ui->mdiArea->currentSubWindow());
         connect(action, &QAction::triggered, window, [this, window] {
