@@ -82,6 +82,16 @@ private Q_SLOTS:
         QCOMPARE(test::failureNumber([&] { return DBEngine::createDatabase(copy); }), 3010);
     }
 
+    void movedWhileOpen()
+    {
+        Database database = DBEngine::openDatabase(m_path);
+        database.execute("Insert Into Dens (Den_SID) Values (1)");
+        QVERIFY(QFile::rename(m_path, m_path + ".old"));
+        QVERIFY(QFile::copy(m_path + ".old", m_path)); // another one in its place
+        const auto failure = test::failureOf([&] { return database.execute("Insert Into Dens (Den_SID) Values (2)"); });
+        QVERIFY(failure && failure->description().startsWith("The database file was moved or replaced while ORLO"));
+    }
+
     // The journal's name is flushed once, by SQLite and by us, until another program's journal bears it.
     void journalsName_data()
     {

@@ -367,9 +367,11 @@ void Connection::raiseLast(int code, bool preparing)
         number = platform::NullInPrimaryKey;
     if (kind == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
         noteSchemaChange();
-    QString description = kind == SQLITE_BUSY || kind == SQLITE_LOCKED
-                              ? QStringLiteral("Another program is using the file.")
-                              : platform::standardDescription(number);
+    QString description = platform::standardDescription(number);
+    if (kind == SQLITE_BUSY || kind == SQLITE_LOCKED)
+        description = QStringLiteral("Another program is using the file.");
+    else if (sqlite3_extended_errcode(m_db) == SQLITE_READONLY_DBMOVED)
+        description = QStringLiteral("The database file was moved or replaced while ORLO was open. Start ORLO again.");
     // These are shown to whoever types a title twice, or none.
     if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey &&
         number != platform::NullInRequiredField)
