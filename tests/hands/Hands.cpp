@@ -186,8 +186,22 @@ void awaitKeys()
     expect(await(ready), "no window takes keys");
 }
 
+// "Alt+c,Alt+n/80"; at most one of the words may be a control.
+void burstOf(const QString& word)
+{
+    QStringList strokes = word.section('/', 0, 0).split(',');
+    for (const QString& stroke : strokes)
+        if (!areKeys(stroke))
+            moveTo(await([&] { return placeOf(stroke); }).value());
+    awaitKeys();
+    burst(strokes, word.section('/', 1).toInt());
+}
+
 void step(const QString& word)
 {
+    static const QRegularExpression isBurst(QStringLiteral("^[^'?=]*/\\d+$"));
+    if (isBurst.match(word).hasMatch())
+        return burstOf(word);
     const QString rest = word.sliced(1).replace('_', ' ');
     const QString text = word.section('=', 1).replace('_', ' ');
     const auto shows = [&, name = word.section('=', 0, 0)] { return shown(name) ? textOf(*shown(name)) : "nothing"; };
@@ -207,8 +221,10 @@ void step(const QString& word)
     else if (word.startsWith('?'))
         expect(await([&] { return messageBox() && messageBox()->text().startsWith(rest); }), "not asked");
     else if (word == "!")
-        expect(!ask([] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; }),
-               "something is asked");
+        expect(!ask([] {
+            return QApplication::activePopupWidget() || qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        }),
+               "a menu is open, or something is asked");
     else if (word.contains('='))
         expect(await([&] { return shows() == text; }), "it shows " + ask(shows));
     else if (const auto* command = ask([&] { return frame().findChild<QAction*>(word); }))
@@ -217,15 +233,6 @@ void step(const QString& word)
         click([&] { return placeOf(word.section(':', 1)); }, wheel == "up" ? 4 : 5);
     else
         click([&] { return placeOf(word.startsWith("2:") ? word.sliced(2) : word); }, 1, word.startsWith("2:") ? 2 : 1);
-}
-
-// A button that an access key presses stays down for a moment before it does its work.
-bool noButtonIsDown()
-{
-    return std::ranges::none_of(QApplication::allWidgets(), [](const QWidget* widget) {
-        const auto* button = qobject_cast<const QAbstractButton*>(widget);
-        return button && button->isDown();
-    });
 }
 
 bool closeOne()
@@ -246,7 +253,6 @@ QString runWords(const QString& script)
     for (const QString& word : script.split(' ', Qt::SkipEmptyParts)) {
         try {
             step(word);
-            (void)await(noButtonIsDown);
             settle();
             expect(!ask([] { return messageBox() && messageBox()->text().startsWith("Run-time"); }), "it ends");
             const auto seen = [] { return !QApplication::focusWidget() || QApplication::focusWidget()->isVisible(); };

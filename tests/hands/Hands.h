@@ -17,8 +17,10 @@ namespace orlo::test
 ///     [2,-1] tab:Note        clicks a page's tab                    yes no ok       clicks that button of the message
 ///     box up:name         turns the wheel over a control; down:name   close      closes the active window by its frame
 ///     Tab Alt+s F4    presses keys, as X names them          Escape~         holds a key until it came ten times
+///     Alt+c,n/80      strikes keys 80 ms apart, and clicks named controls, without waiting for the program
 ///     'text           types                                  @name           asks whether the focus is there
-///     ?text           asks whether a box says that, from its beginning on;   ! that no box does
+///     ?text           asks whether a box says that, from its beginning on;   ! that no box does and no menu is
+///                     open
 ///     name=text       asks what a control shows: a button "live" or "grey", a check box or option "on" or "off", a
 ///                     list or grid its current row, pages the title of the current one, anything its text
 [[nodiscard]] QString runHands(const QString& script);

@@ -116,6 +116,38 @@ void hold(const QString& word)
     });
 }
 
+void burst(const QStringList& words, int gap)
+{
+    QList<KeySym> held;
+    const auto hold = [&held](const QList<KeySym>& wanted) {
+        for (const KeySym key : std::as_const(held))
+            if (!wanted.contains(key))
+                change(key, false);
+        for (const KeySym key : wanted)
+            if (!held.contains(key))
+                change(key, true);
+        held = wanted;
+    };
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        if (i > 0)
+            QThread::msleep(static_cast<unsigned long>(gap));
+        QList<KeySym> keys = keysOf(words[i]);
+        const bool click = keys.contains(NoSymbol);
+        const KeySym last = keys.takeLast();
+        hold(click ? QList<KeySym>() : keys);
+        for (const int down : {True, False})
+            if (click)
+                XTestFakeButtonEvent(server, 1, down, CurrentTime);
+            else
+                change(last, down == True);
+        XSync(server, False);
+    }
+    hold({});
+    XSync(server, False);
+    QThread::msleep(60); // for the window manager, which has the last word on where keys and presses go
+    settle();
+}
+
 void type(const QString& text)
 {
     for (const QChar letter : text) {

@@ -63,6 +63,10 @@ void hold(const QString& word);
 /// Types a text of Latin-1.
 void type(const QString& text);
 
+/// Strikes one after the other, so many milliseconds apart, whatever the program does meanwhile; a word that names no
+/// keys clicks where the pointer is. Keys that two neighbours have in common before their last ones are held between.
+void burst(const QStringList& words, int gap);
+
 /// Moves the pointer, in the screen's own pixels.
 void moveTo(QPoint place);
 /// Presses and releases a button of the mouse, from 1 on; 4 and 5 are the wheel's up and down.

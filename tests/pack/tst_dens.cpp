@@ -144,8 +144,8 @@ private Q_SLOTS:
         Screen screen; // the den without a number comes first, when no type was shown before; "Lion" isn't listed
         QCOMPARE(screen.fields(), "///0/");
         screen.run("N N");
-        QCOMPARE(screen.fields() + ", " + screen.labelAndLive(),
-                 "2/Two/Bear/0/, Den 3 of 3: First Previous New Delete");
+        QCOMPARE(screen.fields() + ", " + screen.labelAndLive(), "2/Two//0/, Den 3 of 3: First Previous New Delete");
+        screen.denType.setListIndex(2);
         screen.run("DenNumber=3 s");
         QCOMPARE(rows("Select * From Dens Where Den_SID = 2"), "2/3/Two/Bear/0/");
     }

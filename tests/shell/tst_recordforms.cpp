@@ -1,3 +1,7 @@
+#include "adults/frmAdults.h"
+#include "awards/frmInsigniaInfo.h"
+#include "pack/frmDenInfo.h"
+#include "pack/frmPackInformation.h"
 #include "scouts/frmScouts.h"
 #include "support/Main.h"
 #include "support/Pack.h"
@@ -96,6 +100,68 @@ private Q_SLOTS:
         }
     }
 
+    // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
+    // The other values are written as ever.
+    void foreignValues_data()
+    {
+        test::table({"case", "form", "before", "script", "query", "result"}, R"(
+            a scout's address, years and grade     | scouts | Scouts Set Alt_Parent_City = 'Llanfairpwllgwyngyllgogerychwyrn', Years_In_Scouts = 123, Years_In_Other_Pack = 2.5, Grade_In_School = 100 | L First=Al s s | Select Alt_Parent_City, Years_In_Scouts, Years_In_Other_Pack, Grade_In_School, First_Name From Scouts Where Scout_SID = 1 | Llanfairpwllgwyngyllgogerychwyrn/123/2.5/100/Al
+            typed into                             | scouts | Scouts Set Alt_Parent_City = 'Llanfairpwllgwyngyllgogerychwyrn', Years_In_Scouts = 123 | L AltCity=Bala YearsInScouts=7 s | Select Alt_Parent_City, Years_In_Scouts From Scouts Where Scout_SID = 1 | Bala/7
+            a new scout's grade is what shows      | scouts | Scouts Set Grade_In_School = 100 | n s | Select Grade_In_School From Scouts Where Scout_SID = 5 | 10
+            an adult's years                       | adults | Adults Set Years_In_Scouts = 12.5 Where Adult_SID = 4 | Mi=B s | Select MI, Years_In_Scouts From Adults Where Adult_SID = 4 | B/12.5
+            an adult's unlisted letter             | adults | Adults Set Active = 'X' | optActive_Inactive Mi=B s | Select MI, Active From Adults Where Adult_SID = 4 | B/X
+            a den's number, renamed                | dens   | Dens Set Den_Number = 101, Year_Started = 20255 Where Den_SID = 1 | L DenName=New s | Select Den_Number, Den_Name, Year_Started From Dens Where Den_SID = 1 | 101/New/20255
+            a den's number, typed                  | dens   | Dens Set Den_Number = 101 Where Den_SID = 1 | L DenNumber=7 s | Select Den_Number From Dens Where Den_SID = 1 | 7
+            a den's unlisted type isn't another's  | dens   | Dens Set Den_Type = 'Lion' Where Den_SID = 3 | N DenName=New ok s | Select Den_Name, Den_Type From Dens Where Den_SID = 3 | Pups/Lion
+            an award's, with no option set         | awards | Insignias Set Insignia_Type = 'Badge' | InsigniaName=New s | Select Insignia_Name, Insignia_Type From Insignias Where Insignia_SID = 1 | New/Badge
+            the pack's number                      | pack   | PackInfo Set [Pack Number] = 1234567 | PackName=New s s | Select * From PackInfo | 1234567/New)");
+    }
+    void foreignValues()
+    {
+        const auto [form, script] = test::cells("form", "script");
+        const test::AppFolder folder;
+        test::copyLayouts();
+        test::fill(QString(test::Pack) + "Insert Into PackInfo Values (1, 'Old'); Update " + test::cell("before"));
+        runOn(form, script);
+        QTEST(test::rows(test::cell("query")), "result");
+    }
+
+    // A form that is closed under its own question is there until its handler has returned.
+    void closedUnderItsQuestion_data()
+    {
+        test::table({"form", "script"}, R"(
+            scouts | First=x N
+            scouts | First=x optInactive
+            scouts | yes d
+            adults | First=x L
+            dens   | DenName=x N
+            awards | InsigniaName=x x
+            pack   | PackName=x x)");
+    }
+    void closedUnderItsQuestion()
+    {
+        const test::AppFolder folder;
+        test::copyLayouts();
+        test::fill(QString(test::Pack) + "Insert Into PackInfo Values (1, 'Old')");
+        bool closed = false;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            const QPointer<QDialog> box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            timer.stop();
+            widgets::Form::unloadAll();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            closed = true;
+            if (box)
+                box->done(QMessageBox::No);
+        });
+        timer.start(5);
+        runOn(test::cell("form"), test::cell("script").remove("yes "));
+        QVERIFY(closed);
+        QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty()); // and is gone then
+    }
+
     // On another page the focus goes to what shows there: keys that follow change nothing unseen.
     void focusOnPages_data() { test::table({"button"}, "F\nP\nN\nL\ns"); }
     void focusOnPages()
@@ -116,6 +182,18 @@ private Q_SLOTS:
             QCOMPARE(screen.get<QLineEdit>("txtFirst").text(), "Al");
             screen.get<QTabWidget>("tabScout").setCurrentIndex(0);
         }
+    }
+
+private:
+    static void runOn(const QString& form, const QString& script)
+    {
+        const QMap<QString, std::function<void()>> forms{
+            {"scouts", [&] { test::RecordScreen<frmScouts>().run(script); }},
+            {"adults", [&] { test::RecordScreen<frmAdults>().run(script); }},
+            {"dens", [&] { test::RecordScreen<frmDenInfo>().run(script); }},
+            {"awards", [&] { test::RecordScreen<frmInsigniaInfo>().run(script); }},
+            {"pack", [&] { test::RecordScreen<frmPackInformation>().run(script); }}};
+        forms[form]();
     }
 };
 

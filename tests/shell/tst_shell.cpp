@@ -181,6 +181,7 @@ mnuHelp|&Help
     void oneWindowPerScreen()
     {
         test::AppFolder folder;
+        test::copyLayouts();
         auto& frame = mdiPendrake::instance();
         frame.show();
         auto& command = test::control<QAction>(frame, "mnuPackInformation");
@@ -198,6 +199,11 @@ mnuHelp|&Help
         auto& windows = test::control<QMenu>(frame, "ID_WINDOWS_MENU");
         Q_EMIT windows.aboutToShow();
         QCOMPARE(windows.actions().size(), 2);
+        test::control<QAction>(frame, "ID_Pack_Den_Positions").trigger();
+        auto* titles = area.activeSubWindow();
+        QCOMPARE(titles->widget()->objectName(), "frmPackDenPositions"); // it scrolls its screen
+        QCOMPARE(windows.actions().last()->text(), "&3 Pack && Den Positoins");
+        titles->close();
 
         const auto commands = area.activeSubWindow()->systemMenu()->actions();
         QList<QKeySequence> keys; // none of the desktop's own
