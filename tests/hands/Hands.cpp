@@ -98,8 +98,9 @@ Place placeOfRow(QWidget* widget, const QStringList& cell)
     return middle(view->viewport(), view->visualRect(index));
 }
 
-// Where on the screen to click for a word; nowhere as long as that can't be seen.
-Place placeOf(const QString& word)
+} // namespace
+
+std::optional<QPoint> placeOf(const QString& word)
 {
     static const QMap<QString, QMessageBox::StandardButton> answers{
         {"yes", QMessageBox::Yes}, {"no", QMessageBox::No}, {"ok", QMessageBox::Ok}};
@@ -121,6 +122,9 @@ Place placeOf(const QString& word)
         part.setLeft(part.right() - 12);
     return middle(widget, part);
 }
+
+namespace
+{
 
 QString textOf(const QWidget& widget)
 {
@@ -175,6 +179,8 @@ void openByMenus(const QAction* command)
     });
 }
 
+} // namespace
+
 void awaitKeys()
 {
     const auto ready = [] {
@@ -185,6 +191,9 @@ void awaitKeys()
     };
     expect(await(ready), "no window takes keys");
 }
+
+namespace
+{
 
 // "Alt+c,Alt+n/80"; at most one of the words may be a control.
 void burstOf(const QString& word)
@@ -247,9 +256,8 @@ bool closeOne()
     return modal != nullptr;
 }
 
-QString runWords(const QString& script)
+void runWords(const QString& script)
 {
-    QString fault;
     for (const QString& word : script.split(' ', Qt::SkipEmptyParts)) {
         try {
             step(word);
@@ -258,31 +266,45 @@ QString runWords(const QString& script)
             const auto seen = [] { return !QApplication::focusWidget() || QApplication::focusWidget()->isVisible(); };
             expect(await(seen), "the focus is on hidden " + ask(focusName));
         } catch (const std::exception& error) {
-            fault = word + ": " + error.what();
-            break;
+            throw std::runtime_error(word.toStdString() + ": " + error.what());
         }
     }
+}
+
+void closeAll()
+{
     while (ask(closeOne))
         settle();
     QMetaObject::invokeMethod(qApp, [] { widgets::Form::unloadAll(); });
     for (settle(); ask(closeOne);)
         settle();
-    return fault;
 }
 
 } // namespace
 
-QString runHands(const QString& script)
+QString atTheScreen(const std::function<void()>& work)
 {
     const Server server;
-    QApplication::setDoubleClickInterval(5000); // however slow the machine is
     QString fault;
-    const std::unique_ptr<QThread> person(QThread::create([&] { fault = runWords(script); }));
+    const std::unique_ptr<QThread> person(QThread::create([&] {
+        try {
+            work();
+        } catch (const std::exception& error) {
+            fault = error.what();
+        }
+        closeAll();
+    }));
     QEventLoop loop;
     QObject::connect(person.get(), &QThread::finished, &loop, &QEventLoop::quit);
     person->start();
     loop.exec();
     return fault;
+}
+
+QString runHands(const QString& script)
+{
+    QApplication::setDoubleClickInterval(5000); // however slow the machine is
+    return atTheScreen([&script] { runWords(script); });
 }
 
 } // namespace orlo::test

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
+
+#include <functional>
+#include <optional>
 
 namespace orlo::test
 {
@@ -24,5 +28,13 @@ namespace orlo::test
 ///     name=text       asks what a control shows: a button "live" or "grey", a check box or option "on" or "off", a
 ///                     list or grid its current row, pages the title of the current one, anything its text
 [[nodiscard]] QString runHands(const QString& script);
+
+/// Does the work in a thread of its own while the program's event loop runs; empty, or the text of the failure that it
+/// raised. Whatever was left open is closed.
+[[nodiscard]] QString atTheScreen(const std::function<void()>& work);
+/// Where on the screen to click for a word of a script; nowhere as long as that can't be seen.
+[[nodiscard]] std::optional<QPoint> placeOf(const QString& word);
+/// Returns when a window of the program takes the keys; raises std::runtime_error if none does.
+void awaitKeys();
 
 } // namespace orlo::test

@@ -1,0 +1,318 @@
+#include "adults/frmAdults.h"
+#include "hands/Hands.h"
+#include "hands/Server.h"
+#include "pack/frmDenInfo.h"
+#include "scouts/frmScouts.h"
+#include "shell/frame/mdiPendrake.h"
+#include "support/Main.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+
+using namespace orlo;
+using test::ask;
+using test::expect;
+
+// Somebody who doesn't look: events chosen by a seed over all windows, many of them before the program has dealt with
+// the one before. What may end the program by its own rules (a date that is none, a find under "All") isn't chosen.
+namespace
+{
+
+// A dozen of each, so that no walk deletes them all.
+constexpr auto Dozens = R"(
+With k(i) As (Values (1) Union All Select i + 1 From k Limit 12) Insert Into Dens Select i, i, 'Den' || i, 'Wolf', 2025, 'Y' From k;
+With k(i) As (Values (1) Union All Select i + 1 From k Limit 12) Insert Into Scouts (Scout_SID, First_Name, Last_Name,
+    Active, Assigned_Den_SID) Select i, 'F' || i, 'L' || char(96 + i), 'Y', i From k;
+With k(i) As (Values (1) Union All Select i + 1 From k Limit 12) Insert Into Adults (Adult_SID, First_Name, Last_Name,
+    Active) Select i, 'F' || i, 'L' || char(96 + i), 'Y' From k;
+With k(i) As (Values (1) Union All Select i + 1 From k Limit 12) Insert Into Insignias (Insignia_SID, Insignia_Name,
+    Insignia_Type) Select i, 'A' || char(96 + i), 'Pin' From k;
+With k(i) As (Values (1) Union All Select i + 1 From k Limit 12) Insert Into Assigned_Awards_Scouts (Scout_SID,
+    Insignia_SID, Date_Assigned, Quantity) Select i, i, '2026-05-02', 1 From k;
+Insert Into PackInfo Values (1, 'Old'))";
+
+const QStringList Commands{"mnuScouts",          "mnuAdults",          "mnuDenInfo",           "mnuInsigniaInfo",
+                           "mnuPackInformation", "mnuAssignInsignias", "mnuPurchaseList",      "mnuRptScoutList",
+                           "mnuRepAwardList",    "mnuHelpTopics",      "ID_Pack_Den_Positions"};
+const QStringList Clicks{"cmdFirst",        "cmdPrevious",  "cmdNext",        "cmdLast",         "cmdNew",
+                         "cmdSave",         "cmdDelete",    "cmdCancel",      "cmdExit",         "cmdFind",
+                         "cmdAddAward",     "cmdEditAward", "cmdDeleteAward", "cmdDelScouts",    "cmdView",
+                         "txtFirst",        "txtLast",      "txtDenName",     "txtInsigniaName", "txtPackName",
+                         "lbScouts",        "lbAdults",     "comActive",      "fgScoutsAwards",  "optOrderFirstName",
+                         "optOrderLastName"};
+const QStringList Writing{"Alt+s",  "Alt+d",   "Alt+a",     "Return",         "space",
+                          "Escape", "cmdSave", "cmdDelete", "cmdDeleteAward", "cmdDelScouts"};
+const QStringList Keys{"q",   "z",         "7",      "Alt+s",  "Alt+n", "Alt+c", "Alt+d",
+                       "Tab", "Shift+Tab", "Return", "Escape", "Down",  "Up",    "Control+Tab"};
+
+QMainWindow& frame()
+{
+    return mdiPendrake::instance();
+}
+
+// The window that is worked on: what waits, or the child window in front.
+QWidget* front()
+{
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget* active = QApplication::activeWindow(); active && active != &frame())
+        return active;
+    return frame().findChild<QMdiArea*>()->currentSubWindow();
+}
+
+template <class W = QWidget>
+W* inFront(const QString& name)
+{
+    auto* widget = front() ? front()->findChild<W*>(name) : nullptr;
+    return widget && widget->isVisible() && widget->isEnabled() ? widget : nullptr;
+}
+
+// The tables by row, without what follows from another record's deletion.
+QMap<QString, QString> contents()
+{
+    QMap<QString, QString> rows;
+    for (const QString table : {"Scouts", "Adults", "Dens", "Insignias", "PackInfo", "Pack_Positions", "Den_Titles"}) {
+        int row = 0;
+        for (auto rs = database().openRecordset("Select * From " + table); !rs.eof(); rs.moveNext()) {
+            QString text;
+            for (const auto& field : rs.fields())
+                text += field.name == "Assigned_Den_SID" ? "" : rs.value(field.name).textOrEmpty() + '/';
+            const QString key = table == "PackInfo" ? QString() : text.section('/', 0, table.contains('_') ? 1 : 0);
+            rows[table + '/' + (key.isEmpty() ? QString::number(row++) : key)] = text;
+        }
+    }
+    return rows;
+}
+
+int differences(const QMap<QString, QString>& a, const QMap<QString, QString>& b)
+{
+    int count = 0;
+    for (auto it = a.begin(); it != a.end(); ++it)
+        count += b.value(it.key()) != it.value();
+    for (auto it = b.begin(); it != b.end(); ++it)
+        count += !a.contains(it.key());
+    return count;
+}
+
+// Row n of the list is record n, and a record that nobody changed shows as it is stored.
+template <class F>
+QString personFault(const QString& noun, const char* listName, bool cancelled)
+{
+    F* form = widgets::Instance<F>::loaded();
+    const auto place = QRegularExpression(noun + " (\\d+) of (\\d+)")
+                           .match(form ? test::control<QLabel>(*form, "lblRecordInfo").text() : QString());
+    if (!form || !place.hasMatch())
+        return {};
+    const auto& list = test::control<widgets::ListBox>(*form, listName);
+    if (list.listCount() != place.captured(2).toInt() || list.listIndex() + 1 != place.captured(1).toInt())
+        return QString("%1, but the list's row is %2 of %3")
+            .arg(place.captured())
+            .arg(list.listIndex() + 1)
+            .arg(list.listCount());
+    const QString stored = test::rows(
+        QString("Select First_Name, Last_Name From %1s Where %1_SID = %2").arg(noun).arg(form->currentPerson()));
+    const auto text = [form](const char* name) { return test::control<QLineEdit>(*form, name).text(); };
+    const QString shown = text("txtFirst") + '/' + text("txtLast");
+    const bool changed = test::control<QPushButton>(*form, "cmdSave").isEnabled();
+    return changed || cancelled || shown == stored ? QString() : noun + " shows " + shown + ", stored is " + stored;
+}
+
+struct Walk {
+    QRandomGenerator random;
+    int steps = 0;
+    bool cancelled = false; // what was typed may stay on the screen until the next record shows
+    QStringList burst;
+
+    template <class List>
+    QString oneOf(const List& list)
+    {
+        return list[random.bounded(int(list.size()))];
+    }
+
+    // Answers what is asked; how often with Yes.
+    int answer()
+    {
+        int yes = 0;
+        for (int asked = 0;
+             ask([] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; }); ++asked) {
+            expect(asked < 4, "it asks and asks");
+            expect(!ask([] {
+                return static_cast<QMessageBox*>(QApplication::activeModalWidget())->text().startsWith("Run-time");
+            }),
+                   "it ends: " +
+                       ask([] { return static_cast<QMessageBox*>(QApplication::activeModalWidget())->text(); }));
+            expect(ask([] {
+                       return std::ranges::count_if(QApplication::topLevelWidgets(), [](QWidget* window) {
+                           return window->isVisible() && qobject_cast<QMessageBox*>(window);
+                       });
+                   }) == 1,
+                   "two questions at once");
+            const bool asks = ask([] {
+                return static_cast<QMessageBox*>(QApplication::activeModalWidget())->button(QMessageBox::Yes) !=
+                       nullptr;
+            });
+            const QString key = asks ? oneOf(QStringList{"y", "n"}) : "Return";
+            test::awaitKeys();
+            test::strike(key);
+            burst += key;
+            yes += key == "y";
+            test::settle();
+        }
+        return yes;
+    }
+
+    void click(const QString& name, int times = 1)
+    {
+        const auto place = ask([&] { return test::placeOf(name); });
+        if (!place)
+            return;
+        test::moveTo(*place);
+        test::press(name.startsWith("com") ? 5 : 1, times);
+    }
+
+    // A letter may go wherever the focus is; it is kept out of dates, and out of grids that refuse what is none.
+    bool takesLetters()
+    {
+        return ask([] {
+            const QWidget* focus = QApplication::focusWidget();
+            const QString name = focus ? focus->objectName() : QString();
+            return qobject_cast<const QLineEdit*>(focus) && Clicks.contains(name);
+        });
+    }
+
+    void oneBurst()
+    {
+        burst.clear();
+        int writes = 0;
+        const auto before = ask(contents);
+        if (!ask([] { return front() != nullptr; }) || random.bounded(12) == 0) {
+            const QString command = oneOf(Commands);
+            burst += command;
+            QMetaObject::invokeMethod(qApp, [=] {
+                if (!QApplication::activeModalWidget())
+                    frame().findChild<QAction*>(command)->trigger();
+            });
+        } else if (random.bounded(2) == 0) {
+            const QString name = oneOf(Clicks);
+            const int times = random.bounded(5) == 0 ? 2 : 1;
+            burst += (times == 2 ? "2:" : "") + name;
+            click(name, times);
+            writes += times * int(Writing.contains(name));
+        }
+        test::settle();
+        answerAfter(before, writes);
+        test::awaitKeys();
+        QStringList strokes;
+        const bool letters = takesLetters();
+        for (int i = random.bounded(4); i >= 0; --i) {
+            const QString key = oneOf(Keys);
+            if (key.size() == 1 && (!letters || strokes.contains("Tab") || strokes.contains("Shift+Tab")))
+                continue;
+            strokes += key;
+            writes += int(Writing.contains(key));
+        }
+        const int gap = random.bounded(4) == 0 ? 0 : random.bounded(300);
+        burst += strokes.join(',') + '/' + QString::number(gap);
+        cancelled = cancelled || strokes.contains("Escape") || burst.contains("cmdCancel");
+        if (!strokes.isEmpty())
+            test::burst(strokes, gap);
+        steps += int(burst.size() + strokes.size());
+        answerAfter(before, writes);
+        settleNewRecord();
+        look();
+    }
+
+    void answerAfter(const QMap<QString, QString>& before, int& writes)
+    {
+        writes += answer();
+        closePreviews();
+        const int changed = differences(before, ask(contents));
+        expect(changed <= writes, QString("%1 rows are other than before").arg(changed));
+    }
+
+    // A new record that is neither saved nor cancelled, but left, must be given up before anything else is saved.
+    void settleNewRecord()
+    {
+        const bool left = ask([] {
+            const auto* label = inFront<QLabel>("lblRecordInfo");
+            return label && label->text().endsWith("(New)") && !inFront("cmdSave");
+        });
+        if (left) {
+            burst += "cmdCancel";
+            click("cmdCancel");
+        }
+    }
+
+    void closePreviews()
+    {
+        ask([] {
+            for (QWidget* window : QApplication::topLevelWidgets())
+                if (window->objectName() == "previewWindow" && window->isVisible())
+                    window->close();
+            return 0;
+        });
+        test::settle();
+    }
+
+    void look()
+    {
+        expect(!ask([] { return QApplication::activePopupWidget(); }), "a list or menu is open");
+        expect(!ask([] { return QApplication::overrideCursor(); }), "the pointer is busy");
+        const auto inSight = [] {
+            const QWidget* focus = QApplication::focusWidget();
+            const QWidget* window = front();
+            return !window || (focus && focus->isVisible() && (focus == window || window->isAncestorOf(focus)));
+        };
+        expect(test::await(inSight), "the focus is on " + ask([] {
+                                         const auto* focus = QApplication::focusWidget();
+                                         return focus ? focus->objectName() : QString("nothing");
+                                     }));
+        const QString fault = ask([this] {
+            return personFault<frmScouts>("Scout", "lbScouts", cancelled) +
+                   personFault<frmAdults>("Adult", "lbAdults", cancelled);
+        });
+        expect(fault.isEmpty(), fault);
+    }
+};
+
+} // namespace
+
+class tst_walk : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        auto& frame = mdiPendrake::instance();
+        frame.showMaximized();
+        QVERIFY(QTest::qWaitForWindowActive(&frame));
+    }
+
+    void walk_data()
+    {
+        QTest::addColumn<quint32>("seed");
+        const quint32 first = qEnvironmentVariableIntValue("ORLO_SEED");
+        const int walks = qMax(1, qEnvironmentVariableIntValue("ORLO_STEPS") / 100);
+        for (quint32 seed = first; seed < first + quint32(qMax(walks, 3)); ++seed)
+            QTest::newRow(qPrintable("seed " + QString::number(seed))) << seed;
+    }
+    void walk()
+    {
+        QFETCH(quint32, seed);
+        const test::AppFolder folder;
+        test::copyLayouts();
+        for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
+            QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
+        test::fill(Dozens);
+        Walk walk{QRandomGenerator(seed), 0, false, {}};
+        const QString fault = test::atTheScreen([&walk] {
+            while (walk.steps < 100)
+                walk.oneBurst();
+        });
+        QVERIFY2(fault.isEmpty(), qPrintable(walk.burst.join(' ') + ": " + fault));
+    }
+};
+
+ORLO_TEST(tst_walk)
+
+#include "tst_walk.moc"
