@@ -20,6 +20,7 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTextEdit>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -147,6 +148,18 @@ bool answerByLetter(QMessageBox& box, const QKeyEvent& key)
     return true;
 }
 
+// A press that the window manager looks at while a window is coming up, the second one of a double click, may leave the
+// keys with the window behind, which takes none.
+void keepKeys(QWidget& modal)
+{
+    for (const int delay : {50, 150, 400}) // milliseconds
+        QTimer::singleShot(delay, &modal, [&modal] {
+            if (modal.isVisible() && !modal.isActiveWindow() && QApplication::activeModalWidget() == &modal &&
+                QGuiApplication::applicationState() == Qt::ApplicationActive)
+                modal.activateWindow();
+        });
+}
+
 // The control whose value the wheel would change there.
 QWidget* wheelTarget(QWidget* under)
 {
@@ -267,6 +280,8 @@ bool Application::eventFilter(QObject* watched, QEvent* event)
         if (auto* box = qobject_cast<QMessageBox*>(widget);
             box && answerByLetter(*box, static_cast<QKeyEvent&>(*event)))
             return true;
+    } else if (event->type() == QEvent::Show && widget->isModal()) {
+        keepKeys(*widget);
     } else if (event->type() == QEvent::Wheel) {
         if (const QWidget* target = wheelTarget(widget);
             target && !target->hasFocus() && !target->isAncestorOf(focusWidget())) {

@@ -8,6 +8,8 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
+#include <cstdio>
+
 using namespace orlo;
 using test::ask;
 using test::expect;
@@ -52,10 +54,10 @@ QMainWindow& frame()
 // The window that is worked on: what waits, or the child window in front.
 QWidget* front()
 {
-    if (QWidget* modal = QApplication::activeModalWidget())
-        return modal;
     if (QWidget* active = QApplication::activeWindow(); active && active != &frame())
         return active;
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
     return frame().findChild<QMdiArea*>()->currentSubWindow();
 }
 
@@ -64,6 +66,12 @@ W* inFront(const QString& name)
 {
     auto* widget = front() ? front()->findChild<W*>(name) : nullptr;
     return widget && widget->isVisible() && widget->isEnabled() ? widget : nullptr;
+}
+
+bool questionIsUp()
+{
+    const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    return box && box->button(QMessageBox::Yes);
 }
 
 // The tables by row, without what follows from another record's deletion.
@@ -146,11 +154,7 @@ struct Walk {
                        });
                    }) == 1,
                    "two questions at once");
-            const bool asks = ask([] {
-                return static_cast<QMessageBox*>(QApplication::activeModalWidget())->button(QMessageBox::Yes) !=
-                       nullptr;
-            });
-            const QString key = asks ? oneOf(QStringList{"y", "n"}) : "Return";
+            const QString key = ask(questionIsUp) ? oneOf(QStringList{"y", "n"}) : "Return";
             test::awaitKeys();
             test::strike(key);
             burst += key;
@@ -200,6 +204,7 @@ struct Walk {
         }
         test::settle();
         answerAfter(before, writes);
+        settleNewRecord();
         test::awaitKeys();
         QStringList strokes;
         const bool letters = takesLetters();
@@ -213,6 +218,7 @@ struct Walk {
         const int gap = random.bounded(4) == 0 ? 0 : random.bounded(300);
         burst += strokes.join(',') + '/' + QString::number(gap);
         cancelled = cancelled || strokes.contains("Escape") || burst.contains("cmdCancel");
+        std::fprintf(stderr, "%s\n", qPrintable(burst.join(' '))); // how it came to what may end the program
         if (!strokes.isEmpty())
             test::burst(strokes, gap);
         steps += int(burst.size() + strokes.size());
@@ -224,7 +230,7 @@ struct Walk {
     void answerAfter(const QMap<QString, QString>& before, int& writes)
     {
         writes += answer();
-        closePreviews();
+        closeReports();
         const int changed = differences(before, ask(contents));
         expect(changed <= writes, QString("%1 rows are other than before").arg(changed));
     }
@@ -242,11 +248,12 @@ struct Walk {
         }
     }
 
-    void closePreviews()
+    void closeReports()
     {
         ask([] {
             for (QWidget* window : QApplication::topLevelWidgets())
-                if (window->objectName() == "previewWindow" && window->isVisible())
+                if ((window->objectName() == "previewWindow" || window->objectName() == "reportMessage") &&
+                    window->isVisible())
                     window->close();
             return 0;
         });
@@ -274,6 +281,73 @@ struct Walk {
     }
 };
 
+struct PackFolder : test::AppFolder {
+    PackFolder()
+    {
+        test::copyLayouts();
+        for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
+            QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
+        test::fill(Dozens);
+    }
+};
+
+// Opens the screen anew over the whole pack, with a change in its first field.
+void openChanged(const QString& command)
+{
+    ask([&] {
+        widgets::Form::unloadAll();
+        for (const char* table : {"Scouts", "Adults", "Dens", "Insignias", "Assigned_Awards_Scouts", "PackInfo"})
+            database().execute(QString("Delete From ") + table);
+        test::fill(Dozens);
+        return 0;
+    });
+    QMetaObject::invokeMethod(qApp, [=] { frame().findChild<QAction*>(command)->trigger(); });
+    test::settle();
+    test::awaitKeys();
+    if (ask([] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()) && inFront("cmdSave"); }) ||
+        ask([] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()) && inFront("cmdNew"); }))
+        test::strike("q");
+}
+
+// But for those that open a report's window beside the one that asked, which of the two gets a key is the desktop's
+// say.
+QStringList accessKeys(const QString& command)
+{
+    openChanged(command);
+    return ask([] {
+        static const QRegularExpression opensReport("^cmd(Print|View|Preview)");
+        QStringList keys;
+        for (const auto* button : front()->findChildren<QAbstractButton*>())
+            if (button->isVisible() && !button->shortcut().isEmpty() && !button->objectName().contains(opensReport))
+                keys += button->shortcut().toString();
+        return keys;
+    });
+}
+
+// What is asked, shown and stored then, and stored once nothing is asked any more.
+QString afterChord(const QString& command, const QString& first, const QString& second, int gap)
+{
+    openChanged(command);
+    test::burst({first, second}, gap);
+    QStringList seen;
+    const auto see = [&seen] {
+        seen += ask([] {
+            const auto* label = inFront<QLabel>("lblRecordInfo");
+            const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            return box ? box->text().left(20) : (front() ? front()->objectName() : "") + (label ? label->text() : "");
+        });
+        seen += QString::number(qHash(QStringList(ask(contents).values())));
+    };
+    see();
+    while (seen.size() < 8 && ask([] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); })) {
+        test::awaitKeys();
+        test::strike(ask(questionIsUp) ? "n" : "Return");
+        test::settle();
+        see();
+    }
+    return seen.join(", ");
+}
+
 } // namespace
 
 class tst_walk : public QObject
@@ -288,6 +362,37 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(&frame));
     }
 
+    // Two access keys while Alt is held: however soon the second comes, all is as if the program had been waited for.
+    void chords_data()
+    {
+        QTest::addColumn<QString>("command");
+        for (const QString& command : Commands)
+            QTest::newRow(qPrintable(command)) << command;
+    }
+    void chords()
+    {
+        QFETCH(QString, command);
+        const PackFolder folder;
+        const QString fault = test::atTheScreen([&command] {
+            const QStringList keys = accessKeys(command);
+            const bool all = qEnvironmentVariableIsSet("ORLO_STEPS");
+            int pair = 0;
+            for (const QString& first : keys)
+                for (const QString& second : keys) {
+                    const QString waited = afterChord(command, first, second, 400);
+                    static constexpr int Gaps[] = {0, 30, 80, 150};
+                    for (const int gap : Gaps)
+                        if (const bool drawn = gap == Gaps[pair % 4]; all || drawn) {
+                            const QString got = afterChord(command, first, second, gap);
+                            expect(got == waited,
+                                   QString("%1 %2 %3: %4, not %5").arg(first, second).arg(gap).arg(got, waited));
+                        }
+                    ++pair;
+                }
+        });
+        QVERIFY2(fault.isEmpty(), qPrintable(fault));
+    }
+
     void walk_data()
     {
         QTest::addColumn<quint32>("seed");
@@ -299,11 +404,7 @@ private Q_SLOTS:
     void walk()
     {
         QFETCH(quint32, seed);
-        const test::AppFolder folder;
-        test::copyLayouts();
-        for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
-            QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
-        test::fill(Dozens);
+        const PackFolder folder;
         Walk walk{QRandomGenerator(seed), 0, false, {}};
         const QString fault = test::atTheScreen([&walk] {
             while (walk.steps < 100)
