@@ -12,6 +12,7 @@
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -54,6 +55,19 @@ const QWidget* focusTarget(const QWidget* pressed)
 bool isPress(const QEvent* event)
 {
     return event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+}
+
+bool isInput(const QEvent* event)
+{
+    return isPress(event) || event->type() == QEvent::KeyPress || event->type() == QEvent::Shortcut ||
+           event->type() == QEvent::Wheel;
+}
+
+// What comes on the heels of a question's answer still reaches its box, and would be another answer.
+bool isClosed(const QWidget& widget)
+{
+    const auto* dialog = qobject_cast<const QDialog*>(widget.window());
+    return (dialog && !dialog->isVisible()) || isInClosedForm(widget);
 }
 
 // Whether the check of a field that was left holds back what was pressed or typed.
@@ -154,8 +168,7 @@ void keepKeys(QWidget& modal)
 {
     for (const int delay : {50, 150, 400}) // milliseconds
         QTimer::singleShot(delay, &modal, [&modal] {
-            if (modal.isVisible() && !modal.isActiveWindow() && QApplication::activeModalWidget() == &modal &&
-                QGuiApplication::applicationState() == Qt::ApplicationActive)
+            if (QApplication::activeModalWidget() == &modal && isBehindModal(QApplication::activeWindow()))
                 modal.activateWindow();
         });
 }
@@ -189,6 +202,8 @@ bool Application::notify(QObject* receiver, QEvent* event)
             return true;
         noteAlt(receiver, event);
         if (event->type() == QEvent::Shortcut && (isBehindModal(receiver) || belongsElsewhere(receiver, event)))
+            return true;
+        if (isInput(event) && receiver->isWidgetType() && isClosed(*static_cast<QWidget*>(receiver)))
             return true;
         if (pressesAgain(receiver, event) || focusMustStay(receiver, event))
             return true;

@@ -329,6 +329,12 @@ bool Form::focusNextPrevChild(bool next)
     return !mayGoTo(this) || QWidget::focusNextPrevChild(next);
 }
 
+bool isInClosedForm(const QWidget& widget)
+{
+    const Form* form = formOf(&widget);
+    return form && form->m_unloading;
+}
+
 void pressOncePerDoubleClick(QPushButton& button)
 {
     struct Filter : QObject {

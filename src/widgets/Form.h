@@ -85,6 +85,7 @@ private:
     template <class F>
     friend class Instance;
     friend bool mayReach(const QWidget* target);
+    friend bool isInClosedForm(const QWidget& widget);
 
     struct LeaveCheck {
         QWidget* field;
@@ -105,6 +106,9 @@ private:
     QList<LeaveCheck> m_leaveChecks;
     QPointer<QWidget> m_unchecked; // the field with a check that was reached last, until the check lets go of it
 };
+
+/// Whether the widget stands in a form that is closed. Keys and presses that were on their way may still reach it.
+[[nodiscard]] bool isInClosedForm(const QWidget& widget);
 
 /// Lets a double click press the button once. For buttons whose second press would do again what can't be undone.
 void pressOncePerDoubleClick(QPushButton& button);

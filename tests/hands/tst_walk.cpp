@@ -304,8 +304,9 @@ void openChanged(const QString& command)
     QMetaObject::invokeMethod(qApp, [=] { frame().findChild<QAction*>(command)->trigger(); });
     test::settle();
     test::awaitKeys();
-    if (ask([] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()) && inFront("cmdSave"); }) ||
-        ask([] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()) && inFront("cmdNew"); }))
+    if (ask([] {
+            return qobject_cast<QLineEdit*>(QApplication::focusWidget()) && front()->findChild<QWidget*>("cmdSave");
+        }))
         test::strike("q");
 }
 
