@@ -8,6 +8,7 @@
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/Calendar.h"
@@ -225,6 +226,29 @@ mnuHelp|&Help
         QTRY_COMPARE(area.subWindowList().size(), 1);
         command.trigger();
         QVERIFY(test::control<QLineEdit>(*area.activeSubWindow(), "txtPackNum").text().isEmpty());
+    }
+
+    // A field of which a few pixels show is scrolled into sight once the press on it is let go.
+    void pressedFieldIsSeen()
+    {
+        test::AppFolder folder;
+        test::fill(test::Pack);
+        auto& frame = mdiPendrake::instance();
+        frame.show();
+        test::control<QAction>(frame, "mnuScouts").trigger();
+        auto* window = test::control<QMdiArea>(frame, "mdiArea").activeSubWindow();
+        auto* scroll = qobject_cast<QScrollArea*>(window->widget());
+        QTest::qWait(100); // it takes its place
+        window->resize(700, 300);
+        auto& field = test::control<QLineEdit>(*window, "txtYearsInScouts");
+        const QPoint corner = field.mapTo(scroll->widget(), QPoint());
+        scroll->verticalScrollBar()->setValue(corner.y() + 5 - scroll->viewport()->height());
+        scroll->horizontalScrollBar()->setValue(corner.x() - 50);
+        QCOMPARE(field.visibleRegion().boundingRect().height(), 5);
+        QTest::mouseClick(&field, Qt::LeftButton, {}, QPoint(5, 2));
+        QVERIFY(field.hasFocus());
+        QTRY_COMPARE(field.visibleRegion().boundingRect().height(), field.height());
+        window->close();
     }
 
     // The notice keeps its words; where the manual lies beside the program, a click on its link opens it.
