@@ -18,6 +18,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace orlo::widgets
 {
@@ -339,7 +340,13 @@ void pressOncePerDoubleClick(QPushButton& button)
 {
     struct Filter : QObject {
         using QObject::QObject;
-        bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::MouseButtonDblClick; }
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == QEvent::MouseButtonPress)
+                pressed = true;
+            return event->type() == QEvent::MouseButtonDblClick && std::exchange(pressed, false);
+        }
+        bool pressed = false;
     };
     button.installEventFilter(new Filter(&button));
 }

@@ -101,6 +101,14 @@ private Q_SLOTS:
                 window->close();
     }
 
+    void doubleClickOpensOneWindow()
+    {
+        const auto screen = Dialogs["dlgScoutList"]();
+        screen.view();
+        QTest::mouseDClick(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
+        QCOMPARE(std::ranges::count(QApplication::topLevelWidgets(), "previewWindow", &QWidget::objectName), 1);
+    }
+
     void menuOpensWaitingDialog()
     {
         auto& frame = mdiPendrake::instance();
