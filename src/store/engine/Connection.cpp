@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
+#include "store/engine/Database.h"
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
@@ -374,6 +375,10 @@ void Connection::raiseLast(int code, bool preparing)
         number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);
     throw RuntimeError(number, QStringLiteral("Database"), description);
+}
+
+Transaction::Transaction(const Database& database) : Transaction(*database.m_connection)
+{
 }
 
 Transaction::Transaction(Connection& connection) : m_connection(connection)

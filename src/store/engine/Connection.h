@@ -124,24 +124,6 @@ private:
     KnownRecords m_knownRecords{*this};
 };
 
-/// A transaction that is rolled back unless it is committed. Within another one it is a part of that. Every change of
-/// a file's rows is made in one.
-class Transaction
-{
-public:
-    explicit Transaction(Connection& connection);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    /// Raises what the file refuses; the changes are on the disk after it.
-    void commit();
-
-private:
-    Connection& m_connection;
-    bool m_outermost;
-    bool m_done = false;
-};
-
 /// A name as the file's SQL writes it: in double quotes.
 [[nodiscard]] QByteArray quoted(QStringView name);
 

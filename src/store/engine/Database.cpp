@@ -126,6 +126,16 @@ void Database::deferFlushing()
     m_connection->run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
 }
 
+bool Database::beginReading()
+{
+    return isOpen() && m_connection->beginReading();
+}
+
+void Database::endReading() noexcept
+{
+    m_connection->endReading();
+}
+
 bool Database::isOpen() const
 {
     return m_connection && m_connection->isOpen();

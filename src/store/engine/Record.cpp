@@ -90,7 +90,7 @@ void KnownRecords::note(bool removed, const char* table, qint64 number)
 void KnownRecords::settle()
 {
     forEach([this](KnownRecord& known) {
-        if (known.pending != KnownRecord::Change::Written || !known.record)
+        if (known.pending != KnownRecord::Change::Written || !known.record || known.record.isGone())
             return;
         try {
             known.written = read(known);

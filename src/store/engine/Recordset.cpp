@@ -215,8 +215,8 @@ void Recordset::go(qsizetype place)
         return;
     const qint64 number = hasRecord() ? m_numbers[static_cast<std::size_t>(place)] : 0;
     if (m_added && m_added->number == number)
-        m_known = m_added; // what was written is known before it's read
-    else if (m_known && m_known != m_added)
+        m_known = std::move(m_added); // what was written is known before it's read
+    else if (m_known)
         *m_known = {m_source, number}; // rather than a new one at each step of a walk
     else
         m_known = m_connection->knownRecords().add(m_source, number);
