@@ -345,6 +345,21 @@ quint32 Connection::version() const
     return version;
 }
 
+FileState Connection::state() const
+{
+    m_looked = std::chrono::steady_clock::now();
+    m_versionSeen = version();
+    return {m_ownChanges, m_versionSeen};
+}
+
+// A look takes about as long as a record.
+FileState Connection::recentState() const
+{
+    if (std::chrono::steady_clock::now() - m_looked > std::chrono::milliseconds(1))
+        return state();
+    return {m_ownChanges, m_versionSeen};
+}
+
 void Connection::execute(const Translated& action)
 {
     Transaction transaction(*this);

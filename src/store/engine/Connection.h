@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QSet>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -82,7 +83,9 @@ public:
     /// Tells of a change: what was read before it is read anew.
     void noteChange() { ++m_ownChanges; }
     /// The file's state as it is now, by a look at its head.
-    [[nodiscard]] FileState state() const { return {m_ownChanges, version()}; }
+    [[nodiscard]] FileState state() const;
+    /// The same for a walk over many records, where a look of a millisecond ago will do.
+    [[nodiscard]] FileState recentState() const;
     /// The state in which this connection's last transaction left it.
     [[nodiscard]] FileState stateLeft() const { return {m_ownChanges, m_knownRecords.version()}; }
     [[nodiscard]] KnownRecords& knownRecords() { return m_knownRecords; }
@@ -122,6 +125,8 @@ private:
     bool m_reading = false;
     quint64 m_ownChanges = 0;
     KnownRecords m_knownRecords{*this};
+    mutable quint32 m_versionSeen = 0; // by the last look
+    mutable std::chrono::steady_clock::time_point m_looked;
 };
 
 /// A name as the file's SQL writes it: in double quotes.

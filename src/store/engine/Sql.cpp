@@ -46,6 +46,7 @@ void SqlTranslator::select()
     m_result.fromStart = read.fromStart;
     m_result.tailStart = read.tailStart;
     m_result.orderStart = read.orderStart;
+    m_result.stars = read.stars;
     m_result.ordersByPlace = read.ordersByPlace;
 }
 
@@ -224,6 +225,7 @@ void SqlTranslator::readResults(Query& query, const KnownFields* targets)
             readResult(query, query.known ? targets : nullptr);
             continue;
         }
+        query.stars.append(m_out.sql.size());
         m_out.sql += u'*';
         for (const Source& source : m_scope->sources)
             if (!some || source.name.compare(named, Qt::CaseInsensitive) == 0) {

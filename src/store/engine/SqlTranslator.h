@@ -46,6 +46,7 @@ private:
         qsizetype fromStart = 0;
         qsizetype tailStart = 0;
         qsizetype orderStart = -1;
+        QList<qsizetype> stars;
         bool ordersByPlace = false;
     };
     struct FieldName {
