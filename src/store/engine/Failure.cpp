@@ -45,7 +45,7 @@ int statementNumber(const QString& words, bool preparing)
         return platform::UnknownTable;
     if (words.startsWith(QLatin1String("unsupported file format")))
         return platform::UnrecognisedFormat;
-    if (!preparing && words.startsWith(QLatin1String("integer overflow")))
+    if (!preparing && words.endsWith(QLatin1String(" overflow")))
         return platform::Overflow;
     return platform::SyntaxError;
 }

@@ -5,6 +5,8 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 
+#include <QRegularExpression>
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -25,6 +27,15 @@ bool beginsWithVerb(QStringView text)
         const QChar next = text.size() > verb.size() ? text[verb.size()] : u'_';
         return text.startsWith(verb, Qt::CaseInsensitive) && !next.isLetterOrNumber() && next != u'_';
     });
+}
+
+// Nor is what can't be one, or names what a statement is made of: it was meant to be a statement.
+bool isMeantAsStatement(QStringView text)
+{
+    static const QRegularExpression Telling(
+        QStringLiteral("^[(-]|^(parameters|transform)\\b|[ \\]](from|into|set|select)\\b"),
+        QRegularExpression::CaseInsensitiveOption);
+    return Telling.match(text.toString()).hasMatch();
 }
 
 QStringView withoutBrackets(QStringView name)
@@ -188,7 +199,8 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     auto source = std::make_shared<Source>();
     Translated translated;
     QStringView name = withoutBrackets(QStringView(text).trimmed());
-    const bool statement = beginsWithVerb(QStringView(text).trimmed());
+    const bool statement = beginsWithVerb(QStringView(text).trimmed()) ||
+                           (isMeantAsStatement(QStringView(text).trimmed()) && !connection.table(name));
     if (statement) {
         translated = *connection.translated(text);
         if (translated.kind != Translated::Kind::Select)
