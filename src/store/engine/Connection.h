@@ -35,9 +35,9 @@ struct TableInfo {
 class Connection
 {
 public:
-    enum class Mode { Open, Create };
+    enum class Mode { Open, Create, View };
 
-    /// Opens or makes the file and hardens the connection. Raises as DBEngine does.
+    /// Opens or makes the file, or opens it to read alone, and hardens the connection. Raises as DBEngine does.
     Connection(const QString& path, Mode mode);
     ~Connection();
     Connection(const Connection&) = delete;
@@ -104,10 +104,12 @@ private:
     void forget();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin, bool toKeep);
     bool noteMet(std::size_t hash);
+    bool isOfFile(const QByteArray& name);
     [[nodiscard]] quint32 version() const;
 
     QString m_path;
     QString m_file;
+    bool m_viewed;
     sqlite3* m_db = nullptr;
     Watch m_watch;
     // What was made of texts, for the next time that they come.

@@ -80,7 +80,8 @@ int failureNumber(int code, const QString& words, bool preparing)
     case SQLITE_IOERR:
         if (code == SQLITE_IOERR_LOCK || code == SQLITE_IOERR_RDLOCK)
             return platform::CannotLockFile;
-        return code == SQLITE_IOERR_SHORT_READ ? platform::DatabaseDamaged : platform::PathFileAccess;
+        return code == SQLITE_IOERR_SHORT_READ || code == SQLITE_IOERR_READ ? platform::DatabaseDamaged
+                                                                            : platform::PathFileAccess;
     default:
         return statementNumber(words, preparing);
     }

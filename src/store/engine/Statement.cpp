@@ -36,6 +36,12 @@ void Statement::bind(int parameter, const QByteArray& utf8)
                              SQLITE_TRANSIENT, SQLITE_UTF8));
 }
 
+void Statement::bindBytes(int parameter, const QByteArray& bytes)
+{
+    take(sqlite3_bind_blob64(m_prepared->handle, parameter, bytes.constData(),
+                             static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT));
+}
+
 void Statement::bind(int parameter, const Value& value)
 {
     if (const auto* truth = std::get_if<bool>(&value.data()))

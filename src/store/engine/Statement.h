@@ -32,6 +32,7 @@ public:
     void bind(int parameter, qint64 value);
     void bind(int parameter, const QByteArray& utf8);
     void bind(int parameter, const Value& value);
+    void bindBytes(int parameter, const QByteArray& bytes);
     /// Goes to the next row; false after the last one. Raises what the file refuses, and ResourceExceeded (3035) for a
     /// statement that runs on without end.
     bool step();
