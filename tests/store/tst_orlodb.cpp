@@ -2,11 +2,14 @@
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
+
+#include <optional>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -163,6 +166,57 @@ private Q_SLOTS:
         QVERIFY(refused.status == 1 && refused.errors.contains("is there already") && contents(again) == "mine");
     }
 
+    // Who only looks changes nothing, in the file nor beside it, and needs no right to.
+    void onlyLooks_data()
+    {
+        test::table({"case", "statement", "forbidden", "refused"}, R"(
+            a table like one of SQLite's own    | Create Table json_notes(a); Create Table Fts_Notes(a); Create Table pragma_x(a) | | no
+            a file with a log                   | Pragma journal_mode = wal |        | no
+            a file with a log in a folder       | Pragma journal_mode = wal | folder | no
+            a folder that can't be written to   |                           | folder | no
+            a file that can't be written to     |                           | file   | no
+            an unfinished change                | journal                   |        | yes
+            a log that others use               | wal                       |        | yes)");
+    }
+    void onlyLooks()
+    {
+        const auto [statement, forbidden, refused] = orlo::test::cells("statement", "forbidden", "refused");
+        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
+        if (statement == "journal" || statement == "wal")
+            orlo::test::write(out() + '-' + statement, QByteArray("\xd9\xd5\x05\xf9\x20\xa1\x63\xd7 and so on"));
+        else
+            sqlite(out(), statement.toUtf8());
+        const QByteArray before = contents(out());
+        const QStringList files = made();
+        const QTemporaryDir room;
+        QFile::setPermissions(room.path(), QFile::Permissions(0x7777));
+        Run checked;
+        Run exported;
+        {
+            std::optional<orlo::test::Forbidden> limit;
+            QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
+            if (!forbidden.isEmpty())
+                limit.emplace(out(), forbidden == "file" ? orlo::test::Forbidden::File : orlo::test::Forbidden::Folder);
+            checked = orloDb({"check", out()});
+            exported = orloDb({"export", out(), room.filePath("all")});
+        }
+        QCOMPARE(checked.errors.contains("A change of the file isn't done"), refused == "yes");
+        QVERIFY2(checked.status == (refused == "yes"), qPrintable(checked.said + checked.errors));
+        QVERIFY2(exported.status == (refused == "yes"), qPrintable(exported.errors));
+        QVERIFY(contents(out()) == before && made() == files);
+    }
+
+    // A table that nothing can be read of doesn't keep the others from being counted and exported.
+    void unreadableTable()
+    {
+        QCOMPARE(orloDb({"new", out()}).status, 0);
+        sqlite(out(), "Create Virtual Table fts_notes Using fts5(a)");
+        const Run checked = orloDb({"check", out()});
+        QVERIFY(checked.status == 1 && checked.errors.contains("fts_notes") && checked.said.contains("Scouts"));
+        const Run exported = orloDb({"export", out(), csv("all")});
+        QVERIFY(exported.status == 1 && exported.errors.contains("fts_notes") && QFile::exists(csv("all/Scouts.csv")));
+    }
+
     void damagedFileIsRepaired()
     {
         QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
@@ -175,6 +229,11 @@ private Q_SLOTS:
         const qsizetype rows = sound.said.indexOf(u'\n');
         QCOMPARE(orloDb({"check", out()}).said.sliced(rows), sound.said.sliced(rows));
         QCOMPARE(repaired.said.sliced(repaired.said.indexOf(u'\n')), sound.said.sliced(rows));
+        sqlite(out(), "Pragma ignore_check_constraints = On; Update Dens Set Den_Number = 'x' Where Den_SID = 1");
+        orlo::test::write(out(), orlo::test::withoutRootOf(out(), "Adults"));
+        const Run incomplete = orloDb({"repair", out()});
+        QCOMPARE(incomplete.status, 3);
+        QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
         for (const QStringList& wrong :
              {QStringList{}, {"check"}, {"check", out(), "--version", "1.0"}, {"mend", out()}})
             QCOMPARE(orloDb(wrong).status, 2);

@@ -95,6 +95,9 @@ private Q_SLOTS:
         QCOMPARE(refused(), int(platform::ZeroLengthNotAllowed));
         QVERIFY(rows.editing() && rows.recordCount() == 2);
         rows.setValue(u"Title", Value());
+        rows.setValue(u"Note", QString(100'000'001, u'x'));
+        QCOMPARE(refused(), int(platform::FieldTooSmall));
+        rows.setValue(u"Note", Value());
         rows.update();
         rows.moveLast();
         QCOMPARE(rows[u"Name"].toText(), "a");

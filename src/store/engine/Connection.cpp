@@ -229,8 +229,8 @@ bool Connection::isOfFile(const QByteArray& name)
 {
     if (name.isEmpty() || isEngineTable(name.constData()) || m_watch.ofFile.contains(name))
         return false;
-    auto found = statement("SELECT 1 FROM sqlite_master WHERE name = ?1 AND (type = 'view' OR type = 'table' AND sql "
-                           "NOT LIKE 'CREATE VIRTUAL%')");
+    auto found = statement("SELECT 1 FROM sqlite_master WHERE name = ?1 AND (type = 'view' OR type = 'table' AND "
+                           "substr(sql, 1, 14) <> 'CREATE VIRTUAL')");
     found.bind(1, name);
     return found.step();
 }

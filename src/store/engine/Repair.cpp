@@ -92,16 +92,29 @@ bool fits(const RawValue& value, const Field& field)
     return std::holds_alternative<RawText>(value);
 }
 
-// A record of a table may end before the fields that the table got later.
-bool fits(const RawRecord& record, const TableDef& table)
+// How many fields hold what the table has no place for; all of them in a record that has too many.
+qsizetype misfits(const RawRecord& record, const TableDef& table)
 {
     const auto& fields = table.fields();
     if (record.values.size() > fields.size())
-        return false;
+        return std::ssize(record.values);
+    qsizetype count = 0;
     for (std::size_t i = 0; i < record.values.size(); ++i)
-        if (!fits(record.values[i], fields[i]))
-            return false;
-    return true;
+        count += fits(record.values[i], fields[i]) ? 0 : 1;
+    return count;
+}
+
+// A record may end before the fields that its table got later.
+bool fits(const RawRecord& record, const TableDef& table)
+{
+    return record.values.size() <= table.fields().size() && misfits(record, table) == 0;
+}
+
+// A record of the table's shape in which somebody put odd values.
+bool mayBeOf(const RawRecord& record, const TableDef& table)
+{
+    return fits(record, table) || (record.values.size() == table.fields().size() &&
+                                   2 * misfits(record, table) <= std::ssize(record.values));
 }
 
 bool isCatalogueRow(const RawRecord& record)
@@ -160,7 +173,7 @@ private:
     void moveRows();
     [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
     void moveStrayRows();
-    void move(RawRecord record, const TableDef& table);
+    void move(const RawRecord& given, const TableDef& table);
     [[nodiscard]] bool insert(const RawRecord& record, const TableDef& table);
     void countMissing();
     void noteQuery(const RawRecord& record);
@@ -183,6 +196,7 @@ private:
     QHash<QString, qint64> m_counters; // by table, the highest number given out
     int m_moved = 0;
     QStringList m_missing;
+    QHash<QString, int> m_lost; // by table, the rows of it among these
 };
 
 std::vector<quint32> Salvage::leavesBelow(quint32 root)
@@ -298,7 +312,7 @@ void Salvage::moveRows()
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
             else if (queries)
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
-            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return fits(record, *table); }))
+            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, *table); }))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
             else
                 m_seen.remove(page);
@@ -348,9 +362,10 @@ void Salvage::moveStrayRows()
 
 // A row stays though fields of it don't fit: these are nothing then. Where it is refused all the same it is there
 // already, or stays in the damaged file.
-void Salvage::move(RawRecord record, const TableDef& table)
+void Salvage::move(const RawRecord& given, const TableDef& table)
 {
     const auto& fields = table.fields();
+    RawRecord record = given;
     const bool own = m_edition.findTable(table.name()) != nullptr;
     QStringList lost;
     record.values.resize(std::min(record.values.size(), fields.size()));
@@ -362,10 +377,12 @@ void Salvage::move(RawRecord record, const TableDef& table)
         if (!fits(record.values[i], fields[i]))
             drop(i);
     const QString where = QStringLiteral("%1, row %2").arg(table.name()).arg(record.key);
-    if (2 * lost.size() > std::ssize(record.values)) { // whatever that is, it's no row of this table
+    const auto lose = [&] {
         m_missing += where;
-        return;
-    }
+        ++m_lost[table.name()];
+    };
+    if (own && !mayBeOf(given, table))
+        return lose();
     while (true) {
         try {
             if (!insert(record, table))
@@ -380,10 +397,8 @@ void Salvage::move(RawRecord record, const TableDef& table)
             std::size_t i = 0;
             while (i < record.values.size() && !refused(i))
                 ++i;
-            if (i == record.values.size()) {
-                m_missing += where;
-                return;
-            }
+            if (i == record.values.size())
+                return lose();
             drop(i);
         }
     }
@@ -423,13 +438,13 @@ void Salvage::countMissing()
 {
     for (const TableDef& table : m_tables) {
         auto rows = m_made.statement("SELECT count(*) FROM " + quoted(table.name()));
-        const qint64 found = rows.step() ? rows.integer(0) : 0;
+        const qint64 known = (rows.step() ? rows.integer(0) : 0) + m_lost.value(table.name());
         qint64 had = 0;
         for (const CatalogueRow& object : m_catalogue)
             if (object.type == "index" && object.table == table.name())
                 had = std::max(had, m_pages.entries(object.root));
-        if (had > found)
-            m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - found).arg(had);
+        if (had > known)
+            m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - known).arg(had);
     }
     if (m_pages.unreadable() > 0)
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());
