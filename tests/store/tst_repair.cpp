@@ -143,11 +143,15 @@ private Q_SLOTS:
         const auto [before, root, leaf, told] = test::cells("before", "lost root", "lost leaf", "missing");
         const QString path = fresh();
         sqlite(path, "Pragma ignore_check_constraints = On; Insert Into Dens(Den_SID, Den_Number, Den_Name) "
-                     "Values(5, 7, 'Bears');" + before.toUtf8());
+                     "Values(5, 7, 'Bears');" +
+                         before.toUtf8());
         if (!root.isEmpty())
             write(path, test::withoutRootOf(path, root));
         const qsizetype page = sqlite(path, "Select pageno - 1 From dbstat Where name = 'Assigned_Awards_Scouts' And "
-                                            "pagetype = 'leaf' Limit 1 Offset 3").value(0).toInt() * PageSize;
+                                            "pagetype = 'leaf' Limit 1 Offset 3")
+                                   .value(0)
+                                   .toInt() *
+                               PageSize;
         if (leaf == "unreadable")
             test::failReads(page, page + PageSize);
         else if (!leaf.isEmpty())

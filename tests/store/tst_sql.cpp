@@ -83,7 +83,8 @@ private Q_SLOTS:
     void selects()
     {
         QFETCH(QString, condition);
-        const QString order = condition.contains("order", Qt::CaseInsensitive) || condition.contains(u';') ? "" : " Order by SID";
+        const QString order =
+            condition.contains("order", Qt::CaseInsensitive) || condition.contains(u';') ? "" : " Order by SID";
         Recordset rows = m_database->openRecordset("Select * From People " + condition + order);
         QVERIFY(rows.updatable());
         QTEST(texts(rows, u"sid"), "sids");

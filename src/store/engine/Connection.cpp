@@ -2,7 +2,6 @@
 
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
-#include "store/engine/Database.h"
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
@@ -139,10 +138,11 @@ void Connection::checkFile() const
     if (!file.open(QIODevice::ReadOnly))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
     if (m_viewed && isHalfDone(m_file))
-        raiseUnusable(platform::CannotLockFile,
-                      QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
-                                     "with it, or close that one"),
-                      m_file);
+        raiseUnusable(
+            platform::CannotLockFile,
+            QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
+                           "with it, or close that one"),
+            m_file);
     if (!m_viewed && !platform::isWritable(m_file))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
     // A journal must have its place beside the file.
@@ -384,7 +384,8 @@ quint32 Connection::version() const
         return qFromBigEndian<quint32>(head.data() + CounterAt - FormatAt);
     sqlite3_stmt* asked = nullptr;
     sqlite3_prepare_v2(m_db, "PRAGMA data_version", -1, &asked, nullptr);
-    const quint32 version = sqlite3_step(asked) == SQLITE_ROW ? static_cast<quint32>(sqlite3_column_int64(asked, 0)) : 0;
+    const quint32 version =
+        sqlite3_step(asked) == SQLITE_ROW ? static_cast<quint32>(sqlite3_column_int64(asked, 0)) : 0;
     sqlite3_finalize(asked);
     return version;
 }
@@ -434,42 +435,6 @@ void Connection::raiseLast(int code, bool preparing)
         number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);
     throw RuntimeError(number, QStringLiteral("Database"), description);
-}
-
-Transaction::Transaction(const Database& database) : Transaction(*database.m_connection)
-{
-}
-
-Transaction::Transaction(Connection& connection) : m_connection(connection)
-{
-    m_connection.ensureOpen();
-    m_connection.readyToWrite();
-    m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
-    if (!m_outermost)
-        return;
-    m_connection.run("BEGIN IMMEDIATE");
-    m_connection.knownRecords().begin();
-}
-
-Transaction::~Transaction()
-{
-    if (m_done || !m_connection.isOpen())
-        return;
-    if (m_outermost) {
-        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-        m_connection.knownRecords().drop();
-    }
-    m_connection.noteChange();
-}
-
-void Transaction::commit()
-{
-    m_connection.knownRecords().settle();
-    if (m_outermost)
-        m_connection.run("COMMIT");
-    m_done = true;
-    m_connection.noteChange();
-    m_connection.knownRecords().accept();
 }
 
 QByteArray quoted(QStringView name)

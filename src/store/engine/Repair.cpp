@@ -8,6 +8,7 @@
 #include "store/engine/Edition.h"
 #include "store/engine/Journal.h"
 #include "store/engine/PageFile.h"
+#include "store/engine/RecordFit.h"
 #include "store/engine/Source.h"
 #include "store/engine/TableSql.h"
 
@@ -65,56 +66,6 @@ void bind(Statement& statement, int parameter, const RawValue& value)
         statement.bind(parameter, text->bytes);
     else if (const auto* bytes = std::get_if<QByteArray>(&value))
         statement.bindBytes(parameter, *bytes);
-}
-
-QByteArray textOf(const RawValue& value)
-{
-    const auto* text = std::get_if<RawText>(&value);
-    return text ? text->bytes : QByteArray();
-}
-
-bool fits(const RawValue& value, const Field& field)
-{
-    if (std::holds_alternative<std::monostate>(value))
-        return true;
-    switch (field.type) {
-    case FieldType::Boolean:
-    case FieldType::Integer:
-    case FieldType::Long:
-        return std::holds_alternative<qint64>(value) && !field.autoIncrement;
-    case FieldType::Double: // a whole number is kept as one
-        return std::holds_alternative<double>(value) || std::holds_alternative<qint64>(value);
-    case FieldType::Date:
-    case FieldType::Text:
-    case FieldType::Memo:
-        break;
-    }
-    return std::holds_alternative<RawText>(value);
-}
-
-// How many fields hold what the table has no place for; all of them in a record that has too many.
-qsizetype misfits(const RawRecord& record, const TableDef& table)
-{
-    const auto& fields = table.fields();
-    if (record.values.size() > fields.size())
-        return std::ssize(record.values);
-    qsizetype count = 0;
-    for (std::size_t i = 0; i < record.values.size(); ++i)
-        count += fits(record.values[i], fields[i]) ? 0 : 1;
-    return count;
-}
-
-// A record may end before the fields that its table got later.
-bool fits(const RawRecord& record, const TableDef& table)
-{
-    return record.values.size() <= table.fields().size() && misfits(record, table) == 0;
-}
-
-// A record of the table's shape in which somebody put odd values.
-bool mayBeOf(const RawRecord& record, const TableDef& table)
-{
-    return fits(record, table) || (record.values.size() == table.fields().size() &&
-                                   2 * misfits(record, table) <= std::ssize(record.values));
 }
 
 bool isCatalogueRow(const RawRecord& record)
@@ -237,7 +188,8 @@ void Salvage::readCatalogue()
                 m_seen.insert(page);
                 const auto* root = std::get_if<qint64>(&record.values[3]);
                 m_catalogue.push_back({textOf(record.values[0]), QString::fromUtf8(textOf(record.values[1])),
-                                       QString::fromUtf8(textOf(record.values[2])), root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
+                                       QString::fromUtf8(textOf(record.values[2])),
+                                       root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
             }
 }
 
