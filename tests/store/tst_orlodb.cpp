@@ -51,31 +51,7 @@ private Q_SLOTS:
 
     void badInput_data()
     {
-        test::table({"content", "file", "error"}, R"(
-            Scout_SID\n1\n                          | Scout      | this version has no table
-                                                    | Dens       | 1:1: the file has no header line
-            Den_SID,Den_Nr\n                        | Dens       | 1:9: Dens has no field "Den_Nr"
-            Den_SID,den_sid\n                       | Dens       | 1:9: Den_SID stands twice
-            Den_SID,Den_Name\n1,a\nx,b\n            | Dens       | 3:1: Den_SID: "x" is no number
-            Den_SID\n32768\n                        | Dens       | 2:1: Den_SID: 32768 is out of range
-            Scout_SID,Birth_Date\n1,2/30/2016\n     | Scouts     | 2:3: Birth_Date: "2/30/2016" is no date
-            Scout_SID,Boys_Life\r\n1,perhaps\r\n    | Scouts     | 2:3: Boys_Life: "perhaps" is neither True nor False
-            MI,Scout_SID\nÄ,1\nÄÄ,2\n               | Scouts     | 3:1: MI: 2 characters, at most 1 fit
-            City,Scout_SID\n"Zü",x\n                | Scouts     | 2:6: Scout_SID
-            Note,Scout_SID\n"a\nb",1\nc,1\n         | Scouts     | 4:3: Scout_SID: the key "1" is there already
-            Note,Scout_SID\n"a\nbcd",x\n            | Scouts     | 3:6: Scout_SID: "x" is no number
-            Den_Title\nHelfer Öl\nhelfer öl\n       | Den_Titles | 3:1: Den_Title: the key
-            Scout_SID,City\n,Bern\n                 | Scouts     | 2:1: Scout_SID: the key can't be left out
-            City\nBern\n                            | Scouts     | 2:1: Scout_SID: the key can't be left out
-            Sort_Order,Den_Title\n1,""\n            | Den_Titles | 2:3: Den_Title: the text can't be empty
-            Den_SID,Active\n1,Y\n2\n                | Dens       | 3:1: 1 values in the row, the header names 2
-            Den_SID,Active\n1,Y,Z\n                 | Dens       | 2:5: 3 values in the row, the header names 2
-            Den_SID,Active\n1,"Y\n2,Y\n             | Dens       | 2:3: a quote that is never closed
-            Den_SID,Active\n1,"Y"es\n               | Dens       | 2:6: text after a closing quote
-            Den_SID,Den_Name\n1,a"b\n               | Dens       | 2:4: a quote inside
-            Den_SID,Den_Name\r1,a\r                 | Dens       | 1:17: a carriage return
-            Den_SID,Den_Name\n1,M\xFCller\n         | Dens       | 2:3: text that isn't UTF-8
-            Den_SID,Den_Name\n1,a\0b\n              | Dens       | 2:3: a zero byte)");
+        test::tableOf({"content", "file", "error"}, "store/orlodb/badInput.txt");
     }
     void badInput()
     {
@@ -169,14 +145,7 @@ private Q_SLOTS:
     // Who only looks changes nothing, in the file nor beside it, and needs no right to.
     void onlyLooks_data()
     {
-        test::table({"case", "statement", "forbidden", "refused"}, R"(
-            a table like one of SQLite's own    | Create Table json_notes(a); Create Table Fts_Notes(a); Create Table pragma_x(a) | | no
-            a file with a log                   | Pragma journal_mode = wal |        | no
-            a file with a log in a folder       | Pragma journal_mode = wal | folder | no
-            a folder that can't be written to   |                           | folder | no
-            a file that can't be written to     |                           | file   | no
-            an unfinished change                | journal                   |        | yes
-            a log that others use               | wal                       |        | yes)");
+        test::tableOf({"case", "statement", "forbidden", "refused"}, "store/orlodb/onlyLooks.txt");
     }
     void onlyLooks()
     {

@@ -131,12 +131,7 @@ private Q_SLOTS:
     // What doesn't come back is told, and what comes back without a field that no table takes.
     void missing_data()
     {
-        test::table({"case", "before", "lost root", "lost leaf", "missing", "left"}, R"(
-            an odd value | Update Dens Set Den_Number = 'x' Where Den_SID = 5 | Adults |  | Dens, row 1, field Den_Number | 5.Null.Bears
-            a value out of range | Update Dens Set Den_SID = 5, Year_Started = 'y', Den_Name = 'Bears of a name that is longer than forty' | Adults |  | Dens, row 1, field Year_Started; Dens, row 1, field Den_Name | 5.7.0.Null
-            a key that nothing can be | Update Dens Set Den_SID = 'five' | Adults |  | Dens, row 1 |
-            a page of zeros | | | Assigned_Awards_Scouts | Assigned_Awards_Scouts, * of 5990 rows | 5.7.0.Bears
-            a page that the disk doesn't give | | | unreadable | Assigned_Awards_Scouts, * of 5990 rows; 1 pages that can't be read from the disk | 5.7.0.Bears)");
+        test::tableOf({"case", "before", "lost root", "lost leaf", "missing", "left"}, "store/missing.txt");
     }
     void missing()
     {
