@@ -1,7 +1,7 @@
 #pragma once
 
 #include "shell/forms/RecordField.h"
-#include "store/engine/RecordsetVariable.h"
+#include "shell/forms/RecordsetVariable.h"
 #include "widgets/Form.h"
 
 #include <cstdint>
@@ -38,7 +38,7 @@ private:
 
     std::unique_ptr<Ui::frmPackInformation> ui;
     // The enabled state of cmdSave is the changed flag.
-    store::RecordsetVariable rsPack;
+    RecordsetVariable rsPack;
     RecordField m_number;
     RecordField m_name;
     std::int16_t mPackCount = 0;

@@ -2,7 +2,6 @@
 // and change rows: the file's tables, texts of queries and journal stay as they are. The same bytes also choose an
 // expression, written with as few brackets as the dialect's precedence allows, whose value is reckoned here as well.
 #include "platform/RuntimeError.h"
-#include "store/engine/BulkLoad.h"
 #include "store/engine/Text.h"
 #include "store/schema/Schema.h"
 
@@ -168,7 +167,7 @@ private:
             const Value b = dateOf(right);
             if (!a.isNull() && !b.isNull())
                 order = a.toDate() < b.toDate() ? -1 : a.toDate() == b.toDate() ? 0 : 1;
-        } else if (either(Kind::Text)) {
+        } else if (left.kind == right.kind && either(Kind::Text)) {
             if (const Value a = textOf(left), b = textOf(right); !a.isNull() && !b.isNull())
                 order = store::compareText(a.toText(), b.toText());
         } else if (const Number a = numberOf(left), b = numberOf(right); a && b)
@@ -212,7 +211,7 @@ public:
         });
         // Rolled back, so that inputs neither add up nor wait for the disk.
         attempt([&] {
-            store::BulkLoad dropped(m_database);
+            const store::Transaction dropped(m_database);
             m_database.execute(statement);
         });
         if (m_database.tableNames().size() != 13 || m_database.queryNames().size() != 6)
@@ -221,7 +220,14 @@ public:
 
     void reckon(const Expressions::Node& node)
     {
-        const Value value = m_database.openRecordset("Select " + node.text + " As X From Scouts").value(0);
+        Value value;
+        try {
+            value = m_database.openRecordset("Select " + node.text + " As X From Scouts").value(0);
+        } catch (const platform::RuntimeError& error) {
+            if (error.description().contains(" is n")) // no number, neither yes nor no
+                return;
+            throw;
+        }
         const auto shown = [](const Value& one) { return one.isNull() ? QString("Null") : one.toText(); };
         const bool same = value.isNumber() && node.value.isNumber() ? value.toDouble() == node.value.toDouble()
                                                                     : shown(value) == shown(node.value);

@@ -1,7 +1,13 @@
 #include "shell/forms/PeopleFilter.h"
+#include "shell/forms/Reading.h"
 #include "shell/forms/RecordWalk.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <sqlite3.h>
 
 using namespace orlo;
 
@@ -14,16 +20,7 @@ private Q_SLOTS:
     // and which ways settling or, of a walking form, the place told last: "-" none, "+" one, "=" as it was.
     void steps_data()
     {
-        test::table({"case", "records", "steps", "place", "record", "settled", "ways"}, R"(
-            begins at the first               | 3 | F s     | 1 | 1    | -+ | -+
-            goes on                           | 3 | F N s   | 2 | 2    | ++ | ++
-            to the last                       | 3 | L s     | 3 | 3    | +- | +-
-            over the last                     | 3 | L N s   | 3 | 3    | =- | +-
-            before the first                  | 3 | F P s   | 1 | 1    | -= | -+
-            goes to a place                   | 3 | 2 s     | 2 | 2    | ++ | ++
-            back from the last                | 3 | L P P s | 1 | 1    | -+ | -+
-            the only one                      | 1 | F s     | 1 | 1    | -- | +-
-            none                              | 0 | s       | 0 | none | -- | --)");
+        test::tableOf({"case", "records", "steps", "place", "record", "settled", "ways"}, "shell/steps.txt");
     }
     void steps()
     {
@@ -52,18 +49,40 @@ private Q_SLOTS:
         QTEST(told(walk.ways()), "ways");
     }
 
+    // What is read together holds others back from writing, but no longer than until a write or a wait.
+    void reading_data()
+    {
+        test::table({"ended by", "writes"}, R"(
+            nothing | no
+            write | yes
+            wait | yes)");
+    }
+    void reading()
+    {
+        const test::AppFolder folder;
+        test::fill("Insert Into Dens (Den_SID) Values (1)");
+        const Reading reading(database());
+        store::Recordset dens = database().openRecordset("Dens");
+        (void)dens[u"Den_SID"];
+        std::make_unique<Reading>(database()).reset(); // one within it
+        if (test::cell("ended by") == "write")
+            database().execute("Update Dens Set Active = 'Y'");
+        QEventLoop loop;
+        QTimer::singleShot(50, &loop, &QEventLoop::quit);
+        if (test::cell("ended by") == "wait")
+            loop.exec();
+        sqlite3* other = nullptr;
+        sqlite3_open(QFile::encodeName(database().name()).constData(), &other);
+        const int code =
+            sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE Dens SET Active = 'N'", nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
+    }
+
     // What a find adds " and " to is left with it where neither view nor den follow.
     void criteria_data()
     {
-        test::table({"case", "start", "view", "den", "criteria"}, R"(
-            the view                |              | 0 |         | Where  Active = 'Y'
-            another view            |              | 1 |         | Where  Active = 'N'
-            everybody               |              | 2 |         |
-            a den of the view       |              | 0 | Den = 3 | Where  Active = 'Y'  And Den = 3
-            a den of everybody      |              | 2 | Den = 3 | Where Den = 3
-            a find in the view      | Where N = 1  | 1 |         | Where N = 1 and  Active = 'N'
-            a find in a den         | Where N = 1  | 0 | Den = 3 | Where N = 1 and  Active = 'Y'  And Den = 3
-            a find among everybody  | Where N = 1  | 2 |         | Where N = 1 and)");
+        test::tableOf({"case", "start", "view", "den", "criteria"}, "shell/criteria.txt");
     }
     void criteria()
     {

@@ -93,6 +93,12 @@ public:
     /// program's end at any moment still loses nothing, but a power failure may leave a damaged file: for one that has
     /// a copy on the disk.
     void deferFlushing();
+    /// From here to endReading() all is read as of one state of the file, which is looked at once and not for each
+    /// statement. False where that is so already, as in a transaction, and on a closed database. Raises 3050 for a file
+    /// that can't be locked, which nobody can write to meanwhile.
+    [[nodiscard]] bool beginReading();
+    /// Nothing without a reading: a change ends it, too.
+    void endReading() noexcept;
     [[nodiscard]] bool isOpen() const;
     /// The path that it was opened by.
     [[nodiscard]] QString name() const;
@@ -111,8 +117,34 @@ public:
 
 private:
     friend class BulkLoad;
-    friend class Reading;
+    friend class Transaction;
     std::shared_ptr<Connection> m_connection;
+};
+
+/// A transaction that is rolled back unless it is committed. Within another one it is a part of that. Every change of
+/// a file's rows is made in one.
+class Transaction
+{
+public:
+    /// Raises 3420 on a closed database, 3050 where another program is writing.
+    explicit Transaction(const Database& database);
+    explicit Transaction(Connection& connection);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    /// Raises what the file refuses; the changes are on the disk after it.
+    void commit();
+
+private:
+    Connection& m_connection;
+    bool m_outermost;
+    bool m_done = false;
+};
+
+/// What a repair has done.
+struct Repaired {
+    QString damaged;     ///< the path of the damaged file, which stays beside the new one; empty for a sound one
+    QStringList missing; ///< what the new file doesn't have, a line for each row, field or page, as far as it is known
 };
 
 /// The engine's own operations on files.
@@ -123,16 +155,17 @@ namespace DBEngine
 /// written. Triggers that are neither the engine's own nor those of the editions are dropped.
 [[nodiscard]] Database openDatabase(const QString& path);
 [[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
-/// The same for somebody who only looks: nothing in the file changes.
+/// The same for somebody who only looks: nothing in the file changes, nor beside it. Raises 3050 where a change of the
+/// file isn't done.
 [[nodiscard]] Database viewDatabase(const QString& path);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
 /// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does.
 [[nodiscard]] QStringList checkDatabase(const QString& path);
 /// Checks a closed file and rebuilds a damaged one, which is of one of the editions, from every row that can still be
-/// read. Returns the path of the damaged file, which stays beside it, or nothing for a sound one. Raises 3024 for a
-/// missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be written.
-QString repairDatabase(const QString& path, const Editions& editions);
+/// read. Raises 3024 for a missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be
+/// written.
+Repaired repairDatabase(const QString& path, const Editions& editions);
 } // namespace DBEngine
 
 } // namespace orlo::store

@@ -1,6 +1,7 @@
 #include "store/engine/Sql.h"
 
 #include "store/engine/SqlTranslator.h"
+#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -30,7 +31,7 @@ Translated SqlTranslator::run()
     else if (take(Symbol::Delete))
         remove();
     else
-        raiseSyntax(QStringLiteral("(Select, Insert, Update or Delete expected.)"));
+        raiseSyntax(QStringLiteral("(Near \"%1\": Select, Insert, Update or Delete expected.)").arg(token().text));
     expect(Symbol::End);
     m_result.sql = std::move(m_out.sql);
     return std::move(m_result);
@@ -46,6 +47,7 @@ void SqlTranslator::select()
     m_result.fromStart = read.fromStart;
     m_result.tailStart = read.tailStart;
     m_result.orderStart = read.orderStart;
+    m_result.stars = read.stars;
     m_result.ordersByPlace = read.ordersByPlace;
 }
 
@@ -65,6 +67,8 @@ void SqlTranslator::insert()
             const QStringView field = name();
             m_out.name(field);
             const KnownField* found = find({}, field);
+            if (!found)
+                refuseRowNumber(field);
             targets.push_back(found ? *found : KnownField());
         } while (take(Symbol::Comma));
         expect(Symbol::Close);
@@ -138,6 +142,7 @@ SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targe
     Query read = simpleQuery(targets);
     while (take(Symbol::Union))
         readUnion(read, targets);
+    scope.fields.clear();
     if (take(Symbol::Order))
         readOrder(read);
     return read;
@@ -168,12 +173,15 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         m_out.sql += QLatin1String(" DISTINCT");
     else
         take(Symbol::All);
+    if (atName() && sameName(token().text, u"top") && at(Symbol::Number, 1))
+        refuse();
     // What the results mean is known once the sources are, which come after them.
     const qsizetype results = std::exchange(m_at, placeOfFrom());
     const qsizetype from = m_at;
     const qsizetype written = m_out.sql.size();
     if (take(Symbol::From))
         sources();
+    m_scope->fields.clear();
     const QString sourcesSql = m_out.sql.sliced(written);
     m_out.sql.truncate(written);
     const qsizetype after = std::exchange(m_at, results);
@@ -184,10 +192,16 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     query.fromStart = m_out.sql.size();
     m_out.sql += sourcesSql;
     query.tailStart = m_out.sql.size();
+    const qsizetype fields = m_scope->fields.size();
     where();
-    const bool grouped = group();
+    m_scope->fields.resize(fields); // a condition on single rows
+    const bool grouped = group(query);
+    query.grouped = grouped || m_scope->sums;
+    if (query.grouped && !query.stars.isEmpty())
+        raiseSyntax(QStringLiteral("(\"*\" beside sums or groups.)"));
+    requireGrouped(query);
     const auto& all = m_scope->sources;
-    if (all.size() == 1 && !distinct && !grouped && !m_scope->sums) {
+    if (all.size() == 1 && !distinct && !query.grouped) {
         query.source = all[0].table;
         query.alias = all[0].name.data() == all[0].table.data() ? QStringView() : all[0].name;
     }
@@ -224,6 +238,7 @@ void SqlTranslator::readResults(Query& query, const KnownFields* targets)
             readResult(query, query.known ? targets : nullptr);
             continue;
         }
+        query.stars.append(m_out.sql.size());
         m_out.sql += u'*';
         for (const Source& source : m_scope->sources)
             if (!some || source.name.compare(named, Qt::CaseInsensitive) == 0) {
@@ -239,7 +254,9 @@ void SqlTranslator::readResults(Query& query, const KnownFields* targets)
 void SqlTranslator::readResult(Query& query, const KnownFields* targets)
 {
     const qsizetype place = query.fields.size();
+    const qsizetype start = m_at;
     Expression value = expression();
+    query.places.append({start, m_at});
     if (targets && place < targets->size())
         m_out.give(value, targets->at(place));
     const bool isField = value.form == Expression::Form::Field;
@@ -334,47 +351,6 @@ void SqlTranslator::where()
         return;
     m_out.sql += QLatin1String(" WHERE ");
     condition();
-}
-
-// True for whatever makes one row of several.
-bool SqlTranslator::group()
-{
-    const qsizetype written = m_out.sql.size();
-    if (take(Symbol::Group)) {
-        expect(Symbol::By);
-        QLatin1String before(" GROUP BY ");
-        do {
-            m_out.sql += before;
-            before = QLatin1String(", ");
-            Expression value = expression();
-            m_out.order(value);
-        } while (take(Symbol::Comma));
-    }
-    if (take(Symbol::Having)) {
-        m_out.sql += QLatin1String(" HAVING ");
-        condition();
-    }
-    return m_out.sql.size() > written;
-}
-
-void SqlTranslator::readOrder(Query& query)
-{
-    expect(Symbol::By);
-    query.orderStart = m_out.sql.size();
-    m_scope->results = &query.fields;
-    QLatin1String before(" ORDER BY ");
-    do {
-        m_out.sql += before;
-        before = QLatin1String(", ");
-        query.ordersByPlace = query.ordersByPlace || at(Symbol::Number);
-        Expression value = expression();
-        m_out.order(value);
-        if (take(Symbol::Desc))
-            m_out.sql += QLatin1String(" DESC");
-        else
-            take(Symbol::Asc);
-    } while (take(Symbol::Comma));
-    m_scope->results = nullptr;
 }
 
 Translated translate(const QString& statement, const SourceOf& sourceOf)
