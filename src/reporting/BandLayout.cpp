@@ -14,6 +14,12 @@ constexpr int PartsOfLimit = 8; // a row above the height limit is cut into part
 
 } // namespace
 
+void keepRows(std::span<Strip> strips, bool withNext)
+{
+    for (Strip& strip : strips)
+        strip.keepWithNext = &strip == &strips.back() ? withNext : !strip.goesOn;
+}
+
 void moveItem(Item& item, QPointF by)
 {
     std::visit(
@@ -43,8 +49,7 @@ std::vector<Strip> BandLayout::strips(const Band& band, const RowScope& scope, d
     if (band.condition.isEmpty() || band.condition.holds(scope))
         for (const Row& row : band.rows)
             layOutRow(row, scope, left, strips);
-    for (std::size_t i = 0; i + 1 < strips.size(); ++i)
-        strips[i].keepWithNext = true;
+    keepRows(strips, false);
     return strips;
 }
 
@@ -124,6 +129,7 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
             }
             bottom = std::max(bottom, textTop + block.height);
         }
+        strip.goesOn = more;
         strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
         addDecoration(row, left, strip.height, top, !more, strip);
         for (const Cell& cell : cells)

@@ -75,6 +75,7 @@ struct Document {
     QString author;
     QString subject;
     QSizeF paper{612, 792};   ///< points; US Letter
+    bool exactSize = false;   ///< printed at its size on any sheet, as labels want it
     std::vector<QFont> fonts; ///< sizes in points
     std::vector<Page> pages;
     std::vector<OutlineEntry> outline;

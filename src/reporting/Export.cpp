@@ -1,7 +1,7 @@
 #include "reporting/Export.h"
 
+#include "platform/WriteAll.h"
 #include "reporting/PdfFile.h"
-#include "reporting/ReportError.h"
 
 #include <QSaveFile>
 
@@ -75,10 +75,11 @@ QString csvText(const Document& document)
 void writeCsv(const Document& document, const QString& path)
 {
     QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        platform::raiseUnwritable(path, file.errorString());
     // The mark at the start tells spreadsheet programs that the text is UTF-8.
-    if (!file.open(QIODevice::WriteOnly) || file.write("\xEF\xBB\xBF" + csvText(document).toUtf8()) < 0 ||
-        !file.commit())
-        raiseUnwritable(path, file);
+    platform::writeAll(file, "\xEF\xBB\xBF" + csvText(document).toUtf8());
+    platform::commitAll(file);
 }
 
 } // namespace orlo::reports

@@ -80,20 +80,15 @@ private:
                 continue;
             if (m_flow.strips.size() > before && m_flow.strips.back().items.empty())
                 m_flow.strips.pop_back();
-            glue(afterSubreport, m_flow.strips.size(), isLinked(*inner)); // a list of its own may begin a page
+            keepRows(stripsFrom(afterSubreport), isLinked(*inner)); // a list of its own may begin a page
             if (row.condition.isEmpty() || row.condition.holds(m_scope))
                 subreport(*inner);
             afterSubreport = m_flow.strips.size();
         }
-        glue(afterSubreport, m_flow.strips.size(), keepWithNext);
+        keepRows(stripsFrom(afterSubreport), keepWithNext);
     }
 
-    /// Keeps strips on one page, and the last of them with what follows if wanted.
-    void glue(std::size_t first, std::size_t last, bool withNext)
-    {
-        for (std::size_t i = first; i < last; ++i)
-            m_flow.strips[i].keepWithNext = i + 1 < last || withNext;
-    }
+    [[nodiscard]] std::span<Strip> stripsFrom(std::size_t first) { return std::span(m_flow.strips).subspan(first); }
 
     /// A footer never stands alone at the top of a page.
     void keepWithPrevious(const Band& footer)

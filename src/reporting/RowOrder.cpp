@@ -72,11 +72,11 @@ public:
     {
         try {
             sortRows();
+            if (!m_definition.unique.isEmpty())
+                dropRepeated(); // before the groups are ordered by sums: a row that goes counts nowhere
             const auto& groups = m_definition.groups;
             if (std::any_of(groups.begin(), groups.end(), [](const Group& group) { return ordersItself(group); }))
                 orderGroups();
-            if (!m_definition.unique.isEmpty())
-                dropRepeated();
         } catch (const ReportError& error) {
             throw error.atRecord(m_scope.row + 1);
         }
@@ -195,6 +195,7 @@ private:
             }
         }
         take(kept);
+        m_scope.range = m_scope.whole = {0, kept.size()};
     }
 
     BoundReport& m_report;

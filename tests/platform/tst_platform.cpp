@@ -1,5 +1,6 @@
 #include "platform/Conversion.h"
 #include "platform/FileSystem.h"
+#include "platform/WriteAll.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -117,6 +118,34 @@ private Q_SLOTS:
         system.deleteFile(copy, false);
         QVERIFY(!system.fileExists(copy));
         QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
+    }
+
+    /// All or a failure with the device's own words, however little it takes at a time.
+    void writesAll_data() { test::table({"takes", "ends"}, "7 |\n1 |\n7 | 50\n7 | 0\n0 |"); }
+    void writesAll()
+    {
+        struct Slow : QIODevice {
+            QByteArray taken;
+            qint64 atOnce = test::cell("takes").toInt();
+            qint64 room = test::cell("ends").isEmpty() ? 1000 : test::cell("ends").toInt();
+            qint64 readData(char*, qint64) override { return -1; }
+            qint64 writeData(const char* bytes, qint64 count) override
+            {
+                if (taken.size() == room) {
+                    setErrorString("no room");
+                    return -1;
+                }
+                taken.append(bytes, std::min({count, atOnce, room - taken.size()}));
+                return std::min(count, atOnce);
+            }
+        } device;
+        device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        const QByteArray bytes(100, 'x');
+        const auto error = test::failureOf([&] { return (writeAll(device, bytes), 0); });
+        const bool fits = device.room > 100 && device.atOnce > 0;
+        QCOMPARE(error ? error->number() : 0, fits ? 0 : int(PathFileAccess));
+        QCOMPARE(device.taken.size(), fits ? 100 : device.atOnce > 0 ? device.room : 0);
+        QVERIFY(fits || device.atOnce == 0 || error->description().endsWith("no room"));
     }
 };
 

@@ -71,6 +71,7 @@ private Q_SLOTS:
         row("group above a page is cut", "hTTd", "0@0 1@10 | 2@0 3@70", {{0, 4}});
         row("outer can't, inner can", "hTdhdd", "0@0 1@10 2@80 | 3@0 4@10 5@20", {{0, 6}, {3, 6}});
         row("heading repeated", "hTdddd", "0@0 1@10 2@80 3@90 | [0] 4@10 5@20", {}, {{1, 6, 10}});
+        row("heading whose rows are over", "hTddbd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 4, 10}});
         row("outer heading first", "hhTdd", "0@0 1@10 2@20 3@90 | [0] [1] 4@30", {}, {{1, 5, 10}, {2, 5, 20}});
         row("headings leave room", "hTdddd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 6, 60}});
         row("kept group counts the heading", "hTdTdd", "0@0 1@10 2@80 | [0] 3@20 4@90 | [0] 5@20", {{3, 6}},

@@ -402,6 +402,24 @@ private Q_SLOTS:
         QVERIFY2(told->text.count(QDir::toNativeSeparators(folder.path())) == 2, qPrintable(told->text));
     }
 
+    /// What takes the preview away takes its dialogs along.
+    void goesUnderItsDialogs()
+    {
+        const QTemporaryDir folder; // stands where the file is to go
+        for (const char* action : {"actPrint", "actSavePdf", "actSaveCsv", ""}) {
+            const OpenPreview preview;
+            const auto goes = [&](QDialog&) { delete preview.window; };
+            if (qstrcmp(action, "actPrint") == 0 && QSysInfo::kernelType() == "winnt")
+                continue; // the dialog is the system's own
+            whenDialogIsUp<QDialog>(goes);
+            if (*action)
+                preview.child<QAction>(action)->trigger();
+            else
+                QVERIFY(!preview.window->saveCsv(folder.path()));
+            QVERIFY(!preview.window && !QApplication::activeModalWidget());
+        }
+    }
+
     void printsByTheDialog()
     {
         if (QSysInfo::kernelType() == "winnt")

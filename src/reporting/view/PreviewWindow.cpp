@@ -4,6 +4,7 @@
 #include "platform/RuntimeError.h"
 #include "reporting/Export.h"
 #include "reporting/view/FindBar.h"
+#include "reporting/view/Guarded.h"
 #include "reporting/view/NoticeBar.h"
 #include "reporting/view/PageBox.h"
 #include "reporting/view/PageList.h"
@@ -355,14 +356,14 @@ void PreviewWindow::print()
     if (!printer)
         printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
     preparePrinter(*printer, *m_document);
-    QPrintDialog dialog(printer.get(), this);
-    dialog.setObjectName(QStringLiteral("printDialog"));
-    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
-                      QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies |
-                      QAbstractPrintDialog::PrintShowPageSize);
-    dialog.setMinMax(1, m_view->pageCount());
-    dialog.setFromTo(1, m_view->pageCount());
-    if (dialog.exec() != QDialog::Accepted)
+    const Guarded<QPrintDialog> dialog(printer.get(), this);
+    dialog->setObjectName(QStringLiteral("printDialog"));
+    dialog->setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
+                       QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies |
+                       QAbstractPrintDialog::PrintShowPageSize);
+    dialog->setMinMax(1, m_view->pageCount());
+    dialog->setFromTo(1, m_view->pageCount());
+    if (!dialog.isAccepted())
         return;
 
     int from = 1;
@@ -373,45 +374,55 @@ void PreviewWindow::print()
     } else if (printer->printRange() == QPrinter::CurrentPage) {
         from = to = m_view->currentPage() + 1;
     }
+    const QPointer<PreviewWindow> self(this);
     try {
         RunProgress progress(tr("Printing the report…"));
         const std::shared_ptr<const Document> document = m_document;
         printDocument(*printer, *document, from, to, std::ref(progress));
     } catch (const platform::RuntimeError& error) {
-        QMessageBox::warning(this, windowTitle(), error.description());
+        if (self)
+            warn(error.description());
     }
 }
 
 // Asks for a file to save to; the dialog adds the suffix and asks before an existing file is replaced.
 QString PreviewWindow::askFile(const QString& caption, const QString& filter, const QString& suffix)
 {
-    QFileDialog dialog(this, caption, saveFolder(), filter);
-    dialog.setObjectName(QStringLiteral("saveDialog"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setDefaultSuffix(suffix);
+    const Guarded<QFileDialog> dialog(this, caption, saveFolder(), filter);
+    dialog->setObjectName(QStringLiteral("saveDialog"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setDefaultSuffix(suffix);
     const QString date = platform::today().toString(Qt::ISODate);
-    dialog.selectFile(QStringLiteral("%1 %2.%3").arg(fileNameOf(m_document->title), date, suffix));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    dialog->selectFile(QStringLiteral("%1 %2.%3").arg(fileNameOf(m_document->title), date, suffix));
+    if (!dialog.isAccepted() || dialog->selectedFiles().isEmpty())
         return {};
-    QString path = dialog.selectedFiles().constFirst();
+    QString path = dialog->selectedFiles().constFirst();
     saveFolder() = QFileInfo(path).absolutePath();
     return path;
 }
 
 bool PreviewWindow::save(const QString& path, const std::function<bool()>& write)
 {
+    const QPointer<PreviewWindow> self(this);
     try {
         if (!write())
             return false;
-        m_notice->tell(tr("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
+        if (self)
+            m_notice->tell(tr("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
         return true;
     } catch (const platform::RuntimeError& error) {
-        QMessageBox::warning(
-            this, windowTitle(),
-            tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
+        if (self)
+            warn(tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
         return false;
     }
+}
+
+void PreviewWindow::warn(const QString& text)
+{
+    const Guarded<QMessageBox> box(QMessageBox::Warning, windowTitle(), text, QMessageBox::Ok, this);
+    box->setTextFormat(Qt::PlainText);
+    static_cast<void>(box.isAccepted());
 }
 
 } // namespace orlo::reports

@@ -71,6 +71,7 @@ private:
     void print();
     [[nodiscard]] QString askFile(const QString& caption, const QString& filter, const QString& suffix);
     bool save(const QString& path, const std::function<bool()>& write);
+    void warn(const QString& text);
 
     std::shared_ptr<const Document> m_document;
     PageView* m_view;
