@@ -3,6 +3,7 @@
 #include "platform/WriteAll.h"
 #include "reporting/PdfFile.h"
 
+#include <QRegularExpression>
 #include <QSaveFile>
 
 namespace orlo::reports
@@ -14,9 +15,13 @@ namespace
 /// How far a PDF file has come when its pages are drawn, in percent.
 constexpr int PagesDrawn = 90;
 
-/// A spreadsheet takes a text that begins so for a formula. A sign before a number is none: telephone numbers have it.
+/// A spreadsheet takes a text that begins so for a formula. A sign before a number and nothing else is none: telephone
+/// numbers have it.
 bool readsAsFormula(const QString& text)
 {
+    static const QRegularExpression signedNumber(QStringLiteral("^[+-][0-9][0-9 ,.]*%?$"));
+    if (text.startsWith(u'+') || text.startsWith(u'-'))
+        return !signedNumber.match(text).hasMatch();
     return text.startsWith(u'=') || text.startsWith(u'@') || text.startsWith(u'\t') || text.startsWith(u'\r');
 }
 

@@ -27,6 +27,13 @@ bool beginsWithVerb(QStringView text)
     });
 }
 
+// A text of so many words that nothing is named by is a statement whose verb is misspelt.
+bool readsAsStatement(Connection& connection, const QString& text, QStringView name)
+{
+    constexpr int FewestWords = 4;
+    return QStringView(text).split(u' ', Qt::SkipEmptyParts).size() >= FewestWords && !connection.table(name);
+}
+
 QStringView withoutBrackets(QStringView name)
 {
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
@@ -171,7 +178,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     auto source = std::make_shared<Source>();
     Translated translated;
     QStringView name = withoutBrackets(QStringView(text).trimmed());
-    const bool statement = beginsWithVerb(QStringView(text).trimmed());
+    const bool statement = beginsWithVerb(QStringView(text).trimmed()) || readsAsStatement(connection, text, name);
     if (statement) {
         translated = *connection.translated(text);
         if (translated.kind != Translated::Kind::Select)

@@ -14,7 +14,7 @@ constexpr qsizetype MaxCharacters = 500'000; // of a statement: stored queries m
 } // namespace
 
 SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
-    : m_sourceOf(sourceOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
+    : m_statement(statement), m_sourceOf(sourceOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
 {
     m_out.sql.reserve(statement.size() * 3 / 2);
 }
@@ -30,7 +30,7 @@ Translated SqlTranslator::run()
     else if (take(Symbol::Delete))
         remove();
     else
-        raiseSyntax(QStringLiteral("(Select, Insert, Update or Delete expected.)"));
+        raise(QStringLiteral("(Select, Insert, Update or Delete expected.)"), token().text);
     expect(Symbol::End);
     m_result.sql = std::move(m_out.sql);
     return std::move(m_result);
@@ -304,7 +304,7 @@ void SqlTranslator::source()
         else
             m_out.name(source.table);
         if (m_out.sql.size() > MaxCharacters)
-            raiseSyntax(QStringLiteral("(Too many stored queries within each other.)"));
+            raise(QStringLiteral("(Too many stored queries within each other.)"), source.table);
     } else {
         m_out.sql += u'(';
         const bool joined = !at(Symbol::Select);

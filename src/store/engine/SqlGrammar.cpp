@@ -184,7 +184,7 @@ Expression SqlTranslator::date(QStringView content)
 {
     const auto date = platform::readDate(content);
     if (!date)
-        raiseSyntax(QStringLiteral("(\"%1\" is no date.)").arg(content));
+        raise(QStringLiteral("(\"%1\" is no date.)").arg(content), content);
     return literal(Kind::Date, QString(u'\'' % QLatin1String(isoText(*date)) % u'\''));
 }
 
@@ -322,7 +322,7 @@ Expression SqlTranslator::function()
     if (sameName(called, u"isnull") && given.size() == 1)
         return m_out.nullTest(given[0], true);
     if (!ours || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
-        raiseSyntax(QStringLiteral("(There is no function \"%1\" of so many values.)").arg(called));
+        raise(QStringLiteral("(There is no function \"%1\" of so many values.)").arg(called), called);
     m_out.sql += u')';
     return m_out.written(start, known->result);
 }
@@ -364,8 +364,15 @@ QStringView SqlTranslator::name()
 
 void SqlTranslator::refuse() const
 {
-    raiseSyntax(at(Symbol::End) ? QStringLiteral("(The statement breaks off.)")
-                                : QStringLiteral("(Near \"%1\".)").arg(token().text));
+    raise(at(Symbol::End) ? QStringLiteral("(The statement breaks off.)")
+                          : QStringLiteral("(Near \"%1\".)").arg(token().text),
+          token().text);
+}
+
+void SqlTranslator::raise(const QString& detail, QStringView at) const
+{
+    const QStringView whole = m_statement.trimmed();
+    throw SqlError(detail, m_statement, at.isNull() ? whole.utf16() + whole.size() : at.utf16());
 }
 
 } // namespace orlo::store

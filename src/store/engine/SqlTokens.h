@@ -81,11 +81,8 @@ struct Token {
 
 using Tokens = QVarLengthArray<Token, 96>;
 
-/// Cuts a statement into tokens, with End as the last. Raises 3075 for an unclosed text, date or name and for whatever
+/// Cuts a statement into tokens, with End as the last. Raises SqlError for an unclosed text, date or name and for whatever
 /// follows a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
-
-/// Raises 3075 with a detail.
-[[noreturn]] void raiseSyntax(const QString& detail);
 
 } // namespace orlo::store
