@@ -21,8 +21,10 @@ public:
 
 private:
     void readRow(std::vector<Row>& rows);
+    void readColumns(Band& band);
     void readLine(Row& row, const QString& word);
     Element readElement(const QString& word);
+    void readColor(Element& element);
     void readText(Element& element);
     QString wantedFile();
     void readPicture(Element& element);

@@ -77,6 +77,8 @@ private:
     [[nodiscard]] std::vector<Block> blocks(const Row& row, const RowScope& scope, double left) const;
     [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;
     void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
+    [[nodiscard]] bool fitsAnyWord(const Cell& cell, const QString& text) const;
+    void addMark(const Cell& cell, double base, Strip& strip) const;
     void addText(const Cell& cell, qsizetype count, double y, Strip& strip) const;
 
     const Definition& m_definition;
@@ -96,6 +98,7 @@ struct LayoutJob {
     const RunFacts& facts;
     Typesetter& typesetter;
     double textWidth;   ///< points
+    double bodyHeight;  ///< points, of a page
     double heightLimit; ///< points; a row higher than that is cut
     PartProgress progress;
     FlowWatch watch;

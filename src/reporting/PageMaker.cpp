@@ -34,8 +34,7 @@ RowRange rowsOn(const Flow& flow, const PageContent& content)
         const Strip& strip = flow.strips[placed.strip];
         if (!strip.beginsRecord)
             continue;
-        if (rows.last == 0)
-            rows.first = strip.row;
+        rows.first = rows.last == 0 ? strip.row : std::min(rows.first, strip.row);
         rows.last = std::max(strip.row, strip.lastRow) + 1;
     }
     return rows;

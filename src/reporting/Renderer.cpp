@@ -131,6 +131,7 @@ public:
         m_document.author = displayText(m_report.definition.author.evaluate(firstRow));
         m_document.subject = displayText(m_report.definition.subject.evaluate(firstRow));
         m_document.paper = m_report.definition.paper;
+        m_document.exactSize = m_report.definition.detail.height > 0;
         m_document.files = definition.files;
         m_document.warnings =
             definition.warnings + layoutWarnings(m_report.definition, {m_pages.textWidth(), m_pages.bodyHeight()},
@@ -148,6 +149,8 @@ public:
         Flow flow = laidOut(PartProgress(progress, DataRead, LaidOut), watch);
         PagePlan plan = planned(flow);
         m_document.pages = m_pages.make(flow, plan, PartProgress(progress, LaidOut, PagesMade));
+        m_document.warnings << m_typesetter.warnings(nameOf(m_request.reportFile));
+        m_document.warnings.removeDuplicates();
         fillExport(m_report, m_facts, m_document, PartProgress(progress, PagesMade, 100));
         return std::move(m_document);
     }
@@ -155,8 +158,8 @@ public:
 private:
     Flow laidOut(const PartProgress& progress, const FlowWatch& watch)
     {
-        return layOut(m_report, {m_facts, m_typesetter, m_pages.textWidth(), m_pages.bodyHeight() * MaxShareOfRow,
-                                 progress, watch});
+        return layOut(m_report, {m_facts, m_typesetter, m_pages.textWidth(), m_pages.bodyHeight(),
+                                 m_pages.bodyHeight() * MaxShareOfRow, progress, watch});
     }
 
     PagePlan planned(const Flow& flow)
