@@ -25,10 +25,13 @@ bool hasSummary(const SortKey& key)
     return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
 }
 
-/// The store's order of texts is worked out once for each, not in each comparison.
+/// The store's order of texts is worked out once for each, not in each comparison. An empty text is nothing, here as for
+/// the groups.
 Value sortable(const Value& value)
 {
-    return value.isText() ? Value(store::sortKey(value.toText())) : value;
+    if (!value.isText())
+        return value;
+    return value.toText().isEmpty() ? Value() : Value(store::sortKey(value.toText()));
 }
 
 /// Null comes first, as it does in the store's own order.

@@ -294,6 +294,46 @@ private Q_SLOTS:
                     QVERIFY(QRectF(QPointF(), document.paper).contains(one->box));
     }
 
+    /// The ten fill any paper's width, without a warning.
+    void fitsAnyPaper_data() { test::table({"width", "height"}, "612 | 792\n595 | 842\n792 | 612"); }
+    void fitsAnyPaper()
+    {
+        const QDir folder(ORLO_SOURCE_DIR "/src/reports/files");
+        for (const QString& file : folder.entryList({"*.rpt"})) {
+            Definition definition = readDefinitionFile(folder.filePath(file));
+            definition.paper = {test::cell("width").toDouble(), test::cell("height").toDouble()};
+            const Document document = *render(definition, request(file), std::bind_front(&tst_reports::open, this));
+            QVERIFY2(document.warnings.isEmpty(), qPrintable(file + document.warnings.join('\n')));
+            double right = 0;
+            for (const Item& item : document.pages[0].items)
+                if (const auto* text = std::get_if<TextItem>(&item))
+                    right = std::max(right, text->box.right());
+            QVERIFY2(qAbs(definition.paper.width() - definition.margins.right() - right) < 1, qPrintable(file));
+        }
+    }
+
+    /// Nothing and an empty text are one name, and blanks before it none; what leads no den that there is, is left out.
+    void ordersPeople()
+    {
+        const auto names = [&](const QString& report) {
+            const Document document = runText(report);
+            QString all;
+            for (const QStringList& line : document.rows)
+                all += line[document.columns.indexOf("First Name")] + u' ';
+            return all;
+        };
+        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (91, 'B', '', 'Y')");
+        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (92, 'C', ' M', 'Y')");
+        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Active) Values (93, 'A', 'Y')");
+        m_full->execute("Insert Into Leader_Den_Assignments (Adult_SID, Den_SID) Values (1, 91)");
+        const QString scouts = names("ScoutPhoneList.rpt");
+        const QString adults = names("AdultPhoneList1.rpt");
+        m_full->execute("Delete From Scouts Where Scout_SID > 90");
+        m_full->execute("Delete From Leader_Den_Assignments Where Den_SID = 91");
+        QCOMPARE(scouts, "A B Zoë Kim C Pat ");
+        QCOMPARE(adults, "Ann Ann Carl ");
+    }
+
     /// A row that is cut anyway begins where there is room, and what rules it off stands below its last line.
     void fillsPagesWithALongRow()
     {

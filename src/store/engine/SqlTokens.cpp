@@ -130,7 +130,10 @@ bool isBlank(char16_t c)
 class Tokenizer
 {
 public:
-    explicit Tokenizer(const QString& statement) : m_statement(statement), m_at(m_statement.utf16()) {}
+    explicit Tokenizer(const QString& statement)
+        : m_at(reinterpret_cast<const char16_t*>(statement.utf16())), m_statement(m_at, statement.size())
+    {
+    }
 
     Token next()
     {
@@ -216,8 +219,8 @@ private:
         return {symbol, {start, m_at++}};
     }
 
-    QStringView m_statement;
     const char16_t* m_at;
+    QStringView m_statement;
 };
 
 } // namespace
