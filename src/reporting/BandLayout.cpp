@@ -109,6 +109,7 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         strip.items.reserve(cells.size() + 2);
         const double textTop = (top ? row.above : 0) + row.ruleAbove;
         double bottom = textTop;
+        int empty = 0;
         for (Cell& cell : cells) {
             const double lineHeight = m_typesetter.lineHeight(cell.font);
             const double y = textTop + (top ? ascent - m_typesetter.ascent(cell.font) : 0);
@@ -125,9 +126,12 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
                 bottom = std::max(bottom, box.bottom());
             }
             if (count > 0) {
+                const std::size_t at = strip.items.size();
                 addText(cell, count, y, strip);
+                std::get<TextItem>(strip.items[at]).emptyBefore = std::exchange(empty, 0);
                 bottom = std::max(bottom, y + double(count) * lineHeight);
             }
+            empty += int(cell.element->kind == Element::Kind::Text && cell.lines.isEmpty());
             cell.done += count;
             more = more || cell.done < cell.lines.size();
         }
@@ -249,7 +253,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
         for (const QString& line : part)
             width = std::max(width, m_typesetter.width(cell.font, line));
         strip.items.push_back(TextItem{QRectF(cell.left, y, width, lineHeight * double(count)),
-                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, color});
+                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, color, 0});
         return;
     }
     // Lines that don't begin at one place are items of their own, so that no renderer has to measure.
@@ -259,7 +263,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
         const double free = std::max(cell.width - width, 0.0);
         const double x = cell.left + (cell.element->alignment == Qt::AlignRight ? free : free / 2);
         strip.items.push_back(
-            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, color});
+            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, color, 0});
     }
 }
 

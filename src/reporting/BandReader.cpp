@@ -25,6 +25,15 @@ QColor shade(int percent)
 
 } // namespace
 
+QString fileOfReport(const QString& folder, const QString& name)
+{
+    QString path = QDir(folder).filePath(name);
+    if (QFileInfo(folder).fileName() == QLatin1String("examples") && !QFileInfo::exists(path))
+        if (QString above = QFileInfo(folder).dir().filePath(name); QFileInfo::exists(above))
+            return above;
+    return path;
+}
+
 void BandReader::read(Band& band)
 {
     if (m_lines.accept("columns")) {
@@ -227,7 +236,7 @@ void BandReader::readText(Element& element)
 /// A file of the report's folder. It is noted even where it isn't there: the report is another one once it is.
 QString BandReader::wantedFile()
 {
-    QString path = QDir(m_folder).filePath(m_lines.fileName());
+    QString path = fileOfReport(m_folder, m_lines.fileName());
     if (!m_definition.files.contains(path))
         m_definition.files << path;
     return path;

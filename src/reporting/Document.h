@@ -22,6 +22,7 @@ struct TextItem {
     QString text;
     int font = 0; ///< place in Document::fonts
     QColor color = Qt::black;
+    int emptyBefore = 0; ///< cells of its row that stand before it and have no text
 };
 
 /// A straight line.

@@ -262,7 +262,7 @@ private Q_SLOTS:
     void marksAndCopiesText()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
-        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"}, TextItem{{200, 72, 60, 12}, "Ann Ito"},
+        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"}, TextItem{{200, 72, 60, 12}, "Ann Ito", 0, Qt::black, 1},
                                TextItem{{72, 100, 60, 24}, "a long\nname"}}};
         const OpenPreview preview(document);
         PageView& view = preview.window->view();
@@ -286,7 +286,7 @@ private Q_SLOTS:
         };
         QCOMPARE(copied(), "nothing");
         drag(at(73, 78), at(131, 122)); // to the end of the third text
-        QCOMPARE(copied(), "Bear Den\tAnn Ito\na long name");
+        QCOMPARE(copied(), "Bear Den\t\tAnn Ito\na long name");
         QVERIFY(preview.pixel({74, 72.5}, 0) != QColor(Qt::white).rgb());
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at(75, 78));
         QCOMPARE(copied(), "Bear");

@@ -2,6 +2,7 @@
 #include "reporting/Definition.h"
 #include "reporting/Export.h"
 #include "reporting/ReportError.h"
+#include "reporting/view/PageText.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
@@ -332,6 +333,14 @@ private Q_SLOTS:
         m_full->execute("Delete From Leader_Den_Assignments Where Den_SID = 91");
         QCOMPARE(scouts, "A B Zoë Kim C Pat ");
         QCOMPARE(adults, "Ann Ann Carl ");
+    }
+
+    void copiesEmptyCells()
+    {
+        const Document document = runText("source {\nSelect 1 As A\n}\ndetail {\nrow {\ntext 0 1in = \"a\"\n"
+                                          "text 1in 1in = \"\"\ntext 2in 1in right = \"b\"\n}\nrow {\ntext 0 1in = {A} & \"\"[1]\n"
+                                          "text 1in 1in = \"c\"\n}\nrow {\ntext 0 1in = \"\"\ntext 1in 1in = \"d\"\n}\n}\n");
+        QCOMPARE(PageText(document, 0).text(), "a\t\tb\n1\tc\n\td");
     }
 
     /// A row that is cut anyway begins where there is room, and what rules it off stands below its last line.
