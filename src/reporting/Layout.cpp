@@ -276,11 +276,17 @@ private:
                 appendLine();
                 m_flow.strips.back().height = detail.height;
                 m_flow.strips.back().breakBefore = line == 0 && sheet > 0;
+                std::size_t firstRow = SIZE_MAX;
                 for (std::size_t column = 0; column < columns; ++column) {
-                    const std::size_t label = sheet + (detail.down ? column * linesOfSheet + line : line * columns + column);
-                    if (label >= skipped && label < sheet + onSheet)
-                        appendLabel(rows.first + label - skipped, int(column));
+                    const std::size_t label =
+                        sheet + (detail.down ? column * linesOfSheet + line : line * columns + column);
+                    if (label < skipped || label >= sheet + onSheet)
+                        continue;
+                    firstRow = std::min(firstRow, rows.first + label - skipped);
+                    appendLabel(rows.first + label - skipped, int(column));
                 }
+                m_flow.strips.back().row = firstRow == SIZE_MAX ? rows.first : firstRow;
+                m_flow.strips.back().beginsRecord = m_isMain && firstRow != SIZE_MAX;
             }
         }
     }
@@ -291,7 +297,6 @@ private:
         std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
         Strip& line = m_flow.strips.back();
         const std::size_t before = line.items.size();
-        line.row = line.lastRow == 0 ? row : std::min(line.row, row);
         place(std::move(strips), column, line);
         const std::size_t whole = line.items.size();
         cutItems(line.items, before, m_definition.detail.height);

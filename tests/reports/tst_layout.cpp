@@ -104,6 +104,7 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
+        QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern")).first().endsWith('.'));
         // Characters that join are narrower than they are apart.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
@@ -141,7 +142,7 @@ private Q_SLOTS:
     void printsOnOtherPaper_data()
     {
         // of the green box, as shares of the paper's width
-        test::table({"paper", "left", "width"}, "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558");
+        test::table({"paper", "left", "width"}, "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558");
     }
     void printsOnOtherPaper()
     {
@@ -152,6 +153,7 @@ private Q_SLOTS:
         const std::unique_ptr<QPrinter> printer = defaultPrinter();
         Document document;
         document.pages = {{{BoxItem{{72, 700, 468, 20}, 0, Qt::black, Qt::darkGreen}}}};
+        document.exactSize = paper.endsWith("labels");
         preparePrinter(*printer, document);
         printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
         QVERIFY(printDocument(*printer, document));

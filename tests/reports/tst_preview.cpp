@@ -186,6 +186,20 @@ private Q_SLOTS:
         view.setZoom(3);
         QVERIFY(qAbs(middle() - before) < 0.002);
 
+        box->setFocus();
+        QTest::keyClicks(box->lineEdit(), "7"); // it isn't entered
+        preview.key(Qt::Key_Escape);
+        QCOMPARE(box->currentText(), "300%");
+        preview.window->resize(640, 600); // a zoom set by hand stays
+        QCOMPARE(view.zoom(), 3.0);
+        view.setFit(PageView::Fit::Page);
+        const QPointF at = view.viewport()->rect().center();
+        QWheelEvent wheel(at, view.viewport()->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.viewport(), &wheel);
+        const double zoom = view.zoom();
+        preview.window->resize(600, 500);
+        QCOMPARE(view.zoom(), zoom);
+
         type("Fit Width");
         const auto fits = [&] { return qAbs(view.viewport()->width() - view.pageBox(0).width() - 33) <= 1; };
         QVERIFY(fits());
@@ -206,6 +220,12 @@ private Q_SLOTS:
         QVERIFY(text->hasFocus());
         QTest::keyClicks(text, "row");
         QCOMPARE(state->text(), "7 of 10");
+        const std::vector<TextSpan> spans = findText(preview.window->document(), "row");
+        const auto colorOf = [&](std::size_t hit) {
+            const QRectF box = PageText(preview.window->document(), 3).boxes(spans[hit].from, spans[hit].to).at(0);
+            return preview.pixel(box.topLeft() + QPointF(0.5, 1.5), 3);
+        };
+        QVERIFY(colorOf(6) != colorOf(7)); // the current one has a colour of its own
         for (int i = 0; i < 4; ++i)
             preview.key(Qt::Key_Return);
         QCOMPARE(state->text(), "1 of 10");
@@ -303,6 +323,21 @@ private Q_SLOTS:
         QCOMPARE(view.verticalScrollBar()->value(), 0);
         preview.key(Qt::Key_A, Qt::ControlModifier);
         QVERIFY(copied().startsWith("Bear Den\t") && copied().endsWith("first row and another ROW"));
+    }
+
+    void copiesAddresses()
+    {
+        auto document = std::make_shared<Document>(*sampleDocument());
+        for (const auto& [page, text] : {std::pair(0, "Ann: ann@x.org or paul@fern-hollow.org"), {2, "b.long@fern.\nhollow.org"}, {4, "ANN@x.org"}})
+            document->pages[std::size_t(page)].items.push_back(TextItem{{72, 200, 300, 24}, text});
+        const OpenPreview preview(document);
+        preview.child<QAction>("actCopyAddresses")->trigger();
+        QCOMPARE(QGuiApplication::clipboard()->text(), "ann@x.org; paul@fern-hollow.org; b.long@fern.hollow.org");
+        QCOMPARE(preview.child<QLabel>("lblNotice")->text(), "3 e-mail addresses are on the clipboard.");
+        preview.window->setDocument(sampleDocument());
+        preview.child<QAction>("actCopyAddresses")->trigger();
+        QVERIFY(preview.child<QLabel>("lblNotice")->text().startsWith("There are no e-mail addresses"));
+        QVERIFY(!preview.child<QAction>("actRefresh")->isEnabled());
     }
 
     void goesToATypedPage_data() { test::table({"typed", "page"}, "4 | 4\n99 | 5\n12345678901234 | 5\n0 | 2"); }
