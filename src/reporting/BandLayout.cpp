@@ -13,7 +13,7 @@ constexpr double HairlineWidth = 0.3; // points
 constexpr float HairlineGray = 0.65F;
 constexpr double ShareOfAscent = 0.86; // of a capital letter
 constexpr int FewLetters = 4;          // a line of an address that is broken for want of room has more
-constexpr int PartsOfLimit = 8; // a row above the height limit is cut into parts of that share of it
+constexpr int PartsOfLimit = 8;        // a row above the height limit is cut into parts of that share of it
 
 /// True for what stands beside texts as high as they are, or as it says.
 bool isMark(const Element& element)
@@ -204,9 +204,8 @@ BandLayout::Cell BandLayout::cell(const Element& element, const RowScope& scope,
 bool BandLayout::fitsAnyWord(const Cell& cell, const QString& text) const
 {
     const QStringList words = text.simplified().split(u' ');
-    return std::any_of(words.begin(), words.end(), [&](const QString& word) {
-        return m_typesetter.width(cell.font, word) <= cell.width;
-    });
+    return std::any_of(words.begin(), words.end(),
+                       [&](const QString& word) { return m_typesetter.width(cell.font, word) <= cell.width; });
 }
 
 /// What stands on the line on which the texts of a row stand.

@@ -13,8 +13,8 @@ namespace
 
 constexpr int MaxColumns = 12;
 constexpr int MaxSkipped = 999;
-constexpr double MinLabel = 9;    // points
-constexpr double HairRule = 0.5; // points
+constexpr double MinLabel = 9;               // points
+constexpr double HairRule = 0.5;             // points
 constexpr qint64 MaxPictureSize = 4'000'000; // bytes
 
 QColor shade(int percent)

@@ -12,7 +12,7 @@ namespace
 
 constexpr std::size_t RowsBetweenProgress = 200;
 constexpr std::size_t StripsBetweenLooks = 200;
-constexpr double MinColumn = 36;       // points
+constexpr double MinColumn = 36;        // points
 constexpr double LabelTolerance = 0.05; // points
 
 class ReportLayout
@@ -265,7 +265,8 @@ private:
     {
         const Band& detail = m_definition.detail;
         const auto columns = std::size_t(detail.columns);
-        const auto linesOfSheet = std::max(std::size_t((m_job.bodyHeight + LabelTolerance) / detail.height), std::size_t(1));
+        const auto linesOfSheet =
+            std::max(std::size_t((m_job.bodyHeight + LabelTolerance) / detail.height), std::size_t(1));
         const std::size_t ofSheet = linesOfSheet * columns;
         const std::size_t skipped = std::exchange(m_skipped, 0);
         const std::size_t end = skipped + rows.size();

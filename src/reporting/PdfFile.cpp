@@ -106,8 +106,8 @@ void PdfFile::commit(const PartProgress& progress)
 {
     m_painter.reset();
     m_writer.reset();
-    finishPdf(m_drawn->finished(), [this](QByteArrayView bytes) { platform::writeAll(m_file, bytes); }, m_extras,
-              progress);
+    finishPdf(
+        m_drawn->finished(), [this](QByteArrayView bytes) { platform::writeAll(m_file, bytes); }, m_extras, progress);
     platform::commitAll(m_file);
 }
 

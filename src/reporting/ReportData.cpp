@@ -51,9 +51,9 @@ Place placeInQuery(const Source& source, const QString& statement, const platfor
         QString bare = source.query;
         for (const QRegularExpressionMatch& quote : quotes.globalMatch(source.query))
             bare.replace(quote.capturedStart(), quote.capturedLength(), QString(quote.capturedLength(), u' '));
-        at = bare.indexOf(QRegularExpression(
-            QStringLiteral("(?<!\\w)%1(?!\\w)").arg(QRegularExpression::escape(named.captured(1))),
-            QRegularExpression::CaseInsensitiveOption));
+        at = bare.indexOf(
+            QRegularExpression(QStringLiteral("(?<!\\w)%1(?!\\w)").arg(QRegularExpression::escape(named.captured(1))),
+                               QRegularExpression::CaseInsensitiveOption));
     }
     if (at < 0 || at > source.query.size())
         return source.place;

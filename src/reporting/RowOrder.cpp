@@ -25,8 +25,8 @@ bool hasSummary(const SortKey& key)
     return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
 }
 
-/// The store's order of texts is worked out once for each, not in each comparison. An empty text is nothing, here as for
-/// the groups.
+/// The store's order of texts is worked out once for each, not in each comparison. An empty text is nothing, here as
+/// for the groups.
 Value sortable(const Value& value)
 {
     if (!value.isText())

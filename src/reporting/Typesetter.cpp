@@ -153,7 +153,8 @@ void Typesetter::lookForGlyphs(const Face& face, QStringView text) const
         return;
     for (const char32_t code : text.toUcs4()) {
         const bool isDrawn = QChar::isPrint(code) && !QChar::isMark(code) && !QChar::isSpace(code);
-        if (code >= EndOfPlainCharacters && isDrawn && face.looked.insert(code).second && !face.metrics.inFontUcs4(code))
+        if (code >= EndOfPlainCharacters && isDrawn && face.looked.insert(code).second &&
+            !face.metrics.inFontUcs4(code))
             m_missing.insert(code);
     }
 }
@@ -177,7 +178,8 @@ QStringList Typesetter::warnings(const QString& file) const
     for (const char32_t code : m_missing)
         if (characters.size() < MostCharacters)
             characters << QStringLiteral("%1 (U+%2)")
-                              .arg(QString::fromUcs4(&code, 1), QString::number(code, 16).toUpper().rightJustified(4, u'0'));
+                              .arg(QString::fromUcs4(&code, 1),
+                                   QString::number(code, 16).toUpper().rightJustified(4, u'0'));
     if (!characters.isEmpty())
         warnings << QStringLiteral("No font of this computer has %1%2; boxes stand in their place.")
                         .arg(characters.join(QStringLiteral(", ")),

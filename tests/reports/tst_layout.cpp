@@ -104,7 +104,9 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
-        QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern")).first().endsWith('.'));
+        QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern"))
+                    .first()
+                    .endsWith('.'));
         // Characters that join are narrower than they are apart.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
@@ -142,7 +144,8 @@ private Q_SLOTS:
     void printsOnOtherPaper_data()
     {
         // of the green box, as shares of the paper's width
-        test::table({"paper", "left", "width"}, "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558");
+        test::table({"paper", "left", "width"},
+                    "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558");
     }
     void printsOnOtherPaper()
     {

@@ -194,7 +194,8 @@ private Q_SLOTS:
         QCOMPARE(view.zoom(), 3.0);
         view.setFit(PageView::Fit::Page);
         const QPointF at = view.viewport()->rect().center();
-        QWheelEvent wheel(at, view.viewport()->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QWheelEvent wheel(at, view.viewport()->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::ControlModifier,
+                          Qt::NoScrollPhase, false);
         QApplication::sendEvent(view.viewport(), &wheel);
         const double zoom = view.zoom();
         preview.window->resize(600, 500);
@@ -282,7 +283,8 @@ private Q_SLOTS:
     void marksAndCopiesText()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
-        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"}, TextItem{{200, 72, 60, 12}, "Ann Ito", 0, Qt::black, 1},
+        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"},
+                               TextItem{{200, 72, 60, 12}, "Ann Ito", 0, Qt::black, 1},
                                TextItem{{72, 100, 60, 24}, "a long\nname"}}};
         const OpenPreview preview(document);
         PageView& view = preview.window->view();
@@ -328,7 +330,9 @@ private Q_SLOTS:
     void copiesAddresses()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
-        for (const auto& [page, text] : {std::pair(0, "Ann: ann@x.org or paul@fern-hollow.org"), {2, "b.long@fern.\nhollow.org"}, {4, "ANN@x.org"}})
+        for (const auto& [page, text] : {std::pair(0, "Ann: ann@x.org or paul@fern-hollow.org"),
+                                         {2, "b.long@fern.\nhollow.org"},
+                                         {4, "ANN@x.org"}})
             document->pages[std::size_t(page)].items.push_back(TextItem{{72, 200, 300, 24}, text});
         const OpenPreview preview(document);
         preview.child<QAction>("actCopyAddresses")->trigger();

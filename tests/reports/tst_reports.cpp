@@ -305,7 +305,9 @@ private Q_SLOTS:
     void fitsAnyPaper()
     {
         const QDir folder(ORLO_SOURCE_DIR "/src/reports/files");
-        for (const QString& file : folder.entryList({"*.rpt"}) + QStringList{"examples/AttendanceSheet.rpt", "examples/BirthdayList.rpt", "examples/Everything.rpt"}) {
+        for (const QString& file :
+             folder.entryList({"*.rpt"}) +
+                 QStringList{"examples/AttendanceSheet.rpt", "examples/BirthdayList.rpt", "examples/Everything.rpt"}) {
             Definition definition = readDefinitionFile(folder.filePath(file));
             definition.paper = {test::cell("width").toDouble(), test::cell("height").toDouble()};
             const Document document = *render(definition, request(file), std::bind_front(&tst_reports::open, this));
@@ -322,12 +324,19 @@ private Q_SLOTS:
     void labelsFamilies()
     {
         int number = 90;
-        for (const char* values : {"'Ray', '1 Elm', '', 'Ida', 'Bo', 1, 1, 1, 1, 'Y'", "'Ray ', '1 ELM', '', 'Ida', 'Bo', 1, 1, 1, 1, 'Y'",
-                                   "'Sand', '2 Oak', '3 Fir', 'Uma', 'Max', 1, 1, 1, 0, 'Y'", "'Tor', '4 Ash', '', 'Eve', 'Tim', 0, 1, 0, 1, 'Y'",
-                                   "'Urb', '5 Yew', '', 'Liv', 'Jon', 1, 1, 0, 1, 'N'"})
-            m_full->execute(QString("Insert Into Scouts (Scout_SID, Last_Name, Address, Alt_Parent_Address, Parent_Name1, Parent_Name2, "
-                                    "Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, Parent2_Use_Scout_Add, Active) "
-                                    "Values (%1, %2)").arg(++number).arg(values).replace(", 1", ", True").replace(", 0", ", False"));
+        for (const char* values :
+             {"'Ray', '1 Elm', '', 'Ida', 'Bo', 1, 1, 1, 1, 'Y'", "'Ray ', '1 ELM', '', 'Ida', 'Bo', 1, 1, 1, 1, 'Y'",
+              "'Sand', '2 Oak', '3 Fir', 'Uma', 'Max', 1, 1, 1, 0, 'Y'",
+              "'Tor', '4 Ash', '', 'Eve', 'Tim', 0, 1, 0, 1, 'Y'", "'Urb', '5 Yew', '', 'Liv', 'Jon', 1, 1, 0, 1, 'N'"})
+            m_full->execute(QString("Insert Into Scouts (Scout_SID, Last_Name, Address, Alt_Parent_Address, "
+                                    "Parent_Name1, Parent_Name2, "
+                                    "Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, "
+                                    "Parent2_Use_Scout_Add, Active) "
+                                    "Values (%1, %2)")
+                                .arg(++number)
+                                .arg(values)
+                                .replace(", 1", ", True")
+                                .replace(", 0", ", False"));
         const Document document = runText("examples/AddressLabels.rpt");
         m_full->execute("Delete From Scouts Where Scout_SID > 90");
         QStringList labels;
@@ -379,7 +388,8 @@ private Q_SLOTS:
         const auto [columns, text] = test::cells("columns", "text");
         const Document document =
             runText("source {\nSelect Scout_SID As S From Scouts\n}\nsort {S}\npage-header {\ntext 0 = \"h\" & {S}\n}\n"
-                    "detail columns " + columns + " {\ntext 0 = " + text + "\n}\n");
+                    "detail columns " +
+                    columns + " {\ntext 0 = " + text + "\n}\n");
         QStringList pages;
         for (const Page& page : document.pages) {
             QStringList places;
@@ -395,7 +405,9 @@ private Q_SLOTS:
             pages << places.join(' ');
         }
         QVERIFY(document.exactSize == columns.contains("height"));
-        QTEST(pages.join(" \\ ") + (document.warnings == QStringList("Record 2 is too long for its label and cut.") ? " cut" : document.warnings.join("; ")),
+        QTEST(pages.join(" \\ ") + (document.warnings == QStringList("Record 2 is too long for its label and cut.")
+                                        ? " cut"
+                                        : document.warnings.join("; ")),
               "places");
     }
 
@@ -411,10 +423,12 @@ private Q_SLOTS:
         double base = 0;
         for (const Item& item : document.pages[0].items)
             if (const auto* box = std::get_if<BoxItem>(&item)) {
-                marks << "box " + told(box->box.left() - 43) + ' ' + told(box->box.width()) + ' ' + told(box->box.height()) + ' ' + box->fill.name();
+                marks << "box " + told(box->box.left() - 43) + ' ' + told(box->box.width()) + ' ' +
+                             told(box->box.height()) + ' ' + box->fill.name();
                 base = box->box.bottom();
             } else if (const auto* line = std::get_if<LineItem>(&item)) {
-                marks << "line " + told(line->from.x() - 43) + ' ' + told(line->to.x() - line->from.x()) + ' ' + told(line->width) + ' ' + line->color.name();
+                marks << "line " + told(line->from.x() - 43) + ' ' + told(line->to.x() - line->from.x()) + ' ' +
+                             told(line->width) + ' ' + line->color.name();
                 if (line->width == 2)
                     QVERIFY(qAbs(line->from.y() - base) < 0.01);
             }
@@ -442,9 +456,10 @@ private Q_SLOTS:
 
     void copiesEmptyCells()
     {
-        const Document document = runText("source {\nSelect 1 As A\n}\ndetail {\nrow {\ntext 0 1in = \"a\"\n"
-                                          "text 1in 1in = \"\"\ntext 2in 1in right = \"b\"\n}\nrow {\ntext 0 1in = {A} & \"\"[1]\n"
-                                          "text 1in 1in = \"c\"\n}\nrow {\ntext 0 1in = \"\"\ntext 1in 1in = \"d\"\n}\n}\n");
+        const Document document =
+            runText("source {\nSelect 1 As A\n}\ndetail {\nrow {\ntext 0 1in = \"a\"\n"
+                    "text 1in 1in = \"\"\ntext 2in 1in right = \"b\"\n}\nrow {\ntext 0 1in = {A} & \"\"[1]\n"
+                    "text 1in 1in = \"c\"\n}\nrow {\ntext 0 1in = \"\"\ntext 1in 1in = \"d\"\n}\n}\n");
         QCOMPARE(PageText(document, 0).text(), "a\t\tb\n1\tc\n\td");
     }
 
@@ -536,7 +551,10 @@ private Q_SLOTS:
     }
 
     /// Where the room ends before the file does, the save fails with the reason, and what stood there stays, alone.
-    void savesAllOrNothing_data() { test::table({"way"}, "csv\npdf\nprinted\ncsv, a volume\npdf, a volume\nprinted, a volume"); }
+    void savesAllOrNothing_data()
+    {
+        test::table({"way"}, "csv\npdf\nprinted\ncsv, a volume\npdf, a volume\nprinted, a volume");
+    }
     void savesAllOrNothing()
     {
         const QString way = test::cell("way");

@@ -41,7 +41,8 @@ std::vector<OtherReport> otherReports(const QString& shown)
     std::stable_sort(found.begin(), found.end(), isBefore);
     std::vector<OtherReport> all = found;
     for (OtherReport& report : all)
-        if (std::count_if(found.begin(), found.end(), [&](const auto& other) { return other.title == report.title; }) > 1)
+        if (std::count_if(found.begin(), found.end(), [&](const auto& other) { return other.title == report.title; }) >
+            1)
             report.title += QStringLiteral(" (%1)").arg(QFileInfo(report.path).completeBaseName());
     std::erase_if(all, [&](const OtherReport& report) { return QFileInfo(report.path) == QFileInfo(shown); });
     return all;

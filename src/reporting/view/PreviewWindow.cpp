@@ -136,7 +136,9 @@ void PreviewWindow::offerReports(const QString& shown, std::function<void(const 
                 m_more->addSeparator();
             QAction* action = m_more->addAction(QString(report.title).replace(u'&', QStringLiteral("&&")));
             // From the event loop, as the menu may go with the window.
-            connect(action, &QAction::triggered, QCoreApplication::instance(), [run, file = report.path] { run(file); }, Qt::QueuedConnection);
+            connect(
+                action, &QAction::triggered, QCoreApplication::instance(), [run, file = report.path] { run(file); },
+                Qt::QueuedConnection);
         }
     });
 }
@@ -206,19 +208,18 @@ QAction* PreviewWindow::makeAction(const char* name, const QString& text, Glyph 
 
 void PreviewWindow::makeActions()
 {
-    m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print}, [this] { printByDialog(*this, m_document, m_view->currentPage()); });
+    m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print},
+                         [this] { printByDialog(*this, m_document, m_view->currentPage()); });
     m_savePdf = makeAction("actSavePdf", tr("&Save as PDF…"), Glyph::Pdf, {QKeySequence::Save}, [this] {
-        if (const QString path =
-                askSaveFile(*this, tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"),
-                            m_document->title, QStringLiteral("pdf"));
+        if (const QString path = askSaveFile(*this, tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"),
+                                             m_document->title, QStringLiteral("pdf"));
             !path.isEmpty())
             savePdf(path);
     });
     m_saveCsv = makeAction("actSaveCsv", tr("Save as &CSV…"), Glyph::Csv, {}, [this] {
-        if (const QString path =
-                askSaveFile(*this, tr("Save as CSV"),
-                            tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
-                            m_document->title, QStringLiteral("csv"));
+        if (const QString path = askSaveFile(*this, tr("Save as CSV"),
+                                             tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
+                                             m_document->title, QStringLiteral("csv"));
             !path.isEmpty())
             saveCsv(path);
     });
@@ -227,8 +228,8 @@ void PreviewWindow::makeActions()
             m_onRefresh();
     });
     m_refresh->setEnabled(false);
-    m_copyAddresses = makeAction("actCopyAddresses", tr("Copy E-mail &Addresses"), Glyph::Pages, {},
-                                 [this] { copyAddresses(); });
+    m_copyAddresses =
+        makeAction("actCopyAddresses", tr("Copy E-mail &Addresses"), Glyph::Pages, {}, [this] { copyAddresses(); });
     m_close =
         makeAction("actClose", tr("C&lose"), Glyph::Close, {QKeySequence(Qt::CTRL | Qt::Key_W)}, [this] { close(); });
 
@@ -394,7 +395,8 @@ bool PreviewWindow::save(const QString& path, const std::function<bool()>& write
         return true;
     } catch (const platform::RuntimeError& error) {
         if (self)
-            warnOf(*this, tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
+            warnOf(*this,
+                   tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
         return false;
     }
 }

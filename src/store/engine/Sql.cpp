@@ -14,7 +14,8 @@ constexpr qsizetype MaxCharacters = 500'000; // of a statement: stored queries m
 } // namespace
 
 SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
-    : m_statement(statement.utf16(), statement.size()), m_sourceOf(sourceOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
+    : m_statement(statement.utf16(), statement.size()), m_sourceOf(sourceOf), m_tokens(tokenize(statement)),
+      m_end(m_tokens.size() - 1)
 {
     m_out.sql.reserve(statement.size() * 3 / 2);
 }

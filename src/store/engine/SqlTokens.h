@@ -81,8 +81,8 @@ struct Token {
 
 using Tokens = QVarLengthArray<Token, 96>;
 
-/// Cuts a statement into tokens, with End as the last. Raises SqlError for an unclosed text, date or name and for whatever
-/// follows a semicolon.
+/// Cuts a statement into tokens, with End as the last. Raises SqlError for an unclosed text, date or name and for
+/// whatever follows a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
 
 } // namespace orlo::store
