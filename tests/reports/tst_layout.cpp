@@ -1,7 +1,10 @@
+#include "reporting/Export.h"
 #include "reporting/Pagination.h"
 #include "reporting/Typesetter.h"
 #include "reporting/view/PageText.h"
+#include "support/Failure.h"
 #include "support/PrintedFile.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QBitmap>
@@ -167,6 +170,57 @@ private Q_SLOTS:
         const QRect green = QRegion(QBitmap::fromImage(mask)).boundingRect();
         QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);
         QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
+    }
+
+    /// Where the room ends before the file does, the save fails with the reason, and what stood there stays, alone.
+    void savesAllOrNothing_data()
+    {
+        test::table({"way"}, "csv\npdf\nprinted\ncsv, a volume\npdf, a volume\nprinted, a volume");
+    }
+    void savesAllOrNothing()
+    {
+        const QString way = test::cell("way");
+        Document document;
+        document.fonts = {QFont("DejaVu Sans", 10)};
+        document.pages.resize(40, {{TextItem{{72, 72, 400, 14}, "Ångström"}}});
+        document.rows.resize(3000, {"Ångström", "Zoë"});
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("list.pdf");
+        const auto save = [&] {
+            if (way.startsWith("csv"))
+                return writeCsv(document, path), true;
+            if (way.startsWith("pdf"))
+                return writePdf(document, path);
+            test::printInto(path);
+            return printDocument(*defaultPrinter(), document);
+        };
+        const bool onVolume = way.endsWith("volume");
+        const auto stage = [&](qint64 room) {
+            if (!onVolume)
+                test::limitFiles(room);
+            else if (!test::mountSmall(folder.path(), room))
+                test::skip("no volume can be mounted");
+        };
+        QVERIFY(save());
+        const qint64 whole = QFileInfo(path).size();
+        QSet<int> seen;
+        for (qint64 room = 4096; room < 4 * whole; room += 4096 + whole / 20) {
+            if (onVolume)
+                stage(room);
+            test::write(path, "good");
+            if (!onVolume)
+                stage(room);
+            const auto error = test::failureOf(save);
+            const QByteArray there = test::contents(path);
+            const QStringList files = QDir(folder.path()).entryList(QDir::Files);
+            stage(onVolume ? 0 : -1);
+            seen << (error ? error->number() : 0);
+            QCOMPARE(files, QStringList("list.pdf"));
+            QVERIFY2(error ? there == "good" : qAbs(there.size() - whole) < 10, qPrintable(QString::number(room)));
+            QVERIFY(!error || error->description().contains("list.pdf") || error->description().contains("room"));
+        }
+        QCOMPARE(seen, (QSet<int>{0, int(platform::PathFileAccess)}));
+        setPrinterFactory({});
     }
 };
 

@@ -2,14 +2,11 @@
 #include "reporting/Definition.h"
 #include "reporting/Export.h"
 #include "reporting/ReportError.h"
-#include "reporting/view/PageText.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
-#include "support/PrintedFile.h"
-#include "support/System.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -188,6 +185,47 @@ private Q_SLOTS:
     }
 
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reports/printed.txt"); }
+    void placesWhatItSays_data() { test::cases({"text", "places"}, "reports/placed.txt"); }
+    void placesWhatItSays()
+    {
+        const QString four =
+            "source {\nSelect Scout_SID As S From Scouts\n}\nsort {S}\npage-header {\ntext 0 = \"h\" & {S}\n}\n";
+        const Document document = runText(test::cell("text").replace("$\n", four));
+        QStringList pages;
+        for (const Page& page : document.pages) {
+            QStringList told;
+            double lowest = 0;
+            const auto mark = [&](const char* kind, double left, double width, double height, const QColor& color) {
+                told << QStringLiteral("%1 %2 %3 %4 %5")
+                            .arg(kind)
+                            .arg(qRound(left - 43))
+                            .arg(qRound(width))
+                            .arg(height)
+                            .arg(color.name());
+            };
+            for (const Item& item : page.items) {
+                if (const auto* box = std::get_if<BoxItem>(&item))
+                    mark("box", box->box.left(), box->box.width(), box->box.height(), box->fill);
+                if (const auto* line = std::get_if<LineItem>(&item))
+                    mark("line", line->from.x(), line->to.x() - line->from.x(), line->width, line->color);
+                const auto* text = std::get_if<TextItem>(&item);
+                if (!text)
+                    continue;
+                lowest = std::max(lowest, text->box.bottom());
+                const QString word = text->text.section(QRegularExpression("\\s"), 0, 0);
+                if (word != "w")
+                    told << QString(text->emptyBefore, u'_') + word +
+                                QStringLiteral(":%1%2")
+                                    .arg(int((text->box.top() - 43) / 300))
+                                    .arg(int((text->box.left() - 43) / 260));
+            }
+            pages << told.join(' ') + QStringLiteral(" ~%1").arg(int((lowest - 43) / 300));
+        }
+        const QString warned = document.warnings.isEmpty() ? "" : " ! " + document.warnings.join(" ! ");
+        QCOMPARE(document.exactSize, test::cell("text").contains("height"));
+        QTEST(pages.join(" | ") + warned + '\n', "places");
+    }
+
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
 
     /// An included file gives what the report doesn't; its faults are told of it. What no paper shows well is told,
@@ -320,171 +358,28 @@ private Q_SLOTS:
         }
     }
 
-    /// A label for each address of a family that wants correspondence, with its parents there.
-    void labelsFamilies()
+    /// Nothing and an empty text are one name, and blanks before it none. Who leads a den that isn't there has none. A
+    /// label for each address of a family that wants correspondence.
+    void printsPeople()
     {
-        int number = 90;
-        for (const char* values :
-             {"'Ray', '1 Elm', '', 'Ida', 'Bo', 1, 1, 1, 1, 'Y'", "'Ray ', '1 ELM', '', 'Ida', 'Bo', 1, 1, 1, 1, 'Y'",
-              "'Sand', '2 Oak', '3 Fir', 'Uma', 'Max', 1, 1, 1, 0, 'Y'",
-              "'Tor', '4 Ash', '', 'Eve', 'Tim', 0, 1, 0, 1, 'Y'", "'Urb', '5 Yew', '', 'Liv', 'Jon', 1, 1, 0, 1, 'N'"})
-            m_full->execute(QString("Insert Into Scouts (Scout_SID, Last_Name, Address, Alt_Parent_Address, "
-                                    "Parent_Name1, Parent_Name2, "
-                                    "Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, "
-                                    "Parent2_Use_Scout_Add, Active) "
-                                    "Values (%1, %2)")
-                                .arg(++number)
-                                .arg(values)
-                                .replace(", 1", ", True")
-                                .replace(", 0", ", False"));
-        const Document document = runText("examples/AddressLabels.rpt");
-        m_full->execute("Delete From Scouts Where Scout_SID > 90");
-        QStringList labels;
-        for (const QStringList& row : document.rows)
-            labels << row[0] + ", " + row[1];
-        QCOMPARE(labels.join("; "), "Ida and Bo, 1 Elm; Max, 3 Fir; Uma, 2 Oak");
-        QVERIFY(document.exactSize && document.warnings.isEmpty());
-    }
-
-    /// Nothing and an empty text are one name, and blanks before it none; what leads no den that there is, is left out.
-    void ordersPeople()
-    {
-        const auto names = [&](const QString& report) {
+        for (const QByteArray& row : fileOf("people.sql").trimmed().split('\n'))
+            m_full->execute(QString::fromUtf8(row));
+        const auto rowsOf = [&](const QString& report, const QStringList& columns) {
             const Document document = runText(report);
             QString all;
-            for (const QStringList& line : document.rows)
-                all += line[document.columns.indexOf("First Name")] + u' ';
+            for (const QStringList& row : document.rows)
+                for (const QString& column : columns)
+                    all += row[document.columns.indexOf(column)] + u' ';
             return all;
         };
-        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (91, 'B', '', 'Y')");
-        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (92, 'C', ' M', 'Y')");
-        m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Active) Values (93, 'A', 'Y')");
-        m_full->execute("Insert Into Leader_Den_Assignments (Adult_SID, Den_SID) Values (1, 91)");
-        const QString scouts = names("ScoutPhoneList.rpt");
-        const QString adults = names("AdultPhoneList1.rpt");
+        const QString scouts = rowsOf("ScoutPhoneList.rpt", {"First Name"});
+        const QString adults = rowsOf("AdultPhoneList1.rpt", {"First Name"});
+        const QString labels = rowsOf("examples/AddressLabels.rpt", {"Name", "Street"});
         m_full->execute("Delete From Scouts Where Scout_SID > 90");
         m_full->execute("Delete From Leader_Den_Assignments Where Den_SID = 91");
-        QCOMPARE(scouts, "A B Zoë Kim C Pat ");
+        QCOMPARE(scouts.simplified(), "A B Zoë Kim C Pat");
         QCOMPARE(adults, "Ann Ann Carl ");
-    }
-
-    /// Where four records come to stand, pages parted by bars: the header's record, and each one's line and column.
-    void placesRecords_data()
-    {
-        test::table({"case", "columns", "text", "places"}, R"(
-            across       | 2 gap 10pt height 300pt      | {S} | h1 1:00 2:01 3:10 4:11
-            down         | 2 down gap 10pt height 300pt | {S} | h1 1:00 3:01 2:10 4:11
-            used labels  | 2 height 300pt skip 1        | {S} | h1 1:01 2:10 3:11 \ h4 4:00
-            used, down   | 2 down height 300pt skip 3   | {S} | h1 1:11 \ h2 2:00 4:01 3:10
-            a whole sheet | 1 height 700pt skip 1       | {S} | h1 \ h1 1:00 \ h2 2:00 \ h3 3:00 \ h4 4:00
-            one too long | 2 height 300pt | {S} & (if {S} = 2 then Repeat(" w", 9999) else "") | h1 1:00 2:01 3:10 4:11 cut
-            no labels    | 2 | {S} | h1 1:00 2:01 3:00 4:01
-            over pages   | 2 | {S} & Repeat(NewLine & "w", 20) | h1 1:00 2:01 3:00 4:01
-            one tall     | 3 | {S} & (if {S} = 2 then Repeat(NewLine & "w", 90) else "") | h1 1:00 2:00 \ h3 3:00 4:01
-        )");
-    }
-    void placesRecords()
-    {
-        const auto [columns, text] = test::cells("columns", "text");
-        const Document document =
-            runText("source {\nSelect Scout_SID As S From Scouts\n}\nsort {S}\npage-header {\ntext 0 = \"h\" & {S}\n}\n"
-                    "detail columns " +
-                    columns + " {\ntext 0 = " + text + "\n}\n");
-        QStringList pages;
-        for (const Page& page : document.pages) {
-            QStringList places;
-            for (const Item& item : page.items) {
-                const auto& one = std::get<TextItem>(item);
-                const QString word = one.text.section(QRegularExpression("\\s"), 0, 0);
-                const int line = int((one.box.top() - 43) / 300);
-                const int column = int((one.box.left() - 43) / (columns.startsWith('2') ? 260 : 170));
-                if (word != "w")
-                    places << (word.startsWith('h') ? word : QString("%1:%2%3").arg(word).arg(line).arg(column));
-                QVERIFY(!columns.contains("300") || one.box.bottom() < 53.5 + (line + 1) * 300);
-            }
-            pages << places.join(' ');
-        }
-        QVERIFY(document.exactSize == columns.contains("height"));
-        QTEST(pages.join(" \\ ") + (document.warnings == QStringList("Record 2 is too long for its label and cut.")
-                                        ? " cut"
-                                        : document.warnings.join("; ")),
-              "places");
-    }
-
-    /// Lines, boxes and bars: from the left margin, their width, height and thickness.
-    void drawsMarks()
-    {
-        const Document document = runText(
-            "source {\nSelect 1 As A\n}\ndetail {\nrule 1pt from 10% to 50%\nrow from 1in to 2in rule-below 1pt {\n"
-            "text 0 1in = \"a\"\ntick-box 1in 20pt\nbar 50% 2in 5pt color red = 0.25\nbar 0 1in = -1\nbar 0 10% = 7\n"
-            "bar 0 1in = Previous({A})\nrule 3in 1in 2pt color navy\nline 4in 3pt\n}\n}\n");
-        QStringList marks;
-        const auto told = [](double number) { return QString::number(std::round(number * 10) / 10); };
-        double base = 0;
-        for (const Item& item : document.pages[0].items)
-            if (const auto* box = std::get_if<BoxItem>(&item)) {
-                marks << "box " + told(box->box.left() - 43) + ' ' + told(box->box.width()) + ' ' +
-                             told(box->box.height()) + ' ' + box->fill.name();
-                base = box->box.bottom();
-            } else if (const auto* line = std::get_if<LineItem>(&item)) {
-                marks << "line " + told(line->from.x() - 43) + ' ' + told(line->to.x() - line->from.x()) + ' ' +
-                             told(line->width) + ' ' + line->color.name();
-                if (line->width == 2)
-                    QVERIFY(qAbs(line->from.y() - base) < 0.01);
-            }
-        marks.removeAt(marks.indexOf(QRegularExpression("box 0 52.6 .*"))); // as high as its font
-        QCOMPARE(marks.join('\n'), "line 52.6 210.4 1 #000000\nbox 72 20 20 #000000\nbox 263 36 5 #ff0000\n"
-                                   "line 216 72 2 #000080\nline 72 72 1 #000000\nline 288 0 3 #000000");
-    }
-
-    /// What is set tells what no paper shows well.
-    void warnsOfWhatIsSet_data()
-    {
-        test::table({"text", "warning"}, R"(
-            text 0 12pt = "Longest words"              | This column is too narrow for any word. (line 5, column 6)
-            text 0 1in = "ann.of.the.pack@fern-hollow.example.org" |
-            text 0 12pt = "a bc de"                    |
-            text 0 1in = "Medefaidrin 𖹀"               | No font of this computer has 𖹀 (U+16E40); boxes stand in their place.
-            text 0 1in = "Ελλάς, Łódź"                 |
-        )");
-    }
-    void warnsOfWhatIsSet()
-    {
-        const Document document = runText("source {\nSelect 1 As A\n}\ndetail {\n" + test::cell("text") + "\n}\n");
-        QTEST(document.warnings.join('\n'), "warning");
-    }
-
-    void copiesEmptyCells()
-    {
-        const Document document =
-            runText("source {\nSelect 1 As A\n}\ndetail {\nrow {\ntext 0 1in = \"a\"\n"
-                    "text 1in 1in = \"\"\ntext 2in 1in right = \"b\"\n}\nrow {\ntext 0 1in = {A} & \"\"[1]\n"
-                    "text 1in 1in = \"c\"\n}\nrow {\ntext 0 1in = \"\"\ntext 1in 1in = \"d\"\n}\n}\n");
-        QCOMPARE(PageText(document, 0).text(), "a\t\tb\n1\tc\n\td");
-    }
-
-    /// A row that is cut anyway begins where there is room, and what rules it off stands below its last line.
-    void fillsPagesWithALongRow()
-    {
-        const Document document =
-            runText("source {\nSelect A.Scout_SID As S, B.Scout_SID As T From Scouts As A, Scouts As B\n}\n"
-                    "sort {S} * 10 + {T}\nheadings {\ntext 0 = \"heading\"\n}\ndetail {\ntext 0 = {S}\nrow hairline {\n"
-                    "text 0 = if {S} = 2 and {T} = 4 then Repeat(\"word \", 3000) else \"short\"\n}\n}\n");
-        QVERIFY(document.pages.size() > 2);
-        double lowest = 0;
-        QList<double> rules;
-        for (const Page& page : document.pages) {
-            double bottom = 0;
-            for (const Item& item : page.items)
-                if (const auto* text = std::get_if<TextItem>(&item))
-                    bottom = std::max(bottom, text->box.bottom());
-                else if (const auto* line = std::get_if<LineItem>(&item))
-                    rules << double(&page - document.pages.data()) * 1000 + line->from.y();
-            lowest = lowest == 0 ? bottom : lowest;
-        }
-        QVERIFY2(lowest > 792 - 43 - 40, qPrintable(QString::number(lowest)));
-        QCOMPARE(rules.size(), 16);
-        QVERIFY(rules[7] > 1000 && rules[8] - rules[7] < 40);
+        QCOMPARE(labels, "Ida and Bo 1 Elm Max 3 Fir Uma 2 Oak ");
     }
 
     /// Reading, sorting, laying out and exporting tell how far they are, and each can be cancelled.
@@ -548,55 +443,6 @@ private Q_SLOTS:
                      }),
                      int(platform::PathFileAccess));
         QVERIFY(!writePdf(document, none, [](int, int) { return false; }) && !QFile::exists(none));
-    }
-
-    /// Where the room ends before the file does, the save fails with the reason, and what stood there stays, alone.
-    void savesAllOrNothing_data()
-    {
-        test::table({"way"}, "csv\npdf\nprinted\ncsv, a volume\npdf, a volume\nprinted, a volume");
-    }
-    void savesAllOrNothing()
-    {
-        const QString way = test::cell("way");
-        Document document = *run(request("ScoutPhoneList.rpt"));
-        document.rows.resize(3000, {"Ångström", "Zoë"});
-        const QTemporaryDir folder;
-        const QString path = folder.filePath("list.pdf");
-        const auto save = [&] {
-            if (way.startsWith("csv"))
-                return writeCsv(document, path), true;
-            if (way.startsWith("pdf"))
-                return writePdf(document, path);
-            test::printInto(path);
-            return printDocument(*defaultPrinter(), document);
-        };
-        const bool onVolume = way.endsWith("volume");
-        const auto stage = [&](qint64 room) {
-            if (!onVolume)
-                test::limitFiles(room);
-            else if (!test::mountSmall(folder.path(), room))
-                test::skip("no volume can be mounted");
-        };
-        QVERIFY(save());
-        const qint64 whole = QFileInfo(path).size();
-        QSet<int> seen;
-        for (qint64 room = 4096; room < 4 * whole; room += 4096 + whole / 20) {
-            if (onVolume)
-                stage(room);
-            test::write(path, "good");
-            if (!onVolume)
-                stage(room);
-            const auto error = test::failureOf(save);
-            const QByteArray there = test::contents(path);
-            const QStringList files = QDir(folder.path()).entryList(QDir::Files);
-            stage(onVolume ? 0 : -1);
-            seen << (error ? error->number() : 0);
-            QCOMPARE(files, QStringList("list.pdf"));
-            QVERIFY2(error ? there == "good" : qAbs(there.size() - whole) < 10, qPrintable(QString::number(room)));
-            QVERIFY(!error || error->description().contains("list.pdf") || error->description().contains("room"));
-        }
-        QCOMPARE(seen, (QSet<int>{0, int(platform::PathFileAccess)}));
-        setPrinterFactory({});
     }
 };
 
