@@ -6,12 +6,21 @@
 namespace orlo::platform
 {
 
+void flushAll(QFileDevice& file)
+{
+    // A disk that takes a part of the buffer says only the next time why it doesn't take the rest.
+    if (!file.flush() && !file.flush())
+        raiseUnwritable(file.fileName(), file.errorString());
+}
+
 void writeAll(QIODevice& device, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
         const qint64 taken = device.write(bytes.data(), bytes.size());
         if (taken <= 0) {
-            const auto* file = qobject_cast<QFileDevice*>(&device);
+            auto* file = qobject_cast<QFileDevice*>(&device);
+            if (file)
+                flushAll(*file);
             raiseUnwritable(file ? file->fileName() : QString(), device.errorString());
         }
         bytes = bytes.sliced(taken);
@@ -20,7 +29,8 @@ void writeAll(QIODevice& device, QByteArrayView bytes)
 
 void commitAll(QSaveFile& file)
 {
-    if (!file.flush() || !file.commit())
+    flushAll(file);
+    if (!file.commit())
         raiseUnwritable(file.fileName(), file.errorString());
 }
 

@@ -5,6 +5,7 @@
 #include <QByteArrayView>
 
 class QIODevice;
+class QFileDevice;
 class QSaveFile;
 
 namespace orlo::platform
@@ -14,6 +15,8 @@ namespace orlo::platform
 /// rest until it takes it or says why not. Raises 75.
 void writeAll(QIODevice& device, QByteArrayView bytes);
 
+/// Hands what a file's buffer holds to the system. Raises 75.
+void flushAll(QFileDevice& file);
 /// Puts a file that was written into its place; QSaveFile::commit() alone takes no notice of what its buffer couldn't
 /// get rid of. Raises 75, and what stood there stays.
 void commitAll(QSaveFile& file);

@@ -34,8 +34,7 @@ public:
     /// The file of all that was drawn. Raises 75 unless all of it is there.
     QFile& finished()
     {
-        if (!m_failure && !m_file.flush())
-            platform::raiseUnwritable(m_path, m_file.errorString());
+        keepingFailure([this] { platform::flushAll(m_file); });
         if (m_failure)
             throw *m_failure;
         return m_file;
@@ -45,16 +44,22 @@ protected:
     qint64 readData(char*, qint64) override { return -1; }
     qint64 writeData(const char* bytes, qint64 count) override
     {
-        try {
-            if (!m_failure)
-                platform::writeAll(m_file, {bytes, qsizetype(count)});
-        } catch (const platform::RuntimeError&) {
-            m_failure.emplace(platform::unwritable(m_path, m_file.errorString()));
-        }
+        keepingFailure([&] { platform::writeAll(m_file, {bytes, qsizetype(count)}); });
         return m_failure ? -1 : count;
     }
 
 private:
+    template <class Step>
+    void keepingFailure(const Step& step)
+    {
+        try {
+            if (!m_failure)
+                step();
+        } catch (const platform::RuntimeError&) {
+            m_failure.emplace(platform::unwritable(m_path, m_file.errorString()));
+        }
+    }
+
     QTemporaryFile m_file;
     QString m_path; // of the wanted file
     std::optional<platform::RuntimeError> m_failure;

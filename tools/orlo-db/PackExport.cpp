@@ -50,8 +50,7 @@ void exportTable(store::Recordset& rows, const QStringList& fields, const QStrin
             cells += std::visit(ToCell(), rows[field].data());
         platform::writeAll(file, cells.join(',') + '\n');
     }
-    if (!file.flush())
-        platform::raiseUnwritable(path, file.errorString());
+    platform::flushAll(file);
 }
 
 void makeFolder(const QString& folder)
