@@ -268,8 +268,9 @@ private:
         const auto linesOfSheet =
             std::max(std::size_t((m_job.bodyHeight + LabelTolerance) / detail.height), std::size_t(1));
         const std::size_t ofSheet = linesOfSheet * columns;
-        const std::size_t skipped = std::exchange(m_skipped, 0);
-        const std::size_t end = skipped + rows.size();
+        const std::size_t skipped = std::exchange(m_skipped, 0) % ofSheet;
+        const std::vector<std::size_t> records = printed(rows);
+        const std::size_t end = records.empty() ? 0 : skipped + records.size();
         for (std::size_t sheet = 0; sheet < end; sheet += ofSheet) {
             const std::size_t onSheet = std::min(ofSheet, end - sheet);
             const std::size_t lines = detail.down ? std::min(linesOfSheet, onSheet) : (onSheet + columns - 1) / columns;
@@ -283,13 +284,23 @@ private:
                         sheet + (detail.down ? column * linesOfSheet + line : line * columns + column);
                     if (label < skipped || label >= sheet + onSheet)
                         continue;
-                    firstRow = std::min(firstRow, rows.first + label - skipped);
-                    appendLabel(rows.first + label - skipped, int(column));
+                    firstRow = std::min(firstRow, records[label - skipped]);
+                    appendLabel(records[label - skipped], int(column));
                 }
                 m_flow.strips.back().row = firstRow == SIZE_MAX ? rows.first : firstRow;
                 m_flow.strips.back().beginsRecord = m_isMain && firstRow != SIZE_MAX;
             }
         }
+    }
+
+    /// The rows for which the detail band prints anything: only they take a label.
+    std::vector<std::size_t> printed(RowRange rows)
+    {
+        std::vector<std::size_t> found;
+        for (m_scope.row = rows.first; m_scope.row < rows.last; ++m_scope.row)
+            if (m_definition.detail.condition.isEmpty() || m_definition.detail.condition.holds(m_scope))
+                found.push_back(m_scope.row);
+        return found;
     }
 
     void appendLabel(std::size_t row, int column)
@@ -313,7 +324,7 @@ private:
         const auto isOutside = [&](Item& item) {
             auto* text = std::get_if<TextItem>(&item);
             if (!text || text->box.bottom() <= height + LabelTolerance)
-                return !text && topOf(item) >= height;
+                return !text && topOf(item) > height + LabelTolerance;
             QStringList lines = text->text.split(u'\n');
             const double lineHeight = text->box.height() / double(lines.size());
             const auto fits = qsizetype((height + LabelTolerance - text->box.top()) / lineHeight);

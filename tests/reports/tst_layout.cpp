@@ -204,7 +204,7 @@ private Q_SLOTS:
         QVERIFY(save());
         const qint64 whole = QFileInfo(path).size();
         QSet<int> seen;
-        for (qint64 room = 4096; room < 4 * whole; room += 4096 + whole / 40) {
+        for (qint64 room = 4096; room < 4 * whole; room += 4096 + whole / 12) {
             if (onVolume)
                 stage(room);
             test::write(path, "good");
