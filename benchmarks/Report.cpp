@@ -1,8 +1,8 @@
 #include "PackFile.h"
 #include "Subjects.h"
 #include "Table.h"
+#include "reporting/Export.h"
 #include "reporting/Paint.h"
-#include "reporting/PdfFile.h"
 #include "reporting/Renderer.h"
 #include "shell/forms/Module1.h"
 
@@ -33,10 +33,7 @@ store::Database& packOf(const QString& /*path*/)
 
 void writePages(const reports::RunRequest& request, const QString& path)
 {
-    reports::PdfFile pdf(path);
-    (void)reports::renderPages(
-        request, packOf, [&pdf](const auto& document, const auto& page, int /*count*/) { pdf.add(document, page); });
-    pdf.commit();
+    reports::writePdf(*reports::render(request, packOf), path);
 }
 
 // The texts of the document at their places, and nothing else.

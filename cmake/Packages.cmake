@@ -43,10 +43,11 @@ endif()
 list(TRANSFORM programs REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE program_files)
 list(TRANSFORM modules REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE module_files)
 
-# What both arrangements have: the program's folder, the manual, the packs to restore.
+# What both arrangements have: the program's folder, the manual and the example reports, the packs to restore.
 function(orlo_arrangement component folder manual packs)
     install(FILES ${APP_FILES} ${PACKAGE_DIR}/Quorrel11.mdb DESTINATION ${folder} COMPONENT ${component} ${ARGN})
     install(DIRECTORY ${PACKAGE_DIR}/sample-pack ${PACKAGE_DIR}/empty-pack DESTINATION ${packs} COMPONENT ${component} ${ARGN})
+    install(FILES ${EXAMPLE_FILES} DESTINATION ${manual}/examples COMPONENT ${component} ${ARGN})
     if(TARGET manual)
         install(DIRECTORY ${APP_DIR}/manual DESTINATION ${manual} COMPONENT ${component} ${ARGN})
     endif()

@@ -55,7 +55,7 @@ foreach(program lib/orlo/orlo lib/orlo/orlo-jet lib/orlo/orlo-pdf.so bin/orlo-db
         file(RPATH_REMOVE FILE "${usr}/${program}")
     endif()
 endforeach()
-foreach(folder share/doc/orlo/manual share/orlo/sample-pack share/orlo/empty-pack)
+foreach(folder share/doc/orlo/manual share/doc/orlo/examples share/orlo/sample-pack share/orlo/empty-pack)
     if(EXISTS "${usr}/${folder}")
         get_filename_component(name ${folder} NAME)
         file(CREATE_LINK ../../${folder} "${usr}/lib/orlo/${name}" SYMBOLIC)

@@ -33,7 +33,7 @@ flock 9 # two starts at once take turns
 for file in "$package"/*; do
     name=${file##*/}
     case $name in
-        manual | *-pack) [ -e "$app/$name" ] || ln -sfn "$(readlink -f "$file")" "$app/$name" ;;
+        manual | examples | *-pack) [ -e "$app/$name" ] || ln -sfn "$(readlink -f "$file")" "$app/$name" ;;
         *.mdb) [ -n "$(held 'Quorrel*.mdb')" ] || copy "$file" "$app/$name" -n ;;
         orlo*) cmp -s "$file" "$app/$name" || copy "$file" "$app/$name" ;;
         *) refresh "$file" "$name" ;;

@@ -1,3 +1,4 @@
+#include "reporting/FormulaFunctions.h"
 #include "reporting/Layout.h"
 
 #include <algorithm>
@@ -10,9 +11,23 @@ namespace
 
 constexpr double HairlineWidth = 0.3; // points
 constexpr float HairlineGray = 0.65F;
-constexpr int PartsOfLimit = 8; // a row above the height limit is cut into parts of that share of it
+constexpr double ShareOfAscent = 0.86; // of a capital letter
+constexpr int FewLetters = 4;          // a line of an address that is broken for want of room has more
+constexpr int PartsOfLimit = 8;        // a row above the height limit is cut into parts of that share of it
+
+/// True for what stands beside texts as high as they are, or as it says.
+bool isMark(const Element& element)
+{
+    return element.kind == Element::Kind::TickBox || element.kind == Element::Kind::Bar;
+}
 
 } // namespace
+
+void keepRows(std::span<Strip> strips, bool withNext)
+{
+    for (Strip& strip : strips)
+        strip.keepWithNext = &strip == &strips.back() ? withNext : !strip.goesOn;
+}
 
 void moveItem(Item& item, QPointF by)
 {
@@ -43,8 +58,7 @@ std::vector<Strip> BandLayout::strips(const Band& band, const RowScope& scope, d
     if (band.condition.isEmpty() || band.condition.holds(scope))
         for (const Row& row : band.rows)
             layOutRow(row, scope, left, strips);
-    for (std::size_t i = 0; i + 1 < strips.size(); ++i)
-        strips[i].keepWithNext = true;
+    keepRows(strips, false);
     return strips;
 }
 
@@ -61,9 +75,10 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
             (element.kind == Element::Kind::Picture && element.picture < 0))
             continue;
         cells.push_back(cell(element, scope, left));
-        if (element.kind == Element::Kind::Text || element.kind == Element::Kind::TickBox)
-            ascent = std::max(ascent, m_typesetter.ascent(cells.back().font));
-        pictures = std::max(pictures, element.height);
+        if (element.kind == Element::Kind::Text || isMark(element))
+            ascent = std::max({ascent, m_typesetter.ascent(cells.back().font), isMark(element) ? element.height : 0});
+        if (element.kind == Element::Kind::Picture)
+            pictures = std::max(pictures, element.height);
     }
 
     std::vector<Block> beside = blocks(row, scope, left);
@@ -82,7 +97,7 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         layOutRow(own, scope, left, strips);
         for (const Element& element : row.elements)
             for (const Row& inner : element.rows)
-                layOutRow(inner, scope, left + element.left, strips);
+                layOutRow(inner, scope, left + element.left.in(m_textWidth - left), strips);
         return;
     }
     const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
@@ -94,16 +109,16 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         strip.items.reserve(cells.size() + 2);
         const double textTop = (top ? row.above : 0) + row.ruleAbove;
         double bottom = textTop;
+        int empty = 0;
         for (Cell& cell : cells) {
             const double lineHeight = m_typesetter.lineHeight(cell.font);
             const double y = textTop + (top ? ascent - m_typesetter.ascent(cell.font) : 0);
             const auto room = std::max(qsizetype((limit - y) / lineHeight), qsizetype(1));
             const qsizetype count = std::min(cell.lines.size() - cell.done, room);
-            if (cell.element->kind == Element::Kind::TickBox && top) {
-                const double side = m_typesetter.ascent(cell.font) * 0.86;
-                const QRectF box(cell.left, y + m_typesetter.ascent(cell.font) - side, side, side);
-                strip.items.push_back(BoxItem{box, 0.75, Qt::black, Qt::transparent});
-                bottom = std::max(bottom, y + lineHeight);
+            if (top && (isMark(*cell.element) || cell.element->kind == Element::Kind::Rule)) {
+                addMark(cell, textTop + ascent, strip);
+                bottom = std::max(bottom, isMark(*cell.element) ? textTop + std::max(ascent, y - textTop + lineHeight)
+                                                                : textTop + ascent + cell.element->thickness);
             }
             if (cell.element->kind == Element::Kind::Picture && top) {
                 const QRectF box(cell.left, textTop, cell.width, cell.element->height);
@@ -111,9 +126,12 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
                 bottom = std::max(bottom, box.bottom());
             }
             if (count > 0) {
+                const std::size_t at = strip.items.size();
                 addText(cell, count, y, strip);
+                std::get<TextItem>(strip.items[at]).emptyBefore = std::exchange(empty, 0);
                 bottom = std::max(bottom, y + double(count) * lineHeight);
             }
+            empty += int(cell.element->kind == Element::Kind::Text && cell.lines.isEmpty());
             cell.done += count;
             more = more || cell.done < cell.lines.size();
         }
@@ -124,12 +142,13 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
             }
             bottom = std::max(bottom, textTop + block.height);
         }
+        strip.goesOn = more;
         strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
         addDecoration(row, left, strip.height, top, !more, strip);
         for (const Cell& cell : cells)
             if (cell.element->kind == Element::Kind::Line)
                 strip.items.push_back(
-                    LineItem{{cell.left, 0}, {cell.left, strip.height}, cell.width, cell.element->color});
+                    LineItem{{cell.left, 0}, {cell.left, strip.height}, cell.element->thickness, cell.element->color});
         strips.push_back(std::move(strip));
     }
 }
@@ -142,7 +161,7 @@ std::vector<BandLayout::Block> BandLayout::blocks(const Row& row, const RowScope
             continue;
         std::vector<Strip> strips;
         for (const Row& inner : element.rows)
-            layOutRow(inner, scope, left + element.left, strips);
+            layOutRow(inner, scope, left + element.left.in(m_textWidth - left), strips);
         Block& block = blocks.emplace_back();
         for (Strip& strip : strips) {
             for (Item& item : strip.items) {
@@ -165,19 +184,51 @@ BandLayout::Cell BandLayout::cell(const Element& element, const RowScope& scope,
             throw ReportError(platform::UnknownName, QStringLiteral("There is no style \"%1\".").arg(name),
                               element.styleChoice.root().place);
     }
-    Cell cell{&element, {}, left + element.left, element.width, style, m_fonts[std::size_t(style)]};
+    const double room = m_textWidth - left;
+    Cell cell{&element, {}, left + element.left.in(room), element.width.in(room), style, m_fonts[std::size_t(style)]};
     if (element.kind == Element::Kind::Text) {
-        const double room = std::max(m_textWidth - cell.left, 1.0);
-        cell.width = element.width > 0 ? std::min(element.width, room) : room;
-        cell.lines = m_typesetter.broken(cell.font, displayText(element.formula.evaluate(scope)), cell.width);
+        const double own = std::max(m_textWidth - cell.left, 1.0);
+        cell.width = element.width.isNone() ? own : std::min(cell.width, own);
+        const QString text = displayText(element.formula.evaluate(scope));
+        cell.lines = m_typesetter.broken(cell.font, text, cell.width);
+        if (cell.lines.size() > 1 && cell.lines.size() * FewLetters > text.size() && !fitsAnyWord(cell, text))
+            m_typesetter.note(QStringLiteral("This column is too narrow for any word."), element.place);
+    }
+    if (element.kind == Element::Kind::Bar) {
+        const Value share = element.formula.evaluate(scope);
+        cell.width *= share.isNull() ? 0 : std::clamp(numberArgument(share, element.formula.root().place), 0.0, 1.0);
     }
     return cell;
 }
 
+bool BandLayout::fitsAnyWord(const Cell& cell, const QString& text) const
+{
+    const QStringList words = text.simplified().split(u' ');
+    return std::any_of(words.begin(), words.end(),
+                       [&](const QString& word) { return m_typesetter.width(cell.font, word) <= cell.width; });
+}
+
+/// What stands on the line on which the texts of a row stand.
+void BandLayout::addMark(const Cell& cell, double base, Strip& strip) const
+{
+    const Element& element = *cell.element;
+    const double usual = m_typesetter.ascent(cell.font) * ShareOfAscent;
+    const double height = element.height > 0 ? element.height : usual;
+    if (element.kind == Element::Kind::TickBox)
+        strip.items.push_back(
+            BoxItem{QRectF(cell.left, base - height, height, height), 0.75, Qt::black, Qt::transparent});
+    else if (element.kind == Element::Kind::Rule)
+        strip.items.push_back(
+            LineItem{{cell.left, base}, {cell.left + cell.width, base}, element.thickness, element.color});
+    else if (cell.width > 0)
+        strip.items.push_back(
+            BoxItem{QRectF(cell.left, base - height, cell.width, height), 0, Qt::black, element.color});
+}
+
 void BandLayout::addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const
 {
-    const double from = left + row.left;
-    const double to = m_textWidth;
+    const double from = left + row.left.in(m_textWidth - left);
+    const double to = row.right.isNone() ? m_textWidth : left + row.right.in(m_textWidth - left);
     static const QColor hairline = QColor::fromRgbF(HairlineGray, HairlineGray, HairlineGray);
     if (row.fill.isValid())
         strip.items.insert(strip.items.begin(), BoxItem{QRectF(from, 0, to - from, height), 0, Qt::black, row.fill});
@@ -201,7 +252,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
         for (const QString& line : part)
             width = std::max(width, m_typesetter.width(cell.font, line));
         strip.items.push_back(TextItem{QRectF(cell.left, y, width, lineHeight * double(count)),
-                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, color});
+                                       count == 1 ? part.front() : part.join(u'\n'), cell.font, color, 0});
         return;
     }
     // Lines that don't begin at one place are items of their own, so that no renderer has to measure.
@@ -211,7 +262,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
         const double free = std::max(cell.width - width, 0.0);
         const double x = cell.left + (cell.element->alignment == Qt::AlignRight ? free : free / 2);
         strip.items.push_back(
-            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, color});
+            TextItem{QRectF(x, y + lineHeight * double(i), width, lineHeight), line, cell.font, color, 0});
     }
 }
 

@@ -12,6 +12,9 @@ namespace
 {
 
 constexpr int MaxColumns = 12;
+constexpr int MaxSkipped = 999;
+constexpr double MinLabel = 9;               // points
+constexpr double HairRule = 0.5;             // points
 constexpr qint64 MaxPictureSize = 4'000'000; // bytes
 
 QColor shade(int percent)
@@ -22,15 +25,21 @@ QColor shade(int percent)
 
 } // namespace
 
+QString fileOfReport(const QString& folder, const QString& name)
+{
+    QString path = QDir(folder).filePath(name);
+    if (QFileInfo(folder).fileName() == QLatin1String("examples") && !QFileInfo::exists(path))
+        if (QString above = QFileInfo(folder).dir().filePath(name); QFileInfo::exists(above))
+            return above;
+    return path;
+}
+
 void BandReader::read(Band& band)
 {
     if (m_lines.accept("columns")) {
         if (&band != &m_definition.detail)
             m_lines.failAtWord(QStringLiteral("Only the detail band has columns."));
-        band.columns = m_lines.number(1, MaxColumns);
-        if (m_lines.accept("gap"))
-            band.gap = m_lines.length();
-        m_inColumns = band.columns > 1;
+        readColumns(band);
     }
     if (m_lines.accept("if"))
         band.condition = m_lines.formulaBeforeBrace();
@@ -53,6 +62,25 @@ void BandReader::read(Band& band)
     }
 }
 
+/// columns N [down] [gap L] [height L] [skip N]
+void BandReader::readColumns(Band& band)
+{
+    band.columns = m_lines.number(1, MaxColumns);
+    band.down = m_lines.accept("down");
+    if (m_lines.accept("gap"))
+        band.gap = m_lines.length();
+    if (m_lines.accept("height")) {
+        band.height = m_lines.length();
+        if (band.height < MinLabel)
+            m_lines.fail(QStringLiteral("A label is at least %1 points high.").arg(MinLabel));
+        if (m_lines.accept("skip"))
+            band.skip = m_lines.number(0, MaxSkipped);
+    } else if (band.down) {
+        m_lines.fail(QStringLiteral("Records go down the columns only where they have a height."));
+    }
+    m_inColumns = band.columns > 1 || band.height > 0;
+}
+
 void BandReader::readLine(Row& row, const QString& word)
 {
     row.hairline = word == QLatin1String("hairline");
@@ -61,7 +89,9 @@ void BandReader::readLine(Row& row, const QString& word)
     if (m_lines.accept("color"))
         row.ruleColor = m_lines.color();
     if (m_lines.accept("from"))
-        row.left = m_lines.length();
+        row.left = m_lines.across();
+    if (m_lines.accept("to"))
+        row.right = m_lines.across();
 }
 
 void BandReader::readRow(std::vector<Row>& rows)
@@ -85,7 +115,9 @@ void BandReader::readRow(std::vector<Row>& rows)
         else if (word == QLatin1String("hairline"))
             row.hairline = true;
         else if (word == QLatin1String("from"))
-            row.left = m_lines.length();
+            row.left = m_lines.across();
+        else if (word == QLatin1String("to"))
+            row.right = m_lines.across();
         else if (word == QLatin1String("with"))
             wanted = QFileInfo::exists(wantedFile());
         else if (word == QLatin1String("without"))
@@ -113,7 +145,7 @@ void BandReader::readRows(Element& element)
         m_lines.fail(QStringLiteral("Rows can't hold further rows."));
     element.kind = Element::Kind::Rows;
     if (m_lines.atLength())
-        element.left = m_lines.length();
+        element.left = m_lines.across();
     m_lines.open();
     while (m_lines.nextInBlock()) {
         if (m_lines.word() != QLatin1String("row"))
@@ -124,7 +156,8 @@ void BandReader::readRows(Element& element)
     m_inRows = false;
 }
 
-/// text LEFT [WIDTH] [left|center|right] [STYLE] = formula; tick-box LEFT; line LEFT WIDTH [color C];
+/// text LEFT [WIDTH] [left|center|right] [STYLE] = formula; tick-box LEFT [SIZE]; line LEFT THICKNESS [color C];
+/// rule LEFT WIDTH [THICKNESS] [color C]; bar LEFT WIDTH [HEIGHT] [color C] = formula;
 /// picture LEFT WIDTH HEIGHT "FILE"; subreport "NAME" [LEFT]
 Element BandReader::readElement(const QString& word)
 {
@@ -137,16 +170,29 @@ Element BandReader::readElement(const QString& word)
             m_lines.failAtWord(QStringLiteral("Records side by side hold no subreports."));
         element.kind = Element::Kind::Subreport;
         element.subreport = m_lines.quoted();
-        element.left = m_lines.atEnd() ? 0 : m_lines.length();
+        element.left = m_lines.atEnd() ? Length() : m_lines.across();
     } else if (word == QLatin1String("tick-box")) {
         element.kind = Element::Kind::TickBox;
-        element.left = m_lines.length();
+        element.left = m_lines.across();
+        element.height = m_lines.atLength() ? m_lines.length() : 0;
     } else if (word == QLatin1String("line")) {
         element.kind = Element::Kind::Line;
-        element.left = m_lines.length();
-        element.width = m_lines.length();
-        if (m_lines.accept("color"))
-            element.color = m_lines.color();
+        element.left = m_lines.across();
+        element.thickness = m_lines.length();
+        readColor(element);
+    } else if (word == QLatin1String("rule")) {
+        element.kind = Element::Kind::Rule;
+        element.left = m_lines.across();
+        element.width = m_lines.across();
+        element.thickness = m_lines.atLength() ? m_lines.length() : HairRule;
+        readColor(element);
+    } else if (word == QLatin1String("bar")) {
+        element.kind = Element::Kind::Bar;
+        element.left = m_lines.across();
+        element.width = m_lines.across();
+        element.height = m_lines.atLength() ? m_lines.length() : 0;
+        readColor(element);
+        element.formula = m_lines.assigned();
     } else if (word == QLatin1String("rows")) {
         readRows(element);
     } else if (word == QLatin1String("picture")) {
@@ -157,11 +203,17 @@ Element BandReader::readElement(const QString& word)
     return element;
 }
 
+void BandReader::readColor(Element& element)
+{
+    if (m_lines.accept("color"))
+        element.color = m_lines.color();
+}
+
 void BandReader::readText(Element& element)
 {
-    element.left = m_lines.length();
+    element.left = m_lines.across();
     if (m_lines.atLength())
-        element.width = m_lines.length();
+        element.width = m_lines.across();
     while (!m_lines.atSign(u'=')) {
         if (m_lines.accept("left"))
             element.alignment = Qt::AlignLeft;
@@ -184,7 +236,7 @@ void BandReader::readText(Element& element)
 /// A file of the report's folder. It is noted even where it isn't there: the report is another one once it is.
 QString BandReader::wantedFile()
 {
-    QString path = QDir(m_folder).filePath(m_lines.fileName());
+    QString path = fileOfReport(m_folder, m_lines.fileName());
     if (!m_definition.files.contains(path))
         m_definition.files << path;
     return path;
@@ -194,8 +246,8 @@ QString BandReader::wantedFile()
 void BandReader::readPicture(Element& element)
 {
     element.kind = Element::Kind::Picture;
-    element.left = m_lines.length();
-    element.width = m_lines.length();
+    element.left = m_lines.across();
+    element.width = m_lines.across();
     element.height = m_lines.length();
     const Place place = m_lines.place();
     const QString path = wantedFile();

@@ -6,6 +6,10 @@
 namespace orlo::reports
 {
 
+/// The path of a file that a report of the folder names, whether it is there or not: beside the report, or beside the
+/// folder "examples" where the report lies in that.
+[[nodiscard]] QString fileOfReport(const QString& folder, const QString& name);
+
 /// Reads the bands of a definition: what stands between a band's braces, and the options before them.
 class BandReader
 {
@@ -21,8 +25,10 @@ public:
 
 private:
     void readRow(std::vector<Row>& rows);
+    void readColumns(Band& band);
     void readLine(Row& row, const QString& word);
     Element readElement(const QString& word);
+    void readColor(Element& element);
     void readText(Element& element);
     QString wantedFile();
     void readPicture(Element& element);

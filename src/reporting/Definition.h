@@ -69,17 +69,28 @@ struct SortKey {
 
 struct Row;
 
-/// What stands in a row of a band. Positions are points from the left margin.
+/// A length across the page: points, and a share of the room up to the right margin.
+struct Length {
+    double points = 0;
+    double share = 0;
+
+    /// In points, where there is so much room.
+    [[nodiscard]] double in(double room) const { return points + share * room; }
+    [[nodiscard]] bool isNone() const { return points == 0 && share == 0; }
+};
+
+/// What stands in a row of a band. Positions are counted from the left margin.
 struct Element {
-    enum class Kind { Text, TickBox, Subreport, Line, Picture, Rows };
+    enum class Kind { Text, TickBox, Subreport, Line, Rule, Bar, Picture, Rows };
     Kind kind = Kind::Text;
-    double left = 0;
-    double width = 0;  ///< 0 runs to the right margin; of a line, its own
-    double height = 0; ///< of a picture
+    Length left;
+    Length width;         ///< none runs to the right margin
+    double height = 0;    ///< of a picture, a bar or a tick-box, points; 0 as the texts beside it
+    double thickness = 0; ///< of a line or rule, points
     Qt::Alignment alignment = Qt::AlignLeft;
     int style = 0;            ///< place in Definition::styles
     Formula styleChoice;      ///< gives a style's name; empty where one style is for all
-    QColor color = Qt::black; ///< of a line
+    QColor color = Qt::black; ///< of a line, rule or bar
     int picture = -1;         ///< place in Definition::pictures
     std::vector<Row> rows;    ///< one below the other, whatever stands beside them
     Formula formula;
@@ -91,7 +102,8 @@ struct Element {
 struct Row {
     Formula condition; ///< empty: always printed
     std::vector<Element> elements;
-    double left = 0;      ///< where its rules and shade begin, points
+    Length left;          ///< where its rules and shade begin
+    Length right;         ///< where they end; none for the right margin
     double above = 0;     ///< points kept free above the texts, inside rules and shade
     double below = 0;     ///< and below
     double ruleAbove = 0; ///< width in points, 0 for none
@@ -105,8 +117,11 @@ struct Row {
 struct Band {
     Formula condition;
     std::vector<Row> rows;
-    int columns = 1; ///< of the detail band: so many records side by side
-    double gap = 0;  ///< between the columns, points
+    int columns = 1;   ///< of the detail band: so many records side by side
+    bool down = false; ///< one column after the other, each filled to the foot of the page
+    double gap = 0;    ///< between the columns, points
+    double height = 0; ///< of each record, points: of labels; 0 as it comes
+    int skip = 0;      ///< labels that the first sheet hasn't any more
 
     /// True for a band that prints nothing.
     [[nodiscard]] bool isEmpty() const { return rows.empty(); }

@@ -190,6 +190,22 @@ QString DefinitionLines::fieldName()
     return name;
 }
 
+Length DefinitionLines::across()
+{
+    qsizetype end = m_at;
+    while (end < m_statement.size() && isNumberPart(m_statement[end]))
+        ++end;
+    bool read = false;
+    const double share = m_statement.mid(m_at, end - m_at).toDouble(&read);
+    if (!read || end >= m_statement.size() || m_statement[end] != u'%')
+        return {length(), 0};
+    if (share > 100)
+        fail(QStringLiteral("The length is too large."));
+    m_at = end + 1;
+    skipBlanks();
+    return {0, share / 100};
+}
+
 double DefinitionLines::length()
 {
     qsizetype end = m_at;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reporting/Formula.h"
+#include "reporting/Definition.h"
 
 #include <QColor>
 #include <QStringList>
@@ -56,6 +56,8 @@ public:
     QString fieldName();
     /// A length in points: "4pt", "0.5in", "12mm", "1.2cm"; a bare 0.
     double length();
+    /// A length across the page: the same, or a share of the width as "12.5%".
+    Length across();
     /// A whole number of percent, 0 to 100, with its sign.
     int percent();
     /// A whole number within the bounds.

@@ -171,7 +171,7 @@ private:
             m_lines->fail(QStringLiteral("Files are included too deeply."));
         const Place place = m_lines->place();
         const QString name = m_lines->fileName();
-        QString path = QDir(m_folder).filePath(name);
+        QString path = fileOfReport(m_folder, name);
         m_definition.files << path;
         if (!QFileInfo(path).isFile()) // a report that was copied without it still has the program's own
             path = QStringLiteral(":/reports/") + name;

@@ -22,6 +22,7 @@ struct TextItem {
     QString text;
     int font = 0; ///< place in Document::fonts
     QColor color = Qt::black;
+    int emptyBefore = 0; ///< cells of its row that stand before it and have no text
 };
 
 /// A straight line.
@@ -75,6 +76,7 @@ struct Document {
     QString author;
     QString subject;
     QSizeF paper{612, 792};   ///< points; US Letter
+    bool exactSize = false;   ///< printed at its size on any sheet, as labels want it
     std::vector<QFont> fonts; ///< sizes in points
     std::vector<Page> pages;
     std::vector<OutlineEntry> outline;

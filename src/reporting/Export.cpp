@@ -1,8 +1,9 @@
 #include "reporting/Export.h"
 
+#include "platform/WriteAll.h"
 #include "reporting/PdfFile.h"
-#include "reporting/ReportError.h"
 
+#include <QRegularExpression>
 #include <QSaveFile>
 
 namespace orlo::reports
@@ -14,9 +15,13 @@ namespace
 /// How far a PDF file has come when its pages are drawn, in percent.
 constexpr int PagesDrawn = 90;
 
-/// A spreadsheet takes a text that begins so for a formula. A sign before a number is none: telephone numbers have it.
+/// A spreadsheet takes a text that begins so for a formula. A sign before a number and nothing else is none: telephone
+/// numbers have it.
 bool readsAsFormula(const QString& text)
 {
+    static const QRegularExpression signedNumber(QStringLiteral("^[+-][0-9][0-9 ,.]*%?$"));
+    if (text.startsWith(u'+') || text.startsWith(u'-'))
+        return !signedNumber.match(text).hasMatch();
     return text.startsWith(u'=') || text.startsWith(u'@') || text.startsWith(u'\t') || text.startsWith(u'\r');
 }
 
@@ -75,10 +80,11 @@ QString csvText(const Document& document)
 void writeCsv(const Document& document, const QString& path)
 {
     QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        platform::raiseUnwritable(path, file.errorString());
     // The mark at the start tells spreadsheet programs that the text is UTF-8.
-    if (!file.open(QIODevice::WriteOnly) || file.write("\xEF\xBB\xBF" + csvText(document).toUtf8()) < 0 ||
-        !file.commit())
-        raiseUnwritable(path, file);
+    platform::writeAll(file, "\xEF\xBB\xBF" + csvText(document).toUtf8());
+    platform::commitAll(file);
 }
 
 } // namespace orlo::reports

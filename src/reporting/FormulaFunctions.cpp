@@ -41,6 +41,12 @@ int count(const Value& value, Place place)
     return std::max(0, wholeArgument(value, place));
 }
 
+/// What is written as 0 has no sign.
+bool hasDigitAboveZero(const QString& digits)
+{
+    return std::any_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'1' && c <= u'9'; });
+}
+
 /// ToText(value), ToText(number, decimals[, thousands[, point]]), ToText(number or date, pattern)
 Value toText(Arguments a, Place place)
 {
@@ -56,6 +62,8 @@ Value toText(Arguments a, Place place)
     if (decimals < 0 || decimals > MaxDecimals)
         refuse(QStringLiteral("Decimals run from 0 to 15."), place);
     QString number = english().toString(numberArgument(a[0], place), 'f', decimals);
+    if (number.startsWith(u'-') && !hasDigitAboveZero(number))
+        number.remove(0, 1);
     if (a.size() > 2) {
         const QString point = a.size() > 3 ? text(a[3]) : QStringLiteral(".");
         const qsizetype dot = number.indexOf(u'.');
@@ -70,7 +78,7 @@ Value joined(Arguments a, Place)
     QString all;
     const QString separator = text(a[0]);
     for (const Value& value : a.subspan(1))
-        if (const QString part = text(value).trimmed(); !part.isEmpty())
+        if (const QString part = text(value); !QStringView(part).trimmed().isEmpty())
             all += (all.isEmpty() ? QString() : separator) + part;
     return all;
 }
@@ -118,14 +126,11 @@ Value repeated(Arguments a, Place place)
 /// The number that a text begins with, 0 for none.
 Value leadingNumber(Arguments a, Place)
 {
-    const QString digits = text(a[0]).remove(u' ').remove(u',');
-    for (qsizetype length = std::min<qsizetype>(digits.size(), 30); length > 0; --length) {
-        bool read = false;
-        const double number = digits.left(length).toDouble(&read);
-        if (read && std::isfinite(number))
-            return number;
-    }
-    return 0;
+    static const QRegularExpression number(
+        QStringLiteral("^\\s*([+-]?(?:[0-9]{1,3}(?:,[0-9]{3})+(?![0-9])|[0-9]*)(?:\\.[0-9]*)?(?:[eE][+-]?[0-9]+)?)"));
+    bool read = false;
+    const double value = number.match(text(a[0])).captured(1).remove(u',').toDouble(&read);
+    return read && std::isfinite(value) ? value : 0;
 }
 
 /// Rounds away from a number's own end: 2.675 is written as a little less, and is still meant to give 2.68.
@@ -135,8 +140,8 @@ double roundedTo(double number, int decimals, double (*round)(double))
     const double scaled = decimals < 0 ? number / scale : number * scale;
     if (std::abs(scaled) >= FirstOfSixteenDigits)
         return decimals > 0 || !std::isfinite(scaled) ? number : round(scaled) * scale;
-    const double exact = QString::number(scaled, 'g', 15).toDouble();
-    return decimals < 0 ? round(exact) * scale : round(exact) / scale;
+    const double whole = round(QString::number(scaled, 'g', 15).toDouble()) + 0.0; // not -0
+    return decimals < 0 ? whole * scale : whole / scale;
 }
 
 template <double (*Round)(double)>
@@ -176,7 +181,7 @@ constexpr auto Functions = std::to_array<FormulaFunction>({
     {QLatin1StringView("IsNumber"), 1, 1, Type::Condition,
      [](Arguments a, Place) -> Value { return a[0].isNumber() || platform::readNumber(text(a[0])).has_value(); }},
     {QLatin1StringView("IsDate"), 1, 1, Type::Condition,
-     [](Arguments a, Place) -> Value { return a[0].isDate() || platform::readDate(text(a[0])).has_value(); }},
+     [](Arguments a, Place) -> Value { return a[0].isDate() || (a[0].isText() && platform::readDate(text(a[0]))); }},
 
     {QLatin1StringView("ToText"), 1, 4, Type::Text, toText},
     {QLatin1StringView("Join"), 2, 20, Type::Text, joined, true},
@@ -342,7 +347,7 @@ QString patternText(double number, const QString& pattern)
     if (whole.contains(u','))
         for (qsizetype at = front.size() - 3; at > 0; at -= 3)
             front.insert(at, u',');
-    const bool negative = number < 0 && (front + back).contains(QRegularExpression(QStringLiteral("[1-9]")));
+    const bool negative = number < 0 && hasDigitAboveZero(front + back);
     return (negative ? QStringLiteral("-") : QString()) + QString(pattern.begin(), first - pattern.begin()) + front +
            (back.isEmpty() ? QString() : u'.' + back) + QString(last, pattern.end() - last);
 }

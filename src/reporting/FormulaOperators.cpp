@@ -175,7 +175,10 @@ constexpr auto Operators = std::to_array<FormulaFunction>({
     {QLatin1StringView("like"), 2, 2, Type::Condition,
      [](Arguments a, Place) -> Value { return store::matchesLike(displayText(a[0]), displayText(a[1])); }},
     {QLatin1StringView("startswith"), 2, 2, Type::Condition,
-     [](Arguments a, Place) -> Value { return displayText(a[0]).startsWith(displayText(a[1]), Qt::CaseInsensitive); }},
+     [](Arguments a, Place) -> Value { // a text that was left empty is none to Qt, and begins with nothing
+         const QString part = displayText(a[1]);
+         return part.isEmpty() || displayText(a[0]).startsWith(part, Qt::CaseInsensitive);
+     }},
     {QLatin1StringView("not"), 1, 1, Type::Condition, negated, false, false, QLatin1StringView("Not")},
     {QLatin1StringView("negative"), 1, 1, Type::Number,
      [](Arguments a, Place place) -> Value { return -operand(a[0], place); }},

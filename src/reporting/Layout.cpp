@@ -12,7 +12,8 @@ namespace
 
 constexpr std::size_t RowsBetweenProgress = 200;
 constexpr std::size_t StripsBetweenLooks = 200;
-constexpr double MinColumn = 36; // points
+constexpr double MinColumn = 36;        // points
+constexpr double LabelTolerance = 0.05; // points
 
 class ReportLayout
 {
@@ -20,9 +21,9 @@ public:
     ReportLayout(const BoundReport& report, LayoutJob& job, Flow& flow, double left, bool isMain)
         : m_report(report), m_definition(report.definition), m_job(job), m_flow(flow), m_left(left), m_isMain(isMain),
           m_bands(report.definition, job.typesetter, job.textWidth, job.heightLimit),
-          m_scope(report.definition, report.rows, job.facts)
+          m_scope(report.definition, report.rows, job.facts), m_skipped(std::size_t(report.definition.detail.skip))
     {
-        if (const int columns = m_definition.detail.columns; columns > 1) {
+        if (const int columns = m_definition.detail.columns; columns > 1 || m_definition.detail.height > 0) {
             m_columnWidth = (job.textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
             if (m_columnWidth < MinColumn)
                 throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."));
@@ -80,20 +81,15 @@ private:
                 continue;
             if (m_flow.strips.size() > before && m_flow.strips.back().items.empty())
                 m_flow.strips.pop_back();
-            glue(afterSubreport, m_flow.strips.size(), isLinked(*inner)); // a list of its own may begin a page
+            keepRows(stripsFrom(afterSubreport), isLinked(*inner)); // a list of its own may begin a page
             if (row.condition.isEmpty() || row.condition.holds(m_scope))
                 subreport(*inner);
             afterSubreport = m_flow.strips.size();
         }
-        glue(afterSubreport, m_flow.strips.size(), keepWithNext);
+        keepRows(stripsFrom(afterSubreport), keepWithNext);
     }
 
-    /// Keeps strips on one page, and the last of them with what follows if wanted.
-    void glue(std::size_t first, std::size_t last, bool withNext)
-    {
-        for (std::size_t i = first; i < last; ++i)
-            m_flow.strips[i].keepWithNext = i + 1 < last || withNext;
-    }
+    [[nodiscard]] std::span<Strip> stripsFrom(std::size_t first) { return std::span(m_flow.strips).subspan(first); }
 
     /// A footer never stands alone at the top of a page.
     void keepWithPrevious(const Band& footer)
@@ -131,7 +127,7 @@ private:
         const std::size_t kept = m_flow.kept.size();
         m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
         const std::size_t first = m_flow.strips.size();
-        ReportLayout(inner, m_job, m_flow, m_left + element.left, false).run(rows);
+        ReportLayout(inner, m_job, m_flow, m_left + element.left.in(m_job.textWidth - m_left), false).run(rows);
         for (std::size_t i = first; i < m_flow.strips.size(); ++i)
             m_flow.strips[i].row = m_scope.row; // a page that begins there belongs to this report's record
         if (m_flow.strips.size() > m_flow.kept[kept].first)
@@ -209,23 +205,30 @@ private:
 
     void emitDetails(RowRange rows)
     {
+        if (m_definition.detail.height > 0)
+            return emitLabels(rows);
         for (std::size_t row = rows.first; row < rows.last; ++row) {
             m_scope.row = row;
             if (m_columns)
                 appendInColumns();
             else
                 appendDetail();
-            if (++m_done == m_rows.size())
-                continue;
-            if (m_isMain && m_job.watch && m_flow.strips.size() >= m_watched + StripsBetweenLooks) {
-                m_watched = m_flow.strips.size();
-                if (m_job.watch(m_flow))
-                    m_job.watch = {};
-            }
-            if (m_done % RowsBetweenProgress == 0)
-                m_job.progress(m_done, m_rows.size());
+            recordDone();
         }
         m_filledColumns = 0;
+    }
+
+    void recordDone()
+    {
+        if (++m_done == m_rows.size())
+            return;
+        if (m_isMain && m_job.watch && m_flow.strips.size() >= m_watched + StripsBetweenLooks) {
+            m_watched = m_flow.strips.size();
+            if (m_job.watch(m_flow))
+                m_job.watch = {};
+        }
+        if (m_done % RowsBetweenProgress == 0)
+            m_job.progress(m_done, m_rows.size());
     }
 
     void appendDetail()
@@ -242,21 +245,119 @@ private:
         std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
         if (strips.empty())
             return;
-        const double height = std::accumulate(strips.begin(), strips.end(), 0.0,
-                                              [](double sum, const Strip& strip) { return sum + strip.height; });
+        const double height = heightOf(strips);
         if (height > m_job.heightLimit) { // one that runs over pages stands by itself
             strips.front().beginsRecord = m_isMain;
             std::move(strips.begin(), strips.end(), std::back_inserter(m_flow.strips));
             m_filledColumns = 0;
             return;
         }
-        if (m_filledColumns == 0) {
-            m_flow.strips.emplace_back();
-            m_flow.strips.back().beginsRecord = m_isMain;
-            m_flow.strips.back().row = m_scope.row;
-        }
+        if (m_filledColumns == 0)
+            appendLine();
         Strip& line = m_flow.strips.back();
-        QPointF at(m_filledColumns * (m_columnWidth + m_definition.detail.gap), 0);
+        place(std::move(strips), m_filledColumns, line);
+        line.height = std::max(line.height, height);
+        m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
+    }
+
+    /// Records of one height, line by line or column by column; the first sheet may have lost some of its labels.
+    void emitLabels(RowRange rows)
+    {
+        const Band& detail = m_definition.detail;
+        const auto columns = std::size_t(detail.columns);
+        const auto linesOfSheet =
+            std::max(std::size_t((m_job.bodyHeight + LabelTolerance) / detail.height), std::size_t(1));
+        const std::size_t ofSheet = linesOfSheet * columns;
+        const std::size_t skipped = std::exchange(m_skipped, 0) % ofSheet;
+        const std::vector<std::size_t> records = printed(rows);
+        const std::size_t end = records.empty() ? 0 : skipped + records.size();
+        for (std::size_t sheet = 0; sheet < end; sheet += ofSheet) {
+            const std::size_t onSheet = std::min(ofSheet, end - sheet);
+            const std::size_t lines = detail.down ? std::min(linesOfSheet, onSheet) : (onSheet + columns - 1) / columns;
+            for (std::size_t line = 0; line < lines; ++line) {
+                appendLine();
+                m_flow.strips.back().height = detail.height;
+                m_flow.strips.back().breakBefore = line == 0 && sheet > 0;
+                std::size_t firstRow = SIZE_MAX;
+                for (std::size_t column = 0; column < columns; ++column) {
+                    const std::size_t label =
+                        sheet + (detail.down ? column * linesOfSheet + line : line * columns + column);
+                    if (label < skipped || label >= sheet + onSheet)
+                        continue;
+                    firstRow = std::min(firstRow, records[label - skipped]);
+                    appendLabel(records[label - skipped], int(column));
+                }
+                m_flow.strips.back().row = firstRow == SIZE_MAX ? rows.first : firstRow;
+                m_flow.strips.back().beginsRecord = m_isMain && firstRow != SIZE_MAX;
+            }
+        }
+    }
+
+    /// The rows for which the detail band prints anything: only they take a label.
+    std::vector<std::size_t> printed(RowRange rows)
+    {
+        std::vector<std::size_t> found;
+        for (m_scope.row = rows.first; m_scope.row < rows.last; ++m_scope.row)
+            if (m_definition.detail.condition.isEmpty() || m_definition.detail.condition.holds(m_scope))
+                found.push_back(m_scope.row);
+        return found;
+    }
+
+    void appendLabel(std::size_t row, int column)
+    {
+        m_scope.row = row;
+        std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
+        Strip& line = m_flow.strips.back();
+        const std::size_t before = line.items.size();
+        place(std::move(strips), column, line);
+        const std::size_t whole = line.items.size();
+        cutItems(line.items, before, m_definition.detail.height);
+        if (line.items.size() < whole || m_wasCut)
+            m_job.typesetter.note(QStringLiteral("Record %1 is too long for its label and cut.").arg(row + 1));
+        recordDone();
+    }
+
+    /// Takes away what stands below a height, of texts the lines that do.
+    void cutItems(std::vector<Item>& items, std::size_t first, double height)
+    {
+        m_wasCut = false;
+        const auto isOutside = [&](Item& item) {
+            auto* text = std::get_if<TextItem>(&item);
+            if (!text || text->box.bottom() <= height + LabelTolerance)
+                return !text && topOf(item) > height + LabelTolerance;
+            QStringList lines = text->text.split(u'\n');
+            const double lineHeight = text->box.height() / double(lines.size());
+            const auto fits = qsizetype((height + LabelTolerance - text->box.top()) / lineHeight);
+            if (fits <= 0)
+                return true;
+            m_wasCut = true;
+            text->text = lines.first(fits).join(u'\n');
+            text->box.setHeight(lineHeight * double(fits));
+            return false;
+        };
+        items.erase(std::remove_if(items.begin() + std::ptrdiff_t(first), items.end(), isOutside), items.end());
+    }
+
+    static double topOf(const Item& item)
+    {
+        if (const auto* line = std::get_if<LineItem>(&item))
+            return std::min(line->from.y(), line->to.y());
+        if (const auto* box = std::get_if<BoxItem>(&item))
+            return box->box.top();
+        return std::get<PictureItem>(item).box.top();
+    }
+
+    void appendLine()
+    {
+        m_flow.strips.emplace_back();
+        m_flow.strips.back().beginsRecord = m_isMain;
+        m_flow.strips.back().row = m_scope.row;
+    }
+
+    /// Puts the strips of a record into a column of the line.
+    void place(std::vector<Strip>&& strips, int column, Strip& line) const
+    {
+        QPointF at(column * (m_columnWidth + m_definition.detail.gap), 0);
         for (Strip& strip : strips) {
             for (Item& item : strip.items) {
                 moveItem(item, at);
@@ -264,9 +365,13 @@ private:
             }
             at.ry() += strip.height;
         }
-        line.height = std::max(line.height, height);
-        line.lastRow = m_scope.row;
-        m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
+        line.lastRow = std::max(line.lastRow, m_scope.row);
+    }
+
+    static double heightOf(const std::vector<Strip>& strips)
+    {
+        return std::accumulate(strips.begin(), strips.end(), 0.0,
+                               [](double sum, const Strip& strip) { return sum + strip.height; });
     }
 
     const BoundReport& m_report;
@@ -283,6 +388,8 @@ private:
     std::optional<BandLayout> m_columns; // of the detail band, if it has columns
     double m_columnWidth = 0;
     int m_filledColumns = 0; // of the line that is being filled
+    std::size_t m_skipped;   // labels that the first sheet has lost
+    bool m_wasCut = false;   // the label laid out last
 };
 
 } // namespace

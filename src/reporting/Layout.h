@@ -5,22 +5,26 @@
 #include "reporting/ReportData.h"
 #include "reporting/Typesetter.h"
 
+#include <span>
+
 namespace orlo::reports
 {
 
 /// A strip of the report across the page: its items are placed from its own top left corner.
 struct Strip {
     double height = 0;
-    bool keepWithNext = false;
+    bool keepWithNext = false; ///< a row of a band, above the band's next one
+    bool goesOn = false;       ///< a part of a cut row, above the next part: that may stand on another page
     bool breakBefore = false;
     bool beginsRecord = false; ///< of the main report's detail band: counts for what a page adds up
     std::size_t row = 0;       ///< the main report's row that it was made for
     std::size_t lastRow = 0;   ///< the last record of a line of several columns
     std::vector<Item> items;
-
-    /// Gives back the memory of the items, too.
-    void dropItems() { std::vector<Item>().swap(items); }
 };
+
+/// Keeps the rows of a band on one page, and the last of them with what follows if wanted. The parts of a cut row flow:
+/// the first stays with what is above the row, the last with what is below it.
+void keepRows(std::span<Strip> strips, bool withNext);
 
 /// Moves an item by points.
 void moveItem(Item& item, QPointF by);
@@ -50,7 +54,7 @@ public:
     /// Strips are as wide as the text area; a row higher than the limit is cut into several. Lengths are points.
     BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit);
 
-    /// The band's strips for the scope's row, all but the last kept with the next. Subreports are left out.
+    /// The band's strips for the scope's row, its rows kept together. Subreports are left out.
     [[nodiscard]] std::vector<Strip> strips(const Band& band, const RowScope& scope, double left) const;
     /// Appends the strips of one row of a band.
     void layOutRow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const;
@@ -73,6 +77,8 @@ private:
     [[nodiscard]] std::vector<Block> blocks(const Row& row, const RowScope& scope, double left) const;
     [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;
     void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
+    [[nodiscard]] bool fitsAnyWord(const Cell& cell, const QString& text) const;
+    void addMark(const Cell& cell, double base, Strip& strip) const;
     void addText(const Cell& cell, qsizetype count, double y, Strip& strip) const;
 
     const Definition& m_definition;
@@ -84,14 +90,15 @@ private:
 };
 
 /// Shown a flow from time to time while it grows, between two records of the main report: all strips but the last are
-/// settled then, and their items may be taken away. True once that was enough.
-using FlowWatch = std::function<bool(Flow& flow)>;
+/// settled then. True once that was enough.
+using FlowWatch = std::function<bool(const Flow& flow)>;
 
 /// What a report is laid out for.
 struct LayoutJob {
     const RunFacts& facts;
     Typesetter& typesetter;
     double textWidth;   ///< points
+    double bodyHeight;  ///< points, of a page
     double heightLimit; ///< points; a row higher than that is cut
     PartProgress progress;
     FlowWatch watch;

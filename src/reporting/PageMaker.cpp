@@ -34,8 +34,7 @@ RowRange rowsOn(const Flow& flow, const PageContent& content)
         const Strip& strip = flow.strips[placed.strip];
         if (!strip.beginsRecord)
             continue;
-        if (rows.last == 0)
-            rows.first = strip.row;
+        rows.first = rows.last == 0 ? strip.row : std::min(rows.first, strip.row);
         rows.last = std::max(strip.row, strip.lastRow) + 1;
     }
     return rows;
@@ -88,20 +87,14 @@ std::vector<OutlineEntry> PageMaker::outline(const Flow& flow, const PagePlan& p
     return entries;
 }
 
-void PageMaker::make(Flow& flow, PagePlan& plan, std::size_t end, const PartProgress& progress,
-                     const std::function<void(Page&&)>& take)
+std::vector<Page> PageMaker::make(Flow& flow, const PagePlan& plan, const PartProgress& progress)
 {
-    const auto count = plan.pages.size();
-    for (; std::size_t(plan.next) <= count; ++plan.next) {
-        const PageContent& content = plan.pages[std::size_t(plan.next) - 1];
-        if (!content.strips.empty() && content.strips.back().strip >= end)
-            return;
-        progress(std::size_t(plan.next) - 1, count);
-        if (plan.next >= plan.first && plan.next <= plan.last)
-            take(page(flow, content, plan.next));
-        for (const PlacedStrip& placed : content.strips)
-            flow.strips[placed.strip].dropItems();
+    std::vector<Page> pages;
+    for (int number = plan.first; number <= plan.last; ++number) {
+        progress(std::size_t(number - plan.first), std::size_t(plan.last - plan.first + 1));
+        pages.push_back(page(flow, plan.pages[std::size_t(number) - 1], number));
     }
+    return pages;
 }
 
 bool PageMaker::makeFirst(Flow flow, Document& document)

@@ -5,12 +5,11 @@
 namespace orlo::reports
 {
 
-/// What stands on which page, and how far the pages are made.
+/// What stands on which page.
 struct PagePlan {
     std::vector<PageContent> pages;
     int first = 1; ///< the pages wanted, counted from 1
     int last = 0;
-    int next = 1; ///< the page to make next
 };
 
 /// Puts pages together from a flow and the page header and footer.
@@ -27,10 +26,8 @@ public:
     [[nodiscard]] PagePlan plan(const Flow& flow, int first, int last);
     /// Where the headings of groups stand on the wanted pages.
     [[nodiscard]] std::vector<OutlineEntry> outline(const Flow& flow, const PagePlan& plan) const;
-    /// Makes the next pages as far as they stand before a strip, and takes their items out of the flow. Throws
-    /// Cancelled.
-    void make(Flow& flow, PagePlan& plan, std::size_t end, const PartProgress& progress,
-              const std::function<void(Page&&)>& take);
+    /// Makes the wanted pages, and takes their items out of the flow. Throws Cancelled.
+    [[nodiscard]] std::vector<Page> make(Flow& flow, const PagePlan& plan, const PartProgress& progress);
     /// The first page out of the beginning of a flow; false as long as what follows could change it.
     bool makeFirst(Flow flow, Document& document);
 

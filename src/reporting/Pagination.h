@@ -9,7 +9,7 @@ namespace orlo::reports
 /// What page breaking needs to know of a strip of the report: it never looks at what is drawn in it.
 struct StripSize {
     double height = 0;
-    bool keepWithNext = false; ///< a heading, or all but the last strip of a band
+    bool keepWithNext = false; ///< a heading, or a row of a band above its next one
     bool breakBefore = false;  ///< begins a page
 };
 

@@ -209,6 +209,17 @@ void PagePainter::paint(QPainter& painter, const Page& page) const
     painter.restore();
 }
 
+QTransform placedOn(QSizeF sheet, const Document& document)
+{
+    if (document.exactSize)
+        return {};
+    // A point is nothing, as papers are rounded to it.
+    const double fit = std::min(sheet.width() / document.paper.width(), sheet.height() / document.paper.height());
+    const double scale = fit > 0.99 ? 1 : fit;
+    const QSizeF margin = (sheet - document.paper * scale) / 2;
+    return {scale, 0, 0, scale, margin.width(), margin.height()};
+}
+
 void paintPage(QPainter& painter, const Document& document, int page)
 {
     PagePainter(document.fonts).paint(painter, document.pages[std::size_t(page)]);

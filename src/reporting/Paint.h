@@ -3,6 +3,7 @@
 #include "reporting/Document.h"
 
 #include <QRawFont>
+#include <QTransform>
 
 #include <array>
 
@@ -42,6 +43,10 @@ public:
 private:
     std::vector<Face> m_faces;
 };
+
+/// Where a document's page stands on a sheet, in points: smaller where the sheet is, in its middle where that is
+/// larger. Pages of an exact size keep it, and the sheet's top left corner.
+[[nodiscard]] QTransform placedOn(QSizeF sheet, const Document& document);
 
 /// Draws a single page of a document, counted from 0, in the same way.
 void paintPage(QPainter& painter, const Document& document, int page);

@@ -15,12 +15,14 @@ namespace orlo::reports
 
 class PagePainter;
 
-/// A PDF file that takes the pages of one report as they are finished. Unless it is committed, no file is left.
+/// A PDF file that takes the pages of one report as they are finished. Unless it is committed, no file is left, and one
+/// that stood there stays.
 class PdfFile
 {
 public:
-    /// Raises PathFileAccess (75) where the file can't be written.
-    explicit PdfFile(const QString& path);
+    /// On the report's own paper, or on another, in points, as placedOn() places its pages. Raises PathFileAccess (75)
+    /// where the file can't be written.
+    explicit PdfFile(const QString& path, QSizeF sheet = {});
     ~PdfFile();
     PdfFile(const PdfFile&) = delete;
     PdfFile& operator=(const PdfFile&) = delete;
@@ -31,13 +33,17 @@ public:
     void commit(const PartProgress& progress = {});
 
 private:
+    class Drawn;
+
     void begin(const Document& document);
 
     QSaveFile m_file;
-    QTemporaryFile m_drawn; // before it gets its bookmarks and links
+    QSizeF m_sheet;
+    std::unique_ptr<Drawn> m_drawn; // before it gets its bookmarks and links
     std::unique_ptr<QPdfWriter> m_writer;
     std::unique_ptr<QPainter> m_painter;
     std::unique_ptr<PagePainter> m_pages;
+    QTransform m_place;
     PdfExtras m_extras;
     int m_count = 0;
 };

@@ -29,7 +29,7 @@ decltype(&ORLO_FINISH_PDF) moduleFinish()
     return finish;
 }
 
-void copyPages(QFile& pages, QIODevice& file, const PartProgress& progress)
+void copyPages(QFile& pages, const ByteSink& write, const PartProgress& progress)
 {
     constexpr qint64 AtOnce = 1 << 20;
     if (!pages.seek(0))
@@ -39,20 +39,19 @@ void copyPages(QFile& pages, QIODevice& file, const PartProgress& progress)
         const QByteArray block = pages.read(AtOnce);
         if (block.isEmpty())
             throw std::runtime_error(pages.errorString().toLocal8Bit().toStdString());
-        if (file.write(block) < 0)
-            return;
+        write(block);
     }
 }
 
 } // namespace
 
-void finishPdf(QFile& pages, QIODevice& file, const PdfExtras& extras, const PartProgress& progress)
+void finishPdf(QFile& pages, const ByteSink& write, const PdfExtras& extras, const PartProgress& progress)
 {
     try {
         if (const auto finish = moduleFinish())
-            finish(pages, file, extras, progress);
+            finish(pages, write, extras, progress);
         else
-            copyPages(pages, file, progress);
+            copyPages(pages, write, progress);
     } catch (const std::runtime_error& error) {
         throw ReportError(platform::PathFileAccess,
                           QStringLiteral("The PDF file can't be made: %1").arg(QString::fromLocal8Bit(error.what())));

@@ -17,8 +17,6 @@ constexpr double MaxShareOfRow = 0.34;
 /// How far a run has come when it is laid out, and when its pages are made, in percent.
 constexpr int LaidOut = 80;
 constexpr int PagesMade = 92;
-/// The same where no page is kept: when it is known what stands on each.
-constexpr int HeightsKnown = 60;
 
 QString nameOf(const QString& path)
 {
@@ -133,6 +131,7 @@ public:
         m_document.author = displayText(m_report.definition.author.evaluate(firstRow));
         m_document.subject = displayText(m_report.definition.subject.evaluate(firstRow));
         m_document.paper = m_report.definition.paper;
+        m_document.exactSize = m_report.definition.detail.height > 0;
         m_document.files = definition.files;
         m_document.warnings =
             definition.warnings + layoutWarnings(m_report.definition, {m_pages.textWidth(), m_pages.bodyHeight()},
@@ -146,40 +145,21 @@ public:
     {
         FlowWatch watch;
         if (firstPage && m_request.firstPage <= 1)
-            watch = [&](Flow& flow) { return showFirst(flow, firstPage); };
+            watch = [&](const Flow& flow) { return showFirst(flow, firstPage); };
         Flow flow = laidOut(PartProgress(progress, DataRead, LaidOut), watch);
         PagePlan plan = planned(flow);
-        m_pages.make(flow, plan, flow.strips.size(), PartProgress(progress, LaidOut, PagesMade),
-                     [this](Page&& page) { m_document.pages.push_back(std::move(page)); });
+        m_document.pages = m_pages.make(flow, plan, PartProgress(progress, LaidOut, PagesMade));
+        m_document.warnings << m_typesetter.warnings(nameOf(m_request.reportFile));
+        m_document.warnings.removeDuplicates();
         fillExport(m_report, m_facts, m_document, PartProgress(progress, PagesMade, 100));
-        return std::move(m_document);
-    }
-
-    /// The report is laid out twice, as each page tells how many there are: the first time for its heights alone.
-    Document pageByPage(const Progress& progress, const PageSink& sink)
-    {
-        std::size_t forgotten = 0;
-        const auto forget = [&](Flow& flow) {
-            for (; forgotten + 1 < flow.strips.size(); ++forgotten)
-                flow.strips[forgotten].dropItems();
-            return false;
-        };
-        PagePlan plan = planned(laidOut(PartProgress(progress, DataRead, HeightsKnown), forget));
-        const PartProgress made(progress, HeightsKnown, 100);
-        const auto handOn = [&](Page&& page) { sink(m_document, page, int(plan.pages.size())); };
-        Flow flow = laidOut({}, [&](Flow& begun) { // the pages tell of its progress
-            m_pages.make(begun, plan, std::max<std::size_t>(begun.strips.size(), 1) - 1, made, handOn);
-            return false;
-        });
-        m_pages.make(flow, plan, flow.strips.size(), made, handOn);
         return std::move(m_document);
     }
 
 private:
     Flow laidOut(const PartProgress& progress, const FlowWatch& watch)
     {
-        return layOut(m_report, {m_facts, m_typesetter, m_pages.textWidth(), m_pages.bodyHeight() * MaxShareOfRow,
-                                 progress, watch});
+        return layOut(m_report, {m_facts, m_typesetter, m_pages.textWidth(), m_pages.bodyHeight(),
+                                 m_pages.bodyHeight() * MaxShareOfRow, progress, watch});
     }
 
     PagePlan planned(const Flow& flow)
@@ -213,18 +193,17 @@ private:
     Document m_document;
 };
 
-/// Reads a report's rows and has it run to its end; nothing if that was cancelled.
-template <class Way>
-std::optional<Document> run(const Definition& definition, const RunRequest& request, const DatabaseProvider& databaseOf,
-                            const Progress& progress, const Way& way)
+} // namespace
+
+std::optional<Document> render(const Definition& definition, const RunRequest& request,
+                               const DatabaseProvider& databaseOf, const Progress& progress, const FirstPage& firstPage)
 {
     try {
         const RunFacts facts{request.reportTitle.trimmed(), platform::today(), QTime::currentTime()};
         auto report = loadReport(definition, request, databaseOf, facts, progress);
         if (!report)
             return std::nullopt;
-        Run run(definition, request, std::move(*report), facts);
-        return way(run);
+        return Run(definition, request, std::move(*report), facts).wholeDocument(progress, firstPage);
     } catch (const Cancelled&) {
         return std::nullopt;
     } catch (const ReportError& error) {
@@ -234,26 +213,10 @@ std::optional<Document> run(const Definition& definition, const RunRequest& requ
     }
 }
 
-} // namespace
-
-std::optional<Document> render(const Definition& definition, const RunRequest& request,
-                               const DatabaseProvider& databaseOf, const Progress& progress, const FirstPage& firstPage)
-{
-    return run(definition, request, databaseOf, progress,
-               [&](Run& run) { return run.wholeDocument(progress, firstPage); });
-}
-
 std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf, const Progress& progress,
                                const FirstPage& firstPage)
 {
     return render(readDefinitionFile(request.reportFile), request, databaseOf, progress, firstPage);
-}
-
-std::optional<Document> renderPages(const RunRequest& request, const DatabaseProvider& databaseOf, const PageSink& sink,
-                                    const Progress& progress)
-{
-    return run(readDefinitionFile(request.reportFile), request, databaseOf, progress,
-               [&](Run& run) { return run.pageByPage(progress, sink); });
 }
 
 } // namespace orlo::reports

@@ -84,14 +84,4 @@ using FirstPage = std::function<void(Document&&)>;
                                              const DatabaseProvider& databaseOf, const Progress& progress = {},
                                              const FirstPage& firstPage = {});
 
-/// Given each page as soon as it is finished, with the number of pages that the whole report has, the unwanted ones
-/// too; the document has neither pages nor what the CSV export writes.
-using PageSink = std::function<void(const Document& document, const Page& page, int count)>;
-
-/// Runs a report file as render() does and keeps no page and no row of the export, so that a report of any length
-/// takes little more memory than its rows; only a subreport is kept until its record is done. What is returned has no
-/// pages. Raises what render() raises.
-[[nodiscard]] std::optional<Document> renderPages(const RunRequest& request, const DatabaseProvider& databaseOf,
-                                                  const PageSink& sink, const Progress& progress = {});
-
 } // namespace orlo::reports

@@ -3,6 +3,7 @@
 #include "reporting/RowOrder.h"
 #include "reporting/Selection.h"
 #include "store/engine/Database.h"
+#include "store/engine/SqlError.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -36,20 +37,25 @@ FormulaNode::Type typeOf(store::FieldType type)
     return FormulaNode::Type::Text;
 }
 
-/// Where the query holds the name or the sign that the store's message ends with; its beginning where none is named.
-Place placeInQuery(const Source& source, const QString& message)
+/// Where the query holds what the store refuses: by the store's own place in it, or by the name that nothing is called
+/// by. The statement's beginning where neither is known.
+Place placeInQuery(const Source& source, const QString& statement, const platform::RuntimeError& error)
 {
-    static const QRegularExpression named(QStringLiteral("(?:no such \\w+: ([^)]+)|\"([^\"]+)\")"));
-    const QRegularExpressionMatch match = named.match(message);
-    const QString name = match.captured(1) + match.captured(2);
-    if (name.isEmpty())
-        return source.place;
-    const bool isWord = name.back().isLetterOrNumber();
-    const QRegularExpression sought(
-        (isWord ? QStringLiteral("(?<!\\w)%1(?!\\w)") : QStringLiteral("%1")).arg(QRegularExpression::escape(name)),
-        QRegularExpression::CaseInsensitiveOption);
-    const qsizetype at = source.query.indexOf(sought);
-    if (at < 0 || (!isWord && source.query.count(name) > 1)) // or nobody knows which of the signs
+    qsizetype at = -1;
+    static const QRegularExpression unknown(QStringLiteral("no such \\w+: ([^)]+)"));
+    if (const auto* own = dynamic_cast<const store::SqlError*>(&error)) {
+        if (own->statement() == statement) // which the query is a part of, and not a stored query's
+            at = own->position() - statement.indexOf(source.query);
+    } else if (const auto named = unknown.match(error.description()); named.hasMatch()) {
+        static const QRegularExpression quotes(QStringLiteral("\"[^\"]*\"|'[^']*'|#[^#]*#"));
+        QString bare = source.query;
+        for (const QRegularExpressionMatch& quote : quotes.globalMatch(source.query))
+            bare.replace(quote.capturedStart(), quote.capturedLength(), QString(quote.capturedLength(), u' '));
+        at = bare.indexOf(
+            QRegularExpression(QStringLiteral("(?<!\\w)%1(?!\\w)").arg(QRegularExpression::escape(named.captured(1))),
+                               QRegularExpression::CaseInsensitiveOption));
+    }
+    if (at < 0 || at > source.query.size())
         return source.place;
     const QString before = source.query.left(at);
     return {source.queryPlace.line + int(before.count(u'\n')), int(at - (before.lastIndexOf(u'\n') + 1)) + 1,
@@ -168,7 +174,7 @@ private:
         } catch (const ReportError&) {
             throw;
         } catch (const platform::RuntimeError& error) {
-            throw ReportError(error.number(), error.description(), placeInQuery(source, error.description()));
+            throw ReportError(error.number(), error.description(), placeInQuery(source, query, error));
         }
     }
 

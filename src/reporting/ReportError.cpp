@@ -53,11 +53,4 @@ ReportError ReportError::atRecord(std::size_t record) const
     return changed;
 }
 
-void raiseUnwritable(const QString& path, const QFileDevice& file)
-{
-    throw ReportError(
-        platform::PathFileAccess,
-        QStringLiteral("The file %1 can't be written: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
-}
-
 } // namespace orlo::reports

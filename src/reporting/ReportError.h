@@ -2,7 +2,6 @@
 
 #include "platform/RuntimeError.h"
 
-#include <QFileDevice>
 #include <QString>
 #include <QStringList>
 
@@ -55,8 +54,5 @@ private:
     QStringList m_files;
     bool m_hasRecord = false;
 };
-
-/// Raises PathFileAccess (75) for a file that can't be written: which one, and what the system says of it.
-[[noreturn]] void raiseUnwritable(const QString& path, const QFileDevice& file);
 
 } // namespace orlo::reports

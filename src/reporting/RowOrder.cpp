@@ -25,10 +25,13 @@ bool hasSummary(const SortKey& key)
     return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
 }
 
-/// The store's order of texts is worked out once for each, not in each comparison.
+/// The store's order of texts is worked out once for each, not in each comparison. An empty text is nothing, here as
+/// for the groups.
 Value sortable(const Value& value)
 {
-    return value.isText() ? Value(store::sortKey(value.toText())) : value;
+    if (!value.isText())
+        return value;
+    return value.toText().isEmpty() ? Value() : Value(store::sortKey(value.toText()));
 }
 
 /// Null comes first, as it does in the store's own order.
@@ -72,11 +75,11 @@ public:
     {
         try {
             sortRows();
+            if (!m_definition.unique.isEmpty())
+                dropRepeated(); // before the groups are ordered by sums: a row that goes counts nowhere
             const auto& groups = m_definition.groups;
             if (std::any_of(groups.begin(), groups.end(), [](const Group& group) { return ordersItself(group); }))
                 orderGroups();
-            if (!m_definition.unique.isEmpty())
-                dropRepeated();
         } catch (const ReportError& error) {
             throw error.atRecord(m_scope.row + 1);
         }
@@ -195,6 +198,7 @@ private:
             }
         }
         take(kept);
+        m_scope.range = m_scope.whole = {0, kept.size()};
     }
 
     BoundReport& m_report;

@@ -130,7 +130,7 @@ Value RowScope::word(Word word) const
     case Word::ProgramName:
         return platform::title();
     case Word::RecordNumber:
-        return qint64(currentRow() - range.first + 1);
+        return qint64(currentRow() - whole.first + 1);
     case Word::GroupNumber:
         return groupNumber;
     case Word::OnFirstRecord:

@@ -13,6 +13,8 @@ namespace
 
 /// Widths are sums of rounded advances: a text that fits by less than this has not been broken for nothing.
 constexpr double WidthTolerance = 0.01;
+constexpr std::size_t MostNotes = 12;
+constexpr qsizetype MostCharacters = 8;
 
 const std::map<QString, QStringList>& genericFamilies()
 {
@@ -83,7 +85,7 @@ int Typesetter::font(const Style& style)
 
     m_fonts.push_back(font);
     const QFontMetricsF metrics(typesetFont(font, true));
-    Face face{metrics, metrics.ascent() / UnitsPerPoint, 0, {}};
+    Face face{metrics, metrics.ascent() / UnitsPerPoint, 0, {}, {}};
     face.lineHeight = std::max(metrics.height() / UnitsPerPoint, 1.0);
     face.advances.fill(-1);
     m_faces.push_back(face);
@@ -132,6 +134,7 @@ QStringList Typesetter::broken(int font, const QString& text, double width) cons
         return {text};
     QStringList lines;
     const QString clean = printable(text);
+    lookForGlyphs(m_faces[std::size_t(font)], clean);
     for (const QStringView paragraph : QStringView(clean).split(u'\n')) {
         const QStringView line = paragraph.trimmed();
         if (this->width(font, line) <= width + WidthTolerance)
@@ -142,6 +145,46 @@ QStringList Typesetter::broken(int font, const QString& text, double width) cons
     while (!lines.isEmpty() && lines.back().isEmpty())
         lines.removeLast();
     return lines;
+}
+
+void Typesetter::lookForGlyphs(const Face& face, QStringView text) const
+{
+    if (!needsShaping(text))
+        return;
+    for (const char32_t code : text.toUcs4()) {
+        const bool isDrawn = QChar::isPrint(code) && !QChar::isMark(code) && !QChar::isSpace(code);
+        if (code >= EndOfPlainCharacters && isDrawn && face.looked.insert(code).second &&
+            !face.metrics.inFontUcs4(code))
+            m_missing.insert(code);
+    }
+}
+
+void Typesetter::note(const QString& message, Place place)
+{
+    const auto same = [&](const auto& known) {
+        return known.first == message && known.second.line == place.line && known.second.column == place.column &&
+               known.second.file == place.file;
+    };
+    if (m_notes.size() < MostNotes && std::none_of(m_notes.begin(), m_notes.end(), same))
+        m_notes.emplace_back(message, place);
+}
+
+QStringList Typesetter::warnings(const QString& file) const
+{
+    QStringList warnings;
+    for (const auto& [message, place] : m_notes)
+        warnings << withPlace(message, place, file);
+    QStringList characters;
+    for (const char32_t code : m_missing)
+        if (characters.size() < MostCharacters)
+            characters << QStringLiteral("%1 (U+%2)")
+                              .arg(QString::fromUcs4(&code, 1),
+                                   QString::number(code, 16).toUpper().rightJustified(4, u'0'));
+    if (!characters.isEmpty())
+        warnings << QStringLiteral("No font of this computer has %1%2; boxes stand in their place.")
+                        .arg(characters.join(QStringLiteral(", ")),
+                             qsizetype(m_missing.size()) > MostCharacters ? QStringLiteral(" and others") : QString());
+    return warnings;
 }
 
 void Typesetter::breakLine(int font, QStringView line, double width, QStringList& lines) const

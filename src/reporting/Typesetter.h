@@ -7,6 +7,9 @@
 #include <QFontMetricsF>
 
 #include <array>
+#include <set>
+#include <utility>
+#include <vector>
 
 namespace orlo::reports
 {
@@ -33,21 +36,30 @@ public:
     /// of it is lost but the blanks at the breaks.
     [[nodiscard]] QStringList broken(int font, const QString& text, double width) const;
 
+    /// Notes what looks wrong of what is set, once.
+    void note(const QString& message, Place place = {});
+    /// What was noted, and the characters that no font has, as warnings of a report file.
+    [[nodiscard]] QStringList warnings(const QString& file) const;
+
 private:
     struct Face {
         QFontMetricsF metrics; // of texts that need shaping
         double ascent;
         double lineHeight;
         mutable std::array<double, EndOfPlainCharacters> advances; // by code; below 0 as long as none was asked for
+        mutable std::set<char32_t> looked;                         // for which a glyph was sought
 
         [[nodiscard]] double advance(char16_t code) const;
     };
     /// True for a line of plain characters that fits: most texts of a report, and all that this asks is a sum.
     [[nodiscard]] bool fitsAsItIs(int font, QStringView text, double width) const;
+    void lookForGlyphs(const Face& face, QStringView text) const;
     void breakLine(int font, QStringView line, double width, QStringList& lines) const;
 
     std::vector<QFont> m_fonts;
     std::vector<Face> m_faces;
+    std::vector<std::pair<QString, Place>> m_notes;
+    mutable std::set<char32_t> m_missing;
 };
 
 } // namespace orlo::reports

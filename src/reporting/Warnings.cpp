@@ -54,10 +54,13 @@ private:
         for (const Row& row : all) {
             std::vector<const Element*> texts;
             collect(definition, row, left, right, texts);
-            std::sort(texts.begin(), texts.end(), [](const Element* a, const Element* b) { return a->left < b->left; });
+            const auto leftOf = [&](const Element* text) { return text->left.in(right - left); };
+            std::sort(texts.begin(), texts.end(),
+                      [&](const Element* a, const Element* b) { return leftOf(a) < leftOf(b); });
             for (std::size_t i = 1; i < texts.size(); ++i)
                 if (const Element& before = *texts[i - 1];
-                    before.width == 0 || before.left + before.width > texts[i]->left + PageTolerance)
+                    before.width.isNone() ||
+                    leftOf(&before) + before.width.in(right - left) > leftOf(texts[i]) + PageTolerance)
                     warn(QStringLiteral("This text stands over the one that begins before it."), texts[i]->place);
         }
     }
@@ -66,16 +69,17 @@ private:
                  std::vector<const Element*>& texts)
     {
         for (const Element& element : row.elements) {
-            if (left + element.left + element.width > right + PageTolerance)
+            const double from = left + element.left.in(right - left);
+            if (from + element.width.in(right - left) + element.thickness > right + PageTolerance)
                 warn(QStringLiteral("This reaches beyond the right margin."), element.place);
             if (element.picture >= 0 && element.height > m_bodyHeight)
                 warn(QStringLiteral("This picture is higher than a page's room for it."), element.place);
             if (element.kind == Element::Kind::Text)
                 texts.push_back(&element);
-            rows(definition, element.rows, left + element.left, right);
+            rows(definition, element.rows, from, right);
             if (element.kind == Element::Kind::Subreport)
                 if (const Definition* inner = definition.subreport(element.subreport))
-                    inspect(*inner, left + element.left);
+                    inspect(*inner, from);
         }
     }
 

@@ -119,6 +119,10 @@ void drawGlyph(QPainter& painter, Glyph glyph)
     case Glyph::Pages:
         drawPages(painter);
         break;
+    case Glyph::Refresh:
+        painter.drawArc(QRectF(4.5, 4.5, 15, 15), 60 * 16, 300 * 16);
+        strokeThrough(painter, {{11.5, 2}, {16.2, 5.8}, {11.5, 9}});
+        break;
     case Glyph::Close:
         painter.drawLine(QPointF(6, 6), QPointF(18, 18));
         painter.drawLine(QPointF(18, 6), QPointF(6, 18));

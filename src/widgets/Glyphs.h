@@ -21,6 +21,7 @@ enum class Glyph {
     Pdf,
     Csv,
     Pages,
+    Refresh,
     Close,
     Calendar,
     Information,

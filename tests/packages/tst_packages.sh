@@ -26,6 +26,7 @@ starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens th
 }
 complete() { # complete FOLDER: all that the program needs is there
     for file in "$source"/src/{reports/files/*.{rpt,inc},layouts/*.grd}; do cmp "$file" "$1/${file##*/}"; done
+    for file in "$source"/src/reports/files/examples/*.rpt; do cmp "$file" "$1/examples/${file##*/}"; done
     [ ! -e "$build/app/orlo-pdf.so" ] || [ -z "$(ldd "$1/orlo-pdf.so" | grep 'not found' || :)" ]
     [ ! -e "$build/app/orlo-jet" ] || "$1/orlo-jet" "$source/tests/jet/data/small-1.1.mdb" >/dev/null
 }

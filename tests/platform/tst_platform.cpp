@@ -1,5 +1,6 @@
 #include "platform/Conversion.h"
 #include "platform/FileSystem.h"
+#include "platform/WriteAll.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -117,6 +118,30 @@ private Q_SLOTS:
         system.deleteFile(copy, false);
         QVERIFY(!system.fileExists(copy));
         QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
+    }
+
+    /// All, or a failure with the device's own words, however little it takes at a time.
+    void writesAll_data()
+    {
+        test::table({"once", "room", "taken"}, "7 | 999 | 100\n7 | 50 | 50 full\n7 | 0 | 0 full\n0 | 9 | 0 full");
+    }
+    void writesAll()
+    {
+        struct Slow : QIODevice {
+            qint64 room = test::cell("room").toInt();
+            qint64 taken = 0;
+            qint64 readData(char*, qint64) override { return -1; }
+            qint64 writeData(const char*, qint64 count) override
+            {
+                const qint64 now = std::min({count, qint64(test::cell("once").toInt()), room - taken});
+                taken += now;
+                setErrorString("full");
+                return now > 0 || taken < room ? now : -1;
+            }
+        } device;
+        device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        const auto error = test::failureOf([&] { return (writeAll(device, QByteArray(100, 'x')), 0); });
+        QTEST(QString::number(device.taken) + (error ? error->description().section(':', -1) : QString()), "taken");
     }
 };
 

@@ -74,6 +74,7 @@ private Q_SLOTS:
             {S.SID} in [12, 20 to 30] | yes (([SID] >= 12 And [SID] <= 12) Or ([SID] >= 20 And [SID] <= 30))
             {S.SID} = "12" and {Name} <> "x"                     | yes ([Name] <> 'x')
             {Name} not in ["x"]                                  | yes (Not ([Name] >= 'x' And [Name] <= 'x'))
+            {S.SID} = 12 and IIf(1 = 2, 1, "a") = "a"            | yes ([SID] = 12)
             {Name} not = 1                                       | 3075 at 12
             1 = "one"                                            | 13 at 3
             {S.SID} = 12 and (1 = 1 or {A.Day} = "soon")         | yes ([SID] = 12)

@@ -1,7 +1,10 @@
+#include "reporting/Export.h"
 #include "reporting/Pagination.h"
 #include "reporting/Typesetter.h"
 #include "reporting/view/PageText.h"
+#include "support/Failure.h"
 #include "support/PrintedFile.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QBitmap>
@@ -71,6 +74,7 @@ private Q_SLOTS:
         row("group above a page is cut", "hTTd", "0@0 1@10 | 2@0 3@70", {{0, 4}});
         row("outer can't, inner can", "hTdhdd", "0@0 1@10 2@80 | 3@0 4@10 5@20", {{0, 6}, {3, 6}});
         row("heading repeated", "hTdddd", "0@0 1@10 2@80 3@90 | [0] 4@10 5@20", {}, {{1, 6, 10}});
+        row("heading whose rows are over", "hTddbd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 4, 10}});
         row("outer heading first", "hhTdd", "0@0 1@10 2@20 3@90 | [0] [1] 4@30", {}, {{1, 5, 10}, {2, 5, 20}});
         row("headings leave room", "hTdddd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 6, 60}});
         row("kept group counts the heading", "hTdTdd", "0@0 1@10 2@80 | [0] 3@20 4@90 | [0] 5@20", {{3, 6}},
@@ -103,6 +107,9 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
+        QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern"))
+                    .first()
+                    .endsWith('.'));
         // Characters that join are narrower than they are apart.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
@@ -140,7 +147,8 @@ private Q_SLOTS:
     void printsOnOtherPaper_data()
     {
         // of the green box, as shares of the paper's width
-        test::table({"paper", "left", "width"}, "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558");
+        test::table({"paper", "left", "width"},
+                    "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558");
     }
     void printsOnOtherPaper()
     {
@@ -151,6 +159,7 @@ private Q_SLOTS:
         const std::unique_ptr<QPrinter> printer = defaultPrinter();
         Document document;
         document.pages = {{{BoxItem{{72, 700, 468, 20}, 0, Qt::black, Qt::darkGreen}}}};
+        document.exactSize = paper.endsWith("labels");
         preparePrinter(*printer, document);
         printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
         QVERIFY(printDocument(*printer, document));
@@ -161,6 +170,57 @@ private Q_SLOTS:
         const QRect green = QRegion(QBitmap::fromImage(mask)).boundingRect();
         QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);
         QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
+    }
+
+    /// Where the room ends before the file does, the save fails with the reason, and what stood there stays, alone.
+    void savesAllOrNothing_data()
+    {
+        test::table({"way"}, "csv\ncsv, short\npdf\nprinted\ncsv, short, a volume\npdf, a volume\nprinted, a volume");
+    }
+    void savesAllOrNothing()
+    {
+        const QString way = test::cell("way");
+        Document document;
+        document.fonts = {QFont("DejaVu Sans", 10)};
+        document.pages.resize(40, {{TextItem{{72, 72, 400, 14}, "Ångström"}}});
+        document.rows.resize(way.contains("short") ? 600 : 3000, {"Ångström", "Zoë"});
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("list.pdf");
+        const auto save = [&] {
+            if (way.startsWith("csv"))
+                return writeCsv(document, path), true;
+            if (way.startsWith("pdf"))
+                return writePdf(document, path);
+            test::printInto(path);
+            return printDocument(*defaultPrinter(), document);
+        };
+        const bool onVolume = way.endsWith("volume");
+        const auto stage = [&](qint64 room) {
+            if (!onVolume)
+                test::limitFiles(room);
+            else if (!test::mountSmall(folder.path(), room))
+                test::skip("no volume can be mounted");
+        };
+        QVERIFY(save());
+        const qint64 whole = QFileInfo(path).size();
+        QSet<int> seen;
+        for (qint64 room = 4096; room < 4 * whole; room += 4096 + whole / 12) {
+            if (onVolume)
+                stage(room);
+            test::write(path, "good");
+            if (!onVolume)
+                stage(room);
+            const auto error = test::failureOf(save);
+            const QByteArray there = test::contents(path);
+            const QStringList files = QDir(folder.path()).entryList(QDir::Files);
+            stage(onVolume ? 0 : -1);
+            seen << (error ? error->number() : 0);
+            QCOMPARE(files, QStringList("list.pdf"));
+            QVERIFY2(error ? there == "good" : qAbs(there.size() - whole) < 10, qPrintable(QString::number(room)));
+            QVERIFY(!error || !error->description().contains("Unknown"));
+        }
+        QCOMPARE(seen, (QSet<int>{0, int(platform::PathFileAccess)}));
+        setPrinterFactory({});
     }
 };
 

@@ -40,9 +40,9 @@ std::shared_ptr<const Document> sampleDocument(int pages = Pages)
     return document;
 }
 
-QRectF firstHit(const Document& document, const QString& text)
+QRectF hitOf(const Document& document, const QString& text, std::size_t hit = 0)
 {
-    const TextSpan span = findText(document, text).at(0);
+    const TextSpan span = findText(document, text).at(hit);
     return PageText(document, span.page).boxes(span.from, span.to).at(0);
 }
 
@@ -186,6 +186,21 @@ private Q_SLOTS:
         view.setZoom(3);
         QVERIFY(qAbs(middle() - before) < 0.002);
 
+        box->setFocus();
+        QTest::keyClicks(box->lineEdit(), "7"); // it isn't entered
+        preview.key(Qt::Key_Escape);
+        QCOMPARE(box->currentText(), "300%");
+        preview.window->resize(640, 600); // a zoom set by hand stays
+        QCOMPARE(view.zoom(), 3.0);
+        view.setFit(PageView::Fit::Page);
+        const QPointF at = view.viewport()->rect().center();
+        QWheelEvent wheel(at, view.viewport()->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::ControlModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.viewport(), &wheel);
+        const double zoom = view.zoom();
+        preview.window->resize(600, 500);
+        QCOMPARE(view.zoom(), zoom);
+
         type("Fit Width");
         const auto fits = [&] { return qAbs(view.viewport()->width() - view.pageBox(0).width() - 33) <= 1; };
         QVERIFY(fits());
@@ -206,7 +221,11 @@ private Q_SLOTS:
         QVERIFY(text->hasFocus());
         QTest::keyClicks(text, "row");
         QCOMPARE(state->text(), "7 of 10");
-        for (int i = 0; i < 4; ++i)
+        const auto colorOfHit = [&] { return preview.pixel(hitOf(preview.window->document(), "row", 6).topLeft(), 3); };
+        const QRgb current = colorOfHit(); // it has a colour of its own
+        preview.key(Qt::Key_Return);
+        QVERIFY(colorOfHit() != current);
+        for (int i = 0; i < 3; ++i)
             preview.key(Qt::Key_Return);
         QCOMPARE(state->text(), "1 of 10");
         QCOMPARE(preview.page(), 1);
@@ -218,7 +237,7 @@ private Q_SLOTS:
         QCOMPARE(state->text(), "1 of 1");
         QCOMPARE(preview.page(), 3);
         QCOMPARE(preview.pixel({300, 300}, 2), QColor(Qt::white).rgb());
-        const QRectF hit = firstHit(preview.window->document(), "page march");
+        const QRectF hit = hitOf(preview.window->document(), "page march");
         QVERIFY(preview.pixel(hit.topLeft() + QPointF(0.5, 1.5), 2) != QColor(Qt::white).rgb()); // it is marked
         QTest::keyClicks(text, "x");
         QCOMPARE(state->text(), "Not found");
@@ -231,7 +250,7 @@ private Q_SLOTS:
         Document hebrew; // reads from right to left
         hebrew.fonts = {QFont()};
         hebrew.pages = {{{TextItem{{0, 0, 400, 14}, "שלום עולם"}}}};
-        QVERIFY(firstHit(hebrew, "שלום").left() > firstHit(hebrew, "עולם").right());
+        QVERIFY(hitOf(hebrew, "שלום").left() > hitOf(hebrew, "עולם").right());
     }
 
     /// Other pages take the place of those that were searched, fewer or more; the reader's place stays.
@@ -262,7 +281,8 @@ private Q_SLOTS:
     void marksAndCopiesText()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
-        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"}, TextItem{{200, 72, 60, 12}, "Ann Ito"},
+        document->pages[0] = {{TextItem{{72, 72, 60, 12}, "Bear Den"},
+                               TextItem{{200, 72, 60, 12}, "Ann Ito", 0, Qt::black, 1},
                                TextItem{{72, 100, 60, 24}, "a long\nname"}}};
         const OpenPreview preview(document);
         PageView& view = preview.window->view();
@@ -286,7 +306,7 @@ private Q_SLOTS:
         };
         QCOMPARE(copied(), "nothing");
         drag(at(73, 78), at(131, 122)); // to the end of the third text
-        QCOMPARE(copied(), "Bear Den\tAnn Ito\na long name");
+        QCOMPARE(copied(), "Bear Den\t\tAnn Ito\na long name");
         QVERIFY(preview.pixel({74, 72.5}, 0) != QColor(Qt::white).rgb());
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at(75, 78));
         QCOMPARE(copied(), "Bear");
@@ -303,6 +323,23 @@ private Q_SLOTS:
         QCOMPARE(view.verticalScrollBar()->value(), 0);
         preview.key(Qt::Key_A, Qt::ControlModifier);
         QVERIFY(copied().startsWith("Bear Den\t") && copied().endsWith("first row and another ROW"));
+    }
+
+    void copiesAddresses()
+    {
+        auto document = std::make_shared<Document>(*sampleDocument());
+        for (const auto& [page, text] : {std::pair(0, "Ann: ann@x.org or paul@fern-hollow.org"),
+                                         {2, "b.long@fern.\nhollow.org"},
+                                         {4, "ANN@x.org"}})
+            document->pages[std::size_t(page)].items.push_back(TextItem{{72, 200, 300, 24}, text});
+        const OpenPreview preview(document);
+        preview.child<QAction>("actCopyAddresses")->trigger();
+        QCOMPARE(QGuiApplication::clipboard()->text(), "ann@x.org; paul@fern-hollow.org; b.long@fern.hollow.org");
+        QCOMPARE(preview.child<QLabel>("lblNotice")->text(), "3 e-mail addresses are on the clipboard.");
+        preview.window->setDocument(sampleDocument());
+        preview.child<QAction>("actCopyAddresses")->trigger();
+        QVERIFY(preview.child<QLabel>("lblNotice")->text().startsWith("There are no e-mail addresses"));
+        QVERIFY(!preview.child<QAction>("actRefresh")->isEnabled());
     }
 
     void goesToATypedPage_data() { test::table({"typed", "page"}, "4 | 4\n99 | 5\n12345678901234 | 5\n0 | 2"); }
@@ -400,6 +437,24 @@ private Q_SLOTS:
         const auto told = test::answerNext();
         QVERIFY(!preview.window->saveCsv(folder.path()));
         QVERIFY2(told->text.count(QDir::toNativeSeparators(folder.path())) == 2, qPrintable(told->text));
+    }
+
+    /// What takes the preview away takes its dialogs along.
+    void goesUnderItsDialogs()
+    {
+        const QTemporaryDir folder; // stands where the file is to go
+        for (const char* action : {"actPrint", "actSavePdf", "actSaveCsv", ""}) {
+            const OpenPreview preview;
+            const auto goes = [&](QDialog&) { delete preview.window; };
+            if (qstrcmp(action, "actPrint") == 0 && QSysInfo::kernelType() == "winnt")
+                continue; // the dialog is the system's own
+            whenDialogIsUp<QDialog>(goes);
+            if (*action)
+                preview.child<QAction>(action)->trigger();
+            else
+                QVERIFY(!preview.window->saveCsv(folder.path()));
+            QVERIFY(!preview.window && !QApplication::activeModalWidget());
+        }
     }
 
     void printsByTheDialog()

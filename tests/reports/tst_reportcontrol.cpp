@@ -1,3 +1,4 @@
+#include "platform/Application.h"
 #include "platform/RuntimeError.h"
 #include "reporting/view/LiveReport.h"
 #include "reporting/view/PageText.h"
@@ -104,6 +105,10 @@ class tst_reportcontrol : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
+        QElapsedTimer time; // long work shows a window without being told to
+        time.start();
+        for (RunProgress progress("work"); !QApplication::activeModalWidget(); QTest::qSleep(20))
+            QVERIFY(progress(1, 2) && time.elapsed() < 3000);
         makeDatabase("a.mdb", "Apple", "Axe");
         makeDatabase("b.mdb", "Bread", "Bucket");
         makeDatabase("many.mdb", "Marble", "Mug", 300);
@@ -144,6 +149,46 @@ private Q_SLOTS:
         open.close();
         QVERIFY(QFile::remove(file));
         QCOMPARE(shopping->run(), int(platform::DatabaseNotFound));
+    }
+
+    /// F5 shows what has become of the data, at the same place; the other reports run on the same file.
+    void refreshesAndRunsOthers()
+    {
+        platform::setFolder(m_folder.path());
+        QVERIFY(QFile::copy(path("many.mdb"), path("now.mdb")));
+        const auto shopping = control("now.mdb");
+        QCOMPARE(shopping->run(), 0);
+        PreviewWindow& preview = *shopping->preview();
+        preview.view().setZoom(1.5);
+        preview.view().goToPage(2, 100);
+        const int place = preview.view().verticalScrollBar()->value();
+        store::DBEngine::openDatabase(path("now.mdb")).execute("Update Items Set Name = 'Butter'");
+        QVERIFY(QTest::qWaitForWindowActive(&preview));
+        QTest::keyClick(&preview, Qt::Key_F5);
+        QVERIFY(!findText(preview.document(), "Butter").empty() && findText(preview.document(), "Marble").empty());
+        QCOMPARE(preview.view().verticalScrollBar()->value(), place);
+        QCOMPARE(preview.view().zoom(), 1.5);
+
+        QDir(m_folder.path()).mkdir("examples");
+        write("Wrong.rpt", "detali");
+        write("Again.rpt", GoodReport);
+        write("examples/Tools.rpt", QString(GoodReport).replace("\"Shopping\"", "\"Tools & more\""));
+        auto* more = preview.findChild<QMenu*>("mnuMoreReports");
+        Q_EMIT more->aboutToShow();
+        QStringList titles;
+        for (const QAction* action : more->actions())
+            titles << action->text();
+        QCOMPARE(titles.join('|'), "Shopping (Again)|Wrong||Tools && more");
+        more->actions().last()->trigger();
+        QPointer<PreviewWindow> other;
+        QTRY_VERIFY((other = qobject_cast<PreviewWindow*>(QApplication::activeWindow())) && other != &preview);
+        QCOMPARE(other->windowTitle(), "Tools & more");
+        QVERIFY(!findText(other->document(), "Butter").empty());
+        more->actions()[1]->trigger();
+        QTRY_VERIFY(messageWindow());
+        platform::setFolder({});
+        for (const char* file : {"Wrong.rpt", "Again.rpt", "examples/Tools.rpt"})
+            QFile::remove(path(file));
     }
 
     void tellsWhatIsWrong_data()

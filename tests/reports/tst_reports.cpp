@@ -60,14 +60,6 @@ class tst_reports : public QObject
     {
         return render(request, std::bind_front(&tst_reports::open, this), progress, shown);
     }
-    /// The texts of all pages as they are handed on one by one.
-    QString textPageByPage(const RunRequest& request)
-    {
-        Document taken;
-        (void)*renderPages(request, std::bind_front(&tst_reports::open, this),
-                           [&](const Document&, const Page& page, int) { taken.pages.push_back(page); });
-        return textOf(taken);
-    }
     /// A definition of the test's own, or a shipped one, on the full database.
     Document runText(const QString& text, const QString& selection = {})
     {
@@ -110,14 +102,18 @@ private Q_SLOTS:
             {Share} = 0.5                                                                  | $ | 1
             {Share} > 0.25 and {Share} <= 1                                                | $ | 4
             {Many} = true                                                                  | $ | 2
+            Count({Share}) > 1                                                             | $ | 3075
         )");
     }
     void selects()
     {
         auto [formula, report] = test::cells("formula", "report");
         report = report == "$" ? fileOf("selected.rpt") : report + ".rpt";
-        const Document inQuery = runText(report, formula);
-        QTEST(QString::number(inQuery.rows.size()), "rows");
+        Document inQuery;
+        const int failure = test::failureNumber([&] { return (inQuery = runText(report, formula)).rows.size(); });
+        QTEST(QString::number(failure ? failure : int(inQuery.rows.size())), "rows");
+        if (failure)
+            return;
         QCOMPARE(csvText(inQuery), csvText(runText(report, QStringLiteral("(%1) or Length(\"\") = 2").arg(formula))));
     }
 
@@ -153,21 +149,14 @@ private Q_SLOTS:
         const Document some = *run(wanted);
         int calls = 0;
         QVERIFY(!run(wanted, [&](int, int) { return ++calls < 2; }));
-        QCOMPARE(textPageByPage(wanted), textOf(some));
-        // One that lays out nothing for long, and one whose pages begin inside a list of another number of rows.
-        test::write(m_dir.filePath("foot.rpt"), "source {\nSelect Scout_SID From Scouts\n}\ngroup \"All\" {\nby 1\n"
-                                                "footer {\nrow {\ntext 0 = Count()\n}\n}\n}\n");
+        // One whose pages begin inside a list of another number of rows.
         test::write(m_dir.filePath("inner.rpt"),
                     "source {\nSelect Den_SID From Dens Where Den_SID < 3\n}\nsort {Den_SID}\npage-footer {\ntext 0 = "
                     "{Den_SID} & \"/\" & Count({Den_SID}, \"Page\")\n}\ndetail {\nsubreport \"S\" 1in\n}\n"
                     "subreport \"S\" {\nsource {\nSelect Scout_SID From Scouts\n}\ndetail {\ntext 0 = \"x\"\n}\n}\n");
-        QString own;
-        for (const char* name : {"foot.rpt", "inner.rpt"}) {
-            RunRequest asked = request({});
-            asked.reportFile = m_dir.filePath(name);
-            own = textOf(*run(asked));
-            QCOMPARE(textPageByPage(asked), own);
-        }
+        RunRequest asked = request({});
+        asked.reportFile = m_dir.filePath("inner.rpt");
+        QString own = textOf(*run(asked));
         QCOMPARE(own.remove("x\n").replace(QRegularExpression("(./0\n)\\1+"), "\\1"), "1/1\n1/0\n2/1\n2/0\n");
         m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
@@ -191,10 +180,52 @@ private Q_SLOTS:
         QCOMPARE(textOf(document, 1, 1), "Zoë\nPat\nOld\n");
         const auto& first = std::get<TextItem>(document.pages[0].items[0]);
         QVERIFY(qAbs(first.box.left() - 216) < 0.01 && qAbs(first.box.top() - 34.02) < 0.01);
-        QCOMPARE(document.fonts.at(std::size_t(first.font)).pointSizeF(), 14.0);
+        const QFont& font = document.fonts.at(std::size_t(first.font));
+        QVERIFY(font.pointSizeF() == 14 && font.italic() && !font.bold());
     }
 
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reports/printed.txt"); }
+    void placesWhatItSays_data() { test::cases({"text", "places"}, "reports/placed.txt"); }
+    void placesWhatItSays()
+    {
+        const QString four =
+            "source {\nSelect Scout_SID As S From Scouts\n}\nsort {S}\npage-header {\ntext 0 = \"h\" & {S}\n}\n";
+        const Document document = runText(test::cell("text").replace("$\n", four));
+        QStringList pages;
+        for (const Page& page : document.pages) {
+            QStringList told;
+            double lowest = 0;
+            const auto mark = [&](const char* kind, double left, double width, double height, const QColor& color) {
+                told << QStringLiteral("%1 %2 %3 %4 %5")
+                            .arg(kind)
+                            .arg(qRound(left - 43))
+                            .arg(qRound(width))
+                            .arg(height)
+                            .arg(color.name());
+            };
+            for (const Item& item : page.items) {
+                if (const auto* box = std::get_if<BoxItem>(&item))
+                    mark("box", box->box.left(), box->box.width(), box->box.height(), box->fill);
+                if (const auto* line = std::get_if<LineItem>(&item))
+                    mark("line", line->from.x(), line->to.x() - line->from.x(), line->width, line->color);
+                const auto* text = std::get_if<TextItem>(&item);
+                if (!text)
+                    continue;
+                lowest = std::max(lowest, text->box.bottom());
+                const QString word = text->text.section(QRegularExpression("\\s"), 0, 0);
+                if (word != "w")
+                    told << QString(text->emptyBefore, u'_') + word +
+                                QStringLiteral(":%1%2")
+                                    .arg(int((text->box.top() - 43) / 300))
+                                    .arg(int((text->box.left() - 43) / 260));
+            }
+            pages << told.join(' ') + QStringLiteral(" ~%1").arg(int((lowest - 43) / 300));
+        }
+        const QString warned = document.warnings.isEmpty() ? "" : " ! " + document.warnings.join(" ! ");
+        QCOMPARE(document.exactSize, test::cell("text").contains("height"));
+        QTEST(pages.join(" | ") + warned + '\n', "places");
+    }
+
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
 
     /// An included file gives what the report doesn't; its faults are told of it. What no paper shows well is told,
@@ -307,6 +338,50 @@ private Q_SLOTS:
                     QVERIFY(QRectF(QPointF(), document.paper).contains(one->box));
     }
 
+    /// The ten fill any paper's width, without a warning.
+    void fitsAnyPaper_data() { test::table({"width", "height"}, "612 | 792\n595 | 842\n792 | 612"); }
+    void fitsAnyPaper()
+    {
+        const QDir folder(ORLO_SOURCE_DIR "/src/reports/files");
+        for (const QString& file :
+             folder.entryList({"*.rpt"}) +
+                 QStringList{"examples/AttendanceSheet.rpt", "examples/BirthdayList.rpt", "examples/Everything.rpt"}) {
+            Definition definition = readDefinitionFile(folder.filePath(file));
+            definition.paper = {test::cell("width").toDouble(), test::cell("height").toDouble()};
+            const Document document = *render(definition, request(file), std::bind_front(&tst_reports::open, this));
+            QVERIFY2(document.warnings.isEmpty(), qPrintable(file + document.warnings.join('\n')));
+            double right = 0;
+            for (const Item& item : document.pages[0].items)
+                if (const auto* text = std::get_if<TextItem>(&item))
+                    right = std::max(right, text->box.right());
+            QVERIFY2(qAbs(definition.paper.width() - definition.margins.right() - right) < 1, qPrintable(file));
+        }
+    }
+
+    /// Nothing and an empty text are one name, and blanks before it none. Who leads a den that isn't there has none. A
+    /// label for each address of a family that wants correspondence.
+    void printsPeople()
+    {
+        for (const QByteArray& row : fileOf("people.sql").trimmed().split('\n'))
+            m_full->execute(QString::fromUtf8(row));
+        const auto rowsOf = [&](const QString& report, const QStringList& columns) {
+            const Document document = runText(report);
+            QString all;
+            for (const QStringList& row : document.rows)
+                for (const QString& column : columns)
+                    all += row[document.columns.indexOf(column)] + u' ';
+            return all;
+        };
+        const QString scouts = rowsOf("ScoutPhoneList.rpt", {"First Name"});
+        const QString adults = rowsOf("AdultPhoneList1.rpt", {"First Name"});
+        const QString labels = rowsOf("examples/AddressLabels.rpt", {"Name", "Street"});
+        m_full->execute("Delete From Scouts Where Scout_SID > 90");
+        m_full->execute("Delete From Leader_Den_Assignments Where Den_SID = 91");
+        QCOMPARE(scouts.simplified(), "A B Zoë Kim C Pat");
+        QCOMPARE(adults, "Ann Ann Carl ");
+        QCOMPARE(labels, "Ida and Bo 1 Elm Max 3 Fir Uma 2 Oak ");
+    }
+
     /// Reading, sorting, laying out and exporting tell how far they are, and each can be cancelled.
     void tellsItsProgress()
     {
@@ -353,11 +428,21 @@ private Q_SLOTS:
         QVERIFY2(csv.contains("\r\n\r\nOwn\r\nName,Text,No\r\n" + first + ",'@x,'=1+"), qPrintable(csv));
         QVERIFY2(csv.contains("\r\n\r\nDeep\r\nName,Text,No,T\r\n" + first + ",'@x,'=1+"), qPrintable(csv));
         QVERIFY2(csv.contains("\r\n\r\nAll\r\nPhone\r\n+1 555\r\n"), qPrintable(csv));
+        quoting.columns.clear();
+        quoting.rows = {{"-12.5", "+1 740 555", "-5%", "-", "-2+3+cmd|x", "+HYPERLINK(1)", "+1-555", "-A1", "--"}};
+        QCOMPARE(csvText(quoting), "\r\n-12.5,+1 740 555,-5%,'-,'-2+3+cmd|x,'+HYPERLINK(1),'+1-555,'-A1,'--\r\n");
+        writeCsv(document, m_dir.filePath("list.csv"));
+        QVERIFY(test::contents(m_dir.filePath("list.csv")).startsWith("\xEF\xBB\xBFQuantity,"));
 
         const QString none = m_dir.filePath("none.pdf");
+        for (const QString name : {"no/such.pdf", "no/such.csv"})
+            QCOMPARE(test::failureNumber([&] {
+                         name.endsWith("pdf") ? (void)writePdf(document, m_dir.filePath(name))
+                                              : writeCsv(document, m_dir.filePath(name));
+                         return 0;
+                     }),
+                     int(platform::PathFileAccess));
         QVERIFY(!writePdf(document, none, [](int, int) { return false; }) && !QFile::exists(none));
-        QVERIFY(test::failureOf<ReportError>([&] { return writePdf(document, m_dir.filePath("no/such.pdf")); }));
-        QVERIFY(test::failureOf<ReportError>([&] { return writeCsv(document, m_dir.filePath("no/such.csv")); }));
     }
 };
 

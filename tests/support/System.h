@@ -9,6 +9,10 @@ namespace orlo::test
 /// From here on no file of this process grows beyond a number of bytes, as on a full disk; -1 lifts that.
 void limitFiles(qint64 most);
 
+/// Makes the folder a volume of its own with room for so many bytes, until it is called with 0; false where this
+/// user or this system can't.
+[[nodiscard]] bool mountSmall(const QString& folder, qint64 bytes);
+
 /// What another program says to the database engine first, to get on with ours: where an open file can't be removed, a
 /// change mustn't end with the removal of the journal, which ours keeps open.
 extern const char* const OtherJournal;

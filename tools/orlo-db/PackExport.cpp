@@ -2,6 +2,7 @@
 
 #include "PackLoader.h"
 #include "platform/RuntimeError.h"
+#include "platform/WriteAll.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,29 +36,22 @@ struct ToCell {
     }
 };
 
-void write(QFile& file, const QList<QByteArray>& cells)
-{
-    if (file.write(cells.join(',') + '\n') < 0)
-        throw LoadError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
-}
-
 void exportTable(store::Recordset& rows, const QStringList& fields, const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        throw LoadError(QStringLiteral("%1: %2").arg(path, file.errorString()));
+        platform::raiseUnwritable(path, file.errorString());
     QList<QByteArray> cells;
     for (const QString& field : fields)
         cells += textCell(field);
-    write(file, cells);
+    platform::writeAll(file, cells.join(',') + '\n');
     for (; !rows.eof(); rows.moveNext()) {
         cells.clear();
         for (const QString& field : fields)
             cells += std::visit(ToCell(), rows[field].data());
-        write(file, cells);
+        platform::writeAll(file, cells.join(',') + '\n');
     }
-    if (!file.flush())
-        throw LoadError(QStringLiteral("%1: %2").arg(path, file.errorString()));
+    platform::flushAll(file);
 }
 
 void makeFolder(const QString& folder)

@@ -1,7 +1,8 @@
-// Runs report files without the program: writes their pages as PDF files, counts the sheets and tells what looks wrong.
+// Runs report files without the program: writes their pages as PDF files and their rows as CSV
+// files, counts the sheets and tells what looks wrong.
 
-#include "reporting/PdfFile.h"
-#include "reporting/ReportError.h"
+#include "platform/RuntimeError.h"
+#include "reporting/Export.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
 
@@ -17,31 +18,30 @@ using namespace orlo;
 namespace
 {
 
-/// Writes one report's pages beside its name in the folder, if one is given; the number of its sheets.
-int runReport(store::Database& database, const QString& file, const QString& selection, const QString& folder)
+/// Where the reports are written to; an empty folder for not at all.
+struct Folders {
+    QString pdf;
+    QString csv;
+};
+
+/// Writes one report beside its name in the folders; the number of its sheets.
+int runReport(store::Database& database, const QString& file, const QString& selection, const Folders& folders)
 {
     reports::RunRequest request;
     request.reportFile = file;
     request.databases = {{0, QStringLiteral("pack")}, {1, QStringLiteral("pack")}};
     request.selectionFormula = selection;
-    const QString name = QFileInfo(file).completeBaseName();
-    std::optional<reports::PdfFile> pdf;
-    if (!folder.isEmpty())
-        pdf.emplace(QDir(folder).filePath(name + QStringLiteral(".pdf")));
-    int sheets = 0;
-    const auto document = reports::renderPages(
-        request, [&](const QString&) -> store::Database& { return database; },
-        [&](const reports::Document& head, const reports::Page& page, int count) {
-            sheets = count;
-            if (pdf)
-                pdf->add(head, page);
-        });
-    for (const QString& warning : document->warnings)
+    const reports::Document document =
+        *reports::render(request, [&](const QString&) -> store::Database& { return database; });
+    for (const QString& warning : document.warnings)
         std::fprintf(stderr, "%s\n", qUtf8Printable(warning));
-    if (pdf)
-        pdf->commit();
-    std::printf("%4d %s\n", sheets, qUtf8Printable(name));
-    return sheets;
+    const QString name = QFileInfo(file).completeBaseName();
+    if (!folders.pdf.isEmpty())
+        reports::writePdf(document, QDir(folders.pdf).filePath(name + QStringLiteral(".pdf")));
+    if (!folders.csv.isEmpty())
+        reports::writeCsv(document, QDir(folders.csv).filePath(name + QStringLiteral(".csv")));
+    std::printf("%4d %s\n", int(document.pages.size()), qUtf8Printable(name));
+    return int(document.pages.size());
 }
 
 } // namespace
@@ -54,10 +54,12 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(QStringLiteral("Runs report files on a pack's database and counts their sheets."));
     const QCommandLineOption pdf(QStringLiteral("pdf"), QStringLiteral("Write the pages as PDF files into <folder>."),
                                  QStringLiteral("folder"));
+    const QCommandLineOption csv(QStringLiteral("csv"), QStringLiteral("Write the rows as CSV files into <folder>."),
+                                 QStringLiteral("folder"));
     const QCommandLineOption select(QStringLiteral("select"),
                                     QStringLiteral("Print only the rows that <formula> holds for."),
                                     QStringLiteral("formula"));
-    parser.addOptions({pdf, select});
+    parser.addOptions({pdf, csv, select});
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("database"), QStringLiteral("The pack's database."));
     parser.addPositionalArgument(QStringLiteral("report"), QStringLiteral("A report file."),
@@ -72,7 +74,7 @@ int main(int argc, char** argv)
         store::Database database = store::DBEngine::openDatabase(arguments.front(), store::schema::editions());
         int sheets = 0;
         for (const QString& file : arguments.mid(1))
-            sheets += runReport(database, file, parser.value(select), parser.value(pdf));
+            sheets += runReport(database, file, parser.value(select), {parser.value(pdf), parser.value(csv)});
         std::printf("%4d in all\n", sheets);
         return 0;
     } catch (const platform::RuntimeError& error) {

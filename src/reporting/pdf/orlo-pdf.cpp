@@ -23,19 +23,19 @@ using Handle = QPDFObjectHandle;
 /// Of the reports' words, for voices that read them aloud.
 constexpr const char* Language = "en-US";
 
-/// Lets the library write into a device.
-class DevicePipeline final : public Pipeline
+/// Lets the library write into a sink.
+class SinkPipeline final : public Pipeline
 {
 public:
-    explicit DevicePipeline(QIODevice& device) : Pipeline("device", nullptr), m_device(device) {}
+    explicit SinkPipeline(const ByteSink& sink) : Pipeline("sink", nullptr), m_sink(sink) {}
     void write(const unsigned char* bytes, size_t count) override
     {
-        m_device.write(reinterpret_cast<const char*>(bytes), qint64(count));
+        m_sink({reinterpret_cast<const char*>(bytes), qsizetype(count)});
     }
     void finish() override {}
 
 private:
-    QIODevice& m_device;
+    const ByteSink& m_sink;
 };
 
 Handle pdfText(const QString& text)
@@ -165,7 +165,7 @@ void addFacts(QPDF& pdf, const PdfExtras& extras)
 
 using namespace orlo::reports;
 
-void ORLO_FINISH_PDF(QFile& pages, QIODevice& file, const PdfExtras& extras, const PartProgress& progress)
+void ORLO_FINISH_PDF(QFile& pages, const ByteSink& write, const PdfExtras& extras, const PartProgress& progress)
 {
     const auto* bytes = pages.map(0, pages.size());
     if (!bytes)
@@ -176,9 +176,9 @@ void ORLO_FINISH_PDF(QFile& pages, QIODevice& file, const PdfExtras& extras, con
     pdf.processMemoryFile("pages", reinterpret_cast<const char*>(bytes), std::size_t(pages.size()));
     addLinks(pdf, extras, progress);
     addFacts(pdf, extras);
-    DevicePipeline device(file);
+    SinkPipeline sink(write);
     QPDFWriter writer(pdf);
-    writer.setOutputPipeline(&device);
+    writer.setOutputPipeline(&sink);
     writer.setStreamDataMode(qpdf_s_preserve);
     writer.setObjectStreamMode(qpdf_o_disable);
     writer.registerProgressReporter(std::make_shared<QPDFWriter::FunctionProgressReporter>(

@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <memory>
 
@@ -32,6 +33,10 @@ LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, qint64
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, settle);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, settle);
     connect(&m_settle, &QTimer::timeout, this, &LiveReport::look);
+    preview.onRefresh([this] {
+        if (!RunProgress::isUnderWay())
+            run();
+    });
     follow(m_preview.document().files, began);
 }
 
@@ -92,19 +97,26 @@ void LiveReport::look()
 void LiveReport::run()
 {
     const qint64 began = QDateTime::currentMSecsSinceEpoch();
+    const QPointer<LiveReport> self(this);
     try {
         std::optional<Document> document = m_rerun();
+        if (!self)
+            return;
         if (!document)
-            return m_preview.tell(tr("The report file has changed. These are the pages of before."));
+            return m_preview.tell(tr("The report wasn't run again. These are the pages of before."));
         m_preview.setDocument(std::make_shared<const Document>(std::move(*document)));
         follow(m_preview.document().files, began);
     } catch (const ReportError& error) {
+        if (!self)
+            return;
         follow(m_files + error.files(), began); // it may be mended in one that it reads since the change
         m_preview.tell(error.description());
     } catch (const platform::RuntimeError& error) {
-        m_preview.tell(error.description());
+        if (self)
+            m_preview.tell(error.description());
     } catch (const std::exception& error) {
-        m_preview.tell(QString::fromLocal8Bit(error.what()));
+        if (self)
+            m_preview.tell(QString::fromLocal8Bit(error.what()));
     }
 }
 

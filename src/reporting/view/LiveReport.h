@@ -18,7 +18,7 @@ class PreviewWindow;
 
 /// Keeps a preview as its report file is: once that file, or one that it reads, has changed on the disk, the report
 /// runs again and its pages take the place of the old ones. What is wrong in the file is told in the preview, whose
-/// pages stay. It belongs to the preview.
+/// pages stay. So it does when the user asks for it, since the data may have changed. It belongs to the preview.
 class LiveReport : public QObject
 {
     Q_OBJECT

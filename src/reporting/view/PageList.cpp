@@ -1,6 +1,6 @@
 #include "reporting/view/PageList.h"
 
-#include "reporting/view/PageView.h"
+#include "reporting/view/Sheet.h"
 
 #include <QAbstractListModel>
 #include <QListView>

@@ -118,6 +118,7 @@ PageText::PageText(const Document& document, int page) : m_document(document)
         if (previous)
             m_text +=
                 text->box.top() < previous->box.bottom() && text->box.left() >= previous->box.right() ? u'\t' : u'\n';
+        m_text += QString(text->emptyBefore, u'\t');
         previous = text;
         int number = 0;
         for (const QStringView line : QStringView(text->text).tokenize(u'\n')) {

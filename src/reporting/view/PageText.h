@@ -16,7 +16,8 @@ struct TextSpan {
     friend bool operator==(const TextSpan&, const TextSpan&) = default;
 };
 
-/// A page's text as it reads: a tab stands between texts of one line, a line end between others, and a LineBreak where
+/// A page's text as it reads: a tab stands between texts of one line, one more for each empty cell between them, a line
+/// end between others, and a LineBreak where
 /// a text was broken into lines. The document must outlive it.
 class PageText
 {

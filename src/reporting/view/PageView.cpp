@@ -1,9 +1,7 @@
 #include "reporting/view/PageView.h"
 
-#include "reporting/Paint.h"
+#include "reporting/view/Sheet.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -20,7 +18,6 @@ namespace
 {
 
 constexpr double Gap = 16; // pixels around each page
-constexpr int ShadowDepth = 6;
 constexpr double ZoomStep = 1.1;
 constexpr int LineStep = 40;        // pixels that an arrow key scrolls
 constexpr double BlankEdge = 0.045; // of a page's height, at its foot
@@ -30,28 +27,7 @@ const QColor FoundColor(255, 238, 140);
 const QColor CurrentFoundColor(255, 190, 90);
 const QColor SelectedColor(170, 205, 245);
 
-void paintShadow(QPainter& painter, const QRectF& sheet)
-{
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 10));
-    for (int depth = ShadowDepth; depth > 0; --depth)
-        painter.drawRoundedRect(sheet.translated(0, 2).adjusted(-depth, -depth, depth, depth), depth, depth);
-}
-
 } // namespace
-
-void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document, int page)
-{
-    painter.save();
-    painter.fillRect(sheet, Qt::white);
-    painter.setClipRect(sheet, Qt::IntersectClip);
-    painter.translate(sheet.topLeft());
-    const double scale = sheet.width() / document.paper.width();
-    painter.scale(scale, scale);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    paintPage(painter, document, page);
-    painter.restore();
-}
 
 PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     : QAbstractScrollArea(parent), m_document(std::move(document))
@@ -75,7 +51,8 @@ void PageView::setDocument(std::shared_ptr<const Document> document)
     m_hits.clear();
     if (m_drag == Drag::Marking) // its beginning was in the other pages
         m_drag = Drag::None;
-    select({}, {});
+    m_selection.clear();
+    selectionMoved();
     layOut();
     viewport()->update();
     if (m_currentPage >= pageCount())
@@ -226,8 +203,11 @@ void PageView::mousePressEvent(QMouseEvent* event)
     m_drag = marking ? Drag::Marking : Drag::Moving;
     if (!marking)
         viewport()->setCursor(Qt::ClosedHandCursor);
-    const TextPlace place = marking ? placeAt(event->position()) : TextPlace();
-    select(marking && event->modifiers() & Qt::ShiftModifier ? m_selection.from : place, place);
+    if (marking)
+        m_selection.begin(placeAt(event->position()), event->modifiers() & Qt::ShiftModifier);
+    else
+        m_selection.clear();
+    selectionMoved();
 }
 
 void PageView::mouseMoveEvent(QMouseEvent* event)
@@ -240,7 +220,8 @@ void PageView::mouseMoveEvent(QMouseEvent* event)
         const int y = event->position().toPoint().y();
         if (y < NearEdge || y > viewport()->height() - NearEdge)
             verticalScrollBar()->setValue(verticalScrollBar()->value() + (y < NearEdge ? -LineStep : LineStep));
-        select(m_selection.from, placeAt(event->position()));
+        m_selection.extendTo(placeAt(event->position()));
+        selectionMoved();
         return;
     }
     const QPoint moved = event->position().toPoint() - m_dragFrom;
@@ -259,21 +240,19 @@ void PageView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton || !isTextAt(event->position()))
         return;
-    const TextPlace place = placeAt(event->position());
-    const auto [from, to] = PageText(*m_document, place.first).wordAt(place.second);
-    select({place.first, from}, {place.first, to});
+    m_selection.takeWord(*m_document, placeAt(event->position()));
+    selectionMoved();
 }
 
 void PageView::selectAll()
 {
-    if (pageCount() > 0)
-        select({0, 0}, {pageCount() - 1, PageText(*m_document, pageCount() - 1).text().size()});
+    m_selection.takeAll(*m_document);
+    selectionMoved();
 }
 
 void PageView::copy() const
 {
-    if (!m_selection.isEmpty())
-        QGuiApplication::clipboard()->setText(m_selection.text(*m_document));
+    m_selection.copy(*m_document);
 }
 
 QPointF PageView::onPage(int page, QPointF inViewport) const
@@ -294,9 +273,8 @@ bool PageView::isTextAt(QPointF inViewport) const
     return page < pageCount() && PageText(*m_document, page).isTextAt(onPage(page, inViewport));
 }
 
-void PageView::select(TextPlace from, TextPlace to)
+void PageView::selectionMoved()
 {
-    m_selection = {from, to};
     viewport()->update();
     Q_EMIT selectionChanged();
 }

@@ -9,9 +9,6 @@
 namespace orlo::reports
 {
 
-/// Paints one page of a document as a sheet of paper, white in every palette, into a rectangle of the painter.
-void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document, int page);
-
 /// The pages of a document below each other, of which only the visible ones are painted. Pages count from 0.
 class PageView : public QAbstractScrollArea
 {
@@ -111,7 +108,7 @@ private:
     [[nodiscard]] QPointF onPage(int page, QPointF inViewport) const;
     [[nodiscard]] TextPlace placeAt(QPointF inViewport) const;
     [[nodiscard]] bool isTextAt(QPointF inViewport) const;
-    void select(TextPlace from, TextPlace to);
+    void selectionMoved();
 
     std::shared_ptr<const Document> m_document;
     double m_zoom = 1;

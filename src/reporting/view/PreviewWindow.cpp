@@ -1,32 +1,29 @@
 #include "reporting/view/PreviewWindow.h"
 
-#include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "reporting/Export.h"
+#include "reporting/MailLinks.h"
+#include "reporting/view/Dialogs.h"
 #include "reporting/view/FindBar.h"
 #include "reporting/view/NoticeBar.h"
+#include "reporting/view/OtherReports.h"
 #include "reporting/view/PageBox.h"
 #include "reporting/view/PageList.h"
 #include "reporting/view/PageView.h"
-#include "reporting/view/Printing.h"
 #include "reporting/view/RunProgress.h"
 #include "reporting/view/ZoomBox.h"
 #include "widgets/Glyphs.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QDir>
 #include <QDockWidget>
-#include <QFileDialog>
-#include <QFileInfo>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QRegularExpression>
+#include <QPointer>
 #include <QScreen>
-#include <QStandardPaths>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -46,25 +43,6 @@ namespace
 constexpr int IconSize = 20;
 constexpr int SideWidth = 170;
 constexpr QSize PreferredSize(1020, 860);
-
-// A name for a file out of a title: without what a file system doesn't take.
-QString fileNameOf(const QString& title)
-{
-    static const QRegularExpression forbidden(QStringLiteral(R"([\\/:*?"<>|\x00-\x1f]+)"));
-    QString name = title;
-    name.replace(forbidden, QStringLiteral("-"));
-    name = name.simplified();
-    return name.isEmpty() ? QStringLiteral("Report") : name;
-}
-
-// The last folder that a report was saved in; the user's documents at first.
-QString& saveFolder()
-{
-    static QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (!QFileInfo(folder).isDir())
-        folder = QDir::homePath();
-    return folder;
-}
 
 } // namespace
 
@@ -125,6 +103,7 @@ void PreviewWindow::fitToDocument()
     m_savePdf->setEnabled(whole && m_view->pageCount() > 0);
     m_saveCsv->setEnabled(whole);
     m_selectAll->setEnabled(m_view->pageCount() > 0);
+    m_copyAddresses->setEnabled(whole && m_view->pageCount() > 0);
     if (whole)
         tell(m_document->warnings.join(u'\n'));
     showPage(m_view->currentPage());
@@ -138,6 +117,49 @@ void PreviewWindow::setPageListVisible(bool visible)
 void PreviewWindow::tell(const QString& text)
 {
     m_notice->tell(text);
+}
+
+void PreviewWindow::onRefresh(std::function<void()> refresh)
+{
+    m_onRefresh = std::move(refresh);
+    m_refresh->setEnabled(true);
+}
+
+void PreviewWindow::offerReports(const QString& shown, std::function<void(const QString& file)> run)
+{
+    m_more->menuAction()->setVisible(true);
+    connect(m_more, &QMenu::aboutToShow, this, [this, shown, run = std::move(run)] { // files come and go
+        m_more->clear();
+        bool examples = false;
+        for (const OtherReport& report : otherReports(shown)) {
+            if (report.isExample && !std::exchange(examples, true))
+                m_more->addSeparator();
+            QAction* action = m_more->addAction(QString(report.title).replace(u'&', QStringLiteral("&&")));
+            // From the event loop, as the menu may go with the window.
+            connect(
+                action, &QAction::triggered, QCoreApplication::instance(), [run, file = report.path] { run(file); },
+                Qt::QueuedConnection);
+        }
+    });
+}
+
+void PreviewWindow::copyAddresses()
+{
+    std::vector<MailLink> links;
+    for (const Page& page : m_document->pages)
+        addMailLinks(page, 0, m_document->fonts, links);
+    QStringList addresses;
+    QSet<QString> known;
+    for (const MailLink& link : links)
+        if (const QString folded = link.address.toCaseFolded(); !known.contains(folded)) {
+            known.insert(folded);
+            addresses << link.address;
+        }
+    if (addresses.isEmpty())
+        return tell(tr("There are no e-mail addresses on these pages."));
+    QGuiApplication::clipboard()->setText(addresses.join(QStringLiteral("; ")));
+    tell(addresses.size() == 1 ? tr("One e-mail address is on the clipboard.")
+                               : tr("%1 e-mail addresses are on the clipboard.").arg(addresses.size()));
 }
 
 bool PreviewWindow::savePdf(const QString& path)
@@ -186,20 +208,28 @@ QAction* PreviewWindow::makeAction(const char* name, const QString& text, Glyph 
 
 void PreviewWindow::makeActions()
 {
-    m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print}, [this] { print(); });
+    m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print},
+                         [this] { printByDialog(*this, m_document, m_view->currentPage()); });
     m_savePdf = makeAction("actSavePdf", tr("&Save as PDF…"), Glyph::Pdf, {QKeySequence::Save}, [this] {
-        if (const QString path =
-                askFile(tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"), QStringLiteral("pdf"));
+        if (const QString path = askSaveFile(*this, tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"),
+                                             m_document->title, QStringLiteral("pdf"));
             !path.isEmpty())
             savePdf(path);
     });
     m_saveCsv = makeAction("actSaveCsv", tr("Save as &CSV…"), Glyph::Csv, {}, [this] {
-        if (const QString path =
-                askFile(tr("Save as CSV"), tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
-                        QStringLiteral("csv"));
+        if (const QString path = askSaveFile(*this, tr("Save as CSV"),
+                                             tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
+                                             m_document->title, QStringLiteral("csv"));
             !path.isEmpty())
             saveCsv(path);
     });
+    m_refresh = makeAction("actRefresh", tr("&Refresh"), Glyph::Refresh, {QKeySequence(Qt::Key_F5)}, [this] {
+        if (m_onRefresh)
+            m_onRefresh();
+    });
+    m_refresh->setEnabled(false);
+    m_copyAddresses =
+        makeAction("actCopyAddresses", tr("Copy E-mail &Addresses"), Glyph::Pages, {}, [this] { copyAddresses(); });
     m_close =
         makeAction("actClose", tr("C&lose"), Glyph::Close, {QKeySequence(Qt::CTRL | Qt::Key_W)}, [this] { close(); });
 
@@ -227,7 +257,7 @@ void PreviewWindow::makeActions()
     m_copy->setEnabled(false);
     m_selectAll = makeAction("actSelectAll", tr("Select &All"), Glyph::Pages, {QKeySequence::SelectAll},
                              [this] { m_view->selectAll(); });
-    for (QAction* action : {m_copy, m_selectAll, m_goToPage})
+    for (QAction* action : {m_copy, m_selectAll, m_goToPage, m_copyAddresses})
         action->setIcon({});
     m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_view->addActions({m_copy, m_selectAll});
@@ -243,7 +273,12 @@ void PreviewWindow::makeMenus()
     m_side = new QDockWidget(tr("Pages"), this);
 
     QMenu* report = menuBar()->addMenu(tr("&Report"));
-    report->addActions({m_print, m_savePdf, m_saveCsv});
+    report->addActions({m_print, m_savePdf, m_saveCsv, m_copyAddresses});
+    report->addSeparator();
+    m_more = report->addMenu(tr("&More Reports"));
+    m_more->setObjectName(QStringLiteral("mnuMoreReports"));
+    m_more->menuAction()->setVisible(false);
+    report->addAction(m_refresh);
     report->addSeparator();
     report->addAction(m_close);
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
@@ -278,7 +313,7 @@ void PreviewWindow::makeToolBar()
     m_toolBar->setMovable(false);
     m_toolBar->setIconSize(QSize(IconSize, IconSize));
     m_toolBar->toggleViewAction()->setEnabled(false);
-    m_toolBar->addActions({m_print, m_savePdf, m_saveCsv});
+    m_toolBar->addActions({m_print, m_savePdf, m_saveCsv, m_refresh});
     m_toolBar->addSeparator();
     m_toolBar->addAction(side);
     m_toolBar->addActions({m_first, m_previous});
@@ -349,67 +384,19 @@ void PreviewWindow::askPage()
     m_page->selectAll();
 }
 
-void PreviewWindow::print()
-{
-    std::unique_ptr<QPrinter> printer = defaultPrinter();
-    if (!printer)
-        printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-    preparePrinter(*printer, *m_document);
-    QPrintDialog dialog(printer.get(), this);
-    dialog.setObjectName(QStringLiteral("printDialog"));
-    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
-                      QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies |
-                      QAbstractPrintDialog::PrintShowPageSize);
-    dialog.setMinMax(1, m_view->pageCount());
-    dialog.setFromTo(1, m_view->pageCount());
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-
-    int from = 1;
-    int to = 0;
-    if (printer->printRange() == QPrinter::PageRange) {
-        from = printer->fromPage();
-        to = printer->toPage();
-    } else if (printer->printRange() == QPrinter::CurrentPage) {
-        from = to = m_view->currentPage() + 1;
-    }
-    try {
-        RunProgress progress(tr("Printing the report…"));
-        const std::shared_ptr<const Document> document = m_document;
-        printDocument(*printer, *document, from, to, std::ref(progress));
-    } catch (const platform::RuntimeError& error) {
-        QMessageBox::warning(this, windowTitle(), error.description());
-    }
-}
-
-// Asks for a file to save to; the dialog adds the suffix and asks before an existing file is replaced.
-QString PreviewWindow::askFile(const QString& caption, const QString& filter, const QString& suffix)
-{
-    QFileDialog dialog(this, caption, saveFolder(), filter);
-    dialog.setObjectName(QStringLiteral("saveDialog"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setDefaultSuffix(suffix);
-    const QString date = platform::today().toString(Qt::ISODate);
-    dialog.selectFile(QStringLiteral("%1 %2.%3").arg(fileNameOf(m_document->title), date, suffix));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    QString path = dialog.selectedFiles().constFirst();
-    saveFolder() = QFileInfo(path).absolutePath();
-    return path;
-}
-
 bool PreviewWindow::save(const QString& path, const std::function<bool()>& write)
 {
+    const QPointer<PreviewWindow> self(this);
     try {
         if (!write())
             return false;
-        m_notice->tell(tr("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
+        if (self)
+            m_notice->tell(tr("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
         return true;
     } catch (const platform::RuntimeError& error) {
-        QMessageBox::warning(
-            this, windowTitle(),
-            tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
+        if (self)
+            warnOf(*this,
+                   tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
         return false;
     }
 }

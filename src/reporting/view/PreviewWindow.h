@@ -45,6 +45,10 @@ public:
     [[nodiscard]] PageView& view() const { return *m_view; }
     /// Shows or hides the side with the small pages and the outline.
     void setPageListVisible(bool visible);
+    /// Says what the command "Refresh" does; without it, it is dead.
+    void onRefresh(std::function<void()> refresh);
+    /// Offers the other report files of the program, which are run by their paths, beside the shown one.
+    void offerReports(const QString& shown, std::function<void(const QString& file)> run);
     /// Tells something in a line under the pages; an empty text takes the line away.
     void tell(const QString& text);
 
@@ -68,8 +72,7 @@ private:
     void showPage(int page);
     void showPlace();
     void askPage();
-    void print();
-    [[nodiscard]] QString askFile(const QString& caption, const QString& filter, const QString& suffix);
+    void copyAddresses();
     bool save(const QString& path, const std::function<bool()>& write);
 
     std::shared_ptr<const Document> m_document;
@@ -97,7 +100,11 @@ private:
     QAction* m_print = nullptr;
     QAction* m_savePdf = nullptr;
     QAction* m_saveCsv = nullptr;
+    QAction* m_refresh = nullptr;
+    QAction* m_copyAddresses = nullptr;
     QAction* m_close = nullptr;
+    QMenu* m_more = nullptr;
+    std::function<void()> m_onRefresh;
 };
 
 } // namespace orlo::reports

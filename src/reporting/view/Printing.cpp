@@ -2,8 +2,10 @@
 
 #include "platform/RuntimeError.h"
 #include "reporting/Paint.h"
+#include "reporting/PdfFile.h"
 
 #include <QPageLayout>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -23,6 +25,46 @@ PrinterFactory theFactory;
     const QString where = printer.outputFileName().isEmpty() ? printer.printerName() : printer.outputFileName();
     throw platform::RuntimeError(platform::DeviceUnavailable, QString(),
                                  QStringLiteral("The printer can't be reached: %1").arg(where));
+}
+
+// A file of the print system's own would be left cut off where the disk is full, and nobody would tell why.
+bool printsIntoPdf(const QPrinter& printer)
+{
+    return !printer.outputFileName().isEmpty() && printer.paintEngine()->type() == QPaintEngine::Pdf;
+}
+
+// The bookmarks of some pages, where these stand in the order of the report.
+std::vector<OutlineEntry> outlineOf(const Document& document, const std::vector<int>& order)
+{
+    std::vector<OutlineEntry> outline;
+    if (std::is_sorted(order.begin(), order.end()) && order.back() - order.front() + 1 == int(order.size()))
+        for (OutlineEntry entry : document.outline)
+            if (entry.page >= order.front() && entry.page <= order.back()) {
+                entry.page -= order.front();
+                outline.push_back(std::move(entry));
+            }
+    return outline;
+}
+
+bool printInto(const QString& path, QSizeF sheet, const Document& document, const std::vector<int>& order,
+               const std::function<bool(std::size_t)>& goesOn)
+{
+    Document head;
+    head.title = document.title;
+    head.author = document.author;
+    head.subject = document.subject;
+    head.paper = document.paper;
+    head.exactSize = document.exactSize;
+    head.fonts = document.fonts;
+    head.outline = outlineOf(document, order);
+    PdfFile file(path, sheet);
+    for (std::size_t done = 0; done < order.size(); ++done) {
+        file.add(head, document.pages[static_cast<std::size_t>(order[done])]);
+        if (!goesOn(done))
+            return false;
+    }
+    file.commit();
+    return true;
 }
 
 // The pages in the order in which they leave the printer; copies are laid out here where the printer makes none.
@@ -81,29 +123,29 @@ bool printDocument(QPrinter& printer, const Document& document, int from, int to
 
     printer.setFullPage(true);
     const QSizeF sheet = printer.pageLayout().fullRectPoints().size();
-    // Smaller where the paper is, in its middle where it's larger; a point is nothing, as papers are rounded to it.
-    const double fit = std::min(sheet.width() / document.paper.width(), sheet.height() / document.paper.height());
-    const double scale = fit > 0.99 ? 1 : fit;
-    const QSizeF margin = (sheet - document.paper * scale) / 2;
     const std::vector<int> order = printOrder(printer, first, last);
+    const auto goesOn = [&](std::size_t done) {
+        return !progress || progress(static_cast<int>(done) + 1, static_cast<int>(order.size()));
+    };
+    if (printsIntoPdf(printer))
+        return printInto(printer.outputFileName(), sheet, document, order, goesOn);
+
     QPainter painter;
     if (!painter.begin(&printer))
         raiseUnreachable(printer);
     const PagePainter pages(document.fonts);
-    const double scaleX = printer.logicalDpiX() / PointsPerInch;
-    const double scaleY = printer.logicalDpiY() / PointsPerInch;
+    const QTransform place = placedOn(sheet, document);
     for (std::size_t done = 0; done < order.size(); ++done) {
         if (done > 0 && !printer.newPage()) {
             printer.abort();
             raiseUnreachable(printer);
         }
         painter.save();
-        painter.scale(scaleX, scaleY);
-        painter.translate(margin.width(), margin.height());
-        painter.scale(scale, scale);
+        painter.scale(printer.logicalDpiX() / PointsPerInch, printer.logicalDpiY() / PointsPerInch);
+        painter.setTransform(place, true);
         pages.paint(painter, document.pages[static_cast<std::size_t>(order[done])]);
         painter.restore();
-        if (progress && !progress(static_cast<int>(done) + 1, static_cast<int>(order.size()))) {
+        if (!goesOn(done)) {
             printer.abort();
             return false;
         }

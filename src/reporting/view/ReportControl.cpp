@@ -68,6 +68,22 @@ private:
     bool m_begun = false;
 };
 
+// Another report on the database of a run; without one of its own, a slot reads the main one.
+void runOther(const RunRequest& request, const QString& file)
+{
+    const auto databaseOf = [&](int slot) {
+        const auto found = request.databases.find(slot);
+        return found == request.databases.end() ? QString() : found->second;
+    };
+    ReportControl control(QString(), nullptr);
+    control.setReportFile(file);
+    for (const int slot : {0, 1})
+        control.setDatabaseFile(slot, databaseOf(slot).isEmpty() ? databaseOf(0) : databaseOf(slot));
+    control.setWindowOption(true);
+    control.setWindowState(PreviewMaximised);
+    control.run(); // its windows stay
+}
+
 // A caption that no other open preview has, so that two of one report can be told apart.
 QString freeCaption(const QString& wanted)
 {
@@ -190,6 +206,8 @@ int ReportControl::execute()
             window->setDocument(std::make_shared<const Document>(std::move(*document)));
         else
             window = show(std::move(*document));
+        window->offerReports(platform::nativePath(request.reportFile),
+                             [request](const QString& file) { runOther(request, file); });
         new LiveReport(*window, request.reportFile, began, [request] {
             RunDatabases opened;
             RunProgress progress(QStringLiteral("Preparing the report…"));

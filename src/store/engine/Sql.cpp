@@ -15,7 +15,8 @@ constexpr qsizetype MaxCharacters = 500'000; // of a statement: stored queries m
 } // namespace
 
 SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
-    : m_sourceOf(sourceOf), m_tokens(tokenize(statement)), m_end(m_tokens.size() - 1)
+    : m_statement(statement.utf16(), statement.size()), m_sourceOf(sourceOf), m_tokens(tokenize(statement)),
+      m_end(m_tokens.size() - 1)
 {
     m_out.sql.reserve(statement.size() * 3 / 2);
 }
@@ -31,7 +32,8 @@ Translated SqlTranslator::run()
     else if (take(Symbol::Delete))
         remove();
     else
-        raiseSyntax(QStringLiteral("(Near \"%1\": Select, Insert, Update or Delete expected.)").arg(token().text));
+        raise(QStringLiteral("(Near \"%1\": Select, Insert, Update or Delete expected.)").arg(token().text),
+              token().text);
     expect(Symbol::End);
     m_result.sql = std::move(m_out.sql);
     return std::move(m_result);
@@ -198,7 +200,7 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     const bool grouped = group(query);
     query.grouped = grouped || m_scope->sums;
     if (query.grouped && !query.stars.isEmpty())
-        raiseSyntax(QStringLiteral("(\"*\" beside sums or groups.)"));
+        raise(QStringLiteral("(\"*\" beside sums or groups.)"), token().text);
     requireGrouped(query);
     const auto& all = m_scope->sources;
     if (all.size() == 1 && !distinct && !query.grouped) {
@@ -321,7 +323,7 @@ void SqlTranslator::source()
         else
             m_out.name(source.table);
         if (m_out.sql.size() > MaxCharacters)
-            raiseSyntax(QStringLiteral("(Too many stored queries within each other.)"));
+            raise(QStringLiteral("(Too many stored queries within each other.)"), source.table);
     } else {
         m_out.sql += u'(';
         const bool joined = !at(Symbol::Select);

@@ -12,6 +12,12 @@ namespace orlo::store
 namespace
 {
 
+[[noreturn]] void raiseSyntax(const QString& detail)
+{
+    throw platform::RuntimeError(platform::SyntaxError, QStringLiteral("Database"),
+                                 platform::standardDescription(platform::SyntaxError) + u' ' + detail);
+}
+
 using Kind = ValueKind;
 using Form = Expression::Form;
 

@@ -190,7 +190,7 @@ Expression SqlTranslator::date(QStringView content)
 {
     const auto date = platform::readDate(content);
     if (!date)
-        raiseSyntax(QStringLiteral("(\"%1\" is no date.)").arg(content));
+        raise(QStringLiteral("(\"%1\" is no date.)").arg(content), content);
     return literal(Kind::Date, QString(u'\'' % QLatin1String(isoText(*date)) % u'\''));
 }
 
@@ -350,9 +350,9 @@ Expression SqlTranslator::function()
         return m_out.nullTest(given[0], true);
     const bool special = sameName(called, u"iif") || sameName(called, u"isnull");
     if (!ours && !special)
-        raiseSyntax(QStringLiteral("(There is no function \"%1\".%2)").arg(called, insteadOf(called)));
+        raise(QStringLiteral("(There is no function \"%1\".%2)").arg(called, insteadOf(called)), called);
     if (special || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
-        raiseSyntax(QStringLiteral("(\"%1\" takes another number of values.)").arg(called));
+        raise(QStringLiteral("(\"%1\" takes another number of values.)").arg(called), called);
     m_out.sql += u')';
     return m_out.written(start, known->result);
 }
@@ -397,8 +397,15 @@ QStringView SqlTranslator::name()
 
 void SqlTranslator::refuse() const
 {
-    raiseSyntax(at(Symbol::End) ? QStringLiteral("(The statement breaks off.)")
-                                : QStringLiteral("(Near \"%1\".%2)").arg(token().text, insteadOf(token().text)));
+    raise(at(Symbol::End) ? QStringLiteral("(The statement breaks off.)")
+                          : QStringLiteral("(Near \"%1\".%2)").arg(token().text, insteadOf(token().text)),
+          token().text);
+}
+
+void SqlTranslator::raise(const QString& detail, QStringView at) const
+{
+    const QStringView whole = m_statement.trimmed();
+    throw SqlError(detail, m_statement, at.isNull() ? whole.utf16() + whole.size() : at.utf16());
 }
 
 } // namespace orlo::store

@@ -43,7 +43,7 @@ void SqlTranslator::requireGrouped(const Query& query)
     for (const qsizetype field : std::as_const(m_scope->fields))
         if (query.grouped && !isGrouped(query, field)) {
             m_at = field;
-            raiseSyntax(QStringLiteral("(\"%1\" is neither summed up nor grouped by.)").arg(token().text));
+            raise(QStringLiteral("(\"%1\" is neither summed up nor grouped by.)").arg(token().text), token().text);
         }
     m_scope->fields.clear();
 }

@@ -1,6 +1,6 @@
 #include "store/engine/SqlTokens.h"
 
-#include "platform/RuntimeError.h"
+#include "store/engine/SqlError.h"
 #include "store/engine/Text.h"
 
 #include <QString>
@@ -131,7 +131,10 @@ bool isBlank(char16_t c)
 class Tokenizer
 {
 public:
-    explicit Tokenizer(const QString& statement) : m_at(reinterpret_cast<const char16_t*>(statement.utf16())) {}
+    explicit Tokenizer(const QString& statement)
+        : m_at(reinterpret_cast<const char16_t*>(statement.utf16())), m_statement(m_at, statement.size())
+    {
+    }
 
     Token next()
     {
@@ -197,13 +200,13 @@ private:
         return {Symbol::Number, {start, m_at}};
     }
 
-    [[noreturn]] static void raiseUnclosed(Symbol symbol)
+    [[noreturn]] void raiseUnclosed(Symbol symbol, const char16_t* start) const
     {
         if (symbol == Symbol::Text)
-            raiseSyntax(QStringLiteral("(A text isn't closed.)"));
+            throw SqlError(QStringLiteral("(A text isn't closed.)"), m_statement, start);
         if (symbol == Symbol::Date)
-            raiseSyntax(QStringLiteral("(A date isn't closed.)"));
-        raiseSyntax(QStringLiteral("(A name isn't closed.)"));
+            throw SqlError(QStringLiteral("(A date isn't closed.)"), m_statement, start);
+        throw SqlError(QStringLiteral("(A name isn't closed.)"), m_statement, start);
     }
 
     // A text keeps its doubled delimiters.
@@ -213,11 +216,12 @@ private:
         while (*m_at != u'\0' && (*m_at != end || (symbol == Symbol::Text && m_at[1] == end)))
             m_at += *m_at == end ? 2 : 1;
         if (*m_at == u'\0' || (m_at == start && symbol != Symbol::Text))
-            raiseUnclosed(symbol);
+            raiseUnclosed(symbol, start - 1);
         return {symbol, {start, m_at++}};
     }
 
     const char16_t* m_at;
+    QStringView m_statement;
 };
 
 } // namespace
@@ -242,12 +246,6 @@ QString insteadOf(QStringView word)
         if (sameName(habit, word))
             return QStringLiteral(" Instead: %1.").arg(instead);
     return {};
-}
-
-void raiseSyntax(const QString& detail)
-{
-    throw platform::RuntimeError(platform::SyntaxError, QStringLiteral("Database"),
-                                 platform::standardDescription(platform::SyntaxError) + u' ' + detail);
 }
 
 Tokens tokenize(const QString& statement)

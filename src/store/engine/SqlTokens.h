@@ -81,15 +81,12 @@ struct Token {
 
 using Tokens = QVarLengthArray<Token, 96>;
 
-/// Cuts a statement into tokens, with End as the last. Raises 3075 for an unclosed text, date or name and for whatever
-/// follows a semicolon.
+/// Cuts a statement into tokens, with End as the last. Raises SqlError for an unclosed text, date or name and for
+/// whatever follows a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
 
 /// What to write for a word that people know from elsewhere and the dialect doesn't have, with a blank before it;
 /// nothing for others.
 [[nodiscard]] QString insteadOf(QStringView word);
-
-/// Raises 3075 with a detail.
-[[noreturn]] void raiseSyntax(const QString& detail);
 
 } // namespace orlo::store

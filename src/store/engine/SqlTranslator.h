@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/engine/SqlError.h"
 #include "store/engine/SqlExpression.h"
 
 #include <vector>
@@ -121,7 +122,10 @@ private:
     }
     QStringView name();
     [[noreturn]] void refuse() const;
+    // With the text of the token at fault.
+    [[noreturn]] void raise(const QString& detail, QStringView at) const;
 
+    const QStringView m_statement;
     const SourceOf& m_sourceOf;
     const Tokens m_tokens;
     const qsizetype m_end;
@@ -140,7 +144,7 @@ public:
     explicit Nesting(SqlTranslator& translator) : m_depth(translator.m_depth)
     {
         if (++m_depth > Most)
-            raiseSyntax(QStringLiteral("(Too many brackets within each other.)"));
+            translator.raise(QStringLiteral("(Too many brackets within each other.)"), translator.token().text);
     }
     ~Nesting() { --m_depth; }
     Nesting(const Nesting&) = delete;

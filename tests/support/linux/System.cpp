@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -78,6 +79,14 @@ void limitFiles(qint64 most)
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{most < 0 ? RLIM_INFINITY : static_cast<rlim_t>(most), RLIM_INFINITY};
     setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+bool mountSmall(const QString& folder, qint64 bytes)
+{
+    const QByteArray place = QFile::encodeName(folder);
+    if (bytes == 0)
+        return ::umount(place.constData()) == 0;
+    return ::mount("none", place.constData(), "tmpfs", 0, ("size=" + QByteArray::number(bytes)).constData()) == 0;
 }
 
 const char* const OtherJournal = "";

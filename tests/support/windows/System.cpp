@@ -15,6 +15,11 @@ void limitFiles(qint64 most)
         skip(QStringLiteral("the system limits no process's files"));
 }
 
+bool mountSmall(const QString& /*folder*/, qint64 /*bytes*/)
+{
+    return false;
+}
+
 const char* const OtherJournal = "Pragma journal_mode=Persist";
 
 void failReads(qint64, qint64 to)

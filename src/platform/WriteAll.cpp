@@ -1,0 +1,48 @@
+#include "platform/WriteAll.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+namespace orlo::platform
+{
+
+void flushAll(QFileDevice& file)
+{
+    // A disk that takes a part of the buffer says only the next time why it doesn't take the rest.
+    if (!file.flush() && !file.flush())
+        raiseUnwritable(file.fileName(), file.errorString());
+}
+
+void writeAll(QIODevice& device, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const qint64 taken = device.write(bytes.data(), bytes.size());
+        if (taken <= 0) {
+            auto* file = qobject_cast<QFileDevice*>(&device);
+            if (file)
+                flushAll(*file);
+            raiseUnwritable(file ? file->fileName() : QString(), device.errorString());
+        }
+        bytes = bytes.sliced(taken);
+    }
+}
+
+void commitAll(QSaveFile& file)
+{
+    flushAll(file);
+    if (!file.commit())
+        raiseUnwritable(file.fileName(), file.errorString());
+}
+
+RuntimeError unwritable(const QString& path, const QString& reason)
+{
+    return RuntimeError(PathFileAccess, QString(),
+                        QStringLiteral("The file %1 can't be written: %2").arg(QDir::toNativeSeparators(path), reason));
+}
+
+void raiseUnwritable(const QString& path, const QString& reason)
+{
+    throw unwritable(path, reason);
+}
+
+} // namespace orlo::platform
