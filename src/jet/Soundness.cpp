@@ -25,6 +25,12 @@ bool hasPlace(const MdbColumn& field)
     return field.col_type != MDB_BOOL;
 }
 
+bool hasName(const MdbColumn& field)
+{
+    const std::string_view name = field.name;
+    return !name.empty() && std::ranges::none_of(name, [](char c) { return c >= 0 && c < ' '; });
+}
+
 bool hasWidthOfItsType(const MdbColumn& field)
 {
     switch (field.col_type) {
@@ -206,7 +212,7 @@ bool isSound(const Table& table)
     std::set<unsigned> others;
     std::set<int> numbers;
     for (const MdbColumn* field : table.fields) {
-        if (!isOfKnownType(*field) || !hasWidthOfItsType(*field) || field->col_num >= table.most ||
+        if (!isOfKnownType(*field) || !hasName(*field) || !hasWidthOfItsType(*field) || field->col_num >= table.most ||
             !numbers.insert(field->col_num).second)
             return false;
         if (!hasPlace(*field))

@@ -16,6 +16,8 @@ namespace
 
 constexpr char Signature[] = {0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B'};
 
+} // namespace
+
 // Of Jet 3 or Jet 4.
 bool isFormerFormat(const QString& file)
 {
@@ -24,7 +26,16 @@ bool isFormerFormat(const QString& file)
            opened.read(sizeof Signature) == QByteArrayView(Signature, sizeof Signature);
 }
 
-} // namespace
+QString words(const FormerCount& count)
+{
+    const auto& [table, rows, stated, older, values] = count;
+    QString text = QStringLiteral("%1 %2: %3 values").arg(rows, 8).arg(table).arg(values);
+    if (rows != stated)
+        text += QStringLiteral("; it should have %1 rows").arg(stated);
+    if (older != 0)
+        text += QStringLiteral("; %1 rows are from before its last field").arg(older);
+    return text;
+}
 
 TakeoverWatch& takeoverWatch()
 {
