@@ -5,6 +5,7 @@
 #include "shell/frame/frmSplash.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/jet/OpenFile.h"
+#include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -78,8 +79,11 @@ private Q_SLOTS:
         QTemporaryDir folder;
         platform::setFolder(folder.path());
         gDatabase.reset();
-        if (files.contains("current"))
-            store::DBEngine::createDatabase(folder.filePath("quorrel11.MDB")).close();
+        if (files.contains("current")) {
+            auto made = store::DBEngine::createDatabase(folder.filePath("quorrel11.MDB"));
+            store::createSchema(made);
+            made.close();
+        }
         if (files.contains("old") || files == "damaged")
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
         const auto told = error.isEmpty() ? std::make_shared<test::Told>() : test::dismissReport();
@@ -136,7 +140,18 @@ private Q_SLOTS:
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
             store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
         QVERIFY(splash.isVisible() && !topLevel("mdiPendrake"));
+        const auto& line = test::control<QLabel>(splash, "lblTakeover");
+        const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
+        QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
+        class Painted : public QObject
+        {
+        public:
+            bool eventFilter(QObject*, QEvent* event) override { return (times += event->type() == QEvent::Paint, false); }
+            int times = 0;
+        } painted;
+        splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
+        QCOMPARE(painted.times, 1); // without the line, before anything else happens
         QTRY_VERIFY(topLevel("mdiPendrake"));
         QTRY_COMPARE(QApplication::activeWindow(), &report);
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));

@@ -7,6 +7,7 @@
 #include "support/Sqlite.h"
 #include "support/System.h"
 #include "support/Table.h"
+#include "widgets/Application.h"
 
 #include <QFile>
 
@@ -91,22 +92,22 @@ private Q_SLOTS:
     // Each work fails with the number, and what the file held it still holds.
     void worksUnderFaults_data()
     {
-        test::table({"fault and work", "told"}, R"(
-locked start   | 3050
-locked update  | 3050
-locked save    | 3050
-locked repair  | 3050
-locked copy    | 70
-locked over    | 70
-full update    | 75
-full save      | 75
-full repair    | 75
-damaged repair | 75
-file start     | 3050
-file update    | 3050
-folder update  | 70
-folder save    | 3027
-folder repair  | 3050)");
+        test::table({"fault and work", "told", "closing"}, R"(
+locked start   | 3050 | What was saved before is safe.
+locked update  | 3050 | Nothing was changed.
+locked save    | 3050 | What was saved before is safe.
+locked repair  | 3050 | What was saved before is safe.
+locked copy    | 70   | What was saved before is safe.
+locked over    | 70   | What was saved before is safe.
+full update    | 75   | Before you start ORLO again, put QuorrelOld_10.mdb in the place of Quorrel.mdb.
+full save      | 75   | What was saved before is safe.
+full repair    | 75   | What was saved before is safe.
+damaged repair | 75   | What was saved before is safe.
+file start     | 3050 | What was saved before is safe.
+file update    | 3050 | Before you start ORLO again, put QuorrelOld_10.mdb in the place of Quorrel.mdb.
+folder update  | 70   | Nothing was changed.
+folder save    | 3027 | What was saved before is safe.
+folder repair  | 3050 | What was saved before is safe.)");
     }
     void worksUnderFaults()
     {
@@ -132,6 +133,8 @@ folder repair  | 3050)");
         other.reset();
         gDatabase.reset();
         QTEST(QString::number(number), "told");
+        QTEST(widgets::Application::reportOf(platform::RuntimeError(number)).section("close. ", 1), "closing");
+        widgets::Application::setClosingWords({});
         if (fault == "damaged")
             repair();
         QCOMPARE(sqlite(file, "Select Count(*) From Adults; Pragma integrity_check").join(' '), "500 ok");

@@ -33,7 +33,7 @@ QString words(const FormerCount& count)
     if (rows != stated)
         text += QStringLiteral("; it should have %1 rows").arg(stated);
     if (older != 0)
-        text += QStringLiteral("; %1 rows are from before its last field").arg(older);
+        text += QStringLiteral("; %1 rows are older than a field").arg(older);
     return text;
 }
 
