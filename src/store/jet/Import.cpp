@@ -183,9 +183,7 @@ private:
         QString problem = source.problem;
         try {
             const bool becomesText = isTextual(field.type) && !source.value.isText() && !source.value.isNull();
-            if (nothing)
-                set(at, Value());
-            else
+            if (!nothing) // what isn't set is Null
                 set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
@@ -205,8 +203,7 @@ private:
             if (error.number() == platform::FieldTooSmall) {
                 const QString text = source.value.isText() ? source.value.toText() : textOf(source);
                 set(at, text.left(field.size - (text[field.size].isLowSurrogate() ? 1 : 0)));
-            } else
-                set(at, Value());
+            }
         }
         return problem;
     }
