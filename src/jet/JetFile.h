@@ -24,7 +24,7 @@ struct Table {
     std::u16string name;
     std::vector<const MdbColumn*> fields;
     std::uint32_t rows = 0;
-    int most = 0;             ///< a number above those of its fields, removed ones among them
+    int most = 0;            ///< a number above those of its fields, removed ones among them
     bool isInternal = false; ///< one that the former engine keeps for itself
 
     /// Where the field of this name and type is, or the number of the fields.

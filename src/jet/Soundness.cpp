@@ -86,10 +86,7 @@ private:
     {
         return field.is_fixed || place.size == 0;
     }
-    [[nodiscard]] int at(int place) const
-    {
-        return m_isJet4 ? m_row[place] | m_row[place + 1] << 8 : m_row[place];
-    }
+    [[nodiscard]] int at(int place) const { return m_isJet4 ? m_row[place] | m_row[place + 1] << 8 : m_row[place]; }
 
     bool readEnds()
     {

@@ -31,6 +31,14 @@ QWidget* topLevel(const char* name)
     return nullptr;
 }
 
+// How often what it watches was painted.
+class Painted : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent* event) override { return (times += event->type() == QEvent::Paint, false); }
+    int times = 0;
+};
+
 // Stands in for the browser.
 class OpenedPages : public QObject
 {
@@ -143,12 +151,7 @@ private Q_SLOTS:
         const auto& line = test::control<QLabel>(splash, "lblTakeover");
         const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
         QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
-        class Painted : public QObject
-        {
-        public:
-            bool eventFilter(QObject*, QEvent* event) override { return (times += event->type() == QEvent::Paint, false); }
-            int times = 0;
-        } painted;
+        Painted painted;
         splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
         QCOMPARE(painted.times, 1); // without the line, before anything else happens

@@ -188,8 +188,7 @@ Database DBEngine::openDatabase(const QString& path, const Editions& editions)
         return std::ranges::any_of(names, [&edition](const QString& name) { return edition.findTable(name); });
     };
     if (!editions.empty() && std::ranges::none_of(editions, isKnown))
-        throw RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
-                           QString::fromLatin1(NoKnownTable));
+        throw RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"), QString::fromLatin1(NoKnownTable));
     dropForeignTriggers(*connection, editions);
     return Database(std::move(connection));
 }

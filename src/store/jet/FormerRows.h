@@ -28,8 +28,8 @@ class FormerRows
 public:
     FormerRows(HelperStream& stream, const FormerTable& table);
 
-    /// Reads the next row; false at the table's end. Raises 3049 for a row that breaks off, and at the end unless as many
-    /// rows and values have come as there are.
+    /// Reads the next row; false at the table's end. Raises 3049 for a row that breaks off, and at the end unless as
+    /// many rows and values have come as there are.
     bool next();
     [[nodiscard]] const std::vector<SourceValue>& row() const { return m_row; }
     [[nodiscard]] const FormerCount& count() const { return m_count; }

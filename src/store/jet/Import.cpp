@@ -23,7 +23,7 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qsizetype SureDigits = 15;            // of a double
+constexpr qsizetype SureDigits = 15; // of a double
 constexpr qsizetype MaxLines = 12;
 constexpr qsizetype MaxReasons = 5;
 constexpr int ProgressEvery = 100; // ms

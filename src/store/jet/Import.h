@@ -17,8 +17,8 @@ using Report = QStringList;
 
 /// Fills a new database with what the stream holds: the tables of the version that it is of, with their keys, checks
 /// and stored queries, then the tables that are not ours. Compares the rows and the values of every table and the whole
-/// file's integrity, and logs what it has counted. A row that its table refuses, or a value that its field refuses, is kept whole in a table beside, named
-/// after the table and "_Kept". Raises 3049.
+/// file's integrity, and logs what it has counted. A row that its table refuses, or a value that its field refuses, is
+/// kept whole in a table beside, named after the table and "_Kept". Raises 3049.
 [[nodiscard]] Report import(HelperStream& stream, Connection& connection, Database& database,
                             const std::function<void(int percent)>& progress);
 
