@@ -5,7 +5,6 @@
 #include "shell/frame/frmSplash.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/jet/OpenFile.h"
-#include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -88,9 +87,8 @@ private Q_SLOTS:
         platform::setFolder(folder.path());
         gDatabase.reset();
         if (files.contains("current")) {
-            auto made = store::DBEngine::createDatabase(folder.filePath("quorrel11.MDB"));
-            store::createSchema(made);
-            made.close();
+            const test::AppFolder made;
+            QVERIFY(QFile::copy(made.path() + "/Quorrel11.mdb", folder.filePath("quorrel11.MDB")));
         }
         if (files.contains("old") || files == "damaged")
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
