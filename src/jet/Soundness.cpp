@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr int SectorSize = 512; // bytes, the least that a disk loses
+constexpr int LeastRow = 4;     // bytes: a pointer to where it may move
 constexpr int JumpWidth = 256;  // of Jet 3, where a place is one byte
 
 bool isOfKnownType(const MdbColumn& field)
@@ -31,6 +32,12 @@ bool hasName(const MdbColumn& field)
     return !name.empty() && std::ranges::none_of(name, [](char c) { return c >= 0 && c < ' '; });
 }
 
+// Then the fields of fixed width lie one behind the other, with nothing between them.
+bool hasLostNoField(const Table& table)
+{
+    return table.most == static_cast<int>(table.fields.size());
+}
+
 bool hasWidthOfItsType(const MdbColumn& field)
 {
     switch (field.col_type) {
@@ -39,6 +46,8 @@ bool hasWidthOfItsType(const MdbColumn& field)
     case MDB_TEXT:
     case MDB_BINARY:
         return field.col_size > 0;
+    case MDB_BYTE:
+        return field.is_fixed && field.col_size == 1;
     case MDB_OLE:
     case MDB_MEMO:
         return !field.is_fixed;
@@ -106,7 +115,10 @@ private:
         for (const MdbColumn* field : m_table.fields)
             if (field->is_fixed && hasPlace(*field) && has(*field))
                 m_fixedEnd = std::max(m_fixedEnd, m_head + field->fixed_offset + widthOf(*field));
-        return m_fixedEnd <= (m_places.empty() ? m_end : m_places[0]) && std::ranges::is_sorted(m_places);
+        const int next = m_places.empty() ? m_end : m_places[0];
+        const bool nothingBetween = hasLostNoField(m_table) && m_size > LeastRow &&
+                                    (!m_places.empty() || std::ranges::all_of(m_table.fields, &MdbColumn::is_fixed));
+        return (nothingBetween ? m_fixedEnd == next : m_fixedEnd <= next) && std::ranges::is_sorted(m_places);
     }
 
     bool readPlaces4()
@@ -155,14 +167,8 @@ private:
     // Whether a row that says that it is older than the field has room for it all the same.
     [[nodiscard]] bool hasRoom(const MdbColumn& field) const
     {
-        if (!field.is_fixed)
-            return field.var_col_num + 1 < m_places.size();
-        if (!m_places.empty())
-            return m_head + field.fixed_offset < m_places[0];
-        // Fields that were removed may have left theirs.
-        const bool nothingElse = m_table.most == static_cast<int>(m_table.fields.size()) &&
-                                 std::ranges::all_of(m_table.fields, &MdbColumn::is_fixed);
-        return nothingElse && m_head + field.fixed_offset < m_end;
+        return field.is_fixed ? !m_places.empty() && m_head + field.fixed_offset < m_places[0]
+                              : field.var_col_num + 1 < m_places.size();
     }
 
     const Table& m_table;
@@ -173,7 +179,7 @@ private:
     int m_present = 0;
     int m_marks = 0; // bytes
     int m_end = 0;   // where the marks begin
-    int m_fixedEnd = 0;
+    int m_fixedEnd = m_head;
     std::vector<int> m_places; // of the fields of variable width, and of the end of the last one
 };
 
@@ -221,7 +227,7 @@ bool isSound(const Table& table)
     }
     int end = 0;
     for (const auto& [place, width] : fixed) {
-        if (place < end)
+        if (place < end || (place > end && hasLostNoField(table)))
             return false;
         end = place + width;
     }
