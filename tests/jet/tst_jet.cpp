@@ -386,7 +386,7 @@ private Q_SLOTS:
         test::limitFiles(situation.startsWith(u"a disk") ? 30'000 : -1);
         if (situation.startsWith(u"changed"))
             store::takeoverWatch().progress = [this, &bytes](const QString&, int) { write(bytes); };
-        const auto failure = test::failureOf([this] { return openFile(path()); });
+        const auto failure = test::failureOf([this] { return store::openPack(path()); });
         test::limitFiles(-1);
         forbidden.reset();
         QVERIFY(failure);

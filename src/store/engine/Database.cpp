@@ -183,12 +183,6 @@ Database DBEngine::openDatabase(const QString& path)
 Database DBEngine::openDatabase(const QString& path, const Editions& editions)
 {
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Open);
-    const QStringList names = store::tableNames(*connection);
-    const auto isKnown = [&names](const Edition& edition) {
-        return std::ranges::any_of(names, [&edition](const QString& name) { return edition.findTable(name); });
-    };
-    if (!editions.empty() && std::ranges::none_of(editions, isKnown))
-        throw RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"), QString::fromLatin1(NoKnownTable));
     dropForeignTriggers(*connection, editions);
     return Database(std::move(connection));
 }

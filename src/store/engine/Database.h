@@ -120,8 +120,7 @@ namespace DBEngine
 {
 /// Opens a file for shared read and write; the path is resolved as the file system object does. Raises 3024 for a
 /// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or
-/// written. With editions, 3343 for one that has no table of theirs, before anything in it changes; then triggers that
-/// are neither the engine's own nor those of the editions are dropped.
+/// written. Triggers that are neither the engine's own nor those of the editions are dropped.
 [[nodiscard]] Database openDatabase(const QString& path);
 [[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
 /// The same for somebody who only looks: nothing in the file changes.

@@ -19,7 +19,4 @@ struct Edition {
     [[nodiscard]] const TableDef* findTable(QStringView name) const;
 };
 
-/// What a file is refused with, by 3343, that has no table of any edition.
-inline constexpr char NoKnownTable[] = "It isn't a pack's file: it has none of a pack's tables.";
-
 } // namespace orlo::store

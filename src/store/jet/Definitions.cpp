@@ -1,6 +1,7 @@
 #include "store/jet/Definitions.h"
 
 #include "store/jet/HelperStream.h"
+#include "store/jet/Takeover.h"
 
 namespace orlo::store::jet
 {
@@ -83,11 +84,6 @@ void readOthers(HelperStream& stream, Report& report)
             left.append(QStringLiteral("%1 %2").arg(wordFor(kind), name));
     }
     tell(report, QStringLiteral("Left in the old file"), left);
-}
-
-bool isOurs(const QString& table)
-{
-    return schema::findTable(table, SchemaVersion::V11) || schema::findTable(table, SchemaVersion::V10);
 }
 
 FormerTable readTable(HelperStream& stream)
@@ -183,8 +179,7 @@ Definitions readDefinitions(HelperStream& stream)
     for (std::uint32_t i = 0; i < tables; ++i)
         read.tables.push_back(readTable(stream));
     if (std::ranges::none_of(read.tables, isOurs, &FormerTable::name))
-        throw platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
-                                     QString::fromLatin1(NoKnownTable));
+        throw noPack();
 
     read.version = versionOf(read.tables);
     QStringList missing;

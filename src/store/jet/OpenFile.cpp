@@ -52,4 +52,17 @@ Database openFile(const QString& path)
     return DBEngine::openDatabase(path, schema::editions());
 }
 
+bool isOurs(const QString& table)
+{
+    return schema::findTable(table, SchemaVersion::V11) || schema::findTable(table, SchemaVersion::V10);
+}
+
+Database openPack(const QString& path)
+{
+    if (!isFormerFormat(platform::nativePath(path)) &&
+        std::ranges::none_of(DBEngine::viewDatabase(path).tableNames(), isOurs))
+        throw noPack();
+    return openFile(path);
+}
+
 } // namespace orlo::store
