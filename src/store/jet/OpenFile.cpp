@@ -1,6 +1,8 @@
 #include "store/jet/OpenFile.h"
 
 #include "platform/FileSystem.h"
+#include "store/engine/Catalogue.h"
+#include "store/engine/Connection.h"
 #include "store/engine/Journal.h"
 #include "store/jet/Takeover.h"
 #include "store/schema/Schema.h"
@@ -59,9 +61,11 @@ bool isOurs(const QString& table)
 
 Database openPack(const QString& path)
 {
-    if (!isFormerFormat(platform::nativePath(path)) &&
-        std::ranges::none_of(DBEngine::viewDatabase(path).tableNames(), isOurs))
-        throw noPack();
+    if (!isFormerFormat(platform::nativePath(path))) {
+        Connection look(path, Connection::Mode::Open);
+        if (std::ranges::none_of(tableNames(look), isOurs))
+            throw noPack();
+    }
     return openFile(path);
 }
 
