@@ -120,8 +120,9 @@ int differences(const QString& path, const QString& sample)
         for (qsizetype row = 0; row < std::max(expected.size(), found.size()); ++row) {
             const QStringList one = expected.value(row).split(u'|');
             const QStringList other = found.value(row).split(u'|');
-            for (qsizetype i = 0; i < std::max(one.size(), other.size()); ++i)
-                different += one.value(i) != other.value(i);
+            const bool comparable = one.size() == other.size(); // a damaged text may have a bar in it
+            for (qsizetype i = 0; i < (comparable ? one.size() : 1); ++i)
+                different += !comparable || one[i] != other[i];
         }
     }
     return different;
