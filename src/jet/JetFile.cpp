@@ -1,11 +1,11 @@
 #include "jet/JetFile.h"
 
 #include "jet/Output.h"
+#include "jet/Soundness.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
-#include <set>
+#include <filesystem>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -22,6 +22,8 @@ constexpr int MaxMoves = 16;    // of one row
 constexpr int Removed = 0x8000; // of a row: not to be read here, or not at all
 constexpr int Elsewhere = 0x4000;
 constexpr int Place = 0x1FFF;
+constexpr std::uint32_t OfTheEngine = 0x80000002; // of an entry in the catalogue
+constexpr std::size_t LeastMap = 5;               // bytes, of the map of a table's pages
 
 constexpr std::uint32_t InTheRow = 0x80000000; // of a long value
 constexpr std::uint32_t OnePiece = 0x40000000;
@@ -94,52 +96,6 @@ std::span<Item* const> items(const GPtrArray* array)
     return {reinterpret_cast<Item* const*>(array->pdata), array->len};
 }
 
-int widthOf(const MdbColumn& field)
-{
-    switch (field.col_type) {
-    case MDB_BYTE:
-        return 1;
-    case MDB_INT:
-        return 2;
-    case MDB_LONGINT:
-    case MDB_FLOAT:
-    case MDB_COMPLEX:
-        return 4;
-    case MDB_MONEY:
-    case MDB_DOUBLE:
-    case MDB_DATETIME:
-        return 8;
-    case MDB_REPID:
-        return 16;
-    case MDB_NUMERIC:
-        return 17;
-    default:
-        return std::max(field.col_size, 1);
-    }
-}
-
-// A definition that puts two fields in one place would read the one's bytes as the other's.
-bool isSound(const Table& table)
-{
-    std::map<int, int> fixed; // widths by place
-    std::set<unsigned> others;
-    for (const MdbColumn* field : table.fields) {
-        if (field->col_type == MDB_BOOL) // stands among the marks for Null
-            continue;
-        const bool apart = field->is_fixed ? fixed.emplace(field->fixed_offset, widthOf(*field)).second
-                                           : others.insert(field->var_col_num).second;
-        if (!apart || field->col_type > MDB_COMPLEX || field->col_type < MDB_BOOL)
-            return false;
-    }
-    int end = 0;
-    for (const auto& [place, width] : fixed) {
-        if (place < end)
-            return false;
-        end = place + width;
-    }
-    return true;
-}
-
 } // namespace
 
 JetFile::JetFile(const char* path) : m_file(mdb_open(path, MDB_NOFLAGS))
@@ -150,6 +106,10 @@ JetFile::JetFile(const char* path) : m_file(mdb_open(path, MDB_NOFLAGS))
         m_codePage.emplace(m_file->f->code_page);
     else if (m_file->f->jet_version != MDB_VER_JET4)
         fail("The file is of a later format.");
+    std::error_code failed;
+    const auto size = std::filesystem::file_size(path, failed);
+    if (failed || size % static_cast<std::uintmax_t>(m_file->fmt->pg_size) != 0)
+        fail("The file breaks off within its last page.");
     readCatalogue();
 }
 
@@ -159,10 +119,15 @@ std::size_t Table::find(std::string_view field, int type) const
     return static_cast<std::size_t>(std::ranges::find_if(fields, same) - fields.begin());
 }
 
-Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name) const
+Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name, bool isInternal) const
 {
-    Table table{std::unique_ptr<MdbTableDef, FreeTable>(mdb_read_table(entry)), name, {}, 0};
-    if (!table.definition)
+    Table table{nullptr, name, {}, 0, 0, isInternal};
+    if (mdb_read_pg(m_file, entry->table_pg) != m_file->fmt->pg_size || m_file->pg_buf[0] != MDB_PAGE_TABLE)
+        damaged(table);
+    table.most = mdb_get_int16(m_file->pg_buf, isJet4() ? 0x29 : 0x15);
+    table.definition.reset(mdb_read_table(entry));
+    // The library goes by the map without a look at its size.
+    if (!table.definition || !table.definition->usage_map || table.definition->map_sz < LeastMap)
         damaged(table);
     table.rows = table.definition->num_rows;
     const GPtrArray* columns = mdb_read_columns(table.definition.get());
@@ -183,27 +148,31 @@ void JetFile::readCatalogue()
     own->object_type = MDB_TABLE;
     own->table_pg = CataloguePage;
     std::string_view(Catalogue).copy(own->object_name, sizeof own->object_name - 1); // after it stand zeros
-    const Table catalogue = readTable(own, utf8Text(Catalogue));
+    const Table catalogue = readTable(own, utf8Text(Catalogue), true);
     const std::size_t id = catalogue.find("Id", MDB_LONGINT);
     const std::size_t type = catalogue.find("Type", MDB_INT);
     const std::size_t name = catalogue.find("Name", MDB_TEXT);
+    const std::size_t flags = catalogue.find("Flags", MDB_LONGINT);
     if (std::max({id, type, name}) == catalogue.fields.size())
         damaged(Catalogue);
 
     struct Listed {
         std::u16string name;
         std::uint32_t page;
+        bool isInternal;
     };
     std::vector<Listed> tables; // whose pages are read once the catalogue's are done with
     walk(catalogue, [&](const Row& row) {
-        if (!row[id] || !row[type] || !row[name])
+        const auto& cells = row.cells;
+        if (!cells[id] || !cells[type] || !cells[name])
             damaged(Catalogue);
-        const auto kind = static_cast<std::int16_t>(whole(*row[type], 2));
-        const std::u16string text = shortText(*row[name]);
+        const auto kind = static_cast<std::int16_t>(whole(*cells[type], 2));
+        const bool isInternal = flags < cells.size() && cells[flags] && (whole(*cells[flags], 4) & OfTheEngine) != 0;
+        const std::u16string text = shortText(*cells[name]);
         if (text.starts_with(u"MSys")) // the engine's own
             return;
         if (kind == MDB_TABLE && !text.starts_with(u"~TMP")) // on the way out
-            tables.push_back({text, static_cast<std::uint32_t>(whole(*row[id], 4)) & 0xFFFFFF});
+            tables.push_back({text, static_cast<std::uint32_t>(whole(*cells[id], 4)) & 0xFFFFFF, isInternal});
         else if (const auto other = otherOf(kind);
                  other && !text.starts_with(u'~')) // part of another, or on the way out
             m_others.push_back({*other, text});
@@ -211,7 +180,7 @@ void JetFile::readCatalogue()
     for (const Listed& listed : tables) {
         auto* entry = new MdbCatalogEntry(*own);
         entry->table_pg = listed.page;
-        m_tables.push_back(readTable(entry, listed.name));
+        m_tables.push_back(readTable(entry, listed.name, listed.isInternal));
     }
 }
 
@@ -245,6 +214,13 @@ void JetFile::walk(const Table& table, const std::function<void(const Row&)>& ta
              std::to_string(found) + " were found.");
 }
 
+// Where the places of a page's rows end, behind which the rows lie.
+int JetFile::slotsEnd(const unsigned char* page) const
+{
+    const int count = m_file->fmt->row_count_offset;
+    return count + 2 + 2 * (page[count] | page[count + 1] << 8);
+}
+
 // A row that grew lies on another page, marked there as removed so that only the pointer in its old place leads to it.
 bool JetFile::takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves)
 {
@@ -253,47 +229,22 @@ bool JetFile::takeRow(const Table& table, int row, const std::function<void(cons
     const bool whole = mdb_find_row(m_file, row, &start, &size) == 0;
     if (moves == 0 && (start & Removed))
         return false;
-    if (!whole || size == 0 || (start & Place) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
+    const int place = start & Place;
+    if (!whole || size == 0 || place < slotsEnd(m_file->pg_buf) ||
+        static_cast<std::size_t>(place) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
         damaged(table);
     if (start & Elsewhere) {
         if (size < 4 || moves == MaxMoves)
             damaged(table);
-        const std::uint32_t to = number(m_file->pg_buf, start & Place);
+        const std::uint32_t to = number(m_file->pg_buf, place);
         readPage(to >> 8, table);
         return takeRow(table, static_cast<int>(to & 0xFF), take, moves + 1);
     }
-    take(crack(table, start & Place, size));
+    const std::optional<Row> found = rowAt(table, isJet4(), m_file->pg_buf, place, static_cast<int>(size));
+    if (!found)
+        damaged(table);
+    take(*found);
     return true;
-}
-
-Row JetFile::crack(const Table& table, int start, std::size_t size) const
-{
-    std::vector<MdbField> cells(table.fields.size());
-    if (mdb_crack_row(table.definition.get(), start, size, cells.data()) < 0)
-        damaged(table);
-    const int present = m_codePage ? m_file->pg_buf[start] : mdb_get_int16(m_file->pg_buf, start);
-    const auto marks = static_cast<std::size_t>(present + 7) / 8; // at the row's end, a bit for each that isn't Null
-    if (marks > size)
-        damaged(table);
-    Row row;
-    row.reserve(cells.size());
-    for (const MdbField& cell : cells) {
-        const MdbColumn& field = *table.fields[static_cast<std::size_t>(cell.colnum)];
-        // A row that is older than the field doesn't have it, whatever stands where its mark would be.
-        if (cell.is_null || field.col_num >= present) {
-            const std::size_t mark =
-                static_cast<std::size_t>(start) + size - marks + static_cast<std::size_t>(field.col_num / 8);
-            if (field.col_num < present && (m_file->pg_buf[mark] >> field.col_num % 8 & 1))
-                damaged(table); // it is there, but the row is too short for it
-            row.emplace_back();
-            continue;
-        }
-        if (field.col_type != MDB_BOOL &&
-            (cell.start < start || cell.siz < 0 || std::cmp_greater(cell.start - start + cell.siz, size)))
-            damaged(table);
-        row.emplace_back(Bytes{cell.start, cell.siz});
-    }
-    return row;
 }
 
 std::uint64_t JetFile::whole(Bytes bytes, int width) const
@@ -332,7 +283,14 @@ std::string JetFile::identifier(Bytes bytes) const
     return text;
 }
 
-std::string JetFile::piece(std::uint32_t place)
+std::u16string JetFile::shortText(Bytes bytes) const
+{
+    if (isWipedOut(m_file->pg_buf, bytes.start, bytes.size))
+        fail("A text is wiped out.");
+    return decoded(raw(bytes));
+}
+
+std::string JetFile::piece(std::uint32_t place, bool isText)
 {
     void* page = nullptr;
     int start = 0;
@@ -340,14 +298,17 @@ std::string JetFile::piece(std::uint32_t place)
     if (mdb_find_pg_row(m_file, static_cast<int>(place), &page, &start, &size) != 0)
         fail("A long text can't be found.");
     const auto* bytes = static_cast<const char*>(page);
+    const auto* plain = static_cast<const unsigned char*>(page);
     start &= Place;
-    if (bytes[0] != MDB_PAGE_DATA || std::string_view(bytes + 4, 4) != "LVAL" ||
+    if (bytes[0] != MDB_PAGE_DATA || std::string_view(bytes + 4, 4) != "LVAL" || start < slotsEnd(plain) ||
         static_cast<std::size_t>(start) + size > static_cast<std::size_t>(m_file->fmt->pg_size))
         fail("A long text lies where no text can be.");
+    if (isText && isWipedOut(plain, start, static_cast<int>(size)))
+        fail("A long text is wiped out.");
     return {bytes + start, size};
 }
 
-std::string JetFile::longValue(Bytes bytes)
+std::string JetFile::longValue(Bytes bytes, bool isText)
 {
     if (bytes.size == 0)
         return {};
@@ -359,12 +320,15 @@ std::string JetFile::longValue(Bytes bytes)
     if (length == 0)
         return value;
     if (head & InTheRow) {
-        value = raw({bytes.start + LongHead, bytes.size - LongHead});
+        const Bytes rest{bytes.start + LongHead, bytes.size - LongHead};
+        if (isText && isWipedOut(m_file->pg_buf, rest.start, rest.size))
+            fail("A long text is wiped out.");
+        value = raw(rest);
     } else if (head & OnePiece) {
-        value = piece(number(m_file->pg_buf, bytes.start + 4));
+        value = piece(number(m_file->pg_buf, bytes.start + 4), isText);
     } else {
         for (std::uint32_t next = number(m_file->pg_buf, bytes.start + 4); next != 0 && value.size() < length;) {
-            std::string part = piece(next);
+            std::string part = piece(next, isText);
             if (part.size() <= 4)
                 fail("A long text breaks off.");
             next = number(part.data(), 0);

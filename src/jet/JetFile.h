@@ -18,12 +18,14 @@ struct FreeTable {
     void operator()(MdbTableDef* table) const { mdb_free_tabledef(table); }
 };
 
-/// A table of the file: its name, its fields in their order, how many rows it says that it has.
+/// A table of the file: its name, its fields in their order, and what it says of itself.
 struct Table {
     std::unique_ptr<MdbTableDef, FreeTable> definition;
     std::u16string name;
     std::vector<const MdbColumn*> fields;
     std::uint32_t rows = 0;
+    int most = 0;            ///< a number above those of its fields, removed ones among them
+    bool isInternal = false; ///< one that the former engine keeps for itself
 
     /// Where the field of this name and type is, or the number of the fields.
     [[nodiscard]] std::size_t find(std::string_view field, int type) const;
@@ -40,7 +42,10 @@ struct Bytes {
     int start;
     int size;
 };
-using Row = std::vector<std::optional<Bytes>>;
+struct Row {
+    std::vector<std::optional<Bytes>> cells;
+    bool older = false; ///< than one of the table's fields, which it doesn't have
+};
 
 /// A file in the format of Jet 3 or Jet 4, read by way of mdbtools. What is damaged ends the process by fail().
 class JetFile
@@ -48,7 +53,7 @@ class JetFile
 public:
     explicit JetFile(const char* path);
 
-    /// The tables that a user made, in the order of the file's catalogue.
+    /// The tables in the order of the file's catalogue, without those that describe the file.
     [[nodiscard]] const std::vector<Table>& tables() const { return m_tables; }
     /// What a user made besides them.
     [[nodiscard]] const std::vector<OtherObject>& others() const { return m_others; }
@@ -59,10 +64,10 @@ public:
     // The values of fields in the row that is being taken.
     /// A number of so many bytes, as its bits stand.
     [[nodiscard]] std::uint64_t whole(Bytes bytes, int width) const;
-    [[nodiscard]] std::u16string shortText(Bytes bytes) const { return decoded(raw(bytes)); }
-    [[nodiscard]] std::u16string longText(Bytes bytes) { return decoded(longValue(bytes)); }
+    [[nodiscard]] std::u16string shortText(Bytes bytes) const;
+    [[nodiscard]] std::u16string longText(Bytes bytes) { return decoded(longValue(bytes, true)); }
     /// What a long field holds, gathered from the pages that it lies on.
-    [[nodiscard]] std::string longValue(Bytes bytes);
+    [[nodiscard]] std::string longValue(Bytes bytes, bool isText = false);
     /// The bytes as they are.
     [[nodiscard]] std::string raw(Bytes bytes) const;
     /// A decimal number in digits, whatever the field's width.
@@ -71,12 +76,12 @@ public:
     [[nodiscard]] std::string identifier(Bytes bytes) const;
 
 private:
-    [[nodiscard]] Table readTable(MdbCatalogEntry* entry, const std::u16string& name) const;
+    [[nodiscard]] Table readTable(MdbCatalogEntry* entry, const std::u16string& name, bool isInternal) const;
     void readCatalogue();
     void readPage(std::uint32_t page, const Table& owner);
     bool takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves);
-    [[nodiscard]] Row crack(const Table& table, int start, std::size_t size) const;
-    [[nodiscard]] std::string piece(std::uint32_t place);
+    [[nodiscard]] int slotsEnd(const unsigned char* page) const;
+    [[nodiscard]] std::string piece(std::uint32_t place, bool isText);
     [[nodiscard]] std::u16string decoded(const std::string& bytes) const;
 
     MdbHandle* m_file; // lives as long as the process

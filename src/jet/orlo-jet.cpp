@@ -119,6 +119,7 @@ void writeCell(Output& out, JetFile& file, const MdbColumn& field, const std::op
 void writeDefinition(Output& out, const Table& table, int bytesALetter)
 {
     out.text(table.name);
+    out.number(static_cast<std::uint8_t>(table.isInternal));
     out.number(table.rows);
     out.number(static_cast<std::uint16_t>(table.fields.size()));
     for (const MdbColumn* field : table.fields) {
@@ -130,12 +131,19 @@ void writeDefinition(Output& out, const Table& table, int bytesALetter)
 
 void writeRows(Output& out, JetFile& file, const Table& table)
 {
+    std::uint32_t older = 0;
+    std::uint64_t values = 0;
     file.walk(table, [&](const Row& row) {
         out.number(orlo::store::jet::RowFollows);
-        for (std::size_t i = 0; i < row.size(); ++i)
-            writeCell(out, file, *table.fields[i], row[i]);
+        older += row.older;
+        for (std::size_t i = 0; i < row.cells.size(); ++i) {
+            writeCell(out, file, *table.fields[i], row.cells[i]);
+            values += row.cells[i] || table.fields[i]->col_type == MDB_BOOL;
+        }
     });
     out.number(orlo::store::jet::TableEnds);
+    out.number(older);
+    out.number(values);
 }
 
 } // namespace

@@ -18,6 +18,12 @@ public:
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
+    /// Asks whether another program has locked any byte of the file, or of the one that programs lock in its stead, and
+    /// keeps from now on whoever wants to. On volumes that know no such locks nobody is asked. Raises 3050.
+    void keepOthersOut(const QString& lockFile);
+    /// Raises 3050 if another program has locked a byte since then, or has changed the file.
+    void checkAlone() const;
+
     /// False once the path names another file than the locked one.
     [[nodiscard]] bool isOn(const QString& path) const;
 

@@ -6,6 +6,7 @@ namespace orlo::platform
 Q_LOGGING_CATEGORY(sqlLog, "orlo.sql", QtWarningMsg)
 Q_LOGGING_CATEGORY(formsLog, "orlo.forms", QtWarningMsg)
 Q_LOGGING_CATEGORY(reportLog, "orlo.report", QtWarningMsg)
+Q_LOGGING_CATEGORY(takeoverLog, "orlo.takeover", QtWarningMsg)
 
 TimeLog::TimeLog(const QLoggingCategory& category, const QString& what) : m_category(category)
 {

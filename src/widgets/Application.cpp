@@ -37,6 +37,12 @@ constexpr int OutOfMemory = 7;
 constexpr int InternalError = 51;
 
 bool reporting = false; // the report is up
+QString closingWords;
+
+QString failureText(const platform::RuntimeError& error)
+{
+    return QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.description());
+}
 
 // The widget that a press there would give the focus to. A tab bar takes none, but turning its page leaves the field.
 const QWidget* focusTarget(const QWidget* pressed)
@@ -308,13 +314,23 @@ bool Application::eventFilter(QObject* watched, QEvent* event)
     return QApplication::eventFilter(watched, event);
 }
 
+QString Application::reportOf(const platform::RuntimeError& error)
+{
+    return QStringLiteral("%1\n\nORLO must close. %2")
+        .arg(failureText(error),
+             closingWords.isEmpty() ? QStringLiteral("What was saved before is safe.") : closingWords);
+}
+
+void Application::setClosingWords(const QString& sentence)
+{
+    closingWords = sentence;
+}
+
 void Application::reportAndEnd(const platform::RuntimeError& error)
 {
     reporting = true;
-    const QString text = QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.description());
-    std::fprintf(stderr, "%s\n", qPrintable(text));
-    QMessageBox box(QMessageBox::Critical, platform::title(),
-                    text + QStringLiteral("\n\nORLO must close. What was saved before is safe."));
+    std::fprintf(stderr, "%s\n", qPrintable(failureText(error)));
+    QMessageBox box(QMessageBox::Critical, platform::title(), reportOf(error));
     box.setTextFormat(Qt::PlainText);
     box.exec();
     std::fflush(nullptr);

@@ -28,6 +28,11 @@ public:
     /// Shows the run-time's report, "Run-time error '3421':" and the description, then ends the process at once with
     /// status 1: nothing is saved or closed.
     [[noreturn]] static void reportAndEnd(const platform::RuntimeError& error);
+    /// What that report says.
+    [[nodiscard]] static QString reportOf(const platform::RuntimeError& error);
+    /// The sentence with which the report ends from now on, about what has become of the records; an empty text for the
+    /// usual one, "What was saved before is safe."
+    static void setClosingWords(const QString& sentence);
 
 private:
     static void failed(const platform::RuntimeError& error);

@@ -31,6 +31,14 @@ QWidget* topLevel(const char* name)
     return nullptr;
 }
 
+// How often what it watches was painted.
+class Painted : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent* event) override { return (times += event->type() == QEvent::Paint, false); }
+    int times = 0;
+};
+
 // Stands in for the browser.
 class OpenedPages : public QObject
 {
@@ -79,8 +87,10 @@ private Q_SLOTS:
         QTemporaryDir folder;
         platform::setFolder(folder.path());
         gDatabase.reset();
-        if (files.contains("current"))
-            store::DBEngine::createDatabase(folder.filePath("quorrel11.MDB")).close();
+        if (files.contains("current")) {
+            const test::AppFolder made;
+            QVERIFY(QFile::copy(made.path() + "/Quorrel11.mdb", folder.filePath("quorrel11.MDB")));
+        }
         if (files.contains("old") || files == "damaged")
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
         const auto told = error.isEmpty() ? std::make_shared<test::Told>() : test::dismissReport();
@@ -137,7 +147,13 @@ private Q_SLOTS:
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
             store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
         QVERIFY(splash.isVisible() && !topLevel("mdiPendrake"));
+        const auto& line = test::control<QLabel>(splash, "lblTakeover");
+        const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
+        QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
+        Painted painted;
+        splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
+        QCOMPARE(painted.times, 1); // without the line, before anything else happens
         QTRY_VERIFY(topLevel("mdiPendrake"));
         QTRY_COMPARE(QApplication::activeWindow(), &report);
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));

@@ -43,12 +43,13 @@ public:
         page.replace(wide(one), "\1\2\3").replace(wide(other), wide(one)).replace("\1\2\3", wide(other));
         m_bytes.replace(table * Size, Size, page);
     }
-    /// Makes a field, by its place, one of another type and width.
+    /// Makes a field, by its place, one of another type and width; what it took besides is a removed field's then.
     void setType(int table, int field, int type, int width)
     {
         const qsizetype entry = table * Size + 63 + 12 * get(table * Size + 51, 4) + 25 * field;
         put(entry, type, 1);
         put(entry + 23, width, 2);
+        put(table * Size + 41, get(table * Size + 41, 2) + 1, 2);
     }
     void replace(const QString& before, const QString& after) { m_bytes.replace(wide(before), wide(after)); }
     /// The rows of a table that weren't removed.

@@ -7,6 +7,7 @@
 #include "support/Sqlite.h"
 #include "support/System.h"
 #include "support/Table.h"
+#include "widgets/Application.h"
 
 #include <QFile>
 
@@ -91,7 +92,7 @@ private Q_SLOTS:
     // Each work fails with the number, and what the file held it still holds.
     void worksUnderFaults_data()
     {
-        test::tableOf({"fault and work", "told"}, "upkeep/faults.txt");
+        test::tableOf({"fault and work", "told", "closing"}, "upkeep/faults.txt");
     }
     void worksUnderFaults()
     {
@@ -117,6 +118,8 @@ private Q_SLOTS:
         other.reset();
         gDatabase.reset();
         QTEST(QString::number(number), "told");
+        QTEST(widgets::Application::reportOf(platform::RuntimeError(number)).section("close. ", 1), "closing");
+        widgets::Application::setClosingWords({});
         if (fault == "damaged")
             repair();
         QCOMPARE(sqlite(file, "Select Count(*) From Adults; Pragma integrity_check").join(' '), "500 ok");

@@ -7,6 +7,7 @@
 #include "support/RecordScreen.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
+#include "widgets/Application.h"
 
 #include <QFile>
 
@@ -100,7 +101,9 @@ private Q_SLOTS:
                             "Parent1_Correspondance, Boys_Life, Grade_In_School, BSA_Number From Scouts "
                             "Order by Scout_SID"),
                  "4//Null/True/True/Null/Null/Null/Null, 5/O'Brien/long/True/True/Null/Null/Null/Null");
-        QCOMPARE(test::rows("Select * From Den_Titles"), test::rows("Select * From Den_Titles Order by Den_Title"));
+        QCOMPARE(
+            test::rows("Select Den_Title, Sort_Order From Den_Titles"),
+            "Asst. Den Leader/2, Co-Den Leader/2, Den Chief/3, Den Leader/1, Tiger Cub Coach/1, Tiger Cub Parent/2");
         QCOMPARE(test::count("Pack_Positions"), 10);
         QCOMPARE(test::rows("Select Quantity, Insignia_SID From Assigned_Awards_Scouts Where Assigned_SID = 3"), "1/1");
     }
@@ -148,6 +151,14 @@ private Q_SLOTS:
         sqlite3_reset_auto_extension();
         QCOMPARE(number, 3050);
         QVERIFY(QFile::exists(folder.file()) && QFile::exists(folder.file("Quorrel11.mdb")));
+        const auto closing = [] {
+            return widgets::Application::reportOf(platform::RuntimeError(91)).section("close. ", 1);
+        };
+        QVERIFY(closing().startsWith("Before you start ORLO again, put QuorrelOld_10.mdb"));
+        QVERIFY(QFile::remove(folder.file()) && QFile::copy(folder.file("QuorrelOld_10.mdb"), folder.file()));
+        test::answerNext();
+        QVERIFY(UpdateDatabaseFile());
+        QCOMPARE(closing(), "What was saved before is safe.");
     }
 
     void emptyTablesPass()

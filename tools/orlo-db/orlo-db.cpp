@@ -3,6 +3,7 @@
 #include "PackExport.h"
 #include "PackLoader.h"
 #include "platform/RuntimeError.h"
+#include "store/jet/OpenFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -117,8 +118,20 @@ bool sayRows(const QString& file)
     return all;
 }
 
+// A file that the program hasn't opened yet: what is in it, and whether all of it can be read.
+int checkFormer(const QString& file)
+{
+    const auto counts = store::checkFormer(file);
+    say(QStringLiteral("%1: sound, in the format of an earlier version").arg(file));
+    for (const store::FormerCount& count : counts)
+        say(store::words(count));
+    return Done;
+}
+
 int check(const QString& file)
 {
+    if (store::isFormerFormat(file))
+        return checkFormer(file);
     const QStringList faults = engine::checkDatabase(file);
     say(QStringLiteral("%1: %2").arg(file, faults.isEmpty() ? QStringLiteral("sound") : QStringLiteral("damaged")));
     for (const QString& fault : faults)

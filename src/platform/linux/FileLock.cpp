@@ -8,6 +8,7 @@
 
 #include <cerrno>
 
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -20,13 +21,36 @@ namespace
 constexpr int BusyMilliseconds = 2000;
 constexpr int LookEvery = 10; // ms
 
+// All bytes, to the end, wherever that will be.
+struct flock everything(short type)
+{
+    struct flock range {
+    };
+    range.l_type = type;
+    range.l_whence = SEEK_SET;
+    return range;
+}
+
+bool isLockedByOthers(const QFile& file)
+{
+    struct flock found = everything(F_WRLCK);
+    return file.isOpen() && ::fcntl(file.handle(), F_OFD_GETLK, &found) == 0 && found.l_type != F_UNLCK;
+}
+
+[[noreturn]] void raise(const QString& words, const QString& path)
+{
+    throw RuntimeError(CannotLockFile, QStringLiteral("FileSystem"), QStringLiteral("%1: %2").arg(words, path));
+}
+
 } // namespace
 
 struct FileLock::Held {
     QFile file;
+    QFile lockFile;
+    struct stat status; ///< of the file, when others were first asked about
 };
 
-FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path)})
+FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path), QFile(), {}})
 {
     QFile& file = m_held->file;
     QDeadlineTimer deadline(BusyMilliseconds);
@@ -39,10 +63,35 @@ FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path)})
         QThread::msleep(LookEvery);
     }
     if (!open)
-        throw RuntimeError(CannotLockFile, QStringLiteral("FileSystem"), QStringLiteral("%1: %2").arg(words, path));
+        raise(words, path);
 }
 
 FileLock::~FileLock() = default;
+
+void FileLock::keepOthersOut(const QString& lockFile)
+{
+    m_held->lockFile.setFileName(lockFile);
+    (void)m_held->lockFile.open(QIODevice::ReadOnly); // there only while somebody uses the other one, if ever
+    ::fstat(m_held->file.handle(), &m_held->status);
+    checkAlone();
+    struct flock ours = everything(F_RDLCK);
+    for (const QFile* file : {&m_held->file, &m_held->lockFile})
+        if (file->isOpen())
+            (void)::fcntl(file->handle(), F_OFD_SETLK, &ours);
+    checkAlone();
+}
+
+void FileLock::checkAlone() const
+{
+    const auto& [file, lockFile, before] = *m_held;
+    if (isLockedByOthers(file) || isLockedByOthers(lockFile))
+        raise(QStringLiteral("Another program is using the file"), file.fileName());
+    struct stat now {
+    };
+    if (::fstat(file.handle(), &now) != 0 || now.st_size != before.st_size ||
+        now.st_mtim.tv_sec != before.st_mtim.tv_sec || now.st_mtim.tv_nsec != before.st_mtim.tv_nsec)
+        raise(QStringLiteral("Another program has changed the file"), file.fileName());
+}
 
 bool FileLock::isOn(const QString& path) const
 {

@@ -52,7 +52,7 @@ QString databasePath()
 
 void openDatabase(const QString& path)
 {
-    gDatabase = std::make_unique<store::Database>(store::openFile(path));
+    gDatabase = std::make_unique<store::Database>(store::openPack(path));
 }
 
 void CriticalError()

@@ -40,7 +40,7 @@ extern QString gErrText;
 [[nodiscard]] store::Database& database();
 /// The path of the current database file, as the screens and reports name it.
 [[nodiscard]] QString databasePath();
-/// Opens a file as the open database, in the place of one that may be open. Raises as store::openFile().
+/// Opens a file as the open database, in the place of one that may be open. Raises as store::openPack().
 void openDatabase(const QString& path);
 
 /// Shows the pending failure in dlgError and clears it. Raises 6 for a number that doesn't fit 16 bits.

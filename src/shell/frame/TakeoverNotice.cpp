@@ -40,7 +40,11 @@ QPointer<QLabel> line;
 void showProgress(const QString& file, int percent)
 {
     if (percent >= 100) {
+        // What comes next may leave no time for painting, and it must not stand there all the while.
+        QWidget* const window = line ? line->parentWidget() : nullptr;
         delete line;
+        if (window)
+            window->repaint();
         return;
     }
     if (!line) {
@@ -50,9 +54,9 @@ void showProgress(const QString& file, int percent)
         line = new QLabel(window);
         line->setObjectName(QStringLiteral("lblTakeover"));
         line->setAutoFillBackground(true);
-        QPalette colors = line->palette(); // legible on the splash too, which is disabled
+        QPalette colors; // not those of the splash, which is disabled and writes white on its picture
         for (const auto role : {QPalette::WindowText, QPalette::Window})
-            colors.setColor(QPalette::Disabled, role, colors.color(QPalette::Active, role));
+            colors.setColor(QPalette::All, role, QApplication::palette().color(QPalette::Active, role));
         line->setPalette(colors);
         line->setAlignment(Qt::AlignCenter);
         line->setMargin(line->fontMetrics().height() / 2);

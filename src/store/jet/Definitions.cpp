@@ -1,6 +1,7 @@
 #include "store/jet/Definitions.h"
 
 #include "store/jet/HelperStream.h"
+#include "store/jet/Takeover.h"
 
 namespace orlo::store::jet
 {
@@ -89,6 +90,7 @@ FormerTable readTable(HelperStream& stream)
 {
     FormerTable table;
     table.name = stream.text();
+    table.isLeft = stream.number<std::uint8_t>() != 0 && !isOurs(table.name);
     table.rows = stream.number<std::uint32_t>();
     const auto fields = stream.number<std::uint16_t>();
     if (fields == 0 || fields > MaxFields)
@@ -176,6 +178,8 @@ Definitions readDefinitions(HelperStream& stream)
         throw damaged(QStringLiteral("It has no tables that could be read."));
     for (std::uint32_t i = 0; i < tables; ++i)
         read.tables.push_back(readTable(stream));
+    if (std::ranges::none_of(read.tables, isOurs, &FormerTable::name))
+        throw noPack();
 
     read.version = versionOf(read.tables);
     QStringList missing;
@@ -186,7 +190,8 @@ Definitions readDefinitions(HelperStream& stream)
     for (const QueryDef& query : schema::queries())
         taken.append(query.name);
     for (FormerTable& table : read.tables)
-        place(table, read.version, taken, missing, read.report);
+        if (!table.isLeft)
+            place(table, read.version, taken, missing, read.report);
     for (const QString& name : missing)
         read.empty.push_back(*schema::findTable(name, read.version));
     tell(read.report, QStringLiteral("Tables that the old file didn't have"), missing);

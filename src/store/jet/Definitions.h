@@ -19,6 +19,7 @@ struct FormerField {
 /// A table as the former file declares it, and the table of the new file that takes its rows.
 struct FormerTable {
     QString name;
+    bool isLeft = false; ///< the former engine's own, which nothing takes
     std::uint32_t rows = 0;
     std::vector<FormerField> fields;
     TableDef target{QString()};
@@ -33,7 +34,7 @@ struct Definitions {
     Report report;
 };
 
-/// Reads the head of the stream and decides what becomes of each table. Raises 3049.
+/// Reads the head of the stream and decides what becomes of each table. Raises 3049, or 3343 where no table is ours.
 [[nodiscard]] Definitions readDefinitions(HelperStream& stream);
 
 /// The name, or one like it that no table or query of the new file has and that the file's own names allow.

@@ -1,17 +1,17 @@
 #include "store/jet/Import.h"
 
+#include "platform/Logging.h"
 #include "platform/RuntimeError.h"
 #include "store/engine/BulkLoad.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
-#include "store/engine/Rows.h"
 #include "store/engine/TableSql.h"
 #include "store/jet/Definitions.h"
+#include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
 
 #include <QElapsedTimer>
-#include <QLocale>
 
 #include <cmath>
 
@@ -23,44 +23,10 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qsizetype SureDigits = 15;            // of a double
-constexpr qsizetype MaxTextLength = 33'000'000; // characters, of up to three bytes each in the new file
+constexpr qsizetype SureDigits = 15; // of a double
 constexpr qsizetype MaxLines = 12;
 constexpr qsizetype MaxReasons = 5;
 constexpr int ProgressEvery = 100; // ms
-
-// A value as the former file has it, before its new field has its say.
-struct SourceValue {
-    Value value;
-    QString problem; ///< why it isn't all of what stood there
-    QString text;    ///< what stood there then
-};
-
-SourceValue day(double serial)
-{
-    if (const auto date = dateOfSerial(serial))
-        return {*date, {}, {}};
-    return {{}, QStringLiteral("no date"), QString::number(serial, 'g', 17)};
-}
-
-// Halves of a character have no place in UTF-8; beside it they stand as their numbers.
-SourceValue textValue(const QString& text)
-{
-    if (text.size() > MaxTextLength)
-        throw damaged(QStringLiteral("A text is too long for the new file."));
-    if (text.isValidUtf16())
-        return {text, {}, {}};
-    QString shown;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        const bool whole = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-        if (c.isSurrogate() && !whole)
-            shown += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16);
-        else
-            shown += whole ? text.mid(i++, 2) : QString(c);
-    }
-    return {QString::fromUtf8(text.toUtf8()), QStringLiteral("half a letter"), shown};
-}
 
 // Digits without the zeros that only fill up.
 qsizetype countDigits(const QString& number)
@@ -70,44 +36,6 @@ qsizetype countDigits(const QString& number)
         text.chop(1);
     const auto* first = std::ranges::find_if(text, [](QChar c) { return c > u'0' && c <= u'9'; });
     return std::count_if(first, text.end(), [](QChar c) { return c.isDigit(); });
-}
-
-SourceValue readCell(HelperStream& stream)
-{
-    switch (stream.number<Cell>()) {
-    case Cell::Null:
-        return {};
-    case Cell::No:
-        return {false, {}, {}};
-    case Cell::Yes:
-        return {true, {}, {}};
-    case Cell::Whole:
-        return {qint64(stream.number<std::int32_t>()), {}, {}};
-    case Cell::Real: {
-        const auto number = stream.number<double>();
-        if (std::isfinite(number))
-            return {number, {}, {}};
-        return {{}, QStringLiteral("no number"), QString::number(number)};
-    }
-    case Cell::Day:
-        return day(stream.number<double>());
-    case Cell::Text:
-        return textValue(stream.text());
-    }
-    throw damaged(QStringLiteral("A value is of no known kind."));
-}
-
-QString textOf(const SourceValue& source)
-{
-    if (!source.problem.isEmpty())
-        return source.text;
-    if (source.value.isBool())
-        return QString::number(source.value.toBool() ? 1 : 0);
-    if (source.value.isDate())
-        return QString::fromLatin1(isoText(source.value.toDate()));
-    if (source.value.isNumber())
-        return QString::number(source.value.toDouble(), 'g', QLocale::FloatingPointShortest);
-    return source.value.textOrEmpty();
 }
 
 bool isTextual(FieldType type)
@@ -143,25 +71,24 @@ class TableFill
 {
 public:
     TableFill(HelperStream& stream, Connection& connection, BulkLoad& load, const FormerTable& table)
-        : m_stream(stream), m_connection(connection), m_load(load), m_table(table)
+        : m_connection(connection), m_load(load), m_table(table), m_rows(stream, table), m_row(m_rows.row())
     {
         for (const QString& name : table.targetFields)
             for (const Field& field : table.target.fields())
                 if (field.name == name)
                     m_fields.push_back(&field);
-        m_row.resize(m_fields.size());
     }
 
     // Takes the rows of the stream to the table's end; calls for each of them.
     template <class Each>
     void run(const Each& each)
     {
-        m_load.begin(m_table.target, m_table.targetFields);
-        for (; nextRow(); ++m_rows, each())
-            takeRow();
-        if (m_rows < m_table.rows)
-            throw damaged(
-                QStringLiteral("%1 broke off after %2 of %3 rows.").arg(m_table.name).arg(m_rows).arg(m_table.rows));
+        if (!m_table.isLeft)
+            m_load.begin(m_table.target, m_table.targetFields);
+        for (; m_rows.next(); each())
+            if (!m_table.isLeft)
+                takeRow();
+        qCInfo(platform::takeoverLog).noquote() << words(m_rows.count());
     }
 
     // Makes the table beside for the rows that were refused, in whole or in part.
@@ -193,12 +120,17 @@ public:
                 .arg(m_table.target.name(), rows, name, m_reasons.mid(0, MaxReasons).join(QStringLiteral("; ")), more));
     }
 
-    // Raises 3049 unless the table holds every row but those that it refused.
+    // Raises 3049 unless the table holds every row but those that it refused, and every value that was set.
     void verify()
     {
-        auto count = m_connection.statement("SELECT count(*) FROM " + quoted(m_table.target.name()));
-        if (!count.step() || count.integer(0) + m_refused != m_rows)
-            throw damaged(QStringLiteral("%1 has lost rows.").arg(m_table.name));
+        if (m_table.isLeft)
+            return;
+        QByteArray values = "0";
+        for (const Field* field : m_fields)
+            values += "+count(" + quoted(field->name) + ')';
+        auto count = m_connection.statement("SELECT count(*), " + values + " FROM " + quoted(m_table.target.name()));
+        if (!count.step() || count.integer(0) + m_refused != m_rows.count().rows || count.integer(1) != m_values)
+            throw damaged(QStringLiteral("%1 has lost rows or values.").arg(m_table.name));
     }
 
 private:
@@ -207,23 +139,10 @@ private:
         QString reason;
     };
 
-    bool nextRow()
-    {
-        switch (m_stream.number<std::uint8_t>()) {
-        case RowFollows:
-            for (SourceValue& source : m_row)
-                source = readCell(m_stream);
-            return true;
-        case TableEnds:
-            return false;
-        default:
-            throw damaged(QStringLiteral("%1 breaks off.").arg(m_table.name));
-        }
-    }
-
     void takeRow()
     {
         QStringList reasons;
+        const qint64 before = m_values;
         for (std::size_t i = 0; i < m_row.size(); ++i)
             if (const QString problem = setField(i); !problem.isEmpty())
                 reasons.append(QStringLiteral("%1: %2").arg(m_fields[i]->name, problem));
@@ -240,6 +159,7 @@ private:
                 throw;
             reasons.append(refusalOf(error.number()));
             ++m_refused;
+            m_values = before;
         }
         if (reasons.isEmpty())
             return;
@@ -263,10 +183,8 @@ private:
         QString problem = source.problem;
         try {
             const bool becomesText = isTextual(field.type) && !source.value.isText() && !source.value.isNull();
-            if (nothing)
-                m_load.set(at, Value());
-            else
-                m_load.set(at, becomesText ? Value(textOf(source)) : source.value);
+            if (!nothing) // what isn't set is Null
+                set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
             if (field.type == FieldType::Double && source.value.isText() &&
@@ -284,23 +202,28 @@ private:
             problem = refusalOf(error.number());
             if (error.number() == platform::FieldTooSmall) {
                 const QString text = source.value.isText() ? source.value.toText() : textOf(source);
-                m_load.set(at, text.left(field.size - (text[field.size].isLowSurrogate() ? 1 : 0)));
-            } else
-                m_load.set(at, Value());
+                set(at, text.left(field.size - (text[field.size].isLowSurrogate() ? 1 : 0)));
+            }
         }
         return problem;
     }
 
-    HelperStream& m_stream;
+    void set(int at, const Value& value)
+    {
+        m_load.set(at, value);
+        m_values += !value.isNull();
+    }
+
     Connection& m_connection;
     BulkLoad& m_load;
     const FormerTable& m_table;
     std::vector<const Field*> m_fields;
-    std::vector<SourceValue> m_row;
+    FormerRows m_rows;
+    const std::vector<SourceValue>& m_row;
     std::vector<Kept> m_kept;
     QStringList m_reasons;
-    qint64 m_rows = 0;
     qint64 m_refused = 0;
+    qint64 m_values = 0; // that aren't Null
 };
 
 // Indexes that keep nothing out are made once the rows are in, which is much faster.
@@ -330,7 +253,7 @@ void createTables(Connection& connection, const Definitions& definitions)
         createTable(connection, withoutPlainIndexes(found == definitions.tables.end() ? ours : found->target));
     }
     for (const FormerTable& table : definitions.tables)
-        if (!schema::findTable(table.target.name(), definitions.version))
+        if (!table.isLeft && !schema::findTable(table.target.name(), definitions.version))
             createTable(connection, withoutPlainIndexes(table.target));
 }
 
@@ -354,6 +277,13 @@ void checkIntegrity(Connection& connection, const Definitions& definitions)
 }
 
 } // namespace
+
+void finishStream(HelperStream& stream)
+{
+    if (stream.number<std::uint32_t>() != End)
+        throw damaged(QStringLiteral("It could not be read to its end."));
+    stream.finish();
+}
 
 Report import(HelperStream& stream, Connection& connection, Database& database,
               const std::function<void(int percent)>& progress)
@@ -381,9 +311,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     std::vector<TableFill> fills;
     for (const FormerTable& table : definitions.tables)
         fills.emplace_back(stream, connection, load, table).run(each);
-    if (stream.number<std::uint32_t>() != End)
-        throw damaged(QStringLiteral("It could not be read to its end."));
-    stream.finish();
+    finishStream(stream);
 
     QStringList taken = tableNames(connection);
     Report report; // the rows first, since the message has an end

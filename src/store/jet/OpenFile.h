@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 namespace orlo::store
 {
@@ -21,8 +22,32 @@ struct TakeoverWatch {
 /// The one that hears of it; at first nobody does.
 [[nodiscard]] TakeoverWatch& takeoverWatch();
 
-/// Opens a pack's file, after taking it over where it is in the former format. Raises as DBEngine::openDatabase() and
+/// What was counted of a table in the former format.
+struct FormerCount {
+    QString table;
+    qint64 rows = 0;
+    qint64 stated = 0; ///< rows that the table says it has; more may have been found than that
+    qint64 older = 0;  ///< rows from before a field was added, which they don't have
+    qint64 values = 0; ///< other than Null
+};
+
+/// The count in one line, as `orlo-db check` has it.
+[[nodiscard]] QString words(const FormerCount& count);
+
+/// Whether a file begins as one of the former format does. A native path.
+[[nodiscard]] bool isFormerFormat(const QString& file);
+
+/// Reads a file in the former format to its end, changes nothing and returns what was counted. Raises as takeOver().
+[[nodiscard]] std::vector<FormerCount> checkFormer(const QString& file);
+
+/// Whether a table of this name is one of a pack's, in either version.
+[[nodiscard]] bool isOurs(const QString& table);
+
+/// Opens a database file, after taking it over where it is in the former format. Raises as DBEngine::openDatabase() and
 /// takeOver().
 [[nodiscard]] Database openFile(const QString& path);
+/// The same for the file that the screens work on. Raises 3343 for one that has none of a pack's tables, before
+/// anything in it changes.
+[[nodiscard]] Database openPack(const QString& path);
 
 } // namespace orlo::store

@@ -7,9 +7,10 @@
 ///
 ///   Signature
 ///   what is no table of this file: count (32 bits), each of them: Other, name
-///   tables: count (32 bits), each of them: name, rows that it should have (32 bits), fields (16 bits), each of these:
-///     name, Kind, size in characters (16 bits)
-///   for each table again: rows, each of them RowFollows and a Cell for each field; then TableEnds
+///   tables: count (32 bits), each of them: name, 1 for one that the former engine keeps for itself (8 bits), rows that
+///     it should have (32 bits), fields (16 bits), each of these: name, Kind, size in characters (16 bits)
+///   for each table again: rows, each of them RowFollows and a Cell for each field; then TableEnds, rows that are older
+///     than a field (32 bits), Cells other than Null (64 bits)
 ///   End
 namespace orlo::store::jet
 {

@@ -3,13 +3,17 @@
 #include "platform/Application.h"
 #include "platform/FileLock.h"
 #include "platform/FileReplacement.h"
+#include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/jet/Definitions.h"
+#include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
 #include "store/jet/Import.h"
 #include "store/jet/OpenFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
@@ -22,11 +26,12 @@ using platform::RuntimeError;
 namespace
 {
 
-// The new file under the name that it has while it is being made; it goes away unless it takes the other's place.
+// The new file under the name that it has while it is being made; it goes away unless it takes the other's place. What
+// stands under that name before is what an ended process left: nobody else gives a file such a name.
 class FileInTheMaking
 {
 public:
-    explicit FileInTheMaking(const QString& file) : m_name(file + QStringLiteral(".new")) { remove(); }
+    explicit FileInTheMaking(const QString& file) : m_name(file + QStringLiteral(".orlo-new")) { remove(); }
     ~FileInTheMaking() { remove(); }
     FileInTheMaking(const FileInTheMaking&) = delete;
     FileInTheMaking& operator=(const FileInTheMaking&) = delete;
@@ -65,37 +70,84 @@ jet::Report make(const QString& name, const QString& former, const QString& help
     return report;
 }
 
-bool isOurFailure(int number)
+// Of a failure to write, too, the user wants to know where.
+[[noreturn]] void raise(const RuntimeError& error, const QFileInfo& file)
 {
-    return number == platform::DatabaseDamaged || number == platform::UnrecognisedFormat ||
-           number == platform::DiskFull || number == platform::PermissionDenied || number == platform::PathFileAccess ||
-           number == platform::CannotLockFile || number == platform::DeviceUnavailable;
+    const auto named = [&error](const QString& words, const QString& path) {
+        return RuntimeError(error.number(), error.source(),
+                            QStringLiteral("%1: %2").arg(words, QDir::toNativeSeparators(path)));
+    };
+    switch (error.number()) {
+    case platform::DatabaseDamaged:
+    case platform::UnrecognisedFormat:
+    case platform::CannotLockFile:
+        throw error;
+    case platform::DiskFull:
+    case platform::PermissionDenied:
+    case platform::PathFileAccess:
+    case platform::DeviceUnavailable:
+        if (!platform::isWritable(file.path()))
+            throw named(QStringLiteral("The folder can't be written to"), file.path());
+        throw named(error.description(), file.filePath());
+    default:
+        throw jet::damaged(error.description());
+    }
 }
 
-} // namespace
-
-void takeOver(const QString& file)
+QString helperProgram()
 {
     const QString helper = platform::companionFile(QStringLiteral("orlo-jet"));
     if (helper.isEmpty())
         throw noReader();
+    return helper;
+}
+
+// The file beside it in which the former engine locks what its users work on.
+QString lockFileOf(const QFileInfo& file)
+{
+    return platform::nativePath(QStringLiteral("%1/%2.ldb").arg(file.path(), file.completeBaseName()));
+}
+
+} // namespace
+
+std::vector<FormerCount> checkFormer(const QString& file)
+{
+    platform::FileLock former(file);
+    former.keepOthersOut(lockFileOf(QFileInfo(file)));
+    jet::HelperStream stream(helperProgram(), file);
+    std::vector<FormerCount> counts;
+    const jet::Definitions definitions = jet::readDefinitions(stream);
+    for (const jet::FormerTable& table : definitions.tables) {
+        jet::FormerRows rows(stream, table);
+        while (rows.next())
+            ;
+        counts.push_back(rows.count());
+    }
+    jet::finishStream(stream);
+    return counts;
+}
+
+void takeOver(const QString& file)
+{
+    const QString helper = helperProgram();
     const QFileInfo info(QFileInfo(file).canonicalFilePath());
     const QString path = info.filePath();
-    const platform::FileLock former(path);
+    platform::FileLock former(path);
     if (!former.isOn(path)) // another process has put the new file in its place
         return;
+    former.keepOthersOut(lockFileOf(info));
     const FileInTheMaking making(path);
     jet::Report report;
+    QString kept;
     try {
         report = make(making.name(), path, helper);
+        former.checkAlone();
+        // What comes from a disc that can't be written may still be marked so.
+        QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
+        kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));
     } catch (const RuntimeError& error) {
-        if (isOurFailure(error.number()))
-            throw;
-        throw jet::damaged(error.description());
+        raise(error, info);
     }
-    // What comes from a disc that can't be written may still be marked so.
-    QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
-    const QString kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));
     if (!report.isEmpty() && takeoverWatch().report)
         takeoverWatch().report(jet::words(report, info.fileName(), QFileInfo(kept).fileName()));
 }

@@ -1,9 +1,15 @@
+#include "store/jet/OpenFile.h"
 #include "store/jet/Takeover.h"
 
 namespace orlo::store
 {
 
 void takeOver(const QString& /*file*/)
+{
+    throw noReader();
+}
+
+std::vector<FormerCount> checkFormer(const QString& /*file*/)
 {
     throw noReader();
 }

@@ -5,6 +5,7 @@
 #include "store/engine/Journal.h"
 #include "store/jet/OpenFile.h"
 #include "store/schema/Schema.h"
+#include "widgets/Application.h"
 #include "widgets/MessageBox.h"
 
 #include <QFile>
@@ -184,10 +185,15 @@ bool UpdateDatabaseFile()
     widgets::message(QStringLiteral("The ORLO Database will now be updated to work with this new version of software."),
                      QStringLiteral("Update Database"));
     const widgets::BusyPointer busy;
+    // The next start would make the safety copy of whatever a failure leaves. A copy that is there already may be an
+    // older update's.
+    widgets::Application::setClosingWords(QStringLiteral("Nothing was changed."));
     settleJournal(old, safetyCopy);
     gFileSystem.copyFile(old, safetyCopy, true);
     if (!gFileSystem.fileExists(safetyCopy))
         return false;
+    widgets::Application::setClosingWords(
+        QStringLiteral("Before you start ORLO again, put QuorrelOld_10.mdb in the place of Quorrel.mdb."));
     openDatabase(old);
     // The safety copy is on the disk. Until the changed file is copied to the disk too, flushing after every row would
     // only keep the user waiting.
@@ -200,6 +206,7 @@ bool UpdateDatabaseFile()
         return false;
     openDatabase(databasePath());
     gFileSystem.deleteFile(old, false);
+    widgets::Application::setClosingWords(QString());
     gDbNeedsUpdate = false;
     return true;
 }

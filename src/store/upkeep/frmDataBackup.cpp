@@ -53,7 +53,7 @@ void frmDataBackup::BackupDatabase()
 void frmDataBackup::reopenDatabase()
 {
     if (gDatabase && gDatabase->isOpen()) // the open forms' record sets live on that one; it only must be there still
-        (void)store::openFile(databasePath());
+        (void)store::openPack(databasePath());
     else
         openDatabase(databasePath());
 }
