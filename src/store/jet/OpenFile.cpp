@@ -16,6 +16,8 @@ namespace
 
 constexpr char Signature[] = {0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B'};
 
+} // namespace
+
 // Of Jet 3 or Jet 4.
 bool isFormerFormat(const QString& file)
 {
@@ -23,8 +25,6 @@ bool isFormerFormat(const QString& file)
     return QFileInfo(file).isFile() && opened.open(QIODevice::ReadOnly) &&
            opened.read(sizeof Signature) == QByteArrayView(Signature, sizeof Signature);
 }
-
-} // namespace
 
 TakeoverWatch& takeoverWatch()
 {

@@ -21,6 +21,9 @@ struct TakeoverWatch {
 /// The one that hears of it; at first nobody does.
 [[nodiscard]] TakeoverWatch& takeoverWatch();
 
+/// True for a file that begins as one of the former format does; a native path.
+[[nodiscard]] bool isFormerFormat(const QString& file);
+
 /// Opens a pack's file, after taking it over where it is in the former format. Raises as DBEngine::openDatabase() and
 /// takeOver().
 [[nodiscard]] Database openFile(const QString& path);
