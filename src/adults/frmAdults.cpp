@@ -7,8 +7,8 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "shell/forms/Module1.h"
+#include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
-#include "store/engine/Reading.h"
 #include "ui_frmAdults.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
@@ -150,7 +150,7 @@ void frmAdults::load()
 
 void frmAdults::FillRecord()
 {
-    const store::Reading reading(database());
+    const Reading reading(database());
     const auto& record = *rsRecords;
     for (const RecordField& field : m_fields)
         field.show(record[field.name]);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/engine/RecordsetVariable.h"
+#include "shell/forms/RecordsetVariable.h"
 #include "widgets/Form.h"
 
 #include <cstdint>
@@ -37,7 +37,7 @@ private:
 
     std::unique_ptr<Ui::frmPackInformation> ui;
     // The enabled state of cmdSave is the changed flag.
-    store::RecordsetVariable rsPack;
+    RecordsetVariable rsPack;
     std::int16_t mPackCount = 0;
     bool mPackNew = false; ///< from a load on an empty table until the first save
 };

@@ -7,8 +7,8 @@
 #include "scouts/dlgFindScout.h"
 #include "scouts/dlgSelectAdultLink.h"
 #include "shell/forms/Module1.h"
+#include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
-#include "store/engine/Reading.h"
 #include "ui_frmScouts.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
@@ -135,7 +135,7 @@ std::int16_t frmScouts::GetScoutSID() const
 
 void frmScouts::FillRecord()
 {
-    const store::Reading reading(database());
+    const Reading reading(database());
     const auto& record = *rsRecords;
     for (const RecordField& field : m_fields)
         field.show(record[field.name]);

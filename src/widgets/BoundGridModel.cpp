@@ -106,7 +106,7 @@ void BoundGridModel::load(const QList<GridColumn>& columns)
     m_fields.clear();
     try {
         findFields();
-        if (const auto* set = records()) {
+        if (auto* set = records()) {
             m_records = set->recordCount();
             m_updatable = set->updatable();
         }

@@ -2,7 +2,6 @@
 // and change rows: the file's tables, texts of queries and journal stay as they are. The same bytes also choose an
 // expression, written with as few brackets as the dialect's precedence allows, whose value is reckoned here as well.
 #include "platform/RuntimeError.h"
-#include "store/engine/BulkLoad.h"
 #include "store/engine/Text.h"
 #include "store/schema/Schema.h"
 
@@ -212,7 +211,7 @@ public:
         });
         // Rolled back, so that inputs neither add up nor wait for the disk.
         attempt([&] {
-            store::BulkLoad dropped(m_database);
+            const store::Transaction dropped(m_database);
             m_database.execute(statement);
         });
         if (m_database.tableNames().size() != 13 || m_database.queryNames().size() != 6)

@@ -1,7 +1,13 @@
 #include "shell/forms/PeopleFilter.h"
+#include "shell/forms/Reading.h"
 #include "shell/forms/RecordWalk.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <sqlite3.h>
 
 using namespace orlo;
 
@@ -50,6 +56,36 @@ private Q_SLOTS:
         QTEST(walk.mRecordCount ? walk.rsRecords->value(u"Den_SID").toText() : QString("none"), "record");
         QTEST(settled, "settled");
         QTEST(told(walk.ways()), "ways");
+    }
+
+    // What is read together holds others back from writing, but no longer than until a write or a wait.
+    void reading_data()
+    {
+        test::table({"ended by", "writes"}, R"(
+            nothing | no
+            write | yes
+            wait | yes)");
+    }
+    void reading()
+    {
+        const test::AppFolder folder;
+        test::fill("Insert Into Dens (Den_SID) Values (1)");
+        const Reading reading(database());
+        store::Recordset dens = database().openRecordset("Dens");
+        (void)dens[u"Den_SID"];
+        std::make_unique<Reading>(database()).reset(); // one within it
+        if (test::cell("ended by") == "write")
+            database().execute("Update Dens Set Active = 'Y'");
+        QEventLoop loop;
+        QTimer::singleShot(50, &loop, &QEventLoop::quit);
+        if (test::cell("ended by") == "wait")
+            loop.exec();
+        sqlite3* other = nullptr;
+        sqlite3_open(QFile::encodeName(database().name()).constData(), &other);
+        const int code =
+            sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE Dens SET Active = 'N'", nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
     }
 
     // What a find adds " and " to is left with it where neither view nor den follow.

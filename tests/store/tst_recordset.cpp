@@ -1,12 +1,10 @@
-#include "store/engine/Reading.h"
+#include "store/engine/Database.h"
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
-#include <QEventLoop>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <sqlite3.h>
 
@@ -35,43 +33,6 @@ private Q_SLOTS:
         table.appendField({"Note", FieldType::Memo, 0, true});
         table.appendIndex({"PK", {"SID"}, true, true, true});
         m_database->appendTableDef(table);
-    }
-
-    // F, L, N and P move, a number moves by that many records, d removes the current one, a adds one of key 9, r reads
-    // the current one's key and e edits it. Each step leaves the key, where the set is, or the failure.
-    void steps_data()
-    {
-        test::table({"steps", "records", "left", "seen"}, R"(
-            N r F L P e d   | 0 | 0 | 3021 3021 3021 3021 3021 3021 3021
-            r P P N 2 N N r | 3 | 3 | 1 bof 3021 1 3 eof 3021 3021
-            2 N d -7 L P    | 3 | 3 | 3 eof 3021 bof 3 2
-            N d 0 0 N       | 3 | 2 | 2 3167 3167 3167 3
-            d a r           | 1 | 1 | 3167 9 9
-            N d r e d N d P d P L d F | 4 | 0 | 2 3167 3167 3167 3167 3 3167 1 3167 bof 4 3167 3021)");
-    }
-    void steps()
-    {
-        fill(test::cell("records").toInt());
-        Recordset rows = open();
-        QStringList seen;
-        for (const QString& step : test::cell("steps").split(u' ')) {
-            const int number = failureNumber([&] {
-                step == "F"   ? rows.moveFirst()
-                : step == "L" ? rows.moveLast()
-                : step == "N" ? rows.moveNext()
-                : step == "P" ? rows.movePrevious()
-                : step == "d" ? rows.remove()
-                : step == "e" ? rows.edit()
-                : step == "a" ? add(rows, 9)
-                : step == "r" ? static_cast<void>(rows[u"SID"])
-                              : rows.move(step.toInt());
-            });
-            const int unread = number ? number : failureNumber([&] { return rows[u"SID"]; });
-            const bool outside = !number && (rows.bof() || rows.eof());
-            seen += outside ? rows.bof() ? "bof" : "eof" : QString::number(unread ? unread : sid(rows));
-        }
-        QTEST(seen.join(u' '), "seen");
-        QTEST(QString::number(rows.recordCount()), "left");
     }
 
     void conversions_data()
@@ -119,34 +80,6 @@ private Q_SLOTS:
         QTEST(test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0), "kept");
     }
 
-    void addingAndEditing()
-    {
-        Recordset rows = open();
-        QCOMPARE(failureNumber([&] { rows.update(); }), int(platform::UpdateWithoutEdit));
-        QCOMPARE(failureNumber([&] { rows.setValue(u"SID", 1); }), int(platform::UpdateWithoutEdit));
-        rows.addNew();
-        QVERIFY(rows[u"Mail"].toBool()); // the default, before anything is written
-        QCOMPARE(rows[u"Mail"].toInt32(), -1);
-        rows.setValue(u"Name", u"lost");
-        QCOMPARE(failureNumber([&] { rows.moveFirst(); }), int(platform::NoCurrentRecord));
-        QVERIFY(!rows.editing()); // a move drops the buffer, also one that leads nowhere
-        add(rows, 7);
-        QCOMPARE(sid(rows), 7); // the first record of an empty set is the current one
-        QVERIFY(rows[u"Name"].isNull());
-
-        add(rows, 3);
-        QCOMPARE(sid(rows), 7); // a later one isn't
-        rows.moveNext();
-        QCOMPARE(sid(rows), 3); // and stands at the end, whatever the order
-
-        rows.edit();
-        rows.setValue(u"Name", u"x");
-        QCOMPARE(rows[u"Name"].toText(), "x");
-        rows.moveFirst(); // drops the buffer
-        rows.moveLast();
-        QVERIFY(rows[u"Name"].isNull() && !rows.editing());
-    }
-
     void refusedUpdatesKeepTheBuffer()
     {
         fill(2);
@@ -165,33 +98,6 @@ private Q_SLOTS:
         rows.update();
         rows.moveLast();
         QCOMPARE(rows[u"Name"].toText(), "a");
-    }
-
-    // Membership stays as it was at opening; values are those of the moment when the set comes to the row.
-    void othersChanges_data() { test::table({"by"}, "this program\nanother program"); }
-    void othersChanges()
-    {
-        fill(30);
-        Recordset rows = m_database->openRecordset("Select * From T Where SID < 40 Order By SID");
-        for (; sid(rows) < 9; rows.moveNext()) // to a block that reaches beyond what changes
-            (void)rows[u"Name"];
-        Recordset whole = open();
-        Database other = DBEngine::openDatabase(m_path);
-        QTest::qSleep(3);
-        Database& changing = test::cell("by") == "this program" ? *m_database : other;
-        changing.execute("Update T Set Name = 'new', SID = 50 Where SID = 10");
-        changing.execute("Insert Into T (SID) Values (31)");
-        changing.execute("Insert Into T (SID) Values (32)");
-        changing.execute("Delete From T Where SID = 11");
-        QCOMPARE(rows.recordCount(), 30);
-        QCOMPARE(whole.recordCount(), 31); // the whole table's, as it is now
-        rows.moveNext();
-        QCOMPARE(rows[u"Name"].toText(), "new");
-        QCOMPARE(sid(rows), 50);
-        rows.moveNext();
-        QCOMPARE(failureNumber([&] { return rows[u"SID"]; }), int(platform::RecordDeleted));
-        rows.moveNext();
-        QCOMPARE(sid(rows), 12);
     }
 
     // A walk over more rows than are read ahead gives each one once, in order, also when it changes them, or another
@@ -221,73 +127,6 @@ private Q_SLOTS:
         QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
-    // Whoever removes the newest row and adds another, a set that knew the first never takes the second for it.
-    void removedAndAdded_data()
-    {
-        test::table({"by", "how"}, R"(
-            this program    | Insert Into T (SID, Name) Select 30, 'new' From T Where SID = 1
-            this program    | a record set
-            another program | Insert Into T (SID, Name) Select 30, 'new' From T Where SID = 1
-            another program | a record set)");
-    }
-    void removedAndAdded()
-    {
-        QFETCH(QString, how);
-        fill(30); // so that the last place is read ahead, in one block with others
-        Recordset rows = open();
-        for (; sid(rows) < 30; rows.moveNext())
-            ;
-        Database other = DBEngine::openDatabase(m_path);
-        Database& changing = test::cell("by") == "this program" ? *m_database : other;
-        for (int again = 0; again < 2; ++again) {
-            changing.execute("Delete From T Where SID = 30");
-            Recordset adding = changing.openRecordset("Select * From T Where SID = 0");
-            if (how == "a record set")
-                add(adding, 30, "new");
-            else
-                changing.execute(how);
-        }
-        for (const auto change : {&Recordset::edit, &Recordset::remove})
-            QCOMPARE(failureNumber([&] { (rows.*change)(); }), int(platform::RecordDeleted));
-        rows.movePrevious();
-        rows.moveNext();
-        QCOMPARE(failureNumber([&] { return sid(rows); }), int(platform::RecordDeleted));
-        QCOMPARE(m_database->openRecordset("Select * From T Where Name = 'new'").recordCount(), 1);
-    }
-
-    // What another tool puts under a removed row's number isn't what the set showed, and neither is a changed row.
-    void changedByAnother_data()
-    {
-        test::table({"statement", "at"}, R"(
-            Update T Set Name = 'new' Where SID = 3                                          | after a write of our own
-            Delete From T Where SID = 3; Insert Into T(rowid, SID, Name) Values(3, 3, 'new') | edit
-            Delete From T Where SID = 3; Insert Into T(rowid, SID, Name) Values(3, 3, 'new') | remove
-            Update T Set Name = 'new' Where SID = 3                                          | edit
-            Update T Set Name = 'new' Where SID = 3                                          | update
-            Update T Set Name = 'new', rowid = 9 Where SID = 3                               | update)");
-    }
-    void changedByAnother()
-    {
-        QFETCH(QString, statement);
-        QFETCH(QString, at);
-        test::sqlite(m_path, "Insert Into T(SID, Name) Values(1, 'a'), (2, 'b'), (3, 'c')");
-        Recordset rows = open();
-        rows.moveLast();
-        QCOMPARE(rows[u"Name"].toText(), "c");
-        if (at == "update") {
-            rows.edit();
-            rows.setValue(u"Big", 5);
-        }
-        if (at.startsWith("after"))
-            m_database->execute("Update T Set Name = 'other' Where SID = 1");
-        test::sqlite(m_path, statement.toUtf8());
-        const int number = failureNumber([&] {
-            at == "edit" || at.startsWith("after") ? rows.edit() : at == "update" ? rows.update() : rows.remove();
-        });
-        QCOMPARE(number, int(statement.contains("= 9") ? platform::RecordDeleted : platform::ChangedByAnother));
-        QCOMPARE(test::sqlite(m_path, "Select Name || ifnull(Big, '-') From T Where SID = 3").join(u' '), "new-");
-    }
-
     // What can't be read while another program holds the file can be read afterwards.
     void lockedOnTheWay()
     {
@@ -303,35 +142,6 @@ private Q_SLOTS:
         QVERIFY(locked && locked->number() == platform::CannotLockFile);
         QVERIFY(locked->description().startsWith("Another program is using the file"));
         QCOMPARE(sid(rows), 8);
-    }
-
-    // What is read together holds others back from writing, but no longer than until a write or a wait.
-    void reading_data()
-    {
-        test::table({"ended by", "writes"}, R"(
-            nothing | no
-            write | yes
-            wait | yes)");
-    }
-    void reading()
-    {
-        fill(1);
-        const Reading reading(*m_database);
-        Recordset rows = open();
-        (void)sid(rows);
-        std::make_unique<Reading>(*m_database).reset(); // one within it
-        if (test::cell("ended by") == "write")
-            add(rows, 2);
-        QEventLoop loop;
-        QTimer::singleShot(50, &loop, &QEventLoop::quit);
-        if (test::cell("ended by") == "wait")
-            loop.exec();
-        sqlite3* other = nullptr;
-        sqlite3_open(QFile::encodeName(m_path).constData(), &other);
-        const int code =
-            sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE T SET Big = 1", nullptr, nullptr, nullptr);
-        sqlite3_close(other);
-        QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
     }
 
     /// What a damaged file keeps from being opened anew stays as it was.

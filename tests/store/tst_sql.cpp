@@ -119,7 +119,7 @@ private Q_SLOTS:
     }
     void shapes()
     {
-        const Recordset rows = m_database->openRecordset(test::cell("source"));
+        Recordset rows = m_database->openRecordset(test::cell("source"));
         const QString kind = rows.updatable() ? "updatable" : "fixed";
         QTEST(QString("%1 %2 %3").arg(kind).arg(rows.recordCount()).arg(rows.fields().size()), "shape");
     }

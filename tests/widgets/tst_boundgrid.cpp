@@ -37,6 +37,7 @@ struct Screen {
         table.appendField({.name = "Sort_Order", .type = store::FieldType::Integer, .defaultValue = {}});
         table.appendIndex({"PK", {"Title"}, true, true});
         database.appendTableDef(table);
+        store::Transaction transaction(database);
         store::BulkLoad load(database);
         load.begin(table, {"Title", "Sort_Order"});
         for (const QString& title : titles) {
@@ -44,7 +45,7 @@ struct Screen {
                 load.set(column, title.section(u'|', column, column));
             load.addRow();
         }
-        load.commit();
+        transaction.commit();
         auto* layout = new QVBoxLayout(&window);
         layout->addWidget(&grid);
         layout->addWidget(&button);

@@ -185,6 +185,7 @@ bool PackLoader::fills(QStringView table) const
 
 void PackLoader::load(store::Database& database) const
 {
+    store::Transaction transaction(database);
     store::BulkLoad bulk(database);
     for (const Source& source : m_sources) {
         try {
@@ -197,5 +198,5 @@ void PackLoader::load(store::Database& database) const
                                 .arg(error.problem()));
         }
     }
-    bulk.commit();
+    transaction.commit();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/engine/RecordsetVariable.h"
+#include "shell/forms/RecordsetVariable.h"
 
 #include <QString>
 
@@ -45,7 +45,7 @@ public:
     /// "Den 2 of 7", "Den (New)" or "None".
     [[nodiscard]] QString recordInfo(const QString& noun) const;
 
-    store::RecordsetVariable rsRecords;
+    RecordsetVariable rsRecords;
     std::int16_t mRecordCount = 0;
     QString mRecordIndex = QStringLiteral("0"); ///< 1-based place of the current record, "0" for none
     bool mNewRecord = false;                    ///< from cmdNew until the record is saved or cancelled

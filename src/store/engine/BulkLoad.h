@@ -1,23 +1,19 @@
 #pragma once
 
 #include "store/engine/Database.h"
+#include "store/engine/Statement.h"
 
-#include <memory>
+#include <optional>
 
 namespace orlo::store
 {
 
-/// Makes and fills a new file's tables in one go: all that happens on the database meanwhile becomes durable together
-/// at commit(), which a record set's row by row updates can't do at hundreds of thousands of rows. For files that
-/// nobody else has open; no record set may be in edit meanwhile.
+/// Fills tables of a file that nobody else has open, within a Transaction: a record set's row by row updates can't do
+/// hundreds of thousands of rows.
 class BulkLoad
 {
 public:
-    explicit BulkLoad(Database& database);
-    /// Drops everything that was not committed.
-    ~BulkLoad();
-    BulkLoad(const BulkLoad&) = delete;
-    BulkLoad& operator=(const BulkLoad&) = delete;
+    explicit BulkLoad(const Database& database);
 
     /// Sends the rows that follow to these fields of the table, in this order; fields left out take their defaults.
     /// Raises 3265 for an unknown name.
@@ -26,11 +22,11 @@ public:
     void set(int field, const Value& value);
     /// Adds the row; what it doesn't set is Null. Raises 3022, 3058 or 3315 and drops the row.
     void addRow();
-    void commit();
 
 private:
-    class Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::shared_ptr<Connection> m_connection;
+    std::optional<Statement> m_insert;
+    std::vector<FieldInfo> m_fields;
 };
 
 } // namespace orlo::store

@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
+#include "store/engine/Database.h"
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
@@ -11,8 +12,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QtEndian>
 
 #include <sqlite3.h>
+
+#include <array>
 
 namespace orlo::store
 {
@@ -133,10 +137,7 @@ void Connection::harden()
     sqlite3_extended_result_codes(m_db, 1);
     sqlite3_busy_timeout(m_db, BusyMilliseconds);
     const auto note = [](void* connection, int change, const char*, const char* table, sqlite3_int64 number) {
-        auto& self = *static_cast<Connection*>(connection);
-        self.m_ownRows.note(table, number, self.m_changeStamp + 1); // the change is noted once it is made
-        if (change == SQLITE_INSERT && self.m_inserts)
-            self.m_inserts->note(table, number);
+        static_cast<Connection*>(connection)->m_knownRecords.note(change == SQLITE_DELETE, table, number);
     };
     sqlite3_update_hook(m_db, note, this);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -324,36 +325,35 @@ void Connection::forget()
     m_known.clear();
 }
 
-qint64 Connection::dataVersion()
+// The file counts its changes where nobody needs to lock it for a look; a change that isn't final yet may count, too.
+// With a write-ahead log, which another tool may have given it, it doesn't.
+quint32 Connection::version() const
 {
-    auto version = statement("PRAGMA data_version");
-    return version.step() ? version.integer(0) : 0;
-}
-
-quint32 Connection::versionRead() const
-{
-    quint32 version = 0;
-    sqlite3_file_control(m_db, "main", SQLITE_FCNTL_DATA_VERSION, &version);
+    constexpr int FormatAt = 18; // bytes from the file's start
+    constexpr int CounterAt = 24;
+    constexpr char WithJournal = 1;
+    std::array<char, CounterAt + 4 - FormatAt> head{};
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(m_db, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (file && file->pMethods && file->pMethods->xRead(file, head.data(), int(head.size()), FormatAt) == SQLITE_OK &&
+        head[0] == WithJournal)
+        return qFromBigEndian<quint32>(head.data() + CounterAt - FormatAt);
+    sqlite3_stmt* asked = nullptr;
+    sqlite3_prepare_v2(m_db, "PRAGMA data_version", -1, &asked, nullptr);
+    const quint32 version = sqlite3_step(asked) == SQLITE_ROW ? static_cast<quint32>(sqlite3_column_int64(asked, 0)) : 0;
+    sqlite3_finalize(asked);
     return version;
 }
 
 void Connection::execute(const Translated& action)
 {
     Transaction transaction(*this);
-    try {
-        InsertWatch inserted(*this);
-        {
-            auto run = statement(action.sql.toUtf8(), Origin::Outside);
-            while (run.step())
-                ;
-        }
-        inserted.renumber();
-    } catch (const RuntimeError&) {
-        noteChange();
-        throw;
+    {
+        auto run = statement(action.sql.toUtf8(), Origin::Outside);
+        while (run.step())
+            ;
     }
     transaction.commit();
-    noteChange();
 }
 
 void Connection::raiseLast(int code, bool preparing)
@@ -377,26 +377,40 @@ void Connection::raiseLast(int code, bool preparing)
     throw RuntimeError(number, QStringLiteral("Database"), description);
 }
 
+Transaction::Transaction(const Database& database) : Transaction(*database.m_connection)
+{
+}
+
 Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
     m_connection.ensureOpen();
     m_connection.readyToWrite();
-    m_open = sqlite3_get_autocommit(m_connection.handle()) != 0;
-    if (m_open)
-        m_connection.run("BEGIN IMMEDIATE");
+    m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
+    if (!m_outermost)
+        return;
+    m_connection.run("BEGIN IMMEDIATE");
+    m_connection.knownRecords().begin();
 }
 
 Transaction::~Transaction()
 {
-    if (m_open && m_connection.isOpen())
+    if (m_done || !m_connection.isOpen())
+        return;
+    if (m_outermost) {
         sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+        m_connection.knownRecords().drop();
+    }
+    m_connection.noteChange();
 }
 
 void Transaction::commit()
 {
-    if (m_open)
+    m_connection.knownRecords().settle();
+    if (m_outermost)
         m_connection.run("COMMIT");
-    m_open = false;
+    m_done = true;
+    m_connection.noteChange();
+    m_connection.knownRecords().accept();
 }
 
 QByteArray quoted(QStringView name)

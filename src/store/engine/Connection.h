@@ -1,7 +1,7 @@
 #pragma once
 
 #include "store/engine/Guard.h"
-#include "store/engine/RowNumbers.h"
+#include "store/engine/Record.h"
 #include "store/engine/Sql.h"
 #include "store/engine/Statement.h"
 
@@ -79,22 +79,13 @@ public:
     /// The table or stored query of a name; nothing where there is none.
     [[nodiscard]] const TableInfo* table(QStringView name);
 
-    /// Grows with every change made through this connection.
-    [[nodiscard]] quint64 changeStamp() const { return m_changeStamp; }
-    /// Tells of a change: blocks and counts that were read before it are read anew.
-    void noteChange() { ++m_changeStamp; }
-    /// The stamp of this connection's last change of a row, 0 where it made none. Quoted name.
-    [[nodiscard]] quint64 ownChange(const QByteArray& table, qint64 number) const
-    {
-        return m_ownRows.lastChange(table, number);
-    }
-    /// Tells the watch of every row that is inserted; null for none.
-    void watchInserts(InsertWatch* watch) { m_inserts = watch; }
-    /// Another number after every change that came from outside this connection.
-    [[nodiscard]] qint64 dataVersion();
-    /// The version of the file as this connection read it last, without reading it again: another number after every
-    /// change, whoever made it.
-    [[nodiscard]] quint32 versionRead() const;
+    /// Tells of a change: what was read before it is read anew.
+    void noteChange() { ++m_ownChanges; }
+    /// The file's state as it is now, by a look at its head.
+    [[nodiscard]] FileState state() const { return {m_ownChanges, version()}; }
+    /// The state in which this connection's last transaction left it.
+    [[nodiscard]] FileState stateLeft() const { return {m_ownChanges, m_knownRecords.version()}; }
+    [[nodiscard]] KnownRecords& knownRecords() { return m_knownRecords; }
     /// Drops what was remembered of the catalogue.
     void noteSchemaChange();
 
@@ -110,6 +101,7 @@ private:
     void forget();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin, bool toKeep);
     bool noteMet(std::size_t hash);
+    [[nodiscard]] quint32 version() const;
 
     QString m_path;
     QString m_file;
@@ -128,25 +120,8 @@ private:
     QHash<QString, TableInfo> m_tables;
     QHash<QString, KnownSource> m_known;
     bool m_reading = false;
-    quint64 m_changeStamp = 0;
-    OwnRows m_ownRows;
-    InsertWatch* m_inserts = nullptr;
-};
-
-/// A transaction that is rolled back unless it is committed. Within another one it is a part of that.
-class Transaction
-{
-public:
-    explicit Transaction(Connection& connection);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    /// Raises what the file refuses; the changes are on the disk after it.
-    void commit();
-
-private:
-    Connection& m_connection;
-    bool m_open;
+    quint64 m_ownChanges = 0;
+    KnownRecords m_knownRecords{*this};
 };
 
 /// A name as the file's SQL writes it: in double quotes.

@@ -6,7 +6,6 @@
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Edition.h"
-#include "store/engine/RecordsetImpl.h"
 #include "store/engine/Repair.h"
 #include "store/engine/Text.h"
 
@@ -103,7 +102,7 @@ Recordset Database::openRecordset(const QString& source, const std::function<voi
 {
     m_connection->ensureOpen();
     const platform::TimeLog time(platform::sqlLog(), source);
-    return Recordset(std::make_unique<Recordset::Impl>(m_connection, source, readingOn));
+    return {m_connection, source, readingOn};
 }
 
 void Database::execute(const QString& sql)
@@ -125,6 +124,16 @@ void Database::close()
 void Database::deferFlushing()
 {
     m_connection->run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
+}
+
+bool Database::beginReading()
+{
+    return isOpen() && m_connection->beginReading();
+}
+
+void Database::endReading() noexcept
+{
+    m_connection->endReading();
 }
 
 bool Database::isOpen() const

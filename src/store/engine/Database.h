@@ -93,6 +93,12 @@ public:
     /// program's end at any moment still loses nothing, but a power failure may leave a damaged file: for one that has
     /// a copy on the disk.
     void deferFlushing();
+    /// From here to endReading() all is read as of one state of the file, which is looked at once and not for each
+    /// statement. False where that is so already, as in a transaction, and on a closed database. Raises 3050 for a file
+    /// that can't be locked, which nobody can write to meanwhile.
+    [[nodiscard]] bool beginReading();
+    /// Nothing without a reading: a change ends it, too.
+    void endReading() noexcept;
     [[nodiscard]] bool isOpen() const;
     /// The path that it was opened by.
     [[nodiscard]] QString name() const;
@@ -111,8 +117,28 @@ public:
 
 private:
     friend class BulkLoad;
-    friend class Reading;
+    friend class Transaction;
     std::shared_ptr<Connection> m_connection;
+};
+
+/// A transaction that is rolled back unless it is committed. Within another one it is a part of that. Every change of
+/// a file's rows is made in one.
+class Transaction
+{
+public:
+    /// Raises 3420 on a closed database, 3050 where another program is writing.
+    explicit Transaction(const Database& database);
+    explicit Transaction(Connection& connection);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    /// Raises what the file refuses; the changes are on the disk after it.
+    void commit();
+
+private:
+    Connection& m_connection;
+    bool m_outermost;
+    bool m_done = false;
 };
 
 /// The engine's own operations on files.

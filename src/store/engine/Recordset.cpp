@@ -1,166 +1,465 @@
 #include "store/engine/Recordset.h"
 
 #include "platform/RuntimeError.h"
-#include "store/engine/RecordsetImpl.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Conversion.h"
+#include "store/engine/Source.h"
+#include "store/engine/Text.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <chrono>
 
 namespace orlo::store
 {
 
-Recordset::Recordset(std::unique_ptr<Impl> impl) : m_impl(std::move(impl))
+namespace
 {
-}
-Recordset::~Recordset() = default;
-Recordset::Recordset(Recordset&&) noexcept = default;
-Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 
-Recordset::Impl& Recordset::impl() const
+constexpr qsizetype MaxRows = 2'000'000; // of a snapshot, which lies in memory
+constexpr qsizetype RowsBetweenCalls = 2'000;
+constexpr qsizetype MaxAhead = 256; // records
+
+qint64 greatestGiven = 0; // of the numbers that this program gave to new rows, whichever the file
+
+// The least number that a new row may have. A set knows its rows by number, and SQLite gives the newest row's number
+// again once that row is gone; a number of the clock's, in microseconds, doesn't come a second time, whichever program
+// gives it and whatever was removed. A clock that was put back is below what other programs gave; this one then goes
+// on from the greatest number of its own.
+qint64 minNewNumber()
 {
-    if (!m_impl || !m_impl->connection().isOpen())
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    const qint64 clock = std::chrono::duration_cast<std::chrono::microseconds>(sinceEpoch).count();
+    return std::max(clock, greatestGiven + 1);
+}
+
+} // namespace
+
+Recordset::Recordset(std::shared_ptr<Connection> connection, const QString& source,
+                     const std::function<void()>& readingOn)
+    : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape)
+{
+    if (updatable()) {
+        openNumbers();
+        go(0);
+    } else
+        openSnapshot(readingOn);
+}
+
+void Recordset::openSnapshot(const std::function<void()>& readingOn)
+{
+    auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
+    auto shape = std::make_shared<RowShape>();
+    shape->fields = resultFields(*m_connection, statement, m_source->fields.get());
+    auto block = std::make_shared<Block>(Block{{}, 0, Rows(shape->fields.size())});
+    Rows& rows = block->rows;
+    while (statement.step()) {
+        if (rows.size() == MaxRows)
+            refuse(platform::ResourceExceeded);
+        rows.append(statement.handle());
+        if (readingOn && rows.size() % RowsBetweenCalls == 0)
+            readingOn();
+    }
+    m_size = rows.size();
+    for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {
+        FieldType& type = shape->fields[static_cast<std::size_t>(i)].type;
+        if (type == FieldType::Text && !sqlite3_column_decltype(statement.handle(), i))
+            type = rows.typeOf(i);
+    }
+    m_shape = std::move(shape);
+    m_block = std::move(block);
+}
+
+void Recordset::openNumbers()
+{
+    const FileState state = m_connection->state();
+    std::vector<qint64> numbers;
+    auto statement = m_connection->statement(m_source->keysSql, Origin::Outside);
+    const int last = sqlite3_column_count(statement.handle()) - 1;
+    while (statement.step())
+        numbers.push_back(statement.integer(last));
+    m_numbers = std::move(numbers);
+    m_size = std::ssize(m_numbers);
+    m_numbersState = state;
+    m_block.reset(); // its places are others now
+}
+
+void Recordset::requireOpen() const
+{
+    if (!m_connection || !m_connection->isOpen())
         refuse(platform::ObjectInvalid);
-    return *m_impl;
+}
+
+void Recordset::requireRecord() const
+{
+    if (m_removed)
+        refuse(platform::RecordDeleted);
+    if (!hasRecord())
+        refuse(platform::NoCurrentRecord);
+}
+
+void Recordset::requireUpdatable() const
+{
+    requireOpen();
+    if (!m_source->updatable())
+        refuse(platform::ReadOnlySet);
+}
+
+void Recordset::requireColumn(int column) const
+{
+    requireOpen();
+    if (column < 0 || column >= std::ssize(m_shape->fields))
+        refuse(platform::FieldNotFound);
 }
 
 bool Recordset::bof() const
 {
-    return impl().atStart();
+    requireOpen();
+    return m_size == 0 ? !m_removed : m_place < 0;
 }
 
 bool Recordset::eof() const
 {
-    return impl().atEnd();
+    requireOpen();
+    return m_place >= m_size && !m_removed;
 }
 
-int Recordset::recordCount() const
+int Recordset::recordCount()
 {
-    return static_cast<int>(impl().count());
+    requireOpen();
+    if (!m_source->wholeTable || m_numbersState == m_connection->state())
+        return static_cast<int>(m_size);
+    const bool within = m_place >= 0 && m_place < m_size;
+    const qint64 current = within ? m_numbers[static_cast<std::size_t>(m_place)] : 0;
+    const bool atEnd = m_place > 0 && !within;
+    openNumbers();
+    if (within) {
+        const auto found = std::ranges::lower_bound(m_numbers, current);
+        m_place = found - m_numbers.begin();
+        m_removed = m_removed || found == m_numbers.end() || *found != current;
+    } else if (atEnd)
+        m_place = m_size;
+    return static_cast<int>(m_size);
 }
 
 bool Recordset::updatable() const
 {
-    return impl().updatable();
+    requireOpen();
+    return m_source->updatable();
 }
 
 const std::vector<FieldInfo>& Recordset::fields() const
 {
-    return impl().fields();
+    requireOpen();
+    return m_shape->fields;
 }
 
 void Recordset::moveFirst()
 {
-    impl().dropBuffer();
-    if (impl().size() == 0)
-        refuse(platform::NoCurrentRecord);
-    impl().go(0);
+    moveTo(0);
 }
 
 void Recordset::moveLast()
 {
-    impl().dropBuffer();
-    if (impl().size() == 0)
-        refuse(platform::NoCurrentRecord);
-    impl().go(impl().size() - 1);
+    moveTo(static_cast<int>(m_size - 1));
 }
 
 void Recordset::moveNext()
 {
-    impl().dropBuffer();
-    if (impl().atEnd())
+    cancelUpdate();
+    if (eof())
         refuse(platform::NoCurrentRecord);
-    impl().step(1);
+    step(1);
 }
 
 void Recordset::movePrevious()
 {
-    impl().dropBuffer();
-    if (impl().atStart())
+    cancelUpdate();
+    if (bof())
         refuse(platform::NoCurrentRecord);
-    impl().step(-1);
+    step(-1);
 }
 
 void Recordset::move(int n)
 {
-    impl().dropBuffer();
-    if (impl().size() == 0 || (n > 0 && impl().atEnd()) || (n < 0 && impl().atStart()))
+    cancelUpdate();
+    if (m_size == 0 || (n > 0 && eof()) || (n < 0 && bof()))
         refuse(platform::NoCurrentRecord);
-    impl().step(n);
+    step(n);
 }
 
 void Recordset::moveTo(int place)
 {
-    impl().dropBuffer();
-    if (place < 0 || place >= impl().size())
+    cancelUpdate();
+    if (place < 0 || place >= m_size)
         refuse(platform::NoCurrentRecord);
-    impl().go(place);
+    go(place);
+}
+
+// A removed record has its place between its neighbours.
+void Recordset::step(qsizetype n)
+{
+    if (n == 0 && m_removed)
+        return;
+    const qsizetype from = m_removed && n > 0 ? m_place - 1 : m_place;
+    go(std::clamp<qsizetype>(from + n, -1, m_size));
+}
+
+void Recordset::go(qsizetype place)
+{
+    m_removed = false;
+    m_place = place;
+    m_shown = {};
+    if (!m_source->updatable())
+        return;
+    const qint64 number = hasRecord() ? m_numbers[static_cast<std::size_t>(place)] : 0;
+    if (m_added && m_added->number == number)
+        m_known = std::move(m_added); // what was written is known before it's read
+    else if (m_known)
+        *m_known = {m_source, number}; // rather than a new one at each step of a walk
+    else
+        m_known = m_connection->knownRecords().add(m_source, number);
 }
 
 int Recordset::place() const
 {
-    return static_cast<int>(impl().place());
+    requireOpen();
+    return hasRecord() ? static_cast<int>(m_place) : -1;
 }
 
-void Recordset::addNew()
+// The current record as it stands when it is asked for first. A set that is walked reads more and more ahead; one that
+// is looked at here and there reads what it needs. What was read ahead is believed for as long as nothing has changed
+// the file.
+const Record& Recordset::shown() const
 {
-    impl().addNew();
-}
-
-void Recordset::edit()
-{
-    impl().edit();
-}
-
-bool Recordset::editing() const
-{
-    return impl().editing();
-}
-
-void Recordset::cancelUpdate()
-{
-    impl().dropBuffer();
-}
-
-void Recordset::update()
-{
-    impl().update();
-}
-
-void Recordset::remove()
-{
-    impl().remove();
+    if (m_shown)
+        return m_shown;
+    if (!m_block || !m_block->has(m_place) || m_block->state != m_connection->state()) {
+        const bool onward = m_block && m_place == m_block->start + m_block->rows.size();
+        const bool back = m_block && m_place == m_block->start - 1;
+        m_ahead = onward || back ? std::min(m_ahead * 2, MaxAhead) : 1;
+        const qsizetype start = back ? std::max<qsizetype>(m_place - m_ahead + 1, 0) : m_place;
+        const qsizetype end = back ? m_place + 1 : std::min(m_place + m_ahead, m_size);
+        const auto read = [this](qsizetype from, qsizetype to) {
+            const auto numbers = std::span(m_numbers).subspan(static_cast<std::size_t>(from),
+                                                              static_cast<std::size_t>(to - from));
+            m_block = readBlock(*m_connection, *m_source, numbers, from);
+        };
+        read(start, end);
+        if (!m_block->has(m_place))
+            read(m_place, m_place + 1);
+    }
+    m_shown = m_known->record = {m_block, m_place - m_block->start};
+    return m_shown;
 }
 
 Value Recordset::value(QStringView name) const
 {
-    return impl().value(impl().column(name));
+    return value(column(name));
 }
 
 Value Recordset::value(int column) const
 {
-    if (column < 0 || column >= static_cast<int>(impl().fields().size()))
-        refuse(platform::FieldNotFound);
-    return impl().value(column);
-}
-
-void Recordset::setValue(QStringView name, const Value& value)
-{
-    impl().setValue(impl().column(name), value);
-}
-
-void Recordset::setValue(int column, const Value& value)
-{
-    if (column < 0 || column >= static_cast<int>(impl().fields().size()))
-        refuse(platform::FieldNotFound);
-    impl().setValue(column, value);
+    requireColumn(column);
+    const auto at = static_cast<std::size_t>(column);
+    if (m_buffer)
+        return m_buffer->values[at];
+    requireRecord();
+    const FieldType type = m_shape->fields[at].type;
+    if (!m_source->updatable())
+        return m_block->rows.value(m_place, column, type);
+    const Record& record = shown();
+    if (record.isGone())
+        refuse(platform::RecordDeleted);
+    return record.block->rows.value(record.row, column, type);
 }
 
 int Recordset::column(QStringView name) const
 {
-    return impl().column(name);
+    requireOpen();
+    // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
+    const auto& fields = m_shape->fields;
+    for (std::size_t at = 0; at < fields.size(); ++at)
+        if (fields[at].name.size() == name.size() && sameName(fields[at].name, name))
+            return static_cast<int>(at);
+    refuse(platform::FieldNotFound);
+}
+
+void Recordset::addNew()
+{
+    requireUpdatable();
+    m_buffer = Buffer{true, m_shape->defaults, std::vector<bool>(m_shape->fields.size())};
+}
+
+void Recordset::edit()
+{
+    requireUpdatable();
+    cancelUpdate();
+    requireRecord();
+    confirm(); // what is edited is the record as it stands now
+    Buffer buffer;
+    for (int i = 0; i < static_cast<int>(m_shape->fields.size()); ++i)
+        buffer.values.push_back(value(i));
+    buffer.changed.resize(buffer.values.size());
+    m_buffer = std::move(buffer);
+}
+
+// Reads the current record and compares it with what the set knows of it.
+void Recordset::confirm()
+{
+    const Record before = m_known->record;
+    const Record now{readBlock(*m_connection, *m_source, std::span(&m_known->number, 1))};
+    if (now.isGone())
+        m_shown = m_known->record = now;
+    if (now.isGone() || m_known->removed || (before && before.isGone()))
+        refuse(platform::RecordDeleted);
+    m_shown = m_known->record = now;
+    if (std::exchange(m_known->changedByAnother, false) || (before && !before.same(now)))
+        refuse(platform::ChangedByAnother);
+}
+
+bool Recordset::editing() const
+{
+    requireOpen();
+    return m_buffer.has_value();
+}
+
+void Recordset::cancelUpdate()
+{
+    requireOpen();
+    m_buffer.reset();
+}
+
+void Recordset::setValue(QStringView name, const Value& value)
+{
+    setValue(column(name), value);
+}
+
+void Recordset::setValue(int column, const Value& value)
+{
+    requireColumn(column);
+    if (!m_buffer)
+        refuse(platform::UpdateWithoutEdit);
+    const auto at = static_cast<std::size_t>(column);
+    if (m_shape->columns[at].isEmpty())
+        refuse(platform::ReadOnlySet);
+    if (m_shape->fields[at].counter)
+        refuse(platform::FieldNotUpdatable);
+    m_buffer->values[at] = converted(value, m_shape->fields[at]);
+    m_buffer->changed[at] = true;
+}
+
+void Recordset::update()
+{
+    requireOpen();
+    if (!m_buffer)
+        refuse(platform::UpdateWithoutEdit);
+    const bool given = std::ranges::count(m_buffer->changed, true) > 0;
+    if (m_buffer->added)
+        change([this] { insertBuffer(); });
+    else if (given) {
+        requireRecord();
+        change([this] { updateBuffer(); });
+        // What was written is known, unless it gave the row another number.
+        m_shown = m_known->record.block == m_shown.block ? Record() : m_known->record;
+    }
+    const bool first = m_buffer->added && m_size == 0;
+    if (m_buffer->added) {
+        m_numbers.push_back(m_added->number);
+        ++m_size;
+    }
+    m_buffer.reset();
+    // The first record of an empty set becomes the current one; forms go on with it.
+    if (first)
+        go(0);
+}
+
+void Recordset::remove()
+{
+    requireUpdatable();
+    cancelUpdate();
+    requireRecord();
+    change([this] {
+        confirm();
+        auto statement =
+            m_connection->statement("DELETE FROM " + m_source->table + " WHERE " + m_source->rowKey + "=?1");
+        statement.bind(1, m_known->number);
+        statement.step();
+    });
+    m_numbers.erase(m_numbers.begin() + m_place);
+    --m_size;
+    m_removed = true;
+    m_block.reset();
+}
+
+// The set's own change to its membership leaves the rest of it as true as it was.
+void Recordset::change(const std::function<void()>& write)
+{
+    Transaction transaction(*m_connection);
+    const bool current = m_numbersState == m_connection->state();
+    write();
+    transaction.commit();
+    if (current)
+        m_numbersState = m_connection->stateLeft();
+}
+
+QByteArray Recordset::changedColumns(const char* separator, const char* after) const
+{
+    QByteArray list;
+    for (std::size_t i = 0; i < m_buffer->changed.size(); ++i)
+        if (m_buffer->changed[i])
+            list += (list.isEmpty() ? "" : separator) + m_shape->columns[i] + after;
+    return list;
+}
+
+// Gives how many there are.
+int Recordset::bindChanged(Statement& statement) const
+{
+    int parameter = 0;
+    for (std::size_t i = 0; i < m_buffer->changed.size(); ++i)
+        if (m_buffer->changed[i])
+            statement.bind(++parameter, m_buffer->values[i]);
+    return parameter;
+}
+
+void Recordset::insertBuffer()
+{
+    const auto given = static_cast<int>(std::ranges::count(m_buffer->changed, true));
+    const bool numbered = m_source->freeNumbers;
+    QByteArray columns = changedColumns(",", "");
+    QByteArray values = QByteArray(",?").repeated(given).sliced(given > 0 ? 1 : 0);
+    if (numbered) {
+        columns += (given > 0 ? "," : "") + m_source->rowKey;
+        values += QByteArray(given > 0 ? "," : "") + "max(?,1+ifnull((SELECT max(" + m_source->rowKey + ") FROM " +
+                  m_source->table + "),0))";
+    }
+    auto statement =
+        m_connection->statement("INSERT INTO " + m_source->table +
+                                (columns.isEmpty() ? " DEFAULT VALUES" : '(' + columns + ") VALUES(" + values + ')'));
+    bindChanged(statement);
+    if (numbered)
+        statement.bind(given + 1, minNewNumber());
+    statement.step();
+    m_added = m_connection->knownRecords().add(m_source, sqlite3_last_insert_rowid(m_connection->handle()));
+    m_added->record = {readBlock(*m_connection, *m_source, std::span(&m_added->number, 1))};
+    if (numbered)
+        greatestGiven = std::max(greatestGiven, m_added->number);
+}
+
+void Recordset::updateBuffer()
+{
+    confirm();
+    auto statement = m_connection->statement("UPDATE " + m_source->table + " SET " + changedColumns(",", "=?") +
+                                             " WHERE " + m_source->rowKey + "=?");
+    statement.bind(bindChanged(statement) + 1, m_known->number);
+    statement.step();
 }
 
 void Recordset::close()
 {
-    (void)impl();
-    m_impl.reset();
+    requireOpen();
+    m_connection.reset();
 }
 
 } // namespace orlo::store

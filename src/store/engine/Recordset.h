@@ -1,43 +1,40 @@
 #pragma once
 
+#include "store/engine/Record.h"
 #include "store/engine/Value.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orlo::store
 {
 
-/// Field types with their catalogue codes.
-enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Date = 8, Text = 10, Memo = 12 };
-
-/// One column of a record set.
-struct FieldInfo {
-    QString name;
-    FieldType type = FieldType::Text;
-    int size = 0;         ///< most characters of a Text field, 0 for none stated
-    bool counter = false; ///< numbered by the engine
-};
+class Connection;
+class Statement;
+struct RowShape;
+struct Source;
 
 /// A set of records with a position, read and written by field name (without regard to case).
 ///
-/// A query on one table gives an updatable set: which rows belong to it is fixed at opening, their values are read when
-/// the set comes to them. Anything else is a read-only snapshot. A set outlives neither its own close() nor its
+/// A query on one table gives an updatable set: which rows belong to it is fixed at opening; a record is read, whole,
+/// when the set comes to it. Anything else is a read-only snapshot. A set outlives neither its own close() nor its
 /// database's: any use after that raises 3420. Every update() and remove() is durable when it returns.
+///
+/// 3167 and 3197 tell of other programs, and 3167 of a record that this one removed: what another set or an Execute of
+/// this program made of a record since the set read it is no failure.
 class Recordset
 {
 public:
-    ~Recordset();
-    Recordset(Recordset&&) noexcept;
-    Recordset& operator=(Recordset&&) noexcept;
-    Recordset(const Recordset&) = delete;
-    Recordset& operator=(const Recordset&) = delete;
+    /// As Database::openRecordset().
+    Recordset(std::shared_ptr<Connection> connection, const QString& source, const std::function<void()>& readingOn);
 
     /// Both true on an empty set; bof() before the first record, eof() past the last.
     [[nodiscard]] bool bof() const;
     [[nodiscard]] bool eof() const;
     /// The number of records, exact from the start. A set opened by a table's name then has the table's records of now.
-    [[nodiscard]] int recordCount() const;
+    [[nodiscard]] int recordCount();
     [[nodiscard]] bool updatable() const;
     [[nodiscard]] const std::vector<FieldInfo>& fields() const;
 
@@ -55,8 +52,8 @@ public:
     [[nodiscard]] int place() const;
 
     /// Opens a new record's buffer, or the current record's. Raise 3027 on a read-only set; edit() raises 3021 without
-    /// a current record, 3167 on a removed one, and 3197 on one that another program changed since the set read it;
-    /// the set then has the new values.
+    /// a current record, 3167 on a removed one, and 3197 on one that another program changed since the set read or
+    /// wrote it; the set then has the new values.
     void addNew();
     void edit();
     /// True between addNew() or edit() and the update or move that ends it.
@@ -86,12 +83,45 @@ public:
 
     void close();
 
-    class Impl;
-    explicit Recordset(std::unique_ptr<Impl> impl);
-
 private:
-    std::unique_ptr<Impl> m_impl;
-    [[nodiscard]] Impl& impl() const; // raises 3420 on a dead set
+    struct Buffer {
+        bool added = false;
+        std::vector<Value> values;
+        std::vector<bool> changed;
+    };
+
+    void openSnapshot(const std::function<void()>& readingOn);
+    void openNumbers();
+    void requireOpen() const; // raises 3420 on a dead set
+    void requireRecord() const;
+    void requireUpdatable() const;
+    void requireColumn(int column) const;
+    void go(qsizetype place);
+    void step(qsizetype n);
+    [[nodiscard]] bool hasRecord() const { return !m_removed && m_place >= 0 && m_place < m_size; }
+    [[nodiscard]] const Record& shown() const;
+    void confirm();
+    void change(const std::function<void()>& write);
+    void insertBuffer();
+    void updateBuffer();
+    [[nodiscard]] QByteArray changedColumns(const char* separator, const char* after) const;
+    int bindChanged(Statement& statement) const;
+
+    std::shared_ptr<Connection> m_connection; // none once it is closed
+    std::shared_ptr<const Source> m_source;
+    std::shared_ptr<const RowShape> m_shape;
+    std::vector<qint64> m_numbers; // of an updatable set's rows
+    FileState m_numbersState;
+    qsizetype m_size = 0;
+    qsizetype m_place = 0;
+    bool m_removed = false; // the record at m_place was removed; the ones after it have moved up
+    // What was read last: all of a snapshot's records, or those ahead of an updatable set.
+    mutable std::shared_ptr<const Block> m_block;
+    mutable qsizetype m_ahead = 1; // how many records the next block has
+    mutable Record m_shown;        // the current one, once it was asked for
+    std::shared_ptr<KnownRecord> m_known; // the current one
+    std::shared_ptr<KnownRecord> m_added; // the one that was added last
+    std::optional<Buffer> m_buffer;
 };
 
 } // namespace orlo::store

@@ -2,9 +2,6 @@
 
 #include <sqlite3.h>
 
-#include <algorithm>
-#include <numeric>
-
 namespace orlo::store
 {
 
@@ -57,26 +54,13 @@ std::optional<DateTime> readIso(QByteArrayView text)
     return result.date.isValid() && result.time.isValid() ? std::optional(result) : std::nullopt;
 }
 
-std::vector<int> allColumns(std::size_t count)
-{
-    std::vector<int> columns(count);
-    std::iota(columns.begin(), columns.end(), 0);
-    return columns;
-}
-
-Rows::Rows(std::vector<int> columns) : m_columns(std::move(columns))
-{
-    for (int slot = 0; slot < std::ssize(m_columns); ++slot) {
-        const auto column = static_cast<std::size_t>(m_columns[static_cast<std::size_t>(slot)]);
-        m_slots.resize(std::max(m_slots.size(), column + 1), -1);
-        m_slots[column] = slot;
-    }
-}
-
 void Rows::append(sqlite3_stmt* statement)
 {
-    for (const int column : m_columns) {
-        sqlite3_value* const value = sqlite3_column_value(statement, column);
+    m_there.push_back(statement != nullptr);
+    if (!statement)
+        m_cells.resize(m_cells.size() + m_columns);
+    for (std::size_t column = 0; statement && column < m_columns; ++column) {
+        sqlite3_value* const value = sqlite3_column_value(statement, static_cast<int>(column));
         Cell cell{};
         cell.kind = Kind::Null;
         switch (sqlite3_value_type(value)) {
@@ -102,32 +86,11 @@ void Rows::append(sqlite3_stmt* statement)
         }
         m_cells.push_back(cell);
     }
-    ++m_size;
-}
-
-void Rows::clear()
-{
-    m_cells.clear();
-    m_bytes.clear();
-    m_size = 0;
-}
-
-bool Rows::has(int column) const
-{
-    return column < std::ssize(m_slots) && m_slots[static_cast<std::size_t>(column)] >= 0;
-}
-
-void Rows::addColumn(int column)
-{
-    std::vector<int> columns = m_columns;
-    columns.push_back(column);
-    *this = Rows(std::move(columns));
 }
 
 const Rows::Cell& Rows::cell(qsizetype row, int column) const
 {
-    const auto slot = static_cast<std::size_t>(m_slots[static_cast<std::size_t>(column)]);
-    return m_cells[static_cast<std::size_t>(row) * m_columns.size() + slot];
+    return m_cells[static_cast<std::size_t>(row) * m_columns + static_cast<std::size_t>(column)];
 }
 
 std::string_view Rows::bytes(const Cell& cell) const
@@ -137,15 +100,16 @@ std::string_view Rows::bytes(const Cell& cell) const
 
 bool Rows::same(qsizetype row, const Rows& others, qsizetype othersRow) const
 {
-    return std::ranges::all_of(m_columns, [&](int column) {
+    if (isGone(row) || others.isGone(othersRow))
+        return isGone(row) == others.isGone(othersRow);
+    for (int column = 0; column < static_cast<int>(m_columns); ++column) {
         const Cell& a = cell(row, column);
         const Cell& b = others.cell(othersRow, column);
-        if (a.kind != b.kind || a.kind == Kind::Null)
-            return a.kind == b.kind;
-        if (a.kind == Kind::Text)
-            return bytes(a) == others.bytes(b);
-        return a.kind == Kind::Number ? a.number == b.number : a.whole == b.whole;
-    });
+        if (a.kind != b.kind || (a.kind == Kind::Whole && a.whole != b.whole) ||
+            (a.kind == Kind::Number && a.number != b.number) || (a.kind == Kind::Text && bytes(a) != others.bytes(b)))
+            return false;
+    }
+    return true;
 }
 
 Value Rows::value(qsizetype row, int column, FieldType type) const
@@ -171,7 +135,7 @@ Value Rows::value(qsizetype row, int column, FieldType type) const
 
 FieldType Rows::typeOf(int column) const
 {
-    for (qsizetype row = 0; row < m_size; ++row)
+    for (qsizetype row = 0; row < size(); ++row)
         switch (cell(row, column).kind) {
         case Kind::Whole:
             return FieldType::Long;

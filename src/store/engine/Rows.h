@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/engine/Recordset.h"
+#include "store/engine/Value.h"
 
 #include <optional>
 #include <string>
@@ -17,29 +17,21 @@ namespace orlo::store
 /// Reads what isoText() writes; nothing for any other text.
 [[nodiscard]] std::optional<DateTime> readIso(QByteArrayView text);
 
-/// The columns of a row that has so many.
-[[nodiscard]] std::vector<int> allColumns(std::size_t count);
-
 /// Rows as SQLite gave them, kept close together; a value is made only when it's asked for.
 class Rows
 {
 public:
-    /// Takes these columns of every row that is appended.
-    explicit Rows(std::vector<int> columns);
+    /// Takes the first so many columns of every row that is appended.
+    explicit Rows(std::size_t columns) : m_columns(columns) {}
 
-    /// Takes over the statement's current row.
+    /// Takes over the statement's current row; without a statement, a place for one that is gone.
     void append(sqlite3_stmt* statement);
-    /// Drops all rows.
-    void clear();
-    [[nodiscard]] qsizetype size() const { return m_size; }
-    /// True for a column that is taken.
-    [[nodiscard]] bool has(int column) const;
-    /// How many columns of every row are taken.
-    [[nodiscard]] std::size_t columns() const { return m_columns.size(); }
-    /// True if a row of others, which has all columns of this, has the same in them.
+    [[nodiscard]] qsizetype size() const { return static_cast<qsizetype>(m_there.size()); }
+    /// The memory that they take, roughly.
+    [[nodiscard]] std::size_t bytes() const { return m_bytes.size() + m_cells.size() * sizeof(Cell); }
+    [[nodiscard]] bool isGone(qsizetype row) const { return !m_there[static_cast<std::size_t>(row)]; }
+    /// True if a row of others, which have the same columns, holds the same.
     [[nodiscard]] bool same(qsizetype row, const Rows& others, qsizetype othersRow) const;
-    /// Drops all rows and takes one more column from now on.
-    void addColumn(int column);
     /// The value as a field of the type reads it; what the file holds of another kind comes as it is.
     [[nodiscard]] Value value(qsizetype row, int column, FieldType type) const;
     /// The field type that fits what the column holds, for columns that declare none.
@@ -59,9 +51,8 @@ private:
     [[nodiscard]] const Cell& cell(qsizetype row, int column) const;
     [[nodiscard]] std::string_view bytes(const Cell& cell) const;
 
-    std::vector<int> m_columns;
-    std::vector<int> m_slots; // by column: its place among a row's cells, -1 for none
-    qsizetype m_size = 0;
+    std::size_t m_columns;
+    std::vector<bool> m_there; // by row
     std::vector<Cell> m_cells;
     std::string m_bytes;
 };

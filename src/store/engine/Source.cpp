@@ -195,6 +195,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     if (!table || table->isQuery || table->rowKey.isEmpty())
         return source;
 
+    source->tableName = table->name.toUtf8();
     source->table = quoted(table->name);
     source->rowKey = table->rowKey;
     source->freeNumbers = table->freeNumbers;
@@ -208,8 +209,6 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
         statement ? translated.sql.sliced(results, translated.fromStart - results).toUtf8() : QByteArray(" *");
     const QByteArray tail = translated.sql.sliced(translated.tailStart).toUtf8();
     source->rowSql = "SELECT" + columns + from + " WHERE " + key + "=?1";
-    source->blockSql = "SELECT" + columns + ',' + key + from + " WHERE " + key + " IN (?" +
-                       QByteArray(",?").repeated(MaxBlock - 1) + ')';
     source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
     const bool keyAlone = source->shape->plain && !translated.ordersByPlace;
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/engine/Recordset.h"
+#include "store/engine/Value.h"
 #include "store/engine/Sql.h"
 
 #include <QByteArray>
@@ -14,9 +14,6 @@ class Connection;
 class Statement;
 struct TableInfo;
 
-/// The most rows of an updatable set that are read at once.
-constexpr int MaxBlock = 256;
-
 /// What one record of a set looks like and how to read and write it.
 struct RowShape {
     std::vector<FieldInfo> fields;
@@ -28,13 +25,13 @@ struct RowShape {
 /// Where a record set comes from: the statements that an opening needs, ready made.
 struct Source {
     std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
-    QByteArray table;                      ///< quoted
+    QByteArray tableName;
+    QByteArray table;                      ///< the same, quoted
     QByteArray rowKey;
     bool freeNumbers = false; ///< as of the table
     bool wholeTable = false;  ///< opened by the table's name
     QByteArray keysSql;       ///< the membership of an updatable set, the row's key in the last column
     QByteArray rowSql;        ///< one row by its key
-    QByteArray blockSql;      ///< up to MaxBlock rows by their keys, the key in the last column, in any order
     QByteArray rowsSql;       ///< all rows of a read-only set
     std::shared_ptr<const KnownFields> fields; ///< what is known of its fields; null for nothing
 

@@ -63,4 +63,15 @@ private:
     Data m_data;
 };
 
+/// Field types with their catalogue codes.
+enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Date = 8, Text = 10, Memo = 12 };
+
+/// One column of a record set.
+struct FieldInfo {
+    QString name;
+    FieldType type = FieldType::Text;
+    int size = 0;         ///< most characters of a Text field, 0 for none stated
+    bool counter = false; ///< numbered by the engine
+};
+
 } // namespace orlo::store

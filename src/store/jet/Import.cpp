@@ -375,6 +375,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
 
     // Each value is converted to its field's type on its way in; the checks would find nothing more.
     connection.run("PRAGMA ignore_check_constraints=ON");
+    Transaction transaction(connection);
     BulkLoad load(database);
     createTables(connection, definitions);
     std::vector<TableFill> fills;
@@ -395,7 +396,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     if (definitions.version == SchemaVersion::V11)
         for (const QueryDef& query : schema::queries())
             createQuery(connection, query);
-    load.commit();
+    transaction.commit();
     for (TableFill& fill : fills)
         fill.verify();
     checkIntegrity(connection, definitions);

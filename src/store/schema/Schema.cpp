@@ -1,6 +1,5 @@
 #include "store/schema/Schema.h"
 
-#include "store/engine/BulkLoad.h"
 
 #include <span>
 
@@ -373,7 +372,7 @@ const Editions& schema::editions()
 
 void createSchema(Database& database)
 {
-    BulkLoad together(database);
+    Transaction together(database);
     createTables(database, SchemaVersion::V11);
     for (const QueryDef& query : schema::queries())
         database.createQueryDef(query.name, query.sql);
@@ -384,7 +383,7 @@ void createSchema(Database& database)
 
 void createSchema10(Database& database)
 {
-    BulkLoad together(database);
+    Transaction together(database);
     createTables(database, SchemaVersion::V10);
     together.commit();
 }

@@ -5,30 +5,30 @@
 
 #include <optional>
 
-namespace orlo::store
+namespace orlo
 {
 
 /// A form's variable for a record set. Until one is assigned, as after a failed opening, its use raises 91.
 class RecordsetVariable
 {
 public:
-    RecordsetVariable& operator=(Recordset&& records)
+    RecordsetVariable& operator=(store::Recordset&& records)
     {
         m_records = std::move(records);
         return *this;
     }
-    [[nodiscard]] Recordset& operator*()
+    [[nodiscard]] store::Recordset& operator*()
     {
         requireSet();
         return *m_records;
     }
-    [[nodiscard]] const Recordset& operator*() const
+    [[nodiscard]] const store::Recordset& operator*() const
     {
         requireSet();
         return *m_records;
     }
-    [[nodiscard]] Recordset* operator->() { return &**this; }
-    [[nodiscard]] const Recordset* operator->() const { return &**this; }
+    [[nodiscard]] store::Recordset* operator->() { return &**this; }
+    [[nodiscard]] const store::Recordset* operator->() const { return &**this; }
 
 private:
     void requireSet() const
@@ -37,7 +37,7 @@ private:
             throw platform::RuntimeError(platform::ObjectNotSet);
     }
 
-    std::optional<Recordset> m_records;
+    std::optional<store::Recordset> m_records;
 };
 
-} // namespace orlo::store
+} // namespace orlo

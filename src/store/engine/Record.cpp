@@ -1,0 +1,123 @@
+#include "store/engine/Record.h"
+
+#include "platform/RuntimeError.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Source.h"
+
+#include <QScopeGuard>
+
+namespace orlo::store
+{
+
+namespace
+{
+constexpr std::size_t MaxBlockSize = 4'000'000; // bytes
+}
+
+void refuse(int number)
+{
+    throw platform::RuntimeError(number, QStringLiteral("Recordset"));
+}
+
+std::shared_ptr<const Block> readBlock(Connection& connection, const Source& source, std::span<const qint64> numbers,
+                                       qsizetype start)
+{
+    // The state before the reading: what another program changes meanwhile is noticed by the next look, not missed.
+    auto block = std::make_shared<Block>(Block{connection.state(), start, Rows(source.shape->fields.size())});
+    const bool reading = numbers.size() > 1 && connection.beginReading();
+    const auto end = qScopeGuard([&] {
+        if (reading)
+            connection.endReading();
+    });
+    auto row = connection.statement(source.rowSql, Origin::Outside);
+    for (const qint64 number : numbers) {
+        row.bind(1, number);
+        block->rows.append(row.step() ? row.handle() : nullptr);
+        row.reset();
+        if (block->rows.bytes() > MaxBlockSize)
+            break;
+    }
+    return block;
+}
+
+std::shared_ptr<KnownRecord> KnownRecords::add(std::shared_ptr<const Source> source, qint64 number)
+{
+    std::erase_if(m_records, [](const auto& record) { return record.expired(); });
+    auto known = std::make_shared<KnownRecord>(KnownRecord{std::move(source), number});
+    m_records.push_back(known);
+    return known;
+}
+
+template <typename Action>
+void KnownRecords::forEach(const Action& action)
+{
+    for (const auto& record : m_records)
+        if (const auto known = record.lock())
+            action(*known);
+}
+
+Record KnownRecords::read(const KnownRecord& known) const
+{
+    return {readBlock(m_connection, *known.source, std::span(&known.number, 1))};
+}
+
+void KnownRecords::begin()
+{
+    m_wrote = false;
+    m_before = m_connection.state().version;
+    if (m_before == m_version)
+        return;
+    forEach([this](KnownRecord& known) {
+        if (!known.record || known.removed || known.changedByAnother)
+            return;
+        try {
+            known.changedByAnother = !known.record.same(read(known));
+        } catch (const platform::RuntimeError&) { // its table has other columns now
+            known.changedByAnother = true;
+        }
+    });
+}
+
+void KnownRecords::note(bool removed, const char* table, qint64 number)
+{
+    m_wrote = true;
+    forEach([&](KnownRecord& known) {
+        if (known.number == number && known.source->tableName == table && known.pending != KnownRecord::Change::Removed)
+            known.pending = removed ? KnownRecord::Change::Removed : KnownRecord::Change::Written;
+    });
+}
+
+void KnownRecords::settle()
+{
+    forEach([this](KnownRecord& known) {
+        if (known.pending != KnownRecord::Change::Written || !known.record || known.record.isGone())
+            return;
+        try {
+            known.written = read(known);
+        } catch (const platform::RuntimeError&) {
+            known.changedByAnother = true;
+        }
+    });
+}
+
+void KnownRecords::accept()
+{
+    forEach([](KnownRecord& known) {
+        if (known.written)
+            known.record = known.written;
+        known.removed = known.removed || known.pending == KnownRecord::Change::Removed;
+    });
+    drop();
+    // A file that nobody else can use counts no changes.
+    m_version = m_wrote && m_connection.state().version != m_before ? m_before + 1 : m_before;
+}
+
+void KnownRecords::drop()
+{
+    forEach([](KnownRecord& known) {
+        known.pending = KnownRecord::Change::None;
+        known.written = {};
+    });
+}
+
+} // namespace orlo::store
