@@ -185,6 +185,7 @@ private:
 
 QStringList scramble(Database& pack, Database& made)
 {
+    store::Transaction together(made);
     store::BulkLoad load(made);
     Scrambler scrambler;
     for (const QString& name : pack.tableNames()) {
@@ -208,6 +209,6 @@ QStringList scramble(Database& pack, Database& made)
         else
             made.createQueryDef(known->name, known->sql);
     }
-    load.commit();
+    together.commit();
     return left;
 }

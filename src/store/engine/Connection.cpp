@@ -135,7 +135,7 @@ void Connection::checkFile() const
 void Connection::harden()
 {
     sqlite3_extended_result_codes(m_db, 1);
-    sqlite3_busy_timeout(m_db, BusyMilliseconds);
+    waitForOthers();
     const auto note = [](void* connection, int change, const char*, const char* table, sqlite3_int64 number) {
         static_cast<Connection*>(connection)->m_knownRecords.note(change == SQLITE_DELETE, table, number);
     };
@@ -154,6 +154,11 @@ void Connection::harden()
     addFunctions(m_db);
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
         "PRAGMA journal_mode=PERSIST;PRAGMA journal_size_limit=1048576;PRAGMA synchronous=FULL");
+}
+
+void Connection::waitForOthers()
+{
+    sqlite3_busy_timeout(m_db, BusyMilliseconds);
 }
 
 void Connection::close()
@@ -340,7 +345,8 @@ quint32 Connection::version() const
         return qFromBigEndian<quint32>(head.data() + CounterAt - FormatAt);
     sqlite3_stmt* asked = nullptr;
     sqlite3_prepare_v2(m_db, "PRAGMA data_version", -1, &asked, nullptr);
-    const quint32 version = sqlite3_step(asked) == SQLITE_ROW ? static_cast<quint32>(sqlite3_column_int64(asked, 0)) : 0;
+    const quint32 version =
+        sqlite3_step(asked) == SQLITE_ROW ? static_cast<quint32>(sqlite3_column_int64(asked, 0)) : 0;
     sqlite3_finalize(asked);
     return version;
 }
@@ -388,6 +394,7 @@ Transaction::Transaction(Connection& connection) : m_connection(connection)
     m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
     if (!m_outermost)
         return;
+    m_connection.changeWatch().aboutTo({});
     m_connection.run("BEGIN IMMEDIATE");
     m_connection.knownRecords().begin();
 }

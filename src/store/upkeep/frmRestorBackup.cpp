@@ -57,6 +57,7 @@ void frmRestorBackup::copyBackup()
     }
     const qint64 size = platform::toInt32(static_cast<double>(gFileSystem.getFile(backup).size));
     unloadDataForms();
+    keepCopy();
     database().close();
     gFileSystem.copyFile(backup, databasePath(), true);
     if (gFileSystem.getFile(databasePath()).size == size) {
