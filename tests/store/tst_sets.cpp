@@ -21,7 +21,7 @@ namespace
 // A record's values in the file; none of one that is gone.
 using State = QStringList;
 constexpr std::array Fields{u"SID", u"Name", u"Note", u"F1", u"F2"};
-constexpr int MaxRecords = 8;
+constexpr int MaxRecords = 4;
 
 QString shown(const Value& value)
 {
@@ -124,7 +124,7 @@ private:
     {
         const QList<qint64> numbers = m_rows.keys();
         const qint64 one = numbers.value(random(numbers.size()));
-        const int action = numbers.isEmpty() ? 0 : random(4);
+        const int action = numbers.isEmpty() ? 0 : random(8);
         QString sql;
         if (action == 0 && numbers.size() < MaxRecords) {
             const qint64 last = numbers.isEmpty() ? 0 : numbers.back();

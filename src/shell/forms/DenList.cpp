@@ -40,7 +40,7 @@ std::vector<ListEntry> activeDens()
 
 QString denName(std::int16_t denSID)
 {
-    const auto den = database().openRecordset(
+    auto den = database().openRecordset(
         QStringLiteral("Select Den_Number, Den_Type, Den_SID From Dens Where Den_SID = %1").arg(denSID));
     return den.recordCount() > 0 ? denText(den) : QString();
 }

@@ -251,6 +251,7 @@ const Record& Recordset::shown() const
             read(m_place, m_place + 1);
     }
     m_shown = m_known->record = {m_block, m_place - m_block->start};
+    m_known->changedByAnother = false;
     return m_shown;
 }
 
