@@ -63,20 +63,27 @@ QDateTime KeptCopies::now()
     return {platform::today(), QTime::currentTime()};
 }
 
+void KeptCopies::begin()
+{
+    m_version.reset();
+    m_replacing = false;
+}
+
 bool KeptCopies::beforeChange(Database& database, const Change& change)
 {
     const bool removes = change.removes && !isWorkingTable(change.table);
     if (m_failedAt && isWithin(*m_failedAt, m_clock()))
         return false;
     const bool needed = removes ? !m_removed || !m_madeAt || !isWithin(*m_madeAt, m_clock()) : !ofToday();
-    const bool made = !needed || copyOf(database, true);
+    const bool made = !needed || copyOf(database);
     m_removed = m_removed || (removes && made);
     return made;
 }
 
 void KeptCopies::beforeReplacement(Database& database)
 {
-    copyOf(database, false);
+    m_replacing = true;
+    copyOf(database);
 }
 
 void KeptCopies::beforeReplacement()
@@ -84,41 +91,42 @@ void KeptCopies::beforeReplacement()
     if (!QFileInfo(m_file).isFile())
         return;
     begin();
+    m_replacing = true;
     try {
         Database database = DBEngine::openDatabase(m_file); // which settles what a killed run left half done
-        copyOf(database, false);
+        copyOf(database);
     } catch (const RuntimeError&) { // in the former format, or damaged
-        make([this](const QString& path) { platform::FileSystem().copyFile(m_file, path, false); }, false);
+        make([this](const QString& path) { platform::FileSystem().copyFile(m_file, path, false); });
     }
 }
 
-bool KeptCopies::copyOf(Database& database, bool thins)
+bool KeptCopies::copyOf(Database& database)
 {
     if (!database.isOpen())
         return true;
     const quint32 version = database.state().version; // before the copy: what comes between makes another one
     if (m_version == version)
         return true;
-    if (!make([&database](const QString& path) { database.copyTo(path); }, thins))
+    if (!make([&database](const QString& path) { database.copyTo(path); }))
         return false;
     m_version = version;
     return true;
 }
 
-bool KeptCopies::make(const Writer& write, bool thins)
+bool KeptCopies::make(const Writer& write)
 {
     try {
         makeFolder();
         sweep();
-        requireRoom(thins);
+        requireRoom();
         put(write);
         m_madeAt = m_clock();
         m_failedAt.reset();
-        if (thins)
+        if (!m_replacing)
             thin();
         return true;
     } catch (const RuntimeError& error) {
-        if (thins)
+        if (!m_replacing)
             m_failedAt = m_clock();
         platform::logError(QStringLiteral("ORLO made no copy of the records in %1: %2")
                                .arg(QDir::toNativeSeparators(m_folder), error.description()));
@@ -160,10 +168,10 @@ qint64 KeptCopies::sizeOf(const QStringList& copies) const
 }
 
 // What thinning would leave must have room beside the new one.
-void KeptCopies::requireRoom(bool thins) const
+void KeptCopies::requireRoom() const
 {
     const QStringList all = names();
-    const QStringList staying = thins ? all.filter(m_clock().date().toString(Qt::ISODate)) : all;
+    const QStringList staying = m_replacing ? all : all.filter(m_clock().date().toString(Qt::ISODate));
     const qint64 room = platform::FileSystem().freeSpaceAt(m_folder) / PartOfRoom;
     if (QFileInfo(m_file).size() + sizeOf(staying) > room)
         refuseCopy(platform::DiskFull);

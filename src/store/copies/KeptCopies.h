@@ -24,14 +24,14 @@ public:
     /// Of a file at a native path. The clock tells today() and the time of day.
     explicit KeptCopies(const QString& file, Clock clock = now);
 
-    /// What was known of the file's state doesn't count: it may be another file by now.
-    void begin() { m_version.reset(); }
+    /// The file has been opened: it may be another one by now.
+    void begin();
     /// Before a change: a copy where the day has none yet. Before rows go: one where this is the first time, or where
     /// the newest is more than ten minutes old. None where nothing has changed since the last one. False where it
     /// should be tried again before the next change.
     bool beforeChange(Database& database, const Change& change);
     /// Before something else takes the place of the open file: a copy, unless nothing has changed since the last one.
-    /// No other copy goes, since one of them may be what takes its place.
+    /// No other copy goes until the file is opened again, since one of them may be what takes its place.
     void beforeReplacement(Database& database);
     /// The same for a file that isn't open; nothing without one.
     void beforeReplacement();
@@ -42,15 +42,15 @@ private:
 
     [[nodiscard]] bool ofToday() const;
     [[nodiscard]] bool isRecent(const std::optional<QDateTime>& time) const;
-    bool copyOf(Database& database, bool thins);
-    bool make(const Writer& write, bool thins);
+    bool copyOf(Database& database);
+    bool make(const Writer& write);
     void put(const Writer& write);
     void makeFolder() const;
     [[nodiscard]] QString freeName() const;
     [[nodiscard]] QString passingName(const QString& name) const;
     [[nodiscard]] QStringList names() const;
     [[nodiscard]] qint64 sizeOf(const QStringList& copies) const;
-    void requireRoom(bool thins) const;
+    void requireRoom() const;
     void thin() const;
     void sweep() const;
     void remove(const QString& name) const;
@@ -61,7 +61,8 @@ private:
     std::optional<quint32> m_version;  // of the file when the last copy was made
     std::optional<QDateTime> m_madeAt; // the last copy
     std::optional<QDateTime> m_failedAt;
-    bool m_removed = false; // rows have gone in this run
+    bool m_removed = false;   // rows have gone in this run
+    bool m_replacing = false; // something else is about to take the file's place
 };
 
 /// From here on copies of an open file make themselves; a path as the program builds them.

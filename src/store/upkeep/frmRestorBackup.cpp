@@ -56,8 +56,8 @@ void frmRestorBackup::copyBackup()
         return;
     }
     const qint64 size = platform::toInt32(static_cast<double>(gFileSystem.getFile(backup).size));
+    keepCopy(); // before the forms change anything at their unload
     unloadDataForms();
-    keepCopy();
     database().close();
     gFileSystem.copyFile(backup, databasePath(), true);
     if (gFileSystem.getFile(databasePath()).size == size) {
