@@ -271,7 +271,7 @@ good      | F | restored | d   | 0)");
             }
         openDatabase(databasePath());
         if (!old)
-            test::fill("Update Dens Set Den_Name = 'today' Where Den_SID = 1");
+            database().execute("Update Dens Set Den_Name = 'today' Where Den_SID = 1");
         Instance<frmDenInfo>::show();
         if (!old) {
             test::control<QPushButton>(Instance<frmDenInfo>::get(), "cmdLast").click();
