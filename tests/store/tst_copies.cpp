@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 using namespace orlo;
@@ -172,6 +173,7 @@ private Q_SLOTS:
             little room               |
             room for two              | 06-07=a
             another program's change  | 06-07=a
+            another tool's log        |
             a file of the day's name  | 06-07_14.05=a
             a run that was killed     | 06-07=a
             a copy with a note        | 2018-01-01=a 06-07=a)");
@@ -214,6 +216,12 @@ private Q_SLOTS:
             orlo::test::write(folder + "/2018-01-02/note", "mine");
         }
 
+        sqlite3* tool = nullptr;
+        const auto closing = qScopeGuard([&tool] { sqlite3_close(tool); });
+        if (what.endsWith("log")) { // the newest rows aren't in the file
+            sqlite3_open(file().toUtf8().constData(), &tool);
+            sqlite3_exec(tool, "Pragma journal_mode=WAL; Update Dens Set Den_Name = 'b'", nullptr, nullptr, nullptr);
+        }
         Database database = DBEngine::openDatabase(file());
         KeptCopies keeper(file(), [] { return clockTime; });
         std::optional<Database> other;
@@ -264,10 +272,8 @@ private Q_SLOTS:
         QVERIFY(flushes < 0 || test::folderFlushes() >= flushes + 3);
         database.close();
         const QString copy = m_folder->filePath("copies/2026-06-07/Quorrel11_Backup");
-        QCOMPARE(QFileInfo(copy).size(), QFileInfo(file()).size());
+        QVERIFY(contents(copy) == contents(file()));
         QCOMPARE(QFileInfo(copy).permissions(), QFileInfo(file()).permissions());
-        QCOMPARE(sqlite(copy, "Pragma integrity_check"), QStringList("ok"));
-        QCOMPARE(sqlite(copy, "Select * From Scouts"), sqlite(file(), "Select * From Scouts"));
     }
 
     // Two programs begin the day at the same moment: one copy, and both changes.

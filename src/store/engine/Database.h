@@ -105,9 +105,9 @@ public:
     void watchChanges(std::function<bool(Database&, const Change&)> listener);
     /// Tells of a removal that begins with other steps.
     void aboutToRemove();
-    /// Writes a whole copy of the file as it stands to a new file, which isn't flushed; a native path. Raises 3050
-    /// while another program changes the file, 3049 where a page can't be read, 61, 70 or 75 where the copy can't be
-    /// written.
+    /// Writes a copy of the file as it stands to a new file, which isn't flushed; a native path. Raises 3050 within a
+    /// transaction and while another program changes the file, 3049 where it can't be read, 61 or 75 where the copy
+    /// can't be written.
     void copyTo(const QString& path);
     /// The file's state, which is another one after every change, whoever made it. Raises 3420 if it is closed.
     [[nodiscard]] FileState state() const;

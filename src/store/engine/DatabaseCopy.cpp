@@ -2,9 +2,8 @@
 
 #include "platform/RuntimeError.h"
 #include "store/engine/Connection.h"
-#include "store/engine/Failure.h"
 
-#include <QFileInfo>
+#include <QFile>
 #include <QScopeGuard>
 
 #include <sqlite3.h>
@@ -16,41 +15,47 @@ namespace
 {
 
 constexpr int CopyBusyMilliseconds = 200;
+constexpr sqlite3_int64 BlockSize = 1 << 20; // bytes
+constexpr qsizetype FormatAt = 18;           // bytes from the file's start
+constexpr char WithJournal = 1;
 
-[[noreturn]] void raiseCopying(sqlite3* made, int code)
+[[noreturn]] void refuseCopying(int number)
 {
-    const QString words = QString::fromUtf8(code == SQLITE_OK ? "" : sqlite3_errmsg(made));
-    throw platform::RuntimeError(failureNumber(code, words, false), QStringLiteral("Database"));
+    throw platform::RuntimeError(number, QStringLiteral("Database"));
 }
 
 } // namespace
 
-// Page by page through both engines: the copy is of one state, whatever journal the file has.
+// Under SQLite's own lock, and through its own handle: closing another one on the file would give that lock up.
 void copyDatabase(Connection& connection, const QString& path)
 {
     connection.ensureOpen();
     connection.readyToWrite(); // a reading that goes on would be the state of its beginning
-    sqlite3* made = nullptr;
-    const auto closing = qScopeGuard([&made] { sqlite3_close_v2(made); });
-    // An absolute path, since SQLite reads "file:" as the start of an address with options.
-    const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
-    int code = sqlite3_open_v2(name.constData(), &made,
-                               SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
-    // Nobody sees the copy before it is whole, so it needs no way back of its own.
-    if (code == SQLITE_OK)
-        code = sqlite3_exec(made, "PRAGMA journal_mode=OFF;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE",
-                            nullptr, nullptr, nullptr);
-    if (code != SQLITE_OK)
-        raiseCopying(made, code);
     sqlite3_busy_timeout(connection.handle(), CopyBusyMilliseconds);
     const auto patience = qScopeGuard([&connection] { connection.waitForOthers(); });
-    sqlite3_backup* copying = sqlite3_backup_init(made, "main", connection.handle(), "main");
-    if (!copying)
-        raiseCopying(made, sqlite3_errcode(made));
-    const int stepped = sqlite3_backup_step(copying, -1);
-    const int finished = sqlite3_backup_finish(copying);
-    if (stepped != SQLITE_DONE || finished != SQLITE_OK)
-        raiseCopying(made, stepped == SQLITE_DONE ? finished : stepped);
+    if (!connection.beginReading())
+        refuseCopying(platform::CannotLockFile);
+    const auto ending = qScopeGuard([&connection] { connection.endReading(); });
+    (void)connection.statement("SELECT count(*) FROM sqlite_master").step(); // takes the lock
+
+    sqlite3_file* file = nullptr;
+    sqlite3_int64 size = 0;
+    sqlite3_file_control(connection.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (!file || !file->pMethods || file->pMethods->xFileSize(file, &size) != SQLITE_OK)
+        refuseCopying(platform::DatabaseDamaged);
+    QFile made(path);
+    if (!made.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        refuseCopying(platform::PathFileAccess);
+    QByteArray block;
+    for (sqlite3_int64 at = 0; at < size; at += block.size()) {
+        block.resize(std::min(BlockSize, size - at));
+        if (file->pMethods->xRead(file, block.data(), static_cast<int>(block.size()), at) != SQLITE_OK)
+            refuseCopying(platform::DatabaseDamaged);
+        if (at == 0 && block[FormatAt] != WithJournal) // the newest rows are in the log
+            refuseCopying(platform::CannotLockFile);
+        if (made.write(block) != block.size())
+            refuseCopying(made.error() == QFileDevice::ResourceError ? platform::DiskFull : platform::PathFileAccess);
+    }
 }
 
 } // namespace orlo::store
