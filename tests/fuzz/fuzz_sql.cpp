@@ -167,7 +167,7 @@ private:
             const Value b = dateOf(right);
             if (!a.isNull() && !b.isNull())
                 order = a.toDate() < b.toDate() ? -1 : a.toDate() == b.toDate() ? 0 : 1;
-        } else if (either(Kind::Text)) {
+        } else if (left.kind == right.kind && either(Kind::Text)) {
             if (const Value a = textOf(left), b = textOf(right); !a.isNull() && !b.isNull())
                 order = store::compareText(a.toText(), b.toText());
         } else if (const Number a = numberOf(left), b = numberOf(right); a && b)
@@ -220,7 +220,14 @@ public:
 
     void reckon(const Expressions::Node& node)
     {
-        const Value value = m_database.openRecordset("Select " + node.text + " As X From Scouts").value(0);
+        Value value;
+        try {
+            value = m_database.openRecordset("Select " + node.text + " As X From Scouts").value(0);
+        } catch (const platform::RuntimeError& error) {
+            if (error.description().contains(" is n")) // no number, neither yes nor no
+                return;
+            throw;
+        }
         const auto shown = [](const Value& one) { return one.isNull() ? QString("Null") : one.toText(); };
         const bool same = value.isNumber() && node.value.isNumber() ? value.toDouble() == node.value.toDouble()
                                                                     : shown(value) == shown(node.value);

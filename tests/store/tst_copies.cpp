@@ -216,14 +216,14 @@ private Q_SLOTS:
             orlo::test::write(folder + "/2018-01-02/note", "mine");
         }
 
+        Database database = DBEngine::openDatabase(file());
+        KeptCopies keeper(file(), [] { return clockTime; });
         sqlite3* tool = nullptr;
         const auto closing = qScopeGuard([&tool] { sqlite3_close(tool); });
         if (what.endsWith("log")) { // the newest rows aren't in the file
             sqlite3_open(file().toUtf8().constData(), &tool);
             sqlite3_exec(tool, "Pragma journal_mode=WAL; Update Dens Set Den_Name = 'b'", nullptr, nullptr, nullptr);
         }
-        Database database = DBEngine::openDatabase(file());
-        KeptCopies keeper(file(), [] { return clockTime; });
         std::optional<Database> other;
         if (what.startsWith("another")) { // its change isn't made yet, so ours can't be either
             other.emplace(DBEngine::openDatabase(file()));

@@ -167,6 +167,8 @@ private:
     int read(Walker& walker, int field)
     {
         QString value;
+        if (!walker.seen)
+            QTest::qSleep(2); // a look at the file is good for a millisecond
         attempt([&] { value = shown(walker.set.value(Fields[field])); });
         if (walker.set.editing())
             return value == walker.buffer[field] ? 0 : -1;
@@ -326,6 +328,7 @@ private Q_SLOTS:
             else
                 for (const QString& word : what.split(u' '))
                     attempt([&] { step(*sets[who], word, given); });
+            QTest::qSleep(2); // a look at the file is good for a millisecond
             seen += given.isEmpty() ? steps : steps + " -> " + given.join(u' ');
         }
         QCOMPARE(seen.join(u'\n'), script.join(u'\n'));

@@ -1,6 +1,7 @@
 #include "PackExport.h"
 
 #include "PackLoader.h"
+#include "platform/RuntimeError.h"
 
 #include <QDir>
 #include <QFile>
@@ -79,32 +80,42 @@ const store::Edition& editionOf(const Database& database)
 
 } // namespace
 
-void exportPack(Database& database, const QString& folder)
+static void exportTables(Database& database, const QString& name, const store::Edition& edition, const QString& folder)
+{
+    const TableDef table = database.tableDef(name);
+    const TableDef* usual = edition.findTable(name);
+    QStringList all;
+    QStringList known;
+    for (const store::Field& field : table.fields()) {
+        all += field.name;
+        if (usual && usual->findField(field.name))
+            known += field.name;
+    }
+    const auto exportTo = [&](const QString& where, const QStringList& fields) {
+        makeFolder(where);
+        store::Recordset rows = database.openRecordset(QStringLiteral("[%1]").arg(name));
+        // A name with a slash in it would lead out of the folder.
+        const QString file = QString(name).replace(u'/', u'_').replace(u'\\', u'_');
+        exportTable(rows, fields, QStringLiteral("%1/%2.csv").arg(where, file));
+    };
+    if (!known.isEmpty())
+        exportTo(folder, known);
+    if (known.size() < all.size())
+        exportTo(folder + QStringLiteral("/other"), all);
+}
+
+QStringList exportPack(Database& database, const QString& folder)
 {
     makeFolder(folder);
     if (!QDir(folder).isEmpty())
         throw LoadError(QStringLiteral("%1: the folder isn't empty").arg(folder));
     const store::Edition& edition = editionOf(database);
-    for (const QString& name : database.tableNames()) {
-        const TableDef table = database.tableDef(name);
-        const TableDef* usual = edition.findTable(name);
-        QStringList all;
-        QStringList known;
-        for (const store::Field& field : table.fields()) {
-            all += field.name;
-            if (usual && usual->findField(field.name))
-                known += field.name;
+    QStringList unread;
+    for (const QString& name : database.tableNames())
+        try {
+            exportTables(database, name, edition, folder);
+        } catch (const platform::RuntimeError& error) {
+            unread += QStringLiteral("%1: %2").arg(name, error.description());
         }
-        const auto exportTo = [&](const QString& where, const QStringList& fields) {
-            makeFolder(where);
-            store::Recordset rows = database.openRecordset(QStringLiteral("[%1]").arg(name));
-            // A name with a slash in it would lead out of the folder.
-            const QString file = QString(name).replace(u'/', u'_').replace(u'\\', u'_');
-            exportTable(rows, fields, QStringLiteral("%1/%2.csv").arg(where, file));
-        };
-        if (!known.isEmpty())
-            exportTo(folder, known);
-        if (known.size() < all.size())
-            exportTo(folder + QStringLiteral("/other"), all);
-    }
+    return unread;
 }

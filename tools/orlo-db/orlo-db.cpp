@@ -30,6 +30,7 @@ namespace
 constexpr int Done = 0;
 constexpr int Failed = 1;
 constexpr int BadUsage = 2;
+constexpr int Incomplete = 3; // repaired, but not all of it came back
 
 // The file under the name that it has while it is being made; it goes away unless it is taken.
 class FileInTheMaking
@@ -39,7 +40,11 @@ public:
         : m_file(std::move(file)), m_name(m_file + QStringLiteral(".%1.new").arg(QCoreApplication::applicationPid()))
     {
     }
-    ~FileInTheMaking() { QFile::remove(m_name); }
+    ~FileInTheMaking()
+    {
+        QFile::remove(m_name);
+        QFile::remove(journal());
+    }
     FileInTheMaking(const FileInTheMaking&) = delete;
     FileInTheMaking& operator=(const FileInTheMaking&) = delete;
 
@@ -47,12 +52,16 @@ public:
     // Gives the file its own name, never over another one.
     void take() const
     {
+        if (QFile left(journal()); left.exists() && !left.remove())
+            throw LoadError(QStringLiteral("%1: %2").arg(left.fileName(), left.errorString()));
         QFile made(m_name);
         if (!made.rename(m_file))
             throw LoadError(QStringLiteral("%1: %2").arg(m_file, made.errorString()));
     }
 
 private:
+    [[nodiscard]] QString journal() const { return m_name + QStringLiteral("-journal"); }
+
     QString m_file;
     QString m_name;
 };
@@ -60,6 +69,11 @@ private:
 void say(const QString& line)
 {
     std::printf("%s\n", qUtf8Printable(line));
+}
+
+void complain(const QString& about, const QString& problem)
+{
+    std::fprintf(stderr, "orlo-db: %s: %s\n", qUtf8Printable(about), qUtf8Printable(problem));
 }
 
 void fill(Database& database, const std::optional<PackLoader>& loader, SchemaVersion version)
@@ -99,11 +113,19 @@ int makeNew(const QString& file, const QString& folder, SchemaVersion version)
     return Done;
 }
 
-void sayRows(const QString& file)
+// False if one can't be read; the others are told.
+bool sayRows(const QString& file)
 {
     Database database = engine::viewDatabase(file);
+    bool all = true;
     for (const QString& table : database.tableNames())
-        say(QStringLiteral("%1 %2").arg(database.openRecordset(u'[' + table + u']').recordCount(), 8).arg(table));
+        try {
+            say(QStringLiteral("%1 %2").arg(database.openRecordset(u'[' + table + u']').recordCount(), 8).arg(table));
+        } catch (const platform::RuntimeError& error) {
+            complain(table, error.description());
+            all = false;
+        }
+    return all;
 }
 
 void say(const QStringList& lines)
@@ -128,27 +150,31 @@ int check(const QString& file)
     say(QStringLiteral("%1: %2").arg(file, faults.isEmpty() ? QStringLiteral("sound") : QStringLiteral("damaged")));
     for (const QString& fault : faults)
         say(fault);
-    if (faults.isEmpty()) {
-        sayRows(file);
-        sayLooseEnds(file);
-    }
-    return faults.isEmpty() ? Done : Failed;
+    if (!faults.isEmpty() || !sayRows(file))
+        return Failed;
+    sayLooseEnds(file);
+    return Done;
 }
 
 int repair(const QString& file)
 {
-    const QString damaged = engine::repairDatabase(file, store::schema::editions());
-    say(damaged.isEmpty() ? QStringLiteral("%1: sound, laid out anew").arg(file)
-                          : QStringLiteral("%1: repaired; the damaged file is kept as \"%2\"").arg(file, damaged));
-    sayRows(file);
-    return Done;
+    const store::Repaired done = engine::repairDatabase(file, store::schema::editions());
+    say(done.damaged.isEmpty()
+            ? QStringLiteral("%1: sound, laid out anew").arg(file)
+            : QStringLiteral("%1: repaired; the damaged file is kept as \"%2\"").arg(file, done.damaged));
+    const bool all = sayRows(file);
+    for (const QString& missing : done.missing)
+        say(QStringLiteral("missing: ") + missing);
+    return !all ? Failed : done.missing.isEmpty() ? Done : Incomplete;
 }
 
 int exportTables(const QString& file, const QString& folder)
 {
     Database database = engine::viewDatabase(file);
-    exportPack(database, folder);
-    return Done;
+    const QStringList unread = exportPack(database, folder);
+    for (const QString& table : unread)
+        complain(file, table);
+    return unread.isEmpty() ? Done : Failed;
 }
 
 int compare(const QString& file, const QString& other, bool countsOnly)
@@ -252,8 +278,7 @@ int main(int argc, char** argv)
     } catch (const LoadError& error) {
         std::fprintf(stderr, "orlo-db: %s\n", error.what());
     } catch (const platform::RuntimeError& error) {
-        std::fprintf(stderr, "orlo-db: %s: %s\n", qUtf8Printable(parser.positionalArguments().value(1)),
-                     qUtf8Printable(error.description()));
+        complain(parser.positionalArguments().value(1), error.description());
     }
     return Failed;
 }

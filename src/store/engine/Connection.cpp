@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QUrl>
 #include <QtEndian>
 
 #include <sqlite3.h>
@@ -42,6 +43,16 @@ QString databaseSource()
     throw RuntimeError(number, databaseSource(), QStringLiteral("%1: %2").arg(words, QDir::toNativeSeparators(path)));
 }
 
+// True for a file that somebody might change while it is read. One whose folder can't be written to, or that keeps a
+// log which isn't there, nobody uses; to read the latter otherwise, files would be made beside it.
+bool changesWith(const QString& path)
+{
+    QFile file(path);
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(FileHead) : QByteArray();
+    const bool logged = head.size() == FileHead && head.back() == LastFormat;
+    return QFile::exists(journalOf(path)) || (!logged && platform::isWritable(QFileInfo(path).absolutePath()));
+}
+
 // What was made of the text before, or is made now.
 template <typename Key, typename Made, typename Make>
 std::shared_ptr<Made> made(QCache<Key, std::shared_ptr<Made>>& cache, const Key& text, const Make& make)
@@ -67,7 +78,8 @@ bool isKeyField(sqlite3* db, const QString& words)
 
 } // namespace
 
-Connection::Connection(const QString& path, Mode mode) : m_path(path), m_file(platform::nativePath(path))
+Connection::Connection(const QString& path, Mode mode)
+    : m_path(path), m_file(platform::nativePath(path)), m_viewed(mode == Mode::View)
 {
     try {
         open(mode);
@@ -91,15 +103,23 @@ void Connection::open(Mode mode)
     const QFileInfo info(m_file);
     m_file = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
-    if (mode == Mode::Open)
-        checkFile();
-    else
-        flags |= SQLITE_OPEN_CREATE;
-    const int code = sqlite3_open_v2(m_file.toUtf8().constData(), &m_db, flags, filesOfKeptJournals());
-    if (code != SQLITE_OK)
-        throw RuntimeError(mode == Mode::Open ? platform::CannotLockFile : platform::PathFileAccess, databaseSource());
-    harden();
+    QByteArray name = m_file.toUtf8();
     if (mode == Mode::Create)
+        flags |= SQLITE_OPEN_CREATE;
+    else
+        checkFile();
+    if (m_viewed) {
+        flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI;
+        name = QUrl::fromLocalFile(m_file).toEncoded() + (changesWith(m_file) ? "" : "?immutable=1");
+    }
+    const int code = sqlite3_open_v2(name.constData(), &m_db, flags, filesOfKeptJournals());
+    if (code != SQLITE_OK)
+        throw RuntimeError(mode == Mode::Create ? platform::PathFileAccess : platform::CannotLockFile,
+                           databaseSource());
+    harden();
+    if (m_viewed)
+        run("SELECT count(*) FROM sqlite_master");
+    if (mode != Mode::Open)
         return;
     if (sqlite3_db_readonly(m_db, "main") == 1)
         throw RuntimeError(platform::CannotLockFile, databaseSource());
@@ -118,10 +138,15 @@ void Connection::checkFile() const
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
-    if (!platform::isWritable(m_file))
+    if (m_viewed && isHalfDone(m_file))
+        raiseUnusable(platform::CannotLockFile,
+                      QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
+                                     "with it, or close that one"),
+                      m_file);
+    if (!m_viewed && !platform::isWritable(m_file))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
     // A journal must have its place beside the file.
-    if (const QString folder = info.absolutePath(); !platform::isWritable(folder))
+    if (const QString folder = info.absolutePath(); !m_viewed && !platform::isWritable(folder))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The folder can't be written to"), folder);
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
@@ -129,7 +154,8 @@ void Connection::checkFile() const
     // SQLite would take the file for a later version's, to be read only.
     if (head.size() == FileHead && static_cast<unsigned char>(head.back()) > LastFormat)
         throw RuntimeError(platform::DatabaseDamaged, databaseSource());
-    setStrayJournalAside(m_file);
+    if (!m_viewed)
+        setStrayJournalAside(m_file);
 }
 
 void Connection::harden()
@@ -152,8 +178,9 @@ void Connection::harden()
     sqlite3_hard_heap_limit64(MaxMemory);
     m_watch.set(m_db);
     addFunctions(m_db);
-    run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000;"
-        "PRAGMA journal_mode=PERSIST;PRAGMA journal_size_limit=1048576;PRAGMA synchronous=FULL");
+    run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000");
+    if (!m_viewed)
+        run("PRAGMA journal_mode=PERSIST;PRAGMA journal_size_limit=1048576;PRAGMA synchronous=FULL");
 }
 
 void Connection::waitForOthers()
@@ -165,7 +192,7 @@ void Connection::close()
 {
     endReading();
     forget();
-    if (m_db && QFile::exists(journalOf(m_file))) {
+    if (m_db && !m_viewed && QFile::exists(journalOf(m_file))) {
         // The journal persists from one change to the next, but not beside a closed file. Where another program uses
         // the file, it is that one's.
         sqlite3_busy_timeout(m_db, 0);
@@ -187,14 +214,30 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
     prepared->connection = this;
     m_watch.guarding = origin == Origin::Outside;
     m_watch.refusal = 0;
+    m_watch.hidden.clear();
     const int code = sqlite3_prepare_v3(m_db, sql.constData(), static_cast<int>(sql.size()) + 1,
                                         toKeep ? SQLITE_PREPARE_PERSISTENT : 0, &prepared->handle, nullptr);
     m_watch.guarding = false;
+    if (const QByteArray name = m_watch.hidden; code == SQLITE_AUTH && isOfFile(name)) {
+        m_watch.ofFile.insert(name);
+        return prepare(sql, origin, toKeep);
+    }
     if (code != SQLITE_OK)
         raiseLast(code, true);
     if (!prepared->handle)
         throw RuntimeError(platform::SyntaxError, databaseSource());
     return prepared;
+}
+
+// True for a table or stored query of another tool whose name is like those of SQLite's own.
+bool Connection::isOfFile(const QByteArray& name)
+{
+    if (name.isEmpty() || isEngineTable(name.constData()) || m_watch.ofFile.contains(name))
+        return false;
+    auto found = statement("SELECT 1 FROM sqlite_master WHERE name = ?1 AND (type = 'view' OR type = 'table' AND sql "
+                           "NOT LIKE 'CREATE VIRTUAL%')");
+    found.bind(1, name);
+    return found.step();
 }
 
 Statement Connection::statement(const QByteArray& sql, Origin origin)
@@ -328,6 +371,7 @@ void Connection::forget()
     m_shapes.clear();
     m_tables.clear();
     m_known.clear();
+    m_watch.ofFile.clear();
 }
 
 // The file counts its changes where nobody needs to lock it for a look; a change that isn't final yet may count, too.
@@ -349,6 +393,21 @@ quint32 Connection::version() const
         sqlite3_step(asked) == SQLITE_ROW ? static_cast<quint32>(sqlite3_column_int64(asked, 0)) : 0;
     sqlite3_finalize(asked);
     return version;
+}
+
+FileState Connection::state() const
+{
+    m_looked = std::chrono::steady_clock::now();
+    m_versionSeen = version();
+    return {m_ownChanges, m_versionSeen};
+}
+
+// A look takes about as long as a record.
+FileState Connection::recentState() const
+{
+    if (std::chrono::steady_clock::now() - m_looked > std::chrono::milliseconds(1))
+        return state();
+    return {m_ownChanges, m_versionSeen};
 }
 
 void Connection::execute(const Translated& action)

@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QSet>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -35,9 +36,9 @@ struct TableInfo {
 class Connection
 {
 public:
-    enum class Mode { Open, Create };
+    enum class Mode { Open, Create, View };
 
-    /// Opens or makes the file and hardens the connection. Raises as DBEngine does.
+    /// Opens or makes the file, or opens it to read alone, and hardens the connection. Raises as DBEngine does.
     Connection(const QString& path, Mode mode);
     ~Connection();
     Connection(const Connection&) = delete;
@@ -88,7 +89,9 @@ public:
     /// Tells of a change: what was read before it is read anew.
     void noteChange() { ++m_ownChanges; }
     /// The file's state as it is now, by a look at its head.
-    [[nodiscard]] FileState state() const { return {m_ownChanges, version()}; }
+    [[nodiscard]] FileState state() const;
+    /// The same for a walk over many records, where a look of a millisecond ago will do.
+    [[nodiscard]] FileState recentState() const;
     /// The state in which this connection's last transaction left it.
     [[nodiscard]] FileState stateLeft() const { return {m_ownChanges, m_knownRecords.version()}; }
     [[nodiscard]] KnownRecords& knownRecords() { return m_knownRecords; }
@@ -107,10 +110,12 @@ private:
     void forget();
     std::shared_ptr<Statement::Prepared> prepare(const QByteArray& sql, Origin origin, bool toKeep);
     bool noteMet(std::size_t hash);
+    bool isOfFile(const QByteArray& name);
     [[nodiscard]] quint32 version() const;
 
     QString m_path;
     QString m_file;
+    bool m_viewed;
     sqlite3* m_db = nullptr;
     Watch m_watch;
     // What was made of texts, for the next time that they come.
@@ -129,6 +134,8 @@ private:
     ChangeWatch m_changeWatch;
     quint64 m_ownChanges = 0;
     KnownRecords m_knownRecords{*this};
+    mutable quint32 m_versionSeen = 0; // by the last look
+    mutable std::chrono::steady_clock::time_point m_looked;
 };
 
 /// A name as the file's SQL writes it: in double quotes.

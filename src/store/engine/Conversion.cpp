@@ -74,7 +74,9 @@ Value converted(const Value& value, const FieldInfo& field)
     case FieldType::Long:
         return qint64(platform::toInt32(numberIn(value)));
     case FieldType::Double:
-        return numberIn(value);
+        if (const double number = numberIn(value); std::isfinite(number))
+            return number;
+        raiseOfField(platform::Overflow);
     case FieldType::Date:
         return dateIn(value);
     case FieldType::Text:

@@ -226,7 +226,7 @@ Database DBEngine::openDatabase(const QString& path, const Editions& editions)
 
 Database DBEngine::viewDatabase(const QString& path)
 {
-    return Database(std::make_shared<Connection>(path, Connection::Mode::Open));
+    return Database(std::make_shared<Connection>(path, Connection::Mode::View));
 }
 
 Database DBEngine::createDatabase(const QString& path)
@@ -240,11 +240,11 @@ Database DBEngine::createDatabase(const QString& path)
 
 QStringList DBEngine::checkDatabase(const QString& path)
 {
-    Connection connection(path, Connection::Mode::Open);
+    Connection connection(path, Connection::Mode::View);
     return faultsOf(connection);
 }
 
-QString DBEngine::repairDatabase(const QString& path, const Editions& editions)
+Repaired DBEngine::repairDatabase(const QString& path, const Editions& editions)
 {
     return repairFile(platform::nativePath(path), editions);
 }

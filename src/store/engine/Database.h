@@ -153,6 +153,12 @@ private:
     bool m_done = false;
 };
 
+/// What a repair has done.
+struct Repaired {
+    QString damaged;     ///< the path of the damaged file, which stays beside the new one; empty for a sound one
+    QStringList missing; ///< what the new file doesn't have, a line for each row, field or page, as far as it is known
+};
+
 /// The engine's own operations on files.
 namespace DBEngine
 {
@@ -161,16 +167,17 @@ namespace DBEngine
 /// written. Triggers that are neither the engine's own nor those of the editions are dropped.
 [[nodiscard]] Database openDatabase(const QString& path);
 [[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
-/// The same for somebody who only looks: nothing in the file changes.
+/// The same for somebody who only looks: nothing in the file changes, nor beside it. Raises 3050 where a change of the
+/// file isn't done.
 [[nodiscard]] Database viewDatabase(const QString& path);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
 /// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does.
 [[nodiscard]] QStringList checkDatabase(const QString& path);
 /// Checks a closed file and rebuilds a damaged one, which is of one of the editions, from every row that can still be
-/// read. Returns the path of the damaged file, which stays beside it, or nothing for a sound one. Raises 3024 for a
-/// missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be written.
-QString repairDatabase(const QString& path, const Editions& editions);
+/// read. Raises 3024 for a missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be
+/// written.
+Repaired repairDatabase(const QString& path, const Editions& editions);
 } // namespace DBEngine
 
 } // namespace orlo::store

@@ -45,7 +45,7 @@ int statementNumber(const QString& words, bool preparing)
         return platform::UnknownTable;
     if (words.startsWith(QLatin1String("unsupported file format")))
         return platform::UnrecognisedFormat;
-    if (!preparing && words.startsWith(QLatin1String("integer overflow")))
+    if (!preparing && words.endsWith(QLatin1String(" overflow")))
         return platform::Overflow;
     return platform::SyntaxError;
 }
@@ -80,7 +80,8 @@ int failureNumber(int code, const QString& words, bool preparing)
     case SQLITE_IOERR:
         if (code == SQLITE_IOERR_LOCK || code == SQLITE_IOERR_RDLOCK)
             return platform::CannotLockFile;
-        return code == SQLITE_IOERR_SHORT_READ ? platform::DatabaseDamaged : platform::PathFileAccess;
+        return code == SQLITE_IOERR_SHORT_READ || code == SQLITE_IOERR_READ ? platform::DatabaseDamaged
+                                                                            : platform::PathFileAccess;
     default:
         return statementNumber(words, preparing);
     }

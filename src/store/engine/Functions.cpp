@@ -183,6 +183,24 @@ void dateText(sqlite3_context* context, int, Arguments arguments)
         giveText(context, platform::shortDate(*date));
 }
 
+// A text beside a yes/no.
+void asTruth(sqlite3_context* context, int, Arguments arguments)
+{
+    const QString word = text(arguments[0]);
+    for (const bool yes : {true, false})
+        for (const char16_t* said : {yes ? u"yes" : u"no", yes ? u"true" : u"false"})
+            if (sameName(word, said))
+                return sqlite3_result_int(context, yes ? -1 : 0);
+    asNumber(context, 1, arguments);
+}
+
+void asFinite(sqlite3_context* context, int, Arguments arguments)
+{
+    if (sqlite3_value_type(arguments[0]) == SQLITE_FLOAT && !std::isfinite(sqlite3_value_double(arguments[0])))
+        return sqlite3_result_error(context, "number overflow", -1);
+    sqlite3_result_value(context, arguments[0]);
+}
+
 // As a record set rounds what goes into a field of whole numbers: half to even.
 void asWhole(sqlite3_context* context, int, Arguments arguments)
 {
@@ -261,6 +279,8 @@ constexpr Function Functions[] = {
     {"now", 0, Changing, now},
     {"as_number", 1, Pure, asNumber},
     {"as_text", 1, Pure, asText},
+    {"as_truth", 1, Pure, asTruth},
+    {"as_finite", 1, Pure, asFinite},
     {"as_date", 1, Pure, asDate<false>},
     {"to_date", 1, Pure, asDate<true>},
     {"date_text", 1, Pure, dateText},

@@ -16,7 +16,7 @@ namespace
 constexpr int StepsBetweenChecks = 1'000'000;
 constexpr int MaxChecks = 2000;
 
-// What no statement from outside names: the engine's tables and SQLite's table-like functions.
+// What no statement from outside names: the engine's tables and SQLite's table-like functions, as far as names tell.
 bool isHidden(const char* table)
 {
     if (!table)
@@ -49,8 +49,9 @@ int guard(void* watch, int action, const char* first, const char* second, const 
     case SQLITE_INSERT:
     case SQLITE_UPDATE:
     case SQLITE_DELETE:
-        if (!isHidden(first))
+        if (!isHidden(first) || (!isEngineTable(first) && owner.ofFile.contains(first)))
             return SQLITE_OK;
+        owner.hidden = first;
         owner.refusal = platform::UnknownTable;
         return SQLITE_DENY;
     case SQLITE_FUNCTION:

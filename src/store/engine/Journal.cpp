@@ -104,15 +104,23 @@ void setStrayJournalAside(const QString& path)
         setJournalAside(path);
 }
 
-void setJournalAside(const QString& path)
+static bool isHot(const QString& path)
 {
     QFile journal(journalOf(path));
-    if (!journal.open(QIODevice::ReadOnly))
+    return journal.open(QIODevice::ReadOnly) && journal.peek(Magic.size()) == Magic;
+}
+
+bool isHalfDone(const QString& path)
+{
+    return isHot(path) || QFile::exists(path + QStringLiteral("-wal"));
+}
+
+void setJournalAside(const QString& path)
+{
+    if (!QFile::exists(journalOf(path)))
         return;
-    const bool finished = journal.peek(Magic.size()) != Magic;
-    journal.close();
     removeStrayJournal(path);
-    finished ? journal.remove() : journal.rename(strayOf(path));
+    isHot(path) ? QFile::rename(journalOf(path), strayOf(path)) : QFile::remove(journalOf(path));
 }
 
 void removeStrayJournal(const QString& path)

@@ -14,6 +14,8 @@ void setStrayJournalAside(const QString& file);
 void setJournalAside(const QString& file);
 /// Removes a journal that was set aside: the file has proved sound without it.
 void removeStrayJournal(const QString& file);
+/// True where a change of the file isn't done: its journal has something to roll back, or a log lies beside it.
+[[nodiscard]] bool isHalfDone(const QString& file);
 /// The path of a file's journal.
 [[nodiscard]] QString journalOf(const QString& file);
 

@@ -2,6 +2,8 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QFile>
+#include <QStringDecoder>
 #include <QtEndian>
 
 #include <algorithm>
@@ -24,6 +26,11 @@ constexpr qsizetype MaxPageSize = 65536;
 constexpr qint64 MaxTimesFollowed = 8;
 constexpr char LeafMark = 13;
 constexpr char InteriorMark = 5;
+constexpr char IndexLeafMark = 10;
+constexpr char IndexInteriorMark = 2;
+constexpr qsizetype EncodingAt = 56;
+constexpr quint32 Utf16Le = 2;
+constexpr quint32 Utf16Be = 3;
 constexpr qsizetype LocalOverhead = 35; // bytes of a page that no payload within it can take
 
 template <class Number>
@@ -60,12 +67,21 @@ qint64 sizeOf(qint64 kind)
     return kind < 12 ? Sizes[kind] : (kind - 12) / 2;
 }
 
-RawValue readValue(qint64 kind, QByteArrayView bytes)
+QByteArray utf8(QByteArrayView text, quint32 encoding)
+{
+    if (encoding != Utf16Le && encoding != Utf16Be)
+        return text.toByteArray();
+    QStringDecoder decode(encoding == Utf16Le ? QStringConverter::Utf16LE : QStringConverter::Utf16BE,
+                          QStringConverter::Flag::Stateless);
+    return QString(decode(text)).toUtf8();
+}
+
+RawValue readValue(qint64 kind, QByteArrayView bytes, quint32 encoding)
 {
     if (kind == 0 || kind == 10 || kind == 11)
         return {};
     if (kind >= 12)
-        return kind % 2 == 1 ? RawValue(RawText{bytes.toByteArray()}) : RawValue(bytes.toByteArray());
+        return kind % 2 == 1 ? RawValue(RawText{utf8(bytes, encoding)}) : RawValue(bytes.toByteArray());
     if (kind == 7)
         return std::bit_cast<double>(bigEndian<quint64>(bytes, 0));
     if (kind >= 8)
@@ -102,7 +118,7 @@ qsizetype pageSizeOf(QByteArrayView file)
 }
 
 // None unless the record's header and the size that was stated for it agree.
-std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 stated)
+std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 stated, quint32 encoding)
 {
     qsizetype at = 0;
     const auto header = variable(bytes, at);
@@ -115,7 +131,8 @@ std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 sta
         if (!kind || *kind < 0 || at > *header || sizeOf(*kind) > stated - start)
             return std::nullopt;
         const qint64 size = sizeOf(*kind);
-        values.push_back(start + size <= bytes.size() ? readValue(*kind, bytes.sliced(start, size)) : RawValue());
+        values.push_back(start + size <= bytes.size() ? readValue(*kind, bytes.sliced(start, size), encoding)
+                                                        : RawValue());
         start += size;
     }
     return start == stated ? std::optional(std::move(values)) : std::nullopt;
@@ -123,24 +140,45 @@ std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 sta
 
 } // namespace
 
-PageFile::PageFile(const QString& path) : m_file(path)
+PageFile::PageFile(const QString& path)
 {
-    if (!m_file.exists())
-        throw RuntimeError(platform::FileNotFound, QStringLiteral("PageFile"));
-    if (!m_file.open(QIODevice::ReadOnly))
-        throw RuntimeError(platform::PermissionDenied, QStringLiteral("PageFile"));
-    if (const auto* bytes = m_file.map(0, m_file.size()))
-        m_bytes = QByteArrayView(bytes, m_file.size());
+    load(path);
     m_pageSize = pageSizeOf(m_bytes);
+    std::set<qsizetype> pages;
+    for (const qsizetype place : m_unreadable)
+        pages.insert(place / m_pageSize);
+    m_unreadable = std::move(pages);
+    m_encoding = bigEndian<quint32>(m_bytes, EncodingAt);
     m_leftToFollow = MaxTimesFollowed * m_bytes.size();
     m_pageCount = static_cast<quint32>(m_bytes.size() / m_pageSize);
+}
+
+// What the disk doesn't give is left out, in the smallest pieces that there are.
+void PageFile::load(const QString& path)
+{
+    QFile file(path);
+    if (!file.exists())
+        throw RuntimeError(platform::FileNotFound, QStringLiteral("PageFile"));
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        throw RuntimeError(platform::PermissionDenied, QStringLiteral("PageFile"));
+    m_bytes.fill('\0', file.size());
+    const auto read = [&](qsizetype at, qsizetype size) {
+        return file.seek(at) && file.read(m_bytes.data() + at, size) == size;
+    };
+    for (qsizetype at = 0; at < m_bytes.size(); at += MaxPageSize)
+        if (const qsizetype end = std::min(at + MaxPageSize, m_bytes.size()); !read(at, end - at))
+            for (qsizetype place = at; place < end; place += MinPageSize)
+                if (const qsizetype size = std::min(MinPageSize, end - place); !read(place, size)) {
+                    std::fill_n(m_bytes.data() + place, size, '\0');
+                    m_unreadable.insert(place);
+                }
 }
 
 QByteArrayView PageFile::pageBytes(quint32 page) const
 {
     if (page < 1 || page > m_pageCount)
         return {};
-    return m_bytes.sliced((page - 1) * m_pageSize, m_pageSize);
+    return QByteArrayView(m_bytes).sliced((page - 1) * m_pageSize, m_pageSize);
 }
 
 PageFile::Kind PageFile::kind(quint32 page) const
@@ -148,10 +186,38 @@ PageFile::Kind PageFile::kind(quint32 page) const
     const QByteArrayView bytes = pageBytes(page);
     if (bytes.isEmpty())
         return Kind::Other;
-    const char mark = bytes[page == 1 ? FileHeader : 0];
-    if (mark == LeafMark)
+    switch (bytes[page == 1 ? FileHeader : 0]) {
+    case LeafMark:
         return Kind::Leaf;
-    return mark == InteriorMark ? Kind::Interior : Kind::Other;
+    case InteriorMark:
+        return Kind::Interior;
+    case IndexLeafMark:
+        return Kind::IndexLeaf;
+    case IndexInteriorMark:
+        return Kind::IndexInterior;
+    default:
+        return Kind::Other;
+    }
+}
+
+qint64 PageFile::entries(quint32 root) const
+{
+    qint64 count = 0;
+    std::set<quint32> seen;
+    std::vector<quint32> open{root};
+    while (!open.empty()) {
+        const quint32 page = open.back();
+        open.pop_back();
+        const Kind kind = this->kind(page);
+        if ((kind != Kind::IndexLeaf && kind != Kind::IndexInterior) || !seen.insert(page).second)
+            continue;
+        count += std::ssize(cells(page));
+        if (kind == Kind::IndexInterior) {
+            const auto below = children(page);
+            open.insert(open.end(), below.begin(), below.end());
+        }
+    }
+    return count;
 }
 
 // Where the cells of a page start.
@@ -159,7 +225,8 @@ std::vector<qsizetype> PageFile::cells(quint32 page) const
 {
     const QByteArrayView bytes = pageBytes(page);
     const qsizetype header = page == 1 ? FileHeader : 0;
-    const qsizetype list = header + (kind(page) == Kind::Interior ? 12 : 8);
+    const Kind kind = this->kind(page);
+    const qsizetype list = header + (kind == Kind::Interior || kind == Kind::IndexInterior ? 12 : 8);
     const qsizetype count = std::min<qsizetype>(bigEndian<quint16>(bytes, header + 3), (m_pageSize - list) / 2);
     std::vector<qsizetype> found;
     for (qsizetype i = 0; i < count; ++i)
@@ -192,7 +259,7 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
             continue;
         const Payload whole = payload(bytes, cell, *size);
         left -= std::min<qsizetype>(*size, m_pageSize - cell);
-        if (auto values = readValues(whole.bytes, whole.stated))
+        if (auto values = readValues(whole.bytes, whole.stated, m_encoding))
             found.push_back({*key, std::move(*values)});
     }
     return found;

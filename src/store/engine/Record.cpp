@@ -4,7 +4,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Source.h"
 
-#include <QScopeGuard>
+#include <sqlite3.h>
 
 namespace orlo::store
 {
@@ -24,18 +24,14 @@ std::shared_ptr<const Block> readBlock(Connection& connection, const Source& sou
 {
     // The state before the reading: what another program changes meanwhile is noticed by the next look, not missed.
     auto block = std::make_shared<Block>(Block{connection.state(), start, Rows(source.shape->fields.size())});
-    const bool reading = numbers.size() > 1 && connection.beginReading();
-    const auto end = qScopeGuard([&] {
-        if (reading)
-            connection.endReading();
-    });
-    auto row = connection.statement(source.rowSql, Origin::Outside);
-    for (const qint64 number : numbers) {
-        row.bind(1, number);
-        block->rows.append(row.step() ? row.handle() : nullptr);
-        row.reset();
-        if (block->rows.bytes() > MaxBlockSize)
-            break;
+    const bool many = numbers.size() > 1;
+    auto rows = connection.statement(many ? source.blockSql : source.rowSql, Origin::Outside);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        rows.bind(static_cast<int>(i) + 1, numbers[i]);
+    const int key = sqlite3_column_count(rows.handle()) - 1;
+    while (block->rows.size() < std::ssize(numbers) && block->rows.bytes() < MaxBlockSize) {
+        const bool there = rows.step() && !(many && sqlite3_column_type(rows.handle(), key) == SQLITE_NULL);
+        block->rows.append(there ? rows.handle() : nullptr);
     }
     return block;
 }

@@ -19,7 +19,6 @@ namespace
 
 constexpr qsizetype MaxRows = 2'000'000; // of a snapshot, which lies in memory
 constexpr qsizetype RowsBetweenCalls = 2'000;
-constexpr qsizetype MaxAhead = 256; // records
 
 qint64 greatestGiven = 0; // of the numbers that this program gave to new rows, whichever the file
 
@@ -235,10 +234,10 @@ const Record& Recordset::shown() const
 {
     if (m_shown)
         return m_shown;
-    if (!m_block || !m_block->has(m_place) || m_block->state != m_connection->state()) {
+    if (!m_block || !m_block->has(m_place) || m_block->state != m_connection->recentState()) {
         const bool onward = m_block && m_place == m_block->start + m_block->rows.size();
         const bool back = m_block && m_place == m_block->start - 1;
-        m_ahead = onward || back ? std::min(m_ahead * 2, MaxAhead) : 1;
+        m_ahead = onward || back ? std::min<qsizetype>(m_ahead * 2, MaxBlock) : 1;
         const qsizetype start = back ? std::max<qsizetype>(m_place - m_ahead + 1, 0) : m_place;
         const qsizetype end = back ? m_place + 1 : std::min(m_place + m_ahead, m_size);
         const auto read = [this](qsizetype from, qsizetype to) {

@@ -30,6 +30,7 @@ namespace
 struct CatalogueRow {
     QByteArray type;
     QString name;
+    QString table;
     quint32 root = 0;
     QByteArray sql;
 };
@@ -54,18 +55,16 @@ bool compact(const QString& file)
     return true;
 }
 
-void bind(sqlite3_stmt* statement, int parameter, const RawValue& value)
+void bind(Statement& statement, int parameter, const RawValue& value)
 {
     if (const auto* whole = std::get_if<qint64>(&value))
-        sqlite3_bind_int64(statement, parameter, *whole);
+        statement.bind(parameter, *whole);
     else if (const auto* number = std::get_if<double>(&value))
-        sqlite3_bind_double(statement, parameter, *number);
+        statement.bind(parameter, Value(*number));
     else if (const auto* text = std::get_if<RawText>(&value))
-        sqlite3_bind_text64(statement, parameter, text->bytes.constData(),
-                            static_cast<sqlite3_uint64>(text->bytes.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+        statement.bind(parameter, text->bytes);
     else if (const auto* bytes = std::get_if<QByteArray>(&value))
-        sqlite3_bind_blob64(statement, parameter, bytes->constData(), static_cast<sqlite3_uint64>(bytes->size()),
-                            SQLITE_TRANSIENT);
+        statement.bindBytes(parameter, *bytes);
 }
 
 QByteArray textOf(const RawValue& value)
@@ -135,7 +134,7 @@ public:
     }
 
     // Raises 3049 if there is nothing to move.
-    void run()
+    QStringList run()
     {
         createQueryTexts(m_made);
         Transaction transaction(m_made);
@@ -148,8 +147,10 @@ public:
         makeQueries();
         if (m_moved == 0 && m_catalogue.empty())
             throw RuntimeError(platform::DatabaseDamaged, QStringLiteral("DBEngine"));
+        countMissing();
         transaction.commit();
         m_made.close();
+        return m_missing;
     }
 
 private:
@@ -159,7 +160,9 @@ private:
     void moveRows();
     [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
     void moveStrayRows();
-    void move(const RawRecord& record, const TableDef& table);
+    void move(RawRecord record, const TableDef& table);
+    [[nodiscard]] bool insert(const RawRecord& record, const TableDef& table);
+    void countMissing();
     void noteQuery(const RawRecord& record);
     void noteCounter(const RawRecord& record);
     void makeKeys();
@@ -179,6 +182,7 @@ private:
     std::vector<QueryDef> m_queries;
     QHash<QString, qint64> m_counters; // by table, the highest number given out
     int m_moved = 0;
+    QStringList m_missing;
 };
 
 std::vector<quint32> Salvage::leavesBelow(quint32 root)
@@ -189,7 +193,7 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root)
         const quint32 page = open.back();
         open.pop_back();
         const PageFile::Kind kind = m_pages.kind(page);
-        if (kind == PageFile::Kind::Other || m_seen.contains(page))
+        if ((kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) || m_seen.contains(page))
             continue;
         m_seen.insert(page);
         if (kind == PageFile::Kind::Leaf) {
@@ -219,7 +223,7 @@ void Salvage::readCatalogue()
                 m_seen.insert(page);
                 const auto* root = std::get_if<qint64>(&record.values[3]);
                 m_catalogue.push_back({textOf(record.values[0]), QString::fromUtf8(textOf(record.values[1])),
-                                       root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
+                                       QString::fromUtf8(textOf(record.values[2])), root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
             }
 }
 
@@ -342,27 +346,93 @@ void Salvage::moveStrayRows()
     }
 }
 
-// A row that the table refuses was damaged, or is there already; it stays in the damaged file.
-void Salvage::move(const RawRecord& record, const TableDef& table)
+// A row stays though fields of it don't fit: these are nothing then. Where it is refused all the same it is there
+// already, or stays in the damaged file.
+void Salvage::move(RawRecord record, const TableDef& table)
 {
     const auto& fields = table.fields();
+    const bool own = m_edition.findTable(table.name()) != nullptr;
+    QStringList lost;
+    record.values.resize(std::min(record.values.size(), fields.size()));
+    const auto drop = [&](std::size_t i) {
+        record.values[i] = {};
+        lost += fields[i].name;
+    };
+    for (std::size_t i = 0; own && i < record.values.size(); ++i)
+        if (!fits(record.values[i], fields[i]))
+            drop(i);
+    const QString where = QStringLiteral("%1, row %2").arg(table.name()).arg(record.key);
+    if (2 * lost.size() > std::ssize(record.values)) { // whatever that is, it's no row of this table
+        m_missing += where;
+        return;
+    }
+    while (true) {
+        try {
+            if (!insert(record, table))
+                return;
+            break;
+        } catch (const RuntimeError& error) {
+            // The check that refuses it is called after its field.
+            const auto refused = [&](std::size_t i) {
+                return !std::holds_alternative<std::monostate>(record.values[i]) &&
+                       error.description().contains(QStringLiteral(": %1 ").arg(fields[i].name));
+            };
+            std::size_t i = 0;
+            while (i < record.values.size() && !refused(i))
+                ++i;
+            if (i == record.values.size()) {
+                m_missing += where;
+                return;
+            }
+            drop(i);
+        }
+    }
+    ++m_moved;
+    for (const QString& field : lost)
+        m_missing += QStringLiteral("%1, field %2").arg(where, field);
+}
+
+// False for a row that is there already.
+bool Salvage::insert(const RawRecord& record, const TableDef& table)
+{
+    const QByteArray key = m_made.table(table.name())->rowKey;
     const QString keyField = m_keyFields.value(table.name());
-    QByteArray columns = m_made.table(table.name())->rowKey;
+    QByteArray columns = key;
     QByteArray places = "?1";
     std::vector<const RawValue*> values;
-    for (std::size_t i = 0; i < std::min(record.values.size(), fields.size()); ++i)
-        if (fields[i].name != keyField) {
-            columns += ',' + quoted(fields[i].name);
+    for (std::size_t i = 0; i < record.values.size(); ++i)
+        if (const QString& name = table.fields()[i].name; name != keyField) {
+            columns += ',' + quoted(name);
             places += ",?";
             values.push_back(&record.values[i]);
         }
-    auto row =
-        m_made.statement("INSERT OR IGNORE INTO " + quoted(table.name()) + '(' + columns + ") VALUES(" + places + ')');
+    auto there = m_made.statement("SELECT 1 FROM " + quoted(table.name()) + " WHERE " + key + "=?1");
+    there.bind(1, record.key);
+    if (there.step())
+        return false;
+    auto row = m_made.statement("INSERT INTO " + quoted(table.name()) + '(' + columns + ") VALUES(" + places + ')');
     row.bind(1, record.key);
     for (int i = 0; i < static_cast<int>(values.size()); ++i)
-        bind(row.handle(), i + 2, *values[static_cast<std::size_t>(i)]);
+        bind(row, i + 2, *values[static_cast<std::size_t>(i)]);
     row.step();
-    m_moved += sqlite3_changes(m_made.handle());
+    return true;
+}
+
+// A table's indexes tell how many rows it had, as far as they are sound.
+void Salvage::countMissing()
+{
+    for (const TableDef& table : m_tables) {
+        auto rows = m_made.statement("SELECT count(*) FROM " + quoted(table.name()));
+        const qint64 found = rows.step() ? rows.integer(0) : 0;
+        qint64 had = 0;
+        for (const CatalogueRow& object : m_catalogue)
+            if (object.type == "index" && object.table == table.name())
+                had = std::max(had, m_pages.entries(object.root));
+        if (had > found)
+            m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - found).arg(had);
+    }
+    if (m_pages.unreadable() > 0)
+        m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());
 }
 
 // The numbers that a table has given out stay given out.
@@ -419,7 +489,7 @@ QStringList faultsOf(Connection& connection, int most)
     return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
 }
 
-QString repairFile(const QString& path, const Editions& editions)
+Repaired repairFile(const QString& path, const Editions& editions)
 {
     if (!QFileInfo(path).isFile())
         throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
@@ -430,10 +500,11 @@ QString repairFile(const QString& path, const Editions& editions)
     QFile::remove(made);
     QFile::remove(made + QStringLiteral("-journal"));
     try {
-        Salvage(file, made, editions).run();
+        Repaired repaired{{}, Salvage(file, made, editions).run()};
         QFile::setPermissions(made, QFileInfo(file).permissions());
         setJournalAside(file);
-        return platform::putInPlace(file, made, QStringLiteral("damaged"));
+        repaired.damaged = platform::putInPlace(file, made, QStringLiteral("damaged"));
+        return repaired;
     } catch (const RuntimeError&) {
         QFile::remove(made);
         QFile::remove(made + QStringLiteral("-journal"));

@@ -14,6 +14,6 @@ class Connection;
 /// row that can still be read goes, page by page, into a new file with the same tables, keys and queries, which takes
 /// the damaged one's place; that stays beside it as "<name> (damaged).<suffix>". Cut off at any moment, the file under
 /// the name is one of the two. A file that shows none of the editions is taken for one of the newest.
-QString repairFile(const QString& path, const Editions& editions);
+Repaired repairFile(const QString& path, const Editions& editions);
 
 } // namespace orlo::store

@@ -57,12 +57,11 @@ std::optional<DateTime> readIso(QByteArrayView text)
 void Rows::append(sqlite3_stmt* statement)
 {
     m_there.push_back(statement != nullptr);
-    if (!statement)
-        m_cells.resize(m_cells.size() + m_columns);
+    const std::size_t start = m_cells.size();
+    m_cells.resize(start + m_columns); // of nothing
     for (std::size_t column = 0; statement && column < m_columns; ++column) {
         sqlite3_value* const value = sqlite3_column_value(statement, static_cast<int>(column));
-        Cell cell{};
-        cell.kind = Kind::Null;
+        Cell& cell = m_cells[start + column];
         switch (sqlite3_value_type(value)) {
         case SQLITE_INTEGER:
             cell.kind = Kind::Whole;
@@ -84,7 +83,6 @@ void Rows::append(sqlite3_stmt* statement)
         default:
             break;
         }
-        m_cells.push_back(cell);
     }
 }
 

@@ -5,6 +5,8 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 
+#include <QRegularExpression>
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -27,9 +29,35 @@ bool beginsWithVerb(QStringView text)
     });
 }
 
+// Nor is what can't be one, or names what a statement is made of: it was meant to be a statement.
+bool isMeantAsStatement(QStringView text)
+{
+    static const QRegularExpression Telling(
+        QStringLiteral("^[(-]|^(parameters|transform)\\b|[ \\]](from|into|set|select)\\b"),
+        QRegularExpression::CaseInsensitiveOption);
+    return Telling.match(text.toString()).hasMatch();
+}
+
 QStringView withoutBrackets(QStringView name)
 {
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
+}
+
+// The results of a statement on one table as SQLite takes them, or all columns of the table. Each is named: another tool
+// may put the columns in another order meanwhile.
+QByteArray columnsOf(Connection& connection, const Translated& statement, const QString& table,
+                     const QByteArray& called)
+{
+    QList<QByteArray> names;
+    if (const auto fields = connection.known(table).fields)
+        for (const KnownField& field : *fields)
+            names.append(quoted(field.name));
+    if (statement.sql.isEmpty())
+        return ' ' + names.join(',');
+    QString sql = statement.sql.first(statement.fromStart);
+    for (auto star = statement.stars.crbegin(); star != statement.stars.crend(); ++star)
+        sql.replace(*star, 1, QString::fromUtf8(names.join(sql[*star - 1] == u'.' ? ',' + called + '.' : ",")));
+    return sql.sliced(QLatin1String("SELECT").size()).toUtf8();
 }
 
 KnownField knownField(sqlite3_stmt* rows, int column)
@@ -171,7 +199,8 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     auto source = std::make_shared<Source>();
     Translated translated;
     QStringView name = withoutBrackets(QStringView(text).trimmed());
-    const bool statement = beginsWithVerb(QStringView(text).trimmed());
+    const bool statement = beginsWithVerb(QStringView(text).trimmed()) ||
+                           (isMeantAsStatement(QStringView(text).trimmed()) && !connection.table(name));
     if (statement) {
         translated = *connection.translated(text);
         if (translated.kind != Translated::Kind::Select)
@@ -204,11 +233,12 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     const QByteArray from =
         " FROM " + source->table + (translated.singleAlias.isEmpty() ? QByteArray() : " AS " + called);
     const QByteArray key = called + '.' + table->rowKey;
-    const qsizetype results = QLatin1String("SELECT").size();
-    const QByteArray columns =
-        statement ? translated.sql.sliced(results, translated.fromStart - results).toUtf8() : QByteArray(" *");
+    const QByteArray columns = columnsOf(connection, translated, table->name, called);
     const QByteArray tail = translated.sql.sliced(translated.tailStart).toUtf8();
     source->rowSql = "SELECT" + columns + from + " WHERE " + key + "=?1";
+    source->blockSql = R"(WITH "~keys"("~key") AS (VALUES(?))" + QByteArray(",(?)").repeated(MaxBlock - 1) +
+                       ") SELECT" + columns + ',' + key + R"( FROM "~keys" LEFT)" + " JOIN" + from.sliced(5) + " ON " +
+                       key + R"(="~key")";
     source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
     const bool keyAlone = source->shape->plain && !translated.ordersByPlace;
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;

@@ -14,6 +14,9 @@ class Connection;
 class Statement;
 struct TableInfo;
 
+/// The most records of an updatable set that are read at once.
+constexpr int MaxBlock = 256;
+
 /// What one record of a set looks like and how to read and write it.
 struct RowShape {
     std::vector<FieldInfo> fields;
@@ -32,6 +35,7 @@ struct Source {
     bool wholeTable = false;  ///< opened by the table's name
     QByteArray keysSql;       ///< the membership of an updatable set, the row's key in the last column
     QByteArray rowSql;        ///< one row by its key
+    QByteArray blockSql;      ///< a row for each of MaxBlock keys, in their order, with the key in the last column
     QByteArray rowsSql;       ///< all rows of a read-only set
     std::shared_ptr<const KnownFields> fields; ///< what is known of its fields; null for nothing
 

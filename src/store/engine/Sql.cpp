@@ -1,6 +1,7 @@
 #include "store/engine/Sql.h"
 
 #include "store/engine/SqlTranslator.h"
+#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -30,7 +31,7 @@ Translated SqlTranslator::run()
     else if (take(Symbol::Delete))
         remove();
     else
-        raiseSyntax(QStringLiteral("(Select, Insert, Update or Delete expected.)"));
+        raiseSyntax(QStringLiteral("(Near \"%1\": Select, Insert, Update or Delete expected.)").arg(token().text));
     expect(Symbol::End);
     m_result.sql = std::move(m_out.sql);
     return std::move(m_result);
@@ -46,6 +47,7 @@ void SqlTranslator::select()
     m_result.fromStart = read.fromStart;
     m_result.tailStart = read.tailStart;
     m_result.orderStart = read.orderStart;
+    m_result.stars = read.stars;
     m_result.ordersByPlace = read.ordersByPlace;
 }
 
@@ -65,6 +67,8 @@ void SqlTranslator::insert()
             const QStringView field = name();
             m_out.name(field);
             const KnownField* found = find({}, field);
+            if (!found)
+                refuseRowNumber(field);
             targets.push_back(found ? *found : KnownField());
         } while (take(Symbol::Comma));
         expect(Symbol::Close);
@@ -138,6 +142,7 @@ SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targe
     Query read = simpleQuery(targets);
     while (take(Symbol::Union))
         readUnion(read, targets);
+    scope.fields.clear();
     if (take(Symbol::Order))
         readOrder(read);
     return read;
@@ -168,12 +173,15 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         m_out.sql += QLatin1String(" DISTINCT");
     else
         take(Symbol::All);
+    if (atName() && sameName(token().text, u"top") && at(Symbol::Number, 1))
+        refuse();
     // What the results mean is known once the sources are, which come after them.
     const qsizetype results = std::exchange(m_at, placeOfFrom());
     const qsizetype from = m_at;
     const qsizetype written = m_out.sql.size();
     if (take(Symbol::From))
         sources();
+    m_scope->fields.clear();
     const QString sourcesSql = m_out.sql.sliced(written);
     m_out.sql.truncate(written);
     const qsizetype after = std::exchange(m_at, results);
@@ -184,10 +192,16 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     query.fromStart = m_out.sql.size();
     m_out.sql += sourcesSql;
     query.tailStart = m_out.sql.size();
+    const auto shown = m_scope->fields;
     where();
-    const bool grouped = group();
+    m_scope->fields = shown;
+    const bool grouped = group(query);
+    query.grouped = grouped || m_scope->sums;
+    if (query.grouped && !query.stars.isEmpty())
+        raiseSyntax(QStringLiteral("(\"*\" beside sums or groups.)"));
+    requireGrouped(query);
     const auto& all = m_scope->sources;
-    if (all.size() == 1 && !distinct && !grouped && !m_scope->sums) {
+    if (all.size() == 1 && !distinct && !query.grouped) {
         query.source = all[0].table;
         query.alias = all[0].name.data() == all[0].table.data() ? QStringView() : all[0].name;
     }
@@ -224,6 +238,7 @@ void SqlTranslator::readResults(Query& query, const KnownFields* targets)
             readResult(query, query.known ? targets : nullptr);
             continue;
         }
+        query.stars.append(m_out.sql.size());
         m_out.sql += u'*';
         for (const Source& source : m_scope->sources)
             if (!some || source.name.compare(named, Qt::CaseInsensitive) == 0) {
@@ -239,7 +254,9 @@ void SqlTranslator::readResults(Query& query, const KnownFields* targets)
 void SqlTranslator::readResult(Query& query, const KnownFields* targets)
 {
     const qsizetype place = query.fields.size();
+    const qsizetype start = m_at;
     Expression value = expression();
+    query.places.append({start, m_at});
     if (targets && place < targets->size())
         m_out.give(value, targets->at(place));
     const bool isField = value.form == Expression::Form::Field;
@@ -337,24 +354,80 @@ void SqlTranslator::where()
 }
 
 // True for whatever makes one row of several.
-bool SqlTranslator::group()
+bool SqlTranslator::group(Query& query)
 {
     const qsizetype written = m_out.sql.size();
     if (take(Symbol::Group)) {
         expect(Symbol::By);
         QLatin1String before(" GROUP BY ");
+        const auto fields = m_scope->fields;
         do {
             m_out.sql += before;
             before = QLatin1String(", ");
-            Expression value = expression();
-            m_out.order(value);
+            const qsizetype start = m_at;
+            sorted();
+            query.groups.append({start, m_at});
+            // A result's name stands for its expression.
+            for (qsizetype i = 0; i < query.places.size(); ++i)
+                if (m_at == start + 1 && sameName(query.fields[i].name, m_tokens[start].text) &&
+                    !find({}, m_tokens[start].text))
+                    query.groups.append(query.places[i]);
         } while (take(Symbol::Comma));
+        m_scope->fields = fields;
     }
     if (take(Symbol::Having)) {
         m_out.sql += QLatin1String(" HAVING ");
         condition();
     }
     return m_out.sql.size() > written;
+}
+
+// What one row stands for several of has no single value beside what they have in common.
+void SqlTranslator::requireGrouped(const Query& query)
+{
+    for (const qsizetype field : query.grouped ? m_scope->fields : QVarLengthArray<qsizetype, 32>())
+        if (!isGrouped(query, field)) {
+            m_at = field;
+            raiseSyntax(QStringLiteral("(\"%1\" is neither summed up nor grouped by.)").arg(token().text));
+        }
+    m_scope->fields.clear();
+}
+
+// A field is grouped by, by its name with or without its source's, or stands in an expression that is.
+bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
+{
+    const auto last = [this](qsizetype at) { return m_tokens[at + 1].symbol == Symbol::Dot ? at + 2 : at; };
+    const auto same = [this](qsizetype a, qsizetype b) {
+        const bool text = m_tokens[a].symbol == Symbol::Text;
+        return m_tokens[a].symbol == m_tokens[b].symbol &&
+               (text ? m_tokens[a].text == m_tokens[b].text : sameName(m_tokens[a].text, m_tokens[b].text));
+    };
+    return std::ranges::any_of(query.groups, [&](const auto& group) {
+        const qsizetype length = group.second - group.first;
+        const bool name = last(group.first) + 1 == group.second;
+        if (name && (length == 1 || last(field) == field || same(field, group.first)) &&
+            sameName(m_tokens[last(field)].text, m_tokens[group.second - 1].text))
+            return true;
+        for (qsizetype start = std::max<qsizetype>(field - length + 1, 0); start <= field; ++start) {
+            qsizetype matched = 0;
+            while (matched < length && start + matched < m_end && same(start + matched, group.first + matched))
+                ++matched;
+            if (matched == length)
+                return true;
+        }
+        return false;
+    });
+}
+
+// An expression to sort or group by: SQLite takes a constant number for a column's.
+Expression SqlTranslator::sorted()
+{
+    const qsizetype before = m_varying;
+    Expression value = expression();
+    if (before == m_varying && (value.kind == ValueKind::Number || value.kind == ValueKind::Truth))
+        m_out.as(ValueKind::Text, value);
+    m_out.order(value);
+    return value;
 }
 
 void SqlTranslator::readOrder(Query& query)
@@ -366,14 +439,24 @@ void SqlTranslator::readOrder(Query& query)
     do {
         m_out.sql += before;
         before = QLatin1String(", ");
-        query.ordersByPlace = query.ordersByPlace || at(Symbol::Number);
-        Expression value = expression();
-        m_out.order(value);
-        if (take(Symbol::Desc))
-            m_out.sql += QLatin1String(" DESC");
-        else
+        const Symbol next = token(1).symbol;
+        const bool place = at(Symbol::Number) && (next == Symbol::Comma || next == Symbol::Asc ||
+                                                  next == Symbol::Desc || next == Symbol::Close || next == Symbol::End);
+        query.ordersByPlace = query.ordersByPlace || place;
+        const qsizetype column = place ? token().text.toLongLong() - 1 : -1;
+        const Expression value = place ? expression() : sorted();
+        const bool truth = place && column >= 0 && column < query.fields.size()
+                               ? query.fields[column].kind == ValueKind::Truth
+                               : value.kind == ValueKind::Truth;
+        const bool descending = take(Symbol::Desc);
+        if (!descending)
             take(Symbol::Asc);
+        if (truth) // true is -1, and stands in the file as 1
+            m_out.sql += QLatin1String(descending ? " ASC NULLS LAST" : " DESC NULLS FIRST");
+        else if (descending)
+            m_out.sql += QLatin1String(" DESC");
     } while (take(Symbol::Comma));
+    requireGrouped(query);
     m_scope->results = nullptr;
 }
 

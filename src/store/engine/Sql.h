@@ -44,6 +44,7 @@ struct Translated {
     QString singleAlias;
     qsizetype fromStart = 0;    ///< before it, from the sixth character on, stand the results
     qsizetype tailStart = 0;    ///< WHERE or ORDER BY, with a blank before it
+    QList<qsizetype> stars;     ///< among the results, those that stand for all columns
     bool ordersByPlace = false; ///< the Order by counts columns
 };
 

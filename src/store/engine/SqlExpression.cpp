@@ -1,5 +1,9 @@
 #include "store/engine/SqlExpression.h"
 
+#include "platform/Conversion.h"
+#include "store/engine/Text.h"
+
+#include <algorithm>
 #include <array>
 
 namespace orlo::store
@@ -26,9 +30,7 @@ Kind common(const Expression& a, const Expression& b)
         return b.kind;
     if (either(Kind::Unknown))
         return Kind::Unknown;
-    if (either(Kind::Text))
-        return either(Kind::Date) ? Kind::Date : Kind::Text;
-    return Kind::Number;
+    return either(Kind::Text) && either(Kind::Date) ? Kind::Date : Kind::Number;
 }
 
 // In the order of the symbols.
@@ -95,12 +97,16 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
     }
     // Of two truths the true one is the lesser.
     const Kind kind = all.kind == Kind::Truth ? Kind::Number : all.kind;
+    const bool truth = std::ranges::any_of(values, [](const Expression& value) { return value.kind == Kind::Truth; });
+    const auto becomeAlike = [&](Expression& value) {
+        truth && value.kind == Kind::Text ? asTruth(value) : beside(kind, value);
+    };
     for (std::size_t i = values.size() - 1; i > 0; --i) {
-        beside(kind, values[i]);
+        becomeAlike(values[i]);
         bracket(values[i], Binding::Sum);
         sql.insert(values[i].start, i == 1 ? first : next);
     }
-    beside(kind, values[0]);
+    becomeAlike(values[0]);
     if (kind == Kind::Text || (kind == Kind::Unknown && text))
         order(values[0]);
     else
@@ -111,6 +117,16 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
 void SqlWriter::beside(Kind kind, Expression& value)
 {
     as(kind == Kind::Unknown && value.kind == Kind::Truth ? Kind::Number : kind, value);
+}
+
+// Beside a yes/no a text may say yes or no.
+void SqlWriter::asTruth(Expression& value)
+{
+    const bool word = std::ranges::any_of(std::array{u"yes", u"no", u"true", u"false"},
+                                          [&](const char16_t* one) { return sameName(one, value.literal); });
+    if (!value.literal.isNull() && !word && !platform::readNumber(value.literal))
+        raiseSyntax(QStringLiteral("(\"%1\" is neither yes nor no.)").arg(value.literal));
+    call(QLatin1String("as_truth("), value, Kind::Number);
 }
 
 Expression SqlWriter::connected(Expression left, Binding binding, Expression right)
@@ -211,7 +227,8 @@ Expression SqlWriter::sum(Expression left, bool plus, Expression right)
 {
     const bool dates = left.kind == Kind::Date || right.kind == Kind::Date;
     const bool days = !plus && left.kind == Kind::Date && right.kind == Kind::Date;
-    if (plus && left.kind == Kind::Text && right.kind == Kind::Text)
+    const auto textual = [](const Expression& value) { return value.kind == Kind::Text || value.isNull(); };
+    if (plus && textual(left) && textual(right))
         return binary(left, Binding::Join, QLatin1String(" || "), right, Kind::Text);
     if (plus && mayBeText(left) && mayBeText(right)) {
         sql.insert(right.start, u',');
@@ -250,12 +267,19 @@ Expression SqlWriter::oppositeOf(Expression number)
 
 Expression SqlWriter::choice(Expression test, Expression then, Expression otherwise)
 {
-    Kind kind = common(then, otherwise);
-    if (kind == Kind::Text || kind == Kind::Date)
-        kind = then.kind == otherwise.kind || then.isNull() || otherwise.isNull() ? kind : Kind::Unknown;
-    beside(kind, otherwise);
+    const auto either = [&](Kind kind) { return then.kind == kind || otherwise.kind == kind; };
+    const bool differ = then.kind != otherwise.kind && !then.isNull() && !otherwise.isNull();
+    const bool mixed = differ && (either(Kind::Text) || either(Kind::Date));
+    const Kind kind = mixed ? Kind::Unknown : common(then, otherwise);
+    // A date among others shows as one; of a field that isn't known nobody can say that it holds none.
+    const auto become = [&](Expression& value, const Expression& other) {
+        const bool dates = other.kind == Kind::Unknown && other.form == Form::Field;
+        mixed && value.kind == Kind::Date && !dates ? as(Kind::Text, value) : beside(kind, value);
+    };
+    const Expression first = then;
+    become(otherwise, first);
     sql.insert(otherwise.start, u',');
-    beside(kind, then);
+    become(then, otherwise);
     sql.insert(then.start, u',');
     condition(test);
     sql.insert(test.start, QLatin1String("iif("));
@@ -278,8 +302,11 @@ void SqlWriter::as(Kind kind, Expression& value)
         call(QLatin1String("as_date("), value, kind);
     else if (kind == Kind::Text)
         call(QLatin1String(value.kind == Kind::Date ? "date_text(" : "as_text("), value, kind);
-    else if (value.kind != Kind::Number)
+    else if (value.kind != Kind::Number) {
+        if (!value.literal.isNull() && !platform::readNumber(value.literal))
+            raiseSyntax(QStringLiteral("(\"%1\" is no number.)").arg(value.literal));
         call(QLatin1String("as_number("), value, Kind::Number);
+    }
     if (kind == Kind::Truth) {
         bracket(value, Binding::Sum);
         enclose(value, {}, QLatin1String(" <> 0"));
@@ -305,6 +332,8 @@ void SqlWriter::give(Expression& value, const KnownField& field)
         as(field.kind, value);
     if (field.kind == Kind::Number && field.whole && !value.whole)
         call(QLatin1String("as_whole("), value, Kind::Number);
+    else if (field.kind == Kind::Number && value.form == Form::Computed && value.kind == Kind::Number && !value.whole)
+        call(QLatin1String("as_finite("), value, Kind::Number);
 }
 
 void SqlWriter::order(Expression& value)

@@ -24,6 +24,7 @@ struct Expression {
     bool neverNull = false; ///< a literal, or a text that `&` has made
     QStringView name = {};  ///< of a field
     const KnownField* known = nullptr;
+    QStringView literal = {}; ///< what stands in the quotes of a text
 
     [[nodiscard]] bool isNull() const { return form == Form::Null; }
 };
@@ -65,7 +66,7 @@ public:
     /// `IIf`: its kind is what both values have in common.
     Expression choice(Expression condition, Expression then, Expression otherwise);
 
-    /// Makes the expression a value of the kind. What can't be one becomes Null.
+    /// Makes the expression a value of the kind. What can't be one becomes Null; a literal that can't is refused.
     void as(ValueKind kind, Expression& value);
     /// Makes it a condition.
     void condition(Expression& value);
@@ -79,6 +80,7 @@ private:
     void call(QLatin1String function, Expression& value, ValueKind result);
     void bracket(Expression& value, Binding least);
     void beside(ValueKind kind, Expression& value);
+    void asTruth(Expression& value);
     void joinable(Expression& value);
     void makeAlike(std::span<Expression> values, QLatin1String first, QLatin1String next);
     Expression binary(Expression left, Binding binding, QLatin1String sign, Expression right, ValueKind kind);

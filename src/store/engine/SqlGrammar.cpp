@@ -1,6 +1,7 @@
 // The expressions of the dialect, and the tokens that they are read from.
 
 #include "platform/Conversion.h"
+#include "platform/RuntimeError.h"
 #include "store/engine/Rows.h"
 #include "store/engine/SqlTranslator.h"
 #include "store/engine/Text.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace orlo::store
 {
@@ -172,12 +174,12 @@ Expression SqlTranslator::literal(Kind kind, QStringView sql)
 
 Expression SqlTranslator::text(QStringView content)
 {
-    const QChar delimiter = content.data()[-1];
-    if (delimiter == u'\'')
-        return literal(Kind::Text, {content.begin() - 1, content.end() + 1});
     QString text = content.toString();
-    text.replace(QLatin1String("\"\""), QLatin1String("\"")).replace(u'\'', QLatin1String("''"));
-    return literal(Kind::Text, u'\'' + text + u'\'');
+    if (content.data()[-1] == u'"')
+        text.replace(QLatin1String("\"\""), QLatin1String("\"")).replace(u'\'', QLatin1String("''"));
+    Expression value = literal(Kind::Text, QString(u'\'' % text % u'\''));
+    value.literal = content;
+    return value;
 }
 
 Expression SqlTranslator::date(QStringView content)
@@ -230,6 +232,8 @@ Expression SqlTranslator::operand()
     default:
         break;
     }
+    const qsizetype at = m_at;
+    ++m_varying;
     const FieldName field = fieldName();
     if (!field.source.isNull()) {
         m_out.name(field.source);
@@ -241,6 +245,8 @@ Expression SqlTranslator::operand()
     value.whole = field.known && field.known->whole;
     value.name = field.name;
     value.known = field.known;
+    if (field.scope && !field.scope->inSum)
+        field.scope->fields.append(at);
     return value;
 }
 
@@ -270,25 +276,42 @@ SqlTranslator::FieldName SqlTranslator::fieldName()
         source = field;
         field = name();
     }
-    return {source, field, find(source, field)};
+    Scope* scope = m_scope;
+    const KnownField* const known = find(source, field, &scope);
+    if (!known)
+        refuseRowNumber(field);
+    return {source, field, known, scope};
 }
 
-const KnownField* SqlTranslator::find(QStringView source, QStringView name) const
+// SQLite has a row's number under these names, too.
+void SqlTranslator::refuseRowNumber(QStringView name)
 {
+    for (const QStringView number : {u"rowid", u"_rowid_", u"oid"})
+        if (sameName(name, number))
+            throw platform::RuntimeError(platform::UnknownName, QStringLiteral("Database"),
+                                         platform::standardDescription(platform::UnknownName) +
+                                             QStringLiteral(" (%1)").arg(name));
+}
+
+// Tells the Select that has the field, too: none for what is a result of it.
+const KnownField* SqlTranslator::find(QStringView source, QStringView name, Scope** has) const
+{
+    Scope* other = nullptr;
+    Scope*& where = has ? *has : other;
     const auto among = [name](const KnownFields& fields) -> const KnownField* {
         for (const KnownField& field : fields)
             if (sameName(field.name, name))
                 return &field;
         return nullptr;
     };
-    for (const Scope* scope = m_scope; scope; scope = scope->outer) {
+    for (Scope* scope = m_scope; scope; scope = scope->outer) {
         if (scope->results && source.isNull())
             if (const KnownField* found = among(*scope->results))
-                return found;
+                return where = nullptr, found;
         for (const Source& one : scope->sources)
             if (one.fields && (source.isNull() || source.compare(one.name, Qt::CaseInsensitive) == 0))
                 if (const KnownField* found = among(*one.fields))
-                    return found;
+                    return where = scope, found;
     }
     return nullptr;
 }
@@ -321,8 +344,11 @@ Expression SqlTranslator::function()
         return m_out.choice(given[0], given[1], given[2]);
     if (sameName(called, u"isnull") && given.size() == 1)
         return m_out.nullTest(given[0], true);
-    if (!ours || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
-        raiseSyntax(QStringLiteral("(There is no function \"%1\" of so many values.)").arg(called));
+    const bool special = sameName(called, u"iif") || sameName(called, u"isnull");
+    if (!ours && !special)
+        raiseSyntax(QStringLiteral("(There is no function \"%1\".%2)").arg(called, insteadOf(called)));
+    if (special || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
+        raiseSyntax(QStringLiteral("(\"%1\" takes another number of values.)").arg(called));
     m_out.sql += u')';
     return m_out.written(start, known->result);
 }
@@ -330,6 +356,7 @@ Expression SqlTranslator::function()
 Expression SqlTranslator::aggregate(QStringView called)
 {
     m_scope->sums = true;
+    ++m_varying;
     const bool count = sameName(called, u"count");
     const bool ends = sameName(called, u"max") || sameName(called, u"min");
     const qsizetype start = m_out.sql.size();
@@ -340,7 +367,9 @@ Expression SqlTranslator::aggregate(QStringView called)
     if (rows)
         m_out.sql += u'*';
     else {
+        const bool within = std::exchange(m_scope->inSum, true);
         Expression value = expression();
+        m_scope->inSum = within;
         if (ends && value.kind != Kind::Truth)
             kind = value.kind;
         if (!count)
@@ -365,7 +394,7 @@ QStringView SqlTranslator::name()
 void SqlTranslator::refuse() const
 {
     raiseSyntax(at(Symbol::End) ? QStringLiteral("(The statement breaks off.)")
-                                : QStringLiteral("(Near \"%1\".)").arg(token().text));
+                                : QStringLiteral("(Near \"%1\".%2)").arg(token().text, insteadOf(token().text)));
 }
 
 } // namespace orlo::store

@@ -85,6 +85,10 @@ using Tokens = QVarLengthArray<Token, 96>;
 /// follows a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
 
+/// What to write for a word that people know from elsewhere and the dialect doesn't have, with a blank before it;
+/// nothing for others.
+[[nodiscard]] QString insteadOf(QStringView word);
+
 /// Raises 3075 with a detail.
 [[noreturn]] void raiseSyntax(const QString& detail);
 

@@ -32,6 +32,8 @@ private:
         QVarLengthArray<Source, 4> sources;
         const KnownFields* results = nullptr; // what an Order by may name, too
         bool sums = false;
+        bool inSum = false;
+        QVarLengthArray<qsizetype, 32> fields; // the tokens that name fields outside of sums
 
     private:
         Scope*& m_current;
@@ -46,12 +48,17 @@ private:
         qsizetype fromStart = 0;
         qsizetype tailStart = 0;
         qsizetype orderStart = -1;
+        QList<qsizetype> stars;
+        bool grouped = false;
+        QList<std::pair<qsizetype, qsizetype>> places; // of the results: their tokens
+        QList<std::pair<qsizetype, qsizetype>> groups; // the tokens of what it is grouped by
         bool ordersByPlace = false;
     };
     struct FieldName {
         QStringView source;
         QStringView name;
         const KnownField* known;
+        Scope* scope; // that has it
     };
     // How tightly the dialect binds an operator.
     enum class Level : quint8 { None, Or, And, Not, Comparison, Join, Sum, Product, Sign };
@@ -73,8 +80,11 @@ private:
     void joinedSources();
     void source();
     void where();
-    bool group();
+    Expression sorted();
+    bool group(Query& query);
     void readOrder(Query& query);
+    void requireGrouped(const Query& query);
+    [[nodiscard]] bool isGrouped(const Query& query, qsizetype field) const;
 
     // Expressions.
     Expression expression(Level least = Level::Or);
@@ -88,9 +98,10 @@ private:
     Expression date(QStringView content);
     Expression bracketed();
     FieldName fieldName();
+    static void refuseRowNumber(QStringView name);
     Expression function();
     Expression aggregate(QStringView name);
-    const KnownField* find(QStringView source, QStringView name) const;
+    const KnownField* find(QStringView source, QStringView name, Scope** has = nullptr) const;
     static Level levelOf(Symbol sign);
 
     // Tokens.
@@ -116,6 +127,7 @@ private:
     const qsizetype m_end;
     qsizetype m_at = 0;
     int m_depth = 0;
+    qsizetype m_varying = 0; // how many fields and sums were read
     Scope* m_scope = nullptr;
     SqlWriter m_out;
     Translated m_result;

@@ -19,30 +19,43 @@ Statement::~Statement()
         reset();
 }
 
+void Statement::take(int code)
+{
+    if (code != SQLITE_OK)
+        m_prepared->connection->raiseLast(code);
+}
+
 void Statement::bind(int parameter, qint64 value)
 {
-    sqlite3_bind_int64(m_prepared->handle, parameter, value);
+    take(sqlite3_bind_int64(m_prepared->handle, parameter, value));
+}
+
+void Statement::bind(int parameter, const QByteArray& utf8)
+{
+    take(sqlite3_bind_text64(m_prepared->handle, parameter, utf8.constData(), static_cast<sqlite3_uint64>(utf8.size()),
+                             SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+void Statement::bindBytes(int parameter, const QByteArray& bytes)
+{
+    take(sqlite3_bind_blob64(m_prepared->handle, parameter, bytes.constData(),
+                             static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT));
 }
 
 void Statement::bind(int parameter, const Value& value)
 {
-    sqlite3_stmt* const stmt = m_prepared->handle;
-    const auto bindText = [stmt, parameter](const QByteArray& text) {
-        sqlite3_bind_text64(stmt, parameter, text.constData(), static_cast<sqlite3_uint64>(text.size()),
-                            SQLITE_TRANSIENT, SQLITE_UTF8);
-    };
     if (const auto* truth = std::get_if<bool>(&value.data()))
-        sqlite3_bind_int(stmt, parameter, *truth);
+        bind(parameter, qint64(*truth));
     else if (const auto* whole = std::get_if<qint64>(&value.data()))
-        sqlite3_bind_int64(stmt, parameter, *whole);
+        bind(parameter, *whole);
     else if (const auto* number = std::get_if<double>(&value.data()))
-        sqlite3_bind_double(stmt, parameter, *number);
+        take(sqlite3_bind_double(m_prepared->handle, parameter, *number));
     else if (const auto* text = std::get_if<QString>(&value.data()))
-        bindText(text->toUtf8());
+        bind(parameter, text->toUtf8());
     else if (const auto* date = std::get_if<DateTime>(&value.data()))
-        bindText(isoText(*date));
+        bind(parameter, isoText(*date));
     else
-        sqlite3_bind_null(stmt, parameter);
+        take(sqlite3_bind_null(m_prepared->handle, parameter));
 }
 
 bool Statement::step()

@@ -28,9 +28,11 @@ public:
     Statement& operator=(Statement&&) = delete;
     Statement(const Statement&) = delete;
 
-    /// Binds the parameter, 1-based.
+    /// Binds the parameter, 1-based. Raises 3163 for a value too large for any file.
     void bind(int parameter, qint64 value);
+    void bind(int parameter, const QByteArray& utf8);
     void bind(int parameter, const Value& value);
+    void bindBytes(int parameter, const QByteArray& bytes);
     /// Goes to the next row; false after the last one. Raises what the file refuses, and ResourceExceeded (3035) for a
     /// statement that runs on without end.
     bool step();
@@ -44,6 +46,8 @@ public:
     [[nodiscard]] sqlite3_stmt* handle() const;
 
 private:
+    void take(int code);
+
     std::shared_ptr<Prepared> m_prepared;
 };
 
