@@ -17,6 +17,7 @@ void walkRecordForm(Table& table);
 void openScouts(Table& table);
 void openAdults(Table& table);
 void startProgram(Table& table);
+void keepCopies(Table& table);
 void updateOldFile(Table& table);
 void openFormerFile(Table& table);
 

@@ -18,12 +18,14 @@ set_target_properties(${programs} ${modules} PROPERTIES BUILD_WITH_INSTALL_RPATH
 foreach(program IN LISTS programs modules)
     target_link_options(${program} PRIVATE LINKER:--disable-new-dtags)
 endforeach()
-orlo_arrangement(folder . . . EXCLUDE_FROM_ALL)
+# What a user may change, and the empty database, lie apart: an archive unpacked over a used folder touches neither, and
+# the launcher brings along what is missing or new.
+orlo_arrangement(folder fresh . . EXCLUDE_FROM_ALL)
 install(TARGETS ${programs} RUNTIME DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
 install(TARGETS ${modules} LIBRARY DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
 install(FILES packaging/README.txt packaging/qt.conf docs/man/orlo-db.1 DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
 install(FILES packaging/fonts.conf DESTINATION fonts COMPONENT folder EXCLUDE_FROM_ALL)
-install(PROGRAMS packaging/start-orlo.sh DESTINATION . RENAME start-orlo COMPONENT folder EXCLUDE_FROM_ALL)
+install(PROGRAMS packaging/orlo.sh DESTINATION . RENAME start-orlo COMPONENT folder EXCLUDE_FROM_ALL)
 install(PROGRAMS packaging/Start.desktop DESTINATION . RENAME "Start ORLO.desktop" COMPONENT folder EXCLUDE_FROM_ALL)
 # Windows on X11 and on Wayland, printers, accents typed in two keys, photographs in reports. The program's own pictures
 # need no plugin.

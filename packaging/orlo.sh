@@ -1,12 +1,20 @@
 #!/bin/sh
-# Starts ORLO for the user at hand. The program keeps its records in the folder in which it lies, so each user has a
-# folder with a copy of it. This makes the folder and keeps it as new as the package.
+# Starts ORLO for the user at hand. The program keeps its records in the folder in which it lies. Of the Debian package
+# each user has such a folder with a copy of the program; the archive's folder is one by itself, and what a user may
+# change lies in its folder "fresh". This makes the folder complete and keeps it as new as the package.
 set -u
-package=$(dirname "$(readlink -f "$0")")/../lib/orlo
-case ${XDG_DATA_HOME:-} in
-    /*) app=$XDG_DATA_HOME/orlo ;;
-    *) app=${HOME:?}/.local/share/orlo ;;
-esac
+here=$(dirname "$(readlink -f "$0")")
+if [ -d "$here/fresh" ]; then # with its letters beside the system's, and with its own plugins only
+    package=$here/fresh app=$here
+    export FONTCONFIG_FILE="$here/fonts/fonts.conf"
+    unset QT_PLUGIN_PATH QT_QPA_PLATFORM_PLUGIN_PATH
+else
+    package=$here/../lib/orlo
+    case ${XDG_DATA_HOME:-} in
+        /*) app=$XDG_DATA_HOME/orlo ;;
+        *) app=${HOME:?}/.local/share/orlo ;;
+    esac
+fi
 given=$app/.package # the reports and layouts as the package gave them, by which the user's changes show
 new=$given/.new
 
@@ -27,19 +35,22 @@ refresh() { # refresh FILE NAME: the user's file becomes the package's, unless t
     cmp -s "$1" "$given/$2" || copy "$1" "$given/$2"
 }
 
-(umask 077 && mkdir -p "$given") || exit 1
-exec 9>"$given/.lock"
-flock 9 # two starts at once take turns
-for file in "$package"/*; do
-    name=${file##*/}
-    case $name in
-        manual | examples | *-pack) [ -e "$app/$name" ] || ln -sfn "$(readlink -f "$file")" "$app/$name" ;;
-        *.mdb) [ -n "$(held 'Quorrel*.mdb')" ] || copy "$file" "$app/$name" -n ;;
-        orlo*) cmp -s "$file" "$app/$name" || copy "$file" "$app/$name" ;;
-        *) refresh "$file" "$name" ;;
-    esac
-done
-exec 9>&-
+complete() {
+    exec 9>"$given/.lock"
+    flock 9 # two starts at once take turns
+    for file in "$package"/*; do
+        name=${file##*/}
+        case $name in
+            manual | examples | *-pack) [ -e "$app/$name" ] || ln -sfn "$(readlink -f "$file")" "$app/$name" ;;
+            *.mdb) [ -n "$(held 'Quorrel*.mdb')" ] || copy "$file" "$app/$name" -n ;;
+            orlo*) cmp -s "$file" "$app/$name" || copy "$file" "$app/$name" ;;
+            *) refresh "$file" "$name" ;;
+        esac
+    done
+    exec 9>&-
+}
+
+(umask 077 && mkdir -p "$given") && complete
 # A copy that failed has said so; the program that the user has still starts. Its lists of folders begin where it is.
 cd "$app" || exit 1
 exec "$app/orlo" "$@"

@@ -15,4 +15,5 @@ foreach(plugin platforms/qwindows imageformats/qjpeg)
 endforeach()
 
 set(CPACK_GENERATOR ZIP)
-set(CPACK_PACKAGE_FILE_NAME "orlo-${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}-win64")
+# The archive holds a database, so its folder bears the whole version: no other one is unpacked over a used folder.
+set(CPACK_PACKAGE_FILE_NAME "orlo-${PROJECT_VERSION}-win64")

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-1.1-win64.zip in build/windows, or in the folder that
+# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip in build/windows, or in the folder that
 # ORLO_WINDOWS names. Everything else that it makes or fetches lies there too. The first time takes an hour or two, nearly
 # all of it for Qt; stopped anywhere, the next run goes on from there. build.sh tests builds the tests and the tour, too.
 source "$(dirname "$0")/../../cmake/setup.sh"
@@ -128,6 +128,7 @@ program() {
         "${host_qt[@]}" -DORLO_BUILD_TOOLS="$work/host/tools"
     cmake --build "$work/orlo"
     [ $testing = OFF ] || cmake --build "$work/orlo" --target tour
+    rm -f "$work"/orlo-*.zip
     cpack --config "$work/orlo/CPackConfig.cmake" -B "$work"
 }
 

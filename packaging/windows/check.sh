@@ -21,6 +21,19 @@ folder=$(echo "$work"/unpacked/*)
 on_screen packaging/windows/starts.sh "$wine" "$folder/orlo.exe"
 echo "The program starts from the archive."
 
+# A newer archive beside it: each makes a folder of its whole version, so the used one stays as it is.
+[[ ${folder##*/} =~ ^orlo-[0-9]+\.[0-9]+\.[0-9]+-win64$ ]]
+echo >>"$folder/PurchaseList.rpt"
+before=$(cd "$folder" && sha256sum Quorrel11.mdb PurchaseList.rpt)
+rm -rf "$work/newer"
+unzip -q "$work"/orlo-*.zip -d "$work/newer"
+version=${folder##*/orlo-} version=${version%-win64}
+(cd "$work/newer" && mv * "orlo-${version%.*}.$((${version##*.} + 1))-win64" && cmake -E tar cf ../newer.zip --format=zip *)
+unzip -qo "$work/newer.zip" -d "$work/unpacked"
+[ "$(cd "$folder" && sha256sum Quorrel11.mdb PurchaseList.rpt)" = "$before" ]
+rm -rf "$work/newer" "$work/newer.zip" "$work/unpacked/orlo-${version%.*}.$((${version##*.} + 1))-win64"
+echo "A newer archive left the records and the changed report alone."
+
 # The tour, on the sample pack. From here on with the libraries of the build, the fonts of Linux, and what the tests say.
 mkdir -p "$work/poppler"
 cp packaging/windows/poppler.sh "$work/poppler"

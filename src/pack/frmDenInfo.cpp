@@ -210,6 +210,7 @@ void frmDenInfo::loadLeaders()
 void frmDenInfo::removeScouts(bool all)
 {
     const widgets::BusyPointer busy;
+    database().aboutToRemove(); // all members of a den may lose it
     for (int row = 0; row < ui->lstScouts->listCount(); ++row) {
         if (!all && !ui->lstScouts->selected(row))
             continue;

@@ -106,6 +106,17 @@ QList<Drive> FileSystem::drives() const
     return byRoot.values();
 }
 
+qint64 FileSystem::freeSpaceAt(const QString& path) const
+{
+    if (!otherVolumes)
+        return std::max<qint64>(QStorageInfo(path).bytesAvailable(), 0);
+    const QString root = driveOf(path);
+    for (const Drive& drive : drives())
+        if (drive.root == root)
+            return drive.freeSpace;
+    return 0;
+}
+
 QString FileSystem::driveOf(const QString& path) const
 {
     QString root = QDir::rootPath();

@@ -57,6 +57,8 @@ public:
     [[nodiscard]] Drive getDrive(const QString& text) const;
     /// The mounted volumes that hold files of users, the root's first.
     [[nodiscard]] QList<Drive> drives() const;
+    /// The bytes that this user may write on the volume that a path lies on; 0 where that can't be told.
+    [[nodiscard]] qint64 freeSpaceAt(const QString& path) const;
     /// The root of the one of drives() that a path lies on.
     [[nodiscard]] QString driveOf(const QString& path) const;
 };

@@ -35,7 +35,10 @@ private:
             QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
         if (!empty)
             test::fill(test::contents(ORLO_SOURCE_DIR "/tests/hands/pack.sql"));
+        openDatabase(databasePath()); // as the program does
+        QDir::setCurrent(gAppPath);
         const QString fault = test::runHands(script.simplified().mid(empty ? 6 : 0));
+        QDir::setCurrent(QDir::rootPath());
         return fault.isEmpty() ? test::rows(query) : fault;
     }
 };

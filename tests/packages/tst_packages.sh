@@ -33,8 +33,25 @@ complete() { # complete FOLDER: all that the program needs is there
 
 cpack -G "TGZ;DEB" --config "$build/CPackConfig.cmake" -B "$here" >"$here/log" || { cat "$here/log"; false; }
 
+newer='printf "#!/bin/sh\\necho newer\\n" >orlo && chmod +x orlo'
+change_by_hand() { # change_by_hand FOLDER: the user's records, a report and a layout; "before" keeps them
+    for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do echo mine >>"$1/$file"; done
+    rm -rf "$here/before"
+    cp -r "$1" "$here/before"
+}
+stays_changed() { # stays_changed FOLDER GIVEN: what was changed by hand is there still, what wasn't is the package's
+    for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do cmp "$here/before/$file" "$1/$file"; done
+    cmp "$2/AwardListing.rpt" "$1/AwardListing.rpt"
+}
+
+# The archive brings no records: the launcher puts an empty file where there is none.
 mkdir "$here/a folder"
 tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
+[ -z "$(find "$here/a folder" -maxdepth 1 -iname 'quorrel*' -o -maxdepth 1 -name '*.rpt')" ]
+cp "$here/a folder/orlo" "$here/program"
+(cd "$here/a folder" && eval "$newer")
+[ "$(timeout 60 "$here/a folder/start-orlo")" = newer ]
+cp "$here/program" "$here/a folder/orlo"
 complete "$here/a folder"
 "$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
 for program in orlo orlo-db orlo-jet orlo-pdf.so; do # its own Qt and database engine
@@ -49,6 +66,16 @@ fi
 for kind in sample empty; do "$here/a folder/orlo-db" check "$here/a folder/$kind-pack/Quorrel11_Backup" >/dev/null; done
 "$here/a folder/orlo-db" check "$here/a folder/sample-pack/version-1.0/Quorrel.mdb" | grep -q '1043 Assigned_Awards_Scouts'
 [ ! -e "$build/app/manual" ] || [ -s "$here/a folder/manual/index.html" ]
+
+# A newer archive, unpacked over the used folder.
+mkdir "$here/newer"
+tar -xzf "$here"/orlo-*.tar.gz -C "$here/newer" --strip-components=1
+for file in AwardListing.rpt PurchaseList.rpt Quorrel11.mdb; do echo >>"$here/newer/fresh/$file"; done
+(cd "$here/newer" && eval "$newer")
+change_by_hand "$here/a folder"
+tar -C "$here/newer" -cf - . | tar -C "$here/a folder" -xf -
+for _ in 1 2; do [ "$(timeout 60 "$here/a folder/start-orlo")" = newer ]; done
+stays_changed "$here/a folder" "$here/newer/fresh"
 
 dpkg-deb -f "$here"/orlo_*.deb Depends | grep libqt6printsupport6 | grep libsqlite3-0 | grep -q libqt6widgets6
 [ ! -e "$build/app/orlo-pdf.so" ] || dpkg-deb -f "$here"/orlo_*.deb Recommends | grep -q libqpdf
@@ -67,14 +94,11 @@ complete "$user"
 [ -s "$user/sample-pack/Quorrel11_Backup" ]
 
 # A newer package brings another program and another report: what the user has changed stays, the rest follows.
-printf '#!/bin/sh\necho newer\n' >"$given/orlo"
-echo >>"$given/AwardListing.rpt"
-for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do echo mine >>"$user/$file"; done
-echo >>"$given/PurchaseList.rpt"
-cp -r "$user" "$here/before"
+(cd "$given" && eval "$newer")
+change_by_hand "$user"
+for file in AwardListing.rpt PurchaseList.rpt; do echo >>"$given/$file"; done
 for _ in 1 2; do [ "$(timeout 60 "$launcher")" = newer ]; done
-for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do cmp "$here/before/$file" "$user/$file"; done
-cmp "$given/AwardListing.rpt" "$user/AwardListing.rpt"
+stays_changed "$user" "$given"
 
 # Many first starts at once, of a user who has put an earlier version's file there.
 XDG_DATA_HOME="$here/second" user="$here/second/orlo"

@@ -1,12 +1,12 @@
 #include "store/schema/Schema.h"
 #include "support/Files.h"
 #include "support/Main.h"
+#include "support/OrloDb.h"
 #include "support/Sqlite.h"
 #include "support/System.h"
 #include "support/Table.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <optional>
@@ -14,28 +14,9 @@
 using namespace orlo;
 using namespace orlo::store;
 using orlo::test::contents;
+using orlo::test::orloDb;
 using orlo::test::sqlite;
-
-namespace
-{
-
-struct Run {
-    int status;
-    QString errors;
-    QString said;
-};
-
-Run orloDb(const QStringList& arguments)
-{
-    QProcess process;
-    process.start(ORLO_BUILD_DIR "/tools/orlo-db", arguments);
-    const bool finished = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    const auto lines = [](const QByteArray& said) { return QString::fromUtf8(said).remove(u'\r'); };
-    return {finished ? process.exitCode() : -1, lines(process.readAllStandardError()),
-            lines(process.readAllStandardOutput())};
-}
-
-} // namespace
+using Run = orlo::test::OrloDbRun;
 
 class tst_orlodb : public QObject
 {

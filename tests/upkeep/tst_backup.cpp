@@ -7,7 +7,9 @@
 #include "store/upkeep/frmRestorBackup.h"
 #include "support/Files.h"
 #include "support/Main.h"
+#include "support/Pack.h"
 #include "support/RecordScreen.h"
+#include "support/Sqlite.h"
 #include "support/System.h"
 #include "support/Table.h"
 #include "widgets/DriveList.h"
@@ -15,9 +17,11 @@
 #include "widgets/MessageBox.h"
 
 #include <QDirIterator>
+#include <QScopeGuard>
 #include <QTreeWidgetItemIterator>
 
 using namespace orlo;
+using test::sqlite;
 using widgets::DriveList;
 using widgets::FolderList;
 using widgets::Instance;
@@ -244,6 +248,53 @@ good      | F | restored | d   | 0)");
         QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, {}));
         QTEST(loaded(), "loaded");
         QTEST(QString::number(test::count("Dens")), "dens");
+    }
+
+    // What Escape takes in the dens' window, a copy of the day gives back, with all that pointed there. None of the
+    // copies goes while one is brought back, though the first change of the day comes in the middle of that.
+    void aDenComesBack_data() { test::table({"copy"}, "today's\none that has had its time"); }
+    void aDenComesBack()
+    {
+        const bool old = QTest::currentDataTag() != QByteArray("today's");
+        Place place;
+        platform::setToday(QDate(2026, 6, 7));
+        const auto clock = qScopeGuard([] { platform::setToday({}); });
+        test::fill(test::Pack);
+        const QString links =
+            "Select (Select Count(*) From Dens), (Select Count(*) From Scouts Where Assigned_Den_SID = 2), "
+            "(Select Count(*) From Leader_Den_Assignments Where Den_SID = 2)";
+        const QDir copies(gAppPath + "/copies");
+        if (old)
+            for (QDate day(2026, 5, 28); day < QDate(2026, 6, 7); day = day.addDays(1)) {
+                const QString folder = copies.filePath(day.toString(Qt::ISODate));
+                QVERIFY(QDir().mkpath(folder) && QFile::copy(place.database, folder + "/Quorrel11_Backup"));
+            }
+        openDatabase(databasePath());
+        if (!old)
+            database().execute("Update Dens Set Den_Name = 'today' Where Den_SID = 1");
+        Instance<frmDenInfo>::show();
+        if (!old) {
+            test::control<QPushButton>(Instance<frmDenInfo>::get(), "cmdLast").click();
+            QTest::keyClick(&Instance<frmDenInfo>::get(), Qt::Key_Escape);
+            QCOMPARE(sqlite(place.database, links.toUtf8()), QStringList("2|1|1"));
+        }
+        Instance<frmDenInfo>::unload();
+        const Screen<frmRestorBackup> screen;
+        const QStringList days = copies.entryList({old ? "2026-05-30" : "2026-06-07 *"}, QDir::Dirs);
+        screen.folders.setPath(copies.filePath(days.value(0)));
+        QCOMPARE(screen.go("yes ok"), text("restored", {}));
+        QCOMPARE(sqlite(place.database, links.toUtf8()), QStringList("3|2|3"));
+        QCOMPARE(copies.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), old ? 11 : 3);
+    }
+
+    void repairKeepsACopy()
+    {
+        const Place place;
+        openDatabase(databasePath());
+        mdiPendrake frame;
+        test::control<QAction>(frame, "mnuRepairDatabase").trigger();
+        const QString copy = gAppPath + "/copies/" + QDate::currentDate().toString(Qt::ISODate) + "/Quorrel11_Backup";
+        QCOMPARE(sqlite(copy, "Pragma integrity_check"), QStringList("ok"));
     }
 
     // A drive that has gone is noticed before anything is touched.

@@ -45,6 +45,15 @@ void repair()
     openDatabase(databasePath());
 }
 
+// A year of days, each with its copy.
+void copies()
+{
+    for (int day = 0; day < 365; ++day) {
+        platform::setToday(QDate(2026, 1, 1).addDays(day));
+        database().execute("Update Adults Set MI = 'x' Where Adult_SID = 1");
+    }
+}
+
 int child(const QStringList& arguments)
 {
     const QByteArray name = arguments[0].toLatin1();
@@ -58,6 +67,7 @@ int child(const QStringList& arguments)
         openDatabase(databasePath());
     mdiPendrake::handOverDataForms();
     const std::map<QByteArray, std::function<void()>> works{{"update", update},
+                                                            {"copies", copies},
                                                             {"repair", repair},
                                                             {"backup", [] { press<frmDataBackup>("cmdBack"); }},
                                                             {"restore", [] { press<frmRestorBackup>("cmdRestore"); }}};
@@ -146,6 +156,24 @@ private Q_SLOTS:
             store::DBEngine::repairDatabase(file("Quorrel11.mdb"), store::schema::editions());
             QCOMPARE(look("Quorrel11.mdb"), "ok 0|300|200|200");
         });
+    }
+
+    // Whatever stands under the name of a copy is whole; what doesn't is gone after the next ones.
+    void copies()
+    {
+        QDir folder(file("copies"));
+        folder.removeRecursively(); // of other works
+        qsizetype seen = 0;
+        kill({{"1.1", "Quorrel11.mdb"}}, [&] {
+            QCOMPARE(look("Quorrel11.mdb"), m_contents["1.1"]);
+            const QStringList names = folder.entryList({"2026-[01][0-9]-[0-9][0-9]"}, QDir::Dirs);
+            for (const QString& name : names)
+                QCOMPARE(look("copies/" + name + "/Quorrel11_Backup"), m_contents["1.1"]);
+            QVERIFY(names.size() <= 7 + 4 + 12 + 1); // cut off before the thinning
+            seen += names.size();
+            folder.removeRecursively();
+        });
+        QVERIFY2(seen > 23, qPrintable(QString::number(seen)));
     }
 
 private:

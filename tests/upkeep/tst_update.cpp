@@ -85,6 +85,8 @@ private Q_SLOTS:
 
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList({"Quorrel11.mdb", "QuorrelOld_10.mdb"}));
         QVERIFY(test::contents(folder.file("QuorrelOld_10.mdb")) == before);
+        const QString copy = "copies/" + QDate::currentDate().toString(Qt::ISODate) + "/Quorrel11_Backup";
+        QCOMPARE(sqlite(folder.file(copy), "Select Den_SID From Dens"), QStringList{"99"});
         QCOMPARE(sqlite(folder.file("Quorrel11.mdb"), "Pragma integrity_check"), QStringList{"ok"});
         auto fresh = store::DBEngine::createDatabase(folder.file("fresh.mdb"));
         store::createSchema(fresh);

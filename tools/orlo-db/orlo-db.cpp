@@ -1,7 +1,13 @@
-// Works on a pack's database without the program: makes one, checks and repairs it, exports its tables.
+// Works on a pack's database without the program: makes one, checks and repairs it, exports its tables, compares two,
+// and tells of one without telling what it holds.
 
+#include "About.h"
+#include "Compare.h"
+#include "LooseEnds.h"
 #include "PackExport.h"
 #include "PackLoader.h"
+#include "PackRows.h"
+#include "Scramble.h"
 #include "platform/RuntimeError.h"
 #include "store/jet/OpenFile.h"
 
@@ -85,12 +91,17 @@ void fill(Database& database, const std::optional<PackLoader>& loader, SchemaVer
     loader->load(database);
 }
 
-int makeNew(const QString& file, const QString& folder, SchemaVersion version)
+void requireNew(const QString& file)
 {
     if (QFileInfo::exists(file) || QFileInfo(file).isSymLink())
         throw LoadError(QStringLiteral("%1: the file is there already").arg(file));
     if (!QFileInfo(file).absoluteDir().exists())
         throw LoadError(QStringLiteral("%1: there is no such folder").arg(QFileInfo(file).absolutePath()));
+}
+
+int makeNew(const QString& file, const QString& folder, SchemaVersion version)
+{
+    requireNew(file);
     std::optional<PackLoader> loader;
     if (!folder.isEmpty())
         loader.emplace(folder, version);
@@ -128,6 +139,22 @@ int checkFormer(const QString& file)
     return Done;
 }
 
+void say(const QStringList& lines)
+{
+    for (const QString& line : lines)
+        say(line);
+}
+
+// They are a normal state of the records and no damage.
+void sayLooseEnds(const QString& file)
+{
+    Database database = engine::viewDatabase(file);
+    const QStringList found = looseEnds(database);
+    if (!found.isEmpty())
+        say(QStringLiteral("Loose ends, which the program works with:"));
+    say(found);
+}
+
 int check(const QString& file)
 {
     if (store::isFormerFormat(file))
@@ -136,7 +163,10 @@ int check(const QString& file)
     say(QStringLiteral("%1: %2").arg(file, faults.isEmpty() ? QStringLiteral("sound") : QStringLiteral("damaged")));
     for (const QString& fault : faults)
         say(fault);
-    return faults.isEmpty() && sayRows(file) ? Done : Failed;
+    if (!faults.isEmpty() || !sayRows(file))
+        return Failed;
+    sayLooseEnds(file);
+    return Done;
 }
 
 int repair(const QString& file)
@@ -160,9 +190,35 @@ int exportTables(const QString& file, const QString& folder)
     return unread.isEmpty() ? Done : Failed;
 }
 
+int compare(const QString& file, const QString& other, bool countsOnly)
+{
+    say(differences(file, other, countsOnly));
+    return Done;
+}
+
+int scrambleTo(const QString& file, const QString& out)
+{
+    requireNew(out);
+    PackFile pack(file);
+    const FileInTheMaking making(out);
+    Database made = engine::createDatabase(making.name());
+    const QStringList left = scramble(pack.database(), made);
+    made.close();
+    making.take();
+    for (const QString& query : left)
+        say(QStringLiteral("left out: the stored query %1").arg(query));
+    return Done;
+}
+
+int tellOf(const QString& file)
+{
+    say(about(file));
+    return Done;
+}
+
 // What the arguments ask for; nothing where they ask for nothing that there is.
 std::optional<int> run(const QStringList& arguments, const std::optional<QString>& from,
-                       const std::optional<QString>& version)
+                       const std::optional<QString>& version, bool summary)
 {
     const QString command = arguments.value(0);
     const QString file = arguments.value(1);
@@ -172,12 +228,20 @@ std::optional<int> run(const QStringList& arguments, const std::optional<QString
         return makeNew(file, from.value_or(QString()), old ? SchemaVersion::V10 : SchemaVersion::V11);
     if (from || version)
         return std::nullopt;
+    if (command == QLatin1String("compare") && arguments.size() == 3)
+        return compare(file, arguments[2], summary);
+    if (summary)
+        return std::nullopt;
     if (command == QLatin1String("check") && arguments.size() == 2)
         return check(file);
     if (command == QLatin1String("repair") && arguments.size() == 2)
         return repair(file);
     if (command == QLatin1String("export") && arguments.size() == 3)
         return exportTables(file, arguments[2]);
+    if (command == QLatin1String("scramble") && arguments.size() == 3)
+        return scrambleTo(file, arguments[2]);
+    if (command == QLatin1String("about") && arguments.size() == 2)
+        return tellOf(file);
     return std::nullopt;
 }
 
@@ -197,23 +261,30 @@ int main(int argc, char** argv)
                        "  new FILE            make a database: empty, or of CSV files\n"
                        "  check FILE          say whether the file is sound\n"
                        "  repair FILE         bring back all that can be read of a damaged file\n"
-                       "  export FILE FOLDER  write each table to a CSV file"));
+                       "  export FILE FOLDER  write each table to a CSV file\n"
+                       "  compare FILE FILE   list what differs from the first to the second\n"
+                       "  scramble FILE OUT   write a copy without anything of people, for a report of a fault\n"
+                       "  about FILE          tell versions, sizes and counts, nothing of people"));
     const QCommandLineOption from(QStringLiteral("from"),
                                   QStringLiteral("new: load the CSV files of <folder>, each named after its table."),
                                   QStringLiteral("folder"));
     const QCommandLineOption version(QStringLiteral("version"),
                                      QStringLiteral("new: make a file of this version: 1.0, or 1.1 as usual."),
                                      QStringLiteral("version"));
-    parser.addOptions({from, version});
+    const QCommandLineOption summary(QStringLiteral("summary"), QStringLiteral("compare: only the counts."));
+    parser.addOptions({from, version, summary});
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("new, check, repair or export"));
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("One of those above."));
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The database."));
-    parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("export: a new or empty folder."),
-                                 QStringLiteral("[folder]"));
+    parser.addPositionalArgument(QStringLiteral("other"),
+                                 QStringLiteral("export: a new or empty folder; compare: the other database, or the "
+                                                "folder of a backup; scramble: a new file."),
+                                 QStringLiteral("[other]"));
     parser.process(application);
 
     try {
-        if (const auto status = run(parser.positionalArguments(), given(parser, from), given(parser, version)))
+        if (const auto status =
+                run(parser.positionalArguments(), given(parser, from), given(parser, version), parser.isSet(summary)))
             return *status;
         std::fputs(qPrintable(parser.helpText()), stderr);
         return BadUsage;

@@ -3,6 +3,7 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "shell/forms/dlgError.h"
+#include "store/copies/KeptCopies.h"
 #include "store/jet/OpenFile.h"
 #include "widgets/MessageBox.h"
 
@@ -53,6 +54,14 @@ QString databasePath()
 void openDatabase(const QString& path)
 {
     gDatabase = std::make_unique<store::Database>(store::openPack(path));
+    if (path == databasePath())
+        store::keepCopies(*gDatabase);
+}
+
+void keepCopy()
+{
+    if (gDatabase && gDatabase->isOpen())
+        store::keepCopyOf(*gDatabase);
 }
 
 void CriticalError()

@@ -41,7 +41,11 @@ extern QString gErrText;
 /// The path of the current database file, as the screens and reports name it.
 [[nodiscard]] QString databasePath();
 /// Opens a file as the open database, in the place of one that may be open. Raises as store::openPack().
+/// Copies of the current database file then make themselves.
 void openDatabase(const QString& path);
+/// Keeps a copy of the open database before something else takes its file's place; nothing without one. What fails goes
+/// to the system's log.
+void keepCopy();
 
 /// Shows the pending failure in dlgError and clears it. Raises 6 for a number that doesn't fit 16 bits.
 void CriticalError();

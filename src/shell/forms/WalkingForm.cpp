@@ -92,6 +92,7 @@ void WalkingForm::cmdSave_Click()
 void WalkingForm::cmdDelete_Click()
 {
     if (mRecordCount != 0) {
+        database().aboutToRemove(); // what depends on the record goes first
         releaseDependants();
         rsRecords->remove();
         readRecordCount();

@@ -149,6 +149,7 @@ void mdiPendrake::mnuExit_Click()
 
 void mdiPendrake::mnuRepairDatabase_Click()
 {
+    keepCopy();
     database().close();
     store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
     openDatabase(databasePath());

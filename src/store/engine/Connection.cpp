@@ -161,7 +161,7 @@ void Connection::checkFile() const
 void Connection::harden()
 {
     sqlite3_extended_result_codes(m_db, 1);
-    sqlite3_busy_timeout(m_db, BusyMilliseconds);
+    waitForOthers();
     const auto note = [](void* connection, int change, const char*, const char* table, sqlite3_int64 number) {
         static_cast<Connection*>(connection)->m_knownRecords.note(change == SQLITE_DELETE, table, number);
     };
@@ -181,6 +181,11 @@ void Connection::harden()
     run("PRAGMA cell_size_check=ON;PRAGMA mmap_size=0;PRAGMA temp_store=MEMORY;PRAGMA cache_size=-16000");
     if (!m_viewed)
         run("PRAGMA journal_mode=PERSIST;PRAGMA journal_size_limit=1048576;PRAGMA synchronous=FULL");
+}
+
+void Connection::waitForOthers()
+{
+    sqlite3_busy_timeout(m_db, BusyMilliseconds);
 }
 
 void Connection::close()

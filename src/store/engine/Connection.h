@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/engine/ChangeWatch.h"
 #include "store/engine/Guard.h"
 #include "store/engine/Record.h"
 #include "store/engine/Sql.h"
@@ -67,6 +68,11 @@ public:
     /// endReading() before a change, which would be lost in a reading that goes on: raises what keeps it from ending.
     void readyToWrite();
 
+    /// What is told ahead of this connection's changes.
+    [[nodiscard]] ChangeWatch& changeWatch() { return m_changeWatch; }
+    /// Waits for other programs as long as usual.
+    void waitForOthers();
+
     /// What a statement of the dialect is to SQLite. Raises 3075.
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
     /// What is known of a table or stored query; nothing where there is none of the name. Raises 3075 for a query that
@@ -125,6 +131,7 @@ private:
     QHash<QString, TableInfo> m_tables;
     QHash<QString, KnownSource> m_known;
     bool m_reading = false;
+    ChangeWatch m_changeWatch;
     quint64 m_ownChanges = 0;
     KnownRecords m_knownRecords{*this};
     mutable quint32 m_versionSeen = 0; // by the last look

@@ -5,6 +5,7 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/engine/DatabaseCopy.h"
 #include "store/engine/Edition.h"
 #include "store/engine/Repair.h"
 #include "store/engine/Text.h"
@@ -112,7 +113,34 @@ void Database::execute(const QString& sql)
     const auto action = m_connection->translated(sql);
     if (action->kind == Translated::Kind::Select)
         throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
+    if (action->kind == Translated::Kind::Delete)
+        m_connection->changeWatch().aboutTo({true, action->removesFrom});
     m_connection->execute(*action);
+}
+
+void Database::watchChanges(std::function<bool(Database&, const Change&)> listener)
+{
+    const auto tell = [watched = std::weak_ptr(m_connection), told = std::move(listener)](const Change& change) {
+        Database database(watched.lock());
+        return told(database, change);
+    };
+    m_connection->changeWatch().listen(tell);
+}
+
+void Database::aboutToRemove()
+{
+    m_connection->changeWatch().aboutTo({true});
+}
+
+void Database::copyTo(const QString& path)
+{
+    copyDatabase(*m_connection, path);
+}
+
+FileState Database::state() const
+{
+    m_connection->ensureOpen();
+    return m_connection->state();
 }
 
 void Database::close()

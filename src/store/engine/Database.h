@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/engine/ChangeWatch.h"
 #include "store/engine/Recordset.h"
 
 #include <QStringList>
@@ -99,6 +100,17 @@ public:
     [[nodiscard]] bool beginReading();
     /// Nothing without a reading: a change ends it, too.
     void endReading() noexcept;
+    /// Has somebody told ahead of the first change of each day and of each removal of rows. The listener gives false
+    /// where it wants to be told of the next change, too.
+    void watchChanges(std::function<bool(Database&, const Change&)> listener);
+    /// Tells of a removal that begins with other steps.
+    void aboutToRemove();
+    /// Writes a copy of the file as it stands to a new file, which isn't flushed; a native path. Raises 3050 within a
+    /// transaction and while another program changes the file, 3049 where it can't be read, 61 or 75 where the copy
+    /// can't be written.
+    void copyTo(const QString& path);
+    /// The file's state, which is another one after every change, whoever made it. Raises 3420 if it is closed.
+    [[nodiscard]] FileState state() const;
     [[nodiscard]] bool isOpen() const;
     /// The path that it was opened by.
     [[nodiscard]] QString name() const;

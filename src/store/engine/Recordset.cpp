@@ -380,6 +380,7 @@ void Recordset::remove()
     requireUpdatable();
     cancelUpdate();
     requireRecord();
+    m_connection->changeWatch().aboutTo({true, QString::fromUtf8(m_source->tableName)});
     change([this] {
         confirm();
         auto statement =

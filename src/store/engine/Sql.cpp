@@ -124,7 +124,7 @@ void SqlTranslator::remove()
     take(Symbol::Star);
     expect(Symbol::From);
     Scope scope(m_scope, nullptr);
-    target();
+    m_result.removesFrom = target().toString();
     where();
 }
 

@@ -35,6 +35,7 @@ struct Translated {
     enum class Kind { Select, Insert, Update, Delete };
     Kind kind = Kind::Select;
     QString sql;
+    QString removesFrom; ///< the table of a Delete
     qsizetype orderStart = -1;                 ///< where the statement's own Order by begins in it, -1 for none
     std::shared_ptr<const KnownFields> fields; ///< what a Select gives; null if one of its sources isn't known
     /// For a Select that reads exactly one source, without DISTINCT, grouping, sums or unions: the name of that source,

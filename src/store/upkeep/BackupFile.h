@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "store/copies/KeptCopies.h"
 
 namespace orlo
 {
@@ -8,7 +8,7 @@ namespace orlo
 /// The backup's path in a folder, or at a drive's root.
 [[nodiscard]] inline QString backupIn(const QString& folder)
 {
-    return folder + QStringLiteral("\\Quorrel11_Backup");
+    return folder + u'\\' + store::BackupName;
 }
 
 } // namespace orlo

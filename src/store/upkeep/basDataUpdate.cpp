@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "shell/forms/Module1.h"
+#include "store/copies/KeptCopies.h"
 #include "store/engine/Journal.h"
 #include "store/jet/OpenFile.h"
 #include "store/schema/Schema.h"
@@ -200,6 +201,7 @@ bool UpdateDatabaseFile()
     database().deferFlushing();
     ApplyUpdateSteps();
     database().close();
+    store::keepCopyOf(databasePath());
     store::setJournalAside(platform::nativePath(databasePath())); // it is for the file that goes
     gFileSystem.copyFile(old, databasePath(), true);
     if (!gFileSystem.fileExists(databasePath()))

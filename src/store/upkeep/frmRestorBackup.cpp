@@ -56,6 +56,7 @@ void frmRestorBackup::copyBackup()
         return;
     }
     const qint64 size = platform::toInt32(static_cast<double>(gFileSystem.getFile(backup).size));
+    keepCopy(); // before the forms change anything at their unload
     unloadDataForms();
     database().close();
     gFileSystem.copyFile(backup, databasePath(), true);

@@ -1,0 +1,271 @@
+#include "store/copies/KeptCopies.h"
+
+#include "platform/Conversion.h"
+#include "platform/FileNames.h"
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "platform/System.h"
+#include "store/copies/CopyPlan.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+constexpr qint64 Recently = 10 * 60; // seconds
+constexpr qint64 PartOfRoom = 10;    // of the free room, the part that copies may take
+constexpr QLatin1StringView Passing(".part");
+[[noreturn]] void refuseCopy(int number)
+{
+    throw RuntimeError(number, QStringLiteral("KeptCopies"));
+}
+
+// What is computed anew for each run of the list; nobody misses rows of it.
+bool isWorkingTable(const QString& table)
+{
+    return table.compare(QLatin1StringView("Purchase_List"), Qt::CaseInsensitive) == 0;
+}
+
+// Either way, since clocks are put back.
+bool isWithin(const QDateTime& time, const QDateTime& now)
+{
+    return std::abs(time.secsTo(now)) <= Recently;
+}
+
+std::shared_ptr<KeptCopies> copiesOf(const QString& path)
+{
+    static QHash<QString, std::shared_ptr<KeptCopies>> all; // what happened in this run counts for each file
+    const QString file = platform::nativePath(path);
+    auto& copies = all[file];
+    if (!copies)
+        copies = std::make_shared<KeptCopies>(file);
+    return copies;
+}
+
+} // namespace
+
+KeptCopies::KeptCopies(const QString& file, Clock clock)
+    : m_file(file), m_folder(QFileInfo(file).path() + QStringLiteral("/copies")), m_clock(clock)
+{
+}
+
+QDateTime KeptCopies::now()
+{
+    return {platform::today(), QTime::currentTime()};
+}
+
+void KeptCopies::begin()
+{
+    m_version.reset();
+    m_replacing = false;
+}
+
+bool KeptCopies::beforeChange(Database& database, const Change& change)
+{
+    const bool removes = change.removes && !isWorkingTable(change.table);
+    if (m_failedAt && isWithin(*m_failedAt, m_clock()))
+        return false;
+    const bool needed = removes ? !m_removed || !m_madeAt || !isWithin(*m_madeAt, m_clock()) : !ofToday();
+    const bool made = !needed || copyOf(database);
+    m_removed = m_removed || (removes && made);
+    return made;
+}
+
+void KeptCopies::beforeReplacement(Database& database)
+{
+    m_replacing = true;
+    copyOf(database);
+}
+
+void KeptCopies::beforeReplacement()
+{
+    if (!QFileInfo(m_file).isFile())
+        return;
+    begin();
+    m_replacing = true;
+    try {
+        Database database = DBEngine::openDatabase(m_file); // which settles what a killed run left half done
+        copyOf(database);
+    } catch (const RuntimeError&) { // in the former format, or damaged
+        make([this](const QString& path) { platform::FileSystem().copyFile(m_file, path, false); });
+    }
+}
+
+bool KeptCopies::copyOf(Database& database)
+{
+    if (!database.isOpen())
+        return true;
+    const quint32 version = database.state().version; // before the copy: what comes between makes another one
+    if (m_version == version)
+        return true;
+    if (!make([&database](const QString& path) { database.copyTo(path); }))
+        return false;
+    m_version = version;
+    return true;
+}
+
+bool KeptCopies::make(const Writer& write)
+{
+    try {
+        makeFolder();
+        sweep();
+        requireRoom();
+        put(write);
+        m_madeAt = m_clock();
+        m_failedAt.reset();
+        if (!m_replacing)
+            thin();
+        return true;
+    } catch (const RuntimeError& error) {
+        if (!m_replacing)
+            m_failedAt = m_clock();
+        platform::logError(QStringLiteral("ORLO made no copy of the records in %1: %2")
+                               .arg(QDir::toNativeSeparators(m_folder), error.description()));
+        return false;
+    }
+}
+
+// A link is followed: somebody wants the copies elsewhere.
+void KeptCopies::makeFolder() const
+{
+    if (QFileInfo(m_folder).isDir())
+        return;
+    if (!QDir().mkdir(m_folder))
+        refuseCopy(platform::PathFileAccess);
+    platform::flushName(m_folder);
+}
+
+QStringList KeptCopies::names() const
+{
+    QStringList found;
+    for (const QFileInfo& entry : QDir(m_folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks))
+        if (dayOfCopy(entry.fileName()).isValid() && QFileInfo(entry.filePath() + u'/' + BackupName).isFile())
+            found += entry.fileName();
+    return found;
+}
+
+bool KeptCopies::ofToday() const
+{
+    const QDate today = m_clock().date();
+    return std::ranges::any_of(names(), [today](const QString& name) { return dayOfCopy(name) == today; });
+}
+
+qint64 KeptCopies::sizeOf(const QStringList& copies) const
+{
+    qint64 size = 0;
+    for (const QString& name : copies)
+        size += QFileInfo(QStringLiteral("%1/%2/%3").arg(m_folder, name, BackupName)).size();
+    return size;
+}
+
+// What thinning would leave must have room beside the new one.
+void KeptCopies::requireRoom() const
+{
+    const QStringList all = names();
+    const QStringList staying = m_replacing ? all : all.filter(m_clock().date().toString(Qt::ISODate));
+    const qint64 room = platform::FileSystem().freeSpaceAt(m_folder) / PartOfRoom;
+    if (QFileInfo(m_file).size() + sizeOf(staying) > room)
+        refuseCopy(platform::DiskFull);
+}
+
+QString KeptCopies::freeName() const
+{
+    const QDateTime time = m_clock();
+    for (const char* form : {"yyyy-MM-dd", "yyyy-MM-dd HH.mm"})
+        if (const QString name = time.toString(QLatin1StringView(form)); !QFileInfo::exists(m_folder + u'/' + name))
+            return name;
+    return time.toString(QStringLiteral("yyyy-MM-dd HH.mm.ss"));
+}
+
+// The name while a copy is being made or removed, which another program doesn't use.
+QString KeptCopies::passingName(const QString& name) const
+{
+    return QStringLiteral("%1/%2.%3%4").arg(m_folder, name).arg(QCoreApplication::applicationPid()).arg(Passing);
+}
+
+void KeptCopies::put(const Writer& write)
+{
+    const QString name = freeName();
+    const QString passing = passingName(name);
+    const QString file = passing + u'/' + BackupName;
+    QDir(passing).removeRecursively();
+    if (!QDir().mkdir(passing))
+        refuseCopy(platform::PathFileAccess);
+    try {
+        write(file);
+        QFile::setPermissions(file, QFile::permissions(m_file));
+        platform::flushFile(file);
+        platform::flushName(file);
+        platform::takeName(passing, m_folder + u'/' + name);
+    } catch (const RuntimeError&) {
+        QDir(passing).removeRecursively();
+        // Another program that made one at the same moment has done it for both.
+        if (!names().contains(name))
+            throw;
+    }
+}
+
+void KeptCopies::thin() const
+{
+    const QDate today = m_clock().date();
+    const QStringList all = names();
+    QStringList kept = keptOf(all, today);
+    for (const QString& name : all)
+        if (!kept.contains(name))
+            remove(name);
+    // The oldest goes first where there is too little room, and today's never.
+    const qint64 room = platform::FileSystem().freeSpaceAt(m_folder) / PartOfRoom;
+    while (!kept.isEmpty() && dayOfCopy(kept.front()) != today && sizeOf(kept) > room)
+        remove(kept.takeFirst());
+}
+
+// A folder to which somebody has added something is theirs.
+void KeptCopies::remove(const QString& name) const
+{
+    const QString folder = m_folder + u'/' + name;
+    const auto within = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    if (within != QStringList(QString(BackupName)))
+        return;
+    const QString passing = passingName(name);
+    if (QDir().rename(folder, passing))
+        QDir(passing).removeRecursively();
+}
+
+// What a run that was killed has left half done. What is new may be another program's at work.
+void KeptCopies::sweep() const
+{
+    const auto entries = QDir(m_folder).entryInfoList({u'*' + Passing}, QDir::Dirs | QDir::NoSymLinks);
+    for (const QFileInfo& entry : entries)
+        if (dayOfCopy(entry.fileName().section(u'.', 0, -3)).isValid() &&
+            !isWithin(entry.lastModified(), QDateTime::currentDateTime()))
+            QDir(entry.filePath()).removeRecursively();
+}
+
+void keepCopies(Database& database)
+{
+    const auto copies = copiesOf(database.name());
+    copies->begin();
+    database.watchChanges(
+        [copies](Database& changing, const Change& change) { return copies->beforeChange(changing, change); });
+}
+
+void keepCopyOf(Database& database)
+{
+    copiesOf(database.name())->beforeReplacement(database);
+}
+
+void keepCopyOf(const QString& path)
+{
+    copiesOf(path)->beforeReplacement();
+}
+
+} // namespace orlo::store

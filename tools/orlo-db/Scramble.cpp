@@ -1,0 +1,214 @@
+#include "Scramble.h"
+
+#include "PackRows.h"
+#include "store/engine/BulkLoad.h"
+#include "store/schema/Schema.h"
+
+#include <QHash>
+#include <QRandomGenerator>
+#include <QSet>
+
+using namespace orlo;
+using store::Database;
+using store::FieldType;
+using store::TableDef;
+using store::Value;
+
+namespace
+{
+
+constexpr int FirstYear = 100;
+constexpr int MaxTries = 100;
+
+int random(int from, int to)
+{
+    return QRandomGenerator::global()->bounded(from, to + 1);
+}
+
+// Another letter or digit of the same kind; anything else stays.
+char32_t otherCharacter(char32_t given)
+{
+    if (given >= U'0' && given <= U'9')
+        return U'0' + static_cast<char32_t>(random(0, 9));
+    if (given >= U'a' && given <= U'z')
+        return U'a' + static_cast<char32_t>(random(0, 25));
+    if (given < 0x80 || !QChar::isLetter(given))
+        return given;
+    for (int i = 0; i < MaxTries; ++i) { // within a block of as many bytes a letter
+        const char32_t other = (given & ~char32_t(0x1F)) + static_cast<char32_t>(random(0, 0x1F));
+        if (QChar::isLetter(other) && QChar::toLower(other) == other)
+            return other;
+    }
+    return given;
+}
+
+// The fields that hold a word of the program's own lists, which a person may not have typed.
+const QSet<QString>& listedFields()
+{
+    static const QSet<QString> Names = {QStringLiteral("tigar"), QStringLiteral("insignia_type"),
+                                        QStringLiteral("award_type")};
+    return Names;
+}
+
+class Scrambler
+{
+public:
+    Scrambler()
+    {
+        for (const auto version : {store::SchemaVersion::V10, store::SchemaVersion::V11})
+            for (const TableDef& table : store::schema::tables(version))
+                for (const store::Field& field : table.fields())
+                    m_known.insert(field.name.toLower());
+        for (const char* word : {"y", "n", "tiger", "wolf", "bear", "webelos (1st yr)", "webelos (2nd yr)"})
+            m_words.insert(QLatin1String(word));
+        for (const auto* titles : {&store::schema::denTitles(), &store::schema::packTitles()})
+            for (const store::PositionTitle& title : *titles)
+                m_words.insert(title.title.toString().toLower());
+    }
+
+    [[nodiscard]] PackRows::Row scrambled(const PackRows& rows, const PackRows::Row& row, const TableDef& table)
+    {
+        PackRows::Row made = row;
+        for (std::size_t i = 0; i < made.size(); ++i)
+            made[i] = other(row[i], table.fields()[i]);
+        moveYear(rows, row, made);
+        return made;
+    }
+
+private:
+    [[nodiscard]] Value other(const Value& value, const store::Field& field)
+    {
+        const QString name = field.name.toLower();
+        const bool known = m_known.contains(name);
+        if (value.isText())
+            return known && field.type != FieldType::Memo ? Value(otherText(value.textOrEmpty(), name))
+                                                          : Value(crossedOut(value.textOrEmpty()));
+        if (value.isDate())
+            return name == QLatin1String("birth_date") ? Value(otherBirth(value.toDate()))
+                                                       : Value(moved(value.toDate()));
+        if (value.isNumber() && (!known || name == QLatin1String("pack number")))
+            return otherNumber(value);
+        return value;
+    }
+
+    static QString crossedOut(QString text)
+    {
+        for (QChar& c : text)
+            if (c != u'\n' && c != u'\r')
+                c = u'x';
+        return text;
+    }
+
+    // Equal texts, without regard to case, become equal ones, and others others.
+    QString otherText(const QString& text, const QString& field)
+    {
+        if (listedFields().contains(field) || m_words.contains(text.toLower()))
+            return text;
+        const QList<uint> given = text.toLower().toUcs4();
+        QString& made = m_texts[text.toLower()];
+        for (int i = 0; made.isNull() && i < MaxTries; ++i) {
+            QString tried;
+            for (const uint c : given)
+                tried += QChar::fromUcs4(otherCharacter(c));
+            if (i + 1 == MaxTries || (!m_given.contains(tried) && tried != text.toLower()))
+                made = tried;
+        }
+        m_given.insert(made);
+        return withCaseOf(text, made);
+    }
+    static QString withCaseOf(const QString& text, QString made)
+    {
+        for (qsizetype i = 0; i < std::min(text.size(), made.size()); ++i)
+            if (text[i].isUpper())
+                made[i] = made[i].toUpper();
+        return made;
+    }
+
+    [[nodiscard]] store::DateTime moved(const store::DateTime& date) const
+    {
+        if (date.date == MissingDate)
+            return date;
+        const QDate earlier = date.date.addDays(-m_days);
+        return {earlier.year() < FirstYear ? date.date.addDays(m_days) : earlier, date.time};
+    }
+    // Each birth date moves by itself: nobody who knows one of them can find the others.
+    store::DateTime otherBirth(const store::DateTime& date)
+    {
+        if (date.date == MissingDate)
+            return date;
+        int& days = m_births[date.date.toJulianDay()];
+        while (days == 0)
+            days = random(-180, 180);
+        return {moved(date).date.addDays(days), date.time};
+    }
+
+    static Value otherNumber(const Value& value)
+    {
+        QString text = shown(value);
+        for (QChar& c : text)
+            if (c.isDigit())
+                c = QChar(u'0' + random(1, 9));
+        bool whole = false;
+        const qint64 number = text.toLongLong(&whole);
+        return whole && value.toDouble() >= INT16_MIN && value.toDouble() <= INT16_MAX
+                   ? Value(number % (INT16_MAX + 1))
+                   : (whole ? Value(number) : Value(text.toDouble()));
+    }
+
+    // An award's year and month are those of its date, where they were.
+    static void moveYear(const PackRows& rows, const PackRows::Row& row, PackRows::Row& made)
+    {
+        const int date = rows.column(u"Date_Assigned");
+        const int year = rows.column(u"Year");
+        const int month = rows.column(u"Month");
+        if (date < 0 || year < 0 || month < 0 || !row[static_cast<std::size_t>(date)].isDate())
+            return;
+        const QDate before = row[static_cast<std::size_t>(date)].toDate().date;
+        const QDate after = made[static_cast<std::size_t>(date)].toDate().date;
+        Value& madeYear = made[static_cast<std::size_t>(year)];
+        Value& madeMonth = made[static_cast<std::size_t>(month)];
+        if (madeYear.isNumber())
+            madeYear = Value(madeYear.toInt32() + after.year() - before.year());
+        if (madeMonth == Value(before.month()))
+            madeMonth = Value(after.month());
+    }
+
+    QSet<QString> m_known; // fields of the program's tables
+    QSet<QString> m_words; // that are nobody's
+    QHash<QString, QString> m_texts;
+    QSet<QString> m_given; // the values of m_texts
+    QHash<qint64, int> m_births;
+    const int m_days = random(200, 2000);
+};
+
+} // namespace
+
+QStringList scramble(Database& pack, Database& made)
+{
+    store::Transaction together(made);
+    store::BulkLoad load(made);
+    Scrambler scrambler;
+    for (const QString& name : pack.tableNames()) {
+        TableDef table = pack.tableDef(name);
+        made.appendTableDef(table);
+        const PackRows rows(pack, name);
+        load.begin(table, rows.fields);
+        for (const PackRows::Row& row : rows.rows) {
+            const PackRows::Row other = scrambler.scrambled(rows, row, table);
+            for (std::size_t i = 0; i < other.size(); ++i)
+                load.set(static_cast<int>(i), other[i]);
+            load.addRow();
+        }
+    }
+    QStringList left;
+    for (const QString& name : pack.queryNames()) {
+        const auto& own = store::schema::queries();
+        const auto known = std::ranges::find_if(own, [&name](const auto& query) { return sameText(query.name, name); });
+        if (known == own.end())
+            left += name;
+        else
+            made.createQueryDef(known->name, known->sql);
+    }
+    together.commit();
+    return left;
+}
