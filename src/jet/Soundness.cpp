@@ -115,10 +115,15 @@ private:
         for (const MdbColumn* field : m_table.fields)
             if (field->is_fixed && hasPlace(*field) && has(*field))
                 m_fixedEnd = std::max(m_fixedEnd, m_head + field->fixed_offset + widthOf(*field));
-        const int next = m_places.empty() ? m_end : m_places[0];
-        const bool nothingBetween = hasLostNoField(m_table) && m_size > LeastRow &&
-                                    (!m_places.empty() || std::ranges::all_of(m_table.fields, &MdbColumn::is_fixed));
-        return (nothingBetween ? m_fixedEnd == next : m_fixedEnd <= next) && std::ranges::is_sorted(m_places);
+        const int between = (m_places.empty() ? m_end : m_places[0]) - m_fixedEnd;
+        const bool isTight = between == 0 || !hasLostNoField(m_table) || m_size <= LeastRow || hasEmptyPlaces(between);
+        return between >= 0 && isTight && std::ranges::is_sorted(m_places);
+    }
+
+    // The place of the end and a number of none, in a row that has no field of variable width.
+    [[nodiscard]] bool hasEmptyPlaces(int between) const
+    {
+        return m_places.empty() && between == 2 * m_head && at(m_fixedEnd) == m_fixedEnd && at(m_end - m_head) == 0;
     }
 
     bool readPlaces4()
