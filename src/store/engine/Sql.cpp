@@ -107,6 +107,8 @@ void SqlTranslator::update()
         m_out.sql += before;
         before = QLatin1String(", ");
         const FieldName field = fieldName();
+        if (!field.known)
+            refuseRowNumber(field.name);
         m_out.name(field.name);
         expect(Symbol::Equal);
         m_out.sql += QLatin1String(" = ");

@@ -282,12 +282,10 @@ SqlTranslator::FieldName SqlTranslator::fieldName()
     }
     Scope* scope = m_scope;
     const KnownField* const known = find(source, field, &scope);
-    if (!known)
-        refuseRowNumber(field);
     return {source, field, known, scope};
 }
 
-// SQLite has a row's number under these names, too.
+// SQLite has a row's number under these names, too; the engine alone gives it.
 void SqlTranslator::refuseRowNumber(QStringView name)
 {
     for (const QStringView number : {u"rowid", u"_rowid_", u"oid"})

@@ -57,10 +57,14 @@ bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
         return m_tokens[a].symbol == m_tokens[b].symbol &&
                (text ? m_tokens[a].text == m_tokens[b].text : sameName(m_tokens[a].text, m_tokens[b].text));
     };
+    const QStringView name = m_tokens[field].text;
+    if (last(field) == field && !find({}, name) &&
+        std::ranges::any_of(query.fields, [&](const KnownField& result) { return sameName(result.name, name); }))
+        return true; // a result
     return std::ranges::any_of(query.groups, [&](const auto& group) {
         const qsizetype length = group.second - group.first;
-        const bool name = last(group.first) + 1 == group.second;
-        if (name && (length == 1 || last(field) == field || same(field, group.first)) &&
+        const bool isName = last(group.first) + 1 == group.second;
+        if (isName && (length == 1 || last(field) == field || same(field, group.first)) &&
             sameName(m_tokens[last(field)].text, m_tokens[group.second - 1].text))
             return true;
         for (qsizetype start = std::max<qsizetype>(field - length + 1, 0); start <= field; ++start) {
