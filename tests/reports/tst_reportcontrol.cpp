@@ -187,8 +187,6 @@ private Q_SLOTS:
         more->actions()[1]->trigger();
         QTRY_VERIFY(messageWindow());
         platform::setFolder({});
-        for (const char* file : {"Wrong.rpt", "Again.rpt", "examples/Tools.rpt"})
-            QFile::remove(path(file));
     }
 
     void tellsWhatIsWrong_data()

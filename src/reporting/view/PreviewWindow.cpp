@@ -224,8 +224,8 @@ void PreviewWindow::makeActions()
             saveCsv(path);
     });
     m_refresh = makeAction("actRefresh", tr("&Refresh"), Glyph::Refresh, {QKeySequence(Qt::Key_F5)}, [this] {
-        if (m_onRefresh)
-            m_onRefresh();
+        const auto refresh = m_onRefresh; // the window may go meanwhile
+        refresh();
     });
     m_refresh->setEnabled(false);
     m_copyAddresses =
