@@ -20,16 +20,7 @@ private Q_SLOTS:
     // and which ways settling or, of a walking form, the place told last: "-" none, "+" one, "=" as it was.
     void steps_data()
     {
-        test::table({"case", "records", "steps", "place", "record", "settled", "ways"}, R"(
-            begins at the first               | 3 | F s     | 1 | 1    | -+ | -+
-            goes on                           | 3 | F N s   | 2 | 2    | ++ | ++
-            to the last                       | 3 | L s     | 3 | 3    | +- | +-
-            over the last                     | 3 | L N s   | 3 | 3    | =- | +-
-            before the first                  | 3 | F P s   | 1 | 1    | -= | -+
-            goes to a place                   | 3 | 2 s     | 2 | 2    | ++ | ++
-            back from the last                | 3 | L P P s | 1 | 1    | -+ | -+
-            the only one                      | 1 | F s     | 1 | 1    | -- | +-
-            none                              | 0 | s       | 0 | none | -- | --)");
+        test::tableOf({"case", "records", "steps", "place", "record", "settled", "ways"}, "shell/steps.txt");
     }
     void steps()
     {
@@ -91,15 +82,7 @@ private Q_SLOTS:
     // What a find adds " and " to is left with it where neither view nor den follow.
     void criteria_data()
     {
-        test::table({"case", "start", "view", "den", "criteria"}, R"(
-            the view                |              | 0 |         | Where  Active = 'Y'
-            another view            |              | 1 |         | Where  Active = 'N'
-            everybody               |              | 2 |         |
-            a den of the view       |              | 0 | Den = 3 | Where  Active = 'Y'  And Den = 3
-            a den of everybody      |              | 2 | Den = 3 | Where Den = 3
-            a find in the view      | Where N = 1  | 1 |         | Where N = 1 and  Active = 'N'
-            a find in a den         | Where N = 1  | 0 | Den = 3 | Where N = 1 and  Active = 'Y'  And Den = 3
-            a find among everybody  | Where N = 1  | 2 |         | Where N = 1 and)");
+        test::tableOf({"case", "start", "view", "den", "criteria"}, "shell/criteria.txt");
     }
     void criteria()
     {

@@ -28,15 +28,7 @@ private Q_SLOTS:
 
     void opening_data()
     {
-        test::table({"file", "number"}, R"(
-            missing               | 3024
-            folder                | 3343
-            empty                 | 3343
-            another format        | 3343
-            cut off               | 3049
-            overwritten           | 3049
-            locked                | 3050
-            other case, backslash | 0)");
+        test::tableOf({"file", "number"}, "store/opening.txt");
     }
     void opening()
     {

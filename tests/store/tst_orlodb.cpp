@@ -3,10 +3,13 @@
 #include "support/Main.h"
 #include "support/OrloDb.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QDir>
 #include <QTemporaryDir>
+
+#include <optional>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -29,31 +32,7 @@ private Q_SLOTS:
 
     void badInput_data()
     {
-        test::table({"content", "file", "error"}, R"(
-            Scout_SID\n1\n                          | Scout      | this version has no table
-                                                    | Dens       | 1:1: the file has no header line
-            Den_SID,Den_Nr\n                        | Dens       | 1:9: Dens has no field "Den_Nr"
-            Den_SID,den_sid\n                       | Dens       | 1:9: Den_SID stands twice
-            Den_SID,Den_Name\n1,a\nx,b\n            | Dens       | 3:1: Den_SID: "x" is no number
-            Den_SID\n32768\n                        | Dens       | 2:1: Den_SID: 32768 is out of range
-            Scout_SID,Birth_Date\n1,2/30/2016\n     | Scouts     | 2:3: Birth_Date: "2/30/2016" is no date
-            Scout_SID,Boys_Life\r\n1,perhaps\r\n    | Scouts     | 2:3: Boys_Life: "perhaps" is neither True nor False
-            MI,Scout_SID\nÄ,1\nÄÄ,2\n               | Scouts     | 3:1: MI: 2 characters, at most 1 fit
-            City,Scout_SID\n"Zü",x\n                | Scouts     | 2:6: Scout_SID
-            Note,Scout_SID\n"a\nb",1\nc,1\n         | Scouts     | 4:3: Scout_SID: the key "1" is there already
-            Note,Scout_SID\n"a\nbcd",x\n            | Scouts     | 3:6: Scout_SID: "x" is no number
-            Den_Title\nHelfer Öl\nhelfer öl\n       | Den_Titles | 3:1: Den_Title: the key
-            Scout_SID,City\n,Bern\n                 | Scouts     | 2:1: Scout_SID: the key can't be left out
-            City\nBern\n                            | Scouts     | 2:1: Scout_SID: the key can't be left out
-            Sort_Order,Den_Title\n1,""\n            | Den_Titles | 2:3: Den_Title: the text can't be empty
-            Den_SID,Active\n1,Y\n2\n                | Dens       | 3:1: 1 values in the row, the header names 2
-            Den_SID,Active\n1,Y,Z\n                 | Dens       | 2:5: 3 values in the row, the header names 2
-            Den_SID,Active\n1,"Y\n2,Y\n             | Dens       | 2:3: a quote that is never closed
-            Den_SID,Active\n1,"Y"es\n               | Dens       | 2:6: text after a closing quote
-            Den_SID,Den_Name\n1,a"b\n               | Dens       | 2:4: a quote inside
-            Den_SID,Den_Name\r1,a\r                 | Dens       | 1:17: a carriage return
-            Den_SID,Den_Name\n1,M\xFCller\n         | Dens       | 2:3: text that isn't UTF-8
-            Den_SID,Den_Name\n1,a\0b\n              | Dens       | 2:3: a zero byte)");
+        test::tableOf({"content", "file", "error"}, "store/orlodb/badInput.txt");
     }
     void badInput()
     {
@@ -144,6 +123,50 @@ private Q_SLOTS:
         QVERIFY(refused.status == 1 && refused.errors.contains("is there already") && contents(again) == "mine");
     }
 
+    // Who only looks changes nothing, in the file nor beside it, and needs no right to.
+    void onlyLooks_data()
+    {
+        test::tableOf({"case", "statement", "forbidden", "refused"}, "store/orlodb/onlyLooks.txt");
+    }
+    void onlyLooks()
+    {
+        const auto [statement, forbidden, refused] = orlo::test::cells("statement", "forbidden", "refused");
+        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
+        if (statement == "journal" || statement == "wal")
+            orlo::test::write(out() + '-' + statement, QByteArray("\xd9\xd5\x05\xf9\x20\xa1\x63\xd7 and so on"));
+        else
+            sqlite(out(), statement.toUtf8());
+        const QByteArray before = contents(out());
+        const QStringList files = made();
+        const QTemporaryDir room;
+        QFile::setPermissions(room.path(), QFile::Permissions(0x7777));
+        Run checked;
+        Run exported;
+        {
+            std::optional<orlo::test::Forbidden> limit;
+            QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
+            if (!forbidden.isEmpty())
+                limit.emplace(out(), forbidden == "file" ? orlo::test::Forbidden::File : orlo::test::Forbidden::Folder);
+            checked = orloDb({"check", out()});
+            exported = orloDb({"export", out(), room.filePath("all")});
+        }
+        QCOMPARE(checked.errors.contains("A change of the file isn't done"), refused == "yes");
+        QVERIFY2(checked.status == (refused == "yes"), qPrintable(checked.said + checked.errors));
+        QVERIFY2(exported.status == (refused == "yes"), qPrintable(exported.errors));
+        QVERIFY(contents(out()) == before && made() == files);
+    }
+
+    // A table that nothing can be read of doesn't keep the others from being counted and exported.
+    void unreadableTable()
+    {
+        QCOMPARE(orloDb({"new", out()}).status, 0);
+        sqlite(out(), "Create Virtual Table fts_notes Using fts5(a)");
+        const Run checked = orloDb({"check", out()});
+        QVERIFY(checked.status == 1 && checked.errors.contains("fts_notes") && checked.said.contains("Scouts"));
+        const Run exported = orloDb({"export", out(), csv("all")});
+        QVERIFY(exported.status == 1 && exported.errors.contains("fts_notes") && QFile::exists(csv("all/Scouts.csv")));
+    }
+
     void damagedFileIsRepaired()
     {
         QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
@@ -156,6 +179,11 @@ private Q_SLOTS:
         const qsizetype rows = sound.said.indexOf(u'\n');
         QCOMPARE(orloDb({"check", out()}).said.sliced(rows), sound.said.sliced(rows));
         QCOMPARE(repaired.said.sliced(repaired.said.indexOf(u'\n')), sound.said.sliced(rows));
+        sqlite(out(), "Pragma ignore_check_constraints = On; Update Dens Set Den_Number = 'x' Where Den_SID = 1");
+        orlo::test::write(out(), orlo::test::withoutRootOf(out(), "Adults"));
+        const Run incomplete = orloDb({"repair", out()});
+        QCOMPARE(incomplete.status, 3);
+        QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
         for (const QStringList& wrong :
              {QStringList{}, {"check"}, {"check", out(), "--version", "1.0"}, {"mend", out()}})
             QCOMPARE(orloDb(wrong).status, 2);

@@ -38,30 +38,7 @@ private Q_SLOTS:
     void conversions_data()
     {
         // kept: or the failure's number
-        test::table({"given", "field", "kept"}, R"(
-            6/7/04              | Born    | 2004-06-07
-            6/7/2004 1:30:00 PM | Born    | 2004-06-07 13:30:00
-                                | Born    | 3421
-            \n12\n              | SID     | 12
-            = 2.5               | SID     | 2
-            12a                 | SID     | 3421
-            32768               | SID     | 6
-            = -32769            | SID     | 6
-            = 32768             | Big     | 32768
-            = 3e9               | Big     | 6
-            = 1.25              | Born    | 1899-12-31 06:00:00
-            = -1.25             | Born    | 1899-12-29 06:00:00
-            = 2958465.9999999   | Born    | 9999-12-31 23:59:59
-            1.25                | Size    | 1.25
-            two                 | Size    | 3421
-            ÄÖÜäö               | Name    | ÄÖÜäö
-            sixsix              | Name    | 3163
-            = 12345             | name    | 12345
-                                | NAME    |
-            False               | Mail    | 0
-            = 5                 | Mail    | 1
-            maybe               | Mail    | 3421
-            1                   | Nothing | 3265)");
+        test::tableOf({"given", "field", "kept"}, "store/conversions.txt");
         QTest::newRow("long") << QString(70000, u'x') << "Note" << QString(70000, u'x');
     }
     void conversions()
@@ -95,6 +72,9 @@ private Q_SLOTS:
         QCOMPARE(refused(), int(platform::ZeroLengthNotAllowed));
         QVERIFY(rows.editing() && rows.recordCount() == 2);
         rows.setValue(u"Title", Value());
+        rows.setValue(u"Note", QString(100'000'001, u'x'));
+        QCOMPARE(refused(), int(platform::FieldTooSmall));
+        rows.setValue(u"Note", Value());
         rows.update();
         rows.moveLast();
         QCOMPARE(rows[u"Name"].toText(), "a");

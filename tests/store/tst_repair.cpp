@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -125,6 +126,57 @@ private Q_SLOTS:
         QCOMPARE(rowsOf(path), m_rows);
         QVERIFY(!QFile::exists(path + "-journal"));
         QVERIFY(QFile::permissions(path) & QFile::WriteGroup);
+    }
+
+    // What doesn't come back is told, and what comes back without a field that no table takes.
+    void missing_data()
+    {
+        test::tableOf({"case", "before", "lost root", "lost leaf", "missing", "left"}, "store/missing.txt");
+    }
+    void missing()
+    {
+        const auto [before, root, leaf, told] = test::cells("before", "lost root", "lost leaf", "missing");
+        const QString path = fresh();
+        sqlite(path, "Pragma ignore_check_constraints = On; Insert Into Dens(Den_SID, Den_Number, Den_Name) "
+                     "Values(5, 7, 'Bears');" +
+                         before.toUtf8());
+        if (!root.isEmpty())
+            write(path, test::withoutRootOf(path, root));
+        const qsizetype page = sqlite(path, "Select pageno - 1 From dbstat Where name = 'Assigned_Awards_Scouts' And "
+                                            "pagetype = 'leaf' Limit 1 Offset 3")
+                                   .value(0)
+                                   .toInt() *
+                               PageSize;
+        if (leaf == "unreadable")
+            test::failReads(page, page + PageSize);
+        else if (!leaf.isEmpty())
+            write(path, contents(path).replace(page, PageSize, QByteArray(PageSize, '\0')));
+        const Repaired repaired = DBEngine::repairDatabase(path, schema::editions());
+        test::failReads(0, 0);
+        static const QRegularExpression Count(", [0-9]+ of");
+        QCOMPARE(QString(repaired.missing.join("; ")).replace(Count, ", * of"), told);
+        QTEST(sqlite(path, "Select Den_SID, Den_Number, Den_Name From Dens").join(' ').replace(u'|', u'.'), "left");
+    }
+
+    // A file of another tool may hold its texts in UTF-16.
+    void utf16_data() { test::table({"encoding"}, "UTF-16le\nUTF-16be"); }
+    void utf16()
+    {
+        const QString path = fresh();
+        const QString made = path + ".16";
+        QByteArray sql = "Pragma encoding = '" + test::cell("encoding").toUtf8() + "'; Begin;";
+        for (const QString& one : sqlite(path, "Select sql From sqlite_master Where type <> 'trigger' And sql Is Not "
+                                               "Null And name Not Like 'sqlite%'"))
+            sql += one.toUtf8() + ';';
+        for (const QString& row : sqlite(path, "Select 'Insert Into Dens(Den_SID, Den_Name) Values(' || Scout_SID || "
+                                               "',' || quote(First_Name) || ')' From Scouts"))
+            sql += row.toUtf8() + ';';
+        sqlite(made, sql + "Commit");
+        const QStringList dens = sqlite(made, "Select * From Dens");
+        QVERIFY(dens.size() > 1000 && dens.back().contains(u"Åke"));
+        write(path, test::withoutRootOf(made, "Dens"));
+        repair(path);
+        QCOMPARE(sqlite(path, "Select * From Dens"), dens);
     }
 
     void version10()

@@ -26,20 +26,7 @@ private Q_SLOTS:
     // index.
     void catalogue_data()
     {
-        test::table({"table", "fields", "indexes"}, R"(
-            PackInfo        | Pack Number real, Name 50 |
-            Dens            | Den_SID int, Den_Number real, Den_Name 40, Den_Type 40, Year_Started real, Active 255 | *Dens_PK Den_SID
-            Scouts          | Scout_SID int, First_Name 40, Last_Name 40, MI 1, Address 40, Phone 20, City 30, State 25, Zip_Code 10, Birth_Date date, Parent_Name1 60, Parent_Name2 60, Active 1, Pack_Start_Date date, Tigar 1, Years_In_Other_Pack real, Years_In_Scouts real, School 40, Assigned_Den_SID int, Note memo, Alt_Parent_Address 60@11, Alt_Parent_City 40@11, Alt_Parent_State 30@11, Alt_Parent_Zip 10@11, Parent1_Email 100@11, Parent1_Use_Scout_Add yes=@11, Parent1_Home_Phone 20@11, Parent1_Work_Phone 20@11, Parent1_Correspondance yes@11, Parent2_Work_Phone 20@11, Parent2_Use_Scout_Add yes=@11, Parent2_Email 100@11, Parent2_Correspondance yes@11, Grade_In_School int@11, Boys_Life yes@11, BSA_Number 50@11, Scouts_Email 100@11, Parent2_Home_Phone 20@11, Parent1_Den_Leader_SID int@11, Parent2_Den_Leader_SID int@11 | *Scouts_PK Scout_SID, Assigned_Den_SID Assigned_Den_SID
-            Adults          | Adult_SID int, First_Name 40, Last_Name 40, MI 1, Address 40, Phone 20, WorkPhone 20, City 25, State 30, Zip_Code 10, Birth_Date date, Active 1, Pack_Start_Date date, Years_In_Other_Pack real, Years_In_Scouts real, Assigned_Den_SID int, Note memo, Email 100@11 | *Adults_PK Adult_SID
-            Insignias       | Insignia_SID int, Insignia_Name 40, Insignia_Type 40, Description memo | *Insignias_PK Insignia_SID
-            Assigned_Awards_Scouts | Scout_SID int, Insignia_SID int, Date_Assigned date, Year int, Month int, Assigned_SID long+@11, Quantity int@11 | *Assigned_SID_PK Assigned_SID@11, Date_Assigned Date_Assigned, Insignia_SID Insignia_SID, Month Month, Scout_SID Scout_SID, Year Year
-            Assigned_Awards_Adults | Adult_SID int, Insignia_SID int, Date_Assigned date, Year int, Month int | Adult_SID Adult_SID, Date_Assigned Date_Assigned, Insignia_SID Insignia_SID
-            Den_Titles      | Den_Title 30!@11, Sort_Order int@11 | *Den_Titles_PK Den_Title@11
-            Leader_Den_Assignments | Adult_SID long@11, Den_SID int@11, Den_Title 50@11, Sort_Order int@11 | LDA_Adult_SID_IDX Adult_SID@11, LDA_Den_SID_IDX Den_SID@11
-            Leader_Pack_Assn | Position_Title 60@11, Leader_SID int@11, Sort_Order int@11, Leader_Pack_Assn long+@11 | *LPA_Leader_Pack_Assn_PK Leader_Pack_Assn@11, LPA_Leader_SID_IDX Leader_SID@11
-            Other_Purchase_List | Item_Name 100@11, Quantity int@11 |
-            Pack_Positions  | Pack_Titles 60!@11, Sort_Order int@11 | *Pack_Titles Pack_Titles@11
-            Purchase_List   | Insignia_SID int@10, Award_Name 40, Award_Type 40@10, Insignia_Type 40@11, Quantity int@11 |)");
+        test::tableOf({"table", "fields", "indexes"}, "store/schema/catalogue.txt");
     }
     void catalogue()
     {
@@ -77,31 +64,7 @@ private Q_SLOTS:
     // What the file itself refuses, by whatever road the row comes.
     void limits_data()
     {
-        test::table({"row", "accepted", "statement"}, R"(
-            16 bits                 | yes | Dens(Den_SID) VALUES(32767),(-32768)
-            above 16 bits           | no  | Dens(Den_SID) VALUES(32768)
-            below 16 bits           | no  | Assigned_Awards_Scouts(Quantity) VALUES(-32769)
-            32 bits                 | yes | Leader_Den_Assignments(Adult_SID) VALUES(2147483647)
-            above 32 bits           | no  | Leader_Den_Assignments(Adult_SID) VALUES(2147483648)
-            text as number          | no  | Dens(Den_SID, Den_Number) VALUES(1, 'two')
-            text as key             | no  | Dens(Den_SID) VALUES('a')
-            fraction as whole       | no  | Dens(Den_SID) VALUES(1.5)
-            key twice               | no  | Scouts(Scout_SID) VALUES(1),(1)
-            key by update           | no  | Scouts(Scout_SID) VALUES(1),(2); UPDATE Scouts SET Scout_SID = 1
-            no key                  | no  | Adults(First_Name) VALUES('A')
-            title twice, other case | no  | Den_Titles(Den_Title) VALUES('DEN leader')
-            empty title             | no  | Den_Titles(Den_Title) VALUES('')
-            empty texts             | yes | Scouts(Scout_SID, City, Note, Parent1_Email) VALUES(1, '', '', '')
-            text that fits          | yes | Scouts(Scout_SID, City) VALUES(1, printf('%.30c', 'x'))
-            text too long           | no  | Scouts(Scout_SID, City) VALUES(1, printf('%.31c', 'x'))
-            long text               | yes | Scouts(Scout_SID, Note) VALUES(1, printf('%.70000c', 'x'))
-            bytes as text           | no  | Scouts(Scout_SID, City) VALUES(1, x'4142')
-            date                    | yes | Scouts(Scout_SID, Birth_Date) VALUES(1, '1001-01-01')
-            date with time          | yes | Scouts(Scout_SID, Birth_Date) VALUES(1, '2016-06-07 13:30:00')
-            date in another form    | no  | Scouts(Scout_SID, Birth_Date) VALUES(1, '6/7/2016')
-            no such month           | no  | Scouts(Scout_SID, Birth_Date) VALUES(1, '2016-13-07')
-            yes or no               | no  | Scouts(Scout_SID, Boys_Life) VALUES(1, 2)
-            the same award twice    | yes | Assigned_Awards_Adults VALUES(1,1,NULL,NULL,NULL), (1,1,NULL,NULL,NULL))");
+        test::tableOf({"row", "accepted", "statement"}, "store/schema/limits.txt");
     }
     void limits()
     {

@@ -97,7 +97,8 @@ private:
                 set.setValue(Fields[0], m_value);
                 set.update();
             });
-            const qint64 number = test::sqlite(m_path, "Select rowid From T Where SID = " + m_value.toUtf8())[0].toLongLong();
+            const qint64 number =
+                test::sqlite(m_path, "Select rowid From T Where SID = " + m_value.toUtf8())[0].toLongLong();
             write(walker.program, number, State{m_value, "Null", "Null", "Null", "Null"});
             walker.added = {number, m_rows[number]};
             walker.numbers += number;
@@ -289,12 +290,11 @@ private Q_SLOTS:
         m_path = m_folder->filePath("a.mdb");
         Database made = DBEngine::createDatabase(m_path);
         TableDef table("T");
-        for (const Field& field : {Field{"SID", FieldType::Long}, Field{"Name", FieldType::Text, 9, true},
-                                   Field{"Title", FieldType::Text, 9}, Field{"Born", FieldType::Date},
-                                   Field{"Size", FieldType::Double}, Field{"Big", FieldType::Long},
-                                   Field{"Mail", FieldType::Boolean, 0, false, false, false, Value(true)},
-                                   Field{"Note", FieldType::Memo, 0, true}, Field{"F1", FieldType::Long},
-                                   Field{"F2", FieldType::Long}})
+        for (const Field& field :
+             {Field{"SID", FieldType::Long}, Field{"Name", FieldType::Text, 9, true},
+              Field{"Title", FieldType::Text, 9}, Field{"Born", FieldType::Date}, Field{"Size", FieldType::Double},
+              Field{"Big", FieldType::Long}, Field{"Mail", FieldType::Boolean, 0, false, false, false, Value(true)},
+              Field{"Note", FieldType::Memo, 0, true}, Field{"F1", FieldType::Long}, Field{"F2", FieldType::Long}})
             table.appendField(field);
         table.appendIndex({"PK", {"SID"}, true, true, true});
         made.appendTableDef(table);
@@ -360,9 +360,9 @@ private:
     static void step(Recordset& set, const QString& word, QStringList& given)
     {
         static const QMap<QString, void (Recordset::*)()> Steps{
-            {"F", &Recordset::moveFirst}, {"L", &Recordset::moveLast}, {"N", &Recordset::moveNext},
-            {"P", &Recordset::movePrevious}, {"new", &Recordset::addNew}, {"edit", &Recordset::edit},
-            {"save", &Recordset::update}, {"remove", &Recordset::remove}};
+            {"F", &Recordset::moveFirst},    {"L", &Recordset::moveLast},   {"N", &Recordset::moveNext},
+            {"P", &Recordset::movePrevious}, {"new", &Recordset::addNew},   {"edit", &Recordset::edit},
+            {"save", &Recordset::update},    {"remove", &Recordset::remove}};
         bool number = false;
         const int by = word.toInt(&number);
         if (const auto known = Steps.value(word))

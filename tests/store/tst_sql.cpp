@@ -41,49 +41,15 @@ private Q_SLOTS:
 
     void selects_data()
     {
-        test::table({"condition", "sids"}, R"(
-            Where Born between #06/07/14# and #12/31/2015#                         | 1 2
-            Where Born < #2-1-1001#                                                | 4
-            Where [Last Name] = 'ØSTER'                                            | 2
-            Where [Last Name] Like 'ØST*'                                          | 1 2
-            Where [Last Name] Like 'O?[a-c]r*'                                     | 3
-            Where [Last Name] Like 'a[*]b'                                         | 4
-            Where [Last Name] Like '[!o]*'                                         | 1 2 4
-            Where [Last Name] Not Like '*b*'                                       | 1 2
-            Where SID Like '#'                                                     | 1 2 3 4
-            Where Den = NULL                                                       | 2
-            Where Den <> Null and Mail = 0                                         | 3
-            Where IsNull(Born) Or IsNull(Den)                                      | 2 3
-            Where Den & '' = ""                                                    | 2
-            Where Left([Last Name], 2) = 'o''' And UCase(Mid([Last Name],3)) = 'BRIEN' | 3
-            Where SID In (Select SID From Older)                                   | 1 4
-            Where Mail = True;                                                     | 1 4
-            Where -1 = Mail Or Mail = 1                                            | 1 4
-            Where Null = Den                                                       | 2
-            Where Den Is Not Null And Null <> Born                                 | 1 4
-            Where Born = '1/1/1001' Or '6/7/14' = Born                             | 1 4
-            Where Born < Date() - 30 And Born > #1/1/2000# + 1                     | 1 2
-            Where Born + 1 Between '6/8/2014' And #6/8/2014#                       | 1
-            Where Born Like '6/?/*'                                                | 1
-            Where Not Den = 3 Or SID = 3 And Mail                                  | 4
-            Where [Last Name] + 'x' = 'ØSTX'                                       | 1
-            Where Den In (3, SID) And SID Not In (3, 3.0)                          | 1 4
-            Where SID Not Between 2 And 3                                          | 1 4
-            Where Exists (Select * From Older Where Older.SID = People.SID)        | 1 4
-            Where 'ØSTER' In (Select [Last Name] From People P Where P.SID = People.SID) | 2
-            Where Den > '20' Or Den Between '1' And '9' And SID In ('1', '4')      | 1 4
-            Where Mail = 'Yes' Or Mail <> 'no' And SID = 1                         | 1 4
-            Order By Mail, SID Desc                                                | 4 1 3 2
-            Order By Mail Desc, SID                                                | 2 3 1 4
-            Order By -1, (1), 3 - 1, True, SID                                     | 1 2 3 4
-            order by [Last Name] DESC                                              | 2 1 3 4)");
+        test::tableOf({"condition", "sids"}, "store/sql/selects.txt");
         QTest::newRow("either quote") << "Where people.[last name] = \"o'brien\""
                                       << "3";
     }
     void selects()
     {
         QFETCH(QString, condition);
-        const QString order = condition.contains("order", Qt::CaseInsensitive) || condition.contains(u';') ? "" : " Order by SID";
+        const QString order =
+            condition.contains("order", Qt::CaseInsensitive) || condition.contains(u';') ? "" : " Order by SID";
         Recordset rows = m_database->openRecordset("Select * From People " + condition + order);
         QVERIFY(rows.updatable());
         QTEST(texts(rows, u"sid"), "sids");
@@ -104,26 +70,7 @@ private Q_SLOTS:
     // Which texts give sets that can be changed, and how many rows and columns each has.
     void shapes_data()
     {
-        test::table({"source", "shape"}, R"(
-            people                                                             | updatable 4 5
-            Select SID As Number, [Last Name] From People As P Where P.Den = 3 | updatable 2 2
-            Select Max(SID) AS [MaxSID]from People                             | fixed 1 1
-            Select Distinct Den From People                                    | fixed 3 1
-            Select DistinctRow Den From People                                 | fixed 3 1
-            Select A.SID From People As A, People As B Where A.SID = B.SID     | fixed 4 1
-            Select SID From People Union All Select 9 From People              | fixed 8 1
-            Select Den, Count(*) As N From People Group By Den                 | fixed 3 2
-            Older                                                              | fixed 2 2
-            Select * From People Where SID = 0                                 | updatable 0 5
-            Select Den From People Where Den = (Select Max(Den) From People)   | updatable 1 1
-            Select SID, Count(*) From (Select SID From People) As P Group By SID | fixed 4 2
-            Select * From (People As P Left Join Older On P.SID = Older.SID) Inner Join People As Q On Q.SID = P.SID | fixed 4 12
-            Select Distinct UCase([Last Name]) & '' From (Select [Last Name] From People Union All Select 'ØST' From People) As P | fixed 4 1
-            Select Count(*) From People Group By Left([Last Name], 1) & Left('', 1) | fixed 3 1
-            Select P.*, 1 From People P                                        | updatable 4 6
-            Select P.Den, Den + 1 & 'x', Max(SID) From People As P Group By Den Order By Den, Max(Born) | fixed 3 3
-            Select Left([Last Name], 1) As L From People Group By L            | fixed 3 1
-            Select Count(*), 5 From People Group By 1                          | fixed 1 2)");
+        test::tableOf({"source", "shape"}, "store/sql/shapes.txt");
     }
     void shapes()
     {
@@ -135,40 +82,7 @@ private Q_SLOTS:
     // What an expression gives for the first two people: dates and yes/no are told by their texts.
     void expressions_data()
     {
-        test::table({"expression", "values"}, R"(
-            1 + 2 & 'a'                                     | 3a; 3a
-            'a' & -1 & ('b' & Null)                         | a-1b; a-1b
-            5/2                                             | 2.5; 2.5
-            7 - 2 - 1 * (3 - 1) / 4                         | 4.5; 4.5
-            -(2 - -3) * +2                                  | -10; -10
-            [Last Name] + 'x'                               | Østx; østerx
-            'x' + Null                                      | -; -
-            '5' + 1                                         | 6; 6
-            Den + '1' & 'x'                                 | 4x; x
-            Born + 1                                        | 6/8/2014; 1/1/2016
-            1 + Born                                        | 6/8/2014; 1/1/2016
-            Born - 0.25                                     | 6/6/2014 6:00:00 PM; 12/30/2015 6:00:00 PM
-            (Born - 41798.25) * 1                           | -1.25; 570.75
-            Born - #6/1/2014#                               | 6; 578
-            'on ' & Born & ', ' & Mail                      | on 6/7/2014, -1; on 12/31/2015, 0
-            Mail + 0                                        | -1; 0
-            Mail = -1                                       | True; False
-            True & 'x' & True + 1                           | -1x0; -1x0
-            (Select Count(Den) From People)                 | 3; 3
-            Mail < False                                    | True; False
-            IIf(Den = 3, Born, Null)                        | 6/7/2014; -
-            IIf(Den = 3, 'N/A', SID)                        | N/A; 2
-            IIf(Mail, Mail, 5)                              | -1; 5
-            IIf([Last Name] = 'ØST', SID + 1, SID) + 1      | 3; 3
-            IsNull(Den)                                     | False; True
-            (Select Max(Born) From People)                  | 12/31/2015; 12/31/2015
-            (Select Sum(Mail) From People)                  | -2; -2
-            Round(2.5) & Round(1.25, 1)                     | 21.2; 21.2
-            InStr([Last Name], 'ST') & Len(Born)            | 28; 210
-            Year(Born + 30) & Month('6/7/14') & Day(2)      | 201461; 201661
-            IIf(SID = 1, 'x', Born)                         | x; 12/31/2015
-            IIf(SID = 1, Born, IIf(SID = 2, 5, Born))       | 6/7/2014; 5
-            Abs(SID - 3) & Mid('abc', SID, 1)               | 2a; 1b)");
+        test::tableOf({"expression", "values"}, "store/sql/expressions.txt");
     }
     void expressions()
     {
@@ -216,58 +130,7 @@ private Q_SLOTS:
 
     void failures_data()
     {
-        test::table({"statement", "as", "number"}, R"(
-            Select * From People Where [Last Name] Like 'O'Brien*'           | source | 3075
-            Select * From People Where [Last Name] = 'x'; Delete From People | source | 3075
-            Select * From People Where Born = #13/1/2015#                    | source | 3075
-            Select * From People Where Born = #1/1/2015                      | source | 3075
-            Select * From People Where (SID = 1                              | source | 3075
-            Select * From Nobody                                             | source | 3078
-            Nobody                                                           | source | 3078
-                                                                             | source | 3078
-            Select Nowhere From People                                       | source | 3061
-            Select * From People Where SID = Nowhere                         | source | 3061
-            Select * From sqlite_master                                      | source | 3078
-            Select * From Stored_Queries                                     | source | 3078
-            Select * From People Limit 3                                     | source | 3075
-            Select * From People -- all of them                              | source | 3075
-            Select * From main.People                                        | source | 3075
-            Select * From pragma_table_list                                  | source | 3078
-            Select Cast(SID As Text) From People                             | source | 3075
-            Select SID N From People                                         | source | 3075
-            Select SID % 2 From People                                       | source | 3075
-            Select Left(SID) From People                                     | source | 3075
-            Select SID +                                                     | source | 3075
-            Select SID Not 1 From People                                     | source | 3075
-            Select load_extension('x') From People                           | source | 3075
-            Select * From People                                             | action | 3075
-            Delete From People                                               | source | 3075
-            Update Or Replace People Set SID = 1                             | action | 3075
-            Delete From People Returning SID                                 | action | 3075
-            Insert Into People (Nowhere) Values (1)                          | action | 3061
-            Update Nobody Set SID = 1                                        | action | 3078
-            Update People Set rowid = rowid + 1                              | action | 3061
-            Insert Into People (_rowid_, SID) Values (9, 9)                  | action | 3061
-            Select OID From People                                           | source | 3061
-            Select Den, SID From People Group By Den                         | source | 3075 SID is neither summed
-            Select Count(*), [Last Name] From People                         | source | 3075 Last Name is neither
-            Select * From People Group By SID                                | source | 3075 * beside
-            Select Den From People Group By Den Order By Born                | source | 3075 Born is neither
-            Select Den From People Group By Den Having SID > 1               | source | 3075 SID is neither
-            Select Den, (Select Max(P.SID) From People P Where P.SID < People.SID) From People Group By Den | source | 3075 People is neither
-            Select 'Den ' + Den From People                                  | source | 3075 Den  is no number
-            Select * From People Where Mail = 'perhaps'                      | source | 3075 perhaps is neither yes
-            Select Nz(Den, 0) From People                                    | source | 3075 no function Nz. Instead: IIf(IsNull(a), b, a)
-            Select Int(Den) From People                                      | source | 3075 no function Int
-            Select IIf(Den) From People                                      | source | 3075 IIf takes another
-            Select Top 3 SID From People                                     | source | 3075 Near Top
-            Select SID Mod 2 From People                                     | source | 3075 Near Mod
-            (Select SID From People)                                         | source | 3075 Near (
-            -- all of them                                                   | source | 3075 Near --
-            Parameters P Long; Select SID From People                        | source | 3075 Near Parameters
-            Sleect SID From People                                           | source | 3075 Near Sleect
-            Old People                                                       | source | 3078
-            Pragma journal_mode=off                                          | action | 3075)");
+        test::tableOf({"statement", "as", "number"}, "store/sql/failures.txt");
     }
     void failures()
     {
@@ -297,19 +160,7 @@ private Q_SLOTS:
     // A row that the file refuses is passed over, and the others go through.
     void refusedRowsArePassedOver_data()
     {
-        test::table({"statement", "after"}, R"(
-            Insert Into People (SID, Den) Select SID + 3, 7 From People | 3 - 3 4 7 7 7
-            Update People Set SID = 9 Where Den = 3                     | - 3 4 3
-            Update People Set Den = Den + 32764                         | 32767 - 32767 4
-            Insert Into People (SID) Values (NULL)                      | 3 - 3 4
-            Update People Set [Last Name] = 'A*B', Born = #1/1/1001#, Den = 9 Where SID > 2 | 3 - 3 9
-            Insert Into People Select SID + 4 As SID, IIf(SID = 2, 'new', UCase([Last Name])) As N, Born, 7, 0 From People | 3 - 3 4 7 7
-            Delete * From People Where Den = 3                          | - 4
-            Update People Set Den = NULL, Mail = 1 Where Den = 4        | 3 - 3 -
-            Update People As P Set P.Den = 2.5 + Mail Where Mail        | 2 - 3 2
-            Insert Into People (SID, Den, Born) Values (5, '7', 'soon') | 3 - 3 4
-            Update People Set Den = '2.5' Where SID = 1                | 2 - 3 4
-            Update People Set Den = Born - #6/1/2014# Where SID = 1     | 6 - 3 4)");
+        test::tableOf({"statement", "after"}, "store/sql/refusedRowsArePassedOver.txt");
     }
     void refusedRowsArePassedOver()
     {

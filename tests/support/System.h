@@ -16,6 +16,9 @@ extern const char* const OtherJournal;
 /// How often this process has flushed a folder so far; -1 on a system where nothing does.
 [[nodiscard]] int folderFlushes();
 
+/// From here on the disk doesn't give what stands in files between two places, in bytes; up to 0 lifts that.
+void failReads(qint64 from, qint64 to);
+
 /// Hides a folder whose name begins with a dot, where the dot doesn't.
 void hide(const QString& folder);
 

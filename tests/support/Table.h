@@ -40,6 +40,12 @@ inline void table(std::initializer_list<const char*> columns, const char* lines)
     addRows(columns, cases);
 }
 
+/// The same of a text file of the tests.
+inline void tableOf(std::initializer_list<const char*> columns, const char* file)
+{
+    table(columns, contents(QStringLiteral(ORLO_SOURCE_DIR "/tests/") + QString::fromUtf8(file)).constData());
+}
+
 /// What the row of data has in a column.
 inline QString cell(const char* column)
 {

@@ -91,22 +91,7 @@ private Q_SLOTS:
     // Each work fails with the number, and what the file held it still holds.
     void worksUnderFaults_data()
     {
-        test::table({"fault and work", "told"}, R"(
-locked start   | 3050
-locked update  | 3050
-locked save    | 3050
-locked repair  | 3050
-locked copy    | 70
-locked over    | 70
-full update    | 75
-full save      | 75
-full repair    | 75
-damaged repair | 75
-file start     | 3050
-file update    | 3050
-folder update  | 70
-folder save    | 3027
-folder repair  | 3050)");
+        test::tableOf({"fault and work", "told"}, "upkeep/faults.txt");
     }
     void worksUnderFaults()
     {

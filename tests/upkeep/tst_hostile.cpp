@@ -99,17 +99,7 @@ private Q_SLOTS:
 
     void harm_data()
     {
-        test::table({"harm", "end", "sql"}, R"(
-            a trigger that deletes      | well   | $trigger x $insert Delete From Adults; End
-            an endless trigger          | well   | $trigger x $insert Insert Into Adults (Adult_SID) $endless From n; End
-            a trigger with a usual name | well   | Drop Trigger $usual; $trigger $usual $insert Delete From Adults; End
-            an endless view             | report | Delete From Stored_Queries; Drop View Leader_Assignments; Create View Leader_Assignments As $endless As Den_Number, 1 As Leader_SID From n
-            an endless table            | report | $dens $endless As Den_SID From n
-            a view of every pair        | report | $dens Select a.Scout_SID As Den_SID, 'x' As Den_Type, 1 As Den_Number, 'Y' As Active From Scouts a, Scouts b, Scouts c, Scouts d, Scouts e
-            another file                | report | $dens Select readfile('/etc/passwd') As Den_SID
-            another module              | report | Drop Table Dens; Create Virtual Table Dens Using fts5(Den_SID, Den_Type)
-            wrong types                 | report | $unchecked Birth_Date = x'00ff', Assigned_Den_SID = 'den', Years_In_Scouts = 1e300, Boys_Life = 'maybe'
-            oversized values            | well   | $unchecked Last_Name = Replace(Hex(Zeroblob(1000000)), '00', 'wide') Where Scout_SID < 9)");
+        test::tableOf({"harm", "end", "sql"}, "upkeep/harm.txt");
     }
     void harm()
     {

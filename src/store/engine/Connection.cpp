@@ -2,7 +2,6 @@
 
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
-#include "store/engine/Database.h"
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
@@ -139,10 +138,11 @@ void Connection::checkFile() const
     if (!file.open(QIODevice::ReadOnly))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
     if (m_viewed && isHalfDone(m_file))
-        raiseUnusable(platform::CannotLockFile,
-                      QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
-                                     "with it, or close that one"),
-                      m_file);
+        raiseUnusable(
+            platform::CannotLockFile,
+            QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
+                           "with it, or close that one"),
+            m_file);
     if (!m_viewed && !platform::isWritable(m_file))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
     // A journal must have its place beside the file.
@@ -234,8 +234,8 @@ bool Connection::isOfFile(const QByteArray& name)
 {
     if (name.isEmpty() || isEngineTable(name.constData()) || m_watch.ofFile.contains(name))
         return false;
-    auto found = statement("SELECT 1 FROM sqlite_master WHERE name = ?1 AND (type = 'view' OR type = 'table' AND sql "
-                           "NOT LIKE 'CREATE VIRTUAL%')");
+    auto found = statement("SELECT 1 FROM sqlite_master WHERE name = ?1 AND (type = 'view' OR type = 'table' AND "
+                           "substr(sql, 1, 14) <> 'CREATE VIRTUAL')");
     found.bind(1, name);
     return found.step();
 }
@@ -440,43 +440,6 @@ void Connection::raiseLast(int code, bool preparing)
         number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);
     throw RuntimeError(number, QStringLiteral("Database"), description);
-}
-
-Transaction::Transaction(const Database& database) : Transaction(*database.m_connection)
-{
-}
-
-Transaction::Transaction(Connection& connection) : m_connection(connection)
-{
-    m_connection.ensureOpen();
-    m_connection.readyToWrite();
-    m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
-    if (!m_outermost)
-        return;
-    m_connection.changeWatch().aboutTo({});
-    m_connection.run("BEGIN IMMEDIATE");
-    m_connection.knownRecords().begin();
-}
-
-Transaction::~Transaction()
-{
-    if (m_done || !m_connection.isOpen())
-        return;
-    if (m_outermost) {
-        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-        m_connection.knownRecords().drop();
-    }
-    m_connection.noteChange();
-}
-
-void Transaction::commit()
-{
-    m_connection.knownRecords().settle();
-    if (m_outermost)
-        m_connection.run("COMMIT");
-    m_done = true;
-    m_connection.noteChange();
-    m_connection.knownRecords().accept();
 }
 
 QByteArray quoted(QStringView name)

@@ -132,7 +132,7 @@ std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 sta
             return std::nullopt;
         const qint64 size = sizeOf(*kind);
         values.push_back(start + size <= bytes.size() ? readValue(*kind, bytes.sliced(start, size), encoding)
-                                                        : RawValue());
+                                                      : RawValue());
         start += size;
     }
     return start == stated ? std::optional(std::move(values)) : std::nullopt;

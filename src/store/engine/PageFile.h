@@ -58,9 +58,9 @@ private:
 
     QByteArray m_bytes;
     std::set<qsizetype> m_unreadable; // places in the file, then pages
-    qsizetype m_pageSize = 0; // bytes; the program's files reserve none of them for anything else
+    qsizetype m_pageSize = 0;         // bytes; the program's files reserve none of them for anything else
     quint32 m_pageCount = 0;
-    quint32 m_encoding = 0; // of texts, as the header tells it
+    quint32 m_encoding = 0;            // of texts, as the header tells it
     mutable qint64 m_leftToFollow = 0; // bytes of chains, so that crossed ones don't take for ever
 };
 

@@ -241,8 +241,8 @@ const Record& Recordset::shown() const
         const qsizetype start = back ? std::max<qsizetype>(m_place - m_ahead + 1, 0) : m_place;
         const qsizetype end = back ? m_place + 1 : std::min(m_place + m_ahead, m_size);
         const auto read = [this](qsizetype from, qsizetype to) {
-            const auto numbers = std::span(m_numbers).subspan(static_cast<std::size_t>(from),
-                                                              static_cast<std::size_t>(to - from));
+            const auto numbers =
+                std::span(m_numbers).subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
             m_block = readBlock(*m_connection, *m_source, numbers, from);
         };
         read(start, end);

@@ -117,8 +117,8 @@ private:
     bool m_removed = false; // the record at m_place was removed; the ones after it have moved up
     // What was read last: all of a snapshot's records, or those ahead of an updatable set.
     mutable std::shared_ptr<const Block> m_block;
-    mutable qsizetype m_ahead = 1; // how many records the next block has
-    mutable Record m_shown;        // the current one, once it was asked for
+    mutable qsizetype m_ahead = 1;        // how many records the next block has
+    mutable Record m_shown;               // the current one, once it was asked for
     std::shared_ptr<KnownRecord> m_known; // the current one
     std::shared_ptr<KnownRecord> m_added; // the one that was added last
     std::optional<Buffer> m_buffer;

@@ -8,6 +8,7 @@
 #include "store/engine/Edition.h"
 #include "store/engine/Journal.h"
 #include "store/engine/PageFile.h"
+#include "store/engine/RecordFit.h"
 #include "store/engine/Source.h"
 #include "store/engine/TableSql.h"
 
@@ -67,43 +68,6 @@ void bind(Statement& statement, int parameter, const RawValue& value)
         statement.bindBytes(parameter, *bytes);
 }
 
-QByteArray textOf(const RawValue& value)
-{
-    const auto* text = std::get_if<RawText>(&value);
-    return text ? text->bytes : QByteArray();
-}
-
-bool fits(const RawValue& value, const Field& field)
-{
-    if (std::holds_alternative<std::monostate>(value))
-        return true;
-    switch (field.type) {
-    case FieldType::Boolean:
-    case FieldType::Integer:
-    case FieldType::Long:
-        return std::holds_alternative<qint64>(value) && !field.autoIncrement;
-    case FieldType::Double: // a whole number is kept as one
-        return std::holds_alternative<double>(value) || std::holds_alternative<qint64>(value);
-    case FieldType::Date:
-    case FieldType::Text:
-    case FieldType::Memo:
-        break;
-    }
-    return std::holds_alternative<RawText>(value);
-}
-
-// A record of a table may end before the fields that the table got later.
-bool fits(const RawRecord& record, const TableDef& table)
-{
-    const auto& fields = table.fields();
-    if (record.values.size() > fields.size())
-        return false;
-    for (std::size_t i = 0; i < record.values.size(); ++i)
-        if (!fits(record.values[i], fields[i]))
-            return false;
-    return true;
-}
-
 bool isCatalogueRow(const RawRecord& record)
 {
     static const QSet<QByteArray> Types{"table", "index", "view", "trigger"};
@@ -160,7 +124,7 @@ private:
     void moveRows();
     [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
     void moveStrayRows();
-    void move(RawRecord record, const TableDef& table);
+    void move(const RawRecord& given, const TableDef& table);
     [[nodiscard]] bool insert(const RawRecord& record, const TableDef& table);
     void countMissing();
     void noteQuery(const RawRecord& record);
@@ -183,6 +147,7 @@ private:
     QHash<QString, qint64> m_counters; // by table, the highest number given out
     int m_moved = 0;
     QStringList m_missing;
+    QHash<QString, int> m_lost; // by table, the rows of it among these
 };
 
 std::vector<quint32> Salvage::leavesBelow(quint32 root)
@@ -223,7 +188,8 @@ void Salvage::readCatalogue()
                 m_seen.insert(page);
                 const auto* root = std::get_if<qint64>(&record.values[3]);
                 m_catalogue.push_back({textOf(record.values[0]), QString::fromUtf8(textOf(record.values[1])),
-                                       QString::fromUtf8(textOf(record.values[2])), root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
+                                       QString::fromUtf8(textOf(record.values[2])),
+                                       root ? static_cast<quint32>(*root) : 0, textOf(record.values[4])});
             }
 }
 
@@ -298,7 +264,7 @@ void Salvage::moveRows()
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
             else if (queries)
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
-            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return fits(record, *table); }))
+            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, *table); }))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
             else
                 m_seen.remove(page);
@@ -348,9 +314,10 @@ void Salvage::moveStrayRows()
 
 // A row stays though fields of it don't fit: these are nothing then. Where it is refused all the same it is there
 // already, or stays in the damaged file.
-void Salvage::move(RawRecord record, const TableDef& table)
+void Salvage::move(const RawRecord& given, const TableDef& table)
 {
     const auto& fields = table.fields();
+    RawRecord record = given;
     const bool own = m_edition.findTable(table.name()) != nullptr;
     QStringList lost;
     record.values.resize(std::min(record.values.size(), fields.size()));
@@ -362,10 +329,12 @@ void Salvage::move(RawRecord record, const TableDef& table)
         if (!fits(record.values[i], fields[i]))
             drop(i);
     const QString where = QStringLiteral("%1, row %2").arg(table.name()).arg(record.key);
-    if (2 * lost.size() > std::ssize(record.values)) { // whatever that is, it's no row of this table
+    const auto lose = [&] {
         m_missing += where;
-        return;
-    }
+        ++m_lost[table.name()];
+    };
+    if (own && !mayBeOf(given, table))
+        return lose();
     while (true) {
         try {
             if (!insert(record, table))
@@ -380,10 +349,8 @@ void Salvage::move(RawRecord record, const TableDef& table)
             std::size_t i = 0;
             while (i < record.values.size() && !refused(i))
                 ++i;
-            if (i == record.values.size()) {
-                m_missing += where;
-                return;
-            }
+            if (i == record.values.size())
+                return lose();
             drop(i);
         }
     }
@@ -423,13 +390,13 @@ void Salvage::countMissing()
 {
     for (const TableDef& table : m_tables) {
         auto rows = m_made.statement("SELECT count(*) FROM " + quoted(table.name()));
-        const qint64 found = rows.step() ? rows.integer(0) : 0;
+        const qint64 known = (rows.step() ? rows.integer(0) : 0) + m_lost.value(table.name());
         qint64 had = 0;
         for (const CatalogueRow& object : m_catalogue)
             if (object.type == "index" && object.table == table.name())
                 had = std::max(had, m_pages.entries(object.root));
-        if (had > found)
-            m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - found).arg(had);
+        if (had > known)
+            m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - known).arg(had);
     }
     if (m_pages.unreadable() > 0)
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());

@@ -43,8 +43,8 @@ QStringView withoutBrackets(QStringView name)
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
 }
 
-// The results of a statement on one table as SQLite takes them, or all columns of the table. Each is named: another tool
-// may put the columns in another order meanwhile.
+// The results of a statement on one table as SQLite takes them, or all columns of the table. Each is named: another
+// tool may put the columns in another order meanwhile.
 QByteArray columnsOf(Connection& connection, const Translated& statement, const QString& table,
                      const QByteArray& called)
 {

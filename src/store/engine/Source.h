@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/engine/Value.h"
 #include "store/engine/Sql.h"
+#include "store/engine/Value.h"
 
 #include <QByteArray>
 
@@ -29,7 +29,7 @@ struct RowShape {
 struct Source {
     std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
     QByteArray tableName;
-    QByteArray table;                      ///< the same, quoted
+    QByteArray table; ///< the same, quoted
     QByteArray rowKey;
     bool freeNumbers = false; ///< as of the table
     bool wholeTable = false;  ///< opened by the table's name

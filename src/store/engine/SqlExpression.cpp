@@ -99,7 +99,7 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
     const Kind kind = all.kind == Kind::Truth ? Kind::Number : all.kind;
     const bool truth = std::ranges::any_of(values, [](const Expression& value) { return value.kind == Kind::Truth; });
     const auto becomeAlike = [&](Expression& value) {
-        truth && value.kind == Kind::Text ? asTruth(value) : beside(kind, value);
+        truth&& value.kind == Kind::Text ? asTruth(value) : beside(kind, value);
     };
     for (std::size_t i = values.size() - 1; i > 0; --i) {
         becomeAlike(values[i]);
@@ -274,7 +274,7 @@ Expression SqlWriter::choice(Expression test, Expression then, Expression otherw
     // A date among others shows as one; of a field that isn't known nobody can say that it holds none.
     const auto become = [&](Expression& value, const Expression& other) {
         const bool dates = other.kind == Kind::Unknown && other.form == Form::Field;
-        mixed && value.kind == Kind::Date && !dates ? as(Kind::Text, value) : beside(kind, value);
+        mixed&& value.kind == Kind::Date && !dates ? as(Kind::Text, value) : beside(kind, value);
     };
     const Expression first = then;
     become(otherwise, first);

@@ -174,10 +174,14 @@ Expression SqlTranslator::literal(Kind kind, QStringView sql)
 
 Expression SqlTranslator::text(QStringView content)
 {
-    QString text = content.toString();
-    if (content.data()[-1] == u'"')
-        text.replace(QLatin1String("\"\""), QLatin1String("\"")).replace(u'\'', QLatin1String("''"));
-    Expression value = literal(Kind::Text, QString(u'\'' % text % u'\''));
+    const bool single = content.data()[-1] == u'\'';
+    QString text;
+    if (!single)
+        text =
+            u'\'' +
+            content.toString().replace(QLatin1String("\"\""), QLatin1String("\"")).replace(u'\'', QLatin1String("''")) +
+            u'\'';
+    Expression value = literal(Kind::Text, single ? QStringView(content.begin() - 1, content.end() + 1) : text);
     value.literal = content;
     return value;
 }

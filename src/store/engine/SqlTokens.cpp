@@ -225,12 +225,18 @@ private:
 QString insteadOf(QStringView word)
 {
     static constexpr std::pair<QStringView, QStringView> Habits[] = {
-        {u"nz", u"IIf(IsNull(a), b, a)"}, {u"datediff", u"a - b, in days"},
-        {u"dateadd", u"a + n, in days"},  {u"datevalue", u"#m/d/yyyy#"},
-        {u"cstr", u"a & ''"},             {u"str", u"a & ''"},
-        {u"val", u"a + 0"},               {u"cint", u"Round(a)"},
-        {u"clng", u"Round(a)"},           {u"first", u"Min(a)"},
-        {u"last", u"Max(a)"},             {u"top", u"Order By, and a look at the first records"},
+        {u"nz", u"IIf(IsNull(a), b, a)"},
+        {u"datediff", u"a - b, in days"},
+        {u"dateadd", u"a + n, in days"},
+        {u"datevalue", u"#m/d/yyyy#"},
+        {u"cstr", u"a & ''"},
+        {u"str", u"a & ''"},
+        {u"val", u"a + 0"},
+        {u"cint", u"Round(a)"},
+        {u"clng", u"Round(a)"},
+        {u"first", u"Min(a)"},
+        {u"last", u"Max(a)"},
+        {u"top", u"Order By, and a look at the first records"},
     };
     for (const auto& [habit, instead] : Habits)
         if (sameName(habit, word))

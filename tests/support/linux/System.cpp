@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <csignal>
 
 #include <sys/resource.h>
@@ -32,8 +33,40 @@ extern "C" int fdatasync(int file)
     return flush(SYS_fdatasync, file);
 }
 
+static qint64 badFrom = 0;
+static qint64 badTo = 0;
+
+static bool isBad(qint64 at, size_t size)
+{
+    return at < badTo && at + qint64(size) > badFrom;
+}
+
+extern "C" ssize_t read(int file, void* to, size_t size)
+{
+    const qint64 at = badTo > 0 ? ::lseek(file, 0, SEEK_CUR) : -1;
+    if (at >= 0 && isBad(at, size)) {
+        errno = EIO;
+        return -1;
+    }
+    return ::syscall(SYS_read, file, to, size);
+}
+extern "C" ssize_t pread64(int file, void* to, size_t size, off64_t at)
+{
+    if (badTo > 0 && isBad(at, size)) {
+        errno = EIO;
+        return -1;
+    }
+    return ::syscall(SYS_pread64, file, to, size, at);
+}
+
 namespace orlo::test
 {
+
+void failReads(qint64 from, qint64 to)
+{
+    badFrom = from;
+    badTo = to;
+}
 
 int folderFlushes()
 {

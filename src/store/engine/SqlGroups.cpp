@@ -1,0 +1,122 @@
+// What a Select is grouped and sorted by.
+
+#include "store/engine/SqlTranslator.h"
+#include "store/engine/Text.h"
+
+#include <algorithm>
+
+namespace orlo::store
+{
+
+// True for whatever makes one row of several.
+bool SqlTranslator::group(Query& query)
+{
+    const qsizetype written = m_out.sql.size();
+    if (take(Symbol::Group)) {
+        expect(Symbol::By);
+        QLatin1String before(" GROUP BY ");
+        const qsizetype fields = m_scope->fields.size();
+        do {
+            m_out.sql += before;
+            before = QLatin1String(", ");
+            const qsizetype start = m_at;
+            sorted();
+            query.groups.append({start, m_at});
+            // A result's name stands for its expression.
+            for (qsizetype i = 0; i < query.places.size(); ++i)
+                if (m_at == start + 1 && sameName(query.fields[i].name, m_tokens[start].text) &&
+                    !find({}, m_tokens[start].text))
+                    query.groups.append(query.places[i]);
+        } while (take(Symbol::Comma));
+        m_scope->fields.resize(fields);
+    }
+    if (take(Symbol::Having)) {
+        m_out.sql += QLatin1String(" HAVING ");
+        condition();
+    }
+    return m_out.sql.size() > written;
+}
+
+// What one row stands for several of has no single value beside what they have in common.
+void SqlTranslator::requireGrouped(const Query& query)
+{
+    for (const qsizetype field : std::as_const(m_scope->fields))
+        if (query.grouped && !isGrouped(query, field)) {
+            m_at = field;
+            raiseSyntax(QStringLiteral("(\"%1\" is neither summed up nor grouped by.)").arg(token().text));
+        }
+    m_scope->fields.clear();
+}
+
+// A field is grouped by, by its name with or without its source's, or stands in an expression that is.
+bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
+{
+    const auto last = [this](qsizetype at) { return m_tokens[at + 1].symbol == Symbol::Dot ? at + 2 : at; };
+    const auto same = [this](qsizetype a, qsizetype b) {
+        const bool text = m_tokens[a].symbol == Symbol::Text;
+        return m_tokens[a].symbol == m_tokens[b].symbol &&
+               (text ? m_tokens[a].text == m_tokens[b].text : sameName(m_tokens[a].text, m_tokens[b].text));
+    };
+    const QStringView name = m_tokens[field].text;
+    if (last(field) == field && !find({}, name) &&
+        std::ranges::any_of(query.fields, [&](const KnownField& result) { return sameName(result.name, name); }))
+        return true; // a result
+    return std::ranges::any_of(query.groups, [&](const auto& group) {
+        const qsizetype length = group.second - group.first;
+        const bool isName = last(group.first) + 1 == group.second;
+        if (isName && (length == 1 || last(field) == field || same(field, group.first)) &&
+            sameName(m_tokens[last(field)].text, m_tokens[group.second - 1].text))
+            return true;
+        for (qsizetype start = std::max<qsizetype>(field - length + 1, 0); start <= field; ++start) {
+            qsizetype matched = 0;
+            while (matched < length && start + matched < m_end && same(start + matched, group.first + matched))
+                ++matched;
+            if (matched == length)
+                return true;
+        }
+        return false;
+    });
+}
+
+// An expression to sort or group by: SQLite takes a constant number for a column's.
+Expression SqlTranslator::sorted()
+{
+    const qsizetype before = m_varying;
+    Expression value = expression();
+    if (before == m_varying && (value.kind == ValueKind::Number || value.kind == ValueKind::Truth))
+        m_out.as(ValueKind::Text, value);
+    m_out.order(value);
+    return value;
+}
+
+void SqlTranslator::readOrder(Query& query)
+{
+    expect(Symbol::By);
+    query.orderStart = m_out.sql.size();
+    m_scope->results = &query.fields;
+    QLatin1String before(" ORDER BY ");
+    do {
+        m_out.sql += before;
+        before = QLatin1String(", ");
+        const Symbol next = token(1).symbol;
+        const bool place = at(Symbol::Number) && (next == Symbol::Comma || next == Symbol::Asc ||
+                                                  next == Symbol::Desc || next == Symbol::Close || next == Symbol::End);
+        query.ordersByPlace = query.ordersByPlace || place;
+        const qsizetype column = place ? token().text.toLongLong() - 1 : -1;
+        const Expression value = place ? expression() : sorted();
+        const bool truth = place && column >= 0 && column < query.fields.size()
+                               ? query.fields[column].kind == ValueKind::Truth
+                               : value.kind == ValueKind::Truth;
+        const bool descending = take(Symbol::Desc);
+        if (!descending)
+            take(Symbol::Asc);
+        if (truth) // true is -1, and stands in the file as 1
+            m_out.sql += QLatin1String(descending ? " ASC NULLS LAST" : " DESC NULLS FIRST");
+        else if (descending)
+            m_out.sql += QLatin1String(" DESC");
+    } while (take(Symbol::Comma));
+    requireGrouped(query);
+    m_scope->results = nullptr;
+}
+
+} // namespace orlo::store

@@ -1,0 +1,46 @@
+#include "store/engine/Connection.h"
+#include "store/engine/Database.h"
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+Transaction::Transaction(const Database& database) : Transaction(*database.m_connection)
+{
+}
+
+Transaction::Transaction(Connection& connection) : m_connection(connection)
+{
+    m_connection.ensureOpen();
+    m_connection.readyToWrite();
+    m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
+    if (!m_outermost)
+        return;
+    m_connection.changeWatch().aboutTo({});
+    m_connection.run("BEGIN IMMEDIATE");
+    m_connection.knownRecords().begin();
+}
+
+Transaction::~Transaction()
+{
+    if (m_done || !m_connection.isOpen())
+        return;
+    if (m_outermost) {
+        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+        m_connection.knownRecords().drop();
+    }
+    m_connection.noteChange();
+}
+
+void Transaction::commit()
+{
+    m_connection.knownRecords().settle();
+    if (m_outermost)
+        m_connection.run("COMMIT");
+    m_done = true;
+    m_connection.noteChange();
+    m_connection.knownRecords().accept();
+}
+
+} // namespace orlo::store
