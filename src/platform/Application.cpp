@@ -35,7 +35,7 @@ QString folder()
 
 QString companionFile(const QString& name)
 {
-    for (const char* place : {"/", "/../app/"}) {
+    for (const char* place : {"/", "/../app/", "/../lib/orlo/"}) {
         QString file = QCoreApplication::applicationDirPath() + QLatin1String(place) + name;
         if (QFileInfo(file).isFile())
             return file;

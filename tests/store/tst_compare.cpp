@@ -53,6 +53,7 @@ private Q_SLOTS:
         QVERIFY2(run.said.startsWith("Only the second file has the fields of Scouts: Alt_Parent_Address, "),
                  qPrintable(run.said + run.errors));
         QVERIFY(run.said.contains("second file has the fields of Assigned_Awards_Scouts: Assigned_SID, Quantity\n"));
+        QVERIFY(orloDb({"check", "copy"}).said.startsWith("copy/Quorrel11_Backup: sound\n"));
         QCOMPARE(orloDb({"compare", "old.mdb", "none.mdb"}).status, 1);
         QCOMPARE(orloDb({"check", "old.mdb", "--summary"}).status, 2);
     }

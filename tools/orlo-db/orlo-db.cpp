@@ -221,7 +221,7 @@ std::optional<int> run(const QStringList& arguments, const std::optional<QString
                        const std::optional<QString>& version, bool summary)
 {
     const QString command = arguments.value(0);
-    const QString file = arguments.value(1);
+    const QString file = command == QLatin1String("new") ? arguments.value(1) : PackFile::meant(arguments.value(1));
     const bool old = version == QLatin1String("1.0");
     if (command == QLatin1String("new") && arguments.size() == 2 &&
         (!version || old || version == QLatin1String("1.1")))
