@@ -1,3 +1,4 @@
+#include "platform/FileSystem.h"
 #include "shell/forms/PeopleFilter.h"
 #include "shell/forms/Reading.h"
 #include "shell/forms/RecordWalk.h"
@@ -72,7 +73,7 @@ private Q_SLOTS:
         if (test::cell("ended by") == "wait")
             loop.exec();
         sqlite3* other = nullptr;
-        sqlite3_open(QFile::encodeName(database().name()).constData(), &other);
+        sqlite3_open(platform::nativePath(database().name()).toUtf8().constData(), &other);
         const int code =
             sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE Dens SET Active = 'N'", nullptr, nullptr, nullptr);
         sqlite3_close(other);
