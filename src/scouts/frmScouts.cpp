@@ -162,7 +162,8 @@ void frmScouts::ClearRecord()
     for (const RecordField& field : m_fields)
         if (auto* box = qobject_cast<QLineEdit*>(field.control); box && box != ui->txtGrade)
             widgets::fillBox(*box, QString());
-    widgets::fillBox(*ui->txtGrade, ui->txtGrade->text()); // as it shows, whatever is stored
+    widgets::fillBox(*ui->txtGrade,
+                     ui->txtGrade->text()); // a new scout has what shows, not what another one has stored
     ui->txtScoutNote->clear();
     ui->optP1UseScoutAdd->setChecked(true);
     ui->optP2UseScoutAdd->setChecked(true);

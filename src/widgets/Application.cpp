@@ -108,6 +108,14 @@ bool hangsOff(const QWidget* widget, const QWidget& owner)
     return widget;
 }
 
+// The window that a window hangs off at last.
+const QWidget* topOwner(const QWidget* window)
+{
+    while (window->parentWidget())
+        window = window->parentWidget();
+    return window;
+}
+
 // A window that was just shown takes a moment to become the active one. Qt holds back what is typed into the windows
 // behind it meanwhile, but not their access keys and commands.
 bool isBehindModal(const QObject* receiver)
@@ -116,12 +124,8 @@ bool isBehindModal(const QObject* receiver)
         receiver = receiver->parent();
     const auto* widget = static_cast<const QWidget*>(receiver);
     const QWidget* modal = QApplication::activeModalWidget();
-    if (!widget || !modal || hangsOff(widget, *modal))
-        return false;
-    const QWidget* window = widget->window();
-    while (window->windowType() == Qt::Popup && window->parentWidget())
-        window = window->parentWidget()->window();
-    return modal->windowModality() == Qt::ApplicationModal || hangsOff(modal, *window);
+    return widget && modal && !hangsOff(widget, *modal) &&
+           (modal->windowModality() == Qt::ApplicationModal || topOwner(widget) == topOwner(modal));
 }
 
 // Qt's own answer to an access key presses the button now and clicks it a tenth of a second later, whatever was typed
@@ -168,8 +172,8 @@ bool answerByLetter(QMessageBox& box, const QKeyEvent& key)
     return true;
 }
 
-// A press that the window manager looks at while a window is coming up, the second one of a double click, may leave the
-// keys with the window behind, which takes none.
+// A double click on a button that opens a window: the second press goes to the window behind, and the window manager
+// may give that the keys, although it takes none now.
 void keepKeys(QWidget& modal)
 {
     for (const int delay : {50, 150, 400}) // milliseconds
@@ -204,7 +208,8 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv)
 bool Application::notify(QObject* receiver, QEvent* event)
 {
     try {
-        if (event->type() == QEvent::DeferredDelete && NestedLoop::depth() > 0 && Form::putsOffDeletion(*receiver))
+        if (event->type() == QEvent::DeferredDelete && receiver->isWidgetType() && NestedLoop::depth() > 0 &&
+            Form::putsOffDeletion(*receiver))
             return true;
         noteAlt(receiver, event);
         if (event->type() == QEvent::Shortcut && (isBehindModal(receiver) || belongsElsewhere(receiver, event)))
@@ -242,11 +247,14 @@ void Application::noteAlt(QObject* receiver, const QEvent* event)
     if (key->key() != Qt::Key_Alt || key->isAutoRepeat())
         return;
     m_altDown = event->type() == QEvent::KeyPress;
-    m_altPressedIn = screenOf(static_cast<QWidget*>(receiver));
+    // Who sends keys to a window means its control with the focus.
+    auto* pressed = static_cast<QWidget*>(receiver);
+    QWidget* const focus = focusWidget();
+    m_altPressedIn = screenOf(focus && focus->window() == pressed->window() ? focus : pressed);
 }
 
-// Who holds Alt and strikes two keys means the screen that is in front at the first one. What came up or to the front
-// meanwhile, a question or the window behind one that was closed, isn't worked by the second.
+// Holding Alt for two keys is meant for the screen that was in front at the first one. The second must not work what
+// came up or to the front meanwhile: a question, or the window behind one that was closed.
 bool Application::belongsElsewhere(QObject* receiver, const QEvent* event) const
 {
     const QKeySequence keys = static_cast<const QShortcutEvent*>(event)->key();

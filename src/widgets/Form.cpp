@@ -18,7 +18,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <utility>
 
 namespace orlo::widgets
 {
@@ -340,13 +339,8 @@ void pressOncePerDoubleClick(QPushButton& button)
 {
     struct Filter : QObject {
         using QObject::QObject;
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            if (event->type() == QEvent::MouseButtonPress)
-                pressed = true;
-            return event->type() == QEvent::MouseButtonDblClick && std::exchange(pressed, false);
-        }
-        bool pressed = false;
+        // Its first press may have been elsewhere, on what lay over the button and closed.
+        bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::MouseButtonDblClick; }
     };
     button.installEventFilter(new Filter(&button));
 }

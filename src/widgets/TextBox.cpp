@@ -15,8 +15,9 @@ namespace
 {
 
 constexpr auto KeptOneLine = "orlo_one_line"; // the property of a box that has been seen to
-constexpr auto WholeText = "orlo_whole_text"; // the property of a box that was filled with more than it holds
-constexpr int BoxMargin = 2;                  // pixels at both sides of a box's text
+constexpr auto WholeText =
+    "orlo_whole_text";       // of a box that was filled with more than it holds: all, and what it shows
+constexpr int BoxMargin = 2; // pixels at both sides of a box's text
 
 bool breaksLine(QChar c)
 {
@@ -32,6 +33,7 @@ void clean(QLineEdit& box, const QString& text)
         return;
     const qsizetype before = oneLine(text.left(box.cursorPosition())).size();
     box.setText(cleaned);
+    box.setModified(true);
     box.setCursorPosition(static_cast<int>(before));
 }
 
@@ -42,7 +44,7 @@ QString cutText(const QWidget& widget, const QPoint& pointer)
     QString text;
     if (const auto* box = qobject_cast<const QLineEdit*>(&widget)) {
         if (showsBeginning(*box))
-            return box->property(WholeText).toString();
+            return box->property(WholeText).toStringList().first();
         QStyleOptionFrame option;
         option.initFrom(box);
         option.lineWidth = box->hasFrame() ? box->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, box) : 0;
@@ -74,13 +76,13 @@ void fillBox(QLineEdit& box, const QString& text)
         box.setText(text);
     box.setCursorPosition(0);
     if (const bool cut = box.text() != text; cut || box.property(WholeText).isValid())
-        box.setProperty(WholeText, cut ? QVariant(text) : QVariant());
+        box.setProperty(WholeText, cut ? QVariant(QStringList{text, box.text()}) : QVariant());
 }
 
 bool showsBeginning(const QLineEdit& box)
 {
-    const QString whole = box.property(WholeText).toString();
-    return !whole.isEmpty() && !box.isModified() && whole.startsWith(box.text());
+    const QStringList whole = box.property(WholeText).toStringList();
+    return !whole.isEmpty() && !box.isModified() && whole.last() == box.text();
 }
 
 QString oneLine(const QString& text)

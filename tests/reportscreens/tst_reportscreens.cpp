@@ -106,6 +106,7 @@ private Q_SLOTS:
         const auto screen = Dialogs["dlgScoutList"]();
         screen.view();
         QTest::mouseDClick(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
+        QTest::mouseRelease(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
         QCOMPARE(std::ranges::count(QApplication::topLevelWidgets(), "previewWindow", &QWidget::objectName), 1);
     }
 

@@ -11,6 +11,7 @@
 
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QToolTip>
 
 using namespace orlo;
 
@@ -112,6 +113,7 @@ private Q_SLOTS:
             an adult's unlisted letter             | adults | Adults Set Active = 'X' | optActive_Inactive Mi=B s | Select MI, Active From Adults Where Adult_SID = 4 | B/X
             a den's number, renamed                | dens   | Dens Set Den_Number = 101, Year_Started = 20255 Where Den_SID = 1 | L DenName=New s | Select Den_Number, Den_Name, Year_Started From Dens Where Den_SID = 1 | 101/New/20255
             a den's number, typed                  | dens   | Dens Set Den_Number = 101 Where Den_SID = 1 | L DenNumber=7 s | Select Den_Number From Dens Where Den_SID = 1 | 7
+            the same digits typed again            | dens   | Dens Set Den_Number = 101 Where Den_SID = 1 | L DenNumber=10 s | Select Den_Number From Dens Where Den_SID = 1 | 10
             a den's unlisted type isn't another's  | dens   | Dens Set Den_Type = 'Lion' Where Den_SID = 3 | N DenName=New ok s | Select Den_Name, Den_Type From Dens Where Den_SID = 3 | Pups/Lion
             an award's, with no option set         | awards | Insignias Set Insignia_Type = 'Badge' | InsigniaName=New s | Select Insignia_Name, Insignia_Type From Insignias Where Insignia_SID = 1 | New/Badge
             the pack's number                      | pack   | PackInfo Set [Pack Number] = 1234567 | PackName=New s s | Select * From PackInfo | 1234567/New)");
@@ -126,13 +128,27 @@ private Q_SLOTS:
         QTEST(test::rows(test::cell("query")), "result");
     }
 
+    void foreignTextShows()
+    {
+        const test::AppFolder folder;
+        test::fill(QString(test::Pack) + "Update Scouts Set First_Name = '<i>Al</i> & Bo', Alt_Parent_City = "
+                                         "'Llanfairpwllgwyngyllgogerychwyrn'");
+        const test::RecordScreen<frmScouts> screen;
+        QCOMPARE(screen.get<QLabel>("lblScoutName").textFormat(), Qt::PlainText);
+        auto& box = screen.get<QLineEdit>("txtAltCity");
+        QHelpEvent event(QEvent::ToolTip, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
+        QCoreApplication::sendEvent(&box, &event);
+        QCOMPARE(QToolTip::text(), "Llanfairpwllgwyngyllgogerychwyrn");
+        QToolTip::hideText();
+    }
+
     // A form that is closed under its own question is there until its handler has returned.
     void closedUnderItsQuestion_data()
     {
         test::table({"form", "script"}, R"(
             scouts | First=x N
             scouts | First=x optInactive
-            scouts | yes d
+            scouts | d
             adults | First=x L
             dens   | DenName=x N
             awards | InsigniaName=x x
@@ -157,7 +173,7 @@ private Q_SLOTS:
                 box->done(QMessageBox::No);
         });
         timer.start(5);
-        runOn(test::cell("form"), test::cell("script").remove("yes "));
+        runOn(test::cell("form"), test::cell("script"));
         QVERIFY(closed);
         QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty()); // and is gone then
     }

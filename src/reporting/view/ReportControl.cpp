@@ -11,6 +11,7 @@
 #include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
 #include "store/jet/OpenFile.h"
+#include "widgets/NestedLoop.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -187,7 +188,8 @@ int ReportControl::execute()
         RunProgress progress(QStringLiteral("Preparing the report…"));
         const auto goOn = [&](int done, int total) {
             if (begun.isOpen()) // let its page be painted, while nobody can reach the program's windows
-                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                const widgets::NestedLoop loop;
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
             return !begun.wasClosed() && progress(done, total);
         };
         const auto showFirst = [&](Document&& first) {

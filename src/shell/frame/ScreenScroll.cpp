@@ -18,7 +18,7 @@ ScreenScroll::ScreenScroll(widgets::Form& form)
     setWindowTitle(form.windowTitle());
     connect(&form, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
     setWidget(&form);
-    // What gets the focus comes into sight; under a press only once that is let go, which would else be beside it.
+    // What gets the focus comes into sight. Under a press it waits for the release, which would miss it otherwise.
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, QWidget* now) {
         if (now && widget() && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
             ensureWidgetVisible(now);
