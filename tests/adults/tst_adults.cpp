@@ -172,18 +172,7 @@ private Q_SLOTS:
         QCOMPARE(screen.list.listCount(), 0);
     }
     // What ends the program; no position is the worse for it.
-    void failures_data()
-    {
-        test::table({"case", "script", "sql", "number"}, R"(
-            a birth date that can't be read | DOB=soon s                                   |                                              | 3421
-            an adult without a name         | @1                                           | Update Adults Set First_Name = Null Where Adult_SID = 2 | 94
-            a find with an apostrophe       | cmdFind>Last:O'Hara,cmdFind                  |                                              | 3075
-            a den position without a title  | cmdAddDenAssn>cmbDen:0,cmdSave               |                                              | 9
-            a den that is typed only        | cmdAddDenAssn>cmbDen=Tiger,cmbDenTitles:0,cmdSave  |                                              | 9
-            a title without a rank          | cmdAddDenAssn>                               | Update Pack_Positions Set Sort_Order = Null  | 94
-            a pack title with an apostrophe | cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | Update Pack_Positions Set Pack_Titles = 'Cook''s' Where Sort_Order = 2 | 3075
-            a den that is gone              | @1 cmdEditDenAssn>cmdSave                    |                                              | 9)");
-    }
+    void failures_data() { test::tableOf({"case", "script", "sql", "number"}, "adults/adults_failures.txt"); }
     void failures()
     {
         QTEST(test::failureInChild(test::cell("sql"), [] { Screen().go(test::cell("script")); }), "number");
@@ -192,15 +181,8 @@ private Q_SLOTS:
 
     void records_data()
     {
-        test::table({"case", "script", "label", "live", "page", "list", "adults", "awards", "left", "said"}, R"(
-            a new adult is marked in the list            | n First=Zoe Mi=Q Last=Ash s     | Adult 4 of 4 | First Previous New Delete | 0   | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>Ash, Zoe Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
-            Add of a position saves the new adult        | $1 n Mi=Q cmdAddDenAssn>        | Adult 4 of 4 | First Previous New Delete | 0   | Fay, Dot X.; Old, Bob; Young, Ann M.; <New>,  Q | 1/Y, 2/Y, 3/N, 4/Y, 5/Y | 6 | 5 + 2 |
-            with a list that stays empty, too            | -3 optInactive n cmdAddDenAssn> | None         | New                       | off |                                              | 1/Y, 2/Y, 4/Y, 5/Y      | 6 | 5 + 2 |
-            the first adult of all                       | -1,2,3,4 n First=Zoe Last=Ash s | Adult 1 of 1 | New Delete                | 0   | Ash, Zoe                                     | 1/Y                     | 6 | 5 + 2 |
-            Enter on the question keeps the adult        | @2 preset E                     | Adult 3 of 3 | First Previous New Delete | 0   | Fay, Dot X.; Old, Bob; Young, Ann M.         | 1/Y, 2/Y, 3/N, 4/Y      | 6 | 5 + 2 | adult?
-            No keeps the adult                           | @2 no E                         | Adult 3 of 3 | First Previous New Delete | 0   | Fay, Dot X.; Old, Bob; Young, Ann M.         | 1/Y, 2/Y, 3/N, 4/Y      | 6 | 5 + 2 | adult?
-            Yes takes the adult with awards and den positions, not the pack's | @2 yes E                        | Adult 2 of 2 | First Previous New Delete | 0   | Fay, Dot X.; Old, Bob                        | 2/Y, 3/N, 4/Y           | 1 | 5 + 2 | adult?
-            the last one of all                          | -2,4 $1 yes E                   | Adult 1 of 1 | New                       | off |                                              | 3/N                     | 1 | 5 + 2 | adult?)");
+        test::tableOf({"case", "script", "label", "live", "page", "list", "adults", "awards", "left", "said"},
+                      "adults/adults_records.txt");
     }
     void records() { play({"label", "live", "page", "list", "adults", "awards", "left", "said"}); }
 
@@ -208,27 +190,7 @@ private Q_SLOTS:
     // the dialog offers Tiger and Wolf only.
     void sets_data()
     {
-        test::table({"case", "script", "list", "first", "label", "live", "page", "said"}, R"(
-            begins with the active adults by last name |                                              | Fay, Dot X.; Old, Bob; Young, Ann M.         | Dot | Adult 1 of 3 | Next Last New Delete                | 0   |
-            those of a den                             | #2                                           | Old, Bob; Young, Ann M.                      | Bob | Adult 1 of 2 | Next Last New Delete                | 0   |
-            with the inactive ones                     | optActive_Inactive #2                        | Idle, Cid; Old, Bob; Young, Ann M.           | Cid | Adult 1 of 3 | Next Last New Delete                | 0   |
-            all dens again                             | #2 #3                                        | Fay, Dot X.; Old, Bob; Young, Ann M.         | Dot | Adult 1 of 3 | Next Last New Delete                | 0   |
-            a den without adults empties list and page | $1 #1                                        |                                              | off | Adult 1 of 3 | New                                 | off |
-            from there to another den                  | #1 #0                                        | Young, Ann M.                                | Ann | Adult 1 of 1 | New Delete                          | 0   |
-            a den drops a change without a question    | First=X #0                                   | Young, Ann M.                                | Ann | Adult 1 of 1 | New Delete                          | 0   |
-            a view asks and saves                      | First=X yes optInactive optActive            | Fay, X X.; Old, Bob; Young, Ann M.           | X   | Adult 1 of 3 | Next Last New Delete                | 0   | save?
-            an order asks and drops                    | First=X no optOrderFirstName                 | Ann M. Young; Bob Old; Dot X. Fay            | Ann | Adult 1 of 3 | Next Last New Delete                | 0   | save?
-            a find by first and last name              | @1 cmdFind>First:B,Last:O,cmdFind            | Old, Bob                                     | Bob | Adult 1 of 1 | New Delete                          | 0   |
-            by initial and last name                   | @1 cmdFind>Mi:M,Last:Y,cmdFind               | Young, Ann M.                                | Ann | Adult 1 of 1 | New Delete                          | 0   |
-            by nothing: all of every view              | #0 cmdFind>Last:y,Last:,cmdFind              | Fay, Dot X.; Idle, Cid; Old, Bob; Young, Ann M. | Dot | Adult 1 of 4 | Next Last New Delete                | 0   |
-            by a den that is typed                     | #0 cmdFind>cmbDen=Wolf_Den_3,cmbDen^,cmdFind          | Idle, Cid; Old, Bob                          | Cid | Adult 1 of 2 | Next Last New Delete                | 0   |
-            by a den that is picked                    | #0 cmdFind>cmbDen:1,cmbDen^,cmdFind             | Idle, Cid; Old, Bob                          | Cid | Adult 1 of 2 | Next Last New Delete                | 0   |
-            a den that was cleared counts for nothing  | #0 cmdFind>cmbDen:1,cmbDen=,First:d,cmdFind        | Fay, Dot X.                                  | Dot | Adult 1 of 1 | New Delete                          | 0   |
-            by a den and a name                        | #0 cmdFind>cmbDen:1,First:B,cmdFind          | Old, Bob                                     | Bob | Adult 1 of 1 | New Delete                          | 0   |
-            nothing found keeps the place              | L ok cmdFind>cmbDen:0,cmdFind                | Fay, Dot X.; Old, Bob; Young, Ann M.         | Ann | Adult 3 of 3 | First Previous New Delete           | 0   | none
-            nothing found keeps what was saved         | @1 First=Rob s ok cmdFind>cmbDen:1,First:R,cmdFind | Fay, Dot X.; Old, Rob; Young, Ann M.         | Rob | Adult 2 of 3 | First Previous Next Last New Delete | 0   | none
-            a find from an empty list                  | -1,2,4 n c cmdFind>Last:I,cmdFind            | Idle, Cid                                    | Cid | Adult 1 of 1 | New Delete                          | 0   |
-            a cancelled find changes nothing           | @1 cmdFind>Last:y,cmdCancel                  | Fay, Dot X.; Old, Bob; Young, Ann M.         | Bob | Adult 2 of 3 | First Previous Next Last New Delete | 0   |)");
+        test::tableOf({"case", "script", "list", "first", "label", "live", "page", "said"}, "adults/adults_sets.txt");
     }
     void sets() { play({"list", "first", "label", "live", "page", "said"}); }
     void noDens()
@@ -245,43 +207,12 @@ private Q_SLOTS:
     // Title, den, level and the three keys of each position of the adult on screen.
     void positions_data()
     {
-        test::table({"case", "script", "said", "positions", "left"}, R"(
-            walking shows them                | N                        |                                       | /3/Wolf/[2][2][N/A]                          | 5 + 2
-            a new adult has none              | n                        |                                       |                                              | 5 + 2
-            a list that goes empty shows none | @2 #1                    |                                       |                                              | 5 + 2
-            Cancel brings them back           | L P n c                  |                                       | /3/Wolf/[2][2][N/A]                          | 5 + 2
-            No keeps a position               | @2 @@1 no cmdDelDenAssn  | delete? Helper position in Wolf Den 3 | Den Leader/1/Tiger/[1][1][N/A]; Helper/3/Wolf/[2][1][N/A]; Gone///[9][1][N/A]; Chair/N/A/N/A/[0][1][7] | 5 + 2
-            Yes takes the one that is marked  | @2 @@1 yes cmdDelDenAssn | delete? Helper position in Wolf Den 3 | Den Leader/1/Tiger/[1][1][N/A]; Gone///[9][1][N/A]; Chair/N/A/N/A/[0][1][7] | 4 + 2
-            one of a den that is gone         | @2 @@2 yes cmdDelDenAssn | delete? Gone position in  Den         | Den Leader/1/Tiger/[1][1][N/A]; Helper/3/Wolf/[2][1][N/A]; Chair/N/A/N/A/[0][1][7] | 4 + 2
-            one in the pack                   | @2 @@3 yes cmdDelDenAssn | delete? Chair Pack position           | Den Leader/1/Tiger/[1][1][N/A]; Helper/3/Wolf/[2][1][N/A]; Gone///[9][1][N/A] | 5 + 1
-            one without a title               | @1 yes cmdDelDenAssn     | delete?  position in Wolf Den 3       | /3/Wolf/[2][2][N/A]                          | 5 + 2
-            a new adult has none to take      | n s yes cmdDelDenAssn    | delete?  position in  Den             |                                              | 5 + 2)");
+        test::tableOf({"case", "script", "said", "positions", "left"}, "adults/adults_positions.txt");
     }
     void positions() { play({"said", "positions", "left"}); }
 
     // Each dialog on one adult: what it shows at its end, and the adult's positions then.
-    void dialogs_data()
-    {
-        test::table({"case", "script", "log", "held"}, R"(
-            adds a den position           | @0 cmdAddDenAssn>cmbDen:1,cmbDenTitles:0,cmdSave | closed, live; Wolf Den 3 of Tiger Den 1, Wolf Den 3; Helper of Helper, Den Leader | 2: 4/2/Helper/100 + 4/Cook/5/8
-            without a den it stays open   | @0 cmdAddDenAssn>cmbDenTitles:0,cmdSave      | open, live;  of Tiger Den 1, Wolf Den 3; Helper of Helper, Den Leader | 1: + 4/Cook/5/8
-            adds a pack position          | @0 cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | closed, live; Chair of Chair, Cook        | 2: + 4/Cook/5/8, 4/Chair/2/9
-            without a title it stays open | @0 cmdAddDenAssn>optPackPosition,cmdSave     | open, live;  of Chair, Cook               | 1: + 4/Cook/5/8
-            a cancelled one adds nothing  | @0 cmdAddDenAssn>cmbDen:0,cmbDenTitles:1,cmdCancel | closed, live; Tiger Den 1 of Tiger Den 1, Wolf Den 3; Den Leader of Helper, Den Leader | 1: + 4/Cook/5/8
-            a title of 50 characters fits | @0 cmdAddDenAssn>cmbDenTitles=ttttttttttttttttttttttttttttttttttttttttttttttttttt | open, live;  of Tiger Den 1, Wolf Den 3; tttttttttttttttttttttttttttttttttttttttttttttttttt of Helper, Den Leader | 1: + 4/Cook/5/8
-            of the pack's, one of 60      | @0 cmdAddDenAssn>optPackPosition,cmbPackTitles=ttttttttttttttttttttttttttttttttttttttttttttttttttttttttttttt | open, live; tttttttttttttttttttttttttttttttttttttttttttttttttttttttttttt of Chair, Cook | 1: + 4/Cook/5/8
-            the den is needed, too        | @2 cmdAddDenAssn>cmbDenTitles:1              | open, locked;  of ; Den Leader of Helper, Den Leader | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            which Tab tells again         | @2 cmdAddDenAssn>cmbDenTitles:1,Tab          | open, live;  of ; Den Leader of Helper, Den Leader | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            a pack position needs no den  | @2 cmdAddDenAssn>optPackPosition             | open, live;  of Chair, Cook               | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            back to dens                  | @2 cmdAddDenAssn>optPackPosition,optDenPosition | open, locked;  of ;  of Helper, Den Leader    | 4: 1/1/Den Leader/5, 1/2/Helper/5, 1/9/Gone/5 + 1/Chair/5/7
-            saves a new adult for it      | n cmdAddDenAssn>cmbDen:0,cmbDenTitles:1,cmdSave | closed, live; Tiger Den 1 of Tiger Den 1, Wolf Den 3; Den Leader of Helper, Den Leader | 1: 5/1/Den Leader/1 +
-            no position, no dialog        | n s cmdEditDenAssn>cmdSave                   | not shown                                    | 0: +
-            changes nothing               | @0 cmdEditDenAssn>cmdSave                    | closed, live; Cook of Chair, Cook         | 1: + 4/Cook/5/8
-            changes a pack title          | @0 cmdEditDenAssn>cmbDenTitles:0,cmdSave     | closed, live; Chair of Chair, Cook        | 1: + 4/Chair/2/8
-            changes a den title           | @1 cmdEditDenAssn>cmbDenTitles:0,cmdSave     | closed, live; Helper of Helper, Den Leader; Wolf Den 3 of Tiger Den 1 | 1: 2/2/Helper/100 +
-            changes den and title         | @1 cmdEditDenAssn>cmbDen:0,cmbDenTitles:1,cmdSave | closed, live; Den Leader of Helper, Den Leader; Tiger Den 1 of Tiger Den 1 | 1: 2/1/Den Leader/Null +
-            an empty den is none          | @1 cmdEditDenAssn>cmbDenTitles:1,cmbDen=,cmdSave   | open, live; Den Leader of Helper, Den Leader;  of Tiger Den 1 | 1: 2/2/Null/Null +)");
-    }
+    void dialogs_data() { test::tableOf({"case", "script", "log", "held"}, "adults/adults_dialogs.txt"); }
     void dialogs() { play({"log", "held"}); }
 
     // The mark stays on the position that was worked on.

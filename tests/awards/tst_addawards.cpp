@@ -102,18 +102,7 @@ private Q_SLOTS:
         platform::setToday(QDate(2026, 5, 9));
     }
 
-    void listsStayInStep_data()
-    {
-        test::table({"case", "steps", "lists"}, R"(
-            the selected stand in the order of the catalogue | tick 5, tick 1                      | 15@1 Bear Badge; Wolf Badge
-            of two equal texts the first is unchecked    | tick 3, tick 4, tick 3              | 4@3 Bear Pin
-            the space bar checks                         | at 5, space, at 2, space            | 25@2 Bear Cub Badge; Wolf Badge
-            < selects the current one once               | at 2, <, <                          | 2@2 Bear Cub Badge
-            << selects all                               | tick 1, <<                          | 012345@5 ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge
-            > takes out those that are marked            | <<, at 0, mark 0, mark 2, mark 5, > | 134@0 Bear Badge; Bear Pin; Bear Pin
-            two equal texts go together                  | <<, mark 4, >                       | 01245@5 ant Pin; Bear Badge; Bear Cub Badge; Wolf Badge
-            a double click takes one out                 | tick 0, tick 1, tick 5, drop 2      | 01@5 ant Pin; Bear Badge)");
-    }
+    void listsStayInStep_data() { test::tableOf({"case", "steps", "lists"}, "awards/addawards_listsStayInStep.txt"); }
     void listsStayInStep()
     {
         const Screen<Adult> screen;

@@ -163,48 +163,12 @@ private Q_SLOTS:
 
     // Coming back to a page reads its lists again. A typed den lists nobody, and an adult's own den alone counts: Flo
     // Gray leads den 3 and isn't listed.
-    void lists_data()
-    {
-        test::table({"case", "script", "lists"}, R"(
-            begins with the active scouts        |                                | Scout Name/Abe Adams/NA/4, /Bob Adams/1/3, /Bob Adams/3/2, /Kim Lee/NA/6, /Ann Young/3/1
-            the active adults                    | Adults                         | Adult Name/Flo Gray/NA/3, /Ed Hall/1/2, /Dora King/3/1
-            the pack's list is read again        | Adults Scouts tab1 tab0        | Scout Name/Abe Adams/NA/4, /Bob Adams/1/3, /Bob Adams/3/2, /Kim Lee/NA/6, /Ann Young/3/1
-            a typed den lists nobody             | tab1 typed:Wolf_Den_3          | ;
-            a picked den lists its people        | tab1 den:Wolf                  | /Bob Adams/3/2, /Ann Young/3/1; /Dora King/3/1
-            a den typed after it changes nothing | tab1 den:Bear typed:Wolf_Den_3 | /Bob Adams/1/3; /Ed Hall/1/2
-            a den without a number               | tab1 den:Webelos               | /Kim Lee//6;
-            an empty den empties the lists       | tab1 den:Wolf den:Empty        | ;)");
-    }
+    void lists_data() { test::tableOf({"case", "script", "lists"}, "awards/assign_lists.txt"); }
     void lists() { play({"lists"}); }
 
     // Marks follow the chosen everywhere, nobody is chosen twice; scout 1 and adult 1 are two people, but the pack's
     // page takes the mark of either.
-    void choosing_data()
-    {
-        test::table({"case", "script", "chosen", "marks"}, R"(
-            the chosen are marked in their den          | pack1 pack4 tab1 den:Wolf                    | S1 S4          | 1/
-            scout 1 and adult 1 are two people          | pack1 tab1 den:Wolf adult1 den:Bear          | S1 A1          | /
-            a den is chosen after one of each           | tab1 den:Wolf scout1 adult1 den:Bear allScouts | S1 A1 S3       | 3/
-            marks go with a scout to the pack           | tab1 den:Bear allScouts allAdults den:Wolf adult1 tab0 | S3 A2 A1       | 3
-            marks go with an adult to the pack          | tab1 den:Bear allScouts den:Wolf adult1 tab0 Adults | S3 A1          | 1
-            one key, a scout and an adult               | pack1 tab1 den:Wolf adult1 tab0 Adults tab1  | S1 A1          | 1/1
-            None unmarks in the den, too                | pack1 tab1 den:Wolf adult1 tab0 none tab1    |                | /
-            nobody is chosen twice                      | pack1 pack1                                  | S1             | 1
-            nor by All twice                            | all pack1 all                                | S4 S3 S2 S6 S1 | 4 3 2 6 1
-            nor after a page of adults                  | pack1 Adults Scouts pack1 all                | S1 S4 S3 S2 S6 | 4 3 2 6 1
-            All of a den adds who isn't chosen yet      | pack1 tab1 den:Wolf scout1 allScouts         | S1 S2          | 2 1/
-            All of the pack, too                        | tab1 den:Wolf allScouts tab0 pack1 all       | S2 S1 S4 S3 S6 | 4 3 2 6 1
-            a dropped adult is unmarked                 | pack1 Adults pack1 pack2 row1                | A1 A2          | 2
-            and can be chosen again                     | pack1 Adults pack1 pack2 row1 pack1          | A1 A2 A1       | 2 1
-            a dropped scout who is listed elsewhere     | pack3 tab1 den:Wolf scout1 adult1 row1       | S1 A1          | 1/1
-            a dropped scout leaves the adult of its key | tab1 den:Wolf scout1 adult1 row1             | A1             | /1
-            a dropped adult leaves the scout            | tab1 den:Wolf adult1 scout1 row1             | S1             | 1/
-            both of one key dropped                     | tab1 den:Wolf adult1 scout1 row1 row1        |                | /
-            Clear in a den empties all                  | all tab1 den:Wolf allAdults clear            |                | /
-            None with a den list that was only opened   | tab1 den:Wolf allScouts den: none            |                | /
-            Clear on the pack, then a choice            | all tab1 den:Wolf allAdults tab0 clear pack3 | S3             | 3
-            who was given an award stays chosen         | pack4 pack1 Adults pack1 order assign        | S4 S1 A1       | 1)");
-    }
+    void choosing_data() { test::tableOf({"case", "script", "chosen", "marks"}, "awards/assign_choosing.txt"); }
     void choosing() { play({"chosen", "marks"}); }
 
     // What is missing, and the award, day and focus that are left.

@@ -346,18 +346,7 @@ private Q_SLOTS:
     }
 
     // What stands in the way; the file and what lies beside it are then as they were.
-    void refused_data()
-    {
-        test::table({"situation", "number", "words"}, R"(
-            another program has the file | 3050 | Another program is using the file: 
-            another has its lock file    | 3050 | Another program is using the file: 
-            changed meanwhile            | 3050 | Another program has changed the file: 
-            a folder not to be written   | 75   | The folder can't be written to: 
-            a disk without room          | 75   | Path/File access error (disk I/O error): 
-            a map of no pages            | 3049 | The table MSysObjects is damaged.
-            none of a pack's tables      | 3343 | none of a pack's tables
-            SQLite, none of them either  | 3343 | none of a pack's tables)");
-    }
+    void refused_data() { test::tableOf({"situation", "number", "words"}, "jet/jet_refused.txt"); }
     void refused()
     {
         const QString situation = test::cell("situation");

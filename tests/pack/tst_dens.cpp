@@ -74,24 +74,8 @@ private Q_SLOTS:
 
     void oneRecordAtATime_data()
     {
-        test::table({"case", "dens", "script", "label", "live", "members", "fields", "focus", "number", "stored"}, R"(
-            without dens only New is live                | 0 |                           | None       | New                                 | all  | none |        |   |
-            Prev before the first stays there            | 1 | P                         | Den 1 of 1 | First Previous New Delete           | all  | all  |        | 9 | 1/N1
-            Last and Prev walk by number                 | 3 | L P                       | Den 2 of 3 | First Previous Next Last New Delete | all  | all  | number | 3 | 1/N1, 2/N2, 3/N3
-            First asks and saves                         | 3 | N DenName=X yes F         | Den 1 of 3 | Next Last New Delete                | all  | all  | number | 2 | 1/N1, 2/N2, 3/X
-            Next without a type saves nothing and walks  | 3 | N DenName=X #-1 yes ok N  | Den 3 of 3 | First Previous New Delete           | all  | all  | number | 9 | 1/N1, 2/N2, 3/N3
-            Last asks and saves                          | 3 | N DenName=X yes L         | Den 3 of 3 | First Previous New Delete           | all  | all  | number | 9 | 1/N1, 2/N2, 3/X
-            Close asks and saves                         | 3 | DenName=X yes x           | closed     |                                     |      |      |        |   | 1/N1, 2/X, 3/N3
-            a new den saved twice is one den             | 3 | n DenName=X s DenName=Y s | Den 4 of 4 | First Previous New Delete           | all  | all  | number |   | 1/N1, 2/N2, 3/N3, 4/Y
-            a new den without a type is refused          | 1 | n #-1 ok s                | Den (New)  | New Delete                          | all  | all  | number |   | 1/N1
-            with a type it is saved then                 | 1 | n #-1 ok s #3 s           | Den 2 of 2 | First Previous New Delete           | all  | all  | number |   | 1/N1, 2/
-            Cancel of a new den shows the last           | 3 | n c                       | Den 3 of 3 | First Previous New Delete           | all  | all  |        | 9 | 1/N1, 2/N2, 3/N3
-            without dens Cancel leaves what was typed    | 0 | n DenNumber=5 c           | None       | New Delete                          | none | all  |        | 5 |
-            Delete then empties the screen               | 0 | n DenNumber=5 c E         | None       | New                                 | none | none |        |   |
-            the first den shows after one in the middle went | 3 | N E                       | Den 1 of 2 | First Previous Next Last New Delete | all  | all  | number | 2 | 1/N1, 2/N2
-            from there Prev stays                        | 3 | N E P                     | Den 1 of 2 | Next Last New Delete                | all  | all  |        | 2 | 1/N1, 2/N2
-            from the first Next goes to the last         | 2 | E N                       | Den 1 of 1 | First Previous New Delete           | all  | all  |        | 9 | 1/N1
-            the only one leaves an empty screen          | 1 | E                         | None       | New                                 | all  | none |        |   |)");
+        test::tableOf({"case", "dens", "script", "label", "live", "members", "fields", "focus", "number", "stored"},
+                      "pack/dens_oneRecordAtATime.txt");
     }
     void oneRecordAtATime()
     {

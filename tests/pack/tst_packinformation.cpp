@@ -15,23 +15,8 @@ private Q_SLOTS:
     // The table's rows before and after; number, name, Save and focus between.
     void editing_data()
     {
-        test::table({"case", "before", "script", "number", "name", "save", "focus", "after"}, R"(
-            no row yet       |                         |                                      |        |     | live | txtPackNum  |
-            saves empty      |                         | yes x                                | closed |     |      |             | 0/
-            cancel stays new |                         | PackName=G c PackName=A'B s          | 0      | A'B |      | txtPackNum  | 0/A'B
-            then one row     |                         | PackName=G s PackNum=7 s PackNum=8 c | 7      | G   |      | cmdCancel   | 7/G
-            digits lead      | (1, 'H')                | PackNum=12a s                        | 12     | H   |      | txtPackNum  | 12/H
-            no digits        | (1, 'H')                | PackNum=abc s                        | 0      | H   |      | txtPackNum  | 0/H
-            limit of five    | (1, 'H')                | PackNum=123456 s                     | 12345  | H   |      | txtPackNum  | 12345/H
-            no sign          | (1, 'H')                | PackNum=-1.5 s                       | 0      | H   |      | txtPackNum  | 0/H
-            no exponent      | (1, 'H')                | PackNum=1e999 s                      | 1      | H   |      | txtPackNum  | 1/H
-            first row only   | (1, 'H'), (2, 'Second') | PackName=New s                       | 1      | New |      | txtPackNum  | 1/New, 2/Second
-            exit, yes        | (1, 'H')                | PackName=New yes x                   | closed |     |      |             | 1/New
-            exit, no         | (1, 'H')                | PackName=New no x                    | closed |     |      |             | 1/H
-            window's close   | (1, 'H')                | PackName=New close                   | closed |     |      |             | 1/H
-            Escape           | (1, 'H')                | PackName=New E                       | 1      | H   |      | txtPackName | 1/H
-            Enter            | (1, 'H')                | PackName=New Enter                   | 1      | New |      | txtPackNum  | 1/New
-            Enter elsewhere  | (1, 'H')                | cmdExit Enter                        | closed |     |      |             | 1/H)");
+        test::tableOf({"case", "before", "script", "number", "name", "save", "focus", "after"},
+                      "pack/packinformation_editing.txt");
     }
     void editing()
     {

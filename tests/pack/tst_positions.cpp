@@ -87,21 +87,7 @@ private Q_SLOTS:
         test::fill(Titles);
     }
 
-    void editing_data()
-    {
-        test::table({"case", "script", "shown", "stored"}, R"(
-            order of load     | D00             | C L1 A2 H2; D1 A3 T3    | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
-            still open        | D10=B D11       | C B~1 A2 H2; D1 A3 T3   | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
-            pack refreshed    | D11=9 P01=5 Pr  | C L9 A2 H2; A3 T3 D5    | A/2, C/Null, H/2, L/9; A/3, D/5, T/3
-            den refreshed     | D11=9 P01=5 Dr  | C A2 H2 L9; D5 A3 T3    | A/2, C/Null, H/2, L/9; A/3, D/5, T/3
-            added             | D40=B D41=2 D00 | C L1 A2 H2 B2; D1 A3 T3 | A/2, B/2, C/Null, H/2, L/1; A/3, D/1, T/3
-            two without rank  | P30=Z P40=B Pr  | C L1 A2 H2; B Z D1 A3 T3 | A/2, C/Null, H/2, L/1; A/3, B/Null, D/1, T/3, Z/Null
-            deleted           | yes D2- yes P0- | C L1 H2; A3 T3          | C/Null, H/2, L/1; A/3, T/3
-            taken back        | D10=B D11=9 E E Dr | C L1 A2 H2; D1 A3 T3 | A/2, C/Null, H/2, L/1; A/3, D/1, T/3
-            Close             | D10=B c         | closed                  | A/2, B/1, C/Null, H/2; A/3, D/1, T/3
-            its access key    | P30=Z C         | closed                  | A/2, C/Null, H/2, L/1; A/3, D/1, T/3, Z/Null
-            window's close    | P30=Z X         | closed                  | A/2, C/Null, H/2, L/1; A/3, D/1, T/3, Z/Null)");
-    }
+    void editing_data() { test::tableOf({"case", "script", "shown", "stored"}, "pack/positions_editing.txt"); }
     void editing()
     {
         QFETCH(QString, script);

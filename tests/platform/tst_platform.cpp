@@ -24,22 +24,7 @@ private Q_SLOTS:
     void dates_data()
     {
         // read: in the short form, empty for no date
-        test::table({"text", "read"}, R"(
-            6/7/2004             | 6/7/2004
-            06/07/04             | 6/7/2004
-            6-7-2004             | 6/7/2004
-            6.7.2004             | 6/7/2004
-            1/1/29               | 1/1/2029
-            1/1/30               | 1/1/1930
-            1/1/1001             | 1/1/1001
-            2/29/2004            | 2/29/2004
-            6/7                  | 6/7/2026
-            2004-06-07           | 6/7/2004
-            7 June 2004          | 6/7/2004
-            Sept 7, 2004         | 9/7/2004
-            6/7/2004 13:30       | 6/7/2004 1:30:00 PM
-            6/7/2004 12:00:05 am | 6/7/2004 12:00:05 AM
-            6/7/2004 12:00       | 6/7/2004 12:00:00 PM)");
+        test::tableOf({"text", "read"}, "platform/platform_dates.txt");
         QTest::newRow("blanks") << QString(" 6 / 7 / 2004 ") << QString("6/7/2004");
         for (const char* none : {"", " ", "6", "2004", "13/1/2001", "2/30/2001", "2/29/2001", "0/1/2001", "1/0/2001",
                                  "6/7/20044", "6/7-2004", "6/7/2004 25:00", "6/7/2004 13:00 PM", "6//2004", "abc",
@@ -59,21 +44,7 @@ private Q_SLOTS:
     }
 
     // What val() reads, whether readNumber() takes the text, and what leadingDigits() reads.
-    void numbers_data()
-    {
-        test::table({"text", "leading", "whole", "digits"}, R"(
-            12      | 12   | yes | 12
-            12a     | 12   | no  | 12
-                    | 0    | no  | 0
-            a12     | 0    | no  | 0
-            1 2     | 12   | no  | 1
-            -1.5e2x | -150 | no  | 0
-            -1.5e2  | -150 | yes | 0
-            1e      | 1    | no  | 1
-            .5      | 0.5  | yes | 0
-            -       | 0    | no  | 0
-            1.2.3   | 1.2  | no  | 1)");
-    }
+    void numbers_data() { test::tableOf({"text", "leading", "whole", "digits"}, "platform/platform_numbers.txt"); }
     void numbers()
     {
         QFETCH(QString, text);

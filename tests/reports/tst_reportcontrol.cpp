@@ -191,17 +191,7 @@ private Q_SLOTS:
 
     void tellsWhatIsWrong_data()
     {
-        test::table({"find", "put", "number", "told"}, R"(
-            detail {        | detali {          | 3075 | Line 6
-            report "Shopping" | include "slip.inc" | 3075 | slip.inc\nLine 1, column 1
-            300pt = {Name}  | 300pt = {Nmae}    | 3061 | Line 7, column
-            From Items      | From Nowhere      | 3078 | Nowhere
-            report file     | none.rpt          | 53   | can't be found
-            database        | none.mdb          | 3024 |
-            selection       | {Items.Name} = (  | 3075 | Line 1, column 17 of the selection formula
-            selection       | 1 = 1 and {No} = 2 | 3061 | Line 1, column 11 of the selection formula
-            printer         |                   | 68   | no default printer
-        )");
+        test::tableOf({"find", "put", "number", "told"}, "reports/reportcontrol_tellsWhatIsWrong.txt");
     }
     void tellsWhatIsWrong()
     {

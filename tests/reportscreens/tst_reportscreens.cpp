@@ -144,19 +144,8 @@ private Q_SLOTS:
     /// What a run leaves on the control, after others on the way; the slots are the report's and the subreport's.
     void setsTheReport_data()
     {
-        test::table({"run", "clicks", "report", "slots", "subreport", "title", "state"}, R"(
-            dlgScoutList       |          | crScoutList ScoutPhoneList1 | 01/ |                 | Scout List Report | 2
-            dlgScoutList a     | optAlpha | crScoutList ScoutPhoneList  | 0/  |                 | Scout List Report | 2
-            dlgAdultList       |          | crAdultList AdultPhoneList1 | 0/0 | Pack Positions  | Adult List Report | 2
-            dlgAdultList a     | optAlpha | crAdultList AdultPhoneList  | 0/0 | LeaderPositions | Adult List Report | 2
-            dlgAdultList a g|optAlpha optGroupByDens|crAdultList AdultPhoneList1|0/0|Pack Positions|Adult List Report|2
-            dlgCombinedRoster  |             | crCombinedList CombinedRoster | 0/ | | Combined Roster | 2
-            dlgAwardsList      |             | crAwardList AwardListing      | 0/ | |                 | 0
-            dlgAwardsList d    | chkDetailed | crAwardList AwardListDetail   | 0/ | |                 | 0
-            dlgReportSelect1   |           | crAssignedAwardsReport AssignedAwards  | 0/ | | @ |2
-            dlgReportSelect1 a | optAdults | crAssignedAwardsReport AssignedAwards1 | 0/ | | @ |2
-            frmCreatePurchaseList | | crPurchaseList PurchaseList | 0/0 | OtherPurchaseList | Purchase List | 2
-        )");
+        test::tableOf({"run", "clicks", "report", "slots", "subreport", "title", "state"},
+                      "reportscreens/reportscreens_setsTheReport.txt");
     }
     void setsTheReport()
     {
@@ -206,18 +195,8 @@ private Q_SLOTS:
     /// The report's file is printed, read back and compared with what the plain SQL engine says of the same file.
     void printsWhatTheDatabaseHolds_data()
     {
-        test::table({"run", "clicks", "heading", "nothing"}, R"(
-dlgReportSelect1 1    |optScouts|Assigned Awards: Scouts;for all active scouts|No assigned awards match this selection.
-dlgReportSelect1 2    |optAdults|Assigned Awards: Adults;for all active adults|No assigned awards match this selection.
-dlgAwardsList 1       ||Award List;All awards of the catalogue, by type|The catalogue holds no awards.
-dlgAwardsList 2       |chkDetailed|Award List;All awards of the catalogue, by type|The catalogue holds no awards.
-dlgScoutList 1        |optAlpha|Scout Phone List;Active scouts and their parents|There are no active scouts.
-dlgScoutList 2        |optGroupByDens|Scout Phone List;Active scouts and their parents, by den|There are no active scouts.
-dlgAdultList 1        |optAlpha|Adult Phone List;Active adults and the positions they hold|There are no active adults.
-dlgAdultList 2        |optGroupByDens|Adult Phone List;Active adults by den, and the positions of the pack|@
-dlgCombinedRoster     ||Combined Roster;Leaders and scouts grouped by den|%
-frmCreatePurchaseList |cmdCreate|Purchase List;Awards and other items to buy|#
-)");
+        test::tableOf({"run", "clicks", "heading", "nothing"},
+                      "reportscreens/reportscreens_printsWhatTheDatabaseHolds.txt");
     }
     void printsWhatTheDatabaseHolds()
     {
@@ -272,25 +251,7 @@ frmCreatePurchaseList |cmdCreate|Purchase List;Awards and other items to buy|#
 
     /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
     /// for the fields of the people. The condition that they are active isn't told; the title lies in parentheses.
-    void selects_data()
-    {
-        test::table({"criteria", "formula", "title"}, R"(
-Scouts;Wu, Jo Q;Wolf Den 8;0;#;|[SID] = 12 and [Den] = 3 and [Date] = Date #|(for Jo Q. Wu in Wolf Den 8 for Date: #)
-Scouts;*;Wolf Den 8;0;#;     | [Den] = 3 and [Date] = Date #  | (for Wolf Den 8 for Date: #)
-Scouts;*;*;0;12/31/99;       | [Date] = Date ( 1999, 12, 31)  | ( for Date: 12/31/99)
-Scouts;*;*;0;;#              |                                | ()
-Scouts;*;*;0;13/1/2004;      |                                | ()
-Scouts;Lee, Al ;Bear Den 2;0;soon; | [SID] = 7 and [Den] = 5 | (for Al Lee in Bear Den 2)
-Scouts;*;*;1;10/8/2004;#     | [Date] in Date ( 2004, 10, 08) to Date # | ( for Dates: 10/8/2004 to #)
-Scouts;Lee, Al ;*;1;#;6/8/4|[SID] = 7 and [Date] in Date # to Date ( 2004, 06, 08)|(for Al Lee for Dates: # to 6/8/4)
-Scouts;*;*;2;#;x             | [Date] >= Date #               | ( for Date Equal to or Greater than #)
-Scouts;*;Wolf Den 8;2;#;|[Den] = 3 and [Date] >= Date #|(for Wolf Den 8 for Date Equal to or Greater than # to )
-Scouts;Lee, Al ;*;2;#;x|[SID] = 7 and [Date] >= Date #|(for Al Lee for Date Equal to or Greater than # to x)
-Scouts;*;Wolf Den 8;3;#;x|[Den] = 3 and [Date] <= Date #|(for Wolf Den 8 for Date Equal to or Less than #)
-Adults;Ito, Ann B;Bear Den 2;0;#;|[SID] = 4 and [Den] = 5 and [Date] = Date #|(for Ann B. Ito in Bear Den 2 for Date: #)
-Adults;*;Bear Den 2;3;#;|[Den] = 5 and [Date] <= Date #|(for Bear Den 2 for Date Equal to or Less than #)
-)");
-    }
+    void selects_data() { test::tableOf({"criteria", "formula", "title"}, "reportscreens/reportscreens_selects.txt"); }
     void selects()
     {
         auto [criteria, formula, title] = test::cells("criteria", "formula", "title");

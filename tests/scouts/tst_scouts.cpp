@@ -119,21 +119,7 @@ private Q_SLOTS:
     // View, order, den filter and find: an empty view leaves the label as the last record's.
     void sets_data()
     {
-        test::table({"case", "script", "listed", "label", "live", "page", "row", "said"}, R"(
-            begins with the active scouts by last name   |                                       | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
-            by first name                                | optOrderFirstName                     | Ada B. Zorn; Bo Young; Cy Xu              | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
-            the inactive                                 | optInactive                           | Wood, Di                                  | Scout 1 of 1 | New Delete                          | all  | 0  |
-            the active and the inactive                  | optActive_Inactive                    | Wood, Di; Xu, Cy; Young, Bo; Zorn, Ada B. | Scout 1 of 4 | Next Last New Delete                | all  | 0  |
-            all of a den                                 | optActive_Inactive den:Wolf_Den_3       | Wood, Di; Zorn, Ada B.                    | Scout 1 of 2 | Next Last New Delete                | all  | 0  |
-            a den's active ones                          | den:Bear_Den_2                          | Young, Bo                                 | Scout 1 of 1 | New Delete                          | all  | 0  |
-            an unknown den empties list and page         | den:no_such_den                         |                                           | Scout 1 of 3 | New                                 | none | -1 |
-            an empty den is all dens                     | den:                                    | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |
-            a find looks in the view                     | optInactive cmdFind>Last:W,cmdFind                    | Wood, Di                                  | Scout 1 of 1 | New Delete                          | all  | 0  |
-            a find by the beginning, whatever its case   | cmdFind>Last:zO,cmdFind                               | Zorn, Ada B.                              | Scout 1 of 1 | New Delete                          | all  | 0  |
-            a find without a result leaves set and place | N ok cmdFind>Last:W,cmdFind                           | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 2 of 3 | First Previous Next Last New Delete | all  | 1  | none
-            it reads a set anew that holds a new scout   | n Last=A comActive:No s ok cmdFind>Last:W,cmdFind     | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  | none
-            it leaves an emptied set empty               | optInactive comActive:Yes s ok cmdFind>Last:W,cmdFind |                                           | Scout 1 of 1 | New                                 | none | -1 | none
-            Select All in the dialog shows the view again | N cmdFind>cmdSelectAll                                 | Xu, Cy; Young, Bo; Zorn, Ada B.           | Scout 1 of 3 | Next Last New Delete                | all  | 0  |)");
+        test::tableOf({"case", "script", "listed", "label", "live", "page", "row", "said"}, "scouts/scouts_sets.txt");
     }
     void sets() { play({"listed", "label", "live", "page", "row", "said"}); }
 
@@ -186,24 +172,7 @@ private Q_SLOTS:
     }
 
     // The first parent's box counts for both parents, and an e-mail address is no change by itself.
-    void saves_data()
-    {
-        test::table({"case", "script", "field", "stored"}, R"(
-            no birth date                                | DOB= s                     | Birth_Date             | 1/1/1001
-            a birth date of two digits                   | DOB=6/7/15 s               | Birth_Date             | 6/7/2015
-            no start date                                | PackStartDate= s           | Pack_Start_Date        | Null
-            a start date with dashes                     | PackStartDate=1-2-2025 s   | Pack_Start_Date        | 1/2/2025
-            a grade ends where letters begin             | Grade=3a s                 | Grade_In_School        | 3
-            a fraction is no whole year                  | YearsInScouts=.5 s         | Years_In_Scouts        | 0
-            nor is a sign                                | YearsInOtherPack=-5 s      | Years_In_Other_Pack    | 0
-            another change keeps the birth date without its time | Last=X s                   | Birth_Date             | 6/7/2016
-            the second parent's box counts for nothing   | chkP2IncludeCorr First=X s | Parent2_Correspondance | True
-            the first parent's box counts for both       | chkP1IncludeCorr s         | Parent2_Correspondance | False
-            an e-mail address alone is no change         | Email=a@b.c s              | Scouts_Email           | Null
-            with another change it is stored             | Email=a@b.c First=X s      | Scouts_Email           | a@b.c
-            an unknown den is none                       | comDen:nowhere s           | Assigned_Den_SID       | Null
-            a den by its name                            | comDen:Bear_Den_2 s        | Assigned_Den_SID       | 3)");
-    }
+    void saves_data() { test::tableOf({"case", "script", "field", "stored"}, "scouts/scouts_saves.txt"); }
     void saves()
     {
         const Screen screen;
@@ -216,17 +185,7 @@ private Q_SLOTS:
     // another control, it asks again.
     void denLeader_data()
     {
-        test::table({"case", "script", "clicks", "live", "links", "said", "log"}, R"(
-            the first parent's box, picked   | @2 in:Tab space>lstDenLeaders:1,cmdSelect School=x s                             | x     | First Previous New Delete      | 1/Null    | | closed, Ann M. Young; Bob Old; Cid Idle
-            the second parent's box, picked  | @2 second in:Tab space>lstDenLeaders:1,cmdSelect School=x s                      | x     | First Previous New Delete      | Null/2    | | closed, Ann M. Young; Bob Old; Cid Idle
-            a cancelled pick changes nothing | @2 in:Tab space>lstDenLeaders:1,cmdCancel                                      | -     | First Previous New Delete      | Null/Null | | closed, Ann M. Young; Bob Old; Cid Idle
-            the next click counts, by key    | @2 in:Tab space>lstDenLeaders:1,cmdCancel space space in:Tab space>lstDenLeaders:1,cmdCancel space | -x--x | First Previous New Save Delete | Null/Null | | closed, Ann M. Young; Bob Old; Cid Idle
-            by mouse                         | @2 away box>lstDenLeaders:1,cmdCancel box box away box>lstDenLeaders:1,cmdCancel box              | -x--x | First Previous New Save Delete | Null/Null | | closed, Ann M. Young; Bob Old; Cid Idle
-            without a den                    | in:Tab ok space space space in:Tab ok space space           | -x--x | Next Last New Save Delete      | Null/Null | no den\nno den | 
-            a focus by the program asks      | in:Other ok box                                             | -     | Next Last New Save Delete      | Null/Null | no den | 
-            a window's return doesn't        | in:ActiveWindow box                                         | x     | Next Last New Save Delete      | Null/Null | | 
-            nor a list's closing             | in:Popup box                                                | x     | Next Last New Save Delete      | Null/Null | | 
-            nor a menu's                     | in:MenuBar box                                              | x     | Next Last New Save Delete      | Null/Null | | )");
+        test::tableOf({"case", "script", "clicks", "live", "links", "said", "log"}, "scouts/scouts_denLeader.txt");
     }
     void denLeader() { play({"clicks", "live", "links", "said", "log"}); }
 

@@ -25,34 +25,8 @@ private Q_SLOTS:
     // What else of the page is live, the last name, the list's rows and the highlighted one, the focus, the last names.
     void listForm_data()
     {
-        test::table({"case", "people", "script", "label", "live", "page", "name", "listed", "row", "focus", "stored"},
-                    R"(
-            nobody                                      | 0 |                                 |              | New                                 | none                                        |   |                  | 0 |       |
-            Next                                        | 3 | N                               | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
-            Last and Prev                               | 3 | L P                             | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
-            a click, then Prev and Next                 | 3 | 3 P 1 N                         | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
-            a click on a row asks and saves             | 3 | Last=X yes 3                    | Scout 3 of 3 | First Previous New Delete           | all                                         | C | A; B; C          | 3 |       | C B X
-            the row on screen itself too                | 3 | Last=X yes 1                    | Scout 1 of 3 | Next Last New Delete                | all                                         | X | A; B; C          | 1 |       | C B X
-            No drops the change                         | 3 | Last=X no 2                     | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 |       | C B A
-            Save keeps the place                        | 3 | N Last=X s                      | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | X | A; B; C          | 2 | first | C X A
-            New empties the screen from any page        | 3 | N page n                        | Scout (New)  | First Previous Next Last Save       | tabScout txtFirst                           |   | A; B; C          | 2 | first | C B A
-            a new one is saved at the end               | 3 | N n Last=X s                    | Scout 4 of 4 | First Previous New Delete           | all                                         | X | A; B; C; <New>X  | 4 | first | C B A X
-            and saved again it is the same one          | 3 | n Last=X s P 4 Last=Y s         | Scout 4 of 4 | First Previous New Delete           | all                                         | Y | A; B; C; <New>X  | 4 | first | C B A Y
-            a row after a new one saves it and stays    | 3 | n Last=X yes 1                  | Scout 4 of 4 | First Previous New Delete           | all                                         | X | A; B; C; <New>X  | 4 |       | C B A X
-            a view saves it and begins anew             | 3 | n Last=X yes optActive_Inactive | Scout 1 of 4 | Next Last New Delete                | all                                         | A | A; B; C; X       | 1 |       | C B A X
-            a view drops it                             | 3 | n Last=X no optActive_Inactive  | Scout 1 of 3 | Next Last New Delete                | all                                         | A | A; B; C          | 1 |       | C B A
-            the first of all                            | 0 | n Last=X s                      | Scout 1 of 1 | New Delete                          | all                                         | X | X                | 1 | first | X
-            the first of all, inactive                  | 0 | n Last=X - s                    | None         | New                                 | none                                        |   |                  | 0 |       | X
-            Cancel of a new one shows the record before | 3 | N n Last=X c                    | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 |       | C B A
-            Cancel leaves a change                      | 3 | N Last=X c                      | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | X | A; B; C          | 2 |       | C B A
-            a walk drops it then                        | 3 | N Last=X c N P                  | Scout 2 of 3 | First Previous Next Last New Delete | all                                         | B | A; B; C          | 2 | first | C B A
-            nobody, a new one cancelled                 | 0 | n c                             | Scout (New)  | New Delete                          | cmdFind cmdAddAward cmdDeleteAward tabScout |   |                  | 0 |       |
-            which Delete leaves                         | 0 | n c yes d                       | Scout (New)  | New Delete                          | cmdFind cmdAddAward cmdDeleteAward tabScout |   |                  | 0 |       |
-            Delete of the first                         | 3 | yes d                           | Scout 1 of 2 | Next Last New Delete                | all                                         | B | B; C             | 1 | first | C B
-            of one in the middle                        | 3 | N yes d                         | Scout 2 of 2 | First Previous New Delete           | all                                         | C | A; C             | 2 | first | C A
-            of the last                                 | 3 | L yes d                         | Scout 2 of 2 | First Previous New Delete           | all                                         | B | A; B             | 2 | first | B A
-            No keeps the record                         | 3 | L no d                          | Scout 3 of 3 | First Previous New Delete           | all                                         | C | A; B; C          | 3 |       | C B A
-            a new one after the only one was deleted    | 1 | yes d n Last=X s                | Scout 1 of 1 | New Delete                          | all                                         | X | X                | 1 | first | X)");
+        test::tableOf({"case", "people", "script", "label", "live", "page", "name", "listed", "row", "focus", "stored"},
+                      "shell/recordforms_listForm.txt");
     }
     void listForm()
     {
@@ -105,18 +79,7 @@ private Q_SLOTS:
     // The other values are written as ever.
     void foreignValues_data()
     {
-        test::table({"case", "form", "before", "script", "query", "result"}, R"(
-            a scout's address, years and grade     | scouts | Scouts Set Alt_Parent_City = 'Llanfairpwllgwyngyllgogerychwyrn', Years_In_Scouts = 123, Years_In_Other_Pack = 2.5, Grade_In_School = 100 | L First=Al s s | Select Alt_Parent_City, Years_In_Scouts, Years_In_Other_Pack, Grade_In_School, First_Name From Scouts Where Scout_SID = 1 | Llanfairpwllgwyngyllgogerychwyrn/123/2.5/100/Al
-            typed into                             | scouts | Scouts Set Alt_Parent_City = 'Llanfairpwllgwyngyllgogerychwyrn', Years_In_Scouts = 123 | L AltCity=Bala YearsInScouts=7 s | Select Alt_Parent_City, Years_In_Scouts From Scouts Where Scout_SID = 1 | Bala/7
-            a new scout's grade is what shows      | scouts | Scouts Set Grade_In_School = 100 | n s | Select Grade_In_School From Scouts Where Scout_SID = 5 | 10
-            an adult's years                       | adults | Adults Set Years_In_Scouts = 12.5 Where Adult_SID = 4 | Mi=B s | Select MI, Years_In_Scouts From Adults Where Adult_SID = 4 | B/12.5
-            an adult's unlisted letter             | adults | Adults Set Active = 'X' | optActive_Inactive Mi=B s | Select MI, Active From Adults Where Adult_SID = 4 | B/X
-            a den's number, renamed                | dens   | Dens Set Den_Number = 101, Year_Started = 20255 Where Den_SID = 1 | L DenName=New s | Select Den_Number, Den_Name, Year_Started From Dens Where Den_SID = 1 | 101/New/20255
-            a den's number, typed                  | dens   | Dens Set Den_Number = 101 Where Den_SID = 1 | L DenNumber=7 s | Select Den_Number From Dens Where Den_SID = 1 | 7
-            the same digits typed again            | dens   | Dens Set Den_Number = 101 Where Den_SID = 1 | L DenNumber=10 s | Select Den_Number From Dens Where Den_SID = 1 | 10
-            a den's unlisted type isn't another's  | dens   | Dens Set Den_Type = 'Lion' Where Den_SID = 3 | N DenName=New ok s | Select Den_Name, Den_Type From Dens Where Den_SID = 3 | Pups/Lion
-            an award's, with no option set         | awards | Insignias Set Insignia_Type = 'Badge' | InsigniaName=New s | Select Insignia_Name, Insignia_Type From Insignias Where Insignia_SID = 1 | New/Badge
-            the pack's number                      | pack   | PackInfo Set [Pack Number] = 1234567 | PackName=New s s | Select * From PackInfo | 1234567/New)");
+        test::tableOf({"case", "form", "before", "script", "query", "result"}, "shell/recordforms_foreignValues.txt");
     }
     void foreignValues()
     {

@@ -157,21 +157,8 @@ private Q_SLOTS:
     {
         // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
         // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d), which are left
-        test::table({"situation", "folder", "prepared", "drive", "late", "told", "loaded", "files"}, R"(
-No                      |   |                |      |      |        | bsad |
-root, over an old one   |   | B=3 B.part=2   |      |      | backed | d    | B=db
-folder                  | F |                |      |      | 53     | bd   | F/B=db
-folder, old at the root | F | B=S            |      |      | backed | d    | B=S F/B=db
-folder, short at root   | F | B=3            |      |      | differ | bd   | B=3 F/B=db
-no space                |   |                | -1   |      | space  | bsad |
-the old one's space     | F | B=3            | -3   |      | differ | bd   | B=3 F/B=db
-folder gone             | F | -F             |      |      | 76     | bsad |
-folder goes too late    | F |                |      | -F   | 76     | bd   |
-drive gone              |   |                | gone |      | 68     | bsad |
-a folder of that name   | F | F/B/           |      |      | 70     | bd   |
-disk full               | F | B=3 F/B=3      |      | full | 61     | bd   | B=3 F/B=3
-2 GiB                   |   | D=2147483648   |      |      | 6      | bsad |
-)");
+        test::tableOf({"situation", "folder", "prepared", "drive", "late", "told", "loaded", "files"},
+                      "upkeep/backup_backup.txt");
     }
     void backup()
     {

@@ -194,19 +194,7 @@ private Q_SLOTS:
         QCOMPARE(screen.stored(), "Akela|1, Baloo|9, Chil|3, Hathi|, Ko|");
     }
 
-    void refusedRow_data()
-    {
-        test::table({"case", "cell", "typed", "failure"}, R"(
-            a text too long      | 1 0 | Elevenchars | Position Title takes at most 10 characters.
-            no number            | 1 1 | two         | Sort Rank takes a whole number from -32768 to 32767.
-            a number too large   | 1 1 | 32768       | Sort Rank takes a whole number from -32768 to 32767.
-            another row's key    | 1 0 | aKELA       | The change was not made
-            no key               | 1 0 |             | An index or primary key can't contain a Null value.
-            new: a text too long | 3 0 | Elevenchars | Position Title takes at most 10 characters.
-            new: no number       | 3 1 | two         | Sort Rank takes a whole number from -32768 to 32767.
-            new: another's key   | 3 0 | aKELA       | The change was not made
-        )");
-    }
+    void refusedRow_data() { test::tableOf({"case", "cell", "typed", "failure"}, "widgets/boundgrid_refusedRow.txt"); }
     void refusedRow()
     {
         const auto [cell, typed, failure] = test::cells("cell", "typed", "failure");

@@ -77,34 +77,7 @@ class tst_controls : public QObject
 private Q_SLOTS:
     // Steps: the number of a row for the code to set, what the user does with row 1 or types, or a key; "refilling" and
     // "off" are what the opening of the list does. Told are failures by their numbers, too.
-    void comboTells_data()
-    {
-        test::table({"steps", "told"}, R"(
-            free 1 1                 | click:Bear, row 1 Bear
-            free set                 | text:Bear, row -1 Bear
-            free 0 set Down          | click:Wolf text:Bear click:Wolf, row 2 Wolf
-            free type Return         | text:B text:Be, row -1 Be
-            free pick                | drop click:Bear, row 1 Bear
-            free 2                   | click:Wolf, row 2 Wolf
-            free pick clear          | drop click:Bear, row -1
-            free 1 type              | click:Bear text:BearB text:BearBe, row -1 BearBe
-            free 0 refill0           | click:Wolf, row 0 Wolves
-            free 1 refill            | click:Bear, row -1 Bear
-            list 1 1                 | click:Bear, row 1 Bear
-            list set                 | click:Bear, row 1 Bear
-            list pick                | drop click:Bear, row 1 Bear
-            list pick pick           | drop click:Bear drop click:Bear, row 1 Bear
-            list Down                | click:Wolf, row 0 Wolf
-            list pick clear          | drop click:Bear, row -1
-            list 1 -1                | click:Bear, row -1
-            list 3 clear set         | 5 5, row -1
-            list 0 refill0           | click:Wolf, row 0 Wolves
-            list 1 refill            | click:Bear, row -1
-            list off open            | drop, row -1
-            list refilling pick pick | drop click:Bear drop click:Bear, row 1 Bear
-            list refilling pick open | drop click:Bear drop, row -1
-        )");
-    }
+    void comboTells_data() { test::tableOf({"steps", "told"}, "widgets/controls_comboTells.txt"); }
     void comboTells()
     {
         QFETCH(QString, steps);
@@ -143,20 +116,7 @@ private Q_SLOTS:
     }
 
     // Words are keys, controls to click and texts of the field; "away" gives the focus to another window and back.
-    void leaveCheck_data()
-    {
-        test::table({"script", "done"}, R"(
-            good Enter            | save
-            bad Enter             | ?
-            bad Escape            | delete
-            bad save              | ?
-            bad list              | ?
-            good save bad2 save   | save save
-            bad away save         | ?
-            bad away other Enter  | ? ?
-            bad code              | ?
-        )");
-    }
+    void leaveCheck_data() { test::tableOf({"script", "done"}, "widgets/controls_leaveCheck.txt"); }
     void leaveCheck()
     {
         QFETCH(QString, script);

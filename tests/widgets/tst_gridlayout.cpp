@@ -32,25 +32,7 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        test::table({"text", "place"}, R"(
-            | line 1, column 1
-            # a\n# b\n | line 3, column 1
-            \n colum field="a" | line 2, column 2
-            ="a" | line 1, column 1
-            column caption="a" | line 1, column 1
-            column field="" | line 1, column 1
-            column field="a" colour="red" | line 1, column 18
-            column field="a" field="b" | line 1, column 18
-            column field "a" | line 1, column 13
-            column field=a | line 1, column 14
-            column field="a\ncolumn field="b" x" | line 1, column 14
-            column field="a"width=3 | line 1, column 17
-            column field="a" width=wide | line 1, column 24
-            column field="a" width=0 | line 1, column 24
-            column field="a" width=99999999999 | line 1, column 24
-            column field="a" align=top | line 1, column 24
-            column field="a"\ncolumn field="b" hidden=1 | line 2, column 25
-        )");
+        test::tableOf({"text", "place"}, "widgets/gridlayout_refuses.txt");
         QTest::newRow("open after a doubled mark") << "column field=\"a\"\""
                                                    << "line 1, column 14";
     }
