@@ -45,12 +45,12 @@ void repair()
     openDatabase(databasePath());
 }
 
-// A year of days, each with its copy.
+// Days, each with its copy.
 void copies()
 {
-    for (int day = 0; day < 365; ++day) {
+    for (int day = 0; day < 60; ++day) {
         platform::setToday(QDate(2026, 1, 1).addDays(day));
-        database().execute("Update Adults Set MI = 'x' Where Adult_SID = 1");
+        database().execute(QString("Update Adults Set MI = '%1' Where Adult_SID = 1").arg(day % 10));
     }
 }
 
@@ -173,7 +173,7 @@ private Q_SLOTS:
             seen += names.size();
             folder.removeRecursively();
         });
-        QVERIFY2(seen > 23, qPrintable(QString::number(seen)));
+        QVERIFY2(seen > 24, qPrintable(QString::number(seen)));
     }
 
 private:
