@@ -74,17 +74,14 @@ private Q_SLOTS:
             loop.exec();
         sqlite3* other = nullptr;
         sqlite3_open(platform::nativePath(database().name()).toUtf8().constData(), &other);
-        const int code =
-            sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE Dens SET Active = 'N'", nullptr, nullptr, nullptr);
+        const int code = sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE Dens SET Active = 'N'", nullptr,
+                                      nullptr, nullptr);
         sqlite3_close(other);
         QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
     }
 
     // What a find adds " and " to is left with it where neither view nor den follow.
-    void criteria_data()
-    {
-        test::tableOf({"case", "start", "view", "den", "criteria"}, "shell/criteria.txt");
-    }
+    void criteria_data() { test::tableOf({"case", "start", "view", "den", "criteria"}, "shell/criteria.txt"); }
     void criteria()
     {
         const auto [start, view, den] = test::cells("start", "view", "den");

@@ -26,10 +26,7 @@ private Q_SLOTS:
         createSchema(fresh);
     }
 
-    void opening_data()
-    {
-        test::tableOf({"file", "number"}, "store/opening.txt");
-    }
+    void opening_data() { test::tableOf({"file", "number"}, "store/opening.txt"); }
     void opening()
     {
         QFETCH(QString, file);

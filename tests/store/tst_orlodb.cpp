@@ -30,10 +30,7 @@ private Q_SLOTS:
         QVERIFY(folder.mkpath("csv") && folder.mkpath("out"));
     }
 
-    void badInput_data()
-    {
-        test::tableOf({"content", "file", "error"}, "store/orlodb/badInput.txt");
-    }
+    void badInput_data() { test::tableOf({"content", "file", "error"}, "store/orlodb/badInput.txt"); }
     void badInput()
     {
         QFETCH(QString, file);

@@ -24,10 +24,7 @@ private Q_SLOTS:
     // The fields of each table in their order, texts with their sizes: "!" takes no empty text, "+" counts, "=" begins
     // as true; the indexes, the primary one with a star. Only the version of the file that follows an @ has a field or
     // index.
-    void catalogue_data()
-    {
-        test::tableOf({"table", "fields", "indexes"}, "store/schema/catalogue.txt");
-    }
+    void catalogue_data() { test::tableOf({"table", "fields", "indexes"}, "store/schema/catalogue.txt"); }
     void catalogue()
     {
         QFETCH(QString, table);
@@ -62,10 +59,7 @@ private Q_SLOTS:
     }
 
     // What the file itself refuses, by whatever road the row comes.
-    void limits_data()
-    {
-        test::tableOf({"row", "accepted", "statement"}, "store/schema/limits.txt");
-    }
+    void limits_data() { test::tableOf({"row", "accepted", "statement"}, "store/schema/limits.txt"); }
     void limits()
     {
         const QString failure = rows("INSERT INTO " + test::cell("statement").toUtf8());

@@ -68,10 +68,7 @@ private Q_SLOTS:
     }
 
     // Which texts give sets that can be changed, and how many rows and columns each has.
-    void shapes_data()
-    {
-        test::tableOf({"source", "shape"}, "store/sql/shapes.txt");
-    }
+    void shapes_data() { test::tableOf({"source", "shape"}, "store/sql/shapes.txt"); }
     void shapes()
     {
         Recordset rows = m_database->openRecordset(test::cell("source"));
@@ -80,10 +77,7 @@ private Q_SLOTS:
     }
 
     // What an expression gives for the first two people: dates and yes/no are told by their texts.
-    void expressions_data()
-    {
-        test::tableOf({"expression", "values"}, "store/sql/expressions.txt");
-    }
+    void expressions_data() { test::tableOf({"expression", "values"}, "store/sql/expressions.txt"); }
     void expressions()
     {
         Recordset rows =
@@ -128,10 +122,7 @@ private Q_SLOTS:
         QCOMPARE(test::failureNumber(nest), 3075);
     }
 
-    void failures_data()
-    {
-        test::tableOf({"statement", "as", "number"}, "store/sql/failures.txt");
-    }
+    void failures_data() { test::tableOf({"statement", "as", "number"}, "store/sql/failures.txt"); }
     void failures()
     {
         QFETCH(QString, statement);

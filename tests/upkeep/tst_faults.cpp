@@ -90,10 +90,7 @@ class tst_faults : public QObject
 
 private Q_SLOTS:
     // Each work fails with the number, and what the file held it still holds.
-    void worksUnderFaults_data()
-    {
-        test::tableOf({"fault and work", "told", "closing"}, "upkeep/faults.txt");
-    }
+    void worksUnderFaults_data() { test::tableOf({"fault and work", "told", "closing"}, "upkeep/faults.txt"); }
     void worksUnderFaults()
     {
         const QString fault = test::cell("fault and work").section(' ', 0, 0);

@@ -309,6 +309,9 @@ void Recordset::edit()
 void Recordset::confirm()
 {
     const Record before = m_known->record;
+    const bool sure = m_shown && before && before.block == m_shown.block && !m_known->changedByAnother;
+    if (sure && !m_known->removed && !before.isGone() && before.block->state == m_connection->state())
+        return; // nothing has changed the file since
     const Record now{readBlock(*m_connection, *m_source, std::span(&m_known->number, 1))};
     if (now.isGone())
         m_shown = m_known->record = now;

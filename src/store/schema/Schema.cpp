@@ -1,6 +1,5 @@
 #include "store/schema/Schema.h"
 
-
 #include <span>
 
 namespace orlo::store
