@@ -101,7 +101,7 @@ private Q_SLOTS:
         auto& box = screen.get<QLineEdit>("txtAltCity");
         QHelpEvent event(QEvent::ToolTip, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
         QCoreApplication::sendEvent(&box, &event);
-        QCOMPARE(QToolTip::text(), "Llanfairpwllgwyngyllgogerychwyrn");
+        QVERIFY(QToolTip::text().contains("Llanfairpwllgwyngyllgogerychwyrn"));
         QToolTip::hideText();
     }
 
