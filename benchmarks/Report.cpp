@@ -15,7 +15,7 @@ namespace orlo::bench
 namespace
 {
 
-using reports::UnitsPerPoint;
+using reporting::UnitsPerPoint;
 
 constexpr int Lines = 10'000;
 
@@ -31,18 +31,18 @@ store::Database& packOf(const QString& /*path*/)
     return database();
 }
 
-void writePages(const reports::RunRequest& request, const QString& path)
+void writePages(const reporting::RunRequest& request, const QString& path)
 {
-    reports::writePdf(*reports::render(request, packOf), path);
+    reporting::writePdf(*reporting::render(request, packOf), path);
 }
 
 // The texts of the document at their places, and nothing else.
-void drawTexts(const reports::Document& document, const QString& path)
+void drawTexts(const reporting::Document& document, const QString& path)
 {
     std::vector<QFont> fonts;
     std::vector<double> ascents;
     for (const QFont& font : document.fonts) {
-        fonts.push_back(reports::typesetFont(font));
+        fonts.push_back(reporting::typesetFont(font));
         ascents.push_back(QFontMetricsF(fonts.back()).ascent());
     }
     QPdfWriter writer(path);
@@ -50,12 +50,12 @@ void drawTexts(const reports::Document& document, const QString& path)
     writer.setPageSize(QPageSize(document.paper, QPageSize::Point));
     writer.setPageMargins(QMarginsF());
     QPainter painter(&writer);
-    for (const reports::Page& page : document.pages) {
+    for (const reporting::Page& page : document.pages) {
         if (&page != &document.pages.front())
             writer.newPage();
         int current = -1;
-        for (const reports::Item& item : page.items) {
-            const auto* text = std::get_if<reports::TextItem>(&item);
+        for (const reporting::Item& item : page.items) {
+            const auto* text = std::get_if<reporting::TextItem>(&item);
             if (!text)
                 continue;
             const auto font = static_cast<std::size_t>(text->font);
@@ -73,10 +73,10 @@ void compareReport(Table& table, const std::string& work, const QString& reportF
 {
     const PackFile file(fillingSql);
     const OpenPack open(file);
-    reports::RunRequest request;
+    reporting::RunRequest request;
     request.reportFile = QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files/") + reportFile;
     request.databases = {{0, databasePath()}, {1, databasePath()}};
-    const reports::Document document = *reports::render(request, packOf);
+    const reporting::Document document = *reporting::render(request, packOf);
     if (document.rows.size() != Lines)
         qFatal("the report has %zu lines", document.rows.size());
     const QString pdf = file.folder() + QStringLiteral("/report.pdf");

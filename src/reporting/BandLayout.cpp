@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -266,4 +266,4 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

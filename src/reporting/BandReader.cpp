@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -262,4 +262,4 @@ void BandReader::readPicture(Element& element)
     m_definition.pictures.push_back(picture);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -3,7 +3,7 @@
 #include "reporting/Definition.h"
 #include "reporting/DefinitionLines.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// The path of a file that a report of the folder names, whether it is there or not: beside the report, or beside the
@@ -41,4 +41,4 @@ private:
     bool m_inColumns = false;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// How a text looks.
@@ -192,4 +192,4 @@ struct Definition {
 /// Reads a report file. Raises ReportError 53 for a missing file, and as readDefinition() with the file's name.
 [[nodiscard]] Definition readDefinitionFile(const QString& path);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

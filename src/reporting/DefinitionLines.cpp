@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -338,4 +338,4 @@ QString DefinitionLines::rawBlock(Place& first)
     fail(QStringLiteral("The block's closing brace is missing."));
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -5,7 +5,7 @@
 #include <QColor>
 #include <QStringList>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Walks a definition's text statement by statement: a statement is a line, one that ends in "\" runs on in the next;
@@ -94,4 +94,4 @@ private:
     qsizetype m_wordAt = 0;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <array>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -411,4 +411,4 @@ Definition readDefinitionFile(const QString& path)
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

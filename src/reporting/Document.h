@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Measures of a document are points.
@@ -88,4 +88,4 @@ struct Document {
     bool complete = true; ///< false for the first page alone, while the rest is being laid out
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -87,4 +87,4 @@ void writeCsv(const Document& document, const QString& path)
     platform::commitAll(file);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -3,7 +3,7 @@
 #include "reporting/Document.h"
 #include "reporting/Renderer.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Writes the pages as a PDF file with real text, the document's title, author and subject, its outline as bookmarks
@@ -18,4 +18,4 @@ bool writePdf(const Document& document, const QString& path, const Progress& pro
 /// Writes csvText() as UTF-8. Raises 75 where the file can't be written.
 void writeCsv(const Document& document, const QString& path);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

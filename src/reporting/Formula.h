@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 using store::Value;
@@ -142,4 +142,4 @@ private:
 /// A value as a report prints it: "" for Null, the short date, the plain number.
 [[nodiscard]] QString displayText(const Value& value);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

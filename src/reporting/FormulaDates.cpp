@@ -6,7 +6,7 @@
 #include <array>
 #include <cmath>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -190,4 +190,4 @@ std::span<const FormulaFunction> dateFunctions()
     return DateFunctions;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

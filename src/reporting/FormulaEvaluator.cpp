@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -175,4 +175,4 @@ bool Formula::holds(const FormulaScope& scope) const
     return !value.isNull() && value.toBool();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -7,7 +7,7 @@
 #include <array>
 #include <cmath>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -372,4 +372,4 @@ std::optional<SummaryName> summaryNamed(QStringView name)
     return known ? std::optional(SummaryName{known->summary, running}) : std::nullopt;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

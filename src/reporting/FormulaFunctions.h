@@ -5,7 +5,7 @@
 #include <limits>
 #include <optional>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A function or an operator of the formula language: one line in a table, and the language has it.
@@ -56,4 +56,4 @@ struct SummaryName {
 /// The functions of dates.
 [[nodiscard]] std::span<const FormulaFunction> dateFunctions();
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

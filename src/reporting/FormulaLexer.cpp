@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -181,4 +181,4 @@ std::vector<FormulaToken> formulaTokens(QStringView text, Place origin)
     return Lexer(text, origin).run();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -2,7 +2,7 @@
 
 #include "reporting/Formula.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A piece of a formula's text.
@@ -18,4 +18,4 @@ struct FormulaToken {
 /// Cuts a formula's text into tokens, the last of them the end. Raises ReportError 3075 with line and column.
 [[nodiscard]] std::vector<FormulaToken> formulaTokens(QStringView text, Place origin);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -5,7 +5,7 @@
 #include <array>
 #include <cmath>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -220,4 +220,4 @@ int compareValues(const Value& a, const Value& b, Place place)
     raiseWrongKind(QStringLiteral("Values of different kinds can't be compared."), place);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -5,7 +5,7 @@
 #include <array>
 #include <initializer_list>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -442,4 +442,4 @@ Formula::Formula(QStringView text, Place origin) : m_empty(false)
     m_root = Parser(formulaTokens(text, origin)).run();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 void GroupReader::read()
@@ -76,4 +76,4 @@ void GroupReader::readBand(Band& band)
     BandReader(m_lines, m_definition, m_folder).read(band);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

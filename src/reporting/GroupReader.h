@@ -3,7 +3,7 @@
 #include "reporting/Definition.h"
 #include "reporting/DefinitionLines.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Reads the groups of a definition: the key, the order, what stays together, and the bands of their own.
@@ -32,4 +32,4 @@ private:
     const QString& m_folder;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <numeric>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -413,4 +413,4 @@ Flow soFar(const Flow& flow)
     return part;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -7,7 +7,7 @@
 
 #include <span>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A strip of the report across the page: its items are placed from its own top left corner.
@@ -110,4 +110,4 @@ struct LayoutJob {
 /// A copy of a flow that is still growing, its open groups ending where it does.
 [[nodiscard]] Flow soFar(const Flow& flow);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -103,4 +103,4 @@ void addMailLinks(const Page& page, int number, const std::vector<QFont>& fonts,
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -2,7 +2,7 @@
 
 #include "reporting/Document.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// An e-mail address that stands on a page.
@@ -16,4 +16,4 @@ struct MailLink {
 /// where nothing else stands in its text.
 void addMailLinks(const Page& page, int number, const std::vector<QFont>& fonts, std::vector<MailLink>& links);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

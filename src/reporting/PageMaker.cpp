@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -144,4 +144,4 @@ void PageMaker::copyStrips(const std::vector<Strip>& strips, double y, Page& pag
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

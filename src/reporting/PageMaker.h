@@ -2,7 +2,7 @@
 
 #include "reporting/Layout.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// What stands on which page.
@@ -43,4 +43,4 @@ private:
     double m_footerHeight = 0;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

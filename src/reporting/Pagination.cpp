@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -132,4 +132,4 @@ std::vector<PageContent> paginate(const std::vector<StripSize>& strips, const st
     return Paginator(strips, kept, headings, bodyHeight).run();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

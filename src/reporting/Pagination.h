@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// What page breaking needs to know of a strip of the report: it never looks at what is drawn in it.
@@ -45,4 +45,4 @@ struct PageContent {
                                                 const std::vector<KeptTogether>& kept,
                                                 const std::vector<RepeatedHeading>& headings, double bodyHeight);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

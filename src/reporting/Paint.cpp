@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -225,4 +225,4 @@ void paintPage(QPainter& painter, const Document& document, int page)
     PagePainter(document.fonts).paint(painter, document.pages[std::size_t(page)]);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -9,7 +9,7 @@
 
 class QPainter;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Latin letters end here: below this code, characters stand side by side as they are.
@@ -59,4 +59,4 @@ void paintPage(QPainter& painter, const Document& document, int page);
 [[nodiscard]] QFont typesetFont(const QFont& font, bool shaped = false);
 inline constexpr double UnitsPerPoint = 20;
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -9,7 +9,7 @@
 
 #include <optional>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -116,4 +116,4 @@ void PdfFile::commit(const PartProgress& progress)
     platform::commitAll(m_file);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -10,7 +10,7 @@
 class QPainter;
 class QPdfWriter;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class PagePainter;
@@ -48,4 +48,4 @@ private:
     int m_count = 0;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

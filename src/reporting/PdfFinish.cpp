@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -58,4 +58,4 @@ void finishPdf(QFile& pages, const ByteSink& write, const PdfExtras& extras, con
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

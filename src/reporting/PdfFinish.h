@@ -7,7 +7,7 @@
 
 class QFile;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// What a PDF file has beside its drawn pages.
@@ -27,11 +27,11 @@ using ByteSink = std::function<void(QByteArrayView bytes)>;
 /// throws Cancelled.
 void finishPdf(QFile& pages, const ByteSink& write, const PdfExtras& extras, const PartProgress& progress);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting
 
 /// What the module orlo-pdf does of finishPdf; its name ends with the program's version, so that no other version's
 /// module is called. Throws std::runtime_error, with words in the system's encoding, for pages that can't be read; what
 /// the sink raises; and Cancelled.
-extern "C" Q_DECL_EXPORT void ORLO_FINISH_PDF(QFile& pages, const orlo::reports::ByteSink& write,
-                                              const orlo::reports::PdfExtras& extras,
-                                              const orlo::reports::PartProgress& progress);
+extern "C" Q_DECL_EXPORT void ORLO_FINISH_PDF(QFile& pages, const orlo::reporting::ByteSink& write,
+                                              const orlo::reporting::PdfExtras& extras,
+                                              const orlo::reporting::PartProgress& progress);

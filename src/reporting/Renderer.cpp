@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -219,4 +219,4 @@ std::optional<Document> render(const RunRequest& request, const DatabaseProvider
     return render(readDefinitionFile(request.reportFile), request, databaseOf, progress, firstPage);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

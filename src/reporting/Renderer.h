@@ -12,7 +12,7 @@ namespace orlo::store
 class Database;
 }
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 struct Definition;
@@ -84,4 +84,4 @@ using FirstPage = std::function<void(Document&&)>;
                                              const DatabaseProvider& databaseOf, const Progress& progress = {},
                                              const FirstPage& firstPage = {});
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -477,4 +477,4 @@ std::optional<BoundReport> loadReport(const Definition& definition, const RunReq
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

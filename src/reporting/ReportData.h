@@ -5,7 +5,7 @@
 
 #include <QSet>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A name's place among others, without regard to case; -1 for an unknown one.
@@ -130,4 +130,4 @@ inline constexpr int DataRead = 30;
                                                     const DatabaseProvider& databaseOf, const RunFacts& facts,
                                                     const Progress& progress);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

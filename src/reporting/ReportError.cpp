@@ -4,7 +4,7 @@
 
 #include <set>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 const QString* keptFileName(const QString& name)
@@ -53,4 +53,4 @@ ReportError ReportError::atRecord(std::size_t record) const
     return changed;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Where a text of a definition or of a formula stands; lines and columns count from 1, 0 means unknown.
@@ -55,4 +55,4 @@ private:
     bool m_hasRecord = false;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

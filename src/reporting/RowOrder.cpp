@@ -9,7 +9,7 @@
 #include <cmath>
 #include <numeric>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -215,4 +215,4 @@ void orderRows(BoundReport& report, const RunFacts& facts, const Progress& progr
     RowOrder(report, facts, progress).run();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

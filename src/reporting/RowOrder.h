@@ -2,7 +2,7 @@
 
 #include "reporting/ReportData.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Puts the rows into the order of the report: by the groups' keys and those of the details, groups whose keys hold
@@ -10,4 +10,4 @@ namespace orlo::reports
 /// Throws Cancelled.
 void orderRows(BoundReport& report, const RunFacts& facts, const Progress& progress);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

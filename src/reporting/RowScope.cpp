@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -216,4 +216,4 @@ bool isGroupOfPage(const QString& name)
     return isNamed(name, OnePage);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

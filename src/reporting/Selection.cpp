@@ -2,7 +2,7 @@
 
 #include "reporting/FormulaFunctions.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -133,4 +133,4 @@ QString withCondition(const QString& query, const QString& condition)
                                : QStringLiteral("Select * From (%1) As Report_Rows Where %2").arg(query, condition);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A column of a query, and the kind of its values.
@@ -25,4 +25,4 @@ using ColumnOf = std::function<std::optional<QueryColumn>(const QString& field)>
 /// The same query with a condition on its own columns.
 [[nodiscard]] QString withCondition(const QString& query, const QString& condition);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

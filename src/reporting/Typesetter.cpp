@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -219,4 +219,4 @@ void Typesetter::breakLine(int font, QStringView line, double width, QStringList
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// True for sans, serif and mono, which stand for the best installed family of their kind.
@@ -62,4 +62,4 @@ private:
     mutable std::set<char32_t> m_missing;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

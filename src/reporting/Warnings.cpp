@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -96,4 +96,4 @@ QStringList layoutWarnings(const Definition& definition, QSizeF body, const QStr
     return Inspection(body, file).run(definition);
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -4,7 +4,7 @@
 
 #include <QSizeF>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// What a definition prints that no paper shows well: texts beyond the right margin, texts over each other, pictures
@@ -12,4 +12,4 @@ namespace orlo::reports
 /// body is a page's room between its header and footer, in points.
 [[nodiscard]] QStringList layoutWarnings(const Definition& definition, QSizeF body, const QString& file);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -7,7 +7,7 @@ namespace orlo
 {
 
 ReportDialog::ReportDialog(const QString& reportName)
-    : Form(widgets::FormKind::Window), m_report(new reports::ReportControl(reportName, this))
+    : Form(widgets::FormKind::Window), m_report(new reporting::ReportControl(reportName, this))
 {
 }
 
@@ -16,8 +16,8 @@ void ReportDialog::bindControls(QPushButton* cmdView, QPushButton* cmdPrint, QPu
     setCancelButton(cmdCancel);
     for (QPushButton* button : {cmdView, cmdPrint})
         widgets::pressOncePerDoubleClick(*button);
-    connect(cmdView, &QPushButton::clicked, this, [this] { run(reports::ToPreview); });
-    connect(cmdPrint, &QPushButton::clicked, this, [this] { run(reports::ToPrinter); });
+    connect(cmdView, &QPushButton::clicked, this, [this] { run(reporting::ToPreview); });
+    connect(cmdPrint, &QPushButton::clicked, this, [this] { run(reporting::ToPrinter); });
     connect(cmdCancel, &QPushButton::clicked, this, &ReportDialog::close);
 }
 
@@ -30,7 +30,7 @@ void ReportDialog::setWindow(const QString& title)
 {
     m_report->setWindowOption(true);
     m_report->setWindowTitle(title);
-    m_report->setWindowState(reports::PreviewMaximised);
+    m_report->setWindowState(reporting::PreviewMaximised);
 }
 
 void ReportDialog::run(int destination)

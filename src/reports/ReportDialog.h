@@ -7,7 +7,7 @@ class QPushButton;
 namespace orlo
 {
 
-namespace reports
+namespace reporting
 {
 class ReportControl;
 }
@@ -33,12 +33,12 @@ protected:
     /// Gives the preview its caption and opens it maximised, with the page list.
     void setWindow(const QString& title);
 
-    [[nodiscard]] reports::ReportControl& report() { return *m_report; }
+    [[nodiscard]] reporting::ReportControl& report() { return *m_report; }
 
 private:
     void run(int destination);
 
-    reports::ReportControl* m_report;
+    reporting::ReportControl* m_report;
 };
 
 } // namespace orlo

@@ -8,7 +8,7 @@
 namespace
 {
 
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 class AnyRow final : public FormulaScope
 {

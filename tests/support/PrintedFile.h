@@ -37,7 +37,7 @@ inline QString textOf(const QString& pdf)
 /// Makes the default printer one that prints into the PDF file, until the factory is set again.
 inline void printInto(const QString& pdf)
 {
-    reports::setPrinterFactory([pdf] {
+    reporting::setPrinterFactory([pdf] {
         auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
         printer->setOutputFileName(pdf);
         return printer;

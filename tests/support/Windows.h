@@ -47,9 +47,9 @@ inline void addWindows()
         if (!command->menu() && !noWindow.contains(command->objectName()))
             QTest::newRow(qPrintable(command->objectName())) << Open([command] { command->trigger(); });
     QTest::newRow("previewWindow") << Open([] {
-        auto document = std::make_shared<reports::Document>();
+        auto document = std::make_shared<reporting::Document>();
         document->pages.resize(2);
-        auto* window = new reports::PreviewWindow(document);
+        auto* window = new reporting::PreviewWindow(document);
         window->show();
         control<QAction>(*window, "actFind").trigger();
     });

@@ -27,19 +27,19 @@ struct Folders {
 /// Writes one report beside its name in the folders; the number of its sheets.
 int runReport(store::Database& database, const QString& file, const QString& selection, const Folders& folders)
 {
-    reports::RunRequest request;
+    reporting::RunRequest request;
     request.reportFile = file;
     request.databases = {{0, QStringLiteral("pack")}, {1, QStringLiteral("pack")}};
     request.selectionFormula = selection;
-    const reports::Document document =
-        *reports::render(request, [&](const QString&) -> store::Database& { return database; });
+    const reporting::Document document =
+        *reporting::render(request, [&](const QString&) -> store::Database& { return database; });
     for (const QString& warning : document.warnings)
         std::fprintf(stderr, "%s\n", qUtf8Printable(warning));
     const QString name = QFileInfo(file).completeBaseName();
     if (!folders.pdf.isEmpty())
-        reports::writePdf(document, QDir(folders.pdf).filePath(name + QStringLiteral(".pdf")));
+        reporting::writePdf(document, QDir(folders.pdf).filePath(name + QStringLiteral(".pdf")));
     if (!folders.csv.isEmpty())
-        reports::writeCsv(document, QDir(folders.csv).filePath(name + QStringLiteral(".csv")));
+        reporting::writeCsv(document, QDir(folders.csv).filePath(name + QStringLiteral(".csv")));
     std::printf("%4d %s\n", int(document.pages.size()), qUtf8Printable(name));
     return int(document.pages.size());
 }

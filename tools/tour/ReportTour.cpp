@@ -16,7 +16,7 @@ using namespace orlo;
 
 void ReportTour::preview()
 {
-    auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
+    auto& report = static_cast<reporting::PreviewWindow&>(window("previewWindow"));
     report.resize(1000, 760);
     picture(report, QStringLiteral("preview"));
     QTest::keyClick(&report, Qt::Key_F, Qt::ControlModifier);
@@ -74,7 +74,7 @@ void ReportTour::firstPage(QWidget& form, const QString& name)
 {
     picture(form, name);
     click(form, "cmdView");
-    auto& report = static_cast<reports::PreviewWindow&>(window("previewWindow"));
+    auto& report = static_cast<reporting::PreviewWindow&>(window("previewWindow"));
     report.resize(1000, 1100);
     picture(report, name + QStringLiteral("-preview"));
     printedPages(report.document(), name);
@@ -82,16 +82,16 @@ void ReportTour::firstPage(QWidget& form, const QString& name)
     settle(); // a closed preview is gone before the next one is looked for
 }
 
-void ReportTour::printedPages(const reports::Document& document, const QString& name)
+void ReportTour::printedPages(const reporting::Document& document, const QString& name)
 {
-    reports::writePdf(document, folder() + u'/' + name + QStringLiteral(".pdf"));
+    reporting::writePdf(document, folder() + u'/' + name + QStringLiteral(".pdf"));
     constexpr double Scale = 1.5; // 108 dots to the inch
     for (int page = 0; page < int(document.pages.size()); ++page) {
         QImage image((document.paper * Scale).toSize(), QImage::Format_RGB32);
         image.fill(Qt::white);
         QPainter painter(&image);
         painter.scale(Scale, Scale);
-        reports::paintPage(painter, document, page);
+        reporting::paintPage(painter, document, page);
         painter.end();
         image.save(QStringLiteral("%1/%2-page%3.png").arg(folder(), name).arg(page + 1));
     }

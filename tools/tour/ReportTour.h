@@ -2,7 +2,7 @@
 
 #include "Driver.h"
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 struct Document;
 }
@@ -22,5 +22,5 @@ protected:
 private:
     void reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work);
     void firstPage(QWidget& form, const QString& name);
-    void printedPages(const orlo::reports::Document& document, const QString& name);
+    void printedPages(const orlo::reporting::Document& document, const QString& name);
 };

@@ -12,7 +12,7 @@
 #include <cmath>
 #include <stdexcept>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -161,9 +161,9 @@ void addFacts(QPDF& pdf, const PdfExtras& extras)
 
 } // namespace
 
-} // namespace orlo::reports
+} // namespace orlo::reporting
 
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 void ORLO_FINISH_PDF(QFile& pages, const ByteSink& write, const PdfExtras& extras, const PartProgress& progress)
 {

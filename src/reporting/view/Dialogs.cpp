@@ -17,7 +17,7 @@
 
 #include <functional>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -103,4 +103,4 @@ void warnOf(QWidget& window, const QString& text)
     static_cast<void>(box.isAccepted());
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

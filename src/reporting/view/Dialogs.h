@@ -6,7 +6,7 @@
 
 class QWidget;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Asks how to print a document, whose current page counts from 0, and prints it. What goes wrong is told.
@@ -20,4 +20,4 @@ void printByDialog(QWidget& window, std::shared_ptr<const Document> document, in
 /// Tells what went wrong, in a message box of the window.
 void warnOf(QWidget& window, const QString& text);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

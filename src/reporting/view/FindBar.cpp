@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -143,4 +143,4 @@ void FindBar::mark()
         m_state->setText(tr("%1 of %2").arg(m_current + 1).arg(m_hits.size()));
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

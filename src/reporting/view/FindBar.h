@@ -10,7 +10,7 @@ class QAction;
 class QLabel;
 class QLineEdit;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class PageView;
@@ -49,4 +49,4 @@ private:
     int m_current = -1;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

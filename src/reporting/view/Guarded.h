@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <QPointer>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A dialog of a window that may be closed while the dialog is up, and then takes it along: so it stands on the heap.
@@ -27,4 +27,4 @@ private:
     QPointer<Dialog> m_dialog;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -12,7 +12,7 @@
 
 #include <memory>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -120,4 +120,4 @@ void LiveReport::run()
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -11,7 +11,7 @@
 #include <optional>
 #include <utility>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class PreviewWindow;
@@ -50,4 +50,4 @@ private:
     QTimer m_settle; // a file is written in several steps
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -8,7 +8,7 @@
 #include <QToolButton>
 #include <QUrl>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 NoticeBar::NoticeBar() : m_text(new QLabel), m_open(new QToolButton)
@@ -51,4 +51,4 @@ void NoticeBar::open()
         tell(tr("No program of this computer opens %1.").arg(m_path));
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

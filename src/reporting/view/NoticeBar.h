@@ -5,7 +5,7 @@
 class QLabel;
 class QToolButton;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// The line under the pages that tells something without being asked: where a file went, what is wrong in a report
@@ -30,4 +30,4 @@ private:
     QString m_path;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

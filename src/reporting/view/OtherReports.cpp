@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -48,4 +48,4 @@ std::vector<OtherReport> otherReports(const QString& shown)
     return all;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A report file and what it is called.
@@ -18,4 +18,4 @@ struct OtherReport {
 /// and title. A file that can't be read goes by its name; of two with one title, each tells its file.
 [[nodiscard]] std::vector<OtherReport> otherReports(const QString& shown);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -31,4 +31,4 @@ void PageBox::fixup(QString& text) const
         text = textFromValue(std::min(number, maximum())) + suffix();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

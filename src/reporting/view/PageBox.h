@@ -2,7 +2,7 @@
 
 #include <QSpinBox>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// The box for a page's number. A number beyond the last page means the last one.
@@ -17,4 +17,4 @@ public:
     void fixup(QString& text) const override;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

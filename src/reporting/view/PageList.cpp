@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -165,4 +165,4 @@ void PageList::addOutline()
     addTab(m_outline, tr("Outline"));
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

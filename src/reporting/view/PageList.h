@@ -10,7 +10,7 @@ class QListView;
 class QTreeWidget;
 class QTreeWidgetItem;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// The side of the preview: small pictures of the pages and, where the report has groups, an outline of them.
@@ -41,4 +41,4 @@ private:
     bool m_leading = false; // an entry was picked: it stays marked wherever the pages can be scrolled to
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

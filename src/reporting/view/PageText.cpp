@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -205,4 +205,4 @@ std::vector<TextSpan> findText(const Document& document, const QString& text)
     return spans;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

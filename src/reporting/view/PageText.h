@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A stretch of a page's text, as places in PageText::text(), the end excluded.
@@ -59,4 +59,4 @@ private:
 /// a text without characters.
 [[nodiscard]] std::vector<TextSpan> findText(const Document& document, const QString& text);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

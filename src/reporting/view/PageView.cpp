@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -426,4 +426,4 @@ void PageView::describePage()
     setAccessibleDescription(tr("Page %1 of %2").arg(m_currentPage + 1).arg(pageCount()));
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// The pages of a document below each other, of which only the visible ones are painted. Pages count from 0.
@@ -122,4 +122,4 @@ private:
     TextSelection m_selection;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

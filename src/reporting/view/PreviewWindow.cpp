@@ -31,7 +31,7 @@
 #include <algorithm>
 #include <functional>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 using widgets::Glyph;
@@ -401,4 +401,4 @@ bool PreviewWindow::save(const QString& path, const std::function<bool()>& write
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -17,7 +17,7 @@ namespace orlo::widgets
 enum class Glyph;
 }
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class FindBar;
@@ -107,4 +107,4 @@ private:
     std::function<void()> m_onRefresh;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

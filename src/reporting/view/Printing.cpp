@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -153,4 +153,4 @@ bool printDocument(QPrinter& printer, const Document& document, int from, int to
     return true;
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

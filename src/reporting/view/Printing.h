@@ -7,7 +7,7 @@
 
 class QPrinter;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 using PrinterFactory = std::function<std::unique_ptr<QPrinter>()>;
@@ -27,4 +27,4 @@ void preparePrinter(QPrinter& printer, const Document& document);
 bool printDocument(QPrinter& printer, const Document& document, int from = 1, int to = 0,
                    const Progress& progress = {});
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

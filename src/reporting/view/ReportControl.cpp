@@ -19,7 +19,7 @@
 #include <QPrinter>
 #include <QStringList>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -270,4 +270,4 @@ void ReportControl::tell(const QString& text)
     m_message->activateWindow();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

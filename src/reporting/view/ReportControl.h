@@ -8,7 +8,7 @@
 #include <functional>
 #include <map>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class PreviewWindow;
@@ -116,4 +116,4 @@ private:
     QPointer<ReportMessage> m_message;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

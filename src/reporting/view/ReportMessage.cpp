@@ -13,7 +13,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 QString messageOf(const ReportError& error, const QString& reportFile)
@@ -93,4 +93,4 @@ void ReportMessage::keyPressEvent(QKeyEvent* event)
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class ReportError;
@@ -23,4 +23,4 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -68,4 +68,4 @@ bool RunProgress::operator()(int done, int total)
     return !m_dialog->wasCanceled();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -9,7 +9,7 @@
 
 class QProgressDialog;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// The progress of one long piece of work: the busy pointer, and after a moment a window with a Cancel button.
@@ -41,4 +41,4 @@ private:
     std::unique_ptr<QProgressDialog> m_dialog;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

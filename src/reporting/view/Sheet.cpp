@@ -4,7 +4,7 @@
 
 #include <QPainter>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -35,4 +35,4 @@ void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document
     painter.restore();
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

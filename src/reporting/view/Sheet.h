@@ -4,7 +4,7 @@
 
 class QPainter;
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// Paints one page of a document as a sheet of paper, white in every palette, into a rectangle of the painter.
@@ -13,4 +13,4 @@ void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document
 /// Paints what lies around a sheet on a desk, before it.
 void paintShadow(QPainter& painter, const QRectF& sheet);
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 void TextSelection::begin(TextPlace place, bool goOn)
@@ -54,4 +54,4 @@ QString TextSelection::text(const Document& document) const
     return pages.join(u'\n');
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

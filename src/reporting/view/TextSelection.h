@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 /// A page, counted from 0, and a place between two characters of its text.
@@ -38,4 +38,4 @@ private:
     TextPlace m_to;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -9,7 +9,7 @@
 #include <array>
 #include <cmath>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 namespace
@@ -84,4 +84,4 @@ void ZoomBox::step(int direction)
     }
 }
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -2,7 +2,7 @@
 
 #include <QComboBox>
 
-namespace orlo::reports
+namespace orlo::reporting
 {
 
 class PageView;
@@ -26,4 +26,4 @@ private:
     PageView& m_view;
 };
 
-} // namespace orlo::reports
+} // namespace orlo::reporting

@@ -60,7 +60,7 @@ void Main()
 
 void startProgram()
 {
-    reports::ReportControl::setDatabaseProvider(databaseAt);
+    reporting::ReportControl::setDatabaseProvider(databaseAt);
     watchTakeovers();
     Main();
 }

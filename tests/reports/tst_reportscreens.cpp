@@ -30,12 +30,12 @@ namespace
 
 QByteArray script(const QString& name)
 {
-    return test::contents(ORLO_SOURCE_DIR "/tests/reportscreens/" + name);
+    return test::contents(ORLO_SOURCE_DIR "/tests/reports/" + name);
 }
 
 struct Screen {
     widgets::Form& form;
-    reports::ReportControl& report = *form.findChild<reports::ReportControl*>();
+    reporting::ReportControl& report = *form.findChild<reporting::ReportControl*>();
 
     template <class F>
     static Screen open()
@@ -145,14 +145,14 @@ private Q_SLOTS:
     void setsTheReport_data()
     {
         test::tableOf({"run", "clicks", "report", "slots", "subreport", "title", "state"},
-                      "reportscreens/reportscreens_setsTheReport.txt");
+                      "reports/reportscreens_setsTheReport.txt");
     }
     void setsTheReport()
     {
         auto [run, clicks, title] = test::cells("run", "clicks", "title");
         title.replace("@", "Assigned Awards  for Date: 2/14/2026");
         const Screen screen = Dialogs[run.section(u' ', 0, 0)]();
-        reports::ReportControl& report = screen.report;
+        reporting::ReportControl& report = screen.report;
         const auto filledSlots = [&](const QString& subreport) {
             QString filled;
             for (int slot = 0; slot < 3; ++slot)
@@ -182,7 +182,7 @@ private Q_SLOTS:
             QTEST(QString::number(report.windowState()), "state");
         }
         QCOMPARE(test::pagesOf(pdf), 1);
-        const QPointer<reports::PreviewWindow> preview = report.preview();
+        const QPointer<reporting::PreviewWindow> preview = report.preview();
         QVERIFY(before && before != preview && preview->windowTitle().startsWith(title));
         QCOMPARE(preview->isMaximized(), report.windowState() == 2);
         QVERIFY(preview->findChild<QDockWidget*>()->isVisible());
@@ -195,8 +195,7 @@ private Q_SLOTS:
     /// The report's file is printed, read back and compared with what the plain SQL engine says of the same file.
     void printsWhatTheDatabaseHolds_data()
     {
-        test::tableOf({"run", "clicks", "heading", "nothing"},
-                      "reportscreens/reportscreens_printsWhatTheDatabaseHolds.txt");
+        test::tableOf({"run", "clicks", "heading", "nothing"}, "reports/reportscreens_printsWhatTheDatabaseHolds.txt");
     }
     void printsWhatTheDatabaseHolds()
     {
@@ -251,7 +250,7 @@ private Q_SLOTS:
 
     /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
     /// for the fields of the people. The condition that they are active isn't told; the title lies in parentheses.
-    void selects_data() { test::tableOf({"criteria", "formula", "title"}, "reportscreens/reportscreens_selects.txt"); }
+    void selects_data() { test::tableOf({"criteria", "formula", "title"}, "reports/reportscreens_selects.txt"); }
     void selects()
     {
         auto [criteria, formula, title] = test::cells("criteria", "formula", "title");

@@ -17,12 +17,12 @@
 #include <stdexcept>
 
 using namespace orlo;
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 namespace
 {
 
-const QString GoodReport = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/tests/reports/Shopping.rpt"));
+const QString GoodReport = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/tests/reporting/Shopping.rpt"));
 
 QWidget* messageWindow()
 {
@@ -191,7 +191,7 @@ private Q_SLOTS:
 
     void tellsWhatIsWrong_data()
     {
-        test::tableOf({"find", "put", "number", "told"}, "reports/reportcontrol_tellsWhatIsWrong.txt");
+        test::tableOf({"find", "put", "number", "told"}, "reporting/reportcontrol_tellsWhatIsWrong.txt");
     }
     void tellsWhatIsWrong()
     {

@@ -17,7 +17,7 @@
 #include <functional>
 
 using namespace orlo;
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 namespace
 {
@@ -35,7 +35,7 @@ QString textOf(const Document& document, std::size_t first = 0, std::size_t coun
 
 QByteArray fileOf(const QString& name)
 {
-    return test::contents(ORLO_SOURCE_DIR "/tests/reports/" + name);
+    return test::contents(ORLO_SOURCE_DIR "/tests/reporting/" + name);
 }
 
 } // namespace
@@ -80,7 +80,7 @@ private Q_SLOTS:
 
     /// The rows that a formula selects, in shipped reports and in one of the test's own ($). What goes into the query
     /// selects what the formula itself selects: an "or" with a function keeps it out.
-    void selects_data() { test::tableOf({"formula", "report", "rows"}, "reports/reports_selects.txt"); }
+    void selects_data() { test::tableOf({"formula", "report", "rows"}, "reporting/reports_selects.txt"); }
     void selects()
     {
         auto [formula, report] = test::cells("formula", "report");
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(csvText(inQuery), csvText(runText(report, QStringLiteral("(%1) or Length(\"\") = 2").arg(formula))));
     }
 
-    void tellsWhereADefinitionIsWrong_data() { test::cases({"text", "failure"}, "reports/faults.txt"); }
+    void tellsWhereADefinitionIsWrong_data() { test::cases({"text", "failure"}, "reporting/faults.txt"); }
     void tellsWhereADefinitionIsWrong()
     {
         const QString text =
@@ -160,8 +160,8 @@ private Q_SLOTS:
         QVERIFY(font.pointSizeF() == 14 && font.italic() && !font.bold());
     }
 
-    void printsWhatItSays_data() { test::cases({"text", "page"}, "reports/printed.txt"); }
-    void placesWhatItSays_data() { test::cases({"text", "places"}, "reports/placed.txt"); }
+    void printsWhatItSays_data() { test::cases({"text", "page"}, "reporting/printed.txt"); }
+    void placesWhatItSays_data() { test::cases({"text", "places"}, "reporting/placed.txt"); }
     void placesWhatItSays()
     {
         const QString four =

@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 
 using namespace orlo;
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 namespace
 {
@@ -117,7 +117,7 @@ private Q_SLOTS:
     // An underscore stands for a blank.
     void findsTextAsItReads_data()
     {
-        test::tableOf({"case", "page", "searched", "found"}, "reports/layout_findsTextAsItReads.txt");
+        test::tableOf({"case", "page", "searched", "found"}, "reporting/layout_findsTextAsItReads.txt");
     }
     void findsTextAsItReads()
     {

@@ -12,7 +12,7 @@
 #include <qpdf/QPDFOutlineDocumentHelper.hh>
 
 using namespace orlo;
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 namespace
 {

@@ -15,7 +15,7 @@
 #include <QPrinter>
 
 using namespace orlo;
-using namespace orlo::reports;
+using namespace orlo::reporting;
 
 namespace
 {

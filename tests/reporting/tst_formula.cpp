@@ -7,7 +7,7 @@
 #include "support/Table.h"
 
 using namespace orlo;
-using namespace orlo::reports;
+using namespace orlo::reporting;
 using store::Value;
 
 namespace
@@ -56,7 +56,7 @@ class tst_formula : public QObject
 private Q_SLOTS:
     void computes_data()
     {
-        test::table({"text", "result"}, test::contents(ORLO_SOURCE_DIR "/tests/reports/formulas.txt").constData());
+        test::table({"text", "result"}, test::contents(ORLO_SOURCE_DIR "/tests/reporting/formulas.txt").constData());
     }
     void computes() { QTEST(displayText(bound(test::cell("text")).evaluate(Row())), "result"); }
 
@@ -64,7 +64,7 @@ private Q_SLOTS:
     /// and column, and never selects more instead.
     void selects_data()
     {
-        test::tableOf({"text", "outcome"}, "reports/formula_selects.txt");
+        test::tableOf({"text", "outcome"}, "reporting/formula_selects.txt");
         QTest::newRow("open text") << "\"open"
                                    << "3075 at 1";
     }
