@@ -14,6 +14,7 @@ else
         /*) app=$XDG_DATA_HOME/orlo ;;
         *) app=${HOME:?}/.local/share/orlo ;;
     esac
+    (umask 077 && mkdir -p "$app")
 fi
 given=$app/.package # the reports and layouts as the package gave them, by which the user's changes show
 new=$given/.new
@@ -35,8 +36,8 @@ refresh() { # refresh FILE NAME: the user's file becomes the package's, unless t
     cmp -s "$1" "$given/$2" || copy "$1" "$given/$2"
 }
 
-complete() {
-    exec 9>"$given/.lock"
+complete() { # nothing where the folder can't be written to, which the program tells itself
+    { command exec 9>"$given/.lock"; } 2>/dev/null || return
     flock 9 # two starts at once take turns
     for file in "$package"/*; do
         name=${file##*/}
@@ -50,7 +51,7 @@ complete() {
     exec 9>&-
 }
 
-(umask 077 && mkdir -p "$given") && complete
+mkdir -p "$given" 2>/dev/null && complete
 # A copy that failed has said so; the program that the user has still starts. Its lists of folders begin where it is.
 cd "$app" || exit 1
 exec "$app/orlo" "$@"

@@ -169,11 +169,13 @@ private:
         return Bytes{m_places[number], m_places[number + 1] - m_places[number]};
     }
 
-    // Whether a row that says that it is older than the field has room for it all the same.
+    // Whether a row that says that it is older than the field has room for it all the same. A field of fixed width may
+    // have taken the place of one that was removed.
     [[nodiscard]] bool hasRoom(const MdbColumn& field) const
     {
-        return field.is_fixed ? !m_places.empty() && m_head + field.fixed_offset < m_places[0]
-                              : field.var_col_num + 1 < m_places.size();
+        return field.is_fixed
+                   ? hasLostNoField(m_table) && !m_places.empty() && m_head + field.fixed_offset < m_places[0]
+                   : field.var_col_num + 1 < m_places.size();
     }
 
     const Table& m_table;

@@ -35,7 +35,7 @@ RowRange rowsOn(const Flow& flow, const PageContent& content)
         if (!strip.beginsRecord)
             continue;
         rows.first = rows.last == 0 ? strip.row : std::min(rows.first, strip.row);
-        rows.last = std::max(strip.row, strip.lastRow) + 1;
+        rows.last = std::max(rows.last, std::max(strip.row, strip.lastRow) + 1);
     }
     return rows;
 }

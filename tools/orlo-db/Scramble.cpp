@@ -2,6 +2,7 @@
 
 #include "PackRows.h"
 #include "store/engine/BulkLoad.h"
+#include "store/jet/OpenFile.h"
 #include "store/schema/Schema.h"
 
 #include <QHash>
@@ -183,18 +184,45 @@ private:
 
 } // namespace
 
+namespace
+{
+
+// What another program's table and its fields are called, and their defaults, may tell of people.
+TableDef unnamed(const TableDef& given, int number)
+{
+    TableDef table(QStringLiteral("Table %1").arg(number));
+    for (store::Field field : given.fields()) {
+        field.name = QStringLiteral("Field %1").arg(table.fields().size() + 1);
+        field.defaultValue = {};
+        table.appendField(field);
+    }
+    return table;
+}
+
+QStringList namesOf(const TableDef& table)
+{
+    QStringList names;
+    for (const store::Field& field : table.fields())
+        names += field.name;
+    return names;
+}
+
+} // namespace
+
 QStringList scramble(Database& pack, Database& made)
 {
     store::Transaction together(made);
     store::BulkLoad load(made);
     Scrambler scrambler;
+    int others = 0;
     for (const QString& name : pack.tableNames()) {
-        TableDef table = pack.tableDef(name);
+        const TableDef given = pack.tableDef(name);
+        TableDef table = store::isOurs(name) ? given : unnamed(given, ++others);
         made.appendTableDef(table);
         const PackRows rows(pack, name);
-        load.begin(table, rows.fields);
+        load.begin(table, namesOf(table));
         for (const PackRows::Row& row : rows.rows) {
-            const PackRows::Row other = scrambler.scrambled(rows, row, table);
+            const PackRows::Row other = scrambler.scrambled(rows, row, given);
             for (std::size_t i = 0; i < other.size(); ++i)
                 load.set(static_cast<int>(i), other[i]);
             load.addRow();

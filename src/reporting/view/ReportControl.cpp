@@ -187,9 +187,10 @@ int ReportControl::execute()
     {
         RunProgress progress(QStringLiteral("Preparing the report…"));
         const auto goOn = [&](int done, int total) {
-            if (begun.isOpen()) // let its page be painted, while nobody can reach the program's windows
+            if (begun.isOpen()) { // let its page be painted, while nobody can reach the program's windows
                 const widgets::NestedLoop loop;
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            }
             return !begun.wasClosed() && progress(done, total);
         };
         const auto showFirst = [&](Document&& first) {

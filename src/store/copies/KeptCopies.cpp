@@ -22,6 +22,7 @@ namespace
 {
 
 constexpr qint64 Recently = 10 * 60; // seconds
+constexpr qint64 Shortly = 5;        // seconds after which another program may have let the file go
 constexpr qint64 PartOfRoom = 10;    // of the free room, the part that copies may take
 constexpr QLatin1StringView Passing(".part");
 [[noreturn]] void refuseCopy(int number)
@@ -36,9 +37,9 @@ bool isWorkingTable(const QString& table)
 }
 
 // Either way, since clocks are put back.
-bool isWithin(const QDateTime& time, const QDateTime& now)
+bool isWithin(const QDateTime& time, const QDateTime& now, qint64 seconds = Recently)
 {
-    return std::abs(time.secsTo(now)) <= Recently;
+    return std::abs(time.secsTo(now)) <= seconds;
 }
 
 std::shared_ptr<KeptCopies> copiesOf(const QString& path)
@@ -72,7 +73,7 @@ void KeptCopies::begin()
 bool KeptCopies::beforeChange(Database& database, const Change& change)
 {
     const bool removes = change.removes && !isWorkingTable(change.table);
-    if (m_failedAt && isWithin(*m_failedAt, m_clock()))
+    if (m_failedAt && isWithin(*m_failedAt, m_clock(), m_lasts ? Recently : Shortly))
         return false;
     const bool needed = removes ? !m_removed || !m_madeAt || !isWithin(*m_madeAt, m_clock()) : !ofToday();
     const bool made = !needed || copyOf(database);
@@ -95,7 +96,12 @@ void KeptCopies::beforeReplacement()
     try {
         Database database = DBEngine::openDatabase(m_file); // which settles what a killed run left half done
         copyOf(database);
-    } catch (const RuntimeError&) { // in the former format, or damaged
+    } catch (const RuntimeError& error) {
+        // In the former format, or damaged. What another program is changing would be copied half done.
+        const bool half =
+            QFile::exists(m_file + QStringLiteral("-journal")) || QFile::exists(m_file + QStringLiteral("-wal"));
+        if (error.number() == platform::CannotLockFile && half)
+            return tellNone(error);
         make([this](const QString& path) { platform::FileSystem().copyFile(m_file, path, false); });
     }
 }
@@ -128,10 +134,16 @@ bool KeptCopies::make(const Writer& write)
     } catch (const RuntimeError& error) {
         if (!m_replacing)
             m_failedAt = m_clock();
-        platform::logError(QStringLiteral("ORLO made no copy of the records in %1: %2")
-                               .arg(QDir::toNativeSeparators(m_folder), error.description()));
+        m_lasts = error.number() != platform::CannotLockFile && error.number() != platform::PermissionDenied;
+        tellNone(error);
         return false;
     }
+}
+
+void KeptCopies::tellNone(const RuntimeError& error) const
+{
+    platform::logError(QStringLiteral("ORLO made no copy of the records in %1: %2")
+                           .arg(QDir::toNativeSeparators(m_folder), error.description()));
 }
 
 // A link is followed: somebody wants the copies elsewhere.
@@ -167,11 +179,12 @@ qint64 KeptCopies::sizeOf(const QStringList& copies) const
     return size;
 }
 
-// What thinning would leave must have room beside the new one.
+// What thinning would leave must have room beside the new one. None goes while the file is being replaced, and that
+// copy is the only one of what is lost: it is made even so.
 void KeptCopies::requireRoom() const
 {
     const QStringList all = names();
-    const QStringList staying = m_replacing ? all : all.filter(m_clock().date().toString(Qt::ISODate));
+    const QStringList staying = m_replacing ? QStringList() : all.filter(m_clock().date().toString(Qt::ISODate));
     const qint64 room = platform::FileSystem().freeSpaceAt(m_folder) / PartOfRoom;
     if (QFileInfo(m_file).size() + sizeOf(staying) > room)
         refuseCopy(platform::DiskFull);

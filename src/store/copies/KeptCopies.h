@@ -6,6 +6,11 @@
 
 #include <optional>
 
+namespace orlo::platform
+{
+class RuntimeError;
+}
+
 namespace orlo::store
 {
 
@@ -44,6 +49,7 @@ private:
     [[nodiscard]] bool isRecent(const std::optional<QDateTime>& time) const;
     bool copyOf(Database& database);
     bool make(const Writer& write);
+    void tellNone(const platform::RuntimeError& error) const;
     void put(const Writer& write);
     void makeFolder() const;
     [[nodiscard]] QString freeName() const;
@@ -61,6 +67,7 @@ private:
     std::optional<quint32> m_version;  // of the file when the last copy was made
     std::optional<QDateTime> m_madeAt; // the last copy
     std::optional<QDateTime> m_failedAt;
+    bool m_lasts = false;     // what failed won't be otherwise in a moment
     bool m_removed = false;   // rows have gone in this run
     bool m_replacing = false; // something else is about to take the file's place
 };

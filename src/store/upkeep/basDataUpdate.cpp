@@ -191,11 +191,16 @@ bool UpdateDatabaseFile()
     widgets::Application::setClosingWords(QStringLiteral("Nothing was changed."));
     settleJournal(old, safetyCopy);
     gFileSystem.copyFile(old, safetyCopy, true);
-    if (!gFileSystem.fileExists(safetyCopy))
+    if (!gFileSystem.fileExists(safetyCopy)) {
+        widgets::Application::setClosingWords(QString());
         return false;
+    }
     widgets::Application::setClosingWords(
         QStringLiteral("Before you start ORLO again, put QuorrelOld_10.mdb in the place of Quorrel.mdb."));
     openDatabase(old);
+    // An update that failed before has left its mark, in the safety copy, too.
+    if (database().tableNames().contains(QLatin1StringView("Den_Titles"), Qt::CaseInsensitive))
+        widgets::Application::setClosingWords(QString());
     // The safety copy is on the disk. Until the changed file is copied to the disk too, flushing after every row would
     // only keep the user waiting.
     database().deferFlushing();
