@@ -36,6 +36,7 @@ QString fileOfReport(const QString& folder, const QString& name)
 
 void BandReader::read(Band& band)
 {
+    band.place = m_lines.place();
     if (m_lines.accept("columns")) {
         if (&band != &m_definition.detail)
             m_lines.failAtWord(QStringLiteral("Only the detail band has columns."));

@@ -122,6 +122,7 @@ struct Band {
     double gap = 0;    ///< between the columns, points
     double height = 0; ///< of each record, points: of labels; 0 as it comes
     int skip = 0;      ///< labels that the first sheet hasn't any more
+    Place place;
 
     /// True for a band that prints nothing.
     [[nodiscard]] bool isEmpty() const { return rows.empty(); }

@@ -82,7 +82,26 @@ private:
     {
         if (m_definition.source.query.isEmpty())
             m_lines->fail(QStringLiteral("The report has no source."));
+        if (m_definition.detail.height > 0)
+            checkLabels();
         return std::move(m_definition);
+    }
+
+    /// Anything above, between or below the labels would move them off their sheet.
+    void checkLabels()
+    {
+        const auto refuse = [](const char* message, Place place) {
+            throw ReportError(platform::SyntaxError, QString::fromLatin1(message), place);
+        };
+        if (m_depth > 0)
+            refuse("A subreport has no labels.", m_definition.detail.place);
+        std::vector<const Band*> others{&m_definition.pageHeader, &m_definition.pageFooter, &m_definition.reportHeader,
+                                        &m_definition.reportFooter, &m_definition.headings};
+        for (const Group& group : m_definition.groups)
+            others.insert(others.end(), {&group.header, &group.footer});
+        for (const Band* band : others)
+            if (!band->isEmpty())
+                refuse("A report with labels has no band but detail and nothing.", band->place);
     }
 
     void statement(const QString& word)

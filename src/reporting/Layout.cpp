@@ -21,9 +21,9 @@ public:
     ReportLayout(const BoundReport& report, LayoutJob& job, Flow& flow, double left, bool isMain)
         : m_report(report), m_definition(report.definition), m_job(job), m_flow(flow), m_left(left), m_isMain(isMain),
           m_bands(report.definition, job.typesetter, job.textWidth, job.heightLimit),
-          m_scope(report.definition, report.rows, job.facts), m_skipped(std::size_t(report.definition.detail.skip))
+          m_scope(report.definition, report.rows, job.facts)
     {
-        if (const int columns = m_definition.detail.columns; columns > 1 || m_definition.detail.height > 0) {
+        if (const int columns = m_definition.detail.columns; columns > 1 || hasLabels()) {
             m_columnWidth = (job.textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
             if (m_columnWidth < MinColumn)
                 throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."));
@@ -42,6 +42,9 @@ public:
 
 private:
     static constexpr std::size_t NoHeading = SIZE_MAX;
+    static constexpr std::size_t NoStrip = SIZE_MAX;
+
+    [[nodiscard]] bool hasLabels() const { return m_definition.detail.height > 0; }
 
     void runRows(RowRange rows)
     {
@@ -178,13 +181,17 @@ private:
     {
         const std::size_t start = m_flow.strips.size();
         const std::size_t kept = m_flow.kept.size();
-        if (group.keepTogether)
+        const bool keepTogether = group.keepTogether && !hasLabels();
+        if (keepTogether)
             m_flow.kept.push_back({start, start, group.mayLeaveEmpty});
+        if (group.newPage)
+            m_label = SIZE_MAX; // a sheet of its own
         m_scope.row = rows.first;
         m_scope.range = rows;
         m_scope.groupNumber = number;
         if (!group.outline.isEmpty())
-            m_flow.outline.push_back({start, int(level), displayText(group.outline.evaluate(m_scope))});
+            m_flow.outline.push_back(
+                {hasLabels() ? NoStrip : start, int(level), displayText(group.outline.evaluate(m_scope))});
         std::size_t heading = NoHeading;
         if (group.repeatHeader)
             heading = beginHeading(group.header);
@@ -199,17 +206,17 @@ private:
         append(group.footer, false);
         if (group.newPage && rows.first != m_rows.first && start < m_flow.strips.size())
             m_flow.strips[start].breakBefore = true;
-        if (group.keepTogether)
+        if (keepTogether)
             m_flow.kept[kept].last = m_flow.strips.size();
     }
 
     void emitDetails(RowRange rows)
     {
-        if (m_definition.detail.height > 0)
-            return emitLabels(rows);
         for (std::size_t row = rows.first; row < rows.last; ++row) {
             m_scope.row = row;
-            if (m_columns)
+            if (hasLabels())
+                appendLabel();
+            else if (m_columns)
                 appendInColumns();
             else
                 appendDetail();
@@ -260,61 +267,45 @@ private:
         m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
     }
 
-    /// Records of one height, line by line or column by column; the first sheet may have lost some of its labels.
-    void emitLabels(RowRange rows)
+    /// Puts the record on the next label, line by line or column by column; the first sheet may have lost some.
+    void appendLabel()
     {
         const Band& detail = m_definition.detail;
+        if (!detail.condition.isEmpty() && !detail.condition.holds(m_scope))
+            return;
         const auto columns = std::size_t(detail.columns);
         const auto linesOfSheet =
             std::max(std::size_t((m_job.bodyHeight + LabelTolerance) / detail.height), std::size_t(1));
         const std::size_t ofSheet = linesOfSheet * columns;
-        const std::size_t skipped = std::exchange(m_skipped, 0) % ofSheet;
-        const std::vector<std::size_t> records = printed(rows);
-        const std::size_t end = records.empty() ? 0 : skipped + records.size();
-        for (std::size_t sheet = 0; sheet < end; sheet += ofSheet) {
-            const std::size_t onSheet = std::min(ofSheet, end - sheet);
-            const std::size_t lines = detail.down ? std::min(linesOfSheet, onSheet) : (onSheet + columns - 1) / columns;
-            for (std::size_t line = 0; line < lines; ++line) {
-                appendLine();
-                m_flow.strips.back().height = detail.height;
-                m_flow.strips.back().breakBefore = line == 0 && sheet > 0;
-                std::size_t firstRow = SIZE_MAX;
-                for (std::size_t column = 0; column < columns; ++column) {
-                    const std::size_t label =
-                        sheet + (detail.down ? column * linesOfSheet + line : line * columns + column);
-                    if (label < skipped || label >= sheet + onSheet)
-                        continue;
-                    firstRow = std::min(firstRow, records[label - skipped]);
-                    appendLabel(records[label - skipped], int(column));
-                }
-                m_flow.strips.back().row = firstRow == SIZE_MAX ? rows.first : firstRow;
-                m_flow.strips.back().beginsRecord = m_isMain && firstRow != SIZE_MAX;
-            }
+        if (m_sheet == NoStrip || m_label >= ofSheet) {
+            m_label = m_sheet == NoStrip ? std::size_t(detail.skip) % ofSheet : 0;
+            m_sheet = m_flow.strips.size();
         }
+        const std::size_t line = detail.down ? m_label % linesOfSheet : m_label / columns;
+        const std::size_t column = detail.down ? m_label / linesOfSheet : m_label % columns;
+        ++m_label;
+        while (m_flow.strips.size() <= m_sheet + line) {
+            appendLine();
+            m_flow.strips.back().height = detail.height;
+            m_flow.strips.back().breakBefore = m_flow.strips.size() == m_sheet + 1 && m_sheet > 0;
+            m_flow.strips.back().beginsRecord = false;
+        }
+        for (auto mark = m_flow.outline.rbegin(); mark != m_flow.outline.rend() && mark->strip == NoStrip; ++mark)
+            mark->strip = m_sheet + line;
+        fillLabel(m_flow.strips[m_sheet + line], int(column));
     }
 
-    /// The rows for which the detail band prints anything: only they take a label.
-    std::vector<std::size_t> printed(RowRange rows)
+    void fillLabel(Strip& line, int column)
     {
-        std::vector<std::size_t> found;
-        for (m_scope.row = rows.first; m_scope.row < rows.last; ++m_scope.row)
-            if (m_definition.detail.condition.isEmpty() || m_definition.detail.condition.holds(m_scope))
-                found.push_back(m_scope.row);
-        return found;
-    }
-
-    void appendLabel(std::size_t row, int column)
-    {
-        m_scope.row = row;
+        if (!std::exchange(line.beginsRecord, m_isMain))
+            line.row = m_scope.row;
         std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
-        Strip& line = m_flow.strips.back();
         const std::size_t before = line.items.size();
         place(std::move(strips), column, line);
         const std::size_t whole = line.items.size();
         cutItems(line.items, before, m_definition.detail.height);
         if (line.items.size() < whole || m_wasCut)
-            m_job.typesetter.note(QStringLiteral("Record %1 is too long for its label and cut.").arg(row + 1));
-        recordDone();
+            m_job.typesetter.note(QStringLiteral("Record %1 is too long for its label and cut.").arg(m_scope.row + 1));
     }
 
     /// Takes away what stands below a height, of texts the lines that do.
@@ -387,9 +378,10 @@ private:
     std::size_t m_watched = 0;           // strips at the last look
     std::optional<BandLayout> m_columns; // of the detail band, if it has columns
     double m_columnWidth = 0;
-    int m_filledColumns = 0; // of the line that is being filled
-    std::size_t m_skipped;   // labels that the first sheet has lost
-    bool m_wasCut = false;   // the label laid out last
+    int m_filledColumns = 0;       // of the line that is being filled
+    std::size_t m_sheet = NoStrip; // the first line of the sheet that is being filled
+    std::size_t m_label = 0;       // the next one of that sheet
+    bool m_wasCut = false;         // the label laid out last
 };
 
 } // namespace
