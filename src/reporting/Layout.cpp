@@ -128,9 +128,11 @@ private:
             rows = linked == inner.byLink.end() ? RowRange{} : linked->second;
         }
         const std::size_t kept = m_flow.kept.size();
-        m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size()});
+        m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size(), m_mayLeaveEmpty});
         const std::size_t first = m_flow.strips.size();
-        ReportLayout(inner, m_job, m_flow, m_left + element.left.in(m_job.textWidth - m_left), false).run(rows);
+        ReportLayout layout(inner, m_job, m_flow, m_left + element.left.in(m_job.textWidth - m_left), false);
+        layout.m_mayLeaveEmpty = m_mayLeaveEmpty;
+        layout.run(rows);
         for (std::size_t i = first; i < m_flow.strips.size(); ++i)
             m_flow.strips[i].row = m_scope.row; // a page that begins there belongs to this report's record
         if (m_flow.strips.size() > m_flow.kept[kept].first)
@@ -184,6 +186,8 @@ private:
         const bool keepTogether = group.keepTogether && !hasLabels();
         if (keepTogether)
             m_flow.kept.push_back({start, start, group.mayLeaveEmpty});
+        const double mayLeaveEmpty =
+            std::exchange(m_mayLeaveEmpty, group.keepTogether ? group.mayLeaveEmpty : m_mayLeaveEmpty);
         if (group.newPage)
             m_label = SIZE_MAX; // a sheet of its own
         m_scope.row = rows.first;
@@ -208,6 +212,7 @@ private:
             m_flow.strips[start].breakBefore = true;
         if (keepTogether)
             m_flow.kept[kept].last = m_flow.strips.size();
+        m_mayLeaveEmpty = mayLeaveEmpty;
     }
 
     void emitDetails(RowRange rows)
@@ -374,6 +379,7 @@ private:
     BandLayout m_bands;
     RowScope m_scope;
     RowRange m_rows;
+    double m_mayLeaveEmpty = 1; // of a page, for what the innermost group around it holds
     std::size_t m_done = 0;
     std::size_t m_watched = 0;           // strips at the last look
     std::optional<BandLayout> m_columns; // of the detail band, if it has columns
