@@ -352,6 +352,16 @@ private Q_SLOTS:
         new LiveReport(preview, path("Shopping.rpt"), 0,
                        []() -> std::optional<Document> { throw std::length_error("too long"); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
+
+        bool kept = false; // what a run is made of, though its preview goes meanwhile
+        const LiveReport* going = new LiveReport(preview, path("Shopping.rpt"), 0, [&, part = std::make_shared<int>()] {
+            const std::weak_ptr<int> own = part;
+            bool& told = kept;
+            delete going;
+            told = !own.expired();
+            return std::optional<Document>();
+        });
+        QTRY_VERIFY(kept);
     }
 
     /// The message lies above the screen that asked, and goes with it.

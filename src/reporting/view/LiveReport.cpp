@@ -99,7 +99,8 @@ void LiveReport::run()
     const qint64 began = QDateTime::currentMSecsSinceEpoch();
     const QPointer<LiveReport> self(this);
     try {
-        std::optional<Document> document = m_rerun();
+        const Rerun rerun = m_rerun; // the preview may go meanwhile, and this with it
+        std::optional<Document> document = rerun();
         if (!self)
             return;
         if (!document)
