@@ -313,34 +313,42 @@ private:
             m_job.typesetter.note(QStringLiteral("Record %1 is too long for its label and cut.").arg(m_scope.row + 1));
     }
 
-    /// Takes away what stands below a height, of texts the lines that do.
+    /// Takes away what stands below a height: of texts the lines that do, of shades, bars and lines the part below it;
+    /// pictures and boxes to tick whole.
     void cutItems(std::vector<Item>& items, std::size_t first, double height)
     {
         m_wasCut = false;
+        const double limit = height + LabelTolerance;
         const auto isOutside = [&](Item& item) {
-            auto* text = std::get_if<TextItem>(&item);
-            if (!text || text->box.bottom() <= height + LabelTolerance)
-                return !text && topOf(item) > height + LabelTolerance;
-            QStringList lines = text->text.split(u'\n');
-            const double lineHeight = text->box.height() / double(lines.size());
-            const auto fits = qsizetype((height + LabelTolerance - text->box.top()) / lineHeight);
-            if (fits <= 0)
-                return true;
-            m_wasCut = true;
-            text->text = lines.first(fits).join(u'\n');
-            text->box.setHeight(lineHeight * double(fits));
-            return false;
+            if (auto* text = std::get_if<TextItem>(&item))
+                return text->box.bottom() > limit && !cutText(*text, limit);
+            if (auto* line = std::get_if<LineItem>(&item)) {
+                if (line->from.y() <= limit && line->to.y() > limit) // an upright one runs down
+                    line->to.setY(height);
+                return line->to.y() > limit;
+            }
+            if (const auto* picture = std::get_if<PictureItem>(&item))
+                return picture->box.bottom() > limit;
+            auto& [box, width, color, fill] = std::get<BoxItem>(item);
+            if (box.bottom() > limit && box.top() <= limit && fill.alpha() > 0)
+                box.setBottom(std::max(height, box.top()));
+            return box.bottom() > limit;
         };
         items.erase(std::remove_if(items.begin() + std::ptrdiff_t(first), items.end(), isOutside), items.end());
     }
 
-    static double topOf(const Item& item)
+    /// Leaves a text the lines that end above the limit; false if none does.
+    bool cutText(TextItem& text, double limit)
     {
-        if (const auto* line = std::get_if<LineItem>(&item))
-            return std::min(line->from.y(), line->to.y());
-        if (const auto* box = std::get_if<BoxItem>(&item))
-            return box->box.top();
-        return std::get<PictureItem>(item).box.top();
+        const QStringList lines = text.text.split(u'\n');
+        const double lineHeight = text.box.height() / double(lines.size());
+        const auto fits = qsizetype((limit - text.box.top()) / lineHeight);
+        if (fits <= 0)
+            return false;
+        m_wasCut = true;
+        text.text = lines.first(fits).join(u'\n');
+        text.box.setHeight(lineHeight * double(fits));
+        return true;
     }
 
     void appendLine()
