@@ -12,7 +12,8 @@ namespace
 
 constexpr std::size_t RowsBetweenProgress = 200;
 constexpr std::size_t StripsBetweenLooks = 200;
-constexpr double MinColumn = 36;        // points
+constexpr double MinColumn = 36; // points
+constexpr std::size_t MostCutNamed = 10;
 constexpr double LabelTolerance = 0.05; // points
 
 class ReportLayout
@@ -63,6 +64,7 @@ private:
             m_scope.row = rows.last - 1;
             m_scope.range = rows;
         }
+        noteCutLabels();
         keepWithPrevious(m_definition.reportFooter);
         append(m_definition.reportFooter, false);
     }
@@ -310,7 +312,24 @@ private:
         const std::size_t whole = line.items.size();
         cutItems(line.items, before, m_definition.detail.height);
         if (line.items.size() < whole || m_wasCut)
-            m_job.typesetter.note(QStringLiteral("Record %1 is too long for its label and cut.").arg(m_scope.row + 1));
+            m_cutRecords.push_back(m_scope.row + 1);
+    }
+
+    /// Tells which records were cut; of many the first ones, and how many others.
+    void noteCutLabels()
+    {
+        const std::size_t count = m_cutRecords.size();
+        QStringList named;
+        for (std::size_t i = 0; i < std::min(count, MostCutNamed); ++i)
+            named << QString::number(m_cutRecords[i]);
+        const QString last = count > MostCutNamed ? QStringLiteral("%1 others").arg(count - MostCutNamed)
+                             : count > 0          ? named.takeLast()
+                                                  : QString();
+        if (count == 1)
+            m_job.typesetter.note(QStringLiteral("Record %1 is too long for its label and cut.").arg(last));
+        else if (count > 1)
+            m_job.typesetter.note(QStringLiteral("Records %1 and %2 are too long for their labels and cut.")
+                                      .arg(named.join(QStringLiteral(", ")), last));
     }
 
     /// Takes away what stands below a height: of texts the lines that do, of shades, bars and lines the part below it;
@@ -396,6 +415,7 @@ private:
     std::size_t m_sheet = NoStrip; // the first line of the sheet that is being filled
     std::size_t m_label = 0;       // the next one of that sheet
     bool m_wasCut = false;         // the label laid out last
+    std::vector<std::size_t> m_cutRecords;
 };
 
 } // namespace

@@ -13,7 +13,6 @@ namespace
 
 /// Widths are sums of rounded advances: a text that fits by less than this has not been broken for nothing.
 constexpr double WidthTolerance = 0.01;
-constexpr std::size_t MostNotes = 12;
 constexpr qsizetype MostCharacters = 8;
 
 const std::map<QString, QStringList>& genericFamilies()
@@ -165,7 +164,7 @@ void Typesetter::note(const QString& message, Place place)
         return known.first == message && known.second.line == place.line && known.second.column == place.column &&
                known.second.file == place.file;
     };
-    if (m_notes.size() < MostNotes && std::none_of(m_notes.begin(), m_notes.end(), same))
+    if (std::none_of(m_notes.begin(), m_notes.end(), same))
         m_notes.emplace_back(message, place);
 }
 
