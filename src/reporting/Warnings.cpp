@@ -41,6 +41,8 @@ private:
                                  &definition.reportFooter, &definition.headings, &definition.nothing})
             rows(definition, band->rows, left, m_textWidth);
         const Band& detail = definition.detail;
+        if (detail.height > m_bodyHeight + PageTolerance)
+            warn(QStringLiteral("These labels are higher than a page's room for them."), detail.place);
         const double column = (m_textWidth - left - detail.gap * (detail.columns - 1)) / detail.columns;
         rows(definition, detail.rows, left, left + column);
         for (const Group& group : definition.groups) {
