@@ -7,6 +7,8 @@ namespace orlo::platform
 
 /// Writes what the system holds of a file to the disk. Raises 61, 68, 70, 75 or 76.
 void flushFile(const QString& path);
+/// The same for an open file, by its descriptor of the C library.
+void flushFile(int descriptor);
 /// Gives a file a second name in the same folder; false where the volume knows no second names.
 [[nodiscard]] bool addName(const QString& path, const QString& name);
 /// Puts a file under another name of the same folder in one step, in the place of the file of that name; on the disk

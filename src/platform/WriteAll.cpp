@@ -1,5 +1,7 @@
 #include "platform/WriteAll.h"
 
+#include "platform/FileNames.h"
+
 #include <QDir>
 #include <QSaveFile>
 
@@ -30,6 +32,12 @@ void writeAll(QIODevice& device, QByteArrayView bytes)
 void commitAll(QSaveFile& file)
 {
     flushAll(file);
+    // Volumes of a network and those with quotas may say only here that there is no room.
+    try {
+        flushFile(file.handle());
+    } catch (const RuntimeError& error) {
+        raiseUnwritable(file.fileName(), error.description());
+    }
     if (!file.commit())
         raiseUnwritable(file.fileName(), file.errorString());
 }

@@ -18,7 +18,7 @@ void writeAll(QIODevice& device, QByteArrayView bytes);
 /// Hands what a file's buffer holds to the system. Raises 75.
 void flushAll(QFileDevice& file);
 /// Puts a file that was written into its place; QSaveFile::commit() alone takes no notice of what its buffer couldn't
-/// get rid of. Raises 75, and what stood there stays.
+/// get rid of, nor of what the disk says of it. Raises 75, and what stood there stays.
 void commitAll(QSaveFile& file);
 
 /// The failure 75 of a file that can't be written: which one, and what the system says of it.

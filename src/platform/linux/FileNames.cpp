@@ -51,6 +51,11 @@ void flushFile(const QString& path)
     flushPath(path, 0);
 }
 
+void flushFile(int descriptor)
+{
+    flush(descriptor);
+}
+
 bool addName(const QString& path, const QString& name)
 {
     return ::link(QFile::encodeName(path).constData(), QFile::encodeName(name).constData()) == 0;

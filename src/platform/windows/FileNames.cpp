@@ -2,6 +2,8 @@
 
 #include "platform/windows/Handle.h"
 
+#include <io.h>
+
 namespace orlo::platform
 {
 
@@ -9,6 +11,11 @@ void flushFile(const QString& path)
 {
     const Handle file(path, GENERIC_WRITE);
     check(file.isOpen() && FlushFileBuffers(file.get()));
+}
+
+void flushFile(int descriptor)
+{
+    check(FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))));
 }
 
 bool addName(const QString& path, const QString& name)

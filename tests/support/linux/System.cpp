@@ -15,13 +15,15 @@
 #include <unistd.h>
 
 static int flushes = 0;
+static bool noFlush = false;
 
 static int flush(long call, int file)
 {
     struct stat status {
     };
     flushes += ::fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
-    return static_cast<int>(::syscall(call, file));
+    errno = ENOSPC;
+    return noFlush ? -1 : static_cast<int>(::syscall(call, file));
 }
 
 // In the place of the C library's, for SQLite, too.
@@ -67,6 +69,11 @@ void failReads(qint64 from, qint64 to)
 {
     badFrom = from;
     badTo = to;
+}
+
+void failFlushes(bool fail)
+{
+    noFlush = fail;
 }
 
 int folderFlushes()

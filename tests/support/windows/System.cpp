@@ -28,6 +28,12 @@ void failReads(qint64, qint64 to)
         skip(QStringLiteral("no disk can be made to fail here"));
 }
 
+void failFlushes(bool fail)
+{
+    if (fail)
+        skip(QStringLiteral("no flush can be made to fail here"));
+}
+
 int folderFlushes()
 {
     return -1;
