@@ -2,7 +2,7 @@ Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (91, 'B', '
 Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active) Values (92, 'C', ' M', 'Y')
 Insert Into Scouts (Scout_SID, First_Name, Active) Values (93, 'A', 'Y')
 Insert Into Leader_Den_Assignments (Adult_SID, Den_SID) Values (1, 91)
-Insert Into Scouts (Scout_SID, Last_Name, Address, Parent_Name1, Parent_Name2, Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, Parent2_Use_Scout_Add, Active) Values (94, 'Ray', '1 Elm', 'Ida', 'Bo', True, True, True, True, 'Y')
+Insert Into Scouts (Scout_SID, Last_Name, Address, Parent_Name1, Parent_Name2, Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, Parent2_Use_Scout_Add, Active) Values (94, 'Ray', '1 Elm', ' Ida ', 'Bo ', True, True, True, True, 'Y')
 Insert Into Scouts (Scout_SID, Last_Name, Address, Parent_Name1, Parent_Name2, Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, Parent2_Use_Scout_Add, Active) Values (95, 'Ray ', '1 ELM', 'Ida', 'Bo', True, True, True, True, 'Y')
 Insert Into Scouts (Scout_SID, Last_Name, Address, Alt_Parent_Address, Parent_Name1, Parent_Name2, Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, Parent2_Use_Scout_Add, Active) Values (96, 'Sand', '2 Oak', '3 Fir', 'Uma', 'Max', True, True, True, False, 'Y')
 Insert Into Scouts (Scout_SID, Last_Name, Address, Parent_Name1, Parent_Name2, Parent1_Correspondance, Parent1_Use_Scout_Add, Parent2_Correspondance, Parent2_Use_Scout_Add, Active) Values (97, 'Tor', '4 Ash', 'Eve', 'Tim', False, True, False, True, 'Y')
