@@ -19,7 +19,9 @@ constexpr int PagesDrawn = 90;
 /// numbers have it.
 bool readsAsFormula(const QString& text)
 {
-    static const QRegularExpression signedNumber(QStringLiteral("^[+-][0-9][0-9 ,.]*%?$"));
+    static const QRegularExpression signedNumber(
+        QStringLiteral("^[+-]([0-9][0-9 ,.]*%?|[0-9]*\\.?[0-9]+(E[+-]?[0-9]+)?)$"),
+        QRegularExpression::CaseInsensitiveOption);
     if (text.startsWith(u'+') || text.startsWith(u'-'))
         return !signedNumber.match(text).hasMatch();
     return text.startsWith(u'=') || text.startsWith(u'@') || text.startsWith(u'\t') || text.startsWith(u'\r');

@@ -406,8 +406,8 @@ private Q_SLOTS:
         QVERIFY2(csv.contains("\r\n\r\nDeep\r\nName,Text,No,T\r\n" + first + ",'@x,'=1+"), qPrintable(csv));
         QVERIFY2(csv.contains("\r\n\r\nAll\r\nPhone\r\n+1 555\r\n"), qPrintable(csv));
         quoting.columns.clear();
-        quoting.rows = {{"-12.5", "+1 740 555", "-5%", "-", "-2+3+cmd|x", "+HYPERLINK(1)", "+1-555", "-A1", "--"}};
-        QCOMPARE(csvText(quoting), "\r\n-12.5,+1 740 555,-5%,'-,'-2+3+cmd|x,'+HYPERLINK(1),'+1-555,'-A1,'--\r\n");
+        quoting.rows = {{"-12.5", "+1 740 555", "-5%", "-", "-2+3+cmd|x", "+HYPERLINK(1)", "+1-555", "-A1", "--", "-.5", "-1.5E-07", "-1E+A1"}};
+        QCOMPARE(csvText(quoting), "\r\n-12.5,+1 740 555,-5%,'-,'-2+3+cmd|x,'+HYPERLINK(1),'+1-555,'-A1,'--,-.5,-1.5E-07,'-1E+A1\r\n");
         writeCsv(document, m_dir.filePath("list.csv"));
         QVERIFY(test::contents(m_dir.filePath("list.csv")).startsWith("\xEF\xBB\xBFQuantity,"));
 
