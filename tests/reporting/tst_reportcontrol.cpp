@@ -354,11 +354,10 @@ private Q_SLOTS:
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
 
         bool kept = false; // what a run is made of, though its preview goes meanwhile
-        const LiveReport* going = new LiveReport(preview, path("Shopping.rpt"), 0, [&, part = std::make_shared<int>()] {
-            const std::weak_ptr<int> own = part;
-            bool& told = kept;
-            delete going;
-            told = !own.expired();
+        const LiveReport* live = new LiveReport(preview, path("Shopping.rpt"), 0, [&, part = std::make_shared<int>()] {
+            const auto look = [&told = kept, own = std::weak_ptr<int>(part)] { told = !own.expired(); };
+            delete live;
+            look();
             return std::optional<Document>();
         });
         QTRY_VERIFY(kept);

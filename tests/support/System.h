@@ -22,8 +22,7 @@ extern const char* const OtherJournal;
 
 /// From here on the disk doesn't give what stands in files between two places, in bytes; up to 0 lifts that.
 void failReads(qint64 from, qint64 to);
-
-/// Whether the disk has no room for a file when it is flushed, as volumes of a network say it.
+/// Whether it has no room for a file when that is flushed, as volumes of a network say it.
 void failFlushes(bool fail);
 
 /// Hides a folder whose name begins with a dot, where the dot doesn't.

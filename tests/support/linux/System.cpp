@@ -22,8 +22,7 @@ static int flush(long call, int file)
     struct stat status {
     };
     flushes += ::fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
-    errno = ENOSPC;
-    return noFlush ? -1 : static_cast<int>(::syscall(call, file));
+    return noFlush ? (errno = ENOSPC, -1) : static_cast<int>(::syscall(call, file));
 }
 
 // In the place of the C library's, for SQLite, too.
