@@ -135,6 +135,10 @@ private:
             sql = who == Tool ? QString("Insert Into T(rowid, SID) Values(%1, %2)").arg(number).arg(m_value)
                               : QString("Insert Into T (SID) Values (%1)").arg(m_value);
             write(who, number, State{m_value, "Null", "Null", "Null", "Null"});
+        } else if (action == 1 && random(4) == 0) {
+            sql = "Delete From T";
+            for (const qint64 number : numbers)
+                write(who, number, {});
         } else if (action == 1) {
             sql = "Delete From T Where SID = " + m_rows[one][0];
             write(who, one, {});
