@@ -36,6 +36,11 @@ std::shared_ptr<const Block> readBlock(Connection& connection, const Source& sou
     return block;
 }
 
+bool Record::same(const Record& other, const Source& source) const
+{
+    return block->rows.same(row, other.block->rows, other.row, source.shape->columns);
+}
+
 std::shared_ptr<KnownRecord> KnownRecords::add(std::shared_ptr<const Source> source, qint64 number)
 {
     std::erase_if(m_records, [](const auto& record) { return record.expired(); });
@@ -67,7 +72,7 @@ void KnownRecords::begin()
         if (!known.record || known.removed || known.changedByAnother)
             return;
         try {
-            known.changedByAnother = !known.record.same(read(known));
+            known.changedByAnother = !known.record.same(read(known), *known.source);
         } catch (const platform::RuntimeError&) { // its table has other columns now
             known.changedByAnother = true;
         }

@@ -46,7 +46,8 @@ struct Record {
     [[nodiscard]] explicit operator bool() const { return block != nullptr; }
     /// True for one that somebody had removed by then.
     [[nodiscard]] bool isGone() const { return block->rows.isGone(row); }
-    [[nodiscard]] bool same(const Record& other) const { return block->rows.same(row, other.block->rows, other.row); }
+    /// True if the other one, of the same source, holds the same, whatever is computed beside it.
+    [[nodiscard]] bool same(const Record& other, const Source& source) const;
 };
 
 /// What a set knows of a record that it may change. It follows the changes that this program makes elsewhere, so that
