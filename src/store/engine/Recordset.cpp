@@ -383,7 +383,7 @@ void Recordset::remove()
     requireUpdatable();
     cancelUpdate();
     requireRecord();
-    m_connection->changeWatch().aboutTo({true, QString::fromUtf8(m_source->tableName)});
+    m_connection->announce({true, QString::fromUtf8(m_source->tableName)});
     change([this] {
         confirm();
         auto statement =

@@ -17,7 +17,7 @@ Transaction::Transaction(Connection& connection) : m_connection(connection)
     m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
     if (!m_outermost)
         return;
-    m_connection.changeWatch().aboutTo({});
+    m_connection.announce({});
     m_connection.run("BEGIN IMMEDIATE");
     m_connection.knownRecords().begin();
 }
