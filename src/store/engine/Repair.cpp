@@ -122,6 +122,7 @@ private:
     void findEdition();
     void makeTables();
     void moveRows();
+    [[nodiscard]] bool isOf(const std::vector<RawRecord>& records, const TableDef& table) const;
     [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
     void moveStrayRows();
     void move(const RawRecord& given, const TableDef& table);
@@ -264,12 +265,25 @@ void Salvage::moveRows()
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
             else if (queries)
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
-            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, *table); }))
+            else if (isOf(records, *table))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
             else
                 m_seen.remove(page);
         }
     }
+}
+
+// Odd values make a page no other table's, unless they are what that table's rows hold.
+bool Salvage::isOf(const std::vector<RawRecord>& records, const TableDef& table) const
+{
+    const auto whole = [&records](const TableDef& one) {
+        return std::ranges::any_of(records, [&one](const RawRecord& record) {
+            return record.values.size() == one.fields().size() && fits(record, one);
+        });
+    };
+    return std::ranges::any_of(records, [&](const RawRecord& record) { return fits(record, table); }) ||
+           (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, table); }) &&
+            std::ranges::none_of(m_tables, whole));
 }
 
 void Salvage::noteQuery(const RawRecord& record)
