@@ -339,6 +339,9 @@ void Salvage::move(const RawRecord& given, const TableDef& table)
         record.values[i] = {};
         lost += fields[i].name;
     };
+    for (const std::size_t i : given.lost)
+        if (i < fields.size())
+            lost += fields[i].name;
     for (std::size_t i = 0; own && i < record.values.size(); ++i)
         if (!fits(record.values[i], fields[i]))
             drop(i);
