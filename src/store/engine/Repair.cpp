@@ -134,7 +134,7 @@ private:
     void makeQueries();
     [[nodiscard]] bool isMade(const QString& name);
     void makeAgain(const QByteArray& sql);
-    std::vector<quint32> leavesBelow(quint32 root);
+    std::vector<quint32> leavesBelow(quint32 root, const QString& table);
 
     PageFile m_pages;
     Connection m_made;
@@ -148,10 +148,11 @@ private:
     QHash<QString, qint64> m_counters; // by table, the highest number given out
     int m_moved = 0;
     QStringList m_missing;
-    QHash<QString, int> m_lost; // by table, the rows of it among these
+    QHash<QString, int> m_lost;      // by table, the rows of it among these
+    QHash<QString, int> m_lostPages; // by table, those that its tree leads to and that are none of a table's
 };
 
-std::vector<quint32> Salvage::leavesBelow(quint32 root)
+std::vector<quint32> Salvage::leavesBelow(quint32 root, const QString& table)
 {
     std::vector<quint32> leaves;
     std::vector<quint32> open{root};
@@ -159,7 +160,11 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root)
         const quint32 page = open.back();
         open.pop_back();
         const PageFile::Kind kind = m_pages.kind(page);
-        if ((kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) || m_seen.contains(page))
+        if (kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) {
+            ++m_lostPages[table];
+            continue;
+        }
+        if (m_seen.contains(page))
             continue;
         m_seen.insert(page);
         if (kind == PageFile::Kind::Leaf) {
@@ -174,7 +179,7 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root)
 
 void Salvage::readCatalogue()
 {
-    std::vector<quint32> leaves = leavesBelow(1);
+    std::vector<quint32> leaves = leavesBelow(1, QStringLiteral("sqlite_master"));
     // Where the way to them is lost, the catalogue's pages are known by what stands in them.
     for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
@@ -259,7 +264,7 @@ void Salvage::moveRows()
         const bool queries = object.name == QLatin1String(StoredQueries);
         if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
             continue;
-        for (const quint32 page : leavesBelow(object.root)) {
+        for (const quint32 page : leavesBelow(object.root, object.name)) {
             const auto records = m_pages.records(page);
             if (counters)
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
@@ -402,7 +407,7 @@ bool Salvage::insert(const RawRecord& record, const TableDef& table)
     return true;
 }
 
-// A table's indexes tell how many rows it had, as far as they are sound.
+// A table's indexes tell how many rows it had, as far as they are sound; without any, its lost pages may have had some.
 void Salvage::countMissing()
 {
     for (const TableDef& table : m_tables) {
@@ -414,6 +419,8 @@ void Salvage::countMissing()
                 had = std::max(had, m_pages.entries(object.root));
         if (had > known)
             m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - known).arg(had);
+        else if (const int pages = m_lostPages.value(table.name()); pages > 0 && (had == 0 || had < known))
+            m_missing += QStringLiteral("%1, %2 pages").arg(table.name()).arg(pages);
     }
     if (m_pages.unreadable() > 0)
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());
