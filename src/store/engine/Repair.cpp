@@ -74,18 +74,36 @@ bool isCatalogueRow(const RawRecord& record)
     return record.values.size() == 5 && Types.contains(textOf(record.values[0]));
 }
 
-// How many columns the table has that a statement makes; none for a damaged statement.
-std::size_t columnsOf(const QByteArray& sql)
+// The columns of the table that a statement makes; none for a damaged statement.
+QStringList columnsOf(const QByteArray& sql)
 {
     sqlite3* scratch = nullptr;
-    std::size_t columns = 0;
+    QStringList columns;
     if (sqlite3_open(":memory:", &scratch) == SQLITE_OK &&
         sqlite3_exec(scratch, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK)
         sqlite3_exec(
             scratch, "SELECT c.name FROM sqlite_master m, pragma_table_info(m.name) c WHERE m.rootpage = 2",
-            [](void* count, int, char**, char**) { return ++*static_cast<std::size_t*>(count), 0; }, &columns, nullptr);
+            [](void* names, int, char** texts, char**) {
+                *static_cast<QStringList*>(names) += QString::fromUtf8(texts[0]);
+                return 0;
+            },
+            &columns, nullptr);
     sqlite3_close(scratch);
     return columns;
+}
+
+// The table with these fields first, as the records have them: another tool may have put them in another order.
+TableDef inOrder(const TableDef& table, const QStringList& first)
+{
+    TableDef ordered(table.name());
+    for (const QString& name : first)
+        ordered.appendField(*table.findField(name));
+    for (const Field& field : table.fields())
+        if (!ordered.findField(field.name))
+            ordered.appendField(field);
+    for (const Index& index : table.indexes())
+        ordered.appendIndex(index);
+    return ordered;
 }
 
 // Moves what a damaged file still holds to a new one.
@@ -221,9 +239,9 @@ void Salvage::makeAgain(const QByteArray& sql)
 void Salvage::findEdition()
 {
     const auto isOf = [this](const Edition& edition) {
-        const std::size_t fields = edition.findTable(edition.telling)->fields().size();
+        const auto fields = std::ssize(edition.findTable(edition.telling)->fields());
         return std::ranges::any_of(m_catalogue, [&](const CatalogueRow& object) {
-            return object.name == edition.telling && columnsOf(object.sql) == fields;
+            return object.name == edition.telling && columnsOf(object.sql).size() == fields;
         });
     };
     const auto found = std::ranges::find_if(m_editions, isOf);
@@ -237,18 +255,22 @@ void Salvage::findEdition()
 // rows. Another program may have added fields to one.
 void Salvage::makeTables()
 {
+    QHash<QString, QStringList> orders;
     for (const CatalogueRow& object : m_catalogue) {
         if (object.type != "table" || !object.sql.startsWith("CREATE TABLE ") || isMade(object.name))
             continue;
         const TableDef* usual = m_edition.findTable(object.name);
-        if (!usual || columnsOf(object.sql) > usual->fields().size())
+        const QStringList columns = columnsOf(object.sql);
+        if (!usual || columns.size() > std::ssize(usual->fields()))
             makeAgain(object.sql);
+        else if (std::ranges::all_of(columns, [usual](const QString& name) { return usual->findField(name); }))
+            orders.insert(usual->name(), columns);
     }
     for (const TableDef& table : m_edition.tables)
         if (!isMade(table.name()))
             createTable(m_made, table);
     for (const QString& name : tableNames(m_made))
-        m_tables.push_back(readTable(m_made, name));
+        m_tables.push_back(inOrder(readTable(m_made, name), orders.value(name)));
     auto keys = m_made.statement("SELECT m.name, c.name FROM sqlite_master m JOIN pragma_table_info(m.name) c "
                                  "WHERE m.type = 'table' AND c.pk = 1 AND c.type = 'INTEGER' COLLATE NOCASE");
     while (keys.step())
