@@ -311,6 +311,7 @@ private Q_SLOTS:
     void scripts()
     {
         QMap<QString, std::shared_ptr<Recordset>> sets;
+        std::optional<Transaction> outer;
         QStringList seen;
         const QStringList script = test::cell("script").trimmed().split(u'\n');
         for (const QString& line : script) {
@@ -325,6 +326,10 @@ private Q_SLOTS:
             };
             if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
+            else if (what == "begin")
+                outer.emplace(m_programs[program]);
+            else if (what == "rollback")
+                outer.reset();
             else if (who == who.toLower())
                 attempt([&] { m_programs[program].execute(what); });
             else if (what.startsWith("open "))

@@ -101,14 +101,19 @@ void KnownRecords::settle()
     });
 }
 
-void KnownRecords::accept()
+void KnownRecords::accept(bool whole)
 {
-    forEach([](KnownRecord& known) {
+    forEach([whole](KnownRecord& known) {
+        if (whole)
+            known.before.reset();
+        else if (!known.before && known.pending != KnownRecord::Change::None)
+            known.before = std::make_shared<const KnownRecord>(known);
         if (known.written)
             known.record = known.written;
         known.removed = known.removed || known.pending == KnownRecord::Change::Removed;
+        known.pending = KnownRecord::Change::None;
+        known.written = {};
     });
-    drop();
     // A file that nobody else can use counts no changes.
     m_version = m_wrote && m_connection.state().version != m_before ? m_before + 1 : m_before;
 }
@@ -116,6 +121,10 @@ void KnownRecords::accept()
 void KnownRecords::drop()
 {
     forEach([](KnownRecord& known) {
+        if (const auto before = std::exchange(known.before, {})) {
+            known.record = before->record;
+            known.removed = before->removed;
+        }
         known.pending = KnownRecord::Change::None;
         known.written = {};
     });

@@ -62,6 +62,7 @@ struct KnownRecord {
     bool changedByAnother = false; ///< before this program wrote it, too
     Change pending = Change::None; ///< by the transaction that is under way
     Record written = {};           ///< what that makes of it
+    std::shared_ptr<const KnownRecord> before = {}; ///< that, once a part of it has ended well
 };
 
 /// The records that a connection's sets know.
@@ -79,8 +80,8 @@ public:
     void note(bool removed, const char* table, qint64 number);
     /// The transaction is about to end: the records that it wrote are read.
     void settle();
-    /// It has ended well, or not.
-    void accept();
+    /// It has ended well, as a whole or as a part of another one, or not.
+    void accept(bool whole);
     void drop();
     /// The file's version as this connection's last transaction left it.
     [[nodiscard]] quint32 version() const { return m_version; }

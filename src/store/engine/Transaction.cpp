@@ -40,7 +40,7 @@ void Transaction::commit()
         m_connection.run("COMMIT");
     m_done = true;
     m_connection.noteChange();
-    m_connection.knownRecords().accept();
+    m_connection.knownRecords().accept(m_outermost);
 }
 
 } // namespace orlo::store
