@@ -131,6 +131,8 @@ private Q_SLOTS:
         QStringList told;
         database.watchChanges([&told](Database&, const Change& change) {
             told += change.removes ? "removes " + change.table : "changes";
+            if (told.size() == 5)
+                throw platform::RuntimeError(platform::DiskFull, "a listener");
             return told.size() != 1;
         });
         Recordset dens = database.openRecordset("Select * From Dens");
@@ -142,6 +144,10 @@ private Q_SLOTS:
         database.aboutToRemove();
         dens.remove();
         database.execute("Delete * From Scouts");
+        Transaction transaction(database);
+        database.execute("Insert Into Dens (Den_SID) Values (9)");
+        database.openRecordset("Select * From Dens").remove();
+        database.execute("Delete * From Adults");
         QCOMPARE(told.join(", "), "changes, changes, removes , removes Dens, removes Scouts");
     }
 

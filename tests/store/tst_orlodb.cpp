@@ -153,14 +153,20 @@ private Q_SLOTS:
         QVERIFY(contents(out()) == before && made() == files);
     }
 
-    // A table that nothing can be read of doesn't keep the others from being counted and exported.
+    // A table that nothing, or not all, can be read of doesn't keep the others from being counted and exported.
     void unreadableTable()
     {
         QCOMPARE(orloDb({"new", out()}).status, 0);
         sqlite(out(), "Create Virtual Table fts_notes Using fts5(a)");
         const Run checked = orloDb({"check", out()});
         QVERIFY(checked.status == 1 && checked.errors.contains("fts_notes") && checked.said.contains("Scouts"));
+        sqlite(out(), "Create Table Mine (a); Insert Into Mine Values ('x'), (Hex(Zeroblob(9000)))");
+        const int end = 4096 * sqlite(out(), "Select pageno From dbstat Where name = 'Mine' And pagetype = 'overflow' "
+                                             "Order By path")[1]
+                                   .toInt();
+        orlo::test::write(out(), contents(out()).replace(end - 4096, 4096, QByteArray(4096, '\0')));
         const Run exported = orloDb({"export", out(), csv("all")});
+        QVERIFY(exported.errors.contains("Mine: ") && !QFile::exists(csv("all/other/Mine.csv")));
         QVERIFY(exported.status == 1 && exported.errors.contains("fts_notes") && QFile::exists(csv("all/Scouts.csv")));
     }
 

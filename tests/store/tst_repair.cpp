@@ -131,31 +131,32 @@ private Q_SLOTS:
     // What doesn't come back is told, and what comes back without a field that no table takes.
     void missing_data()
     {
-        test::tableOf({"case", "before", "lost root", "lost leaf", "missing", "left"}, "store/missing.txt");
+        test::tableOf({"case", "before", "lost root", "lost page", "missing", "look", "left"}, "store/missing.txt");
     }
     void missing()
     {
-        const auto [before, root, leaf, told] = test::cells("before", "lost root", "lost leaf", "missing");
+        const auto [before, root, lost, told, look] =
+            test::cells("before", "lost root", "lost page", "missing", "look");
         const QString path = fresh();
         sqlite(path, "Pragma ignore_check_constraints = On; Insert Into Dens(Den_SID, Den_Number, Den_Name) "
                      "Values(5, 7, 'Bears');" +
                          before.toUtf8());
         if (!root.isEmpty())
             write(path, test::withoutRootOf(path, root));
-        const qsizetype page = sqlite(path, "Select pageno - 1 From dbstat Where name = 'Assigned_Awards_Scouts' And "
-                                            "pagetype = 'leaf' Limit 1 Offset 3")
-                                   .value(0)
-                                   .toInt() *
-                               PageSize;
-        if (leaf == "unreadable")
+        const QString which = QString("Select pageno - 1 From dbstat Where pagetype = '%1' And name = '%2' "
+                                      "Order By path Limit 1 Offset 3")
+                                  .arg(lost.section(u' ', 0, 0), lost.section(u' ', 1, 1));
+        const qsizetype page = sqlite(path, which.toUtf8()).value(0).toInt() * PageSize;
+        if (lost.endsWith("unreadable"))
             test::failReads(page, page + PageSize);
-        else if (!leaf.isEmpty())
+        else if (!lost.isEmpty())
             write(path, contents(path).replace(page, PageSize, QByteArray(PageSize, '\0')));
         const Repaired repaired = DBEngine::repairDatabase(path, schema::editions());
         test::failReads(0, 0);
         static const QRegularExpression Count(", [0-9]+ of");
         QCOMPARE(QString(repaired.missing.join("; ")).replace(Count, ", * of"), told);
-        QTEST(sqlite(path, "Select Den_SID, Den_Number, Den_Name From Dens").join(' ').replace(u'|', u'.'), "left");
+        const QString den = "Den_SID, Den_Number, Den_Name From Dens";
+        QTEST(sqlite(path, "Select " + (look.isEmpty() ? den : look).toUtf8()).join(' ').replace(u'|', u'.'), "left");
     }
 
     // A file of another tool may hold its texts in UTF-16.

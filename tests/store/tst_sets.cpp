@@ -135,6 +135,10 @@ private:
             sql = who == Tool ? QString("Insert Into T(rowid, SID) Values(%1, %2)").arg(number).arg(m_value)
                               : QString("Insert Into T (SID) Values (%1)").arg(m_value);
             write(who, number, State{m_value, "Null", "Null", "Null", "Null"});
+        } else if (action == 1 && random(4) == 0) {
+            sql = "Delete From T";
+            for (const qint64 number : numbers)
+                write(who, number, {});
         } else if (action == 1) {
             sql = "Delete From T Where SID = " + m_rows[one][0];
             write(who, one, {});
@@ -307,6 +311,7 @@ private Q_SLOTS:
     void scripts()
     {
         QMap<QString, std::shared_ptr<Recordset>> sets;
+        std::optional<Transaction> outer;
         QStringList seen;
         const QStringList script = test::cell("script").trimmed().split(u'\n');
         for (const QString& line : script) {
@@ -321,6 +326,10 @@ private Q_SLOTS:
             };
             if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
+            else if (what == "begin")
+                outer.emplace(m_programs[program]);
+            else if (what == "rollback")
+                outer.reset();
             else if (who == who.toLower())
                 attempt([&] { m_programs[program].execute(what); });
             else if (what.startsWith("open "))

@@ -36,11 +36,8 @@ struct ToCell {
     }
 };
 
-void exportTable(store::Recordset& rows, const QStringList& fields, const QString& path)
+void writeTable(QFile& file, store::Recordset& rows, const QStringList& fields)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        platform::raiseUnwritable(path, file.errorString());
     QList<QByteArray> cells;
     for (const QString& field : fields)
         cells += textCell(field);
@@ -52,6 +49,20 @@ void exportTable(store::Recordset& rows, const QStringList& fields, const QStrin
         platform::writeAll(file, cells.join(',') + '\n');
     }
     platform::flushAll(file);
+}
+
+// Half a table isn't left where it would pass for the whole.
+void exportTable(store::Recordset& rows, const QStringList& fields, const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        platform::raiseUnwritable(path, file.errorString());
+    try {
+        writeTable(file, rows, fields);
+    } catch (...) {
+        file.remove();
+        throw;
+    }
 }
 
 void makeFolder(const QString& folder)

@@ -22,7 +22,7 @@ public:
     using Listener = std::function<bool(const Change&)>;
 
     void listen(Listener listener) { m_listener = std::move(listener); }
-    /// To be called outside a transaction.
+    /// To be called outside a transaction. What the listener raises is logged.
     void aboutTo(const Change& change);
 
 private:

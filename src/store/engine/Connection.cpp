@@ -296,6 +296,14 @@ void Connection::run(const QByteArray& sql)
         raiseLast(code);
 }
 
+// The listener reads the file, which in a transaction is neither as it was nor as it will be.
+void Connection::announce(const Change& change)
+{
+    readyToWrite();
+    if (sqlite3_get_autocommit(m_db) != 0)
+        m_changeWatch.aboutTo(change);
+}
+
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
 {
     if (const auto* known = m_translations.object(statement))

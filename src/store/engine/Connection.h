@@ -70,6 +70,8 @@ public:
 
     /// What is told ahead of this connection's changes.
     [[nodiscard]] ChangeWatch& changeWatch() { return m_changeWatch; }
+    /// Tells it, unless a transaction is under way.
+    void announce(const Change& change);
     /// Waits for other programs as long as usual.
     void waitForOthers();
 

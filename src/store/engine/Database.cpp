@@ -114,7 +114,7 @@ void Database::execute(const QString& sql)
     if (action->kind == Translated::Kind::Select)
         throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
     if (action->kind == Translated::Kind::Delete)
-        m_connection->changeWatch().aboutTo({true, action->removesFrom});
+        m_connection->announce({true, action->removesFrom});
     m_connection->execute(*action);
 }
 
@@ -129,7 +129,7 @@ void Database::watchChanges(std::function<bool(Database&, const Change&)> listen
 
 void Database::aboutToRemove()
 {
-    m_connection->changeWatch().aboutTo({true});
+    m_connection->announce({true});
 }
 
 void Database::copyTo(const QString& path)

@@ -101,7 +101,8 @@ public:
     /// Nothing without a reading: a change ends it, too.
     void endReading() noexcept;
     /// Has somebody told ahead of the first change of each day and of each removal of rows. The listener gives false
-    /// where it wants to be told of the next change, too.
+    /// where it wants to be told of the next change, too; what it raises is logged. Nobody is told within a
+    /// transaction.
     void watchChanges(std::function<bool(Database&, const Change&)> listener);
     /// Tells of a removal that begins with other steps.
     void aboutToRemove();

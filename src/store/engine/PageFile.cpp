@@ -118,24 +118,27 @@ qsizetype pageSizeOf(QByteArrayView file)
 }
 
 // None unless the record's header and the size that was stated for it agree.
-std::optional<std::vector<RawValue>> readValues(QByteArrayView bytes, qint64 stated, quint32 encoding)
+std::optional<RawRecord> readRecord(qint64 key, QByteArrayView bytes, qint64 stated, quint32 encoding)
 {
     qsizetype at = 0;
     const auto header = variable(bytes, at);
     if (!header || *header < at || *header > bytes.size())
         return std::nullopt;
-    std::vector<RawValue> values;
+    RawRecord record{key, {}};
     qint64 start = *header;
     while (at < *header) {
         const auto kind = variable(bytes, at);
         if (!kind || *kind < 0 || at > *header || sizeOf(*kind) > stated - start)
             return std::nullopt;
         const qint64 size = sizeOf(*kind);
-        values.push_back(start + size <= bytes.size() ? readValue(*kind, bytes.sliced(start, size), encoding)
-                                                      : RawValue());
+        const bool there = size == 0 || start + size <= bytes.size();
+        if (!there)
+            record.lost.push_back(record.values.size());
+        const QByteArrayView value = there && size > 0 ? bytes.sliced(start, size) : QByteArrayView();
+        record.values.push_back(there ? readValue(*kind, value, encoding) : RawValue());
         start += size;
     }
-    return start == stated ? std::optional(std::move(values)) : std::nullopt;
+    return start == stated ? std::optional(std::move(record)) : std::nullopt;
 }
 
 } // namespace
@@ -259,8 +262,8 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
             continue;
         const Payload whole = payload(bytes, cell, *size);
         left -= std::min<qsizetype>(*size, m_pageSize - cell);
-        if (auto values = readValues(whole.bytes, whole.stated, m_encoding))
-            found.push_back({*key, std::move(*values)});
+        if (auto record = readRecord(*key, whole.bytes, whole.stated, m_encoding))
+            found.push_back(std::move(*record));
     }
     return found;
 }
@@ -282,7 +285,8 @@ PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 si
     quint32 next = bigEndian<quint32>(page, at + local);
     while (result.bytes.size() < size && m_leftToFollow > 0) {
         const QByteArrayView more = pageBytes(next);
-        if (more.isEmpty() || more[0] == LeafMark || more[0] == InteriorMark)
+        const bool blank = std::ranges::all_of(more, [](char byte) { return byte == '\0'; }); // or outside the file
+        if (blank || more[0] == LeafMark || more[0] == InteriorMark)
             break;
         result.bytes += more.sliced(4, std::min<qsizetype>(m_pageSize - 4, size - result.bytes.size()));
         m_leftToFollow -= m_pageSize;

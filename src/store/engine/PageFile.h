@@ -20,6 +20,7 @@ using RawValue = std::variant<std::monostate, qint64, double, RawText, QByteArra
 struct RawRecord {
     qint64 key = 0;
     std::vector<RawValue> values;
+    std::vector<std::size_t> lost = {}; ///< which fields these are
 };
 
 /// The pages of a database file, read without the engine and without trust: what a damaged page doesn't hold any more

@@ -36,6 +36,11 @@ std::shared_ptr<const Block> readBlock(Connection& connection, const Source& sou
     return block;
 }
 
+bool Record::same(const Record& other, const Source& source) const
+{
+    return block->rows.same(row, other.block->rows, other.row, source.shape->columns);
+}
+
 std::shared_ptr<KnownRecord> KnownRecords::add(std::shared_ptr<const Source> source, qint64 number)
 {
     std::erase_if(m_records, [](const auto& record) { return record.expired(); });
@@ -67,7 +72,7 @@ void KnownRecords::begin()
         if (!known.record || known.removed || known.changedByAnother)
             return;
         try {
-            known.changedByAnother = !known.record.same(read(known));
+            known.changedByAnother = !known.record.same(read(known), *known.source);
         } catch (const platform::RuntimeError&) { // its table has other columns now
             known.changedByAnother = true;
         }
@@ -96,14 +101,19 @@ void KnownRecords::settle()
     });
 }
 
-void KnownRecords::accept()
+void KnownRecords::accept(bool whole)
 {
-    forEach([](KnownRecord& known) {
+    forEach([whole](KnownRecord& known) {
+        if (whole)
+            known.before.reset();
+        else if (!known.before && known.pending != KnownRecord::Change::None)
+            known.before = std::make_shared<const KnownRecord>(known);
         if (known.written)
             known.record = known.written;
         known.removed = known.removed || known.pending == KnownRecord::Change::Removed;
+        known.pending = KnownRecord::Change::None;
+        known.written = {};
     });
-    drop();
     // A file that nobody else can use counts no changes.
     m_version = m_wrote && m_connection.state().version != m_before ? m_before + 1 : m_before;
 }
@@ -111,6 +121,10 @@ void KnownRecords::accept()
 void KnownRecords::drop()
 {
     forEach([](KnownRecord& known) {
+        if (const auto before = std::exchange(known.before, {})) {
+            known.record = before->record;
+            known.removed = before->removed;
+        }
         known.pending = KnownRecord::Change::None;
         known.written = {};
     });

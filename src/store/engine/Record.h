@@ -46,7 +46,8 @@ struct Record {
     [[nodiscard]] explicit operator bool() const { return block != nullptr; }
     /// True for one that somebody had removed by then.
     [[nodiscard]] bool isGone() const { return block->rows.isGone(row); }
-    [[nodiscard]] bool same(const Record& other) const { return block->rows.same(row, other.block->rows, other.row); }
+    /// True if the other one, of the same source, holds the same, whatever is computed beside it.
+    [[nodiscard]] bool same(const Record& other, const Source& source) const;
 };
 
 /// What a set knows of a record that it may change. It follows the changes that this program makes elsewhere, so that
@@ -61,6 +62,7 @@ struct KnownRecord {
     bool changedByAnother = false; ///< before this program wrote it, too
     Change pending = Change::None; ///< by the transaction that is under way
     Record written = {};           ///< what that makes of it
+    std::shared_ptr<const KnownRecord> before = {}; ///< that, once a part of it has ended well
 };
 
 /// The records that a connection's sets know.
@@ -78,8 +80,8 @@ public:
     void note(bool removed, const char* table, qint64 number);
     /// The transaction is about to end: the records that it wrote are read.
     void settle();
-    /// It has ended well, or not.
-    void accept();
+    /// It has ended well, as a whole or as a part of another one, or not.
+    void accept(bool whole);
     void drop();
     /// The file's version as this connection's last transaction left it.
     [[nodiscard]] quint32 version() const { return m_version; }

@@ -318,7 +318,7 @@ void Recordset::confirm()
     if (now.isGone() || m_known->removed || (before && before.isGone()))
         refuse(platform::RecordDeleted);
     m_shown = m_known->record = now;
-    if (std::exchange(m_known->changedByAnother, false) || (before && !before.same(now)))
+    if (std::exchange(m_known->changedByAnother, false) || (before && !before.same(now, *m_source)))
         refuse(platform::ChangedByAnother);
 }
 
@@ -383,7 +383,7 @@ void Recordset::remove()
     requireUpdatable();
     cancelUpdate();
     requireRecord();
-    m_connection->changeWatch().aboutTo({true, QString::fromUtf8(m_source->tableName)});
+    m_connection->announce({true, QString::fromUtf8(m_source->tableName)});
     change([this] {
         confirm();
         auto statement =

@@ -29,6 +29,11 @@ class Recordset
 public:
     /// As Database::openRecordset().
     Recordset(std::shared_ptr<Connection> connection, const QString& source, const std::function<void()>& readingOn);
+    ~Recordset() = default;
+    Recordset(Recordset&&) noexcept = default;
+    Recordset& operator=(Recordset&&) noexcept = default;
+    Recordset(const Recordset&) = delete; // two would share what they know of a record
+    Recordset& operator=(const Recordset&) = delete;
 
     /// Both true on an empty set; bof() before the first record, eof() past the last.
     [[nodiscard]] bool bof() const;

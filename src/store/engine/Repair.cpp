@@ -74,18 +74,36 @@ bool isCatalogueRow(const RawRecord& record)
     return record.values.size() == 5 && Types.contains(textOf(record.values[0]));
 }
 
-// How many columns the table has that a statement makes; none for a damaged statement.
-std::size_t columnsOf(const QByteArray& sql)
+// The columns of the table that a statement makes; none for a damaged statement.
+QStringList columnsOf(const QByteArray& sql)
 {
     sqlite3* scratch = nullptr;
-    std::size_t columns = 0;
+    QStringList columns;
     if (sqlite3_open(":memory:", &scratch) == SQLITE_OK &&
         sqlite3_exec(scratch, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK)
         sqlite3_exec(
             scratch, "SELECT c.name FROM sqlite_master m, pragma_table_info(m.name) c WHERE m.rootpage = 2",
-            [](void* count, int, char**, char**) { return ++*static_cast<std::size_t*>(count), 0; }, &columns, nullptr);
+            [](void* names, int, char** texts, char**) {
+                *static_cast<QStringList*>(names) += QString::fromUtf8(texts[0]);
+                return 0;
+            },
+            &columns, nullptr);
     sqlite3_close(scratch);
     return columns;
+}
+
+// The table with these fields first, as the records have them: another tool may have put them in another order.
+TableDef inOrder(const TableDef& table, const QStringList& first)
+{
+    TableDef ordered(table.name());
+    for (const QString& name : first)
+        ordered.appendField(*table.findField(name));
+    for (const Field& field : table.fields())
+        if (!ordered.findField(field.name))
+            ordered.appendField(field);
+    for (const Index& index : table.indexes())
+        ordered.appendIndex(index);
+    return ordered;
 }
 
 // Moves what a damaged file still holds to a new one.
@@ -122,6 +140,7 @@ private:
     void findEdition();
     void makeTables();
     void moveRows();
+    [[nodiscard]] bool isOf(const std::vector<RawRecord>& records, const TableDef& table) const;
     [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
     void moveStrayRows();
     void move(const RawRecord& given, const TableDef& table);
@@ -133,7 +152,7 @@ private:
     void makeQueries();
     [[nodiscard]] bool isMade(const QString& name);
     void makeAgain(const QByteArray& sql);
-    std::vector<quint32> leavesBelow(quint32 root);
+    std::vector<quint32> leavesBelow(quint32 root, const QString& table);
 
     PageFile m_pages;
     Connection m_made;
@@ -147,10 +166,11 @@ private:
     QHash<QString, qint64> m_counters; // by table, the highest number given out
     int m_moved = 0;
     QStringList m_missing;
-    QHash<QString, int> m_lost; // by table, the rows of it among these
+    QHash<QString, int> m_lost;      // by table, the rows of it among these
+    QHash<QString, int> m_lostPages; // by table, those that its tree leads to and that are none of a table's
 };
 
-std::vector<quint32> Salvage::leavesBelow(quint32 root)
+std::vector<quint32> Salvage::leavesBelow(quint32 root, const QString& table)
 {
     std::vector<quint32> leaves;
     std::vector<quint32> open{root};
@@ -158,7 +178,11 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root)
         const quint32 page = open.back();
         open.pop_back();
         const PageFile::Kind kind = m_pages.kind(page);
-        if ((kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) || m_seen.contains(page))
+        if (kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) {
+            ++m_lostPages[table];
+            continue;
+        }
+        if (m_seen.contains(page))
             continue;
         m_seen.insert(page);
         if (kind == PageFile::Kind::Leaf) {
@@ -173,7 +197,7 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root)
 
 void Salvage::readCatalogue()
 {
-    std::vector<quint32> leaves = leavesBelow(1);
+    std::vector<quint32> leaves = leavesBelow(1, QStringLiteral("sqlite_master"));
     // Where the way to them is lost, the catalogue's pages are known by what stands in them.
     for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
@@ -215,9 +239,9 @@ void Salvage::makeAgain(const QByteArray& sql)
 void Salvage::findEdition()
 {
     const auto isOf = [this](const Edition& edition) {
-        const std::size_t fields = edition.findTable(edition.telling)->fields().size();
+        const auto fields = std::ssize(edition.findTable(edition.telling)->fields());
         return std::ranges::any_of(m_catalogue, [&](const CatalogueRow& object) {
-            return object.name == edition.telling && columnsOf(object.sql) == fields;
+            return object.name == edition.telling && columnsOf(object.sql).size() == fields;
         });
     };
     const auto found = std::ranges::find_if(m_editions, isOf);
@@ -231,18 +255,22 @@ void Salvage::findEdition()
 // rows. Another program may have added fields to one.
 void Salvage::makeTables()
 {
+    QHash<QString, QStringList> orders;
     for (const CatalogueRow& object : m_catalogue) {
         if (object.type != "table" || !object.sql.startsWith("CREATE TABLE ") || isMade(object.name))
             continue;
         const TableDef* usual = m_edition.findTable(object.name);
-        if (!usual || columnsOf(object.sql) > usual->fields().size())
+        const QStringList columns = columnsOf(object.sql);
+        if (!usual || columns.size() > std::ssize(usual->fields()))
             makeAgain(object.sql);
+        else if (std::ranges::all_of(columns, [usual](const QString& name) { return usual->findField(name); }))
+            orders.insert(usual->name(), columns);
     }
     for (const TableDef& table : m_edition.tables)
         if (!isMade(table.name()))
             createTable(m_made, table);
     for (const QString& name : tableNames(m_made))
-        m_tables.push_back(readTable(m_made, name));
+        m_tables.push_back(inOrder(readTable(m_made, name), orders.value(name)));
     auto keys = m_made.statement("SELECT m.name, c.name FROM sqlite_master m JOIN pragma_table_info(m.name) c "
                                  "WHERE m.type = 'table' AND c.pk = 1 AND c.type = 'INTEGER' COLLATE NOCASE");
     while (keys.step())
@@ -258,18 +286,31 @@ void Salvage::moveRows()
         const bool queries = object.name == QLatin1String(StoredQueries);
         if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
             continue;
-        for (const quint32 page : leavesBelow(object.root)) {
+        for (const quint32 page : leavesBelow(object.root, object.name)) {
             const auto records = m_pages.records(page);
             if (counters)
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
             else if (queries)
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
-            else if (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, *table); }))
+            else if (isOf(records, *table))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
             else
                 m_seen.remove(page);
         }
     }
+}
+
+// Odd values make a page no other table's, unless they are what that table's rows hold.
+bool Salvage::isOf(const std::vector<RawRecord>& records, const TableDef& table) const
+{
+    const auto whole = [&records](const TableDef& one) {
+        return std::ranges::any_of(records, [&one](const RawRecord& record) {
+            return record.values.size() == one.fields().size() && fits(record, one);
+        });
+    };
+    return std::ranges::any_of(records, [&](const RawRecord& record) { return fits(record, table); }) ||
+           (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, table); }) &&
+            std::ranges::none_of(m_tables, whole));
 }
 
 void Salvage::noteQuery(const RawRecord& record)
@@ -325,6 +366,9 @@ void Salvage::move(const RawRecord& given, const TableDef& table)
         record.values[i] = {};
         lost += fields[i].name;
     };
+    for (const std::size_t i : given.lost)
+        if (i < fields.size())
+            lost += fields[i].name;
     for (std::size_t i = 0; own && i < record.values.size(); ++i)
         if (!fits(record.values[i], fields[i]))
             drop(i);
@@ -385,7 +429,7 @@ bool Salvage::insert(const RawRecord& record, const TableDef& table)
     return true;
 }
 
-// A table's indexes tell how many rows it had, as far as they are sound.
+// A table's indexes tell how many rows it had, as far as they are sound; without any, its lost pages may have had some.
 void Salvage::countMissing()
 {
     for (const TableDef& table : m_tables) {
@@ -397,6 +441,8 @@ void Salvage::countMissing()
                 had = std::max(had, m_pages.entries(object.root));
         if (had > known)
             m_missing += QStringLiteral("%1, %2 of %3 rows").arg(table.name()).arg(had - known).arg(had);
+        else if (const int pages = m_lostPages.value(table.name()); pages > 0 && (had == 0 || had < known))
+            m_missing += QStringLiteral("%1, %2 pages").arg(table.name()).arg(pages);
     }
     if (m_pages.unreadable() > 0)
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());

@@ -96,13 +96,15 @@ std::string_view Rows::bytes(const Cell& cell) const
     return std::string_view(m_bytes).substr(static_cast<std::size_t>(cell.start), cell.length);
 }
 
-bool Rows::same(qsizetype row, const Rows& others, qsizetype othersRow) const
+bool Rows::same(qsizetype row, const Rows& others, qsizetype othersRow, const std::vector<QByteArray>& columns) const
 {
     if (isGone(row) || others.isGone(othersRow))
         return isGone(row) == others.isGone(othersRow);
     for (int column = 0; column < static_cast<int>(m_columns); ++column) {
         const Cell& a = cell(row, column);
         const Cell& b = others.cell(othersRow, column);
+        if (columns[static_cast<std::size_t>(column)].isEmpty())
+            continue;
         if (a.kind != b.kind || (a.kind == Kind::Whole && a.whole != b.whole) ||
             (a.kind == Kind::Number && a.number != b.number) || (a.kind == Kind::Text && bytes(a) != others.bytes(b)))
             return false;

@@ -2,6 +2,8 @@
 
 #include "store/engine/Value.h"
 
+#include <QByteArray>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,8 +32,9 @@ public:
     /// The memory that they take, roughly.
     [[nodiscard]] std::size_t bytes() const { return m_bytes.size() + m_cells.size() * sizeof(Cell); }
     [[nodiscard]] bool isGone(qsizetype row) const { return !m_there[static_cast<std::size_t>(row)]; }
-    /// True if a row of others, which have the same columns, holds the same.
-    [[nodiscard]] bool same(qsizetype row, const Rows& others, qsizetype othersRow) const;
+    /// True if a row of others, which have the same columns, holds the same in those that have a name here.
+    [[nodiscard]] bool same(qsizetype row, const Rows& others, qsizetype othersRow,
+                            const std::vector<QByteArray>& columns) const;
     /// The value as a field of the type reads it; what the file holds of another kind comes as it is.
     [[nodiscard]] Value value(qsizetype row, int column, FieldType type) const;
     /// The field type that fits what the column holds, for columns that declare none.

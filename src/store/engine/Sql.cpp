@@ -127,7 +127,10 @@ void SqlTranslator::remove()
     expect(Symbol::From);
     Scope scope(m_scope, nullptr);
     m_result.removesFrom = target().toString();
-    where();
+    if (at(Symbol::Where))
+        where();
+    else
+        m_out.sql += QLatin1String(" WHERE 1"); // without one SQLite tells of no row that goes
 }
 
 // The table that a statement changes; its fields may be named from here on.

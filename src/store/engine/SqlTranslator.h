@@ -85,6 +85,8 @@ private:
     bool group(Query& query);
     void readOrder(Query& query);
     void requireGrouped(const Query& query);
+    [[nodiscard]] Level bindingOf(qsizetype at) const;
+    [[nodiscard]] qsizetype endOfSame(qsizetype at, const std::pair<qsizetype, qsizetype>& expression) const;
     [[nodiscard]] bool isGrouped(const Query& query, qsizetype field) const;
 
     // Expressions.

@@ -17,7 +17,7 @@ Transaction::Transaction(Connection& connection) : m_connection(connection)
     m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
     if (!m_outermost)
         return;
-    m_connection.changeWatch().aboutTo({});
+    m_connection.announce({});
     m_connection.run("BEGIN IMMEDIATE");
     m_connection.knownRecords().begin();
 }
@@ -40,7 +40,7 @@ void Transaction::commit()
         m_connection.run("COMMIT");
     m_done = true;
     m_connection.noteChange();
-    m_connection.knownRecords().accept();
+    m_connection.knownRecords().accept(m_outermost);
 }
 
 } // namespace orlo::store
