@@ -8,7 +8,7 @@ manual_packages=(lowdown)
 test_packages=(ccache poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
 package_packages=(qt6-wayland dpkg-dev file)
 check_packages=(debootstrap poppler-utils lintian appstream desktop-file-utils)
-bench_packages=(libbenchmark-dev libqt6sql6-sqlite)
+bench_packages=(libbenchmark-dev libqt6sql6-sqlite mdbtools)
 
 install_missing() { # install_missing PACKAGE...
     local missing=() package
