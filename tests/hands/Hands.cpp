@@ -2,6 +2,7 @@
 
 #include "hands/Server.h"
 #include "shell/frame/mdiPendrake.h"
+#include "support/RecordScreen.h"
 #include "widgets/Form.h"
 
 namespace orlo::test
@@ -281,6 +282,19 @@ void closeAll()
 }
 
 } // namespace
+
+bool showFrame()
+{
+    frame().showMaximized();
+    return QTest::qWaitForWindowActive(&frame());
+}
+
+void copyFiles()
+{
+    copyLayouts();
+    for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
+        QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
+}
 
 QString atTheScreen(const std::function<void()>& work)
 {

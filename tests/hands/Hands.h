@@ -29,6 +29,11 @@ namespace orlo::test
 ///                     list or grid its current row, pages the title of the current one, anything its text
 [[nodiscard]] QString runHands(const QString& script);
 
+/// Shows the frame as large as the screen; false if it doesn't become active.
+[[nodiscard]] bool showFrame();
+/// Copies the layouts and the report files to the application's folder.
+void copyFiles();
+
 /// Does the work in a thread of its own while the program's event loop runs; empty, or the text of the failure that it
 /// raised. Whatever was left open is closed.
 [[nodiscard]] QString atTheScreen(const std::function<void()>& work);

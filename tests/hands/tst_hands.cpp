@@ -13,12 +13,7 @@ class tst_hands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        auto& frame = mdiPendrake::instance();
-        frame.showMaximized();
-        QVERIFY(QTest::qWaitForWindowActive(&frame));
-    }
+    void initTestCase() { QVERIFY(test::showFrame()); }
 
     void hands_data() { test::cases({"script", "query", "result"}, "hands/hands.txt"); }
     void hands() { QCOMPARE(afterHands(), test::cell("result").trimmed()); }
@@ -30,9 +25,7 @@ private:
         const auto [script, query] = test::cells("script", "query");
         const bool empty = script.startsWith("empty ");
         const test::AppFolder folder;
-        test::copyLayouts();
-        for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
-            QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
+        test::copyFiles();
         if (!empty)
             test::fill(test::contents(ORLO_SOURCE_DIR "/tests/hands/pack.sql"));
         openDatabase(databasePath()); // as the program does

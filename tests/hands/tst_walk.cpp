@@ -284,9 +284,7 @@ struct Walk {
 struct PackFolder : test::AppFolder {
     PackFolder()
     {
-        test::copyLayouts();
-        for (const QFileInfo& file : QDir(ORLO_SOURCE_DIR "/src/reports/files").entryInfoList(QDir::Files))
-            QFile::copy(file.filePath(), gAppPath + u'/' + file.fileName());
+        test::copyFiles();
         test::fill(Dozens);
     }
 };
@@ -356,12 +354,7 @@ class tst_walk : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        auto& frame = mdiPendrake::instance();
-        frame.showMaximized();
-        QVERIFY(QTest::qWaitForWindowActive(&frame));
-    }
+    void initTestCase() { QVERIFY(test::showFrame()); }
 
     // Two access keys while Alt is held: however soon the second comes, all is as if the program had been waited for.
     void chords_data()
