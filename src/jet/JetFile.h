@@ -61,7 +61,7 @@ public:
     /// Calls back for each row that isn't deleted, in file order; a moved row counts at its old place.
     void walk(const Table& table, const std::function<void(const Row&)>& take);
 
-    /// Values of the row being read.
+    // Values of the row being read.
     /// An integer of so many bytes, as its bits stand.
     [[nodiscard]] std::uint64_t whole(Bytes bytes, int width) const;
     [[nodiscard]] std::u16string shortText(Bytes bytes) const;
