@@ -15,7 +15,7 @@ inline QString withoutBlanks(QString text)
     return text.removeIf([](QChar c) { return c.isSpace(); });
 }
 
-/// The number of pages in a PDF file, -1 without such a file.
+/// The number of pages in a PDF file; -1 if it doesn't exist.
 inline int pagesOf(const QString& pdf)
 {
     QFile file(pdf);
@@ -25,8 +25,7 @@ inline int pagesOf(const QString& pdf)
     return static_cast<int>(QString::fromLatin1(file.readAll()).count(page));
 }
 
-/// What a PDF file says, in the order in which it is drawn and without blanks and line ends; nothing where the reader,
-/// pdftotext, isn't installed.
+/// A PDF file's text in drawing order, without blanks and line ends; empty if pdftotext isn't installed.
 inline QString textOf(const QString& pdf)
 {
     QProcess reader;
@@ -34,7 +33,7 @@ inline QString textOf(const QString& pdf)
     return reader.waitForFinished() ? withoutBlanks(QString::fromUtf8(reader.readAll())) : QString();
 }
 
-/// Makes the default printer one that prints into the PDF file, until the factory is set again.
+/// Makes the default printer print to the PDF file until the factory is set again.
 inline void printInto(const QString& pdf)
 {
     reporting::setPrinterFactory([pdf] {
