@@ -1,6 +1,6 @@
 #include "Subjects.h"
 #include "Table.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "support/Files.h"
 #include "support/JetPages.h"
 

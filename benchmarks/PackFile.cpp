@@ -2,7 +2,7 @@
 
 #include "shell/forms/Module1.h"
 #include "store/engine/Functions.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
 #include "widgets/Form.h"
 

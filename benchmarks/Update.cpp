@@ -21,7 +21,7 @@ namespace
 void makeOldFile(const QString& path)
 {
     auto fresh = store::DBEngine::createDatabase(path);
-    store::createSchema10(fresh);
+    store::createSchema(fresh, store::schema::V10);
     fresh.close();
     const QByteArray count = "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < ";
     PlainDatabase(path).run(
@@ -76,7 +76,7 @@ void updatePlain(const PlainDatabase& file)
                "INSERT INTO Assigned_Awards_Scouts VALUES(?1, ?2, ?3, ?4, ?5, NULL, ?6)");
     file.run("DROP TABLE AAS_TMP");
     const auto& fields = findTable(u"Scouts")->fields();
-    for (std::size_t i = findTable(u"Scouts", store::SchemaVersion::V10)->fields().size(); i < fields.size(); ++i)
+    for (std::size_t i = findTable(u"Scouts", store::schema::V10)->fields().size(); i < fields.size(); ++i)
         file.run("ALTER TABLE Scouts ADD COLUMN " + store::columnSql(*findTable(u"Scouts"), fields[i]));
     forEachRow(file, "SELECT Scout_SID FROM Scouts",
                "UPDATE Scouts SET Parent1_Use_Scout_Add = 1, Parent2_Use_Scout_Add = 1 WHERE Scout_SID = ?1");

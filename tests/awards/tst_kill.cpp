@@ -1,6 +1,6 @@
 #include "awards/frmAddAwardsToScout.h"
 #include "scouts/frmScouts.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "support/Main.h"
 #include "support/Pack.h"
 #include "support/RecordScreen.h"

@@ -1,6 +1,7 @@
 #include "CsvReader.h"
 #include "platform/Application.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
+#include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
@@ -165,7 +166,7 @@ private Q_SLOTS:
         const bool current = count == 13;
         const QString fresh = m_folder->filePath(u"fresh"_s);
         store::Database made = store::DBEngine::createDatabase(fresh);
-        current ? store::createSchema(made) : store::createSchema10(made);
+        store::createSchema(made, current ? store::schema::V11 : store::schema::V10);
         made.close();
         QCOMPARE(test::definitions(path()), test::definitions(fresh));
         QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);

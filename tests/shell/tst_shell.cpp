@@ -4,7 +4,7 @@
 #include "shell/frame/TakeoverNotice.h"
 #include "shell/frame/frmSplash.h"
 #include "shell/frame/mdiPendrake.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"

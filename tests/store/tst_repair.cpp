@@ -151,7 +151,7 @@ private Q_SLOTS:
             test::failReads(page, page + PageSize);
         else if (!lost.isEmpty())
             write(path, contents(path).replace(page, PageSize, QByteArray(PageSize, '\0')));
-        const Repaired repaired = DBEngine::repairDatabase(path, schema::editions());
+        const Repaired repaired = DBEngine::repairDatabase(path, schema::versions());
         test::failReads(0, 0);
         static const QRegularExpression Count(", [0-9]+ of");
         QCOMPARE(QString(repaired.missing.join("; ")).replace(Count, ", * of"), told);
@@ -184,7 +184,7 @@ private Q_SLOTS:
     {
         const QString path = m_folder.filePath("10.mdb");
         auto made = DBEngine::createDatabase(path);
-        createSchema10(made);
+        createSchema(made, schema::V10);
         made.close();
         sqlite(path, "Insert Into Adults (Adult_SID) Values (1), (2)");
         const QByteArray look = "Select Count(*) From Adults; Select Count(*) From sqlite_master Where type = 'table'";
@@ -252,7 +252,7 @@ private:
         return path;
     }
 
-    static void repair(const QString& path) { DBEngine::repairDatabase(path, schema::editions()); }
+    static void repair(const QString& path) { DBEngine::repairDatabase(path, schema::versions()); }
 
     // The share of the rows that lie on sound pages which is among the found ones.
     [[nodiscard]] double recovered(const QSet<qsizetype>& touched, const QSet<QString>& found) const

@@ -32,7 +32,7 @@ private Q_SLOTS:
             Database database =
                 version == "@11" ? DBEngine::openDatabase(m_path) : DBEngine::createDatabase(m_path + version);
             if (version == "@10")
-                createSchema10(database);
+                createSchema(database, schema::V10);
             QStringList fields;
             QStringList indexes;
             const bool there = database.tableNames().contains(table);

@@ -2,7 +2,7 @@
 
 #include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
 #include "support/Main.h"
 #include "widgets/Form.h"

@@ -41,7 +41,7 @@ void press(const char* button)
 void repair()
 {
     database().close();
-    store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
+    store::DBEngine::repairDatabase(databasePath(), store::schema::versions());
     openDatabase(databasePath());
 }
 
@@ -99,9 +99,9 @@ private Q_SLOTS:
             count + "200) Insert Into Scouts (Scout_SID, Last_Name) Select i, 'Å ' || i From n;" + count +
             "200) Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned) "
             "Select i, 1 + i % 7, '2025-06-07' From n;";
-        make("1.0", store::createSchema10, rows);
-        make("older", store::createSchema, rows + "Delete From Scouts");
-        make("1.1", store::createSchema, rows);
+        make("1.0", store::schema::V10, rows);
+        make("older", store::schema::V11, rows + "Delete From Scouts");
+        make("1.1", store::schema::V11, rows);
         m_whole["damaged"] = test::withoutRootOf(file("made"), "Scouts");
         gAppPath = m_folder.path();
         test::copyLayouts();
@@ -153,7 +153,7 @@ private Q_SLOTS:
         kill({{"damaged", "Quorrel11.mdb"}}, [&] {
             QVERIFY(bytes("Quorrel11.mdb") == m_whole["damaged"] ||
                     bytes("Quorrel11 (damaged).mdb") == m_whole["damaged"]);
-            store::DBEngine::repairDatabase(file("Quorrel11.mdb"), store::schema::editions());
+            store::DBEngine::repairDatabase(file("Quorrel11.mdb"), store::schema::versions());
             QCOMPARE(look("Quorrel11.mdb"), "ok 0|300|200|200");
         });
     }
@@ -188,11 +188,11 @@ private:
             .join(' ');
     }
     void put(const QString& name, const QByteArray& content) const { test::write(file(name), content); }
-    void make(const QString& name, void (*tables)(store::Database&), const QByteArray& sql)
+    void make(const QString& name, int version, const QByteArray& sql)
     {
         QFile::remove(file("made"));
         auto made = store::DBEngine::createDatabase(file("made"));
-        tables(made);
+        store::createSchema(made, version);
         made.close();
         sqlite(file("made"), "Begin;" + sql + ";Commit");
         m_whole[name] = bytes("made");

@@ -53,7 +53,7 @@ void save()
 
 void repair()
 {
-    store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
+    store::DBEngine::repairDatabase(databasePath(), store::schema::versions());
 }
 
 const QMap<QString, std::function<void()>> Works{
@@ -74,7 +74,7 @@ struct Folder : test::AppFolder {
     {
         gDatabase.reset();
         auto made = store::DBEngine::createDatabase(old);
-        store::createSchema10(made);
+        store::createSchema(made, store::schema::V10);
         made.close();
         const QByteArray count = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < 500) ";
         for (const QString& file : {old, now})

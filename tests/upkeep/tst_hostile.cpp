@@ -62,7 +62,7 @@ int useFile(const QStringList& arguments)
                                   frmPackInformation, frmPackDenPositions, frmCreatePurchaseList>;
         use();
         database().close();
-        store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
+        store::DBEngine::repairDatabase(databasePath(), store::schema::versions());
         openDatabase(databasePath());
         use();
         std::_Exit(Well);

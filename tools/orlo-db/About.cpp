@@ -3,7 +3,7 @@
 #include "PackRows.h"
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 #include "store/schema/Schema.h"
 
 #include <QFile>
@@ -58,24 +58,16 @@ void addHead(Lines& lines, const QByteArray& head)
         lines.add(QLatin1String(setting.name), number(setting.at));
 }
 
-QString versionOf(const Database& database)
+QString versionIn(const Database& database)
 {
-    const auto& all = store::schema::tables(store::SchemaVersion::V11);
-    const QStringList tables = database.tableNames();
-    const auto has = [&tables](const store::TableDef& table) {
-        return tables.contains(table.name(), Qt::CaseInsensitive);
-    };
-    const auto count = std::ranges::count_if(all, has);
-    if (count == std::ssize(all))
-        return QStringLiteral("1.1");
-    return std::ranges::all_of(store::schema::tables(store::SchemaVersion::V10), has)
-               ? QStringLiteral("1.0")
-               : QStringLiteral("none: %1 of the 13 tables are there").arg(count);
+    return std::ranges::any_of(database.tableNames(), store::schema::isOurs)
+               ? store::versionText(store::versionOf(database))
+               : QStringLiteral("none: it has none of a pack's tables");
 }
 
 void addTables(Lines& lines, Database& database)
 {
-    lines.add(QStringLiteral("version of the tables"), versionOf(database));
+    lines.add(QStringLiteral("version of the tables"), versionIn(database));
     int others = 0;
     for (const QString& table : database.tableNames()) {
         const bool known = store::schema::findTable(table) != nullptr;

@@ -71,24 +71,12 @@ void makeFolder(const QString& folder)
         throw LoadError(QStringLiteral("%1: the folder can't be made").arg(folder));
 }
 
-// The edition that the file is of: the one whose table that tells them apart is the file's.
-const store::Edition& editionOf(const Database& database)
-{
-    const store::Editions& all = store::schema::editions();
-    const auto found = std::ranges::find_if(all, [&database](const store::Edition& edition) {
-        return database.tableNames().contains(edition.telling, Qt::CaseInsensitive) &&
-               database.tableDef(edition.telling).fields().size() ==
-                   edition.findTable(edition.telling)->fields().size();
-    });
-    return found == all.end() ? all.front() : *found;
-}
-
 } // namespace
 
-static void exportTables(Database& database, const QString& name, const store::Edition& edition, const QString& folder)
+static void exportTables(Database& database, const QString& name, const store::Version& version, const QString& folder)
 {
     const TableDef table = database.tableDef(name);
-    const TableDef* usual = edition.findTable(name);
+    const TableDef* usual = version.findTable(name);
     QStringList all;
     QStringList known;
     for (const store::Field& field : table.fields()) {
@@ -114,11 +102,11 @@ QStringList exportPack(Database& database, const QString& folder)
     makeFolder(folder);
     if (!QDir(folder).isEmpty())
         throw LoadError(QStringLiteral("%1: the folder isn't empty").arg(folder));
-    const store::Edition& edition = editionOf(database);
+    const store::Version& version = store::schema::version(store::versionOf(database));
     QStringList unread;
     for (const QString& name : database.tableNames())
         try {
-            exportTables(database, name, edition, folder);
+            exportTables(database, name, version, folder);
         } catch (const platform::RuntimeError& error) {
             unread += QStringLiteral("%1: %2").arg(name, error.description());
         }

@@ -23,7 +23,7 @@ namespace
 // The fields that the header line names, in its order; null for one that only the current version has.
 std::vector<const Field*> readHeader(CsvReader& reader, const TableDef& table)
 {
-    const TableDef* current = store::schema::findTable(table.name(), store::SchemaVersion::V11);
+    const TableDef* current = store::schema::findTable(table.name());
     std::vector<CsvCell> header;
     if (!reader.readRow(header))
         throw CsvError({}, QStringLiteral("the file has no header line"));
@@ -160,7 +160,7 @@ void loadTable(store::BulkLoad& load, const TableDef& table, const QString& path
 
 } // namespace
 
-PackLoader::PackLoader(const QString& folder, store::SchemaVersion version)
+PackLoader::PackLoader(const QString& folder, int version)
 {
     if (!QFileInfo(folder).isDir())
         throw LoadError(QStringLiteral("%1: there is no such folder").arg(folder));
@@ -168,7 +168,7 @@ PackLoader::PackLoader(const QString& folder, store::SchemaVersion version)
         if (file.suffix().compare(QLatin1String("csv"), Qt::CaseInsensitive) != 0)
             continue;
         const TableDef* table = store::schema::findTable(file.completeBaseName(), version);
-        if (!table && store::schema::findTable(file.completeBaseName(), store::SchemaVersion::V11))
+        if (!table && store::schema::findTable(file.completeBaseName()))
             continue;
         if (!table)
             throw LoadError(QStringLiteral("%1: this version has no table of that name").arg(file.fileName()));

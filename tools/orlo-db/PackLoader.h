@@ -17,7 +17,7 @@ class PackLoader
 {
 public:
     /// Looks at the folder's files. Raises LoadError for a folder that isn't there or a file that names no table.
-    PackLoader(const QString& folder, orlo::store::SchemaVersion version);
+    PackLoader(const QString& folder, int version);
 
     /// True if a file will fill the table.
     [[nodiscard]] bool fills(QStringView table) const;

@@ -1,7 +1,8 @@
 #include "PackRows.h"
 
 #include "platform/FileSystem.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
+#include "store/opening/OpenFile.h"
 
 #include <QDir>
 #include <QFileInfo>

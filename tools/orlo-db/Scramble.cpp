@@ -2,7 +2,6 @@
 
 #include "PackRows.h"
 #include "store/engine/BulkLoad.h"
-#include "store/jet/OpenFile.h"
 #include "store/schema/Schema.h"
 
 #include <QHash>
@@ -56,8 +55,8 @@ class Scrambler
 public:
     Scrambler()
     {
-        for (const auto version : {store::SchemaVersion::V10, store::SchemaVersion::V11})
-            for (const TableDef& table : store::schema::tables(version))
+        for (const store::Version& version : store::schema::versions())
+            for (const TableDef& table : version.tables)
                 for (const store::Field& field : table.fields())
                     m_known.insert(field.name.toLower());
         for (const char* word : {"y", "n", "tiger", "wolf", "bear", "webelos (1st yr)", "webelos (2nd yr)"})
@@ -217,7 +216,7 @@ QStringList scramble(Database& pack, Database& made)
     int others = 0;
     for (const QString& name : pack.tableNames()) {
         const TableDef given = pack.tableDef(name);
-        TableDef table = store::isOurs(name) ? given : unnamed(given, ++others);
+        TableDef table = store::schema::isOurs(name) ? given : unnamed(given, ++others);
         made.appendTableDef(table);
         const PackRows rows(pack, name);
         load.begin(table, namesOf(table));

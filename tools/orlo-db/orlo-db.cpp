@@ -9,7 +9,7 @@
 #include "PackRows.h"
 #include "Scramble.h"
 #include "platform/RuntimeError.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -22,7 +22,6 @@
 
 using namespace orlo;
 using store::Database;
-using store::SchemaVersion;
 namespace engine = store::DBEngine;
 
 namespace
@@ -77,12 +76,9 @@ void complain(const QString& about, const QString& problem)
     std::fprintf(stderr, "orlo-db: %s: %s\n", qUtf8Printable(about), qUtf8Printable(problem));
 }
 
-void fill(Database& database, const std::optional<PackLoader>& loader, SchemaVersion version)
+void fill(Database& database, const std::optional<PackLoader>& loader, int version)
 {
-    if (version == SchemaVersion::V10)
-        store::createSchema10(database);
-    else
-        store::createSchema(database);
+    store::createSchema(database, version);
     if (!loader)
         return;
     for (const char* table : {"Den_Titles", "Pack_Positions"})
@@ -99,7 +95,7 @@ void requireNew(const QString& file)
         throw LoadError(QStringLiteral("%1: there is no such folder").arg(QFileInfo(file).absolutePath()));
 }
 
-int makeNew(const QString& file, const QString& folder, SchemaVersion version)
+int makeNew(const QString& file, const QString& folder, int version)
 {
     requireNew(file);
     std::optional<PackLoader> loader;
@@ -155,6 +151,13 @@ void sayLooseEnds(const QString& file)
     say(found);
 }
 
+void sayVersion(const QString& file)
+{
+    const Database database = engine::viewDatabase(file);
+    if (std::ranges::any_of(database.tableNames(), store::schema::isOurs))
+        say(QStringLiteral("version %1").arg(store::versionText(store::versionOf(database))));
+}
+
 int check(const QString& file)
 {
     if (store::isFormerFormat(file))
@@ -163,7 +166,10 @@ int check(const QString& file)
     say(QStringLiteral("%1: %2").arg(file, faults.isEmpty() ? QStringLiteral("sound") : QStringLiteral("damaged")));
     for (const QString& fault : faults)
         say(fault);
-    if (!faults.isEmpty() || !sayRows(file))
+    if (!faults.isEmpty())
+        return Failed;
+    sayVersion(file);
+    if (!sayRows(file))
         return Failed;
     sayLooseEnds(file);
     return Done;
@@ -171,7 +177,7 @@ int check(const QString& file)
 
 int repair(const QString& file)
 {
-    const store::Repaired done = engine::repairDatabase(file, store::schema::editions());
+    const store::Repaired done = engine::repairDatabase(file, store::schema::versions());
     say(done.damaged.isEmpty()
             ? QStringLiteral("%1: sound, laid out anew").arg(file)
             : QStringLiteral("%1: repaired; the damaged file is kept as \"%2\"").arg(file, done.damaged));
@@ -216,17 +222,25 @@ int tellOf(const QString& file)
     return Done;
 }
 
+// The version that the text names, or the newest without a text; nothing for one that there isn't.
+std::optional<int> versionNamed(const std::optional<QString>& text)
+{
+    for (const store::Version& version : store::schema::versions())
+        if (!text || *text == store::versionText(version.number))
+            return version.number;
+    return std::nullopt;
+}
+
 // What the arguments ask for; nothing where they ask for nothing that there is.
 std::optional<int> run(const QStringList& arguments, const std::optional<QString>& from,
-                       const std::optional<QString>& version, bool summary)
+                       const std::optional<QString>& format, bool summary)
 {
     const QString command = arguments.value(0);
     const QString file = command == QLatin1String("new") ? arguments.value(1) : PackFile::meant(arguments.value(1));
-    const bool old = version == QLatin1String("1.0");
-    if (command == QLatin1String("new") && arguments.size() == 2 &&
-        (!version || old || version == QLatin1String("1.1")))
-        return makeNew(file, from.value_or(QString()), old ? SchemaVersion::V10 : SchemaVersion::V11);
-    if (from || version)
+    const std::optional<int> version = versionNamed(format);
+    if (command == QLatin1String("new") && arguments.size() == 2 && version)
+        return makeNew(file, from.value_or(QString()), *version);
+    if (from || format)
         return std::nullopt;
     if (command == QLatin1String("compare") && arguments.size() == 3)
         return compare(file, arguments[2], summary);
@@ -268,11 +282,11 @@ int main(int argc, char** argv)
     const QCommandLineOption from(QStringLiteral("from"),
                                   QStringLiteral("new: load the CSV files of <folder>, each named after its table."),
                                   QStringLiteral("folder"));
-    const QCommandLineOption version(QStringLiteral("version"),
-                                     QStringLiteral("new: make a file of this version: 1.0, or 1.1 as usual."),
-                                     QStringLiteral("version"));
+    const QCommandLineOption format(QStringLiteral("format"),
+                                    QStringLiteral("new: make a file of this version: 1.0, or 1.1 as usual."),
+                                    QStringLiteral("version"));
     const QCommandLineOption summary(QStringLiteral("summary"), QStringLiteral("compare: only the counts."));
-    parser.addOptions({from, version, summary});
+    parser.addOptions({from, format, summary});
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("One of those above."));
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The database."));
@@ -284,7 +298,7 @@ int main(int argc, char** argv)
 
     try {
         if (const auto status =
-                run(parser.positionalArguments(), given(parser, from), given(parser, version), parser.isSet(summary)))
+                run(parser.positionalArguments(), given(parser, from), given(parser, format), parser.isSet(summary)))
             return *status;
         std::fputs(qPrintable(parser.helpText()), stderr);
         return BadUsage;

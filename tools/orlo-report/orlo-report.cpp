@@ -71,7 +71,7 @@ int main(int argc, char** argv)
         return 2;
     }
     try {
-        store::Database database = store::DBEngine::openDatabase(arguments.front(), store::schema::editions());
+        store::Database database = store::DBEngine::openDatabase(arguments.front(), store::schema::versions());
         int sheets = 0;
         for (const QString& file : arguments.mid(1))
             sheets += runReport(database, file, parser.value(select), {parser.value(pdf), parser.value(csv)});

@@ -355,7 +355,7 @@ void Tour::backupAndRestore()
 void Tour::update()
 {
     auto old = store::DBEngine::createDatabase(gAppPath + gOldDbName);
-    store::createSchema10(old);
+    store::createSchema(old, store::schema::V10);
     old.close();
     during([] { (void)UpdateDatabaseFile(); },
            [this] {

@@ -10,7 +10,7 @@
 #include "reporting/view/Printing.h"
 #include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "widgets/NestedLoop.h"
 
 #include <QApplication>

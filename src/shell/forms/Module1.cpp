@@ -4,7 +4,7 @@
 #include "platform/RuntimeError.h"
 #include "shell/forms/dlgError.h"
 #include "store/copies/KeptCopies.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "widgets/MessageBox.h"
 
 namespace orlo
@@ -53,8 +53,9 @@ QString databasePath()
 
 void openDatabase(const QString& path)
 {
-    gDatabase = std::make_unique<store::Database>(store::openPack(path));
-    if (path == databasePath())
+    const bool current = path == databasePath();
+    gDatabase = std::make_unique<store::Database>(current ? store::openCurrent(path) : store::openPack(path));
+    if (current)
         store::keepCopies(*gDatabase);
 }
 

@@ -40,8 +40,8 @@ extern QString gErrText;
 [[nodiscard]] store::Database& database();
 /// The path of the current database file, as the screens and reports name it.
 [[nodiscard]] QString databasePath();
-/// Opens a file as the open database, in the place of one that may be open. Raises as store::openPack().
-/// Copies of the current database file then make themselves.
+/// Opens a file as the open database, in the place of one that may be open. The current database file comes to the
+/// newest version first, and copies of it then make themselves. Raises as store::openPack() and store::openCurrent().
 void openDatabase(const QString& path);
 /// Keeps a copy of the open database before something else takes its file's place; nothing without one. What fails goes
 /// to the system's log.

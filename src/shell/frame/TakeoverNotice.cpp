@@ -1,6 +1,6 @@
 #include "shell/frame/TakeoverNotice.h"
 
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 #include "widgets/Form.h"
 #include "widgets/MessageBox.h"
 

@@ -151,7 +151,7 @@ void mdiPendrake::mnuRepairDatabase_Click()
 {
     keepCopy();
     database().close();
-    store::DBEngine::repairDatabase(databasePath(), store::schema::editions());
+    store::DBEngine::repairDatabase(databasePath(), store::schema::versions());
     openDatabase(databasePath());
 }
 

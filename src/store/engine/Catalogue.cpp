@@ -4,8 +4,8 @@
 #include "platform/System.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
-#include "store/engine/Edition.h"
 #include "store/engine/TableSql.h"
+#include "store/engine/Version.h"
 
 #include <QRegularExpression>
 
@@ -154,20 +154,20 @@ void addIndexes(Connection& connection, const TableDef& table)
         connection.run(trigger);
 }
 
-static bool isOwnTrigger(Connection& connection, const Editions& editions, const QString& table, const QByteArray& sql)
+static bool isOwnTrigger(Connection& connection, const Versions& versions, const QString& table, const QByteArray& sql)
 {
     const auto has = [&sql](const TableDef& definition) {
         const auto own = keyTriggers(definition);
         return std::ranges::find(own, sql) != own.end();
     };
-    for (const Edition& edition : editions)
-        if (const TableDef* usual = edition.findTable(table); usual && has(*usual))
+    for (const Version& version : versions)
+        if (const TableDef* usual = version.findTable(table); usual && has(*usual))
             return true;
     const TableInfo* found = connection.table(table);
     return found && !found->isQuery && has(readTable(connection, found->name));
 }
 
-void dropForeignTriggers(Connection& connection, const Editions& editions)
+void dropForeignTriggers(Connection& connection, const Versions& versions)
 {
     QList<QByteArray> foreign;
     QStringList freed;
@@ -176,7 +176,7 @@ void dropForeignTriggers(Connection& connection, const Editions& editions)
         while (triggers.step()) {
             QByteArray sql = triggers.text(2).toUtf8();
             sql.replace(0, int(qstrlen("CREATE TRIGGER")), "CREATE TRIGGER IF NOT EXISTS");
-            if (isOwnTrigger(connection, editions, triggers.text(1), sql))
+            if (isOwnTrigger(connection, versions, triggers.text(1), sql))
                 continue;
             foreign.append(quoted(triggers.text(0)));
             const TableInfo* table = connection.table(triggers.text(1));

@@ -22,9 +22,9 @@ void createIndex(Connection& connection, const QString& table, const Index& inde
 /// Makes those of a table's indexes, and of the triggers that keep its unique texts apart, that aren't there yet.
 void addIndexes(Connection& connection, const TableDef& table);
 /// Drops the triggers that aren't the engine's own, which would run in the program's name at its next write, and makes
-/// the own ones of the tables that they stood on anew. Those of the editions' tables are known without reading the
+/// the own ones of the tables that they stood on anew. Those of the versions' tables are known without reading the
 /// file's catalogue, which every start would wait for.
-void dropForeignTriggers(Connection& connection, const Editions& editions);
+void dropForeignTriggers(Connection& connection, const Versions& versions);
 /// Makes the table that keeps the given texts of queries, where it isn't there yet.
 void createQueryTexts(Connection& connection);
 /// Stores a query as a view of its name, with its given text beside it. Raises 3012 for a name that is there already.

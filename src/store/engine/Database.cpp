@@ -6,9 +6,9 @@
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/DatabaseCopy.h"
-#include "store/engine/Edition.h"
 #include "store/engine/Repair.h"
 #include "store/engine/Text.h"
+#include "store/engine/Version.h"
 
 #include <QFileInfo>
 
@@ -169,6 +169,17 @@ bool Database::isOpen() const
     return m_connection && m_connection->isOpen();
 }
 
+int Database::stated() const
+{
+    auto version = m_connection->statement("PRAGMA user_version");
+    return version.step() ? static_cast<int>(version.integer(0)) : 0;
+}
+
+void Database::state(int version)
+{
+    m_connection->run("PRAGMA user_version=" + QByteArray::number(version));
+}
+
 QString Database::name() const
 {
     return m_connection->path();
@@ -217,11 +228,13 @@ Database DBEngine::openDatabase(const QString& path)
     return openDatabase(path, {});
 }
 
-Database DBEngine::openDatabase(const QString& path, const Editions& editions)
+Database DBEngine::openDatabase(const QString& path, const Versions& versions)
 {
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Open);
-    dropForeignTriggers(*connection, editions);
-    return Database(std::move(connection));
+    Database database(connection);
+    requireKnown(database.stated(), versions);
+    dropForeignTriggers(*connection, versions);
+    return database;
 }
 
 Database DBEngine::viewDatabase(const QString& path)
@@ -244,9 +257,9 @@ QStringList DBEngine::checkDatabase(const QString& path)
     return faultsOf(connection);
 }
 
-Repaired DBEngine::repairDatabase(const QString& path, const Editions& editions)
+Repaired DBEngine::repairDatabase(const QString& path, const Versions& versions)
 {
-    return repairFile(platform::nativePath(path), editions);
+    return repairFile(platform::nativePath(path), versions);
 }
 
 } // namespace orlo::store

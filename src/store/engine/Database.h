@@ -13,9 +13,9 @@ namespace orlo::store
 {
 
 class Connection;
-struct Edition;
-/// The newest edition first.
-using Editions = std::vector<Edition>;
+struct Version;
+/// The newest version first.
+using Versions = std::vector<Version>;
 
 /// A field of a table definition. Text fields have a size; attributes and flags as the catalogue stores them.
 struct Field {
@@ -113,6 +113,9 @@ public:
     /// The file's state, which is another one after every change, whoever made it. Raises 3420 if it is closed.
     [[nodiscard]] FileState state() const;
     [[nodiscard]] bool isOpen() const;
+    /// SQLite's user_version, by which a file states its version; 0 in one that states none.
+    [[nodiscard]] int stated() const;
+    void state(int version);
     /// The path that it was opened by.
     [[nodiscard]] QString name() const;
 
@@ -165,9 +168,10 @@ namespace DBEngine
 {
 /// Opens a file for shared read and write; the path is resolved as the file system object does. Raises 3024 for a
 /// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or
-/// written. Triggers that are neither the engine's own nor those of the editions are dropped.
+/// written. Triggers that are neither the engine's own nor those of the versions are
+/// dropped.
 [[nodiscard]] Database openDatabase(const QString& path);
-[[nodiscard]] Database openDatabase(const QString& path, const Editions& editions);
+[[nodiscard]] Database openDatabase(const QString& path, const Versions& versions);
 /// The same for somebody who only looks: nothing in the file changes, nor beside it. Raises 3050 where a change of the
 /// file isn't done.
 [[nodiscard]] Database viewDatabase(const QString& path);
@@ -175,10 +179,10 @@ namespace DBEngine
 [[nodiscard]] Database createDatabase(const QString& path);
 /// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does.
 [[nodiscard]] QStringList checkDatabase(const QString& path);
-/// Checks a closed file and rebuilds a damaged one, which is of one of the editions, from every row that can still be
+/// Checks a closed file and rebuilds a damaged one, which is of one of the versions, from every row that can still be
 /// read. Raises 3024 for a missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be
 /// written.
-Repaired repairDatabase(const QString& path, const Editions& editions);
+Repaired repairDatabase(const QString& path, const Versions& versions);
 } // namespace DBEngine
 
 } // namespace orlo::store

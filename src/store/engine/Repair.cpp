@@ -5,12 +5,12 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
-#include "store/engine/Edition.h"
 #include "store/engine/Journal.h"
 #include "store/engine/PageFile.h"
 #include "store/engine/RecordFit.h"
 #include "store/engine/Source.h"
 #include "store/engine/TableSql.h"
+#include "store/engine/Version.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -110,8 +110,8 @@ TableDef inOrder(const TableDef& table, const QStringList& first)
 class Salvage
 {
 public:
-    Salvage(const QString& damaged, const QString& made, const Editions& editions)
-        : m_pages(damaged), m_made(made, Connection::Mode::Create), m_editions(editions)
+    Salvage(const QString& damaged, const QString& made, const Versions& versions)
+        : m_pages(damaged), m_made(made, Connection::Mode::Create), m_versions(versions), m_stated(statedIn(damaged))
     {
     }
 
@@ -121,7 +121,7 @@ public:
         createQueryTexts(m_made);
         Transaction transaction(m_made);
         readCatalogue();
-        findEdition();
+        findVersion();
         makeTables();
         moveRows();
         moveStrayRows();
@@ -137,7 +137,7 @@ public:
 
 private:
     void readCatalogue();
-    void findEdition();
+    void findVersion();
     void makeTables();
     void moveRows();
     [[nodiscard]] bool isOf(const std::vector<RawRecord>& records, const TableDef& table) const;
@@ -157,8 +157,9 @@ private:
     PageFile m_pages;
     Connection m_made;
     std::vector<CatalogueRow> m_catalogue;
-    const Editions& m_editions;
-    Edition m_edition;                   // of the damaged file
+    const Versions& m_versions;
+    std::optional<int> m_stated;         // by the damaged file
+    Version m_version{};                 // of it
     std::vector<TableDef> m_tables;      // of the new file
     QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
     QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
@@ -236,19 +237,15 @@ void Salvage::makeAgain(const QByteArray& sql)
     m_made.noteSchemaChange();
 }
 
-void Salvage::findEdition()
+void Salvage::findVersion()
 {
-    const auto isOf = [this](const Edition& edition) {
-        const auto fields = std::ssize(edition.findTable(edition.telling)->fields());
-        return std::ranges::any_of(m_catalogue, [&](const CatalogueRow& object) {
-            return object.name == edition.telling && columnsOf(object.sql).size() == fields;
-        });
-    };
-    const auto found = std::ranges::find_if(m_editions, isOf);
-    if (found != m_editions.end())
-        m_edition = *found;
-    else if (!m_editions.empty())
-        m_edition = m_editions.front();
+    TableFields tables;
+    for (const CatalogueRow& object : m_catalogue)
+        if (object.type == "table")
+            tables.insert(object.name, columnsOf(object.sql));
+    if (!m_versions.empty())
+        m_version = versionOf(m_versions, m_stated, tables);
+    m_made.run("PRAGMA user_version=" + QByteArray::number(m_version.stated));
 }
 
 // The usual tables are made as they should be, since a damaged statement may still be one, for a table that refuses its
@@ -259,14 +256,14 @@ void Salvage::makeTables()
     for (const CatalogueRow& object : m_catalogue) {
         if (object.type != "table" || !object.sql.startsWith("CREATE TABLE ") || isMade(object.name))
             continue;
-        const TableDef* usual = m_edition.findTable(object.name);
+        const TableDef* usual = m_version.findTable(object.name);
         const QStringList columns = columnsOf(object.sql);
         if (!usual || columns.size() > std::ssize(usual->fields()))
             makeAgain(object.sql);
         else if (std::ranges::all_of(columns, [usual](const QString& name) { return usual->findField(name); }))
             orders.insert(usual->name(), columns);
     }
-    for (const TableDef& table : m_edition.tables)
+    for (const TableDef& table : m_version.tables)
         if (!isMade(table.name()))
             createTable(m_made, table);
     for (const QString& name : tableNames(m_made))
@@ -327,7 +324,7 @@ const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
     for (const TableDef& table : m_tables) {
         if (!std::ranges::all_of(records, [&table](const RawRecord& record) { return fits(record, table); }))
             continue;
-        const QStringList usual = m_edition.usualTexts.value(table.name());
+        const QStringList usual = m_version.usualTexts.value(table.name());
         const bool known = std::ranges::any_of(records, [&usual](const RawRecord& record) {
             return !record.values.empty() && usual.contains(QString::fromUtf8(textOf(record.values[0])));
         });
@@ -359,7 +356,7 @@ void Salvage::move(const RawRecord& given, const TableDef& table)
 {
     const auto& fields = table.fields();
     RawRecord record = given;
-    const bool own = m_edition.findTable(table.name()) != nullptr;
+    const bool own = m_version.findTable(table.name()) != nullptr;
     QStringList lost;
     record.values.resize(std::min(record.values.size(), fields.size()));
     const auto drop = [&](std::size_t i) {
@@ -459,7 +456,7 @@ void Salvage::noteCounter(const RawRecord& record)
 void Salvage::makeKeys()
 {
     for (const TableDef& table : m_tables) {
-        const TableDef* known = m_edition.findTable(table.name());
+        const TableDef* known = m_version.findTable(table.name());
         addIndexes(m_made, known ? *known : table);
     }
     for (const CatalogueRow& object : m_catalogue)
@@ -482,7 +479,7 @@ void Salvage::makeKeys()
 
 void Salvage::makeQueries()
 {
-    m_queries.insert(m_queries.end(), m_edition.queries.begin(), m_edition.queries.end());
+    m_queries.insert(m_queries.end(), m_version.queries.begin(), m_version.queries.end());
     for (const QueryDef& query : m_queries)
         if (!isMade(query.name))
             try {
@@ -502,18 +499,19 @@ QStringList faultsOf(Connection& connection, int most)
     return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
 }
 
-Repaired repairFile(const QString& path, const Editions& editions)
+Repaired repairFile(const QString& path, const Versions& versions)
 {
     if (!QFileInfo(path).isFile())
         throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
     const QString file = QFileInfo(path).canonicalFilePath(); // a link goes on naming the repaired file
+    requireKnown(statedIn(file).value_or(0), versions);
     if (compact(file))
         return {};
     const QString made = file + QStringLiteral(".repair");
     QFile::remove(made);
     QFile::remove(made + QStringLiteral("-journal"));
     try {
-        Repaired repaired{{}, Salvage(file, made, editions).run()};
+        Repaired repaired{{}, Salvage(file, made, versions).run()};
         QFile::setPermissions(made, QFileInfo(file).permissions());
         setJournalAside(file);
         repaired.damaged = platform::putInPlace(file, made, QStringLiteral("damaged"));

@@ -13,7 +13,8 @@ class Connection;
 /// What DBEngine::repairDatabase() does, on a native path. A sound file is only laid out anew. Of a damaged one every
 /// row that can still be read goes, page by page, into a new file with the same tables, keys and queries, which takes
 /// the damaged one's place; that stays beside it as "<name> (damaged).<suffix>". Cut off at any moment, the file under
-/// the name is one of the two. A file that shows none of the editions is taken for one of the newest.
-Repaired repairFile(const QString& path, const Editions& editions);
+/// the name is one of the two. A file that shows none of the versions is taken for one of the newest. Raises
+/// 3343 for one of a later version than these.
+Repaired repairFile(const QString& path, const Versions& versions);
 
 } // namespace orlo::store

@@ -90,7 +90,7 @@ FormerTable readTable(HelperStream& stream)
 {
     FormerTable table;
     table.name = stream.text();
-    table.isLeft = stream.number<std::uint8_t>() != 0 && !isOurs(table.name);
+    table.isLeft = stream.number<std::uint8_t>() != 0 && !schema::isOurs(table.name);
     table.rows = stream.number<std::uint32_t>();
     const auto fields = stream.number<std::uint16_t>();
     if (fields == 0 || fields > MaxFields)
@@ -105,7 +105,7 @@ FormerTable readTable(HelperStream& stream)
 
 // Gives the table its place among ours, or one beside them under its own name. Names that differ only in case are one
 // name here; the first to come has it.
-void place(FormerTable& table, SchemaVersion version, QStringList& taken, QStringList& missing, Report& report)
+void place(FormerTable& table, int version, QStringList& taken, QStringList& missing, Report& report)
 {
     const TableDef* ours = schema::findTable(table.name, version);
     if (ours && missing.removeOne(ours->name()))
@@ -139,13 +139,13 @@ void place(FormerTable& table, SchemaVersion version, QStringList& taken, QStrin
     tell(report, QStringLiteral("Fields that %1 didn't have").arg(table.name), empty);
 }
 
-// Nothing tells a file's version but its tables.
-SchemaVersion versionOf(const std::vector<FormerTable>& tables)
+int versionOf(const std::vector<FormerTable>& tables)
 {
-    const bool current = std::ranges::any_of(tables, [](const FormerTable& table) {
-        return schema::findTable(table.name, SchemaVersion::V11) && !schema::findTable(table.name, SchemaVersion::V10);
-    });
-    return current ? SchemaVersion::V11 : SchemaVersion::V10;
+    TableFields all;
+    for (const FormerTable& table : tables)
+        for (const FormerField& field : table.fields)
+            all[table.name] += field.name;
+    return store::versionOf(schema::versions(), 0, all).number;
 }
 
 } // namespace
@@ -171,15 +171,17 @@ Definitions readDefinitions(HelperStream& stream)
 {
     if (stream.number<std::uint32_t>() != Signature)
         throw damaged(QStringLiteral("It could not be read at all."));
-    Definitions read{{}, {}, SchemaVersion::V11, {}};
+    Definitions read{{}, {}, schema::V11, {}};
     readOthers(stream, read.report);
     const auto tables = stream.number<std::uint32_t>();
     if (tables == 0 || tables > MaxTables)
         throw damaged(QStringLiteral("It has no tables that could be read."));
     for (std::uint32_t i = 0; i < tables; ++i)
         read.tables.push_back(readTable(stream));
-    if (std::ranges::none_of(read.tables, isOurs, &FormerTable::name))
-        throw noPack();
+    QStringList names;
+    for (const FormerTable& table : read.tables)
+        names.append(table.name);
+    schema::requireOurs(names);
 
     read.version = versionOf(read.tables);
     QStringList missing;
@@ -187,7 +189,7 @@ Definitions readDefinitions(HelperStream& stream)
         missing.append(table.name());
     QStringList taken = missing;
     taken.append(QString::fromLatin1(StoredQueries));
-    for (const QueryDef& query : schema::queries())
+    for (const QueryDef& query : schema::queries(read.version))
         taken.append(query.name);
     for (FormerTable& table : read.tables)
         if (!table.isLeft)

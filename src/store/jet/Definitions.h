@@ -30,7 +30,7 @@ struct FormerTable {
 struct Definitions {
     std::vector<FormerTable> tables; ///< in the order of the stream
     std::vector<TableDef> empty;     ///< tables of the version that the file lacks
-    SchemaVersion version;
+    int version; ///< a number of the schema's
     Report report;
 };
 

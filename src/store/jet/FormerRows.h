@@ -1,7 +1,7 @@
 #pragma once
 
 #include "store/engine/Value.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 
 #include <vector>
 

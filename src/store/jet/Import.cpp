@@ -321,9 +321,8 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
         addPlainIndexes(connection, table.target);
     for (const TableDef& table : definitions.empty)
         addPlainIndexes(connection, table);
-    if (definitions.version == SchemaVersion::V11)
-        for (const QueryDef& query : schema::queries())
-            createQuery(connection, query);
+    for (const QueryDef& query : schema::queries(definitions.version))
+        createQuery(connection, query);
     transaction.commit();
     for (TableFill& fill : fills)
         fill.verify();

@@ -11,7 +11,7 @@
 #include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
 #include "store/jet/Import.h"
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -15,13 +15,6 @@ namespace orlo::store
                                                  "orlo-jet, which reads it, isn't here or doesn't run."));
 }
 
-/// The failure of a file that has none of a pack's tables: 3343.
-[[nodiscard]] inline platform::RuntimeError noPack()
-{
-    return platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
-                                  QStringLiteral("It isn't a pack's file: it has none of a pack's tables."));
-}
-
 /// Puts a file of today's format with the same data in the place of one in the former format, which stays unchanged
 /// beside it as "<name> (former format).<suffix>". All of it or nothing, whenever the process is ended. A native path.
 /// Raises 3049 with the reason for one that can't be read, 3343 for one that is no pack's and in a build that reads

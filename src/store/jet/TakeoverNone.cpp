@@ -1,4 +1,4 @@
-#include "store/jet/OpenFile.h"
+#include "store/jet/FormerFile.h"
 #include "store/jet/Takeover.h"
 
 namespace orlo::store

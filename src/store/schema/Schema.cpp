@@ -1,5 +1,8 @@
 #include "store/schema/Schema.h"
 
+#include "platform/RuntimeError.h"
+
+#include <algorithm>
 #include <span>
 
 namespace orlo::store
@@ -9,9 +12,29 @@ namespace
 {
 
 using enum FieldType;
+using schema::Newest;
+using schema::V10;
+using schema::V11;
 
-// Which versions of the file have a table or a field.
-enum class In { Both, Only10, Only11 };
+constexpr int Numbers[] = {V11, V10}; // the newest first
+constexpr QLatin1StringView DenTitleTable("Den_Titles");
+constexpr QLatin1StringView PackTitleTable("Pack_Positions");
+
+// The versions of the file that have something, the first and the last.
+struct Span {
+    int first = V10;
+    int last = Newest;
+};
+
+constexpr Span since(int version)
+{
+    return {version, Newest};
+}
+
+constexpr Span until(int version)
+{
+    return {V10, version};
+}
 
 // What sets a field apart from the others of its type.
 enum class Extra { None, Counter, StartsTrue, NotEmpty };
@@ -20,7 +43,7 @@ struct Column {
     QStringView name;
     FieldType type;
     int size = 0;
-    In in = In::Both;
+    Span in = {};
     Extra extra = Extra::None;
 };
 
@@ -28,12 +51,12 @@ struct Key {
     QStringView name;
     QStringView field;
     bool primary = false;
-    In in = In::Both;
+    Span in = {};
 };
 
 struct Table {
     QStringView name;
-    In in;
+    Span in;
     std::span<const Column> columns;
     std::span<const Key> keys;
 };
@@ -70,26 +93,26 @@ constexpr Column Scouts[] = {
     {u"School", Text, 40},
     {u"Assigned_Den_SID", Integer},
     {u"Note", Memo},
-    {u"Alt_Parent_Address", Text, 60, In::Only11},
-    {u"Alt_Parent_City", Text, 40, In::Only11},
-    {u"Alt_Parent_State", Text, 30, In::Only11},
-    {u"Alt_Parent_Zip", Text, 10, In::Only11},
-    {u"Parent1_Email", Text, 100, In::Only11},
-    {u"Parent1_Use_Scout_Add", Boolean, 0, In::Only11, Extra::StartsTrue},
-    {u"Parent1_Home_Phone", Text, 20, In::Only11},
-    {u"Parent1_Work_Phone", Text, 20, In::Only11},
-    {u"Parent1_Correspondance", Boolean, 0, In::Only11},
-    {u"Parent2_Work_Phone", Text, 20, In::Only11},
-    {u"Parent2_Use_Scout_Add", Boolean, 0, In::Only11, Extra::StartsTrue},
-    {u"Parent2_Email", Text, 100, In::Only11},
-    {u"Parent2_Correspondance", Boolean, 0, In::Only11},
-    {u"Grade_In_School", Integer, 0, In::Only11},
-    {u"Boys_Life", Boolean, 0, In::Only11},
-    {u"BSA_Number", Text, 50, In::Only11},
-    {u"Scouts_Email", Text, 100, In::Only11},
-    {u"Parent2_Home_Phone", Text, 20, In::Only11},
-    {u"Parent1_Den_Leader_SID", Integer, 0, In::Only11},
-    {u"Parent2_Den_Leader_SID", Integer, 0, In::Only11},
+    {u"Alt_Parent_Address", Text, 60, since(V11)},
+    {u"Alt_Parent_City", Text, 40, since(V11)},
+    {u"Alt_Parent_State", Text, 30, since(V11)},
+    {u"Alt_Parent_Zip", Text, 10, since(V11)},
+    {u"Parent1_Email", Text, 100, since(V11)},
+    {u"Parent1_Use_Scout_Add", Boolean, 0, since(V11), Extra::StartsTrue},
+    {u"Parent1_Home_Phone", Text, 20, since(V11)},
+    {u"Parent1_Work_Phone", Text, 20, since(V11)},
+    {u"Parent1_Correspondance", Boolean, 0, since(V11)},
+    {u"Parent2_Work_Phone", Text, 20, since(V11)},
+    {u"Parent2_Use_Scout_Add", Boolean, 0, since(V11), Extra::StartsTrue},
+    {u"Parent2_Email", Text, 100, since(V11)},
+    {u"Parent2_Correspondance", Boolean, 0, since(V11)},
+    {u"Grade_In_School", Integer, 0, since(V11)},
+    {u"Boys_Life", Boolean, 0, since(V11)},
+    {u"BSA_Number", Text, 50, since(V11)},
+    {u"Scouts_Email", Text, 100, since(V11)},
+    {u"Parent2_Home_Phone", Text, 20, since(V11)},
+    {u"Parent1_Den_Leader_SID", Integer, 0, since(V11)},
+    {u"Parent2_Den_Leader_SID", Integer, 0, since(V11)},
 };
 constexpr Key ScoutsKeys[] = {
     {u"Scouts_PK", u"Scout_SID", true},
@@ -114,7 +137,7 @@ constexpr Column Adults[] = {
     {u"Years_In_Scouts", Double},
     {u"Assigned_Den_SID", Integer},
     {u"Note", Memo},
-    {u"Email", Text, 100, In::Only11},
+    {u"Email", Text, 100, since(V11)},
 };
 constexpr Key AdultsKeys[] = {{u"Adults_PK", u"Adult_SID", true}};
 
@@ -132,11 +155,11 @@ constexpr Column AwardsScouts[] = {
     {u"Date_Assigned", Date},
     {u"Year", Integer},
     {u"Month", Integer},
-    {u"Assigned_SID", Long, 0, In::Only11, Extra::Counter},
-    {u"Quantity", Integer, 0, In::Only11},
+    {u"Assigned_SID", Long, 0, since(V11), Extra::Counter},
+    {u"Quantity", Integer, 0, since(V11)},
 };
 constexpr Key AwardsScoutsKeys[] = {
-    {u"Assigned_SID_PK", u"Assigned_SID", true, In::Only11},
+    {u"Assigned_SID_PK", u"Assigned_SID", true, since(V11)},
     {u"Date_Assigned", u"Date_Assigned"},
     {u"Insignia_SID", u"Insignia_SID"},
     {u"Month", u"Month"},
@@ -155,7 +178,7 @@ constexpr Key AwardsAdultsKeys[] = {
 };
 
 constexpr Column DenTitles[] = {
-    {u"Den_Title", Text, 30, In::Both, Extra::NotEmpty},
+    {u"Den_Title", Text, 30, {}, Extra::NotEmpty},
     {u"Sort_Order", Integer},
 };
 constexpr Key DenTitlesKeys[] = {{u"Den_Titles_PK", u"Den_Title", true}};
@@ -175,7 +198,7 @@ constexpr Column LeaderPackAssn[] = {
     {u"Position_Title", Text, 60},
     {u"Leader_SID", Integer},
     {u"Sort_Order", Integer},
-    {u"Leader_Pack_Assn", Long, 0, In::Both, Extra::Counter},
+    {u"Leader_Pack_Assn", Long, 0, {}, Extra::Counter},
 };
 constexpr Key LeaderPackAssnKeys[] = {
     {u"LPA_Leader_Pack_Assn_PK", u"Leader_Pack_Assn", true},
@@ -188,66 +211,67 @@ constexpr Column OtherPurchaseList[] = {
 };
 
 constexpr Column PackPositions[] = {
-    {u"Pack_Titles", Text, 60, In::Both, Extra::NotEmpty},
+    {u"Pack_Titles", Text, 60, {}, Extra::NotEmpty},
     {u"Sort_Order", Integer},
 };
 constexpr Key PackPositionsKeys[] = {{u"Pack_Titles", u"Pack_Titles", true}};
 
 constexpr Column PurchaseList[] = {
-    {u"Insignia_SID", Integer, 0, In::Only10}, {u"Award_Name", Text, 40},
-    {u"Award_Type", Text, 40, In::Only10},     {u"Insignia_Type", Text, 40, In::Only11},
-    {u"Quantity", Integer, 0, In::Only11},
+    {u"Insignia_SID", Integer, 0, until(V10)}, {u"Award_Name", Text, 40},
+    {u"Award_Type", Text, 40, until(V10)},     {u"Insignia_Type", Text, 40, since(V11)},
+    {u"Quantity", Integer, 0, since(V11)},
 };
 
 constexpr Table Tables[] = {
-    {u"PackInfo", In::Both, PackInfo, {}},
-    {u"Dens", In::Both, Dens, DensKeys},
-    {u"Scouts", In::Both, Scouts, ScoutsKeys},
-    {u"Adults", In::Both, Adults, AdultsKeys},
-    {u"Insignias", In::Both, Insignias, InsigniasKeys},
-    {u"Assigned_Awards_Scouts", In::Both, AwardsScouts, AwardsScoutsKeys},
-    {u"Assigned_Awards_Adults", In::Both, AwardsAdults, AwardsAdultsKeys},
-    {u"Den_Titles", In::Only11, DenTitles, DenTitlesKeys},
-    {u"Leader_Den_Assignments", In::Only11, LeaderDenAssignments, LeaderDenAssignmentsKeys},
-    {u"Leader_Pack_Assn", In::Only11, LeaderPackAssn, LeaderPackAssnKeys},
-    {u"Other_Purchase_List", In::Only11, OtherPurchaseList, {}},
-    {u"Pack_Positions", In::Only11, PackPositions, PackPositionsKeys},
-    {u"Purchase_List", In::Both, PurchaseList, {}},
+    {u"PackInfo", {}, PackInfo, {}},
+    {u"Dens", {}, Dens, DensKeys},
+    {u"Scouts", {}, Scouts, ScoutsKeys},
+    {u"Adults", {}, Adults, AdultsKeys},
+    {u"Insignias", {}, Insignias, InsigniasKeys},
+    {u"Assigned_Awards_Scouts", {}, AwardsScouts, AwardsScoutsKeys},
+    {u"Assigned_Awards_Adults", {}, AwardsAdults, AwardsAdultsKeys},
+    {u"Den_Titles", since(V11), DenTitles, DenTitlesKeys},
+    {u"Leader_Den_Assignments", since(V11), LeaderDenAssignments, LeaderDenAssignmentsKeys},
+    {u"Leader_Pack_Assn", since(V11), LeaderPackAssn, LeaderPackAssnKeys},
+    {u"Other_Purchase_List", since(V11), OtherPurchaseList, {}},
+    {u"Pack_Positions", since(V11), PackPositions, PackPositionsKeys},
+    {u"Purchase_List", {}, PurchaseList, {}},
 };
 
 struct Query {
     QStringView name;
+    Span in;
     QStringView sql;
 };
 
 constexpr Query Queries[] = {
-    {u"Join_AssignedAdultsWInsgnias",
+    {u"Join_AssignedAdultsWInsgnias", since(V11),
      u"SELECT Insignias.Insignia_Name AS Award_Name, 1 AS Qty, Assigned_Awards_Adults.Insignia_SID, "
      u"Insignias.Insignia_Type, Assigned_Awards_Adults.Date_Assigned FROM Assigned_Awards_Adults LEFT JOIN Insignias "
      u"ON Assigned_Awards_Adults.Insignia_SID = Insignias.Insignia_SID ORDER BY Assigned_Awards_Adults.Insignia_SID"},
-    {u"Join_AssignedScoutsWInsignias",
+    {u"Join_AssignedScoutsWInsignias", since(V11),
      u"SELECT Insignias.Insignia_Name AS Award_Name,  IIf(IsNull(Quantity),1,Quantity) AS Qty, "
      u"Assigned_Awards_Scouts.Insignia_SID, Insignias.Insignia_Type, Assigned_Awards_Scouts.Date_Assigned "
      u"FROM Assigned_Awards_Scouts LEFT JOIN Insignias ON Assigned_Awards_Scouts.Insignia_SID = "
      u"Insignias.Insignia_SID ORDER BY Assigned_Awards_Scouts.Insignia_SID"},
-    {u"Leader_Assignments",
+    {u"Leader_Assignments", since(V11),
      u"SELECT IIf(B.Den_SID=0,\"N/A\",A.Den_Number) AS Den_Number, IIf(B.Den_SID=0,\"N/A\",A.Den_Type) AS Den_Type, "
      u"B.Position_Title, B.Den_SID, B.Leader_SID, B.Leader_Pack_Assn FROM Union_Pack_Den_Positions AS B "
      u"LEFT JOIN Dens AS A ON B.Den_SID = A.Den_SID"},
-    {u"Scouts_Parents_As_DenLeader",
+    {u"Scouts_Parents_As_DenLeader", since(V11),
      u"SELECT A.Last_Name, A.First_Name, A.MI, B.Den_Title, B.Adult_SID, B.Den_SID FROM Leader_Den_Assignments AS B, "
      u"Adults AS A WHERE (((A.Adult_SID)=[B].[Adult_SID])) "},
-    {u"Union_Pack_Den_Positions",
+    {u"Union_Pack_Den_Positions", since(V11),
      u"Select Adult_SID As Leader_SID, Den_SID, Den_Title as Position_Title, \"N/A\"as Leader_Pack_Assn "
      u"From Leader_Den_Assignments UNION ALL Select Leader_SID, 0 as Den_SID, Position_Title, Leader_Pack_Assn "
      u"From Leader_Pack_Assn"},
-    {u"UnionAwardsScoutAdults",
+    {u"UnionAwardsScoutAdults", since(V11),
      u"SELECT * From Join_AssignedScoutsWInsignias UNION ALL Select * from Join_AssignedAdultsWInsgnias"},
 };
 
-bool isIn(In in, SchemaVersion version)
+bool isIn(const Span& in, int version)
 {
-    return in == In::Both || (in == In::Only10) == (version == SchemaVersion::V10);
+    return in.first <= version && version <= in.last;
 }
 
 Field makeField(const Column& column)
@@ -263,7 +287,7 @@ Field makeField(const Column& column)
     return field;
 }
 
-TableDef makeTable(const Table& table, SchemaVersion version)
+TableDef makeTable(const Table& table, int version)
 {
     TableDef made(table.name.toString());
     for (const Column& column : table.columns)
@@ -275,19 +299,26 @@ TableDef makeTable(const Table& table, SchemaVersion version)
     return made;
 }
 
-std::vector<TableDef> makeTables(SchemaVersion version)
+QStringList textsOf(const std::vector<PositionTitle>& titles)
 {
-    std::vector<TableDef> made;
-    for (const Table& table : Tables)
-        if (isIn(table.in, version))
-            made.push_back(makeTable(table, version));
+    QStringList made;
+    for (const PositionTitle& title : titles)
+        made += title.title.toString();
     return made;
 }
 
-void createTables(Database& database, SchemaVersion version)
+Version makeVersion(int number)
 {
-    for (TableDef table : schema::tables(version))
-        database.appendTableDef(table);
+    Version made{number, number <= V11 ? 0 : number, {}, {}, {}};
+    for (const Table& table : Tables)
+        if (isIn(table.in, number))
+            made.tables.push_back(makeTable(table, number));
+    for (const Query& query : Queries)
+        if (isIn(query.in, number))
+            made.queries.push_back({query.name.toString(), query.sql.toString()});
+    if (made.findTable(QString(DenTitleTable)))
+        made.usualTexts = {{DenTitleTable, textsOf(schema::denTitles())}, {PackTitleTable, textsOf(schema::packTitles())}};
+    return made;
 }
 
 void addTitles(Database& database, const QString& table, const QString& field, const std::vector<PositionTitle>& titles)
@@ -303,30 +334,48 @@ void addTitles(Database& database, const QString& table, const QString& field, c
 
 } // namespace
 
-const std::vector<TableDef>& schema::tables(SchemaVersion version)
+const Versions& schema::versions()
 {
-    static const std::vector<TableDef> Version10 = makeTables(SchemaVersion::V10);
-    static const std::vector<TableDef> Version11 = makeTables(SchemaVersion::V11);
-    return version == SchemaVersion::V10 ? Version10 : Version11;
-}
-
-const TableDef* schema::findTable(QStringView name, SchemaVersion version)
-{
-    for (const TableDef& table : tables(version))
-        if (name.compare(table.name(), Qt::CaseInsensitive) == 0)
-            return &table;
-    return nullptr;
-}
-
-const std::vector<QueryDef>& schema::queries()
-{
-    static const std::vector<QueryDef> Made = [] {
-        std::vector<QueryDef> made;
-        for (const Query& query : Queries)
-            made.push_back({query.name.toString(), query.sql.toString()});
-        return made;
+    static const Versions All = [] {
+        Versions all;
+        for (const int number : Numbers)
+            all.push_back(makeVersion(number));
+        return all;
     }();
-    return Made;
+    return All;
+}
+
+const Version& schema::version(int number)
+{
+    return *std::ranges::find(versions(), number, &Version::number);
+}
+
+const std::vector<TableDef>& schema::tables(int number)
+{
+    return version(number).tables;
+}
+
+const TableDef* schema::findTable(QStringView name, int number)
+{
+    return version(number).findTable(name);
+}
+
+const std::vector<QueryDef>& schema::queries(int number)
+{
+    return version(number).queries;
+}
+
+bool schema::isOurs(const QString& table)
+{
+    return std::ranges::any_of(versions(), [&table](const Version& one) { return one.findTable(table); });
+}
+
+void schema::requireOurs(const QStringList& tables)
+{
+    if (std::ranges::none_of(tables, isOurs))
+        throw platform::RuntimeError(
+            platform::UnrecognisedFormat, QStringLiteral("Database"),
+            QStringLiteral("It isn't a pack's file: it has none of a pack's tables."));
 }
 
 // The titles stand as the packs know them from their reports, spelling included.
@@ -350,51 +399,44 @@ const std::vector<PositionTitle>& schema::packTitles()
     return Titles;
 }
 
-const Editions& schema::editions()
+int versionOf(const Database& database, const Versions& versions)
 {
-    const auto texts = [](const std::vector<PositionTitle>& titles) {
-        QStringList made;
-        for (const PositionTitle& title : titles)
-            made += title.title.toString();
-        return made;
-    };
-    const QString telling = QStringLiteral("Adults");
-    static const Editions Both = {
-        {tables(SchemaVersion::V11),
-         queries(),
-         telling,
-         {{QStringLiteral("Den_Titles"), texts(denTitles())}, {QStringLiteral("Pack_Positions"), texts(packTitles())}}},
-        {tables(SchemaVersion::V10), {}, telling, {}},
-    };
-    return Both;
+    const int stated = database.stated();
+    if (isLater(stated, versions))
+        return stated;
+    TableFields tables;
+    for (const QString& name : database.tableNames()) {
+        const TableDef table = database.tableDef(name);
+        for (const Field& field : table.fields())
+            tables[name] += field.name;
+    }
+    return versionOf(versions, stated, tables).number;
 }
 
-void createSchema(Database& database)
+void createSchema(Database& database, int number)
 {
+    const Version& version = schema::version(number);
     Transaction together(database);
-    createTables(database, SchemaVersion::V11);
-    for (const QueryDef& query : schema::queries())
+    for (TableDef table : version.tables)
+        database.appendTableDef(table);
+    for (const QueryDef& query : version.queries)
         database.createQueryDef(query.name, query.sql);
-    addDefaultDenTitles(database);
-    addDefaultPackTitles(database);
-    together.commit();
-}
-
-void createSchema10(Database& database)
-{
-    Transaction together(database);
-    createTables(database, SchemaVersion::V10);
+    if (version.findTable(QString(DenTitleTable))) {
+        addDefaultDenTitles(database);
+        addDefaultPackTitles(database);
+    }
+    database.state(version.stated);
     together.commit();
 }
 
 void addDefaultDenTitles(Database& database)
 {
-    addTitles(database, QStringLiteral("Den_Titles"), QStringLiteral("Den_Title"), schema::denTitles());
+    addTitles(database, DenTitleTable, QStringLiteral("Den_Title"), schema::denTitles());
 }
 
 void addDefaultPackTitles(Database& database)
 {
-    addTitles(database, QStringLiteral("Pack_Positions"), QStringLiteral("Pack_Titles"), schema::packTitles());
+    addTitles(database, PackTitleTable, QStringLiteral("Pack_Titles"), schema::packTitles());
 }
 
 } // namespace orlo::store

@@ -3,7 +3,7 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "shell/forms/Module1.h"
-#include "store/jet/OpenFile.h"
+#include "store/opening/OpenFile.h"
 #include "store/upkeep/BackupFile.h"
 #include "store/upkeep/DataForms.h"
 #include "ui_frmDataBackup.h"

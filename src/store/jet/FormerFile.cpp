@@ -1,11 +1,4 @@
-#include "store/jet/OpenFile.h"
-
-#include "platform/FileSystem.h"
-#include "store/engine/Catalogue.h"
-#include "store/engine/Connection.h"
-#include "store/engine/Journal.h"
-#include "store/jet/Takeover.h"
-#include "store/schema/Schema.h"
+#include "store/jet/FormerFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,30 +36,6 @@ TakeoverWatch& takeoverWatch()
 {
     static TakeoverWatch watch;
     return watch;
-}
-
-Database openFile(const QString& path)
-{
-    if (const QString file = platform::nativePath(path); isFormerFormat(file)) {
-        setJournalAside(file); // that format knows none
-        takeOver(file);
-    }
-    return DBEngine::openDatabase(path, schema::editions());
-}
-
-bool isOurs(const QString& table)
-{
-    return schema::findTable(table, SchemaVersion::V11) || schema::findTable(table, SchemaVersion::V10);
-}
-
-Database openPack(const QString& path)
-{
-    if (!isFormerFormat(platform::nativePath(path))) {
-        Connection look(path, Connection::Mode::Open);
-        if (std::ranges::none_of(tableNames(look), isOurs))
-            throw noPack();
-    }
-    return openFile(path);
 }
 
 } // namespace orlo::store

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "store/engine/Database.h"
-
 #include <QString>
 
 #include <functional>
@@ -39,15 +37,5 @@ struct FormerCount {
 
 /// Reads a file in the former format to its end, changes nothing and returns what was counted. Raises as takeOver().
 [[nodiscard]] std::vector<FormerCount> checkFormer(const QString& file);
-
-/// Whether a table of this name is one of a pack's, in either version.
-[[nodiscard]] bool isOurs(const QString& table);
-
-/// Opens a database file, after taking it over where it is in the former format. Raises as DBEngine::openDatabase() and
-/// takeOver().
-[[nodiscard]] Database openFile(const QString& path);
-/// The same for the file that the screens work on. Raises 3343 for one that has none of a pack's tables, before
-/// anything in it changes.
-[[nodiscard]] Database openPack(const QString& path);
 
 } // namespace orlo::store

@@ -1,0 +1,208 @@
+#include "platform/RuntimeError.h"
+#include "store/opening/OpenFile.h"
+#include "support/Failure.h"
+#include "support/Files.h"
+#include "support/Main.h"
+#include "support/Sqlite.h"
+#include "support/Table.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+using namespace orlo;
+using namespace orlo::store;
+using test::sqlite;
+
+namespace
+{
+
+// The tables and queries of a file with all that their definitions say, a line each.
+QStringList catalogue(const Database& database)
+{
+    QStringList lines;
+    for (const QString& name : database.tableNames()) {
+        QStringList parts{name};
+        const TableDef table = database.tableDef(name);
+        for (const Field& field : table.fields())
+            parts += QString("%1 %2(%3) %4%5%6")
+                         .arg(field.name)
+                         .arg(int(field.type))
+                         .arg(field.size)
+                         .arg(field.allowZeroLength)
+                         .arg(field.autoIncrement)
+                         .arg(field.defaultValue.textOrEmpty());
+        for (const Index& index : table.indexes())
+            parts += index.name + index.fields.join(u'+') + (index.primary ? " primary" : "");
+        lines += parts.join("; ");
+    }
+    for (const QString& name : database.queryNames())
+        lines += name + ": " + database.queryDef(name).sql;
+    lines.sort();
+    return lines;
+}
+
+// A version that there isn't yet: one more field and one more table.
+const Field Nickname{"Nickname", FieldType::Text, 40, true};
+
+TableDef camps()
+{
+    TableDef table("Camps");
+    table.appendField({"Camp_SID", FieldType::Integer});
+    table.appendIndex({"Camps_PK", {"Camp_SID"}, true, true, true});
+    return table;
+}
+
+Versions withNext()
+{
+    Versions all = schema::versions();
+    Version next = all.front();
+    next.number = next.stated = schema::Newest + 1;
+    std::ranges::find(next.tables, "Scouts", &TableDef::name)->appendField(Nickname);
+    next.tables.push_back(camps());
+    all.insert(all.begin(), next);
+    return all;
+}
+
+int runs = 0;
+int failure = 0;
+
+Migrations toNext()
+{
+    Migrations steps = schema::migrations();
+    steps.push_back({schema::Newest, schema::Newest + 1, [](Database& database) {
+                         ++runs;
+                         database.tableDef(u"Scouts").appendField(Nickname);
+                         TableDef table = camps();
+                         database.appendTableDef(table);
+                         database.execute("Update Scouts Set Nickname = 'Nick'");
+                         if (failure != 0)
+                             throw platform::RuntimeError(failure);
+                     }});
+    return steps;
+}
+
+} // namespace
+
+class tst_versions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_path = m_folder->filePath("Quorrel11.mdb");
+        Database made = DBEngine::createDatabase(m_path);
+        createSchema(made);
+        made.close();
+        sqlite(m_path, "Insert Into Scouts (Scout_SID, Last_Name) Values (7, 'Berg')");
+        m_before = test::contents(m_path);
+        runs = failure = 0;
+    }
+
+    // The steps lead from each version to the newest, whose file is then as a fresh one.
+    void roads()
+    {
+        Database fresh = DBEngine::openDatabase(m_path);
+        for (const Version& version : schema::versions()) {
+            Database made = DBEngine::createDatabase(m_folder->filePath(versionText(version.number)));
+            createSchema(made, version.number);
+            int reached = version.number;
+            QCOMPARE(versionOf(made), reached);
+            for (const Migration& step : schema::migrations())
+                if (step.from == reached) {
+                    step.run(made);
+                    reached = step.to;
+                }
+            QCOMPARE(reached, schema::Newest);
+            QCOMPARE(versionOf(made), reached);
+            QCOMPARE(catalogue(made), catalogue(fresh));
+        }
+    }
+
+    void theOpeningMigrates()
+    {
+        const Versions versions = withNext();
+        {
+            Database opened = openCurrent(m_path, versions, toNext());
+            QCOMPARE(versionOf(opened, versions), schema::Newest + 1);
+            Database fresh = DBEngine::createDatabase(m_folder->filePath("fresh"));
+            createSchema(fresh);
+            fresh.tableDef(u"Scouts").appendField(Nickname);
+            TableDef table = camps();
+            fresh.appendTableDef(table);
+            QCOMPARE(catalogue(opened), catalogue(fresh));
+        }
+        QCOMPARE(sqlite(m_path, "Select Scout_SID, Last_Name, Nickname From Scouts; Pragma user_version"),
+                 QStringList({"7|Berg|Nick", "12"}));
+        const QDir copies(m_folder->filePath("copies"));
+        QCOMPARE(copies.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+        QVERIFY(test::contents(copies.filePath(copies.entryList(QDir::Dirs | QDir::NoDotAndDotDot)[0] +
+                                               "/Quorrel11_Backup")) == m_before);
+        (void)openCurrent(m_path, versions, toNext());
+        QCOMPARE(runs, 1);
+    }
+
+    void aStepThatFailsChangesNothing()
+    {
+        failure = platform::DuplicateKey;
+        const auto refused = test::failureOf([this] { return openCurrent(m_path, withNext(), toNext()); });
+        QCOMPARE(refused->number(), 3022);
+        QVERIFY2(refused->description().startsWith("The file couldn't be brought to version 1.2, and nothing in it"),
+                 qPrintable(refused->description()));
+        QVERIFY(test::contents(m_path) == m_before);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
+    }
+
+    // Both have seen the earlier version by the time that one of them begins.
+    void twoProgramsMigrateOnce()
+    {
+        const Versions versions = withNext();
+        Database one = openPack(m_path, versions);
+        Database other = openPack(m_path, versions);
+        QVERIFY(isBehind(one, versions, toNext()) && isBehind(other, versions, toNext()));
+        migrate(one, versions, toNext());
+        migrate(other, versions, toNext());
+        QCOMPARE(runs, 1);
+        QVERIFY(other.tableDef(u"Scouts").findField(u"Nickname"));
+    }
+
+    // What a file states, and what becomes of it. A number of another program's says nothing.
+    void stated_data() { test::table({"stated", "failure"}, "0 | 0\n7 | 0\n12 | 3343\n99 | 3343\n4711 | 0\n-3 | 0"); }
+    void stated()
+    {
+        sqlite(m_path, "Pragma user_version = " + test::cell("stated").toUtf8());
+        const QByteArray before = test::contents(m_path);
+        for (const auto& open : {std::function([this] { (void)openCurrent(m_path); }),
+                                 std::function([this] { (void)openFile(m_path); }),
+                                 std::function([this] { DBEngine::repairDatabase(m_path, schema::versions()); })}) {
+            const auto refused = test::failureOf(open);
+            QTEST(QString::number(refused ? refused->number() : 0), "failure");
+            if (!refused)
+                continue;
+            QVERIFY(refused->description().contains("version " + versionText(test::cell("stated").toInt())));
+            QVERIFY(test::contents(m_path) == before);
+        }
+    }
+
+    // A file of a version that states its own comes back as one of it, whether its head can still be read or not.
+    void repaired_data() { test::table({"case", "from", "to"}, "root | 100 | 4096\nhead | 0 | 4096"); }
+    void repaired()
+    {
+        const Versions versions = withNext();
+        openCurrent(m_path, versions, toNext()).close();
+        const qsizetype from = test::cell("from").toInt();
+        const qsizetype size = test::cell("to").toInt() - from;
+        test::write(m_path, test::contents(m_path).replace(from, size, QByteArray(size, '\0')));
+        DBEngine::repairDatabase(m_path, versions);
+        QCOMPARE(sqlite(m_path, "Select Nickname From Scouts; Pragma user_version"), QStringList({"Nick", "12"}));
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+    QByteArray m_before;
+};
+
+ORLO_TEST(tst_versions)
+#include "tst_versions.moc"
