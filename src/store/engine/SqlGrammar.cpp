@@ -89,8 +89,12 @@ void SqlTranslator::condition()
 // Reads on as long as operators bind at least so tightly.
 Expression SqlTranslator::expression(Level least)
 {
+    const qsizetype start = m_at;
+    const qsizetype varying = m_varying;
     Expression left = prefixed(least);
     while (true) {
+        if (m_varying > varying)
+            m_parts.append({start, m_at});
         const bool negative = at(Symbol::Not);
         const Symbol sign = token(negative ? 1 : 0).symbol;
         const bool negatable = sign == Symbol::Like || sign == Symbol::Between || sign == Symbol::In;

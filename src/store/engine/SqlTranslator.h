@@ -3,6 +3,7 @@
 #include "store/engine/SqlError.h"
 #include "store/engine/SqlExpression.h"
 
+#include <utility>
 #include <vector>
 
 namespace orlo::store
@@ -40,6 +41,8 @@ private:
         Scope*& m_current;
         Scope* m_before;
     };
+    // An expression, by its tokens.
+    using Part = std::pair<qsizetype, qsizetype>;
     // What is known of a Select that was written.
     struct Query {
         KnownFields fields;
@@ -51,8 +54,8 @@ private:
         qsizetype orderStart = -1;
         QList<qsizetype> stars;
         bool grouped = false;
-        QList<std::pair<qsizetype, qsizetype>> places; // of the results: their tokens
-        QList<std::pair<qsizetype, qsizetype>> groups; // the tokens of what it is grouped by
+        QList<Part> places; // of the results
+        QList<Part> groups; // what it is grouped by
         bool ordersByPlace = false;
     };
     struct FieldName {
@@ -85,8 +88,7 @@ private:
     bool group(Query& query);
     void readOrder(Query& query);
     void requireGrouped(const Query& query);
-    [[nodiscard]] Level bindingOf(qsizetype at) const;
-    [[nodiscard]] qsizetype endOfSame(qsizetype at, const std::pair<qsizetype, qsizetype>& expression) const;
+    [[nodiscard]] bool saysTheSame(Part one, Part other) const;
     [[nodiscard]] bool isGrouped(const Query& query, qsizetype field) const;
 
     // Expressions.
@@ -134,6 +136,7 @@ private:
     qsizetype m_at = 0;
     int m_depth = 0;
     qsizetype m_varying = 0; // how many fields and sums were read
+    QList<Part> m_parts;     // all expressions with one of these
     Scope* m_scope = nullptr;
     SqlWriter m_out;
     Translated m_result;
