@@ -1,6 +1,6 @@
 #include "reporting/RowOrder.h"
 
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 
 #include <QSet>
 
@@ -31,7 +31,7 @@ Value sortable(const Value& value)
 {
     if (!value.isText())
         return value;
-    return value.toText().isEmpty() ? Value() : Value(store::sortKey(value.toText()));
+    return value.toText().isEmpty() ? Value() : Value(platform::sortKey(value.toText()));
 }
 
 /// Null comes first, as it does in the store's own order.

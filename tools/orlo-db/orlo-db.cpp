@@ -10,6 +10,7 @@
 #include "Scramble.h"
 #include "platform/RuntimeError.h"
 #include "store/jet/OpenFile.h"
+#include "store/repair/Repair.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

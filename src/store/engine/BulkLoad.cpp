@@ -9,7 +9,7 @@
 namespace orlo::store
 {
 
-BulkLoad::BulkLoad(const Database& database) : m_connection(database.m_connection)
+BulkLoad::BulkLoad(const Database& database) : m_connection(database.connection())
 {
 }
 

@@ -2,8 +2,8 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Rows.h"
-#include "store/engine/Text.h"
 #include "store/engine/Value.h"
 
 #include <QString>
@@ -59,7 +59,7 @@ qsizetype count(sqlite3_value* value)
 void like(sqlite3_context* context, int, Arguments arguments)
 {
     if (!isNull(arguments[0]) && !isNull(arguments[1]))
-        sqlite3_result_int(context, matchesLikeUtf8(utf8(arguments[1]), utf8(arguments[0])));
+        sqlite3_result_int(context, platform::matchesLikeUtf8(utf8(arguments[1]), utf8(arguments[0])));
 }
 
 // What a text, and the arguments after it, give; of Null it is Null.
@@ -160,7 +160,7 @@ void asTruth(sqlite3_context* context, int, Arguments arguments)
     const QString word = text(arguments[0]);
     for (const bool yes : {true, false})
         for (const char16_t* said : {yes ? u"yes" : u"no", yes ? u"true" : u"false"})
-            if (sameName(word, said))
+            if (platform::sameName(word, said))
                 return sqlite3_result_int(context, yes ? -1 : 0);
     asNumber(context, 1, arguments);
 }
@@ -223,8 +223,8 @@ void now(sqlite3_context* context, int, Arguments)
 
 int compareBytes(void*, int sizeA, const void* a, int sizeB, const void* b)
 {
-    return compareUtf8({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
-                       {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
+    return platform::compareUtf8({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
+                                 {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
 }
 
 struct Function {

@@ -1,10 +1,10 @@
 #include "store/engine/Recordset.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/Source.h"
-#include "store/engine/Text.h"
 
 #include <sqlite3.h>
 
@@ -281,7 +281,7 @@ int Recordset::column(QStringView name) const
     // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
     const auto& fields = m_shape->fields;
     for (std::size_t at = 0; at < fields.size(); ++at)
-        if (fields[at].name.size() == name.size() && sameName(fields[at].name, name))
+        if (fields[at].name.size() == name.size() && platform::sameName(fields[at].name, name))
             return static_cast<int>(at);
     refuse(platform::FieldNotFound);
 }

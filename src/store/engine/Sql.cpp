@@ -1,7 +1,7 @@
 #include "store/engine/Sql.h"
 
+#include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
-#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -180,7 +180,7 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         m_out.sql += QLatin1String(" DISTINCT");
     else
         take(Symbol::All);
-    if (atName() && sameName(token().text, u"top") && at(Symbol::Number, 1))
+    if (atName() && platform::sameName(token().text, u"top") && at(Symbol::Number, 1))
         refuse();
     // What the results mean is known once the sources are, which come after them.
     const qsizetype results = std::exchange(m_at, placeOfFrom());

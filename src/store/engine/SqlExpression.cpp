@@ -1,7 +1,7 @@
 #include "store/engine/SqlExpression.h"
 
 #include "platform/Conversion.h"
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -136,7 +136,7 @@ void SqlWriter::beside(Kind kind, Expression& value)
 void SqlWriter::asTruth(Expression& value)
 {
     const bool word = std::ranges::any_of(std::array{u"yes", u"no", u"true", u"false"},
-                                          [&](const char16_t* one) { return sameName(one, value.literal); });
+                                          [&](const char16_t* one) { return platform::sameName(one, value.literal); });
     if (!value.literal.isNull() && !word && !platform::readNumber(value.literal))
         raiseSyntax(QStringLiteral("(\"%1\" is neither yes nor no.)").arg(value.literal));
     call(QLatin1String("as_truth("), value, Kind::Number);

@@ -2,9 +2,9 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Rows.h"
 #include "store/engine/SqlTranslator.h"
-#include "store/engine/Text.h"
 
 #include <QStringBuilder>
 
@@ -293,7 +293,7 @@ SqlTranslator::FieldName SqlTranslator::fieldName()
 void SqlTranslator::refuseRowNumber(QStringView name)
 {
     for (const QStringView number : {u"rowid", u"_rowid_", u"oid"})
-        if (sameName(name, number))
+        if (platform::sameName(name, number))
             throw platform::RuntimeError(platform::UnknownName, QStringLiteral("Database"),
                                          platform::standardDescription(platform::UnknownName) +
                                              QStringLiteral(" (%1)").arg(name));
@@ -306,7 +306,7 @@ const KnownField* SqlTranslator::find(QStringView source, QStringView name, Scop
     Scope*& where = has ? *has : other;
     const auto among = [name](const KnownFields& fields) -> const KnownField* {
         for (const KnownField& field : fields)
-            if (sameName(field.name, name))
+            if (platform::sameName(field.name, name))
                 return &field;
         return nullptr;
     };
@@ -326,10 +326,11 @@ Expression SqlTranslator::function()
 {
     const Nesting nesting(*this);
     const QStringView called = m_tokens[m_at++].text;
-    if (std::ranges::any_of(Aggregates, [called](QStringView name) { return sameName(called, name); }))
+    if (std::ranges::any_of(Aggregates, [called](QStringView name) { return platform::sameName(called, name); }))
         return aggregate(called);
-    const auto* const known = std::ranges::find_if(
-        DialectFunctions, [called](const DialectFunction& function) { return sameName(called, function.name); });
+    const auto* const known = std::ranges::find_if(DialectFunctions, [called](const DialectFunction& function) {
+        return platform::sameName(called, function.name);
+    });
     const bool ours = known != std::end(DialectFunctions);
     const qsizetype start = m_out.sql.size();
     if (ours)
@@ -346,11 +347,11 @@ Expression SqlTranslator::function()
             }
         } while (take(Symbol::Comma));
     expect(Symbol::Close);
-    if (sameName(called, u"iif") && given.size() == 3)
+    if (platform::sameName(called, u"iif") && given.size() == 3)
         return m_out.choice(given[0], given[1], given[2]);
-    if (sameName(called, u"isnull") && given.size() == 1)
+    if (platform::sameName(called, u"isnull") && given.size() == 1)
         return m_out.nullTest(given[0], true);
-    const bool special = sameName(called, u"iif") || sameName(called, u"isnull");
+    const bool special = platform::sameName(called, u"iif") || platform::sameName(called, u"isnull");
     if (!ours && !special)
         raise(QStringLiteral("(There is no function \"%1\".%2)").arg(called, insteadOf(called)), called);
     if (special || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
@@ -363,8 +364,8 @@ Expression SqlTranslator::aggregate(QStringView called)
 {
     m_scope->sums = true;
     ++m_varying;
-    const bool count = sameName(called, u"count");
-    const bool ends = sameName(called, u"max") || sameName(called, u"min");
+    const bool count = platform::sameName(called, u"count");
+    const bool ends = platform::sameName(called, u"max") || platform::sameName(called, u"min");
     const qsizetype start = m_out.sql.size();
     m_out.sql += called.toString().toLower() + u'(';
     expect(Symbol::Open);

@@ -1,7 +1,7 @@
 // What a Select is grouped and sorted by.
 
+#include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
-#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -25,7 +25,7 @@ bool SqlTranslator::group(Query& query)
             query.groups.append({start, m_at});
             // A result's name stands for its expression.
             for (qsizetype i = 0; i < query.places.size(); ++i)
-                if (m_at == start + 1 && sameName(query.fields[i].name, m_tokens[start].text) &&
+                if (m_at == start + 1 && platform::sameName(query.fields[i].name, m_tokens[start].text) &&
                     !find({}, m_tokens[start].text))
                     query.groups.append(query.places[i]);
         } while (take(Symbol::Comma));
@@ -60,7 +60,7 @@ bool SqlTranslator::saysTheSame(Part one, Part other) const
         const Token& a = m_tokens[one.first];
         const Token& b = m_tokens[other.first];
         const bool alike = a.symbol == b.symbol || (isName(a) && isName(b));
-        if (!alike || (a.symbol == Symbol::Text ? a.text != b.text : !sameName(a.text, b.text)))
+        if (!alike || (a.symbol == Symbol::Text ? a.text != b.text : !platform::sameName(a.text, b.text)))
             return false;
     }
     return one.first == one.second && other.first == other.second;
@@ -71,7 +71,8 @@ bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
 {
     const QStringView name = m_tokens[field].text;
     if (m_tokens[field + 1].symbol != Symbol::Dot && !find({}, name) &&
-        std::ranges::any_of(query.fields, [&](const KnownField& result) { return sameName(result.name, name); }))
+        std::ranges::any_of(query.fields,
+                            [&](const KnownField& result) { return platform::sameName(result.name, name); }))
         return true; // a result
     return std::ranges::any_of(query.groups, [&](Part group) {
         const auto inner = [&group] { return Part(group.first + 1, group.second - 1); };

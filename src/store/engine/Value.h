@@ -52,7 +52,7 @@ public:
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;
 
-    /// The same kind and content; Null equals Null. Text compares by code unit here; compareText()
+    /// The same kind and content; Null equals Null. Text compares by code unit here; platform::compareText()
     /// has the engine's way.
     friend bool operator==(const Value&, const Value&) = default;
 
