@@ -71,7 +71,7 @@ private:
     // What a column shows. It is kept, so that a view can be painted after the record set's file was closed.
     struct Field {
         int index = -1; // in the record set
-        store::FieldInfo info;
+        store::Field info;
     };
 
     [[nodiscard]] store::Recordset* records() const;

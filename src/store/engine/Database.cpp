@@ -114,7 +114,13 @@ void Database::execute(const QString& sql)
         throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
     if (action->kind == Translated::Kind::Delete)
         m_connection->announce({true, action->removesFrom});
-    m_connection->execute(*action);
+    Transaction transaction(*this);
+    {
+        auto statement = m_connection->statement(action->sql.toUtf8(), Origin::Outside);
+        while (statement.step())
+            ;
+    }
+    transaction.commit();
 }
 
 void Database::watchChanges(std::function<bool(Database&, const Change&)> listener)
@@ -123,7 +129,7 @@ void Database::watchChanges(std::function<bool(Database&, const Change&)> listen
         Database database(watched.lock());
         return told(database, change);
     };
-    m_connection->changeWatch().listen(tell);
+    m_connection->listen(tell);
 }
 
 void Database::aboutToRemove()

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "store/engine/ChangeWatch.h"
 #include "store/engine/Recordset.h"
 
 #include <QStringList>
@@ -16,17 +15,6 @@ class Connection;
 struct Edition;
 /// The newest edition first.
 using Editions = std::vector<Edition>;
-
-/// A field of a table definition. Text fields have a size; attributes and flags as the catalogue stores them.
-struct Field {
-    QString name;
-    FieldType type = FieldType::Text;
-    int size = 0;
-    bool allowZeroLength = false;
-    bool autoIncrement = false; ///< a counter that the engine numbers
-    bool required = false;
-    Value defaultValue = {};
-};
 
 /// An index of a table definition, on one field or more.
 struct Index {
@@ -75,6 +63,12 @@ inline constexpr char StoredQueries[] = "Stored_Queries";
 struct QueryDef {
     QString name;
     QString sql;
+};
+
+/// What a file's rows are about to go through.
+struct Change {
+    bool removes = false;
+    QString table = {}; ///< that loses rows; empty where several things will happen
 };
 
 /// One open database file. Closing it ends every record set that was opened on it (3420); letting it go leaves them

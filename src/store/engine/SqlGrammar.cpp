@@ -108,13 +108,13 @@ Expression SqlTranslator::expression(Level least)
 Expression SqlTranslator::prefixed(Level least)
 {
     if (at(Symbol::Not) && least <= Level::Not) {
-        const Nesting nesting(*this);
+        const QScopedValueRollback nesting(m_depth, deeper());
         ++m_at;
         return m_out.negated(expression(Level::Not));
     }
     if (!at(Symbol::Minus) && !at(Symbol::Plus))
         return operand();
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     const bool minus = m_tokens[m_at++].symbol == Symbol::Minus;
     const Expression number = expression(Level::Sign);
     return minus ? m_out.oppositeOf(number) : number;
@@ -261,7 +261,7 @@ Expression SqlTranslator::operand()
 // An expression in brackets, or the Select that gives its value.
 Expression SqlTranslator::bracketed()
 {
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     expect(Symbol::Open);
     Expression inner;
     if (at(Symbol::Select)) {
@@ -324,7 +324,7 @@ const KnownField* SqlTranslator::find(QStringView source, QStringView name, Scop
 
 Expression SqlTranslator::function()
 {
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     const QStringView called = m_tokens[m_at++].text;
     if (std::ranges::any_of(Aggregates, [called](QStringView name) { return platform::sameName(called, name); }))
         return aggregate(called);
@@ -396,6 +396,15 @@ QStringView SqlTranslator::name()
     if (!atName())
         refuse();
     return m_tokens[m_at++].text;
+}
+
+// Brackets within brackets, to a number that the process can follow.
+int SqlTranslator::deeper() const
+{
+    constexpr int Most = 60;
+    if (m_depth == Most)
+        raise(QStringLiteral("(Too many brackets within each other.)"), token().text);
+    return m_depth + 1;
 }
 
 void SqlTranslator::refuse() const

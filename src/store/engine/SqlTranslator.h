@@ -3,8 +3,9 @@
 #include "store/engine/SqlError.h"
 #include "store/engine/SqlExpression.h"
 
+#include <QScopedValueRollback>
+
 #include <utility>
-#include <vector>
 
 namespace orlo::store
 {
@@ -44,19 +45,12 @@ private:
     // An expression, by its tokens.
     using Part = std::pair<qsizetype, qsizetype>;
     // What is known of a Select that was written.
-    struct Query {
+    struct Query : SelectParts {
         KnownFields fields;
-        bool known = true;  // the fields are
-        QStringView source; // the one source of which it gives one record a row
-        QStringView alias;
-        qsizetype fromStart = 0;
-        qsizetype tailStart = 0;
-        qsizetype orderStart = -1;
-        QList<qsizetype> stars;
+        bool known = true; // the fields are
         bool grouped = false;
         QList<Part> places; // of the results
         QList<Part> groups; // what it is grouped by
-        bool ordersByPlace = false;
     };
     struct FieldName {
         QStringView source;
@@ -66,7 +60,6 @@ private:
     };
     // How tightly the dialect binds an operator.
     enum class Level : quint8 { None, Or, And, Not, Comparison, Join, Sum, Product, Sign };
-    class Nesting;
 
     // Statements.
     void select();
@@ -125,6 +118,7 @@ private:
             refuse();
     }
     QStringView name();
+    [[nodiscard]] int deeper() const;
     [[noreturn]] void refuse() const;
     // With the text of the token at fault.
     [[noreturn]] void raise(const QString& detail, QStringView at) const;
@@ -140,24 +134,6 @@ private:
     Scope* m_scope = nullptr;
     SqlWriter m_out;
     Translated m_result;
-};
-
-/// Keeps brackets within brackets to a number that the process can follow.
-class SqlTranslator::Nesting
-{
-public:
-    explicit Nesting(SqlTranslator& translator) : m_depth(translator.m_depth)
-    {
-        if (++m_depth > Most)
-            translator.raise(QStringLiteral("(Too many brackets within each other.)"), translator.token().text);
-    }
-    ~Nesting() { --m_depth; }
-    Nesting(const Nesting&) = delete;
-    Nesting& operator=(const Nesting&) = delete;
-
-private:
-    static constexpr int Most = 60;
-    int& m_depth;
 };
 
 } // namespace orlo::store
