@@ -1,5 +1,5 @@
+#include "platform/Text.h"
 #include "reporting/FormulaFunctions.h"
-#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -173,7 +173,7 @@ constexpr auto Operators = std::to_array<FormulaFunction>({
     {QLatin1StringView("within"), 2, 2, Type::Condition,
      [](Arguments a, Place) -> Value { return displayText(a[1]).contains(displayText(a[0]), Qt::CaseInsensitive); }},
     {QLatin1StringView("like"), 2, 2, Type::Condition,
-     [](Arguments a, Place) -> Value { return store::matchesLike(displayText(a[0]), displayText(a[1])); }},
+     [](Arguments a, Place) -> Value { return platform::matchesLike(displayText(a[0]), displayText(a[1])); }},
     {QLatin1StringView("startswith"), 2, 2, Type::Condition,
      [](Arguments a, Place) -> Value { // Qt takes an empty text for none, so it begins with nothing
          const QString part = displayText(a[1]);
@@ -207,7 +207,7 @@ int compareValues(const Value& a, const Value& b, Place place)
     if (numeric(a) && numeric(b))
         return sign(numberArgument(a, place), numberArgument(b, place));
     if (a.isText() && b.isText())
-        return store::compareText(a.toText(), b.toText());
+        return platform::compareText(a.toText(), b.toText());
     if (a.isDate() && b.isDate())
         return sign(a.toDate(), b.toDate());
     const Value& other = a.isText() ? b : a;

@@ -157,7 +157,7 @@ private:
             const PartProgress reading(m_progress, 0, RowsRead);
             store::Recordset records = file.openRecordset(query, [&] { reading(0, 0); });
             RowSet set;
-            for (const store::FieldInfo& field : records.fields()) {
+            for (const store::Field& field : records.fields()) {
                 set.columns << field.name;
                 set.types.push_back(typeOf(field.type));
             }

@@ -1,6 +1,6 @@
 #include "reporting/RowOrder.h"
 
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 
 #include <QSet>
 
@@ -30,7 +30,7 @@ Value sortable(const Value& value)
 {
     if (!value.isText())
         return value;
-    return value.toText().isEmpty() ? Value() : Value(store::sortKey(value.toText()));
+    return value.toText().isEmpty() ? Value() : Value(platform::sortKey(value.toText()));
 }
 
 /// Null first, as in the store.

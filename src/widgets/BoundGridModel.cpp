@@ -57,7 +57,7 @@ Qt::ItemFlags BoundGridModel::flags(const QModelIndex& index) const
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!m_updatable)
         return flags;
-    if (m_fields[std::size_t(index.column())].info.counter)
+    if (m_fields[std::size_t(index.column())].info.autoIncrement)
         return flags; // numbered by the engine
     if (index.row() < m_records ? m_allowUpdate : m_allowAddNew)
         flags |= Qt::ItemIsEditable;
@@ -138,7 +138,7 @@ QString BoundGridModel::takes(int column) const
     const auto whole = [](auto least, auto most) {
         return QStringLiteral("a whole number from %1 to %2").arg(least).arg(most);
     };
-    const store::FieldInfo& field = m_fields[std::size_t(column)].info;
+    const store::Field& field = m_fields[std::size_t(column)].info;
     switch (field.type) {
     case store::FieldType::Integer:
         return whole(std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max());
@@ -233,7 +233,7 @@ void BoundGridModel::findFields()
 {
     const store::Recordset* set = records();
     if (m_allFields && set)
-        for (const store::FieldInfo& field : set->fields())
+        for (const store::Field& field : set->fields())
             m_columns.append({field.name, field.name});
     if (!set)
         return;

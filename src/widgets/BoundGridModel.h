@@ -72,7 +72,7 @@ private:
     // A column's description, kept so that a view can be painted after the record set's file was closed.
     struct Field {
         int index = -1; // in the record set
-        store::FieldInfo info;
+        store::Field info;
     };
 
     [[nodiscard]] store::Recordset* records() const;

@@ -10,6 +10,7 @@
 #include "Scramble.h"
 #include "platform/RuntimeError.h"
 #include "store/jet/FormerFile.h"
+#include "store/repair/Repair.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -21,6 +21,7 @@
 #include "shell/frame/ScreenScroll.h"
 #include "shell/frame/dlgHelp.h"
 #include "shell/frame/frmAbout.h"
+#include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/DataForms.h"
 #include "store/upkeep/basDataUpdate.h"

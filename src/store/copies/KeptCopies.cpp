@@ -6,6 +6,7 @@
 #include "platform/RuntimeError.h"
 #include "platform/System.h"
 #include "store/copies/CopyPlan.h"
+#include "store/copies/DatabaseCopy.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -113,7 +114,7 @@ bool KeptCopies::copyOf(Database& database)
     const quint32 version = database.state().version; // taken before the copy: a later change needs another copy
     if (m_version == version)
         return true;
-    if (!make([&database](const QString& path) { database.copyTo(path); }))
+    if (!make([&database](const QString& path) { copyDatabase(database, path); }))
         return false;
     m_version = version;
     return true;
