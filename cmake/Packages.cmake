@@ -30,7 +30,7 @@ file(GLOB tables CONFIGURE_DEPENDS ${sample}/*.csv)
 orlo_package_file(sample-pack/Quorrel11_Backup DEPENDS build::orlo-db ${tables}
     COMMAND build::orlo-db new ${PACKAGE_DIR}/sample-pack/Quorrel11_Backup --from ${sample})
 orlo_package_file(sample-pack/version-1.0/Quorrel.mdb DEPENDS build::orlo-db ${tables}
-    COMMAND build::orlo-db new ${PACKAGE_DIR}/sample-pack/version-1.0/Quorrel.mdb --from ${sample} --version 1.0)
+    COMMAND build::orlo-db new ${PACKAGE_DIR}/sample-pack/version-1.0/Quorrel.mdb --from ${sample} --format 1.0)
 
 set(programs orlo orlo-db)
 if(TARGET orlo-jet)

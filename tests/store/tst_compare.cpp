@@ -48,7 +48,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath("copy") && QDir().mkpath("csv"));
         orlo::test::write("csv/Assigned_Awards_Scouts.csv", "Scout_SID,Insignia_SID\n1,2\n1,2\n");
         QCOMPARE(orloDb({"new", "--from", "csv", "copy/Quorrel11_Backup"}).errors, QString());
-        QCOMPARE(orloDb({"new", "--from", "csv", "--version", "1.0", "old.mdb"}).errors, QString());
+        QCOMPARE(orloDb({"new", "--from", "csv", "--format", "1.0", "old.mdb"}).errors, QString());
         const auto run = orloDb({"compare", "old.mdb", "copy"});
         QVERIFY2(run.said.startsWith("Only the second file has the fields of Scouts: Alt_Parent_Address, "),
                  qPrintable(run.said + run.errors));
