@@ -77,6 +77,9 @@ private Q_SLOTS:
     {
         QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
         QCOMPARE(rows("Select Count(*) From Dens"), "7");
+        // The templates of lists hold nothing but headings, which an import understands.
+        const Run run = orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"});
+        QCOMPARE(run.said.count(": 0 would be added, 0 there already\n"), 12);
         QCOMPARE(rows("Select Distinct Insignia_Type From Insignias").count(u';'), 8);
         for (const char* wrong :
              {"Assigned_Awards_Scouts Where Scout_SID Not In (Select Scout_SID From Scouts)",
