@@ -15,7 +15,7 @@ stub dpkg-query 'exit 1'
 stub sleep ':'
 stub apt-get 'echo "$*" >>'"$here"'/asked
     [[ "$*" != *update* ]] || [ "$(grep -c update '"$here"'/asked)" -ge 3 ] || { echo "E: Could not get lock /lists/lock" >&2; exit 100; }'
-for tool in bash env dirname readlink grep true; do ln -s "$(command -v $tool)" "$here"; done
+for tool in bash env dirname readlink grep true; do ln -s "$(type -P $tool)" "$here"; done
 missing() { # missing USER_ID: what is said, and the status
     stub id "echo $1"
     rm -f "$here/asked"
