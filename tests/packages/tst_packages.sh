@@ -72,6 +72,20 @@ fi
 for kind in sample empty; do "$here/a folder/orlo-db" check "$here/a folder/$kind-pack/Quorrel11_Backup" >/dev/null; done
 "$here/a folder/orlo-db" check "$here/a folder/sample-pack/version-1.0/Quorrel.mdb" | grep -q '1043 Assigned_Awards_Scouts'
 [ ! -e "$build/app/manual" ] || [ -s "$here/a folder/manual/index.html" ]
+while IFS='|' read -r words page; do # what somebody would look for in the manual, and where it is told
+    [ ! -e "$build/app/manual" ] ||
+        awk -v words="$words" -v page="[\"$page" 'index($0, page) == 1 { n = split(words, word, " "); hits = 0
+            for (i = 1; i <= n; i++) hits += index(tolower($0), word[i]) > 0
+            if (hits == n) found = 1 } END { exit !found }' "$here/a folder/manual/sections.js"
+done <<'END'
+uninstall|remove.html
+crash|surprises.html
+labels|rosters.html#phone-list
+phone list|rosters.html#phone-list
+import|from-spreadsheet.html
+excel|from-spreadsheet.html
+csv|from-spreadsheet.html
+END
 
 # A newer archive, unpacked over the used folder.
 mkdir "$here/newer"

@@ -41,8 +41,9 @@ void dlgHelp::openManual(const QString& link)
 {
     const QUrl url(link);
     if (!QDesktopServices::openUrl(url))
-        widgets::message(QStringLiteral("Nothing on this computer opens the manual by itself. Open this file in a browser:\n") +
-                         QDir::toNativeSeparators(url.toLocalFile()));
+        widgets::message(
+            QStringLiteral("Nothing on this computer opens the manual by itself. Open this file in a browser:\n") +
+            QDir::toNativeSeparators(url.toLocalFile()));
 }
 
 } // namespace orlo
