@@ -14,38 +14,6 @@ using namespace orlo;
 namespace
 {
 
-QString fileText(const QString& path)
-{
-    return QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/" + path));
-}
-
-// All that the program can say: the screens' texts without the marks of access keys, the code's, the reports'.
-QString programTexts()
-{
-    static const QRegularExpression joint("\"\\s*\\n\\s*u?\"");
-    static const QRegularExpression literal("\"((?:[^\"\\\\\\n]|\\\\.)*)\"");
-    static const QRegularExpression string("<string[^>]*>([^<]*)</string>");
-    QString all;
-    const auto add = [&all](const QString& text, const QRegularExpression& pattern) {
-        for (const auto& match : pattern.globalMatch(text))
-            all += match.captured(1).replace("\\\"", "\"") + u'\n';
-    };
-    for (const char* folder : {"src", "tools", "packaging", "share"}) {
-        QDirIterator files(QStringLiteral(ORLO_SOURCE_DIR "/") + folder, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString name = files.next();
-            const QString text = QString::fromUtf8(test::contents(name));
-            if (name.endsWith(".ui"))
-                add(QString(text).replace("&amp;", "").replace("&lt;", "<").replace("&gt;", ">"), string);
-            else if (name.endsWith(".cpp") || name.endsWith(".h"))
-                add(QString(text).remove(joint).remove(u'&'), literal);
-            else
-                all += text;
-        }
-    }
-    return all.simplified();
-}
-
 // Goes through a page as somebody does who reads it: each sentence that quotes something of the program is an action on
 // the windows that are up. Every action is a call from the event loop, so that the next one comes inside of what waits.
 class Reader : public QObject
@@ -246,35 +214,6 @@ class tst_manual : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Whatever a page has in double quotes is a text of the program, or of others: those stand in a list.
-    void quotesTheProgram()
-    {
-        static const QRegularExpression code("```.*?```|`[^`]*`", QRegularExpression::DotMatchesEverythingOption);
-        static const QRegularExpression quote("\"([^\"]+)\"");
-        const QString program = programTexts();
-        QStringList others = fileText("tests/shell/manual_others.txt").split(u'\n', Qt::SkipEmptyParts).mid(1);
-        QStringList unknown;
-        QSet<QString> met;
-        int quotes = 0;
-        for (const QFileInfo& page : QDir(ORLO_SOURCE_DIR "/docs/manual").entryInfoList({"*.md"}))
-            for (const auto& match :
-                 quote.globalMatch(QString::fromUtf8(test::contents(page.filePath())).remove(code))) {
-                const QString text = match.captured(1).simplified();
-                QString pattern = QRegularExpression::escape(text).replace("\\…", "(%\\d)+");
-                pattern.replace(QRegularExpression("'\\d+\\\\'"), "'%1\\'");
-                ++quotes;
-                if (others.contains(text))
-                    met += text;
-                else if (!program.contains(QRegularExpression("(?<!\\w)" + pattern + "(?!\\w)")))
-                    unknown += page.fileName() + ": " + text;
-            }
-        for (const QString& text : others)
-            if (!met.contains(text))
-                unknown += "no page quotes any more: " + text;
-        QCOMPARE(unknown.join(u'\n'), QString());
-        QVERIFY(quotes > 300);
-    }
-
     // The first hour's steps, done as the page says them; what each leaves in the records.
     void firstHour()
     {
@@ -307,7 +246,8 @@ private Q_SLOTS:
         int steps = 0;
         Reader reader;
         for (const auto& match :
-             step.globalMatch(fileText("docs/manual/first-start.md").section("## Your own pack", 0, 0))) {
+             step.globalMatch(QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/docs/manual/first-start.md"))
+                                  .section("## Your own pack", 0, 0))) {
             const QString title = match.captured(1);
             QString text = match.captured(2).remove(QRegularExpression("!\\[[^)]*\\)")).simplified();
             if (restore.isEmpty())
