@@ -291,14 +291,20 @@ mnuHelp|&Help
         QVERIFY(QDir().mkpath(gAppPath + "/manual"));
         test::write(page, "<h1>ORLO</h1>");
         OpenedPages opened;
-        QDesktopServices::setUrlHandler("file", &opened, "open");
-        openNotice([&words](QLabel& notice) {
+        const auto press = [&words](QLabel& notice) {
             QVERIFY(notice.text().startsWith(words));
             QTest::keyClick(&notice, Qt::Key_Tab);
             QTest::keyClick(&notice, Qt::Key_Return);
-        });
+        };
+        QDesktopServices::setUrlHandler("file", &opened, "open");
+        openNotice(press);
         QDesktopServices::unsetUrlHandler("file");
-        QCOMPARE(opened.pages, QList<QUrl>{QUrl::fromLocalFile(QFileInfo(page).canonicalFilePath())});
+        const QString file = QFileInfo(page).canonicalFilePath();
+        QCOMPARE(opened.pages, QList<QUrl>{QUrl::fromLocalFile(file)});
+        // Without a program that opens it, a message shows where it is.
+        const auto told = test::answerNext();
+        openNotice(press);
+        QVERIFY2(told->text.contains(QDir::toNativeSeparators(file)), qPrintable(told->text));
     }
 
     void exitQuestion()

@@ -82,9 +82,12 @@ for page in "${pages[@]}"; do
 <nav>
 <input id="search" type="search" placeholder="Search the manual" aria-label="Search the manual" hidden>
 <ol id="found" aria-live="polite" hidden></ol>
+<details id="list" open>
+<summary>All pages</summary>
 <ul id="pages">
 $(links "$page")
 </ul>
+</details>
 </nav>
 <main>
 $content
