@@ -1,13 +1,8 @@
 #include "reporting/view/PageText.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/ReportControl.h"
-#include "reports/dlgAdultList.h"
-#include "reports/dlgAwardsList.h"
-#include "reports/dlgCombinedRoster.h"
-#include "reports/dlgReportSelect1.h"
-#include "reports/dlgScoutList.h"
-#include "reports/frmCreatePurchaseList.h"
 #include "reports/frmReportsMenu.h"
+#include "shell/frame/Screens.h"
 #include "shell/frame/mdiPendrake.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -37,13 +32,13 @@ struct Screen {
     widgets::Form& form;
     reporting::ReportControl& report = *form.findChild<reporting::ReportControl*>();
 
-    template <class F>
-    static Screen open()
+    static Screen open(const QString& name)
     {
-        widgets::Instance<F>::show();
-        if (!QTest::qWaitForWindowActive(widgets::Instance<F>::loaded()))
+        widgets::Form& opened = screenOf(name).get();
+        opened.showForm();
+        if (!QTest::qWaitForWindowActive(&opened))
             qFatal("the dialog doesn't become active");
-        return {widgets::Instance<F>::get()};
+        return {opened};
     }
     template <class W = QWidget>
     W& get(const char* name) const
@@ -67,13 +62,6 @@ struct Screen {
         return texts.join(u'|');
     }
 };
-
-const QMap<QString, Screen (*)()> Dialogs{{"dlgReportSelect1", Screen::open<dlgReportSelect1>},
-                                          {"dlgAwardsList", Screen::open<dlgAwardsList>},
-                                          {"dlgScoutList", Screen::open<dlgScoutList>},
-                                          {"dlgAdultList", Screen::open<dlgAdultList>},
-                                          {"dlgCombinedRoster", Screen::open<dlgCombinedRoster>},
-                                          {"frmCreatePurchaseList", Screen::open<frmCreatePurchaseList>}};
 
 } // namespace
 
@@ -103,7 +91,7 @@ private Q_SLOTS:
 
     void doubleClickOpensOneWindow()
     {
-        const auto screen = Dialogs["dlgScoutList"]();
+        const auto screen = Screen::open("dlgScoutList");
         screen.view();
         QTest::mouseDClick(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
         QTest::mouseRelease(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
@@ -151,7 +139,7 @@ private Q_SLOTS:
     {
         auto [run, clicks, title] = test::cells("run", "clicks", "title");
         title.replace("@", "Assigned Awards  for Date: 2/14/2026");
-        const Screen screen = Dialogs[run.section(u' ', 0, 0)]();
+        const Screen screen = Screen::open(run.section(u' ', 0, 0));
         reporting::ReportControl& report = screen.report;
         const auto filledSlots = [&](const QString& subreport) {
             QString filled;
@@ -212,7 +200,7 @@ private Q_SLOTS:
         const QString query = sql.section(run + u';', 1).section(u'\n', 1).section("\n--", 0, 0);
         const QString file = m_folder->path() + "/Quorrel11.mdb";
         test::fill(script("pack.sql"));
-        const Screen screen = Dialogs[run.section(u' ', 0, 0)]();
+        const Screen screen = Screen::open(run.section(u' ', 0, 0));
         const QString pdf = m_folder->path() + "/out.pdf";
         const auto printed = [&] {
             test::printInto(pdf);
@@ -262,7 +250,7 @@ private Q_SLOTS:
         formula += (formula.isEmpty() ? "{" : " and {") + people + ".Active} = \"Y\"";
         title = title.replace("#", "6/7/2004").chopped(1).mid(1);
 
-        const Screen screen = Screen::open<dlgReportSelect1>();
+        const Screen screen = Screen::open("dlgReportSelect1");
         screen.click("optAdults");
         screen.box("cmbScoutOrAdult").setText("Ito, Ann B"); // what was chosen before counts for nothing
         screen.click("opt" + people);
@@ -281,7 +269,7 @@ private Q_SLOTS:
 
     void criteriaControls()
     {
-        const Screen screen = Screen::open<dlgReportSelect1>();
+        const Screen screen = Screen::open("dlgReportSelect1");
         auto& from = screen.field("txtDateFrom");
         auto& to = screen.field("txtDateTo");
         QCOMPARE(screen.list("cmbDen"), "<All>|<All>|Bear Den 2|Wolf Den 8");

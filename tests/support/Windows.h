@@ -1,20 +1,7 @@
 #pragma once
 
-#include "adults/dlgAddDenLeaderAsign.h"
-#include "adults/dlgAddDenLeaderAsignEdit.h"
-#include "adults/dlgFindAdult.h"
-#include "awards/dlgFindInsignia.h"
-#include "awards/frmAddAdultAwards.h"
-#include "awards/frmAddAwardsToScout.h"
-#include "awards/frmEditAssignedAward.h"
-#include "pack/dlgAddAdults.h"
-#include "pack/dlgAddScouts.h"
 #include "reporting/view/PreviewWindow.h"
-#include "reports/frmReportsMenu.h"
-#include "scouts/dlgFindScout.h"
-#include "scouts/dlgSelectAdultLink.h"
-#include "shell/forms/dlgCalendar.h"
-#include "shell/forms/dlgError.h"
+#include "shell/frame/Screens.h"
 #include "shell/frame/mdiPendrake.h"
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
@@ -29,23 +16,13 @@ namespace orlo::test
 
 using Open = std::function<void()>;
 
-/// Makes a column "open" and a row for every window of the program, named by its form or menu command; the frame's is
-/// "mdiPendrake".
+/// Makes a column "open" and a row for every window of the program, named by its form.
 inline void addWindows()
 {
     QTest::addColumn<Open>("open");
-    const auto add = []<class... F>() {
-        (static_cast<void>(QTest::newRow(F::staticMetaObject.className()) << Open(&widgets::Instance<F>::showWaiting)),
-         ...);
-    };
-    add.template operator()<frmAddAwardsToScout, frmAddAdultAwards, frmEditAssignedAward, frmReportsMenu,
-                            dlgAddDenLeaderAsign, dlgAddDenLeaderAsignEdit, dlgFindAdult, dlgFindInsignia, dlgFindScout,
-                            dlgAddAdults, dlgAddScouts, dlgSelectAdultLink, dlgCalendar, dlgError>();
     QTest::newRow("mdiPendrake") << Open([] {});
-    const QStringList noWindow{"mnuRepairDatabase", "mnuExit", "ID_DB_11_UPDATE"};
-    for (QAction* command : mdiPendrake::instance().findChildren<QAction*>(QRegularExpression("^(mnu|ID_)")))
-        if (!command->menu() && !noWindow.contains(command->objectName()))
-            QTest::newRow(qPrintable(command->objectName())) << Open([command] { command->trigger(); });
+    for (const ListedScreen& screen : screens())
+        QTest::newRow(qPrintable(screen.form)) << Open(screen.open);
     QTest::newRow("previewWindow") << Open([] {
         auto document = std::make_shared<reporting::Document>();
         document->pages.resize(2);

@@ -1,7 +1,9 @@
 #include "Driver.h"
 
+#include "shell/frame/Screens.h"
 #include "shell/frame/mdiPendrake.h"
 #include "widgets/ComboBox.h"
+#include "widgets/Form.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -16,16 +18,16 @@
 
 using namespace orlo;
 
-QWidget& Driver::window(const char* name)
+QWidget& Driver::window(const QString& name)
 {
     for (int tries = 0; tries < 100; ++tries) {
         const auto windows = QApplication::allWidgets();
         for (QWidget* widget : windows)
-            if (widget->objectName() == QLatin1String(name) && widget->isVisible())
+            if (widget->objectName() == name && widget->isVisible())
                 return *widget;
         QTest::qWait(100);
     }
-    qFatal("the window %s never came up", name);
+    qFatal("the window %s never came up", qPrintable(name));
 }
 
 void Driver::click(QWidget& form, const char* button)
@@ -95,6 +97,7 @@ QPixmap Driver::grab(QWidget& widget)
 void Driver::picture(QWidget& widget, const QString& name)
 {
     settle();
+    m_names += name;
     const QString file =
         QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
     if (!grab(widget).save(file))
@@ -117,6 +120,31 @@ void Driver::during(const std::function<void()>& trigger, const std::function<vo
 void Driver::choose(const char* command)
 {
     control<QAction>(mdiPendrake::instance(), command).trigger();
+}
+
+QWidget& Driver::open(const QString& form)
+{
+    const ListedScreen& screen = screenOf(form);
+    screen.open();
+    QWidget& shown = window(form);
+    const bool child = screen.get().kind() == widgets::FormKind::Child;
+    picture(child ? mdiPendrake::instance() : shown, QString::fromLatin1(screen.picture));
+    return shown;
+}
+
+void Driver::inside(const QString& form, const std::function<void(QWidget&)>& work)
+{
+    const ListedScreen& screen = screenOf(form);
+    during(screen.open, [&] {
+        QWidget& shown = window(form);
+        picture(shown, QString::fromLatin1(screen.picture));
+        work(shown);
+    });
+}
+
+bool Driver::isPictured(const ListedScreen& screen) const
+{
+    return m_names.contains(QLatin1String(screen.picture));
 }
 
 void Driver::settle()

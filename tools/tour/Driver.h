@@ -1,17 +1,22 @@
 #pragma once
 
 #include <QPixmap>
-#include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
 
 class QTableView;
 
-namespace orlo::widgets
+namespace orlo
+{
+struct ListedScreen;
+
+namespace widgets
 {
 class ComboBox;
 }
+} // namespace orlo
 
 /// The tour's hands and its camera: real key and mouse events on the controls that it finds by name, and pictures,
 /// numbered in their order, in a folder. What can't be found ends the tour.
@@ -25,9 +30,15 @@ protected:
     void during(const std::function<void()>& trigger, const std::function<void()>& inside);
     void picture(QWidget& widget, const QString& name);
     void choose(const char* command);
+    /// Opens a screen of the program's list, as its command does, and takes its picture.
+    [[nodiscard]] QWidget& open(const QString& form);
+    /// The same for one that waits: the work is done inside its loop, and ends it.
+    void inside(const QString& form, const std::function<void(QWidget&)>& work);
+    /// Whether the screen's picture has been taken.
+    [[nodiscard]] bool isPictured(const orlo::ListedScreen& screen) const;
 
     /// The visible window or child window of a name, as soon as it is up.
-    [[nodiscard]] static QWidget& window(const char* name);
+    [[nodiscard]] static QWidget& window(const QString& name);
     template <class W>
     [[nodiscard]] static W& control(QWidget& form, const char* name)
     {
@@ -52,4 +63,5 @@ private:
 
     QString m_folder;
     int m_number = 0;
+    QStringList m_names; // of the pictures
 };

@@ -3,6 +3,7 @@
 #include "reporting/Export.h"
 #include "reporting/Paint.h"
 #include "reporting/view/PreviewWindow.h"
+#include "shell/frame/Screens.h"
 #include "widgets/ComboBox.h"
 
 #include <QAbstractButton>
@@ -10,13 +11,19 @@
 #include <QPainter>
 #include <QTest>
 
-#include <tuple>
+#include <utility>
 
 using namespace orlo;
 
+static bool isReport(const ListedScreen& screen)
+{
+    const QLatin1String menu(screen.command.menu);
+    return menu == QLatin1String("mnuReports") || menu == QLatin1String("ID_ROSTERS");
+}
+
 void ReportTour::preview()
 {
-    auto& report = static_cast<reporting::PreviewWindow&>(window("previewWindow"));
+    auto& report = static_cast<reporting::PreviewWindow&>(window(QStringLiteral("previewWindow")));
     report.resize(1000, 760);
     picture(report, QStringLiteral("preview"));
     QTest::keyClick(&report, Qt::Key_F, Qt::ControlModifier);
@@ -33,8 +40,7 @@ void ReportTour::reportScreens()
     const auto option = [](QWidget& form, const char* name) {
         QTest::mouseClick(&control<QAbstractButton>(form, name), Qt::LeftButton, {}, QPoint(8, 8));
     };
-    reportScreen("mnuRepAssignedAwards", "dlgReportSelect1", [&](QWidget& form) {
-        picture(form, QStringLiteral("assigned-awards"));
+    reportScreen(QStringLiteral("dlgReportSelect1"), [&](QWidget& form) {
         pick(control<widgets::ComboBox>(form, "cmbDen"), control<widgets::ComboBox>(form, "cmbDen").list(1));
         pick(control<widgets::ComboBox>(form, "cmdDateRangeOperator"), QStringLiteral("Between"));
         type(form, "txtDateFrom", QStringLiteral("9/1/2026"));
@@ -44,37 +50,37 @@ void ReportTour::reportScreens()
         pick(control<widgets::ComboBox>(form, "cmbDen"), QStringLiteral("<All>"));
         firstPage(form, QStringLiteral("assigned-awards-adults"));
     });
-    reportScreen("mnuRepAwardList", "dlgAwardsList", [&](QWidget& form) {
+    reportScreen(QStringLiteral("dlgAwardsList"), [&](QWidget& form) {
         firstPage(form, QStringLiteral("award-list"));
         option(form, "chkDetailed");
         firstPage(form, QStringLiteral("award-list-detail"));
     });
-    for (const auto& [command, dialog, name] : {std::tuple("mnuRptScoutList", "dlgScoutList", "scout-list"),
-                                                {"mnuRptAdultList", "dlgAdultList", "adult-list"}})
-        reportScreen(command, dialog, [&, name = QString::fromLatin1(name)](QWidget& form) {
+    for (const auto& [dialog, name] : {std::pair("dlgScoutList", "scout-list"), {"dlgAdultList", "adult-list"}})
+        reportScreen(QString::fromLatin1(dialog), [&, name = QString::fromLatin1(name)](QWidget& form) {
             firstPage(form, name + QStringLiteral("-dens"));
             option(form, "optAlpha");
             firstPage(form, name + QStringLiteral("-alphabetical"));
         });
-    reportScreen("ID_COMBINED_ROSTER", "dlgCombinedRoster",
-                 [&](QWidget& form) { firstPage(form, QStringLiteral("combined-roster")); });
+    for (const ListedScreen& screen : screens())
+        if (isReport(screen) && !isPictured(screen))
+            reportScreen(screen.form, [&](QWidget& form) {
+                firstPage(form, QLatin1String(screen.picture) + QStringLiteral("-report"));
+            });
 }
 
-void ReportTour::reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work)
+void ReportTour::reportScreen(const QString& dialog, const std::function<void(QWidget&)>& work)
 {
-    during([&] { choose(command); },
-           [&] {
-               auto& form = window(dialog);
-               work(form);
-               click(form, "cmdCancel");
-           });
+    inside(dialog, [&](QWidget& form) {
+        work(form);
+        click(form, "cmdCancel");
+    });
 }
 
 void ReportTour::firstPage(QWidget& form, const QString& name)
 {
     picture(form, name);
     click(form, "cmdView");
-    auto& report = static_cast<reporting::PreviewWindow&>(window("previewWindow"));
+    auto& report = static_cast<reporting::PreviewWindow&>(window(QStringLiteral("previewWindow")));
     report.resize(1000, 1100);
     picture(report, name + QStringLiteral("-preview"));
     printedPages(report.document(), name);

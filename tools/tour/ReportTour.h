@@ -20,7 +20,7 @@ protected:
     void reportScreens();
 
 private:
-    void reportScreen(const char* command, const char* dialog, const std::function<void(QWidget&)>& work);
+    void reportScreen(const QString& dialog, const std::function<void(QWidget&)>& work);
     void firstPage(QWidget& form, const QString& name);
     void printedPages(const orlo::reporting::Document& document, const QString& name);
 };

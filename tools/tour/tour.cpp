@@ -8,6 +8,7 @@
 #include "platform/RuntimeError.h"
 #include "shell/forms/Module1.h"
 #include "shell/frame/Main.h"
+#include "shell/frame/Screens.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
@@ -59,12 +60,13 @@ private:
     void update();
     void aboutAndHelp();
     void errorDialog();
+    void otherScreens();
 };
 
 void Tour::start()
 {
-    picture(window("frmSplash"), QStringLiteral("splash"));
-    picture(window("mdiPendrake"), QStringLiteral("main-frame"));
+    picture(window(QStringLiteral("frmSplash")), QStringLiteral("splash"));
+    picture(window(QStringLiteral("mdiPendrake")), QStringLiteral("main-frame"));
 }
 
 void Tour::menus()
@@ -86,9 +88,7 @@ void Tour::menus()
 
 void Tour::packInformation()
 {
-    choose("mnuPackInformation");
-    auto& form = window("frmPackInformation");
-    picture(mdiPendrake::instance(), QStringLiteral("pack-information"));
+    auto& form = open(QStringLiteral("frmPackInformation"));
     type(form, "txtPackName", QStringLiteral("Riverside Community Church"));
     picture(form, QStringLiteral("pack-information-changed"));
     during([&] { click(form, "cmdExit"); },
@@ -101,9 +101,7 @@ void Tour::packInformation()
 
 void Tour::scouts()
 {
-    choose("mnuScouts");
-    auto& form = window("frmScouts");
-    picture(mdiPendrake::instance(), QStringLiteral("scouts"));
+    auto& form = open(QStringLiteral("frmScouts"));
     auto& list = control<QListWidget>(form, "lbScouts");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(4)).center());
     picture(form, QStringLiteral("scouts-picked"));
@@ -119,7 +117,7 @@ void Tour::scouts()
     }
     during([&] { click(form, "cmdFind"); },
            [this] {
-               auto& dialog = window("dlgFindScout");
+               auto& dialog = window(QStringLiteral("dlgFindScout"));
                type(dialog, "txtLast", QStringLiteral("B"));
                picture(dialog, QStringLiteral("scouts-find"));
                click(dialog, "cmdFind");
@@ -133,14 +131,12 @@ void Tour::scouts()
 
 void Tour::adults()
 {
-    choose("mnuAdults");
-    auto& form = window("frmAdults");
-    picture(mdiPendrake::instance(), QStringLiteral("adults"));
+    auto& form = open(QStringLiteral("frmAdults"));
     auto& list = control<QListWidget>(form, "lbAdults");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(3)).center());
     during([&] { click(form, "cmdAddDenAssn"); },
            [this] {
-               auto& dialog = window("dlgAddDenLeaderAsign");
+               auto& dialog = window(QStringLiteral("dlgAddDenLeaderAsign"));
                pick(control<widgets::ComboBox>(dialog, "cmbDen"), 1);
                pick(control<widgets::ComboBox>(dialog, "cmbDenTitles"), 1);
                picture(dialog, QStringLiteral("adults-add-den-position"));
@@ -148,7 +144,7 @@ void Tour::adults()
            });
     during([&] { click(form, "cmdAddDenAssn"); },
            [this] {
-               auto& dialog = window("dlgAddDenLeaderAsign");
+               auto& dialog = window(QStringLiteral("dlgAddDenLeaderAsign"));
                QTest::mouseClick(&control<QRadioButton>(dialog, "optPackPosition"), Qt::LeftButton, {}, QPoint(8, 8));
                pick(control<widgets::ComboBox>(dialog, "cmbPackTitles"), 2);
                picture(dialog, QStringLiteral("adults-add-pack-position"));
@@ -157,7 +153,7 @@ void Tour::adults()
     picture(form, QStringLiteral("adults-positions"));
     during([&] { click(form, "cmdEditDenAssn"); },
            [this] {
-               auto& dialog = window("dlgAddDenLeaderAsignEdit");
+               auto& dialog = window(QStringLiteral("dlgAddDenLeaderAsignEdit"));
                picture(dialog, QStringLiteral("adults-edit-position"));
                click(dialog, "cmdCancel");
            });
@@ -174,7 +170,7 @@ void Tour::adults()
     }
     during([&] { click(form, "cmdFind"); },
            [this] {
-               auto& dialog = window("dlgFindAdult");
+               auto& dialog = window(QStringLiteral("dlgFindAdult"));
                type(dialog, "txtLast", QStringLiteral("B"));
                picture(dialog, QStringLiteral("adults-find"));
                click(dialog, "cmdFind");
@@ -188,9 +184,7 @@ void Tour::adults()
 
 void Tour::dens()
 {
-    choose("mnuDenInfo");
-    auto& form = window("frmDenInfo");
-    picture(mdiPendrake::instance(), QStringLiteral("dens"));
+    auto& form = open(QStringLiteral("frmDenInfo"));
     click(form, "cmdNext");
     picture(form, QStringLiteral("dens-second"));
     type(form, "txtDenName", QStringLiteral("Timber Wolves of the Upper Valley"));
@@ -214,12 +208,10 @@ void Tour::dens()
 
 void Tour::awardCatalogue()
 {
-    choose("mnuInsigniaInfo");
-    auto& form = window("frmInsigniaInfo");
-    picture(mdiPendrake::instance(), QStringLiteral("awards"));
+    auto& form = open(QStringLiteral("frmInsigniaInfo"));
     during([&] { click(form, "cmdFind"); },
            [this] {
-               auto& dialog = window("dlgFindInsignia");
+               auto& dialog = window(QStringLiteral("dlgFindInsignia"));
                type(dialog, "txtInsigniaName", QStringLiteral("B"));
                QTest::mouseClick(&control<QRadioButton>(dialog, "optBeltLoop"), Qt::LeftButton, {}, QPoint(8, 8));
                picture(dialog, QStringLiteral("awards-find"));
@@ -236,9 +228,7 @@ void Tour::awardCatalogue()
 
 void Tour::bulkAssignment()
 {
-    choose("mnuAssignInsignias");
-    auto& form = window("frmAssignInsignias");
-    picture(mdiPendrake::instance(), QStringLiteral("assign-awards"));
+    auto& form = open(QStringLiteral("frmAssignInsignias"));
     auto& people = control<widgets::TextGrid>(form, "fgSelectFrom");
     for (int row : {0, 2, 3, 7, 11})
         doubleClickRow(people, row);
@@ -277,7 +267,7 @@ void Tour::bulkAssignment()
            });
     during([&] { QTest::mouseDClick(&control<QLineEdit>(form, "txtAssignDate"), Qt::LeftButton); },
            [this] {
-               auto& calendar = window("dlgCalendar");
+               auto& calendar = window(QStringLiteral("dlgCalendar"));
                picture(calendar, QStringLiteral("calendar"));
                click(calendar, "cmdSelectDate");
            });
@@ -292,29 +282,24 @@ void Tour::bulkAssignment()
 
 void Tour::purchaseList()
 {
-    during([this] { choose("mnuPurchaseList"); },
-           [this] {
-               auto& form = window("frmCreatePurchaseList");
-               picture(form, QStringLiteral("purchase-list"));
-               type(form, "txtStartDate", QStringLiteral("9/1/2026"));
-               click(form, "cmdCreate");
-               picture(form, QStringLiteral("purchase-list-created"));
-               auto& other = control<QTableView>(form, "dbgOtherPurchaseList");
-               const int last = other.model()->rowCount() - 1;
-               typeCell(other, last, 0, QStringLiteral("12"));
-               typeCell(other, last, 1, QStringLiteral("Neckerchief slides"));
-               picture(form, QStringLiteral("purchase-list-typing"));
-               click(form, "cmdPreviewList");
-               preview();
-               click(form, "cmdCancel");
-           });
+    inside(QStringLiteral("frmCreatePurchaseList"), [this](QWidget& form) {
+        type(form, "txtStartDate", QStringLiteral("9/1/2026"));
+        click(form, "cmdCreate");
+        picture(form, QStringLiteral("purchase-list-created"));
+        auto& other = control<QTableView>(form, "dbgOtherPurchaseList");
+        const int last = other.model()->rowCount() - 1;
+        typeCell(other, last, 0, QStringLiteral("12"));
+        typeCell(other, last, 1, QStringLiteral("Neckerchief slides"));
+        picture(form, QStringLiteral("purchase-list-typing"));
+        click(form, "cmdPreviewList");
+        preview();
+        click(form, "cmdCancel");
+    });
 }
 
 void Tour::positionTitles()
 {
-    choose("ID_Pack_Den_Positions");
-    auto& form = window("frmPackDenPositions");
-    picture(mdiPendrake::instance(), QStringLiteral("positions"));
+    auto& form = open(QStringLiteral("frmPackDenPositions"));
     auto& titles = control<QTableView>(form, "dbgPackPositions");
     typeCell(titles, titles.model()->rowCount() - 1, 0, QStringLiteral("Secretary"));
     during([&] { click(form, "cmdRefreshDenPostions"); },
@@ -332,9 +317,7 @@ void Tour::positionTitles()
 void Tour::backupAndRestore()
 {
     QDir::setCurrent(gAppPath);
-    choose("ID_BACKUP_DATABASE");
-    auto& backup = window("frmDataBackup");
-    picture(backup, QStringLiteral("backup"));
+    auto& backup = open(QStringLiteral("frmDataBackup"));
     during([&] { click(backup, "cmdBack"); },
            [this] {
                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -342,12 +325,7 @@ void Tour::backupAndRestore()
                QTest::keyClick(box, Qt::Key_Escape);
            });
     click(backup, "cmdCancel");
-    during([this] { choose("ID_RESTOR_BACKUP"); },
-           [this] {
-               auto& restore = window("frmRestorBackup");
-               picture(restore, QStringLiteral("restore"));
-               click(restore, "cmdClose");
-           });
+    inside(QStringLiteral("frmRestorBackup"), [this](QWidget& form) { click(form, "cmdClose"); });
     choose("mnuRepairDatabase");
 }
 
@@ -367,13 +345,18 @@ void Tour::update()
 
 void Tour::aboutAndHelp()
 {
-    for (const auto& [command, form, button] :
-         {std::tuple("mnuAbout", "frmAbout", "cmdOK"), {"mnuHelpTopics", "dlgHelp", "cmdClose"}})
-        during([&, command = command] { choose(command); },
-               [&, form = form, button = button] {
-                   picture(window(form), QString::fromLatin1(form).mid(3).toLower());
-                   click(window(form), button);
-               });
+    inside(QStringLiteral("frmAbout"), [this](QWidget& form) { click(form, "cmdOK"); });
+    inside(QStringLiteral("dlgHelp"), [this](QWidget& form) { click(form, "cmdClose"); });
+}
+
+// Every screen of the list that nothing above has led to.
+void Tour::otherScreens()
+{
+    gEditAssignedSID = gEditInsigniaSID = 1;
+    gEditDate = QStringLiteral("9/1/2026");
+    for (const ListedScreen& screen : screens())
+        if (!isPictured(screen))
+            inside(screen.form, [](QWidget& form) { form.close(); });
 }
 
 void Tour::errorDialog()
@@ -381,7 +364,7 @@ void Tour::errorDialog()
     platform::pendingError::set(platform::RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine")));
     during([] { CriticalError(); },
            [this] {
-               auto& dialog = window("dlgError");
+               auto& dialog = window(QStringLiteral("dlgError"));
                picture(dialog, QStringLiteral("error"));
                auto& tabs = control<QTabWidget>(dialog, "SSIndexTab1");
                QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
@@ -406,6 +389,7 @@ void Tour::run()
     backupAndRestore();
     aboutAndHelp();
     errorDialog();
+    otherScreens();
     update();
 }
 

@@ -1,32 +1,13 @@
 #include "shell/frame/mdiPendrake.h"
 
-#include "adults/frmAdults.h"
-#include "awards/frmAddAdultAwards.h"
-#include "awards/frmAddAwardsToScout.h"
-#include "awards/frmAssignInsignias.h"
-#include "awards/frmEditAssignedAward.h"
-#include "awards/frmInsigniaInfo.h"
-#include "pack/frmDenInfo.h"
-#include "pack/frmPackDenPositions.h"
-#include "pack/frmPackInformation.h"
-#include "reports/dlgAdultList.h"
-#include "reports/dlgAwardsList.h"
-#include "reports/dlgCombinedRoster.h"
-#include "reports/dlgReportSelect1.h"
-#include "reports/dlgScoutList.h"
-#include "reports/frmCreatePurchaseList.h"
-#include "scouts/frmScouts.h"
 #include "shell/forms/Module1.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/ScreenScroll.h"
-#include "shell/frame/dlgHelp.h"
-#include "shell/frame/frmAbout.h"
+#include "shell/frame/Screens.h"
 #include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/DataForms.h"
 #include "store/upkeep/basDataUpdate.h"
-#include "store/upkeep/frmDataBackup.h"
-#include "store/upkeep/frmRestorBackup.h"
 #include "ui_mdiPendrake.h"
 #include "widgets/Form.h"
 #include "widgets/MessageBox.h"
@@ -49,20 +30,6 @@ namespace
 
 const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
 
-// Unloads a form for backup and restore. One that isn't loaded is loaded first; where its load step fails, it is gone
-// all the same.
-template <class F>
-void unloadForm()
-{
-    try {
-        widgets::Instance<F>::unload();
-    } catch (...) {
-        if (F* half = widgets::Instance<F>::loaded())
-            half->unload();
-        throw;
-    }
-}
-
 } // namespace
 
 mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
@@ -74,6 +41,7 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     setCursor(Qt::ArrowCursor);
     ui->ID_TEST_MENU->menuAction()->setVisible(false);
     nameMenuActions();
+    addScreens();
     connectMenus();
     handOverDataForms();
     fitScreen();
@@ -94,13 +62,31 @@ mdiPendrake& mdiPendrake::instance()
     return *frame;
 }
 
-// The den form is not among them.
 void mdiPendrake::handOverDataForms()
 {
-    setDataForms({unloadForm<frmScouts>, unloadForm<frmPackInformation>, unloadForm<frmPackDenPositions>,
-                  unloadForm<frmInsigniaInfo>, unloadForm<frmEditAssignedAward>, unloadForm<frmCreatePurchaseList>,
-                  unloadForm<frmAssignInsignias>, unloadForm<frmAdults>, unloadForm<frmAddAwardsToScout>,
-                  unloadForm<frmAddAdultAwards>});
+    std::vector<std::function<void()>> unloads;
+    for (const ListedScreen& screen : screens())
+        if (screen.unloads == Unloads::Yes)
+            unloads.emplace_back(screen.unload);
+    setDataForms(std::move(unloads));
+}
+
+void mdiPendrake::addScreens()
+{
+    std::vector<const ListedScreen*> listed;
+    for (const ListedScreen& screen : screens())
+        if (*screen.command.name)
+            listed.push_back(&screen);
+    std::ranges::stable_sort(listed, {}, [](const ListedScreen* screen) { return screen->command.place; });
+    for (const ListedScreen* screen : listed) {
+        auto* menu = findChild<QMenu*>(QLatin1String(screen->command.menu));
+        auto* command = new QAction(QString::fromLatin1(screen->command.text), this);
+        command->setObjectName(QLatin1String(screen->command.name));
+        const auto there = menu->actions();
+        const auto submenu = std::ranges::find_if(there, [](const QAction* action) { return action->menu(); });
+        menu->insertAction(submenu == there.end() ? nullptr : *submenu, command);
+        connect(command, &QAction::triggered, this, [screen] { screen->open(); });
+    }
 }
 
 // Designer names the menus but neither their actions nor the separator.
@@ -117,27 +103,9 @@ void mdiPendrake::nameMenuActions()
 
 void mdiPendrake::connectMenus()
 {
-    using widgets::Instance;
     connect(ui->ID_DB_11_UPDATE, &QAction::triggered, this, [] { ApplyUpdateSteps(); });
     connect(ui->mnuRepairDatabase, &QAction::triggered, this, &mdiPendrake::mnuRepairDatabase_Click);
     connect(ui->mnuExit, &QAction::triggered, this, &mdiPendrake::mnuExit_Click);
-    connect(ui->ID_BACKUP_DATABASE, &QAction::triggered, this, [] { Instance<frmDataBackup>::show(); });
-    connect(ui->ID_RESTOR_BACKUP, &QAction::triggered, this, [] { Instance<frmRestorBackup>::showWaiting(); });
-    connect(ui->mnuPackInformation, &QAction::triggered, this, [] { Instance<frmPackInformation>::show(); });
-    connect(ui->mnuScouts, &QAction::triggered, this, [] { Instance<frmScouts>::show(); });
-    connect(ui->mnuAdults, &QAction::triggered, this, [] { Instance<frmAdults>::show(); });
-    connect(ui->mnuDenInfo, &QAction::triggered, this, [] { Instance<frmDenInfo>::show(); });
-    connect(ui->mnuInsigniaInfo, &QAction::triggered, this, [] { Instance<frmInsigniaInfo>::show(); });
-    connect(ui->ID_Pack_Den_Positions, &QAction::triggered, this, [] { Instance<frmPackDenPositions>::show(); });
-    connect(ui->mnuAssignInsignias, &QAction::triggered, this, [] { Instance<frmAssignInsignias>::show(); });
-    connect(ui->mnuRepAssignedAwards, &QAction::triggered, this, [] { Instance<dlgReportSelect1>::showWaiting(); });
-    connect(ui->mnuRepAwardList, &QAction::triggered, this, [] { Instance<dlgAwardsList>::showWaiting(); });
-    connect(ui->mnuPurchaseList, &QAction::triggered, this, [] { Instance<frmCreatePurchaseList>::showWaiting(); });
-    connect(ui->mnuRptScoutList, &QAction::triggered, this, [] { Instance<dlgScoutList>::showWaiting(); });
-    connect(ui->mnuRptAdultList, &QAction::triggered, this, [] { Instance<dlgAdultList>::showWaiting(); });
-    connect(ui->ID_COMBINED_ROSTER, &QAction::triggered, this, [] { Instance<dlgCombinedRoster>::showWaiting(); });
-    connect(ui->mnuHelpTopics, &QAction::triggered, this, [] { Instance<dlgHelp>::showWaiting(); });
-    connect(ui->mnuAbout, &QAction::triggered, this, [] { Instance<frmAbout>::showWaiting(); });
     connect(ui->ID_WINDOWS_MENU, &QMenu::aboutToShow, this, &mdiPendrake::fillWindowMenu);
     connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &mdiPendrake::childActivated);
 }

@@ -41,6 +41,7 @@ protected:
 
 private:
     void nameMenuActions();
+    void addScreens();
     void connectMenus();
     void mnuRepairDatabase_Click();
     void mnuExit_Click();
