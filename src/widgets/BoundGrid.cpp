@@ -402,10 +402,16 @@ void BoundGrid::applyColumns()
     stretch();
 }
 
-// A heading is never cut off.
+// A heading is never cut off, and a text only in the column that takes what the others leave.
 int BoundGrid::minimumWidthOf(int column) const
 {
-    return std::max(twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column));
+    const int texts = column == stretchColumn() ? 0 : sizeHintForColumn(column);
+    return std::max({twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column), texts});
+}
+
+int BoundGrid::stretchColumn() const
+{
+    return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched;
 }
 
 void BoundGrid::setStretchColumn(int column)

@@ -50,6 +50,8 @@ public:
     /// The column that takes the width that the others leave, the last one at first. A column whose width the user has
     /// set keeps that.
     void setStretchColumn(int column);
+    /// That column.
+    [[nodiscard]] int stretchColumn() const;
 
     /// The title line above the column headings; "" for none. It is also the title of the grid's messages.
     [[nodiscard]] QString caption() const;
