@@ -72,7 +72,7 @@ install(FILES packaging/copyright ${PACKAGE_DIR}/changelog.gz DESTINATION share/
 install(FILES share/orlo.desktop DESTINATION share/applications COMPONENT system)
 install(FILES ${PACKAGE_DIR}/orlo.metainfo.xml DESTINATION share/metainfo RENAME example.tollbeck.orlo.metainfo.xml
         COMPONENT system)
-foreach(size 16 32 48 128 256)
+foreach(size 16 24 32 48 128 256)
     install(FILES ${CMAKE_BINARY_DIR}/art/orlo-${size}.png RENAME orlo.png
             DESTINATION share/icons/hicolor/${size}x${size}/apps COMPONENT system)
 endforeach()

@@ -402,10 +402,16 @@ void BoundGrid::applyColumns()
     stretch();
 }
 
-// Headings are never cut off.
+// Headings are never cut off, and texts only in the stretched column.
 int BoundGrid::minimumWidthOf(int column) const
 {
-    return std::max(twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column));
+    const int texts = column == stretchColumn() ? 0 : sizeHintForColumn(column);
+    return std::max({twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column), texts});
+}
+
+int BoundGrid::stretchColumn() const
+{
+    return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched;
 }
 
 void BoundGrid::setStretchColumn(int column)

@@ -50,6 +50,8 @@ public:
     /// Sets the column that takes the remaining width, at first the last one. A column that the user has resized keeps
     /// its width.
     void setStretchColumn(int column);
+    /// That column.
+    [[nodiscard]] int stretchColumn() const;
 
     /// The title above the column headings, also used for the grid's messages; "" for none.
     [[nodiscard]] QString caption() const;
