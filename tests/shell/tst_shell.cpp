@@ -193,7 +193,8 @@ ID_WINDOWS_MENU|&Window
 mnuHelp|&Help
 -mnuHelpTopics|&ORLO Help Topics
 -mnuAbout|&About)");
-        lines.removeIf([&tree](const QString& line) { return !tree.split(u'\n').contains(line); }); // what has come since
+        lines.removeIf(
+            [&tree](const QString& line) { return !tree.split(u'\n').contains(line); }); // what has come since
         QCOMPARE(lines.join(u'\n'), tree);
     }
 

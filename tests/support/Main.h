@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -12,6 +13,15 @@ namespace orlo::test
 [[noreturn]] void fail(const QString& why);
 /// Ends the row that runs, which can't be tried here, and why.
 [[noreturn]] void skip(const QString& why);
+/// Where a row of data stands, by its name, for what is said of it when it is red; those of the function before are
+/// forgotten.
+struct RowPlace {
+    QByteArray file;
+    int line = 0;
+};
+void setRowPlaces(QHash<QByteArray, RowPlace> places);
+/// The place of the row that runs; line 0 where none is known.
+[[nodiscard]] RowPlace rowPlace();
 /// Runs a test function; what is thrown out of it fails its row.
 void guard(const std::function<void()>& function);
 

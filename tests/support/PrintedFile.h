@@ -25,13 +25,19 @@ inline int pagesOf(const QString& pdf)
     return static_cast<int>(QString::fromLatin1(file.readAll()).count(page));
 }
 
-/// What a PDF file says, in the order in which it is drawn and without blanks and line ends; nothing where the reader,
-/// pdftotext, isn't installed.
-inline QString textOf(const QString& pdf)
+/// The lines of a PDF file, in the order in which they are drawn; none where the reader, pdftotext, isn't installed.
+inline QStringList linesOf(const QString& pdf)
 {
     QProcess reader;
     reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
-    return reader.waitForFinished() ? withoutBlanks(QString::fromUtf8(reader.readAll())) : QString();
+    return reader.waitForFinished() ? QString::fromUtf8(reader.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                                    : QStringList();
+}
+
+/// What it says, without blanks and line ends.
+inline QString textOf(const QString& pdf)
+{
+    return withoutBlanks(linesOf(pdf).join(QString()));
 }
 
 /// Makes the default printer one that prints into the PDF file, until the factory is set again.
