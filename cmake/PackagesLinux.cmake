@@ -4,7 +4,8 @@ set(changes ${PROJECT_SOURCE_DIR}/packaging/changes.sh)
 orlo_package_file(changelog.gz DEPENDS CHANGELOG.md ${changes}
     COMMAND sh -c "\"$1\" debian <\"$2\" | gzip -9n >\"$3\"" sh ${changes} ${PROJECT_SOURCE_DIR}/CHANGELOG.md
             ${PACKAGE_DIR}/changelog.gz)
-foreach(page orlo.1 orlo-db.1)
+set(manpages orlo.1 orlo-db.1 orlo-report.1)
+foreach(page IN LISTS manpages)
     orlo_package_file(${page}.gz DEPENDS docs/man/${page}
         COMMAND sh -c "gzip -9nc \"$1\" >\"$2\"" sh ${PROJECT_SOURCE_DIR}/docs/man/${page} ${PACKAGE_DIR}/${page}.gz)
 endforeach()
@@ -23,13 +24,14 @@ endforeach()
 orlo_arrangement(folder fresh . . EXCLUDE_FROM_ALL)
 install(TARGETS ${programs} RUNTIME DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
 install(TARGETS ${modules} LIBRARY DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
-install(FILES packaging/README.txt packaging/qt.conf docs/man/orlo-db.1 DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
+install(FILES packaging/README.txt packaging/qt.conf DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
+install(FILES docs/man/orlo-db.1 docs/man/orlo-report.1 DESTINATION man COMPONENT folder EXCLUDE_FROM_ALL)
 install(FILES packaging/fonts.conf DESTINATION fonts COMPONENT folder EXCLUDE_FROM_ALL)
 install(PROGRAMS packaging/orlo.sh DESTINATION . RENAME start-orlo COMPONENT folder EXCLUDE_FROM_ALL)
 install(PROGRAMS packaging/Start.desktop DESTINATION . RENAME "Start ORLO.desktop" COMPONENT folder EXCLUDE_FROM_ALL)
 # Windows on X11 and on Wayland, printers, accents typed in two keys, photographs in reports. The program's own pictures
-# need no plugin.
-set(plugins platforms/libqxcb.so platforms/libqwayland-generic.so wayland-shell-integration/libxdg-shell.so
+# need no plugin; orlo-report draws without a screen.
+set(plugins platforms/libqoffscreen.so platforms/libqxcb.so platforms/libqwayland-generic.so wayland-shell-integration/libxdg-shell.so
     wayland-decoration-client/libbradient.so printsupport/libcupsprintersupport.so
     platforminputcontexts/libcomposeplatforminputcontextplugin.so
     platforminputcontexts/libibusplatforminputcontextplugin.so imageformats/libqjpeg.so)
@@ -44,15 +46,15 @@ install(CODE "set(PROGRAMS ${program_files})
 install(SCRIPT packaging/Portable.cmake COMPONENT folder EXCLUDE_FROM_ALL)
 
 orlo_arrangement(system lib/orlo share/doc/orlo share/orlo)
-install(TARGETS orlo RUNTIME DESTINATION lib/orlo COMPONENT system)
+install(TARGETS orlo orlo-notice RUNTIME DESTINATION lib/orlo COMPONENT system)
 install(TARGETS ${modules} LIBRARY DESTINATION lib/orlo COMPONENT system)
-install(TARGETS orlo-db RUNTIME DESTINATION bin COMPONENT system)
+install(TARGETS orlo-db orlo-report RUNTIME DESTINATION bin COMPONENT system)
 if(TARGET orlo-jet)
     install(TARGETS orlo-jet RUNTIME DESTINATION lib/orlo COMPONENT system)
 endif()
 # The system's libraries are where every program finds them.
 install(CODE [[set(usr "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
-foreach(program lib/orlo/orlo lib/orlo/orlo-jet lib/orlo/orlo-pdf.so bin/orlo-db)
+foreach(program lib/orlo/orlo lib/orlo/orlo-jet lib/orlo/orlo-pdf.so bin/orlo-db bin/orlo-report)
     if(EXISTS "${usr}/${program}")
         file(RPATH_REMOVE FILE "${usr}/${program}")
     endif()
@@ -64,12 +66,13 @@ foreach(folder share/doc/orlo/manual share/doc/orlo/examples share/orlo/sample-p
     endif()
 endforeach()]] COMPONENT system)
 install(PROGRAMS packaging/orlo.sh DESTINATION bin RENAME orlo COMPONENT system)
-install(FILES ${PACKAGE_DIR}/orlo.1.gz ${PACKAGE_DIR}/orlo-db.1.gz DESTINATION share/man/man1 COMPONENT system)
+list(TRANSFORM manpages REPLACE "(.+)" "${PACKAGE_DIR}/\\1.gz")
+install(FILES ${manpages} DESTINATION share/man/man1 COMPONENT system)
 install(FILES packaging/copyright ${PACKAGE_DIR}/changelog.gz DESTINATION share/doc/orlo COMPONENT system)
 install(FILES share/orlo.desktop DESTINATION share/applications COMPONENT system)
 install(FILES ${PACKAGE_DIR}/orlo.metainfo.xml DESTINATION share/metainfo RENAME example.tollbeck.orlo.metainfo.xml
         COMPONENT system)
-foreach(size 16 32 48 128 256)
+foreach(size 16 24 32 48 128 256)
     install(FILES ${CMAKE_BINARY_DIR}/art/orlo-${size}.png RENAME orlo.png
             DESTINATION share/icons/hicolor/${size}x${size}/apps COMPONENT system)
 endforeach()
@@ -89,5 +92,5 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 # What no library dependency tells: the age of the database engine, the reports' fonts, a native window on a Wayland
 # desktop, and what opens the manual. packaging/Generator.cmake.in adds the libraries.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-liberation | fonts-dejavu-core")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")

@@ -16,11 +16,36 @@ install_missing() { # install_missing PACKAGE...
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
     done
     [ ${#missing[@]} -gt 0 ] || return 0
+    local administrator=()
+    if [ "$(id -u)" -ne 0 ]; then
+        administrator=(sudo)
+        if ! command -v sudo >/dev/null; then
+            needs_administrator "${missing[@]}"
+            return 1
+        fi
+    fi
     echo "Installing: ${missing[*]}"
-    local sudo=
-    [ "$(id -u)" -eq 0 ] || sudo=sudo
-    $sudo apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+    "${administrator[@]}" true || { needs_administrator "${missing[@]}"; return 1; }
+    update_lists "${administrator[@]}" || return
+    # Another program may be installing something.
+    "${administrator[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 \
+        install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+needs_administrator() { # needs_administrator PACKAGE...
+    echo "These packages are missing, and you may not install them: $*" >&2
+    echo "Ask an administrator of this computer for: apt-get install --no-install-recommends $*" >&2
+}
+
+update_lists() { # update_lists [COMMAND...]: by that command; the lists have a lock that apt doesn't wait for
+    local said
+    for _ in {1..120}; do
+        said=$("$@" env LC_ALL=C apt-get update -qq 2>&1) && return
+        [[ $said == *"Could not get lock"* ]] || break
+        sleep 5
+    done
+    echo "$said" >&2
+    return 1
 }
 
 install_program() { # what the program is built of; without the converter it is built without its manual

@@ -1,16 +1,20 @@
 #!/usr/bin/env bash
-# Tries the packages where nothing of Qt is: bare-roots.sh [SUITE...]   (as root; it fetches the systems' packages)
+# Tries the packages where nothing of Qt is: bare-roots.sh [SUITE... | commands]   (as root; it fetches the systems'
+# packages). "commands" tries ./run and ./test there, which takes as long as they do; without an argument all is tried.
 # For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the unpacked
 # folder starts, does the main work by the tour and leaves PDF files; it starts on Wayland, too. Then the Debian package
 # is installed, started and purged. The systems stay in build/roots, so that the next time is shorter.
 source "$(dirname "$0")/../cmake/setup.sh"
 install_missing "${check_packages[@]}"
-./run packages
-build release tour -DBUILD_TESTING=ON
-lintian --fail-on error,warning build/packages/orlo_*.deb
 packages=build/packages roots=build/roots
-suites=("$@")
-[ $# -gt 0 ] || suites=(bookworm trixie noble)
+suites=("$@") commands=
+[ $# -gt 0 ] || suites=(bookworm trixie noble) commands=yes
+[ "${suites[*]}" != commands ] || suites=() commands=yes
+if [ ${#suites[@]} -gt 0 ]; then
+    ./run packages
+    build release tour -DBUILD_TESTING=ON
+    lintian --fail-on error,warning build/packages/orlo_*.deb
+fi
 # The mirror that this machine takes Debian from; another system has debootstrap's own.
 debian=$(apt-get indextargets --format '$(REPO_URI)' 'Label: Debian' | head -n 1)
 
@@ -28,7 +32,9 @@ make_root() { # make_root SUITE FOLDER
 root=
 leave() {
     [ -n "$root" ] || return 0
-    ! mountpoint -q "$root/proc" || umount "$root/proc"
+    for mounted in proc home/pat/other; do
+        ! mountpoint -q "$root/$mounted" || umount "$root/$mounted"
+    done
     rm -rf --one-file-system "$root"
     root=
 }
@@ -46,7 +52,7 @@ as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but w
             local plugin=\$1 pid opened=
             shift
             \"\$@\" 2>/tmp/complaints & pid=\$!
-            for _ in {1..300}; do
+            for _ in {1..1200}; do
                 opened=\$(find /proc/\$pid/fd -lname '*/Quorrel11.mdb' 2>/dev/null) || :
                 [ -z \"\$opened\" ] || break
                 sleep 0.1
@@ -54,10 +60,29 @@ as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but w
             [ -n \"\$opened\" ] || { echo 'it opened no records'; cat /tmp/complaints; exit 1; }
             sleep 6 # past the splash
             grep -q \"/\$plugin\" /proc/\$pid/maps || { echo \"it didn't load \$plugin\"; exit 1; }
+            # The letters on the screen: the fonts that it has read.
+            grep -qE '/[A-Za-z]+Sans(-[A-Za-z]+)?[.]ttf$' /proc/\$pid/maps || { echo 'it has no plain letters'; exit 1; }
+            ! grep -E '/[A-Za-z]*Mono[^/]*[.]ttf$' /proc/\$pid/maps || { echo 'it writes with a typewriter'; exit 1; }
             kill \$pid || { echo 'it has ended by itself'; cat /tmp/complaints; exit 1; }
             wait \$pid || :
             # On Wayland the pictures go through memory that both share; there is no plugin for another way.
             ! grep -v 'client buffer integration' /tmp/complaints
+        }
+        explains() { # explains WORDS COMMAND...: instead of a start there is a box, and those words
+            local words=\$1 box= process
+            shift
+            \"\$@\" >/dev/null 2>/tmp/complaints & pid=\$!
+            for _ in {1..300}; do
+                for process in /proc/[0-9]*; do
+                    [[ \$(readlink \$process/exe 2>/dev/null || :) != */orlo-notice ]] || box=\${process##*/}
+                done
+                [ -z \"\$box\" ] || break
+                sleep 0.1
+            done
+            [ -n \"\$box\" ] || { echo 'there is no box'; cat /tmp/complaints; exit 1; }
+            kill \$box
+            ! wait \$pid
+            grep -q \"\$words\" /tmp/complaints || { cat /tmp/complaints; exit 1; }
         }
         rm -f /tmp/display
         Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
@@ -67,19 +92,23 @@ as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but w
         $1"
 }
 
-for suite in "${suites[@]}"; do
-    echo "== $suite"
+enter() { # enter SUITE: a new root of it, with a user
+    echo "== $1"
     mkdir -p "$roots"
-    [ -d "$roots/$suite" ] || make_root "$suite" "$roots/$suite"
-    root=$roots/$suite.used
+    [ -d "$roots/$1" ] || make_root "$1" "$roots/$1"
+    root=$roots/$1.used
     rm -rf "$root"
-    cp -a "$roots/$suite" "$root"
+    cp -a "$roots/$1" "$root"
     mount -t proc proc "$root/proc"
     cp --remove-destination /etc/resolv.conf /etc/hosts "$root/etc/"
     [ -z "$(find "$root/usr" -name 'libQt*')" ]
     inside useradd -m pat
     install -d -m 700 -o "$(stat -c %u "$root/home/pat")" "$root/run/pat"
     inside install -d -m 1777 /tmp/.X11-unix
+}
+
+for suite in "${suites[@]}"; do
+    enter "$suite"
 
     # The folder: started by its launcher, and by a double click on it.
     mkdir -p "$root/home/pat/tour/the folder" "$root/opt/tour"
@@ -134,6 +163,15 @@ for suite in "${suites[@]}"; do
     inside apt-get -qq install -y --no-install-recommends /tmp/orlo.deb >"$roots/$suite.apt" 2>&1 ||
         { tail "$roots/$suite.apt"; exit 1; }
     as_pat 'cd; starts platforms/libqxcb.so orlo'
+    inside apt-get -qq install -y --no-install-recommends fontconfig >>"$roots/$suite.apt" 2>&1
+    [[ $(inside fc-match -f '%{family}' sans-serif) == *Sans* ]]
+    install -d -o "$(stat -c %u "$root/home/pat")" "$root/home/pat/other"
+    for lacking in "ro;can only be read" "noexec;runs no programs" "size=64k;is full"; do
+        mount -t tmpfs -o "uid=$(stat -c %u "$root/home/pat"),${lacking%;*}" tmpfs "$root/home/pat/other"
+        as_pat "explains '${lacking#*;}' env XDG_DATA_HOME=/home/pat/other orlo"
+        umount "$root/home/pat/other"
+    done
+    echo "it says why it can't start in a folder that is full, locked or runs no programs"
     user=$root/home/pat/.local/share/orlo
     "$root/usr/bin/orlo-db" check "$user/Quorrel11.mdb" >/dev/null
     [ -s "$user/manual/index.html" ] || inside test -s /home/pat/.local/share/orlo/manual/index.html
@@ -144,3 +182,21 @@ for suite in "${suites[@]}"; do
     echo "the package was installed, started and purged; the records are there still"
     leave
 done
+
+# The README's commands, by a user who has the sources and may use sudo.
+if [ -n "$commands" ]; then
+    enter bookworm
+    inside apt-get -qq update
+    inside apt-get -qq install -y --no-install-recommends sudo >/dev/null 2>&1
+    echo 'pat ALL=(ALL) NOPASSWD: ALL' >"$root/etc/sudoers.d/pat"
+    git archive --prefix=orlo/ HEAD | tar -C "$root/home/pat" -xf -
+    inside chown -R pat:pat /home/pat
+    as_pat 'cd ~/orlo; unset DISPLAY; ./run >/tmp/said 2>&1 || { tail /tmp/said; exit 1; }
+        ls build/tour/*.pdf >/dev/null'
+    echo "./run went through the tour without a display"
+    as_pat 'cd ~/orlo; starts platforms/libqxcb.so bash -c "exec ./run 2>/dev/null"'
+    echo "./run starts on a display"
+    as_pat 'cd ~/orlo; unset DISPLAY; ./test >/tmp/said 2>&1 || { tail -n 30 /tmp/said; exit 1; }; tail -n 1 /tmp/said'
+    as_pat 'cd ~/orlo; ./test >/tmp/said 2>&1 || { tail -n 30 /tmp/said; exit 1; }; tail -n 1 /tmp/said'
+    leave
+fi

@@ -12,9 +12,9 @@ else
     package=$here/../lib/orlo
     case ${XDG_DATA_HOME:-} in
         /*) app=$XDG_DATA_HOME/orlo ;;
-        *) app=${HOME:?}/.local/share/orlo ;;
+        *) app=${HOME:-/dev/null}/.local/share/orlo ;;
     esac
-    (umask 077 && mkdir -p "$app")
+    (umask 077 && mkdir -p "$app") 2>/dev/null # what fails is told below
 fi
 given=$app/.package # the reports and layouts as the package gave them, by which the user's changes show
 new=$given/.new
@@ -44,6 +44,7 @@ complete() { # nothing where the folder can't be written to, which the program t
         case $name in
             manual | examples | *-pack) [ -e "$app/$name" ] || ln -sfn "$(readlink -f "$file")" "$app/$name" ;;
             *.mdb) [ -n "$(held 'Quorrel*.mdb')" ] || copy "$file" "$app/$name" -n ;;
+            orlo-notice) ;;
             orlo*) cmp -s "$file" "$app/$name" || copy "$file" "$app/$name" ;;
             *) refresh "$file" "$name" ;;
         esac
@@ -51,7 +52,43 @@ complete() { # nothing where the folder can't be written to, which the program t
     exec 9>&-
 }
 
+explain() { # a click on a menu shows nothing of what a program says, so a box tells why there is none
+    if [ -e "$app/orlo" ] && [ ! -x "$app/orlo" ]; then
+        why="This computer runs no programs from there (the disk is mounted with \"noexec\")."
+        way="Let its administrator allow that, or use the folder that runs anywhere on another disk."
+    else
+        said=$(export LC_ALL=C; { mkdir -p "$given" && cp "$package/orlo" "$new"; } 2>&1)
+        rm -f "$new" 2>/dev/null
+        case $said in
+            *"No space left"* | *"uota exceeded"*)
+                why="The disk is full."
+                way="Make room in your home folder, and start ORLO again."
+                ;;
+            *"Read-only file system"*)
+                why="The disk with your home folder can only be read."
+                way="Restart the computer; if that doesn't help, ask its administrator."
+                ;;
+            *)
+                why="That folder can't be made or written to (${said##*: })."
+                way="Ask the administrator for a home folder that you may write to."
+                ;;
+        esac
+    fi
+    text="ORLO can't start. It keeps its records in the folder
+$app
+
+$why
+$way
+
+Nothing of your records has changed. The manual tells more on its page \"The folder or the file can't be written to\":
+$(readlink -f "$package/manual")/read-only.html"
+    echo "$text" >&2
+    "$package/orlo-notice" "$text"
+    exit 1
+}
+
 mkdir -p "$given" 2>/dev/null && complete
 # A copy that failed has said so; the program that the user has still starts. Its lists of folders begin where it is.
+[ "$package" = "$here/fresh" ] || { [ -x "$app/orlo" ] && [ -n "$(held 'Quorrel*.mdb')" ]; } || explain
 cd "$app" || exit 1
 exec "$app/orlo" "$@"

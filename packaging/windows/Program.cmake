@@ -3,7 +3,7 @@ enable_language(RC)
 find_program(ICOTOOL icotool REQUIRED)
 set(art ${CMAKE_BINARY_DIR}/art)
 set(icon ${art}/orlo.ico)
-set(small ${art}/orlo-16.png ${art}/orlo-32.png ${art}/orlo-48.png ${art}/orlo-128.png)
+set(small ${art}/orlo-16.png ${art}/orlo-24.png ${art}/orlo-32.png ${art}/orlo-48.png ${art}/orlo-128.png)
 add_custom_command(
     OUTPUT ${icon}
     COMMAND ${ICOTOOL} --create --output=${icon} ${small} --raw=${art}/orlo-256.png

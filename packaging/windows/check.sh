@@ -66,6 +66,6 @@ Left out as a whole:
     tst_pdf                 nor is qpdf, so PDF files have no bookmarks and links
     tst_hands, tst_sweep    their mouse and keys are the X server's
     tst_access_scaled       the scale would come by a variable that Wine doesn't pass on
-    tst_packages, rooms     they look at the packages for Linux and at the sources
+    tst_packages, tst_setup, tst_quotes, rooms    they look at the packages for Linux and at the sources
 END
 exit $status

@@ -6,11 +6,13 @@
 #include "awards/frmAddAdultAwards.h"
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
+#include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmAdults.h"
 #include "widgets/DataControl.h"
+#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
@@ -93,6 +95,7 @@ frmAdults::frmAdults()
     bindFields();
     bindPositions();
     ui->fgAdultsAwards->setCols(AwardColumns);
+    widgets::sayWhenEmpty(*ui->fgAdultsAwards, nothingYet(QStringLiteral("awards"), *ui->cmdAddAward));
     connect(ui->cmdAddAward, &QPushButton::clicked, this, [this] {
         auto& dialog = widgets::Instance<frmAddAdultAwards>::get();
         dialog.giveTo(*this);
@@ -217,7 +220,10 @@ void frmAdults::DisableFields()
 
 void frmAdults::openSet()
 {
-    trapped([this] { PeopleForm::openSet(); });
+    trapped([this] {
+        PeopleForm::openSet();
+        sayWhyEmpty(*ui->lbAdults, QStringLiteral("Adults"), filter(), *ui->cmdNew);
+    });
 }
 
 void frmAdults::PopulateNavLB()
@@ -287,6 +293,7 @@ void frmAdults::bindPositions()
     dataDenAssignments->setObjectName(QStringLiteral("dataDenAssignments"));
     ui->dbgDenAssignment->setDataControl(dataDenAssignments);
     ui->dbgDenAssignment->setStretchColumn(Title);
+    widgets::sayWhenEmpty(*ui->dbgDenAssignment, nothingYet(QStringLiteral("positions"), *ui->cmdAddDenAssn));
     connect(ui->cmdAddDenAssn, &QPushButton::clicked, this, &frmAdults::cmdAddDenAssn_Click);
     connect(ui->cmdEditDenAssn, &QPushButton::clicked, this, &frmAdults::cmdEditDenAssn_Click);
     widgets::pressOncePerDoubleClick(*ui->cmdDelDenAssn);

@@ -6,6 +6,7 @@
 #include "shell/forms/PersonShown.h"
 #include "shell/forms/dlgCalendar.h"
 #include "widgets/CheckListBox.h"
+#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 
 #include <QLineEdit>
@@ -59,6 +60,8 @@ void AddAwardsForm::bindControls(const Controls& controls)
     m_date = controls.txtAssignedDate;
     m_catalogue = controls.lbAwardList;
     m_selected = controls.lbSelected;
+    widgets::sayWhenEmpty(*m_catalogue, QStringLiteral("No awards in the catalogue yet."));
+    widgets::sayWhenEmpty(*m_selected, QStringLiteral("No award chosen yet. Tick one in the list."));
     setDefaultButton(controls.cmdAdd);
     setCancelButton(controls.cmdCancel);
     openCalendarOnDoubleClick(m_date);

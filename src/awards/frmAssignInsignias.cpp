@@ -3,9 +3,11 @@
 #include "awards/AwardList.h"
 #include "platform/Conversion.h"
 #include "shell/forms/DenList.h"
+#include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmAssignInsignias.h"
+#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 
 namespace orlo
@@ -95,6 +97,10 @@ frmAssignInsignias::frmAssignInsignias()
     ui->setupUi(this);
     for (widgets::TextGrid* grid : {ui->fgSelectFrom, ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
         grid->setToolTip(tr("Double-click a row, or press the space bar on it, to select"));
+    widgets::sayWhenEmpty(*ui->fgSelectFrom, nobodyHere());
+    for (widgets::TextGrid* grid : {ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
+        widgets::sayWhenEmpty(*grid, QStringLiteral("Choose a den."));
+    widgets::sayWhenEmpty(*ui->fgSelected, QStringLiteral("Nobody selected yet. Double-click a name."));
     tellCount();
     openCalendarOnDoubleClick(ui->txtAssignDate);
     setLeaveCheck(ui->txtAssignDate, [this] { return ValidateDate(ui->txtAssignDate->text()); });
@@ -260,11 +266,13 @@ void frmAssignInsignias::fillPackList()
 
 void frmAssignInsignias::fillDenScouts()
 {
+    widgets::sayWhenEmpty(*ui->fgSelScoutsFromByDen, nobodyHere());
     fill(denScoutSource(), denQuery(ScoutType, mDenSID));
 }
 
 void frmAssignInsignias::fillDenAdults()
 {
+    widgets::sayWhenEmpty(*ui->fgSelAdultsFromByDen, nobodyHere());
     fill(denAdultSource(), denQuery(AdultType, mDenSID));
 }
 

@@ -19,7 +19,7 @@ char16_t unit(char low, char high)
     return static_cast<char16_t>(static_cast<unsigned char>(low) | static_cast<unsigned char>(high) << 8);
 }
 
-// Nothing for a code that the system doesn't know.
+// Nothing if the system doesn't know the encoding.
 iconv_t opened(const std::string& code)
 {
     const iconv_t converter = iconv_open("UTF-16LE", code.c_str());

@@ -6,12 +6,12 @@
 namespace orlo::jet
 {
 
-/// A text of Jet 4 as UTF-16: two bytes a character, or after the mark FF FE one byte a character in the runs between
+/// Jet 4 text as UTF-16: two bytes per character, or, after the mark FF FE, one byte per character in the runs between
 /// zero bytes.
 [[nodiscard]] std::u16string jet4Text(std::string_view bytes);
 
-/// Reads texts of Jet 3, which stand in the code page that the file names; Windows-1252 where it names none that is
-/// known. Bytes that the code page leaves open keep their number.
+/// Decodes Jet 3 text by the code page that the file names, or Windows-1252 if that is missing or unknown. Bytes that
+/// the code page leaves undefined keep their number.
 class CodePage
 {
 public:
@@ -26,7 +26,7 @@ private:
     void* m_converter;
 };
 
-/// UTF-8, as the library gives names, as UTF-16.
+/// UTF-8, in which the library returns names, as UTF-16.
 [[nodiscard]] std::u16string utf8Text(std::string_view bytes);
 
 } // namespace orlo::jet

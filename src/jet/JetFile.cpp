@@ -19,18 +19,18 @@ namespace
 constexpr char Catalogue[] = "MSysObjects";
 constexpr unsigned long CataloguePage = 2;
 constexpr int MaxMoves = 16;    // of one row
-constexpr int Removed = 0x8000; // of a row: not to be read here, or not at all
+constexpr int Removed = 0x8000; // marks a row that isn't to be read here, or not at all
 constexpr int Elsewhere = 0x4000;
 constexpr int Place = 0x1FFF;
-constexpr std::uint32_t OfTheEngine = 0x80000002; // of an entry in the catalogue
+constexpr std::uint32_t OfTheEngine = 0x80000002; // marks a catalogue entry
 constexpr std::size_t LeastMap = 5;               // bytes, of the map of a table's pages
 
-constexpr std::uint32_t InTheRow = 0x80000000; // of a long value
+constexpr std::uint32_t InTheRow = 0x80000000; // marks a long value
 constexpr std::uint32_t OnePiece = 0x40000000;
 constexpr std::uint32_t LongLength = 0x3FFFFFFF;
 constexpr int LongHead = 12;
 
-// As UTF-8; what isn't a character of its own shows as something else.
+// As UTF-8; unpaired surrogates are replaced.
 std::string readable(const std::u16string& name)
 {
     const auto part = [](int bits, int mark) { return static_cast<char>(bits | mark); };
@@ -60,12 +60,12 @@ std::uint32_t number(void* bytes, int offset)
     return static_cast<std::uint32_t>(mdb_get_int32(bytes, offset));
 }
 
-// The catalogue's numbers for what isn't a table.
+// The catalogue's types of objects other than tables.
 std::optional<store::jet::Other> otherOf(int type)
 {
     using store::jet::Other;
     switch (type) {
-    case 4: // by way of ODBC
+    case 4: // linked through ODBC
     case 6:
         return Other::Link;
     case 5:
@@ -126,7 +126,7 @@ Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name, boo
         damaged(table);
     table.most = mdb_get_int16(m_file->pg_buf, isJet4() ? 0x29 : 0x15);
     table.definition.reset(mdb_read_table(entry));
-    // The library goes by the map without a look at its size.
+    // The library uses the map without checking its size.
     if (!table.definition || !table.definition->usage_map || table.definition->map_sz < LeastMap)
         damaged(table);
     table.rows = table.definition->num_rows;
@@ -140,14 +140,14 @@ Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name, boo
     return table;
 }
 
-// The library's own list of the catalogue leaves out what has moved and brings back what was removed after that.
+// The library's own catalogue list misses moved rows and brings back rows that were deleted later.
 void JetFile::readCatalogue()
 {
-    auto* own = new MdbCatalogEntry{}; // each lives as long as the process
+    auto* own = new MdbCatalogEntry{}; // lives as long as the process
     own->mdb = m_file;
     own->object_type = MDB_TABLE;
     own->table_pg = CataloguePage;
-    std::string_view(Catalogue).copy(own->object_name, sizeof own->object_name - 1); // after it stand zeros
+    std::string_view(Catalogue).copy(own->object_name, sizeof own->object_name - 1); // zero-terminated
     const Table catalogue = readTable(own, utf8Text(Catalogue), true);
     const std::size_t id = catalogue.find("Id", MDB_LONGINT);
     const std::size_t type = catalogue.find("Type", MDB_INT);
@@ -161,7 +161,7 @@ void JetFile::readCatalogue()
         std::uint32_t page;
         bool isInternal;
     };
-    std::vector<Listed> tables; // whose pages are read once the catalogue's are done with
+    std::vector<Listed> tables; // their pages are read once the catalogue is done
     walk(catalogue, [&](const Row& row) {
         const auto& cells = row.cells;
         if (!cells[id] || !cells[type] || !cells[name])
@@ -171,10 +171,10 @@ void JetFile::readCatalogue()
         const std::u16string text = shortText(*cells[name]);
         if (text.starts_with(u"MSys")) // the engine's own
             return;
-        if (kind == MDB_TABLE && !text.starts_with(u"~TMP")) // on the way out
+        if (kind == MDB_TABLE && !text.starts_with(u"~TMP")) // being deleted
             tables.push_back({text, static_cast<std::uint32_t>(whole(*cells[id], 4)) & 0xFFFFFF, isInternal});
         else if (const auto other = otherOf(kind);
-                 other && !text.starts_with(u'~')) // part of another, or on the way out
+                 other && !text.starts_with(u'~')) // part of another, or being deleted
             m_others.push_back({*other, text});
     });
     for (const Listed& listed : tables) {
@@ -208,20 +208,21 @@ void JetFile::walk(const Table& table, const std::function<void(const Row&)>& ta
         if (m_file->cur_pg != page)
             readPage(page, table);
     }
-    // The count may be behind after a power failure; rows that are missing would be lost.
+    // The count may lag after a power failure, but missing rows would be lost rows.
     if (found < table.rows)
         fail("The table " + readable(table.name) + " should have " + std::to_string(table.rows) + " rows, but " +
              std::to_string(found) + " were found.");
 }
 
-// Where the places of a page's rows end, behind which the rows lie.
+// Where the row directory of a page ends.
 int JetFile::slotsEnd(const unsigned char* page) const
 {
     const int count = m_file->fmt->row_count_offset;
     return count + 2 + 2 * (page[count] | page[count + 1] << 8);
 }
 
-// A row that grew lies on another page, marked there as removed so that only the pointer in its old place leads to it.
+// A row that grew lies on another page. It is marked as deleted there, so that only the pointer in its old place
+// reaches it.
 bool JetFile::takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves)
 {
     int start = 0;

@@ -18,61 +18,61 @@ struct FreeTable {
     void operator()(MdbTableDef* table) const { mdb_free_tabledef(table); }
 };
 
-/// A table of the file: its name, its fields in their order, and what it says of itself.
+/// A table: its name, its fields in order, and its properties.
 struct Table {
     std::unique_ptr<MdbTableDef, FreeTable> definition;
     std::u16string name;
     std::vector<const MdbColumn*> fields;
     std::uint32_t rows = 0;
-    int most = 0;            ///< a number above those of its fields, removed ones among them
-    bool isInternal = false; ///< one that the former engine keeps for itself
+    int most = 0;            ///< A number above all field numbers, removed fields included
+    bool isInternal = false; ///< used by the former engine itself
 
-    /// Where the field of this name and type is, or the number of the fields.
+    /// The index of the field with this name and type, or the number of fields.
     [[nodiscard]] std::size_t find(std::string_view field, int type) const;
 };
 
-/// Something else in the file.
+/// An object other than a table.
 struct OtherObject {
     store::jet::Other kind;
     std::u16string name;
 };
 
-/// Where a field's bytes lie in the page that was read last; nothing for Null.
+/// Where a field's bytes lie in the page read last; nothing for Null.
 struct Bytes {
     int start;
     int size;
 };
 struct Row {
     std::vector<std::optional<Bytes>> cells;
-    bool older = false; ///< than one of the table's fields, which it doesn't have
+    bool older = false; ///< written before one of the table's fields was added
 };
 
-/// A file in the format of Jet 3 or Jet 4, read by way of mdbtools. What is damaged ends the process by fail().
+/// A file in the format of Jet 3 or Jet 4, read through mdbtools. Damage ends the process through fail().
 class JetFile
 {
 public:
     explicit JetFile(const char* path);
 
-    /// The tables in the order of the file's catalogue, without those that describe the file.
+    /// The tables in the catalogue's order, without the system tables.
     [[nodiscard]] const std::vector<Table>& tables() const { return m_tables; }
-    /// What a user made besides them.
+    /// The user's other objects.
     [[nodiscard]] const std::vector<OtherObject>& others() const { return m_others; }
     [[nodiscard]] bool isJet4() const { return !m_codePage; }
-    /// Calls for each row that wasn't removed, in the order of the file; a row that has moved counts where it began.
+    /// Calls back for each row that isn't deleted, in file order; a moved row counts at its old place.
     void walk(const Table& table, const std::function<void(const Row&)>& take);
 
-    // The values of fields in the row that is being taken.
-    /// A number of so many bytes, as its bits stand.
+    // Values of the row being read.
+    /// An integer of so many bytes, as its bits stand.
     [[nodiscard]] std::uint64_t whole(Bytes bytes, int width) const;
     [[nodiscard]] std::u16string shortText(Bytes bytes) const;
     [[nodiscard]] std::u16string longText(Bytes bytes) { return decoded(longValue(bytes, true)); }
-    /// What a long field holds, gathered from the pages that it lies on.
+    /// A long field's contents, gathered from its pages.
     [[nodiscard]] std::string longValue(Bytes bytes, bool isText = false);
-    /// The bytes as they are.
+    /// The bytes, unchanged.
     [[nodiscard]] std::string raw(Bytes bytes) const;
-    /// A decimal number in digits, whatever the field's width.
+    /// A decimal number's digits, for any field width.
     [[nodiscard]] std::string decimal(const MdbColumn& field, Bytes bytes) const;
-    /// 16 bytes in the form {...} that identifiers are written in.
+    /// 16 bytes as a GUID: "{...}".
     [[nodiscard]] std::string identifier(Bytes bytes) const;
 
 private:

@@ -7,11 +7,11 @@
 namespace orlo::jet
 {
 
-/// Ends the process with the reason on the standard error, where the program finds it.
+/// Ends the process with the reason on the standard error, where the program reads it.
 [[noreturn]] void fail(const std::string& reason);
 
-/// The stream to the program, written in blocks. More bytes than the limit end the process: a small file whose parts
-/// point at each other could go on without end.
+/// The stream to the program, written in blocks. Exceeding the limit ends the process: a small file whose parts point
+/// at each other could go on for ever.
 class Output
 {
 public:

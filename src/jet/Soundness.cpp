@@ -10,9 +10,9 @@ namespace orlo::jet
 namespace
 {
 
-constexpr int SectorSize = 512; // bytes, the least that a disk loses
-constexpr int LeastRow = 4;     // bytes: a pointer to where it may move
-constexpr int JumpWidth = 256;  // of Jet 3, where a place is one byte
+constexpr int SectorSize = 512; // bytes, the least that a disk loses at once
+constexpr int LeastRow = 4;     // bytes: a pointer to where the row moved
+constexpr int JumpWidth = 256;  // Jet 3 only: offsets are one byte
 
 bool isOfKnownType(const MdbColumn& field)
 {
@@ -20,7 +20,7 @@ bool isOfKnownType(const MdbColumn& field)
     return type >= MDB_BOOL && type <= MDB_COMPLEX && type != 13 && type != 14;
 }
 
-// A Yes or No stands among the marks for Null and nowhere else.
+// A yes/no field has no bytes of its own: its value is a bit beside the Null bits.
 bool hasPlace(const MdbColumn& field)
 {
     return field.col_type != MDB_BOOL;
@@ -32,7 +32,7 @@ bool hasName(const MdbColumn& field)
     return !name.empty() && std::ranges::none_of(name, [](char c) { return c >= 0 && c < ' '; });
 }
 
-// Then the fields of fixed width lie one behind the other, with nothing between them.
+// Then the fixed-width fields lie side by side without gaps.
 bool hasLostNoField(const Table& table)
 {
     return table.most == static_cast<int>(table.fields.size());
@@ -56,8 +56,8 @@ bool hasWidthOfItsType(const MdbColumn& field)
     }
 }
 
-// A row: how many fields there were when it was written, those of fixed width, the others, where these begin, and the
-// marks for Null.
+// A row: the number of fields when it was written, the fixed-width fields, the others, the offsets of these, and the
+// Null bits.
 class RowReader
 {
 public:
@@ -90,7 +90,7 @@ private:
     {
         return m_row[m_size - m_marks + field.col_num / 8] >> field.col_num % 8 & 1;
     }
-    // What is Null takes no room where it need not.
+    // A Null takes no room where it doesn't have to.
     [[nodiscard]] static bool canBeNull(const MdbColumn& field, const Bytes& place)
     {
         return field.is_fixed || place.size == 0;
@@ -106,7 +106,7 @@ private:
         m_end = m_size - m_marks;
         if (m_present == 0 || m_present > m_table.most || m_end < m_head)
             return false;
-        // A row from before the first field of variable width may know nothing of such.
+        // A row older than the first variable-width field may have no offsets at all.
         const auto isVariable = [this](const MdbColumn* field) {
             return hasPlace(*field) && !field->is_fixed && has(*field);
         };
@@ -120,7 +120,7 @@ private:
         return between >= 0 && isTight && std::ranges::is_sorted(m_places);
     }
 
-    // The place of the end and a number of none, in a row that has no field of variable width.
+    // An end offset and a count of zero, in a row without variable-width fields.
     [[nodiscard]] bool hasEmptyPlaces(int between) const
     {
         return m_places.empty() && between == 2 * m_head && at(m_fixedEnd) == m_fixedEnd && at(m_end - m_head) == 0;
@@ -129,7 +129,7 @@ private:
     bool readPlaces4()
     {
         const int count = m_end - 2 < m_head ? -1 : at(m_end - 2);
-        const int last = m_end - 4 - 2 * count; // where the place of the end stands
+        const int last = m_end - 4 - 2 * count; // position of the end offset
         if (count < 0 || last < m_head)
             return false;
         for (int i = 0; i <= count; ++i)
@@ -137,15 +137,15 @@ private:
         return m_places.back() <= last;
     }
 
-    // A place is one byte, so there stands beside it from which field on another 256 are to be added, for each 256.
+    // Offsets are one byte, so a jump table tells from which field on another 256 must be added.
     bool readPlaces3()
     {
         const int count = m_end - 1 < m_head ? -1 : at(m_end - 1);
         int jumps = (m_size - 1) / JumpWidth;
-        const int first = m_end - jumps - 2; // where the first field's place stands
+        const int first = m_end - jumps - 2; // position of the first field's offset
         if (count < 0 || first - count < m_head)
             return false;
-        if ((first - count) / JumpWidth < jumps) // the last one is there for nothing
+        if ((first - count) / JumpWidth < jumps) // the last jump isn't used
             --jumps;
         int done = 0;
         for (int i = 0; i <= count; ++i) {
@@ -156,7 +156,7 @@ private:
         return m_places.back() <= first - count;
     }
 
-    // Within the row; nothing for a field that has no place there.
+    // Within the row; nothing for a field without a place.
     [[nodiscard]] std::optional<Bytes> placeOf(const MdbColumn& field) const
     {
         if (!hasPlace(field) || !has(field))
@@ -169,8 +169,8 @@ private:
         return Bytes{m_places[number], m_places[number + 1] - m_places[number]};
     }
 
-    // Whether a row that says that it is older than the field has room for it all the same. A field of fixed width may
-    // have taken the place of one that was removed.
+    // Whether a row that claims to be older than the field has room for it all the same. A fixed-width field may reuse
+    // the place of a removed one.
     [[nodiscard]] bool hasRoom(const MdbColumn& field) const
     {
         return field.is_fixed
@@ -182,12 +182,12 @@ private:
     bool m_isJet4;
     const unsigned char* m_row;
     int m_size;
-    int m_head; // bytes of the number of fields
+    int m_head; // size of the field count, in bytes
     int m_present = 0;
     int m_marks = 0; // bytes
-    int m_end = 0;   // where the marks begin
+    int m_end = 0;   // where the Null bits begin
     int m_fixedEnd = m_head;
-    std::vector<int> m_places; // of the fields of variable width, and of the end of the last one
+    std::vector<int> m_places; // offsets of the variable-width fields, then their end
 };
 
 } // namespace
@@ -218,7 +218,7 @@ int widthOf(const MdbColumn& field)
 
 bool isSound(const Table& table)
 {
-    std::map<int, int> fixed; // widths by place
+    std::map<int, int> fixed; // widths by offset
     std::set<unsigned> others;
     std::set<int> numbers;
     for (const MdbColumn* field : table.fields) {

@@ -1,5 +1,5 @@
-// Reads a file in the format of Jet 3 or Jet 4 and writes what stands in it to the standard output, for the program
-// that started it. A process of its own, since a damaged or hostile file can end it, use up its time or its memory.
+// Reads a file in the format of Jet 3 or Jet 4 and writes its contents to the standard output, for the program that
+// started it. It is a process of its own because a damaged or hostile file can crash it or use up its time or memory.
 
 #include "jet/JetFile.h"
 #include "jet/Output.h"
@@ -40,7 +40,7 @@ Kind kindOf(int type)
     }
 }
 
-// The number of 32 bits in as few digits as tell it from its neighbours, since 64 bits would show more than was meant.
+// The shortest decimal number that identifies a 32-bit value; as a double it would show digits that were never meant.
 double widened(float number)
 {
     char digits[32];

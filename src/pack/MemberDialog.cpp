@@ -3,6 +3,7 @@
 #include "pack/frmDenInfo.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
+#include "widgets/EmptyText.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"
 
@@ -16,6 +17,7 @@ MemberDialog::MemberDialog(QString keyField) : Form(widgets::FormKind::Window), 
 void MemberDialog::bindControls(widgets::ListBox* list, QPushButton* cmdSelect, QPushButton* cmdCancel)
 {
     m_list = list;
+    widgets::sayWhenEmpty(*list, QStringLiteral("Nobody is left to add."));
     setDefaultButton(cmdSelect);
     setCancelButton(cmdCancel);
     connect(cmdSelect, &QPushButton::clicked, this, &MemberDialog::cmdSelect_Click);

@@ -3,9 +3,11 @@
 #include "pack/dlgAddAdults.h"
 #include "pack/dlgAddScouts.h"
 #include "platform/Conversion.h"
+#include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
 #include "ui_frmDenInfo.h"
+#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
@@ -36,6 +38,8 @@ frmDenInfo::frmDenInfo()
     bindControls({*ui, ui->txtDenNumber});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
+    widgets::sayWhenEmpty(*ui->lstScouts, nothingYet(QStringLiteral("scouts"), *ui->cmdAddScouts));
+    widgets::sayWhenEmpty(*ui->lstAdults, nothingYet(QStringLiteral("leaders"), *ui->cmdAddDenLeader));
     enableSaveOnChange({ui->txtDenNumber, ui->txtDenName, ui->comDenType, ui->txtYearStarted, ui->txtActive});
     connect(ui->cmdAddScouts, &QPushButton::clicked, this, &frmDenInfo::cmdAddScouts_Click);
     connect(ui->cmdDelScouts, &QPushButton::clicked, this, [this] { removeScouts(false); });

@@ -13,16 +13,16 @@ struct Version {
 };
 
 [[nodiscard]] Version version();
-/// "Version 1.1.0" or the like, as the splash and the about box show it.
+/// The version as the splash and the about box show it: "Version 1.1.0".
 [[nodiscard]] QString versionText();
 /// The program's title.
 [[nodiscard]] QString title();
-/// The folder of the running executable, as the system reports it.
+/// The folder of the running executable.
 [[nodiscard]] QString folder();
-/// The path of a file that the build puts beside the program; its other programs lie in folders beside the program's.
-/// Empty where there is none.
+/// The path of a file that the build puts beside the program, or of another program in a folder beside it. Empty if
+/// there is no such file.
 [[nodiscard]] QString companionFile(const QString& name);
-/// Gives another folder in its place, for tests and pictures; an empty one gives the executable's back.
+/// Sets another folder, for tests and pictures; an empty path restores the executable's.
 void setFolder(const QString& path);
 
 } // namespace orlo::platform

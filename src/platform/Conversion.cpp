@@ -60,7 +60,7 @@ std::optional<QTime> readTime(const QString& text)
     return time.isValid() ? std::optional(time) : std::nullopt;
 }
 
-// Two or three numbers, all with the same sign between them: "6/7/2004" and "6/7" with blanks or without, "2004-06-07".
+// Two or three numbers with the same separator between them, blanks allowed: "6/7/2004", "6 / 7", "2004-06-07".
 std::optional<QDate> readNumbers(QStringView text)
 {
     struct Number {

@@ -5,8 +5,7 @@
 namespace orlo::platform
 {
 
-/// Makes a copy of the source stand under the target's name, as FileSystem::copyFile() promises; both are paths of the
-/// operating system. The failures are those of copyFile().
+/// Copies the source over the target as FileSystem::copyFile() promises, with the same failures. Native paths.
 void copyOver(const QString& source, const QString& target);
 
 } // namespace orlo::platform

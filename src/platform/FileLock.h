@@ -7,24 +7,24 @@
 namespace orlo::platform
 {
 
-/// Keeps other processes that lock the same file away from it for as long as the object lives; it needs no right to
-/// write the file. Linux only: nothing on Windows asks for it.
+/// Locks a file against other processes that use this class, for as long as the object lives. Needs no right to write
+/// the file. Linux only: nothing on Windows asks for it.
 class FileLock
 {
 public:
-    /// Waits up to two seconds for a process that has it. A native path. Raises 3050.
+    /// Waits up to two seconds for a process that holds the lock. A native path. Raises 3050.
     explicit FileLock(const QString& path);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    /// Asks whether another program has locked any byte of the file, or of the one that programs lock in its stead, and
-    /// keeps from now on whoever wants to. On volumes that know no such locks nobody is asked. Raises 3050.
+    /// Checks that no other program has locked any byte of the file, or of the lock file that such programs use
+    /// instead, and keeps them out from now on. Volumes without such locks count as unlocked. Raises 3050.
     void keepOthersOut(const QString& lockFile);
-    /// Raises 3050 if another program has locked a byte since then, or has changed the file.
+    /// Raises 3050 if another program has locked a byte or changed the file since.
     void checkAlone() const;
 
-    /// False once the path names another file than the locked one.
+    /// False once the path names a file other than the locked one.
     [[nodiscard]] bool isOn(const QString& path) const;
 
 private:

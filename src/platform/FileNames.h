@@ -5,21 +5,21 @@
 namespace orlo::platform
 {
 
-/// Writes what the system holds of a file to the disk. Raises 61, 68, 70, 75 or 76.
+/// Flushes a file to the disk. Raises 61, 68, 70, 75 or 76.
 void flushFile(const QString& path);
 /// The same for an open file, by its descriptor of the C library.
 void flushFile(int descriptor);
-/// Gives a file a second name in the same folder; false where the volume knows no second names.
+/// Gives a file a second name in the same folder; false if the volume has no hard links.
 [[nodiscard]] bool addName(const QString& path, const QString& name);
-/// Puts a file under another name of the same folder in one step, in the place of the file of that name; on the disk
-/// when it returns. Raises 61, 68, 70, 75 or 76.
+/// Renames a file within its folder in one step, replacing a file of that name; on the disk when it returns. Raises 61,
+/// 68, 70, 75 or 76.
 void takeName(const QString& path, const QString& name);
 
-/// Writes the name of a file to the disk and remembers for which file, which isNameFlushed() then knows. A failure
-/// isn't told: the name then counts as not written.
+/// Flushes a file's name to the disk and remembers it for isNameFlushed(). Raises nothing: after a failure the name
+/// counts as not flushed.
 void flushName(const QString& path);
-/// True if flushName() has written the name since the file that bears it now was made. False where the volume doesn't
-/// tell when that was, and on systems that write a name with its file.
+/// True if flushName() has flushed the name since the present file got it. False if the volume doesn't record when
+/// files are made, and on systems that flush a name with its file.
 [[nodiscard]] bool isNameFlushed(const QString& path);
 
 } // namespace orlo::platform

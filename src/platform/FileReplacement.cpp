@@ -26,8 +26,8 @@ bool haveSameContents(const QString& path, const QString& other)
     return true;
 }
 
-// One that isn't there, or that has the file's contents already: after a process that ended before it was done, or for
-// a file that comes a second time.
+// A name is also free for a file with the same contents: it was kept by a process that then died, or comes a second
+// time.
 QString freeName(const QFileInfo& file, const QString& note)
 {
     const QString suffix = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
@@ -46,7 +46,7 @@ QString putInPlace(const QString& path, const QString& finished, const QString& 
     const QFileInfo file(path);
     QString kept = freeName(file, note);
     flushFile(finished);
-    // A second name for the old file first, or a copy where the volume knows no second names.
+    // Keep the old file under a second name, or as a copy where the volume has no hard links.
     if (!QFileInfo::exists(kept) && !addName(path, kept))
         copyOver(path, kept);
     takeName(finished, path);

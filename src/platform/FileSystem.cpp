@@ -39,7 +39,7 @@ void FileSystem::copyFile(const QString& source, const QString& destination, boo
         throw RuntimeError(FileAlreadyExists, QStringLiteral("FileSystem"), QStringLiteral("File already exists"));
     if (to.exists() && (!to.isFile() || !isWritable(to.filePath())))
         throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
-    // A link stays a link: what it names is what gets replaced.
+    // A link stays a link: the file it names is replaced.
     copyOver(from.filePath(), to.exists() ? to.canonicalFilePath() : to.filePath());
 }
 
@@ -52,7 +52,7 @@ void FileSystem::deleteFile(const QString& path, bool force) const
         throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
     if (QFile::remove(target))
         return;
-    // Some systems remove no file that may not be written.
+    // Some systems don't delete write-protected files.
     const bool freed = force && !QFileInfo(target).isSymLink() &&
                        QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
     if (!freed || !QFile::remove(target))
@@ -79,7 +79,7 @@ Drive FileSystem::getDrive(const QString& text) const
 {
     if (text.isEmpty())
         throw RuntimeError(InvalidProcedureCall, QStringLiteral("FileSystem"));
-    // A folder that no volume is mounted on any more is a folder of another volume, and not what the text means.
+    // An unmounted folder belongs to another volume, which isn't the one the text names.
     const QString root = QDir::cleanPath(nativePath(text));
     if (otherVolumes) {
         const auto volumes = otherVolumes();

@@ -7,13 +7,13 @@
 namespace orlo::platform
 {
 
-// What the program tells a developer who asks for it by QT_LOGGING_RULES; without that, nothing.
+// Logged only on request, through QT_LOGGING_RULES.
 Q_DECLARE_LOGGING_CATEGORY(sqlLog)      ///< orlo.sql: each statement, with its time
 Q_DECLARE_LOGGING_CATEGORY(formsLog)    ///< orlo.forms: loading, unloading and waiting of the screens
-Q_DECLARE_LOGGING_CATEGORY(reportLog)   ///< orlo.report: the runs of reports, with their time
-Q_DECLARE_LOGGING_CATEGORY(takeoverLog) ///< orlo.takeover: what a file of the former format holds
+Q_DECLARE_LOGGING_CATEGORY(reportLog)   ///< orlo.report: report runs, with their time
+Q_DECLARE_LOGGING_CATEGORY(takeoverLog) ///< orlo.takeover: contents of a file of the former format
 
-/// Logs at its end what a scope did and how long that took, where the category is on.
+/// Logs what a scope did, and how long it took, when the scope ends.
 class TimeLog
 {
 public:

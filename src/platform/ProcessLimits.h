@@ -3,19 +3,18 @@
 #include <cstdint>
 #include <string_view>
 
-// What a helper process asks of the operating system. Without Qt, which such a process does without.
+// What a helper process needs from the operating system. No Qt: the helper is built without it.
 namespace orlo::platform
 {
 
-/// Limits the time and the memory that the process may use to what reading the file can need, keeps it from writing
-/// files, and lets it end with the program that started it. Returns how many bytes it may send; 0 if there is no such
-/// file.
+/// Limits the process's time and memory to what reading the file can need, forbids it to write files, and ends it with
+/// the program that started it. Returns how many bytes it may send; 0 if the file doesn't exist.
 [[nodiscard]] std::uint64_t limitOurselves(const char* file);
 
-/// Writes all of it to the standard output; false once nobody takes it.
+/// Writes all bytes to the standard output; false once nobody reads it.
 [[nodiscard]] bool send(std::string_view bytes);
 
-/// Ends the process at once: nothing that the library holds is worth giving back.
+/// Ends the process at once, without cleaning up.
 [[noreturn]] void leave(int status);
 
 } // namespace orlo::platform

@@ -8,7 +8,7 @@
 namespace orlo::platform
 {
 
-/// The failure numbers that the program raises or tests by name.
+/// The numbers of the failures that the program raises or checks for.
 enum ErrorNumber : int {
     InvalidProcedureCall = 5,
     Overflow = 6,
@@ -51,12 +51,12 @@ enum ErrorNumber : int {
     WrongDataType = 3421,
 };
 
-/// A failure of the program's run time or of one of its services: a number, the name of what raised it, a description.
-/// One that leaves an event handler ends the process with a report.
+/// A failure of the program or of a service: a number, its source and a description. If one leaves an event handler,
+/// the process ends with a report.
 class RuntimeError : public std::exception
 {
 public:
-    /// An empty description takes the standard text of the number.
+    /// An empty description is replaced by the number's standard text.
     explicit RuntimeError(int number, QString source = QString(), QString description = QString());
 
     [[nodiscard]] int number() const { return m_number; }
@@ -71,16 +71,16 @@ private:
     QByteArray m_what;
 };
 
-/// The standard text of a failure number; a general one for a number without a text of its own.
+/// The standard text of a failure number; a general one if the number has none.
 [[nodiscard]] QString standardDescription(int number);
 
-/// The pending-error state: the failure that a trapped routine caught and that its end tests. At most one is pending.
+/// The failure that a routine caught and checks for at its end. At most one is pending.
 namespace pendingError
 {
 void set(const RuntimeError& error);
 void clear();
 [[nodiscard]] const std::optional<RuntimeError>& get();
-/// The pending failure's number, 0 when none is pending.
+/// The pending failure's number; 0 if none is pending.
 [[nodiscard]] int number();
 } // namespace pendingError
 

@@ -9,15 +9,14 @@ class QStorageInfo;
 namespace orlo::platform
 {
 
-/// A value of a key of the machine's registry, below HKEY_LOCAL_MACHINE; none where the key, the value or the registry
-/// is missing.
+/// A value of the machine's registry, below HKEY_LOCAL_MACHINE; nothing if the key or value doesn't exist or the system
+/// has no registry.
 [[nodiscard]] std::optional<QString> registryValue(const QString& key, const QString& name);
 
-/// Enters an error in the system log.
+/// Writes an error to the system log.
 void logError(const QString& text);
 
-/// False for a mounted volume that is no place for a user's files: what the system shows of itself, and images of
-/// installed programs.
+/// False for mounted volumes that don't hold user files, such as the system's own and images of installed programs.
 [[nodiscard]] bool holdsUserFiles(const QStorageInfo& volume);
 
 } // namespace orlo::platform

@@ -10,7 +10,7 @@ namespace orlo::platform
 
 void flushAll(QFileDevice& file)
 {
-    // A disk that takes a part of the buffer says only the next time why it doesn't take the rest.
+    // A full disk takes part of the buffer first, and reports the failure only at the next attempt.
     if (!file.flush() && !file.flush())
         raiseUnwritable(file.fileName(), file.errorString());
 }
@@ -32,7 +32,7 @@ void writeAll(QIODevice& device, QByteArrayView bytes)
 void commitAll(QSaveFile& file)
 {
     flushAll(file);
-    // Volumes of a network and those with quotas may say only here that there is no room.
+    // Network volumes and volumes with quotas may report only here that there is no room.
     try {
         flushFile(file.handle());
     } catch (const RuntimeError& error) {

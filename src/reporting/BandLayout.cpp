@@ -11,11 +11,11 @@ namespace
 
 constexpr double HairlineWidth = 0.3; // points
 constexpr float HairlineGray = 0.65F;
-constexpr double ShareOfAscent = 0.86; // of a capital letter
-constexpr int FewLetters = 4;          // a line of an address that is broken for want of room has more
-constexpr int PartsOfLimit = 8;        // a row above the height limit is cut into parts of that share of it
+constexpr double ShareOfAscent = 0.86; // of a capital letter's height
+constexpr int FewLetters = 4;          // a line of an address that was broken for lack of room has more
+constexpr int PartsOfLimit = 8;        // a row above the height limit is cut into parts of this share of it
 
-/// True for what stands beside texts as high as they are, or as it says.
+/// True for elements that take their height from the texts beside them, or state it.
 bool isMark(const Element& element)
 {
     return element.kind == Element::Kind::TickBox || element.kind == Element::Kind::Bar;
@@ -83,15 +83,15 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
 
     std::vector<Block> beside = blocks(row, scope, left);
 
-    // A high row is cut between lines: each part takes as many lines of each cell as a share of the limit lets it, so
-    // that the parts fill a page to its end.
+    // Cuts a high row between lines: each part takes as many lines of each cell as fit into a share of the limit, so
+    // that the parts fill pages to the end.
     double height = row.above + row.ruleAbove + pictures;
     for (const Cell& cell : cells)
         height = std::max(height,
                           row.above + row.ruleAbove + double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
     for (const Block& block : beside)
         height = std::max(height, row.above + row.ruleAbove + block.height);
-    if (height > m_heightLimit && !beside.empty()) { // then its blocks stand below it
+    if (height > m_heightLimit && !beside.empty()) { // then its blocks go below it
         Row own = row;
         std::erase_if(own.elements, [](const Element& element) { return element.kind == Element::Kind::Rows; });
         layOutRow(own, scope, left, strips);
@@ -208,7 +208,7 @@ bool BandLayout::fitsAnyWord(const Cell& cell, const QString& text) const
                        [&](const QString& word) { return m_typesetter.width(cell.font, word) <= cell.width; });
 }
 
-/// What stands on the line on which the texts of a row stand.
+/// Adds what stands on the base line of a row's texts.
 void BandLayout::addMark(const Cell& cell, double base, Strip& strip) const
 {
     const Element& element = *cell.element;
@@ -255,7 +255,7 @@ void BandLayout::addText(const Cell& cell, qsizetype count, double y, Strip& str
                                        count == 1 ? part.front() : part.join(u'\n'), cell.font, color, 0});
         return;
     }
-    // Lines that don't begin at one place are items of their own, so that no renderer has to measure.
+    // Lines that don't start at the same x become items of their own, so renderers needn't measure.
     for (qsizetype i = 0; i < count; ++i) {
         const QString& line = cell.lines[cell.done + i];
         const double width = m_typesetter.width(cell.font, line);

@@ -234,7 +234,7 @@ void BandReader::readText(Element& element)
     element.formula = m_lines.assigned();
 }
 
-/// A file of the report's folder. It is noted even where it isn't there: the report is another one once it is.
+/// A file in the report's folder. It is noted even if it doesn't exist: creating it changes the report.
 QString BandReader::wantedFile()
 {
     QString path = fileOfReport(m_folder, m_lines.fileName());
@@ -243,7 +243,7 @@ QString BandReader::wantedFile()
     return path;
 }
 
-/// A picture that isn't there takes no room: a pack without a mark of its own needs no other report.
+/// A missing picture takes no room, so a pack without a logo needs no report of its own.
 void BandReader::readPicture(Element& element)
 {
     element.kind = Element::Kind::Picture;

@@ -6,21 +6,21 @@
 namespace orlo::reporting
 {
 
-/// The path of a file that a report of the folder names, whether it is there or not: beside the report, or beside the
-/// folder "examples" where the report lies in that.
+/// The path of a file that a report of the folder names, whether it exists or not: beside the report or, for a report
+/// in the folder "examples", one level up.
 [[nodiscard]] QString fileOfReport(const QString& folder, const QString& name);
 
-/// Reads the bands of a definition: what stands between a band's braces, and the options before them.
+/// Reads a band: the options after its name and what its braces contain.
 class BandReader
 {
 public:
-    /// Pictures lie in the folder.
+    /// Pictures are looked for in the folder.
     BandReader(DefinitionLines& lines, Definition& definition, const QString& folder)
         : m_lines(lines), m_definition(definition), m_folder(folder)
     {
     }
 
-    /// Reads a band from after its name on.
+    /// Reads a band whose name has just been read.
     void read(Band& band);
 
 private:

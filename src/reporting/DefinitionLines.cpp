@@ -279,7 +279,7 @@ Formula DefinitionLines::formulaInBrackets()
 {
     const Place here = place();
     int depth = 0;
-    QChar until; // the end of a text or of a field's name
+    QChar until; // the closing character of a text or a field name
     for (qsizetype i = m_at; i < m_statement.size(); ++i) {
         const QChar c = m_statement[i];
         if (!until.isNull())

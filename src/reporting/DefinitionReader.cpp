@@ -33,7 +33,7 @@ QString notUtf8(const QString& name)
     return QStringLiteral("The file %1 isn't UTF-8, so its accented letters may be wrong.").arg(name);
 }
 
-/// The text of a file, and whether it was UTF-8; a text that isn't is read as the former programs' Latin-1.
+/// A file's text, and whether it was UTF-8. Anything else is read as the former programs' Latin-1.
 std::pair<QString, bool> textOf(const QByteArray& bytes)
 {
     QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
@@ -87,7 +87,7 @@ private:
         return std::move(m_definition);
     }
 
-    /// Anything above, between or below the labels would move them off their sheet.
+    /// Anything above, between or below labels would move them off their sheet.
     void checkLabels()
     {
         const auto refuse = [](const char* message, Place place) {
@@ -130,7 +130,7 @@ private:
             Statement{QLatin1StringView("subreport"), &Reader::readSubreport},
         };
         if (Band* band = bandNamed(word)) {
-            *band = {}; // the last of two counts: what an included file gives is not for all
+            *band = {}; // the last definition wins; an included file's applies only to its own report
             readBand(*band);
         } else if (const auto known = std::find_if(Statements.begin(), Statements.end(),
                                                    [&](const auto& s) { return s.word == word; });
@@ -161,7 +161,7 @@ private:
 
     void readBand(Band& band) { BandReader(*m_lines, m_definition, m_folder).read(band); }
 
-    /// Refuses what a file has but once.
+    /// Rejects in a subreport what only the main report may have.
     void belongsToMain(const char* what)
     {
         if (m_depth > 0)
@@ -183,7 +183,7 @@ private:
     void readSorts() { m_definition.sort.push_back(groupReader().readSort()); }
     void readGroup() { groupReader().read(); }
 
-    /// The statements of another file of the folder, in the place of this one.
+    /// Includes another file of the folder here.
     void readInclude()
     {
         if (m_includes >= DeepestInclude)
@@ -192,7 +192,7 @@ private:
         const QString name = m_lines->fileName();
         QString path = fileOfReport(m_folder, name);
         m_definition.files << path;
-        if (!QFileInfo(path).isFile()) // a report that was copied without it still has the program's own
+        if (!QFileInfo(path).isFile()) // a report copied without its include uses the program's own
             path = QStringLiteral(":/reports/") + name;
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly) || file.size() > MaxFileSize)
@@ -288,7 +288,7 @@ private:
             return;
         }
         QString name = m_lines->quoted();
-        std::erase_if(m_definition.namedSources, [&](const NamedSource& known) { // the last of two counts
+        std::erase_if(m_definition.namedSources, [&](const NamedSource& known) { // the last definition wins
             return known.name.compare(name, Qt::CaseInsensitive) == 0;
         });
         m_definition.namedSources.push_back({std::move(name), readSource()});

@@ -13,16 +13,16 @@
 namespace orlo::reporting
 {
 
-/// Measures of a document are points.
+/// Documents measure in points.
 constexpr double PointsPerInch = 72;
 
-/// A text placed on a page: already broken and cut to its lines, drawn from the top left corner of its box.
+/// A text on a page, already broken into lines and cut, drawn from the top left corner of its box.
 struct TextItem {
     QRectF box; ///< points (1/72 inch) from the top left corner of the paper
     QString text;
-    int font = 0; ///< place in Document::fonts
+    int font = 0; ///< index in Document::fonts
     QColor color = Qt::black;
-    int emptyBefore = 0; ///< cells of its row that stand before it and have no text
+    int emptyBefore = 0; ///< empty cells of its row before it
 };
 
 /// A straight line.
@@ -58,34 +58,34 @@ struct Page {
 struct OutlineEntry {
     QString text;
     int level = 0;  ///< 0 for the outermost group
-    int page = 0;   ///< place in Document::pages
-    double top = 0; ///< where its line begins, points from the top of the paper
+    int page = 0;   ///< index in Document::pages
+    double top = 0; ///< top of its line, in points from the top of the paper
 };
 
-/// The rows of a subreport; those of a linked one each follow the row that they belong to.
+/// The rows of a subreport; rows of a linked one follow the row they belong to.
 struct DataBlock {
     QString title;
     QStringList columns;
     std::vector<QStringList> rows;
 };
 
-/// A laid-out report, independent of any device: preview, printer and PDF all paint this. It also holds the
-/// rows of the main list and of the subreports, as the CSV export writes them.
+/// A laid-out report, independent of any device: the preview, the printer and the PDF file all paint this. It also
+/// holds the rows of the main list and the subreports for the CSV export.
 struct Document {
     QString title;
     QString author;
     QString subject;
     QSizeF paper{612, 792};   ///< points; US Letter
-    bool exactSize = false;   ///< printed at its size on any sheet, as labels want it
+    bool exactSize = false;   ///< never scaled to the sheet, as for labels
     std::vector<QFont> fonts; ///< sizes in points
     std::vector<Page> pages;
     std::vector<OutlineEntry> outline;
     QStringList columns;
     std::vector<QStringList> rows;
     std::vector<DataBlock> blocks;
-    QStringList warnings; ///< what looks wrong on the paper, a sentence each; the pages stand nevertheless
-    QStringList files; ///< paths of what the run read or looked for: the report's own file, what it includes, pictures
-    bool complete = true; ///< false for the first page alone, while the rest is being laid out
+    QStringList warnings; ///< problems seen in the layout, a sentence each; the pages are complete nevertheless
+    QStringList files;    ///< paths that the run read or looked for: the report file, included files, pictures
+    bool complete = true; ///< false for a first page shown while the rest is being laid out
 };
 
 } // namespace orlo::reporting

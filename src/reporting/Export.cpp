@@ -12,11 +12,11 @@ namespace orlo::reporting
 namespace
 {
 
-/// How far a PDF file has come when its pages are drawn, in percent.
+/// Share of the work that is done when the pages are drawn, in percent.
 constexpr int PagesDrawn = 90;
 
-/// A spreadsheet takes a text that begins so for a formula. A sign before a number and nothing else is none: telephone
-/// numbers have it.
+/// True for a text that a spreadsheet would take for a formula. A sign followed only by digits isn't one: telephone
+/// numbers look like that.
 bool readsAsFormula(const QString& text)
 {
     static const QRegularExpression signedNumber(
@@ -84,7 +84,7 @@ void writeCsv(const Document& document, const QString& path)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         platform::raiseUnwritable(path, file.errorString());
-    // The mark at the start tells spreadsheet programs that the text is UTF-8.
+    // The byte order mark tells spreadsheets that the text is UTF-8.
     platform::writeAll(file, "\xEF\xBB\xBF" + csvText(document).toUtf8());
     platform::commitAll(file);
 }

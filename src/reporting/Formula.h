@@ -15,7 +15,7 @@ using store::Value;
 
 struct FormulaFunction;
 
-/// The words of the language that stand for what the run knows.
+/// The words of the language that stand for facts about the run.
 enum class Word {
     PageNumber,
     PageCount,
@@ -35,9 +35,9 @@ enum class Word {
 /// What a summary computes over the rows of a group or of the whole report.
 enum class Summary { Sum, Count, Average, Minimum, Maximum, DistinctCount, Median };
 
-/// One part of a formula that was read.
+/// A node of a parsed formula.
 struct FormulaNode {
-    /// What is known of a part's value before it is computed; a field may be anything.
+    /// What is known of a node's type before it is computed; a field can be of any type.
     enum class Type { Any, Condition, Number, Text, Date };
 
     struct Literal {
@@ -50,26 +50,26 @@ struct FormulaNode {
     struct NamedWord {
         Word word;
     };
-    /// A function or an operator of the children.
+    /// A function or an operator applied to the children.
     struct Call {
         const FormulaFunction* function;
     };
-    /// "and" or "or" of the children, which aren't computed further than needed.
+    /// "and" or "or"; evaluates only as many children as needed.
     struct Connected {
         bool isOr;
     };
-    /// "if": the condition, the value, and the other one if there is any.
+    /// "if": the condition, the value and, optionally, the other value.
     struct Choice {
     };
     struct Summarised {
         Summary summary;
-        QString group;        ///< "" for the rows around the place where it stands
-        bool running = false; ///< only up to the row that it stands in
+        QString group;        ///< "" for the rows around its own place
+        bool running = false; ///< only up to the current row
     };
-    /// The argument before it once more: a value alone in a list is both ends of a range.
+    /// A copy of the argument before it: a single value in a list is both ends of a range.
     struct Again {
     };
-    /// The only child in another row.
+    /// The only child, evaluated in another row.
     struct Neighbour {
         int offset; ///< -1 for the row before, 1 for the next
     };
@@ -88,43 +88,43 @@ struct FormulaNode {
     }
 };
 
-/// Where a formula's fields, words and summaries take their values from.
+/// Where a formula's fields, words and summaries get their values.
 class FormulaScope
 {
 public:
     virtual ~FormulaScope() = default;
     /// The field that Formula::bind() gave this index.
     [[nodiscard]] virtual Value field(int index) const = 0;
-    /// What a word stands for where the formula is computed.
+    /// A word's value at the formula's place.
     [[nodiscard]] virtual Value word(Word word) const = 0;
-    /// The summary of a node, whose only child is computed for each row; without a child the rows are counted.
+    /// The summary of a node, whose only child is evaluated for each row; without a child the rows are counted.
     [[nodiscard]] virtual Value summary(const FormulaNode& node) const = 0;
-    /// The value of an expression in a row before or after the current one; Null where there is none.
+    /// An expression's value in a row before or after the current one; Null if there is none.
     [[nodiscard]] virtual Value inRow(int offset, const FormulaNode& expression) const = 0;
 };
 
-/// An expression of the report language. Keywords, functions and field names are read without regard to case.
+/// An expression of the report language. Keywords, functions and field names ignore case.
 class Formula
 {
 public:
     Formula() = default;
-    /// Reads a text; its first character stands at the given place. Raises ReportError 3075 for what can't be read.
+    /// Parses a text whose first character is at the given position. Raises ReportError 3075.
     explicit Formula(QStringView text, Place origin = {1, 1});
 
-    /// True for a formula that was left out.
+    /// True if there is no formula.
     [[nodiscard]] bool isEmpty() const { return m_empty; }
-    /// The whole as a part: what it consists of hangs below.
+    /// The root of the parsed formula.
     [[nodiscard]] const FormulaNode& root() const { return m_root; }
-    /// True if any part of the formula passes the test.
+    /// True if any node passes the test.
     [[nodiscard]] bool any(const std::function<bool(const FormulaNode&)>& test) const;
 
-    /// Raises ReportError 13 unless the formula is a condition whose comparisons can hold.
+    /// Raises ReportError 13 unless the formula is a condition with comparable operands.
     void requireCondition() const;
-    /// Gives every field its index; -1 from the function raises ReportError 3061 with the field's place.
+    /// Gives every field its index; if the function returns -1, raises ReportError 3061 with the field's position.
     void bind(const std::function<int(const QString&)>& indexOf);
-    /// Computes the value. Raises ReportError 13, 11, 6 or 5 with the place of the part that can't be computed.
+    /// Evaluates the formula. Raises ReportError 13, 11, 6 or 5 with the position of the part that failed.
     [[nodiscard]] Value evaluate(const FormulaScope& scope) const;
-    /// True only if the formula gives true; Null is not.
+    /// True only if the formula yields true; Null doesn't count.
     [[nodiscard]] bool holds(const FormulaScope& scope) const;
 
 private:
@@ -132,11 +132,12 @@ private:
     bool m_empty = true;
 };
 
-/// Computes one node, as Formula::evaluate() does for the root.
+/// Evaluates one node, as Formula::evaluate() does for the root.
 [[nodiscard]] Value evaluateNode(const FormulaNode& node, const FormulaScope& scope);
 
-/// Orders two values that aren't Null: numbers and yes/no by size, dates by time, texts without regard to case; a text
-/// that reads as a number or a date goes by it beside one. Raises ReportError 13 for kinds that don't compare.
+/// Compares two values, neither of them Null: numbers and yes/no by size, dates by time, texts ignoring case. A text
+/// that reads as a number or date is compared as one with a number or date. Raises ReportError 13 for kinds that can't
+/// be compared.
 [[nodiscard]] int compareValues(const Value& a, const Value& b, Place place = {});
 
 /// A value as a report prints it: "" for Null, the short date, the plain number.

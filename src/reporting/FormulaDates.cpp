@@ -18,7 +18,7 @@ using store::DateTime;
 
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
-/// More seconds than lie between the first year and the last, and more months.
+/// More seconds, or months, than there are between the first and the last year.
 constexpr double MaxSeconds = 1e12;
 constexpr qint64 MaxMonths = 1'000'000;
 
@@ -58,7 +58,7 @@ Value inBounds(const QDateTime& moved, Place place)
     return Value(DateTime{moved.date(), moved.time()});
 }
 
-/// The Sunday that a day's week begins with, as a number of days.
+/// The Sunday that begins a day's week, as a day number.
 qint64 weekOf(QDate date)
 {
     return date.toJulianDay() - (dayOfWeek(date) - 1);
@@ -72,7 +72,7 @@ qint64 between(const QDateTime& from, const QDateTime& to, qint64 seconds)
     return units(to) - units(from);
 }
 
-/// What the letters of DateAdd, DateDiff and DatePart stand for.
+/// What the interval letters of DateAdd, DateDiff and DatePart stand for.
 struct Interval {
     QLatin1StringView letters;
     QDateTime (*add)(const QDateTime& when, qint64 count);
@@ -84,7 +84,7 @@ QDateTime plusDays(const QDateTime& when, qint64 count)
 {
     return when.addDays(count);
 }
-/// A count of years or months as QDateTime takes it; beyond the bound no date is left anyway.
+/// A count of years or months for QDateTime; beyond the bound there is no date anyway.
 int bounded(qint64 count)
 {
     return int(std::clamp(count, -MaxMonths, MaxMonths));

@@ -19,7 +19,7 @@ constexpr int UsualArguments = 4;
     throw ReportError(platform::TypeMismatch, message, place);
 }
 
-/// A condition's three values: yes, no, and Null where a field without a value leaves it open.
+/// A condition's three values: yes, no, and Null if it depends on an empty field.
 Value condition(const Value& value, Place place)
 {
     if (value.isNull() || value.isBool())
@@ -27,7 +27,7 @@ Value condition(const Value& value, Place place)
     mismatch(QStringLiteral("A condition is needed here."), place);
 }
 
-/// Computes a node by the kind of its part.
+/// Evaluates a node by its kind.
 struct Evaluation {
     const FormulaNode& node;
     const FormulaScope& scope;
@@ -40,7 +40,7 @@ struct Evaluation {
     {
         return part.word == Word::NewLine ? Value(u"\n") : scope.word(part.word);
     }
-    Value operator()(const FormulaNode::Again&) const { return {}; } // what it is a copy of is computed by the call
+    Value operator()(const FormulaNode::Again&) const { return {}; } // the call itself copies the value
     Value operator()(const FormulaNode::Summarised&) const { return scope.summary(node); }
     Value operator()(const FormulaNode::Neighbour& part) const
     {
@@ -59,7 +59,7 @@ struct Evaluation {
         return part.function->compute({arguments.data(), std::size_t(arguments.size())}, node.place);
     }
 
-    /// "And" ends at the first no, "or" at the first yes; Null wins over the other value.
+    /// "And" stops at the first no, "or" at the first yes; otherwise a Null makes the result Null.
     Value operator()(const FormulaNode::Connected& part) const
     {
         bool open = false;
@@ -82,12 +82,12 @@ struct Evaluation {
     }
 };
 
-/// True if a text that stands in the formula reads as a value of the other kind.
+/// True if a literal text reads as a value of the other type.
 bool readsAs(const FormulaNode& node, Type type)
 {
     const auto* literal = node.as<FormulaNode::Literal>();
     if (!literal)
-        return true; // known when it is computed
+        return true; // known only when evaluated
     const QString text = literal->value.toText();
     return type == Type::Number ? platform::readNumber(text).has_value()
                                 : type == Type::Date && platform::readDate(text).has_value();

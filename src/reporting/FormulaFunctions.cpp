@@ -18,7 +18,7 @@ using Type = FormulaNode::Type;
 
 constexpr int MaxTextSize = 1'000'000;
 constexpr int MaxDecimals = 15;
-constexpr double FirstOfSixteenDigits = 1e15; // rounding by 15 digits would lose whole ones
+constexpr double FirstOfSixteenDigits = 1e15; // rounding to 15 digits would change whole numbers
 
 const QLocale& english()
 {
@@ -41,7 +41,7 @@ int count(const Value& value, Place place)
     return std::max(0, wholeArgument(value, place));
 }
 
-/// What is written as 0 has no sign.
+/// A number that prints as 0 has no sign.
 bool hasDigitAboveZero(const QString& digits)
 {
     return std::any_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'1' && c <= u'9'; });
@@ -104,7 +104,7 @@ QString properCase(const QString& given)
     return proper;
 }
 
-/// InStr([start,] text, part): from 1, 0 where the part isn't in the text
+/// InStr([start,] text, part): position from 1, 0 if not found
 Value position(Arguments a, Place place)
 {
     const bool started = a.size() == 3;
@@ -123,7 +123,7 @@ Value repeated(Arguments a, Place place)
     return part.repeated(times);
 }
 
-/// The number that a text begins with, 0 for none.
+/// The number at the start of a text, 0 for none.
 Value leadingNumber(Arguments a, Place)
 {
     static const QRegularExpression number(
@@ -133,14 +133,14 @@ Value leadingNumber(Arguments a, Place)
     return read && std::isfinite(value) ? value : 0;
 }
 
-/// Rounds away from a number's own end: 2.675 is written as a little less, and is still meant to give 2.68.
+/// Rounds by decimal digits: 2.675 is stored as slightly less, but must still give 2.68.
 double roundedTo(double number, int decimals, double (*round)(double))
 {
     const double scale = std::pow(10.0, std::abs(decimals));
     const double scaled = decimals < 0 ? number / scale : number * scale;
     if (std::abs(scaled) >= FirstOfSixteenDigits)
         return decimals > 0 || !std::isfinite(scaled) ? number : round(scaled) * scale;
-    const double whole = round(QString::number(scaled, 'g', 15).toDouble()) + 0.0; // not -0
+    const double whole = round(QString::number(scaled, 'g', 15).toDouble()) + 0.0; // never -0
     return decimals < 0 ? whole * scale : whole / scale;
 }
 
@@ -324,7 +324,7 @@ QString patternText(double number, const QString& pattern)
     if (first == pattern.end())
         return pattern;
     auto last = first;
-    const auto isInside = [&](auto at) { // not the point at the end of a sentence
+    const auto isInside = [&](auto at) { // except the period of a sentence
         return (*at == u',' || *at == u'.') && at + 1 != pattern.end() && isDigit(*(at + 1));
     };
     while (last != pattern.end() && (isDigit(*last) || isInside(last)))

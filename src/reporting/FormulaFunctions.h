@@ -8,7 +8,7 @@
 namespace orlo::reporting
 {
 
-/// A function or an operator of the formula language: one line in a table, and the language has it.
+/// A function or operator of the formula language. Adding a row to a table adds it to the language.
 struct FormulaFunction {
     using Arguments = std::span<const Value>;
     static constexpr int Any = std::numeric_limits<int>::max();
@@ -18,42 +18,42 @@ struct FormulaFunction {
     int max;
     FormulaNode::Type type;
     Value (*compute)(Arguments arguments, Place place);
-    bool takesNull = false;     ///< others give Null as soon as one of their arguments is Null
-    bool compares = false;      ///< the first argument with each of the others
-    QLatin1StringView sql = {}; ///< the same operator in the store's dialect, if it has it
+    bool takesNull = false;     ///< others yield Null if any argument is Null
+    bool compares = false;      ///< compares the first argument with each of the others
+    QLatin1StringView sql = {}; ///< the same operator in the store's dialect, if any
 };
 
-/// Looks up by name without regard to case; null for an unknown one.
+/// Looks up by name, ignoring case; null if unknown.
 [[nodiscard]] const FormulaFunction* functionNamed(QStringView name);
-/// An operator by its sign or word, which must be one of the language's.
+/// An operator by its sign or word, which must exist.
 [[nodiscard]] const FormulaFunction& operatorNamed(QLatin1StringView sign);
 
-/// A word of the language, and what it gives.
+/// A word of the language and its meaning.
 struct WordEntry {
     QLatin1StringView name;
     Word word;
     FormulaNode::Type type;
 };
-/// Looks up without regard to case; null for an unknown one.
+/// Looks up ignoring case; null if unknown.
 [[nodiscard]] const WordEntry* wordNamed(QStringView name);
 
-/// A summary and whether it runs: "RunningSum" is the sum up to the current row.
+/// A summary and whether it is running: "RunningSum" is the sum up to the current row.
 struct SummaryName {
     Summary summary;
     bool running;
 };
-/// Looks up without regard to case; none for an unknown one.
+/// Looks up ignoring case; nothing if unknown.
 [[nodiscard]] std::optional<SummaryName> summaryNamed(QStringView name);
 
-/// An argument as a number or a date, a text by what it reads as. Raise ReportError 13 for what is neither.
+/// An argument as a number or a date; texts are converted. Raise ReportError 13 if that fails.
 [[nodiscard]] double numberArgument(const Value& value, Place place);
 [[nodiscard]] store::DateTime dateArgument(const Value& value, Place place);
-/// A whole number; raises ReportError 5 beyond a million.
+/// A whole number; raises ReportError 5 above a million.
 [[nodiscard]] int wholeArgument(const Value& value, Place place);
-/// A number by a pattern as "#,##0.00", "$0.00" or "0%".
+/// Formats a number by a pattern such as "#,##0.00", "$0.00" or "0%".
 [[nodiscard]] QString patternText(double number, const QString& pattern);
 
-/// The functions of dates.
+/// The date functions.
 [[nodiscard]] std::span<const FormulaFunction> dateFunctions();
 
 } // namespace orlo::reporting

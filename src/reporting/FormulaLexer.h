@@ -5,17 +5,17 @@
 namespace orlo::reporting
 {
 
-/// A piece of a formula's text.
+/// A token of a formula.
 struct FormulaToken {
     enum class Kind { End, Number, Text, Date, Field, Name, Sign };
     Kind kind = Kind::End;
-    QString text; ///< a field's or name's name, a sign's characters
-    Value value;  ///< of a number, text or date
+    QString text; ///< a field's or word's name, or an operator
+    Value value;  ///< of a number, text or date literal
     Place place;
-    QString written; ///< as it stands in the text
+    QString written; ///< as written
 };
 
-/// Cuts a formula's text into tokens, the last of them the end. Raises ReportError 3075 with line and column.
+/// Splits a formula's text into tokens; the last one marks the end. Raises ReportError 3075 with line and column.
 [[nodiscard]] std::vector<FormulaToken> formulaTokens(QStringView text, Place origin);
 
 } // namespace orlo::reporting

@@ -1,5 +1,5 @@
+#include "platform/Text.h"
 #include "reporting/FormulaFunctions.h"
-#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -61,7 +61,7 @@ double divisor(const Value& value, Place place)
     return number;
 }
 
-/// An operator of many operands, computed from left to right.
+/// An operator of any number of operands, evaluated from left to right.
 template <Value (*Two)(const Value& a, const Value& b, Place place)>
 Value folded(Arguments a, Place place)
 {
@@ -116,7 +116,7 @@ constexpr auto comparison(QLatin1StringView sign, Holds)
                            sign};
 }
 
-/// The first argument in any of the ranges that follow, each two arguments long.
+/// True if the first argument lies in any of the ranges that follow, two arguments each.
 Value inRanges(Arguments a, Place place)
 {
     if (a[0].isNull())
@@ -131,7 +131,7 @@ Value inRanges(Arguments a, Place place)
     return open ? Value() : Value(false);
 }
 
-/// {Text}[3], {Text}[1 to 3]; below 0 counted from the end
+/// {Text}[3], {Text}[1 to 3]; negative positions count from the end
 Value part(Arguments a, Place place)
 {
     const QString text = displayText(a[0]);
@@ -173,9 +173,9 @@ constexpr auto Operators = std::to_array<FormulaFunction>({
     {QLatin1StringView("within"), 2, 2, Type::Condition,
      [](Arguments a, Place) -> Value { return displayText(a[1]).contains(displayText(a[0]), Qt::CaseInsensitive); }},
     {QLatin1StringView("like"), 2, 2, Type::Condition,
-     [](Arguments a, Place) -> Value { return store::matchesLike(displayText(a[0]), displayText(a[1])); }},
+     [](Arguments a, Place) -> Value { return platform::matchesLike(displayText(a[0]), displayText(a[1])); }},
     {QLatin1StringView("startswith"), 2, 2, Type::Condition,
-     [](Arguments a, Place) -> Value { // a text that was left empty is none to Qt, and begins with nothing
+     [](Arguments a, Place) -> Value { // Qt takes an empty text for none, so it begins with nothing
          const QString part = displayText(a[1]);
          return part.isEmpty() || displayText(a[0]).startsWith(part, Qt::CaseInsensitive);
      }},
@@ -207,7 +207,7 @@ int compareValues(const Value& a, const Value& b, Place place)
     if (numeric(a) && numeric(b))
         return sign(numberArgument(a, place), numberArgument(b, place));
     if (a.isText() && b.isText())
-        return store::compareText(a.toText(), b.toText());
+        return platform::compareText(a.toText(), b.toText());
     if (a.isDate() && b.isDate())
         return sign(a.toDate(), b.toDate());
     const Value& other = a.isText() ? b : a;

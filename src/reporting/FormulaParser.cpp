@@ -14,7 +14,7 @@ namespace
 using Type = FormulaNode::Type;
 using TokenKind = FormulaToken::Kind;
 
-// Reading, computing and freeing a formula go as deep as its brackets: these bounds keep a hostile text off the stack.
+// Parsing, evaluating and freeing a formula recurse as deep as its nesting: these limits protect the stack.
 constexpr int DeepestNesting = 200;
 constexpr qsizetype MaxFormulaSize = 100'000;
 
@@ -192,7 +192,7 @@ private:
         return operation("not", place, std::move(compared));
     }
 
-    /// The comparisons that are words: like, startswith, in.
+    /// The comparisons spelled as words: like, startswith, in.
     FormulaNode worded(FormulaNode left, Place place)
     {
         for (const char* word : {"like", "startswith"})
@@ -214,7 +214,7 @@ private:
         return operationOf("in", place, std::move(parts));
     }
 
-    /// Both ends of "a to b"; false for a value alone, which is both.
+    /// Parses "a to b"; false for a single value, which is both ends.
     bool range(std::vector<FormulaNode>& parts)
     {
         parts.push_back(joined());
@@ -223,7 +223,7 @@ private:
         return isRange;
     }
 
-    /// "&" binds below "+" and "-": "Total: " & 1 + 2 joins the sum.
+    /// "&" binds weaker than "+" and "-": "Total: " & 1 + 2 appends the sum.
     FormulaNode joined()
     {
         return operations({"&"}, false, [this] { return sum(); });
@@ -239,7 +239,7 @@ private:
         });
     }
 
-    /// Operators of one rank, from left to right.
+    /// Operators of one precedence, left to right.
     template <typename Operand>
     FormulaNode operations(std::initializer_list<const char*> signs, bool word, Operand operand)
     {
@@ -255,13 +255,13 @@ private:
         }
     }
 
-    /// Joins the operand of a left-associative operator; the same operator again only lengthens the list.
+    /// Adds an operand of a left-associative operator; repeating the operator only lengthens its list.
     FormulaNode extended(const FormulaFunction& function, Place place, FormulaNode left, FormulaNode right)
     {
         Type type = function.type;
-        if (type == Type::Any && left.type == right.type) // the days between two dates are a number
+        if (type == Type::Any && left.type == right.type) // the difference between two dates is a number
             type = left.type == Type::Date ? Type::Number : left.type;
-        // A bracket keeps its operation apart: "(a - b) - c" may run on, "a - (b - c)" is another matter.
+        // Parentheses matter: "(a - b) - c" extends the list, "a - (b - c)" doesn't.
         if (const auto* call = left.as<FormulaNode::Call>(); call && call->function == &function && !left.bracketed) {
             left.depth = std::max(left.depth, right.depth + 1);
             left.type = type;
@@ -414,7 +414,7 @@ private:
         return node;
     }
 
-    /// A date written with numbers is known at once, so an impossible one fails before any row is read.
+    /// Evaluates a literal date while parsing, so an impossible one fails before any row is read.
     static void foldDate(FormulaNode& node, const FormulaFunction& date)
     {
         std::vector<Value> values;

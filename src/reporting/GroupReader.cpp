@@ -54,7 +54,7 @@ void GroupReader::readPart(Group& group, const QString& word)
         m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a group.").arg(word));
 }
 
-/// keep-together [N%]: at most so much of a page is left empty for it.
+/// keep-together [N%]: leaves at most this share of a page empty.
 void GroupReader::readKeepTogether(Group& group)
 {
     group.keepTogether = true;

@@ -6,19 +6,19 @@
 namespace orlo::reporting
 {
 
-/// Reads the groups of a definition: the key, the order, what stays together, and the bands of their own.
+/// Reads a definition's groups: key, order, what is kept together, and their bands.
 class GroupReader
 {
 public:
-    /// Pictures lie in the folder.
+    /// Pictures are looked for in the folder.
     GroupReader(DefinitionLines& lines, Definition& definition, const QString& folder)
         : m_lines(lines), m_definition(definition), m_folder(folder)
     {
     }
 
-    /// Reads a group from its name on and adds it to the definition. Raises ReportError 3075.
+    /// Reads a group, starting at its name, and adds it to the definition. Raises ReportError 3075.
     void read();
-    /// Reads what a "sort" line orders by. Raises ReportError 3075.
+    /// Reads the operand of a "sort" line. Raises ReportError 3075.
     [[nodiscard]] SortKey readSort();
 
 private:

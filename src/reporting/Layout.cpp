@@ -69,7 +69,7 @@ private:
         append(m_definition.reportFooter, false);
     }
 
-    /// Appends a band's rows; a row that holds a subreport gives way to it.
+    /// Appends a band's rows; a row that holds a subreport is replaced by it.
     void append(const Band& band, bool keepWithNext)
     {
         if (band.isEmpty() || (!band.condition.isEmpty() && !band.condition.holds(m_scope)))
@@ -86,7 +86,7 @@ private:
                 continue;
             if (m_flow.strips.size() > before && m_flow.strips.back().items.empty())
                 m_flow.strips.pop_back();
-            keepRows(stripsFrom(afterSubreport), isLinked(*inner)); // a list of its own may begin a page
+            keepRows(stripsFrom(afterSubreport), isLinked(*inner)); // an unlinked list may begin a new page
             if (row.condition.isEmpty() || row.condition.holds(m_scope))
                 subreport(*inner);
             afterSubreport = m_flow.strips.size();
@@ -96,7 +96,7 @@ private:
 
     [[nodiscard]] std::span<Strip> stripsFrom(std::size_t first) { return std::span(m_flow.strips).subspan(first); }
 
-    /// A footer never stands alone at the top of a page.
+    /// A footer must not stand alone at the top of a page.
     void keepWithPrevious(const Band& footer)
     {
         const bool printed = !footer.isEmpty() && (footer.condition.isEmpty() || footer.condition.holds(m_scope));
@@ -136,14 +136,14 @@ private:
         layout.m_mayLeaveEmpty = m_mayLeaveEmpty;
         layout.run(rows);
         for (std::size_t i = first; i < m_flow.strips.size(); ++i)
-            m_flow.strips[i].row = m_scope.row; // a page that begins there belongs to this report's record
+            m_flow.strips[i].row = m_scope.row; // a page that begins here belongs to this record of the main report
         if (m_flow.strips.size() > m_flow.kept[kept].first)
             m_flow.kept[kept].last = m_flow.strips.size();
         else
             m_flow.kept.resize(kept);
     }
 
-    /// Appends a heading and notes it for the pages that its strips run on to.
+    /// Appends a heading and registers it for the pages that its strips run on to.
     std::size_t beginHeading(const Band& band)
     {
         if (band.isEmpty())
@@ -191,7 +191,7 @@ private:
         const double mayLeaveEmpty =
             std::exchange(m_mayLeaveEmpty, group.keepTogether ? group.mayLeaveEmpty : m_mayLeaveEmpty);
         if (group.newPage)
-            m_label = SIZE_MAX; // a sheet of its own
+            m_label = SIZE_MAX; // on a new sheet
         m_scope.row = rows.first;
         m_scope.range = rows;
         m_scope.groupNumber = number;
@@ -253,14 +253,14 @@ private:
             m_flow.strips[first].beginsRecord = m_isMain;
     }
 
-    /// The record in the next column beside those before it; from line to line, so that a page break keeps the order.
+    /// Puts the record in the next column, line by line, so that page breaks keep the order.
     void appendInColumns()
     {
         std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
         if (strips.empty())
             return;
         const double height = heightOf(strips);
-        if (height > m_job.heightLimit) { // one that runs over pages stands by itself
+        if (height > m_job.heightLimit) { // a record longer than a page gets the full width
             strips.front().beginsRecord = m_isMain;
             std::move(strips.begin(), strips.end(), std::back_inserter(m_flow.strips));
             m_filledColumns = 0;
@@ -274,7 +274,7 @@ private:
         m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
     }
 
-    /// Puts the record on the next label, line by line or column by column; the first sheet may have lost some.
+    /// Puts the record on the next label, by line or by column; the first sheet may have labels missing.
     void appendLabel()
     {
         const Band& detail = m_definition.detail;
@@ -315,7 +315,7 @@ private:
             m_cutRecords.push_back(m_scope.row + 1);
     }
 
-    /// Tells which records were cut; of many the first ones, and how many others.
+    /// Warns of the records that were cut: the first few, and the number of the others.
     void noteCutLabels()
     {
         const std::size_t count = m_cutRecords.size();
@@ -332,8 +332,8 @@ private:
                                       .arg(named.join(QStringLiteral(", ")), last));
     }
 
-    /// Takes away what stands below a height: of texts the lines that do, of shades, bars and lines the part below it;
-    /// pictures and boxes to tick whole.
+    /// Removes what is below a height: lines of texts, the lower part of shades, bars and vertical lines, and whole
+    /// pictures and tick-boxes.
     void cutItems(std::vector<Item>& items, std::size_t first, double height)
     {
         m_wasCut = false;
@@ -342,7 +342,7 @@ private:
             if (auto* text = std::get_if<TextItem>(&item))
                 return text->box.bottom() > limit && !cutText(*text, limit);
             if (auto* line = std::get_if<LineItem>(&item)) {
-                if (line->from.y() <= limit && line->to.y() > limit) // an upright one runs down
+                if (line->from.y() <= limit && line->to.y() > limit) // a vertical line
                     line->to.setY(height);
                 return line->to.y() > limit;
             }
@@ -356,7 +356,7 @@ private:
         items.erase(std::remove_if(items.begin() + std::ptrdiff_t(first), items.end(), isOutside), items.end());
     }
 
-    /// Leaves a text the lines that end above the limit; false if none does.
+    /// Keeps a text's lines that end above the limit; false if there are none.
     bool cutText(TextItem& text, double limit)
     {
         const QStringList lines = text.text.split(u'\n');
@@ -377,7 +377,7 @@ private:
         m_flow.strips.back().row = m_scope.row;
     }
 
-    /// Puts the strips of a record into a column of the line.
+    /// Puts a record's strips into a column of the line.
     void place(std::vector<Strip>&& strips, int column, Strip& line) const
     {
         QPointF at(column * (m_columnWidth + m_definition.detail.gap), 0);
@@ -406,15 +406,15 @@ private:
     BandLayout m_bands;
     RowScope m_scope;
     RowRange m_rows;
-    double m_mayLeaveEmpty = 1; // of a page, for what the innermost group around it holds
+    double m_mayLeaveEmpty = 1; // share of a page, for the contents of the innermost group around it
     std::size_t m_done = 0;
-    std::size_t m_watched = 0;           // strips at the last look
+    std::size_t m_watched = 0;           // strips when the watch last looked
     std::optional<BandLayout> m_columns; // of the detail band, if it has columns
     double m_columnWidth = 0;
-    int m_filledColumns = 0;       // of the line that is being filled
-    std::size_t m_sheet = NoStrip; // the first line of the sheet that is being filled
-    std::size_t m_label = 0;       // the next one of that sheet
-    bool m_wasCut = false;         // the label laid out last
+    int m_filledColumns = 0;       // of the line being filled
+    std::size_t m_sheet = NoStrip; // the first line of the sheet being filled
+    std::size_t m_label = 0;       // the next one on that sheet
+    bool m_wasCut = false;         // the last label
     std::vector<std::size_t> m_cutRecords;
 };
 

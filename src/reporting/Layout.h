@@ -10,26 +10,26 @@
 namespace orlo::reporting
 {
 
-/// A strip of the report across the page: its items are placed from its own top left corner.
+/// A horizontal strip of the report; its items are placed from its top left corner.
 struct Strip {
     double height = 0;
     bool keepWithNext = false; ///< a row of a band, above the band's next one
-    bool goesOn = false;       ///< a part of a cut row, above the next part: that may stand on another page
+    bool goesOn = false;       ///< part of a cut row, above the next part, which may be on another page
     bool breakBefore = false;
-    bool beginsRecord = false; ///< of the main report's detail band: counts for what a page adds up
-    std::size_t row = 0;       ///< the main report's row that it was made for
+    bool beginsRecord = false; ///< of the main report's detail band: counts for the page's sums
+    std::size_t row = 0;       ///< the main report's row it was made for
     std::size_t lastRow = 0;   ///< the last record of a line of several columns
     std::vector<Item> items;
 };
 
-/// Keeps the rows of a band on one page, and the last of them with what follows if wanted. The parts of a cut row flow:
-/// the first stays with what is above the row, the last with what is below it.
+/// Keeps a band's rows on one page, and optionally the last one with what follows. The parts of a cut row may be
+/// separated: the first stays with what is above the row, the last with what is below it.
 void keepRows(std::span<Strip> strips, bool withNext);
 
-/// Moves an item by points.
+/// Moves an item, in points.
 void moveItem(Item& item, QPointF by);
 
-/// The whole report as one long band, before it is cut into pages.
+/// The whole report as one long band, before paging.
 struct Flow {
     struct Heading {
         std::size_t first = 0;
@@ -47,14 +47,14 @@ struct Flow {
     std::vector<OutlineMark> outline;
 };
 
-/// Lays bands out as strips.
+/// Lays out bands as strips.
 class BandLayout
 {
 public:
-    /// Strips are as wide as the text area; a row higher than the limit is cut into several. Lengths are points.
+    /// Strips are as wide as the text area; rows higher than the limit are cut into several. Lengths in points.
     BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit);
 
-    /// The band's strips for the scope's row, its rows kept together. Subreports are left out.
+    /// The band's strips for the scope's row, kept together. Subreports are left out.
     [[nodiscard]] std::vector<Strip> strips(const Band& band, const RowScope& scope, double left) const;
     /// Appends the strips of one row of a band.
     void layOutRow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const;
@@ -73,7 +73,7 @@ private:
         std::vector<Item> items;
         double height = 0;
     };
-    /// The rows beside a row's own texts, each block as its rows stand one below the other.
+    /// The rows beside a row's own texts, one block per stack of rows.
     [[nodiscard]] std::vector<Block> blocks(const Row& row, const RowScope& scope, double left) const;
     [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;
     void addDecoration(const Row& row, double left, double height, bool top, bool bottom, Strip& strip) const;
@@ -89,8 +89,8 @@ private:
     double m_heightLimit;
 };
 
-/// Shown a flow from time to time while it grows, between two records of the main report: all strips but the last are
-/// settled then. True once that was enough.
+/// Called between records of the main report while a flow grows: all strips but the last are final then. Returning true
+/// ends the layout.
 using FlowWatch = std::function<bool(const Flow& flow)>;
 
 /// What a report is laid out for.
@@ -99,7 +99,7 @@ struct LayoutJob {
     Typesetter& typesetter;
     double textWidth;   ///< points
     double bodyHeight;  ///< points, of a page
-    double heightLimit; ///< points; a row higher than that is cut
+    double heightLimit; ///< points; higher rows are cut
     PartProgress progress;
     FlowWatch watch;
 };
@@ -107,7 +107,7 @@ struct LayoutJob {
 /// Lays out a report with its groups and subreports. Throws Cancelled.
 [[nodiscard]] Flow layOut(const BoundReport& report, LayoutJob job);
 
-/// A copy of a flow that is still growing, its open groups ending where it does.
+/// A copy of an unfinished flow, with its open groups closed at its end.
 [[nodiscard]] Flow soFar(const Flow& flow);
 
 } // namespace orlo::reporting

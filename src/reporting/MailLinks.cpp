@@ -12,7 +12,7 @@ namespace orlo::reporting
 namespace
 {
 
-constexpr QStringView Signs = u"@/._-"; // lines of an address end with one of them
+constexpr QStringView Signs = u"@/._-"; // an address is broken after one of these
 
 struct Span {
     qsizetype from = 0;
@@ -29,7 +29,7 @@ bool isOfHost(QChar c)
     return c.isLetterOrNumber() || c == u'.' || c == u'-';
 }
 
-/// The next address at or after a place; an empty span where there is none.
+/// The next address at or after a position; an empty span if there is none.
 Span nextAddress(QStringView text, qsizetype start)
 {
     for (qsizetype at = text.indexOf(u'@', start); at >= 0; at = text.indexOf(u'@', at + 1)) {
@@ -49,7 +49,7 @@ Span nextAddress(QStringView text, qsizetype start)
     return {};
 }
 
-/// True for a text of several lines that is one word: each of them ends where an address is broken.
+/// True for a text of several lines that is a single word, broken only where addresses are broken.
 bool isOneWord(const QString& text)
 {
     if (text.contains(u' '))
@@ -60,7 +60,7 @@ bool isOneWord(const QString& text)
     return true;
 }
 
-/// True if a line may end inside a word, so that the next may begin with the rest of an address.
+/// True if a line can end within a word, so that the next may continue an address.
 bool mayEndInWord(QStringView line)
 {
     return line.isEmpty() || Signs.contains(line.back()) ||

@@ -8,9 +8,9 @@ namespace orlo::reporting
 namespace
 {
 
-constexpr double MinBody = 72; // points that page header and footer must leave
+constexpr double MinBody = 72; // points that the page header and footer must leave
 constexpr int WidestPageNumber = 88'888;
-// A group that begins on the first page and isn't over on the third is too long to be kept together.
+// A group that begins on the first page and hasn't ended on the third is too long to be kept together.
 constexpr std::size_t PagesThatSettleTheFirst = 4;
 
 double heightOf(const std::vector<Strip>& strips)
@@ -26,7 +26,7 @@ std::size_t firstRow(const Flow& flow, const PageContent& content)
     return content.strips.empty() ? 0 : flow.strips[content.strips.front().strip].row;
 }
 
-// The records that begin on a page; they follow each other.
+// The records that begin on a page; they are consecutive.
 RowRange rowsOn(const Flow& flow, const PageContent& content)
 {
     RowRange rows;

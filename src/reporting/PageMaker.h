@@ -5,30 +5,30 @@
 namespace orlo::reporting
 {
 
-/// What stands on which page.
+/// The contents of each page.
 struct PagePlan {
     std::vector<PageContent> pages;
-    int first = 1; ///< the pages wanted, counted from 1
+    int first = 1; ///< the first wanted page, from 1
     int last = 0;
 };
 
-/// Puts pages together from a flow and the page header and footer.
+/// Assembles pages from a flow and the page header and footer.
 class PageMaker
 {
 public:
-    /// Raises SyntaxError (3075) where margins, header and footer leave no room.
+    /// Raises SyntaxError (3075) if margins, header and footer leave no room.
     PageMaker(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter);
 
     [[nodiscard]] double textWidth() const { return m_area.width(); }                                     ///< points
     [[nodiscard]] double bodyHeight() const { return m_area.height() - m_headerHeight - m_footerHeight; } ///< points
 
-    /// Decides what stands on which page; those before first and after last, 0 for no limit, aren't made.
+    /// Distributes the flow over the pages. Those before first and after last aren't made; 0 for no limit.
     [[nodiscard]] PagePlan plan(const Flow& flow, int first, int last);
-    /// Where the headings of groups stand on the wanted pages.
+    /// The positions of group headings on the wanted pages.
     [[nodiscard]] std::vector<OutlineEntry> outline(const Flow& flow, const PagePlan& plan) const;
-    /// Makes the wanted pages, and takes their items out of the flow. Throws Cancelled.
+    /// Makes the wanted pages, moving their items out of the flow. Throws Cancelled.
     [[nodiscard]] std::vector<Page> make(Flow& flow, const PagePlan& plan, const PartProgress& progress);
-    /// The first page out of the beginning of a flow; false as long as what follows could change it.
+    /// Makes the first page from the beginning of a flow; false while it may still change.
     bool makeFirst(Flow flow, Document& document);
 
 private:

@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr double Tolerance = 0.01;
-/// Repeated headings may take no more of a page than this.
+/// The largest share of a page that repeated headings may take.
 constexpr double MaxShareOfHeadings = 0.5;
 
 class Paginator
@@ -40,7 +40,7 @@ private:
     [[nodiscard]] bool fits(double height) const { return m_y + height <= m_bodyHeight + Tolerance; }
     [[nodiscard]] bool pageIsEmpty() const { return m_pages.back().strips.empty(); }
 
-    /// The room on a page that begins with a strip, and the headings that it repeats.
+    /// The headings repeated on a page that begins with a strip, and the room that they take.
     [[nodiscard]] std::vector<std::size_t> headingsAt(std::size_t strip, double& taken)
     {
         while (m_nextHeading < m_headings.size() && m_headings[m_nextHeading].first <= strip)
@@ -68,7 +68,7 @@ private:
         m_y += m_strips[strip].height;
     }
 
-    /// The end of the strips that must stand on one page with a strip.
+    /// The end of the strips that must stay on one page with a strip.
     [[nodiscard]] std::size_t chainEnd(std::size_t strip) const
     {
         std::size_t end = strip + 1;
@@ -77,7 +77,7 @@ private:
         return end;
     }
 
-    /// Places a strip and all that must follow it on the same page; gives the strip after them.
+    /// Places a strip with all that must follow it on the same page; returns the strip after them.
     std::size_t placeChain(std::size_t first)
     {
         const std::size_t last = chainEnd(first);
@@ -91,7 +91,7 @@ private:
         return last;
     }
 
-    /// True if a range that begins in the chain doesn't fit here but would on a page of its own.
+    /// True if a range that begins in the chain doesn't fit here but would fit on a new page.
     bool breakForRange(std::size_t first, std::size_t last)
     {
         bool wanted = false;
@@ -102,7 +102,7 @@ private:
             double taken = 0;
             (void)headingsAt(first, taken);
             const double room = m_bodyHeight + Tolerance - taken;
-            // What must follow the range's last strip would otherwise tear that strip away from the range.
+            // What must follow the range's last strip would otherwise separate that strip from the range.
             double needed = height(first, chainEnd(range.last - 1));
             if (needed > room)
                 needed = height(first, range.last);
@@ -118,7 +118,7 @@ private:
     double m_bodyHeight;
     std::vector<double> m_heightBefore;
     std::vector<PageContent> m_pages;
-    std::vector<std::size_t> m_openHeadings; // those whose strips have begun and not ended
+    std::vector<std::size_t> m_openHeadings; // those whose strips have begun but not ended
     std::size_t m_nextHeading = 0;
     std::size_t m_nextKept = 0;
     double m_y = 0;

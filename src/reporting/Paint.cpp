@@ -13,17 +13,19 @@ namespace orlo::reporting
 namespace
 {
 
-/// Glyphs in a run, about: more save nothing, and a part of a page that is shown large draws all runs that reach it.
+/// The most glyphs drawn in one run, roughly: more saves nothing, and zooming in on part of a page draws every run that
+/// reaches into it.
 constexpr std::size_t MaxTogether = 400;
 
-/// A place in whole typesetting units: an eye doesn't see the rest, and a PDF file would spell it out digit by digit.
+/// Rounds to whole typesetting units: finer differences are invisible, and a PDF file would spell them out digit by
+/// digit.
 QPointF onGrid(QPointF place)
 {
     return {std::round(place.x() * UnitsPerPoint), std::round(place.y() * UnitsPerPoint)};
 }
 
-/// Draws a page's items in typesetting units. Each change of pen is written into a PDF file, so lines and outlines are
-/// gathered by pen, and the texts come last, above everything.
+/// Draws a page's items in typesetting units. Each change of pen is written to a PDF file, so lines and outlines are
+/// collected by pen, and texts are drawn last, on top.
 class PageDrawing
 {
 public:
@@ -51,7 +53,7 @@ public:
     {
         const QRectF box(onGrid(item.box.topLeft()), onGrid(item.box.bottomRight()));
         if (item.fill.alpha() > 0) {
-            drawStrokes(); // it covers those before it and no others
+            drawStrokes(); // the box covers only what was drawn before it
             m_painter.fillRect(box, item.fill);
         }
         if (item.width > 0)
@@ -109,9 +111,8 @@ private:
         }
     }
 
-    /// Adds a line of plain characters to those that are drawn together, glyph by glyph, as it would come out of the
-    /// text layout. False if the line or the font wants that layout: for what isn't printed, or comes from another
-    /// font.
+    /// Adds a line of plain characters to the current run of glyphs, exactly as the text layout would place them. False
+    /// if the line needs the real text layout: for unprintable characters, or ones from another font.
     bool addPlain(QPointF start, QStringView line)
     {
         const std::size_t before = m_glyphs.size();
@@ -129,7 +130,7 @@ private:
         return true;
     }
 
-    /// The glyph of a character; null if it isn't plain, or the font hasn't it.
+    /// A character's glyph; null if it isn't plain or the font lacks it.
     [[nodiscard]] const PagePainter::PlainGlyph* plainGlyph(QChar c) const
     {
         const char16_t code = c.unicode();
@@ -144,8 +145,7 @@ private:
         return glyph.index > 0 ? &glyph : nullptr;
     }
 
-    /// Draws the lines gathered so far, all of one font and colour: one of them by itself takes as long as ten
-    /// together.
+    /// Draws the collected lines, all of one font and colour: drawing ten together takes as long as one alone.
     void drawPlain()
     {
         if (m_glyphs.empty())
@@ -163,7 +163,7 @@ private:
     const std::vector<PagePainter::Face>& m_faces;
     std::vector<Strokes> m_strokes; // since the last fill
     std::vector<const TextItem*> m_texts;
-    // The plain lines that are to be drawn next, and what they have in common.
+    // The plain lines to draw next, and what they have in common.
     const PagePainter::Face* m_face = nullptr;
     QColor m_color;
     std::vector<quint32> m_glyphs;
@@ -203,7 +203,7 @@ void PagePainter::paint(QPainter& painter, const Page& page) const
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     painter.setBrush(Qt::NoBrush);
-    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each line as its characters run
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // by each line's own characters
     painter.scale(1 / UnitsPerPoint, 1 / UnitsPerPoint);
     PageDrawing(painter, m_faces).draw(page);
     painter.restore();
@@ -213,7 +213,7 @@ QTransform placedOn(QSizeF sheet, const Document& document)
 {
     if (document.exactSize)
         return {};
-    // A point is nothing, as papers are rounded to it.
+    // Ignore a point, since paper sizes are rounded to it.
     const double fit = std::min(sheet.width() / document.paper.width(), sheet.height() / document.paper.height());
     const double scale = fit > 0.99 ? 1 : fit;
     const QSizeF margin = (sheet - document.paper * scale) / 2;

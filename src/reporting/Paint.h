@@ -12,28 +12,28 @@ class QPainter;
 namespace orlo::reporting
 {
 
-/// Latin letters end here: below this code, characters stand side by side as they are.
+/// The end of Latin letters: characters below this code need no shaping.
 inline constexpr char16_t EndOfPlainCharacters = 0x250;
 
-/// Draws the pages of a document with fonts that are looked up once for all of them.
+/// Draws the pages of a document, looking up the fonts once for all.
 class PagePainter
 {
 public:
     explicit PagePainter(const std::vector<QFont>& fonts);
 
-    /// Draws a page with its top left corner at the painter's origin; one unit of the painter is one point (1/72 inch),
-    /// so the caller scales it to its device. The paper itself is not painted.
+    /// Draws a page with its top left corner at the painter's origin. One painter unit is one point (1/72 inch); the
+    /// caller scales it to its device. The paper itself isn't painted.
     void paint(QPainter& painter, const Page& page) const;
 
     /// A plain character of a font.
     struct PlainGlyph {
-        quint32 index = 0;   ///< 0 if the font hasn't it
-        double advance = -1; ///< typesetting units; below 0 as long as none was asked for
+        quint32 index = 0;   ///< 0 if the font lacks it
+        double advance = -1; ///< typesetting units; negative until asked for
     };
-    /// A font as it is drawn: its measures are typesetting units.
+    /// A font for drawing, measured in typesetting units.
     struct Face {
         QFont font;
-        QFont shaped; ///< for texts that need it
+        QFont shaped; ///< for texts that need shaping
         QRawFont raw;
         double ascent;
         double height;
@@ -44,18 +44,18 @@ private:
     std::vector<Face> m_faces;
 };
 
-/// Where a document's page stands on a sheet, in points: smaller where the sheet is, in its middle where that is
-/// larger. Pages of an exact size keep it, and the sheet's top left corner.
+/// The place of a document's page on a sheet, in points: scaled down to a smaller sheet, centred on a larger one. Pages
+/// of an exact size keep it and go to the top left corner.
 [[nodiscard]] QTransform placedOn(QSizeF sheet, const Document& document);
 
-/// Draws a single page of a document, counted from 0, in the same way.
+/// The same for a single page of a document, counted from 0.
 void paintPage(QPainter& painter, const Document& document, int page);
 
 /// True for a text whose characters may join, combine or run from right to left.
 [[nodiscard]] bool needsShaping(QStringView text);
 
-/// The font that a text of the document's font is measured and drawn with: in units of 1/20 point, unhinted, so that
-/// every device breaks and places it alike. Most texts need no shaping, and are drawn in half the time without.
+/// The font that measures and draws a document's texts: in units of 1/20 point and unhinted, so that every device
+/// breaks and places them alike. Most texts need no shaping and are drawn in half the time without it.
 [[nodiscard]] QFont typesetFont(const QFont& font, bool shaped = false);
 inline constexpr double UnitsPerPoint = 20;
 

@@ -15,12 +15,13 @@ namespace orlo::reporting
 namespace
 {
 
-/// Makes the writer's device unit the typesetting unit.
+/// Makes the writer's device unit a typesetting unit.
 constexpr int PdfResolution = int(72 * UnitsPerPoint);
 
 } // namespace
 
-/// What the writer draws into. The writer never looks whether its bytes were taken, so what fails is kept here.
+/// The device that the PDF writer draws to. The writer doesn't check whether its bytes were written, so failures are
+/// kept here.
 class PdfFile::Drawn final : public QIODevice
 {
 public:
@@ -31,7 +32,7 @@ public:
         open(WriteOnly | Unbuffered);
     }
 
-    /// The file of all that was drawn. Raises 75 unless all of it is there.
+    /// The complete file. Raises 75 if any write failed.
     QFile& finished()
     {
         keepingFailure([this] { platform::flushAll(m_file); });

@@ -15,21 +15,21 @@ namespace orlo::reporting
 
 class PagePainter;
 
-/// A PDF file that takes the pages of one report as they are finished. Unless it is committed, no file is left, and one
-/// that stood there stays.
+/// A PDF file that takes a report's pages as they are finished. Unless it is committed, no file is left and an existing
+/// one stays.
 class PdfFile
 {
 public:
-    /// On the report's own paper, or on another, in points, as placedOn() places its pages. Raises PathFileAccess (75)
-    /// where the file can't be written.
+    /// On the report's own paper, or on a sheet in points on which placedOn() places the pages. Raises PathFileAccess
+    /// (75) if the file can't be written.
     explicit PdfFile(const QString& path, QSizeF sheet = {});
     ~PdfFile();
     PdfFile(const PdfFile&) = delete;
     PdfFile& operator=(const PdfFile&) = delete;
 
-    /// Adds a page. With the first one the document tells its title, author, subject, paper, fonts and outline.
+    /// Adds a page. The first call's document supplies title, author, subject, paper, fonts and outline.
     void add(const Document& document, const Page& page);
-    /// Puts the finished file, of one page at least, into its place. Raises PathFileAccess (75); throws Cancelled.
+    /// Completes the file, of at least one page. Raises PathFileAccess (75); throws Cancelled.
     void commit(const PartProgress& progress = {});
 
 private:
@@ -39,7 +39,7 @@ private:
 
     QSaveFile m_file;
     QSizeF m_sheet;
-    std::unique_ptr<Drawn> m_drawn; // before it gets its bookmarks and links
+    std::unique_ptr<Drawn> m_drawn; // before bookmarks and links are added
     std::unique_ptr<QPdfWriter> m_writer;
     std::unique_ptr<QPainter> m_painter;
     std::unique_ptr<PagePainter> m_pages;

@@ -12,9 +12,10 @@ namespace orlo::reporting
 namespace
 {
 
-/// A row higher than this share of a page's body is cut, so that a long note fills pages instead of leaping.
+/// A row higher than this share of a page's body is cut, so that a long note fills pages instead of jumping to the
+/// next.
 constexpr double MaxShareOfRow = 0.34;
-/// How far a run has come when it is laid out, and when its pages are made, in percent.
+/// Shares of the work done when a run is laid out and when its pages are made, in percent.
 constexpr int LaidOut = 80;
 constexpr int PagesMade = 92;
 
@@ -23,7 +24,7 @@ QString nameOf(const QString& path)
     return path.mid(std::max(path.lastIndexOf(u'\\'), path.lastIndexOf(u'/')) + 1);
 }
 
-/// The rows of one report or subreport as the CSV export writes them.
+/// The rows of a report or subreport for the CSV export.
 class Export
 {
 public:
@@ -53,7 +54,7 @@ public:
         return line;
     }
 
-    /// What a row of a linked subreport is linked by.
+    /// The key that links a row to a subreport.
     [[nodiscard]] QString linkedKey(std::size_t row, int field)
     {
         m_scope.row = row;
@@ -67,11 +68,10 @@ private:
     RowScope m_scope;
 };
 
-/// Rows of a report with their lines of the export.
+/// A report's row numbers with their lines of the export.
 using ExportedRows = std::vector<std::pair<std::size_t, QStringList>>;
 
-/// A block for each subreport, its own subreports after it. The rows of a linked one stand after the line that they
-/// belong to.
+/// Adds a block for each subreport, followed by its own subreports. A linked one's rows follow the line they belong to.
 void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringList& columns, const ExportedRows& outer,
                Document& document, const PartProgress& progress)
 {
@@ -119,7 +119,7 @@ void fillExport(const BoundReport& report, const RunFacts& facts, Document& docu
     addBlocks(report, facts, document.columns, lines, document, progress);
 }
 
-/// One run of a report whose rows are read.
+/// One run of a report whose rows have been read.
 class Run
 {
 public:
@@ -176,7 +176,7 @@ private:
         try {
             if (!m_pages.makeFirst(soFar(flow), first))
                 return false;
-        } catch (const ReportError&) { // a page that computes with the number of pages waits for it
+        } catch (const ReportError&) { // a page that computes with the page count must wait for it
             return true;
         }
         first.fonts = m_typesetter.fonts();

@@ -17,38 +17,38 @@ namespace orlo::reporting
 
 struct Definition;
 
-/// The database file that each table slot reads; an empty path is a cleared slot.
+/// The database file of each table slot; an empty path clears the slot.
 using Slots = std::map<int, QString>;
 
-/// What one run of a report is to do.
+/// The settings of a run.
 struct RunRequest {
-    QString reportFile;                  ///< path, resolved as the file system object does
-    Slots databases;                     ///< the main report's slots
-    std::map<QString, Slots> subreports; ///< slots by subreport name; a subreport not named here reads the main ones
+    QString reportFile;                  ///< path, resolved as FileSystem does
+    Slots databases;                     ///< slots of the main report
+    std::map<QString, Slots> subreports; ///< slots by subreport name; other subreports use the main ones
     QString selectionFormula;            ///< empty for all records
-    QString reportTitle;                 ///< the words for what was selected
-    int firstPage = 1;                   ///< the pages kept in the document; numbering stays that of the whole
+    QString reportTitle;                 ///< describes the selection
+    int firstPage = 1;                   ///< first page kept in the document; numbering is the whole report's
     int lastPage = 0;                    ///< 0 for no upper limit
 };
 
-/// Yields the open database of a path; what it raises fails the run.
+/// Returns the open database for a path; what it raises fails the run.
 using DatabaseProvider = std::function<store::Database&(const QString& path)>;
 
-/// Called with how much of the work is done, of how much; false cancels it.
+/// Called with the amount of work done and the total; returning false cancels.
 using Progress = std::function<bool(int done, int total)>;
-/// Thrown by a step whose progress answers false, and caught where the run ends.
+/// Thrown when progress returns false, and caught where the run ends.
 struct Cancelled {
 };
 
-/// Reports a run's progress from inside its loops: each of its parts goes from one percentage of the whole to another.
+/// Reports progress from inside loops: each part covers a range of percentages of the whole.
 class PartProgress
 {
 public:
-    PartProgress() = default; ///< of work whose progress nobody wants to know
+    PartProgress() = default; ///< reports nothing
     PartProgress(const Progress& progress, int from, int to) : m_progress(&progress), m_from(from), m_to(to) {}
-    PartProgress(Progress&&, int, int) = delete; // it would be gone
+    PartProgress(Progress&&, int, int) = delete; // the reference would dangle
 
-    /// Reports that so much of the part is done. Throws Cancelled.
+    /// Reports how much of the part is done. Throws Cancelled.
     void operator()(std::size_t done, std::size_t total) const
     {
         const std::size_t span = std::size_t(m_to - m_from) * Scale;
@@ -56,7 +56,7 @@ public:
         if (m_progress && *m_progress && !(*m_progress)(int(std::size_t(m_from) * Scale + share), 100 * Scale))
             throw Cancelled();
     }
-    /// The same for one row of many, of which only some are reported.
+    /// The same for rows, of which only some are reported.
     void row(std::size_t done, std::size_t total) const
     {
         if (done % RowsBetween == 0)
@@ -72,14 +72,14 @@ private:
     int m_to = 0;
 };
 
-/// Given the first page of a long report as soon as it is settled, before the rest is laid out: a document that isn't
-/// complete. Not called for a report that is done at once, or one that leaves out its first page.
+/// Receives a long report's first page, in an incomplete document, before the rest is laid out. Not called for a quick
+/// report, or one without its first page.
 using FirstPage = std::function<void(Document&&)>;
 
-/// Runs a report file to finished pages; nothing if it was cancelled. Raises ReportError, or what the store raises.
+/// Runs a report file; nothing if cancelled. Raises ReportError, or what the store raises.
 [[nodiscard]] std::optional<Document> render(const RunRequest& request, const DatabaseProvider& databaseOf,
                                              const Progress& progress = {}, const FirstPage& firstPage = {});
-/// The same for a definition that was read already; the request's file only serves messages.
+/// The same for a parsed definition; the request's file is only used in messages.
 [[nodiscard]] std::optional<Document> render(const Definition& definition, const RunRequest& request,
                                              const DatabaseProvider& databaseOf, const Progress& progress = {},
                                              const FirstPage& firstPage = {});

@@ -37,14 +37,14 @@ FormulaNode::Type typeOf(store::FieldType type)
     return FormulaNode::Type::Text;
 }
 
-/// Where the query holds what the store refuses: by the store's own place in it, or by the name that nothing is called
-/// by. The statement's beginning where neither is known.
+/// The position of what the store rejects in a query: the store's own position, or that of the unknown name. The
+/// statement's beginning if neither is known.
 Place placeInQuery(const Source& source, const QString& statement, const platform::RuntimeError& error)
 {
     qsizetype at = -1;
     static const QRegularExpression unknown(QStringLiteral("no such \\w+: ([^)]+)"));
     if (const auto* own = dynamic_cast<const store::SqlError*>(&error)) {
-        if (own->statement() == statement) // which the query is a part of, and not a stored query's
+        if (own->statement() == statement) // the query is part of this statement, which isn't a stored query's
             at = own->position() - statement.indexOf(source.query);
     } else if (const auto named = unknown.match(error.description()); named.hasMatch()) {
         static const QRegularExpression quotes(QStringLiteral("\"[^\"]*\"|'[^']*'|#[^#]*#"));
@@ -62,10 +62,10 @@ Place placeInQuery(const Source& source, const QString& statement, const platfor
             source.queryPlace.file};
 }
 
-/// Where a formula stands: not everything can be computed everywhere.
+/// Where a formula stands, which limits what it can use.
 enum class Stands { InRows, InGroupOrder, InBands, InExport, OnPages };
 
-/// Visits every formula of a report's own bands and keys.
+/// Visits every formula of a report's bands and keys.
 template <typename Visit>
 void eachFormula(Definition& definition, Visit visit)
 {
@@ -157,7 +157,7 @@ private:
             const PartProgress reading(m_progress, 0, RowsRead);
             store::Recordset records = file.openRecordset(query, [&] { reading(0, 0); });
             RowSet set;
-            for (const store::FieldInfo& field : records.fields()) {
+            for (const store::Field& field : records.fields()) {
                 set.columns << field.name;
                 set.types.push_back(typeOf(field.type));
             }
@@ -178,7 +178,7 @@ private:
         }
     }
 
-    /// The first row of a named source, for this report and its subreports; without one its fields are empty.
+    /// Reads a named source's first row, for this report and its subreports; without a row its fields are empty.
     void readFixed(const Slots& databases, const NamedSource& named)
     {
         const RowSet set = read(databases, named.source, named.source.query);
@@ -194,7 +194,7 @@ private:
         }
     }
 
-    /// The query's rows. Conditions on its own columns go into it, so that few are read of many.
+    /// Reads the query's rows. Conditions on its own columns become part of it, so that fewer rows are read.
     RowSet mainRows(const BoundReport& report, const Slots& databases, const Formula& selection)
     {
         const Source& source = report.definition.source;
@@ -210,7 +210,7 @@ private:
         return read(databases, source, withCondition(source.query, condition));
     }
 
-    /// The column of a name that the definition's "field" lines give, or the name itself.
+    /// The column that a "field" line of the definition gives for a name, or the name itself.
     static QString columnNamed(const Definition& definition, const QString& name)
     {
         for (const FieldName& field : definition.fields)
@@ -227,7 +227,7 @@ private:
         return column;
     }
 
-    /// Makes one row of all that have the same key: their texts, separated by commas.
+    /// Joins all rows with the same key into one: their texts, separated by commas.
     static void joinTexts(RowSet& set, std::size_t key)
     {
         QHash<QString, std::size_t> firstOf;
@@ -276,7 +276,7 @@ private:
         const Definition& definition = report.definition;
         if (const int column = report.rows.columnOf(columnNamed(definition, name)); column >= 0)
             return column;
-        for (std::size_t i = names; i-- > 0;) // the last of two counts
+        for (std::size_t i = names; i-- > 0;) // the last definition wins
             if (definition.names[i].name.compare(name, Qt::CaseInsensitive) == 0)
                 return int(report.rows.columns.size()) + int(i);
         const int fixed = placeOf(name, report.rows.fixedNames);
@@ -307,7 +307,7 @@ private:
             formula.bind([&](const QString& name) { return indexOf(report, name, names); });
     }
 
-    /// Refuses what means nothing where a formula stands, also in the names that it uses.
+    /// Rejects what has no meaning where a formula stands, including in the names it uses.
     static void check(const BoundReport& report, const Formula& formula, Stands stands)
     {
         checkNode(report, formula.root(), stands, false);
@@ -440,7 +440,7 @@ private:
     const DatabaseProvider& m_databaseOf;
     const RunFacts& m_facts;
     const Progress& m_progress;
-    RowSet m_fixed; // what the named sources gave so far
+    RowSet m_fixed; // from the named sources so far
 };
 
 Formula readSelection(const RunRequest& request)

@@ -8,22 +8,22 @@
 namespace orlo::reporting
 {
 
-/// A name's place among others, without regard to case; -1 for an unknown one.
+/// A name's index, ignoring case; -1 if not found.
 [[nodiscard]] int placeOf(const QString& name, const QStringList& names);
 
-/// The rows that a query gave.
+/// The rows of a query.
 struct RowSet {
     QStringList columns;
-    std::vector<FormulaNode::Type> types; ///< of the query's columns
+    std::vector<FormulaNode::Type> types; ///< of the columns
     std::vector<std::vector<Value>> rows;
-    QStringList fixedNames; ///< fields of the named sources, as SOURCE.COLUMN
+    QStringList fixedNames; ///< fields of named sources, as SOURCE.COLUMN
     std::vector<Value> fixed;
 
-    /// Without regard to case; -1 for an unknown name.
+    /// A column's index, ignoring case; -1 if not found.
     [[nodiscard]] int columnOf(const QString& name) const;
 };
 
-/// A stretch of rows, the second end excluded.
+/// A range of rows, end excluded.
 struct RowRange {
     std::size_t first = 0;
     std::size_t last = 0;
@@ -33,7 +33,7 @@ struct RowRange {
     friend bool operator==(const RowRange&, const RowRange&) = default;
 };
 
-/// What the words of the formula language stand for in one run.
+/// The values of the formula language's words in one run.
 struct RunFacts {
     QString reportTitle;
     QDate printDate;
@@ -45,9 +45,9 @@ class Accumulator
 {
 public:
     explicit Accumulator(Summary summary) : m_summary(summary) {}
-    /// Adds a value; Null counts for nothing. Raises ReportError 13 for a value that can't be added up.
+    /// Adds a value; Null is ignored. Raises ReportError 13 for a value that can't be added up.
     void add(const Value& value, Place place);
-    /// The summary of what was added; Null for an average, median or extreme of nothing.
+    /// The summary so far; Null for an average, median or extreme of nothing.
     [[nodiscard]] Value result() const;
 
 private:
@@ -59,7 +59,7 @@ private:
     QSet<QString> m_distinct;
 };
 
-/// Formulas' view of the rows: a current row, the groups around it, the page being made.
+/// What formulas see: the current row, the groups around it and the page being made.
 class RowScope final : public FormulaScope
 {
 public:
@@ -70,17 +70,17 @@ public:
     [[nodiscard]] Value summary(const FormulaNode& node) const override;
     [[nodiscard]] Value inRow(int offset, const FormulaNode& expression) const override;
 
-    /// The end of the run of rows that have the first one's key; the current row moves there.
+    /// The end of the rows that share the first one's key; makes the last of them current.
     [[nodiscard]] std::size_t endOfGroup(const Group& group, RowRange rows);
 
     std::size_t row = 0;
-    RowRange range;               ///< what a summary without a group's name covers
+    RowRange range;               ///< covered by a summary without a group's name
     RowRange whole;               ///< all rows of the report
     RowRange page;                ///< those that begin on the page
-    std::vector<RowRange> groups; ///< the open groups, outermost first
+    std::vector<RowRange> groups; ///< open groups, outermost first
     int groupNumber = 0;          ///< of the innermost open group, from 1
     int pageNumber = 0;
-    int pageCount = 0; ///< 0 while it isn't known
+    int pageCount = 0; ///< 0 while unknown
     bool repeated = false;
 
 private:
@@ -95,37 +95,37 @@ private:
     const Definition& m_definition;
     const RowSet& m_rows;
     const RunFacts& m_facts;
-    mutable std::size_t m_summaryRow = SIZE_MAX; // while a summary or a neighbour is computed
+    mutable std::size_t m_summaryRow = SIZE_MAX; // while evaluating a summary or a neighbour
     struct Kept {
         std::size_t first;
         std::size_t last;
         Accumulator sum;
     };
-    mutable std::map<const FormulaNode*, Kept> m_kept; // one that stands in each row goes on where it was
+    mutable std::map<const FormulaNode*, Kept> m_kept; // lets a running summary continue where it was
 };
 
-/// One report's definition, its formulas bound to the rows that its queries gave.
+/// A definition with its formulas bound to the rows of its queries.
 struct BoundReport {
     Definition definition;
-    RowSet rows; ///< in the order of the report
+    RowSet rows; ///< in report order
     std::map<QString, BoundReport> subreports;
-    std::map<QString, RowRange> byLink; ///< of a linked subreport: its rows by the link's key
-    int linkedIndex = -1;               ///< the main report's field of the link, -1 for none
+    std::map<QString, RowRange> byLink; ///< of a linked subreport: row ranges by link key
+    int linkedIndex = -1;               ///< the main report's field for the link, -1 for none
 };
 
-/// How far a run has come when its rows are read, and when loadReport() is done, in percent.
+/// Shares of the work done when rows are read and when loadReport() ends, in percent.
 inline constexpr int RowsRead = 15;
 inline constexpr int DataRead = 30;
 
-/// The key under which equal values of a link meet.
+/// The key by which equal link values match.
 [[nodiscard]] QString linkKey(const Value& value);
 
-/// True for the names that stand for all rows and for those of a page, where they aren't a group's.
+/// True for the names of all rows and of a page's rows, unless a group has that name.
 [[nodiscard]] bool isGroupOfAll(const QString& name);
 [[nodiscard]] bool isGroupOfPage(const QString& name);
 
-/// Reads and sorts the rows of a report and of its subreports. Raises ReportError for unknown fields, cleared slots, a
-/// selection that can't be read; what the store raises gets the query's place. Nothing if progress cancelled it.
+/// Reads and sorts the rows of a report and its subreports. Raises ReportError for unknown fields, cleared slots and
+/// invalid selections; failures of the store get the query's position. Nothing if cancelled.
 [[nodiscard]] std::optional<BoundReport> loadReport(const Definition& definition, const RunRequest& request,
                                                     const DatabaseProvider& databaseOf, const RunFacts& facts,
                                                     const Progress& progress);

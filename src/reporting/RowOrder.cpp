@@ -1,6 +1,6 @@
 #include "reporting/RowOrder.h"
 
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 
 #include <QSet>
 
@@ -17,7 +17,7 @@ namespace
 
 using Order = std::vector<std::size_t>;
 
-/// How far a run has come when what the rows are sorted by is known, in percent.
+/// Share of the work done when the sort keys are known, in percent.
 constexpr int KeysMade = 20;
 
 bool hasSummary(const SortKey& key)
@@ -25,16 +25,15 @@ bool hasSummary(const SortKey& key)
     return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
 }
 
-/// The store's order of texts is worked out once for each, not in each comparison. An empty text is nothing, here as
-/// for the groups.
+/// Works out a text's sort key once, not in each comparison. An empty text counts as Null, as it does for groups.
 Value sortable(const Value& value)
 {
     if (!value.isText())
         return value;
-    return value.toText().isEmpty() ? Value() : Value(store::sortKey(value.toText()));
+    return value.toText().isEmpty() ? Value() : Value(platform::sortKey(value.toText()));
 }
 
-/// Null comes first, as it does in the store's own order.
+/// Null first, as in the store.
 int ordered(const Value& a, const Value& b, Place place)
 {
     if (a.isNull() || b.isNull())
@@ -45,7 +44,7 @@ int ordered(const Value& a, const Value& b, Place place)
     if (const auto* left = std::get_if<bool>(&a.data()))
         if (const auto* right = std::get_if<bool>(&b.data()))
             return int(*left) - int(*right);
-    // A column of a union may mix kinds: numbers stand before dates, dates before texts.
+    // Columns of a union may mix kinds: numbers sort before dates, dates before texts.
     const auto rank = [](const Value& value) {
         if (value.isText())
             return 2;
@@ -76,7 +75,7 @@ public:
         try {
             sortRows();
             if (!m_definition.unique.isEmpty())
-                dropRepeated(); // before the groups are ordered by sums: a row that goes counts nowhere
+                dropRepeated(); // first, so that dropped rows don't count in sums
             const auto& groups = m_definition.groups;
             if (std::any_of(groups.begin(), groups.end(), [](const Group& group) { return ordersItself(group); }))
                 orderGroups();
@@ -119,7 +118,7 @@ private:
         const auto keysOf = [&](std::size_t row) { return std::span(values).subspan(row * keys.size(), keys.size()); };
         Order order(count);
         std::iota(order.begin(), order.end(), std::size_t(0));
-        const std::size_t comparisons = count * std::size_t(std::bit_width(count)); // or so
+        const std::size_t comparisons = count * std::size_t(std::bit_width(count)); // roughly
         std::size_t compared = 0;
         std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
             m_sorted.row(++compared, comparisons);
@@ -145,7 +144,7 @@ private:
         take(order);
     }
 
-    /// Appends the rows of a range in the order of its groups.
+    /// Appends a range's rows in the order of its groups.
     void orderLevel(std::size_t level, RowRange rows, Order& order)
     {
         if (level == m_definition.groups.size()) {

@@ -5,9 +5,8 @@
 namespace orlo::reporting
 {
 
-/// Puts the rows into the order of the report: by the groups' keys and those of the details, groups whose keys hold
-/// summaries by these, and leaves out the groups that are one too many and the rows that "unique" drops.
-/// Throws Cancelled.
+/// Sorts the rows by group keys, then detail keys, ordering groups by summaries where their keys ask for it, and drops
+/// surplus groups and the duplicates that "unique" names. Throws Cancelled.
 void orderRows(BoundReport& report, const RunFacts& facts, const Progress& progress);
 
 } // namespace orlo::reporting

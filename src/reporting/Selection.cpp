@@ -82,7 +82,7 @@ private:
         return Operand{u'[' + column->name + u']', column->type};
     }
 
-    /// The ranges of an "in", each two children long.
+    /// The ranges of an "in", two children each.
     [[nodiscard]] Written ranges(const FormulaNode& node) const
     {
         QStringList parts;

@@ -11,7 +11,7 @@ namespace orlo::reporting
 namespace
 {
 
-/// Widths are sums of rounded advances: a text that fits by less than this has not been broken for nothing.
+/// Widths are sums of rounded advances: allow this much before breaking a text.
 constexpr double WidthTolerance = 0.01;
 constexpr qsizetype MostCharacters = 8;
 
@@ -31,7 +31,7 @@ const std::map<QString, QStringList>& genericFamilies()
     return generic;
 }
 
-/// The first installed family of a generic name, so that a page looks alike on machines with the same fonts.
+/// The first installed family of a generic name, so that pages look alike on machines with the same fonts.
 QString installedFamily(const QString& name)
 {
     const auto choices = genericFamilies().find(name);
@@ -43,7 +43,7 @@ QString installedFamily(const QString& name)
     return choices->second.back();
 }
 
-/// A mail or web address reads best if it breaks after one of its signs.
+/// Mail and web addresses read best if broken after one of their separators.
 qsizetype endAtSeparator(QStringView line, qsizetype start, qsizetype end)
 {
     for (qsizetype i = end; i > start + 1 && end < line.size(); --i)
@@ -203,7 +203,7 @@ void Typesetter::breakLine(int font, QStringView line, double width, QStringList
         breaks.setPosition(start);
         for (qsizetype next = breaks.toNextBoundary(); next > 0 && fits(start, next); next = breaks.toNextBoundary())
             end = next;
-        if (end == start) { // no word fits: as many characters as do, one at least
+        if (end == start) { // no word fits: break after as many characters as do, at least one
             graphemes.setPosition(start);
             end = graphemes.toNextBoundary();
             for (qsizetype next = graphemes.toNextBoundary(); next > 0 && fits(start, next);

@@ -17,41 +17,41 @@ namespace orlo::reporting
 /// True for sans, serif and mono, which stand for the best installed family of their kind.
 [[nodiscard]] bool isGenericFamily(const QString& name);
 
-/// Measures and breaks texts, in points, with the unhinted fonts that every device draws them with.
+/// Measures and breaks texts, in points, with the unhinted fonts used on every device.
 class Typesetter
 {
 public:
-    /// The font of a style: its place in fonts(); styles that look alike share one.
+    /// A style's font, as an index into fonts(); styles that look alike share one.
     [[nodiscard]] int font(const Style& style);
-    /// The fonts asked for so far, by their numbers.
+    /// The fonts in use.
     [[nodiscard]] const std::vector<QFont>& fonts() const { return m_fonts; }
 
-    /// Points from the top of a line to its base line.
+    /// Points from the top of a line to its baseline.
     [[nodiscard]] double ascent(int font) const { return m_faces[std::size_t(font)].ascent; }
-    /// Points from one line to the next.
+    /// Points from line to line.
     [[nodiscard]] double lineHeight(int font) const { return m_faces[std::size_t(font)].lineHeight; }
     /// The width of a line, in points.
     [[nodiscard]] double width(int font, QStringView text) const;
-    /// Breaks a text into lines no wider than the width, at blanks where it can, inside a word where it must; nothing
-    /// of it is lost but the blanks at the breaks.
+    /// Breaks a text into lines of at most this width, at blanks if possible, otherwise within a word. Only blanks at
+    /// the breaks are lost.
     [[nodiscard]] QStringList broken(int font, const QString& text, double width) const;
 
-    /// Notes what looks wrong of what is set, once.
+    /// Adds a warning about the layout, once.
     void note(const QString& message, Place place = {});
-    /// What was noted, and the characters that no font has, as warnings of a report file.
+    /// The warnings so far, including characters missing from all fonts, for a report file.
     [[nodiscard]] QStringList warnings(const QString& file) const;
 
 private:
     struct Face {
-        QFontMetricsF metrics; // of texts that need shaping
+        QFontMetricsF metrics; // for texts that need shaping
         double ascent;
         double lineHeight;
-        mutable std::array<double, EndOfPlainCharacters> advances; // by code; below 0 as long as none was asked for
-        mutable std::set<char32_t> looked;                         // for which a glyph was sought
+        mutable std::array<double, EndOfPlainCharacters> advances; // by code; negative until asked for
+        mutable std::set<char32_t> looked;                         // characters whose glyph was looked for
 
         [[nodiscard]] double advance(char16_t code) const;
     };
-    /// True for a line of plain characters that fits: most texts of a report, and all that this asks is a sum.
+    /// True for a line of plain characters that fits. This covers most texts, and takes only a sum.
     [[nodiscard]] bool fitsAsItIs(int font, QStringView text, double width) const;
     void lookForGlyphs(const Face& face, QStringView text) const;
     void breakLine(int font, QStringView line, double width, QStringList& lines) const;

@@ -7,9 +7,9 @@
 namespace orlo::reporting
 {
 
-/// What a definition prints that no paper shows well: texts beyond the right margin, texts over each other, pictures
-/// higher than a page, fonts that aren't installed. A sentence each, with the place; the file is the report's own. The
-/// body is a page's room between its header and footer, in points.
+/// Warns of what a definition prints badly on any paper: texts beyond the right margin, overlapping texts, pictures
+/// higher than a page, fonts that aren't installed. One sentence each, with the position; the file is the report's own.
+/// The body is a page's size without header and footer, in points.
 [[nodiscard]] QStringList layoutWarnings(const Definition& definition, QSizeF body, const QString& file);
 
 } // namespace orlo::reporting

@@ -2,10 +2,12 @@
 
 #include "platform/Conversion.h"
 #include "reporting/view/ReportControl.h"
+#include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmCreatePurchaseList.h"
 #include "widgets/DataControl.h"
+#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 
 namespace orlo
@@ -26,6 +28,7 @@ frmCreatePurchaseList::frmCreatePurchaseList()
         {QStringLiteral("Award Type"), QStringLiteral("Insignia_Type"), 2200},
     });
     ui->dbgAssignedPurchases->setStretchColumn(1);
+    widgets::sayWhenEmpty(*ui->dbgAssignedPurchases, nothingYet(QStringLiteral("list"), *ui->cmdCreate));
     ui->dbgOtherPurchaseList->setDataControl(dcOtherPurchaseList);
     ui->dbgOtherPurchaseList->setColumns({
         {QStringLiteral("Quantity"), QStringLiteral("Quantity"), 1000, Qt::AlignRight},
@@ -80,6 +83,7 @@ void frmCreatePurchaseList::createList()
         QStringLiteral("From UnionAwardsScoutAdults  ") + QStringLiteral(" Where Date_Assigned between #") +
         ui->txtStartDate->text() + QStringLiteral("# and #") + ui->txtEndDate->text() + QStringLiteral("#  ") +
         QStringLiteral(" Group by  Insignia_Type, Award_Name ") + QStringLiteral(" Order by Award_Name");
+    widgets::sayWhenEmpty(*ui->dbgAssignedPurchases, QStringLiteral("No award was given in these dates."));
     database().execute(QStringLiteral("Delete From Purchase_List"));
     database().execute(statement);
     dcAssignedPurchases->setRecordSource(QStringLiteral("Purchase_List"));

@@ -4,6 +4,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
 #include "ui_dlgSelectAdultLink.h"
+#include "widgets/EmptyText.h"
 
 namespace orlo
 {
@@ -12,6 +13,7 @@ dlgSelectAdultLink::dlgSelectAdultLink()
     : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dlgSelectAdultLink>())
 {
     ui->setupUi(this);
+    widgets::sayWhenEmpty(*ui->lstDenLeaders, QStringLiteral("This den has no leader yet."));
     setDefaultButton(ui->cmdSelect);
     setCancelButton(ui->cmdCancel);
     connect(ui->cmdSelect, &QPushButton::clicked, this, [this] {

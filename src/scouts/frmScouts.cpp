@@ -6,10 +6,12 @@
 #include "scouts/DenLeaderBox.h"
 #include "scouts/dlgFindScout.h"
 #include "scouts/dlgSelectAdultLink.h"
+#include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmScouts.h"
+#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
@@ -42,6 +44,7 @@ frmScouts::frmScouts()
     bindFields();
     bindParents();
     ui->fgScoutsAwards->setCols(InsigniaSID + 1);
+    widgets::sayWhenEmpty(*ui->fgScoutsAwards, nothingYet(QStringLiteral("awards"), *ui->cmdAddAward));
     connect(ui->cmdAddAward, &QPushButton::clicked, this, [this] {
         auto& dialog = widgets::Instance<frmAddAwardsToScout>::get();
         dialog.giveTo(*this);
@@ -115,6 +118,7 @@ void frmScouts::load()
                     {0, Qt::AlignLeft, QString()}, // the keys are the program's business
                     {0, Qt::AlignLeft, QString()}},
                    Award);
+    ui->fgScoutsAwards->fitCol(Quantity, QString::number(INT16_MAX));
     if (mRecordCount > 0)
         LoadAwardRows();
     endRoutine();
@@ -252,6 +256,12 @@ void frmScouts::comDen_Change()
 }
 
 // ---- List, filters, find
+
+void frmScouts::openSet()
+{
+    PeopleForm::openSet();
+    sayWhyEmpty(*ui->lbScouts, QStringLiteral("Scouts"), filter(), *ui->cmdNew);
+}
 
 // A find acts inside the view and den in force. Under "All" its text ends in an " and " too many.
 QString frmScouts::findStatement() const

@@ -36,7 +36,7 @@ namespace
 constexpr int OutOfMemory = 7;
 constexpr int InternalError = 51;
 
-bool reporting = false; // the report is up
+bool reporting = false; // the report is being shown
 QString closingWords;
 
 QString failureText(const platform::RuntimeError& error)
@@ -44,7 +44,7 @@ QString failureText(const platform::RuntimeError& error)
     return QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.description());
 }
 
-// The widget that a press there would give the focus to. A tab bar takes none, but turning its page leaves the field.
+// The widget that a press there would focus. A tab bar takes no focus, but turning its page leaves the field.
 const QWidget* focusTarget(const QWidget* pressed)
 {
     for (const QWidget* widget = pressed; widget; widget = widget->parentWidget()) {
@@ -69,21 +69,21 @@ bool isInput(const QEvent* event)
            event->type() == QEvent::Wheel;
 }
 
-// What comes on the heels of a question's answer still reaches its box, and would be another answer.
+// A key or press that follows the answer to a question closely can still reach its box, and would be a second answer.
 bool isClosed(const QWidget& widget)
 {
     const auto* dialog = qobject_cast<const QDialog*>(widget.window());
     return (dialog && !dialog->isVisible()) || isInClosedForm(widget);
 }
 
-// Whether the check of a field that was left holds back what was pressed or typed.
+// Whether a field that was left, and whose check refuses, holds back a press or key.
 bool focusMustStay(QObject* receiver, const QEvent* event)
 {
     const QWidget* target = receiver->isWidgetType() ? static_cast<QWidget*>(receiver) : nullptr;
     if (target && isPress(event))
         target = focusTarget(target);
     else if (event->type() == QEvent::KeyPress) {
-        if (qobject_cast<Form*>(receiver)) // its default button asks for itself
+        if (qobject_cast<Form*>(receiver)) // its default button asks by itself
             return false;
     } else if (event->type() == QEvent::Shortcut) {
         if (const auto* label = qobject_cast<QLabel*>(receiver); label && label->buddy())
@@ -93,7 +93,7 @@ bool focusMustStay(QObject* receiver, const QEvent* event)
     return target && !mayReach(target);
 }
 
-// The window or child window that a widget stands in.
+// The window or child window that contains a widget.
 QWidget* screenOf(QWidget* widget)
 {
     while (!widget->isWindow() && widget->windowType() != Qt::SubWindow)
@@ -108,7 +108,7 @@ bool hangsOff(const QWidget* widget, const QWidget& owner)
     return widget;
 }
 
-// The window that a window hangs off at last.
+// The window at the end of a chain of owners.
 const QWidget* topOwner(const QWidget* window)
 {
     while (window->parentWidget())
@@ -116,8 +116,8 @@ const QWidget* topOwner(const QWidget* window)
     return window;
 }
 
-// A window that was just shown takes a moment to become the active one. Qt holds back what is typed into the windows
-// behind it meanwhile, but not their access keys and commands.
+// A new window takes a moment to become the active one. Meanwhile Qt holds back what is typed into the windows behind
+// it, but not their access keys and commands.
 bool isBehindModal(const QObject* receiver)
 {
     while (receiver && !receiver->isWidgetType())
@@ -128,8 +128,8 @@ bool isBehindModal(const QObject* receiver)
            (modal->windowModality() == Qt::ApplicationModal || topOwner(widget) == topOwner(modal));
 }
 
-// Qt's own answer to an access key presses the button now and clicks it a tenth of a second later, whatever was typed
-// or asked meanwhile.
+// Qt answers an access key by pressing the button now and clicking it a tenth of a second later, whatever was typed or
+// asked meanwhile.
 void clickNow(QAbstractButton& button)
 {
     if (!button.isEnabled())
@@ -155,7 +155,7 @@ bool clickByAccessKey(QObject* receiver)
     return true;
 }
 
-// In a message box the letter alone will do. One that was being held when the box came up answers nothing.
+// In a message box a letter works without Alt. A key that was already held when the box appeared answers nothing.
 bool answerByLetter(QMessageBox& box, const QKeyEvent& key)
 {
     if (key.key() == 0 || (key.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)))
@@ -172,8 +172,8 @@ bool answerByLetter(QMessageBox& box, const QKeyEvent& key)
     return true;
 }
 
-// A double click on a button that opens a window: the second press goes to the window behind, and the window manager
-// may give that the keys, although it takes none now.
+// After a double click on a button that opens a window, the second press goes to the window behind, and the window
+// manager may focus that window, although it accepts no input.
 void keepKeys(QWidget& modal)
 {
     for (const int delay : {50, 150, 400}) // milliseconds
@@ -229,8 +229,8 @@ bool Application::notify(QObject* receiver, QEvent* event)
     return false;
 }
 
-// What fails while the report is up, its own painting of the windows behind it included, leaves the report standing:
-// the user is to read the first failure.
+// Further failures while the report is shown, such as those from painting the windows behind it, are ignored: the user
+// must be able to read the first one.
 void Application::failed(const platform::RuntimeError& error)
 {
     if (!reporting)
@@ -240,21 +240,21 @@ void Application::failed(const platform::RuntimeError& error)
 void Application::noteAlt(QObject* receiver, const QEvent* event)
 {
     if (event->type() == QEvent::ApplicationActivate)
-        m_altDown = false; // it may have been let go elsewhere
+        m_altDown = false; // it may have been released elsewhere
     if (!receiver->isWidgetType() || (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
         return;
     const auto* key = static_cast<const QKeyEvent*>(event);
     if (key->key() != Qt::Key_Alt || key->isAutoRepeat())
         return;
     m_altDown = event->type() == QEvent::KeyPress;
-    // Who sends keys to a window means its control with the focus.
+    // Keys sent to a window are meant for its focused control.
     auto* pressed = static_cast<QWidget*>(receiver);
     QWidget* const focus = focusWidget();
     m_altPressedIn = screenOf(focus && focus->window() == pressed->window() ? focus : pressed);
 }
 
-// Holding Alt for two keys is meant for the screen that was in front at the first one. The second must not work what
-// came up or to the front meanwhile: a question, or the window behind one that was closed.
+// While Alt is held for two keys, both are meant for the window that was in front at the first. The second must not act
+// on what has come up since: a question, or the window behind one that was closed.
 bool Application::belongsElsewhere(QObject* receiver, const QEvent* event) const
 {
     const QKeySequence keys = static_cast<const QShortcutEvent*>(event)->key();
@@ -263,8 +263,8 @@ bool Application::belongsElsewhere(QObject* receiver, const QEvent* event) const
            screenOf(static_cast<QWidget*>(receiver)) != m_altPressedIn;
 }
 
-// A text takes a held key as often as it comes; a button, a question or a list must not be worked by one press for all
-// that stands behind it. An access key tells nothing of its key, so that is noted when its coming is announced.
+// A text box accepts a held key as often as it repeats, but auto-repeat must not press a button again, or the next
+// dialog's. A shortcut event doesn't say whether its key repeats, so that is noted when the event is announced.
 bool Application::pressesAgain(QObject* receiver, const QEvent* event)
 {
     if (event->type() == QEvent::Shortcut)
@@ -278,8 +278,8 @@ bool Application::pressesAgain(QObject* receiver, const QEvent* event)
         m_releasedAt = key->timestamp();
         return false;
     }
-    // A busy program isn't always told that a key repeats. What it gets then is a release and a press at one time,
-    // which no hand can do.
+    // A busy program isn't always told that a key repeats. It then gets a release and a press with one time stamp,
+    // which no hand can produce.
     const bool atOnce = key->timestamp() != 0 && key->timestamp() == m_releasedAt && key->key() == m_releasedKey;
     m_held = key->isAutoRepeat() || atOnce;
     if (!m_held || event->type() == QEvent::ShortcutOverride || !receiver->isWidgetType())
@@ -314,7 +314,7 @@ bool Application::eventFilter(QObject* watched, QEvent* event)
     } else if (event->type() == QEvent::Wheel) {
         if (const QWidget* target = wheelTarget(widget);
             target && !target->hasFocus() && !target->isAncestorOf(focusWidget())) {
-            event->ignore(); // and so it goes on to what lies behind the control
+            event->ignore(); // let it go on to what lies behind the control
             return true;
         }
     } else if (event->type() == QEvent::ToolTip && showCutText(*widget, *static_cast<QHelpEvent*>(event)))

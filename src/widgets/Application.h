@@ -11,10 +11,9 @@ class RuntimeError;
 namespace orlo::widgets
 {
 
-/// The application object: the one place where an untrapped failure ends the process, and where the rules hold that
-/// every control obeys. A field whose check refuses keeps the focus. An access key acts at once, and only in the window
-/// in which its Alt was pressed. A key that is held down presses a button once. The wheel changes only the control that
-/// has the focus.
+/// The application object. An untrapped failure ends the process here and nowhere else. It also enforces the rules that
+/// hold for every control: a field whose check refuses keeps the focus; an access key acts at once, and only in the
+/// window where its Alt was pressed; a held key presses a button once; the wheel changes only the focused control.
 class Application : public QApplication
 {
     Q_OBJECT
@@ -25,13 +24,13 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-    /// Shows the run-time's report, "Run-time error '3421':" and the description, then ends the process at once with
-    /// status 1: nothing is saved or closed.
+    /// Shows the run-time report, "Run-time error '3421':" and the description, then ends the process at once with
+    /// status 1, without saving or closing anything.
     [[noreturn]] static void reportAndEnd(const platform::RuntimeError& error);
-    /// What that report says.
+    /// The report's text.
     [[nodiscard]] static QString reportOf(const platform::RuntimeError& error);
-    /// The sentence with which the report ends from now on, about what has become of the records; an empty text for the
-    /// usual one, "What was saved before is safe."
+    /// Sets the sentence that ends the report from now on, about the state of the records; an empty text restores "What
+    /// was saved before is safe."
     static void setClosingWords(const QString& sentence);
 
 private:
@@ -42,8 +41,8 @@ private:
     [[nodiscard]] bool belongsElsewhere(QObject* receiver, const QEvent* event) const;
 
     bool m_altDown = false;
-    QPointer<QWidget> m_altPressedIn; // the window or child window that had the keys then
-    bool m_held = false;              // the key that is being dealt with repeats by itself
+    QPointer<QWidget> m_altPressedIn; // the window or child window that was focused then
+    bool m_held = false;              // the current key event is an auto-repeat
     int m_releasedKey = 0;
     quint64 m_releasedAt = 0; // its time stamp
 };

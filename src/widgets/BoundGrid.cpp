@@ -32,7 +32,7 @@ BoundGrid::BoundGrid(QWidget* parent)
     setSelectionMode(ContiguousSelection);
     setAlternatingRowColors(true);
     setWordWrap(false);
-    setTabKeyNavigation(false); // Tab leaves the grid; from a cell's editor it goes to the next cell
+    setTabKeyNavigation(false); // Tab leaves the grid; in a cell's editor it goes to the next cell
     setCornerButtonEnabled(false);
     setHorizontalScrollMode(ScrollPerPixel);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -56,7 +56,7 @@ BoundGrid::BoundGrid(QWidget* parent)
 
 BoundGrid::~BoundGrid()
 {
-    disconnect(qApp, nullptr, this, nullptr); // the focus moves once more while the base class goes
+    disconnect(qApp, nullptr, this, nullptr); // the focus changes once more during the base class's destruction
 }
 
 void BoundGrid::setDataControl(DataControl* control)
@@ -158,11 +158,11 @@ bool BoundGrid::writeOpenRow()
     message(refusalText(*refusal), caption());
     if (refusal->error.number() != platform::ObjectInvalid)
         return false;
-    m_model->cancel(); // nobody can ever write it: the set is gone, and the row mustn't hold its window open
+    m_model->cancel(); // the set is gone, so the row can never be written and must not keep its window open
     return true;
 }
 
-// A cell says what it takes; what the row as a whole lacks, the database says.
+// A cell says what it accepts; what is wrong with the whole row, the database says.
 QString BoundGrid::refusalText(const BoundGridModel::Refusal& refusal) const
 {
     const QString takes = refusal.column < 0 ? QString() : m_model->takes(refusal.column);
@@ -178,7 +178,7 @@ void BoundGrid::cancelRow()
     const int row = before.row();
     m_model->cancel();
     if (row >= 0)
-        makeCurrent(row, before.column()); // the row of a dropped new record is the empty line again
+        makeCurrent(row, before.column()); // after a dropped new record its row is the empty line again
 }
 
 void BoundGrid::rebind()
@@ -202,7 +202,7 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
     QTableView::currentChanged(current, previous);
     if (m_committing || m_model->openRow() == current.row() || !m_model->write())
         return;
-    // The mouse or key event that moved on is finished first: a message within it would leave the button pressed.
+    // First finish the mouse or key event that moved on: a message box within it would leave the button pressed.
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -214,8 +214,8 @@ void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
 
 void BoundGrid::keyPressEvent(QKeyEvent* event)
 {
-    // While the window isn't the active one, the keys that follow the one that opened an editor still come here. What
-    // an editor with the focus has had and not taken, such as Enter, doesn't go back to it.
+    // While the window isn't active, the keys after the one that opened an editor still come here. A key that the
+    // focused editor has already ignored, such as Enter, must not be sent back to it.
     const bool isText = !event->text().isEmpty() && event->text().front().isPrint();
     if (QWidget* editor = cellEditor(); editor && (isText || !editor->hasFocus()) && !m_passingOn) {
         const QScopedValueRollback guard(m_passingOn, true);
@@ -228,7 +228,7 @@ void BoundGrid::keyPressEvent(QKeyEvent* event)
     }
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && !cellEditor() && !commitRow())
-        return; // Enter is the default button's, which waits as every other does
+        return; // Enter belongs to the default button, which waits as usual
     if (event->matches(QKeySequence::Copy))
         return copyCells();
     if (event->matches(QKeySequence::Paste))
@@ -268,7 +268,7 @@ void BoundGrid::updateGeometries()
     m_caption->raise();
 }
 
-// Tab from the last cell doesn't start over at the first record.
+// Tab from the last cell doesn't wrap to the first record.
 QModelIndex BoundGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
     const QModelIndex from = currentIndex();
@@ -281,7 +281,7 @@ QModelIndex BoundGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers mod
 void BoundGrid::focusMoved(const QWidget* now)
 {
     if (!now || qobject_cast<QMessageBox*>(now->window()))
-        return; // the whole window went to the back, or behind a message: the grid keeps the focus in it
+        return; // the whole window went into the background or behind a message; the grid keeps its focus
     const bool before = std::exchange(m_focused, belongsTo(now, *this));
     m_guard->watch(m_focused);
     if (!before || m_focused || m_committing || !isVisible() || commitRow())
@@ -306,7 +306,7 @@ void BoundGrid::commitOpenEditor()
     }
 }
 
-// From the last one up, so that the numbers of those that are left hold.
+// From the last one up, so that the remaining numbers stay valid.
 void BoundGrid::deleteRows(QModelIndexList rows)
 {
     std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.row() > b.row(); });
@@ -332,7 +332,7 @@ void BoundGrid::deleteRows(QModelIndexList rows)
     }
 }
 
-// The cells as lines with tabs between them, as spreadsheets do.
+// Copies cells as lines with tabs, as spreadsheets do.
 void BoundGrid::copyCells() const
 {
     QModelIndexList cells = selectionModel()->selectedIndexes();
@@ -350,7 +350,7 @@ void BoundGrid::copyCells() const
         QGuiApplication::clipboard()->setText(text);
 }
 
-// From the current cell to the right and down; a row that is refused ends it.
+// Pastes from the current cell to the right and down; a refused row ends it.
 void BoundGrid::pasteCells()
 {
     const QModelIndex first = currentIndex();
@@ -373,7 +373,7 @@ void BoundGrid::pasteCells()
     }
 }
 
-// The nearest cell to the one asked for that can be seen.
+// The nearest visible cell to the one asked for.
 void BoundGrid::makeCurrent(int row, int column)
 {
     const int lastColumn = m_model->columnCount() - 1;
@@ -402,10 +402,16 @@ void BoundGrid::applyColumns()
     stretch();
 }
 
-// A heading is never cut off.
+// Headings are never cut off, and texts only in the stretched column.
 int BoundGrid::minimumWidthOf(int column) const
 {
-    return std::max(twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column));
+    const int texts = column == stretchColumn() ? 0 : sizeHintForColumn(column);
+    return std::max({twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column), texts});
+}
+
+int BoundGrid::stretchColumn() const
+{
+    return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched;
 }
 
 void BoundGrid::setStretchColumn(int column)

@@ -16,15 +16,15 @@ namespace orlo::widgets
 class DataControl;
 class RowGuard;
 
-/// An editable grid on the records of a data control.
+/// An editable grid for the records of a data control.
 ///
-/// model() holds one row a record and, where records can be added, one more: the empty line at the end, marked with a
-/// star in the row header. Typing in it starts a new record, and a new empty line appears after it. A changed row is
-/// written when another row becomes current or changes, when the focus leaves the grid, when the grid hides and before
-/// its data control is refreshed; while the grid has the focus, also before a press or an access key outside it acts. A
-/// row that the database refuses is reported and stays open for correction, and what was pressed doesn't act; Escape
-/// takes back the cell, once more Escape the row. Delete empties the cell, and deletes the records whose rows are
-/// selected as a whole, after a question. Cells are copied and pasted as lines with tabs.
+/// model() has one row per record and, if records can be added, an empty line at the end, marked with a star in the row
+/// header. Typing there starts a new record, followed by a new empty line. A changed row is written when another row
+/// becomes current or changes, when the focus leaves the grid, when the grid is hidden, before its data control is
+/// refreshed and, while the grid has the focus, before a press or an access key outside it acts. A row that the
+/// database refuses is reported and stays open for correction, and the press has no effect; Escape undoes the cell, and
+/// once more the row. Delete empties the cell, or deletes the selected whole rows after a question. Cells are copied
+/// and pasted as lines with tabs.
 class BoundGrid : public QTableView
 {
     Q_OBJECT
@@ -39,22 +39,24 @@ public:
 
     /// Each refresh of the control rebinds the grid.
     void setDataControl(DataControl* control);
-    /// The columns from left to right; the open row's changes are written first. A grid without any shows all fields
-    /// under their names. Raises 3265 for a field that the record set doesn't have.
+    /// Sets the columns from left to right, after writing the open row. Without any, the grid shows all fields under
+    /// their names. Raises 3265 for a field that the record set doesn't have.
     void setColumns(const QList<GridColumn>& columns);
     /// The columns from left to right.
     [[nodiscard]] const QList<GridColumn>& columns() const;
-    /// Takes the columns of a layout that was read.
+    /// Applies the columns of a layout.
     void applyLayout(const GridLayout& layout) { setColumns(layout.columns); }
 
-    /// The column that takes the width that the others leave, the last one at first. A column whose width the user has
-    /// set keeps that.
+    /// Sets the column that takes the remaining width, at first the last one. A column that the user has resized keeps
+    /// its width.
     void setStretchColumn(int column);
+    /// That column.
+    [[nodiscard]] int stretchColumn() const;
 
-    /// The title line above the column headings; "" for none. It is also the title of the grid's messages.
+    /// The title above the column headings, also used for the grid's messages; "" for none.
     [[nodiscard]] QString caption() const;
     void setCaption(const QString& caption);
-    /// What the user may do, as far as the record set can be changed at all. All are allowed at first.
+    /// What the user may do, if the record set allows it. At first everything.
     [[nodiscard]] bool allowUpdate() const { return m_allowUpdate; }
     void setAllowUpdate(bool allow);
     [[nodiscard]] bool allowAddNew() const { return m_allowAddNew; }
@@ -62,26 +64,26 @@ public:
     [[nodiscard]] bool allowDelete() const { return m_allowDelete; }
     void setAllowDelete(bool allow) { m_allowDelete = allow; }
 
-    /// The number of records, without the empty line and a new record that isn't written yet.
+    /// The number of records, not counting the empty line and an unwritten new record.
     [[nodiscard]] int recordCount() const;
-    /// The 0-based current row, -1 for none.
+    /// The current row from 0; -1 for none.
     [[nodiscard]] int row() const { return currentIndex().row(); }
-    /// Makes the nearest row there is the current one.
+    /// Makes the nearest existing row current.
     void setRow(int row);
-    /// The first row that shows the text in the column; -1 for none.
+    /// The first row with this text in the column; -1 for none.
     [[nodiscard]] int findRow(int column, const QString& text) const;
-    /// What a cell shows. Raises 9 for no such column.
+    /// The text of a cell. Raises 9 if there is no such column.
     [[nodiscard]] QString cellText(int row, int column) const;
-    /// What a column of the current row shows, hidden columns too; "" without a row. Raises as above.
+    /// The text in a column of the current row, hidden columns included; "" without a row. Raises as above.
     [[nodiscard]] QString columnText(int column) const { return cellText(row(), column); }
 
-    /// Writes the open row. False if it was refused; the message has then been shown and the row is still open.
+    /// Writes the open row. False if it was refused: then the message has been shown and the row is still open.
     bool commitRow();
     /// Drops the open row's changes.
     void cancelRow();
-    /// Takes the data control's record set anew, with its first record current; the open row's changes are dropped.
+    /// Reads the data control's record set anew and makes its first record current; the open row's changes are dropped.
     void rebind();
-    /// Writes the open row and shows the records as they stand now in the record set.
+    /// Writes the open row and shows the records as they are now.
     void refresh();
 
 protected:
@@ -114,7 +116,7 @@ private:
     QPointer<DataControl> m_control;
     QLabel* m_caption;
     std::unique_ptr<RowGuard> m_guard;
-    QHash<QString, int> m_byHand; // the widths that the user has set, by field
+    QHash<QString, int> m_byHand; // widths set by the user, by field
     int m_stretched = -1;
     bool m_layingOut = false;
     bool m_allowUpdate = true;
@@ -122,7 +124,7 @@ private:
     bool m_allowDelete = true;
     bool m_focused = false;
     bool m_passingOn = false;
-    bool m_committing = false; // a message's own focus changes commit nothing
+    bool m_committing = false; // focus changes caused by a message must not commit
 };
 
 } // namespace orlo::widgets

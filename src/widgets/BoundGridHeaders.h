@@ -5,13 +5,13 @@
 namespace orlo::widgets
 {
 
-/// The column headings of a bound grid, with room above them for the grid's caption.
+/// The column headings of a bound grid, with room for the grid's caption above.
 class HeadingRow : public QHeaderView
 {
 public:
     explicit HeadingRow(QWidget* parent);
 
-    /// Leaves room for the caption over the headings.
+    /// Sets the room above the headings for the caption.
     void setRoomAbove(int pixels) { setViewportMargins(0, pixels, 0, 0); }
     [[nodiscard]] QSize sizeHint() const override;
 };

@@ -57,8 +57,8 @@ Qt::ItemFlags BoundGridModel::flags(const QModelIndex& index) const
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!m_updatable)
         return flags;
-    if (m_fields[std::size_t(index.column())].info.counter)
-        return flags; // the engine numbers it
+    if (m_fields[std::size_t(index.column())].info.autoIncrement)
+        return flags; // numbered by the engine
     if (index.row() < m_records ? m_allowUpdate : m_allowAddNew)
         flags |= Qt::ItemIsEditable;
     return flags;
@@ -138,7 +138,7 @@ QString BoundGridModel::takes(int column) const
     const auto whole = [](auto least, auto most) {
         return QStringLiteral("a whole number from %1 to %2").arg(least).arg(most);
     };
-    const store::FieldInfo& field = m_fields[std::size_t(column)].info;
+    const store::Field& field = m_fields[std::size_t(column)].info;
     switch (field.type) {
     case store::FieldType::Integer:
         return whole(std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max());
@@ -198,7 +198,7 @@ void BoundGridModel::cancel()
 {
     if (m_openRow < 0)
         return;
-    const int row = std::exchange(m_openRow, -1); // at once: a view that moves on must find nothing to write
+    const int row = std::exchange(m_openRow, -1); // reset first: a view that moves on must find nothing to write
     m_typed.clear();
     if (m_newRow) {
         beginRemoveRows({}, row, row);
@@ -233,7 +233,7 @@ void BoundGridModel::findFields()
 {
     const store::Recordset* set = records();
     if (m_allFields && set)
-        for (const store::FieldInfo& field : set->fields())
+        for (const store::Field& field : set->fields())
             m_columns.append({field.name, field.name});
     if (!set)
         return;
@@ -243,7 +243,7 @@ void BoundGridModel::findFields()
     }
 }
 
-// On a failure the column is the one that is to blame, -1 again once all texts are in the buffer.
+// If it fails, column is the one at fault; -1 once all texts are in the buffer.
 void BoundGridModel::writeTyped(store::Recordset& set, int& column) const
 {
     for (int typed = 0; typed < columnCount(); ++typed) {
@@ -269,7 +269,7 @@ QStringList BoundGridModel::recordTexts(int row) const
         for (const Field& field : m_fields)
             texts.append(set->value(field.index).textOrEmpty());
     } catch (const platform::RuntimeError&) {
-        texts.clear(); // the record was deleted elsewhere, or its file closed: the row stays as a blank one
+        texts.clear(); // the record was deleted elsewhere, or its file closed: keep a blank row
     }
     m_cache.insert(row, new QStringList(texts));
     return texts;
@@ -283,7 +283,7 @@ QString BoundGridModel::text(int row, int column) const
     return row < m_records ? recordTexts(row).value(column) : QString();
 }
 
-// A new record's row is the line that was empty; the next empty line comes in after it.
+// A new record takes the row of the empty line, and another empty line is inserted after it.
 void BoundGridModel::open(int row)
 {
     if (m_openRow == row)

@@ -17,10 +17,10 @@ namespace orlo::widgets
 
 class DataControl;
 
-/// The rows of a BoundGrid: one a record, then a new record that is being typed, then the empty line for the next one.
+/// The rows of a BoundGrid: one per record, then a new record being typed, then the empty line for the next one.
 ///
-/// At most one row is open: what was typed in it is kept here and goes to the record set in one step, by write(), so
-/// that the record set can stand on any record meanwhile. Records are read when they are asked for.
+/// At most one row is open. What is typed in it is kept here and goes to the record set in one step, by write(), so
+/// that the record set can be positioned anywhere meanwhile. Records are read on demand.
 class BoundGridModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ class BoundGridModel : public QAbstractTableModel
 public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// Why a row wasn't written, and the column that is to blame; -1 where it's the row as a whole.
+    /// Why a row wasn't written, and the column at fault; -1 for the row as a whole.
     struct Refusal {
         platform::RuntimeError error;
         int column = -1;
@@ -39,39 +39,40 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-    /// Takes a typed text; it opens the row, and another one that is open is written before. False for a row that can't
-    /// be changed, and where that other one is refused.
+    /// Takes a typed text and opens the row, after writing another open row. False if the row can't be changed or the
+    /// other one is refused.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
-    /// Sets the control whose set is shown; null for none.
+    /// Sets the control whose record set is shown; null for none.
     void setControl(DataControl* control);
-    /// Shows the control's record set from its start; what was typed is gone. Raises 3265 for a column without a field.
+    /// Shows the control's record set from its start and drops what was typed. Raises 3265 for a column without a
+    /// field.
     void rebind();
     /// An empty list stands for all fields under their names. Raises 3265 as above.
     void setColumns(const QList<GridColumn>& columns);
     [[nodiscard]] const QList<GridColumn>& columns() const { return m_columns; }
-    /// Whether rows can be typed in, and whether there is an empty line for a new one.
+    /// Whether rows can be edited, and whether there is an empty line for a new one.
     void setAllowed(bool update, bool addNew);
 
-    /// What a column's cells take, in words: "a whole number from -32768 to 32767". "" where that is any text.
+    /// What a column's cells accept, in words: "a whole number from -32768 to 32767". "" if any text.
     [[nodiscard]] QString takes(int column) const;
 
-    /// The rows that are records, without the new and the empty one.
+    /// The number of rows that are records, without the new and the empty one.
     [[nodiscard]] int recordCount() const { return m_records; }
-    /// The row that is being typed in; -1 for none.
+    /// The row being edited; -1 for none.
     [[nodiscard]] int openRow() const { return m_openRow; }
-    /// Writes the open row, if there is one; a refused one stays open.
+    /// Writes the open row, if any; a refused one stays open.
     std::optional<Refusal> write();
-    /// Closes the open row and forgets what was typed in it.
+    /// Closes the open row and drops what was typed.
     void cancel();
     /// Deletes a record. Raises what the record set raises.
     void removeRecord(int row);
 
 private:
-    // What a column shows. It is kept, so that a view can be painted after the record set's file was closed.
+    // A column's description, kept so that a view can be painted after the record set's file was closed.
     struct Field {
         int index = -1; // in the record set
-        store::FieldInfo info;
+        store::Field info;
     };
 
     [[nodiscard]] store::Recordset* records() const;
@@ -85,8 +86,8 @@ private:
 
     QPointer<DataControl> m_control;
     QList<GridColumn> m_columns;
-    bool m_allFields = true;     // no columns were given
-    std::vector<Field> m_fields; // of each column
+    bool m_allFields = true;     // no columns were set
+    std::vector<Field> m_fields; // one per column
     bool m_updatable = false;
     bool m_allowUpdate = true;
     bool m_allowAddNew = true;

@@ -20,10 +20,10 @@ Calendar::Calendar(QWidget* parent)
     setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
     setFirstDayOfWeek(Qt::Sunday);
     setVerticalHeaderFormat(NoVerticalHeader);
-    // The weekend's red is hard to read on a light ground and on a dark one.
+    // Red weekends are hard to read on both light and dark grounds.
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
         setWeekdayTextFormat(day, {});
-    setDateEditEnabled(false); // Enter takes the marked day, never one that is half typed
+    setDateEditEnabled(false); // Enter takes the marked day, never a half-typed one
     m_days->setAccessibleName(tr("Days"));
     for (const auto& [part, name] : {std::pair("qt_calendar_prevmonth", tr("Previous month")),
                                      {"qt_calendar_nextmonth", tr("Next month")},

@@ -16,28 +16,29 @@ class Calendar : public QCalendarWidget
 public:
     explicit Calendar(QWidget* parent = nullptr);
 
-    /// Shows the year that is being typed, if one is; to be called before a date is read.
+    /// Applies a year that is being typed; call before reading a date.
     void endYearEdit();
     /// The day picked last, whichever month is shown.
     [[nodiscard]] QDate value() const { return selectedDate(); }
     /// Picks a date and shows its month.
     void setValue(QDate date) { setSelectedDate(date); }
 
-    /// The picked day of the shown month, 0 where the month was turned to and no day picked in it.
+    /// The picked day in the month shown; 0 if no day was picked since the month was turned.
     [[nodiscard]] int day() const;
-    /// Picks a day of the shown month. Raises 5 for a day that the month doesn't have.
+    /// Picks a day of the month shown. Raises 5 for a day that it doesn't have.
     void setDay(int day);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
-    /// A double click on a day, which is then the picked one.
+    /// Emitted after a double click on a day, which is then picked.
     void doubleClicked();
 
 private:
     QTableView* m_days;
     QSpinBox* m_year;
-    bool m_dayClicked = false; // the last press was on a day, perhaps on one of a month beside, which is shown since
+    bool m_dayClicked =
+        false; // the last press was on a day, perhaps on one of a neighbouring month, which is now shown
 };
 
 } // namespace orlo::widgets

@@ -5,7 +5,7 @@ namespace orlo::widgets
 
 CheckBox::CheckBox(QWidget* parent) : QCheckBox(parent)
 {
-    // Unlike stateChanged(), this tells of what a handler changes while the user's click is still under way, too.
+    // Unlike stateChanged(), toggled() also reports changes made by a handler during the user's click.
     connect(this, &QCheckBox::toggled, this, &CheckBox::changed);
 }
 

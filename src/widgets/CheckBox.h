@@ -5,7 +5,7 @@
 namespace orlo::widgets
 {
 
-/// A check box that tells of any change of its value, by the user or by the program.
+/// A check box that signals every change of its value, by the user or by the program.
 class CheckBox : public QCheckBox
 {
     Q_OBJECT
@@ -14,11 +14,11 @@ public:
     explicit CheckBox(QWidget* parent = nullptr);
 
 protected:
-    /// The whole control takes a click, however short its caption is.
+    /// The whole control can be clicked, however short its caption.
     bool hitButton(const QPoint& pos) const override { return rect().contains(pos); }
 
 Q_SIGNALS:
-    /// The value is another now.
+    /// Emitted after the value changed.
     void changed();
 };
 

@@ -18,7 +18,7 @@ namespace orlo::widgets
 namespace
 {
 
-constexpr int VisibleRows = 16; // of the open list
+constexpr int VisibleRows = 16; // in the open list
 
 }
 
@@ -27,14 +27,14 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
     setInsertPolicy(NoInsert);
     setMaxVisibleItems(VisibleRows);
     setPlaceholderText(QStringLiteral(" ")); // without one, the first row that is added becomes the chosen one
-    // A row that is being chosen gives its text before it is the row; that counts as a click, once.
+    // A row being chosen supplies its text before it becomes current; that counts as one click.
     connect(this, &QComboBox::editTextChanged, this, [this] {
         const bool choosing = currentIndex() >= 0 && currentIndex() != m_row;
         if (!m_silent && !choosing)
             Q_EMIT textChange();
     });
-    // A pick of another row emits both signals, a pick of the chosen row only activated(), a row set by code only
-    // currentIndexChanged(). The mark is set before clicked(): its handlers may choose rows themselves.
+    // Picking another row emits both signals, picking the chosen row only activated(), choosing a row in code only
+    // currentIndexChanged(). The mark is set before clicked(), since its handlers may choose rows themselves.
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         m_row = index;
         m_signalled = index >= 0 && !m_silent;
@@ -59,7 +59,7 @@ void ComboBox::setText(const QString& text)
 {
     if (isEditable()) {
         setEditText(text);
-        lineEdit()->setCursorPosition(0); // a long text shows its beginning
+        lineEdit()->setCursorPosition(0); // show the start of a long text
         return;
     }
     const int index = text.isEmpty() ? -1 : findText(text, Qt::MatchFixedString);
@@ -108,7 +108,7 @@ void ComboBox::showPopup()
     m_signalled = false;
     Q_EMIT dropDown();
     if (!isEnabled() || !isVisible())
-        return; // a list over a box that is out of reach would hold all input
+        return; // a list over a box that can't be reached would capture all input
     widenList();
     QComboBox::showPopup();
 }
@@ -129,7 +129,7 @@ void ComboBox::wheelEvent(QWheelEvent* event)
     QComboBox::wheelEvent(event);
 }
 
-// A step begins at the row whose text is shown, whichever was chosen last.
+// A step starts at the row whose text is shown, whichever was chosen last.
 void ComboBox::chooseShownRow()
 {
     if (!isEditable() || listIndex() >= 0)

@@ -5,8 +5,8 @@
 namespace orlo::widgets
 {
 
-/// A combo box that takes only rows of its list; an EditableComboBox takes any text. Rows are numbered from 0, and no
-/// row is chosen until somebody chooses it.
+/// A combo box restricted to its rows; EditableComboBox accepts any text. Rows count from 0, and none is chosen at
+/// first.
 class ComboBox : public QComboBox
 {
     Q_OBJECT
@@ -14,25 +14,25 @@ class ComboBox : public QComboBox
 public:
     explicit ComboBox(QWidget* parent = nullptr);
 
-    /// The text of the field, typed or picked.
+    /// The field's text, typed or picked.
     [[nodiscard]] QString text() const { return currentText(); }
-    /// Sets the text of an editable box; chooses the equal row of the other kind, without regard to case, "" choosing
-    /// none. Raises 5 there for a text that isn't in the list.
+    /// Sets the text of an editable box. Otherwise chooses the row with this text, ignoring case, "" choosing none;
+    /// raises 5 if there is no such row.
     void setText(const QString& text);
 
-    /// The chosen row, -1 where the text isn't one chosen from the list.
+    /// The chosen row; -1 if the text wasn't chosen from the list.
     [[nodiscard]] int listIndex() const;
-    /// Chooses a row and its text; -1 chooses none. Raises 5 for a row that isn't there.
+    /// Chooses a row and its text; -1 chooses none. Raises 5 if there is no such row.
     void setListIndex(int index);
 
-    /// Empties list, choice and text; without a signal, since a refill follows.
+    /// Clears list, choice and text, without a signal, since a refill follows.
     void removeAll();
-    /// Fills the list anew under what the box shows. `chosen` is the new row of the choice, -1 where that has gone:
-    /// then an editable box keeps its text and the other kind shows none. No signal is sent.
+    /// Replaces the rows without disturbing what is shown. `chosen` is the chosen row's new position, or -1 if it is
+    /// gone: then an editable box keeps its text and the other kind shows none. Emits nothing.
     void refill(const QStringList& rows, int chosen);
     /// The number of rows.
     [[nodiscard]] int listCount() const { return count(); }
-    /// A row's text, "" for a row that isn't there.
+    /// A row's text; "" if there is no such row.
     [[nodiscard]] QString list(int index) const { return itemText(index); }
 
     void showPopup() override;
@@ -42,11 +42,11 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 Q_SIGNALS:
-    /// The text of an editable box changed, by whatever hand, but not by the choice of a row.
+    /// Emitted when an editable box's text changes, by the user or in code, but not when a row is chosen.
     void textChange();
-    /// The user picked a row, the chosen one again included, or another row was chosen by the program.
+    /// Emitted when the user picks a row, even the chosen one, or when code chooses another row.
     void clicked();
-    /// The list is about to open and may be filled anew.
+    /// Emitted before the list opens; it may be refilled.
     void dropDown();
 
 private:
@@ -54,11 +54,11 @@ private:
     void chooseShownRow();
 
     bool m_silent = false;
-    int m_row = -1;           // the row that currentIndexChanged() named last
-    bool m_signalled = false; // the change of row has already signalled the pick that is under way
+    int m_row = -1;           // the last row of currentIndexChanged()
+    bool m_signalled = false; // that change has already signalled the pick in progress
 };
 
-/// A combo box that takes any text. A typed text that happens to equal a row is still typed and not picked.
+/// A combo box that accepts any text. A typed text that equals a row doesn't choose that row.
 class EditableComboBox : public ComboBox
 {
     Q_OBJECT

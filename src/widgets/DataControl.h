@@ -16,7 +16,7 @@ class Database;
 namespace orlo::widgets
 {
 
-/// The source of a bound grid's records: a database and a record source.
+/// Supplies a bound grid with records: a database and a record source.
 class DataControl : public QObject
 {
     Q_OBJECT
@@ -24,20 +24,21 @@ class DataControl : public QObject
 public:
     explicit DataControl(QObject* parent = nullptr);
 
-    /// Where to find the open database. It is asked at every refresh(), since the file may be closed and opened again.
+    /// Sets the function that returns the open database. It is called at every refresh(), since the file may have been
+    /// reopened.
     void setDatabase(std::function<store::Database&()> database);
-    /// A table, a stored query or a Select statement. It takes effect at the next refresh().
+    /// Sets a table, a stored query or a Select statement, used from the next refresh() on.
     void setRecordSource(const QString& source);
     [[nodiscard]] const QString& recordSource() const { return m_source; }
-    /// Opens the record source anew. Raises 91 without a database, and what opening a record set raises.
+    /// Opens the record source again. Raises 91 without a database, and what opening a record set raises.
     void refresh();
     /// The record set of the last refresh(); null before the first.
     [[nodiscard]] store::Recordset* recordset() { return m_recordset ? &*m_recordset : nullptr; }
 
 Q_SIGNALS:
-    /// The old record set still stands: the moment to write what is open on it.
+    /// Emitted while the old record set still exists: the last moment to write to it.
     void aboutToRefresh();
-    /// After the set was opened anew.
+    /// Emitted after the record set was reopened.
     void refreshed();
 
 private:

@@ -5,8 +5,8 @@
 namespace orlo::widgets
 {
 
-/// The mounted volumes, each by the path of its root. It starts at the volume of the process's folder, and takes in
-/// what was mounted meanwhile whenever its list opens. A chosen volume that has gone stays chosen.
+/// The mounted volumes, each shown as its root's path. Starts at the volume of the process's folder and looks for new
+/// volumes whenever the list opens. A chosen volume stays chosen after it is unmounted.
 class DriveList : public ComboBox
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ public:
     explicit DriveList(QWidget* parent = nullptr);
 
 Q_SIGNALS:
-    /// Another drive was chosen, by the user or by the program.
+    /// Emitted when another drive was chosen, by the user or in code.
     void change();
 
 private:

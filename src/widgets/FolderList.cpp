@@ -19,7 +19,7 @@ constexpr int Rows = 9; // however many folders there are
 
 QString above(const QString& path)
 {
-    const QString folder = QFileInfo(path).path(); // of a root the root itself
+    const QString folder = QFileInfo(path).path(); // a root's parent is itself
     return QDir::isAbsolutePath(folder) ? folder : QDir::rootPath();
 }
 
@@ -30,7 +30,7 @@ QString nearest(QString path)
     return path;
 }
 
-// The system's root where the folder that the process was started in has gone or lies on no drive.
+// The system's root if the process's folder has gone or lies on no drive.
 QString processFolder()
 {
     const QString folder = QDir::currentPath();
@@ -49,7 +49,7 @@ FolderList::FolderList(QWidget* parent) : QTreeWidget(parent)
     setIndentation(fontMetrics().height());
     setMinimumHeight(Rows * (fontMetrics().height() + 4));
     header()->setStretchLastSection(false);
-    header()->setSectionResizeMode(QHeaderView::ResizeToContents); // a deep folder is reached by scrolling
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents); // deep folders are reached by scrolling
     addCommands();
     connect(this, &QTreeWidget::itemDoubleClicked, this, [this](const QTreeWidgetItem* row) { open(row); });
     const QString start = processFolder();
@@ -122,11 +122,11 @@ void FolderList::fill()
     kinds.setFlag(QDir::Hidden, m_hidden->isChecked());
     const auto found = QDir(m_path).entryList(kinds, QDir::Name | QDir::IgnoreCase);
     for (const QString& name : found)
-        if (!name.contains(u'\\')) // which parts folders in the program's paths
+        if (!name.contains(u'\\')) // a separator in the program's paths
             row(current, name, walked + name, closed);
     QFont bold = font();
     bold.setBold(true);
-    current->setFont(0, bold); // stays in sight as the opened one while the current row moves
+    current->setFont(0, bold); // keeps the opened folder recognisable while the current row moves
     expandAll();
     setCurrentItem(current);
     scrollToItem(current->parent() ? current->parent() : current, PositionAtTop);
@@ -143,7 +143,7 @@ void FolderList::resizeEvent(QResizeEvent* event)
     QTreeWidget::resizeEvent(event);
 }
 
-// Enter is meant for the list here and not for a button of the form.
+// Enter opens a folder here and doesn't press the form's default button.
 void FolderList::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)

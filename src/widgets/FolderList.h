@@ -9,9 +9,9 @@ namespace orlo::widgets
 
 class DriveList;
 
-/// The folders of one drive: the chain of open folders from the drive's root, and the subfolders of the last one, which
-/// is the one opened. A double click or Enter opens a folder, Backspace the one above; F5 reads the folders anew.
-/// Hidden folders show on request. It starts at the process's folder.
+/// The folders of a drive: the path of open folders from its root, and the subfolders of the last one. A double click
+/// or Enter opens a folder, Backspace its parent; F5 refreshes. Hidden folders are shown on request. Starts at the
+/// process's folder.
 class FolderList : public QTreeWidget
 {
     Q_OBJECT
@@ -19,26 +19,26 @@ class FolderList : public QTreeWidget
 public:
     explicit FolderList(QWidget* parent = nullptr);
 
-    /// The opened folder; it may have gone since it was opened.
+    /// The opened folder; it may have been deleted since.
     [[nodiscard]] QString path() const { return QDir::toNativeSeparators(m_path); }
-    /// Opens a folder, or the nearest one above it that is there.
+    /// Opens a folder, or its nearest existing parent.
     void setPath(const QString& path);
-    /// Moves to a drive's current path: where this list was when it left the drive, else the process's folder if that
-    /// lies there, else the root.
+    /// Goes to a drive: to the folder last open there, or else to the process's folder if it is on that drive, or else
+    /// to the root.
     void setDrive(const QString& root);
-    /// From here on moves to the drive that the list of drives shows.
+    /// Follows the drive list's choice from now on.
     void followDrive(const DriveList& drives);
 
     [[nodiscard]] QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// Another folder was opened, by the user or by the program.
+    /// Emitted when another folder was opened, by the user or in code.
     void change();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void drawBranches(QPainter*, const QRect&, const QModelIndex&) const override {} // no folder folds here
+    void drawBranches(QPainter*, const QRect&, const QModelIndex&) const override {} // folders don't collapse here
 
 private:
     void addCommands();
@@ -47,7 +47,7 @@ private:
 
     QString m_drive;
     QString m_path;
-    QHash<QString, QString> m_left; // the opened folder of each drive that was left
+    QHash<QString, QString> m_left; // the last opened folder by drive
     QAction* m_hidden = nullptr;    // shows hidden folders, too
 };
 

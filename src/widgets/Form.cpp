@@ -25,11 +25,11 @@ namespace orlo::widgets
 namespace
 {
 
-// What the forms of the process share: the frame that they hang off, and which of them are loaded.
+// State shared by all forms: the main window, and which forms are loaded.
 struct FormRegistry {
     QPointer<QWidget> mainWindow;
-    std::function<void(Form&)> showChild; // as a child window of the frame
-    QList<Form*> loaded;                  // in the order of loading
+    std::function<void(Form&)> showChild; // shows it as a child window
+    QList<Form*> loaded;                  // in loading order
 };
 
 FormRegistry& registry()
@@ -46,7 +46,7 @@ QMdiSubWindow* subWindowOf(const Form& form)
     return nullptr;
 }
 
-// The window that a waiting form lies above: the waiting form before it, or the main frame.
+// The window above which a modal form opens: the form waiting already, or the main window.
 QWidget* ownerOfNextWindow()
 {
     if (auto* modal = QApplication::activeModalWidget())
@@ -54,7 +54,7 @@ QWidget* ownerOfNextWindow()
     return registry().mainWindow;
 }
 
-// The form that a control belongs to; null for what stands in no form: a menu, a window's frame, a message box.
+// A control's form; null for controls outside of forms, such as menus, window frames and message boxes.
 Form* formOf(const QWidget* widget)
 {
     for (; widget; widget = widget->parentWidget()) {
@@ -66,8 +66,8 @@ Form* formOf(const QWidget* widget)
     return nullptr;
 }
 
-// On X11 a combo box gives its value as its accessible name; what it is for stands in its description then. The line of
-// an editable one has the focus, but no label.
+// On X11 a combo box's accessible name is its value, so its purpose goes into the description. An editable box's line
+// edit has the focus but no label.
 void describeComboBoxes(const QWidget& form)
 {
     const auto boxes = form.findChildren<QComboBox*>();
@@ -87,14 +87,14 @@ void describeComboBoxes(const QWidget& form)
 constexpr Qt::WindowFlags OwnWindow =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
-// Puts a window that is about to show in the middle of its owner, within the screen.
+// Centres a window on its owner, within the screen.
 void centreOnOwner(QWidget& form)
 {
     const QWidget* owner = form.parentWidget();
     form.adjustSize();
     const QRect room = form.screen()->availableGeometry();
     const int most = room.height() - form.style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    if (form.layout() && form.height() > most) { // its lists give way
+    if (form.layout() && form.height() > most) { // its lists shrink
         form.layout()->setSizeConstraint(QLayout::SetNoConstraint);
         form.setFixedSize(form.width(), std::max(most, form.layout()->totalMinimumSize().height()));
     }
@@ -148,13 +148,13 @@ void Form::showForm()
 void Form::showWaiting()
 {
     ensureLoaded();
-    if (isVisible()) { // it waits already
+    if (isVisible()) { // already waiting
         activateWindow();
         return;
     }
     const QPointer<QWidget> owner = ownerOfNextWindow();
     setParent(owner, OwnWindow);
-    // All windows hang off the main frame, so window modality holds them all, and leaves a report's preview alone.
+    // All windows are owned by the main window, so window modality blocks them all but leaves report previews alone.
     setWindowModality(owner ? Qt::WindowModal : Qt::ApplicationModal);
     setFixedBorder();
     centreOnOwner(*this);
@@ -176,7 +176,7 @@ void Form::unload()
         return;
     m_unloading = true;
     qCDebug(platform::formsLog) << "unloads" << objectName();
-    m_unchecked.clear(); // what is being closed uses no field any more
+    m_unchecked.clear(); // no field is used any more while closing
     registry().loaded.removeOne(this);
     if (m_forget)
         m_forget();
@@ -254,7 +254,7 @@ void Form::setLeaveCheck(QWidget* field, std::function<bool()> check)
     field->installEventFilter(this);
 }
 
-// Code that moves the focus isn't held back beforehand; a refused check brings the focus back.
+// Focus changes made in code can't be held back; a check that refuses moves the focus back.
 bool Form::eventFilter(QObject* watched, QEvent* event)
 {
     auto* field = static_cast<QWidget*>(watched);
@@ -281,13 +281,13 @@ QWidget* Form::checkedFieldAt(const QWidget* target) const
 
 bool Form::mayGoTo(const QWidget* target)
 {
-    static bool asking = false; // the check's own message box moves the focus, too
+    static bool asking = false; // the check's own message box changes the focus, too
     QWidget* const field = checkedFieldAt(target);
     if (!asking && m_unchecked && m_unchecked != field && m_unchecked->isEnabled() && m_unchecked->isVisible()) {
         const QScopedValueRollback guard(asking, true);
         const QPointer<QWidget> left = m_unchecked;
         const auto passes = std::ranges::find(m_leaveChecks, left.data(), &LeaveCheck::field)->passes;
-        const bool passed = passes(); // its message may outlive the form
+        const bool passed = passes(); // its message box may outlive the form
         if (left && !passed)
             left->setFocus();
         if (!left || !passed)
@@ -316,7 +316,7 @@ void Form::keyPressEvent(QKeyEvent* event)
         button = m_cancelButton;
     if (button && button->isEnabled() && !(event->modifiers() & ~Qt::KeypadModifier)) {
         event->accept();
-        // Escape gives up, and what it gives up needs no check.
+        // Escape discards, so nothing needs checking.
         if (event->key() == Qt::Key_Escape || mayReach(button))
             button->click();
         return;
@@ -339,7 +339,7 @@ void pressOncePerDoubleClick(QPushButton& button)
 {
     struct Filter : QObject {
         using QObject::QObject;
-        // Its first press may have been elsewhere, on what lay over the button and closed.
+        // The first press may have been on something that covered the button and closed.
         bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::MouseButtonDblClick; }
     };
     button.installEventFilter(new Filter(&button));
@@ -352,7 +352,7 @@ bool mayReach(const QWidget* target)
         return true;
     if (!form->mayGoTo(target))
         return false;
-    // The window's own notion of focus holds even while the window isn't the active one.
+    // A window remembers its focused control even while it isn't active.
     Form* left = formOf(target->window()->focusWidget());
     return !left || left == form || left->mayGoTo(target);
 }

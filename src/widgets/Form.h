@@ -9,54 +9,56 @@
 namespace orlo::widgets
 {
 
-/// How a form shows itself.
+/// How a form is shown.
 enum class FormKind {
-    Child,  ///< a window inside the main frame
-    Window, ///< a window of its own, fixed border, no minimise or maximise button
+    Child,  ///< a child window of the main window
+    Window, ///< a top-level window with a fixed border, without minimise and maximise buttons
 };
 
-/// A screen of the program. There is one global instance of each form class, from its first showing to its unload.
+/// A screen of the program. Each form class has one global instance, from its first showing to its unload.
 ///
-/// The load step runs once, before the form is first seen. Enter presses the default button from anywhere but another
-/// button or a multi-line box, Escape the cancel button, both only while that button is enabled. Closing the window
-/// unloads the form, without a question and without the check of any field; a grid's row that is refused keeps it open.
+/// load() runs once, before the form is first shown. Enter presses the default button, except from another button or a
+/// multi-line box; Escape presses the cancel button; each only while that button is enabled. Closing the window unloads
+/// the form without a question or any field's check; only a grid's refused row keeps it open.
 class Form : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// The form is a child of the main frame's work area, or owned by the frame as a window.
+    /// A form is either a child window of the main window or owned by it.
     explicit Form(FormKind kind);
     ~Form() override;
 
-    /// How the form shows.
+    /// How the form is shown.
     [[nodiscard]] FormKind kind() const { return m_kind; }
     /// Loads the form if it isn't loaded yet.
     void ensureLoaded();
-    /// Shows the form and returns; a form that is open already comes to the front as the user left it.
+    /// Shows the form and returns; an open form comes to the front unchanged.
     void showForm();
-    /// Shows the form and returns when it is unloaded or hidden; meanwhile it holds the input of the whole program.
+    /// Shows the form and blocks the whole program's input until it is unloaded or hidden.
     void showWaiting();
-    /// Closes the form and ends the instance. The object itself is deleted on the return to the event loop, and where a
-    /// handler of its waits for a question or a dialog, once that has returned.
+    /// Closes the form and ends the instance. The object is deleted when control returns to the event loop, or, if one
+    /// of its handlers is waiting for a question or a dialog, when that handler has returned.
     void unload();
 
-    /// True for a form whose border is fixed: it can't be sized or maximised.
+    /// True for a form that can't be resized or maximised.
     [[nodiscard]] bool hasFixedBorder() const { return m_fixedBorder; }
 
-    /// Names the window that owns all others and says how it takes a child form into its work area. Null when it goes.
+    /// Sets the main window, which owns all others, and how it takes in a child form. Pass null when the window is
+    /// destroyed.
     static void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild);
-    /// The frame; null before it is made.
+    /// The main window; null before it is created.
     [[nodiscard]] static QWidget* mainWindow();
-    /// Writes the open rows of all grids before the program ends; false, after the message, for one that is refused.
+    /// Writes the open rows of all grids before the program ends; false if one is refused, after the message.
     [[nodiscard]] static bool writeAllOpenRows();
-    /// Unloads every form that is loaded.
+    /// Unloads all loaded forms.
     static void unloadAll();
-    /// Whether the object is a form, or holds one, whose handlers may still run; it is deleted once they have returned.
+    /// Whether the object is, or contains, a form whose handlers are still running; it is deleted once they have
+    /// returned.
     [[nodiscard]] static bool putsOffDeletion(QObject& object);
 
 Q_SIGNALS:
-    /// The form is unloaded; its object goes when control is back in the event loop.
+    /// Emitted when the form is unloaded; the object is deleted later, in the event loop.
     void unloaded();
 
 protected:
@@ -67,13 +69,13 @@ protected:
     void setDefaultButton(QPushButton* button);
     void setCancelButton(QPushButton* button);
     [[nodiscard]] QPushButton* cancelButton() const { return m_cancelButton; }
-    /// Keeps the window at the size that its contents ask for.
+    /// Fixes the window's size to what its contents need.
     void setFixedBorder();
-    /// Runs the check before anything else of the form is reached after the field; a false result brings the focus back
-    /// to it.
+    /// Runs the check before anything else in the form is used after the field; if it returns false, the focus goes
+    /// back to the field.
     void setLeaveCheck(QWidget* field, std::function<bool()> check);
 
-    /// Writes the open rows of the form's grids; false, after the message, for one that is refused.
+    /// Writes the open rows of the form's grids; false if one is refused, after the message.
     [[nodiscard]] bool writeOpenRows();
 
     void closeEvent(QCloseEvent* event) override;
@@ -96,7 +98,7 @@ private:
     [[nodiscard]] bool mayGoTo(const QWidget* target);
 
     FormKind m_kind;
-    int m_depth;                    // of the event loop that its handlers run in
+    int m_depth;                    // nesting depth of the event loop that runs its handlers
     std::function<void()> m_forget; // ends the global instance
     bool m_loaded = false;
     bool m_unloading = false;
@@ -104,22 +106,21 @@ private:
     QPointer<QPushButton> m_defaultButton;
     QPointer<QPushButton> m_cancelButton;
     QList<LeaveCheck> m_leaveChecks;
-    QPointer<QWidget> m_unchecked; // the field with a check that was reached last, until the check lets go of it
+    QPointer<QWidget> m_unchecked; // the last focused field whose check hasn't passed since
 };
 
-/// Whether the widget stands in a form that is closed. Keys and presses that were on their way may still reach it.
+/// Whether the widget is in a closed form. Keys and presses already on their way may still reach it.
 [[nodiscard]] bool isInClosedForm(const QWidget& widget);
 
-/// Lets a double click press the button once. For buttons whose second press would do again what can't be undone.
+/// Makes a double click press the button once, for actions that must not run twice.
 void pressOncePerDoubleClick(QPushButton& button);
 
-/// Asks the check of the field that the target's form was in last, and of the field that has the focus. False when the
-/// focus must stay or go back there, which it then has done. The application calls it before a press or a key reaches
-/// the target; whichever way the focus went meanwhile, to another window and back included, nothing gets past the
-/// check.
+/// Runs the checks of the field last used in the target's form and of the focused field. False if a check refuses; the
+/// focus is then back in the field. The application calls this before a press or key reaches the target, so nothing
+/// gets past a check, even by way of another window.
 [[nodiscard]] bool mayReach(const QWidget* target);
 
-/// The global instance of a form class: made by the first call, gone with its unload.
+/// The global instance of a form class: created by the first call, gone after its unload.
 template <class F>
 class Instance
 {
@@ -134,13 +135,13 @@ public:
         static_cast<Form&>(form).ensureLoaded();
         return form;
     }
-    /// The instance without loading it; null when there is none.
+    /// The loaded instance; null if there is none.
     [[nodiscard]] static F* loaded() { return s_form.data(); }
-    /// Shows the form, loaded first where it isn't; see showForm().
+    /// Loads the form if necessary and shows it; see showForm().
     static void show() { get().showForm(); }
-    /// Shows the form and returns when it is closed; see Form::showWaiting().
+    /// Shows the form and waits; see Form::showWaiting().
     static void showWaiting() { get().showWaiting(); }
-    /// Unloads the form; one that isn't loaded is loaded first, its load step included.
+    /// Unloads the form; if it wasn't loaded, it is loaded first, including its load step.
     static void unload() { get().unload(); }
 
 private:

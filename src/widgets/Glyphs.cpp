@@ -53,11 +53,6 @@ void drawDot(QPainter& painter, double y)
     painter.drawLine(QPointF(12, y), QPointF(12, y + 0.1)); // one without a length isn't drawn
 }
 
-void drawDisc(QPainter& painter)
-{
-    painter.drawEllipse(QPointF(12, 12), 9.5, 9.5);
-}
-
 void drawQuestion(QPainter& painter)
 {
     QPainterPath hook(QPointF(9, 9.5));
@@ -134,25 +129,37 @@ void drawGlyph(QPainter& painter, Glyph glyph)
             painter.drawLine(QPointF(x, 3), QPointF(x, 6.5));
         break;
     case Glyph::Information:
-        drawDisc(painter);
         drawDot(painter, 7.5);
         painter.drawLine(QPointF(12, 11), QPointF(12, 17));
         break;
     case Glyph::Question:
-        drawDisc(painter);
         drawQuestion(painter);
         break;
     case Glyph::Warning:
-        strokeThrough(painter, {{12, 3}, {22, 20.5}, {2, 20.5}, {12, 3}});
         painter.drawLine(QPointF(12, 9), QPointF(12, 14));
         drawDot(painter, 17.5);
         break;
     case Glyph::Critical:
-        drawDisc(painter);
         painter.drawLine(QPointF(8.5, 8.5), QPointF(15.5, 15.5));
         painter.drawLine(QPointF(15.5, 8.5), QPointF(8.5, 15.5));
         break;
     }
+}
+
+// The ground of a message's sign, in the colours of the program's icon; the glyph stands on it in the colour returned.
+QColor drawSignGround(QPainter& painter, Glyph glyph)
+{
+    const bool isTriangle = glyph == Glyph::Warning;
+    const QColor ground = isTriangle                 ? QColor(0xee, 0xa4, 0x3c)
+                          : glyph == Glyph::Critical ? QColor(0xc9, 0x4a, 0x34)
+                                                     : QColor(0x35, 0x7f, 0x9f);
+    painter.setBrush(ground);
+    painter.setPen(QPen(ground, StrokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin)); // rounds the corners
+    if (isTriangle)
+        painter.drawPolygon(QPolygonF{{12, 3}, {22, 20.5}, {2, 20.5}});
+    else
+        painter.drawEllipse(QPointF(12, 12), 10, 10);
+    return isTriangle ? QColor(0x4a, 0x2a, 0x12) : QColor(Qt::white);
 }
 
 class GlyphEngine : public QIconEngine
@@ -163,13 +170,15 @@ public:
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
     {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        QColor ink = QGuiApplication::palette().color(group, m_role);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(rect.topLeft());
         painter->scale(rect.width() / Grid, rect.height() / Grid);
+        if (m_glyph >= Glyph::Information)
+            ink = drawSignGround(*painter, m_glyph);
         painter->setBrush(Qt::NoBrush);
-        painter->setPen(QPen(QGuiApplication::palette().color(group, m_role), StrokeWidth, Qt::SolidLine, Qt::RoundCap,
-                             Qt::RoundJoin));
+        painter->setPen(QPen(ink, StrokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         drawGlyph(*painter, m_glyph);
         painter->restore();
     }

@@ -24,13 +24,15 @@ enum class Glyph {
     Refresh,
     Close,
     Calendar,
+    // Signs of messages, on grounds of their own colour.
     Information,
     Question,
     Warning,
     Critical
 };
 
-/// A line drawing in the colour that the palette has for the role at the moment, sharp at every size.
+/// A line drawing in the colour that the palette has for the role at the moment, sharp at every size. The signs of
+/// messages have their own colours.
 [[nodiscard]] QIcon glyphIcon(Glyph glyph, QPalette::ColorRole role = QPalette::ButtonText);
 
 } // namespace orlo::widgets

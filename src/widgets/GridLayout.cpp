@@ -18,7 +18,7 @@ namespace
 constexpr int InvalidFormat = 321;
 constexpr int MaxWidth = 20000; // twips, wider than any screen
 
-// Reads one line after the other; places are counted from 1.
+// Reads line by line; columns count from 1.
 class LayoutReader
 {
 public:
@@ -197,7 +197,7 @@ StoredLayout::StoredLayout(QString fileName, GridLayout builtIn)
 {
 }
 
-// A screen reads its columns by their numbers: a column in another's place would act on the wrong record.
+// A form addresses its columns by number, so a column in the wrong place would act on the wrong record.
 GridLayout StoredLayout::read(const QString& folder)
 {
     try {

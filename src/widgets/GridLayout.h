@@ -21,22 +21,22 @@ struct GridColumn {
 ///
 /// In a file each column is a line such as
 ///     column field="Den_Title" caption="Position Title" width=3000 align=left hidden=no
-/// in which only the field must be there; '#' starts a comment, a '"' within a text is written twice.
+/// Only the field is required; '#' starts a comment, a '"' within a text is doubled.
 struct GridLayout {
     QList<GridColumn> columns;
 
-    /// Reads a layout's text. Raises 321 for what can't be read, the description naming the file, line and column.
+    /// Parses a layout. Raises 321 with the file's name, line and column.
     [[nodiscard]] static GridLayout read(const QString& text, const QString& fileName);
-    /// Reads a layout file. Raises 53 if it is missing, 75 if it can't be read, 321 as read() does.
+    /// Reads a layout file. Raises 53 if it is missing, 75 if it can't be read, and 321 as read() does.
     [[nodiscard]] static GridLayout load(const QString& path);
 };
 
-/// The layout of a screen's grid, from a file that may be missing, damaged or another grid's: then the built-in one
-/// holds, after a message, which comes once.
+/// The layout of a form's grid. If its file is missing, damaged or another grid's, a message says so once and the
+/// built-in layout is used.
 class StoredLayout
 {
 public:
-    /// The name begins with the backslash; a file counts only with the fields of the built-in layout, in its order.
+    /// The name begins with the backslash; a file must have the built-in layout's fields in the same order.
     StoredLayout(QString fileName, GridLayout builtIn);
 
     /// Reads the file in the application's folder.

@@ -7,6 +7,8 @@
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 
 namespace orlo::widgets
@@ -15,7 +17,33 @@ namespace orlo::widgets
 namespace
 {
 
-// Rows as high as those of the grids; tick boxes keep apart, too.
+// The width of a text, letter by letter: no less than what it takes once its letters are set close.
+class LetterWidths
+{
+public:
+    explicit LetterWidths(const QFont& font) : m_metrics(font) {}
+
+    int of(const QString& text)
+    {
+        int width = 0;
+        for (const QChar letter : text) {
+            if (letter.unicode() >= m_widths.size())
+                return m_metrics.horizontalAdvance(text);
+            int& known = m_widths[letter.unicode()];
+            if (known == 0)
+                known = m_metrics.horizontalAdvance(letter);
+            width += known;
+        }
+        return width;
+    }
+
+private:
+    QFontMetrics m_metrics;
+    std::array<int, 0x180> m_widths{}; // Latin letters
+};
+
+// Rows as high as those of the grids, and as wide as the widest one: the list asks for one row in place of all. Tick
+// boxes keep apart, too.
 class RowDelegate : public QStyledItemDelegate
 {
 public:
@@ -23,8 +51,16 @@ public:
 
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
-        const QSize size = QStyledItemDelegate::sizeHint(option, index);
-        return size.expandedTo(QSize(0, option.fontMetrics.height() + 2 * CellMargin));
+        LetterWidths widths(option.font);
+        int widest = 0;
+        const auto* model = index.model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            widest = std::max(widest, widths.of(model->index(row, 0).data().toString()));
+        QStyleOptionViewItem cell = option;
+        initStyleOption(&cell, index);
+        cell.text.clear();
+        const QSize rest = option.widget->style()->sizeFromContents(QStyle::CT_ItemViewItem, &cell, {}, option.widget);
+        return {rest.width() + widest, std::max(rest.height(), option.fontMetrics.height() + 2 * CellMargin)};
     }
 };
 

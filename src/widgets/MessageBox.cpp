@@ -7,8 +7,14 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPointer>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
 
 namespace orlo::widgets
 {
@@ -16,6 +22,44 @@ namespace orlo::widgets
 namespace
 {
 
+constexpr int MaxLine = 70;   // characters
+constexpr int MinWidth = 340; // pixels
+
+// The lines that the text takes at this width, 0 where one of them is too long. A long word alone can't be helped.
+int linesAt(int width, const QString& text, const QFont& font)
+{
+    int lines = 0;
+    const auto paragraphs = text.split(u'\n');
+    for (const QString& paragraph : paragraphs) {
+        QTextLayout layout(paragraph, font);
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine(), ++lines) {
+            line.setLineWidth(width);
+            const QString shown = paragraph.mid(line.textStart(), line.textLength()).trimmed();
+            if (shown.size() > MaxLine && shown.contains(u' '))
+                return 0;
+        }
+        layout.endLayout();
+    }
+    return lines;
+}
+
+// The least width at which the text takes as few lines as it can, so that they are about as long as each other.
+int textWidth(const QString& text, const QFont& font)
+{
+    const QFontMetrics metrics(font);
+    const int word = metrics.boundingRect(QRect(0, 0, 1, 1), Qt::TextWordWrap, text).width();
+    const int step = std::max(1, metrics.averageCharWidth() / 2);
+    int width = std::min(metrics.size(0, text).width(), std::max(word, MaxLine * metrics.maxWidth())) + 1;
+    while (width > word && linesAt(width, text, font) == 0)
+        width -= step;
+    const int lines = linesAt(width, text, font);
+    while (width - step > word && linesAt(width - step, text, font) == lines)
+        width -= step;
+    return std::max(width, word);
+}
+
+// Lines of a readable length, and a short text beside the middle of the sign.
 class Box : public QMessageBox
 {
 public:
@@ -26,6 +70,18 @@ public:
     }
 
 protected:
+    bool event(QEvent* event) override
+    {
+        const bool done = QMessageBox::event(event);
+        if (isVisible() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::FontChange))
+            layOut();
+        return done;
+    }
+    void showEvent(QShowEvent* event) override
+    {
+        QMessageBox::showEvent(event);
+        layOut();
+    }
     void keyPressEvent(QKeyEvent* event) override
     {
         if (m_onEscape == OnEscape::IsNo || !event->matches(QKeySequence::Cancel))
@@ -40,6 +96,25 @@ protected:
     }
 
 private:
+    // After the base class has done it in a way of its own, which it does at each request.
+    void layOut()
+    {
+        auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        const int width = textWidth(text(), label->font());
+        label->setWordWrap(true);
+        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        label->setFixedSize(
+            width, std::max(iconPixmap().deviceIndependentSize().toSize().height(), label->heightForWidth(width)));
+        layout()->activate();
+        const QSize needed = layout()->totalMinimumSize();
+        const int title = fontMetrics().horizontalAdvance(windowTitle()) + MinWidth / 4;
+        const int spare = std::max({title, MinWidth, needed.width()}) - needed.width();
+        label->setFixedWidth(width + spare); // what is left over lies to the right of the text
+        layout()->activate();
+        setFixedSize(needed + QSize(spare, 0));
+        QCoreApplication::removePostedEvents(this, QEvent::LayoutRequest);
+    }
+
     OnEscape m_onEscape;
 };
 

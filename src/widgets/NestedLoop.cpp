@@ -42,7 +42,7 @@ NestedLoop::NestedLoop()
     ++running;
 }
 
-// The handler that ran the loop returns first.
+// The handler that ran the loop must return first.
 NestedLoop::~NestedLoop()
 {
     --running;

@@ -5,8 +5,8 @@ class QObject;
 namespace orlo::widgets
 {
 
-/// An event loop that runs inside a handler, for a question, a dialog or a form that is waited for, and lasts as long
-/// as the object. What is closed meanwhile stays in memory until the handlers that may still use it have returned.
+/// An event loop within a handler that waits for a question, a dialog or a form; it lasts as long as the object. What
+/// is closed meanwhile stays in memory until the handlers that may still use it have returned.
 class NestedLoop
 {
 public:
@@ -15,9 +15,9 @@ public:
     NestedLoop(const NestedLoop&) = delete;
     NestedLoop& operator=(const NestedLoop&) = delete;
 
-    /// How many run now, one inside the other.
+    /// The number of nested loops running.
     [[nodiscard]] static int depth();
-    /// Deletes the object once no more than so many run.
+    /// Deletes the object once at most so many loops are running.
     static void deleteAtDepth(QObject& object, int depth);
 };
 

@@ -5,7 +5,7 @@
 namespace orlo::widgets
 {
 
-/// An option button that tells when it becomes the set one of its group, by the user or by the program.
+/// An option button that signals when it is selected, by the user or in code.
 class OptionButton : public QRadioButton
 {
     Q_OBJECT
@@ -14,11 +14,11 @@ public:
     explicit OptionButton(QWidget* parent = nullptr);
 
 protected:
-    /// The whole control takes a click, however short its caption is.
+    /// The whole control can be clicked, however short its caption.
     bool hitButton(const QPoint& pos) const override { return rect().contains(pos); }
 
 Q_SIGNALS:
-    /// The button is the set one now.
+    /// Emitted when the button becomes the selected one.
     void selected();
 };
 

@@ -38,7 +38,7 @@ bool RowGuard::eventFilter(QObject* watched, QEvent* event)
     }
 }
 
-// A message and an open menu are answered first; the grid keeps the focus under them.
+// Message boxes and open menus come first; the grid keeps the focus below them.
 bool RowGuard::isOutside(const QObject& watched) const
 {
     if (belongsTo(&watched, m_grid))

@@ -8,17 +8,17 @@
 namespace orlo::widgets
 {
 
-/// Has a grid's open row written before anything outside the grid acts on a press or an access key. Where the row is
-/// refused, the user is brought back to it, and what was pressed doesn't act.
+/// Has a grid's open row written before a press or an access key outside the grid acts. If the row is refused, the user
+/// is taken back to it and the press has no effect.
 class RowGuard : public QObject
 {
 public:
-    /// `writes` writes the open row, if there is one; false if it was refused.
+    /// `writes` writes the open row, if any; false if it was refused.
     RowGuard(const QWidget& grid, std::function<bool()> writes);
 
-    /// It watches while the grid has the focus.
+    /// Call with true while the grid has the focus.
     void watch(bool on);
-    /// The press that took the focus out of the grid doesn't act, if it is still to come.
+    /// Discards the press that moved the focus out of the grid, if it is still to come.
     void dropPress();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -32,7 +32,7 @@ private:
     bool m_dropping = false;
 };
 
-/// True for the widget itself and all that belongs to it, menus and boxes of its own included.
+/// True for the widget and everything that belongs to it, including its menus and dialogs.
 [[nodiscard]] bool belongsTo(const QObject* object, const QWidget& widget);
 
 } // namespace orlo::widgets

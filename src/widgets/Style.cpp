@@ -1,6 +1,8 @@
 #include "widgets/Style.h"
 
 #include "widgets/CellMargin.h"
+#include "widgets/Contrast.h"
+#include "widgets/Edges.h"
 #include "widgets/Glyphs.h"
 #include "widgets/TextBox.h"
 
@@ -10,19 +12,16 @@
 #include <QPainter>
 #include <QStyleOptionViewItem>
 
-#include <algorithm>
-#include <cmath>
-
 namespace orlo::widgets
 {
 
 namespace
 {
 
-constexpr double Readable = 4.5;  // the lowest contrast of a text
+constexpr double FaintText = 3.4; // contrast, of which thin letters keep 3
 constexpr int PaleHighlight = 30; // percent of the highlight over the ground
+constexpr int RaisedButton = 125; // percent of a button's colour, as Fusion may paint it
 // Pixels.
-constexpr int FocusFrame = 2;
 constexpr int ButtonRoom = 12; // beside a button's text, its frame included
 constexpr int CellRoom = 5;    // beside a cell's text
 
@@ -33,35 +32,16 @@ bool hasFocusWithin(const QWidget* widget)
     return focused && (focused == widget || widget->isAncestorOf(focused));
 }
 
-QColor mixed(const QColor& over, const QColor& ground, int percent)
-{
-    const auto mix = [percent](int a, int b) { return (a * percent + b * (100 - percent)) / 100; };
-    return {mix(over.red(), ground.red()), mix(over.green(), ground.green()), mix(over.blue(), ground.blue())};
-}
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF()) + 0.05;
-}
-
-bool isReadable(const QColor& text, const QColor& ground)
-{
-    const auto [dark, light] = std::minmax({luminance(text), luminance(ground)});
-    return light / dark >= Readable;
-}
-
 // The option of a highlighted row in a list without the focus.
 QStyleOptionViewItem paler(const QStyleOptionViewItem& item)
 {
     QStyleOptionViewItem pale = item;
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        const QColor ground = item.palette.color(group, QPalette::Base);
-        const QColor highlight = item.palette.color(QPalette::Active, QPalette::Highlight);
-        pale.palette.setColor(group, QPalette::Highlight, mixed(highlight, ground, PaleHighlight));
-        pale.palette.setColor(group, QPalette::HighlightedText, item.palette.color(group, QPalette::Text));
+        const QColor text = item.palette.color(group, QPalette::Text);
+        const QColor highlight = mixed(item.palette.color(QPalette::Active, QPalette::Highlight),
+                                       item.palette.color(group, QPalette::Base), PaleHighlight);
+        pale.palette.setColor(group, QPalette::Highlight, highlight);
+        pale.palette.setColor(group, QPalette::HighlightedText, text);
     }
     return pale;
 }
@@ -82,7 +62,8 @@ void Style::polish(QWidget* widget)
         keepOneLine(*box);
 }
 
-// The desktop's highlight, moved away from its text until that can be read.
+// The desktop's highlight, moved away from its text until that can be read, and its pale texts moved towards the full
+// ones until they can be made out.
 void Style::polish(QPalette& palette)
 {
     constexpr int Step = 104; // percent
@@ -90,11 +71,18 @@ void Style::polish(QPalette& palette)
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
         QColor ground = palette.color(group, QPalette::Highlight);
         const QColor text = palette.color(group, QPalette::HighlightedText);
-        const bool darken = luminance(text) > luminance(ground);
-        for (int steps = 0; steps < Step && !isReadable(text, ground); ++steps)
+        const bool darken = contrast(text, Qt::black) > contrast(ground, Qt::black);
+        for (int steps = 0; steps < Step && contrast(text, ground) < ReadableText; ++steps)
             ground = darken ? ground.darker(Step) : ground.lighter(Step);
         palette.setColor(group, QPalette::Highlight, ground);
     }
+    const auto ground = [&palette](QPalette::ColorRole role) { return palette.color(QPalette::Disabled, role); };
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(
+            QPalette::Disabled, role,
+            raised(ground(role), palette.color(QPalette::Active, role),
+                   {ground(QPalette::Window), ground(QPalette::Base), ground(QPalette::Button).lighter(RaisedButton)},
+                   FaintText));
 }
 
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const
@@ -112,6 +100,8 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
 {
     if (metric == PM_FocusFrameHMargin && qobject_cast<const QAbstractItemView*>(widget))
         return CellRoom - 1; // the delegate adds one
+    if (metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractScrollArea*>(widget))
+        return EdgeWidth;
     return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
@@ -128,13 +118,13 @@ QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const
 {
     switch (icon) {
     case SP_MessageBoxInformation:
-        return glyphIcon(Glyph::Information, QPalette::WindowText);
+        return glyphIcon(Glyph::Information);
     case SP_MessageBoxQuestion:
-        return glyphIcon(Glyph::Question, QPalette::WindowText);
+        return glyphIcon(Glyph::Question);
     case SP_MessageBoxWarning:
-        return glyphIcon(Glyph::Warning, QPalette::WindowText);
+        return glyphIcon(Glyph::Warning);
     case SP_MessageBoxCritical:
-        return glyphIcon(Glyph::Critical, QPalette::WindowText);
+        return glyphIcon(Glyph::Critical);
     default:
         return QProxyStyle::standardIcon(icon, option, widget);
     }
@@ -143,10 +133,13 @@ QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const
 {
-    if (element == CE_ItemViewItem && (option->state & State_Selected) && widget && !hasFocusWithin(widget))
+    if (element == CE_ItemViewItem && (option->state & State_Selected))
         if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
-            const QStyleOptionViewItem pale = paler(*item);
-            QProxyStyle::drawControl(element, &pale, painter, widget);
+            QStyleOptionViewItem row = widget && !hasFocusWithin(widget) ? paler(*item) : *item;
+            const auto* view = qobject_cast<const QAbstractItemView*>(widget);
+            if (view && view->selectionMode() == QAbstractItemView::SingleSelection)
+                row.state &= ~State_HasFocus; // the marked row is the current one, and needs no frame in it
+            QProxyStyle::drawControl(element, &row, painter, widget);
             return;
         }
     if (element == CE_HeaderLabel)
@@ -156,15 +149,28 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
             QProxyStyle::drawControl(element, &inner, painter, widget);
             return;
         }
+    if (element == CE_ShapedFrame)
+        if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+            frame && frame->frameShape == QFrame::StyledPanel && qobject_cast<const QAbstractScrollArea*>(widget)) {
+            QStyleOptionFrame edge = *frame;
+            const bool isView = qobject_cast<const QAbstractItemView*>(widget);
+            edge.state.setFlag(State_HasFocus, widget->hasFocus() || (isView && hasFocusWithin(widget)));
+            painter->fillRect(frame->rect.adjusted(1, 1, -1, -1), frame->palette.base());
+            paintEdge(*painter, edge);
+            return;
+        }
     QProxyStyle::drawControl(element, option, painter, widget);
-    const bool hasFocus =
-        widget && (widget->hasFocus() || (qobject_cast<const QAbstractItemView*>(widget) && hasFocusWithin(widget)));
-    if (element == CE_ShapedFrame && hasFocus && qobject_cast<const QAbstractScrollArea*>(widget)) {
-        painter->save();
-        painter->setPen(QPen(option->palette.color(QPalette::Active, QPalette::Highlight), FocusFrame));
-        painter->drawRect(option->rect.adjusted(1, 1, -1, -1));
-        painter->restore();
-    }
+}
+
+void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                               const QWidget* widget) const
+{
+    if (control == CC_ComboBox)
+        if (const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
+            paintComboBox(*painter, *box, subControlRect(control, option, SC_ComboBoxArrow, widget));
+            return;
+        }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -176,7 +182,20 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
             QProxyStyle::drawPrimitive(element, &pale, painter, widget);
             return;
         }
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    switch (element) {
+    case PE_FrameLineEdit:
+        paintEdge(*painter, *option);
+        break;
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorItemViewItemCheck:
+        paintTick(*painter, *option);
+        break;
+    case PE_IndicatorRadioButton:
+        paintRadio(*painter, *option);
+        break;
+    default:
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
 }
 
 } // namespace orlo::widgets

@@ -5,9 +5,9 @@
 namespace orlo::widgets
 {
 
-/// The look of the program, and what all controls of a kind do alike: Fusion with a highlight that can be read, a frame
-/// around the list or text that has the focus, a paler highlight in lists that haven't, room beside the texts of
-/// buttons, headings and cells, and line drawings for icons.
+/// The look of the program, and what all controls of a kind do alike: Fusion with texts that can be read and edges that
+/// can be seen on any desktop's colours, a broad edge around what has the focus, a paler highlight in lists that
+/// haven't, room beside the texts of buttons, headings and cells, and drawings of its own for icons.
 class Style : public QProxyStyle
 {
     Q_OBJECT
@@ -26,6 +26,8 @@ public:
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
 };

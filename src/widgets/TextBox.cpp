@@ -14,10 +14,10 @@ namespace orlo::widgets
 namespace
 {
 
-constexpr auto KeptOneLine = "orlo_one_line"; // the property of a box that has been seen to
+constexpr auto KeptOneLine = "orlo_one_line"; // the property of a box that keepOneLine() was called for
 constexpr auto WholeText =
-    "orlo_whole_text";       // of a box that was filled with more than it holds: all, and what it shows
-constexpr int BoxMargin = 2; // pixels at both sides of a box's text
+    "orlo_whole_text";       // of a box filled with more than it can hold: the whole text, and what is shown
+constexpr int BoxMargin = 2; // pixels on both sides of a box's text
 
 bool breaksLine(QChar c)
 {
@@ -25,7 +25,7 @@ bool breaksLine(QChar c)
            c == QChar::ParagraphSeparator;
 }
 
-// Takes the place of a text that was just typed or pasted, the cursor staying after what stood before it.
+// Replaces a text that was just typed or pasted; the cursor stays behind what was before it.
 void clean(QLineEdit& box, const QString& text)
 {
     const QString cleaned = oneLine(text);
@@ -37,7 +37,7 @@ void clean(QLineEdit& box, const QString& text)
     box.setCursorPosition(static_cast<int>(before));
 }
 
-// The text under the pointer, if the room that it has is too narrow for it.
+// The text under the pointer, if it is cut off.
 QString cutText(const QWidget& widget, const QPoint& pointer)
 {
     int room = 0;
@@ -71,7 +71,7 @@ QString cutText(const QWidget& widget, const QPoint& pointer)
 
 void fillBox(QLineEdit& box, const QString& text)
 {
-    // A box that holds the text already and nothing to undo isn't laid out again.
+    // Unless something changes or can be undone, spare the layout.
     if (box.text() != text || box.isUndoAvailable() || box.isRedoAvailable())
         box.setText(text);
     box.setCursorPosition(0);
@@ -89,7 +89,7 @@ QString oneLine(const QString& text)
 {
     QString line;
     line.reserve(text.size());
-    bool blank = false; // a line break came, and something before it
+    bool blank = false; // a line break came, after some text
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
         if (breaksLine(c)) {

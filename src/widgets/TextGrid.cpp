@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStringListModel>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
@@ -59,6 +60,7 @@ TextGrid::TextGrid(QWidget* parent) : QTableView(parent), m_model(new TextGridMo
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setMinimumSectionSize(1);
     connect(m_model, &QAbstractItemModel::headerDataChanged, this, &TextGrid::fitHeadings);
+    connect(m_model, &QAbstractItemModel::dataChanged, this, &TextGrid::fitTexts);
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] { m_heightsDue = true; });
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         setRow(index.row() + 1);
@@ -95,6 +97,7 @@ void TextGrid::setCols(int count)
     m_model->setGridCols(count);
     const int before = int(m_widths.size());
     m_widths.resize(std::size_t(count), DefaultWidth);
+    m_samples.resize(std::size_t(count));
     for (int col = before; col < count; ++col)
         setColWidth(col, DefaultWidth);
     stretch();
@@ -157,8 +160,8 @@ void TextGrid::setColWidth(int col, int twips)
 void TextGrid::fitCol(int col, const QString& text)
 {
     requireCol(col);
-    const int margins = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 2);
-    setColumnWidth(col, std::max(columnWidth(col), fontMetrics().horizontalAdvance(text) + margins));
+    m_samples[std::size_t(col)] = text;
+    widen(col, widthFor(text));
     stretch();
 }
 
@@ -240,7 +243,7 @@ void TextGrid::changeEvent(QEvent* event)
 {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        fitHeadings();
+        fitAll();
 }
 
 void TextGrid::requireRow(int row) const
@@ -275,23 +278,58 @@ void TextGrid::stretch()
     applyHeights();
 }
 
-// What a mark takes, or the longest word of the heading.
+// What the longest word of the heading takes, or a mark.
 int TextGrid::minimumWidthOf(int col) const
 {
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();
-    int width = col == 0 ? metrics.horizontalAdvance(u'X') : 0;
+    int width = 0;
     for (const QString& word : m_model->text(0, col).split(u' '))
         width = std::max(width, metrics.horizontalAdvance(word));
-    return width + 2 * (style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader()) + HeadingRoom);
+    width += 2 * (style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader()) + HeadingRoom);
+    return col == 0 ? std::max(width, widthFor(QStringLiteral("X"))) : width;
+}
+
+// As the view itself measures its cells.
+int TextGrid::widthFor(const QString& text) const
+{
+    const QStringListModel probe({text});
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    return itemDelegate()->sizeHint(option, probe.index(0)).width() + (showGrid() ? 1 : 0);
+}
+
+void TextGrid::widen(int col, int width)
+{
+    if (!isColumnHidden(col))
+        setColumnWidth(col, std::max(columnWidth(col), width));
 }
 
 void TextGrid::fitHeadings()
 {
     for (int col = 0; col < int(m_widths.size()); ++col)
-        if (!isColumnHidden(col))
-            setColumnWidth(col, std::max(columnWidth(col), minimumWidthOf(col)));
+        widen(col, minimumWidthOf(col));
     stretch();
     applyHeights();
+}
+
+// The stretched column gets what is left, and the marks of the fixed one always fit.
+void TextGrid::fitTexts(const QModelIndex& first, const QModelIndex& last)
+{
+    for (int col = std::max(1, first.column()); col <= last.column(); ++col)
+        if (col != m_stretched && !isColumnHidden(col))
+            widen(col, first.row() == last.row() ? sizeHintForIndex(first.siblingAtColumn(col)).width() + 1
+                                                 : sizeHintForColumn(col));
+    stretch();
+}
+
+void TextGrid::fitAll()
+{
+    for (int col = 0; col < int(m_samples.size()); ++col)
+        if (const QString& sample = m_samples[std::size_t(col)]; !sample.isEmpty())
+            widen(col, widthFor(sample));
+    if (m_model->rowCount() > 0)
+        fitTexts(m_model->index(0, 0), m_model->index(m_model->rowCount() - 1, cols() - 1));
+    fitHeadings();
 }
 
 // The header is as high as asked for, and higher where its wrapped headings need it.

@@ -43,16 +43,18 @@ public:
     /// Takes a row out. Raises 5 for the last one below the header: setRows(1) empties a grid.
     void removeRow(int row);
 
-    /// A column's least width in twips; a mark and each word of the heading always fit. 0 hides it.
+    /// A column's least width in twips; a mark, each word of the heading and the column's texts always fit. 0 hides it.
     void setColWidth(int col, int twips);
-    /// Widens a column where the text would be cut off in it.
+    /// Gives a column room for a text that it may come to hold, at any size of letters.
     void fitCol(int col, const QString& text);
     /// A row's least height in twips; its text always fits.
     void setRowHeight(int row, int twips);
     /// Aligns the texts of a column.
     void setColAlignment(int col, Qt::Alignment alignment);
-    /// The column that takes the width that the others leave.
+    /// The column that takes the width that the others leave; in it alone a long text is cut off.
     void setStretchColumn(int col);
+    /// That column, -1 for none.
+    [[nodiscard]] int stretchColumn() const { return m_stretched; }
 
     /// Holds the picture while the grid is filled. Calls nest; the last setRedraw(true) shows all changes at once.
     void setRedraw(bool on);
@@ -73,12 +75,17 @@ private:
     void requireCol(int col) const;
     void makeCurrent(int row);
     [[nodiscard]] int minimumWidthOf(int col) const;
+    [[nodiscard]] int widthFor(const QString& text) const;
+    void widen(int col, int width);
     void fitHeadings();
+    void fitTexts(const QModelIndex& first, const QModelIndex& last);
+    void fitAll();
     void stretch();
     void applyHeights();
 
     TextGridModel* m_model;
-    std::vector<int> m_widths; // twips
+    std::vector<int> m_widths;      // twips
+    std::vector<QString> m_samples; // the widest texts that the columns are to hold
     int m_stretched = -1;
     int m_headerHeight = 0;   // twips, the least that was asked for
     bool m_heightsDue = true; // the headings or their room changed since the header's height was found

@@ -2,7 +2,7 @@
 // and change rows: the file's tables, texts of queries and journal stay as they are. The same bytes also choose an
 // expression, written with as few brackets as the dialect's precedence allows, whose value is reckoned here as well.
 #include "platform/RuntimeError.h"
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 #include "store/schema/Schema.h"
 
 #include <QTemporaryDir>
@@ -169,7 +169,7 @@ private:
                 order = a.toDate() < b.toDate() ? -1 : a.toDate() == b.toDate() ? 0 : 1;
         } else if (left.kind == right.kind && either(Kind::Text)) {
             if (const Value a = textOf(left), b = textOf(right); !a.isNull() && !b.isNull())
-                order = store::compareText(a.toText(), b.toText());
+                order = platform::compareText(a.toText(), b.toText());
         } else if (const Number a = numberOf(left), b = numberOf(right); a && b)
             order = *a < *b ? -1 : *a == *b ? 0 : 1;
         if (order)

@@ -18,8 +18,8 @@ QMainWindow& frame()
     return mdiPendrake::instance();
 }
 
-// The box or dialog that waits, or the active window, in the frame the active child window first. While a list of a
-// box is open, no window may be the active one.
+// The modal box or dialog, or else the active window; within the frame, the active child window first. While a combo
+// box's list is open, no window may be active.
 QWidgetList workedOn()
 {
     QWidget* active = QApplication::activeWindow();
@@ -31,7 +31,7 @@ QWidgetList workedOn()
     return child ? QWidgetList{child, &frame()} : QWidgetList{&frame()};
 }
 
-// A list without a frame is wholly covered by its own rows.
+// A list without a frame is covered completely by its own rows.
 bool isInSight(const QWidget& widget)
 {
     const auto* area = qobject_cast<const QAbstractScrollArea*>(&widget);
@@ -55,11 +55,11 @@ QMessageBox* messageBox()
 
 using Place = std::optional<QPoint>;
 
-// A window that has just come up, or is being moved, may still be elsewhere than the program believes.
+// A window that has just appeared, or is being moved, may not yet be where the program believes.
 bool standsWhereItSeems(const QWidget& window)
 {
     return (placeOfWindow(window.winId()) - window.mapToGlobal(QPoint()) * window.devicePixelRatio())
-               .manhattanLength() <= 2; // it rounds
+               .manhattanLength() <= 2; // rounding
 }
 
 Place middle(const QWidget* widget, QRect part)
@@ -155,7 +155,7 @@ void click(const std::function<Place()>& find, unsigned button = 1, int times = 
 {
     Place before;
     Place place = await(find);
-    while (place && place != before) { // what has just come up may still take its place
+    while (place && place != before) { // what has just appeared may still move
         moveTo(*place);
         before = std::exchange(place, await(find));
     }
@@ -252,7 +252,7 @@ bool closeOne()
     auto* modal = QApplication::activeModalWidget();
     if (auto* dialog = qobject_cast<QDialog*>(modal))
         dialog->done(QMessageBox::No);
-    else if (auto* form = qobject_cast<widgets::Form*>(modal)) // which may tell something once more
+    else if (auto* form = qobject_cast<widgets::Form*>(modal)) // it may show another message
         QMetaObject::invokeMethod(form, &widgets::Form::unload, Qt::QueuedConnection);
     return modal != nullptr;
 }

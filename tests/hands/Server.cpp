@@ -16,30 +16,30 @@ Display* server = nullptr;
 
 constexpr int CorePointer = 2; // the server's number for the pointer that all mice move
 
-// Counts the events that the program gets, by X's numbers, before it does anything about them. The server tells of the
-// mouse twice: of the device at once, and of the pointer, which is what Qt goes by, as soon as the window manager,
-// which looks at each press first, lets it through.
+// Counts the events that the program receives, by X event number, before it handles them. The server reports the mouse
+// twice: for the device at once, and for the core pointer, which Qt uses, once the window manager has seen the press
+// and let it through.
 struct Counter : QAbstractNativeEventFilter {
     std::atomic<int> of[LASTEvent] = {};
 
     bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override
     {
         const auto* bytes = static_cast<const unsigned char*>(message);
-        const int type = bytes[0] & 0x7F; // the first bit tells of events that another client sent
+        const int type = bytes[0] & 0x7F; // the top bit marks events sent by another client
         const int number = type == GenericEvent ? bytes[8] | bytes[9] << 8 : type;
         const bool devices = type == GenericEvent && (bytes[10] | bytes[11] << 8) != CorePointer;
-        if (number < LASTEvent && !devices) // extensions' events have numbers beyond
+        if (number < LASTEvent && !devices) // extensions' events have higher numbers
             ++of[number];
         return false;
     }
 } counter;
 
-// A tip that comes up under the pointer would take the next click.
+// A tool tip that appears under the pointer would take the next click.
 struct NoTips : QObject {
     bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::ToolTip; }
 } noTips;
 
-// Does something with the server and returns when the program has got that many more events of the type.
+// Does something through the server and returns when the program has received that many more events of the type.
 template <class Action>
 void send(int type, int count, const Action& action)
 {
@@ -50,7 +50,7 @@ void send(int type, int count, const Action& action)
         expect(!end.hasExpired(), "the program gets no event");
 }
 
-// The key last, before it those that are held meanwhile.
+// The key last, its modifiers before it.
 QList<KeySym> keysOf(const QString& word)
 {
     static const QMap<QString, QString> sided{{"Shift", "Shift_L"}, {"Control", "Control_L"}, {"Alt", "Alt_L"}};
@@ -105,7 +105,7 @@ void strike(const QString& word)
 void hold(const QString& word)
 {
     const QList<KeySym> keys = keysOf(word);
-    QThread::msleep(5); // no hand is back on a key within the moment in which it let it go
+    QThread::msleep(5); // a hand doesn't press a key again the moment it was released
     send(KeyPress, static_cast<int>(keys.size()) + 9, [&] {
         for (const KeySym key : keys)
             change(key, true);
@@ -144,20 +144,20 @@ void burst(const QStringList& words, int gap)
     }
     hold({});
     XSync(server, False);
-    QThread::msleep(60); // for the window manager, which has the last word on where keys and presses go
+    QThread::msleep(60); // for the window manager, which has the last word on the focus
     settle();
 }
 
 void type(const QString& text)
 {
     for (const QChar letter : text) {
-        const KeySym key = letter.unicode(); // those of Latin-1 are their own names
+        const KeySym key = letter.unicode(); // latin-1 codes are their own key symbols
         const bool plain = XkbKeycodeToKeysym(server, XKeysymToKeycode(server, key), 0, 0) == key;
         strikeKeys(plain ? QList<KeySym>{key} : QList<KeySym>{XK_Shift_L, key});
     }
 }
 
-// Comes from a little way off, so that two clicks are a double click only where the script says so.
+// Approaches from a little way off, so that two clicks are a double click only where the script says so.
 void moveTo(QPoint place)
 {
     const QPoint away(place.x() < DisplayWidth(server, 0) / 2 ? 23 : -23,
@@ -186,7 +186,7 @@ WId focusOfServer()
     return window;
 }
 
-// The window manager tells of the focus last; until it has, it may still be moving it.
+// The window manager reports the focus last; until then it may still be moving it.
 WId activeOfManager()
 {
     Atom type = 0;

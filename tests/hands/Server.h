@@ -7,7 +7,7 @@
 namespace orlo::test
 {
 
-/// Has the question answered in the program's own thread, in whatever event loop that is.
+/// Evaluates the question in the program's own thread, whichever event loop is running.
 template <class F>
 auto ask(const F& question)
 {
@@ -17,7 +17,7 @@ auto ask(const F& question)
     return answer;
 }
 
-/// Asks until the answer is one, 5 seconds at most.
+/// Repeats the question until the answer is true, for at most 5 seconds.
 template <class F>
 auto await(const F& question)
 {
@@ -28,14 +28,14 @@ auto await(const F& question)
     return answer;
 }
 
-/// Raises std::runtime_error with the text where it isn't so.
+/// Raises std::runtime_error with the text if the condition is false.
 inline void expect(bool good, const QString& what)
 {
     if (!good)
         throw std::runtime_error(what.toStdString());
 }
 
-/// Returns when the program has nothing left to do but to wait.
+/// Returns when the program is idle.
 inline void settle()
 {
     for (int i = 0; i < 3; ++i) {
@@ -45,8 +45,8 @@ inline void settle()
     }
 }
 
-/// The connection to the X server, with which the person works: open while it lives. All calls below need one, and
-/// raise std::runtime_error where the program doesn't get an event within ten seconds.
+/// A connection to the X server, which supplies mouse and keyboard: open while the object lives. All functions below
+/// need one, and raise std::runtime_error if the program doesn't receive an event within ten seconds.
 class Server
 {
 public:
@@ -56,28 +56,28 @@ public:
 
 /// Whether the word names keys as X does, "Alt+s".
 [[nodiscard]] bool areKeys(const QString& word);
-/// Presses and releases the keys of such a word.
+/// Presses and releases a word's keys.
 void strike(const QString& word);
-/// Holds the last of the keys until it came ten times.
+/// Holds the last key until it has come ten times.
 void hold(const QString& word);
-/// Types a text of Latin-1.
+/// Types a Latin-1 text.
 void type(const QString& text);
 
-/// Strikes one after the other, so many milliseconds apart, whatever the program does meanwhile; a word that names no
-/// keys clicks where the pointer is. Keys that two neighbours have in common before their last ones are held between.
+/// Strikes words one after the other, this many milliseconds apart, whatever the program does meanwhile; a word that
+/// names no keys clicks at the pointer. Modifiers that two neighbouring words share are held in between.
 void burst(const QStringList& words, int gap);
 
-/// Moves the pointer, in the screen's own pixels.
+/// Moves the pointer, in screen pixels.
 void moveTo(QPoint place);
-/// Presses and releases a button of the mouse, from 1 on; 4 and 5 are the wheel's up and down.
+/// Presses and releases a mouse button, from 1; 4 and 5 are wheel up and down.
 void press(unsigned button, int times);
 
-/// The window that the server gives the keys, and the one that the window manager says to be active.
+/// The window with the server's keyboard focus, and the window manager's active one.
 [[nodiscard]] WId focusOfServer();
 [[nodiscard]] WId activeOfManager();
-/// Where the window stands, in the screen's own pixels.
+/// The window's position in screen pixels.
 [[nodiscard]] QPoint placeOfWindow(WId window);
-/// As the window manager does for the button in a window's frame.
+/// Closes a window as the button in its frame does.
 void closeByFrame();
 
 } // namespace orlo::test

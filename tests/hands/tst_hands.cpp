@@ -19,7 +19,7 @@ private Q_SLOTS:
     void hands() { QCOMPARE(afterHands(), test::cell("result").trimmed()); }
 
 private:
-    // What the file holds once the hands have done the row's script, or what went otherwise.
+    // The file's contents after the row's script, or what failed.
     static QString afterHands()
     {
         const auto [script, query] = test::cells("script", "query");

@@ -27,7 +27,7 @@ Child child()
     return {F::staticMetaObject.className(), widgets::Instance<F>::show, widgets::Instance<F>::unload};
 }
 
-// Scrolls whatever holds the widget until it can be seen, as far as that goes.
+// Scrolls a widget into view, as far as possible.
 void bring(const QWidget& widget)
 {
     for (auto* holder = widget.parentWidget(); holder; holder = holder->parentWidget()) {
@@ -42,7 +42,7 @@ void bring(const QWidget& widget)
     }
 }
 
-// What of a window doesn't lie on the screen and isn't reached by scrolling.
+// The parts of a window that are off the screen and can't be scrolled to.
 QStringList faultsOf(QWidget& shown)
 {
     QStringList faults;
@@ -62,7 +62,7 @@ QStringList faultsOf(QWidget& shown)
 
 } // namespace
 
-// At the screen, scale and size of font with which the process runs.
+// Uses the process's screen, scale and font size.
 class tst_sweep : public QObject
 {
     Q_OBJECT
@@ -91,8 +91,8 @@ private Q_SLOTS:
         QCOMPARE(faults.join(", "), QString());
     }
 
-    // Each child window opened while another one is normal, minimised or maximised. With seven windows, a round for
-    // each length of step comes to all pairs.
+    // Opens each child window while another one is normal, minimised or maximised. With seven windows, one round per
+    // step length covers all pairs.
     void everyPair()
     {
         const test::AppFolder folder;
@@ -115,7 +115,7 @@ private Q_SLOTS:
                     forms[next].show();
                     settle();
                     QStringList found;
-                    (void)QTest::qWaitFor( // a window takes its place once its contents have been shown
+                    (void)QTest::qWaitFor( // a window moves into place after its contents are shown
                         [&] {
                             auto* window = area.currentSubWindow();
                             const bool framed = window->widget()->y() > 0;

@@ -14,8 +14,8 @@ using namespace orlo;
 using test::ask;
 using test::expect;
 
-// Somebody who doesn't look: events chosen by a seed over all windows, many of them before the program has dealt with
-// the one before. What may end the program by its own rules (a date that is none, a find under "All") isn't chosen.
+// A user who doesn't look: random events, by a seed, over all windows, many of them before the program has handled the
+// one before. Events that may rightly end the program (an invalid date, a find under "All") aren't chosen.
 namespace
 {
 
@@ -51,7 +51,7 @@ QMainWindow& frame()
     return mdiPendrake::instance();
 }
 
-// The window that is worked on: what waits, or the child window in front.
+// The window in use: the modal one, or the child window in front.
 QWidget* front()
 {
     if (QWidget* active = QApplication::activeWindow(); active && active != &frame())
@@ -74,7 +74,7 @@ bool questionIsUp()
     return box && box->button(QMessageBox::Yes);
 }
 
-// The tables by row, without what follows from another record's deletion.
+// The tables' rows, without what follows from deleting another record.
 QMap<QString, QString> contents()
 {
     QMap<QString, QString> rows;
@@ -101,7 +101,7 @@ int differences(const QMap<QString, QString>& a, const QMap<QString, QString>& b
     return count;
 }
 
-// Row n of the list is record n, and a record that nobody changed shows as it is stored.
+// Row n of the list must be record n, and an unchanged record must be shown as stored.
 template <class F>
 QString personFault(const QString& noun, const char* listName, bool cancelled)
 {
@@ -127,7 +127,7 @@ QString personFault(const QString& noun, const char* listName, bool cancelled)
 struct Walk {
     QRandomGenerator random;
     int steps = 0;
-    bool cancelled = false; // what was typed may stay on the screen until the next record shows
+    bool cancelled = false; // typed texts may stay on the screen until the next record is shown
     QStringList burst;
 
     template <class List>
@@ -136,7 +136,7 @@ struct Walk {
         return list[random.bounded(int(list.size()))];
     }
 
-    // Answers what is asked; how often with Yes.
+    // Answers all questions; returns how often the answer was Yes.
     int answer()
     {
         int yes = 0;
@@ -173,7 +173,7 @@ struct Walk {
         test::press(name.startsWith("com") ? 5 : 1, times);
     }
 
-    // A letter may go wherever the focus is; it is kept out of dates, and out of grids that refuse what is none.
+    // Letters are typed wherever the focus is, except into dates and grids that refuse them.
     bool takesLetters()
     {
         return ask([] {
@@ -218,7 +218,7 @@ struct Walk {
         const int gap = random.bounded(4) == 0 ? 0 : random.bounded(300);
         burst += strokes.join(',') + '/' + QString::number(gap);
         cancelled = cancelled || strokes.contains("Escape") || burst.contains("cmdCancel");
-        std::fprintf(stderr, "%s\n", qPrintable(burst.join(' '))); // how it came to what may end the program
+        std::fprintf(stderr, "%s\n", qPrintable(burst.join(' '))); // shows what led to a crash
         if (!strokes.isEmpty())
             test::burst(strokes, gap);
         steps += int(burst.size() + strokes.size());
@@ -235,7 +235,7 @@ struct Walk {
         expect(changed <= writes, QString("%1 rows are other than before").arg(changed));
     }
 
-    // A new record that is neither saved nor cancelled, but left, must be given up before anything else is saved.
+    // A new record that was neither saved nor cancelled must be given up before anything else is saved.
     void settleNewRecord()
     {
         const bool left = ask([] {
@@ -289,7 +289,7 @@ struct PackFolder : test::AppFolder {
     }
 };
 
-// Opens the screen anew over the whole pack, with a change in its first field.
+// Opens the screen again on the whole pack and changes its first field.
 void openChanged(const QString& command)
 {
     ask([&] {
@@ -308,8 +308,8 @@ void openChanged(const QString& command)
         test::strike("q");
 }
 
-// But for those that open a report's window beside the one that asked, which of the two gets a key is the desktop's
-// say.
+// Without the keys that open a report's window, since the window manager decides whether that or the screen gets the
+// next key.
 QStringList accessKeys(const QString& command)
 {
     openChanged(command);
@@ -323,7 +323,7 @@ QStringList accessKeys(const QString& command)
     });
 }
 
-// What is asked, shown and stored then, and stored once nothing is asked any more.
+// What is asked, shown and stored, and then stored once everything has been answered.
 QString afterChord(const QString& command, const QString& first, const QString& second, int gap)
 {
     openChanged(command);
@@ -356,7 +356,8 @@ class tst_walk : public QObject
 private Q_SLOTS:
     void initTestCase() { QVERIFY(test::showFrame()); }
 
-    // Two access keys while Alt is held: however soon the second comes, all is as if the program had been waited for.
+    // Two access keys while Alt is held: however soon the second comes, the result must be as if the program had been
+    // idle.
     void chords_data()
     {
         QTest::addColumn<QString>("command");

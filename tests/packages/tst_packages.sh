@@ -54,7 +54,13 @@ cp "$here/a folder/orlo" "$here/program"
 cp "$here/program" "$here/a folder/orlo"
 complete "$here/a folder"
 "$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
-for program in orlo orlo-db orlo-jet orlo-pdf.so; do # its own Qt and database engine
+"$here/a folder/orlo-db" import --dry-run "$here/a folder/sample-pack/Quorrel11_Backup" "$here/a folder/sample-pack/templates" | grep -q '^Scouts: 0 would'
+"$here/a folder/orlo-report" "$here/a folder/sample-pack/Quorrel11_Backup" "$here/a folder/AwardListing.rpt" --pdf "$here" | grep -q 'in all$'
+[ -s "$here/AwardListing.pdf" ] && [ -s "$here/a folder/man/orlo-db.1" ]
+for program in orlo-db orlo-report; do # what can't be said is a failure
+    [ -c /dev/full ] && ! "$here/a folder/$program" --help >/dev/full 2>"$here/log" && grep -q 'standard output' "$here/log"
+done
+for program in orlo orlo-db orlo-report orlo-jet orlo-pdf.so; do # its own Qt and database engine
     [ -z "$(ldd "$here/a folder/$program" | grep -E 'libQt6|sqlite|mdb|qpdf' | grep -v "=> $here/a folder/lib/" || :)" ]
 done
 if command -v Xvfb >/dev/null; then
@@ -66,6 +72,20 @@ fi
 for kind in sample empty; do "$here/a folder/orlo-db" check "$here/a folder/$kind-pack/Quorrel11_Backup" >/dev/null; done
 "$here/a folder/orlo-db" check "$here/a folder/sample-pack/version-1.0/Quorrel.mdb" | grep -q '1043 Assigned_Awards_Scouts'
 [ ! -e "$build/app/manual" ] || [ -s "$here/a folder/manual/index.html" ]
+while IFS='|' read -r words page; do # what somebody would look for in the manual, and where it is told
+    [ ! -e "$build/app/manual" ] ||
+        awk -v words="$words" -v page="[\"$page" 'index($0, page) == 1 { n = split(words, word, " "); hits = 0
+            for (i = 1; i <= n; i++) hits += index(tolower($0), word[i]) > 0
+            if (hits == n) found = 1 } END { exit !found }' "$here/a folder/manual/sections.js"
+done <<'END'
+uninstall|remove.html
+crash|surprises.html
+labels|rosters.html#phone-list
+phone list|rosters.html#phone-list
+import|from-spreadsheet.html
+excel|from-spreadsheet.html
+csv|from-spreadsheet.html
+END
 
 # A newer archive, unpacked over the used folder.
 mkdir "$here/newer"
@@ -83,8 +103,8 @@ dpkg-deb -x "$here"/orlo_*.deb "$here/root"
 export XDG_DATA_HOME="$here/the data"
 launcher=$here/root/usr/bin/orlo given=$here/root/usr/lib/orlo user=$XDG_DATA_HOME/orlo
 "$here/root/usr/bin/orlo-db" check "$given/Quorrel11.mdb" | grep -q 'sound$'
-[ -s "$here/root/usr/share/man/man1/orlo-db.1.gz" ]
-[ -z "$(readelf -d "$given/orlo" "$here/root/usr/bin/orlo-db" | grep -E 'R(UN)?PATH' || :)" ] # the system's libraries
+[ -s "$here/root/usr/share/man/man1/orlo-db.1.gz" ] && [ -s "$here/root/usr/share/man/man1/orlo-report.1.gz" ]
+[ -z "$(readelf -d "$given/orlo" "$here"/root/usr/bin/orlo-{db,report} | grep -E 'R(UN)?PATH' || :)" ] # the system's libraries
 [ -z "$(command -v appstreamcli || :)" ] || appstreamcli validate --no-net "$here"/root/usr/share/metainfo/*.xml >"$here/log"
 [ -z "$(command -v desktop-file-validate || :)" ] ||
     desktop-file-validate "$here/root/usr/share/applications/orlo.desktop" "$here/a folder/Start ORLO.desktop"
@@ -92,6 +112,18 @@ starts "$user" "$launcher"
 complete "$user"
 [ ! -e "$build/app/manual" ] || [ -s "$user/manual/index.html" ]
 [ -s "$user/sample-pack/Quorrel11_Backup" ]
+
+# Where the user's folder can't be made or run, one box tells why, and nothing starts.
+timeout 3 "$given/orlo-notice" box 2>"$here/log" || [ $? -eq 124 ] # the box waits
+mv "$given/orlo-notice" "$here" && printf '#!/bin/sh\necho "box: $1"\n' >"$given/orlo-notice" && chmod +x "$given/orlo-notice"
+stays_away() { # stays_away XDG_DATA_HOME WORDS
+    [ "$(XDG_DATA_HOME=$1 timeout 60 "$launcher" 2>"$here/log" | grep -cE "^box:|$2")" -eq 2 ]
+}
+stays_away "$given/orlo" 'Not a directory'
+chmod -x "$user/orlo"
+stays_away "$XDG_DATA_HOME" 'noexec'
+chmod +x "$user/orlo"
+mv "$here/orlo-notice" "$given"
 
 # A newer package brings another program and another report: what the user has changed stays, the rest follows.
 (cd "$given" && eval "$newer")
@@ -104,5 +136,5 @@ stays_changed "$user" "$given"
 XDG_DATA_HOME="$here/second" user="$here/second/orlo"
 mkdir -p "$user" && touch "$user/quorrel.MDB"
 [ "$(for _ in {1..8}; do timeout 60 "$launcher" & done; wait)" = "$(printf 'newer\n%.0s' {1..8})" ]
-diff -r -x .package -x '*.[mM][dD][bB]' "$given" "$user"
+diff -r -x .package -x orlo-notice -x '*.[mM][dD][bB]' "$given" "$user"
 [ ! -e "$user/Quorrel11.mdb" ]

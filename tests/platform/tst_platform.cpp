@@ -23,7 +23,7 @@ class tst_platform : public QObject
 private Q_SLOTS:
     void dates_data()
     {
-        // read: in the short form, empty for no date
+        // read: the short form, empty if it isn't a date
         test::tableOf({"text", "read"}, "platform/platform_dates.txt");
         QTest::newRow("blanks") << QString(" 6 / 7 / 2004 ") << QString("6/7/2004");
         for (const char* none : {"", " ", "6", "2004", "13/1/2001", "2/30/2001", "2/29/2001", "0/1/2001", "1/0/2001",
@@ -38,12 +38,12 @@ private Q_SLOTS:
         const auto read = readDate(text);
         QTEST(read ? shortDate(*read) : QString(), "read");
         QCOMPARE(isDate(text), read.has_value());
-        if (read) // what a date is shown as reads back as the same date
+        if (read) // a date as shown must read back as the same date
             QVERIFY(readDate(shortDate(*read)) == read && readDate(longDate(read->date))->date == read->date);
         setToday({});
     }
 
-    // What val() reads, whether readNumber() takes the text, and what leadingDigits() reads.
+    // What val() reads, whether readNumber() accepts the text, and what leadingDigits() reads.
     void numbers_data() { test::tableOf({"text", "leading", "whole", "digits"}, "platform/platform_numbers.txt"); }
     void numbers()
     {
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
     }
 
-    /// All, or a failure with the device's own words, however little it takes at a time.
+    /// All bytes arrive, or the failure has the device's words, however little it takes at a time.
     void writesAll_data()
     {
         test::table({"once", "room", "taken"}, "7 | 999 | 100\n7 | 50 | 50 full\n7 | 0 | 0 full\n0 | 9 | 0 full");

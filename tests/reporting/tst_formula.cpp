@@ -1,6 +1,6 @@
+#include "platform/Text.h"
 #include "reporting/Formula.h"
 #include "reporting/Selection.h"
-#include "store/engine/Text.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -127,8 +127,8 @@ private Q_SLOTS:
             for (const QString& b : texts) {
                 const auto sign = [](int order) { return order < 0 ? -1 : int(order > 0); };
                 const QString what = a + " " + b;
-                QCOMPARE(what + QString::number(sign(store::sortKey(a).compare(store::sortKey(b)))),
-                         what + QString::number(sign(store::compareText(a, b))));
+                QCOMPARE(what + QString::number(sign(platform::sortKey(a).compare(platform::sortKey(b)))),
+                         what + QString::number(sign(platform::compareText(a, b))));
             }
     }
 };

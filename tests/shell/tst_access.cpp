@@ -1,9 +1,8 @@
 #include "support/Main.h"
 #include "support/Windows.h"
+#include "widgets/Contrast.h"
 
 #include <QtWidgets/QtWidgets>
-
-#include <cmath>
 
 using namespace orlo;
 
@@ -48,12 +47,6 @@ void addNameless(QAccessibleInterface& part, QStringList& faults)
     for (int i = 0; i < part.childCount(); ++i)
         if (auto* child = part.child(i); child && child->role() != A::Cell)
             addNameless(*child, faults);
-}
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](double part) { return std::pow((part + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF()) + 0.05;
 }
 
 // Everything that is wrong with a window as it stands.
@@ -107,9 +100,9 @@ QStringList faultsOf(QWidget& form)
                                            {P::Text, P::AlternateBase},
                                            {P::HighlightedText, P::Highlight},
                                            {P::ButtonText, P::Button}}) {
-            const auto [dark, light] = std::minmax({luminance(widget->palette().color(P::Active, text)),
-                                                    luminance(widget->palette().color(P::Active, ground))});
-            expect(light / dark >= 4.5, "contrast", widget);
+            expect(widgets::contrast(widget->palette().color(P::Active, text),
+                                     widget->palette().color(P::Active, ground)) >= widgets::ReadableText,
+                   "contrast", widget);
         }
     }
     addNameless(*QAccessible::queryAccessibleInterface(&form), faults);

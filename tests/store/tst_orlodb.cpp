@@ -77,6 +77,9 @@ private Q_SLOTS:
     {
         QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
         QCOMPARE(rows("Select Count(*) From Dens"), "7");
+        // The templates of lists hold nothing but headings, which an import understands.
+        const Run run = orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"});
+        QCOMPARE(run.said.count(": 0 would be added, 0 there already\n"), 12);
         QCOMPARE(rows("Select Distinct Insignia_Type From Insignias").count(u';'), 8);
         for (const char* wrong :
              {"Assigned_Awards_Scouts Where Scout_SID Not In (Select Scout_SID From Scouts)",
@@ -187,9 +190,49 @@ private Q_SLOTS:
         const Run incomplete = orloDb({"repair", out()});
         QCOMPARE(incomplete.status, 3);
         QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
-        for (const QStringList& wrong :
-             {QStringList{}, {"check"}, {"check", out(), "--format", "1.0"}, {"mend", out()}})
-            QCOMPARE(orloDb(wrong).status, 2);
+    }
+
+    void usage_data() { test::tableOf({"arguments", "status", "says"}, "store/orlodb/usage.txt"); }
+    void usage()
+    {
+        const Run run = orloDb(test::cell("arguments").replace("OUT", out()).split(u' ', Qt::SkipEmptyParts));
+        QCOMPARE(run.status, test::cell("status").toInt());
+        QCOMPARE((run.status == 0 ? run.said : run.errors).section(u'\n', 0, 0), test::cell("says"));
+        QCOMPARE(run.errors.contains("Usage: "), run.status == 2);
+        QCOMPARE(made(), QStringList());
+    }
+
+    // The small pack's file gets the rows while another connection has it open. A trial tells the same and does
+    // nothing.
+    void imports_data() { test::cases({"files", "said", "select", "rows"}, "store/orlodb/import.txt"); }
+    void imports()
+    {
+        QCOMPARE(orloDb({"new", out()}).errors, QString());
+        sqlite(out(), contents(ORLO_SOURCE_DIR "/tests/support/pack.sql"));
+        for (const QString& file : test::cell("files").split("# ", Qt::SkipEmptyParts)) {
+            const QString text = file.section(u'\n', 1);
+            const bool wide = file.startsWith("UTF-16 ");
+            const QByteArray units(reinterpret_cast<const char*>(text.utf16()), 2 * text.size());
+            orlo::test::write(csv(file.section(u'\n', 0, 0).section(u' ', -1)),
+                              wide ? "\xFF\xFE" + units : text.toUtf8());
+        }
+        Database database = DBEngine::openDatabase(out());
+        Recordset open = database.openRecordset("Select * From Adults Where Adult_SID = 1");
+        const QByteArray before = contents(out());
+        const Run trial = orloDb({"import", "--dry-run", out(), csv()});
+        QVERIFY(contents(out()) == before && made() == QStringList("new.mdb"));
+        const Run run = orloDb({"import", out(), csv()});
+        QCOMPARE(QString(run.said + run.errors).replace(csv(), "FOLDER").trimmed(), test::cell("said").trimmed());
+        QCOMPARE(QString(trial.said).replace("would be added", "added"),
+                 run.said + (run.status == 0 ? "Nothing was changed.\n" : ""));
+        QCOMPARE(trial.errors, run.errors);
+        QCOMPARE(run.status, run.errors.isEmpty() ? 0 : 1);
+        QVERIFY(run.status == 0 || contents(out()) == before);
+        QCOMPARE(rows(test::cell("select")), test::cell("rows").trimmed());
+        open.edit();
+        open.setValue(u"City", QString("Bern"));
+        open.update();
+        QCOMPARE(rows("Select City From Adults Where Adult_SID = 1"), "Bern");
     }
 
 private:

@@ -3,6 +3,7 @@
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 using namespace orlo;
@@ -46,6 +47,32 @@ private Q_SLOTS:
                 QCOMPARE(seen, wanted);
             }
         }
+    }
+
+    // The manual's page about the file has all tables with all fields.
+    void manualPage()
+    {
+        static const QMap<FieldType, QString> kinds = {
+            {FieldType::Boolean, "yes/no"},    {FieldType::Integer, "whole number"},
+            {FieldType::Long, "whole number"}, {FieldType::Double, "number"},
+            {FieldType::Date, "date"},         {FieldType::Memo, "long text"}};
+        static const QRegularExpression row("^\\| (`[^`]+` \\| [^|]+) \\|", QRegularExpression::MultilineOption);
+        const QString page = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/docs/manual/database-file.md"));
+        QStringList tables = page.section("## Tables", 1).section("## Stored queries", 0, 0).split("### ").mid(1);
+        for (const TableDef& table : schema::tables()) {
+            QStringList wanted = {table.name()};
+            for (const Field& field : table.fields())
+                wanted += "`" + field.name + "` | " + kinds.value(field.type, "text, " + QString::number(field.size));
+            QStringList told;
+            for (const QString& one : std::as_const(tables))
+                if (one.section(u'\n', 0, 0) == table.name()) {
+                    told = QStringList(table.name());
+                    for (const auto& match : row.globalMatch(one))
+                        told += match.captured(1);
+                }
+            QCOMPARE(told, wanted);
+        }
+        QCOMPARE(std::size(schema::tables()), std::size(tables));
     }
 
     void storedQueries()

@@ -1,5 +1,6 @@
 #include "platform/RuntimeError.h"
 #include "store/opening/OpenFile.h"
+#include "store/repair/Repair.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"

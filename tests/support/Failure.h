@@ -7,7 +7,7 @@
 namespace orlo::test
 {
 
-/// What an action fails with; nothing if it doesn't fail.
+/// The failure that an action raises; nothing if it raises none.
 template <class Error = platform::RuntimeError, class Action>
 std::optional<Error> failureOf(const Action& action)
 {
@@ -19,7 +19,7 @@ std::optional<Error> failureOf(const Action& action)
     return {};
 }
 
-/// The number that an action fails with, 0 if it doesn't fail.
+/// The number of the failure that an action raises; 0 if it raises none.
 template <class Action>
 int failureNumber(const Action& action)
 {

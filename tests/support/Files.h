@@ -7,14 +7,14 @@
 namespace orlo::test
 {
 
-/// A file's bytes; "none" where there is no file.
+/// A file's bytes; "none" if it doesn't exist.
 inline QByteArray contents(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
 }
 
-/// Makes a file of these bytes, in the place of one that may be there; the row fails where that does.
+/// Writes a file, replacing an existing one; the row fails if that fails.
 inline void write(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);

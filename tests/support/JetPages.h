@@ -8,20 +8,20 @@
 namespace orlo::test
 {
 
-/// The pages of a Jet 4 file, to change a sample's tables below the level of any program that writes such files.
+/// The pages of a Jet 4 file, for changing a sample's tables in ways that no program would write.
 class JetPages
 {
 public:
     struct Row {
         QByteArray bytes;
-        bool moved = false;   ///< lies on another page, with a pointer in its place
-        bool removed = false; ///< has been taken out
+        bool moved = false;   ///< on another page, with a pointer in its place
+        bool removed = false; ///< marked as deleted
     };
 
     explicit JetPages(const QString& path) : m_bytes(contents(path)) {}
     [[nodiscard]] const QByteArray& bytes() const { return m_bytes; }
 
-    /// The text as it stands in the file.
+    /// The text as stored in the file.
     static QByteArray wide(const QString& text)
     {
         return {reinterpret_cast<const char*>(text.utf16()), text.size() * 2};
@@ -36,14 +36,14 @@ public:
         }
         fail(QStringLiteral("no table with ") + fields.join(u' '));
     }
-    /// Exchanges two names of the same length within a table's page.
+    /// Swaps two names of the same length on a table's page.
     void exchangeNames(int table, const QString& one, const QString& other)
     {
         QByteArray page = m_bytes.mid(table * Size, Size);
         page.replace(wide(one), "\1\2\3").replace(wide(other), wide(one)).replace("\1\2\3", wide(other));
         m_bytes.replace(table * Size, Size, page);
     }
-    /// Makes a field, by its place, one of another type and width; what it took besides is a removed field's then.
+    /// Changes a field's type and width, by its index; leftover bytes become a removed field's.
     void setType(int table, int field, int type, int width)
     {
         const qsizetype entry = table * Size + 63 + 12 * get(table * Size + 51, 4) + 25 * field;
@@ -52,7 +52,7 @@ public:
         put(table * Size + 41, get(table * Size + 41, 2) + 1, 2);
     }
     void replace(const QString& before, const QString& after) { m_bytes.replace(wide(before), wide(after)); }
-    /// The rows of a table that weren't removed.
+    /// A table's rows that aren't deleted.
     [[nodiscard]] std::vector<Row> rows(int table) const
     {
         std::vector<Row> found;
@@ -70,8 +70,8 @@ public:
         }
         return found;
     }
-    /// Changes the rows of the table that has all these fields. They lie on new pages then; the old ones are no longer
-    /// part of it.
+    /// Changes the rows of the table that has all these fields. They are written to new pages, and the old ones are no
+    /// longer part of it.
     template <class Change>
     void change(const QStringList& fields, const Change& change)
     {
@@ -124,7 +124,7 @@ private:
         put(at + 14 + 2 * count, static_cast<int>(end) | flags, 2);
         put(at + 12, count + 1, 2);
     }
-    // A map of all pages from the first one on.
+    // A map of all pages from this one on.
     void addMap(int table, int first)
     {
         const int end = pages();

@@ -24,21 +24,21 @@ std::vector<const TestClass*>& classes()
     return all;
 }
 
-const TestClass* theClass = nullptr; // the one that runs
+const TestClass* theClass = nullptr; // the running one
 QtMessageHandler testLog = nullptr;  // Qt Test's own
 
 struct Skipped : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// What an off-screen window says of each hint and raise it is given isn't the test's.
+// Warnings of off-screen windows about hints and raising are noise.
 void log(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     if (!message.startsWith(QLatin1String("This plugin does not support ")))
         testLog(type, context, message);
 }
 
-// A row that hangs ends the program by its name; the long runs have their time.
+// A hanging row ends the program under its name; long runs have no limit.
 void limitRows()
 {
     constexpr auto Limit = "QTEST_FUNCTION_TIMEOUT";
@@ -116,7 +116,7 @@ int runTests(const QStringList& arguments)
     const auto named = std::ranges::find_if(
         classes(), [&](const TestClass* one) { return arguments.value(1) == QLatin1String(one->name); });
     if (named == classes().end()) {
-        int failed = 0; // each class in a process of its own: what one leaves open is not the next one's
+        int failed = 0; // one process per class, so that what one leaves open doesn't affect the next
         for (const TestClass* one : classes())
             failed += QProcess::execute(arguments[0], QStringList(QString::fromLatin1(one->name)) + arguments.mid(1));
         return failed;

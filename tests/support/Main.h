@@ -9,23 +9,23 @@
 namespace orlo::test
 {
 
-/// Ends the row that runs, which fails with these words; the next one goes on.
+/// Fails the current row with these words and goes on with the next.
 [[noreturn]] void fail(const QString& why);
-/// Ends the row that runs, which can't be tried here, and why.
+/// Skips the current row, which can't run here, with a reason.
 [[noreturn]] void skip(const QString& why);
-/// Where a row of data stands, by its name, for what is said of it when it is red; those of the function before are
-/// forgotten.
+/// Where a row of data stands.
 struct RowPlace {
     QByteArray file;
     int line = 0;
 };
+/// Sets the places of a function's rows, by their names; those of the function before are forgotten.
 void setRowPlaces(QHash<QByteArray, RowPlace> places);
-/// The place of the row that runs; line 0 where none is known.
+/// The place of the current row; line 0 if it isn't known.
 [[nodiscard]] RowPlace rowPlace();
-/// Runs a test function; what is thrown out of it fails its row.
+/// Runs a test function; an exception fails its row, and a failed row's place is logged.
 void guard(const std::function<void()>& function);
 
-/// A class of tests, each function of which runs guarded.
+/// A class of tests whose functions all run guarded.
 template <class Tests>
 class Guarded : public Tests
 {
@@ -43,7 +43,7 @@ public:
     }
 };
 
-/// A class of tests in a room's test program, known to it from the program's start.
+/// Registers a class of tests with its room's test program at start-up.
 class TestClass
 {
 public:
@@ -53,21 +53,21 @@ public:
 
     const char* name;
     QObject* (*make)();
-    Child child; ///< what a process does that a test starts by childArguments()
+    Child child; ///< for processes that a test starts with childArguments()
 };
 
-/// The arguments with which a test starts its own program once more, to run the class's child routine on them.
+/// Arguments to start this program again and run the class's child routine on them.
 [[nodiscard]] QStringList childArguments(const QStringList& arguments);
-/// The same to run one test function, or one row of it as "function:row".
+/// The same for a test function, or one of its rows as "function:row".
 [[nodiscard]] QStringList functionArguments(const QString& function);
 
-/// Runs the class that the first argument names, with the rest of the arguments as Qt Test takes them, or every class
-/// of the program; the exit status.
+/// Runs the class that the first argument names, passing the others to Qt Test, or every class; returns the exit
+/// status.
 [[nodiscard]] int runTests(const QStringList& arguments);
 
 } // namespace orlo::test
 
-/// Puts a class of tests into its room's program; a second argument is its child routine.
+/// Registers a class of tests; a second argument is its child routine.
 #define ORLO_TEST(Class, ...)                                                                                          \
     static const orlo::test::TestClass Class##Entry(                                                                   \
         #Class, []() -> QObject* { return new orlo::test::Guarded<Class>; } __VA_OPT__(, ) __VA_ARGS__);

@@ -7,7 +7,7 @@
 namespace orlo::test
 {
 
-/// What a run of orlo-db ended with, -1 for one that crashed or hung, and what it said.
+/// The exit status and output of a run of orlo-db; status -1 if it crashed or hung.
 struct OrloDbRun {
     int status;
     QString errors;

@@ -15,7 +15,7 @@ inline QString withoutBlanks(QString text)
     return text.removeIf([](QChar c) { return c.isSpace(); });
 }
 
-/// The number of pages in a PDF file, -1 without such a file.
+/// The number of pages in a PDF file; -1 if it doesn't exist.
 inline int pagesOf(const QString& pdf)
 {
     QFile file(pdf);
@@ -25,7 +25,7 @@ inline int pagesOf(const QString& pdf)
     return static_cast<int>(QString::fromLatin1(file.readAll()).count(page));
 }
 
-/// The lines of a PDF file, in the order in which they are drawn; none where the reader, pdftotext, isn't installed.
+/// A PDF file's lines of text in drawing order; none if pdftotext isn't installed.
 inline QStringList linesOf(const QString& pdf)
 {
     QProcess reader;
@@ -34,13 +34,13 @@ inline QStringList linesOf(const QString& pdf)
                                     : QStringList();
 }
 
-/// What it says, without blanks and line ends.
+/// The same text without blanks and line ends.
 inline QString textOf(const QString& pdf)
 {
     return withoutBlanks(linesOf(pdf).join(QString()));
 }
 
-/// Makes the default printer one that prints into the PDF file, until the factory is set again.
+/// Makes the default printer print to the PDF file until the factory is set again.
 inline void printInto(const QString& pdf)
 {
     reporting::setPrinterFactory([pdf] {

@@ -25,7 +25,7 @@ inline void press(const QObject& window, const QString& name)
     QTest::mouseClick(&control<QWidget>(window, name.toUtf8().constData()), Qt::LeftButton);
 }
 
-/// The rows of a query: cells parted by slashes, rows by a comma and a blank.
+/// A query's rows: cells separated by slashes, rows by ", ".
 inline QString rows(const QString& select)
 {
     QStringList lines;
@@ -38,7 +38,7 @@ inline QString rows(const QString& select)
     return lines.join(", ");
 }
 
-/// The texts of a list's rows, or of those that a combo box lists.
+/// The rows of a list or combo box.
 template <class List>
 QString textsOf(const List& list)
 {
@@ -54,12 +54,12 @@ inline void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modif
     QTest::mouseClick(list.viewport(), Qt::LeftButton, modifier, list.visualItemRect(list.item(row)).center());
 }
 
-/// An open record form, worked by mouse and keys.
+/// An open record form, driven by mouse and keys.
 template <class F>
 struct RecordScreen {
     F& form = widgets::Instance<F>::get();
-    mutable QList<std::shared_ptr<Told>> told; ///< what the boxes said that run() answered
-    mutable QString log;                       ///< how the last dialog that run() worked ended
+    mutable QList<std::shared_ptr<Told>> told; ///< what the boxes answered by run() said
+    mutable QString log;                       ///< how the last dialog driven by run() ended
 
     RecordScreen()
     {
@@ -121,7 +121,7 @@ struct RecordScreen {
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &form, [&] {
             QWidget* dialog = QApplication::activeModalWidget();
-            if (!dialog || !dialog->isActiveWindow()) // a key wouldn't find it yet
+            if (!dialog || !dialog->isActiveWindow()) // it couldn't receive a key yet
                 return;
             timer.stop();
             work(dialog, steps);
@@ -214,7 +214,7 @@ struct RecordScreen {
         }
         return lost;
     }
-    /// The names of those of the controls that are enabled, "all" or "none".
+    /// The names of the enabled ones of these controls, "all" or "none".
     [[nodiscard]] QString enabled(const QStringList& names) const
     {
         QStringList found;
@@ -222,7 +222,7 @@ struct RecordScreen {
             found += get(name.toUtf8().constData()).isEnabled() ? QStringList(name) : QStringList();
         return found.size() == names.size() ? "all" : found.isEmpty() ? "none" : found.join(u' ');
     }
-    /// What the answered boxes said, "Title: text", a line each.
+    /// What the answered boxes said, one "Title: text" per line.
     [[nodiscard]] QString said() const
     {
         QStringList lines;
@@ -241,7 +241,7 @@ struct RecordScreen {
     }
 };
 
-/// Runs SQL on the open file as another program does; the row fails where it does.
+/// Runs SQL on the open file as another program would; the row fails if it fails.
 inline void fill(const QString& sql)
 {
     const QStringList told = sqlite(gAppPath + "/Quorrel11.mdb", sql.toUtf8());
@@ -249,15 +249,15 @@ inline void fill(const QString& sql)
         fail(told.join(u'\n'));
 }
 
-/// Puts the grids' layouts into the application's folder, as an installation does.
+/// Copies the grids' layouts into the application's folder, as an installation does.
 inline void copyLayouts()
 {
     for (const QString grid : {"DenAssign.grd", "Pack_Titles.grd", "Den_Titles.grd"})
         QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));
 }
 
-/// Runs the current test function and row once more, in a process of its own on the same file, where the action is to
-/// fail; the number of the failure that this process reports at its end, or all it wrote if it ended in another way.
+/// Runs the current test function and row again in a process of its own on the same file, where the action is expected
+/// to fail. Returns the number of the failure with which that process ends, or its output if it ends differently.
 template <class Action>
 QString failureInChild(const QString& sql, const Action& action)
 {

@@ -5,7 +5,7 @@
 namespace orlo::test
 {
 
-/// How often a test tries: the number in the environment variable, for the long runs, or the usual one.
+/// How often a test repeats: the number in the environment variable, for long runs, or the usual one.
 inline int repeats(const char* variable, int usual)
 {
     const int wanted = qEnvironmentVariableIntValue(variable);

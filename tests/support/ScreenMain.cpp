@@ -8,8 +8,8 @@
 namespace
 {
 
-// The tests run in the program's own application object, so that failures and focus checks go the way they go in the
-// program. The report with which a failure ends the process fails the row first, which then has its name.
+// Tests run in the program's own application object, so that failures and focus checks work as in the program. The
+// report that would end the process fails the row first, which names it.
 class TestApplication : public orlo::widgets::Application
 {
 public:
@@ -20,7 +20,7 @@ public:
         auto* box = event->type() == QEvent::Show ? qobject_cast<QMessageBox*>(watched) : nullptr;
         if (box && box->text().startsWith(QLatin1String("Run-time error"))) {
             QTest::qFail(qPrintable(box->text()), __FILE__, __LINE__);
-            QTimer::singleShot(1000, box, &QDialog::reject); // where nobody waits for it
+            QTimer::singleShot(1000, box, &QDialog::reject); // if nobody waits for it
         }
         return Application::eventFilter(watched, event);
     }

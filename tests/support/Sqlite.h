@@ -10,8 +10,8 @@
 namespace orlo::test
 {
 
-/// What a statement gives when another program runs it on the file: a line for each row with bars between its cells, or
-/// what the engine complains about.
+/// Runs a statement on the file as another program would; returns a line per row with bars between the cells, or the
+/// error message.
 inline QStringList sqlite(const QString& path, const QByteArray& statement)
 {
     QStringList lines;
@@ -36,14 +36,14 @@ inline QStringList sqlite(const QString& path, const QByteArray& statement)
     return lines;
 }
 
-/// What defines the file: its tables, indexes, views and triggers, and the texts of its stored queries.
+/// The file's schema: tables, indexes, views, triggers, and the texts of stored queries.
 inline QStringList definitions(const QString& path)
 {
     return sqlite(path, "Select type, name, tbl_name, sql From sqlite_master Order By type, name;"
                         "Select * From Stored_Queries Order By 1");
 }
 
-/// The bytes of a file with the page zeroed on which a table's other pages hang: "sqlite_master" is the catalogue.
+/// A file's bytes with a table's root page zeroed; "sqlite_master" is the catalogue.
 inline QByteArray withoutRootOf(const QString& path, const QString& table)
 {
     const QString root =
@@ -55,7 +55,7 @@ inline QByteArray withoutRootOf(const QString& path, const QString& table)
     return contents(path).replace(start, end - start, QByteArray(end - start, '\0'));
 }
 
-/// True if there is a journal with something to roll back.
+/// True if a journal has something to roll back.
 inline bool isHot(const QString& journal)
 {
     QFile file(journal);

@@ -2,33 +2,32 @@
 
 #include <QString>
 
-// Faults that only the operating system can make; a row that asks for one that this system can't make is skipped.
+// Faults that only the operating system can cause; a row that needs one that this system can't cause is skipped.
 namespace orlo::test
 {
 
-/// From here on no file of this process grows beyond a number of bytes, as on a full disk; -1 lifts that.
+/// From now on no file of this process grows beyond this many bytes, as on a full disk; -1 removes the limit.
 void limitFiles(qint64 most);
 
-/// Makes the folder a volume of its own with room for so many bytes, until it is called with 0; false where this
-/// user or this system can't.
+/// Makes the folder a volume with room for this many bytes, until called with 0; false if this user or system can't.
 [[nodiscard]] bool mountSmall(const QString& folder, qint64 bytes);
 
-/// What another program says to the database engine first, to get on with ours: where an open file can't be removed, a
-/// change mustn't end with the removal of the journal, which ours keeps open.
+/// SQL that another program needs to run first to coexist with ours on this system: where an open file can't be
+/// deleted, it must not end a change by deleting the journal, which ours keeps open.
 extern const char* const OtherJournal;
 
-/// How often this process has flushed a folder so far; -1 on a system where nothing does.
+/// How often this process has flushed a folder; -1 on systems without folder flushes.
 [[nodiscard]] int folderFlushes();
 
-/// From here on the disk doesn't give what stands in files between two places, in bytes; up to 0 lifts that.
+/// From now on reading files between these offsets fails; a `to` of 0 ends that.
 void failReads(qint64 from, qint64 to);
-/// Whether it has no room for a file when that is flushed, as volumes of a network say it.
+/// Whether flushing a file fails for lack of room, as on network volumes.
 void failFlushes(bool fail);
 
-/// Hides a folder whose name begins with a dot, where the dot doesn't.
+/// Hides a folder whose name begins with a dot, on systems where the dot doesn't.
 void hide(const QString& folder);
 
-/// While it lives this user may read a file and its folder, and not write to the one or the other.
+/// While it lives, this user can read a file and its folder, but not write to one or the other.
 class Forbidden
 {
 public:

@@ -17,7 +17,7 @@
 namespace orlo::test
 {
 
-/// An application folder of a test's own with a fresh database in it, opened as the program's.
+/// A temporary application folder with a fresh database, opened as the program's.
 class AppFolder
 {
 public:
@@ -45,14 +45,15 @@ private:
     QTemporaryDir m_dir;
 };
 
-/// What the next message box says, after it has been answered.
+/// What the next message box says, once it has been answered.
 struct Told {
     QString text;
     QString title;
     bool shown = false;
 };
 
-/// Has the next modal window taken as soon as it is up: by a call that gives false for another one than it waits for.
+/// Handles the next modal window as soon as it is shown, by a function that returns false for a window it doesn't wait
+/// for.
 template <class Take>
 std::shared_ptr<Told> takeNext(const Take& take)
 {
@@ -68,7 +69,7 @@ std::shared_ptr<Told> takeNext(const Take& take)
     return told;
 }
 
-/// Answers the next message box with the button, or by Enter for none, and keeps what it said.
+/// Answers the next message box with the button, or by Enter for none, and records its text.
 inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
 {
     return takeNext([button](QWidget& modal, Told& told) {
@@ -86,7 +87,7 @@ inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMe
     });
 }
 
-/// Dismisses the next report of a failure; it says type, number, source, description and text, from line to line.
+/// Dismisses the next failure report and records type, number, source, description and text, one per line.
 inline std::shared_ptr<Told> dismissReport()
 {
     return takeNext([](QWidget& modal, Told& told) {
@@ -102,7 +103,7 @@ inline std::shared_ptr<Told> dismissReport()
     });
 }
 
-/// The control of a form by its name; the test fails without it.
+/// A form's control by its name; the test fails without it.
 template <class W>
 W& control(const QObject& form, const char* name)
 {
@@ -112,7 +113,7 @@ W& control(const QObject& form, const char* name)
     return *found;
 }
 
-/// True if an action runs statements that hold a text, all of them under the busy pointer.
+/// True if an action runs statements that contain a text, all of them under the busy cursor.
 template <class Action>
 bool alwaysBusy(const QString& statement, const Action& action)
 {
@@ -133,7 +134,7 @@ bool alwaysBusy(const QString& statement, const Action& action)
     return seen > 0 && idle == 0;
 }
 
-/// One number out of the open database.
+/// A count from the open database.
 inline int count(const QString& table, const QString& where = QString())
 {
     const QString condition = where.isEmpty() ? QString() : QStringLiteral(" Where ") + where;

@@ -1,4 +1,5 @@
 #include "shell/frame/mdiPendrake.h"
+#include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
 #include "store/upkeep/frmDataBackup.h"

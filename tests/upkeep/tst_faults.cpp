@@ -1,3 +1,4 @@
+#include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
 #include "support/Failure.h"

@@ -7,6 +7,7 @@
 #include "platform/RuntimeError.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
+#include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "support/Files.h"
 #include "support/Main.h"

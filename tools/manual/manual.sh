@@ -7,6 +7,7 @@ source=$1 target=$2 here=$(dirname "$(readlink -f "$0")")
 rm -rf "$target"
 mkdir -p "$target"
 cp -r "$source/pictures" "$here/manual.css" "$here/search.js" "$target"
+rm -f "$target/pictures/"*.txt
 
 file_of() { [ "$1" = README ] && echo index.html || echo "$1.html"; }
 title_of() { sed -n 's/^# //p;T;q' "$source/$1.md"; }
@@ -16,9 +17,10 @@ convert() { # convert PAGE: the page's content, with links to the other pages as
     lowdown -thtml --out-no-smarty --html-no-owasp --html-no-skiphtml --html-no-escapehtml --parse-no-metadata \
         --parse-no-super --parse-no-intraemph "$source/$1.md" |
         sed -E 's/href="README\.md/href="index.md/g; s/href="([a-z-]+)\.md(["#])/href="\1.html\2/g' |
-        sed -E "$titles"
+        sed -E "$titles" | sed -E "$sizes"
 }
 
+sizes=
 pages=(README)
 while read -r page; do
     [[ " ${pages[*]} " == *" $page "* ]] || pages+=("$page")
@@ -26,6 +28,13 @@ done < <(grep '^|' "$source/README.md" | grep -oE '\]\([a-z-]+\.md' | sed 's/](/
 for file in "$source"/*.md; do
     page=$(basename "$file" .md)
     [[ " ${pages[*]} " == *" $page "* ]] || { echo "README.md doesn't lead to $page.md" >&2; exit 1; }
+done
+
+# The pictures have two dots where the screen had one.
+number_at() { printf '%d' "0x$(od -An -tx1 -j"$2" -N4 "$1" | tr -d ' ')"; } # number_at FILE BYTE
+for picture in "$source"/pictures/*.png; do
+    name=pictures/$(basename "$picture") width=$(($(number_at "$picture" 16) / 2)) height=$(($(number_at "$picture" 20) / 2))
+    sizes+="s|src=\"$name\"|& width=\"$width\" height=\"$height\"|;"
 done
 
 titles=
@@ -82,9 +91,12 @@ for page in "${pages[@]}"; do
 <nav>
 <input id="search" type="search" placeholder="Search the manual" aria-label="Search the manual" hidden>
 <ol id="found" aria-live="polite" hidden></ol>
+<details id="list" open>
+<summary>All pages</summary>
 <ul id="pages">
 $(links "$page")
 </ul>
+</details>
 </nav>
 <main>
 $content

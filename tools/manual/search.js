@@ -3,7 +3,6 @@
 const MaxFound = 20;
 const box = document.getElementById("search");
 const found = document.getElementById("found");
-const pages = document.getElementById("pages");
 
 // Without capitals and accents, one character for one, so that places in it are places in the text.
 const bare = text => Array.from(text, c => c.normalize("NFD")[0].toLowerCase()[0]).join("");
@@ -35,7 +34,7 @@ function snippet(body, plain, words) {
 function look() {
     const words = bare(box.value).split(/\s+/).filter(word => word);
     found.hidden = !words.length;
-    pages.hidden = !found.hidden;
+    list.hidden = !found.hidden;
     const hits = [];
     texts.forEach(([head, body], i) => {
         if (words.every(word => head.includes(word) || body.includes(word)))
@@ -56,6 +55,13 @@ function look() {
     if (!hits.length)
         found.textContent = "Nothing found.";
 }
+
+// On a narrow screen the page comes first, and the list of the others unfolds.
+const list = document.getElementById("list");
+const narrow = matchMedia("(max-width: 52rem)");
+const fold = () => { list.open = !narrow.matches; };
+narrow.addEventListener("change", fold);
+fold();
 
 box.hidden = false;
 box.addEventListener("input", look);

@@ -9,7 +9,36 @@ CsvError::CsvError(CsvPlace place, const QString& problem)
 {
 }
 
-CsvReader::CsvReader(QByteArray data) : m_data(std::move(data))
+namespace
+{
+
+QByteArray asUtf8(QByteArray data)
+{
+    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE}) {
+        const bool little = encoding == QStringConverter::Utf16LE;
+        if (!data.startsWith(little ? "\xFF\xFE" : "\xFE\xFF"))
+            continue;
+        QStringDecoder decoder(encoding);
+        const QString text = decoder(data);
+        if (decoder.hasError())
+            throw CsvError({}, QStringLiteral("text that isn't UTF-16, as its beginning says"));
+        return text.toUtf8();
+    }
+    return data;
+}
+
+// What parts the cells of the first line, which holds names.
+char separatorOf(QByteArrayView data)
+{
+    const qsizetype end = data.indexOf('\n');
+    const auto line = data.first(end < 0 ? data.size() : end);
+    const auto count = [line](char separator) { return std::ranges::count(line, separator); };
+    return std::ranges::max({',', ';', '\t'}, {}, count);
+}
+
+} // namespace
+
+CsvReader::CsvReader(QByteArray data) : m_data(asUtf8(std::move(data))), m_separator(separatorOf(m_data))
 {
     if (m_data.startsWith("\xEF\xBB\xBF"))
         m_position = m_countedTo = 3;
@@ -27,7 +56,7 @@ bool CsvReader::readRow(std::vector<CsvCell>& row)
         if (cells == row.size())
             row.emplace_back();
         readCell(row[cells]);
-        more = m_position < m_data.size() && at() == ',';
+        more = m_position < m_data.size() && at() == m_separator;
         if (more)
             ++m_position;
     }
@@ -47,7 +76,7 @@ void CsvReader::readCell(CsvCell& cell)
         return;
     }
     const qsizetype start = m_position;
-    while (m_position < m_data.size() && at() != ',' && !atLineEnd()) {
+    while (m_position < m_data.size() && at() != m_separator && !atLineEnd()) {
         if (at() == '"')
             throw CsvError(place(), QStringLiteral("a quote inside a value that doesn't begin with one"));
         if (at() == '\r')
@@ -77,7 +106,7 @@ void CsvReader::readQuoted(CsvCell& cell)
     if (doubled)
         cell.text.replace(QLatin1String("\"\""), QLatin1String("\""));
     ++m_position;
-    if (m_position < m_data.size() && at() != ',' && !atLineEnd())
+    if (m_position < m_data.size() && at() != m_separator && !atLineEnd())
         throw CsvError(place(), QStringLiteral("text after a closing quote"));
 }
 
@@ -104,7 +133,7 @@ void CsvReader::setText(CsvCell& cell, QByteArrayView bytes) const
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     cell.text = decoder(bytes);
     if (decoder.hasError())
-        throw CsvError(cell.place, QStringLiteral("text that isn't UTF-8"));
+        throw CsvError(cell.place, QStringLiteral("text that isn't UTF-8; save the file as \"CSV UTF-8\""));
     if (cell.text.contains(QChar(u'\0')))
         throw CsvError(cell.place, QStringLiteral("a zero byte"));
 }

@@ -32,8 +32,9 @@ struct CsvCell {
     CsvPlace place;
 };
 
-/// Reads comma-separated values from UTF-8 with or without a byte order mark, lines ended by LF or CR LF, cells in
-/// double quotes as RFC 4180 has them.
+/// Reads comma-separated values from UTF-8 with or without a byte order mark, or from UTF-16 with one, lines ended by
+/// LF or CR LF, cells in double quotes as RFC 4180 has them. A first line that has more semicolons or tabs than commas
+/// tells that they part the cells.
 class CsvReader
 {
 public:
@@ -56,6 +57,7 @@ private:
     void startLine(qsizetype position);
 
     QByteArray m_data;
+    char m_separator = ',';
     qsizetype m_position = 0;
     CsvPlace m_counted; // of the byte below, so that a long line's characters are counted once
     qsizetype m_countedTo = 0;

@@ -1,6 +1,6 @@
 #include "PackExport.h"
 
-#include "PackLoader.h"
+#include "CsvTable.h"
 #include "platform/RuntimeError.h"
 #include "platform/WriteAll.h"
 

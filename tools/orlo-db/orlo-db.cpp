@@ -1,21 +1,25 @@
-// Works on a pack's database without the program: makes one, checks and repairs it, exports its tables, compares two,
-// and tells of one without telling what it holds.
+// Works on a pack's database without the program: makes one, adds to it, checks and repairs it, exports its tables,
+// compares two, and tells of one without telling what it holds.
 
 #include "About.h"
 #include "Compare.h"
 #include "LooseEnds.h"
 #include "PackExport.h"
+#include "PackImport.h"
 #include "PackLoader.h"
 #include "PackRows.h"
 #include "Scramble.h"
+#include "common/CommandLine.h"
 #include "platform/RuntimeError.h"
+#include "store/copies/KeptCopies.h"
 #include "store/jet/FormerFile.h"
+#include "store/repair/Repair.h"
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <optional>
@@ -28,8 +32,7 @@ namespace
 {
 
 constexpr int Done = 0;
-constexpr int Failed = 1;
-constexpr int BadUsage = 2;
+constexpr int Failed = CommandLine::Failed;
 constexpr int Incomplete = 3; // repaired, but not all of it came back
 
 // The file under the name that it has while it is being made; it goes away unless it is taken.
@@ -71,20 +74,27 @@ void say(const QString& line)
     std::printf("%s\n", qUtf8Printable(line));
 }
 
+void say(const QStringList& lines)
+{
+    for (const QString& line : lines)
+        say(line);
+}
+
 void complain(const QString& about, const QString& problem)
 {
     std::fprintf(stderr, "orlo-db: %s: %s\n", qUtf8Printable(about), qUtf8Printable(problem));
 }
 
-void fill(Database& database, const std::optional<PackLoader>& loader, int version)
+// What was loaded, a line for each table.
+QStringList fill(Database& database, const std::optional<PackLoader>& loader, int version)
 {
     store::createSchema(database, version);
     if (!loader)
-        return;
+        return {};
     for (const char* table : {"Den_Titles", "Pack_Positions"})
         if (loader->fills(QString::fromLatin1(table)))
             database.execute(QStringLiteral("Delete From ") + QString::fromLatin1(table));
-    loader->load(database);
+    return loader->load(database);
 }
 
 void requireNew(const QString& file)
@@ -104,9 +114,10 @@ int makeNew(const QString& file, const QString& folder, int version)
 
     const FileInTheMaking making(file);
     Database database = engine::createDatabase(making.name());
-    fill(database, loader, version);
+    const QStringList counts = fill(database, loader, version);
     database.close();
     making.take();
+    say(counts);
     return Done;
 }
 
@@ -133,12 +144,6 @@ int checkFormer(const QString& file)
     for (const store::FormerCount& count : counts)
         say(store::words(count));
     return Done;
-}
-
-void say(const QStringList& lines)
-{
-    for (const QString& line : lines)
-        say(line);
 }
 
 // They are a normal state of the records and no damage.
@@ -222,7 +227,7 @@ int tellOf(const QString& file)
     return Done;
 }
 
-// The version that the text names, or the newest without a text; nothing for one that there isn't.
+// The version that the text names, or the newest without a text; nothing for an unknown one.
 std::optional<int> versionNamed(const std::optional<QString>& text)
 {
     for (const store::Version& version : store::schema::versions())
@@ -231,37 +236,114 @@ std::optional<int> versionNamed(const std::optional<QString>& text)
     return std::nullopt;
 }
 
-// What the arguments ask for; nothing where they ask for nothing that there is.
-std::optional<int> run(const QStringList& arguments, const std::optional<QString>& from,
-                       const std::optional<QString>& format, bool summary)
+// A trial adds to a copy, so that nothing happens to the file, nor beside it.
+int importTables(const QString& file, const QString& folder, bool trial)
 {
-    const QString command = arguments.value(0);
-    const QString file = command == QLatin1String("new") ? arguments.value(1) : PackFile::meant(arguments.value(1));
-    const std::optional<int> version = versionNamed(format);
-    if (command == QLatin1String("new") && arguments.size() == 2 && version)
-        return makeNew(file, from.value_or(QString()), *version);
-    if (from || format)
-        return std::nullopt;
-    if (command == QLatin1String("compare") && arguments.size() == 3)
-        return compare(file, arguments[2], summary);
-    if (summary)
-        return std::nullopt;
-    if (command == QLatin1String("check") && arguments.size() == 2)
-        return check(file);
-    if (command == QLatin1String("repair") && arguments.size() == 2)
-        return repair(file);
-    if (command == QLatin1String("export") && arguments.size() == 3)
-        return exportTables(file, arguments[2]);
-    if (command == QLatin1String("scramble") && arguments.size() == 3)
-        return scrambleTo(file, arguments[2]);
-    if (command == QLatin1String("about") && arguments.size() == 2)
-        return tellOf(file);
-    return std::nullopt;
+    if (store::isFormerFormat(file))
+        throw LoadError(QStringLiteral("%1: a file of an earlier version; the program takes it over").arg(file));
+    const QTemporaryDir room;
+    QString into = file;
+    if (trial) {
+        into = room.filePath(QStringLiteral("trial.mdb"));
+        engine::viewDatabase(file).copyTo(into);
+    }
+    Database database = engine::openDatabase(into, store::schema::versions());
+    for (const store::TableDef& table : store::schema::tables())
+        if (!database.tableNames().contains(table.name(), Qt::CaseInsensitive))
+            throw LoadError(
+                QStringLiteral("%1: has no table %2; the program updates a file of version 1.0 at its start")
+                    .arg(file, table.name()));
+    if (!trial)
+        store::keepCopyOf(database);
+    say(importPack(database, folder, trial));
+    if (trial)
+        say(QStringLiteral("Nothing was changed."));
+    return Done;
 }
 
-std::optional<QString> given(const QCommandLineParser& parser, const QCommandLineOption& option)
+struct Command {
+    const char* name;
+    QStringList needs; // each argument's name
+    QStringList options;
+    const char* does;
+};
+
+const std::vector<Command>& commands()
 {
-    return parser.isSet(option) ? std::optional(parser.value(option)) : std::nullopt;
+    static const QString File = QStringLiteral("FILE");
+    static const QString Folder = QStringLiteral("FOLDER");
+    static const std::vector<Command> All = {
+        {"new", {File}, {QStringLiteral("from"), QStringLiteral("format")}, "make a database: empty, or of CSV files"},
+        {"import", {File, Folder}, {QStringLiteral("dry-run")}, "add the rows of CSV files to a database"},
+        {"check", {File}, {}, "say whether the file is sound"},
+        {"repair", {File}, {}, "bring back all that can be read of a damaged file"},
+        {"export", {File, Folder}, {}, "write each table to a CSV file"},
+        {"compare", {File, File}, {QStringLiteral("summary")}, "list what differs from the first to the second"},
+        {"scramble",
+         {File, QStringLiteral("OUT")},
+         {},
+         "write a copy without anything of people, for a report of a fault"},
+        {"about", {File}, {}, "tell versions, sizes and counts, nothing of people"}};
+    return All;
+}
+
+QString description()
+{
+    QString text = QStringLiteral("Works on a pack's database. All commands but import want the program closed.\n\n");
+    for (const Command& command : commands()) {
+        const QString usage = QString::fromLatin1(command.name) + u' ' + command.needs.join(u' ');
+        text += QStringLiteral("  %1 %2\n").arg(usage, -19).arg(QString::fromLatin1(command.does));
+    }
+    return text.trimmed();
+}
+
+// What makes no sense about the arguments; nothing where all does.
+QString nonsense(const QStringList& arguments, const QStringList& options)
+{
+    if (arguments.isEmpty())
+        return QStringLiteral("the command is missing");
+    const auto found = std::ranges::find_if(
+        commands(), [&](const Command& one) { return arguments.front() == QLatin1String(one.name); });
+    if (found == commands().end())
+        return QStringLiteral("\"%1\" is no command").arg(arguments.front());
+    for (const QString& option : options)
+        if (!found->options.contains(option))
+            return QStringLiteral("--%1 doesn't go with %2").arg(option, arguments.front());
+    const qsizetype given = arguments.size() - 1;
+    if (given < found->needs.size())
+        return QStringLiteral("%1: %2 is missing").arg(arguments.front(), found->needs[given]);
+    if (given > found->needs.size())
+        return QStringLiteral("%1: \"%2\" is one argument too many")
+            .arg(arguments.front(), arguments[found->needs.size() + 1]);
+    return {};
+}
+
+struct Options {
+    QString from;
+    int version;
+    bool summary;
+    bool trial;
+};
+
+int run(const QStringList& arguments, const Options& options)
+{
+    const QString& command = arguments[0];
+    if (command == QLatin1String("new"))
+        return makeNew(arguments[1], options.from, options.version);
+    const QString file = PackFile::meant(arguments[1]);
+    if (command == QLatin1String("import"))
+        return importTables(file, arguments[2], options.trial);
+    if (command == QLatin1String("check"))
+        return check(file);
+    if (command == QLatin1String("repair"))
+        return repair(file);
+    if (command == QLatin1String("export"))
+        return exportTables(file, arguments[2]);
+    if (command == QLatin1String("compare"))
+        return compare(file, arguments[2], options.summary);
+    if (command == QLatin1String("scramble"))
+        return scrambleTo(file, arguments[2]);
+    return tellOf(file);
 }
 
 } // namespace
@@ -269,16 +351,7 @@ std::optional<QString> given(const QCommandLineParser& parser, const QCommandLin
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Works on a pack's database while the program is closed.\n\n"
-                       "  new FILE            make a database: empty, or of CSV files\n"
-                       "  check FILE          say whether the file is sound\n"
-                       "  repair FILE         bring back all that can be read of a damaged file\n"
-                       "  export FILE FOLDER  write each table to a CSV file\n"
-                       "  compare FILE FILE   list what differs from the first to the second\n"
-                       "  scramble FILE OUT   write a copy without anything of people, for a report of a fault\n"
-                       "  about FILE          tell versions, sizes and counts, nothing of people"));
+    CommandLine line(QStringLiteral("orlo-db"), description());
     const QCommandLineOption from(QStringLiteral("from"),
                                   QStringLiteral("new: load the CSV files of <folder>, each named after its table."),
                                   QStringLiteral("folder"));
@@ -286,26 +359,32 @@ int main(int argc, char** argv)
                                     QStringLiteral("new: make a file of this version: 1.0, or 1.1 as usual."),
                                     QStringLiteral("version"));
     const QCommandLineOption summary(QStringLiteral("summary"), QStringLiteral("compare: only the counts."));
-    parser.addOptions({from, format, summary});
-    parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("One of those above."));
-    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The database."));
-    parser.addPositionalArgument(QStringLiteral("other"),
-                                 QStringLiteral("export: a new or empty folder; compare: the other database, or the "
-                                                "folder of a backup; scramble: a new file."),
-                                 QStringLiteral("[other]"));
-    parser.process(application);
+    const QCommandLineOption trial(QStringLiteral("dry-run"),
+                                   QStringLiteral("import: say what would be added, and change nothing."));
+    line.parser().addOptions({from, format, summary, trial});
+    line.parser().addPositionalArgument(QStringLiteral("command"), QStringLiteral("One of those above."));
+    line.parser().addPositionalArgument(QStringLiteral("file"), QStringLiteral("The database."));
+    line.parser().addPositionalArgument(
+        QStringLiteral("other"),
+        QStringLiteral("import: the folder of the CSV files; export: a new or empty folder; compare: the other "
+                       "database, or the folder of a backup; scramble: a new file."),
+        QStringLiteral("[other]"));
+    if (const auto status = line.read(application.arguments()))
+        return *status;
+    const QStringList arguments = line.parser().positionalArguments();
+    if (const QString problem = nonsense(arguments, line.parser().optionNames()); !problem.isEmpty())
+        return line.refuse(problem);
+    const std::optional<int> version = versionNamed(line.given(format));
+    if (!version)
+        return line.refuse(QStringLiteral("--format: \"%1\" is no version of the file").arg(*line.given(format)));
 
     try {
-        if (const auto status =
-                run(parser.positionalArguments(), given(parser, from), given(parser, format), parser.isSet(summary)))
-            return *status;
-        std::fputs(qPrintable(parser.helpText()), stderr);
-        return BadUsage;
+        return line.ended(run(arguments, {line.given(from).value_or(QString()), *version, line.parser().isSet(summary),
+                                          line.parser().isSet(trial)}));
     } catch (const LoadError& error) {
-        std::fprintf(stderr, "orlo-db: %s\n", error.what());
+        line.complain(QString::fromUtf8(error.what()));
     } catch (const platform::RuntimeError& error) {
-        complain(parser.positionalArguments().value(1), error.description());
+        complain(arguments.value(1), error.description());
     }
-    return Failed;
+    return line.ended(Failed);
 }

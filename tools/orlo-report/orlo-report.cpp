@@ -1,12 +1,12 @@
 // Runs report files without the program: writes their pages as PDF files and their rows as CSV
 // files, counts the sheets and tells what looks wrong.
 
+#include "common/CommandLine.h"
 #include "platform/RuntimeError.h"
 #include "reporting/Export.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
 
-#include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -50,8 +50,8 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Runs report files on a pack's database and counts their sheets."));
+    CommandLine line(QStringLiteral("orlo-report"),
+                     QStringLiteral("Runs report files on a pack's database and counts their sheets."));
     const QCommandLineOption pdf(QStringLiteral("pdf"), QStringLiteral("Write the pages as PDF files into <folder>."),
                                  QStringLiteral("folder"));
     const QCommandLineOption csv(QStringLiteral("csv"), QStringLiteral("Write the rows as CSV files into <folder>."),
@@ -59,26 +59,27 @@ int main(int argc, char** argv)
     const QCommandLineOption select(QStringLiteral("select"),
                                     QStringLiteral("Print only the rows that <formula> holds for."),
                                     QStringLiteral("formula"));
-    parser.addOptions({pdf, csv, select});
-    parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("database"), QStringLiteral("The pack's database."));
-    parser.addPositionalArgument(QStringLiteral("report"), QStringLiteral("A report file."),
-                                 QStringLiteral("report..."));
-    parser.process(application);
-    const QStringList arguments = parser.positionalArguments();
-    if (arguments.size() < 2) {
-        std::fputs(qPrintable(parser.helpText()), stderr);
-        return 2;
-    }
+    line.parser().addOptions({pdf, csv, select});
+    line.parser().addPositionalArgument(QStringLiteral("database"), QStringLiteral("The pack's database."));
+    line.parser().addPositionalArgument(QStringLiteral("report"), QStringLiteral("A report file."),
+                                        QStringLiteral("report..."));
+    if (const auto status = line.read(application.arguments()))
+        return *status;
+    const QStringList arguments = line.parser().positionalArguments();
+    if (arguments.isEmpty())
+        return line.refuse(QStringLiteral("the database is missing"));
+    if (arguments.size() < 2)
+        return line.refuse(QStringLiteral("the report is missing"));
     try {
         store::Database database = store::DBEngine::openDatabase(arguments.front(), store::schema::versions());
         int sheets = 0;
         for (const QString& file : arguments.mid(1))
-            sheets += runReport(database, file, parser.value(select), {parser.value(pdf), parser.value(csv)});
+            sheets += runReport(database, file, line.parser().value(select),
+                                {line.parser().value(pdf), line.parser().value(csv)});
         std::printf("%4d in all\n", sheets);
-        return 0;
+        return line.ended(0);
     } catch (const platform::RuntimeError& error) {
-        std::fprintf(stderr, "orlo-report: %s\n", qUtf8Printable(error.description()));
-        return 1;
+        line.complain(error.description());
     }
+    return line.ended(CommandLine::Failed);
 }

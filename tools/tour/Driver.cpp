@@ -6,10 +6,14 @@
 #include "widgets/Form.h"
 
 #include <QAction>
+#include <QFileInfo>
+#include <QHash>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QScreen>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -33,6 +37,21 @@ QWidget& Driver::window(const QString& name)
 void Driver::click(QWidget& form, const char* button)
 {
     QTest::mouseClick(&control<QPushButton>(form, button), Qt::LeftButton);
+}
+
+void Driver::turnTo(QTabWidget& tabs, int page)
+{
+    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(page).center());
+}
+
+void Driver::dialogOf(QWidget& form, const char* button, const char* dialog, const char* name)
+{
+    auto& opens = control<QAbstractButton>(form, button);
+    during([&] { QTest::mouseClick(&opens, Qt::LeftButton, {}, QPoint(8, opens.height() / 2)); },
+           [&] {
+               picture(window(dialog), QString::fromLatin1(name));
+               QTest::keyClick(&window(dialog), Qt::Key_Escape);
+           });
 }
 
 void Driver::type(QWidget& form, const char* box, const QString& text)
@@ -100,9 +119,35 @@ void Driver::picture(QWidget& widget, const QString& name)
     m_names += name;
     const QString file =
         QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_number, 2, 10, QLatin1Char('0')).arg(name);
-    if (!grab(widget).save(file))
+    const QPixmap taken = grab(widget);
+    if (!taken.save(file))
         qFatal("can't write %s", qPrintable(file));
     std::printf("%s\n", qPrintable(file));
+    keepForManual(taken.toImage(), name);
+}
+
+void Driver::keepForManual(const QImage& image, const QString& name) const
+{
+    static const QHash<QString, QString> shows{
+        // by the manual's names, where they aren't the tour's
+        {QStringLiteral("adults-add-position"), QStringLiteral("adults-add-den-position")},
+        {QStringLiteral("award-catalogue"), QStringLiteral("awards-found")},
+        {QStringLiteral("awards-night"), QStringLiteral("assign-awards-ready")},
+        {QStringLiteral("combined-roster"), QStringLiteral("combined-roster-preview")},
+        {QStringLiteral("dens-with-members"), QStringLiteral("dens-second")},
+        {QStringLiteral("forms-menu"), QStringLiteral("menu-mnuForms")},
+        {QStringLiteral("pack-information"), QStringLiteral("pack-information-changed")},
+        {QStringLiteral("position-titles"), QStringLiteral("positions-form")},
+        {QStringLiteral("purchase-list"), QStringLiteral("purchase-list-created")},
+        {QStringLiteral("scouts"), QStringLiteral("scouts-picked")},
+        {QStringLiteral("scouts-awards"), QStringLiteral("scouts-page-2")},
+        {QStringLiteral("update-question"), QStringLiteral("update")},
+    };
+    const QString file = m_manual + u'/' + shows.key(name, name) + QStringLiteral(".png");
+    if (m_manual.isEmpty() || shows.contains(name) || !QFileInfo::exists(file))
+        return;
+    if (!image.save(file))
+        qFatal("can't write %s", qPrintable(file));
 }
 
 void Driver::during(const std::function<void()>& trigger, const std::function<void()>& inside)

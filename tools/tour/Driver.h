@@ -7,6 +7,7 @@
 #include <functional>
 
 class QTableView;
+class QTabWidget;
 
 namespace orlo
 {
@@ -23,12 +24,15 @@ class ComboBox;
 class Driver
 {
 public:
-    explicit Driver(QString folder) : m_folder(std::move(folder)) {}
+    /// A picture that the manual has goes into its folder, too, if there is one.
+    explicit Driver(QString folder, QString manual = {}) : m_folder(std::move(folder)), m_manual(std::move(manual)) {}
 
 protected:
     /// Starts something that waits, and does the rest inside its loop.
     void during(const std::function<void()>& trigger, const std::function<void()>& inside);
     void picture(QWidget& widget, const QString& name);
+    /// Puts a picture in the place of the manual's, where that has it.
+    void keepForManual(const QImage& image, const QString& name) const;
     void choose(const char* command);
     /// Opens a screen of the program's list, as its command does, and takes its picture.
     [[nodiscard]] QWidget& open(const QString& form);
@@ -48,6 +52,10 @@ protected:
         return *found;
     }
     static void click(QWidget& form, const char* button);
+    /// Turns to a page by a click on its tab.
+    static void turnTo(QTabWidget& tabs, int page);
+    /// Takes a picture of the dialog that a button opens, and gives it up.
+    void dialogOf(QWidget& form, const char* button, const char* dialog, const char* name);
     static void type(QWidget& form, const char* box, const QString& text);
     static void typeCell(QTableView& grid, int row, int column, const QString& text);
     static void doubleClickRow(QTableView& grid, int row);
@@ -57,11 +65,14 @@ protected:
     static void settle();
 
     [[nodiscard]] const QString& folder() const { return m_folder; }
+    /// The folder of the manual's pictures, "" where they stay as they are.
+    [[nodiscard]] const QString& manual() const { return m_manual; }
 
 private:
     [[nodiscard]] static QPixmap grab(QWidget& widget);
 
     QString m_folder;
+    QString m_manual;
     int m_number = 0;
     QStringList m_names; // of the pictures
 };

@@ -7,10 +7,14 @@
 #include "widgets/ComboBox.h"
 
 #include <QAbstractButton>
+#include <QFile>
 #include <QLineEdit>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTest>
 
+#include <memory>
+#include <tuple>
 #include <utility>
 
 using namespace orlo;
@@ -66,6 +70,57 @@ void ReportTour::reportScreens()
             reportScreen(screen.form, [&](QWidget& form) {
                 firstPage(form, QLatin1String(screen.picture) + QStringLiteral("-report"));
             });
+    if (!manual().isEmpty())
+        changedReport();
+}
+
+// The report that the manual teaches to change, as its page on report files says.
+void ReportTour::changedReport()
+{
+    const auto open = [](const QString& path, QFile::OpenMode mode) {
+        auto file = std::make_unique<QFile>(path);
+        if (!file->open(mode))
+            qFatal("can't open %s", qPrintable(path));
+        return file;
+    };
+    const QString path = folder() + QStringLiteral("/app/ScoutPhoneList.rpt");
+    QString text = QString::fromUtf8(open(path, QFile::ReadOnly)->readAll());
+    const QString page =
+        QString::fromUtf8(open(manual() + QStringLiteral("/../report-files.md"), QFile::ReadOnly)->readAll());
+    static const QRegularExpression change(QStringLiteral("```diff ScoutPhoneList\\.rpt\n((?: *[-+].*\n)+)"));
+    for (const QRegularExpressionMatch& match : change.globalMatch(page)) {
+        QString before;
+        QString after;
+        const auto lines = match.captured(1).chopped(1).split(u'\n');
+        for (const QString& line : lines) {
+            const qsizetype mark = line.indexOf(QRegularExpression(QStringLiteral("[-+]")));
+            (line[mark] == u'-' ? before : after) += line.sliced(mark + 1) + u'\n';
+        }
+        text.replace(before, after);
+    }
+    open(path, QFile::WriteOnly)->write(text.toUtf8());
+    reportScreen(QStringLiteral("dlgScoutList"), [&](QWidget& form) {
+        QTest::mouseClick(&control<QAbstractButton>(form, "optAlpha"), Qt::LeftButton, {}, QPoint(8, 8));
+        click(form, "cmdView");
+        auto& report = static_cast<reporting::PreviewWindow&>(window(QStringLiteral("previewWindow")));
+        constexpr QSize Size(1600, 600);
+        keepForManual(
+            pageImage(report.document(), 0, Size.width() / report.document().paper.width()).copy(QRect(QPoint(), Size)),
+            QStringLiteral("report-changed"));
+        report.close();
+        settle();
+    });
+}
+
+// A page, so many dots to the point.
+QImage ReportTour::pageImage(const reporting::Document& document, int page, double scale)
+{
+    QImage image((document.paper * scale).toSize(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.scale(scale, scale);
+    reporting::paintPage(painter, document, page);
+    return image;
 }
 
 void ReportTour::reportScreen(const QString& dialog, const std::function<void(QWidget&)>& work)
@@ -92,13 +147,6 @@ void ReportTour::printedPages(const reporting::Document& document, const QString
 {
     reporting::writePdf(document, folder() + u'/' + name + QStringLiteral(".pdf"));
     constexpr double Scale = 1.5; // 108 dots to the inch
-    for (int page = 0; page < int(document.pages.size()); ++page) {
-        QImage image((document.paper * Scale).toSize(), QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        painter.scale(Scale, Scale);
-        reporting::paintPage(painter, document, page);
-        painter.end();
-        image.save(QStringLiteral("%1/%2-page%3.png").arg(folder(), name).arg(page + 1));
-    }
+    for (int page = 0; page < int(document.pages.size()); ++page)
+        pageImage(document, page, Scale).save(QStringLiteral("%1/%2-page%3.png").arg(folder(), name).arg(page + 1));
 }

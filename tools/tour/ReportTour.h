@@ -22,5 +22,7 @@ protected:
 private:
     void reportScreen(const QString& dialog, const std::function<void(QWidget&)>& work);
     void firstPage(QWidget& form, const QString& name);
+    void changedReport();
+    [[nodiscard]] static QImage pageImage(const orlo::reporting::Document& document, int page, double scale);
     void printedPages(const orlo::reporting::Document& document, const QString& name);
 };

@@ -1,7 +1,7 @@
 // Does the program's main work on the sample pack by itself, with real key and mouse events on real windows, and leaves
 // a picture of every screen in each of its states, and the printed pages, in a folder.
 //
-// usage: tour FOLDER [--dark]   FOLDER/app holds the application's files
+// usage: tour FOLDER [--dark] [--manual PICTURES]   FOLDER/app holds the application's files
 
 #include "ReportTour.h"
 #include "platform/Application.h"
@@ -107,14 +107,16 @@ void Tour::scouts()
     picture(form, QStringLiteral("scouts-picked"));
     auto& parents = control<QTabWidget>(form, "SSTab1");
     for (int page : {1, 2}) {
-        QTest::mouseClick(parents.tabBar(), Qt::LeftButton, {}, parents.tabBar()->tabRect(page).center());
+        turnTo(parents, page);
         picture(form, QStringLiteral("scouts-parents-%1").arg(page + 1));
     }
     auto& pages = control<QTabWidget>(form, "tabScout");
-    for (int page : {1, 2}) {
-        QTest::mouseClick(pages.tabBar(), Qt::LeftButton, {}, pages.tabBar()->tabRect(page).center());
-        picture(form, QStringLiteral("scouts-page-%1").arg(page + 1));
-    }
+    turnTo(pages, 1);
+    picture(form, QStringLiteral("scouts-page-2"));
+    dialogOf(form, "cmdAddAward", "frmAddAwardsToScout", "scouts-add-awards");
+    dialogOf(form, "cmdEditAward", "frmEditAssignedAward", "scouts-edit-award");
+    turnTo(pages, 2);
+    picture(form, QStringLiteral("scouts-page-3"));
     during([&] { click(form, "cmdFind"); },
            [this] {
                auto& dialog = window(QStringLiteral("dlgFindScout"));
@@ -123,6 +125,9 @@ void Tour::scouts()
                click(dialog, "cmdFind");
            });
     picture(form, QStringLiteral("scouts-found"));
+    turnTo(pages, 0);
+    turnTo(parents, 0);
+    dialogOf(form, "chkP1DenLeader", "dlgSelectAdultLink", "scouts-den-leader");
     click(form, "cmdNew");
     picture(form, QStringLiteral("scouts-new"));
     click(form, "cmdCancel");
@@ -164,10 +169,11 @@ void Tour::adults()
                QTest::keyClick(box, Qt::Key_Escape);
            });
     auto& pages = control<QTabWidget>(form, "tabAdult");
-    for (int page : {1, 2}) {
-        QTest::mouseClick(pages.tabBar(), Qt::LeftButton, {}, pages.tabBar()->tabRect(page).center());
-        picture(form, QStringLiteral("adults-page-%1").arg(page + 1));
-    }
+    turnTo(pages, 1);
+    picture(form, QStringLiteral("adults-page-2"));
+    dialogOf(form, "cmdAddAward", "frmAddAdultAwards", "adults-add-awards");
+    turnTo(pages, 2);
+    picture(form, QStringLiteral("adults-page-3"));
     during([&] { click(form, "cmdFind"); },
            [this] {
                auto& dialog = window(QStringLiteral("dlgFindAdult"));
@@ -235,7 +241,7 @@ void Tour::bulkAssignment()
     picture(form, QStringLiteral("assign-awards-pack-selected"));
 
     auto& tabs = control<QTabWidget>(form, "SSTabAssignInsignias");
-    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
+    turnTo(tabs, 1);
     auto& dens = control<widgets::ComboBox>(form, "comDen");
     dens.showPopup();
     settle();
@@ -274,7 +280,7 @@ void Tour::bulkAssignment()
     picture(form, QStringLiteral("assign-awards-ready"));
     click(form, "cmdAssignAward");
     picture(form, QStringLiteral("assign-awards-done"));
-    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(0).center());
+    turnTo(tabs, 0);
     form.parentWidget()->resize(form.parentWidget()->size() + QSize(160, 30));
     picture(mdiPendrake::instance(), QStringLiteral("assign-awards-larger"));
     click(form, "cmdExit");
@@ -300,6 +306,7 @@ void Tour::purchaseList()
 void Tour::positionTitles()
 {
     auto& form = open(QStringLiteral("frmPackDenPositions"));
+    picture(form, QStringLiteral("positions-form"));
     auto& titles = control<QTableView>(form, "dbgPackPositions");
     typeCell(titles, titles.model()->rowCount() - 1, 0, QStringLiteral("Secretary"));
     during([&] { click(form, "cmdRefreshDenPostions"); },
@@ -367,7 +374,7 @@ void Tour::errorDialog()
                auto& dialog = window(QStringLiteral("dlgError"));
                picture(dialog, QStringLiteral("error"));
                auto& tabs = control<QTabWidget>(dialog, "SSIndexTab1");
-               QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
+               turnTo(tabs, 1);
                picture(dialog, QStringLiteral("error-details"));
                click(dialog, "cmdOk");
            });
@@ -417,7 +424,10 @@ int main(int argc, char** argv)
         QStringLiteral("Does the main work by itself and leaves a picture of every screen."));
     parser.addHelpOption();
     const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("With light text on dark ground."));
-    parser.addOption(dark);
+    const QCommandLineOption manual(QStringLiteral("manual"),
+                                    QStringLiteral("Puts the manual's pictures into its folder, too."),
+                                    QStringLiteral("folder"));
+    parser.addOptions({dark, manual});
     parser.addPositionalArgument(QStringLiteral("folder"),
                                  QStringLiteral("Holds the program's folder \"app\" and gets the pictures."));
     parser.process(application);
@@ -427,9 +437,10 @@ int main(int argc, char** argv)
     if (parser.isSet(dark))
         QApplication::setPalette(darkPalette());
     platform::setFolder(folder + QStringLiteral("/app"));
-    QTimer::singleShot(0, qApp, [folder] {
+    const QString pictures = parser.isSet(manual) ? QDir(parser.value(manual)).absolutePath() : QString();
+    QTimer::singleShot(0, qApp, [folder, pictures] {
         startProgram();
-        Tour(folder).run();
+        Tour(folder, pictures).run();
         std::fflush(stdout);
         std::_Exit(EXIT_SUCCESS); // nothing is left to close
     });

@@ -24,13 +24,13 @@ namespace
 constexpr std::size_t CopyBlockSize = 1 << 20; // bytes
 constexpr qint64 StatBlock = 512;              // bytes, the unit of st_blocks
 constexpr mode_t ModeBits = 0777;
-// Where SQLite's locks lie, and how long one of them is waited for.
+// Where SQLite puts its locks, and how long to wait for one.
 constexpr off_t LocksAt = 0x40000000;
 constexpr off_t LocksLength = 512;
 constexpr off_t SharedLocksAt = LocksAt + 2;
 constexpr int CopyBusyMilliseconds = 2000;
 
-// A volume without room for one file more, other than a limit that is set to this user.
+// The volume can't hold another file; quotas excepted.
 struct NoRoom : RuntimeError {
     NoRoom() : RuntimeError(DiskFull, QStringLiteral("FileSystem")) {}
 };
@@ -69,7 +69,7 @@ public:
         checkRoom(::fstat(m_descriptor, &found) == 0);
         return found;
     }
-    // Some volumes tell only now that what was written didn't fit.
+    // Some volumes report only at close that the data didn't fit.
     void close()
     {
         const int closing = std::exchange(m_descriptor, -1);
@@ -92,7 +92,7 @@ void writeAll(int descriptor, const char* data, std::size_t length)
     }
 }
 
-// Writes the source's bytes over the file's own, and ends it where the source ends.
+// Overwrites a file with the source's bytes and truncates it to the source's size.
 void copyContents(const Handle& source, Handle& file)
 {
     std::vector<char> block(CopyBlockSize);
@@ -112,8 +112,8 @@ void copyContents(const Handle& source, Handle& file)
     file.close();
 }
 
-// Keeps other programs from changing a database file as long as it is open here, or from using it at all. One that is
-// in the middle of a change is waited for a while; half a change must not be copied, nor be copied over.
+// Keeps other programs from changing a database file, or from using it at all, while it is open here. Waits for a
+// change in progress: half a change must be neither copied nor overwritten.
 void lock(int descriptor, short type)
 {
     struct flock range {
@@ -127,10 +127,10 @@ void lock(int descriptor, short type)
         if (deadline.hasExpired())
             raise(EACCES);
         QThread::msleep(10);
-    } // a volume without locks has nobody to wait for
+    } // A volume without locks has nothing to wait for
 }
 
-// One copy on its way: the source, the target, and the name beside the target that the copy bears until it is whole.
+// A copy in progress: the source, the target, and the temporary name that the copy has until it is complete.
 class Copy
 {
 public:
@@ -156,11 +156,11 @@ public:
         Handle part(::open(m_part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode & ModeBits));
         checkRoom(part.get() >= 0);
         try {
-            // Asks for the room at once; where the volume can't say, writing will tell.
+            // Reserve the space now; if the volume can't, writing will report it.
             if (given.st_size > 0 && ::fallocate(part.get(), 0, 0, given.st_size) != 0 &&
                 numberOfErrno(errno) == DiskFull)
                 raise(errno);
-            (void)::fchmod(part.get(), mode & ModeBits); // a volume without such rights keeps its own
+            (void)::fchmod(part.get(), mode & ModeBits); // volumes without permissions keep their own
             copyContents(m_source, part);
             checkRoom(::rename(m_part.constData(), m_target.constData()) == 0);
         } catch (...) {
@@ -169,7 +169,7 @@ public:
         }
     }
 
-    // Whether the copy fits once the old file's room counts as free.
+    // Whether the copy fits if the old file's space is reused.
     [[nodiscard]] bool fitsInPlace() const
     {
         struct stat old {
@@ -182,7 +182,7 @@ public:
         return free + old.st_blocks * StatBlock >= m_source.status().st_size;
     }
 
-    // The old file gives up its name before its contents, so that half a copy never stands under it.
+    // The old file loses its name before its contents, so a partial copy never has that name.
     void inPlace()
     {
         checkRoom(::lseek(m_source.get(), 0, SEEK_SET) == 0);
@@ -200,7 +200,7 @@ public:
 
 private:
     Handle m_source;
-    Handle m_old; // what the target names so far, if it is there
+    Handle m_old; // the target's present file, if any
     QByteArray m_target;
     QByteArray m_part;
 };
@@ -219,7 +219,7 @@ void copyOver(const QString& source, const QString& target)
     }
     const Handle folder(::open(QFile::encodeName(QFileInfo(target).path()).constData(), O_RDONLY | O_DIRECTORY));
     if (folder.get() >= 0)
-        ::fsync(folder.get()); // the file itself is safe by now
+        ::fsync(folder.get()); // the file itself is on the disk already
 }
 
 } // namespace orlo::platform

@@ -21,7 +21,7 @@ namespace
 constexpr int BusyMilliseconds = 2000;
 constexpr int LookEvery = 10; // ms
 
-// All bytes, to the end, wherever that will be.
+// All bytes, up to whatever the end will be.
 struct flock everything(short type)
 {
     struct flock range {
@@ -47,7 +47,7 @@ bool isLockedByOthers(const QFile& file)
 struct FileLock::Held {
     QFile file;
     QFile lockFile;
-    struct stat status; ///< of the file, when others were first asked about
+    struct stat status; ///< the file's state when other programs were first checked for
 };
 
 FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path), QFile(), {}})
@@ -57,7 +57,7 @@ FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path), QFile(), 
     bool open = file.open(QIODevice::ReadOnly);
     const QString words =
         open ? QStringLiteral("Another program is using the file") : QStringLiteral("The file can't be read");
-    // The lock of a process that was ended lives on for a moment in a program that it was about to start.
+    // A killed process's lock survives briefly in a program it was just starting.
     while (open && ::flock(file.handle(), LOCK_EX | LOCK_NB) != 0) {
         open = (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired();
         QThread::msleep(LookEvery);
@@ -71,7 +71,7 @@ FileLock::~FileLock() = default;
 void FileLock::keepOthersOut(const QString& lockFile)
 {
     m_held->lockFile.setFileName(lockFile);
-    (void)m_held->lockFile.open(QIODevice::ReadOnly); // there only while somebody uses the other one, if ever
+    (void)m_held->lockFile.open(QIODevice::ReadOnly); // it exists only while another program uses the file, if at all
     ::fstat(m_held->file.handle(), &m_held->status);
     checkAlone();
     struct flock ours = everything(F_RDLCK);

@@ -28,7 +28,7 @@ void flushPath(const QString& path, int flags)
     flush(descriptor);
 }
 
-// What makes a file this one: a number is given again once its file is gone, so the time of its birth counts, too.
+// What identifies a file. Inode numbers are reused, so its time of birth counts, too.
 using Identity = std::array<quint64, 5>;
 
 std::optional<Identity> identityOf(const QString& path)

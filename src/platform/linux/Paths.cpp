@@ -9,7 +9,7 @@ namespace orlo::platform
 namespace
 {
 
-// The entry of a folder with this name, the exact spelling preferred; the name itself where there is none.
+// The folder's entry of this name, the exact spelling preferred; the name itself if there is none.
 QString matchingEntry(const QString& folder, const QString& name)
 {
     if (QFileInfo::exists(folder + u'/' + name))
@@ -25,7 +25,7 @@ QString matchingEntry(const QString& folder, const QString& name)
 
 QString nativePath(const QString& path)
 {
-    // A folder that bears a backslash in its name, where that is no separator, stands as it is called.
+    // Here a backslash may be part of a folder's name: keep such folders as they are.
     qsizetype known = path.lastIndexOf(u'\\');
     while (known > 0 && !QFileInfo(path.first(known)).isDir())
         known = path.lastIndexOf(u'\\', known - 1);

@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr std::uint64_t Megabyte = 1 << 20;
-// One byte of the file is at most a few of the stream: a character becomes two, a Null's bit a byte.
+// A byte of the file makes only a few bytes of output: a character two, a Null's bit one.
 constexpr std::uint64_t MaxGrowth = 16;
 
 void limit(int resource, rlim_t most)
@@ -38,7 +38,7 @@ std::uint64_t limitOurselves(const char* file)
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0);
     limit(RLIMIT_CPU, 5 + size / (2 * Megabyte));
-#ifndef __SANITIZE_ADDRESS__ // which reserves more addresses than there could ever be memory
+#ifndef __SANITIZE_ADDRESS__ // it reserves more address space than there is memory
     limit(RLIMIT_AS, 512 * Megabyte + 4 * size);
 #endif
     return MaxGrowth * (size + Megabyte);

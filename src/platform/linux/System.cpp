@@ -10,13 +10,13 @@ namespace orlo::platform
 
 std::optional<QString> registryValue(const QString& /*key*/, const QString& /*name*/)
 {
-    return std::nullopt; // this system has no registry
+    return std::nullopt; // no registry here
 }
 
 void logError(const QString& text)
 {
     openlog("orlo", LOG_PID, LOG_USER);
-    // A line break would split the entry, and a percent sign must not be read as a format.
+    // A line break would split the entry, and a percent sign would be read as a format.
     syslog(LOG_ERR, "%s", QString(text).replace(u'\r', u' ').replace(u'\n', u' ').toUtf8().constData());
     closelog();
 }

@@ -7,21 +7,20 @@
 namespace orlo::platform
 {
 
-/// What a failed call of the operating system is to the program, by its errno; a file or folder that isn't there
-/// differs by the call.
+/// The program's failure number for an errno. Which number a missing file or folder gets depends on the call.
 [[nodiscard]] int numberOfErrno(int code, int missing = PathNotFound);
 
 /// Raises that number.
 [[noreturn]] void raiseErrno(int code, int missing = PathNotFound);
 
-/// Raises what errno says unless a call succeeded.
+/// Raises the number of errno if a call failed.
 inline void check(bool done)
 {
     if (!done)
         raiseErrno(errno);
 }
 
-/// Writes what the system holds of an open file or folder to the disk; not every volume knows how.
+/// Flushes an open file or folder to the disk, if the volume supports it.
 void flush(int descriptor);
 
 } // namespace orlo::platform

@@ -17,13 +17,13 @@ namespace
 
 constexpr DWORD CopyBlockSize = 1 << 20; // bytes
 constexpr DWORD KeptAttributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE;
-// Where SQLite's locks lie, and how long one of them is waited for.
+// Where SQLite puts its locks, and how long to wait for one.
 constexpr DWORD LocksAt = 0x40000000;
 constexpr DWORD LocksLength = 512;
 constexpr DWORD SharedLocksAt = LocksAt + 2;
 constexpr int CopyBusyMilliseconds = 2000;
 
-// A volume without room for one file more, other than a limit that is set to this user.
+// The volume can't hold another file; quotas excepted.
 struct NoRoom : RuntimeError {
     NoRoom() : RuntimeError(DiskFull, QStringLiteral("FileSystem")) {}
 };
@@ -58,7 +58,7 @@ qint64 sizeOf(const Handle& file)
     return size.QuadPart;
 }
 
-// Asks for the source's room at once, if the file has less; where the volume can't say, writing will tell.
+// Reserves the source's size for the file; if the volume can't, writing will report it.
 void reserve(const Handle& source, const Handle& file)
 {
     FILE_ALLOCATION_INFO room{};
@@ -68,7 +68,7 @@ void reserve(const Handle& source, const Handle& file)
         checkRoom(numberOfCode(GetLastError()) != DiskFull);
 }
 
-// Writes the source's bytes over the file's own, and ends it where the source ends.
+// Overwrites a file with the source's bytes and truncates it to the source's size.
 void copyContents(const Handle& source, Handle& file)
 {
     checkRoom(SetFilePointerEx(source.get(), {}, nullptr, FILE_BEGIN));
@@ -86,8 +86,8 @@ void copyContents(const Handle& source, Handle& file)
     file.close();
 }
 
-// Keeps other programs from changing a database file as long as it is open here, or from using it at all. One that is
-// in the middle of a change is waited for a while; half a change must not be copied, nor be copied over.
+// Keeps other programs from changing a database file, or from using it at all, while it is open here. Waits for a
+// change in progress: half a change must be neither copied nor overwritten.
 void lock(HANDLE file, bool alone)
 {
     OVERLAPPED range{};
@@ -99,10 +99,10 @@ void lock(HANDLE file, bool alone)
         if (deadline.hasExpired())
             raiseCopy(ERROR_LOCK_VIOLATION);
         QThread::msleep(10);
-    } // a volume without locks has nobody to wait for
+    } // A volume without locks has nothing to wait for
 }
 
-// One copy on its way: the source, the target, and the name beside the target that the copy bears until it is whole.
+// A copy in progress: the source, the target, and the temporary name that the copy has until it is complete.
 class Copy
 {
 public:
@@ -125,7 +125,7 @@ public:
         fill(part);
     }
 
-    // Whether the copy fits once the old file's room counts as free.
+    // Whether the copy fits if the old file's space is reused.
     [[nodiscard]] bool fitsInPlace() const
     {
         FILE_STANDARD_INFO old{};
@@ -136,21 +136,21 @@ public:
         return static_cast<qint64>(free.QuadPart) + old.AllocationSize.QuadPart >= sizeOf(m_source);
     }
 
-    // The old file gives up its name before its contents, so that half a copy never stands under it.
+    // The old file loses its name before its contents, so a partial copy never has that name.
     void inPlace()
     {
-        reserve(m_source, m_old); // while a refusal costs nothing
+        reserve(m_source, m_old); // nothing is lost yet if this fails
         checkRoom(renameOver(m_target, m_part));
         fill(m_old);
     }
 
 private:
-    // Makes the part the whole copy and gives it the target's name; nothing is left of one that fails.
+    // Fills the temporary file and renames it to the target; removes it on failure.
     void fill(Handle& part)
     {
         try {
             copyContents(m_source, part);
-            m_old.close(); // nothing takes the place of an open file
+            m_old.close(); // an open file can't be replaced
             SetFileAttributesW(systemPath(m_part).c_str(), m_attributes & KeptAttributes);
             checkRoom(renameOver(m_part, m_target));
         } catch (...) {
@@ -162,10 +162,10 @@ private:
 
     Handle m_source;
     DWORD m_sourceError;
-    Handle m_old; // what the target names so far, if it is there
+    Handle m_old; // the target's present file, if any
     QString m_target;
     QString m_part;
-    DWORD m_attributes; // those of the target, of the source where there is none
+    DWORD m_attributes; // the target's attributes, or the source's without a target
 };
 
 } // namespace

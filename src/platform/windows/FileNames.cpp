@@ -34,7 +34,7 @@ void flushName(const QString& /*path*/)
 
 bool isNameFlushed(const QString& /*path*/)
 {
-    return false; // nobody asks for it to be flushed again
+    return false; // nobody will ask for another flush
 }
 
 } // namespace orlo::platform

@@ -21,7 +21,7 @@ constexpr int TryEvery = 20; // ms
 std::wstring systemPath(const QString& path)
 {
     const QString plain = QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
-    // By this beginning a path may be longer than 260 letters.
+    // This prefix allows paths longer than 260 characters.
     if (plain.startsWith(QLatin1String(R"(\\)")))
         return (QStringLiteral(R"(\\?\UNC)") + plain.sliced(1)).toStdWString();
     return (QStringLiteral(R"(\\?\)") + plain).toStdWString();

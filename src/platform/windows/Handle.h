@@ -9,10 +9,10 @@
 namespace orlo::platform
 {
 
-/// A path as the system's own calls take it, of any length.
+/// A path for the system's own calls, of any length.
 [[nodiscard]] std::wstring systemPath(const QString& path);
 
-/// An open file or folder, closed with the object; others may read, write and remove it meanwhile.
+/// An open file or folder, closed with the object; others may read, write and delete it meanwhile.
 class Handle
 {
 public:
@@ -21,7 +21,7 @@ public:
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
 
-    /// False where it couldn't be opened; GetLastError() tells why.
+    /// False if it couldn't be opened; GetLastError() tells why.
     [[nodiscard]] bool isOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
     [[nodiscard]] HANDLE get() const { return m_handle; }
     void close();
@@ -30,8 +30,8 @@ private:
     HANDLE m_handle;
 };
 
-/// Gives a file another name of the same volume, in the place of the file of that name; on the disk when it returns.
-/// What holds that file open for a moment, as virus scanners do, is waited for. False where it fails.
+/// Renames a file on its volume, replacing a file of that name; on the disk when it returns. Waits for programs that
+/// hold the old file open briefly, such as virus scanners. False on failure.
 [[nodiscard]] bool renameOver(const QString& path, const QString& name);
 
 } // namespace orlo::platform

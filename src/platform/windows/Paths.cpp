@@ -6,7 +6,7 @@
 namespace orlo::platform
 {
 
-// The system itself takes both separators and finds names without regard to case.
+// The system itself accepts both separators and ignores case.
 QString nativePath(const QString& path)
 {
     return path.isEmpty() ? path : QDir::cleanPath(QDir::fromNativeSeparators(path));
@@ -18,7 +18,7 @@ bool isWithin(const QString& path, const QString& folder)
            path.startsWith(folder.endsWith(u'/') ? folder : folder + u'/', Qt::CaseInsensitive);
 }
 
-// Only opening tells: of a folder there is nothing else to ask, of a file just whether it is marked.
+// Only opening a folder tells; a file merely has its read-only attribute checked.
 bool isWritable(const QString& path)
 {
     return Handle(path, FILE_WRITE_DATA, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS).isOpen();

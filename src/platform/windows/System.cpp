@@ -30,7 +30,7 @@ void logError(const QString& text)
 
 bool holdsUserFiles(const QStorageInfo& /*volume*/)
 {
-    return true; // only what has a letter is mounted here
+    return true; // only volumes with a drive letter are listed
 }
 
 } // namespace orlo::platform

@@ -5,7 +5,7 @@ namespace orlo::platform
 
 namespace
 {
-constexpr DWORD QuotaExceeded = 1295; // without a name in the compiler's headers
+constexpr DWORD QuotaExceeded = 1295; // not named in the compiler's headers
 } // namespace
 
 int numberOfCode(DWORD code, int missing)

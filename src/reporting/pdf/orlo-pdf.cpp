@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QUrl>
 
-#define POINTERHOLDER_TRANSITION 4 // the library's headers ask how its former pointers are used: not at all
+#define POINTERHOLDER_TRANSITION 4 // the library's headers require this to be set
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -20,10 +20,10 @@ namespace
 
 using Handle = QPDFObjectHandle;
 
-/// Of the reports' words, for voices that read them aloud.
+/// The language of the reports, for screen readers.
 constexpr const char* Language = "en-US";
 
-/// Lets the library write into a sink.
+/// Lets the library write to a sink.
 class SinkPipeline final : public Pipeline
 {
 public:
@@ -43,8 +43,8 @@ Handle pdfText(const QString& text)
     return Handle::newUnicodeString(text.toStdString());
 }
 
-/// Ready text and no dictionary of values: long rosters have tens of thousands of links, and building each of them
-/// takes the library six times as long.
+/// Prebuilt text instead of library objects: rosters have tens of thousands of links, and building each as a dictionary
+/// takes six times as long.
 Handle annotation(const MailLink& link, double paperHeight)
 {
     const QByteArray target = QUrl::toPercentEncoding(link.address, "@+");
@@ -72,7 +72,7 @@ void addLinks(QPDF& pdf, const PdfExtras& extras, const PartProgress& progress)
     }
 }
 
-/// The entries as a tree, whose outermost ones a reader sees at first.
+/// The outline as a tree; a PDF viewer shows its top level first.
 class Bookmarks
 {
 public:
@@ -99,7 +99,7 @@ public:
 private:
     struct Open {
         Handle item;
-        Handle last; ///< of its own entries
+        Handle last; ///< of its children
         int count;
     };
 
@@ -108,7 +108,7 @@ private:
         Handle place = Handle::newArray();
         place.appendItem(m_pdf.getAllPages()[std::size_t(entry.page)]);
         place.appendItem(Handle::newName("/XYZ"));
-        place.appendItem(Handle::newNull()); // left and zoom stay as they are
+        place.appendItem(Handle::newNull()); // keeps the horizontal position and zoom
         place.appendItem(Handle::newReal(m_extras.paper.height() - entry.top, 1));
         place.appendItem(Handle::newNull());
         return place;
@@ -127,7 +127,7 @@ private:
         parent.last = item;
     }
 
-    /// An entry with entries of its own counts them below 0: they are hidden until it is opened.
+    /// Children of a closed entry are counted as a negative number: they stay hidden until it is opened.
     void close()
     {
         Open& done = m_open.back();
@@ -140,7 +140,7 @@ private:
 
     QPDF& m_pdf;
     const PdfExtras& m_extras;
-    std::vector<Open> m_open; // the tree, and the entries down to the last
+    std::vector<Open> m_open; // the path from the root to the last entry
 };
 
 void addFacts(QPDF& pdf, const PdfExtras& extras)
@@ -172,7 +172,7 @@ void ORLO_FINISH_PDF(QFile& pages, const ByteSink& write, const PdfExtras& extra
         throw std::runtime_error(pages.errorString().toLocal8Bit().toStdString());
     QPDF pdf;
     pdf.setSuppressWarnings(true);
-    pdf.setAttemptRecovery(false); // half a file is none
+    pdf.setAttemptRecovery(false); // a damaged file must fail
     pdf.processMemoryFile("pages", reinterpret_cast<const char*>(bytes), std::size_t(pages.size()));
     addLinks(pdf, extras, progress);
     addFacts(pdf, extras);

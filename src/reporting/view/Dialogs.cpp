@@ -23,7 +23,7 @@ namespace orlo::reporting
 namespace
 {
 
-// A name for a file out of a title: without what a file system doesn't take.
+// A file name made from a title, without characters that file systems don't allow.
 QString fileNameOf(const QString& title)
 {
     static const QRegularExpression forbidden(QStringLiteral(R"([\\/:*?"<>|\x00-\x1f]+)"));
@@ -33,7 +33,7 @@ QString fileNameOf(const QString& title)
     return name.isEmpty() ? QStringLiteral("Report") : name;
 }
 
-// The last folder that a report was saved in; the user's documents at first.
+// The folder that a report was last saved in; at first the user's documents.
 QString& saveFolder()
 {
     static QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);

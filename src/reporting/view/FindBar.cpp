@@ -61,7 +61,7 @@ void FindBar::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
     const TextSpan from = m_current >= 0 ? m_hits[std::size_t(m_current)] : TextSpan{m_view.currentPage()};
-    m_hits.clear(); // they may lie on pages that are no more
+    m_hits.clear(); // they may be on pages that no longer exist
     m_current = -1;
     if (isVisible())
         find(from);
@@ -111,14 +111,14 @@ bool FindBar::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-// Begins at the page in view, as one who searches means what lies ahead.
+// Start at the visible page: people expect the next match.
 void FindBar::search()
 {
     find({m_view.currentPage()});
     m_view.showHit();
 }
 
-// The first place from another one on becomes the current one, around the end.
+// Makes the first match from a position on the current one, wrapping around at the end.
 void FindBar::find(const TextSpan& from)
 {
     m_hits = findText(*m_document, m_text->text());

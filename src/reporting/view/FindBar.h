@@ -15,22 +15,22 @@ namespace orlo::reporting
 
 class PageView;
 
-/// The line under the pages that finds a text in them: every place is marked, one of them is the current one.
+/// The find bar below the pages: all matches are marked, one of them is the current one.
 class FindBar : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Marks what it finds of the document in the view that shows it; the actions become its buttons.
+    /// Searches the document shown in the view and marks the matches there; the actions become its buttons.
     FindBar(std::shared_ptr<const Document> document, PageView& view, QAction* previous, QAction* next);
 
-    /// Finds in another document from now on. What the view shows stays there.
+    /// Switches to another document. The view keeps its place.
     void setDocument(std::shared_ptr<const Document> document);
-    /// Shows the bar, with its text selected for being typed over.
+    /// Shows the bar with its text selected.
     void open();
     /// Hides the bar and the marks.
     void dismiss();
-    /// Goes to the next (1) or previous (-1) place, around the end of the document.
+    /// Goes to the next (1) or previous (-1) match, wrapping around.
     void step(int direction);
 
 protected:

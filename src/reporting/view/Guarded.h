@@ -6,7 +6,7 @@
 namespace orlo::reporting
 {
 
-/// A dialog of a window that may be closed while the dialog is up, and then takes it along: so it stands on the heap.
+/// A dialog on the heap, because its window may be closed and destroy it while it is open.
 template <class Dialog>
 class Guarded
 {
@@ -20,7 +20,7 @@ public:
     Guarded& operator=(const Guarded&) = delete;
 
     Dialog* operator->() const { return m_dialog; }
-    /// Runs the dialog; true where it was accepted and is still there.
+    /// Runs the dialog; true if it was accepted and still exists.
     [[nodiscard]] bool isAccepted() const { return m_dialog->exec() == QDialog::Accepted && m_dialog; }
 
 private:

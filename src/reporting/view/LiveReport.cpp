@@ -40,7 +40,7 @@ LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, qint64
     follow(m_preview.document().files, began);
 }
 
-// A file counts as it was before the run, so that what was saved while the report ran shows, too.
+// Files count as they were before the run, so that a change during the run is noticed, too.
 void LiveReport::follow(QStringList files, qint64 began)
 {
     m_files = std::move(files);
@@ -58,7 +58,7 @@ void LiveReport::follow(QStringList files, qint64 began)
     }
 }
 
-// The folders too: many an editor puts a new file in the place of the old one, which isn't watched then.
+// Folders too: many editors replace a file by a new one, which wouldn't be watched.
 void LiveReport::watch()
 {
     QStringList wanted;
@@ -99,7 +99,7 @@ void LiveReport::run()
     const qint64 began = QDateTime::currentMSecsSinceEpoch();
     const QPointer<LiveReport> self(this);
     try {
-        const Rerun rerun = m_rerun; // the preview may go meanwhile, and this with it
+        const Rerun rerun = m_rerun; // the preview, and this object with it, may be destroyed meanwhile
         std::optional<Document> document = rerun();
         if (!self)
             return;
@@ -110,7 +110,7 @@ void LiveReport::run()
     } catch (const ReportError& error) {
         if (!self)
             return;
-        follow(m_files + error.files(), began); // it may be mended in one that it reads since the change
+        follow(m_files + error.files(), began); // the cause may be in a file that the report now reads
         m_preview.tell(error.description());
     } catch (const platform::RuntimeError& error) {
         if (self)

@@ -16,23 +16,23 @@ namespace orlo::reporting
 
 class PreviewWindow;
 
-/// Keeps a preview as its report file is: once that file, or one that it reads, has changed on the disk, the report
-/// runs again and its pages take the place of the old ones. What is wrong in the file is told in the preview, whose
-/// pages stay. So it does when the user asks for it, since the data may have changed. It belongs to the preview.
+/// Keeps a preview up to date: when the report file, or a file it reads, changes on the disk, or when the user asks for
+/// it, the report runs again and replaces the pages. A failure is shown in the preview, and the old pages stay. Belongs
+/// to the preview.
 class LiveReport : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Runs the report again; nothing where it was cancelled. Raises what a run raises.
+    /// Runs the report again; nothing if cancelled. Raises what a run raises.
     using Rerun = std::function<std::optional<Document>()>;
 
-    /// Follows the files of the document that the preview shows. That document's run began at a time in milliseconds
-    /// since 1970: what was changed since then isn't in it yet.
+    /// Follows the files of the preview's document. Its run began at this time, in milliseconds since 1970: later
+    /// changes aren't in it yet.
     LiveReport(PreviewWindow& preview, const QString& reportFile, qint64 began, Rerun rerun);
 
 private:
-    /// When a file was changed, in milliseconds since 1970, and its size.
+    /// A file's modification time, in milliseconds since 1970, and its size.
     using Stamp = std::pair<qint64, qint64>;
 
     void follow(QStringList files, qint64 began);
@@ -45,9 +45,9 @@ private:
     QString m_reportFile;
     Rerun m_rerun;
     QStringList m_files;
-    std::map<QString, Stamp> m_seen; // as the last run found them
+    std::map<QString, Stamp> m_seen; // as of the last run
     QFileSystemWatcher m_watcher;
-    QTimer m_settle; // a file is written in several steps
+    QTimer m_settle; // files are written in several steps
 };
 
 } // namespace orlo::reporting

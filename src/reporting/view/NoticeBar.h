@@ -8,18 +8,17 @@ class QToolButton;
 namespace orlo::reporting
 {
 
-/// The line under the pages that tells something without being asked: where a file went, what is wrong in a report
-/// file.
+/// The line below the pages that reports where a file was saved or what is wrong in a report file.
 class NoticeBar : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Hidden until it has something to tell.
+    /// Hidden until there is something to show.
     NoticeBar();
 
-    /// Shows a text until another one comes or it is closed; an empty one hides the line. A file or folder's path gives
-    /// the button "Open".
+    /// Shows a text until the next one or until it is closed; an empty text hides the bar. The path of a file or folder
+    /// adds the button "Open".
     void tell(const QString& text, const QString& opens = QString());
 
 private:

@@ -20,7 +20,7 @@ QString titleOf(const QFileInfo& file)
     QString title;
     try {
         title = readDefinitionFile(file.filePath()).title;
-    } catch (const platform::RuntimeError&) { // running it tells what is wrong
+    } catch (const platform::RuntimeError&) { // running it will show what is wrong
     }
     return title.isEmpty() ? file.completeBaseName() : title;
 }

@@ -7,15 +7,15 @@
 namespace orlo::reporting
 {
 
-/// A report file and what it is called.
+/// A report file and its title.
 struct OtherReport {
     QString title;
     QString path;
     bool isExample;
 };
 
-/// The report files of the application's folder and of its folder "examples", without the one that is shown, by folder
-/// and title. A file that can't be read goes by its name; of two with one title, each tells its file.
+/// The report files in the application's folder and its folder "examples", except the one shown, sorted by folder and
+/// title. An unreadable file is listed by its name; where titles are equal the file names are added.
 [[nodiscard]] std::vector<OtherReport> otherReports(const QString& shown);
 
 } // namespace orlo::reporting

@@ -10,7 +10,7 @@ namespace
 
 constexpr qsizetype MaxDigits = 9;
 
-// The number that a text begins with; 0 where it begins with none.
+// The number at the start of a text; 0 for none.
 int numberIn(const QString& text)
 {
     const auto end = std::find_if_not(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });

@@ -5,7 +5,7 @@
 namespace orlo::reporting
 {
 
-/// The box for a page's number. A number beyond the last page means the last one.
+/// The box for the page number. Numbers beyond the last page mean the last one.
 class PageBox : public QSpinBox
 {
     Q_OBJECT

@@ -92,7 +92,7 @@ PageList::PageList(std::shared_ptr<const Document> document, QWidget* parent)
     setDocumentMode(true);
     addPages();
     if (m_document->outline.empty())
-        setFocusPolicy(Qt::NoFocus); // its tab bar doesn't show, and Tab would end there
+        setFocusPolicy(Qt::NoFocus); // its tab bar is hidden, and Tab would get stuck there
     else
         addOutline();
     setTabBarAutoHide(true);
@@ -151,7 +151,7 @@ void PageList::addOutline()
         ancestors.push_back(item);
     }
     m_outline->expandAll();
-    // A current entry from the start: the tree would take one with the focus, and the pages would jump there.
+    // Set a current entry now: on focus the tree would choose one itself, and the pages would jump to it.
     m_outline->setCurrentItem(m_outline->topLevelItem(0));
     const auto pick = [this](const QTreeWidgetItem* item) {
         if (!item || m_following)

@@ -13,7 +13,7 @@ class QTreeWidgetItem;
 namespace orlo::reporting
 {
 
-/// The side of the preview: small pictures of the pages and, where the report has groups, an outline of them.
+/// The preview's side bar: page thumbnails and, if the report has groups, an outline.
 class PageList : public QTabWidget
 {
     Q_OBJECT
@@ -21,12 +21,12 @@ class PageList : public QTabWidget
 public:
     explicit PageList(std::shared_ptr<const Document> document, QWidget* parent = nullptr);
 
-    /// Marks the page that the reader is on, and the entry of the outline in which the line at a distance from the top
-    /// of that page, in points, stands.
+    /// Marks the page being read, and the outline entry that a line at this distance from the page's top, in points,
+    /// belongs to.
     void setPlace(int page, double top);
 
 Q_SIGNALS:
-    /// A page, and how far down it, in points.
+    /// A page, and a distance from its top in points.
     void pagePicked(int page, double top);
 
 private:
@@ -36,9 +36,9 @@ private:
     std::shared_ptr<const Document> m_document;
     QListView* m_pages = nullptr;
     QTreeWidget* m_outline = nullptr;
-    std::vector<QTreeWidgetItem*> m_entries; // of the outline, in the document's order
-    bool m_following = false;                // the lists are being led by the reader's place
-    bool m_leading = false; // an entry was picked: it stays marked wherever the pages can be scrolled to
+    std::vector<QTreeWidgetItem*> m_entries; // of the outline, in document order
+    bool m_following = false;                // the lists are following the pages
+    bool m_leading = false; // an entry was picked: it stays marked even if the pages can't scroll that far
 };
 
 } // namespace orlo::reporting

@@ -15,7 +15,7 @@ namespace orlo::reporting
 namespace
 {
 
-/// Measures a line with what it is drawn with.
+/// Measures positions in a line as drawn.
 class LineMeasure
 {
 public:
@@ -33,7 +33,7 @@ public:
         m_layout.endLayout();
     }
 
-    /// The distance of a place in the line from its left end, in points.
+    /// A position's distance from the line's left end, in points.
     [[nodiscard]] double x(qsizetype place) const
     {
         const double units =
@@ -59,10 +59,10 @@ private:
     QTextLine m_whole;
 };
 
-/// A text without its accents, and where each of its characters stood.
+/// A text without accents, and where its characters came from.
 struct Folded {
     QString text;
-    std::vector<qsizetype> places; ///< empty where nothing moved
+    std::vector<qsizetype> places; ///< empty if nothing moved
 
     [[nodiscard]] qsizetype placeOf(qsizetype i) const { return places.empty() ? i : places[std::size_t(i)]; }
 };
@@ -82,7 +82,7 @@ Folded folded(const QString& text)
     return result;
 }
 
-/// What finds a text on a page: its blanks may be any, and a line may end after a sign inside a word.
+/// Matches a text on a page: any blanks match, and lines may be broken after separators within a word.
 QRegularExpression patternOf(const QString& text)
 {
     QString pattern;
@@ -103,7 +103,7 @@ double distance(const QRectF& box, QPointF point)
 {
     const double down = std::max({box.top() - point.y(), point.y() - box.bottom(), 0.0});
     const double across = std::max({box.left() - point.x(), point.x() - box.right(), 0.0});
-    return 8 * down + across; // the line that one points along comes before what stands above or below it
+    return 8 * down + across; // the line being pointed along comes before those above or below it
 }
 
 } // namespace

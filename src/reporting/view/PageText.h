@@ -7,18 +7,17 @@
 namespace orlo::reporting
 {
 
-/// A stretch of a page's text, as places in PageText::text(), the end excluded.
+/// A range of a page's text, as positions in PageText::text(), end excluded.
 struct TextSpan {
-    int page = 0; ///< place in Document::pages
+    int page = 0; ///< index in Document::pages
     qsizetype from = 0;
     qsizetype to = 0;
 
     friend bool operator==(const TextSpan&, const TextSpan&) = default;
 };
 
-/// A page's text as it reads: a tab stands between texts of one line, one more for each empty cell between them, a line
-/// end between others, and a LineBreak where
-/// a text was broken into lines. The document must outlive it.
+/// A page's text in reading order: a tab between texts of one line, plus one for each empty cell between them, a
+/// newline between others, and a LineBreak where a text was broken into lines. The document must outlive it.
 class PageText
 {
 public:
@@ -29,15 +28,15 @@ public:
 
     /// The whole text of the page.
     [[nodiscard]] const QString& text() const { return m_text; }
-    /// Where a stretch stands on the page, a box a line, in points.
+    /// The area of a range, one box per line, in points.
     [[nodiscard]] std::vector<QRectF> boxes(qsizetype from, qsizetype to) const;
-    /// True where a text stands at a point of the page.
+    /// True if there is text at a point of the page.
     [[nodiscard]] bool isTextAt(QPointF point) const;
-    /// The place between two characters that is nearest to a point of the page; 0 on a page without texts.
+    /// The position between characters nearest to a point of the page; 0 on a page without texts.
     [[nodiscard]] qsizetype placeAt(QPointF point) const;
-    /// The word around a place.
+    /// The word around a position.
     [[nodiscard]] std::pair<qsizetype, qsizetype> wordAt(qsizetype place) const;
-    /// A stretch as it is copied: what was broken only to fit its column is one line.
+    /// A range as copied: lines broken only to fit a column are joined.
     [[nodiscard]] QString copied(qsizetype from, qsizetype to) const;
 
 private:
@@ -55,8 +54,8 @@ private:
     std::vector<Line> m_lines;
 };
 
-/// Every place of a text in the document, page by page: without regard to case and accents, over broken lines. None for
-/// a text without characters.
+/// All matches of a text in the document, page by page, ignoring case and accents and matching across broken lines.
+/// None for a blank text.
 [[nodiscard]] std::vector<TextSpan> findText(const Document& document, const QString& text);
 
 } // namespace orlo::reporting

@@ -19,9 +19,9 @@ namespace
 
 constexpr double Gap = 16; // pixels around each page
 constexpr double ZoomStep = 1.1;
-constexpr int LineStep = 40;        // pixels that an arrow key scrolls
-constexpr double BlankEdge = 0.045; // of a page's height, at its foot
-constexpr int NearEdge = 12;        // pixels inside which a marking scrolls on
+constexpr int LineStep = 40;        // pixels per arrow key
+constexpr double BlankEdge = 0.045; // the part of a page's height at its bottom that is always blank
+constexpr int NearEdge = 12;        // pixels from the edge within which selecting scrolls
 
 const QColor FoundColor(255, 238, 140);
 const QColor CurrentFoundColor(255, 190, 90);
@@ -49,7 +49,7 @@ void PageView::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
     m_hits.clear();
-    if (m_drag == Drag::Marking) // its beginning was in the other pages
+    if (m_drag == Drag::Marking) // the selection began in the old pages
         m_drag = Drag::None;
     m_selection.clear();
     selectionMoved();
@@ -73,7 +73,7 @@ void PageView::goToPage(int page, double top)
         const QScopedValueRollback<bool> keep(m_goingToPage, true);
         verticalScrollBar()->setValue(static_cast<int>(std::lround(y - Gap)));
     }
-    // Where several pages fit into the window, not each of them can be scrolled to its top.
+    // If several pages fit into the window, not all of them can scroll to its top.
     setCurrentPage(page);
     Q_EMIT scrolled();
 }
@@ -87,7 +87,7 @@ double PageView::currentTop() const
 void PageView::setZoom(double zoom)
 {
     m_fit = Fit::None;
-    // At the start of the document its top stays, elsewhere the middle of what is read.
+    // At the start of the document keep the top fixed, elsewhere the middle of the window.
     const double y = verticalScrollBar()->value() == 0 ? Gap : viewport()->height() / 2.0;
     rescale(zoom, QPointF(viewport()->width() / 2.0, y));
 }
@@ -135,7 +135,7 @@ void PageView::paintEvent(QPaintEvent* event)
         paintSheet(painter, sheet, *m_document, page);
     }
     painter.setPen(Qt::NoPen);
-    painter.setCompositionMode(QPainter::CompositionMode_Multiply); // the text stays black, as under a marker
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply); // as a marker pen does: the text stays black
     auto hit = std::lower_bound(m_hits.begin(), m_hits.end(), first,
                                 [](const TextSpan& span, int page) { return span.page < page; });
     for (int page = first; page <= last && (hit != m_hits.end() || !m_selection.isEmpty()); ++page) {
@@ -193,7 +193,7 @@ void PageView::wheelEvent(QWheelEvent* event)
     event->accept();
 }
 
-// A press on a text marks, one beside it moves the paper.
+// A press on text selects, one beside it drags the paper.
 void PageView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
@@ -317,7 +317,7 @@ int PageView::pageAt(double y) const
 double PageView::fittingZoom() const
 {
     const QSizeF paper = m_document->paper * (logicalDpiX() / PointsPerInch);
-    // The room that there is with a scroll bar, so that its coming and going doesn't change the scale.
+    // Measured as if the scroll bar were there, so that it doesn't change the scale when it comes and goes.
     const int bar = verticalScrollBar()->isVisible() ? 0 : verticalScrollBar()->sizeHint().width();
     const double width = (viewport()->width() - bar - 2 * Gap) / paper.width();
     if (m_fit == Fit::Width)
@@ -327,7 +327,7 @@ double PageView::fittingZoom() const
     return std::min(width, (viewport()->height() - 2 * Gap) / paper.height());
 }
 
-// Changes the scale with the point of the document under the anchor staying there.
+// Changes the scale and keeps the point of the document under the anchor in place.
 void PageView::rescale(double zoom, QPointF anchor)
 {
     zoom = std::clamp(zoom, MinZoom, MaxZoom);
@@ -358,8 +358,8 @@ void PageView::layOut()
     horizontalScrollBar()->setRange(0, static_cast<int>(std::max(width - viewport()->width(), 0.0)));
 }
 
-// A window's height on or back, but no further than the start of the next page or the end of the last one, so that
-// every page is read from its top. A page of which only its blank edge is hidden has been read.
+// Scrolls one window's height, but stops at the start of the next page or the end of the previous one, so that every
+// page is read from its top. A page counts as read if only its blank bottom edge is hidden.
 void PageView::readOn(int direction)
 {
     QScrollBar* bar = verticalScrollBar();
@@ -402,7 +402,7 @@ void PageView::showHit()
     Q_EMIT scrolled();
 }
 
-// The page that one reads: a quarter down the window, and the last one at the end.
+// The current page is the one a quarter down the window, or the last one at the end.
 void PageView::noteCurrentPage()
 {
     if (m_goingToPage)

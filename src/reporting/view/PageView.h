@@ -9,16 +9,16 @@
 namespace orlo::reporting
 {
 
-/// The pages of a document below each other, of which only the visible ones are painted. Pages count from 0.
+/// The pages of a document, one below the other; only visible ones are painted. Pages count from 0.
 class PageView : public QAbstractScrollArea
 {
     Q_OBJECT
 
 public:
-    /// How the scale follows the window.
+    /// How the scale follows the window's size.
     enum class Fit {
         None,
-        Shrink, ///< the size on paper, or less where the width of the window asks for it
+        Shrink, ///< actual size, or less if the window is narrower
         Width,
         Page
     };
@@ -28,50 +28,50 @@ public:
 
     explicit PageView(std::shared_ptr<const Document> document, QWidget* parent = nullptr);
 
-    /// Shows the whole of the document whose first page alone stood here; the reader's place stays.
+    /// Replaces the first page, shown alone so far, by the whole document; keeps the reader's place.
     void setDocument(std::shared_ptr<const Document> document);
 
     /// The number of pages so far.
     [[nodiscard]] int pageCount() const;
-    /// The page at the upper part of the window, or the one last gone to.
+    /// The page in the upper part of the window, or the one last gone to.
     [[nodiscard]] int currentPage() const { return m_currentPage; }
-    /// Makes the page the current one and brings its top, or a line of it in points from there, to the top of the
-    /// window as far as it can be scrolled.
+    /// Makes the page current and scrolls its top, or a line at this distance from it in points, to the top of the
+    /// window if possible.
     void goToPage(int page, double top = 0);
-    /// What is read at the top of the window: how far down the current page, in points.
+    /// The distance from the current page's top to the top of the window, in points.
     [[nodiscard]] double currentTop() const;
 
-    /// 1 shows a page at its size on paper. What is read in the middle of the window stays there.
+    /// 1 is the size on paper. Keeps the middle of the window in place.
     void setZoom(double zoom);
     [[nodiscard]] double zoom() const { return m_zoom; }
-    /// Fits the page to the window, now and whenever that changes its size.
+    /// Fits the page to the window, now and on every resize.
     void setFit(Fit fit);
-    /// What the zoom follows.
+    /// What the scale follows.
     [[nodiscard]] Fit fit() const { return m_fit; }
 
-    /// Marks the hits, one of them, counted from 0, as the current one; -1 for none.
+    /// Marks the matches, and one of them, counted from 0, as current; -1 for none.
     void setHits(std::vector<TextSpan> hits, int current);
-    /// Brings the current hit into view.
+    /// Scrolls the current match into view.
     void showHit();
 
-    /// The text that is marked for being copied.
+    /// The selected text.
     [[nodiscard]] const TextSelection& selection() const { return m_selection; }
     /// Selects the text of all pages.
     void selectAll();
-    /// Puts the marked text on the clipboard.
+    /// Copies the selection to the clipboard.
     void copy() const;
 
-    /// Where the page lies in the viewport, in its pixels.
+    /// The page's area in the viewport, in pixels.
     [[nodiscard]] QRectF pageBox(int page) const;
 
 Q_SIGNALS:
-    /// After another page came to the top; the first is 0.
+    /// Emitted after the current page changed; the first is 0.
     void currentPageChanged(int page);
-    /// After the pages moved.
+    /// Emitted after the pages moved.
     void scrolled();
-    /// After other text was selected.
+    /// Emitted after the selection changed.
     void selectionChanged();
-    /// After zoom or fit changed.
+    /// Emitted after zoom or fit changed.
     void zoomChanged();
 
 protected:
@@ -87,11 +87,11 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
-    /// What the mouse does with its button held down.
+    /// What dragging does.
     enum class Drag {
         None,
-        Marking, ///< a stretch of text
-        Moving,  ///< the paper
+        Marking, ///< selects text
+        Moving,  ///< moves the paper
     };
 
     [[nodiscard]] QSizeF pageSize() const;

@@ -135,7 +135,7 @@ void PreviewWindow::offerReports(const QString& shown, std::function<void(const 
             if (report.isExample && !std::exchange(examples, true))
                 m_more->addSeparator();
             QAction* action = m_more->addAction(QString(report.title).replace(u'&', QStringLiteral("&&")));
-            // From the event loop, as the menu may go with the window.
+            // Through the event loop, because the window may close and take the menu with it.
             connect(
                 action, &QAction::triggered, QCoreApplication::instance(), [run, file = report.path] { run(file); },
                 Qt::QueuedConnection);
@@ -164,7 +164,7 @@ void PreviewWindow::copyAddresses()
 
 bool PreviewWindow::savePdf(const QString& path)
 {
-    return save(path, [document = m_document, &path] { // another one may come to stand here meanwhile
+    return save(path, [document = m_document, &path] { // another document may arrive meanwhile
         RunProgress progress(tr("Saving the report…"));
         return writePdf(*document, path, std::ref(progress));
     });
@@ -184,7 +184,7 @@ void PreviewWindow::keyPressEvent(QKeyEvent* event)
         QMainWindow::keyPressEvent(event);
     else if (m_findBar->isVisible())
         m_findBar->dismiss();
-    else if (!m_view->hasFocus()) { // it leaves what it was typed in first, and what was typed there
+    else if (!m_view->hasFocus()) { // leaving the box it was typed in restores what stood there
         showPage(m_view->currentPage());
         m_zoom->showZoom();
         m_view->setFocus();
@@ -224,7 +224,7 @@ void PreviewWindow::makeActions()
             saveCsv(path);
     });
     m_refresh = makeAction("actRefresh", tr("&Refresh"), Glyph::Refresh, {QKeySequence(Qt::Key_F5)}, [this] {
-        const auto refresh = m_onRefresh; // the window may go meanwhile
+        const auto refresh = m_onRefresh; // the window may be destroyed meanwhile
         refresh();
     });
     m_refresh->setEnabled(false);
@@ -309,7 +309,7 @@ void PreviewWindow::makeToolBar()
     m_toolBar = addToolBar(tr("Tools"));
     m_toolBar->setObjectName(QStringLiteral("tlbPreview"));
     if (auto* more = m_toolBar->findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
-        more->setAccessibleName(tr("More")); // where the window is too narrow for all
+        more->setAccessibleName(tr("More")); // shown if the window is too narrow for all
     m_toolBar->setMovable(false);
     m_toolBar->setIconSize(QSize(IconSize, IconSize));
     m_toolBar->toggleViewAction()->setEnabled(false);
@@ -356,7 +356,7 @@ void PreviewWindow::makeSide()
     m_side->setObjectName(QStringLiteral("dckPageList"));
     m_side->setFeatures(QDockWidget::DockWidgetClosable);
     m_side->setAllowedAreas(Qt::LeftDockWidgetArea);
-    m_side->setTitleBarWidget(new QWidget); // the tabs say it all
+    m_side->setTitleBarWidget(new QWidget); // the tabs are title enough
     addDockWidget(Qt::LeftDockWidgetArea, m_side);
     resizeDocks({m_side}, {SideWidth}, Qt::Horizontal);
     m_side->hide();

@@ -27,8 +27,8 @@ class PageList;
 class PageView;
 class ZoomBox;
 
-/// A finished report on the screen. It is a window of its own without a parent: a waiting dialog of the program doesn't
-/// block it, and it outlives the screen that ran the report, but not the program's frame. Closing it deletes it.
+/// A finished report on the screen. It is a top-level window without a parent: modal dialogs don't block it, and it
+/// outlives the form that ran the report, but not the main window. Closing deletes it.
 class PreviewWindow : public QMainWindow
 {
     Q_OBJECT
@@ -36,24 +36,23 @@ class PreviewWindow : public QMainWindow
 public:
     explicit PreviewWindow(std::shared_ptr<const Document> document);
 
-    /// Puts another document in the place of the one that stands here: the whole one after its first page, or what the
-    /// report has become. The reader's place stays.
+    /// Replaces the document: the first page by the whole report, or a report by its new run. Keeps the reader's place.
     void setDocument(std::shared_ptr<const Document> document);
-    /// The document that is shown.
+    /// The document shown.
     [[nodiscard]] const Document& document() const { return *m_document; }
     /// The pages.
     [[nodiscard]] PageView& view() const { return *m_view; }
-    /// Shows or hides the side with the small pages and the outline.
+    /// Shows or hides the side bar with thumbnails and outline.
     void setPageListVisible(bool visible);
-    /// Says what the command "Refresh" does; without it, it is dead.
+    /// Sets what "Refresh" does; without it, the command is disabled.
     void onRefresh(std::function<void()> refresh);
-    /// Offers the other report files of the program, which are run by their paths, beside the shown one.
+    /// Offers the program's other report files, which are run by their paths.
     void offerReports(const QString& shown, std::function<void(const QString& file)> run);
-    /// Tells something in a line under the pages; an empty text takes the line away.
+    /// Shows a message below the pages; an empty text hides it.
     void tell(const QString& text);
 
-    /// Writes the pages as PDF, the rows as CSV. False where it was cancelled, or after telling the user of the
-    /// failure; a file that was there is then as it was.
+    /// Save the pages as PDF, the rows as CSV. False if cancelled or after a failure was shown; an existing file stays
+    /// unchanged then.
     bool savePdf(const QString& path);
     bool saveCsv(const QString& path);
 

@@ -27,13 +27,13 @@ PrinterFactory theFactory;
                                  QStringLiteral("The printer can't be reached: %1").arg(where));
 }
 
-// A file of the print system's own would be left cut off where the disk is full, and nobody would tell why.
+// The print system's own PDF file would be left truncated on a full disk, without an error.
 bool printsIntoPdf(const QPrinter& printer)
 {
     return !printer.outputFileName().isEmpty() && printer.paintEngine()->type() == QPaintEngine::Pdf;
 }
 
-// The bookmarks of some pages, where these stand in the order of the report.
+// The bookmarks of some pages, in print order.
 std::vector<OutlineEntry> outlineOf(const Document& document, const std::vector<int>& order)
 {
     std::vector<OutlineEntry> outline;
@@ -67,7 +67,7 @@ bool printInto(const QString& path, QSizeF sheet, const Document& document, cons
     return true;
 }
 
-// The pages in the order in which they leave the printer; copies are laid out here where the printer makes none.
+// The pages in print order; copies are laid out here if the printer can't make them.
 std::vector<int> printOrder(const QPrinter& printer, int first, int last)
 {
     std::vector<int> order;

@@ -27,7 +27,7 @@ namespace
 
 std::function<store::Database*(const QString& path)> theProvider;
 
-// The databases of one run: the program's own where it is open on the file, others opened here and closed at the end.
+// The databases of a run: the program's own if it has the file open, others opened here and closed at the end.
 class RunDatabases
 {
 public:
@@ -46,7 +46,7 @@ private:
     std::map<QString, store::Database> m_opened;
 };
 
-// The preview of a run that isn't over: gone with the run, unless that comes to its end. Closing it ends the run.
+// The preview of a run in progress. It is destroyed with the run unless that completes; closing it ends the run.
 class BegunPreview
 {
 public:
@@ -69,7 +69,7 @@ private:
     bool m_begun = false;
 };
 
-// Another report on the database of a run; without one of its own, a slot reads the main one.
+// Runs another report on the databases of a run; slots it doesn't set use the main database.
 void runOther(const RunRequest& request, const QString& file)
 {
     const auto databaseOf = [&](int slot) {
@@ -85,7 +85,7 @@ void runOther(const RunRequest& request, const QString& file)
     control.run(); // its windows stay
 }
 
-// A caption that no other open preview has, so that two of one report can be told apart.
+// A caption that no other open preview has, so that two previews of one report can be told apart.
 QString freeCaption(const QString& wanted)
 {
     QStringList taken;
@@ -146,7 +146,7 @@ int ReportControl::run()
     if (m_running)
         return platform::InvalidProcedureCall;
     m_running = true;
-    // Every run is set up anew from slot 0 of the main report on, whichever subreport the last one named.
+    // Each run starts over at slot 0 of the main report, whichever subreport the last one set.
     m_subreportPointed = false;
 
     const QPointer<ReportControl> self(this);
@@ -187,7 +187,7 @@ int ReportControl::execute()
     {
         RunProgress progress(QStringLiteral("Preparing the report…"));
         const auto goOn = [&](int done, int total) {
-            if (begun.isOpen()) { // let its page be painted, while nobody can reach the program's windows
+            if (begun.isOpen()) { // let its page be painted while the program's windows are blocked
                 const widgets::NestedLoop loop;
                 QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
             }

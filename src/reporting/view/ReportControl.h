@@ -14,16 +14,16 @@ namespace orlo::reporting
 class PreviewWindow;
 class ReportMessage;
 
-/// Where a run sends its pages.
+/// Where a run's pages go.
 enum Destination : int { ToPreview = 0, ToPrinter = 1 };
 
 /// How a preview window opens.
 enum PreviewState : int { PreviewNormal = 0, PreviewMinimised = 1, PreviewMaximised = 2 };
 
-/// The report engine as a screen holds it: settings, then one call. The settings keep their values from run to run.
+/// The report engine for a form: set properties, then run(). Settings keep their values from run to run.
 ///
-/// What goes wrong is told in a window of the engine's own, with the file, line and column where it lies; the screen
-/// only gets a number. The settings are properties, so that outside programs can read what a screen asked for.
+/// Failures are shown in a window of the engine's own, with file, line and column; the form only gets a number. The
+/// settings are Qt properties, so that other programs can read them.
 class ReportControl : public QObject
 {
     Q_OBJECT
@@ -39,24 +39,24 @@ class ReportControl : public QObject
     Q_PROPERTY(int LastPage READ lastPage WRITE setLastPage)
 
 public:
-    /// What run() returns when the user cancelled it, or closed its preview before the end.
+    /// Returned by run() if the user cancelled it or closed its preview before the end.
     static constexpr int UserInterrupt = 18;
 
-    /// The name becomes the object's name.
+    /// The name becomes the objectName.
     ReportControl(const QString& name, QObject* parent);
     ~ReportControl() override;
 
-    /// The report file's path. A change of file forgets the slots of the last file's subreports.
+    /// The report file's path. Changing it clears the subreports' slots.
     void setReportFile(const QString& path);
     [[nodiscard]] const QString& reportFile() const { return m_request.reportFile; }
 
-    /// The database file that a table slot reads, an empty path clearing the slot: of the subreport that was named
-    /// since the last run, or of the main report.
+    /// Sets the database file of a table slot, of the subreport named since the last run or of the main report; an
+    /// empty path clears the slot.
     Q_INVOKABLE void setDatabaseFile(int slot, const QString& path);
-    /// The slot of the main report, or of a subreport; empty where nothing is set.
+    /// A slot of the main report or of a subreport; empty if not set.
     Q_INVOKABLE [[nodiscard]] QString databaseFile(int slot, const QString& subreport = QString()) const;
 
-    /// Names the subreport that setDatabaseFile() applies to until the next run; an empty name is the main report.
+    /// Directs setDatabaseFile() to a subreport until the next run; an empty name means the main report.
     void setSubreportToChange(const QString& name);
     [[nodiscard]] const QString& subreportToChange() const { return m_subreport; }
 
@@ -66,14 +66,14 @@ public:
     void setReportTitle(const QString& title) { m_request.reportTitle = title; }
     [[nodiscard]] const QString& reportTitle() const { return m_request.reportTitle; }
 
-    /// The preview's caption; the report's own title where it is empty.
+    /// The preview's caption; the report's own title if empty.
     void setWindowTitle(const QString& title) { m_windowTitle = title; }
     [[nodiscard]] const QString& windowTitle() const { return m_windowTitle; }
 
     void setDestination(int destination) { m_destination = destination; }
     [[nodiscard]] int destination() const { return m_destination; }
 
-    /// Whether the preview opens with the page list at its side.
+    /// Whether the preview opens with its side bar.
     void setWindowOption(bool option) { m_windowOption = option; }
     [[nodiscard]] bool windowOption() const { return m_windowOption; }
 
@@ -88,15 +88,15 @@ public:
     void setLastPage(int page) { m_request.lastPage = page; }
     [[nodiscard]] int lastPage() const { return m_request.lastPage; }
 
-    /// Renders the report with the settings above. 0, or the number of the failure, which the user has seen;
-    /// never throws. A call while a run of this object is under way gives 5 and does nothing.
+    /// Runs the report. Returns 0, or the number of a failure that the user has seen; never throws. Returns 5 and does
+    /// nothing while another run of this object is in progress.
     Q_INVOKABLE int run();
 
-    /// The preview of the last run while it is open.
+    /// The last run's preview while it is open.
     [[nodiscard]] PreviewWindow* preview() const;
 
-    /// Names who knows the program's open database: for a path of the operating system it yields the database open
-    /// on that file, or null; a run then opens the file for itself.
+    /// Sets the function that returns the program's database open on a native path, or null; runs open other files
+    /// themselves.
     static void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider);
 
 private:

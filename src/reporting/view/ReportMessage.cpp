@@ -23,7 +23,7 @@ QString messageOf(const ReportError& error, const QString& reportFile)
     const bool ofSelection = !error.place().file && !error.file().contains(u'/') &&
                              error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
     QString file = error.file().contains(u'/') ? error.file() : report;
-    if (error.place().file) { // an included one, of the report's folder or the program's own
+    if (error.place().file) { // an included file, in the report's folder or the program's own
         const QString beside = QFileInfo(report).dir().filePath(error.file());
         file = QFileInfo::exists(beside) ? beside : error.file();
     }

@@ -7,11 +7,11 @@ namespace orlo::reporting
 
 class ReportError;
 
-/// What is wrong, in which file and where: the report file, one that it includes, or the selection formula.
+/// What is wrong and where: in the report file, an included file or the selection formula.
 [[nodiscard]] QString messageOf(const ReportError& error, const QString& reportFile);
 
-/// The engine's own window for what went wrong in a run. It lies above the window that asked for the run
-/// and holds nothing up; its text can be selected and copied. Closing it deletes it.
+/// The engine's own window for a failed run. It lies above the window that ran the report without blocking it; its text
+/// can be selected and copied. Closing deletes it.
 class ReportMessage : public QWidget
 {
     Q_OBJECT

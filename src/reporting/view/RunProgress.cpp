@@ -61,9 +61,9 @@ bool RunProgress::operator()(int done, int total)
         return !m_dialog->wasCanceled();
     }
     m_sinceUpdate.restart();
-    const widgets::NestedLoop loop; // setValue() lets events in, too
+    const widgets::NestedLoop loop; // setValue() handles events, too
     m_dialog->setMaximum(std::max(total, 1));
-    m_dialog->setValue(std::max(m_dialog->value(), std::min(done, total))); // a subreport is read after others
+    m_dialog->setValue(std::max(m_dialog->value(), std::min(done, total))); // subreports are read after the main report
     QCoreApplication::processEvents();
     return !m_dialog->wasCanceled();
 }

@@ -12,10 +12,10 @@ class QProgressDialog;
 namespace orlo::reporting
 {
 
-/// The progress of one long piece of work: the busy pointer, and after a moment a window with a Cancel button.
+/// Shows the progress of a long task: the busy cursor and, after a moment, a window with a Cancel button.
 ///
-/// That window holds the input of the whole program, and no event is handled before it is up, so that nobody can close
-/// or start again what waits for the work.
+/// That window is modal for the whole program, and no event is handled before it is shown, so that nobody can close or
+/// restart what waits for the task.
 class RunProgress
 {
 public:
@@ -27,10 +27,10 @@ public:
     /// False once the user has cancelled.
     bool operator()(int done, int total);
 
-    /// True while such work is under way anywhere in the program.
+    /// True while such a task is running anywhere in the program.
     [[nodiscard]] static bool isUnderWay();
 
-    /// How long work may take without its window, in milliseconds; 400 unless a test says otherwise.
+    /// Sets the delay before the window appears, in milliseconds (400), for tests.
     static void setDelay(int milliseconds);
 
 private:

@@ -7,10 +7,10 @@ class QPainter;
 namespace orlo::reporting
 {
 
-/// Paints one page of a document as a sheet of paper, white in every palette, into a rectangle of the painter.
+/// Paints a page as a sheet of paper, white in every palette, into a rectangle.
 void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document, int page);
 
-/// Paints what lies around a sheet on a desk, before it.
+/// Paints a sheet's shadow, before the sheet itself.
 void paintShadow(QPainter& painter, const QRectF& sheet);
 
 } // namespace orlo::reporting

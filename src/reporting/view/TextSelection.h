@@ -7,28 +7,28 @@
 namespace orlo::reporting
 {
 
-/// A page, counted from 0, and a place between two characters of its text.
+/// A page, counted from 0, and a position in its text.
 using TextPlace = std::pair<int, qsizetype>;
 
-/// A stretch of a document's text, over pages, as it is marked: from where the marking began, on or back.
+/// A selection in a document, possibly across pages: from where it began, forwards or backwards.
 class TextSelection
 {
 public:
-    /// Marks nothing.
+    /// Selects nothing.
     void clear() { m_from = m_to = {}; }
-    /// Begins at a place, or goes on there from where the last marking began.
+    /// Begins at a position, or extends the last selection to it.
     void begin(TextPlace place, bool goOn);
-    /// The marking ends at another place.
+    /// Moves the end of the selection.
     void extendTo(TextPlace place) { m_to = place; }
-    /// Marks the word around a place, the text of all pages.
+    /// Select the word around a position, or the text of all pages.
     void takeWord(const Document& document, TextPlace place);
     void takeAll(const Document& document);
 
     /// True where nothing is selected.
     [[nodiscard]] bool isEmpty() const { return m_from == m_to; }
-    /// What of it stands on a page.
+    /// The part of the selection on a page.
     [[nodiscard]] TextSpan on(int page, const PageText& text) const;
-    /// Puts it on the clipboard, if anything is selected.
+    /// Copies it to the clipboard, unless it is empty.
     void copy(const Document& document) const;
 
 private:

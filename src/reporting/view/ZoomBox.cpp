@@ -51,7 +51,7 @@ void ZoomBox::showZoom()
         text = itemText(1);
     setCurrentIndex(findText(text));
     setEditText(text);
-    setAccessibleDescription(tr("Zoom, %1").arg(percent)); // on X11 its name is its choice
+    setAccessibleDescription(tr("Zoom, %1").arg(percent)); // on X11 the name is taken by the choice
 }
 
 void ZoomBox::takeZoom(const QString& text)

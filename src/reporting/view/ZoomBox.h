@@ -7,7 +7,7 @@ namespace orlo::reporting
 
 class PageView;
 
-/// The box with the scale of the pages: two ways to fit them, and percents, which can be typed too.
+/// The zoom box: two ways to fit the pages, and percentages, which can also be typed.
 class ZoomBox : public QComboBox
 {
     Q_OBJECT
@@ -15,9 +15,9 @@ class ZoomBox : public QComboBox
 public:
     explicit ZoomBox(PageView& view);
 
-    /// Shows the scale of the pages in the place of what was typed.
+    /// Replaces what was typed by the current scale.
     void showZoom();
-    /// To the next larger (1) or smaller (-1) of the listed scales; beyond the list's ends the scale stays.
+    /// Goes to the next larger (1) or smaller (-1) scale in the list, if there is one.
     void step(int direction);
 
 private:

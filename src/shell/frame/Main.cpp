@@ -30,7 +30,7 @@ store::Database* databaseAt(const QString& path)
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32, 48, 128, 256})
+    for (const int size : {16, 24, 32, 48, 128, 256})
         icon.addFile(QStringLiteral(":/art/orlo-%1.png").arg(size), QSize(size, size));
     return icon;
 }

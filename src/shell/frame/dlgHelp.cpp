@@ -3,8 +3,10 @@
 #include "platform/FileSystem.h"
 #include "shell/forms/Module1.h"
 #include "ui_dlgHelp.h"
+#include "widgets/MessageBox.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -16,7 +18,7 @@ dlgHelp::dlgHelp() : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::dl
     ui->setupUi(this);
     setCancelButton(ui->cmdClose);
     connect(ui->cmdClose, &QPushButton::clicked, this, &dlgHelp::unload);
-    connect(ui->Label2, &QLabel::linkActivated, this, &QDesktopServices::openUrl);
+    connect(ui->Label2, &QLabel::linkActivated, this, &dlgHelp::openManual);
 }
 
 dlgHelp::~dlgHelp() = default;
@@ -32,6 +34,16 @@ void dlgHelp::load()
             QStringLiteral("<br><br>Meanwhile, the manual on this computer tells how everything is done: "
                            "<a href=\"%1\">Open the ORLO manual</a>")
                 .arg(QString::fromLatin1(QUrl::fromLocalFile(manual).toEncoded())));
+}
+
+// A computer without a browser, or without what finds it, would do nothing and say nothing.
+void dlgHelp::openManual(const QString& link)
+{
+    const QUrl url(link);
+    if (!QDesktopServices::openUrl(url))
+        widgets::message(
+            QStringLiteral("Nothing on this computer opens the manual by itself. Open this file in a browser:\n") +
+            QDir::toNativeSeparators(url.toLocalFile()));
 }
 
 } // namespace orlo

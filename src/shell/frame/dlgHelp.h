@@ -25,6 +25,8 @@ protected:
     void load() override;
 
 private:
+    void openManual(const QString& link);
+
     std::unique_ptr<Ui::dlgHelp> ui;
 };
 

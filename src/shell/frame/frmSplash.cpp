@@ -17,6 +17,7 @@ namespace orlo
 namespace
 {
 constexpr QSize PictureSize(483, 401);
+constexpr QColor Border(0x6f, 0x98, 0xa8);
 constexpr int FontPixels = 12;
 constexpr int LookForEndEvery = 100; // ms
 
@@ -86,8 +87,8 @@ void frmSplash::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.drawImage(0, 0, m_picture);
-    painter.setPen(Qt::black);
-    painter.drawRect(rect().adjusted(0, 0, -1, -1)); // its thin border
+    painter.setPen(Border);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1)); // thin, and seen on any desktop
     for (QLabel* label : {ui->lblVersion, ui->lblWarning})
         QTimer::singleShot(0, label, &QWidget::show);
 }

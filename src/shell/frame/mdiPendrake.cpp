@@ -4,6 +4,7 @@
 #include "shell/frame/Main.h"
 #include "shell/frame/ScreenScroll.h"
 #include "shell/frame/Screens.h"
+#include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/DataForms.h"
 #include "store/upkeep/basDataUpdate.h"
@@ -34,7 +35,6 @@ const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
 mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
 {
     ui->setupUi(this);
-    ui->mdiArea->setBackground(palette().mid());
     setAttribute(Qt::WA_DeleteOnClose);
     QApplication::setWindowIcon(programIcon());
     setCursor(Qt::ArrowCursor);
@@ -126,8 +126,6 @@ void mdiPendrake::mnuRepairDatabase_Click()
 void mdiPendrake::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        ui->mdiArea->setBackground(palette().mid());
     if (event->type() != QEvent::ActivationChange)
         return;
     // Coming back from a message box is no new activation; the update's own box would ask for the update again.
@@ -176,8 +174,10 @@ void mdiPendrake::fillWindowMenu()
         QString caption = window->windowTitle();
         caption.replace(u'&', QStringLiteral("&&"));
         auto* action = menu.addAction(QStringLiteral("&%1 %2").arg(++number).arg(caption));
-        action->setCheckable(true);
-        action->setChecked(window == ui->mdiArea->currentSubWindow());
+        if (window == ui->mdiArea->currentSubWindow()) { // the others get no empty box
+            action->setCheckable(true);
+            action->setChecked(true);
+        }
         connect(action, &QAction::triggered, window, [this, window] {
             if (window->isMinimized())
                 window->showNormal();

@@ -13,21 +13,21 @@ namespace
 constexpr qsizetype OfToday = 5;
 
 struct Period {
-    qsizetype count;                 // how many of them keep a copy
-    int (*number)(const QDate& day); // the same for the days of one
+    qsizetype count;                 // periods that keep a copy
+    int (*number)(const QDate& day); // A number that the days of one period share
 };
 
 constexpr Period Periods[] = {
     {7, [](const QDate& day) { return static_cast<int>(day.toJulianDay()); }},
-    {4, [](const QDate& day) { return static_cast<int>(day.toJulianDay() / 7); }}, // from Monday on
+    {4, [](const QDate& day) { return static_cast<int>(day.toJulianDay() / 7); }}, // weeks begin on Monday
     {12, [](const QDate& day) { return day.year() * 12 + day.month(); }},
 };
 
-// The first copy of each of the last periods. Names sort by their age.
+// Keeps the first copy of each of the latest periods. Names sort by age.
 void keepFirsts(const QStringList& names, const Period& period, QSet<QString>& kept)
 {
     QHash<int, QString> firsts;
-    QList<int> last; // the newest first
+    QList<int> last; // newest first
     for (auto name = names.crbegin(); name != names.crend(); ++name) {
         const int number = period.number(dayOfCopy(*name));
         if (last.isEmpty() || last.back() != number)

@@ -6,6 +6,7 @@
 #include "platform/RuntimeError.h"
 #include "platform/System.h"
 #include "store/copies/CopyPlan.h"
+#include "store/copies/DatabaseCopy.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -22,21 +23,21 @@ namespace
 {
 
 constexpr qint64 Recently = 10 * 60; // seconds
-constexpr qint64 Shortly = 5;        // seconds after which another program may have let the file go
-constexpr qint64 PartOfRoom = 10;    // of the free room, the part that copies may take
+constexpr qint64 Shortly = 5;        // seconds until another program may have released the file
+constexpr qint64 PartOfRoom = 10;    // copies may take one part in so many of the free space
 constexpr QLatin1StringView Passing(".part");
 [[noreturn]] void refuseCopy(int number)
 {
     throw RuntimeError(number, QStringLiteral("KeptCopies"));
 }
 
-// What is computed anew for each run of the list; nobody misses rows of it.
+// Rebuilt for each run of the list, so its rows are no loss.
 bool isWorkingTable(const QString& table)
 {
     return table.compare(QLatin1StringView("Purchase_List"), Qt::CaseInsensitive) == 0;
 }
 
-// Either way, since clocks are put back.
+// In either direction, since clocks get set back.
 bool isWithin(const QDateTime& time, const QDateTime& now, qint64 seconds = Recently)
 {
     return std::abs(time.secsTo(now)) <= seconds;
@@ -44,7 +45,7 @@ bool isWithin(const QDateTime& time, const QDateTime& now, qint64 seconds = Rece
 
 std::shared_ptr<KeptCopies> copiesOf(const QString& path)
 {
-    static QHash<QString, std::shared_ptr<KeptCopies>> all; // what happened in this run counts for each file
+    static QHash<QString, std::shared_ptr<KeptCopies>> all; // state of this run, by file
     const QString file = platform::nativePath(path);
     auto& copies = all[file];
     if (!copies)
@@ -94,10 +95,10 @@ void KeptCopies::beforeReplacement()
     begin();
     m_replacing = true;
     try {
-        Database database = DBEngine::openDatabase(m_file); // which settles what a killed run left half done
+        Database database = DBEngine::openDatabase(m_file); // rolls back what a killed run left
         copyOf(database);
     } catch (const RuntimeError& error) {
-        // In the former format, or damaged. What another program is changing would be copied half done.
+        // In the former format or damaged. A file that another program is changing would be copied half changed.
         const bool half =
             QFile::exists(m_file + QStringLiteral("-journal")) || QFile::exists(m_file + QStringLiteral("-wal"));
         if (error.number() == platform::CannotLockFile && half)
@@ -110,10 +111,10 @@ bool KeptCopies::copyOf(Database& database)
 {
     if (!database.isOpen())
         return true;
-    const quint32 version = database.state().version; // before the copy: what comes between makes another one
+    const quint32 version = database.state().version; // taken before the copy: a later change needs another copy
     if (m_version == version)
         return true;
-    if (!make([&database](const QString& path) { database.copyTo(path); }))
+    if (!make([&database](const QString& path) { copyDatabase(database, path); }))
         return false;
     m_version = version;
     return true;
@@ -146,7 +147,7 @@ void KeptCopies::tellNone(const RuntimeError& error) const
                            .arg(QDir::toNativeSeparators(m_folder), error.description()));
 }
 
-// A link is followed: somebody wants the copies elsewhere.
+// A link is followed: the user wants the copies elsewhere.
 void KeptCopies::makeFolder() const
 {
     if (QFileInfo(m_folder).isDir())
@@ -179,8 +180,8 @@ qint64 KeptCopies::sizeOf(const QStringList& copies) const
     return size;
 }
 
-// What thinning would leave must have room beside the new one. None goes while the file is being replaced, and that
-// copy is the only one of what is lost: it is made even so.
+// What thinning would leave must fit beside the new copy. While the file is being replaced no copy is thinned out, and
+// the new one is made regardless: it is the only one of what is about to be lost.
 void KeptCopies::requireRoom() const
 {
     const QStringList all = names();
@@ -199,7 +200,7 @@ QString KeptCopies::freeName() const
     return time.toString(QStringLiteral("yyyy-MM-dd HH.mm.ss"));
 }
 
-// The name while a copy is being made or removed, which another program doesn't use.
+// A temporary name while a copy is being made or removed, unique to this process.
 QString KeptCopies::passingName(const QString& name) const
 {
     return QStringLiteral("%1/%2.%3%4").arg(m_folder, name).arg(QCoreApplication::applicationPid()).arg(Passing);
@@ -221,7 +222,7 @@ void KeptCopies::put(const Writer& write)
         platform::takeName(passing, m_folder + u'/' + name);
     } catch (const RuntimeError&) {
         QDir(passing).removeRecursively();
-        // Another program that made one at the same moment has done it for both.
+        // If another program made one at the same moment, it serves both.
         if (!names().contains(name))
             throw;
     }
@@ -235,13 +236,13 @@ void KeptCopies::thin() const
     for (const QString& name : all)
         if (!kept.contains(name))
             remove(name);
-    // The oldest goes first where there is too little room, and today's never.
+    // If there is too little room the oldest goes first, but never today's.
     const qint64 room = platform::FileSystem().freeSpaceAt(m_folder) / PartOfRoom;
     while (!kept.isEmpty() && dayOfCopy(kept.front()) != today && sizeOf(kept) > room)
         remove(kept.takeFirst());
 }
 
-// A folder to which somebody has added something is theirs.
+// A folder that somebody added something to is theirs.
 void KeptCopies::remove(const QString& name) const
 {
     const QString folder = m_folder + u'/' + name;
@@ -253,7 +254,7 @@ void KeptCopies::remove(const QString& name) const
         QDir(passing).removeRecursively();
 }
 
-// What a run that was killed has left half done. What is new may be another program's at work.
+// Leftovers of a killed run. Recent ones may belong to another running program.
 void KeptCopies::sweep() const
 {
     const auto entries = QDir(m_folder).entryInfoList({u'*' + Passing}, QDir::Dirs | QDir::NoSymLinks);

@@ -14,31 +14,31 @@ class RuntimeError;
 namespace orlo::store
 {
 
-/// The name of a backup, and of the file in the folder of a copy.
+/// The name of a backup, and of the file in a copy's folder.
 inline constexpr QLatin1StringView BackupName("Quorrel11_Backup");
 
-/// The copies of a pack's file that make themselves: "copies/2026-06-07/Quorrel11_Backup" beside it, further ones of a
-/// day as "2026-06-07 14.05". Whole and on the disk before they bear that name. They take at most a tenth of the
-/// volume's free room. Nothing here raises a failure or waits for another program longer than a moment: what fails goes
-/// to the system's log, and the work goes on without the copy.
+/// Automatic copies of a pack's file: "copies/2026-06-07/Quorrel11_Backup" beside it, later ones of a day as
+/// "2026-06-07 14.05". A copy is complete and flushed before it gets that name. All copies together take at most a
+/// tenth of the volume's free space. Nothing here raises a failure or waits for other programs longer than a moment:
+/// failures go to the system log, and work goes on without a copy.
 class KeptCopies
 {
 public:
     using Clock = QDateTime (*)();
 
-    /// Of a file at a native path. The clock tells today() and the time of day.
+    /// For a file at a native path. The clock gives the date and time.
     explicit KeptCopies(const QString& file, Clock clock = now);
 
-    /// The file has been opened: it may be another one by now.
+    /// Call when the file has been opened: it may be another one by now.
     void begin();
-    /// Before a change: a copy where the day has none yet. Before rows go: one where this is the first time, or where
-    /// the newest is more than ten minutes old. None where nothing has changed since the last one. False where it
-    /// should be tried again before the next change.
+    /// Call before a change: makes the day's first copy. Before rows are deleted: makes one if it's the run's first
+    /// deletion or if the newest copy is more than ten minutes old. Makes none if nothing has changed since the last
+    /// one. False if it should be tried again before the next change.
     bool beforeChange(Database& database, const Change& change);
-    /// Before something else takes the place of the open file: a copy, unless nothing has changed since the last one.
-    /// No other copy goes until the file is opened again, since one of them may be what takes its place.
+    /// Call before the open file is replaced: makes a copy unless nothing has changed since the last one. Until the
+    /// file is opened again no other copy is removed, since it may be the replacement.
     void beforeReplacement(Database& database);
-    /// The same for a file that isn't open; nothing without one.
+    /// The same for a file that isn't open; does nothing if it doesn't exist.
     void beforeReplacement();
 
 private:
@@ -64,17 +64,17 @@ private:
     QString m_file;
     QString m_folder;
     Clock m_clock;
-    std::optional<quint32> m_version;  // of the file when the last copy was made
-    std::optional<QDateTime> m_madeAt; // the last copy
+    std::optional<quint32> m_version;  // the file's version when the last copy was made
+    std::optional<QDateTime> m_madeAt; // time of the last copy
     std::optional<QDateTime> m_failedAt;
-    bool m_lasts = false;     // what failed won't be otherwise in a moment
-    bool m_removed = false;   // rows have gone in this run
-    bool m_replacing = false; // something else is about to take the file's place
+    bool m_lasts = false;     // the failure will persist for a while
+    bool m_removed = false;   // rows have been deleted in this run
+    bool m_replacing = false; // the file is about to be replaced
 };
 
-/// From here on copies of an open file make themselves; a path as the program builds them.
+/// Makes copies of an open file automatically from here on; a program path.
 void keepCopies(Database& database);
-/// A copy of an open file, or of one at a path, before something else takes its place.
+/// Makes a copy of an open file, or of one at a path, before it is replaced.
 void keepCopyOf(Database& database);
 void keepCopyOf(const QString& path);
 

@@ -9,7 +9,7 @@
 namespace orlo::store
 {
 
-BulkLoad::BulkLoad(const Database& database) : m_connection(database.m_connection)
+BulkLoad::BulkLoad(const Database& database) : m_connection(database.connection())
 {
 }
 
@@ -23,7 +23,7 @@ void BulkLoad::begin(const TableDef& table, const QStringList& fields)
         const Field* field = table.findField(name);
         if (!field)
             throw platform::RuntimeError(platform::FieldNotFound, QStringLiteral("BulkLoad"));
-        m_fields.push_back({field->name, field->type, field->size, field->autoIncrement});
+        m_fields.push_back(*field);
         names += (names.isEmpty() ? "" : ",") + quoted(field->name);
         values += values.isEmpty() ? "?" : ",?";
     }

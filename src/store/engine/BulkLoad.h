@@ -26,7 +26,7 @@ public:
 private:
     std::shared_ptr<Connection> m_connection;
     std::optional<Statement> m_insert;
-    std::vector<FieldInfo> m_fields;
+    std::vector<Field> m_fields;
 };
 
 } // namespace orlo::store

@@ -39,16 +39,13 @@ Value defaultOf(const QString& text, FieldType type)
     const double number = text.toDouble();
     if (type == FieldType::Boolean)
         return number == 0 ? Value() : Value(true); // no is what a yes/no starts with anyway
-    return converted(Value(number), FieldInfo{{}, type});
+    return converted(Value(number), Field{{}, type});
 }
 
 Field readField(Statement& row, const QString& tableSql)
 {
-    const FieldInfo declared = declaredField(row.text(1).toUtf8());
-    Field field;
+    Field field = declaredField(row.text(1).toUtf8());
     field.name = row.text(0);
-    field.type = declared.type;
-    field.size = declared.size;
     const bool textual = field.type == FieldType::Text || field.type == FieldType::Memo;
     field.allowZeroLength = textual && !tableSql.contains(checkName(field.name, Rule::ZeroLength));
     const bool key = row.integer(4) != 0;
@@ -92,7 +89,7 @@ QStringList namesOf(Connection& connection, const char* type)
 {
     QStringList names;
     auto rows = connection.statement("SELECT name FROM sqlite_master WHERE type = ?1 ORDER BY rowid");
-    rows.bind(1, Value(QString::fromLatin1(type)));
+    rows.bind(1, QByteArray(type));
     while (rows.step())
         if (const QString name = rows.text(0); !isEngineTable(name.toUtf8().constData()))
             names.append(name);

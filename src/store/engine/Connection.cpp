@@ -1,7 +1,10 @@
 #include "store/engine/Connection.h"
 
+#include "platform/Conversion.h"
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
+#include "store/engine/Database.h"
 #include "store/engine/Failure.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Journal.h"
@@ -300,8 +303,15 @@ void Connection::run(const QByteArray& sql)
 void Connection::announce(const Change& change)
 {
     readyToWrite();
-    if (sqlite3_get_autocommit(m_db) != 0)
-        m_changeWatch.aboutTo(change);
+    const QDate today = platform::today();
+    if (!m_listener || sqlite3_get_autocommit(m_db) == 0 || (!change.removes && m_toldOn == today))
+        return;
+    try {
+        if (m_listener(change))
+            m_toldOn = today;
+    } catch (const RuntimeError& error) { // the change is none of the listener's
+        platform::logError(error.description());
+    }
 }
 
 std::shared_ptr<const Translated> Connection::translated(const QString& statement)
@@ -416,17 +426,6 @@ FileState Connection::recentState() const
     if (std::chrono::steady_clock::now() - m_looked > std::chrono::milliseconds(1))
         return state();
     return {m_ownChanges, m_versionSeen};
-}
-
-void Connection::execute(const Translated& action)
-{
-    Transaction transaction(*this);
-    {
-        auto run = statement(action.sql.toUtf8(), Origin::Outside);
-        while (run.step())
-            ;
-    }
-    transaction.commit();
 }
 
 void Connection::raiseLast(int code, bool preparing)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "store/engine/ChangeWatch.h"
 #include "store/engine/Guard.h"
 #include "store/engine/Record.h"
 #include "store/engine/Sql.h"
@@ -8,6 +7,7 @@
 
 #include <QByteArray>
 #include <QCache>
+#include <QDate>
 #include <QHash>
 #include <QSet>
 
@@ -20,6 +20,7 @@ struct sqlite3;
 namespace orlo::store
 {
 
+struct Change;
 struct Source;
 struct RowShape;
 
@@ -56,8 +57,6 @@ public:
     [[nodiscard]] Statement statement(const QByteArray& sql, Origin origin = Origin::Engine);
     /// Runs statements of the engine's own.
     void run(const QByteArray& sql);
-    /// Runs a translated action; a row that the file refuses is passed over.
-    void execute(const Translated& action);
 
     /// From here to endReading() all is read as of one state of the file. False where that is so already, as in a
     /// transaction. Raises 3050 for a file that can't be locked.
@@ -68,9 +67,10 @@ public:
     /// endReading() before a change, which would be lost in a reading that goes on: raises what keeps it from ending.
     void readyToWrite();
 
-    /// What is told ahead of this connection's changes.
-    [[nodiscard]] ChangeWatch& changeWatch() { return m_changeWatch; }
-    /// Tells it, unless a transaction is under way.
+    /// As Database::watchChanges().
+    using Listener = std::function<bool(const Change&)>;
+    void listen(Listener listener) { m_listener = std::move(listener); }
+    /// Tells the listener ahead of a change, unless a transaction is under way.
     void announce(const Change& change);
     /// Waits for other programs as long as usual.
     void waitForOthers();
@@ -133,7 +133,8 @@ private:
     QHash<QString, TableInfo> m_tables;
     QHash<QString, KnownSource> m_known;
     bool m_reading = false;
-    ChangeWatch m_changeWatch;
+    Listener m_listener;
+    QDate m_toldOn;
     quint64 m_ownChanges = 0;
     KnownRecords m_knownRecords{*this};
     mutable quint32 m_versionSeen = 0; // by the last look

@@ -62,7 +62,7 @@ DateTime dateIn(const Value& value)
 
 } // namespace
 
-Value converted(const Value& value, const FieldInfo& field)
+Value converted(const Value& value, const Field& field)
 {
     if (value.isNull())
         return value;
@@ -108,7 +108,7 @@ std::optional<DateTime> dateOfSerial(double number)
                     QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds % 86400) * 1000)};
 }
 
-FieldInfo declaredField(QByteArrayView declaration)
+Field declaredField(QByteArrayView declaration)
 {
     struct Known {
         const char* name;
@@ -122,7 +122,7 @@ FieldInfo declaredField(QByteArrayView declaration)
     };
     const qsizetype bracket = declaration.indexOf('(');
     const QByteArrayView name = declaration.first(bracket < 0 ? declaration.size() : bracket).trimmed();
-    FieldInfo field;
+    Field field;
     field.type = FieldType::Memo;
     for (const Known& known : Types)
         if (qstrnicmp(name.data(), name.size(), known.name) == 0)

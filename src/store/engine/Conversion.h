@@ -1,6 +1,8 @@
 #pragma once
 
-#include "store/engine/Database.h"
+#include "store/engine/Value.h"
+
+#include <QByteArray>
 
 #include <optional>
 
@@ -8,9 +10,9 @@ namespace orlo::store
 {
 
 /// Converts as assignment to the field does; Null stays Null. Raises 3421, 6 or 3163.
-[[nodiscard]] Value converted(const Value& value, const FieldInfo& field);
+[[nodiscard]] Value converted(const Value& value, const Field& field);
 /// The field that a declared column type stands for: its type and size.
-[[nodiscard]] FieldInfo declaredField(QByteArrayView declaration);
+[[nodiscard]] Field declaredField(QByteArrayView declaration);
 /// A date as a number: days since 12/30/1899, the time of day being the fraction. Before that day the fraction still
 /// counts forward from the day's start: -1.25 is six in the morning of 12/29/1899.
 [[nodiscard]] double serialOf(const DateTime& date);

@@ -3,11 +3,9 @@
 #include "platform/FileSystem.h"
 #include "platform/Logging.h"
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
-#include "store/engine/DatabaseCopy.h"
-#include "store/engine/Repair.h"
-#include "store/engine/Text.h"
 #include "store/engine/Version.h"
 
 #include <QFileInfo>
@@ -37,7 +35,7 @@ void requireOneKey(const TableDef& table)
         if (index.primary)
             keys.append(index.fields);
     for (const Field& field : table.fields())
-        if (field.autoIncrement && (keys.isEmpty() || !sameName(keys[0].join(u','), field.name)))
+        if (field.autoIncrement && (keys.isEmpty() || !platform::sameName(keys[0].join(u','), field.name)))
             keys.append({field.name});
     if (keys.size() > 1)
         throw RuntimeError(platform::PrimaryKeyExists, QStringLiteral("TableDef"));
@@ -51,7 +49,7 @@ TableDef::TableDef(QString name) : m_name(std::move(name))
 
 const Field* TableDef::findField(QStringView name) const
 {
-    const auto same = [name](const Field& field) { return sameName(field.name, name); };
+    const auto same = [name](const Field& field) { return platform::sameName(field.name, name); };
     const auto found = std::ranges::find_if(m_fields, same);
     return found == m_fields.end() ? nullptr : &*found;
 }
@@ -77,7 +75,8 @@ void TableDef::deleteField(QStringView name)
 
 void TableDef::appendIndex(const Index& index)
 {
-    if (std::ranges::any_of(m_indexes, [&index](const Index& other) { return sameName(other.name, index.name); }))
+    if (std::ranges::any_of(m_indexes,
+                            [&index](const Index& other) { return platform::sameName(other.name, index.name); }))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("TableDef"));
     for (const QString& field : index.fields)
         (void)fieldOf(*this, field);
@@ -115,7 +114,13 @@ void Database::execute(const QString& sql)
         throw RuntimeError(platform::SyntaxError, QStringLiteral("Database"));
     if (action->kind == Translated::Kind::Delete)
         m_connection->announce({true, action->removesFrom});
-    m_connection->execute(*action);
+    Transaction transaction(*this);
+    {
+        auto statement = m_connection->statement(action->sql.toUtf8(), Origin::Outside);
+        while (statement.step())
+            ;
+    }
+    transaction.commit();
 }
 
 void Database::watchChanges(std::function<bool(Database&, const Change&)> listener)
@@ -124,17 +129,12 @@ void Database::watchChanges(std::function<bool(Database&, const Change&)> listen
         Database database(watched.lock());
         return told(database, change);
     };
-    m_connection->changeWatch().listen(tell);
+    m_connection->listen(tell);
 }
 
 void Database::aboutToRemove()
 {
     m_connection->announce({true});
-}
-
-void Database::copyTo(const QString& path)
-{
-    copyDatabase(*m_connection, path);
 }
 
 FileState Database::state() const
@@ -249,17 +249,6 @@ Database DBEngine::createDatabase(const QString& path)
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Create);
     createQueryTexts(*connection); // until something is written there is no file
     return Database(std::move(connection));
-}
-
-QStringList DBEngine::checkDatabase(const QString& path)
-{
-    Connection connection(path, Connection::Mode::View);
-    return faultsOf(connection);
-}
-
-Repaired DBEngine::repairDatabase(const QString& path, const Versions& versions)
-{
-    return repairFile(platform::nativePath(path), versions);
 }
 
 } // namespace orlo::store

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "store/engine/ChangeWatch.h"
 #include "store/engine/Recordset.h"
 
 #include <QStringList>
@@ -16,17 +15,6 @@ class Connection;
 struct Version;
 /// The newest version first.
 using Versions = std::vector<Version>;
-
-/// A field of a table definition. Text fields have a size; attributes and flags as the catalogue stores them.
-struct Field {
-    QString name;
-    FieldType type = FieldType::Text;
-    int size = 0;
-    bool allowZeroLength = false;
-    bool autoIncrement = false; ///< a counter that the engine numbers
-    bool required = false;
-    Value defaultValue = {};
-};
 
 /// An index of a table definition, on one field or more.
 struct Index {
@@ -77,6 +65,12 @@ struct QueryDef {
     QString sql;
 };
 
+/// What a file's rows are about to go through.
+struct Change {
+    bool removes = false;
+    QString table = {}; ///< that loses rows; empty where several things will happen
+};
+
 /// One open database file. Closing it ends every record set that was opened on it (3420); letting it go leaves them
 /// their file.
 class Database
@@ -106,10 +100,6 @@ public:
     void watchChanges(std::function<bool(Database&, const Change&)> listener);
     /// Tells of a removal that begins with other steps.
     void aboutToRemove();
-    /// Writes a copy of the file as it stands to a new file, which isn't flushed; a native path. Raises 3050 within a
-    /// transaction and while another program changes the file, 3049 where it can't be read, 61 or 75 where the copy
-    /// can't be written.
-    void copyTo(const QString& path);
     /// The file's state, which is another one after every change, whoever made it. Raises 3420 if it is closed.
     [[nodiscard]] FileState state() const;
     [[nodiscard]] bool isOpen() const;
@@ -130,10 +120,10 @@ public:
     void createQueryDef(const QString& name, const QString& sql);
 
     explicit Database(std::shared_ptr<Connection> connection);
+    /// The file itself, for what works on it as a whole.
+    [[nodiscard]] const std::shared_ptr<Connection>& connection() const { return m_connection; }
 
 private:
-    friend class BulkLoad;
-    friend class Transaction;
     std::shared_ptr<Connection> m_connection;
 };
 
@@ -157,12 +147,6 @@ private:
     bool m_done = false;
 };
 
-/// What a repair has done.
-struct Repaired {
-    QString damaged;     ///< the path of the damaged file, which stays beside the new one; empty for a sound one
-    QStringList missing; ///< what the new file doesn't have, a line for each row, field or page, as far as it is known
-};
-
 /// The engine's own operations on files.
 namespace DBEngine
 {
@@ -177,12 +161,6 @@ namespace DBEngine
 [[nodiscard]] Database viewDatabase(const QString& path);
 /// Makes an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
-/// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does.
-[[nodiscard]] QStringList checkDatabase(const QString& path);
-/// Checks a closed file and rebuilds a damaged one, which is of one of the versions, from every row that can still be
-/// read. Raises 3024 for a missing file, 3049 for one in which nothing can be read, 61 or 70 when the new file can't be
-/// written.
-Repaired repairDatabase(const QString& path, const Versions& versions);
 } // namespace DBEngine
 
 } // namespace orlo::store

@@ -2,8 +2,8 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Rows.h"
-#include "store/engine/Text.h"
 #include "store/engine/Value.h"
 
 #include <QString>
@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <type_traits>
 
 namespace orlo::store
 {
@@ -58,37 +59,20 @@ qsizetype count(sqlite3_value* value)
 void like(sqlite3_context* context, int, Arguments arguments)
 {
     if (!isNull(arguments[0]) && !isNull(arguments[1]))
-        sqlite3_result_int(context, matchesLikeUtf8(utf8(arguments[1]), utf8(arguments[0])));
+        sqlite3_result_int(context, platform::matchesLikeUtf8(utf8(arguments[1]), utf8(arguments[0])));
 }
 
-void upper(sqlite3_context* context, int, Arguments arguments)
+// What a text, and the arguments after it, give; of Null it is Null.
+template <auto Of>
+void ofText(sqlite3_context* context, int, Arguments arguments)
 {
-    if (!isNull(arguments[0]))
-        giveText(context, text(arguments[0]).toUpper());
-}
-
-void lower(sqlite3_context* context, int, Arguments arguments)
-{
-    if (!isNull(arguments[0]))
-        giveText(context, text(arguments[0]).toLower());
-}
-
-void len(sqlite3_context* context, int, Arguments arguments)
-{
-    if (!isNull(arguments[0]))
-        sqlite3_result_int64(context, text(arguments[0]).size());
-}
-
-void left(sqlite3_context* context, int, Arguments arguments)
-{
-    if (!isNull(arguments[0]))
-        giveText(context, text(arguments[0]).left(count(arguments[1])));
-}
-
-void right(sqlite3_context* context, int, Arguments arguments)
-{
-    if (!isNull(arguments[0]))
-        giveText(context, text(arguments[0]).right(count(arguments[1])));
+    if (isNull(arguments[0]))
+        return;
+    const auto result = Of(text(arguments[0]), arguments + 1);
+    if constexpr (std::is_same_v<decltype(result), const QString>)
+        giveText(context, result);
+    else
+        sqlite3_result_int64(context, result);
 }
 
 void mid(sqlite3_context* context, int size, Arguments arguments)
@@ -101,26 +85,13 @@ void mid(sqlite3_context* context, int size, Arguments arguments)
     giveText(context, text(arguments[0]).mid(start - 1, size > 2 ? count(arguments[2]) : -1));
 }
 
-int yearOf(const QDate& date)
-{
-    return date.year();
-}
-int monthOf(const QDate& date)
-{
-    return date.month();
-}
-int dayOf(const QDate& date)
-{
-    return date.day();
-}
-
-template <int (*Part)(const QDate&)>
-void partOf(sqlite3_context* context, int, Arguments arguments)
+template <auto Of>
+void ofDate(sqlite3_context* context, int, Arguments arguments)
 {
     if (isNull(arguments[0]))
         return;
     if (const auto date = platform::readDate(text(arguments[0])))
-        sqlite3_result_int(context, Part(date->date));
+        sqlite3_result_int(context, Of(date->date));
 }
 
 // The number that a value counts as: a date's day, a text's number; nothing for any other text.
@@ -163,7 +134,7 @@ std::optional<DateTime> dateOf(sqlite3_value* value)
     }
 }
 
-// To compare with a date, what is none counts as nothing; to go into a field it stays, for the file to refuse.
+// A value that isn't a date yields Null in comparisons; one that goes into a field stays, for the file to refuse.
 template <bool Stays>
 void asDate(sqlite3_context* context, int, Arguments arguments)
 {
@@ -189,7 +160,7 @@ void asTruth(sqlite3_context* context, int, Arguments arguments)
     const QString word = text(arguments[0]);
     for (const bool yes : {true, false})
         for (const char16_t* said : {yes ? u"yes" : u"no", yes ? u"true" : u"false"})
-            if (sameName(word, said))
+            if (platform::sameName(word, said))
                 return sqlite3_result_int(context, yes ? -1 : 0);
     asNumber(context, 1, arguments);
 }
@@ -252,8 +223,8 @@ void now(sqlite3_context* context, int, Arguments)
 
 int compareBytes(void*, int sizeA, const void* a, int sizeB, const void* b)
 {
-    return compareUtf8({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
-                       {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
+    return platform::compareUtf8({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
+                                 {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
 }
 
 struct Function {
@@ -265,16 +236,16 @@ struct Function {
 
 constexpr Function Functions[] = {
     {"like", 2, Pure, like},
-    {"ucase", 1, Pure, upper},
-    {"lcase", 1, Pure, lower},
-    {"len", 1, Pure, len},
-    {"left", 2, Pure, left},
-    {"right", 2, Pure, right},
+    {"ucase", 1, Pure, ofText<[](const QString& text, Arguments) { return text.toUpper(); }>},
+    {"lcase", 1, Pure, ofText<[](const QString& text, Arguments) { return text.toLower(); }>},
+    {"len", 1, Pure, ofText<[](const QString& text, Arguments) { return text.size(); }>},
+    {"left", 2, Pure, ofText<[](const QString& text, Arguments size) { return text.left(count(*size)); }>},
+    {"right", 2, Pure, ofText<[](const QString& text, Arguments size) { return text.right(count(*size)); }>},
     {"mid", 2, Pure, mid},
     {"mid", 3, Pure, mid},
-    {"year", 1, Pure, partOf<yearOf>},
-    {"month", 1, Pure, partOf<monthOf>},
-    {"day", 1, Pure, partOf<dayOf>},
+    {"year", 1, Pure, ofDate<[](const QDate& date) { return date.year(); }>},
+    {"month", 1, Pure, ofDate<[](const QDate& date) { return date.month(); }>},
+    {"day", 1, Pure, ofDate<[](const QDate& date) { return date.day(); }>},
     {"date", 0, Changing, date},
     {"now", 0, Changing, now},
     {"as_number", 1, Pure, asNumber},

@@ -6,6 +6,8 @@
 
 #include <sqlite3.h>
 
+#include <string_view>
+
 namespace orlo::store
 {
 
@@ -19,22 +21,10 @@ constexpr int MaxChecks = 2000;
 // What no statement from outside names: the engine's tables and SQLite's table-like functions, as far as names tell.
 bool isHidden(const char* table)
 {
-    if (!table)
-        return false;
-    switch (table[0] | 0x20) {
-    case 's':
-        return isEngineTable(table);
-    case 'p':
-        return sqlite3_strnicmp(table, "pragma_", 7) == 0;
-    case 'j':
-        return sqlite3_strnicmp(table, "json_", 5) == 0;
-    case 'd':
-        return sqlite3_stricmp(table, "dbstat") == 0;
-    case 'f':
-        return sqlite3_strnicmp(table, "fts", 3) == 0;
-    default:
-        return false;
-    }
+    const auto begins = [table](std::string_view name) {
+        return sqlite3_strnicmp(table, name.data(), static_cast<int>(name.size())) == 0;
+    };
+    return table && (isEngineTable(table) || begins("pragma_") || begins("json_") || begins("dbstat") || begins("fts"));
 }
 
 int guard(void* watch, int action, const char* first, const char* second, const char*, const char*)

@@ -1,10 +1,10 @@
 #include "store/engine/Recordset.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/Source.h"
-#include "store/engine/Text.h"
 
 #include <sqlite3.h>
 
@@ -148,7 +148,7 @@ bool Recordset::updatable() const
     return m_source->updatable();
 }
 
-const std::vector<FieldInfo>& Recordset::fields() const
+const std::vector<Field>& Recordset::fields() const
 {
     requireOpen();
     return m_shape->fields;
@@ -281,7 +281,7 @@ int Recordset::column(QStringView name) const
     // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
     const auto& fields = m_shape->fields;
     for (std::size_t at = 0; at < fields.size(); ++at)
-        if (fields[at].name.size() == name.size() && sameName(fields[at].name, name))
+        if (fields[at].name.size() == name.size() && platform::sameName(fields[at].name, name))
             return static_cast<int>(at);
     refuse(platform::FieldNotFound);
 }
@@ -289,7 +289,9 @@ int Recordset::column(QStringView name) const
 void Recordset::addNew()
 {
     requireUpdatable();
-    m_buffer = Buffer{true, m_shape->defaults, std::vector<bool>(m_shape->fields.size())};
+    m_buffer = Buffer{true, {}, std::vector<bool>(m_shape->fields.size())};
+    for (const Field& field : m_shape->fields)
+        m_buffer->values.push_back(field.defaultValue);
 }
 
 void Recordset::edit()
@@ -347,7 +349,7 @@ void Recordset::setValue(int column, const Value& value)
     const auto at = static_cast<std::size_t>(column);
     if (m_shape->columns[at].isEmpty())
         refuse(platform::ReadOnlySet);
-    if (m_shape->fields[at].counter)
+    if (m_shape->fields[at].autoIncrement)
         refuse(platform::FieldNotUpdatable);
     m_buffer->values[at] = converted(value, m_shape->fields[at]);
     m_buffer->changed[at] = true;

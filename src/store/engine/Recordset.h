@@ -41,7 +41,7 @@ public:
     /// The number of records, exact from the start. A set opened by a table's name then has the table's records of now.
     [[nodiscard]] int recordCount();
     [[nodiscard]] bool updatable() const;
-    [[nodiscard]] const std::vector<FieldInfo>& fields() const;
+    [[nodiscard]] const std::vector<Field>& fields() const;
 
     /// Moves drop an unsaved buffer, those that fail too. All raise 3021 on an empty set; a step past an end, and one
     /// more, too.

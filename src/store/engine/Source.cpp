@@ -109,18 +109,17 @@ std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& 
     const TableDef definition = readTable(connection, table);
     sqlite3_stmt* const handle = statement.handle();
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {
+        Field& field = shape->fields[static_cast<std::size_t>(i)];
         const char* from = sqlite3_column_table_name(handle, i);
         const char* column = from ? sqlite3_column_origin_name(handle, i) : nullptr;
         const bool own = column && table.compare(QString::fromUtf8(from), Qt::CaseInsensitive) == 0;
         const QString name = own ? QString::fromUtf8(column) : QString();
         shape->columns.push_back(own ? quoted(name) : QByteArray());
-        shape->plain = shape->plain && own && name == shape->fields[static_cast<std::size_t>(i)].name;
-        const bool yesNo = own && shape->fields[static_cast<std::size_t>(i)].type == FieldType::Boolean;
-        Value initial = yesNo ? Value(false) : Value();
-        for (const Field& field : definition.fields())
-            if (own && field.name == name && !field.defaultValue.isNull())
-                initial = field.defaultValue;
-        shape->defaults.push_back(initial);
+        shape->plain = shape->plain && own && name == field.name;
+        if (own && field.type == FieldType::Boolean)
+            field.defaultValue = false;
+        if (const Field* known = own ? definition.findField(name) : nullptr; known && !known->defaultValue.isNull())
+            field.defaultValue = known->defaultValue;
     }
     return shape;
 }
@@ -169,15 +168,15 @@ KnownSource knownSource(Connection& connection, const TableInfo& table)
     }
 }
 
-std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement, const KnownFields* known)
+std::vector<Field> resultFields(Connection& connection, Statement& statement, const KnownFields* known)
 {
-    std::vector<FieldInfo> fields;
+    std::vector<Field> fields;
     sqlite3_stmt* const handle = statement.handle();
     const int count = sqlite3_column_count(handle);
     for (int i = 0; i < count; ++i) {
         if (QByteArrayView(sqlite3_column_name(handle, i)) == "~") // NoField
             continue;
-        FieldInfo field;
+        Field field;
         if (const char* declared = sqlite3_column_decltype(handle, i))
             field = declaredField(declared);
         else if (known && static_cast<int>(known->size()) == count)
@@ -187,7 +186,7 @@ std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement
             int counter = 0;
             sqlite3_table_column_metadata(connection.handle(), "main", sqlite3_column_table_name(handle, i), column,
                                           nullptr, nullptr, nullptr, nullptr, &counter);
-            field.counter = counter != 0;
+            field.autoIncrement = counter != 0;
         }
         fields.push_back(std::move(field));
     }

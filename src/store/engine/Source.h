@@ -19,9 +19,8 @@ constexpr int MaxBlock = 256;
 
 /// What one record of a set looks like and how to read and write it.
 struct RowShape {
-    std::vector<FieldInfo> fields;
+    std::vector<Field> fields;
     std::vector<QByteArray> columns; ///< the table's column of each field, empty for an expression
-    std::vector<Value> defaults;     ///< what a new record's buffer begins with
     bool plain = true;               ///< every field is a column under its own name
 };
 
@@ -49,8 +48,7 @@ struct Source {
 /// True if a field of the table is the row's number under another name.
 [[nodiscard]] bool showsNumbers(Connection& connection, const QString& table);
 /// The fields of a prepared statement's result. What is known of them tells a computed date and yes/no.
-[[nodiscard]] std::vector<FieldInfo> resultFields(Connection& connection, Statement& statement,
-                                                  const KnownFields* known);
+[[nodiscard]] std::vector<Field> resultFields(Connection& connection, Statement& statement, const KnownFields* known);
 /// What is known of a table or stored query. Raises 3075 for a query that can't be read.
 [[nodiscard]] KnownSource knownSource(Connection& connection, const TableInfo& table);
 

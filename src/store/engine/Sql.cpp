@@ -1,7 +1,7 @@
 #include "store/engine/Sql.h"
 
+#include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
-#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,13 +44,7 @@ void SqlTranslator::select()
     Query read = query(nullptr, nullptr);
     if (read.known)
         m_result.fields = std::make_shared<const KnownFields>(std::move(read.fields));
-    m_result.singleSource = read.source.toString();
-    m_result.singleAlias = read.alias.toString();
-    m_result.fromStart = read.fromStart;
-    m_result.tailStart = read.tailStart;
-    m_result.orderStart = read.orderStart;
-    m_result.stars = read.stars;
-    m_result.ordersByPlace = read.ordersByPlace;
+    static_cast<SelectParts&>(m_result) = std::move(read);
 }
 
 // A row that the file refuses is passed over, not a failure.
@@ -144,7 +138,7 @@ QStringView SqlTranslator::target()
 
 SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targets)
 {
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     Scope scope(m_scope, outer);
     Query read = simpleQuery(targets);
     while (take(Symbol::Union))
@@ -158,7 +152,7 @@ SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targe
 void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
 {
     m_out.sql += QLatin1String(take(Symbol::All) ? " UNION ALL " : " UNION ");
-    query.source = {};
+    query.singleSource.clear();
     Scope scope(m_scope, m_scope->outer);
     const Query next = simpleQuery(targets);
     query.known = query.known && next.known && query.fields.size() == next.fields.size();
@@ -180,7 +174,7 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         m_out.sql += QLatin1String(" DISTINCT");
     else
         take(Symbol::All);
-    if (atName() && sameName(token().text, u"top") && at(Symbol::Number, 1))
+    if (atName() && platform::sameName(token().text, u"top") && at(Symbol::Number, 1))
         refuse();
     // What the results mean is known once the sources are, which come after them.
     const qsizetype results = std::exchange(m_at, placeOfFrom());
@@ -209,8 +203,9 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     requireGrouped(query);
     const auto& all = m_scope->sources;
     if (all.size() == 1 && !distinct && !query.grouped) {
-        query.source = all[0].table;
-        query.alias = all[0].name.data() == all[0].table.data() ? QStringView() : all[0].name;
+        query.singleSource = all[0].table.toString();
+        if (all[0].name.data() != all[0].table.data())
+            query.singleAlias = all[0].name.toString();
     }
     return query;
 }
@@ -315,7 +310,7 @@ void SqlTranslator::joinedSources()
 
 void SqlTranslator::source()
 {
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     Source source;
     bool inBrackets = false;
     if (!take(Symbol::Open)) {

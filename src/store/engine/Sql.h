@@ -30,22 +30,25 @@ struct KnownSource {
 /// Tells what is known of a name.
 using SourceOf = std::function<KnownSource(QStringView name)>;
 
-/// A statement of the dialect as SQLite takes it.
-struct Translated {
-    enum class Kind { Select, Insert, Update, Delete };
-    Kind kind = Kind::Select;
-    QString sql;
-    QString removesFrom; ///< the table of a Delete
-    qsizetype orderStart = -1;                 ///< where the statement's own Order by begins in it, -1 for none
-    std::shared_ptr<const KnownFields> fields; ///< what a Select gives; null if one of its sources isn't known
-    /// For a Select that reads exactly one source, without DISTINCT, grouping, sums or unions: the name of that source,
-    /// and where the statement's parts begin, of which the engine makes an updatable set. Empty otherwise.
+/// A Select's parts, of which the engine makes an updatable set.
+struct SelectParts {
+    /// The one source of a Select without DISTINCT, grouping, sums and unions; empty for others.
     QString singleSource;
     QString singleAlias;
     qsizetype fromStart = 0;    ///< before it, from the sixth character on, stand the results
     qsizetype tailStart = 0;    ///< WHERE or ORDER BY, with a blank before it
+    qsizetype orderStart = -1;  ///< the statement's own Order by, -1 for none
     QList<qsizetype> stars;     ///< among the results, those that stand for all columns
     bool ordersByPlace = false; ///< the Order by counts columns
+};
+
+/// A statement of the dialect as SQLite takes it.
+struct Translated : SelectParts {
+    enum class Kind { Select, Insert, Update, Delete };
+    Kind kind = Kind::Select;
+    QString sql;
+    QString removesFrom;                       ///< the table of a Delete
+    std::shared_ptr<const KnownFields> fields; ///< what a Select gives; null if one of its sources isn't known
 };
 
 /// Translates one statement of the dialect. Raises 3075, naming the word, for whatever isn't a statement of it.

@@ -1,7 +1,7 @@
 #include "store/engine/SqlExpression.h"
 
 #include "platform/Conversion.h"
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -37,6 +37,13 @@ Kind common(const Expression& a, const Expression& b)
     if (either(Kind::Unknown))
         return Kind::Unknown;
     return either(Kind::Text) && either(Kind::Date) ? Kind::Date : Kind::Number;
+}
+
+// Neither is a literal: the sum of a text and another kind would be Null in almost every row.
+bool addsToText(const Expression& text, const Expression& other)
+{
+    const bool literal = !text.literal.isNull() || other.neverNull;
+    return text.kind == Kind::Text && !mayBeText(other) && !other.isNull() && !literal;
 }
 
 // In the order of the symbols.
@@ -129,7 +136,7 @@ void SqlWriter::beside(Kind kind, Expression& value)
 void SqlWriter::asTruth(Expression& value)
 {
     const bool word = std::ranges::any_of(std::array{u"yes", u"no", u"true", u"false"},
-                                          [&](const char16_t* one) { return sameName(one, value.literal); });
+                                          [&](const char16_t* one) { return platform::sameName(one, value.literal); });
     if (!value.literal.isNull() && !word && !platform::readNumber(value.literal))
         raiseSyntax(QStringLiteral("(\"%1\" is neither yes nor no.)").arg(value.literal));
     call(QLatin1String("as_truth("), value, Kind::Number);
@@ -231,6 +238,8 @@ Expression SqlWriter::joined(Expression left, Expression right)
 
 Expression SqlWriter::sum(Expression left, bool plus, Expression right)
 {
+    if (plus && (addsToText(left, right) || addsToText(right, left)))
+        raiseSyntax(QStringLiteral("(\"+\" of a text and a value of another kind. Instead: a & b.)"));
     const bool dates = left.kind == Kind::Date || right.kind == Kind::Date;
     const bool days = !plus && left.kind == Kind::Date && right.kind == Kind::Date;
     const auto textual = [](const Expression& value) { return value.kind == Kind::Text || value.isNull(); };
@@ -263,11 +272,13 @@ Expression SqlWriter::calculated(Expression left, Symbol sign, Expression right)
 Expression SqlWriter::oppositeOf(Expression number)
 {
     const bool whole = number.whole;
+    const bool neverNull = number.neverNull;
     as(Kind::Number, number);
     bracket(number, Binding::Operand);
     sql.insert(number.start, u'-');
     number = written(number.start, Kind::Number, Binding::Sign);
     number.whole = whole;
+    number.neverNull = neverNull;
     return number;
 }
 

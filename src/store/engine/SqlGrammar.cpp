@@ -2,9 +2,9 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 #include "store/engine/Rows.h"
 #include "store/engine/SqlTranslator.h"
-#include "store/engine/Text.h"
 
 #include <QStringBuilder>
 
@@ -89,8 +89,12 @@ void SqlTranslator::condition()
 // Reads on as long as operators bind at least so tightly.
 Expression SqlTranslator::expression(Level least)
 {
+    const qsizetype start = m_at;
+    const qsizetype varying = m_varying;
     Expression left = prefixed(least);
     while (true) {
+        if (m_varying > varying)
+            m_parts.append({start, m_at});
         const bool negative = at(Symbol::Not);
         const Symbol sign = token(negative ? 1 : 0).symbol;
         const bool negatable = sign == Symbol::Like || sign == Symbol::Between || sign == Symbol::In;
@@ -104,13 +108,13 @@ Expression SqlTranslator::expression(Level least)
 Expression SqlTranslator::prefixed(Level least)
 {
     if (at(Symbol::Not) && least <= Level::Not) {
-        const Nesting nesting(*this);
+        const QScopedValueRollback nesting(m_depth, deeper());
         ++m_at;
         return m_out.negated(expression(Level::Not));
     }
     if (!at(Symbol::Minus) && !at(Symbol::Plus))
         return operand();
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     const bool minus = m_tokens[m_at++].symbol == Symbol::Minus;
     const Expression number = expression(Level::Sign);
     return minus ? m_out.oppositeOf(number) : number;
@@ -257,7 +261,7 @@ Expression SqlTranslator::operand()
 // An expression in brackets, or the Select that gives its value.
 Expression SqlTranslator::bracketed()
 {
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     expect(Symbol::Open);
     Expression inner;
     if (at(Symbol::Select)) {
@@ -289,7 +293,7 @@ SqlTranslator::FieldName SqlTranslator::fieldName()
 void SqlTranslator::refuseRowNumber(QStringView name)
 {
     for (const QStringView number : {u"rowid", u"_rowid_", u"oid"})
-        if (sameName(name, number))
+        if (platform::sameName(name, number))
             throw platform::RuntimeError(platform::UnknownName, QStringLiteral("Database"),
                                          platform::standardDescription(platform::UnknownName) +
                                              QStringLiteral(" (%1)").arg(name));
@@ -302,7 +306,7 @@ const KnownField* SqlTranslator::find(QStringView source, QStringView name, Scop
     Scope*& where = has ? *has : other;
     const auto among = [name](const KnownFields& fields) -> const KnownField* {
         for (const KnownField& field : fields)
-            if (sameName(field.name, name))
+            if (platform::sameName(field.name, name))
                 return &field;
         return nullptr;
     };
@@ -320,12 +324,13 @@ const KnownField* SqlTranslator::find(QStringView source, QStringView name, Scop
 
 Expression SqlTranslator::function()
 {
-    const Nesting nesting(*this);
+    const QScopedValueRollback nesting(m_depth, deeper());
     const QStringView called = m_tokens[m_at++].text;
-    if (std::ranges::any_of(Aggregates, [called](QStringView name) { return sameName(called, name); }))
+    if (std::ranges::any_of(Aggregates, [called](QStringView name) { return platform::sameName(called, name); }))
         return aggregate(called);
-    const auto* const known = std::ranges::find_if(
-        DialectFunctions, [called](const DialectFunction& function) { return sameName(called, function.name); });
+    const auto* const known = std::ranges::find_if(DialectFunctions, [called](const DialectFunction& function) {
+        return platform::sameName(called, function.name);
+    });
     const bool ours = known != std::end(DialectFunctions);
     const qsizetype start = m_out.sql.size();
     if (ours)
@@ -342,11 +347,11 @@ Expression SqlTranslator::function()
             }
         } while (take(Symbol::Comma));
     expect(Symbol::Close);
-    if (sameName(called, u"iif") && given.size() == 3)
+    if (platform::sameName(called, u"iif") && given.size() == 3)
         return m_out.choice(given[0], given[1], given[2]);
-    if (sameName(called, u"isnull") && given.size() == 1)
+    if (platform::sameName(called, u"isnull") && given.size() == 1)
         return m_out.nullTest(given[0], true);
-    const bool special = sameName(called, u"iif") || sameName(called, u"isnull");
+    const bool special = platform::sameName(called, u"iif") || platform::sameName(called, u"isnull");
     if (!ours && !special)
         raise(QStringLiteral("(There is no function \"%1\".%2)").arg(called, insteadOf(called)), called);
     if (special || given.size() > known->arguments.size() || given.size() + known->optional < known->arguments.size())
@@ -359,8 +364,8 @@ Expression SqlTranslator::aggregate(QStringView called)
 {
     m_scope->sums = true;
     ++m_varying;
-    const bool count = sameName(called, u"count");
-    const bool ends = sameName(called, u"max") || sameName(called, u"min");
+    const bool count = platform::sameName(called, u"count");
+    const bool ends = platform::sameName(called, u"max") || platform::sameName(called, u"min");
     const qsizetype start = m_out.sql.size();
     m_out.sql += called.toString().toLower() + u'(';
     expect(Symbol::Open);
@@ -391,6 +396,15 @@ QStringView SqlTranslator::name()
     if (!atName())
         refuse();
     return m_tokens[m_at++].text;
+}
+
+// Brackets within brackets, to a number that the process can follow.
+int SqlTranslator::deeper() const
+{
+    constexpr int Most = 60;
+    if (m_depth == Most)
+        raise(QStringLiteral("(Too many brackets within each other.)"), token().text);
+    return m_depth + 1;
 }
 
 void SqlTranslator::refuse() const

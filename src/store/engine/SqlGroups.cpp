@@ -1,7 +1,7 @@
 // What a Select is grouped and sorted by.
 
+#include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
-#include "store/engine/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -25,7 +25,7 @@ bool SqlTranslator::group(Query& query)
             query.groups.append({start, m_at});
             // A result's name stands for its expression.
             for (qsizetype i = 0; i < query.places.size(); ++i)
-                if (m_at == start + 1 && sameName(query.fields[i].name, m_tokens[start].text) &&
+                if (m_at == start + 1 && platform::sameName(query.fields[i].name, m_tokens[start].text) &&
                     !find({}, m_tokens[start].text))
                     query.groups.append(query.places[i]);
         } while (take(Symbol::Comma));
@@ -49,44 +49,21 @@ void SqlTranslator::requireGrouped(const Query& query)
     m_scope->fields.clear();
 }
 
-// How tightly the operator binds that a token is; None for anything else.
-SqlTranslator::Level SqlTranslator::bindingOf(qsizetype at) const
+// Names may stand with their source's or without.
+bool SqlTranslator::saysTheSame(Part one, Part other) const
 {
-    const Symbol sign = m_tokens[at].symbol;
-    const Symbol before = at > 0 ? m_tokens[at - 1].symbol : Symbol::End;
-    if (sign == Symbol::Not) {
-        const Level next = levelOf(m_tokens[at + 1].symbol);
-        return before == Symbol::Is || next == Level::Comparison ? Level::Comparison : Level::Not;
+    const auto isName = [](const Token& token) { return token.symbol == Symbol::Word || token.symbol == Symbol::Name; };
+    const auto hasSource = [this](qsizetype at) { return m_tokens[at + 1].symbol == Symbol::Dot; };
+    for (; one.first < one.second && other.first < other.second; ++one.first, ++other.first) {
+        if (hasSource(one.first) != hasSource(other.first))
+            (hasSource(one.first) ? one : other).first += 2;
+        const Token& a = m_tokens[one.first];
+        const Token& b = m_tokens[other.first];
+        const bool alike = a.symbol == b.symbol || (isName(a) && isName(b));
+        if (!alike || (a.symbol == Symbol::Text ? a.text != b.text : !platform::sameName(a.text, b.text)))
+            return false;
     }
-    const bool afterValue = before == Symbol::Close || before == Symbol::True || before == Symbol::False ||
-                            before == Symbol::Null || (before >= Symbol::Word && before <= Symbol::Date);
-    return (sign == Symbol::Minus || sign == Symbol::Plus) && !afterValue ? Level::Sign : levelOf(sign);
-}
-
-// Where the tokens from one on end if they say the same as an expression, -1 otherwise: a name may stand with its
-// source's or without.
-qsizetype SqlTranslator::endOfSame(qsizetype at, const std::pair<qsizetype, qsizetype>& expression) const
-{
-    const auto isName = [this](qsizetype one) {
-        return m_tokens[one].symbol == Symbol::Word || m_tokens[one].symbol == Symbol::Name;
-    };
-    const auto last = [this](qsizetype one) { return m_tokens[one + 1].symbol == Symbol::Dot ? one + 2 : one; };
-    for (qsizetype own = expression.first; own < expression.second; ++own, ++at) {
-        const Token& one = m_tokens[at];
-        const Token& other = m_tokens[own];
-        if (isName(at) && isName(own)) {
-            const bool bothSourced = last(at) > at && last(own) > own;
-            if (bothSourced && !sameName(one.text, other.text))
-                return -1;
-            at = last(at);
-            own = last(own);
-            if (!sameName(m_tokens[at].text, m_tokens[own].text))
-                return -1;
-        } else if (one.symbol != other.symbol ||
-                   (one.symbol == Symbol::Text ? one.text != other.text : !sameName(one.text, other.text)))
-            return -1;
-    }
-    return at;
+    return one.first == one.second && other.first == other.second;
 }
 
 // A field is grouped by, or stands in an expression that is.
@@ -94,40 +71,16 @@ bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
 {
     const QStringView name = m_tokens[field].text;
     if (m_tokens[field + 1].symbol != Symbol::Dot && !find({}, name) &&
-        std::ranges::any_of(query.fields, [&](const KnownField& result) { return sameName(result.name, name); }))
+        std::ranges::any_of(query.fields,
+                            [&](const KnownField& result) { return platform::sameName(result.name, name); }))
         return true; // a result
-    return std::ranges::any_of(query.groups, [&](auto group) {
-        // Its operators outside of brackets: what binds more tightly beside them takes their operands away.
-        Level loosest = Level::Sign;
-        bool bracketed = true;
-        while (bracketed) {
-            loosest = Level::Sign;
-            bracketed = m_tokens[group.first].symbol == Symbol::Open;
-            int depth = 0;
-            bool between = false;
-            for (qsizetype at = group.first; at < group.second; ++at) {
-                const Symbol sign = m_tokens[at].symbol;
-                depth += sign == Symbol::Open ? 1 : 0;
-                depth -= sign == Symbol::Close ? 1 : 0;
-                bracketed = bracketed && (depth > 0 || at + 1 == group.second);
-                if (depth > 0)
-                    continue;
-                const Level level = sign == Symbol::And && std::exchange(between, false) ? Level::None : bindingOf(at);
-                between = between || sign == Symbol::Between;
-                if (level != Level::None)
-                    loosest = std::min(loosest, level);
-            }
-            if (bracketed)
-                group = {group.first + 1, group.second - 1};
-        }
-        const bool simple = loosest == Level::Sign && bindingOf(group.first) != Level::Sign;
-        const qsizetype longest = 3 * (group.second - group.first); // with the sources' names
-        for (qsizetype start = std::max<qsizetype>(field - longest, 1); start <= field; ++start) {
-            const qsizetype end = m_tokens[start - 1].symbol == Symbol::Dot ? -1 : endOfSame(start, group);
-            if (end > field && (simple || (bindingOf(start - 1) < loosest && bindingOf(end) <= loosest)))
-                return true;
-        }
-        return false;
+    return std::ranges::any_of(query.groups, [&](Part group) {
+        const auto inner = [&group] { return Part(group.first + 1, group.second - 1); };
+        while (m_parts.contains(inner())) // it stands in brackets
+            group = inner();
+        return std::ranges::any_of(m_parts, [&](const Part& part) {
+            return part.first <= field && field < part.second && saysTheSame(part, group);
+        });
     });
 }
 

@@ -1,7 +1,7 @@
 #include "store/engine/SqlTokens.h"
 
+#include "platform/Text.h"
 #include "store/engine/SqlError.h"
-#include "store/engine/Text.h"
 
 #include <QString>
 
@@ -100,7 +100,7 @@ Symbol symbolOf(QStringView word)
     const unsigned letter = (word[0].unicode() | 0x20U) - 'a';
     if (letter < 26)
         for (std::size_t i = WordStarts[letter]; i < WordStarts[letter + 1]; ++i)
-            if (sameName(Words[i].text, word))
+            if (platform::sameName(Words[i].text, word))
                 return Words[i].symbol;
     return Symbol::Word;
 }
@@ -243,7 +243,7 @@ QString insteadOf(QStringView word)
         {u"top", u"Order By, and a look at the first records"},
     };
     for (const auto& [habit, instead] : Habits)
-        if (sameName(habit, word))
+        if (platform::sameName(habit, word))
             return QStringLiteral(" Instead: %1.").arg(instead);
     return {};
 }

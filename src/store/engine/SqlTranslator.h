@@ -3,7 +3,9 @@
 #include "store/engine/SqlError.h"
 #include "store/engine/SqlExpression.h"
 
-#include <vector>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 namespace orlo::store
 {
@@ -40,20 +42,15 @@ private:
         Scope*& m_current;
         Scope* m_before;
     };
+    // An expression, by its tokens.
+    using Part = std::pair<qsizetype, qsizetype>;
     // What is known of a Select that was written.
-    struct Query {
+    struct Query : SelectParts {
         KnownFields fields;
-        bool known = true;  // the fields are
-        QStringView source; // the one source of which it gives one record a row
-        QStringView alias;
-        qsizetype fromStart = 0;
-        qsizetype tailStart = 0;
-        qsizetype orderStart = -1;
-        QList<qsizetype> stars;
+        bool known = true; // the fields are
         bool grouped = false;
-        QList<std::pair<qsizetype, qsizetype>> places; // of the results: their tokens
-        QList<std::pair<qsizetype, qsizetype>> groups; // the tokens of what it is grouped by
-        bool ordersByPlace = false;
+        QList<Part> places; // of the results
+        QList<Part> groups; // what it is grouped by
     };
     struct FieldName {
         QStringView source;
@@ -63,7 +60,6 @@ private:
     };
     // How tightly the dialect binds an operator.
     enum class Level : quint8 { None, Or, And, Not, Comparison, Join, Sum, Product, Sign };
-    class Nesting;
 
     // Statements.
     void select();
@@ -85,8 +81,7 @@ private:
     bool group(Query& query);
     void readOrder(Query& query);
     void requireGrouped(const Query& query);
-    [[nodiscard]] Level bindingOf(qsizetype at) const;
-    [[nodiscard]] qsizetype endOfSame(qsizetype at, const std::pair<qsizetype, qsizetype>& expression) const;
+    [[nodiscard]] bool saysTheSame(Part one, Part other) const;
     [[nodiscard]] bool isGrouped(const Query& query, qsizetype field) const;
 
     // Expressions.
@@ -123,6 +118,7 @@ private:
             refuse();
     }
     QStringView name();
+    [[nodiscard]] int deeper() const;
     [[noreturn]] void refuse() const;
     // With the text of the token at fault.
     [[noreturn]] void raise(const QString& detail, QStringView at) const;
@@ -134,27 +130,10 @@ private:
     qsizetype m_at = 0;
     int m_depth = 0;
     qsizetype m_varying = 0; // how many fields and sums were read
+    QList<Part> m_parts;     // all expressions with one of these
     Scope* m_scope = nullptr;
     SqlWriter m_out;
     Translated m_result;
-};
-
-/// Keeps brackets within brackets to a number that the process can follow.
-class SqlTranslator::Nesting
-{
-public:
-    explicit Nesting(SqlTranslator& translator) : m_depth(translator.m_depth)
-    {
-        if (++m_depth > Most)
-            translator.raise(QStringLiteral("(Too many brackets within each other.)"), translator.token().text);
-    }
-    ~Nesting() { --m_depth; }
-    Nesting(const Nesting&) = delete;
-    Nesting& operator=(const Nesting&) = delete;
-
-private:
-    static constexpr int Most = 60;
-    int& m_depth;
 };
 
 } // namespace orlo::store

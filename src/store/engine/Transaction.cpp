@@ -6,7 +6,7 @@
 namespace orlo::store
 {
 
-Transaction::Transaction(const Database& database) : Transaction(*database.m_connection)
+Transaction::Transaction(const Database& database) : Transaction(*database.connection())
 {
 }
 

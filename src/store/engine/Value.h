@@ -52,7 +52,7 @@ public:
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;
 
-    /// The same kind and content; Null equals Null. Text compares by code unit here; compareText()
+    /// The same kind and content; Null equals Null. Text compares by code unit here; platform::compareText()
     /// has the engine's way.
     friend bool operator==(const Value&, const Value&) = default;
 
@@ -66,12 +66,15 @@ private:
 /// Field types with their catalogue codes.
 enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Date = 8, Text = 10, Memo = 12 };
 
-/// One column of a record set.
-struct FieldInfo {
+/// A field of a table definition or of a record set; the latter's needn't tell whether it may be empty.
+struct Field {
     QString name;
     FieldType type = FieldType::Text;
-    int size = 0;         ///< most characters of a Text field, 0 for none stated
-    bool counter = false; ///< numbered by the engine
+    int size = 0; ///< most characters of a Text field, 0 for none stated
+    bool allowZeroLength = false;
+    bool autoIncrement = false; ///< a counter that the engine numbers
+    bool required = false;
+    Value defaultValue = {};
 };
 
 } // namespace orlo::store

@@ -25,7 +25,7 @@ static int flush(long call, int file)
     return noFlush ? (errno = ENOSPC, -1) : static_cast<int>(::syscall(call, file));
 }
 
-// In the place of the C library's, for SQLite, too.
+// Replaces the C library's, for SQLite, too.
 extern "C" int fsync(int file)
 {
     return flush(SYS_fsync, file);
@@ -105,7 +105,7 @@ Forbidden::Forbidden(const QString& file, What what) : m_file(file)
 {
     QFile::setPermissions(QFileInfo(file).path(), QFile::Permissions(what == File ? 0x7777 : 0x5555));
     QFile::setPermissions(file, QFile::Permissions(what == File ? 0x4444 : 0x6666));
-    if (getuid() == 0 && setresuid(65534, 65534, 0) != 0) // who may write everywhere
+    if (getuid() == 0 && setresuid(65534, 65534, 0) != 0) // root could write everywhere
         fail(QStringLiteral("still root"));
 }
 

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace orlo::store
+namespace orlo::platform
 {
 
 /// Compares two texts as the engine does everywhere: without regard to case, beyond ASCII too, accented letters beside
@@ -22,4 +22,4 @@ namespace orlo::store
 /// matchesLike() for UTF-8.
 [[nodiscard]] bool matchesLikeUtf8(std::string_view text, std::string_view pattern);
 
-} // namespace orlo::store
+} // namespace orlo::platform

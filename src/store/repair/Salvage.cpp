@@ -1,21 +1,9 @@
-#include "store/engine/Repair.h"
+#include "store/repair/Salvage.h"
 
-#include "platform/FileReplacement.h"
-#include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
-#include "store/engine/Connection.h"
-#include "store/engine/Journal.h"
-#include "store/engine/PageFile.h"
-#include "store/engine/RecordFit.h"
-#include "store/engine/Source.h"
-#include "store/engine/TableSql.h"
 #include "store/engine/Version.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QHash>
-#include <QSet>
+#include "store/repair/RecordFit.h"
 
 #include <sqlite3.h>
 
@@ -26,35 +14,6 @@ using platform::RuntimeError;
 
 namespace
 {
-
-// An object of the file, as its catalogue names it.
-struct CatalogueRow {
-    QByteArray type;
-    QString name;
-    QString table;
-    quint32 root = 0;
-    QByteArray sql;
-};
-
-// Lays a sound file out anew, each table in one run of pages; false for a damaged one.
-bool compact(const QString& file)
-{
-    try {
-        Connection connection(file, Connection::Mode::Open);
-        if (!faultsOf(connection, 1).isEmpty())
-            return false;
-        sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the new layout is made in a second file
-        connection.run("VACUUM");
-    } catch (const RuntimeError& error) {
-        // What the system refuses says nothing of the file; whatever else the engine stumbles over does.
-        for (const int number :
-             {platform::CannotLockFile, platform::DiskFull, platform::PathFileAccess, platform::ReadOnlySet})
-            if (error.number() == number)
-                throw;
-        return false;
-    }
-    return true;
-}
 
 void bind(Statement& statement, int parameter, const RawValue& value)
 {
@@ -106,70 +65,26 @@ TableDef inOrder(const TableDef& table, const QStringList& first)
     return ordered;
 }
 
-// Moves what a damaged file still holds to a new one.
-class Salvage
+} // namespace
+
+QStringList Salvage::run()
 {
-public:
-    Salvage(const QString& damaged, const QString& made, const Versions& versions)
-        : m_pages(damaged), m_made(made, Connection::Mode::Create), m_versions(versions), m_stated(statedIn(damaged))
-    {
-    }
-
-    // Raises 3049 if there is nothing to move.
-    QStringList run()
-    {
-        createQueryTexts(m_made);
-        Transaction transaction(m_made);
-        readCatalogue();
-        findVersion();
-        makeTables();
-        moveRows();
-        moveStrayRows();
-        makeKeys();
-        makeQueries();
-        if (m_moved == 0 && m_catalogue.empty())
-            throw RuntimeError(platform::DatabaseDamaged, QStringLiteral("DBEngine"));
-        countMissing();
-        transaction.commit();
-        m_made.close();
-        return m_missing;
-    }
-
-private:
-    void readCatalogue();
-    void findVersion();
-    void makeTables();
-    void moveRows();
-    [[nodiscard]] bool isOf(const std::vector<RawRecord>& records, const TableDef& table) const;
-    [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
-    void moveStrayRows();
-    void move(const RawRecord& given, const TableDef& table);
-    [[nodiscard]] bool insert(const RawRecord& record, const TableDef& table);
-    void countMissing();
-    void noteQuery(const RawRecord& record);
-    void noteCounter(const RawRecord& record);
-    void makeKeys();
-    void makeQueries();
-    [[nodiscard]] bool isMade(const QString& name);
-    void makeAgain(const QByteArray& sql);
-    std::vector<quint32> leavesBelow(quint32 root, const QString& table);
-
-    PageFile m_pages;
-    Connection m_made;
-    std::vector<CatalogueRow> m_catalogue;
-    const Versions& m_versions;
-    std::optional<int> m_stated;         // by the damaged file
-    Version m_version{};                 // of it
-    std::vector<TableDef> m_tables;      // of the new file
-    QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
-    QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
-    std::vector<QueryDef> m_queries;
-    QHash<QString, qint64> m_counters; // by table, the highest number given out
-    int m_moved = 0;
-    QStringList m_missing;
-    QHash<QString, int> m_lost;      // by table, the rows of it among these
-    QHash<QString, int> m_lostPages; // by table, those that its tree leads to and that are none of a table's
-};
+    createQueryTexts(m_made);
+    Transaction transaction(m_made);
+    readCatalogue();
+    findVersion();
+    makeTables();
+    moveRows();
+    moveStrayRows();
+    makeKeys();
+    makeQueries();
+    if (m_moved == 0 && m_catalogue.empty())
+        throw RuntimeError(platform::DatabaseDamaged, QStringLiteral("DBEngine"));
+    countMissing();
+    transaction.commit();
+    m_made.close();
+    return m_missing;
+}
 
 std::vector<quint32> Salvage::leavesBelow(quint32 root, const QString& table)
 {
@@ -486,41 +401,6 @@ void Salvage::makeQueries()
                 createQuery(m_made, query);
             } catch (const RuntimeError&) { // its text is damaged
             }
-}
-
-} // namespace
-
-QStringList faultsOf(Connection& connection, int most)
-{
-    QStringList faults;
-    auto check = connection.statement("PRAGMA integrity_check(" + QByteArray::number(most) + ')');
-    while (check.step())
-        faults += check.text(0);
-    return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
-}
-
-Repaired repairFile(const QString& path, const Versions& versions)
-{
-    if (!QFileInfo(path).isFile())
-        throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
-    const QString file = QFileInfo(path).canonicalFilePath(); // a link goes on naming the repaired file
-    requireKnown(statedIn(file).value_or(0), versions);
-    if (compact(file))
-        return {};
-    const QString made = file + QStringLiteral(".repair");
-    QFile::remove(made);
-    QFile::remove(made + QStringLiteral("-journal"));
-    try {
-        Repaired repaired{{}, Salvage(file, made, versions).run()};
-        QFile::setPermissions(made, QFileInfo(file).permissions());
-        setJournalAside(file);
-        repaired.damaged = platform::putInPlace(file, made, QStringLiteral("damaged"));
-        return repaired;
-    } catch (const RuntimeError&) {
-        QFile::remove(made);
-        QFile::remove(made + QStringLiteral("-journal"));
-        throw;
-    }
 }
 
 } // namespace orlo::store

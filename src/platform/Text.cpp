@@ -1,10 +1,10 @@
-#include "store/engine/Text.h"
+#include "platform/Text.h"
 
 #include <array>
 #include <utility>
 #include <vector>
 
-namespace orlo::store
+namespace orlo::platform
 {
 
 namespace
@@ -297,4 +297,4 @@ bool matchesLikeUtf8(std::string_view text, std::string_view pattern)
     return matches(Utf8Reader(text), Utf8Reader(pattern));
 }
 
-} // namespace orlo::store
+} // namespace orlo::platform

@@ -1,4 +1,4 @@
-#include "store/engine/RecordFit.h"
+#include "store/repair/RecordFit.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "store/engine/PageFile.h"
+#include "store/repair/PageFile.h"
 
 #include "platform/RuntimeError.h"
 

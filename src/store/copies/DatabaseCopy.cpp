@@ -1,7 +1,8 @@
-#include "store/engine/DatabaseCopy.h"
+#include "store/copies/DatabaseCopy.h"
 
 #include "platform/RuntimeError.h"
 #include "store/engine/Connection.h"
+#include "store/engine/Database.h"
 
 #include <QFile>
 #include <QScopeGuard>
@@ -27,8 +28,9 @@ constexpr char WithJournal = 1;
 } // namespace
 
 // Under SQLite's own lock, and through its own handle: closing another one on the file would give that lock up.
-void copyDatabase(Connection& connection, const QString& path)
+void copyDatabase(const Database& database, const QString& path)
 {
+    Connection& connection = *database.connection();
     connection.ensureOpen();
     connection.readyToWrite(); // a reading that goes on would be the state of its beginning
     sqlite3_busy_timeout(connection.handle(), CopyBusyMilliseconds);

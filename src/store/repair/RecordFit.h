@@ -1,7 +1,7 @@
 #pragma once
 
 #include "store/engine/Database.h"
-#include "store/engine/PageFile.h"
+#include "store/repair/PageFile.h"
 
 namespace orlo::store
 {

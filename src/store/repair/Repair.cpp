@@ -1,0 +1,87 @@
+#include "store/repair/Repair.h"
+
+#include "platform/FileReplacement.h"
+#include "platform/FileSystem.h"
+#include "platform/RuntimeError.h"
+#include "store/engine/Connection.h"
+#include "store/engine/Journal.h"
+#include "store/engine/Version.h"
+#include "store/repair/Salvage.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <sqlite3.h>
+
+namespace orlo::store
+{
+
+using platform::RuntimeError;
+
+namespace
+{
+
+// A line for each fault and at most so many.
+QStringList faultsOf(Connection& connection, int most)
+{
+    QStringList faults;
+    auto check = connection.statement("PRAGMA integrity_check(" + QByteArray::number(most) + ')');
+    while (check.step())
+        faults += check.text(0);
+    return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
+}
+
+// Lays a sound file out anew, each table in one run of pages; false for a damaged one.
+bool compact(const QString& file)
+{
+    try {
+        Connection connection(file, Connection::Mode::Open);
+        if (!faultsOf(connection, 1).isEmpty())
+            return false;
+        sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the new layout is made in a second file
+        connection.run("VACUUM");
+    } catch (const RuntimeError& error) {
+        // What the system refuses says nothing of the file; whatever else the engine stumbles over does.
+        for (const int number :
+             {platform::CannotLockFile, platform::DiskFull, platform::PathFileAccess, platform::ReadOnlySet})
+            if (error.number() == number)
+                throw;
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+QStringList DBEngine::checkDatabase(const QString& path)
+{
+    Connection connection(path, Connection::Mode::View);
+    return faultsOf(connection, 20);
+}
+
+Repaired DBEngine::repairDatabase(const QString& path, const Versions& versions)
+{
+    const QFileInfo info(platform::nativePath(path));
+    if (!info.isFile())
+        throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
+    const QString file = info.canonicalFilePath(); // a link goes on naming the repaired file
+    requireKnown(statedIn(file).value_or(0), versions);
+    if (compact(file))
+        return {};
+    const QString made = file + QStringLiteral(".repair");
+    QFile::remove(made);
+    QFile::remove(made + QStringLiteral("-journal"));
+    try {
+        Repaired repaired{{}, Salvage(file, made, versions).run()};
+        QFile::setPermissions(made, QFileInfo(file).permissions());
+        setJournalAside(file);
+        repaired.damaged = platform::putInPlace(file, made, QStringLiteral("damaged"));
+        return repaired;
+    } catch (const RuntimeError&) {
+        QFile::remove(made);
+        QFile::remove(made + QStringLiteral("-journal"));
+        throw;
+    }
+}
+
+} // namespace orlo::store

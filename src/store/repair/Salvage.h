@@ -1,0 +1,71 @@
+#pragma once
+
+#include "store/engine/Connection.h"
+#include "store/engine/Database.h"
+#include "store/engine/Version.h"
+#include "store/repair/PageFile.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace orlo::store
+{
+
+/// Moves what a damaged file still holds to a new one.
+class Salvage
+{
+public:
+    Salvage(const QString& damaged, const QString& made, const Versions& versions)
+        : m_pages(damaged), m_made(made, Connection::Mode::Create), m_versions(versions), m_stated(statedIn(damaged))
+    {
+    }
+
+    /// Gives what the new file doesn't have. Raises 3049 if there is nothing to move.
+    [[nodiscard]] QStringList run();
+
+private:
+    // An object of the file, as its catalogue names it.
+    struct CatalogueRow {
+        QByteArray type;
+        QString name;
+        QString table;
+        quint32 root = 0;
+        QByteArray sql;
+    };
+
+    void readCatalogue();
+    void findVersion();
+    void makeTables();
+    void moveRows();
+    [[nodiscard]] bool isOf(const std::vector<RawRecord>& records, const TableDef& table) const;
+    [[nodiscard]] const TableDef* tableOf(const std::vector<RawRecord>& records) const;
+    void moveStrayRows();
+    void move(const RawRecord& given, const TableDef& table);
+    [[nodiscard]] bool insert(const RawRecord& record, const TableDef& table);
+    void countMissing();
+    void noteQuery(const RawRecord& record);
+    void noteCounter(const RawRecord& record);
+    void makeKeys();
+    void makeQueries();
+    [[nodiscard]] bool isMade(const QString& name);
+    void makeAgain(const QByteArray& sql);
+    std::vector<quint32> leavesBelow(quint32 root, const QString& table);
+
+    PageFile m_pages;
+    Connection m_made;
+    std::vector<CatalogueRow> m_catalogue;
+    const Versions& m_versions;
+    std::optional<int> m_stated;         // in the damaged file's head, if that can be read
+    Version m_version{};                 // of the damaged file
+    std::vector<TableDef> m_tables;      // of the new file
+    QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
+    QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
+    std::vector<QueryDef> m_queries;
+    QHash<QString, qint64> m_counters; // by table, the highest number given out
+    int m_moved = 0;
+    QStringList m_missing;
+    QHash<QString, int> m_lost;      // by table, the rows of it among these
+    QHash<QString, int> m_lostPages; // by table, those that its tree leads to and that are none of a table's
+};
+
+} // namespace orlo::store

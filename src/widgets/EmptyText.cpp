@@ -1,0 +1,86 @@
+#include "widgets/EmptyText.h"
+
+#include "widgets/Contrast.h"
+
+#include <QAbstractItemView>
+#include <QEvent>
+#include <QPainter>
+
+namespace orlo::widgets
+{
+
+namespace
+{
+
+constexpr int Margin = 12; // pixels
+constexpr int Faint = 60;  // percent of the text's colour over the ground, where that can be read
+
+// Paints ahead of the view, which has nothing to paint over it.
+class EmptyText : public QObject
+{
+public:
+    explicit EmptyText(QAbstractItemView& view) : QObject(&view), m_view(view)
+    {
+        view.viewport()->installEventFilter(this);
+    }
+
+    static EmptyText* of(const QAbstractItemView& view)
+    {
+        for (QObject* child : view.children())
+            if (auto* found = dynamic_cast<EmptyText*>(child))
+                return found;
+        return nullptr;
+    }
+
+    void setText(const QString& text)
+    {
+        m_text = text;
+        m_view.viewport()->update();
+    }
+
+    [[nodiscard]] QString said() const
+    {
+        const bool isEmpty = !m_view.model() || m_view.model()->rowCount(m_view.rootIndex()) == 0;
+        return isEmpty ? m_text : QString();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && !said().isEmpty())
+            paint();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void paint()
+    {
+        QPainter painter(m_view.viewport());
+        const QPalette palette = m_view.palette();
+        const QColor ground = palette.color(QPalette::Base);
+        const QColor text = palette.color(QPalette::Active, QPalette::Text);
+        painter.setFont(m_view.font());
+        painter.setPen(raised(mixed(text, ground, Faint), text, {ground}, ReadableText));
+        painter.drawText(m_view.viewport()->rect().adjusted(Margin, Margin, -Margin, -Margin),
+                         Qt::AlignCenter | Qt::TextWordWrap, m_text);
+    }
+
+    QAbstractItemView& m_view;
+    QString m_text;
+};
+
+} // namespace
+
+void sayWhenEmpty(QAbstractItemView& view, const QString& text)
+{
+    EmptyText* shown = EmptyText::of(view);
+    (shown ? shown : new EmptyText(view))->setText(text);
+}
+
+QString saidWhileEmpty(const QAbstractItemView& view)
+{
+    const EmptyText* shown = EmptyText::of(view);
+    return shown ? shown->said() : QString();
+}
+
+} // namespace orlo::widgets

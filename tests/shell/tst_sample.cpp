@@ -1,0 +1,175 @@
+#include "adults/frmAdults.h"
+#include "awards/frmAddAwardsToScout.h"
+#include "awards/frmAssignInsignias.h"
+#include "pack/dlgAddScouts.h"
+#include "pack/frmDenInfo.h"
+#include "pack/frmPackDenPositions.h"
+#include "reports/frmCreatePurchaseList.h"
+#include "scouts/frmScouts.h"
+#include "shell/frame/mdiPendrake.h"
+#include "support/Files.h"
+#include "support/OrloDb.h"
+#include "support/RecordScreen.h"
+#include "widgets/BoundGrid.h"
+#include "widgets/ComboBox.h"
+#include "widgets/EmptyText.h"
+#include "widgets/ListBox.h"
+#include "widgets/OptionButton.h"
+#include "widgets/TextGrid.h"
+
+#include <QtWidgets/QtWidgets>
+
+using namespace orlo;
+using test::control;
+using widgets::Instance;
+
+namespace
+{
+
+// The cells of the window's grids and lists whose texts are cut off, but for those of the column that takes what the
+// others leave.
+void addCut(const QWidget& window, QSet<QString>& faults)
+{
+    QCoreApplication::processEvents();
+    for (const auto* view : window.findChildren<QAbstractItemView*>()) {
+        const auto* table = qobject_cast<const QTableView*>(view);
+        const auto* texts = qobject_cast<const widgets::TextGrid*>(view);
+        const auto* bound = qobject_cast<const widgets::BoundGrid*>(view);
+        if (!view->isVisible())
+            continue;
+        const int stretched = texts ? texts->stretchColumn() : bound ? bound->stretchColumn() : -1;
+        for (int column = 0; column < view->model()->columnCount(); ++column)
+            for (int row = 0; row < view->model()->rowCount(); ++row) {
+                const QModelIndex cell = view->model()->index(row, column);
+                const int room = table ? table->columnWidth(column) - 1 : view->visualRect(cell).width();
+                if (column != stretched && !(table && table->isColumnHidden(column)) &&
+                    view->sizeHintForIndex(cell).width() > room)
+                    faults += view->objectName() + ": " + cell.data().toString();
+            }
+    }
+}
+
+template <class F>
+F& opened()
+{
+    Instance<F>::show();
+    return Instance<F>::get();
+}
+
+// Everybody of a list, on the page of the awards.
+void addCutOfPeople(QWidget& form, const char* list, const char* pages, QSet<QString>& faults)
+{
+    control<QTabWidget>(form, pages).setCurrentIndex(0);
+    addCut(form, faults);
+    control<QTabWidget>(form, pages).setCurrentIndex(1);
+    auto& people = control<widgets::ListBox>(form, list);
+    for (int row = 0; row < people.listCount(); ++row) {
+        people.setListIndex(row);
+        addCut(form, faults);
+    }
+}
+
+} // namespace
+
+// The screens with the sample pack.
+class tst_sample : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QCOMPARE(test::orloDb({"new", sample(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
+    }
+
+    void nothingIsCutOff_data()
+    {
+        QTest::addColumn<int>("points");
+        for (const int points : {0, 11, 16})
+            QTest::addRow("%d", points) << points;
+    }
+    void nothingIsCutOff()
+    {
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        QFont font = before;
+        if (points > 0)
+            font.setPointSize(points);
+        QApplication::setFont(font);
+        const test::AppFolder folder;
+        open();
+        database().execute("Update Assigned_Awards_Scouts Set Quantity = 32767 Where Assigned_SID < 20");
+        QSet<QString> faults;
+        addCutOfPeople(opened<frmScouts>(), "lbScouts", "tabScout", faults);
+        addCut(opened<frmAddAwardsToScout>(), faults);
+        addCutOfPeople(opened<frmAdults>(), "lbAdults", "tabAdult", faults);
+        auto& dens = opened<frmDenInfo>();
+        for (auto* next = &control<QPushButton>(dens, "cmdNext"); next->isEnabled(); next->click())
+            addCut(dens, faults);
+        addCut(opened<dlgAddScouts>(), faults);
+        addCut(opened<frmPackDenPositions>(), faults);
+        auto& assign = opened<frmAssignInsignias>();
+        for (const char* button : {"cmdSelectAllSel", "cmdUnSelAll"}) {
+            control<QPushButton>(assign, button).click();
+            addCut(assign, faults);
+        }
+        control<QTabWidget>(assign, "SSTabAssignInsignias").setCurrentIndex(1);
+        addCut(assign, faults);
+        auto& list = opened<frmCreatePurchaseList>();
+        control<QLineEdit>(list, "txtStartDate").setText("1/1/2000");
+        control<QPushButton>(list, "cmdCreate").click();
+        addCut(list, faults);
+        QApplication::setFont(before);
+        QCOMPARE(QStringList(faults.begin(), faults.end()).join(", "), QString());
+    }
+
+    void emptyListsSayWhy()
+    {
+        const test::AppFolder folder;
+        test::copyLayouts();
+        const QString none = "No scouts yet. Press New.";
+        const QString nobody = "Nobody here with this choice.";
+        auto& form = opened<frmScouts>();
+        auto& list = control<widgets::ListBox>(form, "lbScouts");
+        const auto view = [&](const char* option) {
+            control<widgets::OptionButton>(form, option).setChecked(true);
+            return widgets::saidWhileEmpty(list);
+        };
+        QCOMPARE(widgets::saidWhileEmpty(list), none);
+        QCOMPARE(view("optInactive"), none); // whatever the choice
+        database().execute("Insert Into Dens (Den_SID, Den_Number, Active) Values (1, 1, 'Y')");
+        database().execute("Insert Into Scouts (Scout_SID, First_Name, Active) Values (1, 'Ada', 'Y')");
+        QCOMPARE(view("optActive"), QString());
+        QCOMPARE(view("optInactive"), nobody);
+        QCOMPARE(list.model()->rowCount(), 0);
+        control<widgets::OptionButton>(form, "optActive_Inactive").setChecked(true);
+        test::answerNext(QMessageBox::Yes);
+        control<QPushButton>(form, "cmdDelete").click();
+        QCOMPARE(widgets::saidWhileEmpty(list), none);
+
+        auto& purchases = opened<frmCreatePurchaseList>();
+        auto& awards = control<widgets::BoundGrid>(purchases, "dbgAssignedPurchases");
+        QCOMPARE(widgets::saidWhileEmpty(awards), "No list yet. Press Create List.");
+        control<QPushButton>(purchases, "cmdCreate").click();
+        QCOMPARE(widgets::saidWhileEmpty(awards), "No award was given in these dates.");
+    }
+
+private:
+    [[nodiscard]] QString sample() const { return m_dir.filePath("sample.mdb"); }
+
+    void open() const
+    {
+        gDatabase.reset();
+        test::copyLayouts();
+        QFile::remove(gAppPath + "/Quorrel11.mdb");
+        QVERIFY(QFile::copy(sample(), gAppPath + "/Quorrel11.mdb"));
+        gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
+        mdiPendrake::instance().show();
+    }
+
+    QTemporaryDir m_dir;
+};
+
+ORLO_TEST(tst_sample)
+
+#include "tst_sample.moc"
