@@ -11,6 +11,7 @@
 #include "Scramble.h"
 #include "common/CommandLine.h"
 #include "platform/RuntimeError.h"
+#include "store/copies/DatabaseCopy.h"
 #include "store/copies/KeptCopies.h"
 #include "store/jet/FormerFile.h"
 #include "store/repair/Repair.h"
@@ -245,7 +246,7 @@ int importTables(const QString& file, const QString& folder, bool trial)
     QString into = file;
     if (trial) {
         into = room.filePath(QStringLiteral("trial.mdb"));
-        engine::viewDatabase(file).copyTo(into);
+        store::copyDatabase(engine::viewDatabase(file), into);
     }
     Database database = engine::openDatabase(into, store::schema::versions());
     for (const store::TableDef& table : store::schema::tables())
