@@ -138,7 +138,7 @@ void assignAwards(Table& table)
         });
     };
     table.compare({"assign an award to 500 people", "durable inserts, C API", 1.3, ours, theirs, 5});
-    // Each change flushes four times where an append flushes once; docs/architecture.md tells what for.
+    // Each change flushes four times where an append flushes once; docs/database.md tells what for.
     table.compare({"assign an award to 500 people", "flushed appends of a page", 4.5, ours, appends, 5});
 }
 

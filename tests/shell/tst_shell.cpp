@@ -80,6 +80,7 @@ private Q_SLOTS:
         old and current | yes | no  |
         none            | no  | no  | 3024
         damaged         | no  | no  | 3343
+        later's current | no  | no  | 3343
     )");
     }
     void startUp()
@@ -92,6 +93,8 @@ private Q_SLOTS:
             const test::AppFolder made;
             QVERIFY(QFile::copy(made.path() + "/Quorrel11.mdb", folder.filePath("quorrel11.MDB")));
         }
+        if (files.contains("later"))
+            store::DBEngine::openDatabase(folder.filePath("Quorrel11.mdb")).state(12);
         if (files.contains("old") || files == "damaged")
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
         const auto told = error.isEmpty() ? std::make_shared<test::Told>() : test::dismissReport();
@@ -108,6 +111,7 @@ private Q_SLOTS:
             QVERIFY(gErrNumber == 0 && gErrType.isEmpty() && gErrSource.isEmpty() && !gErrText.isEmpty());
             QCOMPARE(test::failureNumber([] { (void)database(); }), int(platform::ObjectNotSet));
         }
+        QCOMPARE(told->text.contains("The file is of version 1.2."), files.contains("later"));
         if (files == "damaged")
             QVERIFY(told->text.contains("The application will shut down. Please report the error information on the "
                                         "Error Detail tab to Tollbeck.\n\nWeb Site: "));
@@ -194,7 +198,8 @@ ID_WINDOWS_MENU|&Window
 mnuHelp|&Help
 -mnuHelpTopics|&ORLO Help Topics
 -mnuAbout|&About)");
-        lines.removeIf([&tree](const QString& line) { return !tree.split(u'\n').contains(line); }); // what has come since
+        lines.removeIf(
+            [&tree](const QString& line) { return !tree.split(u'\n').contains(line); }); // what has come since
         QCOMPARE(lines.join(u'\n'), tree);
     }
 

@@ -174,9 +174,9 @@ private Q_SLOTS:
     {
         sqlite(m_path, "Pragma user_version = " + test::cell("stated").toUtf8());
         const QByteArray before = test::contents(m_path);
-        for (const auto& open : {std::function([this] { (void)openCurrent(m_path); }),
-                                 std::function([this] { (void)openFile(m_path); }),
-                                 std::function([this] { DBEngine::repairDatabase(m_path, schema::versions()); })}) {
+        for (const auto& open :
+             {std::function([this] { (void)openCurrent(m_path); }), std::function([this] { (void)openFile(m_path); }),
+              std::function([this] { DBEngine::repairDatabase(m_path, schema::versions()); })}) {
             const auto refused = test::failureOf(open);
             QTEST(QString::number(refused ? refused->number() : 0), "failure");
             if (!refused)

@@ -58,6 +58,18 @@ int run(const TestClass& one, const QStringList& arguments)
 
 } // namespace
 
+static QHash<QByteArray, RowPlace> thePlaces;
+
+void setRowPlaces(QHash<QByteArray, RowPlace> places)
+{
+    thePlaces = std::move(places);
+}
+
+RowPlace rowPlace()
+{
+    return thePlaces.value(QTest::currentDataTag());
+}
+
 void fail(const QString& why)
 {
     throw std::runtime_error(why.toStdString());
@@ -79,6 +91,8 @@ void guard(const std::function<void()>& function)
     } catch (const std::exception& error) {
         QTest::qFail(error.what(), __FILE__, __LINE__);
     }
+    if (const RowPlace place = rowPlace(); place.line > 0 && QTest::currentTestFailed())
+        qWarning("the row: %s:%d", place.file.constData(), place.line);
 }
 
 TestClass::TestClass(const char* given, QObject* (*maker)(), Child routine) : name(given), make(maker), child(routine)

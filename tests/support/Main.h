@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -12,7 +13,16 @@ namespace orlo::test
 [[noreturn]] void fail(const QString& why);
 /// Skips the current row, which can't run here, with a reason.
 [[noreturn]] void skip(const QString& why);
-/// Runs a test function; an exception fails its row.
+/// Where a row of data stands.
+struct RowPlace {
+    QByteArray file;
+    int line = 0;
+};
+/// Sets the places of a function's rows, by their names; those of the function before are forgotten.
+void setRowPlaces(QHash<QByteArray, RowPlace> places);
+/// The place of the current row; line 0 if it isn't known.
+[[nodiscard]] RowPlace rowPlace();
+/// Runs a test function; an exception fails its row, and a failed row's place is logged.
 void guard(const std::function<void()>& function);
 
 /// A class of tests whose functions all run guarded.

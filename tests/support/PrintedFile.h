@@ -25,12 +25,19 @@ inline int pagesOf(const QString& pdf)
     return static_cast<int>(QString::fromLatin1(file.readAll()).count(page));
 }
 
-/// A PDF file's text in drawing order, without blanks and line ends; empty if pdftotext isn't installed.
-inline QString textOf(const QString& pdf)
+/// A PDF file's lines of text in drawing order; none if pdftotext isn't installed.
+inline QStringList linesOf(const QString& pdf)
 {
     QProcess reader;
     reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
-    return reader.waitForFinished() ? withoutBlanks(QString::fromUtf8(reader.readAll())) : QString();
+    return reader.waitForFinished() ? QString::fromUtf8(reader.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                                    : QStringList();
+}
+
+/// The same text without blanks and line ends.
+inline QString textOf(const QString& pdf)
+{
+    return withoutBlanks(linesOf(pdf).join(QString()));
 }
 
 /// Makes the default printer print to the PDF file until the factory is set again.

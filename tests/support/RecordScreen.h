@@ -179,7 +179,7 @@ struct RecordScreen {
     }
     /// Puts a value of its own into every control of the table, "txtCity City Bern", saves, walks to the next record
     /// and back, and tells of each control that doesn't show it then, and of each field that doesn't hold it, or the
-    /// fourth word.
+    /// fourth word. "- Field" is one without a control of its own; a field of the schema that isn't named is told, too.
     [[nodiscard]] QString lostFields(const QString& table, const QString& record) const
     {
         const auto shown = [this](const QString& name) {
@@ -189,8 +189,13 @@ struct RecordScreen {
                     value = get(name.toUtf8().constData()).property(property);
             return value.typeId() == QMetaType::Bool ? QString(value.toBool() ? "True" : "False") : value.toString();
         };
-        const QStringList lines = table.simplified().split(u';');
-        for (const QString& line : lines) {
+        QStringList lines = table.simplified().split(QStringLiteral("; "));
+        QString lost;
+        for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields())
+            if (!lines.join(u' ').split(u' ').contains(field.name))
+                lost += field.name + ": no line names it\n";
+        lines.removeIf([](const QString& line) { return line.startsWith(u'-'); });
+        for (const QString& line : std::as_const(lines)) {
             const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
             auto* button = form.template findChild<QAbstractButton*>(words[0]);
             if (auto* list = form.template findChild<widgets::ComboBox*>(words[0]))
@@ -201,7 +206,6 @@ struct RecordScreen {
                 button->click();
         }
         run("s N P");
-        QString lost;
         for (const QString& line : lines) {
             const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
             const QString held = rows("Select " + words[1] + " From " + record);

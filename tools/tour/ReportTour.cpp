@@ -55,7 +55,7 @@ void ReportTour::reportScreens()
         firstPage(form, QStringLiteral("assigned-awards-adults"));
     });
     reportScreen(QStringLiteral("dlgAwardsList"), [&](QWidget& form) {
-        firstPage(form, QStringLiteral("award-list"));
+        firstPage(form, QStringLiteral("award-list-short"));
         option(form, "chkDetailed");
         firstPage(form, QStringLiteral("award-list-detail"));
     });
