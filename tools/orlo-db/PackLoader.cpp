@@ -2,7 +2,7 @@
 
 #include "CsvReader.h"
 #include "platform/RuntimeError.h"
-#include "store/engine/BulkLoad.h"
+#include "store/jet/BulkLoad.h"
 
 #include <QDir>
 #include <QFile>

@@ -7,15 +7,14 @@
 namespace orlo::store
 {
 
-/// One of the shapes in which a program's files come. The engine knows no table of any program; what it can't read in
-/// a file, it takes from here.
+/// A version of the program's schema. The engine knows no table by itself, so opening and repair use this.
 struct Edition {
     std::vector<TableDef> tables;
     std::vector<QueryDef> queries;
-    QString telling;                        ///< the table whose number of fields tells this edition from the others
-    QHash<QString, QStringList> usualTexts; ///< by table: what the first field of a fresh file's rows says
+    QString telling;                        ///< the table whose number of fields is characteristic
+    QHash<QString, QStringList> usualTexts; ///< by table: the first field of a new file's rows
 
-    /// The table of a name, without regard to case; none if the edition has no such table.
+    /// The table of a name (case-insensitive), or null.
     [[nodiscard]] const TableDef* findTable(QStringView name) const;
 };
 
