@@ -9,18 +9,25 @@ namespace orlo::bench
 namespace
 {
 
-// The statement of the screen, and the same written by hand for SQLite: the stored queries' joins stand in it.
+// The statement of the screen, and the same written by hand for SQLite with the stored queries' joins in it: it sums up
+// by award before it looks an award up, and groups once more, since awards may share a name.
 constexpr auto Statement =
     u"Insert Into Purchase_List (Award_Name, Quantity, Insignia_Type) Select  Award_Name, Sum(Qty) as Quantity,  "
     u"Insignia_Type From UnionAwardsScoutAdults   Where Date_Assigned between #1/1/2024# and #12/31/2026#   "
     u"Group by  Insignia_Type, Award_Name  Order by Award_Name";
 constexpr auto ByHand =
-    "INSERT INTO Purchase_List (Award_Name, Quantity, Insignia_Type) SELECT Award_Name, sum(Qty), Insignia_Type FROM ("
-    "SELECT I.Insignia_Name AS Award_Name, ifnull(A.Quantity, 1) AS Qty, A.Insignia_SID, I.Insignia_Type, "
-    "A.Date_Assigned FROM Assigned_Awards_Scouts A LEFT JOIN Insignias I ON A.Insignia_SID = I.Insignia_SID UNION ALL "
-    "SELECT I.Insignia_Name, 1, A.Insignia_SID, I.Insignia_Type, A.Date_Assigned FROM Assigned_Awards_Adults A "
-    "LEFT JOIN Insignias I ON A.Insignia_SID = I.Insignia_SID) "
-    "WHERE Date_Assigned BETWEEN '2024-01-01' AND '2026-12-31' GROUP BY Insignia_Type, Award_Name ORDER BY Award_Name";
+    "INSERT INTO Purchase_List (Award_Name, Quantity, Insignia_Type) SELECT Insignia_Name, sum(Qty), Insignia_Type "
+    "FROM ("
+    "SELECT Insignia_Name, Insignia_Type, Qty FROM (SELECT Insignia_SID, sum(ifnull(Quantity, 1)) AS Qty "
+    "FROM Assigned_Awards_Scouts WHERE Date_Assigned BETWEEN '2024-01-01' AND '2026-12-31' GROUP BY Insignia_SID) "
+    "LEFT JOIN Insignias USING (Insignia_SID) UNION ALL "
+    "SELECT Insignia_Name, Insignia_Type, Qty FROM (SELECT Insignia_SID, count(*) AS Qty "
+    "FROM Assigned_Awards_Adults WHERE Date_Assigned BETWEEN '2024-01-01' AND '2026-12-31' GROUP BY Insignia_SID) "
+    "LEFT JOIN Insignias USING (Insignia_SID)) GROUP BY Insignia_Type, Insignia_Name ORDER BY Insignia_Name";
+// Awards that share a name, spelled in two ways, and awards that are gone.
+constexpr auto OddAwards = "UPDATE Insignias SET Insignia_Name = 'Award number ' || (Insignia_SID % 60);"
+                           "UPDATE Insignias SET Insignia_Name = upper(Insignia_Name) WHERE Insignia_SID > 60;"
+                           "DELETE FROM Insignias WHERE Insignia_SID IN (7, 57);";
 
 QByteArray assignedSql(const QByteArray& into, int count)
 {
@@ -38,7 +45,7 @@ QString rows()
     for (; !list.eof(); list.moveNext())
         for (const QStringView name : {u"Award_Name", u"Insignia_Type", u"Quantity"})
             text += list[name].textOrEmpty() + u'|';
-    return text;
+    return text.toLower(); // which spelling shows, no statement says
 }
 
 } // namespace
@@ -46,7 +53,7 @@ QString rows()
 void createPurchaseList(Table& table)
 {
     const PackFile file(
-        awardsSql(119) + "UPDATE Assigned_Awards_Scouts SET Quantity = NULL;" +
+        awardsSql(119) + OddAwards + "UPDATE Assigned_Awards_Scouts SET Quantity = NULL;" +
         assignedSql("Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Year, Month)", 800'000) +
         assignedSql("Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned, Year, Month)", 200'000));
     const OpenPack open(file);
@@ -64,7 +71,7 @@ void createPurchaseList(Table& table)
     theirs();
     if (made.isEmpty() || rows() != made)
         qFatal("the two lists differ");
-    table.compare({"purchase list over 1,000,000 rows", "statement written by hand", 1.05, ours, theirs, 7});
+    table.compare({"purchase list over 1,000,000 rows", "SQL that sums up below the join", 1.15, ours, theirs, 7});
 }
 
 } // namespace orlo::bench

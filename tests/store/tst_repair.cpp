@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -154,8 +153,8 @@ private Q_SLOTS:
             write(path, contents(path).replace(page, PageSize, QByteArray(PageSize, '\0')));
         const Repaired repaired = DBEngine::repairDatabase(path, schema::versions());
         test::failReads(0, 0);
-        static const QRegularExpression Count(", [0-9]+ of");
-        QCOMPARE(QString(repaired.missing.join("; ")).replace(Count, ", * of"), told);
+        const int awards = sqlite(path, "Select Count(*) From Assigned_Awards_Scouts")[0].toInt();
+        QCOMPARE(repaired.missing.join("; "), QString(told).replace('*', QString::number(5990 - awards)));
         const QString den = "Den_SID, Den_Number, Den_Name From Dens";
         QTEST(sqlite(path, "Select " + (look.isEmpty() ? den : look).toUtf8()).join(' ').replace(u'|', u'.'), "left");
     }

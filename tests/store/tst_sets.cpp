@@ -64,7 +64,7 @@ public:
         m_value = QString::number(++m_steps);
         m_failure = 0;
         Walker& walker = m_walkers[random(3)];
-        const int expected = act(walker, random(12));
+        const int expected = act(walker, random(15));
         return {m_failure, expected};
     }
 
@@ -117,7 +117,20 @@ private:
             return read(walker, random(Fields.size()));
         if (action == 9)
             return remove(walker);
-        return set.editing() ? save(walker) : edit(walker);
+        if (action == 10) {
+            set.addNew();
+            set.cancelUpdate();
+            return 0;
+        }
+        if (action == 11) {
+            set = m_programs[walker.program].openRecordset("T");
+            walker.numbers = m_rows.keys();
+            arrive(walker, walker.numbers.value(0));
+            return 0;
+        }
+        if (!set.editing())
+            return edit(walker);
+        return action == 12 && m_rows.size() > 1 ? saveTwice(walker) : save(walker);
     }
 
     // Another tool, or a program by a statement.
@@ -212,6 +225,19 @@ private:
         write(walker.program, walker.current.number, state);
         walker.seen = state;
         return 0;
+    }
+
+    // With the key of another record: nothing is written.
+    int saveTwice(Walker& walker)
+    {
+        const State& other = walker.current.number == m_rows.firstKey() ? m_rows.last() : m_rows.first();
+        attempt([&] {
+            walker.set.setValue(Fields[0], other[0]);
+            walker.set.update();
+        });
+        walker.set.cancelUpdate();
+        const int expected = confirm(walker);
+        return expected != 0 ? expected : platform::DuplicateKey;
     }
 
     int remove(Walker& walker)

@@ -1,6 +1,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Database.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
 #include "support/Table.h"
@@ -134,6 +135,31 @@ private Q_SLOTS:
         const QString said = QString(error->description()).remove(u'"');
         QVERIFY2(said.contains(test::cell("number").section(u' ', 1)), qPrintable(said));
         QCOMPARE(m_database->openRecordset("People").recordCount(), 4);
+    }
+
+    // Sums made below a join are those of the rows that it gives, with names spelled as in the first of them.
+    void sumsBelowJoins_data() { test::tableOf({"statement", "made"}, "store/sql/sums.txt"); }
+    void sumsBelowJoins()
+    {
+        const QString statement = test::cell("statement");
+        test::sqlite(m_folder.filePath("a.mdb"), test::contents(ORLO_SOURCE_DIR "/tests/store/sql/sums.sql"));
+        m_database->execute("Insert Into Joined Select * From Both");
+        QStringList rows;
+        for (const char* source : {"Joined", "Both"}) {
+            m_database->execute("Delete From Sums");
+            const bool insert = statement.startsWith("Insert");
+            if (insert)
+                m_database->execute(statement.arg(source));
+            Recordset found = m_database->openRecordset(insert ? "Sums" : statement.arg(source));
+            rows += QString();
+            for (; !found.eof(); found.moveNext())
+                for (int i = 0; i < int(found.fields().size()); ++i)
+                    rows.back() += found.value(i).textOrEmpty() + '|';
+        }
+        QVERIFY(!rows[0].isEmpty());
+        QCOMPARE(rows[1], rows[0]);
+        Connection connection(m_folder.filePath("a.mdb"), Connection::Mode::Open);
+        QTEST(QString(connection.translated(statement.arg("Both"))->sql.contains("~key") ? "below" : "-"), "made");
     }
 
     void groupsAreSortedOnce()

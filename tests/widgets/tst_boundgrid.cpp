@@ -1,4 +1,4 @@
-#include "store/engine/BulkLoad.h"
+#include "store/engine/Database.h"
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Table.h"
@@ -38,12 +38,12 @@ struct Screen {
         table.appendIndex({"PK", {"Title"}, true, true});
         database.appendTableDef(table);
         store::Transaction transaction(database);
-        store::BulkLoad load(database);
-        load.begin(table, {"Title", "Sort_Order"});
+        store::Recordset rows = database.openRecordset("Titles");
         for (const QString& title : titles) {
+            rows.addNew();
             for (const int column : {Title, Rank})
-                load.set(column, title.section(u'|', column, column));
-            load.addRow();
+                rows.setValue(column, title.section(u'|', column, column));
+            rows.update();
         }
         transaction.commit();
         auto* layout = new QVBoxLayout(&window);

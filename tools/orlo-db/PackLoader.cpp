@@ -1,6 +1,6 @@
 #include "PackLoader.h"
 
-#include "store/engine/BulkLoad.h"
+#include "store/jet/BulkLoad.h"
 
 #include <algorithm>
 

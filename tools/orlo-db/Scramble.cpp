@@ -1,7 +1,7 @@
 #include "Scramble.h"
 
 #include "PackRows.h"
-#include "store/engine/BulkLoad.h"
+#include "store/jet/BulkLoad.h"
 #include "store/schema/Schema.h"
 
 #include <QHash>

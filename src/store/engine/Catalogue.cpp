@@ -22,7 +22,6 @@ QString catalogueSource()
     return QStringLiteral("Catalogue");
 }
 
-// The statement that made an object, as the file keeps it.
 QString sqlOf(Connection& connection, const QString& name)
 {
     auto found = connection.statement("SELECT sql FROM sqlite_master WHERE name = ?1");
@@ -38,7 +37,7 @@ Value defaultOf(const QString& text, FieldType type)
         return text.mid(1, text.size() - 2).replace(QLatin1String("''"), QLatin1String("'"));
     const double number = text.toDouble();
     if (type == FieldType::Boolean)
-        return number == 0 ? Value() : Value(true); // no is what a yes/no starts with anyway
+        return number == 0 ? Value() : Value(true); // no is the default anyway
     return converted(Value(number), Field{{}, type});
 }
 
@@ -55,7 +54,7 @@ Field readField(Statement& row, const QString& tableSql)
     return field;
 }
 
-// A primary key stands in the table's own statement, under the name that it was given.
+// The primary key's name stands only in the table's own statement.
 std::optional<Index> readPrimary(const QString& tableSql, const QStringList& keyFields)
 {
     static const QRegularExpression Name(QStringLiteral("CONSTRAINT \"((?:[^\"]|\"\")+)\" PRIMARY KEY"));
@@ -123,7 +122,7 @@ TableDef readTable(Connection& connection, QStringView name)
     return table;
 }
 
-// Indexes hold the order of bytes: texts that differ in their case alone are none the less equal.
+// The index compares bytes, so it would accept texts that differ only in case.
 static void requireUniqueTexts(Connection& connection, const TableDef& table, const Index& index)
 {
     QByteArray fields;
@@ -188,7 +187,7 @@ void dropForeignTriggers(Connection& connection, const Versions& versions)
     Transaction transaction(connection);
     for (const QByteArray& trigger : foreign)
         connection.run("DROP TRIGGER " + trigger);
-    // A foreign one may have stood in the place of the table's own.
+    // A foreign trigger may have replaced one of the table's own.
     for (const QString& table : freed)
         for (const QByteArray& trigger : keyTriggers(readTable(connection, table)))
             connection.run(trigger);
@@ -236,7 +235,7 @@ void addColumn(Connection& connection, const TableDef& table)
 {
     const Field& field = table.fields().back();
     const bool starts = field.type == FieldType::Boolean || !field.defaultValue.isNull();
-    // A default is for new rows, not for those that are there.
+    // ADD COLUMN would give the default to existing rows, too.
     if (starts || field.required || field.autoIncrement || table.fields().size() == 1)
         return rebuildTable(connection, table);
     connection.run("ALTER TABLE " + quoted(table.name()) + " ADD COLUMN " + columnSql(table, field));
@@ -258,7 +257,7 @@ void createIndex(Connection& connection, const QString& table, const Index& inde
     TableDef changed = readTable(connection, table);
     changed.appendIndex(index);
     if (index.primary || index.unique || index.required)
-        return rebuildTable(connection, changed); // Null and equal texts are the table's business
+        return rebuildTable(connection, changed); // the table checks Null and equal texts
     connection.run(indexSql(changed.name(), index));
     connection.noteSchemaChange();
 }
@@ -273,7 +272,7 @@ void createQuery(Connection& connection, const QueryDef& query)
 {
     if (connection.table(query.name))
         throw RuntimeError(platform::QueryAlreadyExists, catalogueSource());
-    // The view is what other tools see of the text; it names the other queries, as the text does.
+    // Other tools see the query as a view, which names other queries as the text does.
     const Translated translated = translate(query.sql, [&connection](QStringView name) {
         return KnownSource{connection.known(name).fields, {}};
     });
@@ -281,7 +280,7 @@ void createQuery(Connection& connection, const QueryDef& query)
         throw RuntimeError(platform::SyntaxError, catalogueSource());
     Transaction transaction(connection);
     createQueryTexts(connection);
-    // Its order matters when the query itself is opened, from its text; within other statements it only costs time.
+    // The order counts only when the query itself is opened, and that uses its text.
     const QString sql = translated.orderStart < 0 ? translated.sql : translated.sql.left(translated.orderStart);
     connection.run("CREATE VIEW " + quoted(query.name) + " AS " + sql.toUtf8());
     {

@@ -7,31 +7,29 @@ namespace orlo::store
 
 class Connection;
 
-/// The definition of a table of the file. Raises 3265 for an unknown name.
+/// Reads a table's definition. Raises 3265 for an unknown name.
 [[nodiscard]] TableDef readTable(Connection& connection, QStringView name);
-/// Makes a table of a definition. Raises 3010 for a name that is there already.
+/// Creates a table. Raises 3010 if the name is taken.
 void createTable(Connection& connection, const TableDef& table);
-/// Gives a table of the file a new definition; fields that keep their name keep their values, new ones are Null.
+/// Gives an existing table a new definition. Fields that keep their name keep their values; new ones are Null.
 void rebuildTable(Connection& connection, const TableDef& table);
-/// Gives a table of the file the field that its definition has last; it is Null in every row.
+/// Adds the last field of the definition to an existing table; it is Null in every row.
 void addColumn(Connection& connection, const TableDef& table);
-/// Drops a table of the file, with its indexes.
 void dropTable(Connection& connection, QStringView name);
-/// Adds an index to a table of the file.
 void createIndex(Connection& connection, const QString& table, const Index& index);
-/// Makes those of a table's indexes, and of the triggers that keep its unique texts apart, that aren't there yet.
+/// Creates the table's indexes, and the triggers that keep its texts unique, where they don't exist yet.
 void addIndexes(Connection& connection, const TableDef& table);
-/// Drops the triggers that aren't the engine's own, which would run in the program's name at its next write, and makes
-/// the own ones of the tables that they stood on anew. Those of the versions' tables are known without reading the
-/// file's catalogue, which every start would wait for.
+/// Drops all triggers except the engine's own, which it restores on the tables concerned: a foreign trigger would run
+/// at the program's next write. Tables of the versions are checked without reading the catalogue, which would slow
+/// every start.
 void dropForeignTriggers(Connection& connection, const Versions& versions);
-/// Makes the table that keeps the given texts of queries, where it isn't there yet.
+/// Creates the table of the stored queries' texts if it doesn't exist yet.
 void createQueryTexts(Connection& connection);
-/// Stores a query as a view of its name, with its given text beside it. Raises 3012 for a name that is there already.
+/// Stores a query: a view of its name, and its text. Raises 3012 if the name is taken.
 void createQuery(Connection& connection, const QueryDef& query);
 /// Raises 3265 for an unknown name.
 [[nodiscard]] QueryDef readQuery(Connection& connection, QStringView name);
-/// Names in the order of their making.
+/// Names, in order of creation.
 [[nodiscard]] QStringList tableNames(Connection& connection);
 [[nodiscard]] QStringList queryNames(Connection& connection);
 

@@ -20,6 +20,7 @@
 #include <sqlite3.h>
 
 #include <array>
+#include <utility>
 
 namespace orlo::store
 {
@@ -31,8 +32,8 @@ namespace
 
 constexpr int BusyMilliseconds = 2000;
 constexpr int MaxValueSize = 100'000'000;    // bytes
-constexpr sqlite3_int64 MaxMemory = 1 << 30; // bytes, for sorting above all
-constexpr qsizetype FileHead = 19;           // bytes, up to the version of the format that writes it
+constexpr sqlite3_int64 MaxMemory = 1 << 30; // bytes
+constexpr qsizetype FileHead = 19;           // bytes
 constexpr int LastFormat = 2;
 
 QString databaseSource()
@@ -45,8 +46,8 @@ QString databaseSource()
     throw RuntimeError(number, databaseSource(), QStringLiteral("%1: %2").arg(words, QDir::toNativeSeparators(path)));
 }
 
-// True for a file that somebody might change while it is read. One whose folder can't be written to, or that keeps a
-// log which isn't there, nobody uses; to read the latter otherwise, files would be made beside it.
+// Whether another program may change the file while it is read. Nobody can if the folder isn't writable, and nobody
+// does if the file wants a log that doesn't exist; opening that one normally would create the log.
 bool changesWith(const QString& path)
 {
     QFile file(path);
@@ -55,7 +56,7 @@ bool changesWith(const QString& path)
     return QFile::exists(journalOf(path)) || (!logged && platform::isWritable(QFileInfo(path).absolutePath()));
 }
 
-// What was made of the text before, or is made now.
+// Returns the cached object, or makes and caches it.
 template <typename Key, typename Made, typename Make>
 std::shared_ptr<Made> made(QCache<Key, std::shared_ptr<Made>>& cache, const Key& text, const Make& make)
 {
@@ -64,18 +65,6 @@ std::shared_ptr<Made> made(QCache<Key, std::shared_ptr<Made>>& cache, const Key&
     std::shared_ptr<Made> made = make();
     cache.insert(text, new std::shared_ptr(made));
     return made;
-}
-
-// Whether what a refusal names at its end, "... failed: <table>.<field>", is a part of the table's primary key.
-bool isKeyField(sqlite3* db, const QString& words)
-{
-    const QString named = words.section(QStringLiteral("failed: "), 1);
-    const QByteArray table = named.section(u'.', 0, -2).toUtf8();
-    const QByteArray field = named.section(u'.', -1).toUtf8();
-    int key = 0;
-    sqlite3_table_column_metadata(db, "main", table.constData(), field.constData(), nullptr, nullptr, nullptr, &key,
-                                  nullptr);
-    return key != 0;
 }
 
 } // namespace
@@ -100,8 +89,8 @@ Connection::~Connection()
 
 void Connection::open(Mode mode)
 {
-    // An absolute path, since SQLite reads "file:" as the start of an address with options; that of the file itself,
-    // since the journal stands beside it and not beside a link that leads to it.
+    // SQLite reads "file:" at the start of a relative path as a URI. Links are resolved because the journal lies beside
+    // the real file.
     const QFileInfo info(m_file);
     m_file = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
@@ -125,7 +114,7 @@ void Connection::open(Mode mode)
         return;
     if (sqlite3_db_readonly(m_db, "main") == 1)
         throw RuntimeError(platform::CannotLockFile, databaseSource());
-    // Rolls back what a killed process left half done, finds a damaged catalogue, and proves the write lock.
+    // Rolls back what a killed process left unfinished, detects a damaged catalogue, and checks for the write lock.
     run("BEGIN IMMEDIATE;ROLLBACK;SELECT count(*) FROM sqlite_master");
     removeStrayJournal(m_file);
 }
@@ -148,13 +137,13 @@ void Connection::checkFile() const
             m_file);
     if (!m_viewed && !platform::isWritable(m_file))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
-    // A journal must have its place beside the file.
+    // The journal needs a place beside the file.
     if (const QString folder = info.absolutePath(); !m_viewed && !platform::isWritable(folder))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The folder can't be written to"), folder);
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
         throw RuntimeError(platform::UnrecognisedFormat, databaseSource());
-    // SQLite would take the file for a later version's, to be read only.
+    // SQLite would open the file read-only, as one of a later version.
     if (head.size() == FileHead && static_cast<unsigned char>(head.back()) > LastFormat)
         throw RuntimeError(platform::DatabaseDamaged, databaseSource());
     if (!m_viewed)
@@ -174,7 +163,7 @@ void Connection::harden()
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-    // A table may be renamed while a stored query names one that doesn't exist.
+    // Renaming a table must work even if a stored query names one that doesn't exist.
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_LEGACY_ALTER_TABLE, 1, nullptr);
     sqlite3_limit(m_db, SQLITE_LIMIT_ATTACHED, 0);
     sqlite3_limit(m_db, SQLITE_LIMIT_LENGTH, MaxValueSize);
@@ -196,8 +185,8 @@ void Connection::close()
     endReading();
     forget();
     if (m_db && !m_viewed && QFile::exists(journalOf(m_file))) {
-        // The journal persists from one change to the next, but not beside a closed file. Where another program uses
-        // the file, it is that one's.
+        // The journal is kept between changes but not beside a closed file. If another program has the file open, it
+        // removes it.
         sqlite3_busy_timeout(m_db, 0);
         sqlite3_exec(m_db, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
     }
@@ -232,7 +221,7 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
     return prepared;
 }
 
-// True for a table or stored query of another tool whose name is like those of SQLite's own.
+// True for a table or query of another tool whose name only looks like one of SQLite's own.
 bool Connection::isOfFile(const QByteArray& name)
 {
     if (name.isEmpty() || isEngineTable(name.constData()) || m_watch.ofFile.contains(name))
@@ -247,7 +236,7 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
 {
     ensureOpen();
     const auto* known = m_statements.object(sql);
-    const bool free = known && known->use_count() == 1; // nobody has borrowed it
+    const bool free = known && known->use_count() == 1; // not in use
     const bool toKeep = !known && noteMet(qHash(sql));
     auto prepared = free ? *known : prepare(sql, origin, toKeep);
     if (toKeep)
@@ -257,12 +246,12 @@ Statement Connection::statement(const QByteArray& sql, Origin origin)
     return Statement(std::move(prepared));
 }
 
-// Most texts that the screens build come once, with a key in them: only what comes again is worth keeping.
+// Most texts contain a key and come only once, so only repeated ones are cached.
 bool Connection::noteMet(std::size_t hash)
 {
     if (m_metOnce.remove(hash))
         return true;
-    if (m_metOnce.size() >= 2 * MaxTexts) // of both languages
+    if (m_metOnce.size() >= 2 * MaxTexts) // of both kinds
         m_metOnce.clear();
     m_metOnce.insert(hash);
     return false;
@@ -282,7 +271,7 @@ void Connection::endReading() noexcept
         m_reading = sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK;
 }
 
-// A change within a reading that doesn't end would be gone with it.
+// A change made within a reading that can't end would be rolled back with it.
 void Connection::readyToWrite()
 {
     endReading();
@@ -299,7 +288,7 @@ void Connection::run(const QByteArray& sql)
         raiseLast(code);
 }
 
-// The listener reads the file, which in a transaction is neither as it was nor as it will be.
+// The listener reads the file, so it is called outside transactions.
 void Connection::announce(const Change& change)
 {
     readyToWrite();
@@ -309,7 +298,7 @@ void Connection::announce(const Change& change)
     try {
         if (m_listener(change))
             m_toldOn = today;
-    } catch (const RuntimeError& error) { // the change is none of the listener's
+    } catch (const RuntimeError& error) { // must not stop the change
         platform::logError(error.description());
     }
 }
@@ -327,7 +316,7 @@ std::shared_ptr<const Translated> Connection::translated(const QString& statemen
 
 KnownSource Connection::known(QStringView name)
 {
-    // Each spelling for itself, as it is looked for in every statement.
+    // Cached by spelling, as every statement asks for it.
     const QString wanted = QString::fromRawData(name.data(), name.size());
     if (const auto known = m_known.constFind(wanted); known != m_known.cend())
         return known.value();
@@ -336,7 +325,7 @@ KnownSource Connection::known(QStringView name)
     if (!found)
         return *m_known.insert(key, {});
     const TableInfo read = *found;
-    m_known.insert(key, {}); // for a query that names itself
+    m_known.insert(key, {}); // ends the recursion of a query that names itself
     try {
         return *m_known.insert(key, knownSource(*this, read));
     } catch (...) {
@@ -380,7 +369,7 @@ void Connection::noteSchemaChange()
     noteChange();
 }
 
-// The prepared statements, too: they tell the old columns until they run.
+// Prepared statements keep the old columns until they run.
 void Connection::forget()
 {
     m_statements.clear();
@@ -392,8 +381,8 @@ void Connection::forget()
     m_watch.ofFile.clear();
 }
 
-// The file counts its changes where nobody needs to lock it for a look; a change that isn't final yet may count, too.
-// With a write-ahead log, which another tool may have given it, it doesn't.
+// SQLite counts changes in the file's header, which can be read without a lock; a change that isn't committed yet may
+// count. With a write-ahead log, which another tool may have turned on, it doesn't.
 quint32 Connection::version() const
 {
     constexpr int FormatAt = 18; // bytes from the file's start
@@ -420,7 +409,7 @@ FileState Connection::state() const
     return {m_ownChanges, m_versionSeen};
 }
 
-// A look takes about as long as a record.
+// Reading the header takes about as long as reading a record.
 FileState Connection::recentState() const
 {
     if (std::chrono::steady_clock::now() - m_looked > std::chrono::milliseconds(1))
@@ -432,11 +421,8 @@ void Connection::raiseLast(int code, bool preparing)
 {
     const int kind = code & 0xFF;
     const QString words = QString::fromUtf8(sqlite3_errmsg(m_db));
-    int number =
-        m_watch.refusal != 0 ? m_watch.refusal : failureNumber(sqlite3_extended_errcode(m_db), words, preparing);
-    m_watch.refusal = 0;
-    if (number == platform::NullInRequiredField && isKeyField(m_db, words))
-        number = platform::NullInPrimaryKey;
+    const int refusal = std::exchange(m_watch.refusal, 0);
+    const int number = refusal != 0 ? refusal : failureNumber(m_db, preparing);
     if (kind == SQLITE_SCHEMA || number == platform::UnknownName || number == platform::UnknownTable)
         noteSchemaChange();
     QString description = platform::standardDescription(number);
@@ -444,7 +430,7 @@ void Connection::raiseLast(int code, bool preparing)
         description = QStringLiteral("Another program is using the file.");
     else if (sqlite3_extended_errcode(m_db) == SQLITE_READONLY_DBMOVED)
         description = QStringLiteral("The database file was moved or replaced while ORLO was open. Start ORLO again.");
-    // These are shown to whoever types a title twice, or none.
+    // Users see these when they enter a title twice or leave it empty, so SQLite's words are left out.
     if (number != platform::DuplicateKey && number != platform::NullInPrimaryKey &&
         number != platform::NullInRequiredField)
         description += QStringLiteral(" (%1)").arg(words);

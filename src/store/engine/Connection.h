@@ -24,28 +24,27 @@ struct Change;
 struct Source;
 struct RowShape;
 
-/// What the engine must know of a table or stored query to read it.
+/// What the engine needs to know to read a table or stored query.
 struct TableInfo {
     QString name;
     bool isQuery = false;
-    QByteArray rowKey;        ///< the name of the row's own number, empty where there is none to be had
-    bool freeNumbers = false; ///< no field shows that number, so the engine may choose it
+    QByteArray rowKey;        ///< the name of the row number, empty if there is none
+    bool freeNumbers = false; ///< no field is an alias of it, so the engine may choose it
 };
 
-/// The one SQLite connection of an open database, with its caches. Lives as long as anything refers to it; closed, it
-/// raises 3420.
+/// The SQLite connection of an open database, with its caches. Once closed, it raises 3420.
 class Connection
 {
 public:
     enum class Mode { Open, Create, View };
 
-    /// Opens or makes the file, or opens it to read alone, and hardens the connection. Raises as DBEngine does.
+    /// Opens the file, creates it, or opens it read-only. Raises as DBEngine does.
     Connection(const QString& path, Mode mode);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// Closes the file and removes its journal; statements that are still borrowed only end.
+    /// Closes the file and removes its journal. Statements still in use may only be destroyed.
     void close();
     [[nodiscard]] bool isOpen() const { return m_db != nullptr; }
     /// Raises 3420 once closed.
@@ -53,56 +52,54 @@ public:
     [[nodiscard]] const QString& path() const { return m_path; }
     [[nodiscard]] sqlite3* handle() const { return m_db; }
 
-    /// A statement from the cache, prepared if it isn't there. Raises 3061, 3075, 3078.
+    /// Returns a prepared statement, from the cache if possible. Raises 3061, 3075, 3078.
     [[nodiscard]] Statement statement(const QByteArray& sql, Origin origin = Origin::Engine);
-    /// Runs statements of the engine's own.
+    /// Runs the engine's own statements.
     void run(const QByteArray& sql);
 
-    /// From here to endReading() all is read as of one state of the file. False where that is so already, as in a
-    /// transaction. Raises 3050 for a file that can't be locked.
+    /// As Database::beginReading().
     [[nodiscard]] bool beginReading();
-    /// Nothing without a reading. A statement that writes, as soon as it is asked for, ends it, too: none may be kept
-    /// from before the reading and be stepped within it.
+    /// Does nothing outside a reading. Preparing a statement that writes ends the reading, too, so no such statement
+    /// may be kept from before it.
     void endReading() noexcept;
-    /// endReading() before a change, which would be lost in a reading that goes on: raises what keeps it from ending.
+    /// Ends a reading before a change. Raises if it can't end, because the change would be lost.
     void readyToWrite();
 
     /// As Database::watchChanges().
     using Listener = std::function<bool(const Change&)>;
     void listen(Listener listener) { m_listener = std::move(listener); }
-    /// Tells the listener ahead of a change, unless a transaction is under way.
+    /// Calls the listener before a change, unless a transaction is open.
     void announce(const Change& change);
-    /// Waits for other programs as long as usual.
+    /// Restores the usual time to wait for other programs.
     void waitForOthers();
 
-    /// What a statement of the dialect is to SQLite. Raises 3075.
+    /// Translates a statement of the dialect. Raises 3075.
     [[nodiscard]] std::shared_ptr<const Translated> translated(const QString& statement);
-    /// What is known of a table or stored query; nothing where there is none of the name. Raises 3075 for a query that
-    /// can't be read.
+    /// What is known of a table or stored query; empty for an unknown name. Raises 3075 for a query that can't be read.
     [[nodiscard]] KnownSource known(QStringView name);
-    /// Where a record set of a table's or stored query's name, or of a Select, comes from. Raises 3061, 3075, 3078.
+    /// The source for a record set: a table, a stored query or a Select. Raises 3061, 3075, 3078.
     [[nodiscard]] std::shared_ptr<const Source> source(const QString& text);
-    /// The shape of a statement's rows, made where it isn't known.
+    /// The cached shape of a statement's rows.
     [[nodiscard]] std::shared_ptr<const RowShape> shape(const QByteArray& sql,
                                                         const std::function<std::shared_ptr<const RowShape>()>& make);
-    /// The table or stored query of a name; nothing where there is none.
+    /// The table or stored query of a name, or null.
     [[nodiscard]] const TableInfo* table(QStringView name);
 
-    /// Tells of a change: what was read before it is read anew.
+    /// Marks everything read so far as out of date.
     void noteChange() { ++m_ownChanges; }
-    /// The file's state as it is now, by a look at its head.
+    /// The file's current state, from its header.
     [[nodiscard]] FileState state() const;
-    /// The same for a walk over many records, where a look of a millisecond ago will do.
+    /// The same, but up to a millisecond old, for walking over many records.
     [[nodiscard]] FileState recentState() const;
-    /// The state in which this connection's last transaction left it.
+    /// The state after this connection's last transaction.
     [[nodiscard]] FileState stateLeft() const { return {m_ownChanges, m_knownRecords.version()}; }
     [[nodiscard]] KnownRecords& knownRecords() { return m_knownRecords; }
-    /// Drops what was remembered of the catalogue.
+    /// Clears the caches after a change of the schema.
     void noteSchemaChange();
 
-    /// A statement starts on its next row: one that runs on without end is ended, counted from here.
+    /// Restarts the limit on a statement's running time.
     void noteStep() { m_watch.checks = 0; }
-    /// Raises the failure that SQLite reported last.
+    /// Raises SQLite's last failure.
     [[noreturn]] void raiseLast(int code, bool preparing = false);
 
 private:
@@ -120,7 +117,7 @@ private:
     bool m_viewed;
     sqlite3* m_db = nullptr;
     Watch m_watch;
-    // What was made of texts, for the next time that they come.
+    // Caches by text.
     template <typename Key, typename Made>
     using Cache = QCache<Key, std::shared_ptr<Made>>;
     static constexpr qsizetype MaxStatements = 64;
@@ -137,11 +134,11 @@ private:
     QDate m_toldOn;
     quint64 m_ownChanges = 0;
     KnownRecords m_knownRecords{*this};
-    mutable quint32 m_versionSeen = 0; // by the last look
+    mutable quint32 m_versionSeen = 0;
     mutable std::chrono::steady_clock::time_point m_looked;
 };
 
-/// A name as the file's SQL writes it: in double quotes.
+/// A name in double quotes.
 [[nodiscard]] QByteArray quoted(QStringView name);
 
 } // namespace orlo::store

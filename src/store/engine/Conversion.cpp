@@ -17,7 +17,6 @@ constexpr double MillisecondsADay = 86400000.0;
 constexpr double FirstSerial = -657434; // 1/1/100
 constexpr double LastSerial = 2958465;  // 12/31/9999
 
-// Day 0 of dates taken as numbers.
 qint64 dayZero()
 {
     static const qint64 day = QDate(1899, 12, 30).toJulianDay();

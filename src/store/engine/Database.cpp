@@ -27,7 +27,7 @@ const Field& fieldOf(const TableDef& table, QStringView name)
     throw RuntimeError(platform::FieldNotFound, QStringLiteral("TableDef"));
 }
 
-// A table has one primary key, and a counter is always it.
+// A counter is always the primary key.
 void requireOneKey(const TableDef& table)
 {
     QList<QStringList> keys;
@@ -247,7 +247,7 @@ Database DBEngine::createDatabase(const QString& path)
     if (QFileInfo::exists(platform::nativePath(path)))
         throw RuntimeError(platform::ObjectAlreadyExists, QStringLiteral("DBEngine"));
     auto connection = std::make_shared<Connection>(path, Connection::Mode::Create);
-    createQueryTexts(*connection); // until something is written there is no file
+    createQueryTexts(*connection); // SQLite creates the file at the first write
     return Database(std::move(connection));
 }
 

@@ -13,10 +13,10 @@ namespace orlo::store
 
 class Connection;
 struct Version;
-/// The newest version first.
+/// Newest first.
 using Versions = std::vector<Version>;
 
-/// An index of a table definition, on one field or more.
+/// An index on one or more fields.
 struct Index {
     QString name;
     QStringList fields;
@@ -25,8 +25,7 @@ struct Index {
     bool required = false;
 };
 
-/// One table of the catalogue: either a definition being filled before it is appended, or a table of the file, whose
-/// fields and indexes then change at once.
+/// A table definition: either not yet in a file, or of a table in one, which then changes at once.
 class TableDef
 {
 public:
@@ -35,15 +34,15 @@ public:
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] const std::vector<Field>& fields() const { return m_fields; }
     [[nodiscard]] const std::vector<Index>& indexes() const { return m_indexes; }
-    /// The field of a name, without regard to case; null for an unknown one.
+    /// The field of a name (case-insensitive), or null.
     [[nodiscard]] const Field* findField(QStringView name) const;
 
-    /// Raises 3010 for a name that is there already, 3283 for a counter where the table has a primary key.
+    /// Raises 3010 if the name is taken, 3283 for a counter if there is a primary key.
     void appendField(const Field& field);
     /// Raises 3265 for an unknown name.
     void deleteField(QStringView name);
-    /// Raises 3010 for a name that is there already, 3022 for a unique index over equal values, 3265 for an unknown
-    /// field, 3283 for a second primary key.
+    /// Raises 3010 if the name is taken, 3022 for a unique index over equal values, 3265 for an unknown field, 3283 for
+    /// a second primary key.
     void appendIndex(const Index& index);
 
 private:
@@ -53,82 +52,79 @@ private:
     QString m_name;
     std::vector<Field> m_fields;
     std::vector<Index> m_indexes;
-    std::weak_ptr<Connection> m_connection; // set once the table stands in a file
+    std::weak_ptr<Connection> m_connection; // if the table is in a file
 };
 
-/// The table of a file that keeps the given texts of its stored queries. It is the engine's; no statement names it.
+/// The engine's own table of the stored queries' texts. No statement may name it.
 inline constexpr char StoredQueries[] = "Stored_Queries";
 
-/// A stored query: its name and the text that was given for it.
+/// A stored query and its text.
 struct QueryDef {
     QString name;
     QString sql;
 };
 
-/// What a file's rows are about to go through.
+/// A change that is about to happen.
 struct Change {
     bool removes = false;
-    QString table = {}; ///< that loses rows; empty where several things will happen
+    QString table = {}; ///< that loses rows; empty if more will happen
 };
 
-/// One open database file. Closing it ends every record set that was opened on it (3420); letting it go leaves them
-/// their file.
+/// An open database file. After close(), its record sets raise 3420; if it is only destroyed, they keep the file open.
 class Database
 {
 public:
-    /// Opens a record set on a table's name, a stored query's name or a Select statement of the dialect. Raises 3078
-    /// for an unknown table, 3061 for an unknown field, 3075 for what can't be parsed, 3420 on a closed database.
-    /// While the rows of a long snapshot are read, readingOn is called now and then; what it throws ends the reading.
+    /// Opens a record set on a table, a stored query or a Select of the dialect. Raises 3078 for an unknown table, 3061
+    /// for an unknown field, 3075 for what can't be parsed, 3420 on a closed database. While a long snapshot is read,
+    /// readingOn is called now and then; it may throw to stop the reading.
     [[nodiscard]] Recordset openRecordset(const QString& source, const std::function<void()>& readingOn = {});
-    /// Runs one Insert, Update or Delete. Passes silently over a row that the file refuses; raises as openRecordset().
+    /// Runs an Insert, Update or Delete. Rows that the file refuses are skipped silently. Raises as openRecordset().
     void execute(const QString& sql);
-    /// Flushes and closes the file: it alone then holds all data. Raises 3420 if it is closed.
+    /// Flushes and closes the file; no other file is needed then. Raises 3420 if it is closed.
     void close();
-    /// From here on nobody else can use the file, and writes reach the disk when the system finds time for them. The
-    /// program's end at any moment still loses nothing, but a power failure may leave a damaged file: for one that has
-    /// a copy on the disk.
+    /// Locks the file for this program and leaves flushing to the system. A crash of the program still loses nothing,
+    /// but a power failure may damage the file, so there should be a safe copy.
     void deferFlushing();
-    /// From here to endReading() all is read as of one state of the file, which is looked at once and not for each
-    /// statement. False where that is so already, as in a transaction, and on a closed database. Raises 3050 for a file
-    /// that can't be locked, which nobody can write to meanwhile.
+    /// Until endReading(), reads see one state of the file, which is checked once instead of for each statement. Other
+    /// programs can't write meanwhile. False if the file is closed or already in a transaction or reading. Raises 3050
+    /// if the file can't be locked.
     [[nodiscard]] bool beginReading();
-    /// Nothing without a reading: a change ends it, too.
+    /// Does nothing outside a reading. Any change ends it, too.
     void endReading() noexcept;
-    /// Has somebody told ahead of the first change of each day and of each removal of rows. The listener gives false
-    /// where it wants to be told of the next change, too; what it raises is logged. Nobody is told within a
-    /// transaction.
+    /// Sets a listener that is called before each removal of rows and before the first change of each day, never within
+    /// a transaction. If it returns false, it is called for the next change, too. What it raises is logged.
     void watchChanges(std::function<bool(Database&, const Change&)> listener);
-    /// Tells of a removal that begins with other steps.
+    /// Announces a removal that starts with other steps.
     void aboutToRemove();
-    /// The file's state, which is another one after every change, whoever made it. Raises 3420 if it is closed.
+    /// The file's state, which differs after every change by any program. Raises 3420 if it is closed.
     [[nodiscard]] FileState state() const;
     [[nodiscard]] bool isOpen() const;
-    /// SQLite's user_version, by which a file states its version; 0 in one that states none.
+    /// SQLite's user_version, which states a file's version; 0 if none is stated.
     [[nodiscard]] int stated() const;
     void state(int version);
-    /// The path that it was opened by.
+    /// The path it was opened with.
     [[nodiscard]] QString name() const;
 
-    /// The catalogue. tableDef() raises 3265 for an unknown name; append 3010/3012 for one that is there already.
+    /// The catalogue. tableDef() raises 3265 for an unknown name; append raises 3010 or 3012 if the name is taken.
     [[nodiscard]] QStringList tableNames() const;
     [[nodiscard]] TableDef tableDef(QStringView name) const;
     void appendTableDef(TableDef& table);
     void deleteTableDef(QStringView name);
     [[nodiscard]] QStringList queryNames() const;
     [[nodiscard]] QueryDef queryDef(QStringView name) const;
-    /// Stores a named query with its text. A text may name a query that doesn't exist yet.
+    /// Stores a query. Its text may name queries that don't exist yet.
     void createQueryDef(const QString& name, const QString& sql);
 
     explicit Database(std::shared_ptr<Connection> connection);
-    /// The file itself, for what works on it as a whole.
+    /// The connection, for code that works on the file as a whole.
     [[nodiscard]] const std::shared_ptr<Connection>& connection() const { return m_connection; }
 
 private:
     std::shared_ptr<Connection> m_connection;
 };
 
-/// A transaction that is rolled back unless it is committed. Within another one it is a part of that. Every change of
-/// a file's rows is made in one.
+/// A transaction, rolled back unless committed. A nested one is part of the outer one. Every change of rows happens in
+/// one.
 class Transaction
 {
 public:
@@ -138,7 +134,7 @@ public:
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
-    /// Raises what the file refuses; the changes are on the disk after it.
+    /// Makes the changes durable. Raises what the file refuses.
     void commit();
 
 private:
@@ -147,19 +143,17 @@ private:
     bool m_done = false;
 };
 
-/// The engine's own operations on files.
+/// Operations on files.
 namespace DBEngine
 {
-/// Opens a file for shared read and write; the path is resolved as the file system object does. Raises 3024 for a
+/// Opens a file for shared reading and writing; the path is resolved as by the file system object. Raises 3024 for a
 /// missing file, 3343 for one that is no database, 3049 for a damaged one, 3050 for one that can't be locked or
-/// written. Triggers that are neither the engine's own nor those of the versions are
-/// dropped.
+/// written. Drops all triggers except the engine's own and those of the versions.
 [[nodiscard]] Database openDatabase(const QString& path);
 [[nodiscard]] Database openDatabase(const QString& path, const Versions& versions);
-/// The same for somebody who only looks: nothing in the file changes, nor beside it. Raises 3050 where a change of the
-/// file isn't done.
+/// Opens a file read-only and changes nothing beside it. Raises 3050 if the file has an unfinished change.
 [[nodiscard]] Database viewDatabase(const QString& path);
-/// Makes an empty database file. Raises 3010 if the file exists.
+/// Creates an empty database file. Raises 3010 if the file exists.
 [[nodiscard]] Database createDatabase(const QString& path);
 } // namespace DBEngine
 

@@ -10,7 +10,7 @@ namespace orlo::store
 namespace
 {
 
-// Checks are named "<field> <rule>", so the last word tells what was broken.
+// Checks are named "<field> <rule>".
 int checkNumber(const QString& words)
 {
     if (words.endsWith(QLatin1String(" zero length")))
@@ -22,13 +22,25 @@ int checkNumber(const QString& words)
     return platform::WrongDataType;
 }
 
-int constraintNumber(int code, const QString& words)
+// Whether the field at the end of "... failed: <table>.<field>" belongs to the primary key.
+bool isKeyField(sqlite3* db, const QString& words)
+{
+    const QString named = words.section(QStringLiteral("failed: "), 1);
+    const QByteArray table = named.section(u'.', 0, -2).toUtf8();
+    const QByteArray field = named.section(u'.', -1).toUtf8();
+    int key = 0;
+    sqlite3_table_column_metadata(db, "main", table.constData(), field.constData(), nullptr, nullptr, nullptr, &key,
+                                  nullptr);
+    return key != 0;
+}
+
+int constraintNumber(sqlite3* db, int code, const QString& words)
 {
     switch (code) {
     case SQLITE_CONSTRAINT_CHECK:
         return checkNumber(words);
     case SQLITE_CONSTRAINT_NOTNULL:
-        return platform::NullInRequiredField;
+        return isKeyField(db, words) ? platform::NullInPrimaryKey : platform::NullInRequiredField;
     case SQLITE_CONSTRAINT_DATATYPE:
         return platform::WrongDataType;
     default:
@@ -36,7 +48,7 @@ int constraintNumber(int code, const QString& words)
     }
 }
 
-// For a statement that can't be prepared SQLite has one code and only its words.
+// SQLite has a single code for these, so its message tells.
 int statementNumber(const QString& words, bool preparing)
 {
     if (words.startsWith(QLatin1String("no such column")) || words.contains(QLatin1String("has no column named")))
@@ -52,11 +64,13 @@ int statementNumber(const QString& words, bool preparing)
 
 } // namespace
 
-int failureNumber(int code, const QString& words, bool preparing)
+int failureNumber(sqlite3* db, bool preparing)
 {
+    const int code = sqlite3_extended_errcode(db);
+    const QString words = QString::fromUtf8(sqlite3_errmsg(db));
     switch (code & 0xFF) {
     case SQLITE_CONSTRAINT:
-        return constraintNumber(code, words);
+        return constraintNumber(db, code, words);
     case SQLITE_MISMATCH:
         return platform::WrongDataType;
     case SQLITE_TOOBIG:

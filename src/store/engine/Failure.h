@@ -1,11 +1,11 @@
 #pragma once
 
-class QString;
+struct sqlite3;
 
 namespace orlo::store
 {
 
-/// The failure number that a result of SQLite stands for, by its extended code and its own words.
-[[nodiscard]] int failureNumber(int code, const QString& words, bool preparing);
+/// The failure number for SQLite's last error.
+[[nodiscard]] int failureNumber(sqlite3* db, bool preparing);
 
 } // namespace orlo::store

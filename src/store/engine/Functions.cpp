@@ -50,7 +50,7 @@ void giveText(sqlite3_context* context, QStringView result)
                           SQLITE_UTF8);
 }
 
-// An argument that counts characters, cut to what a text can have.
+// A number of characters.
 qsizetype count(sqlite3_value* value)
 {
     return static_cast<qsizetype>(std::clamp<sqlite3_int64>(sqlite3_value_int64(value), 0, 1 << 30));
@@ -62,7 +62,7 @@ void like(sqlite3_context* context, int, Arguments arguments)
         sqlite3_result_int(context, platform::matchesLikeUtf8(utf8(arguments[1]), utf8(arguments[0])));
 }
 
-// What a text, and the arguments after it, give; of Null it is Null.
+// A function of a text; Null for Null.
 template <auto Of>
 void ofText(sqlite3_context* context, int, Arguments arguments)
 {
@@ -94,7 +94,7 @@ void ofDate(sqlite3_context* context, int, Arguments arguments)
         sqlite3_result_int(context, Of(date->date));
 }
 
-// The number that a value counts as: a date's day, a text's number; nothing for any other text.
+// A date counts as its day, a text as the number it reads as.
 std::optional<double> numberOf(sqlite3_value* value)
 {
     if (isNull(value))
@@ -130,11 +130,11 @@ std::optional<DateTime> dateOf(sqlite3_value* value)
     try {
         return Value(sqlite3_value_double(value)).toDate();
     } catch (const platform::RuntimeError&) {
-        return std::nullopt; // beyond the years that there are
+        return std::nullopt; // out of range
     }
 }
 
-// A value that isn't a date yields Null in comparisons; one that goes into a field stays, for the file to refuse.
+// A value that isn't a date yields Null in comparisons. One to be stored is passed on, for the file to refuse.
 template <bool Stays>
 void asDate(sqlite3_context* context, int, Arguments arguments)
 {
@@ -154,7 +154,7 @@ void dateText(sqlite3_context* context, int, Arguments arguments)
         giveText(context, platform::shortDate(*date));
 }
 
-// A text beside a yes/no.
+// A text compared with a yes/no.
 void asTruth(sqlite3_context* context, int, Arguments arguments)
 {
     const QString word = text(arguments[0]);
@@ -172,7 +172,7 @@ void asFinite(sqlite3_context* context, int, Arguments arguments)
     sqlite3_result_value(context, arguments[0]);
 }
 
-// As a record set rounds what goes into a field of whole numbers: half to even.
+// Rounds half to even, as a record set does.
 void asWhole(sqlite3_context* context, int, Arguments arguments)
 {
     const int type = sqlite3_value_type(arguments[0]);
@@ -183,7 +183,7 @@ void asWhole(sqlite3_context* context, int, Arguments arguments)
         sqlite3_result_value(context, arguments[0]);
 }
 
-// `+` where the kinds of both sides show only now.
+// `+` of operands whose kinds are known only at run time.
 void joinOrAdd(sqlite3_context* context, int, Arguments arguments)
 {
     if (isNull(arguments[0]) || isNull(arguments[1]))
@@ -262,8 +262,8 @@ constexpr Function Functions[] = {
     {"round_even", 2, Pure, roundEven},
 };
 
-// What the translator writes of SQLite's own, and what the views of files may call that an earlier version has made.
-// Without anything that reads files or the engine, or that grows a small input without bound.
+// SQLite's own functions that the translator uses, or that views of earlier versions may use. None of them reads files,
+// reaches into the engine or makes large results out of small input.
 constexpr const char* Allowed[] = {
     "abs",    "avg",   "coalesce", "count", "datetime", "glob",    "ifnull", "iif",   "instr",
     "length", "lower", "ltrim",    "max",   "min",      "nullif",  "round",  "rtrim", "replace",
@@ -274,7 +274,7 @@ constexpr const char* Allowed[] = {
 
 void addFunctions(sqlite3* db)
 {
-    // The file's text columns name NOCASE, which every SQLite tool has; here it sees beyond ASCII.
+    // The file's text columns use NOCASE, which every SQLite tool has; ours works beyond ASCII, too.
     sqlite3_create_collation(db, "NOCASE", SQLITE_UTF8, nullptr, compareBytes);
     for (const Function& function : Functions)
         sqlite3_create_function(db, function.name, function.arguments, function.flags, nullptr, function.call, nullptr,

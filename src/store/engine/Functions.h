@@ -5,9 +5,9 @@ struct sqlite3;
 namespace orlo::store
 {
 
-/// Gives a connection the dialect's functions, its Like, and its way to compare texts.
+/// Adds the dialect's functions, Like and text comparison to a connection.
 void addFunctions(sqlite3* db);
-/// True for a function that a statement from outside may call.
+/// True if statements from outside may call the function.
 [[nodiscard]] bool isDialectFunction(const char* name);
 
 } // namespace orlo::store

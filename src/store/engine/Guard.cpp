@@ -14,11 +14,11 @@ namespace orlo::store
 namespace
 {
 
-// No work of the program comes near a tenth of this many steps; a stored query made to keep it busy goes on for good.
+// Real work stays below a tenth of this.
 constexpr int StepsBetweenChecks = 1'000'000;
 constexpr int MaxChecks = 2000;
 
-// What no statement from outside names: the engine's tables and SQLite's table-like functions, as far as names tell.
+// Names of the engine's tables and of SQLite's table-valued functions.
 bool isHidden(const char* table)
 {
     const auto begins = [table](std::string_view name) {

@@ -11,17 +11,16 @@ namespace orlo::store
 namespace
 {
 
-// The journal: a header that fills a sector, then the pages as they were before the change, each between its number and
-// a checksum. The file's first page holds the number of changes that were made so far.
+// A journal has a header of one sector, then the original pages, each between its number and a checksum.
 constexpr QByteArrayView Magic("\xd9\xd5\x05\xf9\x20\xa1\x63\xd7");
 constexpr quint32 UpToTheEnd = 0xffffffff;
 constexpr qint64 HeaderSize = 28;
 constexpr qint64 RecordCountAt = 8;
 constexpr qint64 SumStartAt = 12;
-constexpr qint64 FormerPageCountAt = 16; // how many pages the file had
+constexpr qint64 FormerPageCountAt = 16; // of the file
 constexpr qint64 SectorSizeAt = 20;
 constexpr qint64 PageSizeAt = 24;
-constexpr qsizetype SumStep = 200; // bytes from one that counts in a checksum to the next
+constexpr qsizetype SumStep = 200; // only every 200th byte counts in a checksum
 // In the file's first page:
 constexpr qint64 ChangeCounterAt = 24;
 constexpr qint64 PageCountAt = 28;
@@ -46,7 +45,7 @@ bool sumAgrees(const QByteArray& page, quint32 start, quint32 stated)
     return sum == stated;
 }
 
-// The first page as it was, if the journal has it; `whole` tells whether all of the journal was looked through.
+// The original first page, if the journal has it; `whole` is set if all of the journal was read.
 std::optional<QByteArray> firstPage(QFile& journal, const QByteArray& header, bool& whole)
 {
     const auto pages = numberAt(header, RecordCountAt);
@@ -80,7 +79,7 @@ bool isStray(QFile& journal, const QByteArray& fileHead)
         const quint32 before = numberAt(*page, ChangeCounterAt);
         return changes != before && changes != before + 1;
     }
-    // The first page hasn't been changed yet, so it still counts the pages that the journal started with.
+    // The first page is unchanged, so it still holds the page count at the start of the journal.
     return whole && changes == numberAt(fileHead, CountedAt) &&
            numberAt(fileHead, PageCountAt) != numberAt(header, FormerPageCountAt);
 }
@@ -99,7 +98,7 @@ void setStrayJournalAside(const QString& path)
     if (!journal.open(QIODevice::ReadOnly) || !file.open(QIODevice::ReadOnly))
         return;
     const bool stray = isStray(journal, file.read(FirstPageHead));
-    journal.close(); // an open file keeps its name on some systems
+    journal.close(); // Windows can't rename an open file
     if (stray)
         setJournalAside(path);
 }

@@ -9,8 +9,8 @@
 namespace orlo::store
 {
 
-// SQLite flushes the folder of a journal that it opens to make, even if it is there already. One whose name is on the
-// disk is opened without making it. Who opens a journal has the file's lock, so that no other program changes its name.
+// SQLite flushes the folder whenever it opens a journal with the flag to create it, even if it exists. So a journal
+// whose name is on the disk is opened without that flag. The file is locked meanwhile, so nobody renames the journal.
 static int openSystemFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* given)
 {
     constexpr int MadeJournal = SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_CREATE;

@@ -22,7 +22,7 @@ void refuse(int number)
 std::shared_ptr<const Block> readBlock(Connection& connection, const Source& source, std::span<const qint64> numbers,
                                        qsizetype start)
 {
-    // The state before the reading: what another program changes meanwhile is noticed by the next look, not missed.
+    // Taken before reading, so that a change meanwhile is noticed at the next look.
     auto block = std::make_shared<Block>(Block{connection.state(), start, Rows(source.shape->fields.size())});
     const bool many = numbers.size() > 1;
     auto rows = connection.statement(many ? source.blockSql : source.rowSql, Origin::Outside);
@@ -73,7 +73,7 @@ void KnownRecords::begin()
             return;
         try {
             known.changedByAnother = !known.record.same(read(known), *known.source);
-        } catch (const platform::RuntimeError&) { // its table has other columns now
+        } catch (const platform::RuntimeError&) { // the table's columns have changed
             known.changedByAnother = true;
         }
     });
@@ -114,7 +114,7 @@ void KnownRecords::accept(bool whole)
         known.pending = KnownRecord::Change::None;
         known.written = {};
     });
-    // A file that nobody else can use counts no changes.
+    // A file in exclusive mode doesn't count its changes.
     m_version = m_wrote && m_connection.state().version != m_before ? m_before + 1 : m_before;
 }
 

@@ -17,15 +17,13 @@ namespace orlo::store
 namespace
 {
 
-constexpr qsizetype MaxRows = 2'000'000; // of a snapshot, which lies in memory
+constexpr qsizetype MaxRows = 2'000'000; // of a snapshot in memory
 constexpr qsizetype RowsBetweenCalls = 2'000;
 
-qint64 greatestGiven = 0; // of the numbers that this program gave to new rows, whichever the file
+qint64 greatestGiven = 0; // in all files
 
-// The least number that a new row may have. A set knows its rows by number, and SQLite gives the newest row's number
-// again once that row is gone; a number of the clock's, in microseconds, doesn't come a second time, whichever program
-// gives it and whatever was removed. A clock that was put back is below what other programs gave; this one then goes
-// on from the greatest number of its own.
+// A set knows its rows by number, and SQLite reuses the newest row's number after a removal. The clock in microseconds
+// never repeats, in any program. If the clock was set back, our own greatest number is used instead.
 qint64 minNewNumber()
 {
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
@@ -81,7 +79,7 @@ void Recordset::openNumbers()
     m_numbers = std::move(numbers);
     m_size = std::ssize(m_numbers);
     m_numbersState = state;
-    m_block.reset(); // its places are others now
+    m_block.reset(); // its places are outdated
 }
 
 void Recordset::requireOpen() const
@@ -154,16 +152,6 @@ const std::vector<Field>& Recordset::fields() const
     return m_shape->fields;
 }
 
-void Recordset::moveFirst()
-{
-    moveTo(0);
-}
-
-void Recordset::moveLast()
-{
-    moveTo(static_cast<int>(m_size - 1));
-}
-
 void Recordset::moveNext()
 {
     cancelUpdate();
@@ -196,7 +184,7 @@ void Recordset::moveTo(int place)
     go(place);
 }
 
-// A removed record has its place between its neighbours.
+// A removed record's place is between its neighbours.
 void Recordset::step(qsizetype n)
 {
     if (n == 0 && m_removed)
@@ -214,9 +202,9 @@ void Recordset::go(qsizetype place)
         return;
     const qint64 number = hasRecord() ? m_numbers[static_cast<std::size_t>(place)] : 0;
     if (m_added && m_added->number == number)
-        m_known = std::move(m_added); // what was written is known before it's read
+        m_known = std::move(m_added);
     else if (m_known)
-        *m_known = {m_source, number}; // rather than a new one at each step of a walk
+        *m_known = {m_source, number};
     else
         m_known = m_connection->knownRecords().add(m_source, number);
 }
@@ -227,9 +215,8 @@ int Recordset::place() const
     return hasRecord() ? static_cast<int>(m_place) : -1;
 }
 
-// The current record as it stands when it is asked for first. A set that is walked reads more and more ahead; one that
-// is looked at here and there reads what it needs. What was read ahead is believed for as long as nothing has changed
-// the file.
+// The current record, as read when it is first asked for. A walk reads ahead in growing blocks, random access reads
+// single records. Blocks are used until the file changes.
 const Record& Recordset::shown() const
 {
     if (m_shown)
@@ -254,11 +241,6 @@ const Record& Recordset::shown() const
     return m_shown;
 }
 
-Value Recordset::value(QStringView name) const
-{
-    return value(column(name));
-}
-
 Value Recordset::value(int column) const
 {
     requireColumn(column);
@@ -278,7 +260,7 @@ Value Recordset::value(int column) const
 int Recordset::column(QStringView name) const
 {
     requireOpen();
-    // The first of a name, whatever was asked for before; mostly it is spelled as the table spells it.
+    // The first match. Most names are spelled as in the table, so sizes are compared first.
     const auto& fields = m_shape->fields;
     for (std::size_t at = 0; at < fields.size(); ++at)
         if (fields[at].name.size() == name.size() && platform::sameName(fields[at].name, name))
@@ -299,7 +281,7 @@ void Recordset::edit()
     requireUpdatable();
     cancelUpdate();
     requireRecord();
-    confirm(); // what is edited is the record as it stands now
+    confirm();
     Buffer buffer;
     for (int i = 0; i < static_cast<int>(m_shape->fields.size()); ++i)
         buffer.values.push_back(value(i));
@@ -307,13 +289,13 @@ void Recordset::edit()
     m_buffer = std::move(buffer);
 }
 
-// Reads the current record and compares it with what the set knows of it.
+// Compares the current record in the file with what the set knows.
 void Recordset::confirm()
 {
     const Record before = m_known->record;
     const bool sure = m_shown && before && before.block == m_shown.block && !m_known->changedByAnother;
     if (sure && !m_known->removed && !before.isGone() && before.block->state == m_connection->state())
-        return; // nothing has changed the file since
+        return; // the file is unchanged
     const Record now{readBlock(*m_connection, *m_source, std::span(&m_known->number, 1))};
     if (now.isGone())
         m_shown = m_known->record = now;
@@ -334,11 +316,6 @@ void Recordset::cancelUpdate()
 {
     requireOpen();
     m_buffer.reset();
-}
-
-void Recordset::setValue(QStringView name, const Value& value)
-{
-    setValue(column(name), value);
 }
 
 void Recordset::setValue(int column, const Value& value)
@@ -366,7 +343,7 @@ void Recordset::update()
     else if (given) {
         requireRecord();
         change([this] { updateBuffer(); });
-        // What was written is known, unless it gave the row another number.
+        // The written record is known, unless the row got another number.
         m_shown = m_known->record.block == m_shown.block ? Record() : m_known->record;
     }
     const bool first = m_buffer->added && m_size == 0;
@@ -375,7 +352,7 @@ void Recordset::update()
         ++m_size;
     }
     m_buffer.reset();
-    // The first record of an empty set becomes the current one; forms go on with it.
+    // Forms rely on the first record of an empty set becoming the current one.
     if (first)
         go(0);
 }
@@ -399,7 +376,7 @@ void Recordset::remove()
     m_block.reset();
 }
 
-// The set's own change to its membership leaves the rest of it as true as it was.
+// A set's own insert or removal doesn't outdate its list of rows.
 void Recordset::change(const std::function<void()>& write)
 {
     Transaction transaction(*m_connection);
@@ -419,7 +396,7 @@ QByteArray Recordset::changedColumns(const char* separator, const char* after) c
     return list;
 }
 
-// Gives how many there are.
+// Returns the number of parameters.
 int Recordset::bindChanged(Statement& statement) const
 {
     int parameter = 0;

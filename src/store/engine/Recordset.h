@@ -16,14 +16,11 @@ class Statement;
 struct RowShape;
 struct Source;
 
-/// A set of records with a position, read and written by field name (without regard to case).
-///
-/// A query on one table gives an updatable set: which rows belong to it is fixed at opening; a record is read, whole,
-/// when the set comes to it. Anything else is a read-only snapshot. A set outlives neither its own close() nor its
-/// database's: any use after that raises 3420. Every update() and remove() is durable when it returns.
-///
-/// 3167 and 3197 tell of other programs, and 3167 of a record that this one removed: what another set or an Execute of
-/// this program made of a record since the set read it is no failure.
+/// Records with a current position, accessed by field name (case-insensitive). A query on one table gives an updatable
+/// set: its rows are fixed at opening, and each record is read whole when the set comes to it. Any other query gives a
+/// read-only snapshot. After its own close() or the database's, a set raises 3420. update() and remove() are durable
+/// when they return. 3197 is raised only for other programs' changes. 3167 is also raised for records that this program
+/// removed.
 class Recordset
 {
 public:
@@ -32,56 +29,55 @@ public:
     ~Recordset() = default;
     Recordset(Recordset&&) noexcept = default;
     Recordset& operator=(Recordset&&) noexcept = default;
-    Recordset(const Recordset&) = delete; // two would share what they know of a record
+    Recordset(const Recordset&) = delete; // copies would share m_known
     Recordset& operator=(const Recordset&) = delete;
 
-    /// Both true on an empty set; bof() before the first record, eof() past the last.
+    /// Both are true on an empty set.
     [[nodiscard]] bool bof() const;
     [[nodiscard]] bool eof() const;
-    /// The number of records, exact from the start. A set opened by a table's name then has the table's records of now.
+    /// The exact number of records. A set opened by a table's name picks up rows added and removed since.
     [[nodiscard]] int recordCount();
     [[nodiscard]] bool updatable() const;
     [[nodiscard]] const std::vector<Field>& fields() const;
 
-    /// Moves drop an unsaved buffer, those that fail too. All raise 3021 on an empty set; a step past an end, and one
-    /// more, too.
-    void moveFirst();
-    void moveLast();
+    /// Moves drop the buffer, even if they fail. They raise 3021 on an empty set and on a step beyond bof() or eof().
+    void moveFirst() { moveTo(0); }
+    void moveLast() { moveTo(static_cast<int>(m_size - 1)); }
     void moveNext();
     void movePrevious();
-    /// Moves by n records from the current one; past an end it stands before the start or past the end.
+    /// Moves by n records, at most to before the first or past the last one.
     void move(int n);
-    /// Moves to the record at the 0-based place in the set. Raises 3021 outside it.
+    /// Moves to a 0-based place. Raises 3021 outside the set.
     void moveTo(int place);
-    /// The 0-based place of the current record; -1 where there is none.
+    /// The 0-based place of the current record, or -1.
     [[nodiscard]] int place() const;
 
-    /// Opens a new record's buffer, or the current record's. Raise 3027 on a read-only set; edit() raises 3021 without
-    /// a current record, 3167 on a removed one, and 3197 on one that another program changed since the set read or
-    /// wrote it; the set then has the new values.
+    /// Start a new record, or an edit of the current one. Both raise 3027 on a read-only set. edit() raises 3021
+    /// without a current record, 3167 for a removed one, and 3197 if another program has changed it since the set read
+    /// or wrote it; the set then has the new values.
     void addNew();
     void edit();
-    /// True between addNew() or edit() and the update or move that ends it.
+    /// True if a buffer is open.
     [[nodiscard]] bool editing() const;
-    /// Drops the open buffer; nothing happens without one.
+    /// Drops the buffer, if one is open.
     void cancelUpdate();
-    /// Writes the buffer: a new record goes to the end of the set, and the position stays where it was. Raises 3020
-    /// without a buffer, 3022 for a duplicate key, 3058, 3314 and 3315 for what the table refuses, 3167 and 3197 for a
-    /// record that was removed or changed since edit(); the buffer then stays open.
+    /// Writes the buffer. A new record goes to the end of the set; the position stays. Raises 3020 without a buffer,
+    /// 3022 for a duplicate key, 3058, 3314 and 3315 for what the table refuses, 3167 and 3197 if the record was
+    /// removed or changed since edit(); the buffer then stays open.
     void update();
-    /// Removes the current record; it stays the position until the next move. Raises 3021, 3027, 3167, 3197.
+    /// Removes the current record, which stays the position until the next move. Raises 3021, 3027, 3167, 3197.
     void remove();
 
-    /// A field of the open buffer or of the current record. Raises 3265 for an unknown name, 3021 without a record,
-    /// 3167 on a removed one.
-    [[nodiscard]] Value value(QStringView name) const;
+    /// A field of the buffer, or of the current record. Raises 3265 for an unknown name, 3021 without a record, 3167
+    /// for a removed one.
+    [[nodiscard]] Value value(QStringView name) const { return value(column(name)); }
     [[nodiscard]] Value operator[](QStringView name) const { return value(name); }
-    /// The same by 0-based column, for what walks all fields.
+    /// By 0-based column, for code that walks all fields.
     [[nodiscard]] Value value(int column) const;
-    /// Converts to the field's type and puts it into the buffer. Raises 3020 without a buffer, 3421 for what can't be
-    /// converted, 6 for a number out of range, 3163 for a text over the size, 3164 for a counter, 3265 for an unknown
-    /// name.
-    void setValue(QStringView name, const Value& value);
+    /// Converts to the field's type and stores in the buffer. Raises 3020 without a buffer, 3421 for what can't be
+    /// converted, 6 for a number out of range, 3163 for a text that is too long, 3164 for a counter, 3265 for an
+    /// unknown name.
+    void setValue(QStringView name, const Value& value) { setValue(column(name), value); }
     void setValue(int column, const Value& value);
     /// The 0-based column of a name. Raises 3265.
     [[nodiscard]] int column(QStringView name) const;
@@ -97,7 +93,7 @@ private:
 
     void openSnapshot(const std::function<void()>& readingOn);
     void openNumbers();
-    void requireOpen() const; // raises 3420 on a dead set
+    void requireOpen() const; // raises 3420
     void requireRecord() const;
     void requireUpdatable() const;
     void requireColumn(int column) const;
@@ -112,20 +108,20 @@ private:
     [[nodiscard]] QByteArray changedColumns(const char* separator, const char* after) const;
     int bindChanged(Statement& statement) const;
 
-    std::shared_ptr<Connection> m_connection; // none once it is closed
+    std::shared_ptr<Connection> m_connection; // null once closed
     std::shared_ptr<const Source> m_source;
     std::shared_ptr<const RowShape> m_shape;
     std::vector<qint64> m_numbers; // of an updatable set's rows
     FileState m_numbersState;
     qsizetype m_size = 0;
     qsizetype m_place = 0;
-    bool m_removed = false; // the record at m_place was removed; the ones after it have moved up
-    // What was read last: all of a snapshot's records, or those ahead of an updatable set.
+    bool m_removed = false; // the current one; those after it have moved up
+    // A snapshot's rows, or the block that an updatable set read last.
     mutable std::shared_ptr<const Block> m_block;
-    mutable qsizetype m_ahead = 1;        // how many records the next block has
-    mutable Record m_shown;               // the current one, once it was asked for
+    mutable qsizetype m_ahead = 1;        // the next block's size
+    mutable Record m_shown;               // the current one, if it was read
     std::shared_ptr<KnownRecord> m_known; // the current one
-    std::shared_ptr<KnownRecord> m_added; // the one that was added last
+    std::shared_ptr<KnownRecord> m_added; // the newest one
     std::optional<Buffer> m_buffer;
 };
 

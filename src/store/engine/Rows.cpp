@@ -8,7 +8,7 @@ namespace orlo::store
 namespace
 {
 
-// The number that the digits at a place are; -1 where one is none.
+// -1 if one isn't a digit.
 int digits(QByteArrayView text, qsizetype at, int count)
 {
     int number = 0;
@@ -58,7 +58,7 @@ void Rows::append(sqlite3_stmt* statement)
 {
     m_there.push_back(statement != nullptr);
     const std::size_t start = m_cells.size();
-    m_cells.resize(start + m_columns); // of nothing
+    m_cells.resize(start + m_columns); // Null
     for (std::size_t column = 0; statement && column < m_columns; ++column) {
         sqlite3_value* const value = sqlite3_column_value(statement, static_cast<int>(column));
         Cell& cell = m_cells[start + column];

@@ -14,30 +14,30 @@ struct sqlite3_stmt;
 namespace orlo::store
 {
 
-/// A date as the file holds it: 'YYYY-MM-DD', with ' HH:MM:SS' only where there is a time.
+/// A date as stored: 'YYYY-MM-DD', with ' HH:MM:SS' if there is a time.
 [[nodiscard]] QByteArray isoText(const DateTime& date);
-/// Reads what isoText() writes; nothing for any other text.
+/// Reads such a date; none for any other text.
 [[nodiscard]] std::optional<DateTime> readIso(QByteArrayView text);
 
-/// Rows as SQLite gave them, kept close together; a value is made only when it's asked for.
+/// Rows in compact form; values are made on demand.
 class Rows
 {
 public:
-    /// Takes the first so many columns of every row that is appended.
+    /// The number of columns to take from each row.
     explicit Rows(std::size_t columns) : m_columns(columns) {}
 
-    /// Takes over the statement's current row; without a statement, a place for one that is gone.
+    /// Adds the statement's current row; without a statement, a placeholder for a missing row.
     void append(sqlite3_stmt* statement);
     [[nodiscard]] qsizetype size() const { return static_cast<qsizetype>(m_there.size()); }
-    /// The memory that they take, roughly.
+    /// The approximate size in memory.
     [[nodiscard]] std::size_t bytes() const { return m_bytes.size() + m_cells.size() * sizeof(Cell); }
     [[nodiscard]] bool isGone(qsizetype row) const { return !m_there[static_cast<std::size_t>(row)]; }
-    /// True if a row of others, which have the same columns, holds the same in those that have a name here.
+    /// True if a row equals another one in all columns with a name here.
     [[nodiscard]] bool same(qsizetype row, const Rows& others, qsizetype othersRow,
                             const std::vector<QByteArray>& columns) const;
-    /// The value as a field of the type reads it; what the file holds of another kind comes as it is.
+    /// The value as the field type reads it. A stored value of another kind is returned as it is.
     [[nodiscard]] Value value(qsizetype row, int column, FieldType type) const;
-    /// The field type that fits what the column holds, for columns that declare none.
+    /// The field type for a column that declares none, by its first value.
     [[nodiscard]] FieldType typeOf(int column) const;
 
 private:

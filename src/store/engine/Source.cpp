@@ -19,7 +19,7 @@ using platform::RuntimeError;
 namespace
 {
 
-// A text that begins with a verb is a statement, any other the name of a table or a stored query.
+// A text that begins with a verb is a statement; any other is the name of a table or query.
 bool beginsWithVerb(QStringView text)
 {
     static constexpr QStringView Verbs[] = {u"select", u"insert", u"update", u"delete"};
@@ -29,7 +29,8 @@ bool beginsWithVerb(QStringView text)
     });
 }
 
-// Nor is what can't be one, or names what a statement is made of: it was meant to be a statement.
+// Recognises misspelled and foreign statements, so that they raise 3075 with the word at fault instead of "unknown
+// table".
 bool isMeantAsStatement(QStringView text)
 {
     static const QRegularExpression Telling(
@@ -43,8 +44,8 @@ QStringView withoutBrackets(QStringView name)
     return name.size() > 2 && name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1).chopped(1) : name;
 }
 
-// The results of a statement on one table as SQLite takes them, or all columns of the table. Each is named: another
-// tool may put the columns in another order meanwhile.
+// The result columns of a statement on one table. "*" is replaced by names, because another tool may reorder the
+// columns of a table in use.
 QByteArray columnsOf(Connection& connection, const Translated& statement, const QString& table,
                      const QByteArray& called)
 {
@@ -65,8 +66,10 @@ KnownField knownField(sqlite3_stmt* rows, int column)
     KnownField field{QString::fromUtf8(sqlite3_column_name(rows, column))};
     if (const char* const origin = sqlite3_column_origin_name(rows, column)) {
         const char* order = nullptr;
+        int key = 0;
         sqlite3_table_column_metadata(sqlite3_db_handle(rows), "main", sqlite3_column_table_name(rows, column), origin,
-                                      nullptr, &order, nullptr, nullptr, nullptr);
+                                      nullptr, &order, nullptr, &key, nullptr);
+        field.isKey = key != 0;
         field.caseless = sqlite3_stricmp(order, "NOCASE") == 0;
     }
     const char* const declared = sqlite3_column_decltype(rows, column);
@@ -155,16 +158,19 @@ KnownSource knownSource(Connection& connection, const TableInfo& table)
     const QString own = table.isQuery ? readQuery(connection, table.name).sql : QString();
     if (!own.isEmpty()) {
         const auto read = connection.translated(own);
-        return {read->fields, read->orderStart < 0 ? read->sql : read->sql.left(read->orderStart)};
+        return {read->fields, read->orderStart < 0 ? read->sql : read->sql.left(read->orderStart), read->joins};
     }
     try {
         auto fields = std::make_shared<KnownFields>();
         const auto rows = connection.statement("SELECT * FROM " + quoted(table.name));
         for (int i = 0; i < sqlite3_column_count(rows.handle()); ++i)
             fields->push_back(knownField(rows.handle(), i));
-        return {std::move(fields), {}};
+        const bool keyed = !table.isQuery && std::ranges::count(*fields, true, &KnownField::isKey) == 1;
+        for (KnownField& field : *fields)
+            field.isKey = field.isKey && keyed;
+        return {std::move(fields), {}, {}, table.rowKey};
     } catch (const RuntimeError&) {
-        return {}; // a view of another tool that names what isn't there
+        return {}; // another tool's view of something that doesn't exist
     }
 }
 
@@ -241,7 +247,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
     const bool keyAlone = source->shape->plain && !translated.ordersByPlace;
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;
-    if (translated.orderStart < 0) // as they were added, whatever index the way to them goes over
+    if (translated.orderStart < 0) // in order of insertion, whatever index SQLite uses
         source->keysSql += " ORDER BY " + key;
     return source;
 }

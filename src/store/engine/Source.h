@@ -14,42 +14,42 @@ class Connection;
 class Statement;
 struct TableInfo;
 
-/// The most records of an updatable set that are read at once.
+/// The largest block of an updatable set.
 constexpr int MaxBlock = 256;
 
-/// What one record of a set looks like and how to read and write it.
+/// How a record looks.
 struct RowShape {
     std::vector<Field> fields;
-    std::vector<QByteArray> columns; ///< the table's column of each field, empty for an expression
-    bool plain = true;               ///< every field is a column under its own name
+    std::vector<QByteArray> columns; ///< quoted, by field; empty for an expression
+    bool plain = true;               ///< all fields are columns under their own names
 };
 
-/// Where a record set comes from: the statements that an opening needs, ready made.
+/// The prepared statements of a record set.
 struct Source {
-    std::shared_ptr<const RowShape> shape; ///< none for a read-only set: its rows tell
+    std::shared_ptr<const RowShape> shape; ///< null for a read-only set
     QByteArray tableName;
     QByteArray table; ///< the same, quoted
     QByteArray rowKey;
-    bool freeNumbers = false; ///< as of the table
-    bool wholeTable = false;  ///< opened by the table's name
-    QByteArray keysSql;       ///< the membership of an updatable set, the row's key in the last column
-    QByteArray rowSql;        ///< one row by its key
-    QByteArray blockSql;      ///< a row for each of MaxBlock keys, in their order, with the key in the last column
-    QByteArray rowsSql;       ///< all rows of a read-only set
-    std::shared_ptr<const KnownFields> fields; ///< what is known of its fields; null for nothing
+    bool freeNumbers = false;                  ///< as in TableInfo
+    bool wholeTable = false;                   ///< opened by the table's name
+    QByteArray keysSql;                        ///< an updatable set's rows; the last column is the row number
+    QByteArray rowSql;                         ///< one row by its number
+    QByteArray blockSql;                       ///< one row per number, of MaxBlock; the last column is the row number
+    QByteArray rowsSql;                        ///< all rows of a read-only set
+    std::shared_ptr<const KnownFields> fields; ///< null if unknown
 
     [[nodiscard]] bool updatable() const { return shape != nullptr; }
 };
 
-/// Resolves a table's name, a stored query's name or a Select statement. Raises 3061, 3075, 3078.
+/// Resolves a table, a stored query or a Select. Raises 3061, 3075, 3078.
 [[nodiscard]] std::shared_ptr<const Source> makeSource(Connection& connection, const QString& text);
-/// The name by which a table's rows can be found, empty for a table without such a key.
+/// The name of the table's row number, empty if it has none.
 [[nodiscard]] QByteArray rowKeyOf(Connection& connection, const QString& table);
-/// True if a field of the table is the row's number under another name.
+/// True if a field is an alias of the row number.
 [[nodiscard]] bool showsNumbers(Connection& connection, const QString& table);
-/// The fields of a prepared statement's result. What is known of them tells a computed date and yes/no.
+/// The fields of a statement's result. `known` tells computed dates and yes/no.
 [[nodiscard]] std::vector<Field> resultFields(Connection& connection, Statement& statement, const KnownFields* known);
-/// What is known of a table or stored query. Raises 3075 for a query that can't be read.
+/// The fields of a table or stored query. Raises 3075 for a query that can't be read.
 [[nodiscard]] KnownSource knownSource(Connection& connection, const TableInfo& table);
 
 } // namespace orlo::store

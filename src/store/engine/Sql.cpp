@@ -11,7 +11,7 @@ namespace orlo::store
 
 namespace
 {
-constexpr qsizetype MaxCharacters = 500'000; // of a statement: stored queries may each name others several times
+constexpr qsizetype MaxCharacters = 500'000; // nested stored queries can grow exponentially
 } // namespace
 
 SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
@@ -47,7 +47,7 @@ void SqlTranslator::select()
     static_cast<SelectParts&>(m_result) = std::move(read);
 }
 
-// A row that the file refuses is passed over, not a failure.
+// Rows that the file refuses are skipped.
 void SqlTranslator::insert()
 {
     m_result.kind = Translated::Kind::Insert;
@@ -70,7 +70,7 @@ void SqlTranslator::insert()
         expect(Symbol::Close);
         m_out.sql += u')';
     }
-    none.sources.clear(); // a row has no other to take values from
+    none.sources.clear(); // values can't refer to fields
     if (!take(Symbol::Values)) {
         m_out.sql += u' ';
         query(nullptr, &targets);
@@ -124,10 +124,10 @@ void SqlTranslator::remove()
     if (at(Symbol::Where))
         where();
     else
-        m_out.sql += QLatin1String(" WHERE 1"); // without one SQLite tells of no row that goes
+        m_out.sql += QLatin1String(" WHERE 1"); // otherwise SQLite skips the update hook
 }
 
-// The table that a statement changes; its fields may be named from here on.
+// Reads the table to change; its fields can be named from here on.
 QStringView SqlTranslator::target()
 {
     if (at(Symbol::Open))
@@ -141,17 +141,21 @@ SqlTranslator::Query SqlTranslator::query(Scope* outer, const KnownFields* targe
     const QScopedValueRollback nesting(m_depth, deeper());
     Scope scope(m_scope, outer);
     Query read = simpleQuery(targets);
+    const bool united = at(Symbol::Union);
     while (take(Symbol::Union))
         readUnion(read, targets);
     scope.fields.clear();
     if (take(Symbol::Order))
         readOrder(read);
+    if (!united && !outer)
+        sumBelowJoins(read);
     return read;
 }
 
 void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
 {
-    m_out.sql += QLatin1String(take(Symbol::All) ? " UNION ALL " : " UNION ");
+    const bool all = take(Symbol::All);
+    m_out.sql += QLatin1String(all ? " UNION ALL " : " UNION ");
     query.singleSource.clear();
     Scope scope(m_scope, m_scope->outer);
     const Query next = simpleQuery(targets);
@@ -160,8 +164,10 @@ void SqlTranslator::readUnion(Query& query, const KnownFields* targets)
         KnownField& field = query.fields[i];
         if (field.kind != next.fields[i].kind)
             field.kind = ValueKind::Unknown;
+        field.whole = field.whole && next.fields[i].whole;
         field.caseless = field.caseless && next.fields[i].caseless;
     }
+    unite(query.joins, all ? next.joins : KeyedJoins());
 }
 
 SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
@@ -176,13 +182,14 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         take(Symbol::All);
     if (atName() && platform::sameName(token().text, u"top") && at(Symbol::Number, 1))
         refuse();
-    // What the results mean is known once the sources are, which come after them.
+    // The results are read after the sources, which give their fields a meaning.
     const qsizetype results = std::exchange(m_at, placeOfFrom());
     const qsizetype from = m_at;
     const qsizetype written = m_out.sql.size();
     if (take(Symbol::From))
         sources();
     m_scope->fields.clear();
+    m_scope->named.clear();
     const QString sourcesSql = m_out.sql.sliced(written);
     m_out.sql.truncate(written);
     const qsizetype after = std::exchange(m_at, results);
@@ -194,14 +201,20 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     m_out.sql += sourcesSql;
     query.tailStart = m_out.sql.size();
     const qsizetype fields = m_scope->fields.size();
+    const qsizetype named = m_scope->named.size();
     where();
-    m_scope->fields.resize(fields); // a condition on single rows
+    m_scope->fields.resize(fields); // Where applies before grouping
+    m_scope->conditions.append(m_scope->named.constData() + named, m_scope->named.size() - named);
+    m_scope->named.resize(named);
+    query.groupStart = m_out.sql.size();
     const bool grouped = group(query);
-    query.grouped = grouped || m_scope->sums;
+    query.grouped = grouped || !m_scope->summed.isEmpty();
     if (query.grouped && !query.stars.isEmpty())
         raise(QStringLiteral("(\"*\" beside sums or groups.)"), token().text);
     requireGrouped(query);
     const auto& all = m_scope->sources;
+    if (!distinct && !query.grouped && query.groupStart == query.tailStart)
+        query.joins = joinsOf(query);
     if (all.size() == 1 && !distinct && !query.grouped) {
         query.singleSource = all[0].table.toString();
         if (all[0].name.data() != all[0].table.data())
@@ -257,6 +270,7 @@ void SqlTranslator::readResult(Query& query, const KnownFields* targets)
 {
     const qsizetype place = query.fields.size();
     const qsizetype start = m_at;
+    const qsizetype named = m_scope->named.size();
     Expression value = expression();
     query.places.append({start, m_at});
     if (targets && place < targets->size())
@@ -265,14 +279,16 @@ void SqlTranslator::readResult(Query& query, const KnownFields* targets)
     if (!isField)
         m_out.order(value);
     KnownField result{{}, value.kind, value.whole, value.known && value.known->caseless};
-    const bool named = take(Symbol::As);
-    if (named)
+    const bool called = take(Symbol::As);
+    if (called)
         result.name = name().toString();
     else if (value.known)
         result.name = value.known->name;
     else
         result.name = isField ? value.name.toString() : QStringLiteral("Expr%1").arg(1000 + place);
-    if (named || !isField) {
+    if (m_scope->join)
+        noteColumn(result.name, m_out.sql.sliced(value.start, value.end - value.start), named);
+    if (called || !isField) {
         m_out.sql += QLatin1String(" AS ");
         m_out.name(result.name);
     }
@@ -304,7 +320,9 @@ void SqlTranslator::joinedSources()
         source();
         expect(Symbol::On);
         m_out.sql += QLatin1String(" ON ");
+        const qsizetype on = m_at;
         condition();
+        noteJoin(side, on);
     }
 }
 
@@ -317,6 +335,8 @@ void SqlTranslator::source()
         source.table = name();
         const KnownSource known = m_sourceOf(source.table);
         source.fields = known.fields;
+        source.joins = known.joins;
+        source.rowKey = QString::fromLatin1(known.rowKey);
         inBrackets = !known.query.isEmpty();
         if (inBrackets)
             m_out.sql.append(u'(').append(known.query).append(u')');

@@ -11,52 +11,69 @@
 namespace orlo::store
 {
 
-/// What an expression's value is; unknown where it depends on the row, or on a field that isn't known.
+/// The kind of an expression's value; unknown if it depends on the row or on an unknown field.
 enum class ValueKind : quint8 { Unknown, Text, Number, Date, Truth };
 
-/// A field of a table, of a stored query or of what a Select gives.
+/// A field of a table, a stored query or a Select.
 struct KnownField {
     QString name;
     ValueKind kind = ValueKind::Unknown;
     bool whole = false;    ///< holds whole numbers only
-    bool caseless = false; ///< SQLite itself compares it without regard to case
+    bool caseless = false; ///< its column has the NOCASE collation
+    bool isKey = false;    ///< it is the table's primary key, alone
 };
 using KnownFields = QList<KnownField>;
-/// A table or stored query of which a statement reads.
-struct KnownSource {
-    std::shared_ptr<const KnownFields> fields; ///< null for unknown ones
-    QString query;                             ///< what a stored query's text says to SQLite, without a final Order by
+/// A LEFT JOIN that finds at most one row, by a whole number that is the second table's primary key.
+struct KeyedJoin {
+    struct Column {
+        QString name;
+        QString sql;        ///< empty where it needs more than the first table's row or the other's
+        bool ofRow = false; ///< the first table's
+    };
+    QString table; ///< with the name that it goes by
+    QString rowKey;
+    QString key; ///< what finds the other table's row
+    QString other;
+    QString otherKey;
+    QList<Column> columns = {};
 };
-/// Tells what is known of a name.
+using KeyedJoins = QList<KeyedJoin>; // as by Union All
+
+/// What is known of a table or stored query.
+struct KnownSource {
+    std::shared_ptr<const KnownFields> fields; ///< null if unknown
+    QString query;                             ///< a stored query in SQLite's SQL, without a final Order By
+    KeyedJoins joins = {};                     ///< that it consists of, if it does
+    QByteArray rowKey = {};                    ///< of a table: the name of the row's number
+};
 using SourceOf = std::function<KnownSource(QStringView name)>;
 
-/// A Select's parts, of which the engine makes an updatable set.
+/// The parts of a Select that the engine needs for an updatable set.
 struct SelectParts {
-    /// The one source of a Select without DISTINCT, grouping, sums and unions; empty for others.
+    /// The source, if there is exactly one and no DISTINCT, grouping, aggregate or union.
     QString singleSource;
     QString singleAlias;
-    qsizetype fromStart = 0;    ///< before it, from the sixth character on, stand the results
-    qsizetype tailStart = 0;    ///< WHERE or ORDER BY, with a blank before it
-    qsizetype orderStart = -1;  ///< the statement's own Order by, -1 for none
-    QList<qsizetype> stars;     ///< among the results, those that stand for all columns
-    bool ordersByPlace = false; ///< the Order by counts columns
+    qsizetype fromStart = 0;    ///< the results end there
+    qsizetype tailStart = 0;    ///< WHERE or ORDER BY
+    qsizetype orderStart = -1;  ///< ORDER BY, -1 for none
+    QList<qsizetype> stars;     ///< positions of each "*"
+    bool ordersByPlace = false; ///< by the position of a column
+    KeyedJoins joins;           ///< of which the Select consists, if it does
 };
 
-/// A statement of the dialect as SQLite takes it.
+/// A statement translated to SQLite's SQL.
 struct Translated : SelectParts {
     enum class Kind { Select, Insert, Update, Delete };
     Kind kind = Kind::Select;
     QString sql;
     QString removesFrom;                       ///< the table of a Delete
-    std::shared_ptr<const KnownFields> fields; ///< what a Select gives; null if one of its sources isn't known
+    std::shared_ptr<const KnownFields> fields; ///< of a Select; null if a source is unknown
 };
 
-/// Translates one statement of the dialect. Raises 3075, naming the word, for whatever isn't a statement of it.
-///
-/// Fields have kinds, and an operator means what it means for the kinds of its operands: `&` joins texts, with "" for
-/// Null; `+` joins two texts; a date counts as its day, so that D + 1 is a date a day later; a text beside a date is
-/// read as one, month first; true is -1; `= Null` and `<> Null` are tests for it, on either side. Texts compare, group
-/// and sort without regard to case. A value that goes into a field becomes one of the field's kind.
+/// Translates a statement of the dialect. Raises 3075, naming the word at fault. Operators go by the kinds of their
+/// operands: `&` joins texts and takes Null as ""; `+` joins two texts; dates count in days, so D + 1 is a day later; a
+/// text beside a date is read as a date, month first; true is -1; `= Null` and `<> Null` test for Null. Texts compare,
+/// group and sort case-insensitively. A value is converted to the kind of the field that it is stored in.
 [[nodiscard]] Translated translate(const QString& statement, const SourceOf& sourceOf);
 
 } // namespace orlo::store

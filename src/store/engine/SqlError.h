@@ -5,11 +5,11 @@
 namespace orlo::store
 {
 
-/// What isn't a statement of the dialect: 3075, and where it went wrong.
+/// 3075 with the place of the error.
 class SqlError : public platform::RuntimeError
 {
 public:
-    /// The place is a character of the statement, or its end.
+    /// `place` points to a character of the statement or to its end.
     SqlError(const QString& detail, QStringView statement, const char16_t* place)
         : RuntimeError(platform::SyntaxError, QStringLiteral("Database"),
                        platform::standardDescription(platform::SyntaxError) + u' ' + detail),
@@ -17,9 +17,9 @@ public:
     {
     }
 
-    /// The statement that can't be read; a stored query's, where that is what a statement names.
+    /// The statement at fault, which may be that of a stored query.
     [[nodiscard]] const QString& statement() const { return m_statement; }
-    /// The character, counted from 0, at which it can't be.
+    /// The 0-based position of the error.
     [[nodiscard]] qsizetype position() const { return m_position; }
 
 private:

@@ -26,7 +26,7 @@ bool mayBeText(const Expression& value)
     return !value.isNull() && (value.kind == Kind::Text || value.kind == Kind::Unknown);
 }
 
-// The kind in which values of two kinds compare.
+// The kind in which two values are compared.
 Kind common(const Expression& a, const Expression& b)
 {
     const auto either = [&](Kind kind) { return a.kind == kind || b.kind == kind; };
@@ -39,14 +39,14 @@ Kind common(const Expression& a, const Expression& b)
     return either(Kind::Text) && either(Kind::Date) ? Kind::Date : Kind::Number;
 }
 
-// Neither is a literal: the sum of a text and another kind would be Null in almost every row.
+// Such a sum of a text and another kind would be Null in almost every row. Literals are checked by their value.
 bool addsToText(const Expression& text, const Expression& other)
 {
     const bool literal = !text.literal.isNull() || other.neverNull;
     return text.kind == Kind::Text && !mayBeText(other) && !other.isNull() && !literal;
 }
 
-// In the order of the symbols.
+// In order of the symbols.
 constexpr const char* Comparisons[] = {" = ", " <> ", " < ", " <= ", " > ", " >= "};
 
 } // namespace
@@ -85,7 +85,7 @@ void SqlWriter::bracket(Expression& value, Binding least)
         enclose(value, QLatin1String("("), QLatin1String(")"));
 }
 
-// Chains of one operator go on without brackets: SQLite's parser takes only so many of them.
+// No brackets around chains of one operator: SQLite limits the depth of nesting.
 Expression SqlWriter::binary(Expression left, Binding binding, QLatin1String sign, Expression right, Kind kind)
 {
     as(kind, right);
@@ -96,8 +96,8 @@ Expression SqlWriter::binary(Expression left, Binding binding, QLatin1String sig
     return written(left.start, kind, binding);
 }
 
-// Makes the values those of a kind that they have in common, texts without regard to case: SQLite goes by the first.
-// What stands before the second and before all others is written, too.
+// Converts the values to a common kind and writes the operators between them. Texts get the collation on the first
+// value, which SQLite goes by.
 void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLatin1String next)
 {
     Expression all = values[0];
@@ -108,7 +108,7 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
         if (all.isNull())
             all.form = value.form;
     }
-    // Of two truths the true one is the lesser.
+    // Compared as numbers, because true is less than false.
     const Kind kind = all.kind == Kind::Truth ? Kind::Number : all.kind;
     const bool truth = std::ranges::any_of(values, [](const Expression& value) { return value.kind == Kind::Truth; });
     const auto becomeAlike = [&](Expression& value) {
@@ -126,13 +126,13 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
         bracket(values[0], Binding::Sum);
 }
 
-// Beside a value of unknown kind only a truth is written as its number.
+// Beside an unknown kind, only yes/no is converted, to its number.
 void SqlWriter::beside(Kind kind, Expression& value)
 {
     as(kind == Kind::Unknown && value.kind == Kind::Truth ? Kind::Number : kind, value);
 }
 
-// Beside a yes/no a text may say yes or no.
+// A text compared with a yes/no may say yes or no.
 void SqlWriter::asTruth(Expression& value)
 {
     const bool word = std::ranges::any_of(std::array{u"yes", u"no", u"true", u"false"},
@@ -251,7 +251,7 @@ Expression SqlWriter::sum(Expression left, bool plus, Expression right)
         sql += u')';
         return written(left.start, Kind::Unknown);
     }
-    // As dates stand in the file they can't be reckoned with.
+    // Stored dates are texts, so they are converted to numbers first.
     Expression number = binary(left, Binding::Sum, QLatin1String(plus ? " + " : " - "), right, Kind::Number);
     if (dates && !days)
         as(Kind::Date, number);
@@ -288,7 +288,9 @@ Expression SqlWriter::choice(Expression test, Expression then, Expression otherw
     const bool differ = then.kind != otherwise.kind && !then.isNull() && !otherwise.isNull();
     const bool mixed = differ && (either(Kind::Text) || either(Kind::Date));
     const Kind kind = mixed ? Kind::Unknown : common(then, otherwise);
-    // A date among others shows as one; of a field that isn't known nobody can say that it holds none.
+    const bool whole = then.whole && otherwise.whole;
+    // A date among mixed values is shown as a date. An unknown field may hold dates of its own, so that beside it
+    // nothing is converted.
     const auto become = [&](Expression& value, const Expression& other) {
         const bool dates = other.kind == Kind::Unknown && other.form == Form::Field;
         mixed&& value.kind == Kind::Date && !dates ? as(Kind::Text, value) : beside(kind, value);
@@ -301,7 +303,9 @@ Expression SqlWriter::choice(Expression test, Expression then, Expression otherw
     condition(test);
     sql.insert(test.start, QLatin1String("iif("));
     sql += u')';
-    return written(test.start, kind);
+    Expression chosen = written(test.start, kind);
+    chosen.whole = whole;
+    return chosen;
 }
 
 void SqlWriter::as(Kind kind, Expression& value)
@@ -355,7 +359,8 @@ void SqlWriter::give(Expression& value, const KnownField& field)
 
 void SqlWriter::order(Expression& value)
 {
-    // A field of which SQLite knows it by itself stays as it is: grouped by and then sorted, it is sorted once.
+    // Left alone if SQLite already compares the column that way, so that a sort by a grouped field needs no second
+    // sorting.
     if (!mayBeText(value) || (value.known && value.known->caseless))
         return;
     bracket(value, Binding::Operand);

@@ -8,10 +8,10 @@
 namespace orlo::store
 {
 
-/// How tightly SQLite binds an expression's outermost operator, loosest first.
+/// Precedence of an expression's outermost operator in SQLite, loosest first.
 enum class Binding : quint8 { Or, And, Not, Comparison, Sum, Product, Join, Sign, Operand };
 
-/// An expression by its place in the written text, with what is known of its value.
+/// An expression in the written text, with what is known of its value.
 struct Expression {
     enum class Form : quint8 { Field, Null, Computed };
 
@@ -21,41 +21,40 @@ struct Expression {
     Binding binding = Binding::Operand;
     Form form = Form::Computed;
     bool whole = false;     ///< a whole number
-    bool neverNull = false; ///< a literal, or a text that `&` has made
+    bool neverNull = false; ///< a literal or the result of `&`
     QStringView name = {};  ///< of a field
     const KnownField* known = nullptr;
-    QStringView literal = {}; ///< what stands in the quotes of a text
+    QStringView literal = {}; ///< a text literal, without quotes
 
     [[nodiscard]] bool isNull() const { return form == Form::Null; }
 };
 
-/// Writes expressions as SQLite takes them, at the end of one text. Operands stand there next to each other, the last
-/// of them at the text's end; what connects them comes between them. So the last one is always changed first.
+/// Writes expressions in SQLite's SQL. Operands are appended next to each other, and operators are inserted between
+/// them afterwards; so the last operand must be changed first.
 class SqlWriter
 {
 public:
     QString sql;
 
-    /// Writes a name in double quotes.
     void name(QStringView name);
-    /// Tells the expression that was written from the place on.
+    /// The expression written from a position on.
     [[nodiscard]] Expression written(qsizetype start, ValueKind kind, Binding binding = Binding::Operand) const;
 
-    /// `And` and `Or`, of which the binding tells.
+    /// `And` or `Or`, by the binding.
     Expression connected(Expression left, Binding binding, Expression right);
     /// `Not`
     Expression negated(Expression condition);
-    /// The test for Null, or for anything but Null.
+    /// `Is Null` or `Is Not Null`.
     Expression nullTest(Expression tested, bool null);
-    /// `=`, `<>`, `<`, `<=`, `>`, `>=`, as values of a kind that both have or can be given.
+    /// `=`, `<>`, `<`, `<=`, `>`, `>=`, after conversion to a common kind.
     Expression compared(Expression left, Symbol sign, Expression right);
-    /// `Between`: the value and the ends.
+    /// `Between` of a value and two ends.
     Expression between(std::span<Expression> values, bool negative);
-    /// `In`: the value and the list.
+    /// `In` with a value and a list.
     Expression oneOf(std::span<Expression> values, bool negative);
-    /// `In` with the rows of a Select.
+    /// `In` with a Select.
     Expression inRows(Expression value, bool negative, const Expression& rows);
-    /// `Like` and `Not Like`, of texts.
+    /// `Like` or `Not Like`.
     Expression like(Expression text, bool negative, Expression pattern);
     /// `&`
     Expression joined(Expression left, Expression right);
@@ -63,16 +62,16 @@ public:
     Expression calculated(Expression left, Symbol sign, Expression right);
     /// `-` before a number.
     Expression oppositeOf(Expression number);
-    /// `IIf`: its kind is what both values have in common.
+    /// `IIf`; unknown in kind if both values differ.
     Expression choice(Expression condition, Expression then, Expression otherwise);
 
-    /// Makes the expression a value of the kind. What can't be one becomes Null; a literal that can't is refused.
+    /// Converts to a kind. What can't be converted becomes Null; such a literal is refused.
     void as(ValueKind kind, Expression& value);
-    /// Makes it a condition.
+    /// Converts to a condition.
     void condition(Expression& value);
-    /// Makes it what a field is given. What can't be a value of the field's kind stays, for the file to refuse.
+    /// Converts to the kind of a field. What can't be converted stays, for the file to refuse.
     void give(Expression& value, const KnownField& field);
-    /// Makes it something to sort, group and tell rows apart by: a text without regard to case.
+    /// Makes texts sort, group and compare case-insensitively.
     void order(Expression& value);
 
 private:

@@ -1,4 +1,4 @@
-// The expressions of the dialect, and the tokens that they are read from.
+// The dialect's expressions.
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
@@ -21,8 +21,7 @@ namespace
 
 using Kind = ValueKind;
 
-// What a function takes: a letter for each argument, t for a text, n for a number, d for a date; those that may be left
-// out are counted.
+// Arguments: t for text, n for number, d for date.
 struct DialectFunction {
     QStringView name;
     QStringView sql;
@@ -86,7 +85,7 @@ void SqlTranslator::condition()
     m_out.condition(value);
 }
 
-// Reads on as long as operators bind at least so tightly.
+// Reads operators of at least this precedence.
 Expression SqlTranslator::expression(Level least)
 {
     const qsizetype start = m_at;
@@ -120,7 +119,7 @@ Expression SqlTranslator::prefixed(Level least)
     return minus ? m_out.oppositeOf(number) : number;
 }
 
-// Reads what follows an operator.
+// Reads an operator's right side.
 Expression SqlTranslator::applied(Expression left, Symbol sign, bool negative)
 {
     const Level level = levelOf(sign);
@@ -253,12 +252,14 @@ Expression SqlTranslator::operand()
     value.whole = field.known && field.known->whole;
     value.name = field.name;
     value.known = field.known;
-    if (field.scope && !field.scope->inSum)
+    if (field.scope && !field.scope->inSum) {
         field.scope->fields.append(at);
+        field.scope->named.append(field.known);
+    }
     return value;
 }
 
-// An expression in brackets, or the Select that gives its value.
+// An expression in brackets, or a Select for its value.
 Expression SqlTranslator::bracketed()
 {
     const QScopedValueRollback nesting(m_depth, deeper());
@@ -289,7 +290,7 @@ SqlTranslator::FieldName SqlTranslator::fieldName()
     return {source, field, known, scope};
 }
 
-// SQLite has a row's number under these names, too; the engine alone gives it.
+// SQLite has the row number under these names, too, but only the engine may set it.
 void SqlTranslator::refuseRowNumber(QStringView name)
 {
     for (const QStringView number : {u"rowid", u"_rowid_", u"oid"})
@@ -299,7 +300,7 @@ void SqlTranslator::refuseRowNumber(QStringView name)
                                              QStringLiteral(" (%1)").arg(name));
 }
 
-// Tells the Select that has the field, too: none for what is a result of it.
+// `has` gets the Select that the field belongs to, or null for a result.
 const KnownField* SqlTranslator::find(QStringView source, QStringView name, Scope** has) const
 {
     Scope* other = nullptr;
@@ -362,7 +363,6 @@ Expression SqlTranslator::function()
 
 Expression SqlTranslator::aggregate(QStringView called)
 {
-    m_scope->sums = true;
     ++m_varying;
     const bool count = platform::sameName(called, u"count");
     const bool ends = platform::sameName(called, u"max") || platform::sameName(called, u"min");
@@ -371,12 +371,14 @@ Expression SqlTranslator::aggregate(QStringView called)
     expect(Symbol::Open);
     Kind kind = Kind::Number;
     const bool rows = count && take(Symbol::Star);
+    const KnownField* field = nullptr;
     if (rows)
         m_out.sql += u'*';
     else {
         const bool within = std::exchange(m_scope->inSum, true);
         Expression value = expression();
         m_scope->inSum = within;
+        field = value.form == Expression::Form::Field ? value.known : nullptr;
         if (ends && value.kind != Kind::Truth)
             kind = value.kind;
         if (!count)
@@ -384,6 +386,7 @@ Expression SqlTranslator::aggregate(QStringView called)
         if (ends)
             m_out.order(value);
     }
+    m_scope->summed.append({called, field});
     expect(Symbol::Close);
     m_out.sql += u')';
     Expression sum = m_out.written(start, kind);
@@ -398,7 +401,7 @@ QStringView SqlTranslator::name()
     return m_tokens[m_at++].text;
 }
 
-// Brackets within brackets, to a number that the process can follow.
+// Limits the nesting, because each level uses stack.
 int SqlTranslator::deeper() const
 {
     constexpr int Most = 60;

@@ -1,4 +1,4 @@
-// What a Select is grouped and sorted by.
+// Group By, Having and Order By.
 
 #include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
@@ -9,7 +9,7 @@
 namespace orlo::store
 {
 
-// True for whatever makes one row of several.
+// Returns true if it groups.
 bool SqlTranslator::group(Query& query)
 {
     const qsizetype written = m_out.sql.size();
@@ -23,7 +23,7 @@ bool SqlTranslator::group(Query& query)
             const qsizetype start = m_at;
             sorted();
             query.groups.append({start, m_at});
-            // A result's name stands for its expression.
+            // A result's alias stands for its expression.
             for (qsizetype i = 0; i < query.places.size(); ++i)
                 if (m_at == start + 1 && platform::sameName(query.fields[i].name, m_tokens[start].text) &&
                     !find({}, m_tokens[start].text))
@@ -38,7 +38,7 @@ bool SqlTranslator::group(Query& query)
     return m_out.sql.size() > written;
 }
 
-// What one row stands for several of has no single value beside what they have in common.
+// A field beside aggregates must be grouped by: it has no single value otherwise.
 void SqlTranslator::requireGrouped(const Query& query)
 {
     for (const qsizetype field : std::as_const(m_scope->fields))
@@ -49,7 +49,7 @@ void SqlTranslator::requireGrouped(const Query& query)
     m_scope->fields.clear();
 }
 
-// Names may stand with their source's or without.
+// Names are equal with and without their source.
 bool SqlTranslator::saysTheSame(Part one, Part other) const
 {
     const auto isName = [](const Token& token) { return token.symbol == Symbol::Word || token.symbol == Symbol::Name; };
@@ -66,7 +66,7 @@ bool SqlTranslator::saysTheSame(Part one, Part other) const
     return one.first == one.second && other.first == other.second;
 }
 
-// A field is grouped by, or stands in an expression that is.
+// The field, or an expression around it, is grouped by.
 bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
 {
     const QStringView name = m_tokens[field].text;
@@ -76,7 +76,7 @@ bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
         return true; // a result
     return std::ranges::any_of(query.groups, [&](Part group) {
         const auto inner = [&group] { return Part(group.first + 1, group.second - 1); };
-        while (m_parts.contains(inner())) // it stands in brackets
+        while (m_parts.contains(inner())) // skip brackets
             group = inner();
         return std::ranges::any_of(m_parts, [&](const Part& part) {
             return part.first <= field && field < part.second && saysTheSame(part, group);
@@ -84,7 +84,7 @@ bool SqlTranslator::isGrouped(const Query& query, qsizetype field) const
     });
 }
 
-// An expression to sort or group by: SQLite takes a constant number for a column's.
+// SQLite would take a constant number for a column's position.
 Expression SqlTranslator::sorted()
 {
     const qsizetype before = m_varying;
@@ -116,7 +116,7 @@ void SqlTranslator::readOrder(Query& query)
         const bool descending = take(Symbol::Desc);
         if (!descending)
             take(Symbol::Asc);
-        if (truth) // true is -1, and stands in the file as 1
+        if (truth) // true is -1 but stored as 1
             m_out.sql += QLatin1String(descending ? " ASC NULLS LAST" : " DESC NULLS FIRST");
         else if (descending)
             m_out.sql += QLatin1String(" DESC");

@@ -21,7 +21,6 @@ struct Meaning {
     Symbol symbol;
 };
 
-// By first letters.
 constexpr Meaning Words[] = {
     {u"all", All},
     {u"and", And},
@@ -76,14 +75,14 @@ constexpr Meaning Words[] = {
     {u"yes", True},
 };
 
-// A longer sign before those that it begins with. Refused ones begin a comment or belong to another language.
+// Longer signs come first. Refused ones start comments or belong to other dialects.
 constexpr Meaning Signs[] = {{u",", Comma},        {u"==", Refused}, {u"=", Equal},    {u".", Dot},
                              {u"(", Open},         {u")", Close},    {u"*", Star},     {u"&", Amp},
                              {u"<=", LessOrEqual}, {u"<>", Unequal}, {u"<", Less},     {u">=", GreaterOrEqual},
                              {u">", Greater},      {u"+", Plus},     {u"--", Refused}, {u"-", Minus},
                              {u"/*", Refused},     {u"/", Slash}};
 
-// Where the words of each first letter begin.
+// The first word of each letter.
 constexpr auto WordStarts = [] {
     std::array<quint8, 27> starts{};
     std::size_t at = 0;
@@ -127,7 +126,7 @@ bool isBlank(char16_t c)
     return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0xA0;
 }
 
-// Goes over a statement up to the zero at its end, which stops every loop.
+// Reads up to the terminating zero, which ends every loop.
 class Tokenizer
 {
 public:
@@ -171,7 +170,7 @@ public:
         return {Symbol::Refused, {start, ++m_at}};
     }
 
-    // Where the last token ended.
+    // The end of the last token.
     [[nodiscard]] const char16_t* place() const { return m_at; }
 
 private:
@@ -209,7 +208,7 @@ private:
         throw SqlError(QStringLiteral("(A name isn't closed.)"), m_statement, start);
     }
 
-    // A text keeps its doubled delimiters.
+    // Doubled quotes stay doubled.
     Token delimited(Symbol symbol, char16_t end)
     {
         const char16_t* const start = ++m_at;
@@ -256,7 +255,7 @@ Tokens tokenize(const QString& statement)
         tokens.append(tokenizer.next());
     while (tokens.back().symbol != Symbol::End);
     if (tokenizer.place() != reinterpret_cast<const char16_t*>(statement.utf16()) + statement.size())
-        tokens.back().symbol = Symbol::Refused; // a zero within
+        tokens.back().symbol = Symbol::Refused; // a zero byte within
     return tokens;
 }
 

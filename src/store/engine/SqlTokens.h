@@ -8,7 +8,7 @@ class QString;
 namespace orlo::store
 {
 
-/// What a statement of the dialect is made of: names and literals, signs, and the words that have a meaning.
+/// A token's meaning.
 enum class Symbol : quint8 {
     End,
     Word, // a name
@@ -73,7 +73,7 @@ enum class Symbol : quint8 {
     Refused // a word or sign of other dialects
 };
 
-/// One token: its text, without delimiters, stands in the statement.
+/// A token and its text in the statement, without quotes or brackets.
 struct Token {
     Symbol symbol;
     QStringView text;
@@ -81,12 +81,11 @@ struct Token {
 
 using Tokens = QVarLengthArray<Token, 96>;
 
-/// Cuts a statement into tokens, with End as the last. Raises SqlError for an unclosed text, date or name and for
-/// whatever follows a semicolon.
+/// Splits a statement into tokens, ending with End. Raises SqlError for an unclosed text, date or name and for anything
+/// after a semicolon.
 [[nodiscard]] Tokens tokenize(const QString& statement);
 
-/// What to write for a word that people know from elsewhere and the dialect doesn't have, with a blank before it;
-/// nothing for others.
+/// What to write instead of a common word or function of other dialects, with a leading blank; empty for other words.
 [[nodiscard]] QString insteadOf(QStringView word);
 
 } // namespace orlo::store

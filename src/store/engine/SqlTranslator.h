@@ -10,7 +10,7 @@
 namespace orlo::store
 {
 
-/// Reads one statement from its beginning to its end, by the grammar of the dialect, and writes it as SQLite takes it.
+/// Parses a statement of the dialect and writes it in SQLite's SQL.
 class SqlTranslator
 {
 public:
@@ -21,10 +21,12 @@ public:
 private:
     struct Source {
         QStringView name;
-        QStringView table;                         // empty for a Select in brackets
-        std::shared_ptr<const KnownFields> fields; // null if they aren't known
+        QStringView table;                         // empty for a Select
+        std::shared_ptr<const KnownFields> fields; // null if unknown
+        KeyedJoins joins = {};
+        QString rowKey = {}; // of a table
     };
-    // What a field's name may stand for in the Select that is read, and in those around it.
+    // The fields that can be named in the current Select; linked to the Selects around it.
     struct Scope {
         Scope(Scope*& current, Scope* around) : outer(around), m_current(current), m_before(current) { current = this; }
         ~Scope() { m_current = m_before; }
@@ -33,22 +35,26 @@ private:
 
         Scope* outer;
         QVarLengthArray<Source, 4> sources;
-        const KnownFields* results = nullptr; // what an Order by may name, too
-        bool sums = false;
+        const KnownFields* results = nullptr; // can be named in Order By, too
         bool inSum = false;
-        QVarLengthArray<qsizetype, 32> fields; // the tokens that name fields outside of sums
+        QVarLengthArray<qsizetype, 32> fields;                                // tokens of fields outside of aggregates
+        QVarLengthArray<const KnownField*, 32> named;                         // those fields, null for unknown ones
+        QVarLengthArray<const KnownField*, 16> conditions;                    // the same of Where
+        QVarLengthArray<std::pair<QStringView, const KnownField*>, 4> summed; // null for more than a field
+        std::optional<KeyedJoin> join;
 
     private:
         Scope*& m_current;
         Scope* m_before;
     };
-    // An expression, by its tokens.
+    // A range of tokens.
     using Part = std::pair<qsizetype, qsizetype>;
-    // What is known of a Select that was written.
+    // A Select that has been written.
     struct Query : SelectParts {
         KnownFields fields;
         bool known = true; // the fields are
         bool grouped = false;
+        qsizetype groupStart = 0;
         QList<Part> places; // of the results
         QList<Part> groups; // what it is grouped by
     };
@@ -56,9 +62,9 @@ private:
         QStringView source;
         QStringView name;
         const KnownField* known;
-        Scope* scope; // that has it
+        Scope* scope; // it belongs to
     };
-    // How tightly the dialect binds an operator.
+    // Precedence in the dialect.
     enum class Level : quint8 { None, Or, And, Not, Comparison, Join, Sum, Product, Sign };
 
     // Statements.
@@ -83,6 +89,14 @@ private:
     void requireGrouped(const Query& query);
     [[nodiscard]] bool saysTheSame(Part one, Part other) const;
     [[nodiscard]] bool isGrouped(const Query& query, qsizetype field) const;
+
+    // Joins.
+    [[nodiscard]] qsizetype placeOfSource(const KnownField* field) const;
+    void noteJoin(Symbol side, qsizetype condition);
+    void noteColumn(const QString& name, const QString& sql, qsizetype first);
+    [[nodiscard]] KeyedJoins joinsOf(const Query& query) const;
+    static void unite(KeyedJoins& joins, KeyedJoins more);
+    void sumBelowJoins(Query& query);
 
     // Expressions.
     Expression expression(Level least = Level::Or);
@@ -120,7 +134,7 @@ private:
     QStringView name();
     [[nodiscard]] int deeper() const;
     [[noreturn]] void refuse() const;
-    // With the text of the token at fault.
+    // `at` is the token at fault.
     [[noreturn]] void raise(const QString& detail, QStringView at) const;
 
     const QStringView m_statement;
@@ -129,8 +143,8 @@ private:
     const qsizetype m_end;
     qsizetype m_at = 0;
     int m_depth = 0;
-    qsizetype m_varying = 0; // how many fields and sums were read
-    QList<Part> m_parts;     // all expressions with one of these
+    qsizetype m_varying = 0; // the number of fields and aggregates read so far
+    QList<Part> m_parts;     // expressions that contain one
     Scope* m_scope = nullptr;
     SqlWriter m_out;
     Translated m_result;

@@ -13,10 +13,10 @@ namespace orlo::store
 
 class Connection;
 
-/// Whose text a statement is: the engine's own, or one from outside that may only do what the dialect offers.
+/// Statements from outside may only do what the dialect offers.
 enum class Origin { Engine, Outside };
 
-/// A prepared statement, borrowed from its connection; letting it go resets it.
+/// A prepared statement, borrowed from its connection and reset when destroyed.
 class Statement
 {
 public:
@@ -28,21 +28,20 @@ public:
     Statement& operator=(Statement&&) = delete;
     Statement(const Statement&) = delete;
 
-    /// Binds the parameter, 1-based. Raises 3163 for a value too large for any file.
+    /// Bind a 1-based parameter. Raise 3163 for a value that is too large.
     void bind(int parameter, qint64 value);
     void bind(int parameter, const QByteArray& utf8);
     void bind(int parameter, const Value& value);
     void bindBytes(int parameter, const QByteArray& bytes);
-    /// Goes to the next row; false after the last one. Raises what the file refuses, and ResourceExceeded (3035) for a
-    /// statement that runs on without end.
+    /// Steps to the next row; false after the last. Raises what the file refuses, and 3035 for a statement that runs on
+    /// forever.
     bool step();
-    /// Makes it ready to run again, with no parameter bound.
+    /// Rewinds the statement and clears its parameters.
     void reset();
-    /// The current row's value in a column, 0-based; Null is 0.
+    /// A 0-based column of the current row; 0 for Null.
     [[nodiscard]] qint64 integer(int column) const;
-    /// The same as text; Null is "".
+    /// As text; "" for Null.
     [[nodiscard]] QString text(int column) const;
-    /// SQLite's own, which lives as long as this.
     [[nodiscard]] sqlite3_stmt* handle() const;
 
 private:
@@ -51,7 +50,7 @@ private:
     std::shared_ptr<Prepared> m_prepared;
 };
 
-/// The handle that a Statement holds, finalized with its last user.
+/// The SQLite handle, finalized with its last user.
 struct Statement::Prepared {
     Connection* connection = nullptr;
     sqlite3_stmt* handle = nullptr;

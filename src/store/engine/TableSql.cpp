@@ -81,9 +81,8 @@ QByteArray columnList(const QStringList& fields)
     return list;
 }
 
-// "BEFORE INSERT ... WHEN a row has the same texts": one for new rows, one for changed ones. A second one of the row
-// that is there fails by its index where the statement is to fail; in one that passes refused rows over it is passed
-// over, and after it the row that was to be written.
+// Inserting the existing row again makes the statement fail by the index; under OR IGNORE, that is skipped, and
+// RAISE(IGNORE) skips the new row, too.
 QByteArray keyTrigger(const TableDef& table, const Index& index, const char* event, const QByteArray& but)
 {
     QByteArray same;

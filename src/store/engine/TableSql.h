@@ -9,25 +9,22 @@
 namespace orlo::store
 {
 
-/// The column of a table that has no field, for a moment while it changes: the file's tables need one.
+/// Stands in for the fields of a table that has none for a moment, because SQLite requires a column.
 inline const QString NoField = QStringLiteral("~");
 
-/// What a field refuses; each is a check of the table, named after the field and the rule, so that a refusal's words
-/// tell which failure it is.
+/// A field's checks. Each is named after field and rule, so that SQLite's message tells which one failed.
 enum class Rule { Kind, Range, Size, ZeroLength };
 
-/// The name of a field's check, in double quotes as it stands in the table's statement.
+/// The name of a field's check, in double quotes.
 [[nodiscard]] QString checkName(const QString& field, Rule rule);
-/// The statement that makes the table under a name: types, checks, defaults and the primary key.
+/// CREATE TABLE with types, checks, defaults and primary key.
 [[nodiscard]] QByteArray tableSql(const TableDef& table, const QString& name);
-/// A field's part of that statement.
+/// A field's part of that.
 [[nodiscard]] QByteArray columnSql(const TableDef& table, const Field& field, const Index* primary = nullptr);
-/// The name of a table's index in the file, where indexes of all tables share one space of names.
+/// An index's name in the file, where all tables share one namespace.
 [[nodiscard]] QString fileIndexName(const QString& table, const QString& index);
-/// The statement that makes an index.
 [[nodiscard]] QByteArray indexSql(const QString& table, const Index& index);
-/// The triggers that keep the table's unique texts apart without regard to case. Indexes can't: they hold the order of
-/// bytes, in which every SQLite tool agrees.
+/// Triggers that keep texts unique case-insensitively. Indexes compare bytes, so that all SQLite tools agree on them.
 [[nodiscard]] std::vector<QByteArray> keyTriggers(const TableDef& table);
 
 } // namespace orlo::store

@@ -12,8 +12,7 @@ namespace orlo::store
 
 using platform::DateTime;
 
-/// What a field holds: Null, a yes/no, a whole number, a number, a text or a date. Reading converts as assignment to a
-/// variable of that type does; Null converts to nothing but text comparison.
+/// A field's value. Conversions work as assignment to a variable of the type does.
 class Value
 {
 public:
@@ -26,7 +25,7 @@ public:
     Value(const char16_t* value) : m_data(QString::fromUtf16(value)) {}
     Value(DateTime value) : m_data(value) {}
     Value(QDate value) : m_data(DateTime{value}) {}
-    Value(const void*) = delete; // no pointer is a yes/no
+    Value(const void*) = delete; // pointers would convert to bool
 
     [[nodiscard]] bool isNull() const { return std::holds_alternative<std::monostate>(m_data); }
     [[nodiscard]] bool isText() const { return std::holds_alternative<QString>(m_data); }
@@ -36,24 +35,23 @@ public:
     {
         return std::holds_alternative<qint64>(m_data) || std::holds_alternative<double>(m_data);
     }
-    /// True for Null and for "": the test of "a field that may be empty".
+    /// True for Null and "".
     [[nodiscard]] bool isEmpty() const;
 
-    /// The value as text: dates in the short form, yes/no as "True" or "False". Raises 94 for Null.
+    /// Dates in short form, yes/no as "True" or "False". Raises 94 for Null.
     [[nodiscard]] QString toText() const;
-    /// As toText(), with "" for Null.
-    [[nodiscard]] QString textOrEmpty() const;
+    /// "" for Null.
+    [[nodiscard]] QString textOrEmpty() const { return isNull() ? QString() : toText(); }
     /// Raise 94 for Null, 13 for what doesn't read as a number, 6 outside the range.
-    [[nodiscard]] std::int16_t toInt16() const;
-    [[nodiscard]] std::int32_t toInt32() const;
+    [[nodiscard]] std::int16_t toInt16() const { return platform::toInt16(toDouble()); }
+    [[nodiscard]] std::int32_t toInt32() const { return platform::toInt32(toDouble()); }
     [[nodiscard]] double toDouble() const;
     /// Raises 94 for Null, 13 for what is neither yes/no, number nor "True"/"False".
     [[nodiscard]] bool toBool() const;
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;
 
-    /// The same kind and content; Null equals Null. Text compares by code unit here; platform::compareText()
-    /// has the engine's way.
+    /// Equal in kind and content; Null equals Null. Texts compare by code unit, unlike platform::compareText().
     friend bool operator==(const Value&, const Value&) = default;
 
     using Data = std::variant<std::monostate, bool, qint64, double, QString, DateTime>;
@@ -66,11 +64,11 @@ private:
 /// Field types with their catalogue codes.
 enum class FieldType : int { Boolean = 1, Integer = 3, Long = 4, Double = 7, Date = 8, Text = 10, Memo = 12 };
 
-/// A field of a table definition or of a record set; the latter's needn't tell whether it may be empty.
+/// A field of a table or a record set; record sets leave required and allowZeroLength unset.
 struct Field {
     QString name;
     FieldType type = FieldType::Text;
-    int size = 0; ///< most characters of a Text field, 0 for none stated
+    int size = 0; ///< maximum characters of a Text field, 0 for no limit
     bool allowZeroLength = false;
     bool autoIncrement = false; ///< a counter that the engine numbers
     bool required = false;

@@ -2,11 +2,11 @@
 
 #include "platform/Logging.h"
 #include "platform/RuntimeError.h"
-#include "store/engine/BulkLoad.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/TableSql.h"
+#include "store/jet/BulkLoad.h"
 #include "store/jet/Definitions.h"
 #include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"

@@ -1,4 +1,4 @@
-#include "store/engine/BulkLoad.h"
+#include "store/jet/BulkLoad.h"
 
 #include "platform/RuntimeError.h"
 #include "store/engine/Connection.h"

@@ -1,0 +1,172 @@
+// Sums over a join that finds at most one row of a second table for each row of a first one, by its key. Below the join
+// they are made once for each key; the few rows that the join then gives are grouped again, as the statement says.
+
+#include "platform/Text.h"
+#include "store/engine/SqlTranslator.h"
+
+#include <QMap>
+#include <QStringBuilder>
+#include <QStringList>
+
+#include <algorithm>
+#include <span>
+
+namespace orlo::store
+{
+
+namespace
+{
+
+QString inQuotes(QStringView name)
+{
+    SqlWriter writer;
+    writer.name(name);
+    return writer.sql;
+}
+
+const KeyedJoin::Column* columnOf(const KeyedJoin& join, QStringView name)
+{
+    const auto same = [name](const KeyedJoin::Column& column) { return platform::sameName(column.name, name); };
+    const auto found = std::ranges::find_if(join.columns, same);
+    return found == join.columns.end() || found->sql.isEmpty() ? nullptr : &*found;
+}
+
+// The fields that are needed; true for those that are summed up.
+using Names = QMap<QString, bool>;
+
+// One join's rows: each key's sums first, in the order of the rows that they begin with, as equal texts show as the
+// first of them is spelled.
+QString summed(const KeyedJoin& join, const Names& names, const QString& source, const QString& condition)
+{
+    QString rows = join.key % u" AS \"~key\", " % join.rowKey % u" AS \"~row\"";
+    QString sums = QStringLiteral("\"~key\", \"~row\"");
+    QString groups = QStringLiteral("\"~key\"");
+    QStringList found;
+    for (const KeyedJoin::Column& column : join.columns)
+        if (column.ofRow)
+            rows += u", " % column.sql % u" AS " % inQuotes(column.name);
+    for (auto name = names.cbegin(); name != names.cend(); ++name) {
+        const KeyedJoin::Column& column = *columnOf(join, name.key());
+        const QString field = inQuotes(column.name);
+        const QString passing = QStringLiteral("\"~%1\"").arg(found.size());
+        if (column.ofRow)
+            sums += (*name ? u", sum(" : u", (") % field % u") AS " % passing;
+        if (column.ofRow && !*name)
+            groups += u", " % field;
+        found += (column.ofRow ? passing : column.sql) % u" AS " % field;
+    }
+    return u"SELECT " % found.join(u", ") % u" FROM (SELECT " % sums % u" FROM (SELECT " % rows % u" FROM " %
+           join.table % u") AS " % source % condition % u" GROUP BY " % groups % u" ORDER BY \"~row\") LEFT JOIN " %
+           join.other % u" ON \"~key\" = " % join.otherKey;
+}
+
+} // namespace
+
+// Which source of the Select that is read has a field; -1 for a field that isn't known.
+qsizetype SqlTranslator::placeOfSource(const KnownField* field) const
+{
+    const auto has = [field](const Source& source) {
+        return field && source.fields &&
+               std::ranges::any_of(*source.fields, [field](auto& one) { return &one == field; });
+    };
+    const auto found = std::ranges::find_if(m_scope->sources, has);
+    return found == m_scope->sources.end() ? -1 : found - m_scope->sources.begin();
+}
+
+// Called once a join is read, with the place of its condition: `a = b`, of which b is the second table's key.
+void SqlTranslator::noteJoin(Symbol side, qsizetype condition)
+{
+    const auto& sources = m_scope->sources;
+    const auto& named = m_scope->named;
+    const auto isPart = [](const Token& token) {
+        return token.symbol == Symbol::Word || token.symbol == Symbol::Name || token.symbol == Symbol::Dot ||
+               token.symbol == Symbol::Equal;
+    };
+    m_scope->join.reset();
+    if (side != Symbol::Left || sources.size() != 2 || named.size() != 2 || sources[0].rowKey.isEmpty() ||
+        sources[1].rowKey.isEmpty() || !std::all_of(&m_tokens[condition], &m_tokens[m_at], isPart))
+        return;
+    const bool turned = placeOfSource(named[0]) == 1;
+    const KnownField* const from = named[turned ? 1 : 0];
+    const KnownField* const key = named[turned ? 0 : 1];
+    if (placeOfSource(from) != 0 || placeOfSource(key) != 1 || !from->whole || !key->whole || !key->isKey)
+        return;
+    const auto table = [](const Source& one) { return QString(inQuotes(one.table) % u" AS " % inQuotes(one.name)); };
+    const auto field = [](const Source& one, const QString& name) { return QString(inQuotes(one.name) % u'.' % name); };
+    m_scope->join =
+        KeyedJoin{table(sources[0]), field(sources[0], sources[0].rowKey), field(sources[0], inQuotes(from->name)),
+                  table(sources[1]), field(sources[1], inQuotes(key->name))};
+}
+
+// Called for each result of such a join, with the first of the fields that it names.
+void SqlTranslator::noteColumn(const QString& name, const QString& sql, qsizetype first)
+{
+    bool ofRow = true;
+    bool ofKey = true;
+    for (const KnownField* field : std::span(m_scope->named).subspan(static_cast<std::size_t>(first))) {
+        ofRow = ofRow && placeOfSource(field) == 0;
+        ofKey = ofKey && placeOfSource(field) == 1;
+    }
+    m_scope->join->columns.append({name, ofRow || ofKey ? sql : QString(), ofRow});
+}
+
+// The joins that a Select without conditions and groups consists of.
+KeyedJoins SqlTranslator::joinsOf(const Query& query) const
+{
+    const auto& sources = m_scope->sources;
+    if (m_scope->join && sources.size() == 2 && query.stars.isEmpty())
+        return {*m_scope->join};
+    const bool whole = sources.size() == 1 && query.stars.size() == 1 && query.places.isEmpty();
+    return whole ? sources[0].joins : KeyedJoins();
+}
+
+// Of a Union All, whose fields have the names of its first part.
+void SqlTranslator::unite(KeyedJoins& joins, KeyedJoins more)
+{
+    if (joins.isEmpty() || more.isEmpty() || joins[0].columns.size() != more[0].columns.size())
+        return joins.clear();
+    for (KeyedJoin& join : more)
+        for (qsizetype i = 0; i < join.columns.size(); ++i)
+            join.columns[i].name = joins[0].columns[i].name;
+    joins += more;
+}
+
+// Called once a grouped Select is read. Its text stays but for the source, which takes the condition along.
+void SqlTranslator::sumBelowJoins(Query& query)
+{
+    if (m_scope->sources.size() != 1 || m_scope->sources[0].joins.isEmpty() || query.groups.isEmpty())
+        return;
+    const Source& source = m_scope->sources[0];
+    const auto isInAll = [&source](const KnownField* field, bool ofRow) {
+        return field && std::ranges::all_of(source.joins, [&](const KeyedJoin& join) {
+                   const KeyedJoin::Column* const column = columnOf(join, field->name);
+                   return column && (column->ofRow || !ofRow);
+               });
+    };
+    Names names;
+    for (const KnownField* field : m_scope->named) {
+        if (!isInAll(field, false))
+            return;
+        names.insert(field->name, false);
+    }
+    for (const auto& [function, field] : m_scope->summed) {
+        // Min and Max choose the row whose spelling shows, and of numbers with fractions the order tells.
+        const bool exact = platform::sameName(function, u"sum") && field && field->whole;
+        if (!exact || !isInAll(field, true) || !names.value(field->name, true))
+            return;
+        names.insert(field->name, true);
+    }
+    const auto ofRow = [&isInAll](const KnownField* field) { return isInAll(field, true); };
+    if (names.isEmpty() || !std::ranges::all_of(m_scope->conditions, ofRow))
+        return;
+    const QString condition = m_out.sql.sliced(query.tailStart, query.groupStart - query.tailStart);
+    QStringList found;
+    for (const KeyedJoin& join : source.joins)
+        found += summed(join, names, inQuotes(source.name), condition);
+    const QString from = u" FROM (" % found.join(u" UNION ALL ") % u") AS " % inQuotes(source.name);
+    const qsizetype before = query.groupStart - query.fromStart;
+    m_out.sql.replace(query.fromStart, before, from);
+    query.orderStart += query.orderStart < 0 ? 0 : from.size() - before;
+}
+
+} // namespace orlo::store

@@ -1,0 +1,18 @@
+-- Gifts to people, of whom some are gone and several share a name, spelled in two ways.
+Create Table If Not Exists Gifts(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
+Create Table If Not Exists Joined(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
+Create Table If Not Exists Sums(Name TEXT(9) Collate Nocase, Size SMALLINT);
+Create View If Not Exists Whole As Select 0;
+Create View If Not Exists Single As Select 0;
+Create View If Not Exists Both As Select 0;
+Insert Or Ignore Into Stored_Queries Values
+('Whole', 'Select P.[Last Name] As Name, IIf(IsNull(G.Size), 1, Size) As Size, Half, Given, P.Den, G.SID From Gifts G Left Join People P On G.SID = P.SID'),
+('Single', 'Select [Last Name] As Called, 1 As One, 0.5, Given, P.Den, Gifts.SID From Gifts Left Join People As P On P.SID = Gifts.SID Order By Given'),
+('Both', 'Select * From Whole Union All Select * From Single');
+Delete From People; Delete From Gifts; Delete From Joined; Delete From Sums;
+With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < 9)
+Insert Into People(SID, "Last Name", Den)
+Select i, Case i * 7 % 5 When 0 Then 'a' When 1 Then 'B' When 2 Then 'A' When 3 Then 'b' End, i % 3 From n;
+With Recursive n(i, r) As (Values(1, 1) Union All Select i + 1, (r * 48271) % 2147483647 From n Where i < 400)
+Insert Into Gifts(SID, Given, Size, Half)
+Select 1 + r % 12, Date('2024-01-01', (r / 16 % 365) || ' days'), Nullif(r / 8 % 4, 0), 0.1 From n;
