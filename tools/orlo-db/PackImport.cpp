@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <optional>
 
 using namespace orlo;
 using platform::RuntimeError;
@@ -139,7 +140,7 @@ private:
             if (isEmpty(row))
                 continue;
             try {
-                all.push_back(complete(values(file, row), row.front().place, file));
+                all.push_back(complete(values(file, row), row.front().place));
             } catch (const CsvError& error) {
                 wrong += m_file.wrong(error);
             }
@@ -167,6 +168,8 @@ private:
                 return Value(m_links.keyOf(table, cell.text, onScreen));
             if (field.name == QLatin1String("Active") || field.name == QLatin1String("Tigar"))
                 return letter(cell, field);
+            if (const std::optional<bool> yes = yesOrNo(cell.text); yes && field.type == FieldType::Boolean)
+                return Value(*yes);
             return store::converted(cellValue(cell, field), {field.name, field.type, field.size, field.autoIncrement});
         } catch (const LoadError& error) {
             throw CsvError(
@@ -177,27 +180,33 @@ private:
         }
     }
 
+    static std::optional<bool> yesOrNo(const QString& text)
+    {
+        const QString word = text.trimmed().toUpper();
+        if (word == QLatin1String("Y") || word == QLatin1String("YES") || word == QLatin1String("TRUE"))
+            return true;
+        if (word == QLatin1String("N") || word == QLatin1String("NO") || word == QLatin1String("FALSE"))
+            return false;
+        return std::nullopt;
+    }
     // Y or N, which the windows show as Yes and No.
     static Value letter(const CsvCell& cell, const Field& field)
     {
-        const QString text = cell.text.trimmed().toUpper();
-        if (text.isEmpty())
+        if (cell.text.trimmed().isEmpty())
             return {};
-        if (text == QLatin1String("Y") || text == QLatin1String("YES") || text == QLatin1String("TRUE"))
-            return QStringLiteral("Y");
-        if (text == QLatin1String("N") || text == QLatin1String("NO") || text == QLatin1String("FALSE"))
-            return QStringLiteral("N");
+        if (const std::optional<bool> yes = yesOrNo(cell.text))
+            return *yes ? QStringLiteral("Y") : QStringLiteral("N");
         throw CsvError(cell.place, QStringLiteral("%1: \"%2\" is neither Y nor N").arg(field.name, cell.text.left(40)));
     }
 
     // What a window would have put into the row's other fields.
-    [[nodiscard]] Incoming complete(Incoming row, CsvPlace place, const CsvTable& file) const
+    [[nodiscard]] Incoming complete(Incoming row, CsvPlace place) const
     {
         const auto value = [&](QStringView field) -> Value& { return row.values[at(field)]; };
         for (const QString& field : m_identity.needed)
             if (value(field).isEmpty())
                 throw CsvError(row.places[at(field)], QStringLiteral("%1 is missing").arg(field));
-        if (m_table.findField(u"Active") && !file.has(u"Active"))
+        if (m_table.findField(u"Active") && value(u"Active").isNull())
             value(u"Active") = QStringLiteral("Y");
         if (isPerson()) {
             if (value(u"First_Name").isEmpty() && value(u"Last_Name").isEmpty())
