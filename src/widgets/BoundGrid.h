@@ -51,7 +51,7 @@ public:
     /// set keeps that.
     void setStretchColumn(int column);
     /// That column.
-    [[nodiscard]] int stretchColumn() const;
+    [[nodiscard]] int stretchColumn() const { return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched; }
 
     /// The title line above the column headings; "" for none. It is also the title of the grid's messages.
     [[nodiscard]] QString caption() const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPalette>
 #include <QPixmap>
 #include <QString>
 #include <QWidget>
@@ -64,3 +65,6 @@ private:
     QString m_manual;
     int m_number = 0;
 };
+
+/// Light letters on dark ground, as a dark desktop has them.
+[[nodiscard]] QPalette darkPalette();
