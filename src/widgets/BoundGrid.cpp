@@ -409,11 +409,6 @@ int BoundGrid::minimumWidthOf(int column) const
     return std::max({twipsToPixels(columns()[column].width, this), horizontalHeader()->sectionSizeHint(column), texts});
 }
 
-int BoundGrid::stretchColumn() const
-{
-    return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched;
-}
-
 void BoundGrid::setStretchColumn(int column)
 {
     m_stretched = column;

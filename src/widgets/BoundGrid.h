@@ -51,7 +51,7 @@ public:
     /// its width.
     void setStretchColumn(int column);
     /// That column.
-    [[nodiscard]] int stretchColumn() const;
+    [[nodiscard]] int stretchColumn() const { return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched; }
 
     /// The title above the column headings, also used for the grid's messages; "" for none.
     [[nodiscard]] QString caption() const;

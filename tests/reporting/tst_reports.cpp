@@ -294,6 +294,40 @@ private Q_SLOTS:
         QVERIFY(computed > 35);
     }
 
+    /// However long the names, 8 points stay free beside a text before the next one begins.
+    void textsKeepApart()
+    {
+        auto pack = store::DBEngine::createDatabase(m_dir.filePath("long.mdb"));
+        store::createSchema(pack);
+        for (const QByteArray& row : fileOf("pack.sql").trimmed().split('\n'))
+            pack.execute(QString::fromUtf8(row));
+        for (const char* change : {"Scouts Set First_Name = 'Mia Ann Eva Ida Liz', Last_Name = 'Von Der Au Und Zu', "
+                                   "Parent_Name1 = 'Ann Von Der Au Und Zu Ida Mia Eva'",
+                                   "Adults Set First_Name = 'Mia Ann Eva Ida Liz', Last_Name = 'Von Der Au Und Zu'",
+                                   "Insignias Set Insignia_Name = 'The Art of Ink and Oil in the Den of the Old Fox'",
+                                   "PackInfo Set Name = 'The Art of Ink and Oil in the Den of an Old Fox'"})
+            pack.execute(QStringLiteral("Update ") + change);
+        const QDir files(QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files"));
+        for (const QString& file : files.entryList({"*.rpt"})) {
+            const Document document = *render(request(file), [&](const QString&) -> store::Database& { return pack; });
+            for (const Page& page : document.pages) {
+                QList<std::pair<QRectF, QString>> texts; // what of the paper each takes
+                for (const Item& item : page.items)
+                    if (const auto* text = std::get_if<TextItem>(&item)) {
+                        QFont font = document.fonts[std::size_t(text->font)];
+                        font.setPointSizeF(font.pointSizeF() * PointsPerInch / 96); // a pixel to the point
+                        const QSizeF size = QFontMetricsF(font).size(0, text->text);
+                        texts.append({QRectF(text->box.topLeft(), size), text->text});
+                    }
+                for (const auto& [one, text] : std::as_const(texts))
+                    for (const auto& [other, next] : std::as_const(texts))
+                        if (one.left() < other.left() && one.top() < other.bottom() - 1 &&
+                            other.top() < one.bottom() - 1)
+                            QVERIFY2(other.left() - one.right() > 7.9, qPrintable(file + ": " + text + u'|' + next));
+            }
+        }
+    }
+
     /// A text longer than a page runs on; no word of it is lost and none leaves the paper.
     void neverClips()
     {

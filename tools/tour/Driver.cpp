@@ -196,3 +196,17 @@ void Driver::settle()
 {
     QTest::qWait(80);
 }
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(45, 47, 51));
+    palette.setColor(QPalette::Base, QColor(30, 32, 35));
+    palette.setColor(QPalette::AlternateBase, QColor(38, 40, 44));
+    palette.setColor(QPalette::Highlight, QColor(70, 120, 190));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+        palette.setColor(role, QColor(230, 230, 230));
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+    return palette;
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPalette>
 #include <QPixmap>
 #include <QStringList>
 #include <QWidget>
@@ -76,3 +77,6 @@ private:
     int m_number = 0;
     QStringList m_names; // of the pictures
 };
+
+/// Light letters on dark ground, as a dark desktop has them.
+[[nodiscard]] QPalette darkPalette();
