@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QPointer>
 
+class QAbstractButton;
+
 namespace orlo::platform
 {
 class RuntimeError;
@@ -25,14 +27,14 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+    /// Clicks the button as its access key would: at once, and not where that is held back.
+    static void press(QAbstractButton& button);
+
     /// Shows the run-time's report, "Run-time error '3421':" and the description, then ends the process at once with
     /// status 1: nothing is saved or closed.
     [[noreturn]] static void reportAndEnd(const platform::RuntimeError& error);
     /// What that report says.
     [[nodiscard]] static QString reportOf(const platform::RuntimeError& error);
-    /// The sentence with which the report ends from now on, about what has become of the records; an empty text for the
-    /// usual one, "What was saved before is safe."
-    static void setClosingWords(const QString& sentence);
 
 private:
     static void failed(const platform::RuntimeError& error);
@@ -47,5 +49,9 @@ private:
     int m_releasedKey = 0;
     quint64 m_releasedAt = 0; // its time stamp
 };
+
+/// The sentence with which the report of a failure ends from now on, about what has become of the records; an empty
+/// text for the usual one, "What was saved before is safe."
+void setClosingWords(const QString& sentence);
 
 } // namespace orlo::widgets
