@@ -94,7 +94,7 @@ frmAssignInsignias::frmAssignInsignias()
 {
     ui->setupUi(this);
     for (widgets::TextGrid* grid : {ui->fgSelectFrom, ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
-        grid->setToolTip(tr("Double-click a row, or press the space bar on it, to select"));
+        grid->setToolTip(QStringLiteral("Double-click a row, or press the space bar on it, to select"));
     tellCount();
     openCalendarOnDoubleClick(ui->txtAssignDate);
     setLeaveCheck(ui->txtAssignDate, [this] { return ValidateDate(ui->txtAssignDate->text()); });
@@ -338,7 +338,8 @@ void frmAssignInsignias::tellCount()
 {
     const QString people =
         mSelectedCount == 1 ? QStringLiteral("1 person") : QStringLiteral("%1 people").arg(mSelectedCount);
-    ui->fgSelected->setToolTip(people + tr(". Double-click a row, or press the space bar on it, to take it out"));
+    ui->fgSelected->setToolTip(people +
+                               QStringLiteral(". Double-click a row, or press the space bar on it, to take it out"));
 }
 
 void frmAssignInsignias::selectAll(const QString& whom)
