@@ -73,6 +73,22 @@ private:
         std::vector<Item> items;
         double height = 0;
     };
+    /// What stands in a row, before it has its places.
+    struct Content {
+        std::vector<Cell> cells;
+        std::vector<Block> beside;
+        double ascent = 0;   ///< of the line on which the texts begin
+        double pictures = 0; ///< the height of the highest
+    };
+    [[nodiscard]] Content contentOf(const Row& row, const RowScope& scope, double left) const;
+    /// What the row takes in one piece, down to the end of its texts.
+    [[nodiscard]] double heightOf(const Row& row, const Content& content) const;
+    /// A row too high with its blocks beside it: they stand below it.
+    void layOutBelow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const;
+    /// As much of the row as the limit lets in, the first part with the figures and blocks.
+    [[nodiscard]] Strip part(const Row& row, Content& content, double limit, bool top) const;
+    /// Adds what a cell has that is no text; where it ends.
+    double addFigure(const Cell& cell, double textTop, double ascent, Strip& strip) const;
     /// The rows beside a row's own texts, each block as its rows stand one below the other.
     [[nodiscard]] std::vector<Block> blocks(const Row& row, const RowScope& scope, double left) const;
     [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;
