@@ -10,7 +10,7 @@ namespace orlo
 dlgFindAdult::dlgFindAdult() : ui(std::make_unique<Ui::dlgFindAdult>())
 {
     ui->setupUi(this);
-    bindControls(ui->cmdFind, ui->cmdSelectAll, ui->cmdCancel);
+    bindControls();
     const auto enableFind = [this] { ui->cmdFind->setEnabled(true); };
     for (QLineEdit* box : {ui->txtFirst, ui->txtLast, ui->txtMi})
         connect(box, &QLineEdit::textChanged, this, enableFind);

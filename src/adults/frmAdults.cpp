@@ -61,7 +61,10 @@ RecordField activeField(QStringView name, widgets::ComboBox* list)
         *stored = value;
         list->setListIndex(list->findText(value.isEmpty() ? Active : value.toText(), Qt::MatchFixedString));
     };
-    return {name, list, show, [list, stored] { return list->listIndex() < 0 ? *stored : store::Value(list->text()); }};
+    RecordField field = letterField(name, list);
+    field.show = show;
+    field.value = [list, stored] { return list->listIndex() < 0 ? *stored : store::Value(list->text()); };
+    return field;
 }
 
 // Runs a routine whose failure doesn't end the program: it is shown, and the screen stays as far as it came.
@@ -88,27 +91,20 @@ frmAdults::frmAdults()
 {
     ui->setupUi(this);
     bindControls(
-        *ui,
         {.list = ui->lbAdults, .tabs = ui->tabAdult, .awards = ui->fgAdultsAwards, .personName = ui->lblAdultName});
-    setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
     bindFields();
     bindPositions();
     ui->fgAdultsAwards->setCols(AwardColumns);
     widgets::sayWhenEmpty(*ui->fgAdultsAwards, nothingYet(QStringLiteral("awards"), *ui->cmdAddAward));
-    connect(ui->cmdAddAward, &QPushButton::clicked, this, [this] {
-        auto& dialog = widgets::Instance<frmAddAdultAwards>::get();
-        dialog.giveTo(*this);
-        dialog.showWaiting();
-    });
-    connect(ui->cmdDeleteAward, &QPushButton::clicked, this, &frmAdults::cmdDeleteAward_Click);
+    giveAwardsBy<frmAddAdultAwards>();
 }
 
 frmAdults::~frmAdults() = default;
 
 void frmAdults::bindFields()
 {
-    m_fields = {
+    setFields({
         nameField(u"First_Name", ui->txtFirst),
         nameField(u"Last_Name", ui->txtLast),
         textField(u"MI", ui->txtMi),
@@ -125,9 +121,7 @@ void frmAdults::bindFields()
         dateField(u"Pack_Start_Date", ui->txtPackStartDate),
         numberField(u"Years_In_Other_Pack", ui->txtYearsInOtherPack),
         numberField(u"Years_In_Scouts", ui->txtYearsInScouts),
-    };
-    for (const RecordField& field : m_fields)
-        enableSaveOnChange({field.control});
+    });
     for (QLineEdit* date : {ui->txtDOB, ui->txtPackStartDate})
         openCalendarOnDoubleClick(date, [this] { ui->cmdSave->setEnabled(true); });
     setLeaveCheck(ui->txtPackStartDate, [this] { return ValidateDate(ui->txtPackStartDate->text()); });
@@ -154,9 +148,7 @@ void frmAdults::load()
 void frmAdults::FillRecord()
 {
     const Reading reading(database());
-    const auto& record = *rsRecords;
-    for (const RecordField& field : m_fields)
-        field.show(record[field.name]);
+    showFields();
     mCurrentSID = GetAdultSID();
     ui->cmdSave->setEnabled(false);
     ReloadAwardGrid();
@@ -165,9 +157,9 @@ void frmAdults::FillRecord()
 
 void frmAdults::ClearRecord()
 {
-    for (const RecordField& field : m_fields)
-        if (auto* box = qobject_cast<QLineEdit*>(field.control))
-            widgets::fillBox(*box, QString());
+    for (const RecordField& field : fields())
+        if (field.control != ui->txtNote)
+            field.clear();
     PopulateDenAssignments();
     m_awardPage->cut();
     ui->lblAdultName->clear();
@@ -181,8 +173,7 @@ void frmAdults::SaveRecord()
     if (!mNewRecord)
         record.edit();
     markMissingBirthDate(*ui->txtDOB);
-    for (const RecordField& field : m_fields)
-        record.setValue(field.name, field.value());
+    writeFields();
     // What an older version left here goes with the first save.
     record.setValue(u"Assigned_Den_SID", mAssignedDen >= 1 ? store::Value(int{mAssignedDen}) : store::Value());
     if (mNewRecord)
@@ -204,7 +195,7 @@ void frmAdults::deleteAwards()
 
 void frmAdults::setFieldsEnabled(bool enabled)
 {
-    for (const RecordField& field : m_fields)
+    for (const RecordField& field : fields())
         field.control->setEnabled(enabled);
 }
 
@@ -239,8 +230,8 @@ void frmAdults::LoadDenLists()
         const int rows = filter.listCount();
         if (!readDens() || std::max(0, rows - 1) == static_cast<int>(m_dens.texts.size())) // less "<All>"
             return;
-        if (rows > 0 || filtersByDen() || filter.text().isEmpty()) {
-            rebuildDenFilter();
+        if (rows > 0 || filters().namesDen() || filter.text().isEmpty()) {
+            filters().setDens(m_dens.texts);
             return;
         }
         for (const QString& den : std::as_const(m_dens.texts))

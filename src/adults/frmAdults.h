@@ -51,6 +51,7 @@ protected:
     void reloadDependants() override { PopulateDenAssignments(); }
     void setDefaults() override;
     void finishNew() override { mAssignedDen = -1; }
+    void cmdDeleteAward_Click() override;
     void deleteAwards() override;
 
     [[nodiscard]] QString findStatement() const override;
@@ -70,7 +71,6 @@ private:
     void cmdEditDenAssn_Click();
     void cmdDelDenAssn_Click();
     void deletePosition();
-    void cmdDeleteAward_Click();
 
     std::unique_ptr<Ui::frmAdults> ui;
     widgets::DataControl* dataDenAssignments;

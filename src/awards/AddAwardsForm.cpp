@@ -55,24 +55,27 @@ AddAwardsForm::AddAwardsForm(Holder holder) : Form(widgets::FormKind::Window), m
 {
 }
 
-void AddAwardsForm::bindControls(const Controls& controls)
+void AddAwardsForm::bindControls(QPushButton* add)
 {
-    m_date = controls.txtAssignedDate;
-    m_catalogue = controls.lbAwardList;
-    m_selected = controls.lbSelected;
+    m_date = &control<QLineEdit>("txtAssignedDate");
+    m_catalogue = &control<widgets::CheckListBox>("lbAwardList");
+    m_selected = &control<widgets::ListBox>("lbSelected");
     widgets::sayWhenEmpty(*m_catalogue, QStringLiteral("No awards in the catalogue yet."));
     widgets::sayWhenEmpty(*m_selected, QStringLiteral("No award chosen yet. Tick one in the list."));
-    setDefaultButton(controls.cmdAdd);
-    setCancelButton(controls.cmdCancel);
+    setDefaultButton(add);
+    setCancelButton(&control<QPushButton>("cmdCancel"));
     openCalendarOnDoubleClick(m_date);
     connect(m_catalogue, &widgets::CheckListBox::itemCheck, this, &AddAwardsForm::lbAwardList_ItemCheck);
     connect(m_selected, &widgets::ListBox::doubleClicked, this, &AddAwardsForm::lbSelected_DblClick);
-    connect(controls.cmdSelectSelected, &QPushButton::clicked, this, &AddAwardsForm::cmdSelectSelected_Click);
-    connect(controls.cmdSelectAll, &QPushButton::clicked, this, &AddAwardsForm::cmdSelectAll_Click);
-    connect(controls.cmdRemoveSelected, &QPushButton::clicked, this, [this] { removeEntries(false); });
-    connect(controls.cmdRemoveAll, &QPushButton::clicked, this, [this] { removeEntries(true); });
-    connect(controls.cmdAdd, &QPushButton::clicked, this, &AddAwardsForm::cmdAdd_Click);
-    connect(controls.cmdCancel, &QPushButton::clicked, this, &AddAwardsForm::unload);
+    const auto onClick = [this](QPushButton* button, auto routine) {
+        connect(button, &QPushButton::clicked, this, routine);
+    };
+    onClick(&control<QPushButton>("cmdSelectSelected"), [this] { cmdSelectSelected_Click(); });
+    onClick(&control<QPushButton>("cmdSelectAll"), [this] { cmdSelectAll_Click(); });
+    onClick(&control<QPushButton>("cmdRemoveSelected"), [this] { removeEntries(false); });
+    onClick(&control<QPushButton>("cmdRemoveAll"), [this] { removeEntries(true); });
+    onClick(add, [this] { cmdAdd_Click(); });
+    onClick(cancelButton(), [this] { unload(); });
 }
 
 void AddAwardsForm::load()

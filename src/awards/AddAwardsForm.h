@@ -32,32 +32,10 @@ protected:
         QString keyField;
     };
 
-    /// The controls that both dialogs have.
-    struct Controls {
-        QLineEdit* txtAssignedDate;
-        widgets::CheckListBox* lbAwardList;
-        widgets::ListBox* lbSelected;
-        QPushButton* cmdSelectSelected;
-        QPushButton* cmdSelectAll;
-        QPushButton* cmdRemoveSelected;
-        QPushButton* cmdRemoveAll;
-        QPushButton* cmdAdd;
-        QPushButton* cmdCancel;
-
-        template <class Ui>
-        Controls(const Ui& ui, QPushButton* add)
-            : txtAssignedDate(ui.txtAssignedDate), lbAwardList(ui.lbAwardList), lbSelected(ui.lbSelected),
-              cmdSelectSelected(ui.cmdSelectSelected), cmdSelectAll(ui.cmdSelectAll),
-              cmdRemoveSelected(ui.cmdRemoveSelected), cmdRemoveAll(ui.cmdRemoveAll), cmdAdd(add),
-              cmdCancel(ui.cmdCancel)
-        {
-        }
-    };
-
     explicit AddAwardsForm(Holder holder);
 
-    /// Takes the controls of the form and connects their events.
-    void bindControls(const Controls& controls);
+    /// Connects the controls that both dialogs have; the button that adds has a name of its own in each.
+    void bindControls(QPushButton* add);
     void load() override;
 
 private:

@@ -10,7 +10,7 @@ namespace orlo
 dlgFindInsignia::dlgFindInsignia() : ui(std::make_unique<Ui::dlgFindInsignia>())
 {
     ui->setupUi(this);
-    bindControls(ui->cmdFind, ui->cmdSelectAll, ui->cmdCancel);
+    bindControls();
     const auto enableFind = [this] { ui->cmdFind->setEnabled(true); };
     connect(ui->txtInsigniaName, &QLineEdit::textChanged, this, enableFind);
     connect(ui->OptAllInsigniaTypes, &widgets::OptionButton::selected, this, enableFind);

@@ -10,7 +10,7 @@ frmAddAdultAwards::frmAddAdultAwards()
       ui(std::make_unique<Ui::frmAddAdultAwards>())
 {
     ui->setupUi(this);
-    bindControls({*ui, ui->cmdAddToAdult});
+    bindControls(ui->cmdAddToAdult);
 }
 
 frmAddAdultAwards::~frmAddAdultAwards() = default;

@@ -10,7 +10,7 @@ frmAddAwardsToScout::frmAddAwardsToScout()
       ui(std::make_unique<Ui::frmAddAwardsToScout>())
 {
     ui->setupUi(this);
-    bindControls({*ui, ui->cmdAddToScout});
+    bindControls(ui->cmdAddToScout);
 }
 
 frmAddAwardsToScout::~frmAddAwardsToScout() = default;

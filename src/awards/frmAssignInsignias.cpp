@@ -96,7 +96,7 @@ frmAssignInsignias::frmAssignInsignias()
 {
     ui->setupUi(this);
     for (widgets::TextGrid* grid : {ui->fgSelectFrom, ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
-        grid->setToolTip(tr("Double-click a row, or press the space bar on it, to select"));
+        grid->setToolTip(QStringLiteral("Double-click a row, or press the space bar on it, to select"));
     widgets::sayWhenEmpty(*ui->fgSelectFrom, nobodyHere());
     for (widgets::TextGrid* grid : {ui->fgSelScoutsFromByDen, ui->fgSelAdultsFromByDen})
         widgets::sayWhenEmpty(*grid, QStringLiteral("Choose a den."));
@@ -346,7 +346,8 @@ void frmAssignInsignias::tellCount()
 {
     const QString people =
         mSelectedCount == 1 ? QStringLiteral("1 person") : QStringLiteral("%1 people").arg(mSelectedCount);
-    ui->fgSelected->setToolTip(people + tr(". Double-click a row, or press the space bar on it, to take it out"));
+    ui->fgSelected->setToolTip(people +
+                               QStringLiteral(". Double-click a row, or press the space bar on it, to take it out"));
 }
 
 void frmAssignInsignias::selectAll(const QString& whom)

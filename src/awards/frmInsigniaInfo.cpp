@@ -1,5 +1,6 @@
 #include "awards/frmInsigniaInfo.h"
 
+#include "awards/InsigniaTypes.h"
 #include "awards/dlgFindInsignia.h"
 #include "ui_frmInsigniaInfo.h"
 #include "widgets/MessageBox.h"
@@ -12,6 +13,39 @@ namespace
 {
 const QString Everything = QStringLiteral("Select * From Insignias");
 const QString InOrder = QStringLiteral(" Order by Insignia_Name, Insignia_Type");
+
+// An award without a description has a blank for one, which shows.
+RecordField descriptionField(QStringView name, QPlainTextEdit* box)
+{
+    RecordField field = textField(name, box);
+    field.value = [box, value = field.value] {
+        if (box->toPlainText().isEmpty())
+            box->setPlainText(QStringLiteral(" "));
+        return value();
+    };
+    return field;
+}
+
+// A type outside the nine leaves the option that was set before, and is kept where none was.
+RecordField typeField(QStringView name, const std::array<InsigniaType, 9>& types)
+{
+    const auto stored = std::make_shared<store::Value>();
+    const auto show = [types, stored](const store::Value& value) {
+        *stored = value;
+        for (const InsigniaType& type : types)
+            if (type.text == value.textOrEmpty())
+                type.option->setChecked(true);
+    };
+    const auto value = [types, stored] {
+        const QString type = chosenType(types);
+        return type.isEmpty() ? *stored : store::Value(type);
+    };
+    const auto tell = [types](const RecordField::Changed& changed) {
+        for (const InsigniaType& type : types)
+            QObject::connect(type.option, &widgets::OptionButton::selected, type.option, changed);
+    };
+    return {name, types[0].option, show, value, [types] { types[0].option->setChecked(true); }, tell};
+}
 } // namespace
 
 frmInsigniaInfo::frmInsigniaInfo()
@@ -19,14 +53,13 @@ frmInsigniaInfo::frmInsigniaInfo()
       ui(std::make_unique<Ui::frmInsigniaInfo>())
 {
     ui->setupUi(this);
-    m_name = textField(u"Insignia_Name", ui->txtInsigniaName);
-    m_description = textField(u"Description", ui->txtInsigniaInfo);
-    m_types = insigniaTypes(*ui);
-    bindControls({*ui, ui->txtInsigniaName});
+    bindControls(ui->txtInsigniaName);
     setCancelButton(ui->cmdDelete);
-    enableSaveOnChange({ui->txtInsigniaName, ui->txtInsigniaInfo});
-    for (const InsigniaType& type : m_types)
-        enableSaveOnChange({type.option});
+    setFields({
+        textField(u"Insignia_Name", ui->txtInsigniaName),
+        descriptionField(u"Description", ui->txtInsigniaInfo),
+        typeField(u"Insignia_Type", insigniaTypes(*ui)),
+    });
     connect(ui->cmdFind, &QPushButton::clicked, this, &frmInsigniaInfo::cmdFind_Click);
 }
 
@@ -57,22 +90,14 @@ void frmInsigniaInfo::reload()
 
 void frmInsigniaInfo::FillRecord()
 {
-    m_name.show(rsRecords->value(m_name.name));
-    m_description.show(rsRecords->value(m_description.name));
+    showFields();
     mCurrentSID = rsRecords->value(u"Insignia_SID").toInt16();
-    // A type outside the nine leaves the option that was set before.
-    const QString stored = rsRecords->value(u"Insignia_Type").textOrEmpty();
-    for (const InsigniaType& type : m_types)
-        if (type.text == stored)
-            type.option->setChecked(true);
     ui->cmdSave->setEnabled(false);
 }
 
 void frmInsigniaInfo::ClearRecord()
 {
-    widgets::fillBox(*ui->txtInsigniaName, QString());
-    ui->txtInsigniaInfo->clear();
-    ui->optSegment->setChecked(true);
+    clearFields();
 }
 
 // The set isn't moved to a new record: it stays on the one that was current before, which a later save then edits.
@@ -80,12 +105,7 @@ void frmInsigniaInfo::SaveRecord()
 {
     if (!mNewRecord)
         rsRecords->edit();
-    rsRecords->setValue(m_name.name, m_name.value());
-    if (ui->txtInsigniaInfo->toPlainText().isEmpty())
-        ui->txtInsigniaInfo->setPlainText(QStringLiteral(" "));
-    rsRecords->setValue(m_description.name, m_description.value());
-    if (const QString type = chosenType(m_types); !type.isEmpty())
-        rsRecords->setValue(u"Insignia_Type", type);
+    writeFields();
     if (mNewRecord)
         rsRecords->setValue(u"Insignia_SID", int{mCurrentSID});
     rsRecords->update();

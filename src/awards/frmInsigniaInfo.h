@@ -1,8 +1,6 @@
 #pragma once
 
-#include "awards/InsigniaTypes.h"
-#include "shell/forms/FindDialog.h"
-#include "shell/forms/RecordField.h"
+#include "shell/forms/FindRequest.h"
 #include "shell/forms/WalkingForm.h"
 
 #include <memory>
@@ -47,9 +45,6 @@ private:
     void cmdFind_Click();
 
     std::unique_ptr<Ui::frmInsigniaInfo> ui;
-    RecordField m_name;
-    RecordField m_description;
-    std::array<InsigniaType, 9> m_types;
     QString mFindName;
     QString mFindType; ///< a stored text, or empty for all types
 };

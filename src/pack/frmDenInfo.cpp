@@ -19,7 +19,28 @@ namespace orlo
 namespace
 {
 constexpr int MaxActiveLength = 255; // characters that the field takes
+
+// A den without a type leaves the box as it was, as does a new one. A type that isn't listed clears it, and a save asks
+// for one.
+RecordField typeField(QStringView name, widgets::ComboBox* list)
+{
+    RecordField field = textField(name, list);
+    field.show = [list](const store::Value& value) {
+        if (const QString type = value.textOrEmpty(); !type.isEmpty())
+            list->setListIndex(list->findText(type, Qt::MatchFixedString));
+    };
+    field.clear = [] {};
+    return field;
 }
+
+RecordField yearField(QStringView name, QLineEdit* box)
+{
+    return boxField(
+        name, box, [](const store::Value& year) { return year.isNull() ? QStringLiteral("0") : year.toText(); },
+        [box] { return store::Value(platform::val(box->text())); });
+}
+
+} // namespace
 
 frmDenInfo::frmDenInfo()
     : WalkingForm({QStringLiteral("Den"), QStringLiteral("Dens"), QStringLiteral("Den_SID")}),
@@ -29,18 +50,18 @@ frmDenInfo::frmDenInfo()
     for (const char16_t* type : {u"Tiger", u"Wolf", u"Bear", u"Webelos (1st Yr)", u"Webelos (2nd Yr)", u" "})
         ui->comDenType->addItem(QString::fromUtf16(type));
     ui->txtActive->lineEdit()->setMaxLength(MaxActiveLength);
-    m_number = numberField(u"Den_Number", ui->txtDenNumber);
-    m_name = textField(u"Den_Name", ui->txtDenName);
-    m_year = boxField(
-        u"Year_Started", ui->txtYearStarted,
-        [](const store::Value& year) { return year.isNull() ? QStringLiteral("0") : year.toText(); },
-        [this] { return store::Value(platform::val(ui->txtYearStarted->text())); });
-    bindControls({*ui, ui->txtDenNumber});
+    bindControls(ui->txtDenNumber);
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
     widgets::sayWhenEmpty(*ui->lstScouts, nothingYet(QStringLiteral("scouts"), *ui->cmdAddScouts));
     widgets::sayWhenEmpty(*ui->lstAdults, nothingYet(QStringLiteral("leaders"), *ui->cmdAddDenLeader));
-    enableSaveOnChange({ui->txtDenNumber, ui->txtDenName, ui->comDenType, ui->txtYearStarted, ui->txtActive});
+    setFields({
+        numberField(u"Den_Number", ui->txtDenNumber),
+        textField(u"Den_Name", ui->txtDenName),
+        typeField(u"Den_Type", ui->comDenType),
+        yearField(u"Year_Started", ui->txtYearStarted),
+        textField(u"Active", ui->txtActive),
+    });
     connect(ui->cmdAddScouts, &QPushButton::clicked, this, &frmDenInfo::cmdAddScouts_Click);
     connect(ui->cmdDelScouts, &QPushButton::clicked, this, [this] { removeScouts(false); });
     connect(ui->cmdAddDenLeader, &QPushButton::clicked, this, &frmDenInfo::cmdAddDenLeader_Click);
@@ -73,14 +94,7 @@ void frmDenInfo::FillRecord()
 {
     if (mRecordCount < 1)
         return;
-    m_number.show(rsRecords->value(m_number.name));
-    m_name.show(rsRecords->value(m_name.name));
-    ui->txtActive->setText(rsRecords->value(u"Active").textOrEmpty());
-    // A den without a type leaves the box as it was. One that isn't listed clears it, and a save asks for a type.
-    const QString type = rsRecords->value(u"Den_Type").textOrEmpty();
-    if (!type.isEmpty())
-        ui->comDenType->setListIndex(ui->comDenType->findText(type, Qt::MatchFixedString));
-    m_year.show(rsRecords->value(m_year.name));
+    showFields();
     mCurrentSID = rsRecords->value(u"Den_SID").toInt16();
     ui->lstScouts->clear();
     ui->lstAdults->clear();
@@ -91,9 +105,7 @@ void frmDenInfo::FillRecord()
 
 void frmDenInfo::ClearRecord()
 {
-    for (QLineEdit* box : {ui->txtDenNumber, ui->txtDenName, ui->txtYearStarted})
-        widgets::fillBox(*box, QString());
-    ui->txtActive->setText(QString());
+    clearFields();
     ui->lstScouts->clear();
     ui->lstAdults->clear();
 }
@@ -107,11 +119,7 @@ void frmDenInfo::SaveRecord()
     }
     if (!mNewRecord)
         rsRecords->edit();
-    rsRecords->setValue(m_number.name, m_number.value());
-    rsRecords->setValue(m_name.name, m_name.value());
-    rsRecords->setValue(u"Den_Type", ui->comDenType->text());
-    rsRecords->setValue(m_year.name, m_year.value());
-    rsRecords->setValue(u"Active", ui->txtActive->text());
+    writeFields();
     if (mNewRecord)
         rsRecords->setValue(u"Den_SID", int{mCurrentSID});
     rsRecords->update();
@@ -139,9 +147,8 @@ void frmDenInfo::DisableFields()
 
 void frmDenInfo::setFieldsEnabled(bool enabled)
 {
-    for (QWidget* field : std::initializer_list<QWidget*>{ui->txtDenNumber, ui->txtDenName, ui->comDenType,
-                                                          ui->txtYearStarted, ui->txtActive})
-        field->setEnabled(enabled);
+    for (const RecordField& field : fields())
+        field.control->setEnabled(enabled);
 }
 
 void frmDenInfo::prepareNew()

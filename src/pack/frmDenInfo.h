@@ -1,6 +1,5 @@
 #pragma once
 
-#include "shell/forms/RecordField.h"
 #include "shell/forms/WalkingForm.h"
 
 #include <memory>
@@ -61,9 +60,6 @@ private:
     void cmdAddDenLeader_Click();
 
     std::unique_ptr<Ui::frmDenInfo> ui;
-    RecordField m_number;
-    RecordField m_name;
-    RecordField m_year;
     std::vector<std::int16_t> mScoutSIDs; ///< by row of lstScouts
     std::vector<std::int16_t> mAdultSIDs; ///< by row of lstAdults
     QString mAdultSidList;

@@ -53,4 +53,20 @@ QString putInPlace(const QString& path, const QString& finished, const QString& 
     return kept;
 }
 
+FileInTheMaking::FileInTheMaking(const QString& file, QLatin1StringView ending) : m_name(file + ending)
+{
+    remove();
+}
+
+FileInTheMaking::~FileInTheMaking()
+{
+    remove();
+}
+
+void FileInTheMaking::remove() const
+{
+    QFile::remove(m_name);
+    QFile::remove(m_name + QStringLiteral("-journal"));
+}
+
 } // namespace orlo::platform

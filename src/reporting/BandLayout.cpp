@@ -66,91 +66,115 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
 {
     if (!row.condition.isEmpty() && !row.condition.holds(scope))
         return;
-    std::vector<Cell> cells;
-    cells.reserve(row.elements.size());
-    double ascent = 0;
-    double pictures = 0;
-    for (const Element& element : row.elements) {
-        if (element.kind == Element::Kind::Subreport || element.kind == Element::Kind::Rows ||
-            (element.kind == Element::Kind::Picture && element.picture < 0))
-            continue;
-        cells.push_back(cell(element, scope, left));
-        if (element.kind == Element::Kind::Text || isMark(element))
-            ascent = std::max({ascent, m_typesetter.ascent(cells.back().font), isMark(element) ? element.height : 0});
-        if (element.kind == Element::Kind::Picture)
-            pictures = std::max(pictures, element.height);
-    }
-
-    std::vector<Block> beside = blocks(row, scope, left);
-
-    // Cuts a high row between lines: each part takes as many lines of each cell as fit into a share of the limit, so
-    // that the parts fill pages to the end.
-    double height = row.above + row.ruleAbove + pictures;
-    for (const Cell& cell : cells)
-        height = std::max(height,
-                          row.above + row.ruleAbove + double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
-    for (const Block& block : beside)
-        height = std::max(height, row.above + row.ruleAbove + block.height);
-    if (height > m_heightLimit && !beside.empty()) { // then its blocks go below it
-        Row own = row;
-        std::erase_if(own.elements, [](const Element& element) { return element.kind == Element::Kind::Rows; });
-        layOutRow(own, scope, left, strips);
-        for (const Element& element : row.elements)
-            for (const Row& inner : element.rows)
-                layOutRow(inner, scope, left + element.left.in(m_textWidth - left), strips);
+    Content content = contentOf(row, scope, left);
+    const double height = heightOf(row, content);
+    if (height > m_heightLimit && !content.beside.empty()) {
+        layOutBelow(row, scope, left, strips);
         return;
     }
+    // Cuts a high row between lines: each part takes as many lines of each cell as fit into a share of the limit, so
+    // that the parts fill pages to the end.
     const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
-    bool top = true;
-    for (bool more = true; more; top = false) {
-        more = false;
-        Strip strip;
+    for (bool top = true, more = true; more; top = false) {
+        Strip strip = part(row, content, limit, top);
+        more = strip.goesOn;
         strip.row = scope.row;
-        strip.items.reserve(cells.size() + 2);
-        const double textTop = (top ? row.above : 0) + row.ruleAbove;
-        double bottom = textTop;
-        int empty = 0;
-        for (Cell& cell : cells) {
-            const double lineHeight = m_typesetter.lineHeight(cell.font);
-            const double y = textTop + (top ? ascent - m_typesetter.ascent(cell.font) : 0);
-            const auto room = std::max(qsizetype((limit - y) / lineHeight), qsizetype(1));
-            const qsizetype count = std::min(cell.lines.size() - cell.done, room);
-            if (top && (isMark(*cell.element) || cell.element->kind == Element::Kind::Rule)) {
-                addMark(cell, textTop + ascent, strip);
-                bottom = std::max(bottom, isMark(*cell.element) ? textTop + std::max(ascent, y - textTop + lineHeight)
-                                                                : textTop + ascent + cell.element->thickness);
-            }
-            if (cell.element->kind == Element::Kind::Picture && top) {
-                const QRectF box(cell.left, textTop, cell.width, cell.element->height);
-                strip.items.push_back(PictureItem{box, m_definition.pictures[std::size_t(cell.element->picture)]});
-                bottom = std::max(bottom, box.bottom());
-            }
-            if (count > 0) {
-                const std::size_t at = strip.items.size();
-                addText(cell, count, y, strip);
-                std::get<TextItem>(strip.items[at]).emptyBefore = std::exchange(empty, 0);
-                bottom = std::max(bottom, y + double(count) * lineHeight);
-            }
-            empty += int(cell.element->kind == Element::Kind::Text && cell.lines.isEmpty());
-            cell.done += count;
-            more = more || cell.done < cell.lines.size();
-        }
-        for (Block& block : beside) {
-            for (Item& item : block.items) {
-                moveItem(item, {0, textTop});
-                strip.items.push_back(std::move(item));
-            }
-            bottom = std::max(bottom, textTop + block.height);
-        }
-        strip.goesOn = more;
-        strip.height = bottom + (more ? 0 : row.below) + row.ruleBelow;
         addDecoration(row, left, strip.height, top, !more, strip);
-        for (const Cell& cell : cells)
+        for (const Cell& cell : content.cells)
             if (cell.element->kind == Element::Kind::Line)
                 strip.items.push_back(
                     LineItem{{cell.left, 0}, {cell.left, strip.height}, cell.element->thickness, cell.element->color});
         strips.push_back(std::move(strip));
     }
+}
+
+BandLayout::Content BandLayout::contentOf(const Row& row, const RowScope& scope, double left) const
+{
+    Content content;
+    content.cells.reserve(row.elements.size());
+    for (const Element& element : row.elements) {
+        if (element.kind == Element::Kind::Subreport || element.kind == Element::Kind::Rows ||
+            (element.kind == Element::Kind::Picture && element.picture < 0))
+            continue;
+        const Cell& added = content.cells.emplace_back(cell(element, scope, left));
+        if (element.kind == Element::Kind::Text || isMark(element))
+            content.ascent =
+                std::max({content.ascent, m_typesetter.ascent(added.font), isMark(element) ? element.height : 0});
+        if (element.kind == Element::Kind::Picture)
+            content.pictures = std::max(content.pictures, element.height);
+    }
+    content.beside = blocks(row, scope, left);
+    return content;
+}
+
+double BandLayout::heightOf(const Row& row, const Content& content) const
+{
+    double height = content.pictures;
+    for (const Cell& cell : content.cells)
+        height = std::max(height, double(cell.lines.size()) * m_typesetter.lineHeight(cell.font));
+    for (const Block& block : content.beside)
+        height = std::max(height, block.height);
+    return row.above + row.ruleAbove + height;
+}
+
+void BandLayout::layOutBelow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const
+{
+    Row own = row;
+    std::erase_if(own.elements, [](const Element& element) { return element.kind == Element::Kind::Rows; });
+    layOutRow(own, scope, left, strips);
+    for (const Element& element : row.elements)
+        for (const Row& inner : element.rows)
+            layOutRow(inner, scope, left + element.left.in(m_textWidth - left), strips);
+}
+
+Strip BandLayout::part(const Row& row, Content& content, double limit, bool top) const
+{
+    Strip strip;
+    strip.items.reserve(content.cells.size() + 2);
+    const double textTop = (top ? row.above : 0) + row.ruleAbove;
+    double bottom = textTop;
+    int empty = 0;
+    for (Cell& cell : content.cells) {
+        const double lineHeight = m_typesetter.lineHeight(cell.font);
+        const double y = textTop + (top ? content.ascent - m_typesetter.ascent(cell.font) : 0);
+        const auto room = std::max(qsizetype((limit - y) / lineHeight), qsizetype(1));
+        const qsizetype count = std::min(cell.lines.size() - cell.done, room);
+        if (top)
+            bottom = std::max(bottom, addFigure(cell, textTop, content.ascent, strip));
+        if (count > 0) {
+            const std::size_t at = strip.items.size();
+            addText(cell, count, y, strip);
+            std::get<TextItem>(strip.items[at]).emptyBefore = std::exchange(empty, 0);
+            bottom = std::max(bottom, y + double(count) * lineHeight);
+        }
+        empty += int(cell.element->kind == Element::Kind::Text && cell.lines.isEmpty());
+        cell.done += count;
+        strip.goesOn = strip.goesOn || cell.done < cell.lines.size();
+    }
+    for (Block& block : content.beside) {
+        for (Item& item : block.items) {
+            moveItem(item, {0, textTop});
+            strip.items.push_back(std::move(item));
+        }
+        bottom = std::max(bottom, textTop + block.height);
+    }
+    strip.height = bottom + (strip.goesOn ? 0 : row.below) + row.ruleBelow;
+    return strip;
+}
+
+double BandLayout::addFigure(const Cell& cell, double textTop, double ascent, Strip& strip) const
+{
+    const Element& element = *cell.element;
+    if (element.kind == Element::Kind::Picture) {
+        const QRectF box(cell.left, textTop, cell.width, element.height);
+        strip.items.push_back(PictureItem{box, m_definition.pictures[std::size_t(element.picture)]});
+        return box.bottom();
+    }
+    if (!isMark(element) && element.kind != Element::Kind::Rule)
+        return textTop;
+    addMark(cell, textTop + ascent, strip);
+    const double line = ascent - m_typesetter.ascent(cell.font) + m_typesetter.lineHeight(cell.font);
+    return textTop + (isMark(element) ? std::max(ascent, line) : ascent + element.thickness);
 }
 
 std::vector<BandLayout::Block> BandLayout::blocks(const Row& row, const RowScope& scope, double left) const

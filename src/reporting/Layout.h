@@ -73,6 +73,22 @@ private:
         std::vector<Item> items;
         double height = 0;
     };
+    /// The contents of a row before they are placed.
+    struct Content {
+        std::vector<Cell> cells;
+        std::vector<Block> beside;
+        double ascent = 0;   ///< of the first line of texts
+        double pictures = 0; ///< height of the highest one
+    };
+    [[nodiscard]] Content contentOf(const Row& row, const RowScope& scope, double left) const;
+    /// The row's height in one piece, down to the end of its texts.
+    [[nodiscard]] double heightOf(const Row& row, const Content& content) const;
+    /// Puts the blocks of a row below it, if it would be too high with them beside it.
+    void layOutBelow(const Row& row, const RowScope& scope, double left, std::vector<Strip>& strips) const;
+    /// As much of the row as fits into the limit; the first part has the figures and blocks.
+    [[nodiscard]] Strip part(const Row& row, Content& content, double limit, bool top) const;
+    /// Adds a cell's figure, if it isn't a text; returns its bottom.
+    double addFigure(const Cell& cell, double textTop, double ascent, Strip& strip) const;
     /// The rows beside a row's own texts, one block per stack of rows.
     [[nodiscard]] std::vector<Block> blocks(const Row& row, const RowScope& scope, double left) const;
     [[nodiscard]] Cell cell(const Element& element, const RowScope& scope, double left) const;

@@ -8,11 +8,21 @@
 namespace orlo
 {
 
-DenLeaderBox::DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, bool& armed, Owner owner)
-    : QObject(box), m_box(box), m_ownSID(ownSID), m_armed(armed), m_owner(std::move(owner))
+DenLeaderBox::DenLeaderBox(widgets::CheckBox* box, Owner owner) : QObject(box), m_box(box), m_owner(std::move(owner))
 {
     box->installEventFilter(this);
     connect(box, &widgets::CheckBox::changed, this, &DenLeaderBox::click);
+}
+
+void DenLeaderBox::show(const store::Value& link)
+{
+    m_linked = link.isNull() ? std::int16_t{1} : link.toInt16();
+    m_box->setChecked(!link.isNull());
+}
+
+store::Value DenLeaderBox::value() const
+{
+    return m_box->isChecked() ? store::Value(int{m_linked}) : store::Value();
 }
 
 bool DenLeaderBox::eventFilter(QObject* watched, QEvent* event)
@@ -37,7 +47,7 @@ void DenLeaderBox::click()
         if (m_box->isChecked())
             pick();
         else
-            m_ownSID = 0;
+            m_linked = 0;
     }
     m_armed = false;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/engine/Value.h"
+
 #include <QObject>
 
 #include <cstdint>
@@ -13,7 +15,7 @@ class CheckBox;
 namespace orlo
 {
 
-/// A parent's "Den Leader" box: the user's check of it picks the adult whom the parent is linked to.
+/// A parent's "Den Leader" box, and the adult whom the parent is linked to: the user's check of the box picks one.
 ///
 /// Code that sets the box runs the same handler as the user's click. So the handler only acts while the box is armed,
 /// from the moment when the focus comes to it until the end of the next click.
@@ -31,8 +33,14 @@ public:
         std::function<void()> deliver;
     };
 
-    /// The box clears the link of its own when the user clears it; `armed` says whether it acts.
-    DenLeaderBox(widgets::CheckBox* box, std::int16_t& ownSID, bool& armed, Owner owner);
+    DenLeaderBox(widgets::CheckBox* box, Owner owner);
+
+    /// Shows a stored link. None is a 1, which a save writes only when the user checks the box without a pick.
+    void show(const store::Value& link);
+    /// What a save writes: the link while the box is checked, otherwise Null.
+    [[nodiscard]] store::Value value() const;
+    /// Links the parent to an adult, 0 for none.
+    void link(std::int16_t adult) { m_linked = adult; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -41,8 +49,8 @@ private:
     void pick();
 
     widgets::CheckBox* m_box;
-    std::int16_t& m_ownSID;
-    bool& m_armed;
+    std::int16_t m_linked = 0;
+    bool m_armed = false; // the next click is the user's
     Owner m_owner;
 };
 

@@ -9,7 +9,7 @@ namespace orlo
 dlgFindScout::dlgFindScout() : ui(std::make_unique<Ui::dlgFindScout>())
 {
     ui->setupUi(this);
-    bindControls(ui->cmdFind, ui->cmdSelectAll, ui->cmdCancel);
+    bindControls();
     for (QLineEdit* box : {ui->txtFirst, ui->txtLast, ui->txtMi})
         connect(box, &QLineEdit::textChanged, this, [this] { ui->cmdFind->setEnabled(true); });
 }

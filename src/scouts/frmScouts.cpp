@@ -37,28 +37,21 @@ frmScouts::frmScouts()
 {
     ui->setupUi(this);
     bindControls(
-        *ui,
         {.list = ui->lbScouts, .tabs = ui->tabScout, .awards = ui->fgScoutsAwards, .personName = ui->lblScoutName});
-    setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
     bindFields();
     bindParents();
     ui->fgScoutsAwards->setCols(InsigniaSID + 1);
     widgets::sayWhenEmpty(*ui->fgScoutsAwards, nothingYet(QStringLiteral("awards"), *ui->cmdAddAward));
-    connect(ui->cmdAddAward, &QPushButton::clicked, this, [this] {
-        auto& dialog = widgets::Instance<frmAddAwardsToScout>::get();
-        dialog.giveTo(*this);
-        dialog.showWaiting();
-    });
-    connectRoutine(ui->cmdEditAward, &frmScouts::cmdEditAward_Click);
-    connectRoutine(ui->cmdDeleteAward, &frmScouts::cmdDeleteAward_Click);
+    giveAwardsBy<frmAddAwardsToScout>();
+    connectRoutine("cmdEditAward", &frmScouts::cmdEditAward_Click);
 }
 
 frmScouts::~frmScouts() = default;
 
 void frmScouts::bindFields()
 {
-    m_fields = {
+    setFields({
         textField(u"First_Name", ui->txtFirst),
         textField(u"Last_Name", ui->txtLast),
         textField(u"MI", ui->txtMi),
@@ -78,7 +71,7 @@ void frmScouts::bindFields()
         wholeNumberField(u"Years_In_Scouts", ui->txtYearsInScouts),
         textField(u"School", ui->txtSchool),
         textField(u"BSA_Number", ui->txtBSANum),
-        textField(u"Scouts_Email", ui->txtEmail),
+        silent(textField(u"Scouts_Email", ui->txtEmail)), // an edit of it alone counts as no change
         textField(u"Alt_Parent_Address", ui->txtAltAddress),
         textField(u"Alt_Parent_City", ui->txtAltCity),
         textField(u"Alt_Parent_State", ui->txtAltState),
@@ -87,20 +80,16 @@ void frmScouts::bindFields()
         textField(u"Parent1_Home_Phone", ui->txtParent1HPhone),
         textField(u"Parent1_Work_Phone", ui->txtParent1WPhone),
         optionField(u"Parent1_Use_Scout_Add", ui->optP1UseScoutAdd, ui->optParent1UseAltAdd),
-        checkField(u"Parent1_Correspondance", ui->chkP1IncludeCorr, ui->chkP1IncludeCorr),
+        checkField(u"Parent1_Correspondance", ui->chkP1IncludeCorr, ui->chkP1IncludeCorr, true),
         textField(u"Parent2_Email", ui->txtParent2Email),
         textField(u"Parent2_Home_Phone", ui->txtParent2HPhone),
         textField(u"Parent2_Work_Phone", ui->txtParent2WPhone),
         optionField(u"Parent2_Use_Scout_Add", ui->optP2UseScoutAdd, ui->optParent2UseAltAdd),
-        checkField(u"Parent2_Correspondance", ui->chkP2IncludeCorr, ui->chkP1IncludeCorr), // the first parent's box
-        wholeNumberField(u"Grade_In_School", ui->txtGrade),
+        checkField(u"Parent2_Correspondance", ui->chkP2IncludeCorr, ui->chkP1IncludeCorr, // the first parent's box
+                   false),
+        kept(wholeNumberField(u"Grade_In_School", ui->txtGrade)),
         yesNoField(u"Boys_Life", ui->cmbBoysLife),
-    };
-    // An edit of the e-mail address alone counts as no change.
-    for (const RecordField& field : m_fields)
-        if (field.control != ui->txtEmail)
-            enableSaveOnChange({field.control});
-    enableSaveOnChange({ui->optParent1UseAltAdd, ui->optParent2UseAltAdd});
+    });
     for (QLineEdit* date : {ui->txtDOB, ui->txtPackStartDate})
         openCalendarOnDoubleClick(date, [this] { ui->cmdSave->setEnabled(true); });
     connect(ui->comDen, &widgets::ComboBox::textChange, this, &frmScouts::comDen_Change);
@@ -141,10 +130,9 @@ void frmScouts::FillRecord()
 {
     const Reading reading(database());
     const auto& record = *rsRecords;
-    for (const RecordField& field : m_fields)
-        field.show(record[field.name]);
-    fillLink(u"Parent1_Den_Leader_SID", mParent1LeaderSID, ui->chkP1DenLeader);
-    fillLink(u"Parent2_Den_Leader_SID", mParent2LeaderSID, ui->chkP2DenLeader);
+    showFields();
+    m_parent1Leader->show(record[u"Parent1_Den_Leader_SID"]);
+    m_parent2Leader->show(record[u"Parent2_Den_Leader_SID"]);
     if (const store::Value den = record[u"Assigned_Den_SID"]; !den.isNull() && den.toInt16() > 0) {
         mDenSID = den.toInt16();
         ui->comDen->setText(GetDenName(mDenSID)); // a change of the text looks mDenSID up once more
@@ -163,17 +151,7 @@ void frmScouts::FillRecord()
 void frmScouts::ClearRecord()
 {
     ui->comDen->setText(QStringLiteral(" "));
-    for (const RecordField& field : m_fields)
-        if (auto* box = qobject_cast<QLineEdit*>(field.control); box && box != ui->txtGrade)
-            widgets::fillBox(*box, QString());
-    widgets::fillBox(*ui->txtGrade,
-                     ui->txtGrade->text()); // a new scout has what shows, not what another one has stored
-    ui->txtScoutNote->clear();
-    ui->optP1UseScoutAdd->setChecked(true);
-    ui->optP2UseScoutAdd->setChecked(true);
-    ui->chkP1IncludeCorr->setChecked(true);
-    ui->chkP2IncludeCorr->setChecked(false);
-    ui->cmbBoysLife->setText(No);
+    clearFields();
     endRoutine();
 }
 
@@ -183,13 +161,9 @@ void frmScouts::SaveRecord()
     if (!mNewRecord)
         record.edit();
     markMissingBirthDate(*ui->txtDOB);
-    for (const RecordField& field : m_fields)
-        record.setValue(field.name, field.value());
-    const auto link = [](const QAbstractButton* box, std::int16_t sid) {
-        return box->isChecked() ? store::Value(int{sid}) : store::Value();
-    };
-    record.setValue(u"Parent1_Den_Leader_SID", link(ui->chkP1DenLeader, mParent1LeaderSID));
-    record.setValue(u"Parent2_Den_Leader_SID", link(ui->chkP2DenLeader, mParent2LeaderSID));
+    writeFields();
+    record.setValue(u"Parent1_Den_Leader_SID", m_parent1Leader->value());
+    record.setValue(u"Parent2_Den_Leader_SID", m_parent2Leader->value());
     record.setValue(u"Assigned_Den_SID", mDenSID >= 1 ? store::Value(int{mDenSID}) : store::Value());
     if (mNewRecord)
         record.setValue(u"Scout_SID", int{mCurrentSID});
@@ -232,7 +206,7 @@ void frmScouts::setDefaults()
 // A new scout begins in the den that the filter names.
 void frmScouts::finishNew()
 {
-    if (!filtersByDen()) {
+    if (!filters().namesDen()) {
         mDenSID = -1;
         return;
     }
@@ -296,7 +270,7 @@ void frmScouts::LoadDenLists()
         for (const QString& den : std::as_const(m_dens.texts))
             ui->comDen->addItem(den);
         if (filterRows != dens && denRows != dens)
-            rebuildDenFilter();
+            filters().setDens(m_dens.texts);
     }
     endRoutine();
 }
@@ -320,13 +294,11 @@ QString frmScouts::listMiddle(const QString& initial) const
 
 void frmScouts::bindParents()
 {
-    const auto owner = [this] {
-        return DenLeaderBox::Owner{[this](bool enable) { ui->cmdSave->setEnabled(enable); },
-                                   [this] { return !ui->comDen->text().isEmpty(); }, [this] { return PickDenLeader(); },
-                                   [this] { mParent2LeaderSID = mPickedAdultSID; }}; // whichever box picked
-    };
-    new DenLeaderBox(ui->chkP1DenLeader, mParent1LeaderSID, mP1BoxArmed, owner());
-    new DenLeaderBox(ui->chkP2DenLeader, mParent2LeaderSID, mP2BoxArmed, owner());
+    const DenLeaderBox::Owner owner{
+        [this](bool enable) { ui->cmdSave->setEnabled(enable); }, [this] { return !ui->comDen->text().isEmpty(); },
+        [this] { return PickDenLeader(); }, [this] { m_parent2Leader->link(mPickedAdultSID); }}; // whichever box picked
+    m_parent1Leader = new DenLeaderBox(ui->chkP1DenLeader, owner);
+    m_parent2Leader = new DenLeaderBox(ui->chkP2DenLeader, owner);
 }
 
 bool frmScouts::PickDenLeader()
@@ -334,14 +306,6 @@ bool frmScouts::PickDenLeader()
     mPickedAdultSID = 0;
     widgets::Instance<dlgSelectAdultLink>::showWaiting();
     return mPickedAdultSID > 0;
-}
-
-// No link is a 1, which a save writes only when the user checks the box without a pick.
-void frmScouts::fillLink(QStringView field, std::int16_t& sid, QAbstractButton* box)
-{
-    const store::Value link = rsRecords->value(field);
-    sid = link.isNull() ? std::int16_t{1} : link.toInt16();
-    box->setChecked(!link.isNull());
 }
 
 // ---- Awards

@@ -12,6 +12,8 @@ class frmScouts;
 namespace orlo
 {
 
+class DenLeaderBox;
+
 /// The scouts: a list of those in view beside one scout's record, with both parents, the awards held and a note.
 class frmScouts : public PeopleForm
 {
@@ -43,6 +45,7 @@ protected:
 
     void setDefaults() override;
     void finishNew() override;
+    void cmdDeleteAward_Click() override;
     void deleteAwards() override { DeleteAwardsOfScout(); }
 
     [[nodiscard]] QString findStatement() const override;
@@ -60,20 +63,16 @@ private:
     void bindParents();
     void setFieldsEnabled(bool enabled);
     [[nodiscard]] bool PickDenLeader();
-    void fillLink(QStringView field, std::int16_t& sid, QAbstractButton* box);
     void OpenScouts() { openSet(); }
     void DeleteAwardsOfScout();
     void comDen_Change();
     void cmdEditAward_Click();
-    void cmdDeleteAward_Click();
 
     std::unique_ptr<Ui::frmScouts> ui;
     std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
     std::int16_t mPickedAdultSID = 0;
-    bool mP1BoxArmed = false; ///< the next click of the parent's box is the user's
-    bool mP2BoxArmed = false;
-    std::int16_t mParent1LeaderSID = 0; ///< what a save writes for a parent while the parent's box is checked
-    std::int16_t mParent2LeaderSID = 0;
+    DenLeaderBox* m_parent1Leader = nullptr;
+    DenLeaderBox* m_parent2Leader = nullptr;
 };
 
 } // namespace orlo

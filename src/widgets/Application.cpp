@@ -2,6 +2,7 @@
 
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
+#include "widgets/Accessible.h"
 #include "widgets/Form.h"
 #include "widgets/NestedLoop.h"
 #include "widgets/Style.h"
@@ -203,6 +204,7 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv)
     setApplicationName(QStringLiteral("ORLO"));
     setStyle(new Style);
     installEventFilter(this);
+    installAccessibility();
 }
 
 bool Application::notify(QObject* receiver, QEvent* event)
@@ -322,6 +324,14 @@ bool Application::eventFilter(QObject* watched, QEvent* event)
     return QApplication::eventFilter(watched, event);
 }
 
+void Application::press(QAbstractButton& button)
+{
+    if (auto* application = qobject_cast<Application*>(qApp))
+        application->m_held = false; // whatever the keys are doing
+    QShortcutEvent accessKey(QKeySequence(), 0);
+    sendEvent(&button, &accessKey);
+}
+
 QString Application::reportOf(const platform::RuntimeError& error)
 {
     return QStringLiteral("%1\n\nORLO must close. %2")
@@ -329,7 +339,7 @@ QString Application::reportOf(const platform::RuntimeError& error)
              closingWords.isEmpty() ? QStringLiteral("What was saved before is safe.") : closingWords);
 }
 
-void Application::setClosingWords(const QString& sentence)
+void setClosingWords(const QString& sentence)
 {
     closingWords = sentence;
 }

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QPointer>
 
+class QAbstractButton;
+
 namespace orlo::platform
 {
 class RuntimeError;
@@ -24,14 +26,14 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+    /// Clicks a button as its access key would: at once, unless access keys are held back there.
+    static void press(QAbstractButton& button);
+
     /// Shows the run-time report, "Run-time error '3421':" and the description, then ends the process at once with
     /// status 1, without saving or closing anything.
     [[noreturn]] static void reportAndEnd(const platform::RuntimeError& error);
     /// The report's text.
     [[nodiscard]] static QString reportOf(const platform::RuntimeError& error);
-    /// Sets the sentence that ends the report from now on, about the state of the records; an empty text restores "What
-    /// was saved before is safe."
-    static void setClosingWords(const QString& sentence);
 
 private:
     static void failed(const platform::RuntimeError& error);
@@ -46,5 +48,9 @@ private:
     int m_releasedKey = 0;
     quint64 m_releasedAt = 0; // its time stamp
 };
+
+/// The sentence with which the report of a failure ends from now on, about what has become of the records; an empty
+/// text for the usual one, "What was saved before is safe."
+void setClosingWords(const QString& sentence);
 
 } // namespace orlo::widgets

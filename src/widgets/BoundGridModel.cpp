@@ -1,5 +1,6 @@
 #include "widgets/BoundGridModel.h"
 
+#include "widgets/Accessible.h"
 #include "widgets/DataControl.h"
 
 #include <limits>
@@ -25,6 +26,8 @@ QVariant BoundGridModel::data(const QModelIndex& index, int role) const
         return {};
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return text(index.row(), index.column());
+    if (role == Qt::AccessibleDescriptionRole && !(flags(index) & Qt::ItemIsEditable))
+        return otherCells(index, [this](int column) { return !m_columns[column].hidden; });
     if (role == Qt::TextAlignmentRole)
         return QVariant::fromValue(m_columns[index.column()].alignment | Qt::AlignVCenter);
     return {};
@@ -44,6 +47,11 @@ QVariant BoundGridModel::headerData(int section, Qt::Orientation orientation, in
         if (section == m_openRow)
             return QStringLiteral("\u270E"); // a pencil: not written yet
         return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("*") : QString();
+    }
+    if (orientation == Qt::Vertical && role == Qt::AccessibleDescriptionRole) {
+        if (section == m_openRow)
+            return QStringLiteral("Not saved yet");
+        return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("New record") : QString();
     }
     if (orientation == Qt::Vertical && role == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));

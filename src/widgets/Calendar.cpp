@@ -24,12 +24,12 @@ Calendar::Calendar(QWidget* parent)
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
         setWeekdayTextFormat(day, {});
     setDateEditEnabled(false); // Enter takes the marked day, never a half-typed one
-    m_days->setAccessibleName(tr("Days"));
-    for (const auto& [part, name] : {std::pair("qt_calendar_prevmonth", tr("Previous month")),
-                                     {"qt_calendar_nextmonth", tr("Next month")},
-                                     {"qt_calendar_monthbutton", tr("Month")},
-                                     {"qt_calendar_yearbutton", tr("Change the year")},
-                                     {"qt_calendar_yearedit", tr("Year")}})
+    m_days->setAccessibleName(QStringLiteral("Days"));
+    for (const auto& [part, name] : {std::pair("qt_calendar_prevmonth", QStringLiteral("Previous month")),
+                                     {"qt_calendar_nextmonth", QStringLiteral("Next month")},
+                                     {"qt_calendar_monthbutton", QStringLiteral("Month")},
+                                     {"qt_calendar_yearbutton", QStringLiteral("Change the year")},
+                                     {"qt_calendar_yearedit", QStringLiteral("Year")}})
         if (auto* control = findChild<QWidget*>(QLatin1String(part)))
             control->setAccessibleName(name);
     for (const auto& [button, glyph] :

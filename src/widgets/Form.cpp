@@ -227,6 +227,14 @@ bool Form::putsOffDeletion(QObject& object)
     return true;
 }
 
+QWidget* Form::controlNamed(const char* name) const
+{
+    QWidget*& control = m_controls[QLatin1StringView(name)];
+    if (!control)
+        control = findChild<QWidget*>(QLatin1StringView(name));
+    return control;
+}
+
 void Form::setDefaultButton(QPushButton* button)
 {
     if (m_defaultButton)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QPointer>
 #include <QPushButton>
 #include <QWidget>
@@ -65,6 +66,16 @@ protected:
     /// The form's load step.
     virtual void load() {}
 
+    /// The form's own control of that name; one that it hasn't got, or not as that, is a fault of the program.
+    template <class T>
+    [[nodiscard]] T& control(const char* name) const
+    {
+        T* found = qobject_cast<T*>(controlNamed(name));
+        if (!found)
+            qFatal("%s: no control %s", metaObject()->className(), name);
+        return *found;
+    }
+
     /// Null for none.
     void setDefaultButton(QPushButton* button);
     void setCancelButton(QPushButton* button);
@@ -94,6 +105,7 @@ private:
         std::function<bool()> passes;
     };
 
+    [[nodiscard]] QWidget* controlNamed(const char* name) const;
     [[nodiscard]] QWidget* checkedFieldAt(const QWidget* target) const;
     [[nodiscard]] bool mayGoTo(const QWidget* target);
 
@@ -106,6 +118,7 @@ private:
     QPointer<QPushButton> m_defaultButton;
     QPointer<QPushButton> m_cancelButton;
     QList<LeaveCheck> m_leaveChecks;
+    mutable QHash<QLatin1StringView, QWidget*> m_controls; // those that were asked for
     QPointer<QWidget> m_unchecked; // the last focused field whose check hasn't passed since
 };
 

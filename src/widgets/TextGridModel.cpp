@@ -1,5 +1,7 @@
 #include "widgets/TextGridModel.h"
 
+#include "widgets/Accessible.h"
+
 namespace orlo::widgets
 {
 
@@ -20,6 +22,12 @@ QVariant TextGridModel::data(const QModelIndex& index, int role) const
         return {};
     if (role == Qt::DisplayRole)
         return text(row, index.column());
+    if (role == Qt::AccessibleDescriptionRole) { // the rest of the row, the mark first
+        const QString others = otherCells(index, [this](int column) { return !text(0, column).isEmpty(); });
+        const bool marked = index.column() != 0 && !text(row, 0).isEmpty();
+        return marked ? QStringLiteral("marked") + (others.isEmpty() ? QString() : QStringLiteral(", ") + others)
+                      : others;
+    }
     if (role == Qt::TextAlignmentRole) {
         const auto alignment = index.column() == 0 ? Qt::AlignHCenter : m_alignments[std::size_t(index.column())];
         return QVariant::fromValue(alignment | Qt::AlignVCenter);
@@ -33,8 +41,10 @@ QVariant TextGridModel::headerData(int section, Qt::Orientation orientation, int
         return {};
     if (role == Qt::DisplayRole)
         return text(0, section);
-    if (role == Qt::AccessibleTextRole) // a heading may have no text
-        return text(0, section).isEmpty() ? tr("Column %1").arg(section + 1) : text(0, section);
+    if (role == Qt::AccessibleTextRole && text(0, section).isEmpty())
+        return section == 0 ? QStringLiteral("Mark") : QStringLiteral("Key");
+    if (role == Qt::AccessibleTextRole)
+        return text(0, section);
     if (role == Qt::TextAlignmentRole)
         return int(m_alignments[std::size_t(section)] | Qt::AlignVCenter) | int(Qt::TextWordWrap);
     return {};

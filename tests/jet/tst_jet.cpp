@@ -140,7 +140,7 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         m_told.clear();
-        store::takeoverWatch() = {{}, [this](const QString& report) { m_told += report; }};
+        store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
     }
 
     void everyValue_data() { test::table({"sample"}, "small-1.0 \n small-1.1 \n jet3"); }
@@ -377,7 +377,7 @@ private Q_SLOTS:
             forbidden.emplace(path(), test::Forbidden::Folder);
         test::limitFiles(situation.startsWith(u"a disk") ? 30'000 : -1);
         if (situation.startsWith(u"changed"))
-            store::takeoverWatch().progress = [this, &bytes](const QString&, int) { write(bytes); };
+            store::setTakeoverWatch({[this, &bytes](const QString&, int) { write(bytes); }, {}});
         const auto failure = test::failureOf([this] { return store::openPack(path()); });
         test::limitFiles(-1);
         forbidden.reset();

@@ -116,9 +116,9 @@ private Q_SLOTS:
     }
     void cleanup()
     {
-        ReportControl::setDatabaseProvider({});
+        setDatabaseProvider({});
         setPrinterFactory({});
-        RunProgress::setDelay(400);
+        setProgressDelay(400);
         for (const char* file : {"new.inc", "new.png", "pack.inc"})
             QFile::remove(path(file));
         QApplication::closeAllWindows();
@@ -131,7 +131,7 @@ private Q_SLOTS:
         const QString file = path("current.mdb");
         QVERIFY(QFile::copy(path("a.mdb"), file));
         store::Database open = store::DBEngine::openDatabase(file);
-        ReportControl::setDatabaseProvider([&](const QString& name) { return name == file ? &open : nullptr; });
+        setDatabaseProvider([&](const QString& name) { return name == file ? &open : nullptr; });
         const auto shopping = control("current.mdb");
         QCOMPARE(shown(*shopping), "Apple Axe");
         open.close();
@@ -325,7 +325,7 @@ private Q_SLOTS:
     void followsWhileItRuns()
     {
         const auto shopping = longControl();
-        RunProgress::setDelay(0);
+        setProgressDelay(0);
         const auto named = [this](const char* title) {
             const QString text = QString::fromUtf8(test::contents(path("Shopping.rpt")));
             report("report \"" + QString(title) + "\"\n" + text.mid(text.indexOf("source")));
@@ -399,7 +399,7 @@ private Q_SLOTS:
                     QTest::mouseClick(dialog->findChild<QPushButton*>(), Qt::LeftButton);
             });
             watch.start(0);
-            RunProgress::setDelay(0);
+            setProgressDelay(0);
             QCOMPARE(shopping->run(), ReportControl::UserInterrupt);
             QVERIFY(blocked);
             QCOMPARE(reentered, int(platform::InvalidProcedureCall));

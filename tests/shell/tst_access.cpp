@@ -22,6 +22,15 @@ QString nameOf(QWidget* control)
     return name.remove(QRegularExpression("[&:]"));
 }
 
+// What a screen reader says before the first of a group of choices.
+QString groupOf(const QAccessibleInterface& choice)
+{
+    const auto* parent = choice.parent();
+    while (parent && parent->role() != QAccessible::Grouping && parent->role() != QAccessible::Dialog)
+        parent = parent->parent();
+    return parent && parent->role() == QAccessible::Grouping ? parent->text(QAccessible::Name) : QString();
+}
+
 // What a screen reader finds nameless in the window: parts that can be worked, columns, and boxes that aren't
 // described, a box being called by its choice on X11.
 void addNameless(QAccessibleInterface& part, QStringList& faults)
@@ -34,6 +43,10 @@ void addNameless(QAccessibleInterface& part, QStringList& faults)
     };
     if (part.state().invisible)
         return;
+    if (const auto* box = qobject_cast<QGroupBox*>(part.object()))
+        expect(box->title().isEmpty() || part.text(A::Name) == box->title().remove('&') ? "x" : "", "other name");
+    if (part.role() == A::RadioButton)
+        expect(groupOf(part) + part.text(A::Description), "no group");
     if (part.role() == A::ComboBox)
         expect(part.text(A::Description), "no description");
     else if (QSet{A::EditableText, A::CheckBox, A::RadioButton, A::Button, A::ButtonMenu, A::SpinBox, A::List, A::Table,
@@ -105,6 +118,12 @@ QStringList faultsOf(QWidget& form)
                    "contrast", widget);
         }
     }
+    QWidget* inside = form.findChild<widgets::Form*>(); // an area that scrolls
+    auto* screen = QAccessible::queryAccessibleInterface(inside ? inside : &form);
+    const bool isMain = qobject_cast<QMainWindow*>(&form);
+    expect(screen->role() == (isMain ? QAccessible::Window : QAccessible::Dialog), "role", &form);
+    expect(screen->state().modal == form.isModal(), "modal or not", &form);
+    expect(screen->text(QAccessible::Name) == form.windowTitle(), "no title", &form);
     addNameless(*QAccessible::queryAccessibleInterface(&form), faults);
     for (auto* control : controls)
         control->setEnabled(true);

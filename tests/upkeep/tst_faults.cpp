@@ -117,7 +117,7 @@ private Q_SLOTS:
         gDatabase.reset();
         QTEST(QString::number(number), "told");
         QTEST(widgets::Application::reportOf(platform::RuntimeError(number)).section("close. ", 1), "closing");
-        widgets::Application::setClosingWords({});
+        widgets::setClosingWords({});
         if (fault == "damaged")
             repair();
         QCOMPARE(sqlite(file, "Select Count(*) From Adults; Pragma integrity_check").join(' '), "500 ok");

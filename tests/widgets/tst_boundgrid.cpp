@@ -120,6 +120,13 @@ private Q_SLOTS:
         screen.grid.setColumns({});
         QCOMPARE(screen.grid.columns().size(), 2);
         QCOMPARE(screen.shown(1, Title), "Baloo");
+        const auto heard = [&](int row, int column) {
+            return screen.grid.model()->index(row, column).data(Qt::AccessibleDescriptionRole).toString();
+        };
+        QCOMPARE(heard(1, Title), QString()); // cells that are typed into are read one by one
+        screen.grid.setAllowUpdate(false);
+        QCOMPARE(heard(1, Title), "Sort_Order: 2");
+        screen.grid.setAllowUpdate(true);
         const auto* caption = screen.grid.findChild<QLabel*>("caption");
         QVERIFY(caption->isVisible() && caption->geometry().bottom() < screen.grid.viewport()->y());
     }

@@ -49,6 +49,12 @@ private Q_SLOTS:
         grid.setText(2, 3, "sid");
         QCOMPARE(grid.model()->headerData(1, Qt::Horizontal).toString(), "Name");
         QCOMPARE(grid.model()->index(1, 0).data().toString() + grid.text(2, 3), "Xsid");
+        grid.setText(0, 2, "Den");
+        grid.setText(2, 2, "7");
+        const QModelIndex read = grid.model()->index(1, 1); // a row is read aloud whole, but for its mark and keys
+        QCOMPARE(read.data(Qt::AccessibleDescriptionRole).toString(), "marked, Den: 7");
+        QCOMPARE(read.siblingAtRow(0).data(Qt::AccessibleDescriptionRole).toString(), QString());
+        QCOMPARE(grid.model()->headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Mark");
         grid.setCols(3);
         grid.setCols(4);
         QCOMPARE(grid.text(2, 3) + grid.text(3, 1), "3");

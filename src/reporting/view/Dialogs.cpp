@@ -71,7 +71,7 @@ void printByDialog(QWidget& window, std::shared_ptr<const Document> document, in
     }
     const QPointer<QWidget> there(&window);
     try {
-        RunProgress progress(QObject::tr("Printing the report…"));
+        RunProgress progress(QStringLiteral("Printing the report…"));
         printDocument(*printer, *document, from, to, std::ref(progress));
     } catch (const platform::RuntimeError& error) {
         if (there)

@@ -34,10 +34,10 @@ FindBar::FindBar(std::shared_ptr<const Document> document, PageView& view, QActi
     : m_document(std::move(document)), m_view(view), m_text(new QLineEdit), m_state(new QLabel)
 {
     setObjectName(QStringLiteral("findBar"));
-    auto* label = new QLabel(tr("Fin&d:"));
+    auto* label = new QLabel(QStringLiteral("Fin&d:"));
     label->setBuddy(m_text);
     m_text->setObjectName(QStringLiteral("txtFind"));
-    m_text->setAccessibleName(tr("Find text"));
+    m_text->setAccessibleName(QStringLiteral("Find text"));
     m_text->setClearButtonEnabled(true);
     m_text->setMinimumWidth(fontMetrics().averageCharWidth() * 32);
     m_text->setMaximumWidth(fontMetrics().averageCharWidth() * 60);
@@ -138,9 +138,9 @@ void FindBar::mark()
     if (m_text->text().isEmpty())
         m_state->clear();
     else if (m_hits.empty())
-        m_state->setText(tr("Not found"));
+        m_state->setText(QStringLiteral("Not found"));
     else
-        m_state->setText(tr("%1 of %2").arg(m_current + 1).arg(m_hits.size()));
+        m_state->setText(QStringLiteral("%1 of %2").arg(m_current + 1).arg(m_hits.size()));
 }
 
 } // namespace orlo::reporting

@@ -104,7 +104,7 @@ void LiveReport::run()
         if (!self)
             return;
         if (!document)
-            return m_preview.tell(tr("The report wasn't run again. These are the pages of before."));
+            return m_preview.tell(QStringLiteral("The report wasn't run again. These are the pages of before."));
         m_preview.setDocument(std::make_shared<const Document>(std::move(*document)));
         follow(m_preview.document().files, began);
     } catch (const ReportError& error) {

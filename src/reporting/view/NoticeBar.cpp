@@ -19,12 +19,12 @@ NoticeBar::NoticeBar() : m_text(new QLabel), m_open(new QToolButton)
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_text->setWordWrap(true);
     m_open->setObjectName(QStringLiteral("cmdOpenSaved"));
-    m_open->setText(tr("&Open"));
+    m_open->setText(QStringLiteral("&Open"));
     auto* close = new QToolButton;
     close->setObjectName(QStringLiteral("cmdCloseNotice"));
     close->setIcon(widgets::glyphIcon(widgets::Glyph::Close));
     close->setAutoRaise(true);
-    close->setAccessibleName(tr("Close this line"));
+    close->setAccessibleName(QStringLiteral("Close this line"));
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(8, 4, 8, 4);
@@ -48,7 +48,7 @@ void NoticeBar::tell(const QString& text, const QString& opens)
 void NoticeBar::open()
 {
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_path)))
-        tell(tr("No program of this computer opens %1.").arg(m_path));
+        tell(QStringLiteral("No program of this computer opens %1.").arg(m_path));
 }
 
 } // namespace orlo::reporting

@@ -32,7 +32,7 @@ public:
         if (role == Qt::DisplayRole)
             return index.row() + 1;
         if (role == Qt::AccessibleTextRole)
-            return PageList::tr("Page %1").arg(index.row() + 1);
+            return QStringLiteral("Page %1").arg(index.row() + 1);
         return {};
     }
 
@@ -88,7 +88,7 @@ PageList::PageList(std::shared_ptr<const Document> document, QWidget* parent)
     : QTabWidget(parent), m_document(std::move(document))
 {
     setObjectName(QStringLiteral("tabPageList"));
-    setAccessibleName(tr("Page list"));
+    setAccessibleName(QStringLiteral("Page list"));
     setDocumentMode(true);
     addPages();
     if (m_document->outline.empty())
@@ -117,7 +117,7 @@ void PageList::addPages()
 {
     m_pages = new QListView;
     m_pages->setObjectName(QStringLiteral("lstPages"));
-    m_pages->setAccessibleName(tr("Pages"));
+    m_pages->setAccessibleName(QStringLiteral("Pages"));
     m_pages->setFrameShape(QFrame::NoFrame);
     m_pages->setUniformItemSizes(true);
     m_pages->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -130,14 +130,14 @@ void PageList::addPages()
     };
     connect(m_pages, &QListView::clicked, this, pick);
     connect(m_pages->selectionModel(), &QItemSelectionModel::currentChanged, this, pick);
-    addTab(m_pages, tr("Pages"));
+    addTab(m_pages, QStringLiteral("Pages"));
 }
 
 void PageList::addOutline()
 {
     m_outline = new QTreeWidget;
     m_outline->setObjectName(QStringLiteral("treOutline"));
-    m_outline->setAccessibleName(tr("Outline of the groups"));
+    m_outline->setAccessibleName(QStringLiteral("Outline of the groups"));
     m_outline->setFrameShape(QFrame::NoFrame);
     m_outline->setHeaderHidden(true);
     m_outline->setUniformRowHeights(true);
@@ -162,7 +162,7 @@ void PageList::addOutline()
     };
     connect(m_outline, &QTreeWidget::itemClicked, this, pick);
     connect(m_outline, &QTreeWidget::currentItemChanged, this, pick);
-    addTab(m_outline, tr("Outline"));
+    addTab(m_outline, QStringLiteral("Outline"));
 }
 
 } // namespace orlo::reporting

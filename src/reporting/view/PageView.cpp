@@ -1,5 +1,6 @@
 #include "reporting/view/PageView.h"
 
+#include "reporting/view/PageReader.h"
 #include "reporting/view/Sheet.h"
 
 #include <QKeyEvent>
@@ -32,8 +33,9 @@ const QColor SelectedColor(170, 205, 245);
 PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     : QAbstractScrollArea(parent), m_document(std::move(document))
 {
+    makePagesReadable();
     setObjectName(QStringLiteral("vwPages"));
-    setAccessibleName(tr("Report pages"));
+    setAccessibleName(QStringLiteral("Report pages"));
     setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
     viewport()->setBackgroundRole(QPalette::Dark);
@@ -244,6 +246,13 @@ void PageView::mouseDoubleClickEvent(QMouseEvent* event)
     selectionMoved();
 }
 
+void PageView::select(const TextSpan& span)
+{
+    m_selection.begin({span.page, span.from}, false);
+    m_selection.extendTo({span.page, span.to});
+    selectionMoved();
+}
+
 void PageView::selectAll()
 {
     m_selection.takeAll(*m_document);
@@ -259,6 +268,13 @@ QPointF PageView::onPage(int page, QPointF inViewport) const
 {
     const QRectF sheet = pageBox(page);
     return (inViewport - sheet.topLeft()) * (m_document->paper.width() / sheet.width());
+}
+
+QRectF PageView::inViewport(int page, const QRectF& box) const
+{
+    const QRectF sheet = pageBox(page);
+    const double scale = sheet.width() / m_document->paper.width();
+    return {sheet.topLeft() + box.topLeft() * scale, box.size() * scale};
 }
 
 TextPlace PageView::placeAt(QPointF inViewport) const
@@ -281,12 +297,9 @@ void PageView::selectionMoved()
 
 void PageView::paintSpan(QPainter& painter, const PageText& text, const TextSpan& span, const QColor& color) const
 {
-    const double scale = pageSize().width() / m_document->paper.width();
     painter.setBrush(color);
-    for (const QRectF& box : text.boxes(span.from, span.to)) {
-        const QPointF corner = pageBox(span.page).topLeft() + box.topLeft() * scale;
-        painter.drawRoundedRect(QRectF(corner, box.size() * scale).adjusted(-1, -1, 1, 1), 2, 2);
-    }
+    for (const QRectF& box : text.boxes(span.from, span.to))
+        painter.drawRoundedRect(inViewport(span.page, box).adjusted(-1, -1, 1, 1), 2, 2);
 }
 
 void PageView::scrollContentsBy(int, int)
@@ -384,13 +397,15 @@ void PageView::showHit()
 {
     if (m_currentHit < 0 || m_currentHit >= static_cast<int>(m_hits.size()))
         return;
-    const TextSpan span = m_hits[static_cast<std::size_t>(m_currentHit)];
+    bringIntoView(m_hits[static_cast<std::size_t>(m_currentHit)]);
+}
+
+void PageView::bringIntoView(const TextSpan& span)
+{
     const std::vector<QRectF> boxes = PageText(*m_document, span.page).boxes(span.from, span.to);
     if (boxes.empty())
         return;
-    const QRectF sheet = pageBox(span.page);
-    const double scale = sheet.width() / m_document->paper.width();
-    const QRectF box(sheet.topLeft() + boxes.front().topLeft() * scale, boxes.front().size() * scale);
+    const QRectF box = inViewport(span.page, boxes.front());
     if (!QRectF(viewport()->rect()).contains(box)) {
         const QScopedValueRollback<bool> keep(m_goingToPage, true);
         verticalScrollBar()->setValue(verticalScrollBar()->value() +
@@ -423,7 +438,8 @@ void PageView::setCurrentPage(int page)
 
 void PageView::describePage()
 {
-    setAccessibleDescription(tr("Page %1 of %2").arg(m_currentPage + 1).arg(pageCount()));
+    setAccessibleDescription(QStringLiteral("Page %1 of %2").arg(m_currentPage + 1).arg(pageCount()));
+    tellOfPage(*this);
 }
 
 } // namespace orlo::reporting

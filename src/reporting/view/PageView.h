@@ -31,6 +31,8 @@ public:
     /// Replaces the first page, shown alone so far, by the whole document; keeps the reader's place.
     void setDocument(std::shared_ptr<const Document> document);
 
+    /// What is shown.
+    [[nodiscard]] const std::shared_ptr<const Document>& document() const { return m_document; }
     /// The number of pages so far.
     [[nodiscard]] int pageCount() const;
     /// The page in the upper part of the window, or the one last gone to.
@@ -53,9 +55,17 @@ public:
     void setHits(std::vector<TextSpan> hits, int current);
     /// Scrolls the current match into view.
     void showHit();
+    /// Brings the beginning of a stretch of text into view.
+    void bringIntoView(const TextSpan& span);
+    /// The part of the viewport that a box of the page takes, the box in points.
+    [[nodiscard]] QRectF inViewport(int page, const QRectF& box) const;
+    /// The point of the page, in points, at a point of the viewport.
+    [[nodiscard]] QPointF onPage(int page, QPointF inViewport) const;
 
     /// The selected text.
     [[nodiscard]] const TextSelection& selection() const { return m_selection; }
+    /// Selects a stretch of a page; none where it is empty.
+    void select(const TextSpan& span);
     /// Selects the text of all pages.
     void selectAll();
     /// Copies the selection to the clipboard.
@@ -105,7 +115,6 @@ private:
     void noteCurrentPage();
     void setCurrentPage(int page);
     void describePage();
-    [[nodiscard]] QPointF onPage(int page, QPointF inViewport) const;
     [[nodiscard]] TextPlace placeAt(QPointF inViewport) const;
     [[nodiscard]] bool isTextAt(QPointF inViewport) const;
     void selectionMoved();

@@ -52,7 +52,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const Document> document)
     setObjectName(QStringLiteral("previewWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(m_document->title.isEmpty() ? tr("Report") : m_document->title);
+    setWindowTitle(m_document->title.isEmpty() ? QStringLiteral("Report") : m_document->title);
 
     makeActions();
     makeMenus();
@@ -96,7 +96,8 @@ void PreviewWindow::fitToDocument()
     {
         const QSignalBlocker quiet(m_page);
         m_page->setRange(1, std::max(m_view->pageCount(), 1));
-        m_page->setSuffix(m_document->complete ? tr(" of %1").arg(m_view->pageCount()) : tr(" of …"));
+        m_page->setSuffix(m_document->complete ? QStringLiteral(" of %1").arg(m_view->pageCount())
+                                               : QStringLiteral(" of …"));
     }
     const bool whole = m_document->complete;
     m_print->setEnabled(whole && m_view->pageCount() > 0);
@@ -156,16 +157,16 @@ void PreviewWindow::copyAddresses()
             addresses << link.address;
         }
     if (addresses.isEmpty())
-        return tell(tr("There are no e-mail addresses on these pages."));
+        return tell(QStringLiteral("There are no e-mail addresses on these pages."));
     QGuiApplication::clipboard()->setText(addresses.join(QStringLiteral("; ")));
-    tell(addresses.size() == 1 ? tr("One e-mail address is on the clipboard.")
-                               : tr("%1 e-mail addresses are on the clipboard.").arg(addresses.size()));
+    tell(addresses.size() == 1 ? QStringLiteral("One e-mail address is on the clipboard.")
+                               : QStringLiteral("%1 e-mail addresses are on the clipboard.").arg(addresses.size()));
 }
 
 bool PreviewWindow::savePdf(const QString& path)
 {
     return save(path, [document = m_document, &path] { // another document may arrive meanwhile
-        RunProgress progress(tr("Saving the report…"));
+        RunProgress progress(QStringLiteral("Saving the report…"));
         return writePdf(*document, path, std::ref(progress));
     });
 }
@@ -208,91 +209,97 @@ QAction* PreviewWindow::makeAction(const char* name, const QString& text, Glyph 
 
 void PreviewWindow::makeActions()
 {
-    m_print = makeAction("actPrint", tr("&Print…"), Glyph::Print, {QKeySequence::Print},
+    m_print = makeAction("actPrint", QStringLiteral("&Print…"), Glyph::Print, {QKeySequence::Print},
                          [this] { printByDialog(*this, m_document, m_view->currentPage()); });
-    m_savePdf = makeAction("actSavePdf", tr("&Save as PDF…"), Glyph::Pdf, {QKeySequence::Save}, [this] {
-        if (const QString path = askSaveFile(*this, tr("Save as PDF"), tr("PDF files: the pages as they are (*.pdf)"),
+    m_savePdf = makeAction("actSavePdf", QStringLiteral("&Save as PDF…"), Glyph::Pdf, {QKeySequence::Save}, [this] {
+        if (const QString path = askSaveFile(*this, QStringLiteral("Save as PDF"),
+                                             QStringLiteral("PDF files: the pages as they are (*.pdf)"),
                                              m_document->title, QStringLiteral("pdf"));
             !path.isEmpty())
             savePdf(path);
     });
-    m_saveCsv = makeAction("actSaveCsv", tr("Save as &CSV…"), Glyph::Csv, {}, [this] {
-        if (const QString path = askSaveFile(*this, tr("Save as CSV"),
-                                             tr("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
-                                             m_document->title, QStringLiteral("csv"));
+    m_saveCsv = makeAction("actSaveCsv", QStringLiteral("Save as &CSV…"), Glyph::Csv, {}, [this] {
+        if (const QString path =
+                askSaveFile(*this, QStringLiteral("Save as CSV"),
+                            QStringLiteral("CSV files: all rows and their subreports, for a spreadsheet (*.csv)"),
+                            m_document->title, QStringLiteral("csv"));
             !path.isEmpty())
             saveCsv(path);
     });
-    m_refresh = makeAction("actRefresh", tr("&Refresh"), Glyph::Refresh, {QKeySequence(Qt::Key_F5)}, [this] {
-        const auto refresh = m_onRefresh; // the window may be destroyed meanwhile
-        refresh();
-    });
+    m_refresh =
+        makeAction("actRefresh", QStringLiteral("&Refresh"), Glyph::Refresh, {QKeySequence(Qt::Key_F5)}, [this] {
+            const auto refresh = m_onRefresh; // the window may be destroyed meanwhile
+            refresh();
+        });
     m_refresh->setEnabled(false);
-    m_copyAddresses =
-        makeAction("actCopyAddresses", tr("Copy E-mail &Addresses"), Glyph::Pages, {}, [this] { copyAddresses(); });
-    m_close =
-        makeAction("actClose", tr("C&lose"), Glyph::Close, {QKeySequence(Qt::CTRL | Qt::Key_W)}, [this] { close(); });
+    m_copyAddresses = makeAction("actCopyAddresses", QStringLiteral("Copy E-mail &Addresses"), Glyph::Pages, {},
+                                 [this] { copyAddresses(); });
+    m_close = makeAction("actClose", QStringLiteral("C&lose"), Glyph::Close, {QKeySequence(Qt::CTRL | Qt::Key_W)},
+                         [this] { close(); });
 
-    m_first = makeAction("actFirst", tr("&First Page"), Glyph::First, {QKeySequence(Qt::CTRL | Qt::Key_Home)},
-                         [this] { m_view->goToPage(0); });
+    m_first = makeAction("actFirst", QStringLiteral("&First Page"), Glyph::First,
+                         {QKeySequence(Qt::CTRL | Qt::Key_Home)}, [this] { m_view->goToPage(0); });
     m_previous =
-        makeAction("actPrevious", tr("&Previous Page"), Glyph::Previous, {QKeySequence(Qt::CTRL | Qt::Key_PageUp)},
-                   [this] { m_view->goToPage(m_view->currentPage() - 1); });
-    m_next = makeAction("actNext", tr("&Next Page"), Glyph::Next, {QKeySequence(Qt::CTRL | Qt::Key_PageDown)},
-                        [this] { m_view->goToPage(m_view->currentPage() + 1); });
-    m_last = makeAction("actLast", tr("&Last Page"), Glyph::Last, {QKeySequence(Qt::CTRL | Qt::Key_End)},
+        makeAction("actPrevious", QStringLiteral("&Previous Page"), Glyph::Previous,
+                   {QKeySequence(Qt::CTRL | Qt::Key_PageUp)}, [this] { m_view->goToPage(m_view->currentPage() - 1); });
+    m_next =
+        makeAction("actNext", QStringLiteral("&Next Page"), Glyph::Next, {QKeySequence(Qt::CTRL | Qt::Key_PageDown)},
+                   [this] { m_view->goToPage(m_view->currentPage() + 1); });
+    m_last = makeAction("actLast", QStringLiteral("&Last Page"), Glyph::Last, {QKeySequence(Qt::CTRL | Qt::Key_End)},
                         [this] { m_view->goToPage(m_view->pageCount() - 1); });
-    m_goToPage = makeAction("actGoToPage", tr("&Go to Page…"), Glyph::Pages, {QKeySequence(Qt::CTRL | Qt::Key_G)},
-                            [this] { askPage(); });
+    m_goToPage = makeAction("actGoToPage", QStringLiteral("&Go to Page…"), Glyph::Pages,
+                            {QKeySequence(Qt::CTRL | Qt::Key_G)}, [this] { askPage(); });
 
-    m_zoomIn = makeAction("actZoomIn", tr("Zoom &In"), Glyph::ZoomIn,
+    m_zoomIn = makeAction("actZoomIn", QStringLiteral("Zoom &In"), Glyph::ZoomIn,
                           {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
                           [this] { m_zoom->step(1); });
-    m_zoomOut = makeAction("actZoomOut", tr("Zoom &Out"), Glyph::ZoomOut, {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
-                           [this] { m_zoom->step(-1); });
-    m_actualSize = makeAction("actActualSize", tr("&Actual Size"), Glyph::Find, {QKeySequence(Qt::CTRL | Qt::Key_0)},
-                              [this] { m_view->setZoom(1); });
+    m_zoomOut = makeAction("actZoomOut", QStringLiteral("Zoom &Out"), Glyph::ZoomOut,
+                           {QKeySequence(Qt::CTRL | Qt::Key_Minus)}, [this] { m_zoom->step(-1); });
+    m_actualSize = makeAction("actActualSize", QStringLiteral("&Actual Size"), Glyph::Find,
+                              {QKeySequence(Qt::CTRL | Qt::Key_0)}, [this] { m_view->setZoom(1); });
 
-    m_copy = makeAction("actCopy", tr("&Copy"), Glyph::Pages, {QKeySequence::Copy}, [this] { m_view->copy(); });
+    m_copy =
+        makeAction("actCopy", QStringLiteral("&Copy"), Glyph::Pages, {QKeySequence::Copy}, [this] { m_view->copy(); });
     m_copy->setEnabled(false);
-    m_selectAll = makeAction("actSelectAll", tr("Select &All"), Glyph::Pages, {QKeySequence::SelectAll},
+    m_selectAll = makeAction("actSelectAll", QStringLiteral("Select &All"), Glyph::Pages, {QKeySequence::SelectAll},
                              [this] { m_view->selectAll(); });
     for (QAction* action : {m_copy, m_selectAll, m_goToPage, m_copyAddresses})
         action->setIcon({});
     m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_view->addActions({m_copy, m_selectAll});
-    m_find = makeAction("actFind", tr("&Find…"), Glyph::Find, {QKeySequence::Find}, [this] { m_findBar->open(); });
-    m_findNext = makeAction("actFindNext", tr("Find &Next"), Glyph::Down, {QKeySequence(Qt::Key_F3)},
+    m_find = makeAction("actFind", QStringLiteral("&Find…"), Glyph::Find, {QKeySequence::Find},
+                        [this] { m_findBar->open(); });
+    m_findNext = makeAction("actFindNext", QStringLiteral("Find &Next"), Glyph::Down, {QKeySequence(Qt::Key_F3)},
                             [this] { m_findBar->step(1); });
-    m_findPrevious = makeAction("actFindPrevious", tr("Find Pre&vious"), Glyph::Up,
+    m_findPrevious = makeAction("actFindPrevious", QStringLiteral("Find Pre&vious"), Glyph::Up,
                                 {QKeySequence(Qt::SHIFT | Qt::Key_F3)}, [this] { m_findBar->step(-1); });
 }
 
 void PreviewWindow::makeMenus()
 {
-    m_side = new QDockWidget(tr("Pages"), this);
+    m_side = new QDockWidget(QStringLiteral("Pages"), this);
 
-    QMenu* report = menuBar()->addMenu(tr("&Report"));
+    QMenu* report = menuBar()->addMenu(QStringLiteral("&Report"));
     report->addActions({m_print, m_savePdf, m_saveCsv, m_copyAddresses});
     report->addSeparator();
-    m_more = report->addMenu(tr("&More Reports"));
+    m_more = report->addMenu(QStringLiteral("&More Reports"));
     m_more->setObjectName(QStringLiteral("mnuMoreReports"));
     m_more->menuAction()->setVisible(false);
     report->addAction(m_refresh);
     report->addSeparator();
     report->addAction(m_close);
-    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
     edit->addActions({m_copy, m_selectAll});
-    QMenu* find = menuBar()->addMenu(tr("&Find"));
+    QMenu* find = menuBar()->addMenu(QStringLiteral("&Find"));
     find->addActions({m_find, m_findNext, m_findPrevious});
-    QMenu* go = menuBar()->addMenu(tr("&Go"));
+    QMenu* go = menuBar()->addMenu(QStringLiteral("&Go"));
     go->addActions({m_first, m_previous, m_next, m_last});
     go->addSeparator();
     go->addAction(m_goToPage);
-    QMenu* view = menuBar()->addMenu(tr("&View"));
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
     view->addActions({m_zoomIn, m_zoomOut, m_actualSize});
-    view->addAction(tr("Fit &Width"), this, [this] { m_view->setFit(PageView::Fit::Width); });
-    view->addAction(tr("Fit &Page"), this, [this] { m_view->setFit(PageView::Fit::Page); });
+    view->addAction(QStringLiteral("Fit &Width"), this, [this] { m_view->setFit(PageView::Fit::Width); });
+    view->addAction(QStringLiteral("Fit &Page"), this, [this] { m_view->setFit(PageView::Fit::Page); });
     view->addSeparator();
     view->addAction(m_side->toggleViewAction());
 }
@@ -302,14 +309,14 @@ void PreviewWindow::makeToolBar()
     QAction* side = m_side->toggleViewAction();
     side->setObjectName(QStringLiteral("actPageList"));
     side->setIcon(glyphIcon(Glyph::Pages));
-    side->setText(tr("Page &List"));
-    side->setToolTip(tr("Page list (F4)"));
+    side->setText(QStringLiteral("Page &List"));
+    side->setToolTip(QStringLiteral("Page list (F4)"));
     side->setShortcut(QKeySequence(Qt::Key_F4));
 
-    m_toolBar = addToolBar(tr("Tools"));
+    m_toolBar = addToolBar(QStringLiteral("Tools"));
     m_toolBar->setObjectName(QStringLiteral("tlbPreview"));
     if (auto* more = m_toolBar->findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
-        more->setAccessibleName(tr("More")); // shown if the window is too narrow for all
+        more->setAccessibleName(QStringLiteral("More")); // shown if the window is too narrow for all
     m_toolBar->setMovable(false);
     m_toolBar->setIconSize(QSize(IconSize, IconSize));
     m_toolBar->toggleViewAction()->setEnabled(false);
@@ -338,15 +345,15 @@ void PreviewWindow::makePageBox()
 {
     m_page = new PageBox;
     m_page->setObjectName(QStringLiteral("spnPage"));
-    m_page->setAccessibleName(tr("Page"));
-    m_page->setToolTip(tr("Page"));
+    m_page->setAccessibleName(QStringLiteral("Page"));
+    m_page->setToolTip(QStringLiteral("Page"));
     m_page->setButtonSymbols(QAbstractSpinBox::NoButtons);
     m_page->setAlignment(Qt::AlignCenter);
     m_page->setKeyboardTracking(false);
     m_page->setFocusPolicy(Qt::StrongFocus);
     connect(m_page, &QSpinBox::valueChanged, this, [this](int page) { m_view->goToPage(page - 1); });
     auto* typed = m_page->findChild<QLineEdit*>();
-    typed->setAccessibleName(tr("Page"));
+    typed->setAccessibleName(QStringLiteral("Page"));
     connect(typed, &QLineEdit::returnPressed, m_view, [this] { m_view->setFocus(); });
     m_toolBar->addWidget(m_page);
 }
@@ -391,12 +398,12 @@ bool PreviewWindow::save(const QString& path, const std::function<bool()>& write
         if (!write())
             return false;
         if (self)
-            m_notice->tell(tr("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
+            m_notice->tell(QStringLiteral("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
         return true;
     } catch (const platform::RuntimeError& error) {
         if (self)
-            warnOf(*this,
-                   tr("The file %1 can't be saved.\n\n%2").arg(QDir::toNativeSeparators(path), error.description()));
+            warnOf(*this, QStringLiteral("The file %1 can't be saved.\n\n%2")
+                              .arg(QDir::toNativeSeparators(path), error.description()));
         return false;
     }
 }

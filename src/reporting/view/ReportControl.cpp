@@ -233,7 +233,7 @@ PreviewWindow* ReportControl::preview() const
     return m_preview;
 }
 
-void ReportControl::setDatabaseProvider(std::function<store::Database*(const QString& path)> provider)
+void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider)
 {
     theProvider = std::move(provider);
 }

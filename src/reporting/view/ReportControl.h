@@ -95,10 +95,6 @@ public:
     /// The last run's preview while it is open.
     [[nodiscard]] PreviewWindow* preview() const;
 
-    /// Sets the function that returns the program's database open on a native path, or null; runs open other files
-    /// themselves.
-    static void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider);
-
 private:
     int execute();
     PreviewWindow* show(Document&& document);
@@ -115,5 +111,9 @@ private:
     QPointer<PreviewWindow> m_preview;
     QPointer<ReportMessage> m_message;
 };
+
+/// Says who knows the program's open database: for a path of the operating system it yields the database open on that
+/// file, or null; a run then opens the file for itself.
+void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider);
 
 } // namespace orlo::reporting

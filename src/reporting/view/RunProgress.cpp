@@ -36,7 +36,7 @@ bool RunProgress::isUnderWay()
     return underWay > 0;
 }
 
-void RunProgress::setDelay(int milliseconds)
+void setProgressDelay(int milliseconds)
 {
     showAfter = milliseconds;
 }

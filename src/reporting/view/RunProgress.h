@@ -30,9 +30,6 @@ public:
     /// True while such a task is running anywhere in the program.
     [[nodiscard]] static bool isUnderWay();
 
-    /// Sets the delay before the window appears, in milliseconds (400), for tests.
-    static void setDelay(int milliseconds);
-
 private:
     QString m_label;
     QElapsedTimer m_sinceStart;
@@ -40,5 +37,8 @@ private:
     std::unique_ptr<widgets::BusyPointer> m_busy;
     std::unique_ptr<QProgressDialog> m_dialog;
 };
+
+/// How long work may take without its window, in milliseconds; 400 unless a test says otherwise.
+void setProgressDelay(int milliseconds);
 
 } // namespace orlo::reporting

@@ -22,17 +22,17 @@ constexpr std::array Percents{25, 50, 75, 100, 125, 150, 200, 300, 400};
 ZoomBox::ZoomBox(PageView& view) : m_view(view)
 {
     setObjectName(QStringLiteral("cboZoom"));
-    setAccessibleName(tr("Zoom"));
-    setToolTip(tr("Zoom"));
+    setAccessibleName(QStringLiteral("Zoom"));
+    setToolTip(QStringLiteral("Zoom"));
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
     lineEdit()->setObjectName(QStringLiteral("txtZoom"));
-    lineEdit()->setAccessibleName(tr("Zoom"));
-    addItem(tr("Fit Width"));
-    addItem(tr("Fit Page"));
+    lineEdit()->setAccessibleName(QStringLiteral("Zoom"));
+    addItem(QStringLiteral("Fit Width"));
+    addItem(QStringLiteral("Fit Page"));
     for (const int percent : Percents)
-        addItem(tr("%1%").arg(percent));
+        addItem(QStringLiteral("%1%").arg(percent));
     setMaxVisibleItems(count());
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
     connect(this, &QComboBox::textActivated, this, &ZoomBox::takeZoom);
@@ -43,7 +43,7 @@ ZoomBox::ZoomBox(PageView& view) : m_view(view)
 void ZoomBox::showZoom()
 {
     const QSignalBlocker quiet(this);
-    const QString percent = tr("%1%").arg(std::lround(m_view.zoom() * 100));
+    const QString percent = QStringLiteral("%1%").arg(std::lround(m_view.zoom() * 100));
     QString text = percent;
     if (m_view.fit() == PageView::Fit::Width)
         text = itemText(0);
@@ -51,7 +51,7 @@ void ZoomBox::showZoom()
         text = itemText(1);
     setCurrentIndex(findText(text));
     setEditText(text);
-    setAccessibleDescription(tr("Zoom, %1").arg(percent)); // on X11 the name is taken by the choice
+    setAccessibleDescription(QStringLiteral("Zoom, %1").arg(percent)); // on X11 the name is taken by the choice
 }
 
 void ZoomBox::takeZoom(const QString& text)

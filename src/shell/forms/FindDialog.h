@@ -5,28 +5,6 @@
 namespace orlo
 {
 
-/// What a find dialog was answered with, for the form that asked.
-class FindRequest
-{
-public:
-    /// The dialog ended with "find", or was cancelled.
-    void SetFind(bool find)
-    {
-        mFindRequested = find;
-        mSelectAllRequested = false;
-    }
-    /// The dialog ended with "select all".
-    void SetSelectAll(bool selectAll)
-    {
-        mSelectAllRequested = selectAll;
-        mFindRequested = false;
-    }
-
-protected:
-    bool mFindRequested = false;      ///< the dialog's last answer was "find"
-    bool mSelectAllRequested = false; ///< the dialog's last answer was "select all"
-};
-
 /// Asks which records a form is to walk and hands the answer to it, by its SetFind and SetSelectAll: what the find
 /// dialogs have in common.
 template <class F>
@@ -35,16 +13,20 @@ class FindDialog : public widgets::Form
 protected:
     FindDialog() : Form(widgets::FormKind::Window) {}
 
-    void bindControls(QPushButton* cmdFind, QPushButton* cmdSelectAll, QPushButton* cmdCancel)
+    /// Connects the buttons that every find dialog has.
+    void bindControls()
     {
-        setDefaultButton(cmdFind);
-        setCancelButton(cmdCancel);
-        connect(cmdFind, &QPushButton::clicked, this, [this] {
+        auto& find = control<QPushButton>("cmdFind");
+        auto& cancel = control<QPushButton>("cmdCancel");
+        setDefaultButton(&find);
+        setCancelButton(&cancel);
+        connect(&find, &QPushButton::clicked, this, [this] {
             handOver(form());
             answer([] { form().SetFind(true); });
         });
-        connect(cmdSelectAll, &QPushButton::clicked, this, [this] { answer([] { form().SetSelectAll(true); }); });
-        connect(cmdCancel, &QPushButton::clicked, this, [this] { answer([] { form().SetFind(false); }); });
+        connect(&control<QPushButton>("cmdSelectAll"), &QPushButton::clicked, this,
+                [this] { answer([] { form().SetSelectAll(true); }); });
+        connect(&cancel, &QPushButton::clicked, this, [this] { answer([] { form().SetFind(false); }); });
     }
 
     /// Gives the form the criteria that were typed.

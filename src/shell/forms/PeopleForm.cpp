@@ -14,41 +14,45 @@
 namespace orlo
 {
 
-namespace
-{
-const QString AllDens = QStringLiteral("<All>");
-} // namespace
-
 PeopleForm::PeopleForm(const Words& words)
     : RecordForm({words.noun, words.noun + QStringLiteral("s"), words.noun + QStringLiteral("_SID")}), m_words(words)
 {
 }
 
-PeopleForm::~PeopleForm() = default;
-
-void PeopleForm::bindPeople(const PeopleControls& controls, const NamedControls& named)
+void PeopleForm::bindControls(const NamedControls& named)
 {
-    m_people = controls;
+    RecordForm::bindControls(&control<QLineEdit>("txtFirst"));
+    m_list = named.list;
+    m_tabs = named.tabs;
     m_awardPage.emplace(named.awards, named.personName,
                         [this](auto& grid, int row, const auto& award) { fillAwardRow(grid, row, award); });
-    connect(controls.list, &widgets::ListBox::clicked, this, &PeopleForm::list_Click);
-    controls.cmbSelectedDens->setText(AllDens);
-    for (auto* option : {controls.optActive, controls.optInactive, controls.optActive_Inactive,
-                         controls.optOrderLastName, controls.optOrderFirstName})
-        connect(option, &widgets::OptionButton::selected, this, [this] {
+    connect(m_list, &widgets::ListBox::clicked, this, &PeopleForm::list_Click);
+    auto& den = control<widgets::ComboBox>("cmbSelectedDens");
+    const auto option = [this](const char* name) -> auto&
+    {
+        return control<widgets::OptionButton>(name);
+    };
+    m_filters.emplace(FilterControls::Controls{.active = option("optActive"),
+                                               .inactive = option("optInactive"),
+                                               .lastNameFirst = option("optOrderLastName"),
+                                               .den = den});
+    for (const char* name : {"optActive", "optInactive", "optActive_Inactive", "optOrderLastName", "optOrderFirstName"})
+        connect(&option(name), &widgets::OptionButton::selected, this, [this] {
             PromptSaveChanges();
             openSet();
         });
     // The text counts on every change, typed ones included, and nothing asks about unsaved changes.
-    connect(controls.cmbSelectedDens, &widgets::ComboBox::textChange, this, [this] { openSet(); });
-    connect(controls.cmbSelectedDens, &widgets::ComboBox::clicked, this, [this] { openSet(); });
-    connect(controls.cmbSelectedDens, &widgets::ComboBox::dropDown, this, [this] {
+    connect(&den, &widgets::ComboBox::textChange, this, [this] { openSet(); });
+    connect(&den, &widgets::ComboBox::clicked, this, [this] { openSet(); });
+    connect(&den, &widgets::ComboBox::dropDown, this, [this] {
         PromptSaveChanges();
         LoadDenLists();
     });
-    widgets::pressOncePerDoubleClick(*controls.cmdDeleteAward);
-    connectRoutine(controls.cmdFind, &PeopleForm::cmdFind_Click);
-    connect(controls.tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
+    widgets::pressOncePerDoubleClick(button("cmdDeleteAward"));
+    connectRoutine("cmdDeleteAward", &PeopleForm::cmdDeleteAward_Click);
+    connectRoutine("cmdFind", &PeopleForm::cmdFind_Click);
+    setDefaultButton(&button("cmdSave"));
+    connect(m_tabs, &QTabWidget::currentChanged, this, &PeopleForm::tabs_Click);
 }
 
 std::int16_t PeopleForm::currentPerson() const
@@ -101,14 +105,14 @@ void PeopleForm::showCurrent()
 
 void PeopleForm::SelectListRow(int position)
 {
-    m_people->list->setListIndex(position - 1);
+    m_list->setListIndex(position - 1);
 }
 
 // Record set and list are kept in step through the row's number only.
 void PeopleForm::list_Click()
 {
     PromptSaveChanges();
-    goTo(m_people->list->listIndex() + 1);
+    goTo(m_list->listIndex() + 1);
     FillRecord();
     reloadDependants();
     SetNavButtons();
@@ -117,8 +121,8 @@ void PeopleForm::list_Click()
 void PeopleForm::SetNavButtons()
 {
     const Ways ways = settle();
-    controls().cmdDelete->setEnabled(mRecordCount != 0);
-    m_people->cmdFind->setEnabled(mRecordCount != 0);
+    button("cmdDelete").setEnabled(mRecordCount != 0);
+    button("cmdFind").setEnabled(mRecordCount != 0);
     showWays(ways);
     endRoutine();
 }
@@ -126,8 +130,8 @@ void PeopleForm::SetNavButtons()
 // On another page than the first field's it is what that page begins with: nothing is to be typed unseen.
 QWidget* PeopleForm::fieldInView() const
 {
-    QWidget* first = controls().firstField;
-    QWidget* page = m_people->tabs->currentWidget();
+    QWidget* first = firstField();
+    QWidget* page = m_tabs->currentWidget();
     if (page->isAncestorOf(first))
         return first;
     for (QWidget* control = page->nextInFocusChain(); control != page; control = control->nextInFocusChain())
@@ -143,17 +147,17 @@ void PeopleForm::cmdNew_Click()
     readRecordCount();
     if (mRecordCount == 0)
         setRecordIndex(0);
-    m_people->tabs->setCurrentIndex(0);
+    m_tabs->setCurrentIndex(0);
     mCurrentSID = newKey();
     if (recordIndex() == 0) {
         EnableFields();
-        m_people->tabs->setEnabled(true);
+        m_tabs->setEnabled(true);
     }
     rsRecords->addNew();
     ClearRecord();
     setDefaults(); // what changes here is what enables cmdSave
-    controls().cmdNew->setEnabled(false);
-    controls().cmdDelete->setEnabled(false);
+    button("cmdNew").setEnabled(false);
+    button("cmdDelete").setEnabled(false);
     enableExtraButtons(false);
     focusFirstField();
     mNewRecord = true;
@@ -167,7 +171,7 @@ void PeopleForm::cmdSave_Click()
     if (mRecordCount <= 0)
         return;
     focusFirstField();
-    controls().cmdSave->setEnabled(false);
+    button("cmdSave").setEnabled(false);
     enableRecordButtons();
 }
 
@@ -177,10 +181,11 @@ void PeopleForm::finishSaveRecord()
     if (added) {
         ++mRecordCount;
         setRecordIndex(mRecordCount);
-        m_people->list->insertItem(mRecordCount - 1, newRowText());
+        const auto typed = [this](const char* box) { return control<QLineEdit>(box).text(); };
+        m_list->insertItem(mRecordCount - 1, newListRow(typed("txtFirst"), typed("txtMi"), typed("txtLast")));
         if (mRecordCount == 1) {
             // The first record of an empty set comes in through the filters, which may leave it out again.
-            controls().cmdSave->setEnabled(false);
+            button("cmdSave").setEnabled(false);
             openSet();
         }
     }
@@ -196,13 +201,6 @@ void PeopleForm::finishSaveRecord()
     ShowRecordInfo();
 }
 
-// The mark stays before the name until the list is next filled, whatever the order.
-QString PeopleForm::newRowText() const
-{
-    return QStringLiteral("<New>") + leftTrimmed(m_people->txtLast->text()) + QStringLiteral(", ") +
-           leftTrimmed(m_people->txtFirst->text()) + u' ' + m_people->txtMi->text();
-}
-
 void PeopleForm::cmdDelete_Click()
 {
     if (!confirmDelete())
@@ -212,19 +210,19 @@ void PeopleForm::cmdDelete_Click()
     readRecordCount();
     if (mRecordCount == 0)
         return;
-    m_people->list->removeItem(recordIndex() - 1);
+    m_list->removeItem(recordIndex() - 1);
     rsRecords->remove();
     readRecordCount();
     if (mRecordCount < 1) {
         setRecordIndex(0);
         mCurrentSID = 0; // nothing hangs off nobody
         ClearRecord();
-        controls().cmdDelete->setEnabled(false);
-        m_people->cmdFind->setEnabled(false);
-        controls().cmdSave->setEnabled(false);
-        controls().cmdNew->setEnabled(true);
+        button("cmdDelete").setEnabled(false);
+        button("cmdFind").setEnabled(false);
+        button("cmdSave").setEnabled(false);
+        button("cmdNew").setEnabled(true);
         DisableFields();
-        controls().cmdNew->setFocus();
+        button("cmdNew").setFocus();
         return;
     }
     if (recordIndex() <= mRecordCount)
@@ -242,7 +240,7 @@ void PeopleForm::cmdDelete_Click()
 // Where Escape asks this, the Enter that may follow it is not to delete anybody.
 bool PeopleForm::confirmDelete()
 {
-    const bool byEscape = cancelButton() == controls().cmdDelete;
+    const bool byEscape = cancelButton() == &button("cmdDelete");
     return widgets::ask(
         QStringLiteral("ARE YOU SURE YOU WANT TO DELETE THE CURRENT %1 RECORD and all of the %2's Award Records? The "
                        "alternitive is to set the %3 to inactive. This will retain all the %2's data in the program, "
@@ -254,14 +252,12 @@ bool PeopleForm::confirmDelete()
 // An existing record is not put back: what was typed stays on screen, out of reach of any save.
 void PeopleForm::cmdCancel_Click()
 {
-    controls().cmdSave->setEnabled(false);
+    button("cmdSave").setEnabled(false);
     enableRecordButtons();
     if (recordIndex() == 0) {
         DisableFields();
         return;
     }
-    controls().cmdSave->setEnabled(false);
-    controls().cmdNew->setEnabled(true);
     if (mNewRecord) {
         mNewRecord = false;
         readRecordCount();
@@ -275,16 +271,15 @@ void PeopleForm::cmdCancel_Click()
 
 void PeopleForm::enableRecordButtons()
 {
-    controls().cmdNew->setEnabled(true);
-    controls().cmdDelete->setEnabled(true);
+    button("cmdNew").setEnabled(true);
+    button("cmdDelete").setEnabled(true);
     enableExtraButtons(true);
 }
 
 void PeopleForm::enableExtraButtons(bool on)
 {
-    m_people->cmdFind->setEnabled(on);
-    m_people->cmdAddAward->setEnabled(on);
-    m_people->cmdDeleteAward->setEnabled(on);
+    for (const char* name : {"cmdFind", "cmdAddAward", "cmdDeleteAward"})
+        button(name).setEnabled(on);
 }
 
 // ---- The set and its list
@@ -295,9 +290,9 @@ void PeopleForm::openSet()
     const PeopleFilter people = filter();
     openRecords(QStringLiteral("Select * From %1s ").arg(m_words.noun) + people.BuildViewCriteria(QString()) +
                 people.BuildOrderClause());
-    controls().cmdSave->setEnabled(false); // edits of the former set are dropped unasked
+    button("cmdSave").setEnabled(false); // edits of the former set are dropped unasked
     if (mRecordCount < 1) {
-        m_people->list->clear();
+        m_list->clear();
         mCurrentSID = 0; // nothing hangs off nobody
         ClearRecord();
     } else {
@@ -325,14 +320,14 @@ void PeopleForm::openSet()
 void PeopleForm::showEmpty()
 {
     DisableRecordButtons();
-    m_people->cmdFind->setEnabled(false);
+    button("cmdFind").setEnabled(false);
     setRecordIndex(0);
     DisableFields();
-    controls().cmdNew->setEnabled(true);
-    m_people->tabs->setCurrentIndex(0);
-    m_people->tabs->setEnabled(false);
+    button("cmdNew").setEnabled(true);
+    m_tabs->setCurrentIndex(0);
+    m_tabs->setEnabled(false);
     if (!window()->focusWidget()) // the control that had the focus has gone out of use, the keys with it
-        controls().cmdNew->setFocus();
+        button("cmdNew").setFocus();
 }
 
 // The empty state ends, and so does that of a new record.
@@ -340,7 +335,7 @@ void PeopleForm::enableRecord()
 {
     EnableFields();
     enableRecordButtons();
-    m_people->tabs->setEnabled(true);
+    m_tabs->setEnabled(true);
 }
 
 void PeopleForm::PopulateNavLB()
@@ -348,19 +343,14 @@ void PeopleForm::PopulateNavLB()
     rsRecords->moveFirst();
     QStringList rows;
     rows.reserve(mRecordCount);
-    const bool lastNameFirst = m_people->optOrderLastName->isChecked();
-    for (; !rsRecords->eof(); rsRecords->moveNext()) {
-        const QString first = rsRecords->value(u"First_Name").textOrEmpty();
-        const QString last = rsRecords->value(u"Last_Name").textOrEmpty();
-        const QString middle = listMiddle(rsRecords->value(u"MI").textOrEmpty());
-        rows.append(lastNameFirst ? rightTrimmed(last) + QStringLiteral(", ") + rightTrimmed(first + middle)
-                                  : rightTrimmed(first + middle + last));
-    }
-    widgets::ListBox& list = *m_people->list;
-    list.setUpdatesEnabled(false);
-    list.clear();
-    list.addItems(rows);
-    list.setUpdatesEnabled(true);
+    const bool lastNameFirst = m_filters->lastNameFirst();
+    const auto text = [this](QStringView field) { return rsRecords->value(field).textOrEmpty(); };
+    for (; !rsRecords->eof(); rsRecords->moveNext())
+        rows.append(listRow(text(u"First_Name"), listMiddle(text(u"MI")), text(u"Last_Name"), lastNameFirst));
+    m_list->setUpdatesEnabled(false);
+    m_list->clear();
+    m_list->addItems(rows);
+    m_list->setUpdatesEnabled(true);
     rsRecords->moveFirst();
     SelectListRow(1);
     endRoutine();
@@ -373,21 +363,7 @@ QString PeopleForm::listMiddle(const QString& initial) const
 
 PeopleFilter PeopleForm::filter() const
 {
-    using View = PeopleFilter::View;
-    View view = View::All;
-    if (m_people->optActive->isChecked())
-        view = View::Active;
-    else if (m_people->optInactive->isChecked())
-        view = View::Inactive;
-    return {.view = view,
-            .denCriterion = filtersByDen() ? denCriterion(GetDenSID(m_people->cmbSelectedDens->text())) : QString(),
-            .lastNameFirst = m_people->optOrderLastName->isChecked()};
-}
-
-bool PeopleForm::filtersByDen() const
-{
-    const QString den = m_people->cmbSelectedDens->text();
-    return !den.isEmpty() && den != AllDens;
+    return m_filters->filter([this](const QString& den) { return denCriterion(GetDenSID(den)); });
 }
 
 // ---- Den lists
@@ -398,21 +374,6 @@ bool PeopleForm::readDens()
         return true;
     widgets::message(m_words.noDens, QStringLiteral("Selection Error"));
     return false;
-}
-
-// Giving the filter its text back counts as a change of it.
-void PeopleForm::rebuildDenFilter()
-{
-    widgets::ComboBox& filter = *m_people->cmbSelectedDens;
-    const QString kept = filter.text();
-    filter.removeAll();
-    for (const QString& den : std::as_const(m_dens.texts))
-        filter.addItem(den);
-    filter.addItem(AllDens);
-    if (kept.isEmpty())
-        filter.setListIndex(0);
-    else
-        filter.setText(kept);
 }
 
 QString PeopleForm::GetDenName(std::int16_t denSID) const
@@ -476,11 +437,6 @@ void PeopleForm::ReloadAwardGrid()
     endRoutine();
 }
 
-void PeopleForm::LoadAwardRows()
-{
-    m_awardPage->addAwards(awardStatement(currentPerson()));
-}
-
 QString PeopleForm::personName() const
 {
     const auto text = [this](QStringView field) { return rsRecords->value(field).textOrEmpty(); };
@@ -490,8 +446,8 @@ QString PeopleForm::personName() const
 // On the page of the note Enter makes a new line.
 void PeopleForm::tabs_Click()
 {
-    const bool note = m_people->tabs->currentWidget() == m_people->pagNote;
-    setDefaultButton(note ? nullptr : controls().cmdSave);
+    const bool note = m_tabs->currentWidget() == &control<QWidget>("pagNote");
+    setDefaultButton(note ? nullptr : &button("cmdSave"));
 }
 
 } // namespace orlo

@@ -2,23 +2,19 @@
 
 #include "shell/forms/AwardPage.h"
 #include "shell/forms/DenList.h"
-#include "shell/forms/FindDialog.h"
-#include "shell/forms/PeopleFilter.h"
+#include "shell/forms/FilterControls.h"
+#include "shell/forms/FindRequest.h"
 #include "shell/forms/PersonShown.h"
-#include "shell/forms/RecordField.h"
 #include "shell/forms/RecordForm.h"
 
 #include <vector>
 
-class QLineEdit;
 class QTabWidget;
 
 namespace orlo::widgets
 {
-class ComboBox;
 class ListBox;
-class OptionButton;
-} // namespace orlo::widgets
+}
 
 namespace orlo
 {
@@ -34,8 +30,6 @@ class PeopleForm : public RecordForm, public PersonShown, public FindRequest
     Q_OBJECT
 
 public:
-    ~PeopleForm() override;
-
     /// The key of the den that a den list shows under this text; -1 for none and for "".
     [[nodiscard]] virtual std::int16_t GetDenSID(const QString& denName) const = 0;
     /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
@@ -60,49 +54,11 @@ protected:
         widgets::TextGrid* awards;
         QLabel* personName;
     };
-    /// What the people forms have beside the controls of every record form.
-    struct PeopleControls {
-        widgets::ListBox* list;
-        QTabWidget* tabs;
-        QWidget* pagNote;
-        QPushButton* cmdFind;
-        QPushButton* cmdAddAward;
-        QPushButton* cmdDeleteAward;
-        widgets::OptionButton* optActive;
-        widgets::OptionButton* optInactive;
-        widgets::OptionButton* optActive_Inactive;
-        widgets::OptionButton* optOrderLastName;
-        widgets::OptionButton* optOrderFirstName;
-        widgets::ComboBox* cmbSelectedDens;
-        QLineEdit* txtFirst;
-        QLineEdit* txtMi;
-        QLineEdit* txtLast;
-    };
 
     explicit PeopleForm(const Words& words);
 
-    /// Takes the controls of the form and connects those that both forms have.
-    template <class Ui>
-    void bindControls(const Ui& ui, const NamedControls& named)
-    {
-        RecordForm::bindControls({ui, ui.txtFirst});
-        bindPeople({.list = named.list,
-                    .tabs = named.tabs,
-                    .pagNote = ui.pagNote,
-                    .cmdFind = ui.cmdFind,
-                    .cmdAddAward = ui.cmdAddAward,
-                    .cmdDeleteAward = ui.cmdDeleteAward,
-                    .optActive = ui.optActive,
-                    .optInactive = ui.optInactive,
-                    .optActive_Inactive = ui.optActive_Inactive,
-                    .optOrderLastName = ui.optOrderLastName,
-                    .optOrderFirstName = ui.optOrderFirstName,
-                    .cmbSelectedDens = ui.cmbSelectedDens,
-                    .txtFirst = ui.txtFirst,
-                    .txtMi = ui.txtMi,
-                    .txtLast = ui.txtLast},
-                   named);
-    }
+    /// Connects the controls that both forms have.
+    void bindControls(const NamedControls& named);
 
     // ---- The routines, by their names
 
@@ -116,6 +72,7 @@ protected:
     void cmdCancel_Click() override;
     void cmdFind_Click();
     void list_Click();
+    virtual void cmdDeleteAward_Click() = 0;
 
     void SetNavButtons() override;
     /// Makes a row the list's current one, 1-based. It counts as a click when the row changes.
@@ -131,18 +88,25 @@ protected:
 
     /// The filters as they are set. Raises as GetDenSID().
     [[nodiscard]] PeopleFilter filter() const;
-    /// True if the den filter names a den.
-    [[nodiscard]] bool filtersByDen() const;
     /// Opens the dens in number order and keeps their keys. False, after the message, where there are none.
     [[nodiscard]] bool readDens();
-    /// Fills the den filter with the dens read last and "<All>", and gives it its text back.
-    void rebuildDenFilter();
+    [[nodiscard]] const FilterControls& filters() const { return *m_filters; }
 
     /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave,
     /// and the page the name of the current record, if there is one.
     void SetUpAwardGrid(const std::vector<AwardPage::Column>& columns, int stretched);
     /// Adds the awards of the current record to the grid.
-    void LoadAwardRows();
+    void LoadAwardRows() { m_awardPage->addAwards(awardStatement(currentPerson())); }
+    /// Has cmdAddAward open the dialog that gives awards to the person on screen.
+    template <class Dialog>
+    void giveAwardsBy()
+    {
+        connect(&button("cmdAddAward"), &QPushButton::clicked, this, [this] {
+            auto& dialog = widgets::Instance<Dialog>::get();
+            dialog.giveTo(*this);
+            dialog.showWaiting();
+        });
+    }
 
     // ---- What the two forms do in a way of their own
 
@@ -168,23 +132,22 @@ protected:
     /// The name on the page of the awards.
     [[nodiscard]] virtual QString personName() const;
 
-    std::vector<RecordField> m_fields; ///< in the order of a save; the form writes the keys after them
     DenRows m_dens;
     NameCriteria m_names;
     std::optional<AwardPage> m_awardPage;
 
 private:
-    void bindPeople(const PeopleControls& controls, const NamedControls& named);
     void showCurrent();
     void showEmpty();
     void enableRecord();
     void enableExtraButtons(bool on);
     [[nodiscard]] bool confirmDelete();
-    [[nodiscard]] QString newRowText() const;
     void tabs_Click();
 
     Words m_words;
-    std::optional<PeopleControls> m_people;
+    widgets::ListBox* m_list = nullptr;
+    QTabWidget* m_tabs = nullptr;
+    std::optional<FilterControls> m_filters;
     int m_openings = 0;
 };
 

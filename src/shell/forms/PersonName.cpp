@@ -29,6 +29,17 @@ QString middlePart(const QString& initial)
     return QStringView(initial).trimmed().isEmpty() ? QStringLiteral(" ") : u' ' + initial + QStringLiteral(". ");
 }
 
+QString listRow(const QString& first, const QString& middle, const QString& last, bool lastNameFirst)
+{
+    return lastNameFirst ? rightTrimmed(last) + QStringLiteral(", ") + rightTrimmed(first + middle)
+                         : rightTrimmed(first + middle + last);
+}
+
+QString newListRow(const QString& first, const QString& initial, const QString& last)
+{
+    return QStringLiteral("<New>") + leftTrimmed(last) + QStringLiteral(", ") + leftTrimmed(first) + u' ' + initial;
+}
+
 QString rightTrimmed(QString text)
 {
     while (text.endsWith(u' '))

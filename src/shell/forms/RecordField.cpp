@@ -1,14 +1,16 @@
 #include "shell/forms/RecordField.h"
 
+#include "widgets/CheckBox.h"
 #include "widgets/ComboBox.h"
+#include "widgets/OptionButton.h"
 #include "widgets/TextBox.h"
 
-#include <QAbstractButton>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextBlock>
 
 #include <memory>
+#include <utility>
 
 namespace orlo
 {
@@ -58,11 +60,31 @@ QString dayText(const Value& value)
     return value.isDate() ? platform::shortDate(value.toDate().date) : value.textOrEmpty();
 }
 
+// The box tells of a text that is set anew, too; only another one is a change.
+void tellOfLines(QPlainTextEdit* box, const RecordField::Changed& changed)
+{
+    QObject::connect(box, &QPlainTextEdit::textChanged, box, [box, changed, last = box->toPlainText()]() mutable {
+        const QString before = std::exchange(last, box->toPlainText());
+        if (last != before)
+            changed();
+    });
+}
+
+void tellOfChoice(widgets::ComboBox* list, const RecordField::Changed& changed)
+{
+    QObject::connect(list, &widgets::ComboBox::textChange, list, changed);
+    QObject::connect(list, &widgets::ComboBox::clicked, list, changed);
+}
+
 // A list of "Yes" and "No"; what isn't the one value shows as "No".
 RecordField listField(QStringView name, widgets::ComboBox* list, const Value& yes, const Value& no)
 {
-    return {name, list, [list, yes](const Value& value) { list->setText(value == yes ? Yes : No); },
-            [list, yes, no] { return list->text() == Yes ? yes : no; }};
+    return {name,
+            list,
+            [list, yes](const Value& value) { list->setText(value == yes ? Yes : No); },
+            [list, yes, no] { return list->text() == Yes ? yes : no; },
+            [] {},
+            [list](const auto& changed) { tellOfChoice(list, changed); }};
 }
 
 } // namespace
@@ -71,12 +93,15 @@ RecordField boxField(QStringView name, QLineEdit* box, std::function<QString(con
                      std::function<Value()> typed)
 {
     const auto stored = std::make_shared<Value>();
-    return {name, box,
+    return {name,
+            box,
             [box, stored, text = std::move(text)](const Value& value) {
                 *stored = value;
                 widgets::fillBox(*box, text(value));
             },
-            [box, stored, typed = std::move(typed)] { return widgets::showsBeginning(*box) ? *stored : typed(); }};
+            [box, stored, typed = std::move(typed)] { return widgets::showsBeginning(*box) ? *stored : typed(); },
+            [box] { widgets::fillBox(*box, QString()); },
+            [box](const auto& changed) { QObject::connect(box, &QLineEdit::textChanged, box, changed); }};
 }
 
 RecordField textField(QStringView name, QLineEdit* box)
@@ -87,12 +112,26 @@ RecordField textField(QStringView name, QLineEdit* box)
 RecordField textField(QStringView name, QPlainTextEdit* box)
 {
     const auto lines = std::make_shared<Lines>();
-    return {name, box, [box, lines](const Value& value) { showLines(*box, *lines, value.textOrEmpty()); },
+    return {name,
+            box,
+            [box, lines](const Value& value) { showLines(*box, *lines, value.textOrEmpty()); },
             [box, lines] {
                 QString text = box->toPlainText();
                 const bool untouched = !box->document()->isModified() && text == lines->shown;
                 return Value(untouched ? lines->stored : text.remove(QChar::Null));
-            }};
+            },
+            [box] { box->clear(); },
+            [box](const auto& changed) { tellOfLines(box, changed); }};
+}
+
+RecordField textField(QStringView name, widgets::ComboBox* list)
+{
+    return {name,
+            list,
+            [list](const Value& value) { list->setText(value.textOrEmpty()); },
+            [list] { return Value(list->text()); },
+            [list] { list->setText(QString()); },
+            [list](const auto& changed) { tellOfChoice(list, changed); }};
 }
 
 RecordField numberField(QStringView name, QLineEdit* box)
@@ -133,19 +172,46 @@ RecordField letterField(QStringView name, widgets::ComboBox* list)
 
 RecordField yesNoField(QStringView name, widgets::ComboBox* list)
 {
-    return listField(name, list, true, false);
+    RecordField field = listField(name, list, true, false);
+    field.clear = [list] { list->setText(No); };
+    return field;
 }
 
-RecordField checkField(QStringView name, QAbstractButton* shown, const QAbstractButton* saved)
+RecordField checkField(QStringView name, widgets::CheckBox* shown, const widgets::CheckBox* saved, bool atFirst)
 {
-    return {name, shown, [shown](const Value& value) { shown->setChecked(value == Value(true)); },
-            [saved] { return Value(saved->isChecked()); }};
+    return {name,
+            shown,
+            [shown](const Value& value) { shown->setChecked(value == Value(true)); },
+            [saved] { return Value(saved->isChecked()); },
+            [shown, atFirst] { shown->setChecked(atFirst); },
+            [shown](const auto& changed) { QObject::connect(shown, &widgets::CheckBox::changed, shown, changed); }};
 }
 
-RecordField optionField(QStringView name, QAbstractButton* yes, QAbstractButton* no)
+RecordField optionField(QStringView name, widgets::OptionButton* yes, widgets::OptionButton* no)
 {
-    return {name, yes, [yes, no](const Value& value) { (value == Value(true) ? yes : no)->setChecked(true); },
-            [yes] { return Value(yes->isChecked()); }};
+    return {name,
+            yes,
+            [yes, no](const Value& value) { (value == Value(true) ? yes : no)->setChecked(true); },
+            [yes] { return Value(yes->isChecked()); },
+            [yes] { yes->setChecked(true); },
+            [yes, no](const auto& changed) {
+                for (auto* option : {yes, no})
+                    QObject::connect(option, &widgets::OptionButton::selected, option, changed);
+            }};
+}
+
+// What shows, not what another record has stored beyond it.
+RecordField kept(RecordField field)
+{
+    auto* box = qobject_cast<QLineEdit*>(field.control);
+    field.clear = [box] { widgets::fillBox(*box, box->text()); };
+    return field;
+}
+
+RecordField silent(RecordField field)
+{
+    field.tell = [](const auto&) {};
+    return field;
 }
 
 QString dateText(const QString& typed)

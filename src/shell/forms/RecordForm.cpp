@@ -2,14 +2,9 @@
 
 #include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
-#include "widgets/CheckBox.h"
-#include "widgets/ComboBox.h"
 #include "widgets/MessageBox.h"
-#include "widgets/OptionButton.h"
 
 #include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 
 #include <utility>
 
@@ -20,64 +15,64 @@ RecordForm::RecordForm(Table table) : Form(widgets::FormKind::Child), m_table(st
 {
 }
 
-void RecordForm::bindControls(const Controls& controls)
+void RecordForm::bindControls(QWidget* firstField)
 {
-    m_controls = controls;
-    controls.cmdSave->setEnabled(false);
-    widgets::pressOncePerDoubleClick(*controls.cmdDelete);
-    QLabel& info = *controls.lblRecordInfo;
+    m_firstField = firstField;
+    button("cmdSave").setEnabled(false);
+    widgets::pressOncePerDoubleClick(button("cmdDelete"));
+    auto& info = control<QLabel>("lblRecordInfo");
     const QString none = info.text();
     info.setText(QStringLiteral("%1 12345 of 12345").arg(m_table.noun)); // the longest; keys have five digits
     info.setMinimumWidth(std::max(info.minimumWidth(), info.sizeHint().width()));
     info.setText(none);
-    connectRoutine(controls.cmdFirst, &RecordForm::cmdFirst_Click);
-    connectRoutine(controls.cmdPrevious, &RecordForm::cmdPrevious_Click);
-    connectRoutine(controls.cmdNext, &RecordForm::cmdNext_Click);
-    connectRoutine(controls.cmdLast, &RecordForm::cmdLast_Click);
-    connectRoutine(controls.cmdNew, &RecordForm::cmdNew_Click);
-    connectRoutine(controls.cmdDelete, &RecordForm::cmdDelete_Click);
-    connect(controls.cmdSave, &QPushButton::clicked, this, [this] { cmdSave_Click(); });
-    connect(controls.cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
-    connect(controls.cmdExit, &QPushButton::clicked, this, [this] { cmdExit_Click(); });
+    connectRoutine("cmdFirst", &RecordForm::cmdFirst_Click);
+    connectRoutine("cmdPrevious", &RecordForm::cmdPrevious_Click);
+    connectRoutine("cmdNext", &RecordForm::cmdNext_Click);
+    connectRoutine("cmdLast", &RecordForm::cmdLast_Click);
+    connectRoutine("cmdNew", &RecordForm::cmdNew_Click);
+    connectRoutine("cmdDelete", &RecordForm::cmdDelete_Click);
+    connect(&button("cmdSave"), &QPushButton::clicked, this, [this] { cmdSave_Click(); });
+    connect(&button("cmdCancel"), &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
+    connect(&button("cmdExit"), &QPushButton::clicked, this, [this] { cmdExit_Click(); });
 }
 
-void RecordForm::enableSaveOnChange(std::initializer_list<QWidget*> controls)
+void RecordForm::setFields(std::vector<RecordField> fields)
 {
-    const auto enable = [this] { m_controls->cmdSave->setEnabled(true); };
-    for (QWidget* control : controls) {
-        if (auto* text = qobject_cast<QLineEdit*>(control))
-            connect(text, &QLineEdit::textChanged, this, enable);
-        else if (auto* lines = qobject_cast<QPlainTextEdit*>(control))
-            // The box tells of a text that is set anew, too; only another one is a change.
-            connect(lines, &QPlainTextEdit::textChanged, this, [enable, lines, last = lines->toPlainText()]() mutable {
-                const QString before = std::exchange(last, lines->toPlainText());
-                if (last != before)
-                    enable();
-            });
-        else if (auto* check = qobject_cast<widgets::CheckBox*>(control))
-            connect(check, &widgets::CheckBox::changed, this, enable);
-        else if (auto* option = qobject_cast<widgets::OptionButton*>(control))
-            connect(option, &widgets::OptionButton::selected, this, enable);
-        else if (auto* combo = qobject_cast<widgets::ComboBox*>(control)) {
-            connect(combo, &widgets::ComboBox::textChange, this, enable);
-            connect(combo, &widgets::ComboBox::clicked, this, enable);
-        } else
-            Q_UNREACHABLE();
-    }
+    m_fields = std::move(fields);
+    for (const RecordField& field : m_fields)
+        field.tell([this] { button("cmdSave").setEnabled(true); });
+}
+
+void RecordForm::showFields()
+{
+    for (const RecordField& field : m_fields)
+        field.show(rsRecords->value(field.name));
+}
+
+void RecordForm::clearFields()
+{
+    for (const RecordField& field : m_fields)
+        field.clear();
+}
+
+void RecordForm::writeFields()
+{
+    for (const RecordField& field : m_fields)
+        rsRecords->setValue(field.name, field.value());
 }
 
 void RecordForm::focusFirstField()
 {
-    (m_controls->firstField->isEnabled() ? fieldInView() : m_controls->cmdNew)->setFocus();
+    (m_firstField->isEnabled() ? fieldInView() : &button("cmdNew"))->setFocus();
 }
 
 void RecordForm::showEvent(QShowEvent* event)
 {
     Form::showEvent(event);
     if (mRecordCount == 0 && !mNewRecord)
-        m_controls->cmdNew->setFocus();
+        button("cmdNew").setFocus();
     else if (!m_opened)
-        m_controls->firstField->setFocus();
+        m_firstField->setFocus();
     m_opened = true;
 }
 
@@ -89,36 +84,35 @@ void RecordForm::cmdExit_Click()
 
 void RecordForm::ShowRecordInfo()
 {
-    m_controls->lblRecordInfo->setText(recordInfo(m_table.noun));
+    control<QLabel>("lblRecordInfo").setText(recordInfo(m_table.noun));
 }
 
 // Whatever the answer, and whether a check refuses the record or not, the operation that asked goes on.
 void RecordForm::PromptSaveChanges()
 {
-    if (!m_controls->cmdSave->isEnabled())
+    if (!button("cmdSave").isEnabled())
         return;
     if (widgets::ask(QStringLiteral("Data Changes Not Saved.Do you want to save your changes"),
                      QStringLiteral("Save Changes"), widgets::Preset::Yes, widgets::OnEscape::DoesNothing))
         SaveRecord();
-    m_controls->cmdSave->setEnabled(false);
+    button("cmdSave").setEnabled(false);
 }
 
 void RecordForm::DisableRecordButtons()
 {
-    for (QPushButton* button : {m_controls->cmdSave, m_controls->cmdDelete, m_controls->cmdFirst,
-                                m_controls->cmdPrevious, m_controls->cmdNext, m_controls->cmdLast})
-        button->setEnabled(false);
+    for (const char* name : {"cmdSave", "cmdDelete", "cmdFirst", "cmdPrevious", "cmdNext", "cmdLast"})
+        button(name).setEnabled(false);
 }
 
 void RecordForm::showWays(const Ways& ways)
 {
     if (ways.back) {
-        m_controls->cmdFirst->setEnabled(*ways.back);
-        m_controls->cmdPrevious->setEnabled(*ways.back);
+        button("cmdFirst").setEnabled(*ways.back);
+        button("cmdPrevious").setEnabled(*ways.back);
     }
     if (ways.ahead) {
-        m_controls->cmdNext->setEnabled(*ways.ahead);
-        m_controls->cmdLast->setEnabled(*ways.ahead);
+        button("cmdNext").setEnabled(*ways.ahead);
+        button("cmdLast").setEnabled(*ways.ahead);
     }
 }
 

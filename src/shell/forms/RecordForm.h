@@ -1,11 +1,10 @@
 #pragma once
 
+#include "shell/forms/RecordField.h"
 #include "shell/forms/RecordWalk.h"
 #include "widgets/Form.h"
 
-#include <initializer_list>
-
-class QLabel;
+#include <vector>
 
 namespace orlo
 {
@@ -26,38 +25,17 @@ protected:
         QString key;
     };
 
-    /// The controls that every record form has, whatever it shows.
-    struct Controls {
-        QPushButton* cmdFirst;
-        QPushButton* cmdPrevious;
-        QPushButton* cmdNext;
-        QPushButton* cmdLast;
-        QPushButton* cmdNew;
-        QPushButton* cmdSave;
-        QPushButton* cmdDelete;
-        QPushButton* cmdCancel;
-        QPushButton* cmdExit;
-        QLabel* lblRecordInfo;
-        QWidget* firstField;
-
-        template <class Ui>
-        Controls(const Ui& ui, QWidget* first)
-            : cmdFirst(ui.cmdFirst), cmdPrevious(ui.cmdPrevious), cmdNext(ui.cmdNext), cmdLast(ui.cmdLast),
-              cmdNew(ui.cmdNew), cmdSave(ui.cmdSave), cmdDelete(ui.cmdDelete), cmdCancel(ui.cmdCancel),
-              cmdExit(ui.cmdExit), lblRecordInfo(ui.lblRecordInfo), firstField(first)
-        {
-        }
-    };
-
     explicit RecordForm(Table table);
 
-    /// Takes the controls of the form and connects its buttons. cmdSave starts disabled.
-    void bindControls(const Controls& controls);
+    /// Connects the buttons that every record form has, once the form has its controls. cmdSave starts disabled.
+    void bindControls(QWidget* firstField);
+    /// Takes the record's fields in the order of a save. Every change of theirs enables cmdSave.
+    void setFields(std::vector<RecordField> fields);
     /// Connects a button to the routine of its name.
     template <class F>
-    void connectRoutine(QPushButton* button, void (F::*routine)())
+    void connectRoutine(const char* name, void (F::*routine)())
     {
-        connect(button, &QPushButton::clicked, this, [this, routine] {
+        connect(&button(name), &QPushButton::clicked, this, [this, routine] {
             (static_cast<F*>(this)->*routine)();
             endRoutine();
         });
@@ -65,8 +43,11 @@ protected:
     /// Where the routines of a form end that tests then for a failure which something left pending.
     virtual void endRoutine() const {}
 
-    /// Makes every change of these controls, by the user or by code, enable cmdSave.
-    void enableSaveOnChange(std::initializer_list<QWidget*> controls);
+    [[nodiscard]] const std::vector<RecordField>& fields() const { return m_fields; }
+    /// Shows the fields of the current record, shows what a new one begins with, writes what shows into the record.
+    void showFields();
+    void clearFields();
+    void writeFields();
 
     /// Copies the current record into the controls and disables cmdSave.
     virtual void FillRecord() = 0;
@@ -94,7 +75,7 @@ protected:
     /// Gives the focus to the first field, or to cmdNew while there is no record to type into.
     void focusFirstField();
     /// The field that stands for the first one while that doesn't show.
-    [[nodiscard]] virtual QWidget* fieldInView() const { return m_controls->firstField; }
+    [[nodiscard]] virtual QWidget* fieldInView() const { return m_firstField; }
     void ShowRecordInfo();
     void PromptSaveChanges();
     void DisableRecordButtons();
@@ -104,12 +85,14 @@ protected:
     /// The key after the highest one of the table, 1 for an empty table. Raises 6 past 32767.
     [[nodiscard]] std::int16_t newKey() const;
 
-    [[nodiscard]] const Controls& controls() const { return *m_controls; }
+    [[nodiscard]] QPushButton& button(const char* name) const { return control<QPushButton>(name); }
+    [[nodiscard]] QWidget* firstField() const { return m_firstField; }
     [[nodiscard]] const QString& keyField() const { return m_table.key; }
 
 private:
     Table m_table;
-    std::optional<Controls> m_controls;
+    std::vector<RecordField> m_fields;
+    QWidget* m_firstField = nullptr;
     bool m_opened = false;
 };
 

@@ -82,9 +82,9 @@ void WalkingForm::cmdSave_Click()
 {
     SaveRecord();
     focusFirstField();
-    controls().cmdSave->setEnabled(false);
-    controls().cmdNew->setEnabled(true);
-    controls().cmdDelete->setEnabled(true);
+    button("cmdSave").setEnabled(false);
+    button("cmdNew").setEnabled(true);
+    button("cmdDelete").setEnabled(true);
     finishSave();
 }
 
@@ -100,8 +100,8 @@ void WalkingForm::cmdDelete_Click()
     if (mRecordCount != 0) {
         rsRecords->movePrevious();
         if (rsRecords->bof()) {
-            controls().cmdPrevious->setEnabled(false);
-            controls().cmdFirst->setEnabled(false);
+            button("cmdPrevious").setEnabled(false);
+            button("cmdFirst").setEnabled(false);
             rsRecords->moveNext();
             setRecordIndex(1);
         } else
@@ -112,7 +112,7 @@ void WalkingForm::cmdDelete_Click()
         DisableRecordButtons();
         DisableFields();
         setRecordIndex(0);
-        controls().cmdNew->setFocus();
+        button("cmdNew").setFocus();
     }
     finishDelete();
     ShowRecordInfo();
@@ -121,9 +121,9 @@ void WalkingForm::cmdDelete_Click()
 // A cancelled new record gives way to the last record, not to the one that was on screen before.
 void WalkingForm::cmdCancel_Click()
 {
-    controls().cmdSave->setEnabled(false);
-    controls().cmdNew->setEnabled(true);
-    controls().cmdDelete->setEnabled(true);
+    button("cmdSave").setEnabled(false);
+    button("cmdNew").setEnabled(true);
+    button("cmdDelete").setEnabled(true);
     if (mNewRecord) {
         mNewRecord = false;
         readRecordCount();

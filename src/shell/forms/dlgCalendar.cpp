@@ -89,9 +89,9 @@ void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
     field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00000")));
     auto* filter = new DateFieldFilter(field, std::move(picked));
     field->installEventFilter(filter);
-    field->setToolTip(QObject::tr("Double-click, or press F4, for a calendar"));
+    field->setToolTip(QStringLiteral("Double-click, or press F4, for a calendar"));
     QAction* sign = field->addAction(widgets::glyphIcon(widgets::Glyph::Calendar), QLineEdit::TrailingPosition);
-    sign->setText(QObject::tr("Calendar"));
+    sign->setText(QStringLiteral("Calendar"));
     QObject::connect(sign, &QAction::triggered, filter, &DateFieldFilter::pick);
 }
 

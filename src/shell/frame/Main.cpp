@@ -60,7 +60,7 @@ void Main()
 
 void startProgram()
 {
-    reporting::ReportControl::setDatabaseProvider(databaseAt);
+    reporting::setDatabaseProvider(databaseAt);
     watchTakeovers();
     Main();
 }

@@ -89,7 +89,7 @@ void tellOverFrame(const QString& report)
 
 void watchTakeovers()
 {
-    store::takeoverWatch() = {showProgress, tellOverFrame};
+    store::setTakeoverWatch({showProgress, tellOverFrame});
 }
 
 bool isTakeoverShown()

@@ -9,6 +9,8 @@ namespace orlo::store
 namespace
 {
 
+TakeoverWatch theWatch;
+
 constexpr char Signature[] = {0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd', ' ', 'J', 'e', 't', ' ', 'D', 'B'};
 
 } // namespace
@@ -32,10 +34,14 @@ QString words(const FormerCount& count)
     return text;
 }
 
-TakeoverWatch& takeoverWatch()
+void setTakeoverWatch(TakeoverWatch watch)
 {
-    static TakeoverWatch watch;
-    return watch;
+    theWatch = std::move(watch);
+}
+
+const TakeoverWatch& takeoverWatch()
+{
+    return theWatch;
 }
 
 } // namespace orlo::store

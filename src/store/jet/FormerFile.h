@@ -17,8 +17,9 @@ struct TakeoverWatch {
     std::function<void(const QString& report)> report;
 };
 
-/// The one that hears of it; at first nobody does.
-[[nodiscard]] TakeoverWatch& takeoverWatch();
+/// Says who hears of it; at first nobody does.
+void setTakeoverWatch(TakeoverWatch watch);
+[[nodiscard]] const TakeoverWatch& takeoverWatch();
 
 /// What was counted of a table in the former format.
 struct FormerCount {

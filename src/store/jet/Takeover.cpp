@@ -26,28 +26,6 @@ using platform::RuntimeError;
 namespace
 {
 
-// The new file under the name that it has while it is being made; it goes away unless it takes the other's place. What
-// stands under that name before is what an ended process left: nobody else gives a file such a name.
-class FileInTheMaking
-{
-public:
-    explicit FileInTheMaking(const QString& file) : m_name(file + QStringLiteral(".orlo-new")) { remove(); }
-    ~FileInTheMaking() { remove(); }
-    FileInTheMaking(const FileInTheMaking&) = delete;
-    FileInTheMaking& operator=(const FileInTheMaking&) = delete;
-
-    [[nodiscard]] const QString& name() const { return m_name; }
-
-private:
-    void remove() const
-    {
-        QFile::remove(m_name);
-        QFile::remove(m_name + QStringLiteral("-journal"));
-    }
-
-    QString m_name;
-};
-
 void tellProgress(const QString& file, int percent)
 {
     if (takeoverWatch().progress)
@@ -136,7 +114,7 @@ void takeOver(const QString& file)
     if (!former.isOn(path)) // another process has put the new file in its place
         return;
     former.keepOthersOut(lockFileOf(info));
-    const FileInTheMaking making(path);
+    const platform::FileInTheMaking making(path, QLatin1StringView(".orlo-new"));
     jet::Report report;
     QString kept;
     try {

@@ -46,19 +46,19 @@ bool UpdateDatabaseFile()
     const widgets::BusyPointer busy;
     // The next start would make the safety copy of whatever a failure leaves. A copy that is there already may be an
     // older update's.
-    widgets::Application::setClosingWords(QStringLiteral("Nothing was changed."));
+    widgets::setClosingWords(QStringLiteral("Nothing was changed."));
     settleJournal(old, safetyCopy);
     gFileSystem.copyFile(old, safetyCopy, true);
     if (!gFileSystem.fileExists(safetyCopy)) {
-        widgets::Application::setClosingWords(QString());
+        widgets::setClosingWords(QString());
         return false;
     }
-    widgets::Application::setClosingWords(
+    widgets::setClosingWords(
         QStringLiteral("Before you start ORLO again, put QuorrelOld_10.mdb in the place of Quorrel.mdb."));
     openDatabase(old);
     // An update that failed before has left its mark, in the safety copy, too.
     if (database().tableNames().contains(QLatin1StringView("Den_Titles"), Qt::CaseInsensitive))
-        widgets::Application::setClosingWords(QString());
+        widgets::setClosingWords(QString());
     // The safety copy is on the disk. Until the changed file is copied to the disk too, flushing after every row would
     // only keep the user waiting.
     database().deferFlushing();
@@ -71,7 +71,7 @@ bool UpdateDatabaseFile()
         return false;
     openDatabase(databasePath());
     gFileSystem.deleteFile(old, false);
-    widgets::Application::setClosingWords(QString());
+    widgets::setClosingWords(QString());
     gDbNeedsUpdate = false;
     return true;
 }
