@@ -44,6 +44,7 @@ widgets::GridLayout positionLayout()
 }
 
 enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
+constexpr int AwardWidth = 4000; // twips
 
 // An adult without a name can't be shown.
 RecordField nameField(QStringView name, QLineEdit* box)
@@ -137,9 +138,10 @@ void frmAdults::load()
     openSet();
     SetUpAwardGrid({{200, Qt::AlignLeft, QString()},
                     {1500, Qt::AlignCenter, QStringLiteral("Date Assigned")},
-                    {4000, Qt::AlignLeft, QStringLiteral("Award")},
+                    {AwardWidth, Qt::AlignLeft, QStringLiteral("Award")},
                     {2000, Qt::AlignCenter, QString()}},
                    Award);
+    ui->fgAdultsAwards->setFirstKeyColumn(InsigniaSID, AwardWidth);
     if (mRecordCount > 0) {
         LoadAwardRows();
         PopulateDenAssignments();

@@ -2,6 +2,7 @@
 
 #include "platform/Logging.h"
 #include "widgets/BoundGrid.h"
+#include "widgets/Measure.h"
 #include "widgets/NestedLoop.h"
 
 #include <QApplication>
@@ -125,6 +126,7 @@ void Form::ensureLoaded()
     m_loaded = true;
     qCDebug(platform::formsLog) << "loads" << objectName();
     describeComboBoxes(*this);
+    measure(*this);
     load();
 }
 
@@ -269,6 +271,15 @@ bool Form::eventFilter(QObject* watched, QEvent* event)
             },
             Qt::QueuedConnection);
     return QWidget::eventFilter(watched, event);
+}
+
+// The controls get their letters after the form.
+void Form::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (m_loaded && (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange))
+        QMetaObject::invokeMethod(
+            this, [this] { measure(*this); }, Qt::QueuedConnection);
 }
 
 QWidget* Form::checkedFieldAt(const QWidget* target) const

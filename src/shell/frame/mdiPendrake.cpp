@@ -263,6 +263,12 @@ void mdiPendrake::placeChild(QMdiSubWindow& window)
 {
     if (window.isMaximized())
         return;
+    // Layouts pass a change on to the ones around them one event after the other.
+    const auto parts = window.findChildren<QWidget*>();
+    for (QWidget* part : parts) {
+        part->ensurePolished();
+        part->updateGeometry();
+    }
     const QSize room = ui->mdiArea->viewport()->size();
     QSize wanted = window.sizeHint();
     const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
