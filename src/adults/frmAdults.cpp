@@ -86,9 +86,11 @@ frmAdults::frmAdults()
       m_positionLayout(QStringLiteral("\\DenAssign.grd"), positionLayout())
 {
     ui->setupUi(this);
-    bindControls(
-        *ui,
-        {.list = ui->lbAdults, .tabs = ui->tabAdult, .awards = ui->fgAdultsAwards, .personName = ui->lblAdultName});
+    bindControls(*ui, {.list = ui->lbAdults,
+                       .tabs = ui->tabAdult,
+                       .awards = ui->fgAdultsAwards,
+                       .personName = ui->lblAdultName,
+                       .noteName = ui->lblNoteName});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
     bindFields();

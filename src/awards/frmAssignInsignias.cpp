@@ -338,6 +338,7 @@ void frmAssignInsignias::tellCount()
 {
     const QString people =
         mSelectedCount == 1 ? QStringLiteral("1 person") : QStringLiteral("%1 people").arg(mSelectedCount);
+    ui->lblSelectedCount->setText(people + tr(" selected"));
     ui->fgSelected->setToolTip(people + tr(". Double-click a row, or press the space bar on it, to take it out"));
 }
 

@@ -34,9 +34,11 @@ frmScouts::frmScouts()
       ui(std::make_unique<Ui::frmScouts>())
 {
     ui->setupUi(this);
-    bindControls(
-        *ui,
-        {.list = ui->lbScouts, .tabs = ui->tabScout, .awards = ui->fgScoutsAwards, .personName = ui->lblScoutName});
+    bindControls(*ui, {.list = ui->lbScouts,
+                       .tabs = ui->tabScout,
+                       .awards = ui->fgScoutsAwards,
+                       .personName = ui->lblScoutName,
+                       .noteName = ui->lblNoteName});
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
     bindFields();

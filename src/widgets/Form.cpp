@@ -6,6 +6,7 @@
 #include "widgets/NestedLoop.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QEventLoop>
@@ -85,6 +86,8 @@ void describeComboBoxes(const QWidget& form)
     }
 }
 
+constexpr int LeastWidth = 340; // of a window of its own, in pixels
+
 constexpr Qt::WindowFlags OwnWindow =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
@@ -127,6 +130,8 @@ void Form::ensureLoaded()
     qCDebug(platform::formsLog) << "loads" << objectName();
     describeComboBoxes(*this);
     measure(*this);
+    if (auto* column = qobject_cast<QBoxLayout*>(layout()); column && m_kind == FormKind::Window)
+        column->addStrut(LeastWidth - column->contentsMargins().left() - column->contentsMargins().right());
     load();
 }
 

@@ -77,7 +77,8 @@ void evenOut(const QBoxLayout& row)
 {
     QList<QPushButton*> buttons;
     for (int at = 0; at < row.count(); ++at)
-        if (auto* button = qobject_cast<QPushButton*>(row.itemAt(at)->widget()))
+        if (auto* button = qobject_cast<QPushButton*>(row.itemAt(at)->widget());
+            button && button->maximumWidth() == QWIDGETSIZE_MAX)
             buttons.append(button);
     int widest = 0;
     for (QPushButton* button : std::as_const(buttons)) {

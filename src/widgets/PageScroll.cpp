@@ -50,6 +50,7 @@ void PageScroll::tellSize()
 {
     for (QWidget* outer = this; outer && !outer->isWindow(); outer = outer->parentWidget())
         outer->updateGeometry();
+    QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest)); // and the bars are looked over
 }
 
 void PageScroll::showPressed(const QWidget& pressed)

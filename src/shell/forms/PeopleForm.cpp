@@ -29,7 +29,7 @@ PeopleForm::~PeopleForm() = default;
 void PeopleForm::bindPeople(const PeopleControls& controls, const NamedControls& named)
 {
     m_people = controls;
-    m_awardPage.emplace(named.awards, named.personName,
+    m_awardPage.emplace(named.awards, named.personName, named.noteName,
                         [this](auto& grid, int row, const auto& award) { fillAwardRow(grid, row, award); });
     connect(controls.list, &widgets::ListBox::clicked, this, &PeopleForm::list_Click);
     controls.cmbSelectedDens->setText(AllDens);
@@ -465,9 +465,9 @@ void PeopleForm::cmdFind_Click()
 
 void PeopleForm::SetUpAwardGrid(const std::vector<AwardPage::Column>& columns, int stretched)
 {
+    m_awardPage->setUp(columns, stretched);
     if (mRecordCount > 0)
         m_awardPage->setName(personName());
-    m_awardPage->setUp(columns, stretched);
 }
 
 void PeopleForm::ReloadAwardGrid()

@@ -59,6 +59,7 @@ protected:
         QTabWidget* tabs;
         widgets::TextGrid* awards;
         QLabel* personName;
+        QLabel* noteName;
     };
     /// What the people forms have beside the controls of every record form.
     struct PeopleControls {

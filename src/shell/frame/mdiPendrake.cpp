@@ -187,9 +187,12 @@ void mdiPendrake::closeEvent(QCloseEvent* event)
         widgets::Form::unloadAll();
 }
 
-// Where the screen has less room than the frame would take, the frame takes all of it.
+// As large as its letters ask for; where the screen has less room than that, the frame takes all of it.
 void mdiPendrake::fitScreen()
 {
+    constexpr QSize Characters(148, 52);
+    const QFontMetrics letters = fontMetrics();
+    resize(Characters.width() * letters.horizontalAdvance(u'0'), Characters.height() * letters.height());
     const QSize room = screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     if (width() > room.width() || height() > room.height())
         setWindowState(Qt::WindowMaximized);
