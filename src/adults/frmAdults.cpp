@@ -46,6 +46,7 @@ widgets::GridLayout positionLayout()
 }
 
 enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
+constexpr int AwardWidth = 4000; // twips
 
 // An adult without a name can't be shown.
 RecordField nameField(QStringView name, QLineEdit* box)
@@ -90,8 +91,11 @@ frmAdults::frmAdults()
       m_positionLayout(QStringLiteral("\\DenAssign.grd"), positionLayout())
 {
     ui->setupUi(this);
-    bindControls(
-        {.list = ui->lbAdults, .tabs = ui->tabAdult, .awards = ui->fgAdultsAwards, .personName = ui->lblAdultName});
+    bindControls({.list = ui->lbAdults,
+                  .tabs = ui->tabAdult,
+                  .awards = ui->fgAdultsAwards,
+                  .personName = ui->lblAdultName,
+                  .noteName = ui->lblNoteName});
     setCancelButton(ui->cmdDelete);
     bindFields();
     bindPositions();
@@ -134,9 +138,10 @@ void frmAdults::load()
     openSet();
     SetUpAwardGrid({{200, Qt::AlignLeft, QString()},
                     {1500, Qt::AlignCenter, QStringLiteral("Date Assigned")},
-                    {4000, Qt::AlignLeft, QStringLiteral("Award")},
+                    {AwardWidth, Qt::AlignLeft, QStringLiteral("Award")},
                     {2000, Qt::AlignCenter, QString()}},
                    Award);
+    ui->fgAdultsAwards->setFirstKeyColumn(InsigniaSID, AwardWidth);
     if (mRecordCount > 0) {
         LoadAwardRows();
         PopulateDenAssignments();

@@ -346,6 +346,7 @@ void frmAssignInsignias::tellCount()
 {
     const QString people =
         mSelectedCount == 1 ? QStringLiteral("1 person") : QStringLiteral("%1 people").arg(mSelectedCount);
+    ui->lblSelectedCount->setText(people + QStringLiteral(" selected"));
     ui->fgSelected->setToolTip(people +
                                QStringLiteral(". Double-click a row, or press the space bar on it, to take it out"));
 }

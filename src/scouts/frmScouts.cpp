@@ -36,8 +36,11 @@ frmScouts::frmScouts()
       ui(std::make_unique<Ui::frmScouts>())
 {
     ui->setupUi(this);
-    bindControls(
-        {.list = ui->lbScouts, .tabs = ui->tabScout, .awards = ui->fgScoutsAwards, .personName = ui->lblScoutName});
+    bindControls({.list = ui->lbScouts,
+                  .tabs = ui->tabScout,
+                  .awards = ui->fgScoutsAwards,
+                  .personName = ui->lblScoutName,
+                  .noteName = ui->lblNoteName});
     setCancelButton(ui->cmdCancel);
     bindFields();
     bindParents();

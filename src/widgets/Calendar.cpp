@@ -9,6 +9,7 @@
 #include <QTextCharFormat>
 #include <QToolButton>
 
+#include <algorithm>
 #include <utility>
 
 namespace orlo::widgets
@@ -60,6 +61,18 @@ void Calendar::setDay(int day)
     if (!date.isValid())
         throw platform::RuntimeError(platform::InvalidProcedureCall);
     setSelectedDate(date);
+}
+
+// The names of the days are cut to their letter where the columns haven't room for them.
+void Calendar::resizeEvent(QResizeEvent* event)
+{
+    constexpr int Days = 7;
+    constexpr int RoomBeside = 8; // pixels
+    QCalendarWidget::resizeEvent(event);
+    int widest = 0;
+    for (int day = 1; day <= Days; ++day)
+        widest = std::max(widest, fontMetrics().horizontalAdvance(locale().dayName(day, QLocale::ShortFormat)));
+    setHorizontalHeaderFormat(width() < Days * (widest + RoomBeside) ? SingleLetterDayNames : ShortDayNames);
 }
 
 bool Calendar::eventFilter(QObject* watched, QEvent* event)

@@ -29,6 +29,7 @@ public:
     void setDay(int day);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 Q_SIGNALS:
     /// Emitted after a double click on a day, which is then picked.

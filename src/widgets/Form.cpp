@@ -2,9 +2,11 @@
 
 #include "platform/Logging.h"
 #include "widgets/BoundGrid.h"
+#include "widgets/Measure.h"
 #include "widgets/NestedLoop.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QEventLoop>
@@ -84,6 +86,8 @@ void describeComboBoxes(const QWidget& form)
     }
 }
 
+constexpr int LeastWidth = 340; // of a window of its own, in pixels
+
 constexpr Qt::WindowFlags OwnWindow =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
@@ -125,6 +129,9 @@ void Form::ensureLoaded()
     m_loaded = true;
     qCDebug(platform::formsLog) << "loads" << objectName();
     describeComboBoxes(*this);
+    measure(*this);
+    if (auto* column = qobject_cast<QBoxLayout*>(layout()); column && m_kind == FormKind::Window)
+        column->addStrut(LeastWidth - column->contentsMargins().left() - column->contentsMargins().right());
     load();
 }
 
@@ -277,6 +284,15 @@ bool Form::eventFilter(QObject* watched, QEvent* event)
             },
             Qt::QueuedConnection);
     return QWidget::eventFilter(watched, event);
+}
+
+// The controls get their letters after the form.
+void Form::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (m_loaded && (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange))
+        QMetaObject::invokeMethod(
+            this, [this] { measure(*this); }, Qt::QueuedConnection);
 }
 
 QWidget* Form::checkedFieldAt(const QWidget* target) const

@@ -108,10 +108,28 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                               const QWidget* widget) const
 {
+    // Boxes, lists and buttons side by side are of one height, and never too low to be hit.
+    constexpr int LeastHeight = 26;
+    constexpr int RoomAboveAndBelow = 11;
+    constexpr int LeastMarkHeight = 24;
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
-    if (type == CT_PushButton)
-        return size.expandedTo(QSize(contents.width() + 2 * ButtonRoom, 0));
-    return type == CT_HeaderSection ? size + QSize(2 * HeadingRoom, 0) : size;
+    const int letters = option ? option->fontMetrics.height() : 0;
+    switch (type) {
+    case CT_PushButton:
+        return {std::max(size.width(), contents.width() + 2 * ButtonRoom),
+                std::max(LeastHeight, letters + RoomAboveAndBelow)};
+    case CT_LineEdit:
+    case CT_ComboBox:
+    case CT_SpinBox:
+        return {size.width(), std::max(LeastHeight, letters + RoomAboveAndBelow)};
+    case CT_CheckBox:
+    case CT_RadioButton:
+        return size.expandedTo({0, LeastMarkHeight});
+    case CT_HeaderSection:
+        return size + QSize(2 * HeadingRoom, 0);
+    default:
+        return size;
+    }
 }
 
 QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const

@@ -7,6 +7,7 @@
 #include "scouts/frmScouts.h"
 #include "support/Main.h"
 #include "support/Windows.h"
+#include "widgets/PageScroll.h"
 
 #include <QtWidgets/QtWidgets>
 
@@ -74,6 +75,8 @@ private Q_SLOTS:
         if (const int size = qEnvironmentVariableIntValue("ORLO_TEST_LETTERS"))
             font.setPointSize(size);
         QApplication::setFont(font);
+        if (qEnvironmentVariableIntValue("ORLO_TEST_DARK"))
+            QApplication::setPalette(QColor(45, 47, 51));
     }
 
     void everyWindow_data() { test::addWindows(); }
@@ -89,6 +92,41 @@ private Q_SLOTS:
         }));
         faults.removeDuplicates();
         QCOMPARE(faults.join(", "), QString());
+    }
+
+    // Only the page scrolls, and with the usual letters not even that.
+    void staysWhole_data()
+    {
+        QTest::addColumn<Child>("form");
+        for (const Child& form : {child<frmScouts>(), child<frmAdults>()})
+            QTest::newRow(qPrintable(form.name)) << form;
+    }
+    void staysWhole()
+    {
+        QFETCH(Child, form);
+        const test::AppFolder folder;
+        test::prepareForWindows();
+        form.show();
+        auto& shown = *test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea").currentSubWindow()->widget();
+        const bool usual = !qEnvironmentVariableIntValue("ORLO_TEST_LETTERS") &&
+                           shown.screen()->availableSize().width() >= 1024;
+        QString cut;
+        (void)QTest::qWaitFor(
+            [&] {
+                cut.clear();
+                for (auto* control : shown.findChildren<QWidget*>(QRegularExpression(
+                         "^(cmd(Save|New|Delete|Find|First|Previous|Next|Last|Cancel|Exit)|lb(Scouts|Adults))$")))
+                    if (control->visibleRegion().boundingRect().size() != control->size())
+                        cut += control->objectName() + ' ';
+                for (auto* page : shown.findChildren<widgets::PageScroll*>())
+                    if (usual && page->isVisible() &&
+                        page->horizontalScrollBar()->maximum() + page->verticalScrollBar()->maximum() > 0)
+                        cut += page->objectName() + ' ';
+                return cut.isEmpty();
+            },
+            1000);
+        form.unload();
+        QCOMPARE(cut, QString());
     }
 
     // Opens each child window while another one is normal, minimised or maximised. With seven windows, one round per

@@ -262,9 +262,9 @@ mnuHelp|&Help
         frame.show();
         test::control<QAction>(frame, "mnuScouts").trigger();
         auto* window = test::control<QMdiArea>(frame, "mdiArea").activeSubWindow();
-        auto* scroll = qobject_cast<QScrollArea*>(window->widget());
+        auto* scroll = &test::control<QScrollArea>(*window, "scrScout");
         QTest::qWait(100); // it takes its place
-        window->resize(700, 300);
+        window->resize(920, 350);
         auto& field = test::control<QLineEdit>(*window, "txtYearsInScouts");
         const QPoint corner = field.mapTo(scroll->widget(), QPoint());
         scroll->verticalScrollBar()->setValue(corner.y() + 5 - scroll->viewport()->height());

@@ -15,10 +15,11 @@ constexpr int DateColumn = 1;
 constexpr int HeadingHeight = 250; // twips
 } // namespace
 
-AwardPage::AwardPage(widgets::TextGrid* grid, QLabel* name, FillRow fillRow)
-    : m_grid(grid), m_name(name), m_fillRow(std::move(fillRow))
+AwardPage::AwardPage(widgets::TextGrid* grid, QLabel* name, QLabel* noteName, FillRow fillRow)
+    : m_grid(grid), m_name(name), m_noteName(noteName), m_fillRow(std::move(fillRow))
 {
-    m_name->setTextFormat(Qt::PlainText); // it may look like markup
+    for (QLabel* label : {m_name, m_noteName})
+        label->setTextFormat(Qt::PlainText); // it may look like markup
 }
 
 void AwardPage::setUp(const std::vector<Column>& columns, int stretched)
@@ -37,11 +38,13 @@ void AwardPage::setUp(const std::vector<Column>& columns, int stretched)
 void AwardPage::setName(const QString& name)
 {
     m_name->setText(name);
+    m_noteName->setText(name.trimmed());
 }
 
 void AwardPage::cut()
 {
     m_grid->setRows(1);
+    m_noteName->clear();
 }
 
 void AwardPage::addAwards(const QString& statement)

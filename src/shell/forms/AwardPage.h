@@ -30,11 +30,12 @@ public:
     /// Puts an award into a row of the grid.
     using FillRow = std::function<void(widgets::TextGrid&, int row, const store::Recordset& award)>;
 
-    AwardPage(widgets::TextGrid* grid, QLabel* name, FillRow fillRow);
+    /// `noteName` names the person on the page of the note, too, and is empty while a new one has no awards to show.
+    AwardPage(widgets::TextGrid* grid, QLabel* name, QLabel* noteName, FillRow fillRow);
 
     /// Gives the grid its columns from left to right, of which `stretched` takes the width that the others leave.
     void setUp(const std::vector<Column>& columns, int stretched);
-    /// Shows the person's name above the grid.
+    /// Shows the person's name above the grid and the note.
     void setName(const QString& name);
     /// Cuts the grid back to its heading row.
     void cut();
@@ -46,6 +47,7 @@ public:
 private:
     widgets::TextGrid* m_grid;
     QLabel* m_name;
+    QLabel* m_noteName;
     FillRow m_fillRow;
 };
 

@@ -24,7 +24,7 @@ void PeopleForm::bindControls(const NamedControls& named)
     RecordForm::bindControls(&control<QLineEdit>("txtFirst"));
     m_list = named.list;
     m_tabs = named.tabs;
-    m_awardPage.emplace(named.awards, named.personName,
+    m_awardPage.emplace(named.awards, named.personName, named.noteName,
                         [this](auto& grid, int row, const auto& award) { fillAwardRow(grid, row, award); });
     connect(m_list, &widgets::ListBox::clicked, this, &PeopleForm::list_Click);
     auto& den = control<widgets::ComboBox>("cmbSelectedDens");
@@ -426,9 +426,9 @@ void PeopleForm::cmdFind_Click()
 
 void PeopleForm::SetUpAwardGrid(const std::vector<AwardPage::Column>& columns, int stretched)
 {
+    m_awardPage->setUp(columns, stretched);
     if (mRecordCount > 0)
         m_awardPage->setName(personName());
-    m_awardPage->setUp(columns, stretched);
 }
 
 void PeopleForm::ReloadAwardGrid()

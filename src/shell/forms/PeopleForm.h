@@ -53,6 +53,7 @@ protected:
         QTabWidget* tabs;
         widgets::TextGrid* awards;
         QLabel* personName;
+        QLabel* noteName;
     };
 
     explicit PeopleForm(const Words& words);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QScrollArea>
+#include "widgets/PageScroll.h"
 
 namespace orlo
 {
@@ -11,7 +11,7 @@ class Form;
 }
 
 /// Holds a screen in its child window, and scrolls it where the window has less room than the screen needs.
-class ScreenScroll : public QScrollArea
+class ScreenScroll : public widgets::PageScroll
 {
     Q_OBJECT
 
@@ -20,18 +20,10 @@ public:
 
     /// The screen that it holds.
     [[nodiscard]] widgets::Form& form() const;
-    /// The room that the whole screen takes.
-    [[nodiscard]] QSize sizeHint() const override;
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     /// Closing the window is closing the screen, which may refuse.
     void closeEvent(QCloseEvent* event) override;
-
-private:
-    void showPressed(const QWidget& pressed);
-
-    bool m_movedUnderPointer = false; // by the last press
 };
 
 } // namespace orlo

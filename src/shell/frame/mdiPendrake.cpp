@@ -153,9 +153,12 @@ void mdiPendrake::closeEvent(QCloseEvent* event)
         widgets::Form::unloadAll();
 }
 
-// Where the screen has less room than the frame would take, the frame takes all of it.
+// As large as its letters ask for; where the screen has less room than that, the frame takes all of it.
 void mdiPendrake::fitScreen()
 {
+    constexpr QSize Characters(148, 52);
+    const QFontMetrics letters = fontMetrics();
+    resize(Characters.width() * letters.horizontalAdvance(u'0'), Characters.height() * letters.height());
     const QSize room = screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     if (width() > room.width() || height() > room.height())
         setWindowState(Qt::WindowMaximized);
@@ -231,6 +234,12 @@ void mdiPendrake::placeChild(QMdiSubWindow& window)
 {
     if (window.isMaximized())
         return;
+    // Layouts pass a change on to the ones around them one event after the other.
+    const auto parts = window.findChildren<QWidget*>();
+    for (QWidget* part : parts) {
+        part->ensurePolished();
+        part->updateGeometry();
+    }
     const QSize room = ui->mdiArea->viewport()->size();
     QSize wanted = window.sizeHint();
     const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);

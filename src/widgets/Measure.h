@@ -1,0 +1,19 @@
+#pragma once
+
+class QWidget;
+
+namespace orlo::widgets
+{
+
+/// Gives the controls of a window the sizes that its letters ask for. What a control usually holds is told by properties
+/// in its `.ui` file:
+///
+/// - `chars`: it has room for so many characters at least; `lines`: a list, grid or text for so many lines.
+/// - `mostChars`: it grows no wider than so many characters take.
+/// - `edge`: labels, sections and boxes with the same word here are as wide as the widest of them, so that what follows
+///   them begins at one edge.
+///
+/// Buttons side by side in one row of a layout have one width. To be called again where the letters change.
+void measure(QWidget& window);
+
+} // namespace orlo::widgets

@@ -1,0 +1,74 @@
+#include "widgets/PageScroll.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPointer>
+
+namespace orlo::widgets
+{
+
+PageScroll::PageScroll(QWidget* parent) : QScrollArea(parent)
+{
+    setFrameShape(NoFrame);
+    setWidgetResizable(true);
+    setFocusPolicy(Qt::NoFocus);
+    viewport()->setAutoFillBackground(false);
+    // Under a press it waits for the release, which would miss what has the focus otherwise.
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, QWidget* now) {
+        if (now && widget() && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
+            ensureWidgetVisible(now);
+    });
+    qApp->installEventFilter(this);
+}
+
+void PageScroll::setWidget(QWidget* contents)
+{
+    QScrollArea::setWidget(contents);
+    contents->setAutoFillBackground(false);
+}
+
+QSize PageScroll::sizeHint() const
+{
+    return widget() ? widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) : QScrollArea::sizeHint();
+}
+
+bool PageScroll::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress)
+        m_movedUnderPointer = false;
+    else if (event->type() == QEvent::LayoutRequest && watched == widget())
+        tellSize();
+    else if (event->type() == QEvent::MouseButtonDblClick && m_movedUnderPointer && watched->isWidgetType() &&
+             isAncestorOf(static_cast<QWidget*>(watched)))
+        return true; // its second press would hit what has come in the first one's place
+    else if (event->type() == QEvent::MouseButtonRelease && watched->isWidgetType() && widget())
+        showPressed(*static_cast<QWidget*>(watched));
+    return QScrollArea::eventFilter(watched, event);
+}
+
+void PageScroll::tellSize()
+{
+    for (QWidget* outer = this; outer && !outer->isWindow(); outer = outer->parentWidget())
+        outer->updateGeometry();
+    QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest)); // and the bars are looked over
+}
+
+void PageScroll::showPressed(const QWidget& pressed)
+{
+    QWidget* const now = QApplication::focusWidget();
+    if (!now || !widget()->isAncestorOf(now) || (now != &pressed && !now->isAncestorOf(&pressed)))
+        return;
+    // The press is let go first.
+    QMetaObject::invokeMethod(
+        now,
+        [this, self = QPointer(this), now] {
+            if (!self || !isAncestorOf(now))
+                return;
+            const QPoint before = widget()->pos();
+            ensureWidgetVisible(now);
+            m_movedUnderPointer = widget()->pos() != before;
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace orlo::widgets
