@@ -30,7 +30,7 @@ private Q_SLOTS:
         QVERIFY(folder.mkpath("csv") && folder.mkpath("out"));
     }
 
-    void badInput_data() { test::tableOf({"content", "file", "error"}, "store/orlodb/badInput.txt"); }
+    void badInput_data() { test::tableOf("store/orlodb/badInput.txt"); }
     void badInput()
     {
         QFETCH(QString, file);
@@ -121,10 +121,7 @@ private Q_SLOTS:
     }
 
     // Who only looks changes nothing, in the file nor beside it, and needs no right to.
-    void onlyLooks_data()
-    {
-        test::tableOf({"case", "statement", "forbidden", "refused"}, "store/orlodb/onlyLooks.txt");
-    }
+    void onlyLooks_data() { test::tableOf("store/orlodb/onlyLooks.txt"); }
     void onlyLooks()
     {
         const auto [statement, forbidden, refused] = orlo::test::cells("statement", "forbidden", "refused");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 // Faults that only the operating system can make; a row that asks for one that this system can't make is skipped.
 namespace orlo::test
@@ -19,6 +19,8 @@ extern const char* const OtherJournal;
 
 /// How often this process has flushed a folder so far; -1 on a system where nothing does.
 [[nodiscard]] int folderFlushes();
+/// The files that it has put under their names since the last call and hadn't flushed; on such a system none.
+[[nodiscard]] QStringList putInPlaceUnflushed();
 
 /// From here on the disk doesn't give what stands in files between two places, in bytes; up to 0 lifts that.
 void failReads(qint64 from, qint64 to);
