@@ -9,6 +9,7 @@
 #include "widgets/TextGrid.h"
 
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QTabWidget>
 
 namespace orlo
@@ -400,9 +401,13 @@ bool PeopleForm::readDens()
     return false;
 }
 
-// Giving the filter its text back counts as a change of it.
+// Giving the filter its text back counts as a change of it, which opens the set once more; that doesn't come here
+// again, whatever rows the filter has then.
 void PeopleForm::rebuildDenFilter()
 {
+    if (m_rebuildsDenFilter)
+        return;
+    const QScopedValueRollback rebuilding(m_rebuildsDenFilter, true);
     widgets::ComboBox& filter = *m_people->cmbSelectedDens;
     const QString kept = filter.text();
     filter.removeAll();

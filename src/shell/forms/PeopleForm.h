@@ -186,6 +186,7 @@ private:
     Words m_words;
     std::optional<PeopleControls> m_people;
     int m_openings = 0;
+    bool m_rebuildsDenFilter = false;
 };
 
 } // namespace orlo
