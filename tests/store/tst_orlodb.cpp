@@ -102,6 +102,7 @@ private Q_SLOTS:
         const QString first = m_folder->filePath("first");
         QCOMPARE(orloDb({"export", out(), first}).errors, QString());
         QCOMPARE(contents(first + "/other/Mine.csv"), "a\nx\n");
+        QVERIFY(contents(first + "/Scouts.csv").contains(",1001-01-01,"));
         QVERIFY(contents(first + "/other/Dens.csv")
                     .startsWith("Den_SID,Den_Number,Den_Name,Den_Type,Year_Started,"
                                 "Active,Own\n-1,0.1,"));
