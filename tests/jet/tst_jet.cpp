@@ -160,6 +160,7 @@ private Q_SLOTS:
         QCOMPARE(contents(kept()), former);
         QCOMPARE(m_told, QStringList());
         QCOMPARE(differences(path(), sample), 0);
+        QCOMPARE(QProcess::execute(ORLO_BUILD_DIR "/tools/orlo-db"_L1, {u"compare"_s, kept(), path()}), 0);
 
         // Keys, checks, indexes and stored queries are those of a file that was made new.
         const bool current = count == 13;

@@ -321,6 +321,7 @@ private Q_SLOTS:
              folder.entryList({"*.rpt"}) +
                  QStringList{"examples/AttendanceSheet.rpt", "examples/BirthdayList.rpt", "examples/Everything.rpt"}) {
             Definition definition = readDefinitionFile(folder.filePath(file));
+            QVERIFY(!file.startsWith("examples") || definition.files.contains(folder.filePath("pack.inc"))); // above
             definition.paper = {test::cell("width").toDouble(), test::cell("height").toDouble()};
             const Document document = *render(definition, request(file), std::bind_front(&tst_reports::open, this));
             QVERIFY2(document.warnings.isEmpty(), qPrintable(file + document.warnings.join('\n')));

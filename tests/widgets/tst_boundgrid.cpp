@@ -117,14 +117,11 @@ private Q_SLOTS:
         QCOMPARE(screen.grid.columnText(0) + screen.grid.columnText(1), "3Chil");
         QVERIFY(test::failureNumber([&] { return screen.grid.columnText(2); }) != 0);
         QVERIFY(test::failureNumber([&] { screen.grid.setColumns({{QString(), "Nothing"}}); }) != 0);
-        screen.grid.setColumns({{"A heading wider than its column", "Title", 100}});
+        screen.grid.setColumns({{"A heading wider than its column", "Title", 100}, {"No", "Sort_Order", 1000}});
         const QHeaderView& heading = *screen.grid.horizontalHeader();
         QVERIFY(heading.sectionSize(0) >= heading.sectionSizeHint(0));
         screen.grid.setColumns({});
         QCOMPARE(screen.grid.columns().size(), 2);
-        screen.goTo(0, Title);
-        screen.key(Qt::Key_Backtab); // doesn't go round
-        QCOMPARE(screen.grid.row(), 0);
         QCOMPARE(screen.shown(1, Title), "Baloo");
         const auto* caption = screen.grid.findChild<QLabel*>("caption");
         QVERIFY(caption->isVisible() && caption->geometry().bottom() < screen.grid.viewport()->y());

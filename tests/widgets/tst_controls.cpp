@@ -237,8 +237,8 @@ private Q_SLOTS:
         QVERIFY(!box.selected(0));
         box.addItem("Lion");
         box.setListIndex(0);
-        QTest::keyClick(&box, Qt::Key_Down, Qt::ControlModifier); // which leaves the highlight in other lists
-        QVERIFY(box.selected(1));
+        QTest::keyClick(&box, Qt::Key_Space, Qt::ControlModifier); // which takes the highlight away in other lists
+        QVERIFY(box.selected(0));
         QCOMPARE(test::failureNumber([&] { box.setListIndex(2); }), 5);
         QCOMPARE(test::failureNumber([&] { box.removeItem(-1); }), 5);
         QCOMPARE(test::failureNumber([&] { return box.selected(2); }), 5);
@@ -247,7 +247,7 @@ private Q_SLOTS:
         box.setSelected(1, true);
         QVERIFY(box.selected(0) && box.selected(1));
         box.clear();
-        QCOMPARE(clicks.size(), 3);
+        QCOMPARE(clicks.size(), 2);
         QCOMPARE(box.listIndex(), -1);
     }
 
