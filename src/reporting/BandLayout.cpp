@@ -58,7 +58,6 @@ std::vector<Strip> BandLayout::strips(const Band& band, const RowScope& scope, d
     if (band.condition.isEmpty() || band.condition.holds(scope))
         for (const Row& row : band.rows)
             layOutRow(row, scope, left, strips);
-    keepRows(strips, false);
     return strips;
 }
 

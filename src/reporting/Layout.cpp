@@ -169,7 +169,6 @@ private:
         if (level == m_definition.groups.size())
             return emitDetails(rows);
         const Group& group = m_definition.groups[level];
-        const RowRange outer = m_scope.range;
         int number = 0;
         for (std::size_t first = rows.first; first < rows.last;) {
             const RowRange own{first, m_scope.endOfGroup(group, {first, rows.last})};
@@ -178,7 +177,6 @@ private:
             m_scope.groups.pop_back();
             first = own.last;
         }
-        m_scope.range = outer;
     }
 
     void emitOneGroup(const Group& group, std::size_t level, RowRange rows, int number)
@@ -261,6 +259,7 @@ private:
             return;
         const double height = heightOf(strips);
         if (height > m_job.heightLimit) { // a record longer than a page gets the full width
+            keepRows(strips, false);
             strips.front().beginsRecord = m_isMain;
             std::move(strips.begin(), strips.end(), std::back_inserter(m_flow.strips));
             m_filledColumns = 0;

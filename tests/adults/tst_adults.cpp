@@ -37,21 +37,16 @@ struct Screen : test::RecordScreen<frmAdults> {
     widgets::TextGrid& awards = get<widgets::TextGrid>("fgAdultsAwards");
     QTabWidget& tab = get<QTabWidget>("tabAdult");
 
-    // '@0' picks a row of the list, '#0' one of the den filter, "@@0" one of the positions, '!1' one of the awards,
-    // "$0" a page, other words are buttons.
+    // Beside the usual words: "position:0" and "award:1" make a row of these grids current, "page:0" turns to a page.
     void go(const QString& script) const
     {
         run(script, [&](const QString& word) {
-            const int number = QString(word).remove(QRegularExpression("^\\D+")).toInt();
-            if (word.startsWith("@@"))
+            const int number = word.section(':', 1).toInt();
+            if (word.startsWith("position:"))
                 grid.setCurrentIndex(grid.model()->index(number, 0));
-            else if (word.startsWith('@'))
-                test::clickRow(list, number);
-            else if (word.startsWith('#'))
-                get<widgets::ComboBox>("cmbSelectedDens").setListIndex(number);
-            else if (word.startsWith('!'))
+            else if (word.startsWith("award:"))
                 awards.setRow(number);
-            else if (word.startsWith('$'))
+            else if (word.startsWith("page:"))
                 tab.setCurrentIndex(number);
             else
                 press(form, word);
@@ -173,26 +168,19 @@ private Q_SLOTS:
         QCOMPARE(screen.list.listCount(), 0);
     }
     // What ends the program; no position is the worse for it.
-    void failures_data() { test::tableOf({"case", "script", "sql", "number"}, "adults/adults_failures.txt"); }
+    void failures_data() { test::tableOf("adults/adults_failures.txt"); }
     void failures()
     {
         QTEST(test::failureInChild(test::cell("sql"), [] { Screen().go(test::cell("script")); }), "number");
         QCOMPARE(left(), "5 + 2");
     }
 
-    void records_data()
-    {
-        test::tableOf({"case", "script", "label", "live", "page", "list", "adults", "awards", "left", "said"},
-                      "adults/adults_records.txt");
-    }
+    void records_data() { test::tableOf("adults/adults_records.txt"); }
     void records() { play({"label", "live", "page", "list", "adults", "awards", "left", "said"}); }
 
     // The list, its first adult, and what a dialog for finding changed. Rows of the den filter: Tiger, Bear, Wolf, all;
     // the dialog offers Tiger and Wolf only.
-    void sets_data()
-    {
-        test::tableOf({"case", "script", "list", "first", "label", "live", "page", "said"}, "adults/adults_sets.txt");
-    }
+    void sets_data() { test::tableOf("adults/adults_sets.txt"); }
     void sets() { play({"list", "first", "label", "live", "page", "said"}); }
     void noDens()
     {
@@ -206,25 +194,15 @@ private Q_SLOTS:
     }
 
     // Title, den, level and the three keys of each position of the adult on screen.
-    void positions_data()
-    {
-        test::tableOf({"case", "script", "said", "positions", "left"}, "adults/adults_positions.txt");
-    }
+    void positions_data() { test::tableOf("adults/adults_positions.txt"); }
     void positions() { play({"said", "positions", "left"}); }
 
     // Each dialog on one adult: what it shows at its end, and the adult's positions then.
-    void dialogs_data() { test::tableOf({"case", "script", "log", "held"}, "adults/adults_dialogs.txt"); }
+    void dialogs_data() { test::tableOf("adults/adults_dialogs.txt"); }
     void dialogs() { play({"log", "held"}); }
 
     // The mark stays on the position that was worked on.
-    void marks_data()
-    {
-        test::table({"case", "script", "marked"}, R"(
-            added                     | @0 cmdAddDenAssn>optPackPosition,cmbPackTitles:0,cmdSave | Chair/N/A
-            changed                   | @2 @@1 cmdEditDenAssn>cmbDenTitles:1,cmdSave | Den Leader/3
-            the one after the deleted | @2 @@3 yes cmdDelDenAssn                     | Gone/
-            walked                    | @2 @@2 P N                                   | Den Leader/1)");
-    }
+    void marks_data() { test::tableOf("adults/adults_marks.txt"); }
     void marks() { play({"marked"}); }
 
     // Another program's layout would have the wrong position deleted.
@@ -242,16 +220,7 @@ private Q_SLOTS:
     }
 
     // By adult, award and date: rows that read the same go together.
-    void awards_data()
-    {
-        test::table({"case", "script", "grid", "awards"}, R"(
-            the first is current              | @2 $1 cmdDeleteAward                         | Ann M Young; Date Assigned/Award/; 5/2/2025/Knot Badge/1; 5/2/2026/Knot Badge/1; 5/2/2026/Knot Badge/1; 5/2/2026/Star Pin/2 | 6
-            equal rows go together            | @2 $1 !3 cmdDeleteAward                      | Ann M Young; Date Assigned/Award/; 5/2/2025/Knot Badge/1; 5/2/2026/Star Pin/2 | 4
-            walking shows them                | @2 $1 !3 cmdDeleteAward P                    | Bob Old; Date Assigned/Award/; 5/2/2026/Knot Badge/1 | 4
-            a new adult has none              | @1 n                                         | ; Date Assigned/Award/                       | 6
-            a list that goes empty shows none | @2 #1                                        | ; Date Assigned/Award/                       | 6
-            two added on one day              | @1 $1 cmdAddAward>AssignedDate:6/7/26,cmdSelectAll,cmdAddToAdult | Bob Old; Date Assigned/Award/; 5/2/2026/Knot Badge/1; 6/7/2026/Knot Badge/1; 6/7/2026/Star Pin/2 | 8)");
-    }
+    void awards_data() { test::tableOf("adults/adults_awards.txt"); }
     void awards() { play({"grid", "awards"}); }
 
 private:

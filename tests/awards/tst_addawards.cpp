@@ -102,7 +102,7 @@ private Q_SLOTS:
         platform::setToday(QDate(2026, 5, 9));
     }
 
-    void listsStayInStep_data() { test::tableOf({"case", "steps", "lists"}, "awards/addawards_listsStayInStep.txt"); }
+    void listsStayInStep_data() { test::tableOf("awards/addawards_listsStayInStep.txt"); }
     void listsStayInStep()
     {
         const Screen<Adult> screen;
@@ -145,14 +145,7 @@ private Q_SLOTS:
         QCOMPARE(test::rows(Scouts), "3/3/5/9/2026/2026/5/Null");
     }
 
-    void leaving_data()
-    {
-        test::table({"case", "date", "step", "key", "told"}, R"(
-            no date      |      | tick 1 | Return | Please select an Assigned Date.Missing Date
-            nothing      |      |        | Return |
-            date alone   | soon |        | Return |
-            cancelled    | 2/5  | tick 1 | Escape |)");
-    }
+    void leaving_data() { test::tableOf("awards/addawards_leaving.txt"); }
     void leaving()
     {
         const Screen<Adult> screen;
@@ -168,12 +161,7 @@ private Q_SLOTS:
     }
 
     // A refused award keeps those before it.
-    void failures_data()
-    {
-        test::table({"case", "date", "number", "added"}, R"(
-            a date that can't be read | 2/30/2026 | 3421 | 1
-            an award held already     | 2/5/26    | 3022 | 3)");
-    }
+    void failures_data() { test::tableOf("awards/addawards_failures.txt"); }
     void failures()
     {
         const QString refuse = "Create Unique Index Once On Assigned_Awards_Adults (Adult_SID, Insignia_SID);"
@@ -182,17 +170,7 @@ private Q_SLOTS:
         QTEST(QString::number(test::count("Assigned_Awards_Adults")), "added");
     }
 
-    void editing_data()
-    {
-        test::table({"case", "quantity", "award", "leave", "count", "key", "date", "saved"}, R"(
-            a half goes to the even number below   | 2.5 | Bear Pin   | Return | 2 | 2 | 1/2/26   | yes
-            a half goes to the even number above   | 3.5 | Bear Pin   | Return | 4 | 2 | 1/2/26   | yes
-            no quantity is none                    |     | Bear Pin   | Return | 0 | 2 | 1/2/26   | yes
-            digits lead, and a typed award is none | 4x  | Bear Badge | Return | 4 | 0 | 1/2/26   | yes
-            in any case                            | 1   | bear Pin   | Return | 1 | 0 | 1/2/26   | yes
-            a day from the calendar                | day | Bear Pin   | Return | 0 | 2 | 5/9/2026 | yes
-            Escape hands nothing over              | day | Bear Badge | Escape | 1 | 2 | 1/2/26   | no)");
-    }
+    void editing_data() { test::tableOf("awards/addawards_editing.txt"); }
     void editing()
     {
         QFETCH(QString, quantity);

@@ -163,35 +163,20 @@ private Q_SLOTS:
 
     // Coming back to a page reads its lists again. A typed den lists nobody, and an adult's own den alone counts: Flo
     // Gray leads den 3 and isn't listed.
-    void lists_data() { test::tableOf({"case", "script", "lists"}, "awards/assign_lists.txt"); }
+    void lists_data() { test::tableOf("awards/assign_lists.txt"); }
     void lists() { play({"lists"}); }
 
     // Marks follow the chosen everywhere, nobody is chosen twice; scout 1 and adult 1 are two people, but the pack's
     // page takes the mark of either.
-    void choosing_data() { test::tableOf({"case", "script", "chosen", "marks"}, "awards/assign_choosing.txt"); }
+    void choosing_data() { test::tableOf("awards/assign_choosing.txt"); }
     void choosing() { play({"chosen", "marks"}); }
 
     // What is missing, and the award, day and focus that are left.
-    void missing_data()
-    {
-        test::table({"case", "script", "said", "order", "given"}, R"(
-            no award                                     | pack6 AssignDate=2/5/26 ok assign | Error: An Award needs to be selected!        | /2/5/26/cboAward         | 0
-            a list opened without a choice keeps the award | pack6 order award: assign         |                                              | //cmdAssignAward         | 1
-            no date                                      | pack6 award:Bear_Pin ok assign    | Error: An Assigned Date needs to be entered! | Bear Pin//cmdAssignAward | 0
-            a whole order is given, award and date go    | pack6 order assign                |                                              | //cmdAssignAward         | 1
-            Clear empties award and date                 | pack6 order clear                 |                                              | //cmdClearAll            | 0)");
-    }
+    void missing_data() { test::tableOf("awards/assign_missing.txt"); }
     void missing() { play({"said", "order", "given"}); }
 
     // Who has an award can be given it again.
-    void assigning_data()
-    {
-        test::table({"case", "script", "scouts", "adults"}, R"(
-            a scout and adults             | pack4 Adults pack1 pack2 order assign        | 4/2/2/5/2026/2026/2/Null                     | 1/2/2/5/2026/2026/2, 2/2/2/5/2026/2026/2
-            two scouts in the order chosen | pack4 pack1 order assign                     | 4/2/2/5/2026/2026/2/Null, 1/2/2/5/2026/2026/2/Null |
-            the same award twice           | pack4 order assign order assign              | 4/2/2/5/2026/2026/2/Null, 4/2/2/5/2026/2026/2/Null |
-            another award on another day   | pack4 order assign award:Bear_Badge AssignDate=12/3/99 assign | 4/2/2/5/2026/2026/2/Null, 4/3/12/3/1999/1999/12/Null |)");
-    }
+    void assigning_data() { test::tableOf("awards/assign_assigning.txt"); }
     void assigning() { play({"scouts", "adults"}); }
 
     void badDate_data() { test::table({"way"}, "Tab\ntab1\nassign\nclear\nnone\nx\nAdults\ncboAward"); }
@@ -213,14 +198,7 @@ private Q_SLOTS:
     }
 
     // A den without scouts leaves the count of the den before it; a refused row keeps those before it.
-    void failures_data()
-    {
-        test::table({"case", "script", "number", "scouts", "adults"}, R"(
-            All in a den without scouts         | pack3 tab1 den:Wolf den:Empty allScouts      | 9    | 0 | 1
-            a row dropped there                 | pack3 tab1 den:Wolf den:Empty row1           | 9    | 0 | 1
-            a typed den, read again             | tab1 typed:Wolf_Den_3 tab0 tab1              | 3075 | 0 | 1
-            a refused row keeps those before it | all Adults all award:Bear_Pin AssignDate=2/5/26 assign | 3022 | 5 | 2)");
-    }
+    void failures_data() { test::tableOf("awards/assign_failures.txt"); }
     void failures()
     {
         const QString refuse = "Create Unique Index Once On Assigned_Awards_Adults (Adult_SID, Insignia_SID);"

@@ -63,7 +63,7 @@ class tst_catalogue : public QObject
 private Q_SLOTS:
     void init() { m_folder.emplace(); }
 
-    void types_data() { test::tableOf({"case", "option", "type"}, "awards/catalogue_types.txt"); }
+    void types_data() { test::tableOf("awards/catalogue_types.txt"); }
     void types()
     {
         QFETCH(QString, option);
@@ -81,11 +81,7 @@ private Q_SLOTS:
     }
 
     // What changes as the screen empties for a new award enables cmdSave; without a change it waits for a key.
-    void oneRecordAtATime_data()
-    {
-        test::tableOf({"case", "awards", "script", "label", "live", "award", "text", "option", "focus", "stored"},
-                      "awards/catalogue_oneRecordAtATime.txt");
-    }
+    void oneRecordAtATime_data() { test::tableOf("awards/catalogue_oneRecordAtATime.txt"); }
     void oneRecordAtATime()
     {
         QFETCH(QString, stored);
@@ -100,10 +96,7 @@ private Q_SLOTS:
         QCOMPARE(test::count("Assigned_Awards_Scouts"), 3);
     }
 
-    void find_data()
-    {
-        test::tableOf({"case", "script", "log", "said", "label", "live", "found"}, "awards/catalogue_find.txt");
-    }
+    void find_data() { test::tableOf("awards/catalogue_find.txt"); }
     void find()
     {
         test::fill("Insert Into Insignias Values (1, 'Zoo', 'Patch', ''), (2, 'Bear', 'Pin', ''), "

@@ -13,11 +13,7 @@ class tst_packinformation : public QObject
 
 private Q_SLOTS:
     // The table's rows before and after; number, name, Save and focus between.
-    void editing_data()
-    {
-        test::tableOf({"case", "before", "script", "number", "name", "save", "focus", "after"},
-                      "pack/packinformation_editing.txt");
-    }
+    void editing_data() { test::tableOf("pack/packinformation_editing.txt"); }
     void editing()
     {
         QFETCH(QString, before);

@@ -87,7 +87,7 @@ private Q_SLOTS:
         test::fill(Titles);
     }
 
-    void editing_data() { test::tableOf({"case", "script", "shown", "stored"}, "pack/positions_editing.txt"); }
+    void editing_data() { test::tableOf("pack/positions_editing.txt"); }
     void editing()
     {
         QFETCH(QString, script);
@@ -100,15 +100,7 @@ private Q_SLOTS:
     }
 
     // The grid says why, the row stays open where it is, whatever would leave it; Escape takes it back.
-    void refused_data()
-    {
-        test::table({"case", "script", "failure", "title", "shown"}, R"(
-            no title       | D10=             | An index or primary key | Den Leader Titles | C ~1 A2 H2; D1 A3 T3
-            repeated       | D10=a            | The change was not made | Den Leader Titles | C a~1 A2 H2; D1 A3 T3
-            new, repeated  | P30=t            | The change was not made | Pack Positions    | C L1 A2 H2; D1 A3 T3 t~
-            31 characters  | D10=%31          | Position Title takes at most 30 | Den Leader Titles | C %31~1 A2 H2; D1 A3 T3
-            61 characters  | P00=%61          | Position Title takes at most 60 | Pack Positions    | C L1 A2 H2; %61~1 A3 T3)");
-    }
+    void refused_data() { test::tableOf("pack/positions_refused.txt"); }
     void refused()
     {
         QFETCH(QString, script);

@@ -54,17 +54,14 @@ class tst_formula : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void computes_data()
-    {
-        test::table({"text", "result"}, test::contents(ORLO_SOURCE_DIR "/tests/reporting/formulas.txt").constData());
-    }
+    void computes_data() { test::tableOf("reporting/formulas.txt"); }
     void computes() { QTEST(displayText(bound(test::cell("text")).evaluate(Row())), "result"); }
 
     /// What the formula says of the row and what of it goes into the query. What can't be read fails with its number
     /// and column, and never selects more instead.
     void selects_data()
     {
-        test::tableOf({"text", "outcome"}, "reporting/formula_selects.txt");
+        test::tableOf("reporting/formula_selects.txt");
         QTest::newRow("open text") << "\"open"
                                    << "3075 at 1";
     }
@@ -84,14 +81,7 @@ private Q_SLOTS:
     }
 
     /// A failure names the word that was met.
-    void namesTheWord_data()
-    {
-        test::table({"text", "message"}, R"(
-            if 1 = 1 than 2 | "then" is missing before "than".
-            if 1 = 1        | "then" is missing at the end.
-            1 'two'         | The formula should end before "'two'".
-        )");
-    }
+    void namesTheWord_data() { test::tableOf("reporting/formula_namesTheWord.txt"); }
     void namesTheWord()
     {
         QTEST(test::failureOf<ReportError>([] { return Formula(test::cell("text")); })->message(), "message");

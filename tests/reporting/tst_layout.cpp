@@ -16,7 +16,7 @@ using namespace orlo::reporting;
 namespace
 {
 
-/// Pages as text: strips by number, repeated headings in brackets, pages parted by bars.
+/// Pages as text: strips by number, repeated headings in brackets, pages parted by strokes.
 QString told(const std::vector<PageContent>& pages)
 {
     QStringList all;
@@ -28,7 +28,7 @@ QString told(const std::vector<PageContent>& pages)
             one << QStringLiteral("%1@%2").arg(placed.strip).arg(placed.y);
         all << one.join(u' ');
     }
-    return all.join(" | ");
+    return all.join(" / ");
 }
 
 /// Strips from letters: "d" a line of 10, "h" a heading kept with the next, "b" one that begins a page, "T" 70, "X"
@@ -48,44 +48,25 @@ class tst_layout : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void breaksPages_data()
-    {
-        using Kept = std::vector<KeptTogether>;
-        using Headings = std::vector<RepeatedHeading>;
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("pages");
-        QTest::addColumn<Kept>("kept");
-        QTest::addColumn<Headings>("headings");
-        const auto row = [](const char* name, const char* text, const char* pages, const Kept& kept = {},
-                            const Headings& headings = {}) {
-            QTest::newRow(name) << text << pages << kept << headings;
-        };
-        row("empty report is one page", "", "");
-        row("fills to the edge", "Tdddd", "0@0 1@70 2@80 3@90 | 4@0");
-        row("no orphan headings", "Tdhhd", "0@0 1@70 | 2@0 3@10 4@20");
-        row("too high stands alone", "dXd", "0@0 | 1@0 | 2@0");
-        row("heading of the too high", "hXd", "0@0 | 1@0 | 2@0");
-        row("new page", "ddbd", "0@0 1@10 | 2@0 3@10");
-        row("group kept whole", "Thddd", "0@0 | 1@0 2@10 3@20 4@30", {{1, 5}});
-        row("group and what must follow it", "Tddhd", "0@0 | 1@0 2@10 3@20 4@30", {{1, 4}});
-        row("followed by more than a page holds", "TddhX", "0@0 1@70 2@80 | 3@0 | 4@0", {{1, 4}});
-        row("group that fits stays", "Thdd", "0@0 1@70 2@80 3@90", {{1, 4}});
-        row("group that would leave too much empty", "Thddd", "0@0 1@70 2@80 3@90 | 4@0", {{1, 5, 0.2}});
-        row("group above a page is cut", "hTTd", "0@0 1@10 | 2@0 3@70", {{0, 4}});
-        row("outer can't, inner can", "hTdhdd", "0@0 1@10 2@80 | 3@0 4@10 5@20", {{0, 6}, {3, 6}});
-        row("heading repeated", "hTdddd", "0@0 1@10 2@80 3@90 | [0] 4@10 5@20", {}, {{1, 6, 10}});
-        row("heading whose rows are over", "hTddbd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 4, 10}});
-        row("outer heading first", "hhTdd", "0@0 1@10 2@20 3@90 | [0] [1] 4@30", {}, {{1, 5, 10}, {2, 5, 20}});
-        row("headings leave room", "hTdddd", "0@0 1@10 2@80 3@90 | 4@0 5@10", {}, {{1, 6, 60}});
-        row("kept group counts the heading", "hTdTdd", "0@0 1@10 2@80 | [0] 3@20 4@90 | [0] 5@20", {{3, 6}},
-            {{1, 6, 20}});
-    }
+    /// Kept together, or repeated from the first strip of a heading's rows to their end: "1-5", with the share of a
+    /// page that may stay empty, "1-5:0.2", or the heading's height.
+    void breaksPages_data() { test::tableOf("reporting/layout_breaksPages.txt"); }
     void breaksPages()
     {
-        QFETCH(QString, text);
-        QFETCH(std::vector<KeptTogether>, kept);
-        QFETCH(std::vector<RepeatedHeading>, headings);
-        QTEST(told(paginate(strips(text), kept, headings, 100)), "pages");
+        std::vector<KeptTogether> kept;
+        std::vector<RepeatedHeading> headings;
+        const auto each = [](const char* column, const auto& take) {
+            for (const QString& range : test::cell(column).split(' ', Qt::SkipEmptyParts))
+                take(range.section('-', 0, 0).toULongLong(), range.section('-', 1).section(':', 0, 0).toULongLong(),
+                     range.section(':', 1));
+        };
+        each("kept", [&](std::size_t first, std::size_t last, const QString& share) {
+            kept.push_back({first, last, share.isEmpty() ? KeptTogether().mayLeaveEmpty : share.toDouble()});
+        });
+        each("headings", [&](std::size_t first, std::size_t last, const QString& height) {
+            headings.push_back({first, last, height.toDouble()});
+        });
+        QTEST(told(paginate(strips(test::cell("text")), kept, headings, 100)), "pages");
     }
 
     /// No character is lost and no line is too long.
@@ -115,10 +96,7 @@ private Q_SLOTS:
     }
 
     // An underscore stands for a blank.
-    void findsTextAsItReads_data()
-    {
-        test::tableOf({"case", "page", "searched", "found"}, "reporting/layout_findsTextAsItReads.txt");
-    }
+    void findsTextAsItReads_data() { test::tableOf("reporting/layout_findsTextAsItReads.txt"); }
     void findsTextAsItReads()
     {
         auto [page, searched] = test::cells("page", "searched");

@@ -189,10 +189,7 @@ private Q_SLOTS:
         platform::setFolder({});
     }
 
-    void tellsWhatIsWrong_data()
-    {
-        test::tableOf({"find", "put", "number", "told"}, "reporting/reportcontrol_tellsWhatIsWrong.txt");
-    }
+    void tellsWhatIsWrong_data() { test::tableOf("reporting/reportcontrol_tellsWhatIsWrong.txt"); }
     void tellsWhatIsWrong()
     {
         const auto [find, put, told] = test::cells("find", "put", "told");
@@ -288,18 +285,7 @@ private Q_SLOTS:
     }
 
     /// So it does with what the file reads or looks for, though the run that first did failed.
-    void followsWhatItReads_data()
-    {
-        test::table({"case", "text", "file", "before", "told", "after"}, R"(
-            unknown field | include "new.inc" | new.inc | page-header {\ntext 0 = {No}\n} | (new.inc, line 2 | page-header {\ntext 0 9in = "mended"\n}
-            slip          | include "new.inc" | new.inc | detali {                        | (new.inc, line 1 | page-header {\ntext 0 9in = "mended"\n}
-            missing       | include "new.inc" | new.inc | | can't be found | page-header {\ntext 0 9in = "mended"\n}
-            of a subreport | subreport "A" {\ninclude "new.inc"\n} | new.inc | | can't be found | source {\nSelect 1 As A\n}\npage-header {\n}
-            condition     | page-header {\nrow with "new.png" {\ntext 0 9in = "mended"\n}\n} | new.png | | | -
-            picture       | page-header {\npicture 0 1in 1in "new.png"\n} | new.png | | | no picture
-            own look      | include "pack.inc" | pack.inc | | PackInfo | page-header {\ntext 0 9in = "mended"\n}
-        )");
-    }
+    void followsWhatItReads_data() { test::tableOf("reporting/reportcontrol_followsWhatItReads.txt"); }
     void followsWhatItReads()
     {
         const auto [text, file, before, told, after] = test::cells("text", "file", "before", "told", "after");
@@ -349,12 +335,11 @@ private Q_SLOTS:
         QTRY_COMPARE(preview.document().title, "second");
         QTRY_COMPARE(preview.document().title, "third");
 
-        new LiveReport(preview, path("Shopping.rpt"), 0,
-                       []() -> std::optional<Document> { throw std::length_error("too long"); });
+        new LiveReport(preview, 0, []() -> std::optional<Document> { throw std::length_error("too long"); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
 
         bool kept = false; // what a run is made of, though its preview goes meanwhile
-        const LiveReport* live = new LiveReport(preview, path("Shopping.rpt"), 0, [&, part = std::make_shared<int>()] {
+        const LiveReport* live = new LiveReport(preview, 0, [&, part = std::make_shared<int>()] {
             const auto look = [&told = kept, own = std::weak_ptr<int>(part)] { told = !own.expired(); };
             delete live;
             look();

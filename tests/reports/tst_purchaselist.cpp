@@ -51,16 +51,7 @@ private Q_SLOTS:
     }
 
     /// The list of the month is made first; a refused range leaves it (@) as it is.
-    void sums_data()
-    {
-        test::table({"case", "start", "end", "said", "rows"}, R"(
-            a month of awards, those of a name and type together | 2/1/2026  | 2/28/2026 |                                              | @
-            one day                                      | 1/31/2026 | 1/31/26   |                                              | , 1/Wolf/Badge
-            years without awards                         | 1/1/1999  | 1/2/1999  |                                              |
-            no start                                     |           | 2/1/2026  | Date Selection Error: You must enter a start date and end date | @
-            no end                                       | 2/2/2026  |           | Date Selection Error: You must enter a start date and end date | @
-            an end before the start                      | 10/1/2026 | 9/30/2026 | Delete Selection Error: The start date needs to be equal to or older then the end date | @)");
-    }
+    void sums_data() { test::tableOf("reports/purchaselist_sums.txt"); }
     void sums()
     {
         test::fill(Awards);

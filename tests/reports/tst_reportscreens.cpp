@@ -130,11 +130,7 @@ private Q_SLOTS:
     }
 
     /// What a run leaves on the control, after others on the way; the slots are the report's and the subreport's.
-    void setsTheReport_data()
-    {
-        test::tableOf({"run", "clicks", "report", "slots", "subreport", "title", "state"},
-                      "reports/reportscreens_setsTheReport.txt");
-    }
+    void setsTheReport_data() { test::tableOf("reports/reportscreens_setsTheReport.txt"); }
     void setsTheReport()
     {
         auto [run, clicks, title] = test::cells("run", "clicks", "title");
@@ -181,10 +177,7 @@ private Q_SLOTS:
     }
 
     /// The report's file is printed, read back and compared with what the plain SQL engine says of the same file.
-    void printsWhatTheDatabaseHolds_data()
-    {
-        test::tableOf({"run", "clicks", "heading", "nothing"}, "reports/reportscreens_printsWhatTheDatabaseHolds.txt");
-    }
+    void printsWhatTheDatabaseHolds_data() { test::tableOf("reports/reportscreens_printsWhatTheDatabaseHolds.txt"); }
     void printsWhatTheDatabaseHolds()
     {
         auto [run, clicks, heading, nothing] = test::cells("run", "clicks", "heading", "nothing");
@@ -245,7 +238,7 @@ private Q_SLOTS:
 
     /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
     /// for the fields of the people. The condition that they are active isn't told; the title lies in parentheses.
-    void selects_data() { test::tableOf({"criteria", "formula", "title"}, "reports/reportscreens_selects.txt"); }
+    void selects_data() { test::tableOf("reports/reportscreens_selects.txt"); }
     void selects()
     {
         auto [criteria, formula, title] = test::cells("criteria", "formula", "title");

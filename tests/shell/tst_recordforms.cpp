@@ -21,13 +21,10 @@ class tst_recordforms : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Digits click rows of the list, "-" makes the scout inactive; the box is asked about unsaved changes or deleting.
+    // "-" makes the scout inactive, "dens" opens the den filter, "away" hides the form
+    // and shows it again; the box is asked about unsaved changes or deleting.
     // What else of the page is live, the last name, the list's rows and the highlighted one, the focus, the last names.
-    void listForm_data()
-    {
-        test::tableOf({"case", "people", "script", "label", "live", "page", "name", "listed", "row", "focus", "stored"},
-                      "shell/recordforms_listForm.txt");
-    }
+    void listForm_data() { test::tableOf("shell/recordforms_listForm.txt"); }
     void listForm()
     {
         const auto [people, script] = test::cells("people", "script");
@@ -47,8 +44,10 @@ private Q_SLOTS:
                 screen.get<widgets::ComboBox>("comActive").setText("No");
             else if (word.startsWith("opt"))
                 screen.click(word.toUtf8().constData());
-            else
-                test::clickRow(list, word.toInt() - 1);
+            else if (word == "dens")
+                screen.get<widgets::ComboBox>("cmbSelectedDens").showPopup(), QApplication::activePopupWidget()->hide();
+            else if (word == "away")
+                screen.form.hide(), screen.form.show();
         });
         auto seen = screen.shown();
         seen.insert({{"page", screen.enabled({"cmdFind", "cmdAddAward", "cmdDeleteAward", "tabScout", "txtFirst"})},
@@ -77,10 +76,7 @@ private Q_SLOTS:
 
     // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
     // The other values are written as ever.
-    void foreignValues_data()
-    {
-        test::tableOf({"case", "form", "before", "script", "query", "result"}, "shell/recordforms_foreignValues.txt");
-    }
+    void foreignValues_data() { test::tableOf("shell/recordforms_foreignValues.txt"); }
     void foreignValues()
     {
         const auto [form, script] = test::cells("form", "script");
@@ -106,17 +102,7 @@ private Q_SLOTS:
     }
 
     // A form that is closed under its own question is there until its handler has returned.
-    void closedUnderItsQuestion_data()
-    {
-        test::table({"form", "script"}, R"(
-            scouts | First=x N
-            scouts | First=x optInactive
-            scouts | d
-            adults | First=x L
-            dens   | DenName=x N
-            awards | InsigniaName=x x
-            pack   | PackName=x x)");
-    }
+    void closedUnderItsQuestion_data() { test::tableOf("shell/recordforms_closed.txt"); }
     void closedUnderItsQuestion()
     {
         const test::AppFolder folder;

@@ -19,10 +19,7 @@ class tst_recordwalk : public QObject
 private Q_SLOTS:
     // F, P, N and L step, "s" settles and "2" goes to the second record; the place and the record where the walk ends,
     // and which ways settling or, of a walking form, the place told last: "-" none, "+" one, "=" as it was.
-    void steps_data()
-    {
-        test::tableOf({"case", "records", "steps", "place", "record", "settled", "ways"}, "shell/steps.txt");
-    }
+    void steps_data() { test::tableOf("shell/steps.txt"); }
     void steps()
     {
         const auto [records, steps] = test::cells("records", "steps");
@@ -51,13 +48,7 @@ private Q_SLOTS:
     }
 
     // What is read together holds others back from writing, but no longer than until a write or a wait.
-    void reading_data()
-    {
-        test::table({"ended by", "writes"}, R"(
-            nothing | no
-            write | yes
-            wait | yes)");
-    }
+    void reading_data() { test::tableOf("shell/recordwalk_reading.txt"); }
     void reading()
     {
         const test::AppFolder folder;
@@ -81,7 +72,7 @@ private Q_SLOTS:
     }
 
     // What a find adds " and " to is left with it where neither view nor den follow.
-    void criteria_data() { test::tableOf({"case", "start", "view", "den", "criteria"}, "shell/criteria.txt"); }
+    void criteria_data() { test::tableOf("shell/criteria.txt"); }
     void criteria()
     {
         const auto [start, view, den] = test::cells("start", "view", "den");

@@ -71,18 +71,8 @@ class tst_shell : public QObject
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
-    void startUp_data()
-    {
-        // needs: an update; error: the number of the failure that the start ends with
-        test::table({"files", "needs", "opened", "error"}, R"(
-        current         | no  | yes |
-        old             | yes | no  |
-        old and current | yes | no  |
-        none            | no  | no  | 3024
-        damaged         | no  | no  | 3343
-        later's current | no  | no  | 3343
-    )");
-    }
+    // needs: an update; error: the number of the failure that the start ends with
+    void startUp_data() { test::tableOf("shell/shell_startUp.txt"); }
     void startUp()
     {
         const auto [files, error] = test::cells("files", "error");
@@ -169,38 +159,7 @@ private Q_SLOTS:
     {
         QStringList lines;
         appendMenu(mdiPendrake::instance().menuBar()->actions(), 0, lines);
-        const QString tree = QStringLiteral(R"(ID_TEST_MENU|Test Menu
--ID_DB_11_UPDATE|Database Update from 1.0 to 1.1
-mnuFile|&File
--mnuRepairDatabase|Repair Database
--ID_BACKUP_RESTORE_MENU|Backup/Restore Menu
---ID_BACKUP_DATABASE|&Backup Database...
---ID_RESTOR_BACKUP|Restore Database...
--Line|
--mnuExit|&Exit ORLO
-mnuForms|F&orms
--mnuPackInformation|&Pack Information ...
--mnuScouts|&Scouts ...
--mnuAdults|Ad&ults ...
--mnuDenInfo|&Den Information ...
--mnuInsigniaInfo|A&ward Information ...
--ID_Pack_Den_Positions|Pack and Den Positoins ...
--mnuAssignInsignias|&Assign Awards ...
-mnuReports|&Reports
--mnuRepAssignedAwards|&Assigned Awards
--mnuRepAwardList|Awards &List
--mnuPurchaseList|&Purchase List
--ID_ROSTERS|&Rosters
---mnuRptScoutList|Scout Roster
---mnuRptAdultList|Adult Roster
---ID_COMBINED_ROSTER|Combined Roster
-ID_WINDOWS_MENU|&Window
-mnuHelp|&Help
--mnuHelpTopics|&ORLO Help Topics
--mnuAbout|&About)");
-        lines.removeIf(
-            [&tree](const QString& line) { return !tree.split(u'\n').contains(line); }); // what has come since
-        QCOMPARE(lines.join(u'\n'), tree);
+        QCOMPARE(lines.join(u'\n'), QString(test::contents(ORLO_SOURCE_DIR "/tests/shell/menu.txt").trimmed()));
     }
 
     void oneWindowPerScreen()
@@ -225,6 +184,10 @@ mnuHelp|&Help
         Q_EMIT windows.aboutToShow();
         QCOMPARE(windows.actions().size(), 2);
         QVERIFY(windows.actions()[0]->isChecked() && !windows.actions()[1]->isCheckable()); // no empty box beside it
+        auto* first = area.subWindowList().first();
+        first->showMinimized();
+        windows.actions().first()->trigger();
+        QVERIFY(!first->isMinimized());
         test::control<QAction>(frame, "ID_Pack_Den_Positions").trigger();
         auto* titles = area.activeSubWindow();
         QCOMPARE(titles->widget()->objectName(), "frmPackDenPositions"); // it scrolls its screen
@@ -341,18 +304,7 @@ mnuHelp|&Help
         QCOMPARE(LastOfMonth(QDate(999, 4, 30)), QDate(999, 4, 30));
     }
 
-    void calendar_data()
-    {
-        test::table({"how", "result"}, R"(
-        select | 11/24/2026
-        enter  | 11/24/2026
-        cancel | kept
-        escape | kept
-        close  | kept
-        page   | 3/1/2001
-        disabled | kept
-    )");
-    }
+    void calendar_data() { test::tableOf("shell/shell_calendar.txt"); }
     void calendar()
     {
         QFETCH(QString, how);
@@ -377,14 +329,7 @@ mnuHelp|&Help
         platform::setToday(QDate());
     }
 
-    void untrappedFailureEndsProcess_data()
-    {
-        test::table({"where", "message"}, R"(
-        handler | Run-time error '3021':\n\nNo current record.
-        nested  | Run-time error '91':
-        paint   | Run-time error '3021':
-    )");
-    }
+    void untrappedFailureEndsProcess_data() { test::tableOf("shell/shell_untrapped.txt"); }
     void untrappedFailureEndsProcess()
     {
         const auto [where, message] = test::cells("where", "message");

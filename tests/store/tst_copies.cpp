@@ -224,6 +224,7 @@ private Q_SLOTS:
         const int flushes = test::folderFlushes();
         QVERIFY(keeper.beforeChange(database, {}));
         QVERIFY(flushes < 0 || test::folderFlushes() >= flushes + 3);
+        QCOMPARE(test::putInPlaceUnflushed(), QStringList());
         database.close();
         const QString copy = m_folder->filePath("copies/2026-06-07/Quorrel11_Backup");
         QVERIFY(contents(copy) == contents(file()));

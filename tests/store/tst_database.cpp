@@ -26,7 +26,7 @@ private Q_SLOTS:
         createSchema(fresh);
     }
 
-    void opening_data() { test::tableOf({"file", "number"}, "store/opening.txt"); }
+    void opening_data() { test::tableOf("store/opening.txt"); }
     void opening()
     {
         QFETCH(QString, file);
@@ -82,13 +82,7 @@ private Q_SLOTS:
     }
 
     // The journal's name is flushed once, by SQLite and by us, until another program's journal bears it.
-    void journalsName_data()
-    {
-        test::table({"meanwhile", "flushes"}, R"(
-            nothing  | 0
-            removed  | 2
-            replaced | 2)");
-    }
+    void journalsName_data() { test::tableOf("store/database_journalsName.txt"); }
     void journalsName()
     {
         QFETCH(QString, meanwhile);

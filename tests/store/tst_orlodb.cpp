@@ -30,7 +30,7 @@ private Q_SLOTS:
         QVERIFY(folder.mkpath("csv") && folder.mkpath("out"));
     }
 
-    void badInput_data() { test::tableOf({"content", "file", "error"}, "store/orlodb/badInput.txt"); }
+    void badInput_data() { test::tableOf("store/orlodb/badInput.txt"); }
     void badInput()
     {
         QFETCH(QString, file);
@@ -105,6 +105,7 @@ private Q_SLOTS:
         const QString first = m_folder->filePath("first");
         QCOMPARE(orloDb({"export", out(), first}).errors, QString());
         QCOMPARE(contents(first + "/other/Mine.csv"), "a\nx\n");
+        QVERIFY(contents(first + "/Scouts.csv").contains(",1001-01-01,"));
         QVERIFY(contents(first + "/other/Dens.csv")
                     .startsWith("Den_SID,Den_Number,Den_Name,Den_Type,Year_Started,"
                                 "Active,Own\n-1,0.1,"));
@@ -124,10 +125,7 @@ private Q_SLOTS:
     }
 
     // Who only looks changes nothing, in the file nor beside it, and needs no right to.
-    void onlyLooks_data()
-    {
-        test::tableOf({"case", "statement", "forbidden", "refused"}, "store/orlodb/onlyLooks.txt");
-    }
+    void onlyLooks_data() { test::tableOf("store/orlodb/onlyLooks.txt"); }
     void onlyLooks()
     {
         const auto [statement, forbidden, refused] = orlo::test::cells("statement", "forbidden", "refused");
@@ -192,7 +190,7 @@ private Q_SLOTS:
         QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
     }
 
-    void usage_data() { test::tableOf({"arguments", "status", "says"}, "store/orlodb/usage.txt"); }
+    void usage_data() { test::tableOf("store/orlodb/usage.txt"); }
     void usage()
     {
         const Run run = orloDb(test::cell("arguments").replace("OUT", out()).split(u' ', Qt::SkipEmptyParts));

@@ -38,7 +38,7 @@ private Q_SLOTS:
     void conversions_data()
     {
         // kept: or the failure's number
-        test::tableOf({"given", "field", "kept"}, "store/conversions.txt");
+        test::tableOf("store/conversions.txt");
         QTest::newRow("long") << QString(70000, u'x') << "Note" << QString(70000, u'x');
     }
     void conversions()

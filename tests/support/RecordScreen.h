@@ -83,8 +83,8 @@ struct RecordScreen {
     }
     /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
     /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "preset" by Enter, "Name=text" types into
-    /// txtName, "cmdFind>steps" works the dialog that a word opens; the form's own actions take any other word, which
-    /// is a control to click where there are none.
+    /// txtName, "@0" clicks a row of the list, "den:Bear_Den_2" sets the den filter, "cmdFind>steps" works the dialog
+    /// that a word opens; the form's own actions take any other word, which is a control to click where there are none.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const
     {
         const auto words = script.split(u' ', Qt::SkipEmptyParts);
@@ -108,6 +108,11 @@ struct RecordScreen {
                 QTest::keyClick(word == "E" ? static_cast<QWidget*>(&form) : form.focusWidget(), keys[word]);
             else if (word.contains('='))
                 type("txt" + word.section('=', 0, 0), word.section('=', 1));
+            else if (word.startsWith('@') && word.size() > 1 && word[1].isDigit())
+                clickRow(*form.template findChild<widgets::ListBox*>(), word.sliced(1).toInt());
+            else if (auto* dens = form.template findChild<QComboBox*>("cmbSelectedDens");
+                     dens && word.startsWith("den:"))
+                dens->setEditText(word.sliced(4).replace('_', ' '));
             else if (other)
                 other(word);
             else

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 // Faults that only the operating system can cause; a row that needs one that this system can't cause is skipped.
 namespace orlo::test
@@ -18,6 +18,8 @@ extern const char* const OtherJournal;
 
 /// How often this process has flushed a folder; -1 on systems without folder flushes.
 [[nodiscard]] int folderFlushes();
+/// The files that it has put under their names since the last call and hadn't flushed; on such a system none.
+[[nodiscard]] QStringList putInPlaceUnflushed();
 
 /// From now on reading files between these offsets fails; a `to` of 0 ends that.
 void failReads(qint64 from, qint64 to);

@@ -13,23 +13,23 @@
 namespace orlo::test
 {
 
-/// A case of a table, and the line of the text in which it stands.
+/// A case of a table, and its line in the table's text.
 struct Case {
     QString name;
     QStringList cells;
     int line;
 };
 
-/// Makes columns of texts and a row of data for each case, which stands in a file, the text from a line on. A case with
-/// another number of cells fails.
-inline void addRows(std::initializer_list<const char*> columns, const QList<Case>& cases, const QByteArray& file,
-                    int start)
+/// Makes columns of texts and a row of data for each case. The table's text begins in a file at a line. A case with a
+/// wrong number of cells fails.
+inline void addRows(const QStringList& columns, const QList<Case>& cases, const QByteArray& file, int start)
 {
-    for (const char* column : columns)
-        QTest::addColumn<QString>(column);
+    static QByteArrayList names; // which the rows point to
+    for (const QString& column : columns)
+        QTest::addColumn<QString>(names.emplaceBack(column.toUtf8()).constData());
     QHash<QByteArray, RowPlace> places;
     for (const auto& [name, cells, line] : cases) {
-        if (cells.size() != qsizetype(columns.size()))
+        if (cells.size() != columns.size())
             fail(QStringLiteral("%1:%2: %3 cells: ").arg(QString::fromUtf8(file)).arg(start + line).arg(cells.size()) +
                  name);
         QTestData& row = QTest::newRow(name.toUtf8().constData());
@@ -40,27 +40,31 @@ inline void addRows(std::initializer_list<const char*> columns, const QList<Case
     setRowPlaces(std::move(places));
 }
 
-/// The cases of a table, one for each line. Cells are parted by bars and trimmed, the first one names the row, too;
-/// "\n" in a cell is a line's end.
+/// The cells of a line, separated by bars and trimmed; "\n" in a cell is a line's end.
+inline QStringList cellsOf(const QString& line)
+{
+    QStringList cells;
+    for (const QString& one : line.split(u'|'))
+        cells += one.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));
+    return cells;
+}
+
+/// A case for each line of a table; its first cell is also its name.
 inline QList<Case> casesOf(const QString& lines)
 {
     const QString table = lines.trimmed();
     int line = int(lines.first(lines.indexOf(table)).count(u'\n'));
     QList<Case> cases;
-    for (const QString& row : table.split(u'\n')) {
-        QStringList cells;
-        for (const QString& one : row.split(u'|'))
-            cells += one.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));
-        cases.append({row.section(u'|', 0, 0).trimmed(), cells, line++});
-    }
+    for (const QString& row : table.split(u'\n'))
+        cases.append({row.section(u'|', 0, 0).trimmed(), cellsOf(row), line++});
     return cases;
 }
 
-/// The columns and the cases of a table that stands in the test.
-inline void table(std::initializer_list<const char*> columns, const char* lines,
+/// A table in the test's own source.
+inline void table(const QStringList& columns, const QString& lines,
                   const std::source_location& place = std::source_location::current())
 {
-    addRows(columns, casesOf(QString::fromUtf8(lines)), place.file_name(), int(place.line()));
+    addRows(columns, casesOf(lines), place.file_name(), int(place.line()));
 }
 
 inline QString fileOfTests(const QString& file)
@@ -68,22 +72,44 @@ inline QString fileOfTests(const QString& file)
     return QStringLiteral(ORLO_SOURCE_DIR "/tests/") + file;
 }
 
-/// The columns and the cases of a table that is a text file of the tests.
-inline void tableOf(std::initializer_list<const char*> columns, const char* file)
+/// A table in a text file of the tests, whose first line names the columns. A table too wide for lines has paragraphs
+/// instead: "= " and the first cell, then the other cells that aren't empty, as "column: cell", several to a line with
+/// bars between them.
+inline void tableOf(const char* file)
 {
     const QString path = fileOfTests(QString::fromUtf8(file));
-    addRows(columns, casesOf(QString::fromUtf8(contents(path))), path.toUtf8(), 1);
+    const QString text = QString::fromUtf8(contents(path));
+    const QStringList columns = cellsOf(text.section(u'\n', 0, 0));
+    const QString lines = text.section(u'\n', 1);
+    if (!lines.startsWith(QLatin1String("\n= ")))
+        return addRows(columns, casesOf(lines), path.toUtf8(), 2);
+    QList<Case> cases;
+    int line = 2;
+    for (const QString& one : lines.split(QStringLiteral("\n= ")).mid(1)) {
+        QStringList cells(columns.size());
+        cells[0] = one.section(u'\n', 0, 0);
+        for (const QString& cell : cellsOf(one.section(u'\n', 1).replace(u'\n', u'|'))) {
+            const qsizetype at = columns.indexOf(cell.section(u':', 0, 0));
+            if (at >= 0)
+                cells[at] = cell.section(u':', 1).trimmed();
+            else if (!cell.isEmpty())
+                fail(QStringLiteral("no such column: ") + cell);
+        }
+        cases.append({cells[0], cells, line});
+        line += int(one.count(u'\n')) + 1;
+    }
+    addRows(columns, cases, path.toUtf8(), 1);
 }
 
-/// What the row of data has in a column.
+/// The current row's text in a column.
 inline QString cell(const char* column)
 {
     return *static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
 }
 
-/// The columns and the cases of a text file of the tests: "= " and a name on a line, the lines of the first cell, and
-/// each further cell from a line's "-- " on. Cells keep their lines' ends.
-inline void cases(std::initializer_list<const char*> columns, const QString& file)
+/// The cases in a text file of the tests: "= " and a name on a line, the lines of the first cell, then each further cell
+/// from a line's "-- " on. Cells keep their line ends.
+inline void cases(const QStringList& columns, const QString& file)
 {
     static const QRegularExpression mark(QStringLiteral("^-- "), QRegularExpression::MultilineOption);
     const QString path = fileOfTests(file);
@@ -97,15 +123,15 @@ inline void cases(std::initializer_list<const char*> columns, const QString& fil
     addRows(columns, all, path.toUtf8(), 1);
 }
 
-/// The texts of the row of data in these columns.
+/// The current row's texts in these columns.
 template <class... Column>
 std::array<QString, sizeof...(Column)> cells(const Column&... columns)
 {
     return {cell(columns)...};
 }
 
-/// Compares what was seen with the columns of the row of data that have these names. A red one points at the row, where
-/// its place is known.
+/// Compares results with the current row's columns of the same names. A failure points at the row, if its place is
+/// known.
 inline void compare(const QMap<QString, QString>& seen, std::initializer_list<const char*> columns,
                     const std::source_location& caller = std::source_location::current())
 {

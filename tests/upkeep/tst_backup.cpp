@@ -153,13 +153,9 @@ class tst_backup : public QObject
 
 private Q_SLOTS:
     void initTestCase() { mdiPendrake::handOverDataForms(); }
-    void backup_data()
-    {
-        // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
-        // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d), which are left
-        test::tableOf({"situation", "folder", "prepared", "drive", "late", "told", "loaded", "files"},
-                      "upkeep/backup_backup.txt");
-    }
+    // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
+    // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d), which are left
+    void backup_data() { test::tableOf("upkeep/backup_backup.txt"); }
     void backup()
     {
         QFETCH(QString, folder);
@@ -215,13 +211,7 @@ private Q_SLOTS:
         QCOMPARE(test::failureInChild(dens, walkAfterwards), "3420");
     }
 
-    void restore_data()
-    {
-        test::table({"situation", "folder", "told", "loaded", "dens"}, R"(
-No        | F |          | rsd | 2
-no backup | G | none     | rsd | 2
-good      | F | restored | d   | 0)");
-    }
+    void restore_data() { test::tableOf("upkeep/backup_restore.txt"); }
     void restore()
     {
         QFETCH(QString, told);

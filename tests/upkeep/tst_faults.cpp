@@ -91,7 +91,7 @@ class tst_faults : public QObject
 
 private Q_SLOTS:
     // Each work fails with the number, and what the file held it still holds.
-    void worksUnderFaults_data() { test::tableOf({"fault and work", "told", "closing"}, "upkeep/faults.txt"); }
+    void worksUnderFaults_data() { test::tableOf("upkeep/faults.txt"); }
     void worksUnderFaults()
     {
         const QString fault = test::cell("fault and work").section(' ', 0, 0);
@@ -125,12 +125,7 @@ private Q_SLOTS:
 
     // What a killed run left beside the old file: it is rolled back before the safety copy is made, unless the user put
     // the safety copy back.
-    void journal_data()
-    {
-        test::table({"situation", "left"}, R"(
-as it was left | first
-put back       | third)");
-    }
+    void journal_data() { test::tableOf("upkeep/faults_journal.txt"); }
     void journal()
     {
         const Folder folder;

@@ -98,7 +98,7 @@ private Q_SLOTS:
         QCOMPARE(use(), Well);
     }
 
-    void harm_data() { test::tableOf({"harm", "end", "sql"}, "upkeep/harm.txt"); }
+    void harm_data() { test::tableOf("upkeep/harm.txt"); }
     void harm()
     {
         QString sql = test::cell("sql");

@@ -32,7 +32,7 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        test::tableOf({"text", "place"}, "widgets/gridlayout_refuses.txt");
+        test::tableOf("widgets/gridlayout_refuses.txt");
         QTest::newRow("open after a doubled mark") << "column field=\"a\"\""
                                                    << "line 1, column 14";
     }

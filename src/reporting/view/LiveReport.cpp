@@ -1,6 +1,5 @@
 #include "reporting/view/LiveReport.h"
 
-#include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
 #include "reporting/ReportError.h"
 #include "reporting/view/PreviewWindow.h"
@@ -24,8 +23,8 @@ constexpr std::pair<qint64, qint64> Unseen(0, 0);
 
 } // namespace
 
-LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, qint64 began, Rerun rerun)
-    : QObject(&preview), m_preview(preview), m_reportFile(reportFile), m_rerun(std::move(rerun))
+LiveReport::LiveReport(PreviewWindow& preview, qint64 began, Rerun rerun)
+    : QObject(&preview), m_preview(preview), m_rerun(std::move(rerun))
 {
     m_settle.setSingleShot(true);
     m_settle.setInterval(SettleTime);
@@ -44,7 +43,6 @@ LiveReport::LiveReport(PreviewWindow& preview, const QString& reportFile, qint64
 void LiveReport::follow(QStringList files, qint64 began)
 {
     m_files = std::move(files);
-    m_files << platform::nativePath(m_reportFile);
     m_files.removeDuplicates();
     watch();
     const auto before = std::exchange(m_seen, stamps());

@@ -29,7 +29,7 @@ public:
 
     /// Follows the files of the preview's document. Its run began at this time, in milliseconds since 1970: later
     /// changes aren't in it yet.
-    LiveReport(PreviewWindow& preview, const QString& reportFile, qint64 began, Rerun rerun);
+    LiveReport(PreviewWindow& preview, qint64 began, Rerun rerun);
 
 private:
     /// A file's modification time, in milliseconds since 1970, and its size.
@@ -42,7 +42,6 @@ private:
     void run();
 
     PreviewWindow& m_preview;
-    QString m_reportFile;
     Rerun m_rerun;
     QStringList m_files;
     std::map<QString, Stamp> m_seen; // as of the last run

@@ -109,7 +109,6 @@ void preparePrinter(QPrinter& printer, const Document& document)
     const QSizeF upright = landscape ? document.paper.transposed() : document.paper;
     printer.setPageSize(QPageSize(upright, QPageSize::Point, QString(), QPageSize::FuzzyMatch));
     printer.setPageOrientation(landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
-    printer.setFullPage(true);
     printer.setDocName(document.title);
 }
 

@@ -211,7 +211,7 @@ int ReportControl::execute()
             window = show(std::move(*document));
         window->offerReports(platform::nativePath(request.reportFile),
                              [request](const QString& file) { runOther(request, file); });
-        new LiveReport(*window, request.reportFile, began, [request] {
+        new LiveReport(*window, began, [request] {
             RunDatabases opened;
             RunProgress progress(QStringLiteral("Preparing the report…"));
             return render(request, std::ref(opened), std::ref(progress));

@@ -3,6 +3,8 @@
 #include "widgets/ComboBox.h"
 #include "widgets/OptionButton.h"
 
+#include <QScopedValueRollback>
+
 namespace orlo
 {
 
@@ -40,8 +42,11 @@ bool FilterControls::namesDen() const
     return !den.isEmpty() && den != AllDens;
 }
 
-void FilterControls::setDens(const QStringList& dens) const
+void FilterControls::setDens(const QStringList& dens)
 {
+    if (m_settingDens)
+        return;
+    const QScopedValueRollback setting(m_settingDens, true);
     widgets::ComboBox& list = m_controls.den;
     const QString kept = list.text();
     list.removeAll();

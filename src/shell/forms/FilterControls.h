@@ -32,11 +32,13 @@ public:
     [[nodiscard]] bool lastNameFirst() const;
     /// True if the den's text is neither empty nor "<All>".
     [[nodiscard]] bool namesDen() const;
-    /// Fills the den's list and gives it its text back, which counts as a change of it.
-    void setDens(const QStringList& dens) const;
+    /// Fills the den's list and gives it its text back. That counts as a change, whose handlers may want to fill the list
+    /// again; such a call does nothing.
+    void setDens(const QStringList& dens);
 
 private:
     Controls m_controls;
+    bool m_settingDens = false;
 };
 
 } // namespace orlo

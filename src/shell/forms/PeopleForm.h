@@ -91,7 +91,7 @@ protected:
     [[nodiscard]] PeopleFilter filter() const;
     /// Opens the dens in number order and keeps their keys. False, after the message, where there are none.
     [[nodiscard]] bool readDens();
-    [[nodiscard]] const FilterControls& filters() const { return *m_filters; }
+    [[nodiscard]] FilterControls& filters() { return *m_filters; }
 
     /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave,
     /// and the page the name of the current record, if there is one.

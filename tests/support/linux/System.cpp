@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <set>
 
 #include <sys/mount.h>
 #include <sys/resource.h>
@@ -16,12 +17,15 @@
 
 static int flushes = 0;
 static bool noFlush = false;
+static std::set<ino_t> flushedFiles;
+static QStringList putUnflushed;
 
 static int flush(long call, int file)
 {
     struct stat status {
     };
-    flushes += ::fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
+    if (::fstat(file, &status) == 0)
+        S_ISDIR(status.st_mode) ? (void)++flushes : (void)flushedFiles.insert(status.st_ino);
     return noFlush ? (errno = ENOSPC, -1) : static_cast<int>(::syscall(call, file));
 }
 
@@ -33,6 +37,33 @@ extern "C" int fsync(int file)
 extern "C" int fdatasync(int file)
 {
     return flush(SYS_fdatasync, file);
+}
+
+extern "C" int rename(const char* from, const char* to)
+{
+    struct stat status {
+    };
+    if (::stat(from, &status) == 0 && S_ISREG(status.st_mode) && flushedFiles.erase(status.st_ino) == 0)
+        putUnflushed += QString::fromUtf8(to);
+    return static_cast<int>(::syscall(SYS_rename, from, to));
+}
+
+// What is written after a flush isn't flushed.
+static ssize_t isWritten(int file, ssize_t written)
+{
+    struct stat status {
+    };
+    if (written > 0 && ::fstat(file, &status) == 0)
+        flushedFiles.erase(status.st_ino);
+    return written;
+}
+extern "C" ssize_t write(int file, const void* from, size_t size)
+{
+    return isWritten(file, ::syscall(SYS_write, file, from, size));
+}
+extern "C" ssize_t pwrite64(int file, const void* from, size_t size, off64_t at)
+{
+    return isWritten(file, ::syscall(SYS_pwrite64, file, from, size, at));
 }
 
 static qint64 badFrom = 0;
@@ -78,6 +109,11 @@ void failFlushes(bool fail)
 int folderFlushes()
 {
     return flushes;
+}
+
+QStringList putInPlaceUnflushed()
+{
+    return std::exchange(putUnflushed, {});
 }
 
 void limitFiles(qint64 most)

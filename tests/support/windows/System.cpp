@@ -39,6 +39,11 @@ int folderFlushes()
     return -1;
 }
 
+QStringList putInPlaceUnflushed()
+{
+    return {};
+}
+
 void hide(const QString& folder)
 {
     SetFileAttributesW(folder.toStdWString().c_str(), FILE_ATTRIBUTE_HIDDEN);
