@@ -26,7 +26,7 @@ dlgAddDenLeaderAsign::dlgAddDenLeaderAsign()
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdCancel);
     for (QWidget* control : std::initializer_list<QWidget*>{ui->cmbDenTitles, ui->lblPackTitle})
-        keepRoom(*control); // the buttons stay where they are, whichever kind shows
+        keepRoom(*control); // the buttons don't move when the kind changes
     connect(ui->optDenPosition, &widgets::OptionButton::selected, this, [this] { showKind(true); });
     connect(ui->optPackPosition, &widgets::OptionButton::selected, this, [this] { showKind(false); });
     connect(ui->cmbDen, &widgets::ComboBox::clicked, this, [this] { mDenIndex = ui->cmbDen->listIndex(); });
@@ -42,7 +42,7 @@ dlgAddDenLeaderAsign::dlgAddDenLeaderAsign()
 
 dlgAddDenLeaderAsign::~dlgAddDenLeaderAsign() = default;
 
-// A pack title without a rank fails here, a den title without one counts as the lowest.
+// A pack title without a rank fails here; a den title without one counts as the lowest.
 void dlgAddDenLeaderAsign::load()
 {
     using namespace leaderLists;
@@ -70,7 +70,7 @@ void dlgAddDenLeaderAsign::cmdSave_Click()
         addPackPosition();
 }
 
-// The set holds no adult's rows; it only takes the new one.
+// The set contains no adult's rows; it only takes the new one.
 void dlgAddDenLeaderAsign::addDenPosition()
 {
     if (ui->cmbDen->text().isEmpty())

@@ -13,7 +13,7 @@ class dlgAddDenLeaderAsign;
 namespace orlo
 {
 
-/// Gives the adult on frmAdults a position in a den where he has none yet, or one in the pack.
+/// Gives the adult on frmAdults a position in a den where they have none yet, or one in the pack.
 class dlgAddDenLeaderAsign : public widgets::Form
 {
     Q_OBJECT

@@ -23,7 +23,7 @@ dlgAddDenLeaderAsignEdit::dlgAddDenLeaderAsignEdit()
 
 dlgAddDenLeaderAsignEdit::~dlgAddDenLeaderAsignEdit() = default;
 
-// The texts that the boxes begin with stand for no row of their lists.
+// The initial texts of the boxes don't stand for rows of their lists.
 void dlgAddDenLeaderAsignEdit::load()
 {
     using namespace leaderLists;
@@ -76,7 +76,7 @@ QString dlgAddDenLeaderAsignEdit::heldPosition() const
         .arg(mOldDenSID);
 }
 
-// A move leaves the position without a rank.
+// Moving a position leaves it without a rank.
 void dlgAddDenLeaderAsignEdit::movePosition(std::int16_t den)
 {
     auto positions = database().openRecordset(heldPosition());

@@ -13,7 +13,7 @@ class dlgAddDenLeaderAsignEdit;
 namespace orlo
 {
 
-/// Changes the position that is selected on frmAdults: its title, or the den that it is in.
+/// Changes the position selected on frmAdults: its title, or its den.
 class dlgAddDenLeaderAsignEdit : public widgets::Form
 {
     Q_OBJECT

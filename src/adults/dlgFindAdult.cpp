@@ -37,7 +37,7 @@ void dlgFindAdult::cmbDen_Click()
     ui->cmdFind->setEnabled(true);
 }
 
-// A den that is typed in full counts as its row. Any other text leaves the den that was picked before, if one was.
+// A den typed in full counts as its row. Any other text keeps the den picked before, if any.
 void dlgFindAdult::cmbDen_Change()
 {
     if (const int row = ui->cmbDen->findText(ui->cmbDen->text(), Qt::MatchExactly | Qt::MatchCaseSensitive); row >= 0)

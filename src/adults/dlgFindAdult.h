@@ -15,7 +15,7 @@ namespace orlo
 
 class frmAdults;
 
-/// Asks for the name and the den of the adults that frmAdults is to list, and hands the answer to it.
+/// Asks for the name and den of the adults that frmAdults should list.
 class dlgFindAdult : public FindDialog<frmAdults>
 {
     Q_OBJECT

@@ -30,7 +30,7 @@ const QString NoDen = QStringLiteral("N/A");
 
 enum PositionColumn { Title, DenNumber, DenLevel, DenSID, LeaderSID, PackKey };
 
-// The positions' columns, for want of a file of them.
+// The positions' columns if there is no layout file.
 widgets::GridLayout positionLayout()
 {
     const auto column = [](const char* caption, const char* field, int width, bool hidden = false) {
@@ -48,13 +48,13 @@ widgets::GridLayout positionLayout()
 enum AwardColumn { Fixed, Assigned, Award, InsigniaSID, AwardColumns };
 constexpr int AwardWidth = 4000; // twips
 
-// An adult without a name can't be shown.
+// Adults without a name can't be shown.
 RecordField nameField(QStringView name, QLineEdit* box)
 {
     return boxField(name, box, &store::Value::toText, [box] { return store::Value(box->text()); });
 }
 
-// What isn't in the list clears it, and is kept until something is chosen.
+// A value that isn't in the list clears the box, and is kept until something is chosen.
 RecordField activeField(QStringView name, widgets::ComboBox* list)
 {
     const auto stored = std::make_shared<store::Value>();
@@ -68,7 +68,7 @@ RecordField activeField(QStringView name, widgets::ComboBox* list)
     return field;
 }
 
-// Runs a routine whose failure doesn't end the program: it is shown, and the screen stays as far as it came.
+// Runs a routine whose failure doesn't end the program: the failure is shown, and the screen stays as it is.
 template <class Routine>
 void trapped(const Routine& routine)
 {
@@ -171,7 +171,7 @@ void frmAdults::ClearRecord()
     ui->txtNote->clear();
 }
 
-// Nothing is checked here: what the table doesn't take, the table refuses.
+// Nothing is checked here: the table refuses what it can't hold.
 void frmAdults::SaveRecord()
 {
     auto& record = *rsRecords;
@@ -179,7 +179,7 @@ void frmAdults::SaveRecord()
         record.edit();
     markMissingBirthDate(*ui->txtDOB);
     writeFields();
-    // What an older version left here goes with the first save.
+    // A value left by an older version disappears with the first save.
     record.setValue(u"Assigned_Den_SID", mAssignedDen >= 1 ? store::Value(int{mAssignedDen}) : store::Value());
     if (mNewRecord)
         record.setValue(u"Adult_SID", int{mCurrentSID});
@@ -204,7 +204,7 @@ void frmAdults::setFieldsEnabled(bool enabled)
         field.control->setEnabled(enabled);
 }
 
-// Without an adult, positions and awards are out of reach, too.
+// Without an adult, positions and awards are disabled, too.
 void frmAdults::DisableFields()
 {
     setFieldsEnabled(false);
@@ -227,7 +227,7 @@ void frmAdults::PopulateNavLB()
     trapped([this] { PeopleForm::PopulateNavLB(); });
 }
 
-// The first filling leaves "<All>" standing: a text that is put back opens the set once more.
+// The first fill leaves "<All>" unchanged: restoring the text would open the set again.
 void frmAdults::LoadDenLists()
 {
     trapped([this] {
@@ -245,7 +245,7 @@ void frmAdults::LoadDenLists()
     });
 }
 
-// Positions count: who leads two dens is listed under both, who has a position in the pack only, under none.
+// Decided by positions: a leader of two dens is listed under both, a person with only a pack position under none.
 QString frmAdults::denCriterion(std::int16_t den) const
 {
     return QStringLiteral(" Adult_SID In (Select Leader_Den_Assignments.Adult_SID  From Leader_Den_Assignments  Where "
@@ -253,7 +253,7 @@ QString frmAdults::denCriterion(std::int16_t den) const
         .arg(den);
 }
 
-// A find acts on all adults, whatever the filters show, and knows a den only as an older version stored it.
+// A find covers all adults, whatever the filters show, and knows a den only as older versions stored it.
 QString frmAdults::findStatement() const
 {
     QString criteria = m_names.text();
@@ -301,7 +301,7 @@ void frmAdults::applyPositionLayout()
     ui->dbgDenAssignment->applyLayout(m_positionLayout.read(gAppPath));
 }
 
-// What tells the positions of an adult apart, by row: the den's key, or that of the pack position.
+// Identifies an adult's positions, by row: the den's key, or that of the pack position.
 QStringList frmAdults::positionKeys() const
 {
     QStringList keys;
@@ -311,7 +311,7 @@ QStringList frmAdults::positionKeys() const
     return keys;
 }
 
-// The mark stays on the position that was worked on; one that was added or moved to another den is the new one.
+// The position that was edited stays selected; one that was added or moved to another den becomes the selected one.
 void frmAdults::PopulateDenAssignments()
 {
     auto& grid = *ui->dbgDenAssignment;
@@ -341,8 +341,8 @@ std::int16_t frmAdults::GetDenText(QString& denText, QString& title, QString& pa
     return platform::toInt16(platform::val(grid.columnText(DenSID)));
 }
 
-// The position hangs on a stored adult. Where the filters leave out the one adult just saved, the form is in the empty
-// state, and there is nobody to give a position to.
+// A position needs a stored adult. If the filters exclude the only adult, just saved, the form is empty and there is
+// nobody to give a position to.
 void frmAdults::cmdAddDenAssn_Click()
 {
     SaveRecord();
@@ -372,7 +372,7 @@ void frmAdults::cmdDelDenAssn_Click()
         deletePosition();
 }
 
-// A den's leader without a title is taken out on the den's screen.
+// A den's leader without a title is removed on the den's screen.
 void frmAdults::deletePosition()
 {
     const auto& grid = *ui->dbgDenAssignment;
@@ -404,7 +404,7 @@ void frmAdults::fillAwardRow(widgets::TextGrid& grid, int row, const store::Reco
     grid.setText(row, InsigniaSID, award[u"Insignia_SID"].toText());
 }
 
-// The rows have no key of their own: the same award twice on one day goes together.
+// The rows have no key: the same award given twice on one day is deleted twice.
 void frmAdults::cmdDeleteAward_Click()
 {
     const auto& grid = *ui->fgAdultsAwards;

@@ -17,7 +17,7 @@ class DataControl;
 namespace orlo
 {
 
-/// The adults: a list of those in view beside one adult's record, with the positions held, the awards and a note.
+/// The adults: a list of those in view, and one adult's record, with positions, awards and a note.
 class frmAdults : public PeopleForm
 {
     Q_OBJECT
@@ -26,16 +26,16 @@ public:
     frmAdults();
     ~frmAdults() override;
 
-    /// The adult of the current record of the set.
+    /// The current record's adult.
     [[nodiscard]] std::int16_t GetAdultSID() const { return currentPerson(); }
     [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
-    /// What dlgFindAdult looks for: beginnings of names and the den, -1 for any; an empty text doesn't count.
+    /// What dlgFindAdult searches for: beginnings of names and a den, -1 for any; empty texts don't count.
     void SetFindData(const QString& first, const QString& last, const QString& initial, std::int16_t den);
     void PopulateNavLB() override;
-    /// Shows the positions of the adult on screen anew.
+    /// Shows the current adult's positions again.
     void PopulateDenAssignments();
-    /// The selected position: its den as "Wolf Den 3", its title and its key as a pack position. Gives the key of its
-    /// den, 0 for a pack position.
+    /// The selected position: its den as "Wolf Den 3", its title and its key as a pack position. Returns the den's key,
+    /// 0 for a pack position.
     std::int16_t GetDenText(QString& denText, QString& title, QString& packKey) const;
 
 protected:
@@ -75,7 +75,7 @@ private:
     std::unique_ptr<Ui::frmAdults> ui;
     widgets::DataControl* dataDenAssignments;
     widgets::StoredLayout m_positionLayout;
-    std::int16_t m_positionsOf = 0; // the adult whose positions show
+    std::int16_t m_positionsOf = 0; // the adult whose positions are shown
     std::int16_t mFindDen = -1;
     std::int16_t mAssignedDen = 0; // no den: Leader_Den_Assignments says who belongs to one
 };

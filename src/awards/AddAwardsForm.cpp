@@ -20,7 +20,7 @@ namespace orlo
 namespace
 {
 
-// Hides a list while it changes row by row; then it is as visible as before, and has the focus again if it had it.
+// Hides a list while it changes row by row, then restores its visibility and focus.
 class Hidden
 {
 public:
@@ -43,7 +43,7 @@ private:
     bool m_focus;
 };
 
-// Takes a row out and, unlike the list's own routine, leaves the other rows highlighted.
+// Removes a row and, unlike the list's own routine, keeps the other rows highlighted.
 void takeRow(widgets::ListBox& list, int row)
 {
     const std::unique_ptr<QListWidgetItem> gone(list.takeItem(row));
@@ -148,8 +148,8 @@ void AddAwardsForm::removeText(const QString& text)
         }
 }
 
-// The count is asked for anew at each step: of two selected awards of equal text, the first one's removal takes the
-// other one along.
+// The count is read again at each step: removing one of two selected awards with equal texts removes the other one,
+// too.
 void AddAwardsForm::removeEntries(bool all)
 {
     if (m_selected->listCount() == 0)
@@ -181,7 +181,7 @@ void AddAwardsForm::uncheck(const QString& text)
 
 // ---- Adding
 
-// Every award is written for good before the next one is begun: a failure half way keeps what was added so far.
+// Each award is committed before the next one: a failure half way keeps those added so far.
 bool AddAwardsForm::addAwards()
 {
     const QString date = m_date->text();

@@ -15,18 +15,18 @@ namespace orlo
 
 class PersonShown;
 
-/// Gives several awards on one date to the person on screen in the record form below: what the dialogs for scouts and
-/// for adults have in common. Checking an award puts it among the selected ones, taking it out of these unchecks it.
+/// Gives several awards on one date to the person shown by the record form below; base of the dialogs for scouts and
+/// adults. Checking an award adds it to the selected ones, removing it there unchecks it.
 class AddAwardsForm : public widgets::Form
 {
     Q_OBJECT
 
 public:
-    /// Names the form whose person gets the awards; it outlives the dialog.
+    /// Sets the form whose person gets the awards; it outlives the dialog.
     void giveTo(PersonShown& shown) { m_shown = &shown; }
 
 protected:
-    /// Where the awards of one kind of person are kept.
+    /// Where the awards of one kind of person are stored.
     struct Holder {
         QString table;
         QString keyField;
@@ -34,7 +34,7 @@ protected:
 
     explicit AddAwardsForm(Holder holder);
 
-    /// Connects the controls that both dialogs have; the button that adds has a name of its own in each.
+    /// Connects the controls that both dialogs have; the button that adds is named differently in each.
     void bindControls(QPushButton* add);
     void load() override;
 
@@ -56,7 +56,7 @@ private:
     QLineEdit* m_date = nullptr;
     widgets::CheckListBox* m_catalogue = nullptr;
     widgets::ListBox* m_selected = nullptr;
-    std::vector<ListEntry> mAwards; ///< in the query's order, which isn't that of the sorted lists
+    std::vector<ListEntry> mAwards; ///< in the query's order, unlike the sorted lists
 };
 
 } // namespace orlo

@@ -7,13 +7,13 @@
 namespace orlo
 {
 
-/// One of the nine types of awards: its option button and the text that stands for it in the database.
+/// One of the nine types of awards: its option button and its text in the database.
 struct InsigniaType {
     widgets::OptionButton* option;
     QString text;
 };
 
-/// The types in the order in which every routine tests them. The options' captions are the stored texts.
+/// The types, in the order in which every routine tests them. The options' captions are the stored texts.
 template <class Ui>
 [[nodiscard]] std::array<InsigniaType, 9> insigniaTypes(const Ui& ui)
 {

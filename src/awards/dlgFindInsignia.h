@@ -14,7 +14,7 @@ namespace orlo
 
 class frmInsigniaInfo;
 
-/// Asks which awards frmInsigniaInfo is to walk, and hands the answer to it.
+/// Asks which awards frmInsigniaInfo should show.
 class dlgFindInsignia : public FindDialog<frmInsigniaInfo>
 {
     Q_OBJECT

@@ -12,7 +12,7 @@ class frmAddAdultAwards;
 namespace orlo
 {
 
-/// Gives awards to the adult on screen in frmAdults.
+/// Gives awards to the adult shown by frmAdults.
 class frmAddAdultAwards : public AddAwardsForm
 {
     Q_OBJECT

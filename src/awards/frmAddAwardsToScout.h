@@ -12,7 +12,7 @@ class frmAddAwardsToScout;
 namespace orlo
 {
 
-/// Gives awards to the scout on screen in frmScouts.
+/// Gives awards to the scout shown by frmScouts.
 class frmAddAwardsToScout : public AddAwardsForm
 {
     Q_OBJECT

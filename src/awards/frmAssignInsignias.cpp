@@ -32,7 +32,7 @@ constexpr int SourceDenWidth = 450;
 constexpr int SelectedHeaderHeight = 500;
 constexpr int SourceHeaderHeight = 300;
 
-// Names are matched without regard to case; the two lists spell the link to the den differently.
+// Names are matched ignoring case; the two lists spell the link to the den differently.
 QString packQuery(const QString& type)
 {
     const QString den = type == ScoutType ? QStringLiteral("assigned_Den_SID") : QStringLiteral("Assigned_Den_SID");
@@ -50,7 +50,7 @@ QString denQuery(const QString& type, const QString& denSID)
         .arg(type, denSID);
 }
 
-// The widths and the look that all the grids have in common.
+// Widths and look common to all the grids.
 void setWidths(widgets::TextGrid& grid, int nameWidth, int denWidth)
 {
     grid.setColWidth(Marker, MarkerWidth);
@@ -62,13 +62,13 @@ void setWidths(widgets::TextGrid& grid, int nameWidth, int denWidth)
 
 } // namespace
 
-// A grid that people are taken from, with what differs between the pack's list and the two lists of a den.
+// A grid that people are taken from, and how the pack's list differs from a den's two lists.
 struct frmAssignInsignias::Source {
     widgets::TextGrid& grid;
     std::int16_t& count;
     QString type;
     int nameWidth; ///< twips
-    QString noDen; ///< what stands for a den without a number
+    QString noDen; ///< shown for a den without a number
 };
 
 frmAssignInsignias::Source frmAssignInsignias::packSource()
@@ -246,7 +246,7 @@ void frmAssignInsignias::cmdAssignAward_Click()
 
 // ---- Source lists
 
-// The key of the first den of that text; two dens of one text can't be told apart.
+// The key of the first den with that text; dens with equal texts can't be told apart.
 std::int16_t frmAssignInsignias::GetDenSID(const QString& den) const
 {
     int position = 0;
@@ -306,7 +306,7 @@ bool frmAssignInsignias::fill(const Source& source, const QString& query)
     return true;
 }
 
-// The identifiers of the working list's people of one type. Scouts and adults number separately.
+// The identifiers of the selected people of one type; scouts and adults are numbered separately.
 QSet<QString> frmAssignInsignias::selectedOf(const QString& type) const
 {
     QSet<QString> identifiers;
@@ -390,7 +390,7 @@ void frmAssignInsignias::emptySelected()
     mSelectedCount = 0;
     ui->cmdAssignAward->setEnabled(false);
     tellCount();
-    // The refill is what clears the marks.
+    // Refilling is what clears the marks.
     if (!onDenTab())
         fillPackList();
     else if (!ui->comDen->text().isEmpty()) {
@@ -399,7 +399,7 @@ void frmAssignInsignias::emptySelected()
     }
 }
 
-// Every row is written for good before the next one is begun: a failure half way keeps what was assigned so far.
+// Each row is committed before the next one: a failure half way keeps what was assigned so far.
 void frmAssignInsignias::assignAward()
 {
     const QString date = ui->txtAssignDate->text();

@@ -16,9 +16,8 @@ class frmAssignInsignias;
 namespace orlo
 {
 
-/// Gives one award, on one date, to many people at once. The user builds a working list of scouts and adults out of the
-/// pack's lists and the dens' lists; it stays after an assignment, so that another award can follow for the same
-/// people.
+/// Gives one award on one date to many people at once. The user builds a working list of scouts and adults from the
+/// pack's and the dens' lists; it stays after an assignment, so that the same people can get another award.
 class frmAssignInsignias : public widgets::Form
 {
     Q_OBJECT
@@ -66,7 +65,7 @@ private:
 
     std::unique_ptr<Ui::frmAssignInsignias> ui;
     std::int16_t mSelectedCount = 0;
-    // A source's count keeps its value when a later fill finds nobody.
+    // A source's count keeps its value if a later fill finds nobody.
     std::int16_t mPackRowCount = 0;
     std::int16_t mDenScoutCount = 0;
     std::int16_t mDenAdultCount = 0;
@@ -74,7 +73,7 @@ private:
     QString mDenSID;                      ///< the chosen den's key as text, empty before the first choice
     std::vector<std::int16_t> mDenSIDs;   ///< by position in comDen
     std::vector<std::int16_t> mAwardSIDs; ///< by position in cboAward
-    std::int16_t mAwardSID = 0;           ///< the award chosen last, even when cboAward was emptied since
+    std::int16_t mAwardSID = 0;           ///< the award chosen last, even if cboAward was cleared since
 };
 
 } // namespace orlo

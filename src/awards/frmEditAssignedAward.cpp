@@ -41,7 +41,7 @@ void frmEditAssignedAward::load()
 
 void frmEditAssignedAward::cmdSave_Click()
 {
-    // The box stands for the row's own award or for none; no other award can be chosen here.
+    // The box means the row's own award or none; no other award can be chosen here.
     if (ui->cmbAward->text() != gEditAwardText)
         gEditInsigniaSID = NoAward;
     gEditQuantity = platform::toInt16(platform::val(ui->txtQuantity->text()));

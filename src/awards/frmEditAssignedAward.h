@@ -12,8 +12,8 @@ class frmEditAssignedAward;
 namespace orlo
 {
 
-/// Changes date, award and quantity of one assigned award. It writes nothing itself: the gEdit... values bring the row
-/// in and, with gEditSaved, take the changes back to the caller.
+/// Edits date, award and quantity of an assigned award. It writes nothing itself: the gEdit... values bring the row in
+/// and, with gEditSaved, return the changes to the caller.
 class frmEditAssignedAward : public widgets::Form
 {
     Q_OBJECT

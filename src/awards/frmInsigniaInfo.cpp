@@ -14,7 +14,7 @@ namespace
 const QString Everything = QStringLiteral("Select * From Insignias");
 const QString InOrder = QStringLiteral(" Order by Insignia_Name, Insignia_Type");
 
-// An award without a description has a blank for one, which shows.
+// An award without a description shows a blank.
 RecordField descriptionField(QStringView name, QPlainTextEdit* box)
 {
     RecordField field = textField(name, box);
@@ -26,7 +26,7 @@ RecordField descriptionField(QStringView name, QPlainTextEdit* box)
     return field;
 }
 
-// A type outside the nine leaves the option that was set before, and is kept where none was.
+// A type that isn't one of the nine leaves the former option set, and is kept if none was set.
 RecordField typeField(QStringView name, const std::array<InsigniaType, 9>& types)
 {
     const auto stored = std::make_shared<store::Value>();
@@ -100,7 +100,7 @@ void frmInsigniaInfo::ClearRecord()
     clearFields();
 }
 
-// The set isn't moved to a new record: it stays on the one that was current before, which a later save then edits.
+// The set isn't moved to a new record: it stays on the former one, which a later save then edits.
 void frmInsigniaInfo::SaveRecord()
 {
     if (!mNewRecord)
@@ -121,7 +121,7 @@ void frmInsigniaInfo::SaveRecord()
     ShowRecordInfo();
 }
 
-// cmdNew stays live, and cmdSave comes on through the changes of ClearRecord or the first key.
+// cmdNew stays enabled, and cmdSave is enabled by the changes of ClearRecord or the first key.
 void frmInsigniaInfo::startNew()
 {
     ui->cmdDelete->setEnabled(false);
@@ -159,7 +159,7 @@ void frmInsigniaInfo::SetFindData(const QString& name, const QString& type)
     mFindType = type;
 }
 
-// The user is asked about unsaved changes after the dialog, and even when it was cancelled.
+// The question about unsaved changes comes after the dialog, even if that was cancelled.
 void frmInsigniaInfo::cmdFind_Click()
 {
     widgets::Instance<dlgFindInsignia>::showWaiting();

@@ -13,7 +13,7 @@ class frmInsigniaInfo;
 namespace orlo
 {
 
-/// The award catalogue, one award at a time: its name, what it is for, and its type.
+/// The award catalogue, one award at a time: name, description and type.
 class frmInsigniaInfo : public WalkingForm, public FindRequest
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     frmInsigniaInfo();
     ~frmInsigniaInfo() override;
 
-    /// What dlgFindInsignia looks for; an empty text doesn't count.
+    /// What dlgFindInsignia searches for; empty texts don't count.
     void SetFindData(const QString& name, const QString& type);
 
 protected:

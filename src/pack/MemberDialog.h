@@ -13,8 +13,7 @@ class ListBox;
 namespace orlo
 {
 
-/// Offers people for the den on frmDenInfo and gives those who are selected to it: what the dialogs for scouts and for
-/// adults have in common.
+/// Offers people for the den on frmDenInfo and assigns those selected; base of the dialogs for scouts and adults.
 class MemberDialog : public widgets::Form
 {
     Q_OBJECT
@@ -25,9 +24,9 @@ protected:
     void bindControls(widgets::ListBox* list, QPushButton* cmdSelect, QPushButton* cmdCancel);
     void load() override;
 
-    /// The statement that finds who is offered.
+    /// The statement that selects the people offered.
     [[nodiscard]] virtual QString query() const = 0;
-    /// Gives one person to the den.
+    /// Assigns one person to the den.
     virtual void assign(std::int16_t person) = 0;
 
     std::int16_t mDenSID = 0;

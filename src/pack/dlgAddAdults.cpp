@@ -27,7 +27,7 @@ QString dlgAddAdults::query() const
            exclusion + QStringLiteral(" Order by Adults.Last_Name, Adults.First_Name, Adults.MI");
 }
 
-// A leader made here has no title yet.
+// A leader added here has no title yet.
 void dlgAddAdults::assign(std::int16_t person)
 {
     database().execute(QStringLiteral("Insert Into Leader_Den_Assignments (Adult_SID, Den_Sid)  Values ( %1, %2 ) ")

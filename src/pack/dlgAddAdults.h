@@ -12,8 +12,7 @@ class dlgAddAdults;
 namespace orlo
 {
 
-/// Offers the active adults who do not lead the den yet, as frmDenInfo knows its leaders; who leads another den may
-/// lead this one, too.
+/// Offers the active adults who don't lead the den yet, according to frmDenInfo; leaders of other dens are included.
 class dlgAddAdults : public MemberDialog
 {
     Q_OBJECT

@@ -12,7 +12,7 @@ class dlgAddScouts;
 namespace orlo
 {
 
-/// Offers the active scouts who belong to no den.
+/// Offers the active scouts without a den.
 class dlgAddScouts : public MemberDialog
 {
     Q_OBJECT

@@ -20,8 +20,8 @@ namespace
 {
 constexpr int MaxActiveLength = 255; // characters that the field takes
 
-// A den without a type leaves the box as it was, as does a new one. A type that isn't listed clears it, and a save asks
-// for one.
+// A den without a type leaves the box as it was, and so does a new one. An unlisted type clears it, and a save asks for
+// one.
 RecordField typeField(QStringView name, widgets::ComboBox* list)
 {
     RecordField field = textField(name, list);
@@ -155,7 +155,7 @@ void frmDenInfo::prepareNew()
 {
     if (recordIndex() == 0)
         EnableFields();
-    setMemberButtonsEnabled(false); // members can't hang on a den that isn't there yet
+    setMemberButtonsEnabled(false); // an unsaved den can't have members
 }
 
 void frmDenInfo::startNew()

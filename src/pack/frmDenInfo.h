@@ -18,8 +18,8 @@ class ListBox;
 namespace orlo
 {
 
-/// The dens, one at a time, with the active scouts and leaders of the den on screen. Members come and go at once, apart
-/// from cmdSave.
+/// The dens, one at a time, with the den's active scouts and leaders. Members are added and removed at once,
+/// independently of cmdSave.
 class frmDenInfo : public WalkingForm
 {
     Q_OBJECT
@@ -28,9 +28,9 @@ public:
     frmDenInfo();
     ~frmDenInfo() override;
 
-    /// The den on screen, for the dialogs that add its members.
+    /// The den on screen, for the dialogs that add members.
     [[nodiscard]] std::int16_t GetDenSID() const { return mCurrentSID; }
-    /// The keys of the leaders listed last, "3, 7, 12". A den without active leaders leaves those of the den before.
+    /// The keys of the leaders listed last, "3, 7, 12". A den without active leaders keeps those of the den before.
     [[nodiscard]] const QString& GetAdultSidListStr() const { return mAdultSidList; }
 
 protected:

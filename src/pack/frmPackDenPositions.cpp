@@ -13,14 +13,14 @@ namespace
 
 constexpr int TitleColumn = 0;
 
-// The layout of a list of titles, for want of a file of it.
+// The layout of a list of titles if there is no layout file.
 widgets::GridLayout titleLayout(const QString& field)
 {
     return {{{QStringLiteral("Position Title"), field, 4200},
              {QStringLiteral("Sort Rank"), QStringLiteral("Sort_Order"), 1100, Qt::AlignRight}}};
 }
 
-// Reads a list anew, in the order of its record source. The title that was marked stays so, wherever it goes.
+// Reads a list again in the order of its record source, and keeps the marked title marked.
 void reload(widgets::DataControl& control, widgets::BoundGrid& grid, widgets::StoredLayout& layout)
 {
     const QString title = grid.columns().isEmpty() ? QString() : grid.columnText(TitleColumn);

@@ -19,8 +19,8 @@ class DataControl;
 namespace orlo
 {
 
-/// The two lists of titles that positions are chosen from, each in a grid that writes row by row to its table.
-/// Positions that are held keep the title and rank that they were given.
+/// The two lists of titles for positions, each in a grid that writes row by row to its table. Existing positions keep
+/// the title and rank they were given.
 class frmPackDenPositions : public widgets::Form
 {
     Q_OBJECT

@@ -67,7 +67,7 @@ void frmPackInformation::SavePackInfo()
         rsPack->edit();
     rsPack->setValue(m_number.name, m_number.value());
     rsPack->setValue(m_name.name, m_name.value());
-    // Shown as it was read, before the write: "12a" becomes 12 on the screen, too.
+    // Shows the values as converted, before the write: "12a" becomes 12 on screen, too.
     showRecord();
     rsPack->update();
     ui->cmdSave->setEnabled(false);

@@ -15,7 +15,7 @@ class frmPackInformation;
 namespace orlo
 {
 
-/// Keeps the one row of the pack's own table: its number and its charter organization.
+/// The only row of the pack's table: its number and charter organization.
 class frmPackInformation : public widgets::Form
 {
     Q_OBJECT
@@ -42,7 +42,7 @@ private:
     RecordField m_number;
     RecordField m_name;
     std::int16_t mPackCount = 0;
-    bool mPackNew = false; ///< from a load on an empty table until the first save
+    bool mPackNew = false; ///< from loading an empty table until the first save
 };
 
 } // namespace orlo

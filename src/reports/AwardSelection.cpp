@@ -8,7 +8,7 @@ namespace orlo
 namespace
 {
 
-// "( 2004, 06, 07)", or "" for a text that is no date.
+// "( 2004, 06, 07)", or "" if the text isn't a date.
 QString dateLiteral(const QString& text)
 {
     const auto moment = platform::readDate(text);
@@ -53,7 +53,7 @@ void addDates(AwardSelection& selection, const AwardCriteria& criteria)
     case DateComparison::EqualOrGreater:
         compare(QStringLiteral(" >= Date "));
         selection.title += QStringLiteral(" for Date Equal to or Greater than ") + criteria.from;
-        if (narrowed) // the second date stands in the title, though it is no limit
+        if (narrowed) // the second date is in the title, although it limits nothing
             selection.title += QStringLiteral(" to ") + criteria.to;
         break;
     case DateComparison::EqualOrLess:
@@ -70,7 +70,7 @@ AwardSelection selectAwards(const AwardCriteria& criteria)
     const QString people = criteria.adults ? QStringLiteral("{Adults.") : QStringLiteral("{Scouts.");
     AwardSelection selection;
     if (criteria.person) {
-        // The report on adults knows their keys by the scouts' name, too.
+        // The report on adults also knows their keys by the scouts' name.
         addCondition(selection, people + QStringLiteral("Scout_SID} = %1").arg(criteria.person->sid));
         selection.title = QStringLiteral("for ") + criteria.person->name;
     }

@@ -8,31 +8,31 @@
 namespace orlo
 {
 
-/// How the date of an award is compared; the values are the rows of the list in which it is chosen.
+/// How an award's date is compared; the values are the rows of the list of choices.
 enum class DateComparison : int { SingleDate, Between, EqualOrGreater, EqualOrLess };
 
-/// What the report of assigned awards is narrowed to.
+/// The criteria for the report of assigned awards.
 struct AwardCriteria {
-    /// A person or a den: the key, and the name that the title tells.
+    /// A person or a den: its key, and its name for the title.
     struct Entry {
         std::int16_t sid = 0;
         QString name;
     };
-    bool adults = false; ///< the awards of adults, not those of scouts
+    bool adults = false; ///< the adults' awards instead of the scouts'
     std::optional<Entry> person;
     std::optional<Entry> den;
     DateComparison comparison = DateComparison::SingleDate;
-    QString from; ///< as typed; a text that is no date is no criterion
+    QString from; ///< as typed; ignored if it isn't a date
     QString to;
 };
 
 /// The criteria in the language of the report engine, and in words.
 struct AwardSelection {
     QString formula; ///< never empty: only active people are reported
-    QString title;   ///< empty without a criterion
+    QString title;   ///< empty without criteria
 };
 
-/// Puts the criteria together. Never fails: what can't be read as a date drops the date condition.
+/// Builds the selection. Never fails: a text that isn't a date drops the date condition.
 [[nodiscard]] AwardSelection selectAwards(const AwardCriteria& criteria);
 
 } // namespace orlo

@@ -12,13 +12,13 @@ class PlainReportDialog;
 namespace orlo
 {
 
-/// A report that leaves the user no choice but paper or preview.
+/// A report without choices other than paper or preview.
 struct PlainReport {
     const char* form;         ///< the dialog's name
-    const char* control;      ///< the name of the report's control
+    const char* control;      ///< the report control's name
     const char16_t* file;     ///< in the application's folder, "\Name.rpt"
-    const char16_t* title;    ///< of the dialog and of the preview
-    const char16_t* contents; ///< what the dialog says of it
+    const char16_t* title;    ///< of the dialog and the preview
+    const char16_t* contents; ///< described in the dialog
 };
 
 /// Runs such a report on the open file.
@@ -39,7 +39,7 @@ private:
     std::unique_ptr<Ui::PlainReportDialog> ui;
 };
 
-/// The dialog of one of them, with an instance of its own.
+/// The dialog of one such report, with an instance of its own.
 template <const PlainReport& Plain>
 class PlainReportOf : public PlainReportDialog
 {

@@ -12,7 +12,7 @@ class dlgAdultList;
 namespace orlo
 {
 
-/// Runs the telephone list of the adults, alphabetical or by den.
+/// Runs the telephone list of adults, alphabetically or by den.
 class dlgAdultList : public ReportDialog
 {
     Q_OBJECT

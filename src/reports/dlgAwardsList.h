@@ -12,7 +12,7 @@ class dlgAwardsList;
 namespace orlo
 {
 
-/// Runs the list of the award catalogue, with or without the awards' descriptions.
+/// Runs the list of the award catalogue, with or without descriptions.
 class dlgAwardsList : public ReportDialog
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ class dlgReportSelect1;
 namespace orlo
 {
 
-/// Narrows the report of assigned awards by person, den and date, and runs it.
+/// Selects assigned awards by person, den and date, and runs the report.
 class dlgReportSelect1 : public ReportDialog
 {
     Q_OBJECT

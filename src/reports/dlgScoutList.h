@@ -12,7 +12,7 @@ class dlgScoutList;
 namespace orlo
 {
 
-/// Runs the telephone list of the scouts, by den or alphabetical.
+/// Runs the telephone list of scouts, by den or alphabetically.
 class dlgScoutList : public ReportDialog
 {
     Q_OBJECT

@@ -17,7 +17,7 @@ namespace widgets
 class DataControl;
 }
 
-/// What has to be bought: the awards given out in a range of dates, and a free list of other things beside it.
+/// What has to be bought: the awards assigned in a range of dates, and a free list of other things.
 class frmCreatePurchaseList : public ReportDialog
 {
     Q_OBJECT

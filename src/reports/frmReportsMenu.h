@@ -12,7 +12,7 @@ class frmReportsMenu;
 namespace orlo
 {
 
-/// Leads to the two reports on awards. No menu of the frame opens it.
+/// Leads to the two reports on awards. No menu of the main window opens it.
 class frmReportsMenu : public widgets::Form
 {
     Q_OBJECT

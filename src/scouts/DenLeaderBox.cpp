@@ -27,7 +27,7 @@ store::Value DenLeaderBox::value() const
 
 bool DenLeaderBox::eventFilter(QObject* watched, QEvent* event)
 {
-    // A window that comes to the front again, or a menu that closes, moves no focus between controls.
+    // Activating the window or closing a menu doesn't count as moving the focus.
     if (event->type() == QEvent::FocusIn)
         switch (static_cast<QFocusEvent*>(event)->reason()) {
         case Qt::ActiveWindowFocusReason:
@@ -52,8 +52,8 @@ void DenLeaderBox::click()
     m_armed = false;
 }
 
-// Clearing the box runs click() once more, within this one: that run clears the link and disarms the box. So save is
-// disabled after it, since it enables it, and what was picked is delivered last, since it would be cleared.
+// Clearing the box runs click() again within this one, which clears the link and disarms the box. So save is disabled
+// after it, since it enables it, and the picked adult is delivered last, since it would be cleared.
 void DenLeaderBox::pick()
 {
     if (!m_owner.hasDen()) {

@@ -15,27 +15,27 @@ class CheckBox;
 namespace orlo
 {
 
-/// A parent's "Den Leader" box, and the adult whom the parent is linked to: the user's check of the box picks one.
+/// A parent's "Den Leader" box and the adult linked to the parent: checking the box by hand picks one.
 ///
-/// Code that sets the box runs the same handler as the user's click. So the handler only acts while the box is armed,
-/// from the moment when the focus comes to it until the end of the next click.
+/// Setting the box in code runs the same handler as the user's click. So the handler acts only while the box is armed:
+/// from the time it gets the focus until the end of the next click.
 class DenLeaderBox : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What the box needs of its form.
+    /// What the box needs from its form.
     struct Owner {
         std::function<void(bool)> enableSave;
         std::function<bool()> hasDen;
-        /// Lets the user pick an adult; false for none. Whatever came of it then goes to deliver.
+        /// Lets the user pick an adult; false for none. The result then goes to deliver.
         std::function<bool()> pick;
         std::function<void()> deliver;
     };
 
     DenLeaderBox(widgets::CheckBox* box, Owner owner);
 
-    /// Shows a stored link. None is a 1, which a save writes only when the user checks the box without a pick.
+    /// Shows a stored link. No link is a 1, which a save writes only if the user checks the box without a pick.
     void show(const store::Value& link);
     /// What a save writes: the link while the box is checked, otherwise Null.
     [[nodiscard]] store::Value value() const;

@@ -14,7 +14,7 @@ namespace orlo
 
 class frmScouts;
 
-/// Asks for the name of the scouts that frmScouts is to list, and hands the answer to it.
+/// Asks for the names of the scouts that frmScouts should list.
 class dlgFindScout : public FindDialog<frmScouts>
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ class dlgSelectAdultLink;
 namespace orlo
 {
 
-/// Offers the leaders of the den of the scout on frmScouts, one of whom a parent is to be linked to.
+/// Offers the leaders of the scout's den on frmScouts, one of whom a parent can be linked to.
 class dlgSelectAdultLink : public widgets::Form
 {
     Q_OBJECT

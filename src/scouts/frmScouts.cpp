@@ -74,7 +74,7 @@ void frmScouts::bindFields()
         wholeNumberField(u"Years_In_Scouts", ui->txtYearsInScouts),
         textField(u"School", ui->txtSchool),
         textField(u"BSA_Number", ui->txtBSANum),
-        silent(textField(u"Scouts_Email", ui->txtEmail)), // an edit of it alone counts as no change
+        silent(textField(u"Scouts_Email", ui->txtEmail)), // an edit of this field alone is no change
         textField(u"Alt_Parent_Address", ui->txtAltAddress),
         textField(u"Alt_Parent_City", ui->txtAltCity),
         textField(u"Alt_Parent_State", ui->txtAltState),
@@ -88,7 +88,8 @@ void frmScouts::bindFields()
         textField(u"Parent2_Home_Phone", ui->txtParent2HPhone),
         textField(u"Parent2_Work_Phone", ui->txtParent2WPhone),
         optionField(u"Parent2_Use_Scout_Add", ui->optP2UseScoutAdd, ui->optParent2UseAltAdd),
-        checkField(u"Parent2_Correspondance", ui->chkP2IncludeCorr, ui->chkP1IncludeCorr, // the first parent's box
+        checkField(u"Parent2_Correspondance", ui->chkP2IncludeCorr,
+                   ui->chkP1IncludeCorr, // saves the first parent's box
                    false),
         kept(wholeNumberField(u"Grade_In_School", ui->txtGrade)),
         yesNoField(u"Boys_Life", ui->cmbBoysLife),
@@ -107,7 +108,7 @@ void frmScouts::load()
                     {1000, Qt::AlignCenter, QStringLiteral("Assigned")},
                     {500, Qt::AlignCenter, QStringLiteral("Qty")},
                     {4000, Qt::AlignLeft, QStringLiteral("Award")},
-                    {0, Qt::AlignLeft, QString()}, // the keys are the program's business
+                    {0, Qt::AlignLeft, QString()}, // keys are internal
                     {0, Qt::AlignLeft, QString()}},
                    Award);
     ui->fgScoutsAwards->fitCol(Quantity, QString::number(INT16_MAX));
@@ -116,7 +117,7 @@ void frmScouts::load()
     endRoutine();
 }
 
-// A failure that a routine left pending shows at the end of the next one.
+// A failure left pending by one routine is shown at the end of the next.
 void frmScouts::endRoutine() const
 {
     TestPendingError();
@@ -138,7 +139,7 @@ void frmScouts::FillRecord()
     m_parent2Leader->show(record[u"Parent2_Den_Leader_SID"]);
     if (const store::Value den = record[u"Assigned_Den_SID"]; !den.isNull() && den.toInt16() > 0) {
         mDenSID = den.toInt16();
-        ui->comDen->setText(GetDenName(mDenSID)); // a change of the text looks mDenSID up once more
+        ui->comDen->setText(GetDenName(mDenSID)); // changing the text looks mDenSID up again
     } else {
         ui->comDen->setText(QString());
         mDenSID = 0;
@@ -150,7 +151,7 @@ void frmScouts::FillRecord()
     endRoutine();
 }
 
-// The grade, the den leader boxes and their links stay: a new record begins with those that were on screen.
+// Grade, den leader boxes and their links stay: a new record starts with those on screen.
 void frmScouts::ClearRecord()
 {
     ui->comDen->setText(QStringLiteral(" "));
@@ -185,7 +186,7 @@ void frmScouts::DisableFields()
     setFieldsEnabled(false);
 }
 
-// The others are out of reach with the tab control.
+// The others are disabled with the tab control.
 void frmScouts::setFieldsEnabled(bool enabled)
 {
     for (QWidget* field : std::initializer_list<QWidget*>{
@@ -206,7 +207,7 @@ void frmScouts::setDefaults()
     ui->comWasTiger->setText(No);
 }
 
-// A new scout begins in the den that the filter names.
+// A new scout starts in the filter's den.
 void frmScouts::finishNew()
 {
     if (!filters().namesDen()) {
@@ -240,7 +241,7 @@ void frmScouts::openSet()
     sayWhyEmpty(*ui->lbScouts, QStringLiteral("Scouts"), filter(), *ui->cmdNew);
 }
 
-// A find acts inside the view and den in force. Under "All" its text ends in an " and " too many.
+// A find covers the current view and den. Under "All" its text ends with a surplus " and ".
 QString frmScouts::findStatement() const
 {
     QString criteria = m_names.text();
@@ -261,8 +262,8 @@ std::int16_t frmScouts::GetDenSID(const QString& denName) const
     return den;
 }
 
-// The filter is rebuilt only where both lists are short; the rows are counted before comDen is emptied. comDen gets no
-// text back: mDenSID keeps its value.
+// The filter is rebuilt only if both lists are out of date; rows are counted before comDen is emptied. comDen's text
+// isn't restored: mDenSID keeps its value.
 void frmScouts::LoadDenLists()
 {
     const int filterRows = std::max(0, ui->cmbSelectedDens->listCount() - 1); // less "<All>"
@@ -299,7 +300,7 @@ void frmScouts::bindParents()
 {
     const DenLeaderBox::Owner owner{
         [this](bool enable) { ui->cmdSave->setEnabled(enable); }, [this] { return !ui->comDen->text().isEmpty(); },
-        [this] { return PickDenLeader(); }, [this] { m_parent2Leader->link(mPickedAdultSID); }}; // whichever box picked
+        [this] { return PickDenLeader(); }, [this] { m_parent2Leader->link(mPickedAdultSID); }}; // for either box
     m_parent1Leader = new DenLeaderBox(ui->chkP1DenLeader, owner);
     m_parent2Leader = new DenLeaderBox(ui->chkP2DenLeader, owner);
 }
@@ -326,7 +327,7 @@ QString frmScouts::awardStatement(std::int16_t person) const
         .arg(person);
 }
 
-// The newest award ends as the current row, for cmdEditAward and cmdDeleteAward.
+// The newest award ends up as the current row, for cmdEditAward and cmdDeleteAward.
 void frmScouts::fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award)
 {
     grid.setRow(row);
@@ -338,7 +339,7 @@ void frmScouts::fillAwardRow(widgets::TextGrid& grid, int row, const store::Reco
     grid.setText(row, InsigniaSID, award[u"Insignia_SID"].toText());
 }
 
-// Year and Month of the row keep the former date's values.
+// The row's Year and Month keep the former date's values.
 void frmScouts::cmdEditAward_Click()
 {
     const auto& grid = *ui->fgScoutsAwards;

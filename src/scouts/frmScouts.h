@@ -14,7 +14,7 @@ namespace orlo
 
 class DenLeaderBox;
 
-/// The scouts: a list of those in view beside one scout's record, with both parents, the awards held and a note.
+/// The scouts: a list of those in view, and one scout's record, with both parents, awards and a note.
 class frmScouts : public PeopleForm
 {
     Q_OBJECT
@@ -23,12 +23,12 @@ public:
     frmScouts();
     ~frmScouts() override;
 
-    /// The scout of the current record of the set.
+    /// The current record's scout.
     [[nodiscard]] std::int16_t GetScoutSID() const;
     [[nodiscard]] std::int16_t GetDenSID(const QString& denName) const override;
     /// The den of the record on screen.
     [[nodiscard]] std::int16_t GetDenSIDPub() const { return mDenSID; }
-    /// What dlgFindScout looks for: beginnings of names; an empty text doesn't count.
+    /// What dlgFindScout searches for: beginnings of names; empty texts don't count.
     void SetFindData(const QString& first, const QString& last, const QString& initial);
     /// The adult picked in dlgSelectAdultLink, 0 for none.
     void SetParentDenLeaderSID(std::int16_t sid) { mPickedAdultSID = sid; }
@@ -69,7 +69,7 @@ private:
     void cmdEditAward_Click();
 
     std::unique_ptr<Ui::frmScouts> ui;
-    std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 where the text of comDen is no den's
+    std::int16_t mDenSID = 0; ///< 0 for a stored record without a den, -1 if the text of comDen is no den's
     std::int16_t mPickedAdultSID = 0;
     DenLeaderBox* m_parent1Leader = nullptr;
     DenLeaderBox* m_parent2Leader = nullptr;

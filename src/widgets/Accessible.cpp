@@ -46,7 +46,7 @@ public:
     }
 };
 
-// Qt names a box inside another one after that.
+// Qt names nested group boxes after the outer one.
 class GroupAccessible : public QAccessibleWidget
 {
 public:
@@ -123,21 +123,23 @@ private:
     [[nodiscard]] QAbstractButton& button() const { return static_cast<QAbstractButton&>(*widget()); }
 };
 
-// Qt asks from the object's own class up to the first one that is known here or to itself.
+// Qt calls this for the object's class and its base classes, until one is known here or to Qt.
 QAccessibleInterface* accessibleFor(const QString& type, QObject* object)
 {
     if (!object || !object->isWidgetType())
         return nullptr;
     auto* widget = static_cast<QWidget*>(object);
-    if (type == u"orlo::widgets::Form" || (type == u"QWidget" && (widget->windowType() == Qt::Dialog || widget->windowType() == Qt::Window)))
+    if (type == u"orlo::widgets::Form" ||
+        (type == u"QWidget" && (widget->windowType() == Qt::Dialog || widget->windowType() == Qt::Window)))
         return new WindowAccessible(widget);
     if (type == u"QGroupBox" && !static_cast<QGroupBox*>(widget)->isCheckable())
         return new GroupAccessible(static_cast<QGroupBox*>(widget));
     const auto* push = qobject_cast<QPushButton*>(widget);
     const auto* tool = qobject_cast<QToolButton*>(widget);
-    const bool hasMenu = (push && push->menu()) ||
-                         (tool && (tool->menu() || (tool->defaultAction() && tool->defaultAction()->menu())));
-    if (!hasMenu && (type == u"QPushButton" || type == u"QToolButton" || type == u"QCheckBox" || type == u"QRadioButton"))
+    const bool hasMenu =
+        (push && push->menu()) || (tool && (tool->menu() || (tool->defaultAction() && tool->defaultAction()->menu())));
+    if (!hasMenu &&
+        (type == u"QPushButton" || type == u"QToolButton" || type == u"QCheckBox" || type == u"QRadioButton"))
         return new ButtonAccessible(static_cast<QAbstractButton*>(widget));
     return nullptr;
 }

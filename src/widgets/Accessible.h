@@ -9,14 +9,13 @@ class QModelIndex;
 namespace orlo::widgets
 {
 
-/// Tells assistive programs what Qt doesn't: windows are dialogs, modal while they wait, and a group box has its own
-/// title for a name. What such a program presses is clicked by the way of an access key, so that every rule for hands
-/// holds for it; the click comes with the next event, for the program waits for its answer. To be called once, by the
-/// application object.
+/// Adds to Qt's accessibility: windows are dialogs, modal while they wait, and group boxes are named by their titles. A
+/// press by an assistive program goes the way of an access key, with all rules for hands; the click comes with the next
+/// event, since the program waits for an answer. Call once, from the application object.
 void installAccessibility();
 
-/// The texts of a row's other cells in the columns that are asked for, "Qty: 1, Award: Wolf Rank Advancement": with the
-/// cell's own text the row as it is read aloud.
+/// The texts of a row's other cells in the wanted columns: "Qty: 1, Award: Wolf Rank Advancement". With the cell's own
+/// text this is the row as read aloud.
 [[nodiscard]] QString otherCells(const QModelIndex& cell, const std::function<bool(int column)>& isRead);
 
 } // namespace orlo::widgets

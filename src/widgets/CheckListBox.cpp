@@ -23,7 +23,7 @@ void CheckListBox::addItem(const QString& text)
 {
     auto* added = new QListWidgetItem(text);
     added->setCheckState(Qt::Unchecked);
-    // The base class's own sorting would swap rows of equal text whenever one of them is checked.
+    // The base class's sorting would swap rows of equal text when one is checked.
     insertItem(sortedRow(*this, text), added);
 }
 

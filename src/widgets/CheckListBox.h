@@ -5,11 +5,10 @@
 namespace orlo::widgets
 {
 
-/// The row at which a text goes into a list that is sorted by its rows' texts, without regard to case; equal texts keep
-/// the order in which they came.
+/// Where a text belongs in a list sorted by text, ignoring case; equal texts keep their order.
 [[nodiscard]] int sortedRow(const ListBox& list, const QString& text);
 
-/// A list box, sorted by text, with a check box for every row.
+/// A sorted list box with a check box in every row.
 class CheckListBox : public ListBox
 {
     Q_OBJECT
@@ -17,15 +16,15 @@ class CheckListBox : public ListBox
 public:
     explicit CheckListBox(QWidget* parent = nullptr);
 
-    /// Adds an unchecked row at its sorted place.
+    /// Adds an unchecked row in sorted position.
     void addItem(const QString& text);
-    /// Whether a row is checked; false for a row that isn't there.
+    /// Whether a row is checked; false if there is no such row.
     [[nodiscard]] bool checked(int index) const;
-    /// Makes a row the current one and checks or unchecks it. Raises 5 for a row that isn't there.
+    /// Makes a row current and checks or unchecks it. Raises 5 if there is no such row.
     void setChecked(int index, bool on);
 
 Q_SIGNALS:
-    /// The current row was checked or unchecked, by the user or by the program.
+    /// Emitted when the current row was checked or unchecked, by the user or in code.
     void itemCheck();
 };
 

@@ -14,11 +14,11 @@ namespace
 {
 
 constexpr double Radius = 2; // of corners, pixels
-// Contrasts; no pixel of a round edge is covered wholly.
+// Contrasts; no pixel of a round edge is covered completely.
 constexpr double RoundEdge = 3.6;
 constexpr double DisabledEdge = 2;
 
-// Painted smoothly, and all of the painter's state put back.
+// Enables antialiasing and restores the painter's state.
 class Smooth
 {
 public:
@@ -40,7 +40,7 @@ bool isEnabled(const QStyleOption& option)
     return option.state & QStyle::State_Enabled;
 }
 
-// Highlight around what has the focus, a mixture of text and ground around the others.
+// The highlight around a focused box, otherwise a mixture of text and ground.
 QPen edgePen(const QStyleOption& option, double least = VisibleEdge)
 {
     const auto color = [&option](QPalette::ColorRole role) { return option.palette.color(QPalette::Active, role); };
@@ -51,7 +51,7 @@ QPen edgePen(const QStyleOption& option, double least = VisibleEdge)
     return {raised(window, color(QPalette::WindowText), {base, window}, isEnabled(option) ? least : DisabledEdge), 1};
 }
 
-// Where a pen of this width paints whole pixels along the inside of a box.
+// Where a pen of this width paints whole pixels along a box's inside.
 QRectF inside(const QRectF& box, const QPen& pen)
 {
     const double half = pen.widthF() / 2;
@@ -64,7 +64,7 @@ QRectF square(const QRect& place)
     return QRect(place.x() + (place.width() - side) / 2, place.y() + (place.height() - side) / 2, side, side);
 }
 
-// The ground of what is ticked or chosen, darker or lighter as long as it is held down.
+// The ground of a checked or chosen box, darker or lighter while pressed.
 QColor groundOf(const QStyleOption& option)
 {
     const QColor base = option.palette.color(isEnabled(option) ? QPalette::Base : QPalette::Window);

@@ -13,9 +13,9 @@ namespace
 {
 
 constexpr int Margin = 12; // pixels
-constexpr int Faint = 60;  // percent of the text's colour over the ground, where that can be read
+constexpr int Faint = 60;  // percent of the text colour, if that is readable
 
-// Paints ahead of the view, which has nothing to paint over it.
+// Paints first; an empty view paints nothing over it.
 class EmptyText : public QObject
 {
 public:

@@ -50,7 +50,7 @@ void drawPages(QPainter& painter)
 
 void drawDot(QPainter& painter, double y)
 {
-    painter.drawLine(QPointF(12, y), QPointF(12, y + 0.1)); // one without a length isn't drawn
+    painter.drawLine(QPointF(12, y), QPointF(12, y + 0.1)); // a line without length isn't drawn
 }
 
 void drawQuestion(QPainter& painter)
@@ -146,7 +146,7 @@ void drawGlyph(QPainter& painter, Glyph glyph)
     }
 }
 
-// The ground of a message's sign, in the colours of the program's icon; the glyph stands on it in the colour returned.
+// Paints the ground of a message's sign in the colours of the program's icon; returns the glyph's colour.
 QColor drawSignGround(QPainter& painter, Glyph glyph)
 {
     const bool isTriangle = glyph == Glyph::Warning;

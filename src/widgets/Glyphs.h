@@ -24,15 +24,15 @@ enum class Glyph {
     Refresh,
     Close,
     Calendar,
-    // Signs of messages, on grounds of their own colour.
+    // Signs of message boxes, on coloured grounds.
     Information,
     Question,
     Warning,
     Critical
 };
 
-/// A line drawing in the colour that the palette has for the role at the moment, sharp at every size. The signs of
-/// messages have their own colours.
+/// A line drawing in the palette's current colour for the role, sharp at every size. Message signs have their own
+/// colours.
 [[nodiscard]] QIcon glyphIcon(Glyph glyph, QPalette::ColorRole role = QPalette::ButtonText);
 
 } // namespace orlo::widgets

@@ -17,7 +17,7 @@ namespace orlo::widgets
 namespace
 {
 
-// The width of a text, letter by letter: no less than what it takes once its letters are set close.
+// The width of a text as the sum of its letters: at least its real width, as kerning only narrows.
 class LetterWidths
 {
 public:
@@ -39,11 +39,10 @@ public:
 
 private:
     QFontMetrics m_metrics;
-    std::array<int, 0x180> m_widths{}; // Latin letters
+    std::array<int, 0x180> m_widths{}; // for Latin letters
 };
 
-// Rows as high as those of the grids, and as wide as the widest one: the list asks for one row in place of all. Tick
-// boxes keep apart, too.
+// Rows as high as in grids, and as wide as the widest one: the list measures one row for all. Check boxes get a margin.
 class RowDelegate : public QStyledItemDelegate
 {
 public:
@@ -69,7 +68,7 @@ public:
 ListBox::ListBox(QWidget* parent) : QListWidget(parent)
 {
     setItemDelegate(new RowDelegate(this));
-    setUniformItemSizes(true); // one line a row, so that a long list needn't measure each
+    setUniformItemSizes(true); // one line per row, so that a long list needn't measure each
     connect(this, &QListWidget::currentRowChanged, this, [this](int index) {
         if (index >= 0 && !m_silent)
             Q_EMIT clicked();
@@ -104,7 +103,7 @@ void ListBox::setListIndex(int index)
 {
     if (index < -1 || index >= count())
         throw platform::RuntimeError(platform::InvalidProcedureCall);
-    setCurrentRow(index); // by its number: a row's item would be looked for all over the list
+    setCurrentRow(index); // by number: looking up a row's item would search the whole list
     if (index == -1)
         clearSelection();
 }
@@ -121,7 +120,7 @@ void ListBox::setSelected(int index, bool on)
 
 void ListBox::focusInEvent(QFocusEvent* event)
 {
-    // The base class makes the first row current when the focus comes in; walking past with Tab is no click on it.
+    // The base class makes the first row current on focus, but passing through with Tab isn't a click.
     const bool none = listIndex() < 0;
     const QScopedValueRollback silent(m_silent, true);
     QListWidget::focusInEvent(event);
@@ -129,7 +128,7 @@ void ListBox::focusInEvent(QFocusEvent* event)
         selectionModel()->clearCurrentIndex();
 }
 
-// The current row is always the highlighted one, though a click may end on another row than the one that was hit.
+// The current row is always highlighted, even if a click ends on another row than it started.
 void ListBox::highlightCurrent()
 {
     if (selectionMode() == SingleSelection)

@@ -5,7 +5,7 @@
 namespace orlo::widgets
 {
 
-/// A list box. Rows are numbered from 0; no row is the current one until somebody makes it so.
+/// A list box. Rows count from 0, and none is current at first.
 class ListBox : public QListWidget
 {
     Q_OBJECT
@@ -13,26 +13,26 @@ class ListBox : public QListWidget
 public:
     explicit ListBox(QWidget* parent = nullptr);
 
-    /// Takes a row out; where it was the current one, none is. Raises 5 for a row that isn't there.
+    /// Removes a row; if it was the current one, none is. Raises 5 if there is no such row.
     void removeItem(int index);
     /// The number of rows.
     [[nodiscard]] int listCount() const { return count(); }
-    /// A row's text, "" for a row that isn't there.
+    /// A row's text, "" if there is no such row.
     [[nodiscard]] QString list(int index) const;
 
     /// The current row, -1 for none.
     [[nodiscard]] int listIndex() const { return currentRow(); }
-    /// Makes a row the current one, -1 none. Raises 5 for a row that isn't there.
+    /// Makes a row current, -1 none. Raises 5 if there is no such row.
     void setListIndex(int index);
 
-    /// Whether a row is highlighted, which in a box for several rows more than one can be. Raise 5 as above.
+    /// Whether a row is highlighted; with multiple selection several can be. Raises 5 as above.
     [[nodiscard]] bool selected(int index) const;
     void setSelected(int index, bool on);
 
 Q_SIGNALS:
-    /// Another row became the current one, by the user or by the program, or the user clicked the current one.
+    /// Emitted when another row became current, by the user or in code, or when the user clicked the current one.
     void clicked();
-    /// After a double click on a row.
+    /// Emitted after a double click on a row.
     void doubleClicked();
 
 protected:

@@ -25,7 +25,7 @@ namespace
 constexpr int MaxLine = 70;   // characters
 constexpr int MinWidth = 340; // pixels
 
-// The lines that the text takes at this width, 0 where one of them is too long. A long word alone can't be helped.
+// The number of lines at this width; 0 if one has too many characters. A long word can't be broken.
 int linesAt(int width, const QString& text, const QFont& font)
 {
     int lines = 0;
@@ -44,7 +44,7 @@ int linesAt(int width, const QString& text, const QFont& font)
     return lines;
 }
 
-// The least width at which the text takes as few lines as it can, so that they are about as long as each other.
+// The smallest width with the fewest lines, so that lines are about equally long.
 int textWidth(const QString& text, const QFont& font)
 {
     const QFontMetrics metrics(font);
@@ -59,7 +59,7 @@ int textWidth(const QString& text, const QFont& font)
     return std::max(width, word);
 }
 
-// Lines of a readable length, and a short text beside the middle of the sign.
+// Lines of a readable length; a short text is centred on the sign.
 class Box : public QMessageBox
 {
 public:
@@ -96,7 +96,7 @@ protected:
     }
 
 private:
-    // After the base class has done it in a way of its own, which it does at each request.
+    // Again after the base class's own layout, which it repeats at each request.
     void layOut()
     {
         auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
@@ -109,7 +109,7 @@ private:
         const QSize needed = layout()->totalMinimumSize();
         const int title = fontMetrics().horizontalAdvance(windowTitle()) + MinWidth / 4;
         const int spare = std::max({title, MinWidth, needed.width()}) - needed.width();
-        label->setFixedWidth(width + spare); // what is left over lies to the right of the text
+        label->setFixedWidth(width + spare); // the surplus lies to the right of the text
         layout()->activate();
         setFixedSize(needed + QSize(spare, 0));
         QCoreApplication::removePostedEvents(this, QEvent::LayoutRequest);
@@ -122,13 +122,13 @@ QMessageBox::StandardButton show(const QString& text, const QString& title, QMes
                                  QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset,
                                  OnEscape onEscape = OnEscape::IsNo)
 {
-    // A dialog that has just been closed may still count as active; it goes soon, and would take the box with it.
+    // A dialog just closed may still be active; it would take the box with it when it is destroyed.
     QPointer<QWidget> before = QApplication::activeWindow();
-    if (!before) // between two windows: the one that was closed has gone, its owner isn't active yet
+    if (!before) // between two windows: one was closed, its owner isn't active yet
         before = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : Form::mainWindow();
     while (before && !before->isVisible())
         before = before->parentWidget() ? before->parentWidget()->window() : nullptr;
-    const QPointer<Box> box = new Box(before, onEscape); // which goes with the window before it
+    const QPointer<Box> box = new Box(before, onEscape); // destroyed with the window before it
     box->setWindowTitle(title.isEmpty() ? platform::title() : title);
     box->setTextFormat(Qt::PlainText);
     box->setText(text);
@@ -139,7 +139,7 @@ QMessageBox::StandardButton show(const QString& text, const QString& title, QMes
     const int pressed = box->exec();
     const bool answered = box;
     delete box;
-    // Not every platform gives the window before it the focus back.
+    // Not every platform returns the focus to the window before.
     if (before && before->isVisible() && QApplication::activeWindow() != before)
         before->activateWindow();
     return answered ? static_cast<QMessageBox::StandardButton>(pressed) : QMessageBox::No;

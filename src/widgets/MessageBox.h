@@ -5,24 +5,24 @@
 namespace orlo::widgets
 {
 
-/// Shows a message with an OK button and waits for it. An empty title becomes the program's title.
+/// Shows a message with an OK button and waits. An empty title means the program's title.
 void message(const QString& text, const QString& title = QString());
-/// The same with an exclamation sign.
+/// The same with a warning sign.
 void warn(const QString& text, const QString& title);
 
-/// The button of a question that Enter presses.
+/// The button that Enter presses.
 enum class Preset { Yes, No };
-/// What Escape and the close box of a question do: they mean No, or nothing where No would lose something, too.
+/// What Escape and the close box do: No, or nothing if No would lose something, too.
 enum class OnEscape { IsNo, DoesNothing };
 
 /// Asks with Yes and No; true for Yes.
 [[nodiscard]] bool ask(const QString& text, const QString& title, Preset preset = Preset::Yes,
                        OnEscape onEscape = OnEscape::IsNo);
 
-/// The lines of a message as one text.
+/// Joins the lines of a message.
 [[nodiscard]] QString lines(const QStringList& texts);
 
-/// The busy mouse pointer of the whole program, for as long as the object lives.
+/// The busy cursor for the whole program, while the object lives.
 class BusyPointer
 {
 public:

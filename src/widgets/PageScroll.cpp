@@ -13,7 +13,7 @@ PageScroll::PageScroll(QWidget* parent) : QScrollArea(parent)
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
-    // Under a press it waits for the release, which would miss what has the focus otherwise.
+    // During a press, wait for the release, which would otherwise miss the focused control.
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, QWidget* now) {
         if (now && widget() && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
             ensureWidgetVisible(now);
@@ -40,7 +40,7 @@ bool PageScroll::eventFilter(QObject* watched, QEvent* event)
         tellSize();
     else if (event->type() == QEvent::MouseButtonDblClick && m_movedUnderPointer && watched->isWidgetType() &&
              isAncestorOf(static_cast<QWidget*>(watched)))
-        return true; // its second press would hit what has come in the first one's place
+        return true; // the second press of a double click would hit what scrolled under it
     else if (event->type() == QEvent::MouseButtonRelease && watched->isWidgetType() && widget())
         showPressed(*static_cast<QWidget*>(watched));
     return QScrollArea::eventFilter(watched, event);
@@ -50,7 +50,7 @@ void PageScroll::tellSize()
 {
     for (QWidget* outer = this; outer && !outer->isWindow(); outer = outer->parentWidget())
         outer->updateGeometry();
-    QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest)); // and the bars are looked over
+    QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest)); // so the scroll bars are checked, too
 }
 
 void PageScroll::showPressed(const QWidget& pressed)
@@ -58,7 +58,7 @@ void PageScroll::showPressed(const QWidget& pressed)
     QWidget* const now = QApplication::focusWidget();
     if (!now || !widget()->isAncestorOf(now) || (now != &pressed && !now->isAncestorOf(&pressed)))
         return;
-    // The press is let go first.
+    // First let the press end.
     QMetaObject::invokeMethod(
         now,
         [this, self = QPointer(this), now] {

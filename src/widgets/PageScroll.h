@@ -5,8 +5,8 @@
 namespace orlo::widgets
 {
 
-/// Holds the contents of a page or a screen, and scrolls them where there is less room than they need. What gets the
-/// focus comes into sight.
+/// Scrolls the contents of a page or a form that has less room than it needs. The focused control is scrolled into
+/// view.
 class PageScroll : public QScrollArea
 {
     Q_OBJECT
@@ -14,11 +14,11 @@ class PageScroll : public QScrollArea
 public:
     explicit PageScroll(QWidget* parent = nullptr);
 
-    /// Holds the contents, which show the ground of what lies below them.
+    /// Sets the contents, which show the background below.
     void setWidget(QWidget* contents);
-    /// The room that the whole contents take.
+    /// The size of the whole contents.
     [[nodiscard]] QSize sizeHint() const override;
-    /// Has the layouts around it ask for that room at once, up to the window's, after the contents have changed.
+    /// Makes the layouts around it ask for the new size at once, up to the window's, after the contents changed.
     void tellSize();
 
 protected:

@@ -44,7 +44,7 @@ void Section::setTitleWidth(int width)
     makeRoom();
 }
 
-// The base class makes room for its frame whenever one of these comes.
+// The base class makes room for its frame at each of these events.
 bool Section::event(QEvent* event)
 {
     const bool done = QGroupBox::event(event);

@@ -5,8 +5,8 @@
 namespace orlo::widgets
 {
 
-/// A group of controls told apart by its title and space, without a box around it. The title stands in bold above the
-/// controls, or as a label before them.
+/// A group of controls with a title but without a frame. The title is in bold above the controls, or a label before
+/// them.
 class Section : public QGroupBox
 {
     Q_OBJECT
@@ -15,15 +15,15 @@ class Section : public QGroupBox
 public:
     explicit Section(QWidget* parent = nullptr);
 
-    /// Whether the title stands before the controls.
+    /// Whether the title is before the controls.
     [[nodiscard]] bool beside() const { return m_beside; }
     void setBeside(bool beside);
-    /// The width that the title needs before the controls, in pixels.
+    /// The width of a title before the controls, in pixels.
     [[nodiscard]] int titleWidth() const;
-    /// Gives the title more width than it needs.
+    /// Gives the title at least this width.
     void setTitleWidth(int width);
 
-    /// Sets the title; the contents begin below it.
+    /// Sets the title; the contents start below it.
     void setTitle(const QString& title);
 
 protected:
@@ -35,7 +35,7 @@ private:
     void makeRoom();
 
     bool m_beside = false;
-    int m_titleWidth = 0; // the least that was asked for
+    int m_titleWidth = 0; // minimum
 };
 
 } // namespace orlo::widgets

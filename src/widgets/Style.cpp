@@ -18,21 +18,21 @@ namespace orlo::widgets
 namespace
 {
 
-constexpr double FaintText = 3.4; // contrast, of which thin letters keep 3
-constexpr int PaleHighlight = 30; // percent of the highlight over the ground
+constexpr double FaintText = 3.4; // contrast; thin letters keep about 3 of it
+constexpr int PaleHighlight = 30; // percent of the highlight colour
 constexpr int RaisedButton = 125; // percent of a button's colour, as Fusion may paint it
 // Pixels.
-constexpr int ButtonRoom = 12; // beside a button's text, its frame included
+constexpr int ButtonRoom = 12; // beside a button's text, including the frame
 constexpr int CellRoom = 5;    // beside a cell's text
 
-// Whether a list or one of its cells' editors has the focus.
+// Whether a list or an editor in it has the focus.
 bool hasFocusWithin(const QWidget* widget)
 {
     const QWidget* focused = QApplication::focusWidget();
     return focused && (focused == widget || widget->isAncestorOf(focused));
 }
 
-// The option of a highlighted row in a list without the focus.
+// The option for a highlighted row in a list without focus.
 QStyleOptionViewItem paler(const QStyleOptionViewItem& item)
 {
     QStyleOptionViewItem pale = item;
@@ -55,15 +55,15 @@ Style::Style() : QProxyStyle(QStringLiteral("Fusion"))
 void Style::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
-    // The wheel scrolls what lies under the pointer; the focus moves by presses and keys only.
+    // The wheel scrolls what is under the pointer; only presses and keys move the focus.
     if (widget->focusPolicy() == Qt::WheelFocus)
         widget->setFocusPolicy(Qt::StrongFocus);
     if (auto* box = qobject_cast<QLineEdit*>(widget))
         keepOneLine(*box);
 }
 
-// The desktop's highlight, moved away from its text until that can be read, and its pale texts moved towards the full
-// ones until they can be made out.
+// Moves the desktop's highlight away from its text until that is readable, and pale texts towards the normal ones until
+// they can be made out.
 void Style::polish(QPalette& palette)
 {
     constexpr int Step = 104; // percent
@@ -88,7 +88,7 @@ void Style::polish(QPalette& palette)
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const
 {
     switch (hint) {
-    case SH_ComboBox_Popup: // a list with a scroll bar below the box, not a menu over the whole screen
+    case SH_ComboBox_Popup: // a list with a scroll bar, not a menu over the whole screen
     case SH_DialogButtonBox_ButtonsHaveIcons:
         return 0;
     default:
@@ -108,7 +108,7 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                               const QWidget* widget) const
 {
-    // Boxes, lists and buttons side by side are of one height, and never too low to be hit.
+    // Boxes, lists and buttons side by side have one height, and are never too low to be hit.
     constexpr int LeastHeight = 26;
     constexpr int RoomAboveAndBelow = 11;
     constexpr int LeastMarkHeight = 24;
@@ -156,7 +156,7 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
             QStyleOptionViewItem row = widget && !hasFocusWithin(widget) ? paler(*item) : *item;
             const auto* view = qobject_cast<const QAbstractItemView*>(widget);
             if (view && view->selectionMode() == QAbstractItemView::SingleSelection)
-                row.state &= ~State_HasFocus; // the marked row is the current one, and needs no frame in it
+                row.state &= ~State_HasFocus; // the highlighted row is the current one and needs no frame
             QProxyStyle::drawControl(element, &row, painter, widget);
             return;
         }

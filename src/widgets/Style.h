@@ -5,9 +5,9 @@
 namespace orlo::widgets
 {
 
-/// The look of the program, and what all controls of a kind do alike: Fusion with texts that can be read and edges that
-/// can be seen on any desktop's colours, a broad edge around what has the focus, a paler highlight in lists that
-/// haven't, room beside the texts of buttons, headings and cells, and drawings of its own for icons.
+/// The program's look: Fusion with readable texts and visible edges on any desktop's colours, a broad edge around the
+/// focused control, a paler highlight in lists without focus, margins beside the texts of buttons, headings and cells,
+/// and its own icons.
 class Style : public QProxyStyle
 {
     Q_OBJECT

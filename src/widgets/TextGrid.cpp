@@ -21,7 +21,7 @@ namespace
 
 constexpr int DefaultWidth = 960; // twips
 
-// The fixed column looks like the header; the other cells show no focus frame, the whole row being marked.
+// The fixed column looks like the header. Other cells show no focus frame, since the whole row is highlighted.
 class CellDelegate : public QStyledItemDelegate
 {
 public:
@@ -226,7 +226,7 @@ void TextGrid::mouseDoubleClickEvent(QMouseEvent* event)
 
 void TextGrid::focusInEvent(QFocusEvent* event)
 {
-    // The base class makes the first row current when the focus comes in; walking past with Tab chooses none.
+    // The base class makes the first row current on focus; passing through with Tab must choose none.
     const bool none = row() == 0;
     QTableView::focusInEvent(event);
     if (none)
@@ -267,7 +267,7 @@ void TextGrid::makeCurrent(int row)
                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
-// Widths that the user gave the other columns with the mouse stay.
+// Other columns keep the widths set with the mouse.
 void TextGrid::stretch()
 {
     if (m_stretched < 0 || m_stretched >= cols() || isColumnHidden(m_stretched))
@@ -278,7 +278,7 @@ void TextGrid::stretch()
     applyHeights();
 }
 
-// What the longest word of the heading takes, or a mark.
+// The width of the heading's longest word, or of a mark.
 int TextGrid::minimumWidthOf(int col) const
 {
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();
@@ -312,7 +312,7 @@ void TextGrid::fitHeadings()
     applyHeights();
 }
 
-// The stretched column gets what is left, and the marks of the fixed one always fit.
+// The stretched column gets the rest, and the fixed column's marks always fit.
 void TextGrid::fitTexts(const QModelIndex& first, const QModelIndex& last)
 {
     for (int col = std::max(1, first.column()); col <= last.column(); ++col)
@@ -332,7 +332,7 @@ void TextGrid::fitAll()
     fitHeadings();
 }
 
-// The header is as high as asked for, and higher where its wrapped headings need it.
+// The header's height is a minimum; wrapped headings may need more.
 void TextGrid::applyHeights()
 {
     const int line = fontMetrics().height() + 2 * CellMargin;

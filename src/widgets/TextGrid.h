@@ -9,8 +9,8 @@ namespace orlo::widgets
 
 class TextGridModel;
 
-/// A plain grid of texts. Row 0 is the fixed header row, column 0 a narrow fixed column for marks; both count in every
-/// row and column number. Whole rows are selected, nothing is edited. A cell outside raises 9 everywhere.
+/// A plain grid of texts. Row 0 is the fixed header row, column 0 a narrow fixed column for marks; both count in all
+/// row and column numbers. Whole rows are selected, nothing is edited. A cell outside raises 9 everywhere.
 class TextGrid : public QTableView
 {
     Q_OBJECT
@@ -19,13 +19,13 @@ public:
     explicit TextGrid(QWidget* parent = nullptr);
     ~TextGrid() override;
 
-    /// The number of rows, the header row included.
+    /// The number of rows, including the header row.
     [[nodiscard]] int rows() const;
-    /// Adds empty rows at the end or takes rows away there. Raises 5 below 1.
+    /// Adds empty rows at the end or removes rows there. Raises 5 below 1.
     void setRows(int count);
     /// The number of columns.
     [[nodiscard]] int cols() const;
-    /// Adds empty columns at the right or takes columns away there. Raises 5 below 1.
+    /// Adds empty columns at the right or removes columns there. Raises 5 below 1.
     void setCols(int count);
 
     /// The text of a cell.
@@ -35,32 +35,33 @@ public:
 
     /// The current row, 0 for none.
     [[nodiscard]] int row() const;
-    /// Makes a row the current one.
+    /// Makes a row current.
     void setRow(int row);
 
-    /// Adds an empty row at the end and gives its number.
+    /// Adds an empty row at the end and returns its number.
     int addRow();
-    /// Takes a row out. Raises 5 for the last one below the header: setRows(1) empties a grid.
+    /// Removes a row. Raises 5 for the last one below the header: setRows(1) empties a grid.
     void removeRow(int row);
 
-    /// A column's least width in twips; a mark, each word of the heading and the column's texts always fit. 0 hides it.
+    /// A column's minimum width in twips; marks, each word of the heading and the column's texts always fit. 0 hides
+    /// it.
     void setColWidth(int col, int twips);
-    /// Gives a column room for a text that it may come to hold, at any size of letters.
+    /// Makes room in a column for a text it may have to hold, at any font size.
     void fitCol(int col, const QString& text);
-    /// A row's least height in twips; its text always fits.
+    /// A row's minimum height in twips; its text always fits.
     void setRowHeight(int row, int twips);
     /// Aligns the texts of a column.
     void setColAlignment(int col, Qt::Alignment alignment);
-    /// The column that takes the width that the others leave; in it alone a long text is cut off.
+    /// Sets the column that takes the remaining width; only there long texts are cut off.
     void setStretchColumn(int col);
     /// That column, -1 for none.
     [[nodiscard]] int stretchColumn() const { return m_stretched; }
 
-    /// Holds the picture while the grid is filled. Calls nest; the last setRedraw(true) shows all changes at once.
+    /// Stops repainting while the grid is filled. Calls nest; the last setRedraw(true) shows all changes at once.
     void setRedraw(bool on);
 
 Q_SIGNALS:
-    /// A double click on a row below the header, or Space; the row is the current one.
+    /// Emitted after a double click on a row below the header, or Space; the row is current.
     void rowDoubleClicked();
 
 protected:
@@ -85,15 +86,15 @@ private:
 
     TextGridModel* m_model;
     std::vector<int> m_widths;      // twips
-    std::vector<QString> m_samples; // the widest texts that the columns are to hold
+    std::vector<QString> m_samples; // the widest texts that columns must have room for
     int m_stretched = -1;
-    int m_headerHeight = 0;   // twips, the least that was asked for
-    bool m_heightsDue = true; // the headings or their room changed since the header's height was found
+    int m_headerHeight = 0;   // twips, minimum
+    bool m_heightsDue = true; // headings or their room changed since the header's height was computed
     int m_holds = 0;
-    int m_heldRow = 0; // the current row while the picture is held
+    int m_heldRow = 0; // the current row while repainting is stopped
 };
 
-/// Holds a grid's picture for as long as it lives.
+/// Stops a grid's repainting while it lives.
 class RedrawHold
 {
 public:

@@ -18,11 +18,11 @@ int TextGridModel::columnCount(const QModelIndex& parent) const
 QVariant TextGridModel::data(const QModelIndex& index, int role) const
 {
     const int row = index.row() + 1;
-    if (!index.isValid() || row >= gridRows()) // a row that is gone, its removal not told yet
+    if (!index.isValid() || row >= gridRows()) // a removed row, before the removal was announced
         return {};
     if (role == Qt::DisplayRole)
         return text(row, index.column());
-    if (role == Qt::AccessibleDescriptionRole) { // the rest of the row, the mark first
+    if (role == Qt::AccessibleDescriptionRole) { // the rest of the row, its mark first
         const QString others = otherCells(index, [this](int column) { return !text(0, column).isEmpty(); });
         const bool marked = index.column() != 0 && !text(row, 0).isEmpty();
         return marked ? QStringLiteral("marked") + (others.isEmpty() ? QString() : QStringLiteral(", ") + others)
@@ -54,7 +54,7 @@ void TextGridModel::setGridRows(int rows)
 {
     m_texts.resize(std::size_t(rows), Row(std::size_t(m_cols)));
     if (m_held)
-        m_textsChanged = true; // rows that went and came again lost their texts
+        m_textsChanged = true; // removed and re-added rows lost their texts
     else
         publishRows();
 }

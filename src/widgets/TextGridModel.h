@@ -7,8 +7,8 @@
 namespace orlo::widgets
 {
 
-/// The texts of a TextGrid, header row included. While notices are held back views keep seeing the number of rows that
-/// they knew; release() then tells them in one step what became of it.
+/// The texts of a TextGrid, including the header row. While notifications are held back, views keep seeing the old
+/// number of rows; release() then announces all changes in one step.
 class TextGridModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// Rows of the grid, the header row being row 0.
+    /// The number of rows; row 0 is the header row.
     [[nodiscard]] int gridRows() const { return int(m_texts.size()); }
     /// The number of columns.
     [[nodiscard]] int gridCols() const { return m_cols; }
@@ -29,7 +29,7 @@ public:
     void setGridRows(int rows);
     /// Sets the number of columns; new ones are empty.
     void setGridCols(int cols);
-    /// Takes a row out.
+    /// Removes a row.
     void removeGridRow(int row);
     /// The text of a cell.
     [[nodiscard]] const QString& text(int row, int col) const { return m_texts[std::size_t(row)][std::size_t(col)]; }
@@ -38,9 +38,9 @@ public:
     /// Aligns the texts of a column.
     void setAlignment(int col, Qt::Alignment alignment);
 
-    /// From here to release() views hear of no change.
+    /// Until release(), views aren't notified of changes.
     void hold() { m_held = true; }
-    /// Tells views of all that changed since hold().
+    /// Notifies views of all changes since hold().
     void release();
 
 private:
@@ -48,7 +48,7 @@ private:
     void publishRows();
 
     int m_cols = 2;
-    int m_shownRows = 0; // what views were told, the header row left out
+    int m_shownRows = 0; // rows announced to views, without the header row
     bool m_held = false;
     bool m_textsChanged = false; // while held
     std::vector<Row> m_texts = std::vector<Row>(1, Row(2));

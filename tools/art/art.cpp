@@ -1,5 +1,5 @@
-// Paints a drawing to a picture: art IN.svg OUT WIDTH HEIGHT
-// OUT is a picture file by its suffix; with the suffix .rgb it gets the plain pixels, 4 bytes each.
+// Renders a drawing: art IN.svg OUT WIDTH HEIGHT
+// OUT is an image file, its format given by the suffix; ".rgb" means raw pixels of 4 bytes each.
 
 #include <QCommandLineParser>
 #include <QFile>

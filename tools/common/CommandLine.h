@@ -4,27 +4,27 @@
 
 #include <optional>
 
-/// What every tool's command line has: help, the program's version, and a word on what makes no sense.
+/// The parts of a command line that all tools share: help, version, and errors in the arguments.
 class CommandLine
 {
 public:
     static constexpr int Failed = 1;
     static constexpr int BadUsage = 2;
 
-    /// A tool's name and what stands above its options in the help.
+    /// The tool's name, and the text above the options in its help.
     CommandLine(QString name, const QString& description);
 
-    /// For options and arguments.
+    /// For adding options and arguments.
     [[nodiscard]] QCommandLineParser& parser() { return m_parser; }
-    /// Reads the arguments: the exit status where they ask for the help or the version, or make no sense.
+    /// Parses the arguments; returns an exit status if they ask for help or the version, or are wrong.
     [[nodiscard]] std::optional<int> read(const QStringList& arguments);
-    /// What an option was given, if it was.
+    /// An option's value, if given.
     [[nodiscard]] std::optional<QString> given(const QCommandLineOption& option) const;
-    /// One line that says what makes no sense, and the help.
+    /// Prints what is wrong, and the help; returns the exit status.
     [[nodiscard]] int refuse(const QString& problem) const;
-    /// A line for each of the text to standard error, with the tool's name before it.
+    /// Prints each line of the text to standard error, after the tool's name.
     void complain(const QString& text) const;
-    /// The exit status once all is said: what couldn't be written to the standard output is a failure.
+    /// The final exit status: a failure if the standard output couldn't be written.
     [[nodiscard]] int ended(int status) const;
 
 private:

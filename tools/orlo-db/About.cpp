@@ -19,7 +19,7 @@ namespace
 
 constexpr qsizetype HeadSize = 100; // bytes
 
-// Where the head of a file keeps what it tells, and the words for it.
+// Fields of a file's header, and their names.
 struct Setting {
     int at;
     const char* name;
@@ -105,7 +105,7 @@ QStringList about(const QString& named)
     try {
         PackFile pack(path);
         addTables(lines, pack.database());
-    } catch (const platform::RuntimeError& error) { // the rest of what is known of it helps all the more
+    } catch (const platform::RuntimeError& error) { // what else is known about it is all the more helpful
         lines.add(QStringLiteral("doesn't open"), QStringLiteral("error %1").arg(error.number()));
     }
     return lines.get();

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-/// What a pack's file is, for a report of a fault: versions, sizes, SQLite's settings as its head tells them, and how
-/// many rows each table of the program has. Nothing of what it holds, and no name of a folder or of another's table.
-/// Raises RuntimeError 3024 for a missing file, 3343 for one that is no database; of a damaged one it tells the head.
+/// Describes a pack's file for a bug report: versions, sizes, SQLite's settings from the header, and the number of rows
+/// in each of the program's tables. No contents, no folder names, no names of other tables. Raises RuntimeError 3024
+/// for a missing file, 3343 if it isn't a database; for a damaged one it describes the header.
 [[nodiscard]] QStringList about(const QString& file);

@@ -11,7 +11,7 @@ using store::Value;
 namespace
 {
 
-// By which fields a row is known again, where its table has no key of its own or an earlier version has another one.
+// The fields that identify a row if its table has no key, or a different one in an earlier version.
 const QList<std::pair<QString, QStringList>>& identities()
 {
     static const QList<std::pair<QString, QStringList>> Known = {
@@ -46,14 +46,14 @@ QStringList keyOf(Database& database, const QString& table, const QStringList& f
     return fields;
 }
 
-// One side of a comparison: the rows of a table with what they are called.
+// One side of a comparison: a table's rows and their names.
 struct Side {
     Side(Database& database, const RowNames& called, const QString& name)
         : names(called), table(name), rows(database, name)
     {
     }
     [[nodiscard]] QString nameOf(const PackRows::Row& row) const { return names.of(table, rows, row); }
-    // A value, with the name of what it points to.
+    // A value, with the name of the row it points to.
     [[nodiscard]] QString told(const QString& field, const PackRows::Row& row) const
     {
         const Value value = rows.value(row, field);
@@ -77,7 +77,7 @@ public:
         QHash<QString, Group> other;
         for (const PackRows::Row& row : to.rows.rows)
             other[textOf(to, row, key)].push_back(&row);
-        QHash<QString, Group> left; // rows of a key that have no equal on the other side
+        QHash<QString, Group> left; // rows by key without an equal on the other side
         for (const PackRows::Row& row : from.rows.rows) {
             const QString text = textOf(from, row, key);
             Group& same = other[text];
@@ -110,7 +110,7 @@ public:
     [[nodiscard]] const QStringList& lines() const { return m_lines; }
 
 private:
-    // Without regard to case, as the file tells keys apart.
+    // Ignores case, as keys in the file do.
     static QString textOf(const Side& side, const PackRows::Row& row, const QStringList& fields)
     {
         QStringList texts;
@@ -163,7 +163,7 @@ QStringList common(const QStringList& one, const QStringList& other)
     return both;
 }
 
-// The names that only one side has, in a line.
+// The names that only one side has, in one line.
 QStringList onlyIn(const char* side, const QString& what, const QStringList& names, const QStringList& others)
 {
     QStringList only;

@@ -27,7 +27,7 @@ QByteArray asUtf8(QByteArray data)
     return data;
 }
 
-// What parts the cells of the first line, which holds names.
+// The separator used in the first line, which contains names.
 char separatorOf(QByteArrayView data)
 {
     const qsizetype end = data.indexOf('\n');
@@ -66,7 +66,7 @@ bool CsvReader::readRow(std::vector<CsvCell>& row)
     return true;
 }
 
-// Leaves the position at the comma or line end after the cell, or at the end of the data.
+// Leaves the position at the separator or line end after the cell, or at the end of the data.
 void CsvReader::readCell(CsvCell& cell)
 {
     cell.place = place();

@@ -6,13 +6,13 @@
 #include <stdexcept>
 #include <vector>
 
-/// A place in a file, both numbers from 1: the column counts characters of the line.
+/// A position in a file; line and column count from 1, columns in characters.
 struct CsvPlace {
     int line = 1;
     int column = 1;
 };
 
-/// What is wrong with a file, and where.
+/// An error in a file, with its position.
 class CsvError : public std::runtime_error
 {
 public:
@@ -25,24 +25,23 @@ private:
     QString m_problem;
 };
 
-/// One cell of a row. A quoted empty cell is an empty text; an empty one without quotes holds nothing.
+/// A cell. A quoted empty cell is an empty text; an unquoted one is Null.
 struct CsvCell {
     QString text;
     bool quoted = false;
     CsvPlace place;
 };
 
-/// Reads comma-separated values from UTF-8 with or without a byte order mark, or from UTF-16 with one, lines ended by
-/// LF or CR LF, cells in double quotes as RFC 4180 has them. A first line that has more semicolons or tabs than commas
-/// tells that they part the cells.
+/// Reads comma-separated values as in RFC 4180, in UTF-8 with or without a byte order mark or in UTF-16 with one, with
+/// LF or CR LF. If the first line has more semicolons or tabs than commas, these are the separators.
 class CsvReader
 {
 public:
     explicit CsvReader(QByteArray data);
 
-    /// Reads the next row that isn't a blank line; false at the end of the file. Raises CsvError.
+    /// Reads the next row, skipping blank lines; false at the end of the file. Raises CsvError.
     [[nodiscard]] bool readRow(std::vector<CsvCell>& row);
-    /// The place of the last row read, where its first cell begins.
+    /// The position of the last row's first cell.
     [[nodiscard]] CsvPlace rowPlace() const { return m_rowPlace; }
 
 private:
@@ -52,7 +51,7 @@ private:
     void skipLineEnd();
     void setText(CsvCell& cell, QByteArrayView bytes) const;
     [[nodiscard]] char at(qsizetype ahead = 0) const;
-    /// The place of the current byte.
+    /// The position of the current byte.
     [[nodiscard]] CsvPlace place();
     void startLine(qsizetype position);
 

@@ -42,8 +42,7 @@ QString kindOf(FieldType type)
     }
 }
 
-// A spreadsheet's own file whose CSV file isn't beside it would be left out without a word. Those that begin so mark
-// an open one.
+// A spreadsheet file without a CSV file beside it would be ignored silently. "~$" marks the lock of an open one.
 void requireNoSheet(const QFileInfo& file)
 {
     static const QStringList kinds = {QStringLiteral("xlsx"), QStringLiteral("xls"), QStringLiteral("xlsm"),
@@ -147,7 +146,7 @@ bool isEmpty(const std::vector<CsvCell>& row)
     return std::ranges::all_of(row, [](const CsvCell& cell) { return cell.text.isEmpty() && !cell.quoted; });
 }
 
-// Only a text field can tell an empty text from nothing.
+// Only text fields distinguish an empty text from Null.
 Value cellValue(const CsvCell& cell, const Field& field)
 {
     static const QRegularExpression dotted(QStringLiteral("^\\s*\\d{1,4}\\.\\s*\\d{1,2}\\."));

@@ -5,41 +5,41 @@
 #include "platform/RuntimeError.h"
 #include "store/schema/Schema.h"
 
-/// Bad input, with the text that tells the user which file, line and column it is: "Scouts.csv:12:5: ...".
+/// An error in the input; its text names file, line and column: "Scouts.csv:12:5: ...".
 class LoadError : public std::runtime_error
 {
 public:
     explicit LoadError(const QString& message) : std::runtime_error(message.toStdString()) {}
 };
 
-/// A CSV file and the table that it is named after.
+/// A CSV file and the table it is named after.
 struct CsvFile {
     QString path;
     const orlo::store::TableDef* table;
 
-    /// Its name, the place and the problem.
+    /// The file's name, the position and the problem.
     [[nodiscard]] QString wrong(const CsvError& error) const;
 };
 
-/// The CSV files of a folder, by name. What only the current version has is left out for an older one. Raises LoadError
-/// for a folder that isn't there or has none, a file that names no table, and one that a spreadsheet keeps its own way.
+/// The CSV files of a folder, by name. For an older version, files of newer tables are skipped. Raises LoadError if the
+/// folder doesn't exist or has none, and for files that name no table or are a spreadsheet's own.
 [[nodiscard]] std::vector<CsvFile> csvFiles(const QString& folder, int version);
 
-/// Reads a table's file, its heading first. All raise CsvError.
+/// Reads a table's file, starting with its headings. Everything raises CsvError.
 class CsvTable
 {
 public:
     struct Column : Heading {
-        bool nameless = false; ///< stands under no heading, and so holds nothing
+        bool nameless = false; ///< has no heading, so its cells must be empty
     };
 
     explicit CsvTable(const CsvFile& file);
 
-    /// The columns in their order; those without a field are passed over.
+    /// The columns in order; those without a field are skipped.
     [[nodiscard]] const std::vector<Column>& columns() const { return m_columns; }
     [[nodiscard]] bool has(QStringView field) const;
-    /// The next row, which has a cell for each column; false at the end. Lines of nothing but commas are no rows but
-    /// where a row may be empty.
+    /// Reads the next row, with a cell for each column; false at the end. Rows of nothing but separators are skipped,
+    /// unless the table may have empty rows.
     [[nodiscard]] bool readRow(std::vector<CsvCell>& row);
 
 private:
@@ -51,15 +51,15 @@ private:
     bool m_emptyRows; // a table without a key may have them
 };
 
-/// True for a row of nothing but commas.
+/// True for a row of empty cells.
 [[nodiscard]] bool isEmpty(const std::vector<CsvCell>& row);
-/// What a cell holds for a field, still to be converted. Raises CsvError for what reads in two ways: a date with dots,
-/// a number with a comma.
+/// A cell's value for a field, still to be converted. Raises CsvError for ambiguous ones: a date with dots, a number
+/// with a comma.
 [[nodiscard]] orlo::store::Value cellValue(const CsvCell& cell, const orlo::store::Field& field);
-/// What a field refuses a cell for.
+/// Why a field refuses a cell.
 [[nodiscard]] QString problemOf(const orlo::platform::RuntimeError& error, const CsvCell& cell,
                                 const orlo::store::Field& field);
-/// What a table refuses a row for; its key's field and text.
+/// Why a table refuses a row, given its key's field and text.
 [[nodiscard]] QString refusalOf(const orlo::platform::RuntimeError& error, const QString& field, const QString& text);
-/// The field of the table's key; empty where it has none.
+/// The table's key field; empty if it has none.
 [[nodiscard]] QString keyField(const orlo::store::TableDef& table);

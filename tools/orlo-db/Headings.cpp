@@ -9,8 +9,8 @@ namespace
 {
 
 struct Caption {
-    QStringView tables; // their names with a blank on each side
-    QStringView text;   // as bare() has it
+    QStringView tables; // table names, with a blank on each side
+    QStringView text;   // as returned by bare()
     QStringView field;
 };
 
@@ -21,7 +21,7 @@ constexpr QStringView OfDens = u" Dens ";
 constexpr QStringView OfAwards = u" Insignias ";
 constexpr QStringView OfGiven = u" Assigned_Awards_Scouts Assigned_Awards_Adults ";
 
-// The windows' captions; those of the scouts' further pages begin with their page's, spelt as there or rightly.
+// The windows' captions; those of the scouts' other pages begin with the page's name, misspelt as there or corrected.
 constexpr Caption Captions[] = {
     {OfPeople, u"first", u"First_Name"},
     {OfPeople, u"last", u"Last_Name"},

@@ -4,17 +4,16 @@
 
 #include <QHash>
 
-/// Finds the rows that a file points to by the texts that the windows show of them: "Wolf Den 3", "Art Belt Loop",
-/// "Baker, Samuel T.".
+/// Finds linked rows by the texts that windows show: "Wolf Den 3", "Art Belt Loop", "Baker, Samuel T.".
 class LinkTexts
 {
 public:
     explicit LinkTexts(orlo::store::Database& database) : m_database(database) {}
 
-    /// The key of the row of a table. A text that is a number is the key where keys stand, and a den's number where the
-    /// windows' texts do. Raises LoadError, without a place, where none or several fit.
+    /// The key of a table's row. A numeric text is the key in a key's column, and a den's number in a column named as
+    /// in a window. Raises LoadError, without a position, if no row or several rows match.
     [[nodiscard]] int keyOf(const QString& table, const QString& text, bool onScreen);
-    /// The table has other rows now.
+    /// Forgets a table whose rows have changed.
     void forget(const QString& table) { m_tables.remove(table); }
 
 private:
@@ -22,7 +21,7 @@ private:
         QString name;
         int key;
     };
-    // The rows by their texts: those that name a row whole, and those that do where nothing else is called so.
+    // The rows by text: full names, and shorter ones that are unambiguous.
     struct Targets {
         QMultiHash<QString, Target> whole;
         QMultiHash<QString, Target> part;

@@ -14,8 +14,8 @@ namespace
 struct Link {
     QStringView table;
     QStringView field;
-    QLatin1String words; // what a row with a key that leads nowhere is
-    bool counted;        // told once for all rows with the same key
+    QLatin1String words; // describes a row whose key leads nowhere
+    bool counted;        // reported once for all rows with the same key
 };
 
 constexpr Link Links[] = {
@@ -34,7 +34,7 @@ constexpr Link Links[] = {
     {u"Leader_Pack_Assn", u"Leader_SID", QLatin1String("positions of adult %1, who is gone"), true},
 };
 
-// By which fields a row is the only one of its table; the people's names and birth dates aren't keys of the file.
+// The fields that identify a row; for people names and birth date, although these aren't a key of the file.
 struct Unique {
     QStringView table;
     QStringList fields;
@@ -138,7 +138,7 @@ private:
         return personName(rows, row).toCaseFolded() + born(rows, row);
     }
 
-    // The mark stands for a missing date of birth; any other field would be empty.
+    // The mark means a missing date of birth; any other date field would be Null.
     void lookForMarks(const QString& table, const PackRows& rows)
     {
         for (const QString& field : rows.fields)

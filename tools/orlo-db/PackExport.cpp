@@ -22,7 +22,7 @@ QByteArray textCell(const QString& text)
     return plain ? text.toUtf8() : '"' + text.toUtf8().replace('"', "\"\"") + '"';
 }
 
-// Nothing is an empty cell, an empty text a quoted one; dates stand year first, as in the file.
+// Null becomes an empty cell, an empty text a quoted one; dates are written year first, as in the file.
 struct ToCell {
     QByteArray operator()(std::monostate) const { return {}; }
     QByteArray operator()(bool value) const { return value ? "True" : "False"; }
@@ -51,7 +51,7 @@ void writeTable(QFile& file, store::Recordset& rows, const QStringList& fields)
     platform::flushAll(file);
 }
 
-// Half a table isn't left where it would pass for the whole.
+// A partial table isn't left where it would look complete.
 void exportTable(store::Recordset& rows, const QStringList& fields, const QString& path)
 {
     QFile file(path);
@@ -87,7 +87,7 @@ static void exportTables(Database& database, const QString& name, const store::V
     const auto exportTo = [&](const QString& where, const QStringList& fields) {
         makeFolder(where);
         store::Recordset rows = database.openRecordset(QStringLiteral("[%1]").arg(name));
-        // A name with a slash in it would lead out of the folder.
+        // A slash in the name would lead out of the folder.
         const QString file = QString(name).replace(u'/', u'_').replace(u'\\', u'_');
         exportTable(rows, fields, QStringLiteral("%1/%2.csv").arg(where, file));
     };

@@ -20,7 +20,7 @@ namespace
 
 constexpr qsizetype MostWrong = 20;
 
-// What is pointed to comes before what points to it.
+// Rows that others point to come first.
 constexpr QStringView Order[] = {u"PackInfo",
                                  u"Den_Titles",
                                  u"Pack_Positions",
@@ -34,12 +34,12 @@ constexpr QStringView Order[] = {u"PackInfo",
                                  u"Assigned_Awards_Adults",
                                  u"Other_Purchase_List"};
 
-// By what a row is known to stand there already. What is needed holds something in each row.
+// The fields that identify a row already in the file. Required ones must not be empty.
 struct Identity {
     QStringView table;
     QStringList fields;
     QStringList needed;
-    bool once = true; // also among the new ones: not so with awards, of which somebody may get two on a day
+    bool once = true; // also within the new rows; not for awards, which somebody may get twice on a day
 };
 
 const Identity& identityOf(QStringView table)
@@ -69,11 +69,11 @@ const Identity& identityOf(QStringView table)
                                    {u"Other_Purchase_List", item, item, false},
                                    {u"Den_Titles", denTitle, denTitle},
                                    {u"Pack_Positions", packTitle, packTitle},
-                                   {u"PackInfo", {}, {}}}; // there is one pack
+                                   {u"PackInfo", {}, {}}}; // there is only one pack
     return *std::ranges::find(All, table, &Identity::table);
 }
 
-// A row of a file: its fields in the table's order and where each stands.
+// A row of a file: its fields in the table's order, and their positions.
 struct Incoming {
     PackRows::Row values;
     std::vector<CsvPlace> places;
@@ -88,7 +88,7 @@ public:
     {
     }
 
-    /// What is wrong goes to the list.
+    /// Collects the errors in the list.
     void run(QStringList& wrong)
     {
         for (const Field& field : m_table.fields())
@@ -189,7 +189,7 @@ private:
             return false;
         return std::nullopt;
     }
-    // Y or N, which the windows show as Yes and No.
+    // Y or N, shown by windows as Yes and No.
     static Value letter(const CsvCell& cell, const Field& field)
     {
         if (cell.text.trimmed().isEmpty())
@@ -199,7 +199,7 @@ private:
         throw CsvError(cell.place, QStringLiteral("%1: \"%2\" is neither Y nor N").arg(field.name, cell.text.left(40)));
     }
 
-    // What a window would have put into the row's other fields.
+    // Fills the other fields as a window would.
     [[nodiscard]] Incoming complete(Incoming row, CsvPlace place) const
     {
         const auto value = [&](QStringView field) -> Value& { return row.values[at(field)]; };
@@ -228,7 +228,7 @@ private:
         return row;
     }
 
-    // A position has its title's rank.
+    // A position gets its title's rank.
     void rankTitle(Incoming& row) const
     {
         for (const auto& [table, position, titles, title] :
@@ -269,7 +269,7 @@ private:
         return m_key.isEmpty() ? QString() : shown(m_rows.value(row, m_key));
     }
 
-    // A row under another key than its like in the file would leave what points to it with somebody else.
+    // If the same row has a different key in the file, rows pointing to it would point to somebody else.
     [[nodiscard]] bool standsThere(const Incoming& row)
     {
         const auto known = m_known.constFind(identity(row.values));
@@ -330,7 +330,7 @@ private:
     const store::TableDef& m_table;
     PackRows m_rows;
     const Identity& m_identity;
-    QString m_key; // of a den, a person or an award, which others point to
+    QString m_key; // the key of a den, a person or an award, which other rows point to
     QHash<QString, QString> m_known;
     std::vector<PackRows::Row> m_added;
     std::vector<std::pair<PackRows::Row, int>> m_there;

@@ -11,7 +11,7 @@ using store::TableDef;
 namespace
 {
 
-// Points at the row's key, or at the row where the key isn't among the cells: rows as such are only refused for it.
+// Points at the row's key, or at the row if the key isn't among the cells: whole rows are only refused for their key.
 CsvError refusedRow(const RuntimeError& error, const TableDef& table, const CsvTable& file,
                     const std::vector<CsvCell>& row)
 {
@@ -22,7 +22,7 @@ CsvError refusedRow(const RuntimeError& error, const TableDef& table, const CsvT
     return {row.front().place, refusalOf(error, key, {})};
 }
 
-// Who is in a list is active, where the list doesn't say otherwise.
+// People in a list are active unless it says otherwise.
 bool startsActive(const TableDef& table, const CsvTable& file)
 {
     return table.findField(u"Active") && !file.has(u"Active");

@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-/// A pack's file as somebody who only looks opens it. A folder that holds a backup or a copy means that. One in the
-/// former format is taken over in a folder for the time being, so that the file itself stays as it is.
+/// A pack's file opened for reading only. The folder of a backup or a copy stands for the file in it. A file in the
+/// former format is converted in a temporary folder and stays as it is.
 class PackFile
 {
 public:
@@ -16,36 +16,36 @@ public:
     explicit PackFile(const QString& named);
 
     [[nodiscard]] orlo::store::Database& database() { return *m_database; }
-    /// The file that is meant by what was named.
+    /// The file that a name stands for.
     [[nodiscard]] static QString meant(const QString& named);
 
 private:
     QTemporaryDir m_folder;
-    std::unique_ptr<orlo::store::Database> m_database; // goes first
+    std::unique_ptr<orlo::store::Database> m_database; // destroyed first
 };
 
-/// All rows of a table, and its fields, in their order.
+/// All rows of a table, and its fields, in order.
 struct PackRows {
     using Row = std::vector<orlo::store::Value>;
     QStringList fields;
     std::vector<Row> rows;
 
-    /// Reads a table; no rows and no fields where the file has none of the name.
+    /// Reads a table; no rows and no fields if it doesn't exist.
     PackRows(orlo::store::Database& database, const QString& table);
-    /// The place of a field, without regard to case; -1 for one that isn't there.
+    /// A field's index, ignoring case; -1 if there is none.
     [[nodiscard]] int column(QStringView field) const;
-    /// A row's value; Null where there is no such field.
+    /// A row's value; Null if there is no such field.
     [[nodiscard]] orlo::store::Value value(const Row& row, QStringView field) const;
 };
 
-/// A value as the commands show it: texts in double quotes with their lines' ends written out, dates year first,
-/// "nothing" for Null.
+/// A value as the commands print it: texts in double quotes with escaped line ends, dates year first, "nothing" for
+/// Null.
 [[nodiscard]] QString shown(const orlo::store::Value& value);
 
-/// The mark of a birth date that isn't known.
+/// Marks an unknown birth date.
 inline const QDate MissingDate(1001, 1, 1);
 
-/// True for a text that is the name, without regard to case.
+/// Compares ignoring case.
 [[nodiscard]] inline bool sameText(QStringView text, QStringView name)
 {
     return text.compare(name, Qt::CaseInsensitive) == 0;

@@ -17,7 +17,7 @@ constexpr QStringView Scouts = u"Scouts";
 constexpr QStringView Adults = u"Adults";
 constexpr QStringView Insignias = u"Insignias";
 
-// The first of a table is its own key.
+// The first one of a table is its own key.
 constexpr Pointer Pointers[] = {
     {u"Den_SID", Dens, QLatin1String("den")},
     {u"Scout_SID", Scouts, QLatin1String("scout")},

@@ -25,7 +25,7 @@ int random(int from, int to)
     return QRandomGenerator::global()->bounded(from, to + 1);
 }
 
-// Another letter or digit of the same kind; anything else stays.
+// Another letter or digit of the same kind; other characters stay.
 char32_t otherCharacter(char32_t given)
 {
     if (given >= U'0' && given <= U'9')
@@ -34,7 +34,7 @@ char32_t otherCharacter(char32_t given)
         return U'a' + static_cast<char32_t>(random(0, 25));
     if (given < 0x80 || !QChar::isLetter(given))
         return given;
-    for (int i = 0; i < MaxTries; ++i) { // within a block of as many bytes a letter
+    for (int i = 0; i < MaxTries; ++i) { // within a block with as many bytes per letter
         const char32_t other = (given & ~char32_t(0x1F)) + static_cast<char32_t>(random(0, 0x1F));
         if (QChar::isLetter(other) && QChar::toLower(other) == other)
             return other;
@@ -42,7 +42,7 @@ char32_t otherCharacter(char32_t given)
     return given;
 }
 
-// The fields that hold a word of the program's own lists, which a person may not have typed.
+// Fields with words from the program's own lists, which people don't type.
 const QSet<QString>& listedFields()
 {
     static const QSet<QString> Names = {QStringLiteral("tigar"), QStringLiteral("insignia_type"),
@@ -99,7 +99,7 @@ private:
         return text;
     }
 
-    // Equal texts, without regard to case, become equal ones, and others others.
+    // Texts that are equal, ignoring case, stay equal, and different ones stay different.
     QString otherText(const QString& text, const QString& field)
     {
         if (listedFields().contains(field) || m_words.contains(text.toLower()))
@@ -131,7 +131,7 @@ private:
         const QDate earlier = date.date.addDays(-m_days);
         return {earlier.year() < FirstYear ? date.date.addDays(m_days) : earlier, date.time};
     }
-    // Each birth date moves by itself: nobody who knows one of them can find the others.
+    // Each birth date moves independently, so knowing one doesn't reveal the others.
     store::DateTime otherBirth(const store::DateTime& date)
     {
         if (date.date == MissingDate)
@@ -155,7 +155,7 @@ private:
                    : (whole ? Value(number) : Value(text.toDouble()));
     }
 
-    // An award's year and month are those of its date, where they were.
+    // An award's year and month stay those of its date, if they were.
     static void moveYear(const PackRows& rows, const PackRows::Row& row, PackRows::Row& made)
     {
         const int date = rows.column(u"Date_Assigned");
@@ -174,7 +174,7 @@ private:
     }
 
     QSet<QString> m_known; // fields of the program's tables
-    QSet<QString> m_words; // that are nobody's
+    QSet<QString> m_words; // which tell nothing about people
     QHash<QString, QString> m_texts;
     QSet<QString> m_given; // the values of m_texts
     QHash<qint64, int> m_births;
@@ -186,7 +186,7 @@ private:
 namespace
 {
 
-// What another program's table and its fields are called, and their defaults, may tell of people.
+// Names and defaults of other programs' tables and fields may reveal something about people.
 TableDef unnamed(const TableDef& given, int number)
 {
     TableDef table(QStringLiteral("Table %1").arg(number));

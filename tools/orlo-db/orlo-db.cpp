@@ -1,5 +1,5 @@
-// Works on a pack's database without the program: makes one, adds to it, checks and repairs it, exports its tables,
-// compares two, and tells of one without telling what it holds.
+// Works on a pack's database without the program: creates one, adds to it, checks and repairs it, exports its tables,
+// compares two, and describes one without revealing its contents.
 
 #include "About.h"
 #include "Compare.h"
@@ -34,9 +34,9 @@ namespace
 
 constexpr int Done = 0;
 constexpr int Failed = CommandLine::Failed;
-constexpr int Incomplete = 3; // repaired, but not all of it came back
+constexpr int Incomplete = 3; // repaired, but something is missing
 
-// The file under the name that it has while it is being made; it goes away unless it is taken.
+// The temporary name of a file being made; it is deleted unless it is taken.
 class FileInTheMaking
 {
 public:
@@ -53,7 +53,7 @@ public:
     FileInTheMaking& operator=(const FileInTheMaking&) = delete;
 
     [[nodiscard]] const QString& name() const { return m_name; }
-    // Gives the file its own name, never over another one.
+    // Gives the file its final name, but never replaces another one.
     void take() const
     {
         if (QFile left(journal()); left.exists() && !left.remove())
@@ -86,7 +86,7 @@ void complain(const QString& about, const QString& problem)
     std::fprintf(stderr, "orlo-db: %s: %s\n", qUtf8Printable(about), qUtf8Printable(problem));
 }
 
-// What was loaded, a line for each table.
+// What was loaded, one line per table.
 QStringList fill(Database& database, const std::optional<PackLoader>& loader, int version)
 {
     store::createSchema(database, version);
@@ -122,7 +122,7 @@ int makeNew(const QString& file, const QString& folder, int version)
     return Done;
 }
 
-// False if one can't be read; the others are told.
+// False if a table can't be read; the others are listed.
 bool sayRows(const QString& file)
 {
     Database database = engine::viewDatabase(file);
@@ -137,7 +137,7 @@ bool sayRows(const QString& file)
     return all;
 }
 
-// A file that the program hasn't opened yet: what is in it, and whether all of it can be read.
+// Counts a file that the program hasn't opened yet, and checks that all of it can be read.
 int checkFormer(const QString& file)
 {
     const auto counts = store::checkFormer(file);
@@ -147,7 +147,7 @@ int checkFormer(const QString& file)
     return Done;
 }
 
-// They are a normal state of the records and no damage.
+// These are a normal state of the records, not damage.
 void sayLooseEnds(const QString& file)
 {
     Database database = engine::viewDatabase(file);
@@ -228,7 +228,7 @@ int tellOf(const QString& file)
     return Done;
 }
 
-// The version that the text names, or the newest without a text; nothing for an unknown one.
+// The version that the text names, or the newest without one; nothing if unknown.
 std::optional<int> versionNamed(const std::optional<QString>& text)
 {
     for (const store::Version& version : store::schema::versions())
@@ -237,7 +237,7 @@ std::optional<int> versionNamed(const std::optional<QString>& text)
     return std::nullopt;
 }
 
-// A trial adds to a copy, so that nothing happens to the file, nor beside it.
+// A trial adds to a copy, so nothing happens to the file or beside it.
 int importTables(const QString& file, const QString& folder, bool trial)
 {
     if (store::isFormerFormat(file))
@@ -264,7 +264,7 @@ int importTables(const QString& file, const QString& folder, bool trial)
 
 struct Command {
     const char* name;
-    QStringList needs; // each argument's name
+    QStringList needs; // the arguments' names
     QStringList options;
     const char* does;
 };
@@ -298,7 +298,7 @@ QString description()
     return text.trimmed();
 }
 
-// What makes no sense about the arguments; nothing where all does.
+// What is wrong with the arguments; empty if nothing is.
 QString nonsense(const QStringList& arguments, const QStringList& options)
 {
     if (arguments.isEmpty())

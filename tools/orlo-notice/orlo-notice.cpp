@@ -1,5 +1,5 @@
-// Shows its argument in a box: by it the launcher tells why the program can't start, which itself needs the folder that
-// can't be made.
+// Shows its argument in a message box. The launcher uses it to say why the program can't start: the program itself
+// needs the folder that can't be created.
 
 #include <QApplication>
 #include <QMessageBox>

@@ -1,5 +1,5 @@
-// Runs report files without the program: writes their pages as PDF files and their rows as CSV
-// files, counts the sheets and tells what looks wrong.
+// Runs report files without the program: writes their pages as PDF files and their rows as CSV files, counts the sheets
+// and prints warnings.
 
 #include "common/CommandLine.h"
 #include "platform/RuntimeError.h"
@@ -18,13 +18,13 @@ using namespace orlo;
 namespace
 {
 
-/// Where the reports are written to; an empty folder for not at all.
+/// Output folders; an empty one writes nothing.
 struct Folders {
     QString pdf;
     QString csv;
 };
 
-/// Writes one report beside its name in the folders; the number of its sheets.
+/// Runs one report and writes it under its own name into the folders; returns the number of its sheets.
 int runReport(store::Database& database, const QString& file, const QString& selection, const Folders& folders)
 {
     reporting::RunRequest request;

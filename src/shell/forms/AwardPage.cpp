@@ -19,7 +19,7 @@ AwardPage::AwardPage(widgets::TextGrid* grid, QLabel* name, QLabel* noteName, Fi
     : m_grid(grid), m_name(name), m_noteName(noteName), m_fillRow(std::move(fillRow))
 {
     for (QLabel* label : {m_name, m_noteName})
-        label->setTextFormat(Qt::PlainText); // it may look like markup
+        label->setTextFormat(Qt::PlainText); // names may look like markup
 }
 
 void AwardPage::setUp(const std::vector<Column>& columns, int stretched)

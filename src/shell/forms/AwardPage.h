@@ -17,31 +17,31 @@ class TextGrid;
 namespace orlo
 {
 
-/// The page of the awards that a person holds: an award a row under a heading row, and the person's name above.
+/// The page of a person's awards: the name, and a grid with a heading row and one row per award.
 class AwardPage
 {
 public:
-    /// A column of the grid, its width in twips; 0 hides it.
+    /// A column of the grid; its width is in twips, 0 hides it.
     struct Column {
         int width;
         Qt::Alignment alignment;
         QString heading;
     };
-    /// Puts an award into a row of the grid.
+    /// Fills a row of the grid with an award.
     using FillRow = std::function<void(widgets::TextGrid&, int row, const store::Recordset& award)>;
 
-    /// `noteName` names the person on the page of the note, too, and is empty while a new one has no awards to show.
+    /// `noteName` shows the person's name on the note's page, too; it is empty for a new person, who has no awards yet.
     AwardPage(widgets::TextGrid* grid, QLabel* name, QLabel* noteName, FillRow fillRow);
 
-    /// Gives the grid its columns from left to right, of which `stretched` takes the width that the others leave.
+    /// Sets the grid's columns; `stretched` takes the remaining width.
     void setUp(const std::vector<Column>& columns, int stretched);
     /// Shows the person's name above the grid and the note.
     void setName(const QString& name);
-    /// Cuts the grid back to its heading row.
+    /// Removes all rows but the heading.
     void cut();
-    /// Adds the awards that a statement gives. Raises as Database::openRecordset().
+    /// Adds the awards selected by a statement. Raises as Database::openRecordset().
     void addAwards(const QString& statement);
-    /// Shows a person's awards anew.
+    /// Shows a person's awards from scratch.
     void reload(const QString& name, const QString& statement);
 
 private:
@@ -51,7 +51,7 @@ private:
     FillRow m_fillRow;
 };
 
-/// An award as the grids show it, its name and type, of a record with Insignia_Name and Insignia_Type.
+/// An award as grids show it, its name and type, from a record with Insignia_Name and Insignia_Type.
 [[nodiscard]] QString awardText(const store::Recordset& award);
 
 } // namespace orlo

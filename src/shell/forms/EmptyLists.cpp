@@ -20,7 +20,7 @@ QString nobodyHere()
     return QStringLiteral("Nobody here with this choice.");
 }
 
-// A list that isn't empty may come to be: the last one of a choice may be deleted while others are left.
+// The text is set even if the list has rows: the last one of a filter may be deleted while the table has others.
 void sayWhyEmpty(QAbstractItemView& list, const QString& table, const PeopleFilter& filter, const QAbstractButton& add)
 {
     bool isChoice = !filter.BuildViewCriteria(QString()).isEmpty();

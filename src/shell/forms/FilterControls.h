@@ -15,7 +15,7 @@ class OptionButton;
 namespace orlo
 {
 
-/// The controls of a people form that say whom its list shows: view, den and order. The den's list ends in "<All>".
+/// The controls that decide whom a people form lists: view, den and order. The den list ends with "<All>".
 class FilterControls
 {
 public:
@@ -27,13 +27,13 @@ public:
     };
     explicit FilterControls(const Controls& controls);
 
-    /// What is set; the criterion is asked for where a den is named, by its text.
+    /// The current filter; denCriterion is called if a den is named, with its text.
     [[nodiscard]] PeopleFilter filter(const std::function<QString(const QString& den)>& denCriterion) const;
     [[nodiscard]] bool lastNameFirst() const;
     /// True if the den's text is neither empty nor "<All>".
     [[nodiscard]] bool namesDen() const;
-    /// Fills the den's list and gives it its text back. That counts as a change, whose handlers may want to fill the list
-    /// again; such a call does nothing.
+    /// Fills the den list and restores its text. That counts as a change, whose handlers may call this again; nested
+    /// calls do nothing.
     void setDens(const QStringList& dens);
 
 private:

@@ -5,15 +5,14 @@
 namespace orlo
 {
 
-/// Asks which records a form is to walk and hands the answer to it, by its SetFind and SetSelectAll: what the find
-/// dialogs have in common.
+/// Base of the find dialogs: asks which records a form should walk, and answers through its SetFind and SetSelectAll.
 template <class F>
 class FindDialog : public widgets::Form
 {
 protected:
     FindDialog() : Form(widgets::FormKind::Window) {}
 
-    /// Connects the buttons that every find dialog has.
+    /// Connects the buttons of every find dialog.
     void bindControls()
     {
         auto& find = control<QPushButton>("cmdFind");
@@ -29,10 +28,10 @@ protected:
         connect(&cancel, &QPushButton::clicked, this, [this] { answer([] { form().SetFind(false); }); });
     }
 
-    /// Gives the form the criteria that were typed.
+    /// Passes the typed criteria to the form.
     virtual void handOver(F& form) = 0;
 
-    /// Closing the window cancels; the answer of the time before doesn't count again.
+    /// Closing the window cancels, so that the previous answer doesn't count again.
     void closeEvent(QCloseEvent* event) override
     {
         if (!m_answered)

@@ -3,17 +3,17 @@
 namespace orlo
 {
 
-/// What a find dialog was answered with, for the form that asked.
+/// A find dialog's answer, for the form that opened it.
 class FindRequest
 {
 public:
-    /// The dialog ended with "find", or was cancelled.
+    /// Tells whether the dialog ended with "find".
     void SetFind(bool find)
     {
         mFindRequested = find;
         mSelectAllRequested = false;
     }
-    /// The dialog ended with "select all".
+    /// Tells whether the dialog ended with "select all".
     void SetSelectAll(bool selectAll)
     {
         mSelectAllRequested = selectAll;

@@ -13,14 +13,14 @@ class ComboBox;
 namespace orlo
 {
 
-/// A row of a list and the key that it stands for.
+/// A row of a list and its key.
 struct ListEntry {
     QString text;
     std::int16_t sid = 0;
 };
 
-/// Fills a box anew; `keys` are those of its rows before and after. What the box shows stays, and so does the choice of
-/// a key that is still there: to open a list and close it again changes nothing.
+/// Refills a box; `keys` are those of its rows, before and after. The box keeps its text, and its choice if that key
+/// still exists, so opening and closing a list changes nothing.
 void refill(widgets::ComboBox& box, std::vector<std::int16_t>& keys, const std::vector<ListEntry>& entries);
 
 } // namespace orlo

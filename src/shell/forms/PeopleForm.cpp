@@ -41,7 +41,7 @@ void PeopleForm::bindControls(const NamedControls& named)
             PromptSaveChanges();
             openSet();
         });
-    // The text counts on every change, typed ones included, and nothing asks about unsaved changes.
+    // Every change of the text counts, even typing, and there is no question about unsaved changes.
     connect(&den, &widgets::ComboBox::textChange, this, [this] { openSet(); });
     connect(&den, &widgets::ComboBox::clicked, this, [this] { openSet(); });
     connect(&den, &widgets::ComboBox::dropDown, this, [this] {
@@ -92,8 +92,8 @@ void PeopleForm::cmdLast_Click()
     ReloadAwardGrid();
 }
 
-// The order counts: SetNavButtons first repairs the place after a step off either end, FillRecord leaves cmdSave
-// disabled, so that the click which the selection of the row causes asks nothing and brings the same record once more.
+// The order matters: SetNavButtons first repairs the position after a step off either end; FillRecord leaves cmdSave
+// disabled, so the click that selecting the row causes asks nothing and shows the same record again.
 void PeopleForm::showCurrent()
 {
     SetNavButtons();
@@ -108,7 +108,7 @@ void PeopleForm::SelectListRow(int position)
     m_list->setListIndex(position - 1);
 }
 
-// Record set and list are kept in step through the row's number only.
+// The row number alone keeps record set and list in step.
 void PeopleForm::list_Click()
 {
     PromptSaveChanges();
@@ -127,7 +127,7 @@ void PeopleForm::SetNavButtons()
     endRoutine();
 }
 
-// On another page than the first field's it is what that page begins with: nothing is to be typed unseen.
+// If the first field's page is hidden, focus the visible page's first control, so nobody types into a hidden field.
 QWidget* PeopleForm::fieldInView() const
 {
     QWidget* first = firstField();
@@ -155,7 +155,7 @@ void PeopleForm::cmdNew_Click()
     }
     rsRecords->addNew();
     ClearRecord();
-    setDefaults(); // what changes here is what enables cmdSave
+    setDefaults(); // this change enables cmdSave
     button("cmdNew").setEnabled(false);
     button("cmdDelete").setEnabled(false);
     enableExtraButtons(false);
@@ -184,7 +184,7 @@ void PeopleForm::finishSaveRecord()
         const auto typed = [this](const char* box) { return control<QLineEdit>(box).text(); };
         m_list->insertItem(mRecordCount - 1, newListRow(typed("txtFirst"), typed("txtMi"), typed("txtLast")));
         if (mRecordCount == 1) {
-            // The first record of an empty set comes in through the filters, which may leave it out again.
+            // The first record of an empty set is reopened through the filters, which may exclude it.
             button("cmdSave").setEnabled(false);
             openSet();
         }
@@ -196,7 +196,7 @@ void PeopleForm::finishSaveRecord()
             SelectListRow(mRecordCount);
     }
     mNewRecord = false;
-    if (added && mRecordCount > 0) // saved by the way, as when another row was clicked: cmdSave does the same
+    if (added && mRecordCount > 0) // saved on the way, for instance by a click on another row: cmdSave does the same
         enableRecordButtons();
     ShowRecordInfo();
 }
@@ -205,7 +205,7 @@ void PeopleForm::cmdDelete_Click()
 {
     if (!confirmDelete())
         return;
-    if (rsRecords->recordCount() > 0) // none where the new record of an empty set was cancelled
+    if (rsRecords->recordCount() > 0) // empty if the new record of an empty set was cancelled
         deleteAwards();
     readRecordCount();
     if (mRecordCount == 0)
@@ -215,7 +215,7 @@ void PeopleForm::cmdDelete_Click()
     readRecordCount();
     if (mRecordCount < 1) {
         setRecordIndex(0);
-        mCurrentSID = 0; // nothing hangs off nobody
+        mCurrentSID = 0; // nothing belongs to nobody
         ClearRecord();
         button("cmdDelete").setEnabled(false);
         button("cmdFind").setEnabled(false);
@@ -237,7 +237,7 @@ void PeopleForm::cmdDelete_Click()
     focusFirstField();
 }
 
-// Where Escape asks this, the Enter that may follow it is not to delete anybody.
+// If Escape brought up the question, the Enter that may follow must not delete anybody.
 bool PeopleForm::confirmDelete()
 {
     const bool byEscape = cancelButton() == &button("cmdDelete");
@@ -249,7 +249,7 @@ bool PeopleForm::confirmDelete()
         QStringLiteral("Delete ") + m_words.noun, byEscape ? widgets::Preset::No : widgets::Preset::Yes);
 }
 
-// An existing record is not put back: what was typed stays on screen, out of reach of any save.
+// An existing record isn't restored: the typed text stays on screen, but no save can reach it.
 void PeopleForm::cmdCancel_Click()
 {
     button("cmdSave").setEnabled(false);
@@ -290,16 +290,16 @@ void PeopleForm::openSet()
     const PeopleFilter people = filter();
     openRecords(QStringLiteral("Select * From %1s ").arg(m_words.noun) + people.BuildViewCriteria(QString()) +
                 people.BuildOrderClause());
-    button("cmdSave").setEnabled(false); // edits of the former set are dropped unasked
+    button("cmdSave").setEnabled(false); // edits of the former set are dropped without a question
     if (mRecordCount < 1) {
         m_list->clear();
-        mCurrentSID = 0; // nothing hangs off nobody
+        mCurrentSID = 0; // nothing belongs to nobody
         ClearRecord();
     } else {
         setRecordIndex(1);
         LoadDenLists();
     }
-    // Where the den filter got its text back, that has opened the set once more and left nothing to do here.
+    // If restoring the den filter's text has reopened the set, nothing is left to do here.
     if (opening == m_openings) {
         mFindRequested = false;
         mNewRecord = false;
@@ -316,7 +316,7 @@ void PeopleForm::openSet()
     endRoutine();
 }
 
-// The state without records: only cmdNew is live.
+// Without records only cmdNew is enabled.
 void PeopleForm::showEmpty()
 {
     DisableRecordButtons();
@@ -326,11 +326,11 @@ void PeopleForm::showEmpty()
     button("cmdNew").setEnabled(true);
     m_tabs->setCurrentIndex(0);
     m_tabs->setEnabled(false);
-    if (!window()->focusWidget()) // the control that had the focus has gone out of use, the keys with it
+    if (!window()->focusWidget()) // the focused control was disabled, so keys would go nowhere
         button("cmdNew").setFocus();
 }
 
-// The empty state ends, and so does that of a new record.
+// Ends the empty state and the new-record state.
 void PeopleForm::enableRecord()
 {
     EnableFields();
@@ -401,7 +401,7 @@ void PeopleForm::cmdFind_Click()
         rsRecords->moveFirst();
         readRecordCount();
         setRecordIndex(1);
-        mNewRecord = false; // it lasts where a new record of an empty set was cancelled
+        mNewRecord = false; // still set after cancelling a new record of an empty set
         enableRecord();
         SetNavButtons();
         FillRecord();
@@ -413,7 +413,7 @@ void PeopleForm::cmdFind_Click()
         openSet();
         if (mRecordCount == 0)
             return;
-        if (index <= mRecordCount) // a record saved out of the view took its row along
+        if (index <= mRecordCount) // a record saved out of the view lost its row
             setRecordIndex(index);
         SetNavButtons();
         FillRecord();
@@ -443,7 +443,7 @@ QString PeopleForm::personName() const
     return rightTrimmed(text(u"First_Name") + u' ' + text(u"MI")) + u' ' + rightTrimmed(text(u"Last_Name"));
 }
 
-// On the page of the note Enter makes a new line.
+// On the note's page Enter makes a new line.
 void PeopleForm::tabs_Click()
 {
     const bool note = m_tabs->currentWidget() == &control<QWidget>("pagNote");

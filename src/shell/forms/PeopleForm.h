@@ -19,35 +19,35 @@ class ListBox;
 namespace orlo
 {
 
-/// A record form on people: what the scouts' and the adults' form have in common.
+/// What the scouts' and the adults' form have in common.
 ///
-/// Beside the record stands a list of all records. Row n of the list is record n of the set, by position alone; a click
-/// in the list, by the user or by code, brings that record on screen. One routine, SetNavButtons, finds the ends of the
-/// set, so the buttons' handlers needn't. Filters by view and den and an order choice decide which people are listed, a
-/// dialog finds people by name, and one page of the record shows the awards.
+/// A list of all records stands beside the current one. Row n of the list is record n of the set, by position alone; a
+/// click in the list, by the user or by code, shows that record. SetNavButtons alone finds the ends of the set, so the
+/// buttons' handlers needn't. Filters for view and den and a choice of order decide who is listed, a dialog finds
+/// people by name, and one page shows a person's awards.
 class PeopleForm : public RecordForm, public PersonShown, public FindRequest
 {
     Q_OBJECT
 
 public:
-    /// The key of the den that a den list shows under this text; -1 for none and for "".
+    /// The key of the den that the den list shows under this text; -1 if there is none, and for "".
     [[nodiscard]] virtual std::int16_t GetDenSID(const QString& denName) const = 0;
-    /// "Wolf Den 3" of a den's key, "" for a den that isn't there.
+    /// "Wolf Den 3" for a den's key; "" if there is no such den.
     [[nodiscard]] QString GetDenName(std::int16_t denSID) const;
-    /// The person of the current record of the set.
+    /// The current record's person.
     [[nodiscard]] std::int16_t currentPerson() const override;
     void ReloadAwardGrid() override;
-    /// Fills the list from the set and selects its first row.
+    /// Fills the list from the set and selects the first row.
     virtual void PopulateNavLB();
 
 protected:
-    /// How the screen calls one of its people, and what it says where there is nothing to show.
+    /// The form's word for a person, and its messages for empty results.
     struct Words {
-        QString noun; ///< "Scout" for the table Scouts with the key Scout_SID
+        QString noun; ///< "Scout" stands for table Scouts and key Scout_SID
         QString nothingFound;
         QString noDens;
     };
-    /// The controls that each of the two forms calls by a name of its own.
+    /// The controls that the two forms name differently.
     struct NamedControls {
         widgets::ListBox* list;
         QTabWidget* tabs;
@@ -76,29 +76,29 @@ protected:
     virtual void cmdDeleteAward_Click() = 0;
 
     void SetNavButtons() override;
-    /// Makes a row the list's current one, 1-based. It counts as a click when the row changes.
+    /// Selects a row of the list, from 1. Counts as a click if the row changes.
     void SelectListRow(int position);
-    /// Ends SaveRecord, the record having been written: a new one gets its row, and the screen shows what was stored.
+    /// Ends SaveRecord after writing: adds a row for a new record and shows what was stored.
     void finishSaveRecord();
-    /// Opens the set anew through the filters and fills the list.
+    /// Opens the set again through the filters and fills the list.
     virtual void openSet();
 
     [[nodiscard]] QWidget* fieldInView() const override;
-    /// Brings cmdNew, cmdDelete and the extra buttons back, the new-record state having ended.
+    /// Ends the new-record state: enables cmdNew, cmdDelete and the extra buttons.
     void enableRecordButtons();
 
-    /// The filters as they are set. Raises as GetDenSID().
+    /// The current filters. Raises as GetDenSID().
     [[nodiscard]] PeopleFilter filter() const;
-    /// Opens the dens in number order and keeps their keys. False, after the message, where there are none.
+    /// Reads the dens in number order, with their keys. False, after a message, if there are none.
     [[nodiscard]] bool readDens();
     [[nodiscard]] FilterControls& filters() { return *m_filters; }
 
-    /// Gives the award grid its columns from left to right, of which `stretched` takes the width that the others leave,
-    /// and the page the name of the current record, if there is one.
+    /// Sets the award grid's columns; `stretched` takes the remaining width. Shows the current record's name, if there
+    /// is one, on the awards' page.
     void SetUpAwardGrid(const std::vector<AwardPage::Column>& columns, int stretched);
-    /// Adds the awards of the current record to the grid.
+    /// Adds the current record's awards to the grid.
     void LoadAwardRows() { m_awardPage->addAwards(awardStatement(currentPerson())); }
-    /// Has cmdAddAward open the dialog that gives awards to the person on screen.
+    /// Makes cmdAddAward open the dialog that gives awards to the person on screen.
     template <class Dialog>
     void giveAwardsBy()
     {
@@ -111,26 +111,26 @@ protected:
 
     // ---- What the two forms do in a way of their own
 
-    /// Reloads what hangs off the record on screen and FillRecord doesn't reload.
+    /// Reloads what belongs to the record but isn't reloaded by FillRecord.
     virtual void reloadDependants() {}
-    /// Sets the defaults of a new record, its controls having been emptied.
+    /// Sets a new record's defaults, after its controls were cleared.
     virtual void setDefaults() = 0;
-    /// Ends cmdNew, the new-record state having begun.
+    /// Called at the end of cmdNew, in the new-record state.
     virtual void finishNew() {}
-    /// Deletes the awards of the record that is about to be deleted.
+    /// Deletes the awards of a record about to be deleted.
     virtual void deleteAwards() = 0;
-    /// Brings the den filter up to date.
+    /// Updates the den filter.
     virtual void LoadDenLists() = 0;
-    /// The criterion that leaves a den's people.
+    /// The criterion that selects a den's people.
     [[nodiscard]] virtual QString denCriterion(std::int16_t den) const = 0;
     virtual void showFindDialog() = 0;
     [[nodiscard]] virtual QString findStatement() const = 0;
-    /// What stands between first and last name in a list row.
+    /// The text between first and last name in a list row.
     [[nodiscard]] virtual QString listMiddle(const QString& initial) const;
-    /// The statement that gives a person's awards, the oldest first.
+    /// The statement that selects a person's awards, oldest first.
     [[nodiscard]] virtual QString awardStatement(std::int16_t person) const = 0;
     virtual void fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award) = 0;
-    /// The name on the page of the awards.
+    /// The name shown on the awards' page.
     [[nodiscard]] virtual QString personName() const;
 
     DenRows m_dens;

@@ -5,7 +5,7 @@
 namespace orlo
 {
 
-/// The person on screen in a record form, for a dialog above it.
+/// The person shown by a record form, for dialogs opened above it.
 class PersonShown
 {
 public:
@@ -14,9 +14,9 @@ public:
     PersonShown(const PersonShown&) = delete;
     PersonShown& operator=(const PersonShown&) = delete;
 
-    /// The person's key. Raises 3021 where the form has no record.
+    /// The person's key. Raises 3021 if the form has no record.
     [[nodiscard]] virtual std::int16_t currentPerson() const = 0;
-    /// Shows the person's awards anew.
+    /// Reloads the person's awards.
     virtual void ReloadAwardGrid() = 0;
 };
 

@@ -7,14 +7,14 @@
 namespace orlo
 {
 
-/// What is read while it lives is read as of one state of the file (Database::beginReading()): for what a screen shows
-/// together. It ends before a write, and where the program waits for the user, as in a dialog that one of the steps
-/// opens: nobody is kept from the file for longer than the reading takes.
+/// While it lives, all reads see one state of the file (Database::beginReading()), so that a screen shows consistent
+/// data. It ends before a write, and when the program waits for the user, so that no open dialog locks out other
+/// programs.
 class Reading
 {
 public:
-    /// A part of the reading or the transaction that is under way, if there is one; nothing on a closed database.
-    /// Raises 3050 for a file that can't be locked.
+    /// Joins a reading or transaction already in progress; does nothing on a closed database. Raises 3050 if the file
+    /// can't be locked.
     explicit Reading(store::Database database);
     ~Reading();
     Reading(const Reading&) = delete;

@@ -24,13 +24,13 @@ const QString Yes = QStringLiteral("Yes");
 const QString No = QStringLiteral("No");
 const QDate NoBirthDate(1001, 1, 1);
 
-// A text of several lines as it is stored and as its box shows it, which knows one kind of line end and of blank.
+// A multi-line text as stored and as its box shows it; the box unifies line ends and blanks.
 struct Lines {
     QString stored;
     QString shown;
 };
 
-// The document's own way lays a text of one line out twice, and the cursor has its glyphs made once more.
+// QTextDocument's own way lays out a one-line text twice, and a cursor makes its glyphs once more.
 void replaceAll(QTextDocument& document, const QString& text)
 {
     document.setUndoRedoEnabled(false);
@@ -54,13 +54,13 @@ void showLines(QPlainTextEdit& box, Lines& lines, const QString& text)
     lines.shown = box.toPlainText();
 }
 
-// A time of day, which another program may have stored, has no room in the box.
+// The box has no room for a time of day, which another program may have stored.
 QString dayText(const Value& value)
 {
     return value.isDate() ? platform::shortDate(value.toDate().date) : value.textOrEmpty();
 }
 
-// The box tells of a text that is set anew, too; only another one is a change.
+// The box also signals when the same text is set; only a different one is a change.
 void tellOfLines(QPlainTextEdit* box, const RecordField::Changed& changed)
 {
     QObject::connect(box, &QPlainTextEdit::textChanged, box, [box, changed, last = box->toPlainText()]() mutable {
@@ -76,7 +76,7 @@ void tellOfChoice(widgets::ComboBox* list, const RecordField::Changed& changed)
     QObject::connect(list, &widgets::ComboBox::clicked, list, changed);
 }
 
-// A list of "Yes" and "No"; what isn't the one value shows as "No".
+// A list of "Yes" and "No"; anything but the `yes` value shows as "No".
 RecordField listField(QStringView name, widgets::ComboBox* list, const Value& yes, const Value& no)
 {
     return {name,
@@ -200,7 +200,7 @@ RecordField optionField(QStringView name, widgets::OptionButton* yes, widgets::O
             }};
 }
 
-// What shows, not what another record has stored beyond it.
+// Keeps what is shown, without what the record stores beyond it.
 RecordField kept(RecordField field)
 {
     auto* box = qobject_cast<QLineEdit*>(field.control);

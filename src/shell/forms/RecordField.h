@@ -24,48 +24,47 @@ struct RecordField {
 
     QStringView name;
     QWidget* control;
-    std::function<void(const store::Value&)> show; ///< shows the stored value
-    std::function<store::Value()> value;           ///< what the control gives to a save
-    std::function<void()> clear;                   ///< what a new record begins with
-    std::function<void(const Changed&)> tell;      ///< runs this on every change, by the user or by code
+    std::function<void(const store::Value&)> show; ///< shows a stored value
+    std::function<store::Value()> value;           ///< the control's value, for a save
+    std::function<void()> clear;                   ///< sets the value of a new record
+    std::function<void(const Changed&)> tell;      ///< registers a function for every change, by the user or by code
 };
 
-/// A box that shows the stored value as a text, and what a text that was typed means. A value whose text is longer than
-/// the box's limit is given as it was stored until somebody touches the box.
+/// A box that shows the stored value as a text, and converts a typed one. A stored text longer than the box's limit is
+/// kept unchanged until somebody touches the box.
 [[nodiscard]] RecordField boxField(QStringView name, QLineEdit* box, std::function<QString(const store::Value&)> text,
                                    std::function<store::Value()> typed);
-/// The text as it stands, untrimmed. One of several lines that nobody touched is given as it was stored, whatever kinds
-/// of line ends and blanks it has.
+/// The text, untrimmed. A multi-line text that nobody touched keeps its stored line ends and blanks.
 [[nodiscard]] RecordField textField(QStringView name, QLineEdit* box);
 [[nodiscard]] RecordField textField(QStringView name, QPlainTextEdit* box);
-/// The text of a list or of its line.
+/// The text of a combo box.
 [[nodiscard]] RecordField textField(QStringView name, widgets::ComboBox* list);
-/// The number that the text begins with; 0 where it begins with none.
+/// The number at the start of the text; 0 if there is none.
 [[nodiscard]] RecordField numberField(QStringView name, QLineEdit* box);
-/// The same with leading digits only.
+/// The same, with digits only.
 [[nodiscard]] RecordField wholeNumberField(QStringView name, QLineEdit* box);
 /// A date; an empty box gives Null.
 [[nodiscard]] RecordField dateField(QStringView name, QLineEdit* box);
-/// A date whose absence a date of its own marks, which doesn't show.
+/// A date field in which a special date, never shown, means that there is none.
 [[nodiscard]] RecordField birthDateField(QStringView name, QLineEdit* box);
-/// Puts that date into an empty box, for a save.
+/// Puts that special date into an empty box, for a save.
 void markMissingBirthDate(QLineEdit& box);
-/// 'Y' and 'N' in a list of "Yes" and "No", which a new record finds as it was.
+/// 'Y' or 'N' as a list of "Yes" and "No", left unchanged in a new record.
 [[nodiscard]] RecordField letterField(QStringView name, widgets::ComboBox* list);
-/// A yes/no in a list of "Yes" and "No".
+/// A yes/no as a list of "Yes" and "No".
 [[nodiscard]] RecordField yesNoField(QStringView name, widgets::ComboBox* list);
-/// A yes/no in a check box, and what it is in a new record; a save may ask another box than the one that shows it.
+/// A yes/no as a check box, with its value in a new record; a save may read a different box than the one shown.
 [[nodiscard]] RecordField checkField(QStringView name, widgets::CheckBox* shown, const widgets::CheckBox* saved,
                                      bool atFirst);
-/// A yes/no in a pair of options, yes in a new record.
+/// A yes/no as a pair of options, yes in a new record.
 [[nodiscard]] RecordField optionField(QStringView name, widgets::OptionButton* yes, widgets::OptionButton* no);
 
-/// The field in a box whose text a new record takes over from the one that shows.
+/// Makes a new record keep the text of the box.
 [[nodiscard]] RecordField kept(RecordField field);
-/// The field without its changes being told of.
+/// Makes changes of the field go unnoticed.
 [[nodiscard]] RecordField silent(RecordField field);
 
-/// A date for a date field as it is written: "mm/dd/yyyy", or the text itself where it is no date, for the field to
+/// A date as date fields take it, "mm/dd/yyyy"; a text that isn't a date is returned unchanged, for the field to
 /// refuse.
 [[nodiscard]] QString dateText(const QString& typed);
 

@@ -22,7 +22,7 @@ void RecordForm::bindControls(QWidget* firstField)
     widgets::pressOncePerDoubleClick(button("cmdDelete"));
     auto& info = control<QLabel>("lblRecordInfo");
     const QString none = info.text();
-    info.setText(QStringLiteral("%1 12345 of 12345").arg(m_table.noun)); // the longest; keys have five digits
+    info.setText(QStringLiteral("%1 12345 of 12345").arg(m_table.noun)); // the longest text; keys have five digits
     info.setMinimumWidth(std::max(info.minimumWidth(), info.sizeHint().width()));
     info.setText(none);
     connectRoutine("cmdFirst", &RecordForm::cmdFirst_Click);
@@ -87,7 +87,7 @@ void RecordForm::ShowRecordInfo()
     control<QLabel>("lblRecordInfo").setText(recordInfo(m_table.noun));
 }
 
-// Whatever the answer, and whether a check refuses the record or not, the operation that asked goes on.
+// Whatever the answer, and even if a check refuses the record, the operation that asked goes on.
 void RecordForm::PromptSaveChanges()
 {
     if (!button("cmdSave").isEnabled())

@@ -9,16 +9,16 @@
 namespace orlo
 {
 
-/// A screen that shows one record of a table at a time: what the walking forms and the people forms have in common.
+/// A form that shows one record of a table at a time: the common base of WalkingForm and PeopleForm.
 ///
-/// There is no changed flag as a variable: the record counts as changed exactly while cmdSave is enabled. Filling the
-/// controls fires the same change events as typing, so every fill disables cmdSave last.
+/// There is no separate flag for changes: a record counts as changed exactly while cmdSave is enabled. Filling the
+/// controls causes the same change events as typing, so every fill ends by disabling cmdSave.
 class RecordForm : public widgets::Form, protected RecordWalk
 {
     Q_OBJECT
 
 protected:
-    /// The table whose records are shown, and how the screen calls one of them.
+    /// The table, and the form's word for a record.
     struct Table {
         QString noun;
         QString name;
@@ -27,11 +27,11 @@ protected:
 
     explicit RecordForm(Table table);
 
-    /// Connects the buttons that every record form has, once the form has its controls. cmdSave starts disabled.
+    /// Connects the buttons of every record form, once the controls exist. cmdSave starts disabled.
     void bindControls(QWidget* firstField);
-    /// Takes the record's fields in the order of a save. Every change of theirs enables cmdSave.
+    /// Sets the record's fields, in the order of a save. Every change of one enables cmdSave.
     void setFields(std::vector<RecordField> fields);
-    /// Connects a button to the routine of its name.
+    /// Connects a button to the routine with its name.
     template <class F>
     void connectRoutine(const char* name, void (F::*routine)())
     {
@@ -40,23 +40,23 @@ protected:
             endRoutine();
         });
     }
-    /// Where the routines of a form end that tests then for a failure which something left pending.
+    /// Called at the end of routines; overridden to check for a pending failure.
     virtual void endRoutine() const {}
 
     [[nodiscard]] const std::vector<RecordField>& fields() const { return m_fields; }
-    /// Shows the fields of the current record, shows what a new one begins with, writes what shows into the record.
+    /// Show the current record's fields, show a new record's values, write the fields into the record.
     void showFields();
     void clearFields();
     void writeFields();
 
-    /// Copies the current record into the controls and disables cmdSave.
+    /// Shows the current record and disables cmdSave.
     virtual void FillRecord() = 0;
-    /// Empties the record's controls.
+    /// Clears the record's controls.
     virtual void ClearRecord() = 0;
-    /// Checks and writes the controls into the current or the new record, and ends the new-record state.
+    /// Checks the controls, writes them into the current or new record, and ends the new-record state.
     virtual void SaveRecord() = 0;
     virtual void SetNavButtons() = 0;
-    /// Enable or disable the input controls as a group, when the set becomes empty or no longer is.
+    /// Enable or disable the input controls when the set stops or starts being empty.
     virtual void EnableFields() {}
     virtual void DisableFields() {}
 
@@ -72,9 +72,9 @@ protected:
 
     void showEvent(QShowEvent* event) override;
 
-    /// Gives the focus to the first field, or to cmdNew while there is no record to type into.
+    /// Focuses the first field, or cmdNew while there is no record to edit.
     void focusFirstField();
-    /// The field that stands for the first one while that doesn't show.
+    /// The field to focus while the first one is hidden.
     [[nodiscard]] virtual QWidget* fieldInView() const { return m_firstField; }
     void ShowRecordInfo();
     void PromptSaveChanges();
@@ -82,7 +82,7 @@ protected:
 
     /// Enables and disables the four navigation buttons.
     void showWays(const Ways& ways);
-    /// The key after the highest one of the table, 1 for an empty table. Raises 6 past 32767.
+    /// One more than the table's highest key, 1 for an empty table. Raises 6 past 32767.
     [[nodiscard]] std::int16_t newKey() const;
 
     [[nodiscard]] QPushButton& button(const char* name) const { return control<QPushButton>(name); }

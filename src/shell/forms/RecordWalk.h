@@ -10,36 +10,36 @@
 namespace orlo
 {
 
-/// The records that a form walks, and where it believes to stand among them. Knows no control.
+/// The records that a form walks through, and its position among them. Independent of any controls.
 class RecordWalk
 {
 public:
-    /// Whether there are records to walk to; one without a value stays as it was.
+    /// In which directions there are records; one without a value stays unchanged.
     struct Ways {
         std::optional<bool> back;
         std::optional<bool> ahead;
     };
 
-    /// Opens the records to walk from now on, and reads their number. Raises as Database::openRecordset().
+    /// Opens the records to walk and counts them. Raises as Database::openRecordset().
     void openRecords(const QString& select);
-    /// Reads the number of records anew. Raises Overflow (6) past 32767.
+    /// Counts the records again. Raises Overflow (6) past 32767.
     void readRecordCount();
-    /// The 1-based place of the current record, 0 for none.
+    /// The position of the current record, from 1; 0 for none.
     [[nodiscard]] int recordIndex() const { return mRecordIndex.toInt(); }
-    /// Sets the place alone; the set stays where it stands.
+    /// Sets the position only; the set doesn't move.
     void setRecordIndex(int index) { mRecordIndex = QString::number(index); }
-    /// Moves the set and the place to the 1-based position.
+    /// Moves set and position to a record, from 1.
     void goTo(int position);
 
-    /// Each moves the set and the place together, off either end, too, which settle() repairs. Raise
-    /// NoCurrentRecord (3021) on an empty set.
+    /// Move set and position together, possibly off either end, which settle() repairs. Raise NoCurrentRecord (3021) on
+    /// an empty set.
     void stepToFirst();
     void stepToPrevious();
     void stepToNext();
     void stepToLast();
-    /// Reads the number of records anew, brings a set that was stepped off an end back, and tells the ways from there.
+    /// Counts the records again, brings a set back that was moved off an end, and returns the directions from there.
     Ways settle();
-    /// The ways by the place alone, as the walking forms show them: on a set of one record there is one back.
+    /// The directions by the position alone, as WalkingForm shows them: a set of one record has one backwards.
     [[nodiscard]] Ways ways() const;
 
     /// "Den 2 of 7", "Den (New)" or "None".
@@ -49,7 +49,7 @@ public:
     std::int16_t mRecordCount = 0;
     QString mRecordIndex = QStringLiteral("0"); ///< 1-based place of the current record, "0" for none
     bool mNewRecord = false;                    ///< from cmdNew until the record is saved or cancelled
-    std::int16_t mCurrentSID = 0;               ///< the key of the record on screen, of a new one the key to be
+    std::int16_t mCurrentSID = 0;               ///< the key of the record on screen; for a new one its future key
 };
 
 } // namespace orlo

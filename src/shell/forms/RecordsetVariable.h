@@ -8,7 +8,7 @@
 namespace orlo
 {
 
-/// A form's variable for a record set. Until one is assigned, as after a failed opening, its use raises 91.
+/// A form's record set variable. Using it raises 91 until one is assigned, for instance after a failed opening.
 class RecordsetVariable
 {
 public:

@@ -3,7 +3,7 @@
 namespace orlo
 {
 
-// On a set of one record First and Prev stay enabled; a click on them bounces off the start.
+// On a set of one record First and Prev stay enabled; a click has no effect.
 void WalkingForm::SetNavButtons()
 {
     showWays(ways());
@@ -77,7 +77,7 @@ void WalkingForm::cmdNew_Click()
     SetNavButtons();
 }
 
-// A refused record leaves cmdSave disabled, too: the user has to touch a field to get it back.
+// After a refused record cmdSave is disabled, too: a field must be touched to enable it again.
 void WalkingForm::cmdSave_Click()
 {
     SaveRecord();
@@ -88,11 +88,11 @@ void WalkingForm::cmdSave_Click()
     finishSave();
 }
 
-// Nothing asks, and Escape is bound to it.
+// There is no question, and Escape is bound to this.
 void WalkingForm::cmdDelete_Click()
 {
     if (mRecordCount != 0) {
-        database().aboutToRemove(); // what depends on the record goes first
+        database().aboutToRemove(); // dependent rows are removed first
         releaseDependants();
         rsRecords->remove();
         readRecordCount();
@@ -118,7 +118,7 @@ void WalkingForm::cmdDelete_Click()
     ShowRecordInfo();
 }
 
-// A cancelled new record gives way to the last record, not to the one that was on screen before.
+// After cancelling a new record the last record is shown, not the one that was on screen before.
 void WalkingForm::cmdCancel_Click()
 {
     button("cmdSave").setEnabled(false);

@@ -5,8 +5,7 @@
 namespace orlo
 {
 
-/// A record form whose records are reached by the four navigation buttons only. The buttons' handlers test the ends of
-/// the set themselves.
+/// A record form navigated by the four buttons alone, whose handlers test for the ends of the set themselves.
 class WalkingForm : public RecordForm
 {
     Q_OBJECT
@@ -25,21 +24,21 @@ protected:
     void cmdDelete_Click() override;
     void cmdCancel_Click() override;
 
-    // What the forms of this family do in a way of their own, in the order in which the handlers come to it.
+    // Overridden by the forms of this family, in the order in which the handlers call them.
 
-    /// Before a new record's key is looked for.
+    /// Before a new record's key is determined.
     virtual void prepareNew() {}
-    /// Sets the defaults of a new record and the buttons, its controls having been emptied.
+    /// Sets a new record's defaults and the buttons, after its controls were cleared.
     virtual void startNew() = 0;
-    /// Ends cmdSave, whether the record was written or refused.
+    /// Called at the end of cmdSave, whether the record was written or refused.
     virtual void finishSave() = 0;
-    /// A new record was cancelled and the last record is back on screen.
+    /// Called after a cancelled new record, when the last record is shown again.
     virtual void finishCancelledNew() = 0;
-    /// Ends cmdCancel.
+    /// Called at the end of cmdCancel.
     virtual void finishCancel() {}
-    /// Releases what hangs off the record that is about to be deleted.
+    /// Releases what belongs to a record about to be deleted.
     virtual void releaseDependants() {}
-    /// Ends cmdDelete.
+    /// Called at the end of cmdDelete.
     virtual void finishDelete() {}
 
 private:

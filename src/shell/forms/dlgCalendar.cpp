@@ -27,7 +27,7 @@ public:
     {
         const bool key = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4 &&
                          static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier;
-        // A field that takes no input gets its mouse events here all the same.
+        // A disabled field still gets mouse events here.
         if (!m_field->isEnabled() || (!key && event->type() != QEvent::MouseButtonDblClick))
             return QObject::eventFilter(watched, event);
         pick();
@@ -85,7 +85,7 @@ void dlgCalendar::takeDate()
 
 void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked)
 {
-    // The forms limit the width of date fields; with a large font a date, and the room around it, takes more.
+    // The forms limit the width of date fields; with a large font a date and its margins need more.
     field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000 00000")));
     auto* filter = new DateFieldFilter(field, std::move(picked));
     field->installEventFilter(filter);

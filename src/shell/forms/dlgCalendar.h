@@ -13,7 +13,7 @@ class dlgCalendar;
 namespace orlo
 {
 
-/// The month calendar in which a date is picked for a date field; the answer lies in gCalendarDate.
+/// The calendar that picks a date for a date field; the result is in gCalendarDate.
 class dlgCalendar : public widgets::Form
 {
     Q_OBJECT
@@ -32,8 +32,8 @@ private:
     std::unique_ptr<Ui::dlgCalendar> ui;
 };
 
-/// Makes a text box a date field: a double click, F4, or a click on its sign opens the calendar, and a date picked
-/// there replaces the text. Then `picked` runs, where the form has something to do.
+/// Makes a text box a date field: a double click, F4, or a click on its icon opens the calendar, and the picked date
+/// replaces the text. Then `picked` runs, if set.
 void openCalendarOnDoubleClick(QLineEdit* field, std::function<void()> picked = {});
 
 } // namespace orlo

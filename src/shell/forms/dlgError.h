@@ -12,7 +12,7 @@ class dlgError;
 namespace orlo
 {
 
-/// Shows the failure that CriticalError took up, and enters it in the event log.
+/// Shows the failure taken up by CriticalError, and writes it to the event log.
 class dlgError : public widgets::Form
 {
     Q_OBJECT

@@ -18,7 +18,7 @@ namespace
 
 constexpr int SplashTime = 4000; // ms
 
-// The open database if that is the file meant, so that a report reads what the screens have written.
+// The open database if it is this file, so that reports read what the forms have written.
 store::Database* databaseAt(const QString& path)
 {
     const bool same = gDatabase && gDatabase->isOpen() && path == platform::nativePath(gDatabase->name());
@@ -53,7 +53,7 @@ void Main()
         platform::pendingError::set(error);
     }
     if (platform::pendingError::number() != 0) {
-        QApplication::setWindowIcon(programIcon()); // the frame's own comes too late for this dialog
+        QApplication::setWindowIcon(programIcon()); // the main window's own comes too late for this dialog
         CriticalError();
     }
 }

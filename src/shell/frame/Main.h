@@ -5,17 +5,16 @@ class QIcon;
 namespace orlo
 {
 
-/// The program's icon in all its sizes. Giving it to a window decodes them, so a splash that is to show at once does
-/// without.
+/// The program's icon in all sizes. Setting it decodes them all, so the splash does without.
 [[nodiscard]] QIcon programIcon();
 
-/// The way from process start to the event loop: shows the splash, decides between the database files, opens the
-/// current one. A failure ends in CriticalError, and the program goes on without a database.
+/// From process start to the event loop: shows the splash, chooses between the database files, opens the current one. A
+/// failure is shown by CriticalError, and the program goes on without a database.
 void Main();
-/// Takes the program from a fresh application object to its event loop: the reports' way to the open database,
-/// what it tells of old files, and Main.
+/// Starts the program in a fresh application object: connects reports to the open database, reports on takeovers, and
+/// runs Main.
 void startProgram();
-/// Runs the program; the process's exit status.
+/// Runs the program and returns its exit status.
 int runProgram(int argc, char** argv);
 
 } // namespace orlo

@@ -9,7 +9,7 @@ namespace orlo
 
 ScreenScroll::ScreenScroll(widgets::Form& form)
 {
-    setObjectName(form.objectName()); // the child window's widget goes by the screen's name
+    setObjectName(form.objectName()); // outside programs look for the window under the form's name
     setWindowTitle(form.windowTitle());
     connect(&form, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
     setWidget(&form);

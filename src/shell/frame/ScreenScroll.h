@@ -10,7 +10,7 @@ namespace widgets
 class Form;
 }
 
-/// Holds a screen in its child window, and scrolls it where the window has less room than the screen needs.
+/// Holds a form in its child window, and scrolls it if the window is smaller than the form.
 class ScreenScroll : public widgets::PageScroll
 {
     Q_OBJECT
@@ -18,11 +18,11 @@ class ScreenScroll : public widgets::PageScroll
 public:
     explicit ScreenScroll(widgets::Form& form);
 
-    /// The screen that it holds.
+    /// The form inside.
     [[nodiscard]] widgets::Form& form() const;
 
 protected:
-    /// Closing the window is closing the screen, which may refuse.
+    /// Closing the window closes the form, which may refuse.
     void closeEvent(QCloseEvent* event) override;
 };
 

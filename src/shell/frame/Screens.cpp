@@ -44,7 +44,7 @@ using widgets::Instance;
 using enum Unloads;
 using enum Opens;
 
-// Where the load step fails, the form is gone all the same.
+// If load() fails, the form is gone all the same.
 template <class F>
 void unloadForm()
 {
@@ -78,8 +78,8 @@ ListedScreen screen(Unloads unloads, Opens opens, const char* picture, const Scr
             []() -> widgets::Form& { return Instance<F>::get(); }};
 }
 
-constexpr PlainReport CombinedRoster{"dlgCombinedRoster", "crCombinedList", u"\\CombinedRoster.rpt",
-                                     u"Combined Roster", u"Leaders and Scouts Grouped by Den"};
+constexpr PlainReport CombinedRoster{"dlgCombinedRoster", "crCombinedList", u"\\CombinedRoster.rpt", u"Combined Roster",
+                                     u"Leaders and Scouts Grouped by Den"};
 
 } // namespace
 

@@ -12,36 +12,36 @@ namespace widgets
 class Form;
 }
 
-/// Whether backup and restore unload a screen before they close the database.
+/// Whether backup and restore unload the screen before they close the database.
 enum class Unloads { No, Yes };
 
-/// How a screen opens: beside the others, or holding the input of the whole program until it closes.
+/// How a screen opens: beside others, or blocking the whole program until it closes.
 enum class Opens { Beside, Waiting };
 
-/// The menu command of a screen; none for one that other screens open.
+/// A screen's menu command; none for a screen that only other screens open.
 struct ScreenCommand {
     const char* menu = "";
-    int place = 0; ///< among the screens of that menu; a submenu stands below them
+    int place = 0; ///< position among the menu's screens; submenus come after them
     const char* name = "";
-    const char* text = ""; ///< with the access letter
+    const char* text = ""; ///< with its access key
 };
 
 /// A screen of the program.
 struct ListedScreen {
-    QString form; ///< its name
+    QString form; ///< the form's name
     Unloads unloads;
     ScreenCommand command;
     const char* picture; ///< the name of its picture in the tour
     void (*open)();
-    void (*unload)(); ///< loads the form first where it isn't loaded
+    void (*unload)(); ///< loads the form first if necessary
     widgets::Form& (*get)();
 };
 
-/// All screens but the frame and its splash. Those that backup and restore unload stand in the order of their
+/// All screens except the main window and the splash. Those that backup and restore unload are in the order of
 /// unloading.
 [[nodiscard]] const std::vector<ListedScreen>& screens();
 
-/// The screen of a form's name; the process ends without one.
+/// The screen with this form's name; the process ends if there is none.
 [[nodiscard]] const ListedScreen& screenOf(const QString& form);
 
 } // namespace orlo

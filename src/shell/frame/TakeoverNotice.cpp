@@ -26,7 +26,7 @@ QWidget* visibleWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
-// Holds back what a window does once it becomes active: the frame would begin the update that is under way.
+// Holds back what a window does when activated: the main window would start the update already in progress.
 class ActivationHold : public QObject
 {
 public:
@@ -36,11 +36,11 @@ public:
 
 QPointer<QLabel> line;
 
-// A line across the window that is up: another window would take the activation, which the frame listens for.
+// A line across the visible window: another window would take the activation that the main window waits for.
 void showProgress(const QString& file, int percent)
 {
     if (percent >= 100) {
-        // What comes next may leave no time for painting, and it must not stand there all the while.
+        // The next step may leave no time for painting, and the line must not stay there.
         QWidget* const window = line ? line->parentWidget() : nullptr;
         delete line;
         if (window)
@@ -54,7 +54,7 @@ void showProgress(const QString& file, int percent)
         line = new QLabel(window);
         line->setObjectName(QStringLiteral("lblTakeover"));
         line->setAutoFillBackground(true);
-        QPalette colors; // not those of the splash, which is disabled and writes white on its picture
+        QPalette colors; // not the splash's, which is disabled and writes white on its picture
         for (const auto role : {QPalette::WindowText, QPalette::Window})
             colors.setColor(QPalette::All, role, QApplication::palette().color(QPalette::Active, role));
         line->setPalette(colors);
@@ -70,7 +70,7 @@ void showProgress(const QString& file, int percent)
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
-// A message over the splash would go with it.
+// A message box above the splash would disappear with it.
 void tellOverFrame(const QString& report)
 {
     auto* timer = new QTimer(qApp);

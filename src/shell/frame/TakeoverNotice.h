@@ -3,12 +3,12 @@
 namespace orlo
 {
 
-/// From here on the program tells about a file in the former format while it is taken over: how far it is, in the
-/// window that is up, and what had no place in the new file, in one message once the main frame is there.
+/// From now on, shows the progress of takeovers in the visible window, and afterwards, once the main window is there,
+/// one message with what had no place in the new file.
 void watchTakeovers();
 
-/// True while a file is being taken over and shows how far it is. The window system's events and timers run meanwhile;
-/// what needs the open database waits.
+/// True while the progress of a takeover is shown. Window events and timers run meanwhile; whatever needs the open
+/// database must wait.
 [[nodiscard]] bool isTakeoverShown();
 
 } // namespace orlo

@@ -13,9 +13,9 @@ namespace orlo
 namespace
 {
 
-constexpr int Tint = 8;          // percent of the text's colour in the ground
-constexpr int EmblemTint = 7;    // and in the emblem, over that
-constexpr double Drawing = 256;  // side of the icon's drawing
+constexpr int Tint = 8;          // percent of the text colour mixed into the ground
+constexpr int EmblemTint = 7;    // the same for the emblem, on top of that
+constexpr double Drawing = 256;  // size of the icon's drawing
 constexpr int EmblemLimit = 240; // pixels
 
 // The star and the tent of the program's icon.

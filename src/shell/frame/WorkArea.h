@@ -5,7 +5,7 @@
 namespace orlo
 {
 
-/// The frame's ground, on which the screens lie: a soft one, with a quiet emblem in its middle.
+/// The main window's background: soft, with a quiet emblem in the middle.
 class WorkArea : public QMdiArea
 {
     Q_OBJECT

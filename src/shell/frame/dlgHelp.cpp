@@ -25,7 +25,8 @@ dlgHelp::~dlgHelp() = default;
 
 void dlgHelp::load()
 {
-    // Where the folder only points to the manual, a browser that may not look into the user's folders reads it there.
+    // If the folder only points to the manual, open it where it really is: sandboxed browsers can't read the user's
+    // folders.
     const QString manual =
         QFileInfo(platform::nativePath(gAppPath + QStringLiteral("\\manual\\index.html"))).canonicalFilePath();
     if (!manual.isEmpty())
@@ -36,7 +37,7 @@ void dlgHelp::load()
                 .arg(QString::fromLatin1(QUrl::fromLocalFile(manual).toEncoded())));
 }
 
-// A computer without a browser, or without what finds it, would do nothing and say nothing.
+// Without a browser, or the tool that starts it, the click would do nothing without a word.
 void dlgHelp::openManual(const QString& link)
 {
     const QUrl url(link);

@@ -12,7 +12,7 @@ class dlgHelp;
 namespace orlo
 {
 
-/// Says where the help will come from, and leads to the manual where that lies beside the program.
+/// Says where help will come from, and links to the manual if that is beside the program.
 class dlgHelp : public widgets::Form
 {
     Q_OBJECT

@@ -13,7 +13,7 @@ class frmAbout;
 namespace orlo
 {
 
-/// Shows the program's name, its version and its notices.
+/// Shows the program's name, version and notices.
 class frmAbout : public widgets::Form
 {
     Q_OBJECT
@@ -22,10 +22,10 @@ public:
     frmAbout();
     ~frmAbout() override;
 
-    /// Starts the system information tool that the machine's registry names; tells if there is none. A tool that
-    /// doesn't start is passed over in silence. No control of the form leads here.
+    /// Starts the system information tool named in the machine's registry; shows a message if there is none. A failing
+    /// start is ignored. No control of the form leads here.
     static void StartSysInfo();
-    /// A value of a registry key below HKEY_LOCAL_MACHINE; none where the key, the value or the registry is missing.
+    /// A registry value below HKEY_LOCAL_MACHINE; nothing if the key, the value or the registry doesn't exist.
     [[nodiscard]] static std::optional<QString> GetKeyValue(const QString& key, const QString& name);
 
 protected:

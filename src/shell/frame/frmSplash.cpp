@@ -21,7 +21,7 @@ constexpr QColor Border(0x6f, 0x98, 0xa8);
 constexpr int FontPixels = 12;
 constexpr int LookForEndEvery = 100; // ms
 
-// The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
+// The build embeds the picture as raw pixels, so that nothing needs decoding before it is shown.
 QImage picture(int scale)
 {
     const QResource pixels(QStringLiteral(":/art/splash@%1x.rgb").arg(scale));
@@ -39,7 +39,7 @@ frmSplash::frmSplash()
     : Form(widgets::FormKind::Window), ui(std::make_unique<Ui::frmSplash>()), tmrSplashWait(new QTimer(this))
 {
     ui->setupUi(this);
-    // The picture's size and its dark ground are the same on every desktop; so are the texts on it.
+    // The picture's size and dark ground are the same on every desktop, and so are its texts.
     QFont text = font();
     text.setPixelSize(FontPixels);
     setFont(text);
@@ -82,25 +82,25 @@ void frmSplash::keyPressEvent(QKeyEvent*)
     unload();
 }
 
-// The first text of a process waits for the fonts to be found; the picture doesn't.
+// A process's first text waits for fonts to be found; the picture doesn't.
 void frmSplash::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.drawImage(0, 0, m_picture);
     painter.setPen(Border);
-    painter.drawRect(rect().adjusted(0, 0, -1, -1)); // thin, and seen on any desktop
+    painter.drawRect(rect().adjusted(0, 0, -1, -1)); // a thin edge, visible on any desktop
     for (QLabel* label : {ui->lblVersion, ui->lblWarning})
         QTimer::singleShot(0, label, &QWidget::show);
 }
 
 void frmSplash::tmrSplashWait_Timer()
 {
-    if (isTakeoverShown()) // the frame comes once the database is open
+    if (isTakeoverShown()) // the main window comes once the database is open
         return tmrSplashWait->start(LookForEndEvery);
     tmrSplashWait->stop();
     mdiPendrake::instance().show();
     unload();
-    // The report of a failed start may be up still; the frame must not lie on it.
+    // The report of a failed start may still be open, and the main window must not cover it.
     if (QWidget* report = QApplication::activeModalWidget()) {
         report->raise();
         report->activateWindow();

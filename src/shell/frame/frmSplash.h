@@ -15,7 +15,7 @@ class frmSplash;
 namespace orlo
 {
 
-/// The picture that the program starts with. It opens the main frame at the first tick of its timer and goes.
+/// The start picture. At its timer's first tick it opens the main window and closes.
 class frmSplash : public widgets::Form
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ public:
     frmSplash();
     ~frmSplash() override;
 
-    /// Sets the interval of tmrSplashWait and enables it.
+    /// Sets the interval of tmrSplashWait and starts it.
     void openFrameAfter(int milliseconds);
 
 protected:

@@ -88,7 +88,7 @@ void mdiPendrake::addScreens()
     }
 }
 
-// Designer names the menus but neither their actions nor the separator.
+// Designer names the menus, but not their actions or the separator.
 void mdiPendrake::nameMenuActions()
 {
     const auto menus = findChildren<QMenu*>();
@@ -128,15 +128,15 @@ void mdiPendrake::changeEvent(QEvent* event)
     QMainWindow::changeEvent(event);
     if (event->type() != QEvent::ActivationChange)
         return;
-    // Coming back from a message box is no new activation; the update's own box would ask for the update again.
+    // Returning from a message box is no new activation; the update's own box would ask for the update again.
     const bool fromBox = m_leftForBox;
     m_leftForBox = !isActiveWindow() && qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (isActiveWindow() && !fromBox && gDbNeedsUpdate)
         (void)UpdateDatabaseFile();
 }
 
-// Where no screen is open, the focus stays with the menu bar when its menu or the dialog that it opened has gone. A
-// letter would open a menu then, although no entry of the bar is marked.
+// Without an open screen the focus stays on the menu bar after a menu or its dialog has closed. A letter would then
+// open a menu although no entry is highlighted.
 bool mdiPendrake::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != menuBar() || event->type() != QEvent::KeyPress || menuBar()->activeAction())
@@ -153,7 +153,7 @@ void mdiPendrake::closeEvent(QCloseEvent* event)
         widgets::Form::unloadAll();
 }
 
-// As large as its letters ask for; where the screen has less room than that, the frame takes all of it.
+// As large as the current font needs; at most the screen.
 void mdiPendrake::fitScreen()
 {
     constexpr QSize Characters(148, 52);
@@ -170,14 +170,14 @@ void mdiPendrake::fillWindowMenu()
     QMenu& menu = *ui->ID_WINDOWS_MENU;
     menu.clear();
     const auto windows = ui->mdiArea->subWindowList();
-    if (windows.isEmpty()) // an empty menu would open as an invisible one
+    if (windows.isEmpty()) // an empty menu would open invisibly
         menu.addAction(QStringLiteral("No window is open"))->setEnabled(false);
     int number = 0;
     for (QMdiSubWindow* window : windows) {
         QString caption = window->windowTitle();
         caption.replace(u'&', QStringLiteral("&&"));
         auto* action = menu.addAction(QStringLiteral("&%1 %2").arg(++number).arg(caption));
-        if (window == ui->mdiArea->currentSubWindow()) { // the others get no empty box
+        if (window == ui->mdiArea->currentSubWindow()) { // the others get no empty check box
             action->setCheckable(true);
             action->setChecked(true);
         }
@@ -203,7 +203,7 @@ void mdiPendrake::showChild(widgets::Form& form)
     window->show();
     if (isNew) {
         placeChild(*window);
-        // What the contents ask for is known for certain once they have been shown.
+        // The size is only known for certain after the contents were shown.
         QMetaObject::invokeMethod(
             window, [this, window] { placeChild(*window); }, Qt::QueuedConnection);
     }
@@ -219,7 +219,7 @@ QMdiSubWindow* mdiPendrake::addChild(widgets::Form& form)
     auto* window =
         ui->mdiArea->addSubWindow(form.hasFixedBorder() ? static_cast<QWidget*>(&form) : new ScreenScroll(form), flags);
     window->setAttribute(Qt::WA_DeleteOnClose);
-    // Qt gives it the desktop's own keys, Ctrl+W among them, which would drop what was typed.
+    // Qt adds the desktop's own shortcuts, such as Ctrl+W, which would drop unsaved input.
     const auto commands = window->systemMenu()->actions();
     for (QAction* command : commands)
         if (!command->shortcuts().isEmpty())
@@ -229,12 +229,12 @@ QMdiSubWindow* mdiPendrake::addChild(widgets::Form& form)
     return window;
 }
 
-// As large as its contents ask for, as far as the work area gives it; each a little below the one before it.
+// As large as its contents need and the work area allows; each a little below the one before.
 void mdiPendrake::placeChild(QMdiSubWindow& window)
 {
     if (window.isMaximized())
         return;
-    // Layouts pass a change on to the ones around them one event after the other.
+    // Layouts propagate changes outwards one event at a time.
     const auto parts = window.findChildren<QWidget*>();
     for (QWidget* part : parts) {
         part->ensurePolished();
@@ -255,7 +255,7 @@ void mdiPendrake::placeChild(QMdiSubWindow& window)
                 std::clamp(others * step, 0, std::max(0, spare.height())));
 }
 
-// A window of a fixed size can't take the place of a maximised one; it shows in front of it, with its border.
+// A window of a fixed size can't be maximised; it is shown in front of the maximised one, with its border.
 void mdiPendrake::childActivated(QMdiSubWindow* window)
 {
     fillWindowMenu();

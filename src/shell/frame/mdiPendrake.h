@@ -20,7 +20,7 @@ namespace widgets
 class Form;
 }
 
-/// The main frame: menus, and the work area in which the child windows of the screens lie.
+/// The main window: menus, and the work area for the forms' child windows.
 class mdiPendrake : public QMainWindow
 {
     Q_OBJECT
@@ -29,9 +29,9 @@ public:
     mdiPendrake();
     ~mdiPendrake() override;
 
-    /// The one frame of the program, made by the first call.
+    /// The only main window, created by the first call.
     [[nodiscard]] static mdiPendrake& instance();
-    /// Names the forms that backup and restore unload, in their order.
+    /// Tells backup and restore which forms to unload, in order.
     static void handOverDataForms();
 
 protected:

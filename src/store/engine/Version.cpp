@@ -11,10 +11,10 @@ namespace orlo::store
 namespace
 {
 
-constexpr qsizetype StatedAt = 60; // bytes from the file's start
-constexpr int LastNumber = 99;     // a greater one is another program's
+constexpr qsizetype StatedAt = 60; // offset in the file
+constexpr int LastNumber = 99;     // greater ones are other programs'
 
-// What a table says for its version: one that is there for it, one that lacks a field of it against it.
+// A table that has all its fields counts for the version; one that lacks a field counts against it.
 int vote(const TableFields& tables, const TableDef& table)
 {
     for (auto one = tables.cbegin(); one != tables.cend(); ++one)

@@ -8,19 +8,18 @@
 namespace orlo::store
 {
 
-/// Fills tables of a file that nobody else has open, within a Transaction. Much faster than a record set for hundreds
-/// of thousands of rows.
+/// Fills tables of a file that nobody else has open, within a Transaction. Much faster than record sets for hundreds of
+/// thousands of rows.
 class BulkLoad
 {
 public:
     explicit BulkLoad(const Database& database);
 
-    /// Starts inserting into these fields of the table; the others take their defaults. Raises 3265 for an unknown
-    /// name.
+    /// Starts inserting into these fields; the others get their defaults. Raises 3265 for an unknown name.
     void begin(const TableDef& table, const QStringList& fields);
-    /// Sets a value of the next row, by its position in begin(). Raises 3421, 6 or 3163 as a record set does.
+    /// Sets a value of the next row, by its index in begin(). Raises 3421, 6 or 3163 as record sets do.
     void set(int field, const Value& value);
-    /// Adds the row; fields that weren't set are Null. Raises 3022, 3058 or 3315 and drops the row.
+    /// Adds the row; unset fields are Null. Raises 3022, 3058 or 3315 and drops the row.
     void addRow();
 
 private:

@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr int MaxTextSize = 255;
-constexpr qsizetype MaxNames = 10; // in a line of the report
+constexpr qsizetype MaxNames = 10; // per line of the report
 
 FieldType typeOf(Kind kind)
 {
@@ -72,7 +72,7 @@ void tell(Report& report, const QString& what, const QStringList& names)
     report.append(QStringLiteral("%1: %2%3.").arg(what, names.mid(0, MaxNames).join(QStringLiteral(", ")), more));
 }
 
-// The program's own queries are made anew; everything else that is no table stays where it is.
+// The program's own queries are recreated; all other objects except tables stay in the old file.
 void readOthers(HelperStream& stream, Report& report)
 {
     QStringList left;
@@ -103,8 +103,8 @@ FormerTable readTable(HelperStream& stream)
     return table;
 }
 
-// Gives the table its place among ours, or one beside them under its own name. Names that differ only in case are one
-// name here; the first to come has it.
+// Assigns a table its place among ours, or beside them under its own name. Names that differ only in case are the same
+// here; the first one gets the name.
 void place(FormerTable& table, int version, QStringList& taken, QStringList& missing, Report& report)
 {
     const TableDef* ours = schema::findTable(table.name, version);

@@ -9,35 +9,35 @@
 namespace orlo::store::jet
 {
 
-/// A field as the former file declares it.
+/// A field as declared in the former file.
 struct FormerField {
     QString name;
     Kind kind;
     int size; ///< characters
 };
 
-/// A table as the former file declares it, and the table of the new file that takes its rows.
+/// A table as declared in the former file, and the new file's table for its rows.
 struct FormerTable {
     QString name;
-    bool isLeft = false; ///< the former engine's own, which nothing takes
+    bool isLeft = false; ///< internal to the former engine; not taken over
     std::uint32_t rows = 0;
     std::vector<FormerField> fields;
     TableDef target{QString()};
-    QStringList targetFields; ///< one for each of the fields
+    QStringList targetFields; ///< one per field
 };
 
-/// What a former file holds, besides its rows.
+/// A former file's contents except its rows.
 struct Definitions {
-    std::vector<FormerTable> tables; ///< in the order of the stream
+    std::vector<FormerTable> tables; ///< in stream order
     std::vector<TableDef> empty;     ///< tables of the version that the file lacks
-    int version; ///< a number of the schema's
+    int version;                     ///< one of the schema's numbers
     Report report;
 };
 
-/// Reads the head of the stream and decides what becomes of each table. Raises 3049, or 3343 where no table is ours.
+/// Reads the stream's header and decides what to do with each table. Raises 3049, or 3343 if no table is ours.
 [[nodiscard]] Definitions readDefinitions(HelperStream& stream);
 
-/// The name, or one like it that no table or query of the new file has and that the file's own names allow.
+/// The name, or a similar one, that is valid and not taken in the new file.
 [[nodiscard]] QString freeName(const QString& wanted, const QStringList& taken);
 
 } // namespace orlo::store::jet

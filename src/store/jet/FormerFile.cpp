@@ -15,7 +15,7 @@ constexpr char Signature[] = {0, 1, 0, 0, 'S', 't', 'a', 'n', 'd', 'a', 'r', 'd'
 
 } // namespace
 
-// Of Jet 3 or Jet 4.
+// Jet 3 or Jet 4
 bool isFormerFormat(const QString& file)
 {
     QFile opened(file);

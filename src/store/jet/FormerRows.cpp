@@ -24,7 +24,7 @@ SourceValue day(double serial)
     return {{}, QStringLiteral("no date"), QString::number(serial, 'g', 17)};
 }
 
-// Halves of a character have no place in UTF-8; beside it they stand as their numbers.
+// Unpaired surrogates can't be stored in UTF-8; the kept text shows their codes.
 SourceValue textValue(const QString& text)
 {
     if (text.size() > MaxTextLength)

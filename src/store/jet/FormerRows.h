@@ -11,25 +11,24 @@ namespace orlo::store::jet
 class HelperStream;
 struct FormerTable;
 
-/// A value as the former file has it, before its new field has its say.
+/// A value from the former file, before conversion to its new field.
 struct SourceValue {
     Value value;
-    QString problem; ///< why it isn't all of what stood there
-    QString text;    ///< what stood there then
+    QString problem; ///< why part of it is lost, if so
+    QString text;    ///< the original text in that case
 };
 
-/// What a message or a table beside shows of the value.
+/// The value as messages and "_Kept" tables show it.
 [[nodiscard]] QString textOf(const SourceValue& source);
 
-/// The rows of one table, as they come in the stream. They are counted on their way, and the helper's own counts
-/// compared.
+/// The rows of a table in the stream. They are counted and compared with the helper's own counts.
 class FormerRows
 {
 public:
     FormerRows(HelperStream& stream, const FormerTable& table);
 
-    /// Reads the next row; false at the table's end. Raises 3049 for a row that breaks off, and at the end unless as
-    /// many rows and values have come as there are.
+    /// Reads the next row; false at the table's end. Raises 3049 for a truncated row, or at the end if the counts
+    /// differ.
     bool next();
     [[nodiscard]] const std::vector<SourceValue>& row() const { return m_row; }
     [[nodiscard]] const FormerCount& count() const { return m_count; }

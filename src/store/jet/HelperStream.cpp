@@ -13,12 +13,12 @@ namespace
 {
 
 constexpr qint64 Megabyte = 1 << 20;
-constexpr qint64 MaxGrowth = 16; // of a file into its stream
+constexpr qint64 MaxGrowth = 16; // the stream's size relative to the file's
 constexpr qsizetype MaxReasonLength = 300;
 constexpr qsizetype MaxErrorOutput = 1 << 16; // bytes
-constexpr int CannotBeLoaded = 127;           // the exit code of a program that a library is missing for
+constexpr int CannotBeLoaded = 127;           // exit code if a library is missing
 
-// The helper limits its own processor time; this is for one that sleeps, or a machine that is busy.
+// The helper limits its own processor time; this limit is for a sleeping one or a busy machine.
 qint64 timeLimit(qint64 fileSize)
 {
     return 30'000 + fileSize / Megabyte * 2'000;
@@ -40,7 +40,7 @@ HelperStream::HelperStream(const QString& helper, const QString& file)
     for (const char* name : {"MDBICONV", "MDB_JET3_CHARSET", "MDBOPTS", "MDBPATH"})
         environment.remove(QLatin1String(name));
     m_process.setProcessEnvironment(environment);
-    // The library may complain without end; the reason comes last.
+    // The library may print endless warnings; the reason comes last.
     QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process, [this] {
         m_errorOutput = (m_errorOutput + m_process.readAllStandardError()).right(MaxErrorOutput);
     });
@@ -79,7 +79,7 @@ QString HelperStream::text()
     const auto size = number<std::uint32_t>();
     if (size % sizeof(char16_t) != 0)
         throw damaged(QStringLiteral("A text breaks off within a letter."));
-    const char* bytes = take(size); // before there is room for as much as it claims to be
+    const char* bytes = take(size); // checked before allocating what it claims to need
     QString text(static_cast<qsizetype>(size / sizeof(char16_t)), Qt::Uninitialized);
     std::memcpy(text.data(), bytes, size);
     return text;

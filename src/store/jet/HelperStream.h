@@ -12,11 +12,11 @@
 namespace orlo::store::jet
 {
 
-/// The failure of a file that can't be taken over: 3049 with the reason.
+/// Failure 3049 of a file that can't be taken over, with the reason.
 [[nodiscard]] platform::RuntimeError damaged(const QString& reason);
 
-/// What the helper writes about a file. Nothing that it writes is trusted: whatever breaks off, is too long or comes
-/// too late raises 3049, and the helper ends with the object. One that this system can't run raises 3343.
+/// The helper's output for a file. It isn't trusted: truncated, oversized or late output raises 3049, and the helper
+/// ends with the object. Raises 3343 if the helper can't be run on this system.
 class HelperStream
 {
 public:
@@ -25,7 +25,7 @@ public:
     HelperStream(const HelperStream&) = delete;
     HelperStream& operator=(const HelperStream&) = delete;
 
-    /// The next number, of as many bytes as its type has.
+    /// The next number; its size is the type's.
     template <class Number>
     [[nodiscard]] Number number()
     {
@@ -35,19 +35,19 @@ public:
     }
     /// The next text.
     [[nodiscard]] QString text();
-    /// Waits for the helper's end. Raises 3049 unless it ended well and with nothing more to say.
+    /// Waits for the helper to end. Raises 3049 unless it succeeded without further output.
     void finish();
 
 private:
-    /// The next bytes, which stay good until the next call.
+    /// The next bytes, valid until the next call.
     const char* take(qsizetype size);
     [[noreturn]] void raiseFailure();
 
     QProcess m_process;
     QByteArray m_block;
-    QByteArray m_errorOutput; ///< the end of what it wrote to the standard error
+    QByteArray m_errorOutput; ///< the end of its standard error output
     qsizetype m_position = 0;
-    qint64 m_timeLeft; ///< milliseconds that may still be spent waiting
+    qint64 m_timeLeft; ///< milliseconds left for waiting
     qint64 m_left;     ///< bytes that may still come
 };
 

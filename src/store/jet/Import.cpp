@@ -23,12 +23,12 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qsizetype SureDigits = 15; // of a double
+constexpr qsizetype SureDigits = 15; // significant digits of a double
 constexpr qsizetype MaxLines = 12;
 constexpr qsizetype MaxReasons = 5;
 constexpr int ProgressEvery = 100; // ms
 
-// Digits without the zeros that only fill up.
+// Counts digits without leading and trailing zeros.
 qsizetype countDigits(const QString& number)
 {
     QStringView text = number;
@@ -79,7 +79,7 @@ public:
                     m_fields.push_back(&field);
     }
 
-    // Takes the rows of the stream to the table's end; calls for each of them.
+    // Takes the rows up to the table's end, with a callback for each.
     template <class Each>
     void run(const Each& each)
     {
@@ -91,7 +91,7 @@ public:
         qCInfo(platform::takeoverLog).noquote() << words(m_rows.count());
     }
 
-    // Makes the table beside for the rows that were refused, in whole or in part.
+    // Creates the "_Kept" table for rows refused wholly or partly.
     void keep(QStringList& taken, Report& report)
     {
         if (m_kept.empty())
@@ -120,7 +120,7 @@ public:
                 .arg(m_table.target.name(), rows, name, m_reasons.mid(0, MaxReasons).join(QStringLiteral("; ")), more));
     }
 
-    // Raises 3049 unless the table holds every row but those that it refused, and every value that was set.
+    // Raises 3049 unless the table has all rows and values except those refused.
     void verify()
     {
         if (m_table.isLeft)
@@ -148,7 +148,7 @@ private:
                 reasons.append(QStringLiteral("%1: %2").arg(m_fields[i]->name, problem));
         try {
             for (std::size_t i = 0; i < m_row.size(); ++i)
-                if (m_fields[i]->autoIncrement && m_row[i].value.isNull()) // which would be given a number
+                if (m_fields[i]->autoIncrement && m_row[i].value.isNull()) // it would be numbered automatically
                     throw RuntimeError(platform::NullInPrimaryKey);
                 else if (isTextual(m_fields[i]->type) && !m_fields[i]->allowZeroLength && m_row[i].value.isText() &&
                          m_row[i].value.isEmpty())
@@ -172,18 +172,18 @@ private:
             kept.values.push_back(source.value.isNull() && source.problem.isEmpty() ? Value() : Value(textOf(source)));
     }
 
-    // Sets what the field takes of the value; why that isn't all.
+    // Sets a field's value as far as it fits; returns what didn't.
     QString setField(std::size_t i)
     {
         const int at = static_cast<int>(i);
         const Field& field = *m_fields[i];
         const SourceValue& source = m_row[i];
-        // Only a text can be empty without being nothing.
+        // Only text fields can be empty without being Null.
         const bool nothing = source.value.isEmpty() && !isTextual(field.type);
         QString problem = source.problem;
         try {
             const bool becomesText = isTextual(field.type) && !source.value.isText() && !source.value.isNull();
-            if (!nothing) // what isn't set is Null
+            if (!nothing) // unset means Null
                 set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
@@ -223,10 +223,10 @@ private:
     std::vector<Kept> m_kept;
     QStringList m_reasons;
     qint64 m_refused = 0;
-    qint64 m_values = 0; // that aren't Null
+    qint64 m_values = 0; // other than Null
 };
 
-// Indexes that keep nothing out are made once the rows are in, which is much faster.
+// Non-unique indexes are created after the rows, which is much faster.
 TableDef withoutPlainIndexes(const TableDef& table)
 {
     TableDef bare(table.name());
@@ -257,7 +257,7 @@ void createTables(Connection& connection, const Definitions& definitions)
             createTable(connection, withoutPlainIndexes(table.target));
 }
 
-// The file's structure, and every index against its table.
+// Checks the file's structure, and every index against its table.
 void checkIntegrity(Connection& connection, const Definitions& definitions)
 {
     auto check = connection.statement("PRAGMA quick_check(1)");
@@ -303,7 +303,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
         since.restart();
     };
 
-    // Each value is converted to its field's type on its way in; the checks would find nothing more.
+    // Values were converted to their fields' types already; the checks would find nothing more.
     connection.run("PRAGMA ignore_check_constraints=ON");
     Transaction transaction(connection);
     BulkLoad load(database);
@@ -314,7 +314,7 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     finishStream(stream);
 
     QStringList taken = tableNames(connection);
-    Report report; // the rows first, since the message has an end
+    Report report; // rows first, since the message is limited
     for (TableFill& fill : fills)
         fill.keep(taken, report);
     for (const FormerTable& table : definitions.tables)

@@ -12,20 +12,19 @@ namespace orlo::store::jet
 
 class HelperStream;
 
-/// What of a file could not go in its place, a line each.
+/// What had no place in the new file, one line each.
 using Report = QStringList;
 
-/// Fills a new database with what the stream holds: the tables of the version that it is of, with their keys, checks
-/// and stored queries, then the tables that are not ours. Compares the rows and the values of every table and the whole
-/// file's integrity, and logs what it has counted. A row that its table refuses, or a value that its field refuses, is
-/// kept whole in a table beside, named after the table and "_Kept". Raises 3049.
+/// Fills a new database from the stream: its version's tables with keys, checks and stored queries, then other tables.
+/// Compares row and value counts, checks the file's integrity, and logs the counts. A refused row, or a row with a
+/// refused value, is kept whole in a table named after its own plus "_Kept". Raises 3049.
 [[nodiscard]] Report import(HelperStream& stream, Connection& connection, Database& database,
                             const std::function<void(int percent)>& progress);
 
-/// Reads the end of the stream. Raises 3049 where it isn't there.
+/// Reads the end of the stream. Raises 3049 if it is missing.
 void finishStream(HelperStream& stream);
 
-/// The report as one message about a file and the name under which the old one is kept.
+/// The report as one message about a file and the old one's kept name.
 [[nodiscard]] QString words(const Report& report, const QString& file, const QString& kept);
 
 } // namespace orlo::store::jet

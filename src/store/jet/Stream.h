@@ -21,11 +21,11 @@ constexpr std::uint32_t End = 0x45444E45;
 constexpr std::uint8_t RowFollows = 'R';
 constexpr std::uint8_t TableEnds = 'E';
 
-/// The most that a file can have of each; more is a damaged file.
+/// Limits per file; more means a damaged file.
 constexpr std::uint32_t MaxTables = 4096;
 constexpr std::uint16_t MaxFields = 255;
 
-/// What a file has besides tables.
+/// Objects other than tables.
 enum class Other : std::uint8_t {
     Query,
     Form,
@@ -35,17 +35,17 @@ enum class Other : std::uint8_t {
     Link, ///< a table whose rows are in another file
 };
 
-/// What a field holds.
+/// A field's type.
 enum class Kind : std::uint8_t { Boolean, Integer, Long, Double, Date, Text, Memo };
 
-/// How a value stands in a row.
+/// How a value is encoded in a row.
 enum class Cell : std::uint8_t {
     Null,
     No,
     Yes,
     Whole, ///< 32 bits, signed
     Real,  ///< 64 bits
-    Day,   ///< 64 bits: days since 12/30/1899, the fraction being the time of day whatever the sign
+    Day,   ///< 64 bits: days since 12/30/1899; the fraction is the time of day, whatever the sign
     Text,  ///< UTF-16
 };
 

@@ -8,10 +8,10 @@
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/jet/Definitions.h"
+#include "store/jet/FormerFile.h"
 #include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
 #include "store/jet/Import.h"
-#include "store/jet/FormerFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -38,7 +38,7 @@ jet::Report make(const QString& name, const QString& former, const QString& help
     const auto end = qScopeGuard([&shown] { tellProgress(shown, 100); });
     jet::HelperStream stream(helper, former);
     auto connection = std::make_shared<Connection>(name, Connection::Mode::Create);
-    // Nothing of it counts before it is whole, and then it is flushed as one.
+    // Nothing counts until it is complete, and then it is flushed at once.
     connection->run("PRAGMA journal_mode=MEMORY;PRAGMA synchronous=OFF");
     createQueryTexts(*connection);
     Database database(connection);
@@ -48,7 +48,7 @@ jet::Report make(const QString& name, const QString& former, const QString& help
     return report;
 }
 
-// Of a failure to write, too, the user wants to know where.
+// Failures to write name the file, too.
 [[noreturn]] void raise(const RuntimeError& error, const QFileInfo& file)
 {
     const auto named = [&error](const QString& words, const QString& path) {
@@ -80,7 +80,7 @@ QString helperProgram()
     return helper;
 }
 
-// The file beside it in which the former engine locks what its users work on.
+// The former engine's lock file beside it.
 QString lockFileOf(const QFileInfo& file)
 {
     return platform::nativePath(QStringLiteral("%1/%2.ldb").arg(file.path(), file.completeBaseName()));
@@ -120,7 +120,7 @@ void takeOver(const QString& file)
     try {
         report = make(making.name(), path, helper);
         former.checkAlone();
-        // What comes from a disc that can't be written may still be marked so.
+        // Files from a read-only disc may still be write-protected.
         QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
         kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));
     } catch (const RuntimeError& error) {

@@ -7,7 +7,7 @@
 namespace orlo::store
 {
 
-/// The failure of a file that nothing here can read: 3343.
+/// Failure 3343 of a file that this build can't read.
 [[nodiscard]] inline platform::RuntimeError noReader()
 {
     return platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
@@ -15,11 +15,10 @@ namespace orlo::store
                                                  "orlo-jet, which reads it, isn't here or doesn't run."));
 }
 
-/// Puts a file of today's format with the same data in the place of one in the former format, which stays unchanged
-/// beside it as "<name> (former format).<suffix>". All of it or nothing, whenever the process is ended. A native path.
-/// Raises 3049 with the reason for one that can't be read, 3343 for one that is no pack's and in a build that reads
-/// none, 3050 for one that can't be locked or that another program uses or changes meanwhile, 61, 68, 70 or 75 where
-/// the new one can't be written.
+/// Replaces a file in the former format with one in today's format and the same data; the old one stays beside it as
+/// "<name> (former format).<suffix>". All or nothing, even if the process is killed. A native path. Raises 3049 with
+/// the reason if it can't be read, 3343 if it isn't a pack's or this build has no reader, 3050 if it can't be locked or
+/// another program uses or changes it, 61, 68, 70 or 75 if the new file can't be written.
 void takeOver(const QString& file);
 
 } // namespace orlo::store

@@ -18,11 +18,11 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qsizetype FileHeader = 100; // bytes before the first page's own
+constexpr qsizetype FileHeader = 100; // bytes before the first page's own header
 constexpr qsizetype UsualPageSize = 4096;
 constexpr qsizetype MinPageSize = 512;
 constexpr qsizetype MaxPageSize = 65536;
-// A page is read a few times, and a sound file's chains of pages don't meet.
+// A page is read several times, but the page chains of a sound file don't cross.
 constexpr qint64 MaxTimesFollowed = 8;
 constexpr char LeafMark = 13;
 constexpr char InteriorMark = 5;
@@ -31,7 +31,7 @@ constexpr char IndexInteriorMark = 2;
 constexpr qsizetype EncodingAt = 56;
 constexpr quint32 Utf16Le = 2;
 constexpr quint32 Utf16Be = 3;
-constexpr qsizetype LocalOverhead = 35; // bytes of a page that no payload within it can take
+constexpr qsizetype LocalOverhead = 35; // bytes of a page that local payload can't use
 
 template <class Number>
 Number bigEndian(QByteArrayView bytes, qsizetype at)
@@ -39,7 +39,7 @@ Number bigEndian(QByteArrayView bytes, qsizetype at)
     return at + qsizetype(sizeof(Number)) <= bytes.size() ? qFromBigEndian<Number>(bytes.data() + at) : Number(0);
 }
 
-// A number of one to nine bytes, seven bits each; the place moves past it. None where the bytes end.
+// An integer of one to nine bytes, seven bits each; advances the offset. Nothing at the end of the bytes.
 std::optional<qint64> variable(QByteArrayView bytes, qsizetype& at)
 {
     quint64 number = 0;
@@ -60,7 +60,7 @@ std::optional<qint64> variable(QByteArrayView bytes, qsizetype& at)
     return std::nullopt;
 }
 
-// How many bytes a value of this kind has.
+// The size in bytes of a value of this type.
 qint64 sizeOf(qint64 kind)
 {
     static constexpr int Sizes[] = {0, 1, 2, 3, 4, 6, 8, 8, 0, 0, 0, 0};
@@ -92,7 +92,7 @@ RawValue readValue(qint64 kind, QByteArrayView bytes, quint32 encoding)
     return number;
 }
 
-// How well a file fits pages of a size: they begin with one of the marks that its tables and indexes use.
+// How well a file fits a page size: its pages begin with one of the marks of tables and indexes.
 double fit(QByteArrayView file, qsizetype size)
 {
     const qsizetype pages = file.size() / size;
@@ -102,7 +102,7 @@ double fit(QByteArrayView file, qsizetype size)
     return pages > 1 ? marked * marked / static_cast<double>(pages) : 0;
 }
 
-// What the header says of the pages' size holds if it agrees with their number and the file's length.
+// The header's page size counts if it agrees with the page count and the file's length.
 qsizetype pageSizeOf(QByteArrayView file)
 {
     const auto stated = bigEndian<quint16>(file, 16);
@@ -117,7 +117,7 @@ qsizetype pageSizeOf(QByteArrayView file)
     return best;
 }
 
-// None unless the record's header and the size that was stated for it agree.
+// Nothing unless the record's header agrees with its stated size.
 std::optional<RawRecord> readRecord(qint64 key, QByteArrayView bytes, qint64 stated, quint32 encoding)
 {
     qsizetype at = 0;
@@ -156,7 +156,7 @@ PageFile::PageFile(const QString& path)
     m_pageCount = static_cast<quint32>(m_bytes.size() / m_pageSize);
 }
 
-// What the disk doesn't give is left out, in the smallest pieces that there are.
+// Unreadable parts of the file are skipped in the smallest possible pieces.
 void PageFile::load(const QString& path)
 {
     QFile file(path);
@@ -223,7 +223,7 @@ qint64 PageFile::entries(quint32 root) const
     return count;
 }
 
-// Where the cells of a page start.
+// The offsets of a page's cells.
 std::vector<qsizetype> PageFile::cells(quint32 page) const
 {
     const QByteArrayView bytes = pageBytes(page);
@@ -252,7 +252,7 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
 {
     std::vector<RawRecord> found;
     const QByteArrayView bytes = pageBytes(page);
-    qsizetype left = 2 * m_pageSize; // sound cells don't lie over each other; of damaged ones some may
+    qsizetype left = 2 * m_pageSize; // sound cells don't overlap, damaged ones may
     for (qsizetype cell : cells(page)) {
         if (left <= 0)
             break;
@@ -268,7 +268,7 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
     return found;
 }
 
-// A payload that doesn't fit its page goes on in a chain of pages of its own.
+// Payload that doesn't fit on its page continues in a chain of overflow pages.
 PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 size) const
 {
     const qsizetype most = m_pageSize - LocalOverhead;

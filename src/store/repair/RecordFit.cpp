@@ -20,7 +20,7 @@ bool fits(const RawValue& value, const Field& field)
     case FieldType::Integer:
     case FieldType::Long:
         return std::holds_alternative<qint64>(value) && !field.autoIncrement;
-    case FieldType::Double: // a whole number is kept as one
+    case FieldType::Double: // integers are kept as such
         return std::holds_alternative<double>(value) || std::holds_alternative<qint64>(value);
     case FieldType::Date:
     case FieldType::Text:
@@ -30,7 +30,7 @@ bool fits(const RawValue& value, const Field& field)
     return std::holds_alternative<RawText>(value);
 }
 
-// How many fields hold what the table has no place for; all of them in a record that has too many.
+// The number of fields with values that don't fit; all of them if the record has too many.
 static qsizetype misfits(const RawRecord& record, const TableDef& table)
 {
     const auto& fields = table.fields();

@@ -6,13 +6,13 @@
 namespace orlo::store
 {
 
-/// The bytes of a text; none of anything else.
+/// A text's bytes; empty for anything else.
 [[nodiscard]] QByteArray textOf(const RawValue& value);
-/// True if a field takes the value, as far as its kind tells.
+/// True if the value's type suits the field.
 [[nodiscard]] bool fits(const RawValue& value, const Field& field);
-/// True for a record that a table takes. It may end before the fields that the table got later.
+/// True if the record suits the table. It may lack fields added later.
 [[nodiscard]] bool fits(const RawRecord& record, const TableDef& table);
-/// True also for one of the table's shape in which somebody put odd values.
+/// True also for a record of the table's shape with odd values.
 [[nodiscard]] bool mayBeOf(const RawRecord& record, const TableDef& table);
 
 } // namespace orlo::store

@@ -21,7 +21,7 @@ using platform::RuntimeError;
 namespace
 {
 
-// A line for each fault and at most so many.
+// One line per fault, up to a maximum.
 QStringList faultsOf(Connection& connection, int most)
 {
     QStringList faults;
@@ -31,17 +31,17 @@ QStringList faultsOf(Connection& connection, int most)
     return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
 }
 
-// Lays a sound file out anew, each table in one run of pages; false for a damaged one.
+// Rebuilds a sound file with each table's pages in sequence; false for a damaged one.
 bool compact(const QString& file)
 {
     try {
         Connection connection(file, Connection::Mode::Open);
         if (!faultsOf(connection, 1).isEmpty())
             return false;
-        sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the new layout is made in a second file
+        sqlite3_limit(connection.handle(), SQLITE_LIMIT_ATTACHED, 1); // the rebuild needs a second file
         connection.run("VACUUM");
     } catch (const RuntimeError& error) {
-        // What the system refuses says nothing of the file; whatever else the engine stumbles over does.
+        // What the system refuses says nothing about the file; any other failure does.
         for (const int number :
              {platform::CannotLockFile, platform::DiskFull, platform::PathFileAccess, platform::ReadOnlySet})
             if (error.number() == number)
@@ -64,7 +64,7 @@ Repaired DBEngine::repairDatabase(const QString& path, const Versions& versions)
     const QFileInfo info(platform::nativePath(path));
     if (!info.isFile())
         throw RuntimeError(platform::DatabaseNotFound, QStringLiteral("DBEngine"));
-    const QString file = info.canonicalFilePath(); // a link goes on naming the repaired file
+    const QString file = info.canonicalFilePath(); // a link will still name the repaired file
     requireKnown(statedIn(file).value_or(0), versions);
     if (compact(file))
         return {};

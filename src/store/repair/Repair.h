@@ -5,22 +5,22 @@
 namespace orlo::store
 {
 
-/// What a repair has done.
+/// The result of a repair.
 struct Repaired {
-    QString damaged;     ///< the path of the damaged file, which stays beside the new one; empty for a sound one
-    QStringList missing; ///< what the new file doesn't have, a line for each row, field or page, as far as it is known
+    QString damaged;     ///< the damaged file's new path; empty if it was sound
+    QStringList missing; ///< what the new file lacks, one line per row, field or page, as far as known
 };
 
 namespace DBEngine
 {
-/// What is wrong with a closed file, a line for each fault; nothing for a sound one. Raises as openDatabase() does, and
-/// 3049 for a file that is too damaged to tell.
+/// The faults of a closed file, one per line; none if it is sound. Raises as openDatabase(), and 3049 if the file is
+/// too damaged to tell.
 [[nodiscard]] QStringList checkDatabase(const QString& path);
-/// Repairs a closed file. A sound one is only laid out anew. Of a damaged one every row that can still be read goes
-/// into a new file with the same tables, keys and queries, which takes its place; the damaged one stays beside it as
-/// "<name> (damaged).<suffix>". Cut off at any moment, the file under the name is one of the two. A file that shows
-/// none of the versions is taken for one of the newest. Raises 3024 for a missing file, 3343 for one of a later version,
-/// 3049 for one in which nothing can be read, 61 or 70 when the new file can't be written.
+/// Repairs a closed file. A sound one is only compacted. All readable rows of a damaged one go into a new file with the
+/// same tables, keys and queries, which replaces it; the damaged one stays beside it as "<name> (damaged).<suffix>". If
+/// cut off at any moment, the name holds one of the two. A file that shows no version counts as the newest. Raises 3024
+/// for a missing file, 3343 for a later version, 3049 if nothing can be read, 61 or 70 if the new file can't be
+/// written.
 Repaired repairDatabase(const QString& path, const Versions& versions);
 } // namespace DBEngine
 

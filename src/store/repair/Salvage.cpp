@@ -33,7 +33,7 @@ bool isCatalogueRow(const RawRecord& record)
     return record.values.size() == 5 && Types.contains(textOf(record.values[0]));
 }
 
-// The columns of the table that a statement makes; none for a damaged statement.
+// The columns in a CREATE TABLE statement; none if it is damaged.
 QStringList columnsOf(const QByteArray& sql)
 {
     sqlite3* scratch = nullptr;
@@ -51,7 +51,7 @@ QStringList columnsOf(const QByteArray& sql)
     return columns;
 }
 
-// The table with these fields first, as the records have them: another tool may have put them in another order.
+// The table with these fields first, in the records' order: another tool may have reordered them.
 TableDef inOrder(const TableDef& table, const QStringList& first)
 {
     TableDef ordered(table.name());
@@ -114,7 +114,7 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root, const QString& table)
 void Salvage::readCatalogue()
 {
     std::vector<quint32> leaves = leavesBelow(1, QStringLiteral("sqlite_master"));
-    // Where the way to them is lost, the catalogue's pages are known by what stands in them.
+    // If the way to them is lost, the catalogue's pages are recognised by their contents.
     for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
             continue;
@@ -140,7 +140,7 @@ bool Salvage::isMade(const QString& name)
     return found.step();
 }
 
-// A statement out of the damaged file may be damaged itself.
+// A statement from the damaged file may be damaged itself.
 void Salvage::makeAgain(const QByteArray& sql)
 {
     try {
@@ -163,8 +163,8 @@ void Salvage::findVersion()
     m_made.run("PRAGMA user_version=" + QByteArray::number(m_version.stated));
 }
 
-// The usual tables are made as they should be, since a damaged statement may still be one, for a table that refuses its
-// rows. Another program may have added fields to one.
+// Known tables are created from the schema, since a damaged statement may still be valid and create a table that
+// refuses its rows. Other programs may have added fields.
 void Salvage::makeTables()
 {
     QHash<QString, QStringList> orders;
@@ -189,7 +189,7 @@ void Salvage::makeTables()
         m_keyFields.insert(keys.text(0), keys.text(1));
 }
 
-// A page whose rows don't fit was reached by a damaged entry of the catalogue; it is left for moveStrayRows().
+// A page whose rows don't fit was reached through a damaged catalogue entry; it is left for moveStrayRows().
 void Salvage::moveRows()
 {
     for (const CatalogueRow& object : m_catalogue) {
@@ -212,7 +212,7 @@ void Salvage::moveRows()
     }
 }
 
-// Odd values make a page no other table's, unless they are what that table's rows hold.
+// Odd values don't make a page another table's, unless that table's rows hold such values.
 bool Salvage::isOf(const std::vector<RawRecord>& records, const TableDef& table) const
 {
     const auto whole = [&records](const TableDef& one) {
@@ -231,8 +231,8 @@ void Salvage::noteQuery(const RawRecord& record)
         m_queries.push_back({QString::fromUtf8(textOf(record.values[0])), QString::fromUtf8(textOf(record.values[1]))});
 }
 
-// The table that the rows of a page fit best: one with no more fields than they need, and of several tables of the same
-// shape one whose contents are known.
+// The table that a page's rows fit best: one with no more fields than they need, and of several with the same shape one
+// whose contents are known.
 const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
 {
     const TableDef* best = nullptr;
@@ -250,7 +250,7 @@ const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
     return best;
 }
 
-// The pages that nothing leads to any more.
+// Pages that nothing leads to any more.
 void Salvage::moveStrayRows()
 {
     for (const quint32 page : m_pages.freePages())
@@ -265,8 +265,8 @@ void Salvage::moveStrayRows()
     }
 }
 
-// A row stays though fields of it don't fit: these are nothing then. Where it is refused all the same it is there
-// already, or stays in the damaged file.
+// A row with unsuitable values is kept with Nulls instead. If it is still refused, it exists already or stays in the
+// damaged file.
 void Salvage::move(const RawRecord& given, const TableDef& table)
 {
     const auto& fields = table.fields();
@@ -297,7 +297,7 @@ void Salvage::move(const RawRecord& given, const TableDef& table)
                 return;
             break;
         } catch (const RuntimeError& error) {
-            // The check that refuses it is called after its field.
+            // the constraint that refuses it is named after its field
             const auto refused = [&](std::size_t i) {
                 return !std::holds_alternative<std::monostate>(record.values[i]) &&
                        error.description().contains(QStringLiteral(": %1 ").arg(fields[i].name));
@@ -315,7 +315,7 @@ void Salvage::move(const RawRecord& given, const TableDef& table)
         m_missing += QStringLiteral("%1, field %2").arg(where, field);
 }
 
-// False for a row that is there already.
+// False if the row exists already.
 bool Salvage::insert(const RawRecord& record, const TableDef& table)
 {
     const QByteArray key = m_made.table(table.name())->rowKey;
@@ -341,7 +341,7 @@ bool Salvage::insert(const RawRecord& record, const TableDef& table)
     return true;
 }
 
-// A table's indexes tell how many rows it had, as far as they are sound; without any, its lost pages may have had some.
+// A table's indexes tell how many rows it had, as far as they are sound; without one, its lost pages may have had rows.
 void Salvage::countMissing()
 {
     for (const TableDef& table : m_tables) {
@@ -360,7 +360,7 @@ void Salvage::countMissing()
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());
 }
 
-// The numbers that a table has given out stay given out.
+// Numbers already given out must not be given out again.
 void Salvage::noteCounter(const RawRecord& record)
 {
     const auto* number = record.values.size() == 2 ? std::get_if<qint64>(&record.values[1]) : nullptr;

@@ -11,7 +11,7 @@
 namespace orlo::store
 {
 
-/// Moves what a damaged file still holds to a new one.
+/// Moves what is left in a damaged file to a new one.
 class Salvage
 {
 public:
@@ -20,11 +20,11 @@ public:
     {
     }
 
-    /// Gives what the new file doesn't have. Raises 3049 if there is nothing to move.
+    /// Returns what the new file lacks. Raises 3049 if nothing is left.
     [[nodiscard]] QStringList run();
 
 private:
-    // An object of the file, as its catalogue names it.
+    // An entry of the file's catalogue.
     struct CatalogueRow {
         QByteArray type;
         QString name;
@@ -55,17 +55,17 @@ private:
     Connection m_made;
     std::vector<CatalogueRow> m_catalogue;
     const Versions& m_versions;
-    std::optional<int> m_stated;         // in the damaged file's head, if that can be read
+    std::optional<int> m_stated;         // in the damaged file's header, if readable
     Version m_version{};                 // of the damaged file
     std::vector<TableDef> m_tables;      // of the new file
-    QHash<QString, QString> m_keyFields; // by table, the field that is the row's key itself
-    QSet<quint32> m_seen;                // pages whose rows are moved, and pages that lead to them
+    QHash<QString, QString> m_keyFields; // by table: the field that is the row key
+    QSet<quint32> m_seen;                // pages already moved, and pages leading to them
     std::vector<QueryDef> m_queries;
-    QHash<QString, qint64> m_counters; // by table, the highest number given out
+    QHash<QString, qint64> m_counters; // by table: the highest number given out
     int m_moved = 0;
     QStringList m_missing;
-    QHash<QString, int> m_lost;      // by table, the rows of it among these
-    QHash<QString, int> m_lostPages; // by table, those that its tree leads to and that are none of a table's
+    QHash<QString, int> m_lost;      // by table: its rows among the missing
+    QHash<QString, int> m_lostPages; // by table: pages in its tree that aren't a table's
 };
 
 } // namespace orlo::store

@@ -27,11 +27,11 @@ const Migrations& schema::migrations()
 
 bool isBehind(const Database& database, const Versions& versions, const Migrations& steps)
 {
-    if (database.stated() == versions.front().stated) // without a look at the tables
+    if (database.stated() == versions.front().stated) // spares a look at the tables
         return false;
     const int version = versionOf(database, versions);
-    return std::ranges::any_of(steps,
-                               [version](const Migration& step) { return runsAtOpening(step) && step.from == version; });
+    return std::ranges::any_of(
+        steps, [version](const Migration& step) { return runsAtOpening(step) && step.from == version; });
 }
 
 void migrate(Database& database, const Versions& versions, const Migrations& steps)

@@ -16,11 +16,11 @@ using schema::Newest;
 using schema::V10;
 using schema::V11;
 
-constexpr int Numbers[] = {V11, V10}; // the newest first
+constexpr int Numbers[] = {V11, V10}; // newest first
 constexpr QLatin1StringView DenTitleTable("Den_Titles");
 constexpr QLatin1StringView PackTitleTable("Pack_Positions");
 
-// The versions of the file that have something, the first and the last.
+// The first and the last version that has something.
 struct Span {
     int first = V10;
     int last = Newest;
@@ -36,7 +36,7 @@ constexpr Span until(int version)
     return {V10, version};
 }
 
-// What sets a field apart from the others of its type.
+// A special property of a field.
 enum class Extra { None, Counter, StartsTrue, NotEmpty };
 
 struct Column {
@@ -317,7 +317,8 @@ Version makeVersion(int number)
         if (isIn(query.in, number))
             made.queries.push_back({query.name.toString(), query.sql.toString()});
     if (made.findTable(QString(DenTitleTable)))
-        made.usualTexts = {{DenTitleTable, textsOf(schema::denTitles())}, {PackTitleTable, textsOf(schema::packTitles())}};
+        made.usualTexts = {{DenTitleTable, textsOf(schema::denTitles())},
+                           {PackTitleTable, textsOf(schema::packTitles())}};
     return made;
 }
 
@@ -373,12 +374,11 @@ bool schema::isOurs(const QString& table)
 void schema::requireOurs(const QStringList& tables)
 {
     if (std::ranges::none_of(tables, isOurs))
-        throw platform::RuntimeError(
-            platform::UnrecognisedFormat, QStringLiteral("Database"),
-            QStringLiteral("It isn't a pack's file: it has none of a pack's tables."));
+        throw platform::RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"),
+                                     QStringLiteral("It isn't a pack's file: it has none of a pack's tables."));
 }
 
-// The titles stand as the packs know them from their reports, spelling included.
+// The titles are spelled as in the packs' reports, misspellings included.
 const std::vector<PositionTitle>& schema::denTitles()
 {
     static const std::vector<PositionTitle> Titles = {

@@ -7,45 +7,45 @@
 namespace orlo::store
 {
 
-/// A position title with its rank in lists and reports.
+/// A position title and its rank in lists and reports.
 struct PositionTitle {
     QStringView title;
     int sortOrder;
 };
 
-/// The definition of the database file: everything that makes, changes or checks one takes it from here.
+/// Defines the database file: everything that creates, changes or checks one uses this.
 namespace schema
 {
 inline constexpr int V10 = 10;
 inline constexpr int V11 = 11;
 inline constexpr int Newest = V11;
 
-/// All versions as the engine takes them, the newest first.
+/// All versions, newest first, in the form that the engine takes.
 [[nodiscard]] const Versions& versions();
-/// The version of a number that there is.
+/// The version with an existing number.
 [[nodiscard]] const Version& version(int number);
-/// The tables of a version with their fields and indexes, in the order of their making.
+/// A version's tables with fields and indexes, in creation order.
 [[nodiscard]] const std::vector<TableDef>& tables(int version = Newest);
-/// The table of a name, without regard to case; none if the version has no such table.
+/// The table with a name, ignoring case; null if the version has none.
 [[nodiscard]] const TableDef* findTable(QStringView name, int version = Newest);
-/// The stored queries of a version. A text may name a query that comes later in the list.
+/// A version's stored queries. A query may refer to one that comes later.
 [[nodiscard]] const std::vector<QueryDef>& queries(int version = Newest);
-/// Whether a table of this name is one of a pack's, in any version.
+/// Whether a pack's file has a table of this name in any version.
 [[nodiscard]] bool isOurs(const QString& table);
-/// Raises 3343 where none of the tables is.
+/// Raises 3343 if none of the tables is ours.
 void requireOurs(const QStringList& tables);
-/// The titles that a new Den_Titles and a new Pack_Positions start with.
+/// The initial titles of Den_Titles and Pack_Positions.
 [[nodiscard]] const std::vector<PositionTitle>& denTitles();
 [[nodiscard]] const std::vector<PositionTitle>& packTitles();
 } // namespace schema
 
-/// The version of an open file: what it states, also a later one than these, or what its tables tell.
+/// An open file's version: the one it states, even a later one, or the one its tables show.
 [[nodiscard]] int versionOf(const Database& database, const Versions& versions = schema::versions());
 
-/// Makes a version's tables and stored queries and the default titles, if it has any, in an empty database. Raises 3010
-/// or 3012 for one that is there already.
+/// Creates a version's tables, stored queries and default titles, if it has any, in an empty database. Raises 3010 or
+/// 3012 if one exists.
 void createSchema(Database& database, int version = schema::Newest);
-/// Add the titles that a pack starts with. Raise 3022 for one that is there already.
+/// Add a pack's initial titles. Raise 3022 if one exists.
 void addDefaultDenTitles(Database& database);
 void addDefaultPackTitles(Database& database);
 

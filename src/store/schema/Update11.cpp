@@ -12,7 +12,7 @@ namespace
 
 using Names = std::initializer_list<QStringView>;
 
-// Adds fields to a table as the table of that name has them in version 1.1.
+// Adds fields to a table, as the table of that name has them in version 1.1.
 void addFields(TableDef& table, QStringView like, const Names& names)
 {
     const auto& fields = schema::findTable(like, schema::V11)->fields();
@@ -26,7 +26,7 @@ void addTable(Database& database, QStringView name)
     database.appendTableDef(table);
 }
 
-// Does something at each record of a set, from the first to the last.
+// Runs an action at each record of a set, first to last.
 template <class Action>
 void forEachRecord(Recordset& records, const Action& action)
 {
@@ -73,7 +73,7 @@ void extendAdults(Database& database)
     addFields(adults, u"Adults", {u"Email"});
 }
 
-// Sends all records of one table to another; one that has no quantity counts once.
+// Copies all records of one table to another; without a quantity they count once.
 void copyAwards(Database& database, const QString& from, const QString& to, bool withQuantity)
 {
     Recordset old = database.openRecordset(from);
@@ -89,8 +89,8 @@ void copyAwards(Database& database, const QString& from, const QString& to, bool
     made.close();
 }
 
-// Gives every award of a scout a key and a quantity. The rows pass through a table of their own, because the engine
-// numbers only rows that are new; the keys follow the order in which the awards were given.
+// Gives every scout's award a key and a quantity. The rows go through a temporary table because the engine numbers only
+// new rows; the keys follow the order in which awards were given.
 void rebuildScoutAwards(Database& database)
 {
     const QString awards = QStringLiteral("Assigned_Awards_Scouts");

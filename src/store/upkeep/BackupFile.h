@@ -5,7 +5,7 @@
 namespace orlo
 {
 
-/// The backup's path in a folder, or at a drive's root.
+/// The backup's path in a folder or at a drive's root.
 [[nodiscard]] inline QString backupIn(const QString& folder)
 {
     return folder + u'\\' + store::BackupName;

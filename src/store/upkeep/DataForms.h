@@ -6,11 +6,11 @@
 namespace orlo
 {
 
-/// Hands over the forms that work on the database file: what unloads each of them, in the order in which backup and
-/// restore do so. The frame, which knows all screens, calls it.
+/// Sets the functions that unload the forms working on the database file, in the order that backup and restore use.
+/// Called by the main window, which knows all forms.
 void setDataForms(std::vector<std::function<void()>> unloads);
 
-/// Unloads these forms. Raises what a form's load or unload step raises; the forms after it then stay.
+/// Unloads these forms. Raises what loading or unloading a form raises; later forms then stay.
 void unloadDataForms();
 
 } // namespace orlo

@@ -22,8 +22,8 @@ QByteArray contents(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// A run that was killed left half a change in the file, and its journal the way back, which the safety copy must not
-// be without. But where the safety copy was put back since, the journal is for the file that it replaced.
+// A killed run leaves half a change in the file, and a journal to undo it, which must be done before the safety copy.
+// But if the safety copy was put back since, the journal belongs to the file that it replaced.
 void settleJournal(const QString& path, const QString& safetyCopy)
 {
     const QString native = platform::nativePath(path);
@@ -44,8 +44,8 @@ bool UpdateDatabaseFile()
     widgets::message(QStringLiteral("The ORLO Database will now be updated to work with this new version of software."),
                      QStringLiteral("Update Database"));
     const widgets::BusyPointer busy;
-    // The next start would make the safety copy of whatever a failure leaves. A copy that is there already may be an
-    // older update's.
+    // The next start would make the safety copy of whatever a failure leaves behind. A copy that exists already may be
+    // an older update's.
     widgets::setClosingWords(QStringLiteral("Nothing was changed."));
     settleJournal(old, safetyCopy);
     gFileSystem.copyFile(old, safetyCopy, true);
@@ -56,16 +56,16 @@ bool UpdateDatabaseFile()
     widgets::setClosingWords(
         QStringLiteral("Before you start ORLO again, put QuorrelOld_10.mdb in the place of Quorrel.mdb."));
     openDatabase(old);
-    // An update that failed before has left its mark, in the safety copy, too.
+    // A failed update has left its mark, in the safety copy, too.
     if (database().tableNames().contains(QLatin1StringView("Den_Titles"), Qt::CaseInsensitive))
         widgets::setClosingWords(QString());
-    // The safety copy is on the disk. Until the changed file is copied to the disk too, flushing after every row would
+    // The safety copy is on the disk. Until the changed file is copied to the disk, too, flushing after every row would
     // only keep the user waiting.
     database().deferFlushing();
     ApplyUpdateSteps();
     database().close();
     store::keepCopyOf(databasePath());
-    store::setJournalAside(platform::nativePath(databasePath())); // it is for the file that goes
+    store::setJournalAside(platform::nativePath(databasePath())); // it belongs to the file being replaced
     gFileSystem.copyFile(old, databasePath(), true);
     if (!gFileSystem.fileExists(databasePath()))
         return false;

@@ -52,13 +52,13 @@ void frmDataBackup::BackupDatabase()
 
 void frmDataBackup::reopenDatabase()
 {
-    if (gDatabase && gDatabase->isOpen()) // the open forms' record sets live on that one; it only must be there still
+    if (gDatabase && gDatabase->isOpen()) // the open forms' record sets use that one; it only has to exist
         (void)store::openPack(databasePath());
     else
         openDatabase(databasePath());
 }
 
-// The space and the result are looked up at the drive's root, wherever on the drive the backup goes.
+// Free space and result are checked at the drive's root, wherever on the drive the backup goes.
 void frmDataBackup::copyDatabase()
 {
     const QString title = QStringLiteral("Database Backup");

@@ -34,7 +34,7 @@ void frmRestorBackup::RestoreDatabase()
     try {
         copyBackup();
     } catch (const platform::RuntimeError& error) {
-        // Nobody can tell what the database file holds now, so the program must not go on with it.
+        // The state of the database file is unknown now, so the program must not go on with it.
         throw platform::RuntimeError(platform::ObjectNotSet, error.source());
     }
 }
@@ -47,7 +47,7 @@ void frmRestorBackup::copyBackup()
         return;
     const QString backup = backupIn(ui->lstFolders->path());
     (void)gFileSystem.getFile(databasePath());
-    (void)gFileSystem.getDrive(ui->lstDrive->text()); // a drive that has gone fails here, before anything is touched
+    (void)gFileSystem.getDrive(ui->lstDrive->text()); // an unmounted drive fails here, before anything is changed
     if (!gFileSystem.fileExists(backup)) {
         widgets::message(widgets::lines({QStringLiteral("A backup Database file does not exist in the selected path."),
                                          QStringLiteral("Please select a drive and directory that contains a"),
@@ -56,7 +56,7 @@ void frmRestorBackup::copyBackup()
         return;
     }
     const qint64 size = platform::toInt32(static_cast<double>(gFileSystem.getFile(backup).size));
-    keepCopy(); // before the forms change anything at their unload
+    keepCopy(); // before the forms change anything while unloading
     unloadDataForms();
     database().close();
     gFileSystem.copyFile(backup, databasePath(), true);

@@ -12,7 +12,7 @@ class frmRestorBackup;
 namespace orlo
 {
 
-/// Puts a backup from a folder that the user picks in the place of the database file.
+/// Replaces the database file with a backup from a folder that the user picks.
 class frmRestorBackup : public widgets::Form
 {
     Q_OBJECT
