@@ -33,7 +33,7 @@ char separatorOf(QByteArrayView data)
     const qsizetype end = data.indexOf('\n');
     const auto line = data.first(end < 0 ? data.size() : end);
     const auto count = [line](char separator) { return std::ranges::count(line, separator); };
-    return std::ranges::max({',', ';', '\t'}, {}, count);
+    return std::max({',', ';', '\t'}, [&count](char a, char b) { return count(a) < count(b); });
 }
 
 } // namespace

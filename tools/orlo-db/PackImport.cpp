@@ -238,7 +238,7 @@ private:
                 continue;
             const PackRows all(m_database, QString::fromUtf16(titles));
             const QString wanted = row.values[at(position)].toText();
-            const auto found = std::ranges::find_if(all.rows, [&](const PackRows::Row& one) {
+            const auto found = std::ranges::find_if(all.rows, [&, title = title](const PackRows::Row& one) {
                 return sameText(all.value(one, title).textOrEmpty(), wanted);
             });
             if (found == all.rows.end())
