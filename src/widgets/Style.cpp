@@ -189,6 +189,8 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
             return;
         }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_SpinBox)
+        paintEdge(*painter, *option);
 }
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -1,15 +1,14 @@
 #include "adults/frmAdults.h"
 #include "awards/frmAddAwardsToScout.h"
 #include "awards/frmAssignInsignias.h"
-#include "pack/dlgAddScouts.h"
 #include "pack/frmDenInfo.h"
 #include "pack/frmPackDenPositions.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "scouts/frmScouts.h"
 #include "shell/frame/mdiPendrake.h"
-#include "support/Files.h"
 #include "support/OrloDb.h"
 #include "support/RecordScreen.h"
+#include "support/Table.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/ComboBox.h"
 #include "widgets/EmptyText.h"
@@ -77,27 +76,19 @@ class tst_sample : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QCOMPARE(test::orloDb({"new", sample(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
-    }
-
-    void nothingIsCutOff_data()
-    {
-        QTest::addColumn<int>("points");
-        for (const int points : {0, 11, 16})
-            QTest::addRow("%d", points) << points;
-    }
+    void nothingIsCutOff_data() { test::table({"points"}, "-1\n11\n16"); } // -1 is the usual size
     void nothingIsCutOff()
     {
-        QFETCH(int, points);
         const QFont before = QApplication::font();
-        QFont font = before;
-        if (points > 0)
-            font.setPointSize(points);
-        QApplication::setFont(font);
+        QApplication::setFont(QFont(before.family(), test::cell("points").toInt()));
         const test::AppFolder folder;
-        open();
+        test::copyLayouts();
+        gDatabase.reset();
+        QVERIFY(QFile::remove(gAppPath + "/Quorrel11.mdb"));
+        const auto made = test::orloDb({"new", gAppPath + "/Quorrel11.mdb", "--from", ORLO_SOURCE_DIR "/samples/pack"});
+        QCOMPARE(made.errors, QString());
+        openDatabase(databasePath());
+        mdiPendrake::instance().show();
         database().execute("Update Assigned_Awards_Scouts Set Quantity = 32767 Where Assigned_SID < 20");
         QSet<QString> faults;
         addCutOfPeople(opened<frmScouts>(), "lbScouts", "tabScout", faults);
@@ -106,7 +97,6 @@ private Q_SLOTS:
         auto& dens = opened<frmDenInfo>();
         for (auto* next = &control<QPushButton>(dens, "cmdNext"); next->isEnabled(); next->click())
             addCut(dens, faults);
-        addCut(opened<dlgAddScouts>(), faults);
         addCut(opened<frmPackDenPositions>(), faults);
         auto& assign = opened<frmAssignInsignias>();
         for (const char* button : {"cmdSelectAllSel", "cmdUnSelAll"}) {
@@ -153,21 +143,6 @@ private Q_SLOTS:
         control<QPushButton>(purchases, "cmdCreate").click();
         QCOMPARE(widgets::saidWhileEmpty(awards), "No award was given in these dates.");
     }
-
-private:
-    [[nodiscard]] QString sample() const { return m_dir.filePath("sample.mdb"); }
-
-    void open() const
-    {
-        gDatabase.reset();
-        test::copyLayouts();
-        QFile::remove(gAppPath + "/Quorrel11.mdb");
-        QVERIFY(QFile::copy(sample(), gAppPath + "/Quorrel11.mdb"));
-        gDatabase = std::make_unique<store::Database>(store::openFile(databasePath()));
-        mdiPendrake::instance().show();
-    }
-
-    QTemporaryDir m_dir;
 };
 
 ORLO_TEST(tst_sample)

@@ -11,7 +11,6 @@
 #include "widgets/ListBox.h"
 #include "widgets/OptionButton.h"
 #include "widgets/TextBox.h"
-#include "widgets/TextGrid.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
@@ -188,40 +187,6 @@ private Q_SLOTS:
         widgets::fillBox(box, "short");
         QApplication::sendEvent(&box, &help);
         QVERIFY(!QToolTip::isVisible());
-    }
-
-    // Whoever has the focus looks different, frame and marked row.
-    void focusShows()
-    {
-        QWidget form;
-        QLineEdit text(&form);
-        ListBox list(&form);
-        widgets::TextGrid grid(&form);
-        QPlainTextEdit note(&form);
-        fill(list);
-        list.setListIndex(1);
-        grid.setCols(2);
-        grid.addRow();
-        grid.setRow(1);
-        form.show();
-        QVERIFY(QTest::qWaitForWindowActive(&form));
-        text.setFocus();
-        const QList<QWidget*> views{&list, &grid, &note};
-        QList<QImage> without;
-        for (QWidget* view : views) {
-            view->resize(200, 100);
-            without += view->grab().toImage();
-        }
-        for (int i = 0; i < 3; ++i) {
-            views[i]->setFocus();
-            const QImage with = views[i]->grab().toImage();
-            QVERIFY(with.pixel(0, 9) != without[i].pixel(0, 9));
-            if (auto* rows = qobject_cast<QAbstractItemView*>(views[i])) {
-                const QRect row = rows->visualRect(rows->currentIndex());
-                const QPoint marked = rows->viewport()->mapTo(rows, row.topRight() - QPoint(9, -3));
-                QVERIFY(with.pixel(marked) != without[i].pixel(marked));
-            }
-        }
     }
 
     void listBox()
