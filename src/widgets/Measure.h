@@ -5,8 +5,8 @@ class QWidget;
 namespace orlo::widgets
 {
 
-/// Gives the controls of a window the sizes that its letters ask for. What a control usually holds is told by properties
-/// in its `.ui` file:
+/// Gives the controls of a window the sizes that its letters ask for. What a control usually holds is told by
+/// properties in its `.ui` file:
 ///
 /// - `chars`: it has room for so many characters at least; `lines`: a list, grid or text for so many lines.
 /// - `mostChars`: it grows no wider than so many characters take.

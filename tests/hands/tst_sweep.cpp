@@ -108,8 +108,8 @@ private Q_SLOTS:
         test::prepareForWindows();
         form.show();
         auto& shown = *test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea").currentSubWindow()->widget();
-        const bool usual = !qEnvironmentVariableIntValue("ORLO_TEST_LETTERS") &&
-                           shown.screen()->availableSize().width() >= 1024;
+        const bool usual =
+            !qEnvironmentVariableIntValue("ORLO_TEST_LETTERS") && shown.screen()->availableSize().width() >= 1024;
         QString cut;
         (void)QTest::qWaitFor(
             [&] {

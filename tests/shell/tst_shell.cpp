@@ -228,7 +228,8 @@ private Q_SLOTS:
         auto* scroll = &test::control<QScrollArea>(*window, "scrScout");
         QTest::qWait(100); // it takes its place
         window->resize(920, 350);
-        auto& field = test::control<QLineEdit>(*window, "txtYearsInScouts");
+        QTest::qWait(10);
+        auto& field = test::control<QLineEdit>(*window, "txtParent1HPhone");
         const QPoint corner = field.mapTo(scroll->widget(), QPoint());
         scroll->verticalScrollBar()->setValue(corner.y() + 5 - scroll->viewport()->height());
         scroll->horizontalScrollBar()->setValue(corner.x() - 50);
