@@ -24,14 +24,14 @@ void keepCopies(Table& table)
     const Work ours = [&] {
         QDir(folder).removeRecursively();
         store::KeptCopies copies(file.path());
-        return timed([&] {
+        return waited([&] {
             if (!copies.beforeChange(database(), {}))
                 qFatal("no copy was made");
         });
     };
     const Work theirs = [&] {
         QFile::remove(plain);
-        return timed([&] {
+        return waited([&] {
             if (!QFile::copy(file.path(), plain))
                 qFatal("the file can't be copied");
             platform::flushFile(plain);

@@ -47,10 +47,10 @@ void openFormerFile(Table& table)
         QFile::remove(path);
         QFile::remove(kept);
         test::write(path, pages.bytes());
-        return timed([&path] { (void)store::openFile(path); });
+        return waited([&path] { (void)store::openFile(path); });
     };
     const Work theirs = [&] {
-        return timed([&] {
+        return waited([&] {
             for (const char* name : {"Scouts", "Assigned_Awards_Scouts"}) {
                 QProcess process;
                 process.setStandardOutputFile(folder.filePath(QLatin1String(name)));
