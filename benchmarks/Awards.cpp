@@ -86,8 +86,9 @@ public:
     }
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
     {
-        return role == Qt::DisplayRole ? m_rows[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())]
-                                       : QVariant();
+        return role == Qt::DisplayRole
+                   ? m_rows[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())]
+                   : QVariant();
     }
 
 private:

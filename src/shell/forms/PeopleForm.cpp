@@ -9,6 +9,7 @@
 #include "widgets/TextGrid.h"
 
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QTabWidget>
 
 namespace orlo
@@ -293,8 +294,10 @@ void PeopleForm::openSet()
 {
     const int opening = ++m_openings;
     const PeopleFilter people = filter();
-    openRecords(QStringLiteral("Select * From %1s ").arg(m_words.noun) + people.BuildViewCriteria(QString()) +
-                people.BuildOrderClause());
+    const QString statement = QStringLiteral("Select * From %1s ").arg(m_words.noun) +
+                              people.BuildViewCriteria(QString()) + people.BuildOrderClause();
+    if (statement != m_justOpened) // a den filter that gets its text back wants the set that is being shown
+        openRecords(statement);
     controls().cmdSave->setEnabled(false); // edits of the former set are dropped unasked
     if (mRecordCount < 1) {
         m_people->list->clear();
@@ -302,9 +305,10 @@ void PeopleForm::openSet()
         ClearRecord();
     } else {
         setRecordIndex(1);
+        const QScopedValueRollback justOpened(m_justOpened, statement);
         LoadDenLists();
     }
-    // Where the den filter got its text back, that has opened the set once more and left nothing to do here.
+    // Where the den filter got its text back, that has filled the list and left nothing to do here.
     if (opening == m_openings) {
         mFindRequested = false;
         mNewRecord = false;
@@ -349,13 +353,13 @@ void PeopleForm::PopulateNavLB()
     QStringList rows;
     rows.reserve(mRecordCount);
     const bool lastNameFirst = m_people->optOrderLastName->isChecked();
-    for (; !rsRecords->eof(); rsRecords->moveNext()) {
-        const QString first = rsRecords->value(u"First_Name").textOrEmpty();
-        const QString last = rsRecords->value(u"Last_Name").textOrEmpty();
-        const QString middle = listMiddle(rsRecords->value(u"MI").textOrEmpty());
+    rsRecords->readAll({u"First_Name", u"Last_Name", u"MI"}, [&](std::span<const store::Value> name) {
+        const QString first = name[0].textOrEmpty();
+        const QString last = name[1].textOrEmpty();
+        const QString middle = listMiddle(name[2].textOrEmpty());
         rows.append(lastNameFirst ? rightTrimmed(last) + QStringLiteral(", ") + rightTrimmed(first + middle)
                                   : rightTrimmed(first + middle + last));
-    }
+    });
     widgets::ListBox& list = *m_people->list;
     list.setUpdatesEnabled(false);
     list.clear();

@@ -186,6 +186,7 @@ private:
     Words m_words;
     std::optional<PeopleControls> m_people;
     int m_openings = 0;
+    QString m_justOpened; // the set's statement while its den lists are loaded
 };
 
 } // namespace orlo

@@ -4,6 +4,7 @@
 #include "shell/frame/TakeoverNotice.h"
 #include "shell/frame/mdiPendrake.h"
 #include "ui_frmSplash.h"
+#include "widgets/NestedLoop.h"
 #include "widgets/Twips.h"
 
 #include <QPainter>
@@ -19,6 +20,7 @@ namespace
 constexpr QSize PictureSize(483, 401);
 constexpr int FontPixels = 12;
 constexpr int LookForEndEvery = 100; // ms
+constexpr int LongestWait = 100;     // ms
 
 // The build leaves the picture's plain pixels in the program, so that nothing is decoded before it shows.
 QImage picture(int scale)
@@ -60,6 +62,16 @@ void frmSplash::openFrameAfter(int milliseconds)
     tmrSplashWait->start(milliseconds);
 }
 
+void frmSplash::awaitPicture()
+{
+    const widgets::NestedLoop loop;
+    QTimer end;
+    end.setSingleShot(true);
+    end.start(LongestWait);
+    while (!m_isShown && end.isActive())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+}
+
 void frmSplash::load()
 {
     setCursor(Qt::WaitCursor);
@@ -88,6 +100,7 @@ void frmSplash::paintEvent(QPaintEvent*)
     painter.drawImage(0, 0, m_picture);
     painter.setPen(Qt::black);
     painter.drawRect(rect().adjusted(0, 0, -1, -1)); // its thin border
+    QTimer::singleShot(0, this, [this] { m_isShown = true; });
     for (QLabel* label : {ui->lblVersion, ui->lblWarning})
         QTimer::singleShot(0, label, &QWidget::show);
 }

@@ -34,6 +34,7 @@ struct Source {
     bool freeNumbers = false; ///< as of the table
     bool wholeTable = false;  ///< opened by the table's name
     QByteArray keysSql;       ///< the membership of an updatable set, the row's key in the last column
+    QByteArray unorderedSql;  ///< the same from its key on, with what stands before it to be added, in no order
     QByteArray rowSql;        ///< one row by its key
     QByteArray blockSql;      ///< a row for each of MaxBlock keys, in their order, with the key in the last column
     QByteArray rowsSql;       ///< all rows of a read-only set
