@@ -1,4 +1,5 @@
 #include "platform/Application.h"
+#include "platform/Conversion.h"
 #include "shell/forms/dlgCalendar.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/TakeoverNotice.h"

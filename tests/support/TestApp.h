@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
 #include "store/jet/OpenFile.h"
 #include "store/schema/Schema.h"

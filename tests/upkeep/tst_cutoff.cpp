@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
