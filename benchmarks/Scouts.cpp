@@ -217,7 +217,7 @@ void compareClicks(Table& table, const PackFile& file)
     const auto boxes = form().findChildren<QLineEdit*>();
     const std::vector<int> sids = clickedSids(plain, Scouts);
     BareForm bare(plain, names, static_cast<std::size_t>(std::ranges::count_if(boxes, &QWidget::isVisible)));
-    table.compare({"50 clicks in the list, 200,000 awards", "two statements, texts into bare boxes", 2.5,
+    table.compare({"50 clicks in the list, 200,000 awards", "two statements, texts into bare boxes", 1.4,
                    [] { return clickRows(Scouts); },
                    [&] {
                        return timed([&] {
@@ -226,7 +226,7 @@ void compareClicks(Table& table, const PackFile& file)
                        });
                    },
                    9});
-    table.compare({"filter by den and back", "query into a list of a string model", 2.0, filterAndBack,
+    table.compare({"filter by den and back", "query into a list of a string model", 1.15, filterAndBack,
                    [&] { return List.fillPlain(plain); }, 9});
 }
 
@@ -235,11 +235,8 @@ void compareClicks(Table& table, const PackFile& file)
 void openScouts(Table& table)
 {
     const PackFile file(packSql(Scouts));
-    if (!qEnvironmentVariableIsSet("DOPEN"))
-        compareOpening(table, "open frmScouts on 10,000 scouts", file, List, 2.0);
-    compareOpening(table, "open frmScouts on 30,000 scouts", PackFile(packSql(ManyScouts)), LongList, 1.25);
-    if (qEnvironmentVariableIsSet("DOPEN"))
-        return;
+    compareOpening(table, "open frmScouts on 10,000 scouts", file, List, 1.15);
+    compareOpening(table, "open frmScouts on 30,000 scouts", PackFile(packSql(ManyScouts)), LongList, 1.2);
     compareClicks(table, file);
     const PackFile small(packSql(FewScouts));
     table.compare({"50 clicks: ten times the scouts", "1,000 scouts", 1.2, clicksIn(file, Scouts),
