@@ -43,7 +43,7 @@ void openAdults(Table& table)
     const PlainDatabase plain(file.path());
     const OpenPack pack(file);
     const PeopleList<frmAdults> list{"Adults", Adults};
-    table.compare({"open frmAdults on 5,000 adults, 300 dens", "query into a plain list", 2.0,
+    table.compare({"open frmAdults on 5,000 adults, 300 dens", "query into a list of a string model", 2.0,
                    [&] { return list.open(); }, [&] { return list.fillPlain(plain); }, 9});
 }
 

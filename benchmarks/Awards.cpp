@@ -1,4 +1,5 @@
 #include "PackFile.h"
+#include "Painting.h"
 #include "Subjects.h"
 #include "Table.h"
 #include "awards/frmAssignInsignias.h"
@@ -7,11 +8,16 @@
 #include "widgets/OptionButton.h"
 #include "widgets/TextGrid.h"
 
+#include <QAbstractTableModel>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStandardItemModel>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTest>
+
+#include <array>
+#include <optional>
 
 #include <sqlite3.h>
 #include <unistd.h>
@@ -54,17 +60,40 @@ void openWithDenSelected()
     click("cmdSelAllByDenScouts");
 }
 
-// What the pack's list holds, without the screen: names, den and key of everybody, in a plain model.
-void fillPlainModel(const PlainDatabase& plain, QStandardItemModel& model)
+// What the pack's list holds, without the screen: a row of texts for everybody.
+class Rows final : public QAbstractTableModel
 {
-    const auto people = plain.prepare(
-        "Select First_Name, Last_Name, Den_Number, Den_Type, Scout_SID From Scouts LEFT JOIN Dens ON "
-        "Scouts.Assigned_Den_SID = Dens.Den_SID Where Scouts.Active = 'Y' Order by Last_Name, First_Name, MI");
-    model.clear();
-    while (step(people))
-        model.appendRow({new QStandardItem, new QStandardItem(textOf(people, 0) + QLatin1Char(' ') + textOf(people, 1)),
-                         new QStandardItem(textOf(people, 2)), new QStandardItem(textOf(people, 4))});
-}
+public:
+    using Row = std::array<QString, 4>;
+
+    explicit Rows(const PlainDatabase& plain)
+    {
+        const auto people = plain.prepare(
+            "Select First_Name, Last_Name, Den_Number, Den_Type, Scout_SID From Scouts LEFT JOIN Dens ON "
+            "Scouts.Assigned_Den_SID = Dens.Den_SID Where Scouts.Active = 'Y' Order by Last_Name, First_Name, MI");
+        while (step(people))
+            m_rows.push_back(
+                {QString(), textOf(people, 0) + u' ' + textOf(people, 1), textOf(people, 2), textOf(people, 4)});
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override
+    {
+        return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+    }
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override
+    {
+        return parent.isValid() ? 0 : static_cast<int>(Row().size());
+    }
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
+    {
+        return role == Qt::DisplayRole
+                   ? m_rows[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())]
+                   : QVariant();
+    }
+
+private:
+    std::vector<Row> m_rows;
+};
 
 // The time that the screen takes to fill its list with that many people, so many of them selected.
 class PackGrid
@@ -81,8 +110,13 @@ public:
             openWithDenSelected();
             control<QTabWidget>("SSTabAssignInsignias").setCurrentIndex(0);
             control<widgets::OptionButton>("optListOfAdults").setChecked(true);
-            const double seconds = timed([] { control<widgets::OptionButton>("optListOfScouts").setChecked(true); });
-            if (control<widgets::TextGrid>("fgSelectFrom").rows() != m_people + 1)
+            auto& grid = control<widgets::TextGrid>("fgSelectFrom");
+            paint(*grid.viewport());
+            const double seconds = timed([&grid] {
+                control<widgets::OptionButton>("optListOfScouts").setChecked(true);
+                paint(*grid.viewport());
+            });
+            if (grid.rows() != m_people + 1)
                 qFatal("the list isn't full");
             return seconds;
         };
@@ -105,7 +139,7 @@ void assignAwards(Table& table)
     const Work ours = [] {
         pick("cboAward", 3);
         control<QLineEdit>("txtAssignDate").setText(QStringLiteral("11/24/2026"));
-        const double seconds = timed([] { click("cmdAssignAward"); });
+        const double seconds = waited([] { click("cmdAssignAward"); });
         const int rows = database().openRecordset(QStringLiteral("Assigned_Awards_Scouts")).recordCount();
         database().execute(QStringLiteral("Delete From Assigned_Awards_Scouts"));
         if (rows != People)
@@ -115,7 +149,7 @@ void assignAwards(Table& table)
     const Work theirs = [&] {
         const auto insert = plain.prepare("INSERT INTO Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, "
                                           "Year, Month) VALUES (?, 4, '2026-11-24', 2026, 11)");
-        const double seconds = timed([&] {
+        const double seconds = waited([&] {
             for (int scout = 1; scout <= People; ++scout) {
                 sqlite3_bind_int(insert.get(), 1, scout);
                 (void)step(insert);
@@ -130,7 +164,7 @@ void assignAwards(Table& table)
         if (!pages.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
             qFatal("no file to append to");
         const QByteArray page(4096, 'x');
-        return timed([&] {
+        return waited([&] {
             for (int append = 0; append < People; ++append) {
                 pages.write(page);
                 ::fsync(pages.handle());
@@ -148,9 +182,20 @@ void fillPackGrid(Table& table)
     const PackGrid morePeople(20'000, 1'000);
     const PackGrid moreSelected(10'000, 2'000);
     const PlainDatabase plain(grid.file().path());
-    QStandardItemModel model;
-    table.compare({"pack grid: 10,000 people, 1,000 selected", "raw query into an item model", 2.0, grid.fill(),
-                   [&] { return timed([&] { fillPlainModel(plain, model); }); }, 9});
+    QTableView view;
+    view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view.show();
+    const Work theirs = [&] {
+        std::optional<Rows> rows;
+        const double seconds = timed([&] {
+            view.setModel(&rows.emplace(plain));
+            paint(*view.viewport());
+        });
+        view.setModel(nullptr);
+        return seconds;
+    };
+    table.compare({"pack grid: 10,000 people, 1,000 selected", "raw query into a table of a vector", 1.15, grid.fill(),
+                   theirs, 9});
     table.compare({"pack grid: twice the people", "10,000 people", 2.4, morePeople.fill(), grid.fill(), 9});
     table.compare({"pack grid: twice the selected", "1,000 selected", 1.3, moreSelected.fill(), grid.fill(), 9});
 }

@@ -8,30 +8,81 @@
 #include <QDir>
 #include <QFile>
 
+#include <utility>
+
 namespace orlo::bench
 {
+
+namespace
+{
+
+// So many scouts, with 20 awards each.
+QByteArray packSql(int scouts)
+{
+    return densSql() + scoutsSql(scouts, scouts) + awardsSql(110) +
+           "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " +
+           QByteArray::number(20 * scouts) +
+           ") INSERT INTO Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Year, Month) "
+           "SELECT 1 + i % " +
+           QByteArray::number(scouts) + ", 1 + i % 110, '2025-06-07', 2025, 6 FROM n;";
+}
+
+enum class Direction { Backup, Restore };
+
+// What the screens do with the file once everything is asked.
+Work copyPack(const PackFile& file, Direction direction)
+{
+    return [&file, direction] {
+        const OpenPack open(file);
+        const QString backup = file.folder() + QStringLiteral("/Quorrel11_Backup");
+        if (direction == Direction::Restore)
+            QFile::copy(file.path(), backup);
+        return waited([&] {
+            database().close();
+            if (direction == Direction::Restore)
+                gFileSystem.copyFile(backup, databasePath(), true);
+            else
+                gFileSystem.copyFile(databasePath(), backup, true);
+            openDatabase(databasePath());
+        });
+    };
+}
+
+Work repairPack(const PackFile& file)
+{
+    return [&file] { return waited([&file] { (void)store::DBEngine::repairDatabase(file.path(), {}); }); };
+}
+
+} // namespace
+
+void copyFiles(Table& table)
+{
+    const PackFile file(packSql(10'000));
+    const PackFile small(packSql(1'000));
+    for (const auto& [work, direction] : {std::pair("backup: ten times the scouts", Direction::Backup),
+                                          {"restore: ten times the scouts", Direction::Restore}})
+        table.compare({work, "1,000 scouts", 11.0, copyPack(file, direction), copyPack(small, direction), 7});
+    table.compare({"repair: ten times the scouts", "1,000 scouts", 11.0, repairPack(file), repairPack(small), 7});
+}
 
 // The copy that makes itself before the first change of a day: what a save then takes longer.
 void keepCopies(Table& table)
 {
-    const PackFile file(densSql() + scoutsSql(10'000, 10'000) + awardsSql(110) +
-                        "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < 200000) INSERT INTO "
-                        "Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Year, Month) "
-                        "SELECT 1 + i % 10000, 1 + i % 110, '2025-06-07', 2025, 6 FROM n;");
+    const PackFile file(packSql(10'000));
     const OpenPack open(file);
     const QString folder = file.folder() + QStringLiteral("/copies");
     const QString plain = file.folder() + QStringLiteral("/plain");
     const Work ours = [&] {
         QDir(folder).removeRecursively();
         store::KeptCopies copies(file.path());
-        return timed([&] {
+        return waited([&] {
             if (!copies.beforeChange(database(), {}))
                 qFatal("no copy was made");
         });
     };
     const Work theirs = [&] {
         QFile::remove(plain);
-        return timed([&] {
+        return waited([&] {
             if (!QFile::copy(file.path(), plain))
                 qFatal("the file can't be copied");
             platform::flushFile(plain);

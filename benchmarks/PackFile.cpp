@@ -127,7 +127,7 @@ QByteArray awardsSql(int count)
 {
     return "WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < " + QByteArray::number(count) +
            ") INSERT INTO Insignias SELECT i, 'Award number ' || (i * 37 % 101), CASE i % 3 WHEN 0 THEN 'Belt Loop' "
-           "WHEN 1 THEN 'Pin' ELSE 'Badge' END, 'Given for what the handbook asks for.' FROM n;";
+           "WHEN 1 THEN 'Pin' ELSE 'Badge' END, 'Given for what page ' || i || ' of the handbook asks for.' FROM n;";
 }
 
 } // namespace orlo::bench

@@ -1,13 +1,15 @@
 #pragma once
 
 #include "PackFile.h"
+#include "Painting.h"
 #include "Table.h"
 #include "widgets/Form.h"
 #include "widgets/ListBox.h"
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QListWidget>
+#include <QListView>
+#include <QStringListModel>
 
 namespace orlo::bench
 {
@@ -31,7 +33,9 @@ struct PeopleList {
         return timed([this] {
             auto& form = widgets::Instance<F>::get();
             form.show();
-            if (form.template findChild<widgets::ListBox*>(QString::fromLatin1("lb" + table))->listCount() != rows)
+            auto& list = *form.template findChild<widgets::ListBox*>(QString::fromLatin1("lb" + table));
+            paint(*list.viewport());
+            if (list.listCount() != rows)
                 qFatal("the list isn't full");
         });
     }
@@ -40,14 +44,19 @@ struct PeopleList {
     double fillPlain(const PlainDatabase& plain) const
     {
         return timed([&] {
-            QListWidget list;
-            list.show();
+            QStringList texts;
             const auto people = plain.prepare(select());
             while (step(people))
-                list.addItem(textOf(people, 2) + QLatin1String(", ") + textOf(people, 1) + u' ' + textOf(people, 3) +
+                texts.append(textOf(people, 2) + QLatin1String(", ") + textOf(people, 1) + u' ' + textOf(people, 3) +
                              QLatin1String(". "));
-            if (list.count() != rows)
-                qFatal("the list has %d rows", list.count());
+            QStringListModel model(texts);
+            QListView list;
+            list.setUniformItemSizes(true);
+            list.setModel(&model);
+            list.show();
+            paint(*list.viewport());
+            if (model.rowCount() != rows)
+                qFatal("the list has %d rows", model.rowCount());
         });
     }
 };

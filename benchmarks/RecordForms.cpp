@@ -1,4 +1,5 @@
 #include "PackFile.h"
+#include "Painting.h"
 #include "Subjects.h"
 #include "Table.h"
 #include "awards/frmInsigniaInfo.h"
@@ -25,6 +26,7 @@ void walkForm()
     auto& next = *form.findChild<QPushButton*>(QStringLiteral("cmdNext"));
     while (next.isEnabled())
         next.click();
+    paint(form);
 }
 
 // Boxes of the kinds that the form has, in a window, and nothing else.
@@ -44,6 +46,17 @@ struct BareWindow {
         }
         window.show();
     }
+
+    // A text that is there already isn't set.
+    void show(const QString& nameText, const QString& descriptionText, const QString& typeText)
+    {
+        if (name.text() != nameText)
+            name.setText(nameText);
+        if (description.toPlainText() != descriptionText)
+            description.setPlainText(descriptionText);
+        if (type.text() != typeText)
+            type.setText(typeText);
+    }
 };
 
 void walkRows(const PlainDatabase& plain)
@@ -52,11 +65,10 @@ void walkRows(const PlainDatabase& plain)
     const auto awards = plain.prepare("SELECT Insignia_SID, Insignia_Name, Insignia_Type, Description FROM Insignias "
                                       "ORDER BY Insignia_Name, Insignia_Type");
     for (int at = 1; step(awards); ++at) {
-        bare.name.setText(textOf(awards, 1));
-        bare.description.setPlainText(textOf(awards, 3));
-        bare.type.setText(textOf(awards, 2));
+        bare.show(textOf(awards, 1), textOf(awards, 3), textOf(awards, 2));
         bare.place.setText(QStringLiteral("Award %1 of %2").arg(at).arg(Awards));
     }
+    paint(bare.window);
 }
 
 } // namespace
@@ -75,7 +87,7 @@ void walkRecordForm(Table& table)
         form->unload();
         return seconds;
     };
-    table.compare({"open and step through 10,000 awards", "C API, texts into bare boxes", 2.0, ours,
+    table.compare({"open and step through 10,000 awards", "C API, texts into bare boxes", 0.7, ours,
                    [&] { return timed([&] { walkRows(plain); }); }, 7});
 }
 

@@ -17,7 +17,7 @@ namespace
 
 double run(const char* program, const QByteArray& folder)
 {
-    return timed([&] {
+    return waited([&] {
         QByteArray name(program);
         QByteArray argument(folder);
         char* const arguments[] = {name.data(), argument.data(), nullptr};

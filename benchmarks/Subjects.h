@@ -18,6 +18,7 @@ void openScouts(Table& table);
 void openAdults(Table& table);
 void startProgram(Table& table);
 void keepCopies(Table& table);
+void copyFiles(Table& table);
 void updateOldFile(Table& table);
 void openFormerFile(Table& table);
 

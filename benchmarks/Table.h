@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,9 +12,18 @@ namespace orlo::bench
 /// Does a piece of work once; the seconds that the part which counts took.
 using Work = std::function<double()>;
 
-/// The seconds that a call takes.
+/// The seconds that a call takes of the processors' time, other processes' not among them: for work that computes.
 template <class Call>
 [[nodiscard]] double timed(Call&& call)
+{
+    const std::clock_t start = std::clock();
+    call();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+/// The seconds until a call returns: for work that waits, for the disk or for another process.
+template <class Call>
+[[nodiscard]] double waited(Call&& call)
 {
     const auto start = std::chrono::steady_clock::now();
     call();

@@ -24,7 +24,7 @@ constexpr Subject Subjects[] = {
     {"form", bench::walkRecordForm},  {"scouts", bench::openScouts},
     {"adults", bench::openAdults},    {"start", bench::startProgram},
     {"update", bench::updateOldFile}, {"jet", bench::openFormerFile},
-    {"copies", bench::keepCopies},
+    {"copies", bench::keepCopies},    {"files", bench::copyFiles},
 };
 
 } // namespace

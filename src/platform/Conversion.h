@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QDate>
-#include <QDateTime>
+#include "platform/DateTime.h"
+
 #include <QString>
 
 #include <cstdint>
@@ -14,19 +14,6 @@ namespace orlo::platform
 [[nodiscard]] QDate today();
 /// Fixes the date that today() returns, for tests and pictures; an invalid date restores the machine's clock.
 void setToday(QDate date);
-
-/// A date with a time of day; most dates of the program have none.
-struct DateTime {
-    QDate date;
-    QTime time = QTime(0, 0);
-
-    friend bool operator==(const DateTime&, const DateTime&) = default;
-    friend auto operator<=>(const DateTime& a, const DateTime& b)
-    {
-        return std::pair(a.date.toJulianDay(), a.time.msecsSinceStartOfDay()) <=>
-               std::pair(b.date.toJulianDay(), b.time.msecsSinceStartOfDay());
-    }
-};
 
 /// Reads a text as a date, month first: "m/d/yy", "m/d/yyyy" (also with "-" or "."), "m/d" (this year), "yyyy-mm-dd",
 /// "7 June 2004", "June 7, 2004", each with an optional time after it. Two-digit years lie in 1930 to 2029. Nothing for

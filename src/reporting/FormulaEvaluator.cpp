@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "reporting/FormulaFunctions.h"
 
 #include <QVarLengthArray>

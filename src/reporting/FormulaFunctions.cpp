@@ -1,5 +1,7 @@
 #include "reporting/FormulaFunctions.h"
 
+#include "platform/Conversion.h"
+
 #include <QLocale>
 #include <QRegularExpression>
 

@@ -1,5 +1,7 @@
 #include "reporting/FormulaLexer.h"
 
+#include "platform/Conversion.h"
+
 #include <array>
 
 namespace orlo::reporting

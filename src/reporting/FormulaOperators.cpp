@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "platform/Text.h"
 #include "reporting/FormulaFunctions.h"
 

@@ -1,5 +1,6 @@
 #include "reporting/Selection.h"
 
+#include "platform/Conversion.h"
 #include "reporting/FormulaFunctions.h"
 
 namespace orlo::reporting

@@ -1,4 +1,5 @@
 #include "adults/frmAdults.h"
+#include "platform/Conversion.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Pack.h"

@@ -1,6 +1,7 @@
 #include "awards/frmAddAdultAwards.h"
 #include "awards/frmAddAwardsToScout.h"
 #include "awards/frmEditAssignedAward.h"
+#include "platform/Conversion.h"
 #include "scouts/frmScouts.h"
 #include "shell/forms/PersonShown.h"
 #include "support/Main.h"

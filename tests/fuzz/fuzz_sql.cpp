@@ -1,6 +1,7 @@
 // Reads any bytes as a statement of the dialect and runs it on a small file. Whatever the text does, it may only read
 // and change rows: the file's tables, texts of queries and journal stay as they are. The same bytes also choose an
 // expression, written with as few brackets as the dialect's precedence allows, whose value is reckoned here as well.
+#include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
 #include "store/schema/Schema.h"

@@ -1,4 +1,5 @@
 #include "pack/frmDenInfo.h"
+#include "platform/Conversion.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"

@@ -2,6 +2,7 @@
 #include "reporting/Export.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
 
@@ -80,6 +81,7 @@ private Q_SLOTS:
             QPDF pdf;
             pdf.setSuppressWarnings(true); // of a page without links
             pdf.processFile(QFile::encodeName(file).constData());
+            QVERIFY(test::contents(file).contains("/ObjStm")); // links and bookmarks are packed
 
             QStringList outline;
             for (const OutlineEntry& entry : document.outline)

@@ -3,6 +3,8 @@
 #include "reporting/view/PageView.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/Printing.h"
+#include "reporting/view/SharedDocument.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
 #include "support/Table.h"
@@ -354,6 +356,23 @@ private Q_SLOTS:
         QCOMPARE(text->cursorPosition(), 0);
         preview.window->setDocument(std::make_shared<Document>());
         QCOMPARE(text->characterCount(), 0);
+    }
+
+    /// Memory in the midst of the heap, which freeing alone leaves with the process, goes back with a large document.
+    void givesMemoryBack()
+    {
+        const auto resident = [] { return test::contents("/proc/self/statm").split(' ').value(1).toLongLong() * 4096; };
+        if (resident() == 0)
+            test::skip("this system doesn't tell");
+        Document large;
+        large.pages.resize(500);
+        for (Page& page : large.pages)
+            page.items.resize(500);
+        auto shared = sharedDocument(std::move(large));
+        const auto behind = std::make_unique<QByteArray>(1000, 'x');
+        const qint64 before = resident();
+        shared.reset();
+        QVERIFY2(before - resident() > 10'000'000, qPrintable(QString::number(before - resident())));
     }
 
     void copiesAddresses()

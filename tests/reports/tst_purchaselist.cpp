@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "reports/frmCreatePurchaseList.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"

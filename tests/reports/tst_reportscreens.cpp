@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "reporting/view/PageText.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/ReportControl.h"

@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "scouts/frmScouts.h"
 #include "support/Main.h"

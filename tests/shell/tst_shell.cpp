@@ -1,4 +1,5 @@
 #include "platform/Application.h"
+#include "platform/Conversion.h"
 #include "shell/forms/dlgCalendar.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/TakeoverNotice.h"
@@ -89,6 +90,8 @@ private Q_SLOTS:
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
         const auto told = error.isEmpty() ? std::make_shared<test::Told>() : test::dismissReport();
         Main();
+        QVERIFY(test::control<QLabel>(*widgets::Instance<frmSplash>::loaded(), "lblVersion")
+                    .isVisible()); // after the picture
         QTEST(QString(gDbNeedsUpdate ? "yes" : "no"), "needs");
         QTEST(QString(gDatabase ? "yes" : "no"), "opened");
         QCOMPARE(told->text.section('\n', 1, 1), error);

@@ -107,6 +107,28 @@ private Q_SLOTS:
         QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
+    /// All records at once are those of a walk, in its order, also where other programs moved one out of the statement.
+    void readsAll()
+    {
+        fill(5);
+        const auto all = [](const Recordset& rows) {
+            QString text;
+            rows.readAll({u"name", u"SID"},
+                         [&](auto record) { text += record[1].toText() + record[0].textOrEmpty() + u' '; });
+            return text;
+        };
+        Recordset rows = m_database->openRecordset("Select * From T Where SID < 5 Order By SID Desc");
+        rows.moveTo(2);
+        test::sqlite(m_path, "UPDATE T SET Name = 'a', SID = 9 WHERE SID = 3;INSERT INTO T (SID) VALUES(0)");
+        QCOMPARE(all(rows), "4 9a 2 1 ");
+        QCOMPARE(rows.place(), 2);
+        for (const QString other : {"Select *, SID + 1 From T Where SID > 4 Order By 1",
+                                    "Select Distinct * From T Where SID > 4 Order By SID"})
+            QCOMPARE(all(m_database->openRecordset(other)), "5 9a ");
+        m_database->execute("Delete From T Where SID = 2");
+        QCOMPARE(failureNumber([&] { all(rows); }), int(platform::RecordDeleted));
+    }
+
     // What can't be read while another program holds the file can be read afterwards.
     void lockedOnTheWay()
     {

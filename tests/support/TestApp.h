@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
 #include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"

@@ -1,5 +1,6 @@
 #include "adults/frmAdults.h"
 #include "pack/frmDenInfo.h"
+#include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "scouts/frmScouts.h"
 #include "shell/frame/mdiPendrake.h"

@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/repair/Repair.h"
 #include "store/schema/Schema.h"

@@ -1,5 +1,6 @@
 #include "PackRows.h"
 
+#include "platform/Conversion.h"
 #include "platform/FileSystem.h"
 #include "store/jet/FormerFile.h"
 #include "store/opening/OpenFile.h"

@@ -180,7 +180,7 @@ void ORLO_FINISH_PDF(QFile& pages, const ByteSink& write, const PdfExtras& extra
     QPDFWriter writer(pdf);
     writer.setOutputPipeline(&sink);
     writer.setStreamDataMode(qpdf_s_preserve);
-    writer.setObjectStreamMode(qpdf_o_disable);
+    writer.setObjectStreamMode(qpdf_o_generate); // a roster's links are half of it otherwise
     writer.registerProgressReporter(std::make_shared<QPDFWriter::FunctionProgressReporter>(
         [&](int percent) { progress(100 + std::size_t(percent), 200); }));
     writer.write();

@@ -4,6 +4,7 @@
 #include "reporting/ReportError.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/RunProgress.h"
+#include "reporting/view/SharedDocument.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -103,7 +104,7 @@ void LiveReport::run()
             return;
         if (!document)
             return m_preview.tell(QStringLiteral("The report wasn't run again. These are the pages of before."));
-        m_preview.setDocument(std::make_shared<const Document>(std::move(*document)));
+        m_preview.setDocument(sharedDocument(std::move(*document)));
         follow(m_preview.document().files, began);
     } catch (const ReportError& error) {
         if (!self)

@@ -10,6 +10,7 @@
 #include "reporting/view/Printing.h"
 #include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
+#include "reporting/view/SharedDocument.h"
 #include "store/opening/OpenFile.h"
 #include "widgets/NestedLoop.h"
 
@@ -206,7 +207,7 @@ int ReportControl::execute()
     if (m_destination == ToPreview) {
         PreviewWindow* window = begun.release();
         if (window)
-            window->setDocument(std::make_shared<const Document>(std::move(*document)));
+            window->setDocument(sharedDocument(std::move(*document)));
         else
             window = show(std::move(*document));
         window->offerReports(platform::nativePath(request.reportFile),
@@ -223,9 +224,10 @@ int ReportControl::execute()
         throw ReportError(platform::DeviceUnavailable,
                           QStringLiteral("The report can't be printed: this computer has no default printer. View "
                                          "the report instead; from its window it can be saved as a PDF file."));
-    preparePrinter(*printer, *document);
+    const auto printed = sharedDocument(std::move(*document));
+    preparePrinter(*printer, *printed);
     RunProgress progress(QStringLiteral("Printing the report…"));
-    return printDocument(*printer, *document, 1, 0, std::ref(progress)) ? 0 : UserInterrupt;
+    return printDocument(*printer, *printed, 1, 0, std::ref(progress)) ? 0 : UserInterrupt;
 }
 
 PreviewWindow* ReportControl::preview() const
@@ -240,7 +242,7 @@ void setDatabaseProvider(std::function<store::Database*(const QString& path)> pr
 
 PreviewWindow* ReportControl::show(Document&& document)
 {
-    auto* window = new PreviewWindow(std::make_shared<const Document>(std::move(document)));
+    auto* window = new PreviewWindow(sharedDocument(std::move(document)));
     m_preview = window;
     window->setWindowTitle(freeCaption(m_windowTitle.isEmpty() ? window->windowTitle() : m_windowTitle));
     window->setPageListVisible(m_windowOption);

@@ -9,6 +9,7 @@
 #include "widgets/TextGrid.h"
 
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QTabWidget>
 
 namespace orlo
@@ -288,8 +289,10 @@ void PeopleForm::openSet()
 {
     const int opening = ++m_openings;
     const PeopleFilter people = filter();
-    openRecords(QStringLiteral("Select * From %1s ").arg(m_words.noun) + people.BuildViewCriteria(QString()) +
-                people.BuildOrderClause());
+    const QString statement = QStringLiteral("Select * From %1s ").arg(m_words.noun) +
+                              people.BuildViewCriteria(QString()) + people.BuildOrderClause();
+    if (statement != m_justOpened) // restoring the den filter's text asks for the set just opened
+        openRecords(statement);
     button("cmdSave").setEnabled(false); // edits of the former set are dropped without a question
     if (mRecordCount < 1) {
         m_list->clear();
@@ -297,9 +300,10 @@ void PeopleForm::openSet()
         ClearRecord();
     } else {
         setRecordIndex(1);
+        const QScopedValueRollback justOpened(m_justOpened, statement);
         LoadDenLists();
     }
-    // If restoring the den filter's text has reopened the set, nothing is left to do here.
+    // If restoring the den filter's text has filled the list, nothing is left to do here.
     if (opening == m_openings) {
         mFindRequested = false;
         mNewRecord = false;
@@ -344,9 +348,10 @@ void PeopleForm::PopulateNavLB()
     QStringList rows;
     rows.reserve(mRecordCount);
     const bool lastNameFirst = m_filters->lastNameFirst();
-    const auto text = [this](QStringView field) { return rsRecords->value(field).textOrEmpty(); };
-    for (; !rsRecords->eof(); rsRecords->moveNext())
-        rows.append(listRow(text(u"First_Name"), listMiddle(text(u"MI")), text(u"Last_Name"), lastNameFirst));
+    rsRecords->readAll({u"First_Name", u"MI", u"Last_Name"}, [&](std::span<const store::Value> name) {
+        rows.append(listRow(name[0].textOrEmpty(), listMiddle(name[1].textOrEmpty()), name[2].textOrEmpty(),
+                            lastNameFirst));
+    });
     m_list->setUpdatesEnabled(false);
     m_list->clear();
     m_list->addItems(rows);

@@ -150,6 +150,7 @@ private:
     QTabWidget* m_tabs = nullptr;
     std::optional<FilterControls> m_filters;
     int m_openings = 0;
+    QString m_justOpened; // the set's statement while its den lists are loaded
 };
 
 } // namespace orlo

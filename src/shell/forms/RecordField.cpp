@@ -1,5 +1,6 @@
 #include "shell/forms/RecordField.h"
 
+#include "platform/Conversion.h"
 #include "widgets/CheckBox.h"
 #include "widgets/ComboBox.h"
 #include "widgets/OptionButton.h"

@@ -42,6 +42,7 @@ void Main()
         auto& splash = widgets::Instance<frmSplash>::get();
         splash.show();
         splash.openFrameAfter(SplashTime);
+        splash.awaitPicture(); // it needn't wait for the file to be read
         gAppPath = platform::folder();
         gOldDbName = QStringLiteral("\\Quorrel.mdb");
         gDbName = QStringLiteral("\\Quorrel11.mdb");

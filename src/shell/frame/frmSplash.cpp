@@ -4,6 +4,7 @@
 #include "shell/frame/TakeoverNotice.h"
 #include "shell/frame/mdiPendrake.h"
 #include "ui_frmSplash.h"
+#include "widgets/NestedLoop.h"
 #include "widgets/Twips.h"
 
 #include <QPainter>
@@ -20,6 +21,7 @@ constexpr QSize PictureSize(483, 401);
 constexpr QColor Border(0x6f, 0x98, 0xa8);
 constexpr int FontPixels = 12;
 constexpr int LookForEndEvery = 100; // ms
+constexpr int LongestWait = 100;     // ms
 
 // The build embeds the picture as raw pixels, so that nothing needs decoding before it is shown.
 QImage picture(int scale)
@@ -61,6 +63,16 @@ void frmSplash::openFrameAfter(int milliseconds)
     tmrSplashWait->start(milliseconds);
 }
 
+void frmSplash::awaitPicture()
+{
+    const widgets::NestedLoop loop;
+    QTimer end;
+    end.setSingleShot(true);
+    end.start(LongestWait);
+    while (!m_isShown && end.isActive())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+}
+
 void frmSplash::load()
 {
     setCursor(Qt::WaitCursor);
@@ -89,6 +101,7 @@ void frmSplash::paintEvent(QPaintEvent*)
     painter.drawImage(0, 0, m_picture);
     painter.setPen(Border);
     painter.drawRect(rect().adjusted(0, 0, -1, -1)); // a thin edge, visible on any desktop
+    QTimer::singleShot(0, this, [this] { m_isShown = true; });
     for (QLabel* label : {ui->lblVersion, ui->lblWarning})
         QTimer::singleShot(0, label, &QWidget::show);
 }

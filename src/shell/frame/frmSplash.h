@@ -26,6 +26,8 @@ public:
 
     /// Sets the interval of tmrSplashWait and starts it.
     void openFrameAfter(int milliseconds);
+    /// Returns when the picture is on the screen, or after a moment where the screen keeps it waiting.
+    void awaitPicture();
 
 protected:
     void load() override;
@@ -38,6 +40,7 @@ private:
     std::unique_ptr<Ui::frmSplash> ui;
     QTimer* tmrSplashWait;
     QImage m_picture;
+    bool m_isShown = false; // painted, and handed to the screen
 };
 
 } // namespace orlo

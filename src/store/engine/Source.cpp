@@ -247,6 +247,11 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
     source->shape = connection.shape(source->rowSql, [&] { return makeShape(connection, *source, table->name); });
     const bool keyAlone = source->shape->plain && !translated.ordersByPlace;
     source->keysSql = "SELECT " + (keyAlone ? QByteArray() : columns + ',') + key + from + tail;
+    source->unorderedSql = key + from;
+    source->unorderedSql +=
+        translated.orderStart < 0
+            ? tail
+            : translated.sql.sliced(translated.tailStart, translated.orderStart - translated.tailStart).toUtf8();
     if (translated.orderStart < 0) // in order of insertion, whatever index SQLite uses
         source->keysSql += " ORDER BY " + key;
     return source;

@@ -33,6 +33,7 @@ struct Source {
     bool freeNumbers = false;                  ///< as in TableInfo
     bool wholeTable = false;                   ///< opened by the table's name
     QByteArray keysSql;                        ///< an updatable set's rows; the last column is the row number
+    QByteArray unorderedSql;                   ///< the same in no order, from the row number on, to be completed before
     QByteArray rowSql;                         ///< one row by its number
     QByteArray blockSql;                       ///< one row per number, of MaxBlock; the last column is the row number
     QByteArray rowsSql;                        ///< all rows of a read-only set

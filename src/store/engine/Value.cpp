@@ -1,5 +1,6 @@
 #include "store/engine/Value.h"
 
+#include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "store/engine/Conversion.h"
 

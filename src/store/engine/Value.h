@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Conversion.h"
+#include "platform/DateTime.h"
 
 #include <QString>
 
