@@ -354,8 +354,13 @@ private Q_SLOTS:
         QCOMPARE(text->cursorPosition(), 30);
         view.goToPage(2); // a reader begins at its top
         QCOMPARE(text->cursorPosition(), 0);
-        preview.window->setDocument(std::make_shared<Document>());
-        QCOMPARE(text->characterCount(), 0);
+        text->setCursorPosition(30);
+        preview.window->setDocument(std::make_shared<Document>()); // what it knew is gone
+        QCOMPARE(text->cursorPosition(), 0);
+        text->setCursorPosition(30);
+        text->addSelection(0, 3);
+        view.copy();
+        QCOMPARE(text->characterCount() + text->selectionCount(), 0);
     }
 
     /// Memory in the midst of the heap, which freeing alone leaves with the process, goes back with a large document.

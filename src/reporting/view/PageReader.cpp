@@ -5,6 +5,7 @@
 #include <QAccessibleWidget>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <optional>
 
 namespace orlo::reporting
@@ -58,13 +59,13 @@ public:
 
     [[nodiscard]] int cursorPosition() const override
     {
-        return m_caret.first == view().currentPage() ? int(m_caret.second) : 0;
+        return m_caret.first == view().currentPage() ? onPage(int(m_caret.second)) : 0;
     }
     void setCursorPosition(int place) override
     {
-        m_caret = {view().currentPage(), std::clamp(place, 0, characterCount())};
+        m_caret = {view().currentPage(), onPage(place)};
         scrollToSubstring(place, place + 1);
-        QAccessibleTextCursorEvent moved(&view(), place);
+        QAccessibleTextCursorEvent moved(&view(), onPage(place));
         QAccessible::updateAccessibility(&moved);
     }
 
@@ -79,7 +80,7 @@ public:
         *from = int(span.from);
         *to = int(span.to);
     }
-    void addSelection(int from, int to) override { view().select({view().currentPage(), from, to}); }
+    void addSelection(int from, int to) override { view().select({view().currentPage(), onPage(from), onPage(to)}); }
     void setSelection(int, int from, int to) override { addSelection(from, to); }
     void removeSelection(int) override { addSelection(0, 0); }
 
@@ -93,10 +94,14 @@ public:
     }
     [[nodiscard]] int offsetAtPoint(const QPoint& point) const override
     {
-        const QPointF onPage = view().onPage(view().currentPage(), view().viewport()->mapFromGlobal(point));
-        return pageText().isTextAt(onPage) ? int(pageText().placeAt(onPage)) : -1;
+        const QPointF there = view().onPage(view().currentPage(), view().viewport()->mapFromGlobal(point));
+        return pageText().isTextAt(there) ? int(pageText().placeAt(there)) : -1;
     }
-    void scrollToSubstring(int from, int to) override { view().bringIntoView({view().currentPage(), from, to}); }
+    void scrollToSubstring(int from, int to) override
+    {
+        if (view().pageCount() > 0)
+            view().bringIntoView({view().currentPage(), from, to});
+    }
 
     [[nodiscard]] QString attributes(int, int* from, int* to) const override
     {
@@ -107,6 +112,9 @@ public:
 
 private:
     [[nodiscard]] PageView& view() const { return static_cast<PageView&>(*widget()); }
+
+    /// The place of the page's text that is nearest to one that a reader knows from another page or state.
+    [[nodiscard]] int onPage(int place) const { return std::clamp(place, 0, characterCount()); }
 
     [[nodiscard]] QWidgetList parts() const
     {
