@@ -81,6 +81,16 @@ QString Value::toText() const
     return std::visit(ToText{}, m_data);
 }
 
+std::int16_t Value::toInt16() const
+{
+    return platform::toInt16(toDouble());
+}
+
+std::int32_t Value::toInt32() const
+{
+    return platform::toInt32(toDouble());
+}
+
 double Value::toDouble() const
 {
     return std::visit(ToDouble{}, m_data);

@@ -43,8 +43,8 @@ public:
     /// "" for Null.
     [[nodiscard]] QString textOrEmpty() const { return isNull() ? QString() : toText(); }
     /// Raise 94 for Null, 13 for what doesn't read as a number, 6 outside the range.
-    [[nodiscard]] std::int16_t toInt16() const { return platform::toInt16(toDouble()); }
-    [[nodiscard]] std::int32_t toInt32() const { return platform::toInt32(toDouble()); }
+    [[nodiscard]] std::int16_t toInt16() const;
+    [[nodiscard]] std::int32_t toInt32() const;
     [[nodiscard]] double toDouble() const;
     /// Raises 94 for Null, 13 for what is neither yes/no, number nor "True"/"False".
     [[nodiscard]] bool toBool() const;
