@@ -125,6 +125,7 @@ private:
         if (action == 11) {
             set = m_programs[walker.program].openRecordset("T");
             walker.numbers = m_rows.keys();
+            walker.added = {};
             arrive(walker, walker.numbers.value(0));
             return 0;
         }

@@ -56,13 +56,12 @@ struct KnownRecord {
 
     std::shared_ptr<const Source> source;
     qint64 number = 0;
-    Record record = {};            ///< none if it wasn't read
-    bool removed = false;          ///< by this program; a row of that number is a new one
-    bool changedByAnother = false; ///< even if this program wrote it afterwards
-    Change pending = Change::None; ///< in the open transaction
-    Record written = {};           ///< the record after that
-    std::shared_ptr<const KnownRecord> before =
-        {}; ///< the state before the transaction, once a nested one was committed
+    Record record = {};                             ///< none if it wasn't read
+    bool removed = false;                           ///< by this program; a row of that number is a new one
+    bool changedByAnother = false;                  ///< even if this program wrote it afterwards
+    Change pending = Change::None;                  ///< in the open transaction
+    Record written = {};                            ///< the record after that
+    std::shared_ptr<const KnownRecord> before = {}; ///< at its start, if a nested one was committed
 };
 
 /// The known records of a connection's sets.
@@ -94,7 +93,7 @@ private:
     Connection& m_connection;
     std::vector<std::weak_ptr<KnownRecord>> m_records;
     quint32 m_version = 0;
-    quint32 m_before = 0; // at its start
+    quint32 m_before = 0; // at the start of the transaction
     bool m_wrote = false;
 };
 

@@ -22,8 +22,9 @@ constexpr qsizetype RowsBetweenCalls = 2'000;
 
 qint64 greatestGiven = 0; // in all files
 
-// A set knows its rows by number, and SQLite reuses the newest row's number after a removal. The clock in microseconds
-// never repeats, in any program. If the clock was set back, our own greatest number is used instead.
+// The lowest number for a new row. A set knows its rows by number, and SQLite reuses the newest row's number after a
+// removal. The clock in microseconds never repeats, in any program. If the clock was set back, our own greatest number
+// is used instead.
 qint64 minNewNumber()
 {
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();

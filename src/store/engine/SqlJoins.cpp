@@ -1,5 +1,5 @@
-// Sums over a join that finds at most one row of a second table for each row of a first one, by its key. Below the join
-// they are made once for each key; the few rows that the join then gives are grouped again, as the statement says.
+// A Sum over a LEFT JOIN by primary key is made below the join, once per key. The few joined rows are then grouped again
+// as the statement says.
 
 #include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
@@ -31,11 +31,11 @@ const KeyedJoin::Column* columnOf(const KeyedJoin& join, QStringView name)
     return found == join.columns.end() || found->sql.isEmpty() ? nullptr : &*found;
 }
 
-// The fields that are needed; true for those that are summed up.
+// The fields in use; true if they are summed.
 using Names = QMap<QString, bool>;
 
-// One join's rows: each key's sums first, in the order of the rows that they begin with, as equal texts show as the
-// first of them is spelled.
+// The rows of one join, summed by key. They keep the order of each key's first row, because a group of texts that differ
+// in case shows its first one.
 QString summed(const KeyedJoin& join, const Names& names, const QString& source, const QString& condition)
 {
     QString rows = join.key % u" AS \"~key\", " % join.rowKey % u" AS \"~row\"";
@@ -62,7 +62,7 @@ QString summed(const KeyedJoin& join, const Names& names, const QString& source,
 
 } // namespace
 
-// Which source of the Select that is read has a field; -1 for a field that isn't known.
+// The index of a field's source, -1 for an unknown field.
 qsizetype SqlTranslator::placeOfSource(const KnownField* field) const
 {
     const auto has = [field](const Source& source) {
@@ -73,7 +73,7 @@ qsizetype SqlTranslator::placeOfSource(const KnownField* field) const
     return found == m_scope->sources.end() ? -1 : found - m_scope->sources.begin();
 }
 
-// Called once a join is read, with the place of its condition: `a = b`, of which b is the second table's key.
+// Called after each join. Its condition must be `a = b`, where b is the second table's key.
 void SqlTranslator::noteJoin(Symbol side, qsizetype condition)
 {
     const auto& sources = m_scope->sources;
@@ -98,7 +98,7 @@ void SqlTranslator::noteJoin(Symbol side, qsizetype condition)
                   table(sources[1]), field(sources[1], inQuotes(key->name))};
 }
 
-// Called for each result of such a join, with the first of the fields that it names.
+// Called for each result of a Select over such a join; its fields start at `first`.
 void SqlTranslator::noteColumn(const QString& name, const QString& sql, qsizetype first)
 {
     bool ofRow = true;
@@ -110,7 +110,7 @@ void SqlTranslator::noteColumn(const QString& name, const QString& sql, qsizetyp
     m_scope->join->columns.append({name, ofRow || ofKey ? sql : QString(), ofRow});
 }
 
-// The joins that a Select without conditions and groups consists of.
+// The joins that make up a Select without conditions and groups.
 KeyedJoins SqlTranslator::joinsOf(const Query& query) const
 {
     const auto& sources = m_scope->sources;
@@ -120,7 +120,7 @@ KeyedJoins SqlTranslator::joinsOf(const Query& query) const
     return whole ? sources[0].joins : KeyedJoins();
 }
 
-// Of a Union All, whose fields have the names of its first part.
+// Appends the joins of a Union All, with the column names of its first part.
 void SqlTranslator::unite(KeyedJoins& joins, KeyedJoins more)
 {
     if (joins.isEmpty() || more.isEmpty() || joins[0].columns.size() != more[0].columns.size())
@@ -131,7 +131,7 @@ void SqlTranslator::unite(KeyedJoins& joins, KeyedJoins more)
     joins += more;
 }
 
-// Called once a grouped Select is read. Its text stays but for the source, which takes the condition along.
+// Called after a grouped Select. Replaces its source and condition; the rest of it stays.
 void SqlTranslator::sumBelowJoins(Query& query)
 {
     if (m_scope->sources.size() != 1 || m_scope->sources[0].joins.isEmpty() || query.groups.isEmpty())
@@ -150,7 +150,7 @@ void SqlTranslator::sumBelowJoins(Query& query)
         names.insert(field->name, false);
     }
     for (const auto& [function, field] : m_scope->summed) {
-        // Min and Max choose the row whose spelling shows, and of numbers with fractions the order tells.
+        // Min and Max would change which spelling is shown, and fractions depend on the order of addition.
         const bool exact = platform::sameName(function, u"sum") && field && field->whole;
         if (!exact || !isInAll(field, true) || !names.value(field->name, true))
             return;
