@@ -50,7 +50,8 @@ int textWidth(const QString& text, const QFont& font)
     const QFontMetrics metrics(font);
     const int word = metrics.boundingRect(QRect(0, 0, 1, 1), Qt::TextWordWrap, text).width();
     const int step = std::max(1, metrics.averageCharWidth() / 2);
-    int width = std::min(metrics.size(0, text).width(), std::max(word, MaxLine * metrics.maxWidth())) + 1;
+    int width =
+        std::min(metrics.size(0, text).width(), std::max(word, MaxLine * metrics.averageCharWidth() * 3 / 2)) + 1;
     while (width > word && linesAt(width, text, font) == 0)
         width -= step;
     const int lines = linesAt(width, text, font);

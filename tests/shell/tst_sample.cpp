@@ -99,10 +99,8 @@ private Q_SLOTS:
             addCut(dens, faults);
         addCut(opened<frmPackDenPositions>(), faults);
         auto& assign = opened<frmAssignInsignias>();
-        for (const char* button : {"cmdSelectAllSel", "cmdUnSelAll"}) {
-            control<QPushButton>(assign, button).click();
-            addCut(assign, faults);
-        }
+        control<QPushButton>(assign, "cmdSelectAllSel").click();
+        addCut(assign, faults);
         control<QTabWidget>(assign, "SSTabAssignInsignias").setCurrentIndex(1);
         addCut(assign, faults);
         auto& list = opened<frmCreatePurchaseList>();
