@@ -117,7 +117,7 @@ complete "$user"
 timeout 3 "$given/orlo-notice" box 2>"$here/log" || [ $? -eq 124 ] # the box waits
 mv "$given/orlo-notice" "$here" && printf '#!/bin/sh\necho "box: $1"\n' >"$given/orlo-notice" && chmod +x "$given/orlo-notice"
 stays_away() { # stays_away XDG_DATA_HOME WORDS
-    [ "$(XDG_DATA_HOME=$1 timeout 60 "$launcher" 2>"$here/log" | grep -cE "^box:|$2")" -eq 2 ]
+    [ "$({ XDG_DATA_HOME=$1 timeout 60 "$launcher" 2>"$here/log" || :; } | grep -cE "^box:|$2" || :)" = 2 ]
 }
 stays_away "$given/orlo" 'Not a directory'
 chmod -x "$user/orlo"

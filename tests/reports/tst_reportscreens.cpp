@@ -234,7 +234,8 @@ private Q_SLOTS:
         for (const char* table : {"Scouts", "Adults", "Insignias", "Purchase_List", "Other_Purchase_List"})
             database().execute(QStringLiteral("Delete From ") + table);
         database().execute(QStringLiteral("Update PackInfo Set [Pack Number] = 0")); // nobody has typed it in
-        QCOMPARE(printed(), heading.remove("Pack12,") + test::withoutBlanks(nothing + "Printed February 14, 2026 Page 1 of 1"));
+        QCOMPARE(printed(),
+                 heading.remove("Pack12,") + test::withoutBlanks(nothing + "Printed February 14, 2026 Page 1 of 1"));
     }
 
     /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
