@@ -1,4 +1,5 @@
 #include "platform/Conversion.h"
+#include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
 #include "platform/WriteAll.h"
 #include "support/Failure.h"
@@ -104,6 +105,22 @@ private Q_SLOTS:
         QCOMPARE(failure, 0);
         QVERIFY(copied);
         QCOMPARE(test::putInPlaceUnflushed(), QStringList(path + ".part")); // the old one, whose place it takes
+    }
+
+    // What takes a file's place is on the disk before, and the same old file is kept once.
+    void putsInPlace()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("File.mdb");
+        (void)test::putInPlaceUnflushed();
+        for (int time = 0; time < 2; ++time) {
+            test::write(path, "old");
+            test::write(path + ".new", "new");
+            QCOMPARE(putInPlace(path, path + ".new", "before"), folder.filePath("File (before).mdb"));
+        }
+        QCOMPARE(test::putInPlaceUnflushed(), QStringList());
+        QCOMPARE(test::contents(folder.filePath("File (before).mdb")) + test::contents(path), "oldnew");
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 2);
     }
 
     /// All bytes arrive, or the failure has the device's words, however little it takes at a time.

@@ -98,7 +98,9 @@ struct RecordScreen {
                                                                             {"preset", QMessageBox::NoButton}};
             static const QMap<QString, Qt::Key> keys{
                 {"E", Qt::Key_Escape}, {"Enter", Qt::Key_Return}, {"Tab", Qt::Key_Tab}};
-            if (word.contains('>'))
+            if (auto* dens = form.template findChild<QComboBox*>("cmbSelectedDens"); dens && word.startsWith("den:"))
+                dens->setEditText(word.sliced(4).replace('_', ' '));
+            else if (word.contains('>'))
                 openDialog(word.section('>', 0, 0), word.section('>', 1).split(',', Qt::SkipEmptyParts), other);
             else if (buttons.contains(word))
                 click(buttons[word]);
@@ -110,9 +112,6 @@ struct RecordScreen {
                 type("txt" + word.section('=', 0, 0), word.section('=', 1));
             else if (word.startsWith('@') && word.size() > 1 && word[1].isDigit())
                 clickRow(*form.template findChild<widgets::ListBox*>(), word.sliced(1).toInt());
-            else if (auto* dens = form.template findChild<QComboBox*>("cmbSelectedDens");
-                     dens && word.startsWith("den:"))
-                dens->setEditText(word.sliced(4).replace('_', ' '));
             else if (other)
                 other(word);
             else
