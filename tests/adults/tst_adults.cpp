@@ -8,6 +8,7 @@
 #include "widgets/BoundGrid.h"
 #include "widgets/ComboBox.h"
 #include "widgets/TextGrid.h"
+#include "widgets/Twips.h"
 
 #include <QLineEdit>
 #include <QTabWidget>
@@ -223,6 +224,19 @@ private Q_SLOTS:
     // By adult, award and date: rows that read the same go together.
     void awards_data() { test::tableOf("adults/adults_awards.txt"); }
     void awards() { play({"grid", "awards"}); }
+
+    // The awards' keys lie beyond the right edge, whatever is pressed.
+    void keysOutOfSight()
+    {
+        const Screen screen;
+        screen.go("@1 $1");
+        screen.form.resize(1100, 600);
+        for (auto key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Right, Qt::Key_End})
+            QTest::keyClick(&screen.awards, key);
+        QVERIFY(!screen.awards.text(1, 3).isEmpty());
+        QCOMPARE(screen.awards.columnWidth(3), widgets::twipsToPixels(2000, &screen.awards));
+        QCOMPARE(screen.awards.columnViewportPosition(3), screen.awards.viewport()->width());
+    }
 
 private:
     std::optional<test::AppFolder> m_folder;
