@@ -15,23 +15,30 @@ inline QString withoutBlanks(QString text)
     return text.removeIf([](QChar c) { return c.isSpace(); });
 }
 
+/// A PDF file's text in drawing order, each page ended by a form feed; empty if pdftotext isn't installed.
+inline QString readPdf(const QString& pdf)
+{
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
+    return reader.waitForFinished() ? QString::fromUtf8(reader.readAll()) : QString();
+}
+
 /// The number of pages in a PDF file; -1 if it doesn't exist.
 inline int pagesOf(const QString& pdf)
 {
     QFile file(pdf);
     if (!file.open(QIODevice::ReadOnly))
         return -1;
+    const QByteArray bytes = file.readAll();
     static const QRegularExpression page(QStringLiteral("/Type\\s*/Page\\b"));
-    return static_cast<int>(QString::fromLatin1(file.readAll()).count(page));
+    const bool packed = bytes.contains("/ObjStm");
+    return static_cast<int>(packed ? readPdf(pdf).count(u'\f') : QString::fromLatin1(bytes).count(page));
 }
 
-/// A PDF file's lines of text in drawing order; none if pdftotext isn't installed.
+/// The lines of a PDF file's text.
 inline QStringList linesOf(const QString& pdf)
 {
-    QProcess reader;
-    reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), pdf, QStringLiteral("-")});
-    return reader.waitForFinished() ? QString::fromUtf8(reader.readAll()).split(u'\n', Qt::SkipEmptyParts)
-                                    : QStringList();
+    return readPdf(pdf).split(u'\n', Qt::SkipEmptyParts);
 }
 
 /// The same text without blanks and line ends.
