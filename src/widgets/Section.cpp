@@ -13,7 +13,7 @@ namespace
 {
 // Pixels.
 constexpr int BelowTitle = 3;
-constexpr int AfterTitle = 6;
+constexpr int AfterTitle = 8;
 } // namespace
 
 Section::Section(QWidget* parent) : QGroupBox(parent)
