@@ -4,6 +4,7 @@
 #include "platform/FileNames.h"
 #include "shell/forms/Module1.h"
 #include "store/copies/KeptCopies.h"
+#include "store/schema/Schema.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,7 +51,9 @@ Work copyPack(const PackFile& file, Direction direction)
 
 Work repairPack(const PackFile& file)
 {
-    return [&file] { return waited([&file] { (void)store::DBEngine::repairDatabase(file.path(), {}); }); };
+    return [&file] {
+        return waited([&file] { (void)store::DBEngine::repairDatabase(file.path(), store::schema::editions()); });
+    };
 }
 
 } // namespace

@@ -378,7 +378,7 @@ private Q_SLOTS:
         auto shared = sharedDocument(std::move(large));
         const qint64 before = resident();
         shared.reset();
-        QVERIFY2(before - resident() > 10'000'000, qPrintable(QString::number(before - resident())));
+        QVERIFY2(before - resident() > 5'000'000, qPrintable(QString::number(before - resident())));
     }
 
     void copiesAddresses()
