@@ -90,7 +90,7 @@ person at one computer, one file, no server.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
-# What library dependencies don't cover: the age of the database engine, the reports' fonts, a native window on a Wayland
-# desktop, and what opens the manual. packaging/Generator.cmake.in adds the libraries.
+# What library dependencies don't cover: the age of the database engine, the reports' fonts, a native window on a
+# Wayland desktop, and what opens the manual. packaging/Generator.cmake.in adds the libraries.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")

@@ -1,7 +1,7 @@
 #!/bin/sh
-# Starts ORLO for the user at hand. The program keeps its records in its own folder. With the Debian package each user has
-# such a folder with a copy of the program; the archive's folder is one already, and files that a user may change are in
-# its folder "fresh". This script completes the folder and keeps it as new as the package.
+# Starts ORLO for the user at hand. The program keeps its records in its own folder. With the Debian package each user
+# has such a folder with a copy of the program; the archive's folder is one already, and files that a user may change
+# are in its folder "fresh". This script completes the folder and keeps it as new as the package.
 set -u
 here=$(dirname "$(readlink -f "$0")")
 if [ -d "$here/fresh" ]; then # with its fonts beside the system's, and with its own plugins only

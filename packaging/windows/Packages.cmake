@@ -15,5 +15,6 @@ foreach(plugin platforms/qwindows imageformats/qjpeg)
 endforeach()
 
 set(CPACK_GENERATOR ZIP)
-# The archive holds a database, so its folder's name has the full version: no other archive is unpacked over a used folder.
+# The archive holds a database, so its folder's name has the full version: no other archive is unpacked over a used
+# folder.
 set(CPACK_PACKAGE_FILE_NAME "orlo-${PROJECT_VERSION}-win64")

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip in build/windows, or in the folder that
-# ORLO_WINDOWS names. Everything else that it makes or fetches is there too. The first run takes an hour or two, nearly
-# all of it for Qt; if it is stopped anywhere, the next run continues from there. build.sh tests builds the tests and the tour, too.
+# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip in build/windows, or in the folder
+# that ORLO_WINDOWS names. Everything else that it makes or fetches is there too. The first run takes an hour or two,
+# nearly all of it for Qt; if it is stopped anywhere, the next run continues from there. build.sh tests builds the tests
+# and the tour, too.
 source "$(dirname "$0")/../../cmake/setup.sh"
 source packaging/windows/folder.sh
 windows_packages=(g++-mingw-w64-x86-64-posix dpkg-dev icoutils tcl)

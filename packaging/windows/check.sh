@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Tries the build for Windows under Wine, on a screen of its own: check.sh [CTEST_OPTION...]   (-R tst_backup: that class)
-# It builds what has changed, starts the program from the unpacked archive, lets the tour do the main work there, and runs
-# the tests. It reports what passed, what failed, and why the rest can't run.
+# Tries the build for Windows under Wine, on a screen of its own: check.sh [CTEST_OPTION...]   (-R tst_backup: one class)
+# It builds what has changed, starts the program from the unpacked archive, lets the tour do the main work there, and
+# runs the tests. It reports what passed, what failed, and why the rest can't run.
 source "$(dirname "$0")/../../cmake/setup.sh"
 install_missing wine64 xvfb openbox x11-utils unzip poppler-utils fontconfig fonts-dejavu-core
 packaging/windows/build.sh tests
@@ -34,7 +34,8 @@ unzip -qo "$work/newer.zip" -d "$work/unpacked"
 rm -rf "$work/newer" "$work/newer.zip" "$work/unpacked/orlo-${version%.*}.$((${version##*.} + 1))-win64"
 echo "A newer archive left the records and the changed report alone."
 
-# The tour, on the sample pack. From here on with the libraries of the build, the fonts of Linux, and the output of the tests.
+# The tour, on the sample pack. From here on with the libraries of the build, the fonts of Linux, and the output of the
+# tests.
 mkdir -p "$work/poppler"
 cp packaging/windows/poppler.sh "$work/poppler"
 for tool in pdftotext pdftoppm; do # with which the tests look at what was printed
