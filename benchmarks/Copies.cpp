@@ -4,6 +4,7 @@
 #include "platform/FileNames.h"
 #include "shell/forms/Module1.h"
 #include "store/copies/KeptCopies.h"
+#include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 
 #include <QDir>
@@ -52,7 +53,7 @@ Work copyPack(const PackFile& file, Direction direction)
 Work repairPack(const PackFile& file)
 {
     return [&file] {
-        return waited([&file] { (void)store::DBEngine::repairDatabase(file.path(), store::schema::editions()); });
+        return waited([&file] { (void)store::DBEngine::repairDatabase(file.path(), store::schema::versions()); });
     };
 }
 

@@ -53,7 +53,7 @@ QString putInPlace(const QString& path, const QString& finished, const QString& 
     return kept;
 }
 
-FileInTheMaking::FileInTheMaking(const QString& file, QLatin1StringView ending) : m_name(file + ending)
+FileInTheMaking::FileInTheMaking(const QString& file, const QString& ending) : m_name(file + ending)
 {
     remove();
 }

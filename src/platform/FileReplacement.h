@@ -10,14 +10,13 @@ namespace orlo::platform
 /// old file or the new one. Native paths in one folder. Returns the kept file's path. Raises 61, 68, 70 or 75.
 QString putInPlace(const QString& path, const QString& finished, const QString& note);
 
-/// The name that a file has while it is being made beside another one, whose place it may take. What still stands under
-/// it at the end, with its journal, goes away; so does what stood there before, which an ended process left: nobody
-/// else gives a file such a name.
+/// The temporary name of a file being made beside another one, which it may replace. A file left under it is deleted
+/// with its journal at the end, and at the beginning, when a killed process has left it.
 class FileInTheMaking
 {
 public:
-    /// The other file's name and an ending.
-    FileInTheMaking(const QString& file, QLatin1StringView ending);
+    /// The name is the other file's with an ending that nobody else uses.
+    FileInTheMaking(const QString& file, const QString& ending);
     ~FileInTheMaking();
     FileInTheMaking(const FileInTheMaking&) = delete;
     FileInTheMaking& operator=(const FileInTheMaking&) = delete;

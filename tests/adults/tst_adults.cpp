@@ -230,7 +230,7 @@ private Q_SLOTS:
     void keysOutOfSight()
     {
         const Screen screen;
-        screen.go("@1 $1");
+        screen.go("@1 page:1");
         screen.form.resize(1100, 600);
         for (auto key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Right, Qt::Key_End})
             QTest::keyClick(&screen.awards, key);

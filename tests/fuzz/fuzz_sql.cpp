@@ -135,6 +135,8 @@ private:
     static Node calculated(const Node& left, unsigned sign, const Node& right)
     {
         static constexpr const char* Signs[] = {" + ", " - ", " * ", " / "};
+        if (sign == 0 && (left.kind == Kind::Text) != (right.kind == Kind::Text))
+            sign = 1; // refused otherwise
         const Level level = sign < 2 ? Sum : Product;
         Node result{within(left, level) + Signs[sign] + within(right, Level(level + 1)), level, Kind::Number, {}};
         const bool dates = left.kind == Kind::Date && right.kind == Kind::Date;

@@ -2,6 +2,7 @@
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QTemporaryDir>
@@ -128,6 +129,28 @@ private Q_SLOTS:
             QCOMPARE(all(m_database->openRecordset(other)), "5 9a ");
         m_database->execute("Delete From T Where SID = 2");
         QCOMPARE(failureNumber([&] { all(rows); }), int(platform::RecordDeleted));
+    }
+
+    // A disk that fills up ends the whole transaction; nothing of what follows may be kept.
+    void fullDisk()
+    {
+        fill(1);
+        {
+            const Transaction together(*m_database);
+            Recordset rows = open();
+            test::limitFiles(1'000'000); // less than SQLite keeps in memory
+            QList<int> failures;
+            for (int sid = 2; sid < 60; ++sid)
+                failures += failureNumber([&] {
+                    rows.addNew();
+                    rows.setValue(u"SID", sid);
+                    rows.setValue(u"Note", QString(sid < 40 ? 1'000'000 : 1, u'x'));
+                    rows.update();
+                });
+            test::limitFiles(-1);
+            QVERIFY(failures.first() == 0 && failures.last() == platform::PathFileAccess);
+        }
+        QCOMPARE(test::sqlite(m_path, "Select count(*) From T"), QStringList("1"));
     }
 
     // Records that can't be read while another program locks the file can be read afterwards.

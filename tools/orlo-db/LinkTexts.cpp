@@ -51,8 +51,8 @@ const LinkTexts::Targets& LinkTexts::targets(const QString& table)
     const auto known = m_tables.constFind(table);
     if (known != m_tables.constEnd())
         return *known;
-    Targets& made = m_tables[table];
     const PackRows rows(m_database, table);
+    Targets& made = m_tables[table];
     for (const PackRows::Row& row : rows.rows) {
         const store::Value key = rows.value(row, RowNames::keyOf(table));
         if (key.isNull())

@@ -307,7 +307,13 @@ private:
                     set.setValue(static_cast<int>(i), row.values[i]);
             set.update();
         } catch (const RuntimeError& error) {
+            static const QList<int> ofTheRow{platform::DuplicateKey,        platform::NullInPrimaryKey,
+                                             platform::NullInRequiredField, platform::ZeroLengthNotAllowed,
+                                             platform::WrongDataType,       platform::Overflow,
+                                             platform::FieldTooSmall};
             set.cancelUpdate();
+            if (!ofTheRow.contains(error.number())) // such as a full disk: the next row must not be tried
+                throw;
             const QString key = keyField(m_table);
             if (key.isEmpty())
                 throw CsvError(row.places.front(), error.description());

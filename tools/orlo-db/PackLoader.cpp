@@ -1,5 +1,6 @@
 #include "PackLoader.h"
 
+#include "RowNames.h"
 #include "store/jet/BulkLoad.h"
 
 #include <algorithm>
@@ -34,8 +35,14 @@ int loadTable(store::BulkLoad& load, const CsvFile& source)
     CsvTable file(source);
     QStringList names;
     for (const CsvTable::Column& column : file.columns())
-        if (column.field)
+        if (column.field) {
+            if (column.onScreen && !RowNames::targetTable(column.field->name).isEmpty())
+                throw CsvError(
+                    {}, QStringLiteral("%1 stands under a window's caption, where texts are meant: give the keys "
+                                       "under the field's own name, or import the list into a new file")
+                            .arg(column.field->name));
             names.append(column.field->name);
+        }
     const qsizetype active = startsActive(table, file) ? names.size() : -1;
     if (active >= 0)
         names.append(QStringLiteral("Active"));

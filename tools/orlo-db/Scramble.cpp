@@ -236,6 +236,7 @@ QStringList scramble(Database& pack, Database& made)
         else
             made.createQueryDef(known->name, known->sql);
     }
+    made.state(pack.stated());
     together.commit();
     return left;
 }

@@ -10,6 +10,7 @@
 #include "PackRows.h"
 #include "Scramble.h"
 #include "common/CommandLine.h"
+#include "platform/FileReplacement.h"
 #include "platform/RuntimeError.h"
 #include "store/copies/DatabaseCopy.h"
 #include "store/copies/KeptCopies.h"
@@ -36,39 +37,20 @@ constexpr int Done = 0;
 constexpr int Failed = CommandLine::Failed;
 constexpr int Incomplete = 3; // repaired, but something is missing
 
-// The temporary name of a file being made; it is deleted unless it is taken.
-class FileInTheMaking
+// Gives a finished file its final name, but never replaces another one.
+void take(const platform::FileInTheMaking& making, const QString& file)
 {
-public:
-    explicit FileInTheMaking(QString file)
-        : m_file(std::move(file)), m_name(m_file + QStringLiteral(".%1.new").arg(QCoreApplication::applicationPid()))
-    {
-    }
-    ~FileInTheMaking()
-    {
-        QFile::remove(m_name);
-        QFile::remove(journal());
-    }
-    FileInTheMaking(const FileInTheMaking&) = delete;
-    FileInTheMaking& operator=(const FileInTheMaking&) = delete;
+    if (QFile left(making.name() + QStringLiteral("-journal")); left.exists() && !left.remove())
+        throw LoadError(QStringLiteral("%1: %2").arg(left.fileName(), left.errorString()));
+    QFile made(making.name());
+    if (!made.rename(file))
+        throw LoadError(QStringLiteral("%1: %2").arg(file, made.errorString()));
+}
 
-    [[nodiscard]] const QString& name() const { return m_name; }
-    // Gives the file its final name, but never replaces another one.
-    void take() const
-    {
-        if (QFile left(journal()); left.exists() && !left.remove())
-            throw LoadError(QStringLiteral("%1: %2").arg(left.fileName(), left.errorString()));
-        QFile made(m_name);
-        if (!made.rename(m_file))
-            throw LoadError(QStringLiteral("%1: %2").arg(m_file, made.errorString()));
-    }
-
-private:
-    [[nodiscard]] QString journal() const { return m_name + QStringLiteral("-journal"); }
-
-    QString m_file;
-    QString m_name;
-};
+platform::FileInTheMaking makingOf(const QString& file)
+{
+    return {file, QStringLiteral(".%1.new").arg(QCoreApplication::applicationPid())};
+}
 
 void say(const QString& line)
 {
@@ -113,11 +95,11 @@ int makeNew(const QString& file, const QString& folder, int version)
     if (!folder.isEmpty())
         loader.emplace(folder, version);
 
-    const FileInTheMaking making(file);
+    const platform::FileInTheMaking making = makingOf(file);
     Database database = engine::createDatabase(making.name());
     const QStringList counts = fill(database, loader, version);
     database.close();
-    making.take();
+    take(making, file);
     say(counts);
     return Done;
 }
@@ -212,11 +194,11 @@ int scrambleTo(const QString& file, const QString& out)
 {
     requireNew(out);
     PackFile pack(file);
-    const FileInTheMaking making(out);
+    const platform::FileInTheMaking making = makingOf(out);
     Database made = engine::createDatabase(making.name());
     const QStringList left = scramble(pack.database(), made);
     made.close();
-    making.take();
+    take(making, out);
     for (const QString& query : left)
         say(QStringLiteral("left out: the stored query %1").arg(query));
     return Done;
@@ -244,16 +226,22 @@ int importTables(const QString& file, const QString& folder, bool trial)
         throw LoadError(QStringLiteral("%1: a file of an earlier version; the program takes it over").arg(file));
     const QTemporaryDir room;
     QString into = file;
-    if (trial) {
-        into = room.filePath(QStringLiteral("trial.mdb"));
-        store::copyDatabase(engine::viewDatabase(file), into);
+    {
+        const Database look = engine::viewDatabase(file); // opening it to write changes even a file that isn't a pack's
+        store::schema::requireOurs(look.tableNames());
+        for (const store::TableDef& table : store::schema::tables())
+            if (!look.tableNames().contains(table.name(), Qt::CaseInsensitive))
+                throw LoadError(
+                    QStringLiteral("%1: has no table %2; the program updates a file of version 1.0 at its start")
+                        .arg(file, table.name()));
+        if (trial) {
+            if (!room.isValid())
+                throw LoadError(room.errorString());
+            into = room.filePath(QStringLiteral("trial.mdb"));
+            store::copyDatabase(look, into);
+        }
     }
     Database database = engine::openDatabase(into, store::schema::versions());
-    for (const store::TableDef& table : store::schema::tables())
-        if (!database.tableNames().contains(table.name(), Qt::CaseInsensitive))
-            throw LoadError(
-                QStringLiteral("%1: has no table %2; the program updates a file of version 1.0 at its start")
-                    .arg(file, table.name()));
     if (!trial)
         store::keepCopyOf(database);
     say(importPack(database, folder, trial));

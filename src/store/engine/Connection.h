@@ -94,6 +94,8 @@ public:
     /// The state after this connection's last transaction.
     [[nodiscard]] FileState stateLeft() const { return {m_ownChanges, m_knownRecords.version()}; }
     [[nodiscard]] KnownRecords& knownRecords() { return m_knownRecords; }
+    /// The number of Transaction objects on it.
+    int transactions = 0;
     /// Clears the caches after a change of the schema.
     void noteSchemaChange();
 

@@ -227,39 +227,43 @@ int compareBytes(void*, int sizeA, const void* a, int sizeB, const void* b)
                                  {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
 }
 
-struct Function {
+using Kind = ValueKind;
+
+// A function without arguments gives another value each time.
+constexpr DialectFunction Dialect[] = {
+    {u"abs", u"abs", "n", 0, Kind::Number},
+    {u"date", u"date", "", 0, Kind::Date, date},
+    {u"day", u"day", "d", 0, Kind::Number, ofDate<[](const QDate& date) { return date.day(); }>},
+    {u"instr", u"find_text", "tt", 0, Kind::Number, findText},
+    {u"lcase", u"lcase", "t", 0, Kind::Text, ofText<[](const QString& text, Arguments) { return text.toLower(); }>},
+    {u"left", u"\"left\"", "tn", 0, Kind::Text,
+     ofText<[](const QString& text, Arguments size) { return text.left(count(*size)); }>},
+    {u"len", u"len", "t", 0, Kind::Number, ofText<[](const QString& text, Arguments) { return text.size(); }>},
+    {u"ltrim", u"ltrim", "t", 0, Kind::Text},
+    {u"mid", u"mid", "tnn", 1, Kind::Text, mid},
+    {u"month", u"month", "d", 0, Kind::Number, ofDate<[](const QDate& date) { return date.month(); }>},
+    {u"now", u"now", "", 0, Kind::Date, now},
+    {u"replace", u"replace", "ttt", 0, Kind::Text},
+    {u"right", u"\"right\"", "tn", 0, Kind::Text,
+     ofText<[](const QString& text, Arguments size) { return text.right(count(*size)); }>},
+    {u"round", u"round_even", "nn", 1, Kind::Number, roundEven},
+    {u"rtrim", u"rtrim", "t", 0, Kind::Text},
+    {u"trim", u"trim", "t", 0, Kind::Text},
+    {u"ucase", u"ucase", "t", 0, Kind::Text, ofText<[](const QString& text, Arguments) { return text.toUpper(); }>},
+    {u"year", u"year", "d", 0, Kind::Number, ofDate<[](const QDate& date) { return date.year(); }>},
+};
+
+// What operators and conversions of the dialect become.
+struct Conversion {
     const char* name;
     int arguments;
-    int flags;
     void (*call)(sqlite3_context*, int, Arguments);
 };
 
-constexpr Function Functions[] = {
-    {"like", 2, Pure, like},
-    {"ucase", 1, Pure, ofText<[](const QString& text, Arguments) { return text.toUpper(); }>},
-    {"lcase", 1, Pure, ofText<[](const QString& text, Arguments) { return text.toLower(); }>},
-    {"len", 1, Pure, ofText<[](const QString& text, Arguments) { return text.size(); }>},
-    {"left", 2, Pure, ofText<[](const QString& text, Arguments size) { return text.left(count(*size)); }>},
-    {"right", 2, Pure, ofText<[](const QString& text, Arguments size) { return text.right(count(*size)); }>},
-    {"mid", 2, Pure, mid},
-    {"mid", 3, Pure, mid},
-    {"year", 1, Pure, ofDate<[](const QDate& date) { return date.year(); }>},
-    {"month", 1, Pure, ofDate<[](const QDate& date) { return date.month(); }>},
-    {"day", 1, Pure, ofDate<[](const QDate& date) { return date.day(); }>},
-    {"date", 0, Changing, date},
-    {"now", 0, Changing, now},
-    {"as_number", 1, Pure, asNumber},
-    {"as_text", 1, Pure, asText},
-    {"as_truth", 1, Pure, asTruth},
-    {"as_finite", 1, Pure, asFinite},
-    {"as_date", 1, Pure, asDate<false>},
-    {"to_date", 1, Pure, asDate<true>},
-    {"date_text", 1, Pure, dateText},
-    {"as_whole", 1, Pure, asWhole},
-    {"join_or_add", 2, Pure, joinOrAdd},
-    {"find_text", 2, Pure, findText},
-    {"round_even", 1, Pure, roundEven},
-    {"round_even", 2, Pure, roundEven},
+constexpr Conversion Conversions[] = {
+    {"like", 2, like},          {"as_number", 1, asNumber},    {"as_text", 1, asText},       {"as_truth", 1, asTruth},
+    {"as_finite", 1, asFinite}, {"as_date", 1, asDate<false>}, {"to_date", 1, asDate<true>}, {"date_text", 1, dateText},
+    {"as_whole", 1, asWhole},   {"join_or_add", 2, joinOrAdd},
 };
 
 // SQLite's own functions that the translator uses, or that views of earlier versions may use. None of them reads files,
@@ -270,21 +274,40 @@ constexpr const char* Allowed[] = {
     "substr", "sum",   "total",    "trim",  "typeof",   "unicode", "upper",
 };
 
+QStringView nameOf(const DialectFunction& function)
+{
+    const bool quoted = function.sql.startsWith(u'"');
+    return quoted ? function.sql.sliced(1, function.sql.size() - 2) : function.sql;
+}
+
 } // namespace
 
 void addFunctions(sqlite3* db)
 {
     // The file's text columns use NOCASE, which every SQLite tool has; ours works beyond ASCII, too.
     sqlite3_create_collation(db, "NOCASE", SQLITE_UTF8, nullptr, compareBytes);
-    for (const Function& function : Functions)
-        sqlite3_create_function(db, function.name, function.arguments, function.flags, nullptr, function.call, nullptr,
+    for (const DialectFunction& function : Dialect)
+        for (std::size_t size = function.arguments.size() - function.optional;
+             function.call && size <= function.arguments.size(); ++size)
+            sqlite3_create_function(db, nameOf(function).toLatin1().constData(), static_cast<int>(size),
+                                    size == 0 ? Changing : Pure, nullptr, function.call, nullptr, nullptr);
+    for (const Conversion& conversion : Conversions)
+        sqlite3_create_function(db, conversion.name, conversion.arguments, Pure, nullptr, conversion.call, nullptr,
                                 nullptr);
+}
+
+std::span<const DialectFunction> dialectFunctions()
+{
+    return Dialect;
 }
 
 bool isDialectFunction(const char* name)
 {
     const auto same = [name](const char* allowed) { return sqlite3_stricmp(allowed, name) == 0; };
-    return std::ranges::any_of(Allowed, same) || std::ranges::any_of(Functions, same, &Function::name);
+    return std::ranges::any_of(Allowed, same) || std::ranges::any_of(Conversions, same, &Conversion::name) ||
+           std::ranges::any_of(Dialect, [name](const DialectFunction& function) {
+               return nameOf(function).compare(QLatin1StringView(name), Qt::CaseInsensitive) == 0;
+           });
 }
 
 } // namespace orlo::store

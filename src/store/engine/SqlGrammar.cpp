@@ -3,6 +3,7 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
+#include "store/engine/Functions.h"
 #include "store/engine/Rows.h"
 #include "store/engine/SqlTranslator.h"
 
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 #include <utility>
 
 namespace orlo::store
@@ -21,32 +21,12 @@ namespace
 
 using Kind = ValueKind;
 
-// Arguments: t for text, n for number, d for date.
-struct DialectFunction {
-    QStringView name;
-    QStringView sql;
-    std::string_view arguments;
-    std::size_t optional;
-    Kind result;
-};
-
 Kind argumentKind(char letter)
 {
     if (letter == 't')
         return Kind::Text;
     return letter == 'n' ? Kind::Number : Kind::Date;
 }
-
-constexpr DialectFunction DialectFunctions[] = {
-    {u"abs", u"abs(", "n", 0, Kind::Number},        {u"date", u"date(", "", 0, Kind::Date},
-    {u"day", u"day(", "d", 0, Kind::Number},        {u"instr", u"find_text(", "tt", 0, Kind::Number},
-    {u"lcase", u"lcase(", "t", 0, Kind::Text},      {u"left", u"\"left\"(", "tn", 0, Kind::Text},
-    {u"len", u"len(", "t", 0, Kind::Number},        {u"ltrim", u"ltrim(", "t", 0, Kind::Text},
-    {u"mid", u"mid(", "tnn", 1, Kind::Text},        {u"month", u"month(", "d", 0, Kind::Number},
-    {u"now", u"now(", "", 0, Kind::Date},           {u"replace", u"replace(", "ttt", 0, Kind::Text},
-    {u"right", u"\"right\"(", "tn", 0, Kind::Text}, {u"round", u"round_even(", "nn", 1, Kind::Number},
-    {u"rtrim", u"rtrim(", "t", 0, Kind::Text},      {u"trim", u"trim(", "t", 0, Kind::Text},
-    {u"ucase", u"ucase(", "t", 0, Kind::Text},      {u"year", u"year(", "d", 0, Kind::Number}};
 
 constexpr QStringView Aggregates[] = {u"avg", u"count", u"max", u"min", u"sum"};
 
@@ -329,13 +309,13 @@ Expression SqlTranslator::function()
     const QStringView called = m_tokens[m_at++].text;
     if (std::ranges::any_of(Aggregates, [called](QStringView name) { return platform::sameName(called, name); }))
         return aggregate(called);
-    const auto* const known = std::ranges::find_if(DialectFunctions, [called](const DialectFunction& function) {
+    const auto known = std::ranges::find_if(dialectFunctions(), [called](const DialectFunction& function) {
         return platform::sameName(called, function.name);
     });
-    const bool ours = known != std::end(DialectFunctions);
+    const bool ours = known != dialectFunctions().end();
     const qsizetype start = m_out.sql.size();
     if (ours)
-        m_out.sql += known->sql;
+        m_out.sql += known->sql % u'(';
     std::vector<Expression> given;
     expect(Symbol::Open);
     if (!at(Symbol::Close))

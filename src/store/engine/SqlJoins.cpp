@@ -1,5 +1,5 @@
-// A Sum over a LEFT JOIN by primary key is made below the join, once per key. The few joined rows are then grouped again
-// as the statement says.
+// A Sum over a LEFT JOIN by primary key is made below the join, once per key. The few joined rows are then grouped
+// again as the statement says.
 
 #include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
@@ -34,8 +34,9 @@ const KeyedJoin::Column* columnOf(const KeyedJoin& join, QStringView name)
 // The fields in use; true if they are summed.
 using Names = QMap<QString, bool>;
 
-// The rows of one join, summed by key. They keep the order of each key's first row, because a group of texts that differ
-// in case shows its first one.
+// The rows of one join, summed by key, in the order of the row numbers of each key's first row: a group of texts that
+// differ in case shows the first one. (Where SQLite would scan by an index, that can be another spelling than without
+// this.)
 QString summed(const KeyedJoin& join, const Names& names, const QString& source, const QString& condition)
 {
     QString rows = join.key % u" AS \"~key\", " % join.rowKey % u" AS \"~row\"";

@@ -1,3 +1,4 @@
+#include "platform/RuntimeError.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Database.h"
 
@@ -14,16 +15,21 @@ Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
     m_connection.ensureOpen();
     m_connection.readyToWrite();
-    m_outermost = sqlite3_get_autocommit(m_connection.handle()) != 0;
-    if (!m_outermost)
-        return;
-    m_connection.announce({});
-    m_connection.run("BEGIN IMMEDIATE");
-    m_connection.knownRecords().begin();
+    const bool autocommit = sqlite3_get_autocommit(m_connection.handle()) != 0;
+    m_outermost = m_connection.transactions == 0 && autocommit;
+    if (m_outermost) {
+        m_connection.announce({});
+        m_connection.run("BEGIN IMMEDIATE");
+        m_connection.knownRecords().begin();
+    } else if (autocommit) // a full disk, for instance, ends the outer transaction: this part must not go on alone
+        throw platform::RuntimeError(platform::PathFileAccess, QStringLiteral("Database"),
+                                     QStringLiteral("An earlier failure has rolled the changes back."));
+    ++m_connection.transactions;
 }
 
 Transaction::~Transaction()
 {
+    --m_connection.transactions;
     if (m_done || !m_connection.isOpen())
         return;
     if (m_outermost) {

@@ -114,7 +114,7 @@ void takeOver(const QString& file)
     if (!former.isOn(path)) // another process has put the new file in its place
         return;
     former.keepOthersOut(lockFileOf(info));
-    const platform::FileInTheMaking making(path, QLatin1StringView(".orlo-new"));
+    const platform::FileInTheMaking making(path, QStringLiteral(".orlo-new"));
     jet::Report report;
     QString kept;
     try {

@@ -68,20 +68,12 @@ Repaired DBEngine::repairDatabase(const QString& path, const Versions& versions)
     requireKnown(statedIn(file).value_or(0), versions);
     if (compact(file))
         return {};
-    const QString made = file + QStringLiteral(".repair");
-    QFile::remove(made);
-    QFile::remove(made + QStringLiteral("-journal"));
-    try {
-        Repaired repaired{{}, Salvage(file, made, versions).run()};
-        QFile::setPermissions(made, QFileInfo(file).permissions());
-        setJournalAside(file);
-        repaired.damaged = platform::putInPlace(file, made, QStringLiteral("damaged"));
-        return repaired;
-    } catch (const RuntimeError&) {
-        QFile::remove(made);
-        QFile::remove(made + QStringLiteral("-journal"));
-        throw;
-    }
+    const platform::FileInTheMaking making(file, QStringLiteral(".repair"));
+    Repaired repaired{{}, Salvage(file, making.name(), versions).run()};
+    QFile::setPermissions(making.name(), info.permissions());
+    setJournalAside(file);
+    repaired.damaged = platform::putInPlace(file, making.name(), QStringLiteral("damaged"));
+    return repaired;
 }
 
 } // namespace orlo::store
