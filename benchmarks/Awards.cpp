@@ -51,7 +51,7 @@ void pick(const char* box, int row)
     combo.setListIndex(row);
 }
 
-// Opens the screen and takes everybody of den 1 into the working list.
+// Opens the screen and takes all scouts of den 1 into the working list.
 void openWithDenSelected()
 {
     widgets::Instance<frmAssignInsignias>::show();
@@ -60,7 +60,7 @@ void openWithDenSelected()
     click("cmdSelAllByDenScouts");
 }
 
-// What the pack's list holds, without the screen: a row of texts for everybody.
+// The contents of the pack's list, without the screen: one row of texts per person.
 class Rows final : public QAbstractTableModel
 {
 public:
@@ -95,7 +95,7 @@ private:
     std::vector<Row> m_rows;
 };
 
-// The time that the screen takes to fill its list with that many people, so many of them selected.
+// The time that the screen takes to fill its list with this many people, this many of them selected.
 class PackGrid
 {
 public:
@@ -172,7 +172,7 @@ void assignAwards(Table& table)
         });
     };
     table.compare({"assign an award to 500 people", "durable inserts, C API", 1.3, ours, theirs, 5});
-    // Each change flushes four times where an append flushes once; docs/database.md tells what for.
+    // Each change flushes four times where an append flushes once; docs/database.md says why.
     table.compare({"assign an award to 500 people", "flushed appends of a page", 4.5, ours, appends, 5});
 }
 

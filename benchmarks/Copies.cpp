@@ -18,7 +18,7 @@ namespace orlo::bench
 namespace
 {
 
-// So many scouts, with 20 awards each.
+// This many scouts, with 20 awards each.
 QByteArray packSql(int scouts)
 {
     return densSql() + scoutsSql(scouts, scouts) + awardsSql(110) +
@@ -31,7 +31,7 @@ QByteArray packSql(int scouts)
 
 enum class Direction { Backup, Restore };
 
-// What the screens do with the file once everything is asked.
+// What the screens do with the file once all questions are answered.
 Work copyPack(const PackFile& file, Direction direction)
 {
     return [&file, direction] {
@@ -69,7 +69,7 @@ void copyFiles(Table& table)
     table.compare({"repair: ten times the scouts", "1,000 scouts", 11.0, repairPack(file), repairPack(small), 7});
 }
 
-// The copy that makes itself before the first change of a day: what a save then takes longer.
+// The automatic copy before the first change of a day: how much longer a save then takes.
 void keepCopies(Table& table)
 {
     const PackFile file(packSql(10'000));

@@ -15,7 +15,7 @@ namespace orlo::bench
 namespace
 {
 
-// A sample's rows over and over, each with a key of its own: its bytes at the place in the row.
+// Repeats a sample's rows, each with a key of its own, whose bytes are at that place in the row.
 void multiply(test::JetPages& pages, const QStringList& fields, int count, int place, int width)
 {
     pages.change(fields, [&](std::vector<test::JetPages::Row>& rows) {
@@ -27,7 +27,7 @@ void multiply(test::JetPages& pages, const QStringList& fields, int count, int p
     });
 }
 
-// A file of the former format with so many scouts, and ten awards a scout.
+// A file of the former format with this many scouts, and ten awards per scout.
 class FormerFile
 {
 public:

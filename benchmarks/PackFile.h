@@ -17,8 +17,8 @@ struct Finalize {
 };
 using PlainStatement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-/// A file opened by SQLite's own interface, with the settings and the text comparison that the store engine gives its
-/// connection. Whatever fails ends the program.
+/// A file opened through SQLite's own interface, with the settings and the text comparison that the store engine gives
+/// its connection. Any failure ends the program.
 class PlainDatabase
 {
 public:
@@ -38,13 +38,13 @@ private:
 [[nodiscard]] bool step(const PlainStatement& statement);
 [[nodiscard]] QString textOf(const PlainStatement& statement, int column);
 
-/// A folder with a database of the program's tables and queries, filled by SQL; gone with the object.
+/// A folder with a database of the program's tables and queries, filled by SQL; deleted with the object.
 class PackFile
 {
 public:
     explicit PackFile(const QByteArray& fillingSql);
 
-    /// The application folder, on the disk that the build stands on.
+    /// The application folder, on the same disk as the build.
     [[nodiscard]] QString folder() const { return m_folder.path(); }
     [[nodiscard]] QString path() const;
 
@@ -52,7 +52,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// The same as the program's open database, until the end of the scope.
+/// The same, opened as the program's database until the end of the scope.
 class OpenPack
 {
 public:
@@ -67,7 +67,7 @@ public:
 [[nodiscard]] QByteArray scoutsSql(int count, int inDen);
 /// SQL that adds the two dens of those scouts.
 [[nodiscard]] QByteArray densSql();
-/// SQL that adds that many awards.
+/// SQL that adds this many awards.
 [[nodiscard]] QByteArray awardsSql(int count);
 
 } // namespace orlo::bench

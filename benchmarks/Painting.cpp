@@ -32,7 +32,7 @@ private:
 void paint(QWidget& widget)
 {
     const Paints paints(widget);
-    QCoreApplication::sendPostedEvents(); // a layout that is due goes first
+    QCoreApplication::sendPostedEvents(); // first any pending layout
     for (int round = 0; round < 10 && !paints.any(); ++round)
         QCoreApplication::processEvents();
     if (!paints.any())

@@ -14,7 +14,7 @@
 namespace orlo::bench
 {
 
-/// The list of a form on people, and a plain one that shows the same: "Last, First M.".
+/// The list of a form of people, and a plain list that shows the same: "Last, First M.".
 template <class F>
 struct PeopleList {
     QByteArray table;
@@ -25,7 +25,7 @@ struct PeopleList {
         return "Select * From " + table + " Where Active = 'Y' Order by Last_Name, First_Name";
     }
 
-    /// Opens the form anew.
+    /// Opens the form from scratch.
     double open() const
     {
         widgets::Instance<F>::unload();
@@ -40,7 +40,7 @@ struct PeopleList {
         });
     }
 
-    /// Reads the same query into a list and nothing else.
+    /// Reads the same query into a list and does nothing else.
     double fillPlain(const PlainDatabase& plain) const
     {
         return timed([&] {

@@ -9,8 +9,8 @@ namespace orlo::bench
 namespace
 {
 
-// The statement of the screen, and the same written by hand for SQLite with the stored queries' joins in it: it sums up
-// by award before it looks an award up, and groups once more, since awards may share a name.
+// The screen's statement, and the same written by hand for SQLite with the stored queries' joins in it: it sums up by
+// award before it looks an award up, and groups once more, since awards may share a name.
 constexpr auto Statement =
     u"Insert Into Purchase_List (Award_Name, Quantity, Insignia_Type) Select  Award_Name, Sum(Qty) as Quantity,  "
     u"Insignia_Type From UnionAwardsScoutAdults   Where Date_Assigned between #1/1/2024# and #12/31/2026#   "
@@ -24,7 +24,7 @@ constexpr auto ByHand =
     "SELECT Insignia_Name, Insignia_Type, Qty FROM (SELECT Insignia_SID, count(*) AS Qty "
     "FROM Assigned_Awards_Adults WHERE Date_Assigned BETWEEN '2024-01-01' AND '2026-12-31' GROUP BY Insignia_SID) "
     "LEFT JOIN Insignias USING (Insignia_SID)) GROUP BY Insignia_Type, Insignia_Name ORDER BY Insignia_Name";
-// Awards that share a name, spelled in two ways, and awards that are gone.
+// Awards that share a name, spelled in two ways, and awards that have been deleted.
 constexpr auto OddAwards = "UPDATE Insignias SET Insignia_Name = 'Award number ' || (Insignia_SID % 60);"
                            "UPDATE Insignias SET Insignia_Name = upper(Insignia_Name) WHERE Insignia_SID > 60;"
                            "DELETE FROM Insignias WHERE Insignia_SID IN (7, 57);";
@@ -45,7 +45,7 @@ QString rows()
     for (; !list.eof(); list.moveNext())
         for (const QStringView name : {u"Award_Name", u"Insignia_Type", u"Quantity"})
             text += list[name].textOrEmpty() + u'|';
-    return text.toLower(); // which spelling shows, no statement says
+    return text.toLower(); // no statement defines which spelling shows
 }
 
 } // namespace

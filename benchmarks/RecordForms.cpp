@@ -18,7 +18,7 @@ namespace
 
 constexpr int Awards = 10'000;
 
-// Opens the catalogue and goes through it by its Next button.
+// Opens the catalogue and steps through it with its Next button.
 void walkForm()
 {
     auto& form = widgets::Instance<frmInsigniaInfo>::get();
@@ -29,7 +29,7 @@ void walkForm()
     paint(form);
 }
 
-// Boxes of the kinds that the form has, in a window, and nothing else.
+// Boxes of the same kinds as the form's, in a window, and nothing else.
 struct BareWindow {
     QWidget window;
     QLineEdit name;
@@ -47,7 +47,7 @@ struct BareWindow {
         window.show();
     }
 
-    // A text that is there already isn't set.
+    // A text that is already there isn't set.
     void show(const QString& nameText, const QString& descriptionText, const QString& typeText)
     {
         if (name.text() != nameText)

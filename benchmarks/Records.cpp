@@ -73,7 +73,7 @@ void plainAllFields(const PlainDatabase& plain)
         }
 }
 
-// The table model that Qt brings, on the same file with the same text comparison.
+// Qt's own table model, on the same file with the same text comparison.
 class QtModel
 {
 public:

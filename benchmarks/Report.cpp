@@ -36,7 +36,7 @@ void writePages(const reporting::RunRequest& request, const QString& path)
     reporting::writePdf(*reporting::render(request, packOf), path);
 }
 
-// The texts of the document at their places, and nothing else.
+// The document's texts at their places, and nothing else.
 void drawTexts(const reporting::Document& document, const QString& path)
 {
     std::vector<QFont> fonts;
@@ -67,7 +67,7 @@ void drawTexts(const reporting::Document& document, const QString& path)
     }
 }
 
-// A report of many lines beside the same texts drawn on the same writer.
+// A report of many lines against the same texts drawn on the same writer.
 void compareReport(Table& table, const std::string& work, const QString& reportFile, const QByteArray& fillingSql,
                    double limit)
 {

@@ -71,7 +71,7 @@ double filterAndBack()
     });
 }
 
-// The rows that are clicked stand all over the list.
+// The clicked rows are spread over the list.
 int clickedRow(int click, int scouts)
 {
     return (click + 1) * 7919 % scouts;
@@ -88,7 +88,7 @@ double clickRows(int scouts)
     });
 }
 
-// A list, boxes for the texts that the form has in view, and a grid of awards out of view, as it is there.
+// A list, boxes for the texts that the form has in view, and a grid of awards out of view, as in the form.
 class BareForm
 {
 public:
@@ -186,7 +186,7 @@ std::vector<int> clickedSids(const PlainDatabase& plain, int scouts)
     return clicked;
 }
 
-// The form on a pack of its own, a row having been clicked before those that count.
+// The form on a pack of its own; one row is clicked before those that count.
 Work clicksIn(const PackFile& file, int scouts)
 {
     return [&file, scouts] {

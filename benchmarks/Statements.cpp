@@ -11,8 +11,8 @@ namespace orlo::bench
 namespace
 {
 
-// Statements as the screens build them, with a key at the end that is another one each time: what was translated or
-// prepared before is of no use.
+// Statements as the screens build them, with a different key at the end each time, so that nothing translated or
+// prepared before can be reused.
 constexpr const char16_t* Statements[] = {
     u"Select First_Name, Last_Name, Den_Number, Den_Type, Scout_SID From Scouts, Dens Where Den_SID = Assigned_Den_SID "
     u"and Assigned_Den_SID = %1 and Scouts.Active = 'Y' Order by Last_Name, First_Name, MI",

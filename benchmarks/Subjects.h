@@ -5,7 +5,7 @@ namespace orlo::bench
 
 class Table;
 
-// Each subject makes its data in a folder of its own, gone when it returns.
+// Each subject makes its data in a folder of its own, which is deleted when it returns.
 
 void walkRecords(Table& table);
 void prepareStatements(Table& table);

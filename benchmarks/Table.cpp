@@ -15,7 +15,7 @@ namespace orlo::bench
 namespace
 {
 
-// Keeps each run's time by the name of the work.
+// Stores each run's time under the name of the work.
 class Times final : public benchmark::BenchmarkReporter
 {
 public:
@@ -38,7 +38,7 @@ private:
     std::map<std::string, std::vector<double>> m_times;
 };
 
-// The process's memory, MB, by its name in the system's status of it.
+// The process's memory in MB, by its name in the system's status file.
 double memoryOf(const std::string& name)
 {
     std::ifstream status("/proc/self/status");
@@ -48,11 +48,11 @@ double memoryOf(const std::string& name)
     return 0;
 }
 
-// The memory that a piece of work adds to the process at its peak, MB.
+// How many MB of memory the work adds to the process at its peak.
 double peakOf(const Work& work)
 {
     malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << "5"; // the peak begins anew
+    std::ofstream("/proc/self/clear_refs") << "5"; // resets the peak
     const double before = memoryOf("VmRSS");
     (void)work();
     return memoryOf("VmHWM") - before;

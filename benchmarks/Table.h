@@ -9,10 +9,10 @@
 namespace orlo::bench
 {
 
-/// Does a piece of work once; the seconds that the part which counts took.
+/// Does a piece of work once and returns the seconds that the measured part took.
 using Work = std::function<double()>;
 
-/// The seconds that a call takes of the processors' time, other processes' not among them: for work that computes.
+/// The processor time of a call in seconds, without other processes: for work that computes.
 template <class Call>
 [[nodiscard]] double timed(Call&& call)
 {
@@ -21,7 +21,7 @@ template <class Call>
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// The seconds until a call returns: for work that waits, for the disk or for another process.
+/// The seconds until a call returns: for work that waits for the disk or for another process.
 template <class Call>
 [[nodiscard]] double waited(Call&& call)
 {
@@ -30,7 +30,7 @@ template <class Call>
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Work of the program beside the same work done by the simplest means.
+/// Work of the program against the same work done by the simplest means.
 struct Comparison {
     std::string work;
     std::string baseline;
@@ -38,14 +38,14 @@ struct Comparison {
     Work ours;
     Work theirs;
     int rounds = 15;
-    bool memory = false; ///< tell the peak of the memory that each takes, too
+    bool memory = false; ///< also report each one's peak memory
 };
 
 /// Measures comparisons and prints them as one table.
 class Table
 {
 public:
-    /// Runs both works in turns, after one round that doesn't count, and keeps the medians.
+    /// Runs both works in turns, after one round that doesn't count, and takes the medians.
     void compare(const Comparison& comparison);
     void print() const;
     /// True if no ratio is over its limit.
@@ -58,7 +58,7 @@ private:
         double limit;
         double ours; ///< ms
         double theirs;
-        double ourPeak;   ///< MB; 0 where it wasn't asked for
+        double ourPeak;   ///< MB; 0 if it wasn't requested
         double theirPeak; ///< MB
 
         [[nodiscard]] double ratio() const { return ours / theirs; }

@@ -17,7 +17,7 @@ namespace orlo::bench
 namespace
 {
 
-// A file of version 1.0 with so many scouts, a tenth as many adults, and 20 awards a scout.
+// A file of version 1.0 with this many scouts, a tenth as many adults, and 20 awards per scout.
 void makeOldFile(const QString& path, int scouts)
 {
     auto fresh = store::DBEngine::createDatabase(path);
@@ -47,7 +47,7 @@ void createPlain(const PlainDatabase& file, const store::TableDef& table)
             file.run(store::indexSql(table.name(), index));
 }
 
-// Reads every row of a query and runs a statement with its values, a change of its own each time.
+// Reads every row of a query and runs a statement with its values, each time as a separate change.
 void forEachRow(const PlainDatabase& file, const QByteArray& query, const QByteArray& statement)
 {
     const PlainStatement from = file.prepare(query);

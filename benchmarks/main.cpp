@@ -1,5 +1,5 @@
-// The speed of the program's main work, each line as a ratio against a baseline that is measured in turns with it, so
-// that the numbers mean the same on any machine. Arguments name the subjects to run; without any, all run.
+// The speed of the program's main work. Each line is a ratio to a baseline that is measured in turns with it, so the
+// numbers mean the same on any machine. Arguments name the subjects to run; without any, all run.
 
 #include "Subjects.h"
 #include "Table.h"

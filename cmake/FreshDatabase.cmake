@@ -1,4 +1,4 @@
-# Gives the application's folder an empty database, only where no file of either version's name is there.
+# Gives the application's folder an empty database, only if no file of either version's name is there.
 # Names are compared without regard to case, as the program does.
 file(GLOB files RELATIVE ${APP_DIR} ${APP_DIR}/*)
 foreach(file IN LISTS files)

@@ -16,7 +16,7 @@ if(ORLO_FUZZ)
 endif()
 
 # orlo_room(NAME [FORMS] LINK lib... [PRIVATE lib...] SOURCES file...)
-# A room of src as a library. FORMS: it has classes with signals or .ui files.
+# A room of src as a library. FORMS: it has classes with signals, or .ui files.
 function(orlo_room name)
     cmake_parse_arguments(ARG "FORMS" "" "LINK;PRIVATE;SOURCES" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
@@ -26,7 +26,7 @@ function(orlo_room name)
     endif()
 endfunction()
 
-# `format` puts the sources into the house's layout, `lint` reads them with clang-tidy; both want clang's tools.
+# `format` runs clang-format on the sources, `lint` runs clang-tidy; both need clang's tools.
 find_program(CLANG_FORMAT clang-format)
 find_program(RUN_CLANG_TIDY NAMES run-clang-tidy run-clang-tidy-14)
 file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.h ${PROJECT_SOURCE_DIR}/src/*.cpp

@@ -19,9 +19,9 @@ function(orlo_package_file name)
     set(package_files ${package_files} ${PACKAGE_DIR}/${name} PARENT_SCOPE)
 endfunction()
 
-# The build's own folder may hold somebody's records by now, so the packages take a database of their own. The sample
+# The build's own folder may contain somebody's records by now, so the packages have their own database. The sample
 # pack comes as a backup to restore, and in the edition of version 1.0, so that the update can be tried; the empty one
-# brings a tried program back to its beginning.
+# resets a program that was only tried.
 orlo_package_file(Quorrel11.mdb DEPENDS build::orlo-db COMMAND build::orlo-db new ${PACKAGE_DIR}/Quorrel11.mdb)
 orlo_package_file(empty-pack/Quorrel11_Backup DEPENDS ${PACKAGE_DIR}/Quorrel11.mdb
     COMMAND ${CMAKE_COMMAND} -E copy ${PACKAGE_DIR}/Quorrel11.mdb ${PACKAGE_DIR}/empty-pack/Quorrel11_Backup)
@@ -36,7 +36,7 @@ set(programs orlo orlo-db)
 if(TARGET orlo-jet)
     list(APPEND programs orlo-jet)
 endif()
-if(NOT WIN32) # where there is no plugin to draw without a screen
+if(NOT WIN32) # it has no plugin to draw without a screen
     list(APPEND programs orlo-report)
 endif()
 set(modules)
@@ -46,7 +46,7 @@ endif()
 list(TRANSFORM programs REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE program_files)
 list(TRANSFORM modules REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE module_files)
 
-# What both arrangements have: the program's folder, the manual and the example reports, the packs to restore.
+# What both arrangements contain: the program's folder, the manual and the example reports, the packs to restore.
 function(orlo_arrangement component folder manual packs)
     install(FILES ${APP_FILES} ${PACKAGE_DIR}/Quorrel11.mdb DESTINATION ${folder} COMPONENT ${component} ${ARGN})
     install(DIRECTORY ${PACKAGE_DIR}/sample-pack ${PACKAGE_DIR}/empty-pack DESTINATION ${packs} COMPONENT ${component} ${ARGN})

@@ -19,8 +19,8 @@ set_target_properties(${programs} ${modules} PROPERTIES BUILD_WITH_INSTALL_RPATH
 foreach(program IN LISTS programs modules)
     target_link_options(${program} PRIVATE LINKER:--disable-new-dtags)
 endforeach()
-# What a user may change, and the empty database, lie apart: an archive unpacked over a used folder touches neither, and
-# the launcher brings along what is missing or new.
+# Files that a user may change, and the empty database, are kept apart: an archive unpacked over a used folder touches
+# neither, and the launcher copies what is missing or new.
 orlo_arrangement(folder fresh . . EXCLUDE_FROM_ALL)
 install(TARGETS ${programs} RUNTIME DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
 install(TARGETS ${modules} LIBRARY DESTINATION . COMPONENT folder EXCLUDE_FROM_ALL)
@@ -79,7 +79,7 @@ endforeach()
 install(FILES share/orlo.svg DESTINATION share/icons/hicolor/scalable/apps COMPONENT system)
 if(BUILD_TESTING)
     add_test(NAME tst_packages COMMAND ${PROJECT_SOURCE_DIR}/tests/packages/tst_packages.sh ${CMAKE_BINARY_DIR})
-    set_tests_properties(tst_packages PROPERTIES TIMEOUT 300 COST 100) # begins first: it waits more than it computes
+    set_tests_properties(tst_packages PROPERTIES TIMEOUT 300 COST 100) # starts first: it waits more than it computes
 endif()
 
 set(CPACK_GENERATOR TXZ DEB)
@@ -90,7 +90,7 @@ person at one computer, one file, no server.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
-# What no library dependency tells: the age of the database engine, the reports' fonts, a native window on a Wayland
-# desktop, and what opens the manual. packaging/Generator.cmake.in adds the libraries.
+# What library dependencies don't cover: the age of the database engine, the reports' fonts, a native window on a
+# Wayland desktop, and what opens the manual. packaging/Generator.cmake.in adds the libraries.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libsqlite3-0 (>= 3.40), fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")

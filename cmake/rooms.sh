@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# cmake/rooms.sh        checks that the rooms include each other only through the doors of cmake/rooms.txt, that no door
-#                       leads up, and that docs/architecture.md shows the picture of that list
-# cmake/rooms.sh draw   prints the picture, a mermaid graph; a door that others lead round to isn't drawn
+# cmake/rooms.sh        checks that the rooms include each other only as cmake/rooms.txt allows, that no room includes one
+#                       above it, and that docs/architecture.md shows the picture of that list
+# cmake/rooms.sh draw   prints the picture, a mermaid graph, without the edges that others imply
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

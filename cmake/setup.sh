@@ -48,7 +48,7 @@ update_lists() { # update_lists [COMMAND...]: by that command; the lists have a 
     return 1
 }
 
-install_program() { # what the program is built of; without the converter it is built without its manual
+install_program() { # what the program is built from; without the converter it is built without its manual
     install_missing "${program_packages[@]}"
     install_missing "${manual_packages[@]}" || echo "The manual's pages are left out: ${manual_packages[*]} can't be had."
 }

@@ -1,5 +1,5 @@
-# Run at the install of the folder that runs anywhere: brings along what its programs and Qt's plugins load, except the C
-# and C++ run time, which every system has, and their licences. Set by PackagesLinux.cmake: PROGRAMS, MODULES,
+# Run when the folder that runs anywhere is installed: copies what its programs and Qt's plugins load, except the C and
+# C++ run time, which every system has, and the licences. Set by PackagesLinux.cmake: PROGRAMS, MODULES,
 # PLUGINS_FROM, PLUGINS, FONTS.
 set(folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
 set(plugin_files)
@@ -20,7 +20,7 @@ file(GET_RUNTIME_DEPENDENCIES
     PRE_EXCLUDE_REGEXES "^ld-linux" "^lib(c|m|dl|pthread|rt|resolv|util|stdc\\+\\+|gcc_s)\\.so")
 set(files ${plugin_files})
 foreach(library IN LISTS libraries)
-    get_filename_component(name ${library} NAME) # as it is asked for
+    get_filename_component(name ${library} NAME) # as it is requested
     file(REAL_PATH ${library} file)
     file(MAKE_DIRECTORY "${folder}/lib")
     file(COPY_FILE ${file} "${folder}/lib/${name}" ONLY_IF_DIFFERENT)
@@ -30,7 +30,7 @@ file(INSTALL ${FONTS} DESTINATION "${folder}/fonts")
 
 # Debian keeps each package's licence under the package's name.
 foreach(file IN LISTS files FONTS)
-    string(REGEX REPLACE "^/usr/" "/" short ${file}) # where /lib is a link, dpkg knows some files by the link
+    string(REGEX REPLACE "^/usr/" "/" short ${file}) # if /lib is a link, dpkg knows some files by the link
     execute_process(COMMAND dpkg -S ${file} ${short} OUTPUT_VARIABLE owners ERROR_QUIET)
     string(REGEX MATCH "^[^:,\n]+" package "${owners}")
     set(licence /usr/share/doc/${package}/copyright)

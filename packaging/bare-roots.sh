@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Tries the packages where nothing of Qt is: bare-roots.sh [SUITE... | commands]   (as root; it fetches the systems'
-# packages). "commands" tries ./run and ./test there, which takes as long as they do; without an argument all is tried.
-# For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the unpacked
-# folder starts, does the main work by the tour and leaves PDF files; it starts on Wayland, too. Then the Debian package
-# is installed, started and purged. The systems stay in build/roots, so that the next time is shorter.
+# Tries the packages on systems without Qt: bare-roots.sh [SUITE... | commands]   (as root; it fetches the systems'
+# packages). "commands" tries ./run and ./test there, which takes as long as they do; without an argument everything is
+# tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the
+# unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too. Then the
+# Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is shorter.
 source "$(dirname "$0")/../cmake/setup.sh"
 install_missing "${check_packages[@]}"
 packages=build/packages roots=build/roots
@@ -15,7 +15,7 @@ if [ ${#suites[@]} -gt 0 ]; then
     build release tour -DBUILD_TESTING=ON
     lintian --fail-on error,warning build/packages/orlo_*.deb
 fi
-# The mirror that this machine takes Debian from; another system has debootstrap's own.
+# The mirror that this machine gets Debian from; other systems use debootstrap's own.
 debian=$(apt-get indextargets --format '$(REPO_URI)' 'Label: Debian' | head -n 1)
 
 make_root() { # make_root SUITE FOLDER
@@ -45,10 +45,10 @@ set -E
 inside() { # inside COMMAND...: in the root, as its administrator
     chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive "$@"
 }
-as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but windows
+as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
     chroot --userspec=pat:pat "$root" env -i PATH=/usr/bin:/bin HOME=/home/pat LC_ALL=C.UTF-8 \
         XDG_RUNTIME_DIR=/run/pat bash -euc "
-        starts() { # starts PLUGIN COMMAND...: comes up with its records open on that platform, has no complaint
+        starts() { # starts PLUGIN COMMAND...: comes up with its records open on that platform, without complaints
             local plugin=\$1 pid opened=
             shift
             \"\$@\" 2>/tmp/complaints & pid=\$!
@@ -60,15 +60,15 @@ as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but w
             [ -n \"\$opened\" ] || { echo 'it opened no records'; cat /tmp/complaints; exit 1; }
             sleep 6 # past the splash
             grep -q \"/\$plugin\" /proc/\$pid/maps || { echo \"it didn't load \$plugin\"; exit 1; }
-            # The letters on the screen: the fonts that it has read.
+            # The letters on the screen come from the fonts that it has read.
             grep -qE '/[A-Za-z]+Sans(-[A-Za-z]+)?[.]ttf$' /proc/\$pid/maps || { echo 'it has no plain letters'; exit 1; }
             ! grep -E '/[A-Za-z]*Mono[^/]*[.]ttf$' /proc/\$pid/maps || { echo 'it writes with a typewriter'; exit 1; }
             kill \$pid || { echo 'it has ended by itself'; cat /tmp/complaints; exit 1; }
             wait \$pid || :
-            # On Wayland the pictures go through memory that both share; there is no plugin for another way.
+            # On Wayland the pictures go through shared memory; there is no plugin for another way.
             ! grep -v 'client buffer integration' /tmp/complaints
         }
-        explains() { # explains WORDS COMMAND...: instead of a start there is a box, and those words
+        explains() { # explains WORDS COMMAND...: a box with those words comes instead of the program
             local words=\$1 box= process
             shift
             \"\$@\" >/dev/null 2>/tmp/complaints & pid=\$!
@@ -92,7 +92,7 @@ as_pat() { # as_pat SCRIPT: a shell of a user, on an X server with nothing but w
         $1"
 }
 
-enter() { # enter SUITE: a new root of it, with a user
+enter() { # enter SUITE: makes a new root of it, with a user
     echo "== $1"
     mkdir -p "$roots"
     [ -d "$roots/$1" ] || make_root "$1" "$roots/$1"

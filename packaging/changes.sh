@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What CHANGELOG.md tells, in another form: changes.sh debian | appstream   (from the standard input)
+# CHANGELOG.md in another format: changes.sh debian | appstream   (from the standard input)
 # A version is a line "## VERSION (YEAR-MONTH-DAY)", each of its changes an item of the list below it.
 set -euo pipefail
 awk -v form="$1" '

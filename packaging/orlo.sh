@@ -1,10 +1,10 @@
 #!/bin/sh
-# Starts ORLO for the user at hand. The program keeps its records in the folder in which it lies. Of the Debian package
-# each user has such a folder with a copy of the program; the archive's folder is one by itself, and what a user may
-# change lies in its folder "fresh". This makes the folder complete and keeps it as new as the package.
+# Starts ORLO for the user at hand. The program keeps its records in its own folder. With the Debian package each user
+# has such a folder with a copy of the program; the archive's folder is one already, and files that a user may change
+# are in its folder "fresh". This script completes the folder and keeps it as new as the package.
 set -u
 here=$(dirname "$(readlink -f "$0")")
-if [ -d "$here/fresh" ]; then # with its letters beside the system's, and with its own plugins only
+if [ -d "$here/fresh" ]; then # with its fonts beside the system's, and with its own plugins only
     package=$here/fresh app=$here
     export FONTCONFIG_FILE="$here/fonts/fonts.conf"
     unset QT_PLUGIN_PATH QT_QPA_PLATFORM_PLUGIN_PATH
@@ -14,16 +14,16 @@ else
         /*) app=$XDG_DATA_HOME/orlo ;;
         *) app=${HOME:-/dev/null}/.local/share/orlo ;;
     esac
-    (umask 077 && mkdir -p "$app") 2>/dev/null # what fails is told below
+    (umask 077 && mkdir -p "$app") 2>/dev/null # a failure is reported below
 fi
-given=$app/.package # the reports and layouts as the package gave them, by which the user's changes show
+given=$app/.package # the reports and layouts as the package gave them, to recognise the user's changes
 new=$given/.new
 
-held() { # held PATTERN: the user's file of that name in any case, as the program finds it
+held() { # held PATTERN: the user's file of that name, upper or lower case, as the program finds it
     find "$app" -maxdepth 1 -iname "$1" | head -n 1
 }
 
-copy() { # copy FILE TARGET [-n]: whole on the disk before it takes its name; -n never takes another file's place
+copy() { # copy FILE TARGET [-n]: complete on the disk before it gets its name; -n never replaces a file
     rm -f "$new" && cp "$1" "$new" && sync "$new" && mv "${3:--f}" "$new" "$2"
 }
 
@@ -36,7 +36,7 @@ refresh() { # refresh FILE NAME: the user's file becomes the package's, unless t
     cmp -s "$1" "$given/$2" || copy "$1" "$given/$2"
 }
 
-complete() { # nothing where the folder can't be written to, which the program tells itself
+complete() { # nothing if the folder can't be written to, which the program reports itself
     { command exec 9>"$given/.lock"; } 2>/dev/null || return
     flock 9 # two starts at once take turns
     for file in "$package"/*; do
@@ -52,7 +52,7 @@ complete() { # nothing where the folder can't be written to, which the program t
     exec 9>&-
 }
 
-explain() { # a click on a menu shows nothing of what a program says, so a box tells why there is none
+explain() { # nobody sees the output of a program started from a menu, so a box says why it didn't start
     if [ -e "$app/orlo" ] && [ ! -x "$app/orlo" ]; then
         why="This computer runs no programs from there (the disk is mounted with \"noexec\")."
         way="Let its administrator allow that, or use the folder that runs anywhere on another disk."
@@ -88,7 +88,7 @@ $(readlink -f "$package/manual")/read-only.html"
 }
 
 mkdir -p "$given" 2>/dev/null && complete
-# A copy that failed has said so; the program that the user has still starts. Its lists of folders begin where it is.
+# A copy that failed has said so; the user's existing program still starts. Its lists of folders begin where it is.
 [ "$package" = "$here/fresh" ] || { [ -x "$app/orlo" ] && [ -n "$(held 'Quorrel*.mdb')" ]; } || explain
 cd "$app" || exit 1
 exec "$app/orlo" "$@"

@@ -10,7 +10,8 @@
 namespace orlo::bench
 {
 
-/// Ends the process, successfully and at once, when the first top-level window is painted and its picture handed over.
+/// Ends the process, successfully and at once, when the first top-level window has been painted and its picture handed
+/// over.
 class FirstPaint : public QObject
 {
 public:

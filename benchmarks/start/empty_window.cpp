@@ -1,5 +1,4 @@
-// The least that a program with a window does: the time from its start to its first picture is what others' is measured
-// against.
+// The least that a program with a window does: the baseline for the time from a start to the first picture.
 
 #include "FirstPaint.h"
 

@@ -1,4 +1,4 @@
-// The program's own start in the folder of the argument, up to the first picture of its splash.
+// The program's own start, in the folder given as argument, up to the first picture of its splash.
 
 #include "FirstPaint.h"
 #include "platform/Application.h"

@@ -4,7 +4,7 @@ install(TARGETS ${programs} RUNTIME DESTINATION . COMPONENT folder)
 configure_file(packaging/windows/README.txt ${PACKAGE_DIR}/README.txt @ONLY NEWLINE_STYLE CRLF)
 install(FILES ${PACKAGE_DIR}/README.txt packaging/qt.conf DESTINATION . COMPONENT folder)
 install(DIRECTORY ${QT6_INSTALL_PREFIX}/licences DESTINATION . COMPONENT folder)
-# Beside the programs what they load. Of Qt's plugins the one for windows and the one for photographs in reports; the
+# What the programs load is beside them: of Qt's plugins the one for windows and the one for photographs in reports; the
 # program's own pictures need none.
 set(libraries Qt6Core Qt6Gui Qt6PrintSupport Qt6Widgets libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
 list(TRANSFORM libraries REPLACE "(.+)" "${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS}/\\1.dll")
@@ -15,5 +15,6 @@ foreach(plugin platforms/qwindows imageformats/qjpeg)
 endforeach()
 
 set(CPACK_GENERATOR ZIP)
-# The archive holds a database, so its folder bears the whole version: no other one is unpacked over a used folder.
+# The archive holds a database, so its folder's name has the full version: no other archive is unpacked over a used
+# folder.
 set(CPACK_PACKAGE_FILE_NAME "orlo-${PROJECT_VERSION}-win64")

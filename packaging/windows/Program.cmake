@@ -1,4 +1,4 @@
-# What the program's file for Windows holds beside the code: its version, its icon, and what it asks of the system.
+# What the program's file for Windows contains besides the code: its version, its icon, and its manifest.
 enable_language(RC)
 find_program(ICOTOOL icotool REQUIRED)
 set(art ${CMAKE_BINARY_DIR}/art)

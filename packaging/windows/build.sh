@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip in build/windows, or in the folder that
-# ORLO_WINDOWS names. Everything else that it makes or fetches lies there too. The first time takes an hour or two, nearly
-# all of it for Qt; stopped anywhere, the next run goes on from there. build.sh tests builds the tests and the tour, too.
+# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip in build/windows, or in the folder
+# that ORLO_WINDOWS names. Everything else that it makes or fetches is there too. The first run takes an hour or two,
+# nearly all of it for Qt; if it is stopped anywhere, the next run continues from there. build.sh tests builds the tests
+# and the tour, too.
 source "$(dirname "$0")/../../cmake/setup.sh"
 source packaging/windows/folder.sh
 windows_packages=(g++-mingw-w64-x86-64-posix dpkg-dev icoutils tcl)
@@ -12,11 +13,11 @@ testing=OFF
 host_qt=(-DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(gcc -print-multiarch)/cmake") # its tools
 mkdir -p "$work/done" "$work/logs" "$root/bin" "$root/licences"
 
-# logged NAME COMMAND...: what it says goes to a file of that name, its end to the screen where it fails
+# logged NAME COMMAND...: the output goes to a file of that name; if the command fails, its end goes to the screen
 logged() {
     local log=$work/logs/$1 status=0
     shift
-    set +e # which a condition would switch off inside the command, too
+    set +e # a condition would switch it off inside the command, too
     (set -e; "$@") >"$log" 2>&1
     status=$?
     set -e
@@ -26,7 +27,7 @@ logged() {
     exit 1
 }
 
-# once NAME WHAT: the function NAME, unless an earlier run has come to its end
+# once NAME WHAT: runs the function NAME, unless an earlier run has completed it
 once() {
     ! declare -f "$1" | cmp -s - "$work/done/$1" || return 0
     echo "$2 ..."
@@ -34,8 +35,8 @@ once() {
     declare -f "$1" >"$work/done/$1"
 }
 
-# source_of PACKAGE VERSION: Debian's source, in the folder $work/PACKAGE. The list of sources is the build's own, of the
-# mirror that this machine takes its packages from; the system's lists stay as they are.
+# source_of PACKAGE VERSION: Debian's source, in the folder $work/PACKAGE. The list of sources is the build's own, from
+# the mirror that this machine gets its packages from; the system's lists stay as they are.
 source_of() {
     local lists=$work/apt
     mkdir -p "$lists/lists/partial" "$lists/cache/archives/partial"
@@ -49,7 +50,7 @@ source_of() {
     dpkg-source -x "$lists/$1_${2#*:}.dsc" "$work/$1"
 }
 
-version_of() { # version_of PACKAGE: of the source that it was made of
+version_of() { # version_of PACKAGE: of the source that it was made from
     dpkg-query -W -f '${source:Version}' "$1"
 }
 
@@ -89,7 +90,7 @@ qt_build() {
     cmake --install "$work/qt-build"
 }
 
-# A part of the program's own library: with what Debian's SQLite is built with, as far as a pack's file can tell it.
+# Part of the program's own library, with the options of Debian's SQLite that matter to a pack's file.
 sqlite() {
     source_of sqlite3 "$(version_of libsqlite3-dev)"
     cd "$work/sqlite3"
@@ -105,7 +106,7 @@ sqlite() {
     cp debian/copyright "$root/licences/sqlite3.txt"
 }
 
-# What every program of the compiler asks for.
+# What every program of this compiler needs.
 runtime() {
     local library
     for library in libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll; do

@@ -1,27 +1,27 @@
 #!/usr/bin/env bash
-# Tries the build for Windows under Wine, on a screen of its own: check.sh [CTEST_OPTION...]   (-R tst_backup: that class)
-# It builds what has changed, starts the program from the unpacked archive, lets the tour do the main work there, and runs
-# the tests. It tells what passed, what failed, and why what is left out can't run.
+# Tries the build for Windows under Wine, on a screen of its own: check.sh [CTEST_OPTION...]   (-R tst_backup: one class)
+# It builds what has changed, starts the program from the unpacked archive, lets the tour do the main work there, and
+# runs the tests. It reports what passed, what failed, and why the rest can't run.
 source "$(dirname "$0")/../../cmake/setup.sh"
 install_missing wine64 xvfb openbox x11-utils unzip poppler-utils fontconfig fonts-dejavu-core
 packaging/windows/build.sh tests
 source packaging/windows/folder.sh
 export WINEPREFIX=$work/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 [ -e "$WINEPREFIX/system.reg" ] || "$wine" wineboot --init >"$work/logs/wine" 2>&1
-# Wine passes no variable of Qt's on; what stands in its registry comes through.
+# Wine passes none of Qt's variables on; those in its registry come through.
 variable() { "$wine" reg "$1" 'HKCU\Environment' /v "$2" ${3:+/d "$3"} /f >/dev/null 2>&1; }
 on_screen() { tests/hands/onscreen.sh 1366x768 "$@"; }
-"${wine%/*}/wineserver64" -k 2>/dev/null || : # what an earlier run has left looks for that run's screen
+"${wine%/*}/wineserver64" -k 2>/dev/null || : # anything left of an earlier run looks for that run's screen
 variable delete QT_QPA_PLATFORM || :
 
-# The program as it is given away, with its own libraries.
+# The program as it is distributed, with its own libraries.
 rm -rf "$work/unpacked"
 unzip -q "$work"/orlo-*.zip -d "$work/unpacked"
 folder=$(echo "$work"/unpacked/*)
 on_screen packaging/windows/starts.sh "$wine" "$folder/orlo.exe"
 echo "The program starts from the archive."
 
-# A newer archive beside it: each makes a folder of its whole version, so the used one stays as it is.
+# A newer archive beside it: each makes a folder named with its full version, so the used one stays as it is.
 [[ ${folder##*/} =~ ^orlo-[0-9]+\.[0-9]+\.[0-9]+-win64$ ]]
 echo >>"$folder/PurchaseList.rpt"
 before=$(cd "$folder" && sha256sum Quorrel11.mdb PurchaseList.rpt)
@@ -34,10 +34,11 @@ unzip -qo "$work/newer.zip" -d "$work/unpacked"
 rm -rf "$work/newer" "$work/newer.zip" "$work/unpacked/orlo-${version%.*}.$((${version##*.} + 1))-win64"
 echo "A newer archive left the records and the changed report alone."
 
-# The tour, on the sample pack. From here on with the libraries of the build, the fonts of Linux, and what the tests say.
+# The tour, on the sample pack. From here on with the libraries of the build, the fonts of Linux, and the output of the
+# tests.
 mkdir -p "$work/poppler"
 cp packaging/windows/poppler.sh "$work/poppler"
-for tool in pdftotext pdftoppm; do # by which the tests look at what was printed
+for tool in pdftotext pdftoppm; do # with which the tests look at what was printed
     "$compiler-gcc-posix" -O2 packaging/windows/poppler.c -o "$work/poppler/$tool.exe"
 done
 export WINEPATH="Z:$root/bin;Z:$work/poppler"

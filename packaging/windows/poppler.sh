@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Started by poppler.c: poppler.sh TOLD NAME ARGUMENT...   runs the tool of that name; what it says goes to the file TOLD,
-# and once TOLD.done is there, it has ended. The paths are those of Wine.
+# Started by poppler.c: poppler.sh TOLD NAME ARGUMENT...   runs the tool of that name; its output goes to the file TOLD,
+# and TOLD.done is there once it has ended. The paths are Wine's.
 words=()
 for word; do
     [[ $word != [A-Z]:* ]] || word=$WINEPREFIX/dosdevices/${word,}

@@ -20,7 +20,7 @@ using test::rows;
 namespace
 {
 
-// The pack with titles of its own, and awards.
+// The pack with its own titles, and awards.
 const QString People = QString(test::Pack) + R"(
 Delete From Den_Titles; Insert Into Den_Titles Values ('Den Leader', 1), ('Helper', Null);
 Delete From Pack_Positions; Insert Into Pack_Positions Values ('Cook', 7), ('Chair', 2);
@@ -39,7 +39,8 @@ struct Screen : test::RecordScreen<frmAdults> {
     widgets::TextGrid& awards = get<widgets::TextGrid>("fgAdultsAwards");
     QTabWidget& tab = get<QTabWidget>("tabAdult");
 
-    // Beside the usual words: "position:0" and "award:1" make a row of these grids current, "page:0" turns to a page.
+    // In addition to the usual words: "position:0" and "award:1" make a row of these grids current, "page:0" turns to a
+    // page.
     void go(const QString& script) const
     {
         run(script, [&](const QString& word) {
@@ -54,7 +55,7 @@ struct Screen : test::RecordScreen<frmAdults> {
                 press(form, word);
         });
     }
-    // Hidden cells stand in brackets.
+    // Hidden cells are in brackets.
     [[nodiscard]] QString positions() const
     {
         QStringList lines;
@@ -68,7 +69,7 @@ struct Screen : test::RecordScreen<frmAdults> {
     }
 };
 
-// The program's longer messages, and what the tables have for them.
+// The program's longer messages, and the tables' words for them.
 const std::pair<QString, QString> Messages[] = {
     {"Delete Adult: ARE YOU SURE YOU WANT TO DELETE THE CURRENT ADULT RECORD and all of the Adult's Award Records? The "
      "alternitive is to set the adult to inactive. This will retain all the Adult's data in the program, but disable "
@@ -78,8 +79,8 @@ const std::pair<QString, QString> Messages[] = {
     {"No Data Found: No data found for the selected search cryteria", "none"},
     {"Save Changes: Data Changes Not Saved.Do you want to save your changes", "save?"}};
 
-// Plays the row's script, which may begin with '-' and the adults to delete beforehand, and compares what the other
-// columns of the row name.
+// Plays the row's script, which may begin with '-' and the adults to delete first, and compares what the other columns
+// of the row name.
 void play(std::initializer_list<const char*> columns)
 {
     QFETCH(QString, script);
@@ -132,8 +133,8 @@ private Q_SLOTS:
         platform::setToday(QDate(2026, 11, 24));
     }
 
-    // Every field goes to its own column and comes back; what an adult of an older version, without dates and years,
-    // holds after any save.
+    // Every field goes to its own column and back; also what an adult of an older version, without dates and years,
+    // contains after any save.
     void fields()
     {
         const Screen screen;
@@ -160,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(screen.form.focusWidget(), &screen.get("txtPackStartDate"));
     }
 
-    // The program goes on after a failure of the rebuild.
+    // The program continues after a failure of the rebuild.
     void trappedFailure()
     {
         test::fill("Alter Table Adults Rename Column Active To Was");
@@ -169,7 +170,7 @@ private Q_SLOTS:
         QVERIFY(told->text.contains("\n3061\n"));
         QCOMPARE(screen.list.listCount(), 0);
     }
-    // What ends the program; no position is the worse for it.
+    // What ends the program; no position is damaged by it.
     void failures_data() { test::tableOf("adults/adults_failures.txt"); }
     void failures()
     {
@@ -181,7 +182,7 @@ private Q_SLOTS:
     void records() { play({"label", "live", "page", "list", "adults", "awards", "left", "said"}); }
 
     // The list, its first adult, and what a dialog for finding changed. Rows of the den filter: Tiger, Bear, Wolf, all;
-    // the dialog offers Tiger and Wolf only.
+    // the dialog offers only Tiger and Wolf.
     void sets_data() { test::tableOf("adults/adults_sets.txt"); }
     void sets() { play({"list", "first", "label", "live", "page", "said"}); }
     void noDens()
@@ -199,7 +200,7 @@ private Q_SLOTS:
     void positions_data() { test::tableOf("adults/adults_positions.txt"); }
     void positions() { play({"said", "positions", "left"}); }
 
-    // Each dialog on one adult: what it shows at its end, and the adult's positions then.
+    // Each dialog on one adult: what it finally shows, and the adult's positions then.
     void dialogs_data() { test::tableOf("adults/adults_dialogs.txt"); }
     void dialogs() { play({"log", "held"}); }
 
@@ -207,7 +208,7 @@ private Q_SLOTS:
     void marks_data() { test::tableOf("adults/adults_marks.txt"); }
     void marks() { play({"marked"}); }
 
-    // Another program's layout would have the wrong position deleted.
+    // Another program's layout would make the wrong position be deleted.
     void foreignLayout()
     {
         const QString file = m_folder->path() + "/DenAssign.grd";
@@ -221,11 +222,11 @@ private Q_SLOTS:
         QCOMPARE(screen.positions(), "/3/Wolf/[2][2][N/A]");
     }
 
-    // By adult, award and date: rows that read the same go together.
+    // By adult, award and date: rows that read the same are deleted together.
     void awards_data() { test::tableOf("adults/adults_awards.txt"); }
     void awards() { play({"grid", "awards"}); }
 
-    // The awards' keys lie beyond the right edge, whatever is pressed.
+    // The awards' keys are beyond the right edge, whatever is pressed.
     void keysOutOfSight()
     {
         const Screen screen;

@@ -25,9 +25,9 @@ constexpr const char* Awards = R"(Insert Into Insignias (Insignia_SID, Insignia_
 const QString Scouts =
     "Select Scout_SID, Insignia_SID, Date_Assigned, Year, Month, Quantity From Assigned_Awards_Scouts";
 
-QStringList calls; // what a dialog asked of the record form, in order
+QStringList calls; // what a dialog asked the record form, in order
 
-// Stands for the record form; each question gives the next person.
+// Stands in for the record form; each question returns the next person.
 struct People : PersonShown {
     std::int16_t currentPerson() const override
     {
@@ -42,7 +42,7 @@ struct Screen : test::RecordScreen<F> {
     widgets::CheckListBox& catalogue = test::control<widgets::CheckListBox>(this->form, "lbAwardList");
     widgets::ListBox& selected = test::control<widgets::ListBox>(this->form, "lbSelected");
 
-    // "tick 3": a word, and a row of the list that the word is about.
+    // "tick 3": a word, and the row of the list that it applies to.
     void step(const QString& words) const
     {
         const QString word = words.section(' ', 0, 0);
@@ -63,7 +63,7 @@ struct Screen : test::RecordScreen<F> {
             if (button->text() == word)
                 QTest::mouseClick(button, Qt::LeftButton);
     }
-    // The checked rows, the row that is the current one and the selected texts.
+    // The checked rows, the current row and the selected texts.
     [[nodiscard]] QString lists() const
     {
         QString checked;
@@ -75,7 +75,7 @@ struct Screen : test::RecordScreen<F> {
 };
 using Adult = frmAddAdultAwards;
 
-// Selects awards, types the day and adds.
+// Selects awards, types the date and adds them.
 template <class F>
 void add(const QString& steps, const QString& day)
 {
@@ -117,7 +117,7 @@ private Q_SLOTS:
 
     void adding()
     {
-        test::fill("Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID) Values (101, 5)"); // held before
+        test::fill("Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID) Values (101, 5)"); // given earlier
         add<Adult>("tick 5, tick 0, tick 4", "2/5/26");
         const QStringList once{"person", "person", "person", "busy reload"};
         QCOMPARE(calls, once);
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QVERIFY(!told->shown || screen.form.focusWidget()->objectName() == "txtAssignedDate");
     }
 
-    // A refused award keeps those before it.
+    // If an award is refused, those before it stay.
     void failures_data() { test::tableOf("awards/addawards_failures.txt"); }
     void failures()
     {

@@ -28,7 +28,7 @@ Insert Into Leader_Den_Assignments (Adult_SID, Den_SID, Den_Title) Values (3, 1,
 Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type) Values
     (1, 'Wolf', 'Badge'), (2, 'Bear', 'Pin'), (3, 'Bear', 'Badge'))";
 
-// What a text of each row below the header makes up, without the empty ones.
+// What the function makes of each row below the header, without the empty ones.
 QString rowsOf(const TextGrid& grid, const char* parting, const std::function<QString(int)>& text)
 {
     QStringList lines;
@@ -38,7 +38,7 @@ QString rowsOf(const TextGrid& grid, const char* parting, const std::function<QS
     return lines.join(QLatin1String(parting));
 }
 
-// The cells, parted by slashes.
+// The cells, separated by slashes.
 QString rowsOf(const TextGrid& grid)
 {
     return rowsOf(grid, ", ", [&](int row) {
@@ -161,21 +161,21 @@ private Q_SLOTS:
         test::fill(People);
     }
 
-    // Coming back to a page reads its lists again. A typed den lists nobody, and an adult's own den alone counts: Flo
-    // Gray leads den 3 and isn't listed.
+    // Returning to a page reads its lists again. A typed den lists nobody, and only an adult's own den counts: Flo Gray
+    // leads den 3 and isn't listed.
     void lists_data() { test::tableOf("awards/assign_lists.txt"); }
     void lists() { play({"lists"}); }
 
-    // Marks follow the chosen everywhere, nobody is chosen twice; scout 1 and adult 1 are two people, but the pack's
-    // page takes the mark of either.
+    // Marks follow the chosen people everywhere, nobody is chosen twice; scout 1 and adult 1 are two people, but the
+    // pack's page removes the mark of either.
     void choosing_data() { test::tableOf("awards/assign_choosing.txt"); }
     void choosing() { play({"chosen", "marks"}); }
 
-    // What is missing, and the award, day and focus that are left.
+    // What is missing, and which award, date and focus remain.
     void missing_data() { test::tableOf("awards/assign_missing.txt"); }
     void missing() { play({"said", "order", "given"}); }
 
-    // Who has an award can be given it again.
+    // Somebody who has an award can be given it again.
     void assigning_data() { test::tableOf("awards/assign_assigning.txt"); }
     void assigning() { play({"scouts", "adults"}); }
 
@@ -193,11 +193,11 @@ private Q_SLOTS:
         QCOMPARE(screen.tabs.currentIndex(), 0);
         QCOMPARE(rowsOf(screen.selected), "/Abe Adams/NA/Scout/4");
         QCOMPARE(test::count("Assigned_Awards_Scouts"), 0);
-        screen.go("AssignDate= Tab"); // an empty date lets go
+        screen.go("AssignDate= Tab"); // an empty date lets the focus leave
         QVERIFY(!date.hasFocus());
     }
 
-    // A den without scouts leaves the count of the den before it; a refused row keeps those before it.
+    // A den without scouts keeps the count of the previous den; if a row is refused, those before it stay.
     void failures_data() { test::tableOf("awards/assign_failures.txt"); }
     void failures()
     {

@@ -15,7 +15,7 @@ namespace
 struct Screen : test::RecordScreen<frmInsigniaInfo> {
     QLineEdit& name = get<QLineEdit>("txtInsigniaName");
 
-    // With Find among the live buttons, the name, the description and the option that is set.
+    // Find is among the live buttons; also the name, the description and the selected option.
     [[nodiscard]] QMap<QString, QString> shown() const
     {
         QString chosen;
@@ -34,7 +34,7 @@ struct Screen : test::RecordScreen<frmInsigniaInfo> {
         return QStringList{shown()["label"], shown()["live"], shown()["award"], shown()["text"], shown()["option"]}
             .join('/');
     }
-    // The names that the form walks, from the record on screen on.
+    // The names that the form steps through, from the record on screen on.
     [[nodiscard]] QString ahead() const
     {
         QString names = name.text();
@@ -72,15 +72,16 @@ private Q_SLOTS:
                    "', Null), (2, 'B', 'Badge', 'b' || char(13, 10))");
         Screen screen;
         QCOMPARE(screen.state(), "Award 1 of 2/Next Last New Delete Find/A//" + option);
-        screen.run("N"); // a type outside the nine leaves the option as it was
+        screen.run("N"); // a type outside the nine leaves the option unchanged
         QCOMPARE(screen.state(), "Award 2 of 2/First Previous New Delete Find/B/b\n/" + option);
         screen.run((option == "optPin" ? "optMedal " : "optPin ") + option + " s");
-        QCOMPARE(stored(), "A/" + type + "/Null, B/" + type + "/b\r\n"); // as it was stored
+        QCOMPARE(stored(), "A/" + type + "/Null, B/" + type + "/b\r\n"); // as before
         screen.run("cmdFind>" + option + ",cmdFind");
         QCOMPARE(screen.ahead(), "A B");
     }
 
-    // What changes as the screen empties for a new award enables cmdSave; without a change it waits for a key.
+    // If something changes when the screen is emptied for a new award, cmdSave is enabled; otherwise it waits for a
+    // key.
     void oneRecordAtATime_data() { test::tableOf("awards/catalogue_oneRecordAtATime.txt"); }
     void oneRecordAtATime()
     {

@@ -18,12 +18,12 @@ using namespace orlo;
 namespace
 {
 
-constexpr int MaxTimes = 20'000;    // far more than a child gets to before its end
+constexpr int MaxTimes = 20'000;    // far more than a child reaches before its end
 constexpr quint32 MaxDelay = 30000; // microseconds from the first time on
 
-// What a child does time and again, for the n-th time. Every row that the engine acknowledged is there for good.
+// What a child does again and again, for the n-th time. Every row that the engine acknowledged is there for good.
 
-// Gives one award to person after person, the way of the bulk assignment.
+// Gives one award to person after person, as the bulk assignment does.
 void assign(int n)
 {
     auto awards = database().openRecordset("Select * From Assigned_Awards_Scouts Where Insignia_SID = 0");
@@ -45,7 +45,7 @@ void saveScout(int n)
     test::control<QPushButton>(form, "cmdSave").click();
 }
 
-// Adds the two awards of the catalogue to the scout on screen.
+// Adds the catalogue's two awards to the scout on screen.
 void addAwards(int)
 {
     auto& form = widgets::Instance<frmAddAwardsToScout>::get();
@@ -65,13 +65,13 @@ struct Work {
     void (*step)(int);
     QByteArray select;
     int rowsEach;
-    QString row; ///< %1 counts a run's times, or the rows of one time where it has several
+    QString row; ///< %1 counts a run's times, or the rows of one time if it has several
 };
 const std::map<QByteArray, Work> Works{{"assign", {assign, Awards, 1, "%1|7|2026-02-05|2026|2"}},
                                        {"saveScout", {saveScout, Scouts, 1, "%1|Y|1001-01-01|2026-02-05"}},
                                        {"addAwards", {addAwards, Awards, 2, "3|%1|2026-02-05|2026|2"}}};
 
-// The child: works, and tells every time that it's done.
+// The child: works, and reports each time that it has finished.
 int child(const QStringList& arguments)
 {
     const QByteArray name = arguments[0].toLatin1();
@@ -119,7 +119,7 @@ private Q_SLOTS:
             QThread::usleep(random.bounded(MaxDelay));
             child.kill();
             QVERIFY(child.waitForFinished(20000));
-            QCOMPARE(child.exitStatus(), QProcess::CrashExit); // it was cut off and hadn't ended by itself
+            QCOMPARE(child.exitStatus(), QProcess::CrashExit); // it was killed and hadn't ended normally
             const int acknowledged = int(child.readAllStandardOutput().count('\n')) * rowsEach;
             QVERIFY(acknowledged > 0);
             unfinished += test::isHot(path + "-journal");
@@ -134,7 +134,7 @@ private Q_SLOTS:
                 QCOMPARE(found[rows + n], row.arg(rowsEach == 1 ? n + 1 : n % rowsEach + 1));
             rows = int(found.size());
         }
-        // Without kills in the middle of a row the test would have tried nothing.
+        // Without kills in the middle of a row the test would have tested nothing.
         QVERIFY2(enough(), qPrintable(QString::number(unfinished)));
     }
 };

@@ -1,4 +1,4 @@
-// Runs a fuzz target without libFuzzer: every seed as it stands, then mutated seeds, the same ones in every run.
+// Runs a fuzz target without libFuzzer: first every seed unchanged, then mutated seeds, the same ones in every run.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -19,7 +19,7 @@ namespace
 
 constexpr std::size_t MaxInput = 64 * 1024;
 
-std::string findingFile; // each program's its own: several run at once
+std::string findingFile; // a separate one for each program, since several run at once
 
 std::vector<std::string> readSeeds(const std::filesystem::path& path)
 {
@@ -83,7 +83,7 @@ private:
         else if (way == 7)
             text.erase(at);
         else if (const std::string part = piece(text, 12); below(20) == 0)
-            // Rare: the same piece hundreds of times, for what counts how deep something nests.
+            // Rarely: the same piece hundreds of times, for whatever counts nesting depth.
             for (std::size_t times = below(500); times > 0 && text.size() < MaxInput; --times)
                 text.insert(at, part);
     }
@@ -92,10 +92,11 @@ private:
     std::mt19937_64 m_random{20040607};
 };
 
-// Runs the target on an input that lies in the current folder meanwhile, so that one that it falls over is left there.
+// Runs the target on an input that is in the current folder meanwhile, so that an input that makes it crash is left
+// there.
 void runTarget(const std::string& input)
 {
-    std::filesystem::remove(findingFile); // one that is only overwritten goes to the disk at once
+    std::filesystem::remove(findingFile); // an overwritten file would be flushed at once
     std::ofstream(findingFile, std::ios::binary) << input;
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }

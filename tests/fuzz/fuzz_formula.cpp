@@ -1,4 +1,4 @@
-// Reads any bytes as a formula; what is read is checked, cut for the query and computed.
+// Reads any bytes as a formula; a formula that can be read is checked, cut for the query and evaluated.
 #include "reporting/Formula.h"
 #include "reporting/Selection.h"
 
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         formula.requireCondition();
         (void)formula.holds(AnyRow());
     } catch (const orlo::platform::RuntimeError&) {
-        // A text that can't be read is refused; that is what the reader is for.
+        // A text that can't be read is refused, which is the reader's job.
     }
     return 0;
 }

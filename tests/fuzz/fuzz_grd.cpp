@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const orlo::platform::RuntimeError& error) {
         static const QRegularExpression place(QStringLiteral("^f\\.grd, line [1-9]\\d*, column [1-9]\\d*: ."));
         if (!place.match(error.description()).hasMatch())
-            __builtin_trap(); // a refusal without its place helps nobody
+            __builtin_trap(); // a refusal without a position helps nobody
     }
     return 0;
 }

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         (void)orlo::reporting::readDefinition(QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size)));
     } catch (const orlo::reporting::ReportError& error) {
         if (error.place().line < 1 || error.place().column < 1)
-            __builtin_trap(); // a refusal without its place helps nobody
+            __builtin_trap(); // a refusal without a position helps nobody
     }
     return 0;
 }

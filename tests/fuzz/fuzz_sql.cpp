@@ -1,6 +1,6 @@
 // Reads any bytes as a statement of the dialect and runs it on a small file. Whatever the text does, it may only read
 // and change rows: the file's tables, texts of queries and journal stay as they are. The same bytes also choose an
-// expression, written with as few brackets as the dialect's precedence allows, whose value is reckoned here as well.
+// expression, written with as few brackets as the dialect's precedence allows, whose value is also computed here.
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
@@ -21,7 +21,7 @@ namespace
 using namespace orlo;
 using store::Value;
 
-// An expression with its value. Operators bind as their levels stand here, the loosest first.
+// An expression with its value. The levels of precedence are in this order, the lowest first.
 class Expressions
 {
 public:
@@ -31,7 +31,7 @@ public:
         QString text;
         Level level;
         Kind kind;
-        Value value; // a date as one, a truth as a yes/no
+        Value value; // a date as a date, a truth value as a yes/no
     };
 
     explicit Expressions(std::span<const std::uint8_t> bytes) : m_bytes(bytes) {}
@@ -78,7 +78,7 @@ private:
         return node.level >= least ? node.text : '(' + node.text + ')';
     }
 
-    // What the row holds, and literals.
+    // The row's fields, and literals.
     Node leaf()
     {
         static const Node Leaves[] = {{"Scout_SID", Leaf, Kind::Number, 1},
@@ -212,7 +212,7 @@ public:
             if (rows.recordCount() > 0)
                 (void)rows.value(0);
         });
-        // Rolled back, so that inputs neither add up nor wait for the disk.
+        // Rolled back, so that inputs neither accumulate nor wait for the disk.
         attempt([&] {
             const store::Transaction dropped(m_database);
             m_database.execute(statement);
@@ -227,7 +227,7 @@ public:
         try {
             value = m_database.openRecordset("Select " + node.text + " As X From Scouts").value(0);
         } catch (const platform::RuntimeError& error) {
-            if (error.description().contains(" is n")) // no number, neither yes nor no
+            if (error.description().contains(" is n")) // not a number, neither yes nor no
                 return;
             throw;
         }
@@ -248,7 +248,7 @@ private:
         try {
             action();
         } catch (const platform::RuntimeError&) {
-            // Refusing is what most inputs are for.
+            // Most inputs are refused.
         }
     }
 

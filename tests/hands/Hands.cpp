@@ -55,11 +55,11 @@ QMessageBox* messageBox()
 
 using Place = std::optional<QPoint>;
 
-// A window that has just appeared, or is being moved, may not yet be where the program believes.
+// A window that has just appeared, or is being moved, may not yet be where the program thinks.
 bool standsWhereItSeems(const QWidget& window)
 {
     return (placeOfWindow(window.winId()) - window.mapToGlobal(QPoint()) * window.devicePixelRatio())
-               .manhattanLength() <= 2; // rounding
+               .manhattanLength() <= 2; // for rounding
 }
 
 Place middle(const QWidget* widget, QRect part)

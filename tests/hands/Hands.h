@@ -33,10 +33,10 @@ namespace orlo::test
 /// Copies the layouts and the report files into the application's folder.
 void copyFiles();
 
-/// Runs the work in a thread of its own while the program's event loop runs. Returns an empty text or the failure's.
-/// Whatever was left open is closed.
+/// Runs the work in a thread of its own while the program's event loop runs. Returns an empty text, or the failure's
+/// text. Whatever was left open is closed.
 [[nodiscard]] QString atTheScreen(const std::function<void()>& work);
-/// Where on the screen to click for a script's word; nothing while that isn't visible.
+/// Where on the screen to click for a script's word; nothing as long as that isn't visible.
 [[nodiscard]] std::optional<QPoint> placeOf(const QString& word);
 /// Waits until a window of the program has the keyboard focus; raises std::runtime_error if none gets it.
 void awaitKeys();

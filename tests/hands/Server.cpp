@@ -105,7 +105,7 @@ void strike(const QString& word)
 void hold(const QString& word)
 {
     const QList<KeySym> keys = keysOf(word);
-    QThread::msleep(5); // a hand doesn't press a key again the moment it was released
+    QThread::msleep(5); // a hand doesn't press a key again right after releasing it
     send(KeyPress, static_cast<int>(keys.size()) + 9, [&] {
         for (const KeySym key : keys)
             change(key, true);
@@ -144,7 +144,7 @@ void burst(const QStringList& words, int gap)
     }
     hold({});
     XSync(server, False);
-    QThread::msleep(60); // for the window manager, which has the last word on the focus
+    QThread::msleep(60); // for the window manager, which decides on the focus
     settle();
 }
 
@@ -157,7 +157,7 @@ void type(const QString& text)
     }
 }
 
-// Approaches from a little way off, so that two clicks are a double click only where the script says so.
+// Approaches from a short distance, so that two clicks are a double click only if the script says so.
 void moveTo(QPoint place)
 {
     const QPoint away(place.x() < DisplayWidth(server, 0) / 2 ? 23 : -23,

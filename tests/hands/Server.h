@@ -64,7 +64,7 @@ void hold(const QString& word);
 void type(const QString& text);
 
 /// Strikes words one after the other, this many milliseconds apart, whatever the program does meanwhile; a word that
-/// names no keys clicks at the pointer. Modifiers that two neighbouring words share are held in between.
+/// names no keys clicks at the pointer. Modifiers shared by two neighbouring words stay pressed in between.
 void burst(const QStringList& words, int gap);
 
 /// Moves the pointer, in screen pixels.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs a command on a screen of its own, with a window manager: onscreen.sh 1366x768 COMMAND...
-# ORLO_SCREEN_DPI sets the screen's dots to the inch, by which the window manager sizes its titles.
+# ORLO_SCREEN_DPI sets the screen's dots per inch, by which the window manager sizes its titles.
 set -euo pipefail
 # The accessibility bus keeps a block of its own until the process ends.
 export LSAN_OPTIONS="suppressions=$(dirname "$0")/lsan.supp:print_suppressions=0"

@@ -94,7 +94,7 @@ private Q_SLOTS:
         QCOMPARE(faults.join(", "), QString());
     }
 
-    // Only the page scrolls, and with the usual letters not even that.
+    // Only the page scrolls, and not even that with the usual font size.
     void staysWhole_data()
     {
         QTest::addColumn<Child>("form");

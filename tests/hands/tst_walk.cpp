@@ -14,8 +14,8 @@ using namespace orlo;
 using test::ask;
 using test::expect;
 
-// A user who doesn't look: random events, by a seed, over all windows, many of them before the program has handled the
-// one before. Events that may rightly end the program (an invalid date, a find under "All") aren't chosen.
+// A user who doesn't look: random events, from a seed, over all windows, many of them before the program has handled
+// the previous one. Events that may rightly end the program (an invalid date, a find under "All") aren't chosen.
 namespace
 {
 

@@ -33,7 +33,7 @@ namespace
 
 const QString Data = QStringLiteral(ORLO_SOURCE_DIR "/tests/jet/data/");
 
-// A table's fields and rows as sqlite() gives them, out of a CSV file.
+// A table's fields and rows from a CSV file, in the form that sqlite() gives.
 QStringList rowsOf(const QString& csv, QStringList& fields)
 {
     CsvReader reader(contents(csv));
@@ -60,7 +60,7 @@ int allRows(const QString& path)
 
 const int Tries = test::repeats("ORLO_JET_FILES", 25); // files, or moments
 
-// Where the rows of tables begin, or where the definitions' fields have their numbers.
+// The offsets of the tables' rows, or of the field numbers in the definitions.
 QList<qsizetype> places(const QByteArray& bytes, bool ofRows)
 {
     const auto number = [&](qsizetype at) {
@@ -106,7 +106,7 @@ QByteArray damaged(QByteArray bytes, const QString& how, QRandomGenerator& rando
     return bytes;
 }
 
-// How many values of a file that was taken over aren't those of the CSV files.
+// How many values of a file that was taken over differ from the CSV files.
 int differences(const QString& path, const QString& sample)
 {
     int different = 0;
@@ -150,7 +150,7 @@ private Q_SLOTS:
         const int count = sample == u"small-1.1" ? 13 : 8;
         const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
-        QProcess check; // which changes nothing
+        QProcess check; // this changes nothing
         check.start(ORLO_BUILD_DIR "/tools/orlo-db"_L1, {u"check"_s, path()});
         QVERIFY(check.waitForFinished());
         const QString words = count == 13 ? u"39 Scouts: 1297 values\n"_s : u"39 Scouts: 727 values\n"_s;
@@ -163,7 +163,7 @@ private Q_SLOTS:
         QCOMPARE(differences(path(), sample), 0);
         QCOMPARE(QProcess::execute(ORLO_BUILD_DIR "/tools/orlo-db"_L1, {u"compare"_s, kept(), path()}), 0);
 
-        // Keys, checks, indexes and stored queries are those of a file that was made new.
+        // Keys, checks, indexes and stored queries are those of a newly made file.
         const bool current = count == 13;
         const QString fresh = m_folder->filePath(u"fresh"_s);
         store::Database made = store::DBEngine::createDatabase(fresh);
@@ -177,12 +177,12 @@ private Q_SLOTS:
                      "1"_ba);
     }
 
-    // What a file has that ours has no place for, and rows that a simple walk over the pages gets wrong.
+    // Data that has no place in our tables, and rows that a simple walk over the pages gets wrong.
     void oddities()
     {
         JetPages pages(Data + u"small-1.1.mdb"_s);
         using Rows = std::vector<JetPages::Row>;
-        // 1 becomes 2.5, and what doesn't fit into the field.
+        // 1 becomes 2.5, and a value that doesn't fit into the field.
         pages.change({u"School"_s, u"Tigar"_s}, [](Rows& scouts) {
             scouts[0].bytes.replace("\xF0\x3F", "\4\x40");
             scouts[1].bytes.replace(2 + 26, 8, "\0\0\0\0\0\0\xF0\x7E"_ba);
@@ -200,25 +200,25 @@ private Q_SLOTS:
                 if (bytes.contains(JetPages::wide(u"Den_Titles"_s)))
                     bytes.replace(10, 2, "\4\x80"); // a report
                 if (bytes.contains(JetPages::wide(u"Engine"_s)) || bytes.contains(JetPages::wide(u"Dens"_s)))
-                    bytes.replace(28, 4, "\2\0\0\x80"_ba); // the engine's own; not ours, whatever it says
+                    bytes.replace(28, 4, "\2\0\0\x80"_ba); // the engine's own object; not ours, whatever it says
             }
         });
-        // The numbers become ones of 32 bits, the first of them 0.1 for 2.
+        // The numbers become 32-bit ones, the first of them 0.1 instead of 2.
         pages.setType(pages.table({u"Den_Number"_s, u"Den_Name"_s}), 1, 6, 4);
         pages.change({u"Den_Number"_s, u"Den_Name"_s},
                      [](Rows& dens) { dens[0].bytes.replace("\0\0\0\0\0\0\0\x40"_ba, "\xCD\xCC\xCC\x3D\0\0\0\0"_ba); });
         pages.setType(pages.table({u"Item_Name"_s, u"Quantity"_s}), 0, 9, 200); // bytes
-        // Older than its last field, with bytes where its mark would be.
+        // A row older than its last field, with bytes where its mark would be.
         pages.change({u"Insignia_SID"_s, u"Insignia_Type"_s}, [](Rows& insignias) {
             QByteArray& row = insignias[0].bytes;
-            const qsizetype end = row.size() - 11; // of the values; then stand where they begin, the last one first
+            const qsizetype end = row.size() - 11; // of the values; after it, where they begin, the last one first
             const int last = row[end + 2];
             row.replace(end + 8, 2, "\2\0"_ba).remove(last, end + 2 - last).replace(0, 2, "\3\0"_ba);
         });
         // The counter is Null.
         pages.change({u"Position_Title"_s, u"Leader_SID"_s}, [](Rows& leaders) { leaders[0].bytes.back() = 7; });
         pages.change({u"Adult_SID"_s, u"WorkPhone"_s}, [](Rows& adults) {
-            adults[1].bytes[2] = 1; // the key of the first one
+            adults[1].bytes[2] = 1; // the first one's key
             adults[2].bytes.replace(JetPages::wide(u"a3@example.org"_s),
                                     "\xFF\xFEhalf\0\x3D\xD8\0 a letter........."_ba);
             adults[3].bytes.replace(JetPages::wide(u"a4@example.org"_s),
@@ -246,7 +246,7 @@ private Q_SLOTS:
             QVERIFY2(m_told[0].contains(QLatin1String(words)), qPrintable(m_told[0]));
     }
 
-    // Each of them is refused as it was, or opens with nothing lost, and what can be known is what it was.
+    // Each file is either refused unchanged or opens with nothing lost, and every value that can be known is right.
     void damagedFiles_data()
     {
         test::table({"damage"},
@@ -276,7 +276,7 @@ private Q_SLOTS:
                 QCOMPARE(answer("PRAGMA integrity_check"), "ok"_ba);
                 QVERIFY2(allRows(path()) >= rows || m_told.join(u' ').contains(u"Tables that"), name.constData());
                 QCOMPARE(files().size(), 2);
-                // A bit within a value makes another value of it.
+                // A flipped bit within a value makes another value.
                 qsizetype unknown = 0;
                 for (qsizetype at = 0; (how == u"random" || how == u"flipped") && at < sound.size(); ++at)
                     unknown += 2 * (bytes[at] != sound[at]);
@@ -285,7 +285,7 @@ private Q_SLOTS:
             }
             ++refused;
             QVERIFY2(failure->number() == platform::DatabaseDamaged || failure->number() == 3343, name.constData());
-            QVERIFY2(!name.contains("to its end"), name.constData()); // the reader knows why, and didn't fall over
+            QVERIFY2(!name.contains("to its end"), name.constData()); // the reader knows why, and didn't crash
             QCOMPARE(contents(path()), bytes);
             QCOMPARE(files(), QStringList(u"Quorrel11.mdb"_s));
         }
@@ -293,7 +293,7 @@ private Q_SLOTS:
         QVERIFY(refused > 0);
     }
 
-    // The reader alone, on what its library believes of a file: it ends by itself, and no check of the build complains.
+    // The reader alone, on files that its library believes: it ends normally, and no check of the build complains.
     void readerHoldsOut()
     {
         QRandomGenerator random(1);
@@ -303,11 +303,11 @@ private Q_SLOTS:
             const QByteArray sound = contents(Data + sample);
             QByteArray bytes = sound;
             for (int changes = 1 << random.bounded(6); changes > 0; --changes) {
-                const int at = random.bounded(random.bounded(4) == 0 ? size : 80); // the most in the pages' heads
+                const int at = random.bounded(random.bounded(4) == 0 ? size : 80); // mostly in the pages' heads
                 bytes[size * random.bounded(int(bytes.size()) / size) + at] =
                     static_cast<char>(random.bounded(3) == 0 ? 0 : random.bounded(256));
             }
-            bytes.replace(0, 21, sound.first(21)); // still of its format
+            bytes.replace(0, 21, sound.first(21)); // still in its format
             write(bytes);
             QProcess reader;
             reader.start(platform::companionFile(u"orlo-jet"_s), {path()});
@@ -321,7 +321,7 @@ private Q_SLOTS:
         }
     }
 
-    // Ended at any moment, the file is the old one or the new one, and the next opening finds everything.
+    // Killed at any moment, the file is the old one or the new one, and the next opening finds everything.
     void killedWhileOpening()
     {
         const QByteArray former = contents(Data + u"small-1.1.mdb"_s);
@@ -331,7 +331,7 @@ private Q_SLOTS:
         QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), test::childArguments({path()})), 0);
         const qint64 longest = whole.elapsed();
         const int rows = allRows(path());
-        int between = 0; // kills that left a half made file
+        int between = 0; // kills that left an unfinished file
         for (int i = 0; i < Tries || (between == 0 && i < 10 * Tries); ++i) {
             init();
             write(former);
@@ -350,7 +350,7 @@ private Q_SLOTS:
         QVERIFY(between > 0);
     }
 
-    // What stands in the way; the file and what lies beside it are then as they were.
+    // What prevents a takeover; the file and those beside it then stay as they were.
     void refused_data() { test::tableOf("jet/jet_refused.txt"); }
     void refused()
     {
@@ -368,7 +368,7 @@ private Q_SLOTS:
             bytes = contents(path());
         }
         const QString lock = m_folder->filePath(u"QUORREL11.ldb"_s);
-        for (const QString& beside : {lock, path() + u".new"_s}) // which is the user's own
+        for (const QString& beside : {lock, path() + u".new"_s}) // the user's own files
             test::write(beside, {});
         QFile other(situation.endsWith(u"lock file") ? lock : path());
         struct flock range {
@@ -392,7 +392,7 @@ private Q_SLOTS:
         QCOMPARE(files(), (QStringList{u"QUORREL11.ldb"_s, u"Quorrel11.mdb"_s, u"Quorrel11.mdb.new"_s}));
     }
 
-    // A program without its reader beside it doesn't know the format, nor with one that lacks its library.
+    // A program without its reader beside it doesn't know the format; the same if the reader lacks its library.
     void withoutTheReader()
     {
         write(contents(Data + u"small-1.1.mdb"_s));
@@ -416,7 +416,7 @@ private:
     QStringList m_told;
 };
 
-// Opens a file in a process of its own; the failure as exit status.
+// Opens a file in a separate process; returns the failure as exit status.
 static int openAlone(const QStringList& arguments)
 {
     return test::failureNumber([&] { return openFile(arguments[0]); }) % 256;

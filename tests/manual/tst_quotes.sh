@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Whatever a page of the manual has in double quotes is a text of the program, or of others: those stand in others.txt.
+# Whatever a page of the manual has in double quotes is a text of the program, or one of the others in others.txt.
 set -Eeuo pipefail
 cd "$(dirname "$(readlink -f "$0")")/../.."
 here=$(mktemp -d "${TMPDIR:-/tmp}/orlo-quotes.XXXXXX")
 trap 'rm -rf "$here"' EXIT
 export LC_ALL=C.UTF-8
 
-# All that the program can say: the windows' texts, the code's, with those that go over several lines joined, the
-# reports' and the launcher's. Access keys have no mark.
+# Everything that the program can say: the texts of the windows, of the code (those on several lines joined), of the
+# reports and of the launcher. Access keys have no mark.
 {
     find src -name '*.ui' -exec grep -ohE '<string[^>]*>[^<]*' {} + | sed 's/^[^>]*>//; s/&lt;/</g; s/&gt;/>/g; s/&amp;//g'
     find src tools -name '*.cpp' -o -name '*.h' | xargs sed -z -E 's/"[[:space:]]*\n[[:space:]]*u?"//g' |

@@ -31,7 +31,7 @@ struct Screen : test::RecordScreen<frmDenInfo> {
     widgets::ListBox& adults = get<widgets::ListBox>("lstAdults");
     widgets::ComboBox& denType = get<widgets::ComboBox>("comDenType");
 
-    // With the buttons for members, the fields and whether the number has the focus.
+    // Also the buttons for members, the fields and whether the number has the focus.
     [[nodiscard]] QMap<QString, QString> shown() const
     {
         auto seen = RecordScreen::shown();
@@ -122,7 +122,7 @@ private Q_SLOTS:
     {
         test::fill("Insert Into Dens Values (1, 1, Null, 'Bear', 2020, 'N'), (2, 2, 'Two', 'Lion', Null, Null), "
                    "(3, Null, Null, Null, Null, Null)");
-        Screen screen; // the den without a number comes first, when no type was shown before; "Lion" isn't listed
+        Screen screen; // the den without a number comes first if no type was shown before; "Lion" isn't listed
         QCOMPARE(screen.fields(), "///0/");
         screen.run("N N");
         QCOMPARE(screen.fields() + ", " + screen.labelAndLive(), "2/Two//0/, Den 3 of 3: First Previous New Delete");
@@ -170,7 +170,7 @@ private Q_SLOTS:
         screen.run("cmdAddDenLeader>lstAdults:0,lstAdults:1,cmdSelect");
         QCOMPARE(screen.log, "closed, Fay, Dot X; Old, Bob ");
         QCOMPARE(leaders(), "2/3/Leader, 2/7/Null, 2/8/Null, 3/3/Null, 3/7/Null, 3/9/Null");
-        screen.run("L"); // a den without leaders goes on with the leaders of the den before
+        screen.run("L"); // a den without leaders keeps the leaders of the previous den
         QCOMPARE(screen.form.GetAdultSidListStr(), "9, 7, 3");
         QCOMPARE(int(screen.form.GetDenSID()), 1);
         screen.run("cmdAddDenLeader>cmdSelect");

@@ -18,9 +18,9 @@ struct Screen : test::RecordScreen<frmPackDenPositions> {
     widgets::BoundGrid& den = get<widgets::BoundGrid>("dbgDenPositions");
     widgets::BoundGrid& pack = get<widgets::BoundGrid>("dbgPackPositions");
 
-    // Keys go where the focus is: to the grid at first and then to its cell's editor. "D20=X" types X into row 2,
-    // column 0 of the den titles ("P" the pack's), "D20" goes there, "D2-" deletes row 2; "Dr" and "Pr" press Refresh,
-    // "c" presses Close, "C" is its access key, "X" the window's own close, "E" Escape; "ok" answers the next box.
+    // Keys go to the focus: to the grid at first and then to its cell's editor. "D20=X" types X into row 2, column 0 of
+    // the den titles ("P" the pack's), "D20" goes there, "D2-" deletes row 2; "Dr" and "Pr" press Refresh, "c" presses
+    // Close, "C" is its access key, "X" the window's close box, "E" Escape; "ok" answers the next box.
     void act(const QString& script)
     {
         const auto press = [](auto key) { QTest::keyClick(QApplication::focusWidget(), key); };
@@ -52,7 +52,7 @@ struct Screen : test::RecordScreen<frmPackDenPositions> {
             QTRY_VERIFY(!close || !close->isDown()); // the access key holds the button down for a moment
         }
     }
-    // The titles with their ranks; an open row's mark stands between the two.
+    // The titles with their ranks; the mark of an open row is between the two.
     [[nodiscard]] QString shown() const
     {
         QString texts;
@@ -95,11 +95,11 @@ private Q_SLOTS:
         screen.act(script);
         QCOMPARE(widgets::Instance<frmPackDenPositions>::loaded() ? screen.shown() : "closed", test::cell("shown"));
         QTEST(stored(), "stored");
-        if (script.endsWith("Dr")) // the mark goes with the title
+        if (script.endsWith("Dr")) // the mark moves with the title
             QCOMPARE(screen.den.columnText(0), "L");
     }
 
-    // The grid says why, the row stays open where it is, whatever would leave it; Escape takes it back.
+    // The grid says why, and the row stays open where it is, whatever would leave it; Escape undoes it.
     void refused_data() { test::tableOf("pack/positions_refused.txt"); }
     void refused()
     {
@@ -117,7 +117,7 @@ private Q_SLOTS:
             QVERIFY(widgets::Instance<frmPackDenPositions>::loaded());
             QCOMPARE(screen.shown(), shown);
             QCOMPARE(stored(), "A/2, C/Null, H/2, L/1; A/3, D/1, T/3");
-            screen.form.activateWindow(); // what a window manager does once the message is gone
+            screen.form.activateWindow(); // as a window manager does once the message is gone
             QTRY_VERIFY((pack ? screen.pack : screen.den).hasFocus());
             screen.act("E c");
             QVERIFY(!widgets::Instance<frmPackDenPositions>::loaded());

@@ -1,30 +1,30 @@
 #!/usr/bin/env bash
-# Makes both packages and uses them as somebody does who has nothing else: tst_packages.sh BUILD_FOLDER
+# Makes both packages and uses them as a user does who has nothing else: tst_packages.sh BUILD_FOLDER
 set -euo pipefail
 build=$1 source=$(dirname "$(readlink -f "$0")")/../..
-here=$(readlink -f "$(mktemp -d "${TMPDIR:-/tmp}/orlo packages.XXXXXX")") # as /proc names what lies in it
+here=$(readlink -f "$(mktemp -d "${TMPDIR:-/tmp}/orlo packages.XXXXXX")") # as /proc names the files in it
 export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 XDG_RUNTIME_DIR=$here
 pid= screen=
 trap 'kill $pid $screen 2>/dev/null || :; rm -rf "$here"' EXIT
 trap 'echo "failed in line $LINENO: $BASH_COMMAND"; tail "$here"/complaints; exit 1' ERR
 set -E
 
-starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens the database there and has no complaint
+starts() { # starts FOLDER COMMAND: the program comes up in the folder, opens the database there and complains of nothing
     "$2" 2>"$here/complaints" & pid=$!
     for _ in {1..300}; do
         opened=$(find "/proc/$pid/fd" -lname "$1/Quorrel11.mdb" 2>/dev/null) || : # a file closed in between fails find
         [ -z "$opened" ] || break
         sleep 0.1
     done
-    [ -n "$opened" ] # alone in its line: within a && list, its failure wouldn't end the test
+    [ -n "$opened" ] # on a line of its own: within a && list, its failure wouldn't end the test
     [ "$(readlink "/proc/$pid/exe")" = "$1/orlo" ]
     sleep 6 # past the splash
-    kill "$pid" # fails if it has ended by itself
+    kill "$pid" # fails if it has already ended
     wait "$pid" || [ $? -eq 143 ]
     pid=
-    diff /dev/null <(sed '/propagateSizeHints/d' "$here/complaints") # that is about having no display
+    diff /dev/null <(sed '/propagateSizeHints/d' "$here/complaints") # about having no display
 }
-complete() { # complete FOLDER: all that the program needs is there
+complete() { # complete FOLDER: everything that the program needs is there
     for file in "$source"/src/{reports/files/*.{rpt,inc},layouts/*.grd}; do cmp "$file" "$1/${file##*/}"; done
     for file in "$source"/src/reports/files/examples/*.rpt; do cmp "$file" "$1/examples/${file##*/}"; done
     [ ! -e "$build/app/orlo-pdf.so" ] || [ -z "$(ldd "$1/orlo-pdf.so" | grep 'not found' || :)" ]
@@ -39,12 +39,12 @@ change_by_hand() { # change_by_hand FOLDER: the user's records, a report and a l
     rm -rf "$here/before"
     cp -r "$1" "$here/before"
 }
-stays_changed() { # stays_changed FOLDER GIVEN: what was changed by hand is there still, what wasn't is the package's
+stays_changed() { # stays_changed FOLDER GIVEN: what was changed by hand is still there, the rest is the package's
     for file in PurchaseList.rpt DenAssign.grd Quorrel11.mdb; do cmp "$here/before/$file" "$1/$file"; done
     cmp "$2/AwardListing.rpt" "$1/AwardListing.rpt"
 }
 
-# The archive brings no records: the launcher puts an empty file where there is none.
+# The archive brings no records: the launcher makes an empty file if there is none.
 mkdir "$here/a folder"
 tar -xzf "$here"/orlo-*.tar.gz -C "$here/a folder" --strip-components=1
 [ -z "$(find "$here/a folder" -maxdepth 1 -iname 'quorrel*' -o -maxdepth 1 -name '*.rpt')" ]
@@ -57,7 +57,7 @@ complete "$here/a folder"
 "$here/a folder/orlo-db" import --dry-run "$here/a folder/sample-pack/Quorrel11_Backup" "$here/a folder/sample-pack/templates" | grep -q '^Scouts: 0 would'
 "$here/a folder/orlo-report" "$here/a folder/sample-pack/Quorrel11_Backup" "$here/a folder/AwardListing.rpt" --pdf "$here" | grep -q 'in all$'
 [ -s "$here/AwardListing.pdf" ] && [ -s "$here/a folder/man/orlo-db.1" ]
-for program in orlo-db orlo-report; do # what can't be said is a failure
+for program in orlo-db orlo-report; do # output that can't be written is a failure
     [ -c /dev/full ] && ! "$here/a folder/$program" --help >/dev/full 2>"$here/log" && grep -q 'standard output' "$here/log"
 done
 for program in orlo orlo-db orlo-report orlo-jet orlo-pdf.so; do # its own Qt and database engine
@@ -72,7 +72,7 @@ fi
 for kind in sample empty; do "$here/a folder/orlo-db" check "$here/a folder/$kind-pack/Quorrel11_Backup" >/dev/null; done
 "$here/a folder/orlo-db" check "$here/a folder/sample-pack/version-1.0/Quorrel.mdb" | grep -q '1043 Assigned_Awards_Scouts'
 [ ! -e "$build/app/manual" ] || [ -s "$here/a folder/manual/index.html" ]
-while IFS='|' read -r words page; do # what somebody would look for in the manual, and where it is told
+while IFS='|' read -r words page; do # what a user would look for in the manual, and the page that has it
     [ ! -e "$build/app/manual" ] ||
         awk -v words="$words" -v page="[\"$page" 'index($0, page) == 1 { n = split(words, word, " "); hits = 0
             for (i = 1; i <= n; i++) hits += index(tolower($0), word[i]) > 0
@@ -113,7 +113,7 @@ complete "$user"
 [ ! -e "$build/app/manual" ] || [ -s "$user/manual/index.html" ]
 [ -s "$user/sample-pack/Quorrel11_Backup" ]
 
-# Where the user's folder can't be made or run, one box tells why, and nothing starts.
+# If the user's folder can't be made or run from, one box says why, and nothing starts.
 timeout 3 "$given/orlo-notice" box 2>"$here/log" || [ $? -eq 124 ] # the box waits
 mv "$given/orlo-notice" "$here" && printf '#!/bin/sh\necho "box: $1"\n' >"$given/orlo-notice" && chmod +x "$given/orlo-notice"
 stays_away() { # stays_away XDG_DATA_HOME WORDS

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What the scripts do where packages are missing, with an apt of its own: it waits for locks, and says what a user who
-# may not install anything has to ask for.
+# What the scripts do if packages are missing, with a stand-in for apt: they wait for locks, and tell a user who may not
+# install anything what to ask for.
 set -Eeuo pipefail
 source=$(dirname "$(readlink -f "$0")")/../..
 here=$(mktemp -d "${TMPDIR:-/tmp}/orlo-setup.XXXXXX")
@@ -16,7 +16,7 @@ stub sleep ':'
 stub apt-get 'echo "$*" >>'"$here"'/asked
     [[ "$*" != *update* ]] || [ "$(grep -c update '"$here"'/asked)" -ge 3 ] || { echo "E: Could not get lock /lists/lock" >&2; exit 100; }'
 for tool in bash env dirname readlink grep true; do ln -s "$(type -P $tool)" "$here"; done
-missing() { # missing USER_ID: what is said, and the status
+missing() { # missing USER_ID: the output and the status
     stub id "echo $1"
     rm -f "$here/asked"
     PATH=$here bash -c "source '$source/cmake/setup.sh'; install_missing cmake ninja-build" >"$here/said" 2>&1
@@ -30,7 +30,7 @@ if missing 1000; then false; fi
 grep -q 'administrator of this computer for: apt-get install .* cmake ninja-build$' "$here/said"
 [ ! -e "$here/asked" ]
 
-stub sudo '[ "$1" != true ] || exit 1' # who isn't in its list
+stub sudo '[ "$1" != true ] || exit 1' # for a user who isn't in its list
 if missing 1000; then false; fi
 grep -q 'you may not install them: cmake ninja-build$' "$here/said"
 

@@ -89,7 +89,8 @@ private Q_SLOTS:
         QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
     }
 
-    // A volume without room for a second file has the old one overwritten, and nothing of it stays behind the new one.
+    // If a volume has no room for a second file, the old one is overwritten, and nothing of it remains after the new
+    // one.
     void takesTheOldOnesRoom()
     {
         const QTemporaryDir folder;
@@ -104,10 +105,10 @@ private Q_SLOTS:
         QVERIFY(test::mountSmall(folder.path(), 0));
         QCOMPARE(failure, 0);
         QVERIFY(copied);
-        QCOMPARE(test::putInPlaceUnflushed(), QStringList(path + ".part")); // the old one, whose place it takes
+        QCOMPARE(test::putInPlaceUnflushed(), QStringList(path + ".part")); // the old one, which it replaces
     }
 
-    // What takes a file's place is on the disk before, and the same old file is kept once.
+    // A file is on the disk before it replaces another one, and an old file that is the same is kept only once.
     void putsInPlace()
     {
         const QTemporaryDir folder;
@@ -123,7 +124,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 2);
     }
 
-    /// All bytes arrive, or the failure has the device's words, however little it takes at a time.
+    /// All bytes arrive, or the failure has the device's text, however little it accepts at a time.
     void writesAll_data()
     {
         test::table({"once", "room", "taken"}, "7 | 999 | 100\n7 | 50 | 50 full\n7 | 0 | 0 full\n0 | 9 | 0 full");

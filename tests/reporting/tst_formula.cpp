@@ -13,7 +13,7 @@ using store::Value;
 namespace
 {
 
-/// One row with the fields that the cases name.
+/// One row with the fields that the cases use.
 class Row final : public FormulaScope
 {
 public:
@@ -57,8 +57,8 @@ private Q_SLOTS:
     void computes_data() { test::tableOf("reporting/formulas.txt"); }
     void computes() { QTEST(displayText(bound(test::cell("text")).evaluate(Row())), "result"); }
 
-    /// What the formula says of the row and what of it goes into the query. What can't be read fails with its number
-    /// and column, and never selects more instead.
+    /// What the formula says of the row and which part of it goes into the query. A part that can't be read fails with
+    /// its number and column, and never selects more instead.
     void selects_data()
     {
         test::tableOf("reporting/formula_selects.txt");
@@ -80,7 +80,7 @@ private Q_SLOTS:
         QTEST(outcome.trimmed(), "outcome");
     }
 
-    /// A failure names the word that was met.
+    /// A failure names the word that was found.
     void namesTheWord_data() { test::tableOf("reporting/formula_namesTheWord.txt"); }
     void namesTheWord()
     {
@@ -99,7 +99,7 @@ private Q_SLOTS:
             text = QStringLiteral("1 + 1 - 1 + ") + text;
         QVERIFY_THROWS_EXCEPTION(ReportError, Formula{text});
 
-        text = QStringLiteral("1 = 1"); // lists in lists are as large as they are written
+        text = QStringLiteral("1 = 1"); // lists in lists are as long as they are written
         for (int i = 0; i < 15; ++i)
             text = "true in [(" + text + ")]";
         int nodes = 0;
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QVERIFY(bound(text).holds(Row()));
     }
 
-    /// The keys of a sort stand in the order of the store's comparison, and group what it puts side by side.
+    /// The keys of a sort are in the order of the store's comparison; those that it treats as equal form one group.
     void sortsAsTheStore()
     {
         const QStringList texts{"z", "Zorn", "Ångström", "a",          "Ä",      "á",       "Ae",      "æ",

@@ -16,7 +16,7 @@ using namespace orlo::reporting;
 namespace
 {
 
-/// Pages as text: strips by number, repeated headings in brackets, pages parted by strokes.
+/// Pages as text: strips by number, repeated headings in brackets, pages separated by bars.
 QString told(const std::vector<PageContent>& pages)
 {
     QStringList all;
@@ -31,7 +31,7 @@ QString told(const std::vector<PageContent>& pages)
     return all.join(" / ");
 }
 
-/// Strips from letters: "d" a line of 10, "h" a heading kept with the next, "b" one that begins a page, "T" 70, "X"
+/// Strips from letters: "d" a line of 10, "h" a heading kept with the next, "b" one that starts a page, "T" 70, "X"
 /// 130.
 std::vector<StripSize> strips(const QString& text)
 {
@@ -48,8 +48,8 @@ class tst_layout : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Kept together, or repeated from the first strip of a heading's rows to their end: "1-5", with the share of a
-    /// page that may stay empty, "1-5:0.2", or the heading's height.
+    /// Strips kept together, or repeated from the first strip of a heading's rows to their end: "1-5", with the share
+    /// of a page that may stay empty, "1-5:0.2", or the heading's height.
     void breaksPages_data() { test::tableOf("reporting/layout_breaksPages.txt"); }
     void breaksPages()
     {
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern"))
                     .first()
                     .endsWith('.'));
-        // Characters that join are narrower than they are apart.
+        // Joined characters are narrower than separate ones.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
 
@@ -112,10 +112,10 @@ private Q_SLOTS:
         QTEST(found, "found");
     }
 
-    /// The paper of the dialog counts: what is too large for it is made smaller, what is smaller stands in the middle.
+    /// The paper of the dialog counts: what is too large for it is made smaller, what is smaller is centred.
     void printsOnOtherPaper_data()
     {
-        // of the green box, as shares of the paper's width
+        // the green box, as shares of the paper's width
         test::table({"paper", "left", "width"},
                     "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558");
     }
@@ -141,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
     }
 
-    /// Where the room ends before the file does, the save fails with the reason, and what stood there stays, alone.
+    /// If there is less room than the file needs, the save fails with the reason, and only the previous file is left.
     void savesAllOrNothing_data()
     {
         test::table({"way"}, "csv\ncsv, short\npdf\nprinted\ncsv, short, a volume\npdf, a volume\nprinted, a "

@@ -44,7 +44,7 @@ void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, int level, QPDF& p
     }
 }
 
-/// What stands in a box of a page.
+/// The text in a box of a page.
 QString textIn(QPDFObjectHandle::Rectangle box, int page, const QString& file)
 {
     const auto whole = [](double number) { return QString::number(qRound(number)); };
@@ -62,7 +62,8 @@ class tst_pdf : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Read back, of all rows and of none: bookmarks as the outline has them, each address under its link, the facts.
+    /// Read back, with all rows and with none: bookmarks as in the outline, each address under its link, author and
+    /// subject.
     void finishes()
     {
         const QTemporaryDir folder;
@@ -79,7 +80,7 @@ private Q_SLOTS:
                 *render(readDefinition(Report), request, [&](const QString&) -> store::Database& { return database; });
             QVERIFY(writePdf(document, file));
             QPDF pdf;
-            pdf.setSuppressWarnings(true); // of a page without links
+            pdf.setSuppressWarnings(true); // about a page without links
             pdf.processFile(QFile::encodeName(file).constData());
             QVERIFY(test::contents(file).contains("/ObjStm")); // links and bookmarks are packed
 

@@ -129,8 +129,8 @@ private Q_SLOTS:
         QCOMPARE(preview.page(), 3);
     }
 
-    /// Whatever doesn't fit into the window is read before the next page starts, and each page from its top; where a
-    /// page fits, it's page by page.
+    /// A page that doesn't fit into the window is read to its end before the next one starts, and each page from its
+    /// top; pages that fit are turned one by one.
     void readsByKeys()
     {
         const OpenPreview preview;
@@ -178,7 +178,7 @@ private Q_SLOTS:
             preview.key(key, Qt::ControlModifier);
             QCOMPARE(view.zoom(), zoom);
         }
-        // The middle of what is seen stays there.
+        // The middle of the visible part stays there.
         view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 2);
         const auto middle = [&] {
             const QRectF sheet = view.pageBox(2);
@@ -224,7 +224,7 @@ private Q_SLOTS:
         QTest::keyClicks(text, "row");
         QCOMPARE(state->text(), "7 of 10");
         const auto colorOfHit = [&] { return preview.pixel(hitOf(preview.window->document(), "row", 6).topLeft(), 3); };
-        const QRgb current = colorOfHit(); // it has a colour of its own
+        const QRgb current = colorOfHit(); // it has its own colour
         preview.key(Qt::Key_Return);
         QVERIFY(colorOfHit() != current);
         for (int i = 0; i < 3; ++i)
@@ -249,13 +249,13 @@ private Q_SLOTS:
         preview.key(Qt::Key_W, Qt::ControlModifier);
         QTRY_VERIFY(!preview.window);
 
-        Document hebrew; // reads from right to left
+        Document hebrew; // right to left
         hebrew.fonts = {QFont()};
         hebrew.pages = {{{TextItem{{0, 0, 400, 14}, "שלום עולם"}}}};
         QVERIFY(hitOf(hebrew, "שלום").left() > hitOf(hebrew, "עולם").right());
     }
 
-    /// Other pages take the place of those that were searched, fewer or more; the reader's place stays.
+    /// Other pages replace those that were searched, fewer or more; the reader's place stays.
     void findsInOtherPages()
     {
         for (const auto& [open, pages, told, toldNext] :
@@ -312,12 +312,12 @@ private Q_SLOTS:
         QVERIFY(preview.pixel({74, 72.5}, 0) != QColor(Qt::white).rgb());
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, at(75, 78));
         QCOMPARE(copied(), "Bear");
-        const int before = view.verticalScrollBar()->value(); // beside the texts, the paper moves
+        const int before = view.verticalScrollBar()->value(); // dragging beside the texts moves the paper
         drag(at(300, 300), at(300, 250));
         QVERIFY(view.verticalScrollBar()->value() > before);
         QCOMPARE(copied(), "nothing");
         view.goToPage(0);
-        QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(73, 78)); // other pages end a marking
+        QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(73, 78)); // other pages end a selection
         preview.window->setDocument(std::make_shared<const Document>(*document));
         moveTo(at(131, 122));
         QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at(131, 122));
@@ -352,7 +352,7 @@ private Q_SLOTS:
         QCOMPARE(text->selectionCount(), 0);
         text->setCursorPosition(30);
         QCOMPARE(text->cursorPosition(), 30);
-        view.goToPage(2); // a reader begins at its top
+        view.goToPage(2); // the reader starts at its top
         QCOMPARE(text->cursorPosition(), 0);
         text->setCursorPosition(30);
         preview.window->setDocument(std::make_shared<Document>()); // what it knew is gone
@@ -363,14 +363,15 @@ private Q_SLOTS:
         QCOMPARE(text->characterCount() + text->selectionCount(), 0);
     }
 
-    /// Memory in the midst of the heap, which freeing alone leaves with the process, goes back with a large document.
+    /// Memory in the middle of the heap, which freeing alone leaves with the process, is returned with a large
+    /// document.
     void givesMemoryBack()
     {
         const auto resident = [] { return test::contents("/proc/self/statm").split(' ').value(1).toLongLong() * 4096; };
         if (resident() == 0)
             test::skip("this system doesn't tell");
         Document large;
-        std::vector<QByteArray> between; // what keeps the heap's end where it is
+        std::vector<QByteArray> between; // keeps the heap's end where it is
         for (int page = 0; page < 1000; ++page) {
             large.pages.emplace_back().items.resize(100);
             between.emplace_back(200, 'x');
@@ -411,7 +412,7 @@ private Q_SLOTS:
         QVERIFY(preview.window->view().hasFocus());
     }
 
-    /// An entry leads to its line, and the line that is read marks its entry.
+    /// An entry leads to its line, and the line being read marks its entry.
     void followsTheOutline()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
@@ -437,7 +438,7 @@ private Q_SLOTS:
         QCOMPARE(marked(), "Wolf");
     }
 
-    // Tab goes around the window, with an outline and without; Escape leaves what has the focus for the pages first.
+    // Tab goes round the window, with an outline and without; Escape first moves the focus to the pages.
     void tabAndEscape_data() { test::table({"outline"}, "with an outline\nwithout one"); }
     void tabAndEscape()
     {
@@ -488,22 +489,22 @@ private Q_SLOTS:
 
     void tellsOfAFailedSave()
     {
-        const QTemporaryDir folder; // stands where the file is to go
+        const QTemporaryDir folder; // a folder where the file is to go
         const OpenPreview preview;
         const auto told = test::answerNext();
         QVERIFY(!preview.window->saveCsv(folder.path()));
         QVERIFY2(told->text.count(QDir::toNativeSeparators(folder.path())) == 2, qPrintable(told->text));
     }
 
-    /// What takes the preview away takes its dialogs along.
+    /// Whatever closes the preview also closes its dialogs.
     void goesUnderItsDialogs()
     {
-        const QTemporaryDir folder; // stands where the file is to go
+        const QTemporaryDir folder; // a folder where the file is to go
         for (const char* action : {"actPrint", "actSavePdf", "actSaveCsv", ""}) {
             const OpenPreview preview;
             const auto goes = [&](QDialog&) { delete preview.window; };
             if (qstrcmp(action, "actPrint") == 0 && QSysInfo::kernelType() == "winnt")
-                continue; // the dialog is the system's own
+                continue; // the system's own dialog
             whenDialogIsUp<QDialog>(goes);
             if (*action)
                 preview.child<QAction>(action)->trigger();

@@ -40,7 +40,7 @@ class tst_reportcontrol : public QObject
 
     QTemporaryDir m_folder;
     ReportControl* m_watched = nullptr;
-    std::vector<std::pair<bool, std::size_t>> m_painted; // at each painting of its preview: complete, pages
+    std::vector<std::pair<bool, std::size_t>> m_painted; // at each painting of its preview: complete, and pages
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
@@ -52,7 +52,7 @@ class tst_reportcontrol : public QObject
     QString path(const QString& name) const { return m_folder.filePath(name); }
 
     void write(const QString& name, const QString& text) const { test::write(path(name), text.toUtf8()); }
-    // A report path as a screen builds it: with the program's own separator, in another case than the file's.
+    // A report path as a screen builds it: with the system's separator, and in other case than the file's.
     QString report(const QString& text) const
     {
         write("Shopping.rpt", text);
@@ -69,7 +69,7 @@ class tst_reportcontrol : public QObject
                 database.execute(QStringLiteral("Insert Into %1 Values ('%2')").arg(table, text));
         }
     }
-    // A screen's object for the report, told which database to read.
+    // A screen's object for the report, with the database that it reads.
     std::unique_ptr<ReportControl> control(const QString& database = "a.mdb") const
     {
         auto made = std::make_unique<ReportControl>("crShopping", nullptr);
@@ -90,7 +90,7 @@ class tst_reportcontrol : public QObject
         report(QString(GoodReport).replace("Name From Items Order By", "A.Name From Items As A, Items As B, Others"));
         return made;
     }
-    /// What a run shows of the databases' items, in their order; or its failure's number.
+    /// What a run shows of the databases' items, in order; or the number of its failure.
     static QString shown(ReportControl& control)
     {
         if (const int failure = control.run())
@@ -105,7 +105,7 @@ class tst_reportcontrol : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QElapsedTimer time; // long work shows a window without being told to
+        QElapsedTimer time; // long work shows a window without being asked to
         time.start();
         for (RunProgress progress("work"); !QApplication::activeModalWidget(); QTest::qSleep(20))
             QVERIFY(progress(1, 2) && time.elapsed() < 3000);
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    /// A screen keeps its control while the program closes its database, puts another file in its place and opens that.
+    /// A screen keeps its control while the program closes its database, replaces the file and opens the new one.
     void readsTheFileThatStandsThereNow()
     {
         const QString file = path("current.mdb");
@@ -137,11 +137,11 @@ private Q_SLOTS:
         open.close();
         QVERIFY(QFile::remove(file) && QFile::copy(path("b.mdb"), file));
         QCOMPARE(shown(*shopping), "Bread Bucket");
-        shopping->setDatabaseFile(0, path("a.mdb")); // after a run, the main report's again
+        shopping->setDatabaseFile(0, path("a.mdb")); // again the main report's, after a run
         QCOMPARE(shown(*shopping), "Apple Bucket");
         shopping->setDatabaseFile(0, file);
         open = store::DBEngine::openDatabase(file);
-        open.execute("Update Items Set Name = 'Butter'"); // seen by the connection that is open
+        open.execute("Update Items Set Name = 'Butter'"); // the open connection sees it
         shopping->setSubreportToChange("OTHERS");
         shopping->setDatabaseFile(0, m_folder.path() + "\\MANY.mdb");
         QCOMPARE(shown(*shopping), "Butter Mug");
@@ -151,7 +151,7 @@ private Q_SLOTS:
         QCOMPARE(shopping->run(), int(platform::DatabaseNotFound));
     }
 
-    /// F5 shows what has become of the data, at the same place; the other reports run on the same file.
+    /// F5 shows the changed data at the same place; the other reports run on the same file.
     void refreshesAndRunsOthers()
     {
         platform::setFolder(m_folder.path());
@@ -217,7 +217,7 @@ private Q_SLOTS:
         window->findChild<QPushButton*>()->click();
         QVERIFY(!messageWindow());
 
-        // The next run on the same object starts afresh, and takes an old message away.
+        // The next run on the same object starts from the beginning and removes an old message.
         QVERIFY(shopping->run() != 0 && messageWindow());
         shopping->setSelectionFormula({});
         shopping->setDestination(ToPreview);
@@ -250,14 +250,14 @@ private Q_SLOTS:
         qApp->removeEventFilter(this);
     }
 
-    /// A change of the file on the disk shows at once and at the same place; what is wrong in it is told, and the old
+    /// A change of the file on the disk shows at once and at the same place; a fault in it is reported, and the old
     /// pages stay.
     void followsItsFile()
     {
         const auto shopping = control("many.mdb");
         QCOMPARE(shopping->run(), 0);
         const QPointer<PreviewWindow> preview = shopping->preview();
-        shopping->run(); // a second one has a caption of its own
+        shopping->run(); // a second one has its own caption
         QCOMPARE(shopping->preview()->windowTitle(), preview->windowTitle() + " (2)");
         delete shopping->preview();
         preview->view().goToPage(3, 200);
@@ -266,7 +266,7 @@ private Q_SLOTS:
         const auto put = [&](const QString& text, bool inPlace) {
             if (inPlace)
                 return void(report(text));
-            write("new.rpt", text); // as many an editor saves
+            write("new.rpt", text); // as many editors save
             QVERIFY(QFile::remove(path("Shopping.rpt")) && QFile::rename(path("new.rpt"), path("Shopping.rpt")));
         };
         int changes = 0;
@@ -284,7 +284,7 @@ private Q_SLOTS:
         }
     }
 
-    /// So it does with what the file reads or looks for, though the run that first did failed.
+    /// The same holds for the files that it reads or looks for, even if the first run failed.
     void followsWhatItReads_data() { test::tableOf("reporting/reportcontrol_followsWhatItReads.txt"); }
     void followsWhatItReads()
     {
@@ -306,8 +306,8 @@ private Q_SLOTS:
                                  1000);
     }
 
-    /// What is saved while the report runs shows after it, be it the first run or another one. Whatever ends a run is
-    /// told.
+    /// A save during a run shows after it, whether that is the first run or a later one. Whatever ends a run is
+    /// reported.
     void followsWhileItRuns()
     {
         const auto shopping = longControl();
@@ -338,7 +338,7 @@ private Q_SLOTS:
         new LiveReport(preview, 0, []() -> std::optional<Document> { throw std::length_error("too long"); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
 
-        bool kept = false; // what a run is made of, though its preview goes meanwhile
+        bool kept = false; // what a run needs stays, even if its preview is closed meanwhile
         const LiveReport* live = new LiveReport(preview, 0, [&, part = std::make_shared<int>()] {
             const auto look = [&told = kept, own = std::weak_ptr<int>(part)] { told = !own.expired(); };
             delete live;
@@ -348,7 +348,7 @@ private Q_SLOTS:
         QTRY_VERIFY(kept);
     }
 
-    /// The message lies above the screen that asked, and goes with it.
+    /// The message is above the screen that asked, and closes with it.
     void messageBelongsToTheScreen()
     {
         auto screen = std::make_unique<QWidget>();

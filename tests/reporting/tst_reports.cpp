@@ -22,7 +22,7 @@ using namespace orlo::reporting;
 namespace
 {
 
-/// The texts of some pages, each item a line.
+/// The texts of some pages, one line per item.
 QString textOf(const Document& document, std::size_t first = 0, std::size_t count = SIZE_MAX)
 {
     QString text;
@@ -60,7 +60,7 @@ class tst_reports : public QObject
     {
         return render(request, std::bind_front(&tst_reports::open, this), progress, shown);
     }
-    /// A definition of the test's own, or a shipped one, on the full database.
+    /// A definition of the test, or a shipped one, on the full database.
     Document runText(const QString& text, const QString& selection = {})
     {
         if (text.endsWith(".rpt"))
@@ -78,8 +78,8 @@ private Q_SLOTS:
             m_full->execute(QString::fromUtf8(row));
     }
 
-    /// The rows that a formula selects, in shipped reports and in one of the test's own ($). What goes into the query
-    /// selects what the formula itself selects: an "or" with a function keeps it out.
+    /// The rows that a formula selects, in shipped reports and in one of the test ($). The part in the query selects
+    /// what the formula itself selects: an "or" with a function stays out of it.
     void selects_data() { test::tableOf("reporting/reports_selects.txt"); }
     void selects()
     {
@@ -104,7 +104,8 @@ private Q_SLOTS:
               "failure");
     }
 
-    /// Page ranges, and the first page ahead of the others, are those of the whole; a cancelled run gives nothing.
+    /// Page ranges, and the first page shown ahead of the others, are those of the whole report; a cancelled run gives
+    /// nothing.
     void runsOverPages()
     {
         m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) "
@@ -125,7 +126,7 @@ private Q_SLOTS:
         const Document some = *run(wanted);
         int calls = 0;
         QVERIFY(!run(wanted, [&](int, int) { return ++calls < 2; }));
-        // One whose pages begin inside a list of another number of rows.
+        // A report whose pages start inside a list with another number of rows.
         test::write(m_dir.filePath("inner.rpt"),
                     "source {\nSelect Den_SID From Dens Where Den_SID < 3\n}\nsort {Den_SID}\npage-footer {\ntext 0 = "
                     "{Den_SID} & \"/\" & Count({Den_SID}, \"Page\")\n}\ndetail {\nsubreport \"S\" 1in\n}\n"
@@ -141,7 +142,7 @@ private Q_SLOTS:
         QCOMPARE(textOf(*first).replace(" of …\n", ofAll), textOf(*all, 0, 1));
         QCOMPARE(textOf(some), textOf(*all, 1, 2));
         QCOMPARE(all->outline.size(), 3);
-        for (const auto& mark : all->outline) // each where its group begins
+        for (const auto& mark : all->outline) // each where its group starts
             QVERIFY2(textOf(*all, std::size_t(mark.page), 1).contains(mark.text + '\n'), qPrintable(mark.text));
         QVERIFY(all->outline.back().page > 1);
         QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
@@ -202,8 +203,8 @@ private Q_SLOTS:
 
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
 
-    /// An included file gives what the report doesn't; its faults are told of it. What no paper shows well is told,
-    /// too.
+    /// An included file adds what the report lacks; its faults are reported with its name. What won't look right on
+    /// paper gets a warning.
     void includesAndWarns()
     {
         const auto write = [&](const QString& name, const QByteArray& bytes) {
@@ -234,7 +235,7 @@ private Q_SLOTS:
     }
 
     /// The manual's examples: changes ("diff") of the shipped files, whole reports ("rpt"), and the lines ("text") that
-    /// the report before them prints in their order; the tables' formulas and what they give.
+    /// the report before them prints in this order; also the tables' formulas and their results.
     void runsTheManual()
     {
         const QString manual = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/docs/manual/report-files.md"));
@@ -294,12 +295,12 @@ private Q_SLOTS:
         QVERIFY(computed > 35);
     }
 
-    /// However long the names, 8 points stay free beside a text before the next one begins.
+    /// However long the names, 8 points stay free between a text and the next one.
     void textsKeepApart()
     {
         QVERIFY(QFile::copy(m_full->name(), m_dir.filePath("long.mdb")));
         auto pack = store::DBEngine::openDatabase(m_dir.filePath("long.mdb"));
-        const QString words = QString("i ").repeated(20).trimmed(); // they fill a line to within a letter
+        const QString words = QString("i ").repeated(20).trimmed(); // almost fill a line
         for (const char* change : {"Scouts Set First_Name = '%1', Last_Name = '%1', Parent_Name1 = '%1'",
                                    "Adults Set First_Name = '%1', Last_Name = '%1'"})
             pack.execute(QStringLiteral("Update ") + QString(change).arg(words));
@@ -307,11 +308,11 @@ private Q_SLOTS:
         for (const QString& file : files.entryList({"*.rpt"})) {
             const Document document = *render(request(file), [&](const QString&) -> store::Database& { return pack; });
             for (const Page& page : document.pages) {
-                QList<std::pair<QRectF, QString>> texts; // what of the paper each takes
+                QList<std::pair<QRectF, QString>> texts; // the space that each takes on the paper
                 for (const Item& item : page.items)
                     if (const auto* text = std::get_if<TextItem>(&item)) {
                         QFont font = document.fonts[std::size_t(text->font)];
-                        font.setPixelSize(qRound(font.pointSizeF() * 100)); // too large for hinting to count
+                        font.setPixelSize(qRound(font.pointSizeF() * 100)); // too large for hinting to matter
                         const QSizeF size = QFontMetricsF(font).size(0, text->text) / 100;
                         texts.append({QRectF(text->box.topLeft(), size), text->text});
                     }
@@ -324,7 +325,7 @@ private Q_SLOTS:
         }
     }
 
-    /// A text longer than a page runs on; no word of it is lost and none leaves the paper.
+    /// A text longer than a page continues on the next; no word of it is lost or leaves the paper.
     void neverClips()
     {
         QStringList words;
@@ -363,8 +364,8 @@ private Q_SLOTS:
         }
     }
 
-    /// Nothing and an empty text are one name, and blanks before it none. Who leads a den that isn't there has none. A
-    /// label for each address of a family that wants correspondence.
+    /// Null and an empty text are the same name, and blanks in front don't count. The leader of a missing den has no
+    /// den. One label for each address of a family that wants correspondence.
     void printsPeople()
     {
         for (const QByteArray& row : fileOf("people.sql").trimmed().split('\n'))
@@ -387,7 +388,7 @@ private Q_SLOTS:
         QCOMPARE(labels, "Ida and Bo 1 Elm Max 3 Fir Uma 2 Oak ");
     }
 
-    /// Reading, sorting, laying out and exporting tell how far they are, and each can be cancelled.
+    /// Reading, sorting, layout and export report their progress, and each can be cancelled.
     void tellsItsProgress()
     {
         RunRequest many = request("PurchaseList.rpt");
@@ -419,13 +420,14 @@ private Q_SLOTS:
         const Document document = *run(request("PurchaseList.rpt"));
         const auto boxes = std::ranges::count_if(
             document.pages[0].items, [](const Item& item) { return std::holds_alternative<BoxItem>(item); });
-        QCOMPARE(boxes, 2); // one to tick on each line
+        QCOMPARE(boxes, 2); // one box to tick on each line
         Document quoting;
         quoting.columns = QStringList{"a,b", "say \"x\""};
         quoting.rows = {{"two\nlines", "é"}};
         QCOMPARE(csvText(quoting), QStringLiteral("\"a,b\",\"say \"\"x\"\"\"\r\n\"two\nlines\",é\r\n"));
 
-        // What a spreadsheet would compute is a text, telephone numbers stay; subreports follow, each row with its own.
+        // What a spreadsheet would compute becomes a text, telephone numbers stay; subreports follow, each row with its
+        // own.
         const Document blocks = runText(fileOf("blocks.rpt"));
         const QString first = blocks.rows[0][0];
         const QString csv = csvText(blocks);

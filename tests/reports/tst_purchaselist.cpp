@@ -24,7 +24,7 @@ INSERT INTO Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Quan
 INSERT INTO Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned)
   VALUES (1, 1, '2026-02-10'), (1, 99, '2026-02-10');)";
 
-/// A grid's captions and rows: cells parted by slashes, rows by a comma and a blank.
+/// A grid's captions and rows: cells separated by slashes, rows by a comma and a blank.
 QString shown(const Screen& screen, const char* grid)
 {
     const auto& model = *screen.get<QTableView>(grid).model();
@@ -51,7 +51,7 @@ private Q_SLOTS:
         m_folder.emplace();
     }
 
-    /// The list of the month is made first; a refused range leaves it (@) as it is.
+    /// The month's list is made first; a refused range leaves it (@) unchanged.
     void sums_data() { test::tableOf("reports/purchaselist_sums.txt"); }
     void sums()
     {

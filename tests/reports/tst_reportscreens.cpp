@@ -54,7 +54,7 @@ struct Screen {
     }
     void print() const { click(form.findChild<QWidget*>("cmdPrintList") ? "cmdPrintList" : "cmdPrint"); }
     void view() const { click(form.findChild<QWidget*>("cmdPreviewList") ? "cmdPreviewList" : "cmdView"); }
-    /// The chosen entry and all entries of a list.
+    /// The selected entry and all entries of a list.
     QString list(const char* name) const
     {
         QStringList texts{box(name).text()};
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!menu);
     }
 
-    /// What a run leaves on the control, after others on the way; the slots are the report's and the subreport's.
+    /// What a run sets on the control, after other runs; the slots are the report's and the subreport's.
     void setsTheReport_data() { test::tableOf("reports/reportscreens_setsTheReport.txt"); }
     void setsTheReport()
     {
@@ -177,7 +177,7 @@ private Q_SLOTS:
         QVERIFY(preview && preview->isVisible());
     }
 
-    /// The report's file is printed, read back and compared with what the plain SQL engine says of the same file.
+    /// The report's file is printed, read back and compared with what the plain SQL engine gives for the same file.
     void printsWhatTheDatabaseHolds_data() { test::tableOf("reports/reportscreens_printsWhatTheDatabaseHolds.txt"); }
     void printsWhatTheDatabaseHolds()
     {
@@ -233,13 +233,13 @@ private Q_SLOTS:
 
         for (const char* table : {"Scouts", "Adults", "Insignias", "Purchase_List", "Other_Purchase_List"})
             database().execute(QStringLiteral("Delete From ") + table);
-        database().execute(QStringLiteral("Update PackInfo Set [Pack Number] = 0")); // nobody has typed it in
+        database().execute(QStringLiteral("Update PackInfo Set [Pack Number] = 0")); // nobody has entered it
         QCOMPARE(printed(),
                  heading.remove("Pack12,") + test::withoutBlanks(nothing + "Printed February 14, 2026 Page 1 of 1"));
     }
 
     /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
-    /// for the fields of the people. The condition that they are active isn't told; the title lies in parentheses.
+    /// for the fields of the people. The condition that they are active is left out; the title is in parentheses.
     void selects_data() { test::tableOf("reports/reportscreens_selects.txt"); }
     void selects()
     {
@@ -253,7 +253,7 @@ private Q_SLOTS:
 
         const Screen screen = Screen::open("dlgReportSelect1");
         screen.click("optAdults");
-        screen.box("cmbScoutOrAdult").setText("Ito, Ann B"); // what was chosen before counts for nothing
+        screen.box("cmbScoutOrAdult").setText("Ito, Ann B"); // the earlier choice doesn't count
         screen.click("opt" + people);
         screen.box("cmbDen").setText("Bear Den 2");
         screen.box("cmbScoutOrAdult").setText(chosen[1]);

@@ -20,10 +20,10 @@ namespace
 
 struct Screen : test::RecordScreen<frmScouts> {
     widgets::ListBox& list = get<widgets::ListBox>("lbScouts");
-    mutable QString clicks; ///< what each click made of a den leader's box
+    mutable QString clicks; ///< what each click did to a den leader's box
 
     // "@2" clicks a row of the list, "name:text" sets a combo box, "den:text" the filter's. A den leader's box gets the
-    // focus by "in:Tab", loses it by "away" and takes "space" and a click, "box"; "second" is the other parent's page.
+    // focus by "in:Tab", loses it by "away", and takes "space" and a click, "box"; "second" is the other parent's page.
     // Other words are buttons. Underscores stand for blanks.
     void go(const QString& script) const
     {
@@ -39,7 +39,7 @@ struct Screen : test::RecordScreen<frmScouts> {
             press(form, word);
         });
     }
-    // The den leader's box of the parent whose page is up.
+    // The den leader's box of the parent whose page is in front.
     void useLeaderBox(const QString& how, const QString& reason) const
     {
         auto& box =
@@ -57,7 +57,7 @@ struct Screen : test::RecordScreen<frmScouts> {
             box.setFocus(Qt::FocusReason(
                 QMetaEnum::fromType<Qt::FocusReason>().keyToValue((reason + "FocusReason").toUtf8().constData())));
     }
-    // With the list and its row, and what of the page isn't all the same.
+    // Also the list and its row, and which controls of the page differ from the rest.
     [[nodiscard]] QMap<QString, QString> shown() const
     {
         QStringList on;
@@ -90,7 +90,7 @@ struct Screen : test::RecordScreen<frmScouts> {
 
 constexpr auto OneAward = "INSERT INTO Assigned_Awards_Scouts VALUES (3, 1, '2026-03-01', 2026, 3, 10, 2);";
 
-// Plays the row's script and compares what the other columns of the row name.
+// Plays the row's script and compares what the row's other columns name.
 void play(std::initializer_list<const char*> columns)
 {
     const Screen screen;
@@ -113,18 +113,18 @@ private Q_SLOTS:
         test::fill(QByteArray(test::Pack) + OneAward);
     }
 
-    // View, order, den filter and find: an empty view leaves the label as the last record's.
+    // View, order, den filter and find: an empty view keeps the last record's label.
     void sets_data() { test::tableOf("scouts/scouts_sets.txt"); }
     void sets() { play({"listed", "label", "live", "page", "row", "said"}); }
 
-    // The mark of a missing date never shows; a new scout begins in the den that the filter names.
+    // The value for a missing date never shows; a new scout starts in the den that the filter shows.
     void records_data() { test::tableOf("scouts/scouts_records.txt"); }
     void records() { play({"born", "started", "on", "den", "label", "live", "page", "row"}); }
 
     void addsAndDeletes_data() { test::tableOf("scouts/scouts_addsAndDeletes.txt"); }
     void addsAndDeletes() { play({"listed", "label", "live", "page", "row", "awards"}); }
 
-    // Every field goes to its own column and comes back. A new scout begins without them all, but for the grade.
+    // Every field goes to its own column and back. A new scout starts with all of them empty, except the grade.
     void fields()
     {
         const Screen screen;
@@ -152,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(screen.get<QPlainTextEdit>("txtScoutNote").toPlainText(), "");
     }
 
-    // The first parent's box counts for both parents, and an e-mail address is no change by itself.
+    // The first parent's box counts for both parents, and an e-mail address alone isn't a change.
     void saves_data() { test::tableOf("scouts/scouts_saves.txt"); }
     void saves()
     {
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QTEST(test::rows("Select " + test::cell("field") + " From Scouts Where Scout_SID = 1"), "stored");
     }
 
-    // A den that another program made comes into the den filter as that is opened.
+    // A den that another program made appears in the den filter when that is opened.
     void newDenReachesTheFilter()
     {
         const Screen screen;
@@ -172,13 +172,13 @@ private Q_SLOTS:
         QCOMPARE(test::textsOf(filter), "Tiger Den 1; Bear Den 2; Wolf Den 3; Lion Den 9; <All>");
     }
 
-    // The picked adult always goes to the second parent's link. After a pick that was cancelled, or the message, the
-    // next click counts, though it asks nothing while the focus stays; when the focus comes to the box again, from
-    // another control, it asks again.
+    // The picked adult always goes to the second parent's link. After a cancelled pick, or after the message, the next
+    // click counts, but asks nothing while the focus stays; when the focus comes to the box again from another control,
+    // it asks again.
     void denLeader_data() { test::tableOf("scouts/scouts_denLeader.txt"); }
     void denLeader() { play({"clicks", "live", "links", "said", "log"}); }
 
-    // A note that nobody touched is written as it was stored, and what was undone in it comes from its own record.
+    // A note that nobody changed is written as it was stored, and undo in it brings back only its own record's text.
     void notes()
     {
         const QString stored = "a\r\nb" + QString(QChar::Nbsp) + "c";
@@ -193,7 +193,7 @@ private Q_SLOTS:
         note.undo();
         QCOMPARE(note.toPlainText(), "a\nb c");
         QTest::keyClicks(&note, "x");
-        // On its page Enter saves nothing, wherever the focus is.
+        // On the note's page Enter saves nothing, wherever the focus is.
         auto& pages = screen.get<QTabWidget>("tabScout");
         for (const int page : {2, 0}) {
             pages.setCurrentIndex(page);
@@ -204,7 +204,7 @@ private Q_SLOTS:
         QCOMPARE(test::rows("Select Note From Scouts Where Scout_SID = 1"), "xa\nb c");
     }
 
-    // A failure that something left behind shows at the end of what the user does next.
+    // A failure that something left pending shows at the end of the user's next action.
     void pendingFailureShows_data()
     {
         test::table({"action"},
@@ -235,15 +235,15 @@ private Q_SLOTS:
                             "Assigned_SID = 10"),
                  "4/1/1/2026/2026/1");
         test::fill("Update Assigned_Awards_Scouts Set Quantity = 9 Where Assigned_SID = 10");
-        screen.go("cmdEditAward>E"); // after one that was saved, one that isn't
+        screen.go("cmdEditAward>E"); // after a saved edit, one that isn't
         QCOMPARE(test::rows("Select Quantity From Assigned_Awards_Scouts Where Assigned_SID = 10"), "9");
-        screen.go("cmdDeleteAward cmdDeleteAward cmdDeleteAward"); // the third finds the heading row only
+        screen.go("cmdDeleteAward cmdDeleteAward cmdDeleteAward"); // the third finds only the heading row
         QCOMPARE(test::rows("Select Assigned_SID From Assigned_Awards_Scouts"), "12");
         QVERIFY(!screen.get("cmdSave").isEnabled());
     }
 
-    // What ends the program: a date that can't be read, a save after the begun record was left, statements that break.
-    // Under "All" a name leaves an " and " too many, and names that were typed and taken out again leave no blank.
+    // What ends the program: a date that can't be read, a save after leaving a new record, statements that break. Under
+    // "All" a name leaves one " and " too many, and names that were typed and removed again leave no blank.
     void failures_data() { test::tableOf("scouts/scouts_failures.txt"); }
     void failures()
     {

@@ -17,7 +17,7 @@ QString nameOf(QWidget* control)
     QString name = control->accessibleName();
     if (name.isEmpty() && label != labels.end())
         name = (*label)->text();
-    else if (name.isEmpty() && !qobject_cast<QComboBox*>(control)) // a box would be called by its choice
+    else if (name.isEmpty() && !qobject_cast<QComboBox*>(control)) // a box would be named by its choice
         name = QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
     return name.remove(QRegularExpression("[&:]"));
 }
@@ -31,8 +31,8 @@ QString groupOf(const QAccessibleInterface& choice)
     return parent && parent->role() == QAccessible::Grouping ? parent->text(QAccessible::Name) : QString();
 }
 
-// What a screen reader finds nameless in the window: parts that can be worked, columns, and boxes that aren't
-// described, a box being called by its choice on X11.
+// What a screen reader finds without a name in the window: parts that can be worked, columns, and boxes without a
+// description, because a box is named by its choice on X11.
 void addNameless(QAccessibleInterface& part, QStringList& faults)
 {
     using A = QAccessible;
@@ -62,7 +62,7 @@ void addNameless(QAccessibleInterface& part, QStringList& faults)
             addNameless(*child, faults);
 }
 
-// Everything that is wrong with a window as it stands.
+// Everything that is wrong with a window in its current state.
 QStringList faultsOf(QWidget& form)
 {
     QStringList faults;
@@ -104,7 +104,7 @@ QStringList faultsOf(QWidget& form)
         QSize room = widget->sizeHint();
         if (widget->hasHeightForWidth())
             room = QSize(0, widget->heightForWidth(widget->width()));
-        else if (button && button->icon().isNull()) // its hint asks for the width that buttons have in common
+        else if (button && button->icon().isNull()) // its hint includes the width that buttons have in common
             room.setWidth(button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() + 8);
         expect(!(label || button) || room.boundedTo(widget->size()) == room, "clipped", widget);
         using P = QPalette;
@@ -118,7 +118,7 @@ QStringList faultsOf(QWidget& form)
                    "contrast", widget);
         }
     }
-    QWidget* inside = form.findChild<widgets::Form*>(); // an area that scrolls
+    QWidget* inside = form.findChild<widgets::Form*>(); // inside a scrolling area
     auto* screen = QAccessible::queryAccessibleInterface(inside ? inside : &form);
     const bool isMain = qobject_cast<QMainWindow*>(&form);
     expect(screen->role() == (isMain ? QAccessible::Window : QAccessible::Dialog), "role", &form);
@@ -134,7 +134,7 @@ QStringList faultsOf(QWidget& form)
     }
     for (auto* control : controls)
         expect(std::ranges::any_of(reached,
-                                   [control](QWidget* at) { // Tab comes to one of the buttons of a group
+                                   [control](QWidget* at) { // Tab stops at one button of a group
                                        return control == at || control->isAncestorOf(at) ||
                                               (qobject_cast<QRadioButton*>(control) &&
                                                qobject_cast<QRadioButton*>(at) && control->parent() == at->parent());
@@ -154,7 +154,7 @@ private Q_SLOTS:
     void everyWindow()
     {
         QFETCH(test::Open, open);
-        QFont large = QApplication::font(); // what fits in large letters fits in small ones
+        QFont large = QApplication::font(); // what fits in large letters also fits in small ones
         large.setPointSize(16);
         QApplication::setFont(large);
         const test::AppFolder folder;

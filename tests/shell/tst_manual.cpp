@@ -13,14 +13,14 @@ using namespace orlo;
 namespace
 {
 
-// Goes through a page as somebody does who reads it: each sentence that quotes something of the program is an action on
-// the windows that are up. Every action is a call from the event loop, so that the next one comes inside of what waits.
+// Goes through a page as its reader would: each sentence that quotes something of the program is an action on the
+// windows that are up. Every action is called from the event loop, so that the next one can run inside one that waits.
 class Reader : public QObject
 {
 public:
     using Act = std::function<void()>;
 
-    // What the sentences say is to be done after what was read before.
+    // What to do for the sentences, after everything that was read before.
     void read(const QString& sentences)
     {
         int at = 0;
@@ -69,7 +69,7 @@ private:
     {
         const auto [words, ready] = m_actions.front();
         const Act act = ready();
-        if (!act) {          // what it speaks of isn't up yet
+        if (!act) {          // the window or control isn't up yet
             if (tries > 250) // whatever waits would wait on
                 qFatal("can't do: %s; what is up: %s", qPrintable(words), qPrintable(whatIsUp()));
             QTimer::singleShot(20, this, [this, tries] { next(tries + 1); });
@@ -141,7 +141,7 @@ private:
         return nullptr;
     }
 
-    // What the action does, once it can be done.
+    // What the action does, as soon as it can be done.
     Act act(const QRegularExpressionMatch& says)
     {
         const auto part = [&says](const char* name) { return says.captured(QString::fromLatin1(name)); };
@@ -199,11 +199,11 @@ private:
         for (const QAction* action :
              preview && !part("key").isEmpty() ? preview->findChildren<QAction*>() : QList<QAction*>())
             if (action->shortcut() == QKeySequence(part("key")) && plain(action->text()).startsWith("Print"))
-                return [] {}; // the system's own dialog is up to the system
+                return [] {}; // the system's own dialog works itself
         return {};
     }
 
-    QList<std::pair<QString, std::function<Act()>>> m_actions; // in words, and what it does once it can be done
+    QList<std::pair<QString, std::function<Act()>>> m_actions; // in words, and what it does as soon as it can be done
 };
 
 } // namespace
@@ -213,13 +213,13 @@ class tst_manual : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // The first hour's steps, done as the page says them; what each leaves in the records.
+    // The steps of the first hour, done as the page says; what each leaves in the records.
     void firstHour()
     {
         static const QRegularExpression step("^\\d\\. \\*\\*(.*?)\\*\\*(.*?)(?=^\\d\\. |^Those)",
                                              QRegularExpression::MultilineOption |
                                                  QRegularExpression::DotMatchesEverythingOption);
-        QMap<QString, QStringList> left; // by the step's title the value and the query that gives it
+        QMap<QString, QStringList> left; // by the step's title: the value and the query that gives it
         for (const QByteArray& line :
              test::contents(ORLO_SOURCE_DIR "/tests/shell/firsthour.txt").trimmed().split('\n')) {
             const QStringList cells = QString::fromUtf8(line).split(" | ");

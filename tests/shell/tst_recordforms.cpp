@@ -15,15 +15,15 @@
 
 using namespace orlo;
 
-// What all list forms do, on the scouts' form.
+// What all list forms do, tested on the scouts' form.
 class tst_recordforms : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    // "-" makes the scout inactive, "dens" opens the den filter, "away" hides the form
-    // and shows it again; the box is asked about unsaved changes or deleting.
-    // What else of the page is live, the last name, the list's rows and the highlighted one, the focus, the last names.
+    // "-" makes the scout inactive, "dens" opens the den filter, "away" hides the form and shows it again; the box is
+    // the question about unsaved changes or deleting. The columns: what else of the page is live, the last name, the
+    // list's rows and the highlighted one, the focus, the last names.
     void listForm_data() { test::tableOf("shell/recordforms_listForm.txt"); }
     void listForm()
     {
@@ -60,7 +60,7 @@ private Q_SLOTS:
         QCOMPARE(tabs.currentIndex(), 0);
     }
 
-    // What a new record's boxes held before is the former record's, and no undoing brings it back.
+    // A new record's boxes may have held the previous record's text, and undo must not bring it back.
     void undoInNewRecord()
     {
         const test::AppFolder folder;
@@ -75,7 +75,7 @@ private Q_SLOTS:
     }
 
     // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
-    // The other values are written as ever.
+    // The other values are written as usual.
     void foreignValues_data() { test::tableOf("shell/recordforms_foreignValues.txt"); }
     void foreignValues()
     {
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QToolTip::hideText();
     }
 
-    // A form that is closed under its own question is there until its handler has returned.
+    // A form that is closed during its own question exists until its handler has returned.
     void closedUnderItsQuestion_data() { test::tableOf("shell/recordforms_closed.txt"); }
     void closedUnderItsQuestion()
     {
@@ -124,10 +124,10 @@ private Q_SLOTS:
         timer.start(5);
         runOn(test::cell("form"), test::cell("script"));
         QVERIFY(closed);
-        QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty()); // and is gone then
+        QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty()); // and then it is deleted
     }
 
-    // On another page the focus goes to what shows there: keys that follow change nothing unseen.
+    // On another page the focus goes to something visible there: the next keys change nothing unseen.
     void focusOnPages_data() { test::table({"button"}, "F\nP\nN\nL\ns"); }
     void focusOnPages()
     {

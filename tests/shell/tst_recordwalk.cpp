@@ -18,7 +18,7 @@ class tst_recordwalk : public QObject
 
 private Q_SLOTS:
     // F, P, N and L step, "s" settles and "2" goes to the second record; the place and the record where the walk ends,
-    // and which ways settling or, of a walking form, the place told last: "-" none, "+" one, "=" as it was.
+    // and what settling or, for a walking form, the place reported last: "-" none, "+" one, "=" unchanged.
     void steps_data() { test::tableOf("shell/steps.txt"); }
     void steps()
     {
@@ -47,7 +47,7 @@ private Q_SLOTS:
         QTEST(told(walk.ways()), "ways");
     }
 
-    // What is read together holds others back from writing, but no longer than until a write or a wait.
+    // Reading together keeps others from writing, but only until a write or a wait.
     void reading_data() { test::tableOf("shell/recordwalk_reading.txt"); }
     void reading()
     {
@@ -56,7 +56,7 @@ private Q_SLOTS:
         const Reading reading(database());
         store::Recordset dens = database().openRecordset("Dens");
         (void)dens[u"Den_SID"];
-        std::make_unique<Reading>(database()).reset(); // one within it
+        std::make_unique<Reading>(database()).reset(); // a nested one
         if (test::cell("ended by") == "write")
             database().execute("Update Dens Set Active = 'Y'");
         QEventLoop loop;
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
     }
 
-    // What a find adds " and " to is left with it where neither view nor den follow.
+    // The " and " that a find adds stays if neither view nor den follow.
     void criteria_data() { test::tableOf("shell/criteria.txt"); }
     void criteria()
     {

@@ -25,8 +25,8 @@ using widgets::Instance;
 namespace
 {
 
-// The cells of the window's grids and lists whose texts are cut off, but for those of the column that takes what the
-// others leave.
+// The cells of the window's grids and lists whose texts are cut off, except in the column that takes the remaining
+// width.
 void addCut(const QWidget& window, QSet<QString>& faults)
 {
     QCoreApplication::processEvents();
@@ -55,7 +55,7 @@ F& opened()
     return Instance<F>::get();
 }
 
-// Everybody of a list, on the page of the awards.
+// The same for each person of a list, on the page of the awards.
 void addCutOfPeople(QWidget& form, const char* list, const char* pages, QSet<QString>& faults)
 {
     control<QTabWidget>(form, pages).setCurrentIndex(0);
@@ -124,7 +124,7 @@ private Q_SLOTS:
             return widgets::saidWhileEmpty(list);
         };
         QCOMPARE(widgets::saidWhileEmpty(list), none);
-        QCOMPARE(view("optInactive"), none); // whatever the choice
+        QCOMPARE(view("optInactive"), none); // whichever is selected
         database().execute("Insert Into Dens (Den_SID, Den_Number, Active) Values (1, 1, 'Y')");
         database().execute("Insert Into Scouts (Scout_SID, First_Name, Active) Values (1, 'Ada', 'Y')");
         QCOMPARE(view("optActive"), QString());

@@ -33,7 +33,7 @@ QWidget* topLevel(const char* name)
     return nullptr;
 }
 
-// How often what it watches was painted.
+// How often the widget that it watches was painted.
 class Painted : public QObject
 {
 public:
@@ -136,11 +136,11 @@ private Q_SLOTS:
         report.show();
         splash.show();
         const QImage picture = splash.grab().toImage();
-        QVERIFY(widgets::contrast(picture.pixelColor(0, 0), picture.pixelColor(2, 2)) > 3); // a border that is seen
+        QVERIFY(widgets::contrast(picture.pixelColor(0, 0), picture.pixelColor(2, 2)) > 3); // a visible border
         QCOMPARE(picture.pixelColor(picture.rect().bottomRight()), picture.pixelColor(0, 0));
         splash.openFrameAfter(60);
         QCOMPARE(test::control<QTimer>(splash, "tmrSplashWait").timerType(), Qt::PreciseTimer);
-        // A file that is being taken over holds it back.
+        // A file that is being taken over delays it.
         watchTakeovers();
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
             store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
@@ -203,7 +203,7 @@ private Q_SLOTS:
             keys += window->shortcuts();
         QCOMPARE(keys, QList<QKeySequence>{Qt::CTRL | Qt::Key_F4});
 
-        // A waiting screen that is chosen again stays the one that waits.
+        // If the waiting screen is chosen again, it still is the one that waits.
         auto& help = test::control<QAction>(frame, "mnuHelpTopics");
         QTimer::singleShot(20, qApp, [&help] {
             help.trigger();
@@ -212,14 +212,14 @@ private Q_SLOTS:
         help.trigger();
         QVERIFY(!topLevel("dlgHelp"));
 
-        // The window's own close drops the typing without a word; the next opening reads the record anew.
+        // The window's close box drops the typing without a question; the next opening reads the record again.
         area.activeSubWindow()->close();
         QTRY_COMPARE(area.subWindowList().size(), 1);
         command.trigger();
         QVERIFY(test::control<QLineEdit>(*area.activeSubWindow(), "txtPackNum").text().isEmpty());
     }
 
-    // A field of which a few pixels show is scrolled into sight once the press on it is let go.
+    // A field of which only a few pixels show is scrolled into view when the press on it is released.
     void pressedFieldIsSeen()
     {
         test::AppFolder folder;
@@ -229,7 +229,7 @@ private Q_SLOTS:
         test::control<QAction>(frame, "mnuScouts").trigger();
         auto* window = test::control<QMdiArea>(frame, "mdiArea").activeSubWindow();
         auto* scroll = &test::control<QScrollArea>(*window, "scrScout");
-        QTest::qWait(100); // it takes its place
+        QTest::qWait(100); // until it is in its place
         window->resize(920, 350);
         QTest::qWait(10);
         auto& field = test::control<QLineEdit>(*window, "txtParent1HPhone");
@@ -243,7 +243,7 @@ private Q_SLOTS:
         window->close();
     }
 
-    // The notice keeps its words; where the manual lies beside the program, a click on its link opens it.
+    // The window keeps its text; if the manual is beside the program, a click on the link opens it.
     void helpNotice()
     {
         const auto openNotice = [](const std::function<void(QLabel&)>& look) {
@@ -277,7 +277,7 @@ private Q_SLOTS:
         QDesktopServices::unsetUrlHandler("file");
         const QString file = QFileInfo(page).canonicalFilePath();
         QCOMPARE(opened.pages, QList<QUrl>{QUrl::fromLocalFile(file)});
-        // Without a program that opens it, a message shows where it is.
+        // If no program opens it, a message says where it is.
         const auto told = test::answerNext();
         openNotice(press);
         QVERIFY2(told->text.contains(QDir::toNativeSeparators(file)), qPrintable(told->text));
@@ -346,7 +346,7 @@ private Q_SLOTS:
     }
 };
 
-// The child process of the test above: its window's button fails in its handler.
+// The test's child process: its window's button fails in its handler.
 static int failInHandler(const QStringList& arguments)
 {
     const bool nested = arguments[0] == "nested";
@@ -360,7 +360,7 @@ static int failInHandler(const QStringList& arguments)
     class Unpaintable : public QWidget
     {
         void paintEvent(QPaintEvent*) override { throw platform::RuntimeError(platform::NoCurrentRecord); }
-    } unpaintable; // it goes on failing under the report
+    } unpaintable; // it keeps failing under the report
     if (arguments[0] == "paint")
         unpaintable.show();
     button.show();

@@ -42,7 +42,7 @@ private Q_SLOTS:
         QCOMPARE(contents("A.mdb") + contents("B.mdb"), before);
     }
 
-    // A backup's folder stands for the backup. A file of an earlier version is compared in what both have.
+    // A backup's folder stands for the backup. With a file of an earlier version, only what both have is compared.
     void earlierVersion()
     {
         QVERIFY(QDir().mkpath("copy") && QDir().mkpath("csv"));
@@ -81,7 +81,7 @@ private Q_SLOTS:
         both("Select Insignia_Type From Insignias");
         both("Select Den_Title, Sort_Order From Den_Titles");
         both("Select type, name From sqlite_master Where name Not In ('Own', 'Mine', 'Table 1') Order By 1, 2");
-        // What somebody could know a person by is nowhere in the file.
+        // Nothing by which a person could be recognised is anywhere in the file.
         const QStringList people = sqlite(
             "pack.mdb", "Select Last_Name From Scouts Union Select School From Scouts Union Select Address From Scouts "
                         "Union Select Phone From Adults Union Select Parent1_Email From Scouts Union Select Note From "
@@ -113,7 +113,7 @@ private Q_SLOTS:
             QVERIFY2(said.contains(QRegularExpression(QString("^%1$").arg(line), QRegularExpression::MultilineOption)),
                      qPrintable(line + said));
         QVERIFY(!said.contains("Liam") && !said.contains("Declan") && !said.contains(m_folder->path()));
-        // Of a damaged file the head is told.
+        // For a damaged file the head is reported.
         orlo::test::write("Liam.mdb", contents("Liam.mdb").replace(100, 3996, QByteArray(3996, '\0')));
         const auto damaged = orloDb({"about", "Liam.mdb"});
         QVERIFY2(damaged.status == 0 && damaged.said.contains("doesn't open               error 3049\n") &&

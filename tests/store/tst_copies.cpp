@@ -25,8 +25,7 @@ namespace
 
 QDateTime clockTime;
 
-// Opens the file of a folder, says so, and once it is told to changes it as a program does whose copies make
-// themselves.
+// Opens the file of a folder, says so, and when told to changes it like a program with automatic copies.
 int child(const QStringList& arguments)
 {
     Database database = DBEngine::openDatabase(arguments[0] + "/Quorrel11.mdb");
@@ -83,7 +82,7 @@ private Q_SLOTS:
         const QStringList left = keptOf(names, today);
         QCOMPARE(QString(left.join(u'|')).replace(u' ', u'_').replace(u'|', u' ').remove("2026-"),
                  test::cell("kept").simplified());
-        // Thinned day by day it comes to the same, as far as the copies of today don't count.
+        // Thinned day by day, the result is the same, apart from today's copies.
         QStringList daily;
         names.sort();
         for (const QString& name : names)
@@ -124,7 +123,7 @@ private Q_SLOTS:
         QCOMPARE(made(), test::cell("copies").simplified());
     }
 
-    // A set's own removals count as well, and what announces itself.
+    // A set's own removals count too, and those that are announced.
     void removals()
     {
         Database database = DBEngine::openDatabase(file());
@@ -190,7 +189,7 @@ private Q_SLOTS:
         }
         std::optional<Database> other;
         std::optional<Transaction> half;
-        if (what.startsWith("another")) { // its change isn't made yet, so ours can't be either
+        if (what.startsWith("another")) { // its change isn't finished yet, so ours can't be either
             other.emplace(DBEngine::openDatabase(file()));
             half.emplace(*other);
             other->execute("Update Dens Set Den_Name = 'half'");
@@ -203,14 +202,14 @@ private Q_SLOTS:
         const QStringList left = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
         QCOMPARE(QString(left.join(u'|')).replace(u' ', u'_').replace(u'|', u' '), test::cell("left").simplified());
         QVERIFY(!what.startsWith("another") || made() == "06-07=a");
-        // What failed isn't tried again with each change.
+        // A copy that failed isn't tried again with each change.
         const auto since = QDateTime::currentDateTime();
         for (int i = 0; i < 1000; ++i)
             (void)keeper.beforeChange(database, {});
         QVERIFY(since.msecsTo(QDateTime::currentDateTime()) < 1000);
     }
 
-    // A copy is the file as it was, of the same size, right and flushed; a restore takes it as it is.
+    // A copy is the file as it was, with the same size and permissions, and flushed; a restore accepts it as it is.
     void copyIsWhole()
     {
         sqlite(file(),
@@ -231,7 +230,7 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(copy).permissions(), QFileInfo(file()).permissions());
     }
 
-    // Two programs begin the day at the same moment: one copy, and both changes.
+    // Two programs start the day at the same moment: one copy, and both changes.
     void twoPrograms()
     {
         const int rounds = 10;
@@ -256,7 +255,7 @@ private Q_SLOTS:
         }
     }
 
-    // A file that isn't open and can't be: its bytes as they are.
+    // A file that isn't open and can't be opened: its bytes are copied unchanged.
     void closedFile()
     {
         orlo::test::write(file(), "no database");
@@ -269,7 +268,7 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString file() const { return m_folder->filePath("Quorrel11.mdb"); }
-    // The copies, the months and days of 2026 without the year, each with the den's name in it.
+    // The copies, the months and days of 2026 without the year, each with its den's name.
     [[nodiscard]] QString made() const
     {
         QStringList found;

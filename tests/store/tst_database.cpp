@@ -49,7 +49,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
-    // Where a backslash is a character of a folder's name like any other.
+    // On systems where a backslash in a folder's name is an ordinary character.
     void backslashInTheFoldersName()
     {
         if (QDir().mkpath(m_folder->filePath("a\\b")) &&
@@ -76,12 +76,12 @@ private Q_SLOTS:
         Database database = DBEngine::openDatabase(m_path);
         database.execute("Insert Into Dens (Den_SID) Values (1)");
         QVERIFY(QFile::rename(m_path, m_path + ".old"));
-        QVERIFY(QFile::copy(m_path + ".old", m_path)); // another one in its place
+        QVERIFY(QFile::copy(m_path + ".old", m_path)); // another file in its place
         const auto failure = test::failureOf([&] { return database.execute("Insert Into Dens (Den_SID) Values (2)"); });
         QVERIFY(failure && failure->description().startsWith("The database file was moved or replaced while ORLO"));
     }
 
-    // The journal's name is flushed once, by SQLite and by us, until another program's journal bears it.
+    // The journal's name is flushed once, by SQLite and by us, until it is another program's journal.
     void journalsName_data() { test::tableOf("store/database_journalsName.txt"); }
     void journalsName()
     {
@@ -97,14 +97,14 @@ private Q_SLOTS:
         QCOMPARE(flushesOf("Insert Into Dens (Den_SID) Values (1)"), 2);
         if (meanwhile == "removed")
             test::sqlite(m_path, "Insert Into Dens (Den_SID) Values (2)");
-        if (meanwhile == "replaced") { // by a file that is likely to be given the same number
+        if (meanwhile == "replaced") { // by a file that probably gets the same number
             QVERIFY(QFile::remove(m_path + "-journal"));
             test::write(m_path + "-journal", "");
         }
         QTEST(QString::number(flushesOf("Insert Into Dens (Den_SID) Values (3)")), "flushes");
     }
 
-    // Reading survives what another program put into the file.
+    // Reading survives anything that another program put into the file.
     void loosenedFile()
     {
         test::sqlite(m_path, "INSERT INTO Den_Titles VALUES('Gruppenführer Öst', 1); CREATE TABLE Loose(a, b);"
@@ -164,7 +164,8 @@ private Q_SLOTS:
         QCOMPARE(database.tableNames().size(), 12);
     }
 
-    // A journal that a killed run left for another state of the file is set aside, and gone once the file has opened.
+    // A journal that a killed run left for another state of the file is set aside, and deleted once the file has been
+    // opened.
     void strayJournal()
     {
         const QString journal = m_path + "-journal";

@@ -54,7 +54,7 @@ private Q_SLOTS:
             "8,O'Brien,,2016-06-07,0,\" \",x,12 ,\"3\"");
         QCOMPARE(orloDb({"new", out(), "--from", csv()}).errors, QString());
         QCOMPARE(made(), QStringList("new.mdb"));
-        // A field that no file names takes its default.
+        // A field that no file names gets its default.
         QCOMPARE(rows("Select First_Name, Note, Birth_Date, Boys_Life, City, School, BSA_Number, Years_In_Scouts, "
                       "Parent1_Use_Scout_Add "
                       "From Scouts Order By Scout_SID"),
@@ -72,12 +72,12 @@ private Q_SLOTS:
         QCOMPARE(database.tableNames().size(), 8);
     }
 
-    // Every link of the sample leads somewhere, and every award's year and month are those of its date.
+    // Every link of the sample leads to a row, and every award's year and month are those of its date.
     void samplePack()
     {
         QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
         QCOMPARE(rows("Select Count(*) From Dens"), "7");
-        // The templates of lists hold nothing but headings, which an import understands.
+        // The templates contain only headings, which an import understands.
         const Run run = orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"});
         QCOMPARE(run.said.count(": 0 would be added, 0 there already\n"), 12);
         QCOMPARE(rows("Select Distinct Insignia_Type From Insignias").count(u';'), 8);
@@ -94,7 +94,7 @@ private Q_SLOTS:
             QCOMPARE(rows(QString("Select * From ") + wrong), QString());
     }
 
-    // A table or field that others have added is exported, too, but doesn't keep the rest from being read again.
+    // A table or field added by others is exported too, but doesn't prevent the rest from being read again.
     void exportIsReadAgain()
     {
         orlo::test::write(csv("Scouts.csv"), "Scout_SID,Note,Birth_Date,Boys_Life,City,School\n"
@@ -124,7 +124,7 @@ private Q_SLOTS:
         QVERIFY(refused.status == 1 && refused.errors.contains("is there already") && contents(again) == "mine");
     }
 
-    // Who only looks changes nothing, in the file nor beside it, and needs no right to.
+    // Commands that only look change nothing in the file or beside it, and need no write permission.
     void onlyLooks_data() { test::tableOf("store/orlodb/onlyLooks.txt"); }
     void onlyLooks()
     {
@@ -154,7 +154,7 @@ private Q_SLOTS:
         QVERIFY(contents(out()) == before && made() == files);
     }
 
-    // A table that nothing, or not all, can be read of doesn't keep the others from being counted and exported.
+    // A table that can't be read, or not completely, doesn't prevent the others from being counted and exported.
     void unreadableTable()
     {
         QCOMPARE(orloDb({"new", out()}).status, 0);
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(made(), QStringList());
     }
 
-    // The small pack's file gets the rows while another connection has it open. A trial tells the same and does
+    // The small pack's file gets the rows while another connection has it open. A dry run prints the same and does
     // nothing.
     void imports_data() { test::cases({"files", "said", "select", "rows"}, "store/orlodb/import.txt"); }
     void imports()
@@ -240,7 +240,7 @@ private:
     {
         return QDir(m_folder->filePath("out")).entryList(QDir::Files | QDir::Hidden | QDir::System);
     }
-    // The rows of a query on the new file.
+    // A query's rows on the new file.
     [[nodiscard]] QString rows(const QString& select) const { return sqlite(out(), select.toUtf8()).join("; "); }
 
     std::unique_ptr<QTemporaryDir> m_folder;

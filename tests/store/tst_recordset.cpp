@@ -38,7 +38,7 @@ private Q_SLOTS:
 
     void conversions_data()
     {
-        // kept: or the failure's number
+        // kept: the value, or the failure's number
         test::tableOf("store/conversions.txt");
         QTest::newRow("long") << QString(70000, u'x') << "Note" << QString(70000, u'x');
     }
@@ -81,8 +81,8 @@ private Q_SLOTS:
         QCOMPARE(rows[u"Name"].toText(), "a");
     }
 
-    // A walk over more rows than are read ahead gives each one once, in order, also when it changes them, or another
-    // program adds a column, which moves the key of what is read ahead.
+    // A walk over more rows than are read ahead gives each row once, in order, even if it changes them or another
+    // program adds a column, which moves the key of the rows read ahead.
     void longWalk()
     {
         fill(1);
@@ -108,7 +108,8 @@ private Q_SLOTS:
         QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
-    /// All records at once are those of a walk, in its order, also where other programs moved one out of the statement.
+    /// Reading all records at once gives the same as a walk, in its order, even if another program moved one out of the
+    /// statement.
     void readsAll()
     {
         fill(5);
@@ -152,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(test::sqlite(m_path, "Select count(*) From T"), QStringList("1"));
     }
 
-    // What can't be read while another program holds the file can be read afterwards.
+    // Records that can't be read while another program locks the file can be read afterwards.
     void lockedOnTheWay()
     {
         fill(20);
@@ -169,7 +170,7 @@ private Q_SLOTS:
         QCOMPARE(sid(rows), 8);
     }
 
-    /// What a damaged file keeps from being opened anew stays as it was.
+    /// If a damaged file can't be opened again, everything stays as it was.
     void damagedMeanwhile()
     {
         Recordset rows = m_database->openRecordset("T");
@@ -196,7 +197,7 @@ private Q_SLOTS:
         QCOMPARE(failureNumber([&] { rows.setValue(u"SID", 7); }), int(platform::FieldNotUpdatable));
         QVERIFY(rows[u"Flag"].isBool() && !rows[u"Flag"].toBool());
         QCOMPARE(failureNumber([&] { rows.update(); }), int(platform::NullInRequiredField));
-        rows.setValue(u"A", u"a"); // the first of the name, whatever was asked for before
+        rows.setValue(u"A", u"a"); // the first one of this name, whatever was requested before
         rows.update();
         QCOMPARE(rows[u"A"].toText() + rows[u"SID"].toText() + rows[u"A"].toText(), "a1a");
     }

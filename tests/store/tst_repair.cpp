@@ -45,8 +45,8 @@ class tst_repair : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // A pack of a size at which each big table fills many pages on two levels; some notes fill pages of their own, one
-    // of them what is left of its row's page to the last byte.
+    // A pack large enough that each big table fills many pages on two levels; some notes fill pages of their own, and
+    // one fills the rest of its row's page to the last byte.
     void initTestCase()
     {
         m_whole = m_folder.filePath("whole.mdb");
@@ -64,8 +64,8 @@ private Q_SLOTS:
                    "Case When i % 3 = 0 Then i % 7 End From n;" +
                    count +
                    "900) Insert Into Assigned_Awards_Adults Select i, 3, '2024-05-06', 2024, 5 From n;"
-                   "Delete From Assigned_Awards_Scouts Where Assigned_SID > 5990;" // their numbers stay given out
-                   "Delete From Scouts Where Scout_SID Between 700 And 900;"       // leaves pages that hold nothing
+                   "Delete From Assigned_Awards_Scouts Where Assigned_SID > 5990;" // their numbers stay used
+                   "Delete From Scouts Where Scout_SID Between 700 And 900;"       // leaves empty pages
                    "Insert Into PackInfo Values (12, 'Pack');Commit");
         m_rows = rowsOf(m_whole);
         QVERIFY(m_rows.size() > 8000);
@@ -85,7 +85,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
     }
 
-    // A page of zeros: every row of every other page is there afterwards, as are keys, counters and queries.
+    // One page of zeros: every row on the other pages is there afterwards, and so are keys, counters and queries.
     void damage_data()
     {
         test::table({"root of"},
@@ -108,8 +108,8 @@ private Q_SLOTS:
                  QStringList{table == "sqlite_sequence" ? "5990" : "6000"});
     }
 
-    // One byte of the header that tells another kind of file, other pages or a part of them; a journal doesn't outlive
-    // the file that it is for, and who may use the file may go on doing so.
+    // One byte of the header that means another kind of file, other pages or a part of them; a journal is removed
+    // together with its file, and the file's permissions stay.
     void header_data() { test::tableOf("store/repair_header.txt"); }
     void header()
     {
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QVERIFY(QFile::permissions(path) & QFile::WriteGroup);
     }
 
-    // What doesn't come back is told, and what comes back without a field that no table takes.
+    // What doesn't come back is reported; a row whose field no table accepts comes back without that field.
     void missing_data() { test::tableOf("store/missing.txt"); }
     void missing()
     {
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QTEST(sqlite(path, "Select " + (look.isEmpty() ? den : look).toUtf8()).join(' ').replace(u'|', u'.'), "left");
     }
 
-    // A file of another tool may hold its texts in UTF-16.
+    // A file from another tool may have its texts in UTF-16.
     void utf16_data() { test::table({"encoding"}, "UTF-16le\nUTF-16be"); }
     void utf16()
     {
@@ -188,8 +188,8 @@ private Q_SLOTS:
         QCOMPARE(sqlite(path, look), before);
     }
 
-    // Bytes overwritten at random, or the end cut off: whatever happens, it is told in a number, and most rows of the
-    // pages that were not touched come back.
+    // Bytes overwritten at random, or the end cut off: whatever happens ends with a numbered failure, and most rows on
+    // untouched pages come back.
     void randomDamage()
     {
         const int files = test::repeats("ORLO_DAMAGED_FILES", 15);
@@ -236,7 +236,7 @@ private Q_SLOTS:
     }
 
 private:
-    // A copy of the whole file in a folder with nothing else.
+    // A copy of the whole file, alone in a folder.
     QString fresh()
     {
         QDir(m_folder.filePath("work")).removeRecursively();
@@ -248,7 +248,7 @@ private:
 
     static void repair(const QString& path) { DBEngine::repairDatabase(path, schema::versions()); }
 
-    // The share of the rows that lie on sound pages which is among the found ones.
+    // The share of the rows on sound pages that was found.
     [[nodiscard]] double recovered(const QSet<qsizetype>& touched, const QSet<QString>& found) const
     {
         int sound = 0;
@@ -260,8 +260,8 @@ private:
             }
         return sound == 0 ? 1 : double(there) / sound;
     }
-    // The engine tells a table's leaf pages in order with the number of cells of each, and after it the overflow pages
-    // with the cells that they go on.
+    // The engine lists a table's leaf pages in order with the number of cells of each, and after each the overflow
+    // pages with the cells that they continue.
     void locateRows(const QString& table)
     {
         const QStringList rows = sqlite(m_whole, "Select rowid, * From " + table.toUtf8());

@@ -23,7 +23,7 @@ private Q_SLOTS:
         createSchema(database);
     }
 
-    // What a new file is made of, its stored queries and the titles in it; the limits of fields are tried by limits().
+    // The contents of a new file, its stored queries and its titles; limits() tries the fields' limits.
     void newFile_data() { test::table({"version"}, "1.0\n1.1"); }
     void newFile()
     {
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(std::size(schema::tables()), std::size(tables));
     }
 
-    // What the file itself refuses, by whatever road the row comes.
+    // What the file itself refuses, however the row arrives.
     void limits_data() { test::tableOf("store/schema/limits.txt"); }
     void limits()
     {
@@ -91,7 +91,7 @@ private Q_SLOTS:
                  "5|1|Null;6|2|Null");
     }
 
-    // A missing quantity counts one, as every adult's award does; both kinds of position come in one shape.
+    // A missing quantity counts as one, like every adult's award; both kinds of position have the same columns.
     void queries_data() { test::cases({"select", "rows"}, "store/schema/queries.txt"); }
     void queries()
     {
@@ -100,7 +100,7 @@ private Q_SLOTS:
     }
 
 private:
-    // The rows that a statement gives outside this program, or its failure.
+    // A statement's rows outside this program, or its failure.
     [[nodiscard]] QString rows(const QByteArray& statement) const { return test::sqlite(m_path, statement).join(u';'); }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -18,7 +18,7 @@ using namespace orlo::store;
 namespace
 {
 
-// A record's values in the file; none of one that is gone.
+// A record's values in the file; empty for a deleted one.
 using State = QStringList;
 constexpr std::array Fields{u"SID", u"Name", u"Note", u"F1", u"F2"};
 constexpr int MaxRecords = 4;
@@ -31,7 +31,7 @@ QString shown(const Value& value)
 // What a set has to know of a record.
 struct Knowledge {
     qint64 number = 0;
-    std::optional<State> state = {}; // as its program read or wrote it last
+    std::optional<State> state = {}; // as its program last read or wrote it
     bool another = false;            // another program has changed it since
     bool removed = false;            // its program has removed it
 };
@@ -43,12 +43,12 @@ struct Walker {
     Knowledge current = {};
     Knowledge added = {};
     std::optional<State> seen = {}; // what it has shown of the current record
-    State buffer = {};              // what it would make of it
+    State buffer = {};              // what it would turn it into
     QList<int> given = {};          // the buffer's fields that it would write
     bool onRemoved = false;
 };
 
-// Random steps of sets, programs and another tool, beside the rows that the file has to have then.
+// Random steps of sets, programs and another tool, beside the rows that the file must then have.
 class Walk
 {
 public:
@@ -58,7 +58,7 @@ public:
             m_walkers.push_back({program, programs[program].openRecordset("T")});
     }
 
-    // Does one; what it failed with, and what it had to.
+    // Does one step; returns the failure that it had, and the one that it should have.
     std::pair<int, int> step()
     {
         m_value = QString::number(++m_steps);
@@ -134,7 +134,7 @@ private:
         return action == 12 && m_rows.size() > 1 ? saveTwice(walker) : save(walker);
     }
 
-    // Another tool, or a program by a statement.
+    // Another tool, or a program through a statement.
     int outside(int who)
     {
         const QList<qint64> numbers = m_rows.keys();
@@ -143,7 +143,7 @@ private:
         QString sql;
         if (action == 0 && numbers.size() < MaxRecords) {
             const qint64 last = numbers.isEmpty() ? 0 : numbers.back();
-            // A tool may give any number, and one that was somebody's before.
+            // A tool may use any number, including one that a deleted row had.
             const bool former = who == Tool && m_former > 0 && !m_rows.contains(m_former);
             const qint64 number = former ? m_former : last + 1;
             sql = who == Tool ? QString("Insert Into T(rowid, SID) Values(%1, %2)").arg(number).arg(m_value)
@@ -187,7 +187,7 @@ private:
     {
         QString value;
         if (!walker.seen)
-            QTest::qSleep(2); // a look at the file is good for a millisecond
+            QTest::qSleep(2); // a look at the file is valid for a millisecond
         attempt([&] { value = shown(walker.set.value(Fields[field])); });
         if (walker.set.editing())
             return value == walker.buffer[field] ? 0 : -1;
@@ -252,7 +252,7 @@ private:
         return 0;
     }
 
-    // What a set has to say of its record before it changes it.
+    // What a set must report of its record before it changes it.
     int confirm(Walker& walker)
     {
         Knowledge& known = walker.current;
@@ -275,7 +275,7 @@ private:
         walker.current.another = false;
     }
 
-    // Somebody makes this of a record; the sets of the same program know it.
+    // Somebody changes a record to this; the sets of the same program know it.
     void write(int who, qint64 number, const State& state)
     {
         const State before = m_rows.value(number);
@@ -364,19 +364,18 @@ private Q_SLOTS:
             else
                 for (const QString& word : what.split(u' '))
                     attempt([&] { step(*sets[who], word, given); });
-            QTest::qSleep(2); // a look at the file is good for a millisecond
+            QTest::qSleep(2); // a look at the file is valid for a millisecond
             seen += given.isEmpty() ? steps : steps + " -> " + given.join(u' ');
         }
         QCOMPARE(seen.join(u'\n'), script.join(u'\n'));
     }
 
-    // Two sets of one program, one of another and another tool do at random what they can, beside a model of what each
-    // of them has to know. No value that a program was told is saved is lost through another one without 3167 or 3197,
-    // which come for nothing else; no record is harmed but the current one; what a set shows of a record is one state
-    // of it.
+    // Two sets of one program, one of another and another tool do random steps, beside a model of what each of them
+    // must know. No value that a program was told is saved is overwritten by another one without 3167 or 3197, which
+    // have no other cause; only the current record is changed; what a set shows of a record is one state of it.
     void walk()
     {
-        test::sqlite(m_path, "Delete From T"); // files of other tools have small numbers, which come again
+        test::sqlite(m_path, "Delete From T"); // other tools' files have small numbers, which are reused
         Walk walk(m_path, m_programs);
         const int steps = test::repeats("ORLO_WALK_STEPS", 300);
         int conflicts = 0;
@@ -392,7 +391,7 @@ private Q_SLOTS:
     }
 
 private:
-    // A word of a script.
+    // Does one word of a script.
     static void step(Recordset& set, const QString& word, QStringList& given)
     {
         static const QMap<QString, void (Recordset::*)()> Steps{

@@ -11,7 +11,8 @@
 using namespace orlo;
 using namespace orlo::store;
 
-// The dialect, by what statements give on a small table: what SQLite makes of the translated text is what counts.
+// The dialect, tested by the results of statements on a small table, so what SQLite does with the translated text
+// counts.
 class tst_sql : public QObject
 {
     Q_OBJECT
@@ -51,7 +52,7 @@ private Q_SLOTS:
         QTEST(texts(rows, u"sid"), "sids");
     }
 
-    // Accented letters stand beside their plain ones, a name before the longer ones that begin with it.
+    // Accented letters are sorted beside their plain ones, a name before the longer ones that begin with it.
     void accents()
     {
         QStringList names{"Zoë",     "Émile",   "Anna",    "eva",   "Ann",  "Straße",
@@ -64,7 +65,7 @@ private Q_SLOTS:
         QCOMPARE(texts(rows, u"Last Name"), "Ann Anna Émile Etienne Étienne eva Éva Odin Œdipe Strasse Straße Zoë");
     }
 
-    // Which texts give sets that can be changed, and how many rows and columns each has.
+    // Which texts give updatable sets, and how many rows and columns each has.
     void shapes_data() { test::tableOf("store/sql/shapes.txt"); }
     void shapes()
     {
@@ -73,7 +74,7 @@ private Q_SLOTS:
         QTEST(QString("%1 %2 %3").arg(kind).arg(rows.recordCount()).arg(rows.fields().size()), "shape");
     }
 
-    // What an expression gives for the first two people: dates and yes/no are told by their texts.
+    // What an expression gives for the first two people: dates and yes/no as their texts.
     void expressions_data() { test::tableOf("store/sql/expressions.txt"); }
     void expressions()
     {
@@ -83,7 +84,7 @@ private Q_SLOTS:
         QTEST(texts(rows, u"Expr1000", "; "), "values");
     }
 
-    // What a set that can't be changed makes of kinds, and of texts that differ in case only.
+    // How a read-only set treats types, and texts that differ only in case.
     void computedSets()
     {
         m_database->createQueryDef("Shown", "Select [Last Name] & '' As Name, Max(Born) As Latest, Max(Mail = True) As "
@@ -97,8 +98,8 @@ private Q_SLOTS:
         QCOMPARE(m_database->openRecordset("Shown").value(1).isDate(), true);
     }
 
-    // A stored query is its text wherever it is named; the view is for other tools. Texts that name each other too
-    // often for any use are refused.
+    // A stored query is replaced by its text wherever it is named; the view is for other tools. Texts that name each
+    // other too often to be useful are refused.
     void storedQueries()
     {
         m_database->createQueryDef("Dens", "Select SID, Den From People Where Den > 0 Order By SID Desc");
@@ -133,7 +134,7 @@ private Q_SLOTS:
         QCOMPARE(m_database->openRecordset("People").recordCount(), 4);
     }
 
-    // Sums made below a join are those of the rows that it gives, with names spelled as in the first of them.
+    // Sums made below a join equal those of the rows that it gives, with names spelled as in the first row.
     void sumsBelowJoins_data() { test::tableOf("store/sql/sums.txt"); }
     void sumsBelowJoins()
     {
@@ -170,7 +171,7 @@ private Q_SLOTS:
         QCOMPARE(steps.filter("TEMP B-TREE"), QStringList("USE TEMP B-TREE FOR GROUP BY"));
     }
 
-    // A row that the file refuses is passed over, and the others go through.
+    // A row that the file refuses is skipped, and the others are written.
     void refusedRowsArePassedOver_data() { test::tableOf("store/sql/refusedRowsArePassedOver.txt"); }
     void refusedRowsArePassedOver()
     {

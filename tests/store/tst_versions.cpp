@@ -18,8 +18,8 @@ using test::sqlite;
 namespace
 {
 
-// The fields of all tables in their order, and what the file's definitions consist of, in whatever order: a field that
-// was added later stands behind the key.
+// The fields of all tables in order, and the parts of the file's definitions in any order, because a field that was
+// added later comes after the key.
 QStringList contentsOf(const QString& path)
 {
     static const QRegularExpression between("[\\s,()]+");
@@ -33,7 +33,7 @@ QStringList contentsOf(const QString& path)
     return all;
 }
 
-// A version that there isn't yet: one more field and one more table.
+// A version that doesn't exist yet: one more field and one more table.
 const Field Nickname{"Nickname", FieldType::Text, 40, true};
 
 TableDef camps()
@@ -92,7 +92,7 @@ private Q_SLOTS:
         runs = failure = 0;
     }
 
-    // The steps lead from each version to the newest, whose file is then as a fresh one.
+    // The steps lead from each version to the newest, and the file is then like a fresh one.
     void roads()
     {
         for (const Version& version : schema::versions()) {
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{"Quorrel11.mdb"});
     }
 
-    // Both have seen the earlier version by the time that one of them begins.
+    // Both have seen the earlier version before one of them starts.
     void twoProgramsMigrateOnce()
     {
         const Versions versions = withNext();
@@ -152,7 +152,7 @@ private Q_SLOTS:
         QVERIFY(other.tableDef(u"Scouts").findField(u"Nickname"));
     }
 
-    // What a file states, and what becomes of it. A number of another program's says nothing.
+    // The version that a file states, and what happens. Another program's number is ignored.
     void stated_data() { test::table({"stated", "failure"}, "0 | 0\n7 | 0\n12 | 3343\n99 | 3343\n4711 | 0\n-3 | 0"); }
     void stated()
     {
@@ -170,7 +170,7 @@ private Q_SLOTS:
         }
     }
 
-    // A file of a version that states its own comes back as one of it, whether its head can still be read or not.
+    // A repaired file keeps the version that it states, whether its head can still be read or not.
     void repaired_data() { test::table({"case", "from", "to"}, "root | 100 | 4096\nhead | 0 | 4096"); }
     void repaired()
     {

@@ -24,8 +24,8 @@ std::vector<const TestClass*>& classes()
     return all;
 }
 
-const TestClass* theClass = nullptr; // the running one
-QtMessageHandler testLog = nullptr;  // Qt Test's own
+const TestClass* theClass = nullptr; // the running class
+QtMessageHandler testLog = nullptr;  // Qt Test's own handler
 
 struct Skipped : std::runtime_error {
     using std::runtime_error::runtime_error;
@@ -116,7 +116,7 @@ int runTests(const QStringList& arguments)
     const auto named = std::ranges::find_if(
         classes(), [&](const TestClass* one) { return arguments.value(1) == QLatin1String(one->name); });
     if (named == classes().end()) {
-        int failed = 0; // one process per class, so that what one leaves open doesn't affect the next
+        int failed = 0; // one process per class, so that whatever one leaves open doesn't affect the next
         for (const TestClass* one : classes())
             failed += QProcess::execute(arguments[0], QStringList(QString::fromLatin1(one->name)) + arguments.mid(1));
         return failed;

@@ -9,16 +9,16 @@
 namespace orlo::test
 {
 
-/// Fails the current row with these words and goes on with the next.
+/// Fails the current row with this reason and goes on with the next.
 [[noreturn]] void fail(const QString& why);
 /// Skips the current row, which can't run here, with a reason.
 [[noreturn]] void skip(const QString& why);
-/// Where a row of data stands.
+/// Where a row of data is.
 struct RowPlace {
     QByteArray file;
     int line = 0;
 };
-/// Sets the places of a function's rows, by their names; those of the function before are forgotten.
+/// Sets the places of a function's rows, by their names; the previous function's are forgotten.
 void setRowPlaces(QHash<QByteArray, RowPlace> places);
 /// The place of the current row; line 0 if it isn't known.
 [[nodiscard]] RowPlace rowPlace();

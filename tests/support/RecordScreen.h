@@ -81,10 +81,10 @@ struct RecordScreen {
         QTest::keyClick(&control, Qt::Key_Delete);
         QTest::keyClicks(&control, text);
     }
-    /// Does what the words say: F, P, N and L walk, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
+    /// Does what the words say: F, P, N and L step, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
     /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "preset" by Enter, "Name=text" types into
     /// txtName, "@0" clicks a row of the list, "den:Bear_Den_2" sets the den filter, "cmdFind>steps" works the dialog
-    /// that a word opens; the form's own actions take any other word, which is a control to click where there are none.
+    /// that a word opens. Any other word goes to the form's own actions or, if there are none, is a control to click.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const
     {
         const auto words = script.split(u' ', Qt::SkipEmptyParts);
@@ -135,9 +135,9 @@ struct RecordScreen {
     }
     /// Does what the steps say in a dialog: "Last:X" sets txtLast, "cmbDen:0" picks a row and "cmbDen=X" sets a text,
     /// "cmbDen^" opens the list and closes it, "lstScouts:0" clicks a row with Ctrl, Tab and E are keys, "yes" answers
-    /// the next box, other words are clicks; underscores stand for blanks. A dialog that they leave open is cancelled.
-    /// The log: whether they did, and before the last step that it saw, whether it could be saved or find, and its
-    /// boxes and lists.
+    /// the next box, other words are clicks; underscores stand for blanks. A dialog that the steps leave open is
+    /// cancelled. The log says whether they did, and for the state before the last step that it saw, whether it could
+    /// be saved or find, and its boxes and lists.
     void work(const QPointer<QWidget>& dialog, const QStringList& steps) const
     {
         if (const auto* find = dialog->findChild<QPushButton*>("cmdFind"))
@@ -181,9 +181,10 @@ struct RecordScreen {
         log.prepend("open, ");
         press(*dialog, "cmdCancel");
     }
-    /// Puts a value of its own into every control of the table, "txtCity City Bern", saves, walks to the next record
-    /// and back, and tells of each control that doesn't show it then, and of each field that doesn't hold it, or the
-    /// fourth word. "- Field" is one without a control of its own; a field of the schema that isn't named is told, too.
+    /// Puts a different value into every control of the table, "txtCity City Bern", saves, steps to the next record and
+    /// back, and returns each control that doesn't show its value then, and each field that doesn't hold it, or the
+    /// fourth word. "- Field" is one without a control of its own; a field of the schema that isn't named is returned,
+    /// too.
     [[nodiscard]] QString lostFields(const QString& table, const QString& record) const
     {
         const auto shown = [this](const QString& name) {
@@ -218,7 +219,7 @@ struct RecordScreen {
         }
         return lost;
     }
-    /// The names of the enabled ones of these controls, "all" or "none".
+    /// Which of these controls are enabled, by name; "all" or "none".
     [[nodiscard]] QString enabled(const QStringList& names) const
     {
         QStringList found;
@@ -234,7 +235,7 @@ struct RecordScreen {
             lines += box->shown ? box->title + ": " + box->text : "not asked";
         return lines.join('\n');
     }
-    /// What every record form shows, by the columns of the tests' tables: the label, and which buttons for walking and
+    /// What every record form shows, by the columns of the tests' tables: the label, and which buttons for stepping and
     /// changing are live, "Next Last New Delete".
     [[nodiscard]] QMap<QString, QString> shown() const
     {
@@ -260,8 +261,8 @@ inline void copyLayouts()
         QVERIFY(QFile::copy(ORLO_SOURCE_DIR "/src/layouts/" + grid, gAppPath + "/" + grid));
 }
 
-/// Runs the current test function and row again in a process of its own on the same file, where the action is expected
-/// to fail. Returns the number of the failure with which that process ends, or its output if it ends differently.
+/// Runs the current test function and row again in a separate process on the same file, where the action is expected to
+/// fail. Returns the number of the failure with which that process ends, or its output if it ends differently.
 template <class Action>
 QString failureInChild(const QString& sql, const Action& action)
 {

@@ -9,7 +9,7 @@ namespace
 {
 
 // Tests run in the program's own application object, so that failures and focus checks work as in the program. The
-// report that would end the process fails the row first, which names it.
+// report that would end the process first fails the row and so names it.
 class TestApplication : public orlo::widgets::Application
 {
 public:

@@ -10,7 +10,7 @@
 namespace orlo::test
 {
 
-/// Runs a statement on the file as another program would; returns a line per row with bars between the cells, or the
+/// Runs a statement on the file as another program would; returns one line per row with bars between the cells, or the
 /// error message.
 inline QStringList sqlite(const QString& path, const QByteArray& statement)
 {

@@ -2,34 +2,35 @@
 
 #include <QStringList>
 
-// Faults that only the operating system can cause; a row that needs one that this system can't cause is skipped.
+// Faults that only the operating system can cause; a row that needs a fault that this system can't cause is skipped.
 namespace orlo::test
 {
 
-/// From now on no file of this process grows beyond this many bytes, as on a full disk; -1 removes the limit.
+/// From now on no file of this process can grow beyond this many bytes, as on a full disk; -1 removes the limit.
 void limitFiles(qint64 most);
 
 /// Makes the folder a volume with room for this many bytes, until called with 0; false if this user or system can't.
 [[nodiscard]] bool mountSmall(const QString& folder, qint64 bytes);
 
-/// SQL that another program needs to run first to coexist with ours on this system: where an open file can't be
-/// deleted, it must not end a change by deleting the journal, which ours keeps open.
+/// SQL that another program must run first to coexist with ours on this system: where an open file can't be deleted, it
+/// must not end a change by deleting the journal, which ours keeps open.
 extern const char* const OtherJournal;
 
 /// How often this process has flushed a folder; -1 on systems without folder flushes.
 [[nodiscard]] int folderFlushes();
-/// The files that it has put under their names since the last call and hadn't flushed; on such a system none.
+/// The files that it has renamed since the last call without flushing them first; none on a system without folder
+/// flushes.
 [[nodiscard]] QStringList putInPlaceUnflushed();
 
 /// From now on reading files between these offsets fails; a `to` of 0 ends that.
 void failReads(qint64 from, qint64 to);
-/// Whether flushing a file fails for lack of room, as on network volumes.
+/// Makes flushing a file fail for lack of space, as on network volumes, or stops that.
 void failFlushes(bool fail);
 
 /// Hides a folder whose name begins with a dot, on systems where the dot doesn't.
 void hide(const QString& folder);
 
-/// While it lives, this user can read a file and its folder, but not write to one or the other.
+/// While it exists, this user can read a file and its folder, but not write to one or the other.
 class Forbidden
 {
 public:

@@ -20,11 +20,11 @@ struct Case {
     int line;
 };
 
-/// Makes columns of texts and a row of data for each case. The table's text begins in a file at a line. A case with a
+/// Makes text columns and a row of data for each case. The table's text starts in this file at this line. A case with a
 /// wrong number of cells fails.
 inline void addRows(const QStringList& columns, const QList<Case>& cases, const QByteArray& file, int start)
 {
-    static QByteArrayList names; // which the rows point to
+    static QByteArrayList names; // the rows point to these
     for (const QString& column : columns)
         QTest::addColumn<QString>(names.emplaceBack(column.toUtf8()).constData());
     QHash<QByteArray, RowPlace> places;
@@ -40,7 +40,8 @@ inline void addRows(const QStringList& columns, const QList<Case>& cases, const 
     setRowPlaces(std::move(places));
 }
 
-/// The cells of a line, separated by bars and trimmed; "\n" in a cell is a line's end.
+/// The cells of a line, separated by bars and trimmed; "
+/// " in a cell is a line break.
 inline QStringList cellsOf(const QString& line)
 {
     QStringList cells;
@@ -107,8 +108,8 @@ inline QString cell(const char* column)
     return *static_cast<const QString*>(QTest::qData(column, qMetaTypeId<QString>()));
 }
 
-/// The cases in a text file of the tests: "= " and a name on a line, the lines of the first cell, then each further cell
-/// from a line's "-- " on. Cells keep their line ends.
+/// The cases in a text file of the tests: "= " and a name on a line, the lines of the first cell, then each further
+/// cell from a line's "-- " on. Cells keep their line breaks.
 inline void cases(const QStringList& columns, const QString& file)
 {
     static const QRegularExpression mark(QStringLiteral("^-- "), QRegularExpression::MultilineOption);
@@ -130,8 +131,7 @@ std::array<QString, sizeof...(Column)> cells(const Column&... columns)
     return {cell(columns)...};
 }
 
-/// Compares results with the current row's columns of the same names. A failure points at the row, if its place is
-/// known.
+/// Compares results with the current row's columns of the same names. A failure names the row's place, if it is known.
 inline void compare(const QMap<QString, QString>& seen, std::initializer_list<const char*> columns,
                     const std::source_location& caller = std::source_location::current())
 {

@@ -68,7 +68,7 @@ std::shared_ptr<Told> takeNext(const Take& take)
     return told;
 }
 
-/// Answers the next message box with the button, or by Enter for none, and records its text.
+/// Answers the next message box with the button, or by Enter if there is none, and records its text.
 inline std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok)
 {
     return takeNext([button](QWidget& modal, Told& told) {
@@ -112,7 +112,7 @@ W& control(const QObject& form, const char* name)
     return *found;
 }
 
-/// True if an action runs statements that contain a text, all of them under the busy cursor.
+/// True if an action runs statements that contain a text, and all of them under the busy cursor.
 template <class Action>
 bool alwaysBusy(const QString& statement, const Action& action)
 {

@@ -43,7 +43,7 @@ inline void prepareForWindows()
     mdiPendrake::instance().activateWindow();
 }
 
-/// Opens the window of this row, has every page of it looked at, and closes it; false if it didn't come up.
+/// Opens this row's window, passes every page of it to the function, and closes it; false if it didn't come up.
 inline bool openAndLook(const Open& open, const std::function<void(QWidget&)>& look)
 {
     auto& frame = mdiPendrake::instance();

@@ -30,7 +30,8 @@ using widgets::Instance;
 namespace
 {
 
-// The application's folder, and a drive of its own with the folders F, F/.dot and G, on which the process is.
+// The application's folder, and a separate drive with the folders F, F/.dot and G, which is the process's current
+// drive.
 struct Place : test::AppFolder {
     QTemporaryDir drive;
     QString root = drive.path();
@@ -52,7 +53,7 @@ struct Place : test::AppFolder {
         platform::setVolumes({});
     }
     [[nodiscard]] QString shown(const QString& path = {}) const { return QDir::toNativeSeparators(root + path); }
-    // Makes files in the words of files(), with "D" for the database itself; "F/" makes a folder, "-F" removes it.
+    // Makes files from the words of files(), with "D" for the database itself; "F/" makes a folder, "-F" removes it.
     void make(const QString& wanted) const
     {
         for (const QString& word : wanted.split(' ', Qt::SkipEmptyParts)) {
@@ -92,20 +93,20 @@ struct Screen : test::RecordScreen<F> {
     FolderList& folders = this->template get<FolderList>(Backup ? "lstDir" : "lstFolders");
 
     Screen() { folders.setFocus(); }
-    // Opens the folder of the current one that the keys find.
+    // Opens the folder that the keys find in the current one.
     void open(const QString& name) const
     {
-        QTest::keyClicks(&folders, name); // none opens the current one again
+        QTest::keyClicks(&folders, name); // no keys: the current one again
         QTest::keyClick(&folders, Qt::Key_Return);
     }
-    // Presses the button; the boxes that came, without the question.
+    // Presses the button; returns the boxes that came, without the question.
     QString go(const QString& answers) const
     {
         this->run(answers);
         this->click(Backup ? "cmdBack" : "cmdRestore");
         return this->said().section('\n', Backup ? 4 : 2);
     }
-    // The rows with a blank for each step down, the opened folder in brackets.
+    // The rows, indented by a blank per level, the opened folder in brackets.
     [[nodiscard]] QString shown() const
     {
         QStringList rows;
@@ -128,7 +129,7 @@ QString loaded()
            (Instance<frmDenInfo>::loaded() ? "d" : "");
 }
 
-// What a box says, by a word for it or by a failure's number.
+// What a box says, as a word for it or as a failure's number.
 QString text(const QString& told, const QString& path)
 {
     const QString failed = "Backup Creation Error: There was an error creating the backup file.\n";
@@ -154,8 +155,8 @@ class tst_backup : public QObject
 
 private Q_SLOTS:
     void initTestCase() { mdiPendrake::handOverDataForms(); }
-    // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: of
-    // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d), which are left
+    // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: which of
+    // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d) are loaded, and which remain
     void backup_data() { test::tableOf("upkeep/backup_backup.txt"); }
     void backup()
     {
@@ -172,7 +173,7 @@ private Q_SLOTS:
         connect(&Instance<frmAdults>::get(), &widgets::Form::unloaded, this, [&] {
             if (late == "full") {
                 test::limitFiles(place.size - 1);
-                QTimer::singleShot(0, [] { test::limitFiles(-1); }); // in the time of the message
+                QTimer::singleShot(0, [] { test::limitFiles(-1); }); // while the message is up
             } else
                 place.make(late);
         });
@@ -189,12 +190,12 @@ private Q_SLOTS:
         QTEST(loaded(), "loaded");
         QTEST(place.files(), "files");
         QCOMPARE(test::count("Purchase_List"), 0);        // the database is open
-        if (auto* scouts = Instance<frmScouts>::loaded()) // and nothing was closed under them
+        if (auto* scouts = Instance<frmScouts>::loaded()) // nothing was closed under them
             test::control<QPushButton>(*scouts, "cmdNew").click();
     }
 
-    // A form that is loaded for the moment of its unload runs its load step; one that isn't on the list stays, and its
-    // record set is dead.
+    // A form that is loaded only to be unloaded runs its load step; one that isn't on the list stays, and its record
+    // set is dead.
     void otherForms()
     {
         Place place;
@@ -228,8 +229,8 @@ private Q_SLOTS:
         QTEST(QString::number(test::count("Dens")), "dens");
     }
 
-    // What Escape takes in the dens' window, a copy of the day gives back, with all that pointed there. None of the
-    // copies goes while one is brought back, though the first change of the day comes in the middle of that.
+    // What Escape deletes in the dens' window, a copy of the day brings back, with everything that pointed to it. No
+    // copy is deleted while one is restored, even if the first change of the day happens during that.
     void aDenComesBack_data() { test::table({"copy"}, "today's\none that has had its time"); }
     void aDenComesBack()
     {
@@ -275,7 +276,7 @@ private Q_SLOTS:
         QCOMPARE(sqlite(copy, "Pragma integrity_check"), QStringList("ok"));
     }
 
-    // A drive that has gone is noticed before anything is touched.
+    // A drive that has been removed is noticed before anything is touched.
     void restoreOfAnythingElseEndsTheProgram_data() { test::table({"drive"}, "there\ngone"); }
     void restoreOfAnythingElseEndsTheProgram()
     {
@@ -288,7 +289,7 @@ private Q_SLOTS:
             place.drives.resize(gone ? 1 : 2);
             screen.go("yes ok ok");
         };
-        database().close(); // a file that is open here as well is replaced on some systems only
+        database().close(); // only some systems replace a file that is also open here
         QCOMPARE(test::failureInChild("", restore), "91");
         QCOMPARE(test::contents(place.database) == "garbage", !gone);
     }
@@ -312,8 +313,8 @@ private Q_SLOTS:
         const QString other = QDir::toNativeSeparators(QDir::rootPath());
         screen.drives.setText(other);
         QCOMPARE(screen.folders.path(), other);
-        QVERIFY(screen.shown().startsWith('[' + screen.drives.text() + "]| ")); // folders of its own
-        screen.drives.setText(place.shown()); // where it was on that drive, as far as that is still there
+        QVERIFY(screen.shown().startsWith('[' + screen.drives.text() + "]| ")); // its own folders
+        screen.drives.setText(place.shown()); // back where it was on that drive, as far as that still exists
         QCOMPARE(screen.folders.path(), place.shown("/F/S"));
         place.make("-F/S");
         QCOMPARE(screen.folders.path(), place.shown("/F/S"));

@@ -22,7 +22,7 @@
 using namespace orlo;
 using test::sqlite;
 
-// Kill -9 at random moments of the work that touches the whole file.
+// Kill -9 at random moments of work on the whole file.
 
 namespace
 {
@@ -47,7 +47,7 @@ void repair()
     openDatabase(databasePath());
 }
 
-// Days, each with its copy.
+// Several days, each with its copy.
 void copies()
 {
     for (int day = 0; day < 60; ++day) {
@@ -114,10 +114,10 @@ private Q_SLOTS:
         kill({{"1.0", "Quorrel.mdb"}, {"older", "Quorrel11.mdb"}}, [&](bool cut) {
             if (QFile::exists(file("Quorrel.mdb"))) {
                 QVERIFY(cut);
-                // The way back, as the user goes it: the safety copy over the old file, whatever else lies there.
+                // The way back, as the user does it: the safety copy replaces the old file, whatever else is there.
                 const bool copied = QFile::exists(file("QuorrelOld_10.mdb"));
                 QVERIFY(bytes(copied ? "QuorrelOld_10.mdb" : "Quorrel.mdb") == m_whole["1.0"]);
-                if (copied && random(2) == 0) // now and then the other way: the file as the kill left it is sound
+                if (copied && random(2) == 0) // sometimes the other way: the file as the kill left it is sound
                     QCOMPARE(sqlite(file("Quorrel.mdb"), "Pragma integrity_check"), QStringList("ok"));
                 put("Quorrel.mdb", m_whole["1.0"]);
                 test::answerNext();
@@ -128,7 +128,7 @@ private Q_SLOTS:
         });
     }
 
-    // Loading the forms that are unloaded empties the purchase list, so the files' contents are compared, not their
+    // Loading the forms that are unloaded empties the purchase list, so the contents of the files are compared, not the
     // bytes.
     void backup()
     {
@@ -158,11 +158,11 @@ private Q_SLOTS:
         });
     }
 
-    // Whatever stands under the name of a copy is whole; what doesn't is gone after the next ones.
+    // Whatever has a copy's name is complete; anything else is gone after the next copies.
     void copies()
     {
         QDir folder(file("copies"));
-        folder.removeRecursively(); // of other works
+        folder.removeRecursively(); // from other work
         qsizetype seen = 0;
         kill({{"1.1", "Quorrel11.mdb"}}, [&](bool) {
             QCOMPARE(look("Quorrel11.mdb"), m_contents["1.1"]);
@@ -187,7 +187,7 @@ private:
                                   "Assigned_Awards_Scouts)")
             .join(' ');
     }
-    // The files that are there; of journals only one with something to roll back.
+    // The files that exist; journals only if they have something to roll back.
     [[nodiscard]] QStringList names() const
     {
         QStringList found;
@@ -210,8 +210,8 @@ private:
     }
     [[nodiscard]] quint32 random(quint32 below) { return m_random.bounded(below); }
 
-    // Lays out the files, lets a child do the work of the test's name, kills it anywhere in between, and checks what it
-    // left; again and again, until kills fell where something was half done. The first run isn't cut.
+    // Lays out the files, lets a child do the work of the test's name, kills it at any moment, and checks what it left;
+    // this is repeated until some kills fell in unfinished work. The first run isn't killed.
     template <class Check>
     void kill(const QMap<QString, QString>& files, const Check& check)
     {

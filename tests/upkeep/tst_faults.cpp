@@ -20,7 +20,7 @@ using test::sqlite;
 namespace
 {
 
-// Another process that runs statements on a file and then is there, its file open, until it is killed with the object.
+// Another process that runs statements on a file and then waits, its file open, until it is killed with the object.
 struct Other {
     Other(const QString& path, const QString& sql)
     {
@@ -65,7 +65,7 @@ const QMap<QString, std::function<void()>> Works{
     {"copy", [] { gFileSystem.copyFile(databasePath(), gAppPath + "\\Quorrel11_Backup", true); }},
     {"over", [] { gFileSystem.copyFile(QCoreApplication::applicationFilePath(), databasePath(), true); }}};
 
-// An application folder with a file of version 1.0, too; neither is open.
+// An application folder that also has a file of version 1.0; neither is open.
 struct Folder : test::AppFolder {
     QString old = path() + "/Quorrel.mdb";
     QString now = path() + "/Quorrel11.mdb";
@@ -90,7 +90,7 @@ class tst_faults : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Each work fails with the number, and what the file held it still holds.
+    // Each work fails with the number, and the file still has its contents.
     void worksUnderFaults_data() { test::tableOf("upkeep/faults.txt"); }
     void worksUnderFaults()
     {
@@ -123,8 +123,8 @@ private Q_SLOTS:
         QCOMPARE(sqlite(file, "Select Count(*) From Adults; Pragma integrity_check").join(' '), "500 ok");
     }
 
-    // What a killed run left beside the old file: it is rolled back before the safety copy is made, unless the user put
-    // the safety copy back.
+    // The journal that a killed run left beside the old file is rolled back before the safety copy is made, unless the
+    // user put the safety copy back.
     void journal_data() { test::tableOf("upkeep/faults_journal.txt"); }
     void journal()
     {

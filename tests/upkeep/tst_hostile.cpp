@@ -21,7 +21,7 @@
 using namespace orlo;
 using test::sqlite;
 
-// Files that are damaged, or made to do harm: whatever they hold, the program ends by itself or by its own report.
+// Files that are damaged, or made to do harm: whatever they contain, the program ends normally or with its own report.
 
 namespace
 {
@@ -42,7 +42,7 @@ void useForms()
         ...);
 }
 
-// The child: opens the file, uses every form that stands on it, repairs it, and uses them again.
+// The child: opens the file, uses every form that depends on it, repairs it, and uses them again.
 int useFile(const QStringList& arguments)
 {
     QTimer boxes;
@@ -151,7 +151,7 @@ private:
     {
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), test::childArguments({m_folder.path()}));
-        if (!child.waitForFinished(150000)) { // the worst takes seconds, and much longer where the machine is busy
+        if (!child.waitForFinished(150000)) { // the worst takes seconds, and much longer if the machine is busy
             child.kill();
             child.waitForFinished();
             return -2;

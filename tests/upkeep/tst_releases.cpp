@@ -14,7 +14,7 @@
 using namespace orlo;
 using test::sqlite;
 
-// tests/data keeps a file of each release, a part of the sample pack, as that release wrote it; a new release adds its
+// tests/data has a file of each release, a part of the sample pack, as that release wrote it; a new release adds its
 // own and leaves the others.
 class tst_releases : public QObject
 {
@@ -44,7 +44,7 @@ private Q_SLOTS:
         const QString now = folder.path() + "/Quorrel11.mdb";
         QCOMPARE(look(now), before);
 
-        // Each record shows, and the last one is saved with another text.
+        // Each record is shown, and the last one is saved with another text.
         walk<frmScouts>("First", 6);
         walk<frmAdults>("First", 5);
         walk<frmDenInfo>("DenName", 7);
@@ -62,7 +62,7 @@ private Q_SLOTS:
     }
 
 private:
-    // What both versions keep of people and awards.
+    // What both versions store about people and awards.
     static QStringList look(const QString& file)
     {
         return sqlite(file,

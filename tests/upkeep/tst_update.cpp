@@ -48,7 +48,7 @@ private Q_SLOTS:
     void theFrameUpdatesTheOldFile()
     {
         const OldFolder folder;
-        sqlite(folder.file("Quorrel11.mdb"), "Insert Into Dens (Den_SID) Values (99)"); // newer, and overwritten
+        sqlite(folder.file("Quorrel11.mdb"), "Insert Into Dens (Den_SID) Values (99)"); // newer, but overwritten
         const QByteArray before = test::contents(folder.file());
         const auto told = test::answerNext();
         mdiPendrake frame;
@@ -83,8 +83,8 @@ private Q_SLOTS:
         QCOMPARE(test::rows("Select Quantity, Insignia_SID From Assigned_Awards_Scouts Where Assigned_SID = 3"), "1/1");
     }
 
-    // An object that a step makes, there already: the steps before it stay done, the last of which made "last", and
-    // there is no way on but by hand.
+    // An object that a step would make already exists: the steps before it stay done, the last of which made "last",
+    // and only the user can fix it.
     void aStepThatFails_data() { test::tableOf("upkeep/failingSteps.txt"); }
     void aStepThatFails()
     {
@@ -103,14 +103,14 @@ private Q_SLOTS:
                                     "Not Like '%Select 1' Order By rowid Desc Limit 1")
                   .join(' '),
               "last");
-        // The old file from its copy, and the update goes through.
+        // With the old file from its copy, the update succeeds.
         sqlite(folder.file("QuorrelOld_10.mdb"), "Drop " + object);
         QVERIFY(QFile::remove(folder.file()) && QFile::copy(folder.file("QuorrelOld_10.mdb"), folder.file()));
         QVERIFY(update());
         QCOMPARE(test::count("Assigned_Awards_Scouts"), 3);
     }
 
-    // The old file goes only once the new one is open.
+    // The old file is deleted only once the new one is open.
     void aNewFileThatDoesNotOpen()
     {
         const OldFolder folder;

@@ -19,7 +19,7 @@ namespace
 constexpr int Title = 0;
 constexpr int Rank = 1;
 
-// A window with a grid on three titles and a button to go to.
+// A window with a grid on three titles and another button to move to.
 struct Screen {
     QTemporaryDir folder;
     store::Database database = store::DBEngine::createDatabase(folder.filePath("grid.mdb"));
@@ -62,7 +62,7 @@ struct Screen {
     }
 
     void goTo(int row, int column) { grid.setCurrentIndex(grid.model()->index(row, column)); }
-    // Keys go where the focus is, as the user's do: to the grid at first and then to its cell's editor.
+    // Keys go to the focus, as the user's do: to the grid at first and then to its cell's editor.
     static void key(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
     static void type(const QString& text)
     {
@@ -81,7 +81,7 @@ struct Screen {
         return grid.model()->index(row, column).data().toString();
     }
     [[nodiscard]] QString mark(int row) const { return grid.model()->headerData(row, Qt::Vertical).toString(); }
-    // What a window manager does once the message is gone.
+    // As a window manager does once the message is gone.
     void comeBack()
     {
         window.activateWindow();
@@ -155,11 +155,11 @@ private Q_SLOTS:
             screen.key(Qt::Key_Tab);
             QCOMPARE(screen.grid.row(), 2);
             QTest::qWait(0);
-            screen.type("Hathi"); // goes on in the next row's first cell
+            screen.type("Hathi"); // continues in the next row's first cell
             QCOMPARE(QApplication::focusWidget()->property("text").toString(), "Hathi");
         }
         QCOMPARE(screen.stored(), "Akela|1, Chil|3, Rikki|25");
-        // Only reading the records anew brings them into order.
+        // Only reading the records again sorts them.
         QCOMPARE(screen.shown(how == "refresh" ? 2 : 1, Title), "Rikki");
     }
 
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QCOMPARE(screen.grid.currentIndex(), screen.grid.model()->index(3, Rank));
         QCOMPARE(screen.mark(4), "*");
         QCOMPARE(screen.grid.recordCount(), 3);
-        screen.key(Qt::Key_Tab); // no rank is given; on to the next new record
+        screen.key(Qt::Key_Tab); // without a rank, on to the next new record
         QCOMPARE(screen.grid.currentIndex(), screen.grid.model()->index(4, Title));
         screen.type("Ko");
         screen.key(Qt::Key_Tab);
@@ -188,7 +188,7 @@ private Q_SLOTS:
         QCOMPARE(screen.grid.model()->rowCount(), 6);
     }
 
-    // A row that changes without being the current one is left by the change of another, too.
+    // A row changed without being the current one is also left when another one is changed.
     void changesByCode()
     {
         Screen screen;
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Chil|3, Hathi|, Ko|");
         QVERIFY(set(1, Title, "Ko") && !set(0, Rank, "7"));
         QVERIFY(set(1, Title, "Baloo") && screen.grid.commitRow());
-        QVERIFY(set(5, Rank, "1") && set(5, Rank, "") && !set(6, Title, "Mang")); // the line after it is gone with it
+        QVERIFY(set(5, Rank, "1") && set(5, Rank, "") && !set(6, Title, "Mang")); // the next line is deleted with it
         QCOMPARE(screen.stored(), "Akela|1, Baloo|9, Chil|3, Hathi|, Ko|");
     }
 
@@ -232,7 +232,7 @@ private Q_SLOTS:
             QCOMPARE(screen.shown(row, column), typed);
             QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Chil|3");
         }
-        QCOMPARE(screen.clicks.size(), 0); // the user is back at the row, the button has done nothing
+        QCOMPARE(screen.clicks.size(), 0); // the user is back at the row, and the button hasn't done anything
         screen.typeInto(row, Title, "Mang");
         screen.typeInto(row, Rank, "-32768");
         screen.clickButton();
@@ -243,7 +243,7 @@ private Q_SLOTS:
     void refusedOnRefresh()
     {
         Screen screen;
-        screen.typeInto(3, Rank, "7"); // without a key
+        screen.typeInto(3, Rank, "7"); // without the keyboard
         const auto told = test::answerNext();
         screen.control.refresh();
         QVERIFY(told->text.startsWith(platform::standardDescription(platform::NullInPrimaryKey)));
@@ -284,12 +284,12 @@ private Q_SLOTS:
         screen.grid.setAllowDelete(true);
         const auto told = test::answerNext(QMessageBox::Yes);
         screen.key(Qt::Key_Delete);
-        QCOMPARE(told->text, "Delete the 3 marked rows?"); // the empty line is no row
+        QCOMPARE(told->text, "Delete the 3 marked rows?"); // the empty line isn't a row
         QCOMPARE(screen.stored(), QString());
         QCOMPARE(screen.grid.model()->rowCount(), 1);
     }
 
-    // As spreadsheets do it: lines with tabs. A line more than there are rows begins new ones.
+    // As in spreadsheets: lines with tabs. A line more than there are rows makes new ones.
     void copiesAndPastes()
     {
         Screen screen;
@@ -303,7 +303,7 @@ private Q_SLOTS:
         QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Hathi|7, Ko|8, Mang|9");
     }
 
-    // What is left over goes to one column, but not over a width that the user has set.
+    // The remaining width goes to one column, but not beyond a width that the user has set.
     void widths()
     {
         Screen screen;
@@ -321,7 +321,7 @@ private Q_SLOTS:
         QCOMPARE(header->length(), 210);
     }
 
-    // A repair or a restore closes the file under the grid.
+    // A repair or a restore closes the file that the grid shows.
     void paintsWithoutItsFile()
     {
         Screen screen;
@@ -329,7 +329,7 @@ private Q_SLOTS:
         screen.database.close();
         screen.grid.viewport()->repaint();
         const auto told = test::answerNext();
-        QVERIFY(screen.grid.commitRow() && told->shown); // told once; a row that nobody can write holds nothing open
+        QVERIFY(screen.grid.commitRow() && told->shown); // reported once; an unwritable row keeps nothing open
         QVERIFY(screen.grid.commitRow());
     }
 
@@ -355,7 +355,7 @@ private Q_SLOTS:
         QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Chil|3");
     }
 
-    // The records are read as they come into view; reading them all for each step takes minutes here.
+    // The records are read as they come into view; reading all of them for each step would take minutes here.
     void manyRecords()
     {
         QStringList titles;

@@ -37,7 +37,7 @@ void pick(ComboBox& box, int row)
     QTest::keyClick(box.view(), Qt::Key_Return);
 }
 
-// A form whose field takes "good" and nothing else. Enter presses Save, Escape Delete.
+// A form whose field accepts only "good". Enter presses Save, Escape Delete.
 struct CheckedForm : widgets::Form {
     QLineEdit field{this}, other{this};
     ListBox list{this};
@@ -74,8 +74,8 @@ class tst_controls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Steps: the number of a row for the code to set, what the user does with row 1 or types, or a key; "refilling" and
-    // "off" are what the opening of the list does. Told are failures by their numbers, too.
+    // Steps: the number of a row that the code sets, what the user does with row 1 or types, or a key; "refilling" and
+    // "off" are done when the list opens. The result also has failures by their numbers.
     void comboTells_data() { test::tableOf("widgets/controls_comboTells.txt"); }
     void comboTells()
     {
@@ -109,7 +109,7 @@ private Q_SLOTS:
         for (const QString& step : steps.split(u' ').mid(1))
             if (const int number = test::failureNumber(does.value(step, [&] { box.setListIndex(step.toInt()); })))
                 told += QString::number(number);
-        QVERIFY(box.isEnabled() || !box.view()->isVisible()); // which would hold all keys
+        QVERIFY(box.isEnabled() || !box.view()->isVisible()); // an open list would take all keys
         QTEST(QStringLiteral("%1, row %2 %3").arg(told.join(u' ')).arg(box.listIndex()).arg(box.text()).trimmed(),
               "told");
     }
@@ -128,7 +128,7 @@ private Q_SLOTS:
                 QTest::keyClick(form.focusWidget(), keys[word]);
             else if (controls.contains(word))
                 QTest::mouseClick(controls[word], Qt::LeftButton);
-            else if (word == "reader") { // a press by an assistive program comes with the next event
+            else if (word == "reader") { // a press by an assistive program arrives with the next event
                 auto* save = QAccessible::queryAccessibleInterface(&form.save)->actionInterface();
                 QVERIFY(save->actionNames().contains(QAccessibleActionInterface::pressAction()));
                 save->doAction(QAccessibleActionInterface::pressAction());
@@ -166,7 +166,8 @@ private Q_SLOTS:
         QTEST(box.text(), "taken");
     }
 
-    // A fill shows the beginning, and what another record held can't be brought back; a cut text shows under the mouse.
+    // A fill shows the beginning, and undo can't bring back another record's text; the whole of a cut text shows under
+    // the mouse.
     void fills()
     {
         QLineEdit box;
@@ -196,18 +197,18 @@ private Q_SLOTS:
         fill(box);
         box.show();
         QVERIFY(QTest::qWaitForWindowActive(&box));
-        box.setFocus(Qt::TabFocusReason); // walking past chooses nothing
+        box.setFocus(Qt::TabFocusReason); // moving past it with Tab selects nothing
         QCOMPARE(box.listIndex(), -1);
         box.setListIndex(1);
         box.setListIndex(1);
         box.removeItem(0);
         QCOMPARE(box.listIndex(), 0);
-        box.removeItem(0); // the current one: no other takes its place
+        box.removeItem(0); // the current one: no other replaces it
         QCOMPARE(box.listIndex(), -1);
         QVERIFY(!box.selected(0));
         box.addItem("Lion");
         box.setListIndex(0);
-        QTest::keyClick(&box, Qt::Key_Space, Qt::ControlModifier); // which takes the highlight away in other lists
+        QTest::keyClick(&box, Qt::Key_Space, Qt::ControlModifier); // other lists would lose the highlight
         QVERIFY(box.selected(0));
         QCOMPARE(test::failureNumber([&] { box.setListIndex(2); }), 5);
         QCOMPARE(test::failureNumber([&] { box.removeItem(-1); }), 5);
@@ -237,7 +238,7 @@ private Q_SLOTS:
         QPushButton undo;
         const auto nested = connect(&check, &widgets::CheckBox::changed, &undo, [&] { check.setChecked(false); });
         check.setChecked(false);
-        check.click(); // a handler takes the click back, and the next click counts again
+        check.click(); // a handler undoes the click, and the next click counts again
         check.click();
         QCOMPARE(changes.size(), 6);
         disconnect(nested);
@@ -256,7 +257,7 @@ private Q_SLOTS:
         second.click();
         check.setFocus();
         QTest::keyClick(&check, Qt::Key_Tab);
-        QVERIFY(second.hasFocus()); // not the first of the group, but the set one
+        QVERIFY(second.hasFocus()); // the set one, not the first of the group
     }
 
     void calendarDays()
@@ -271,7 +272,7 @@ private Q_SLOTS:
         calendar.setDay(28);
         QCOMPARE(calendar.value(), QDate(2023, 2, 28));
         calendar.show();
-        QTest::keyClicks(calendar.findChild<QTableView*>(), "10"); // typed digits choose no day
+        QTest::keyClicks(calendar.findChild<QTableView*>(), "10"); // typed digits select no day
         QTest::keyClick(calendar.findChild<QTableView*>(), Qt::Key_Return);
         QCOMPARE(calendar.value(), QDate(2023, 2, 28));
     }

@@ -69,7 +69,7 @@ private Q_SLOTS:
         QVERIFY(load("broken.GRD")->description().contains("broken.grd, line 1, column 1: ", Qt::CaseInsensitive));
     }
 
-    // The screen's own layout steps in, after one message however often it is read.
+    // The screen's built-in layout is used, after one message however often the file is read.
     void builtIn()
     {
         const QTemporaryDir folder;

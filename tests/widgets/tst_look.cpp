@@ -17,7 +17,7 @@ using namespace orlo;
 namespace
 {
 
-// Every kind of control that the style paints an edge of.
+// Every kind of control whose edge the style paints.
 struct Gallery : QWidget {
     QLineEdit text{this};
     widgets::ComboBox choice{this};
@@ -41,7 +41,7 @@ struct Gallery : QWidget {
         show();
     }
 
-    // How many pixels of a control's upper edge stand out from both grounds.
+    // How many pixels of a control's upper edge contrast with both backgrounds.
     [[nodiscard]] int edgeOf(const QWidget& control)
     {
         const int x = &control == &tick || &control == &option ? 7 : 120; // within the mark, beside the text
@@ -54,7 +54,7 @@ struct Gallery : QWidget {
     }
 };
 
-// The greatest contrast of a text with its ground, as it is painted.
+// The greatest contrast of a painted text with its background.
 double painted(const QImage& image, const QRect& place)
 {
     const QColor ground = image.pixel(place.topLeft());
@@ -65,7 +65,7 @@ double painted(const QImage& image, const QRect& place)
     return best;
 }
 
-// A desktop's colours, with pale texts as faint as some have them.
+// A desktop's colours, with pale texts as faint as on some.
 QPalette schemeOf(bool dark)
 {
     QPalette palette(dark ? QColor(45, 47, 51) : QColor(239, 239, 239));
@@ -111,7 +111,7 @@ private Q_SLOTS:
             for (int y = row.top(); y <= row.bottom(); ++y)
                 QCOMPARE(image.pixelColor(row.right() - 20, y), ground);
             QVERIFY(painted(image, row.adjusted(25, 1, 0, -1)) >= 4.5);
-            QVERIFY(std::exchange(before, ground) != ground); // where the focus is, is seen
+            QVERIFY(std::exchange(before, ground) != ground); // the focus can be seen
         }
 
         QLabel label("Hill", &form);
@@ -129,7 +129,7 @@ private Q_SLOTS:
         QApplication::setPalette(QPalette());
     }
 
-    // A text shows where there is no row, and only there; the model has none, whoever reads it.
+    // A text shows where there are no rows, and only there; the model has none, whoever reads it.
     void emptyText()
     {
         widgets::TextGrid grid;
@@ -148,7 +148,7 @@ private Q_SLOTS:
         QVERIFY(!inked() && widgets::saidWhileEmpty(grid).isEmpty());
     }
 
-    // Lines that can be read, at any size of letters; a short text beside the middle of the sign; the text as it was.
+    // Lines of readable length, at any font size; a short text is beside the middle of the sign; the text is unchanged.
     void messages_data()
     {
         test::table({"case", "size", "words"}, R"(
@@ -173,7 +173,7 @@ private Q_SLOTS:
             layout.beginLayout();
             for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
                 line.setLineWidth(label->width());
-                QVERIFY(line.textLength() <= 71); // the blank at its end
+                QVERIFY(line.textLength() <= 71); // the trailing blank
             }
             box->accept();
         });

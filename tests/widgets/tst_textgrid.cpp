@@ -51,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(grid.model()->index(1, 0).data().toString() + grid.text(2, 3), "Xsid");
         grid.setText(0, 2, "Den");
         grid.setText(2, 2, "7");
-        const QModelIndex read = grid.model()->index(1, 1); // a row is read aloud whole, but for its mark and keys
+        const QModelIndex read = grid.model()->index(1, 1); // a row is read aloud completely, except its mark and keys
         QCOMPARE(read.data(Qt::AccessibleDescriptionRole).toString(), "marked, Den: 7");
         QCOMPARE(read.siblingAtRow(0).data(Qt::AccessibleDescriptionRole).toString(), QString());
         QCOMPARE(grid.model()->headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Mark");
@@ -127,7 +127,7 @@ private Q_SLOTS:
         grid.resize(400, 300);
         grid.show();
         QVERIFY(QTest::qWaitForWindowActive(&grid));
-        grid.setFocus(Qt::TabFocusReason); // tabbing past chooses no row
+        grid.setFocus(Qt::TabFocusReason); // moving past it with Tab selects no row
         QCOMPARE(grid.row(), 0);
         QTest::keyClick(&grid, Qt::Key_Down);
         QCOMPARE(grid.row(), 1);
@@ -173,13 +173,13 @@ private Q_SLOTS:
         QVERIFY(grid.horizontalHeader()->height() >= line);
         grid.setColWidth(2, 800);
         grid.setText(0, 2, "Scout or Adult or anybody");
-        QVERIFY(grid.horizontalHeader()->height() >= 2 * grid.fontMetrics().height()); // wraps and is not cut off
+        QVERIFY(grid.horizontalHeader()->height() >= 2 * grid.fontMetrics().height()); // wraps and isn't cut off
         grid.setFont(QFont("DejaVu Sans", 40));
         QVERIFY(grid.columnWidth(0) > grid.fontMetrics().horizontalAdvance("X"));
         QVERIFY(grid.columnWidth(2) > grid.fontMetrics().horizontalAdvance("anybody"));
     }
 
-    // A quadratic step anywhere takes minutes at this size.
+    // A quadratic step anywhere would take minutes at this size.
     void manyRows()
     {
         constexpr int Count = 200'000;

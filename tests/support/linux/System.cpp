@@ -29,7 +29,7 @@ static int flush(long call, int file)
     return noFlush ? (errno = ENOSPC, -1) : static_cast<int>(::syscall(call, file));
 }
 
-// Replaces the C library's, for SQLite, too.
+// Replaces the C library's function, also for SQLite.
 extern "C" int fsync(int file)
 {
     return flush(SYS_fsync, file);
@@ -48,7 +48,7 @@ extern "C" int rename(const char* from, const char* to)
     return static_cast<int>(::syscall(SYS_rename, from, to));
 }
 
-// What is written after a flush isn't flushed.
+// Data written after a flush isn't flushed.
 static ssize_t isWritten(int file, ssize_t written)
 {
     struct stat status {
