@@ -120,7 +120,7 @@ private:
     QPointer<QPushButton> m_cancelButton;
     QList<LeaveCheck> m_leaveChecks;
     mutable QHash<QLatin1StringView, QWidget*> m_controls; // those that were asked for
-    QPointer<QWidget> m_unchecked; // the last focused field whose check hasn't passed since
+    QPointer<QWidget> m_unchecked;                         // the last focused field whose check hasn't passed since
 };
 
 /// Whether the widget is in a closed form. Keys and presses already on their way may still reach it.

@@ -349,8 +349,8 @@ void PeopleForm::PopulateNavLB()
     rows.reserve(mRecordCount);
     const bool lastNameFirst = m_filters->lastNameFirst();
     rsRecords->readAll({u"First_Name", u"MI", u"Last_Name"}, [&](std::span<const store::Value> name) {
-        rows.append(listRow(name[0].textOrEmpty(), listMiddle(name[1].textOrEmpty()), name[2].textOrEmpty(),
-                            lastNameFirst));
+        rows.append(
+            listRow(name[0].textOrEmpty(), listMiddle(name[1].textOrEmpty()), name[2].textOrEmpty(), lastNameFirst));
     });
     m_list->setUpdatesEnabled(false);
     m_list->clear();
