@@ -63,7 +63,7 @@ as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
             # The letters on the screen come from the fonts that it has read.
             grep -qE '/[A-Za-z]+Sans(-[A-Za-z]+)?[.]ttf$' /proc/\$pid/maps || { echo 'it has no plain letters'; exit 1; }
             ! grep -E '/[A-Za-z]*Mono[^/]*[.]ttf$' /proc/\$pid/maps || { echo 'it writes with a typewriter'; exit 1; }
-            kill \$pid || { echo 'it has ended by itself'; cat /tmp/complaints; exit 1; }
+            kill \$pid || { echo 'it ended unexpectedly'; cat /tmp/complaints; exit 1; }
             wait \$pid || :
             # On Wayland the pictures go through shared memory; there is no plugin for another way.
             ! grep -v 'client buffer integration' /tmp/complaints

@@ -80,7 +80,7 @@ $app
 $why
 $way
 
-Nothing of your records has changed. The manual tells more on its page \"The folder or the file can't be written to\":
+Your records haven't changed. The manual says more on its page \"The folder or the file can't be written to\":
 $(readlink -f "$package/manual")/read-only.html"
     echo "$text" >&2
     "$package/orlo-notice" "$text"

@@ -136,7 +136,7 @@ program() {
 toolchain
 once qt_source "Fetching the source of Qt"
 once qt_configure "Preparing Qt"
-once qt_build "Building Qt (an hour or two; $work/logs/qt_build tells how far it is)"
+once qt_build "Building Qt (an hour or two; $work/logs/qt_build shows its progress)"
 once sqlite "Building SQLite"
 once runtime "Fetching the compiler's own libraries"
 echo "Building ORLO ..."

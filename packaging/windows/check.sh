@@ -62,7 +62,7 @@ awk '/^Totals:/ { passed += $2; failed += $4; skipped += $6 }
 echo "Skipped, and why:"
 sed -n 's/^SKIP *: /    /p' "$log"
 cat <<'END'
-Left out as a whole:
+Not run at all:
     tst_jet                 libmdb isn't built for Windows, so there is no reader of files of the former format
     tst_pdf                 nor is qpdf, so PDF files have no bookmarks and links
     tst_hands, tst_sweep    their mouse and keys are the X server's

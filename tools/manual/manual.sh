@@ -30,7 +30,7 @@ for file in "$source"/*.md; do
     [[ " ${pages[*]} " == *" $page "* ]] || { echo "README.md doesn't lead to $page.md" >&2; exit 1; }
 done
 
-# The pictures have two dots where the screen had one.
+# The pictures are twice the screen's size.
 number_at() { printf '%d' "0x$(od -An -tx1 -j"$2" -N4 "$1" | tr -d ' ')"; } # number_at FILE BYTE
 for picture in "$source"/pictures/*.png; do
     name=pictures/$(basename "$picture") width=$(($(number_at "$picture" 16) / 2)) height=$(($(number_at "$picture" 20) / 2))
@@ -107,7 +107,7 @@ END
 done
 echo '];' >>"$target/sections.js"
 
-# A link to nowhere ends the build.
+# A broken link ends the build.
 while IFS=: read -r file link; do
     name=${link%%#*} anchor=${link#"$name"}
     [ -e "$target/${name:-$file}" ] && { [ -z "$anchor" ] || grep -q "id=\"${anchor#\#}\"" "$target/${name:-$file}"; } ||

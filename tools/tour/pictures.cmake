@@ -1,5 +1,5 @@
-# Whether the manual's pictures are those of this program: cmake -D SOURCE=FOLDER [-D WRITE=ON] -P pictures.cmake
-# Beside the pictures lies the sum of what shapes them, as it was when the tour took them; WRITE puts this one's there.
+# Checks that the manual's pictures are up to date: cmake -D SOURCE=FOLDER [-D WRITE=ON] -P pictures.cmake
+# Beside the pictures is a checksum of what determines them, as of when they were taken; WRITE updates it.
 file(GLOB_RECURSE shapes LIST_DIRECTORIES OFF ${SOURCE}/src/*.ui ${SOURCE}/src/widgets/* ${SOURCE}/src/layouts/*
      ${SOURCE}/src/reports/files/* ${SOURCE}/src/reporting/view/* ${SOURCE}/src/shell/frame/* ${SOURCE}/share/*.svg
      ${SOURCE}/samples/pack/* ${SOURCE}/tools/tour/*)
