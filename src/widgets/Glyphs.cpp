@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include <initializer_list>
+#include <algorithm>
 
 namespace orlo::widgets
 {
@@ -16,134 +16,74 @@ namespace
 constexpr double Grid = 24; // the drawings' own units
 constexpr double StrokeWidth = 1.8;
 
-void strokeThrough(QPainter& painter, std::initializer_list<QPointF> points)
-{
-    const QList<QPointF> list(points);
-    painter.drawPolyline(list.constData(), static_cast<int>(list.size()));
-}
+// The strokes of each glyph, as words: M moves to a point, L draws a line to one, C a curve by two control points, O a
+// circle of a centre and a radius, R a rectangle of a corner and a size, A an arc of an ellipse's rectangle, with its
+// start and length in degrees.
+struct Strokes {
+    Glyph glyph;
+    const char* words;
+};
 
-void drawLens(QPainter& painter)
-{
-    painter.drawEllipse(QPointF(10.5, 10.5), 6, 6);
-    painter.drawLine(QPointF(15, 15), QPointF(20, 20));
-}
+constexpr Strokes Drawings[] = {
+    {Glyph::First, "M 16 6 L 10 12 L 16 18 M 7 6 L 7 18"},
+    {Glyph::Previous, "M 15 6 L 9 12 L 15 18"},
+    {Glyph::Next, "M 9 6 L 15 12 L 9 18"},
+    {Glyph::Last, "M 8 6 L 14 12 L 8 18 M 17 6 L 17 18"},
+    {Glyph::ZoomIn, "O 10.5 10.5 6 M 15 15 L 20 20 M 10.5 7.7 L 10.5 13.3 M 7.7 10.5 L 13.3 10.5"},
+    {Glyph::ZoomOut, "O 10.5 10.5 6 M 15 15 L 20 20 M 7.7 10.5 L 13.3 10.5"},
+    {Glyph::Find, "O 10.5 10.5 6 M 15 15 L 20 20"},
+    {Glyph::Up, "M 6 15 L 12 9 L 18 15"},
+    {Glyph::Down, "M 6 9 L 12 15 L 18 9"},
+    {Glyph::Print, "M 7 8 L 7 3 L 17 3 L 17 8 "
+                   "M 7 17 L 3.5 17 L 3.5 8 L 20.5 8 L 20.5 17 L 17 17 R 7 14 10 7"},
+    {Glyph::Pdf, "M 13 3 L 5 3 L 5 21 L 19 21 L 19 9 L 13 3 L 13 9 L 19 9 "
+                 "M 12 11 L 12 18 M 9 15.2 L 12 18 L 15 15.2"},
+    {Glyph::Csv, "R 3 5 18 14 M 3 9.6 L 21 9.6 M 3 14.3 L 21 14.3 M 10 5 L 10 19"},
+    {Glyph::Pages, "R 3 4 18 16 M 9.5 4 L 9.5 20 M 5.5 8 L 7 8 M 5.5 12 L 7 12 M 5.5 16 L 7 16"},
+    {Glyph::Refresh, "A 4.5 4.5 15 15 60 300 M 11.5 2 L 16.2 5.8 L 11.5 9"},
+    {Glyph::Close, "M 6 6 L 18 18 M 18 6 L 6 18"},
+    {Glyph::Calendar, "R 4 5 16 15 M 4 10 L 20 10 M 8.5 3 L 8.5 6.5 M 15.5 3 L 15.5 6.5"},
+    {Glyph::Information, "M 12 7.5 L 12 7.6 M 12 11 L 12 17"},
+    {Glyph::Question, "M 9 9.5 C 9 5.5 15 5.5 15 9.5 C 15 11.8 12 11.8 12 14 M 12 17 L 12 17.1"},
+    {Glyph::Warning, "M 12 9 L 12 14 M 12 17.5 L 12 17.6"},
+    {Glyph::Critical, "M 8.5 8.5 L 15.5 15.5 M 15.5 8.5 L 8.5 15.5"},
+};
 
-void drawSheet(QPainter& painter)
+QPainterPath pathOf(Glyph glyph)
 {
-    strokeThrough(painter, {{13, 3}, {5, 3}, {5, 21}, {19, 21}, {19, 9}, {13, 3}, {13, 9}, {19, 9}});
-}
-
-void drawPrinter(QPainter& painter)
-{
-    strokeThrough(painter, {{7, 8}, {7, 3}, {17, 3}, {17, 8}});
-    strokeThrough(painter, {{7, 17}, {3.5, 17}, {3.5, 8}, {20.5, 8}, {20.5, 17}, {17, 17}});
-    painter.drawRect(QRectF(7, 14, 10, 7));
-}
-
-void drawPages(QPainter& painter)
-{
-    painter.drawRect(QRectF(3, 4, 18, 16));
-    painter.drawLine(QPointF(9.5, 4), QPointF(9.5, 20));
-    for (const double y : {8.0, 12.0, 16.0})
-        painter.drawLine(QPointF(5.5, y), QPointF(7, y));
-}
-
-void drawDot(QPainter& painter, double y)
-{
-    painter.drawLine(QPointF(12, y), QPointF(12, y + 0.1)); // a line without length isn't drawn
-}
-
-void drawQuestion(QPainter& painter)
-{
-    QPainterPath hook(QPointF(9, 9.5));
-    hook.cubicTo(9, 5.5, 15, 5.5, 15, 9.5);
-    hook.cubicTo(15, 11.8, 12, 11.8, 12, 14);
-    painter.drawPath(hook);
-    drawDot(painter, 17);
-}
-
-void drawGlyph(QPainter& painter, Glyph glyph)
-{
-    switch (glyph) {
-    case Glyph::First:
-        strokeThrough(painter, {{16, 6}, {10, 12}, {16, 18}});
-        painter.drawLine(QPointF(7, 6), QPointF(7, 18));
-        break;
-    case Glyph::Previous:
-        strokeThrough(painter, {{15, 6}, {9, 12}, {15, 18}});
-        break;
-    case Glyph::Next:
-        strokeThrough(painter, {{9, 6}, {15, 12}, {9, 18}});
-        break;
-    case Glyph::Last:
-        strokeThrough(painter, {{8, 6}, {14, 12}, {8, 18}});
-        painter.drawLine(QPointF(17, 6), QPointF(17, 18));
-        break;
-    case Glyph::ZoomIn:
-        drawLens(painter);
-        painter.drawLine(QPointF(10.5, 7.7), QPointF(10.5, 13.3));
-        painter.drawLine(QPointF(7.7, 10.5), QPointF(13.3, 10.5));
-        break;
-    case Glyph::ZoomOut:
-        drawLens(painter);
-        painter.drawLine(QPointF(7.7, 10.5), QPointF(13.3, 10.5));
-        break;
-    case Glyph::Find:
-        drawLens(painter);
-        break;
-    case Glyph::Up:
-        strokeThrough(painter, {{6, 15}, {12, 9}, {18, 15}});
-        break;
-    case Glyph::Down:
-        strokeThrough(painter, {{6, 9}, {12, 15}, {18, 9}});
-        break;
-    case Glyph::Print:
-        drawPrinter(painter);
-        break;
-    case Glyph::Pdf:
-        drawSheet(painter);
-        strokeThrough(painter, {{12, 11}, {12, 18}});
-        strokeThrough(painter, {{9, 15.2}, {12, 18}, {15, 15.2}});
-        break;
-    case Glyph::Csv:
-        painter.drawRect(QRectF(3, 5, 18, 14));
-        painter.drawLine(QPointF(3, 9.6), QPointF(21, 9.6));
-        painter.drawLine(QPointF(3, 14.3), QPointF(21, 14.3));
-        painter.drawLine(QPointF(10, 5), QPointF(10, 19));
-        break;
-    case Glyph::Pages:
-        drawPages(painter);
-        break;
-    case Glyph::Refresh:
-        painter.drawArc(QRectF(4.5, 4.5, 15, 15), 60 * 16, 300 * 16);
-        strokeThrough(painter, {{11.5, 2}, {16.2, 5.8}, {11.5, 9}});
-        break;
-    case Glyph::Close:
-        painter.drawLine(QPointF(6, 6), QPointF(18, 18));
-        painter.drawLine(QPointF(18, 6), QPointF(6, 18));
-        break;
-    case Glyph::Calendar:
-        painter.drawRect(QRectF(4, 5, 16, 15));
-        painter.drawLine(QPointF(4, 10), QPointF(20, 10));
-        for (const double x : {8.5, 15.5})
-            painter.drawLine(QPointF(x, 3), QPointF(x, 6.5));
-        break;
-    case Glyph::Information:
-        drawDot(painter, 7.5);
-        painter.drawLine(QPointF(12, 11), QPointF(12, 17));
-        break;
-    case Glyph::Question:
-        drawQuestion(painter);
-        break;
-    case Glyph::Warning:
-        painter.drawLine(QPointF(12, 9), QPointF(12, 14));
-        drawDot(painter, 17.5);
-        break;
-    case Glyph::Critical:
-        painter.drawLine(QPointF(8.5, 8.5), QPointF(15.5, 15.5));
-        painter.drawLine(QPointF(15.5, 8.5), QPointF(8.5, 15.5));
-        break;
+    const Strokes& drawing = *std::ranges::find(Drawings, glyph, &Strokes::glyph);
+    const QStringList words = QString::fromLatin1(drawing.words).split(u' ', Qt::SkipEmptyParts);
+    QPainterPath path;
+    for (qsizetype at = 0; at < words.size();) {
+        const char16_t stroke = words[at++].front().unicode();
+        const auto next = [&] { return words[at++].toDouble(); };
+        const auto point = [&] {
+            const double x = next();
+            return QPointF(x, next());
+        };
+        const QPointF first = point();
+        if (stroke == u'M')
+            path.moveTo(first);
+        else if (stroke == u'L')
+            path.lineTo(first);
+        else if (stroke == u'O') {
+            const double radius = next();
+            path.addEllipse(first, radius, radius);
+        } else {
+            const QPointF second = point();
+            const QRectF box(first, QSizeF(second.x(), second.y()));
+            if (stroke == u'C')
+                path.cubicTo(first, second, point());
+            else if (stroke == u'R')
+                path.addRect(box);
+            else {
+                const double start = next();
+                path.arcMoveTo(box, start);
+                path.arcTo(box, start, next());
+            }
+        }
     }
+    return path;
 }
 
 // Paints the ground of a message's sign in the colours of the program's icon; returns the glyph's colour.
@@ -179,7 +119,7 @@ public:
             ink = drawSignGround(*painter, m_glyph);
         painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(ink, StrokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        drawGlyph(*painter, m_glyph);
+        painter->drawPath(pathOf(m_glyph));
         painter->restore();
     }
 
