@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "reporting/view/PreviewWindow.h"
 #include "shell/frame/mdiPendrake.h"
 #include "support/OrloDb.h"
