@@ -7,6 +7,7 @@
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"
 #include "widgets/RowGuard.h"
+#include "widgets/RowTint.h"
 #include "widgets/TextBox.h"
 #include "widgets/Twips.h"
 
@@ -28,6 +29,7 @@ BoundGrid::BoundGrid(QWidget* parent)
 {
     setHorizontalHeader(new HeadingRow(this));
     setModel(m_model);
+    setItemDelegate(new RowTint(this));
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
     setSelectionMode(ContiguousSelection);
     setAlternatingRowColors(true);
@@ -200,6 +202,7 @@ void BoundGrid::refresh()
 void BoundGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous)
 {
     QTableView::currentChanged(current, previous);
+    viewport()->update();
     if (m_committing || m_model->openRow() == current.row() || !m_model->write())
         return;
     // First finish the mouse or key event that moved on: a message box within it would leave the button pressed.

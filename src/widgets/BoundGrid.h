@@ -19,12 +19,12 @@ class RowGuard;
 /// An editable grid for the records of a data control.
 ///
 /// model() has one row per record and, if records can be added, an empty line at the end, marked with a star in the row
-/// header. Typing there starts a new record, followed by a new empty line. A changed row is written when another row
-/// becomes current or changes, when the focus leaves the grid, when the grid is hidden, before its data control is
-/// refreshed and, while the grid has the focus, before a press or an access key outside it acts. A row that the
-/// database refuses is reported and stays open for correction, and the press has no effect; Escape undoes the cell, and
-/// once more the row. Delete empties the cell, or deletes the selected whole rows after a question. Cells are copied
-/// and pasted as lines with tabs.
+/// header and a tint; the current row has a stronger one. Typing in the empty line starts a new record, followed by a
+/// new empty line. A changed row is written when another row becomes current or changes, when the focus leaves the
+/// grid, when the grid is hidden, before its data control is refreshed and, while the grid has the focus, before a
+/// press or an access key outside it acts. A row that the database refuses is reported and stays open for correction,
+/// and the press has no effect; Escape undoes the cell, and once more the row. Delete empties the cell, or deletes the
+/// selected whole rows after a question. Cells are copied and pasted as lines with tabs.
 class BoundGrid : public QTableView
 {
     Q_OBJECT

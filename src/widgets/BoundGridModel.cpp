@@ -46,12 +46,12 @@ QVariant BoundGridModel::headerData(int section, Qt::Orientation orientation, in
     if (orientation == Qt::Vertical && role == Qt::DisplayRole) {
         if (section == m_openRow)
             return QStringLiteral("\u270E"); // a pencil: not written yet
-        return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("*") : QString();
+        return isEmptyLine(section) ? QStringLiteral("*") : QString();
     }
     if (orientation == Qt::Vertical && role == Qt::AccessibleDescriptionRole) {
         if (section == m_openRow)
             return QStringLiteral("Not saved yet");
-        return hasEmptyLine() && section == rowCount() - 1 ? QStringLiteral("New record") : QString();
+        return isEmptyLine(section) ? QStringLiteral("New record") : QString();
     }
     if (orientation == Qt::Vertical && role == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));

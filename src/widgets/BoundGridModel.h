@@ -59,6 +59,8 @@ public:
 
     /// The number of rows that are records, without the new and the empty one.
     [[nodiscard]] int recordCount() const { return m_records; }
+    /// Whether a row is the empty line, the last one if records can be added.
+    [[nodiscard]] bool isEmptyLine(int row) const { return hasEmptyLine() && row == rowCount() - 1; }
     /// The row being edited; -1 for none.
     [[nodiscard]] int openRow() const { return m_openRow; }
     /// Writes the open row, if any; a refused one stays open.
@@ -69,6 +71,8 @@ public:
     void removeRecord(int row);
 
 private:
+    [[nodiscard]] bool hasEmptyLine() const { return m_allowAddNew && m_updatable; }
+
     // A column's description, kept so that a view can be painted after the record set's file was closed.
     struct Field {
         int index = -1; // in the record set
@@ -81,7 +85,6 @@ private:
     void writeTyped(store::Recordset& set, int& column) const;
     [[nodiscard]] QStringList recordTexts(int row) const;
     [[nodiscard]] QString text(int row, int column) const;
-    [[nodiscard]] bool hasEmptyLine() const { return m_allowAddNew && m_updatable; }
     void open(int row);
 
     QPointer<DataControl> m_control;

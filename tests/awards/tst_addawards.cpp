@@ -52,6 +52,8 @@ struct Screen : test::RecordScreen<F> {
                               catalogue.visualItemRect(catalogue.item(row)).topLeft() + QPoint(8, 6));
         else if (word == "space")
             QTest::keyClick(&catalogue, Qt::Key_Space);
+        else if (word == "type")
+            QTest::keyClicks(&catalogue, words.section(' ', 1));
         else if (word == "at")
             test::clickRow(catalogue, row);
         else if (word == "mark" || word == "drop")

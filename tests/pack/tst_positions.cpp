@@ -4,6 +4,8 @@
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
 
+#include <QHeaderView>
+
 using namespace orlo;
 using test::rows;
 
@@ -122,6 +124,19 @@ private Q_SLOTS:
             screen.act("E c");
             QVERIFY(!widgets::Instance<frmPackDenPositions>::loaded());
         }
+    }
+
+    void rowsStandOut()
+    {
+        Screen screen;
+        const QImage painted = screen.den.viewport()->grab().toImage();
+        QSet<QRgb> grounds; // of the current row, another one and the empty line
+        for (const int row : {0, 2, 4})
+            grounds += painted.pixel(screen.den.visualRect(screen.den.model()->index(row, 1)).topLeft() + QPoint(3, 3));
+        QCOMPARE(grounds.size(), 3);
+        QTest::mouseClick(screen.den.verticalHeader()->viewport(), Qt::LeftButton, {},
+                          {5, screen.den.rowViewportPosition(2) + 5});
+        QCOMPARE(screen.den.selectionModel()->selectedRows().value(0).row(), 2);
     }
 
 private:

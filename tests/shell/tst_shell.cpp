@@ -121,6 +121,27 @@ private Q_SLOTS:
         platform::pendingError::clear();
     }
 
+    void reportsItsDetails()
+    {
+        const auto looked = test::takeNext([](QWidget& modal, test::Told& told) {
+            auto& text = test::control<QTextBrowser>(modal, "txtErrorText");
+            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0);
+            for (const auto* box : modal.findChildren<QTextEdit*>())
+                told.title += box->verticalScrollBar()->maximum() > 0 ? "cut "
+                              : box->height() < 100                   ? "whole "
+                                                                      : "tall ";
+            test::control<QPushButton>(modal, "cmdCopy").click();
+            QTest::keyClick(&text, Qt::Key_Return); // the link has the key only once Tab went there
+            return told.shown = true;
+        });
+        platform::pendingError::set(platform::RuntimeError(3343, "DBEngine"));
+        CriticalError();
+        QCOMPARE(looked->text + ' ' + looked->title, "http://www.tollbeck.example whole whole ");
+        const QString copied = QApplication::clipboard()->text();
+        QVERIFY(
+            copied.startsWith("Error Type: Critical Error\nError Number: 3343\nError Source: DBEngine\nError Desc"));
+    }
+
     void splashOpensFrame()
     {
         test::AppFolder folder;

@@ -35,7 +35,6 @@ namespace
 {
 
 const QDate DateZero(1899, 12, 30);
-constexpr auto WebSite = u"www.tollbeck.example";
 
 } // namespace
 

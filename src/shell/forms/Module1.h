@@ -46,6 +46,9 @@ void openDatabase(const QString& path);
 /// Keeps a copy of the open database, if any, before its file is replaced. Failures go to the system log.
 void keepCopy();
 
+/// The maker's web site, as the texts name it.
+inline constexpr QStringView WebSite = u"www.tollbeck.example";
+
 /// Shows the pending failure in dlgError and clears it. Raises 6 for a number that doesn't fit into 16 bits.
 void CriticalError();
 /// Called at the end of routines that check for a pending failure: shows it with CriticalError, if there is one.

@@ -12,7 +12,8 @@ class dlgError;
 namespace orlo
 {
 
-/// Shows the failure taken up by CriticalError, and writes it to the event log.
+/// Shows the failure taken up by CriticalError, and writes it to the event log. Its details can be copied; the web site
+/// in its text is a link.
 class dlgError : public widgets::Form
 {
     Q_OBJECT
@@ -25,6 +26,9 @@ protected:
     void load() override;
 
 private:
+    void copyDetails();
+    void openWebSite(const QUrl& address);
+
     std::unique_ptr<Ui::dlgError> ui;
 };
 
