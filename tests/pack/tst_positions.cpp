@@ -4,8 +4,6 @@
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
 
-#include <QHeaderView>
-
 using namespace orlo;
 using test::rows;
 
@@ -134,9 +132,6 @@ private Q_SLOTS:
         for (const int row : {0, 2, 4})
             grounds += painted.pixel(screen.den.visualRect(screen.den.model()->index(row, 1)).topLeft() + QPoint(3, 3));
         QCOMPARE(grounds.size(), 3);
-        QTest::mouseClick(screen.den.verticalHeader()->viewport(), Qt::LeftButton, {},
-                          {5, screen.den.rowViewportPosition(2) + 5});
-        QCOMPARE(screen.den.selectionModel()->selectedRows().value(0).row(), 2);
     }
 
 private:

