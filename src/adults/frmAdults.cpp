@@ -216,10 +216,7 @@ void frmAdults::DisableFields()
 
 void frmAdults::openSet()
 {
-    trapped([this] {
-        PeopleForm::openSet();
-        sayWhyEmpty(*ui->lbAdults, QStringLiteral("Adults"), filter(), *ui->cmdNew);
-    });
+    trapped([this] { PeopleForm::openSet(); });
 }
 
 void frmAdults::PopulateNavLB()

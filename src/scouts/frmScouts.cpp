@@ -235,12 +235,6 @@ void frmScouts::comDen_Change()
 
 // ---- List, filters, find
 
-void frmScouts::openSet()
-{
-    PeopleForm::openSet();
-    sayWhyEmpty(*ui->lbScouts, QStringLiteral("Scouts"), filter(), *ui->cmdNew);
-}
-
 // A find covers the current view and den. Under "All" its text ends with a surplus " and ".
 QString frmScouts::findStatement() const
 {

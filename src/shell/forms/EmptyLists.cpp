@@ -1,7 +1,6 @@
 #include "shell/forms/EmptyLists.h"
 
 #include "shell/forms/Module1.h"
-#include "shell/forms/PeopleFilter.h"
 #include "widgets/EmptyText.h"
 
 #include <QAbstractButton>
@@ -20,15 +19,13 @@ QString nobodyHere()
     return QStringLiteral("Nobody here with this choice.");
 }
 
-// The text is set even if the list has rows: the last one of a filter may be deleted while the table has others.
-void sayWhyEmpty(QAbstractItemView& list, const QString& table, const PeopleFilter& filter, const QAbstractButton& add)
+// What was chosen doesn't matter: whoever is left in the table isn't in the list.
+void sayWhyEmpty(QAbstractItemView& list, const QString& table, const QAbstractButton& add)
 {
-    bool isChoice = !filter.BuildViewCriteria(QString()).isEmpty();
-    if (isChoice && list.model()->rowCount() == 0)
-        isChoice =
-            database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table)[u"People"].toInt32() >
-            0;
-    widgets::sayWhenEmpty(list, isChoice ? nobodyHere() : nothingYet(table.toLower(), add));
+    if (list.model()->rowCount() > 0)
+        return;
+    const auto counted = database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table);
+    widgets::sayWhenEmpty(list, counted[u"People"].toInt32() > 0 ? nobodyHere() : nothingYet(table.toLower(), add));
 }
 
 } // namespace orlo
