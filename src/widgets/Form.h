@@ -90,6 +90,8 @@ protected:
     [[nodiscard]] bool writeOpenRows();
 
     void closeEvent(QCloseEvent* event) override;
+    /// Whether unload() was called: the close that follows is the program's own.
+    [[nodiscard]] bool isUnloading() const { return m_unloading; }
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -120,7 +122,7 @@ private:
     QPointer<QPushButton> m_cancelButton;
     QList<LeaveCheck> m_leaveChecks;
     mutable QHash<QLatin1StringView, QWidget*> m_controls; // those that were asked for
-    QPointer<QWidget> m_unchecked; // the last focused field whose check hasn't passed since
+    QPointer<QWidget> m_unchecked;                         // the last focused field whose check hasn't passed since
 };
 
 /// Whether the widget is in a closed form. Keys and presses already on their way may still reach it.
