@@ -9,9 +9,9 @@
 namespace orlo
 {
 
-QString nothingYet(const QString& things, const QAbstractButton& button)
+void sayNothingYet(QAbstractItemView& list, const QString& things, QAbstractButton& button)
 {
-    return QStringLiteral("No %1 yet. Press %2.").arg(things, button.text().remove(u'&'));
+    widgets::sayWhenEmpty(list, QStringLiteral("No %1 yet.").arg(things), &button);
 }
 
 QString nobodyHere()
@@ -20,12 +20,15 @@ QString nobodyHere()
 }
 
 // What was chosen doesn't matter: whoever is left in the table isn't in the list.
-void sayWhyEmpty(QAbstractItemView& list, const QString& table, const QAbstractButton& add)
+void sayWhyEmpty(QAbstractItemView& list, const QString& table, QAbstractButton& add)
 {
     if (list.model()->rowCount() > 0)
         return;
     const auto counted = database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table);
-    widgets::sayWhenEmpty(list, counted[u"People"].toInt32() > 0 ? nobodyHere() : nothingYet(table.toLower(), add));
+    if (counted[u"People"].toInt32() > 0)
+        widgets::sayWhenEmpty(list, nobodyHere());
+    else
+        sayNothingYet(list, table.toLower(), add);
 }
 
 } // namespace orlo
