@@ -12,7 +12,6 @@
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmAdults.h"
 #include "widgets/DataControl.h"
-#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
@@ -100,7 +99,7 @@ frmAdults::frmAdults()
     bindFields();
     bindPositions();
     ui->fgAdultsAwards->setCols(AwardColumns);
-    widgets::sayWhenEmpty(*ui->fgAdultsAwards, nothingYet(QStringLiteral("awards"), *ui->cmdAddAward));
+    sayNothingYet(*ui->fgAdultsAwards, QStringLiteral("awards"), *ui->cmdAddAward);
     giveAwardsBy<frmAddAdultAwards>();
 }
 
@@ -216,10 +215,7 @@ void frmAdults::DisableFields()
 
 void frmAdults::openSet()
 {
-    trapped([this] {
-        PeopleForm::openSet();
-        sayWhyEmpty(*ui->lbAdults, QStringLiteral("Adults"), filter(), *ui->cmdNew);
-    });
+    trapped([this] { PeopleForm::openSet(); });
 }
 
 void frmAdults::PopulateNavLB()
@@ -289,7 +285,7 @@ void frmAdults::bindPositions()
     dataDenAssignments->setObjectName(QStringLiteral("dataDenAssignments"));
     ui->dbgDenAssignment->setDataControl(dataDenAssignments);
     ui->dbgDenAssignment->setStretchColumn(Title);
-    widgets::sayWhenEmpty(*ui->dbgDenAssignment, nothingYet(QStringLiteral("positions"), *ui->cmdAddDenAssn));
+    sayNothingYet(*ui->dbgDenAssignment, QStringLiteral("positions"), *ui->cmdAddDenAssn);
     connect(ui->cmdAddDenAssn, &QPushButton::clicked, this, &frmAdults::cmdAddDenAssn_Click);
     connect(ui->cmdEditDenAssn, &QPushButton::clicked, this, &frmAdults::cmdEditDenAssn_Click);
     widgets::pressOncePerDoubleClick(*ui->cmdDelDenAssn);

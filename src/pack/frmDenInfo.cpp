@@ -7,7 +7,6 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
 #include "ui_frmDenInfo.h"
-#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
@@ -53,8 +52,8 @@ frmDenInfo::frmDenInfo()
     bindControls(ui->txtDenNumber);
     setDefaultButton(ui->cmdSave);
     setCancelButton(ui->cmdDelete);
-    widgets::sayWhenEmpty(*ui->lstScouts, nothingYet(QStringLiteral("scouts"), *ui->cmdAddScouts));
-    widgets::sayWhenEmpty(*ui->lstAdults, nothingYet(QStringLiteral("leaders"), *ui->cmdAddDenLeader));
+    sayNothingYet(*ui->lstScouts, QStringLiteral("scouts"), *ui->cmdAddScouts);
+    sayNothingYet(*ui->lstAdults, QStringLiteral("leaders"), *ui->cmdAddDenLeader);
     setFields({
         numberField(u"Den_Number", ui->txtDenNumber),
         textField(u"Den_Name", ui->txtDenName),

@@ -28,7 +28,7 @@ frmCreatePurchaseList::frmCreatePurchaseList()
         {QStringLiteral("Award Type"), QStringLiteral("Insignia_Type"), 2200},
     });
     ui->dbgAssignedPurchases->setStretchColumn(1);
-    widgets::sayWhenEmpty(*ui->dbgAssignedPurchases, nothingYet(QStringLiteral("list"), *ui->cmdCreate));
+    sayNothingYet(*ui->dbgAssignedPurchases, QStringLiteral("list"), *ui->cmdCreate);
     ui->dbgOtherPurchaseList->setDataControl(dcOtherPurchaseList);
     ui->dbgOtherPurchaseList->setColumns({
         {QStringLiteral("Quantity"), QStringLiteral("Quantity"), 1000, Qt::AlignRight},

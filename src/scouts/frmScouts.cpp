@@ -11,7 +11,6 @@
 #include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
 #include "ui_frmScouts.h"
-#include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"
 
@@ -45,7 +44,7 @@ frmScouts::frmScouts()
     bindFields();
     bindParents();
     ui->fgScoutsAwards->setCols(InsigniaSID + 1);
-    widgets::sayWhenEmpty(*ui->fgScoutsAwards, nothingYet(QStringLiteral("awards"), *ui->cmdAddAward));
+    sayNothingYet(*ui->fgScoutsAwards, QStringLiteral("awards"), *ui->cmdAddAward);
     giveAwardsBy<frmAddAwardsToScout>();
     connectRoutine("cmdEditAward", &frmScouts::cmdEditAward_Click);
 }
@@ -234,12 +233,6 @@ void frmScouts::comDen_Change()
 }
 
 // ---- List, filters, find
-
-void frmScouts::openSet()
-{
-    PeopleForm::openSet();
-    sayWhyEmpty(*ui->lbScouts, QStringLiteral("Scouts"), filter(), *ui->cmdNew);
-}
 
 // A find covers the current view and den. Under "All" its text ends with a surplus " and ".
 QString frmScouts::findStatement() const

@@ -54,7 +54,6 @@ protected:
     void fillAwardRow(widgets::TextGrid& grid, int row, const store::Recordset& award) override;
     [[nodiscard]] QString personName() const override;
     void LoadDenLists() override;
-    void openSet() override;
     void showFindDialog() override;
     [[nodiscard]] QString listMiddle(const QString& initial) const override;
 

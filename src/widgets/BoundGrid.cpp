@@ -287,6 +287,10 @@ void BoundGrid::focusMoved(const QWidget* now)
         return; // the whole window went into the background or behind a message; the grid keeps its focus
     const bool before = std::exchange(m_focused, belongsTo(now, *this));
     m_guard->watch(m_focused);
+    if (before != m_focused) { // left from a cell's editor, the view itself hears nothing of it
+        update();
+        viewport()->update();
+    }
     if (!before || m_focused || m_committing || !isVisible() || commitRow())
         return;
     m_focused = true;

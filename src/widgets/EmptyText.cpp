@@ -2,9 +2,12 @@
 
 #include "widgets/Contrast.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QEvent>
 #include <QPainter>
+#include <QPointer>
+#include <QScrollBar>
 
 namespace orlo::widgets
 {
@@ -22,6 +25,8 @@ public:
     explicit EmptyText(QAbstractItemView& view) : QObject(&view), m_view(view)
     {
         view.viewport()->installEventFilter(this);
+        // What is scrolled is the picture of the text.
+        connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { m_view.viewport()->update(); });
     }
 
     static EmptyText* of(const QAbstractItemView& view)
@@ -32,22 +37,31 @@ public:
         return nullptr;
     }
 
-    void setText(const QString& text)
+    void setText(const QString& text, QAbstractButton* button)
     {
+        if (m_button)
+            m_button->removeEventFilter(this);
+        if (button)
+            button->installEventFilter(this);
         m_text = text;
+        m_button = button;
         m_view.viewport()->update();
     }
 
     [[nodiscard]] QString said() const
     {
         const bool isEmpty = !m_view.model() || m_view.model()->rowCount(m_view.rootIndex()) == 0;
-        return isEmpty ? m_text : QString();
+        if (!isEmpty || !m_button || !m_button->isEnabled())
+            return isEmpty ? m_text : QString();
+        return QStringLiteral("%1 Press %2.").arg(m_text, m_button->text().remove(u'&'));
     }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::Paint && !said().isEmpty())
+        if (event->type() == QEvent::EnabledChange)
+            m_view.viewport()->update();
+        else if (event->type() == QEvent::Paint && watched == m_view.viewport() && !said().isEmpty())
             paint();
         return QObject::eventFilter(watched, event);
     }
@@ -62,19 +76,20 @@ private:
         painter.setFont(m_view.font());
         painter.setPen(raised(mixed(text, ground, Faint), text, {ground}, ReadableText));
         painter.drawText(m_view.viewport()->rect().adjusted(Margin, Margin, -Margin, -Margin),
-                         Qt::AlignCenter | Qt::TextWordWrap, m_text);
+                         Qt::AlignCenter | Qt::TextWordWrap, said());
     }
 
     QAbstractItemView& m_view;
     QString m_text;
+    QPointer<QAbstractButton> m_button; // fills the view
 };
 
 } // namespace
 
-void sayWhenEmpty(QAbstractItemView& view, const QString& text)
+void sayWhenEmpty(QAbstractItemView& view, const QString& text, QAbstractButton* button)
 {
     EmptyText* shown = EmptyText::of(view);
-    (shown ? shown : new EmptyText(view))->setText(text);
+    (shown ? shown : new EmptyText(view))->setText(text, button);
 }
 
 QString saidWhileEmpty(const QAbstractItemView& view)

@@ -90,6 +90,8 @@ protected:
     [[nodiscard]] bool writeOpenRows();
 
     void closeEvent(QCloseEvent* event) override;
+    /// Whether unload() was called: the close that follows is the program's own.
+    [[nodiscard]] bool isUnloading() const { return m_unloading; }
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -3,6 +3,7 @@
 #include "widgets/Twips.h"
 
 #include <QHeaderView>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -14,11 +15,11 @@ void KeyGrid::setFirstKeyColumn(int col, int twipsBefore)
     if (m_firstKey == 0)
         connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
             if (section < m_firstKey)
-                giveRoom();
+                stretch();
         });
     m_firstKey = col;
     m_leastRoom = twipsBefore;
-    giveRoom();
+    stretch();
 }
 
 void KeyGrid::scrollTo(const QModelIndex& index, ScrollHint hint)
@@ -27,21 +28,24 @@ void KeyGrid::scrollTo(const QModelIndex& index, ScrollHint hint)
     TextGrid::scrollTo(index.siblingAtColumn(std::min(index.column(), last)), hint);
 }
 
-void KeyGrid::resizeEvent(QResizeEvent* event)
+void KeyGrid::updateGeometries()
 {
-    TextGrid::resizeEvent(event);
-    giveRoom();
+    TextGrid::updateGeometries();
+    if (m_firstKey > 0)
+        horizontalScrollBar()->setMaximum(
+            std::max(0, horizontalHeader()->sectionPosition(m_firstKey) - viewport()->width()));
 }
 
 // A bar is of use only where the columns before the keys haven't room.
-void KeyGrid::giveRoom()
+void KeyGrid::stretch()
 {
     if (m_firstKey == 0)
-        return;
+        return TextGrid::stretch();
     const int room = viewport()->width() - columnViewportPosition(m_firstKey - 1) - horizontalOffset();
     const int least = twipsToPixels(m_leastRoom, this);
     setHorizontalScrollBarPolicy(room < least ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     setColumnWidth(m_firstKey - 1, std::max(room, least));
+    applyHeights();
 }
 
 } // namespace orlo::widgets

@@ -21,11 +21,11 @@ public:
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    void stretch() override;
+    /// The range of the bar ends before the keys.
+    void updateGeometries() override;
 
 private:
-    void giveRoom();
-
     int m_firstKey = 0; // none
     int m_leastRoom = 0;
 };

@@ -3,6 +3,9 @@
 #include <QApplication>
 #include <QEvent>
 #include <QPointer>
+#include <QScrollBar>
+
+#include <utility>
 
 namespace orlo::widgets
 {
@@ -30,6 +33,20 @@ void PageScroll::setWidget(QWidget* contents)
 QSize PageScroll::sizeHint() const
 {
     return widget() ? widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) : QScrollArea::sizeHint();
+}
+
+// A bar that came while the sizes around it settled may stay where there is nothing to scroll.
+bool PageScroll::event(QEvent* event)
+{
+    const bool isDone = QScrollArea::event(event);
+    if (event->type() != QEvent::LayoutRequest && event->type() != QEvent::Resize)
+        return isDone;
+    const auto isIdle = [](const QScrollBar& bar) { return bar.isVisible() && bar.maximum() == 0; };
+    const bool barIsIdle = isIdle(*horizontalScrollBar()) || isIdle(*verticalScrollBar());
+    if (barIsIdle && !std::exchange(m_barIsIdle, barIsIdle))
+        tellSize();
+    m_barIsIdle = barIsIdle;
+    return isDone;
 }
 
 bool PageScroll::eventFilter(QObject* watched, QEvent* event)

@@ -22,11 +22,13 @@ public:
     void tellSize();
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void showPressed(const QWidget& pressed);
 
+    bool m_barIsIdle = false;         // when last looked at
     bool m_movedUnderPointer = false; // by the last press
 };
 

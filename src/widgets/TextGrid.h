@@ -70,6 +70,9 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    /// Gives the remaining width to the column that takes it.
+    virtual void stretch();
+    void applyHeights();
 
 private:
     void requireRow(int row) const;
@@ -81,8 +84,6 @@ private:
     void fitHeadings();
     void fitTexts(const QModelIndex& first, const QModelIndex& last);
     void fitAll();
-    void stretch();
-    void applyHeights();
 
     TextGridModel* m_model;
     std::vector<int> m_widths;      // twips

@@ -119,9 +119,10 @@ private Q_SLOTS:
                     if (control->visibleRegion().boundingRect().size() != control->size())
                         cut += control->objectName() + ' ';
                 for (auto* page : shown.findChildren<widgets::PageScroll*>())
-                    if (usual && page->isVisible() &&
-                        page->horizontalScrollBar()->maximum() + page->verticalScrollBar()->maximum() > 0)
-                        cut += page->objectName() + ' ';
+                    for (const auto* bar : {page->horizontalScrollBar(), page->verticalScrollBar()})
+                        if (page->isVisible() && (usual || bar->maximum() == 0) &&
+                            (bar->maximum() > 0 || bar->isVisible()))
+                            cut += page->objectName() + ' ';
                 return cut.isEmpty();
             },
             1000);

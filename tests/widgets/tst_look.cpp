@@ -140,10 +140,13 @@ private Q_SLOTS:
         grid.show();
         QVERIFY(!inked());
         widgets::sayWhenEmpty(grid, "Nobody here.");
-        widgets::sayWhenEmpty(grid, "No scouts yet. Press New.");
+        QPushButton button("&New");
+        widgets::sayWhenEmpty(grid, "No scouts yet.", &button);
         QVERIFY(inked());
         QCOMPARE(grid.model()->rowCount(), 0);
         QCOMPARE(widgets::saidWhileEmpty(grid), "No scouts yet. Press New.");
+        button.setEnabled(false);
+        QCOMPARE(widgets::saidWhileEmpty(grid), "No scouts yet.");
         grid.addRow();
         QVERIFY(!inked() && widgets::saidWhileEmpty(grid).isEmpty());
     }

@@ -1,7 +1,6 @@
 #include "shell/forms/EmptyLists.h"
 
 #include "shell/forms/Module1.h"
-#include "shell/forms/PeopleFilter.h"
 #include "widgets/EmptyText.h"
 
 #include <QAbstractButton>
@@ -10,9 +9,9 @@
 namespace orlo
 {
 
-QString nothingYet(const QString& things, const QAbstractButton& button)
+void sayNothingYet(QAbstractItemView& list, const QString& things, QAbstractButton& button)
 {
-    return QStringLiteral("No %1 yet. Press %2.").arg(things, button.text().remove(u'&'));
+    widgets::sayWhenEmpty(list, QStringLiteral("No %1 yet.").arg(things), &button);
 }
 
 QString nobodyHere()
@@ -20,15 +19,16 @@ QString nobodyHere()
     return QStringLiteral("Nobody here with this choice.");
 }
 
-// The text is set even if the list has rows: the last one of a filter may be deleted while the table has others.
-void sayWhyEmpty(QAbstractItemView& list, const QString& table, const PeopleFilter& filter, const QAbstractButton& add)
+// What was chosen doesn't matter: whoever is left in the table isn't in the list.
+void sayWhyEmpty(QAbstractItemView& list, const QString& table, QAbstractButton& add)
 {
-    bool isChoice = !filter.BuildViewCriteria(QString()).isEmpty();
-    if (isChoice && list.model()->rowCount() == 0)
-        isChoice =
-            database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table)[u"People"].toInt32() >
-            0;
-    widgets::sayWhenEmpty(list, isChoice ? nobodyHere() : nothingYet(table.toLower(), add));
+    if (list.model()->rowCount() > 0)
+        return;
+    const auto counted = database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table);
+    if (counted[u"People"].toInt32() > 0)
+        widgets::sayWhenEmpty(list, nobodyHere());
+    else
+        sayNothingYet(list, table.toLower(), add);
 }
 
 } // namespace orlo

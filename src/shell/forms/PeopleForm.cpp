@@ -1,5 +1,6 @@
 #include "shell/forms/PeopleForm.h"
 
+#include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
 #include "widgets/ComboBox.h"
@@ -224,6 +225,7 @@ void PeopleForm::cmdDelete_Click()
         button("cmdNew").setEnabled(true);
         DisableFields();
         button("cmdNew").setFocus();
+        tellWhyEmpty();
         return;
     }
     if (recordIndex() <= mRecordCount)
@@ -318,6 +320,12 @@ void PeopleForm::openSet()
         }
     }
     endRoutine();
+    tellWhyEmpty();
+}
+
+void PeopleForm::tellWhyEmpty()
+{
+    sayWhyEmpty(*m_list, m_words.noun + u's', button("cmdNew"));
 }
 
 // Without records only cmdNew is enabled.

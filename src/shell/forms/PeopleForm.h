@@ -140,6 +140,7 @@ protected:
 private:
     void showCurrent();
     void showEmpty();
+    void tellWhyEmpty();
     void enableRecord();
     void enableExtraButtons(bool on);
     [[nodiscard]] bool confirmDelete();

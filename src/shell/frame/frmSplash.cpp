@@ -7,9 +7,11 @@
 #include "widgets/NestedLoop.h"
 #include "widgets/Twips.h"
 
+#include <QCloseEvent>
 #include <QPainter>
 #include <QResource>
 #include <QScreen>
+#include <QThread>
 #include <QTimer>
 
 namespace orlo
@@ -87,6 +89,15 @@ void frmSplash::load()
     QLabel& warning = *ui->lblWarning;
     warning.move(width() / 2 - warning.width() / 2, height() - warning.height() - widgets::twipsToPixels(400, this));
     setEnabled(false);
+}
+
+// Before the event loop runs, the last window's close doesn't end the process: it would go on without a window.
+void frmSplash::closeEvent(QCloseEvent* event)
+{
+    if (isUnloading() || QThread::currentThread()->loopLevel() > 0)
+        Form::closeEvent(event);
+    else
+        event->ignore();
 }
 
 void frmSplash::keyPressEvent(QKeyEvent*)
