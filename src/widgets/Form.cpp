@@ -100,6 +100,7 @@ void centreOnOwner(QWidget& form)
     const int most = room.height() - form.style()->pixelMetric(QStyle::PM_TitleBarHeight);
     if (form.layout() && form.height() > most) { // its lists shrink
         form.layout()->setSizeConstraint(QLayout::SetNoConstraint);
+        letShrink(form);
         form.setFixedSize(form.width(), std::max(most, form.layout()->totalMinimumSize().height()));
     }
     QRect place = form.rect();

@@ -20,6 +20,8 @@ namespace orlo::widgets
 namespace
 {
 
+constexpr int FewLines = 4;
+
 // What stands beside a box's characters: its frame, its margins and its calendar button or arrow.
 int roomBeside(const QWidget& control)
 {
@@ -36,6 +38,11 @@ int widthOf(const QWidget& control, int characters)
     return characters * control.fontMetrics().horizontalAdvance(u'0') + roomBeside(control);
 }
 
+int heightOf(const QWidget& control, int lines)
+{
+    return lines * (control.fontMetrics().height() + 2 * CellMargin);
+}
+
 void giveRoom(QWidget& control)
 {
     if (const int characters = control.property("chars").toInt())
@@ -43,7 +50,7 @@ void giveRoom(QWidget& control)
     if (const int characters = control.property("mostChars").toInt())
         control.setMaximumWidth(std::max(control.minimumWidth(), widthOf(control, characters)));
     if (const int lines = control.property("lines").toInt())
-        control.setMinimumHeight(lines * (control.fontMetrics().height() + 2 * CellMargin));
+        control.setMinimumHeight(heightOf(control, lines));
 }
 
 int widthNeeded(const QWidget& control)
@@ -101,6 +108,13 @@ void measure(QWidget& window)
             evenOut(*row);
     for (PageScroll* page : window.findChildren<PageScroll*>())
         page->tellSize();
+}
+
+void letShrink(QWidget& window)
+{
+    for (QWidget* control : window.findChildren<QWidget*>())
+        if (control->property("lines").toInt() > FewLines)
+            control->setMinimumHeight(heightOf(*control, FewLines));
 }
 
 } // namespace orlo::widgets

@@ -15,5 +15,8 @@ namespace orlo::widgets
 ///
 /// Buttons side by side in one row of a layout have one width. To be called again where the letters change.
 void measure(QWidget& window);
+/// Lets the lists, grids and texts of a window that is too high for the screen shrink to a few lines. Until the next
+/// measure().
+void letShrink(QWidget& window);
 
 } // namespace orlo::widgets

@@ -66,7 +66,10 @@ TextGrid::TextGrid(QWidget* parent) : QTableView(parent), m_model(new TextGridMo
         setRow(index.row() + 1);
         Q_EMIT rowDoubleClicked();
     });
-    setCols(m_model->gridCols());
+    m_widths.resize(std::size_t(m_model->gridCols()), DefaultWidth);
+    m_samples.resize(m_widths.size());
+    for (int col = 0; col < int(m_widths.size()); ++col)
+        setColumnWidth(col, std::max(twipsToPixels(DefaultWidth, this), minimumWidthOf(col)));
     applyHeights();
 }
 
