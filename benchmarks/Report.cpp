@@ -91,7 +91,7 @@ void printReport(Table& table)
 {
     compareReport(table, "10,000-line report to PDF", QStringLiteral("PurchaseList.rpt"), purchasesSql(), 1.25);
     compareReport(table, "10,000-scout roster by den to PDF", QStringLiteral("ScoutPhoneList1.rpt"),
-                  densSql() + scoutsSql(Lines, Lines / 10), 1.3);
+                  densSql() + scoutsSql(Lines, Lines / 10), 1.5); // packing the objects of 30,000 links
 }
 
 } // namespace orlo::bench
