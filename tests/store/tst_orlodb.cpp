@@ -190,6 +190,28 @@ private Q_SLOTS:
         QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
     }
 
+    // Another program's file and one of a later version stay as they are.
+    void refusesOtherFiles_data()
+    {
+        test::table({"case", "statement", "command", "says"}, R"(
+            another program's, import | Create Table T(A); Create Trigger R After Insert On T Begin Delete From T; End | import | pack
+            a later one's, import | Pragma user_version = 12 | import | version 1.2
+            a later one's, export | Pragma user_version = 12 | export | version 1.2)");
+    }
+    void refusesOtherFiles()
+    {
+        if (!test::cell("statement").startsWith("Create"))
+            QCOMPARE(orloDb({"new", out()}).status, 0);
+        sqlite(out(), test::cell("statement").toUtf8());
+        const QByteArray before = contents(out());
+        orlo::test::write(csv("Dens.csv"), "Den_Number,Den_Type\n1,Wolf\n");
+        const Run run =
+            orloDb({test::cell("command"), out(), csv() + (test::cell("command") == "export" ? "/all" : "")});
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.errors.contains(test::cell("says")), qPrintable(run.errors));
+        QVERIFY(contents(out()) == before);
+    }
+
     void usage_data() { test::tableOf("store/orlodb/usage.txt"); }
     void usage()
     {

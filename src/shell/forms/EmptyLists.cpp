@@ -1,5 +1,6 @@
 #include "shell/forms/EmptyLists.h"
 
+#include "platform/RuntimeError.h"
 #include "shell/forms/Module1.h"
 #include "widgets/EmptyText.h"
 
@@ -24,11 +25,15 @@ void sayWhyEmpty(QAbstractItemView& list, const QString& table, QAbstractButton&
 {
     if (list.model()->rowCount() > 0)
         return;
-    const auto counted = database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table);
-    if (counted[u"People"].toInt32() > 0)
-        widgets::sayWhenEmpty(list, nobodyHere());
-    else
-        sayNothingYet(list, table.toLower(), add);
+    try {
+        const auto counted = database().openRecordset(QStringLiteral("Select Count(*) As People From ") + table);
+        if (counted[u"People"].toInt32() > 0)
+            widgets::sayWhenEmpty(list, nobodyHere());
+        else
+            sayNothingYet(list, table.toLower(), add);
+    } catch (const platform::RuntimeError&) { // a hint isn't worth the program's end
+        widgets::sayWhenEmpty(list, QString());
+    }
 }
 
 } // namespace orlo

@@ -14,7 +14,7 @@ void sayNothingYet(QAbstractItemView& list, const QString& things, QAbstractButt
 [[nodiscard]] QString nobodyHere();
 
 /// Sets the text of a list of people from a table ("Scouts") that has just become empty: either nobody exists yet, and
-/// the button adds somebody, or the table has others. Raises as Database::openRecordset().
+/// the button adds somebody, or the table has others. Says nothing if the table can't be read.
 void sayWhyEmpty(QAbstractItemView& list, const QString& table, QAbstractButton& add);
 
 } // namespace orlo
