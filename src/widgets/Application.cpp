@@ -36,6 +36,7 @@ namespace
 
 constexpr int OutOfMemory = 7;
 constexpr int InternalError = 51;
+constexpr quint64 FirstRepeat = 100; // milliseconds; no desktop lets a held key repeat sooner
 
 bool reporting = false; // the report is being shown
 QString closingWords;
@@ -280,13 +281,22 @@ bool Application::pressesAgain(QObject* receiver, const QEvent* event)
         m_releasedAt = key->timestamp();
         return false;
     }
-    // A busy program isn't always told that a key repeats. It then gets a release and a press with one time stamp,
-    // which no hand can produce.
-    const bool atOnce = key->timestamp() != 0 && key->timestamp() == m_releasedAt && key->key() == m_releasedKey;
-    m_held = key->isAutoRepeat() || atOnce;
+    // A busy program isn't always told that a key repeats. It then gets a release and at once a press with one time
+    // stamp. A hand can't produce that, but a program that types can: a key that was pressed just before isn't held.
+    const int code = key->key();
+    const quint64 at = key->timestamp();
+    if (code != m_releasedKey)
+        m_releasedKey = 0;
+    const bool atOnce = at != 0 && code == m_releasedKey && at == m_releasedAt;
+    const bool tooSoon = at != 0 && code == m_pressedKey && at - m_pressedAt < FirstRepeat;
+    m_held = (key->isAutoRepeat() || atOnce) && !tooSoon;
+    if (!m_held) {
+        m_pressedKey = code;
+        m_pressedAt = at;
+    }
     if (!m_held || event->type() == QEvent::ShortcutOverride || !receiver->isWidgetType())
         return false;
-    switch (key->key()) {
+    switch (code) {
     case Qt::Key_Escape:
         return true;
     case Qt::Key_Return:

@@ -45,8 +45,10 @@ private:
     bool m_altDown = false;
     QPointer<QWidget> m_altPressedIn; // the window or child window that was focused then
     bool m_held = false;              // the current key event is an auto-repeat
-    int m_releasedKey = 0;
-    quint64 m_releasedAt = 0; // its time stamp
+    int m_pressedKey = 0;             // the last that wasn't an auto-repeat
+    quint64 m_pressedAt = 0;          // its time stamp
+    int m_releasedKey = 0;            // if no other was pressed since
+    quint64 m_releasedAt = 0;
 };
 
 /// The sentence with which the report of a failure ends from now on, about what has become of the records; an empty

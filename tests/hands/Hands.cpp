@@ -230,7 +230,10 @@ void step(const QString& word)
         expect(await([&] { return focusName() == word.sliced(1); }), "the focus is on " + ask(focusName));
     else if (word.startsWith('?'))
         expect(await([&] { return messageBox() && messageBox()->text().startsWith(rest); }),
-               ask([] { return QApplication::activeModalWidget(); }) ? "asked, but without the keys" : "not asked");
+               "asked: " + ask([] {
+                   const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                   return !box ? "nothing" : (box->isActiveWindow() ? "" : "without the keys, ") + box->text();
+               }));
     else if (word == "!")
         expect(!ask([] {
             return QApplication::activePopupWidget() || qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

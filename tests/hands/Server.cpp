@@ -105,7 +105,8 @@ void strike(const QString& word)
 void hold(const QString& word)
 {
     const QList<KeySym> keys = keysOf(word);
-    QThread::msleep(5); // a hand doesn't press a key again right after releasing it
+    constexpr unsigned long pause = 5; // a hand doesn't press a key again right after releasing it
+    QThread::msleep(pause);
     send(KeyPress, static_cast<int>(keys.size()) + 9, [&] {
         for (const KeySym key : keys)
             change(key, true);
@@ -114,6 +115,7 @@ void hold(const QString& word)
         for (auto key = keys.rbegin(); key != keys.rend(); ++key)
             change(*key, false);
     });
+    QThread::msleep(pause);
 }
 
 void burst(const QStringList& words, int gap)
