@@ -4,6 +4,7 @@
 #include "platform/Text.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/Database.h"
 #include "store/engine/Source.h"
 
 #include <sqlite3.h>
