@@ -8,7 +8,8 @@
 namespace orlo::reporting
 {
 
-/// A function or operator of the formula language. Adding a row to a table adds it to the language.
+/// A function or operator of the formula language. A row in a table adds a function; an operator also needs its place
+/// in the grammar (FormulaParser.cpp).
 struct FormulaFunction {
     using Arguments = std::span<const Value>;
     static constexpr int Any = std::numeric_limits<int>::max();

@@ -38,8 +38,7 @@ Q_SIGNALS:
 private:
     QTableView* m_days;
     QSpinBox* m_year;
-    bool m_dayClicked =
-        false; // the last press was on a day, perhaps on one of a neighbouring month, which is now shown
+    bool m_dayClicked = false; // the last press was on a day; one of a neighbouring month shows that month
 };
 
 } // namespace orlo::widgets

@@ -197,17 +197,6 @@ void Form::unload()
     Q_EMIT unloaded();
 }
 
-void Form::setMainWindow(QWidget* frame, std::function<void(Form&)> showChild)
-{
-    registry().mainWindow = frame;
-    registry().showChild = std::move(showChild);
-}
-
-QWidget* Form::mainWindow()
-{
-    return registry().mainWindow;
-}
-
 bool Form::writeOpenRows()
 {
     return std::ranges::all_of(findChildren<BoundGrid*>(), &BoundGrid::commitRow);
@@ -352,6 +341,17 @@ void Form::keyPressEvent(QKeyEvent* event)
 bool Form::focusNextPrevChild(bool next)
 {
     return !mayGoTo(this) || QWidget::focusNextPrevChild(next);
+}
+
+void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild)
+{
+    registry().mainWindow = frame;
+    registry().showChild = std::move(showChild);
+}
+
+QWidget* mainWindow()
+{
+    return registry().mainWindow;
 }
 
 bool isInClosedForm(const QWidget& widget)

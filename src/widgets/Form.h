@@ -45,11 +45,6 @@ public:
     /// True for a form that can't be resized or maximised.
     [[nodiscard]] bool hasFixedBorder() const { return m_fixedBorder; }
 
-    /// Sets the main window, which owns all others, and how it takes in a child form. Pass null when the window is
-    /// destroyed.
-    static void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild);
-    /// The main window; null before it is created.
-    [[nodiscard]] static QWidget* mainWindow();
     /// Writes the open rows of all grids before the program ends; false if one is refused, after the message.
     [[nodiscard]] static bool writeAllOpenRows();
     /// Unloads all loaded forms.
@@ -124,6 +119,12 @@ private:
     mutable QHash<QLatin1StringView, QWidget*> m_controls; // those that were asked for
     QPointer<QWidget> m_unchecked;                         // the last focused field whose check hasn't passed since
 };
+
+/// Sets the main window, which owns all others, and how it takes in a child form. Pass null when the window is
+/// destroyed.
+void setMainWindow(QWidget* frame, std::function<void(Form&)> showChild);
+/// The main window; null before it is created.
+[[nodiscard]] QWidget* mainWindow();
 
 /// Whether the widget is in a closed form. Keys and presses already on their way may still reach it.
 [[nodiscard]] bool isInClosedForm(const QWidget& widget);

@@ -126,7 +126,7 @@ QMessageBox::StandardButton show(const QString& text, const QString& title, QMes
     // A dialog just closed may still be active; it would take the box with it when it is destroyed.
     QPointer<QWidget> before = QApplication::activeWindow();
     if (!before) // between two windows: one was closed, its owner isn't active yet
-        before = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : Form::mainWindow();
+        before = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : mainWindow();
     while (before && !before->isVisible())
         before = before->parentWidget() ? before->parentWidget()->window() : nullptr;
     const QPointer<Box> box = new Box(before, onEscape); // destroyed with the window before it

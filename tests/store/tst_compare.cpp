@@ -37,7 +37,7 @@ private Q_SLOTS:
         const auto run = orloDb(test::cell("arguments").simplified().split(u' '));
         QCOMPARE(run.errors, QString());
         QCOMPARE(run.status, 0);
-        static const QRegularExpression counts("^B.mdb: sound\nversion 1.1\n( .*\n)+");
+        static const QRegularExpression counts("^B.mdb: sound\nversion .*\n( .*\n)+");
         QCOMPARE(QString(run.said).remove(counts).trimmed(), test::cell("said").trimmed());
         QCOMPARE(contents("A.mdb") + contents("B.mdb"), before);
     }
@@ -53,7 +53,7 @@ private Q_SLOTS:
         QVERIFY2(run.said.startsWith("Only the second file has the fields of Scouts: Alt_Parent_Address, "),
                  qPrintable(run.said + run.errors));
         QVERIFY(run.said.contains("second file has the fields of Assigned_Awards_Scouts: Assigned_SID, Quantity\n"));
-        QVERIFY(orloDb({"check", "copy"}).said.startsWith("copy/Quorrel11_Backup: sound\nversion 1.1\n"));
+        QVERIFY(orloDb({"check", "copy"}).said.startsWith("copy/Quorrel11_Backup: sound\nversion "));
         QVERIFY(orloDb({"check", "old.mdb"}).said.startsWith("old.mdb: sound\nversion 1.0\n"));
         QCOMPARE(orloDb({"compare", "old.mdb", "none.mdb"}).status, 1);
         QCOMPARE(orloDb({"check", "old.mdb", "--summary"}).status, 2);

@@ -79,7 +79,8 @@ private Q_SLOTS:
         QCOMPARE(rows("Select Count(*) From Dens"), "7");
         // The templates contain only headings, which an import understands.
         const Run run = orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"});
-        QCOMPARE(run.said.count(": 0 would be added, 0 there already\n"), 12);
+        QCOMPARE(run.said.count(": 0 would be added, 0 there already\n"),
+                 QDir(ORLO_SOURCE_DIR "/samples/templates").entryList(QDir::Files).size());
         QCOMPARE(rows("Select Distinct Insignia_Type From Insignias").count(u';'), 8);
         for (const char* wrong :
              {"Assigned_Awards_Scouts Where Scout_SID Not In (Select Scout_SID From Scouts)",
@@ -113,7 +114,7 @@ private Q_SLOTS:
         const QString second = m_folder->filePath("second");
         QCOMPARE(orloDb({"new", again, "--from", first}).errors, QString());
         QCOMPARE(orloDb({"export", again, second}).errors, QString());
-        QCOMPARE(QDir(second).entryList(QDir::Files).size(), 13);
+        QCOMPARE(QDir(second).entryList(QDir::Files).size(), std::ssize(schema::tables()));
         for (const QString& file : QDir(second).entryList(QDir::Files))
             QCOMPARE(contents(second + u'/' + file), contents(first + u'/' + file));
         QCOMPARE(sqlite(again, "Select Note, Birth_Date, Boys_Life, City, School From Scouts"),
@@ -195,8 +196,8 @@ private Q_SLOTS:
     {
         test::table({"case", "statement", "command", "says"}, R"(
             another program's, import | Create Table T(A); Create Trigger R After Insert On T Begin Delete From T; End | import | pack
-            a later one's, import | Pragma user_version = 12 | import | version 1.2
-            a later one's, export | Pragma user_version = 12 | export | version 1.2)");
+            a later one's, import | Pragma user_version = 99 | import | version 9.9
+            a later one's, export | Pragma user_version = 99 | export | version 9.9)");
     }
     void refusesOtherFiles()
     {

@@ -196,9 +196,12 @@ struct RecordScreen {
         };
         QStringList lines = table.simplified().split(QStringLiteral("; "));
         QString lost;
-        for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields())
-            if (!lines.join(u' ').split(u' ').contains(field.name))
-                lost += field.name + ": no line names it\n";
+        for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields()) {
+            const auto line = lines.indexOf(QRegularExpression("\\S+ " + field.name + "( .*)?"));
+            const auto* box = form.template findChild<QLineEdit*>(lines.value(line).section(u' ', 0, 0));
+            if (line < 0 || (box && field.size > 0 && box->maxLength() > field.size))
+                lost += field.name + (line < 0 ? ": no line names it\n" : ": its box takes a longer text\n");
+        }
         lines.removeIf([](const QString& line) { return line.startsWith(u'-'); });
         for (const QString& line : std::as_const(lines)) {
             const QStringList words = line.split(u' ', Qt::SkipEmptyParts);

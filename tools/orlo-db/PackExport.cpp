@@ -99,10 +99,10 @@ static void exportTables(Database& database, const QString& name, const store::V
 
 QStringList exportPack(Database& database, const QString& folder)
 {
+    store::requireKnown(database.stated(), store::schema::versions());
     makeFolder(folder);
     if (!QDir(folder).isEmpty())
         throw LoadError(QStringLiteral("%1: the folder isn't empty").arg(folder));
-    store::requireKnown(database.stated(), store::schema::versions());
     const store::Version& version = store::schema::version(store::versionOf(database));
     QStringList unread;
     for (const QString& name : database.tableNames())

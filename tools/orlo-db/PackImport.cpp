@@ -20,21 +20,8 @@ namespace
 
 constexpr qsizetype MostWrong = 20;
 
-// Rows that others point to come first.
-constexpr QStringView Order[] = {u"PackInfo",
-                                 u"Den_Titles",
-                                 u"Pack_Positions",
-                                 u"Dens",
-                                 u"Insignias",
-                                 u"Adults",
-                                 u"Scouts",
-                                 u"Leader_Den_Assignments",
-                                 u"Leader_Pack_Assn",
-                                 u"Assigned_Awards_Scouts",
-                                 u"Assigned_Awards_Adults",
-                                 u"Other_Purchase_List"};
-
-// The fields that identify a row already in the file. Required ones must not be empty.
+// A table that an import fills, and the fields that identify a row already in the file. Required ones must not be
+// empty.
 struct Identity {
     QStringView table;
     QStringList fields;
@@ -42,7 +29,8 @@ struct Identity {
     bool once = true; // also within the new rows; not for awards, which somebody may get twice on a day
 };
 
-const Identity& identityOf(QStringView table)
+// Tables that others point to come first. Null for a table that no import fills.
+const Identity* identityOf(const store::TableDef& table)
 {
     static const QStringList person = {QStringLiteral("Last_Name"), QStringLiteral("First_Name"),
                                        QStringLiteral("Birth_Date")};
@@ -58,19 +46,27 @@ const Identity& identityOf(QStringView table)
     static const QStringList item = {QStringLiteral("Item_Name")};
     static const QStringList denTitle = {QStringLiteral("Den_Title")};
     static const QStringList packTitle = {QStringLiteral("Pack_Titles")};
-    static const Identity All[] = {{u"Scouts", person, {}},
-                                   {u"Adults", person, {}},
-                                   {u"Dens", den, den},
-                                   {u"Insignias", award, award},
-                                   {u"Assigned_Awards_Scouts", scouts, scouts, false},
-                                   {u"Assigned_Awards_Adults", adults, adults, false},
-                                   {u"Leader_Den_Assignments", leads, leads.mid(0, 2)},
-                                   {u"Leader_Pack_Assn", serves, serves},
-                                   {u"Other_Purchase_List", item, item, false},
+    static const Identity All[] = {{u"PackInfo", {}, {}}, // there is only one pack
                                    {u"Den_Titles", denTitle, denTitle},
                                    {u"Pack_Positions", packTitle, packTitle},
-                                   {u"PackInfo", {}, {}}}; // there is only one pack
-    return *std::ranges::find(All, table, &Identity::table);
+                                   {u"Dens", den, den},
+                                   {u"Insignias", award, award},
+                                   {u"Adults", person, {}},
+                                   {u"Scouts", person, {}},
+                                   {u"Leader_Den_Assignments", leads, leads.mid(0, 2)},
+                                   {u"Leader_Pack_Assn", serves, serves},
+                                   {u"Assigned_Awards_Scouts", scouts, scouts, false},
+                                   {u"Assigned_Awards_Adults", adults, adults, false},
+                                   {u"Other_Purchase_List", item, item, false}};
+    const auto* found = std::ranges::find(All, table.name(), &Identity::table);
+    return found == std::end(All) ? nullptr : found;
+}
+
+// The key that the import gives to a new row, in tables like Scouts; a counter is given by the file, a title by people.
+QString givenKey(const store::TableDef& table)
+{
+    const Field* key = table.findField(keyField(table));
+    return key && key->type == FieldType::Integer && !key->autoIncrement ? key->name : QString();
 }
 
 // A row of a file: its fields in the table's order, and their positions.
@@ -84,7 +80,7 @@ class TableImport
 public:
     TableImport(store::Database& database, LinkTexts& links, const CsvFile& file)
         : m_database(database), m_links(links), m_file(file), m_table(*file.table), m_rows(database, m_table.name()),
-          m_identity(identityOf(m_table.name())), m_key(RowNames::keyOf(m_table.name()))
+          m_identity(*identityOf(m_table)), m_key(givenKey(m_table))
     {
     }
 
@@ -336,7 +332,7 @@ private:
     const store::TableDef& m_table;
     PackRows m_rows;
     const Identity& m_identity;
-    QString m_key; // the key of a den, a person or an award, which other rows point to
+    QString m_key; // of a table whose rows get their keys here
     QHash<QString, QString> m_known;
     std::vector<PackRows::Row> m_added;
     std::vector<std::pair<PackRows::Row, int>> m_there;
@@ -347,11 +343,11 @@ private:
 QStringList importPack(store::Database& database, const QString& folder, bool trial)
 {
     std::vector<CsvFile> files = csvFiles(folder, store::schema::Newest);
-    const auto rank = [](const CsvFile& file) { return std::ranges::find(Order, file.table->name()); };
+    const auto rank = [](const CsvFile& file) { return identityOf(*file.table); };
     for (const CsvFile& file : files)
-        if (rank(file) == std::end(Order))
+        if (!rank(file))
             throw LoadError(
-                QStringLiteral("%1: the program makes this table itself").arg(QFileInfo(file.path).fileName()));
+                QStringLiteral("%1: an import doesn't fill this table").arg(QFileInfo(file.path).fileName()));
     std::ranges::sort(files, {}, rank);
 
     store::Transaction transaction(database);

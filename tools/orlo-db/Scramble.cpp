@@ -8,6 +8,8 @@
 #include <QRandomGenerator>
 #include <QSet>
 
+#include <algorithm>
+
 using namespace orlo;
 using store::Database;
 using store::FieldType;
@@ -229,7 +231,7 @@ QStringList scramble(Database& pack, Database& made)
     }
     QStringList left;
     for (const QString& name : pack.queryNames()) {
-        const auto& own = store::schema::queries();
+        const auto& own = store::schema::queries(std::min(store::versionOf(pack), store::schema::Newest));
         const auto known = std::ranges::find_if(own, [&name](const auto& query) { return sameText(query.name, name); });
         if (known == own.end())
             left += name;

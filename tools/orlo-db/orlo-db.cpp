@@ -229,11 +229,12 @@ int importTables(const QString& file, const QString& folder, bool trial)
     {
         const Database look = engine::viewDatabase(file); // opening it to write changes even a file that isn't a pack's
         store::schema::requireOurs(look.tableNames());
+        if (const int version = store::versionOf(look); version < store::schema::Newest)
+            throw LoadError(QStringLiteral("%1: a file of version %2; the program brings it to version %3 at its start")
+                                .arg(file, store::versionText(version), store::versionText(store::schema::Newest)));
         for (const store::TableDef& table : store::schema::tables())
             if (!look.tableNames().contains(table.name(), Qt::CaseInsensitive))
-                throw LoadError(
-                    QStringLiteral("%1: has no table %2; the program updates a file of version 1.0 at its start")
-                        .arg(file, table.name()));
+                throw LoadError(QStringLiteral("%1: has no table %2").arg(file, table.name()));
         if (trial) {
             if (!room.isValid())
                 throw LoadError(room.errorString());
@@ -344,9 +345,10 @@ int main(int argc, char** argv)
     const QCommandLineOption from(QStringLiteral("from"),
                                   QStringLiteral("new: load the CSV files of <folder>, each named after its table."),
                                   QStringLiteral("folder"));
-    const QCommandLineOption format(QStringLiteral("format"),
-                                    QStringLiteral("new: make a file of this version: 1.0, or 1.1 as usual."),
-                                    QStringLiteral("version"));
+    const QCommandLineOption format(
+        QStringLiteral("format"),
+        QStringLiteral("new: make a file of this version, such as 1.0; of the newest without it."),
+        QStringLiteral("version"));
     const QCommandLineOption summary(QStringLiteral("summary"), QStringLiteral("compare: only the counts."));
     const QCommandLineOption trial(QStringLiteral("dry-run"),
                                    QStringLiteral("import: say what would be added, and change nothing."));

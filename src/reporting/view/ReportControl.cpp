@@ -26,7 +26,7 @@ namespace orlo::reporting
 namespace
 {
 
-std::function<store::Database*(const QString& path)> theProvider;
+std::function<store::Database*(const QString& path)> databaseProvider;
 
 // The databases of a run: the program's own if it has the file open, others opened here and closed at the end.
 class RunDatabases
@@ -35,7 +35,7 @@ public:
     store::Database& operator()(const QString& path)
     {
         const QString native = platform::nativePath(path);
-        if (store::Database* open = theProvider ? theProvider(native) : nullptr; open && open->isOpen())
+        if (store::Database* open = databaseProvider ? databaseProvider(native) : nullptr; open && open->isOpen())
             return *open;
         auto found = m_opened.find(native);
         if (found == m_opened.end())
@@ -237,7 +237,7 @@ PreviewWindow* ReportControl::preview() const
 
 void setDatabaseProvider(std::function<store::Database*(const QString& path)> provider)
 {
-    theProvider = std::move(provider);
+    databaseProvider = std::move(provider);
 }
 
 PreviewWindow* ReportControl::show(Document&& document)

@@ -75,7 +75,7 @@ void tellOverFrame(const QString& report)
 {
     auto* timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, qApp, [timer, report] {
-        const QWidget* frame = widgets::Form::mainWindow();
+        const QWidget* frame = widgets::mainWindow();
         if (!frame || !frame->isVisible() || QApplication::activeModalWidget())
             return;
         timer->stop();

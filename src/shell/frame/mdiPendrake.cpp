@@ -45,12 +45,12 @@ mdiPendrake::mdiPendrake() : ui(std::make_unique<Ui::mdiPendrake>())
     handOverDataForms();
     fitScreen();
     menuBar()->installEventFilter(this);
-    widgets::Form::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
+    widgets::setMainWindow(this, [this](widgets::Form& form) { showChild(form); });
 }
 
 mdiPendrake::~mdiPendrake()
 {
-    widgets::Form::setMainWindow(nullptr, {});
+    widgets::setMainWindow(nullptr, {});
 }
 
 mdiPendrake& mdiPendrake::instance()

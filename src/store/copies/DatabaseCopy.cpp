@@ -32,7 +32,7 @@ void copyDatabase(const Database& database, const QString& path)
 {
     Connection& connection = *database.connection();
     connection.ensureOpen();
-    connection.readyToWrite(); // a reading that goes on would be the state of its beginning
+    connection.readyToWrite(); // an open reading would show the state of its beginning
     sqlite3_busy_timeout(connection.handle(), CopyBusyMilliseconds);
     const auto patience = qScopeGuard([&connection] { connection.waitForOthers(); });
     if (!connection.beginReading())

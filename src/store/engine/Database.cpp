@@ -98,11 +98,11 @@ Database::Database(std::shared_ptr<Connection> connection) : m_connection(std::m
 {
 }
 
-Recordset Database::openRecordset(const QString& source, const std::function<void()>& readingOn)
+Recordset Database::openRecordset(const QString& source, const std::function<void()>& progress)
 {
     m_connection->ensureOpen();
     const platform::TimeLog time(platform::sqlLog(), source);
-    return {m_connection, source, readingOn};
+    return {m_connection, source, progress};
 }
 
 void Database::execute(const QString& sql)

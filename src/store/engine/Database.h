@@ -76,8 +76,8 @@ class Database
 public:
     /// Opens a record set on a table, a stored query or a Select of the dialect. Raises 3078 for an unknown table, 3061
     /// for an unknown field, 3075 for what can't be parsed, 3420 on a closed database. While a long snapshot is read,
-    /// readingOn is called now and then; it may throw to stop the reading.
-    [[nodiscard]] Recordset openRecordset(const QString& source, const std::function<void()>& readingOn = {});
+    /// progress is called now and then; it may throw to stop the reading.
+    [[nodiscard]] Recordset openRecordset(const QString& source, const std::function<void()>& progress = {});
     /// Runs an Insert, Update or Delete. Rows that the file refuses are skipped silently. Raises as openRecordset().
     void execute(const QString& sql);
     /// Flushes and closes the file; no other file is needed then. Raises 3420 if it is closed.

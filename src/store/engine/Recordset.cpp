@@ -4,6 +4,7 @@
 #include "platform/Text.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/Database.h"
 #include "store/engine/Source.h"
 
 #include <sqlite3.h>
@@ -35,17 +36,17 @@ qint64 minNewNumber()
 } // namespace
 
 Recordset::Recordset(std::shared_ptr<Connection> connection, const QString& source,
-                     const std::function<void()>& readingOn)
+                     const std::function<void()>& progress)
     : m_connection(std::move(connection)), m_source(m_connection->source(source)), m_shape(m_source->shape)
 {
     if (updatable()) {
         openNumbers();
         go(0);
     } else
-        openSnapshot(readingOn);
+        openSnapshot(progress);
 }
 
-void Recordset::openSnapshot(const std::function<void()>& readingOn)
+void Recordset::openSnapshot(const std::function<void()>& progress)
 {
     auto statement = m_connection->statement(m_source->rowsSql, Origin::Outside);
     auto shape = std::make_shared<RowShape>();
@@ -56,8 +57,8 @@ void Recordset::openSnapshot(const std::function<void()>& readingOn)
         if (rows.size() == MaxRows)
             refuse(platform::ResourceExceeded);
         rows.append(statement.handle());
-        if (readingOn && rows.size() % RowsBetweenCalls == 0)
-            readingOn();
+        if (progress && rows.size() % RowsBetweenCalls == 0)
+            progress();
     }
     m_size = rows.size();
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {

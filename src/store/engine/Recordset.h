@@ -27,7 +27,7 @@ class Recordset
 {
 public:
     /// As Database::openRecordset().
-    Recordset(std::shared_ptr<Connection> connection, const QString& source, const std::function<void()>& readingOn);
+    Recordset(std::shared_ptr<Connection> connection, const QString& source, const std::function<void()>& progress);
     ~Recordset() = default;
     Recordset(Recordset&&) noexcept = default;
     Recordset& operator=(Recordset&&) noexcept = default;
@@ -97,7 +97,7 @@ private:
         std::vector<bool> changed;
     };
 
-    void openSnapshot(const std::function<void()>& readingOn);
+    void openSnapshot(const std::function<void()>& progress);
     void openNumbers();
     void requireOpen() const; // raises 3420
     void requireRecord() const;

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -74,6 +75,9 @@ constexpr Meaning Words[] = {
     {u"with", Refused},
     {u"yes", True},
 };
+
+static_assert(std::ranges::is_sorted(Words, {}, [](const Meaning& word) { return word.text.front().unicode(); }),
+              "the words are found by their first letters");
 
 // Longer signs come first. Refused ones start comments or belong to other dialects.
 constexpr Meaning Signs[] = {{u",", Comma},        {u"==", Refused}, {u"=", Equal},    {u".", Dot},

@@ -16,7 +16,6 @@ using schema::Newest;
 using schema::V10;
 using schema::V11;
 
-constexpr int Numbers[] = {V11, V10}; // newest first
 constexpr QLatin1StringView DenTitleTable("Den_Titles");
 constexpr QLatin1StringView PackTitleTable("Pack_Positions");
 

@@ -18,7 +18,8 @@ namespace schema
 {
 inline constexpr int V10 = 10;
 inline constexpr int V11 = 11;
-inline constexpr int Newest = V11;
+inline constexpr int Numbers[] = {V11, V10}; // newest first
+inline constexpr int Newest = Numbers[0];
 
 /// All versions, newest first, in the form that the engine takes.
 [[nodiscard]] const Versions& versions();
