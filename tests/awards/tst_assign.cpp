@@ -1,4 +1,3 @@
-#include "awards/frmAssignInsignias.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
@@ -7,6 +6,7 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QTabWidget>
 
 using namespace orlo;
@@ -57,7 +57,8 @@ QString marked(const TextGrid& grid)
     });
 }
 
-struct Screen : test::RecordScreen<frmAssignInsignias> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmAssignInsignias") {}
     TextGrid& pack = get<TextGrid>("fgSelectFrom");
     TextGrid& scouts = get<TextGrid>("fgSelScoutsFromByDen");
     TextGrid& adults = get<TextGrid>("fgSelAdultsFromByDen");

@@ -1,5 +1,4 @@
 #include "platform/Conversion.h"
-#include "reports/frmCreatePurchaseList.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
@@ -12,7 +11,9 @@ using namespace orlo;
 namespace
 {
 
-using Screen = test::RecordScreen<frmCreatePurchaseList>;
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmCreatePurchaseList") {}
+};
 
 constexpr auto Awards = R"(
 INSERT INTO Purchase_List (Award_Name, Quantity) VALUES ('left over', 3);

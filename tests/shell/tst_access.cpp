@@ -1,6 +1,7 @@
 #include "support/Main.h"
 #include "support/Windows.h"
 #include "widgets/Contrast.h"
+#include "widgets/Form.h"
 
 #include <QtWidgets/QtWidgets>
 

@@ -1,5 +1,6 @@
 #include "store/schema/Migration.h"
 
+#include "store/engine/Version.h"
 #include "store/schema/Update11.h"
 
 #include <algorithm>
