@@ -11,8 +11,11 @@
 #include "widgets/TextGrid.h"
 #include "widgets/Twips.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
+
+#include <optional>
 
 using namespace orlo;
 using test::press;

@@ -14,6 +14,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include <optional>
+
 using namespace orlo;
 
 namespace

@@ -9,6 +9,8 @@
 #include <QRegularExpression>
 #include <QTabWidget>
 
+#include <optional>
+
 using namespace orlo;
 using widgets::ComboBox;
 using widgets::TextGrid;

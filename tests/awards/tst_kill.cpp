@@ -12,8 +12,11 @@
 
 #include <QCoreApplication>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QRandomGenerator>
+#include <QTest>
+#include <QThread>
 
 #include <cstdio>
 #include <map>

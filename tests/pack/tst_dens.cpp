@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 
+#include <optional>
+
 using namespace orlo;
 using test::rows;
 using test::textsOf;

@@ -4,7 +4,11 @@
 #include "widgets/BoundGrid.h"
 
 #include <QApplication>
+#include <QImage>
+#include <QPointer>
 #include <QPushButton>
+
+#include <optional>
 
 using namespace orlo;
 using test::rows;

@@ -3,8 +3,11 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QTableView>
+
+#include <optional>
 
 using namespace orlo;
 

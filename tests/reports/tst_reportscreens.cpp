@@ -18,7 +18,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QDockWidget>
+#include <QFile>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
+#include <QTimer>
 
 using namespace orlo;
 
@@ -77,7 +81,7 @@ private Q_SLOTS:
 
     void doubleClickOpensOneWindow()
     {
-        const auto screen("dlgScoutList");
+        const Screen screen("dlgScoutList");
         screen.view();
         QTest::mouseDClick(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
         QTest::mouseRelease(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});

@@ -6,9 +6,13 @@
 #include "widgets/ListBox.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolTip>
 
 using namespace orlo;

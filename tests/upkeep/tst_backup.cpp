@@ -15,9 +15,14 @@
 #include "widgets/Form.h"
 #include "widgets/MessageBox.h"
 
+#include <QAction>
+#include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QTreeWidgetItemIterator>
 
 using namespace orlo;

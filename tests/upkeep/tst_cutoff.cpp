@@ -12,9 +12,16 @@
 #include "widgets/Application.h"
 #include "widgets/DriveList.h"
 
+#include <QDir>
 #include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
 #include <QPushButton>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
 
 #include <cstdio>
 #include <map>

@@ -13,6 +13,7 @@
 #include "widgets/Application.h"
 
 #include <QFile>
+#include <QProcess>
 
 #include <cstdio>
 

@@ -10,6 +10,8 @@
 #include "support/Table.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QProcess>
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QTimer>

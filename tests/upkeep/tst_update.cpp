@@ -11,6 +11,7 @@
 #include "support/Table.h"
 #include "widgets/Application.h"
 
+#include <QDir>
 #include <QFile>
 
 using namespace orlo;
