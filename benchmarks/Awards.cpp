@@ -4,6 +4,7 @@
 #include "Table.h"
 #include "awards/frmAssignInsignias.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
 #include "widgets/ComboBox.h"
 #include "widgets/OptionButton.h"
 #include "widgets/TextGrid.h"

@@ -2,6 +2,8 @@
 #include "Subjects.h"
 #include "Table.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 
 namespace orlo::bench
 {

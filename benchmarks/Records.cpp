@@ -2,7 +2,9 @@
 #include "Subjects.h"
 #include "Table.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
 #include "store/engine/Functions.h"
+#include "store/engine/Value.h"
 
 #include <QSqlDatabase>
 #include <QSqlDriver>

@@ -5,6 +5,7 @@
 #include "reporting/Paint.h"
 #include "reporting/Renderer.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
 
 #include <QPainter>
 #include <QPdfWriter>

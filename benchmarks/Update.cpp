@@ -2,6 +2,7 @@
 #include "Subjects.h"
 #include "Table.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/TableDef.h"
 #include "store/engine/TableSql.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"

@@ -1,9 +1,14 @@
 #!/usr/bin/env bash
 # What a build costs: the time that its steps took, added up by kind, from the build's own log.
-# cmake/edge-times.sh [BUILD_FOLDER]. A step that was run again counts once, with its last time.
+# cmake/edge-times.sh [BUILD_FOLDER [HEADER]]. A step that was run again counts once, with its last time. With a header,
+# such as store/engine/Value.h, only the objects that include it count: what a change of it compiles again.
 set -euo pipefail
-build=${1:-$(dirname "$0")/../build}
-awk -F'\t' '
+build=${1:-$(dirname "$0")/../build} header=${2:-}
+{
+    [ -z "$header" ] || ninja -C "$build" -t deps
+    echo
+    cat "$build/.ninja_log"
+} | awk -F'\t' -v header="$header" '
     function kind(name) {
         if (name ~ /_autogen/) return "moc and uic"
         if (name ~ /\.o$/) return name ~ /^src\// ? "objects of src" : name ~ /^tests\// ? "objects of tests" : "objects of tools and benchmarks"
@@ -12,7 +17,9 @@ awk -F'\t' '
         if (name ~ /^(app|tools|benchmarks)\/[^.]*$/) return "linking programs"
         return "other"
     }
-    NR > 1 && !/^#/ { spent[$4] = $2 - $1; hash[$4] = $5 }
+    /: #deps / { object = $1; sub(/: #deps .*/, "", object) }
+    /^ / && index($1 "\n", "/" header "\n") { includes[object] = 1 }
+    NF == 5 && (header == "" || $4 in includes) { spent[$4] = $2 - $1; hash[$4] = $5 }
     END {
         for (name in spent) if (!((spent[name], hash[name]) in seen)) {
             seen[spent[name], hash[name]] = 1 # a step with several results
@@ -21,5 +28,5 @@ awk -F'\t' '
         for (k in time) printf "%8.1f s  %4d  %s\n", time[k] / 1000, edges[k], k | "sort -rn"
         close("sort -rn")
         printf "%8.1f s  %4d  in all\n", total / 1000, steps
-    }' "$build/.ninja_log"
-du -sh "$build" | awk '{ print $1 "  size of the build tree" }'
+    }'
+[ -n "$header" ] || du -sh "$build" | awk '{ print $1 "  size of the build tree" }'

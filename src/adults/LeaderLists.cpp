@@ -3,6 +3,8 @@
 #include "platform/RuntimeError.h"
 #include "shell/forms/DenList.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/ComboBox.h"
 
 #include <QLineEdit>

@@ -2,6 +2,8 @@
 
 #include "adults/frmAdults.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "ui_dlgAddDenLeaderAsign.h"
 
 namespace orlo

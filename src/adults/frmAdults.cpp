@@ -10,6 +10,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
+#include "store/engine/Value.h"
 #include "ui_frmAdults.h"
 #include "widgets/DataControl.h"
 #include "widgets/MessageBox.h"

@@ -5,6 +5,8 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonShown.h"
 #include "shell/forms/dlgCalendar.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/CheckListBox.h"
 #include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"

@@ -1,6 +1,8 @@
 #include "awards/AwardList.h"
 
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 
 namespace orlo
 {

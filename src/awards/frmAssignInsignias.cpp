@@ -6,6 +6,8 @@
 #include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/dlgCalendar.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "ui_frmAssignInsignias.h"
 #include "widgets/EmptyText.h"
 #include "widgets/MessageBox.h"

@@ -2,6 +2,7 @@
 
 #include "awards/InsigniaTypes.h"
 #include "awards/dlgFindInsignia.h"
+#include "store/engine/Value.h"
 #include "ui_frmInsigniaInfo.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"

@@ -3,6 +3,8 @@
 #include "pack/frmDenInfo.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/EmptyText.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"

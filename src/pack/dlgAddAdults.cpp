@@ -2,6 +2,7 @@
 
 #include "pack/frmDenInfo.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
 #include "ui_dlgAddAdults.h"
 
 namespace orlo

@@ -1,6 +1,8 @@
 #include "pack/dlgAddScouts.h"
 
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "ui_dlgAddScouts.h"
 
 namespace orlo

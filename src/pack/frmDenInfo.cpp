@@ -6,6 +6,8 @@
 #include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "ui_frmDenInfo.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"

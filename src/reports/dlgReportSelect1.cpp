@@ -6,6 +6,8 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
 #include "shell/forms/dlgCalendar.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "ui_dlgReportSelect1.h"
 
 #include <QEvent>

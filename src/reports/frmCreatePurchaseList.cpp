@@ -5,6 +5,7 @@
 #include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/dlgCalendar.h"
+#include "store/engine/Database.h"
 #include "ui_frmCreatePurchaseList.h"
 #include "widgets/DataControl.h"
 #include "widgets/EmptyText.h"

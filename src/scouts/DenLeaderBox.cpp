@@ -1,5 +1,6 @@
 #include "scouts/DenLeaderBox.h"
 
+#include "store/engine/Value.h"
 #include "widgets/CheckBox.h"
 #include "widgets/MessageBox.h"
 

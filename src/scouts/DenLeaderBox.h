@@ -1,11 +1,14 @@
 #pragma once
 
-#include "store/engine/Value.h"
-
 #include <QObject>
 
 #include <cstdint>
 #include <functional>
+
+namespace orlo::store
+{
+class Value;
+}
 
 namespace orlo::widgets
 {

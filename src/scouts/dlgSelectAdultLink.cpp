@@ -3,6 +3,8 @@
 #include "scouts/frmScouts.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "ui_dlgSelectAdultLink.h"
 #include "widgets/EmptyText.h"
 

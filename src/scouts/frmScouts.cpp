@@ -10,6 +10,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/forms/Reading.h"
 #include "shell/forms/dlgCalendar.h"
+#include "store/engine/Value.h"
 #include "ui_frmScouts.h"
 #include "widgets/MessageBox.h"
 #include "widgets/TextBox.h"

@@ -165,7 +165,7 @@ bool BoundGrid::writeOpenRow()
 }
 
 // A cell says what it accepts; what is wrong with the whole row, the database says.
-QString BoundGrid::refusalText(const BoundGridModel::Refusal& refusal) const
+QString BoundGrid::refusalText(const RowRefusal& refusal) const
 {
     const QString takes = refusal.column < 0 ? QString() : m_model->takes(refusal.column);
     return takes.isEmpty() ? refusal.error.description()
@@ -420,6 +420,11 @@ void BoundGrid::setStretchColumn(int column)
 {
     m_stretched = column;
     applyColumns();
+}
+
+int BoundGrid::stretchColumn() const
+{
+    return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched;
 }
 
 void BoundGrid::stretch()

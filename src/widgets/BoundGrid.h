@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/BoundGridModel.h"
+#include "widgets/GridLayout.h"
 
 #include <QHash>
 #include <QPointer>
@@ -13,8 +13,10 @@ class QLabel;
 namespace orlo::widgets
 {
 
+class BoundGridModel;
 class DataControl;
 class RowGuard;
+struct RowRefusal;
 
 /// An editable grid for the records of a data control.
 ///
@@ -51,7 +53,7 @@ public:
     /// its width.
     void setStretchColumn(int column);
     /// That column.
-    [[nodiscard]] int stretchColumn() const { return m_stretched < 0 ? m_model->columnCount() - 1 : m_stretched; }
+    [[nodiscard]] int stretchColumn() const;
 
     /// The title above the column headings, also used for the grid's messages; "" for none.
     [[nodiscard]] QString caption() const;
@@ -100,7 +102,7 @@ private:
     [[nodiscard]] QWidget* cellEditor() const;
     void commitOpenEditor();
     bool writeOpenRow();
-    [[nodiscard]] QString refusalText(const BoundGridModel::Refusal& refusal) const;
+    [[nodiscard]] QString refusalText(const RowRefusal& refusal) const;
     void deleteRows(QModelIndexList rows);
     void copyCells() const;
     void pasteCells();

@@ -166,7 +166,7 @@ QString BoundGridModel::takes(int column) const
     return {};
 }
 
-std::optional<BoundGridModel::Refusal> BoundGridModel::write()
+std::optional<RowRefusal> BoundGridModel::write()
 {
     if (m_openRow < 0)
         return {};
@@ -190,7 +190,7 @@ std::optional<BoundGridModel::Refusal> BoundGridModel::write()
     } catch (const platform::RuntimeError& error) {
         if (set && error.number() != platform::ObjectInvalid)
             set->cancelUpdate();
-        return Refusal{error, column};
+        return RowRefusal{error, column};
     }
     const int row = m_openRow;
     m_records += std::exchange(m_newRow, false) ? 1 : 0;

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 #include "store/engine/Recordset.h"
+#include "store/engine/Value.h"
 #include "widgets/GridLayout.h"
 
 #include <QAbstractTableModel>
@@ -17,6 +18,12 @@ namespace orlo::widgets
 
 class DataControl;
 
+/// Why a row wasn't written, and the column at fault; -1 for the row as a whole.
+struct RowRefusal {
+    platform::RuntimeError error;
+    int column = -1;
+};
+
 /// The rows of a BoundGrid: one per record, then a new record being typed, then the empty line for the next one.
 ///
 /// At most one row is open. What is typed in it is kept here and goes to the record set in one step, by write(), so
@@ -27,12 +34,6 @@ class BoundGridModel : public QAbstractTableModel
 
 public:
     using QAbstractTableModel::QAbstractTableModel;
-
-    /// Why a row wasn't written, and the column at fault; -1 for the row as a whole.
-    struct Refusal {
-        platform::RuntimeError error;
-        int column = -1;
-    };
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -64,7 +65,7 @@ public:
     /// The row being edited; -1 for none.
     [[nodiscard]] int openRow() const { return m_openRow; }
     /// Writes the open row, if any; a refused one stays open.
-    std::optional<Refusal> write();
+    std::optional<RowRefusal> write();
     /// Closes the open row and drops what was typed.
     void cancel();
     /// Deletes a record. Raises what the record set raises.

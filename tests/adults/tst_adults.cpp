@@ -1,5 +1,5 @@
-#include "adults/frmAdults.h"
 #include "platform/Conversion.h"
+#include "shell/forms/PersonShown.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Pack.h"
@@ -7,11 +7,15 @@
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/ComboBox.h"
+#include "widgets/ListBox.h"
 #include "widgets/TextGrid.h"
 #include "widgets/Twips.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
+
+#include <optional>
 
 using namespace orlo;
 using test::press;
@@ -33,7 +37,8 @@ QString left()
     return QString("%1 + %2").arg(test::count("Leader_Den_Assignments")).arg(test::count("Leader_Pack_Assn"));
 }
 
-struct Screen : test::RecordScreen<frmAdults> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmAdults") {}
     widgets::ListBox& list = get<widgets::ListBox>("lbAdults");
     widgets::BoundGrid& grid = get<widgets::BoundGrid>("dbgDenAssignment");
     widgets::TextGrid& awards = get<widgets::TextGrid>("fgAdultsAwards");
@@ -93,7 +98,8 @@ void play(std::initializer_list<const char*> columns)
     for (int row = 0; row < screen.awards.rows(); ++row)
         grid += "; " + screen.awards.text(row, 1) + '/' + screen.awards.text(row, 2) + '/' + screen.awards.text(row, 3);
     const bool onRecord = screen.list.listCount() > 0 && screen.get("cmdNew").isEnabled();
-    const QString key = "= " + QString::number(onRecord ? screen.form.GetAdultSID() : 0);
+    const QString key =
+        "= " + QString::number(onRecord ? dynamic_cast<const PersonShown&>(screen.form).currentPerson() : 0);
     const QString held = rows("Select * From Leader_Den_Assignments Where Adult_SID " + key + " Order by Den_SID") +
                          " + " +
                          rows("Select Leader_SID, Position_Title, Sort_Order, Leader_Pack_Assn From Leader_Pack_Assn "

@@ -1,8 +1,6 @@
-#include "awards/frmAddAdultAwards.h"
-#include "awards/frmAddAwardsToScout.h"
-#include "awards/frmEditAssignedAward.h"
+#include "awards/AddAwardsForm.h"
 #include "platform/Conversion.h"
-#include "scouts/frmScouts.h"
+#include "shell/forms/Module1.h"
 #include "shell/forms/PersonShown.h"
 #include "support/Main.h"
 #include "support/Pack.h"
@@ -10,8 +8,13 @@
 #include "support/Table.h"
 #include "widgets/CheckListBox.h"
 #include "widgets/ComboBox.h"
+#include "widgets/ListBox.h"
 
+#include <QApplication>
 #include <QLineEdit>
+#include <QPushButton>
+
+#include <optional>
 
 using namespace orlo;
 
@@ -37,10 +40,12 @@ struct People : PersonShown {
     void ReloadAwardGrid() override { calls += QApplication::overrideCursor() ? "busy reload" : "reload"; }
 };
 
-template <class F>
-struct Screen : test::RecordScreen<F> {
-    widgets::CheckListBox& catalogue = test::control<widgets::CheckListBox>(this->form, "lbAwardList");
-    widgets::ListBox& selected = test::control<widgets::ListBox>(this->form, "lbSelected");
+struct Screen : test::RecordScreen {
+    widgets::CheckListBox& catalogue = get<widgets::CheckListBox>("lbAwardList");
+    widgets::ListBox& selected = get<widgets::ListBox>("lbSelected");
+
+    using RecordScreen::RecordScreen;
+    void giveTo(PersonShown& people) const { dynamic_cast<AddAwardsForm&>(form).giveTo(people); }
 
     // "tick 3": a word, and the row of the list that it applies to.
     void step(const QString& words) const
@@ -61,7 +66,7 @@ struct Screen : test::RecordScreen<F> {
         if (word == "drop")
             QTest::mouseDClick(selected.viewport(), Qt::LeftButton, {},
                                selected.visualItemRect(selected.item(row)).center());
-        for (auto* button : this->form.template findChildren<QPushButton*>())
+        for (auto* button : form.findChildren<QPushButton*>())
             if (button->text() == word)
                 QTest::mouseClick(button, Qt::LeftButton);
     }
@@ -75,15 +80,15 @@ struct Screen : test::RecordScreen<F> {
         return (checked + '@' + QString::number(catalogue.listIndex()) + ' ' + test::textsOf(selected)).trimmed();
     }
 };
-using Adult = frmAddAdultAwards;
+constexpr auto Adult = "frmAddAdultAwards";
+constexpr auto Scout = "frmAddAwardsToScout";
 
 // Selects awards, types the date and adds them.
-template <class F>
-void add(const QString& steps, const QString& day)
+void add(const QString& dialog, const QString& steps, const QString& day)
 {
     People people;
-    const Screen<F> screen;
-    screen.form.giveTo(people);
+    const Screen screen(dialog);
+    screen.giveTo(people);
     for (const QString& step : steps.split(", "))
         screen.step(step);
     screen.type("txtAssignedDate", day);
@@ -108,7 +113,7 @@ private Q_SLOTS:
     void listsStayInStep_data() { test::tableOf("awards/addawards_listsStayInStep.txt"); }
     void listsStayInStep()
     {
-        const Screen<Adult> screen;
+        const Screen screen(Adult);
         QCOMPARE(test::textsOf(screen.catalogue),
                  "ant Pin; Bear Badge; Bear Cub Badge; Bear Pin; Bear Pin; Wolf Badge");
         for (const QString& step : test::cell("steps").split(", "))
@@ -120,15 +125,15 @@ private Q_SLOTS:
     void adding()
     {
         test::fill("Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID) Values (101, 5)"); // given earlier
-        add<Adult>("tick 5, tick 0, tick 4", "2/5/26");
+        add(Adult, "tick 5, tick 0, tick 4", "2/5/26");
         const QStringList once{"person", "person", "person", "busy reload"};
         QCOMPARE(calls, once);
-        QVERIFY(!widgets::Instance<Adult>::loaded());
+        QVERIFY(!test::loadedForm(Adult));
         QCOMPARE(
             test::rows("Select Adult_SID, Insignia_SID, Year, Month From Assigned_Awards_Adults Order By Adult_SID"),
             "101/5/Null/Null, 101/5/2026/2, 102/2/2026/2, 103/1/2026/2");
         calls.clear();
-        add<frmAddAwardsToScout>("tick 5, tick 0, tick 4", "2/5/26");
+        add(Scout, "tick 5, tick 0, tick 4", "2/5/26");
         QCOMPARE(calls, once);
         QCOMPARE(test::rows(Scouts),
                  "101/5/2/5/2026/2026/2/Null, 102/2/2/5/2026/2026/2/Null, 103/1/2/5/2026/2026/2/Null");
@@ -137,28 +142,28 @@ private Q_SLOTS:
     void scoutOnScreen()
     {
         test::fill("Delete From Insignias;" + QString(test::Pack) + "Delete From Insignias;" + Awards);
-        widgets::Instance<frmScouts>::show();
-        const Screen<frmAddAwardsToScout> screen;
-        screen.form.giveTo(widgets::Instance<frmScouts>::get());
+        auto& scouts = test::showForm("frmScouts");
+        const Screen screen(Scout);
+        screen.giveTo(dynamic_cast<PersonShown&>(scouts));
         screen.step("tick 1");
         screen.run("day>cmdSelectDate",
                    [&](const QString&) { QTest::mouseDClick(&screen.get("txtAssignedDate"), Qt::LeftButton); });
         QTest::keyClick(&screen.catalogue, Qt::Key_Return);
-        QVERIFY(!widgets::Instance<frmAddAwardsToScout>::loaded());
+        QVERIFY(!test::loadedForm(Scout));
         QCOMPARE(test::rows(Scouts), "3/3/5/9/2026/2026/5/Null");
     }
 
     void leaving_data() { test::tableOf("awards/addawards_leaving.txt"); }
     void leaving()
     {
-        const Screen<Adult> screen;
+        const Screen screen(Adult);
         screen.step(test::cell("step"));
         screen.type("txtAssignedDate", test::cell("date"));
         screen.catalogue.setFocus();
         const auto told = test::answerNext();
         QTest::keyClick(&screen.catalogue, test::cell("key") == "Return" ? Qt::Key_Return : Qt::Key_Escape);
         QTEST(told->text + told->title, "told");
-        QCOMPARE(widgets::Instance<Adult>::loaded() != nullptr, told->shown);
+        QCOMPARE(test::loadedForm(Adult) != nullptr, told->shown);
         QVERIFY(calls.isEmpty() && test::count("Assigned_Awards_Adults") == 0);
         QVERIFY(!told->shown || screen.form.focusWidget()->objectName() == "txtAssignedDate");
     }
@@ -169,7 +174,7 @@ private Q_SLOTS:
     {
         const QString refuse = "Create Unique Index Once On Assigned_Awards_Adults (Adult_SID, Insignia_SID);"
                                "Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID) Values (103, 6)";
-        QTEST(test::failureInChild(refuse, [] { add<Adult>("<<", test::cell("date")); }), "number");
+        QTEST(test::failureInChild(refuse, [] { add(Adult, "<<", test::cell("date")); }), "number");
         QTEST(QString::number(test::count("Assigned_Awards_Adults")), "added");
     }
 
@@ -179,7 +184,7 @@ private Q_SLOTS:
         QFETCH(QString, quantity);
         std::tie(gEditDate, gEditQuantity, gEditAwardText) = std::tuple("1/2/26", std::int16_t{1}, "Bear Pin");
         std::tie(gEditInsigniaSID, gEditSaved) = std::tuple(std::int16_t{2}, false);
-        const test::RecordScreen<frmEditAssignedAward> screen;
+        const test::RecordScreen screen("frmEditAssignedAward");
         const auto& box = screen.get<widgets::ComboBox>("cmbAward");
         QCOMPARE(screen.get<QLineEdit>("txtDateAssigned").text() + ' ' + screen.get<QLineEdit>("txtQuantity").text() +
                      ' ' + box.text() + ' ' + box.list(5),
@@ -190,7 +195,7 @@ private Q_SLOTS:
             screen.run("day>cmdSelectDate",
                        [&](const QString&) { QTest::mouseDClick(&screen.get("txtDateAssigned"), Qt::LeftButton); });
         QTest::keyClick(&screen.get("txtQuantity"), test::cell("leave") == "Return" ? Qt::Key_Return : Qt::Key_Escape);
-        QVERIFY(!widgets::Instance<frmEditAssignedAward>::loaded());
+        QVERIFY(!test::loadedForm("frmEditAssignedAward"));
         test::compare({{"count", QString::number(gEditQuantity)},
                        {"key", QString::number(gEditInsigniaSID)},
                        {"date", gEditDate},

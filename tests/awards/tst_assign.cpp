@@ -1,4 +1,3 @@
-#include "awards/frmAssignInsignias.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
@@ -7,7 +6,10 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QTabWidget>
+
+#include <optional>
 
 using namespace orlo;
 using widgets::ComboBox;
@@ -57,7 +59,8 @@ QString marked(const TextGrid& grid)
     });
 }
 
-struct Screen : test::RecordScreen<frmAssignInsignias> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmAssignInsignias") {}
     TextGrid& pack = get<TextGrid>("fgSelectFrom");
     TextGrid& scouts = get<TextGrid>("fgSelScoutsFromByDen");
     TextGrid& adults = get<TextGrid>("fgSelAdultsFromByDen");

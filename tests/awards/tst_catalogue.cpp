@@ -1,4 +1,3 @@
-#include "awards/frmInsigniaInfo.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
@@ -7,12 +6,15 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include <optional>
+
 using namespace orlo;
 
 namespace
 {
 
-struct Screen : test::RecordScreen<frmInsigniaInfo> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmInsigniaInfo") {}
     QLineEdit& name = get<QLineEdit>("txtInsigniaName");
 
     // Find is among the live buttons; also the name, the description and the selected option.

@@ -1,5 +1,8 @@
-#include "awards/frmAddAwardsToScout.h"
-#include "scouts/frmScouts.h"
+#include "awards/AddAwardsForm.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/PersonShown.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "store/opening/OpenFile.h"
 #include "support/Main.h"
 #include "support/Pack.h"
@@ -7,8 +10,13 @@
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
 
+#include <QCoreApplication>
 #include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
 #include <QRandomGenerator>
+#include <QTest>
+#include <QThread>
 
 #include <cstdio>
 #include <map>
@@ -38,7 +46,7 @@ void assign(int n)
 
 void saveScout(int n)
 {
-    const auto& form = widgets::Instance<frmScouts>::get();
+    const QWidget& form = test::formOf("frmScouts");
     test::control<QPushButton>(form, "cmdNew").click();
     test::control<QLineEdit>(form, "txtFirst").setText(QString::number(n));
     test::control<QLineEdit>(form, "txtPackStartDate").setText("2/5/2026");
@@ -48,8 +56,8 @@ void saveScout(int n)
 // Adds the catalogue's two awards to the scout on screen.
 void addAwards(int)
 {
-    auto& form = widgets::Instance<frmAddAwardsToScout>::get();
-    form.giveTo(widgets::Instance<frmScouts>::get());
+    QWidget& form = test::formOf("frmAddAwardsToScout");
+    dynamic_cast<AddAwardsForm&>(form).giveTo(dynamic_cast<PersonShown&>(test::formOf("frmScouts")));
     test::control<QPushButton>(form, "cmdSelectAll").click();
     test::control<QLineEdit>(form, "txtAssignedDate").setText("2/5/2026");
     test::control<QPushButton>(form, "cmdAddToScout").click();

@@ -1,6 +1,7 @@
 #include "hands/Hands.h"
 
 #include "hands/Server.h"
+#include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
 #include "support/RecordScreen.h"
 #include "widgets/Form.h"

@@ -1,4 +1,5 @@
 #include "hands/Hands.h"
+#include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"

@@ -1,11 +1,7 @@
-#include "adults/frmAdults.h"
-#include "awards/frmAssignInsignias.h"
-#include "awards/frmInsigniaInfo.h"
-#include "pack/frmDenInfo.h"
-#include "pack/frmPackDenPositions.h"
-#include "pack/frmPackInformation.h"
-#include "scouts/frmScouts.h"
+#include "shell/frame/mdiPendrake.h"
 #include "support/Main.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
 #include "support/Windows.h"
 #include "widgets/PageScroll.h"
 
@@ -15,18 +11,6 @@ using namespace orlo;
 
 namespace
 {
-
-struct Child {
-    QString name;
-    void (*show)();
-    void (*unload)();
-};
-
-template <class F>
-Child child()
-{
-    return {F::staticMetaObject.className(), widgets::Instance<F>::show, widgets::Instance<F>::unload};
-}
 
 // Scrolls a widget into view, as far as possible.
 void bring(const QWidget& widget)
@@ -95,18 +79,13 @@ private Q_SLOTS:
     }
 
     // Only the page scrolls, and not even that with the usual font size.
-    void staysWhole_data()
-    {
-        QTest::addColumn<Child>("form");
-        for (const Child& form : {child<frmScouts>(), child<frmAdults>()})
-            QTest::newRow(qPrintable(form.name)) << form;
-    }
+    void staysWhole_data() { test::table({"form"}, "frmScouts\nfrmAdults"); }
     void staysWhole()
     {
-        QFETCH(Child, form);
+        QFETCH(QString, form);
         const test::AppFolder folder;
         test::prepareForWindows();
-        form.show();
+        test::showForm(form);
         auto& shown = *test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea").currentSubWindow()->widget();
         const bool usual =
             !qEnvironmentVariableIntValue("ORLO_TEST_LETTERS") && shown.screen()->availableSize().width() >= 1024;
@@ -126,7 +105,7 @@ private Q_SLOTS:
                 return cut.isEmpty();
             },
             1000);
-        form.unload();
+        test::unloadForm(form);
         QCOMPARE(cut, QString());
     }
 
@@ -137,21 +116,20 @@ private Q_SLOTS:
         const test::AppFolder folder;
         test::prepareForWindows();
         auto& area = test::control<QMdiArea>(mdiPendrake::instance(), "mdiArea");
-        const Child forms[] = {child<frmScouts>(),         child<frmAdults>(),          child<frmDenInfo>(),
-                               child<frmInsigniaInfo>(),   child<frmPackInformation>(), child<frmPackDenPositions>(),
-                               child<frmAssignInsignias>()};
+        const QString forms[] = {"frmScouts",          "frmAdults",           "frmDenInfo",        "frmInsigniaInfo",
+                                 "frmPackInformation", "frmPackDenPositions", "frmAssignInsignias"};
         const auto settle = [] { QTest::qWait(1); };
         QStringList faults;
         for (auto state : {&QWidget::showNormal, &QWidget::showMinimized, &QWidget::showMaximized}) {
             for (std::size_t step = 1, at = 0, next = 0; step < 7; ++step)
                 do {
-                    forms[at].show();
+                    test::showForm(forms[at]);
                     auto* below = area.currentSubWindow();
                     if (state != &QWidget::showMaximized || (below->windowFlags() & Qt::WindowMaximizeButtonHint))
                         (below->*state)();
                     settle();
                     next = (at + step) % 7;
-                    forms[next].show();
+                    test::showForm(forms[next]);
                     settle();
                     QStringList found;
                     (void)QTest::qWaitFor( // a window moves into place after its contents are shown
@@ -168,12 +146,12 @@ private Q_SLOTS:
                         },
                         1000);
                     for (const QString& fault : std::as_const(found))
-                        faults += QString("%1 over %2: %3").arg(forms[next].name, forms[at].name, fault);
-                    forms[at].unload();
+                        faults += QString("%1 over %2: %3").arg(forms[next], forms[at], fault);
+                    test::unloadForm(forms[at]);
                     settle();
                     at = next;
                 } while (at != 0);
-            widgets::Form::unloadAll();
+            test::unloadForms();
             settle();
         }
         faults.removeDuplicates();

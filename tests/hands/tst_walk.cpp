@@ -1,12 +1,13 @@
-#include "adults/frmAdults.h"
 #include "hands/Hands.h"
 #include "hands/Server.h"
-#include "pack/frmDenInfo.h"
-#include "scouts/frmScouts.h"
+#include "shell/forms/PersonShown.h"
 #include "shell/frame/mdiPendrake.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
+#include "widgets/ListBox.h"
 
 #include <cstdio>
 
@@ -102,22 +103,22 @@ int differences(const QMap<QString, QString>& a, const QMap<QString, QString>& b
 }
 
 // Row n of the list must be record n, and an unchanged record must be shown as stored.
-template <class F>
-QString personFault(const QString& noun, const char* listName, bool cancelled)
+QString personFault(const QString& noun, bool cancelled)
 {
-    F* form = widgets::Instance<F>::loaded();
+    const QWidget* form = test::loadedForm("frm" + noun + u's');
     const auto place = QRegularExpression(noun + " (\\d+) of (\\d+)")
                            .match(form ? test::control<QLabel>(*form, "lblRecordInfo").text() : QString());
     if (!form || !place.hasMatch())
         return {};
-    const auto& list = test::control<widgets::ListBox>(*form, listName);
+    const auto& list = *form->findChild<widgets::ListBox*>();
     if (list.listCount() != place.captured(2).toInt() || list.listIndex() + 1 != place.captured(1).toInt())
         return QString("%1, but the list's row is %2 of %3")
             .arg(place.captured())
             .arg(list.listIndex() + 1)
             .arg(list.listCount());
-    const QString stored = test::rows(
-        QString("Select First_Name, Last_Name From %1s Where %1_SID = %2").arg(noun).arg(form->currentPerson()));
+    const QString stored = test::rows(QString("Select First_Name, Last_Name From %1s Where %1_SID = %2")
+                                          .arg(noun)
+                                          .arg(dynamic_cast<const PersonShown&>(*form).currentPerson()));
     const auto text = [form](const char* name) { return test::control<QLineEdit>(*form, name).text(); };
     const QString shown = text("txtFirst") + '/' + text("txtLast");
     const bool changed = test::control<QPushButton>(*form, "cmdSave").isEnabled();
@@ -273,10 +274,7 @@ struct Walk {
                                          const auto* focus = QApplication::focusWidget();
                                          return focus ? focus->objectName() : QString("nothing");
                                      }));
-        const QString fault = ask([this] {
-            return personFault<frmScouts>("Scout", "lbScouts", cancelled) +
-                   personFault<frmAdults>("Adult", "lbAdults", cancelled);
-        });
+        const QString fault = ask([this] { return personFault("Scout", cancelled) + personFault("Adult", cancelled); });
         expect(fault.isEmpty(), fault);
     }
 };
@@ -293,7 +291,7 @@ struct PackFolder : test::AppFolder {
 void openChanged(const QString& command)
 {
     ask([&] {
-        widgets::Form::unloadAll();
+        test::unloadForms();
         for (const char* table : {"Scouts", "Adults", "Dens", "Insignias", "Assigned_Awards_Scouts", "PackInfo"})
             database().execute(QString("Delete From ") + table);
         test::fill(Dozens);

@@ -1,5 +1,6 @@
 #include "CsvReader.h"
 #include "platform/Application.h"
+#include "store/engine/TableDef.h"
 #include "store/jet/FormerFile.h"
 #include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"

@@ -4,8 +4,12 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
+#include "widgets/ListBox.h"
 
 #include <QLineEdit>
+#include <QRegularExpression>
+
+#include <optional>
 
 using namespace orlo;
 using test::rows;
@@ -26,7 +30,9 @@ Insert Into Adults (Adult_SID, First_Name, MI, Last_Name, Active) Values
 Insert Into Leader_Den_Assignments (Adult_SID, Den_SID, Den_Title) Values
     (3, 2, 'Leader'), (3, 3, Null), (7, 2, Null), (8, 2, Null))";
 
-struct Screen : test::RecordScreen<frmDenInfo> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmDenInfo") {}
+    const frmDenInfo& dens = dynamic_cast<const frmDenInfo&>(form);
     widgets::ListBox& scouts = get<widgets::ListBox>("lstScouts");
     widgets::ListBox& adults = get<widgets::ListBox>("lstAdults");
     widgets::ComboBox& denType = get<widgets::ComboBox>("comDenType");
@@ -91,7 +97,7 @@ private Q_SLOTS:
             QCOMPARE(screen.said().section('\n', -1),
                      "Save Error: A Den Type must be selected. Please select a Den type and Save again.");
         QTEST(rows("Select Den_SID, Den_Name From Dens Order by Den_SID"), "stored");
-        QCOMPARE(widgets::Instance<frmDenInfo>::loaded() == nullptr, label == "closed");
+        QCOMPARE(test::loadedForm("frmDenInfo") == nullptr, label == "closed");
         if (label != "closed")
             test::compare(screen.shown(), {"label", "live", "members", "fields", "focus", "number"});
     }
@@ -104,8 +110,8 @@ private Q_SLOTS:
         QCOMPARE(screen.shown()["members"], "none");
         screen.type("txtDenNumber", "7a");
         QTest::keyClick(&screen.get("txtDenNumber"), Qt::Key_Return);
-        database().execute("Update Dens Set Den_SID = 41");
-        widgets::Instance<frmDenInfo>::unload();
+        test::execute("Update Dens Set Den_SID = 41");
+        test::unloadForm("frmDenInfo");
         Screen next;
         next.run("n DenName=O'Hara's YearStarted=x Active=" + QString(300, 'r') + " s");
         QCOMPARE(rows("Select * From Dens Order by Den_SID"), "41/7// /2026/Y, 42/0/O'Hara's/ /0/" + QString(255, 'r'));
@@ -164,22 +170,22 @@ private Q_SLOTS:
     {
         test::fill(People);
         Screen screen;
-        QCOMPARE(textsOf(screen.adults) + ' ' + screen.form.GetAdultSidListStr(), "Bob Old; Ann M. Young 7, 3");
+        QCOMPARE(textsOf(screen.adults) + ' ' + screen.dens.GetAdultSidListStr(), "Bob Old; Ann M. Young 7, 3");
         screen.run("N");
-        QCOMPARE(textsOf(screen.adults) + ' ' + screen.form.GetAdultSidListStr(), "Ann M. Young 3");
+        QCOMPARE(textsOf(screen.adults) + ' ' + screen.dens.GetAdultSidListStr(), "Ann M. Young 3");
         screen.run("cmdAddDenLeader>lstAdults:0,lstAdults:1,cmdSelect");
         QCOMPARE(screen.log, "closed, Fay, Dot X; Old, Bob ");
         QCOMPARE(leaders(), "2/3/Leader, 2/7/Null, 2/8/Null, 3/3/Null, 3/7/Null, 3/9/Null");
         screen.run("L"); // a den without leaders keeps the leaders of the previous den
-        QCOMPARE(screen.form.GetAdultSidListStr(), "9, 7, 3");
-        QCOMPARE(int(screen.form.GetDenSID()), 1);
+        QCOMPARE(screen.dens.GetAdultSidListStr(), "9, 7, 3");
+        QCOMPARE(int(screen.dens.GetDenSID()), 1);
         screen.run("cmdAddDenLeader>cmdSelect");
         QCOMPARE(screen.log, "closed, ");
         screen.run("F");
         test::clickRow(screen.adults, 1);
         screen.click("cmdDelDenLeader");
         QCOMPARE(leaders(), "2/7/Null, 2/8/Null, 3/3/Null, 3/7/Null, 3/9/Null");
-        QCOMPARE(textsOf(screen.adults) + ' ' + screen.form.GetAdultSidListStr(), "Bob Old 7");
+        QCOMPARE(textsOf(screen.adults) + ' ' + screen.dens.GetAdultSidListStr(), "Bob Old 7");
         screen.run("n");
         QCOMPARE(textsOf(screen.adults), "");
     }

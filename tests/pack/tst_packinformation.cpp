@@ -1,9 +1,9 @@
-#include "pack/frmPackInformation.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
 #include <QLineEdit>
+#include <QRegularExpression>
 
 using namespace orlo;
 
@@ -21,14 +21,14 @@ private Q_SLOTS:
         const test::AppFolder folder;
         if (!before.isEmpty())
             test::fill("Insert Into PackInfo ([Pack Number], Name) Values " + before);
-        const test::RecordScreen<frmPackInformation> screen;
+        const test::RecordScreen screen("frmPackInformation");
         screen.run(script, [&](const QString& word) {
             if (word == "close")
                 screen.form.close();
             else
                 screen.get(word.toUtf8().constData()).setFocus();
         });
-        if (widgets::Instance<frmPackInformation>::loaded())
+        if (test::loadedForm("frmPackInformation"))
             test::compare({{"number", screen.get<QLineEdit>("txtPackNum").text()},
                            {"name", screen.get<QLineEdit>("txtPackName").text()},
                            {"save", screen.get("cmdSave").isEnabled() ? "live" : ""},

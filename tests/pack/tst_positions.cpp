@@ -1,8 +1,14 @@
-#include "pack/frmPackDenPositions.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QPointer>
+#include <QPushButton>
+
+#include <optional>
 
 using namespace orlo;
 using test::rows;
@@ -14,7 +20,8 @@ constexpr const char* Titles = R"(
 Delete From Den_Titles; Insert Into Den_Titles Values ('H', 2), ('C', Null), ('A', 2), ('L', 1);
 Delete From Pack_Positions; Insert Into Pack_Positions Values ('T', 3), ('D', 1), ('A', 3))";
 
-struct Screen : test::RecordScreen<frmPackDenPositions> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmPackDenPositions") {}
     widgets::BoundGrid& den = get<widgets::BoundGrid>("dbgDenPositions");
     widgets::BoundGrid& pack = get<widgets::BoundGrid>("dbgPackPositions");
 
@@ -93,7 +100,7 @@ private Q_SLOTS:
         QFETCH(QString, script);
         Screen screen;
         screen.act(script);
-        QCOMPARE(widgets::Instance<frmPackDenPositions>::loaded() ? screen.shown() : "closed", test::cell("shown"));
+        QCOMPARE(test::loadedForm("frmPackDenPositions") ? screen.shown() : "closed", test::cell("shown"));
         QTEST(stored(), "stored");
         if (script.endsWith("Dr")) // the mark moves with the title
             QCOMPARE(screen.den.columnText(0), "L");
@@ -114,13 +121,13 @@ private Q_SLOTS:
             QTRY_VERIFY(screen.told.first()->shown);
             QVERIFY(screen.told.first()->text.startsWith(test::cell("failure")) && !QApplication::activeModalWidget());
             QTEST(screen.told.first()->title, "title");
-            QVERIFY(widgets::Instance<frmPackDenPositions>::loaded());
+            QVERIFY(test::loadedForm("frmPackDenPositions"));
             QCOMPARE(screen.shown(), shown);
             QCOMPARE(stored(), "A/2, C/Null, H/2, L/1; A/3, D/1, T/3");
             screen.form.activateWindow(); // as a window manager does once the message is gone
             QTRY_VERIFY((pack ? screen.pack : screen.den).hasFocus());
             screen.act("E c");
-            QVERIFY(!widgets::Instance<frmPackDenPositions>::loaded());
+            QVERIFY(!test::loadedForm("frmPackDenPositions"));
         }
     }
 

@@ -4,11 +4,11 @@
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/Printing.h"
 #include "reporting/view/SharedDocument.h"
+#include "support/Controls.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
 #include "support/Table.h"
-#include "support/TestApp.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>

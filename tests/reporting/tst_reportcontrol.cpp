@@ -7,7 +7,7 @@
 #include "reporting/view/ReportControl.h"
 #include "reporting/view/RunProgress.h"
 #include "store/engine/Database.h"
-
+#include "store/engine/TableDef.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
 #include "support/Table.h"

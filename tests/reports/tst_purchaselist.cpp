@@ -1,18 +1,22 @@
 #include "platform/Conversion.h"
-#include "reports/frmCreatePurchaseList.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QTableView>
+
+#include <optional>
 
 using namespace orlo;
 
 namespace
 {
 
-using Screen = test::RecordScreen<frmCreatePurchaseList>;
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmCreatePurchaseList") {}
+};
 
 constexpr auto Awards = R"(
 INSERT INTO Purchase_List (Award_Name, Quantity) VALUES ('left over', 3);

@@ -2,7 +2,7 @@
 #include "reporting/view/PageText.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/ReportControl.h"
-#include "reports/frmReportsMenu.h"
+#include "shell/forms/Module1.h"
 #include "shell/frame/Screens.h"
 #include "shell/frame/mdiPendrake.h"
 #include "support/Files.h"
@@ -15,9 +15,14 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QDockWidget>
+#include <QFile>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
+#include <QTimer>
 
 using namespace orlo;
 
@@ -29,23 +34,10 @@ QByteArray script(const QString& name)
     return test::contents(ORLO_SOURCE_DIR "/tests/reports/" + name);
 }
 
-struct Screen {
-    widgets::Form& form;
+struct Screen : test::RecordScreen {
+    using RecordScreen::RecordScreen;
     reporting::ReportControl& report = *form.findChild<reporting::ReportControl*>();
 
-    static Screen open(const QString& name)
-    {
-        widgets::Form& opened = screenOf(name).get();
-        opened.showForm();
-        if (!QTest::qWaitForWindowActive(&opened))
-            qFatal("the dialog doesn't become active");
-        return {opened};
-    }
-    template <class W = QWidget>
-    W& get(const char* name) const
-    {
-        return test::control<W>(form, name);
-    }
     widgets::ComboBox& box(const char* name) const { return get<widgets::ComboBox>(name); }
     QLineEdit& field(const char* name) const { return get<QLineEdit>(name); }
     void click(const QString& button) const
@@ -57,10 +49,7 @@ struct Screen {
     /// The selected entry and all entries of a list.
     QString list(const char* name) const
     {
-        QStringList texts{box(name).text()};
-        for (int row = 0; row < box(name).listCount(); ++row)
-            texts << box(name).list(row);
-        return texts.join(u'|');
+        return box(name).text() + '|' + test::textsOf(box(name)).replace("; ", "|");
     }
 };
 
@@ -92,7 +81,7 @@ private Q_SLOTS:
 
     void doubleClickOpensOneWindow()
     {
-        const auto screen = Screen::open("dlgScoutList");
+        const Screen screen("dlgScoutList");
         screen.view();
         QTest::mouseDClick(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
         QTest::mouseRelease(&screen.get("cmdView"), Qt::LeftButton, {}, {8, 8});
@@ -103,8 +92,7 @@ private Q_SLOTS:
     {
         auto& frame = mdiPendrake::instance();
         frame.show();
-        widgets::Instance<frmReportsMenu>::show();
-        QPointer<frmReportsMenu> menu = widgets::Instance<frmReportsMenu>::loaded();
+        const QPointer menu = &test::showForm("frmReportsMenu");
         const QString assigned = "dlgReportSelect1|Set Selection Criteria for Awards Report";
         const QString awards = "dlgAwardsList|Print Awards List";
         for (const auto& [command, expected] : {std::pair("mnuRepAssignedAwards", assigned),
@@ -136,7 +124,7 @@ private Q_SLOTS:
     {
         auto [run, clicks, title] = test::cells("run", "clicks", "title");
         title.replace("@", "Assigned Awards  for Date: 2/14/2026");
-        const Screen screen = Screen::open(run.section(u' ', 0, 0));
+        const Screen screen(run.section(u' ', 0, 0));
         reporting::ReportControl& report = screen.report;
         const auto filledSlots = [&](const QString& subreport) {
             QString filled;
@@ -194,7 +182,7 @@ private Q_SLOTS:
         const QString query = sql.section(run + u';', 1).section(u'\n', 1).section("\n--", 0, 0);
         const QString file = m_folder->path() + "/Quorrel11.mdb";
         test::fill(script("pack.sql"));
-        const Screen screen = Screen::open(run.section(u' ', 0, 0));
+        const Screen screen(run.section(u' ', 0, 0));
         const QString pdf = m_folder->path() + "/out.pdf";
         const auto printed = [&] {
             test::printInto(pdf);
@@ -232,8 +220,8 @@ private Q_SLOTS:
             QVERIFY(text.contains(QStringLiteral("PrintedFebruary14,2026Page%1of%2").arg(page).arg(pages)));
 
         for (const char* table : {"Scouts", "Adults", "Insignias", "Purchase_List", "Other_Purchase_List"})
-            database().execute(QStringLiteral("Delete From ") + table);
-        database().execute(QStringLiteral("Update PackInfo Set [Pack Number] = 0")); // nobody has entered it
+            test::execute(QString("Delete From ") + table);
+        test::execute("Update PackInfo Set [Pack Number] = 0"); // nobody has entered it
         QCOMPARE(printed(),
                  heading.remove("Pack12,") + test::withoutBlanks(nothing + "Printed February 14, 2026 Page 1 of 1"));
     }
@@ -251,7 +239,7 @@ private Q_SLOTS:
         formula += (formula.isEmpty() ? "{" : " and {") + people + ".Active} = \"Y\"";
         title = title.replace("#", "6/7/2004").chopped(1).mid(1);
 
-        const Screen screen = Screen::open("dlgReportSelect1");
+        const Screen screen("dlgReportSelect1");
         screen.click("optAdults");
         screen.box("cmbScoutOrAdult").setText("Ito, Ann B"); // the earlier choice doesn't count
         screen.click("opt" + people);
@@ -270,7 +258,7 @@ private Q_SLOTS:
 
     void criteriaControls()
     {
-        const Screen screen = Screen::open("dlgReportSelect1");
+        const Screen screen("dlgReportSelect1");
         auto& from = screen.field("txtDateFrom");
         auto& to = screen.field("txtDateTo");
         QCOMPARE(screen.list("cmbDen"), "<All>|<All>|Bear Den 2|Wolf Den 8");

@@ -6,10 +6,13 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
+#include "widgets/ListBox.h"
 #include "widgets/TextGrid.h"
 
 #include <QLineEdit>
+#include <QMetaEnum>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QTabWidget>
 
 using namespace orlo;
@@ -18,7 +21,8 @@ using test::press;
 namespace
 {
 
-struct Screen : test::RecordScreen<frmScouts> {
+struct Screen : test::RecordScreen {
+    Screen() : RecordScreen("frmScouts") {}
     widgets::ListBox& list = get<widgets::ListBox>("lbScouts");
     mutable QString clicks; ///< what each click did to a den leader's box
 
@@ -72,7 +76,8 @@ struct Screen : test::RecordScreen<frmScouts> {
                      {"born", get<QLineEdit>("txtDOB").text()},
                      {"started", get<QLineEdit>("txtPackStartDate").text()},
                      {"on", on.join(u' ')},
-                     {"den", get<widgets::ComboBox>("comDen").text() + '/' + QString::number(form.GetDenSIDPub())},
+                     {"den", get<widgets::ComboBox>("comDen").text() + '/' +
+                                 QString::number(dynamic_cast<frmScouts&>(form).GetDenSIDPub())},
                      {"clicks", clicks},
                      {"log", log},
                      {"links", test::rows("Select Parent1_Den_Leader_SID, Parent2_Den_Leader_SID From Scouts Where "

@@ -1,7 +1,10 @@
 #include "support/Main.h"
+#include "support/TestApp.h"
 #include "support/Windows.h"
 #include "widgets/Contrast.h"
+#include "widgets/Form.h"
 
+#include <QTest>
 #include <QtWidgets/QtWidgets>
 
 using namespace orlo;

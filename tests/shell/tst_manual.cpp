@@ -1,6 +1,7 @@
 #include "platform/Conversion.h"
 #include "reporting/view/PreviewWindow.h"
 #include "shell/frame/mdiPendrake.h"
+#include "support/Files.h"
 #include "support/OrloDb.h"
 #include "support/RecordScreen.h"
 #include "widgets/FolderList.h"

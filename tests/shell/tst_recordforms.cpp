@@ -1,16 +1,18 @@
-#include "adults/frmAdults.h"
-#include "awards/frmInsigniaInfo.h"
-#include "pack/frmDenInfo.h"
-#include "pack/frmPackInformation.h"
-#include "scouts/frmScouts.h"
 #include "support/Main.h"
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
+#include "widgets/ListBox.h"
 
+#include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QRegularExpression>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolTip>
 
 using namespace orlo;
@@ -33,7 +35,7 @@ private Q_SLOTS:
                    "With k(i) As (Values(1), (2), (3)) Insert Into Scouts (Scout_SID, Last_Name, Active) "
                    "Select i, char(65 + " +
                    people + " - i), 'Y' From k Limit " + people);
-        const test::RecordScreen<frmScouts> screen;
+        const test::RecordScreen screen("frmScouts");
         auto& list = screen.get<widgets::ListBox>("lbScouts");
         auto& tabs = screen.get<QTabWidget>("tabScout");
         list.setFocus();
@@ -65,7 +67,7 @@ private Q_SLOTS:
     {
         const test::AppFolder folder;
         test::fill(test::Pack);
-        const test::RecordScreen<frmScouts> screen;
+        const test::RecordScreen screen("frmScouts");
         screen.run("n");
         for (QLineEdit* box : screen.form.findChildren<QLineEdit*>()) {
             const QString text = box->text();
@@ -92,7 +94,7 @@ private Q_SLOTS:
         const test::AppFolder folder;
         test::fill(QString(test::Pack) + "Update Scouts Set First_Name = '<i>Al</i> & Bo', Alt_Parent_City = "
                                          "'Llanfairpwllgwyngyllgogerychwyrn'");
-        const test::RecordScreen<frmScouts> screen;
+        const test::RecordScreen screen("frmScouts");
         QCOMPARE(screen.get<QLabel>("lblScoutName").textFormat(), Qt::PlainText);
         auto& box = screen.get<QLineEdit>("txtAltCity");
         QHelpEvent event(QEvent::ToolTip, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
@@ -115,7 +117,7 @@ private Q_SLOTS:
             if (!box)
                 return;
             timer.stop();
-            widgets::Form::unloadAll();
+            test::unloadForms();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             closed = true;
             if (box)
@@ -134,7 +136,7 @@ private Q_SLOTS:
         QFETCH(QString, button);
         const test::AppFolder folder;
         test::fill(QString(test::Pack) + "Update Scouts Set First_Name = 'Al'");
-        const test::RecordScreen<frmScouts> screen;
+        const test::RecordScreen screen("frmScouts");
         for (const int page : {1, 2}) {
             screen.run("N");
             screen.get<QTabWidget>("tabScout").setCurrentIndex(page);
@@ -153,11 +155,11 @@ private:
     static void runOn(const QString& form, const QString& script)
     {
         const QMap<QString, std::function<void()>> forms{
-            {"scouts", [&] { test::RecordScreen<frmScouts>().run(script); }},
-            {"adults", [&] { test::RecordScreen<frmAdults>().run(script); }},
-            {"dens", [&] { test::RecordScreen<frmDenInfo>().run(script); }},
-            {"awards", [&] { test::RecordScreen<frmInsigniaInfo>().run(script); }},
-            {"pack", [&] { test::RecordScreen<frmPackInformation>().run(script); }}};
+            {"scouts", [&] { test::RecordScreen("frmScouts").run(script); }},
+            {"adults", [&] { test::RecordScreen("frmAdults").run(script); }},
+            {"dens", [&] { test::RecordScreen("frmDenInfo").run(script); }},
+            {"awards", [&] { test::RecordScreen("frmInsigniaInfo").run(script); }},
+            {"pack", [&] { test::RecordScreen("frmPackInformation").run(script); }}};
         forms[form]();
     }
 };

@@ -1,14 +1,15 @@
-#include "platform/FileSystem.h"
+#include "shell/forms/Module1.h"
 #include "shell/forms/PeopleFilter.h"
 #include "shell/forms/Reading.h"
 #include "shell/forms/RecordWalk.h"
-#include "support/RecordScreen.h"
+#include "store/engine/Value.h"
+#include "support/Main.h"
+#include "support/Sqlite.h"
 #include "support/Table.h"
+#include "support/TestApp.h"
 
 #include <QEventLoop>
 #include <QTimer>
-
-#include <sqlite3.h>
 
 using namespace orlo;
 
@@ -63,12 +64,8 @@ private Q_SLOTS:
         QTimer::singleShot(50, &loop, &QEventLoop::quit);
         if (test::cell("ended by") == "wait")
             loop.exec();
-        sqlite3* other = nullptr;
-        sqlite3_open(platform::nativePath(database().name()).toUtf8().constData(), &other);
-        const int code = sqlite3_exec(other, "PRAGMA journal_mode = PERSIST; UPDATE Dens SET Active = 'N'", nullptr,
-                                      nullptr, nullptr);
-        sqlite3_close(other);
-        QCOMPARE(code == SQLITE_OK, test::cell("writes") == "yes");
+        const QStringList said = test::sqlite(folder.path() + "/Quorrel11.mdb", "UPDATE Dens SET Active = 'N'");
+        QCOMPARE(said.isEmpty(), test::cell("writes") == "yes");
     }
 
     // The " and " that a find adds stays if neither view nor den follow.

@@ -1,11 +1,6 @@
-#include "adults/frmAdults.h"
-#include "awards/frmAddAwardsToScout.h"
-#include "awards/frmAssignInsignias.h"
-#include "pack/frmDenInfo.h"
-#include "pack/frmPackDenPositions.h"
-#include "reports/frmCreatePurchaseList.h"
-#include "scouts/frmScouts.h"
+#include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
+#include "store/engine/Database.h"
 #include "support/OrloDb.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
@@ -20,7 +15,6 @@
 
 using namespace orlo;
 using test::control;
-using widgets::Instance;
 
 namespace
 {
@@ -46,13 +40,6 @@ void addCut(const QWidget& window, QSet<QString>& faults)
                     faults += view->objectName() + ": " + cell.data().toString();
             }
     }
-}
-
-template <class F>
-F& opened()
-{
-    Instance<F>::show();
-    return Instance<F>::get();
 }
 
 // The same for each person of a list, on the page of the awards.
@@ -89,21 +76,21 @@ private Q_SLOTS:
         QCOMPARE(made.errors, QString());
         openDatabase(databasePath());
         mdiPendrake::instance().show();
-        database().execute("Update Assigned_Awards_Scouts Set Quantity = 32767 Where Assigned_SID < 20");
+        test::execute("Update Assigned_Awards_Scouts Set Quantity = 32767 Where Assigned_SID < 20");
         QSet<QString> faults;
-        addCutOfPeople(opened<frmScouts>(), "lbScouts", "tabScout", faults);
-        addCut(opened<frmAddAwardsToScout>(), faults);
-        addCutOfPeople(opened<frmAdults>(), "lbAdults", "tabAdult", faults);
-        auto& dens = opened<frmDenInfo>();
+        addCutOfPeople(test::showForm("frmScouts"), "lbScouts", "tabScout", faults);
+        addCut(test::showForm("frmAddAwardsToScout"), faults);
+        addCutOfPeople(test::showForm("frmAdults"), "lbAdults", "tabAdult", faults);
+        auto& dens = test::showForm("frmDenInfo");
         for (auto* next = &control<QPushButton>(dens, "cmdNext"); next->isEnabled(); next->click())
             addCut(dens, faults);
-        addCut(opened<frmPackDenPositions>(), faults);
-        auto& assign = opened<frmAssignInsignias>();
+        addCut(test::showForm("frmPackDenPositions"), faults);
+        auto& assign = test::showForm("frmAssignInsignias");
         control<QPushButton>(assign, "cmdSelectAllSel").click();
         addCut(assign, faults);
         control<QTabWidget>(assign, "SSTabAssignInsignias").setCurrentIndex(1);
         addCut(assign, faults);
-        auto& list = opened<frmCreatePurchaseList>();
+        auto& list = test::showForm("frmCreatePurchaseList");
         control<QLineEdit>(list, "txtStartDate").setText("1/1/2000");
         control<QPushButton>(list, "cmdCreate").click();
         addCut(list, faults);
@@ -117,7 +104,7 @@ private Q_SLOTS:
         test::copyLayouts();
         const QString none = "No scouts yet. Press New.";
         const QString nobody = "Nobody here with this choice.";
-        auto& form = opened<frmScouts>();
+        auto& form = test::showForm("frmScouts");
         auto& list = control<widgets::ListBox>(form, "lbScouts");
         const auto view = [&](const char* option) {
             control<widgets::OptionButton>(form, option).setChecked(true);
@@ -125,7 +112,7 @@ private Q_SLOTS:
         };
         QCOMPARE(widgets::saidWhileEmpty(list), none);
         QCOMPARE(view("optInactive"), none); // whichever is selected
-        database().execute("Insert Into Dens (Den_SID, Den_Number, Active) Values (1, 1, 'Y')");
+        test::execute("Insert Into Dens (Den_SID, Den_Number, Active) Values (1, 1, 'Y')");
         test::fill("Insert Into Scouts (Scout_SID, First_Name, Active) Values (1, 'Ada', 'Y'), (2, 'Bo', 'Y')");
         QCOMPARE(view("optActive"), QString());
         QCOMPARE(view("optInactive"), nobody);
@@ -137,7 +124,7 @@ private Q_SLOTS:
         }
         QCOMPARE(widgets::saidWhileEmpty(list), none);
 
-        auto& purchases = opened<frmCreatePurchaseList>();
+        auto& purchases = test::showForm("frmCreatePurchaseList");
         auto& awards = control<widgets::BoundGrid>(purchases, "dbgAssignedPurchases");
         QCOMPARE(widgets::saidWhileEmpty(awards), "No list yet. Press Create List.");
         control<QPushButton>(purchases, "cmdCreate").click();

@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "store/copies/CopyPlan.h"
 #include "store/copies/KeptCopies.h"
+#include "store/engine/Value.h"
 #include "store/schema/Schema.h"
 #include "support/Files.h"
 #include "support/Main.h"

@@ -1,4 +1,6 @@
 #include "store/engine/Database.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"

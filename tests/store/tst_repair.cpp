@@ -1,3 +1,4 @@
+#include "store/engine/TableDef.h"
 #include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"

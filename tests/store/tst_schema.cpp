@@ -1,3 +1,5 @@
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 #include "store/schema/Schema.h"
 #include "support/Files.h"
 #include "support/Main.h"

@@ -1,5 +1,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Database.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"

@@ -1,4 +1,7 @@
 #include "platform/RuntimeError.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+#include "store/engine/Version.h"
 #include "store/opening/OpenFile.h"
 #include "store/repair/Repair.h"
 #include "support/Failure.h"

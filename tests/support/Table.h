@@ -40,8 +40,7 @@ inline void addRows(const QStringList& columns, const QList<Case>& cases, const 
     setRowPlaces(std::move(places));
 }
 
-/// The cells of a line, separated by bars and trimmed; "
-/// " in a cell is a line break.
+/// The cells of a line, separated by bars and trimmed; "\n" in a cell is a line break.
 inline QStringList cellsOf(const QString& line)
 {
     QStringList cells;

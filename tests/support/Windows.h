@@ -1,15 +1,10 @@
 #pragma once
 
-#include "reporting/view/PreviewWindow.h"
-#include "shell/frame/Screens.h"
-#include "shell/frame/mdiPendrake.h"
-#include "support/Pack.h"
-#include "support/RecordScreen.h"
+#include <QMetaType>
 
-#include <QAction>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
+#include <functional>
+
+class QWidget;
 
 namespace orlo::test
 {
@@ -17,57 +12,10 @@ namespace orlo::test
 using Open = std::function<void()>;
 
 /// Makes a column "open" and a row for every window of the program, named by its form.
-inline void addWindows()
-{
-    QTest::addColumn<Open>("open");
-    QTest::newRow("mdiPendrake") << Open([] {});
-    for (const ListedScreen& screen : screens())
-        QTest::newRow(qPrintable(screen.form)) << Open(screen.open);
-    QTest::newRow("previewWindow") << Open([] {
-        auto document = std::make_shared<reporting::Document>();
-        document->pages.resize(2);
-        auto* window = new reporting::PreviewWindow(document);
-        window->show();
-        control<QAction>(*window, "actFind").trigger();
-    });
-}
-
+void addWindows();
 /// The small pack, so that the windows have something to show, and the frame up.
-inline void prepareForWindows()
-{
-    copyLayouts();
-    fill(Pack);
-    gEditAssignedSID = gEditInsigniaSID = 1;
-    gEditDate = "1/2/2026";
-    mdiPendrake::instance().show();
-    mdiPendrake::instance().activateWindow();
-}
-
+void prepareForWindows();
 /// Opens this row's window, passes every page of it to the function, and closes it; false if it didn't come up.
-inline bool openAndLook(const Open& open, const std::function<void(QWidget&)>& look)
-{
-    auto& frame = mdiPendrake::instance();
-    bool looked = false;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, qApp, [&] {
-        const QPointer window = QApplication::activeWindow();
-        const auto* child = control<QMdiArea>(frame, "mdiArea").currentSubWindow();
-        QWidget* shown = child && child->isVisible() ? child->widget() : window.data();
-        if (!shown || (shown == &frame) != (QTest::currentDataTag() == QByteArray("mdiPendrake")))
-            return; // not up yet
-        timer.stop();
-        look(*shown);
-        for (auto* pages : shown->findChildren<QTabWidget*>())
-            for (int page = pages->count(); page-- > 0; look(*shown))
-                pages->setCurrentIndex(page);
-        widgets::Form::unloadAll();
-        if (window != &frame)
-            delete window;
-        looked = true;
-    });
-    timer.start(5);
-    open();
-    return QTest::qWaitFor([&] { return looked; });
-}
+bool openAndLook(const Open& open, const std::function<void(QWidget&)>& look);
 
 } // namespace orlo::test

@@ -1,11 +1,8 @@
-#include "adults/frmAdults.h"
-#include "pack/frmDenInfo.h"
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
-#include "scouts/frmScouts.h"
+#include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
-#include "store/upkeep/frmDataBackup.h"
-#include "store/upkeep/frmRestorBackup.h"
+#include "store/engine/Database.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Pack.h"
@@ -15,17 +12,23 @@
 #include "support/Table.h"
 #include "widgets/DriveList.h"
 #include "widgets/FolderList.h"
+#include "widgets/Form.h"
 #include "widgets/MessageBox.h"
 
+#include <QAction>
+#include <QDir>
 #include <QDirIterator>
+#include <QFile>
+#include <QPushButton>
 #include <QScopeGuard>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QTreeWidgetItemIterator>
 
 using namespace orlo;
 using test::sqlite;
 using widgets::DriveList;
 using widgets::FolderList;
-using widgets::Instance;
 
 namespace
 {
@@ -86,13 +89,15 @@ struct Place : test::AppFolder {
     }
 };
 
-template <class F>
-struct Screen : test::RecordScreen<F> {
-    static constexpr bool Backup = std::is_same_v<F, frmDataBackup>;
-    DriveList& drives = this->template get<DriveList>("lstDrive");
-    FolderList& folders = this->template get<FolderList>(Backup ? "lstDir" : "lstFolders");
+constexpr auto Backup = "frmDataBackup";
+constexpr auto Restore = "frmRestorBackup";
 
-    Screen() { folders.setFocus(); }
+struct Screen : test::RecordScreen {
+    bool backsUp = form.objectName() == Backup;
+    DriveList& drives = get<DriveList>("lstDrive");
+    FolderList& folders = get<FolderList>(backsUp ? "lstDir" : "lstFolders");
+
+    explicit Screen(const QString& name) : RecordScreen(name) { folders.setFocus(); }
     // Opens the folder that the keys find in the current one.
     void open(const QString& name) const
     {
@@ -102,9 +107,9 @@ struct Screen : test::RecordScreen<F> {
     // Presses the button; returns the boxes that came, without the question.
     QString go(const QString& answers) const
     {
-        this->run(answers);
-        this->click(Backup ? "cmdBack" : "cmdRestore");
-        return this->said().section('\n', Backup ? 4 : 2);
+        run(answers);
+        click(backsUp ? "cmdBack" : "cmdRestore");
+        return said().section('\n', backsUp ? 4 : 2);
     }
     // The rows, indented by a blank per level, the opened folder in brackets.
     [[nodiscard]] QString shown() const
@@ -124,9 +129,12 @@ struct Screen : test::RecordScreen<F> {
 // Which of these forms are loaded, by their letters.
 QString loaded()
 {
-    return QString(Instance<frmDataBackup>::loaded() ? "b" : "") + (Instance<frmRestorBackup>::loaded() ? "r" : "") +
-           (Instance<frmScouts>::loaded() ? "s" : "") + (Instance<frmAdults>::loaded() ? "a" : "") +
-           (Instance<frmDenInfo>::loaded() ? "d" : "");
+    QString letters;
+    for (const auto& [form, letter] :
+         {std::pair(Backup, 'b'), {Restore, 'r'}, {"frmScouts", 's'}, {"frmAdults", 'a'}, {"frmDenInfo", 'd'}})
+        if (test::loadedForm(form))
+            letters += letter;
+    return letters;
 }
 
 // What a box says, as a word for it or as a failure's number.
@@ -167,17 +175,17 @@ private Q_SLOTS:
         if (late == "full")
             test::limitFiles(1LL << 40); // whether there are limits
         Place place;
-        Instance<frmScouts>::show();
-        Instance<frmAdults>::show();
-        Instance<frmDenInfo>::show();
-        connect(&Instance<frmAdults>::get(), &widgets::Form::unloaded, this, [&] {
+        test::showForm("frmScouts");
+        test::showForm("frmAdults");
+        test::showForm("frmDenInfo");
+        connect(dynamic_cast<widgets::Form*>(&test::formOf("frmAdults")), &widgets::Form::unloaded, this, [&] {
             if (late == "full") {
                 test::limitFiles(place.size - 1);
                 QTimer::singleShot(0, [] { test::limitFiles(-1); }); // while the message is up
             } else
                 place.make(late);
         });
-        const Screen<frmDataBackup> screen;
+        const Screen screen(Backup);
         screen.open(folder);
         place.make(test::cell("prepared"));
         if (drive == "gone")
@@ -190,7 +198,7 @@ private Q_SLOTS:
         QTEST(loaded(), "loaded");
         QTEST(place.files(), "files");
         QCOMPARE(test::count("Purchase_List"), 0);        // the database is open
-        if (auto* scouts = Instance<frmScouts>::loaded()) // nothing was closed under them
+        if (auto* scouts = test::loadedForm("frmScouts")) // nothing was closed under them
             test::control<QPushButton>(*scouts, "cmdNew").click();
     }
 
@@ -200,13 +208,13 @@ private Q_SLOTS:
     {
         Place place;
         test::fill("Insert Into Purchase_List (Award_Name) Values ('old')");
-        const Screen<frmDataBackup> screen;
+        const Screen screen(Backup);
         screen.go("yes ok");
         QCOMPARE(test::count("Purchase_List"), 0);
         const auto walkAfterwards = [] {
-            const test::RecordScreen<frmDenInfo> dens;
+            const test::RecordScreen dens("frmDenInfo");
             widgets::message("takes the answer that waits");
-            Screen<frmDataBackup>().go("yes ok");
+            Screen(Backup).go("yes ok");
             dens.run("ok N");
         };
         const char* dens = "Insert Into Dens (Den_SID) Values (1), (2)";
@@ -220,9 +228,9 @@ private Q_SLOTS:
         Place place;
         place.make("F/B=db");
         test::fill("Insert Into Dens (Den_SID) Values (1), (2)");
-        Instance<frmScouts>::show();
-        Instance<frmDenInfo>::show();
-        const Screen<frmRestorBackup> screen;
+        test::showForm("frmScouts");
+        test::showForm("frmDenInfo");
+        const Screen screen(Restore);
         screen.open(test::cell("folder"));
         QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, {}));
         QTEST(loaded(), "loaded");
@@ -251,14 +259,14 @@ private Q_SLOTS:
         openDatabase(databasePath());
         if (!old)
             database().execute("Update Dens Set Den_Name = 'today' Where Den_SID = 1");
-        Instance<frmDenInfo>::show();
+        test::showForm("frmDenInfo");
         if (!old) {
-            test::control<QPushButton>(Instance<frmDenInfo>::get(), "cmdLast").click();
-            QTest::keyClick(&Instance<frmDenInfo>::get(), Qt::Key_Escape);
+            test::control<QPushButton>(test::formOf("frmDenInfo"), "cmdLast").click();
+            QTest::keyClick(&test::formOf("frmDenInfo"), Qt::Key_Escape);
             QCOMPARE(sqlite(place.database, links.toUtf8()), QStringList("2|1|1"));
         }
-        Instance<frmDenInfo>::unload();
-        const Screen<frmRestorBackup> screen;
+        test::unloadForm("frmDenInfo");
+        const Screen screen(Restore);
         const QStringList days = copies.entryList({old ? "2026-05-30" : "2026-06-07 *"}, QDir::Dirs);
         screen.folders.setPath(copies.filePath(days.value(0)));
         QCOMPARE(screen.go("yes ok"), text("restored", {}));
@@ -285,7 +293,7 @@ private Q_SLOTS:
         test::write(place.root + "/Quorrel11_Backup", "garbage");
         const auto restore = [&] {
             widgets::message("takes the answer that waits");
-            const Screen<frmRestorBackup> screen;
+            const Screen screen(Restore);
             place.drives.resize(gone ? 1 : 2);
             screen.go("yes ok ok");
         };
@@ -298,7 +306,7 @@ private Q_SLOTS:
     {
         Place place;
         place.make("F/S/T/");
-        const Screen<frmRestorBackup> screen;
+        const Screen screen(Restore);
         QCOMPARE(screen.drives.text(), place.shown());
         QCOMPARE(screen.shown(), '[' + place.shown() + "]| F| G");
         screen.open("F");
@@ -323,10 +331,10 @@ private Q_SLOTS:
         QTest::keyClick(&screen.folders, Qt::Key_Backspace);
         QCOMPARE(screen.folders.path(), place.shown());
         const int high = screen.form.height(); // however many folders there are
-        Instance<frmRestorBackup>::unload();
+        test::unloadForm(Restore);
         for (int i = 0; i < 300; ++i)
             place.make(QString::number(i) + '/');
-        QCOMPARE(Screen<frmRestorBackup>().form.height(), high);
+        QCOMPARE(Screen(Restore).form.height(), high);
     }
 };
 

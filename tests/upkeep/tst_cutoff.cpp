@@ -1,10 +1,9 @@
 #include "platform/Conversion.h"
+#include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
-#include "store/upkeep/frmDataBackup.h"
-#include "store/upkeep/frmRestorBackup.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"
@@ -13,8 +12,16 @@
 #include "widgets/Application.h"
 #include "widgets/DriveList.h"
 
+#include <QDir>
 #include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QPushButton>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
 
 #include <cstdio>
 #include <map>
@@ -34,10 +41,9 @@ void update()
     (void)UpdateDatabaseFile();
 }
 
-template <class F>
-void press(const char* button)
+void press(const char* form, const char* button)
 {
-    test::control<QPushButton>(widgets::Instance<F>::get(), button).click();
+    test::control<QPushButton>(test::formOf(form), button).click();
 }
 
 void repair()
@@ -68,11 +74,12 @@ int child(const QStringList& arguments)
     if (name != "update")
         openDatabase(databasePath());
     mdiPendrake::handOverDataForms();
-    const std::map<QByteArray, std::function<void()>> works{{"update", update},
-                                                            {"copies", copies},
-                                                            {"repair", repair},
-                                                            {"backup", [] { press<frmDataBackup>("cmdBack"); }},
-                                                            {"restore", [] { press<frmRestorBackup>("cmdRestore"); }}};
+    const std::map<QByteArray, std::function<void()>> works{
+        {"update", update},
+        {"copies", copies},
+        {"repair", repair},
+        {"backup", [] { press("frmDataBackup", "cmdBack"); }},
+        {"restore", [] { press("frmRestorBackup", "cmdRestore"); }}};
     widgets::Application::setQuitOnLastWindowClosed(false);
     if (name == "backup" || name == "restore") {
         test::answerNext(QMessageBox::Yes);

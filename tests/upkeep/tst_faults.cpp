@@ -1,3 +1,5 @@
+#include "shell/forms/Module1.h"
+#include "store/engine/Value.h"
 #include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "store/upkeep/basDataUpdate.h"
@@ -11,6 +13,7 @@
 #include "widgets/Application.h"
 
 #include <QFile>
+#include <QProcess>
 
 #include <cstdio>
 

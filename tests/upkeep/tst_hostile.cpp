@@ -1,12 +1,5 @@
-#include "adults/frmAdults.h"
-#include "awards/frmAssignInsignias.h"
-#include "awards/frmInsigniaInfo.h"
-#include "pack/frmDenInfo.h"
-#include "pack/frmPackDenPositions.h"
-#include "pack/frmPackInformation.h"
 #include "platform/RuntimeError.h"
-#include "reports/frmCreatePurchaseList.h"
-#include "scouts/frmScouts.h"
+#include "shell/forms/Module1.h"
 #include "store/repair/Repair.h"
 #include "store/schema/Schema.h"
 #include "support/Files.h"
@@ -16,7 +9,12 @@
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
+#include <QApplication>
+#include <QDir>
+#include <QProcess>
+#include <QPushButton>
 #include <QRandomGenerator>
+#include <QTimer>
 
 using namespace orlo;
 using test::sqlite;
@@ -28,18 +26,16 @@ namespace
 
 enum End { Well = 0, Report = 1, NotOpened = 3 };
 
-template <class... F>
 void useForms()
 {
-    (
-        [] {
-            widgets::Instance<F>::show();
-            for (const char* button : {"cmdLast", "cmdPrevious", "cmdNew", "cmdSave"})
-                if (auto* found = widgets::Instance<F>::get().template findChild<QPushButton*>(button))
-                    found->click();
-            widgets::Instance<F>::get().unload();
-        }(),
-        ...);
+    for (const QString form : {"frmScouts", "frmAdults", "frmDenInfo", "frmInsigniaInfo", "frmAssignInsignias",
+                               "frmPackInformation", "frmPackDenPositions", "frmCreatePurchaseList"}) {
+        test::showForm(form);
+        for (const char* button : {"cmdLast", "cmdPrevious", "cmdNew", "cmdSave"})
+            if (auto* found = test::formOf(form).findChild<QPushButton*>(button))
+                found->click();
+        test::unloadForm(form);
+    }
 }
 
 // The child: opens the file, uses every form that depends on it, repairs it, and uses them again.
@@ -59,13 +55,11 @@ int useFile(const QStringList& arguments)
         return NotOpened;
     }
     QTimer::singleShot(0, [] {
-        const auto use = useForms<frmScouts, frmAdults, frmDenInfo, frmInsigniaInfo, frmAssignInsignias,
-                                  frmPackInformation, frmPackDenPositions, frmCreatePurchaseList>;
-        use();
+        useForms();
         database().close();
         store::DBEngine::repairDatabase(databasePath(), store::schema::versions());
         openDatabase(databasePath());
-        use();
+        useForms();
         std::_Exit(Well);
     });
     return QApplication::exec();

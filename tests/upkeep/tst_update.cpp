@@ -1,6 +1,8 @@
-#include "store/upkeep/basDataUpdate.h"
-
+#include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
+#include "store/engine/Database.h"
+#include "store/schema/Schema.h"
+#include "store/upkeep/basDataUpdate.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
@@ -9,6 +11,7 @@
 #include "support/Table.h"
 #include "widgets/Application.h"
 
+#include <QDir>
 #include <QFile>
 
 using namespace orlo;

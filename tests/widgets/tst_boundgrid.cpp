@@ -1,8 +1,10 @@
 #include "store/engine/Database.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+#include "support/Controls.h"
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Table.h"
-#include "support/TestApp.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/DataControl.h"
 

@@ -2,7 +2,6 @@
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Table.h"
-#include "support/TestApp.h"
 #include "widgets/Calendar.h"
 #include "widgets/CheckBox.h"
 #include "widgets/ComboBox.h"

@@ -1,7 +1,7 @@
+#include "support/Controls.h"
 #include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Table.h"
-#include "support/TestApp.h"
 #include "widgets/GridLayout.h"
 
 #include <QTemporaryDir>

@@ -3,6 +3,8 @@
 #include "PackRows.h"
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Version.h"
 #include "store/jet/FormerFile.h"
 #include "store/schema/Schema.h"
 

@@ -1,6 +1,8 @@
 #include "Compare.h"
 
 #include "RowNames.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 
 #include <deque>
 

@@ -1,5 +1,8 @@
 #include "CsvTable.h"
 
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>

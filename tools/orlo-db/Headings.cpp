@@ -1,5 +1,8 @@
 #include "Headings.h"
 
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+
 #include <QStringList>
 
 using namespace orlo;

@@ -2,6 +2,7 @@
 
 #include "CsvTable.h"
 #include "RowNames.h"
+#include "store/engine/Value.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include "LooseEnds.h"
 
 #include "RowNames.h"
+#include "store/engine/Value.h"
 
 #include <QMap>
 

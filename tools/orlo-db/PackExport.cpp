@@ -3,6 +3,9 @@
 #include "CsvTable.h"
 #include "platform/RuntimeError.h"
 #include "platform/WriteAll.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+#include "store/engine/Version.h"
 
 #include <QDir>
 #include <QFile>

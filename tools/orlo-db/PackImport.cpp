@@ -3,6 +3,7 @@
 #include "LinkTexts.h"
 #include "RowNames.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/TableDef.h"
 
 #include <QFileInfo>
 

@@ -2,6 +2,8 @@
 
 #include "platform/Conversion.h"
 #include "platform/FileSystem.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 #include "store/jet/FormerFile.h"
 #include "store/opening/OpenFile.h"
 

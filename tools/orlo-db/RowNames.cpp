@@ -1,5 +1,7 @@
 #include "RowNames.h"
 
+#include "store/engine/Value.h"
+
 using namespace orlo;
 using store::Value;
 

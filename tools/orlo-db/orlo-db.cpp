@@ -14,6 +14,8 @@
 #include "platform/RuntimeError.h"
 #include "store/copies/DatabaseCopy.h"
 #include "store/copies/KeptCopies.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Version.h"
 #include "store/jet/FormerFile.h"
 #include "store/repair/Repair.h"
 

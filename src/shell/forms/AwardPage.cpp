@@ -2,6 +2,8 @@
 
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/TextGrid.h"
 
 #include <QLabel>

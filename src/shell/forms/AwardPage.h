@@ -1,13 +1,16 @@
 #pragma once
 
-#include "store/engine/Recordset.h"
-
 #include <QString>
 
 #include <functional>
 #include <vector>
 
 class QLabel;
+
+namespace orlo::store
+{
+class Recordset;
+}
 
 namespace orlo::widgets
 {

@@ -1,6 +1,8 @@
 #include "shell/forms/DenList.h"
 
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/ComboBox.h"
 
 #include <algorithm>

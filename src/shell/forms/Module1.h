@@ -1,13 +1,17 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "store/engine/Database.h"
 
 #include <QDate>
 #include <QString>
 
 #include <cstdint>
 #include <memory>
+
+namespace orlo::store
+{
+class Database;
+}
 
 namespace orlo
 {

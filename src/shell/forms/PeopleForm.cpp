@@ -3,6 +3,8 @@
 #include "shell/forms/EmptyLists.h"
 #include "shell/forms/Module1.h"
 #include "shell/forms/PersonName.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"

@@ -1,5 +1,8 @@
 #include "shell/forms/PersonName.h"
 
+#include "store/engine/Recordset.h"
+#include "store/engine/Value.h"
+
 namespace orlo
 {
 

@@ -1,6 +1,11 @@
 #pragma once
 
-#include "store/engine/Recordset.h"
+#include <QString>
+
+namespace orlo::store
+{
+class Recordset;
+}
 
 namespace orlo
 {

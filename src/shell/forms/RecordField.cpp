@@ -1,6 +1,7 @@
 #include "shell/forms/RecordField.h"
 
 #include "platform/Conversion.h"
+#include "store/engine/Value.h"
 #include "widgets/CheckBox.h"
 #include "widgets/ComboBox.h"
 #include "widgets/OptionButton.h"

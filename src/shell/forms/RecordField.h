@@ -1,12 +1,17 @@
 #pragma once
 
-#include "store/engine/Value.h"
+#include <QString>
 
 #include <functional>
 
 class QLineEdit;
 class QPlainTextEdit;
 class QWidget;
+
+namespace orlo::store
+{
+class Value;
+}
 
 namespace orlo::widgets
 {

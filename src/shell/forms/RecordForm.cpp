@@ -2,6 +2,8 @@
 
 #include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+#include "store/engine/Value.h"
 #include "widgets/MessageBox.h"
 
 #include <QLabel>

@@ -2,6 +2,7 @@
 
 #include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
 
 namespace orlo
 {

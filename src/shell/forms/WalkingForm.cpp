@@ -1,5 +1,8 @@
 #include "shell/forms/WalkingForm.h"
 
+#include "shell/forms/Module1.h"
+#include "store/engine/Database.h"
+
 namespace orlo
 {
 

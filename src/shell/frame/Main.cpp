@@ -6,6 +6,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/frame/TakeoverNotice.h"
 #include "shell/frame/frmSplash.h"
+#include "store/engine/Database.h"
 #include "widgets/Application.h"
 
 #include <QIcon>

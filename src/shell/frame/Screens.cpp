@@ -75,7 +75,8 @@ ListedScreen screen(Unloads unloads, Opens opens, const char* picture, const Scr
             picture,
             opens == Waiting ? &Instance<F>::showWaiting : &Instance<F>::show,
             &unloadForm<F>,
-            []() -> widgets::Form& { return Instance<F>::get(); }};
+            []() -> widgets::Form& { return Instance<F>::get(); },
+            []() -> widgets::Form* { return Instance<F>::loaded(); }};
 }
 
 constexpr PlainReport CombinedRoster{"dlgCombinedRoster", "crCombinedList", u"\\CombinedRoster.rpt", u"Combined Roster",

@@ -35,6 +35,7 @@ struct ListedScreen {
     void (*open)();
     void (*unload)(); ///< loads the form first if necessary
     widgets::Form& (*get)();
+    widgets::Form* (*loaded)(); ///< null if it isn't loaded
 };
 
 /// All screens except the main window and the splash. Those that backup and restore unload are in the order of

@@ -6,6 +6,7 @@ namespace orlo::store
 {
 
 class Connection;
+struct Index;
 
 /// Reads a table's definition. Raises 3265 for an unknown name.
 [[nodiscard]] TableDef readTable(Connection& connection, QStringView name);

@@ -6,6 +6,7 @@
 #include "store/engine/Conversion.h"
 #include "store/engine/Database.h"
 #include "store/engine/Source.h"
+#include "store/engine/Value.h"
 
 #include <sqlite3.h>
 
@@ -45,6 +46,10 @@ Recordset::Recordset(std::shared_ptr<Connection> connection, const QString& sour
     } else
         openSnapshot(progress);
 }
+
+Recordset::~Recordset() = default;
+Recordset::Recordset(Recordset&&) noexcept = default;
+Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 
 void Recordset::openSnapshot(const std::function<void()>& progress)
 {
@@ -152,6 +157,16 @@ const std::vector<Field>& Recordset::fields() const
 {
     requireOpen();
     return m_shape->fields;
+}
+
+Value Recordset::value(QStringView name) const
+{
+    return value(column(name));
+}
+
+Value Recordset::operator[](QStringView name) const
+{
+    return value(name);
 }
 
 void Recordset::moveNext()

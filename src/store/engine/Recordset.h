@@ -1,7 +1,8 @@
 #pragma once
 
 #include "store/engine/Record.h"
-#include "store/engine/Value.h"
+
+#include <QString>
 
 #include <functional>
 #include <initializer_list>
@@ -15,6 +16,8 @@ namespace orlo::store
 
 class Connection;
 class Statement;
+class Value;
+struct Field;
 struct RowShape;
 struct Source;
 
@@ -28,9 +31,9 @@ class Recordset
 public:
     /// As Database::openRecordset().
     Recordset(std::shared_ptr<Connection> connection, const QString& source, const std::function<void()>& progress);
-    ~Recordset() = default;
-    Recordset(Recordset&&) noexcept = default;
-    Recordset& operator=(Recordset&&) noexcept = default;
+    ~Recordset();
+    Recordset(Recordset&&) noexcept;
+    Recordset& operator=(Recordset&&) noexcept;
     Recordset(const Recordset&) = delete; // copies would share m_known
     Recordset& operator=(const Recordset&) = delete;
 
@@ -72,8 +75,8 @@ public:
 
     /// A field of the buffer, or of the current record. Raises 3265 for an unknown name, 3021 without a record, 3167
     /// for a removed one.
-    [[nodiscard]] Value value(QStringView name) const { return value(column(name)); }
-    [[nodiscard]] Value operator[](QStringView name) const { return value(name); }
+    [[nodiscard]] Value value(QStringView name) const;
+    [[nodiscard]] Value operator[](QStringView name) const;
     /// By 0-based column, for code that walks all fields.
     [[nodiscard]] Value value(int column) const;
     /// Calls back with these fields of every record, in the set's order, read at once: for lists. The position and an

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "store/engine/Value.h"
-
 #include <QByteArray>
 
 #include <optional>
@@ -11,13 +9,21 @@
 
 struct sqlite3_stmt;
 
+namespace orlo::platform
+{
+struct DateTime;
+}
+
 namespace orlo::store
 {
 
+class Value;
+enum class FieldType : int;
+
 /// A date as stored: 'YYYY-MM-DD', with ' HH:MM:SS' if there is a time.
-[[nodiscard]] QByteArray isoText(const DateTime& date);
+[[nodiscard]] QByteArray isoText(const platform::DateTime& date);
 /// Reads such a date; none for any other text.
-[[nodiscard]] std::optional<DateTime> readIso(QByteArrayView text);
+[[nodiscard]] std::optional<platform::DateTime> readIso(QByteArrayView text);
 
 /// Rows in compact form; values are made on demand.
 class Rows

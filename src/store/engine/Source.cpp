@@ -4,6 +4,7 @@
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/TableDef.h"
 
 #include <QRegularExpression>
 

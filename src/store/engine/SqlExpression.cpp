@@ -1,6 +1,7 @@
 #include "store/engine/SqlExpression.h"
 
 #include "platform/Conversion.h"
+#include "platform/RuntimeError.h"
 #include "platform/Text.h"
 
 #include <algorithm>

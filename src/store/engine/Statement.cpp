@@ -2,6 +2,7 @@
 
 #include "store/engine/Connection.h"
 #include "store/engine/Rows.h"
+#include "store/engine/Value.h"
 
 #include <sqlite3.h>
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "store/engine/Value.h"
-
 #include <QByteArray>
 
 #include <memory>
@@ -12,6 +10,7 @@ namespace orlo::store
 {
 
 class Connection;
+class Value;
 
 /// Statements from outside may only do what the dialect offers.
 enum class Origin { Engine, Outside };

@@ -2,6 +2,7 @@
 
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/TableDef.h"
 
 namespace orlo::store
 {

@@ -1,13 +1,16 @@
 #pragma once
 
-#include "store/engine/Database.h"
-
 #include <QByteArray>
+#include <QString>
 
 #include <vector>
 
 namespace orlo::store
 {
+
+class TableDef;
+struct Field;
+struct Index;
 
 /// Stands in for the fields of a table that has none for a moment, because SQLite requires a column.
 inline const QString NoField = QStringLiteral("~");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/engine/Database.h"
+#include "store/engine/TableDef.h"
 
 #include <QHash>
 

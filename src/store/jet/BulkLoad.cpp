@@ -3,6 +3,7 @@
 #include "platform/RuntimeError.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
+#include "store/engine/Database.h"
 
 #include <QScopeGuard>
 

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "store/engine/Database.h"
 #include "store/engine/Statement.h"
+#include "store/engine/TableDef.h"
 
 #include <optional>
 
 namespace orlo::store
 {
+
+class Database;
 
 /// Fills tables of a file that nobody else has open, within a Transaction. Much faster than record sets for hundreds of
 /// thousands of rows.

@@ -1,7 +1,9 @@
 #include "store/jet/Definitions.h"
 
+#include "store/engine/Version.h"
 #include "store/jet/HelperStream.h"
 #include "store/jet/Takeover.h"
+#include "store/schema/Schema.h"
 
 namespace orlo::store::jet
 {

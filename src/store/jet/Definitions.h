@@ -1,8 +1,8 @@
 #pragma once
 
+#include "store/engine/TableDef.h"
 #include "store/jet/Import.h"
 #include "store/jet/Stream.h"
-#include "store/schema/Schema.h"
 
 #include <vector>
 

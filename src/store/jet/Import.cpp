@@ -10,6 +10,7 @@
 #include "store/jet/Definitions.h"
 #include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
+#include "store/schema/Schema.h"
 
 #include <QElapsedTimer>
 

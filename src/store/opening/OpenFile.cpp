@@ -6,6 +6,7 @@
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/engine/Journal.h"
+#include "store/engine/Version.h"
 #include "store/jet/FormerFile.h"
 #include "store/jet/Takeover.h"
 

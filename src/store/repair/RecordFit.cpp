@@ -1,5 +1,8 @@
 #include "store/repair/RecordFit.h"
 
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+
 #include <algorithm>
 
 namespace orlo::store

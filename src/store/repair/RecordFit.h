@@ -1,10 +1,12 @@
 #pragma once
 
-#include "store/engine/Database.h"
 #include "store/repair/PageFile.h"
 
 namespace orlo::store
 {
+
+class TableDef;
+struct Field;
 
 /// A text's bytes; empty for anything else.
 [[nodiscard]] QByteArray textOf(const RawValue& value);

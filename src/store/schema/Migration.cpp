@@ -1,6 +1,7 @@
 #include "store/schema/Migration.h"
 
 #include "platform/RuntimeError.h"
+#include "store/engine/Version.h"
 #include "store/schema/Update11.h"
 
 #include <algorithm>

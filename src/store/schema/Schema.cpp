@@ -1,6 +1,9 @@
 #include "store/schema/Schema.h"
 
 #include "platform/RuntimeError.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+#include "store/engine/Version.h"
 
 #include <algorithm>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/engine/Version.h"
+#include "store/engine/Database.h"
 
 #include <vector>
 

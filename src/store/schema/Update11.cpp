@@ -1,5 +1,7 @@
 #include "store/schema/Update11.h"
 
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 #include "store/schema/Schema.h"
 
 #include <algorithm>

@@ -1,0 +1,69 @@
+#include "support/Controls.h"
+
+#include "widgets/ListBox.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+
+namespace orlo::test
+{
+
+std::shared_ptr<Told> takeNext(const std::function<bool(QWidget&, Told&)>& take)
+{
+    auto told = std::make_shared<Told>();
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, told, take] {
+        if (QWidget* modal = QApplication::activeModalWidget(); modal && take(*modal, *told)) {
+            timer->stop();
+            timer->deleteLater();
+        }
+    });
+    timer->start(5);
+    return told;
+}
+
+std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
+{
+    return takeNext([button](QWidget& modal, Told& told) {
+        auto* box = qobject_cast<QMessageBox*>(&modal);
+        if (!box || told.shown)
+            return false;
+        told = {box->text(), box->windowTitle(), true};
+        if (button == QMessageBox::NoButton)
+            QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+        else if (auto* pressed = box->button(button))
+            pressed->click();
+        else
+            box->reject();
+        return true;
+    });
+}
+
+std::shared_ptr<Told> dismissReport()
+{
+    return takeNext([](QWidget& modal, Told& told) {
+        if (modal.objectName() != QLatin1String("dlgError") || told.shown)
+            return false;
+        told.shown = true;
+        for (const char* field : {"Type", "Number", "Source", "Description", "Text"}) {
+            const auto* shown = modal.findChild<QWidget*>(QLatin1String("txtError") + QLatin1String(field));
+            told.text += shown->property("text").toString() + shown->property("plainText").toString() + u'\n';
+        }
+        modal.findChild<QAbstractButton*>(QStringLiteral("cmdOk"))->click();
+        return true;
+    });
+}
+
+void press(const QObject& window, const QString& name)
+{
+    QTest::mouseClick(&control<QWidget>(window, name.toUtf8().constData()), Qt::LeftButton);
+}
+
+void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modifier)
+{
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, modifier, list.visualItemRect(list.item(row)).center());
+}
+
+} // namespace orlo::test

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "support/Main.h"
+
+#include <QMessageBox>
+
+#include <memory>
+
+namespace orlo::widgets
+{
+class ListBox;
+}
+
+namespace orlo::test
+{
+
+/// What the next message box says, once it has been answered.
+struct Told {
+    QString text;
+    QString title;
+    bool shown = false;
+};
+
+/// Handles the next modal window as soon as it is shown, by a function that returns false for a window it doesn't wait
+/// for.
+std::shared_ptr<Told> takeNext(const std::function<bool(QWidget&, Told&)>& take);
+/// Answers the next message box with the button, or by Enter if there is none, and records its text.
+std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok);
+/// Dismisses the next failure report and records type, number, source, description and text, one per line.
+std::shared_ptr<Told> dismissReport();
+
+/// A form's control by its name; the test fails without it.
+template <class W>
+W& control(const QObject& form, const char* name)
+{
+    W* found = form.findChild<W*>(QString::fromLatin1(name));
+    if (!found)
+        fail(QStringLiteral("no control ") + QString::fromLatin1(name));
+    return *found;
+}
+
+/// Clicks a control of a window.
+void press(const QObject& window, const QString& name);
+/// Clicks a row of a list.
+void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modifier = Qt::NoModifier);
+
+/// The rows of a list or combo box.
+template <class List>
+QString textsOf(const List& list)
+{
+    QStringList texts;
+    for (int row = 0; row < list.listCount(); ++row)
+        texts += list.list(row);
+    return texts.join("; ");
+}
+
+} // namespace orlo::test

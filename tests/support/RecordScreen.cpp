@@ -1,0 +1,219 @@
+#include "support/RecordScreen.h"
+
+#include "shell/frame/Screens.h"
+#include "store/engine/TableDef.h"
+#include "store/schema/Schema.h"
+#include "widgets/ComboBox.h"
+#include "widgets/Form.h"
+#include "widgets/ListBox.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+namespace orlo::test
+{
+
+QWidget& formOf(const QString& name)
+{
+    return screenOf(name).get();
+}
+
+QWidget* loadedForm(const QString& name)
+{
+    return screenOf(name).loaded();
+}
+
+QWidget& showForm(const QString& name)
+{
+    widgets::Form& form = screenOf(name).get();
+    form.showForm();
+    return form;
+}
+
+void unloadForm(const QString& name)
+{
+    screenOf(name).unload();
+}
+
+void unloadForms()
+{
+    widgets::Form::unloadAll();
+}
+
+RecordScreen::RecordScreen(const QString& name) : form(showForm(name))
+{
+    if (!QTest::qWaitForWindowActive(&form))
+        fail(QStringLiteral("the form doesn't become active"));
+}
+
+void RecordScreen::type(const QString& box, const QString& text) const
+{
+    QWidget& control = get(box.toUtf8().constData());
+    control.setFocus();
+    QTest::keyClick(&control, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&control, Qt::Key_Delete);
+    QTest::keyClicks(&control, text);
+}
+
+void RecordScreen::run(const QString& script, const std::function<void(const QString&)>& other) const
+{
+    const auto words = script.split(u' ', Qt::SkipEmptyParts);
+    for (const QString& word : words) {
+        static const QMap<QString, const char*> buttons{{"F", "cmdFirst"},  {"P", "cmdPrevious"}, {"N", "cmdNext"},
+                                                        {"L", "cmdLast"},   {"n", "cmdNew"},      {"s", "cmdSave"},
+                                                        {"d", "cmdDelete"}, {"c", "cmdCancel"},   {"x", "cmdExit"}};
+        static const QMap<QString, QMessageBox::StandardButton> answers{{"yes", QMessageBox::Yes},
+                                                                        {"no", QMessageBox::No},
+                                                                        {"ok", QMessageBox::Ok},
+                                                                        {"preset", QMessageBox::NoButton}};
+        static const QMap<QString, Qt::Key> keys{
+            {"E", Qt::Key_Escape}, {"Enter", Qt::Key_Return}, {"Tab", Qt::Key_Tab}};
+        if (auto* dens = form.findChild<QComboBox*>("cmbSelectedDens"); dens && word.startsWith("den:"))
+            dens->setEditText(word.sliced(4).replace('_', ' '));
+        else if (word.contains('>'))
+            openDialog(word.section('>', 0, 0), word.section('>', 1).split(',', Qt::SkipEmptyParts), other);
+        else if (buttons.contains(word))
+            click(buttons[word]);
+        else if (answers.contains(word))
+            told.append(answerNext(answers[word]));
+        else if (keys.contains(word))
+            QTest::keyClick(word == "E" ? &form : form.focusWidget(), keys[word]);
+        else if (word.contains('='))
+            type("txt" + word.section('=', 0, 0), word.section('=', 1));
+        else if (word.startsWith('@') && word.size() > 1 && word[1].isDigit())
+            clickRow(*form.findChild<widgets::ListBox*>(), word.sliced(1).toInt());
+        else if (other)
+            other(word);
+        else
+            press(form, word);
+    }
+}
+
+void RecordScreen::openDialog(const QString& opener, const QStringList& steps,
+                              const std::function<void(const QString&)>& other) const
+{
+    log = "not shown";
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &form, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (!dialog || !dialog->isActiveWindow()) // it couldn't receive a key yet
+            return;
+        timer.stop();
+        work(dialog, steps);
+    });
+    timer.start(5);
+    run(opener, other);
+}
+
+void RecordScreen::work(const QPointer<QWidget>& dialog, const QStringList& steps) const
+{
+    if (const auto* find = dialog->findChild<QPushButton*>("cmdFind"))
+        QVERIFY(!find->isEnabled());
+    for (const QString& step : steps + QStringList("end")) {
+        if (!dialog || !dialog->isVisible()) {
+            log.prepend("closed, ");
+            return;
+        }
+        log.clear();
+        for (const char* name : {"cmdSave", "cmdFind"})
+            if (const auto* button = dialog->findChild<QPushButton*>(name))
+                log = button->isEnabled() ? "live" : "locked";
+        for (const auto* box : dialog->findChildren<widgets::ComboBox*>())
+            if (box->isVisible())
+                log += "; " + box->text() + " of " + textsOf(*box).replace("; ", ", ");
+        for (const auto* list : dialog->findChildren<widgets::ListBox*>())
+            log += textsOf(*list);
+        static const QRegularExpression Marks("[:=^]");
+        const QString name = step.section(Marks, 0, 0);
+        const QString value = step.section(Marks, 1).replace('_', ' ');
+        if (auto* box = dialog->findChild<widgets::ComboBox*>(name)) {
+            box->setFocus();
+            if (step.contains(':'))
+                box->setListIndex(value.toInt());
+            else if (step.contains('='))
+                box->setText(value);
+            else
+                box->showPopup(), box->hidePopup();
+        } else if (auto* line = dialog->findChild<QLineEdit*>("txt" + name))
+            line->setText(value);
+        else if (auto* list = dialog->findChild<widgets::ListBox*>(name))
+            clickRow(*list, value.toInt(), Qt::ControlModifier);
+        else if (step == "yes")
+            told.append(answerNext(QMessageBox::Yes));
+        else if (step == "Tab" || step == "E")
+            QTest::keyClick(dialog->focusWidget(), step == "E" ? Qt::Key_Escape : Qt::Key_Tab);
+        else if (step != "end")
+            press(*dialog, step);
+    }
+    log.prepend("open, ");
+    press(*dialog, "cmdCancel");
+}
+
+QString RecordScreen::lostFields(const QString& table, const QString& record) const
+{
+    const auto shown = [this](const QString& name) {
+        QVariant value;
+        for (const char* property : {"checked", "text", "plainText", "currentText"})
+            if (!value.isValid() || value.toString().isEmpty())
+                value = get(name.toUtf8().constData()).property(property);
+        return value.typeId() == QMetaType::Bool ? QString(value.toBool() ? "True" : "False") : value.toString();
+    };
+    QStringList lines = table.simplified().split(QStringLiteral("; "));
+    QString lost;
+    for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields()) {
+        const auto line = lines.indexOf(QRegularExpression("\\S+ " + field.name + "( .*)?"));
+        const auto* box = form.findChild<QLineEdit*>(lines.value(line).section(u' ', 0, 0));
+        if (line < 0 || (box && field.size > 0 && box->maxLength() > field.size))
+            lost += field.name + (line < 0 ? ": no line names it\n" : ": its box takes a longer text\n");
+    }
+    lines.removeIf([](const QString& line) { return line.startsWith(u'-'); });
+    for (const QString& line : std::as_const(lines)) {
+        const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
+        auto* button = form.findChild<QAbstractButton*>(words[0]);
+        if (auto* list = form.findChild<widgets::ComboBox*>(words[0]))
+            list->setText(words[2]);
+        else if (!button)
+            type(words[0], words[2]);
+        else if (shown(words[0]) != words[2])
+            button->click();
+    }
+    run("s N P");
+    for (const QString& line : lines) {
+        const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
+        const QString held = rows("Select " + words[1] + " From " + record);
+        if (shown(words[0]) != words[2] || held != words.last())
+            lost += words.join(u' ') + ": shows " + shown(words[0]) + ", holds " + held + '\n';
+    }
+    return lost;
+}
+
+QString RecordScreen::enabled(const QStringList& names) const
+{
+    QStringList found;
+    for (const QString& name : names)
+        found += get(name.toUtf8().constData()).isEnabled() ? QStringList(name) : QStringList();
+    return found.size() == names.size() ? "all" : found.isEmpty() ? "none" : found.join(u' ');
+}
+
+QString RecordScreen::said() const
+{
+    QStringList lines;
+    for (const auto& box : told)
+        lines += box->shown ? box->title + ": " + box->text : "not asked";
+    return lines.join('\n');
+}
+
+QMap<QString, QString> RecordScreen::shown() const
+{
+    QStringList live;
+    for (const QString name : {"First", "Previous", "Next", "Last", "New", "Save", "Delete"})
+        live += get(("cmd" + name).toUtf8().constData()).isEnabled() ? QStringList(name) : QStringList();
+    return {{"label", get<QLabel>("lblRecordInfo").text()}, {"live", live.join(u' ')}, {"said", said()}};
+}
+
+} // namespace orlo::test
