@@ -240,12 +240,12 @@ private:
         }};
         while (!m_lines->atEnd()) {
             const QString side = m_lines->word();
-            const double length = m_lines->length();
-            if (length > 144)
-                m_lines->fail(QStringLiteral("A margin is two inches at most."));
             const auto known = std::find_if(Sides.begin(), Sides.end(), [&](const auto& s) { return s.first == side; });
             if (known == Sides.end())
                 m_lines->failAtWord(QStringLiteral("A margin is left, right, top or bottom."));
+            const double length = m_lines->length();
+            if (length > 144)
+                m_lines->fail(QStringLiteral("A margin is two inches at most."));
             (m_definition.margins.*known->second)(length);
         }
     }

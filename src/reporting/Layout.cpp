@@ -27,7 +27,8 @@ public:
         if (const int columns = m_definition.detail.columns; columns > 1 || hasLabels()) {
             m_columnWidth = (job.textWidth - left - m_definition.detail.gap * (columns - 1)) / columns;
             if (m_columnWidth < MinColumn)
-                throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."));
+                throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."),
+                                  m_definition.detail.place);
             m_columns.emplace(report.definition, job.typesetter, left + m_columnWidth, job.heightLimit);
         }
     }

@@ -59,12 +59,7 @@ private Q_SLOTS:
 
     /// What the formula says of the row and which part of it goes into the query. A part that can't be read fails with
     /// its number and column, and never selects more instead.
-    void selects_data()
-    {
-        test::tableOf("reporting/formula_selects.txt");
-        QTest::newRow("open text") << "\"open"
-                                   << "3075 at 1";
-    }
+    void selects_data() { test::tableOf("reporting/formula_selects.txt"); }
     void selects()
     {
         QFETCH(QString, text);

@@ -143,6 +143,8 @@ private Q_SLOTS:
         const QScrollBar* bar = preview.window->view().verticalScrollBar();
         preview.key(Qt::Key_Down);
         QVERIFY(bar->value() > 0);
+        preview.key(Qt::Key_End);
+        QCOMPARE(bar->value(), bar->maximum());
         preview.key(Qt::Key_Home);
         QCOMPARE(bar->value(), 0);
         QSet<int> readFromTop{1};
@@ -158,7 +160,11 @@ private Q_SLOTS:
         preview.window->view().setFit(PageView::Fit::Page);
         QString pages = QString::number(preview.page());
         for (int step = 1; step < 2 * Pages - 1; ++step) {
-            preview.key(step < Pages ? Qt::Key_PageDown : Qt::Key_PageUp);
+            const bool on = step < Pages;
+            if (step % 2 == 0)
+                preview.key(Qt::Key_Space, on ? Qt::NoModifier : Qt::ShiftModifier);
+            else
+                preview.key(on ? Qt::Key_PageDown : Qt::Key_PageUp);
             pages += QString::number(preview.page());
         }
         QCOMPARE(pages, "123454321");
@@ -525,7 +531,10 @@ private Q_SLOTS:
         if (QSysInfo::kernelType() == "winnt")
             QSKIP("the dialog is the system's own, which no test reaches");
         const QTemporaryDir folder;
-        for (const auto& [option, pages] : {std::pair("printAll", Pages), {"printRange", 2}, {"printCurrentPage", 1}}) {
+        using Case =
+            std::tuple<const char*, int, const char*>; // the copies are printed from the last page to the first
+        for (const auto& [option, copies, months] :
+             {Case("printAll", 1, "JFMAM"), Case("printRange", 2, "MFMF"), Case("printCurrentPage", 1, "J")}) {
             const OpenPreview preview;
             const QString file = folder.filePath(option);
             test::printInto(file);
@@ -533,10 +542,15 @@ private Q_SLOTS:
                 dialog.findChild<QRadioButton*>(option)->click();
                 dialog.findChild<QSpinBox*>("from")->setValue(2);
                 dialog.findChild<QSpinBox*>("to")->setValue(3);
+                dialog.findChild<QSpinBox*>("copies")->setValue(copies);
+                dialog.findChild<QCheckBox*>("reverse")->setChecked(copies > 1);
                 dialog.accept();
             });
             preview.key(Qt::Key_P, Qt::ControlModifier);
-            QCOMPARE(test::pagesOf(file), pages);
+            QString printed;
+            for (const QString& line : test::linesOf(file).filter("Page "))
+                printed += line.trimmed()[5];
+            QCOMPARE(printed, months);
         }
     }
 };

@@ -182,7 +182,8 @@ private Q_SLOTS:
                 if (const auto* box = std::get_if<BoxItem>(&item))
                     mark("box", box->box.left(), box->box.width(), box->box.height(), box->fill);
                 if (const auto* line = std::get_if<LineItem>(&item))
-                    mark("line", line->from.x(), line->to.x() - line->from.x(), line->width, line->color);
+                    mark(line->from.y() < lowest ? "over" : "line", line->from.x(), line->to.x() - line->from.x(),
+                         line->width, line->color);
                 const auto* text = std::get_if<TextItem>(&item);
                 if (!text)
                     continue;

@@ -166,17 +166,6 @@ private Q_SLOTS:
         QTEST(test::rows("Select " + test::cell("field") + " From Scouts Where Scout_SID = 1"), "stored");
     }
 
-    // A den that another program made appears in the den filter when that is opened.
-    void newDenReachesTheFilter()
-    {
-        const Screen screen;
-        auto& filter = screen.get<widgets::ComboBox>("cmbSelectedDens");
-        test::fill("Insert Into Dens Values (4, 9, 'New', 'Lion', 2025, 'Y')");
-        filter.showPopup();
-        filter.hidePopup();
-        QCOMPARE(test::textsOf(filter), "Tiger Den 1; Bear Den 2; Wolf Den 3; Lion Den 9; <All>");
-    }
-
     // The picked adult always goes to the second parent's link. After a cancelled pick, or after the message, the next
     // click counts, but asks nothing while the focus stays; when the focus comes to the box again from another control,
     // it asks again.

@@ -62,6 +62,13 @@ private Q_SLOTS:
         QCOMPARE(tabs.currentIndex(), 0);
     }
 
+    // A den that another program made appears in the den filter when that is opened.
+    void newDenReachesTheFilter()
+    {
+        QCOMPARE(densOf<frmScouts>().section("; ", -2), "Lion Den 9; <All>");
+        QCOMPARE(densOf<frmAdults>().section("; ", -2), "Lion Den 9; <All>");
+    }
+
     // A new record's boxes may have held the previous record's text, and undo must not bring it back.
     void undoInNewRecord()
     {
@@ -161,6 +168,19 @@ private:
             {"awards", [&] { test::RecordScreen("frmInsigniaInfo").run(script); }},
             {"pack", [&] { test::RecordScreen("frmPackInformation").run(script); }}};
         forms[form]();
+    }
+    template <class F>
+    static QString densOf()
+    {
+        const test::AppFolder folder;
+        test::copyLayouts();
+        test::fill(test::Pack);
+        const test::RecordScreen<F> screen;
+        test::fill("Insert Into Dens Values (9, 9, '', 'Lion', 2025, 'Y')");
+        auto& filter = screen.template get<widgets::ComboBox>("cmbSelectedDens");
+        filter.showPopup();
+        filter.hidePopup();
+        return test::textsOf(filter);
     }
 };
 

@@ -127,12 +127,13 @@ private Q_SLOTS:
     {
         const auto seen = test::takeNext([](QWidget& modal, test::Told& told) {
             auto& text = test::control<QTextBrowser>(modal, "txtErrorText");
-            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0) + (text.height() < 100 ? "" : " tall");
+            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0) + (text.height() < 100 ? "" : " tall") +
+                        (test::control<QTextEdit>(modal, "txtErrorDescription").height() < 300 ? "" : " beyond bounds");
             test::control<QPushButton>(modal, "cmdCopy").click();
             QTest::keyClick(&text, Qt::Key_Return); // not the link's before Tab went there
             return told.shown = true;
         });
-        platform::pendingError::set(platform::RuntimeError(3343, "DBEngine"));
+        platform::pendingError::set(platform::RuntimeError(3343, "DBEngine", QString("line\n").repeated(50)));
         CriticalError();
         QCOMPARE(seen->text, "http://www.tollbeck.example");
         QVERIFY(QApplication::clipboard()->text().contains("Error Number: 3343\nError Source: DBEngine\nError Desc"));
@@ -170,8 +171,13 @@ private Q_SLOTS:
         splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
         QCOMPARE(painted.times, 1); // without the line, before anything else happens
+        store::takeoverWatch().report(QStringLiteral("left out"));
         QTRY_VERIFY(topLevel("mdiPendrake"));
         QTRY_COMPARE(QApplication::activeWindow(), &report);
+        const auto told = test::answerNext(); // above the frame, and after what else is up
+        QVERIFY(!QTest::qWaitFor([&told] { return told->shown; }, 250));
+        report.close();
+        QTRY_COMPARE(told->text, "left out");
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
     }

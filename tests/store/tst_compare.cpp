@@ -48,6 +48,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath("copy") && QDir().mkpath("csv"));
         orlo::test::write("csv/Assigned_Awards_Scouts.csv", "Scout_SID,Insignia_SID\n1,2\n1,2\n");
         QCOMPARE(orloDb({"new", "--from", "csv", "copy/Quorrel11_Backup"}).errors, QString());
+        orlo::test::write("csv/Purchase_List.csv", "Insignia_SID,Award_Name,Award_Type\n1,a,b\n"); // as it was in 1.0
         QCOMPARE(orloDb({"new", "--from", "csv", "--format", "1.0", "old.mdb"}).errors, QString());
         const auto run = orloDb({"compare", "old.mdb", "copy"});
         QVERIFY2(run.said.startsWith("Only the second file has the fields of Scouts: Alt_Parent_Address, "),

@@ -62,17 +62,6 @@ private Q_SLOTS:
                  "Zoë \"Z\"|a,\r\nb|2016-06-07|1|Null|||Null|1; O'Brien|Null|2016-06-07|0| |x|12 |3.0|1");
     }
 
-    void version10()
-    {
-        orlo::test::write(csv("Purchase_List.csv"), "Insignia_SID,Award_Name,Award_Type\n1,a,b\n");
-        orlo::test::write(csv("Assigned_Awards_Scouts.csv"), "Scout_SID,Insignia_SID\n1,2\n1,2\n");
-        QCOMPARE(orloDb({"new", out(), "--from", csv(), "--format", "1.0"}).errors, QString());
-        QCOMPARE(rows("Select * From Assigned_Awards_Scouts"), "1|2|Null|Null|Null; 1|2|Null|Null|Null");
-        Database database = DBEngine::openDatabase(out());
-        QCOMPARE(database.queryNames(), QStringList());
-        QCOMPARE(database.tableNames().size(), 8);
-    }
-
     // Every link of the sample leads to a row, and every award's year and month are those of its date.
     void samplePack()
     {

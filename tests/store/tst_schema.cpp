@@ -84,16 +84,6 @@ private Q_SLOTS:
         QVERIFY2(failure.isEmpty() == (test::cell("accepted") == "yes"), qPrintable(failure));
     }
 
-    void startingValues()
-    {
-        QCOMPARE(rows("INSERT INTO Scouts(Scout_SID) VALUES(1);"
-                      "INSERT INTO Assigned_Awards_Scouts(Scout_SID) VALUES(5), (6)"),
-                 "");
-        QCOMPARE(rows("SELECT Parent1_Use_Scout_Add, Parent2_Use_Scout_Add, Grade_In_School FROM Scouts"), "1|1|Null");
-        QCOMPARE(rows("SELECT Scout_SID, Assigned_SID, Quantity FROM Assigned_Awards_Scouts ORDER BY 1"),
-                 "5|1|Null;6|2|Null");
-    }
-
     // A missing quantity counts as one, like every adult's award; both kinds of position have the same columns.
     void queries_data() { test::cases({"select", "rows"}, "store/schema/queries.txt"); }
     void queries()

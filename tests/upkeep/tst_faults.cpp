@@ -118,7 +118,7 @@ private Q_SLOTS:
         test::limitFiles(-1);
         other.reset();
         gDatabase.reset();
-        QTEST(QString::number(number), "told");
+        QTEST(QString::number(number) + ' ' + platform::standardDescription(number), "told");
         QTEST(widgets::Application::reportOf(platform::RuntimeError(number)).section("close. ", 1), "closing");
         widgets::setClosingWords({});
         if (fault == "damaged")

@@ -220,9 +220,13 @@ bool Salvage::isOf(const std::vector<RawRecord>& records, const TableDef& table)
             return record.values.size() == one.fields().size() && fits(record, one);
         });
     };
+    // Another tool's table takes any value.
+    const bool own = m_version.findTable(table.name()) != nullptr;
+    const auto maybe = [&](const RawRecord& record) {
+        return own ? mayBeOf(record, table) : record.values.size() <= table.fields().size();
+    };
     return std::ranges::any_of(records, [&](const RawRecord& record) { return fits(record, table); }) ||
-           (std::ranges::any_of(records, [&](const RawRecord& record) { return mayBeOf(record, table); }) &&
-            std::ranges::none_of(m_tables, whole));
+           (std::ranges::any_of(records, maybe) && std::ranges::none_of(m_tables, whole));
 }
 
 void Salvage::noteQuery(const RawRecord& record)
