@@ -54,8 +54,9 @@ version_of() { # version_of PACKAGE: of the source that it was made from
     dpkg-query -W -f '${source:Version}' "$1"
 }
 
-toolchain() {
-    cat >"$work/toolchain.cmake" <<END
+toolchain() { # written only where it differs, or Qt would prepare itself anew each time
+    local new=$work/toolchain.new
+    cat >"$new" <<END
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER $compiler-gcc-posix)
@@ -69,6 +70,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_LIBDIR} $root/lib/pkgconfig)
 END
+    cmp -s "$new" "$work/toolchain.cmake" || mv "$new" "$work/toolchain.cmake"
+    rm -f "$new"
 }
 
 # The version of the system's own Qt, whose tools run during the builds.
