@@ -5,6 +5,9 @@ target_compile_options(orlo_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 target_compile_definitions(orlo_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(orlo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+if(WIN32)
+    target_compile_definitions(orlo_options INTERFACE _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
+endif()
 if(ORLO_SANITIZE)
     target_compile_options(orlo_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
         -fno-omit-frame-pointer)

@@ -32,12 +32,9 @@ orlo_package_file(sample-pack/Quorrel11_Backup DEPENDS build::orlo-db ${tables}
 orlo_package_file(sample-pack/version-1.0/Quorrel.mdb DEPENDS build::orlo-db ${tables}
     COMMAND build::orlo-db new ${PACKAGE_DIR}/sample-pack/version-1.0/Quorrel.mdb --from ${sample} --format 1.0)
 
-set(programs orlo orlo-db)
+set(programs orlo orlo-db orlo-report)
 if(TARGET orlo-jet)
     list(APPEND programs orlo-jet)
-endif()
-if(NOT WIN32) # it has no plugin to draw without a screen
-    list(APPEND programs orlo-report)
 endif()
 set(modules)
 if(TARGET orlo-pdf)

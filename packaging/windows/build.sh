@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
-# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip in build/windows, or in the folder
-# that ORLO_WINDOWS names. Everything else that it makes or fetches is there too. The first run takes an hour or two,
-# nearly all of it for Qt; if it is stopped anywhere, the next run continues from there. build.sh tests builds the tests
-# and the tour, too.
+# Builds ORLO for Windows on Debian 12: build.sh   It leaves orlo-VERSION-win64.zip and orlo-VERSION-setup.exe in
+# build/windows, or in the folder that ORLO_WINDOWS names. Everything else that it makes or fetches is there too. The
+# first run takes an hour or two, nearly all of it for Qt; if it is stopped anywhere, the next run continues from there.
+# build.sh tests builds the tests and the tour, too.
 source "$(dirname "$0")/../../cmake/setup.sh"
 source packaging/windows/folder.sh
-windows_packages=(g++-mingw-w64-x86-64-posix dpkg-dev icoutils tcl)
+windows_packages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev autoconf automake libtool gettext dpkg-dev icoutils nsis
+                  tcl)
 install_program
 install_missing "${windows_packages[@]}"
 testing=OFF
 [ "${1:-}" != tests ] || testing=ON
 host_qt=(-DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(gcc -print-multiarch)/cmake") # its tools
-mkdir -p "$work/done" "$work/logs" "$root/bin" "$root/licences"
+mkdir -p "$work/done" "$work/logs" "$root/bin" "$root/lib" "$root/include" "$root/licences"
+exec 3>&1 # the screen, from within logged
 
 # logged NAME COMMAND...: the output goes to a file of that name; if the command fails, its end goes to the screen
 logged() {
@@ -27,35 +29,66 @@ logged() {
     exit 1
 }
 
-# once NAME WHAT: runs the function NAME, unless an earlier run has completed it
+# once NAME WHAT [FILE...]: runs the function NAME, unless an earlier run has completed it with the same files
 once() {
-    ! declare -f "$1" | cmp -s - "$work/done/$1" || return 0
-    echo "$2 ..."
-    logged "$1" "$1"
-    declare -f "$1" >"$work/done/$1"
+    local name=$1 what=$2
+    shift 2
+    ! recipe "$name" "$@" | cmp -s - "$work/done/$name" || return 0
+    echo "$what ..."
+    logged "$name" "$name"
+    recipe "$name" "$@" >"$work/done/$name"
 }
 
-# source_of PACKAGE VERSION: Debian's source, in the folder $work/PACKAGE. The list of sources is the build's own, from
-# the mirror that this machine gets its packages from; the system's lists stay as they are.
+recipe() { # recipe NAME [FILE...]
+    declare -f "$1"
+    shift
+    [ $# -eq 0 ] || cat "$@"
+}
+
+# source_of PACKAGE VERSION: Debian's source, in the folder $work/PACKAGE. Where the mirror has lost a file of that
+# version, it is the next release's, and the screen says so; that one is unpacked by hand, since it may lack its
+# description.
 source_of() {
-    local lists=$work/apt
+    local lists=$work/apt release taken
+    release=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
+    rm -rf "${work:?}/$1"
+    if fetch "$lists" "$release" "$1=$2"; then
+        dpkg-source -x "$lists/$1_${2#*:}.dsc" "$work/$1"
+        return
+    fi
+    lists=$lists/next
+    rm -f "$lists/$1"_*
+    fetch "$lists" "$next_release" "$1" || : # its archives are enough
+    mkdir "$work/$1"
+    tar -xf "$lists/$1"_*.orig.tar.?z --strip-components=1 -C "$work/$1"
+    tar -xf "$lists/$1"_*.debian.tar.?z -C "$work/$1"
+    [ ! -e "$work/$1/debian/patches/series" ] || sed -n '/^[^#]/p' "$work/$1/debian/patches/series" |
+        while read -r patch _; do patch -d "$work/$1" -p1 <"$work/$1/debian/patches/$patch"; done
+    taken=$(cd "$lists" && ls "$1"_*.debian.tar.?z | sed 's/.*_\(.*\)\.debian.*/\1/')
+    echo "The mirror lacks a file of $1 $2; what is built is $taken of $next_release." >&3
+}
+next_release=trixie
+
+# fetch FOLDER RELEASE PACKAGE[=VERSION]: the archives of the source. The list of sources is the build's own, from the
+# mirror that this machine gets its packages from; the system's lists stay as they are.
+fetch() {
+    local lists=$1 ours
+    ours=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
     mkdir -p "$lists/lists/partial" "$lists/cache/archives/partial"
     apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Origin: Debian' 'Created-By: Packages' |
-        sort -u >"$lists/sources.list"
+        sed -n "s/ $ours\([- ]\)/ $2\1/p" | sort -u >"$lists/sources.list"
     local options=(-o "Dir::Etc::sourcelist=$lists/sources.list" -o Dir::Etc::sourceparts=/dev/null
                    -o "Dir::State::lists=$lists/lists" -o "Dir::Cache=$lists/cache" -o APT::Sandbox::User=)
-    apt-get "${options[@]}" update
-    (cd "$lists" && apt-get "${options[@]}" source --download-only "$1=$2")
-    rm -rf "${work:?}/$1"
-    dpkg-source -x "$lists/$1_${2#*:}.dsc" "$work/$1"
+    apt-get "${options[@]}" update && (cd "$lists" && apt-get "${options[@]}" source --download-only "$3")
 }
 
 version_of() { # version_of PACKAGE: of the source that it was made from
     dpkg-query -W -f '${source:Version}' "$1"
 }
 
-toolchain() {
-    cat >"$work/toolchain.cmake" <<END
+toolchain() { # written only where it differs, or Qt would prepare itself anew each time
+    local new=$work/toolchain.new
+    cat >"$new" <<END
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER $compiler-gcc-posix)
@@ -69,6 +102,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_LIBDIR} $root/lib/pkgconfig)
 END
+    cmp -s "$new" "$work/toolchain.cmake" || mv "$new" "$work/toolchain.cmake"
+    rm -f "$new"
 }
 
 # The version of the system's own Qt, whose tools run during the builds.
@@ -106,6 +141,54 @@ sqlite() {
     cp debian/copyright "$root/licences/sqlite3.txt"
 }
 
+# Reads files of the former format. A library of its own, so that its licence's wish is met: it can be exchanged.
+libmdb() {
+    local iconv=$PWD/packaging/windows/iconv
+    source_of mdbtools "$(version_of mdbtools-dev)"
+    cp "$iconv.h" "$root/include"
+    cd "$work/mdbtools"
+    "$compiler-gcc-posix" -O2 -c "$iconv.c"
+    autoreconf -fi
+    ./configure --host=$compiler --prefix="$root" --disable-glib --disable-man --disable-shared \
+        CC="$compiler-gcc-posix" CPPFLAGS="-I$root/include" \
+        am_cv_func_iconv=yes am_cv_lib_iconv=no am_cv_func_iconv_works=yes
+    make -C include install
+    make -C src/libmdb CFLAGS="-O2 -Dlocale_t=_locale_t"
+    "$compiler-gcc-posix" -shared -s -o "$root/bin/libmdb.dll" -Wl,--whole-archive src/libmdb/.libs/libmdb.a \
+        -Wl,--no-whole-archive iconv.o -Wl,--out-implib,"$root/lib/libmdb.dll.a"
+    sed -i "s/typedef locale_t/typedef _locale_t/" "$root/include/mdbtools.h"
+    make install-pkgconfigDATA
+    cp debian/copyright "$root/licences/mdbtools.txt"
+}
+
+# What qpdf needs of libjpeg-turbo, from whose full installation it would take more than the library.
+jpeg() {
+    source_of libjpeg-turbo "$(version_of libjpeg62-turbo-dev)"
+    cd "$work/libjpeg-turbo"
+    cmake -G Ninja -S . -B "$work/jpeg-build" --toolchain "$work/toolchain.cmake" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_INSTALL_PREFIX="$root" -DWITH_SIMD=0 -DENABLE_SHARED=0 -DWITH_TURBOJPEG=0
+    cmake --build "$work/jpeg-build" --target jpeg-static
+    cp "$work/jpeg-build/libjpeg.a" "$root/lib"
+    cp "$work/jpeg-build/jconfig.h" jerror.h jmorecfg.h jpeglib.h "$root/include"
+    cp debian/copyright "$root/licences/libjpeg-turbo.txt"
+}
+
+# Part of the module that finishes PDF files, with zlib and libjpeg-turbo; without encryption by others' libraries.
+qpdf() {
+    local part
+    source_of qpdf "$(version_of libqpdf-dev)"
+    sed -i 's/Advapi32/advapi32/' "$work/qpdf/CMakeLists.txt" # as this compiler spells it
+    cmake -G Ninja -S "$work/qpdf" -B "$work/qpdf-build" --toolchain "$work/toolchain.cmake" \
+        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$root" -DBUILD_SHARED_LIBS=OFF \
+        -DUSE_IMPLICIT_CRYPTO=OFF -DREQUIRE_CRYPTO_NATIVE=ON -DZLIB_LIB_PATH="/usr/$compiler/lib/libz.a"
+    cmake --build "$work/qpdf-build" --target libqpdf
+    for part in dev Unspecified; do # the library and its description for cmake
+        cmake --install "$work/qpdf-build" --component $part
+    done
+    cp "$work/qpdf/debian/copyright" "$root/licences/qpdf.txt"
+    cp /usr/share/doc/libz-mingw-w64-dev/copyright "$root/licences/zlib.txt"
+}
+
 # What every program of this compiler needs.
 runtime() {
     local library
@@ -129,8 +212,18 @@ program() {
         "${host_qt[@]}" -DORLO_BUILD_TOOLS="$work/host/tools"
     cmake --build "$work/orlo"
     [ $testing = OFF ] || cmake --build "$work/orlo" --target tour
-    rm -f "$work"/orlo-*.zip
+    rm -rf "$work"/orlo-*.zip "$work"/orlo-*-setup.exe "$work/packed"
     cpack --config "$work/orlo/CPackConfig.cmake" -B "$work"
+}
+
+installer() { # of the archive's own files
+    local folder version
+    mkdir "$work/packed"
+    (cd "$work/packed" && cmake -E tar xf ../orlo-*-win64.zip)
+    folder=$(echo "$work"/packed/*)
+    version=${folder##*/orlo-} version=${version%-win64}
+    packaging/windows/installer.sh "$folder" "$version" "$work/orlo/art/orlo.ico" "$work/orlo-$version-setup.exe"
+    rm -r "$work/packed"
 }
 
 toolchain
@@ -138,8 +231,12 @@ once qt_source "Fetching the source of Qt"
 once qt_configure "Preparing Qt"
 once qt_build "Building Qt (an hour or two; $work/logs/qt_build shows its progress)"
 once sqlite "Building SQLite"
+once libmdb "Building libmdb" packaging/windows/iconv.{h,c}
+once jpeg "Building libjpeg-turbo"
+once qpdf "Building qpdf"
 once runtime "Fetching the compiler's own libraries"
 echo "Building ORLO ..."
 logged tools tools
 logged program program
-ls -sh "$work"/orlo-*.zip
+logged installer installer
+ls -sh "$work"/orlo-*.zip "$work"/orlo-*-setup.exe

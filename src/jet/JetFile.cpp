@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -106,9 +105,9 @@ JetFile::JetFile(const char* path) : m_file(mdb_open(path, MDB_NOFLAGS))
         m_codePage.emplace(m_file->f->code_page);
     else if (m_file->f->jet_version != MDB_VER_JET4)
         fail("The file is of a later format.");
-    std::error_code failed;
-    const auto size = std::filesystem::file_size(path, failed);
-    if (failed || size % static_cast<std::uintmax_t>(m_file->fmt->pg_size) != 0)
+    const bool sought = std::fseek(m_file->f->stream, 0, SEEK_END) == 0;
+    const long size = std::ftell(m_file->f->stream);
+    if (!sought || size < 0 || static_cast<std::size_t>(size) % m_file->fmt->pg_size != 0)
         fail("The file breaks off within its last page.");
     readCatalogue();
 }

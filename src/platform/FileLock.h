@@ -8,7 +8,7 @@ namespace orlo::platform
 {
 
 /// Locks a file against other processes that use this class, for as long as the object lives. Needs no right to write
-/// the file. Linux only: nothing on Windows asks for it.
+/// the file.
 class FileLock
 {
 public:
@@ -23,6 +23,9 @@ public:
     void keepOthersOut(const QString& lockFile);
     /// Raises 3050 if another program has locked a byte or changed the file since.
     void checkAlone() const;
+    /// Lets another file take the locked one's name, where an open file can't be replaced; it also loses its mark
+    /// against writing. From then on only processes that use this class are kept out.
+    void allowReplacing();
 
     /// False once the path names a file other than the locked one.
     [[nodiscard]] bool isOn(const QString& path) const;

@@ -7,8 +7,9 @@
 namespace orlo::platform
 {
 
-/// Limits the process's time and memory to what reading the file can need, forbids it to write files, and ends it with
-/// the program that started it. Returns how many bytes it may send; 0 if the file doesn't exist.
+/// Limits the process's time and memory to what reading the file can need, forbids it to write files (on Linux) or to
+/// start programs (on Windows), and ends it with the program that started it. Returns how many bytes it may send; 0 if
+/// the file doesn't exist.
 [[nodiscard]] std::uint64_t limitOurselves(const char* file);
 
 /// Writes all bytes to the standard output; false once nobody reads it.

@@ -13,6 +13,16 @@ namespace orlo::platform
 /// has no registry.
 [[nodiscard]] std::optional<QString> registryValue(const QString& key, const QString& name);
 
+/// The names of files on this system: of a program, and of a module that a program loads.
+[[nodiscard]] QString programName(const QString& program);
+[[nodiscard]] QString moduleName(const QString& module);
+
+/// Whether a program's exit code says that a library wasn't found.
+[[nodiscard]] bool lacksLibrary(int exitCode);
+
+/// Qt's platform for a program that draws but shows nothing; it needs no screen where there may be none.
+[[nodiscard]] const char* screenlessPlatform();
+
 /// Writes an error to the system log.
 void logError(const QString& text);
 

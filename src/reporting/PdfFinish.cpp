@@ -1,6 +1,7 @@
 #include "reporting/PdfFinish.h"
 
 #include "platform/Application.h"
+#include "platform/System.h"
 #include "reporting/ReportError.h"
 
 #include <QFile>
@@ -19,7 +20,7 @@ namespace
 decltype(&ORLO_FINISH_PDF) moduleFinish()
 {
     static const auto finish = [] {
-        QLibrary module(platform::companionFile(QStringLiteral("orlo-pdf.so")));
+        QLibrary module(platform::companionFile(platform::moduleName(QStringLiteral("orlo-pdf"))));
         const auto function = reinterpret_cast<decltype(&ORLO_FINISH_PDF)>(
             module.fileName().isEmpty() ? nullptr : module.resolve(QT_STRINGIFY(ORLO_FINISH_PDF)));
         if (!function && !module.fileName().isEmpty())

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+class QFile;
+
 // Faults that only the operating system can cause; a row that needs a fault that this system can't cause is skipped.
 namespace orlo::test
 {
@@ -26,6 +28,9 @@ extern const char* const OtherJournal;
 void failReads(qint64 from, qint64 to);
 /// Makes flushing a file fail for lack of space, as on network volumes, or stops that.
 void failFlushes(bool fail);
+
+/// Locks a byte of an open file as another program would; false if that fails.
+[[nodiscard]] bool lockByte(QFile& file, qint64 at);
 
 /// Hides a folder whose name begins with a dot, on systems where the dot doesn't.
 void hide(const QString& folder);

@@ -3,6 +3,7 @@
 
 #include "common/CommandLine.h"
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
 #include "reporting/Export.h"
 #include "store/engine/Database.h"
 #include "store/schema/Schema.h"
@@ -48,7 +49,7 @@ int runReport(store::Database& database, const QString& file, const QString& sel
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", platform::screenlessPlatform());
     const QGuiApplication application(argc, argv);
     CommandLine line(QStringLiteral("orlo-report"),
                      QStringLiteral("Runs report files on a pack's database and counts their sheets."));

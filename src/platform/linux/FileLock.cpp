@@ -93,6 +93,10 @@ void FileLock::checkAlone() const
         raise(QStringLiteral("Another program has changed the file"), file.fileName());
 }
 
+void FileLock::allowReplacing()
+{
+}
+
 bool FileLock::isOn(const QString& path) const
 {
     struct stat ours {

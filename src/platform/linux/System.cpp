@@ -13,6 +13,26 @@ std::optional<QString> registryValue(const QString& /*key*/, const QString& /*na
     return std::nullopt; // no registry here
 }
 
+QString programName(const QString& program)
+{
+    return program;
+}
+
+QString moduleName(const QString& module)
+{
+    return module + QStringLiteral(".so");
+}
+
+bool lacksLibrary(int exitCode)
+{
+    return exitCode == 127;
+}
+
+const char* screenlessPlatform()
+{
+    return "offscreen";
+}
+
 void logError(const QString& text)
 {
     openlog("orlo", LOG_PID, LOG_USER);

@@ -27,9 +27,8 @@ std::wstring systemPath(const QString& path)
     return (QStringLiteral(R"(\\?\)") + plain).toStdWString();
 }
 
-Handle::Handle(const QString& path, DWORD access, DWORD disposition, DWORD flags)
-    : m_handle(CreateFileW(systemPath(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                           nullptr, disposition, flags, nullptr))
+Handle::Handle(const QString& path, DWORD access, DWORD disposition, DWORD flags, DWORD share)
+    : m_handle(CreateFileW(systemPath(path).c_str(), access, share, nullptr, disposition, flags, nullptr))
 {
 }
 

@@ -12,11 +12,13 @@ namespace orlo::platform
 /// A path for the system's own calls, of any length.
 [[nodiscard]] std::wstring systemPath(const QString& path);
 
-/// An open file or folder, closed with the object; others may read, write and delete it meanwhile.
+/// An open file or folder, closed with the object; others may read, write and delete it meanwhile, or only what is
+/// shared.
 class Handle
 {
 public:
-    Handle(const QString& path, DWORD access, DWORD disposition = OPEN_EXISTING, DWORD flags = 0);
+    Handle(const QString& path, DWORD access, DWORD disposition = OPEN_EXISTING, DWORD flags = 0,
+           DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
     ~Handle() { close(); }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;

@@ -17,6 +17,27 @@ std::optional<QString> registryValue(const QString& key, const QString& name)
     return QString::fromWCharArray(text.data());
 }
 
+QString programName(const QString& program)
+{
+    return program + QStringLiteral(".exe");
+}
+
+QString moduleName(const QString& module)
+{
+    return module + QStringLiteral(".dll");
+}
+
+bool lacksLibrary(int exitCode)
+{
+    return static_cast<DWORD>(exitCode) == 0xC0000135 ||
+           static_cast<DWORD>(exitCode) == 0xC0000139; // library, function
+}
+
+const char* screenlessPlatform()
+{
+    return "windows"; // the one that every package has
+}
+
 void logError(const QString& text)
 {
     const HANDLE log = RegisterEventSourceW(nullptr, L"ORLO");

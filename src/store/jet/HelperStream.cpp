@@ -1,5 +1,6 @@
 #include "store/jet/HelperStream.h"
 
+#include "platform/System.h"
 #include "store/jet/Takeover.h"
 
 #include <QElapsedTimer>
@@ -16,7 +17,6 @@ constexpr qint64 Megabyte = 1 << 20;
 constexpr qint64 MaxGrowth = 16; // the stream's size relative to the file's
 constexpr qsizetype MaxReasonLength = 300;
 constexpr qsizetype MaxErrorOutput = 1 << 16; // bytes
-constexpr int CannotBeLoaded = 127;           // exit code if a library is missing
 
 // The helper limits its own processor time; this limit is for a sleeping one or a busy machine.
 qint64 timeLimit(qint64 fileSize)
@@ -60,7 +60,9 @@ const char* HelperStream::take(qsizetype size)
             throw damaged(QStringLiteral("The file would grow without end."));
         QElapsedTimer waited;
         waited.start();
-        if (m_process.bytesAvailable() == 0 && !m_process.waitForReadyRead(static_cast<int>(m_timeLeft)))
+        // Waiting fails once the helper has ended, even if that brought its last bytes.
+        if (m_process.bytesAvailable() == 0 && !m_process.waitForReadyRead(static_cast<int>(m_timeLeft)) &&
+            m_process.bytesAvailable() == 0)
             raiseFailure();
         m_timeLeft = std::max<qint64>(0, m_timeLeft - waited.elapsed());
         m_block.remove(0, m_position);
@@ -87,7 +89,8 @@ QString HelperStream::text()
 
 void HelperStream::finish()
 {
-    if (m_position != m_block.size() || !m_process.waitForFinished(static_cast<int>(m_timeLeft)) ||
+    const bool ended = m_process.state() == QProcess::NotRunning; // which waiting would take for a failure
+    if (m_position != m_block.size() || (!ended && !m_process.waitForFinished(static_cast<int>(m_timeLeft))) ||
         m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0 || m_process.bytesAvailable() != 0)
         raiseFailure();
 }
@@ -96,8 +99,7 @@ void HelperStream::raiseFailure()
 {
     if (m_process.state() == QProcess::Running && !m_process.waitForFinished(100))
         throw damaged(QStringLiteral("Reading it takes too long."));
-    if (m_process.error() == QProcess::FailedToStart ||
-        (m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == CannotBeLoaded))
+    if (m_process.error() == QProcess::FailedToStart || platform::lacksLibrary(m_process.exitCode()))
         throw noReader();
     const QByteArrayList lines = m_errorOutput.split('\n');
     for (const QByteArray& line : lines)

@@ -5,6 +5,7 @@
 #include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
 #include "store/jet/Definitions.h"
@@ -74,7 +75,7 @@ jet::Report make(const QString& name, const QString& former, const QString& help
 
 QString helperProgram()
 {
-    const QString helper = platform::companionFile(QStringLiteral("orlo-jet"));
+    const QString helper = platform::companionFile(platform::programName(QStringLiteral("orlo-jet")));
     if (helper.isEmpty())
         throw noReader();
     return helper;
@@ -120,6 +121,7 @@ void takeOver(const QString& file)
     try {
         report = make(making.name(), path, helper);
         former.checkAlone();
+        former.allowReplacing();
         // Files from a read-only disc may still be write-protected.
         QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
         kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));

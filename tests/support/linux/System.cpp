@@ -9,6 +9,7 @@
 #include <csignal>
 #include <set>
 
+#include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -132,6 +133,14 @@ bool mountSmall(const QString& folder, qint64 bytes)
 }
 
 const char* const OtherJournal = "";
+
+bool lockByte(QFile& file, qint64 at)
+{
+    struct flock range {
+        F_WRLCK, SEEK_SET, at, 1, 0
+    };
+    return ::fcntl(file.handle(), F_OFD_SETLK, &range) == 0;
+}
 
 void hide(const QString& /*folder*/)
 {

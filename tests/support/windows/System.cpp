@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <io.h>
+
 namespace orlo::test
 {
 
@@ -42,6 +44,11 @@ int folderFlushes()
 QStringList putInPlaceUnflushed()
 {
     return {};
+}
+
+bool lockByte(QFile& file, qint64 at)
+{
+    return LockFile(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle())), static_cast<DWORD>(at), 0, 1, 0);
 }
 
 void hide(const QString& folder)
