@@ -40,7 +40,6 @@ void RecordWalk::stepToPrevious()
 void RecordWalk::stepToNext()
 {
     rsRecords->moveNext();
-    readRecordCount();
     setRecordIndex(recordIndex() + 1);
 }
 
