@@ -169,6 +169,9 @@ private Q_SLOTS:
         const Run exported = orloDb({"export", out(), csv("all")});
         QVERIFY(exported.errors.contains("Mine: ") && !QFile::exists(csv("all/other/Mine.csv")));
         QVERIFY(exported.status == 1 && exported.errors.contains("fts_notes") && QFile::exists(csv("all/Scouts.csv")));
+        sqlite(out(), "Create Table [a/b] (first); Create Table [a\\b] (second)"); // one file's name for both
+        QVERIFY(orloDb({"export", out(), csv("both")}).errors.contains("a_b.csv"));
+        QCOMPARE(contents(csv("both/other/a_b.csv")), "first\n");
     }
 
     void damagedFileIsRepaired()
