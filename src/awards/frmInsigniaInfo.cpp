@@ -134,12 +134,6 @@ void frmInsigniaInfo::finishSave()
     SetNavButtons();
 }
 
-void frmInsigniaInfo::finishCancelledNew()
-{
-    ui->cmdNext->setEnabled(false);
-    ui->cmdLast->setEnabled(false);
-}
-
 void frmInsigniaInfo::finishCancel()
 {
     ui->cmdDelete->setEnabled(true);
