@@ -166,6 +166,9 @@ private Q_SLOTS:
     void addsAtTheLastLine()
     {
         Screen screen;
+        screen.type("Akela");
+        screen.key(Qt::Key_Backtab); // the first cell doesn't lead to the last line
+        QCOMPARE(screen.grid.row(), 0);
         screen.goTo(3, Title);
         screen.type("Hathi");
         screen.key(Qt::Key_Tab);
@@ -179,9 +182,6 @@ private Q_SLOTS:
         screen.type("0");
         screen.clickButton();
         QCOMPARE(screen.clicks.size(), 1);
-        screen.goTo(0, Title);
-        QTest::keyClick(&screen.grid, Qt::Key_Backtab); // nor does the first cell lead to the last line
-        QCOMPARE(screen.grid.row(), 0);
         QCOMPARE(screen.grid.recordCount(), 5);
         QCOMPARE(screen.grid.model()->rowCount(), 6);
         QCOMPARE(screen.stored(), "Akela|1, Baloo|2, Chil|3, Hathi|, Ko|0");
