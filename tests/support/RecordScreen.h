@@ -181,11 +181,11 @@ struct RecordScreen {
         log.prepend("open, ");
         press(*dialog, "cmdCancel");
     }
-    /// Puts a different value into every control of the table, "txtCity City Bern", saves, steps to the next record and
-    /// back, and returns each control that doesn't show its value then, and each field that doesn't hold it, or the
-    /// fourth word. "- Field" is one without a control of its own; a field of the schema that isn't named is returned,
-    /// too.
-    [[nodiscard]] QString lostFields(const QString& table, const QString& record) const
+    /// Puts a different value into every control that the file names, a line "txtCity City Bern" for each, saves, steps
+    /// to the next record and back, and returns each control that doesn't show its value then, and each field that
+    /// doesn't hold it, or the fourth word. "- Field" is one without a control of its own; a field of the schema that
+    /// isn't named is returned, too.
+    [[nodiscard]] QString lostFields(const QString& file, const QString& record) const
     {
         const auto shown = [this](const QString& name) {
             QVariant value;
@@ -194,7 +194,7 @@ struct RecordScreen {
                     value = get(name.toUtf8().constData()).property(property);
             return value.typeId() == QMetaType::Bool ? QString(value.toBool() ? "True" : "False") : value.toString();
         };
-        QStringList lines = table.simplified().split(QStringLiteral("; "));
+        QStringList lines = QString(contents(ORLO_SOURCE_DIR "/tests/" + file)).trimmed().split(u'\n');
         QString lost;
         for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields())
             if (!lines.join(u' ').split(u' ').contains(field.name))
