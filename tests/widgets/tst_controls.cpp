@@ -152,6 +152,18 @@ private Q_SLOTS:
             QVERIFY(form.field.hasFocus());
     }
 
+    void heldShortcutWorksOnce()
+    {
+        CheckedForm form;
+        QAction command(&form);
+        command.setShortcut(Qt::CTRL | Qt::Key_K);
+        form.addAction(&command);
+        const QSignalSpy worked(&command, &QAction::triggered);
+        for (const bool repeats : {false, true, true})
+            QTest::simulateEvent(&form.field, true, Qt::Key_K, Qt::ControlModifier, QString(), repeats);
+        QCOMPARE(worked.size(), 1);
+    }
+
     // Centred on an owner in a corner of the screen, a form stays on the screen.
     void staysOnTheScreen()
     {
