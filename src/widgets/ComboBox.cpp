@@ -125,7 +125,6 @@ void ComboBox::keyPressEvent(QKeyEvent* event)
 void ComboBox::wheelEvent(QWheelEvent* event)
 {
     chooseShownRow();
-    m_signalled = false;
     QComboBox::wheelEvent(event);
 }
 

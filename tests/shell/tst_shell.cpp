@@ -215,9 +215,11 @@ private Q_SLOTS:
         QCOMPARE(windows.actions().size(), 2);
         QVERIFY(windows.actions()[0]->isChecked() && !windows.actions()[1]->isCheckable()); // no empty box beside it
         auto* first = area.subWindowList().first();
-        first->showMinimized();
-        windows.actions().first()->trigger();
-        QVERIFY(!first->isMinimized());
+        for (QAction* choice : {windows.actions().first(), &command}) {
+            first->showMinimized();
+            choice->trigger();
+            QVERIFY(!first->isMinimized());
+        }
         test::control<QAction>(frame, "ID_Pack_Den_Positions").trigger();
         auto* titles = area.activeSubWindow();
         QCOMPARE(titles->widget()->objectName(), "frmPackDenPositions"); // it scrolls its screen

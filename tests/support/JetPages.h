@@ -70,12 +70,10 @@ public:
         }
         return found;
     }
-    /// Changes the rows of the table that has all these fields. They are written to new pages, and the old ones are no
-    /// longer part of it.
+    /// Changes a table's rows. They are written to new pages, and the old ones are no longer part of it.
     template <class Change>
-    void change(const QStringList& fields, const Change& change)
+    void change(int table, const Change& change)
     {
-        const int table = this->table(fields);
         auto changed = rows(table);
         change(changed);
         const int first = pages();

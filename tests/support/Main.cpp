@@ -1,6 +1,8 @@
 #include "support/Main.h"
 
+#include <QDir>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -121,6 +123,11 @@ int runTests(const QStringList& arguments)
             failed += QProcess::execute(arguments[0], QStringList(QString::fromLatin1(one->name)) + arguments.mid(1));
         return failed;
     }
+    // Whatever this process or a child leaves behind, even a killed one, goes with this folder.
+    const QTemporaryDir room(QDir::tempPath() + QStringLiteral("/orlo-tests-XXXXXX"));
+    QFile::setPermissions(room.path(), QFile::Permissions(0x7755)); // some children run as another user
+    for (const char* variable : {"TMPDIR", "TMP"})
+        qputenv(variable, QFile::encodeName(QDir::toNativeSeparators(room.path())));
     if (arguments.value(2) == ChildMark)
         return (*named)->child(arguments.mid(3));
     return run(**named, arguments.mid(1));

@@ -154,7 +154,7 @@ void RecordScreen::work(const QPointer<QWidget>& dialog, const QStringList& step
     press(*dialog, "cmdCancel");
 }
 
-QString RecordScreen::lostFields(const QString& table, const QString& record) const
+QString RecordScreen::lostFields(const QString& file, const QString& record) const
 {
     const auto shown = [this](const QString& name) {
         QVariant value;
@@ -163,7 +163,7 @@ QString RecordScreen::lostFields(const QString& table, const QString& record) co
                 value = get(name.toUtf8().constData()).property(property);
         return value.typeId() == QMetaType::Bool ? QString(value.toBool() ? "True" : "False") : value.toString();
     };
-    QStringList lines = table.simplified().split(QStringLiteral("; "));
+    QStringList lines = QString(contents(ORLO_SOURCE_DIR "/tests/" + file)).trimmed().split(u'\n');
     QString lost;
     for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields()) {
         const auto line = lines.indexOf(QRegularExpression("\\S+ " + field.name + "( .*)?"));

@@ -46,11 +46,11 @@ struct RecordScreen {
     /// cancelled. The log says whether they did, and for the state before the last step that it saw, whether it could
     /// be saved or find, and its boxes and lists.
     void work(const QPointer<QWidget>& dialog, const QStringList& steps) const;
-    /// Puts a different value into every control of the table, "txtCity City Bern", saves, steps to the next record and
-    /// back, and returns each control that doesn't show its value then, and each field that doesn't hold it, or the
-    /// fourth word. "- Field" is one without a control of its own; a field of the schema that isn't named is returned,
-    /// too.
-    [[nodiscard]] QString lostFields(const QString& table, const QString& record) const;
+    /// Puts a different value into every control that the file names, a line "txtCity City Bern" for each, saves, steps
+    /// to the next record and back, and returns each control that doesn't show its value then, and each field that
+    /// doesn't hold it, or the fourth word. "- Field" is one without a control of its own; a field of the schema that
+    /// isn't named is returned, too.
+    [[nodiscard]] QString lostFields(const QString& file, const QString& record) const;
     /// Which of these controls are enabled, by name; "all" or "none".
     [[nodiscard]] QString enabled(const QStringList& names) const;
     /// What the answered boxes said, one "Title: text" per line.

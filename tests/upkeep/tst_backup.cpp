@@ -33,8 +33,8 @@ using widgets::FolderList;
 namespace
 {
 
-// The application's folder, and a separate drive with the folders F, F/.dot and G, which is the process's current
-// drive.
+// The application's folder, and a separate drive with the folders Backups, Backups/.dot and Empty, which is the
+// process's current drive.
 struct Place : test::AppFolder {
     QTemporaryDir drive;
     QString root = drive.path();
@@ -46,8 +46,8 @@ struct Place : test::AppFolder {
     {
         QDir::setCurrent(root);
         platform::setVolumes([this] { return drives; });
-        make("F/.dot/ G/");
-        test::hide(root + "/F/.dot");
+        make("Backups/.dot/ Empty/");
+        test::hide(root + "/Backups/.dot");
         test::copyLayouts();
     }
     ~Place()
@@ -56,33 +56,34 @@ struct Place : test::AppFolder {
         platform::setVolumes({});
     }
     [[nodiscard]] QString shown(const QString& path = {}) const { return QDir::toNativeSeparators(root + path); }
-    // Makes files from the words of files(), with "D" for the database itself; "F/" makes a folder, "-F" removes it.
+    // Makes files from the words of files(), with "database" for the database itself; "Old/" makes a folder,
+    // "Old/=gone" removes it.
     void make(const QString& wanted) const
     {
         for (const QString& word : wanted.split(' ', Qt::SkipEmptyParts)) {
-            const QString name = word.section('=', 0, 0).replace("B", "Quorrel11_Backup");
+            const QString name = word.section('=', 0, 0);
             const QString value = word.section('=', 1);
-            QFile file(name == "D" ? database : root + '/' + name);
-            if (name.startsWith('-'))
-                QVERIFY(QDir(root + '/' + name.mid(1)).removeRecursively());
+            QFile file(name == "database" ? database : root + '/' + name);
+            if (value == "gone")
+                QVERIFY(QDir(file.fileName()).removeRecursively());
             else if (name.endsWith('/'))
                 QVERIFY(QDir(root).mkpath(name));
-            else if (value == "db")
+            else if (value == "copy")
                 QVERIFY(QFile::copy(database, file.fileName()));
             else
-                QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(value == "S" ? size : value.toLongLong()));
+                QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(value == "other" ? size : value.toLongLong()));
         }
     }
-    // The drive's files, each with its size, or "db" for a copy of the database.
+    // The drive's files, each with its size, or "copy" for a copy of the database, "other" for bytes of that size.
     [[nodiscard]] QString files() const
     {
         QStringList found;
         for (QDirIterator at(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); at.hasNext();) {
             const QByteArray bytes = test::contents(at.next());
             const QString content = bytes.size() != size                ? QString::number(bytes.size())
-                                    : bytes == test::contents(database) ? "db"
-                                                                        : "S";
-            found += at.filePath().mid(root.size() + 1).replace("Quorrel11_Backup", "B") + '=' + content;
+                                    : bytes == test::contents(database) ? "copy"
+                                                                        : "other";
+            found += at.filePath().mid(root.size() + 1) + '=' + content;
         }
         found.sort();
         return found.join(' ');
@@ -126,15 +127,13 @@ struct Screen : test::RecordScreen {
     }
 };
 
-// Which of these forms are loaded, by their letters.
+// Which of these forms are loaded.
 QString loaded()
 {
-    QString letters;
-    for (const auto& [form, letter] :
-         {std::pair(Backup, 'b'), {Restore, 'r'}, {"frmScouts", 's'}, {"frmAdults", 'a'}, {"frmDenInfo", 'd'}})
-        if (test::loadedForm(form))
-            letters += letter;
-    return letters;
+    QStringList names;
+    for (const char* form : {Backup, Restore, "frmScouts", "frmAdults", "frmDenInfo"})
+        names += test::loadedForm(form) ? QStringList(form) : QStringList();
+    return names.join(' ');
 }
 
 // What a box says, as a word for it or as a failure's number.
@@ -163,8 +162,8 @@ class tst_backup : public QObject
 
 private Q_SLOTS:
     void initTestCase() { mdiPendrake::handOverDataForms(); }
-    // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: which of
-    // the backup form (b), the scouts' (s), the adults' (a) and the dens' (d) are loaded, and which remain
+    // drive: its free space beyond the database's size; late: done after all checks, before the copy; loaded: the forms
+    // that stay loaded
     void backup_data() { test::tableOf("upkeep/backup_backup.txt"); }
     void backup()
     {
@@ -226,7 +225,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, told);
         Place place;
-        place.make("F/B=db");
+        place.make("Backups/Quorrel11_Backup=copy");
         test::fill("Insert Into Dens (Den_SID) Values (1), (2)");
         test::showForm("frmScouts");
         test::showForm("frmDenInfo");
@@ -305,29 +304,29 @@ private Q_SLOTS:
     void lists()
     {
         Place place;
-        place.make("F/S/T/");
+        place.make("Backups/Old/Older/");
         const Screen screen(Restore);
         QCOMPARE(screen.drives.text(), place.shown());
-        QCOMPARE(screen.shown(), '[' + place.shown() + "]| F| G");
-        screen.open("F");
+        QCOMPARE(screen.shown(), '[' + place.shown() + "]| Backups| Empty");
+        screen.open("Backups");
         QTest::keyClick(&screen.folders, Qt::Key_H, Qt::ControlModifier);
-        QCOMPARE(screen.shown(), place.shown() + "| [F]|  .dot|  S");
+        QCOMPARE(screen.shown(), place.shown() + "| [Backups]|  .dot|  Old");
         QTest::keyClick(&screen.folders, Qt::Key_Down);
         QTest::keyClick(&screen.folders, Qt::Key_Down);
         const QPoint row = screen.folders.visualItemRect(screen.folders.currentItem()).center();
         QTest::mouseClick(screen.folders.viewport(), Qt::LeftButton, {}, row);
         QTest::mouseDClick(screen.folders.viewport(), Qt::LeftButton, {}, row);
-        QCOMPARE(screen.shown(), place.shown() + "| F|  [S]|   T");
+        QCOMPARE(screen.shown(), place.shown() + "| Backups|  [Old]|   Older");
         const QString other = QDir::toNativeSeparators(QDir::rootPath());
         screen.drives.setText(other);
         QCOMPARE(screen.folders.path(), other);
         QVERIFY(screen.shown().startsWith('[' + screen.drives.text() + "]| ")); // its own folders
         screen.drives.setText(place.shown()); // back where it was on that drive, as far as that still exists
-        QCOMPARE(screen.folders.path(), place.shown("/F/S"));
-        place.make("-F/S");
-        QCOMPARE(screen.folders.path(), place.shown("/F/S"));
-        screen.open("T");
-        QCOMPARE(screen.shown(), place.shown() + "| [F]|  .dot");
+        QCOMPARE(screen.folders.path(), place.shown("/Backups/Old"));
+        place.make("Backups/Old/=gone");
+        QCOMPARE(screen.folders.path(), place.shown("/Backups/Old"));
+        screen.open("Older");
+        QCOMPARE(screen.shown(), place.shown() + "| [Backups]|  .dot");
         QTest::keyClick(&screen.folders, Qt::Key_Backspace);
         QCOMPARE(screen.folders.path(), place.shown());
         const int high = screen.form.height(); // however many folders there are

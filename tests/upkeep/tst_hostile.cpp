@@ -76,18 +76,7 @@ private Q_SLOTS:
     {
         gDatabase.reset();
         test::copyLayouts();
-        sqlite(m_file,
-               QByteArray(R"(
-            $n Insert Into Scouts (Scout_SID, First_Name, Last_Name, MI, Active, Assigned_Den_SID)
-                Select i, 'Å' || i, 'B', '', 'Y', 1 From n;
-            $n Insert Into Adults (Adult_SID, First_Name, Last_Name, MI, Active) Select i, 'B', 'C', '', 'Y' From n;
-            $n Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned)
-                Select i, 1, '2025-01-02' From n;
-            Insert Into Dens Values (1, 1, 'Eagles', 'Wolf', 2025, 'Y');
-            Insert Into Insignias Values (1, 'Bobcat', 'Pin', '');
-            Insert Into Leader_Den_Assignments Values (1, 1, 'Den Leader', 1);
-            Insert Into Purchase_List Values ('Bobcat', 'Pin', 1))")
-                   .replace("$n", "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Limit 400)"));
+        sqlite(m_file, test::contents(ORLO_SOURCE_DIR "/tests/upkeep/hostile.sql"));
         m_whole = test::contents(m_file);
         QCOMPARE(use(), Well);
     }

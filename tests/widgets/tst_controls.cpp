@@ -151,6 +151,29 @@ private Q_SLOTS:
             QVERIFY(form.field.hasFocus());
     }
 
+    void heldShortcutWorksOnce()
+    {
+        CheckedForm form;
+        const QSignalSpy worked(form.addAction("command", Qt::CTRL | Qt::Key_K), &QAction::triggered);
+        for (const bool repeats : {false, true, true})
+            QTest::simulateEvent(&form.field, true, Qt::Key_K, Qt::ControlModifier, QString(), repeats);
+        QCOMPARE(worked.size(), 1);
+    }
+
+    // Centred on an owner in a corner of the screen, a form stays on the screen.
+    void staysOnTheScreen()
+    {
+        QWidget owner;
+        widgets::Form::setMainWindow(&owner, {});
+        const QRect screen = owner.screen()->availableGeometry();
+        for (const QPoint corner : {screen.topLeft(), screen.bottomRight()}) {
+            owner.setGeometry(QRect(corner, QSize(1, 1)));
+            const CheckedForm form;
+            QVERIFY(screen.contains(QRect(form.pos(), form.size())));
+        }
+        widgets::Form::setMainWindow(nullptr, {});
+    }
+
     // The box takes five characters.
     void pastedText_data() { test::tableOf("widgets/controls_pastedText.txt"); }
     void pastedText()

@@ -49,7 +49,7 @@ void showLines(QPlainTextEdit& box, Lines& lines, const QString& text)
 {
     QTextDocument& document = *box.document();
     lines.stored = text;
-    if (box.toPlainText() != text || document.isModified() || document.isUndoAvailable() || document.isRedoAvailable())
+    if (box.toPlainText() != text || document.isModified() || document.isRedoAvailable())
         replaceAll(document, text);
     document.setModified(false);
     box.setTextCursor(QTextCursor(&document));
