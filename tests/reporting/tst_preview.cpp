@@ -127,6 +127,13 @@ private Q_SLOTS:
             QCOMPARE(preview.child<QAction>("actFirst")->isEnabled(), to > 1);
             QVERIFY(to == Pages || preview.isAtTop(to));
         }
+        PageView& view = preview.window->view();
+        view.setZoom(0.2); // several pages fit; none but the wanted one is told
+        view.goToPage(0);
+        const QSignalSpy told(&view, &PageView::currentPageChanged);
+        view.goToPage(3);
+        QCOMPARE(told.size(), 1);
+        preview.child<QAction>("actLast")->trigger();
         preview.window->setPageListVisible(true);
         auto* pages = preview.child<QListView>("lstPages");
         QCOMPARE(pages->currentIndex().row(), Pages - 1);
@@ -160,11 +167,11 @@ private Q_SLOTS:
         preview.window->view().setFit(PageView::Fit::Page);
         QString pages = QString::number(preview.page());
         for (int step = 1; step < 2 * Pages - 1; ++step) {
-            const bool on = step < Pages;
-            if (step % 2 == 0)
-                preview.key(Qt::Key_Space, on ? Qt::NoModifier : Qt::ShiftModifier);
-            else
-                preview.key(on ? Qt::Key_PageDown : Qt::Key_PageUp);
+            const bool on = step < Pages, space = step % 2 == 0;
+            preview.key(space ? Qt::Key_Space
+                        : on  ? Qt::Key_PageDown
+                              : Qt::Key_PageUp,
+                        space && !on ? Qt::ShiftModifier : Qt::NoModifier);
             pages += QString::number(preview.page());
         }
         QCOMPARE(pages, "123454321");
