@@ -538,10 +538,8 @@ private Q_SLOTS:
         if (QSysInfo::kernelType() == "winnt")
             QSKIP("the dialog is the system's own, which no test reaches");
         const QTemporaryDir folder;
-        using Case =
-            std::tuple<const char*, int, const char*>; // the copies are printed from the last page to the first
-        for (const auto& [option, copies, months] :
-             {Case("printAll", 1, "JFMAM"), Case("printRange", 2, "MFMF"), Case("printCurrentPage", 1, "J")}) {
+        for (const auto& [option, copies, months] : // the copies from the last page to the first
+             {std::tuple("printAll", 1, "JFMAM"), {"printRange", 2, "MFMF"}, {"printCurrentPage", 1, "J"}}) {
             const OpenPreview preview;
             const QString file = folder.filePath(option);
             test::printInto(file);
