@@ -6,6 +6,8 @@
 #include "support/RecordScreen.h"
 #include "widgets/Form.h"
 
+#include <QTest>
+
 namespace orlo::test
 {
 

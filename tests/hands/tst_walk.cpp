@@ -1,5 +1,6 @@
 #include "hands/Hands.h"
 #include "hands/Server.h"
+#include "shell/forms/Module1.h"
 #include "shell/forms/PersonShown.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/engine/Database.h"
@@ -293,7 +294,7 @@ void openChanged(const QString& command)
     ask([&] {
         test::unloadForms();
         for (const char* table : {"Scouts", "Adults", "Dens", "Insignias", "Assigned_Awards_Scouts", "PackInfo"})
-            database().execute(QString("Delete From ") + table);
+            test::execute(QString("Delete From ") + table);
         test::fill(Dozens);
         return 0;
     });

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
 #include <cmath>
 
@@ -90,7 +91,7 @@ private Q_SLOTS:
     }
 
     // If a volume has no room for a second file, the old one is overwritten, and nothing of it remains after the new
-    // one.
+    // one. A file that fits neither way leaves the old one as it is.
     void takesTheOldOnesRoom()
     {
         const QTemporaryDir folder;
@@ -100,11 +101,15 @@ private Q_SLOTS:
         test::write(path, QByteArray(600'000, 'o'));
         test::write(path + "-new", QByteArray(300'000, 'n'));
         (void)test::putInPlaceUnflushed();
-        const int failure = failureNumber([&] { FileSystem().copyFile(path + "-new", path, true); });
-        const bool copied = test::contents(path) == test::contents(path + "-new");
+        QTemporaryFile large;
+        QVERIFY(large.open() && large.resize(2'000'000));
+        const auto copy = [&path](const QString& from) {
+            return failureNumber([&] { FileSystem().copyFile(from, path, true); });
+        };
+        const bool kept = copy(large.fileName()) == DiskFull && test::contents(path).size() == 600'000;
+        const bool copied = copy(path + "-new") == 0 && test::contents(path) == test::contents(path + "-new");
         QVERIFY(test::mountSmall(folder.path(), 0));
-        QCOMPARE(failure, 0);
-        QVERIFY(copied);
+        QVERIFY(kept && copied);
         QCOMPARE(test::putInPlaceUnflushed(), QStringList(path + ".part")); // the old one, which it replaces
     }
 

@@ -127,6 +127,13 @@ private Q_SLOTS:
             QCOMPARE(preview.child<QAction>("actFirst")->isEnabled(), to > 1);
             QVERIFY(to == Pages || preview.isAtTop(to));
         }
+        PageView& view = preview.window->view();
+        view.setZoom(0.2); // several pages fit; none but the wanted one is told
+        view.goToPage(0);
+        const QSignalSpy told(&view, &PageView::currentPageChanged);
+        view.goToPage(3);
+        QCOMPARE(told.size(), 1);
+        preview.child<QAction>("actLast")->trigger();
         preview.window->setPageListVisible(true);
         auto* pages = preview.child<QListView>("lstPages");
         QCOMPARE(pages->currentIndex().row(), Pages - 1);
@@ -160,11 +167,11 @@ private Q_SLOTS:
         preview.window->view().setFit(PageView::Fit::Page);
         QString pages = QString::number(preview.page());
         for (int step = 1; step < 2 * Pages - 1; ++step) {
-            const bool on = step < Pages;
-            if (step % 2 == 0)
-                preview.key(Qt::Key_Space, on ? Qt::NoModifier : Qt::ShiftModifier);
-            else
-                preview.key(on ? Qt::Key_PageDown : Qt::Key_PageUp);
+            const bool on = step < Pages, space = step % 2 == 0;
+            preview.key(space ? Qt::Key_Space
+                        : on  ? Qt::Key_PageDown
+                              : Qt::Key_PageUp,
+                        space && !on ? Qt::ShiftModifier : Qt::NoModifier);
             pages += QString::number(preview.page());
         }
         QCOMPARE(pages, "123454321");
@@ -531,10 +538,8 @@ private Q_SLOTS:
         if (QSysInfo::kernelType() == "winnt")
             QSKIP("the dialog is the system's own, which no test reaches");
         const QTemporaryDir folder;
-        using Case =
-            std::tuple<const char*, int, const char*>; // the copies are printed from the last page to the first
-        for (const auto& [option, copies, months] :
-             {Case("printAll", 1, "JFMAM"), Case("printRange", 2, "MFMF"), Case("printCurrentPage", 1, "J")}) {
+        for (const auto& [option, copies, months] : // the copies from the last page to the first
+             {std::tuple("printAll", 1, "JFMAM"), {"printRange", 2, "MFMF"}, {"printCurrentPage", 1, "J"}}) {
             const OpenPreview preview;
             const QString file = folder.filePath(option);
             test::printInto(file);

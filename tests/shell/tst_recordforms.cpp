@@ -65,8 +65,8 @@ private Q_SLOTS:
     // A den that another program made appears in the den filter when that is opened.
     void newDenReachesTheFilter()
     {
-        QCOMPARE(densOf<frmScouts>().section("; ", -2), "Lion Den 9; <All>");
-        QCOMPARE(densOf<frmAdults>().section("; ", -2), "Lion Den 9; <All>");
+        opensFilter<frmScouts>();
+        opensFilter<frmAdults>();
     }
 
     // A new record's boxes may have held the previous record's text, and undo must not bring it back.
@@ -170,7 +170,7 @@ private:
         forms[form]();
     }
     template <class F>
-    static QString densOf()
+    static void opensFilter()
     {
         const test::AppFolder folder;
         test::copyLayouts();
@@ -178,9 +178,8 @@ private:
         const test::RecordScreen<F> screen;
         test::fill("Insert Into Dens Values (9, 9, '', 'Lion', 2025, 'Y')");
         auto& filter = screen.template get<widgets::ComboBox>("cmbSelectedDens");
-        filter.showPopup();
-        filter.hidePopup();
-        return test::textsOf(filter);
+        filter.showPopup(), filter.hidePopup();
+        QCOMPARE(test::textsOf(filter).section("; ", -2), "Lion Den 9; <All>");
     }
 };
 

@@ -161,6 +161,9 @@ private Q_SLOTS:
         QCOMPARE(grid.columnWidth(2), grid.logicalDpiX());
         QVERIFY(grid.isColumnHidden(3));
         QCOMPARE(grid.horizontalHeader()->length(), grid.viewport()->width());
+        grid.setText(0, 0, "I"); // behind the room that a heading has
+        const QImage heading = grid.horizontalHeader()->grab().toImage();
+        QVERIFY(heading.pixelColor(3, heading.height() / 2).lightness() > 128);
         grid.resize(800, 200);
         QTRY_COMPARE(grid.horizontalHeader()->length(), grid.viewport()->width());
         grid.resize(60, 200);
