@@ -49,8 +49,7 @@ recipe() { # recipe NAME [FILE...]
 # version, it is the next release's, and the screen says so; that one is unpacked by hand, since it may lack its
 # description.
 source_of() {
-    local lists=$work/apt release taken
-    release=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
+    local lists=$work/apt taken
     rm -rf "${work:?}/$1"
     if fetch "$lists" "$release" "$1=$2"; then
         dpkg-source -x "$lists/$1_${2#*:}.dsc" "$work/$1"
@@ -67,16 +66,16 @@ source_of() {
     taken=$(cd "$lists" && ls "$1"_*.debian.tar.?z | sed 's/.*_\(.*\)\.debian.*/\1/')
     echo "The mirror lacks a file of $1 $2; what is built is $taken of $next_release." >&3
 }
+release=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
 next_release=trixie
 
 # fetch FOLDER RELEASE PACKAGE[=VERSION]: the archives of the source. The list of sources is the build's own, from the
 # mirror that this machine gets its packages from; the system's lists stay as they are.
 fetch() {
-    local lists=$1 ours
-    ours=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
+    local lists=$1
     mkdir -p "$lists/lists/partial" "$lists/cache/archives/partial"
     apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Origin: Debian' 'Created-By: Packages' |
-        sed -n "s/ $ours\([- ]\)/ $2\1/p" | sort -u >"$lists/sources.list"
+        sed -n "s/ $release\([- ]\)/ $2\1/p" | sort -u >"$lists/sources.list"
     local options=(-o "Dir::Etc::sourcelist=$lists/sources.list" -o Dir::Etc::sourceparts=/dev/null
                    -o "Dir::State::lists=$lists/lists" -o "Dir::Cache=$lists/cache" -o APT::Sandbox::User=)
     apt-get "${options[@]}" update && (cd "$lists" && apt-get "${options[@]}" source --download-only "$3")

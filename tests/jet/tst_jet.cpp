@@ -415,7 +415,8 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
         QCOMPARE(QProcess::execute(alone, test::childArguments({path()})), 3343 % 256);
         const QString reader = m_folder->filePath(platform::programName(u"orlo-jet"_s));
-        test::write(reader, "#!/bin/sh\nexit 127\n");
+        test::write(reader,
+                    contents(platform::companionFile(QFileInfo(reader).fileName())).replace("libmdb.", "lacked."));
         QVERIFY(QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner));
         QCOMPARE(QProcess::execute(alone, test::childArguments({path()})), 3343 % 256);
     }
