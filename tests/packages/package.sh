@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # What the tests of both packages share; they source it with the build folder as their argument.
 set -euo pipefail
 build=$1 source=$(dirname "$(readlink -f "$0")")/../..
