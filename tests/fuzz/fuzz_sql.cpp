@@ -4,6 +4,8 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
+#include "store/engine/Recordset.h"
+#include "store/engine/Value.h"
 #include "store/schema/Schema.h"
 
 #include <QTemporaryDir>

@@ -69,20 +69,6 @@ private Q_SLOTS:
         opensFilter<frmAdults>();
     }
 
-    // A new record's boxes may have held the previous record's text, and undo must not bring it back.
-    void undoInNewRecord()
-    {
-        const test::AppFolder folder;
-        test::fill(test::Pack);
-        const test::RecordScreen screen("frmScouts");
-        screen.run("n");
-        for (QLineEdit* box : screen.form.findChildren<QLineEdit*>()) {
-            const QString text = box->text();
-            box->undo();
-            QCOMPARE(box->text(), text);
-        }
-    }
-
     // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
     // The other values are written as usual.
     void foreignValues_data() { test::tableOf("shell/recordforms_foreignValues.txt"); }
