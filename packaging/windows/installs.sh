@@ -34,7 +34,8 @@ app=$WINEPREFIX/drive_c/$(sed 's|^C:\\||; s|\\|/|g' <<<"$app")
 [ "$(value DisplayVersion)" = "$version" ]
 menu=("$WINEPREFIX"/drive_c/users/*/AppData/Roaming/Microsoft/Windows/Start\ Menu/Programs/ORLO.lnk)
 [ -e "${menu[0]}" ]
-diff -r -x .package -x uninstall.exe "$folder" "$app"
+[ -s "$app/Quorrel11.mdb" ]
+diff -r -x .package -x uninstall.exe -x Quorrel11.mdb "$folder" "$app" # whose records were opened already
 packaging/windows/starts.sh "$wine" "$app/orlo.exe"
 echo "Installed, it starts."
 

@@ -265,9 +265,9 @@ Section Uninstall
     ${EndWhile}
     FileClose $list
     RMDir /r "$INSTDIR\.package"
-    Delete "$INSTDIR\uninstall.exe"
     Delete "$SMPROGRAMS\ORLO.lnk"
     DeleteRegKey HKCU "${ENTRY}"
+    Delete "$INSTDIR\uninstall.exe"
     SetOutPath $TEMP
     RMDir "$INSTDIR"
     ${If} ${FileExists} "$INSTDIR\*.*"
