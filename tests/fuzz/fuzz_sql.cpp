@@ -4,7 +4,9 @@
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
+#include "store/engine/Database.h"
 #include "store/engine/Recordset.h"
+#include "store/engine/TableDef.h"
 #include "store/engine/Value.h"
 #include "store/schema/Schema.h"
 
@@ -219,8 +221,8 @@ public:
             const store::Transaction dropped(m_database);
             m_database.execute(statement);
         });
-        if (m_database.tableNames().size() != std::ssize(schema::tables()) ||
-            m_database.queryNames().size() != std::ssize(schema::queries()))
+        if (m_database.tableNames().size() != std::ssize(store::schema::tables()) ||
+            m_database.queryNames().size() != std::ssize(store::schema::queries()))
             std::abort();
     }
 

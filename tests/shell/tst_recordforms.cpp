@@ -65,8 +65,16 @@ private Q_SLOTS:
     // A den that another program made appears in the den filter when that is opened.
     void newDenReachesTheFilter()
     {
-        opensFilter<frmScouts>();
-        opensFilter<frmAdults>();
+        for (const char* form : {"frmScouts", "frmAdults"}) {
+            const test::AppFolder folder;
+            test::copyLayouts();
+            test::fill(test::Pack);
+            const test::RecordScreen screen(form);
+            test::fill("Insert Into Dens Values (9, 9, '', 'Lion', 2025, 'Y')");
+            auto& filter = screen.get<widgets::ComboBox>("cmbSelectedDens");
+            filter.showPopup(), filter.hidePopup();
+            QCOMPARE(test::textsOf(filter).section("; ", -2), "Lion Den 9; <All>");
+        }
     }
 
     // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
@@ -154,18 +162,6 @@ private:
             {"awards", [&] { test::RecordScreen("frmInsigniaInfo").run(script); }},
             {"pack", [&] { test::RecordScreen("frmPackInformation").run(script); }}};
         forms[form]();
-    }
-    template <class F>
-    static void opensFilter()
-    {
-        const test::AppFolder folder;
-        test::copyLayouts();
-        test::fill(test::Pack);
-        const test::RecordScreen<F> screen;
-        test::fill("Insert Into Dens Values (9, 9, '', 'Lion', 2025, 'Y')");
-        auto& filter = screen.template get<widgets::ComboBox>("cmbSelectedDens");
-        filter.showPopup(), filter.hidePopup();
-        QCOMPARE(test::textsOf(filter).section("; ", -2), "Lion Den 9; <All>");
     }
 };
 

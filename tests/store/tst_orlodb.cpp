@@ -1,3 +1,4 @@
+#include "store/engine/TableDef.h"
 #include "store/engine/Value.h"
 #include "store/schema/Schema.h"
 #include "support/Files.h"

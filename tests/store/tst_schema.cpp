@@ -1,5 +1,6 @@
 #include "store/engine/TableDef.h"
 #include "store/engine/Value.h"
+#include "store/engine/Version.h"
 #include "store/schema/Schema.h"
 #include "support/Files.h"
 #include "support/Main.h"

@@ -164,14 +164,14 @@ private Q_SLOTS:
     void staysOnTheScreen()
     {
         QWidget owner;
-        widgets::Form::setMainWindow(&owner, {});
+        widgets::setMainWindow(&owner, {});
         const QRect screen = owner.screen()->availableGeometry();
         for (const QPoint corner : {screen.topLeft(), screen.bottomRight()}) {
             owner.setGeometry(QRect(corner, QSize(1, 1)));
             const CheckedForm form;
             QVERIFY(screen.contains(QRect(form.pos(), form.size())));
         }
-        widgets::Form::setMainWindow(nullptr, {});
+        widgets::setMainWindow(nullptr, {});
     }
 
     // The box takes five characters.
