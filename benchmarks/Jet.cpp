@@ -18,7 +18,7 @@ namespace
 // Repeats a sample's rows, each with a key of its own, whose bytes are at that place in the row.
 void multiply(test::JetPages& pages, const QStringList& fields, int count, int place, int width)
 {
-    pages.change(fields, [&](std::vector<test::JetPages::Row>& rows) {
+    pages.change(pages.table(fields), [&](std::vector<test::JetPages::Row>& rows) {
         const auto samples = std::exchange(rows, {});
         for (int key = 1; key <= count; ++key) {
             rows.push_back(samples[static_cast<std::size_t>(key) % samples.size()]);

@@ -281,16 +281,18 @@ bool Application::pressesAgain(QObject* receiver, const QEvent* event)
         m_releasedAt = key->timestamp();
         return false;
     }
-    // A busy program isn't always told that a key repeats. It then gets a release and at once a press with one time
-    // stamp. A hand can't produce that, but a program that types can: a key that was pressed just before isn't held.
+    // A busy program isn't always told that a key repeats. It then gets a release and a press with the same time stamp.
+    // A program that types can produce that, too, and Qt takes it for a repeat; but no key repeats that soon. Only X
+    // stamps a repeat with its own time.
     const int code = key->key();
     const quint64 at = key->timestamp();
     if (code != m_releasedKey)
         m_releasedKey = 0;
     const bool atOnce = at != 0 && code == m_releasedKey && at == m_releasedAt;
-    const bool tooSoon = at != 0 && code == m_pressedKey && at - m_pressedAt < FirstRepeat;
+    static const bool isStamped = platformName() == QLatin1String("xcb");
+    const bool tooSoon = isStamped && atOnce && code == m_pressedKey && at - m_pressedAt < FirstRepeat;
     m_held = (key->isAutoRepeat() || atOnce) && !tooSoon;
-    if (!m_held) {
+    if (!m_held && !tooSoon) {
         m_pressedKey = code;
         m_pressedAt = at;
     }

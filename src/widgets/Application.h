@@ -45,7 +45,7 @@ private:
     bool m_altDown = false;
     QPointer<QWidget> m_altPressedIn; // the window or child window that was focused then
     bool m_held = false;              // the current key event is an auto-repeat
-    int m_pressedKey = 0;             // the last that wasn't an auto-repeat
+    int m_pressedKey = 0;             // the last that was surely no auto-repeat
     quint64 m_pressedAt = 0;          // its time stamp
     int m_releasedKey = 0;            // if no other was pressed since
     quint64 m_releasedAt = 0;

@@ -152,6 +152,7 @@ private Q_SLOTS:
     {
         const Document document = runText(fileOf("list.rpt").replace('\n', "\r\n"));
         QCOMPARE(document.title, "The \"List\"");
+        QCOMPARE(document.paper, QSizeF(792, 612));
         QCOMPARE(textOf(document, 0, 1), "O'Neil{\nLoner{\nGone{\nÅngström{\n1/4\n");
         QCOMPARE(textOf(document, 1, 1), "Zoë\nPat\nOld\n");
         const auto& first = std::get<TextItem>(document.pages[0].items[0]);

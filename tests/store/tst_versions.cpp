@@ -131,7 +131,9 @@ private Q_SLOTS:
     void aStepThatFailsChangesNothing_data()
     {
         test::table({"statement", "failure"}, "| 3022\nAlter Table Scouts Add Next_Field Integer | 3010\n"
-                                              "Create Table Next_Table(Next_SID Text) | 3010");
+                                              "Create Table Next_Table(Next_SID Text) | 3010\n"
+                                              "Create Table Next_Table(Next_SID SmallInt); "
+                                              "Create Index Next_PK On Next_Table(Next_SID) | 3010");
     }
     void aStepThatFailsChangesNothing()
     {

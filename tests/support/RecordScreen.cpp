@@ -166,7 +166,7 @@ QString RecordScreen::lostFields(const QString& file, const QString& record) con
     QStringList lines = QString(contents(ORLO_SOURCE_DIR "/tests/" + file)).trimmed().split(u'\n');
     QString lost;
     for (const auto& field : store::schema::findTable(record.section(u' ', 0, 0))->fields()) {
-        const auto line = lines.indexOf(QRegularExpression("\\S+ " + field.name + "( .*)?"));
+        const auto line = lines.indexOf(QRegularExpression("\\S+ +" + field.name + "( .*)?"));
         const auto* box = form.findChild<QLineEdit*>(lines.value(line).section(u' ', 0, 0));
         if (line < 0 || (box && field.size > 0 && box->maxLength() > field.size))
             lost += field.name + (line < 0 ? ": no line names it\n" : ": its box takes a longer text\n");

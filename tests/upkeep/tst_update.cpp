@@ -56,7 +56,7 @@ private Q_SLOTS:
         QCOMPARE(told->title + ": " + told->text,
                  "Update Database: The ORLO Database will now be updated to work with this new version of software.");
 
-        QCOMPARE(QDir(folder.path()).entryList({"*.mdb", "*.new", "*.stray"}, QDir::Files),
+        QCOMPARE(QDir(folder.path()).entryList({"*.mdb*", "*.part", "*.new*"}, QDir::Files),
                  QStringList({"Quorrel11.mdb", "QuorrelOld_10.mdb"}));
         QVERIFY(test::contents(folder.file("QuorrelOld_10.mdb")) == before);
         const QString copy = "copies/" + QDate::currentDate().toString(Qt::ISODate) + "/Quorrel11_Backup";

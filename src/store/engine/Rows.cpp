@@ -1,6 +1,7 @@
 #include "store/engine/Rows.h"
 
 #include "store/engine/Value.h"
+
 #include <sqlite3.h>
 
 namespace orlo::store

@@ -43,9 +43,14 @@ void addTo(Database& database, const TableDef& before, const TableDef& after)
                          QStringLiteral("field %1 in %2").arg(field.name, table.name())))
                 table.appendField(field);
         }
-    for (const Index& index : after.indexes())
-        if (std::ranges::find(table.indexes(), index.name, &Index::name) == table.indexes().end())
+    for (const Index& index : after.indexes()) {
+        const auto found = std::ranges::find(table.indexes(), index.name, &Index::name);
+        const bool there = found != table.indexes().end();
+        const bool same =
+            there && found->fields == index.fields && found->unique == index.unique && found->primary == index.primary;
+        if (!isThere(there, same, QStringLiteral("index %1 of %2").arg(index.name, table.name())))
             table.appendIndex(index);
+    }
 }
 
 // Adds what a version has beyond the one before.

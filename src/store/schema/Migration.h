@@ -29,7 +29,7 @@ namespace schema
 
 /// Runs the steps from the file's version on in one transaction, and states the new version in the file. Does nothing
 /// if another program has done it meanwhile. Raises 3010 if the file has something else by the name of a
-/// new field or query, and what a step raises; nothing is changed then.
+/// new field, index or query, and what a step raises; nothing is changed then.
 void migrate(Database& database, const Versions& versions, const Migrations& steps);
 
 } // namespace orlo::store
