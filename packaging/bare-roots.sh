@@ -32,8 +32,8 @@ make_root() { # make_root SUITE FOLDER
 root=
 leave() {
     [ -n "$root" ] || return 0
-    for mounted in proc home/pat/other; do
-        ! mountpoint -q "$root/$mounted" || umount "$root/$mounted"
+    for mounted in /proc /home/pat/other ""; do
+        ! mountpoint -q "$root$mounted" || umount "$root$mounted"
     done
     rm -rf --one-file-system "$root"
     root=
@@ -99,6 +99,7 @@ enter() { # enter SUITE: makes a new root of it, with a user
     root=$roots/$1.used
     rm -rf "$root"
     cp -a "$roots/$1" "$root"
+    mount --bind "$root" "$root" # a system's root is a volume
     mount -t proc proc "$root/proc"
     cp --remove-destination /etc/resolv.conf /etc/hosts "$root/etc/"
     [ -z "$(find "$root/usr" -name 'libQt*')" ]

@@ -10,6 +10,9 @@
 #include <QMap>
 #include <QStorageInfo>
 
+#include <filesystem>
+#include <limits>
+
 namespace orlo::platform
 {
 
@@ -108,8 +111,11 @@ QList<Drive> FileSystem::drives() const
 
 qint64 FileSystem::freeSpaceAt(const QString& path) const
 {
-    if (!otherVolumes)
-        return std::max<qint64>(QStorageInfo(path).bytesAvailable(), 0);
+    if (!otherVolumes) {
+        std::error_code error;
+        const auto space = std::filesystem::space(QFileInfo(path).filesystemFilePath(), error);
+        return error ? std::numeric_limits<qint64>::max() : static_cast<qint64>(space.available);
+    }
     const QString root = driveOf(path);
     for (const Drive& drive : drives())
         if (drive.root == root)

@@ -56,7 +56,7 @@ public:
     [[nodiscard]] Drive getDrive(const QString& text) const;
     /// The mounted volumes that hold user files, the root's first.
     [[nodiscard]] QList<Drive> drives() const;
-    /// The bytes that this user may still write to the volume of a path; 0 if unknown.
+    /// The bytes that this user may still write to the volume of a path; more than any volume has if unknown.
     [[nodiscard]] qint64 freeSpaceAt(const QString& path) const;
     /// The root of the volume in drives() that a path lies on.
     [[nodiscard]] QString driveOf(const QString& path) const;
