@@ -435,6 +435,7 @@ private:
 // Opens a file in a separate process; returns the failure as exit status.
 static int openAlone(const QStringList& arguments)
 {
+    test::endProgramsWithUs();
     return test::failureNumber([&] { return openFile(arguments[0]); }) % 256;
 }
 

@@ -8,6 +8,7 @@
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/PrintedFile.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QtTest/QtTest>
@@ -386,8 +387,7 @@ private Q_SLOTS:
     /// document.
     void givesMemoryBack()
     {
-        const auto resident = [] { return test::contents("/proc/self/statm").split(' ').value(1).toLongLong() * 4096; };
-        if (KeepsFreedMemory || resident() == 0)
+        if (KeepsFreedMemory || test::residentMemory() == 0)
             test::skip("a sanitizer keeps freed memory, or the system doesn't tell");
         Document large;
         std::vector<QByteArray> between; // keeps the heap's end where it is
@@ -396,9 +396,10 @@ private Q_SLOTS:
             between.emplace_back(200, 'x');
         }
         auto shared = sharedDocument(std::move(large));
-        const qint64 before = resident();
+        const qint64 before = test::residentMemory();
         shared.reset();
-        QVERIFY2(before - resident() > 5'000'000, qPrintable(QString::number(before - resident())));
+        const qint64 given = before - test::residentMemory();
+        QVERIFY2(given > 5'000'000, qPrintable(QString::number(given)));
     }
 
     void copiesAddresses()

@@ -226,8 +226,9 @@ private Q_SLOTS:
         Database database = DBEngine::openDatabase(out());
         Recordset open = database.openRecordset("Select * From Adults Where Adult_SID = 1");
         const QByteArray before = contents(out());
+        const QStringList beside = made(); // on some systems with the journal of the open file
         const Run trial = orloDb({"import", "--dry-run", out(), csv()});
-        QVERIFY(contents(out()) == before && made() == QStringList("new.mdb"));
+        QVERIFY(contents(out()) == before && made() == beside);
         const Run run = orloDb({"import", out(), csv()});
         QCOMPARE(QString(run.said + run.errors).replace(csv(), "FOLDER").trimmed(), test::cell("said").trimmed());
         QCOMPARE(QString(trial.said).replace("would be added", "added"),

@@ -32,6 +32,12 @@ void failFlushes(bool fail);
 /// Locks a byte of an open file as another program would; false if that fails.
 [[nodiscard]] bool lockByte(QFile& file, qint64 at);
 
+/// Lets the programs that this process starts end with it even if it is killed while it starts one.
+void endProgramsWithUs();
+
+/// The memory that this process has, in bytes; 0 if the system doesn't tell.
+[[nodiscard]] qint64 residentMemory();
+
 /// Hides a folder whose name begins with a dot, on systems where the dot doesn't.
 void hide(const QString& folder);
 

@@ -69,6 +69,7 @@ void KeptCopies::begin()
 {
     m_version.reset();
     m_replacing = false;
+    m_daily = false;
 }
 
 bool KeptCopies::beforeChange(Database& database, const Change& change)
@@ -77,6 +78,7 @@ bool KeptCopies::beforeChange(Database& database, const Change& change)
     if (m_failedAt && isWithin(*m_failedAt, m_clock(), m_lasts ? Recently : Shortly))
         return false;
     const bool needed = removes ? !m_removed || !m_madeAt || !isWithin(*m_madeAt, m_clock()) : !ofToday();
+    m_daily = !removes;
     const bool made = !needed || copyOf(database);
     m_removed = m_removed || (removes && made);
     return made;
@@ -85,6 +87,7 @@ bool KeptCopies::beforeChange(Database& database, const Change& change)
 void KeptCopies::beforeReplacement(Database& database)
 {
     m_replacing = true;
+    m_daily = false;
     copyOf(database);
 }
 
@@ -219,6 +222,10 @@ void KeptCopies::put(const Writer& write)
         QFile::setPermissions(file, QFile::permissions(m_file));
         platform::flushFile(file);
         platform::flushName(file);
+        if (m_daily && ofToday()) { // another program has made it meanwhile
+            QDir(passing).removeRecursively();
+            return;
+        }
         platform::takeName(passing, m_folder + u'/' + name);
     } catch (const RuntimeError&) {
         QDir(passing).removeRecursively();

@@ -70,6 +70,7 @@ private:
     bool m_lasts = false;     // the failure will persist for a while
     bool m_removed = false;   // rows have been deleted in this run
     bool m_replacing = false; // the file is about to be replaced
+    bool m_daily = false;     // the copy being made is the first of its day
 };
 
 /// Makes copies of an open file automatically from here on; a program path.

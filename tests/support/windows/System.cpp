@@ -51,6 +51,20 @@ bool lockByte(QFile& file, qint64 at)
     return LockFile(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle())), static_cast<DWORD>(at), 0, 1, 0);
 }
 
+void endProgramsWithUs()
+{
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr); // closed by the system, with us
+    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    AssignProcessToJobObject(job, GetCurrentProcess());
+}
+
+qint64 residentMemory()
+{
+    return 0;
+}
+
 void hide(const QString& folder)
 {
     SetFileAttributesW(folder.toStdWString().c_str(), FILE_ATTRIBUTE_HIDDEN);
