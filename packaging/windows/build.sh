@@ -49,15 +49,15 @@ recipe() { # recipe NAME [FILE...]
 # version, it is the next release's, and the screen says so; that one is unpacked by hand, since it may lack its
 # description.
 source_of() {
-    local lists=$work/apt taken
+    local lists=$work/apt lost taken
     rm -rf "${work:?}/$1"
-    if fetch "$lists" "$release" "$1=$2"; then
+    fetch "$lists" "$release" "$1=$2"
+    if [ -z "$lost" ]; then
         dpkg-source -x "$lists/$1_${2#*:}.dsc" "$work/$1"
         return
     fi
     lists=$lists/next
-    rm -f "$lists/$1"_*
-    fetch "$lists" "$next_release" "$1" || : # its archives are enough
+    fetch "$lists" "$next_release" "$1"
     mkdir "$work/$1"
     tar -xf "$lists/$1"_*.orig.tar.?z --strip-components=1 -C "$work/$1"
     tar -xf "$lists/$1"_*.debian.tar.?z -C "$work/$1"
@@ -69,16 +69,30 @@ source_of() {
 release=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
 next_release=trixie
 
-# fetch FOLDER RELEASE PACKAGE[=VERSION]: the archives of the source. The list of sources is the build's own, from the
-# mirror that this machine gets its packages from; the system's lists stay as they are.
+# fetch FOLDER RELEASE PACKAGE[=VERSION]: the source's files, as the release's signed list has them. "lost" is what the
+# mirror doesn't have; any other failure ends the build. The list of sources is the build's own, from the mirror that this
+# machine gets its packages from; the system's lists stay as they are.
 fetch() {
-    local lists=$1
+    local lists=$1 place file sum said
+    rm -f "$lists/${3%%=*}"_*
     mkdir -p "$lists/lists/partial" "$lists/cache/archives/partial"
     apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Origin: Debian' 'Created-By: Packages' |
         sed -n "s/ $release\([- ]\)/ $2\1/p" | sort -u >"$lists/sources.list"
     local options=(-o "Dir::Etc::sourcelist=$lists/sources.list" -o Dir::Etc::sourceparts=/dev/null
                    -o "Dir::State::lists=$lists/lists" -o "Dir::Cache=$lists/cache" -o APT::Sandbox::User=)
-    apt-get "${options[@]}" update && (cd "$lists" && apt-get "${options[@]}" source --download-only "$3")
+    apt-get "${options[@]}" update --error-on=any
+    lost=$3
+    apt-get "${options[@]}" source --print-uris "$3" >"$lists/files" || return 0 # the list has no such version
+    lost=
+    while read -r place file _ sum; do
+        [[ $place == \'*\' ]] || continue # a notice
+        if said=$(LC_ALL=C /usr/lib/apt/apt-helper "${options[@]}" download-file "${place//\'/}" "$lists/$file" "$sum" 2>&1); then
+            continue
+        fi
+        echo "$said"
+        [[ $said == *' 404  Not Found'* ]] || return 1
+        lost+=" $file"
+    done <"$lists/files"
 }
 
 version_of() { # version_of PACKAGE: of the source that it was made from

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-/* The number of a code page; 0 for none. */
+/* The two code pages, from and to. */
 typedef void* iconv_t;
 
 /* (iconv_t)-1 and EINVAL for an encoding that the system doesn't know. */

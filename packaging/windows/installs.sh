@@ -63,7 +63,8 @@ setup "$newer" 0
 [ "$(sum)" = "$before" ]
 [ "$(value DisplayVersion)" = "$newer" ]
 tail -n 1 "$app/ScoutPhoneList.rpt" "$app/AdultPhoneList.rpt" | grep -c '# newer' | grep -qx 2
-[ -e "$app/manual/surprises2.html" ] && [ ! -e "$app/manual/surprises.html" ]
+[ -e "$app/manual/surprises2.html" ]
+[ ! -e "$app/manual/surprises.html" ]
 setup "$version" 2 # an older one asks, and nobody answers
 packaging/windows/starts.sh "$wine" "$app/orlo.exe"
 [ "$(sum)" = "$before" ]
@@ -74,6 +75,7 @@ for _ in {1..300}; do [ -e "$app/uninstall.exe" ] || break; sleep 0.2; done
 [ "$(sum)" = "$before" ]
 left=$(cd "$app" && find . -type f ! -path './copies/*' -printf '%P\n' | LC_ALL=C sort | tr '\n' ' ')
 [ "$left" = "Den_Titles.grd PurchaseList.rpt Quorrel11.mdb " ] || { echo "Left: $left" >&2; exit 1; }
-[ -z "$(value DisplayVersion)" ] && [ ! -e "${menu[0]}" ]
+[ -z "$(value DisplayVersion)" ]
+[ ! -e "${menu[0]}" ]
 rm -rf "$trial" "$app"
 echo "Removed, it left the records and what the user changed, and nothing else."

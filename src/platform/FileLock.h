@@ -23,9 +23,9 @@ public:
     void keepOthersOut(const QString& lockFile);
     /// Raises 3050 if another program has locked a byte or changed the file since.
     void checkAlone() const;
-    /// Lets another file take the locked one's name, where an open file can't be replaced; it also loses its mark
-    /// against writing. From then on only processes that use this class are kept out.
-    void allowReplacing();
+    /// Puts a finished file in the locked one's place as putInPlace() does; that one keeps its mark against writing.
+    /// From then on only processes that use this class are kept out. Raises 61, 68, 70 or 75.
+    [[nodiscard]] QString replaceBy(const QString& finished, const QString& note);
 
     /// False once the path names a file other than the locked one.
     [[nodiscard]] bool isOn(const QString& path) const;

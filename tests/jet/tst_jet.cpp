@@ -215,6 +215,7 @@ private Q_SLOTS:
         const int count = sample == u"small-1.1" ? 13 : 8;
         const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
+        QVERIFY(QFile::setPermissions(path(), QFile::ReadOwner)); // as from a read-only disc
         const QString words = count == 13 ? u"39 Scouts: 1297 values\n"_s : u"39 Scouts: 727 values\n"_s;
         const QString said = test::orloDb({u"check"_s, path()}).said; // this changes nothing
         QVERIFY2(said.contains(words), qPrintable(said));
@@ -222,6 +223,7 @@ private Q_SLOTS:
             QCOMPARE(openFile(path()).tableNames().size(), count);
         QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
         QCOMPARE(contents(kept()), former);
+        QVERIFY(!QFile::permissions(kept()).testFlag(QFile::WriteOwner));
         QCOMPARE(m_told, QStringList());
         QCOMPARE(differences(path(), sample), 0);
         QCOMPARE(QProcess::execute(ORLO_BUILD_DIR "/tools/orlo-db"_L1, {u"compare"_s, kept(), path()}), 0);

@@ -15,9 +15,12 @@ complete "$here/a folder"
 "$here/a folder/orlo-db" check "$here/a folder/Quorrel11.mdb" | grep -q 'sound$'
 "$here/a folder/orlo-db" import --dry-run "$here/a folder/sample-pack/Quorrel11_Backup" "$here/a folder/sample-pack/templates" | grep -q '^Scouts: 0 would'
 "$here/a folder/orlo-report" "$here/a folder/sample-pack/Quorrel11_Backup" "$here/a folder/AwardListing.rpt" --pdf "$here" | grep -q 'in all$'
-[ -s "$here/AwardListing.pdf" ] && [ -s "$here/a folder/man/orlo-db.1" ]
+[ -s "$here/AwardListing.pdf" ]
+[ -s "$here/a folder/man/orlo-db.1" ]
+[ -c /dev/full ]
 for program in orlo-db orlo-report; do # output that can't be written is a failure
-    [ -c /dev/full ] && ! "$here/a folder/$program" --help >/dev/full 2>"$here/log" && grep -q 'standard output' "$here/log"
+    if "$here/a folder/$program" --help >/dev/full 2>"$here/log"; then false; fi
+    grep -q 'standard output' "$here/log"
 done
 for program in orlo orlo-db orlo-report orlo-jet orlo-pdf.so; do # its own Qt and database engine
     [ -z "$(ldd "$here/a folder/$program" | grep -E 'libQt6|sqlite|mdb|qpdf' | grep -v "=> $here/a folder/lib/" || :)" ]

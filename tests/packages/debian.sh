@@ -9,7 +9,7 @@ dpkg-deb -x "$here"/orlo_*.deb "$here/root"
 export XDG_DATA_HOME="$here/the data"
 launcher=$here/root/usr/bin/orlo given=$here/root/usr/lib/orlo user=$XDG_DATA_HOME/orlo
 "$here/root/usr/bin/orlo-db" check "$given/Quorrel11.mdb" | grep -q 'sound$'
-[ -s "$here/root/usr/share/man/man1/orlo-db.1.gz" ] && [ -s "$here/root/usr/share/man/man1/orlo-report.1.gz" ]
+for tool in orlo-db orlo-report; do [ -s "$here/root/usr/share/man/man1/$tool.1.gz" ]; done
 [ -z "$(readelf -d "$given/orlo" "$here"/root/usr/bin/orlo-{db,report} | grep -E 'R(UN)?PATH' || :)" ] # the system's libraries
 [ -z "$(command -v appstreamcli || :)" ] || appstreamcli validate --no-net "$here"/root/usr/share/metainfo/*.xml >"$here/log"
 [ -z "$(command -v desktop-file-validate || :)" ] || desktop-file-validate "$here/root/usr/share/applications/orlo.desktop"

@@ -1,5 +1,6 @@
 #include "platform/FileLock.h"
 
+#include "platform/FileReplacement.h"
 #include "platform/RuntimeError.h"
 
 #include <QDeadlineTimer>
@@ -93,8 +94,9 @@ void FileLock::checkAlone() const
         raise(QStringLiteral("Another program has changed the file"), file.fileName());
 }
 
-void FileLock::allowReplacing()
+QString FileLock::replaceBy(const QString& finished, const QString& note)
 {
+    return putInPlace(m_held->file.fileName(), finished, note);
 }
 
 bool FileLock::isOn(const QString& path) const

@@ -1,10 +1,13 @@
 #include "platform/FileLock.h"
 
+#include "platform/FileReplacement.h"
+#include "platform/RuntimeError.h"
 #include "platform/windows/Handle.h"
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QThread>
 
 #include <algorithm>
@@ -133,11 +136,17 @@ void FileLock::checkAlone() const
         raise(QStringLiteral("Another program has changed the file"), m_held->path);
 }
 
-void FileLock::allowReplacing()
+// The name of an open file can't be taken, nor that of one with a mark against writing.
+QString FileLock::replaceBy(const QString& finished, const QString& note)
 {
     m_held->file.reset();
-    const std::wstring path = systemPath(m_held->path);
-    SetFileAttributesW(path.c_str(), GetFileAttributesW(path.c_str()) & ~DWORD(FILE_ATTRIBUTE_READONLY));
+    QString former = m_held->path;
+    const DWORD before = GetFileAttributesW(systemPath(former).c_str());
+    if (before == INVALID_FILE_ATTRIBUTES || (before & FILE_ATTRIBUTE_READONLY) == 0)
+        return putInPlace(former, finished, note);
+    SetFileAttributesW(systemPath(former).c_str(), before & ~DWORD(FILE_ATTRIBUTE_READONLY));
+    const auto markAgain = qScopeGuard([&] { SetFileAttributesW(systemPath(former).c_str(), before); });
+    return former = putInPlace(m_held->path, finished, note);
 }
 
 bool FileLock::isOn(const QString& path) const

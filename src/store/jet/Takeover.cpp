@@ -121,10 +121,9 @@ void takeOver(const QString& file)
     try {
         report = make(making.name(), path, helper);
         former.checkAlone();
-        former.allowReplacing();
         // Files from a read-only disc may still be write-protected.
         QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
-        kept = platform::putInPlace(path, making.name(), QStringLiteral("former format"));
+        kept = former.replaceBy(making.name(), QStringLiteral("former format"));
     } catch (const RuntimeError& error) {
         raise(error, info);
     }
