@@ -7,11 +7,12 @@ lists=$(mktemp -d)
 trap 'rm -rf "$lists"' EXIT
 cd "$folder"
 
-# Each file with its folder, as Windows writes names. A user may change reports and layouts; the records and the program
-# itself are the script's own business.
+# Each file with its folder, as Windows writes names. A user may change reports, layouts, and the packs to try the program
+# with; the records and the program itself are the script's own business.
+changeable='.*(\.(rpt|inc|grd|csv|mdb)|_Backup)'
 find . -type f -printf '%P\n' | LC_ALL=C sort >"$lists/all"
-grep -E '\.(rpt|inc|grd)$' "$lists/all" >"$lists/changed"
-grep -vxE 'Quorrel11\.mdb|orlo\.exe|.*\.(rpt|inc|grd)' "$lists/all" >"$lists/files"
+grep -vxE 'Quorrel11\.mdb|orlo\.exe' "$lists/all" | grep -xE "$changeable" >"$lists/changed"
+grep -vxE "Quorrel11\.mdb|orlo\.exe|$changeable" "$lists/all" >"$lists/files"
 find . -mindepth 1 -type d -printf '%P\n' | LC_ALL=C sort -r >"$lists/folders" # the inner ones first
 windows() { sed 's|/|\\|g'; }
 {

@@ -2,8 +2,9 @@
 ; For one user, without an administrator, since the program keeps its records in its own folder. FILES is the folder of
 ; the archive; LISTS has what installer.sh makes of it.
 ;
-; A file that a user may change (a report, a layout, an example) is put only where there is none, or where it is still
-; as an earlier installer put it; ".package" keeps them so, to tell. The records are put only where there are none.
+; A file that a user may change (a report, a layout, a pack to try the program with) is put only where there is none, or
+; where it is still as an earlier installer put it; ".package" keeps them so, to tell. The records are put only where
+; there are none.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -54,6 +55,9 @@ Var part
     Quit
 !macroend
 
+!define BLOCK 65536 ; bytes of a file that are looked at in one step
+!define BLOCKS 131072
+
 ; For the installer and for the uninstaller.
 !macro Shared un
 ; Waits until none of the programs runs, and keeps the main one from being started; gives up if nobody is there to ask.
@@ -74,7 +78,7 @@ Function ${un}KeepProgramsOut
   out:
 FunctionEnd
 
-; Whether the files $0 and $1 are the same: $2 is 1 or 0.
+; Whether the files $0 and $1 have the same bytes: $2 is 1 or 0.
 Function ${un}Same
     StrCpy $2 0
     ClearErrors
@@ -82,19 +86,21 @@ Function ${un}Same
     IfErrors out
     FileOpen $4 $1 r
     IfErrors close3
-    FileSeek $3 0 END $5
-    FileSeek $4 0 END $6
-    StrCmp $5 $6 0 close
-    FileSeek $3 0
-    FileSeek $4 0
+    System::Alloc ${BLOCKS}
+    Pop $5
+    IntPtrOp $6 $5 + ${BLOCK}
   next:
-    ClearErrors
-    FileRead $3 $5
-    FileRead $4 $6
-    StrCmpS $5 $6 0 close
-    StrCmp $5 "" 0 next
+    System::Call 'kernel32::ReadFile(p r3, p r5, i ${BLOCK}, *i .r7, p 0) i .r9'
+    IntCmp $9 0 free
+    System::Call 'kernel32::ReadFile(p r4, p r6, i ${BLOCK}, *i .r8, p 0) i .r9'
+    IntCmp $9 0 free
+    IntCmp $7 $8 0 free free
+    System::Call 'ntdll::RtlCompareMemory(p r5, p r6, p r7) p .r8'
+    IntCmp $7 $8 0 free free
+    IntCmp $7 0 0 next next
     StrCpy $2 1
-  close:
+  free:
+    System::Free $5
     FileClose $4
   close3:
     FileClose $3
@@ -116,6 +122,24 @@ Function ${un}ReadLine
         Goto next
     ${EndIf}
     StrCpy $line $line -4 ; and without "=1"
+FunctionEnd
+
+; Removes what this line of the list names, unless the user has changed it.
+Function ${un}Remove
+    StrCpy $0 "$INSTDIR\$line"
+    StrCpy $1 "$INSTDIR\.package\$line"
+    ${If} $part == "[folders]"
+        RMDir $1
+        RMDir $0 ; if it is empty
+    ${ElseIf} $part == "[files]"
+        Delete $0
+    ${Else}
+        Call ${un}Same
+        Delete $1
+        ${If} $2 = 1
+            Delete $0
+        ${EndIf}
+    ${EndIf}
 FunctionEnd
 !macroend
 
@@ -200,10 +224,11 @@ Section
     ${IfNot} ${Errors}
         Call ReadLine
         ${While} $line != ""
-            ReadINIStr $0 "$INSTDIR\.package\list.new" files $line
-            ${If} $part == "[files]"
-            ${AndIf} $0 == ""
-                Delete "$INSTDIR\$line"
+            ReadINIStr $0 "$INSTDIR\.package\list.new" changed $line
+            ReadINIStr $1 "$INSTDIR\.package\list.new" files $line
+            ReadINIStr $2 "$INSTDIR\.package\list.new" folders $line
+            ${If} "$0$1$2" == ""
+                Call Remove
             ${EndIf}
             Call ReadLine
         ${EndWhile}
@@ -247,20 +272,7 @@ Section Uninstall
     ${EndIf}
     Call un.ReadLine
     ${While} $line != ""
-        StrCpy $0 "$INSTDIR\$line"
-        StrCpy $1 "$INSTDIR\.package\$line"
-        ${If} $part == "[folders]"
-            RMDir $1
-            RMDir $0 ; if it is empty
-        ${ElseIf} $part == "[files]"
-            Delete $0
-        ${Else} ; one that a user may have changed
-            Call un.Same
-            Delete $1
-            ${If} $2 = 1
-                Delete $0
-            ${EndIf}
-        ${EndIf}
+        Call un.Remove
         Call un.ReadLine
     ${EndWhile}
     FileClose $list
