@@ -22,9 +22,9 @@ using platform::RuntimeError;
 namespace
 {
 
-constexpr qint64 Recently = 10 * 60; // seconds
-constexpr qint64 Shortly = 5;        // seconds until another program may have released the file
-constexpr qint64 PartOfRoom = 10;    // copies may take one part in so many of the free space
+constexpr qint64 Recently = 600;  // seconds
+constexpr qint64 Shortly = 5;     // seconds until another program may have released the file
+constexpr qint64 PartOfRoom = 10; // copies may take one part in so many of the free space
 constexpr QLatin1StringView Passing(".part");
 [[noreturn]] void refuseCopy(int number)
 {
@@ -198,7 +198,7 @@ QString KeptCopies::freeName() const
 {
     const QDateTime time = m_clock();
     for (const char* form : {"yyyy-MM-dd", "yyyy-MM-dd HH.mm"})
-        if (const QString name = time.toString(QLatin1StringView(form)); !QFileInfo::exists(m_folder + u'/' + name))
+        if (QString name = time.toString(QLatin1StringView(form)); !QFileInfo::exists(m_folder + u'/' + name))
             return name;
     return time.toString(QStringLiteral("yyyy-MM-dd HH.mm.ss"));
 }

@@ -75,7 +75,7 @@ jet::Report make(const QString& name, const QString& former, const QString& help
 
 QString helperProgram()
 {
-    const QString helper = platform::companionFile(platform::programName(QStringLiteral("orlo-jet")));
+    QString helper = platform::companionFile(platform::programName(QStringLiteral("orlo-jet")));
     if (helper.isEmpty())
         throw noReader();
     return helper;
