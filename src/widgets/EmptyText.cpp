@@ -48,7 +48,18 @@ public:
         m_view.viewport()->update();
     }
 
-    [[nodiscard]] QString said() const
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            m_view.viewport()->update();
+        else if (event->type() == QEvent::Paint && watched == m_view.viewport())
+            show(shownText());
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    [[nodiscard]] QString shownText() const // "" if there are rows
     {
         const bool isEmpty = !m_view.model() || m_view.model()->rowCount(m_view.rootIndex()) == 0;
         if (!isEmpty || !m_button || !m_button->isEnabled())
@@ -56,19 +67,11 @@ public:
         return QStringLiteral("%1 Press %2.").arg(m_text, m_button->text().remove(u'&'));
     }
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
+    void show(const QString& said)
     {
-        if (event->type() == QEvent::EnabledChange)
-            m_view.viewport()->update();
-        else if (event->type() == QEvent::Paint && watched == m_view.viewport() && !said().isEmpty())
-            paint();
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    void paint()
-    {
+        m_view.setAccessibleDescription(said);
+        if (said.isEmpty())
+            return;
         QPainter painter(m_view.viewport());
         const QPalette palette = m_view.palette();
         const QColor ground = palette.color(QPalette::Base);
@@ -76,7 +79,7 @@ private:
         painter.setFont(m_view.font());
         painter.setPen(raised(mixed(text, ground, Faint), text, {ground}, ReadableText));
         painter.drawText(m_view.viewport()->rect().adjusted(Margin, Margin, -Margin, -Margin),
-                         Qt::AlignCenter | Qt::TextWordWrap, said());
+                         Qt::AlignCenter | Qt::TextWordWrap, said);
     }
 
     QAbstractItemView& m_view;
@@ -90,12 +93,6 @@ void sayWhenEmpty(QAbstractItemView& view, const QString& text, QAbstractButton*
 {
     EmptyText* shown = EmptyText::of(view);
     (shown ? shown : new EmptyText(view))->setText(text, button);
-}
-
-QString saidWhileEmpty(const QAbstractItemView& view)
-{
-    const EmptyText* shown = EmptyText::of(view);
-    return shown ? shown->said() : QString();
 }
 
 } // namespace orlo::widgets
