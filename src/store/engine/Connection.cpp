@@ -10,6 +10,7 @@
 #include "store/engine/Journal.h"
 #include "store/engine/JournalFile.h"
 #include "store/engine/Source.h"
+#include "store/engine/Value.h"
 
 #include <QDir>
 #include <QFile>
@@ -292,8 +293,10 @@ void Connection::run(const QByteArray& sql)
 void Connection::announce(const Change& change)
 {
     readyToWrite();
-    const QDate today = platform::today();
-    if (!m_listener || sqlite3_get_autocommit(m_db) == 0 || (!change.removes && m_toldOn == today))
+    if (!m_listener || sqlite3_get_autocommit(m_db) == 0)
+        return;
+    const QDate today = platform::today(); // asks the system for its time zone
+    if (!change.removes && m_toldOn == today)
         return;
     try {
         if (m_listener(change))
@@ -381,10 +384,19 @@ void Connection::forget()
     m_watch.ofFile.clear();
 }
 
+void Connection::deferFlushing()
+{
+    run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE;PRAGMA cache_size=-4000");
+    m_versionSeen = version();
+    m_alone = true;
+}
+
 // SQLite counts changes in the file's header, which can be read without a lock; a change that isn't committed yet may
 // count. With a write-ahead log, which another tool may have turned on, it doesn't.
 quint32 Connection::version() const
 {
+    if (m_alone)
+        return m_versionSeen;
     constexpr int FormatAt = 18; // bytes from the file's start
     constexpr int CounterAt = 24;
     constexpr char WithJournal = 1;
