@@ -205,7 +205,7 @@ BandLayout::Cell BandLayout::cell(const Element& element, const RowScope& scope,
         style = m_definition.styleNamed(name);
         if (style < 0)
             throw ReportError(platform::UnknownName, QStringLiteral("There is no style \"%1\".").arg(name),
-                              element.styleChoice.root().place);
+                              element.styleChoice.place());
     }
     const double room = m_textWidth - left;
     Cell cell{&element, {}, left + element.left.in(room), element.width.in(room), style, m_fonts[std::size_t(style)]};
@@ -219,7 +219,7 @@ BandLayout::Cell BandLayout::cell(const Element& element, const RowScope& scope,
     }
     if (element.kind == Element::Kind::Bar) {
         const Value share = element.formula.evaluate(scope);
-        cell.width *= share.isNull() ? 0 : std::clamp(numberArgument(share, element.formula.root().place), 0.0, 1.0);
+        cell.width *= share.isNull() ? 0 : std::clamp(numberArgument(share, element.formula.place()), 0.0, 1.0);
     }
     return cell;
 }

@@ -1,19 +1,23 @@
 #pragma once
 
 #include "reporting/ReportError.h"
-#include "store/engine/Value.h"
+
+#include <QString>
 
 #include <functional>
-#include <span>
-#include <variant>
-#include <vector>
+#include <memory>
+
+namespace orlo::store
+{
+class Value;
+}
 
 namespace orlo::reporting
 {
 
 using store::Value;
 
-struct FormulaFunction;
+struct FormulaNode;
 
 /// The words of the language that stand for facts about the run.
 enum class Word {
@@ -35,59 +39,6 @@ enum class Word {
 /// What a summary computes over the rows of a group or of the whole report.
 enum class Summary { Sum, Count, Average, Minimum, Maximum, DistinctCount, Median };
 
-/// A node of a parsed formula.
-struct FormulaNode {
-    /// What is known of a node's type before it is computed; a field can be of any type.
-    enum class Type { Any, Condition, Number, Text, Date };
-
-    struct Literal {
-        Value value;
-    };
-    struct Field {
-        QString name;
-        int index = -1; ///< of the bound field
-    };
-    struct NamedWord {
-        Word word;
-    };
-    /// A function or an operator applied to the children.
-    struct Call {
-        const FormulaFunction* function;
-    };
-    /// "and" or "or"; evaluates only as many children as needed.
-    struct Connected {
-        bool isOr;
-    };
-    /// "if": the condition, the value and, optionally, the other value.
-    struct Choice {
-    };
-    struct Summarised {
-        Summary summary;
-        QString group;        ///< "" for the rows around its own place
-        bool running = false; ///< only up to the current row
-    };
-    /// A copy of the argument before it: a single value in a list is both ends of a range.
-    struct Again {
-    };
-    /// The only child, evaluated in another row.
-    struct Neighbour {
-        int offset; ///< -1 for the row before, 1 for the next
-    };
-
-    std::variant<Literal, Field, NamedWord, Call, Connected, Choice, Again, Summarised, Neighbour> part;
-    Type type = Type::Any;
-    Place place;
-    int depth = 1;
-    bool bracketed = false;
-    std::vector<FormulaNode> children;
-
-    template <typename Part>
-    [[nodiscard]] const Part* as() const
-    {
-        return std::get_if<Part>(&part);
-    }
-};
-
 /// Where a formula's fields, words and summaries get their values.
 class FormulaScope
 {
@@ -107,14 +58,21 @@ public:
 class Formula
 {
 public:
-    Formula() = default;
+    Formula();
+    ~Formula();
+    Formula(const Formula& other);
+    Formula& operator=(const Formula& other);
+    Formula(Formula&& other) noexcept;
+    Formula& operator=(Formula&& other) noexcept;
     /// Parses a text whose first character is at the given position. Raises ReportError 3075.
     explicit Formula(QStringView text, Place origin = {1, 1});
 
     /// True if there is no formula.
-    [[nodiscard]] bool isEmpty() const { return m_empty; }
-    /// The root of the parsed formula.
-    [[nodiscard]] const FormulaNode& root() const { return m_root; }
+    [[nodiscard]] bool isEmpty() const { return !m_root; }
+    /// The root of the parsed formula; of none, Null.
+    [[nodiscard]] const FormulaNode& root() const;
+    /// Where it stands in its file.
+    [[nodiscard]] Place place() const;
     /// True if any node passes the test.
     [[nodiscard]] bool any(const std::function<bool(const FormulaNode&)>& test) const;
 
@@ -128,8 +86,7 @@ public:
     [[nodiscard]] bool holds(const FormulaScope& scope) const;
 
 private:
-    FormulaNode m_root;
-    bool m_empty = true;
+    std::unique_ptr<FormulaNode> m_root;
 };
 
 /// Evaluates one node, as Formula::evaluate() does for the root.

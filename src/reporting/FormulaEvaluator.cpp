@@ -150,29 +150,55 @@ QString displayText(const Value& value)
     return value.textOrEmpty();
 }
 
+Formula::Formula() = default;
+Formula::~Formula() = default;
+Formula::Formula(Formula&& other) noexcept = default;
+Formula& Formula::operator=(Formula&& other) noexcept = default;
+
+Formula::Formula(const Formula& other) : m_root(other.m_root ? std::make_unique<FormulaNode>(*other.m_root) : nullptr)
+{
+}
+
+Formula& Formula::operator=(const Formula& other)
+{
+    return *this = Formula(other);
+}
+
+const FormulaNode& Formula::root() const
+{
+    static const FormulaNode Null;
+    return m_root ? *m_root : Null;
+}
+
+Place Formula::place() const
+{
+    return root().place;
+}
+
 bool Formula::any(const std::function<bool(const FormulaNode&)>& test) const
 {
-    return anyNode(m_root, test);
+    return anyNode(root(), test);
 }
 
 void Formula::requireCondition() const
 {
-    requireConditionOf(m_root);
+    requireConditionOf(root());
 }
 
 void Formula::bind(const std::function<int(const QString&)>& indexOf)
 {
-    bindNode(m_root, indexOf);
+    if (m_root)
+        bindNode(*m_root, indexOf);
 }
 
 Value Formula::evaluate(const FormulaScope& scope) const
 {
-    return evaluateNode(m_root, scope);
+    return evaluateNode(root(), scope);
 }
 
 bool Formula::holds(const FormulaScope& scope) const
 {
-    const Value value = condition(evaluate(scope), m_root.place);
+    const Value value = condition(evaluate(scope), place());
     return !value.isNull() && value.toBool();
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "reporting/Formula.h"
+#include "reporting/FormulaNode.h"
 
 #include <limits>
 #include <optional>
+#include <span>
 
 namespace orlo::reporting
 {

@@ -1,9 +1,14 @@
 #pragma once
 
-#include "reporting/Formula.h"
+#include "reporting/ReportError.h"
+#include "store/engine/Value.h"
+
+#include <vector>
 
 namespace orlo::reporting
 {
+
+using store::Value;
 
 /// A token of a formula.
 struct FormulaToken {

@@ -435,11 +435,11 @@ private:
 
 } // namespace
 
-Formula::Formula(QStringView text, Place origin) : m_empty(false)
+Formula::Formula(QStringView text, Place origin)
 {
     if (text.size() > MaxFormulaSize)
         throw ReportError(platform::SyntaxError, QStringLiteral("The formula is too long."), origin);
-    m_root = Parser(formulaTokens(text, origin)).run();
+    m_root = std::make_unique<FormulaNode>(Parser(formulaTokens(text, origin)).run());
 }
 
 } // namespace orlo::reporting

@@ -3,6 +3,7 @@
 #include "reporting/RowOrder.h"
 #include "reporting/Selection.h"
 #include "store/engine/Database.h"
+#include "store/engine/Field.h"
 #include "store/engine/SqlError.h"
 
 #include <QHash>

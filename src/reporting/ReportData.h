@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reporting/Definition.h"
+#include "reporting/FormulaNode.h"
 #include "reporting/Renderer.h"
 
 #include <QSet>

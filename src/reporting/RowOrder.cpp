@@ -8,6 +8,7 @@
 #include <bit>
 #include <cmath>
 #include <numeric>
+#include <span>
 
 namespace orlo::reporting
 {
@@ -56,7 +57,7 @@ int ordered(const Value& a, const Value& b, Place place)
 bool isBefore(const std::vector<SortKey>& keys, std::span<const Value> a, std::span<const Value> b)
 {
     for (std::size_t k = 0; k < keys.size(); ++k)
-        if (const int sign = ordered(a[k], b[k], keys[k].formula.root().place); sign != 0)
+        if (const int sign = ordered(a[k], b[k], keys[k].formula.place()); sign != 0)
             return keys[k].descending ? sign > 0 : sign < 0;
     return false;
 }

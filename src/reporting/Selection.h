@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reporting/Formula.h"
+#include "reporting/FormulaNode.h"
 
 #include <functional>
 #include <optional>

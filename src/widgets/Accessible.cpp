@@ -8,6 +8,7 @@
 #include <QAccessibleWidget>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QMenu>
 #include <QToolButton>
 
 namespace orlo::widgets

@@ -1,5 +1,6 @@
 #include "widgets/BoundGridModel.h"
 
+#include "store/engine/Value.h"
 #include "widgets/Accessible.h"
 #include "widgets/DataControl.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/RuntimeError.h"
+#include "store/engine/Field.h"
 #include "store/engine/Recordset.h"
-#include "store/engine/Value.h"
 #include "widgets/GridLayout.h"
 
 #include <QAbstractTableModel>

@@ -132,7 +132,7 @@ private Q_SLOTS:
         database.execute("Insert Into Dens (Den_SID, Den_Name) Values (1, 'a')");
         TableDef dens = database.tableDef(u"DENS");
         dens.appendField({"Colour", FieldType::Text, 3, true});
-        dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, Value(true)});
+        dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
         dens.deleteField(u"den_name");
         dens.appendIndex({"Colour", {"Colour"}});
 

@@ -32,7 +32,7 @@ private Q_SLOTS:
         table.appendField({"Born", FieldType::Date});
         table.appendField({"Size", FieldType::Double});
         table.appendField({"Big", FieldType::Long});
-        table.appendField({"Mail", FieldType::Boolean, 0, false, false, false, Value(true)});
+        table.appendField({"Mail", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
         table.appendField({"Note", FieldType::Memo, 0, true});
         table.appendIndex({"PK", {"SID"}, true, true, true});
         m_database->appendTableDef(table);

@@ -326,7 +326,8 @@ private Q_SLOTS:
         for (const Field& field :
              {Field{"SID", FieldType::Long}, Field{"Name", FieldType::Text, 9, true},
               Field{"Title", FieldType::Text, 9}, Field{"Born", FieldType::Date}, Field{"Size", FieldType::Double},
-              Field{"Big", FieldType::Long}, Field{"Mail", FieldType::Boolean, 0, false, false, false, Value(true)},
+              Field{"Big", FieldType::Long},
+              Field{"Mail", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)},
               Field{"Note", FieldType::Memo, 0, true}, Field{"F1", FieldType::Long}, Field{"F2", FieldType::Long}})
             table.appendField(field);
         table.appendIndex({"PK", {"SID"}, true, true, true});

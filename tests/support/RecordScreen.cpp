@@ -3,6 +3,7 @@
 #include "shell/frame/Screens.h"
 #include "store/engine/TableDef.h"
 #include "store/schema/Schema.h"
+#include "support/Files.h"
 #include "widgets/ComboBox.h"
 #include "widgets/Form.h"
 #include "widgets/ListBox.h"

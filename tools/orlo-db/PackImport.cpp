@@ -4,6 +4,7 @@
 #include "RowNames.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 
 #include <QFileInfo>
 

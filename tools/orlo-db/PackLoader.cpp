@@ -1,6 +1,7 @@
 #include "PackLoader.h"
 
 #include "RowNames.h"
+#include "store/engine/Value.h"
 #include "store/jet/BulkLoad.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "Scramble.h"
 
 #include "PackRows.h"
+#include "store/engine/Value.h"
 #include "store/engine/Version.h"
 #include "store/jet/BulkLoad.h"
 #include "store/schema/Schema.h"

@@ -5,6 +5,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/TableSql.h"
+#include "store/engine/Value.h"
 #include "store/engine/Version.h"
 
 #include <QRegularExpression>
@@ -29,16 +30,17 @@ QString sqlOf(Connection& connection, const QString& name)
     return found.step() ? found.text(0) : QString();
 }
 
-Value defaultOf(const QString& text, FieldType type)
+std::shared_ptr<const Value> defaultOf(const QString& text, FieldType type)
 {
+    const auto made = [](const Value& value) { return std::make_shared<const Value>(value); };
     if (text.isEmpty())
         return {};
     if (text.startsWith(u'\''))
-        return text.mid(1, text.size() - 2).replace(QLatin1String("''"), QLatin1String("'"));
+        return made(text.mid(1, text.size() - 2).replace(QLatin1String("''"), QLatin1String("'")));
     const double number = text.toDouble();
     if (type == FieldType::Boolean)
-        return number == 0 ? Value() : Value(true); // no is the default anyway
-    return converted(Value(number), Field{{}, type});
+        return number == 0 ? nullptr : made(true); // no is the default anyway
+    return made(converted(Value(number), Field{{}, type}));
 }
 
 Field readField(Statement& row, const QString& tableSql)
@@ -234,7 +236,7 @@ void rebuildTable(Connection& connection, const TableDef& table)
 void addColumn(Connection& connection, const TableDef& table)
 {
     const Field& field = table.fields().back();
-    const bool starts = field.type == FieldType::Boolean || !field.defaultValue.isNull();
+    const bool starts = field.type == FieldType::Boolean || field.defaultValue;
     // ADD COLUMN would give the default to existing rows, too.
     if (starts || field.required || field.autoIncrement || table.fields().size() == 1)
         return rebuildTable(connection, table);

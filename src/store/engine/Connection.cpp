@@ -10,6 +10,7 @@
 #include "store/engine/Journal.h"
 #include "store/engine/JournalFile.h"
 #include "store/engine/Source.h"
+#include "store/engine/Value.h"
 
 #include <QDir>
 #include <QFile>
@@ -257,28 +258,6 @@ bool Connection::noteMet(std::size_t hash)
     return false;
 }
 
-bool Connection::beginReading()
-{
-    if (sqlite3_get_autocommit(m_db) == 0)
-        return false;
-    m_reading = !statement("BEGIN").step();
-    return m_reading;
-}
-
-void Connection::endReading() noexcept
-{
-    if (m_reading)
-        m_reading = sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK;
-}
-
-// A change made within a reading that can't end would be rolled back with it.
-void Connection::readyToWrite()
-{
-    endReading();
-    if (m_reading)
-        raiseLast(sqlite3_errcode(m_db));
-}
-
 void Connection::run(const QByteArray& sql)
 {
     ensureOpen();
@@ -292,8 +271,10 @@ void Connection::run(const QByteArray& sql)
 void Connection::announce(const Change& change)
 {
     readyToWrite();
-    const QDate today = platform::today();
-    if (!m_listener || sqlite3_get_autocommit(m_db) == 0 || (!change.removes && m_toldOn == today))
+    if (!m_listener || sqlite3_get_autocommit(m_db) == 0)
+        return;
+    const QDate today = platform::today(); // asks the system for its time zone
+    if (!change.removes && m_toldOn == today)
         return;
     try {
         if (m_listener(change))
@@ -381,10 +362,19 @@ void Connection::forget()
     m_watch.ofFile.clear();
 }
 
+void Connection::deferFlushing()
+{
+    run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE;PRAGMA cache_size=-4000");
+    m_versionSeen = version();
+    m_alone = true;
+}
+
 // SQLite counts changes in the file's header, which can be read without a lock; a change that isn't committed yet may
 // count. With a write-ahead log, which another tool may have turned on, it doesn't.
 quint32 Connection::version() const
 {
+    if (m_alone)
+        return m_versionSeen;
     constexpr int FormatAt = 18; // bytes from the file's start
     constexpr int CounterAt = 24;
     constexpr char WithJournal = 1;

@@ -70,6 +70,9 @@ public:
     void listen(Listener listener) { m_listener = std::move(listener); }
     /// Calls the listener before a change, unless a transaction is open.
     void announce(const Change& change);
+    /// As Database::deferFlushing(). No other program can change the file from then on, so its header is read no more.
+    /// The page cache is small, because SQLite looks through all of it after many of the changes.
+    void deferFlushing();
     /// Restores the usual time to wait for other programs.
     void waitForOthers();
 
@@ -117,6 +120,7 @@ private:
     QString m_path;
     QString m_file;
     bool m_viewed;
+    bool m_alone = false;
     sqlite3* m_db = nullptr;
     Watch m_watch;
     // Caches by text.

@@ -2,6 +2,7 @@
 
 #include "platform/Conversion.h"
 #include "platform/RuntimeError.h"
+#include "store/engine/Value.h"
 
 #include <algorithm>
 #include <cmath>

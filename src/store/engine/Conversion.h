@@ -1,6 +1,7 @@
 #pragma once
 
-#include "store/engine/Value.h"
+#include "platform/DateTime.h"
+#include "store/engine/Field.h"
 
 #include <QByteArray>
 
@@ -8,6 +9,8 @@
 
 namespace orlo::store
 {
+
+using platform::DateTime;
 
 /// Converts as assignment to the field does; Null stays Null. Raises 3421, 6 or 3163.
 [[nodiscard]] Value converted(const Value& value, const Field& field);

@@ -151,7 +151,7 @@ void Database::close()
 
 void Database::deferFlushing()
 {
-    m_connection->run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE");
+    m_connection->deferFlushing();
 }
 
 bool Database::beginReading()

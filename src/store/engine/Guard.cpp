@@ -18,11 +18,13 @@ namespace
 constexpr int StepsBetweenChecks = 1'000'000;
 constexpr int MaxChecks = 2000;
 
-// Names of the engine's tables and of SQLite's table-valued functions.
+// Names of the engine's tables and of SQLite's table-valued functions. Called for every field of a statement, so that
+// the first letter is looked at first.
 bool isHidden(const char* table)
 {
     const auto begins = [table](std::string_view name) {
-        return sqlite3_strnicmp(table, name.data(), static_cast<int>(name.size())) == 0;
+        return (*table | 0x20) == name.front() &&
+               sqlite3_strnicmp(table, name.data(), static_cast<int>(name.size())) == 0;
     };
     return table && (isEngineTable(table) || begins("pragma_") || begins("json_") || begins("dbstat") || begins("fts"));
 }

@@ -290,7 +290,7 @@ void Recordset::addNew()
     requireUpdatable();
     m_buffer = Buffer{true, {}, std::vector<bool>(m_shape->fields.size())};
     for (const Field& field : m_shape->fields)
-        m_buffer->values.push_back(field.defaultValue);
+        m_buffer->values.push_back(field.defaultValue ? *field.defaultValue : Value());
 }
 
 void Recordset::edit()

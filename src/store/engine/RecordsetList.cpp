@@ -3,6 +3,7 @@
 #include "store/engine/Source.h"
 
 #include "platform/RuntimeError.h"
+#include "store/engine/Value.h"
 
 #include <QHash>
 

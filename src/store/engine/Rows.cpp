@@ -1,5 +1,6 @@
 #include "store/engine/Rows.h"
 
+#include "store/engine/Field.h"
 #include "store/engine/Value.h"
 
 #include <sqlite3.h>

@@ -5,6 +5,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 
 #include <QRegularExpression>
 
@@ -121,8 +122,8 @@ std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& 
         shape->columns.push_back(own ? quoted(name) : QByteArray());
         shape->plain = shape->plain && own && name == field.name;
         if (own && field.type == FieldType::Boolean)
-            field.defaultValue = false;
-        if (const Field* known = own ? definition.findField(name) : nullptr; known && !known->defaultValue.isNull())
+            field.defaultValue = std::make_shared<const Value>(false);
+        if (const Field* known = own ? definition.findField(name) : nullptr; known && known->defaultValue)
             field.defaultValue = known->defaultValue;
     }
     return shape;

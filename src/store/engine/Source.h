@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/engine/Field.h"
 #include "store/engine/Sql.h"
-#include "store/engine/Value.h"
 
 #include <QByteArray>
 

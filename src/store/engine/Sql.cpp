@@ -18,7 +18,7 @@ SqlTranslator::SqlTranslator(const QString& statement, const SourceOf& sourceOf)
     : m_statement(statement.utf16(), statement.size()), m_sourceOf(sourceOf), m_tokens(tokenize(statement)),
       m_end(m_tokens.size() - 1)
 {
-    m_out.sql.reserve(statement.size() * 3 / 2);
+    m_out.sql.reserve(std::max<qsizetype>(statement.size() * 2, 500));
 }
 
 Translated SqlTranslator::run()

@@ -27,6 +27,7 @@ using KnownFields = QList<KnownField>;
 struct KeyedJoin {
     struct Column {
         QString name;
+        QString quoted;     ///< the name in double quotes
         QString sql;        ///< empty where it needs more than the first table's row or the other's
         bool ofRow = false; ///< the first table's
     };
@@ -36,6 +37,7 @@ struct KeyedJoin {
     QString other;
     QString otherKey;
     QList<Column> columns = {};
+    QString rows = {}; ///< a Select of the first table's columns, as "~key" and "~row" its key and row number
 };
 using KeyedJoins = QList<KeyedJoin>; // as by Union All
 

@@ -54,12 +54,16 @@ constexpr const char* Comparisons[] = {" = ", " <> ", " < ", " <= ", " > ", " >=
 
 void SqlWriter::name(QStringView name)
 {
-    sql += u'"';
-    if (name.contains(u'"'))
-        sql += name.toString().replace(u'"', QLatin1String("\"\""));
-    else
-        sql += name;
-    sql += u'"';
+    if (std::ranges::find(name, u'"') != name.end()) {
+        sql += u'"' + name.toString().replace(u'"', QLatin1String("\"\"")) + u'"';
+        return;
+    }
+    // A statement consists of names for the most part, so each is appended in one go.
+    const qsizetype at = sql.size();
+    sql.resize(at + name.size() + 2);
+    QChar* const to = sql.data() + at;
+    to[0] = u'"';
+    *std::copy(name.begin(), name.end(), to + 1) = u'"';
 }
 
 Expression SqlWriter::written(qsizetype start, Kind kind, Binding binding) const

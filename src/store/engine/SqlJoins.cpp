@@ -4,9 +4,7 @@
 #include "platform/Text.h"
 #include "store/engine/SqlTranslator.h"
 
-#include <QMap>
 #include <QStringBuilder>
-#include <QStringList>
 
 #include <algorithm>
 #include <span>
@@ -31,34 +29,54 @@ const KeyedJoin::Column* columnOf(const KeyedJoin& join, QStringView name)
     return found == join.columns.end() || found->sql.isEmpty() ? nullptr : &*found;
 }
 
-// The fields in use; true if they are summed.
-using Names = QMap<QString, bool>;
-
-// The rows of one join, summed by key, in the order of the row numbers of each key's first row: a group of texts that
-// differ in case shows the first one. (Where SQLite would scan by an index, that can be another spelling than without
-// this.)
-QString summed(const KeyedJoin& join, const Names& names, const QString& source, const QString& condition)
+// The first table's rows with their columns under the names that the Select gives them. Written once for a stored
+// query, not for each statement on it.
+QString rowsOf(const KeyedJoin& join)
 {
-    QString rows = join.key % u" AS \"~key\", " % join.rowKey % u" AS \"~row\"";
-    QString sums = QStringLiteral("\"~key\", \"~row\"");
-    QString groups = QStringLiteral("\"~key\"");
-    QStringList found;
+    QString rows = u"SELECT " % join.key % u" AS \"~key\", " % join.rowKey % u" AS \"~row\"";
     for (const KeyedJoin::Column& column : join.columns)
         if (column.ofRow)
-            rows += u", " % column.sql % u" AS " % inQuotes(column.name);
-    for (auto name = names.cbegin(); name != names.cend(); ++name) {
-        const KeyedJoin::Column& column = *columnOf(join, name.key());
-        const QString field = inQuotes(column.name);
-        const QString passing = QStringLiteral("\"~%1\"").arg(found.size());
-        if (column.ofRow)
-            sums += (*name ? u", sum(" : u", (") % field % u") AS " % passing;
-        if (column.ofRow && !*name)
-            groups += u", " % field;
-        found += (column.ofRow ? passing : column.sql) % u" AS " % field;
+            rows += u", " % column.sql % u" AS " % column.quoted;
+    return rows % u" FROM " % join.table;
+}
+
+// A field in use.
+struct Used {
+    const KnownField* field;
+    bool summed;
+};
+using UsedFields = QVarLengthArray<Used, 8>;
+
+UsedFields::iterator useOf(UsedFields& fields, const KnownField* field)
+{
+    return std::ranges::find(fields, field, &Used::field);
+}
+
+// Appends the rows of one join, summed by key, in the order of the row numbers of each key's first row: a group of
+// texts that differ in case shows the first one. (Where SQLite would scan by an index, that can be another spelling
+// than without this.)
+void appendSummed(QString& sql, const KeyedJoin& join, const UsedFields& fields, const QString& source,
+                  QStringView condition)
+{
+    QString sums;
+    QString groups;
+    sums.reserve(condition.size() + 500);
+    int number = 0;
+    QStringView before = u"SELECT ";
+    for (const auto& [field, summed] : fields) {
+        const KeyedJoin::Column& column = *columnOf(join, field->name);
+        const QString passing = u"\"~" % QString::number(number++) % u'"';
+        sql += before % (column.ofRow ? passing : column.sql) % u" AS " % column.quoted;
+        before = u", ";
+        if (!column.ofRow)
+            continue;
+        sums += (summed ? u", sum(" : u", (") % column.quoted % u") AS " % passing;
+        if (!summed)
+            groups += u", " % column.quoted;
     }
-    return u"SELECT " % found.join(u", ") % u" FROM (SELECT " % sums % u" FROM (SELECT " % rows % u" FROM " %
-           join.table % u") AS " % source % condition % u" GROUP BY " % groups % u" ORDER BY \"~row\") LEFT JOIN " %
-           join.other % u" ON \"~key\" = " % join.otherKey;
+    sql += u" FROM (SELECT \"~key\", \"~row\"" % sums % u" FROM (" % join.rows % u") AS " % source % condition %
+           u" GROUP BY \"~key\"" % groups % u" ORDER BY \"~row\") LEFT JOIN " % join.other % u" ON \"~key\" = " %
+           join.otherKey;
 }
 
 } // namespace
@@ -108,15 +126,18 @@ void SqlTranslator::noteColumn(const QString& name, const QString& sql, qsizetyp
         ofRow = ofRow && placeOfSource(field) == 0;
         ofKey = ofKey && placeOfSource(field) == 1;
     }
-    m_scope->join->columns.append({name, ofRow || ofKey ? sql : QString(), ofRow});
+    m_scope->join->columns.append({name, inQuotes(name), ofRow || ofKey ? sql : QString(), ofRow});
 }
 
 // The joins that make up a Select without conditions and groups.
 KeyedJoins SqlTranslator::joinsOf(const Query& query) const
 {
     const auto& sources = m_scope->sources;
-    if (m_scope->join && sources.size() == 2 && query.stars.isEmpty())
-        return {*m_scope->join};
+    if (m_scope->join && sources.size() == 2 && query.stars.isEmpty()) {
+        KeyedJoin join = *m_scope->join;
+        join.rows = rowsOf(join);
+        return {join};
+    }
     const bool whole = sources.size() == 1 && query.stars.size() == 1 && query.places.isEmpty();
     return whole ? sources[0].joins : KeyedJoins();
 }
@@ -126,9 +147,13 @@ void SqlTranslator::unite(KeyedJoins& joins, KeyedJoins more)
 {
     if (joins.isEmpty() || more.isEmpty() || joins[0].columns.size() != more[0].columns.size())
         return joins.clear();
-    for (KeyedJoin& join : more)
-        for (qsizetype i = 0; i < join.columns.size(); ++i)
+    for (KeyedJoin& join : more) {
+        for (qsizetype i = 0; i < join.columns.size(); ++i) {
             join.columns[i].name = joins[0].columns[i].name;
+            join.columns[i].quoted = joins[0].columns[i].quoted;
+        }
+        join.rows = rowsOf(join);
+    }
     joins += more;
 }
 
@@ -144,28 +169,36 @@ void SqlTranslator::sumBelowJoins(Query& query)
                    return column && (column->ofRow || !ofRow);
                });
     };
-    Names names;
+    UsedFields fields;
     for (const KnownField* field : m_scope->named) {
         if (!isInAll(field, false))
             return;
-        names.insert(field->name, false);
+        if (useOf(fields, field) == fields.end())
+            fields.append({field, false});
     }
     for (const auto& [function, field] : m_scope->summed) {
         // Min and Max would change which spelling is shown, and fractions depend on the order of addition.
         const bool exact = platform::sameName(function, u"sum") && field && field->whole;
-        if (!exact || !isInAll(field, true) || !names.value(field->name, true))
+        const auto found = useOf(fields, field);
+        if (!exact || !isInAll(field, true) || (found != fields.end() && !found->summed))
             return;
-        names.insert(field->name, true);
+        if (found == fields.end())
+            fields.append({field, true});
     }
     const auto ofRow = [&isInAll](const KnownField* field) { return isInAll(field, true); };
-    if (names.isEmpty() || !std::ranges::all_of(m_scope->conditions, ofRow))
+    if (fields.isEmpty() || !std::ranges::all_of(m_scope->conditions, ofRow))
         return;
-    const QString condition = m_out.sql.sliced(query.tailStart, query.groupStart - query.tailStart);
-    QStringList found;
-    for (const KeyedJoin& join : source.joins)
-        found += summed(join, names, inQuotes(source.name), condition);
-    const QString from = u" FROM (" % found.join(u" UNION ALL ") % u") AS " % inQuotes(source.name);
     const qsizetype before = query.groupStart - query.fromStart;
+    const QStringView condition = QStringView(m_out.sql).sliced(query.tailStart, query.groupStart - query.tailStart);
+    const QString called = inQuotes(source.name);
+    QString from;
+    from.reserve(m_out.sql.size() * 2);
+    from += u" FROM (";
+    for (const KeyedJoin& join : source.joins) {
+        from += &join == &source.joins.first() ? u"" : u" UNION ALL ";
+        appendSummed(from, join, fields, called, condition);
+    }
+    from += u") AS " % called;
     m_out.sql.replace(query.fromStart, before, from);
     query.orderStart += query.orderStart < 0 ? 0 : from.size() - before;
 }

@@ -49,14 +49,15 @@ private:
     };
     // A range of tokens.
     using Part = std::pair<qsizetype, qsizetype>;
+    using Parts = QVarLengthArray<Part, 16>;
     // A Select that has been written.
     struct Query : SelectParts {
         KnownFields fields;
         bool known = true; // the fields are
         bool grouped = false;
         qsizetype groupStart = 0;
-        QList<Part> places; // of the results
-        QList<Part> groups; // what it is grouped by
+        Parts places; // of the results
+        Parts groups; // what it is grouped by
     };
     struct FieldName {
         QStringView source;
@@ -144,7 +145,7 @@ private:
     qsizetype m_at = 0;
     int m_depth = 0;
     qsizetype m_varying = 0; // the number of fields and aggregates read so far
-    QList<Part> m_parts;     // expressions that contain one
+    Parts m_parts;           // expressions that contain one
     Scope* m_scope = nullptr;
     SqlWriter m_out;
     Translated m_result;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/engine/Value.h"
+#include "store/engine/Field.h"
 
 #include <QStringList>
 

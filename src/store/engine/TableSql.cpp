@@ -3,6 +3,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
 
 namespace orlo::store
 {
@@ -62,8 +63,8 @@ QByteArray literal(const Value& value)
 
 QByteArray defaultSql(const Field& field)
 {
-    if (!field.defaultValue.isNull())
-        return " DEFAULT " + literal(field.defaultValue);
+    if (field.defaultValue)
+        return " DEFAULT " + literal(*field.defaultValue);
     return field.type == FieldType::Boolean ? QByteArrayLiteral(" DEFAULT 0") : QByteArray();
 }
 

@@ -4,6 +4,7 @@
 #include "store/engine/Connection.h"
 #include "store/engine/Conversion.h"
 #include "store/engine/Database.h"
+#include "store/engine/Value.h"
 
 #include <QScopeGuard>
 

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeError.h"
 #include "store/engine/Catalogue.h"
+#include "store/engine/Value.h"
 #include "store/engine/Version.h"
 #include "store/repair/RecordFit.h"
 

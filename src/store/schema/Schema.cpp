@@ -285,7 +285,7 @@ Field makeField(const Column& column)
     field.allowZeroLength = (column.type == Text || column.type == Memo) && column.extra != Extra::NotEmpty;
     field.autoIncrement = column.extra == Extra::Counter;
     if (column.extra == Extra::StartsTrue)
-        field.defaultValue = true;
+        field.defaultValue = std::make_shared<const Value>(true);
     return field;
 }
 
