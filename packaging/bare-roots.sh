@@ -30,15 +30,17 @@ make_root() { # make_root SUITE FOLDER
 }
 
 root=
-leave() {
-    [ -n "$root" ] || return 0
-    for mounted in /proc /home/pat/other ""; do
+unmount() {
+    for mounted in ${root:+/proc /home/pat/other /}; do
         ! mountpoint -q "$root$mounted" || umount "$root$mounted"
     done
+}
+leave() {
+    unmount
     rm -rf --one-file-system "$root"
     root=
 }
-trap leave EXIT
+trap unmount EXIT # a system whose trial failed stays, to look into it
 trap 'echo "failed in line $LINENO"' ERR
 set -E
 
@@ -97,7 +99,8 @@ enter() { # enter SUITE: makes a new root of it, with a user
     mkdir -p "$roots"
     [ -d "$roots/$1" ] || make_root "$1" "$roots/$1"
     root=$roots/$1.used
-    rm -rf "$root"
+    unmount
+    rm -rf --one-file-system "$root"
     cp -a "$roots/$1" "$root"
     mount --bind "$root" "$root" # a system's root is a volume
     mount -t proc proc "$root/proc"
