@@ -7,7 +7,7 @@ program_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools 
 manual_packages=(lowdown)
 test_packages=(ccache poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
 package_packages=(qt6-wayland dpkg-dev file)
-check_packages=(debootstrap poppler-utils lintian appstream desktop-file-utils)
+check_packages=(debootstrap poppler-utils netpbm lintian appstream desktop-file-utils)
 bench_packages=(libbenchmark-dev libqt6sql6-sqlite mdbtools)
 
 install_missing() { # install_missing PACKAGE...

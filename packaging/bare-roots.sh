@@ -3,8 +3,10 @@
 # packages). "commands" tries ./run and ./test there, which takes as long as they do; without an argument everything is
 # tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the
 # unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too. Then the
-# Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is shorter.
+# Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is shorter;
+# so do pictures of the screen after each start, SUITE-WAY.png.
 source "$(dirname "$0")/../cmake/setup.sh"
+[ "$(id -u)" -eq 0 ] || { echo "Run this as root: it sets up whole systems." >&2; exit 2; }
 install_missing "${check_packages[@]}"
 packages=build/packages roots=build/roots
 suites=("$@") commands=
@@ -65,6 +67,7 @@ as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
             # The letters on the screen come from the fonts that it has read.
             grep -qE '/[A-Za-z]+Sans(-[A-Za-z]+)?[.]ttf$' /proc/\$pid/maps || { echo 'it has no plain letters'; exit 1; }
             ! grep -E '/[A-Za-z]*Mono[^/]*[.]ttf$' /proc/\$pid/maps || { echo 'it writes with a typewriter'; exit 1; }
+            cp /tmp/Xvfb_screen0 /tmp/screen
             kill \$pid || { echo 'it ended unexpectedly'; cat /tmp/complaints; exit 1; }
             wait \$pid || :
             # On Wayland the pictures go through shared memory; there is no plugin for another way.
@@ -87,11 +90,15 @@ as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
             grep -q \"\$words\" /tmp/complaints || { cat /tmp/complaints; exit 1; }
         }
         rm -f /tmp/display
-        Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
+        Xvfb -displayfd 3 -screen 0 1366x768x24 -fbdir /tmp -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
         trap 'kill \$x; wait \$x || :' EXIT
         for _ in {1..300}; do [ ! -s /tmp/display ] || break; sleep 0.1; done
         export DISPLAY=:\$(cat /tmp/display)
         $1"
+}
+
+picture() { # picture WAY: of the screen after the last start
+    xwdtopnm "$root/tmp/screen" 2>/dev/null | pnmtopng 2>/dev/null >"$roots/$suite-$1.png"
 }
 
 enter() { # enter SUITE: makes a new root of it, with a user
@@ -122,6 +129,7 @@ for suite in "${suites[@]}"; do
     cp build/tools/tour "$(ldconfig -p | sed -n 's/.*libQt6Test\.so\.6 .*=> //p')" "$root/opt/tour"
     inside chown -R pat:pat /home/pat
     as_pat 'cd; starts platforms/libqxcb.so "tour/the folder/start-orlo"'
+    picture folder
     echo "the folder starts"
     as_pat 'cd ~/tour
         sed -n "s/^Exec=/exec /p" "app/Start ORLO.desktop" | sed "s/\\\\\\\\/\\\\/g; s|%k|\"$PWD/app/Start ORLO.desktop\"|" >/tmp/exec
@@ -167,6 +175,7 @@ for suite in "${suites[@]}"; do
     inside apt-get -qq install -y --no-install-recommends /tmp/orlo.deb >"$roots/$suite.apt" 2>&1 ||
         { tail "$roots/$suite.apt"; exit 1; }
     as_pat 'cd; starts platforms/libqxcb.so orlo'
+    picture package
     inside apt-get -qq install -y --no-install-recommends fontconfig >>"$roots/$suite.apt" 2>&1
     [[ $(inside fc-match -f '%{family}' sans-serif) == *Sans* ]]
     install -d -o "$(stat -c %u "$root/home/pat")" "$root/home/pat/other"
