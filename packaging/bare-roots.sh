@@ -104,6 +104,8 @@ picture() { # picture WAY: of the screen after the last start
 enter() { # enter SUITE: makes a new root of it, with a user
     echo "== $1"
     mkdir -p "$roots"
+    exec 9>"$roots/$1.lock"
+    flock -n 9 || { echo "Another run tries this system."; exit 1; }
     [ -d "$roots/$1" ] || make_root "$1" "$roots/$1"
     root=$roots/$1.used
     unmount
