@@ -101,13 +101,13 @@ picture() { # picture WAY: of the screen after the last start
     xwdtopnm "$root/tmp/screen" 2>/dev/null | pnmtopng 2>/dev/null >"$roots/$suite-$1.png"
 }
 
-enter() { # enter SUITE: makes a new root of it, with a user
-    echo "== $1"
+enter() { # enter SUITE WHAT: makes a new root of it to try that, with a user
+    echo "== $1, $2"
     mkdir -p "$roots"
-    exec 9>"$roots/$1.lock"
-    flock -n 9 || { echo "Another run tries this system."; exit 1; }
+    exec 9>"$roots/$1.$2.lock"
+    flock -n 9 || { echo "Another run tries the same."; exit 1; }
     [ -d "$roots/$1" ] || make_root "$1" "$roots/$1"
-    root=$roots/$1.used
+    root=$roots/$1.$2
     unmount
     rm -rf --one-file-system "$root"
     cp -a "$roots/$1" "$root"
@@ -121,7 +121,7 @@ enter() { # enter SUITE: makes a new root of it, with a user
 }
 
 for suite in "${suites[@]}"; do
-    enter "$suite"
+    enter "$suite" packages
 
     # The folder: started by its launcher, and by a double click on it.
     mkdir -p "$root/home/pat/tour/the folder" "$root/opt/tour"
@@ -200,7 +200,7 @@ done
 
 # The README's commands, by a user who has the sources and may use sudo.
 if [ -n "$commands" ]; then
-    enter bookworm
+    enter bookworm commands
     git archive --prefix=orlo/ HEAD | tar -C "$root/home/pat" -xf -
     mkdir -p "$roots/ccache" "$root/home/pat/.ccache" # what an earlier trial compiled
     mount --bind "$roots/ccache" "$root/home/pat/.ccache"
