@@ -85,9 +85,12 @@ as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
                 sleep 0.1
             done
             [ -n \"\$box\" ] || { echo 'there is no box'; cat /tmp/complaints; exit 1; }
+            for _ in {1..300}; do ! grep -q '/platforms/' /proc/\$box/maps || break; sleep 0.1; done
+            grep -q '/platforms/' /proc/\$box/maps || { echo 'the box has no window'; exit 1; }
+            tr '\\0' ' ' </proc/\$box/cmdline >/tmp/box
             kill \$box
             ! wait \$pid
-            grep -q \"\$words\" /tmp/complaints || { cat /tmp/complaints; exit 1; }
+            grep -q \"\$words\" /tmp/box || { cat /tmp/box; exit 1; }
         }
         rm -f /tmp/display
         Xvfb -displayfd 3 -screen 0 1366x768x24 -fbdir /tmp -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
@@ -187,6 +190,11 @@ for suite in "${suites[@]}"; do
         umount "$root/home/pat/other"
     done
     echo "it says why it can't start in a folder that is full, locked or runs no programs"
+    action=$(sed -n 's/^Exec=sh -c "\(.*\)"$/\1/p' "$root/usr/share/applications/orlo.desktop")
+    [[ $action == *xdg-open* ]]
+    echo "$action" >"$root/tmp/action"
+    as_pat 'explains "usr/share/doc/orlo/manual/index.html" sh /tmp/action'
+    echo "so does its menu's manual if nothing opens it"
     user=$root/home/pat/.local/share/orlo
     "$root/usr/bin/orlo-db" check "$user/Quorrel11.mdb" >/dev/null
     [ -s "$user/manual/index.html" ] || inside test -s /home/pat/.local/share/orlo/manual/index.html
