@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Tries the packages on systems without Qt: bare-roots.sh [SUITE... | commands]   (as root; it fetches the systems'
-# packages). "commands" tries ./run and ./test there, which takes as long as they do; without an argument everything is
+# packages). "commands" tries ./run, ./test and ./bench there, which takes as long as they do; without an argument everything is
 # tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the
 # unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too. Then the
 # Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is shorter;
@@ -227,5 +227,6 @@ if [ -n "$commands" ]; then
         as_pat "cd ~/orlo; $display; ./test >/tmp/said 2>&1 || { tail -n 30 /tmp/said; exit 1; }; tail -n 1 /tmp/said"
     done
     as_pat 'cd ~/orlo; ./run packages >/tmp/said 2>&1 || { tail /tmp/said; exit 1; }; ls build/packages/*.tar.xz build/packages/*.deb'
+    as_pat 'cd ~/orlo; ./bench start >/tmp/said 2>&1 || :; grep "^process start" /tmp/said || { tail /tmp/said; exit 1; }'
     leave
 fi
