@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Tries the packages on systems without Qt: bare-roots.sh [SUITE... | commands]   (as root; it fetches the systems'
-# packages). "commands" tries ./run, ./test and ./bench there, which takes as long as they do; without an argument everything is
-# tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the
-# unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too. Then the
-# Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is shorter;
-# so do pictures of the screen after each start, SUITE-WAY.png.
+# packages). "commands" tries ./run, ./test and ./bench there, which takes as long as they do; without an argument
+# everything is tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else.
+# There the unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too.
+# Then the Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is
+# shorter; so do pictures of the screen after each start, SUITE-WAY.png.
 source "$(dirname "$0")/../cmake/setup.sh"
 [ "$(id -u)" -eq 0 ] || { echo "Run this as root: it sets up whole systems." >&2; exit 2; }
 install_missing "${check_packages[@]}"
