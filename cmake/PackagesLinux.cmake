@@ -19,6 +19,9 @@ set_target_properties(${programs} ${modules} PROPERTIES BUILD_WITH_INSTALL_RPATH
 foreach(program IN LISTS programs modules)
     target_link_options(${program} PRIVATE LINKER:--disable-new-dtags)
 endforeach()
+foreach(program IN LISTS programs modules ITEMS orlo-notice) # their tables of addresses can't be written to
+    target_link_options(${program} PRIVATE LINKER:-z,now)
+endforeach()
 # Files that a user may change, and the empty database, are kept apart: an archive unpacked over a used folder touches
 # neither, and the launcher copies what is missing or new.
 orlo_arrangement(folder fresh . . EXCLUDE_FROM_ALL)

@@ -2,12 +2,13 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-program_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
+# ccache from the beginning: were it found only later, everything would be compiled again.
+program_packages=(g++ ccache cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
                   libsqlite3-dev libqpdf-dev mdbtools-dev fonts-dejavu-core)
 manual_packages=(lowdown)
-test_packages=(ccache poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
+test_packages=(poppler-utils dpkg-dev file xvfb openbox libxtst-dev)
 package_packages=(qt6-wayland dpkg-dev file)
-check_packages=(debootstrap poppler-utils lintian appstream desktop-file-utils)
+check_packages=(debootstrap poppler-utils netpbm lintian appstream desktop-file-utils)
 bench_packages=(libbenchmark-dev libqt6sql6-sqlite mdbtools)
 
 install_missing() { # install_missing PACKAGE...

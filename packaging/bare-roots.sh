@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Tries the packages on systems without Qt: bare-roots.sh [SUITE... | commands]   (as root; it fetches the systems'
-# packages). "commands" tries ./run and ./test there, which takes as long as they do; without an argument everything is
-# tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else. There the
-# unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too. Then the
-# Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is shorter.
+# packages). "commands" tries ./run, ./test and ./bench there, which takes as long as they do; without an argument
+# everything is tried. For each of Debian's and Ubuntu's releases it makes a system with an X server and nothing else.
+# There the unpacked folder starts, does the main work through the tour and leaves PDF files; it starts on Wayland, too.
+# Then the Debian package is installed, started and purged. The systems stay in build/roots, so that the next run is
+# shorter; so do pictures of the screen after each start, SUITE-WAY.png.
 source "$(dirname "$0")/../cmake/setup.sh"
+[ "$(id -u)" -eq 0 ] || { echo "Run this as root: it sets up whole systems." >&2; exit 2; }
 install_missing "${check_packages[@]}"
 packages=build/packages roots=build/roots
 suites=("$@") commands=
@@ -30,15 +32,17 @@ make_root() { # make_root SUITE FOLDER
 }
 
 root=
-leave() {
-    [ -n "$root" ] || return 0
-    for mounted in /proc /home/pat/other ""; do
+unmount() {
+    for mounted in ${root:+/proc /home/pat/other /home/pat/.ccache /}; do
         ! mountpoint -q "$root$mounted" || umount "$root$mounted"
     done
+}
+leave() {
+    unmount
     rm -rf --one-file-system "$root"
     root=
 }
-trap leave EXIT
+trap unmount EXIT # a system whose trial failed stays, to look into it
 trap 'echo "failed in line $LINENO"' ERR
 set -E
 
@@ -63,6 +67,7 @@ as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
             # The letters on the screen come from the fonts that it has read.
             grep -qE '/[A-Za-z]+Sans(-[A-Za-z]+)?[.]ttf$' /proc/\$pid/maps || { echo 'it has no plain letters'; exit 1; }
             ! grep -E '/[A-Za-z]*Mono[^/]*[.]ttf$' /proc/\$pid/maps || { echo 'it writes with a typewriter'; exit 1; }
+            cp /tmp/Xvfb_screen0 /tmp/screen
             kill \$pid || { echo 'it ended unexpectedly'; cat /tmp/complaints; exit 1; }
             wait \$pid || :
             # On Wayland the pictures go through shared memory; there is no plugin for another way.
@@ -80,24 +85,34 @@ as_pat() { # as_pat SCRIPT: in a user's shell, on an X server without a desktop
                 sleep 0.1
             done
             [ -n \"\$box\" ] || { echo 'there is no box'; cat /tmp/complaints; exit 1; }
+            for _ in {1..300}; do ! grep -q '/platforms/' /proc/\$box/maps || break; sleep 0.1; done
+            grep -q '/platforms/' /proc/\$box/maps || { echo 'the box has no window'; exit 1; }
+            tr '\\0' ' ' </proc/\$box/cmdline >/tmp/box
             kill \$box
             ! wait \$pid
-            grep -q \"\$words\" /tmp/complaints || { cat /tmp/complaints; exit 1; }
+            grep -q \"\$words\" /tmp/box || { cat /tmp/box; exit 1; }
         }
         rm -f /tmp/display
-        Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
+        Xvfb -displayfd 3 -screen 0 1366x768x24 -fbdir /tmp -nolisten tcp 3>/tmp/display >/dev/null 2>&1 & x=\$!
         trap 'kill \$x; wait \$x || :' EXIT
         for _ in {1..300}; do [ ! -s /tmp/display ] || break; sleep 0.1; done
         export DISPLAY=:\$(cat /tmp/display)
         $1"
 }
 
-enter() { # enter SUITE: makes a new root of it, with a user
-    echo "== $1"
+picture() { # picture WAY: of the screen after the last start
+    xwdtopnm "$root/tmp/screen" 2>/dev/null | pnmtopng 2>/dev/null >"$roots/$suite-$1.png"
+}
+
+enter() { # enter SUITE WHAT: makes a new root of it to try that, with a user
+    echo "== $1, $2"
     mkdir -p "$roots"
+    exec 9>"$roots/$1.$2.lock"
+    flock -n 9 || { echo "Another run tries the same."; exit 1; }
     [ -d "$roots/$1" ] || make_root "$1" "$roots/$1"
-    root=$roots/$1.used
-    rm -rf "$root"
+    root=$roots/$1.$2
+    unmount
+    rm -rf --one-file-system "$root"
     cp -a "$roots/$1" "$root"
     mount --bind "$root" "$root" # a system's root is a volume
     mount -t proc proc "$root/proc"
@@ -109,7 +124,7 @@ enter() { # enter SUITE: makes a new root of it, with a user
 }
 
 for suite in "${suites[@]}"; do
-    enter "$suite"
+    enter "$suite" packages
 
     # The folder: started by its launcher, and by a double click on it.
     mkdir -p "$root/home/pat/tour/the folder" "$root/opt/tour"
@@ -119,6 +134,7 @@ for suite in "${suites[@]}"; do
     cp build/tools/tour "$(ldconfig -p | sed -n 's/.*libQt6Test\.so\.6 .*=> //p')" "$root/opt/tour"
     inside chown -R pat:pat /home/pat
     as_pat 'cd; starts platforms/libqxcb.so "tour/the folder/start-orlo"'
+    picture folder
     echo "the folder starts"
     as_pat 'cd ~/tour
         sed -n "s/^Exec=/exec /p" "app/Start ORLO.desktop" | sed "s/\\\\\\\\/\\\\/g; s|%k|\"$PWD/app/Start ORLO.desktop\"|" >/tmp/exec
@@ -164,6 +180,7 @@ for suite in "${suites[@]}"; do
     inside apt-get -qq install -y --no-install-recommends /tmp/orlo.deb >"$roots/$suite.apt" 2>&1 ||
         { tail "$roots/$suite.apt"; exit 1; }
     as_pat 'cd; starts platforms/libqxcb.so orlo'
+    picture package
     inside apt-get -qq install -y --no-install-recommends fontconfig >>"$roots/$suite.apt" 2>&1
     [[ $(inside fc-match -f '%{family}' sans-serif) == *Sans* ]]
     install -d -o "$(stat -c %u "$root/home/pat")" "$root/home/pat/other"
@@ -173,6 +190,11 @@ for suite in "${suites[@]}"; do
         umount "$root/home/pat/other"
     done
     echo "it says why it can't start in a folder that is full, locked or runs no programs"
+    action=$(sed -n 's/^Exec=sh -c "\(.*\)"$/\1/p' "$root/usr/share/applications/orlo.desktop")
+    [[ $action == *xdg-open* ]]
+    echo "$action" >"$root/tmp/action"
+    as_pat 'explains "usr/share/doc/orlo/manual/index.html" sh /tmp/action'
+    echo "so does its menu's manual if nothing opens it"
     user=$root/home/pat/.local/share/orlo
     "$root/usr/bin/orlo-db" check "$user/Quorrel11.mdb" >/dev/null
     [ -s "$user/manual/index.html" ] || inside test -s /home/pat/.local/share/orlo/manual/index.html
@@ -186,18 +208,25 @@ done
 
 # The README's commands, by a user who has the sources and may use sudo.
 if [ -n "$commands" ]; then
-    enter bookworm
+    enter bookworm commands
+    git archive --prefix=orlo/ HEAD | tar -C "$root/home/pat" -xf -
+    mkdir -p "$roots/ccache" "$root/home/pat/.ccache" # what an earlier trial compiled
+    mount --bind "$roots/ccache" "$root/home/pat/.ccache"
+    inside chown -R pat:pat /home/pat
+    as_pat 'cd ~/orlo; ! ./run >/tmp/said 2>&1; grep -q "^Ask an administrator" /tmp/said || { cat /tmp/said; exit 1; }'
+    echo "./run tells a user who may not install anything what is missing"
     inside apt-get -qq update
     inside apt-get -qq install -y --no-install-recommends sudo >/dev/null 2>&1
     echo 'pat ALL=(ALL) NOPASSWD: ALL' >"$root/etc/sudoers.d/pat"
-    git archive --prefix=orlo/ HEAD | tar -C "$root/home/pat" -xf -
-    inside chown -R pat:pat /home/pat
     as_pat 'cd ~/orlo; unset DISPLAY; ./run >/tmp/said 2>&1 || { tail /tmp/said; exit 1; }
         ls build/tour/light-100/*.pdf >/dev/null'
     echo "./run went through the tour without a display"
     as_pat 'cd ~/orlo; starts platforms/libqxcb.so bash -c "exec ./run 2>/dev/null"'
     echo "./run starts on a display"
-    as_pat 'cd ~/orlo; unset DISPLAY; ./test >/tmp/said 2>&1 || { tail -n 30 /tmp/said; exit 1; }; tail -n 1 /tmp/said'
-    as_pat 'cd ~/orlo; ./test >/tmp/said 2>&1 || { tail -n 30 /tmp/said; exit 1; }; tail -n 1 /tmp/said'
+    for display in "unset DISPLAY" :; do
+        as_pat "cd ~/orlo; $display; ./test >/tmp/said 2>&1 || { tail -n 30 /tmp/said; exit 1; }; tail -n 1 /tmp/said"
+    done
+    as_pat 'cd ~/orlo; ./run packages >/tmp/said 2>&1 || { tail /tmp/said; exit 1; }; ls build/packages/*.tar.xz build/packages/*.deb'
+    as_pat 'cd ~/orlo; ./bench start >/tmp/said 2>&1 || :; grep "^process start" /tmp/said || { tail /tmp/said; exit 1; }'
     leave
 fi
