@@ -3,7 +3,7 @@
 # It builds what has changed, starts the program from the unpacked archive, lets the tour do the main work there, and
 # runs the tests. It reports what passed, what failed, and why the rest can't run.
 source "$(dirname "$0")/../../cmake/setup.sh"
-install_missing wine64 xvfb openbox x11-utils unzip poppler-utils fontconfig fonts-dejavu-core
+install_missing wine64 xvfb openbox x11-utils imagemagick unzip poppler-utils fontconfig fonts-dejavu-core
 packaging/windows/build.sh tests
 source packaging/windows/folder.sh
 export WINEPREFIX=$work/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
@@ -28,6 +28,7 @@ cp tests/jet/data/small-1.1.mdb "$work/unpacked/former.mdb"
 pdfinfo "$work/unpacked/CombinedRoster.pdf" | grep -q '^Author: *[^ ]'
 echo "It reads a file of the former format, and finishes PDF files."
 on_screen packaging/windows/installs.sh "$folder"
+on_screen packaging/windows/boxes.sh "$(echo "$work"/orlo-*-setup.exe)"
 
 # A newer archive beside it: each makes a folder named with its full version, so the used one stays as it is.
 [[ ${folder##*/} =~ ^orlo-[0-9]+\.[0-9]+\.[0-9]+-win64$ ]]
