@@ -107,7 +107,9 @@ set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER $compiler-gcc-posix)
 set(CMAKE_CXX_COMPILER $compiler-g++-posix)
 set(CMAKE_RC_COMPILER $compiler-windres)
-set(CMAKE_CROSSCOMPILING_EMULATOR $wine)
+if(NOT DEFINED CMAKE_CROSSCOMPILING_EMULATOR)
+    set(CMAKE_CROSSCOMPILING_EMULATOR $wine)
+endif()
 set(CMAKE_FIND_ROOT_PATH $root /usr/$compiler)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
@@ -222,7 +224,8 @@ tools() { # of this machine
 
 program() {
     cmake "${settings[@]}" -B "$work/orlo" --toolchain "$work/toolchain.cmake" -DBUILD_TESTING=$testing \
-        "${host_qt[@]}" -DORLO_BUILD_TOOLS="$work/host/tools"
+        "${host_qt[@]}" -DORLO_BUILD_TOOLS="$work/host/tools" \
+        -DCMAKE_CROSSCOMPILING_EMULATOR="$PWD/packaging/windows/apart.sh"
     cmake --build "$work/orlo"
     [ $testing = OFF ] || cmake --build "$work/orlo" --target tour
     rm -rf "$work"/orlo-*.zip "$work"/orlo-*-setup.exe "$work/packed"

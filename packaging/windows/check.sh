@@ -3,7 +3,7 @@
 # It builds what has changed, starts the program from the unpacked archive, lets the tour do the main work there, and
 # runs the tests. It reports what passed, what failed, and why the rest can't run.
 source "$(dirname "$0")/../../cmake/setup.sh"
-install_missing wine64 xvfb openbox x11-utils unzip poppler-utils fontconfig fonts-dejavu-core
+install_missing wine64 xvfb openbox x11-utils imagemagick unzip poppler-utils fontconfig fonts-dejavu-core
 packaging/windows/build.sh tests
 source packaging/windows/folder.sh
 export WINEPREFIX=$work/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
@@ -28,6 +28,7 @@ cp tests/jet/data/small-1.1.mdb "$work/unpacked/former.mdb"
 pdfinfo "$work/unpacked/CombinedRoster.pdf" | grep -q '^Author: *[^ ]'
 echo "It reads a file of the former format, and finishes PDF files."
 on_screen packaging/windows/installs.sh "$folder"
+on_screen packaging/windows/boxes.sh "$(echo "$work"/orlo-*-setup.exe)"
 
 # A newer archive beside it: each makes a folder named with its full version, so the used one stays as it is.
 [[ ${folder##*/} =~ ^orlo-[0-9]+\.[0-9]+\.[0-9]+-win64$ ]]
@@ -61,9 +62,11 @@ pdftotext "$work/tour/PurchaseList.pdf" - | grep -q 'Neckerchief slides'
 echo "The tour went through; its pictures are in $work/tour."
 
 variable add QT_QPA_PLATFORM offscreen
+"${wine%/*}/wineserver64" -k 2>/dev/null || : # which writes its registry; apart.sh copies it
+rm -rf "$WINEPREFIX"-?????? # left by a run that was killed
 export QTEST_FUNCTION_TIMEOUT=900000
 status=0
-ctest --test-dir "$work/orlo" -j2 --output-on-failure -E scaled "$@" || status=$?
+ctest --test-dir "$work/orlo" -j "$(nproc)" --output-on-failure -E scaled "$@" || status=$?
 log=$work/orlo/Testing/Temporary/LastTest.log
 awk '/^Totals:/ { passed += $2; failed += $4; skipped += $6 }
      END { printf "%d passed, %d failed, %d skipped\n", passed, failed, skipped }' "$log"

@@ -40,6 +40,7 @@ VIAddVersionKey LegalCopyright "2026 Tollbeck"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_PAGE_FINISH
+!define MUI_UNCONFIRMPAGE_TEXT_TOP "The program will be removed from this folder. Your records, their copies, and the reports and layouts that you changed stay there."
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English

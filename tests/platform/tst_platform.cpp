@@ -1,4 +1,5 @@
 #include "platform/Conversion.h"
+#include "platform/FileLock.h"
 #include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
 #include "platform/WriteAll.h"
@@ -14,6 +15,8 @@
 #include <QTemporaryFile>
 
 #include <cmath>
+#include <future>
+#include <thread>
 
 using namespace orlo;
 using namespace orlo::platform;
@@ -127,6 +130,23 @@ private Q_SLOTS:
         QCOMPARE(test::putInPlaceUnflushed(), QStringList());
         QCOMPARE(test::contents(folder.filePath("File (before).mdb")) + test::contents(path), "oldnew");
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 2);
+    }
+
+    // What another program holds for a moment doesn't count as unwritable.
+    void heldForAMoment()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("File.mdb");
+        test::write(path, "held");
+        std::promise<void> held;
+        const std::jthread other([&] {
+            FileLock lock(path);
+            lock.keepOthersOut({});
+            held.set_value();
+            QTest::qSleep(300);
+        });
+        held.get_future().wait();
+        QVERIFY(isWritable(path));
     }
 
     /// All bytes arrive, or the failure has the device's text, however little it accepts at a time.

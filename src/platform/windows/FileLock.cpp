@@ -5,10 +5,8 @@
 #include "platform/windows/Handle.h"
 
 #include <QCryptographicHash>
-#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QScopeGuard>
-#include <QThread>
 
 #include <algorithm>
 #include <array>
@@ -20,8 +18,7 @@ namespace orlo::platform
 namespace
 {
 
-constexpr int BusyMilliseconds = 2000;
-constexpr int LookEvery = 10; // ms
+constexpr int TurnMilliseconds = 2000;
 
 // What identifies a file on this computer, and after that its state.
 using Look = std::array<DWORD, 7>;
@@ -89,37 +86,34 @@ struct FileLock::Held {
     std::optional<Handle> lockFile;
 };
 
-// While the file is open here, no other program can open it to write, and none that has it open so lets it be opened.
+// Nothing is opened yet: a program that has just replaced the file is about to open the new one to write.
 FileLock::FileLock(const QString& path) : m_held(new Held)
 {
     m_held->path = path;
     m_held->first = lookAt(path);
     const HANDLE turn = turnOf(QFileInfo(path).canonicalFilePath());
     const DWORD got =
-        turn ? WaitForSingleObject(turn, BusyMilliseconds) : WAIT_OBJECT_0; // another user's may be refused
+        turn ? WaitForSingleObject(turn, TurnMilliseconds) : WAIT_OBJECT_0; // another user's may be refused
     if (got != WAIT_OBJECT_0 && got != WAIT_ABANDONED) {
         CloseHandle(turn);
         raise(QStringLiteral("Another program is using the file"), path);
     }
     m_held->turn = turn;
-    const QDeadlineTimer deadline(BusyMilliseconds);
-    for (;;) {
-        m_held->file.emplace(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ | FILE_SHARE_DELETE);
-        if (m_held->file->isOpen())
-            return;
-        const DWORD code = GetLastError();
-        if (code != ERROR_SHARING_VIOLATION)
-            raise(QStringLiteral("The file can't be read"), path);
-        if (deadline.hasExpired())
-            raise(QStringLiteral("Another program is using the file"), path);
-        QThread::msleep(LookEvery);
-    }
 }
 
 FileLock::~FileLock() = default;
 
+// While the file is open here, no other program can open it to write, and none that has it open so lets it be opened.
 void FileLock::keepOthersOut(const QString& lockFile)
 {
+    const auto open = [this] {
+        m_held->file.emplace(m_held->path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ | FILE_SHARE_DELETE);
+        return m_held->file->isOpen();
+    };
+    if (!untilLetGo(open))
+        raise(GetLastError() == ERROR_SHARING_VIOLATION ? QStringLiteral("Another program is using the file")
+                                                        : QStringLiteral("The file can't be read"),
+              m_held->path);
     // It exists only while another program uses the file, if at all.
     m_held->lockFile.emplace(lockFile, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ | FILE_SHARE_DELETE);
     if (!m_held->lockFile->isOpen() && GetLastError() == ERROR_SHARING_VIOLATION)

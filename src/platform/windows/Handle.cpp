@@ -13,8 +13,8 @@ namespace orlo::platform
 namespace
 {
 
-constexpr int RenameBusyMilliseconds = 2000;
-constexpr int TryEvery = 20; // ms
+constexpr int HeldMilliseconds = 2000;
+constexpr int TryEvery = 10; // ms
 
 } // namespace
 
@@ -38,20 +38,28 @@ void Handle::close()
         CloseHandle(closing);
 }
 
-bool renameOver(const QString& path, const QString& name)
+bool untilLetGo(const std::function<bool()>& action, Denied denied)
 {
-    const std::wstring from = systemPath(path);
-    const std::wstring to = systemPath(name);
-    const QDeadlineTimer deadline(RenameBusyMilliseconds);
-    while (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    const QDeadlineTimer deadline(HeldMilliseconds);
+    while (!action()) {
         const DWORD code = GetLastError();
-        if (numberOfCode(code) != PermissionDenied || deadline.hasExpired()) {
+        const bool held =
+            code == ERROR_SHARING_VIOLATION || (denied == Denied::IsHeld && numberOfCode(code) == PermissionDenied);
+        if (!held || deadline.hasExpired()) {
             SetLastError(code);
             return false;
         }
         QThread::msleep(TryEvery);
     }
     return true;
+}
+
+bool renameOver(const QString& path, const QString& name)
+{
+    const std::wstring from = systemPath(path);
+    const std::wstring to = systemPath(name);
+    constexpr DWORD How = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    return untilLetGo([&] { return MoveFileExW(from.c_str(), to.c_str(), How) != 0; }, Denied::IsHeld);
 }
 
 } // namespace orlo::platform

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <string>
 
 namespace orlo::platform
@@ -32,8 +33,15 @@ private:
     HANDLE m_handle;
 };
 
+enum class Denied { IsFinal, IsHeld };
+
+/// Repeats an action that fails because another program holds the file, as a virus scanner does briefly, for up to two
+/// seconds. Where an open file is reported as access denied, that counts as held, too. False if the action failed;
+/// GetLastError() tells why.
+[[nodiscard]] bool untilLetGo(const std::function<bool()>& action, Denied denied = Denied::IsFinal);
+
 /// Renames a file on its volume, replacing a file of that name; on the disk when it returns. Waits for programs that
-/// hold the old file open briefly, such as virus scanners. False on failure.
+/// hold the old file open briefly. False on failure.
 [[nodiscard]] bool renameOver(const QString& path, const QString& name);
 
 } // namespace orlo::platform

@@ -21,7 +21,8 @@ bool isWithin(const QString& path, const QString& folder)
 // Only opening a folder tells; a file merely has its read-only attribute checked.
 bool isWritable(const QString& path)
 {
-    return Handle(path, FILE_WRITE_DATA, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS).isOpen();
+    return untilLetGo(
+        [&] { return Handle(path, FILE_WRITE_DATA, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS).isOpen(); });
 }
 
 } // namespace orlo::platform

@@ -8,6 +8,7 @@
 #include "platform/System.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
+#include "store/engine/Journal.h"
 #include "store/jet/Definitions.h"
 #include "store/jet/FormerFile.h"
 #include "store/jet/FormerRows.h"
@@ -112,7 +113,7 @@ void takeOver(const QString& file)
     const QFileInfo info(QFileInfo(file).canonicalFilePath());
     const QString path = info.filePath();
     platform::FileLock former(path);
-    if (!former.isOn(path)) // another process has put the new file in its place
+    if (!former.isOn(path) || !isFormerFormat(path)) // another process has put the new file in its place
         return;
     former.keepOthersOut(lockFileOf(info));
     const platform::FileInTheMaking making(path, QStringLiteral(".orlo-new"));
@@ -123,6 +124,7 @@ void takeOver(const QString& file)
         former.checkAlone();
         // Files from a read-only disc may still be write-protected.
         QFile::setPermissions(making.name(), info.permissions() | QFile::WriteOwner);
+        setJournalAside(path); // the former format knows none
         kept = former.replaceBy(making.name(), QStringLiteral("former format"));
     } catch (const RuntimeError& error) {
         raise(error, info);

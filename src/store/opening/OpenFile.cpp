@@ -5,7 +5,6 @@
 #include "store/copies/KeptCopies.h"
 #include "store/engine/Catalogue.h"
 #include "store/engine/Connection.h"
-#include "store/engine/Journal.h"
 #include "store/engine/Version.h"
 #include "store/jet/FormerFile.h"
 #include "store/jet/Takeover.h"
@@ -15,10 +14,8 @@ namespace orlo::store
 
 Database openFile(const QString& path, const Versions& versions)
 {
-    if (const QString file = platform::nativePath(path); isFormerFormat(file)) {
-        setJournalAside(file); // that format knows none
+    if (const QString file = platform::nativePath(path); isFormerFormat(file))
         takeOver(file);
-    }
     return DBEngine::openDatabase(path, versions);
 }
 
