@@ -3,6 +3,7 @@
 #include "Table.h"
 #include "shell/forms/Module1.h"
 #include "store/engine/Database.h"
+#include "store/engine/Field.h"
 #include "store/engine/Functions.h"
 #include "store/engine/Value.h"
 

@@ -4,6 +4,7 @@
 #include "shell/forms/PersonShown.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/engine/Database.h"
+#include "store/engine/Field.h"
 #include "store/engine/Value.h"
 #include "support/Main.h"
 #include "support/RecordScreen.h"

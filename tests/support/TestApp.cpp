@@ -2,6 +2,7 @@
 
 #include "shell/forms/Module1.h"
 #include "store/engine/Database.h"
+#include "store/engine/Field.h"
 #include "store/engine/Value.h"
 #include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
