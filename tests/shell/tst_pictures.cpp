@@ -26,6 +26,18 @@ private Q_SLOTS:
         platform::setToday(QDate(2026, 11, 24));
     }
 
+    void dens_data() { test::cases({"case"}, "shell/pictures_dens.txt"); }
+    void dens() { play(); }
+    void awards_data() { test::cases({"case"}, "shell/pictures_awards.txt"); }
+    void awards() { play(); }
+    void scouts_data() { test::cases({"case"}, "shell/pictures_scouts.txt"); }
+    void scouts() { play(); }
+    void adults_data() { test::cases({"case"}, "shell/pictures_adults.txt"); }
+    void adults() { play(); }
+    void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
+    void others() { play(); }
+
+    // Last, because later forms would be child windows of the frame that is up then.
     void windows_data() { test::addWindows(); }
     void windows()
     {
@@ -41,17 +53,6 @@ private Q_SLOTS:
         const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
         compare(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
     }
-
-    void dens_data() { test::cases({"case"}, "shell/pictures_dens.txt"); }
-    void dens() { play(); }
-    void awards_data() { test::cases({"case"}, "shell/pictures_awards.txt"); }
-    void awards() { play(); }
-    void scouts_data() { test::cases({"case"}, "shell/pictures_scouts.txt"); }
-    void scouts() { play(); }
-    void adults_data() { test::cases({"case"}, "shell/pictures_adults.txt"); }
-    void adults() { play(); }
-    void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
-    void others() { play(); }
 
 private:
     static void compare(const QStringList& seen, const QString& wanted)

@@ -104,7 +104,7 @@ QStringList pictureOf(const QWidget& form, What what)
             lines += box->objectName() + " offers: " + textsOf(*box);
     }
     const auto* focus = form.focusWidget();
-    return lines + QStringList("focus: " + (focus ? focus->objectName() : QString()));
+    return lines + QStringList("focus: " + (focus ? focus->objectName() : "nothing"));
 }
 
 QStringList tabOrderOf(const QWidget& form)
