@@ -28,6 +28,8 @@ private Q_SLOTS:
 
     void dens_data() { test::cases({"case"}, "shell/pictures_dens.txt"); }
     void dens() { play(); }
+    void pack_data() { test::cases({"case"}, "shell/pictures_pack.txt"); }
+    void pack() { play(); }
     void awards_data() { test::cases({"case"}, "shell/pictures_awards.txt"); }
     void awards() { play(); }
     void scouts_data() { test::cases({"case"}, "shell/pictures_scouts.txt"); }
@@ -62,7 +64,8 @@ private:
         QCOMPARE(seen, wanted.trimmed().split('\n'));
     }
 
-    // A case begins with the form's name and, if it isn't the small pack, with what the file holds. Then each step is a
+    // A case begins with the form's name and, if it isn't the small pack, with what the file holds
+    // instead or, after a plus sign, as well. Then each step is a
     // line "> words", and the lines below it are what it changed: controls, answered boxes, the log of a dialog that it
     // worked. "> Select" shows what is stored.
     void play()
@@ -71,7 +74,8 @@ private:
         const QString form = text.section('\n', 0, 0);
         const QString sql = text.section("\n> ", 0, 0).section('\n', 1);
         test::copyLayouts();
-        test::fill(sql.isEmpty() ? QString(test::Pack) : sql);
+        const bool isMore = sql.isEmpty() || sql[0] == '+';
+        test::fill(isMore ? test::Pack + sql.sliced(std::min(qsizetype(1), sql.size())) : sql);
         const test::RecordScreen screen(form);
         QStringList before = test::pictureOf(screen.form);
         QStringList seen = text.section("\n> ", 0, 0).split('\n');
@@ -96,8 +100,10 @@ private:
             screen.told.clear();
             screen.log.clear();
             screen.run(line.sliced(2));
+            seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
             for (const auto& box : std::as_const(screen.told))
-                seen += box->shown ? box->kind + ": " + box->title + ": " + QString(box->text).remove('\r').replace('\n', "\\n")
+                seen += box->shown ? box->kind + ": " + box->title + ": " +
+                                         QString(box->text).remove('\r').replace('\n', "\\n")
                                    : "not asked";
             const bool open = test::loadedForm(form);
             const QStringList now = open ? test::pictureOf(screen.form) : QStringList("closed");

@@ -87,7 +87,8 @@ QString stateOf(const QWidget& control, What what)
 
 bool isOwn(const QWidget& control)
 {
-    const bool isOfThisMachine = control.inherits("orlo::widgets::FolderList") || control.inherits("orlo::widgets::DriveList");
+    const bool isOfThisMachine =
+        control.inherits("orlo::widgets::FolderList") || control.inherits("orlo::widgets::DriveList");
     return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt_") &&
            !qobject_cast<QComboBox*>(control.parentWidget()) && !qobject_cast<QTabBar*>(control.parentWidget());
 }

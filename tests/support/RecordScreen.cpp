@@ -91,6 +91,10 @@ void RecordScreen::run(const QString& script, const std::function<void(const QSt
             clickRow(*form.findChild<widgets::ListBox*>(), word.sliced(1).toInt());
         else if (other)
             other(word);
+        else if (word == "close")
+            form.close();
+        else if (word == "away")
+            form.hide(), form.show();
         else if (!set(form, word))
             press(form, word);
     }
