@@ -93,7 +93,8 @@ private:
                 continue;
             seen += line;
             if (line.startsWith("> Select")) {
-                seen += test::rows(line.sliced(2)).split(", ");
+                const QString stored = test::rows(line.sliced(2));
+                seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
                 continue;
             }
             unanswered.start(3000);

@@ -163,7 +163,7 @@ private Q_SLOTS:
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
             store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
         QVERIFY(splash.isVisible() && !topLevel("mdiPendrake"));
-        const auto& line = test::control<QLabel>(splash, "lblTakeover");
+        auto& line = test::control<QLabel>(splash, "lblTakeover");
         const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
         QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
         QCOMPARE(line.grab().toImage().pixelColor(1, 1), line.palette().color(line.backgroundRole()));
