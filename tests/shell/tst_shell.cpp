@@ -163,10 +163,10 @@ private Q_SLOTS:
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
             store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
         QVERIFY(splash.isVisible() && !topLevel("mdiPendrake"));
-        auto& line = test::control<QLabel>(splash, "lblTakeover");
+        const auto& line = test::control<QLabel>(splash, "lblTakeover");
         const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
         QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
-        QCOMPARE(line.grab().toImage().pixelColor(1, 1), line.palette().color(line.backgroundRole()));
+        QVERIFY(line.autoFillBackground()); // it stands above the picture
         Painted painted;
         splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
