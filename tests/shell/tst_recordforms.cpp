@@ -23,45 +23,6 @@ class tst_recordforms : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // "-" makes the scout inactive, "dens" opens the den filter, "away" hides the form and shows it again; the box is
-    // the question about unsaved changes or deleting. The columns: what else of the page is live, the last name, the
-    // list's rows and the highlighted one, the focus, the last names.
-    void listForm_data() { test::tableOf("shell/recordforms_listForm.txt"); }
-    void listForm()
-    {
-        const auto [people, script] = test::cells("people", "script");
-        const test::AppFolder folder;
-        test::fill("Insert Into Dens (Den_SID, Den_Number, Den_Type, Active) Values (1, 1, 'Wolf', 'Y');"
-                   "With k(i) As (Values(1), (2), (3)) Insert Into Scouts (Scout_SID, Last_Name, Active) "
-                   "Select i, char(65 + " +
-                   people + " - i), 'Y' From k Limit " + people);
-        const test::RecordScreen screen("frmScouts");
-        auto& list = screen.get<widgets::ListBox>("lbScouts");
-        auto& tabs = screen.get<QTabWidget>("tabScout");
-        list.setFocus();
-        screen.run(script, [&](const QString& word) {
-            if (word == "page")
-                tabs.setCurrentIndex(1);
-            else if (word == "-")
-                screen.get<widgets::ComboBox>("comActive").setText("No");
-            else if (word.startsWith("opt"))
-                screen.click(word.toUtf8().constData());
-            else if (word == "dens")
-                screen.get<widgets::ComboBox>("cmbSelectedDens").showPopup(), QApplication::activePopupWidget()->hide();
-            else if (word == "away")
-                screen.form.hide(), screen.form.show();
-        });
-        auto seen = screen.shown();
-        seen.insert({{"page", screen.enabled({"cmdFind", "cmdAddAward", "cmdDeleteAward", "tabScout", "txtFirst"})},
-                     {"name", screen.get<QLineEdit>("txtLast").text()},
-                     {"listed", test::textsOf(list).remove(", ")},
-                     {"row", QString::number(list.selectionModel()->selectedRows().value(0).row() + 1)},
-                     {"focus", screen.form.focusWidget() == &screen.get("txtFirst") ? "first" : ""},
-                     {"stored", test::rows("Select Last_Name From Scouts Order by Scout_SID").remove(',')}});
-        test::compare(seen, {"label", "live", "page", "name", "listed", "row", "focus", "stored"});
-        QCOMPARE(tabs.currentIndex(), 0);
-    }
-
     // A den that another program made appears in the den filter when that is opened.
     void newDenReachesTheFilter()
     {

@@ -4,6 +4,7 @@
 #include "shell/forms/dlgCalendar.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/TakeoverNotice.h"
+#include "shell/frame/frmAbout.h"
 #include "shell/frame/frmSplash.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/engine/Database.h"
@@ -165,6 +166,7 @@ private Q_SLOTS:
         const auto& line = test::control<QLabel>(splash, "lblTakeover");
         const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
         QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
+        QVERIFY(line.autoFillBackground()); // it stands above the picture
         Painted painted;
         splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
@@ -178,6 +180,34 @@ private Q_SLOTS:
         QTRY_COMPARE(told->text, "left out");
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
+    }
+
+    void systemInformation()
+    {
+        if (QSysInfo::productType() == "windows")
+            test::skip("it starts the system's own tool");
+        const auto told = test::answerNext();
+        frmAbout::StartSysInfo();
+        QCOMPARE(told->text, "System Information Is Unavailable At This Time");
+    }
+
+    // The star and the tent are the same on both sides, and through the door the ground shows.
+    void emblem()
+    {
+        auto& frame = mdiPendrake::instance();
+        frame.show();
+        const auto* area = test::control<QMdiArea>(frame, "mdiArea").viewport();
+        QImage image = const_cast<QWidget*>(area)->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        image = image.copy(0, 0, image.width() / 2 * 2, image.height());
+        const QImage mirrored = image.mirrored(true, false);
+        int differing = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                differing += std::abs(image.pixelColor(x, y).lightness() - mirrored.pixelColor(x, y).lightness()) > 8;
+        QVERIFY2(differing < 40, qPrintable(QString::number(differing)));
+        const int side = std::min({240, area->width() / 2, area->height() / 2});
+        QCOMPARE(image.pixelColor(area->width() / 2, (area->height() - side) / 2 + side * 200 / 256),
+                 image.pixelColor(0, 0));
     }
 
     void menuTree()
@@ -213,6 +243,8 @@ private Q_SLOTS:
         QCOMPARE(windows.actions().size(), 2);
         QVERIFY(windows.actions()[0]->isChecked() && !windows.actions()[1]->isCheckable()); // no empty box beside it
         auto* first = area.subWindowList().first();
+        QVERIFY(first->pos().isNull() && area.subWindowList()[1]->pos() != first->pos());
+        QCOMPARE(first->minimumSize(), first->maximumSize());
         for (QAction* choice : {windows.actions().first(), &command}) {
             first->showMinimized();
             choice->trigger();

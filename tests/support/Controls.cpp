@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
@@ -30,7 +31,9 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
         auto* box = qobject_cast<QMessageBox*>(&modal);
         if (!box || told.shown)
             return false;
-        told = {box->text(), box->windowTitle(), true};
+        told = {box->text(), box->windowTitle(), true, QVariant::fromValue(box->icon()).toString() + u','};
+        for (const auto* each : box->buttons())
+            told.kind += (each == box->defaultButton() ? " *" : " ") + each->text().remove('&');
         if (button == QMessageBox::NoButton)
             QTest::keyClick(box->focusWidget(), Qt::Key_Return);
         else if (auto* pressed = box->button(button))

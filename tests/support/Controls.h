@@ -19,6 +19,7 @@ struct Told {
     QString text;
     QString title;
     bool shown = false;
+    QString kind; ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
 };
 
 /// Handles the next modal window as soon as it is shown, by a function that returns false for a window it doesn't wait

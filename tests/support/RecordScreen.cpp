@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTabWidget>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -90,7 +92,11 @@ void RecordScreen::run(const QString& script, const std::function<void(const QSt
             clickRow(*form.findChild<widgets::ListBox*>(), word.sliced(1).toInt());
         else if (other)
             other(word);
-        else
+        else if (word == "close")
+            form.close();
+        else if (word == "away")
+            form.hide(), form.show();
+        else if (!set(form, word))
             press(form, word);
     }
 }
@@ -111,6 +117,35 @@ void RecordScreen::openDialog(const QString& opener, const QStringList& steps,
     run(opener, other);
 }
 
+bool RecordScreen::set(QWidget& window, const QString& step)
+{
+    static const QRegularExpression Marks("[:=^!]");
+    const QString name = step.section(Marks, 0, 0);
+    const QString value = step.section(Marks, 1).replace('_', ' ');
+    if (auto* box = window.findChild<widgets::ComboBox*>(name)) {
+        box->setFocus();
+        if (step.contains(':'))
+            box->setListIndex(value.toInt());
+        else if (step.contains('='))
+            box->setText(value);
+        else
+            box->showPopup(), box->hidePopup();
+    } else if (auto* line = window.findChild<QLineEdit*>("txt" + name))
+        line->setText(value);
+    else if (auto* list = window.findChild<widgets::ListBox*>(name))
+        clickRow(*list, value.toInt(), Qt::ControlModifier);
+    else if (auto* tabs = window.findChild<QTabWidget*>(name))
+        tabs->setCurrentIndex(value.toInt());
+    else if (auto* grid = window.findChild<QTableView*>(name)) {
+        const QModelIndex cell = grid->model()->index(value.toInt(), 1);
+        grid->setCurrentIndex(cell);
+        if (step.contains('!'))
+            QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(cell).center());
+    } else
+        return false;
+    return true;
+}
+
 void RecordScreen::work(const QPointer<QWidget>& dialog, const QStringList& steps) const
 {
     if (const auto* find = dialog->findChild<QPushButton*>("cmdFind"))
@@ -129,22 +164,9 @@ void RecordScreen::work(const QPointer<QWidget>& dialog, const QStringList& step
                 log += "; " + box->text() + " of " + textsOf(*box).replace("; ", ", ");
         for (const auto* list : dialog->findChildren<widgets::ListBox*>())
             log += textsOf(*list);
-        static const QRegularExpression Marks("[:=^]");
-        const QString name = step.section(Marks, 0, 0);
-        const QString value = step.section(Marks, 1).replace('_', ' ');
-        if (auto* box = dialog->findChild<widgets::ComboBox*>(name)) {
-            box->setFocus();
-            if (step.contains(':'))
-                box->setListIndex(value.toInt());
-            else if (step.contains('='))
-                box->setText(value);
-            else
-                box->showPopup(), box->hidePopup();
-        } else if (auto* line = dialog->findChild<QLineEdit*>("txt" + name))
-            line->setText(value);
-        else if (auto* list = dialog->findChild<widgets::ListBox*>(name))
-            clickRow(*list, value.toInt(), Qt::ControlModifier);
-        else if (step == "yes")
+        if (set(*dialog, step))
+            continue;
+        if (step == "yes")
             told.append(answerNext(QMessageBox::Yes));
         else if (step == "Tab" || step == "E")
             QTest::keyClick(dialog->focusWidget(), step == "E" ? Qt::Key_Escape : Qt::Key_Tab);

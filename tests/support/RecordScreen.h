@@ -36,15 +36,18 @@ struct RecordScreen {
     /// Does what the words say: F, P, N and L step, n, s, d, c and x press New, Save, Delete, Cancel and Close, E,
     /// Enter and Tab are keys, "yes", "no" and "ok" answer the next box, "preset" by Enter, "Name=text" types into
     /// txtName, "@0" clicks a row of the list, "den:Bear_Den_2" sets the den filter, "cmdFind>steps" works the dialog
-    /// that a word opens. Any other word goes to the form's own actions or, if there are none, is a control to click.
+    /// that a word opens. Any other word goes to the form's own actions or, if there are none, is one for work() or a
+    /// control to click.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const;
     void openDialog(const QString& opener, const QStringList& steps,
                     const std::function<void(const QString&)>& other) const;
-    /// Does what the steps say in a dialog: "Last:X" sets txtLast, "cmbDen:0" picks a row and "cmbDen=X" sets a text,
+    /// Does what the steps say in a dialog: "Last:X" sets txtLast, "tabX:1" turns to a page, "fgX:0" goes to a grid's
+    /// row and "fgX!0" double-clicks it, "cmbDen:0" picks a row and "cmbDen=X" sets a text,
     /// "cmbDen^" opens the list and closes it, "lstScouts:0" clicks a row with Ctrl, Tab and E are keys, "yes" answers
     /// the next box, other words are clicks; underscores stand for blanks. A dialog that the steps leave open is
     /// cancelled. The log says whether they did, and for the state before the last step that it saw, whether it could
     /// be saved or find, and its boxes and lists.
+    static bool set(QWidget& window, const QString& step);
     void work(const QPointer<QWidget>& dialog, const QStringList& steps) const;
     /// Puts a different value into every control that the file names, a line "txtCity City Bern" for each, saves, steps
     /// to the next record and back, and returns each control that doesn't show its value then, and each field that

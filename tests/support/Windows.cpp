@@ -41,7 +41,9 @@ void prepareForWindows()
     copyLayouts();
     fill(Pack);
     gEditAssignedSID = gEditInsigniaSID = 1;
+    gEditQuantity = 3;
     gEditDate = "1/2/2026";
+    gEditAwardText = "Star Pin";
     mdiPendrake::instance().show();
     mdiPendrake::instance().activateWindow();
 }

@@ -79,6 +79,8 @@ private Q_SLOTS:
             QVERIFY(told->title == "Grid Layout" && told->text.contains(name));
             QCOMPARE(layout.read(folder.path()).columns, usual.columns);
         }
+        test::write(folder.filePath("Own.grd"), "column field=\"A\" caption=\"Mine\"\ncolumn field=\"B\"");
+        QCOMPARE(widgets::StoredLayout("\\Own.grd", usual).read(folder.path()).columns[0].caption, "Mine");
     }
 };
 

@@ -129,6 +129,30 @@ private Q_SLOTS:
         QApplication::setPalette(QPalette());
     }
 
+    void signs()
+    {
+        const auto look = [](QStyle::StandardPixmap sign) {
+            const QImage image = QApplication::style()->standardIcon(sign).pixmap(48).toImage();
+            const bool corner = image.pixelColor(image.width() / 7, image.height() * 8 / 10).alpha() > 0;
+            return image.pixelColor(image.width() * 3 / 10, image.height() * 8 / 10).name() +
+                   (corner ? " triangle" : "");
+        };
+        QCOMPARE(look(QStyle::SP_MessageBoxWarning), "#eea43c triangle");
+        QCOMPARE(look(QStyle::SP_MessageBoxCritical), "#c94a34");
+        QCOMPARE(look(QStyle::SP_MessageBoxInformation), "#357f9f");
+        Gallery form;
+        QVERIFY(form.choice.testAttribute(Qt::WA_Hover)); // it shows when the pointer is over it
+        QStyleOptionButton option;
+        option.initFrom(&form.tick);
+        const QRect mark = form.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &form.tick);
+        form.tick.setChecked(true);
+        const QImage ticked = form.tick.grab(mark).toImage();
+        const auto at = [&](double x, double y) {
+            return ticked.pixelColor(int(x * mark.width()), int(y * mark.height()));
+        };
+        QVERIFY(widgets::contrast(at(0.3, 0.56), at(0.3, 0.3)) > 3); // the short stroke is on the left
+    }
+
     // A text shows where there are no rows, and only there; the model has none, whoever reads it.
     void emptyText()
     {

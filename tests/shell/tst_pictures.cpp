@@ -1,0 +1,123 @@
+#include "platform/Conversion.h"
+#include "support/Main.h"
+#include "support/Pack.h"
+#include "support/Picture.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+#include "support/Windows.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include <optional>
+
+using namespace orlo;
+
+// What the screens show, as texts: every control of a window when it opens, and what each step of work changes. Whoever
+// wants a text otherwise finds the new one whole in the failed test's output.
+class tst_pictures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder.emplace();
+        platform::setToday(QDate(2026, 11, 24));
+    }
+
+    void dens_data() { test::cases({"case"}, "shell/pictures_dens.txt"); }
+    void dens() { play(); }
+    void pack_data() { test::cases({"case"}, "shell/pictures_pack.txt"); }
+    void pack() { play(); }
+    void awards_data() { test::cases({"case"}, "shell/pictures_awards.txt"); }
+    void awards() { play(); }
+    void scouts_data() { test::cases({"case"}, "shell/pictures_scouts.txt"); }
+    void scouts() { play(); }
+    void adults_data() { test::cases({"case"}, "shell/pictures_adults.txt"); }
+    void adults() { play(); }
+    void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
+    void others() { play(); }
+
+    // Last, because later forms would be child windows of the frame that is up then.
+    void windows_data() { test::addWindows(); }
+    void windows()
+    {
+        QFETCH(test::Open, open);
+        test::prepareForWindows();
+        QStringList seen;
+        QVERIFY(test::openAndLook(open, [&](QWidget& form) {
+            if (seen.isEmpty())
+                seen = QStringList("title: " + form.windowTitle()) + test::pictureOf(form, test::What::Everything) +
+                       test::tabOrderOf(form);
+        }));
+        seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
+        const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
+        compare(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
+    }
+
+private:
+    static void compare(const QStringList& seen, const QString& wanted)
+    {
+        if (seen != wanted.trimmed().split('\n'))
+            qWarning("%s", qPrintable(seen.join('\n')));
+        QCOMPARE(seen, wanted.trimmed().split('\n'));
+    }
+
+    // A case begins with the form's name and, if it isn't the small pack, with what the file holds
+    // instead or, after a plus sign, as well. Then each step is a
+    // line "> words", and the lines below it are what it changed: controls, answered boxes, the log of a dialog that it
+    // worked. "> Select" shows what is stored.
+    void play()
+    {
+        const QString text = test::cell("case").trimmed();
+        const QString form = text.section('\n', 0, 0);
+        const QString sql = text.section("\n> ", 0, 0).section('\n', 1);
+        test::copyLayouts();
+        const bool isMore = sql.isEmpty() || sql[0] == '+';
+        test::fill(isMore ? test::Pack + sql.sliced(std::min(qsizetype(1), sql.size())) : sql);
+        const test::RecordScreen screen(form);
+        QStringList before = test::pictureOf(screen.form);
+        QStringList seen = text.section("\n> ", 0, 0).split('\n');
+        QTimer unanswered; // whatever waits for an answer that no word gives
+        connect(&unanswered, &QTimer::timeout, this, [&seen] {
+            auto* modal = QApplication::activeModalWidget();
+            seen += modal ? QStringList("unanswered: " + modal->windowTitle()) : QStringList();
+            if (auto* box = qobject_cast<QMessageBox*>(modal))
+                box->done(QMessageBox::No);
+            else if (modal)
+                modal->close();
+        });
+        for (const QString& line : text.split('\n')) {
+            if (!line.startsWith("> "))
+                continue;
+            seen += line;
+            if (line.startsWith("> Select")) {
+                const QString stored = test::rows(line.sliced(2));
+                seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
+                continue;
+            }
+            unanswered.start(3000);
+            screen.told.clear();
+            screen.log.clear();
+            screen.run(line.sliced(2));
+            seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
+            for (const auto& box : std::as_const(screen.told))
+                seen += box->shown ? box->kind + ": " + box->title + ": " +
+                                         QString(box->text).remove('\r').replace('\n', "\\n")
+                                   : "not asked";
+            const bool open = test::loadedForm(form);
+            const QStringList now = open ? test::pictureOf(screen.form) : QStringList("closed");
+            for (const QString& control : now)
+                seen += before.contains(control) ? QStringList() : QStringList(control);
+            before = now;
+        }
+        compare(seen, text);
+    }
+
+    std::optional<test::AppFolder> m_folder;
+};
+
+ORLO_TEST(tst_pictures)
+
+#include "tst_pictures.moc"

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QStringList>
+
+class QWidget;
+
+namespace orlo::test
+{
+
+enum class What { Everything, Changing };
+
+/// What a form shows, a line for each control, "cmdSave: "&Save", default, off". Lists and grids give their rows, the
+/// chosen ones marked with a star; the line "focus" names the control that has it. What is the same for the form's
+/// whole life, such as a box's limit, can be left out.
+QStringList pictureOf(const QWidget& form, What what = What::Changing);
+/// The controls that Tab comes to, in its order, disabled ones included; eight to a line.
+QStringList tabOrderOf(const QWidget& form);
+
+} // namespace orlo::test
