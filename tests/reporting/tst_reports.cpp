@@ -99,9 +99,7 @@ private Q_SLOTS:
         const QString text =
             test::cell("text").replace("$\n", "source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
         const auto error = test::failureOf<ReportError>([&] { return runText(text); });
-        const Place at = error ? error->place() : Place();
-        QTEST(error ? QStringLiteral("%1 at %2, %3\n").arg(error->number()).arg(at.line).arg(at.column) : "",
-              "failure");
+        QTEST(error ? QStringLiteral("%1: %2\n").arg(error->number()).arg(error->description()) : "", "failure");
     }
 
     /// Page ranges, and the first page shown ahead of the others, are those of the whole report; a cancelled run gives
