@@ -561,6 +561,10 @@ private Q_SLOTS:
                 printed += line.trimmed()[5];
             QCOMPARE(printed, months);
         }
+        QPrinter none;
+        none.setOutputFileName(folder.filePath("none.pdf"));
+        QVERIFY(!printDocument(none, *sampleDocument(), 1, 0, [](int page, int) { return page < 2; }));
+        QVERIFY(!QFile::exists(none.outputFileName()));
     }
 };
 
