@@ -369,6 +369,9 @@ private Q_SLOTS:
         text->addSelection(20, 23);
         view.copy();
         QCOMPARE(QGuiApplication::clipboard()->text(), "row");
+        view.setZoom(3);
+        text->scrollToSubstring(20, 23);
+        QVERIFY(view.viewport()->rect().contains(view.viewport()->mapFromGlobal(text->characterRect(20).center())));
         text->selection(0, &from, &to);
         QCOMPARE(std::pair(from, to), std::pair(20, 23));
         text->removeSelection(0);

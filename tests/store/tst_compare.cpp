@@ -104,6 +104,22 @@ private Q_SLOTS:
         QCOMPARE(contents("out.mdb"), out);
     }
 
+    // orlo-report stops at the first report that fails.
+    void reports()
+    {
+        QCOMPARE(orloDb({"new", "A.mdb", "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
+        orlo::test::write("one.rpt", "source {\nSelect Scout_SID As S From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
+                                     "line 9in 1pt\n}\n}\n");
+        const auto run =
+            orloDb({"A.mdb", "one.rpt", "none.rpt", "--csv", ".", "--pdf", ".", "--select", "{S} < 3"}, "orlo-report");
+        QCOMPARE(run.said, QString("   1 one\n"));
+        QCOMPARE(run.errors, QString("This reaches beyond the right margin. (one.rpt, line 7, column 6)\n"
+                                     "orlo-report: The report file can't be found. (none.rpt)\n"));
+        QCOMPARE(run.status, 1);
+        QCOMPARE(contents("one.csv"), "\xEF\xBB\xBFS\r\n1\r\n2\r\n");
+        QVERIFY(contents("one.pdf").startsWith("%PDF-"));
+    }
+
     void about()
     {
         QCOMPARE(orloDb({"new", "--from", ORLO_SOURCE_DIR "/samples/pack", "Liam.mdb"}).errors, QString());
