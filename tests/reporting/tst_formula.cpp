@@ -24,7 +24,10 @@ public:
         const Value values[] = {12, QDate(2004, 6, 7), u"y", u"O'Bri'en", {}};
         return values[index];
     }
-    [[nodiscard]] Value word(Word word) const override { return word == Word::PageNumber ? Value(4) : Value(u"?"); }
+    [[nodiscard]] Value word(Word word) const override
+    {
+        return word == Word::PageNumber ? Value(4) : Value(QString("w%1").arg(int(word)));
+    }
     [[nodiscard]] Value summary(const FormulaNode& node) const override { return int(node.children.size()) * 100; }
     [[nodiscard]] Value inRow(int offset, const FormulaNode& node) const override
     {

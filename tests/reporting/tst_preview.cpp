@@ -425,6 +425,27 @@ private Q_SLOTS:
         QVERIFY(!preview.child<QAction>("actRefresh")->isEnabled());
     }
 
+    /// What can be done with pages, with the first one of more, and with none.
+    void offersWhatItCan()
+    {
+        const OpenPreview preview;
+        for (const auto& [pages, complete, live] :
+             {std::tuple(3, true, "Print SavePdf SaveCsv SelectAll CopyAddresses Next Last"),
+              {1, false, "SelectAll"},
+              {0, true, "SaveCsv"}}) {
+            auto document = std::make_shared<Document>(*sampleDocument(pages));
+            document->complete = complete;
+            preview.child<QTabWidget>("tabPageList")->setCurrentIndex(1);
+            preview.window->setDocument(document);
+            QCOMPARE(preview.child<QTabWidget>("tabPageList")->currentIndex(), int(pages > 0));
+            QStringList names;
+            for (const QString name : {"Print", "SavePdf", "SaveCsv", "SelectAll", "CopyAddresses", "Next", "Last"})
+                if (preview.window->findChild<QAction*>("act" + name)->isEnabled())
+                    names << name;
+            QCOMPARE(names.join(' '), live);
+        }
+    }
+
     void goesToATypedPage_data() { test::table({"typed", "page"}, "4 | 4\n99 | 5\n12345678901234 | 5\n0 | 2"); }
     void goesToATypedPage()
     {

@@ -214,6 +214,7 @@ private Q_SLOTS:
         const QString file = find == "printer" ? QString() : path(other.isEmpty() ? "Shopping.rpt" : other);
         QVERIFY2(text.contains(told) && text.contains(QDir::toNativeSeparators(file), Qt::CaseInsensitive),
                  qPrintable(text));
+        QCOMPARE(text.contains("File: "), !file.isEmpty());
         window->findChild<QPushButton*>()->click();
         QVERIFY(!messageWindow());
 

@@ -83,12 +83,7 @@ private Q_SLOTS:
         both("Select Den_Title, Sort_Order From Den_Titles");
         both("Select type, name From sqlite_master Where name Not In ('Own', 'Mine', 'Table 1') Order By 1, 2");
         // Nothing by which a person could be recognised is anywhere in the file.
-        const QStringList people = sqlite(
-            "pack.mdb", "Select Last_Name From Scouts Union Select School From Scouts Union Select Address From Scouts "
-                        "Union Select Phone From Adults Union Select Parent1_Email From Scouts Union Select Note From "
-                        "Scouts Union Select BSA_Number From Scouts Union Select Name From PackInfo Union Select Name "
-                        "From Mine Union Select Den_Name "
-                        "From Dens");
+        const QStringList people = sqlite("pack.mdb", contents(ORLO_SOURCE_DIR "/tests/store/ofPeople.sql"));
         const QByteArray out = contents("out.mdb");
         QVERIFY(people.size() > 200);
         for (const QString& known : people)

@@ -54,20 +54,7 @@ private Q_SLOTS:
         auto made = DBEngine::createDatabase(m_whole);
         createSchema(made);
         made.close();
-        const QByteArray count = "With Recursive n(i) As (Values(1) Union All Select i + 1 From n Where i < ";
-        sqlite(m_whole,
-               "Begin;" + count +
-                   "1500) Insert Into Scouts (Scout_SID, First_Name, Last_Name, Birth_Date, Years_In_Scouts, Note) "
-                   "Select i, 'Åke ' || i, 'Berg', '2015-01-02', i / 2.0, Case When i % 50 = 0 Then "
-                   "Substr(Replace(Hex(Zeroblob(4060)), '0', 'x'), 1, 8064 + i / 50) Else 'note' End From n;" +
-                   count + "400) Insert Into Adults (Adult_SID, Last_Name) Select i, 'Berg ' || i From n;" + count +
-                   "6000) Insert Into Assigned_Awards_Scouts Select i % 1500, i % 120, '2024-05-06', 2024, 5, Null, "
-                   "Case When i % 3 = 0 Then i % 7 End From n;" +
-                   count +
-                   "900) Insert Into Assigned_Awards_Adults Select i, 3, '2024-05-06', 2024, 5 From n;"
-                   "Delete From Assigned_Awards_Scouts Where Assigned_SID > 5990;" // their numbers stay used
-                   "Delete From Scouts Where Scout_SID Between 700 And 900;"       // leaves empty pages
-                   "Insert Into PackInfo Values (12, 'Pack');Commit");
+        sqlite(m_whole, contents(ORLO_SOURCE_DIR "/tests/store/repair.sql"));
         m_rows = rowsOf(m_whole);
         QVERIFY(m_rows.size() > 8000);
         for (const TableDef& table : schema::tables())
@@ -87,11 +74,7 @@ private Q_SLOTS:
     }
 
     // One page of zeros: every row on the other pages is there afterwards, and so are keys, counters and queries.
-    void damage_data()
-    {
-        test::table({"root of"},
-                    "sqlite_master\nScouts\nAssigned_Awards_Scouts\nDens\nsqlite_sequence\nStored_Queries");
-    }
+    void damage_data() { test::tableOf("store/repair_damage.txt"); }
     void damage()
     {
         const QString table = test::cell("root of");
