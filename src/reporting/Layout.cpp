@@ -295,7 +295,6 @@ private:
             appendLine();
             m_flow.strips.back().height = detail.height;
             m_flow.strips.back().breakBefore = m_flow.strips.size() == m_sheet + 1 && m_sheet > 0;
-            m_flow.strips.back().beginsRecord = false;
         }
         for (auto mark = m_flow.outline.rbegin(); mark != m_flow.outline.rend() && mark->strip == NoStrip; ++mark)
             mark->strip = m_sheet + line;
@@ -304,8 +303,6 @@ private:
 
     void fillLabel(Strip& line, int column)
     {
-        if (!std::exchange(line.beginsRecord, m_isMain))
-            line.row = m_scope.row;
         std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
         const std::size_t before = line.items.size();
         place(std::move(strips), column, line);

@@ -259,12 +259,7 @@ private Q_SLOTS:
     }
 
     // Each file is either refused unchanged or opens with nothing lost, and every value that can be known is right.
-    void damagedFiles_data()
-    {
-        test::table({"damage"},
-                    "truncated \n flipped \n random \n cut \n sector \n head \n number \n truncated jet3 \n "
-                    "flipped jet3 \n random jet3 \n cut jet3 \n sector jet3 \n head jet3 \n number jet3");
-    }
+    void damagedFiles_data() { test::tableOf("jet/jet_damage.txt"); }
     void damagedFiles()
     {
         const QString how = test::cell("damage").section(u' ', 0, 0);

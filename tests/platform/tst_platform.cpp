@@ -66,6 +66,9 @@ private Q_SLOTS:
         QCOMPARE(numberText(1e15), "1E+15");
     }
 
+    void descriptions_data() { test::tableOf("platform/platform_failures.txt"); }
+    void descriptions() { QTEST(standardDescription(test::cell("number").toInt()), "text"); }
+
     void files()
     {
         QTemporaryDir folder;

@@ -150,20 +150,22 @@ private Q_SLOTS:
         const OpenPreview preview;
         const QScrollBar* bar = preview.window->view().verticalScrollBar();
         preview.key(Qt::Key_Down);
-        QVERIFY(bar->value() > 0);
+        QVERIFY(bar->value() > 20); // a line
         preview.key(Qt::Key_End);
         QCOMPARE(bar->value(), bar->maximum());
         preview.key(Qt::Key_Home);
-        QCOMPARE(bar->value(), 0);
-        QSet<int> readFromTop{1};
-        for (int i = 0; i < 4 * Pages && bar->value() < bar->maximum(); ++i) {
-            preview.key(Qt::Key_PageDown);
-            if (preview.isAtTop(preview.page()))
-                readFromTop << preview.page();
+        for (const auto& [key, end, page] :
+             {std::tuple(Qt::Key_PageDown, bar->maximum(), Pages), {Qt::Key_PageUp, 0, 1}}) {
+            QSet<int> readFromTop{1};
+            for (int i = 0; i < 4 * Pages && bar->value() != end; ++i) {
+                preview.key(key);
+                if (preview.isAtTop(preview.page()))
+                    readFromTop << preview.page();
+            }
+            QCOMPARE(readFromTop.size(), Pages);
+            QCOMPARE(bar->value(), end);
+            QCOMPARE(preview.page(), page);
         }
-        QCOMPARE(readFromTop.size(), Pages);
-        QCOMPARE(bar->value(), bar->maximum());
-        QCOMPARE(preview.page(), Pages);
         preview.key(Qt::Key_Home, Qt::ControlModifier);
         preview.window->view().setFit(PageView::Fit::Page);
         QString pages = QString::number(preview.page());
@@ -198,7 +200,7 @@ private Q_SLOTS:
             preview.key(key, Qt::ControlModifier);
             QCOMPARE(view.zoom(), zoom);
         }
-        // The middle of the visible part stays there.
+        QCOMPARE(view.verticalScrollBar()->value(), 0); // the top of the first page stays there, later the middle
         view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 2);
         const auto middle = [&] {
             const QRectF sheet = view.pageBox(2);
@@ -247,8 +249,9 @@ private Q_SLOTS:
         const QRgb current = colorOfHit(); // it has its own colour
         preview.key(Qt::Key_Return);
         QVERIFY(colorOfHit() != current);
-        for (int i = 0; i < 3; ++i)
-            preview.key(Qt::Key_Return);
+        for (int i = 0; i < 4; ++i)
+            preview.child<QToolButton>("cmdFindNext")->click();
+        preview.child<QToolButton>("cmdFindPrevious")->click();
         QCOMPARE(state->text(), "1 of 10");
         QCOMPARE(preview.page(), 1);
         preview.key(Qt::Key_F3, Qt::ShiftModifier);
@@ -366,6 +369,9 @@ private Q_SLOTS:
         text->addSelection(20, 23);
         view.copy();
         QCOMPARE(QGuiApplication::clipboard()->text(), "row");
+        view.setZoom(3);
+        text->scrollToSubstring(20, 23);
+        QVERIFY(view.viewport()->rect().contains(view.viewport()->mapFromGlobal(text->characterRect(20).center())));
         text->selection(0, &from, &to);
         QCOMPARE(std::pair(from, to), std::pair(20, 23));
         text->removeSelection(0);
@@ -417,6 +423,27 @@ private Q_SLOTS:
         preview.child<QAction>("actCopyAddresses")->trigger();
         QVERIFY(preview.child<QLabel>("lblNotice")->text().startsWith("There are no e-mail addresses"));
         QVERIFY(!preview.child<QAction>("actRefresh")->isEnabled());
+    }
+
+    /// What can be done with pages, with the first one of more, and with none.
+    void offersWhatItCan()
+    {
+        const OpenPreview preview;
+        for (const auto& [pages, complete, live] :
+             {std::tuple(3, true, "Print SavePdf SaveCsv SelectAll CopyAddresses Next Last"),
+              {1, false, "SelectAll"},
+              {0, true, "SaveCsv"}}) {
+            auto document = std::make_shared<Document>(*sampleDocument(pages));
+            document->complete = complete;
+            preview.child<QTabWidget>("tabPageList")->setCurrentIndex(1);
+            preview.window->setDocument(document);
+            QCOMPARE(preview.child<QTabWidget>("tabPageList")->currentIndex(), int(pages > 0));
+            QStringList names;
+            for (const QString name : {"Print", "SavePdf", "SaveCsv", "SelectAll", "CopyAddresses", "Next", "Last"})
+                if (preview.window->findChild<QAction*>("act" + name)->isEnabled())
+                    names << name;
+            QCOMPARE(names.join(' '), live);
+        }
     }
 
     void goesToATypedPage_data() { test::table({"typed", "page"}, "4 | 4\n99 | 5\n12345678901234 | 5\n0 | 2"); }
@@ -558,6 +585,10 @@ private Q_SLOTS:
                 printed += line.trimmed()[5];
             QCOMPARE(printed, months);
         }
+        QPrinter none;
+        none.setOutputFileName(folder.filePath("none.pdf"));
+        QVERIFY(!printDocument(none, *sampleDocument(), 1, 0, [](int page, int) { return page < 2; }));
+        QVERIFY(!QFile::exists(none.outputFileName()));
     }
 };
 

@@ -83,12 +83,7 @@ private Q_SLOTS:
         both("Select Den_Title, Sort_Order From Den_Titles");
         both("Select type, name From sqlite_master Where name Not In ('Own', 'Mine', 'Table 1') Order By 1, 2");
         // Nothing by which a person could be recognised is anywhere in the file.
-        const QStringList people = sqlite(
-            "pack.mdb", "Select Last_Name From Scouts Union Select School From Scouts Union Select Address From Scouts "
-                        "Union Select Phone From Adults Union Select Parent1_Email From Scouts Union Select Note From "
-                        "Scouts Union Select BSA_Number From Scouts Union Select Name From PackInfo Union Select Name "
-                        "From Mine Union Select Den_Name "
-                        "From Dens");
+        const QStringList people = sqlite("pack.mdb", contents(ORLO_SOURCE_DIR "/tests/store/ofPeople.sql"));
         const QByteArray out = contents("out.mdb");
         QVERIFY(people.size() > 200);
         for (const QString& known : people)
@@ -102,6 +97,22 @@ private Q_SLOTS:
         QCOMPARE(orloDb({"check", "out.mdb"}).said.count(u'\n'), orloDb({"check", "pack.mdb"}).said.count(u'\n'));
         QCOMPARE(orloDb({"scramble", "pack.mdb", "out.mdb"}).status, 1);
         QCOMPARE(contents("out.mdb"), out);
+    }
+
+    // orlo-report stops at the first report that fails.
+    void reports()
+    {
+        QCOMPARE(orloDb({"new", "A.mdb", "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
+        orlo::test::write("one.rpt", "source {\nSelect Scout_SID As S From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
+                                     "line 9in 1pt\n}\n}\n");
+        const auto run =
+            orloDb({"A.mdb", "one.rpt", "none.rpt", "--csv", ".", "--pdf", ".", "--select", "{S} < 3"}, "orlo-report");
+        QCOMPARE(run.said, QString("   1 one\n"));
+        QCOMPARE(run.errors, QString("This reaches beyond the right margin. (one.rpt, line 7, column 6)\n"
+                                     "orlo-report: The report file can't be found. (none.rpt)\n"));
+        QCOMPARE(run.status, 1);
+        QCOMPARE(contents("one.csv"), "\xEF\xBB\xBFS\r\n1\r\n2\r\n");
+        QVERIFY(contents("one.pdf").startsWith("%PDF-"));
     }
 
     void about()

@@ -128,13 +128,7 @@ private Q_SLOTS:
     }
 
     // It fails by itself, or because another program has added something else by a new name.
-    void aStepThatFailsChangesNothing_data()
-    {
-        test::table({"statement", "failure"}, "| 3022\nAlter Table Scouts Add Next_Field Integer | 3010\n"
-                                              "Create Table Next_Table(Next_SID Text) | 3010\n"
-                                              "Create Table Next_Table(Next_SID SmallInt); "
-                                              "Create Index Next_PK On Next_Table(Next_SID) | 3010");
-    }
+    void aStepThatFailsChangesNothing_data() { test::tableOf("store/failingSteps.txt"); }
     void aStepThatFailsChangesNothing()
     {
         sqlite(m_path, test::cell("statement").toUtf8());

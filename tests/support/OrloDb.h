@@ -1,25 +1,27 @@
 #pragma once
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 
 namespace orlo::test
 {
 
-/// The exit status and output of a run of orlo-db; status -1 if it crashed or hung.
+/// The exit status and output of a run of orlo-db or another tool; status -1 if it crashed or hung.
 struct OrloDbRun {
     int status;
     QString errors;
     QString said;
 };
 
-inline OrloDbRun orloDb(const QStringList& arguments)
+inline OrloDbRun orloDb(const QStringList& arguments, const QString& tool = QStringLiteral("orlo-db"))
 {
     QProcess process;
-    process.start(QStringLiteral(ORLO_BUILD_DIR "/tools/orlo-db"), arguments);
+    process.start(QStringLiteral(ORLO_BUILD_DIR "/tools/") + tool, arguments);
     const bool finished = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    const auto lines = [](const QByteArray& said) { return QString::fromUtf8(said).remove(u'\r'); };
+    static const QRegularExpression noise("^QStandardPaths: .*\n|\r", QRegularExpression::MultilineOption); // Qt's
+    const auto lines = [](const QByteArray& said) { return QString::fromUtf8(said).remove(noise); };
     return {finished ? process.exitCode() : -1, lines(process.readAllStandardError()),
             lines(process.readAllStandardOutput())};
 }

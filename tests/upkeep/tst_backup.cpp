@@ -108,6 +108,10 @@ struct Screen : test::RecordScreen {
     // Presses the button; returns the boxes that came, without the question.
     QString go(const QString& answers) const
     {
+        QObject during;
+        if (auto* scouts = dynamic_cast<widgets::Form*>(test::loadedForm("frmScouts")))
+            QObject::connect(scouts, &widgets::Form::unloaded, &during,
+                             [this] { QCOMPARE(form.cursor().shape(), Qt::WaitCursor); });
         run(answers);
         click(backsUp ? "cmdBack" : "cmdRestore");
         return said().section('\n', backsUp ? 4 : 2);
@@ -194,6 +198,7 @@ private Q_SLOTS:
         const QString path = place.shown(folder.isEmpty() ? "" : '/' + folder);
         QCOMPARE(screen.folders.path(), path);
         QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, path));
+        QVERIFY(!test::loadedForm(Backup) || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(place.files(), "files");
         QCOMPARE(test::count("Purchase_List"), 0);        // the database is open
@@ -232,6 +237,7 @@ private Q_SLOTS:
         const Screen screen(Restore);
         screen.open(test::cell("folder"));
         QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, {}));
+        QVERIFY(!test::loadedForm(Restore) || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(QString::number(test::count("Dens")), "dens");
     }

@@ -166,8 +166,6 @@ void makePagesReadable()
 
 void tellOfPage(PageView& view)
 {
-    if (!QAccessible::isActive())
-        return;
     QAccessibleTextCursorEvent moved(&view, 0);
     QAccessible::updateAccessibility(&moved);
 }

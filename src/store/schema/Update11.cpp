@@ -59,8 +59,6 @@ void addLeaderDenAssignments(Database& database)
         assignments.setValue(u"Den_SID", adults[u"Assigned_Den_SID"]);
         assignments.update();
     });
-    adults.close();
-    assignments.close();
 }
 
 void addPackPositions(Database& database)
@@ -87,8 +85,6 @@ void copyAwards(Database& database, const QString& from, const QString& to, bool
         made.setValue(u"Quantity", withQuantity ? old[u"Quantity"] : Value(1));
         made.update();
     });
-    old.close();
-    made.close();
 }
 
 // Gives every scout's award a key and a quantity. The rows go through a temporary table because the engine numbers only
@@ -146,7 +142,6 @@ void extendScouts(Database& database)
         scouts.setValue(u"Parent2_Use_Scout_Add", true);
         scouts.update();
     });
-    scouts.close();
 }
 
 } // namespace

@@ -18,6 +18,7 @@
 
 static int flushes = 0;
 static bool noFlush = false;
+static bool noLinks = false;
 static std::set<ino_t> flushedFiles;
 static QStringList putUnflushed;
 
@@ -47,6 +48,11 @@ extern "C" int rename(const char* from, const char* to)
     if (::stat(from, &status) == 0 && S_ISREG(status.st_mode) && flushedFiles.erase(status.st_ino) == 0)
         putUnflushed += QString::fromUtf8(to);
     return static_cast<int>(::syscall(SYS_rename, from, to));
+}
+
+extern "C" int link(const char* from, const char* to)
+{
+    return noLinks ? (errno = EPERM, -1) : static_cast<int>(::syscall(SYS_link, from, to));
 }
 
 // Data written after a flush isn't flushed.
@@ -100,6 +106,11 @@ void failReads(qint64 from, qint64 to)
 {
     badFrom = from;
     badTo = to;
+}
+
+void failLinks(bool fail)
+{
+    noLinks = fail;
 }
 
 void failFlushes(bool fail)

@@ -30,6 +30,12 @@ void failReads(qint64, qint64 to)
         skip(QStringLiteral("no disk can be made to fail here"));
 }
 
+void failLinks(bool fail)
+{
+    if (fail)
+        skip(QStringLiteral("a second name can't be made to fail here"));
+}
+
 void failFlushes(bool fail)
 {
     if (fail)
