@@ -69,8 +69,8 @@ struct frmAssignInsignias::Source {
     widgets::TextGrid& grid;
     std::int16_t& count;
     QString type;
-    int nameWidth; ///< twips
-    QString noDen; ///< shown for a den without a number
+    int nameWidth; // twips
+    QString noDen; // shown for a den without a number
 };
 
 frmAssignInsignias::Source frmAssignInsignias::packSource()

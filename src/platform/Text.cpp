@@ -55,7 +55,7 @@ class Bases
 {
 public:
     explicit Bases(Reader text) : m_text(text) {}
-    /// The next letter; 0 after the last one.
+    // The next letter; 0 after the last one.
     char32_t next()
     {
         static const auto Table = [] {

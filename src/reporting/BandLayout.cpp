@@ -15,7 +15,7 @@ constexpr double ShareOfAscent = 0.86; // of a capital letter's height
 constexpr int FewLetters = 4;          // a line of an address that was broken for lack of room has more
 constexpr int PartsOfLimit = 8;        // a row above the height limit is cut into parts of this share of it
 
-/// True for elements that take their height from the texts beside them, or state it.
+// True for elements that take their height from the texts beside them, or state it.
 bool isMark(const Element& element)
 {
     return element.kind == Element::Kind::TickBox || element.kind == Element::Kind::Bar;
@@ -231,7 +231,7 @@ bool BandLayout::fitsAnyWord(const Cell& cell, const QString& text) const
                        [&](const QString& word) { return m_typesetter.width(cell.font, word) <= cell.width; });
 }
 
-/// Adds what stands on the base line of a row's texts.
+// Adds what stands on the base line of a row's texts.
 void BandLayout::addMark(const Cell& cell, double base, Strip& strip) const
 {
     const Element& element = *cell.element;

@@ -63,7 +63,7 @@ void BandReader::read(Band& band)
     }
 }
 
-/// columns N [down] [gap L] [height L] [skip N]
+// columns N [down] [gap L] [height L] [skip N]
 void BandReader::readColumns(Band& band)
 {
     band.columns = m_lines.number(1, MaxColumns);
@@ -139,7 +139,7 @@ void BandReader::readRow(std::vector<Row>& rows)
         rows.push_back(std::move(row));
 }
 
-/// rows [LEFT] { row { … } … }
+// rows [LEFT] { row { … } … }
 void BandReader::readRows(Element& element)
 {
     if (std::exchange(m_inRows, true))
@@ -157,9 +157,9 @@ void BandReader::readRows(Element& element)
     m_inRows = false;
 }
 
-/// text LEFT [WIDTH] [left|center|right] [STYLE] = formula; tick-box LEFT [SIZE]; line LEFT THICKNESS [color C];
-/// rule LEFT WIDTH [THICKNESS] [color C]; bar LEFT WIDTH [HEIGHT] [color C] = formula;
-/// picture LEFT WIDTH HEIGHT "FILE"; subreport "NAME" [LEFT]
+// text LEFT [WIDTH] [left|center|right] [STYLE] = formula; tick-box LEFT [SIZE]; line LEFT THICKNESS [color C];
+// rule LEFT WIDTH [THICKNESS] [color C]; bar LEFT WIDTH [HEIGHT] [color C] = formula;
+// picture LEFT WIDTH HEIGHT "FILE"; subreport "NAME" [LEFT]
 Element BandReader::readElement(const QString& word)
 {
     Element element;
@@ -234,7 +234,7 @@ void BandReader::readText(Element& element)
     element.formula = m_lines.assigned();
 }
 
-/// A file in the report's folder. It is noted even if it doesn't exist: creating it changes the report.
+// A file in the report's folder. It is noted even if it doesn't exist: creating it changes the report.
 QString BandReader::wantedFile()
 {
     QString path = fileOfReport(m_folder, m_lines.fileName());
@@ -243,7 +243,7 @@ QString BandReader::wantedFile()
     return path;
 }
 
-/// A missing picture takes no room, so a pack without a logo needs no report of its own.
+// A missing picture takes no room, so a pack without a logo needs no report of its own.
 void BandReader::readPicture(Element& element)
 {
     element.kind = Element::Kind::Picture;

@@ -33,7 +33,7 @@ QString notUtf8(const QString& name)
     return QStringLiteral("The file %1 isn't UTF-8, so its accented letters may be wrong.").arg(name);
 }
 
-/// A file's text, and whether it was UTF-8. Anything else is read as the former programs' Latin-1.
+// A file's text, and whether it was UTF-8. Anything else is read as the former programs' Latin-1.
 std::pair<QString, bool> textOf(const QByteArray& bytes)
 {
     QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
@@ -87,7 +87,7 @@ private:
         return std::move(m_definition);
     }
 
-    /// Anything above, between or below labels would move them off their sheet.
+    // Anything above, between or below labels would move them off their sheet.
     void checkLabels()
     {
         const auto refuse = [](const char* message, Place place) {
@@ -161,7 +161,7 @@ private:
 
     void readBand(Band& band) { BandReader(*m_lines, m_definition, m_folder).read(band); }
 
-    /// Rejects in a subreport what only the main report may have.
+    // Rejects in a subreport what only the main report may have.
     void belongsToMain(const char* what)
     {
         if (m_depth > 0)
@@ -183,7 +183,7 @@ private:
     void readSorts() { m_definition.sort.push_back(groupReader().readSort()); }
     void readGroup() { groupReader().read(); }
 
-    /// Includes another file of the folder here.
+    // Includes another file of the folder here.
     void readInclude()
     {
         if (m_includes >= DeepestInclude)
@@ -280,7 +280,7 @@ private:
             m_definition.styles.push_back(style);
     }
 
-    /// source [slot N] { query }; source "NAME" [slot N] { query of one row }
+    // source [slot N] { query }; source "NAME" [slot N] { query of one row }
     void readSources()
     {
         if (!m_lines->atQuote()) {
@@ -307,7 +307,7 @@ private:
         return source;
     }
 
-    /// lookup {main field} = {own field} [joined] [slot N] { query }
+    // lookup {main field} = {own field} [joined] [slot N] { query }
     void readLookup()
     {
         Lookup lookup;
@@ -327,7 +327,7 @@ private:
         m_definition.names.push_back({name, m_lines->assigned(), place});
     }
 
-    /// field {Table.Field} = {Column}
+    // field {Table.Field} = {Column}
     void readField()
     {
         const Place place = m_lines->place();

@@ -12,11 +12,11 @@ namespace orlo::reporting
 namespace
 {
 
-/// Share of the work that is done when the pages are drawn, in percent.
+// Share of the work that is done when the pages are drawn, in percent.
 constexpr int PagesDrawn = 90;
 
-/// True for a text that a spreadsheet would take for a formula. A sign followed only by digits isn't one: telephone
-/// numbers look like that.
+// True for a text that a spreadsheet would take for a formula. A sign followed only by digits isn't one: telephone
+// numbers look like that.
 bool readsAsFormula(const QString& text)
 {
     static const QRegularExpression signedNumber(

@@ -18,7 +18,7 @@ using store::DateTime;
 
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
-/// More seconds, or months, than there are between the first and the last year.
+// More seconds, or months, than there are between the first and the last year.
 constexpr double MaxSeconds = 1e12;
 constexpr qint64 MaxMonths = 1'000'000;
 
@@ -27,7 +27,7 @@ constexpr qint64 MaxMonths = 1'000'000;
     throw ReportError(platform::TypeMismatch, QStringLiteral("There is no such date."), place);
 }
 
-/// Date(text or date), Date(year, month, day)
+// Date(text or date), Date(year, month, day)
 Value makeDate(Arguments a, Place place)
 {
     if (a.size() == 1)
@@ -40,7 +40,7 @@ Value makeDate(Arguments a, Place place)
     return Value(made);
 }
 
-/// Monday is 2, Sunday 1.
+// Monday is 2, Sunday 1.
 int dayOfWeek(QDate date)
 {
     return date.dayOfWeek() % 7 + 1;
@@ -58,7 +58,7 @@ Value inBounds(const QDateTime& moved, Place place)
     return Value(DateTime{moved.date(), moved.time()});
 }
 
-/// The Sunday that begins a day's week, as a day number.
+// The Sunday that begins a day's week, as a day number.
 qint64 weekOf(QDate date)
 {
     return date.toJulianDay() - (dayOfWeek(date) - 1);
@@ -72,7 +72,7 @@ qint64 between(const QDateTime& from, const QDateTime& to, qint64 seconds)
     return units(to) - units(from);
 }
 
-/// What the interval letters of DateAdd, DateDiff and DatePart stand for.
+// What the interval letters of DateAdd, DateDiff and DatePart stand for.
 struct Interval {
     QLatin1StringView letters;
     QDateTime (*add)(const QDateTime& when, qint64 count);
@@ -84,7 +84,7 @@ QDateTime plusDays(const QDateTime& when, qint64 count)
 {
     return when.addDays(count);
 }
-/// A count of years or months for QDateTime; beyond the bound there is no date anyway.
+// A count of years or months for QDateTime; beyond the bound there is no date anyway.
 int bounded(qint64 count)
 {
     return int(std::clamp(count, -MaxMonths, MaxMonths));
@@ -140,7 +140,7 @@ const Interval& intervalOf(const Value& letters, Place place)
     return *known;
 }
 
-/// WeekdayName(1 to 7[, short]), MonthName(1 to 12[, short])
+// WeekdayName(1 to 7[, short]), MonthName(1 to 12[, short])
 template <int Last>
 Value named(Arguments a, Place place)
 {

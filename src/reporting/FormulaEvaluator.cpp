@@ -20,7 +20,7 @@ constexpr int UsualArguments = 4;
     throw ReportError(platform::TypeMismatch, message, place);
 }
 
-/// A condition's three values: yes, no, and Null if it depends on an empty field.
+// A condition's three values: yes, no, and Null if it depends on an empty field.
 Value condition(const Value& value, Place place)
 {
     if (value.isNull() || value.isBool())
@@ -28,7 +28,7 @@ Value condition(const Value& value, Place place)
     mismatch(QStringLiteral("A condition is needed here."), place);
 }
 
-/// Evaluates a node by its kind.
+// Evaluates a node by its kind.
 struct Evaluation {
     const FormulaNode& node;
     const FormulaScope& scope;
@@ -60,7 +60,7 @@ struct Evaluation {
         return part.function->compute({arguments.data(), std::size_t(arguments.size())}, node.place);
     }
 
-    /// "And" stops at the first no, "or" at the first yes; otherwise a Null makes the result Null.
+    // "And" stops at the first no, "or" at the first yes; otherwise a Null makes the result Null.
     Value operator()(const FormulaNode::Connected& part) const
     {
         bool open = false;
@@ -83,7 +83,7 @@ struct Evaluation {
     }
 };
 
-/// True if a literal text reads as a value of the other type.
+// True if a literal text reads as a value of the other type.
 bool readsAs(const FormulaNode& node, Type type)
 {
     const auto* literal = node.as<FormulaNode::Literal>();

@@ -43,13 +43,13 @@ int count(const Value& value, Place place)
     return std::max(0, wholeArgument(value, place));
 }
 
-/// A number that prints as 0 has no sign.
+// A number that prints as 0 has no sign.
 bool hasDigitAboveZero(const QString& digits)
 {
     return std::any_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'1' && c <= u'9'; });
 }
 
-/// ToText(value), ToText(number, decimals[, thousands[, point]]), ToText(number or date, pattern)
+// ToText(value), ToText(number, decimals[, thousands[, point]]), ToText(number or date, pattern)
 Value toText(Arguments a, Place place)
 {
     if (a.size() == 1)
@@ -106,7 +106,7 @@ QString properCase(const QString& given)
     return proper;
 }
 
-/// InStr([start,] text, part): position from 1, 0 if not found
+// InStr([start,] text, part): position from 1, 0 if not found
 Value position(Arguments a, Place place)
 {
     const bool started = a.size() == 3;
@@ -125,7 +125,7 @@ Value repeated(Arguments a, Place place)
     return part.repeated(times);
 }
 
-/// The number at the start of a text, 0 for none.
+// The number at the start of a text, 0 for none.
 Value leadingNumber(Arguments a, Place)
 {
     static const QRegularExpression number(
@@ -135,7 +135,7 @@ Value leadingNumber(Arguments a, Place)
     return read && std::isfinite(value) ? value : 0;
 }
 
-/// Rounds by decimal digits: 2.675 is stored as slightly less, but must still give 2.68.
+// Rounds by decimal digits: 2.675 is stored as slightly less, but must still give 2.68.
 double roundedTo(double number, int decimals, double (*round)(double))
 {
     const double scale = std::pow(10.0, std::abs(decimals));

@@ -58,7 +58,7 @@ private:
         return token;
     }
 
-    /// Skips blanks, and comments from "//" to the end of the line.
+    // Skips blanks, and comments from "//" to the end of the line.
     void skipBlanks()
     {
         while (!atEnd() && (peek().isSpace() || m_text.mid(m_at).startsWith(u"//")))

@@ -62,7 +62,7 @@ double divisor(const Value& value, Place place)
     return number;
 }
 
-/// An operator of any number of operands, evaluated from left to right.
+// An operator of any number of operands, evaluated from left to right.
 template <Value (*Two)(const Value& a, const Value& b, Place place)>
 Value folded(Arguments a, Place place)
 {
@@ -117,7 +117,7 @@ constexpr auto comparison(QLatin1StringView sign, Holds)
                            sign};
 }
 
-/// True if the first argument lies in any of the ranges that follow, two arguments each.
+// True if the first argument lies in any of the ranges that follow, two arguments each.
 Value inRanges(Arguments a, Place place)
 {
     if (a[0].isNull())
@@ -132,7 +132,7 @@ Value inRanges(Arguments a, Place place)
     return open ? Value() : Value(false);
 }
 
-/// {Text}[3], {Text}[1 to 3]; negative positions count from the end
+// {Text}[3], {Text}[1 to 3]; negative positions count from the end
 Value part(Arguments a, Place place)
 {
     const QString text = displayText(a[0]);

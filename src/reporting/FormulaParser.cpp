@@ -192,7 +192,7 @@ private:
         return operation("not", place, std::move(compared));
     }
 
-    /// The comparisons spelled as words: like, startswith, in.
+    // The comparisons spelled as words: like, startswith, in.
     FormulaNode worded(FormulaNode left, Place place)
     {
         for (const char* word : {"like", "startswith"})
@@ -214,7 +214,7 @@ private:
         return operationOf("in", place, std::move(parts));
     }
 
-    /// Parses "a to b"; false for a single value, which is both ends.
+    // Parses "a to b"; false for a single value, which is both ends.
     bool range(std::vector<FormulaNode>& parts)
     {
         parts.push_back(joined());
@@ -223,7 +223,7 @@ private:
         return isRange;
     }
 
-    /// "&" binds weaker than "+" and "-": "Total: " & 1 + 2 appends the sum.
+    // "&" binds weaker than "+" and "-": "Total: " & 1 + 2 appends the sum.
     FormulaNode joined()
     {
         return operations({"&"}, false, [this] { return sum(); });
@@ -239,7 +239,7 @@ private:
         });
     }
 
-    /// Operators of one precedence, left to right.
+    // Operators of one precedence, left to right.
     template <typename Operand>
     FormulaNode operations(std::initializer_list<const char*> signs, bool word, Operand operand)
     {
@@ -255,7 +255,7 @@ private:
         }
     }
 
-    /// Adds an operand of a left-associative operator; repeating the operator only lengthens its list.
+    // Adds an operand of a left-associative operator; repeating the operator only lengthens its list.
     FormulaNode extended(const FormulaFunction& function, Place place, FormulaNode left, FormulaNode right)
     {
         Type type = function.type;
@@ -285,7 +285,7 @@ private:
         return negative ? operation("negative", place, factor()) : factor();
     }
 
-    /// {Text}[1], {Text}[1 to 3]
+    // {Text}[1], {Text}[1 to 3]
     FormulaNode subscripted()
     {
         FormulaNode node = primary();
@@ -414,7 +414,7 @@ private:
         return node;
     }
 
-    /// Evaluates a literal date while parsing, so an impossible one fails before any row is read.
+    // Evaluates a literal date while parsing, so an impossible one fails before any row is read.
     static void foldDate(FormulaNode& node, const FormulaFunction& date)
     {
         std::vector<Value> values;

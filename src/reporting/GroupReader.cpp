@@ -54,7 +54,7 @@ void GroupReader::readPart(Group& group, const QString& word)
         m_lines.failAtWord(QStringLiteral("\"%1\" is no part of a group.").arg(word));
 }
 
-/// keep-together [N%]: leaves at most this share of a page empty.
+// keep-together [N%]: leaves at most this share of a page empty.
 void GroupReader::readKeepTogether(Group& group)
 {
     group.keepTogether = true;
@@ -62,7 +62,7 @@ void GroupReader::readKeepTogether(Group& group)
         group.mayLeaveEmpty = m_lines.percent() / 100.0;
 }
 
-/// top N, top N%
+// top N, top N%
 void GroupReader::readTop(Group& group)
 {
     group.maxCount = m_lines.number(1, 1'000'000);

@@ -70,7 +70,7 @@ private:
         append(m_definition.reportFooter, false);
     }
 
-    /// Appends a band's rows; a row that holds a subreport is replaced by it.
+    // Appends a band's rows; a row that holds a subreport is replaced by it.
     void append(const Band& band, bool keepWithNext)
     {
         if (band.isEmpty() || (!band.condition.isEmpty() && !band.condition.holds(m_scope)))
@@ -97,7 +97,7 @@ private:
 
     [[nodiscard]] std::span<Strip> stripsFrom(std::size_t first) { return std::span(m_flow.strips).subspan(first); }
 
-    /// A footer must not stand alone at the top of a page.
+    // A footer must not stand alone at the top of a page.
     void keepWithPrevious(const Band& footer)
     {
         const bool printed = !footer.isEmpty() && (footer.condition.isEmpty() || footer.condition.holds(m_scope));
@@ -144,7 +144,7 @@ private:
             m_flow.kept.resize(kept);
     }
 
-    /// Appends a heading and registers it for the pages that its strips run on to.
+    // Appends a heading and registers it for the pages that its strips run on to.
     std::size_t beginHeading(const Band& band)
     {
         if (band.isEmpty())
@@ -252,7 +252,7 @@ private:
             m_flow.strips[first].beginsRecord = m_isMain;
     }
 
-    /// Puts the record in the next column, line by line, so that page breaks keep the order.
+    // Puts the record in the next column, line by line, so that page breaks keep the order.
     void appendInColumns()
     {
         std::vector<Strip> strips = m_columns->strips(m_definition.detail, m_scope, m_left);
@@ -274,7 +274,7 @@ private:
         m_filledColumns = (m_filledColumns + 1) % m_definition.detail.columns;
     }
 
-    /// Puts the record on the next label, by line or by column; the first sheet may have labels missing.
+    // Puts the record on the next label, by line or by column; the first sheet may have labels missing.
     void appendLabel()
     {
         const Band& detail = m_definition.detail;
@@ -312,7 +312,7 @@ private:
             m_cutRecords.push_back(m_scope.row + 1);
     }
 
-    /// Warns of the records that were cut: the first few, and the number of the others.
+    // Warns of the records that were cut: the first few, and the number of the others.
     void noteCutLabels()
     {
         const std::size_t count = m_cutRecords.size();
@@ -329,8 +329,8 @@ private:
                                       .arg(named.join(QStringLiteral(", ")), last));
     }
 
-    /// Removes what is below a height: lines of texts, the lower part of shades, bars and vertical lines, and whole
-    /// pictures and tick-boxes.
+    // Removes what is below a height: lines of texts, the lower part of shades, bars and vertical lines, and whole
+    // pictures and tick-boxes.
     void cutItems(std::vector<Item>& items, std::size_t first, double height)
     {
         m_wasCut = false;
@@ -353,7 +353,7 @@ private:
         items.erase(std::remove_if(items.begin() + std::ptrdiff_t(first), items.end(), isOutside), items.end());
     }
 
-    /// Keeps a text's lines that end above the limit; false if there are none.
+    // Keeps a text's lines that end above the limit; false if there are none.
     bool cutText(TextItem& text, double limit)
     {
         const QStringList lines = text.text.split(u'\n');
@@ -374,7 +374,7 @@ private:
         m_flow.strips.back().row = m_scope.row;
     }
 
-    /// Puts a record's strips into a column of the line.
+    // Puts a record's strips into a column of the line.
     void place(std::vector<Strip>&& strips, int column, Strip& line) const
     {
         QPointF at(column * (m_columnWidth + m_definition.detail.gap), 0);

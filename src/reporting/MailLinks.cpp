@@ -29,7 +29,7 @@ bool isOfHost(QChar c)
     return c.isLetterOrNumber() || c == u'.' || c == u'-';
 }
 
-/// The next address at or after a position; an empty span if there is none.
+// The next address at or after a position; an empty span if there is none.
 Span nextAddress(QStringView text, qsizetype start)
 {
     for (qsizetype at = text.indexOf(u'@', start); at >= 0; at = text.indexOf(u'@', at + 1)) {
@@ -49,7 +49,7 @@ Span nextAddress(QStringView text, qsizetype start)
     return {};
 }
 
-/// True for a text of several lines that is a single word, broken only where addresses are broken.
+// True for a text of several lines that is a single word, broken only where addresses are broken.
 bool isOneWord(const QString& text)
 {
     if (text.contains(u' '))
@@ -60,7 +60,7 @@ bool isOneWord(const QString& text)
     return true;
 }
 
-/// True if a line can end within a word, so that the next may continue an address.
+// True if a line can end within a word, so that the next may continue an address.
 bool mayEndInWord(QStringView line)
 {
     return line.isEmpty() || Signs.contains(line.back()) ||

@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr double Tolerance = 0.01;
-/// The largest share of a page that repeated headings may take.
+// The largest share of a page that repeated headings may take.
 constexpr double MaxShareOfHeadings = 0.5;
 
 class Paginator
@@ -40,7 +40,7 @@ private:
     [[nodiscard]] bool fits(double height) const { return m_y + height <= m_bodyHeight + Tolerance; }
     [[nodiscard]] bool pageIsEmpty() const { return m_pages.back().strips.empty(); }
 
-    /// The headings repeated on a page that begins with a strip, and the room that they take.
+    // The headings repeated on a page that begins with a strip, and the room that they take.
     [[nodiscard]] std::vector<std::size_t> headingsAt(std::size_t strip, double& taken)
     {
         while (m_nextHeading < m_headings.size() && m_headings[m_nextHeading].first <= strip)
@@ -68,7 +68,7 @@ private:
         m_y += m_strips[strip].height;
     }
 
-    /// The end of the strips that must stay on one page with a strip.
+    // The end of the strips that must stay on one page with a strip.
     [[nodiscard]] std::size_t chainEnd(std::size_t strip) const
     {
         std::size_t end = strip + 1;
@@ -77,7 +77,7 @@ private:
         return end;
     }
 
-    /// Places a strip with all that must follow it on the same page; returns the strip after them.
+    // Places a strip with all that must follow it on the same page; returns the strip after them.
     std::size_t placeChain(std::size_t first)
     {
         const std::size_t last = chainEnd(first);
@@ -91,7 +91,7 @@ private:
         return last;
     }
 
-    /// True if a range that begins in the chain doesn't fit here but would fit on a new page.
+    // True if a range that begins in the chain doesn't fit here but would fit on a new page.
     bool breakForRange(std::size_t first, std::size_t last)
     {
         bool wanted = false;

@@ -13,19 +13,19 @@ namespace orlo::reporting
 namespace
 {
 
-/// The most glyphs drawn in one run, roughly: more saves nothing, and zooming in on part of a page draws every run that
-/// reaches into it.
+// The most glyphs drawn in one run, roughly: more saves nothing, and zooming in on part of a page draws every run that
+// reaches into it.
 constexpr std::size_t MaxTogether = 400;
 
-/// Rounds to whole typesetting units: finer differences are invisible, and a PDF file would spell them out digit by
-/// digit.
+// Rounds to whole typesetting units: finer differences are invisible, and a PDF file would spell them out digit by
+// digit.
 QPointF onGrid(QPointF place)
 {
     return {std::round(place.x() * UnitsPerPoint), std::round(place.y() * UnitsPerPoint)};
 }
 
-/// Draws a page's items in typesetting units. Each change of pen is written to a PDF file, so lines and outlines are
-/// collected by pen, and texts are drawn last, on top.
+// Draws a page's items in typesetting units. Each change of pen is written to a PDF file, so lines and outlines are
+// collected by pen, and texts are drawn last, on top.
 class PageDrawing
 {
 public:
@@ -111,8 +111,8 @@ private:
         }
     }
 
-    /// Adds a line of plain characters to the current run of glyphs, exactly as the text layout would place them. False
-    /// if the line needs the real text layout: for unprintable characters, or ones from another font.
+    // Adds a line of plain characters to the current run of glyphs, exactly as the text layout would place them. False
+    // if the line needs the real text layout: for unprintable characters, or ones from another font.
     bool addPlain(QPointF start, QStringView line)
     {
         const std::size_t before = m_glyphs.size();
@@ -130,7 +130,7 @@ private:
         return true;
     }
 
-    /// A character's glyph; null if it isn't plain or the font lacks it.
+    // A character's glyph; null if it isn't plain or the font lacks it.
     [[nodiscard]] const PagePainter::PlainGlyph* plainGlyph(QChar c) const
     {
         const char16_t code = c.unicode();
@@ -145,7 +145,7 @@ private:
         return glyph.index > 0 ? &glyph : nullptr;
     }
 
-    /// Draws the collected lines, all of one font and colour: drawing ten together takes as long as one alone.
+    // Draws the collected lines, all of one font and colour: drawing ten together takes as long as one alone.
     void drawPlain()
     {
         if (m_glyphs.empty())

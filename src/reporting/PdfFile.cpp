@@ -15,13 +15,13 @@ namespace orlo::reporting
 namespace
 {
 
-/// Makes the writer's device unit a typesetting unit.
+// Makes the writer's device unit a typesetting unit.
 constexpr int PdfResolution = int(72 * UnitsPerPoint);
 
 } // namespace
 
-/// The device that the PDF writer draws to. The writer doesn't check whether its bytes were written, so failures are
-/// kept here.
+// The device that the PDF writer draws to. The writer doesn't check whether its bytes were written, so failures are
+// kept here.
 class PdfFile::Drawn final : public QIODevice
 {
 public:
@@ -32,7 +32,7 @@ public:
         open(WriteOnly | Unbuffered);
     }
 
-    /// The complete file. Raises 75 if any write failed.
+    // The complete file. Raises 75 if any write failed.
     QFile& finished()
     {
         keepingFailure([this] { platform::flushAll(m_file); });

@@ -15,8 +15,8 @@ namespace orlo::reporting
 namespace
 {
 
-/// Loads the module when the first PDF file is saved, since its libraries would slow down the program's start. Null if
-/// this build has none. A module that can't be loaded, such as one of another version, is logged once.
+// Loads the module when the first PDF file is saved, since its libraries would slow down the program's start. Null if
+// this build has none. A module that can't be loaded, such as one of another version, is logged once.
 decltype(&ORLO_FINISH_PDF) moduleFinish()
 {
     static const auto finish = [] {

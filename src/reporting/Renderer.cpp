@@ -12,10 +12,10 @@ namespace orlo::reporting
 namespace
 {
 
-/// A row higher than this share of a page's body is cut, so that a long note fills pages instead of jumping to the
-/// next.
+// A row higher than this share of a page's body is cut, so that a long note fills pages instead of jumping to the
+// next.
 constexpr double MaxShareOfRow = 0.34;
-/// Shares of the work done when a run is laid out and when its pages are made, in percent.
+// Shares of the work done when a run is laid out and when its pages are made, in percent.
 constexpr int LaidOut = 80;
 constexpr int PagesMade = 92;
 
@@ -24,7 +24,7 @@ QString nameOf(const QString& path)
     return path.mid(std::max(path.lastIndexOf(u'\\'), path.lastIndexOf(u'/')) + 1);
 }
 
-/// The rows of a report or subreport for the CSV export.
+// The rows of a report or subreport for the CSV export.
 class Export
 {
 public:
@@ -54,7 +54,7 @@ public:
         return line;
     }
 
-    /// The key that links a row to a subreport.
+    // The key that links a row to a subreport.
     [[nodiscard]] QString linkedKey(std::size_t row, int field)
     {
         m_scope.row = row;
@@ -68,10 +68,10 @@ private:
     RowScope m_scope;
 };
 
-/// A report's row numbers with their lines of the export.
+// A report's row numbers with their lines of the export.
 using ExportedRows = std::vector<std::pair<std::size_t, QStringList>>;
 
-/// Adds a block for each subreport, followed by its own subreports. A linked one's rows follow the line they belong to.
+// Adds a block for each subreport, followed by its own subreports. A linked one's rows follow the line they belong to.
 void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringList& columns, const ExportedRows& outer,
                Document& document, const PartProgress& progress)
 {
@@ -119,7 +119,7 @@ void fillExport(const BoundReport& report, const RunFacts& facts, Document& docu
     addBlocks(report, facts, document.columns, lines, document, progress);
 }
 
-/// One run of a report whose rows have been read.
+// One run of a report whose rows have been read.
 class Run
 {
 public:

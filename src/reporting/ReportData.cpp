@@ -38,8 +38,8 @@ FormulaNode::Type typeOf(store::FieldType type)
     return FormulaNode::Type::Text;
 }
 
-/// The position of what the store rejects in a query: the store's own position, or that of the unknown name. The
-/// statement's beginning if neither is known.
+// The position of what the store rejects in a query: the store's own position, or that of the unknown name. The
+// statement's beginning if neither is known.
 Place placeInQuery(const Source& source, const QString& statement, const platform::RuntimeError& error)
 {
     qsizetype at = -1;
@@ -63,10 +63,10 @@ Place placeInQuery(const Source& source, const QString& statement, const platfor
             source.queryPlace.file};
 }
 
-/// Where a formula stands, which limits what it can use.
+// Where a formula stands, which limits what it can use.
 enum class Stands { InRows, InGroupOrder, InBands, InExport, OnPages };
 
-/// Visits every formula of a report's bands and keys.
+// Visits every formula of a report's bands and keys.
 template <typename Visit>
 void eachFormula(Definition& definition, Visit visit)
 {
@@ -179,7 +179,7 @@ private:
         }
     }
 
-    /// Reads a named source's first row, for this report and its subreports; without a row its fields are empty.
+    // Reads a named source's first row, for this report and its subreports; without a row its fields are empty.
     void readFixed(const Slots& databases, const NamedSource& named)
     {
         const RowSet set = read(databases, named.source, named.source.query);
@@ -195,7 +195,7 @@ private:
         }
     }
 
-    /// Reads the query's rows. Conditions on its own columns become part of it, so that fewer rows are read.
+    // Reads the query's rows. Conditions on its own columns become part of it, so that fewer rows are read.
     RowSet mainRows(const BoundReport& report, const Slots& databases, const Formula& selection)
     {
         const Source& source = report.definition.source;
@@ -211,7 +211,7 @@ private:
         return read(databases, source, withCondition(source.query, condition));
     }
 
-    /// The column that a "field" line of the definition gives for a name, or the name itself.
+    // The column that a "field" line of the definition gives for a name, or the name itself.
     static QString columnNamed(const Definition& definition, const QString& name)
     {
         for (const FieldName& field : definition.fields)
@@ -228,7 +228,7 @@ private:
         return column;
     }
 
-    /// Joins all rows with the same key into one: their texts, separated by commas.
+    // Joins all rows with the same key into one: their texts, separated by commas.
     static void joinTexts(RowSet& set, std::size_t key)
     {
         QHash<QString, std::size_t> firstOf;
@@ -308,7 +308,7 @@ private:
             formula.bind([&](const QString& name) { return indexOf(report, name, names); });
     }
 
-    /// Rejects what has no meaning where a formula stands, including in the names it uses.
+    // Rejects what has no meaning where a formula stands, including in the names it uses.
     static void check(const BoundReport& report, const Formula& formula, Stands stands)
     {
         checkNode(report, formula.root(), stands, false);

@@ -18,7 +18,7 @@ namespace
 
 using Order = std::vector<std::size_t>;
 
-/// Share of the work done when the sort keys are known, in percent.
+// Share of the work done when the sort keys are known, in percent.
 constexpr int KeysMade = 20;
 
 bool hasSummary(const SortKey& key)
@@ -26,7 +26,7 @@ bool hasSummary(const SortKey& key)
     return key.formula.any([](const FormulaNode& node) { return node.as<FormulaNode::Summarised>() != nullptr; });
 }
 
-/// Works out a text's sort key once, not in each comparison. An empty text counts as Null, as it does for groups.
+// Works out a text's sort key once, not in each comparison. An empty text counts as Null, as it does for groups.
 Value sortable(const Value& value)
 {
     if (!value.isText())
@@ -34,7 +34,7 @@ Value sortable(const Value& value)
     return value.toText().isEmpty() ? Value() : Value(platform::sortKey(value.toText()));
 }
 
-/// Null first, as in the store.
+// Null first, as in the store.
 int ordered(const Value& a, const Value& b, Place place)
 {
     if (a.isNull() || b.isNull())
@@ -145,7 +145,7 @@ private:
         take(order);
     }
 
-    /// Appends a range's rows in the order of its groups.
+    // Appends a range's rows in the order of its groups.
     void orderLevel(std::size_t level, RowRange rows, Order& order)
     {
         if (level == m_definition.groups.size()) {

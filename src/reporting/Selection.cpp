@@ -83,7 +83,7 @@ private:
         return Operand{u'[' + column->name + u']', column->type};
     }
 
-    /// The ranges of an "in", two children each.
+    // The ranges of an "in", two children each.
     [[nodiscard]] Written ranges(const FormulaNode& node) const
     {
         QStringList parts;

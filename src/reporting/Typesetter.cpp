@@ -11,7 +11,7 @@ namespace orlo::reporting
 namespace
 {
 
-/// Widths are sums of rounded advances: allow this much before breaking a text.
+// Widths are sums of rounded advances: allow this much before breaking a text.
 constexpr double WidthTolerance = 0.01;
 constexpr qsizetype MostCharacters = 8;
 
@@ -31,7 +31,7 @@ const std::map<QString, QStringList>& genericFamilies()
     return generic;
 }
 
-/// The first installed family of a generic name, so that pages look alike on machines with the same fonts.
+// The first installed family of a generic name, so that pages look alike on machines with the same fonts.
 QString installedFamily(const QString& name)
 {
     const auto choices = genericFamilies().find(name);
@@ -43,7 +43,7 @@ QString installedFamily(const QString& name)
     return choices->second.back();
 }
 
-/// Mail and web addresses read best if broken after one of their separators.
+// Mail and web addresses read best if broken after one of their separators.
 qsizetype endAtSeparator(QStringView line, qsizetype start, qsizetype end)
 {
     for (qsizetype i = end; i > start + 1 && end < line.size(); --i)

@@ -73,7 +73,7 @@ struct Work {
     void (*step)(int);
     QByteArray select;
     int rowsEach;
-    QString row; ///< %1 counts a run's times, or the rows of one time if it has several
+    QString row; // %1 counts a run's times, or the rows of one time if it has several
 };
 const std::map<QByteArray, Work> Works{{"assign", {assign, Awards, 1, "%1|7|2026-02-05|2026|2"}},
                                        {"saveScout", {saveScout, Scouts, 1, "%1|Y|1001-01-01|2026-02-05"}},

@@ -152,7 +152,7 @@ private Q_SLOTS:
         QVERIFY(isWritable(path));
     }
 
-    /// All bytes arrive, or the failure has the device's text, however little it accepts at a time.
+    // All bytes arrive, or the failure has the device's text, however little it accepts at a time.
     void writesAll_data()
     {
         test::table({"once", "room", "taken"}, "7 | 999 | 100\n7 | 50 | 50 full\n7 | 0 | 0 full\n0 | 9 | 0 full");

@@ -13,7 +13,7 @@ using store::Value;
 namespace
 {
 
-/// One row with the fields that the cases use.
+// One row with the fields that the cases use.
 class Row final : public FormulaScope
 {
 public:
@@ -60,8 +60,8 @@ private Q_SLOTS:
     void computes_data() { test::tableOf("reporting/formulas.txt"); }
     void computes() { QTEST(displayText(bound(test::cell("text")).evaluate(Row())), "result"); }
 
-    /// What the formula says of the row and which part of it goes into the query. A part that can't be read fails with
-    /// its number and column, and never selects more instead.
+    // What the formula says of the row and which part of it goes into the query. A part that can't be read fails with
+    // its number and column, and never selects more instead.
     void selects_data() { test::tableOf("reporting/formula_selects.txt"); }
     void selects()
     {
@@ -98,7 +98,7 @@ private Q_SLOTS:
         QVERIFY(bound(text).holds(Row()));
     }
 
-    /// The keys of a sort are in the order of the store's comparison; those that it treats as equal form one group.
+    // The keys of a sort are in the order of the store's comparison; those that it treats as equal form one group.
     void sortsAsTheStore()
     {
         const QStringList texts{"z", "Zorn", "Ångström", "a",          "Ä",      "á",       "Ae",      "æ",

@@ -16,7 +16,7 @@ using namespace orlo::reporting;
 namespace
 {
 
-/// Pages as text: strips by number, repeated headings in brackets, pages separated by bars.
+// Pages as text: strips by number, repeated headings in brackets, pages separated by bars.
 QString told(const std::vector<PageContent>& pages)
 {
     QStringList all;
@@ -31,8 +31,8 @@ QString told(const std::vector<PageContent>& pages)
     return all.join(" / ");
 }
 
-/// Strips from letters: "d" a line of 10, "h" a heading kept with the next, "b" one that starts a page, "T" 70, "X"
-/// 130.
+// Strips from letters: "d" a line of 10, "h" a heading kept with the next, "b" one that starts a page, "T" 70, "X"
+// 130.
 std::vector<StripSize> strips(const QString& text)
 {
     std::vector<StripSize> made;
@@ -48,8 +48,8 @@ class tst_layout : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Strips kept together, or repeated from the first strip of a heading's rows to their end: "1-5", with the share
-    /// of a page that may stay empty, "1-5:0.2", or the heading's height.
+    // Strips kept together, or repeated from the first strip of a heading's rows to their end: "1-5", with the share
+    // of a page that may stay empty, "1-5:0.2", or the heading's height.
     void breaksPages_data() { test::tableOf("reporting/layout_breaksPages.txt"); }
     void breaksPages()
     {
@@ -69,7 +69,7 @@ private Q_SLOTS:
         QTEST(told(paginate(strips(test::cell("text")), kept, headings, 100)), "pages");
     }
 
-    /// No character is lost and no line is too long.
+    // No character is lost and no line is too long.
     void breaksLines()
     {
         Typesetter typesetter;
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QTEST(found, "found");
     }
 
-    /// The paper of the dialog counts: what is too large for it is made smaller, what is smaller is centred.
+    // The paper of the dialog counts: what is too large for it is made smaller, what is smaller is centred.
     void printsOnOtherPaper_data()
     {
         // the green box, as shares of the paper's width
@@ -141,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
     }
 
-    /// If there is less room than the file needs, the save fails with the reason, and only the previous file is left.
+    // If there is less room than the file needs, the save fails with the reason, and only the previous file is left.
     void savesAllOrNothing_data()
     {
         test::table({"way"}, "csv\ncsv, short\npdf\nprinted\ncsv, short, a volume\npdf, a volume\nprinted, a "

@@ -44,7 +44,7 @@ void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, int level, QPDF& p
     }
 }
 
-/// The text in a box of a page.
+// The text in a box of a page.
 QString textIn(QPDFObjectHandle::Rectangle box, int page, const QString& file)
 {
     const auto whole = [](double number) { return QString::number(qRound(number)); };
@@ -62,8 +62,8 @@ class tst_pdf : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Read back, with all rows and with none: bookmarks as in the outline, each address under its link, author and
-    /// subject.
+    // Read back, with all rows and with none: bookmarks as in the outline, each address under its link, author and
+    // subject.
     void finishes()
     {
         const QTemporaryDir folder;

@@ -55,7 +55,7 @@ QRectF hitOf(const Document& document, const QString& text, std::size_t hit = 0)
     return PageText(document, span.page).boxes(span.from, span.to).at(0);
 }
 
-/// Works the next dialog as soon as it is up.
+// Works the next dialog as soon as it is up.
 template <class Dialog>
 void whenDialogIsUp(const std::function<void(Dialog&)>& act)
 {
@@ -143,8 +143,8 @@ private Q_SLOTS:
         QCOMPARE(preview.page(), 3);
     }
 
-    /// A page that doesn't fit into the window is read to its end before the next one starts, and each page from its
-    /// top; pages that fit are turned one by one.
+    // A page that doesn't fit into the window is read to its end before the next one starts, and each page from its
+    // top; pages that fit are turned one by one.
     void readsByKeys()
     {
         const OpenPreview preview;
@@ -278,7 +278,7 @@ private Q_SLOTS:
         QVERIFY(hitOf(hebrew, "שלום").left() > hitOf(hebrew, "עולם").right());
     }
 
-    /// Other pages replace those that were searched, fewer or more; the reader's place stays.
+    // Other pages replace those that were searched, fewer or more; the reader's place stays.
     void findsInOtherPages()
     {
         for (const auto& [open, pages, told, toldNext] :
@@ -389,8 +389,8 @@ private Q_SLOTS:
         QCOMPARE(text->characterCount() + text->selectionCount(), 0);
     }
 
-    /// Memory in the middle of the heap, which freeing alone leaves with the process, is returned with a large
-    /// document.
+    // Memory in the middle of the heap, which freeing alone leaves with the process, is returned with a large
+    // document.
     void givesMemoryBack()
     {
         if (KeepsFreedMemory || test::residentMemory() == 0)
@@ -425,7 +425,7 @@ private Q_SLOTS:
         QVERIFY(!preview.child<QAction>("actRefresh")->isEnabled());
     }
 
-    /// What can be done with pages, with the first one of more, and with none.
+    // What can be done with pages, with the first one of more, and with none.
     void offersWhatItCan()
     {
         const OpenPreview preview;
@@ -459,7 +459,7 @@ private Q_SLOTS:
         QVERIFY(preview.window->view().hasFocus());
     }
 
-    /// An entry leads to its line, and the line being read marks its entry.
+    // An entry leads to its line, and the line being read marks its entry.
     void followsTheOutline()
     {
         auto document = std::make_shared<Document>(*sampleDocument());
@@ -543,7 +543,7 @@ private Q_SLOTS:
         QVERIFY2(told->text.count(QDir::toNativeSeparators(folder.path())) == 2, qPrintable(told->text));
     }
 
-    /// Whatever closes the preview also closes its dialogs.
+    // Whatever closes the preview also closes its dialogs.
     void goesUnderItsDialogs()
     {
         const QTemporaryDir folder; // a folder where the file is to go

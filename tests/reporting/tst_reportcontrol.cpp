@@ -83,14 +83,14 @@ class tst_reportcontrol : public QObject
         control.setSubreportToChange("Others");
         control.setDatabaseFile(0, path(database));
     }
-    /// The same with 14,400 rows.
+    // The same with 14,400 rows.
     std::unique_ptr<ReportControl> longControl() const
     {
         auto made = control("long.mdb");
         report(QString(GoodReport).replace("Name From Items Order By", "A.Name From Items As A, Items As B, Others"));
         return made;
     }
-    /// What a run shows of the databases' items, in order; or the number of its failure.
+    // What a run shows of the databases' items, in order; or the number of its failure.
     static QString shown(ReportControl& control)
     {
         if (const int failure = control.run())
@@ -125,7 +125,7 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    /// A screen keeps its control while the program closes its database, replaces the file and opens the new one.
+    // A screen keeps its control while the program closes its database, replaces the file and opens the new one.
     void readsTheFileThatStandsThereNow()
     {
         const QString file = path("current.mdb");
@@ -151,7 +151,7 @@ private Q_SLOTS:
         QCOMPARE(shopping->run(), int(platform::DatabaseNotFound));
     }
 
-    /// F5 shows the changed data at the same place; the other reports run on the same file.
+    // F5 shows the changed data at the same place; the other reports run on the same file.
     void refreshesAndRunsOthers()
     {
         platform::setFolder(m_folder.path());
@@ -251,8 +251,8 @@ private Q_SLOTS:
         qApp->removeEventFilter(this);
     }
 
-    /// A change of the file on the disk shows at once and at the same place; a fault in it is reported, and the old
-    /// pages stay.
+    // A change of the file on the disk shows at once and at the same place; a fault in it is reported, and the old
+    // pages stay.
     void followsItsFile()
     {
         const auto shopping = control("many.mdb");
@@ -285,7 +285,7 @@ private Q_SLOTS:
         }
     }
 
-    /// The same holds for the files that it reads or looks for, even if the first run failed.
+    // The same holds for the files that it reads or looks for, even if the first run failed.
     void followsWhatItReads_data() { test::tableOf("reporting/reportcontrol_followsWhatItReads.txt"); }
     void followsWhatItReads()
     {
@@ -307,8 +307,8 @@ private Q_SLOTS:
                                  1000);
     }
 
-    /// A save during a run shows after it, whether that is the first run or a later one. Whatever ends a run is
-    /// reported.
+    // A save during a run shows after it, whether that is the first run or a later one. Whatever ends a run is
+    // reported.
     void followsWhileItRuns()
     {
         const auto shopping = longControl();
@@ -349,7 +349,7 @@ private Q_SLOTS:
         QTRY_VERIFY(kept);
     }
 
-    /// The message is above the screen that asked, and closes with it.
+    // The message is above the screen that asked, and closes with it.
     void messageBelongsToTheScreen()
     {
         auto screen = std::make_unique<QWidget>();

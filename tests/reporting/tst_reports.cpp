@@ -22,7 +22,7 @@ using namespace orlo::reporting;
 namespace
 {
 
-/// The texts of some pages, one line per item.
+// The texts of some pages, one line per item.
 QString textOf(const Document& document, std::size_t first = 0, std::size_t count = SIZE_MAX)
 {
     QString text;
@@ -60,7 +60,7 @@ class tst_reports : public QObject
     {
         return render(request, std::bind_front(&tst_reports::open, this), progress, shown);
     }
-    /// A definition of the test, or a shipped one, on the full database.
+    // A definition of the test, or a shipped one, on the full database.
     Document runText(const QString& text, const QString& selection = {})
     {
         if (text.endsWith(".rpt"))
@@ -78,8 +78,8 @@ private Q_SLOTS:
             m_full->execute(QString::fromUtf8(row));
     }
 
-    /// The rows that a formula selects, in shipped reports and in one of the test ($). The part in the query selects
-    /// what the formula itself selects: an "or" with a function stays out of it.
+    // The rows that a formula selects, in shipped reports and in one of the test ($). The part in the query selects
+    // what the formula itself selects: an "or" with a function stays out of it.
     void selects_data() { test::tableOf("reporting/reports_selects.txt"); }
     void selects()
     {
@@ -102,8 +102,8 @@ private Q_SLOTS:
         QTEST(error ? QStringLiteral("%1: %2\n").arg(error->number()).arg(error->description()) : "", "failure");
     }
 
-    /// Page ranges, and the first page shown ahead of the others, are those of the whole report; a cancelled run gives
-    /// nothing.
+    // Page ranges, and the first page shown ahead of the others, are those of the whole report; a cancelled run gives
+    // nothing.
     void runsOverPages()
     {
         m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) "
@@ -201,8 +201,8 @@ private Q_SLOTS:
 
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
 
-    /// An included file adds what the report lacks; its faults are reported with its name. What won't look right on
-    /// paper gets a warning.
+    // An included file adds what the report lacks; its faults are reported with its name. What won't look right on
+    // paper gets a warning.
     void includesAndWarns()
     {
         const auto write = [&](const QString& name, const QByteArray& bytes) {
@@ -229,8 +229,8 @@ private Q_SLOTS:
         QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
     }
 
-    /// The manual's examples: changes ("diff") of the shipped files, whole reports ("rpt"), and the lines ("text") that
-    /// the report before them prints in this order; also the tables' formulas and their results.
+    // The manual's examples: changes ("diff") of the shipped files, whole reports ("rpt"), and the lines ("text") that
+    // the report before them prints in this order; also the tables' formulas and their results.
     void runsTheManual()
     {
         const QString manual = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/docs/manual/report-files.md"));
@@ -290,7 +290,7 @@ private Q_SLOTS:
         QVERIFY(computed > 35);
     }
 
-    /// However long the names, 8 points stay free between a text and the next one.
+    // However long the names, 8 points stay free between a text and the next one.
     void textsKeepApart()
     {
         QVERIFY(QFile::copy(m_full->name(), m_dir.filePath("long.mdb")));
@@ -320,7 +320,7 @@ private Q_SLOTS:
         }
     }
 
-    /// A text longer than a page continues on the next; no word of it is lost or leaves the paper.
+    // A text longer than a page continues on the next; no word of it is lost or leaves the paper.
     void neverClips()
     {
         QStringList words;
@@ -338,7 +338,7 @@ private Q_SLOTS:
                     QVERIFY(QRectF(QPointF(), document.paper).contains(one->box));
     }
 
-    /// The ten fill any paper's width; they and the examples, except labels, print without a warning.
+    // The ten fill any paper's width; they and the examples, except labels, print without a warning.
     void fitsAnyPaper_data() { test::table({"width", "height"}, "612 | 792\n595 | 842\n792 | 612"); }
     void fitsAnyPaper()
     {
@@ -362,8 +362,8 @@ private Q_SLOTS:
         }
     }
 
-    /// Null and an empty text are the same name, and blanks in front don't count. The leader of a missing den has no
-    /// den. One label for each address of a family that wants correspondence.
+    // Null and an empty text are the same name, and blanks in front don't count. The leader of a missing den has no
+    // den. One label for each address of a family that wants correspondence.
     void printsPeople()
     {
         for (const QByteArray& row : fileOf("people.sql").trimmed().split('\n'))
@@ -386,7 +386,7 @@ private Q_SLOTS:
         QCOMPARE(labels, "Ida and Bo 1 Elm Max 3 Fir Uma 2 Oak ");
     }
 
-    /// Reading, sorting, layout and export report their progress, and each can be cancelled.
+    // Reading, sorting, layout and export report their progress, and each can be cancelled.
     void tellsItsProgress()
     {
         RunRequest many = request("PurchaseList.rpt");

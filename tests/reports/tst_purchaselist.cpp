@@ -28,7 +28,7 @@ INSERT INTO Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Quan
 INSERT INTO Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned)
   VALUES (1, 1, '2026-02-10'), (1, 99, '2026-02-10');)";
 
-/// A grid's captions and rows: cells separated by slashes, rows by a comma and a blank.
+// A grid's captions and rows: cells separated by slashes, rows by a comma and a blank.
 QString shown(const Screen& screen, const char* grid)
 {
     const auto& model = *screen.get<QTableView>(grid).model();
@@ -55,7 +55,7 @@ private Q_SLOTS:
         m_folder.emplace();
     }
 
-    /// The month's list is made first; a refused range leaves it (@) unchanged.
+    // The month's list is made first; a refused range leaves it (@) unchanged.
     void sums_data() { test::tableOf("reports/purchaselist_sums.txt"); }
     void sums()
     {

@@ -46,7 +46,7 @@ struct Screen : test::RecordScreen {
     }
     void print() const { click(form.findChild<QWidget*>("cmdPrintList") ? "cmdPrintList" : "cmdPrint"); }
     void view() const { click(form.findChild<QWidget*>("cmdPreviewList") ? "cmdPreviewList" : "cmdView"); }
-    /// The selected entry and all entries of a list.
+    // The selected entry and all entries of a list.
     QString list(const char* name) const
     {
         return box(name).text() + '|' + test::textsOf(box(name)).replace("; ", "|");
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!menu);
     }
 
-    /// What a run sets on the control, after other runs; the slots are the report's and the subreport's.
+    // What a run sets on the control, after other runs; the slots are the report's and the subreport's.
     void setsTheReport_data() { test::tableOf("reports/reportscreens_setsTheReport.txt"); }
     void setsTheReport()
     {
@@ -165,7 +165,7 @@ private Q_SLOTS:
         QVERIFY(preview && preview->isVisible());
     }
 
-    /// The report's file is printed, read back and compared with what the plain SQL engine gives for the same file.
+    // The report's file is printed, read back and compared with what the plain SQL engine gives for the same file.
     void printsWhatTheDatabaseHolds_data() { test::tableOf("reports/reportscreens_printsWhatTheDatabaseHolds.txt"); }
     void printsWhatTheDatabaseHolds()
     {
@@ -226,8 +226,8 @@ private Q_SLOTS:
                  heading.remove("Pack12,") + test::withoutBlanks(nothing + "Printed February 14, 2026 Page 1 of 1"));
     }
 
-    /// The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
-    /// for the fields of the people. The condition that they are active is left out; the title is in parentheses.
+    // The criteria are people, person, den, comparison and dates. # stands for 6/7/2004, * for "<All>", the brackets
+    // for the fields of the people. The condition that they are active is left out; the title is in parentheses.
     void selects_data() { test::tableOf("reports/reportscreens_selects.txt"); }
     void selects()
     {

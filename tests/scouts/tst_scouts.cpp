@@ -24,7 +24,7 @@ namespace
 struct Screen : test::RecordScreen {
     Screen() : RecordScreen("frmScouts") {}
     widgets::ListBox& list = get<widgets::ListBox>("lbScouts");
-    mutable QString clicks; ///< what each click did to a den leader's box
+    mutable QString clicks; // what each click did to a den leader's box
 
     // "@2" clicks a row of the list, "name:text" sets a combo box, "den:text" the filter's. A den leader's box gets the
     // focus by "in:Tab", loses it by "away", and takes "space" and a click, "box"; "second" is the other parent's page.

@@ -110,8 +110,8 @@ private Q_SLOTS:
         QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
-    /// Reading all records at once gives the same as a walk, in its order, even if another program moved one out of the
-    /// statement.
+    // Reading all records at once gives the same as a walk, in its order, even if another program moved one out of the
+    // statement.
     void readsAll()
     {
         fill(5);
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QCOMPARE(sid(rows), 8);
     }
 
-    /// If a damaged file can't be opened again, everything stays as it was.
+    // If a damaged file can't be opened again, everything stays as it was.
     void damagedMeanwhile()
     {
         Recordset rows = m_database->openRecordset("T");

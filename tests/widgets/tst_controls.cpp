@@ -41,7 +41,7 @@ struct CheckedForm : widgets::Form {
     QLineEdit field{this}, other{this};
     ListBox list{this};
     QPushButton save{"&Save", this}, remove{"&Delete", this};
-    QStringList done; ///< buttons that were pressed, "?" for each time that the check refused
+    QStringList done; // buttons that were pressed, "?" for each time that the check refused
 
     CheckedForm() : Form(widgets::FormKind::Window)
     {

@@ -86,7 +86,7 @@ public:
     {
     }
 
-    /// Collects the errors in the list.
+    // Collects the errors in the list.
     void run(QStringList& wrong)
     {
         for (const Field& field : m_table.fields())

@@ -19,13 +19,13 @@ using namespace orlo;
 namespace
 {
 
-/// Output folders; an empty one writes nothing.
+// Output folders; an empty one writes nothing.
 struct Folders {
     QString pdf;
     QString csv;
 };
 
-/// Runs one report and writes it under its own name into the folders; returns the number of its sheets.
+// Runs one report and writes it under its own name into the folders; returns the number of its sheets.
 int runReport(store::Database& database, const QString& file, const QString& selection, const Folders& folders)
 {
     reporting::RunRequest request;

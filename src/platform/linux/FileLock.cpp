@@ -48,7 +48,7 @@ bool isLockedByOthers(const QFile& file)
 struct FileLock::Held {
     QFile file;
     QFile lockFile;
-    struct stat status; ///< the file's state when other programs were first checked for
+    struct stat status; // the file's state when other programs were first checked for
 };
 
 FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path), QFile(), {}})

@@ -80,7 +80,7 @@ struct FileLock::Held {
     }
 
     QString path;
-    std::optional<Look> first; ///< of the file that had the name when the lock was asked for
+    std::optional<Look> first; // of the file that had the name when the lock was asked for
     HANDLE turn = nullptr;
     std::optional<Handle> file;
     std::optional<Handle> lockFile;

@@ -20,10 +20,10 @@ namespace
 
 using Handle = QPDFObjectHandle;
 
-/// The language of the reports, for screen readers.
+// The language of the reports, for screen readers.
 constexpr const char* Language = "en-US";
 
-/// Lets the library write to a sink.
+// Lets the library write to a sink.
 class SinkPipeline final : public Pipeline
 {
 public:
@@ -43,8 +43,8 @@ Handle pdfText(const QString& text)
     return Handle::newUnicodeString(text.toStdString());
 }
 
-/// Prebuilt text instead of library objects: rosters have tens of thousands of links, and building each as a dictionary
-/// takes six times as long.
+// Prebuilt text instead of library objects: rosters have tens of thousands of links, and building each as a dictionary
+// takes six times as long.
 Handle annotation(const MailLink& link, double paperHeight)
 {
     const QByteArray target = QUrl::toPercentEncoding(link.address, "@+");
@@ -72,7 +72,7 @@ void addLinks(QPDF& pdf, const PdfExtras& extras, const PartProgress& progress)
     }
 }
 
-/// The outline as a tree; a PDF viewer shows its top level first.
+// The outline as a tree; a PDF viewer shows its top level first.
 class Bookmarks
 {
 public:
@@ -99,7 +99,7 @@ public:
 private:
     struct Open {
         Handle item;
-        Handle last; ///< of its children
+        Handle last; // of its children
         int count;
     };
 
@@ -127,7 +127,7 @@ private:
         parent.last = item;
     }
 
-    /// Children of a closed entry are counted as a negative number: they stay hidden until it is opened.
+    // Children of a closed entry are counted as a negative number: they stay hidden until it is opened.
     void close()
     {
         Open& done = m_open.back();

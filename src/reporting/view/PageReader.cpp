@@ -14,7 +14,7 @@ namespace orlo::reporting
 namespace
 {
 
-/// The current page of a view as a text. The caret is where a reader has come to; it begins at the top of each page.
+// The current page of a view as a text. The caret is where a reader has come to; it begins at the top of each page.
 class PageReader : public QAccessibleWidget, public QAccessibleTextInterface
 {
 public:
@@ -113,7 +113,7 @@ public:
 private:
     [[nodiscard]] PageView& view() const { return static_cast<PageView&>(*widget()); }
 
-    /// The place of the page's text that is nearest to one that a reader knows from another page or state.
+    // The place of the page's text that is nearest to one that a reader knows from another page or state.
     [[nodiscard]] int onPage(int place) const { return std::clamp(place, 0, characterCount()); }
 
     [[nodiscard]] QWidgetList parts() const

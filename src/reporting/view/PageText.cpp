@@ -15,7 +15,7 @@ namespace orlo::reporting
 namespace
 {
 
-/// Measures positions in a line as drawn.
+// Measures positions in a line as drawn.
 class LineMeasure
 {
 public:
@@ -33,7 +33,7 @@ public:
         m_layout.endLayout();
     }
 
-    /// A position's distance from the line's left end, in points.
+    // A position's distance from the line's left end, in points.
     [[nodiscard]] double x(qsizetype place) const
     {
         const double units =
@@ -59,10 +59,10 @@ private:
     QTextLine m_whole;
 };
 
-/// A text without accents, and where its characters came from.
+// A text without accents, and where its characters came from.
 struct Folded {
     QString text;
-    std::vector<qsizetype> places; ///< empty if nothing moved
+    std::vector<qsizetype> places; // empty if nothing moved
 
     [[nodiscard]] qsizetype placeOf(qsizetype i) const { return places.empty() ? i : places[std::size_t(i)]; }
 };
@@ -82,7 +82,7 @@ Folded folded(const QString& text)
     return result;
 }
 
-/// Matches a text on a page: any blanks match, and lines may be broken after separators within a word.
+// Matches a text on a page: any blanks match, and lines may be broken after separators within a word.
 QRegularExpression patternOf(const QString& text)
 {
     QString pattern;
