@@ -313,6 +313,7 @@ private Q_SLOTS:
         place.make("Backups/Old/Older/");
         const Screen screen(Restore);
         QCOMPARE(screen.drives.text(), place.shown());
+        QCOMPARE(screen.drives.count(), place.drives.size());
         QCOMPARE(screen.shown(), '[' + place.shown() + "]| Backups| Empty");
         screen.open("Backups");
         QTest::keyClick(&screen.folders, Qt::Key_H, Qt::ControlModifier);
