@@ -93,6 +93,9 @@ private Q_SLOTS:
         control<QLineEdit>(list, "txtStartDate").setText("1/1/2000");
         control<QPushButton>(list, "cmdCreate").click();
         addCut(list, faults);
+        QApplication::setFont(QFont(before.family(), 20)); // while they are open
+        for (const auto* window : QApplication::topLevelWidgets())
+            addCut(*window, faults);
         QApplication::setFont(before);
         QCOMPARE(QStringList(faults.begin(), faults.end()).join(", "), QString());
     }
