@@ -225,7 +225,8 @@ double val(QStringView text)
         else if (c == u'.' && !point && !exponent) {
             point = true;
             digits += c;
-        } else if ((c == u'e' || c == u'E' || c == u'd' || c == u'D') && !exponent) {
+        } else if ((c == u'e' || c == u'E' || c == u'd' || c == u'D') && !exponent && !digits.isEmpty() &&
+                   digits.back().isDigit()) {
             exponent = true;
             digits += u'e';
         } else

@@ -357,7 +357,7 @@ private Q_SLOTS:
                 const bool opened = one.exitCode() == 0;
                 QVERIFY2(opened || &one == opening.data() || said.startsWith("Another program is using"),
                          said.constData());
-                met += opened && others > 0;
+                met += opened && &one != opening.data();
             }
             QVERIFY(contents(path()) == former || contents(kept()) == former);
             met += others == 0 && contents(path()) == former && files().size() > 1;
@@ -447,7 +447,7 @@ static int openAlone(const QStringList& arguments)
     test::endProgramsWithUs();
     const auto failure = test::failureOf([&] { return openFile(arguments[0]); });
     QTextStream(stderr) << (failure ? failure->description() : QString());
-    return failure ? failure->number() % 256 : 0;
+    return failure ? std::max(failure->number() % 256, 1) : 0;
 }
 
 ORLO_TEST(tst_jet, openAlone)

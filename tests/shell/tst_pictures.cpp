@@ -13,8 +13,8 @@
 
 using namespace orlo;
 
-// What the screens show, as texts: every control of a window when it opens, and what each step of work changes. Whoever
-// wants a text otherwise finds the new one whole in the failed test's output.
+// What the screens show, as texts: every control of a window when it opens, and what each step of work changes. To
+// change a text, copy the new one from the failed test's output.
 class tst_pictures : public QObject
 {
     Q_OBJECT
@@ -64,10 +64,9 @@ private:
         QCOMPARE(seen, wanted.trimmed().split('\n'));
     }
 
-    // A case begins with the form's name and, if it isn't the small pack, with what the file holds
-    // instead or, after a plus sign, as well. Then each step is a
-    // line "> words", and the lines below it are what it changed: controls, answered boxes, the log of a dialog that it
-    // worked. "> Select" shows what is stored.
+    // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead or, after a
+    // plus sign, as well. Then each step is a line "> words", and the lines below it are what it changed: controls,
+    // answered boxes, the log of a dialog that it worked. "> Select" shows what is stored.
     void play()
     {
         const QString text = test::cell("case").trimmed();
@@ -97,7 +96,7 @@ private:
                 seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
                 continue;
             }
-            unanswered.start(3000);
+            unanswered.start(30000);
             screen.told.clear();
             screen.log.clear();
             screen.run(line.sliced(2));
@@ -108,6 +107,9 @@ private:
                                    : "not asked";
             const bool open = test::loadedForm(form);
             const QStringList now = open ? test::pictureOf(screen.form) : QStringList("closed");
+            for (const QString& control : std::as_const(before))
+                if (open && now.filter(QRegularExpression('^' + control.section(':', 0, 0) + ':')).isEmpty())
+                    seen += control.section(':', 0, 0) + ": -"; // nothing is left to tell
             for (const QString& control : now)
                 seen += before.contains(control) ? QStringList() : QStringList(control);
             before = now;

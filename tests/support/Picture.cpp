@@ -74,14 +74,15 @@ QString stateOf(const QWidget& control, What what)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
         state += rowsOf(*view);
-    if (state.isEmpty())
-        return {};
-    add(all && !control.accessibleName().isEmpty(), "called " + quoted(control.accessibleName()));
-    add(all && !control.toolTip().isEmpty(), "tip " + quoted(control.toolTip()));
+    const bool says = !state.isEmpty();
+    if (!says && qobject_cast<QStackedWidget*>(control.parentWidget()))
+        return {}; // a page, which its tab shows
+    add(says && all && !control.accessibleName().isEmpty(), "called " + quoted(control.accessibleName()));
+    add(says && all && !control.toolTip().isEmpty(), "tip " + quoted(control.toolTip()));
     add(!control.isEnabledTo(control.parentWidget()), "off");
-    add(control.isHidden(), "hidden");
+    add(control.isHidden() && !qobject_cast<const QMenu*>(&control), "hidden");
     for (const char* size : {"chars", "mostChars", "edge"})
-        add(all && control.property(size).isValid(), size + (' ' + control.property(size).toString()));
+        add(says && all && control.property(size).isValid(), size + (' ' + control.property(size).toString()));
     return state.join(", ");
 }
 

@@ -47,8 +47,9 @@ struct RecordScreen {
     /// the next box, other words are clicks; underscores stand for blanks. A dialog that the steps leave open is
     /// cancelled. The log says whether they did, and for the state before the last step that it saw, whether it could
     /// be saved or find, and its boxes and lists.
-    static bool set(QWidget& window, const QString& step);
     void work(const QPointer<QWidget>& dialog, const QStringList& steps) const;
+    /// Does such a step if it sets or picks something; false if it is another.
+    static bool set(QWidget& window, const QString& step);
     /// Puts a different value into every control that the file names, a line "txtCity City Bern" for each, saves, steps
     /// to the next record and back, and returns each control that doesn't show its value then, and each field that
     /// doesn't hold it, or the fourth word. "- Field" is one without a control of its own; a field of the schema that
