@@ -69,7 +69,8 @@ private:
 
     void show(const QString& said)
     {
-        m_view.setAccessibleDescription(said);
+        if (m_view.accessibleDescription() != said) // Qt would announce the same one again
+            m_view.setAccessibleDescription(said);
         if (said.isEmpty())
             return;
         QPainter painter(m_view.viewport());

@@ -365,6 +365,7 @@ void Connection::forget()
 void Connection::deferFlushing()
 {
     run("PRAGMA journal_mode=DELETE;PRAGMA synchronous=OFF;PRAGMA locking_mode=EXCLUSIVE;PRAGMA cache_size=-4000");
+    run("BEGIN EXCLUSIVE;COMMIT"); // the lock is kept from the first use on
     m_versionSeen = version();
     m_alone = true;
 }

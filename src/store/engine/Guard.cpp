@@ -18,8 +18,8 @@ namespace
 constexpr int StepsBetweenChecks = 1'000'000;
 constexpr int MaxChecks = 2000;
 
-// Names of the engine's tables and of SQLite's table-valued functions. Called for every field of a statement, so that
-// the first letter is looked at first.
+// Names of the engine's tables and of SQLite's table-valued functions. Called for every field of a statement, so
+// the first letter is compared first.
 bool isHidden(const char* table)
 {
     const auto begins = [table](std::string_view name) {
