@@ -77,7 +77,7 @@ private Q_SLOTS:
         both("Select Assigned_SID, Scout_SID, Insignia_SID, Quantity, Year = Substr(Date_Assigned, 1, 4) And "
              "Month = 0 + Substr(Date_Assigned, 6, 2) From Assigned_Awards_Scouts");
         both("Select julianday(Max(Date_Assigned)) - julianday(Min(Date_Assigned)) From Assigned_Awards_Scouts");
-        both("Select Count(Distinct Lower(Last_Name)), Count(Distinct City), Count(Distinct Birth_Date) > 50 From "
+        both("Select Count(Distinct Lower(Last_Name)), Count(Distinct City), Count(Distinct MI), Count(Distinct Birth_Date) > 50 From "
              "Scouts");
         both("Select Insignia_Type From Insignias");
         both("Select Den_Title, Sort_Order From Den_Titles");
@@ -103,7 +103,7 @@ private Q_SLOTS:
     void reports()
     {
         QCOMPARE(orloDb({"new", "A.mdb", "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
-        orlo::test::write("one.rpt", "source {\nSelect Scout_SID As S From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
+        orlo::test::write("one.rpt", "source {\nSelect Scout_SID As S, Null As N From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
                                      "line 9in 1pt\n}\n}\n");
         const auto run =
             orloDb({"A.mdb", "one.rpt", "none.rpt", "--csv", ".", "--pdf", ".", "--select", "{S} < 3"}, "orlo-report");
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(run.errors, QString("This reaches beyond the right margin. (one.rpt, line 7, column 6)\n"
                                      "orlo-report: The report file can't be found. (none.rpt)\n"));
         QCOMPARE(run.status, 1);
-        QCOMPARE(contents("one.csv"), "\xEF\xBB\xBFS\r\n1\r\n2\r\n");
+        QCOMPARE(contents("one.csv"), "\xEF\xBB\xBFS,N\r\n1,\r\n2,\r\n");
         QVERIFY(contents("one.pdf").startsWith("%PDF-"));
     }
 
