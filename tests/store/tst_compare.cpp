@@ -77,7 +77,8 @@ private Q_SLOTS:
         both("Select Assigned_SID, Scout_SID, Insignia_SID, Quantity, Year = Substr(Date_Assigned, 1, 4) And "
              "Month = 0 + Substr(Date_Assigned, 6, 2) From Assigned_Awards_Scouts");
         both("Select julianday(Max(Date_Assigned)) - julianday(Min(Date_Assigned)) From Assigned_Awards_Scouts");
-        both("Select Count(Distinct Lower(Last_Name)), Count(Distinct City), Count(Distinct MI), Count(Distinct Birth_Date) > 50 From "
+        both("Select Count(Distinct Lower(Last_Name)), Count(Distinct City), Count(Distinct MI), Count(Distinct "
+             "Birth_Date) > 50 From "
              "Scouts");
         both("Select Insignia_Type From Insignias");
         both("Select Den_Title, Sort_Order From Den_Titles");
@@ -103,8 +104,9 @@ private Q_SLOTS:
     void reports()
     {
         QCOMPARE(orloDb({"new", "A.mdb", "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
-        orlo::test::write("one.rpt", "source {\nSelect Scout_SID As S, Null As N From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
-                                     "line 9in 1pt\n}\n}\n");
+        orlo::test::write("one.rpt",
+                          "source {\nSelect Scout_SID As S, Null As N From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
+                          "line 9in 1pt\n}\n}\n");
         const auto run =
             orloDb({"A.mdb", "one.rpt", "none.rpt", "--csv", ".", "--pdf", ".", "--select", "{S} < 3"}, "orlo-report");
         QCOMPARE(run.said, QString("   1 one\n"));
