@@ -114,8 +114,7 @@ private:
             QString tried;
             for (const uint c : given)
                 tried += QChar::fromUcs4(otherCharacter(c));
-            if (i + 1 == MaxTries ||
-                (!m_given.contains(tried) && !m_words.contains(tried) && tried != text.toLower()))
+            if (i + 1 == MaxTries || (!m_given.contains(tried) && !m_words.contains(tried) && tried != text.toLower()))
                 made = tried;
         }
         m_given.insert(made);
