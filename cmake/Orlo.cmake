@@ -30,7 +30,8 @@ file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.h ${PROJ
 if(CLANG_FORMAT)
     add_custom_target(format COMMAND ${CLANG_FORMAT} -i ${sources} VERBATIM)
 endif()
-if(RUN_CLANG_TIDY) # its parser stumbles over the PDF library's headers; a unity build has each room as one file
+# Lint reads each room as one file, without precompiled headers; its parser stumbles over the PDF library's headers.
+if(RUN_CLANG_TIDY AND CMAKE_UNITY_BUILD)
     add_custom_target(lint
         COMMAND ${RUN_CLANG_TIDY} -quiet -p ${CMAKE_BINARY_DIR} -checks=-bugprone-suspicious-include
             "-header-filter=^${PROJECT_SOURCE_DIR}/(src|tools)/"
@@ -45,9 +46,12 @@ function(orlo_room name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC orlo_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE})
     if(ARG_FORMS)
+        orlo_common_headers(${name} screen)
         set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTOGEN_ORIGIN_DEPENDS OFF)
         if(TARGET lint)
             add_dependencies(lint ${name}_autogen) # the forms' headers
         endif()
+    else()
+        orlo_common_headers(${name} core)
     endif()
 endfunction()
