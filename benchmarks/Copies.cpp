@@ -57,6 +57,17 @@ Work repairPack(const PackFile& file)
     };
 }
 
+// A sound file is checked, and rewritten with each table's pages in sequence.
+Work repairByHand(const PackFile& file)
+{
+    return [&file] {
+        return waited([&file] {
+            const PlainDatabase database(file.path());
+            database.run("PRAGMA integrity_check;VACUUM");
+        });
+    };
+}
+
 } // namespace
 
 void copyFiles(Table& table)
@@ -66,7 +77,8 @@ void copyFiles(Table& table)
     for (const auto& [work, direction] : {std::pair("backup: ten times the scouts", Direction::Backup),
                                           {"restore: ten times the scouts", Direction::Restore}})
         table.compare({work, "1,000 scouts", 11.0, copyPack(file, direction), copyPack(small, direction), 7});
-    table.compare({"repair: ten times the scouts", "1,000 scouts", 11.0, repairPack(file), repairPack(small), 7});
+    table.compare(
+        {"repair a file of 10,000 scouts", "integrity_check and VACUUM", 1.2, repairPack(file), repairByHand(file), 7});
 }
 
 // The automatic copy before the first change of a day: how much longer a save then takes.
