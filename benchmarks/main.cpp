@@ -7,6 +7,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cstdio>
+
 using namespace orlo;
 
 namespace
@@ -34,6 +37,15 @@ int main(int argc, char** argv)
     widgets::Application application(argc, argv);
     benchmark::Initialize(&argc, argv);
     const QStringList wanted = QCoreApplication::arguments().mid(1);
+    for (const QString& name : wanted)
+        if (std::ranges::none_of(Subjects,
+                                 [&](const Subject& subject) { return name == QLatin1StringView(subject.name); })) {
+            std::fprintf(stderr, "There is no subject %s; there are:", qUtf8Printable(name));
+            for (const Subject& subject : Subjects)
+                std::fprintf(stderr, " %s", subject.name);
+            std::fputs("\n", stderr);
+            return 2;
+        }
     bench::Table table;
     for (const Subject& subject : Subjects)
         if (wanted.isEmpty() || wanted.contains(QLatin1StringView(subject.name)))
