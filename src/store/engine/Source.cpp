@@ -188,7 +188,7 @@ std::vector<Field> resultFields(Connection& connection, Statement& statement, co
         if (const char* declared = sqlite3_column_decltype(handle, i))
             field = declaredField(declared);
         else if (known && static_cast<int>(known->size()) == count)
-            field.type = computedType((*known)[static_cast<std::size_t>(i)].kind);
+            field.type = computedType(known->at(i).kind);
         field.name = QString::fromUtf8(sqlite3_column_name(handle, i));
         if (const char* column = sqlite3_column_origin_name(handle, i)) {
             int counter = 0;
