@@ -152,53 +152,6 @@ private Q_SLOTS:
         QCOMPARE(contents(csv("both/other/a_b.csv")), "first\n");
     }
 
-    void damagedFileIsRepaired()
-    {
-        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
-        const Run sound = orloDb({"check", out()});
-        QVERIFY2(sound.status == 0 && sound.said.contains("sound\n"), qPrintable(sound.said + sound.errors));
-        orlo::test::write(out(), contents(out()).replace(100, 3996, QByteArray(3996, '\0')));
-        QCOMPARE(orloDb({"check", out()}).status, 1);
-        const Run repaired = orloDb({"repair", out()});
-        QVERIFY2(repaired.status == 0 && repaired.said.contains("new (damaged).mdb"), qPrintable(repaired.errors));
-        const qsizetype rows = sound.said.indexOf("\n  ");
-        QCOMPARE(orloDb({"check", out()}).said, sound.said);
-        QCOMPARE(repaired.said.sliced(repaired.said.indexOf("\n  ")), sound.said.sliced(rows));
-        sqlite(out(), "Pragma ignore_check_constraints = On; Update Dens Set Den_Number = 'x' Where Den_SID = 1");
-        orlo::test::write(out(), orlo::test::withoutRootOf(out(), "Adults"));
-        const Run incomplete = orloDb({"repair", out()});
-        QCOMPARE(incomplete.status, 3);
-        QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
-    }
-
-    // Another program's file and one of a later version stay as they are.
-    void refusesOtherFiles_data() { test::tableOf("store/orlodb/otherFiles.txt"); }
-    void refusesOtherFiles()
-    {
-        if (!test::cell("statement").startsWith("Create"))
-            QCOMPARE(orloDb({"new", out()}).status, 0);
-        sqlite(out(), test::cell("statement").toUtf8());
-        const QByteArray before = contents(out());
-        orlo::test::write(csv("Dens.csv"), "Den_Number,Den_Type\n1,Wolf\n");
-        const Run run =
-            orloDb({test::cell("command"), out(), csv() + (test::cell("command") == "export" ? "/all" : "")});
-        QCOMPARE(run.status, 1);
-        QVERIFY2(run.errors.contains(test::cell("says")), qPrintable(run.errors));
-        QVERIFY(contents(out()) == before);
-    }
-
-    void usage_data() { test::tableOf("store/orlodb/usage.txt"); }
-    void usage()
-    {
-        const QStringList words = test::cell("command").replace("OUT", out()).split(u' ');
-        const Run run = orloDb(words.mid(1), words[0]);
-        QCOMPARE(run.status, test::cell("status").toInt());
-        const QString line = (run.status == 0 ? run.said : run.errors).section(u'\n', 0, 0);
-        QVERIFY2(line.endsWith(test::cell("says")), qPrintable(line));
-        QCOMPARE(run.errors.contains("Usage: "), run.status == 2);
-        QCOMPARE(made(), QStringList());
-    }
-
     // The small pack's file gets the rows while another connection has it open. A dry run prints the same and does
     // nothing.
     void imports_data() { test::cases({"files", "said", "select", "rows"}, "store/orlodb/import.txt"); }

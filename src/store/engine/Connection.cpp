@@ -99,7 +99,11 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
     const int code = sqlite3_prepare_v3(m_db, sql.constData(), static_cast<int>(sql.size()) + 1,
                                         toKeep ? SQLITE_PREPARE_PERSISTENT : 0, &prepared->handle, nullptr);
     m_watch.guarding = false;
-    if (const QByteArray name = m_watch.hidden; code == SQLITE_AUTH && isOfFile(name)) {
+    if (const QByteArray name = m_watch.hidden; code == SQLITE_AUTH && !name.isEmpty()) {
+        if (!isOfFile(name))
+            throw RuntimeError(platform::UnknownTable, databaseSource(),
+                               platform::standardDescription(platform::UnknownTable) +
+                                   QStringLiteral(" (%1)").arg(QString::fromUtf8(name)));
         m_watch.ofFile.insert(name);
         return prepare(sql, origin, toKeep);
     }
@@ -113,7 +117,7 @@ std::shared_ptr<Statement::Prepared> Connection::prepare(const QByteArray& sql, 
 // True for a table or query of another tool whose name only looks like one of SQLite's own.
 bool Connection::isOfFile(const QByteArray& name)
 {
-    if (name.isEmpty() || isEngineTable(name.constData()) || m_watch.ofFile.contains(name))
+    if (isEngineTable(name.constData()) || m_watch.ofFile.contains(name))
         return false;
     auto found = statement("SELECT 1 FROM sqlite_master WHERE name = ?1 AND (type = 'view' OR type = 'table' AND "
                            "substr(sql, 1, 14) <> 'CREATE VIRTUAL')");
