@@ -60,6 +60,24 @@ private Q_SLOTS:
         QTEST(test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0), "kept");
     }
 
+    // What a set shows of a value that another tool stored in a field without limits, and of what kind it is.
+    void stored_data() { test::tableOf("store/stored.txt"); }
+    void stored()
+    {
+        const auto [stored, field] = test::cells("stored", "field");
+        test::sqlite(m_path, QString("Create Table L(Born DATETIME, Size DOUBLE, Whole BIGINT, Big INT, Mail BOOLEAN, "
+                                     "Name TEXT(3), Other); Insert Into L(%1) Values(%2)")
+                                 .arg(field, stored)
+                                 .toUtf8());
+        const Value value = m_database->openRecordset("L")[field];
+        const QString kind = value.isNull()   ? "nothing"
+                             : value.isBool() ? "yes/no"
+                             : value.isDate() ? "date"
+                             : value.isText() ? "text"
+                                              : "number";
+        QTEST((kind + ' ' + value.textOrEmpty()).trimmed(), "shown");
+    }
+
     void refusedUpdatesKeepTheBuffer()
     {
         fill(2);
