@@ -5,12 +5,14 @@
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 
 #include <functional>
+#include <optional>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -37,6 +39,8 @@ private Q_SLOTS:
             {"empty", ""},
             {"another format", "Standard something" + sound.sliced(18)},
             {"cut off", sound.first(2000)},
+            {"shorter than its head", sound.first(99)},
+            {"of a later kind", QByteArray(sound).replace(18, 1, "\3")},
             {"overwritten", QByteArray(sound).replace(100, 400, QByteArray(400, '\xA5'))}};
         test::write(m_path, damaged.value(file, sound));
         sqlite3* other = nullptr;
@@ -45,9 +49,15 @@ private Q_SLOTS:
             sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
         }
         const QString name = file == "missing" ? "\\Packs.mdb" : file == "folder" ? "" : "\\PACK.MDB";
-        const int number = test::failureNumber([&] { return DBEngine::openDatabase(m_folder->path() + name); });
+        std::optional<test::Forbidden> forbidden;
+        if (file.startsWith("forbidden"))
+            forbidden.emplace(m_path, file.endsWith("file") ? test::Forbidden::File : test::Forbidden::Folder);
+        const auto failure = test::failureOf([&] { return DBEngine::openDatabase(m_folder->path() + name); });
+        forbidden.reset();
         sqlite3_close(other);
-        QTEST(QString::number(number), "number");
+        const QString said =
+            failure ? QString("%1 %2").arg(failure->number()).arg(failure->description()) : QString("opened");
+        QTEST(QString(said).remove(QDir::toNativeSeparators(m_folder->path())).replace('\\', '/').trimmed(), "said");
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
