@@ -123,14 +123,19 @@ private Q_SLOTS:
                          before.toUtf8());
         if (!root.isEmpty())
             write(path, test::withoutRootOf(path, root));
-        const QString which = QString("Select pageno - 1 From dbstat Where pagetype = '%1' And name = '%2' "
-                                      "Order By path Limit 1 Offset 3")
-                                  .arg(lost.section(u' ', 0, 0), lost.section(u' ', 1, 1));
-        const qsizetype page = sqlite(path, which.toUtf8()).value(0).toInt() * PageSize;
+        const auto pageOf = [&path](const QString& kind, const QString& table) {
+            const QString which = QString("Select pageno - 1 From dbstat Where pagetype = '%1' And name = '%2' "
+                                          "Order By path Limit 1 Offset 3")
+                                      .arg(kind, table);
+            return sqlite(path, which.toUtf8()).value(0).toInt() * PageSize;
+        };
+        const qsizetype page = pageOf(lost.section(u' ', 0, 0), lost.section(u' ', 1, 1));
+        const QByteArray instead = lost.endsWith("rows") ? contents(path).sliced(pageOf("leaf", "Scouts"), PageSize)
+                                                         : QByteArray(PageSize, '\0');
         if (lost.endsWith("unreadable"))
             test::failReads(page, page + PageSize);
         else if (!lost.isEmpty())
-            write(path, contents(path).replace(page, PageSize, QByteArray(PageSize, '\0')));
+            write(path, contents(path).replace(page, PageSize, instead));
         const Repaired repaired = DBEngine::repairDatabase(path, schema::versions());
         test::failReads(0, 0);
         const int awards = sqlite(path, "Select Count(*) From Assigned_Awards_Scouts")[0].toInt();

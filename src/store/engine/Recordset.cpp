@@ -377,7 +377,6 @@ void Recordset::remove()
     m_numbers.erase(m_numbers.begin() + m_place);
     --m_size;
     m_removed = true;
-    m_block.reset();
 }
 
 // A set's own insert or removal doesn't outdate its list of rows.
