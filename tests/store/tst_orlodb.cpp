@@ -72,36 +72,6 @@ private Q_SLOTS:
             QCOMPARE(rows("Select * From " + one), QString());
     }
 
-    // A table or field added by others is exported too, but doesn't prevent the rest from being read again.
-    void exportIsReadAgain()
-    {
-        orlo::test::write(csv("Scouts.csv"), "Scout_SID,Note,Birth_Date,Boys_Life,City,School\n"
-                                             "7,\"a \"\"b\"\",\r\nc\",1001-01-01,True,,\"\"\n");
-        orlo::test::write(csv("Dens.csv"), "Den_SID,Den_Number\n-1,0.1\n2,1e-05\n");
-        QCOMPARE(orloDb({"new", out(), "--from", csv()}).errors, QString());
-        sqlite(out(), "Alter Table Dens Add Own Text; Create Table Mine (a); Insert Into Mine Values ('x')");
-        const QString first = m_folder->filePath("first");
-        QCOMPARE(orloDb({"export", out(), first}).errors, QString());
-        QCOMPARE(contents(first + "/other/Mine.csv"), "a\nx\n");
-        QVERIFY(contents(first + "/Scouts.csv").contains(",1001-01-01,"));
-        QVERIFY(contents(first + "/other/Dens.csv")
-                    .startsWith("Den_SID,Den_Number,Den_Name,Den_Type,Year_Started,"
-                                "Active,Own\n-1,0.1,"));
-        const QString again = m_folder->filePath("again.mdb");
-        const QString second = m_folder->filePath("second");
-        QCOMPARE(orloDb({"new", again, "--from", first}).errors, QString());
-        QCOMPARE(orloDb({"export", again, second}).errors, QString());
-        QCOMPARE(QDir(second).entryList(QDir::Files).size(), std::ssize(schema::tables()));
-        for (const QString& file : QDir(second).entryList(QDir::Files))
-            QCOMPARE(contents(second + u'/' + file), contents(first + u'/' + file));
-        QCOMPARE(sqlite(again, "Select Note, Birth_Date, Boys_Life, City, School From Scouts"),
-                 QStringList{"a \"b\",\r\nc|1001-01-01|1|Null|"});
-        QVERIFY(orloDb({"export", again, second}).errors.contains("isn't empty"));
-        orlo::test::write(again, "mine");
-        const Run refused = orloDb({"new", again});
-        QVERIFY(refused.status == 1 && refused.errors.contains("is there already") && contents(again) == "mine");
-    }
-
     // Commands that only look change nothing in the file or beside it, and need no write permission.
     void onlyLooks_data() { test::tableOf("store/orlodb/onlyLooks.txt"); }
     void onlyLooks()
@@ -136,9 +106,6 @@ private Q_SLOTS:
     void unreadableTable()
     {
         QCOMPARE(orloDb({"new", out()}).status, 0);
-        sqlite(out(), "Create Virtual Table fts_notes Using fts5(a)");
-        const Run checked = orloDb({"check", out()});
-        QVERIFY(checked.status == 1 && checked.errors.contains("fts_notes") && checked.said.contains("Scouts"));
         sqlite(out(), "Create Table Mine (a); Insert Into Mine Values ('x'), (Hex(Zeroblob(9000)))");
         const int end = 4096 * sqlite(out(), "Select pageno From dbstat Where name = 'Mine' And pagetype = 'overflow' "
                                              "Order By path")[1]
@@ -146,7 +113,7 @@ private Q_SLOTS:
         orlo::test::write(out(), contents(out()).replace(end - 4096, 4096, QByteArray(4096, '\0')));
         const Run exported = orloDb({"export", out(), csv("all")});
         QVERIFY(exported.errors.contains("Mine: ") && !QFile::exists(csv("all/other/Mine.csv")));
-        QVERIFY(exported.status == 1 && exported.errors.contains("fts_notes") && QFile::exists(csv("all/Scouts.csv")));
+        QVERIFY(exported.status == 1 && QFile::exists(csv("all/Scouts.csv")));
         sqlite(out(), "Create Table [a/b] (first); Create Table [a\\b] (second)"); // one file's name for both
         QVERIFY(orloDb({"export", out(), csv("both")}).errors.contains("a_b.csv"));
         QCOMPARE(contents(csv("both/other/a_b.csv")), "first\n");
