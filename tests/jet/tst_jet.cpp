@@ -2,7 +2,11 @@
 #include "platform/Application.h"
 #include "platform/System.h"
 #include "store/engine/TableDef.h"
+#include "store/jet/Definitions.h"
 #include "store/jet/FormerFile.h"
+#include "store/jet/FormerRows.h"
+#include "store/jet/HelperStream.h"
+#include "store/jet/Import.h"
 #include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
@@ -355,6 +359,50 @@ private Q_SLOTS:
         QVERIFY2(failure->description().contains(test::cell("words")), qPrintable(failure->description()));
         QCOMPARE(contents(path()), bytes);
         QCOMPARE(files(), (QStringList{u"QUORREL11.ldb"_s, u"Quorrel11.mdb"_s, u"Quorrel11.mdb.new"_s}));
+    }
+
+    // What is made of a reader's stream, numbers as their width and value and texts with their length, and of how the
+    // reader ends.
+    void streams_data() { test::cases({"stream", "ends", "told"}, u"jet/streams.txt"_s); }
+    void streams()
+    {
+        if (QDir::separator() == u'\\')
+            test::skip(u"no script can be the reader here"_s);
+        static const QRegularExpression part(u"(\\d):(-?[\\d.]+)|\"([^\"]*)\"|fields (\\d+)"_s);
+        const auto number = [](qint64 value, int width) {
+            return QByteArray(reinterpret_cast<const char*>(&value), width);
+        };
+        const auto text = [&](const QString& letters) {
+            return number(2 * letters.size(), 4) + JetPages::wide(letters);
+        };
+        QByteArray bytes;
+        for (const auto& match : part.globalMatch(test::cell("stream")))
+            if (const int fields = match.captured(4).toInt()) {
+                bytes += number(fields, 2);
+                for (int i = 1; i <= fields; ++i)
+                    bytes += text('F' + QString::number(i)) + number(5, 1) + number(9, 2);
+            } else
+                bytes += match.hasCaptured(1) ? number(match.captured(2).toLongLong(), match.captured(1).toInt())
+                                              : text(match.captured(3));
+        write(bytes);
+        const QString reader = m_folder->filePath(u"reader"_s);
+        test::write(reader, "#!/bin/sh\ncat \"$1\"\n" + test::cell("ends").toUtf8());
+        QVERIFY(QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner));
+        QStringList told;
+        const auto failure = test::failureOf([&] {
+            store::jet::HelperStream stream(reader, path());
+            const store::jet::Definitions definitions = store::jet::readDefinitions(stream);
+            for (const store::jet::FormerTable& table : definitions.tables) {
+                store::jet::FormerRows rows(stream, table);
+                while (rows.next())
+                    for (const store::jet::SourceValue& value : rows.row())
+                        told += store::jet::textOf(value);
+                told += store::words(rows.count()).trimmed();
+            }
+            store::jet::finishStream(stream);
+            told += definitions.report;
+        });
+        QCOMPARE((failure ? failure->description() : told.join(u'\n')).trimmed(), test::cell("told").trimmed());
     }
 
     // A program without its reader beside it doesn't know the format; the same if the reader lacks its library.
