@@ -98,7 +98,8 @@ private:
         if (word == "pack") // the small pack
             sqlite(words[0], contents(ORLO_SOURCE_DIR "/tests/support/pack.sql"));
         else if (word == "write")
-            orlo::test::write(words[0], QString(rest).replace("\\n", "\n").toUtf8());
+            orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
+                              QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8());
         else if (word == "zero")
             orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
                                                                    QByteArray(words[2].toInt(), '\0')));

@@ -46,17 +46,6 @@ private Q_SLOTS:
         QCOMPARE(made(), QStringList());
     }
 
-    void cellsBecomeValues()
-    {
-        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/tests/store/orlodb/values"}).errors, QString());
-        QCOMPARE(made(), QStringList("new.mdb"));
-        // A field that no file names gets its default.
-        QCOMPARE(rows("Select First_Name, Note, Birth_Date, Boys_Life, City, School, BSA_Number, Years_In_Scouts, "
-                      "Parent1_Use_Scout_Add "
-                      "From Scouts Order By Scout_SID"),
-                 "Zoë \"Z\"|a,\r\nb|2016-06-07|1|Null|||Null|1; O'Brien|Null|2016-06-07|0| |x|12 |3.0|1");
-    }
-
     // Every link of the sample leads to a row, and every award's year and month are those of its date.
     void samplePack()
     {

@@ -167,20 +167,6 @@ private Q_SLOTS:
         QCOMPARE(sqlite(path, "Select * From Dens"), dens);
     }
 
-    void version10()
-    {
-        const QString path = m_folder.filePath("10.mdb");
-        auto made = DBEngine::createDatabase(path);
-        createSchema(made, schema::V10);
-        made.close();
-        sqlite(path, "Insert Into Adults (Adult_SID) Values (1), (2)");
-        const QByteArray look = "Select Count(*) From Adults; Select Count(*) From sqlite_master Where type = 'table'";
-        const QStringList before = sqlite(path, look);
-        write(path, test::withoutRootOf(path, "Dens"));
-        repair(path);
-        QCOMPARE(sqlite(path, look), before);
-    }
-
     // Bytes overwritten at random, or the end cut off: whatever happens ends with a numbered failure, and most rows on
     // untouched pages come back.
     void randomDamage()
