@@ -176,6 +176,11 @@ private Q_SLOTS:
         QCOMPARE(found.fields().size(), std::size_t(7));
         QCOMPARE(found.indexes().at(1).name, "Colour");
 
+        const QByteArray written =
+            "Select sql From sqlite_master Where tbl_name = 'Dens' And sql Not Null Order By name";
+        QCOMPARE(test::sqlite(m_path, written).join(' ').simplified(),
+                 QString(test::contents(ORLO_SOURCE_DIR "/tests/store/changed.sql")).simplified());
+
         const Field counter{"Number", FieldType::Long, 0, false, true};
         const Index primary{"Other", {"Flag"}, true, true, true};
         const Index unique{"Apart", {"Colour"}, false, true};
