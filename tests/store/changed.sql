@@ -6,6 +6,7 @@ CREATE TABLE "Dens"(
     "Active" TEXT(255) COLLATE NOCASE CONSTRAINT "Active kind" CHECK(typeof("Active") IN ('text','null')) CONSTRAINT "Active size" CHECK(length("Active")<=255),
     "Colour" TEXT(3) COLLATE NOCASE CONSTRAINT "Colour kind" CHECK(typeof("Colour") IN ('text','null')) CONSTRAINT "Colour size" CHECK(length("Colour")<=3),
     "Flag" BOOLEAN DEFAULT 1 CONSTRAINT "Flag kind" CHECK("Flag" IN (0,1)),
+    "Free" TEXT(255) COLLATE NOCASE CONSTRAINT "Free kind" CHECK(typeof("Free") IN ('text','null')),
     CONSTRAINT "Dens_PK" PRIMARY KEY("Den_SID" COLLATE BINARY)
 )
 

@@ -161,6 +161,7 @@ private Q_SLOTS:
         dens.appendField({"Colour", FieldType::Text, 3, true});
         QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(7));
         dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
+        dens.appendField({"Free", FieldType::Text, 0, true});
         dens.deleteField(u"den_name");
         dens.appendIndex({"Colour", {"Colour"}});
 
@@ -173,7 +174,7 @@ private Q_SLOTS:
         rows.update();
         database.execute("Update Dens Set Colour = 'RED' Where Den_SID = 1");
         TableDef found = database.tableDef(u"Dens");
-        QCOMPARE(found.fields().size(), std::size_t(7));
+        QCOMPARE(found.fields().size(), std::size_t(8));
         QCOMPARE(found.indexes().at(1).name, "Colour");
 
         const QByteArray written =
