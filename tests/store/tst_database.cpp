@@ -61,16 +61,6 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
-    // On systems where a backslash in a folder's name is an ordinary character.
-    void backslashInTheFoldersName()
-    {
-        if (QDir().mkpath(m_folder->filePath("a\\b")) &&
-            QDir(m_folder->path()).entryList(QDir::Dirs).contains("a\\b")) {
-            QVERIFY(QFile::copy(m_path, m_folder->filePath("a\\b/Pack.mdb")));
-            DBEngine::openDatabase(m_folder->path() + "/a\\b\\PACK.mdb").close();
-        }
-    }
-
     void closedFileIsAllThereIs()
     {
         Database database = DBEngine::openDatabase(m_path);
