@@ -96,6 +96,23 @@ private Q_SLOTS:
         QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
     }
 
+    // What a path of the program's means: names in any case, backslashes between them, but the one that is there as
+    // written counts first.
+    void paths_data() { test::tableOf("platform/platform_paths.txt"); }
+    void paths()
+    {
+        if (QDir::separator() == u'\\')
+            QSKIP("the system does it");
+        const QTemporaryDir folder;
+        for (const char* name : {"Sub", "sub2/Deep", "both", "BOTH", "back\\slash"})
+            QVERIFY(QDir(folder.path()).mkpath(name));
+        for (const char* name : {"Sub/File.mdb", "sub2/Deep/x", "both/a", "BOTH/B", "back\\slash/Pack.mdb", ".Hidden"})
+            test::write(folder.filePath(name), "x");
+        const QString found = nativePath(folder.path() + test::cell("named"));
+        QTEST(found.mid(folder.path().size()), "found");
+        QTEST(QString(isWithin(found, folder.path() + "/Sub") ? "yes" : "no"), "in Sub");
+    }
+
     // If a volume has no room for a second file, the old one is overwritten, and nothing of it remains after the new
     // one. A file that fits neither way leaves the old one as it is.
     void takesTheOldOnesRoom()

@@ -6,6 +6,8 @@
 #include "support/Table.h"
 
 #include <QDir>
+#include <QDirIterator>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -26,38 +28,17 @@ private Q_SLOTS:
     }
     void cleanup() { QDir::setCurrent(QDir::tempPath()); }
 
-    void said_data() { test::cases({"arguments", "change", "said"}, "store/said.txt"); }
-    void said()
+    // Runs of the tools: what they say ("! " on the error output), a status other than 0, and the files around them.
+    void terminal_data() { test::cases({"steps"}, "store/terminal.txt"); }
+    void terminal()
     {
-        QCOMPARE(orloDb({"new", "A.mdb"}).errors, QString());
-        sqlite("A.mdb", contents(ORLO_SOURCE_DIR "/tests/support/pack.sql"));
-        QVERIFY(QFile::copy("A.mdb", "B.mdb"));
-        QCOMPARE(sqlite("B.mdb", test::cell("change").toUtf8()), QStringList());
-        const QByteArray before = contents("A.mdb") + contents("B.mdb");
-        const auto run = orloDb(test::cell("arguments").simplified().split(u' '));
-        QCOMPARE(run.errors, QString());
-        QCOMPARE(run.status, 0);
-        static const QRegularExpression counts("^B.mdb: sound\nversion .*\n( .*\n)+");
-        QCOMPARE(QString(run.said).remove(counts).trimmed(), test::cell("said").trimmed());
-        QCOMPARE(contents("A.mdb") + contents("B.mdb"), before);
-    }
-
-    // A backup's folder stands for the backup. With a file of an earlier version, only what both have is compared.
-    void earlierVersion()
-    {
-        QVERIFY(QDir().mkpath("copy") && QDir().mkpath("csv"));
-        orlo::test::write("csv/Assigned_Awards_Scouts.csv", "Scout_SID,Insignia_SID\n1,2\n1,2\n");
-        QCOMPARE(orloDb({"new", "--from", "csv", "copy/Quorrel11_Backup"}).errors, QString());
-        orlo::test::write("csv/Purchase_List.csv", "Insignia_SID,Award_Name,Award_Type\n1,a,b\n"); // as it was in 1.0
-        QCOMPARE(orloDb({"new", "--from", "csv", "--format", "1.0", "old.mdb"}).errors, QString());
-        const auto run = orloDb({"compare", "old.mdb", "copy"});
-        QVERIFY2(run.said.startsWith("Only the second file has the fields of Scouts: Alt_Parent_Address, "),
-                 qPrintable(run.said + run.errors));
-        QVERIFY(run.said.contains("second file has the fields of Assigned_Awards_Scouts: Assigned_SID, Quantity\n"));
-        QVERIFY(orloDb({"check", "copy"}).said.startsWith("copy/Quorrel11_Backup: sound\nversion "));
-        QVERIFY(orloDb({"check", "old.mdb"}).said.startsWith("old.mdb: sound\nversion 1.0\n"));
-        QCOMPARE(orloDb({"compare", "old.mdb", "none.mdb"}).status, 1);
-        QCOMPARE(orloDb({"check", "old.mdb", "--summary"}).status, 2);
+        QString seen;
+        for (const QString& line : test::cell("steps").split('\n'))
+            if (line.startsWith("> "))
+                seen += line + '\n' + done(line.sliced(2));
+        if (seen.trimmed() != test::cell("steps").trimmed())
+            qInfo().noquote() << seen;
+        QCOMPARE(seen.trimmed().split('\n'), test::cell("steps").trimmed().split('\n'));
     }
 
     void scrambled()
@@ -66,13 +47,14 @@ private Q_SLOTS:
         sqlite("pack.mdb",
                "Create Table Mine (Name Text, Number Integer); Insert Into Mine Values ('Liam O''Brien', 740555);"
                "Create View Own As Select 'Liam' From Scouts; Delete From Dens Where Den_SID = 3;"
-               "Update Scouts Set Birth_Date = '1001-01-01' Where Scout_SID = 5;");
+               "Update Scouts Set Birth_Date = '1001-01-01', Note = 'a' || char(13, 10) Where Scout_SID = 5;");
         const auto run = orloDb({"scramble", "pack.mdb", "out.mdb"});
         QCOMPARE(run.errors, QString());
         QCOMPARE(run.said, QString("left out: the stored query Own\n"));
         const auto both = [](const char* select) { QCOMPARE(sqlite("out.mdb", select), sqlite("pack.mdb", select)); };
         both("Select Scout_SID, Assigned_Den_SID, Active, Tigar, length(First_Name), length(Last_Name), length(Note), "
-             "length(Parent1_Email), typeof(MI), instr(Last_Name, ''''), Boys_Life, Birth_Date = '1001-01-01' From "
+             "instr(Note, char(13, 10)), length(Parent1_Email), typeof(MI), instr(Last_Name, ''''), Boys_Life, "
+             "Birth_Date = '1001-01-01' From "
              "Scouts");
         both("Select Assigned_SID, Scout_SID, Insignia_SID, Quantity, Year = Substr(Date_Assigned, 1, 4) And "
              "Month = 0 + Substr(Date_Assigned, 6, 2) From Assigned_Awards_Scouts");
@@ -100,44 +82,50 @@ private Q_SLOTS:
         QCOMPARE(contents("out.mdb"), out);
     }
 
-    // orlo-report stops at the first report that fails.
-    void reports()
-    {
-        QCOMPARE(orloDb({"new", "A.mdb", "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
-        orlo::test::write("one.rpt",
-                          "source {\nSelect Scout_SID As S, Null As N From Scouts\n}\ndetail {\nrow {\ntext 0 = {S}\n"
-                          "line 9in 1pt\n}\n}\n");
-        const auto run =
-            orloDb({"A.mdb", "one.rpt", "none.rpt", "--csv", ".", "--pdf", ".", "--select", "{S} < 3"}, "orlo-report");
-        QCOMPARE(run.said, QString("   1 one\n"));
-        QCOMPARE(run.errors, QString("This reaches beyond the right margin. (one.rpt, line 7, column 6)\n"
-                                     "orlo-report: The report file can't be found. (none.rpt)\n"));
-        QCOMPARE(run.status, 1);
-        QCOMPARE(contents("one.csv"), "\xEF\xBB\xBFS,N\r\n1,\r\n2,\r\n");
-        QVERIFY(contents("one.pdf").startsWith("%PDF-"));
-    }
-
-    void about()
-    {
-        QCOMPARE(orloDb({"new", "--from", ORLO_SOURCE_DIR "/samples/pack", "Liam.mdb"}).errors, QString());
-        sqlite("Liam.mdb", "Create Table Declan (Name); Pragma user_version = 7");
-        const QString said = orloDb({"about", m_folder->filePath("Liam.mdb")}).said;
-        for (const char* line : {"version of the tables +1\\.1", "size +\\d{6}", "page size +4096", "user version +7",
-                                 "rows of Scouts +66", "rows of another's, 1 +0", "stored queries +6", "encoding +1"})
-            QVERIFY2(said.contains(QRegularExpression(QString("^%1$").arg(line), QRegularExpression::MultilineOption)),
-                     qPrintable(line + said));
-        QVERIFY(!said.contains("Liam") && !said.contains("Declan") && !said.contains(m_folder->path()));
-        // For a damaged file the head is reported.
-        orlo::test::write("Liam.mdb", contents("Liam.mdb").replace(100, 3996, QByteArray(3996, '\0')));
-        const auto damaged = orloDb({"about", "Liam.mdb"});
-        QVERIFY2(damaged.status == 0 && damaged.said.contains("doesn't open               error 3049\n") &&
-                     damaged.said.contains("page size"),
-                 qPrintable(damaged.said + damaged.errors));
-        orlo::test::write("Liam.mdb", QByteArray(200, 'x'));
-        QCOMPARE(orloDb({"about", "Liam.mdb"}).status, 1);
-    }
-
 private:
+    // Does a step of the terminal's; returns what it shows.
+    static QString done(const QString& step)
+    {
+        static const QRegularExpression changing("^(ORLO|system|written by SQLite|changes of the catalogue) .*\n",
+                                                 QRegularExpression::MultilineOption);
+        static const QRegularExpression usage("Usage: .*? (?=\\[)"); // with the program's path
+        static const QRegularExpression line("^(?=.)", QRegularExpression::MultilineOption);
+        QStringList words = QProcess::splitCommand(step);
+        const QString word = words.takeFirst();
+        const QString rest = step.section(' ', 2);
+        if (word == "sql")
+            return (sqlite(words[0], rest.toUtf8()) + QStringList("")).join('\n');
+        if (word == "pack") // the small pack
+            sqlite(words[0], contents(ORLO_SOURCE_DIR "/tests/support/pack.sql"));
+        else if (word == "write")
+            orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
+                              QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8());
+        else if (word == "zero")
+            orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
+                                                                   QByteArray(words[2].toInt(), '\0')));
+        else if (word == "copy")
+            (void)(QDir().mkpath(QFileInfo(words[1]).path()) && QFile::copy(words[0], words[1]));
+        else if (word == "cat")
+            return QString(contents(words[0])).remove('\r');
+        else if (word == "ls") {
+            QDirIterator all(".", QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+            QStringList files;
+            while (all.hasNext())
+                files += all.next().sliced(2);
+            files.sort();
+            return files.join(' ') + '\n';
+        } else {
+            const auto run = orloDb(words, word);
+            QString said = run.said + run.errors.section(usage, 0, 0).replace(line, "! ");
+            for (const QString& folder :
+                 {QDir::currentPath() + '/', QDir::toNativeSeparators(QDir::currentPath() + '/')})
+                said.remove(folder);
+            return said.remove(changing).remove(usage) +
+                   (run.status == 0 ? QString() : QString("ends with %1\n").arg(run.status));
+        }
+        return {};
+    }
+
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 

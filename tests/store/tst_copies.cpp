@@ -116,6 +116,10 @@ private Q_SLOTS:
                 keeper->beforeReplacement(*database);
             else if (step == "reopen")
                 open();
+            else if (step == "full")
+                platform::setVolumes([] { return QList<platform::Drive>{{QDir::rootPath(), 0}}; });
+            else if (step == "free")
+                platform::setVolumes({});
             else
                 clockTime = step.startsWith(u'+') ? clockTime.addSecs(step.toInt() * 60)
                                                   : QDateTime::fromString(step.sliced(6), Qt::ISODate);

@@ -46,17 +46,6 @@ private Q_SLOTS:
         QCOMPARE(made(), QStringList());
     }
 
-    void cellsBecomeValues()
-    {
-        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/tests/store/orlodb/values"}).errors, QString());
-        QCOMPARE(made(), QStringList("new.mdb"));
-        // A field that no file names gets its default.
-        QCOMPARE(rows("Select First_Name, Note, Birth_Date, Boys_Life, City, School, BSA_Number, Years_In_Scouts, "
-                      "Parent1_Use_Scout_Add "
-                      "From Scouts Order By Scout_SID"),
-                 "Zoë \"Z\"|a,\r\nb|2016-06-07|1|Null|||Null|1; O'Brien|Null|2016-06-07|0| |x|12 |3.0|1");
-    }
-
     // Every link of the sample leads to a row, and every award's year and month are those of its date.
     void samplePack()
     {
@@ -70,36 +59,6 @@ private Q_SLOTS:
         const QString wrong = contents(ORLO_SOURCE_DIR "/tests/store/orlodb/samplePack.txt");
         for (const QString& one : wrong.trimmed().split('\n'))
             QCOMPARE(rows("Select * From " + one), QString());
-    }
-
-    // A table or field added by others is exported too, but doesn't prevent the rest from being read again.
-    void exportIsReadAgain()
-    {
-        orlo::test::write(csv("Scouts.csv"), "Scout_SID,Note,Birth_Date,Boys_Life,City,School\n"
-                                             "7,\"a \"\"b\"\",\r\nc\",1001-01-01,True,,\"\"\n");
-        orlo::test::write(csv("Dens.csv"), "Den_SID,Den_Number\n-1,0.1\n2,1e-05\n");
-        QCOMPARE(orloDb({"new", out(), "--from", csv()}).errors, QString());
-        sqlite(out(), "Alter Table Dens Add Own Text; Create Table Mine (a); Insert Into Mine Values ('x')");
-        const QString first = m_folder->filePath("first");
-        QCOMPARE(orloDb({"export", out(), first}).errors, QString());
-        QCOMPARE(contents(first + "/other/Mine.csv"), "a\nx\n");
-        QVERIFY(contents(first + "/Scouts.csv").contains(",1001-01-01,"));
-        QVERIFY(contents(first + "/other/Dens.csv")
-                    .startsWith("Den_SID,Den_Number,Den_Name,Den_Type,Year_Started,"
-                                "Active,Own\n-1,0.1,"));
-        const QString again = m_folder->filePath("again.mdb");
-        const QString second = m_folder->filePath("second");
-        QCOMPARE(orloDb({"new", again, "--from", first}).errors, QString());
-        QCOMPARE(orloDb({"export", again, second}).errors, QString());
-        QCOMPARE(QDir(second).entryList(QDir::Files).size(), std::ssize(schema::tables()));
-        for (const QString& file : QDir(second).entryList(QDir::Files))
-            QCOMPARE(contents(second + u'/' + file), contents(first + u'/' + file));
-        QCOMPARE(sqlite(again, "Select Note, Birth_Date, Boys_Life, City, School From Scouts"),
-                 QStringList{"a \"b\",\r\nc|1001-01-01|1|Null|"});
-        QVERIFY(orloDb({"export", again, second}).errors.contains("isn't empty"));
-        orlo::test::write(again, "mine");
-        const Run refused = orloDb({"new", again});
-        QVERIFY(refused.status == 1 && refused.errors.contains("is there already") && contents(again) == "mine");
     }
 
     // Commands that only look change nothing in the file or beside it, and need no write permission.
@@ -136,9 +95,6 @@ private Q_SLOTS:
     void unreadableTable()
     {
         QCOMPARE(orloDb({"new", out()}).status, 0);
-        sqlite(out(), "Create Virtual Table fts_notes Using fts5(a)");
-        const Run checked = orloDb({"check", out()});
-        QVERIFY(checked.status == 1 && checked.errors.contains("fts_notes") && checked.said.contains("Scouts"));
         sqlite(out(), "Create Table Mine (a); Insert Into Mine Values ('x'), (Hex(Zeroblob(9000)))");
         const int end = 4096 * sqlite(out(), "Select pageno From dbstat Where name = 'Mine' And pagetype = 'overflow' "
                                              "Order By path")[1]
@@ -146,57 +102,10 @@ private Q_SLOTS:
         orlo::test::write(out(), contents(out()).replace(end - 4096, 4096, QByteArray(4096, '\0')));
         const Run exported = orloDb({"export", out(), csv("all")});
         QVERIFY(exported.errors.contains("Mine: ") && !QFile::exists(csv("all/other/Mine.csv")));
-        QVERIFY(exported.status == 1 && exported.errors.contains("fts_notes") && QFile::exists(csv("all/Scouts.csv")));
+        QVERIFY(exported.status == 1 && QFile::exists(csv("all/Scouts.csv")));
         sqlite(out(), "Create Table [a/b] (first); Create Table [a\\b] (second)"); // one file's name for both
         QVERIFY(orloDb({"export", out(), csv("both")}).errors.contains("a_b.csv"));
         QCOMPARE(contents(csv("both/other/a_b.csv")), "first\n");
-    }
-
-    void damagedFileIsRepaired()
-    {
-        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).status, 0);
-        const Run sound = orloDb({"check", out()});
-        QVERIFY2(sound.status == 0 && sound.said.contains("sound\n"), qPrintable(sound.said + sound.errors));
-        orlo::test::write(out(), contents(out()).replace(100, 3996, QByteArray(3996, '\0')));
-        QCOMPARE(orloDb({"check", out()}).status, 1);
-        const Run repaired = orloDb({"repair", out()});
-        QVERIFY2(repaired.status == 0 && repaired.said.contains("new (damaged).mdb"), qPrintable(repaired.errors));
-        const qsizetype rows = sound.said.indexOf("\n  ");
-        QCOMPARE(orloDb({"check", out()}).said, sound.said);
-        QCOMPARE(repaired.said.sliced(repaired.said.indexOf("\n  ")), sound.said.sliced(rows));
-        sqlite(out(), "Pragma ignore_check_constraints = On; Update Dens Set Den_Number = 'x' Where Den_SID = 1");
-        orlo::test::write(out(), orlo::test::withoutRootOf(out(), "Adults"));
-        const Run incomplete = orloDb({"repair", out()});
-        QCOMPARE(incomplete.status, 3);
-        QVERIFY2(incomplete.said.contains("missing: Dens, row 1, field Den_Number"), qPrintable(incomplete.said));
-    }
-
-    // Another program's file and one of a later version stay as they are.
-    void refusesOtherFiles_data() { test::tableOf("store/orlodb/otherFiles.txt"); }
-    void refusesOtherFiles()
-    {
-        if (!test::cell("statement").startsWith("Create"))
-            QCOMPARE(orloDb({"new", out()}).status, 0);
-        sqlite(out(), test::cell("statement").toUtf8());
-        const QByteArray before = contents(out());
-        orlo::test::write(csv("Dens.csv"), "Den_Number,Den_Type\n1,Wolf\n");
-        const Run run =
-            orloDb({test::cell("command"), out(), csv() + (test::cell("command") == "export" ? "/all" : "")});
-        QCOMPARE(run.status, 1);
-        QVERIFY2(run.errors.contains(test::cell("says")), qPrintable(run.errors));
-        QVERIFY(contents(out()) == before);
-    }
-
-    void usage_data() { test::tableOf("store/orlodb/usage.txt"); }
-    void usage()
-    {
-        const QStringList words = test::cell("command").replace("OUT", out()).split(u' ');
-        const Run run = orloDb(words.mid(1), words[0]);
-        QCOMPARE(run.status, test::cell("status").toInt());
-        const QString line = (run.status == 0 ? run.said : run.errors).section(u'\n', 0, 0);
-        QVERIFY2(line.endsWith(test::cell("says")), qPrintable(line));
-        QCOMPARE(run.errors.contains("Usage: "), run.status == 2);
-        QCOMPARE(made(), QStringList());
     }
 
     // The small pack's file gets the rows while another connection has it open. A dry run prints the same and does

@@ -368,6 +368,8 @@ private Q_SLOTS:
                 for (const QString& word : what.split(u' '))
                     attempt([&] { step(*sets[who], word, given); });
             QTest::qSleep(2); // a look at the file is valid for a millisecond
+            if (const auto set = sets.value(who))
+                given += stateOf(*set);
             seen += given.isEmpty() ? steps : steps + " -> " + given.join(u' ');
         }
         QCOMPARE(seen.join(u'\n'), script.join(u'\n'));
@@ -394,6 +396,12 @@ private Q_SLOTS:
     }
 
 private:
+    // The place, "b" and "e" for bof() and eof(), and an asterisk for an open buffer.
+    static QString stateOf(const Recordset& set)
+    {
+        return '@' + QString::number(set.place()) + (set.bof() ? "b" : "") + (set.eof() ? "e" : "") +
+               (set.editing() ? "*" : "");
+    }
     // Does one word of a script.
     static void step(Recordset& set, const QString& word, QStringList& given)
     {

@@ -54,19 +54,6 @@ private Q_SLOTS:
         QTEST(texts(rows, u"sid"), "sids");
     }
 
-    // Accented letters are sorted beside their plain ones, a name before the longer ones that begin with it.
-    void accents()
-    {
-        QStringList names{"Zoë",     "Émile",   "Anna",    "eva",   "Ann",  "Straße",
-                          "Étienne", "Strasse", "Etienne", "Œdipe", "Odin", "Éva"};
-        m_database->execute("Delete From People");
-        for (int sid = 1; const QString& name : names)
-            m_database->execute(
-                QString("Insert Into People (SID, [Last Name]) Values (%1, '%2')").arg(sid++).arg(name));
-        Recordset rows = m_database->openRecordset("Select * From People Order By [Last Name]");
-        QCOMPARE(texts(rows, u"Last Name"), "Ann Anna Émile Etienne Étienne eva Éva Odin Œdipe Strasse Straße Zoë");
-    }
-
     // Which texts give updatable sets, and how many rows and columns each has.
     void shapes_data() { test::tableOf("store/sql/shapes.txt"); }
     void shapes()

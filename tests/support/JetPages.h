@@ -51,6 +51,9 @@ public:
         put(entry + 23, width, 2);
         put(table * Size + 41, get(table * Size + 41, 2) + 1, 2);
     }
+    void write(qsizetype at, const QByteArray& bytes) { m_bytes.replace(at, bytes.size(), bytes); }
+    /// Changes the number of rows that a table states.
+    void state(int table, int rows) { put(table * Size + 16, rows, 4); }
     void replace(const QString& before, const QString& after) { m_bytes.replace(wide(before), wide(after)); }
     /// A table's rows that aren't deleted.
     [[nodiscard]] std::vector<Row> rows(int table) const

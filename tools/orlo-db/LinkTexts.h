@@ -13,8 +13,6 @@ public:
     /// The key of a table's row. A numeric text is the key in a key's column, and a den's number in a column named as
     /// in a window. Raises LoadError, without a position, if no row or several rows match.
     [[nodiscard]] int keyOf(const QString& table, const QString& text, bool onScreen);
-    /// Forgets a table whose rows have changed.
-    void forget(const QString& table) { m_tables.remove(table); }
 
 private:
     struct Target {

@@ -107,7 +107,6 @@ public:
             } catch (const CsvError& error) {
                 wrong += m_file.wrong(error);
             }
-        m_links.forget(m_table.name());
         m_added = {m_rows.rows.begin() + stood, m_rows.rows.end()};
     }
 

@@ -46,7 +46,6 @@ private:
     using Writer = std::function<void(const QString& path)>;
 
     [[nodiscard]] bool ofToday() const;
-    [[nodiscard]] bool isRecent(const std::optional<QDateTime>& time) const;
     bool copyOf(Database& database);
     bool make(const Writer& write);
     void tellNone(const platform::RuntimeError& error) const;

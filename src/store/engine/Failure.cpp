@@ -53,7 +53,7 @@ int statementNumber(const QString& words, bool preparing)
 {
     if (words.startsWith(QLatin1String("no such column")) || words.contains(QLatin1String("has no column named")))
         return platform::UnknownName;
-    if (words.startsWith(QLatin1String("no such table")) || words.startsWith(QLatin1String("no such view")))
+    if (words.startsWith(QLatin1String("no such table")))
         return platform::UnknownTable;
     if (words.startsWith(QLatin1String("unsupported file format")))
         return platform::UnrecognisedFormat;

@@ -11,7 +11,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <chrono>
 
 namespace orlo::store
 {
@@ -21,18 +20,6 @@ namespace
 
 constexpr qsizetype MaxRows = 2'000'000; // of a snapshot in memory
 constexpr qsizetype RowsBetweenCalls = 2'000;
-
-qint64 greatestGiven = 0; // in all files
-
-// The lowest number for a new row. A set knows its rows by number, and SQLite reuses the newest row's number after a
-// removal. The clock in microseconds never repeats, in any program. If the clock was set back, our own greatest number
-// is used instead.
-qint64 minNewNumber()
-{
-    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    const qint64 clock = std::chrono::duration_cast<std::chrono::microseconds>(sinceEpoch).count();
-    return std::max(clock, greatestGiven + 1);
-}
 
 } // namespace
 
@@ -120,13 +107,13 @@ void Recordset::requireColumn(int column) const
 bool Recordset::bof() const
 {
     requireOpen();
-    return m_size == 0 ? !m_removed : m_place < 0;
+    return !m_removed && (m_size == 0 || m_place < 0);
 }
 
 bool Recordset::eof() const
 {
     requireOpen();
-    return m_place >= m_size && !m_removed;
+    return !m_removed && (m_size == 0 || m_place >= m_size);
 }
 
 int Recordset::recordCount()
@@ -390,7 +377,6 @@ void Recordset::remove()
     m_numbers.erase(m_numbers.begin() + m_place);
     --m_size;
     m_removed = true;
-    m_block.reset();
 }
 
 // A set's own insert or removal doesn't outdate its list of rows.
@@ -402,58 +388,6 @@ void Recordset::change(const std::function<void()>& write)
     transaction.commit();
     if (current)
         m_numbersState = m_connection->stateLeft();
-}
-
-QByteArray Recordset::changedColumns(const char* separator, const char* after) const
-{
-    QByteArray list;
-    for (std::size_t i = 0; i < m_buffer->changed.size(); ++i)
-        if (m_buffer->changed[i])
-            list += (list.isEmpty() ? "" : separator) + m_shape->columns[i] + after;
-    return list;
-}
-
-// Returns the number of parameters.
-int Recordset::bindChanged(Statement& statement) const
-{
-    int parameter = 0;
-    for (std::size_t i = 0; i < m_buffer->changed.size(); ++i)
-        if (m_buffer->changed[i])
-            statement.bind(++parameter, m_buffer->values[i]);
-    return parameter;
-}
-
-void Recordset::insertBuffer()
-{
-    const auto given = static_cast<int>(std::ranges::count(m_buffer->changed, true));
-    const bool numbered = m_source->freeNumbers;
-    QByteArray columns = changedColumns(",", "");
-    QByteArray values = QByteArray(",?").repeated(given).sliced(given > 0 ? 1 : 0);
-    if (numbered) {
-        columns += (given > 0 ? "," : "") + m_source->rowKey;
-        values += QByteArray(given > 0 ? "," : "") + "max(?,1+ifnull((SELECT max(" + m_source->rowKey + ") FROM " +
-                  m_source->table + "),0))";
-    }
-    auto statement =
-        m_connection->statement("INSERT INTO " + m_source->table +
-                                (columns.isEmpty() ? " DEFAULT VALUES" : '(' + columns + ") VALUES(" + values + ')'));
-    bindChanged(statement);
-    if (numbered)
-        statement.bind(given + 1, minNewNumber());
-    statement.step();
-    m_added = m_connection->knownRecords().add(m_source, sqlite3_last_insert_rowid(m_connection->handle()));
-    m_added->record = {readBlock(*m_connection, *m_source, std::span(&m_added->number, 1))};
-    if (numbered)
-        greatestGiven = std::max(greatestGiven, m_added->number);
-}
-
-void Recordset::updateBuffer()
-{
-    confirm();
-    auto statement = m_connection->statement("UPDATE " + m_source->table + " SET " + changedColumns(",", "=?") +
-                                             " WHERE " + m_source->rowKey + "=?");
-    statement.bind(bindChanged(statement) + 1, m_known->number);
-    statement.step();
 }
 
 void Recordset::close()

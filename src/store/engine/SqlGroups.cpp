@@ -108,7 +108,11 @@ void SqlTranslator::readOrder(Query& query)
         const bool place = at(Symbol::Number) && (next == Symbol::Comma || next == Symbol::Asc ||
                                                   next == Symbol::Desc || next == Symbol::Close || next == Symbol::End);
         query.ordersByPlace = query.ordersByPlace || place;
-        const qsizetype column = place ? token().text.toLongLong() - 1 : -1;
+        const QStringView number = token().text;
+        const qsizetype column = place ? number.toLongLong() - 1 : -1;
+        // SQLite would count the row's key, which a set adds.
+        if (place && query.known && (column < 0 || column >= query.fields.size()))
+            raise(QStringLiteral("(There is no column %1.)").arg(number), number);
         const Expression value = place ? expression() : sorted();
         const bool truth = place && column >= 0 && column < query.fields.size()
                                ? query.fields[column].kind == ValueKind::Truth

@@ -49,26 +49,4 @@ void Transaction::commit()
     m_connection.knownRecords().accept(m_outermost);
 }
 
-bool Connection::beginReading()
-{
-    if (sqlite3_get_autocommit(m_db) == 0)
-        return false;
-    m_reading = !statement("BEGIN").step();
-    return m_reading;
-}
-
-void Connection::endReading() noexcept
-{
-    if (m_reading)
-        m_reading = sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK;
-}
-
-// A change made within a reading that can't end would be rolled back with it.
-void Connection::readyToWrite()
-{
-    endReading();
-    if (m_reading)
-        raiseLast(sqlite3_errcode(m_db));
-}
-
 } // namespace orlo::store
