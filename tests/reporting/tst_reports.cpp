@@ -7,6 +7,7 @@
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
+#include "support/Picture.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -31,6 +32,61 @@ QString textOf(const Document& document, std::size_t first = 0, std::size_t coun
             if (const auto* one = std::get_if<TextItem>(&item))
                 text += QString(one->text).replace(u'\n', u' ') + u'\n';
     return text;
+}
+
+QString number(double value)
+{
+    return QString::number(std::round(value * 10) / 10 + 0.0);
+}
+
+// What an item is, where from the usual margins' corner, and how large, in points; colours other than black, fonts other
+// than the usual one, and a "_" for each empty cell before a text.
+QString drawn(const Item& item, const Document& document)
+{
+    const auto place = [](double x, double y) { return number(x - 43) + u' ' + number(y - 43); };
+    const auto area = [&](const QRectF& box) {
+        return QStringLiteral(" %1 %2x%3").arg(place(box.left(), box.top()), number(box.width()), number(box.height()));
+    };
+    const auto color = [](const QColor& one) { return one == Qt::black ? QString() : u' ' + one.name(); };
+    if (const auto* line = std::get_if<LineItem>(&item))
+        return "line " + place(line->from.x(), line->from.y()) + " to " + place(line->to.x(), line->to.y()) + " by " +
+               number(line->width) + color(line->color);
+    if (const auto* box = std::get_if<BoxItem>(&item))
+        return "box" + area(box->box) + (box->fill.alpha() ? " of " + box->fill.name() : QString()) +
+               (box->width > 0 ? " by " + number(box->width) + color(box->color) : QString());
+    if (const auto* picture = std::get_if<PictureItem>(&item))
+        return "picture" + area(picture->box) + " of " + picture->picture.pixelColor(0, 0).name();
+    const auto& text = std::get<TextItem>(item);
+    const QFont& font = document.fonts.at(std::size_t(text.font));
+    QString look = font.bold() ? " bold" : "";
+    look += font.italic() ? " italic" : "";
+    look += font.family() == "DejaVu Sans" ? QString() : u' ' + font.family();
+    look += font.pointSizeF() == 9 ? QString() : u' ' + number(font.pointSizeF());
+    QString words = QString(text.text).replace('\n', "\\n");
+    if (words.size() > 40)
+        words = words.left(30) + QStringLiteral("… (%1)").arg(words.size());
+    return "text" + area(text.box) + look + color(text.color) + ": " + QString(text.emptyBefore, u'_') + words;
+}
+
+// All that a reader gets of a document, item by item.
+QStringList drawn(const Document& document)
+{
+    QStringList lines;
+    if (!document.title.isEmpty())
+        lines << "title: " + document.title;
+    if (document.paper != Document().paper)
+        lines << "paper: " + number(document.paper.width()) + 'x' + number(document.paper.height());
+    int number = 0;
+    for (const Page& page : document.pages) {
+        lines << QStringLiteral("page %1").arg(++number);
+        for (const Item& item : page.items)
+            lines << drawn(item, document);
+    }
+    for (const OutlineEntry& entry : document.outline)
+        lines << QStringLiteral("entry %1%2: page %3, ").arg(QString(2 * entry.level, ' '), entry.text).arg(entry.page + 1) + ::number(entry.top - 43);
+    for (const QString& warning : document.warnings)
+        lines << "! " + warning;
+    return lines;
 }
 
 QByteArray fileOf(const QString& name)
@@ -66,6 +122,19 @@ class tst_reports : public QObject
         if (text.endsWith(".rpt"))
             return *run(request(text, selection));
         return *render(readDefinition(text), request({}, selection), std::bind_front(&tst_reports::open, this));
+    }
+
+    // The document in a font that every computer with the tests has, whatever its usual one is.
+    Document drawnAlike(Definition definition, const RunRequest& wanted)
+    {
+        const auto setFonts = [](auto& self, Definition& of) -> void {
+            for (Style& style : of.styles)
+                style.family = style.family == "sans" ? "DejaVu Sans" : style.family;
+            for (auto& [name, inner] : of.subreports)
+                self(self, *inner);
+        };
+        setFonts(setFonts, definition);
+        return *render(definition, wanted, std::bind_front(&tst_reports::open, this));
     }
 
 private Q_SLOTS:
@@ -142,61 +211,25 @@ private Q_SLOTS:
         QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
     }
 
-    void laysOutAListOfItsOwnOnOnePage()
-    {
-        const Document document = runText(fileOf("list.rpt").replace('\n', "\r\n"));
-        QCOMPARE(document.title, "The \"List\"");
-        QCOMPARE(document.paper, QSizeF(792, 612));
-        QCOMPARE(textOf(document, 0, 1), "O'Neil{\nLoner{\nGone{\nÅngström{\n1/4\n");
-        QCOMPARE(textOf(document, 1, 1), "Zoë\nPat\nOld\n");
-        const auto& first = std::get<TextItem>(document.pages[0].items[0]);
-        QVERIFY(qAbs(first.box.left() - 216) < 0.01 && qAbs(first.box.top() - 34.02) < 0.01);
-        const QFont& font = document.fonts.at(std::size_t(first.font));
-        QVERIFY(font.pointSizeF() == 14 && font.italic() && !font.bold());
-    }
-
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reporting/printed.txt"); }
-    void placesWhatItSays_data() { test::cases({"text", "places"}, "reporting/placed.txt"); }
+    // All that is drawn, of the test's reports, which are read as a Windows editor writes them, and of the shipped ones.
+    void placesWhatItSays_data() { test::cases({"text", "drawn"}, "reporting/placed.txt"); }
     void placesWhatItSays()
     {
         const bool isLabels = test::cell("text").contains(" height ");
         const QString four = "source {\nSelect Scout_SID As S From Scouts\n}\nsort {S}\n";
         const QString header = isLabels ? "" : "page-header {\ntext 0 = \"h\" & {S}\n}\n";
-        const Document document = runText(test::cell("text").replace("$\n", four + header));
-        QStringList pages;
-        for (const Page& page : document.pages) {
-            QStringList told;
-            double lowest = 0;
-            const auto mark = [&](const char* kind, double left, double width, double height, const QColor& color) {
-                told << QStringList{kind, QString::number(qRound(left - 43)), QString::number(qRound(width)),
-                                    QString::number(height), color.name()}
-                            .join(u' ');
-            };
-            for (const Item& item : page.items) {
-                if (const auto* box = std::get_if<BoxItem>(&item))
-                    mark("box", box->box.left(), box->box.width(), box->box.height(), box->fill);
-                if (const auto* line = std::get_if<LineItem>(&item))
-                    mark(line->from.y() < lowest ? "over" : "line", line->from.x(), line->to.x() - line->from.x(),
-                         line->width, line->color);
-                const auto* text = std::get_if<TextItem>(&item);
-                if (!text)
-                    continue;
-                lowest = std::max(lowest, text->box.bottom());
-                const QString word = text->text.section(QRegularExpression("\\s"), 0, 0);
-                if (word != "w")
-                    told << QString(text->emptyBefore, u'_') + word +
-                                QStringLiteral(":%1%2")
-                                    .arg(int((text->box.top() - 43) / 300))
-                                    .arg(int((text->box.left() - 43) / 260));
-            }
-            for (const OutlineEntry& entry : document.outline)
-                if (entry.page == pages.size())
-                    told << '^' + entry.text + QStringLiteral(":%1").arg(int((entry.top - 43) / 300));
-            pages << told.join(' ') + QStringLiteral(" ~%1").arg(int((lowest - 43) / 300));
-        }
-        const QString warned = document.warnings.isEmpty() ? "" : " ! " + document.warnings.join(" ! ");
+        const QString text = test::cell("text").replace("$\n", four + header).replace('\n', "\r\n");
+        const Document document = drawnAlike(readDefinition(text, ORLO_SOURCE_DIR "/tests/reporting"), request({}));
         QCOMPARE(document.exactSize, isLabels);
-        QTEST(pages.join(" | ") + warned + '\n', "places");
+        test::comparePicture(drawn(document), test::cell("drawn"));
+    }
+    void drawsTheShipped_data() { test::cases({"selection", "drawn"}, "reporting/shipped.txt"); }
+    void drawsTheShipped()
+    {
+        RunRequest wanted = request(QTest::currentDataTag(), test::cell("selection").trimmed());
+        wanted.reportTitle = wanted.selectionFormula.isEmpty() ? "" : "Some";
+        test::comparePicture(drawn(drawnAlike(readDefinitionFile(wanted.reportFile), wanted)), test::cell("drawn"));
     }
 
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
