@@ -34,7 +34,7 @@ constexpr int Pages = 5;
 
 // "5" is a document of five pages. Each has its number as a word, the word "row" twice and one line of the list. What
 // follows after commas is left out ("first" of all pages, "outline") or added: a text, as "2 at 72 200 300 24: words"
-// on page 2, an entry of the outline, as "entry 0 2 500: words".
+// on page 2, or a line, box or picture with its colours, an entry of the outline, as "entry 0 2 500: words".
 std::shared_ptr<const Document> documentOf(const QString& text = QString::number(Pages))
 {
     auto document = std::make_shared<Document>();
@@ -58,14 +58,26 @@ std::shared_ptr<const Document> documentOf(const QString& text = QString::number
             document->complete = false;
         else if (part == "no outline")
             document->outline.clear();
+        else if (at[0] == "paper")
+            document->paper = {number(1), number(2)};
         else if (part == "blank")
             document->pages[0].items.clear();
         else if (at[0] == "entry")
             document->outline.push_back({words, at[1].toInt(), at[2].toInt() - 1, number(3)});
         else {
-            const int empty = int(words.count('_'));
-            document->pages[at[0].toUInt() - 1].items.push_back(
-                TextItem{{number(2), number(3), number(4), number(5)}, words.remove('_'), 0, Qt::black, empty});
+            std::vector<Item>& items = document->pages[at[0].toUInt() - 1].items;
+            const QRectF box(number(2), number(3), number(4), number(5));
+            const QColor color(words.section(' ', 0, 0)), fill(words.section(' ', 1, 1));
+            const auto empty = int(words.count('_'));
+            if (at[1] == "line")
+                items.push_back(LineItem{box.topLeft(), {number(4), number(5)}, number(6), color});
+            else if (at[1] == "box")
+                items.push_back(BoxItem{box, number(6), color, fill.isValid() ? fill : Qt::transparent});
+            else if (at[1] == "picture") {
+                items.push_back(PictureItem{box, QImage(2, 2, QImage::Format_RGB32)});
+                std::get<PictureItem>(items.back()).picture.fill(color);
+            } else
+                items.push_back(TextItem{box, words.remove('_'), 0, Qt::black, empty});
         }
     }
     return document;
