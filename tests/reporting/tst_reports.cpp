@@ -169,6 +169,7 @@ private Q_SLOTS:
             test::cell("text").replace("$\n", "source {\nSelect First_Name,\n Last_Name From Scouts\n}\n");
         const auto error = test::failureOf<ReportError>([&] { return runText(text); });
         QTEST(error ? QStringLiteral("%1: %2\n").arg(error->number()).arg(error->description()) : "", "failure");
+        QCOMPARE(error->source(), "Report engine");
     }
 
     // Page ranges, and the first page shown ahead of the others, are those of the whole report; a cancelled run gives
@@ -229,7 +230,10 @@ private Q_SLOTS:
     {
         RunRequest wanted = request(QTest::currentDataTag(), test::cell("selection").trimmed());
         wanted.reportTitle = wanted.selectionFormula.isEmpty() ? "" : "Some";
-        test::comparePicture(drawn(drawnAlike(readDefinitionFile(wanted.reportFile), wanted)), test::cell("drawn"));
+        const Document document = drawnAlike(readDefinitionFile(wanted.reportFile), wanted);
+        const QStringList csv = csvText(document).trimmed().split("\r\n");
+        test::comparePicture(drawn(document) + QStringList(csv).replaceInStrings(QRegularExpression("^(?=.)"), "csv: "),
+                             test::cell("drawn"));
     }
 
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
