@@ -62,8 +62,8 @@ class tst_pdf : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Read back, with all rows, with none, and printed from the second page on: bookmarks as in the outline, each address
-    // under its link, author and subject.
+    // Read back, with all rows, with none, and printed from the second page on: bookmarks as in the outline, each
+    // address under its link, author and subject.
     void finishes()
     {
         const QTemporaryDir folder;

@@ -39,8 +39,8 @@ QString number(double value)
     return QString::number(std::round(value * 10) / 10 + 0.0);
 }
 
-// What an item is, where from the usual margins' corner, and how large, in points; colours other than black, fonts other
-// than the usual one, and a "_" for each empty cell before a text.
+// What an item is, where from the usual margins' corner, and how large, in points; colours other than black, fonts
+// other than the usual one, and a "_" for each empty cell before a text.
 QString drawn(const Item& item, const Document& document)
 {
     const auto place = [](double x, double y) { return number(x - 43) + u' ' + number(y - 43); };
@@ -83,7 +83,10 @@ QStringList drawn(const Document& document)
             lines << drawn(item, document);
     }
     for (const OutlineEntry& entry : document.outline)
-        lines << QStringLiteral("entry %1%2: page %3, ").arg(QString(2 * entry.level, ' '), entry.text).arg(entry.page + 1) + ::number(entry.top - 43);
+        lines << QStringLiteral("entry %1%2: page %3, ")
+                         .arg(QString(2 * entry.level, ' '), entry.text)
+                         .arg(entry.page + 1) +
+                     ::number(entry.top - 43);
     for (const QString& warning : document.warnings)
         lines << "! " + warning;
     return lines;
@@ -213,7 +216,8 @@ private Q_SLOTS:
     }
 
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reporting/printed.txt"); }
-    // All that is drawn, of the test's reports, which are read as a Windows editor writes them, and of the shipped ones.
+    // All that is drawn, of the test's reports, which are read as a Windows editor writes them, and of the shipped
+    // ones.
     void placesWhatItSays_data() { test::cases({"text", "drawn"}, "reporting/placed.txt"); }
     void placesWhatItSays()
     {

@@ -116,7 +116,8 @@ QStringList changesOf(const QStringList& before, const QStringList& now)
 {
     QStringList changes;
     for (const QString& line : now.size() > 1 ? before : QStringList()) // a form that was closed shows nothing
-        if (const QString name = line.section(u':', 0, 0); !now.contains(line) && now.filter(QRegularExpression(u'^' + name + u':')).isEmpty())
+        if (const QString name = line.section(u':', 0, 0);
+            !now.contains(line) && now.filter(QRegularExpression(u'^' + name + u':')).isEmpty())
             changes += name + ": -";
     for (const QString& line : now)
         changes += before.contains(line) ? QStringList() : QStringList(line);
