@@ -133,8 +133,16 @@ QStringList PreviewSteps::run(const QString& step)
         seen += commands();
     else if (word == "color")
         seen += colorAt(part(0), {part(1).toDouble(), part(2).toDouble()}).name();
-    else
+    else if (word == "ink") { // whether a part of a list has more than one colour
+        const QRect area(part(1).toInt(), part(2).toInt(), part(3).toInt(), part(4).toInt());
+        const QImage there = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab(area).toImage();
+        QImage blank(there);
+        blank.fill(there.pixelColor(0, 0));
+        seen += there == blank ? "blank" : "ink";
+    } else if (word == "press" || word == "drag" || word == "move" || word == "release" || word == "double")
         mouse(word, part(0).toInt() - 1, {part(1).toDouble(), part(2).toDouble()}, part(3) == "Shift");
+    else
+        fail("no such step: " + step);
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return seen + (m_told.isEmpty() ? QStringList() : QStringList("told: " + m_told.join(", ")));
@@ -207,7 +215,10 @@ QColor PreviewSteps::colorAt(const QString& where, QPointF point) const
     auto& area = isPage ? view() : *m_preview.child<QAbstractScrollArea>(where);
     const QImage image = area.viewport()->grab().toImage();
     const QPointF at = isPage ? view().inViewport(page, {point, QSizeF()}).topLeft() : point;
-    return image.pixelColor((at * image.devicePixelRatio()).toPoint());
+    const QPoint pixel = (at * image.devicePixelRatio()).toPoint();
+    if (!image.valid(pixel))
+        fail("nothing is shown there: " + where);
+    return image.pixelColor(pixel);
 }
 
 } // namespace orlo::test

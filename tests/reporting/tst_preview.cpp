@@ -2,6 +2,7 @@
 
 #include "platform/Conversion.h"
 #include "reporting/view/Printing.h"
+#include "reporting/view/RunProgress.h"
 #include "reporting/view/SharedDocument.h"
 #include "support/Controls.h"
 #include "support/Files.h"
@@ -40,6 +41,24 @@ void whenDialogIsUp(const std::function<void(Dialog&)>& act)
     });
 }
 
+// The words of the windows of progress that come up meanwhile, at once.
+class ProgressTexts : public QTimer
+{
+public:
+    ProgressTexts()
+    {
+        setProgressDelay(0);
+        connect(this, &QTimer::timeout, this, [this] {
+            if (const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget()))
+                texts += texts.contains(dialog->labelText()) ? QStringList() : QStringList(dialog->labelText());
+        });
+        start(0);
+    }
+    ~ProgressTexts() override { setProgressDelay(400); }
+
+    QStringList texts;
+};
+
 } // namespace
 
 class tst_preview : public QObject
@@ -72,6 +91,7 @@ private Q_SLOTS:
             seen += test::changesOf(before, now);
             before = now;
         }
+        QVERIFY(seen.size() > 2);
         test::comparePicture(seen, text);
     }
 
@@ -136,8 +156,11 @@ private Q_SLOTS:
     void savesByTheDialog()
     {
         platform::setToday(QDate(2026, 3, 5));
-        const OpenPreview preview;
+        auto document = std::make_shared<Document>(*test::documentOf());
+        document->title = "Pack:  47/awards "; // "Pack- 47-awards" in a file's name
+        const OpenPreview preview(document);
         const QTemporaryDir folder;
+        const ProgressTexts progress;
         const auto* notice = preview.child<QLabel>("lblNotice");
         for (const auto& [action, suffix, caption, filter] :
              {std::tuple("actSavePdf", "pdf", "Save as PDF", "PDF files: the pages as they are (*.pdf)"),
@@ -160,6 +183,7 @@ private Q_SLOTS:
             preview.child<QToolButton>("cmdOpenSaved")->click();
             QCOMPARE(notice->text(), "No program of this computer opens " + saved + '.');
         }
+        QCOMPARE(progress.texts, QStringList("Saving the report…"));
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), (QStringList{"list.csv", "list.pdf"}));
         QCOMPARE(test::pagesOf(folder.filePath("list.pdf")), test::Pages);
         QVERIFY(test::contents(folder.filePath("list.csv")).contains("\"Café, \"\"4\"\"\",4\r\n"));
@@ -210,10 +234,14 @@ private Q_SLOTS:
             preview.window->view().goToPage(3);
             const QString file = folder.filePath(months);
             test::printInto(file);
+            QStringList offered;
             whenDialogIsUp<QPrintDialog>([&](QPrintDialog& dialog) {
-                QCOMPARE((QList{dialog.minPage(), dialog.maxPage(), dialog.fromPage(), dialog.toPage()}),
-                         (QList{1, test::Pages, 1, test::Pages}));
-                QCOMPARE(dialog.printer()->docName(), "Pack: 47/awards");
+                for (const int page : {dialog.minPage(), dialog.maxPage(), dialog.fromPage(), dialog.toPage()})
+                    offered += QString::number(page);
+                for (const QString part : {"printAll", "printRange", "printCurrentPage", "collate"})
+                    if (const auto* box = dialog.findChild<QWidget*>(part); box->isEnabled() && !box->isHidden())
+                        offered += part;
+                offered += dialog.printer()->docName();
                 dialog.findChild<QRadioButton*>(option)->click();
                 dialog.findChild<QSpinBox*>("from")->setValue(2);
                 dialog.findChild<QSpinBox*>("to")->setValue(3);
@@ -222,7 +250,10 @@ private Q_SLOTS:
                 dialog.findChild<QCheckBox*>("reverse")->setChecked(copies > 1);
                 dialog.accept();
             });
+            const ProgressTexts progress;
             preview.key(Qt::Key_P, Qt::ControlModifier);
+            QCOMPARE(progress.texts, QStringList("Printing the report…"));
+            QCOMPARE(offered.join(' '), "1 5 1 5 printAll printRange printCurrentPage collate Pack: 47/awards");
             QString printed;
             for (const QString& line : test::linesOf(file).filter("Page "))
                 printed += line.trimmed()[5];

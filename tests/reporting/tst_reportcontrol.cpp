@@ -208,7 +208,7 @@ private Q_SLOTS:
         QTEST(QString::number(shopping->run()), "number");
         QVERIFY(!shopping->preview());
         QWidget* window = messageWindow();
-        QVERIFY(window && !window->parent() && !window->testAttribute(Qt::WA_QuitOnClose));
+        QVERIFY(window && !window->isMinimized() && !window->parent() && !window->testAttribute(Qt::WA_QuitOnClose));
         const QString text = window->findChild<QLabel*>("lblReportMessage")->text();
         const QString folder = QDir::toNativeSeparators(m_folder.path() + '/');
         QCOMPARE(QString(text).replace(folder, "$/", Qt::CaseInsensitive), told);

@@ -249,8 +249,8 @@ private Q_SLOTS:
         const auto write = [&](const QString& name, const QByteArray& bytes) {
             test::write(m_dir.filePath(name), bytes);
         };
-        for (const char* file : {"style.inc", "own.rpt"})
-            write(file, fileOf(file));
+        write("style.inc", fileOf("style.inc"));
+        write("own.rpt", "\xEF\xBB\xBF" + fileOf("own.rpt"));
         QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(m_dir.filePath("mark.png")));
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("own.rpt");
