@@ -92,6 +92,10 @@ QStringList PreviewSteps::picture() const
                       QString::number(box.height()));
     lines += "described: " + view().accessibleDescription() + "; " +
              m_preview.child<QComboBox>("cboZoom")->accessibleDescription();
+    QPoint marked;
+    reader().selection(0, &marked.rx(), &marked.ry());
+    lines +=
+        QStringLiteral("reader: at %1, %2 to %3 marked").arg(reader().cursorPosition()).arg(marked.x()).arg(marked.y());
     lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
         lines += "entry: " + outline->currentItem()->text(0);
@@ -133,6 +137,31 @@ QStringList PreviewSteps::run(const QString& step)
         seen += commands();
     else if (word == "color")
         seen += colorAt(part(0), {part(1).toDouble(), part(2).toDouble()}).name();
+    else if (word == "read")
+        seen += reader().text(0, reader().characterCount()).replace('\n', "\\n");
+    else if (word == "line") { // the line at a place of the text, and the letter there
+        QPoint ends;
+        QString line = reader().textAtOffset(part(0).toInt(), QAccessible::LineBoundary, &ends.rx(), &ends.ry());
+        const QRect letter = reader().characterRect(part(0).toInt());
+        const QPoint at = view().viewport()->mapFromGlobal(letter.topLeft());
+        seen += QStringLiteral("%1 to %2: %3").arg(ends.x()).arg(ends.y()).arg(line.replace('\n', "\\n"));
+        seen += QStringLiteral("%1 %2 %3x%4: %5")
+                    .arg(at.x())
+                    .arg(at.y())
+                    .arg(letter.width())
+                    .arg(letter.height())
+                    .arg(reader().offsetAtPoint(letter.center()));
+    } else if (word == "at")
+        seen += QString::number(
+            reader().offsetAtPoint(view().viewport()->mapToGlobal(QPoint(part(0).toInt(), part(1).toInt()))));
+    else if (word == "caret")
+        reader().setCursorPosition(part(0).toInt());
+    else if (word == "mark")
+        reader().addSelection(part(0).toInt(), part(1).toInt());
+    else if (word == "unmark")
+        reader().removeSelection(0);
+    else if (word == "bring")
+        reader().scrollToSubstring(part(0).toInt(), part(1).toInt());
     else if (word == "ink") { // whether a part of a list has more than one colour
         const QRect area(part(1).toInt(), part(2).toInt(), part(3).toInt(), part(4).toInt());
         const QImage there = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab(area).toImage();
@@ -165,6 +194,12 @@ QStringList PreviewSteps::commands() const
                          .join(" | ");
         }
     return lines;
+}
+
+// What a screen reader works with.
+QAccessibleTextInterface& PreviewSteps::reader() const
+{
+    return *QAccessible::queryAccessibleInterface(&view())->textInterface();
 }
 
 QAction& PreviewSteps::action(const QString& name) const

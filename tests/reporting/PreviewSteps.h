@@ -3,6 +3,7 @@
 #include "reporting/view/PageView.h"
 #include "reporting/view/PreviewWindow.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QPointer>
@@ -68,6 +69,7 @@ private:
     }
     // The menus and the tool bar: texts, keys, tips, and whether there is a sign.
     QStringList commands() const;
+    QAccessibleTextInterface& reader() const;
     QAction& action(const QString& name) const;
     void click(const QString& name, int row) const;
     void wheel(int notches, Qt::KeyboardModifiers modifiers) const;

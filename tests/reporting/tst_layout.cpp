@@ -88,9 +88,6 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
-        QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern"))
-                    .first()
-                    .endsWith('.'));
         // Joined characters are narrower than separate ones.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }

@@ -95,45 +95,6 @@ private Q_SLOTS:
         test::comparePicture(seen, text);
     }
 
-    void tellsReadersItsText()
-    {
-        const OpenPreview preview;
-        PageView& view = preview.window->view();
-        auto* reader = QAccessible::queryAccessibleInterface(&view);
-        auto* text = reader->textInterface();
-        QVERIFY(text);
-        QCOMPARE(text->text(0, text->characterCount()), "Page January\nfirst row and another ROW");
-        QCOMPARE(reader->child(0)->object(), view.viewport());
-        view.goToPage(1);
-        int from = 0;
-        int to = 0;
-        QCOMPARE(text->textAtOffset(16, QAccessible::LineBoundary, &from, &to), "first row and another ROW");
-        QCOMPARE(std::pair(from, to), std::pair(14, 39));
-        QCOMPARE(text->offsetAtPoint(text->characterRect(20).center()), 20);
-        QCOMPARE(text->offsetAtPoint(view.viewport()->mapToGlobal(QPoint(2, 2))), -1);
-        text->addSelection(20, 23);
-        view.copy();
-        QCOMPARE(QGuiApplication::clipboard()->text(), "row");
-        view.setZoom(3);
-        text->scrollToSubstring(20, 23);
-        QVERIFY(view.viewport()->rect().contains(view.viewport()->mapFromGlobal(text->characterRect(20).center())));
-        text->selection(0, &from, &to);
-        QCOMPARE(std::pair(from, to), std::pair(20, 23));
-        text->removeSelection(0);
-        QCOMPARE(text->selectionCount(), 0);
-        text->setCursorPosition(30);
-        QCOMPARE(text->cursorPosition(), 30);
-        view.goToPage(2); // the reader starts at its top
-        QCOMPARE(text->cursorPosition(), 0);
-        text->setCursorPosition(30);
-        preview.window->setDocument(std::make_shared<Document>()); // what it knew is gone
-        QCOMPARE(text->cursorPosition(), 0);
-        text->setCursorPosition(30);
-        text->addSelection(0, 3);
-        view.copy();
-        QCOMPARE(text->characterCount() + text->selectionCount(), 0);
-    }
-
     // Memory in the middle of the heap, which freeing alone leaves with the process, is returned with a large
     // document.
     void givesMemoryBack()
