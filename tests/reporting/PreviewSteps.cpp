@@ -87,6 +87,11 @@ QStringList PreviewSteps::picture() const
         off += action->isEnabled() ? QStringList() : QStringList(action->objectName().sliced(3));
     const QRectF box = view().pageBox(view().currentPage());
     lines += "off: " + off.join(' ');
+    QMap<int, QString> column; // from top to bottom
+    for (const char* part : {"vwPages", "findBar", "noticeBar"})
+        if (const auto* shown = m_preview.child<QWidget>(part); shown->isVisible())
+            column[shown->y()] = part;
+    lines += "column: " + column.values().join(' ');
     lines += QStringLiteral("page: at %1, %2, %3 x %4")
                  .arg(QString::number(box.left()), QString::number(box.top()), QString::number(box.width()),
                       QString::number(box.height()));
@@ -138,7 +143,7 @@ QStringList PreviewSteps::run(const QString& step)
     else if (word == "color")
         seen += colorAt(part(0), {part(1).toDouble(), part(2).toDouble()}).name();
     else if (word == "read")
-        seen += reader().text(0, reader().characterCount()).replace('\n', "\\n");
+        seen += QStringList{reader().text(0, reader().characterCount()).replace('\n', "\\n"), readerParts()};
     else if (word == "line") { // the line at a place of the text, and the letter there
         QPoint ends;
         QString line = reader().textAtOffset(part(0).toInt(), QAccessible::LineBoundary, &ends.rx(), &ends.ry());
@@ -168,7 +173,7 @@ QStringList PreviewSteps::run(const QString& step)
         QImage blank(there);
         blank.fill(there.pixelColor(0, 0));
         seen += there == blank ? "blank" : "ink";
-    } else if (word == "press" || word == "drag" || word == "move" || word == "release" || word == "double")
+    } else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
         mouse(word, part(0).toInt() - 1, {part(1).toDouble(), part(2).toDouble()}, part(3) == "Shift");
     else
         fail("no such step: " + step);
@@ -202,6 +207,17 @@ QAccessibleTextInterface& PreviewSteps::reader() const
     return *QAccessible::queryAccessibleInterface(&view())->textInterface();
 }
 
+QString PreviewSteps::readerParts() const
+{
+    auto* page = QAccessible::queryAccessibleInterface(&view());
+    QStringList parts{QVariant::fromValue(page->role()).toString() + (page->state().readOnly ? ", read only" : "") +
+                      (page->state().multiLine ? ", lines" : "") + (page->state().selectableText ? ", marks" : "")};
+    for (int child = 0; child < page->childCount(); ++child)
+        parts +=
+            page->child(child)->object()->objectName() + ' ' + QString::number(page->indexOfChild(page->child(child)));
+    return parts.join("; ");
+}
+
 QAction& PreviewSteps::action(const QString& name) const
 {
     for (auto* action : m_preview.window->findChildren<QAction*>())
@@ -231,14 +247,17 @@ void PreviewSteps::wheel(int notches, Qt::KeyboardModifiers modifiers) const
 
 void PreviewSteps::mouse(const QString& word, int page, QPointF point, bool shift) const
 {
+    static const QMap<QString, QEvent::Type> types{{"double", QEvent::MouseButtonDblClick},
+                                                   {"press", QEvent::MouseButtonPress},
+                                                   {"right", QEvent::MouseButtonPress},
+                                                   {"release", QEvent::MouseButtonRelease}};
     const QPointF at = view().inViewport(page, {point, QSizeF()}).topLeft();
-    const bool pressed = word == "press", held = pressed || word == "drag";
-    const auto type = word == "double"    ? QEvent::MouseButtonDblClick
-                      : pressed           ? QEvent::MouseButtonPress
-                      : word == "release" ? QEvent::MouseButtonRelease
-                                          : QEvent::MouseMove;
-    const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), button, held ? Qt::LeftButton : Qt::NoButton,
+    const QEvent::Type type = types.value(word, QEvent::MouseMove);
+    const auto held = word == "right"                     ? Qt::RightButton
+                      : word == "press" || word == "drag" ? Qt::LeftButton
+                                                          : Qt::NoButton;
+    const auto button = word == "right" ? Qt::RightButton : type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), button, held,
                       shift ? Qt::ShiftModifier : Qt::NoModifier);
     QApplication::sendEvent(view().viewport(), &event);
 }

@@ -70,10 +70,11 @@ private:
     // The menus and the tool bar: texts, keys, tips, and whether there is a sign.
     QStringList commands() const;
     QAccessibleTextInterface& reader() const;
+    QString readerParts() const;
     QAction& action(const QString& name) const;
     void click(const QString& name, int row) const;
     void wheel(int notches, Qt::KeyboardModifiers modifiers) const;
-    // press, move, drag, release and double, at a point of a page
+    // press, right, move, drag, release and double, at a point of a page
     void mouse(const QString& word, int page, QPointF point, bool shift) const;
     // The colour of a page's point, or of a list's pixel.
     QColor colorAt(const QString& where, QPointF point) const;

@@ -40,6 +40,8 @@ void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, int level, QPDF& p
         QPDFObjectHandle page = item.getDestPage();
         const double top = 792 - item.getDest().getArrayItem(3).getNumericValue();
         found << bookmark(level, QString::fromStdString(item.getTitle()), pdf.findPage(page), top);
+        if (item.getCount() != -int(item.getKids().size())) // they are closed at first
+            found << "open";
         addBookmarks(item.getKids(), level + 1, pdf, found);
     }
 }
@@ -97,6 +99,8 @@ private Q_SLOTS:
             addBookmarks(QPDFOutlineDocumentHelper(pdf).getTopLevelOutlines(), 0, pdf, found);
             QCOMPARE(found, outline);
             QCOMPARE(pdf.getRoot().hasKey("/PageMode"), any);
+            QCOMPARE(pdf.getRoot().getKey("/Lang").getUTF8Value(), "en-US");
+            QVERIFY(pdf.getRoot().getKey("/ViewerPreferences").getKey("/DisplayDocTitle").getBoolValue());
             QPDFObjectHandle facts = pdf.getTrailer().getKey("/Info");
             for (const auto& [key, text] : {std::pair("/Title", QString("Łódź")),
                                             {"/Author", "Pack é Ł"},

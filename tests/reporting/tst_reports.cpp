@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QImage>
 #include <QRegularExpression>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -210,7 +211,8 @@ private Q_SLOTS:
                  "This picture is higher than a page's room for it. (own.rpt, line 13, column 9)\n"
                  "This text stands over the one that begins before it. (own.rpt, line 11, column 6)");
         write("style.inc", "page-header {\ntext 0 = {None}\n}\n");
-        write("own.rpt", "source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n");
+        QStringEncoder asNotepad(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
+        write("own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         const auto error = test::failureOf<ReportError>([&] { return run(wanted); });
         QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
     }
