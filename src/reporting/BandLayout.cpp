@@ -130,7 +130,7 @@ Strip BandLayout::part(const Row& row, Content& content, double limit, bool top)
 {
     Strip strip;
     strip.items.reserve(content.cells.size() + 2);
-    const double textTop = (top ? row.above : 0) + row.ruleAbove;
+    const double textTop = top ? row.above + row.ruleAbove : 0;
     double bottom = textTop;
     int empty = 0;
     for (Cell& cell : content.cells) {
@@ -157,7 +157,7 @@ Strip BandLayout::part(const Row& row, Content& content, double limit, bool top)
         }
         bottom = std::max(bottom, textTop + block.height);
     }
-    strip.height = bottom + (strip.goesOn ? 0 : row.below) + row.ruleBelow;
+    strip.height = bottom + (strip.goesOn ? 0 : row.below + row.ruleBelow);
     return strip;
 }
 

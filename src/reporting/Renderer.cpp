@@ -49,8 +49,12 @@ public:
         if (m_exports.empty())
             for (const Value& value : m_report.rows.rows[row])
                 line << displayText(value);
-        for (const ExportColumn& column : m_exports)
-            line << displayText(column.formula.evaluate(m_scope));
+        try {
+            for (const ExportColumn& column : m_exports)
+                line << displayText(column.formula.evaluate(m_scope));
+        } catch (const ReportError& error) {
+            throw error.atRecord(row + 1);
+        }
         return line;
     }
 

@@ -17,11 +17,11 @@ namespace
 class Row final : public FormulaScope
 {
 public:
-    static inline const QStringList names{"S.SID", "A.Day", "S.Active", "Name", "Nothing"};
+    static inline const QStringList names{"S.SID", "A.Day", "S.Active", "Name", "Nothing", "Odd]", "[Odd"};
 
     [[nodiscard]] Value field(int index) const override
     {
-        const Value values[] = {12, QDate(2004, 6, 7), u"y", u"O'Bri'en", {}};
+        const Value values[] = {12, QDate(2004, 6, 7), u"y", u"O'Bri'en", {}, 1, 1};
         return values[index];
     }
     [[nodiscard]] Value word(Word word) const override
@@ -46,7 +46,7 @@ std::optional<QueryColumn> columnOf(const QString& field)
 {
     using Type = FormulaNode::Type;
     const auto at = Row::names.indexOf(field);
-    const Type types[] = {Type::Number, Type::Date, Type::Text, Type::Text, Type::Number};
+    const Type types[] = {Type::Number, Type::Date, Type::Text, Type::Text, Type::Number, Type::Number, Type::Number};
     return at < 0 ? std::nullopt : std::optional(QueryColumn{field.section(u'.', -1), types[at]});
 }
 

@@ -88,9 +88,6 @@ private Q_SLOTS:
             const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
             QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
         }
-        QVERIFY(typesetter.broken(font, "pack.of.fernhollow", typesetter.width(font, u"pack.of.fern"))
-                    .first()
-                    .endsWith('.'));
         // Joined characters are narrower than separate ones.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
@@ -117,7 +114,8 @@ private Q_SLOTS:
     {
         // the green box, as shares of the paper's width
         test::table({"paper", "left", "width"},
-                    "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558");
+                    "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558\n"
+                    "its own, across | 0.0909 | 0.5909");
     }
     void printsOnOtherPaper()
     {
@@ -127,10 +125,13 @@ private Q_SLOTS:
         test::printInto(file);
         const std::unique_ptr<QPrinter> printer = defaultPrinter();
         Document document;
-        document.pages = {{{BoxItem{{72, 700, 468, 20}, 0, Qt::black, Qt::darkGreen}}}};
+        document.pages = {{{BoxItem{{72, 500, 468, 20}, 0, Qt::black, Qt::darkGreen}}}};
         document.exactSize = paper.endsWith("labels");
+        if (paper.endsWith("across"))
+            document.paper.transpose();
         preparePrinter(*printer, document);
-        printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
+        if (paper.startsWith('A'))
+            printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
         QVERIFY(printDocument(*printer, document));
         if (QProcess::execute("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")}) == -2)
             QSKIP("pdftoppm is missing: the printed page is not looked at");

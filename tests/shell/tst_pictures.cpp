@@ -53,17 +53,10 @@ private Q_SLOTS:
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
         const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
-        compare(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
+        test::comparePicture(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
     }
 
 private:
-    static void compare(const QStringList& seen, const QString& wanted)
-    {
-        if (seen != wanted.trimmed().split('\n'))
-            qWarning("%s", qPrintable(seen.join('\n')));
-        QCOMPARE(seen, wanted.trimmed().split('\n'));
-    }
-
     // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead or, after a
     // plus sign, as well. Then each step is a line "> words", and the lines below it are what it changed: controls,
     // answered boxes, the log of a dialog that it worked. "> Select" shows what is stored.
@@ -107,14 +100,10 @@ private:
                                    : "not asked";
             const bool open = test::loadedForm(form);
             const QStringList now = open ? test::pictureOf(screen.form) : QStringList("closed");
-            for (const QString& control : std::as_const(before))
-                if (open && now.filter(QRegularExpression('^' + control.section(':', 0, 0) + ':')).isEmpty())
-                    seen += control.section(':', 0, 0) + ": -"; // nothing is left to tell
-            for (const QString& control : now)
-                seen += before.contains(control) ? QStringList() : QStringList(control);
+            seen += test::changesOf(before, now);
             before = now;
         }
-        compare(seen, text);
+        test::comparePicture(seen, text);
     }
 
     std::optional<test::AppFolder> m_folder;

@@ -1,5 +1,6 @@
 #include "support/Picture.h"
 
+#include <QTest>
 #include <QtWidgets/QtWidgets>
 
 namespace orlo::test
@@ -52,7 +53,9 @@ QString stateOf(const QWidget& control, What what)
         state += quoted(box->text());
         add(all && box->maxLength() < 32767, "at most " + QString::number(box->maxLength()));
         add(box->isReadOnly(), "read only");
-    } else if (const auto* text = qobject_cast<const QPlainTextEdit*>(&control))
+    } else if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&control))
+        state += quoted(number->text());
+    else if (const auto* text = qobject_cast<const QPlainTextEdit*>(&control))
         state += quoted(text->toPlainText());
     else if (const auto* read = qobject_cast<const QTextEdit*>(&control))
         state += quoted(read->toPlainText());
@@ -107,6 +110,26 @@ QStringList pictureOf(const QWidget& form, What what)
     }
     const auto* focus = form.focusWidget();
     return lines + QStringList("focus: " + (focus ? focus->objectName() : "nothing"));
+}
+
+QStringList changesOf(const QStringList& before, const QStringList& now)
+{
+    QStringList changes;
+    for (const QString& line : now.size() > 1 ? before : QStringList()) // a form that was closed shows nothing
+        if (const QString name = line.section(u':', 0, 0);
+            !now.contains(line) && now.filter(QRegularExpression(u'^' + name + u':')).isEmpty())
+            changes += name + ": -";
+    for (const QString& line : now)
+        changes += before.contains(line) ? QStringList() : QStringList(line);
+    return changes;
+}
+
+void comparePicture(const QStringList& seen, const QString& wanted)
+{
+    const QStringList lines = wanted.trimmed().split(u'\n');
+    if (seen != lines)
+        qWarning("%s", qPrintable(seen.join(u'\n')));
+    QCOMPARE(seen, lines);
 }
 
 QStringList tabOrderOf(const QWidget& form)

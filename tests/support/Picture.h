@@ -13,6 +13,10 @@ enum class What { Everything, Changing };
 /// chosen ones marked with a star; the line "focus" names the control that has it. What is the same for the form's
 /// whole life, such as a box's limit, can be left out.
 QStringList pictureOf(const QWidget& form, What what = What::Changing);
+/// What a later picture shows otherwise: its new lines, after "name: -" for those of which nothing is left to tell.
+[[nodiscard]] QStringList changesOf(const QStringList& before, const QStringList& now);
+/// Fails with all lines, to copy them from, if they aren't the wanted ones.
+void comparePicture(const QStringList& seen, const QString& wanted);
 /// The controls that Tab comes to, in its order, disabled ones included; eight to a line.
 QStringList tabOrderOf(const QWidget& form);
 

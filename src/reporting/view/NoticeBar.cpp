@@ -3,6 +3,7 @@
 #include "widgets/Glyphs.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
@@ -48,7 +49,7 @@ void NoticeBar::tell(const QString& text, const QString& opens)
 void NoticeBar::open()
 {
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_path)))
-        tell(QStringLiteral("No program of this computer opens %1.").arg(m_path));
+        tell(QStringLiteral("No program of this computer opens %1.").arg(QDir::toNativeSeparators(m_path)));
 }
 
 } // namespace orlo::reporting

@@ -97,9 +97,8 @@ void PageView::setZoom(double zoom)
 void PageView::setFit(Fit fit)
 {
     m_fit = fit;
-    if (fit != Fit::None)
-        rescale(fittingZoom(), QPointF(viewport()->width() / 2.0, Gap));
-    Q_EMIT zoomChanged();
+    rescale(fittingZoom(), QPointF(viewport()->width() / 2.0, Gap));
+    Q_EMIT zoomChanged(); // the way to fit is new even where the scale isn't
 }
 
 void PageView::setHits(std::vector<TextSpan> hits, int current)

@@ -46,7 +46,7 @@ public:
     /// 1 is the size on paper. Keeps the middle of the window in place.
     void setZoom(double zoom);
     [[nodiscard]] double zoom() const { return m_zoom; }
-    /// Fits the page to the window, now and on every resize.
+    /// Fits the page to the window in one of the ways, now and on every resize.
     void setFit(Fit fit);
     /// What the scale follows.
     [[nodiscard]] Fit fit() const { return m_fit; }

@@ -89,9 +89,12 @@ void PreviewWindow::setDocument(std::shared_ptr<const Document> document)
 void PreviewWindow::fitToDocument()
 {
     const int tab = m_pageList ? m_pageList->currentIndex() : 0;
+    const bool inList = m_pageList && m_pageList->isAncestorOf(focusWidget());
     delete std::exchange(m_pageList, new PageList(m_document));
     m_side->setWidget(m_pageList);
     m_pageList->setCurrentIndex(tab);
+    if (inList)
+        m_pageList->currentWidget()->setFocus();
     connect(m_pageList, &PageList::pagePicked, m_view, &PageView::goToPage);
     {
         const QSignalBlocker quiet(m_page);

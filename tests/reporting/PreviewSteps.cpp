@@ -1,0 +1,278 @@
+#include "reporting/PreviewSteps.h"
+
+#include "reporting/view/NoticeBar.h"
+#include "support/Main.h"
+#include "support/Picture.h"
+
+#include <QtWidgets/QtWidgets>
+
+namespace orlo::test
+{
+
+using namespace orlo::reporting;
+
+std::shared_ptr<const Document> documentOf(const QString& text)
+{
+    auto document = std::make_shared<Document>();
+    document->title = "Pack: 47/awards";
+    document->fonts = {QFont("DejaVu Sans", 10)};
+    document->columns = {"Name", "Quantity"};
+    const QStringList parts = text.split(", ");
+    for (int page = 0; page < parts[0].toInt(); ++page) {
+        const QString number = QLocale::c().toString(QDate(2026, page + 1, 1), "MMMM");
+        document->pages.push_back(
+            {{TextItem{{72, 72, 400, 14}, "Page " + number}, TextItem{{72, 400, 400, 14}, "first row and another ROW"},
+              BoxItem{{72, 700, 468, 20}, 0, Qt::black, Qt::darkGreen}}});
+        document->outline.push_back({"Den " + number, 0, page});
+        document->rows.push_back({QStringLiteral("Café, \"%1\"").arg(page), QString::number(page)});
+    }
+    for (const QString& part : parts.mid(1)) {
+        QString words = part.section(": ", 1).replace("\\n", "\n");
+        const QStringList at = part.section(':', 0, 0).split(' ');
+        const auto number = [&](int i) { return at.value(i).toDouble(); };
+        if (part == "first")
+            document->complete = false;
+        else if (part == "no outline")
+            document->outline.clear();
+        else if (at[0] == "paper")
+            document->paper = {number(1), number(2)};
+        else if (part == "blank")
+            document->pages[0].items.clear();
+        else if (at[0] == "entry")
+            document->outline.push_back({words, at[1].toInt(), at[2].toInt() - 1, number(3)});
+        else {
+            std::vector<Item>& items = document->pages[at[0].toUInt() - 1].items;
+            const QRectF box(number(2), number(3), number(4), number(5));
+            const QColor color(words.section(' ', 0, 0)), fill(words.section(' ', 1, 1));
+            const auto empty = int(words.count('_'));
+            if (at[1] == "line")
+                items.push_back(LineItem{box.topLeft(), {number(4), number(5)}, number(6), color});
+            else if (at[1] == "box")
+                items.push_back(BoxItem{box, number(6), color, fill.isValid() ? fill : Qt::transparent});
+            else if (at[1] == "picture") {
+                items.push_back(PictureItem{box, QImage(2, 2, QImage::Format_RGB32)});
+                std::get<PictureItem>(items.back()).picture.fill(color);
+            } else
+                items.push_back(TextItem{box, words.remove('_'), 0, Qt::black, empty});
+        }
+    }
+    return document;
+}
+
+PreviewSteps::PreviewSteps(const QString& document) : m_preview(documentOf(document))
+{
+    const PageView* view = &this->view();
+    connect(view, &PageView::currentPageChanged, this, [this, view](int page) {
+        note(QStringLiteral("page %1").arg(page + 1));
+        if (page != view->currentPage())
+            note(QStringLiteral("but shows %1").arg(view->currentPage() + 1));
+    });
+    connect(view, &PageView::scrolled, this, [this] { note("scrolled"); });
+    connect(view, &PageView::zoomChanged, this, [this] { note("zoom"); });
+    connect(view, &PageView::selectionChanged, this, [this] { note("selection"); });
+    QDesktopServices::setUrlHandler("file", this, "opened");
+    QGuiApplication::clipboard()->clear();
+    run("size 900 540");
+}
+
+QStringList PreviewSteps::picture() const
+{
+    if (!m_preview.window)
+        return {"closed"};
+    QStringList lines = pictureOf(*m_preview.window);
+    lines.removeIf([](const QString& line) { return line.endsWith("], hidden"); });        // a list behind another
+    lines.replaceInStrings(QRegularExpression("^((cboZoom|spnPage): .*), hidden"), "\\1"); // for lack of room
+    QStringList off;
+    for (const auto* action : m_preview.window->findChildren<QAction*>(QRegularExpression("^act")))
+        off += action->isEnabled() ? QStringList() : QStringList(action->objectName().sliced(3));
+    const QRectF box = view().pageBox(view().currentPage());
+    lines += "off: " + off.join(' ');
+    QMap<int, QString> column; // from top to bottom
+    for (const char* part : {"vwPages", "findBar", "noticeBar"})
+        if (const auto* shown = m_preview.child<QWidget>(part); shown->isVisible())
+            column[shown->y()] = part;
+    lines += "column: " + column.values().join(' ');
+    lines += QStringLiteral("page: at %1, %2, %3 x %4")
+                 .arg(QString::number(box.left()), QString::number(box.top()), QString::number(box.width()),
+                      QString::number(box.height()));
+    lines += "described: " + view().accessibleDescription() + "; " +
+             m_preview.child<QComboBox>("cboZoom")->accessibleDescription();
+    QPoint marked;
+    reader().selection(0, &marked.rx(), &marked.ry());
+    lines +=
+        QStringLiteral("reader: at %1, %2 to %3 marked").arg(reader().cursorPosition()).arg(marked.x()).arg(marked.y());
+    lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
+    if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
+        lines += "entry: " + outline->currentItem()->text(0);
+    return lines + QStringList("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n"));
+}
+
+QStringList PreviewSteps::run(const QString& step)
+{
+    const QString word = step.section(' ', 0, 0), rest = step.section(' ', 1);
+    const auto part = [&](int i) { return rest.section(' ', i, i); };
+    m_told.clear();
+    QStringList seen;
+    if (word == "key") {
+        const QKeyCombination key = QKeySequence(rest)[0];
+        QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
+    } else if (word == "type")
+        for (const QChar c : rest)
+            QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, c, Qt::NoModifier);
+    else if (word == "wheel")
+        wheel(part(0).toInt(), part(1) == "Ctrl" ? Qt::ControlModifier : Qt::NoModifier);
+    else if (word == "size") // of what shows the pages
+        m_preview.window->resize(m_preview.window->size() + QSize(part(0).toInt(), part(1).toInt()) -
+                                 view().viewport()->size());
+    else if (word == "do")
+        action(rest).trigger();
+    else if (word == "click")
+        click(part(0), part(1).toInt());
+    else if (word == "focus")
+        m_preview.child<QWidget>(rest)->setFocus(Qt::TabFocusReason);
+    else if (word == "show")
+        m_preview.window->setDocument(documentOf(rest));
+    else if (word == "goto")
+        view().goToPage(part(0).toInt() - 1, part(1).toDouble());
+    else if (word == "tell")
+        m_preview.window->tell(rest);
+    else if (word == "notice")
+        m_preview.child<QLabel>("lblNotice")->window()->findChild<NoticeBar*>()->tell("saved", rest);
+    else if (word == "commands")
+        seen += commands();
+    else if (word == "color")
+        seen += colorAt(part(0), {part(1).toDouble(), part(2).toDouble()}).name();
+    else if (word == "read")
+        seen += QStringList{reader().text(0, reader().characterCount()).replace('\n', "\\n"), readerParts()};
+    else if (word == "line") { // the line at a place of the text, and the letter there
+        QPoint ends;
+        QString line = reader().textAtOffset(part(0).toInt(), QAccessible::LineBoundary, &ends.rx(), &ends.ry());
+        const QRect letter = reader().characterRect(part(0).toInt());
+        const QPoint at = view().viewport()->mapFromGlobal(letter.topLeft());
+        seen += QStringLiteral("%1 to %2: %3").arg(ends.x()).arg(ends.y()).arg(line.replace('\n', "\\n"));
+        seen += QStringLiteral("%1 %2 %3x%4: %5")
+                    .arg(at.x())
+                    .arg(at.y())
+                    .arg(letter.width())
+                    .arg(letter.height())
+                    .arg(reader().offsetAtPoint(letter.center()));
+    } else if (word == "at")
+        seen += QString::number(
+            reader().offsetAtPoint(view().viewport()->mapToGlobal(QPoint(part(0).toInt(), part(1).toInt()))));
+    else if (word == "caret")
+        reader().setCursorPosition(part(0).toInt());
+    else if (word == "mark")
+        reader().addSelection(part(0).toInt(), part(1).toInt());
+    else if (word == "unmark")
+        reader().removeSelection(0);
+    else if (word == "bring")
+        reader().scrollToSubstring(part(0).toInt(), part(1).toInt());
+    else if (word == "ink") { // whether a part of a list has more than one colour
+        const QRect area(part(1).toInt(), part(2).toInt(), part(3).toInt(), part(4).toInt());
+        const QImage there = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab(area).toImage();
+        QImage blank(there);
+        blank.fill(there.pixelColor(0, 0));
+        seen += there == blank ? "blank" : "ink";
+    } else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
+        mouse(word, part(0).toInt() - 1, {part(1).toDouble(), part(2).toDouble()}, part(3) == "Shift");
+    else
+        fail("no such step: " + step);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return seen + (m_told.isEmpty() ? QStringList() : QStringList("told: " + m_told.join(", ")));
+}
+
+QStringList PreviewSteps::commands() const
+{
+    QStringList lines;
+    const auto* tools = m_preview.child<QToolBar>("tlbPreview");
+    QList<const QWidget*> holders{tools};
+    for (const auto* menu : m_preview.window->menuBar()->findChildren<QMenu*>())
+        holders += menu->title().isEmpty() ? QList<const QWidget*>() : QList<const QWidget*>{menu};
+    for (const QWidget* holder : std::as_const(holders))
+        for (auto* action : holder->actions()) {
+            const auto* shown = holder == tools ? tools->widgetForAction(action) : nullptr;
+            const QString text = action->isSeparator() || !shown ? action->text() : shown->accessibleName();
+            lines += QStringList{holder->windowTitle() + holder->property("title").toString(), text,
+                                 QKeySequence::listToString(action->shortcuts()), action->toolTip(),
+                                 action->icon().isNull() ? "no sign" : "sign"}
+                         .join(" | ");
+        }
+    return lines;
+}
+
+// What a screen reader works with.
+QAccessibleTextInterface& PreviewSteps::reader() const
+{
+    return *QAccessible::queryAccessibleInterface(&view())->textInterface();
+}
+
+QString PreviewSteps::readerParts() const
+{
+    auto* page = QAccessible::queryAccessibleInterface(&view());
+    QStringList parts{QVariant::fromValue(page->role()).toString() + (page->state().readOnly ? ", read only" : "") +
+                      (page->state().multiLine ? ", lines" : "") + (page->state().selectableText ? ", marks" : "")};
+    for (int child = 0; child < page->childCount(); ++child)
+        parts +=
+            page->child(child)->object()->objectName() + ' ' + QString::number(page->indexOfChild(page->child(child)));
+    return parts.join("; ");
+}
+
+QAction& PreviewSteps::action(const QString& name) const
+{
+    for (auto* action : m_preview.window->findChildren<QAction*>())
+        if (action->objectName() == "act" + name || action->text().remove('&') == name)
+            return *action;
+    fail("no such action: " + name);
+    throw 0;
+}
+
+void PreviewSteps::click(const QString& name, int row) const
+{
+    auto* control = m_preview.child<QWidget>(name);
+    if (const auto* rows = qobject_cast<QAbstractItemView*>(control))
+        QTest::mouseClick(rows->viewport(), Qt::LeftButton, {},
+                          rows->visualRect(rows->model()->index(row - 1, 0)).center());
+    else
+        QTest::mouseClick(control, Qt::LeftButton);
+}
+
+void PreviewSteps::wheel(int notches, Qt::KeyboardModifiers modifiers) const
+{
+    const QPointF at(100, 200);
+    QWheelEvent event(at, view().viewport()->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view().viewport(), &event);
+}
+
+void PreviewSteps::mouse(const QString& word, int page, QPointF point, bool shift) const
+{
+    static const QMap<QString, QEvent::Type> types{{"double", QEvent::MouseButtonDblClick},
+                                                   {"press", QEvent::MouseButtonPress},
+                                                   {"right", QEvent::MouseButtonPress},
+                                                   {"release", QEvent::MouseButtonRelease}};
+    const QPointF at = view().inViewport(page, {point, QSizeF()}).topLeft();
+    const QEvent::Type type = types.value(word, QEvent::MouseMove);
+    const auto held = word == "right"                     ? Qt::RightButton
+                      : word == "press" || word == "drag" ? Qt::LeftButton
+                                                          : Qt::NoButton;
+    const auto button = word == "right" ? Qt::RightButton : type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), button, held,
+                      shift ? Qt::ShiftModifier : Qt::NoModifier);
+    QApplication::sendEvent(view().viewport(), &event);
+}
+
+QColor PreviewSteps::colorAt(const QString& where, QPointF point) const
+{
+    bool isPage = false;
+    const int page = where.toInt(&isPage) - 1;
+    auto& area = isPage ? view() : *m_preview.child<QAbstractScrollArea>(where);
+    const QImage image = area.viewport()->grab().toImage();
+    const QPointF at = isPage ? view().inViewport(page, {point, QSizeF()}).topLeft() : point;
+    const QPoint pixel = (at * image.devicePixelRatio()).toPoint();
+    if (!image.valid(pixel))
+        fail("nothing is shown there: " + where);
+    return image.pixelColor(pixel);
+}
+
+} // namespace orlo::test
