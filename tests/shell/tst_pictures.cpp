@@ -56,6 +56,42 @@ private Q_SLOTS:
         compare(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
     }
 
+    // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for a
+    // while is as before.
+    void keepsItsShape_data() { test::addWindows(); }
+    void keepsItsShape()
+    {
+        if (QTest::currentDataTag() == QByteArray("previewWindow"))
+            test::skip("it is no form");
+        QFETCH(test::Open, open);
+        const QFont usual = QApplication::font();
+        QFont large = usual;
+        large.setPointSize(usual.pointSize() + 5);
+        QList<QStringList> shapes[2]; // of all pages, the first one twice: it settles when the others have been seen
+        for (const bool changes : {false, true}) {
+            QApplication::setFont(changes ? usual : large);
+            m_folder.emplace();
+            test::prepareForWindows();
+            QVERIFY(test::openAndLook(open, [&](QWidget& form) {
+                auto* child = form.isWindow() ? nullptr : form.parentWidget();
+                QTest::qWait(1);
+                QApplication::setFont(large);
+                for (const QSize size : {QSize(400, 300), QSize(1300, 1000)}) {
+                    QTest::qWait(1);
+                    if (child && (changes || size.width() > 400))
+                        child->resize(size);
+                }
+                QTest::qWait(1);
+                shapes[changes] += test::shapeOf(form);
+            }));
+            if (shapes[changes].size() > 1)
+                shapes[changes].removeFirst();
+        }
+        QApplication::setFont(usual);
+        for (qsizetype page = 0; page < shapes[0].size(); ++page)
+            QCOMPARE(shapes[1][page], shapes[0][page]);
+    }
+
 private:
     static void compare(const QStringList& seen, const QString& wanted)
     {

@@ -123,4 +123,24 @@ QStringList tabOrderOf(const QWidget& form)
     return lines;
 }
 
+QStringList shapeOf(const QWidget& form)
+{
+    const auto size = [](const QWidget& part) { return QString("%1x%2").arg(part.width()).arg(part.height()); };
+    QStringList lines;
+    for (const auto* control : form.findChildren<QWidget*>()) {
+        if (!control->isVisible() || control->objectName().isEmpty() || control->objectName().startsWith("qt_"))
+            continue;
+        lines += control->objectName() + ": " + size(*control);
+        const auto* table = qobject_cast<const QTableView*>(control);
+        for (int column = 0; table && column < table->model()->columnCount(); ++column)
+            lines.last() += QString(", %1").arg(table->columnWidth(column));
+        for (const auto* heading : control->findChildren<QHeaderView*>(Qt::FindDirectChildrenOnly))
+            lines.last() += QString(", %1 by %2").arg(size(*heading)).arg(heading->defaultSectionSize());
+        if (const auto* area = qobject_cast<const QAbstractScrollArea*>(control))
+            for (const auto* bar : {area->horizontalScrollBar(), area->verticalScrollBar()})
+                lines.last() += QString(", scrolls %1").arg(bar->maximum());
+    }
+    return lines;
+}
+
 } // namespace orlo::test
