@@ -56,8 +56,8 @@ private Q_SLOTS:
         compare(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
     }
 
-    // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for a
-    // while is as before.
+    // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for
+    // a while is as before.
     void keepsItsShape_data() { test::addWindows(); }
     void keepsItsShape()
     {
