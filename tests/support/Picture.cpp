@@ -13,26 +13,58 @@ QString quoted(QString text)
     return u'"' + text.replace(u'\n', QStringLiteral("\\n")) + u'"';
 }
 
-QString rowsOf(const QAbstractItemView& view)
+// Rows with a star at a chosen one, or at the current cell where cells are chosen, behind their own marks.
+QString rowsOf(const QAbstractItemView& view, What what)
 {
     const auto* table = qobject_cast<const QTableView*>(&view);
+    const bool areCells = view.selectionBehavior() == QAbstractItemView::SelectItems && table;
+    const QAbstractItemModel& model = *view.model();
     const auto line = [&](const auto& cell) {
         QStringList cells;
-        for (int column = 0; column < view.model()->columnCount(); ++column)
+        for (int column = 0; column < model.columnCount(); ++column)
             if (!table || !table->isColumnHidden(column))
-                cells += cell(column).toString();
+                cells += cell(column);
         return cells.join(u'/');
+    };
+    const auto alignment = [&](int column) {
+        const auto aligned = Qt::Alignment(model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt());
+        return what == What::Changing ? "" : aligned & Qt::AlignRight ? ">" : aligned & Qt::AlignHCenter ? "^" : "";
     };
     QStringList rows;
     if (table)
-        rows += line([&](int column) { return view.model()->headerData(column, Qt::Horizontal); }) + u':';
-    for (int row = 0; row < view.model()->rowCount(); ++row) {
-        const auto chosen = view.selectionModel()->isRowSelected(row);
-        const auto tick = view.model()->index(row, 0).data(Qt::CheckStateRole).toInt();
-        rows += (chosen ? "*" : "") + QString(tick ? "x " : "") +
-                line([&](int column) { return view.model()->index(row, column).data(); });
+        rows += line([&](int c) { return model.headerData(c, Qt::Horizontal).toString() + alignment(c); }) + u':';
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const auto chosen = !areCells && view.selectionModel()->isRowSelected(row);
+        const auto tick = model.index(row, 0).data(Qt::CheckStateRole).toInt();
+        const auto cell = [&](int column) {
+            const bool current = areCells && view.currentIndex() == model.index(row, column);
+            return (current ? "*" : "") + model.index(row, column).data().toString();
+        };
+        const QString mark = areCells ? model.headerData(row, Qt::Vertical).toString() : QString();
+        rows += mark + (mark.isEmpty() ? "" : " ") + (chosen ? "*" : "") + (tick ? "x " : "") + line(cell);
     }
     return '[' + rows.join("; ") + ']';
+}
+
+// How a list or grid works, whatever it holds.
+QString manners(const QAbstractItemView& view)
+{
+    QStringList words{QVariant::fromValue(view.selectionMode()).toString(),
+                      QVariant::fromValue(view.selectionBehavior()).toString()};
+    const auto add = [&](bool so, const char* word) { words += so ? QStringList(word) : QStringList(); };
+    add(view.editTriggers() & QAbstractItemView::AnyKeyPressed, "typed");
+    add(view.alternatingRowColors(), "striped");
+    add(view.tabKeyNavigation(), "keeps Tab");
+    add(view.horizontalScrollMode() == QAbstractItemView::ScrollPerPixel, "smooth");
+    if (const auto* table = qobject_cast<const QTableView*>(&view)) {
+        add(table->wordWrap(), "wraps");
+        const auto* headings = table->horizontalHeader();
+        add(headings->sectionsClickable() || headings->highlightSections(), "pressed headings");
+        const auto spare = view.viewport()->width() - headings->length();
+        if (view.isVisible())
+            words += spare == 0 ? "full" : spare > 0 ? "with spare room" : "scrolls";
+    }
+    return words.join(u' ');
 }
 
 QString textsOf(const QComboBox& box)
@@ -52,6 +84,8 @@ QString stateOf(const QWidget& control, What what)
         state += quoted(box->text());
         add(all && box->maxLength() < 32767, "at most " + QString::number(box->maxLength()));
         add(box->isReadOnly(), "read only");
+        add(box->hasSelectedText(), "marked " + quoted(box->selectedText()));
+        add(!box->hasFocus() && box->cursorPosition() > 0, QString("cursor at %1").arg(box->cursorPosition()));
     } else if (const auto* text = qobject_cast<const QPlainTextEdit*>(&control))
         state += quoted(text->toPlainText());
     else if (const auto* read = qobject_cast<const QTextEdit*>(&control))
@@ -73,7 +107,7 @@ QString stateOf(const QWidget& control, What what)
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
-        state += rowsOf(*view);
+        state += rowsOf(*view, what) + (all ? ", " + manners(*view) : QString());
     const bool says = !state.isEmpty();
     if (!says && qobject_cast<QStackedWidget*>(control.parentWidget()))
         return {}; // a page, which its tab shows
@@ -90,7 +124,7 @@ bool isOwn(const QWidget& control)
 {
     const bool isOfThisMachine =
         control.inherits("orlo::widgets::FolderList") || control.inherits("orlo::widgets::DriveList");
-    return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt_") &&
+    return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt") &&
            !qobject_cast<QComboBox*>(control.parentWidget()) && !qobject_cast<QTabBar*>(control.parentWidget());
 }
 
@@ -106,7 +140,9 @@ QStringList pictureOf(const QWidget& form, What what)
             lines += box->objectName() + " offers: " + textsOf(*box);
     }
     const auto* focus = form.focusWidget();
-    return lines + QStringList("focus: " + (focus ? focus->objectName() : "nothing"));
+    const bool isEditor = focus && focus->objectName().isEmpty() && focus->parentWidget();
+    const auto* place = isEditor ? focus->parentWidget()->parentWidget() : focus;
+    return lines + QStringList("focus: " + (place ? place->objectName() : "nothing") + (isEditor ? ", typing" : ""));
 }
 
 QStringList tabOrderOf(const QWidget& form)

@@ -134,6 +134,11 @@ private Q_SLOTS:
         screen.grid.setAllowUpdate(true);
         const auto* caption = screen.grid.findChild<QLabel*>("caption");
         QVERIFY(caption->isVisible() && caption->geometry().bottom() < screen.grid.viewport()->y());
+        const QImage painted = screen.grid.viewport()->grab().toImage();
+        QSet<QRgb> grounds; // of the current row, another one and the empty line
+        for (const int row : {screen.grid.row(), 1, 3})
+            grounds += painted.pixel(screen.grid.visualRect(screen.grid.model()->index(row, 1)).topLeft() + QPoint(3, 3));
+        QCOMPARE(grounds.size(), 3);
     }
 
     void writesTheRow_data() { test::table({"how"}, "another row\nnext row by Tab\nfocus\nhide\nrefresh\ncommitRow"); }
