@@ -140,8 +140,8 @@ private:
             screen.told.clear();
             screen.log.clear();
             screen.run(line.sliced(2));
-            if (auto* shown = test::loadedForm(form); shown && !screen.told.isEmpty())
-                shown->activateWindow(); // as a window manager does once a message is gone
+            if (auto* shown = test::loadedForm(form); shown && !(screen.told.isEmpty() && screen.log.isEmpty()))
+                shown->activateWindow(); // as a window manager does once a box is gone
             QCoreApplication::processEvents();
             seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
             for (const auto& box : std::as_const(screen.told))

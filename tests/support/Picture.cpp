@@ -60,11 +60,24 @@ QString manners(const QAbstractItemView& view)
         add(table->wordWrap(), "wraps");
         const auto* headings = table->horizontalHeader();
         add(headings->sectionsClickable() || headings->highlightSections(), "pressed headings");
-        const auto spare = view.viewport()->width() - headings->length();
-        if (view.isVisible())
-            words += spare == 0 ? "full" : spare > 0 ? "with spare room" : "scrolls";
     }
     return words.join(u' ');
+}
+
+// What is wrong with the widths of a shown grid's columns; empty if they fill it.
+QString widthsOf(const QAbstractItemView& view)
+{
+    const auto* table = qobject_cast<const QTableView*>(&view);
+    if (!table || !view.isVisible())
+        return {};
+    const auto* headings = table->horizontalHeader();
+    const auto spare = view.viewport()->width() - headings->length();
+    bool isCut = false;
+    for (int column = 0; column < view.model()->columnCount(); ++column)
+        isCut |= !table->isColumnHidden(column) &&
+                 !view.model()->headerData(column, Qt::Horizontal).toString().contains(' ') &&
+                 headings->sectionSize(column) < headings->sectionSizeHint(column);
+    return (spare > 0 ? "spare room " : spare < 0 ? "too wide " : "") + QString(isCut ? "cut heading" : "");
 }
 
 QString textsOf(const QComboBox& box)
@@ -100,6 +113,8 @@ QString stateOf(const QWidget& control, What what)
         add(all && push && push->isDefault(), "default");
     } else if (const auto* label = qobject_cast<const QLabel*>(&control)) {
         state += quoted(label->text());
+        add(all && label->alignment() & Qt::AlignHCenter, "centred");
+        add(all && label->autoFillBackground(), "on a ground of its own");
         add(label->buddy(), "of " + (label->buddy() ? label->buddy()->objectName() : QString()));
     } else if (const auto* group = qobject_cast<const QGroupBox*>(&control))
         add(!group->title().isEmpty(), quoted(group->title()));
@@ -107,7 +122,8 @@ QString stateOf(const QWidget& control, What what)
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
-        state += rowsOf(*view, what) + (all ? ", " + manners(*view) : QString());
+        state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) +
+                 widthsOf(*view).split(u'\n', Qt::SkipEmptyParts);
     const bool says = !state.isEmpty();
     if (!says && qobject_cast<QStackedWidget*>(control.parentWidget()))
         return {}; // a page, which its tab shows

@@ -132,6 +132,21 @@ bool RecordScreen::byHand(const QString& word) const
         sendKey(false);
     else if (word.startsWith("held:"))
         sendKey(true);
+    else if (word.startsWith("box:"))
+        told.append(takeNext([keys = value.split(',')](QWidget& modal, Told& box) {
+            auto* asked = qobject_cast<QMessageBox*>(&modal);
+            if (!asked || box.shown)
+                return false;
+            box = {asked->text(), asked->windowTitle(), true, "keys"};
+            for (qsizetype at = 0; at < keys.size() && asked->isVisible(); ++at) {
+                box.kind += ' ' + keys[at];
+                const auto key = QKeySequence(keys[at])[0];
+                QTest::keyClick(asked, key.key(), key.keyboardModifiers());
+            }
+            if (asked->isVisible())
+                asked->done(QMessageBox::No);
+            return true;
+        }));
     else if (word.startsWith("type:"))
         QTest::keyClicks(focused(), value);
     else if (word.startsWith("press:"))
