@@ -64,20 +64,23 @@ QString manners(const QAbstractItemView& view)
     return words.join(u' ');
 }
 
-// What is wrong with the widths of a shown grid's columns; empty if they fill it.
-QString widthsOf(const QAbstractItemView& view)
+// What there is to say of the widths of a shown grid's columns; nothing if they fill it.
+QStringList widthsOf(const QAbstractItemView& view)
 {
     const auto* table = qobject_cast<const QTableView*>(&view);
     if (!table || !view.isVisible())
         return {};
     const auto* headings = table->horizontalHeader();
-    const auto spare = view.viewport()->width() - headings->length();
-    bool isCut = false;
-    for (int column = 0; column < view.model()->columnCount(); ++column)
-        isCut |= !table->isColumnHidden(column) &&
-                 !view.model()->headerData(column, Qt::Horizontal).toString().contains(' ') &&
-                 headings->sectionSize(column) < headings->sectionSizeHint(column);
-    return (spare > 0 ? "spare room " : spare < 0 ? "too wide " : "") + QString(isCut ? "cut heading" : "");
+    QStringList words;
+    if (headings->length() < view.viewport()->width())
+        words += "spare room";
+    if (view.horizontalScrollBar()->maximum() > 0)
+        words += "scrolls";
+    for (int column = 0; column < headings->count(); ++column)
+        if (view.selectionBehavior() == QAbstractItemView::SelectItems && !table->isColumnHidden(column) &&
+            headings->sectionSize(column) < headings->sectionSizeHint(column))
+            words += "cut heading";
+    return words;
 }
 
 QString textsOf(const QComboBox& box)
@@ -122,8 +125,7 @@ QString stateOf(const QWidget& control, What what)
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
-        state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) +
-                 widthsOf(*view).split(u'\n', Qt::SkipEmptyParts);
+        state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) + widthsOf(*view);
     const bool says = !state.isEmpty();
     if (!says && qobject_cast<QStackedWidget*>(control.parentWidget()))
         return {}; // a page, which its tab shows
