@@ -105,8 +105,7 @@ void frmPackInformation::cmdCancel_Click()
 
 void frmPackInformation::cmdExit_Click()
 {
-    if (ui->cmdSave->isEnabled())
-        promptSaveChanges();
+    promptSaveChanges();
     unload();
 }
 

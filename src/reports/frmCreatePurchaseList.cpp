@@ -94,7 +94,6 @@ void frmCreatePurchaseList::createList()
 
 void frmCreatePurchaseList::cmdClearOtherList_Click()
 {
-    ui->dbgOtherPurchaseList->cancelRow(); // a row being typed goes with the others
     database().execute(QStringLiteral("Delete From Other_Purchase_List"));
     dcOtherPurchaseList->refresh();
     ui->dbgOtherPurchaseList->refresh();

@@ -21,7 +21,6 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTabBar>
-#include <QTextEdit>
 #include <QTimer>
 
 #include <algorithm>
@@ -303,7 +302,7 @@ bool Application::pressesAgain(QObject* receiver, const QEvent* event)
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return !qobject_cast<QPlainTextEdit*>(receiver) && !qobject_cast<QTextEdit*>(receiver);
+        return !qobject_cast<QPlainTextEdit*>(receiver);
     case Qt::Key_Space:
         return qobject_cast<QAbstractItemView*>(receiver) || qobject_cast<QAbstractButton*>(receiver);
     default:

@@ -46,8 +46,7 @@ FolderList::FolderList(QWidget* parent) : QTreeWidget(parent)
     setItemsExpandable(false);
     setUniformRowHeights(true);
     setExpandsOnDoubleClick(false);
-    setIndentation(fontMetrics().height());
-    setMinimumHeight(Rows * (fontMetrics().height() + 4));
+    giveRoom();
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents); // deep folders are reached by scrolling
     addCommands();
@@ -56,6 +55,19 @@ FolderList::FolderList(QWidget* parent) : QTreeWidget(parent)
     m_drive = platform::FileSystem().driveOf(start);
     m_path = nearest(start);
     fill();
+}
+
+void FolderList::giveRoom()
+{
+    setIndentation(fontMetrics().height());
+    setMinimumHeight(Rows * (fontMetrics().height() + 4));
+}
+
+void FolderList::changeEvent(QEvent* event)
+{
+    QTreeWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        giveRoom();
 }
 
 void FolderList::addCommands()

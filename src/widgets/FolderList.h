@@ -38,9 +38,11 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void drawBranches(QPainter*, const QRect&, const QModelIndex&) const override {} // folders don't collapse here
 
 private:
+    void giveRoom();
     void addCommands();
     void open(const QTreeWidgetItem* row);
     void fill();

@@ -79,8 +79,7 @@ void describeComboBoxes(const QWidget& form)
         QString name = box->accessibleName();
         if (name.isEmpty() && label != labels.end())
             name = (*label)->text().remove(u'&').remove(u':');
-        if (box->accessibleDescription().isEmpty())
-            box->setAccessibleDescription(name);
+        box->setAccessibleDescription(name);
         if (QLineEdit* line = box->lineEdit(); line && line->accessibleName().isEmpty())
             line->setAccessibleName(name);
     }

@@ -51,6 +51,8 @@ void giveRoom(QWidget& control)
         control.setMaximumWidth(std::max(control.minimumWidth(), widthOf(control, characters)));
     if (const int lines = control.property("lines").toInt())
         control.setMinimumHeight(heightOf(control, lines));
+    if (const QString longest = control.property("longest").toString(); !longest.isEmpty())
+        control.setMinimumWidth(control.fontMetrics().horizontalAdvance(longest) + 1);
 }
 
 int widthNeeded(const QWidget& control)

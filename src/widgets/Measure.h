@@ -9,6 +9,7 @@ namespace orlo::widgets
 /// properties in its `.ui` file:
 ///
 /// - `chars`: it has room for so many characters at least; `lines`: a list, grid or text for so many lines.
+/// - `longest`: a label has room for this text.
 /// - `mostChars`: it grows no wider than so many characters take.
 /// - `edge`: labels, sections and boxes with the same word here are as wide as the widest of them, so that what follows
 ///   them begins at one edge.

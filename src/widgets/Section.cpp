@@ -27,12 +27,6 @@ void Section::setTitle(const QString& title)
     makeRoom();
 }
 
-void Section::setBeside(bool beside)
-{
-    m_beside = beside;
-    makeRoom();
-}
-
 int Section::titleWidth() const
 {
     return fontMetrics().horizontalAdvance(title());

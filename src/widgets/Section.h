@@ -17,7 +17,7 @@ public:
 
     /// Whether the title is before the controls.
     [[nodiscard]] bool beside() const { return m_beside; }
-    void setBeside(bool beside);
+    void setBeside(bool beside) { m_beside = beside; }
     /// The width of a title before the controls, in pixels.
     [[nodiscard]] int titleWidth() const;
     /// Gives the title at least this width.

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QHelpEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
 #include <QToolTip>
@@ -62,7 +63,11 @@ QString cutText(const QWidget& widget, const QPoint& pointer)
         const QModelIndex index = view->indexAt(pointer);
         room = std::min(view->visualRect(index).right(), widget.width()) - view->visualRect(index).left();
         text = index.data().toString();
-        return view->sizeHintForIndex(index).width() > room ? text : QString();
+        int wanted = view->sizeHintForIndex(index).width();
+        if (qobject_cast<const QListView*>(view)) // whose rows all ask for the widest one's
+            wanted = widget.fontMetrics().horizontalAdvance(text) +
+                     2 * (view->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view) + 1);
+        return wanted > room ? text : QString();
     }
     return widget.fontMetrics().horizontalAdvance(text) > room ? text : QString();
 }

@@ -263,11 +263,8 @@ void TextGrid::requireCol(int col) const
 
 void TextGrid::makeCurrent(int row)
 {
-    if (row == 0)
-        selectionModel()->clear();
-    else
-        selectionModel()->setCurrentIndex(m_model->index(row - 1, std::min(1, cols() - 1)),
-                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selectionModel()->setCurrentIndex(m_model->index(row - 1, std::min(1, cols() - 1)), // none for the header row
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 // Other columns keep the widths set with the mouse.

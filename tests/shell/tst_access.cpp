@@ -104,6 +104,9 @@ QStringList faultsOf(QWidget& form)
         const auto* button = qobject_cast<QAbstractButton*>(widget);
         if (button || (label && label->buddy()))
             expect(takesKey(label ? label->text() : button->text()), "another control's access key", widget);
+        if (const auto* box = qobject_cast<QLineEdit*>(widget)) // its frame and margins come on top
+            expect(box->width() > box->property("chars").toInt() * box->fontMetrics().horizontalAdvance('0') + 6,
+                   "narrow", widget);
         QSize room = widget->sizeHint();
         if (widget->hasHeightForWidth())
             room = QSize(0, widget->heightForWidth(widget->width()));

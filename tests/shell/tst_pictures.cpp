@@ -36,6 +36,8 @@ private Q_SLOTS:
     void scouts() { play(); }
     void adults_data() { test::cases({"case"}, "shell/pictures_adults.txt"); }
     void adults() { play(); }
+    void grids_data() { test::cases({"case"}, "shell/pictures_grids.txt"); }
+    void grids() { play(); }
     void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
     void others() { play(); }
 
@@ -54,6 +56,42 @@ private Q_SLOTS:
         seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
         const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
         test::comparePicture(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
+    }
+
+    // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for
+    // a while is as before.
+    void keepsItsShape_data() { test::addWindows(); }
+    void keepsItsShape()
+    {
+        if (QTest::currentDataTag() == QByteArray("previewWindow"))
+            test::skip("it is no form");
+        QFETCH(test::Open, open);
+        const QFont usual = QApplication::font();
+        QFont large = usual;
+        large.setPointSize(usual.pointSize() + 5);
+        QList<QStringList> shapes[2]; // of all pages, the first one twice: it settles when the others have been seen
+        for (const bool changes : {false, true}) {
+            QApplication::setFont(changes ? usual : large);
+            m_folder.emplace();
+            test::prepareForWindows();
+            QVERIFY(test::openAndLook(open, [&](QWidget& form) {
+                auto* child = form.isWindow() ? nullptr : form.parentWidget();
+                QTest::qWait(1);
+                QApplication::setFont(large);
+                for (const QSize size : {QSize(400, 300), QSize(1300, 1000)}) {
+                    QTest::qWait(1);
+                    if (child && (changes || size.width() > 400))
+                        child->resize(size);
+                }
+                QTest::qWait(1);
+                shapes[changes] += test::shapeOf(form);
+            }));
+            if (shapes[changes].size() > 1)
+                shapes[changes].removeFirst();
+        }
+        QApplication::setFont(usual);
+        for (qsizetype page = 0; page < shapes[0].size(); ++page)
+            QCOMPARE(shapes[1][page], shapes[0][page]);
     }
 
 private:
@@ -89,15 +127,22 @@ private:
                 seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
                 continue;
             }
-            unanswered.start(30000);
+            if (!test::loadedForm(form))
+                test::fail("a step after the form was closed: " + line);
+            unanswered.start(10000);
             screen.told.clear();
             screen.log.clear();
             screen.run(line.sliced(2));
+            if (auto* shown = test::loadedForm(form); shown && !(screen.told.isEmpty() && screen.log.isEmpty()))
+                shown->activateWindow(); // as a window manager does once a box is gone
+            QCoreApplication::processEvents();
             seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
             for (const auto& box : std::as_const(screen.told))
                 seen += box->shown ? box->kind + ": " + box->title + ": " +
                                          QString(box->text).remove('\r').replace('\n', "\\n")
                                    : "not asked";
+            for (const auto& box : std::as_const(screen.told))
+                box->shown = true; // it answers no later one
             const bool open = test::loadedForm(form);
             const QStringList now = open ? test::pictureOf(screen.form) : QStringList("closed");
             seen += test::changesOf(before, now);

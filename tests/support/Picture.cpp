@@ -14,26 +14,74 @@ QString quoted(QString text)
     return u'"' + text.replace(u'\n', QStringLiteral("\\n")) + u'"';
 }
 
-QString rowsOf(const QAbstractItemView& view)
+// Rows with a star at a chosen one, or at the current cell where cells are chosen, behind their own marks.
+QString rowsOf(const QAbstractItemView& view, What what)
 {
     const auto* table = qobject_cast<const QTableView*>(&view);
+    const bool areCells = view.selectionBehavior() == QAbstractItemView::SelectItems && table;
+    const QAbstractItemModel& model = *view.model();
     const auto line = [&](const auto& cell) {
         QStringList cells;
-        for (int column = 0; column < view.model()->columnCount(); ++column)
+        for (int column = 0; column < model.columnCount(); ++column)
             if (!table || !table->isColumnHidden(column))
-                cells += cell(column).toString();
+                cells += cell(column);
         return cells.join(u'/');
+    };
+    const auto alignment = [&](int column) {
+        const auto aligned = Qt::Alignment(model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt());
+        return what == What::Changing ? "" : aligned & Qt::AlignRight ? ">" : aligned & Qt::AlignHCenter ? "^" : "";
     };
     QStringList rows;
     if (table)
-        rows += line([&](int column) { return view.model()->headerData(column, Qt::Horizontal); }) + u':';
-    for (int row = 0; row < view.model()->rowCount(); ++row) {
-        const auto chosen = view.selectionModel()->isRowSelected(row);
-        const auto tick = view.model()->index(row, 0).data(Qt::CheckStateRole).toInt();
-        rows += (chosen ? "*" : "") + QString(tick ? "x " : "") +
-                line([&](int column) { return view.model()->index(row, column).data(); });
+        rows += line([&](int c) { return model.headerData(c, Qt::Horizontal).toString() + alignment(c); }) + u':';
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const auto chosen = !areCells && view.selectionModel()->isRowSelected(row);
+        const auto tick = model.index(row, 0).data(Qt::CheckStateRole).toInt();
+        const auto cell = [&](int column) {
+            const bool current = areCells && view.currentIndex() == model.index(row, column);
+            return (current ? "*" : "") + model.index(row, column).data().toString();
+        };
+        const QString mark = areCells ? model.headerData(row, Qt::Vertical).toString() : QString();
+        rows += mark + (mark.isEmpty() ? "" : " ") + (chosen ? "*" : "") + (tick ? "x " : "") + line(cell);
     }
     return '[' + rows.join("; ") + ']';
+}
+
+// How a list or grid works, whatever it holds.
+QString manners(const QAbstractItemView& view)
+{
+    QStringList words{QVariant::fromValue(view.selectionMode()).toString(),
+                      QVariant::fromValue(view.selectionBehavior()).toString()};
+    const auto add = [&](bool so, const char* word) { words += so ? QStringList(word) : QStringList(); };
+    add(view.editTriggers() & QAbstractItemView::AnyKeyPressed, "typed");
+    add(view.alternatingRowColors(), "striped");
+    add(view.tabKeyNavigation(), "keeps Tab");
+    add(view.horizontalScrollMode() == QAbstractItemView::ScrollPerPixel, "smooth");
+    if (const auto* table = qobject_cast<const QTableView*>(&view)) {
+        add(table->wordWrap(), "wraps");
+        const auto* headings = table->horizontalHeader();
+        add(headings->sectionsClickable() || headings->highlightSections(), "pressed headings");
+    }
+    return words.join(u' ');
+}
+
+// What there is to say of the widths of a shown grid's columns; nothing if they fill it.
+QStringList widthsOf(const QAbstractItemView& view)
+{
+    const auto* table = qobject_cast<const QTableView*>(&view);
+    if (!table || !view.isVisible())
+        return {};
+    const auto* headings = table->horizontalHeader();
+    QStringList words;
+    if (headings->length() < view.viewport()->width())
+        words += "spare room";
+    if (view.horizontalScrollBar()->maximum() > 0)
+        words += "scrolls";
+    for (int column = 0; column < headings->count(); ++column)
+        if (view.selectionBehavior() == QAbstractItemView::SelectItems && !table->isColumnHidden(column) &&
+            headings->sectionSize(column) < headings->sectionSizeHint(column))
+            words += "cut heading";
+    return words;
 }
 
 QString textsOf(const QComboBox& box)
@@ -53,6 +101,8 @@ QString stateOf(const QWidget& control, What what)
         state += quoted(box->text());
         add(all && box->maxLength() < 32767, "at most " + QString::number(box->maxLength()));
         add(box->isReadOnly(), "read only");
+        add(box->hasSelectedText(), "marked " + quoted(box->selectedText()));
+        add(!box->hasFocus() && box->cursorPosition() > 0, QString("cursor at %1").arg(box->cursorPosition()));
     } else if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&control))
         state += quoted(number->text());
     else if (const auto* text = qobject_cast<const QPlainTextEdit*>(&control))
@@ -69,6 +119,8 @@ QString stateOf(const QWidget& control, What what)
         add(all && push && push->isDefault(), "default");
     } else if (const auto* label = qobject_cast<const QLabel*>(&control)) {
         state += quoted(label->text());
+        add(all && label->alignment() & Qt::AlignHCenter, "centred");
+        add(all && label->autoFillBackground(), "on a ground of its own");
         add(label->buddy(), "of " + (label->buddy() ? label->buddy()->objectName() : QString()));
     } else if (const auto* group = qobject_cast<const QGroupBox*>(&control))
         add(!group->title().isEmpty(), quoted(group->title()));
@@ -76,7 +128,7 @@ QString stateOf(const QWidget& control, What what)
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
-        state += rowsOf(*view);
+        state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) + widthsOf(*view);
     const bool says = !state.isEmpty();
     if (!says && qobject_cast<QStackedWidget*>(control.parentWidget()))
         return {}; // a page, which its tab shows
@@ -93,7 +145,7 @@ bool isOwn(const QWidget& control)
 {
     const bool isOfThisMachine =
         control.inherits("orlo::widgets::FolderList") || control.inherits("orlo::widgets::DriveList");
-    return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt_") &&
+    return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt") &&
            !qobject_cast<QComboBox*>(control.parentWidget()) && !qobject_cast<QTabBar*>(control.parentWidget());
 }
 
@@ -109,7 +161,9 @@ QStringList pictureOf(const QWidget& form, What what)
             lines += box->objectName() + " offers: " + textsOf(*box);
     }
     const auto* focus = form.focusWidget();
-    return lines + QStringList("focus: " + (focus ? focus->objectName() : "nothing"));
+    const bool isEditor = focus && focus->objectName().isEmpty() && focus->parentWidget();
+    const auto* place = isEditor ? focus->parentWidget()->parentWidget() : focus;
+    return lines + QStringList("focus: " + (place ? place->objectName() : "nothing") + (isEditor ? ", typing" : ""));
 }
 
 QStringList changesOf(const QStringList& before, const QStringList& now)
@@ -143,6 +197,26 @@ QStringList tabOrderOf(const QWidget& form)
             else
                 lines.last() += ' ' + at->objectName();
         }
+    return lines;
+}
+
+QStringList shapeOf(const QWidget& form)
+{
+    const auto size = [](const QWidget& part) { return QString("%1x%2").arg(part.width()).arg(part.height()); };
+    QStringList lines;
+    for (const auto* control : form.findChildren<QWidget*>()) {
+        if (!control->isVisible() || control->objectName().isEmpty() || control->objectName().startsWith("qt_"))
+            continue;
+        lines += control->objectName() + ": " + size(*control);
+        const auto* table = qobject_cast<const QTableView*>(control);
+        for (int column = 0; table && column < table->model()->columnCount(); ++column)
+            lines.last() += QString(", %1").arg(table->columnWidth(column));
+        for (const auto* heading : control->findChildren<QHeaderView*>(Qt::FindDirectChildrenOnly))
+            lines.last() += QString(", %1 by %2").arg(size(*heading)).arg(heading->defaultSectionSize());
+        if (const auto* area = qobject_cast<const QAbstractScrollArea*>(control))
+            for (const auto* bar : {area->horizontalScrollBar(), area->verticalScrollBar()})
+                lines.last() += QString(", scrolls %1").arg(bar->maximum());
+    }
     return lines;
 }
 

@@ -19,5 +19,7 @@ QStringList pictureOf(const QWidget& form, What what = What::Changing);
 void comparePicture(const QStringList& seen, const QString& wanted);
 /// The controls that Tab comes to, in its order, disabled ones included; eight to a line.
 QStringList tabOrderOf(const QWidget& form);
+/// The sizes of the visible controls, and the columns and heights of lists and grids: what a window's layout decides.
+QStringList shapeOf(const QWidget& form);
 
 } // namespace orlo::test

@@ -9,6 +9,7 @@
 #include "widgets/ListBox.h"
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -17,6 +18,8 @@
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
+#include <QWheelEvent>
 
 namespace orlo::test
 {
@@ -88,6 +91,8 @@ void RecordScreen::run(const QString& script, const std::function<void(const QSt
             QTest::keyClick(word == "E" ? &form : form.focusWidget(), keys[word]);
         else if (word.contains('='))
             type("txt" + word.section('=', 0, 0), word.section('=', 1));
+        else if (byHand(word))
+            QCoreApplication::processEvents(); // an editor ends after its key
         else if (word.startsWith('@') && word.size() > 1 && word[1].isDigit())
             clickRow(*form.findChild<widgets::ListBox*>(), word.sliced(1).toInt());
         else if (other)
@@ -99,6 +104,74 @@ void RecordScreen::run(const QString& script, const std::function<void(const QSt
         else if (!set(form, word))
             press(form, word);
     }
+}
+
+bool RecordScreen::byHand(const QString& word) const
+{
+    const QString value = word.section(':', 1).replace('_', ' ');
+    const auto focused = [this] { return QApplication::focusWidget() ? QApplication::focusWidget() : &form; };
+    const auto sendKey = [&](bool repeats) {
+        const QKeyCombination key = QKeySequence(value)[0];
+        const QString text = value.size() == 1 ? value : QString(value.endsWith("Space") ? " " : "");
+        QTest::simulateEvent(focused(), true, key.key(), key.keyboardModifiers(), text, repeats);
+        if (!repeats)
+            QTest::simulateEvent(focused(), false, key.key(), key.keyboardModifiers(), QString(), false);
+    };
+    const auto target = [&] {
+        QWidget& control = get(value.section(',', 0, 0).toUtf8().constData());
+        auto* area = qobject_cast<QAbstractScrollArea*>(&control);
+        return area ? area->viewport() : &control;
+    };
+    const auto place = [&] { // of a grid's cell "name,row,column"
+        const auto* view = qobject_cast<QAbstractItemView*>(target()->parentWidget());
+        const QStringList at = value.split(',');
+        return view && at.size() > 2 ? view->visualRect(view->model()->index(at[1].toInt(), at[2].toInt())).center()
+                                     : target()->rect().center();
+    };
+    if (word.startsWith("key:"))
+        sendKey(false);
+    else if (word.startsWith("held:"))
+        sendKey(true);
+    else if (word.startsWith("box:"))
+        told.append(takeNext([keys = value.split(',')](QWidget& modal, Told& box) {
+            auto* asked = qobject_cast<QMessageBox*>(&modal);
+            if (!asked || box.shown)
+                return false;
+            box = {asked->text(), asked->windowTitle(), true, "keys"};
+            for (qsizetype at = 0; at < keys.size() && asked->isVisible(); ++at) {
+                box.kind += ' ' + keys[at];
+                const auto key = QKeySequence(keys[at])[0];
+                QTest::keyClick(asked, key.key(), key.keyboardModifiers());
+            }
+            if (asked->isVisible())
+                asked->done(QMessageBox::No);
+            return true;
+        }));
+    else if (word.startsWith("type:"))
+        QTest::keyClicks(focused(), value);
+    else if (word.startsWith("press:"))
+        QTest::mouseClick(target(), Qt::LeftButton, {}, place());
+    else if (word.startsWith("ctrl:") || word.startsWith("shift:"))
+        QTest::mouseClick(target(), Qt::LeftButton, word[0] == 'c' ? Qt::ControlModifier : Qt::ShiftModifier, place());
+    else if (word.startsWith("twice:"))
+        QTest::mouseDClick(target(), Qt::LeftButton, {}, place());
+    else if (word.startsWith("right:"))
+        QTest::mouseDClick(target(), Qt::RightButton, {}, place());
+    else if (word.startsWith("wheel:")) {
+        QWheelEvent turned(place(), target()->mapToGlobal(place()), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(target(), &turned);
+    } else if (word.startsWith("tip:")) {
+        QToolTip::hideText();
+        (void)QTest::qWaitFor([] { return !QToolTip::isVisible(); });
+        QHelpEvent help(QEvent::ToolTip, place(), target()->mapToGlobal(place()));
+        QApplication::sendEvent(target(), &help);
+        log += "tip " + (QToolTip::isVisible() ? QToolTip::text() : "none");
+    } else if (word.startsWith("wide:")) { // a heading dragged to this width
+        if (auto* grid = qobject_cast<QTableView*>(target()->parentWidget()))
+            grid->setColumnWidth(value.section(',', 1, 1).toInt(), value.section(',', 2).toInt());
+    } else
+        return false;
+    return true;
 }
 
 void RecordScreen::openDialog(const QString& opener, const QStringList& steps,

@@ -39,6 +39,11 @@ struct RecordScreen {
     /// that a word opens. Any other word goes to the form's own actions or, if there are none, is one for work() or a
     /// control to click.
     void run(const QString& script, const std::function<void(const QString&)>& other = {}) const;
+    /// Does one thing as hands do it, if the word is one: "key:Ctrl+C", "held:Return" (a key that repeats) and
+    /// "type:text" go to the focus, "press:cmdX", "ctrl:", "shift:", "twice:" and "right:" (double clicks) and "wheel:"
+    /// to a control or a grid's cell, "fgX,0,1"; "tip:" logs what shows there, "wide:fgX,1,90" drags a heading;
+    /// "box:Ctrl+Y,N" sends keys to the next box until it is answered.
+    bool byHand(const QString& word) const;
     void openDialog(const QString& opener, const QStringList& steps,
                     const std::function<void(const QString&)>& other) const;
     /// Does what the steps say in a dialog: "Last:X" sets txtLast, "tabX:1" turns to a page, "fgX:0" goes to a grid's

@@ -109,9 +109,10 @@ struct Screen : test::RecordScreen {
     QString go(const QString& answers) const
     {
         QObject during;
-        if (auto* scouts = dynamic_cast<widgets::Form*>(test::loadedForm("frmScouts")))
-            QObject::connect(scouts, &widgets::Form::unloaded, &during,
-                             [this] { QCOMPARE(form.cursor().shape(), Qt::WaitCursor); });
+        QObject::connect(qApp, &QApplication::focusChanged, &during, [this] {
+            if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+                QCOMPARE(form.cursor().shape(), Qt::WaitCursor);
+        });
         run(answers);
         click(backsUp ? "cmdBack" : "cmdRestore");
         return said().section('\n', backsUp ? 4 : 2);

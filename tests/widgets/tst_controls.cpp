@@ -229,6 +229,9 @@ private Q_SLOTS:
         QCOMPARE(box.listIndex(), -1);
         QVERIFY(!box.selected(0));
         box.addItem("Lion");
+        box.addItem("the very longest of all the rows");
+        QVERIFY(box.sizeHintForColumn(0) > box.fontMetrics().horizontalAdvance("the very longest of all the rows"));
+        box.removeItem(2);
         box.setListIndex(0);
         QTest::keyClick(&box, Qt::Key_Space, Qt::ControlModifier); // other lists would lose the highlight
         QVERIFY(box.selected(0));

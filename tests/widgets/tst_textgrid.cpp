@@ -84,6 +84,7 @@ private Q_SLOTS:
         QCOMPARE(test::failureNumber([&] { grid.setText(-1, 0, QString()); }), 9);
         QCOMPARE(test::failureNumber([&] { grid.setRow(3); }), 9);
         QCOMPARE(test::failureNumber([&] { grid.setColWidth(2, 100); }), 9);
+        QCOMPARE(test::failureNumber([&] { grid.fitCol(2, QString()); }), 9);
         QCOMPARE(test::failureNumber([&] { grid.removeRow(3); }), 9);
         QCOMPARE(test::failureNumber([&] { grid.removeRow(0); }), 5);
         QCOMPARE(test::failureNumber([&] { grid.setRows(0); }), 5);

@@ -22,11 +22,8 @@ void RecordForm::bindControls(QWidget* firstField)
     m_firstField = firstField;
     button("cmdSave").setEnabled(false);
     widgets::pressOncePerDoubleClick(button("cmdDelete"));
-    auto& info = control<QLabel>("lblRecordInfo");
-    const QString none = info.text();
-    info.setText(QStringLiteral("%1 12345 of 12345").arg(m_table.noun)); // the longest text; keys have five digits
-    info.setMinimumWidth(std::max(info.minimumWidth(), info.sizeHint().width()));
-    info.setText(none);
+    // Keys have five digits.
+    control<QLabel>("lblRecordInfo").setProperty("longest", QStringLiteral("%1 12345 of 12345").arg(m_table.noun));
     connectRoutine("cmdFirst", &RecordForm::cmdFirst_Click);
     connectRoutine("cmdPrevious", &RecordForm::cmdPrevious_Click);
     connectRoutine("cmdNext", &RecordForm::cmdNext_Click);
