@@ -101,7 +101,7 @@ QStringList PreviewSteps::picture() const
     lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
         lines += "entry: " + outline->currentItem()->text(0);
-    return lines + QStringList("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n"));
+    return lines + QStringList(("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n")).trimmed());
 }
 
 QStringList PreviewSteps::run(const QString& step)
