@@ -92,25 +92,24 @@ QStringList PreviewSteps::picture() const
         if (const auto* shown = m_preview.child<QWidget>(part); shown->isVisible())
             column[shown->y()] = part;
     lines += "column: " + column.values().join(' ');
-    lines += QStringLiteral("page: at %1, %2, %3 x %4")
-                 .arg(QString::number(box.left()), QString::number(box.top()), QString::number(box.width()),
-                      QString::number(box.height()));
+    lines += QString::asprintf("page: at %g, %g, %g x %g", box.left(), box.top(), box.width(), box.height());
     lines += "described: " + view().accessibleDescription() + "; " +
              m_preview.child<QComboBox>("cboZoom")->accessibleDescription();
     QPoint marked;
     reader().selection(0, &marked.rx(), &marked.ry());
-    lines +=
-        QStringLiteral("reader: at %1, %2 to %3 marked").arg(reader().cursorPosition()).arg(marked.x()).arg(marked.y());
+    lines += QString::asprintf("reader: at %d, %d to %d marked", reader().cursorPosition(), marked.x(), marked.y());
     lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
         lines += "entry: " + outline->currentItem()->text(0);
-    return lines + QStringList("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n"));
+    return lines + QStringList(("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n")).trimmed());
 }
 
 QStringList PreviewSteps::run(const QString& step)
 {
     const QString word = step.section(' ', 0, 0), rest = step.section(' ', 1);
     const auto part = [&](int i) { return rest.section(' ', i, i); };
+    const auto number = [&](int i) { return part(i).toInt(); };
+    const auto point = [&](int i) { return QPointF(part(i).toDouble(), part(i + 1).toDouble()); };
     m_told.clear();
     QStringList seen;
     if (word == "key") {
@@ -120,61 +119,59 @@ QStringList PreviewSteps::run(const QString& step)
         for (const QChar c : rest)
             QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, c, Qt::NoModifier);
     else if (word == "wheel")
-        wheel(part(0).toInt(), part(1) == "Ctrl" ? Qt::ControlModifier : Qt::NoModifier);
+        wheel(number(0), part(1) == "Ctrl" ? Qt::ControlModifier : Qt::NoModifier);
     else if (word == "size") // of what shows the pages
-        m_preview.window->resize(m_preview.window->size() + QSize(part(0).toInt(), part(1).toInt()) -
-                                 view().viewport()->size());
+        m_preview.window->resize(m_preview.window->size() + QSize(number(0), number(1)) - view().viewport()->size());
     else if (word == "do")
         action(rest).trigger();
     else if (word == "click")
-        click(part(0), part(1).toInt());
+        click(part(0), number(1));
     else if (word == "focus")
         m_preview.child<QWidget>(rest)->setFocus(Qt::TabFocusReason);
     else if (word == "show")
         m_preview.window->setDocument(documentOf(rest));
     else if (word == "goto")
-        view().goToPage(part(0).toInt() - 1, part(1).toDouble());
+        view().goToPage(number(0) - 1, number(1));
     else if (word == "tell")
         m_preview.window->tell(rest);
     else if (word == "notice")
-        m_preview.child<QLabel>("lblNotice")->window()->findChild<NoticeBar*>()->tell("saved", rest);
+        m_preview.window->findChild<NoticeBar*>()->tell("saved", rest);
     else if (word == "commands")
         seen += commands();
     else if (word == "color")
-        seen += colorAt(part(0), {part(1).toDouble(), part(2).toDouble()}).name();
+        seen += colorAt(part(0), point(1)).name();
     else if (word == "read")
         seen += QStringList{reader().text(0, reader().characterCount()).replace('\n', "\\n"), readerParts()};
     else if (word == "line") { // the line at a place of the text, and the letter there
         QPoint ends;
-        QString line = reader().textAtOffset(part(0).toInt(), QAccessible::LineBoundary, &ends.rx(), &ends.ry());
-        const QRect letter = reader().characterRect(part(0).toInt());
-        const QPoint at = view().viewport()->mapFromGlobal(letter.topLeft());
-        seen += QStringLiteral("%1 to %2: %3").arg(ends.x()).arg(ends.y()).arg(line.replace('\n', "\\n"));
-        seen += QStringLiteral("%1 %2 %3x%4: %5")
-                    .arg(at.x())
-                    .arg(at.y())
-                    .arg(letter.width())
-                    .arg(letter.height())
-                    .arg(reader().offsetAtPoint(letter.center()));
+        const QString line = reader().textAtOffset(number(0), QAccessible::LineBoundary, &ends.rx(), &ends.ry());
+        const QRect letter = reader().characterRect(number(0));
+        const QRect at(view().viewport()->mapFromGlobal(letter.topLeft()), letter.size());
+        QDebug(&seen.emplaceBack()).nospace() << ends << line << at << reader().offsetAtPoint(letter.center());
     } else if (word == "at")
-        seen += QString::number(
-            reader().offsetAtPoint(view().viewport()->mapToGlobal(QPoint(part(0).toInt(), part(1).toInt()))));
+        seen += QString::number(reader().offsetAtPoint(view().viewport()->mapToGlobal(point(0).toPoint())));
     else if (word == "caret")
-        reader().setCursorPosition(part(0).toInt());
+        reader().setCursorPosition(number(0));
     else if (word == "mark")
-        reader().addSelection(part(0).toInt(), part(1).toInt());
+        reader().addSelection(number(0), number(1));
     else if (word == "unmark")
         reader().removeSelection(0);
     else if (word == "bring")
-        reader().scrollToSubstring(part(0).toInt(), part(1).toInt());
+        reader().scrollToSubstring(number(0), number(1));
+    else if (word == "find") // an underscore stands for a blank
+        for (const TextSpan& hit : findText(*view().document(), QString(rest).replace('_', ' '))) {
+            const PageText text(*view().document(), hit.page);
+            seen += QString::number(text.boxes(hit.from, hit.to).size()) + ": " +
+                    text.text().mid(hit.from, hit.to - hit.from).replace(PageText::LineBreak, "\\n");
+        }
     else if (word == "ink") { // whether a part of a list has more than one colour
-        const QRect area(part(1).toInt(), part(2).toInt(), part(3).toInt(), part(4).toInt());
+        const QRect area(number(1), number(2), number(3), number(4));
         const QImage there = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab(area).toImage();
         QImage blank(there);
         blank.fill(there.pixelColor(0, 0));
         seen += there == blank ? "blank" : "ink";
     } else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
-        mouse(word, part(0).toInt() - 1, {part(1).toDouble(), part(2).toDouble()}, part(3) == "Shift");
+        mouse(word, number(0) - 1, point(1), part(3) == "Shift");
     else
         fail("no such step: " + step);
     QCoreApplication::processEvents();
@@ -210,12 +207,13 @@ QAccessibleTextInterface& PreviewSteps::reader() const
 QString PreviewSteps::readerParts() const
 {
     auto* page = QAccessible::queryAccessibleInterface(&view());
-    QStringList parts{QVariant::fromValue(page->role()).toString() + (page->state().readOnly ? ", read only" : "") +
-                      (page->state().multiLine ? ", lines" : "") + (page->state().selectableText ? ", marks" : "")};
+    const QAccessible::State state = page->state();
+    QString parts;
+    QDebug out(&parts);
+    out << page->role() << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
     for (int child = 0; child < page->childCount(); ++child)
-        parts +=
-            page->child(child)->object()->objectName() + ' ' + QString::number(page->indexOfChild(page->child(child)));
-    return parts.join("; ");
+        out << page->child(child)->object()->objectName() << page->indexOfChild(page->child(child));
+    return parts.trimmed();
 }
 
 QAction& PreviewSteps::action(const QString& name) const
@@ -247,18 +245,16 @@ void PreviewSteps::wheel(int notches, Qt::KeyboardModifiers modifiers) const
 
 void PreviewSteps::mouse(const QString& word, int page, QPointF point, bool shift) const
 {
-    static const QMap<QString, QEvent::Type> types{{"double", QEvent::MouseButtonDblClick},
-                                                   {"press", QEvent::MouseButtonPress},
-                                                   {"right", QEvent::MouseButtonPress},
-                                                   {"release", QEvent::MouseButtonRelease}};
     const QPointF at = view().inViewport(page, {point, QSizeF()}).topLeft();
-    const QEvent::Type type = types.value(word, QEvent::MouseMove);
-    const auto held = word == "right"                     ? Qt::RightButton
-                      : word == "press" || word == "drag" ? Qt::LeftButton
-                                                          : Qt::NoButton;
-    const auto button = word == "right" ? Qt::RightButton : type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), button, held,
-                      shift ? Qt::ShiftModifier : Qt::NoModifier);
+    const bool pressed = word == "press" || word == "right";
+    const auto type = pressed             ? QEvent::MouseButtonPress
+                      : word == "double"  ? QEvent::MouseButtonDblClick
+                      : word == "release" ? QEvent::MouseButtonRelease
+                                          : QEvent::MouseMove;
+    const auto button = word == "right" ? Qt::RightButton : Qt::LeftButton;
+    const auto held = pressed || word == "drag" ? button : Qt::NoButton;
+    QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button,
+                      held, shift ? Qt::ShiftModifier : Qt::NoModifier);
     QApplication::sendEvent(view().viewport(), &event);
 }
 

@@ -38,12 +38,6 @@ public:
         return window->findChild<T*>(name);
     }
 
-    /// Presses a key where the focus is.
-    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
-    {
-        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-    }
-
     QPointer<reporting::PreviewWindow> window;
 };
 

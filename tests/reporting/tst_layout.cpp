@@ -1,7 +1,6 @@
 #include "reporting/Export.h"
 #include "reporting/Pagination.h"
 #include "reporting/Typesetter.h"
-#include "reporting/view/PageText.h"
 #include "support/Failure.h"
 #include "support/PrintedFile.h"
 #include "support/System.h"
@@ -90,23 +89,6 @@ private Q_SLOTS:
         }
         // Joined characters are narrower than separate ones.
         QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
-    }
-
-    // An underscore stands for a blank.
-    void findsTextAsItReads_data() { test::tableOf("reporting/layout_findsTextAsItReads.txt"); }
-    void findsTextAsItReads()
-    {
-        auto [page, searched] = test::cells("page", "searched");
-        Document document;
-        document.fonts = {QFont("DejaVu Sans", 10)};
-        document.pages = {{{TextItem{{72, 72, 400, 28}, page}, TextItem{{72, 200, 400, 14}, "x"}}}};
-        const PageText text(document, 0);
-        QString found;
-        for (const TextSpan& span : findText(document, searched.replace('_', ' '))) {
-            found += text.text().mid(span.from, span.to - span.from).replace(PageText::LineBreak, '\n');
-            QCOMPARE(text.boxes(span.from, span.to).size(), std::size_t(found.count('\n') + 1));
-        }
-        QTEST(found, "found");
     }
 
     // The paper of the dialog counts: what is too large for it is made smaller, what is smaller is centred.

@@ -42,22 +42,18 @@ void whenDialogIsUp(const std::function<void(Dialog&)>& act)
 }
 
 // The words of the windows of progress that come up meanwhile, at once.
-class ProgressTexts : public QTimer
+std::shared_ptr<QStringList> progressTexts()
 {
-public:
-    ProgressTexts()
-    {
-        setProgressDelay(0);
-        connect(this, &QTimer::timeout, this, [this] {
-            if (const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget()))
-                texts += texts.contains(dialog->labelText()) ? QStringList() : QStringList(dialog->labelText());
-        });
-        start(0);
-    }
-    ~ProgressTexts() override { setProgressDelay(400); }
-
-    QStringList texts;
-};
+    setProgressDelay(0);
+    const std::shared_ptr<QTimer> timer = std::make_shared<QTimer>();
+    const auto texts = std::shared_ptr<QStringList>(new QStringList, [timer](QStringList* last) { delete last; });
+    QObject::connect(timer.get(), &QTimer::timeout, [told = texts.get()] {
+        if (const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget()))
+            *told = {dialog->labelText()};
+    });
+    timer->start(0);
+    return texts;
+}
 
 } // namespace
 
@@ -69,6 +65,7 @@ private Q_SLOTS:
     void cleanup()
     {
         setPrinterFactory({});
+        setProgressDelay(400);
         platform::setToday({});
     }
 
@@ -121,7 +118,7 @@ private Q_SLOTS:
         document->title = "Pack:  47/awards "; // "Pack- 47-awards" in a file's name
         const OpenPreview preview(document);
         const QTemporaryDir folder;
-        const ProgressTexts progress;
+        const auto progress = progressTexts();
         const auto* notice = preview.child<QLabel>("lblNotice");
         for (const auto& [action, suffix, caption, filter] :
              {std::tuple("actSavePdf", "pdf", "Save as PDF", "PDF files: the pages as they are (*.pdf)"),
@@ -144,7 +141,7 @@ private Q_SLOTS:
             preview.child<QToolButton>("cmdOpenSaved")->click();
             QCOMPARE(notice->text(), "No program of this computer opens " + saved + '.');
         }
-        QCOMPARE(progress.texts, QStringList("Saving the report…"));
+        QCOMPARE(*progress, QStringList("Saving the report…"));
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), (QStringList{"list.csv", "list.pdf"}));
         QCOMPARE(test::pagesOf(folder.filePath("list.pdf")), test::Pages);
         QVERIFY(test::contents(folder.filePath("list.csv")).contains("\"Café, \"\"4\"\"\",4\r\n"));
@@ -211,9 +208,9 @@ private Q_SLOTS:
                 dialog.findChild<QCheckBox*>("reverse")->setChecked(copies > 1);
                 dialog.accept();
             });
-            const ProgressTexts progress;
-            preview.key(Qt::Key_P, Qt::ControlModifier);
-            QCOMPARE(progress.texts, QStringList("Printing the report…"));
+            const auto progress = progressTexts();
+            preview.child<QAction>("actPrint")->trigger();
+            QCOMPARE(*progress, QStringList("Printing the report…"));
             QCOMPARE(offered.join(' '), "1 5 1 5 printAll printRange printCurrentPage collate Pack: 47/awards");
             QString printed;
             for (const QString& line : test::linesOf(file).filter("Page "))

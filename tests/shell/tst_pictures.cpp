@@ -55,7 +55,8 @@ private Q_SLOTS:
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
         const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
-        test::comparePicture(seen, all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
+        test::comparePicture(seen,
+                             all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
     }
 
     // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for
