@@ -65,6 +65,9 @@ int allRows(const QString& path)
     return rows;
 }
 
+const QString Came =
+    u"Quorrel11.mdb came from an earlier version of the program and was brought into today's format. The old "
+    "file is unchanged beside it as Quorrel11 (former format).mdb.\n\nNot everything had its place:\n\n"_s;
 const int Tries = test::repeats("ORLO_JET_FILES", 25); // files, or moments
 
 // The offsets of the tables' rows, or of the field numbers in the definitions.
@@ -200,7 +203,7 @@ private Q_SLOTS:
         });
         const QStringList rows = sqlite(path(), test::cell("select").toUtf8());
         QTEST((failure ? failure->description() : rows.join(u'\n')) + u'\n', "rows");
-        QCOMPARE(m_told.join(u'\n').section(u"had its place:\n\n"_s, -1).trimmed(), test::cell("told").trimmed());
+        QCOMPARE(m_told.join(u'\n').remove(Came).trimmed(), test::cell("told").trimmed());
     }
 
     // Each file is either refused unchanged or opens with nothing lost, and every value that can be known is right.

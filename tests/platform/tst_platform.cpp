@@ -1,5 +1,6 @@
 #include "platform/Conversion.h"
 #include "platform/FileLock.h"
+#include "platform/FileNames.h"
 #include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
 #include "platform/WriteAll.h"
@@ -68,6 +69,18 @@ private Q_SLOTS:
 
     void descriptions_data() { test::tableOf("platform/platform_failures.txt"); }
     void descriptions() { QTEST(standardDescription(test::cell("number").toInt()), "text"); }
+
+    // What the system's reasons to refuse are called, here of a flush; a volume that knows no flush refuses nothing.
+    void refusals_data() { test::tableOf("platform/platform_refusals.txt"); }
+    void refusals()
+    {
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        test::failFlushes(true, test::cell("errno").toInt());
+        const int number = failureNumber([&] { flushFile(file.fileName()); });
+        test::failFlushes(false);
+        QTEST(number == 0 ? QString() : standardDescription(number), "said");
+    }
 
     void files()
     {

@@ -358,9 +358,11 @@ private Q_SLOTS:
                 given = test::sqlite(m_path, what.toUtf8());
             else if (what == "begin")
                 outer.emplace(m_programs[program]);
-            else if (what == "rollback")
+            else if (what == "commit" || what == "rollback") {
+                if (what == "commit")
+                    outer->commit();
                 outer.reset();
-            else if (who == who.toLower())
+            } else if (who == who.toLower())
                 attempt([&] { m_programs[program].execute(what); });
             else if (what.startsWith("open "))
                 sets[who] = std::make_shared<Recordset>(m_programs[program].openRecordset(what.sliced(5)));

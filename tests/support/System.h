@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <cerrno>
+
 class QFile;
 
 // Faults that only the operating system can cause; a row that needs a fault that this system can't cause is skipped.
@@ -28,8 +30,8 @@ extern const char* const OtherJournal;
 void failReads(qint64 from, qint64 to);
 /// Lets no file have a second name, as on a stick, or stops that.
 void failLinks(bool fail);
-/// Makes flushing a file fail for lack of space, as on network volumes, or stops that.
-void failFlushes(bool fail);
+/// Makes flushing a file fail with an errno, for lack of space as on network volumes, or stops that.
+void failFlushes(bool fail, int code = ENOSPC);
 
 /// Locks a byte of an open file as another program would; false if that fails.
 [[nodiscard]] bool lockByte(QFile& file, qint64 at);

@@ -17,7 +17,7 @@
 #include <unistd.h>
 
 static int flushes = 0;
-static bool noFlush = false;
+static int noFlush = 0; // the errno
 static bool noLinks = false;
 static std::set<ino_t> flushedFiles;
 static QStringList putUnflushed;
@@ -28,7 +28,7 @@ static int flush(long call, int file)
     };
     if (::fstat(file, &status) == 0)
         S_ISDIR(status.st_mode) ? (void)++flushes : (void)flushedFiles.insert(status.st_ino);
-    return noFlush ? (errno = ENOSPC, -1) : static_cast<int>(::syscall(call, file));
+    return noFlush != 0 ? (errno = noFlush, -1) : static_cast<int>(::syscall(call, file));
 }
 
 // Replaces the C library's function, also for SQLite.
@@ -113,9 +113,9 @@ void failLinks(bool fail)
     noLinks = fail;
 }
 
-void failFlushes(bool fail)
+void failFlushes(bool fail, int code)
 {
-    noFlush = fail;
+    noFlush = fail ? code : 0;
 }
 
 int folderFlushes()

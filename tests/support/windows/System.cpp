@@ -36,7 +36,7 @@ void failLinks(bool fail)
         skip(QStringLiteral("a second name can't be made to fail here"));
 }
 
-void failFlushes(bool fail)
+void failFlushes(bool fail, int)
 {
     if (fail)
         skip(QStringLiteral("no flush can be made to fail here"));
