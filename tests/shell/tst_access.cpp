@@ -105,7 +105,7 @@ QStringList faultsOf(QWidget& form)
         if (button || (label && label->buddy()))
             expect(takesKey(label ? label->text() : button->text()), "another control's access key", widget);
         if (const auto* box = qobject_cast<QLineEdit*>(widget)) // its frame and margins come on top
-            expect(box->width() > box->property("chars").toInt() * box->fontMetrics().horizontalAdvance('0') + 6,
+            expect(box->width() > box->property("chars").toInt() * box->fontMetrics().horizontalAdvance('0') + 3,
                    "narrow", widget);
         QSize room = widget->sizeHint();
         if (widget->hasHeightForWidth())

@@ -113,7 +113,7 @@ QString stateOf(const QWidget& control, What what)
         const auto* push = qobject_cast<const QPushButton*>(button);
         state += quoted(button->text());
         add(button->isChecked(), "chosen");
-        add(all && push && push->isDefault(), "default");
+        add(push && push->isDefault() && (all || !push->hasFocus()), "default"); // the focused one looks so, too
     } else if (const auto* label = qobject_cast<const QLabel*>(&control)) {
         state += quoted(label->text());
         add(all && label->alignment() & Qt::AlignHCenter, "centred");

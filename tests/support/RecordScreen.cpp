@@ -135,7 +135,7 @@ bool RecordScreen::byHand(const QString& word) const
     else if (word.startsWith("box:"))
         told.append(takeNext([keys = value.split(',')](QWidget& modal, Told& box) {
             auto* asked = qobject_cast<QMessageBox*>(&modal);
-            if (!asked || box.shown)
+            if (!asked || box.shown || !asked->isActiveWindow()) // before that, it answers no access key
                 return false;
             box = {asked->text(), asked->windowTitle(), true, "keys"};
             for (qsizetype at = 0; at < keys.size() && asked->isVisible(); ++at) {
@@ -153,9 +153,15 @@ bool RecordScreen::byHand(const QString& word) const
         QTest::mouseClick(target(), Qt::LeftButton, {}, place());
     else if (word.startsWith("ctrl:") || word.startsWith("shift:"))
         QTest::mouseClick(target(), Qt::LeftButton, word[0] == 'c' ? Qt::ControlModifier : Qt::ShiftModifier, place());
-    else if (word.startsWith("twice:"))
-        QTest::mouseDClick(target(), Qt::LeftButton, {}, place());
-    else if (word.startsWith("right:"))
+    else if (word.startsWith("twice:")) {
+        const QPointer<QWidget> hit = target();
+        const QPoint at = place();
+        QTest::mouseClick(hit, Qt::LeftButton, {}, at);
+        if (hit)
+            QTest::mouseDClick(hit, Qt::LeftButton, {}, at);
+        if (hit)
+            QTest::mouseRelease(hit, Qt::LeftButton, {}, at);
+    } else if (word.startsWith("right:"))
         QTest::mouseDClick(target(), Qt::RightButton, {}, place());
     else if (word.startsWith("wheel:")) {
         QWheelEvent turned(place(), target()->mapToGlobal(place()), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
