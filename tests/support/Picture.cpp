@@ -80,6 +80,10 @@ QStringList widthsOf(const QAbstractItemView& view)
         if (view.selectionBehavior() == QAbstractItemView::SelectItems && !table->isColumnHidden(column) &&
             headings->sectionSize(column) < headings->sectionSizeHint(column))
             words += "cut heading";
+    for (int column = 1; column < headings->count(); ++column) // such as keys, which belong beside the view
+        if (view.model()->headerData(column, Qt::Horizontal).toString().isEmpty() && !table->isColumnHidden(column) &&
+            table->columnViewportPosition(column) < view.viewport()->width())
+            words += "untitled column";
     return words;
 }
 

@@ -172,9 +172,11 @@ bool RecordScreen::byHand(const QString& word) const
         QHelpEvent help(QEvent::ToolTip, place(), target()->mapToGlobal(place()));
         QApplication::sendEvent(target(), &help);
         log += "tip " + (QToolTip::isVisible() ? QToolTip::text() : "none");
-    } else if (word.startsWith("wide:")) { // a heading dragged to this width
-        if (auto* grid = qobject_cast<QTableView*>(target()->parentWidget()))
-            grid->setColumnWidth(value.section(',', 1, 1).toInt(), value.section(',', 2).toInt());
+    } else if (word.startsWith("wide:")) { // a heading dragged to this width, or one so much less than the grid's
+        if (auto* grid = qobject_cast<QTableView*>(target()->parentWidget())) {
+            const int width = value.section(',', 2).toInt();
+            grid->setColumnWidth(value.section(',', 1, 1).toInt(), width + (width < 0 ? target()->width() : 0));
+        }
     } else
         return false;
     return true;
