@@ -105,8 +105,10 @@ QStringList faultsOf(QWidget& form)
         if (button || (label && label->buddy()))
             expect(takesKey(label ? label->text() : button->text()), "another control's access key", widget);
         if (const auto* box = qobject_cast<QLineEdit*>(widget)) // its frame and margins come on top
-            expect(box->width() > box->property("chars").toInt() * box->fontMetrics().horizontalAdvance('0') + 6,
+            expect(box->width() > box->property("chars").toInt() * box->fontMetrics().horizontalAdvance('0') + 3,
                    "narrow", widget);
+        if (const auto* list = qobject_cast<QAbstractItemView*>(widget); list && !qobject_cast<QHeaderView*>(widget))
+            expect(list->viewport()->height() >= 3 * list->fontMetrics().height(), "low", widget);
         QSize room = widget->sizeHint();
         if (widget->hasHeightForWidth())
             room = QSize(0, widget->heightForWidth(widget->width()));

@@ -49,9 +49,13 @@ private Q_SLOTS:
         test::prepareForWindows();
         QStringList seen;
         QVERIFY(test::openAndLook(open, [&](QWidget& form) {
+            const QWidget& window = form.isWindow() || !form.parentWidget() ? form : *form.parentWidget();
+            const QSize room = &window == &form ? window.size() : window.parentWidget()->size();
+            const QSize wanted = window.sizeHint().boundedTo(room);
             if (seen.isEmpty())
                 seen = QStringList("title: " + form.windowTitle()) + test::pictureOf(form, test::What::Everything) +
-                       test::tabOrderOf(form);
+                       test::tabOrderOf(form) +
+                       (window.size().expandedTo(wanted) == window.size() ? QStringList() : QStringList("too small"));
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
         const QString all = test::contents(test::fileOfTests("shell/windows.txt"));

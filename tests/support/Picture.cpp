@@ -81,6 +81,10 @@ QStringList widthsOf(const QAbstractItemView& view)
         if (view.selectionBehavior() == QAbstractItemView::SelectItems && !table->isColumnHidden(column) &&
             headings->sectionSize(column) < headings->sectionSizeHint(column))
             words += "cut heading";
+    for (int column = 1; column < headings->count(); ++column) // such as keys, which belong beside the view
+        if (view.model()->headerData(column, Qt::Horizontal).toString().isEmpty() && !table->isColumnHidden(column) &&
+            table->columnViewportPosition(column) < view.viewport()->width())
+            words += "untitled column";
     return words;
 }
 
@@ -116,7 +120,7 @@ QString stateOf(const QWidget& control, What what)
         const auto* push = qobject_cast<const QPushButton*>(button);
         state += quoted(button->text());
         add(button->isChecked(), "chosen");
-        add(all && push && push->isDefault(), "default");
+        add(push && push->isDefault() && (all || !push->hasFocus()), "default"); // the focused one looks so, too
     } else if (const auto* label = qobject_cast<const QLabel*>(&control)) {
         state += quoted(label->text());
         add(all && label->alignment() & Qt::AlignHCenter, "centred");

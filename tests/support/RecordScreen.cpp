@@ -135,7 +135,7 @@ bool RecordScreen::byHand(const QString& word) const
     else if (word.startsWith("box:"))
         told.append(takeNext([keys = value.split(',')](QWidget& modal, Told& box) {
             auto* asked = qobject_cast<QMessageBox*>(&modal);
-            if (!asked || box.shown)
+            if (!asked || box.shown || !asked->isActiveWindow()) // before that, it answers no access key
                 return false;
             box = {asked->text(), asked->windowTitle(), true, "keys"};
             for (qsizetype at = 0; at < keys.size() && asked->isVisible(); ++at) {
@@ -153,9 +153,15 @@ bool RecordScreen::byHand(const QString& word) const
         QTest::mouseClick(target(), Qt::LeftButton, {}, place());
     else if (word.startsWith("ctrl:") || word.startsWith("shift:"))
         QTest::mouseClick(target(), Qt::LeftButton, word[0] == 'c' ? Qt::ControlModifier : Qt::ShiftModifier, place());
-    else if (word.startsWith("twice:"))
-        QTest::mouseDClick(target(), Qt::LeftButton, {}, place());
-    else if (word.startsWith("right:"))
+    else if (word.startsWith("twice:")) {
+        const QPointer<QWidget> hit = target();
+        const QPoint at = place();
+        QTest::mouseClick(hit, Qt::LeftButton, {}, at);
+        if (hit)
+            QTest::mouseDClick(hit, Qt::LeftButton, {}, at);
+        if (hit)
+            QTest::mouseRelease(hit, Qt::LeftButton, {}, at);
+    } else if (word.startsWith("right:"))
         QTest::mouseDClick(target(), Qt::RightButton, {}, place());
     else if (word.startsWith("wheel:")) {
         QWheelEvent turned(place(), target()->mapToGlobal(place()), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
@@ -166,9 +172,11 @@ bool RecordScreen::byHand(const QString& word) const
         QHelpEvent help(QEvent::ToolTip, place(), target()->mapToGlobal(place()));
         QApplication::sendEvent(target(), &help);
         log += "tip " + (QToolTip::isVisible() ? QToolTip::text() : "none");
-    } else if (word.startsWith("wide:")) { // a heading dragged to this width
-        if (auto* grid = qobject_cast<QTableView*>(target()->parentWidget()))
-            grid->setColumnWidth(value.section(',', 1, 1).toInt(), value.section(',', 2).toInt());
+    } else if (word.startsWith("wide:")) { // a heading dragged to this width, or one so much less than the grid's
+        if (auto* grid = qobject_cast<QTableView*>(target()->parentWidget())) {
+            const int width = value.section(',', 2).toInt();
+            grid->setColumnWidth(value.section(',', 1, 1).toInt(), width + (width < 0 ? target()->width() : 0));
+        }
     } else
         return false;
     return true;

@@ -117,7 +117,7 @@ QPalette schemeOf(bool dark)
 QImage iconOf(const QIcon& icon, bool enabled)
 {
     QImage image(24, 24, QImage::Format_RGB32);
-    image.fill(Qt::white);
+    image.fill(0xd0d0d0); // of which it covers only what it draws
     QPainter painter(&image);
     painter.drawPixmap(0, 0, icon.pixmap(24, enabled ? QIcon::Normal : QIcon::Disabled));
     return image;
