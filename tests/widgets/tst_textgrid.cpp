@@ -121,33 +121,6 @@ private Q_SLOTS:
         }
     }
 
-    void choosesByUserOnly()
-    {
-        TextGrid grid;
-        fill(grid, 4);
-        grid.resize(400, 300);
-        grid.show();
-        QVERIFY(QTest::qWaitForWindowActive(&grid));
-        grid.setFocus(Qt::TabFocusReason); // moving past it with Tab selects no row
-        QCOMPARE(grid.row(), 0);
-        QTest::keyClick(&grid, Qt::Key_Down);
-        QCOMPARE(grid.row(), 1);
-        QList<int> rows;
-        connect(&grid, &TextGrid::rowDoubleClicked, &grid, [&] { rows += grid.row(); });
-        const auto doubleClick = [&](QPoint at, Qt::MouseButton button = Qt::LeftButton) {
-            QTest::mouseDClick(grid.viewport(), button, {}, at);
-        };
-        doubleClick(grid.visualRect(grid.model()->index(2, 1)).center());
-        doubleClick(grid.visualRect(grid.model()->index(0, 1)).center(), Qt::RightButton);
-        doubleClick(QPoint(20, grid.viewport()->height() - 2));
-        QTest::mouseDClick(grid.horizontalHeader()->viewport(), Qt::LeftButton);
-        for (const int row : {2, 0}) {
-            grid.setRow(row);
-            QTest::keyClick(&grid, Qt::Key_Space);
-        }
-        QCOMPARE(rows, (QList<int>{3, 2}));
-    }
-
     void widthsAndHeights()
     {
         TextGrid grid;
