@@ -108,7 +108,7 @@ QStringList faultsOf(QWidget& form)
             expect(box->width() > box->property("chars").toInt() * box->fontMetrics().horizontalAdvance('0') + 3,
                    "narrow", widget);
         if (const auto* list = qobject_cast<QAbstractItemView*>(widget); list && !qobject_cast<QHeaderView*>(widget))
-            expect(list->viewport()->height() >= 3 * list->fontMetrics().height(), "low", widget);
+            expect(list->viewport()->height() >= 2 * list->fontMetrics().height(), "low", widget);
         QSize room = widget->sizeHint();
         if (widget->hasHeightForWidth())
             room = QSize(0, widget->heightForWidth(widget->width()));
