@@ -81,8 +81,6 @@ public:
 
     /// Writes the open row. False if it was refused: then the message has been shown and the row is still open.
     bool commitRow();
-    /// Drops the open row's changes.
-    void cancelRow();
     /// Reads the data control's record set anew and makes its first record current; the open row's changes are dropped.
     void rebind();
     /// Writes the open row and shows the records as they are now.
@@ -98,6 +96,7 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
+    void cancelRow();
     void focusMoved(const QWidget* now);
     [[nodiscard]] QWidget* cellEditor() const;
     void commitOpenEditor();

@@ -1,3 +1,5 @@
+// What the grid does with several rows at once.
+
 #include "platform/RuntimeError.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/BoundGridModel.h"
@@ -10,7 +12,6 @@
 
 #include <algorithm>
 
-// What the grid does with several rows at once.
 namespace orlo::widgets
 {
 

@@ -64,9 +64,12 @@ QString cutText(const QWidget& widget, const QPoint& pointer)
         room = std::min(view->visualRect(index).right(), widget.width()) - view->visualRect(index).left();
         text = index.data().toString();
         int wanted = view->sizeHintForIndex(index).width();
-        if (qobject_cast<const QListView*>(view)) // whose rows all ask for the widest one's
-            wanted = widget.fontMetrics().horizontalAdvance(text) +
-                     2 * (view->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view) + 1);
+        if (qobject_cast<const QListView*>(view)) { // whose rows all ask for the widest one's
+            const int margins = 2 * (view->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view) + 1);
+            wanted = widget.fontMetrics().horizontalAdvance(text) + margins;
+            if (index.data(Qt::CheckStateRole).isValid())
+                wanted += view->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, view) + margins;
+        }
         return wanted > room ? text : QString();
     }
     return widget.fontMetrics().horizontalAdvance(text) > room ? text : QString();

@@ -35,9 +35,7 @@ inline QString drawn(const reporting::Item& item, const reporting::Document& doc
     look += font.italic() ? " italic" : "";
     look += font.family() == "DejaVu Sans" ? QString() : u' ' + font.family();
     look += font.pointSizeF() == 9 ? QString() : u' ' + number(font.pointSizeF());
-    QString words = QString(text.text).replace('\n', "\\n");
-    if (words.size() > 40)
-        words = words.left(20) + QStringLiteral("… %1 (%2)").arg(words.right(10)).arg(words.size());
+    const QString words = QString(text.text).replace('\n', "\\n");
     return "text" + area(text.box) + look + color(text.color) + ": " + QString(text.emptyBefore, u'_') + words;
 }
 

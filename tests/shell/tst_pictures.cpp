@@ -74,6 +74,7 @@ private Q_SLOTS:
         const QFont usual = QApplication::font();
         QFont large = usual;
         large.setPointSize(usual.pointSize() + 5);
+        const auto back = qScopeGuard([&] { QApplication::setFont(usual); });
         QList<QStringList> shapes[2]; // of all pages, the first one twice: it settles when the others have been seen
         for (const bool changes : {false, true}) {
             QApplication::setFont(changes ? usual : large);
@@ -94,7 +95,8 @@ private Q_SLOTS:
             if (shapes[changes].size() > 1)
                 shapes[changes].removeFirst();
         }
-        QApplication::setFont(usual);
+        QVERIFY(!shapes[0].isEmpty());
+        QCOMPARE(shapes[1].size(), shapes[0].size());
         for (qsizetype page = 0; page < shapes[0].size(); ++page)
             QCOMPARE(shapes[1][page], shapes[0][page]);
     }

@@ -90,7 +90,9 @@ private:
     {
         static const QRegularExpression changing("^(ORLO|system|written by SQLite|changes of the catalogue) .*\n",
                                                  QRegularExpression::MultilineOption);
-        static const QRegularExpression usage("Usage: .*? (?=\\[)"); // with the program's path
+        // The program's path, and words of Qt's.
+        static const QRegularExpression usage("Usage: .*? (?=\\[)|^  (-h|--help-all|-v)\\b.*\n",
+                                              QRegularExpression::MultilineOption);
         static const QRegularExpression line("^(?=.)", QRegularExpression::MultilineOption);
         QStringList words = QProcess::splitCommand(step);
         const QString word = words.takeFirst();

@@ -108,13 +108,19 @@ struct Screen : test::RecordScreen {
     // Presses the button; returns the boxes that came, without the question.
     QString go(const QString& answers) const
     {
-        QObject during;
-        QObject::connect(qApp, &QApplication::focusChanged, &during, [this] {
-            if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+        QTimer during;
+        bool waits = false;
+        during.callOnTimeout([&] {
+            if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
                 QCOMPARE(form.cursor().shape(), Qt::WaitCursor);
+                waits = true;
+            }
         });
+        during.start(0);
         run(answers);
         click(backsUp ? "cmdBack" : "cmdRestore");
+        if (!waits)
+            test::fail("no box was looked at");
         return said().section('\n', backsUp ? 4 : 2);
     }
     // The rows, indented by a blank per level, the opened folder in brackets.

@@ -25,8 +25,8 @@ constexpr std::size_t CopyBlockSize = 1 << 20; // bytes
 constexpr qint64 StatBlock = 512;              // bytes, the unit of st_blocks
 constexpr mode_t ModeBits = 0777;
 // The bytes that SQLite locks for whoever reads or changes a file, and how long to wait for them.
-constexpr off_t LocksAt = 0x40000002;
-constexpr off_t LocksLength = 510;
+constexpr off_t SharedLocksAt = 0x40000002;
+constexpr off_t SharedLocksLength = 510;
 constexpr int CopyBusyMilliseconds = 2000;
 
 // The volume can't hold another file; quotas excepted.
@@ -119,8 +119,8 @@ void lock(int descriptor, short type)
     };
     range.l_type = type;
     range.l_whence = SEEK_SET;
-    range.l_start = LocksAt;
-    range.l_len = LocksLength;
+    range.l_start = SharedLocksAt;
+    range.l_len = SharedLocksLength;
     QDeadlineTimer deadline(CopyBusyMilliseconds);
     while (::fcntl(descriptor, F_OFD_SETLK, &range) != 0 && (errno == EAGAIN || errno == EACCES)) {
         if (deadline.hasExpired())

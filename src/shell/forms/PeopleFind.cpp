@@ -1,3 +1,5 @@
+// The command Find of the screens of people.
+
 #include "shell/forms/Module1.h"
 #include "shell/forms/PeopleForm.h"
 #include "store/engine/Database.h"

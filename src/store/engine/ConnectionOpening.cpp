@@ -27,6 +27,11 @@ constexpr sqlite3_int64 MaxMemory = 1 << 30; // bytes
 constexpr qsizetype FileHead = 19;           // bytes
 constexpr int LastFormat = 2;
 
+[[noreturn]] void refuseFile(int number)
+{
+    throw RuntimeError(number, QStringLiteral("Database"));
+}
+
 [[noreturn]] void raiseUnusable(int number, const QString& words, const QString& path)
 {
     throw RuntimeError(number, QStringLiteral("Database"),
@@ -63,15 +68,14 @@ void Connection::open(Mode mode)
     }
     const int code = sqlite3_open_v2(name.constData(), &m_db, flags, filesOfKeptJournals());
     if (code != SQLITE_OK)
-        throw RuntimeError(mode == Mode::Create ? platform::PathFileAccess : platform::CannotLockFile,
-                           QStringLiteral("Database"));
+        refuseFile(mode == Mode::Create ? platform::PathFileAccess : platform::CannotLockFile);
     harden();
     if (m_viewed)
         run("SELECT count(*) FROM sqlite_master");
     if (mode != Mode::Open)
         return;
     if (sqlite3_db_readonly(m_db, "main") == 1)
-        throw RuntimeError(platform::CannotLockFile, QStringLiteral("Database"));
+        refuseFile(platform::CannotLockFile);
     // Rolls back what a killed process left unfinished, detects a damaged catalogue, and checks for the write lock.
     run("BEGIN IMMEDIATE;ROLLBACK;SELECT count(*) FROM sqlite_master");
     removeStrayJournal(m_file);
@@ -83,7 +87,7 @@ void Connection::checkFile() const
     if (!info.exists())
         raiseUnusable(platform::DatabaseNotFound, QStringLiteral("Couldn't find the database file"), m_file);
     if (!info.isFile())
-        throw RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"));
+        refuseFile(platform::UnrecognisedFormat);
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
@@ -100,10 +104,10 @@ void Connection::checkFile() const
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The folder can't be written to"), folder);
     const QByteArray head = file.read(FileHead);
     if (!head.startsWith(QByteArrayView("SQLite format 3", 16)))
-        throw RuntimeError(platform::UnrecognisedFormat, QStringLiteral("Database"));
+        refuseFile(platform::UnrecognisedFormat);
     // SQLite would open the file read-only, as one of a later version.
     if (head.size() == FileHead && static_cast<unsigned char>(head.back()) > LastFormat)
-        throw RuntimeError(platform::DatabaseDamaged, QStringLiteral("Database"));
+        refuseFile(platform::DatabaseDamaged);
     if (!m_viewed)
         setStrayJournalAside(m_file);
 }
