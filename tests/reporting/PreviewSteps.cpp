@@ -146,7 +146,8 @@ QStringList PreviewSteps::run(const QString& step)
         QPoint ends;
         const QString line = reader().textAtOffset(number(0), QAccessible::LineBoundary, &ends.rx(), &ends.ry());
         const QRect letter = reader().characterRect(number(0));
-        const QRect at(view().viewport()->mapFromGlobal(letter.topLeft()), letter.size());
+        const QRect at =
+            letter.isEmpty() ? QRect() : QRect(view().viewport()->mapFromGlobal(letter.topLeft()), letter.size());
         QDebug(&seen.emplaceBack()).nospace() << ends << line << at << reader().offsetAtPoint(letter.center());
     } else if (word == "at")
         seen += QString::number(reader().offsetAtPoint(view().viewport()->mapToGlobal(point(0).toPoint())));

@@ -91,17 +91,19 @@ private:
         static const QRegularExpression changing("^(ORLO|system|written by SQLite|changes of the catalogue) .*\n",
                                                  QRegularExpression::MultilineOption);
         // The program's path, and words of Qt's.
-        static const QRegularExpression usage("Usage: .*? (?=\\[)|^  (-h|--help-all|-v)\\b.*\n",
+        static const QRegularExpression usage("Usage: .*? (?=\\[)|^  (-\\?, )?(-h|--help-all|-v)\\b.*\n",
                                               QRegularExpression::MultilineOption);
         static const QRegularExpression line("^(?=.)", QRegularExpression::MultilineOption);
         QStringList words = QProcess::splitCommand(step);
         const QString word = words.takeFirst();
         const QString rest = step.section(' ', 2);
-        if (word == "sql")
-            return (sqlite(words[0], rest.toUtf8()) + QStringList("")).join('\n');
-        if (word == "pack") // the small pack
-            sqlite(words[0], contents(ORLO_SOURCE_DIR "/tests/support/pack.sql"));
-        else if (word == "write")
+        if (word == "sql" || word == "pack") { // the small pack
+            const QByteArray sql = word == "sql" ? rest.toUtf8() : contents(ORLO_SOURCE_DIR "/tests/support/pack.sql");
+            const QStringList rows = sqlite(words[0], sql);
+            QFile::remove(words[0] + "-journal"); // left on some systems
+            return word == "sql" ? (rows + QStringList("")).join('\n') : QString();
+        }
+        if (word == "write")
             orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
                               QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8());
         else if (word == "zero")
