@@ -44,9 +44,8 @@ QString& saveFolder()
 
 } // namespace
 
-void printByDialog(QWidget& window, const std::shared_ptr<const Document>& shown, int currentPage)
+void printByDialog(QWidget& window, std::shared_ptr<const Document> document, int currentPage)
 {
-    const std::shared_ptr<const Document> document = shown; // the window may show another one meanwhile
     const int pages = int(document->pages.size());
     std::unique_ptr<QPrinter> printer = defaultPrinter();
     if (!printer)

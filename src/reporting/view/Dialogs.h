@@ -11,7 +11,7 @@ namespace orlo::reporting
 
 /// Shows the print dialog for a document, whose current page counts from 0, and prints it. Shows a message if that
 /// fails.
-void printByDialog(QWidget& window, const std::shared_ptr<const Document>& shown, int currentPage);
+void printByDialog(QWidget& window, std::shared_ptr<const Document> document, int currentPage);
 
 /// Asks where to save a report with this title and suffix; empty if cancelled. The dialog asks before replacing a file.
 [[nodiscard]] QString askSaveFile(QWidget& window, const QString& caption, const QString& filter, const QString& title,
