@@ -88,7 +88,8 @@ private:
     // Does a step of the terminal's; returns what it shows.
     static QString done(const QString& step)
     {
-        static const QRegularExpression changing("^(ORLO|system|written by SQLite|changes of the catalogue) .*\n",
+        static const QRegularExpression changing("^(ORLO|system|written by SQLite|changes of the catalogue"
+                                                 "|! qt\\.qpa\\.[a-z]+:) .*\n",
                                                  QRegularExpression::MultilineOption);
         // The program's path, and words of Qt's.
         static const QRegularExpression usage("Usage: .*? (?=\\[)|^  (-\\?, )?(-h|--help-all|-v)\\b.*\n",
