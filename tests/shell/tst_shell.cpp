@@ -305,6 +305,7 @@ private Q_SLOTS:
     // The window keeps its text; if the manual is beside the program, a click on the link opens it.
     void helpNotice()
     {
+        const test::AppFolder folder;
         const auto openNotice = [](const std::function<void(QLabel&)>& look) {
             QTimer::singleShot(20, qApp, [&look] {
                 look(test::control<QLabel>(*topLevel("dlgHelp"), "Label2"));

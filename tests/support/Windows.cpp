@@ -17,6 +17,7 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <utility>
 
 namespace orlo::test
 {
@@ -52,6 +53,7 @@ bool openAndLook(const Open& open, const std::function<void(QWidget&)>& look)
 {
     auto& frame = mdiPendrake::instance();
     bool looked = false;
+    QPointer<QWidget> former;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, qApp, [&] {
         const QPointer window = QApplication::activeWindow();
@@ -59,6 +61,8 @@ bool openAndLook(const Open& open, const std::function<void(QWidget&)>& look)
         QWidget* shown = child && child->isVisible() ? child->widget() : window.data();
         if (!shown || (shown == &frame) != (QTest::currentDataTag() == QByteArray("mdiPendrake")))
             return; // not up yet
+        if (std::exchange(former, shown) != shown)
+            return; // its layouts aren't settled yet
         timer.stop();
         look(*shown);
         for (auto* pages : shown->findChildren<QTabWidget*>())
