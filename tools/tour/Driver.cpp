@@ -106,9 +106,13 @@ QPixmap Driver::grab(QWidget& widget)
     for (QWidget* outer = &widget; !outer->isWindow(); outer = outer->parentWidget())
         if (qobject_cast<QMdiSubWindow*>(outer))
             return outer->grab();
-    const QRect frame = widget.frameGeometry();
     const bool managed = QGuiApplication::platformName() != QLatin1String("offscreen");
-    if (!managed || !widget.isWindow() || frame.size() == widget.size() || !widget.screen()->geometry().contains(frame))
+    if (!managed || !widget.isWindow() || widget.windowType() == Qt::Popup)
+        return widget.grab();
+    constexpr int FrameTime = 2000; // ms, for a window manager on a busy computer
+    const bool framed = QTest::qWaitFor([&] { return widget.frameGeometry().size() != widget.size(); }, FrameTime);
+    const QRect frame = widget.frameGeometry();
+    if (!framed || !widget.screen()->geometry().contains(frame))
         return widget.grab();
     return widget.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height());
 }

@@ -28,6 +28,8 @@ static bool isReport(const ListedScreen& screen)
 void ReportTour::preview()
 {
     auto& report = static_cast<reporting::PreviewWindow&>(window(QStringLiteral("previewWindow")));
+    report.showNormal(); // a window manager may keep a maximised window's size
+    settle();
     report.resize(1000, 760);
     picture(report, QStringLiteral("preview"));
     QTest::keyClick(&report, Qt::Key_F, Qt::ControlModifier);
