@@ -71,7 +71,8 @@ class tst_reports : public QObject
     {
         if (text.endsWith(".rpt"))
             return *run(request(text, selection));
-        return *render(readDefinition(text), request({}, selection), std::bind_front(&tst_reports::open, this));
+        return *render(readDefinition(text, ORLO_SOURCE_DIR "/tests/reporting"), request({}, selection),
+                       std::bind_front(&tst_reports::open, this));
     }
 
     // The document in one font, whatever this computer's usual one is.
