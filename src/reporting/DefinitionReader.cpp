@@ -358,8 +358,6 @@ private:
         auto definition = std::make_shared<Definition>(inner.run(true, m_definition.styles));
         m_definition.files << definition->files;
         m_definition.warnings << definition->warnings;
-        if (definition->title.isEmpty())
-            definition->title = name;
         m_definition.subreports.emplace_back(name, std::move(definition));
     }
 

@@ -211,8 +211,6 @@ std::optional<Document> render(const Definition& definition, const RunRequest& r
     } catch (const Cancelled&) {
         return std::nullopt;
     } catch (const ReportError& error) {
-        if (request.reportFile.isEmpty())
-            throw;
         throw error.inFile(nameOf(request.reportFile)).having(definition.files);
     }
 }

@@ -93,6 +93,7 @@ QStringList PreviewSteps::picture() const
             column[shown->y()] = part;
     lines += "column: " + column.values().join(' ');
     lines += QString::asprintf("page: at %g, %g, %g x %g", box.left(), box.top(), box.width(), box.height());
+    lines += "zooms without scrolling: " + QString::number(m_preview.child<QComboBox>("cboZoom")->maxVisibleItems());
     lines += "described: " + view().accessibleDescription() + "; " +
              m_preview.child<QComboBox>("cboZoom")->accessibleDescription();
     QPoint marked;

@@ -329,11 +329,16 @@ private Q_SLOTS:
             report("report \"" + QString(title) + "\"\n" + text.mid(text.indexOf("source")));
         };
         const char* saved = "first";
+        QString refreshed; // a refresh during a run does nothing
         QTimer watch;
         connect(&watch, &QTimer::timeout, this, [&] {
             if (qobject_cast<QProgressDialog*>(QApplication::activeModalWidget())) {
                 watch.stop();
                 named(saved);
+                if (shopping->preview()) {
+                    shopping->preview()->findChild<QAction*>("actRefresh")->trigger();
+                    refreshed = shopping->preview()->document().title;
+                }
             }
         });
         watch.start(0);
@@ -346,13 +351,20 @@ private Q_SLOTS:
         named("second");
         QTRY_COMPARE(preview.document().title, "second");
         QTRY_COMPARE(preview.document().title, "third");
+        QCOMPARE(refreshed, "first");
 
         new LiveReport(preview, 0, []() -> std::optional<Document> { throw std::length_error("too long"); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
 
-        new LiveReport(preview, 0, [] { return std::optional<Document>(); });
+        int runs = 0;
+        new LiveReport(preview, 0, [&] { return ++runs, std::optional<Document>(); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(),
                      "The report wasn't run again. These are the pages of before.");
+        write("new.rpt", "a new file"); // is followed, even if the run for it is given up
+        QVERIFY(QFile::remove(path("Shopping.rpt")) && QFile::rename(path("new.rpt"), path("Shopping.rpt")));
+        QTRY_COMPARE(runs, 2);
+        report("the same file");
+        QTRY_COMPARE(runs, 3);
 
         bool kept = false; // what a run needs stays, even if its preview is closed meanwhile
         const LiveReport* live = new LiveReport(preview, 0, [&, part = std::make_shared<int>()] {

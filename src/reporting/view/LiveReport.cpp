@@ -60,14 +60,8 @@ void LiveReport::follow(QStringList files, qint64 began)
 // Folders too: many editors replace a file by a new one, which wouldn't be watched.
 void LiveReport::watch()
 {
-    QStringList wanted;
-    for (const QString& file : m_files)
-        for (const QString& path : {file, QFileInfo(file).absolutePath()})
-            if (QFileInfo::exists(path) && !wanted.contains(path) && !m_watcher.files().contains(path) &&
-                !m_watcher.directories().contains(path))
-                wanted << path;
-    if (!wanted.isEmpty())
-        m_watcher.addPaths(wanted);
+    for (const QString& file : m_files) // the watcher leaves out what is missing or what it has
+        m_watcher.addPaths({file, QFileInfo(file).absolutePath()});
 }
 
 std::map<QString, LiveReport::Stamp> LiveReport::stamps() const
