@@ -94,6 +94,8 @@ QStringList PreviewSteps::picture() const
     lines += "column: " + column.values().join(' ');
     lines += QString::asprintf("page: at %g, %g, %g x %g", box.left(), box.top(), box.width(), box.height());
     lines += "zooms without scrolling: " + QString::number(m_preview.child<QComboBox>("cboZoom")->maxVisibleItems());
+    lines += "window: " + m_preview.window->windowTitle() +
+             (m_preview.window->testAttribute(Qt::WA_QuitOnClose) ? ", and the program runs as long" : "");
     lines += "described: " + view().accessibleDescription() + "; " +
              m_preview.child<QComboBox>("cboZoom")->accessibleDescription();
     QPoint marked;
