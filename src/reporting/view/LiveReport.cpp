@@ -100,14 +100,12 @@ void LiveReport::run()
             return m_preview.tell(QStringLiteral("The report wasn't run again. These are the pages of before."));
         m_preview.setDocument(sharedDocument(std::move(*document)));
         follow(m_preview.document().files, began);
-    } catch (const ReportError& error) {
+    } catch (const platform::RuntimeError& error) {
         if (!self)
             return;
-        follow(m_files + error.files(), began); // the cause may be in a file that the report now reads
+        if (const auto* ofReport = dynamic_cast<const ReportError*>(&error))
+            follow(m_files + ofReport->files(), began); // the cause may be in a file that the report now reads
         m_preview.tell(error.description());
-    } catch (const platform::RuntimeError& error) {
-        if (self)
-            m_preview.tell(error.description());
     } catch (const std::exception& error) {
         if (self)
             m_preview.tell(QString::fromLocal8Bit(error.what()));

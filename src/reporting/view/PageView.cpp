@@ -50,7 +50,7 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
 void PageView::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
-    m_hits.clear();
+    setHits({}, -1);
     if (m_drag == Drag::Marking) // the selection began in the old pages
         m_drag = Drag::None;
     m_selection.clear();
@@ -394,9 +394,8 @@ void PageView::readOn(int direction)
 
 void PageView::showHit()
 {
-    if (m_currentHit < 0 || m_currentHit >= static_cast<int>(m_hits.size()))
-        return;
-    bringIntoView(m_hits[static_cast<std::size_t>(m_currentHit)]);
+    if (m_currentHit >= 0)
+        bringIntoView(m_hits[static_cast<std::size_t>(m_currentHit)]);
 }
 
 void PageView::bringIntoView(const TextSpan& span)
