@@ -237,8 +237,10 @@ void BandReader::readText(Element& element)
 // A file in the report's folder. It is noted even if it doesn't exist: creating it changes the report.
 QString BandReader::wantedFile()
 {
-    m_definition.files << fileOfReport(m_folder, m_lines.fileName());
-    return m_definition.files.back();
+    QString path = fileOfReport(m_folder, m_lines.fileName());
+    if (!m_definition.files.contains(path))
+        m_definition.files << path;
+    return path;
 }
 
 // A missing picture takes no room, so a pack without a logo needs no report of its own.

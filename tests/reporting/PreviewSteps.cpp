@@ -15,7 +15,7 @@ std::shared_ptr<const Document> documentOf(const QString& text)
 {
     auto document = std::make_shared<Document>();
     document->title = "Pack: 47/awards";
-    document->fonts = {QFont("DejaVu Sans", 10)};
+    document->fonts = {QFont("DejaVu Sans", 10), QFont("DejaVu Sans", 40)};
     document->columns = {"Name", "Quantity"};
     const QStringList parts = text.split(", ");
     for (int page = 0; page < parts[0].toInt(); ++page) {
@@ -53,7 +53,7 @@ std::shared_ptr<const Document> documentOf(const QString& text)
                 items.push_back(PictureItem{box, QImage(2, 2, QImage::Format_RGB32)});
                 std::get<PictureItem>(items.back()).picture.fill(color);
             } else
-                items.push_back(TextItem{box, words.remove('_'), 0, Qt::black, empty});
+                items.push_back(TextItem{box, words.remove('_'), at[1] == "big", QColor::fromString(at[1]), empty});
         }
     }
     return document;
@@ -214,7 +214,7 @@ QString PreviewSteps::readerParts() const
     const QAccessible::State state = page->state();
     QString parts;
     QDebug out(&parts);
-    out << page->role() << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
+    out << page->role() << page->text(QAccessible::Value).size() << page->text(QAccessible::Name) << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
     for (int child = 0; child < page->childCount(); ++child)
         out << page->child(child)->object()->objectName() << page->indexOfChild(page->child(child));
     return parts.trimmed();

@@ -228,6 +228,12 @@ private Q_SLOTS:
         write("own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         const auto error = test::failureOf<ReportError>([&] { return run(wanted); });
         QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
+        for (const auto& [file, told] : {std::pair("style.inc", "The file \"style.inc\" can't be found."),
+                                         {"own.rpt", "This is no report file. (own.rpt)"}}) {
+            write(file, QByteArray(4'000'001, ' ')); // too large
+            const auto refused = test::failureOf<ReportError>([&] { return run(wanted); });
+            QVERIFY2(refused->description().startsWith(told), qPrintable(refused->description()));
+        }
     }
 
     // The manual's examples: changes ("diff") of the shipped files, whole reports ("rpt"), and the lines ("text") that

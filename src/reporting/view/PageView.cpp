@@ -39,7 +39,6 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
     viewport()->setBackgroundRole(QPalette::Dark);
-    viewport()->setAutoFillBackground(true);
     viewport()->setCursor(Qt::OpenHandCursor);
     viewport()->setMouseTracking(true);
     horizontalScrollBar()->setSingleStep(LineStep);
@@ -56,7 +55,6 @@ void PageView::setDocument(std::shared_ptr<const Document> document)
     m_selection.clear();
     selectionMoved();
     layOut();
-    viewport()->update();
     if (m_currentPage >= pageCount())
         noteCurrentPage();
     describePage();
