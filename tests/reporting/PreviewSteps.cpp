@@ -102,6 +102,8 @@ QStringList PreviewSteps::picture() const
     reader().selection(0, &marked.rx(), &marked.ry());
     lines += QString::asprintf("reader: at %d, %d to %d marked", reader().cursorPosition(), marked.x(), marked.y());
     lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
+    if (m_preview.child<QWidget>("qt_tabwidget_tabbar")->isVisible())
+        lines += "tabs:";
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
         lines += "entry: " + outline->currentItem()->text(0);
     return lines + QStringList(("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n")).trimmed());
@@ -199,6 +201,9 @@ QStringList PreviewSteps::commands() const
                                  action->icon().isNull() ? "no sign" : "sign"}
                          .join(" | ");
         }
+    for (const auto* part : m_preview.window->findChildren<QWidget*>())
+        if (!part->accessibleName().isEmpty() && part->parent() != tools)
+            lines += part->objectName() + " is read as " + part->accessibleName();
     return lines;
 }
 

@@ -114,13 +114,6 @@ QRectF PageView::pageBox(int page) const
     return {QPointF(left, pageTop(page) - verticalScrollBar()->value()), size};
 }
 
-bool PageView::viewportEvent(QEvent* event)
-{
-    if (event->type() == QEvent::PaletteChange)
-        viewport()->update();
-    return QAbstractScrollArea::viewportEvent(event);
-}
-
 void PageView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(viewport());
