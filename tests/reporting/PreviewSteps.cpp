@@ -202,7 +202,7 @@ QStringList PreviewSteps::commands() const
                          .join(" | ");
         }
     for (const auto* part : m_preview.window->findChildren<QWidget*>())
-        if (!part->accessibleName().isEmpty() && part->parent() != tools)
+        if (!part->accessibleName().isEmpty() && !part->objectName().isEmpty())
             lines += part->objectName() + " is read as " + part->accessibleName();
     return lines;
 }
@@ -219,7 +219,8 @@ QString PreviewSteps::readerParts() const
     const QAccessible::State state = page->state();
     QString parts;
     QDebug out(&parts);
-    out << page->role() << page->text(QAccessible::Value).size() << page->text(QAccessible::Name) << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
+    out << page->role() << page->text(QAccessible::Value).size() << page->text(QAccessible::Name)
+        << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
     for (int child = 0; child < page->childCount(); ++child)
         out << page->child(child)->object()->objectName() << page->indexOfChild(page->child(child));
     return parts.trimmed();

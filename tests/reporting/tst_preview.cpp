@@ -152,7 +152,7 @@ private Q_SLOTS:
         const QTemporaryDir folder; // a folder where the file is to go
         const OpenPreview preview;
         const auto told = test::answerNext();
-        QVERIFY(!preview.window->saveCsv(folder.path()));
+        preview.window->saveCsv(folder.path());
         const QString path = QDir::toNativeSeparators(folder.path());
         QCOMPARE(told->title + told->kind, "Pack: 47/awardsWarning, OK");
         QVERIFY2(told->text.startsWith("The file " + path + " can't be saved.\n\nThe file " + path + " can"),
@@ -173,7 +173,7 @@ private Q_SLOTS:
             if (*action)
                 preview.child<QAction>(action)->trigger();
             else
-                QVERIFY(!preview.window->saveCsv(folder.path()));
+                preview.window->saveCsv(folder.path());
             QVERIFY(!preview.window && !QApplication::activeModalWidget());
         }
     }

@@ -108,8 +108,10 @@ private Q_SLOTS:
         QElapsedTimer time; // long work shows a window without being asked to
         time.start();
         RunProgress progress("work");
+        QVERIFY(QApplication::overrideCursor());
         for (; !QApplication::activeModalWidget(); QTest::qSleep(20))
             QVERIFY(progress(1, 10) && time.elapsed() < 3000);
+        QVERIFY(!QApplication::overrideCursor());
         const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
         for (const int done : {6, 3}) { // it never goes back
             QTest::qSleep(80);
@@ -181,6 +183,7 @@ private Q_SLOTS:
         write("Zebra.rpt", GoodReport); // sorted by its title
         write("examples/Tools.rpt", QString(GoodReport).replace("\"Shopping\"", "\"Tools & more\""));
         auto* more = preview.findChild<QMenu*>("mnuMoreReports");
+        QVERIFY(more->menuAction()->isVisible());
         Q_EMIT more->aboutToShow();
         QStringList titles;
         for (const QAction* action : more->actions())
@@ -217,6 +220,7 @@ private Q_SLOTS:
         QWidget* window = messageWindow();
         QVERIFY(window && !window->isMinimized() && !window->parent() && !window->testAttribute(Qt::WA_QuitOnClose));
         const QString text = window->findChild<QLabel*>("lblReportMessage")->text();
+        QCOMPARE(window->findChild<QLabel*>("lblReportMessage")->accessibleName(), text);
         const QString folder = QDir::toNativeSeparators(m_folder.path() + '/');
         // Where case doesn't count, the file has the name by which it was asked for.
         const auto named = [](QString words) { return words.replace("shopping", "Shopping"); };

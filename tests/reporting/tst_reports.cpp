@@ -228,9 +228,11 @@ private Q_SLOTS:
         write("own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         const auto error = test::failureOf<ReportError>([&] { return run(wanted); });
         QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
-        for (const auto& [file, told] : {std::pair("style.inc", "The file \"style.inc\" can't be found."),
-                                         {"own.rpt", "This is no report file. (own.rpt)"}}) {
-            write(file, QByteArray(4'000'001, ' ')); // too large
+        for (const auto& [file, bytes, told] : // too large, and broken off
+             {std::tuple("style.inc", QByteArray(4'000'001, ' '), "The file \"style.inc\" can't be found."),
+              {"own.rpt", QByteArray(4'000'001, ' '), "This is no report file. (own.rpt)"},
+              {"own.rpt", "let {X} = 1 +\\", "\"\\\" has no meaning here. (own.rpt, line 1, column 14)"}}) {
+            write(file, bytes);
             const auto refused = test::failureOf<ReportError>([&] { return run(wanted); });
             QVERIFY2(refused->description().startsWith(told), qPrintable(refused->description()));
         }

@@ -65,7 +65,6 @@ ReportMessage::ReportMessage(const QString& title, const QString& text, QWidget*
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
     ok->setObjectName(QStringLiteral("cmdOk"));
-    ok->setDefault(true);
     connect(buttons, &QDialogButtonBox::accepted, this, &QWidget::close);
 
     auto* row = new QHBoxLayout;
