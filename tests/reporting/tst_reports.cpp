@@ -369,23 +369,6 @@ private Q_SLOTS:
         for (int calls = 1; calls < 20; calls += 3)
             QVERIFY(!run(many, [&, left = calls](int, int) mutable { return --left > 0; }));
     }
-
-    void writesFiles()
-    {
-        const Document document = *run(request("PurchaseList.rpt"));
-        writeCsv(document, m_dir.filePath("list.csv"));
-        QVERIFY(test::contents(m_dir.filePath("list.csv")).startsWith("\xEF\xBB\xBFQuantity,"));
-
-        const QString none = m_dir.filePath("none.pdf");
-        for (const QString name : {"no/such.pdf", "no/such.csv"})
-            QCOMPARE(test::failureNumber([&] {
-                         name.endsWith("pdf") ? (void)writePdf(document, m_dir.filePath(name))
-                                              : writeCsv(document, m_dir.filePath(name));
-                         return 0;
-                     }),
-                     int(platform::PathFileAccess));
-        QVERIFY(!writePdf(document, none, [](int, int) { return false; }) && !QFile::exists(none));
-    }
 };
 
 ORLO_TEST(tst_reports)

@@ -138,9 +138,8 @@ void PageView::paintEvent(QPaintEvent* event)
     }
 }
 
-void PageView::resizeEvent(QResizeEvent* event)
+void PageView::resizeEvent(QResizeEvent*)
 {
-    QAbstractScrollArea::resizeEvent(event);
     if (m_fit == Fit::None)
         layOut();
     else
