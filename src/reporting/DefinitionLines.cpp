@@ -42,7 +42,6 @@ bool DefinitionLines::next()
             return true;
     }
     m_first = int(m_lines.size());
-    m_statement.clear();
     m_at = 0;
     return false;
 }
@@ -333,7 +332,6 @@ QString DefinitionLines::rawBlock(Place& first)
         block += line + u'\n';
     }
     m_first = int(m_lines.size());
-    m_statement.clear();
     m_at = 0;
     fail(QStringLiteral("The block's closing brace is missing."));
 }

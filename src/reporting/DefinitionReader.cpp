@@ -195,7 +195,7 @@ private:
         if (!QFileInfo(path).isFile()) // a report copied without its include uses the program's own
             path = QStringLiteral(":/reports/") + name;
         QFile file(path);
-        if (!file.open(QIODevice::ReadOnly) || file.size() > MaxFileSize)
+        if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > MaxFileSize)
             throw ReportError(platform::FileNotFound, QStringLiteral("The file \"%1\" can't be found.").arg(name),
                               place);
         const auto [text, isUtf8] = textOf(file.readAll());
@@ -358,8 +358,6 @@ private:
         auto definition = std::make_shared<Definition>(inner.run(true, m_definition.styles));
         m_definition.files << definition->files;
         m_definition.warnings << definition->warnings;
-        if (definition->title.isEmpty())
-            definition->title = name;
         m_definition.subreports.emplace_back(name, std::move(definition));
     }
 

@@ -68,9 +68,8 @@ Value toText(Arguments a, Place place)
         number.remove(0, 1);
     if (a.size() > 2) {
         const QString point = a.size() > 3 ? text(a[3]) : QStringLiteral(".");
-        const qsizetype dot = number.indexOf(u'.');
-        const QString fraction = dot < 0 ? QString() : point + number.mid(dot + 1);
-        number = number.left(dot < 0 ? number.size() : dot).replace(u',', text(a[2])) + fraction;
+        const QString whole = number.section(u'.', 0, 0).replace(u',', text(a[2]));
+        number = decimals > 0 ? whole + point + number.section(u'.', 1) : whole;
     }
     return number;
 }
@@ -337,10 +336,9 @@ QString patternText(double number, const QString& pattern)
     if (QStringView(last, pattern.end()).contains(u'%'))
         number *= 100;
     const int decimals = std::min(int(fraction.size()), MaxDecimals);
-    QString shown = QString::number(std::abs(roundedTo(number, decimals, nearest)), 'f', decimals);
-    const qsizetype dot = shown.indexOf(u'.');
-    QString front = dot < 0 ? shown : shown.left(dot);
-    QString back = dot < 0 ? QString() : shown.mid(dot + 1);
+    const QString shown = QString::number(std::abs(roundedTo(number, decimals, nearest)), 'f', decimals);
+    QString front = shown.section(u'.', 0, 0);
+    QString back = shown.section(u'.', 1);
     while (back.size() > fraction.count(u'0') && back.endsWith(u'0'))
         back.chop(1);
     if (front == u"0" && !whole.contains(u'0'))

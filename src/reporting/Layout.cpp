@@ -51,12 +51,11 @@ private:
     void runRows(RowRange rows)
     {
         m_rows = rows;
-        m_scope.row = rows.first;
+        m_scope.row = rows.size() > 0 ? rows.first : SIZE_MAX;
         m_scope.range = rows;
         m_scope.whole = rows;
         append(m_definition.reportHeader, true);
         if (rows.size() == 0) {
-            m_scope.row = SIZE_MAX;
             append(m_definition.nothing, false);
         } else {
             const std::size_t heading = beginHeading(m_definition.headings);

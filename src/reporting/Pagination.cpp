@@ -103,9 +103,7 @@ private:
             (void)headingsAt(first, taken);
             const double room = m_bodyHeight + Tolerance - taken;
             // What must follow the range's last strip would otherwise separate that strip from the range.
-            double needed = height(first, chainEnd(range.last - 1));
-            if (needed > room)
-                needed = height(first, range.last);
+            const double needed = height(first, chainEnd(range.last - 1));
             const bool leavesLittle = m_bodyHeight - m_y <= range.mayLeaveEmpty * m_bodyHeight;
             wanted = wanted || (!fits(needed) && needed <= room && leavesLittle);
         }

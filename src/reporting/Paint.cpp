@@ -112,7 +112,7 @@ private:
     }
 
     // Adds a line of plain characters to the current run of glyphs, exactly as the text layout would place them. False
-    // if the line needs the real text layout: for unprintable characters, or ones from another font.
+    // if the line needs the real text layout, for characters from another font.
     bool addPlain(QPointF start, QStringView line)
     {
         const std::size_t before = m_glyphs.size();
@@ -134,7 +134,7 @@ private:
     [[nodiscard]] const PagePainter::PlainGlyph* plainGlyph(QChar c) const
     {
         const char16_t code = c.unicode();
-        if (code < u' ' || (code >= 0x7f && code <= 0xa0) || code == QChar::SoftHyphen || code >= m_face->glyphs.size())
+        if (code == QChar::SoftHyphen || code >= m_face->glyphs.size())
             return nullptr;
         PagePainter::PlainGlyph& glyph = m_face->glyphs[code];
         if (glyph.advance < 0) {

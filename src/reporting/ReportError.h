@@ -13,6 +13,8 @@ struct Place {
     int line = 0;
     int column = 0;
     const QString* file = nullptr; ///< an included file, from keptFileName(); null for the report file
+
+    friend bool operator==(const Place&, const Place&) = default;
 };
 
 /// Stores a file's name for places, for as long as the process lives.

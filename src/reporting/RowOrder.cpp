@@ -58,7 +58,7 @@ bool isBefore(const std::vector<SortKey>& keys, std::span<const Value> a, std::s
 {
     for (std::size_t k = 0; k < keys.size(); ++k)
         if (const int sign = ordered(a[k], b[k], keys[k].formula.place()); sign != 0)
-            return keys[k].descending ? sign > 0 : sign < 0;
+            return keys[k].descending == (sign > 0);
     return false;
 }
 

@@ -160,12 +160,8 @@ void Typesetter::lookForGlyphs(const Face& face, QStringView text) const
 
 void Typesetter::note(const QString& message, Place place)
 {
-    const auto same = [&](const auto& known) {
-        return known.first == message && known.second.line == place.line && known.second.column == place.column &&
-               known.second.file == place.file;
-    };
-    if (std::none_of(m_notes.begin(), m_notes.end(), same))
-        m_notes.emplace_back(message, place);
+    if (std::pair known(message, place); std::find(m_notes.begin(), m_notes.end(), known) == m_notes.end())
+        m_notes.push_back(std::move(known));
 }
 
 QStringList Typesetter::warnings(const QString& file) const

@@ -57,8 +57,7 @@ private:
             std::vector<const Element*> texts;
             collect(definition, row, left, right, texts);
             const auto leftOf = [&](const Element* text) { return text->left.in(right - left); };
-            std::sort(texts.begin(), texts.end(),
-                      [&](const Element* a, const Element* b) { return leftOf(a) < leftOf(b); });
+            std::ranges::stable_sort(texts, {}, leftOf);
             for (std::size_t i = 1; i < texts.size(); ++i)
                 if (const Element& before = *texts[i - 1];
                     before.width.isNone() ||

@@ -15,7 +15,7 @@ std::shared_ptr<const Document> documentOf(const QString& text)
 {
     auto document = std::make_shared<Document>();
     document->title = "Pack: 47/awards";
-    document->fonts = {QFont("DejaVu Sans", 10)};
+    document->fonts = {QFont("DejaVu Sans", 10), QFont("DejaVu Sans", 40)};
     document->columns = {"Name", "Quantity"};
     const QStringList parts = text.split(", ");
     for (int page = 0; page < parts[0].toInt(); ++page) {
@@ -53,7 +53,7 @@ std::shared_ptr<const Document> documentOf(const QString& text)
                 items.push_back(PictureItem{box, QImage(2, 2, QImage::Format_RGB32)});
                 std::get<PictureItem>(items.back()).picture.fill(color);
             } else
-                items.push_back(TextItem{box, words.remove('_'), 0, Qt::black, empty});
+                items.push_back(TextItem{box, words.remove('_'), at[1] == "big", QColor::fromString(at[1]), empty});
         }
     }
     return document;
@@ -93,12 +93,17 @@ QStringList PreviewSteps::picture() const
             column[shown->y()] = part;
     lines += "column: " + column.values().join(' ');
     lines += QString::asprintf("page: at %g, %g, %g x %g", box.left(), box.top(), box.width(), box.height());
+    lines += "zooms without scrolling: " + QString::number(m_preview.child<QComboBox>("cboZoom")->maxVisibleItems());
+    lines += "window: " + m_preview.window->windowTitle() +
+             (m_preview.window->testAttribute(Qt::WA_QuitOnClose) ? ", and the program runs as long" : "");
     lines += "described: " + view().accessibleDescription() + "; " +
              m_preview.child<QComboBox>("cboZoom")->accessibleDescription();
     QPoint marked;
     reader().selection(0, &marked.rx(), &marked.ry());
     lines += QString::asprintf("reader: at %d, %d to %d marked", reader().cursorPosition(), marked.x(), marked.y());
     lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
+    if (m_preview.child<QWidget>("qt_tabwidget_tabbar")->isVisible())
+        lines += "tabs:";
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
         lines += "entry: " + outline->currentItem()->text(0);
     return lines + QStringList(("clipboard: " + QGuiApplication::clipboard()->text().replace('\n', "\\n")).trimmed());
@@ -196,6 +201,9 @@ QStringList PreviewSteps::commands() const
                                  action->icon().isNull() ? "no sign" : "sign"}
                          .join(" | ");
         }
+    for (const auto* part : m_preview.window->findChildren<QWidget*>())
+        if (!part->accessibleName().isEmpty() && !part->objectName().isEmpty())
+            lines += part->objectName() + " is read as " + part->accessibleName();
     return lines;
 }
 
@@ -211,7 +219,8 @@ QString PreviewSteps::readerParts() const
     const QAccessible::State state = page->state();
     QString parts;
     QDebug out(&parts);
-    out << page->role() << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
+    out << page->role() << page->text(QAccessible::Value).size() << page->text(QAccessible::Name)
+        << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
     for (int child = 0; child < page->childCount(); ++child)
         out << page->child(child)->object()->objectName() << page->indexOfChild(page->child(child));
     return parts.trimmed();

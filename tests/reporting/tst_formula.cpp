@@ -28,7 +28,11 @@ public:
     {
         return word == Word::PageNumber ? Value(4) : Value(QString("w%1").arg(int(word)));
     }
-    [[nodiscard]] Value summary(const FormulaNode& node) const override { return int(node.children.size()) * 100; }
+    [[nodiscard]] Value summary(const FormulaNode& node) const override
+    {
+        const auto& [summary, group, running] = *node.as<FormulaNode::Summarised>();
+        return QString::number(int(summary)) + (running ? u'r' : u'+') + QString::number(node.children.size()) + group;
+    }
     [[nodiscard]] Value inRow(int offset, const FormulaNode& node) const override
     {
         return displayText(evaluateNode(node, *this)) + QString::number(offset);

@@ -1,6 +1,5 @@
 #include "reporting/Export.h"
 #include "reporting/Pagination.h"
-#include "reporting/Typesetter.h"
 #include "support/Failure.h"
 #include "support/PrintedFile.h"
 #include "support/System.h"
@@ -66,29 +65,6 @@ private Q_SLOTS:
             headings.push_back({first, last, height.toDouble()});
         });
         QTEST(told(paginate(strips(test::cell("text")), kept, headings, 100)), "pages");
-    }
-
-    // No character is lost and no line is too long.
-    void breaksLines()
-    {
-        Typesetter typesetter;
-        const int font = typesetter.font(Style{});
-        for (const auto& [text, least] :
-             {std::pair(QStringLiteral("one\ntwo\n\nthree\n"), 4),
-              {QStringLiteral("Each year the den. ").repeated(40), 10},
-              {QString(400, u'W'), 20},
-              {QStringLiteral("Żółć Ďábelské 🦊🐺🐻 Ωμέγα ").repeated(20), 5},
-              {QStringLiteral("a\tb\r\nc") + QChar(0), 2},
-              {QString(500, u' ') + u'x', 1}}) {
-            const QStringList lines = typesetter.broken(font, text, 150);
-            QVERIFY2(lines.size() >= least, qPrintable(text));
-            for (const QString& line : lines)
-                QVERIFY2(typesetter.width(font, line) <= 150.02, qPrintable(line));
-            const auto isNoLetter = [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Control; };
-            QCOMPARE(lines.join(u' ').removeIf(isNoLetter), QString(text).removeIf(isNoLetter));
-        }
-        // Joined characters are narrower than separate ones.
-        QVERIFY(typesetter.width(font, u"ببب") < 3 * typesetter.width(font, u"ب") - 1);
     }
 
     // The paper of the dialog counts: what is too large for it is made smaller, what is smaller is centred.

@@ -42,6 +42,8 @@ void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, int level, QPDF& p
         found << bookmark(level, QString::fromStdString(item.getTitle()), pdf.findPage(page), top);
         if (item.getCount() != -int(item.getKids().size())) // they are closed at first
             found << "open";
+        if (!item.getObjectHandle().getKey("/Parent").hasKey("/Last"))
+            found << "alone";
         addBookmarks(item.getKids(), level + 1, pdf, found);
     }
 }

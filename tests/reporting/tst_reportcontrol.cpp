@@ -108,8 +108,10 @@ private Q_SLOTS:
         QElapsedTimer time; // long work shows a window without being asked to
         time.start();
         RunProgress progress("work");
+        QVERIFY(QApplication::overrideCursor());
         for (; !QApplication::activeModalWidget(); QTest::qSleep(20))
             QVERIFY(progress(1, 10) && time.elapsed() < 3000);
+        QVERIFY(!QApplication::overrideCursor());
         const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
         for (const int done : {6, 3}) { // it never goes back
             QTest::qSleep(80);
@@ -181,6 +183,7 @@ private Q_SLOTS:
         write("Zebra.rpt", GoodReport); // sorted by its title
         write("examples/Tools.rpt", QString(GoodReport).replace("\"Shopping\"", "\"Tools & more\""));
         auto* more = preview.findChild<QMenu*>("mnuMoreReports");
+        QVERIFY(more->menuAction()->isVisible());
         Q_EMIT more->aboutToShow();
         QStringList titles;
         for (const QAction* action : more->actions())
@@ -217,6 +220,7 @@ private Q_SLOTS:
         QWidget* window = messageWindow();
         QVERIFY(window && !window->isMinimized() && !window->parent() && !window->testAttribute(Qt::WA_QuitOnClose));
         const QString text = window->findChild<QLabel*>("lblReportMessage")->text();
+        QCOMPARE(window->findChild<QLabel*>("lblReportMessage")->accessibleName(), text);
         const QString folder = QDir::toNativeSeparators(m_folder.path() + '/');
         // Where case doesn't count, the file has the name by which it was asked for.
         const auto named = [](QString words) { return words.replace("shopping", "Shopping"); };
@@ -329,11 +333,16 @@ private Q_SLOTS:
             report("report \"" + QString(title) + "\"\n" + text.mid(text.indexOf("source")));
         };
         const char* saved = "first";
+        QString refreshed; // a refresh during a run does nothing
         QTimer watch;
         connect(&watch, &QTimer::timeout, this, [&] {
             if (qobject_cast<QProgressDialog*>(QApplication::activeModalWidget())) {
                 watch.stop();
                 named(saved);
+                if (shopping->preview()) {
+                    shopping->preview()->findChild<QAction*>("actRefresh")->trigger();
+                    refreshed = shopping->preview()->document().title;
+                }
             }
         });
         watch.start(0);
@@ -346,13 +355,20 @@ private Q_SLOTS:
         named("second");
         QTRY_COMPARE(preview.document().title, "second");
         QTRY_COMPARE(preview.document().title, "third");
+        QCOMPARE(refreshed, "first");
 
         new LiveReport(preview, 0, []() -> std::optional<Document> { throw std::length_error("too long"); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(), "too long");
 
-        new LiveReport(preview, 0, [] { return std::optional<Document>(); });
+        int runs = 0;
+        new LiveReport(preview, 0, [&] { return ++runs, std::optional<Document>(); });
         QTRY_COMPARE(preview.findChild<QLabel*>("lblNotice")->text(),
                      "The report wasn't run again. These are the pages of before.");
+        write("new.rpt", "a new file"); // is followed, even if the run for it is given up
+        QVERIFY(QFile::remove(path("Shopping.rpt")) && QFile::rename(path("new.rpt"), path("Shopping.rpt")));
+        QTRY_COMPARE(runs, 2);
+        report("the same file");
+        QTRY_COMPARE(runs, 3);
 
         bool kept = false; // what a run needs stays, even if its preview is closed meanwhile
         const LiveReport* live = new LiveReport(preview, 0, [&, part = std::make_shared<int>()] {

@@ -71,7 +71,8 @@ class tst_reports : public QObject
     {
         if (text.endsWith(".rpt"))
             return *run(request(text, selection));
-        return *render(readDefinition(text), request({}, selection), std::bind_front(&tst_reports::open, this));
+        return *render(readDefinition(text, ORLO_SOURCE_DIR "/tests/reporting"), request({}, selection),
+                       std::bind_front(&tst_reports::open, this));
     }
 
     // The document in one font, whatever this computer's usual one is.
@@ -227,6 +228,14 @@ private Q_SLOTS:
         write("own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         const auto error = test::failureOf<ReportError>([&] { return run(wanted); });
         QCOMPARE(error->description(), "There is no field {None}. (style.inc, line 2, column 10)");
+        for (const auto& [file, bytes, told] : // too large, and broken off
+             {std::tuple("style.inc", QByteArray(4'000'001, ' '), "The file \"style.inc\" can't be found."),
+              {"own.rpt", QByteArray(4'000'001, ' '), "This is no report file. (own.rpt)"},
+              {"own.rpt", "let {X} = 1 +\\", "\"\\\" has no meaning here. (own.rpt, line 1, column 14)"}}) {
+            write(file, bytes);
+            const auto refused = test::failureOf<ReportError>([&] { return run(wanted); });
+            QVERIFY2(refused->description().startsWith(told), qPrintable(refused->description()));
+        }
     }
 
     // The manual's examples: changes ("diff") of the shipped files, whole reports ("rpt"), and the lines ("text") that
@@ -359,23 +368,6 @@ private Q_SLOTS:
         }
         for (int calls = 1; calls < 20; calls += 3)
             QVERIFY(!run(many, [&, left = calls](int, int) mutable { return --left > 0; }));
-    }
-
-    void writesFiles()
-    {
-        const Document document = *run(request("PurchaseList.rpt"));
-        writeCsv(document, m_dir.filePath("list.csv"));
-        QVERIFY(test::contents(m_dir.filePath("list.csv")).startsWith("\xEF\xBB\xBFQuantity,"));
-
-        const QString none = m_dir.filePath("none.pdf");
-        for (const QString name : {"no/such.pdf", "no/such.csv"})
-            QCOMPARE(test::failureNumber([&] {
-                         name.endsWith("pdf") ? (void)writePdf(document, m_dir.filePath(name))
-                                              : writeCsv(document, m_dir.filePath(name));
-                         return 0;
-                     }),
-                     int(platform::PathFileAccess));
-        QVERIFY(!writePdf(document, none, [](int, int) { return false; }) && !QFile::exists(none));
     }
 };
 

@@ -85,7 +85,6 @@ QString askSaveFile(QWidget& window, const QString& caption, const QString& filt
     const Guarded<QFileDialog> dialog(&window, caption, saveFolder(), filter);
     dialog->setObjectName(QStringLiteral("saveDialog"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setDefaultSuffix(suffix);
     const QString date = platform::today().toString(Qt::ISODate);
     dialog->selectFile(QStringLiteral("%1 %2.%3").arg(fileNameOf(title), date, suffix));

@@ -60,14 +60,8 @@ void LiveReport::follow(QStringList files, qint64 began)
 // Folders too: many editors replace a file by a new one, which wouldn't be watched.
 void LiveReport::watch()
 {
-    QStringList wanted;
-    for (const QString& file : m_files)
-        for (const QString& path : {file, QFileInfo(file).absolutePath()})
-            if (QFileInfo::exists(path) && !wanted.contains(path) && !m_watcher.files().contains(path) &&
-                !m_watcher.directories().contains(path))
-                wanted << path;
-    if (!wanted.isEmpty())
-        m_watcher.addPaths(wanted);
+    for (const QString& file : m_files) // the watcher leaves out what is missing or what it has
+        m_watcher.addPaths({file, QFileInfo(file).absolutePath()});
 }
 
 std::map<QString, LiveReport::Stamp> LiveReport::stamps() const
@@ -106,14 +100,12 @@ void LiveReport::run()
             return m_preview.tell(QStringLiteral("The report wasn't run again. These are the pages of before."));
         m_preview.setDocument(sharedDocument(std::move(*document)));
         follow(m_preview.document().files, began);
-    } catch (const ReportError& error) {
+    } catch (const platform::RuntimeError& error) {
         if (!self)
             return;
-        follow(m_files + error.files(), began); // the cause may be in a file that the report now reads
+        if (const auto* ofReport = dynamic_cast<const ReportError*>(&error))
+            follow(m_files + ofReport->files(), began); // the cause may be in a file that the report now reads
         m_preview.tell(error.description());
-    } catch (const platform::RuntimeError& error) {
-        if (self)
-            m_preview.tell(error.description());
     } catch (const std::exception& error) {
         if (self)
             m_preview.tell(QString::fromLocal8Bit(error.what()));

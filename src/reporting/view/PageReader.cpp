@@ -74,9 +74,9 @@ public:
         const TextSpan span = selected();
         return span.from < span.to ? 1 : 0;
     }
-    void selection(int index, int* from, int* to) const override
+    void selection(int, int* from, int* to) const override
     {
-        const TextSpan span = index == 0 ? selected() : TextSpan();
+        const TextSpan span = selected();
         *from = int(span.from);
         *to = int(span.to);
     }

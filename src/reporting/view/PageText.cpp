@@ -29,7 +29,6 @@ public:
         m_layout.setFont(typesetFont(font, true));
         m_layout.beginLayout();
         m_whole = m_layout.createLine();
-        m_whole.setNumColumns(int(line.size()));
         m_layout.endLayout();
     }
 

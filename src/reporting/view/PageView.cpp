@@ -39,7 +39,6 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
     viewport()->setBackgroundRole(QPalette::Dark);
-    viewport()->setAutoFillBackground(true);
     viewport()->setCursor(Qt::OpenHandCursor);
     viewport()->setMouseTracking(true);
     horizontalScrollBar()->setSingleStep(LineStep);
@@ -50,13 +49,12 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
 void PageView::setDocument(std::shared_ptr<const Document> document)
 {
     m_document = std::move(document);
-    m_hits.clear();
+    setHits({}, -1);
     if (m_drag == Drag::Marking) // the selection began in the old pages
         m_drag = Drag::None;
     m_selection.clear();
     selectionMoved();
     layOut();
-    viewport()->update();
     if (m_currentPage >= pageCount())
         noteCurrentPage();
     describePage();
@@ -116,13 +114,6 @@ QRectF PageView::pageBox(int page) const
     return {QPointF(left, pageTop(page) - verticalScrollBar()->value()), size};
 }
 
-bool PageView::viewportEvent(QEvent* event)
-{
-    if (event->type() == QEvent::PaletteChange)
-        viewport()->update();
-    return QAbstractScrollArea::viewportEvent(event);
-}
-
 void PageView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(viewport());
@@ -147,9 +138,8 @@ void PageView::paintEvent(QPaintEvent* event)
     }
 }
 
-void PageView::resizeEvent(QResizeEvent* event)
+void PageView::resizeEvent(QResizeEvent*)
 {
-    QAbstractScrollArea::resizeEvent(event);
     if (m_fit == Fit::None)
         layOut();
     else
@@ -394,9 +384,8 @@ void PageView::readOn(int direction)
 
 void PageView::showHit()
 {
-    if (m_currentHit < 0 || m_currentHit >= static_cast<int>(m_hits.size()))
-        return;
-    bringIntoView(m_hits[static_cast<std::size_t>(m_currentHit)]);
+    if (m_currentHit >= 0)
+        bringIntoView(m_hits[static_cast<std::size_t>(m_currentHit)]);
 }
 
 void PageView::bringIntoView(const TextSpan& span)

@@ -85,7 +85,6 @@ Q_SIGNALS:
     void zoomChanged();
 
 protected:
-    bool viewportEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -166,17 +166,17 @@ void PreviewWindow::copyAddresses()
                                : QStringLiteral("%1 e-mail addresses are on the clipboard.").arg(addresses.size()));
 }
 
-bool PreviewWindow::savePdf(const QString& path)
+void PreviewWindow::savePdf(const QString& path)
 {
-    return save(path, [document = m_document, &path] { // another document may arrive meanwhile
+    save(path, [document = m_document, &path] { // another document may arrive meanwhile
         RunProgress progress(QStringLiteral("Saving the report…"));
         return writePdf(*document, path, std::ref(progress));
     });
 }
 
-bool PreviewWindow::saveCsv(const QString& path)
+void PreviewWindow::saveCsv(const QString& path)
 {
-    return save(path, [this, &path] {
+    save(path, [this, &path] {
         writeCsv(*m_document, path);
         return true;
     });
@@ -365,7 +365,6 @@ void PreviewWindow::makeSide()
 {
     m_side->setObjectName(QStringLiteral("dckPageList"));
     m_side->setFeatures(QDockWidget::DockWidgetClosable);
-    m_side->setAllowedAreas(Qt::LeftDockWidgetArea);
     m_side->setTitleBarWidget(new QWidget); // the tabs are title enough
     addDockWidget(Qt::LeftDockWidgetArea, m_side);
     resizeDocks({m_side}, {SideWidth}, Qt::Horizontal);
@@ -394,20 +393,16 @@ void PreviewWindow::askPage()
     m_page->selectAll();
 }
 
-bool PreviewWindow::save(const QString& path, const std::function<bool()>& write)
+void PreviewWindow::save(const QString& path, const std::function<bool()>& write)
 {
     const QPointer<PreviewWindow> self(this);
     try {
-        if (!write())
-            return false;
-        if (self)
+        if (write() && self)
             m_notice->tell(QStringLiteral("Saved as %1").arg(QDir::toNativeSeparators(path)), path);
-        return true;
     } catch (const platform::RuntimeError& error) {
         if (self)
             warnOf(*this, QStringLiteral("The file %1 can't be saved.\n\n%2")
                               .arg(QDir::toNativeSeparators(path), error.description()));
-        return false;
     }
 }
 

@@ -51,10 +51,10 @@ public:
     /// Shows a message below the pages; an empty text hides it.
     void tell(const QString& text);
 
-    /// Save the pages as PDF, the rows as CSV. False if cancelled or after a failure was shown; an existing file stays
-    /// unchanged then.
-    bool savePdf(const QString& path);
-    bool saveCsv(const QString& path);
+    /// Save the pages as PDF, the rows as CSV. An existing file stays unchanged if the save is cancelled or fails,
+    /// which is shown.
+    void savePdf(const QString& path);
+    void saveCsv(const QString& path);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -72,7 +72,7 @@ private:
     void showPlace();
     void askPage();
     void copyAddresses();
-    bool save(const QString& path, const std::function<bool()>& write);
+    void save(const QString& path, const std::function<bool()>& write);
 
     std::shared_ptr<const Document> m_document;
     PageView* m_view;

@@ -20,8 +20,8 @@ QString messageOf(const ReportError& error, const QString& reportFile)
 {
     QStringList lines{error.message()};
     const QString report = platform::nativePath(reportFile);
-    const bool ofSelection = !error.place().file && !error.file().contains(u'/') &&
-                             error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
+    const bool ofSelection =
+        !error.place().file && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
     QString file = error.file().contains(u'/') ? error.file() : report;
     if (error.place().file) { // an included file, in the report's folder or the program's own
         const QString beside = QFileInfo(report).dir().filePath(error.file());
@@ -33,7 +33,7 @@ QString messageOf(const ReportError& error, const QString& reportFile)
         QString where = QStringLiteral("Line %1").arg(error.place().line);
         if (error.place().column > 0)
             where += QStringLiteral(", column %1").arg(error.place().column);
-        if (ofSelection && !error.file().isEmpty())
+        if (ofSelection)
             where += QStringLiteral(" of the %1").arg(error.file());
         lines << where;
     }
@@ -65,7 +65,6 @@ ReportMessage::ReportMessage(const QString& title, const QString& text, QWidget*
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
     ok->setObjectName(QStringLiteral("cmdOk"));
-    ok->setDefault(true);
     connect(buttons, &QDialogButtonBox::accepted, this, &QWidget::close);
 
     auto* row = new QHBoxLayout;

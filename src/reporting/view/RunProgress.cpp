@@ -56,11 +56,10 @@ bool RunProgress::operator()(int done, int total)
         m_dialog->setMinimumDuration(0);
         m_dialog->setMinimumWidth(360);
         m_dialog->show();
-        m_sinceUpdate.start();
     } else if (m_sinceUpdate.elapsed() < UpdateEvery) {
         return !m_dialog->wasCanceled();
     }
-    m_sinceUpdate.restart();
+    m_sinceUpdate.start();
     const widgets::NestedLoop loop; // setValue() handles events, too
     m_dialog->setMaximum(std::max(total, 1));
     m_dialog->setValue(std::max(m_dialog->value(), std::min(done, total))); // subreports are read after the main report

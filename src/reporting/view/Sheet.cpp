@@ -30,7 +30,6 @@ void paintSheet(QPainter& painter, const QRectF& sheet, const Document& document
     painter.translate(sheet.topLeft());
     const double scale = sheet.width() / document.paper.width();
     painter.scale(scale, scale);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     paintPage(painter, document, page);
     painter.restore();
 }

@@ -61,9 +61,7 @@ void ZoomBox::takeZoom(const QString& text)
     } else if (text == itemText(1)) {
         m_view.setFit(PageView::Fit::Page);
     } else {
-        bool good = false;
-        const double percent = QString(text).remove(u'%').trimmed().toDouble(&good);
-        if (good && percent > 0)
+        if (const double percent = QString(text).remove(u'%').trimmed().toDouble(); percent > 0)
             m_view.setZoom(percent / 100);
     }
     showZoom();
