@@ -42,7 +42,7 @@ bool hasWidthOfItsType(const MdbColumn& field)
 {
     switch (field.col_type) {
     case MDB_BOOL:
-        return field.col_size <= 1;
+        return true;
     case MDB_TEXT:
     case MDB_BINARY:
         return field.col_size > 0;

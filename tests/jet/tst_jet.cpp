@@ -160,7 +160,8 @@ private Q_SLOTS:
         const int count = sample == u"small-1.1" ? 13 : 8;
         const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
-        QVERIFY(QFile::setPermissions(path(), QFile::ReadOwner)); // as from a read-only disc
+        QVERIFY(QFile::setPermissions(path(), QFile::ReadOwner));                     // as from a read-only disc
+        test::write(path() + u"-journal"_s, QByteArray::fromHex("d9d505f920a163d7")); // of no file of this format
         const QString words = count == 13 ? u"39 Scouts: 1297 values\n"_s : u"39 Scouts: 727 values\n"_s;
         const QString said = test::orloDb({u"check"_s, path()}).said; // this changes nothing
         QVERIFY2(said.contains(words), qPrintable(said));

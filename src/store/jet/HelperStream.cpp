@@ -89,8 +89,9 @@ QString HelperStream::text()
 
 void HelperStream::finish()
 {
-    const bool ended = m_process.state() == QProcess::NotRunning; // which waiting would take for a failure
-    if (m_position != m_block.size() || (!ended && !m_process.waitForFinished(static_cast<int>(m_timeLeft))) ||
+    if (m_position == m_block.size())
+        m_process.waitForFinished(static_cast<int>(m_timeLeft));
+    if (m_position != m_block.size() || m_process.state() != QProcess::NotRunning ||
         m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0 || m_process.bytesAvailable() != 0)
         raiseFailure();
 }
