@@ -14,7 +14,8 @@ namespace
 {
 
 constexpr qint64 Megabyte = 1 << 20;
-constexpr qint64 MaxGrowth = 16; // the stream's size relative to the file's
+// The stream's size relative to the file's: a byte makes only a few, a character two, a Null's bit one.
+constexpr qint64 MaxGrowth = 16;
 constexpr qsizetype MaxReasonLength = 300;
 constexpr qsizetype MaxErrorOutput = 1 << 16; // bytes
 

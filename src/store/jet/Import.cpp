@@ -189,8 +189,7 @@ private:
                 set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
-            if (field.type == FieldType::Double && source.value.isText() &&
-                countDigits(source.value.toText()) > SureDigits)
+            if (field.type == FieldType::Double && countDigits(source.value.toText()) > SureDigits)
                 problem = QStringLiteral("more digits than a number keeps");
             if (isWhole(field.type)) {
                 const double number = converted(source.value, {{}, FieldType::Double}).toDouble();
