@@ -42,6 +42,7 @@ jet::Report make(const QString& name, const QString& former, const QString& help
     auto connection = std::make_shared<Connection>(name, Connection::Mode::Create);
     // Nothing counts until it is complete, and then it is flushed at once.
     connection->run("PRAGMA journal_mode=MEMORY;PRAGMA synchronous=OFF");
+    createQueryTexts(*connection);
     Database database(connection);
     jet::Report report =
         jet::import(stream, *connection, database, [&shown](int percent) { tellProgress(shown, percent); });
