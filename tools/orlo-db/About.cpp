@@ -55,7 +55,7 @@ void addHead(Lines& lines, const QByteArray& head)
     const auto page = qFromBigEndian<quint16>(head.constData() + 16);
     lines.add(QStringLiteral("page size"), page == 1 ? 0x10000 : page);
     lines.add(QStringLiteral("log ahead of writing"),
-              head[18] == 2 || head[19] == 2 ? QStringLiteral("yes") : QStringLiteral("no"));
+              head[18] == 2 ? QStringLiteral("yes") : QStringLiteral("no"));
     for (const Setting& setting : Settings)
         lines.add(QLatin1String(setting.name), number(setting.at));
 }
