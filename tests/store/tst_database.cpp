@@ -183,7 +183,10 @@ private Q_SLOTS:
             {platform::DuplicateKey, [&] { dens.appendIndex(unique); }},
             {platform::ObjectAlreadyExists, [&] { database.appendTableDef(found); }},
             {platform::FieldNotFound, [&] { (void)database.tableDef(u"Nobody"); }},
+            {platform::FieldNotFound, [&] { (void)database.tableDef(u"Leader_Assignments"); }}, // a query
             {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
+            {platform::FieldNotFound, [&] { database.deleteTableDef(u"Leader_Assignments"); }},
+            {platform::FieldNotFound, [&] { dens.appendIndex({"Nowhere", {"Nowhere"}}); }},
             {platform::QueryAlreadyExists, [&] { database.createQueryDef("Dens", "Select 1"); }}};
         for (const auto& [number, action] : refusals)
             QCOMPARE(test::failureNumber(action), number);
