@@ -344,7 +344,6 @@ void Recordset::update()
     if (m_buffer->added)
         change([this] { insertBuffer(); });
     else if (given) {
-        requireRecord();
         change([this] { updateBuffer(); });
         // The written record is known, unless the row got another number.
         m_shown = m_known->record.block == m_shown.block ? Record() : m_known->record;
