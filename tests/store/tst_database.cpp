@@ -186,7 +186,10 @@ private Q_SLOTS:
             {platform::FieldNotFound, [&] { (void)database.tableDef(u"Leader_Assignments"); }}, // a query
             {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
             {platform::FieldNotFound, [&] { database.deleteTableDef(u"Leader_Assignments"); }},
-            {platform::FieldNotFound, [&] { dens.appendIndex({"Nowhere", {"Nowhere"}}); }},
+            {platform::FieldNotFound,
+             [&] {
+                 dens.appendIndex({"Nowhere", {"Nowhere"}});
+             }},
             {platform::QueryAlreadyExists, [&] { database.createQueryDef("Dens", "Select 1"); }}};
         for (const auto& [number, action] : refusals)
             QCOMPARE(test::failureNumber(action), number);
