@@ -61,18 +61,6 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
-    void closedFileIsAllThereIs()
-    {
-        Database database = DBEngine::openDatabase(m_path);
-        database.execute("Insert Into Dens (Den_SID) Values (1)");
-        database.close();
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden), QStringList("Pack.mdb"));
-        const QString copy = m_folder->filePath("copy");
-        QVERIFY(QFile::copy(m_path, copy));
-        QCOMPARE(DBEngine::openDatabase(copy).openRecordset("Dens").recordCount(), 1);
-        QCOMPARE(test::failureNumber([&] { return DBEngine::createDatabase(copy); }), 3010);
-    }
-
     // Until it is closed, a file that isn't flushed is for one program alone.
     void deferredFlushing()
     {
