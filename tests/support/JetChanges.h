@@ -57,8 +57,6 @@ inline void change(JetPages& pages, const QStringList& lines)
             pages.replace(what.section(u" to "_s, 0, 0), what.section(u" to "_s, 1));
         else if (what.startsWith(u"swaps "))
             pages.exchangeNames(tablePage(pages, table), what.section(u' ', 1, 1), what.section(u' ', 3));
-        else if (table == u"zero")
-            pages.write(what.section(u' ', 0, 0).toInt(), QByteArray(what.section(u' ', 1).toInt(), '\0'));
         else if (table == u"byte")
             pages.write(what.section(u": "_s, 0, 0).toInt(), bytesOf(what.section(u": "_s, 1)));
         else if (what.startsWith(u"states "))
