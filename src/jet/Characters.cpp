@@ -2,7 +2,6 @@
 
 #include "jet/Output.h"
 
-#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -26,27 +25,29 @@ iconv_t opened(const std::string& code)
     return std::bit_cast<std::intptr_t>(converter) == -1 ? nullptr : converter;
 }
 
+// Each code page gives at most one unit for a byte. A byte that it lacks stays as it is.
 std::u16string converted(iconv_t converter, std::string_view bytes)
 {
-    std::u16string text;
-    text.reserve(bytes.size());
-    iconv(converter, nullptr, nullptr, nullptr, nullptr);
     std::string source(bytes);
+    std::string units(2 * bytes.size(), '\0');
     char* from = source.data();
+    char* to = units.data();
     std::size_t left = source.size();
-    while (left > 0) {
-        std::array<char, 4096> block;
-        char* to = block.data();
-        std::size_t room = block.size();
+    std::size_t room = units.size();
+    while (left > 0 && room > 0) {
         const bool stuck = iconv(converter, &from, &left, &to, &room) == static_cast<std::size_t>(-1);
-        for (const char* at = block.data(); at < to; at += 2)
-            text += unit(at[0], at[1]);
-        if (stuck && to == block.data() && left > 0) {
-            text += unit(*from, '\0');
+        iconv(converter, nullptr, nullptr, &to, &room); // a letter held back, to which an accent might have come
+        if (stuck && room > 0) {
+            *to = *from;
+            to += 2;
+            room -= 2;
             ++from;
             --left;
         }
     }
+    std::u16string text;
+    for (const char* at = units.data(); at < to; at += 2)
+        text += unit(at[0], at[1]);
     return text;
 }
 
@@ -58,7 +59,6 @@ std::u16string jet4Text(std::string_view bytes)
     if (mixed)
         bytes.remove_prefix(2);
     std::u16string text;
-    text.reserve(bytes.size());
     bool narrow = mixed;
     for (std::size_t at = 0; at < bytes.size(); ++at) {
         if (mixed && bytes[at] == '\0')

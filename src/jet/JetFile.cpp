@@ -107,7 +107,7 @@ JetFile::JetFile(const char* path) : m_file(mdb_open(path, MDB_NOFLAGS))
         fail("The file is of a later format.");
     const bool sought = std::fseek(m_file->f->stream, 0, SEEK_END) == 0;
     const long size = std::ftell(m_file->f->stream);
-    if (!sought || size < 0 || static_cast<std::size_t>(size) % m_file->fmt->pg_size != 0)
+    if (!sought || static_cast<std::size_t>(size) % m_file->fmt->pg_size != 0)
         fail("The file breaks off within its last page.");
     readCatalogue();
 }
@@ -118,9 +118,9 @@ std::size_t Table::find(std::string_view field, int type) const
     return static_cast<std::size_t>(std::ranges::find_if(fields, same) - fields.begin());
 }
 
-Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name, bool isInternal) const
+Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name) const
 {
-    Table table{nullptr, name, {}, 0, 0, isInternal};
+    Table table{nullptr, name, {}};
     if (mdb_read_pg(m_file, entry->table_pg) != m_file->fmt->pg_size || m_file->pg_buf[0] != MDB_PAGE_TABLE)
         damaged(table);
     table.most = mdb_get_int16(m_file->pg_buf, isJet4() ? 0x29 : 0x15);
@@ -130,7 +130,7 @@ Table JetFile::readTable(MdbCatalogEntry* entry, const std::u16string& name, boo
         damaged(table);
     table.rows = table.definition->num_rows;
     const GPtrArray* columns = mdb_read_columns(table.definition.get());
-    if (!columns || columns->len == 0 || columns->len > store::jet::MaxFields)
+    if (!columns)
         damaged(table);
     for (const MdbColumn* column : items<MdbColumn>(columns))
         table.fields.push_back(column);
@@ -147,7 +147,7 @@ void JetFile::readCatalogue()
     own->object_type = MDB_TABLE;
     own->table_pg = CataloguePage;
     std::string_view(Catalogue).copy(own->object_name, sizeof own->object_name - 1); // zero-terminated
-    const Table catalogue = readTable(own, utf8Text(Catalogue), true);
+    const Table catalogue = readTable(own, utf8Text(Catalogue));
     const std::size_t id = catalogue.find("Id", MDB_LONGINT);
     const std::size_t type = catalogue.find("Type", MDB_INT);
     const std::size_t name = catalogue.find("Name", MDB_TEXT);
@@ -179,7 +179,8 @@ void JetFile::readCatalogue()
     for (const Listed& listed : tables) {
         auto* entry = new MdbCatalogEntry(*own);
         entry->table_pg = listed.page;
-        m_tables.push_back(readTable(entry, listed.name, listed.isInternal));
+        m_tables.push_back(readTable(entry, listed.name));
+        m_tables.back().isInternal = listed.isInternal;
     }
 }
 
@@ -204,8 +205,6 @@ void JetFile::walk(const Table& table, const std::function<void(const Row&)>& ta
             if (takeRow(table, row, take, 0))
                 ++found;
         }
-        if (m_file->cur_pg != page)
-            readPage(page, table);
     }
     // The count may lag after a power failure, but missing rows would be lost rows.
     if (found < table.rows)

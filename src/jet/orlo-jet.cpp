@@ -152,10 +152,9 @@ int main(int argc, char** argv)
 {
     if (argc != 2)
         fail("There is no file to read.");
-    const std::uint64_t limit = orlo::platform::limitOurselves(argv[1]);
-    if (limit == 0)
+    if (!orlo::platform::limitOurselves(argv[1]))
         fail("There is no file to read.");
-    Output out(limit);
+    Output out;
     JetFile file(argv[1]);
     out.number(orlo::store::jet::Signature);
     out.number(static_cast<std::uint32_t>(file.others().size()));

@@ -46,7 +46,7 @@ public:
     /// without the source, 76 without the folder, 58 if the destination exists and overwrite is false, 61 if the disk
     /// is full, 68 if the device fails, 70 if access is denied or another program is writing to the file, 75 otherwise.
     void copyFile(const QString& source, const QString& destination, bool overwrite) const;
-    /// Raises 53 for a missing file, 70 for one that can't be deleted.
+    /// Raises 53 for a missing file, 70 for one that can't be deleted, or is write-protected unless force is true.
     void deleteFile(const QString& path, bool force) const;
     /// Raises 53 for a missing file.
     [[nodiscard]] File getFile(const QString& path) const;

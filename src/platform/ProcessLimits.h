@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
 // What a helper process needs from the operating system. No Qt: the helper is built without it.
@@ -8,9 +7,8 @@ namespace orlo::platform
 {
 
 /// Limits the process's time and memory to what reading the file can need, forbids it to write files (on Linux) or to
-/// start programs (on Windows), and ends it with the program that started it. Returns how many bytes it may send; 0 if
-/// the file doesn't exist.
-[[nodiscard]] std::uint64_t limitOurselves(const char* file);
+/// start programs (on Windows), and ends it with the program that started it. False if the file doesn't exist.
+[[nodiscard]] bool limitOurselves(const char* file);
 
 /// Writes all bytes to the standard output; false once nobody reads it.
 [[nodiscard]] bool send(std::string_view bytes);

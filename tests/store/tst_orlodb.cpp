@@ -103,9 +103,6 @@ private Q_SLOTS:
         const Run exported = orloDb({"export", out(), csv("all")});
         QVERIFY(exported.errors.contains("Mine: ") && !QFile::exists(csv("all/other/Mine.csv")));
         QVERIFY(exported.status == 1 && QFile::exists(csv("all/Scouts.csv")));
-        sqlite(out(), "Create Table [a/b] (first); Create Table [a\\b] (second)"); // one file's name for both
-        QVERIFY(orloDb({"export", out(), csv("both")}).errors.contains("a_b.csv"));
-        QCOMPARE(contents(csv("both/other/a_b.csv")), "first\n");
     }
 
     // The small pack's file gets the rows while another connection has it open. A dry run prints the same and does

@@ -198,6 +198,7 @@ private Q_SLOTS:
         for (Recordset* dead : {&closed, &orphan, &snapshot})
             for (const int number : {failureNumber([&] { dead->moveNext(); }), failureNumber([&] { dead->update(); }),
                                      failureNumber([&] { return dead->value(u"SID"); }),
+                                     failureNumber([&] { return dead->place() + dead->editing(); }),
                                      failureNumber([&] { return dead->recordCount(); })})
                 QCOMPARE(number, int(platform::ObjectInvalid));
         QCOMPARE(failureNumber([&] { m_database->execute("Delete From T"); }), int(platform::ObjectInvalid));

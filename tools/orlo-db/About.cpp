@@ -54,8 +54,7 @@ void addHead(Lines& lines, const QByteArray& head)
     const auto number = [&head](int at) { return qFromBigEndian<quint32>(head.constData() + at); };
     const auto page = qFromBigEndian<quint16>(head.constData() + 16);
     lines.add(QStringLiteral("page size"), page == 1 ? 0x10000 : page);
-    lines.add(QStringLiteral("log ahead of writing"),
-              head[18] == 2 || head[19] == 2 ? QStringLiteral("yes") : QStringLiteral("no"));
+    lines.add(QStringLiteral("log ahead of writing"), head[18] == 2 ? QStringLiteral("yes") : QStringLiteral("no"));
     for (const Setting& setting : Settings)
         lines.add(QLatin1String(setting.name), number(setting.at));
 }

@@ -50,7 +50,6 @@ bool CsvReader::readRow(std::vector<CsvCell>& row)
         skipLineEnd();
     if (m_position >= m_data.size())
         return false;
-    m_rowPlace = place();
     std::size_t cells = 0;
     for (bool more = true; more; ++cells) {
         if (cells == row.size())

@@ -41,8 +41,6 @@ public:
 
     /// Reads the next row, skipping blank lines; false at the end of the file. Raises CsvError.
     [[nodiscard]] bool readRow(std::vector<CsvCell>& row);
-    /// The position of the last row's first cell.
-    [[nodiscard]] CsvPlace rowPlace() const { return m_rowPlace; }
 
 private:
     void readCell(CsvCell& cell);
@@ -60,5 +58,4 @@ private:
     qsizetype m_position = 0;
     CsvPlace m_counted; // of the byte below, so that a long line's characters are counted once
     qsizetype m_countedTo = 0;
-    CsvPlace m_rowPlace;
 };

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
@@ -18,8 +19,6 @@ namespace
 
 constexpr std::uint64_t Megabyte = 1 << 20;
 constexpr std::uint64_t Second = 10'000'000; // in the system's ticks
-// A byte of the file makes only a few bytes of output: a character two, a Null's bit one.
-constexpr std::uint64_t MaxGrowth = 16;
 
 DWORD parent()
 {
@@ -49,11 +48,11 @@ void endWithParent()
 
 } // namespace
 
-std::uint64_t limitOurselves(const char* file)
+bool limitOurselves(const char* file)
 {
     WIN32_FILE_ATTRIBUTE_DATA found{};
     if (!GetFileAttributesExA(file, GetFileExInfoStandard, &found)) // a UTF-8 name, by the manifest
-        return 0;
+        return false;
     const std::uint64_t size = std::uint64_t(found.nFileSizeHigh) << 32 | found.nFileSizeLow;
     _setmode(_fileno(stderr), _O_BINARY);                         // a line ends alike on all systems
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX); // a crash shows no box
@@ -68,7 +67,7 @@ std::uint64_t limitOurselves(const char* file)
     const HANDLE job = CreateJobObjectW(nullptr, nullptr);
     SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
     AssignProcessToJobObject(job, GetCurrentProcess());
-    return MaxGrowth * (size + Megabyte);
+    return true;
 }
 
 bool send(std::string_view bytes)

@@ -153,11 +153,8 @@ void KeptCopies::tellNone(const RuntimeError& error) const
 // A link is followed: the user wants the copies elsewhere.
 void KeptCopies::makeFolder() const
 {
-    if (QFileInfo(m_folder).isDir())
-        return;
-    if (!QDir().mkdir(m_folder))
-        refuseCopy(platform::PathFileAccess);
-    platform::flushName(m_folder);
+    if (!QFileInfo(m_folder).isDir() && QDir().mkdir(m_folder))
+        platform::flushName(m_folder);
 }
 
 QStringList KeptCopies::names() const

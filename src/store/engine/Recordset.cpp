@@ -123,13 +123,12 @@ int Recordset::recordCount()
         return static_cast<int>(m_size);
     const bool within = m_place >= 0 && m_place < m_size;
     const qint64 current = within ? m_numbers[static_cast<std::size_t>(m_place)] : 0;
-    const bool atEnd = m_place > 0 && !within;
     openNumbers();
     if (within) {
         const auto found = std::ranges::lower_bound(m_numbers, current);
         m_place = found - m_numbers.begin();
         m_removed = m_removed || found == m_numbers.end() || *found != current;
-    } else if (atEnd)
+    } else if (m_place > 0)
         m_place = m_size;
     return static_cast<int>(m_size);
 }
@@ -345,7 +344,6 @@ void Recordset::update()
     if (m_buffer->added)
         change([this] { insertBuffer(); });
     else if (given) {
-        requireRecord();
         change([this] { updateBuffer(); });
         // The written record is known, unless the row got another number.
         m_shown = m_known->record.block == m_shown.block ? Record() : m_known->record;

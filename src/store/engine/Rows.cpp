@@ -102,7 +102,7 @@ std::string_view Rows::bytes(const Cell& cell) const
 bool Rows::same(qsizetype row, const Rows& others, qsizetype othersRow, const std::vector<QByteArray>& columns) const
 {
     if (isGone(row) || others.isGone(othersRow))
-        return isGone(row) == others.isGone(othersRow);
+        return false;
     for (int column = 0; column < static_cast<int>(m_columns); ++column) {
         const Cell& a = cell(row, column);
         const Cell& b = others.cell(othersRow, column);

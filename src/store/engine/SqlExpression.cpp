@@ -216,10 +216,8 @@ Expression SqlWriter::inRows(Expression value, bool negative, const Expression& 
 Expression SqlWriter::like(Expression text, bool negative, Expression pattern)
 {
     as(Kind::Text, pattern);
-    bracket(pattern, Binding::Sum);
     sql.insert(pattern.start, QLatin1String(negative ? " NOT LIKE " : " LIKE "));
     as(Kind::Text, text);
-    bracket(text, Binding::Sum);
     return written(text.start, Kind::Truth, Binding::Comparison);
 }
 
@@ -352,7 +350,7 @@ void SqlWriter::give(Expression& value, const KnownField& field)
     if (value.isNull() || value.kind == Kind::Unknown)
         return;
     const bool text = value.kind == Kind::Text;
-    if (text && field.kind == Kind::Date)
+    if (field.kind == Kind::Date && (text || value.kind == Kind::Number))
         call(QLatin1String("to_date("), value, Kind::Date);
     else if (!text || field.kind == Kind::Text)
         as(field.kind, value);

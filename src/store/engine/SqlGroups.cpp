@@ -16,7 +16,6 @@ bool SqlTranslator::group(Query& query)
     if (take(Symbol::Group)) {
         expect(Symbol::By);
         QLatin1String before(" GROUP BY ");
-        const qsizetype fields = m_scope->fields.size();
         do {
             m_out.sql += before;
             before = QLatin1String(", ");
@@ -29,7 +28,6 @@ bool SqlTranslator::group(Query& query)
                     !find({}, m_tokens[start].text))
                     query.groups.append(query.places[i]);
         } while (take(Symbol::Comma));
-        m_scope->fields.resize(fields);
     }
     if (take(Symbol::Having)) {
         m_out.sql += QLatin1String(" HAVING ");
@@ -46,7 +44,6 @@ void SqlTranslator::requireGrouped(const Query& query)
             m_at = field;
             raise(QStringLiteral("(\"%1\" is neither summed up nor grouped by.)").arg(token().text), token().text);
         }
-    m_scope->fields.clear();
 }
 
 // Names are equal with and without their source.

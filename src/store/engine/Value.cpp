@@ -40,20 +40,6 @@ struct ToDouble {
     double operator()(const DateTime& value) const { return serialOf(value); }
 };
 
-struct ToBool {
-    bool operator()(std::monostate) const { raiseOfValue(platform::InvalidUseOfNull); }
-    bool operator()(bool value) const { return value; }
-    bool operator()(qint64 value) const { return value != 0; }
-    bool operator()(double value) const { return value != 0; }
-    bool operator()(const QString& value) const
-    {
-        if (value.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
-            return true;
-        return value.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && ToDouble{}(value) != 0;
-    }
-    bool operator()(const DateTime& value) const { return serialOf(value) != 0; }
-};
-
 struct ToDate {
     DateTime operator()(std::monostate) const { raiseOfValue(platform::InvalidUseOfNull); }
     DateTime operator()(bool) const { raiseOfValue(platform::TypeMismatch); }
@@ -98,7 +84,7 @@ double Value::toDouble() const
 
 bool Value::toBool() const
 {
-    return std::visit(ToBool{}, m_data);
+    return toDouble() != 0;
 }
 
 DateTime Value::toDate() const

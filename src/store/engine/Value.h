@@ -46,7 +46,7 @@ public:
     [[nodiscard]] std::int16_t toInt16() const;
     [[nodiscard]] std::int32_t toInt32() const;
     [[nodiscard]] double toDouble() const;
-    /// Raises 94 for Null, 13 for what is neither yes/no, number nor "True"/"False".
+    /// Whether it isn't 0.
     [[nodiscard]] bool toBool() const;
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;

@@ -17,7 +17,6 @@ BulkLoad::BulkLoad(const Database& database) : m_connection(database.connection(
 
 void BulkLoad::begin(const TableDef& table, const QStringList& fields)
 {
-    m_insert.reset();
     m_fields.clear();
     QByteArray names;
     QByteArray values;
@@ -38,9 +37,14 @@ void BulkLoad::set(int field, const Value& value)
     m_insert->bind(field + 1, converted(value, m_fields.at(static_cast<std::size_t>(field))));
 }
 
+void BulkLoad::dropRow()
+{
+    m_insert->reset();
+}
+
 void BulkLoad::addRow()
 {
-    const auto ready = qScopeGuard([this] { m_insert->reset(); });
+    const auto ready = qScopeGuard([this] { dropRow(); });
     m_insert->step();
 }
 

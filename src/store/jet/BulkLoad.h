@@ -21,6 +21,8 @@ public:
     void begin(const TableDef& table, const QStringList& fields);
     /// Sets a value of the next row, by its index in begin(). Raises 3421, 6 or 3163 as record sets do.
     void set(int field, const Value& value);
+    /// Forgets what was set of the next row.
+    void dropRow();
     /// Adds the row; unset fields are Null. Raises 3022, 3058 or 3315 and drops the row.
     void addRow();
 

@@ -14,7 +14,8 @@ namespace
 {
 
 constexpr qint64 Megabyte = 1 << 20;
-constexpr qint64 MaxGrowth = 16; // the stream's size relative to the file's
+// The stream's size relative to the file's: a byte makes only a few, a character two, a Null's bit one.
+constexpr qint64 MaxGrowth = 16;
 constexpr qsizetype MaxReasonLength = 300;
 constexpr qsizetype MaxErrorOutput = 1 << 16; // bytes
 
@@ -89,8 +90,9 @@ QString HelperStream::text()
 
 void HelperStream::finish()
 {
-    const bool ended = m_process.state() == QProcess::NotRunning; // which waiting would take for a failure
-    if (m_position != m_block.size() || (!ended && !m_process.waitForFinished(static_cast<int>(m_timeLeft))) ||
+    if (m_position == m_block.size())
+        m_process.waitForFinished(static_cast<int>(m_timeLeft));
+    if (m_position != m_block.size() || m_process.state() != QProcess::NotRunning ||
         m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0 || m_process.bytesAvailable() != 0)
         raiseFailure();
 }

@@ -158,6 +158,7 @@ private:
         } catch (const RuntimeError& error) {
             if (error.number() == platform::DiskFull || error.number() == platform::PathFileAccess)
                 throw;
+            m_load.dropRow();
             reasons.append(refusalOf(error.number()));
             ++m_refused;
             m_values = before;
@@ -188,8 +189,7 @@ private:
                 set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
-            if (field.type == FieldType::Double && source.value.isText() &&
-                countDigits(source.value.toText()) > SureDigits)
+            if (field.type == FieldType::Double && countDigits(source.value.toText()) > SureDigits)
                 problem = QStringLiteral("more digits than a number keeps");
             if (isWhole(field.type)) {
                 const double number = converted(source.value, {{}, FieldType::Double}).toDouble();
@@ -227,22 +227,22 @@ private:
     qint64 m_values = 0; // other than Null
 };
 
-// Non-unique indexes are created after the rows, which is much faster.
-TableDef withoutPlainIndexes(const TableDef& table)
+// The other indexes are created after the rows, which is much faster.
+TableDef withKeyOnly(const TableDef& table)
 {
     TableDef bare(table.name());
     for (const Field& field : table.fields())
         bare.appendField(field);
     for (const Index& index : table.indexes())
-        if (index.primary || index.unique || index.required)
+        if (index.primary)
             bare.appendIndex(index);
     return bare;
 }
 
-void addPlainIndexes(Connection& connection, const TableDef& table)
+void addFurtherIndexes(Connection& connection, const TableDef& table)
 {
     for (const Index& index : table.indexes())
-        if (!index.primary && !index.unique && !index.required)
+        if (!index.primary)
             createIndex(connection, table.name(), index);
 }
 
@@ -251,11 +251,11 @@ void createTables(Connection& connection, const Definitions& definitions)
     for (const TableDef& ours : schema::tables(definitions.version)) {
         const auto same = [&ours](const FormerTable& table) { return table.target.name() == ours.name(); };
         const auto found = std::ranges::find_if(definitions.tables, same);
-        createTable(connection, withoutPlainIndexes(found == definitions.tables.end() ? ours : found->target));
+        createTable(connection, withKeyOnly(found == definitions.tables.end() ? ours : found->target));
     }
     for (const FormerTable& table : definitions.tables)
         if (!table.isLeft && !schema::findTable(table.target.name(), definitions.version))
-            createTable(connection, withoutPlainIndexes(table.target));
+            createTable(connection, withKeyOnly(table.target));
 }
 
 // Checks the file's structure, and every index against its table.
@@ -319,9 +319,9 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     for (TableFill& fill : fills)
         fill.keep(taken, report);
     for (const FormerTable& table : definitions.tables)
-        addPlainIndexes(connection, table.target);
+        addFurtherIndexes(connection, table.target);
     for (const TableDef& table : definitions.empty)
-        addPlainIndexes(connection, table);
+        addFurtherIndexes(connection, table);
     for (const QueryDef& query : schema::queries(definitions.version))
         createQuery(connection, query);
     transaction.commit();

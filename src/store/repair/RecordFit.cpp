@@ -47,7 +47,7 @@ static qsizetype misfits(const RawRecord& record, const TableDef& table)
 
 bool fits(const RawRecord& record, const TableDef& table)
 {
-    return record.values.size() <= table.fields().size() && misfits(record, table) == 0;
+    return misfits(record, table) == 0;
 }
 
 bool mayBeOf(const RawRecord& record, const TableDef& table)
