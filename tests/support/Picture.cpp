@@ -131,6 +131,11 @@ QString stateOf(const QWidget& control, What what)
     else if (const auto* tabs = qobject_cast<const QTabWidget*>(&control))
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
+    else if (const auto* calendar = qobject_cast<const QCalendarWidget*>(&control))
+        state += QString("%1 of %2/%3")
+                     .arg(calendar->selectedDate().toString(Qt::ISODate))
+                     .arg(calendar->monthShown())
+                     .arg(calendar->yearShown());
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
         state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) + widthsOf(*view);
     const bool says = !state.isEmpty();

@@ -142,6 +142,10 @@ bool RecordScreen::byHand(const QString& word) const
             box = {asked->text(), asked->windowTitle(), true, "keys"};
             for (qsizetype at = 0; at < keys.size() && asked->isVisible(); ++at) {
                 box.kind += ' ' + keys[at];
+                if (keys[at] == "close") {
+                    asked->close();
+                    continue;
+                }
                 const auto key = QKeySequence(keys[at])[0];
                 QTest::keyClick(asked, key.key(), key.keyboardModifiers());
             }

@@ -144,9 +144,9 @@ private Q_SLOTS:
         QTRY_COMPARE(grid.columnWidth(1), widgets::twipsToPixels(960, &grid));
 
         const int line = grid.rowHeight(0);
-        grid.setRowHeight(0, 720);
+        grid.setHeadingHeight(720);
         QCOMPARE(grid.horizontalHeader()->height(), widgets::twipsToPixels(720, &grid));
-        grid.setRowHeight(0, 15);
+        grid.setHeadingHeight(15);
         QVERIFY(grid.horizontalHeader()->height() >= line);
         grid.setColWidth(2, 800);
         grid.setText(0, 2, "Scout or Adult or anybody");
