@@ -155,8 +155,7 @@ void TextGrid::setColWidth(int col, int twips)
     requireCol(col);
     m_widths[std::size_t(col)] = std::max(0, twips);
     setColumnHidden(col, twips <= 0);
-    if (twips > 0)
-        setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
+    setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
     stretch();
 }
 

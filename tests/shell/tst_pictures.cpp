@@ -131,16 +131,7 @@ private:
         const test::RecordScreen screen(head.section('\n', 0, 0));
         m_seen = head.split('\n');
         m_steps = text.split('\n').filter(QRegularExpression("^> "));
-        QTimer unanswered; // whatever waits for an answer that no word gives
-        unanswered.setInterval(10000);
-        connect(&unanswered, &QTimer::timeout, this, [this] {
-            auto* modal = QApplication::activeModalWidget();
-            m_seen += modal ? QStringList("unanswered: " + modal->windowTitle()) : QStringList();
-            if (auto* box = qobject_cast<QMessageBox*>(modal))
-                box->done(QMessageBox::No);
-            else if (modal)
-                modal->close();
-        });
+        test::Unanswered unanswered(m_seen);
         workOrTell(screen, unanswered, true);
         if (!m_steps.isEmpty())
             m_seen += "a step after the form was closed: " + m_steps.first();
