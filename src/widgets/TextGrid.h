@@ -89,7 +89,7 @@ private:
     std::vector<int> m_widths;      // twips
     std::vector<QString> m_samples; // the widest texts that columns must have room for
     int m_stretched = -1;
-    int m_headingHeight = 0;   // twips, minimum
+    int m_headingHeight = 0;  // twips, minimum
     bool m_heightsDue = true; // headings or their room changed since the header's height was computed
     int m_holds = 0;
     int m_heldRow = 0; // the current row while repainting is stopped

@@ -42,10 +42,12 @@ QStringList measuresOf(const QTableView& grid)
         cells += aligned & Qt::AlignRight ? '>' : aligned & Qt::AlignHCenter ? '^' : '<';
     }
     return {"widths: " + widths.join(' '),
-            QString("heights: %1, %2").arg(qRound(grid.horizontalHeader()->height() * twips)).arg(
-                qRound(grid.rowHeight(0) * twips)),
-            QString("scrolled: %1 of %2").arg(grid.horizontalScrollBar()->value()).arg(
-                grid.horizontalScrollBar()->maximum()),
+            QString("heights: %1, %2")
+                .arg(qRound(grid.horizontalHeader()->height() * twips))
+                .arg(qRound(grid.rowHeight(0) * twips)),
+            QString("scrolled: %1 of %2")
+                .arg(grid.horizontalScrollBar()->value())
+                .arg(grid.horizontalScrollBar()->maximum()),
             "heard: " + heard(Qt::AccessibleDescriptionRole), "headings: " + headings.join('/') + ' ' + cells};
 }
 
@@ -103,8 +105,12 @@ struct Records {
         {"find", [this](const Args& a) { told += QString("found %1").arg(grid.findRow(a[0].toInt(), a[1])); }},
         {"read", [this](const Args& a) { told += "read " + grid.columnText(a[0].toInt()); }},
         {"commit", [this](const Args&) { told += grid.commitRow() ? "written" : "not written"; }},
-        {"paste", [](const Args& a) { QGuiApplication::clipboard()->setText(a.join(',').replace('|', '\n').replace(';', '\t')); }},
-        {"copied", [this](const Args&) { told += QGuiApplication::clipboard()->text().replace('\n', '|').replace('\t', ';'); }},
+        {"paste",
+         [](const Args& a) {
+             QGuiApplication::clipboard()->setText(a.join(',').replace('|', '\n').replace(';', '\t'));
+         }},
+        {"copied",
+         [this](const Args&) { told += QGuiApplication::clipboard()->text().replace('\n', '|').replace('\t', ';'); }},
         {"sql", [this](const Args& a) { database.execute(a.join(',')); }},
         {"stored",
          [this](const Args&) {
