@@ -162,7 +162,7 @@ void frmAssignInsignias::layOutSelected()
     grid.setColWidth(SelectedType, 800);
     grid.setColWidth(SelectedSID, 0);
     grid.setColAlignment(SelectedType, Qt::AlignCenter);
-    grid.setRowHeight(0, SelectedHeaderHeight);
+    grid.setHeadingHeight(SelectedHeaderHeight);
     grid.setText(0, Name, QStringLiteral("Scout's Name"));
     grid.setText(0, Den, QStringLiteral("Den"));
     grid.setText(0, SelectedType, QStringLiteral("Scout or Adult"));
@@ -293,7 +293,7 @@ bool frmAssignInsignias::fill(const Source& source, const QString& query)
         return false;
     source.count = platform::toInt16(people.recordCount());
     grid.setRows(source.count + 1);
-    grid.setRowHeight(0, SourceHeaderHeight);
+    grid.setHeadingHeight(SourceHeaderHeight);
     const QSet<QString> selected = selectedOf(source.type);
     for (int row = 1; !people.eof(); people.moveNext(), ++row) {
         const QString sid = people.value(PersonSID).toText();

@@ -142,18 +142,10 @@ void clickNow(QAbstractButton& button)
 
 bool clickByAccessKey(QObject* receiver)
 {
-    if (auto* button = qobject_cast<QAbstractButton*>(receiver)) {
+    auto* button = qobject_cast<QAbstractButton*>(receiver);
+    if (button)
         clickNow(*button);
-        return true;
-    }
-    const auto* label = qobject_cast<QLabel*>(receiver);
-    auto* buddy = label ? qobject_cast<QAbstractButton*>(label->buddy()) : nullptr;
-    if (!buddy)
-        return false;
-    if (buddy->focusPolicy() != Qt::NoFocus)
-        buddy->setFocus(Qt::ShortcutFocusReason);
-    clickNow(*buddy);
-    return true;
+    return button;
 }
 
 // In a message box a letter works without Alt. A key that was already held when the box appeared answers nothing.

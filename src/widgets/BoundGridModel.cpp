@@ -75,7 +75,7 @@ Qt::ItemFlags BoundGridModel::flags(const QModelIndex& index) const
 
 bool BoundGridModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (!index.isValid() || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
+    if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
         return false;
     const int row = index.row();
     const QString typed = value.toString();

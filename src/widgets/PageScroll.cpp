@@ -73,7 +73,7 @@ void PageScroll::tellSize()
 void PageScroll::showPressed(const QWidget& pressed)
 {
     QWidget* const now = QApplication::focusWidget();
-    if (!now || !widget()->isAncestorOf(now) || (now != &pressed && !now->isAncestorOf(&pressed)))
+    if (!widget()->isAncestorOf(now) || (now != &pressed && !now->isAncestorOf(&pressed)))
         return;
     // First let the press end.
     QMetaObject::invokeMethod(

@@ -155,8 +155,7 @@ void TextGrid::setColWidth(int col, int twips)
     requireCol(col);
     m_widths[std::size_t(col)] = std::max(0, twips);
     setColumnHidden(col, twips <= 0);
-    if (twips > 0)
-        setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
+    setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
     stretch();
 }
 
@@ -168,14 +167,10 @@ void TextGrid::fitCol(int col, const QString& text)
     stretch();
 }
 
-void TextGrid::setRowHeight(int row, int twips)
+void TextGrid::setHeadingHeight(int twips)
 {
-    requireRow(row);
-    if (row == 0) {
-        m_headerHeight = twips;
-        applyHeights();
-    } else
-        QTableView::setRowHeight(row - 1, std::max(twipsToPixels(twips, this), verticalHeader()->defaultSectionSize()));
+    m_headingHeight = twips;
+    applyHeights();
 }
 
 void TextGrid::setColAlignment(int col, Qt::Alignment alignment)
@@ -332,7 +327,7 @@ void TextGrid::fitAll()
     fitHeadings();
 }
 
-// The header's height is a minimum; wrapped headings may need more.
+// The heading's height is a minimum; wrapped headings may need more.
 void TextGrid::applyHeights()
 {
     const int line = fontMetrics().height() + 2 * CellMargin;
@@ -343,7 +338,7 @@ void TextGrid::applyHeights()
         return;
     const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, horizontalHeader());
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();
-    int height = std::max(line, twipsToPixels(m_headerHeight, this));
+    int height = std::max(line, twipsToPixels(m_headingHeight, this));
     for (int col = 0; col < cols(); ++col)
         if (const QRect room(0, 0, columnWidth(col) - 2 * (margin + HeadingRoom), QWIDGETSIZE_MAX); room.width() > 0)
             height = std::max(height, metrics.boundingRect(room, Qt::TextWordWrap, m_model->text(0, col)).height() +

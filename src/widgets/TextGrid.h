@@ -48,8 +48,8 @@ public:
     void setColWidth(int col, int twips);
     /// Makes room in a column for a text it may have to hold, at any font size.
     void fitCol(int col, const QString& text);
-    /// A row's minimum height in twips; its text always fits.
-    void setRowHeight(int row, int twips);
+    /// The heading's minimum height in twips; its texts always fit.
+    void setHeadingHeight(int twips);
     /// Aligns the texts of a column.
     void setColAlignment(int col, Qt::Alignment alignment);
     /// Sets the column that takes the remaining width; only there long texts are cut off.
@@ -89,7 +89,7 @@ private:
     std::vector<int> m_widths;      // twips
     std::vector<QString> m_samples; // the widest texts that columns must have room for
     int m_stretched = -1;
-    int m_headerHeight = 0;   // twips, minimum
+    int m_headingHeight = 0;  // twips, minimum
     bool m_heightsDue = true; // headings or their room changed since the header's height was computed
     int m_holds = 0;
     int m_heldRow = 0; // the current row while repainting is stopped

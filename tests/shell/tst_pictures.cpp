@@ -7,6 +7,7 @@
 #include "support/Windows.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QTimer>
 
 #include <optional>
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void adults() { play(); }
     void grids_data() { test::cases({"case"}, "shell/pictures_grids.txt"); }
     void grids() { play(); }
+    void dialogs_data() { test::cases({"case"}, "shell/pictures_dialogs.txt"); }
+    void dialogs() { play(); }
     void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
     void others() { play(); }
 
@@ -114,61 +117,89 @@ private:
 
     // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead or, after a
     // plus sign, as well. Then each step is a line "> words", and the lines below it are what it changed: controls,
-    // answered boxes, the log of a dialog that it worked. "> Select" shows what is stored.
+    // answered boxes, the log of a dialog that it worked. After "> words>>" the steps are those of the window that the
+    // last word opens, until it is closed. "> Select" shows what is stored.
     void play()
     {
         skipTooLarge();
         const QString text = test::cell("case").trimmed();
-        const QString form = text.section('\n', 0, 0);
-        const QString sql = text.section("\n> ", 0, 0).section('\n', 1);
+        const QString head = text.section("\n> ", 0, 0);
+        const QString sql = head.section('\n', 1);
         test::copyLayouts();
         const bool isMore = sql.isEmpty() || sql[0] == '+';
         test::fill(isMore ? test::Pack + sql.sliced(std::min(qsizetype(1), sql.size())) : sql);
-        const test::RecordScreen screen(form);
-        QStringList before = test::pictureOf(screen.form);
-        QStringList seen = text.section("\n> ", 0, 0).split('\n');
-        QTimer unanswered; // whatever waits for an answer that no word gives
-        connect(&unanswered, &QTimer::timeout, this, [&seen] {
-            auto* modal = QApplication::activeModalWidget();
-            seen += modal ? QStringList("unanswered: " + modal->windowTitle()) : QStringList();
-            if (auto* box = qobject_cast<QMessageBox*>(modal))
-                box->done(QMessageBox::No);
-            else if (modal)
-                modal->close();
-        });
-        for (const QString& line : text.split('\n')) {
-            if (!line.startsWith("> "))
-                continue;
-            seen += line;
-            if (line.startsWith("> Select")) {
-                const QString stored = test::rows(line.sliced(2));
-                seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
-                continue;
-            }
-            if (!test::loadedForm(form))
-                test::fail("a step after the form was closed: " + line);
-            unanswered.start(10000);
-            screen.told.clear();
-            screen.log.clear();
-            screen.run(line.sliced(2));
-            if (auto* shown = test::loadedForm(form); shown && !(screen.told.isEmpty() && screen.log.isEmpty()))
-                shown->activateWindow(); // as a window manager does once a box is gone
-            QCoreApplication::processEvents();
-            seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
-            for (const auto& box : std::as_const(screen.told))
-                seen += box->shown ? box->kind + ": " + box->title + ": " +
-                                         QString(box->text).remove('\r').replace('\n', "\\n")
-                                   : "not asked";
-            for (const auto& box : std::as_const(screen.told))
-                box->shown = true; // it answers no later one
-            const bool open = test::loadedForm(form);
-            const QStringList now = open ? test::pictureOf(screen.form) : QStringList("closed");
-            seen += test::changesOf(before, now);
-            before = now;
-        }
-        test::comparePicture(seen, text);
+        const test::RecordScreen screen(head.section('\n', 0, 0));
+        m_seen = head.split('\n');
+        m_steps = text.split('\n').filter(QRegularExpression("^> "));
+        test::Unanswered unanswered(m_seen);
+        workOrTell(screen, unanswered, true);
+        if (!m_steps.isEmpty())
+            m_seen += "a step after the form was closed: " + m_steps.first();
+        test::comparePicture(m_seen, text);
     }
 
+    // A failure tells in its place what went before it, and within a dialog doesn't end the process.
+    void workOrTell(const test::RecordScreen& screen, QTimer& unanswered, bool isFirst)
+    {
+        try {
+            work(screen, unanswered, isFirst);
+        } catch (const std::exception& error) {
+            m_seen += error.what();
+            screen.form.close();
+        }
+    }
+
+    // Does the next steps, until the window is closed; after the case's own one is, what is stored may still be asked.
+    void work(const test::RecordScreen& screen, QTimer& unanswered, bool isFirst)
+    {
+        const QPointer<QWidget> form = &screen.form;
+        const auto isOpen = [&form] { return form && form->isVisible(); };
+        QStringList before = test::pictureOf(*form);
+        while (!m_steps.isEmpty() && (isOpen() || (isFirst && m_steps.first().startsWith("> Select")))) {
+            QString words = m_steps.takeFirst();
+            m_seen += words;
+            words.remove(0, 2);
+            if (words.startsWith("Select")) {
+                const QString stored = test::rows(words);
+                m_seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
+                continue;
+            }
+            unanswered.start();
+            screen.told.clear();
+            screen.log.clear();
+            QTimer opened;
+            connect(&opened, &QTimer::timeout, this, [&] {
+                auto* dialog = QApplication::activeModalWidget();
+                if (!dialog || dialog == form || !dialog->isActiveWindow()) // it couldn't receive a key yet
+                    return;
+                opened.stop();
+                m_seen += "opens: " + dialog->windowTitle();
+                m_seen += test::pictureOf(*dialog);
+                workOrTell(test::RecordScreen(*dialog), unanswered, false);
+            });
+            const bool opens = words.endsWith(">>");
+            if (opens)
+                opened.start(5);
+            screen.run(words.chopped(opens ? 2 : 0));
+            if (form && !(screen.told.isEmpty() && screen.log.isEmpty() && !opens))
+                form->activateWindow(); // as a window manager does once a box is gone
+            QCoreApplication::processEvents();
+            m_seen += opened.isActive() ? QStringList("opens nothing") : QStringList();
+            m_seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
+            for (const auto& box : std::as_const(screen.told))
+                m_seen += box->shown ? box->kind + ": " + box->title + ": " +
+                                           QString(box->text).remove('\r').replace('\n', "\\n")
+                                     : "not asked";
+            for (const auto& box : std::as_const(screen.told))
+                box->shown = true; // it answers no later one
+            const QStringList now = isOpen() ? test::pictureOf(*form) : QStringList("closed");
+            m_seen += test::changesOf(before, now);
+            before = now;
+        }
+    }
+
+    QStringList m_seen;
+    QStringList m_steps;
     std::optional<test::AppFolder> m_folder;
 };
 

@@ -154,7 +154,7 @@ private Q_SLOTS:
         splash.show();
         QVERIFY(!splash.close()); // no event loop runs yet that would end with it
         const QImage picture = splash.grab().toImage();
-        QVERIFY(widgets::contrast(picture.pixelColor(0, 0), picture.pixelColor(2, 2)) > 3); // a visible border
+        QCOMPARE(picture.pixelColor(0, 0), QColor(0x6f98a8)); // a border that shows on any desktop
         QCOMPARE(picture.pixelColor(picture.rect().bottomRight()), picture.pixelColor(0, 0));
         splash.openFrameAfter(60);
         QCOMPARE(test::control<QTimer>(splash, "tmrSplashWait").timerType(), Qt::PreciseTimer);
@@ -206,8 +206,11 @@ private Q_SLOTS:
                 differing += std::abs(image.pixelColor(x, y).lightness() - mirrored.pixelColor(x, y).lightness()) > 8;
         QVERIFY2(differing < 40, qPrintable(QString::number(differing)));
         const int side = std::min({240, area->width() / 2, area->height() / 2});
-        QCOMPARE(image.pixelColor(area->width() / 2, (area->height() - side) / 2 + side * 200 / 256),
-                 image.pixelColor(0, 0));
+        const auto isInked = [&](int x, int y) {
+            return image.pixelColor((area->width() - side) / 2 + side * x / 256,
+                                    (area->height() - side) / 2 + side * y / 256) != image.pixelColor(0, 0);
+        };
+        QVERIFY(!isInked(128, 200) && isInked(128, 56) && isInked(60, 205) && isInked(128, 120) && !isInked(128, 98));
     }
 
     void menuTree()
@@ -245,6 +248,7 @@ private Q_SLOTS:
         auto* first = area.subWindowList().first();
         QVERIFY(first->pos().isNull() && area.subWindowList()[1]->pos() != first->pos());
         QCOMPARE(first->minimumSize(), first->maximumSize());
+        QVERIFY(!(first->windowFlags() & Qt::WindowMaximizeButtonHint));
         for (QAction* choice : {windows.actions().first(), &command}) {
             first->showMinimized();
             choice->trigger();
@@ -253,6 +257,7 @@ private Q_SLOTS:
         test::control<QAction>(frame, "ID_Pack_Den_Positions").trigger();
         auto* titles = area.activeSubWindow();
         QCOMPARE(titles->widget()->objectName(), "frmPackDenPositions"); // it scrolls its screen
+        QVERIFY(titles->windowFlags() & Qt::WindowMaximizeButtonHint);
         QCOMPARE(windows.actions().last()->text(), "&3 Pack && Den Positoins");
         titles->close();
 

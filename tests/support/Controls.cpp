@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 namespace orlo::test
 {
@@ -37,10 +36,23 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
         if (button == QMessageBox::NoButton)
             QTest::keyClick(box->focusWidget(), Qt::Key_Return);
         else if (auto* pressed = box->button(button))
-            pressed->click();
+            QTest::mouseClick(pressed, Qt::LeftButton);
         else
             box->reject();
         return true;
+    });
+}
+
+Unanswered::Unanswered(QStringList& seen)
+{
+    setInterval(10000);
+    callOnTimeout([&seen] {
+        auto* modal = QApplication::activeModalWidget();
+        seen += modal ? QStringList("unanswered: " + modal->windowTitle()) : QStringList();
+        if (auto* box = qobject_cast<QMessageBox*>(modal))
+            box->done(QMessageBox::No);
+        else if (modal)
+            modal->close();
     });
 }
 

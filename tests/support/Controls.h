@@ -3,6 +3,7 @@
 #include "support/Main.h"
 
 #include <QMessageBox>
+#include <QTimer>
 
 #include <memory>
 
@@ -27,6 +28,10 @@ struct Told {
 std::shared_ptr<Told> takeNext(const std::function<bool(QWidget&, Told&)>& take);
 /// Answers the next message box with the button, or by Enter if there is none, and records its text.
 std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button = QMessageBox::Ok);
+/// While it lives and is started before each step, ends what waits ten seconds for an answer, and tells of it.
+struct Unanswered : QTimer {
+    explicit Unanswered(QStringList& seen);
+};
 /// Dismisses the next failure report and records type, number, source, description and text, one per line.
 std::shared_ptr<Told> dismissReport();
 

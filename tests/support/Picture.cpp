@@ -125,14 +125,24 @@ QString stateOf(const QWidget& control, What what)
         state += quoted(label->text());
         add(all && label->alignment() & Qt::AlignHCenter, "centred");
         add(all && label->autoFillBackground(), "on a ground of its own");
+        add(all && label->textFormat() == Qt::PlainText, "plain");
         add(label->buddy(), "of " + (label->buddy() ? label->buddy()->objectName() : QString()));
     } else if (const auto* group = qobject_cast<const QGroupBox*>(&control))
         add(!group->title().isEmpty(), quoted(group->title()));
     else if (const auto* tabs = qobject_cast<const QTabWidget*>(&control))
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
+    else if (const auto* calendar = qobject_cast<const QCalendarWidget*>(&control))
+        state += QString("%1 of %2/%3")
+                     .arg(calendar->selectedDate().toString(Qt::ISODate))
+                     .arg(calendar->monthShown())
+                     .arg(calendar->yearShown());
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
         state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) + widthsOf(*view);
+    else if (const auto* area = qobject_cast<const QScrollArea*>(&control); area && area->widget() && all) {
+        add(area->frameShape() != QFrame::NoFrame, "framed");
+        add(area->viewport()->autoFillBackground() || area->widget()->autoFillBackground(), "filled");
+    }
     const bool says = !state.isEmpty();
     if (!says && qobject_cast<QStackedWidget*>(control.parentWidget()))
         return {}; // a page, which its tab shows
@@ -164,6 +174,13 @@ QStringList pictureOf(const QWidget& form, What what)
         if (const auto* box = qobject_cast<const QComboBox*>(control); box && isOwn(*box))
             lines += box->objectName() + " offers: " + textsOf(*box);
     }
+    QStringList parts; // that nobody sees, but outside programs find
+    for (const auto* part : form.findChildren<QObject*>())
+        if (!part->isWidgetType() && !part->objectName().isEmpty() && !part->objectName().startsWith('_') &&
+            !part->objectName().startsWith("qt") && !qobject_cast<const QLayout*>(part))
+            parts += part->objectName();
+    if (what == What::Everything && !parts.isEmpty())
+        lines += "parts: " + parts.join(' ');
     const auto* focus = form.focusWidget();
     const bool isEditor = focus && focus->objectName().isEmpty() && focus->parentWidget();
     const auto* place = isEditor ? focus->parentWidget()->parentWidget() : focus;

@@ -89,7 +89,7 @@ void RecordScreen::run(const QString& script, const std::function<void(const QSt
             told.append(answerNext(answers[word]));
         else if (keys.contains(word))
             QTest::keyClick(word == "E" ? &form : form.focusWidget(), keys[word]);
-        else if (word.contains('='))
+        else if (word.contains('=') && !form.findChild<QComboBox*>(word.section('=', 0, 0)))
             type("txt" + word.section('=', 0, 0), word.section('=', 1));
         else if (byHand(word))
             QCoreApplication::processEvents(); // an editor ends after its key
@@ -118,7 +118,7 @@ bool RecordScreen::byHand(const QString& word) const
             QTest::simulateEvent(focused(), false, key.key(), key.keyboardModifiers(), QString(), false);
     };
     const auto target = [&] {
-        QWidget& control = get(value.section(',', 0, 0).toUtf8().constData());
+        QWidget& control = get(word.section(':', 1).section(',', 0, 0).toUtf8().constData());
         auto* area = qobject_cast<QAbstractScrollArea*>(&control);
         return area ? area->viewport() : &control;
     };
@@ -142,6 +142,10 @@ bool RecordScreen::byHand(const QString& word) const
             box = {asked->text(), asked->windowTitle(), true, "keys"};
             for (qsizetype at = 0; at < keys.size() && asked->isVisible(); ++at) {
                 box.kind += ' ' + keys[at];
+                if (keys[at] == "close") {
+                    asked->close();
+                    continue;
+                }
                 const auto key = QKeySequence(keys[at])[0];
                 QTest::keyClick(asked, key.key(), key.keyboardModifiers());
             }

@@ -26,6 +26,7 @@ struct RecordScreen {
     mutable QString log;                       ///< how the last dialog driven by run() ended
 
     explicit RecordScreen(const QString& name);
+    explicit RecordScreen(QWidget& shown) : form(shown) {}
     template <class W = QWidget>
     W& get(const char* name) const
     {
@@ -42,7 +43,7 @@ struct RecordScreen {
     /// Does one thing as hands do it, if the word is one: "key:Ctrl+C", "held:Return" (a key that repeats) and
     /// "type:text" go to the focus, "press:cmdX", "ctrl:", "shift:", "twice:" and "right:" (double clicks) and "wheel:"
     /// to a control or a grid's cell, "fgX,0,1"; "tip:" logs what shows there, "wide:fgX,1,90" drags a heading;
-    /// "box:Ctrl+Y,N" sends keys to the next box until it is answered.
+    /// "box:Ctrl+Y,N" sends keys to the next box until it is answered; "close" presses its close box.
     bool byHand(const QString& word) const;
     void openDialog(const QString& opener, const QStringList& steps,
                     const std::function<void(const QString&)>& other) const;

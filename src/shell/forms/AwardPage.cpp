@@ -27,7 +27,7 @@ AwardPage::AwardPage(widgets::TextGrid* grid, QLabel* name, QLabel* noteName, Fi
 void AwardPage::setUp(const std::vector<Column>& columns, int stretched)
 {
     cut();
-    m_grid->setRowHeight(0, HeadingHeight);
+    m_grid->setHeadingHeight(HeadingHeight);
     for (int col = 0; const Column& column : columns) {
         m_grid->setColWidth(col, column.width);
         m_grid->setColAlignment(col, column.alignment);

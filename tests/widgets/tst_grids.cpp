@@ -1,0 +1,267 @@
+#include "store/engine/Database.h"
+#include "store/engine/TableDef.h"
+#include "store/engine/Value.h"
+#include "support/Failure.h"
+#include "support/Main.h"
+#include "support/Picture.h"
+#include "support/RecordScreen.h"
+#include "support/Table.h"
+#include "widgets/BoundGrid.h"
+#include "widgets/DataControl.h"
+#include "widgets/KeyGrid.h"
+#include "widgets/Twips.h"
+
+#include <QtTest/QtTest>
+#include <QtWidgets/QtWidgets>
+
+#include <ctime>
+
+using namespace orlo;
+using Args = QStringList;
+using Words = QMap<QString, std::function<void(const Args&)>>;
+
+namespace
+{
+
+// What a grid shows beyond its picture. Widths and heights are in twips, so that they hardly depend on the screen.
+QStringList measuresOf(const QTableView& grid)
+{
+    const double twips = 1440.0 / grid.logicalDpiX();
+    QStringList widths;
+    for (int column = 0; column < grid.model()->columnCount(); ++column)
+        widths += grid.isColumnHidden(column) ? "-" : QString::number(qRound(grid.columnWidth(column) * twips));
+    const auto heard = [&](int role) {
+        const QModelIndex cell = grid.currentIndex().isValid() ? grid.currentIndex() : grid.model()->index(0, 0);
+        return cell.data(role).toString();
+    };
+    QStringList headings;
+    QString cells;
+    for (int column = 0; column < grid.model()->columnCount(); ++column) {
+        headings += grid.model()->headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString();
+        const auto aligned = Qt::Alignment(grid.model()->index(0, column).data(Qt::TextAlignmentRole).toInt());
+        cells += aligned & Qt::AlignRight ? '>' : aligned & Qt::AlignHCenter ? '^' : '<';
+    }
+    return {"widths: " + widths.join(' '),
+            QString("heights: %1, %2")
+                .arg(qRound(grid.horizontalHeader()->height() * twips))
+                .arg(qRound(grid.rowHeight(0) * twips)),
+            QString("scrolled: %1 of %2")
+                .arg(grid.horizontalScrollBar()->value())
+                .arg(grid.horizontalScrollBar()->maximum()),
+            "heard: " + heard(Qt::AccessibleDescriptionRole), "headings: " + headings.join('/') + ' ' + cells};
+}
+
+// A grid of texts, by what its callers may do to it.
+struct Texts {
+    widgets::KeyGrid grid;
+    std::optional<widgets::RedrawHold> hold;
+    Words words{{"rows", [this](const Args& a) { grid.setRows(a[0].toInt()); }},
+                {"cols", [this](const Args& a) { grid.setCols(a[0].toInt()); }},
+                {"text", [this](const Args& a) { grid.setText(a[0].toInt(), a[1].toInt(), a[2]); }},
+                {"read", [this](const Args& a) { (void)grid.text(a[0].toInt(), a[1].toInt()); }},
+                {"row", [this](const Args& a) { grid.setRow(a[0].toInt()); }},
+                {"add", [this](const Args& a) { grid.setText(grid.addRow(), 1, a[0]); }},
+                {"remove", [this](const Args& a) { grid.removeRow(a[0].toInt()); }},
+                {"width", [this](const Args& a) { grid.setColWidth(a[0].toInt(), a[1].toInt()); }},
+                {"fit", [this](const Args& a) { grid.fitCol(a[0].toInt(), a[1]); }},
+                {"heading", [this](const Args& a) { grid.setHeadingHeight(a[0].toInt()); }},
+                {"centre", [this](const Args& a) { grid.setColAlignment(a[0].toInt(), Qt::AlignHCenter); }},
+                {"stretch", [this](const Args& a) { grid.setStretchColumn(a[0].toInt()); }},
+                {"keys", [this](const Args& a) { grid.setFirstKeyColumn(a[0].toInt(), a[1].toInt()); }},
+                {"hold", [this](const Args&) { hold.emplace(grid); }},
+                {"release", [this](const Args&) { hold.reset(); }}};
+
+    explicit Texts(QStringList& told)
+    {
+        QObject::connect(&grid, &widgets::TextGrid::rowDoubleClicked, &grid,
+                         [this, &told] { told += QString("double click on row %1").arg(grid.row()); });
+    }
+    [[nodiscard]] QString row() const { return QString::number(grid.row()); }
+};
+
+// A grid of records, whose fields are of all kinds.
+struct Records {
+    QTemporaryDir folder;
+    store::Database database = store::DBEngine::createDatabase(folder.filePath("grid.mdb"));
+    widgets::DataControl control;
+    widgets::BoundGrid grid;
+    QStringList& told;
+    Words words{
+        {"columns", [this](const Args& a) { grid.setColumns(columnsOf(a)); }},
+        {"source",
+         [this](const Args& a) {
+             control.setRecordSource(a.join(','));
+             control.refresh();
+         }},
+        {"refresh", [this](const Args&) { control.refresh(); }},
+        {"reread", [this](const Args&) { grid.refresh(); }},
+        {"caption", [this](const Args& a) { grid.setCaption(a[0]); }},
+        {"update", [this](const Args& a) { grid.setAllowUpdate(a[0] == "yes"); }},
+        {"adding", [this](const Args& a) { grid.setAllowAddNew(a[0] == "yes"); }},
+        {"deleting", [this](const Args& a) { grid.setAllowDelete(a[0] == "yes"); }},
+        {"stretch", [this](const Args& a) { grid.setStretchColumn(a[0].toInt()); }},
+        {"row", [this](const Args& a) { grid.setRow(a[0].toInt()); }},
+        {"cell", [this](const Args& a) { grid.setCurrentIndex(grid.model()->index(a[0].toInt(), a[1].toInt())); }},
+        {"find", [this](const Args& a) { told += QString("found %1").arg(grid.findRow(a[0].toInt(), a[1])); }},
+        {"read", [this](const Args& a) { told += "read " + grid.columnText(a[0].toInt()); }},
+        {"commit", [this](const Args&) { told += grid.commitRow() ? "written" : "not written"; }},
+        {"paste",
+         [](const Args& a) {
+             QGuiApplication::clipboard()->setText(a.join(',').replace('|', '\n').replace(';', '\t'));
+         }},
+        {"copied",
+         [this](const Args&) { told += QGuiApplication::clipboard()->text().replace('\n', '|').replace('\t', ';'); }},
+        {"sql", [this](const Args& a) { database.execute(a.join(',')); }},
+        {"stored",
+         [this](const Args&) {
+             for (auto set = database.openRecordset("Select * From Titles Order By 2, 1"); !set.eof(); set.moveNext()) {
+                 QStringList cells;
+                 for (int field = 0; field < 7; ++field)
+                     cells += set.value(field).textOrEmpty();
+                 told += cells.join('|');
+             }
+         }},
+        {"close", [this](const Args&) { database.close(); }}};
+
+    explicit Records(QStringList& log) : told(log)
+    {
+        using enum store::FieldType;
+        store::TableDef table("Titles");
+        table.appendField({.name = "Title", .type = Text, .size = 10, .defaultValue = {}});
+        table.appendField({.name = "Sort_Order", .type = Integer, .defaultValue = {}});
+        table.appendField({.name = "Born", .type = Date, .defaultValue = {}});
+        table.appendField({.name = "Here", .type = Boolean, .defaultValue = {}});
+        table.appendField({.name = "Many", .type = Long, .defaultValue = {}});
+        table.appendField({.name = "Pay", .type = Double, .defaultValue = {}});
+        table.appendField({.name = "Notes", .type = Memo, .defaultValue = {}});
+        table.appendIndex({"PK", {"Title"}, true, true});
+        database.appendTableDef(table);
+        for (const char* row : {"'Akela', 1", "'Baloo', 2", "'Chil', 3"})
+            database.execute(QString("Insert Into Titles (Title, Sort_Order) Values (%1)").arg(row));
+        control.setDatabase([this]() -> store::Database& { return database; });
+        grid.setDataControl(&control);
+        grid.setCaption("Den Titles");
+        control.setRecordSource("Select * From Titles Order By Sort_Order, Title");
+        control.refresh();
+    }
+    // "Title", "Title 3000" or "Title hidden".
+    static QList<widgets::GridColumn> columnsOf(const Args& words)
+    {
+        QList<widgets::GridColumn> columns;
+        for (const QString& word : words.filter(QRegularExpression(".")))
+            columns.append({"the " + word.section(' ', 0, 0), word.section(' ', 0, 0),
+                            std::max(1000, word.section(' ', 1).toInt()), Qt::AlignRight, word.endsWith("hidden")});
+        return columns;
+    }
+    [[nodiscard]] QString row() const { return QString::number(grid.row()); }
+};
+
+} // namespace
+
+// Each case is a grid, and what each step, "> ...", changes. Words are those of RecordScreen, and "word=a,b" for what a
+// form calls; a tilde is a blank. A failure is told by its number.
+class tst_grids : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void texts_data() { test::cases({"case"}, "widgets/grids_texts.txt"); }
+    void texts() { play<Texts>(); }
+    void records_data() { test::cases({"case"}, "widgets/grids_records.txt"); }
+    void records() { play<Records>(); }
+
+    // A quadratic step anywhere would take minutes at this size.
+    void manyRows()
+    {
+        constexpr int Count = 200'000;
+        const std::clock_t start = std::clock(); // processor time, whatever else the machine does
+        widgets::TextGrid grid;
+        grid.show();
+        std::optional<widgets::RedrawHold> hold(grid);
+        grid.setRows(Count / 2 + 1);
+        for (int row = 1; row <= Count; ++row) {
+            if (row > Count / 2)
+                grid.setRow(grid.addRow());
+            grid.setText(row, 1, "text");
+        }
+        hold.reset();
+        QCOMPARE(grid.model()->rowCount(), Count);
+        QCOMPARE(grid.row(), Count);
+        const auto seconds = (std::clock() - start) / CLOCKS_PER_SEC;
+        QVERIFY2(seconds < 20, qPrintable(QString::number(seconds)));
+    }
+
+private:
+    template <class Kind>
+    static void play()
+    {
+        if (QSysInfo::productType() == "windows")
+            test::skip("letters have other widths there");
+        const QStringList lines = test::cell("case").trimmed().split('\n');
+        QWidget window;
+        QStringList told;
+        Kind kind(told);
+        const QAbstractItemModelTester tester(kind.grid.model());
+        kind.grid.setObjectName("grid");
+        QPushButton button("&Button");
+        button.setObjectName("cmdButton");
+        connect(&button, &QPushButton::clicked, &button, [&told] { told += "pressed"; });
+        auto* layout = new QVBoxLayout(&window);
+        layout->addWidget(&kind.grid);
+        layout->addWidget(&button);
+        kind.words["size"] = [&](const Args& a) { window.resize(a[0].toInt(), a[1].toInt()); };
+        kind.words["font"] = [&](const Args& a) { kind.grid.setFont(QFont(kind.grid.font().family(), a[0].toInt())); };
+        kind.words["hide"] = [&](const Args&) { kind.grid.hide(); };
+        kind.words["show"] = [&](const Args&) { kind.grid.show(); };
+        window.resize(500, 300);
+        window.show();
+        kind.grid.setFocus();
+        const test::RecordScreen screen(window);
+        if (!QTest::qWaitForWindowActive(&window))
+            test::fail("the window doesn't become active");
+        const auto look = [&] {
+            return test::pictureOf(window) + measuresOf(kind.grid) + QStringList("row: " + kind.row());
+        };
+        QStringList seen = test::pictureOf(window, test::What::Everything);
+        QStringList before;
+        test::Unanswered unanswered(seen);
+        for (const QString& line : lines) {
+            if (!line.startsWith("> "))
+                continue;
+            seen += line;
+            unanswered.start();
+            told.clear();
+            screen.told.clear();
+            screen.log.clear();
+            for (const QString& word : line.sliced(2).split(' ', Qt::SkipEmptyParts)) {
+                const QString name = word.section('=', 0, 0);
+                const int number = test::failureNumber([&] {
+                    if (kind.words.contains(name))
+                        kind.words[name](word.section('=', 1).replace('~', ' ').split(','));
+                    else
+                        screen.run(word);
+                });
+                if (number)
+                    told += QString("failure %1").arg(number);
+                QCoreApplication::processEvents();
+            }
+            if (!screen.told.isEmpty()) {
+                window.activateWindow(); // as a window manager does once a box is gone
+                QCoreApplication::processEvents();
+            }
+            seen += told;
+            for (const auto& box : std::as_const(screen.told)) {
+                seen += box->shown ? box->title + ": " + box->text : "not asked";
+                box->shown = true; // it answers no later one
+            }
+            const QStringList now = look();
+            seen += test::changesOf(before, now);
+            before = now;
+        }
+        test::comparePicture(seen, lines.join('\n'));
+    }
+};
+
+ORLO_TEST(tst_grids)
+
+#include "tst_grids.moc"
