@@ -29,6 +29,7 @@ void PeopleForm::cmdFind_Click()
         SetNavButtons();
         FillRecord();
         PopulateNavLB();
+        SelectListRow(1);
     } else {
         widgets::message(m_words.nothingFound, QStringLiteral("No Data Found"));
         const int index = recordIndex();
