@@ -27,7 +27,8 @@ class PdfFile::Drawn final : public QIODevice
 public:
     explicit Drawn(const QString& path) : m_file(path), m_path(path)
     {
-        static_cast<void>(m_file.open()); // if it fails, so does the first write
+        if (!m_file.open())
+            platform::raiseUnwritable(path, m_file.errorString());
         open(WriteOnly | Unbuffered);
     }
 

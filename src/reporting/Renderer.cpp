@@ -77,7 +77,7 @@ using ExportedRows = std::vector<std::pair<std::size_t, QStringList>>;
 
 // Adds a block for each subreport, followed by its own subreports. A linked one's rows follow the line they belong to.
 void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringList& columns, const ExportedRows& outer,
-               Document& document)
+               Document& document, const PartProgress& progress)
 {
     Export main(report, facts);
     for (const auto& [name, definition] : report.definition.subreports) {
@@ -90,11 +90,12 @@ void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringLi
                 lines.emplace_back(row, own.line(row));
         } else {
             block.columns = columns + block.columns;
-            for (const auto& [place, line] : outer) {
-                const auto linked = inner.byLink.find(main.linkedKey(place, inner.linkedIndex));
+            for (std::size_t i = 0; i < outer.size(); ++i) {
+                progress.row(i, outer.size());
+                const auto linked = inner.byLink.find(main.linkedKey(outer[i].first, inner.linkedIndex));
                 if (linked != inner.byLink.end())
                     for (std::size_t row = linked->second.first; row < linked->second.last; ++row)
-                        lines.emplace_back(row, line + own.line(row));
+                        lines.emplace_back(row, outer[i].second + own.line(row));
             }
         }
         if (lines.empty())
@@ -103,7 +104,7 @@ void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringLi
             block.rows.push_back(line);
         const QStringList columnsOfBlock = block.columns;
         document.blocks.push_back(std::move(block));
-        addBlocks(inner, facts, columnsOfBlock, lines, document);
+        addBlocks(inner, facts, columnsOfBlock, lines, document, progress);
     }
 }
 
@@ -119,7 +120,7 @@ void fillExport(const BoundReport& report, const RunFacts& facts, Document& docu
         if (!report.definition.subreports.empty())
             lines.emplace_back(row, document.rows.back());
     }
-    addBlocks(report, facts, document.columns, lines, document);
+    addBlocks(report, facts, document.columns, lines, document, progress);
 }
 
 // One run of a report whose rows have been read.
@@ -210,6 +211,8 @@ std::optional<Document> render(const Definition& definition, const RunRequest& r
     } catch (const Cancelled&) {
         return std::nullopt;
     } catch (const ReportError& error) {
+        if (request.reportFile.isEmpty())
+            throw;
         throw error.inFile(nameOf(request.reportFile)).having(definition.files);
     }
 }

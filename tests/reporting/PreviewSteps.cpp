@@ -201,8 +201,9 @@ QStringList PreviewSteps::commands() const
                                  action->icon().isNull() ? "no sign" : "sign"}
                          .join(" | ");
         }
-    for (const auto* part : m_preview.window->findChildren<QWidget*>())
-        if (!part->accessibleName().isEmpty() && !part->objectName().isEmpty())
+    const QRegularExpression ours("^[a-z]{3}[A-Z]"); // not Qt's own parts
+    for (const auto* part : m_preview.window->findChildren<QWidget*>(ours))
+        if (!part->accessibleName().isEmpty())
             lines += part->objectName() + " is read as " + part->accessibleName();
     return lines;
 }

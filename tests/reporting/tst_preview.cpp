@@ -153,13 +153,15 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder; // a folder where the file is to go
         const OpenPreview preview;
-        const auto told = test::answerNext();
-        preview.window->saveCsv(folder.path());
         const QString path = QDir::toNativeSeparators(folder.path());
-        QCOMPARE(told->title + told->kind, "Pack: 47/awardsWarning, OK");
-        QVERIFY2(told->text.startsWith("The file " + path + " can't be saved.\n\nThe file " + path + " can"),
-                 qPrintable(told->text));
-        QVERIFY(preview.child<QWidget>("noticeBar")->isHidden());
+        for (const auto save : {&PreviewWindow::savePdf, &PreviewWindow::saveCsv}) {
+            const auto told = test::answerNext();
+            (preview.window->*save)(folder.path());
+            QCOMPARE(told->title + told->kind, "Pack: 47/awardsWarning, OK");
+            QVERIFY2(told->text.startsWith("The file " + path + " can't be saved.\n\nThe file " + path + " can"),
+                     qPrintable(told->text));
+            QVERIFY(preview.child<QWidget>("noticeBar")->isHidden());
+        }
     }
 
     // Whatever closes the preview also closes its dialogs.

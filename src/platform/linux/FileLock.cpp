@@ -60,7 +60,7 @@ FileLock::FileLock(const QString& path) : m_held(new Held{QFile(path), QFile(), 
         open ? QStringLiteral("Another program is using the file") : QStringLiteral("The file can't be read");
     // A killed process's lock survives briefly in a program it was just starting.
     while (open && ::flock(file.handle(), LOCK_EX | LOCK_NB) != 0) {
-        open = !deadline.hasExpired();
+        open = (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired();
         QThread::msleep(LookEvery);
     }
     if (!open)

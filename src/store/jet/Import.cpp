@@ -189,7 +189,8 @@ private:
                 set(at, becomesText ? Value(textOf(source)) : source.value);
             if (source.value.isNull() || nothing)
                 return problem;
-            if (field.type == FieldType::Double && countDigits(source.value.toText()) > SureDigits)
+            if (field.type == FieldType::Double && source.value.isText() &&
+                countDigits(source.value.toText()) > SureDigits)
                 problem = QStringLiteral("more digits than a number keeps");
             if (isWhole(field.type)) {
                 const double number = converted(source.value, {{}, FieldType::Double}).toDouble();
@@ -227,7 +228,7 @@ private:
     qint64 m_values = 0; // other than Null
 };
 
-// The other indexes are created after the rows, which is much faster.
+// The other indexes, of which none is unique, are created after the rows, which is much faster.
 TableDef withKeyOnly(const TableDef& table)
 {
     TableDef bare(table.name());
