@@ -228,7 +228,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
         source->rowsSql =
             own.isEmpty() ? "SELECT * FROM " + quoted(table->name) : connection.translated(own)->sql.toUtf8();
     }
-    if (!table || table->isQuery || table->rowKey.isEmpty())
+    if (!table || table->rowKey.isEmpty())
         return source;
 
     source->tableName = table->name.toUtf8();
