@@ -6,7 +6,6 @@
 #include "store/jet/FormerFile.h"
 #include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
-#include "store/jet/Import.h"
 #include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
