@@ -234,11 +234,10 @@ double val(QStringView text)
     }
     while (!digits.isEmpty() && !digits.back().isDigit() && digits.back() != u'.')
         digits.chop(1);
-    bool ok = false;
-    const double number = digits.toDouble(&ok);
+    const double number = digits.toDouble(); // 0 if there are none
     if (std::isinf(number))
         throw RuntimeError(Overflow);
-    return ok ? number : 0;
+    return number;
 }
 
 double leadingDigits(QStringView text)

@@ -6,7 +6,6 @@
 #include "store/jet/FormerFile.h"
 #include "store/jet/FormerRows.h"
 #include "store/jet/HelperStream.h"
-#include "store/jet/Import.h"
 #include "store/opening/OpenFile.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
@@ -397,14 +396,12 @@ private Q_SLOTS:
         const auto failure = test::failureOf([&] {
             store::jet::HelperStream stream(reader, path());
             const store::jet::Definitions definitions = store::jet::readDefinitions(stream);
-            for (const store::jet::FormerTable& table : definitions.tables) {
-                store::jet::FormerRows rows(stream, table);
+            store::jet::readTables(stream, definitions.tables, [&](const auto&, store::jet::FormerRows& rows) {
                 while (rows.next())
                     for (const store::jet::SourceValue& value : rows.row())
                         told += store::jet::textOf(value);
                 told += store::words(rows.count()).trimmed();
-            }
-            store::jet::finishStream(stream);
+            });
             told += definitions.report;
         });
         QCOMPARE((failure ? failure->description() : told.join(u'\n')).trimmed(), test::cell("told").trimmed());

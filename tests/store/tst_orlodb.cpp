@@ -75,19 +75,19 @@ private Q_SLOTS:
         const QStringList files = made();
         const QTemporaryDir room;
         QFile::setPermissions(room.path(), QFile::Permissions(0x7777));
-        Run checked;
-        Run exported;
+        std::vector<Run> runs;
         {
             std::optional<orlo::test::Forbidden> limit;
             QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
             if (!forbidden.isEmpty())
                 limit.emplace(out(), forbidden == "file" ? orlo::test::Forbidden::File : orlo::test::Forbidden::Folder);
-            checked = orloDb({"check", out()});
-            exported = orloDb({"export", out(), room.filePath("all")});
+            runs = {orloDb({"check", out()}), orloDb({"export", out(), room.filePath("all")})};
+            if (forbidden.isEmpty())
+                runs.push_back(orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"}));
         }
-        QCOMPARE(checked.errors.contains("A change of the file isn't done"), refused == "yes");
-        QVERIFY2(checked.status == (refused == "yes"), qPrintable(checked.said + checked.errors));
-        QVERIFY2(exported.status == (refused == "yes"), qPrintable(exported.errors));
+        QCOMPARE(runs[0].errors.contains("A change of the file isn't done"), refused == "yes");
+        for (const Run& run : runs)
+            QVERIFY2(run.status == (refused == "yes"), qPrintable(run.said + run.errors));
         QVERIFY(contents(out()) == before && made() == files);
     }
 

@@ -89,6 +89,8 @@ private Q_SLOTS:
         };
         QTEST(QString::number(test::failureNumber(update)), "number");
         QVERIFY(gDbNeedsUpdate);
+        const QString advice = widgets::Application::reportOf(platform::RuntimeError(91));
+        QCOMPARE(advice.contains("QuorrelOld_10"), test::cell("object") != "Den_Titles"); // the mark of an earlier try
         gDatabase.reset();
         QTEST(sqlite(folder.file(), "Select name From sqlite_master Where type In ('table', 'view') And name Not In "
                                     "('sqlite_sequence', 'Stored_Queries') And sql Not Like '%a TEXT(1))' And sql "

@@ -42,8 +42,6 @@ constexpr int Incomplete = 3; // repaired, but something is missing
 // Gives a finished file its final name, but never replaces another one.
 void take(const platform::FileInTheMaking& making, const QString& file)
 {
-    if (QFile left(making.name() + QStringLiteral("-journal")); left.exists() && !left.remove())
-        throw LoadError(QStringLiteral("%1: %2").arg(left.fileName(), left.errorString()));
     QFile made(making.name());
     if (!made.rename(file))
         throw LoadError(QStringLiteral("%1: %2").arg(file, made.errorString()));

@@ -57,7 +57,7 @@ QStringList keptOf(QStringList names, QDate today)
             keepFirsts(reckoned, period, kept);
     qsizetype left = OfToday;
     for (auto name = names.crbegin(); name != names.crend() && left > 0; ++name)
-        if (dayOfCopy(*name) == today && !kept.contains(*name)) {
+        if (dayOfCopy(*name) == today) { // the first one, which is kept anyway, comes last
             kept.insert(*name);
             --left;
         }

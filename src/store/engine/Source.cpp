@@ -117,7 +117,7 @@ std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& 
         Field& field = shape->fields[static_cast<std::size_t>(i)];
         const char* from = sqlite3_column_table_name(handle, i);
         const char* column = from ? sqlite3_column_origin_name(handle, i) : nullptr;
-        const bool own = column && table.compare(QString::fromUtf8(from), Qt::CaseInsensitive) == 0;
+        const bool own = table.compare(QString::fromUtf8(from), Qt::CaseInsensitive) == 0;
         const QString name = own ? QString::fromUtf8(column) : QString();
         shape->columns.push_back(own ? quoted(name) : QByteArray());
         shape->plain = shape->plain && own && name == field.name;
@@ -228,7 +228,7 @@ std::shared_ptr<const Source> makeSource(Connection& connection, const QString& 
         source->rowsSql =
             own.isEmpty() ? "SELECT * FROM " + quoted(table->name) : connection.translated(own)->sql.toUtf8();
     }
-    if (!table || table->isQuery || table->rowKey.isEmpty())
+    if (!table || table->rowKey.isEmpty())
         return source;
 
     source->tableName = table->name.toUtf8();

@@ -60,7 +60,6 @@ void appendSummed(QString& sql, const KeyedJoin& join, const UsedFields& fields,
 {
     QString sums;
     QString groups;
-    sums.reserve(condition.size() + 500);
     int number = 0;
     QStringView before = u"SELECT ";
     for (const auto& [field, summed] : fields) {
@@ -85,8 +84,7 @@ void appendSummed(QString& sql, const KeyedJoin& join, const UsedFields& fields,
 qsizetype SqlTranslator::placeOfSource(const KnownField* field) const
 {
     const auto has = [field](const Source& source) {
-        return field && source.fields &&
-               std::ranges::any_of(*source.fields, [field](auto& one) { return &one == field; });
+        return source.fields && std::ranges::any_of(*source.fields, [field](auto& one) { return &one == field; });
     };
     const auto found = std::ranges::find_if(m_scope->sources, has);
     return found == m_scope->sources.end() ? -1 : found - m_scope->sources.begin();
@@ -103,7 +101,7 @@ void SqlTranslator::noteJoin(Symbol side, qsizetype condition)
     };
     m_scope->join.reset();
     if (side != Symbol::Left || sources.size() != 2 || named.size() != 2 || sources[0].rowKey.isEmpty() ||
-        sources[1].rowKey.isEmpty() || !std::all_of(&m_tokens[condition], &m_tokens[m_at], isPart))
+        !std::all_of(&m_tokens[condition], &m_tokens[m_at], isPart))
         return;
     const bool turned = placeOfSource(named[0]) == 1;
     const KnownField* const from = named[turned ? 1 : 0];

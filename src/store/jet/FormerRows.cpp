@@ -117,4 +117,16 @@ void FormerRows::finish()
         throw damaged(QStringLiteral("%1 has lost values: %2 of %3 came.").arg(table).arg(found).arg(values));
 }
 
+void readTables(HelperStream& stream, const std::vector<FormerTable>& tables,
+                const std::function<void(const FormerTable&, FormerRows&)>& take)
+{
+    for (const FormerTable& table : tables) {
+        FormerRows rows(stream, table);
+        take(table, rows);
+    }
+    if (stream.number<std::uint32_t>() != End)
+        throw damaged(QStringLiteral("It could not be read to its end."));
+    stream.finish();
+}
+
 } // namespace orlo::store::jet

@@ -3,6 +3,7 @@
 #include "store/engine/Value.h"
 #include "store/jet/FormerFile.h"
 
+#include <functional>
 #include <vector>
 
 namespace orlo::store::jet
@@ -40,5 +41,10 @@ private:
     std::vector<SourceValue> m_row;
     FormerCount m_count;
 };
+
+/// Calls back for each of the tables, whose rows come next, and then reads the end of the stream. The callback reads
+/// the rows to their end. Raises 3049 without an end.
+void readTables(HelperStream& stream, const std::vector<FormerTable>& tables,
+                const std::function<void(const FormerTable&, FormerRows&)>& take);
 
 } // namespace orlo::store::jet

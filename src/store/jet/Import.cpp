@@ -15,6 +15,7 @@
 #include <QElapsedTimer>
 
 #include <cmath>
+#include <span>
 
 namespace orlo::store::jet
 {
@@ -71,8 +72,8 @@ bool isWhole(FieldType type)
 class TableFill
 {
 public:
-    TableFill(HelperStream& stream, Connection& connection, BulkLoad& load, const FormerTable& table)
-        : m_connection(connection), m_load(load), m_table(table), m_rows(stream, table), m_row(m_rows.row())
+    TableFill(Connection& connection, BulkLoad& load, const FormerTable& table)
+        : m_connection(connection), m_load(load), m_table(table)
     {
         for (const QString& name : table.targetFields)
             for (const Field& field : table.target.fields())
@@ -82,14 +83,16 @@ public:
 
     // Takes the rows up to the table's end, with a callback for each.
     template <class Each>
-    void run(const Each& each)
+    void run(FormerRows& rows, const Each& each)
     {
         if (!m_table.isLeft)
             m_load.begin(m_table.target, m_table.targetFields);
-        for (; m_rows.next(); each())
+        m_row = rows.row();
+        for (; rows.next(); each())
             if (!m_table.isLeft)
                 takeRow();
-        qCInfo(platform::takeoverLog).noquote() << words(m_rows.count());
+        m_rows = rows.count().rows;
+        qCInfo(platform::takeoverLog).noquote() << words(rows.count());
     }
 
     // Creates the "_Kept" table for rows refused wholly or partly.
@@ -130,7 +133,7 @@ public:
         for (const Field* field : m_fields)
             values += "+count(" + quoted(field->name) + ')';
         auto count = m_connection.statement("SELECT count(*), " + values + " FROM " + quoted(m_table.target.name()));
-        if (!count.step() || count.integer(0) + m_refused != m_rows.count().rows || count.integer(1) != m_values)
+        if (!count.step() || count.integer(0) + m_refused != m_rows || count.integer(1) != m_values)
             throw damaged(QStringLiteral("%1 has lost rows or values.").arg(m_table.name));
     }
 
@@ -220,8 +223,8 @@ private:
     BulkLoad& m_load;
     const FormerTable& m_table;
     std::vector<const Field*> m_fields;
-    FormerRows m_rows;
-    const std::vector<SourceValue>& m_row;
+    std::span<const SourceValue> m_row; // the one being read
+    qint64 m_rows = 0;
     std::vector<Kept> m_kept;
     QStringList m_reasons;
     qint64 m_refused = 0;
@@ -280,13 +283,6 @@ void checkIntegrity(Connection& connection, const Definitions& definitions)
 
 } // namespace
 
-void finishStream(HelperStream& stream)
-{
-    if (stream.number<std::uint32_t>() != End)
-        throw damaged(QStringLiteral("It could not be read to its end."));
-    stream.finish();
-}
-
 Report import(HelperStream& stream, Connection& connection, Database& database,
               const std::function<void(int percent)>& progress)
 {
@@ -311,9 +307,9 @@ Report import(HelperStream& stream, Connection& connection, Database& database,
     BulkLoad load(database);
     createTables(connection, definitions);
     std::vector<TableFill> fills;
-    for (const FormerTable& table : definitions.tables)
-        fills.emplace_back(stream, connection, load, table).run(each);
-    finishStream(stream);
+    readTables(stream, definitions.tables, [&](const FormerTable& table, FormerRows& rows) {
+        fills.emplace_back(connection, load, table).run(rows, each);
+    });
 
     QStringList taken = tableNames(connection);
     Report report; // rows first, since the message is limited

@@ -21,9 +21,6 @@ using Report = QStringList;
 [[nodiscard]] Report import(HelperStream& stream, Connection& connection, Database& database,
                             const std::function<void(int percent)>& progress);
 
-/// Reads the end of the stream. Raises 3049 if it is missing.
-void finishStream(HelperStream& stream);
-
 /// The report as one message about a file and the old one's kept name.
 [[nodiscard]] QString words(const Report& report, const QString& file, const QString& kept);
 

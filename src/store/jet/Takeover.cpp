@@ -97,13 +97,11 @@ std::vector<FormerCount> checkFormer(const QString& file)
     jet::HelperStream stream(helperProgram(), file);
     std::vector<FormerCount> counts;
     const jet::Definitions definitions = jet::readDefinitions(stream);
-    for (const jet::FormerTable& table : definitions.tables) {
-        jet::FormerRows rows(stream, table);
+    jet::readTables(stream, definitions.tables, [&counts](const jet::FormerTable&, jet::FormerRows& rows) {
         while (rows.next())
             ;
         counts.push_back(rows.count());
-    }
-    jet::finishStream(stream);
+    });
     return counts;
 }
 
