@@ -43,8 +43,10 @@ Calendar::Calendar(QWidget* parent)
 
 void Calendar::endYearEdit()
 {
-    if (m_year->isVisible())
-        Q_EMIT m_year->editingFinished();
+    if (!m_year->isVisible())
+        return;
+    m_year->interpretText();
+    Q_EMIT m_year->editingFinished();
 }
 
 int Calendar::day() const
@@ -78,13 +80,15 @@ bool Calendar::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+        if (enter && watched == m_days) {
+            event->ignore(); // belongs to the form's default button
+            return true;
+        }
         if (enter && watched == m_year) {
             endYearEdit();
             m_days->setFocus();
-        } else if (enter)
-            event->ignore(); // belongs to the form's default button
-        if (enter)
             return true;
+        }
     } else if (watched == m_days->viewport()) {
         if (event->type() == QEvent::MouseButtonPress)
             m_dayClicked = false;
