@@ -35,7 +35,7 @@ Value makeDate(Arguments a, Place place)
     if (a.size() == 2)
         throw ReportError(platform::SyntaxError, QStringLiteral("Date takes a year, a month and a day."), place);
     const QDate made(wholeArgument(a[0], place), wholeArgument(a[1], place), wholeArgument(a[2], place));
-    if (!made.isValid() || made.year() < FirstYear || made.year() > LastYear)
+    if (made.year() < FirstYear || made.year() > LastYear) // the year of an invalid date is 0
         noSuchDate(place);
     return Value(made);
 }
@@ -53,7 +53,7 @@ QDateTime moment(const DateTime& when)
 
 Value inBounds(const QDateTime& moved, Place place)
 {
-    if (!moved.isValid() || moved.date().year() < FirstYear || moved.date().year() > LastYear)
+    if (moved.date().year() < FirstYear || moved.date().year() > LastYear)
         throw ReportError(platform::Overflow, QStringLiteral("The date is out of range."), place);
     return Value(DateTime{moved.date(), moved.time()});
 }

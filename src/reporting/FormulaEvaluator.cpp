@@ -110,14 +110,11 @@ void requireConditionOf(const FormulaNode& node)
     if (call && call->function->compares)
         for (std::size_t i = 1; i < node.children.size(); ++i)
             requireComparable(node.children[0], node.children[i], node.place);
-    std::size_t conditions = 0;
-    if (node.as<FormulaNode::Connected>() || (call && call->function == &operatorNamed(QLatin1StringView("not"))))
-        conditions = node.children.size();
-    else if (node.as<FormulaNode::Choice>())
-        conditions = 1;
-    for (std::size_t i = 0; i < conditions; ++i)
-        if (node.children[i].type != Type::Any)
-            requireConditionOf(node.children[i]);
+    if (node.as<FormulaNode::Connected>() || node.as<FormulaNode::Choice>() ||
+        (call && call->function == &operatorNamed(QLatin1StringView("not"))))
+        for (const FormulaNode& child : node.children)
+            if (child.type != Type::Any)
+                requireConditionOf(child);
 }
 
 bool anyNode(const FormulaNode& node, const std::function<bool(const FormulaNode&)>& test)

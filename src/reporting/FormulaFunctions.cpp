@@ -131,7 +131,7 @@ Value leadingNumber(Arguments a, Place)
         QStringLiteral("^\\s*([+-]?(?:[0-9]{1,3}(?:,[0-9]{3})+(?![0-9])|[0-9]*)(?:\\.[0-9]*)?(?:[eE][+-]?[0-9]+)?)"));
     bool read = false;
     const double value = number.match(text(a[0])).captured(1).remove(u',').toDouble(&read);
-    return read && std::isfinite(value) ? value : 0;
+    return read ? value : 0;
 }
 
 // Rounds by decimal digits: 2.675 is stored as slightly less, but must still give 2.68.

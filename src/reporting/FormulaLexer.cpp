@@ -61,7 +61,7 @@ private:
     // Skips blanks, and comments from "//" to the end of the line.
     void skipBlanks()
     {
-        while (!atEnd() && (peek().isSpace() || m_text.mid(m_at).startsWith(u"//")))
+        while (peek().isSpace() || m_text.mid(m_at).startsWith(u"//"))
             if (peek().isSpace())
                 take();
             else

@@ -189,7 +189,7 @@ QStringList PreviewSteps::commands() const
 {
     QStringList lines;
     const auto* tools = m_preview.child<QToolBar>("tlbPreview");
-    QList<const QWidget*> holders{tools};
+    QList<const QWidget*> holders{tools, &view()};
     for (const auto* menu : m_preview.window->menuBar()->findChildren<QMenu*>())
         holders += menu->title().isEmpty() ? QList<const QWidget*>() : QList<const QWidget*>{menu};
     for (const QWidget* holder : std::as_const(holders))

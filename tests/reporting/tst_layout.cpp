@@ -94,6 +94,7 @@ private Q_SLOTS:
         if (QProcess::execute("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")}) == -2)
             QSKIP("pdftoppm is missing: the printed page is not looked at");
         const QImage image(folder.filePath("page.png"));
+        QCOMPARE(image.width() > image.height(), paper.endsWith("across"));
         const QImage mask = image.createMaskFromColor(QColor(Qt::darkGreen).rgb(), Qt::MaskOutColor);
         const QRect green = QRegion(QBitmap::fromImage(mask)).boundingRect();
         QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);

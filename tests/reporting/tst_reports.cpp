@@ -14,7 +14,6 @@
 
 #include <QDir>
 #include <QFontDatabase>
-#include <QImage>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QStringEncoder>
@@ -201,28 +200,20 @@ private Q_SLOTS:
 
     void printsWhatItSays() { QTEST(textOf(runText(test::cell("text")), 0, 1), "page"); }
 
-    // An included file adds what the report lacks; its faults are reported with its name. What won't look right on
-    // paper gets a warning.
-    void includesAndWarns()
+    // An included file adds what the report lacks; its faults are reported with its name.
+    void includesFiles()
     {
         const auto write = [&](const QString& name, const QByteArray& bytes) {
             test::write(m_dir.filePath(name), bytes);
         };
         write("style.inc", fileOf("style.inc"));
         write("own.rpt", "\xEF\xBB\xBF" + fileOf("own.rpt"));
-        QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(m_dir.filePath("mark.png")));
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("own.rpt");
         const Document document = *run(wanted);
         QCOMPARE(document.files,
                  (QStringList{wanted.reportFile, m_dir.filePath("style.inc"), m_dir.filePath("pack.inc"),
                               m_dir.filePath("pack.png"), m_dir.filePath("mark.png")}));
-        QCOMPARE(document.warnings.join(u'\n'),
-                 "The file style.inc isn't UTF-8, so its accented letters may be wrong.\n"
-                 "The font \"No Such\" isn't installed; another takes its place. (style.inc, line 1, column 7)\n"
-                 "This reaches beyond the right margin. (own.rpt, line 12, column 6)\n"
-                 "This picture is higher than a page's room for it. (own.rpt, line 13, column 9)\n"
-                 "This text stands over the one that begins before it. (own.rpt, line 11, column 6)");
         write("style.inc", "page-header {\ntext 0 = {None}\n}\n");
         QStringEncoder asNotepad(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
         write("own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));

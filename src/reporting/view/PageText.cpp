@@ -148,7 +148,7 @@ std::vector<QRectF> PageText::boxes(qsizetype from, qsizetype to) const
 bool PageText::isTextAt(QPointF point) const
 {
     return std::any_of(m_lines.begin(), m_lines.end(),
-                       [&](const Line& line) { return line.item->box.contains(point) && line.size > 0; });
+                       [&](const Line& line) { return line.item->box.contains(point); });
 }
 
 qsizetype PageText::placeAt(QPointF point) const
