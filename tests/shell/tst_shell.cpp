@@ -283,40 +283,6 @@ private Q_SLOTS:
         QVERIFY(test::control<QLineEdit>(*area.activeSubWindow(), "txtPackNum").text().isEmpty());
     }
 
-    // Where each of three windows comes, in heights of a title, and how large: as large as it wants to be, with a bar
-    // besides if it can't be as large the other way, or as the room.
-    void placesWindows_data() { test::tableOf("shell/shell_places.txt"); }
-    void placesWindows()
-    {
-        test::AppFolder folder;
-        test::fill(test::Pack);
-        auto& frame = mdiPendrake::instance();
-        frame.showNormal();
-        frame.resize(test::cell("wide").toInt(), test::cell("high").toInt());
-        const auto& area = test::control<QMdiArea>(frame, "mdiArea");
-        QStringList places;
-        for (const char* command : {"mnuPackInformation", "mnuScouts", "mnuDenInfo"}) {
-            test::control<QAction>(frame, command).trigger();
-            QTest::qWait(50);
-            const auto* window = area.activeSubWindow();
-            const int title = frame.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
-            const int bar = frame.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-            const auto size = [bar](int is, int wanted, int room) {
-                const QString all = is == wanted ? "all" : is == wanted + bar ? "bar" : QString::number(is - wanted);
-                return is == room ? QString("room") : all;
-            };
-            const QSize wanted = window->sizeHint();
-            const QSize room = area.viewport()->size();
-            places += QString("%1 %2 %3 %4")
-                          .arg(double(window->x()) / title)
-                          .arg(double(window->y()) / title)
-                          .arg(size(window->width(), wanted.width(), room.width()),
-                               size(window->height(), wanted.height(), room.height()));
-        }
-        widgets::Form::unloadAll();
-        QTEST(places.join(", "), "places");
-    }
-
     // A field of which only a few pixels show is scrolled into view when the press on it is released.
     void pressedFieldIsSeen()
     {
