@@ -41,14 +41,15 @@ QStringList measuresOf(const QTableView& grid)
         const auto aligned = Qt::Alignment(grid.model()->index(0, column).data(Qt::TextAlignmentRole).toInt());
         cells += aligned & Qt::AlignRight ? '>' : aligned & Qt::AlignHCenter ? '^' : '<';
     }
-    return {"widths: " + widths.join(' '),
+    return {("widths: " + widths.join(' ')).trimmed(),
             QString("heights: %1, %2")
                 .arg(qRound(grid.horizontalHeader()->height() * twips))
                 .arg(qRound(grid.rowHeight(0) * twips)),
             QString("scrolled: %1 of %2")
                 .arg(grid.horizontalScrollBar()->value())
                 .arg(grid.horizontalScrollBar()->maximum()),
-            "heard: " + heard(Qt::AccessibleDescriptionRole), "headings: " + headings.join('/') + ' ' + cells};
+            ("heard: " + heard(Qt::AccessibleDescriptionRole)).trimmed(),
+            ("headings: " + headings.join('/') + ' ' + cells).trimmed()};
 }
 
 // A grid of texts, by what its callers may do to it.
