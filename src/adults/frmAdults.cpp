@@ -230,7 +230,7 @@ void frmAdults::LoadDenLists()
     trapped([this] {
         widgets::ComboBox& filter = *ui->cmbSelectedDens;
         const int rows = filter.listCount();
-        if (!readDens() || std::max(0, rows - 1) == static_cast<int>(m_dens.texts.size())) // less "<All>"
+        if (!readDens() || rows - 1 == static_cast<int>(m_dens.texts.size())) // less "<All>"
             return;
         if (rows > 0 || filters().namesDen() || filter.text().isEmpty()) {
             filters().setDens(m_dens.texts);

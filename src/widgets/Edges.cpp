@@ -58,12 +58,6 @@ QRectF inside(const QRectF& box, const QPen& pen)
     return box.adjusted(half, half, -half, -half);
 }
 
-QRectF square(const QRect& place)
-{
-    const int side = std::min(place.width(), place.height());
-    return QRect(place.x() + (place.width() - side) / 2, place.y() + (place.height() - side) / 2, side, side);
-}
-
 // The ground of a checked or chosen box, darker or lighter while pressed.
 QColor groundOf(const QStyleOption& option)
 {
@@ -86,7 +80,7 @@ void paintTick(QPainter& painter, const QStyleOption& box)
 {
     const Smooth smooth(painter);
     const QPen pen = edgePen(box);
-    const QRectF place = square(box.rect);
+    const QRectF place = box.rect; // a square, as all indicators are
     painter.setPen(pen);
     painter.setBrush(groundOf(box));
     painter.drawRoundedRect(inside(place, pen), Radius, Radius);
@@ -103,7 +97,7 @@ void paintRadio(QPainter& painter, const QStyleOption& choice)
 {
     const Smooth smooth(painter);
     const QPen pen = edgePen(choice, RoundEdge);
-    const QRectF place = square(choice.rect);
+    const QRectF place = choice.rect;
     painter.setPen(pen);
     painter.setBrush(groundOf(choice));
     painter.drawEllipse(inside(place, pen));

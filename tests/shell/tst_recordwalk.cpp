@@ -18,8 +18,9 @@ class tst_recordwalk : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // F, P, N and L step, "s" settles and "2" goes to the second record; the place and the record where the walk ends,
-    // and what settling or, for a walking form, the place reported last: "-" none, "+" one, "=" unchanged.
+    // F, P, N and L step, "s" settles, "d" deletes and "2" goes to the second record; the place and the record where
+    // the walk ends, and what settling or, for a walking form, the place reported last: "-" none, "+" one, "="
+    // unchanged.
     void steps_data() { test::tableOf("shell/steps.txt"); }
     void steps()
     {
@@ -39,6 +40,7 @@ private Q_SLOTS:
                                                         {"P", [&] { walk.stepToPrevious(); }},
                                                         {"N", [&] { walk.stepToNext(); }},
                                                         {"L", [&] { walk.stepToLast(); }},
+                                                        {"d", [&] { walk.rsRecords->remove(); }},
                                                         {"2", [&] { walk.goTo(2); }}};
         for (const QString& step : steps.split(' '))
             does[step]();

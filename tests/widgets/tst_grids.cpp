@@ -41,14 +41,15 @@ QStringList measuresOf(const QTableView& grid)
         const auto aligned = Qt::Alignment(grid.model()->index(0, column).data(Qt::TextAlignmentRole).toInt());
         cells += aligned & Qt::AlignRight ? '>' : aligned & Qt::AlignHCenter ? '^' : '<';
     }
-    return {"widths: " + widths.join(' '),
+    return {("widths: " + widths.join(' ')).trimmed(),
             QString("heights: %1, %2")
                 .arg(qRound(grid.horizontalHeader()->height() * twips))
                 .arg(qRound(grid.rowHeight(0) * twips)),
             QString("scrolled: %1 of %2")
                 .arg(grid.horizontalScrollBar()->value())
                 .arg(grid.horizontalScrollBar()->maximum()),
-            "heard: " + heard(Qt::AccessibleDescriptionRole), "headings: " + headings.join('/') + ' ' + cells};
+            ("heard: " + heard(Qt::AccessibleDescriptionRole)).trimmed(),
+            ("headings: " + headings.join('/') + ' ' + cells).trimmed()};
 }
 
 // A grid of texts, by what its callers may do to it.
@@ -102,6 +103,11 @@ struct Records {
         {"stretch", [this](const Args& a) { grid.setStretchColumn(a[0].toInt()); }},
         {"row", [this](const Args& a) { grid.setRow(a[0].toInt()); }},
         {"cell", [this](const Args& a) { grid.setCurrentIndex(grid.model()->index(a[0].toInt(), a[1].toInt())); }},
+        {"put", // in a row that needn't be the current one
+         [this](const Args& a) {
+             const bool taken = grid.model()->setData(grid.model()->index(a[0].toInt(), a[1].toInt()), a[2]);
+             told += taken ? "taken" : "not taken";
+         }},
         {"find", [this](const Args& a) { told += QString("found %1").arg(grid.findRow(a[0].toInt(), a[1])); }},
         {"read", [this](const Args& a) { told += "read " + grid.columnText(a[0].toInt()); }},
         {"commit", [this](const Args&) { told += grid.commitRow() ? "written" : "not written"; }},
@@ -169,6 +175,55 @@ private Q_SLOTS:
     void texts() { play<Texts>(); }
     void records_data() { test::cases({"case"}, "widgets/grids_records.txt"); }
     void records() { play<Records>(); }
+
+    void tints()
+    {
+        QStringList told;
+        Records records(told);
+        records.grid.setRow(0);
+        records.grid.show();
+        const auto* caption = records.grid.findChild<QLabel*>("caption");
+        QVERIFY(caption->isVisible() && caption->geometry().bottom() < records.grid.viewport()->y());
+        const QImage painted = records.grid.viewport()->grab().toImage();
+        QSet<QRgb> grounds; // of the current row, another one and the empty line
+        for (const int row : {0, 1, 3})
+            grounds +=
+                painted.pixel(records.grid.visualRect(records.grid.model()->index(row, 1)).topLeft() + QPoint(3, 3));
+        QCOMPARE(grounds.size(), 3);
+    }
+
+    // The records are read as they come into view; reading all of them for each step would take minutes here.
+    void manyRecords()
+    {
+        QStringList told;
+        Records records(told);
+        {
+            store::Transaction transaction(records.database);
+            store::Recordset rows = records.database.openRecordset("Titles");
+            for (int number = 0; number < 10'000; ++number) {
+                rows.addNew();
+                rows.setValue(0, QString("T%1").arg(number));
+                rows.setValue(1, number + 4);
+                rows.update();
+            }
+            transaction.commit();
+        }
+        const std::clock_t start = std::clock(); // processor time, whatever else the machine does
+        records.control.refresh();
+        records.grid.show();
+        for (int turn = 0; turn < 80; ++turn) {
+            const int row = turn * 7'777 % 10'000;
+            records.grid.setCurrentIndex(records.grid.model()->index(row + 3, 1));
+            QCoreApplication::processEvents();
+            QCOMPARE(records.grid.columnText(0), QStringLiteral("T%1").arg(row));
+        }
+        QVERIFY(records.grid.model()->setData(records.grid.model()->index(7'780, 0), "last"));
+        const auto refused = test::answerNext();
+        QVERIFY2(records.grid.commitRow(), qPrintable(refused->text));
+        QCOMPARE(records.grid.cellText(7'780, 0), "last");
+        const auto seconds = (std::clock() - start) / CLOCKS_PER_SEC;
+        QVERIFY2(seconds < 10, qPrintable(QString::number(seconds)));
+    }
 
     // A quadratic step anywhere would take minutes at this size.
     void manyRows()
