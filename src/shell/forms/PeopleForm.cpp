@@ -354,6 +354,7 @@ void PeopleForm::enableRecord()
 
 void PeopleForm::PopulateNavLB()
 {
+    rsRecords->moveFirst();
     QStringList rows;
     rows.reserve(mRecordCount);
     const bool lastNameFirst = m_filters->lastNameFirst();
