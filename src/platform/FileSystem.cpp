@@ -51,14 +51,7 @@ void FileSystem::deleteFile(const QString& path, bool force) const
     const QString target = nativePath(path);
     if (!QFileInfo(target).isFile())
         throw RuntimeError(FileNotFound, QStringLiteral("FileSystem"));
-    if (!isWritable(target) && !force)
-        throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
-    if (QFile::remove(target))
-        return;
-    // Some systems don't delete write-protected files.
-    const bool freed = force && !QFileInfo(target).isSymLink() &&
-                       QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
-    if (!freed || !QFile::remove(target))
+    if ((!isWritable(target) && !force) || !QFile::remove(target))
         throw RuntimeError(PermissionDenied, QStringLiteral("FileSystem"));
 }
 

@@ -201,7 +201,7 @@ QStringList PreviewSteps::commands() const
                                  action->icon().isNull() ? "no sign" : "sign"}
                          .join(" | ");
         }
-    const QRegularExpression ours("^[a-z]{3}[A-Z]"); // not Qt's own parts
+    const QRegularExpression ours("^[a-z]{2,3}[A-Z]"); // not Qt's own parts
     for (const auto* part : m_preview.window->findChildren<QWidget*>(ours))
         if (!part->accessibleName().isEmpty())
             lines += part->objectName() + " is read as " + part->accessibleName();

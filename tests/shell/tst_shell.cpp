@@ -16,7 +16,6 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/Calendar.h"
-#include "widgets/Contrast.h"
 #include "widgets/MessageBox.h"
 
 #include <QtTest/QtTest>

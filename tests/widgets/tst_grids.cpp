@@ -55,11 +55,12 @@ QStringList measuresOf(const QTableView& grid)
 // A grid of texts, by what its callers may do to it.
 struct Texts {
     widgets::KeyGrid grid;
-    std::optional<widgets::RedrawHold> hold;
+    std::vector<std::unique_ptr<widgets::RedrawHold>> holds;
+    QStringList& told;
     Words words{{"rows", [this](const Args& a) { grid.setRows(a[0].toInt()); }},
                 {"cols", [this](const Args& a) { grid.setCols(a[0].toInt()); }},
                 {"text", [this](const Args& a) { grid.setText(a[0].toInt(), a[1].toInt(), a[2]); }},
-                {"read", [this](const Args& a) { (void)grid.text(a[0].toInt(), a[1].toInt()); }},
+                {"read", [this](const Args& a) { told += "read " + grid.text(a[0].toInt(), a[1].toInt()); }},
                 {"row", [this](const Args& a) { grid.setRow(a[0].toInt()); }},
                 {"add", [this](const Args& a) { grid.setText(grid.addRow(), 1, a[0]); }},
                 {"remove", [this](const Args& a) { grid.removeRow(a[0].toInt()); }},
@@ -69,13 +70,13 @@ struct Texts {
                 {"centre", [this](const Args& a) { grid.setColAlignment(a[0].toInt(), Qt::AlignHCenter); }},
                 {"stretch", [this](const Args& a) { grid.setStretchColumn(a[0].toInt()); }},
                 {"keys", [this](const Args& a) { grid.setFirstKeyColumn(a[0].toInt(), a[1].toInt()); }},
-                {"hold", [this](const Args&) { hold.emplace(grid); }},
-                {"release", [this](const Args&) { hold.reset(); }}};
+                {"hold", [this](const Args&) { holds.push_back(std::make_unique<widgets::RedrawHold>(grid)); }},
+                {"release", [this](const Args&) { holds.pop_back(); }}};
 
-    explicit Texts(QStringList& told)
+    explicit Texts(QStringList& log) : told(log)
     {
         QObject::connect(&grid, &widgets::TextGrid::rowDoubleClicked, &grid,
-                         [this, &told] { told += QString("double click on row %1").arg(grid.row()); });
+                         [this] { told += QString("double click on row %1").arg(grid.row()); });
     }
     [[nodiscard]] QString row() const { return QString::number(grid.row()); }
 };
@@ -220,7 +221,9 @@ private Q_SLOTS:
         QVERIFY(records.grid.model()->setData(records.grid.model()->index(7'780, 0), "last"));
         const auto refused = test::answerNext();
         QVERIFY2(records.grid.commitRow(), qPrintable(refused->text));
-        QCOMPARE(records.grid.cellText(7'780, 0), "last");
+        refused->shown = true; // it answers nothing later
+        QCOMPARE(records.database.openRecordset("Select Title From Titles Where Sort_Order = 7781").value(0).toText(),
+                 "last");
         const auto seconds = (std::clock() - start) / CLOCKS_PER_SEC;
         QVERIFY2(seconds < 10, qPrintable(QString::number(seconds)));
     }
@@ -250,8 +253,6 @@ private:
     template <class Kind>
     static void play()
     {
-        if (QSysInfo::productType() == "windows")
-            test::skip("letters have other widths there");
         const QStringList lines = test::cell("case").trimmed().split('\n');
         QWidget window;
         QStringList told;
@@ -313,7 +314,16 @@ private:
             seen += test::changesOf(before, now);
             before = now;
         }
-        test::comparePicture(seen, lines.join('\n'));
+        test::comparePicture(comparable(seen), comparable(lines).join('\n'));
+    }
+
+    // Letters have other widths on Windows.
+    static QStringList comparable(QStringList lines)
+    {
+        static const QRegularExpression Measures("^(widths|heights|scrolled): .*|, (spare room|scrolls|cut heading)");
+        if (QSysInfo::productType() == "windows")
+            lines.replaceInStrings(Measures, QString()).removeAll(QString());
+        return lines;
     }
 };
 

@@ -39,8 +39,9 @@ void copyDatabase(const Database& database, const QString& path)
         refuseCopying(platform::CannotLockFile);
     const auto ending = qScopeGuard([&connection] { connection.endReading(); });
     (void)connection.statement("SELECT count(*) FROM sqlite_master").step(); // takes the lock
-    const bool logged =
-        QFile::exists(QString::fromUtf8(sqlite3_db_filename(connection.handle(), "main")) + QStringLiteral("-wal"));
+    // A file for a log that has none is read without a lock, so a log may come meanwhile.
+    const QString log = QString::fromUtf8(sqlite3_db_filename(connection.handle(), "main")) + QStringLiteral("-wal");
+    bool mayHaveLog = false;
 
     sqlite3_file* file = nullptr;
     sqlite3_int64 size = 0;
@@ -55,7 +56,8 @@ void copyDatabase(const Database& database, const QString& path)
         block.resize(std::min(BlockSize, size - at));
         if (file->pMethods->xRead(file, block.data(), static_cast<int>(block.size()), at) != SQLITE_OK)
             refuseCopying(platform::DatabaseDamaged);
-        if (at == 0 && logged && block[FormatAt] != WithJournal) // the newest rows are in the log
+        mayHaveLog = mayHaveLog || (at == 0 && block[FormatAt] != WithJournal);
+        if (mayHaveLog && QFile::exists(log)) // the newest rows are in it
             refuseCopying(platform::CannotLockFile);
         if (made.write(block) != block.size())
             refuseCopying(made.error() == QFileDevice::ResourceError ? platform::DiskFull : platform::PathFileAccess);

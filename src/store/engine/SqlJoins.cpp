@@ -101,7 +101,7 @@ void SqlTranslator::noteJoin(Symbol side, qsizetype condition)
     };
     m_scope->join.reset();
     if (side != Symbol::Left || sources.size() != 2 || named.size() != 2 || sources[0].rowKey.isEmpty() ||
-        !std::all_of(&m_tokens[condition], &m_tokens[m_at], isPart))
+        sources[1].rowKey.isEmpty() || !std::all_of(&m_tokens[condition], &m_tokens[m_at], isPart))
         return;
     const bool turned = placeOfSource(named[0]) == 1;
     const KnownField* const from = named[turned ? 1 : 0];

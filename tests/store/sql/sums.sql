@@ -9,12 +9,16 @@ Create View If Not Exists Once As Select 0;
 Create View If Not Exists Merged As Select 0;
 Create View If Not Exists Wide As Select 0;
 Create View If Not Exists Third As Select 0;
+Create View If Not Exists Nested As Select 0;
+Create View If Not Exists Twice As Select 0;
 Insert Or Ignore Into Stored_Queries Values
 ('Whole', 'Select P.[Last Name] As Name, IIf(IsNull(G.Size), 1, Size) As Size, Half, Given, P.Den, G.SID From Gifts G Left Join People P On G.SID = P.SID'),
 ('Single', 'Select [Last Name] As Called, 1 As One, 0.5, Given, P.Den, Gifts.SID From Gifts Left Join People As P On P.SID = Gifts.SID Order By Given'),
 ('Once', 'Select Distinct P.[Last Name] As Name, Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Wide', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID, People Q'),
 ('Third', 'Select P.[Last Name] As Name, G.Size As Size From (Gifts G Left Join People P On G.SID = P.SID) Left Join People Q On G.SID = Q.SID'),
+('Nested', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People) As Q On G.SID = Q.SID'),
+('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
 ('Both', 'Select * From Whole Union All Select * From Single');
 Delete From People; Delete From Gifts; Delete From Joined; Delete From Sums;
