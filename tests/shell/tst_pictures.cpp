@@ -48,7 +48,7 @@ private Q_SLOTS:
     void windows_data() { test::addWindows(); }
     void windows()
     {
-        skipTooLarge();
+        skipOtherSizes();
         QFETCH(test::Open, open);
         test::prepareForWindows();
         QStringList seen;
@@ -72,7 +72,7 @@ private Q_SLOTS:
     void keepsItsShape_data() { test::addWindows(); }
     void keepsItsShape()
     {
-        skipTooLarge();
+        skipOtherSizes();
         if (QTest::currentDataTag() == QByteArray("previewWindow"))
             test::skip("it is no form");
         QFETCH(test::Open, open);
@@ -107,12 +107,14 @@ private Q_SLOTS:
     }
 
 private:
-    // Some windows and grids just fit the tests' screen, but not with the margins that Windows has.
-    static void skipTooLarge()
+    // Some windows and grids just fit the tests' screen, but not with the margins that Windows has, and a press in a
+    // text is between other letters.
+    static void skipOtherSizes()
     {
-        const QStringList rows{"frmScouts", "frmAdults", "assign: widths", "positions: wide columns"};
+        const QStringList rows{"frmScouts", "frmAdults", "assign: widths", "positions: wide columns",
+                               "scouts: awards are edited"};
         if (QSysInfo::productType() == "windows" && rows.contains(QTest::currentDataTag()))
-            test::skip("the screen is too small for it");
+            test::skip("the sizes are other ones there");
     }
 
     // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead or, after a
@@ -121,7 +123,7 @@ private:
     // last word opens, until it is closed. "> Select" shows what is stored.
     void play()
     {
-        skipTooLarge();
+        skipOtherSizes();
         const QString text = test::cell("case").trimmed();
         const QString head = text.section("\n> ", 0, 0);
         const QString sql = head.section('\n', 1);
