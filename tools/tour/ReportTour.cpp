@@ -30,7 +30,7 @@ void ReportTour::preview()
     auto& report = static_cast<reporting::PreviewWindow&>(window(QStringLiteral("previewWindow")));
     report.showNormal(); // a window manager may keep a maximised window's size
     settle();
-    report.resize(1000, 760);
+    report.setGeometry(100, 100, 1000, 760); // with room for a title
     picture(report, QStringLiteral("preview"));
     QTest::keyClick(&report, Qt::Key_F, Qt::ControlModifier);
     settle();
