@@ -46,7 +46,7 @@ public:
     [[nodiscard]] std::int16_t toInt16() const;
     [[nodiscard]] std::int32_t toInt32() const;
     [[nodiscard]] double toDouble() const;
-    /// Whether it isn't 0.
+    /// Whether it isn't 0. Raises 94 for Null, 13 for what doesn't read as a number.
     [[nodiscard]] bool toBool() const;
     /// Raises 94 for Null, 13 for what doesn't read as a date.
     [[nodiscard]] DateTime toDate() const;
