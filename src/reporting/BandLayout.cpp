@@ -72,10 +72,10 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         return;
     }
     // Cuts a high row between lines: each part takes as many lines of each cell as fit into a share of the limit, so
-    // that the parts fill pages to the end.
+    // that the parts fill pages to the end. Beside a picture, the first part takes as many as there is room for.
     const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
     for (bool top = true, more = true; more; top = false) {
-        Strip strip = part(row, content, limit, top);
+        Strip strip = part(row, content, top ? std::max(limit, content.pictures) : limit, top);
         more = strip.goesOn;
         strip.row = scope.row;
         addDecoration(row, left, strip.height, top, !more, strip);
@@ -173,7 +173,7 @@ double BandLayout::addFigure(const Cell& cell, double textTop, double ascent, St
         return textTop;
     addMark(cell, textTop + ascent, strip);
     const double line = ascent - m_typesetter.ascent(cell.font) + m_typesetter.lineHeight(cell.font);
-    return textTop + (isMark(element) ? std::max(ascent, line) : ascent + element.thickness);
+    return textTop + (isMark(element) ? line : ascent + element.thickness);
 }
 
 std::vector<BandLayout::Block> BandLayout::blocks(const Row& row, const RowScope& scope, double left) const

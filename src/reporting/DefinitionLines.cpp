@@ -276,7 +276,6 @@ Formula DefinitionLines::formulaBeforeBrace()
 
 Formula DefinitionLines::formulaInBrackets()
 {
-    const Place here = place();
     int depth = 0;
     QChar until; // the closing character of a text or a field name
     for (qsizetype i = m_at; i < m_statement.size(); ++i) {
@@ -288,7 +287,7 @@ Formula DefinitionLines::formulaInBrackets()
         else if (c == u'(')
             ++depth;
         else if (c == u')' && --depth == 0) {
-            Formula formula(rest().left(i + 1 - m_at), here);
+            Formula formula(rest().left(i + 1 - m_at), place());
             m_at = i + 1;
             skipBlanks();
             return formula;

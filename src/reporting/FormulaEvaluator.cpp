@@ -76,7 +76,7 @@ struct Evaluation {
 
     Value operator()(const FormulaNode::Choice&) const
     {
-        const Value test = condition(child(0), node.place);
+        const Value test = condition(child(0), node.children.front().place);
         if (!test.isNull() && test.toBool())
             return child(1);
         return node.children.size() > 2 ? child(2) : Value();

@@ -140,8 +140,8 @@ double roundedTo(double number, int decimals, double (*round)(double))
     const double scale = std::pow(10.0, std::abs(decimals));
     const double scaled = decimals < 0 ? number / scale : number * scale;
     if (std::abs(scaled) >= FirstOfSixteenDigits)
-        return decimals > 0 || !std::isfinite(scaled) ? number : round(scaled) * scale;
-    const double whole = round(QString::number(scaled, 'g', 15).toDouble()) + 0.0; // never -0
+        return decimals > 0 ? number : round(scaled) * scale;
+    const double whole = round(QString::number(scaled, 'g', 15).toDouble());
     return decimals < 0 ? whole * scale : whole / scale;
 }
 
@@ -341,7 +341,7 @@ QString patternText(double number, const QString& pattern)
     QString back = shown.section(u'.', 1);
     while (back.size() > fraction.count(u'0') && back.endsWith(u'0'))
         back.chop(1);
-    if (front == u"0" && !whole.contains(u'0'))
+    if (front == u"0") // there again if the pattern has a 0
         front.clear();
     front = front.rightJustified(whole.count(u'0'), u'0');
     if (whole.contains(u','))

@@ -54,7 +54,6 @@ struct FormulaNode {
     Type type = Type::Any;
     Place place;
     int depth = 1;
-    bool bracketed = false;
     std::vector<FormulaNode> children;
 
     template <typename Part>

@@ -261,8 +261,8 @@ private:
         Type type = function.type;
         if (type == Type::Any && left.type == right.type) // the difference between two dates is a number
             type = left.type == Type::Date ? Type::Number : left.type;
-        // Parentheses matter: "(a - b) - c" extends the list, "a - (b - c)" doesn't.
-        if (const auto* call = left.as<FormulaNode::Call>(); call && call->function == &function && !left.bracketed) {
+        // "(a - b) - c" lengthens the list, too; "a - (b - c)" doesn't.
+        if (const auto* call = left.as<FormulaNode::Call>(); call && call->function == &function) {
             left.depth = std::max(left.depth, right.depth + 1);
             left.type = type;
             left.children.push_back(std::move(right));
@@ -321,7 +321,6 @@ private:
             if (acceptSign("(")) {
                 FormulaNode node = expression();
                 expectSign(")");
-                node.bracketed = true;
                 return node;
             }
             break;

@@ -61,7 +61,6 @@ private:
             const std::size_t heading = beginHeading(m_definition.headings);
             emitGroup(0, rows);
             endHeading(heading);
-            m_scope.row = rows.last - 1;
             m_scope.range = rows;
         }
         noteCutLabels();
@@ -124,11 +123,8 @@ private:
                               QStringLiteral("There is no subreport \"%1\".").arg(element.subreport), element.place);
         const BoundReport& inner = found->second;
         RowRange rows{0, inner.rows.rows.size()};
-        if (inner.linkedIndex >= 0) {
-            const Value key = m_scope.field(inner.linkedIndex);
-            const auto linked = key.isNull() ? inner.byLink.end() : inner.byLink.find(linkKey(key));
-            rows = linked == inner.byLink.end() ? RowRange{} : linked->second;
-        }
+        if (inner.linkedIndex >= 0)
+            rows = inner.linkedTo(m_scope.field(inner.linkedIndex));
         const std::size_t kept = m_flow.kept.size();
         m_flow.kept.push_back({m_flow.strips.size(), m_flow.strips.size(), m_mayLeaveEmpty});
         const std::size_t first = m_flow.strips.size();
@@ -203,7 +199,6 @@ private:
             append(group.header, true);
         emitGroup(level + 1, rows);
         endHeading(heading);
-        m_scope.row = rows.last - 1;
         m_scope.range = rows;
         m_scope.groupNumber = number;
         keepWithPrevious(group.footer);
@@ -281,7 +276,7 @@ private:
             return;
         const auto columns = std::size_t(detail.columns);
         const auto linesOfSheet =
-            std::max(std::size_t((m_job.bodyHeight + LabelTolerance) / detail.height), std::size_t(1));
+            std::max(std::size_t((m_job.bodyHeight + HeightTolerance) / detail.height), std::size_t(1));
         const std::size_t ofSheet = linesOfSheet * columns;
         if (m_sheet == NoStrip || m_label >= ofSheet) {
             m_label = m_sheet == NoStrip ? std::size_t(detail.skip) % ofSheet : 0;
@@ -293,7 +288,7 @@ private:
         while (m_flow.strips.size() <= m_sheet + line) {
             appendLine();
             m_flow.strips.back().height = detail.height;
-            m_flow.strips.back().breakBefore = m_flow.strips.size() == m_sheet + 1 && m_sheet > 0;
+            m_flow.strips.back().breakBefore = m_flow.strips.size() == m_sheet + 1;
         }
         for (auto mark = m_flow.outline.rbegin(); mark != m_flow.outline.rend() && mark->strip == NoStrip; ++mark)
             mark->strip = m_sheet + line;
@@ -345,7 +340,7 @@ private:
             if (const auto* picture = std::get_if<PictureItem>(&item))
                 return picture->box.bottom() > limit;
             auto& [box, width, color, fill] = std::get<BoxItem>(item);
-            if (box.bottom() > limit && box.top() <= limit && fill.alpha() > 0)
+            if (box.bottom() > limit && fill.alpha() > 0)
                 box.setBottom(std::max(height, box.top()));
             return box.bottom() > limit;
         };

@@ -49,11 +49,9 @@ Span nextAddress(QStringView text, qsizetype start)
     return {};
 }
 
-// True for a text of several lines that is a single word, broken only where addresses are broken.
-bool isOneWord(const QString& text)
+// True for a text that is broken only where addresses are broken.
+bool mayBeOneWord(const QString& text)
 {
-    if (text.contains(u' '))
-        return false;
     for (qsizetype end = text.indexOf(u'\n'); end >= 0; end = text.indexOf(u'\n', end + 1))
         if (end == 0 || !Signs.contains(text[end - 1]))
             return false;
@@ -63,8 +61,9 @@ bool isOneWord(const QString& text)
 // True if a line can end within a word, so that the next may continue an address.
 bool mayEndInWord(QStringView line)
 {
-    return line.isEmpty() || Signs.contains(line.back()) ||
-           std::none_of(line.begin(), line.end(), [](QChar c) { return c == u' ' || Signs.contains(c); });
+    return !line.isEmpty() && (Signs.contains(line.back()) || std::none_of(line.begin(), line.end(), [](QChar c) {
+                                   return c == u' ' || Signs.contains(c);
+                               }));
 }
 
 } // namespace
@@ -75,7 +74,7 @@ void addMailLinks(const Page& page, int number, const std::vector<QFont>& fonts,
         const auto* text = std::get_if<TextItem>(&item);
         if (!text || !text->text.contains(u'@'))
             continue;
-        if (isOneWord(text->text)) {
+        if (mayBeOneWord(text->text)) {
             const QString word = QString(text->text).remove(u'\n');
             const Span whole = nextAddress(word, 0);
             if (whole.from == 0 && whole.to == word.size()) {
@@ -87,8 +86,6 @@ void addMailLinks(const Page& page, int number, const std::vector<QFont>& fonts,
         const double height = text->box.height() / double(lines.size());
         for (qsizetype i = 0; i < lines.size(); ++i) {
             const QString& line = lines[i];
-            if (!line.contains(u'@'))
-                continue;
             const QFontMetricsF metrics(typesetFont(fonts[std::size_t(text->font)], needsShaping(line)));
             for (Span found = nextAddress(line, 0); found.to > 0; found = nextAddress(line, found.to)) {
                 if (i > 0 && found.from == 0 && mayEndInWord(lines[i - 1]))

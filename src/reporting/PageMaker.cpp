@@ -51,7 +51,7 @@ PageMaker::PageMaker(const BoundReport& report, const RunFacts& facts, Typesette
     m_scope.pageCount = WidestPageNumber;
     m_headerHeight = heightOf(m_bands.strips(m_definition.pageHeader, m_scope, 0));
     m_footerHeight = heightOf(m_bands.strips(m_definition.pageFooter, m_scope, 0));
-    if (bodyHeight() < MinBody || m_area.width() < MinBody)
+    if (bodyHeight() < MinBody)
         throw ReportError(platform::SyntaxError,
                           QStringLiteral("Margins, page header and page footer leave no room on the page."));
 }

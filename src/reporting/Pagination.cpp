@@ -8,7 +8,6 @@ namespace orlo::reporting
 namespace
 {
 
-constexpr double Tolerance = 0.01;
 // The largest share of a page that repeated headings may take.
 constexpr double MaxShareOfHeadings = 0.5;
 
@@ -37,7 +36,7 @@ private:
     {
         return m_heightBefore[last] - m_heightBefore[first];
     }
-    [[nodiscard]] bool fits(double height) const { return m_y + height <= m_bodyHeight + Tolerance; }
+    [[nodiscard]] bool fits(double height) const { return m_y + height <= m_bodyHeight + HeightTolerance; }
     [[nodiscard]] bool pageIsEmpty() const { return m_pages.back().strips.empty(); }
 
     // The headings repeated on a page that begins with a strip, and the room that they take.
@@ -101,7 +100,7 @@ private:
                 continue;
             double taken = 0;
             (void)headingsAt(first, taken);
-            const double room = m_bodyHeight + Tolerance - taken;
+            const double room = m_bodyHeight + HeightTolerance - taken;
             // What must follow the range's last strip would otherwise separate that strip from the range.
             const double needed = height(first, chainEnd(range.last - 1));
             const bool leavesLittle = m_bodyHeight - m_y <= range.mayLeaveEmpty * m_bodyHeight;

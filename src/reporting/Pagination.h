@@ -6,6 +6,9 @@
 namespace orlo::reporting
 {
 
+/// Strips that are higher than a page's body by no more than this still fit, since heights are sums; points.
+constexpr double HeightTolerance = 0.01;
+
 /// All that paging knows of a strip; it never looks at the contents.
 struct StripSize {
     double height = 0;

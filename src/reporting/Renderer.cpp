@@ -58,12 +58,11 @@ public:
         return line;
     }
 
-    // The key that links a row to a subreport.
-    [[nodiscard]] QString linkedKey(std::size_t row, int field)
+    // The rows of a subreport that belong to a row.
+    [[nodiscard]] RowRange linked(std::size_t row, const BoundReport& inner)
     {
         m_scope.row = row;
-        const Value key = m_scope.field(field);
-        return key.isNull() ? QString() : linkKey(key);
+        return inner.linkedTo(m_scope.field(inner.linkedIndex));
     }
 
 private:
@@ -92,10 +91,9 @@ void addBlocks(const BoundReport& report, const RunFacts& facts, const QStringLi
             block.columns = columns + block.columns;
             for (std::size_t i = 0; i < outer.size(); ++i) {
                 progress.row(i, outer.size());
-                const auto linked = inner.byLink.find(main.linkedKey(outer[i].first, inner.linkedIndex));
-                if (linked != inner.byLink.end())
-                    for (std::size_t row = linked->second.first; row < linked->second.last; ++row)
-                        lines.emplace_back(row, outer[i].second + own.line(row));
+                const RowRange linked = main.linked(outer[i].first, inner);
+                for (std::size_t row = linked.first; row < linked.last; ++row)
+                    lines.emplace_back(row, outer[i].second + own.line(row));
             }
         }
         if (lines.empty())

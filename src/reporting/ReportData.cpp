@@ -130,8 +130,6 @@ private:
                     row.push_back(records.value(column));
             }
             return set;
-        } catch (const ReportError&) {
-            throw;
         } catch (const platform::RuntimeError& error) {
             throw ReportError(error.number(), error.description(), placeInQuery(source, query, error));
         }
@@ -159,7 +157,7 @@ private:
         const Source& source = report.definition.source;
         if (selection.isEmpty())
             return read(databases, source, source.query);
-        const RowSet shape = read(databases, source, withCondition(source.query, QStringLiteral("1 = 0")));
+        const RowSet shape = shapeOf(databases, source);
         const QString condition = handDown(selection, [&](const QString& field) -> std::optional<QueryColumn> {
             const int column = shape.columnOf(columnNamed(report.definition, field));
             if (column < 0)
@@ -167,6 +165,16 @@ private:
             return QueryColumn{shape.columns[column], shape.types[std::size_t(column)]};
         });
         return read(databases, source, withCondition(source.query, condition));
+    }
+
+    // The query's columns. What is wrong in it is told of the query as it is written, not of the one around it.
+    RowSet shapeOf(const Slots& databases, const Source& source)
+    {
+        try {
+            return read(databases, source, withCondition(source.query, QStringLiteral("1 = 0")));
+        } catch (const ReportError&) {
+            return read(databases, source, source.query);
+        }
     }
 
     // The column that a "field" line of the definition gives for a name, or the name itself.
@@ -347,6 +355,12 @@ QString linkKey(const Value& value)
     if (value.isBool())
         return QString::number(int(value.toBool()));
     return displayText(value).toCaseFolded();
+}
+
+RowRange BoundReport::linkedTo(const Value& value) const
+{
+    const auto linked = value.isNull() ? byLink.end() : byLink.find(linkKey(value));
+    return linked == byLink.end() ? RowRange{} : linked->second;
 }
 
 std::optional<BoundReport> loadReport(const Definition& definition, const RunRequest& request,

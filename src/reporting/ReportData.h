@@ -112,6 +112,9 @@ struct BoundReport {
     std::map<QString, BoundReport> subreports;
     std::map<QString, RowRange> byLink; ///< of a linked subreport: row ranges by link key
     int linkedIndex = -1;               ///< the main report's field for the link, -1 for none
+
+    /// The rows of a linked subreport that belong to a value; none for Null.
+    [[nodiscard]] RowRange linkedTo(const Value& value) const;
 };
 
 /// Shares of the work done when rows are read and when loadReport() ends, in percent.

@@ -161,19 +161,17 @@ private:
         std::vector<Block> blocks;
         for (std::size_t first = rows.first; first < rows.last; first = blocks.back().rows.last)
             blocks.push_back({{first, m_scope.endOfGroup(group, {first, rows.last})}, {}});
-        std::vector<SortKey> keys = group.sort;
-        keys.push_back({group.key, group.descending});
         for (Block& block : blocks) {
             m_sorted.row(block.rows.first, m_report.rows.rows.size());
             m_scope.groups.push_back(block.rows);
             m_scope.range = block.rows;
             m_scope.row = block.rows.first;
-            for (const SortKey& key : keys)
+            for (const SortKey& key : group.sort)
                 block.keys.push_back(sortable(key.formula.evaluate(m_scope)));
             m_scope.groups.pop_back();
         }
-        std::stable_sort(blocks.begin(), blocks.end(),
-                         [&](const Block& a, const Block& b) { return isBefore(keys, a.keys, b.keys); });
+        std::stable_sort(blocks.begin(), blocks.end(), // equal ones stay in the order of their own key
+                         [&](const Block& a, const Block& b) { return isBefore(group.sort, a.keys, b.keys); });
         if (group.maxCount > 0) {
             const double share = group.maxIsPercent ? double(blocks.size()) / 100 : 1;
             blocks.resize(std::min(blocks.size(), std::size_t(std::ceil(group.maxCount * share))));

@@ -203,7 +203,7 @@ std::size_t RowScope::endOfGroup(const Group& group, RowRange rows)
     for (row = rows.first + 1; row < rows.last; ++row)
         if (linkKey(group.key.evaluate(*this)) != key)
             break;
-    return std::min(row, rows.last);
+    return row;
 }
 
 bool isGroupOfAll(const QString& name)

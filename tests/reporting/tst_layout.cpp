@@ -72,7 +72,7 @@ private Q_SLOTS:
     {
         // the green box, as shares of the paper's width
         test::table({"paper", "left", "width"},
-                    "A5 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558\n"
+                    "A5 | 0.1176 | 0.7647\nA4 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558\n"
                     "its own, across | 0.0909 | 0.5909");
     }
     void printsOnOtherPaper()
@@ -89,7 +89,9 @@ private Q_SLOTS:
             document.paper.transpose();
         preparePrinter(*printer, document);
         if (paper.startsWith('A'))
-            printer->setPageSize(QPageSize(paper == "A5" ? QPageSize::A5 : QPageSize::A3));
+            printer->setPageSize(QPageSize(paper == "A5"   ? QPageSize::A5
+                                           : paper == "A4" ? QPageSize::A4
+                                                           : QPageSize::A3));
         QVERIFY(printDocument(*printer, document));
         if (QProcess::execute("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")}) == -2)
             QSKIP("pdftoppm is missing: the printed page is not looked at");
