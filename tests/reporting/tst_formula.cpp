@@ -90,10 +90,6 @@ private Q_SLOTS:
         for (int i = 0; i < 3000; ++i)
             text += QLatin1String(" and {Name} = 'x' & 'y' + 'z'");
         QVERIFY(!bound(text).holds(Row()));
-        for (int i = 0; i < 300; ++i)
-            text = QStringLiteral("1 + 1 - 1 + ") + text;
-        QVERIFY_THROWS_EXCEPTION(ReportError, Formula{text});
-
         text = QStringLiteral("1 = 1"); // lists in lists are as long as they are written
         for (int i = 0; i < 15; ++i)
             text = "true in [(" + text + ")]";
@@ -105,15 +101,14 @@ private Q_SLOTS:
     // The keys of a sort are in the order of the store's comparison; those that it treats as equal form one group.
     void sortsAsTheStore()
     {
-        const QStringList texts{"z", "Zorn", "Ångström", "a",          "Ä",      "á",       "Ae",      "æ",
-                                "Ø", "o",    "Straße",   "strasse",    "straßf", "STRASSE", "",        "й",
-                                "и", "ά",    "α",        "\U0001F600", "Ａ",     "ａ",      "a\u0301b"};
+        const QStringList texts =
+            QString("z Zorn Ångström a Ä á Ae æ Ø o Straße strasse straßf STRASSE  й и ά α \U0001F600 Ａ ａ a\u0301b")
+                .split(' ');
         for (const QString& a : texts)
             for (const QString& b : texts) {
-                const auto sign = [](int order) { return order < 0 ? -1 : int(order > 0); };
-                const QString what = a + " " + b;
-                QCOMPARE(what + QString::number(sign(platform::sortKey(a).compare(platform::sortKey(b)))),
-                         what + QString::number(sign(platform::compareText(a, b))));
+                const int keys = platform::sortKey(a).compare(platform::sortKey(b)),
+                          order = platform::compareText(a, b);
+                QVERIFY2((keys < 0) == (order < 0) && (keys > 0) == (order > 0), qPrintable(a + ' ' + b));
             }
     }
 };

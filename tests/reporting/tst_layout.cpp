@@ -89,9 +89,7 @@ private Q_SLOTS:
             document.paper.transpose();
         preparePrinter(*printer, document);
         if (paper.startsWith('A'))
-            printer->setPageSize(QPageSize(paper == "A5"   ? QPageSize::A5
-                                           : paper == "A4" ? QPageSize::A4
-                                                           : QPageSize::A3));
+            printer->setPageSize(QPageSize(QPageSize::PageSizeId(QPageSize::A0 + paper[1].digitValue())));
         QVERIFY(printDocument(*printer, document));
         if (QProcess::execute("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")}) == -2)
             QSKIP("pdftoppm is missing: the printed page is not looked at");

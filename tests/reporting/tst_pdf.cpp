@@ -30,39 +30,32 @@ constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern
                          "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "4, '3', 'Dunn', 'dora@x.org'",
                          // what may go on in the next line is no address there
                          "5, '3', 'Eddy', 'all of us\neve@x.org\n\nfay@x.org\nwrite.to.\ngus@x.org\nword\nhal@x.org'"};
-const QStringList Links{"ann.o'neil@x.org",
-                        "paul%1@fern.example.org",
-                        "bell.of.a.very.long.name@fern.hollow.scouts.example.org",
-                        "dora@x.org",
-                        "eve@x.org",
-                        "fay@x.org"};
+const QStringList Links =
+    QString("ann.o'neil@x.org paul%1@fern.example.org bell.of.a.very.long.name@fern.hollow.scouts."
+            "example.org dora@x.org eve@x.org fay@x.org")
+        .split(' ');
 
-double heightOf(QPDFObjectHandle page)
-{
-    return page.getKey("/MediaBox").getArrayAsRectangle().ury;
-}
+const auto heightOf = [](QPDFObjectHandle page) { return page.getKey("/MediaBox").getArrayAsRectangle().ury; };
 
 QString bookmark(int level, const QString& text, int page, double top)
 {
     return QString(level, u'>') + QStringLiteral("%1 %2 %3").arg(text).arg(page).arg(top, 0, 'f', 1);
 }
 
-// An entry that isn't linked with those around it is a line of its own.
-void addBookmarks(std::vector<QPDFOutlineObjectHelper> items, QPDFObjectHandle parent, int level, QPDF& pdf,
-                  QStringList& found)
+// An entry that is open, or isn't linked with those around it, is told twice.
+void addBookmarks(auto items, QPDFObjectHandle parent, int level, QPDF& pdf, QStringList& found)
 {
-    const auto isOther = [](QPDFObjectHandle a, QPDFObjectHandle b) { return a.getObjGen() != b.getObjGen(); };
-    for (auto item = items.begin(); item != items.end(); ++item) {
-        QPDFObjectHandle own = item->getObjectHandle(), page = item->getDestPage();
-        const double top = heightOf(page) - item->getDest().getArrayItem(3).getNumericValue();
-        found << bookmark(level, QString::fromStdString(item->getTitle()), pdf.findPage(page), top);
-        if (item->getCount() != -int(item->getKids().size())) // they are closed at first
-            found << "open";
-        if (isOther(own.getKey("/Parent"), parent) || (item == items.begin()) == own.hasKey("/Prev") ||
-            (item != items.begin() && isOther(own.getKey("/Prev"), (item - 1)->getObjectHandle())) ||
-            isOther(parent.getKey("/Last"), items.back().getObjectHandle()))
-            found << "alone";
-        addBookmarks(item->getKids(), own, level + 1, pdf, found);
+    const auto are = [](QPDFObjectHandle a, QPDFObjectHandle b) { return a.getObjGen() == b.getObjGen(); };
+    QPDFObjectHandle before = QPDFObjectHandle::newNull();
+    for (QPDFOutlineObjectHelper& item : items) {
+        QPDFObjectHandle own = item.getObjectHandle(), page = item.getDestPage();
+        const double top = heightOf(page) - item.getDest().getArrayItem(3).getNumericValue();
+        found << bookmark(level, QString::fromStdString(item.getTitle()), pdf.findPage(page), top);
+        if (!are(own.getKey("/Parent"), parent) || !are(own.getKey("/Prev"), std::exchange(before, own)) ||
+            !are(parent.getKey("/Last"), items.back().getObjectHandle()) ||
+            item.getCount() != -int(item.getKids().size())) // they are closed at first
+            found << found.back();
+        addBookmarks(item.getKids(), own, level + 1, pdf, found);
     }
 }
 
