@@ -84,8 +84,6 @@ private Q_SLOTS:
 
     void survivesDepth()
     {
-        for (const char* opening : {"(", "not ", "-", "+", "2 ^ -", "if 1=1 then ", "Trim(", "1 + (1)["})
-            QVERIFY_THROWS_EXCEPTION(ReportError, Formula(QString::fromLatin1(opening).repeated(2500)));
         QString text = QStringLiteral("1 = 1");
         for (int i = 0; i < 3000; ++i)
             text += QLatin1String(" and {Name} = 'x' & 'y' + 'z'");
