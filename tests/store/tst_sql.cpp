@@ -167,6 +167,9 @@ private Q_SLOTS:
                     QString("Select A.* From %1 A, %1 B").arg("Dens" + QString("x").repeated(i)));
         };
         QCOMPARE(test::failureNumber(nest), 3075);
+        for (int again = 0; again < 2; ++again)
+            QCOMPARE(test::failureNumber([&] { return m_database->openRecordset(m_database->queryNames().last()); }),
+                     3075);
     }
 
     void failures_data() { test::tableOf("store/sql/failures.txt"); }
