@@ -65,7 +65,8 @@ private Q_SLOTS:
         QTEST(test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0), "kept");
     }
 
-    // What a set shows of a value that another tool stored in a field without limits, and of what kind it is.
+    // What a set shows of a value that another tool stored in a field without limits, of what kind it is, and as what a
+    // double, two sizes of integer, a yes/no and a date read it.
     void stored_data() { test::tableOf("store/stored.txt"); }
     void stored()
     {
@@ -81,6 +82,16 @@ private Q_SLOTS:
                              : value.isText() ? "text"
                                               : "number";
         QTEST((kind + ' ' + value.textOrEmpty()).trimmed(), "shown");
+        QStringList read; // what the conversions make of it, or their failures
+        for (const auto& convert : {std::function([&] { return Value(value.toDouble()); }),
+                                    std::function([&] { return Value(value.toInt16()); }),
+                                    std::function([&] { return Value(value.toInt32()); }),
+                                    std::function([&] { return Value(value.toBool()); }),
+                                    std::function([&] { return Value(value.toDate()); }),
+                                    std::function([&] { return Value(value.isEmpty()); })})
+            if (const int failure = failureNumber([&] { read += convert().toText(); }))
+                read += QString::number(failure);
+        QTEST(read.join(' '), "read");
     }
 
     // A walk over more rows than are read ahead gives each row once, in order, even if it changes them or another

@@ -11,6 +11,7 @@ Create View If Not Exists Wide As Select 0;
 Create View If Not Exists Third As Select 0;
 Create View If Not Exists Nested As Select 0;
 Create View If Not Exists Twice As Select 0;
+Create View If Not Exists Across As Select 0;
 Insert Or Ignore Into Stored_Queries Values
 ('Whole', 'Select P.[Last Name] As Name, IIf(IsNull(G.Size), 1, Size) As Size, Half, Given, P.Den, G.SID From Gifts G Left Join People P On G.SID = P.SID'),
 ('Single', 'Select [Last Name] As Called, 1 As One, 0.5, Given, P.Den, Gifts.SID From Gifts Left Join People As P On P.SID = Gifts.SID Order By Given'),
@@ -18,6 +19,7 @@ Insert Or Ignore Into Stored_Queries Values
 ('Wide', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID, People Q'),
 ('Third', 'Select P.[Last Name] As Name, G.Size As Size From (Gifts G Left Join People P On G.SID = P.SID) Left Join People Q On G.SID = Q.SID'),
 ('Nested', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People) As Q On G.SID = Q.SID'),
+('Across', 'Select P.[Last Name] & G.Size As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
 ('Both', 'Select * From Whole Union All Select * From Single');
