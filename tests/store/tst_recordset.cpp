@@ -202,7 +202,8 @@ private Q_SLOTS:
                 QCOMPARE(number, int(platform::ObjectInvalid));
         for (const auto& action :
              {std::function([&] { m_database->execute("Delete From T"); }), std::function([&] { m_database->close(); }),
-              std::function([&] { (void)m_database->tableNames(); })})
+              std::function([&] { (void)m_database->tableNames(); }),
+              std::function([&] { const Transaction none(*m_database); })})
             QCOMPARE(failureNumber(action), int(platform::ObjectInvalid));
     }
 

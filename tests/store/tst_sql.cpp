@@ -75,6 +75,11 @@ private Q_SLOTS:
         people.appendIndex({"Names", {"Last Name", "Born"}, false, true});
         m_database->appendTableDef(people);
         m_database->createQueryDef("Older", "Select SID, [Last Name] From People Where Born < #1/1/2015#");
+        m_database->createQueryDef("First", "Select \"N/A\" As A, SID From Second");
+        m_database->createQueryDef("Second", "Select * From Older");
+        m_database->createQueryDef("Lost", "Select * From Gone");
+        TableDef bare("Bare");
+        m_database->appendTableDef(bare);
         m_database->createQueryDef("Shown",
                                    "Select P.[Last Name] & '' As Name, Max(P.Born) As Latest, Max(Mail = True) "
                                    "As Any From (Select [Last Name], Born, Mail From People Union All Select "
@@ -160,6 +165,7 @@ private Q_SLOTS:
             Recordset rows = m_database->openRecordset(source);
             QCOMPARE(recordsOf(rows).join("; "), "4 | 4; 3 | 3; 1 | 3");
         }
+        QCOMPARE(m_database->queryDef(u"FIRST").sql, "Select \"N/A\" As A, SID From Second");
         const auto nest = [&] {
             for (int i = 0; i < 40; ++i)
                 m_database->createQueryDef(
@@ -175,22 +181,19 @@ private Q_SLOTS:
     void failures_data() { test::tableOf("store/sql/failures.txt"); }
     void failures()
     {
-        QString failure = "none";
-        const auto note = [&failure](const platform::RuntimeError& error, const QString& place) {
-            failure = QString("%1 %2%3: %4").arg(error.number()).arg(error.source(), place, error.description());
-        };
-        try {
-            if (test::cell("as") == "source")
-                (void)m_database->openRecordset(test::cell("statement"));
-            else
-                m_database->execute(test::cell("statement"));
-        } catch (const SqlError& error) {
-            QCOMPARE(error.statement(), test::cell("statement"));
-            note(error, QString(" at %1").arg(error.position()));
-        } catch (const platform::RuntimeError& error) {
-            note(error, {});
-        }
-        QTEST(failure, "failure");
+        const QString statement = test::cell("statement");
+        QString place;
+        const auto error = test::failureOf([&] {
+            try {
+                test::cell("as") == "source" ? void(m_database->openRecordset(statement))
+                                             : m_database->execute(statement);
+            } catch (const SqlError& failure) {
+                place = QString(failure.statement() == statement ? " at %1" : " there at %1").arg(failure.position());
+                throw;
+            }
+        });
+        QVERIFY(error);
+        QTEST(QString("%1 %2%3: %4").arg(error->number()).arg(error->source(), place, error->description()), "failure");
         QCOMPARE(m_database->openRecordset("People").recordCount(), 4);
     }
 
@@ -208,10 +211,7 @@ private Q_SLOTS:
             if (insert)
                 m_database->execute(statement.arg(source));
             Recordset found = m_database->openRecordset(insert ? "Sums" : statement.arg(source));
-            rows += QString();
-            for (; !found.eof(); found.moveNext())
-                for (int i = 0; i < int(found.fields().size()); ++i)
-                    rows.back() += found.value(i).textOrEmpty() + '|';
+            rows += recordsOf(found).join(u'\n');
         }
         QVERIFY(!rows[0].isEmpty());
         QCOMPARE(rows[1], rows[0]);
