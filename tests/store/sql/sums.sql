@@ -12,6 +12,9 @@ Create View If Not Exists Third As Select 0;
 Create View If Not Exists Nested As Select 0;
 Create View If Not Exists Twice As Select 0;
 Create View If Not Exists Across As Select 0;
+Create View If Not Exists Turned As Select 0;
+Create View If Not Exists Inside As Select 0;
+Create View If Not Exists Some As Select 0;
 Insert Or Ignore Into Stored_Queries Values
 ('Whole', 'Select P.[Last Name] As Name, IIf(IsNull(G.Size), 1, Size) As Size, Half, Given, P.Den, G.SID From Gifts G Left Join People P On G.SID = P.SID'),
 ('Single', 'Select [Last Name] As Called, 1 As One, 0.5, Given, P.Den, Gifts.SID From Gifts Left Join People As P On P.SID = Gifts.SID Order By Given'),
@@ -19,6 +22,9 @@ Insert Or Ignore Into Stored_Queries Values
 ('Wide', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID, People Q'),
 ('Third', 'Select P.[Last Name] As Name, G.Size As Size From (Gifts G Left Join People P On G.SID = P.SID) Left Join People Q On G.SID = Q.SID'),
 ('Nested', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People) As Q On G.SID = Q.SID'),
+('Some', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID Where G.Size > 1'),
+('Inside', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Inner Join People P On G.SID = P.SID'),
+('Turned', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Right Join People P On G.SID = P.SID'),
 ('Across', 'Select P.[Last Name] & G.Size As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
