@@ -75,23 +75,7 @@ private Q_SLOTS:
         people.appendIndex({"Names", {"Last Name", "Born"}, false, true});
         m_database->appendTableDef(people);
         m_database->createQueryDef("Older", "Select SID, [Last Name] From People Where Born < #1/1/2015#");
-        m_database->createQueryDef("First", "Select \"N/A\" As A, SID From Second");
-        m_database->createQueryDef("Second", "Select * From Older");
-        m_database->createQueryDef("Lost", "Select * From Gone");
-        TableDef bare("Bare");
-        m_database->appendTableDef(bare);
-        m_database->createQueryDef("Shown",
-                                   "Select P.[Last Name] & '' As Name, Max(P.Born) As Latest, Max(Mail = True) "
-                                   "As Any From (Select [Last Name], Born, Mail From People Union All Select "
-                                   "'ØST', #1/2/2020#, No From People) As P Group By P.[Last Name] & ''");
-        test::sqlite(
-            m_folder.filePath("a.mdb"),
-            "Create Table Kinds(A INT, B DOUBLE, C DATE, D BOOLEAN, E LONGTEXT, F TEXT(3), G SMALLINT, H BIGINT, "
-            "I DATETIME, J FLOAT DEFAULT 2.5, K date, L BOOLEAN DEFAULT 1, M, N VARCHAR (5) DEFAULT 'it''s', "
-            "O INTEGER PRIMARY KEY AUTOINCREMENT);"
-            "Insert Into Kinds Values (1, 2, '2024-01-02', 1, 'e', 'f', 3, 4, '2024-01-02 03:04:05', 0.5, "
-            "'2024-01-03', 0, 5, 'n', 7), (Null, Null, Null, 0, Null, Null, Null, Null, Null, Null, Null, 1, "
-            "Null, Null, 8)");
+        test::sqlite(m_folder.filePath("a.mdb"), test::contents(ORLO_SOURCE_DIR "/tests/store/sql/others.sql"));
     }
 
     void cleanupTestCase() { platform::setToday({}); }

@@ -12,6 +12,9 @@ Create View If Not Exists Third As Select 0;
 Create View If Not Exists Nested As Select 0;
 Create View If Not Exists Twice As Select 0;
 Create View If Not Exists Across As Select 0;
+Create View If Not Exists Unkeyed As Select 0;
+Create View If Not Exists Viewed As Select 0;
+Create View If Not Exists Loose As Select 0;
 Create View If Not Exists Turned As Select 0;
 Create View If Not Exists Inside As Select 0;
 Create View If Not Exists Some As Select 0;
@@ -25,6 +28,9 @@ Insert Or Ignore Into Stored_Queries Values
 ('Some', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID Where G.Size > 1'),
 ('Inside', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Inner Join People P On G.SID = P.SID'),
 ('Turned', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Right Join People P On G.SID = P.SID'),
+('Loose', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.Half = P.SID'),
+('Viewed', 'Select P.[Last Name] As Name, G.Size As Size From Whole G Left Join People P On G.SID = P.SID'),
+('Unkeyed', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.Den'),
 ('Across', 'Select P.[Last Name] & G.Size As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
