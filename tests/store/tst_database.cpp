@@ -128,18 +128,21 @@ private Q_SLOTS:
     void changingTables()
     {
         Database database = DBEngine::openDatabase(m_path);
-        database.execute("Insert Into Dens (Den_SID, Den_Name) Values (1, 'a')");
+        for (const char* row : {"1, 'a'", "3, 'c'"})
+            database.execute(QString("Insert Into Dens (Den_SID, Den_Name) Values (%1)").arg(row));
         TableDef dens = database.tableDef(u"DENS");
         QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(6));
         dens.appendField({"Colour", FieldType::Text, 3, true});
         QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(7));
         dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
         dens.appendField({"Free", FieldType::Text, 0, true});
+        dens.appendField({"Rank", FieldType::Integer, 0, false, false, false, std::make_shared<const Value>(7)});
         dens.deleteField(u"den_name");
         dens.appendIndex({"Colour", {"Colour"}});
 
         Recordset rows = database.openRecordset("Dens");
-        QVERIFY(rows[u"Colour"].isNull() && rows[u"Flag"].isNull());
+        QVERIFY(rows[u"Den_SID"] == Value(1) && rows[u"Colour"].isNull() && rows[u"Flag"].isNull() &&
+                rows[u"Rank"].isNull());
         rows.addNew();
         QVERIFY(rows[u"Flag"].toBool());
         rows.setValue(u"Den_SID", 2);
@@ -147,7 +150,7 @@ private Q_SLOTS:
         rows.update();
         database.execute("Update Dens Set Colour = 'RED' Where Den_SID = 1");
         TableDef found = database.tableDef(u"Dens");
-        QCOMPARE(found.fields().size(), std::size_t(8));
+        QCOMPARE(found.fields().size(), std::size_t(9));
         QCOMPARE(found.indexes().at(1).name, "Colour");
 
         const QByteArray written =

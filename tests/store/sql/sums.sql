@@ -2,6 +2,7 @@
 Create Table If Not Exists Gifts(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
 Create Table If Not Exists Joined(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
 Create Table If Not Exists Sums(Name TEXT(9) Collate Nocase, Size SMALLINT);
+Create Table If Not Exists Codes(Code DOUBLE PRIMARY KEY, Called TEXT(9));
 Create View If Not Exists Whole As Select 0;
 Create View If Not Exists Single As Select 0;
 Create View If Not Exists Both As Select 0;
@@ -12,6 +13,8 @@ Create View If Not Exists Third As Select 0;
 Create View If Not Exists Nested As Select 0;
 Create View If Not Exists Twice As Select 0;
 Create View If Not Exists Across As Select 0;
+Create View If Not Exists Sorted As Select 0;
+Create View If Not Exists Coded As Select 0;
 Create View If Not Exists Unkeyed As Select 0;
 Create View If Not Exists Viewed As Select 0;
 Create View If Not Exists Loose As Select 0;
@@ -31,6 +34,8 @@ Insert Or Ignore Into Stored_Queries Values
 ('Loose', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.Half = P.SID'),
 ('Viewed', 'Select P.[Last Name] As Name, G.Size As Size From Whole G Left Join People P On G.SID = P.SID'),
 ('Unkeyed', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.Den'),
+('Coded', 'Select K.Called As Name, G.Size As Size From Gifts G Left Join Codes K On G.SID = K.Code'),
+('Sorted', 'Select Name, Sum(Size) As Sizes From Both Group By Name Order By Name Desc'),
 ('Across', 'Select P.[Last Name] & G.Size As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
