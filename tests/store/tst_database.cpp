@@ -136,9 +136,9 @@ private Q_SLOTS:
         QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(7));
         dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
         dens.appendField({"Free", FieldType::Text, 0, true});
-        dens.appendField({"Rank", FieldType::Integer, 0, false, false, false, std::make_shared<const Value>(7)});
         dens.deleteField(u"den_name");
         dens.appendIndex({"Colour", {"Colour"}});
+        dens.appendField({"Rank", FieldType::Integer, 0, false, false, false, std::make_shared<const Value>(7)});
 
         Recordset rows = database.openRecordset("Dens");
         QVERIFY(rows[u"Den_SID"] == Value(1) && rows[u"Colour"].isNull() && rows[u"Flag"].isNull() &&
