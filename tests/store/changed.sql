@@ -7,6 +7,7 @@ CREATE TABLE "Dens"(
     "Colour" TEXT(3) COLLATE NOCASE CONSTRAINT "Colour kind" CHECK(typeof("Colour") IN ('text','null')) CONSTRAINT "Colour size" CHECK(length("Colour")<=3),
     "Flag" BOOLEAN DEFAULT 1 CONSTRAINT "Flag kind" CHECK("Flag" IN (0,1)),
     "Free" TEXT(255) COLLATE NOCASE CONSTRAINT "Free kind" CHECK(typeof("Free") IN ('text','null')),
+    "Rank" SMALLINT DEFAULT 7 CONSTRAINT "Rank kind" CHECK(typeof("Rank") IN ('integer','null')) CONSTRAINT "Rank range" CHECK("Rank" BETWEEN -32768 AND 32767),
     CONSTRAINT "Dens_PK" PRIMARY KEY("Den_SID" COLLATE BINARY)
 )
 

@@ -343,6 +343,7 @@ private Q_SLOTS:
         QMap<QString, std::shared_ptr<Recordset>> sets;
         std::optional<Transaction> outer;
         QStringList seen;
+        QString said;
         const QStringList script = test::cell("script").trimmed().split(u'\n');
         for (const QString& line : script) {
             const QString steps = line.section(" -> ", 0, 0);
@@ -350,9 +351,11 @@ private Q_SLOTS:
             const QString what = steps.section(u' ', 1);
             const int program = who.toUpper() == "B" ? 1 : 0;
             QStringList given;
-            const auto attempt = [&given](const auto& action) {
-                if (const int number = test::failureNumber(action))
-                    given += QString::number(number);
+            const auto attempt = [&](const auto& action) {
+                if (const auto error = test::failureOf(action)) {
+                    given += QString::number(error->number());
+                    said = error->description();
+                }
             };
             if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
@@ -368,7 +371,7 @@ private Q_SLOTS:
                 sets[who] = std::make_shared<Recordset>(m_programs[program].openRecordset(what.sliced(5)));
             else
                 for (const QString& word : what.split(u' '))
-                    attempt([&] { step(*sets[who], word, given); });
+                    attempt([&] { word == "said" ? void(given += said) : step(*sets[who], word, given); });
             QTest::qSleep(2); // a look at the file is valid for a millisecond
             if (const auto set = sets.value(who))
                 given += stateOf(*set);
@@ -419,6 +422,8 @@ private:
             set.move(by);
         else if (word == "#")
             given += QString::number(set.recordCount());
+        else if (word.startsWith("all:"))
+            set.readAll({word.sliced(4), u"SID"}, [&](auto record) { given += shown(record[0]) + shown(record[1]); });
         else if (word.contains(u'='))
             set.setValue(word.section(u'=', 0, 0), word.section(u'=', 1));
         else

@@ -186,8 +186,6 @@ void asWhole(sqlite3_context* context, int, Arguments arguments)
 // `+` of operands whose kinds are known only at run time.
 void joinOrAdd(sqlite3_context* context, int, Arguments arguments)
 {
-    if (isNull(arguments[0]) || isNull(arguments[1]))
-        return;
     if (sqlite3_value_type(arguments[0]) == SQLITE_TEXT && sqlite3_value_type(arguments[1]) == SQLITE_TEXT)
         return giveText(context, text(arguments[0]) + text(arguments[1]));
     const auto left = numberOf(arguments[0]);

@@ -70,7 +70,6 @@ void SqlTranslator::insert()
         expect(Symbol::Close);
         m_out.sql += u')';
     }
-    none.sources.clear(); // values can't refer to fields
     if (!take(Symbol::Values)) {
         m_out.sql += u' ';
         query(nullptr, &targets);
@@ -189,7 +188,6 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
     if (take(Symbol::From))
         sources();
     m_scope->fields.clear();
-    m_scope->named.clear();
     const QString sourcesSql = m_out.sql.sliced(written);
     m_out.sql.truncate(written);
     const qsizetype after = std::exchange(m_at, results);
@@ -217,8 +215,7 @@ SqlTranslator::Query SqlTranslator::simpleQuery(const KnownFields* targets)
         query.joins = joinsOf(query);
     if (all.size() == 1 && !distinct && !query.grouped) {
         query.singleSource = all[0].table.toString();
-        if (all[0].name.data() != all[0].table.data())
-            query.singleAlias = all[0].name.toString();
+        query.singleAlias = all[0].name.toString();
     }
     return query;
 }

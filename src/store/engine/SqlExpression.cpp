@@ -101,7 +101,8 @@ Expression SqlWriter::binary(Expression left, Binding binding, QLatin1String sig
     return written(left.start, kind, binding);
 }
 
-// Converts the values to a common kind and writes the operators between them. Texts get the collation on the first
+// Converts the values to a common kind and writes the operators between them; a condition becomes its number, so no
+// value needs brackets. Texts get the collation on the first
 // value, which SQLite goes by.
 void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLatin1String next)
 {
@@ -121,14 +122,11 @@ void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLa
     };
     for (std::size_t i = values.size() - 1; i > 0; --i) {
         becomeAlike(values[i]);
-        bracket(values[i], Binding::Sum);
         sql.insert(values[i].start, i == 1 ? first : next);
     }
     becomeAlike(values[0]);
     if (kind == Kind::Text || (kind == Kind::Unknown && text))
         order(values[0]);
-    else
-        bracket(values[0], Binding::Sum);
 }
 
 // Beside an unknown kind, only yes/no is converted, to its number.
@@ -332,7 +330,6 @@ void SqlWriter::as(Kind kind, Expression& value)
         call(QLatin1String("as_number("), value, Kind::Number);
     }
     if (kind == Kind::Truth) {
-        bracket(value, Binding::Sum);
         enclose(value, {}, QLatin1String(" <> 0"));
         value.kind = kind;
         value.binding = Binding::Comparison;
@@ -347,7 +344,7 @@ void SqlWriter::condition(Expression& value)
 
 void SqlWriter::give(Expression& value, const KnownField& field)
 {
-    if (value.isNull() || value.kind == Kind::Unknown)
+    if (value.kind == Kind::Unknown)
         return;
     const bool text = value.kind == Kind::Text;
     if (field.kind == Kind::Date && (text || value.kind == Kind::Number))

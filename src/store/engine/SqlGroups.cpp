@@ -123,7 +123,6 @@ void SqlTranslator::readOrder(Query& query)
             m_out.sql += QLatin1String(" DESC");
     } while (take(Symbol::Comma));
     requireGrouped(query);
-    m_scope->results = nullptr;
 }
 
 } // namespace orlo::store

@@ -99,7 +99,6 @@ void SqlTranslator::noteJoin(Symbol side, qsizetype condition)
         return token.symbol == Symbol::Word || token.symbol == Symbol::Name || token.symbol == Symbol::Dot ||
                token.symbol == Symbol::Equal;
     };
-    m_scope->join.reset();
     if (side != Symbol::Left || sources.size() != 2 || named.size() != 2 || sources[0].rowKey.isEmpty() ||
         sources[1].rowKey.isEmpty() || !std::all_of(&m_tokens[condition], &m_tokens[m_at], isPart))
         return;

@@ -2,6 +2,7 @@
 Create Table If Not Exists Gifts(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
 Create Table If Not Exists Joined(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
 Create Table If Not Exists Sums(Name TEXT(9) Collate Nocase, Size SMALLINT);
+Create Table If Not Exists Codes(Code DOUBLE PRIMARY KEY, Called TEXT(9));
 Create View If Not Exists Whole As Select 0;
 Create View If Not Exists Single As Select 0;
 Create View If Not Exists Both As Select 0;
@@ -11,6 +12,15 @@ Create View If Not Exists Wide As Select 0;
 Create View If Not Exists Third As Select 0;
 Create View If Not Exists Nested As Select 0;
 Create View If Not Exists Twice As Select 0;
+Create View If Not Exists Across As Select 0;
+Create View If Not Exists Sorted As Select 0;
+Create View If Not Exists Coded As Select 0;
+Create View If Not Exists Unkeyed As Select 0;
+Create View If Not Exists Viewed As Select 0;
+Create View If Not Exists Loose As Select 0;
+Create View If Not Exists Turned As Select 0;
+Create View If Not Exists Inside As Select 0;
+Create View If Not Exists Some As Select 0;
 Insert Or Ignore Into Stored_Queries Values
 ('Whole', 'Select P.[Last Name] As Name, IIf(IsNull(G.Size), 1, Size) As Size, Half, Given, P.Den, G.SID From Gifts G Left Join People P On G.SID = P.SID'),
 ('Single', 'Select [Last Name] As Called, 1 As One, 0.5, Given, P.Den, Gifts.SID From Gifts Left Join People As P On P.SID = Gifts.SID Order By Given'),
@@ -18,6 +28,15 @@ Insert Or Ignore Into Stored_Queries Values
 ('Wide', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID, People Q'),
 ('Third', 'Select P.[Last Name] As Name, G.Size As Size From (Gifts G Left Join People P On G.SID = P.SID) Left Join People Q On G.SID = Q.SID'),
 ('Nested', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People) As Q On G.SID = Q.SID'),
+('Some', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID Where G.Size > 1'),
+('Inside', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Inner Join People P On G.SID = P.SID'),
+('Turned', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Right Join People P On G.SID = P.SID'),
+('Loose', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.Half = P.SID'),
+('Viewed', 'Select P.[Last Name] As Name, G.Size As Size From Whole G Left Join People P On G.SID = P.SID'),
+('Unkeyed', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.Den'),
+('Coded', 'Select K.Called As Name, G.Size As Size From Gifts G Left Join Codes K On G.SID = K.Code'),
+('Sorted', 'Select Name, Sum(Size) As Sizes From Both Group By Name Order By Name Desc'),
+('Across', 'Select P.[Last Name] & G.Size As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
 ('Both', 'Select * From Whole Union All Select * From Single');
