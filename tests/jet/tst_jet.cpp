@@ -152,19 +152,20 @@ private Q_SLOTS:
         store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
     }
 
-    void everyValue_data() { test::table({"sample"}, "small-1.0 \n small-1.1 \n jet3"); }
+    // said: what orlo-db says of the file before it is taken over, without the machine's own lines
+    void everyValue_data() { test::cases({"said"}, u"jet/samples.txt"_s); }
     void everyValue()
     {
-        QFETCH(QString, sample);
+        const QString sample = QTest::currentDataTag();
         const int count = sample == u"small-1.1" ? 13 : 8;
         const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
         QVERIFY(QFile::setPermissions(path(), QFile::ReadOwner));                     // as from a read-only disc
         test::write(path() + u"-journal"_s, QByteArray::fromHex("d9d505f920a163d7")); // of no file of this format
-        const QString words = count == 13 ? u"39 Scouts: 1297 values\n"_s : u"39 Scouts: 727 values\n"_s;
-        const QString said = test::orloDb({u"check"_s, path()}).said + test::orloDb({u"about"_s, path()}).said;
-        QVERIFY2(said.contains(words) && said.contains(u"the former one"_s), qPrintable(said)); // nothing is changed
-        for (int i = 0; i < 2; ++i) // the second time there is nothing to take over
+        const QString said = test::orloDb({u"check"_s, path()}).said.section(u'/', -1) +
+                             test::orloDb({u"about"_s, path()}).said.section(u'\n', 2);
+        QCOMPARE(said.trimmed(), test::cell("said").trimmed()); // nothing is changed
+        for (int i = 0; i < 2; ++i)                             // the second time there is nothing to take over
             QCOMPARE(openFile(path()).tableNames().size(), count);
         QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
         QCOMPARE(contents(kept()), former);
