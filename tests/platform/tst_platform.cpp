@@ -3,6 +3,7 @@
 #include "platform/FileNames.h"
 #include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
+#include "platform/Text.h"
 #include "platform/WriteAll.h"
 #include "support/Failure.h"
 #include "support/Files.h"
@@ -71,31 +72,84 @@ private Q_SLOTS:
         QTEST(number == 0 ? QString() : standardDescription(number), "said");
     }
 
+    void files_data() { test::cases({"steps", "said"}, "platform/files.txt"); }
     void files()
     {
-        QTemporaryDir folder;
-        const QString path = folder.path() + "\\Sub\\FILE.mdb";
-        QVERIFY(QDir(folder.path()).mkdir("sub"));
+        if (QDir::separator() == '\\' && test::cell("steps").contains("link"))
+            QSKIP("there are no such links here");
+        const QTemporaryDir folder;
         const FileSystem system;
-        QVERIFY(!system.fileExists(path));
-        test::write(folder.filePath("sub/File.mdb"), "12345");
-        QVERIFY(system.fileExists(path) && !system.fileExists(folder.path() + "\\sub"));
-        QCOMPARE(system.getFile(path).size, qint64(5));
+        QStringList all;
+        for (const QString& step : test::cell("steps").trimmed().split('\n')) {
+            const QString word = step.section(' ', 0, 0);
+            const QString one = step.count(' ') > 0 ? folder.path() + '\\' + step.section(' ', 1, 1) : QString();
+            const QString other = folder.path() + '\\' + step.section(' ', 2);
+            QString said;
+            const auto failure = test::failureOf([&] {
+                if (word == "write")
+                    test::write(nativePath(one), step.section(' ', 2).toUtf8());
+                else if (word == "folder")
+                    QDir().mkdir(nativePath(one));
+                else if (word == "link")
+                    QFile::link(nativePath(other), nativePath(one));
+                else if (word == "copy" || word == "over")
+                    system.copyFile(one, other, word == "over");
+                else if (word == "delete")
+                    system.deleteFile(one, false);
+                else if (word == "look")
+                    said = system.getFolder(one).path;
+                else if (word == "drive")
+                    said = system.getDrive(one).root;
+                else
+                    said = word == "there"  ? (system.fileExists(one) ? "yes" : "no")
+                           : word == "size" ? QString::number(system.getFile(one).size)
+                           : word == "text"
+                               ? test::contents(nativePath(one))
+                               : QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).join(' ');
+                return 0;
+            });
+            all += failure ? QString::number(failure->number()) + ' ' + failure->description()
+                           : said.remove(folder.path());
+        }
+        QCOMPARE(all.join('\n').trimmed(), test::cell("said").trimmed());
+    }
 
-        const QString copy = folder.path() + "\\sub\\Copy";
-        const QString none = folder.path() + "\\no";
-        system.copyFile(path, copy, true);
-        QCOMPARE(test::contents(folder.filePath("sub/Copy")), "12345");
-        QCOMPARE(failureNumber([&] { system.copyFile(none, copy, true); }), int(FileNotFound));
-        QCOMPARE(failureNumber([&] { system.copyFile(copy, none + "\\x", true); }), int(PathNotFound));
-        QCOMPARE(failureNumber([&] { system.copyFile(copy, path, false); }), 58);
-        QCOMPARE(failureNumber([&] { return system.getFile(none); }), int(FileNotFound));
-        QCOMPARE(failureNumber([&] { return system.getFolder(none); }), int(PathNotFound));
-        QCOMPARE(failureNumber([&] { return system.getDrive("/no/such/place"); }), int(DeviceUnavailable));
-        QVERIFY(system.getDrive(QDir::rootPath()).freeSpace > 0);
-        system.deleteFile(copy, false);
-        QVERIFY(!system.fileExists(copy));
-        QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
+    // The volume that a path lies on, and its room; the real ones are no part of the system's own.
+    void volumes_data()
+    {
+        test::table({"path", "drive", "free"},
+                    "/a/b | /a | 5\n /a | /a | 5\n /ab | / | 7\n /a/deep/x | /a/deep | 3\n / | / | 7");
+    }
+    void volumes()
+    {
+        const FileSystem system;
+        for (const Drive& drive : system.drives())
+            QVERIFY(!drive.root.startsWith("/proc") && !drive.root.startsWith("/dev") &&
+                    !drive.root.startsWith("/sys"));
+        QVERIFY(system.freeSpaceAt(QDir::tempPath()) > 0 && system.freeSpaceAt("/no/such") > 1LL << 60 &&
+                system.getDrive(QDir::rootPath() + '.').freeSpace > 0);
+        if (QDir::separator() == '\\')
+            QSKIP("volumes have letters here");
+        setVolumes([] { return QList<Drive>{{"/a/deep", 3}, {"/a", 5}, {"/", 7}}; });
+        QTEST(system.driveOf(test::cell("path")), "drive");
+        QTEST(QString::number(system.freeSpaceAt(test::cell("path"))), "free");
+        setVolumes({});
+    }
+
+    // How two texts compare, the same for the store and the reports, and whether they are one name, or the other a
+    // pattern of the one.
+    void texts_data() { test::tableOf("platform/texts.txt"); }
+    void texts()
+    {
+        const auto [one, other] = test::cells("one", "other");
+        const int order = compareText(one, other);
+        const auto sign = [](int number) { return number < 0 ? -1 : int(number > 0); };
+        QCOMPARE(sign(compareUtf8(one.toStdString(), other.toStdString())), order);
+        QCOMPARE(sign(sortKey(one).compare(sortKey(other))), order);
+        QTEST(QString::number(order), "order");
+        QTEST(QString(sameName(one, other) ? "yes" : "no"), "same");
+        QTEST(QString(matchesLike(one, other) ? "yes" : "no"), "like");
+        QCOMPARE(matchesLikeUtf8(one.toStdString(), other.toStdString()), matchesLike(one, other));
     }
 
     // What a path of the program's means: names in any case, backslashes between them, but the one that is there as
@@ -165,10 +219,11 @@ private Q_SLOTS:
             FileLock lock(path);
             lock.keepOthersOut({});
             held.set_value();
-            QTest::qSleep(300);
+            QTest::qSleep(500);
         });
         held.get_future().wait();
         QVERIFY(isWritable(path));
+        const FileLock next(path); // waits for its turn
     }
 
     // All bytes arrive, or the failure has the device's text, however little it accepts at a time.
