@@ -130,7 +130,8 @@ private Q_SLOTS:
                                       .arg(kind, table);
             return sqlite(path, which.toUtf8()).value(0).toInt() * PageSize;
         };
-        const auto first = qToBigEndian(quint32(pageOf(freeAt.section(u' ', 0, 0), freeAt.section(u' ', 1)) / PageSize + 1));
+        const auto first =
+            qToBigEndian(quint32(pageOf(freeAt.section(u' ', 0, 0), freeAt.section(u' ', 1)) / PageSize + 1));
         if (!freeAt.isEmpty())
             write(path, contents(path).replace(32, 4, reinterpret_cast<const char*>(&first), 4));
         const qsizetype page = pageOf(lost.section(u' ', 0, 0), lost.section(u' ', 1, 1));
