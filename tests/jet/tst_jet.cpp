@@ -149,6 +149,8 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + u"/Größe Ω XXXXXX"_s);
         m_told.clear();
+        for (const char* name : {"MDBICONV", "MDB_JET3_CHARSET"}) // another program's settings, of no concern here
+            qputenv(name, "CP437");
         store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
     }
 
