@@ -356,6 +356,8 @@ private Q_SLOTS:
                                              refusedWriting = true;
                                      },
                                      {}});
+        if (situation.startsWith(u"another"))
+            QCOMPARE(test::failureNumber([this] { return store::checkFormer(path()); }), 3050);
         const auto failure = test::failureOf([this] { return store::openPack(path()); });
         test::limitFiles(-1);
         forbidden.reset();
@@ -363,7 +365,8 @@ private Q_SLOTS:
             test::skip(u"here nobody can write to a locked file"_s);
         QVERIFY(failure);
         QTEST(QString::number(failure->number()), "number");
-        QVERIFY2(failure->description().contains(test::cell("words")), qPrintable(failure->description()));
+        const QString folder = QDir::toNativeSeparators(m_folder->path());
+        QTEST(QString(failure->description()).replace(folder, u"%"_s).replace(m_folder->path(), u"%"_s), "words");
         QCOMPARE(contents(path()), bytes);
         QCOMPARE(files(), (QStringList{u"QUORREL11.ldb"_s, u"Quorrel11.mdb"_s, u"Quorrel11.mdb.new"_s}));
     }
@@ -392,7 +395,7 @@ private Q_SLOTS:
                 bytes += match.hasCaptured(1) ? number(match.captured(2).toLongLong(), match.captured(1).toInt())
                                               : text(match.captured(3));
         write(bytes);
-        const QString reader = m_folder->filePath(u"reader"_s);
+        const QString reader = m_folder->filePath(test::cell("ends") == u"none\n" ? u"none"_s : u"reader"_s);
         test::write(reader, "#!/bin/sh\ncat \"$1\"\n" + test::cell("ends").toUtf8());
         QVERIFY(QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner));
         QStringList told;
