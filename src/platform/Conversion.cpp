@@ -77,9 +77,9 @@ std::optional<QDate> readNumbers(QStringView text)
         if (count == numbers.size())
             return std::nullopt;
         auto& [value, digits] = numbers[count++];
-        for (; at != text.end() && *at >= u'0' && *at <= u'9' && digits <= MostDigits; ++at, ++digits)
+        for (; at != text.end() && *at >= u'0' && *at <= u'9' && digits < MostDigits; ++at, ++digits)
             value = value * 10 + (at->unicode() - u'0');
-        if (digits == 0 || digits > MostDigits)
+        if (digits == 0)
             return std::nullopt;
         if (at == text.end())
             break;
@@ -89,12 +89,12 @@ std::optional<QDate> readNumbers(QStringView text)
         signs = {at, 1};
     }
     const bool yearFirst = numbers[0].digits == 4;
-    if (yearFirst && (count < 3 || signs == u"." || std::ranges::any_of(text, isBlank)))
+    if (yearFirst && (signs == u"." || std::ranges::any_of(text, isBlank)))
         return std::nullopt;
     if (yearFirst)
         std::rotate(numbers.begin(), numbers.begin() + 1, numbers.end());
     const auto [month, day, year] = numbers;
-    if (count < 2 || month.digits > 2 || day.digits > 2)
+    if (month.digits > 2 || day.digits > 2)
         return std::nullopt;
     return checkedDate(count == 2 ? today().year() : fullYear(year.value, year.digits), month.value, day.value);
 }
@@ -232,7 +232,7 @@ double val(QStringView text)
         } else
             break;
     }
-    while (!digits.isEmpty() && !digits.back().isDigit() && digits.back() != u'.')
+    while (!digits.isEmpty() && !digits.back().isDigit())
         digits.chop(1);
     const double number = digits.toDouble(); // 0 if there are none
     if (std::isinf(number))
@@ -251,11 +251,11 @@ std::optional<double> readNumber(QStringView text)
 {
     QString trimmed = text.trimmed().toString();
     static const QRegularExpression form(QStringLiteral(R"(^[+-]?(\d{1,3}(,\d{3})+|\d+)?(\.\d*)?([eE][+-]?\d+)?$)"));
-    if (trimmed.isEmpty() || !form.match(trimmed).hasMatch())
+    if (!form.match(trimmed).hasMatch())
         return std::nullopt;
     bool ok = false;
     const double number = trimmed.remove(u',').toDouble(&ok);
-    return ok && std::isfinite(number) ? std::optional(number) : std::nullopt;
+    return ok ? std::optional(number) : std::nullopt;
 }
 
 QString numberText(double number)

@@ -149,22 +149,25 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + u"/Größe Ω XXXXXX"_s);
         m_told.clear();
+        for (const char* name : {"MDBICONV", "MDB_JET3_CHARSET"}) // another program's settings, of no concern here
+            qputenv(name, "CP437");
         store::setTakeoverWatch({{}, [this](const QString& report) { m_told += report; }});
     }
 
-    void everyValue_data() { test::table({"sample"}, "small-1.0 \n small-1.1 \n jet3"); }
+    // said: what orlo-db says of the file before it is taken over, without the machine's own lines
+    void everyValue_data() { test::cases({"said"}, u"jet/samples.txt"_s); }
     void everyValue()
     {
-        QFETCH(QString, sample);
+        const QString sample = QTest::currentDataTag();
         const int count = sample == u"small-1.1" ? 13 : 8;
         const QByteArray former = contents(Data + sample + u".mdb"_s);
         write(former);
         QVERIFY(QFile::setPermissions(path(), QFile::ReadOwner));                     // as from a read-only disc
         test::write(path() + u"-journal"_s, QByteArray::fromHex("d9d505f920a163d7")); // of no file of this format
-        const QString words = count == 13 ? u"39 Scouts: 1297 values\n"_s : u"39 Scouts: 727 values\n"_s;
-        const QString said = test::orloDb({u"check"_s, path()}).said + test::orloDb({u"about"_s, path()}).said;
-        QVERIFY2(said.contains(words) && said.contains(u"the former one"_s), qPrintable(said)); // nothing is changed
-        for (int i = 0; i < 2; ++i) // the second time there is nothing to take over
+        const QString said = test::orloDb({u"check"_s, path()}).said.section(u'/', -1) +
+                             test::orloDb({u"about"_s, path()}).said.section(u'\n', 2);
+        QCOMPARE(said.trimmed(), test::cell("said").trimmed()); // nothing is changed
+        for (int i = 0; i < 2; ++i)                             // the second time there is nothing to take over
             QCOMPARE(openFile(path()).tableNames().size(), count);
         QCOMPARE(files(), (QStringList{u"Quorrel11 (former format).mdb"_s, u"Quorrel11.mdb"_s}));
         QCOMPARE(contents(kept()), former);
@@ -353,6 +356,8 @@ private Q_SLOTS:
                                              refusedWriting = true;
                                      },
                                      {}});
+        if (situation.startsWith(u"another"))
+            QCOMPARE(test::failureNumber([this] { return store::checkFormer(path()); }), 3050);
         const auto failure = test::failureOf([this] { return store::openPack(path()); });
         test::limitFiles(-1);
         forbidden.reset();
@@ -360,7 +365,8 @@ private Q_SLOTS:
             test::skip(u"here nobody can write to a locked file"_s);
         QVERIFY(failure);
         QTEST(QString::number(failure->number()), "number");
-        QVERIFY2(failure->description().contains(test::cell("words")), qPrintable(failure->description()));
+        const QString folder = QDir::toNativeSeparators(m_folder->path());
+        QTEST(QString(failure->description()).replace(folder, u"%"_s).replace(m_folder->path(), u"%"_s), "words");
         QCOMPARE(contents(path()), bytes);
         QCOMPARE(files(), (QStringList{u"QUORREL11.ldb"_s, u"Quorrel11.mdb"_s, u"Quorrel11.mdb.new"_s}));
     }
@@ -389,7 +395,7 @@ private Q_SLOTS:
                 bytes += match.hasCaptured(1) ? number(match.captured(2).toLongLong(), match.captured(1).toInt())
                                               : text(match.captured(3));
         write(bytes);
-        const QString reader = m_folder->filePath(u"reader"_s);
+        const QString reader = m_folder->filePath(test::cell("ends") == u"none\n" ? u"none"_s : u"reader"_s);
         test::write(reader, "#!/bin/sh\ncat \"$1\"\n" + test::cell("ends").toUtf8());
         QVERIFY(QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner));
         QStringList told;

@@ -3,6 +3,8 @@
 #include "platform/FileNames.h"
 #include "platform/FileReplacement.h"
 #include "platform/FileSystem.h"
+#include "platform/Logging.h"
+#include "platform/Text.h"
 #include "platform/WriteAll.h"
 #include "support/Failure.h"
 #include "support/Files.h"
@@ -29,9 +31,10 @@ class tst_platform : public QObject
 private Q_SLOTS:
     void dates_data()
     {
-        // read: the short form, empty if it isn't a date
+        // read and long: both forms, empty if it isn't a date
         test::tableOf("platform/platform_dates.txt");
-        QTest::newRow("blanks") << QString(" 6 / 7 / 2004 ") << QString("6/7/2004");
+        QTest::newRow("blanks") << QString(" 6 \t/\r7 / 2004 ") << QString("6/7/2004") << QString("06/07/2004");
+        QTest::newRow("too many") << "6/7/2004" + QString(30, ' ') + "12:00" << QString() << QString();
     }
     void dates()
     {
@@ -39,19 +42,23 @@ private Q_SLOTS:
         setToday(QDate(2026, 11, 24));
         const auto read = readDate(text);
         QTEST(read ? shortDate(*read) : QString(), "read");
+        QTEST(read ? longDate(read->date) : QString(), "long");
         QCOMPARE(isDate(text), read.has_value());
         if (read) // a date as shown must read back as the same date
             QVERIFY(readDate(shortDate(*read)) == read && readDate(longDate(read->date))->date == read->date);
         setToday({});
     }
 
-    // What val() reads, or its failure, whether readNumber() accepts the text, and what leadingDigits() reads.
+    // What val() reads, or its failure, as a whole number of 16 bits, too, whether readNumber() accepts the text, and
+    // what leadingDigits() reads.
     void numbers_data() { test::tableOf("platform/platform_numbers.txt"); }
     void numbers()
     {
         QFETCH(QString, text);
         const int number = failureNumber([&] { return val(text); });
         QTEST(number == 0 ? numberText(val(text)) : standardDescription(number), "leading");
+        const auto small = [&] { return toInt16(val(text)); };
+        QTEST(failureNumber(small) == 0 ? QString::number(small()) : QString(), "small");
         QTEST(QString(readNumber(text) ? "yes" : "no"), "whole");
         QTEST(numberText(leadingDigits(text)), "digits");
     }
@@ -66,36 +73,99 @@ private Q_SLOTS:
         QTemporaryFile file;
         QVERIFY(file.open());
         test::failFlushes(true, test::cell("errno").toInt());
-        const int number = failureNumber([&] { flushFile(file.fileName()); });
+        const auto failure = test::failureOf([&] { return (flushFile(file.fileName()), 0); });
         test::failFlushes(false);
-        QTEST(number == 0 ? QString() : standardDescription(number), "said");
+        QTEST(failure ? QString::fromUtf8(failure->what()) + ' ' + failure->source() : QString(), "said");
     }
 
+    void files_data() { test::cases({"steps", "said"}, "platform/files.txt"); }
     void files()
     {
-        QTemporaryDir folder;
-        const QString path = folder.path() + "\\Sub\\FILE.mdb";
-        QVERIFY(QDir(folder.path()).mkdir("sub"));
+        if (QDir::separator() == '\\' && test::cell("steps").contains("link"))
+            QSKIP("there are no such links here");
+        const QTemporaryDir folder;
         const FileSystem system;
-        QVERIFY(!system.fileExists(path));
-        test::write(folder.filePath("sub/File.mdb"), "12345");
-        QVERIFY(system.fileExists(path) && !system.fileExists(folder.path() + "\\sub"));
-        QCOMPARE(system.getFile(path).size, qint64(5));
+        QStringList all;
+        for (const QString& step : test::cell("steps").trimmed().split('\n')) {
+            const QString word = step.section(' ', 0, 0);
+            const QString one = step.count(' ') > 0 ? folder.path() + '\\' + step.section(' ', 1, 1) : QString();
+            const QString other = folder.path() + '\\' + step.section(' ', 2);
+            QString said;
+            const auto failure = test::failureOf([&] {
+                if (word == "write")
+                    test::write(nativePath(one), step.section(' ', 2).toUtf8());
+                else if (word == "folder")
+                    QDir().mkdir(nativePath(one));
+                else if (word == "link")
+                    QFile::link(nativePath(other), nativePath(one));
+                else if (word == "copy" || word == "over")
+                    system.copyFile(one, other, word == "over");
+                else if (word == "delete")
+                    system.deleteFile(one, false);
+                else if (word == "look")
+                    said = system.getFolder(one).path;
+                else if (word == "drive")
+                    said = system.getDrive(one).root;
+                else
+                    said = word == "there"  ? (system.fileExists(one) ? "yes" : "no")
+                           : word == "size" ? QString::number(system.getFile(one).size)
+                           : word == "text"
+                               ? test::contents(nativePath(one))
+                               : QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).join(' ');
+                return 0;
+            });
+            all += failure ? QString(failure->what()) + ' ' + failure->source() : said.remove(folder.path());
+        }
+        QCOMPARE(all.join('\n').trimmed(), test::cell("said").trimmed());
+    }
 
-        const QString copy = folder.path() + "\\sub\\Copy";
-        const QString none = folder.path() + "\\no";
-        system.copyFile(path, copy, true);
-        QCOMPARE(test::contents(folder.filePath("sub/Copy")), "12345");
-        QCOMPARE(failureNumber([&] { system.copyFile(none, copy, true); }), int(FileNotFound));
-        QCOMPARE(failureNumber([&] { system.copyFile(copy, none + "\\x", true); }), int(PathNotFound));
-        QCOMPARE(failureNumber([&] { system.copyFile(copy, path, false); }), 58);
-        QCOMPARE(failureNumber([&] { return system.getFile(none); }), int(FileNotFound));
-        QCOMPARE(failureNumber([&] { return system.getFolder(none); }), int(PathNotFound));
-        QCOMPARE(failureNumber([&] { return system.getDrive("/no/such/place"); }), int(DeviceUnavailable));
-        QVERIFY(system.getDrive(QDir::rootPath()).freeSpace > 0);
-        system.deleteFile(copy, false);
-        QVERIFY(!system.fileExists(copy));
-        QCOMPARE(failureNumber([&] { system.deleteFile(copy, false); }), int(FileNotFound));
+    // The volume that a path lies on, and its room; the real ones are no part of the system's own.
+    void volumes_data()
+    {
+        test::table({"path", "drive", "free"}, "/a/b | /a | 5\n /a | /a | 5\n /ab | / | 0\n /a/deep/x | /a/deep | 3");
+    }
+    void volumes()
+    {
+        const FileSystem system;
+        for (const Drive& drive : system.drives())
+            QVERIFY(!drive.root.startsWith("/proc") && !drive.root.startsWith("/dev") &&
+                    !drive.root.startsWith("/sys"));
+        QVERIFY(system.freeSpaceAt(QDir::tempPath()) > 0 && system.freeSpaceAt("/no/such") > 1LL << 60 &&
+                system.getDrive(QDir::rootPath() + '.').freeSpace > 0);
+        if (QDir::separator() == '\\')
+            QSKIP("volumes have letters here");
+        setVolumes([] { return QList<Drive>{{"/a/deep", 3}, {"/a", 5}}; });
+        QTEST(system.driveOf(test::cell("path")), "drive");
+        QTEST(QString::number(system.freeSpaceAt(test::cell("path"))), "free");
+        setVolumes({});
+    }
+
+    // How two texts compare, the same for the store and the reports, and whether they are one name, or the other a
+    // pattern of the one.
+    void texts_data() { test::tableOf("platform/texts.txt"); }
+    void texts()
+    {
+        const auto [one, other] = test::cells("one", "other");
+        const int order = compareText(one, other);
+        const auto sign = [](int number) { return number < 0 ? -1 : int(number > 0); };
+        QCOMPARE(sign(compareUtf8(one.toStdString(), other.toStdString())), order);
+        QCOMPARE(sign(sortKey(one).compare(sortKey(other))), order);
+        QTEST(QString::number(order), "order");
+        QTEST(QString(sameName(one, other) ? "yes" : "no"), "same");
+        QTEST(QString(matchesLike(one, other) ? "yes" : "no"), "like");
+        QCOMPARE(matchesLikeUtf8(one.toStdString(), other.toStdString()), matchesLike(one, other));
+    }
+
+    // A byte that begins no letter counts as itself, above all letters. Bytes are hexadecimal.
+    void noLetters_data() { test::tableOf("platform/bytes.txt"); }
+    void noLetters()
+    {
+        const auto bytes = [](const char* column) {
+            return QByteArray::fromHex(test::cell(column).toLatin1()).toStdString();
+        };
+        const int order = compareUtf8(bytes("one"), bytes("other"));
+        QTEST(QString::number(order < 0 ? -1 : int(order > 0)), "order");
+        QTEST(QString(matchesLikeUtf8(bytes("one"), "?") ? "yes" : "no"), "one letter");
     }
 
     // What a path of the program's means: names in any case, backslashes between them, but the one that is there as
@@ -139,19 +209,45 @@ private Q_SLOTS:
     }
 
     // A file is on the disk before it replaces another one, and an old file that is the same is kept only once.
+    void putsInPlace_data() { test::tableOf("platform/placed.txt"); }
     void putsInPlace()
     {
         const QTemporaryDir folder;
-        const QString path = folder.filePath("File.mdb");
         (void)test::putInPlaceUnflushed();
-        for (int time = 0; time < 2; ++time) {
-            test::write(path, "old");
-            test::write(path + ".new", "new");
-            QCOMPARE(putInPlace(path, path + ".new", "before"), folder.filePath("File (before).mdb"));
+        QStringList kept;
+        for (const QString& step : test::cell("steps").split(' ')) {
+            const QString path = folder.filePath(step.section('=', 0, 0));
+            test::write(path, step.section('=', 1).toUtf8());
+            const FileInTheMaking making(path, ".new");
+            test::write(making.name(), "new");
+            test::write(making.name() + "-journal", "");
+            kept += putInPlace(path, making.name(), "before").mid(folder.path().size() + 1);
+            kept.back() += '=' + test::contents(folder.filePath(kept.back())) + test::contents(path);
         }
         QCOMPARE(test::putInPlaceUnflushed(), QStringList());
-        QCOMPARE(test::contents(folder.filePath("File (before).mdb")) + test::contents(path), "oldnew");
-        QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 2);
+        QTEST(kept.join(", "), "kept");
+        QTEST(QDir(folder.path()).entryList(QDir::Files).join(", "), "files");
+    }
+
+    // The failure that a routine has caught, and the time that a log says.
+    void notes()
+    {
+        pendingError::set(RuntimeError(TypeMismatch));
+        const QString source = pendingError::get()->source();
+        QCOMPARE(source + QString::number(pendingError::number()), "ORLO13");
+        pendingError::clear();
+        QVERIFY(pendingError::number() == 0 && !pendingError::get());
+        QLoggingCategory::setFilterRules("orlo.*=true");
+        for (const auto& [log, name] : {std::pair(&sqlLog(), "orlo.sql"),
+                                        {&formsLog(), "orlo.forms"},
+                                        {&reportLog(), "orlo.report"},
+                                        {&takeoverLog(), "orlo.takeover"}}) {
+            QCOMPARE(log->categoryName(), name);
+            QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^([3-9]\\d|\\d{3,4})(\\.\\d+)? ms what$"));
+            const TimeLog time(*log, "what");
+            QTest::qSleep(30);
+        }
+        QLoggingCategory::setFilterRules({});
     }
 
     // What another program holds for a moment doesn't count as unwritable.
@@ -165,10 +261,11 @@ private Q_SLOTS:
             FileLock lock(path);
             lock.keepOthersOut({});
             held.set_value();
-            QTest::qSleep(300);
+            QTest::qSleep(500);
         });
         held.get_future().wait();
         QVERIFY(isWritable(path));
+        const FileLock next(path); // waits for its turn
     }
 
     // All bytes arrive, or the failure has the device's text, however little it accepts at a time.

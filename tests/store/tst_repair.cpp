@@ -14,6 +14,7 @@
 #include <QRandomGenerator>
 #include <QSet>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -115,20 +116,24 @@ private Q_SLOTS:
     void missing_data() { test::tableOf("store/missing.txt"); }
     void missing()
     {
-        const auto [before, root, lost, told, look] =
-            test::cells("before", "lost root", "lost page", "missing", "look");
+        const auto [before, root, lost, freeAt, told, look] =
+            test::cells("before", "lost root", "lost page", "free list", "missing", "look");
         const QString path = fresh();
         sqlite(path, "Pragma ignore_check_constraints = On; Insert Into Dens(Den_SID, Den_Number, Den_Name) "
                      "Values(5, 7, 'Bears');" +
                          before.toUtf8());
-        if (!root.isEmpty())
-            write(path, test::withoutRootOf(path, root));
         const auto pageOf = [&path](const QString& kind, const QString& table) {
             const QString which = QString("Select pageno - 1 From dbstat Where pagetype = '%1' And name = '%2' "
                                           "Order By path Limit 1 Offset 3")
                                       .arg(kind, table);
             return sqlite(path, which.toUtf8()).value(0).toInt() * PageSize;
         };
+        const auto first =
+            qToBigEndian(quint32(pageOf(freeAt.section(u' ', 0, 0), freeAt.section(u' ', 1)) / PageSize + 1));
+        if (!freeAt.isEmpty())
+            write(path, contents(path).replace(32, 4, reinterpret_cast<const char*>(&first), 4));
+        if (!root.isEmpty())
+            write(path, test::withoutRootOf(path, root));
         const qsizetype page = pageOf(lost.section(u' ', 0, 0), lost.section(u' ', 1, 1));
         const QByteArray instead = lost.endsWith("rows") ? contents(path).sliced(pageOf("leaf", "Scouts"), PageSize)
                                                          : QByteArray(PageSize, '\0');

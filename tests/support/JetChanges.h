@@ -12,14 +12,14 @@ namespace orlo::test
 
 using namespace Qt::StringLiterals;
 
-// Bytes as hexadecimal digits, 'text' with a byte per letter and "text" with two.
+// Bytes as hexadecimal digits or "512 zeros", 'text' with a byte per letter and "text" with two.
 inline QByteArray bytesOf(const QString& words)
 {
-    static const QRegularExpression part(u"\"([^\"]+)\"|'([^']+)'|([0-9A-F]{2})"_s);
+    static const QRegularExpression part(u"\"([^\"]+)\"|'([^']+)'|(\\d+) zeros|([0-9A-F]{2})"_s);
     QByteArray bytes;
     for (const auto& match : part.globalMatch(words))
         bytes += JetPages::wide(match.captured(1)) + match.captured(2).toLatin1() +
-                 QByteArray::fromHex(match.captured(3).toLatin1());
+                 QByteArray(match.captured(3).toInt(), '\0') + QByteArray::fromHex(match.captured(4).toLatin1());
     return bytes;
 }
 

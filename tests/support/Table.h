@@ -40,12 +40,14 @@ inline void addRows(const QStringList& columns, const QList<Case>& cases, const 
     setRowPlaces(std::move(places));
 }
 
-/// The cells of a line, separated by bars and trimmed; "\n" in a cell is a line break.
+/// The cells of a line, separated by bars and trimmed; "\n" and "\r" in a cell are such breaks.
 inline QStringList cellsOf(const QString& line)
 {
     QStringList cells;
     for (const QString& one : line.split(u'|'))
-        cells += one.trimmed().replace(QLatin1String("\\n"), QLatin1String("\n"));
+        cells += one.trimmed()
+                     .replace(QLatin1String("\\n"), QLatin1String("\n"))
+                     .replace(QLatin1String("\\r"), QLatin1String("\r"));
     return cells;
 }
 

@@ -42,7 +42,7 @@ Field carriedOver(const FormerField& former)
     field.type = typeOf(former.kind);
     if (field.type == FieldType::Text)
         field.size = former.size > 0 ? std::min(former.size, MaxTextSize) : MaxTextSize;
-    field.allowZeroLength = field.type == FieldType::Text || field.type == FieldType::Memo;
+    field.allowZeroLength = true;
     return field;
 }
 

@@ -36,7 +36,7 @@ qsizetype countDigits(const QString& number)
     QStringView text = number;
     while (number.contains(u'.') && text.endsWith(u'0'))
         text.chop(1);
-    const auto* first = std::ranges::find_if(text, [](QChar c) { return c > u'0' && c <= u'9'; });
+    const auto* first = std::ranges::find_if(text, [](QChar c) { return c > u'0'; });
     return std::count_if(first, text.end(), [](QChar c) { return c.isDigit(); });
 }
 

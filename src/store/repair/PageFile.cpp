@@ -84,8 +84,8 @@ RawValue readValue(qint64 kind, QByteArrayView bytes, quint32 encoding)
         return kind % 2 == 1 ? RawValue(RawText{utf8(bytes, encoding)}) : RawValue(bytes.toByteArray());
     if (kind == 7)
         return std::bit_cast<double>(bigEndian<quint64>(bytes, 0));
-    if (kind >= 8)
-        return kind - 8;
+    if (kind == 9)
+        return qint64(1);
     qint64 number = !bytes.isEmpty() && bytes[0] < 0 ? -1 : 0;
     for (const char byte : bytes)
         number = static_cast<qint64>(static_cast<quint64>(number) << 8 | static_cast<unsigned char>(byte));
