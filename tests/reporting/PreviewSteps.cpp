@@ -32,6 +32,8 @@ std::shared_ptr<const Document> documentOf(const QString& text)
         const auto number = [&](int i) { return at.value(i).toDouble(); };
         if (part == "first")
             document->complete = false;
+        else if (part == "labels")
+            document->exactSize = true;
         else if (part == "no outline")
             document->outline.clear();
         else if (at[0] == "paper")
@@ -143,6 +145,15 @@ QStringList PreviewSteps::run(const QString& step)
         m_preview.window->findChild<NoticeBar*>()->tell("saved", rest);
     else if (word == "commands")
         seen += commands();
+    else if (word == "traits")
+        seen += traitsOf(*m_preview.window) + placesOf(*m_preview.window)
+                << QString("place of the pages: %1 and %2 at once, %3 and %4 by arrows, opened in %5x%6")
+                       .arg(view().horizontalScrollBar()->pageStep())
+                       .arg(view().verticalScrollBar()->pageStep())
+                       .arg(view().horizontalScrollBar()->singleStep())
+                       .arg(view().verticalScrollBar()->singleStep())
+                       .arg(m_preview.opened.width())
+                       .arg(m_preview.opened.height());
     else if (word == "color")
         seen += colorAt(part(0), point(1)).name();
     else if (word == "read")

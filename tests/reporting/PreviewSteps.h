@@ -25,7 +25,7 @@ class OpenPreview
 {
 public:
     explicit OpenPreview(std::shared_ptr<const reporting::Document> document = documentOf())
-        : window(new reporting::PreviewWindow(std::move(document)))
+        : window(new reporting::PreviewWindow(std::move(document))), opened(window->size())
     {
         window->resize(700, 600);
         window->show();
@@ -39,6 +39,7 @@ public:
     }
 
     QPointer<reporting::PreviewWindow> window;
+    const QSize opened; ///< as it was made
 };
 
 /// A window of pages that a case works step by step, and all that it shows.

@@ -67,40 +67,6 @@ private Q_SLOTS:
         QTEST(told(paginate(strips(test::cell("text")), kept, headings, 100)), "pages");
     }
 
-    // The paper of the dialog counts: what is too large for it is made smaller, what is smaller is centred.
-    void printsOnOtherPaper_data()
-    {
-        // the green box, as shares of the paper's width
-        test::table({"paper", "left", "width"},
-                    "A5 | 0.1176 | 0.7647\nA4 | 0.1176 | 0.7647\nA3 | 0.2221 | 0.5558\nA3, labels | 0.0855 | 0.5558\n"
-                    "its own, across | 0.0909 | 0.5909");
-    }
-    void printsOnOtherPaper()
-    {
-        const auto [paper, left, width] = test::cells("paper", "left", "width");
-        const QTemporaryDir folder;
-        const QString file = folder.filePath("paper.pdf");
-        test::printInto(file);
-        const std::unique_ptr<QPrinter> printer = defaultPrinter();
-        Document document;
-        document.pages = {{{BoxItem{{72, 500, 468, 20}, 0, Qt::black, Qt::darkGreen}}}};
-        document.exactSize = paper.endsWith("labels");
-        if (paper.endsWith("across"))
-            document.paper.transpose();
-        preparePrinter(*printer, document);
-        if (paper.startsWith('A'))
-            printer->setPageSize(QPageSize(QPageSize::PageSizeId(QPageSize::A0 + paper[1].digitValue())));
-        QVERIFY(printDocument(*printer, document));
-        if (QProcess::execute("pdftoppm", {"-r", "36", "-singlefile", "-png", file, folder.filePath("page")}) == -2)
-            QSKIP("pdftoppm is missing: the printed page is not looked at");
-        const QImage image(folder.filePath("page.png"));
-        QCOMPARE(image.width() > image.height(), paper.endsWith("across"));
-        const QImage mask = image.createMaskFromColor(QColor(Qt::darkGreen).rgb(), Qt::MaskOutColor);
-        const QRect green = QRegion(QBitmap::fromImage(mask)).boundingRect();
-        QVERIFY(qAbs(green.left() - left.toDouble() * image.width()) <= 1.5);
-        QVERIFY(qAbs(green.width() - width.toDouble() * image.width()) <= 1.5);
-    }
-
     // If there is less room than the file needs, the save fails with the reason, and only the previous file is left.
     void savesAllOrNothing_data()
     {

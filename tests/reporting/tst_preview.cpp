@@ -1,6 +1,7 @@
 #include "reporting/PreviewSteps.h"
 
 #include "platform/Conversion.h"
+#include "platform/RuntimeError.h"
 #include "reporting/Export.h"
 #include "reporting/view/Printing.h"
 #include "reporting/view/RunProgress.h"
@@ -221,11 +222,50 @@ private Q_SLOTS:
                 printed += line.trimmed()[5];
             QCOMPARE(printed, months);
         }
-        QPrinter none;
-        none.setOutputFileName(folder.filePath("none.pdf"));
-        QVERIFY(!printDocument(none, *test::documentOf(), 1, 0, [](int page, int) { return page < 2; }));
-        QVERIFY(!writePdf(*test::documentOf(), none.outputFileName(), [](int, int) { return false; }));
-        QVERIFY(!QFile::exists(none.outputFileName()));
+    }
+
+    // What a printer with paper, or a file in its place, is given, and what is told meanwhile.
+    void prints_data() { test::tableOf("reporting/preview_prints.txt"); }
+    void prints()
+    {
+        const auto [text, printer, pages] = test::cells("document", "printer", "pages");
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(printer.contains("unreachable") ? "none/sheets.pdf" : "sheets.pdf");
+        test::printInto(file);
+        const std::unique_ptr<QPrinter> given = defaultPrinter();
+        test::PaperPrinter paper(file, printer.split(", "));
+        QPrinter& used = printer.startsWith("file") ? *given : paper;
+        const auto document = test::documentOf(text);
+        preparePrinter(used, *document);
+        QCOMPARE(used.docName(), document->title);
+        QStringList told;
+        const auto value = [&printer](const char* name) { // "copies 2"
+            return QRegularExpression(name + QString(" (\\w+)")).match(printer).captured(1);
+        };
+        if (const QString sheet = value("on"); !sheet.isEmpty())
+            used.setPageSize(QPageSize(sheet == "A5" ? QPageSize::A5 : QPageSize::A3));
+        used.setCopyCount(std::max(value("copies").toInt(), 1));
+        used.setCollateCopies(!printer.contains("loose"));
+        used.setPageOrder(printer.contains("backwards") ? QPrinter::LastPageFirst : QPrinter::FirstPageFirst);
+        const int last = value("stops").toInt();
+        try {
+            const auto goesOn = [&](int done, int all) {
+                told += QStringLiteral("%1/%2").arg(done).arg(all);
+                return done != last;
+            };
+            const bool done = printDocument(used, *document, pages.section(u' ', 0, 0).toInt(),
+                                            pages.section(u' ', 1).toInt(), goesOn);
+            told += done ? "printed" : "stopped";
+        } catch (const platform::RuntimeError& error) {
+            told += QString::number(error.number()) + ' ' + error.description();
+        }
+        told += paper.wasAborted() ? QStringList("given up") : QStringList();
+        const QString words = QDir::fromNativeSeparators(told.join(' ')).replace(folder.path(), "$");
+        QTEST(QString(words).remove(QRegularExpression("(?<=be written): .*")), "told"); // the system's own words
+        if (QStandardPaths::findExecutable("pdftotext").isEmpty())
+            QSKIP("pdftotext is missing: the printed pages are not looked at");
+        if (!paper.wasAborted())
+            QTEST(test::sheetsOf(file).join("; "), "sheets");
     }
 };
 

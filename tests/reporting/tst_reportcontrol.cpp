@@ -5,10 +5,12 @@
 #include "reporting/view/PageView.h"
 #include "reporting/view/PreviewWindow.h"
 #include "reporting/view/ReportControl.h"
+#include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
 #include "store/engine/Database.h"
 #include "store/engine/TableDef.h"
 #include "support/Main.h"
+#include "support/Picture.h"
 #include "support/PrintedFile.h"
 #include "support/Table.h"
 
@@ -113,10 +115,14 @@ private Q_SLOTS:
             QVERIFY(progress(1, 10) && time.elapsed() < 3000);
         QVERIFY(!QApplication::overrideCursor());
         const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
-        for (const int done : {6, 3}) { // it never goes back
-            QTest::qSleep(80);
-            QVERIFY(progress(done, 10));
-            QCOMPARE(dialog->value() * 100 + dialog->maximum(), 610);
+        QCOMPARE(dialog->objectName() + dialog->findChild<QPushButton*>()->text(), "reportProgressCancel");
+        QVERIFY(!dialog->autoClose() && !dialog->autoReset() && dialog->minimumWidth() == 360 &&
+                dialog->minimum() == 0);
+        for (const auto& [wait, done, total, shown] : // it never goes back
+             {std::tuple(80, 6, 10, 610), {80, 3, 10, 610}, {80, 25, 20, 2020}, {80, 0, 0, 1}}) {
+            QTest::qSleep(wait);
+            QVERIFY(progress(done, total));
+            QCOMPARE(dialog->value() * 100 + dialog->maximum(), shown);
         }
         makeDatabase("a.mdb", "Apple", "Axe");
         makeDatabase("b.mdb", "Bread", "Bucket");
@@ -193,6 +199,7 @@ private Q_SLOTS:
         QPointer<PreviewWindow> other;
         QTRY_VERIFY((other = qobject_cast<PreviewWindow*>(QApplication::activeWindow())) && other != &preview);
         QCOMPARE(other->windowTitle(), "Tools & more");
+        QVERIFY(other->isMaximized() && other->findChild<QWidget*>("dckPageList")->isVisible());
         QVERIFY(!findText(other->document(), "Butter").empty());
         more->actions()[1]->trigger();
         QTRY_VERIFY(messageWindow());
@@ -226,6 +233,10 @@ private Q_SLOTS:
         const auto named = [](QString words) { return words.replace("shopping", "Shopping"); };
         QCOMPARE(named(text).replace(folder, "$/", Qt::CaseInsensitive), told);
         QCOMPARE(named(window->windowTitle()), (find == "report file" ? "none - " : "Shopping - ") + platform::title());
+        const QIcon warns = window->style()->standardIcon(QStyle::SP_MessageBoxWarning);
+        const QPixmap icon = window->findChild<QLabel*>("")->pixmap();
+        const int size = window->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+        QCOMPARE(icon.toImage(), warns.pixmap(size, size).toImage());
         window->findChild<QPushButton*>()->click();
         QVERIFY(!messageWindow());
 
@@ -336,8 +347,9 @@ private Q_SLOTS:
         QString refreshed; // a refresh during a run does nothing
         QTimer watch;
         connect(&watch, &QTimer::timeout, this, [&] {
-            if (qobject_cast<QProgressDialog*>(QApplication::activeModalWidget())) {
+            if (const auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget())) {
                 watch.stop();
+                QCOMPARE(dialog->labelText(), "Preparing the report…");
                 named(saved);
                 if (shopping->preview()) {
                     shopping->preview()->findChild<QAction*>("actRefresh")->trigger();
@@ -369,6 +381,7 @@ private Q_SLOTS:
         QTRY_COMPARE(runs, 2);
         report("the same file");
         QTRY_COMPARE(runs, 3);
+        QVERIFY(!QTest::qWaitFor([&runs] { return runs > 3; }, 400)); // once for each change
 
         bool kept = false; // what a run needs stays, even if its preview is closed meanwhile
         const LiveReport* live = new LiveReport(preview, 0, [&, part = std::make_shared<int>()] {
@@ -390,6 +403,12 @@ private Q_SLOTS:
         QVERIFY(asking->run() != 0);
         QVERIFY(messageWindow() && messageWindow()->isWindow());
         QCOMPARE(messageWindow()->parentWidget(), screen.get());
+        {
+            ReportMessage message("A title", "Some words", nullptr);
+            message.show();
+            test::comparePicture(test::pictureOf(message) + test::traitsOf(message) + test::placesOf(message),
+                                 test::contents(test::fileOfTests("reporting/reportmessage.txt")));
+        }
         for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter}) {
             QTest::keyClick(messageWindow(), Qt::Key_A);
             QTest::keyClick(messageWindow(), key);
@@ -397,6 +416,23 @@ private Q_SLOTS:
         }
         screen.reset();
         QVERIFY(!messageWindow());
+    }
+
+    // On the default printer, with the paper turned as the report is.
+    void printsWithoutAPreview()
+    {
+        for (const auto& [abilities, number, sheets, told] :
+             {std::tuple("", 0, "792x612, Axe at 43 53, Axe at 43 53", ""),
+              {"jams", int(platform::DeviceUnavailable), "", "The printer can't be reached: Room 5"}}) {
+            const auto shopping = control(number ? "many.mdb" : "a.mdb");
+            report(QString(GoodReport).replace("report \"Shopping\"", "report \"Shopping\"\npaper letter landscape"));
+            const QString pdf = path("sheets.pdf");
+            setPrinterFactory([&] { return std::make_unique<test::PaperPrinter>(pdf, QStringList(abilities)); });
+            shopping->setDestination(ToPrinter);
+            QCOMPARE(shopping->run(), number);
+            QCOMPARE(messageWindow() ? messageWindow()->findChild<QLabel*>("lblReportMessage")->text() : "", told);
+            QCOMPARE(number ? "" : test::sheetsOf(pdf).join("; "), sheets);
+        }
     }
 
     void longRunCanBeCancelled()

@@ -91,7 +91,9 @@ private Q_SLOTS:
         if (files.contains("old") || files == "damaged")
             test::write(folder.filePath(files == "damaged" ? "Quorrel11.mdb" : "QUORREL.mdb"), QByteArray(5000, 'x'));
         const auto told = error.isEmpty() ? std::make_shared<test::Told>() : test::dismissReport();
-        Main();
+        store::setTakeoverWatch({});
+        startProgram();
+        QVERIFY(store::takeoverWatch().progress && store::takeoverWatch().report);
         QVERIFY(test::control<QLabel>(*widgets::Instance<frmSplash>::loaded(), "lblVersion")
                     .isVisible()); // after the picture
         QTEST(QString(gDbNeedsUpdate ? "yes" : "no"), "needs");
@@ -166,6 +168,10 @@ private Q_SLOTS:
         const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
         QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
         QVERIFY(line.autoFillBackground()); // it stands above the picture
+        QCOMPARE(line.text(), "Bringing x.mdb into this version's format: 19 %");
+        QCOMPARE(line.geometry(), QRect(QPoint(0, 401 - line.height()), QSize(483, line.sizeHint().height())));
+        QCOMPARE(line.sizeHint().height(), line.fontMetrics().height() + 2 * (line.fontMetrics().height() / 2));
+        QCOMPARE(line.alignment(), Qt::AlignCenter);
         Painted painted;
         splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);

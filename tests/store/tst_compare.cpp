@@ -46,8 +46,10 @@ private Q_SLOTS:
         QCOMPARE(orloDb({"new", "--from", ORLO_SOURCE_DIR "/samples/pack", "pack.mdb"}).errors, QString());
         sqlite("pack.mdb",
                "Create Table Mine (Name Text, Number Integer); Insert Into Mine Values ('Liam O''Brien', 740555);"
-               "Create View Own As Select 'Liam' From Scouts; Delete From Dens Where Den_SID = 3;"
-               "Update Scouts Set Birth_Date = '1001-01-01', Note = 'a' || char(13, 10), Last_Name = (Select "
+               "Create View Own As Select 'Liam' From Scouts; Delete From Dens Where Den_SID = 3; Update PackInfo Set "
+               "[Pack Number] = 74055612;"
+               "Update Scouts Set Birth_Date = '1001-01-01', School = 'Zoë – ½', Note = 'a' || char(13, 10), Last_Name "
+               "= (Select "
                "Upper(Last_Name) "
                "From Scouts Where Scout_SID = 1) Where Scout_SID = 5;");
         const auto run = orloDb({"scramble", "pack.mdb", "out.mdb"});
@@ -55,7 +57,8 @@ private Q_SLOTS:
         QCOMPARE(run.said, QString("left out: the stored query Own\n"));
         const auto both = [](const char* select) { QCOMPARE(sqlite("out.mdb", select), sqlite("pack.mdb", select)); };
         both("Select Scout_SID, Assigned_Den_SID, Active, Tigar, length(First_Name), length(Last_Name), length(Note), "
-             "instr(Note, char(13, 10)), length(Parent1_Email), typeof(MI), instr(Last_Name, ''''), Boys_Life, "
+             "instr(Note, char(13, 10)), length(Parent1_Email), typeof(MI), instr(Last_Name, ''''), instr(School, ' – "
+             "½'), Boys_Life, "
              "Birth_Date = '1001-01-01' From "
              "Scouts");
         both("Select Assigned_SID, Scout_SID, Insignia_SID, Quantity, Year = Substr(Date_Assigned, 1, 4) And "
@@ -78,6 +81,7 @@ private Q_SLOTS:
                         "Where S.Birth_Date = P.Scouts.Birth_Date And S.Birth_Date > '1001-01-01'"),
                  QStringList("0"));
         QVERIFY(!sqlite("out.mdb", "Select [Field 2] From [Table 1]").contains("740555"));
+        QCOMPARE(sqlite("out.mdb", "Select Count(*) From PackInfo Where [Pack Number] = 74055612"), QStringList("0"));
         QVERIFY(sqlite("out.mdb", "Select Note From Scouts Where Note > ''").join("").remove(u'x').trimmed().isEmpty());
         QCOMPARE(orloDb({"check", "out.mdb"}).said.count(u'\n'), orloDb({"check", "pack.mdb"}).said.count(u'\n'));
         QCOMPARE(orloDb({"scramble", "pack.mdb", "out.mdb"}).status, 1);
@@ -115,7 +119,12 @@ private:
         }
         if (word == "write")
             orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
-                              QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8());
+                              QString(rest)
+                                  .replace("\\r", "\r")
+                                  .replace("\\n", "\n")
+                                  .toUtf8()
+                                  .replace("\\xFC", "\xFC")
+                                  .replace("\\0", QByteArray(1, '\0')));
         else if (word == "zero")
             orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
                                                                    QByteArray(words[2].toInt(), '\0')));

@@ -32,20 +32,6 @@ private Q_SLOTS:
         QVERIFY(folder.mkpath("csv") && folder.mkpath("out"));
     }
 
-    void badInput_data() { test::tableOf("store/orlodb/badInput.txt"); }
-    void badInput()
-    {
-        QFETCH(QString, file);
-        const QByteArray escaped = test::cell("content").toUtf8().replace("\\r", "\r").replace("\\xFC", "\xFC");
-        orlo::test::write(csv(file + ".csv"), QByteArray(escaped).replace("\\0", QByteArray(1, '\0')));
-        orlo::test::write(csv("Adults.csv"), "Adult_SID\n1\n");
-        const Run run = orloDb({"new", out(), "--from", csv()});
-        QCOMPARE(run.status, 1);
-        QVERIFY2(run.errors.contains(file + ".csv:") && run.errors.contains(test::cell("error")),
-                 qPrintable(run.errors));
-        QCOMPARE(made(), QStringList());
-    }
-
     // Every link of the sample leads to a row, and every award's year and month are those of its date.
     void samplePack()
     {

@@ -201,10 +201,14 @@ QStringList changesOf(const QStringList& before, const QStringList& now)
 
 void comparePicture(const QStringList& seen, const QString& wanted)
 {
-    const QStringList lines = wanted.trimmed().split(u'\n');
-    if (seen != lines)
+    QStringList shown = seen, lines = wanted.trimmed().split(u'\n');
+    if (QSysInfo::productType() == u"windows" || QFontInfo(QApplication::font()).family() != u"DejaVu Sans")
+        for (QStringList* either : {&shown, &lines}) // other letters take other room, another Qt has other words
+            either->removeIf(
+                [](const QString& line) { return line.startsWith(u"place of ") || line.startsWith(u"how "); });
+    if (shown != lines)
         qWarning("%s", qPrintable(seen.join(u'\n')));
-    QCOMPARE(seen, lines);
+    QCOMPARE(shown, lines);
 }
 
 QStringList tabOrderOf(const QWidget& form)
@@ -237,6 +241,46 @@ QStringList shapeOf(const QWidget& form)
         if (const auto* area = qobject_cast<const QAbstractScrollArea*>(control))
             for (const auto* bar : {area->horizontalScrollBar(), area->verticalScrollBar()})
                 lines.last() += QString(", scrolls %1").arg(bar->maximum());
+    }
+    return lines;
+}
+
+QStringList placesOf(const QWidget& form)
+{
+    QStringList lines;
+    for (const auto* control : form.findChildren<QWidget*>())
+        if (const QPoint at = control->mapTo(&form, QPoint()); isOwn(*control) && control->isVisible())
+            lines += QString::asprintf("place of %s: %d,%d %dx%d", qPrintable(control->objectName()), at.x(), at.y(),
+                                       control->width(), control->height());
+    return lines;
+}
+
+QStringList traitsOf(const QWidget& form)
+{
+    static const auto Names = {"focusPolicy",  "contextMenuPolicy", "frameShape",           "alignment",
+                               "textFormat",   "wordWrap",          "textInteractionFlags", "buttonSymbols",
+                               "autoRaise",    "documentMode",      "usesScrollButtons",    "features",
+                               "movable",      "iconSize",          "clearButtonEnabled",   "keyboardTracking",
+                               "insertPolicy", "headerHidden",      "uniformRowHeights",    "uniformItemSizes",
+                               "autoDefault",  "toolTip",           "verticalScrollMode",   "tabBarAutoHide"};
+    static const QRegularExpression around("QVariant\\(\\S+, (.*)\\)|QFlags<\\S+>\\((.*)\\)"),
+        usual(" focusPolicy Qt::NoFocus| contextMenuPolicy Qt::Default\\w+| iconSize QSize\\(\\S+ (16|-1)\\)"
+              "| textFormat Qt::AutoText| textInteractionFlags Links\\w+| frameShape QFrame::NoFrame"
+              "| alignment (AlignLeading\\|AlignVCenter|AlignLeft\\|AlignLeading)");
+    QStringList lines;
+    for (const auto* part : form.findChildren<QWidget*>()) {
+        QString words;
+        for (const char* name : Names)
+            if (const QVariant value = part->property(name); value.isValid() && value != false && value != "") {
+                QString text;
+                QDebug(&text).nospace() << value;
+                words += QString(" %1 %2").arg(name, text.replace(around, "\\1").replace(around, "\\2"));
+            }
+        if (const auto* area = qobject_cast<const QAbstractScrollArea*>(part))
+            words += u' ' + QVariant::fromValue(area->viewport()->backgroundRole()).toString();
+        words.remove(usual);
+        lines +=
+            isOwn(*part) && !words.isEmpty() ? QStringList("how " + part->objectName() + ':' + words) : QStringList();
     }
     return lines;
 }

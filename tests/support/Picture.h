@@ -21,5 +21,9 @@ void comparePicture(const QStringList& seen, const QString& wanted);
 QStringList tabOrderOf(const QWidget& form);
 /// The sizes of the visible controls, and the columns and heights of lists and grids: what a window's layout decides.
 QStringList shapeOf(const QWidget& form);
+/// Where the visible controls are in the form, and their sizes; left out of a comparison where the letters are others.
+QStringList placesOf(const QWidget& form);
+/// How the controls work whatever they hold, as far as that isn't usual.
+QStringList traitsOf(const QWidget& form);
 
 } // namespace orlo::test
