@@ -74,8 +74,9 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
     // Cuts a high row between lines: each part takes as many lines of each cell as fit into a share of the limit, so
     // that the parts fill pages to the end. Beside a picture, the first part takes as many as there is room for.
     const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
+    const double first = std::max(limit, row.above + row.ruleAbove + content.pictures);
     for (bool top = true, more = true; more; top = false) {
-        Strip strip = part(row, content, top ? std::max(limit, content.pictures) : limit, top);
+        Strip strip = part(row, content, top ? first : limit, top);
         more = strip.goesOn;
         strip.row = scope.row;
         addDecoration(row, left, strip.height, top, !more, strip);

@@ -160,6 +160,7 @@ private Q_SLOTS:
         QCOMPARE(all->outline.size(), 3);
         for (const auto& mark : all->outline) // each where its group starts
             QVERIFY2(textOf(*all, std::size_t(mark.page), 1).contains(mark.text + '\n'), qPrintable(mark.text));
+        QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
         QVERIFY(all->outline.back().page > 2 && some.outline.empty()); // no group starts on those pages
     }
 

@@ -296,7 +296,8 @@ void Recordset::edit()
 void Recordset::confirm()
 {
     const Record before = m_known->record;
-    if (m_shown && before.block == m_shown.block && !before.isGone() && before.block->state == m_connection->state())
+    const bool sure = m_shown && before.block == m_shown.block && !m_known->changedByAnother;
+    if (sure && !m_known->removed && !before.isGone() && before.block->state == m_connection->state())
         return; // the file is unchanged
     const Record now{readBlock(*m_connection, *m_source, std::span(&m_known->number, 1))};
     if (now.isGone())
@@ -347,7 +348,7 @@ void Recordset::update()
         // The written record is known, unless the row got another number.
         m_shown = m_known->record.block == m_shown.block ? Record() : m_known->record;
     }
-    const bool first = m_size == 0;
+    const bool first = m_buffer->added && m_size == 0;
     if (m_buffer->added) {
         m_numbers.push_back(m_added->number);
         ++m_size;
