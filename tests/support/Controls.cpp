@@ -28,7 +28,7 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
 {
     return takeNext([button](QWidget& modal, Told& told) {
         auto* box = qobject_cast<QMessageBox*>(&modal);
-        if (!box || told.shown)
+        if (!box || told.shown || !box->isActiveWindow()) // an earlier call may wait for it until then
             return false;
         told = {box->text(), box->windowTitle(), true, QVariant::fromValue(box->icon()).toString() + u','};
         told.kind += box->textFormat() == Qt::PlainText ? "" : " rich,";
