@@ -109,7 +109,7 @@ private Q_SLOTS:
             else if (step == "remove")
                 database->execute("Delete From Adults Where Adult_SID = 7");
             else if (step == "list")
-                database->execute("Delete From Purchase_List");
+                database->execute("Delete From PURCHASE_list");
             else if (step == "another")
                 sqlite(file(), "Update Dens Set Den_Name = Den_Name || 'c'");
             else if (step == "replace")
