@@ -413,6 +413,29 @@ private Q_SLOTS:
         QCOMPARE((failure ? failure->description() : told.join(u'\n')).trimmed(), test::cell("told").trimmed());
     }
 
+    // The reader gives up what it doesn't need before it opens the file, here one whose opening waits.
+    void readerLimitsItself()
+    {
+        if (!QFile::exists(u"/proc/self/limits"_s) || QProcess::execute(u"mkfifo"_s, {path()}) != 0)
+            test::skip(u"nothing here shows a process's limits"_s);
+        QProcess reader;
+        reader.start(platform::companionFile(platform::programName(u"orlo-jet"_s)), {path()});
+        QVERIFY(reader.waitForStarted());
+        const QString process = u"/proc/%1/"_s.arg(reader.processId());
+        const auto limits = [&process] {
+            const QString all = QString::fromUtf8(contents(process + u"limits"_s) + contents(process + u"status"_s));
+            return all.split(u'\n')
+                .filter(QRegularExpression(u"^(Max (cpu|file size|core)|NoNew)"_s))
+                .join(u';')
+                .simplified();
+        };
+        QTRY_COMPARE(
+            limits(),
+            u"Max cpu time 5 5 seconds ;Max file size 0 0 bytes ;Max core file size 0 0 bytes ;NoNewPrivs: 1"_s);
+        reader.kill();
+        QVERIFY(reader.waitForFinished());
+    }
+
     // A program without its reader beside it doesn't know the format; the same if the reader lacks its library.
     void withoutTheReader()
     {

@@ -13,6 +13,7 @@
 #include "support/Table.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -81,8 +82,9 @@ private Q_SLOTS:
     void files_data() { test::cases({"steps", "said"}, "platform/files.txt"); }
     void files()
     {
-        if (QDir::separator() == '\\' && test::cell("steps").contains("link"))
-            QSKIP("there are no such links here");
+        if (QDir::separator() == '\\' && test::cell("steps").contains(QRegularExpression("link|mode")))
+            QSKIP("there are no such links and modes here");
+        const int flushes = test::folderFlushes();
         const QTemporaryDir folder;
         const FileSystem system;
         QStringList all;
@@ -91,29 +93,28 @@ private Q_SLOTS:
             const QString one = step.count(' ') > 0 ? folder.path() + '\\' + step.section(' ', 1, 1) : QString();
             const QString other = folder.path() + '\\' + step.section(' ', 2);
             QString said;
-            const auto failure = test::failureOf([&] {
-                if (word == "write")
-                    test::write(nativePath(one), step.section(' ', 2).toUtf8());
-                else if (word == "folder")
-                    QDir().mkdir(nativePath(one));
-                else if (word == "link")
-                    QFile::link(nativePath(other), nativePath(one));
-                else if (word == "copy" || word == "over")
-                    system.copyFile(one, other, word == "over");
-                else if (word == "delete")
-                    system.deleteFile(one, false);
-                else if (word == "look")
-                    said = system.getFolder(one).path;
-                else if (word == "drive")
-                    said = system.getDrive(one).root;
-                else
-                    said = word == "there"  ? (system.fileExists(one) ? "yes" : "no")
-                           : word == "size" ? QString::number(system.getFile(one).size)
-                           : word == "text"
-                               ? test::contents(nativePath(one))
-                               : QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).join(' ');
-                return 0;
-            });
+            const QMap<QString, std::function<void()>> works{
+                {"write", [&] { test::write(nativePath(one), step.section(' ', 2).toUtf8()); }},
+                {"folder", [&] { QDir().mkdir(nativePath(one)); }},
+                {"link", [&] { QFile::link(nativePath(other), nativePath(one)); }},
+                {"copy", [&] { system.copyFile(one, other, false); }},
+                {"over", [&] { system.copyFile(one, other, true); }},
+                {"delete", [&] { system.deleteFile(one, false); }},
+                {"look", [&] { said = system.getFolder(one).path; }},
+                {"drive", [&] { said = system.getDrive(one).root; }},
+                {"there", [&] { said = system.fileExists(one) ? "yes" : "no"; }},
+                {"size", [&] { said = QString::number(system.getFile(one).size); }},
+                {"text", [&] { said = test::contents(nativePath(one)); }},
+                {"only",
+                 [&] {
+                     QFile::setPermissions(nativePath(one),
+                                           QFile::Permissions(other.section('\\', -1).toInt(nullptr, 16)));
+                 }},
+                {"mode", [&] { said = QString::number(int(QFile::permissions(nativePath(one))), 16); }},
+                {"names",
+                 [&] { said = QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).join(' '); }},
+                {"flushes", [&] { said = QString::number(test::folderFlushes() - flushes); }}};
+            const auto failure = test::failureOf([&] { return works[word](), 0; });
             all += failure ? QString(failure->what()) + ' ' + failure->source() : said.remove(folder.path());
         }
         QCOMPARE(all.join('\n').trimmed(), test::cell("said").trimmed());
@@ -250,22 +251,40 @@ private Q_SLOTS:
         QLoggingCategory::setFilterRules({});
     }
 
-    // What another program holds for a moment doesn't count as unwritable.
-    void heldForAMoment()
+    // What another program holds for a moment is waited for, and isn't unwritable meanwhile: a lock of the program's
+    // own, or a byte of those that SQLite locks. What is held longer is refused.
+    void held_data() { test::tableOf("platform/held.txt"); }
+    void held()
     {
+        const auto [work, byte] = test::cells("work", "byte");
+        const int time = test::cell("ms").toInt();
+        if (QDir::separator() == '\\' && work != "lock")
+            QSKIP("other locks keep out readers, too");
         const QTemporaryDir folder;
         const QString path = folder.filePath("File.mdb");
         test::write(path, "held");
-        std::promise<void> held;
+        test::write(path + "2", "other");
+        std::promise<bool> held;
         const std::jthread other([&] {
-            FileLock lock(path);
-            lock.keepOthersOut({});
-            held.set_value();
-            QTest::qSleep(500);
+            QFile file(path);
+            std::optional<FileLock> lock;
+            if (byte.isEmpty())
+                lock.emplace(path).keepOthersOut({});
+            held.set_value(lock ||
+                           (file.open(QIODevice::ReadWrite) && test::lockByte(file, byte.toLongLong(nullptr, 16))));
+            QTest::qSleep(time);
         });
-        held.get_future().wait();
-        QVERIFY(isWritable(path));
-        const FileLock next(path); // waits for its turn
+        QVERIFY(held.get_future().get() && isWritable(path));
+        QElapsedTimer timer;
+        timer.start();
+        const auto failure = test::failureOf([&] {
+            if (work == "lock")
+                return (void)FileLock(path), 0;
+            const QString from = work == "from" ? path : path + "2";
+            return FileSystem().copyFile(from, work == "from" ? path + "2" : path, true), 0;
+        });
+        const QString said = failure ? QString(failure->what()).section(": " + folder.path(), 0, 0) : "done";
+        QTEST((timer.elapsed() < time / 2 ? "" : "waits, ") + said, "then");
     }
 
     // All bytes arrive, or the failure has the device's text, however little it accepts at a time.

@@ -109,7 +109,7 @@ private Q_SLOTS:
             else if (step == "remove")
                 database->execute("Delete From Adults Where Adult_SID = 7");
             else if (step == "list")
-                database->execute("Delete From Purchase_List");
+                database->execute("Delete From PURCHASE_list");
             else if (step == "another")
                 sqlite(file(), "Update Dens Set Den_Name = Den_Name || 'c'");
             else if (step == "replace")
@@ -174,13 +174,15 @@ private Q_SLOTS:
         } else if (what.startsWith("room"))
             platform::setVolumes([this, what] {
                 const qint64 size = QFileInfo(file()).size();
-                return QList<platform::Drive>{{QDir::rootPath(), size * (what.endsWith("0") ? 9 : 19)}};
+                return QList<platform::Drive>{{QDir::rootPath(), what.endsWith("0") ? 10 * size - 1 : 10 * size}};
             });
         else if (what.endsWith("name"))
             QVERIFY(QDir().mkpath(folder.path()) && (orlo::test::write(folder.filePath("2026-06-07"), "mine"), true));
         else if (what.endsWith("killed")) {
             const auto hourAgo = QDateTime::currentDateTime().addSecs(-3600).toString("yyyyMMddHHmm");
-            if (QProcess::execute("touch", {"-t", hourAgo, folder.filePath("2026-06-06.99999.part")}) != 0)
+            if (QProcess::execute("touch",
+                                  {"-t", hourAgo, folder.filePath("2026-06-06.99999.part"),
+                                   folder.filePath("2026-06-06.1.mine.part"), folder.filePath("mine.1.part")}) != 0)
                 test::skip("a folder's time can't be set here");
         } else if (what.startsWith("a note"))
             orlo::test::write(folder.filePath("2026-06-07 01.00/note"), "mine");
