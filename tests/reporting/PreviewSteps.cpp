@@ -145,6 +145,8 @@ QStringList PreviewSteps::run(const QString& step)
         m_preview.window->findChild<NoticeBar*>()->tell("saved", rest);
     else if (word == "commands")
         seen += commands();
+    else if (word == "menus") // which some desktops show elsewhere
+        m_preview.window->menuBar()->setVisible(rest != "elsewhere");
     else if (word == "traits")
         seen += traitsOf(*m_preview.window) + placesOf(*m_preview.window)
                 << QString("place of the pages: %1 and %2 at once, %3 and %4 by arrows, opened in %5x%6")
@@ -212,6 +214,10 @@ QStringList PreviewSteps::commands() const
                                  action->icon().isNull() ? "no sign" : "sign"}
                          .join(" | ");
         }
+    const std::unique_ptr<QMenu> bars(m_preview.window->createPopupMenu()); // over the tool bar
+    for (const auto* bar : bars->actions())
+        lines += bar->isSeparator() ? QStringList()
+                                    : QStringList("hides " + bar->text() + (bar->isEnabled() ? "" : ", off"));
     const QRegularExpression ours("^[a-z]{2,3}[A-Z]"); // not Qt's own parts
     for (const auto* part : m_preview.window->findChildren<QWidget*>(ours))
         if (!part->accessibleName().isEmpty())

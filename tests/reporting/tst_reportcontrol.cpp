@@ -233,10 +233,10 @@ private Q_SLOTS:
         const auto named = [](QString words) { return words.replace("shopping", "Shopping"); };
         QCOMPARE(named(text).replace(folder, "$/", Qt::CaseInsensitive), told);
         QCOMPARE(named(window->windowTitle()), (find == "report file" ? "none - " : "Shopping - ") + platform::title());
-        const QIcon warns = window->style()->standardIcon(QStyle::SP_MessageBoxWarning);
-        const QPixmap icon = window->findChild<QLabel*>("")->pixmap();
+        const auto* sign = window->findChild<QLabel*>("");
         const int size = window->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
-        QCOMPARE(icon.toImage(), warns.pixmap(size, size).toImage());
+        const QPixmap warns = window->style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size, size);
+        QVERIFY(sign->pixmap().toImage() == warns.toImage() && sign->alignment() == Qt::AlignTop);
         window->findChild<QPushButton*>()->click();
         QVERIFY(!messageWindow());
 
@@ -401,18 +401,21 @@ private Q_SLOTS:
         auto* asking = new ReportControl("crShopping", screen.get());
         set(*asking, "none.mdb");
         QVERIFY(asking->run() != 0);
-        QVERIFY(messageWindow() && messageWindow()->isWindow());
+        QVERIFY(messageWindow() && messageWindow()->windowType() == Qt::Dialog);
         QCOMPARE(messageWindow()->parentWidget(), screen.get());
         {
             ReportMessage message("A title", "Some words", nullptr);
             message.show();
-            test::comparePicture(test::pictureOf(message) + test::traitsOf(message) + test::placesOf(message),
+            const QString size = QString("place of the window: %1x%2").arg(message.width()).arg(message.height());
+            test::comparePicture(test::pictureOf(message) + test::traitsOf(message) + test::placesOf(message) << size,
                                  test::contents(test::fileOfTests("reporting/reportmessage.txt")));
         }
         for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter}) {
             QTest::keyClick(messageWindow(), Qt::Key_A);
-            QTest::keyClick(messageWindow(), key);
-            QVERIFY(!messageWindow() && asking->run() != 0);
+            const QPointer<QWidget> closed = messageWindow();
+            QTest::keyClick(closed, key);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QVERIFY(!closed && asking->run() != 0);
         }
         screen.reset();
         QVERIFY(!messageWindow());

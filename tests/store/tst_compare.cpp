@@ -11,6 +11,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <functional>
+
 using namespace orlo;
 using orlo::test::contents;
 using orlo::test::orloDb;
@@ -41,48 +43,31 @@ private Q_SLOTS:
         QCOMPARE(comparable(seen), comparable(test::cell("steps")));
     }
 
+    // What is done to the sample pack before, which selects then give the same in both files, and which give none in
+    // the new one, with the old one as P.
     void scrambled()
     {
         QCOMPARE(orloDb({"new", "--from", ORLO_SOURCE_DIR "/samples/pack", "pack.mdb"}).errors, QString());
-        sqlite("pack.mdb",
-               "Create Table Mine (Name Text, Number Integer); Insert Into Mine Values ('Liam O''Brien', 740555);"
-               "Create View Own As Select 'Liam' From Scouts; Delete From Dens Where Den_SID = 3; Update PackInfo Set "
-               "[Pack Number] = 74055612;"
-               "Update Scouts Set Birth_Date = '1001-01-01', School = 'Zoë – ½', Note = 'a' || char(13, 10), Last_Name "
-               "= (Select "
-               "Upper(Last_Name) "
-               "From Scouts Where Scout_SID = 1) Where Scout_SID = 5;");
+        const QStringList lines =
+            QString::fromUtf8(contents(ORLO_SOURCE_DIR "/tests/store/scrambled.txt")).split('\n', Qt::SkipEmptyParts);
+        const auto each = [&lines](const char* word, const std::function<void(const QByteArray&)>& act) {
+            for (const QString& line : lines.filter(QRegularExpression('^' + QString(word) + ' ')))
+                act(line.section(' ', 1).toUtf8());
+        };
+        each("sql", [](const QByteArray& change) { QCOMPARE(sqlite("pack.mdb", change), QStringList()); });
         const auto run = orloDb({"scramble", "pack.mdb", "out.mdb"});
         QCOMPARE(run.errors, QString());
         QCOMPARE(run.said, QString("left out: the stored query Own\n"));
-        const auto both = [](const char* select) { QCOMPARE(sqlite("out.mdb", select), sqlite("pack.mdb", select)); };
-        both("Select Scout_SID, Assigned_Den_SID, Active, Tigar, length(First_Name), length(Last_Name), length(Note), "
-             "instr(Note, char(13, 10)), length(Parent1_Email), typeof(MI), instr(Last_Name, ''''), instr(School, ' – "
-             "½'), Boys_Life, "
-             "Birth_Date = '1001-01-01' From "
-             "Scouts");
-        both("Select Assigned_SID, Scout_SID, Insignia_SID, Quantity, Year = Substr(Date_Assigned, 1, 4) And "
-             "Month = 0 + Substr(Date_Assigned, 6, 2) From Assigned_Awards_Scouts");
-        both("Select julianday(Max(Date_Assigned)) - julianday(Min(Date_Assigned)) From Assigned_Awards_Scouts");
-        both("Select Count(Distinct Lower(Last_Name)), Count(Distinct City), Count(Distinct MI), Count(Distinct "
-             "Birth_Date) > 50 From "
-             "Scouts");
-        both("Select Insignia_Type From Insignias");
-        both("Select Den_Title, Sort_Order From Den_Titles");
-        both("Select type, name From sqlite_master Where name Not In ('Own', 'Mine', 'Table 1') Order By 1, 2");
+        each("same", [](const QByteArray& select) { QCOMPARE(sqlite("out.mdb", select), sqlite("pack.mdb", select)); });
+        each("none", [](const QByteArray& select) {
+            QCOMPARE(sqlite("out.mdb", "Attach 'pack.mdb' As P; " + select), QStringList());
+        });
         // Nothing by which a person could be recognised is anywhere in the file.
         const QStringList people = sqlite("pack.mdb", contents(ORLO_SOURCE_DIR "/tests/store/ofPeople.sql"));
         const QByteArray out = contents("out.mdb");
         QVERIFY(people.size() > 200);
         for (const QString& known : people)
             QVERIFY2(known.size() < 5 || !out.contains(known.toUtf8()), qPrintable(known));
-        QCOMPARE(sqlite("out.mdb",
-                        "Attach 'pack.mdb' As P; Select Count(*) From Scouts S Join P.Scouts Using (Scout_SID) "
-                        "Where S.Birth_Date = P.Scouts.Birth_Date And S.Birth_Date > '1001-01-01'"),
-                 QStringList("0"));
-        QVERIFY(!sqlite("out.mdb", "Select [Field 2] From [Table 1]").contains("740555"));
-        QCOMPARE(sqlite("out.mdb", "Select Count(*) From PackInfo Where [Pack Number] = 74055612"), QStringList("0"));
-        QVERIFY(sqlite("out.mdb", "Select Note From Scouts Where Note > ''").join("").remove(u'x').trimmed().isEmpty());
         QCOMPARE(orloDb({"check", "out.mdb"}).said.count(u'\n'), orloDb({"check", "pack.mdb"}).said.count(u'\n'));
         QCOMPARE(orloDb({"scramble", "pack.mdb", "out.mdb"}).status, 1);
         QCOMPARE(contents("out.mdb"), out);

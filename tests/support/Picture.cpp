@@ -262,7 +262,8 @@ QStringList traitsOf(const QWidget& form)
                                "autoRaise",    "documentMode",      "usesScrollButtons",    "features",
                                "movable",      "iconSize",          "clearButtonEnabled",   "keyboardTracking",
                                "insertPolicy", "headerHidden",      "uniformRowHeights",    "uniformItemSizes",
-                               "autoDefault",  "toolTip",           "verticalScrollMode",   "tabBarAutoHide"};
+                               "autoDefault",  "toolTip",           "verticalScrollMode",   "tabBarAutoHide",
+                               "windowTitle"};
     static const QRegularExpression around("QVariant\\(\\S+, (.*)\\)|QFlags<\\S+>\\((.*)\\)"),
         usual(" focusPolicy Qt::NoFocus| contextMenuPolicy Qt::Default\\w+| iconSize QSize\\(\\S+ (16|-1)\\)"
               "| textFormat Qt::AutoText| textInteractionFlags Links\\w+| frameShape QFrame::NoFrame"

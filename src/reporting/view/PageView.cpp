@@ -36,7 +36,6 @@ PageView::PageView(std::shared_ptr<const Document> document, QWidget* parent)
     makePagesReadable();
     setObjectName(QStringLiteral("vwPages"));
     setAccessibleName(QStringLiteral("Report pages"));
-    setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
     viewport()->setBackgroundRole(QPalette::Dark);
     viewport()->setCursor(Qt::OpenHandCursor);

@@ -28,7 +28,6 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <functional>
 
 namespace orlo::reporting
@@ -98,7 +97,7 @@ void PreviewWindow::fitToDocument()
     connect(m_pageList, &PageList::pagePicked, m_view, &PageView::goToPage);
     {
         const QSignalBlocker quiet(m_page);
-        m_page->setRange(1, std::max(m_view->pageCount(), 1));
+        m_page->setRange(1, m_view->pageCount()); // without pages, 1 as well
         m_page->setSuffix(m_document->complete ? QStringLiteral(" of %1").arg(m_view->pageCount())
                                                : QStringLiteral(" of …"));
     }
@@ -206,7 +205,7 @@ QAction* PreviewWindow::makeAction(const char* name, const QString& text, Glyph 
     action->setToolTip(
         keys.isEmpty() ? plain : QStringLiteral("%1 (%2)").arg(plain, keys.first().toString(QKeySequence::NativeText)));
     connect(action, &QAction::triggered, this, std::move(handler));
-    addAction(action);
+    addAction(action); // the desktop may show the menus elsewhere, and then their keys aren't this window's
     return action;
 }
 

@@ -22,7 +22,7 @@ QString messageOf(const ReportError& error, const QString& reportFile)
     const QString report = platform::nativePath(reportFile);
     const bool ofSelection =
         !error.place().file && error.file().compare(QFileInfo(report).fileName(), Qt::CaseInsensitive) != 0;
-    QString file = error.file().contains(u'/') ? error.file() : report;
+    QString file = report;
     if (error.place().file) { // an included file, in the report's folder or the program's own
         const QString beside = QFileInfo(report).dir().filePath(error.file());
         file = QFileInfo::exists(beside) ? beside : error.file();
@@ -30,9 +30,7 @@ QString messageOf(const ReportError& error, const QString& reportFile)
     if (!file.isEmpty() && error.number() != platform::DeviceUnavailable)
         lines << QString() << QStringLiteral("File: %1").arg(QDir::toNativeSeparators(file));
     if (error.place().line > 0) {
-        QString where = QStringLiteral("Line %1").arg(error.place().line);
-        if (error.place().column > 0)
-            where += QStringLiteral(", column %1").arg(error.place().column);
+        QString where = QStringLiteral("Line %1, column %2").arg(error.place().line).arg(error.place().column);
         if (ofSelection)
             where += QStringLiteral(" of the %1").arg(error.file());
         lines << where;
@@ -68,12 +66,11 @@ ReportMessage::ReportMessage(const QString& title, const QString& text, QWidget*
     connect(buttons, &QDialogButtonBox::accepted, this, &QWidget::close);
 
     auto* row = new QHBoxLayout;
-    row->setSpacing(16);
     row->addWidget(icon);
     row->addWidget(label, 1);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(16, 16, 16, 12);
-    column->setSpacing(16);
+    column->setSpacing(16); // the row's as well
     column->addLayout(row, 1);
     column->addWidget(buttons);
     ok->setFocus();
