@@ -7,10 +7,7 @@
 #include "support/System.h"
 #include "support/Table.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
-
-#include <sqlite3.h>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -143,26 +140,6 @@ private Q_SLOTS:
             QVERIFY(failures.first() == 0 && failures.last() == platform::PathFileAccess);
         }
         QCOMPARE(test::sqlite(m_path, "Select count(*) From T"), QStringList("1"));
-    }
-
-    // Records that can't be read while another program locks the file can be read afterwards.
-    void lockedOnTheWay()
-    {
-        fill(20);
-        Recordset rows = open();
-        for (; rows.place() < 7; rows.moveNext())
-            (void)rows[u"SID"];
-        sqlite3* other = nullptr;
-        sqlite3_open(QFile::encodeName(m_path).constData(), &other);
-        sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-        QElapsedTimer waited;
-        waited.start();
-        const auto locked = test::failureOf([&] { return rows[u"SID"]; });
-        QVERIFY(waited.elapsed() >= 1900);
-        sqlite3_close(other);
-        QVERIFY(locked && locked->number() == platform::CannotLockFile);
-        QVERIFY(locked->description().startsWith("Another program is using the file"));
-        QCOMPARE(sid(rows), 8);
     }
 
     // If a damaged file can't be opened again, everything stays as it was.

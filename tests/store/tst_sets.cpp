@@ -7,6 +7,7 @@
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
+#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
@@ -189,7 +190,7 @@ private:
     {
         QString value;
         if (!walker.seen)
-            QTest::qSleep(2); // a look at the file is valid for a millisecond
+        QTest::qSleep(2); // a look at the file is valid for a millisecond
         attempt([&] { value = shown(walker.set.value(Fields[field])); });
         if (walker.set.editing())
             return value == walker.buffer[field] ? 0 : -1;
@@ -344,6 +345,8 @@ private Q_SLOTS:
         std::optional<Transaction> outer;
         QStringList seen;
         QString said;
+        sqlite3* other = nullptr;
+        QElapsedTimer time;
         const QStringList script = test::cell("script").trimmed().split(u'\n');
         for (const QString& line : script) {
             const QString steps = line.section(" -> ", 0, 0);
@@ -351,13 +354,19 @@ private Q_SLOTS:
             const QString what = steps.section(u' ', 1);
             const int program = who.toUpper() == "B" ? 1 : 0;
             QStringList given;
+            time.start();
             const auto attempt = [&](const auto& action) {
                 if (const auto error = test::failureOf(action)) {
                     given += QString::number(error->number());
                     said = error->description();
                 }
             };
-            if (who == "tool")
+            if (what == "lock") {
+                sqlite3_open(m_path.toUtf8().constData(), &other);
+                sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+            } else if (what == "unlock")
+                sqlite3_close(other);
+            else if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
             else if (what == "begin")
                 outer.emplace(m_programs[program]);
@@ -372,6 +381,8 @@ private Q_SLOTS:
             else
                 for (const QString& word : what.split(u' '))
                     attempt([&] { word == "said" ? void(given += said) : step(*sets[who], word, given); });
+            if (time.elapsed() > 1900)
+                given += "waits";
             QTest::qSleep(2); // a look at the file is valid for a millisecond
             if (const auto set = sets.value(who))
                 given += stateOf(*set);
