@@ -157,33 +157,6 @@ private Q_SLOTS:
         QCOMPARE(sid(rows), 9999);
     }
 
-    void deadSets()
-    {
-        fill(2);
-        Recordset snapshot = m_database->openRecordset("Select Distinct SID From T");
-        Recordset closed = open();
-        closed.close();
-        Recordset orphan = open();
-        orphan.edit();
-        for (const int column : {-1, 8})
-            QCOMPARE(failureNumber([&] { return orphan.value(column); }) +
-                         failureNumber([&] { orphan.setValue(column, 1); }),
-                     2 * platform::FieldNotFound);
-        m_database->close();
-        for (Recordset* dead : {&closed, &orphan, &snapshot})
-            for (const int number :
-                 {failureNumber([&] { dead->moveNext(); }), failureNumber([&] { dead->update(); }),
-                  failureNumber([&] { return dead->value(0); }),
-                  failureNumber([&] { return dead->place() + dead->editing(); }), failureNumber([&] { dead->close(); }),
-                  failureNumber([&] { return dead->recordCount(); })})
-                QCOMPARE(number, int(platform::ObjectInvalid));
-        for (const auto& action :
-             {std::function([&] { m_database->execute("Delete From T"); }), std::function([&] { m_database->close(); }),
-              std::function([&] { (void)m_database->tableNames(); }),
-              std::function([&] { const Transaction none(*m_database); })})
-            QCOMPARE(failureNumber(action), int(platform::ObjectInvalid));
-    }
-
 private:
     [[nodiscard]] Recordset open() { return m_database->openRecordset("T"); }
     static int sid(const Recordset& rows) { return rows[u"SID"].toInt32(); }

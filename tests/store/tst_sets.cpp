@@ -190,7 +190,7 @@ private:
     {
         QString value;
         if (!walker.seen)
-        QTest::qSleep(2); // a look at the file is valid for a millisecond
+            QTest::qSleep(2); // a look at the file is valid for a millisecond
         attempt([&] { value = shown(walker.set.value(Fields[field])); });
         if (walker.set.editing())
             return value == walker.buffer[field] ? 0 : -1;
@@ -369,7 +369,11 @@ private Q_SLOTS:
             else if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
             else if (what == "begin")
-                outer.emplace(m_programs[program]);
+                attempt([&] { outer.emplace(m_programs[program]); });
+            else if (what == "alone")
+                m_programs[program].deferFlushing();
+            else if (what == "close" && who == who.toLower())
+                attempt([&] { m_programs[program].close(); });
             else if (what == "commit" || what == "rollback") {
                 if (what == "commit")
                     outer->commit();
@@ -385,7 +389,7 @@ private Q_SLOTS:
                 given += "waits";
             QTest::qSleep(2); // a look at the file is valid for a millisecond
             if (const auto set = sets.value(who))
-                given += stateOf(*set);
+                attempt([&] { given += stateOf(*set); });
             seen += given.isEmpty() ? steps : steps + " -> " + given.join(u' ');
         }
         QCOMPARE(seen.join(u'\n'), script.join(u'\n'));
@@ -422,9 +426,10 @@ private:
     static void step(Recordset& set, const QString& word, QStringList& given)
     {
         static const QMap<QString, void (Recordset::*)()> Steps{
-            {"F", &Recordset::moveFirst},    {"L", &Recordset::moveLast},   {"N", &Recordset::moveNext},
-            {"P", &Recordset::movePrevious}, {"new", &Recordset::addNew},   {"edit", &Recordset::edit},
-            {"save", &Recordset::update},    {"remove", &Recordset::remove}};
+            {"F", &Recordset::moveFirst},        {"L", &Recordset::moveLast},    {"N", &Recordset::moveNext},
+            {"P", &Recordset::movePrevious},     {"new", &Recordset::addNew},    {"edit", &Recordset::edit},
+            {"save", &Recordset::update},        {"remove", &Recordset::remove}, {"close", &Recordset::close},
+            {"cancel", &Recordset::cancelUpdate}};
         bool number = false;
         const int by = word.toInt(&number);
         if (const auto known = Steps.value(word))
@@ -433,6 +438,8 @@ private:
             set.move(by);
         else if (word == "#")
             given += QString::number(set.recordCount());
+        else if (word.startsWith("col:"))
+            given += shown(set.value(word.sliced(4).toInt()));
         else if (word.startsWith("all:"))
             set.readAll({word.sliced(4), u"SID"}, [&](auto record) { given += shown(record[0]) + shown(record[1]); });
         else if (word.contains(u'='))
