@@ -61,22 +61,6 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
     }
 
-    // Until it is closed, a file that isn't flushed is for one program alone.
-    void deferredFlushing()
-    {
-        Database database = DBEngine::openDatabase(m_path);
-        database.deferFlushing();
-        const auto count = [this] { return test::sqlite(m_path, "Select Count(*) From Dens").join(""); };
-        QCOMPARE(count(), "database is locked");
-        database.execute("Insert Into Dens (Den_SID) Values (1)");
-        Recordset dens = database.openRecordset("Dens");
-        database.execute("Insert Into Dens (Den_SID) Values (2)");
-        QCOMPARE(dens.recordCount(), 2);
-        QCOMPARE(count(), "database is locked");
-        database.close();
-        QCOMPARE(count(), "2");
-    }
-
     void movedWhileOpen()
     {
         Database database = DBEngine::openDatabase(m_path);

@@ -7,10 +7,7 @@
 #include "support/System.h"
 #include "support/Table.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
-
-#include <sqlite3.h>
 
 using namespace orlo;
 using namespace orlo::store;
@@ -145,26 +142,6 @@ private Q_SLOTS:
         QCOMPARE(test::sqlite(m_path, "Select count(*) From T"), QStringList("1"));
     }
 
-    // Records that can't be read while another program locks the file can be read afterwards.
-    void lockedOnTheWay()
-    {
-        fill(20);
-        Recordset rows = open();
-        for (; rows.place() < 7; rows.moveNext())
-            (void)rows[u"SID"];
-        sqlite3* other = nullptr;
-        sqlite3_open(QFile::encodeName(m_path).constData(), &other);
-        sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-        QElapsedTimer waited;
-        waited.start();
-        const auto locked = test::failureOf([&] { return rows[u"SID"]; });
-        QVERIFY(waited.elapsed() >= 1900);
-        sqlite3_close(other);
-        QVERIFY(locked && locked->number() == platform::CannotLockFile);
-        QVERIFY(locked->description().startsWith("Another program is using the file"));
-        QCOMPARE(sid(rows), 8);
-    }
-
     // If a damaged file can't be opened again, everything stays as it was.
     void damagedMeanwhile()
     {
@@ -178,33 +155,6 @@ private Q_SLOTS:
         QCOMPARE(failureNumber([&] { return rows.recordCount(); }), 3049);
         add(rows, 9999);
         QCOMPARE(sid(rows), 9999);
-    }
-
-    void deadSets()
-    {
-        fill(2);
-        Recordset snapshot = m_database->openRecordset("Select Distinct SID From T");
-        Recordset closed = open();
-        closed.close();
-        Recordset orphan = open();
-        orphan.edit();
-        for (const int column : {-1, 8})
-            QCOMPARE(failureNumber([&] { return orphan.value(column); }) +
-                         failureNumber([&] { orphan.setValue(column, 1); }),
-                     2 * platform::FieldNotFound);
-        m_database->close();
-        for (Recordset* dead : {&closed, &orphan, &snapshot})
-            for (const int number :
-                 {failureNumber([&] { dead->moveNext(); }), failureNumber([&] { dead->update(); }),
-                  failureNumber([&] { return dead->value(0); }),
-                  failureNumber([&] { return dead->place() + dead->editing(); }), failureNumber([&] { dead->close(); }),
-                  failureNumber([&] { return dead->recordCount(); })})
-                QCOMPARE(number, int(platform::ObjectInvalid));
-        for (const auto& action :
-             {std::function([&] { m_database->execute("Delete From T"); }), std::function([&] { m_database->close(); }),
-              std::function([&] { (void)m_database->tableNames(); }),
-              std::function([&] { const Transaction none(*m_database); })})
-            QCOMPARE(failureNumber(action), int(platform::ObjectInvalid));
     }
 
 private:

@@ -7,6 +7,7 @@
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
+#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
@@ -344,6 +345,8 @@ private Q_SLOTS:
         std::optional<Transaction> outer;
         QStringList seen;
         QString said;
+        sqlite3* other = nullptr;
+        QElapsedTimer time;
         const QStringList script = test::cell("script").trimmed().split(u'\n');
         for (const QString& line : script) {
             const QString steps = line.section(" -> ", 0, 0);
@@ -351,16 +354,26 @@ private Q_SLOTS:
             const QString what = steps.section(u' ', 1);
             const int program = who.toUpper() == "B" ? 1 : 0;
             QStringList given;
+            time.start();
             const auto attempt = [&](const auto& action) {
                 if (const auto error = test::failureOf(action)) {
                     given += QString::number(error->number());
                     said = error->description();
                 }
             };
-            if (who == "tool")
+            if (what == "lock") {
+                sqlite3_open(m_path.toUtf8().constData(), &other);
+                sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+            } else if (what == "unlock")
+                sqlite3_close(other);
+            else if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
             else if (what == "begin")
-                outer.emplace(m_programs[program]);
+                attempt([&] { outer.emplace(m_programs[program]); });
+            else if (what == "alone")
+                m_programs[program].deferFlushing();
+            else if (what == "close" && who == who.toLower())
+                attempt([&] { m_programs[program].close(); });
             else if (what == "commit" || what == "rollback") {
                 if (what == "commit")
                     outer->commit();
@@ -372,9 +385,11 @@ private Q_SLOTS:
             else
                 for (const QString& word : what.split(u' '))
                     attempt([&] { word == "said" ? void(given += said) : step(*sets[who], word, given); });
+            if (time.elapsed() > 1900)
+                given += "waits";
             QTest::qSleep(2); // a look at the file is valid for a millisecond
             if (const auto set = sets.value(who))
-                given += stateOf(*set);
+                attempt([&] { given += stateOf(*set); });
             seen += given.isEmpty() ? steps : steps + " -> " + given.join(u' ');
         }
         QCOMPARE(seen.join(u'\n'), script.join(u'\n'));
@@ -411,9 +426,10 @@ private:
     static void step(Recordset& set, const QString& word, QStringList& given)
     {
         static const QMap<QString, void (Recordset::*)()> Steps{
-            {"F", &Recordset::moveFirst},    {"L", &Recordset::moveLast},   {"N", &Recordset::moveNext},
-            {"P", &Recordset::movePrevious}, {"new", &Recordset::addNew},   {"edit", &Recordset::edit},
-            {"save", &Recordset::update},    {"remove", &Recordset::remove}};
+            {"F", &Recordset::moveFirst},        {"L", &Recordset::moveLast},    {"N", &Recordset::moveNext},
+            {"P", &Recordset::movePrevious},     {"new", &Recordset::addNew},    {"edit", &Recordset::edit},
+            {"save", &Recordset::update},        {"remove", &Recordset::remove}, {"close", &Recordset::close},
+            {"cancel", &Recordset::cancelUpdate}};
         bool number = false;
         const int by = word.toInt(&number);
         if (const auto known = Steps.value(word))
@@ -422,6 +438,8 @@ private:
             set.move(by);
         else if (word == "#")
             given += QString::number(set.recordCount());
+        else if (word.startsWith("col:"))
+            given += shown(set.value(word.sliced(4).toInt()));
         else if (word.startsWith("all:"))
             set.readAll({word.sliced(4), u"SID"}, [&](auto record) { given += shown(record[0]) + shown(record[1]); });
         else if (word.contains(u'='))

@@ -1,4 +1,5 @@
--- Another tool's table with a field of each kind, one without fields, and stored queries.
+-- Another tool's table with a field of each kind, one without fields, and stored queries. A query is replaced by its text
+-- wherever it is named; the view is for other tools.
 Create Table Kinds(A INT, B DOUBLE, C DATE, D BOOLEAN, E LONGTEXT, F TEXT(3), G SMALLINT, H BIGINT, I DATETIME, J FLOAT DEFAULT 2.5, K date, L BOOLEAN DEFAULT 1, M, N VARCHAR (5) DEFAULT 'it''s', O INTEGER PRIMARY KEY AUTOINCREMENT);
 Insert Into Kinds Values
 (1, 2, '2024-01-02', 1, 'e', 'f', 3, 4, '2024-01-02 03:04:05', 0.5, '2024-01-03', 0, 5, 'n', 7),
@@ -6,10 +7,12 @@ Insert Into Kinds Values
 Create Table Bare("~");
 Create View "First" As Select 0;
 Create View Second As Select 0;
+Create View Dens As Select 1 As SID, 9 As Den;
 Create View Lost As Select 0;
 Create View Shown As Select 0;
 Insert Into Stored_Queries Values
 ('First', 'Select "N/A" As A, SID From Second'),
 ('Second', 'Select * From Older'),
+('Dens', 'Select SID, Den From People Where Den > 0 Order By SID Desc'),
 ('Lost', 'Select * From Gone'),
 ('Shown', 'Select P.[Last Name] & "" As Name, Max(P.Born) As Latest, Max(Mail = True) As Any From (Select [Last Name], Born, Mail From People Union All Select "ØST", #1/2/2020#, No From People) As P Group By P.[Last Name] & ""');
