@@ -43,8 +43,10 @@ void moveItem(Item& item, QPointF by)
         item);
 }
 
-BandLayout::BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit)
-    : m_definition(definition), m_typesetter(typesetter), m_textWidth(textWidth), m_heightLimit(heightLimit)
+BandLayout::BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double bodyHeight,
+                       double heightLimit)
+    : m_definition(definition), m_typesetter(typesetter), m_textWidth(textWidth), m_bodyHeight(bodyHeight),
+      m_heightLimit(heightLimit)
 {
     for (const Style& style : definition.styles) {
         m_fonts.push_back(typesetter.font(style));
@@ -72,9 +74,11 @@ void BandLayout::layOutRow(const Row& row, const RowScope& scope, double left, s
         return;
     }
     // Cuts a high row between lines: each part takes as many lines of each cell as fit into a share of the limit, so
-    // that the parts fill pages to the end. Beside a picture, the first part takes as many as there is room for.
+    // that the parts fill pages to the end. Beside a picture, the first part takes as many as there is room for, unless
+    // the picture itself is cut at the end of the page.
     const double limit = height > m_heightLimit ? m_heightLimit / PartsOfLimit : m_heightLimit;
-    const double first = std::max(limit, row.above + row.ruleAbove + content.pictures);
+    const double bottom = row.above + row.ruleAbove + content.pictures;
+    const double first = bottom <= m_bodyHeight ? std::max(limit, bottom) : limit;
     for (bool top = true, more = true; more; top = false) {
         Strip strip = part(row, content, top ? first : limit, top);
         more = strip.goesOn;

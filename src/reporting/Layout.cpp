@@ -21,7 +21,7 @@ class ReportLayout
 public:
     ReportLayout(const BoundReport& report, LayoutJob& job, Flow& flow, double left, bool isMain)
         : m_report(report), m_definition(report.definition), m_job(job), m_flow(flow), m_left(left), m_isMain(isMain),
-          m_bands(report.definition, job.typesetter, job.textWidth, job.heightLimit),
+          m_bands(report.definition, job.typesetter, job.textWidth, job.bodyHeight, job.heightLimit),
           m_scope(report.definition, report.rows, job.facts)
     {
         if (const int columns = m_definition.detail.columns; columns > 1 || hasLabels()) {
@@ -29,7 +29,7 @@ public:
             if (m_columnWidth < MinColumn)
                 throw ReportError(platform::SyntaxError, QStringLiteral("The columns are too narrow."),
                                   m_definition.detail.place);
-            m_columns.emplace(report.definition, job.typesetter, left + m_columnWidth, job.heightLimit);
+            m_columns.emplace(report.definition, job.typesetter, left + m_columnWidth, job.bodyHeight, job.heightLimit);
         }
     }
 

@@ -52,7 +52,8 @@ class BandLayout
 {
 public:
     /// Strips are as wide as the text area; rows higher than the limit are cut into several. Lengths in points.
-    BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double heightLimit);
+    BandLayout(const Definition& definition, Typesetter& typesetter, double textWidth, double bodyHeight,
+               double heightLimit);
 
     /// The band's strips for the scope's row, kept together. Subreports are left out.
     [[nodiscard]] std::vector<Strip> strips(const Band& band, const RowScope& scope, double left) const;
@@ -102,6 +103,7 @@ private:
     std::vector<int> m_fonts;     // by style
     std::vector<QColor> m_colors; // by style
     double m_textWidth;
+    double m_bodyHeight;
     double m_heightLimit;
 };
 

@@ -45,7 +45,8 @@ RowRange rowsOn(const Flow& flow, const PageContent& content)
 PageMaker::PageMaker(const BoundReport& report, const RunFacts& facts, Typesetter& typesetter)
     : m_definition(report.definition),
       m_area(QRectF(QPointF(), m_definition.paper).marginsRemoved(m_definition.margins)),
-      m_bands(m_definition, typesetter, m_area.width(), m_area.height()), m_scope(m_definition, report.rows, facts)
+      m_bands(m_definition, typesetter, m_area.width(), m_area.height(), m_area.height()),
+      m_scope(m_definition, report.rows, facts)
 {
     m_scope.pageNumber = WidestPageNumber;
     m_scope.pageCount = WidestPageNumber;

@@ -70,6 +70,7 @@ void SqlTranslator::insert()
         expect(Symbol::Close);
         m_out.sql += u')';
     }
+    none.sources.clear(); // values can't refer to fields
     if (!take(Symbol::Values)) {
         m_out.sql += u' ';
         query(nullptr, &targets);
