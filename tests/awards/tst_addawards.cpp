@@ -178,6 +178,14 @@ private Q_SLOTS:
         QTEST(QString::number(test::count("Assigned_Awards_Adults")), "added");
     }
 
+    void apostropheInAFind()
+    {
+        const QString before = test::rows("Select * From Insignias");
+        const auto find = [] { test::RecordScreen("frmInsigniaInfo").run("cmdFind>InsigniaName:O'Hara,cmdFind"); };
+        QCOMPARE(test::failureInChild("", find), "3075");
+        QCOMPARE(test::rows("Select * From Insignias"), before);
+    }
+
     void editing_data() { test::tableOf("awards/addawards_editing.txt"); }
     void editing()
     {

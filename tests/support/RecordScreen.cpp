@@ -302,14 +302,6 @@ QString RecordScreen::lostFields(const QString& file, const QString& record) con
     return lost;
 }
 
-QString RecordScreen::enabled(const QStringList& names) const
-{
-    QStringList found;
-    for (const QString& name : names)
-        found += get(name.toUtf8().constData()).isEnabled() ? QStringList(name) : QStringList();
-    return found.size() == names.size() ? "all" : found.isEmpty() ? "none" : found.join(u' ');
-}
-
 QString RecordScreen::said() const
 {
     QStringList lines;

@@ -61,8 +61,6 @@ struct RecordScreen {
     /// doesn't hold it, or the fourth word. "- Field" is one without a control of its own; a field of the schema that
     /// isn't named is returned, too.
     [[nodiscard]] QString lostFields(const QString& file, const QString& record) const;
-    /// Which of these controls are enabled, by name; "all" or "none".
-    [[nodiscard]] QString enabled(const QStringList& names) const;
     /// What the answered boxes said, one "Title: text" per line.
     [[nodiscard]] QString said() const;
     /// What every record form shows, by the columns of the tests' tables: the label, and which buttons for stepping and
