@@ -125,6 +125,7 @@ private:
             files.sort();
             return files.join(' ') + '\n';
         } else {
+            words.replaceInStrings(QRegularExpression("^samples/"), ORLO_SOURCE_DIR "/samples/");
             const auto run = orloDb(words, word);
             QString said = run.said + run.errors.section(usage, 0, 0).replace(line, "! ");
             for (const QString& folder :

@@ -55,11 +55,9 @@ private Q_SLOTS:
             rows.setValue(field, value);
             rows.update();
         };
-        if (const int number = failureNumber(write)) {
-            QTEST(QString::number(number), "kept");
-            return;
-        }
-        QTEST(test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0), "kept");
+        const int number = failureNumber(write);
+        const QString kept = test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0);
+        QTEST(number == 0 ? kept : QString::number(number), "kept");
     }
 
     // What a set shows of a value that another tool stored in a field without limits, of what kind it is, and as what a
@@ -110,14 +108,6 @@ private Q_SLOTS:
         }
         for (rows.moveLast(); !rows.bof(); rows.movePrevious())
             QCOMPARE(sid(rows), ++expected);
-        rows.moveLast();
-        rows.moveNext();
-        for (rows.move(-500); !rows.eof(); rows.moveNext()) {
-            rows.edit();
-            rows.setValue(u"Name", sid(rows));
-            rows.update();
-        }
-        QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
     // A disk that fills up ends the whole transaction; nothing of what follows may be kept.
