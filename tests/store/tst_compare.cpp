@@ -1,4 +1,3 @@
-#include "store/engine/Database.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/OrloDb.h"

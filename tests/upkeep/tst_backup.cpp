@@ -166,6 +166,7 @@ private Q_SLOTS:
         if (late == "full")
             test::limitFiles(1LL << 40); // whether there are limits
         Place place;
+        test::fill("Insert Into Purchase_List (Award_Name) Values ('old')");
         test::showForm("frmScouts");
         test::showForm("frmAdults");
         test::showForm("frmDenInfo");
@@ -189,20 +190,16 @@ private Q_SLOTS:
         QVERIFY(!test::loadedForm(Backup) || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(place.files(), "files");
-        QCOMPARE(test::count("Purchase_List"), 0);        // the database is open
+        // The list's window is loaded only to be unloaded, which empties it.
+        QCOMPARE(test::count("Purchase_List"), test::cell("loaded").contains("frmScouts") ? 1 : 0);
         if (auto* scouts = test::loadedForm("frmScouts")) // nothing was closed under them
             test::control<QPushButton>(*scouts, "cmdNew").click();
     }
 
-    // A form that is loaded only to be unloaded runs its load step; one that isn't on the list stays, and its record
-    // set is dead.
+    // A form that isn't on the list of those to unload stays, and its record set is dead.
     void otherForms()
     {
         Place place;
-        test::fill("Insert Into Purchase_List (Award_Name) Values ('old')");
-        const Screen screen(Backup);
-        screen.go("yes ok");
-        QCOMPARE(test::count("Purchase_List"), 0);
         const auto walkAfterwards = [] {
             const test::RecordScreen dens("frmDenInfo");
             widgets::message("takes the answer that waits");
