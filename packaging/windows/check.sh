@@ -76,6 +76,6 @@ cat <<'END'
 Not run at all:
     tst_hands, tst_sweep    their mouse and keys are the X server's
     tst_access_scaled       the scale would come by a variable that Wine doesn't pass on
-    tst_packages, tst_setup, tst_quotes, rooms    they look at the packages for Linux and at the sources
+    tst_packages, tst_setup, tst_quotes, tst_fields, rooms    they look at the packages for Linux and at the sources
 END
 exit $status

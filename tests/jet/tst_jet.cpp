@@ -365,8 +365,7 @@ private Q_SLOTS:
             test::skip(u"here nobody can write to a locked file"_s);
         QVERIFY(failure);
         QTEST(QString::number(failure->number()), "number");
-        const QString folder = QDir::toNativeSeparators(m_folder->path());
-        QTEST(QString(failure->description()).replace(folder, u"%"_s).replace(m_folder->path(), u"%"_s), "words");
+        QTEST(QString(failure->description()).replace(u'\\', u'/').replace(m_folder->path(), u"%"_s), "words");
         QCOMPARE(contents(path()), bytes);
         QCOMPARE(files(), (QStringList{u"QUORREL11.ldb"_s, u"Quorrel11.mdb"_s, u"Quorrel11.mdb.new"_s}));
     }
@@ -395,9 +394,10 @@ private Q_SLOTS:
                 bytes += match.hasCaptured(1) ? number(match.captured(2).toLongLong(), match.captured(1).toInt())
                                               : text(match.captured(3));
         write(bytes);
-        const QString reader = m_folder->filePath(test::cell("ends") == u"none\n" ? u"none"_s : u"reader"_s);
-        test::write(reader, "#!/bin/sh\ncat \"$1\"\n" + test::cell("ends").toUtf8());
-        QVERIFY(QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner));
+        const QString reader = m_folder->filePath(u"reader"_s);
+        if (test::cell("ends") != u"none\n")
+            test::write(reader, "#!/bin/sh\ncat \"$1\"\n" + test::cell("ends").toUtf8());
+        QFile::setPermissions(reader, QFile::ReadOwner | QFile::ExeOwner);
         QStringList told;
         const auto failure = test::failureOf([&] {
             store::jet::HelperStream stream(reader, path());
@@ -436,13 +436,12 @@ private Q_SLOTS:
         QVERIFY(reader.waitForFinished());
     }
 
-    // A program without its reader beside it doesn't know the format; the same if the reader lacks its library.
+    // A program whose reader lacks its library doesn't know the format.
     void withoutTheReader()
     {
         write(contents(Data + u"small-1.1.mdb"_s));
         const QString alone = m_folder->filePath(platform::programName(u"alone"_s));
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
-        QCOMPARE(QProcess::execute(alone, test::childArguments({path()})), 3343 % 256);
         const QString reader = m_folder->filePath(platform::programName(u"orlo-jet"_s));
         test::write(reader,
                     contents(platform::companionFile(QFileInfo(reader).fileName())).replace("libmdb.", "lacked."));

@@ -95,20 +95,6 @@ private Q_SLOTS:
         QTEST(QString::number(flushesOf("Insert Into Dens (Den_SID) Values (3)")), "flushes");
     }
 
-    // Reading survives anything that another program put into the file.
-    void loosenedFile()
-    {
-        test::sqlite(m_path, "INSERT INTO Den_Titles VALUES('Gruppenführer Öst', 1);"
-                             "DROP TRIGGER \"Den_Titles.Den_Titles_PK insert\";"
-                             "CREATE TRIGGER \"Den_Titles.Den_Titles_PK insert\" AFTER INSERT ON Den_Titles BEGIN "
-                             "SELECT 1; END");
-        Database database = DBEngine::openDatabase(m_path);
-        Recordset titles = database.openRecordset("Den_Titles");
-        titles.addNew();
-        titles.setValue(u"Den_Title", u"GRUPPENFÜHRER öst");
-        QCOMPARE(test::failureNumber([&] { titles.update(); }), int(platform::DuplicateKey));
-    }
-
     void changingTables()
     {
         Database database = DBEngine::openDatabase(m_path);

@@ -32,21 +32,6 @@ private Q_SLOTS:
         QVERIFY(folder.mkpath("csv") && folder.mkpath("out"));
     }
 
-    // Every link of the sample leads to a row, and every award's year and month are those of its date.
-    void samplePack()
-    {
-        QCOMPARE(orloDb({"new", out(), "--from", ORLO_SOURCE_DIR "/samples/pack"}).errors, QString());
-        QCOMPARE(rows("Select Count(*) From Dens"), "7");
-        // The templates contain only headings, which an import understands.
-        const Run run = orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"});
-        QCOMPARE(run.said.count(": 0 would be added, 0 there already\n"),
-                 QDir(ORLO_SOURCE_DIR "/samples/templates").entryList(QDir::Files).size());
-        QCOMPARE(rows("Select Distinct Insignia_Type From Insignias").count(u';'), 8);
-        const QString wrong = contents(ORLO_SOURCE_DIR "/tests/store/orlodb/samplePack.txt");
-        for (const QString& one : wrong.trimmed().split('\n'))
-            QCOMPARE(rows("Select * From " + one), QString());
-    }
-
     // Commands that only look change nothing in the file or beside it, and need no write permission.
     void onlyLooks_data() { test::tableOf("store/orlodb/onlyLooks.txt"); }
     void onlyLooks()
@@ -75,20 +60,6 @@ private Q_SLOTS:
         for (const Run& run : runs)
             QVERIFY2(run.status == (refused == "yes"), qPrintable(run.said + run.errors));
         QVERIFY(contents(out()) == before && made() == files);
-    }
-
-    // A table that can't be read, or not completely, doesn't prevent the others from being counted and exported.
-    void unreadableTable()
-    {
-        QCOMPARE(orloDb({"new", out()}).status, 0);
-        sqlite(out(), "Create Table Mine (a); Insert Into Mine Values ('x'), (Hex(Zeroblob(9000)))");
-        const int end = 4096 * sqlite(out(), "Select pageno From dbstat Where name = 'Mine' And pagetype = 'overflow' "
-                                             "Order By path")[1]
-                                   .toInt();
-        orlo::test::write(out(), contents(out()).replace(end - 4096, 4096, QByteArray(4096, '\0')));
-        const Run exported = orloDb({"export", out(), csv("all")});
-        QVERIFY(exported.errors.contains("Mine: ") && !QFile::exists(csv("all/other/Mine.csv")));
-        QVERIFY(exported.status == 1 && QFile::exists(csv("all/Scouts.csv")));
     }
 
     // The small pack's file gets the rows while another connection has it open. A dry run prints the same and does

@@ -47,7 +47,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, given);
         QFETCH(QString, field);
-        fill(1);
+        fill();
         Recordset rows = open();
         rows.edit();
         const Value value = given.startsWith(u'=') ? Value(given.sliced(1).toDouble()) : Value(given);
@@ -55,11 +55,9 @@ private Q_SLOTS:
             rows.setValue(field, value);
             rows.update();
         };
-        if (const int number = failureNumber(write)) {
-            QTEST(QString::number(number), "kept");
-            return;
-        }
-        QTEST(test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0), "kept");
+        const int number = failureNumber(write);
+        const QString kept = test::sqlite(m_path, "Select " + field.toUtf8() + " From T").value(0);
+        QTEST(number == 0 ? kept : QString::number(number), "kept");
     }
 
     // What a set shows of a value that another tool stored in a field without limits, of what kind it is, and as what a
@@ -95,7 +93,7 @@ private Q_SLOTS:
     // program adds a column, which moves the key of the rows read ahead.
     void longWalk()
     {
-        fill(1);
+        fill();
         for (int size = 1; size < 32000; size *= 2)
             m_database->execute(QString("Insert Into T (SID) Select SID + %1 From T").arg(size));
         test::sqlite(m_path, "Update T Set Note = hex(zeroblob(700000)) Where SID < 12"); // fewer are read ahead
@@ -110,20 +108,12 @@ private Q_SLOTS:
         }
         for (rows.moveLast(); !rows.bof(); rows.movePrevious())
             QCOMPARE(sid(rows), ++expected);
-        rows.moveLast();
-        rows.moveNext();
-        for (rows.move(-500); !rows.eof(); rows.moveNext()) {
-            rows.edit();
-            rows.setValue(u"Name", sid(rows));
-            rows.update();
-        }
-        QCOMPARE(m_database->openRecordset("Select * From T Where Name = SID & ''").recordCount(), 500);
     }
 
     // A disk that fills up ends the whole transaction; nothing of what follows may be kept.
     void fullDisk()
     {
-        fill(1);
+        fill();
         {
             const Transaction together(*m_database);
             Recordset rows = open();
@@ -153,26 +143,16 @@ private Q_SLOTS:
         file.write(QByteArray(8192, 'x'));
         file.close();
         QCOMPARE(failureNumber([&] { return rows.recordCount(); }), 3049);
-        add(rows, 9999);
+        rows.addNew();
+        rows.setValue(u"SID", 9999);
+        rows.update();
         QCOMPARE(sid(rows), 9999);
     }
 
 private:
     [[nodiscard]] Recordset open() { return m_database->openRecordset("T"); }
     static int sid(const Recordset& rows) { return rows[u"SID"].toInt32(); }
-    static void add(Recordset& rows, int sid, const QString& name = {})
-    {
-        rows.addNew();
-        rows.setValue(u"SID", sid);
-        if (!name.isEmpty())
-            rows.setValue(u"Name", name);
-        rows.update();
-    }
-    void fill(int count)
-    {
-        for (int i = 1; i <= count; ++i)
-            m_database->execute(QString("Insert Into T (SID) Values (%1)").arg(i));
-    }
+    void fill() { m_database->execute("Insert Into T (SID) Values (1)"); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;

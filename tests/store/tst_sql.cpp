@@ -99,13 +99,15 @@ private Q_SLOTS:
         QTEST(recordsOf(rows).replaceInStrings(QRegularExpression(" .*"), "").join(' '), "sids");
     }
 
-    // Which texts give updatable sets, and all that the sets have.
+    // Which texts give updatable sets, and all that the sets have; of a long one, how often its reading tells of
+    // itself.
     void shapes_data() { test::cases({"shown"}, "store/sql/shapes.txt"); }
     void shapes()
     {
         const QString source = QString(QTest::currentDataTag()).replace("\\n", "\n");
-        Recordset rows = m_database->openRecordset(source);
-        QStringList records = recordsOf(rows);
+        int told = 0;
+        Recordset rows = m_database->openRecordset(source, [&told] { ++told; });
+        QStringList records = rows.recordCount() < 999 ? recordsOf(rows) : QStringList("told " + QString::number(told));
         if (!rows.updatable() && !source.contains("order by", Qt::CaseInsensitive))
             records.sort();
         const QString kind = QString(rows.updatable() ? "updatable %1" : "fixed %1").arg(rows.recordCount());
@@ -124,16 +126,6 @@ private Q_SLOTS:
             QTEST(recordsOf(rows).join("; "), "values");
         }
         QTEST(seen.join(", "), "types");
-    }
-
-    void progressOfReading()
-    {
-        int told = 0;
-        Recordset rows = m_database->openRecordset("Select A.SID From People A, People B, People C, People D, "
-                                                   "People E, People F, People G Where G.SID < 4",
-                                                   [&told] { ++told; });
-        QCOMPARE(rows.recordCount(), 12288);
-        QCOMPARE(told, 6);
     }
 
     // Texts that name each other too often to be useful are refused.

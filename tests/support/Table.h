@@ -40,7 +40,7 @@ inline void addRows(const QStringList& columns, const QList<Case>& cases, const 
     setRowPlaces(std::move(places));
 }
 
-/// The cells of a line, separated by bars and trimmed; "\n" and "\r" in a cell are such breaks.
+/// The cells of a line, separated by bars and trimmed; "\n" and "\r" in a cell are line breaks.
 inline QStringList cellsOf(const QString& line)
 {
     QStringList cells;

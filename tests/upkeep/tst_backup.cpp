@@ -1,5 +1,4 @@
 #include "platform/Conversion.h"
-#include "platform/RuntimeError.h"
 #include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/engine/Database.h"
@@ -147,24 +146,6 @@ QString loaded()
     return names.join(' ');
 }
 
-// What a box says, as a word for it or as a failure's number.
-QString text(const QString& told, const QString& path)
-{
-    const QString failed = "Backup Creation Error: There was an error creating the backup file.\n";
-    const QMap<QString, QString> texts{
-        {"", ""},
-        {"backed", "Backup Complete: Database Backup has completed Successfully."},
-        {"differ", failed + "Please check the destination media for errors and try again"},
-        {"space", "Backup Creation Error: The backup destination does not have enough remaining \n"
-                  "disk space for the backup database.\nPlease select a new destination or make more space."},
-        {"restored", "Restore Complete: Database Restore has completed Successfully."},
-        {"none", "Restore Database Error: A backup Database file does not exist in the selected path.\n"
-                 "Please select a drive and directory that contains a\nvalid backup database file."}};
-    return texts.value(told, failed + "Please correct the error below and try again\n\nError: " +
-                                 platform::standardDescription(told.toInt()) + "\nError Number: " + told +
-                                 "\nBackup path and file: " + path + "\\Quorrel11.mdb");
-}
-
 } // namespace
 
 class tst_backup : public QObject
@@ -185,6 +166,7 @@ private Q_SLOTS:
         if (late == "full")
             test::limitFiles(1LL << 40); // whether there are limits
         Place place;
+        test::fill("Insert Into Purchase_List (Award_Name) Values ('old')");
         test::showForm("frmScouts");
         test::showForm("frmAdults");
         test::showForm("frmDenInfo");
@@ -204,24 +186,20 @@ private Q_SLOTS:
             place.drives[1].freeSpace = place.size + drive.toInt();
         const QString path = place.shown(folder.isEmpty() ? "" : '/' + folder);
         QCOMPARE(screen.folders.path(), path);
-        QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, path));
+        QTEST(screen.go(told.isEmpty() ? "no" : "yes ok").replace(path, "%"), "told");
         QVERIFY(!test::loadedForm(Backup) || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(place.files(), "files");
-        QCOMPARE(test::count("Purchase_List"), 0);        // the database is open
+        // The list's window is loaded only to be unloaded, which empties it.
+        QCOMPARE(test::count("Purchase_List"), test::cell("loaded").contains("frmScouts") ? 1 : 0);
         if (auto* scouts = test::loadedForm("frmScouts")) // nothing was closed under them
             test::control<QPushButton>(*scouts, "cmdNew").click();
     }
 
-    // A form that is loaded only to be unloaded runs its load step; one that isn't on the list stays, and its record
-    // set is dead.
+    // A form that isn't on the list of those to unload stays, and its record set is dead.
     void otherForms()
     {
         Place place;
-        test::fill("Insert Into Purchase_List (Award_Name) Values ('old')");
-        const Screen screen(Backup);
-        screen.go("yes ok");
-        QCOMPARE(test::count("Purchase_List"), 0);
         const auto walkAfterwards = [] {
             const test::RecordScreen dens("frmDenInfo");
             widgets::message("takes the answer that waits");
@@ -243,7 +221,7 @@ private Q_SLOTS:
         test::showForm("frmDenInfo");
         const Screen screen(Restore);
         screen.open(test::cell("folder"));
-        QCOMPARE(screen.go(told.isEmpty() ? "no" : "yes ok"), text(told, {}));
+        QTEST(screen.go(told.isEmpty() ? "no" : "yes ok"), "told");
         QVERIFY(!test::loadedForm(Restore) || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(QString::number(test::count("Dens")), "dens");
@@ -281,7 +259,7 @@ private Q_SLOTS:
         const Screen screen(Restore);
         const QStringList days = copies.entryList({old ? "2026-05-30" : "2026-06-07 *"}, QDir::Dirs);
         screen.folders.setPath(copies.filePath(days.value(0)));
-        QCOMPARE(screen.go("yes ok"), text("restored", {}));
+        QVERIFY(screen.go("yes ok").startsWith("Restore Complete: "));
         QCOMPARE(sqlite(place.database, links.toUtf8()), QStringList("3|2|3"));
         QCOMPARE(copies.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), old ? 11 : 3);
     }
