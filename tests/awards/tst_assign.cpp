@@ -42,7 +42,7 @@ private Q_SLOTS:
 
     void badDate_data()
     {
-        test::table({"way"}, "Tab\npress:qt_tabwidget_tabbar\ncmdAssignAward\ncmdClearAll\ncmdUnSelAll\nx\n"
+        test::table({"way"}, "Tab\npress:qt_tabwidget_tabbar,1\ncmdAssignAward\ncmdClearAll\ncmdUnSelAll\nx\n"
                              "optListOfAdults\npress:cboAward");
     }
     void badDate()

@@ -442,6 +442,7 @@ private Q_SLOTS:
         write(contents(Data + u"small-1.1.mdb"_s));
         const QString alone = m_folder->filePath(platform::programName(u"alone"_s));
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), alone));
+        QCOMPARE(QProcess::execute(alone, test::childArguments({path()})), 3343 % 256);
         const QString reader = m_folder->filePath(platform::programName(u"orlo-jet"_s));
         test::write(reader,
                     contents(platform::companionFile(QFileInfo(reader).fileName())).replace("libmdb.", "lacked."));

@@ -16,7 +16,7 @@ sed -nE 's/^CREATE TABLE "(.*)"\($/### \1/p
     s/^    ("[^"]+") DATE\b.*/\1 | date/
     s/^    ("[^"]+") LONGTEXT\b.*/\1 | long text/
     s/^    ("[^"]+") BOOLEAN\b.*/\1 | yes\/no/
-    /^"/ s/"/`/gp' tests/store/schema/1.1.txt | lines | grep -v '^Stored_Queries' >"$here/file"
+    /^"/ s/"/`/gp' "$(ls tests/store/schema/*.txt | sort -V | tail -n 1)" | lines | grep -v '^Stored_Queries' >"$here/file"
 sed '1,/^## Tables/d; /^## Stored/,$d' docs/manual/database-file.md |
     sed -nE 's/^(### .*)/\1/p; s/^\| (`[^`]+` \| [^|]*[^| ]) *\|.*/\1/p' | lines >"$here/page"
 diff "$here/file" "$here/page"

@@ -229,7 +229,7 @@ private Q_SLOTS:
             names += log->categoryName();
         QCOMPARE(names.join(' '), "orlo.sql orlo.forms orlo.report orlo.takeover");
         QLoggingCategory::setFilterRules("orlo.*=true");
-        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^[1-9]\\d+(\\.\\d+)? ms what$"));
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^([2-9]\\d|\\d{3,4})(\\.\\d+)? ms what$"));
         {
             const TimeLog time(sqlLog(), "what");
             QTest::qSleep(30);
@@ -261,9 +261,9 @@ private Q_SLOTS:
                            (file.open(QIODevice::ReadWrite) && test::lockByte(file, byte.toLongLong(nullptr, 16))));
             done.get_future().wait_for(std::chrono::milliseconds(time));
         });
-        QVERIFY(held.get_future().get() && isWritable(path));
         QElapsedTimer timer;
         timer.start();
+        QVERIFY(held.get_future().get() && isWritable(path));
         const auto failure = test::failureOf([&] {
             if (work == "lock")
                 return (void)FileLock(path), 0;

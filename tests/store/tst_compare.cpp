@@ -73,7 +73,7 @@ private:
             const QByteArray select = rest.section(' ', 1).toUtf8();
             const QStringList rows = sqlite(words[1], select);
             if (word == "same")
-                return rows == sqlite(words[0], select) ? QString() : QString("differs\n");
+                return rows == sqlite(words[0], select) ? QString("%1 rows\n").arg(rows.size()) : QString("differs\n");
             const QByteArray bytes = contents(words[0]);
             const auto isThere = [&](const QString& text) { return text.size() > 4 && bytes.contains(text.toUtf8()); };
             return QString("%1 of %2\n").arg(std::ranges::count_if(rows, isThere)).arg(rows.size());

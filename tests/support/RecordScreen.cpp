@@ -125,6 +125,8 @@ bool RecordScreen::byHand(const QString& word) const
     const auto place = [&] { // of a grid's cell "name,row,column"
         const auto* view = qobject_cast<QAbstractItemView*>(target()->parentWidget());
         const QStringList at = value.split(',');
+        if (const auto* tabs = qobject_cast<QTabBar*>(target()); tabs && at.size() > 1)
+            return tabs->tabRect(at[1].toInt()).center();
         if (view && at.size() > 2 && !view->model()->hasIndex(at[1].toInt(), at[2].toInt()))
             fail("no cell " + value);
         return view && at.size() > 2 ? view->visualRect(view->model()->index(at[1].toInt(), at[2].toInt())).center()
