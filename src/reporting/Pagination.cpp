@@ -39,16 +39,21 @@ private:
     [[nodiscard]] bool fits(double height) const { return m_y + height <= m_bodyHeight + HeightTolerance; }
     [[nodiscard]] bool pageIsEmpty() const { return m_pages.back().strips.empty(); }
 
-    // The headings repeated on a page that begins with a strip, and the room that they take.
+    // The headings repeated on a page that begins with a strip, and the room that they take. They leave room for the
+    // strip if it fits on a page at all.
     [[nodiscard]] std::vector<std::size_t> headingsAt(std::size_t strip, double& taken)
     {
         while (m_nextHeading < m_headings.size() && m_headings[m_nextHeading].first <= strip)
             m_openHeadings.push_back(m_nextHeading++);
         std::erase_if(m_openHeadings, [&](std::size_t i) { return m_headings[i].last <= strip; });
+        double room = m_bodyHeight * MaxShareOfHeadings;
+        const double left = m_bodyHeight + HeightTolerance - height(strip, std::min(strip + 1, m_strips.size()));
+        if (left >= 0)
+            room = std::min(room, left);
         std::vector<std::size_t> found;
         taken = 0;
         for (const std::size_t i : m_openHeadings)
-            if (taken + m_headings[i].height <= m_bodyHeight * MaxShareOfHeadings) {
+            if (taken + m_headings[i].height <= room) {
                 found.push_back(i);
                 taken += m_headings[i].height;
             }
