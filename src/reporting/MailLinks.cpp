@@ -86,6 +86,8 @@ void addMailLinks(const Page& page, int number, const std::vector<QFont>& fonts,
         const double height = text->box.height() / double(lines.size());
         for (qsizetype i = 0; i < lines.size(); ++i) {
             const QString& line = lines[i];
+            if (!line.contains(u'@'))
+                continue;
             const QFontMetricsF metrics(typesetFont(fonts[std::size_t(text->font)], needsShaping(line)));
             for (Span found = nextAddress(line, 0); found.to > 0; found = nextAddress(line, found.to)) {
                 if (i > 0 && found.from == 0 && mayEndInWord(lines[i - 1]))

@@ -22,6 +22,7 @@ void Recordset::readAll(std::initializer_list<QStringView> names,
     std::vector<qsizetype> foundAt(m_numbers.size(), -1);
     if (updatable() && m_shape->plain) {
         QHash<qint64, std::size_t> places;
+        places.reserve(m_size);
         for (std::size_t place = 0; place < m_numbers.size(); ++place)
             places.insert(m_numbers[place], place);
         QByteArray sql = "SELECT ";
