@@ -104,8 +104,8 @@ private Q_SLOTS:
                 .split(' ');
         for (const QString& a : texts)
             for (const QString& b : texts) {
-                const int keys = platform::sortKey(a).compare(platform::sortKey(b)),
-                          order = platform::compareText(a, b);
+                const int keys = platform::sortKey(a).compare(platform::sortKey(b));
+                const int order = platform::compareText(a, b);
                 QVERIFY2((keys < 0) == (order < 0) && (keys > 0) == (order > 0), qPrintable(a + ' ' + b));
             }
     }

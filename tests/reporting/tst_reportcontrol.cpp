@@ -1,3 +1,5 @@
+#include "reporting/Shopping.h"
+
 #include "platform/Application.h"
 #include "platform/RuntimeError.h"
 #include "reporting/view/LiveReport.h"
@@ -8,7 +10,6 @@
 #include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
 #include "store/engine/Database.h"
-#include "store/engine/TableDef.h"
 #include "support/Main.h"
 #include "support/Picture.h"
 #include "support/PrintedFile.h"
@@ -20,11 +21,10 @@
 
 using namespace orlo;
 using namespace orlo::reporting;
+using test::GoodReport;
 
 namespace
 {
-
-const QString GoodReport = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/tests/reporting/Shopping.rpt"));
 
 QWidget* messageWindow()
 {
@@ -36,11 +36,10 @@ QWidget* messageWindow()
 
 } // namespace
 
-class tst_reportcontrol : public QObject
+class tst_reportcontrol : public QObject, test::Shopping
 {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
     ReportControl* m_watched = nullptr;
     std::vector<std::pair<bool, std::size_t>> m_painted; // at each painting of its preview: complete, and pages
 
@@ -51,59 +50,6 @@ class tst_reportcontrol : public QObject
             m_painted.emplace_back(preview->document().complete, preview->document().pages.size());
         return false;
     }
-    QString path(const QString& name) const { return m_folder.filePath(name); }
-
-    void write(const QString& name, const QString& text) const { test::write(path(name), text.toUtf8()); }
-    // A report path as a screen builds it: with the system's separator, and in other case than the file's.
-    QString report(const QString& text) const
-    {
-        write("Shopping.rpt", text);
-        return m_folder.path() + "\\shopping.rpt";
-    }
-    void makeDatabase(const QString& name, const QString& item, const QString& other, int rows = 1) const
-    {
-        store::Database database = store::DBEngine::createDatabase(path(name));
-        for (const auto& [table, text, count] : {std::tuple("Items", item, rows), {"Others", other, 1}}) {
-            store::TableDef definition{QString(table)};
-            definition.appendField({.name = "Name", .size = 50, .defaultValue = {}});
-            database.appendTableDef(definition);
-            for (int row = 0; row < count; ++row)
-                database.execute(QStringLiteral("Insert Into %1 Values ('%2')").arg(table, text));
-        }
-    }
-    // A screen's object for the report, with the database that it reads.
-    std::unique_ptr<ReportControl> control(const QString& database = "a.mdb") const
-    {
-        auto made = std::make_unique<ReportControl>("crShopping", nullptr);
-        set(*made, database);
-        return made;
-    }
-    void set(ReportControl& control, const QString& database) const
-    {
-        control.setDatabaseFile(0, path(database));
-        control.setReportFile(report(GoodReport));
-        control.setSubreportToChange("Others");
-        control.setDatabaseFile(0, path(database));
-    }
-    // The same with 14,400 rows.
-    std::unique_ptr<ReportControl> longControl() const
-    {
-        auto made = control("long.mdb");
-        report(QString(GoodReport).replace("Name From Items Order By", "A.Name From Items As A, Items As B, Others"));
-        return made;
-    }
-    // What a run shows of the databases' items, in order; or the number of its failure.
-    static QString shown(ReportControl& control)
-    {
-        if (const int failure = control.run())
-            return QString::number(failure);
-        QStringList items;
-        for (const char* item : {"Apple", "Axe", "Bread", "Bucket", "Butter", "Marble", "Mug"})
-            if (!findText(control.preview()->document(), item).empty())
-                items += item;
-        return items.join(u' ');
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
