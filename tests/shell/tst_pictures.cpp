@@ -122,16 +122,17 @@ private:
             test::skip("the sizes are other ones there");
     }
 
-    // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead or, after a
-    // plus sign, as well. Then each step is a line "> words", and the lines below it are what it changed: controls,
-    // answered boxes, the log of a dialog that it worked. After "> words>>" the steps are those of the window that the
-    // last word opens, until it is closed. "> Select" shows what is stored.
+    // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead (here, or in
+    // a file that is named) or, after a plus sign, as well. Then each step is a line "> words", and the lines below it
+    // are what it changed: controls, answered boxes, the log of a dialog that it worked. After "> words>>" the steps
+    // are those of the window that the last word opens, until it is closed. "> Select" shows what is stored.
     void play()
     {
         skipOtherSizes();
         const QString text = test::cell("case").trimmed();
         const QString head = text.section("\n> ", 0, 0);
-        const QString sql = head.section('\n', 1);
+        const QString given = head.section('\n', 1);
+        const QString sql = given.endsWith(".sql") ? QString(test::contents(test::fileOfTests(given))) : given;
         test::copyLayouts();
         const bool isMore = sql.isEmpty() || sql[0] == '+';
         test::fill(isMore ? test::Pack + sql.sliced(std::min(qsizetype(1), sql.size())) : sql);

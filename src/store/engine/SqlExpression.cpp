@@ -102,8 +102,7 @@ Expression SqlWriter::binary(Expression left, Binding binding, QLatin1String sig
 }
 
 // Converts the values to a common kind and writes the operators between them; a condition becomes its number, so no
-// value needs brackets. Texts get the collation on the first
-// value, which SQLite goes by.
+// value needs brackets. Texts get the collation on the first value, which SQLite goes by.
 void SqlWriter::makeAlike(std::span<Expression> values, QLatin1String first, QLatin1String next)
 {
     Expression all = values[0];
