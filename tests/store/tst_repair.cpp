@@ -208,12 +208,14 @@ private Q_SLOTS:
                 write(path, contents(path).replace(at, other.size(), other));
                 if (patch.captured(1) == "at")
                     continue;
-                const QString name = once || wanted.size() == 1 ? step : page.section(u' ', 1);
+                const QString name = once ? step : wanted.size() == 1 ? step.sliced(5) : page.section(u' ', 1);
                 const QString end = ": " + outcome(path, whole);
-                if (!seen.isEmpty() && seen.back().endsWith(end)) // as with the page before
-                    seen.back().replace(end, ", " + name + end);
-                else
+                if (seen.isEmpty() || !seen.back().endsWith(end))
                     seen += name + end;
+                else { // as with the page before
+                    seen.back().chop(end.size());
+                    seen.back() += ", " + name + end;
+                }
                 write(fresh(m_small), bytes);
             }
         }
