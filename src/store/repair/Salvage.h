@@ -61,7 +61,7 @@ private:
     QHash<QString, QString> m_keyFields; // by table: the field that is the row key
     QSet<quint32> m_seen;                // pages already moved, and pages leading to them
     std::vector<QueryDef> m_queries;
-    QHash<QString, qint64> m_counters; // by table: the highest number given out
+    QMap<QString, qint64> m_counters; // by table: the highest number given out
     QSet<QString> m_complete;          // tables whose pages were all found
     int m_moved = 0;
     QStringList m_missing;
