@@ -80,12 +80,8 @@ private:
         }
         if (word == "write")
             orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
-                              QString(rest)
-                                  .replace("\\r", "\r")
-                                  .replace("\\n", "\n")
-                                  .toUtf8()
-                                  .replace("\\xFC", "\xFC")
-                                  .replace("\\0", QByteArray(1, '\0')));
+                              QByteArray::fromPercentEncoding(
+                                  QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8(), '\\'));
         else if (word == "zero")
             orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
                                                                    QByteArray(words[2].toInt(), '\0')));
