@@ -43,6 +43,8 @@ private Q_SLOTS:
     void dialogs() { play(); }
     void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
     void others() { play(); }
+    void twins_data() { test::cases({"case"}, "shell/pictures_twins.txt"); }
+    void twins() { play(); }
 
     // Last, because later forms would be child windows of the frame that is up then.
     void windows_data() { test::addWindows(); }
