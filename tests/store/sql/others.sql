@@ -7,6 +7,7 @@ Insert Into Kinds Values
 Create Table Bare("~");
 Create Table Strings(A STRING(5));
 Insert Into Strings Values (7);
+Create Table "Sums from old"(A INT);
 Create View "First" As Select 0;
 Create View Second As Select 0;
 Create View Dens As Select 1 As SID, 9 As Den;

@@ -3,6 +3,8 @@ Create Table If Not Exists Gifts(Name TEXT(9) Collate Nocase, Size SMALLINT, Hal
 Create Table If Not Exists Joined(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
 Create Table If Not Exists Sums(Name TEXT(9) Collate Nocase, Size SMALLINT);
 Create Table If Not Exists Codes(Code DOUBLE PRIMARY KEY, Called TEXT(9));
+Create Table If Not Exists Pairs(A SMALLINT, B SMALLINT, Called TEXT(9), PRIMARY KEY(A, B));
+Create View If Not Exists Paired As Select 0;
 Create View If Not Exists Whole As Select 0;
 Create View If Not Exists Single As Select 0;
 Create View If Not Exists Both As Select 0;
@@ -54,6 +56,7 @@ Insert Or Ignore Into Stored_Queries Values
 ('Doubled', 'Select *, * From Both'),
 ('Mixed', 'Select [Last Name] As Name, 1 As Size, 0.5 As Half, Born As Given, Den, SID From People Union All Select * From Single'),
 ('Summed', 'Select Name, Sum(Size) As Sizes From Both Group By Name'),
+('Paired', 'Select K.Called As Name, G.Size As Size From Gifts G Left Join Pairs K On G.SID = K.A'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
 ('Both', 'Select * From Whole Union All Select * From Single');
 Delete From People; Delete From Gifts; Delete From Joined; Delete From Sums;
