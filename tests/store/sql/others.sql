@@ -5,8 +5,8 @@ Insert Into Kinds Values
 (1, 2, '2024-01-02', 1, 'e', 'f', 3, 4, '2024-01-02 03:04:05', 0.5, '2024-01-03', 0, 5, 'n', 7),
 (Null, Null, Null, 0, Null, Null, Null, Null, Null, Null, Null, 1, Null, Null, 8);
 Create Table Bare("~");
-Create Table Strings(A STRING(5));
-Insert Into Strings Values (7);
+Create Table Strings(A STRING(5), B SMALLINT (3));
+Insert Into Strings Values (7, 8);
 Create Table "Sums from old"(A INT);
 Create View "First" As Select 0;
 Create View Second As Select 0;
