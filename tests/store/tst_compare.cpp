@@ -84,12 +84,8 @@ private:
         }
         if (word == "write")
             orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
-                              QString(rest)
-                                  .replace("\\r", "\r")
-                                  .replace("\\n", "\n")
-                                  .toUtf8()
-                                  .replace("\\xFC", "\xFC")
-                                  .replace("\\0", QByteArray(1, '\0')));
+                              QByteArray::fromPercentEncoding(
+                                  QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8(), '\\'));
         else if (word == "zero")
             orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
                                                                    QByteArray(words[2].toInt(), '\0')));
@@ -103,7 +99,7 @@ private:
             while (all.hasNext())
                 files += all.next().sliced(2);
             files.sort();
-            return files.join(' ').replace(QDate::currentDate().toString(Qt::ISODate), "today") + '\n';
+            return files.join(' ').replace(QRegularExpression("\\d{4}-\\d\\d-\\d\\d"), "a-day") + '\n';
         } else {
             const auto run = orloDb(words, word);
             QString said = run.said + run.errors.section(usage, 0, 0).replace(line, "! ");
