@@ -46,6 +46,26 @@ private Q_SLOTS:
     void twins_data() { test::cases({"case"}, "shell/pictures_twins.txt"); }
     void twins() { play(); }
 
+    // A grid whose layout file is missing is laid out by the program.
+    void withoutLayouts()
+    {
+        test::fill(test::Pack);
+        QStringList seen;
+        for (const auto& [name, files] : {std::pair("frmAdults", 1), {"frmPackDenPositions", 2}}) {
+            decltype(test::RecordScreen::told) told;
+            while (told.size() < files)
+                told += test::answerNext();
+            const test::RecordScreen screen(name);
+            for (const auto& box : std::as_const(told))
+                seen += box->title;
+            seen += test::pictureOf(screen.form, test::What::Everything).filter(QRegularExpression("^dbg"));
+            seen +=
+                test::shapeOf(screen.form).filter(QRegularExpression("^dbg")).replaceInStrings("dbg", "how wide dbg");
+            screen.form.close();
+        }
+        test::comparePicture(seen, windowsFile("without layouts"));
+    }
+
     // Last, because later forms would be child windows of the frame that is up then.
     void windows_data() { test::addWindows(); }
     void windows()
@@ -72,9 +92,7 @@ private Q_SLOTS:
                 places[place.section(':', 0, 0)] = place;
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
-        const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
-        test::comparePicture(seen + places.values(),
-                             all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
+        test::comparePicture(seen + places.values(), windowsFile(QTest::currentDataTag()));
     }
 
     // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for
@@ -117,6 +135,12 @@ private Q_SLOTS:
     }
 
 private:
+    static QString windowsFile(const QString& name)
+    {
+        const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
+        return all.section("= " + name + '\n', 1).section("\n\n", 0, 0);
+    }
+
     // Some windows and grids just fit the tests' screen, but not with the margins that Windows has, and a press in a
     // text is between other letters.
     static void skipOtherSizes()

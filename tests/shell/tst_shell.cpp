@@ -151,7 +151,7 @@ private Q_SLOTS:
                  QRect(splash.screen()->availableGeometry().center() - QPoint(241, 200), QSize(483, 401)));
         QCOMPARE(test::control<QLabel>(splash, "lblVersion").geometry(), QRect(121, 207, 240, 24));
         QCOMPARE(test::control<QLabel>(splash, "lblWarning").geometry(), QRect(16, 310, 450, 64));
-        QVERIFY(!splash.isEnabled());
+        QVERIFY(!splash.isEnabled() && splash.cursor().shape() == Qt::WaitCursor);
         QDialog report; // of a failed start, still open
         report.setModal(true);
         report.show();
