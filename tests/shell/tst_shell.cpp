@@ -152,6 +152,7 @@ private Q_SLOTS:
         QCOMPARE(test::control<QLabel>(splash, "lblVersion").geometry(), QRect(121, 207, 240, 24));
         QCOMPARE(test::control<QLabel>(splash, "lblWarning").geometry(), QRect(16, 310, 450, 64));
         QVERIFY(!splash.isEnabled() && splash.cursor().shape() == Qt::WaitCursor);
+        QVERIFY(splash.font().pixelSize() == 12 && splash.palette().color(QPalette::WindowText) == Qt::white);
         QDialog report; // of a failed start, still open
         report.setModal(true);
         report.show();
