@@ -1,4 +1,5 @@
 #include "platform/Conversion.h"
+#include "shell/frame/mdiPendrake.h"
 #include "support/Main.h"
 #include "support/Pack.h"
 #include "support/Picture.h"
@@ -7,6 +8,8 @@
 #include "support/Windows.h"
 
 #include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
 
@@ -64,6 +67,39 @@ private Q_SLOTS:
             screen.form.close();
         }
         test::comparePicture(seen, windowsFile("without layouts"));
+    }
+
+    // Where the frame puts several windows, as large as the screen and smaller than they are.
+    void sideBySide()
+    {
+        test::copyLayouts();
+        test::fill(test::Pack);
+        auto& frame = mdiPendrake::instance();
+        frame.show();
+        auto& area = test::control<QMdiArea>(frame, "mdiArea");
+        QStringList seen;
+        const auto open = [&](const char* name) {
+            test::showForm(name);
+            QTest::qWait(10);
+            seen += "> " + QString(name);
+            for (const auto* window : area.subWindowList())
+                QDebug(&seen.emplaceBack("place of ")).nospace()
+                    << qPrintable(window->widget()->objectName()) << ": " << window->geometry()
+                    << (window->isMaximized() ? ", maximised" : "")
+                    << (window == area.activeSubWindow() ? ", active" : "");
+        };
+        for (const bool isSmall : {false, true}) {
+            if (isSmall)
+                frame.showNormal(), frame.resize(600, 400);
+            for (const char* name : {"frmScouts", "frmPackInformation", "frmDenInfo", "frmPackDenPositions"})
+                open(name);
+            area.subWindowList().first()->showMaximized();
+            for (const char* name : {"frmDenInfo", "frmInsigniaInfo", "frmPackInformation"})
+                open(name);
+            test::unloadForms();
+        }
+        frame.close();
+        test::comparePicture(seen, windowsFile("side by side"));
     }
 
     // Last, because later forms would be child windows of the frame that is up then.

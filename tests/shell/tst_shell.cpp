@@ -189,6 +189,7 @@ private Q_SLOTS:
         QTRY_COMPARE(told->text, "left out");
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
+        QCOMPARE(QApplication::windowIcon().availableSizes().size(), 6);
     }
 
     void systemInformation()
