@@ -260,7 +260,7 @@ private Q_SLOTS:
         const Screen screen("dlgReportSelect1");
         auto& from = screen.field("txtDateFrom");
         auto& to = screen.field("txtDateTo");
-        QCOMPARE(screen.list("cmbDen"), "<All>|<All>|Bear Den 2|Wolf Den 8");
+        QCOMPARE(screen.list("cmbDen"), "<All>|<All>|Bear Den 2| Den 4|Wolf Den 8");
         QCOMPARE(screen.list("cmdDateRangeOperator"), "Single Date|Single Date|Between|Equal or Greater|Equal or Less");
         QCOMPARE(from.text() + u'/' + to.text(), "2/14/2026/");
         to.setText("3/1/2026");

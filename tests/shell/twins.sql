@@ -39,7 +39,8 @@ Insert Into Leader_Pack_Assn (Leader_Pack_Assn, Leader_SID, Position_Title, Sort
 Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type, Description) Values (1, 'Knot', 'Badge', 'First'),
     (2, 'Knot ', 'Badge', 'Second'), (3, 'knot', 'Pin', Null), (4, 'Knot', 'Pin', 'ab'),
     (5, 'Knots', 'Belt Loop', ''), (6, 'Star', 'Pin', ' '), (7, 'Star', 'Pin', 'Twin'), (8, ' Star', 'Patch', 'x'),
-    (9, Null, 'Medal', 'No name'), (10, 'Zed', Null, 'No type'), (11, 'Zed', 'Other', 'Unlisted');
+    (9, Null, 'Medal', 'No name'), (10, 'Zed', Null, 'No type'), (11, 'Zed', 'Other', 'Unlisted'),
+    (12, 'Zed', 'Badge', 'Late');
 Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Year, Month, Assigned_SID, Quantity) Values
     (3, 1, '2026-01-31', 2026, 1, 10, Null), (3, 4, '2026-01-31', 2026, 1, 11, 2), (3, 6, '2024-02-29', 2024, 2, 12, 100),
     (3, 99, '2026-05-05', 2026, 5, 13, 1), (3, 7, '2025-12-31', 2025, 12, 14, 0), (1, 6, '2024-02-29', 2024, 2, 15, 3),
