@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <functional>
 #include <optional>
 
 using namespace orlo;
@@ -116,66 +115,58 @@ private Q_SLOTS:
         QTEST(QString::number(flushesOf("Insert Into Dens (Den_SID) Values (3)")), "flushes");
     }
 
-    void changingTables()
+    // Definitions of tables, changed step by step.
+    void tables_data() { test::cases({"script"}, "store/tables.txt"); }
+    void tables()
     {
         Database database = DBEngine::openDatabase(m_path);
-        for (const char* row : {"1, 'a'", "3, 'c'"})
-            database.execute(QString("Insert Into Dens (Den_SID, Den_Name) Values (%1)").arg(row));
-        TableDef dens = database.tableDef(u"DENS");
-        QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(6));
-        dens.appendField({"Colour", FieldType::Text, 3, true});
-        QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(7));
-        dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
-        dens.appendField({"Free", FieldType::Text, 0, true});
-        dens.appendIndex({"Colour", {"Colour"}});
-        dens.appendField({"Rank", FieldType::Integer, 0, false, false, false, std::make_shared<const Value>(7)});
-        dens.deleteField(u"den_name");
-
-        Recordset rows = database.openRecordset("Dens");
-        QVERIFY(rows[u"Den_SID"] == Value(1) && rows[u"Colour"].isNull() && rows[u"Flag"].isNull() &&
-                rows[u"Rank"].isNull());
-        rows.addNew();
-        QVERIFY(rows[u"Flag"].toBool());
-        rows.setValue(u"Den_SID", 2);
-        rows.setValue(u"Colour", u"red");
-        rows.update();
-        database.execute("Update Dens Set Colour = 'RED' Where Den_SID = 1");
-        TableDef found = database.tableDef(u"Dens");
-        QCOMPARE(found.fields().size(), std::size_t(9));
-        QCOMPARE(found.indexes().at(1).name, "Colour");
-
-        const QByteArray written =
-            "Select sql From sqlite_master Where tbl_name = 'Dens' And sql Not Null Order By name";
-        QCOMPARE(test::sqlite(m_path, written).join(' ').simplified(),
-                 QString(test::contents(ORLO_SOURCE_DIR "/tests/store/changed.sql")).simplified());
-
-        const Field counter{"Number", FieldType::Long, 0, false, true};
-        const Index primary{"Other", {"Flag"}, true, true, true};
-        const Index unique{"Apart", {"Colour"}, false, true};
-        const std::pair<int, std::function<void()>> refusals[] = {
-            {platform::FieldNotFound, [&] { dens.deleteField(u"Den_Name"); }},
-            {platform::ObjectAlreadyExists, [&] { dens.appendField(found.fields()[0]); }},
-            {platform::PrimaryKeyExists, [&] { dens.appendField(counter); }},
-            {platform::PrimaryKeyExists, [&] { dens.appendIndex(primary); }},
-            {platform::DuplicateKey, [&] { dens.appendIndex(unique); }},
-            {platform::ObjectAlreadyExists, [&] { database.appendTableDef(found); }},
-            {platform::FieldNotFound, [&] { (void)database.tableDef(u"Nobody"); }},
-            {platform::FieldNotFound, [&] { (void)database.tableDef(u"Leader_Assignments"); }}, // a query
-            {platform::FieldNotFound, [&] { database.deleteTableDef(u"Nobody"); }},
-            {platform::FieldNotFound, [&] { database.deleteTableDef(u"Leader_Assignments"); }},
-            {platform::FieldNotFound,
-             [&] {
-                 dens.appendIndex({"Nowhere", {"Nowhere"}});
-             }},
-            {platform::ObjectAlreadyExists, [&] { (void)DBEngine::createDatabase(m_path); }},
-            {platform::PathFileAccess, [&] { (void)DBEngine::createDatabase(m_path + "/no folder"); }},
-            {platform::QueryAlreadyExists, [&] { database.createQueryDef("Dens", "Select 1"); }}};
-        for (const auto& [number, action] : refusals)
-            QCOMPARE(test::failureNumber(action), number);
-        database.deleteTableDef(u"Dens");
-        QCOMPARE(database.tableNames().size(), 12);
-        database.appendTableDef(found);
-        QCOMPARE(database.openRecordset("Dens").recordCount(), 0);
+        QMap<QString, std::shared_ptr<TableDef>> held;
+        QStringList seen;
+        const QStringList script = test::cell("script").trimmed().split(u'\n');
+        for (const QString& line : script) {
+            const QString step = line.section(" -> ", 0, 0);
+            const auto [verb, name, rest] =
+                std::tuple(step.section(' ', 0, 0), step.section(' ', 1, 1), step.section(' ', 2));
+            const auto table = [&]() -> TableDef& {
+                if (!held[name])
+                    held[name] = std::make_shared<TableDef>(database.tableDef(name));
+                return *held[name];
+            };
+            QString given;
+            const auto failure = test::failureOf([&] {
+                if (verb == "tool")
+                    given = test::sqlite(m_path, step.sliced(5).toUtf8()).join(' ').simplified();
+                else if (verb == "do")
+                    database.execute(step.sliced(3));
+                else if (verb == "file")
+                    (void)DBEngine::createDatabase(m_path + step.mid(5));
+                else if (verb == "names")
+                    given = (database.tableNames() + database.queryNames()).join(' ');
+                else if (verb == "query")
+                    database.createQueryDef(name, rest);
+                else if (verb == "read")
+                    given = database.queryDef(name).name + ": " + database.queryDef(name).sql;
+                else if (verb == "open")
+                    given = shown(database.openRecordset(step.sliced(5)));
+                else if (verb == "new")
+                    held[name] = std::make_shared<TableDef>(name);
+                else if (verb == "append")
+                    database.appendTableDef(table());
+                else if (verb == "drop")
+                    database.deleteTableDef(name);
+                else if (verb == "field")
+                    table().appendField(fieldOf(rest.split(' ')));
+                else if (verb == "index")
+                    table().appendIndex(indexOf(rest));
+                else if (verb == "without")
+                    table().deleteField(rest);
+                else
+                    given = shown(verb == "held" ? table() : database.tableDef(name));
+            });
+            seen += step + (given.isEmpty() && !failure ? "" : " -> " + given) +
+                    (failure ? QString("%1 %2").arg(failure->number()).arg(failure->source()) : "");
+        }
+        QCOMPARE(seen, script);
     }
 
     // A journal that a killed run left undoes its change. One for another state of the file is set aside, and deleted
@@ -217,6 +208,54 @@ private Q_SLOTS:
     }
 
 private:
+    static inline const QMap<QString, FieldType> Types{{"yes/no", FieldType::Boolean}, {"integer", FieldType::Integer},
+                                                       {"long", FieldType::Long},      {"double", FieldType::Double},
+                                                       {"date", FieldType::Date},      {"text", FieldType::Text},
+                                                       {"memo", FieldType::Memo}};
+
+    static Field fieldOf(const QStringList& words)
+    {
+        const auto has = [&words](const char* word) { return words.contains(QString(word)); };
+        Field field{words[0], Types[words[1]], words.value(2).toInt(), has("zero"), has("counter"), has("required")};
+        if (const QString last = words.last(); last.startsWith('='))
+            field.defaultValue =
+                std::make_shared<const Value>(field.type == FieldType::Text      ? Value(last.sliced(1))
+                                              : field.type == FieldType::Boolean ? Value(last == "=True")
+                                                                                 : Value(last.sliced(1).toDouble()));
+        return field;
+    }
+    static Index indexOf(const QString& text)
+    {
+        return {text.section('(', 0, 0), text.section('(', 1).section(')', 0, 0).split(','), text.contains(" primary"),
+                text.contains(" unique"), text.contains(" required")};
+    }
+    static QString flag(bool is, const QString& word) { return is ? ' ' + word : QString(); }
+    static QString shown(const std::vector<Field>& fields)
+    {
+        QStringList parts;
+        for (const Field& field : fields)
+            parts += field.name + ' ' + Types.key(field.type) + flag(field.size > 0, QString::number(field.size)) +
+                     flag(field.allowZeroLength, "zero") + flag(field.autoIncrement, "counter") +
+                     flag(field.required, "required") + (field.defaultValue ? " =" + field.defaultValue->toText() : "");
+        return parts.join(" | ");
+    }
+    static QString shown(const TableDef& table)
+    {
+        QString all = table.name() + ":" + flag(!table.fields().empty(), shown(table.fields()));
+        for (const Index& index : table.indexes())
+            all += " | " + index.name + '(' + index.fields.join(',') + ')' + flag(index.primary, "primary") +
+                   flag(index.unique, "unique") + flag(index.required, "required");
+        return all;
+    }
+    static QString shown(Recordset rows)
+    {
+        QString all = shown(rows.fields());
+        for (; !rows.eof(); rows.moveNext())
+            for (int i = 0; i < int(rows.fields().size()); ++i)
+                all += (i == 0 ? "; " : " ") + (rows.value(i).isNull() ? "-" : rows.value(i).toText());
+        return all;
+    }
+
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;
 };
