@@ -34,17 +34,11 @@ private Q_SLOTS:
     void opening()
     {
         QFETCH(QString, file);
-        const QByteArray sound = test::contents(m_path);
-        const QMap<QString, QByteArray> damaged{
-            {"empty", ""},
-            {"another format", "Standard something" + sound.sliced(18)},
-            {"cut off", sound.first(2000)},
-            {"shorter than its head", sound.first(99)},
-            {"of a later kind", QByteArray(sound).replace(18, 1, "\3")},
-            {"of a later format", QByteArray(sound).replace(47, 1, "\5")},
-            {"with pages of another size", QByteArray(sound).replace(17, 1, "\3")},
-            {"overwritten", QByteArray(sound).replace(100, 400, QByteArray(400, '\xA5'))}};
-        test::write(m_path, damaged.value(file, sound));
+        QByteArray bytes = test::contents(m_path);
+        const QStringList damage = test::cell("damage").split(' ');
+        const QByteArray by = QByteArray::fromHex(damage.value(1).toLatin1()).repeated(damage.value(2, "1").toInt());
+        bytes = damage[0] == "first" ? bytes.first(damage[1].toInt()) : bytes.replace(damage[0].toInt(), by.size(), by);
+        test::write(m_path, bytes);
         sqlite3* other = nullptr;
         if (file == "locked" || file == "being written") {
             sqlite3_open(m_path.toUtf8().constData(), &other);
@@ -118,62 +112,6 @@ private Q_SLOTS:
         QTEST(QString::number(flushesOf("Insert Into Dens (Den_SID) Values (3)")), "flushes");
     }
 
-    // Definitions of tables, changed step by step.
-    void tables_data() { test::cases({"script"}, "store/tables.txt"); }
-    void tables()
-    {
-        Database database = DBEngine::openDatabase(m_path);
-        QMap<QString, std::shared_ptr<TableDef>> held;
-        QStringList seen;
-        const QStringList script = test::cell("script").trimmed().split(u'\n');
-        for (const QString& line : script) {
-            const QString step = line.section(" -> ", 0, 0);
-            const auto [verb, name, rest] =
-                std::tuple(step.section(' ', 0, 0), step.section(' ', 1, 1), step.section(' ', 2));
-            const auto table = [&]() -> TableDef& {
-                if (!held[name])
-                    held[name] = std::make_shared<TableDef>(database.tableDef(name));
-                return *held[name];
-            };
-            QString given;
-            const auto failure = test::failureOf([&] {
-                if (verb == "tool")
-                    given = test::sqlite(m_path, step.sliced(5).toUtf8()).join(' ').simplified();
-                else if (verb == "do")
-                    database.execute(step.sliced(3));
-                else if (verb == "reopen")
-                    database = DBEngine::openDatabase(m_path);
-                else if (verb == "file")
-                    (void)DBEngine::createDatabase(m_path + step.mid(5));
-                else if (verb == "names")
-                    given = (database.tableNames() + database.queryNames()).join(' ');
-                else if (verb == "query")
-                    database.createQueryDef(name, rest);
-                else if (verb == "read")
-                    given = database.queryDef(name).name + ": " + database.queryDef(name).sql;
-                else if (verb == "open")
-                    given = shown(database.openRecordset(step.sliced(5)));
-                else if (verb == "new")
-                    held[name] = std::make_shared<TableDef>(name);
-                else if (verb == "append")
-                    database.appendTableDef(table());
-                else if (verb == "drop")
-                    database.deleteTableDef(name);
-                else if (verb == "field")
-                    table().appendField(fieldOf(rest.split(' ')));
-                else if (verb == "index")
-                    table().appendIndex(indexOf(rest));
-                else if (verb == "without")
-                    table().deleteField(rest);
-                else
-                    given = shown(verb == "held" ? table() : database.tableDef(name));
-            });
-            seen += step + (given.isEmpty() && !failure ? "" : " -> " + given) +
-                    (failure ? QString("%1 %2").arg(failure->number()).arg(failure->source()) : "");
-        }
-        QCOMPARE(seen, script);
-    }
-
     // A journal that a killed run left undoes its change. One for another state of the file is set aside, and deleted
     // once the file has been opened.
     void strayJournal_data() { test::tableOf("store/database_strayJournal.txt"); }
@@ -213,56 +151,6 @@ private Q_SLOTS:
     }
 
 private:
-    static inline const QMap<QString, FieldType> Types{{"yes/no", FieldType::Boolean}, {"integer", FieldType::Integer},
-                                                       {"long", FieldType::Long},      {"double", FieldType::Double},
-                                                       {"date", FieldType::Date},      {"text", FieldType::Text},
-                                                       {"memo", FieldType::Memo}};
-
-    static Field fieldOf(const QStringList& words)
-    {
-        const auto has = [&words](const char* word) { return words.contains(QString(word)); };
-        Field field{words[0], Types[words[1]], words.value(2).toInt(), has("zero"), has("counter"), has("required")};
-        if (const QString last = words.last(); last.startsWith('='))
-            field.defaultValue =
-                std::make_shared<const Value>(field.type == FieldType::Text      ? Value(last.sliced(1))
-                                              : field.type == FieldType::Boolean ? Value(last == "=True")
-                                                                                 : Value(last.sliced(1).toDouble()));
-        return field;
-    }
-    static Index indexOf(const QString& text)
-    {
-        return {text.section('(', 0, 0), text.section('(', 1).section(')', 0, 0).split(','), text.contains(" primary"),
-                text.contains(" unique"), text.contains(" required")};
-    }
-    static QString flag(bool is, const QString& word) { return is ? ' ' + word : QString(); }
-    static QString shown(const std::vector<Field>& fields)
-    {
-        QStringList parts;
-        for (const Field& field : fields)
-            parts += field.name + ' ' + Types.key(field.type) + flag(field.size > 0, QString::number(field.size)) +
-                     flag(field.allowZeroLength, "zero") + flag(field.autoIncrement, "counter") +
-                     flag(field.required, "required") + (field.defaultValue ? " =" + field.defaultValue->toText() : "");
-        return parts.join(" | ");
-    }
-    static QString shown(const TableDef& table)
-    {
-        QString all = table.name() + ":" + flag(!table.fields().empty(), shown(table.fields()));
-        for (const Index& index : table.indexes())
-            all += " | " + index.name + '(' + index.fields.join(',') + ')' + flag(index.primary, "primary") +
-                   flag(index.unique, "unique") + flag(index.required, "required");
-        return all;
-    }
-    static QString shown(Recordset rows)
-    {
-        QString all = shown(rows.fields());
-        for (; !rows.eof(); rows.moveNext())
-            for (int i = 0; i < int(rows.fields().size()); ++i)
-                all += (i == 0 ? "; " : " ") + (rows.value(i).isNull()    ? "-"
-                                                : rows.value(i).isEmpty() ? "''"
-                                                                          : rows.value(i).toText());
-        return all;
-    }
-
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;
 };
