@@ -146,6 +146,22 @@ struct Hall : widgets::Form {
              using enum widgets::OnEscape;
              tell(widgets::ask(a[0], a.value(1), a.contains("no") ? No : Yes, a.contains("must") ? DoesNothing : IsNo));
          }},
+        {"during", // words while the next box is up
+         [this](const Args& a) {
+             screen.told +=
+                 test::takeNext([this, steps = QString(a.join(' ')).replace('+', ',')](auto& modal, auto& box) {
+                     if (box.shown || !modal.isActiveWindow())
+                         return false;
+                     box = {modal.windowTitle(), "during", true, "then No"};
+                     play(steps);
+                     if (modal.isVisible())
+                         static_cast<QMessageBox&>(modal).done(QMessageBox::No);
+                     return true;
+                 });
+         }},
+        {"activate", [this](const Args&) { activateWindow(); }},
+        {"wait", [](const Args& a) { QTest::qWait(a[0].toInt()); }},
+        {"active", [this](const Args&) { told += "active: " + QApplication::activeWindow()->windowTitle(); }},
         {"check", // the field accepts only "good"
          [this](const Args& a) {
              setLeaveCheck(of<QWidget>(a[0]), [this, name = a[0]] {
@@ -193,6 +209,7 @@ struct Hall : widgets::Form {
     explicit Hall(QStringList& log) : Form(widgets::FormKind::Window), told(log)
     {
         setAttribute(Qt::WA_DeleteOnClose, false);
+        setWindowTitle("Hall");
         for (const char* folder : {"C/Users", "D/Old/copies", "D/Old/Boxes", "D/old papers"})
             QDir(disk.path()).mkpath(folder);
         QDir::setCurrent(disk.path() + "/D/Old");

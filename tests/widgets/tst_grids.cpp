@@ -305,7 +305,7 @@ private:
                 window.activateWindow(); // as a window manager does once a box is gone
                 QCoreApplication::processEvents();
             }
-            seen += told;
+            seen += told + (screen.log.isEmpty() ? QStringList() : QStringList(screen.log));
             for (const auto& box : std::as_const(screen.told)) {
                 seen += box->shown ? box->title + ": " + box->text : "not asked";
                 box->shown = true; // it answers no later one
