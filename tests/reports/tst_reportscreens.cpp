@@ -265,9 +265,10 @@ private Q_SLOTS:
         QCOMPARE(screen.list("cmdDateRangeOperator"), "Single Date|Single Date|Between|Equal or Greater|Equal or Less");
         QCOMPARE(from.text() + u'/' + to.text(), "2/14/2026/");
         screen.box("cmbDen").setText("Wolf Den 8");
-        for (const auto& [option, people] : {std::pair("optScouts", "Scout:<All>|<All>|Lee, Al |Wu, Jo Q"),
-                                             {"optAdults", "Adult:<All>|<All>|Ito, Ann B"},
-                                             {"optScouts", "Scout:<All>|<All>|Lee, Al |Wu, Jo Q"}}) {
+        const QString scouts = "Scout:<All>|<All>|Lee, Al |Lee, al A|Lee, Al Z|Wu, Jo Q";
+        for (const auto& [option, people] : {std::pair("optScouts", scouts),
+                                             {"optAdults", "Adult:<All>|<All>|Ito, Ann A|Ito, Ann B|Ito, Ann C"},
+                                             {"optScouts", scouts}}) {
             screen.click(option);
             QCOMPARE(screen.get<QLabel>("lblScoutOrAdult").text() + screen.list("cmbScoutOrAdult"), people);
             screen.box("cmbScoutOrAdult").setListIndex(1);

@@ -43,6 +43,8 @@ private Q_SLOTS:
     void dialogs() { play(); }
     void others_data() { test::cases({"case"}, "shell/pictures_others.txt"); }
     void others() { play(); }
+    void twins_data() { test::cases({"case"}, "shell/pictures_twins.txt"); }
+    void twins() { play(); }
 
     // Last, because later forms would be child windows of the frame that is up then.
     void windows_data() { test::addWindows(); }
@@ -63,7 +65,10 @@ private Q_SLOTS:
                        (window.size().expandedTo(wanted) == window.size() ? QStringList() : QStringList("too small"));
             QDebug(&(places["place of"] = "place of the window: ")).nospace()
                 << window.geometry() << window.windowFlags();
-            for (const QString& place : test::placesOf(form))
+            for (const QString& place :
+                 test::placesOf(form) + test::shapeOf(form)
+                                            .filter(QRegularExpression(" by .* by "))
+                                            .replaceInStrings(QRegularExpression("^"), "how wide "))
                 places[place.section(':', 0, 0)] = place;
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");

@@ -147,7 +147,10 @@ private Q_SLOTS:
         auto& splash = widgets::Instance<frmSplash>::get();
         const QString version = test::control<QLabel>(splash, "lblVersion").text();
         QVERIFY(version.contains(QRegularExpression(R"(^Version (0|[1-9]\d*)\.(0|[1-9]\d*)\.(0|[1-9]\d*)$)")));
-        QCOMPARE(splash.size(), QSize(483, 401));
+        QCOMPARE(splash.geometry(),
+                 QRect(splash.screen()->availableGeometry().center() - QPoint(241, 200), QSize(483, 401)));
+        QCOMPARE(test::control<QLabel>(splash, "lblVersion").geometry(), QRect(121, 207, 240, 24));
+        QCOMPARE(test::control<QLabel>(splash, "lblWarning").geometry(), QRect(16, 310, 450, 64));
         QVERIFY(!splash.isEnabled());
         QDialog report; // of a failed start, still open
         report.setModal(true);

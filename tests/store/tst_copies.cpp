@@ -128,33 +128,6 @@ private Q_SLOTS:
         QCOMPARE(made(), test::cell("copies").simplified());
     }
 
-    // A set's own removals count too, and those that are announced.
-    void removals()
-    {
-        Database database = DBEngine::openDatabase(file());
-        QStringList told;
-        database.watchChanges([&told](Database&, const Change& change) {
-            told += change.removes ? "removes " + change.table : "changes";
-            if (told.size() == 5)
-                throw platform::RuntimeError(platform::DiskFull, "a listener");
-            return told.size() != 1;
-        });
-        Recordset dens = database.openRecordset("Select * From Dens");
-        for (int i = 0; i < 3; ++i) {
-            dens.edit();
-            dens.setValue(u"Den_Number", i);
-            dens.update();
-        }
-        database.aboutToRemove();
-        dens.remove();
-        database.execute("Delete * From Scouts");
-        Transaction transaction(database);
-        database.execute("Insert Into Dens (Den_SID) Values (9)");
-        database.openRecordset("Select * From Dens").remove();
-        database.execute("Delete * From Adults");
-        QCOMPARE(told.join(", "), "changes, changes, removes , removes Dens, removes Scouts");
-    }
-
     void obstacles_data() { test::cases({"folders", "left", "made"}, "store/obstacles.txt"); }
     void obstacles()
     {

@@ -1,3 +1,4 @@
+#include "store/engine/Connection.h"
 #include "store/engine/TableDef.h"
 #include "store/engine/Value.h"
 #include "store/schema/Schema.h"
@@ -44,9 +45,9 @@ private Q_SLOTS:
             {"overwritten", QByteArray(sound).replace(100, 400, QByteArray(400, '\xA5'))}};
         test::write(m_path, damaged.value(file, sound));
         sqlite3* other = nullptr;
-        if (file == "locked") {
+        if (file == "locked" || file == "being written") {
             sqlite3_open(m_path.toUtf8().constData(), &other);
-            sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+            sqlite3_exec(other, file == "locked" ? "BEGIN EXCLUSIVE" : "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
         }
         const QString name = file == "missing" ? "\\Packs.mdb" : file == "folder" ? "" : "\\PACK.MDB";
         std::optional<test::Forbidden> forbidden;
@@ -59,6 +60,26 @@ private Q_SLOTS:
             failure ? QString("%1 %2").arg(failure->number()).arg(failure->description()) : QString("opened");
         QTEST(QString(said).remove(QDir::toNativeSeparators(m_folder->path())).replace('\\', '/').trimmed(), "said");
         QVERIFY(!QFile::exists(m_folder->filePath("Packs.mdb"))); // opening never makes a file
+    }
+
+    // What a connection asks of SQLite: safety from hostile files and power failures, which nothing else shows.
+    void settings_data() { test::tableOf("store/settings.txt"); }
+    void settings()
+    {
+        const QString setting = QTest::currentDataTag();
+        for (const char* how : {"opened", "looked at", "alone"}) {
+            Connection connection(m_path, how[0] == 'l' ? Connection::Mode::View : Connection::Mode::Open);
+            if (how[0] == 'a')
+                connection.deferFlushing();
+            const int code = setting.section(' ', 1, 1).toInt();
+            int value = setting.startsWith("limit") ? sqlite3_limit(connection.handle(), code, -1) : 0;
+            if (setting.startsWith("config"))
+                sqlite3_db_config(connection.handle(), code, -1, &value);
+            auto asked = connection.statement(setting.contains(' ') ? "Select " + QByteArray::number(value)
+                                                                    : "Pragma " + setting.toUtf8());
+            QVERIFY(asked.step());
+            QTEST(asked.text(0), how);
+        }
     }
 
     void movedWhileOpen()
@@ -106,9 +127,9 @@ private Q_SLOTS:
         QCOMPARE(database.openRecordset("Select * From Dens").fields().size(), std::size_t(7));
         dens.appendField({"Flag", FieldType::Boolean, 0, false, false, false, std::make_shared<const Value>(true)});
         dens.appendField({"Free", FieldType::Text, 0, true});
-        dens.deleteField(u"den_name");
         dens.appendIndex({"Colour", {"Colour"}});
         dens.appendField({"Rank", FieldType::Integer, 0, false, false, false, std::make_shared<const Value>(7)});
+        dens.deleteField(u"den_name");
 
         Recordset rows = database.openRecordset("Dens");
         QVERIFY(rows[u"Den_SID"] == Value(1) && rows[u"Colour"].isNull() && rows[u"Flag"].isNull() &&
@@ -147,11 +168,14 @@ private Q_SLOTS:
                  dens.appendIndex({"Nowhere", {"Nowhere"}});
              }},
             {platform::ObjectAlreadyExists, [&] { (void)DBEngine::createDatabase(m_path); }},
+            {platform::PathFileAccess, [&] { (void)DBEngine::createDatabase(m_path + "/no folder"); }},
             {platform::QueryAlreadyExists, [&] { database.createQueryDef("Dens", "Select 1"); }}};
         for (const auto& [number, action] : refusals)
             QCOMPARE(test::failureNumber(action), number);
         database.deleteTableDef(u"Dens");
         QCOMPARE(database.tableNames().size(), 12);
+        database.appendTableDef(found);
+        QCOMPARE(database.openRecordset("Dens").recordCount(), 0);
     }
 
     // A journal that a killed run left undoes its change. One for another state of the file is set aside, and deleted

@@ -50,7 +50,12 @@ private Q_SLOTS:
         fill();
         Recordset rows = open();
         rows.edit();
-        const Value value = given.startsWith(u'=') ? Value(given.sliced(1).toDouble()) : Value(given);
+        const QString rest = given.mid(2);
+        const Value value = given.startsWith("= ")   ? Value(rest.toDouble())
+                            : given.startsWith("# ") ? Value(QDate::fromString(rest, Qt::ISODate))
+                            : given.startsWith("? ") ? Value(rest == "yes")
+                            : given == "Null"        ? Value()
+                                                     : Value(given);
         const auto write = [&] {
             rows.setValue(field, value);
             rows.update();

@@ -1,3 +1,4 @@
+#include "platform/Conversion.h"
 #include "store/SetWalk.h"
 
 #include "store/engine/Database.h"
@@ -9,6 +10,7 @@
 #include "support/Sqlite.h"
 #include "support/Table.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
@@ -44,12 +46,15 @@ private Q_SLOTS:
         m_programs = {DBEngine::openDatabase(m_path), DBEngine::openDatabase(m_path)};
     }
 
+    void cleanup() { platform::setToday({}); }
+
     void scripts_data() { test::cases({"script"}, "store/sets.txt"); }
     void scripts()
     {
         QMap<QString, std::shared_ptr<Recordset>> sets;
         std::optional<Transaction> outer;
         QStringList seen;
+        QStringList told;
         QString said;
         sqlite3* other = nullptr;
         QElapsedTimer time;
@@ -74,6 +79,23 @@ private Q_SLOTS:
                 sqlite3_close(other);
             else if (who == "tool")
                 given = test::sqlite(m_path, what.toUtf8());
+            else if (who == "today")
+                platform::setToday(QDate::fromString(what, Qt::ISODate));
+            else if (what == "files")
+                given = QDir(m_folder->path()).entryList(QDir::Files);
+            else if (what.startsWith("watch"))
+                m_programs[program].watchChanges([&told, what](Database&, const Change& change) {
+                    told += change.removes ? "removes:" + change.table : "changes";
+                    if (what.endsWith("fail"))
+                        throw platform::RuntimeError(platform::DiskFull, "a listener");
+                    return !what.endsWith("again");
+                });
+            else if (what == "announce")
+                attempt([&] { m_programs[program].aboutToRemove(); });
+            else if (what == "reading")
+                attempt([&] { given += m_programs[program].beginReading() ? "begun" : "not begun"; });
+            else if (what == "done")
+                m_programs[program].endReading();
             else if (what == "begin")
                 attempt([&] { outer.emplace(m_programs[program]); });
             else if (what == "alone")
@@ -91,6 +113,7 @@ private Q_SLOTS:
             else
                 for (const QString& word : what.split(u' '))
                     attempt([&] { word == "said" ? void(given += said) : step(*sets[who], word, given); });
+            given += std::exchange(told, {});
             if (time.elapsed() > 1900)
                 given += "waits";
             QTest::qSleep(2); // a look at the file is valid for a millisecond
@@ -98,7 +121,7 @@ private Q_SLOTS:
                 attempt([&] { given += stateOf(*set); });
             seen += given.isEmpty() ? steps : steps + " -> " + given.join(u' ');
         }
-        QCOMPARE(seen.join(u'\n'), script.join(u'\n'));
+        QCOMPARE(seen, script);
     }
 
     // Two sets of one program, one of another and another tool do random steps, beside a model of what each of them

@@ -104,7 +104,7 @@ private Q_SLOTS:
     void shapes_data() { test::cases({"shown"}, "store/sql/shapes.txt"); }
     void shapes()
     {
-        const QString source = QString(QTest::currentDataTag()).replace("\\n", "\n");
+        const QString source = QString(QTest::currentDataTag()).replace("\\n", "\n").replace("\\r", "\r");
         int told = 0;
         Recordset rows = m_database->openRecordset(source, [&told] { ++told; });
         QStringList records = rows.recordCount() < 999 ? recordsOf(rows) : QStringList("told " + QString::number(told));

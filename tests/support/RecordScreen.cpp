@@ -180,6 +180,9 @@ bool RecordScreen::byHand(const QString& word) const
         QHelpEvent help(QEvent::ToolTip, place(), target()->mapToGlobal(place()));
         QApplication::sendEvent(target(), &help);
         log += "tip " + (QToolTip::isVisible() ? QToolTip::text() : "none");
+    } else if (word.startsWith("says:")) {
+        target()->parentWidget()->grab();
+        log += "says " + target()->parentWidget()->accessibleDescription();
     } else if (word.startsWith("wide:")) { // a heading dragged to this width, or one so much less than the grid's
         if (auto* grid = qobject_cast<QTableView*>(target()->parentWidget())) {
             const int width = value.section(',', 2).toInt();

@@ -43,8 +43,8 @@ public:
     /// but a power failure may damage the file, so there should be a safe copy.
     void deferFlushing();
     /// Until endReading(), reads see one state of the file, which is checked once instead of for each statement. Other
-    /// programs can't write meanwhile. False if the file is closed or already in a transaction or reading. Raises 3050
-    /// if the file can't be locked.
+    /// programs can't write from the first read on, which raises 3050 if the file can't be locked. False if the file is
+    /// closed or already in a transaction or reading.
     [[nodiscard]] bool beginReading();
     /// Does nothing outside a reading. Any change ends it, too.
     void endReading() noexcept;

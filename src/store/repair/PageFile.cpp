@@ -261,7 +261,7 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
         if (!key || *size < 1 || *size > m_bytes.size())
             continue;
         const Payload whole = payload(bytes, cell, *size);
-        left -= std::min<qsizetype>(*size, m_pageSize - cell);
+        left -= whole.local;
         if (auto record = readRecord(*key, whole.bytes, whole.stated, m_encoding))
             found.push_back(std::move(*record));
     }
@@ -280,6 +280,7 @@ PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 si
             local = least;
     }
     Payload result{page.sliced(at, std::clamp<qsizetype>(m_pageSize - at, 0, local)).toByteArray(), size};
+    result.local = result.bytes.size();
     if (local == size || result.bytes.size() < local)
         return result;
     quint32 next = bigEndian<quint32>(page, at + local);

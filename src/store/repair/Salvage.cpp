@@ -199,6 +199,7 @@ void Salvage::moveRows()
         const bool queries = object.name == QLatin1String(StoredQueries);
         if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
             continue;
+        bool complete = true;
         for (const quint32 page : leavesBelow(object.root, object.name)) {
             const auto records = m_pages.records(page);
             if (counters)
@@ -207,9 +208,13 @@ void Salvage::moveRows()
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
             else if (isOf(records, *table))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
-            else
+            else {
                 m_seen.remove(page);
+                complete = false;
+            }
         }
+        if (complete && !m_lostPages.contains(object.name))
+            m_complete.insert(object.name);
     }
 }
 
@@ -237,10 +242,11 @@ void Salvage::noteQuery(const RawRecord& record)
 }
 
 // The table that a page's rows fit best: one with no more fields than they need, and of several with the same shape one
-// whose contents are known.
+// whose contents are known, or else one that lacks pages.
 const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
 {
     const TableDef* best = nullptr;
+    std::tuple<std::size_t, bool, bool> bestRank;
     for (const TableDef& table : m_tables) {
         if (!std::ranges::all_of(records, [&table](const RawRecord& record) { return fits(record, table); }))
             continue;
@@ -248,26 +254,43 @@ const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
         const bool known = std::ranges::any_of(records, [&usual](const RawRecord& record) {
             return !record.values.empty() && usual.contains(QString::fromUtf8(textOf(record.values[0])));
         });
-        if (!best || table.fields().size() < best->fields().size() ||
-            (known && table.fields().size() == best->fields().size()))
+        const std::tuple rank(table.fields().size(), !known, m_complete.contains(table.name()));
+        if (!best || rank < bestRank) {
             best = &table;
+            bestRank = rank;
+        }
     }
     return best;
 }
 
-// Pages that nothing leads to any more.
+// Pages that nothing leads to any more: of the tables, of their counters and of the stored queries.
 void Salvage::moveStrayRows()
 {
+    const auto isCounter = [this](const RawRecord& record) {
+        return record.values.size() == 2 && std::holds_alternative<qint64>(record.values[1]) &&
+               isMade(QString::fromUtf8(textOf(record.values[0])));
+    };
+    const auto isQuery = [](const RawRecord& record) {
+        return record.values.size() == 2 && textOf(record.values[1]).toUpper().startsWith("SELECT ");
+    };
+    qsizetype unknown = 0;
     for (const quint32 page : m_pages.freePages())
         m_seen.insert(page);
     for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
             continue;
         const auto records = m_pages.records(page);
-        if (const TableDef* table = tableOf(records))
-            for (const RawRecord& record : records)
-                move(record, *table);
+        if (std::ranges::all_of(records, isCounter))
+            std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
+        else if (std::ranges::all_of(records, isQuery))
+            std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
+        else if (const TableDef* table = tableOf(records))
+            std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
+        else
+            unknown += std::ssize(records);
     }
+    if (unknown > 0)
+        m_missing += QStringLiteral("%1 rows of tables that are lost").arg(unknown);
 }
 
 // A row with unsuitable values is kept with Nulls instead. If it is still refused, it exists already or stays in the

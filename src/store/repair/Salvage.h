@@ -62,6 +62,7 @@ private:
     QSet<quint32> m_seen;                // pages already moved, and pages leading to them
     std::vector<QueryDef> m_queries;
     QHash<QString, qint64> m_counters; // by table: the highest number given out
+    QSet<QString> m_complete;          // tables whose pages were all found
     int m_moved = 0;
     QStringList m_missing;
     QHash<QString, int> m_lost;      // by table: its rows among the missing

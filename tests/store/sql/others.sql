@@ -5,14 +5,19 @@ Insert Into Kinds Values
 (1, 2, '2024-01-02', 1, 'e', 'f', 3, 4, '2024-01-02 03:04:05', 0.5, '2024-01-03', 0, 5, 'n', 7),
 (Null, Null, Null, 0, Null, Null, Null, Null, Null, Null, Null, 1, Null, Null, 8);
 Create Table Bare("~");
+Create Table Strings(A STRING(5), B SMALLINT (3));
+Insert Into Strings Values (7, 8);
+Create Table "Sums from old"(A INT);
 Create View "First" As Select 0;
 Create View Second As Select 0;
 Create View Dens As Select 1 As SID, 9 As Den;
 Create View Lost As Select 0;
+Create View Self As Select * From Self;
 Create View Shown As Select 0;
 Insert Into Stored_Queries Values
 ('First', 'Select "N/A" As A, SID From Second'),
 ('Second', 'Select * From Older'),
 ('Dens', 'Select SID, Den From People Where Den > 0 Order By SID Desc'),
 ('Lost', 'Select * From Gone'),
+('Self', 'Select * From Self'),
 ('Shown', 'Select P.[Last Name] & "" As Name, Max(P.Born) As Latest, Max(Mail = True) As Any From (Select [Last Name], Born, Mail From People Union All Select "ØST", #1/2/2020#, No From People) As P Group By P.[Last Name] & ""');

@@ -3,6 +3,8 @@ Create Table If Not Exists Gifts(Name TEXT(9) Collate Nocase, Size SMALLINT, Hal
 Create Table If Not Exists Joined(Name TEXT(9) Collate Nocase, Size SMALLINT, Half DOUBLE, Given DATE, Den SMALLINT, SID SMALLINT);
 Create Table If Not Exists Sums(Name TEXT(9) Collate Nocase, Size SMALLINT);
 Create Table If Not Exists Codes(Code DOUBLE PRIMARY KEY, Called TEXT(9));
+Create Table If Not Exists Pairs(A SMALLINT, B SMALLINT, Called TEXT(9), PRIMARY KEY(A, B));
+Create View If Not Exists Paired As Select 0;
 Create View If Not Exists Whole As Select 0;
 Create View If Not Exists Single As Select 0;
 Create View If Not Exists Both As Select 0;
@@ -21,6 +23,14 @@ Create View If Not Exists Loose As Select 0;
 Create View If Not Exists Turned As Select 0;
 Create View If Not Exists Inside As Select 0;
 Create View If Not Exists Some As Select 0;
+Create View If Not Exists Chained As Select 0;
+Create View If Not Exists Shifted As Select 0;
+Create View If Not Exists Always As Select 0;
+Create View If Not Exists Leading As Select 0;
+Create View If Not Exists Backward As Select 0;
+Create View If Not Exists Doubled As Select 0;
+Create View If Not Exists Mixed As Select 0;
+Create View If Not Exists Summed As Select 0;
 Insert Or Ignore Into Stored_Queries Values
 ('Whole', 'Select P.[Last Name] As Name, IIf(IsNull(G.Size), 1, Size) As Size, Half, Given, P.Den, G.SID From Gifts G Left Join People P On G.SID = P.SID'),
 ('Single', 'Select [Last Name] As Called, 1 As One, 0.5, Given, P.Den, Gifts.SID From Gifts Left Join People As P On P.SID = Gifts.SID Order By Given'),
@@ -38,6 +48,15 @@ Insert Or Ignore Into Stored_Queries Values
 ('Sorted', 'Select Name, Sum(Size) As Sizes From Both Group By Name Order By Name Desc'),
 ('Across', 'Select P.[Last Name] & G.Size As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
 ('Twice', 'Select Q.[Last Name] As Name, G.Size As Size From Gifts G Left Join (Select * From People Union All Select * From People) As Q On G.SID = Q.SID'),
+('Chained', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID = P.Den'),
+('Shifted', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID + 1'),
+('Always', 'Select P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On P.SID = P.SID'),
+('Leading', 'Select P.[Last Name] As Name, P.Den As Size From People P Left Join Gifts G On P.Den = P.SID'),
+('Backward', 'Select G.Size & P.[Last Name] As Name, G.Size As Size From Gifts G Left Join People P On G.SID = P.SID'),
+('Doubled', 'Select *, * From Both'),
+('Mixed', 'Select [Last Name] As Name, 1 As Size, 0.5 As Half, Born As Given, Den, SID From People Union All Select * From Single'),
+('Summed', 'Select Name, Sum(Size) As Sizes From Both Group By Name'),
+('Paired', 'Select K.Called As Name, G.Size As Size From Gifts G Left Join Pairs K On G.SID = K.A'),
 ('Merged', 'Select * From Whole Union Select * From Single'),
 ('Both', 'Select * From Whole Union All Select * From Single');
 Delete From People; Delete From Gifts; Delete From Joined; Delete From Sums;
