@@ -230,8 +230,12 @@ struct Hall : widgets::Form {
             add<widgets::OptionButton>(name, QString('&') + name, group);
         add<ListBox>("list").setFixedHeight(80);
         add<CheckListBox>("checks").setFixedHeight(80);
-        add<ComboBox>("combo");
-        add<widgets::EditableComboBox>("free");
+        auto& label = add<QLabel>("comboLabel", "Com&bo:");
+        label.setBuddy(&add<ComboBox>("combo"));
+        of<ComboBox>("combo")->setMaximumWidth(120);
+        auto& another = add<QLabel>("freeLabel", "F&ree:");
+        another.setBuddy(&add<widgets::EditableComboBox>("free"));
+        of<ComboBox>("free")->lineEdit()->setObjectName("line");
         add<widgets::Calendar>("calendar");
         add<widgets::DriveList>("drives");
         add<FolderList>("folders").setFixedWidth(400); // so that no temporary folder's name is wider

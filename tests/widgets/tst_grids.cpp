@@ -34,13 +34,21 @@ QStringList measuresOf(const QTableView& grid)
         const QModelIndex cell = grid.currentIndex().isValid() ? grid.currentIndex() : grid.model()->index(0, 0);
         return cell.data(role).toString();
     };
+    const auto heading = [&](int at, Qt::Orientation where, int role) {
+        return grid.model()->headerData(at, where, role);
+    };
     QStringList headings;
     QString cells;
     for (int column = 0; column < grid.model()->columnCount(); ++column) {
-        headings += grid.model()->headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString();
-        const auto aligned = Qt::Alignment(grid.model()->index(0, column).data(Qt::TextAlignmentRole).toInt());
-        cells += aligned & Qt::AlignRight ? '>' : aligned & Qt::AlignHCenter ? '^' : '<';
+        headings += heading(column, Qt::Horizontal, Qt::AccessibleTextRole).toString();
+        for (const QVariant& of : {heading(column, Qt::Horizontal, Qt::TextAlignmentRole),
+                                   grid.model()->index(0, column).data(Qt::TextAlignmentRole)})
+            cells += of.toInt() & Qt::AlignRight ? '>' : of.toInt() & Qt::AlignHCenter ? '^' : '<';
     }
+    QStringList rows; // what is heard of them, and where their marks are
+    for (int row = 0; row < grid.model()->rowCount(); ++row)
+        rows += heading(row, Qt::Vertical, Qt::AccessibleDescriptionRole).toString() +
+                (heading(row, Qt::Vertical, Qt::TextAlignmentRole).toInt() & Qt::AlignHCenter ? "^" : "");
     return {("widths: " + widths.join(' ')).trimmed(),
             QString("heights: %1, %2")
                 .arg(qRound(grid.horizontalHeader()->height() * twips))
@@ -49,7 +57,8 @@ QStringList measuresOf(const QTableView& grid)
                 .arg(grid.horizontalScrollBar()->value())
                 .arg(grid.horizontalScrollBar()->maximum()),
             ("heard: " + heard(Qt::AccessibleDescriptionRole)).trimmed(),
-            ("headings: " + headings.join('/') + ' ' + cells).trimmed()};
+            ("headings: " + headings.join('/') + ' ' + cells).trimmed(),
+            ("rows: " + rows.join('/')).trimmed()};
 }
 
 // A grid of texts, by what its callers may do to it.
@@ -276,7 +285,8 @@ private:
         if (!QTest::qWaitForWindowActive(&window))
             test::fail("the window doesn't become active");
         const auto look = [&] {
-            return test::pictureOf(window) + measuresOf(kind.grid) + QStringList("row: " + kind.row());
+            return test::pictureOf(window) + measuresOf(kind.grid) + test::placesOf(window) +
+                   QStringList("row: " + kind.row());
         };
         QStringList seen = test::pictureOf(window, test::What::Everything);
         QStringList before;
