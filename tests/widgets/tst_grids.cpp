@@ -8,6 +8,7 @@
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/DataControl.h"
+#include "widgets/EmptyText.h"
 #include "widgets/KeyGrid.h"
 #include "widgets/Twips.h"
 
@@ -18,7 +19,7 @@
 
 using namespace orlo;
 using Args = QStringList;
-using Words = QMap<QString, std::function<void(const Args&)>>;
+using test::Words;
 
 namespace
 {
@@ -49,7 +50,16 @@ QStringList measuresOf(const QTableView& grid)
     for (int row = 0; row < grid.model()->rowCount(); ++row)
         rows += heading(row, Qt::Vertical, Qt::AccessibleDescriptionRole).toString() +
                 (heading(row, Qt::Vertical, Qt::TextAlignmentRole).toInt() & Qt::AlignHCenter ? "^" : "");
-    return {("widths: " + widths.join(' ')).trimmed(),
+    QString says; // where there are no rows, once it is painted
+    if (rows.isEmpty() || !grid.accessibleDescription().isEmpty()) {
+        const QImage painted = grid.viewport()->grab().toImage();
+        QImage plain = painted;
+        plain.fill(painted.pixel(0, 0));
+        says = grid.accessibleDescription();
+        says += says.isEmpty() ? "" : painted == plain ? ", not painted" : ", painted";
+    }
+    return {("says: " + says).trimmed(),
+            ("widths: " + widths.join(' ')).trimmed(),
             QString("heights: %1, %2")
                 .arg(qRound(grid.horizontalHeader()->height() * twips))
                 .arg(qRound(grid.rowHeight(0) * twips)),
@@ -137,6 +147,7 @@ struct Records {
                  told += cells.join('|');
              }
          }},
+        {"undo", [this](const Args&) { control.setDatabase({}); }},
         {"close", [this](const Args&) { database.close(); }}};
 
     explicit Records(QStringList& log) : told(log)
@@ -276,6 +287,10 @@ private:
         layout->addWidget(&button);
         kind.words["size"] = [&](const Args& a) { window.resize(a[0].toInt(), a[1].toInt()); };
         kind.words["font"] = [&](const Args& a) { kind.grid.setFont(QFont(kind.grid.font().family(), a[0].toInt())); };
+        kind.words["empty"] = [&](const Args& a) {
+            widgets::sayWhenEmpty(kind.grid, a[0], a.size() > 1 ? &button : nullptr);
+        };
+        kind.words["button"] = [&](const Args& a) { button.setEnabled(a[0] == "yes"); };
         kind.words["hide"] = [&](const Args&) { kind.grid.hide(); };
         kind.words["show"] = [&](const Args&) { kind.grid.show(); };
         window.resize(500, 300);
@@ -289,41 +304,7 @@ private:
                    QStringList("row: " + kind.row());
         };
         QStringList seen = test::pictureOf(window, test::What::Everything);
-        QStringList before;
-        test::Unanswered unanswered(seen);
-        for (const QString& line : lines) {
-            if (!line.startsWith("> "))
-                continue;
-            seen += line;
-            unanswered.start();
-            told.clear();
-            screen.told.clear();
-            screen.log.clear();
-            for (const QString& word : line.sliced(2).split(' ', Qt::SkipEmptyParts)) {
-                const QString name = word.section('=', 0, 0);
-                const int number = test::failureNumber([&] {
-                    if (kind.words.contains(name))
-                        kind.words[name](word.section('=', 1).replace('~', ' ').split(','));
-                    else
-                        screen.run(word);
-                });
-                if (number)
-                    told += QString("failure %1").arg(number);
-                QCoreApplication::processEvents();
-            }
-            if (!screen.told.isEmpty()) {
-                window.activateWindow(); // as a window manager does once a box is gone
-                QCoreApplication::processEvents();
-            }
-            seen += told + (screen.log.isEmpty() ? QStringList() : QStringList(screen.log));
-            for (const auto& box : std::as_const(screen.told)) {
-                seen += box->shown ? box->title + ": " + box->text : "not asked";
-                box->shown = true; // it answers no later one
-            }
-            const QStringList now = look();
-            seen += test::changesOf(before, now);
-            before = now;
-        }
+        seen += screen.walk(kind.words, lines, told, {}, look);
         test::comparePicture(comparable(seen), comparable(lines).join('\n'));
     }
 

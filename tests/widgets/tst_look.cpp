@@ -5,7 +5,6 @@
 #include "widgets/CheckListBox.h"
 #include "widgets/ComboBox.h"
 #include "widgets/Contrast.h"
-#include "widgets/EmptyText.h"
 #include "widgets/Glyphs.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"
@@ -258,29 +257,6 @@ private Q_SLOTS:
         if (seen != text.split('\n'))
             qWarning("%s", qPrintable(seen.join('\n')));
         QCOMPARE(seen, text.split('\n'));
-    }
-
-    // A text shows where there are no rows, and only there; the model has none, whoever reads it.
-    void emptyText()
-    {
-        widgets::TextGrid grid;
-        const auto inked = [&grid] {
-            const QRect inner = grid.viewport()->rect().adjusted(3, 3, -3, -3);
-            return painted(grid.viewport()->grab().toImage(), inner) > 3;
-        };
-        grid.show();
-        QVERIFY(!inked());
-        widgets::sayWhenEmpty(grid, "Nobody here.");
-        QPushButton button("&New");
-        widgets::sayWhenEmpty(grid, "No scouts yet.", &button);
-        QVERIFY(inked());
-        QCOMPARE(grid.model()->rowCount(), 0);
-        QCOMPARE(grid.accessibleDescription(), "No scouts yet. Press New.");
-        button.setEnabled(false);
-        QVERIFY(inked());
-        QCOMPARE(grid.accessibleDescription(), "No scouts yet.");
-        grid.addRow();
-        QVERIFY(!inked() && grid.accessibleDescription().isEmpty());
     }
 
     // Lines of readable length, at any font size; a short text is beside the middle of the sign; the text is unchanged.
