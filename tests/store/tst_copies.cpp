@@ -96,9 +96,12 @@ private Q_SLOTS:
     {
         std::optional<Database> database;
         std::unique_ptr<KeptCopies> keeper;
-        const auto open = [&] {
+        const QByteArray first = contents(file());
+        const auto open = [&](bool anew = true) {
             database.emplace(DBEngine::openDatabase(file()));
-            keeper = std::make_unique<KeptCopies>(file(), [] { return clockTime; });
+            if (anew)
+                keeper = std::make_unique<KeptCopies>(file(), [] { return clockTime; });
+            keeper->begin();
             database->watchChanges(
                 [&keeper](Database& changing, const Change& change) { return keeper->beforeChange(changing, change); });
         };
@@ -116,7 +119,12 @@ private Q_SLOTS:
                 keeper->beforeReplacement(*database);
             else if (step == "reopen")
                 open();
-            else if (step == "full")
+            else if (step == "back" || step == "again") {
+                database.reset();
+                if (step == "back")
+                    orlo::test::write(file(), first);
+                open(false);
+            } else if (step == "full")
                 platform::setVolumes([] { return QList<platform::Drive>{{QDir::rootPath(), 0}}; });
             else if (step == "free")
                 platform::setVolumes({});
