@@ -165,8 +165,12 @@ private Q_SLOTS:
                                   {"-t", hourAgo, folder.filePath("2026-06-06.99999.part"),
                                    folder.filePath("2026-06-06.1.mine.part"), folder.filePath("mine.1.part")}) != 0)
                 test::skip("a folder's time can't be set here");
-        } else if (what.startsWith("a note"))
+        } else if (what.startsWith("notes")) {
             orlo::test::write(folder.filePath("2026-06-07 01.00/note"), "mine");
+            orlo::test::write(folder.filePath("2026-06-07 00.10/.note"), "mine");
+            QVERIFY(folder.mkpath("2026-06-07 00.20/more"));
+        } else if (what.endsWith("without one"))
+            QVERIFY(folder.mkpath("2026-06-07/Quorrel11_Backup"));
         Database database = DBEngine::openDatabase(file());
         KeptCopies keeper(file(), [] { return clockTime; });
         sqlite3* tool = nullptr;
@@ -184,7 +188,7 @@ private Q_SLOTS:
         }
         if (what.contains("full"))
             test::limitFiles(QFileInfo(file()).size() / 2);
-        const bool done = keeper.beforeChange(database, {what.startsWith("a note")});
+        const bool done = keeper.beforeChange(database, {what.startsWith("notes") || what.endsWith("deletion")});
         test::limitFiles(-1);
         QCOMPARE(QString(done ? "yes" : "no"), test::cell("made").trimmed());
         const QStringList left = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
