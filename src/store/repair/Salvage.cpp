@@ -295,7 +295,7 @@ void Salvage::moveStrayRows()
             unknown += std::ssize(records);
     }
     if (unknown > 0)
-        m_missing += QStringLiteral("%1 rows of tables that are lost").arg(unknown);
+        m_missing += QStringLiteral("%1 rows that fit no table").arg(unknown);
 }
 
 // A row with unsuitable values is kept with Nulls instead. If it is still refused, it exists already or stays in the
