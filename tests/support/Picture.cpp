@@ -166,9 +166,9 @@ QString glyphOf(const QIcon& icon)
         return drawing.pixmap(24).toImage().convertToFormat(QImage::Format_Alpha8);
     };
     for (int glyph = 0; const char* name : Names)
-        if (!icon.isNull() && shape(widgets::glyphIcon(widgets::Glyph(glyph++))) == shape(icon))
+        if (shape(widgets::glyphIcon(widgets::Glyph(glyph++))) == shape(icon))
             return QStringLiteral(" glyph ") + name;
-    return {};
+    return QStringLiteral(" another icon");
 }
 
 bool isOwn(const QWidget& control)
@@ -290,7 +290,8 @@ QStringList traitsOf(const QWidget& form)
     for (const auto* part : form.findChildren<QObject*>()) {
         const auto* control = qobject_cast<const QWidget*>(part);
         const auto* command = qobject_cast<const QAction*>(part);
-        if (control ? !isOwn(*control) : !command || command->objectName().isEmpty())
+        if (control ? !isOwn(*control)
+                    : !command || command->objectName().isEmpty() || command->objectName().startsWith('_'))
             continue;
         QString words;
         for (const QString& name : command ? OfCommands : OfControls)

@@ -267,7 +267,7 @@ bool RecordScreen::set(QWidget& window, const QString& step)
         else if (step.contains('='))
             box->setText(value);
         else
-            box->showPopup(), box->hidePopup();
+            box->showPopup(), box->hidePopup(), window.activateWindow(); // as a window manager does
     } else if (auto* line = window.findChild<QLineEdit*>("txt" + name))
         line->setText(value);
     else if (auto* list = window.findChild<widgets::ListBox*>(name))

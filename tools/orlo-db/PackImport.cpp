@@ -42,8 +42,7 @@ const Identity* identityOf(const store::TableDef& table)
                                        QStringLiteral("Date_Assigned")};
     static const QStringList adults = {QStringLiteral("Adult_SID"), QStringLiteral("Insignia_SID"),
                                        QStringLiteral("Date_Assigned")};
-    static const QStringList leads = {QStringLiteral("Adult_SID"), QStringLiteral("Den_SID"),
-                                      QStringLiteral("Den_Title")};
+    static const QStringList leads = {QStringLiteral("Adult_SID"), QStringLiteral("Den_SID")};
     static const QStringList serves = {QStringLiteral("Leader_SID"), QStringLiteral("Position_Title")};
     static const QStringList item = {QStringLiteral("Item_Name")};
     static const QStringList denTitle = {QStringLiteral("Den_Title")};
@@ -55,7 +54,7 @@ const Identity* identityOf(const store::TableDef& table)
                                    {u"Insignias", award, award},
                                    {u"Adults", person, {}},
                                    {u"Scouts", person, {}},
-                                   {u"Leader_Den_Assignments", leads, leads.mid(0, 2)},
+                                   {u"Leader_Den_Assignments", leads, leads},
                                    {u"Leader_Pack_Assn", serves, serves},
                                    {u"Assigned_Awards_Scouts", scouts, scouts, false},
                                    {u"Assigned_Awards_Adults", adults, adults, false},
