@@ -1,13 +1,13 @@
 -- What the reports' lines are made of: dens, people with the texts of their lines, the awards they hold.
 CREATE TEMP VIEW D AS SELECT Den_SID AS D, CAST(Den_Number AS INTEGER) AS N, Den_Name AS Den_Name,
   Den_Type || 'Den' || CAST(Den_Number AS INTEGER) AS Den FROM Dens;
-CREATE TEMP VIEW S AS SELECT *, Scout_SID AS SID, lower(replace(Last_Name, 'Å', 'A')) AS L, lower(First_Name) AS F,
+CREATE TEMP VIEW S AS SELECT *, Scout_SID AS SID, lower(replace(Last_Name, 'Å', 'A')) AS L, lower(First_Name || ifnull(char(1) || MI, '')) AS F,
   Last_Name || ',' || First_Name || iif(ifnull(MI, '') = '', '', MI || '.') AS Name,
   ifnull(Phone, '') || ifnull(Scouts_Email, '') || ifnull(Parent_Name1, '') || ifnull(Parent1_Home_Phone, '')
   || ifnull(Parent1_Work_Phone, '') || ifnull(Parent1_Email, '') || ifnull(Parent_Name2, '')
   || ifnull(Parent2_Home_Phone, '') || ifnull(Parent2_Work_Phone, '') || ifnull(Parent2_Email, '') AS Line
   FROM Scouts LEFT JOIN D ON D = Assigned_Den_SID WHERE Active = 'Y';
-CREATE TEMP VIEW A AS SELECT *, Adult_SID AS SID, lower(Last_Name) AS L, lower(First_Name) AS F,
+CREATE TEMP VIEW A AS SELECT *, Adult_SID AS SID, lower(Last_Name) AS L, lower(First_Name || ifnull(char(1) || MI, '')) AS F,
   Last_Name || ',' || First_Name || iif(ifnull(MI, '') = '', '', MI || '.') AS Name,
   ifnull(Phone, '') || ifnull(WorkPhone, '') || ifnull(Email, '') AS Line FROM Adults WHERE Active = 'Y';
 CREATE TEMP VIEW P AS SELECT Adult_SID AS SID, ifnull(Den_Title, 'Leader') AS Title, Sort_Order AS Rank, D.* FROM Leader_Den_Assignments AS B

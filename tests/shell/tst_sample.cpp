@@ -5,9 +5,7 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
-#include "widgets/ComboBox.h"
 #include "widgets/ListBox.h"
-#include "widgets/OptionButton.h"
 #include "widgets/TextGrid.h"
 
 #include <QtWidgets/QtWidgets>
@@ -98,43 +96,6 @@ private Q_SLOTS:
             addCut(*window, faults);
         QApplication::setFont(before);
         QCOMPARE(QStringList(faults.begin(), faults.end()).join(", "), QString());
-    }
-
-    void emptyListsSayWhy()
-    {
-        const test::AppFolder folder;
-        test::copyLayouts();
-        const QString none = "No scouts yet. Press New.";
-        const QString nobody = "Nobody here with this choice.";
-        auto& form = test::showForm("frmScouts");
-        auto& list = control<widgets::ListBox>(form, "lbScouts");
-        const auto said = [](QAbstractItemView& shown) {
-            shown.grab();
-            return shown.accessibleDescription();
-        };
-        const auto view = [&](const char* option) {
-            control<widgets::OptionButton>(form, option).setChecked(true);
-            return said(list);
-        };
-        QCOMPARE(said(list), none);
-        QCOMPARE(view("optInactive"), none); // whichever is selected
-        test::execute("Insert Into Dens (Den_SID, Den_Number, Active) Values (1, 1, 'Y')");
-        test::fill("Insert Into Scouts (Scout_SID, First_Name, Active) Values (1, 'Ada', 'Y'), (2, 'Bo', 'Y')");
-        QCOMPARE(view("optActive"), QString());
-        QCOMPARE(view("optInactive"), nobody);
-        QCOMPARE(list.model()->rowCount(), 0);
-        QCOMPARE(view("optActive"), QString());
-        for (int scout = 0; scout < 2; ++scout) {
-            test::answerNext(QMessageBox::Yes);
-            control<QPushButton>(form, "cmdDelete").click();
-        }
-        QCOMPARE(said(list), none);
-
-        auto& purchases = test::showForm("frmCreatePurchaseList");
-        auto& awards = control<widgets::BoundGrid>(purchases, "dbgAssignedPurchases");
-        QCOMPARE(said(awards), "No list yet. Press Create List.");
-        control<QPushButton>(purchases, "cmdCreate").click();
-        QCOMPARE(said(awards), "No award was given in these dates.");
     }
 };
 

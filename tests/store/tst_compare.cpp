@@ -31,6 +31,9 @@ private Q_SLOTS:
     void terminal_data() { test::cases({"steps"}, "store/terminal.txt"); }
     void terminal()
     {
+        if (QTest::currentDataTag() == QByteArray("former files, and an output that takes nothing") &&
+            !QFile::exists(ORLO_BUILD_DIR "/app/orlo-jet"))
+            test::skip("there is no reader here");
         QString seen;
         for (const QString& line : test::cell("steps").split('\n'))
             if (line.startsWith("> "))
@@ -61,6 +64,7 @@ private:
                                               QRegularExpression::MultilineOption);
         static const QRegularExpression line("^(?=.)", QRegularExpression::MultilineOption);
         QStringList words = QProcess::splitCommand(step);
+        words.replaceInStrings(QRegularExpression("^(?=(samples|tests)/)"), ORLO_SOURCE_DIR "/");
         const QString word = words.takeFirst();
         const QString rest = step.section(' ', 2);
         if (word == "sql" || word == "pack") { // the small pack
@@ -80,12 +84,8 @@ private:
         }
         if (word == "write")
             orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
-                              QString(rest)
-                                  .replace("\\r", "\r")
-                                  .replace("\\n", "\n")
-                                  .toUtf8()
-                                  .replace("\\xFC", "\xFC")
-                                  .replace("\\0", QByteArray(1, '\0')));
+                              QByteArray::fromPercentEncoding(
+                                  QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8(), '\\'));
         else if (word == "zero")
             orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
                                                                    QByteArray(words[2].toInt(), '\0')));
@@ -99,9 +99,8 @@ private:
             while (all.hasNext())
                 files += all.next().sliced(2);
             files.sort();
-            return files.join(' ') + '\n';
+            return files.join(' ').replace(QRegularExpression("\\d{4}-\\d\\d-\\d\\d"), "a-day") + '\n';
         } else {
-            words.replaceInStrings(QRegularExpression("^samples/"), ORLO_SOURCE_DIR "/samples/");
             const auto run = orloDb(words, word);
             QString said = run.said + run.errors.section(usage, 0, 0).replace(line, "! ");
             for (const QString& folder :

@@ -94,9 +94,12 @@ private Q_SLOTS:
     {
         std::optional<Database> database;
         std::unique_ptr<KeptCopies> keeper;
-        const auto open = [&] {
+        const QByteArray first = contents(file());
+        const auto open = [&](bool anew = true) {
             database.emplace(DBEngine::openDatabase(file()));
-            keeper = std::make_unique<KeptCopies>(file(), [] { return clockTime; });
+            if (anew)
+                keeper = std::make_unique<KeptCopies>(file(), [] { return clockTime; });
+            keeper->begin();
             database->watchChanges(
                 [&keeper](Database& changing, const Change& change) { return keeper->beforeChange(changing, change); });
         };
@@ -114,7 +117,12 @@ private Q_SLOTS:
                 keeper->beforeReplacement(*database);
             else if (step == "reopen")
                 open();
-            else if (step == "full")
+            else if (step == "back" || step == "again") {
+                database.reset();
+                if (step == "back")
+                    orlo::test::write(file(), first);
+                open(false);
+            } else if (step == "full")
                 platform::setVolumes([] { return QList<platform::Drive>{{QDir::rootPath(), 0}}; });
             else if (step == "free")
                 platform::setVolumes({});
@@ -155,8 +163,12 @@ private Q_SLOTS:
                                   {"-t", hourAgo, folder.filePath("2026-06-06.99999.part"),
                                    folder.filePath("2026-06-06.1.mine.part"), folder.filePath("mine.1.part")}) != 0)
                 test::skip("a folder's time can't be set here");
-        } else if (what.startsWith("a note"))
+        } else if (what.startsWith("notes")) {
             orlo::test::write(folder.filePath("2026-06-07 01.00/note"), "mine");
+            orlo::test::write(folder.filePath("2026-06-07 00.10/.note"), "mine");
+            QVERIFY(folder.mkpath("2026-06-07 00.20/more"));
+        } else if (what.endsWith("without one"))
+            QVERIFY(folder.mkpath("2026-06-07/Quorrel11_Backup"));
         Database database = DBEngine::openDatabase(file());
         KeptCopies keeper(file(), [] { return clockTime; });
         sqlite3* tool = nullptr;
@@ -174,7 +186,7 @@ private Q_SLOTS:
         }
         if (what.contains("full"))
             test::limitFiles(QFileInfo(file()).size() / 2);
-        const bool done = keeper.beforeChange(database, {what.startsWith("a note")});
+        const bool done = keeper.beforeChange(database, {what.startsWith("notes") || what.endsWith("deletion")});
         test::limitFiles(-1);
         QCOMPARE(QString(done ? "yes" : "no"), test::cell("made").trimmed());
         const QStringList left = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot);

@@ -52,6 +52,7 @@ private Q_SLOTS:
             QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
             if (!forbidden.isEmpty())
                 limit.emplace(out(), forbidden == "file" ? orlo::test::Forbidden::File : orlo::test::Forbidden::Folder);
+            QCOMPARE(orloDb({"about", out()}).status, 0);
             runs = {orloDb({"check", out()}), orloDb({"export", out(), room.filePath("all")})};
             if (forbidden.isEmpty())
                 runs.push_back(orloDb({"import", "--dry-run", out(), ORLO_SOURCE_DIR "/samples/templates"}));

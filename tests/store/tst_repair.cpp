@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QtEndian>
@@ -27,6 +28,10 @@ namespace
 {
 
 constexpr qsizetype PageSize = 4096;
+
+// A file's pages in order: "12 leaf Scouts 3".
+constexpr char Pages[] = "Select pageno || ' ' || pagetype || ' ' || name || ' ' || (Row_Number() Over (Partition By "
+                         "pagetype, name Order By path) - 1) From dbstat Order By pageno";
 
 // The rows of each table with their keys, "Scouts|12|...", as another program reads them.
 QSet<QString> rowsOf(const QString& path)
@@ -61,6 +66,11 @@ private Q_SLOTS:
         for (const TableDef& table : schema::tables())
             locateRows(table.name());
         QCOMPARE(m_pagesOfRow.size(), m_rows.size());
+        m_small = m_folder.filePath("small.mdb");
+        auto small = DBEngine::createDatabase(m_small);
+        createSchema(small);
+        small.close();
+        QCOMPARE(sqlite(m_small, contents(ORLO_SOURCE_DIR "/tests/store/salvage.sql")), QStringList());
     }
 
     // One page of zeros, or none: every row on the other pages is there afterwards, and so are keys, counters and
@@ -73,6 +83,8 @@ private Q_SLOTS:
         const bool sound = table == "nothing";
         const QByteArray bytes = sound ? contents(path) : test::withoutRootOf(path, table);
         write(path, bytes);
+        write(path + "-journal", "x");
+        QFile::setPermissions(path, QFile::Permissions(0x6660));
         (void)test::putInPlaceUnflushed();
         test::failLinks(table == "Dens");
         repair(path);
@@ -81,65 +93,12 @@ private Q_SLOTS:
         QVERIFY(contents(path).size() < bytes.size());
         QCOMPARE(contents(m_folder.filePath("work/Quorrel11 (damaged).mdb")), sound ? "none" : bytes);
         QCOMPARE(QDir(m_folder.filePath("work")).entryList(QDir::Files).size(), sound ? 1 : 2);
+        QVERIFY(sound || QFile::permissions(path) & QFile::WriteGroup);
         QCOMPARE(sqlite(path, "Pragma integrity_check"), QStringList{"ok"});
         QCOMPARE(rowsOf(path), m_rows);
         QCOMPARE(test::definitions(path), test::definitions(m_whole));
         QCOMPARE(sqlite(path, "Select seq From sqlite_sequence"),
                  QStringList{table == "sqlite_sequence" ? "5990" : "6000"});
-    }
-
-    // One byte of the header that means another kind of file, other pages or a part of them; a journal is removed
-    // together with its file, and the file's permissions stay.
-    void header_data() { test::tableOf("store/repair_header.txt"); }
-    void header()
-    {
-        const QString path = fresh();
-        QByteArray bytes = contents(path);
-        bytes[test::cell("at").toInt()] = char(test::cell("byte").toInt());
-        write(path, bytes);
-        write(path + "-journal", "x");
-        QFile::setPermissions(path, QFile::Permissions(0x6660));
-        repair(path);
-        QCOMPARE(rowsOf(path), m_rows);
-        QVERIFY(!QFile::exists(path + "-journal"));
-        QVERIFY(QFile::permissions(path) & QFile::WriteGroup);
-    }
-
-    // What doesn't come back is reported; a row whose field no table accepts comes back without that field.
-    void missing_data() { test::tableOf("store/missing.txt"); }
-    void missing()
-    {
-        const auto [before, root, lost, freeAt, told, look] =
-            test::cells("before", "lost root", "lost page", "free list", "missing", "look");
-        const QString path = fresh();
-        sqlite(path, "Pragma ignore_check_constraints = On; Insert Into Dens(Den_SID, Den_Number, Den_Name) "
-                     "Values(5, 7, 'Bears');" +
-                         before.toUtf8());
-        const auto pageOf = [&path](const QString& kind, const QString& table) {
-            const QString which = QString("Select pageno - 1 From dbstat Where pagetype = '%1' And name = '%2' "
-                                          "Order By path Limit 1 Offset 3")
-                                      .arg(kind, table);
-            return sqlite(path, which.toUtf8()).value(0).toInt() * PageSize;
-        };
-        const auto first =
-            qToBigEndian(quint32(pageOf(freeAt.section(u' ', 0, 0), freeAt.section(u' ', 1)) / PageSize + 1));
-        if (!freeAt.isEmpty())
-            write(path, contents(path).replace(32, 4, reinterpret_cast<const char*>(&first), 4));
-        if (!root.isEmpty())
-            write(path, test::withoutRootOf(path, root));
-        const qsizetype page = pageOf(lost.section(u' ', 0, 0), lost.section(u' ', 1, 1));
-        const QByteArray instead = lost.endsWith("rows") ? contents(path).sliced(pageOf("leaf", "Scouts"), PageSize)
-                                                         : QByteArray(PageSize, '\0');
-        if (lost.endsWith("unreadable"))
-            test::failReads(page, page + PageSize);
-        else if (!lost.isEmpty())
-            write(path, contents(path).replace(page, PageSize, instead));
-        const Repaired repaired = DBEngine::repairDatabase(path, schema::versions());
-        test::failReads(0, 0);
-        const int awards = sqlite(path, "Select Count(*) From Assigned_Awards_Scouts")[0].toInt();
-        QCOMPARE(repaired.missing.join("; "), QString(told).replace('*', QString::number(5990 - awards)));
-        const QString den = "Den_SID, Den_Number, Den_Name From Dens";
-        QTEST(sqlite(path, "Select " + (look.isEmpty() ? den : look).toUtf8()).join(' ').replace(u'|', u'.'), "left");
     }
 
     // A file from another tool may have its texts in UTF-16, and pages of another size, of which its header may be
@@ -163,6 +122,58 @@ private Q_SLOTS:
         write(path, test::contents(made).replace(16, 2, QByteArray("\x10\0", 2)));
         repair(path);
         QCOMPARE(sqlite(path, "Select * From Dens"), dens);
+    }
+
+    // "each PAGES: AT BYTES" repairs a copy of the file for each of these pages, with other bytes there; "at PAGES: AT
+    // BYTES" changes them, and "repair" repairs the file. A page's name is its kind, table and place, "leaf Scouts 3".
+    // Each repair tells what it says is missing, then the rows and definitions that are gone, and those that are new.
+    void salvage_data() { test::cases({"steps", "seen"}, "store/salvage.txt"); }
+    void salvage()
+    {
+        const QString path = fresh(m_small);
+        QStringList whole = dump(path);
+        QStringList pages = sqlite(path, Pages);
+        QStringList seen;
+        for (const QString& step : test::cell("steps").trimmed().split(u'\n')) {
+            static const QRegularExpression form("^(each|at) (.*): (\\d+) (\\w+)$|^repair()$");
+            const auto patch = form.match(step);
+            if (!patch.hasMatch()) {
+                seen += sqlite(path, step.toUtf8());
+                if (!step.startsWith("Pragma writable_schema")) {
+                    whole = dump(path);
+                    pages = sqlite(path, Pages);
+                }
+                continue;
+            }
+            const QByteArray bytes = contents(path);
+            const bool once = patch.hasCaptured(5);
+            const QString named = QRegularExpression::wildcardToRegularExpression("* " + patch.captured(2));
+            const QStringList wanted = once ? QStringList{"1 "} : pages.filter(QRegularExpression(named));
+            for (const QString& page : wanted) {
+                const qsizetype start = page.section(u' ', 0, 0).toLongLong() * 512 - 512;
+                const qsizetype at = start + patch.captured(3).toInt();
+                const bool zero = patch.captured(4) == "zero";
+                const QByteArray other =
+                    zero ? QByteArray(start + 512 - at, '\0') : QByteArray::fromHex(patch.captured(4).toLatin1());
+                write(path, contents(path).replace(at, other.size(), other));
+                if (patch.captured(4) == "unreadable")
+                    test::failReads(at, at + 512);
+                if (patch.captured(1) == "at")
+                    continue;
+                const QString name = once ? step : wanted.size() == 1 ? step.sliced(5) : page.section(u' ', 1);
+                const QString end = ": " + outcome(path, whole);
+                if (seen.isEmpty() || !seen.back().endsWith(end))
+                    seen += name + end;
+                else { // as with the page before
+                    seen.back().chop(end.size());
+                    seen.back() += ", " + name + end;
+                }
+                write(fresh(m_small), bytes);
+            }
+        }
+        if (seen != test::cell("seen").trimmed().split(u'\n'))
+            qInfo().noquote() << seen.join(u'\n');
+        QCOMPARE(seen, test::cell("seen").trimmed().split(u'\n'));
     }
 
     // Bytes overwritten at random, or the end cut off: whatever happens ends with a numbered failure, and most rows on
@@ -202,14 +213,58 @@ private Q_SLOTS:
     }
 
 private:
-    // A copy of the whole file, alone in a folder.
-    QString fresh()
+    // A copy of a file, alone in a folder.
+    QString fresh() { return fresh(m_whole); }
+    QString fresh(const QString& file)
     {
         QDir(m_folder.filePath("work")).removeRecursively();
         QDir().mkpath(m_folder.filePath("work"));
         const QString path = m_folder.filePath("work/Quorrel11.mdb");
-        QFile::copy(m_whole, path);
+        QFile::copy(file, path);
         return path;
+    }
+
+    // What a repair says, and how the file then differs from the whole one; the repaired file stays.
+    static QString outcome(const QString& path, const QStringList& whole)
+    {
+        Repaired repaired;
+        const int number = failureNumber([&] { repaired = DBEngine::repairDatabase(path, schema::versions()); });
+        test::failReads(0, 0);
+        if (number != 0)
+            return QString("failure %1").arg(number);
+        const QStringList left = dump(path);
+        QStringList seen = repaired.damaged.isEmpty() ? QStringList("sound") : repaired.missing;
+        QString last;
+        for (const QString& row : whole)
+            if (const QString table = row.section(u' ', 0, 0); !left.contains(row)) {
+                if (last == table)
+                    seen.back() += ',' + row.section(u':', 0, 0).section(u' ', 1);
+                else
+                    seen += '-' + row.section(u':', 0, 0);
+                last = table;
+            }
+        for (const QString& row : left)
+            if (!whole.contains(row))
+                seen += '+' + row;
+        return seen.isEmpty() ? "all is there" : seen.join("; ");
+    }
+    // All rows, "Dens 5: 5,'Bears'", and definitions, "index Dens_PK: CREATE ..."; long texts with their checksums.
+    static QStringList dump(const QString& path)
+    {
+        QStringList all = sqlite(path, "Pragma integrity_check");
+        for (const QString& select :
+             sqlite(path, "Select 'Select ''' || m.name || ' '' || ' || Iif(Max(c.name In ('seq', 'Sql', 'Den_Title', "
+                          "'Pack_Titles')), Min(c.name), 'rowid') || ' || '': '' || ' || Group_Concat('quote(\"' || "
+                          "c.name || '\")', '|| '','' ||') || ' From ' || m.name From sqlite_master m, "
+                          "pragma_table_info(m.name) c Where m.type = 'table' Group By m.name"))
+            all += sqlite(path, select.toUtf8());
+        all += sqlite(path, "Select type || ' ' || name || ': ' || sql From sqlite_master Where sql Is Not Null "
+                            "Order By name");
+        all.replaceInStrings("\n", " ");
+        for (QString& one : all)
+            if (one.size() > 150)
+                one = one.first(70) + QString("... %1 %2").arg(one.size()).arg(qChecksum(one.toUtf8()));
+        return all;
     }
 
     static void repair(const QString& path) { DBEngine::repairDatabase(path, schema::versions()); }
@@ -248,6 +303,7 @@ private:
 
     QTemporaryDir m_folder;
     QString m_whole;
+    QString m_small; // with all kinds of values, in pages of 512 bytes
     QSet<QString> m_rows;
     QHash<QString, QList<qsizetype>> m_pagesOfRow; // 0-based, overflow pages included
 };

@@ -18,7 +18,10 @@ struct OrloDbRun {
 inline OrloDbRun orloDb(const QStringList& arguments, const QString& tool = QStringLiteral("orlo-db"))
 {
     QProcess process;
-    process.start(QStringLiteral(ORLO_BUILD_DIR "/tools/") + tool, arguments);
+    const qsizetype to = arguments.indexOf(">"); // a file for its output
+    if (to >= 0)
+        process.setStandardOutputFile(arguments[to + 1]);
+    process.start(QStringLiteral(ORLO_BUILD_DIR "/tools/") + tool, arguments.first(to < 0 ? arguments.size() : to));
     const bool finished = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
     static const QRegularExpression noise("^QStandardPaths: .*\n|\r", QRegularExpression::MultilineOption); // Qt's
     const auto lines = [](const QByteArray& said) { return QString::fromUtf8(said).remove(noise); };

@@ -1,5 +1,7 @@
 #include "support/Picture.h"
 
+#include "widgets/Glyphs.h"
+
 #include <QTest>
 #include <QtWidgets/QtWidgets>
 
@@ -155,6 +157,20 @@ QString stateOf(const QWidget& control, What what)
     return state.join(", ");
 }
 
+// The glyph on a button or a command, whatever its colour.
+QString glyphOf(const QIcon& icon)
+{
+    static const auto Names = {"First", "Previous", "Next", "Last", "ZoomIn", "ZoomOut", "Find",  "Up",
+                               "Down",  "Print",    "Pdf",  "Csv",  "Pages",  "Refresh", "Close", "Calendar"};
+    const auto shape = [](const QIcon& drawing) {
+        return drawing.pixmap(24).toImage().convertToFormat(QImage::Format_Alpha8);
+    };
+    for (int glyph = 0; const char* name : Names)
+        if (!icon.isNull() && shape(widgets::glyphIcon(widgets::Glyph(glyph++))) == shape(icon))
+            return QStringLiteral(" glyph ") + name;
+    return {};
+}
+
 bool isOwn(const QWidget& control)
 {
     const bool isOfThisMachine =
@@ -184,7 +200,8 @@ QStringList pictureOf(const QWidget& form, What what)
     const auto* focus = form.focusWidget();
     const bool isEditor = focus && focus->objectName().isEmpty() && focus->parentWidget();
     const auto* place = isEditor ? focus->parentWidget()->parentWidget() : focus;
-    return lines + QStringList("focus: " + (place ? place->objectName() : "nothing") + (isEditor ? ", typing" : ""));
+    return lines + QStringList("focus: " + (place ? place->objectName() : "nothing") +
+                               (isEditor ? ", typing " + stateOf(*focus, what) : ""));
 }
 
 QStringList changesOf(const QStringList& before, const QStringList& now)
@@ -257,31 +274,38 @@ QStringList placesOf(const QWidget& form)
 
 QStringList traitsOf(const QWidget& form)
 {
-    static const auto Names = {"focusPolicy",  "contextMenuPolicy", "frameShape",           "alignment",
-                               "textFormat",   "wordWrap",          "textInteractionFlags", "buttonSymbols",
-                               "autoRaise",    "documentMode",      "usesScrollButtons",    "features",
-                               "movable",      "iconSize",          "clearButtonEnabled",   "keyboardTracking",
-                               "insertPolicy", "headerHidden",      "uniformRowHeights",    "uniformItemSizes",
-                               "autoDefault",  "toolTip",           "verticalScrollMode",   "tabBarAutoHide",
-                               "windowTitle"};
+    static const QStringList OfControls =
+        QString("focusPolicy contextMenuPolicy frameShape alignment textFormat wordWrap textInteractionFlags "
+                "buttonSymbols autoRaise documentMode usesScrollButtons features movable iconSize clearButtonEnabled "
+                "keyboardTracking insertPolicy headerHidden uniformRowHeights uniformItemSizes autoDefault toolTip "
+                "verticalScrollMode tabBarAutoHide windowTitle")
+            .split(' ');
+    static const QStringList OfCommands{"text", "shortcut", "checkable", "toolTip"};
     static const QRegularExpression around("QVariant\\(\\S+, (.*)\\)|QFlags<\\S+>\\((.*)\\)"),
         usual(" focusPolicy Qt::NoFocus| contextMenuPolicy Qt::Default\\w+| iconSize QSize\\(\\S+ (16|-1)\\)"
+              "| shortcut QKeySequence\\(\"\"\\)"
               "| textFormat Qt::AutoText| textInteractionFlags Links\\w+| frameShape QFrame::NoFrame"
               "| alignment (AlignLeading\\|AlignVCenter|AlignLeft\\|AlignLeading)");
     QStringList lines;
-    for (const auto* part : form.findChildren<QWidget*>()) {
+    for (const auto* part : form.findChildren<QObject*>()) {
+        const auto* control = qobject_cast<const QWidget*>(part);
+        const auto* command = qobject_cast<const QAction*>(part);
+        if (control ? !isOwn(*control) : !command || command->objectName().isEmpty())
+            continue;
         QString words;
-        for (const char* name : Names)
-            if (const QVariant value = part->property(name); value.isValid() && value != false && value != "") {
+        for (const QString& name : command ? OfCommands : OfControls)
+            if (const QVariant value = part->property(name.toLatin1().constData());
+                value.isValid() && value != false && value != "") {
                 QString text;
                 QDebug(&text).nospace() << value;
                 words += QString(" %1 %2").arg(name, text.replace(around, "\\1").replace(around, "\\2"));
             }
         if (const auto* area = qobject_cast<const QAbstractScrollArea*>(part))
             words += u' ' + QVariant::fromValue(area->viewport()->backgroundRole()).toString();
+        if (const QIcon icon = part->property("icon").value<QIcon>(); !icon.isNull())
+            words += glyphOf(icon);
         words.remove(usual);
-        lines +=
-            isOwn(*part) && !words.isEmpty() ? QStringList("how " + part->objectName() + ':' + words) : QStringList();
+        lines += words.isEmpty() ? QStringList() : QStringList("how " + part->objectName() + ':' + words);
     }
     return lines;
 }

@@ -1,13 +1,17 @@
-#include "store/engine/Database.h"
-#include "support/Failure.h"
+#include "platform/FileSystem.h"
 #include "support/Main.h"
+#include "support/Picture.h"
+#include "support/RecordScreen.h"
+#include "support/System.h"
 #include "support/Table.h"
 #include "widgets/Calendar.h"
 #include "widgets/CheckBox.h"
+#include "widgets/CheckListBox.h"
 #include "widgets/ComboBox.h"
-#include "widgets/DataControl.h"
+#include "widgets/DriveList.h"
+#include "widgets/FolderList.h"
 #include "widgets/Form.h"
-#include "widgets/ListBox.h"
+#include "widgets/MessageBox.h"
 #include "widgets/OptionButton.h"
 #include "widgets/TextBox.h"
 
@@ -15,54 +19,295 @@
 #include <QtWidgets/QtWidgets>
 
 using namespace orlo;
+using Args = QStringList;
+using widgets::CheckListBox;
 using widgets::ComboBox;
-using widgets::EditableComboBox;
+using widgets::FolderList;
 using widgets::ListBox;
 
 namespace
 {
 
-template <class Box>
-void fill(Box& box)
+// Hears each signal of a control that buttons or the classes of this system have.
+struct Listener : QObject {
+    std::function<void(const QString&)> hear;
+    Listener(QObject& heard, std::function<void(const QString&)> does) : QObject(&heard), hear(std::move(does))
+    {
+        const QMetaObject& meta = *heard.metaObject();
+        for (int at = 0; at < meta.methodCount(); ++at)
+            if (const QByteArray kind = meta.method(at).enclosingMetaObject()->className();
+                meta.method(at).methodType() == QMetaMethod::Signal &&
+                !(meta.method(at).attributes() & QMetaMethod::Cloned) &&
+                (kind.startsWith("orlo") || meta.method(at).name() == "triggered" ||
+                 (kind == "QAbstractButton" && meta.method(at).name() == "clicked")))
+                QMetaObject::connect(&heard, at, this, staticMetaObject.methodCount() + at);
+    }
+    int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
+    {
+        id = QObject::qt_metacall(call, id, arguments);
+        if (id >= 0 && call == QMetaObject::InvokeMetaMethod)
+            hear(parent()->objectName() + '.' + parent()->metaObject()->method(id).name());
+        return -1;
+    }
+};
+
+// What an assistive program hears of a control.
+QString heardOf(QWidget* control)
 {
-    for (const char* den : {"Wolf", "Bear", "Wolf"})
-        box.addItem(den);
+    auto* reader = QAccessible::queryAccessibleInterface(control);
+    const QAccessible::State is = reader->state();
+    QString words = QMetaEnum::fromType<QAccessible::Role>().valueToKey(reader->role());
+    for (const auto kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value, QAccessible::Accelerator})
+        words += " \"" + reader->text(kind) + '"';
+    const QList<quint64> so{is.checkable, is.checked,       is.checkStateMixed, is.pressed,
+                         is.modal,     is.defaultButton, is.disabled};
+    for (qsizetype at = 0; const char* word : {"checkable", "checked", "mixed", "pressed", "modal", "default", "off"})
+        words += so[at++] ? QString(' ') + word : QString();
+    auto* actions = reader->actionInterface();
+    for (const QString& name : actions ? actions->actionNames() : QStringList())
+        words += ' ' + name + ' ' + actions->keyBindingsForAction(name).join('+');
+    return words;
 }
 
-void pick(ComboBox& box, int row)
-{
-    box.showPopup();
-    box.view()->setCurrentIndex(box.model()->index(row, 0));
-    QTest::keyClick(box.view(), Qt::Key_Return);
-}
+// A form with a control of each kind, by what its owner may do to them. Save is the default button, Delete Escape's.
+struct Hall : widgets::Form {
+    QStringList& told;
+    QTemporaryDir disk;
+    QList<platform::Drive> drives{{disk.path() + "/C", 1LL << 40}, {disk.path() + "/D", 1LL << 40}};
+    QMap<QString, QString> does; // the words to do at a signal
+    test::Words words{
+        {"add",
+         [this](const Args& a) {
+             for (const QString& text : a.mid(1))
+                 if (auto* checks = of<CheckListBox>(a[0]))
+                     checks->addItem(text);
+                 else if (auto* list = of<ListBox>(a[0]))
+                     list->addItem(text);
+                 else
+                     of<ComboBox>(a[0])->addItem(text);
+         }},
+        {"set",
+         [this](const Args& a) {
+             if (auto* box = of<ComboBox>(a[0]); box && a.size() < 3)
+                 box->setText(a[1]);
+             else if (auto* folders = of<FolderList>(a[0]); folders && a.size() < 3)
+                 folders->setPath(disk.path() + a[1]);
+             else
+                 of<QWidget>(a[0])->setProperty(a.size() > 2 ? a[1].toLatin1().constData() : "text", a.last());
+         }},
+        {"index",
+         [this](const Args& a) {
+             if (auto* box = of<ComboBox>(a[0]))
+                 box->setListIndex(a[1].toInt());
+             else
+                 of<ListBox>(a[0])->setListIndex(a[1].toInt());
+         }},
+        {"fill", [this](const Args& a) { widgets::fillBox(*of<QLineEdit>(a[0]), a[1]); }},
+        {"remove", [this](const Args& a) { of<ListBox>(a[0])->removeItem(a[1].toInt()); }},
+        {"clear",
+         [this](const Args& a) { of<ComboBox>(a[0]) ? of<ComboBox>(a[0])->removeAll() : of<ListBox>(a[0])->clear(); }},
+        {"refill", [this](const Args& a) { of<ComboBox>(a[0])->refill(a.mid(2), a[1].toInt()); }},
+        {"tick", [this](const Args& a) { of<CheckListBox>("checks")->setChecked(a[0].toInt(), a[1] == "on"); }},
+        {"ticked", [this](const Args& a) { tell(of<CheckListBox>("checks")->checked(a[0].toInt())); }},
+        {"select", [this](const Args& a) { of<ListBox>("list")->setSelected(a[0].toInt(), a[1] == "on"); }},
+        {"selected", [this](const Args& a) { tell(of<ListBox>("list")->selected(a[0].toInt())); }},
+        {"sorted", [this](const Args& a) { told += QString::number(widgets::sortedRow(*of<ListBox>("list"), a[0])); }},
+        {"open", [this](const Args& a) { of<ComboBox>(a[0])->showPopup(); }},
+        {"pick",
+         [this](const Args& a) {
+             auto& box = *of<ComboBox>(a[0]);
+             box.showPopup();
+             box.view()->setCurrentIndex(box.model()->index(a[1].toInt(), 0));
+             QTest::keyClick(box.view(), Qt::Key_Return);
+         }},
+        {"page",
+         [this](const Args& a) { of<QCalendarWidget>("calendar")->setCurrentPage(a[0].toInt(), a[1].toInt()); }},
+        {"day", [this](const Args& a) { of<widgets::Calendar>("calendar")->setDay(a[0].toInt()); }},
+        {"make",
+         [this](const Args& a) {
+             QDir(disk.path()).mkpath(a[0]);
+             if (a[0].contains("/."))
+                 test::hide(disk.filePath(a[0]));
+         }},
+        {"wipe", [this](const Args& a) { QDir(disk.path() + '/' + a[0]).removeRecursively(); }},
+        {"unplug", [this](const Args&) { drives.removeLast(); }},
+        {"say", [](const Args& a) { widgets::message(a[0], a.value(1)); }},
+        {"warn", [](const Args& a) { widgets::warn(a[0], a.value(1)); }},
+        {"ask",
+         [this](const Args& a) {
+             using enum widgets::Preset;
+             using enum widgets::OnEscape;
+             tell(widgets::ask(a[0], a.value(1), a.contains("no") ? No : Yes, a.contains("must") ? DoesNothing : IsNo));
+         }},
+        {"during", // words while the next box is up
+         [this](const Args& a) {
+             screen.told +=
+                 test::takeNext([this, steps = QString(a.join(' ')).replace('+', ',')](auto& modal, auto& box) {
+                     if (box.shown || !modal.isActiveWindow())
+                         return false;
+                     box = {modal.windowTitle(), "during", true, "then No"};
+                     screen.play(words, steps, told);
+                     if (modal.isVisible())
+                         static_cast<QMessageBox&>(modal).done(QMessageBox::No);
+                     return true;
+                 });
+         }},
+        {"check", // the field accepts only "good"
+         [this](const Args& a) {
+             setLeaveCheck(of<QWidget>(a[0]), [this, name = a[0]] {
+                 const bool good = of<QWidget>(name)->property("text") == "good";
+                 told += good ? "passes" : "refuses";
+                 return good;
+             });
+         }},
+        {"when", [this](const Args& a) { does[a[0]] = a.mid(1).join(' ').replace('+', ','); }},
+        {"focus", [this](const Args& a) { of<QWidget>(a[0])->setFocus(); }},
+        {"paste",
+         [](const Args& a) {
+             qApp->clipboard()->setText(
+                 QString(a[0]).replace("\\0", QChar(0)).replace("\\r", "\r").replace("\\n", "\n"));
+         }},
+        {"down", [this](const Args&) { QTest::keyPress(focusWidget(), Qt::Key_Alt); }},
+        {"up", [this](const Args&) { QTest::keyRelease(focusWidget(), Qt::Key_Alt); }},
+        {"again", // as a busy program gets a key that repeats
+         [this](const Args& a) {
+             at += 1000;
+             for (int step = 0; step < 4; ++step) {
+                 QKeyEvent key(step % 2 ? QEvent::KeyRelease : QEvent::KeyPress, QKeySequence(a[0])[0].key(), {}, " ");
+                 key.setTimestamp(at + (step ? 500 : 0));
+                 QCoreApplication::sendEvent(focusWidget(), &key);
+             }
+         }},
+        {"reader", // a press by an assistive program arrives with the next event
+         [this](const Args& a) {
+             auto* actions = QAccessible::queryAccessibleInterface(of<QWidget>(a[0]))->actionInterface();
+             actions->doAction(actions->actionNames().value(0));
+             told += "sent";
+         }},
+        {"heard", [this](const Args& a) { told += heardOf(a[0].isEmpty() ? this : of<QWidget>(a[0])); }},
+        {"default", [this](const Args& a) { setDefaultButton(a[0].isEmpty() ? nullptr : of<QPushButton>(a[0])); }},
+        {"elsewhere", [this](const Args&) {
+             QWidget other;
+             other.show();
+             QVERIFY(QTest::qWaitForWindowActive(&other));
+             activateWindow();
+             QVERIFY(QTest::qWaitForWindowActive(this));
+         }}};
+    quint64 at = 0; // of the last such key, milliseconds
+    test::RecordScreen screen{*this};
 
-// A form whose field accepts only "good". Enter presses Save, Escape Delete.
-struct CheckedForm : widgets::Form {
-    QLineEdit field{this}, other{this};
-    ListBox list{this};
-    QPushButton save{"&Save", this}, remove{"&Delete", this};
-    QStringList done; // buttons that were pressed, "?" for each time that the check refused
-
-    CheckedForm() : Form(widgets::FormKind::Window)
+    explicit Hall(QStringList& log) : Form(widgets::FormKind::Window), told(log)
     {
         setAttribute(Qt::WA_DeleteOnClose, false);
-        setDefaultButton(&save);
-        setCancelButton(&remove);
-        setLeaveCheck(&field, [this] {
-            const bool good = field.text() == "good";
-            done += good ? QStringList() : QStringList("?");
-            return good;
-        });
-        int top = 0;
-        for (auto* control : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-            control->setGeometry(0, std::exchange(top, top + 30), 90, 28);
-        connect(&save, &QPushButton::clicked, this, [this] { done += "save"; });
-        connect(&remove, &QPushButton::clicked, this, [this] { done += "delete"; });
+        setWindowTitle("Hall");
+        for (const char* folder : {"C/Users", "D/Old/copies", "D/Old/Boxes", "D/old papers"})
+            QDir(disk.path()).mkpath(folder);
+        QDir::setCurrent(disk.path() + "/D/Old");
+        platform::setVolumes([this] { return drives; });
+        new QGridLayout(this);
+        add<QLabel>("label", "Te&xt:").setBuddy(&add<QLineEdit>("text"));
+        add<QLineEdit>("other");
+        add<QPlainTextEdit>("note").setFixedHeight(40);
+        add<QSpinBox>("number");
+        add<QSlider>("slider");
+        add<QTabBar>("tabs").addTab("First");
+        of<QTabBar>("tabs")->addTab("Second");
+        add<widgets::CheckBox>("tick", "Tic&k");
+        auto* group = &add<QGroupBox>("group");
+        group->setTitle("&Kind && size");
+        new QHBoxLayout(group);
+        for (const char* name : {"one", "two", "three"})
+            add<widgets::OptionButton>(name, QString('&') + name, group);
+        add<ListBox>("list").setFixedHeight(80);
+        add<CheckListBox>("checks").setFixedHeight(80);
+        auto& label = add<QLabel>("comboLabel", "Com&bo:");
+        label.setBuddy(&add<ComboBox>("combo"));
+        of<ComboBox>("combo")->setMaximumWidth(120);
+        auto& another = add<QLabel>("freeLabel", "F&ree:");
+        another.setBuddy(&add<widgets::EditableComboBox>("free"));
+        of<ComboBox>("free")->lineEdit()->setObjectName("line");
+        add<widgets::Calendar>("calendar");
+        add<widgets::DriveList>("drives");
+        add<FolderList>("folders").setFixedWidth(400); // so that no temporary folder's name is wider
+        of<FolderList>("folders")->followDrive(*of<widgets::DriveList>("drives"));
+        setDefaultButton(&add<QPushButton>("cmdSave", "&Save"));
+        setCancelButton(&add<QPushButton>("cmdDelete", "&Delete"));
+        add<QPushButton>("cmdMore", "&More").setMenu(new QMenu(this));
+        QAction* command = addAction("Command", Qt::CTRL | Qt::Key_K);
+        command->setObjectName("command");
+        new Listener(*command, [this](const QString& signal) { told += signal; });
         showForm();
         activateWindow();
         if (!QTest::qWaitForWindowActive(this))
-            qFatal("the form doesn't become active");
-        field.setFocus();
+            test::fail("the form doesn't become active");
+        of<QWidget>("text")->setFocus();
+    }
+    ~Hall() override
+    {
+        QDir::setCurrent(QDir::rootPath());
+        platform::setVolumes({});
+    }
+    template <class W>
+    [[nodiscard]] W* of(const QString& name) const
+    {
+        return findChild<W*>(name);
+    }
+    template <class W>
+    W& add(const char* name, const QString& text = {}, QWidget* parent = nullptr)
+    {
+        auto* control = new W(parent ? parent : this);
+        control->setObjectName(name);
+        control->setProperty("text", text);
+        auto* grid = qobject_cast<QGridLayout*>(layout());
+        if (parent)
+            parent->layout()->addWidget(control);
+        else
+            grid->addWidget(control, grid->count() / 5, grid->count() % 5);
+        new Listener(*control, [this, control](const QString& signal) {
+            QVariant value;
+            for (const char* property : {"currentText", "currentRow", "checked", "selectedDate"})
+                value = value.isValid() ? value : control->property(property);
+            const auto* folders = qobject_cast<const FolderList*>(control);
+            told += signal + ' ' + shown(folders ? folders->path() : value.toString());
+            screen.play(words, does.value(signal), told);
+        });
+        return *control;
+    }
+    void tell(bool so) const { told += so ? "yes" : "no"; }
+    [[nodiscard]] QString shown(QString path) const
+    {
+        return QDir::fromNativeSeparators(path).replace(disk.path(), "disk");
+    }
+    // What the picture leaves out: the files of a machine, open lists, rows that are current without being chosen.
+    [[nodiscard]] QStringList look() const
+    {
+        QStringList lines = test::pictureOf(*this);
+        const auto* folders = of<FolderList>("folders");
+        QStringList rows;
+        for (QTreeWidgetItemIterator row(const_cast<FolderList*>(folders)); *row; ++row) {
+            QString text = ((*row)->font(0).bold() ? "*" : "") + shown((*row)->text(0));
+            for (auto* above = (*row)->parent(); above; above = above->parent())
+                text.prepend(above->isExpanded() ? '-' : '+');
+            rows += text;
+        }
+        lines += "folders: " + rows.join("; ") + ", at " + shown(folders->currentItem()->text(0));
+        const auto* drive = of<ComboBox>("drives");
+        lines += "drives: " + shown(drive->currentText()) + " of " + shown(test::textsOf(*drive));
+        const auto* days = of<QCalendarWidget>("calendar");
+        lines += "days: " + QVariant::fromValue(days->horizontalHeaderFormat()).toString();
+        for (const char* name : {"list", "checks"})
+            lines += QString("%1 at: row %2").arg(name).arg(of<ListBox>(name)->listIndex());
+        const auto line = [&lines](const char* form, auto... numbers) { lines += QString::asprintf(form, numbers...); };
+        if (const auto* view = of<ComboBox>("combo")->view(); view->isVisible())
+            line("how combo: opens %d wide, %d high, %d rows below", view->width(), view->height(),
+                 view->verticalScrollBar()->maximum());
+        const auto* list = of<ListBox>("list");
+        line("how list: a row %d by %d", list->sizeHintForColumn(0), list->sizeHintForRow(0));
+        line("set: %d %d", of<QSlider>("slider")->value(), of<QTabBar>("tabs")->currentIndex());
+        line("how folders: %d by %d, indented %d, scrolled %d, %d too wide", folders->sizeHint().width(),
+             folders->sizeHint().height(), folders->indentation(), folders->verticalScrollBar()->value(),
+             folders->columnWidth(0) - folders->viewport()->width());
+        return lines;
     }
 };
 
@@ -73,91 +318,16 @@ class tst_controls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Steps: the number of a row that the code sets, what the user does with row 1 or types, or a key; "refilling" and
-    // "off" are done when the list opens. The result also has failures by their numbers.
-    void comboTells_data() { test::tableOf("widgets/controls_comboTells.txt"); }
-    void comboTells()
+    // Each case is what each step, "> ...", changes and signals. Words are those of RecordScreen, and "word=a,b" for
+    // what a form calls; a tilde is a blank. A failure is told by its number.
+    void walks_data() { test::cases({"case"}, "widgets/controls_walks.txt"); }
+    void walks()
     {
-        QFETCH(QString, steps);
+        const QStringList lines = test::cell("case").trimmed().split('\n');
         QStringList told;
-        const std::unique_ptr<ComboBox> made(steps.startsWith("free") ? new EditableComboBox : new ComboBox);
-        ComboBox& box = *made;
-        fill(box);
-        box.show();
-        connect(&box, &ComboBox::textChange, &box, [&] { told += "text:" + box.text(); });
-        connect(&box, &ComboBox::clicked, &box, [&] { told += "click:" + box.text(); });
-        connect(&box, &ComboBox::dropDown, &box, [&] {
-            told += "drop";
-            if (steps.contains("refilling")) {
-                box.removeAll();
-                fill(box);
-            }
-            box.setDisabled(steps.contains("off"));
-        });
-        const QMap<QString, std::function<void()>> does{{"set", [&] { box.setText("Bear"); }},
-                                                        {"type", [&] { QTest::keyClicks(box.lineEdit(), "Be"); }},
-                                                        {"open", [&] { box.showPopup(); }},
-                                                        {"pick", [&] { pick(box, 1); }},
-                                                        {"clear", [&] { box.removeAll(); }},
-                                                        {"refill", [&] { box.refill({"Lion"}, -1); }},
-                                                        {"refill0", [&] { box.refill({"Wolves"}, 0); }},
-                                                        {"off", [] {}},
-                                                        {"refilling", [] {}},
-                                                        {"Return", [&] { QTest::keyClick(&box, Qt::Key_Return); }},
-                                                        {"Down", [&] { QTest::keyClick(&box, Qt::Key_Down); }}};
-        for (const QString& step : steps.split(u' ').mid(1))
-            if (const int number = test::failureNumber(does.value(step, [&] { box.setListIndex(step.toInt()); })))
-                told += QString::number(number);
-        QVERIFY(box.isEnabled() || !box.view()->isVisible()); // an open list would take all keys
-        QTEST(QStringLiteral("%1, row %2 %3").arg(told.join(u' ')).arg(box.listIndex()).arg(box.text()).trimmed(),
-              "told");
-    }
-
-    // Words are keys, controls to click and texts of the field; "away" gives the focus to another window and back.
-    void leaveCheck_data() { test::tableOf("widgets/controls_leaveCheck.txt"); }
-    void leaveCheck()
-    {
-        QFETCH(QString, script);
-        CheckedForm form;
-        const QMap<QString, Qt::Key> keys{{"Enter", Qt::Key_Return}, {"Escape", Qt::Key_Escape}};
-        const QMap<QString, QWidget*> controls{
-            {"save", &form.save}, {"list", form.list.viewport()}, {"other", &form.other}};
-        for (const QString& word : script.split(' ')) {
-            if (keys.contains(word))
-                QTest::keyClick(form.focusWidget(), keys[word]);
-            else if (controls.contains(word))
-                QTest::mouseClick(controls[word], Qt::LeftButton);
-            else if (word == "reader") { // a press by an assistive program arrives with the next event
-                auto* save = QAccessible::queryAccessibleInterface(&form.save)->actionInterface();
-                QVERIFY(save->actionNames().contains(QAccessibleActionInterface::pressAction()));
-                save->doAction(QAccessibleActionInterface::pressAction());
-                QCoreApplication::processEvents();
-            } else if (word == "away") {
-                QWidget elsewhere;
-                elsewhere.show();
-                QVERIFY(QTest::qWaitForWindowActive(&elsewhere));
-                form.activateWindow();
-                QVERIFY(QTest::qWaitForWindowActive(&form));
-            } else if (word == "code") {
-                form.other.setFocus();
-                QTRY_VERIFY(form.field.hasFocus());
-            } else {
-                form.field.setFocus();
-                form.field.setText(word == "bad2" ? "good" : word);
-            }
-        }
-        QTEST(form.done.join(' '), "done");
-        if (form.done.contains("?"))
-            QVERIFY(form.field.hasFocus());
-    }
-
-    void heldShortcutWorksOnce()
-    {
-        CheckedForm form;
-        const QSignalSpy worked(form.addAction("command", Qt::CTRL | Qt::Key_K), &QAction::triggered);
-        for (const bool repeats : {false, true, true})
-            QTest::simulateEvent(&form.field, true, Qt::Key_K, Qt::ControlModifier, QString(), repeats);
-        QCOMPARE(worked.size(), 1);
+        Hall hall(told);
+        const auto look = [&hall] { return hall.look(); };
+        test::comparePicture(hall.screen.walk(hall.words, lines, told, look(), look), lines.join('\n'));
     }
 
     // Centred on an owner in a corner of the screen, a form stays on the screen.
@@ -168,153 +338,13 @@ private Q_SLOTS:
         const QRect screen = owner.screen()->availableGeometry();
         for (const QPoint corner : {screen.topLeft(), screen.bottomRight()}) {
             owner.setGeometry(QRect(corner, QSize(1, 1)));
-            const CheckedForm form;
+            widgets::Form form(widgets::FormKind::Window);
+            form.setAttribute(Qt::WA_DeleteOnClose, false);
+            form.setMinimumSize(300, 200);
+            form.showForm();
             QVERIFY(screen.contains(QRect(form.pos(), form.size())));
         }
         widgets::setMainWindow(nullptr, {});
-    }
-
-    // The box takes five characters.
-    void pastedText_data() { test::tableOf("widgets/controls_pastedText.txt"); }
-    void pastedText()
-    {
-        QFETCH(QString, pasted);
-        pasted.replace("\\r", "\r").replace("\\0", QChar(0));
-        QLineEdit box;
-        box.setMaxLength(5);
-        box.show();
-        QApplication::clipboard()->setText(pasted);
-        QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
-        QTEST(box.text(), "taken");
-    }
-
-    // A fill shows the beginning, and undo can't bring back another record's text; the whole of a cut text shows under
-    // the mouse.
-    void fills()
-    {
-        QLineEdit box;
-        const QString text(90, 'x');
-        box.show();
-        QTest::keyClicks(&box, "other");
-        box.selectAll();
-        QTest::keyClicks(&box, text);
-        widgets::fillBox(box, text);
-        box.undo();
-        QCOMPARE(box.text(), text);
-        QCOMPARE(box.cursorPosition(), 0);
-        QHelpEvent help(QEvent::ToolTip, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
-        QApplication::sendEvent(&box, &help);
-        QVERIFY(QToolTip::text().contains(text));
-        QToolTip::hideText();
-        QTRY_VERIFY(!QToolTip::isVisible());
-        widgets::fillBox(box, "short");
-        QApplication::sendEvent(&box, &help);
-        QVERIFY(!QToolTip::isVisible());
-    }
-
-    void listBox()
-    {
-        ListBox box;
-        QSignalSpy clicks(&box, &ListBox::clicked);
-        fill(box);
-        box.show();
-        QVERIFY(QTest::qWaitForWindowActive(&box));
-        box.setFocus(Qt::TabFocusReason); // moving past it with Tab selects nothing
-        QCOMPARE(box.listIndex(), -1);
-        box.setListIndex(1);
-        box.setListIndex(1);
-        box.removeItem(0);
-        QCOMPARE(box.listIndex(), 0);
-        box.removeItem(0); // the current one: no other replaces it
-        QCOMPARE(box.listIndex(), -1);
-        QVERIFY(!box.selected(0));
-        box.addItem("Lion");
-        box.addItem("the very longest of all the rows");
-        QVERIFY(box.sizeHintForColumn(0) > box.fontMetrics().horizontalAdvance("the very longest of all the rows"));
-        box.removeItem(2);
-        box.setListIndex(0);
-        QTest::keyClick(&box, Qt::Key_Space, Qt::ControlModifier); // other lists would lose the highlight
-        QVERIFY(box.selected(0));
-        QKeyEvent held(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier, QString(), true); // goes on; it presses nothing
-        QCoreApplication::sendEvent(&box, &held);
-        QCOMPARE(box.listIndex(), 1);
-        QCOMPARE(test::failureNumber([&] { box.setListIndex(2); }), 5);
-        QCOMPARE(test::failureNumber([&] { box.removeItem(-1); }), 5);
-        QCOMPARE(test::failureNumber([&] { return box.selected(2); }), 5);
-        box.setSelectionMode(QAbstractItemView::MultiSelection);
-        box.setSelected(0, true);
-        box.setSelected(1, true);
-        QVERIFY(box.selected(0) && box.selected(1));
-        box.clear();
-        QCOMPARE(clicks.size(), 3);
-        QCOMPARE(box.listIndex(), -1);
-    }
-
-    void checkAndOption()
-    {
-        QWidget group;
-        widgets::CheckBox check(&group);
-        widgets::OptionButton first(&group);
-        widgets::OptionButton second(&group);
-        const QSignalSpy changes(&check, &widgets::CheckBox::changed);
-        const QSignalSpy firsts(&first, &widgets::OptionButton::selected);
-        const QSignalSpy seconds(&second, &widgets::OptionButton::selected);
-        check.setChecked(true);
-        check.setChecked(true);
-        check.click();
-        QCOMPARE(changes.size(), 2);
-        QPushButton undo;
-        const auto nested = connect(&check, &widgets::CheckBox::changed, &undo, [&] { check.setChecked(false); });
-        check.setChecked(false);
-        check.click(); // a handler undoes the click, and the next click counts again
-        check.click();
-        QCOMPARE(changes.size(), 6);
-        disconnect(nested);
-        first.setChecked(true);
-        second.click();
-        second.click();
-        QVERIFY(firsts.size() == 1 && seconds.size() == 1 && !first.isChecked());
-        first.resize(400, 20);
-        check.resize(400, 20);
-        QTest::mouseClick(&first, Qt::LeftButton); // far from the little text
-        QTest::mouseClick(&check, Qt::LeftButton);
-        QVERIFY(firsts.size() == 2 && changes.size() == 7);
-        group.show();
-        group.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&group));
-        second.click();
-        check.setFocus();
-        QTest::keyClick(&check, Qt::Key_Tab);
-        QVERIFY(second.hasFocus()); // the set one, not the first of the group
-    }
-
-    void calendarDays()
-    {
-        widgets::Calendar calendar;
-        calendar.setValue(QDate(2024, 2, 29));
-        QCOMPARE(calendar.day(), 29);
-        calendar.setCurrentPage(2023, 2);
-        QCOMPARE(calendar.day(), 0);
-        QCOMPARE(calendar.value(), QDate(2024, 2, 29));
-        QCOMPARE(test::failureNumber([&] { calendar.setDay(29); }), 5);
-        calendar.setDay(28);
-        QCOMPARE(calendar.value(), QDate(2023, 2, 28));
-        calendar.show();
-        QTest::keyClicks(calendar.findChild<QTableView*>(), "10"); // typed digits select no day
-        QTest::keyClick(calendar.findChild<QTableView*>(), Qt::Key_Return);
-        QCOMPARE(calendar.value(), QDate(2023, 2, 28));
-    }
-
-    void dataControl()
-    {
-        widgets::DataControl control;
-        control.setRecordSource("Nothing");
-        QCOMPARE(test::failureNumber([&] { control.refresh(); }), 91);
-        const QTemporaryDir folder;
-        auto database = store::DBEngine::createDatabase(folder.filePath("x.mdb"));
-        control.setDatabase([&database]() -> store::Database& { return database; });
-        QCOMPARE(test::failureNumber([&] { control.refresh(); }), 3078);
-        QCOMPARE(control.recordset(), nullptr);
     }
 };
 

@@ -20,7 +20,7 @@ QByteArray asUtf8(QByteArray data)
             continue;
         QStringDecoder decoder(encoding);
         const QString text = decoder(data);
-        if (decoder.hasError())
+        if (data.size() % 2 != 0 || !text.isValidUtf16()) // the decoder passes both over
             throw CsvError({}, QStringLiteral("text that isn't UTF-16, as its beginning says"));
         return text.toUtf8();
     }

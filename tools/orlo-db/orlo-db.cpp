@@ -177,8 +177,8 @@ int repair(const QString& file)
 
 int exportTables(const QString& file, const QString& folder)
 {
-    Database database = engine::viewDatabase(file);
-    const QStringList unread = exportPack(database, folder);
+    PackFile pack(file);
+    const QStringList unread = exportPack(pack.database(), folder);
     for (const QString& table : unread)
         complain(file, table);
     return unread.isEmpty() ? Done : Failed;

@@ -261,7 +261,7 @@ std::vector<RawRecord> PageFile::records(quint32 page) const
         if (!key || *size < 1 || *size > m_bytes.size())
             continue;
         const Payload whole = payload(bytes, cell, *size);
-        left -= std::min<qsizetype>(*size, m_pageSize - cell);
+        left -= whole.local;
         if (auto record = readRecord(*key, whole.bytes, whole.stated, m_encoding))
             found.push_back(std::move(*record));
     }
@@ -280,13 +280,14 @@ PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 si
             local = least;
     }
     Payload result{page.sliced(at, std::clamp<qsizetype>(m_pageSize - at, 0, local)).toByteArray(), size};
+    result.local = result.bytes.size();
     if (local == size || result.bytes.size() < local)
         return result;
     quint32 next = bigEndian<quint32>(page, at + local);
     while (result.bytes.size() < size && m_leftToFollow > 0) {
         const QByteArrayView more = pageBytes(next);
         const bool blank = std::ranges::all_of(more, [](char byte) { return byte == '\0'; }); // or outside the file
-        if (blank || more[0] == LeafMark || more[0] == InteriorMark)
+        if (blank || next == 1 || more[0] == LeafMark || more[0] == InteriorMark)
             break;
         result.bytes += more.sliced(4, std::min<qsizetype>(m_pageSize - 4, size - result.bytes.size()));
         m_leftToFollow -= m_pageSize;

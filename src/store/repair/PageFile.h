@@ -50,6 +50,7 @@ private:
     struct Payload {
         QByteArray bytes; ///< shorter than stated if the rest is lost
         qint64 stated = 0;
+        qsizetype local = 0; ///< of the bytes, those on the record's own page
     };
 
     void load(const QString& path);

@@ -6,6 +6,8 @@
 #include "store/engine/Version.h"
 #include "store/repair/RecordFit.h"
 
+#include <QRegularExpression>
+
 #include <sqlite3.h>
 
 namespace orlo::store
@@ -97,10 +99,13 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root, const QString& table)
         const PageFile::Kind kind = m_pages.kind(page);
         if (kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) {
             ++m_lostPages[table];
+            m_complete.remove(table);
             continue;
         }
-        if (m_seen.contains(page))
+        if (m_seen.contains(page)) { // another table's, or this one's where another entry leads
+            m_complete.remove(table);
             continue;
+        }
         m_seen.insert(page);
         if (kind == PageFile::Kind::Leaf) {
             leaves.push_back(page);
@@ -199,6 +204,7 @@ void Salvage::moveRows()
         const bool queries = object.name == QLatin1String(StoredQueries);
         if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
             continue;
+        m_complete.insert(object.name);
         for (const quint32 page : leavesBelow(object.root, object.name)) {
             const auto records = m_pages.records(page);
             if (counters)
@@ -207,8 +213,10 @@ void Salvage::moveRows()
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
             else if (isOf(records, *table))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
-            else
+            else if (!records.empty()) {
                 m_seen.remove(page);
+                m_complete.remove(object.name);
+            }
         }
     }
 }
@@ -237,10 +245,11 @@ void Salvage::noteQuery(const RawRecord& record)
 }
 
 // The table that a page's rows fit best: one with no more fields than they need, and of several with the same shape one
-// whose contents are known.
+// whose contents are known, or else one that may lack pages.
 const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
 {
     const TableDef* best = nullptr;
+    std::tuple<std::size_t, bool, bool> bestRank;
     for (const TableDef& table : m_tables) {
         if (!std::ranges::all_of(records, [&table](const RawRecord& record) { return fits(record, table); }))
             continue;
@@ -248,26 +257,45 @@ const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
         const bool known = std::ranges::any_of(records, [&usual](const RawRecord& record) {
             return !record.values.empty() && usual.contains(QString::fromUtf8(textOf(record.values[0])));
         });
-        if (!best || table.fields().size() < best->fields().size() ||
-            (known && table.fields().size() == best->fields().size()))
+        const std::tuple rank(table.fields().size(), !known, m_complete.contains(table.name()));
+        if (!best || rank < bestRank) {
             best = &table;
+            bestRank = rank;
+        }
     }
     return best;
 }
 
-// Pages that nothing leads to any more.
+// Pages that nothing leads to any more: of the tables, of their counters and of the stored queries.
 void Salvage::moveStrayRows()
 {
+    const auto isCounter = [this](const RawRecord& record) {
+        return record.values.size() == 2 && std::holds_alternative<qint64>(record.values[1]) &&
+               isMade(QString::fromUtf8(textOf(record.values[0])));
+    };
+    const auto isQuery = [](const RawRecord& record) {
+        static const QRegularExpression Select(QStringLiteral("^[\\s(]*Select\\b"),
+                                               QRegularExpression::CaseInsensitiveOption);
+        return record.values.size() == 2 && QString::fromUtf8(textOf(record.values[1])).contains(Select);
+    };
+    qsizetype unknown = 0;
     for (const quint32 page : m_pages.freePages())
         m_seen.insert(page);
     for (quint32 page = 2; page <= m_pages.pageCount(); ++page) {
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
             continue;
         const auto records = m_pages.records(page);
-        if (const TableDef* table = tableOf(records))
-            for (const RawRecord& record : records)
-                move(record, *table);
+        if (std::ranges::all_of(records, isCounter))
+            std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
+        else if (std::ranges::all_of(records, isQuery))
+            std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
+        else if (const TableDef* table = tableOf(records))
+            std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
+        else
+            unknown += std::ssize(records);
     }
+    if (unknown > 0)
+        m_missing += QStringLiteral("%1 rows that fit no table").arg(unknown);
 }
 
 // A row with unsuitable values is kept with Nulls instead. If it is still refused, it exists already or stays in the
@@ -370,7 +398,12 @@ void Salvage::noteCounter(const RawRecord& record)
 {
     const auto* number = record.values.size() == 2 ? std::get_if<qint64>(&record.values[1]) : nullptr;
     if (number)
-        m_counters[QString::fromUtf8(textOf(record.values[0]))] = *number;
+        raiseCounter(QString::fromUtf8(textOf(record.values[0])), *number);
+}
+
+void Salvage::raiseCounter(const QString& table, qint64 number)
+{
+    m_counters[table] = std::max(m_counters.value(table), number);
 }
 
 void Salvage::makeKeys()
@@ -386,7 +419,7 @@ void Salvage::makeKeys()
         return; // no table numbers its rows
     auto made = m_made.statement("SELECT name, seq FROM sqlite_sequence");
     while (made.step())
-        m_counters[made.text(0)] = std::max(m_counters.value(made.text(0)), made.integer(1));
+        raiseCounter(made.text(0), made.integer(1));
     made.reset();
     m_made.run("DELETE FROM sqlite_sequence");
     for (auto counter = m_counters.cbegin(); counter != m_counters.cend(); ++counter) {
