@@ -50,10 +50,9 @@ private Q_SLOTS:
         fill();
         Recordset rows = open();
         rows.edit();
-        const QString rest = given.mid(2);
-        const Value value = given.startsWith("= ")   ? Value(rest.toDouble())
-                            : given.startsWith("# ") ? Value(QDate::fromString(rest, Qt::ISODate))
-                            : given.startsWith("? ") ? Value(rest == "yes")
+        const Value value = given.startsWith("= ")   ? Value(given.mid(2).toDouble())
+                            : given.startsWith("# ") ? Value(QDate::fromString(given.mid(2), Qt::ISODate))
+                            : given.startsWith("? ") ? Value(given == "? yes")
                             : given == "Null"        ? Value()
                                                      : Value(given);
         const auto write = [&] {

@@ -28,6 +28,7 @@ class tst_sets : public QObject
 private Q_SLOTS:
     void init()
     {
+        platform::setToday({});
         m_folder = std::make_unique<QTemporaryDir>();
         m_path = m_folder->filePath("a.mdb");
         Database made = DBEngine::createDatabase(m_path);
@@ -45,8 +46,6 @@ private Q_SLOTS:
         test::sqlite(m_path, "Insert Into T(SID, Name) Values(1, 'a'), (2, 'b'), (3, 'c')");
         m_programs = {DBEngine::openDatabase(m_path), DBEngine::openDatabase(m_path)};
     }
-
-    void cleanup() { platform::setToday({}); }
 
     void scripts_data() { test::cases({"script"}, "store/sets.txt"); }
     void scripts()

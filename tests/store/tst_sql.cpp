@@ -61,8 +61,7 @@ Field fieldOf(const QStringList& words)
 {
     const auto has = [&words](const char* word) { return words.contains(QString(word)); };
     Field field{words[0], Types.key(words[1]), words.value(2).toInt(), has("zero"), has("counter"), has("required")};
-    const QString given = words.last();
-    if (given.startsWith('='))
+    if (const QString given = words.last(); given.startsWith('='))
         field.defaultValue =
             std::make_shared<const Value>(given == "=True"                ? Value(true)
                                           : field.type == FieldType::Text ? Value(given.sliced(1))

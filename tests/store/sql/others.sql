@@ -8,6 +8,8 @@ Create Table Bare("~");
 Create Table Strings(A STRING(5), B SMALLINT (3));
 Insert Into Strings Values (7, 8);
 Create Table "Sums from old"(A INT);
+Create View Tools As Select abs(-1) A, avg(SID) B, coalesce(Null, 2) C, count(*) D, datetime('2020-01-02') E, 'ab' Glob 'a*' F, ifnull(Null, 3) G, iif(1, 4, 5) H, instr('ab', 'b') I, length('abc') J, lower('A') K, ltrim(' x') L, max(SID) M, min(SID) N, nullif(1, 1) O, round(1.4) P, rtrim('x ') Q, replace('a', 'a', 'b') R, substr('abc', 2, 1) S, sum(SID) T, total(SID) U, trim(' y ') V, typeof(1) W, unicode('a') X, upper('b') Y, ucase('c') Z From People;
+Create View Forbidden As Select hex('a') H;
 Create View "First" As Select 0;
 Create View Second As Select 0;
 Create View Dens As Select 1 As SID, 9 As Den;
