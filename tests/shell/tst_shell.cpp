@@ -16,6 +16,7 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/Calendar.h"
+#include "widgets/Contrast.h"
 #include "widgets/MessageBox.h"
 
 #include <QtTest/QtTest>
@@ -226,6 +227,11 @@ private Q_SLOTS:
             return image.pixelColor((area->width() - side) / 2 + side * x / 256,
                                     (area->height() - side) / 2 + side * y / 256) != image.pixelColor(0, 0);
         };
+        const QColor text = area->palette().color(QPalette::WindowText);
+        const QColor ground = widgets::mixed(text, area->palette().color(QPalette::Window), 8);
+        QCOMPARE(image.pixelColor(0, 0), ground);
+        QCOMPARE(image.pixelColor(area->width() / 2, (area->height() - side) / 2 + side * 56 / 256),
+                 widgets::mixed(text, ground, 7));
         QVERIFY(!isInked(128, 200) && isInked(128, 56) && isInked(60, 205) && isInked(128, 120) && !isInked(128, 98));
     }
 
