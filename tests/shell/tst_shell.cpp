@@ -16,6 +16,7 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/Calendar.h"
+#include "widgets/Contrast.h"
 #include "widgets/MessageBox.h"
 
 #include <QtTest/QtTest>
@@ -194,7 +195,8 @@ private Q_SLOTS:
         QTRY_COMPARE(told->text, "left out");
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
-        QCOMPARE(QApplication::windowIcon().availableSizes().size(), 6);
+        QCOMPARE(QApplication::windowIcon().availableSizes(),
+                 QList<QSize>({{16, 16}, {24, 24}, {32, 32}, {48, 48}, {128, 128}, {256, 256}}));
     }
 
     void systemInformation()
@@ -225,6 +227,11 @@ private Q_SLOTS:
             return image.pixelColor((area->width() - side) / 2 + side * x / 256,
                                     (area->height() - side) / 2 + side * y / 256) != image.pixelColor(0, 0);
         };
+        const QColor text = area->palette().color(QPalette::WindowText);
+        const QColor ground = widgets::mixed(text, area->palette().color(QPalette::Window), 8);
+        QCOMPARE(image.pixelColor(0, 0), ground);
+        QCOMPARE(image.pixelColor(area->width() / 2, (area->height() - side) / 2 + side * 56 / 256),
+                 widgets::mixed(text, ground, 7));
         QVERIFY(!isInked(128, 200) && isInked(128, 56) && isInked(60, 205) && isInked(128, 120) && !isInked(128, 98));
     }
 
@@ -382,7 +389,10 @@ private Q_SLOTS:
         QCOMPARE(told->text, "Exit Verrano (ORLO)");
         QCOMPARE(told->title, "Exit");
         QVERIFY(frame && frame->isVisible());
+        frame->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(frame));
         frame->menuBar()->setFocus();
+        QVERIFY(frame->menuBar()->hasFocus());
         QTest::keyClick(frame->menuBar(), Qt::Key_F); // no menu opens by a letter alone
         QVERIFY(!frame->menuBar()->activeAction() && !frame->menuBar()->hasFocus());
         QCOMPARE(test::control<QMdiArea>(*frame, "mdiArea").subWindowList().size(), 1);
@@ -423,7 +433,10 @@ private Q_SLOTS:
                 test::press(*dialog, how == "cancel" ? "cmdCancel" : "cmdSelectDate");
             QVERIFY(blocks);
         });
-        QTest::mouseDClick(&field, Qt::LeftButton);
+        if (how == "sign")
+            field.actions().constLast()->trigger();
+        else
+            QTest::mouseDClick(&field, Qt::LeftButton);
         QTEST(field.text(), "result");
         platform::setToday(QDate());
     }

@@ -1,5 +1,6 @@
 #include "support/RecordScreen.h"
 
+#include "platform/Conversion.h"
 #include "shell/frame/Screens.h"
 #include "store/engine/TableDef.h"
 #include "store/schema/Schema.h"
@@ -134,7 +135,9 @@ bool RecordScreen::byHand(const QString& word) const
         return view && at.size() > 2 ? view->visualRect(view->model()->index(at[1].toInt(), at[2].toInt())).center()
                                      : target()->rect().center();
     };
-    if (word.startsWith("key:"))
+    if (word.startsWith("today:"))
+        platform::setToday(platform::readDate(value)->date);
+    else if (word.startsWith("key:"))
         sendKey(false);
     else if (word.startsWith("held:"))
         sendKey(true);
