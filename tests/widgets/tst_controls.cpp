@@ -60,7 +60,7 @@ QString heardOf(QWidget* control)
     for (const auto kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value, QAccessible::Accelerator})
         words += " \"" + reader->text(kind) + '"';
     const QList<quint64> so{is.checkable, is.checked,       is.checkStateMixed, is.pressed,
-                         is.modal,     is.defaultButton, is.disabled};
+                            is.modal,     is.defaultButton, is.disabled};
     for (qsizetype at = 0; const char* word : {"checkable", "checked", "mixed", "pressed", "modal", "default", "off"})
         words += so[at++] ? QString(' ') + word : QString();
     auto* actions = reader->actionInterface();
@@ -164,8 +164,19 @@ struct Hall : widgets::Form {
         {"focus", [this](const Args& a) { of<QWidget>(a[0])->setFocus(); }},
         {"paste",
          [](const Args& a) {
-             qApp->clipboard()->setText(
-                 QString(a[0]).replace("\\0", QChar(0)).replace("\\r", "\r").replace("\\n", "\n"));
+             QString text = a[0];
+             for (const auto& [mark, sign] : {std::pair("\\0", 0),
+                                              {"\\r", '\r'},
+                                              {"\\n", '\n'},
+                                              {"\\t", '\t'},
+                                              {"\\v", '\v'},
+                                              {"\\f", '\f'},
+                                              {"\\b", '\b'},
+                                              {"\\e", 27},
+                                              {"\\l", 0x2028},
+                                              {"\\p", 0x2029}})
+                 text.replace(mark, QChar(sign));
+             qApp->clipboard()->setText(text);
          }},
         {"down", [this](const Args&) { QTest::keyPress(focusWidget(), Qt::Key_Alt); }},
         {"up", [this](const Args&) { QTest::keyRelease(focusWidget(), Qt::Key_Alt); }},
@@ -186,6 +197,18 @@ struct Hall : widgets::Form {
          }},
         {"heard", [this](const Args& a) { told += heardOf(a[0].isEmpty() ? this : of<QWidget>(a[0])); }},
         {"default", [this](const Args& a) { setDefaultButton(a[0].isEmpty() ? nullptr : of<QPushButton>(a[0])); }},
+        {"owner", // at this place, centred on which a form still lies on the screen
+         [this](const Args& a) {
+             QWidget owner;
+             widgets::setMainWindow(&owner, {});
+             owner.setGeometry(a[0].toInt(), a[1].toInt(), 1, 1);
+             Form form(widgets::FormKind::Window);
+             form.setAttribute(Qt::WA_DeleteOnClose, false);
+             form.setFixedSize(300, 200);
+             form.showForm();
+             told += QString("at %1,%2").arg(form.x()).arg(form.y());
+             widgets::setMainWindow(nullptr, {});
+         }},
         {"elsewhere", [this](const Args&) {
              QWidget other;
              other.show();
@@ -328,23 +351,6 @@ private Q_SLOTS:
         Hall hall(told);
         const auto look = [&hall] { return hall.look(); };
         test::comparePicture(hall.screen.walk(hall.words, lines, told, look(), look), lines.join('\n'));
-    }
-
-    // Centred on an owner in a corner of the screen, a form stays on the screen.
-    void staysOnTheScreen()
-    {
-        QWidget owner;
-        widgets::setMainWindow(&owner, {});
-        const QRect screen = owner.screen()->availableGeometry();
-        for (const QPoint corner : {screen.topLeft(), screen.bottomRight()}) {
-            owner.setGeometry(QRect(corner, QSize(1, 1)));
-            widgets::Form form(widgets::FormKind::Window);
-            form.setAttribute(Qt::WA_DeleteOnClose, false);
-            form.setMinimumSize(300, 200);
-            form.showForm();
-            QVERIFY(screen.contains(QRect(form.pos(), form.size())));
-        }
-        widgets::setMainWindow(nullptr, {});
     }
 };
 
