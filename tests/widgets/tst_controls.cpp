@@ -66,7 +66,7 @@ QString heardOf(QWidget* control)
     auto* actions = reader->actionInterface();
     for (const QString& name : actions ? actions->actionNames() : QStringList())
         words += ' ' + name + ' ' + actions->keyBindingsForAction(name).join('+');
-    return words;
+    return words.simplified();
 }
 
 // A form with a control of each kind, by what its owner may do to them. Save is the default button, Delete Escape's.
@@ -291,7 +291,7 @@ struct Hall : widgets::Form {
             for (const char* property : {"currentText", "currentRow", "checked", "selectedDate"})
                 value = value.isValid() ? value : control->property(property);
             const auto* folders = qobject_cast<const FolderList*>(control);
-            told += signal + ' ' + shown(folders ? folders->path() : value.toString());
+            told += QString(signal + ' ' + shown(folders ? folders->path() : value.toString())).trimmed();
             screen.play(words, does.value(signal), told);
         });
         return *control;
