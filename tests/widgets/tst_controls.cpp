@@ -243,11 +243,9 @@ struct Hall : widgets::Form {
             add<widgets::OptionButton>(name, QString('&') + name, group);
         add<ListBox>("list").setFixedHeight(80);
         add<CheckListBox>("checks").setFixedHeight(80);
-        auto& label = add<QLabel>("comboLabel", "Com&bo:");
-        label.setBuddy(&add<ComboBox>("combo"));
+        add<QLabel>("comboLabel", "Com&bo:").setBuddy(&add<ComboBox>("combo"));
         of<ComboBox>("combo")->setMaximumWidth(120);
-        auto& another = add<QLabel>("freeLabel", "F&ree:");
-        another.setBuddy(&add<widgets::EditableComboBox>("free"));
+        add<QLabel>("freeLabel", "F&ree:").setBuddy(&add<widgets::EditableComboBox>("free"));
         of<ComboBox>("free")->lineEdit()->setObjectName("line");
         add<widgets::Calendar>("calendar");
         add<widgets::DriveList>("drives");
