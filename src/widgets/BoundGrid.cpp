@@ -51,6 +51,9 @@ BoundGrid::BoundGrid(QWidget* parent)
         if (!m_layingOut && !byItself)
             columnWidened(column, width);
     });
+    // Other columns than before take widths that nobody set by hand.
+    connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_layingOut = true; });
+    connect(m_model, &QAbstractItemModel::modelReset, this, [this] { m_layingOut = false; });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusMoved(now); });
 }
 

@@ -8,6 +8,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -63,7 +64,10 @@ void BoundGrid::copyCells() const
 void BoundGrid::pasteCells()
 {
     const QModelIndex first = currentIndex();
-    QString text = QGuiApplication::clipboard()->text();
+    const QMimeData* held = QGuiApplication::clipboard()->mimeData();
+    if (!held || !held->hasText())
+        return; // a picture would empty the cell
+    QString text = held->text();
     text.remove(u'\r');
     if (text.endsWith(u'\n'))
         text.chop(1);

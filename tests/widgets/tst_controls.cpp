@@ -60,13 +60,13 @@ QString heardOf(QWidget* control)
     for (const auto kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value, QAccessible::Accelerator})
         words += " \"" + reader->text(kind) + '"';
     const QList<quint64> so{is.checkable, is.checked,       is.checkStateMixed, is.pressed,
-                         is.modal,     is.defaultButton, is.disabled};
+                            is.modal,     is.defaultButton, is.disabled};
     for (qsizetype at = 0; const char* word : {"checkable", "checked", "mixed", "pressed", "modal", "default", "off"})
         words += so[at++] ? QString(' ') + word : QString();
     auto* actions = reader->actionInterface();
     for (const QString& name : actions ? actions->actionNames() : QStringList())
         words += ' ' + name + ' ' + actions->keyBindingsForAction(name).join('+');
-    return words;
+    return words.simplified();
 }
 
 // A form with a control of each kind, by what its owner may do to them. Save is the default button, Delete Escape's.
@@ -164,8 +164,19 @@ struct Hall : widgets::Form {
         {"focus", [this](const Args& a) { of<QWidget>(a[0])->setFocus(); }},
         {"paste",
          [](const Args& a) {
-             qApp->clipboard()->setText(
-                 QString(a[0]).replace("\\0", QChar(0)).replace("\\r", "\r").replace("\\n", "\n"));
+             QString text = a[0];
+             for (const auto& [mark, sign] : {std::pair("\\0", 0),
+                                              {"\\r", '\r'},
+                                              {"\\n", '\n'},
+                                              {"\\t", '\t'},
+                                              {"\\v", '\v'},
+                                              {"\\f", '\f'},
+                                              {"\\b", '\b'},
+                                              {"\\e", 27},
+                                              {"\\l", 0x2028},
+                                              {"\\p", 0x2029}})
+                 text.replace(mark, QChar(sign));
+             qApp->clipboard()->setText(text);
          }},
         {"down", [this](const Args&) { QTest::keyPress(focusWidget(), Qt::Key_Alt); }},
         {"up", [this](const Args&) { QTest::keyRelease(focusWidget(), Qt::Key_Alt); }},
@@ -186,6 +197,18 @@ struct Hall : widgets::Form {
          }},
         {"heard", [this](const Args& a) { told += heardOf(a[0].isEmpty() ? this : of<QWidget>(a[0])); }},
         {"default", [this](const Args& a) { setDefaultButton(a[0].isEmpty() ? nullptr : of<QPushButton>(a[0])); }},
+        {"owner", // at this place, centred on which a form still lies on the screen
+         [this](const Args& a) {
+             QWidget owner;
+             widgets::setMainWindow(&owner, {});
+             owner.setGeometry(a[0].toInt(), a[1].toInt(), 1, 1);
+             Form form(widgets::FormKind::Window);
+             form.setAttribute(Qt::WA_DeleteOnClose, false);
+             form.setFixedSize(300, 200);
+             form.showForm();
+             told += QString("at %1,%2").arg(form.x()).arg(form.y());
+             widgets::setMainWindow(nullptr, {});
+         }},
         {"elsewhere", [this](const Args&) {
              QWidget other;
              other.show();
@@ -220,11 +243,9 @@ struct Hall : widgets::Form {
             add<widgets::OptionButton>(name, QString('&') + name, group);
         add<ListBox>("list").setFixedHeight(80);
         add<CheckListBox>("checks").setFixedHeight(80);
-        auto& label = add<QLabel>("comboLabel", "Com&bo:");
-        label.setBuddy(&add<ComboBox>("combo"));
+        add<QLabel>("comboLabel", "Com&bo:").setBuddy(&add<ComboBox>("combo"));
         of<ComboBox>("combo")->setMaximumWidth(120);
-        auto& another = add<QLabel>("freeLabel", "F&ree:");
-        another.setBuddy(&add<widgets::EditableComboBox>("free"));
+        add<QLabel>("freeLabel", "F&ree:").setBuddy(&add<widgets::EditableComboBox>("free"));
         of<ComboBox>("free")->lineEdit()->setObjectName("line");
         add<widgets::Calendar>("calendar");
         add<widgets::DriveList>("drives");
@@ -268,7 +289,7 @@ struct Hall : widgets::Form {
             for (const char* property : {"currentText", "currentRow", "checked", "selectedDate"})
                 value = value.isValid() ? value : control->property(property);
             const auto* folders = qobject_cast<const FolderList*>(control);
-            told += signal + ' ' + shown(folders ? folders->path() : value.toString());
+            told += QString(signal + ' ' + shown(folders ? folders->path() : value.toString())).trimmed();
             screen.play(words, does.value(signal), told);
         });
         return *control;
@@ -328,23 +349,6 @@ private Q_SLOTS:
         Hall hall(told);
         const auto look = [&hall] { return hall.look(); };
         test::comparePicture(hall.screen.walk(hall.words, lines, told, look(), look), lines.join('\n'));
-    }
-
-    // Centred on an owner in a corner of the screen, a form stays on the screen.
-    void staysOnTheScreen()
-    {
-        QWidget owner;
-        widgets::setMainWindow(&owner, {});
-        const QRect screen = owner.screen()->availableGeometry();
-        for (const QPoint corner : {screen.topLeft(), screen.bottomRight()}) {
-            owner.setGeometry(QRect(corner, QSize(1, 1)));
-            widgets::Form form(widgets::FormKind::Window);
-            form.setAttribute(Qt::WA_DeleteOnClose, false);
-            form.setMinimumSize(300, 200);
-            form.showForm();
-            QVERIFY(screen.contains(QRect(form.pos(), form.size())));
-        }
-        widgets::setMainWindow(nullptr, {});
     }
 };
 

@@ -133,7 +133,11 @@ struct Records {
         {"commit", [this](const Args&) { told += grid.commitRow() ? "written" : "not written"; }},
         {"paste",
          [](const Args& a) {
-             QGuiApplication::clipboard()->setText(a.join(',').replace('|', '\n').replace(';', '\t'));
+             const QString text = a.join(',').replace('|', '\n').replace(';', '\t').replace('^', '\r');
+             if (text == "picture")
+                 QGuiApplication::clipboard()->setImage(QImage(2, 2, QImage::Format_RGB32));
+             else
+                 QGuiApplication::clipboard()->setText(text);
          }},
         {"copied",
          [this](const Args&) { told += QGuiApplication::clipboard()->text().replace('\n', '|').replace('\t', ';'); }},
