@@ -5,7 +5,6 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
-#include "widgets/TextGrid.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>
@@ -162,28 +161,6 @@ private Q_SLOTS:
         platform::pendingError::set(platform::RuntimeError(platform::RecordDeleted));
         screen.go(test::cell("action"));
         QVERIFY(told->text.contains("\n3167\n"));
-    }
-
-    void awards()
-    {
-        test::fill("INSERT INTO Assigned_Awards_Scouts VALUES (3, 1, '2025-12-31', 2025, 12, 11, NULL), (3, 9, "
-                   "'2026-04-01', 2026, 4, 12, 1)");
-        const Screen screen;
-        const auto& grid = screen.get<widgets::TextGrid>("fgScoutsAwards");
-        QString lines; // without the award that isn't in the catalogue
-        for (int row = 1; row < grid.rows(); ++row)
-            lines += grid.text(row, 1) + '|' + grid.text(row, 2) + '|' + grid.text(row, 3) + ' ';
-        QCOMPARE(lines, "12/31/2025|1|Knot Badge 3/1/2026|2|Knot Badge ");
-        screen.go("cmdEditAward>DateAssigned:1/1/2026,Quantity:3.5,cmdSave"); // the newest one is current
-        QCOMPARE(test::rows("Select Quantity, Date_Assigned, Year, Insignia_SID From Assigned_Awards_Scouts Where "
-                            "Assigned_SID = 10"),
-                 "4/1/1/2026/2026/1");
-        test::fill("Update Assigned_Awards_Scouts Set Quantity = 9 Where Assigned_SID = 10");
-        screen.go("cmdEditAward>E"); // after a saved edit, one that isn't
-        QCOMPARE(test::rows("Select Quantity From Assigned_Awards_Scouts Where Assigned_SID = 10"), "9");
-        screen.go("cmdDeleteAward cmdDeleteAward cmdDeleteAward"); // the third finds only the heading row
-        QCOMPARE(test::rows("Select Assigned_SID From Assigned_Awards_Scouts"), "12");
-        QVERIFY(!screen.get("cmdSave").isEnabled());
     }
 
     // What ends the program: a date that can't be read, a save after leaving a new record, statements that break. Under

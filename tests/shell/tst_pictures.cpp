@@ -1,4 +1,5 @@
 #include "platform/Conversion.h"
+#include "shell/frame/mdiPendrake.h"
 #include "support/Main.h"
 #include "support/Pack.h"
 #include "support/Picture.h"
@@ -7,6 +8,8 @@
 #include "support/Windows.h"
 
 #include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
 
@@ -46,6 +49,59 @@ private Q_SLOTS:
     void twins_data() { test::cases({"case"}, "shell/pictures_twins.txt"); }
     void twins() { play(); }
 
+    // A grid whose layout file is missing is laid out by the program.
+    void withoutLayouts()
+    {
+        test::fill(test::Pack);
+        QStringList seen;
+        for (const auto& [name, files] : {std::pair("frmAdults", 1), {"frmPackDenPositions", 2}}) {
+            decltype(test::RecordScreen::told) told;
+            while (told.size() < files)
+                told += test::answerNext();
+            const test::RecordScreen screen(name);
+            for (const auto& box : std::as_const(told))
+                seen += box->title;
+            seen += test::pictureOf(screen.form, test::What::Everything).filter(QRegularExpression("^dbg"));
+            seen +=
+                test::shapeOf(screen.form).filter(QRegularExpression("^dbg")).replaceInStrings("dbg", "how wide dbg");
+            screen.form.close();
+        }
+        test::comparePicture(seen, windowsFile("without layouts"));
+    }
+
+    // Where the frame puts several windows, as large as the screen and smaller than they are.
+    void sideBySide()
+    {
+        test::copyLayouts();
+        test::fill(test::Pack);
+        auto& frame = mdiPendrake::instance();
+        frame.show();
+        auto& area = test::control<QMdiArea>(frame, "mdiArea");
+        QStringList seen;
+        const auto open = [&](const char* name) {
+            test::showForm(name);
+            QTest::qWait(10);
+            seen += "> " + QString(name);
+            for (const auto* window : area.subWindowList())
+                QDebug(&seen.emplaceBack("place of ")).nospace()
+                    << qPrintable(window->widget()->objectName()) << ": " << window->geometry()
+                    << (window->isMaximized() ? ", maximised" : "")
+                    << (window == area.activeSubWindow() ? ", active" : "");
+        };
+        for (const bool isSmall : {false, true}) {
+            if (isSmall)
+                frame.showNormal(), frame.resize(600, 400);
+            for (const char* name : {"frmScouts", "frmPackInformation", "frmDenInfo", "frmPackDenPositions"})
+                open(name);
+            area.subWindowList().first()->showMaximized();
+            for (const char* name : {"frmDenInfo", "frmInsigniaInfo", "frmPackInformation"})
+                open(name);
+            test::unloadForms();
+        }
+        frame.close();
+        test::comparePicture(seen, windowsFile("side by side"));
+    }
+
     // Last, because later forms would be child windows of the frame that is up then.
     void windows_data() { test::addWindows(); }
     void windows()
@@ -71,10 +127,9 @@ private Q_SLOTS:
                                             .replaceInStrings(QRegularExpression("^"), "how wide "))
                 places[place.section(':', 0, 0)] = place;
         }));
-        seen.replaceInStrings(QRegularExpression("^(cboZoom|lblVersion): .*"), "\\1: (another each time)");
-        const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
-        test::comparePicture(seen + places.values(),
-                             all.section(QString("= %1\n").arg(QTest::currentDataTag()), 1).section("\n\n", 0, 0));
+        seen.replaceInStrings(QRegularExpression("^(cboZoom: |lblVersion: \"Version \\d).*"),
+                              "\\1 (another each time)");
+        test::comparePicture(seen + places.values(), windowsFile(QTest::currentDataTag()));
     }
 
     // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for
@@ -117,6 +172,12 @@ private Q_SLOTS:
     }
 
 private:
+    static QString windowsFile(const QString& name)
+    {
+        const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
+        return all.section("= " + name + '\n', 1).section("\n\n", 0, 0);
+    }
+
     // Some windows and grids just fit the tests' screen, but not with the margins that Windows has, and a press in a
     // text is between other letters.
     static void skipOtherSizes()

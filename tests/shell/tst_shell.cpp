@@ -129,7 +129,8 @@ private Q_SLOTS:
     {
         const auto seen = test::takeNext([](QWidget& modal, test::Told& told) {
             auto& text = test::control<QTextBrowser>(modal, "txtErrorText");
-            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0) + (text.height() < 100 ? "" : " tall") +
+            told.text = text.toHtml().section("href=\"", 1).section('"', 0, 0) +
+                        (text.toHtml().contains("underline") ? "" : " plain") + (text.height() < 100 ? "" : " tall") +
                         (test::control<QTextEdit>(modal, "txtErrorDescription").height() < 300 ? "" : " beyond bounds");
             test::control<QPushButton>(modal, "cmdCopy").click();
             QTest::keyClick(&text, Qt::Key_Return); // not the link's before Tab went there
@@ -151,15 +152,20 @@ private Q_SLOTS:
                  QRect(splash.screen()->availableGeometry().center() - QPoint(241, 200), QSize(483, 401)));
         QCOMPARE(test::control<QLabel>(splash, "lblVersion").geometry(), QRect(121, 207, 240, 24));
         QCOMPARE(test::control<QLabel>(splash, "lblWarning").geometry(), QRect(16, 310, 450, 64));
-        QVERIFY(!splash.isEnabled());
+        QVERIFY(!splash.isEnabled() && splash.cursor().shape() == Qt::WaitCursor);
+        QVERIFY(splash.font().pixelSize() == 12 && splash.palette().color(QPalette::WindowText) == Qt::white);
         QDialog report; // of a failed start, still open
         report.setModal(true);
         report.show();
+        auto& warning = test::control<QLabel>(splash, "lblWarning");
+        QVERIFY(warning.isHidden() && splash.windowFlags() == (Qt::SplashScreen | Qt::FramelessWindowHint));
         splash.show();
         QVERIFY(!splash.close()); // no event loop runs yet that would end with it
         const QImage picture = splash.grab().toImage();
         QCOMPARE(picture.pixelColor(0, 0), QColor(0x6f98a8)); // a border that shows on any desktop
-        QCOMPARE(picture.pixelColor(picture.rect().bottomRight()), picture.pixelColor(0, 0));
+        for (const QPoint edge : {QPoint(482, 9), QPoint(9, 400)})
+            QCOMPARE(picture.pixelColor(edge), picture.pixelColor(0, 0));
+        QTRY_VERIFY(warning.isVisible());
         splash.openFrameAfter(60);
         QCOMPARE(test::control<QTimer>(splash, "tmrSplashWait").timerType(), Qt::PreciseTimer);
         // A file that is being taken over delays it.
@@ -188,6 +194,7 @@ private Q_SLOTS:
         QTRY_COMPARE(told->text, "left out");
         QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
+        QCOMPARE(QApplication::windowIcon().availableSizes().size(), 6);
     }
 
     void systemInformation()
@@ -267,7 +274,15 @@ private Q_SLOTS:
         QCOMPARE(titles->widget()->objectName(), "frmPackDenPositions"); // it scrolls its screen
         QVERIFY(titles->windowFlags() & Qt::WindowMaximizeButtonHint);
         QCOMPARE(windows.actions().last()->text(), "&3 Pack && Den Positoins");
-        titles->close();
+        const test::RecordScreen grids("frmPackDenPositions"); // with a row that can't be written
+        grids.run("press:dbgDenPositions,1,0 key:Delete ok");
+        QVERIFY(!titles->close());
+        grids.run("ok");
+        QVERIFY(!frame.close());
+        frame.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&frame));
+        grids.run("press:dbgDenPositions,1,0 key:Escape");
+        QVERIFY(titles->close());
 
         const auto commands = area.activeSubWindow()->systemMenu()->actions();
         QList<QKeySequence> keys; // none of the desktop's own
@@ -367,6 +382,9 @@ private Q_SLOTS:
         QCOMPARE(told->text, "Exit Verrano (ORLO)");
         QCOMPARE(told->title, "Exit");
         QVERIFY(frame && frame->isVisible());
+        frame->menuBar()->setFocus();
+        QTest::keyClick(frame->menuBar(), Qt::Key_F); // no menu opens by a letter alone
+        QVERIFY(!frame->menuBar()->activeAction() && !frame->menuBar()->hasFocus());
         QCOMPARE(test::control<QMdiArea>(*frame, "mdiArea").subWindowList().size(), 1);
         test::answerNext(QMessageBox::Yes);
         test::control<QAction>(*frame, "mnuExit").trigger();
@@ -376,6 +394,7 @@ private Q_SLOTS:
     void monthEnds()
     {
         QCOMPARE(FirstOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 1));
+        QCOMPARE(std::pair(FirstOfMonth({}), LastOfMonth({})), std::pair(QDate(1899, 12, 30), QDate(1899, 12, 30)));
         QCOMPARE(LastOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 31));
         QCOMPARE(LastOfMonth(QDate(2000, 2, 1)), QDate(2000, 2, 29));
         QCOMPARE(LastOfMonth(QDate(999, 4, 30)), QDate(999, 4, 30));

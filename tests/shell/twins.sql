@@ -25,7 +25,7 @@ Insert Into Adults (Adult_SID, First_Name, MI, Last_Name, Active, Assigned_Den_S
     (3, 'Ann', 'A', 'Young', 'Y', 5, '1001-01-01'), (4, 'ann', 'L', 'young', 'Y', Null, Null),
     (5, 'Anna', '', 'Young', 'Y', 1, '1980-01-31'), (6, ' Bob ', 'X', ' Old ', 'Y', 0, '1981-03-31'),
     (7, 'Bob', 'X', 'Old', 'N', 1, '1981-04-30'), (8, 'Cid', ' ', 'Older', 'Y', Null, '1981-05-31'),
-    (9, '', '', '', 'Y', Null, '1981-05-30');
+    (9, '', '', '', 'Y', Null, '1981-05-30'), (10, 'Dan', '', 'Old', Null, Null, '1981-05-29');
 Update Adults Set Address = 'A 1', City = 'C 1', State = 'S1', Zip_Code = '10001', Phone = '1-1', WorkPhone = 'w1',
     Email = 'e@1', Note = 'N' || char(13, 10) || '1', Pack_Start_Date = '2024-02-29', Years_In_Other_Pack = 1.5,
     Years_In_Scouts = 12 Where Adult_SID = 3;
@@ -39,7 +39,8 @@ Insert Into Leader_Pack_Assn (Leader_Pack_Assn, Leader_SID, Position_Title, Sort
 Insert Into Insignias (Insignia_SID, Insignia_Name, Insignia_Type, Description) Values (1, 'Knot', 'Badge', 'First'),
     (2, 'Knot ', 'Badge', 'Second'), (3, 'knot', 'Pin', Null), (4, 'Knot', 'Pin', 'ab'),
     (5, 'Knots', 'Belt Loop', ''), (6, 'Star', 'Pin', ' '), (7, 'Star', 'Pin', 'Twin'), (8, ' Star', 'Patch', 'x'),
-    (9, Null, 'Medal', 'No name'), (10, 'Zed', Null, 'No type'), (11, 'Zed', 'Other', 'Unlisted');
+    (9, Null, 'Medal', 'No name'), (10, 'Zed', Null, 'No type'), (11, 'Zed', 'Other', 'Unlisted'),
+    (12, 'Zed', 'Badge', 'Late');
 Insert Into Assigned_Awards_Scouts (Scout_SID, Insignia_SID, Date_Assigned, Year, Month, Assigned_SID, Quantity) Values
     (3, 1, '2026-01-31', 2026, 1, 10, Null), (3, 4, '2026-01-31', 2026, 1, 11, 2), (3, 6, '2024-02-29', 2024, 2, 12, 100),
     (3, 99, '2026-05-05', 2026, 5, 13, 1), (3, 7, '2025-12-31', 2025, 12, 14, 0), (1, 6, '2024-02-29', 2024, 2, 15, 3),
@@ -48,3 +49,4 @@ Insert Into Assigned_Awards_Adults (Adult_SID, Insignia_SID, Date_Assigned, Year
     (3, 1, '2026-01-31', 2026, 1), (3, 4, '2026-01-31', 2026, 1), (3, 6, '2024-02-29', 2024, 2),
     (3, 6, '2024-02-29', 2024, 2), (3, 6, '2024-02-28', 2024, 2), (1, 6, '2024-02-29', 2024, 2),
     (2, 9, '2026-12-31', 2026, 12);
+Insert Into Purchase_List Values ('Left over', 'Pin', 31);

@@ -51,6 +51,11 @@ private Q_SLOTS:
     void scripts_data() { test::cases({"script"}, "store/sets.txt"); }
     void scripts()
     {
+        static const QMap<QString, void (*)(Database&)> Works{
+            {"alone", [](Database& file) { file.deferFlushing(); }},
+            {"announce", [](Database& file) { file.aboutToRemove(); }},
+            {"close", [](Database& file) { file.close(); }},
+            {"done", [](Database& file) { file.endReading(); }}};
         QMap<QString, std::shared_ptr<Recordset>> sets;
         std::optional<Transaction> outer;
         QStringList seen;
@@ -90,18 +95,12 @@ private Q_SLOTS:
                         throw platform::RuntimeError(platform::DiskFull, "a listener");
                     return !what.endsWith("again");
                 });
-            else if (what == "announce")
-                attempt([&] { m_programs[program].aboutToRemove(); });
             else if (what == "reading")
                 attempt([&] { given += m_programs[program].beginReading() ? "begun" : "not begun"; });
-            else if (what == "done")
-                m_programs[program].endReading();
             else if (what == "begin")
                 attempt([&] { outer.emplace(m_programs[program]); });
-            else if (what == "alone")
-                m_programs[program].deferFlushing();
-            else if (what == "close" && who == who.toLower())
-                attempt([&] { m_programs[program].close(); });
+            else if (who == who.toLower() && Works.contains(what))
+                attempt([&] { Works[what](m_programs[program]); });
             else if (what == "commit" || what == "rollback") {
                 if (what == "commit")
                     outer->commit();

@@ -3,7 +3,9 @@
 #include "shell/frame/Screens.h"
 #include "store/engine/TableDef.h"
 #include "store/schema/Schema.h"
+#include "support/Failure.h"
 #include "support/Files.h"
+#include "support/Picture.h"
 #include "widgets/ComboBox.h"
 #include "widgets/Form.h"
 #include "widgets/ListBox.h"
@@ -191,6 +193,50 @@ bool RecordScreen::byHand(const QString& word) const
     } else
         return false;
     return true;
+}
+
+void RecordScreen::play(const Words& added, const QString& steps, QStringList& seen) const
+{
+    for (const QString& word : steps.split(' ', Qt::SkipEmptyParts)) {
+        const QString name = word.section('=', 0, 0);
+        const int number = failureNumber([&] {
+            if (added.contains(name))
+                added[name](word.section('=', 1).replace('~', ' ').split(','));
+            else
+                run(word);
+        });
+        seen += number ? QStringList(QString("failure %1").arg(number)) : QStringList();
+    }
+}
+
+QStringList RecordScreen::walk(const Words& added, const QStringList& lines, QStringList& heard, QStringList before,
+                               const std::function<QStringList()>& look) const
+{
+    QStringList seen;
+    Unanswered unanswered(seen);
+    for (const QString& line : lines.filter(QRegularExpression("^> "))) {
+        seen += line;
+        unanswered.start();
+        heard.clear();
+        told.clear();
+        log.clear();
+        for (const QString& word : line.sliced(2).split(' ')) {
+            play(added, word, heard);
+            QCoreApplication::processEvents();
+        }
+        if (!QApplication::activePopupWidget())
+            form.activateWindow(); // as a window manager does once a box is gone
+        QCoreApplication::processEvents();
+        seen += heard + (log.isEmpty() ? QStringList() : QStringList(log));
+        for (const auto& box : std::as_const(told)) {
+            seen += box->shown ? box->title + ": " + box->text + " (" + box->kind + ')' : "not asked";
+            box->shown = true; // it answers no later one
+        }
+        const QStringList now = look();
+        seen += changesOf(before, now);
+        before = now;
+    }
+    return seen;
 }
 
 void RecordScreen::openDialog(const QString& opener, const QStringList& steps,

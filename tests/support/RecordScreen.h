@@ -19,6 +19,9 @@ QWidget& showForm(const QString& name);
 void unloadForm(const QString& name);
 void unloadForms();
 
+/// What a test's own words do with what follows them.
+using Words = QMap<QString, std::function<void(const QStringList&)>>;
+
 /// An open record form, driven by mouse and keys.
 struct RecordScreen {
     QWidget& form;
@@ -45,6 +48,13 @@ struct RecordScreen {
     /// to a control or a grid's cell, "fgX,0,1"; "tip:" logs what shows there, "wide:fgX,1,90" drags a heading;
     /// "box:Ctrl+Y,N" sends keys to the next box until it is answered; "close" presses its close box.
     bool byHand(const QString& word) const;
+    /// Does words that a test adds to these, "word=a,b" with tildes for blanks, and words of run(). A failure is told
+    /// by its number.
+    void play(const Words& added, const QString& steps, QStringList& seen) const;
+    /// Does the steps of a case, its lines "> words", and returns each one with what was heard meanwhile, what the
+    /// boxes said and what it changed of the look before.
+    QStringList walk(const Words& added, const QStringList& lines, QStringList& heard, QStringList before,
+                     const std::function<QStringList()>& look) const;
     void openDialog(const QString& opener, const QStringList& steps,
                     const std::function<void(const QString&)>& other) const;
     /// Does what the steps say in a dialog: "Last:X" sets txtLast, "tabX:1" turns to a page, "fgX:0" goes to a grid's

@@ -1,6 +1,4 @@
 #include "platform/FileSystem.h"
-#include "store/engine/Database.h"
-#include "support/Failure.h"
 #include "support/Main.h"
 #include "support/Picture.h"
 #include "support/RecordScreen.h"
@@ -10,7 +8,6 @@
 #include "widgets/CheckBox.h"
 #include "widgets/CheckListBox.h"
 #include "widgets/ComboBox.h"
-#include "widgets/DataControl.h"
 #include "widgets/DriveList.h"
 #include "widgets/FolderList.h"
 #include "widgets/Form.h"
@@ -62,14 +59,10 @@ QString heardOf(QWidget* control)
     QString words = QMetaEnum::fromType<QAccessible::Role>().valueToKey(reader->role());
     for (const auto kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value, QAccessible::Accelerator})
         words += " \"" + reader->text(kind) + '"';
-    for (const auto& [so, word] : {std::pair(is.checkable, " checkable"),
-                                   {is.checked, " checked"},
-                                   {is.checkStateMixed, " mixed"},
-                                   {is.pressed, " pressed"},
-                                   {is.modal, " modal"},
-                                   {is.defaultButton, " default"},
-                                   {is.disabled, " off"}})
-        words += so ? word : "";
+    const QList<quint64> so{is.checkable, is.checked,       is.checkStateMixed, is.pressed,
+                         is.modal,     is.defaultButton, is.disabled};
+    for (qsizetype at = 0; const char* word : {"checkable", "checked", "mixed", "pressed", "modal", "default", "off"})
+        words += so[at++] ? QString(' ') + word : QString();
     auto* actions = reader->actionInterface();
     for (const QString& name : actions ? actions->actionNames() : QStringList())
         words += ' ' + name + ' ' + actions->keyBindingsForAction(name).join('+');
@@ -82,7 +75,7 @@ struct Hall : widgets::Form {
     QTemporaryDir disk;
     QList<platform::Drive> drives{{disk.path() + "/C", 1LL << 40}, {disk.path() + "/D", 1LL << 40}};
     QMap<QString, QString> does; // the words to do at a signal
-    QMap<QString, std::function<void(const Args&)>> words{
+    test::Words words{
         {"add",
          [this](const Args& a) {
              for (const QString& text : a.mid(1))
@@ -146,6 +139,19 @@ struct Hall : widgets::Form {
              using enum widgets::OnEscape;
              tell(widgets::ask(a[0], a.value(1), a.contains("no") ? No : Yes, a.contains("must") ? DoesNothing : IsNo));
          }},
+        {"during", // words while the next box is up
+         [this](const Args& a) {
+             screen.told +=
+                 test::takeNext([this, steps = QString(a.join(' ')).replace('+', ',')](auto& modal, auto& box) {
+                     if (box.shown || !modal.isActiveWindow())
+                         return false;
+                     box = {modal.windowTitle(), "during", true, "then No"};
+                     screen.play(words, steps, told);
+                     if (modal.isVisible())
+                         static_cast<QMessageBox&>(modal).done(QMessageBox::No);
+                     return true;
+                 });
+         }},
         {"check", // the field accepts only "good"
          [this](const Args& a) {
              setLeaveCheck(of<QWidget>(a[0]), [this, name = a[0]] {
@@ -193,6 +199,7 @@ struct Hall : widgets::Form {
     explicit Hall(QStringList& log) : Form(widgets::FormKind::Window), told(log)
     {
         setAttribute(Qt::WA_DeleteOnClose, false);
+        setWindowTitle("Hall");
         for (const char* folder : {"C/Users", "D/Old/copies", "D/Old/Boxes", "D/old papers"})
             QDir(disk.path()).mkpath(folder);
         QDir::setCurrent(disk.path() + "/D/Old");
@@ -213,8 +220,12 @@ struct Hall : widgets::Form {
             add<widgets::OptionButton>(name, QString('&') + name, group);
         add<ListBox>("list").setFixedHeight(80);
         add<CheckListBox>("checks").setFixedHeight(80);
-        add<ComboBox>("combo");
-        add<widgets::EditableComboBox>("free");
+        auto& label = add<QLabel>("comboLabel", "Com&bo:");
+        label.setBuddy(&add<ComboBox>("combo"));
+        of<ComboBox>("combo")->setMaximumWidth(120);
+        auto& another = add<QLabel>("freeLabel", "F&ree:");
+        another.setBuddy(&add<widgets::EditableComboBox>("free"));
+        of<ComboBox>("free")->lineEdit()->setObjectName("line");
         add<widgets::Calendar>("calendar");
         add<widgets::DriveList>("drives");
         add<FolderList>("folders").setFixedWidth(400); // so that no temporary folder's name is wider
@@ -258,7 +269,7 @@ struct Hall : widgets::Form {
                 value = value.isValid() ? value : control->property(property);
             const auto* folders = qobject_cast<const FolderList*>(control);
             told += signal + ' ' + shown(folders ? folders->path() : value.toString());
-            play(does.value(signal));
+            screen.play(words, does.value(signal), told);
         });
         return *control;
     }
@@ -266,19 +277,6 @@ struct Hall : widgets::Form {
     [[nodiscard]] QString shown(QString path) const
     {
         return QDir::fromNativeSeparators(path).replace(disk.path(), "disk");
-    }
-    void play(const QString& steps)
-    {
-        for (const QString& word : steps.split(' ', Qt::SkipEmptyParts)) {
-            const QString name = word.section('=', 0, 0);
-            const int number = test::failureNumber([&] {
-                if (words.contains(name))
-                    words[name](word.section('=', 1).replace('~', ' ').split(','));
-                else
-                    screen.run(word);
-            });
-            told += number ? QStringList(QString("failure %1").arg(number)) : QStringList();
-        }
     }
     // What the picture leaves out: the files of a machine, open lists, rows that are current without being chosen.
     [[nodiscard]] QStringList look() const
@@ -299,24 +297,17 @@ struct Hall : widgets::Form {
         lines += "days: " + QVariant::fromValue(days->horizontalHeaderFormat()).toString();
         for (const char* name : {"list", "checks"})
             lines += QString("%1 at: row %2").arg(name).arg(of<ListBox>(name)->listIndex());
+        const auto line = [&lines](const char* form, auto... numbers) { lines += QString::asprintf(form, numbers...); };
         if (const auto* view = of<ComboBox>("combo")->view(); view->isVisible())
-            lines += QString("how combo: opens %1 wide, %2 high, %3 rows below")
-                         .arg(view->width())
-                         .arg(view->height())
-                         .arg(view->verticalScrollBar()->maximum());
-        lines += QString("how list: a row %1 by %2")
-                     .arg(of<ListBox>("list")->sizeHintForColumn(0))
-                     .arg(of<ListBox>("list")->sizeHintForRow(0));
-        lines += QString("set: %1 %2 %3")
-                     .arg(of<QSlider>("slider")->value())
-                     .arg(of<QTabBar>("tabs")->currentIndex())
-                     .arg(of<QSpinBox>("number")->value());
-        return lines + QStringList(QString("how folders: %1 by %2, indented %3, scrolled %4, %5 too wide")
-                                       .arg(folders->sizeHint().width())
-                                       .arg(folders->sizeHint().height())
-                                       .arg(folders->indentation())
-                                       .arg(folders->verticalScrollBar()->value())
-                                       .arg(folders->columnWidth(0) - folders->viewport()->width()));
+            line("how combo: opens %d wide, %d high, %d rows below", view->width(), view->height(),
+                 view->verticalScrollBar()->maximum());
+        const auto* list = of<ListBox>("list");
+        line("how list: a row %d by %d", list->sizeHintForColumn(0), list->sizeHintForRow(0));
+        line("set: %d %d", of<QSlider>("slider")->value(), of<QTabBar>("tabs")->currentIndex());
+        line("how folders: %d by %d, indented %d, scrolled %d, %d too wide", folders->sizeHint().width(),
+             folders->sizeHint().height(), folders->indentation(), folders->verticalScrollBar()->value(),
+             folders->columnWidth(0) - folders->viewport()->width());
+        return lines;
     }
 };
 
@@ -335,29 +326,8 @@ private Q_SLOTS:
         const QStringList lines = test::cell("case").trimmed().split('\n');
         QStringList told;
         Hall hall(told);
-        QStringList before = hall.look(), seen;
-        test::Unanswered unanswered(seen);
-        for (const QString& line : lines.filter(QRegularExpression("^> "))) {
-            unanswered.start();
-            told.clear();
-            hall.screen.told.clear();
-            hall.screen.log.clear();
-            hall.play(line.sliced(2));
-            QCoreApplication::processEvents();
-            seen += line;
-            seen += told;
-            seen += hall.screen.log.isEmpty() ? QStringList() : QStringList(hall.screen.log);
-            for (const auto& box : std::as_const(hall.screen.told)) {
-                seen += box->shown ? box->title + ": " + box->text + " (" + box->kind + ')' : "not asked";
-                box->shown = true; // it answers no later one
-            }
-            if (hall.isVisible() && !QApplication::activePopupWidget())
-                hall.activateWindow(); // as a window manager does once a box is gone
-            const QStringList now = hall.look();
-            seen += test::changesOf(before, now);
-            before = now;
-        }
-        test::comparePicture(seen, lines.join('\n'));
+        const auto look = [&hall] { return hall.look(); };
+        test::comparePicture(hall.screen.walk(hall.words, lines, told, look(), look), lines.join('\n'));
     }
 
     // Centred on an owner in a corner of the screen, a form stays on the screen.
@@ -375,18 +345,6 @@ private Q_SLOTS:
             QVERIFY(screen.contains(QRect(form.pos(), form.size())));
         }
         widgets::setMainWindow(nullptr, {});
-    }
-
-    void dataControl()
-    {
-        widgets::DataControl control;
-        control.setRecordSource("Nothing");
-        QCOMPARE(test::failureNumber([&] { control.refresh(); }), 91);
-        const QTemporaryDir folder;
-        auto database = store::DBEngine::createDatabase(folder.filePath("x.mdb"));
-        control.setDatabase([&database]() -> store::Database& { return database; });
-        QCOMPARE(test::failureNumber([&] { control.refresh(); }), 3078);
-        QCOMPARE(control.recordset(), nullptr);
     }
 };
 

@@ -1,5 +1,6 @@
 #include "support/Controls.h"
 #include "support/Failure.h"
+#include "support/Files.h"
 #include "support/Main.h"
 #include "support/Table.h"
 #include "widgets/GridLayout.h"
@@ -15,19 +16,21 @@ class tst_gridlayout : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // A case without a text names a file that comes with the program; "\t" is a tab.
+    void reads_data() { test::tableOf("widgets/gridlayout_reads.txt"); }
     void reads()
     {
-        const QString text = "# titles\r\n"
-                             "\r\n"
-                             "  column caption=\"Pack \"\"No.\"\" #1\" field=\"A b\" width=300 align=right # last\n"
-                             "column field=\"B\"\n"
-                             "column\tfield=\"C\" caption=\"\" hidden=yes align=center";
-        const QList<GridColumn> expected{
-            {"Pack \"No.\" #1", "A b", 300, Qt::AlignRight},
-            {"B", "B", 1440, Qt::AlignLeft},
-            {QString(), "C", 1440, Qt::AlignHCenter, true},
-        };
-        QCOMPARE(GridLayout::read(text, "x.grd").columns, expected);
+        auto [name, text] = test::cells("case", "text");
+        if (text.isEmpty())
+            text = QString::fromUtf8(test::contents(ORLO_SOURCE_DIR "/src/layouts/" + name));
+        QStringList columns;
+        for (const auto& column : GridLayout::read(text.replace("\\t", "\t"), "x.grd").columns)
+            columns += QString("%1=%2 %3").arg(column.caption, column.field).arg(column.width) +
+                       (column.alignment & Qt::AlignRight     ? " right"
+                        : column.alignment & Qt::AlignHCenter ? " centre"
+                                                              : "") +
+                       (column.hidden ? " hidden" : "");
+        QTEST(columns.join("; "), "columns");
     }
 
     void refuses_data()
@@ -42,15 +45,6 @@ private Q_SLOTS:
         const auto error = test::failureOf([&] { return GridLayout::read(text, "x.grd"); });
         QVERIFY(error && error->number() == 321);
         QCOMPARE(error->description(), "x.grd, " + place);
-    }
-
-    void shipped_data() { test::tableOf("widgets/gridlayout_shipped.txt"); }
-    void shipped()
-    {
-        QStringList columns;
-        for (const auto& column : GridLayout::load(ORLO_SOURCE_DIR "/src/layouts/" + test::cell("file")).columns)
-            columns += column.caption + u'=' + column.field + (column.hidden ? " hidden" : "");
-        QTEST(columns.join("; "), "columns");
     }
 
     void badFiles()

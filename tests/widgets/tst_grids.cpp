@@ -8,6 +8,7 @@
 #include "support/Table.h"
 #include "widgets/BoundGrid.h"
 #include "widgets/DataControl.h"
+#include "widgets/EmptyText.h"
 #include "widgets/KeyGrid.h"
 #include "widgets/Twips.h"
 
@@ -18,7 +19,7 @@
 
 using namespace orlo;
 using Args = QStringList;
-using Words = QMap<QString, std::function<void(const Args&)>>;
+using test::Words;
 
 namespace
 {
@@ -34,14 +35,31 @@ QStringList measuresOf(const QTableView& grid)
         const QModelIndex cell = grid.currentIndex().isValid() ? grid.currentIndex() : grid.model()->index(0, 0);
         return cell.data(role).toString();
     };
+    const auto heading = [&](int at, Qt::Orientation where, int role) {
+        return grid.model()->headerData(at, where, role);
+    };
     QStringList headings;
     QString cells;
     for (int column = 0; column < grid.model()->columnCount(); ++column) {
-        headings += grid.model()->headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString();
-        const auto aligned = Qt::Alignment(grid.model()->index(0, column).data(Qt::TextAlignmentRole).toInt());
-        cells += aligned & Qt::AlignRight ? '>' : aligned & Qt::AlignHCenter ? '^' : '<';
+        headings += heading(column, Qt::Horizontal, Qt::AccessibleTextRole).toString();
+        for (const QVariant& of : {heading(column, Qt::Horizontal, Qt::TextAlignmentRole),
+                                   grid.model()->index(0, column).data(Qt::TextAlignmentRole)})
+            cells += of.toInt() & Qt::AlignRight ? '>' : of.toInt() & Qt::AlignHCenter ? '^' : '<';
     }
-    return {("widths: " + widths.join(' ')).trimmed(),
+    QStringList rows; // what is heard of them, and where their marks are
+    for (int row = 0; row < grid.model()->rowCount(); ++row)
+        rows += heading(row, Qt::Vertical, Qt::AccessibleDescriptionRole).toString() +
+                (heading(row, Qt::Vertical, Qt::TextAlignmentRole).toInt() & Qt::AlignHCenter ? "^" : "");
+    QString says; // where there are no rows, once it is painted
+    if (rows.isEmpty() || !grid.accessibleDescription().isEmpty()) {
+        const QImage painted = grid.viewport()->grab().toImage();
+        QImage plain = painted;
+        plain.fill(painted.pixel(0, 0));
+        says = grid.accessibleDescription();
+        says += says.isEmpty() ? "" : painted == plain ? ", not painted" : ", painted";
+    }
+    return {("says: " + says).trimmed(),
+            ("widths: " + widths.join(' ')).trimmed(),
             QString("heights: %1, %2")
                 .arg(qRound(grid.horizontalHeader()->height() * twips))
                 .arg(qRound(grid.rowHeight(0) * twips)),
@@ -49,7 +67,8 @@ QStringList measuresOf(const QTableView& grid)
                 .arg(grid.horizontalScrollBar()->value())
                 .arg(grid.horizontalScrollBar()->maximum()),
             ("heard: " + heard(Qt::AccessibleDescriptionRole)).trimmed(),
-            ("headings: " + headings.join('/') + ' ' + cells).trimmed()};
+            ("headings: " + headings.join('/') + ' ' + cells).trimmed(),
+            ("rows: " + rows.join('/')).trimmed()};
 }
 
 // A grid of texts, by what its callers may do to it.
@@ -128,6 +147,7 @@ struct Records {
                  told += cells.join('|');
              }
          }},
+        {"undo", [this](const Args&) { control.setDatabase({}); }},
         {"close", [this](const Args&) { database.close(); }}};
 
     explicit Records(QStringList& log) : told(log)
@@ -267,6 +287,10 @@ private:
         layout->addWidget(&button);
         kind.words["size"] = [&](const Args& a) { window.resize(a[0].toInt(), a[1].toInt()); };
         kind.words["font"] = [&](const Args& a) { kind.grid.setFont(QFont(kind.grid.font().family(), a[0].toInt())); };
+        kind.words["empty"] = [&](const Args& a) {
+            widgets::sayWhenEmpty(kind.grid, a[0], a.size() > 1 ? &button : nullptr);
+        };
+        kind.words["button"] = [&](const Args& a) { button.setEnabled(a[0] == "yes"); };
         kind.words["hide"] = [&](const Args&) { kind.grid.hide(); };
         kind.words["show"] = [&](const Args&) { kind.grid.show(); };
         window.resize(500, 300);
@@ -276,44 +300,11 @@ private:
         if (!QTest::qWaitForWindowActive(&window))
             test::fail("the window doesn't become active");
         const auto look = [&] {
-            return test::pictureOf(window) + measuresOf(kind.grid) + QStringList("row: " + kind.row());
+            return test::pictureOf(window) + measuresOf(kind.grid) + test::placesOf(window) +
+                   QStringList("row: " + kind.row());
         };
         QStringList seen = test::pictureOf(window, test::What::Everything);
-        QStringList before;
-        test::Unanswered unanswered(seen);
-        for (const QString& line : lines) {
-            if (!line.startsWith("> "))
-                continue;
-            seen += line;
-            unanswered.start();
-            told.clear();
-            screen.told.clear();
-            screen.log.clear();
-            for (const QString& word : line.sliced(2).split(' ', Qt::SkipEmptyParts)) {
-                const QString name = word.section('=', 0, 0);
-                const int number = test::failureNumber([&] {
-                    if (kind.words.contains(name))
-                        kind.words[name](word.section('=', 1).replace('~', ' ').split(','));
-                    else
-                        screen.run(word);
-                });
-                if (number)
-                    told += QString("failure %1").arg(number);
-                QCoreApplication::processEvents();
-            }
-            if (!screen.told.isEmpty()) {
-                window.activateWindow(); // as a window manager does once a box is gone
-                QCoreApplication::processEvents();
-            }
-            seen += told;
-            for (const auto& box : std::as_const(screen.told)) {
-                seen += box->shown ? box->title + ": " + box->text : "not asked";
-                box->shown = true; // it answers no later one
-            }
-            const QStringList now = look();
-            seen += test::changesOf(before, now);
-            before = now;
-        }
+        seen += screen.walk(kind.words, lines, told, {}, look);
         test::comparePicture(comparable(seen), comparable(lines).join('\n'));
     }
 

@@ -1,10 +1,10 @@
 #include "support/Main.h"
+#include "support/Picture.h"
 #include "support/Table.h"
 #include "widgets/CheckBox.h"
 #include "widgets/CheckListBox.h"
 #include "widgets/ComboBox.h"
 #include "widgets/Contrast.h"
-#include "widgets/EmptyText.h"
 #include "widgets/Glyphs.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"
@@ -259,60 +259,38 @@ private Q_SLOTS:
         QCOMPARE(seen, text.split('\n'));
     }
 
-    // A text shows where there are no rows, and only there; the model has none, whoever reads it.
-    void emptyText()
-    {
-        widgets::TextGrid grid;
-        const auto inked = [&grid] {
-            const QRect inner = grid.viewport()->rect().adjusted(3, 3, -3, -3);
-            return painted(grid.viewport()->grab().toImage(), inner) > 3;
-        };
-        grid.show();
-        QVERIFY(!inked());
-        widgets::sayWhenEmpty(grid, "Nobody here.");
-        QPushButton button("&New");
-        widgets::sayWhenEmpty(grid, "No scouts yet.", &button);
-        QVERIFY(inked());
-        QCOMPARE(grid.model()->rowCount(), 0);
-        QCOMPARE(grid.accessibleDescription(), "No scouts yet. Press New.");
-        button.setEnabled(false);
-        QVERIFY(inked());
-        QCOMPARE(grid.accessibleDescription(), "No scouts yet.");
-        grid.addRow();
-        QVERIFY(!inked() && grid.accessibleDescription().isEmpty());
-    }
-
     // Lines of readable length, at any font size; a short text is beside the middle of the sign; the text is unchanged.
-    void messages_data()
-    {
-        test::table({"case", "size", "words"}, R"(
-            short          | 9  | 2
-            long           | 9  | 60
-            long and large | 16 | 60)");
-    }
+    void messages_data() { test::tableOf("widgets/look_messages.txt"); } // "text*3": three times
     void messages()
     {
         const QFont before = QApplication::font();
         QApplication::setFont(QFont(before.family(), test::cell("size").toInt()));
-        const QString text = QString("little ill ").repeated(test::cell("words").toInt() / 2) + "end";
+        const QString words = test::cell("text") + ' ';
+        const QString text = words.section('*', 0, 0).repeated(std::max(1, words.section('*', 1).toInt())) + "end";
+        QStringList seen;
         QTimer::singleShot(20, qApp, [&] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             const auto* label = box->findChild<QLabel*>("qt_msgbox_label");
             const auto* sign = box->findChild<QLabel*>("qt_msgboxex_icon_label");
+            const QRect at = label->geometry();
             QCOMPARE(box->text(), text);
-            QVERIFY(box->width() >= 340 && box->rect().contains(label->geometry()));
-            QVERIFY(label->height() >= label->heightForWidth(label->width()));
-            QVERIFY(text.size() > 70 || std::abs(label->geometry().center().y() - sign->geometry().center().y()) < 5);
-            QTextLayout layout(text, label->font());
+            QVERIFY(box->width() >= 340 && box->rect().contains(at) &&
+                    at.height() >= label->heightForWidth(at.width()));
+            QVERIFY(text.size() > 70 || std::abs(at.center().y() - sign->geometry().center().y()) < 5);
+            seen += QString::asprintf("how the box is: %dx%d, text %d,%d %dx%d", box->width(), box->height(), at.x(),
+                                      at.y(), at.width(), at.height());
+            QTextLayout layout(QString(text).replace('\n', QChar::LineSeparator), label->font());
             layout.beginLayout();
             for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-                line.setLineWidth(label->width());
-                QVERIFY(line.textLength() <= 71); // the trailing blank
+                line.setLineWidth(at.width());
+                const QString shown = text.mid(line.textStart(), line.textLength()).trimmed();
+                QVERIFY(shown.size() <= 70 || !shown.contains(' '));
             }
             box->accept();
         });
-        widgets::message(text);
+        widgets::message(text, test::cell("title"));
         QApplication::setFont(before);
+        test::comparePicture(seen, "how the box is: " + test::cell("shape"));
     }
 };
 

@@ -61,16 +61,19 @@ void TableDef::appendField(const Field& field)
     TableDef changed = *this;
     changed.m_fields.push_back(field);
     requireOneKey(changed);
-    m_fields = std::move(changed.m_fields);
     if (const auto connection = m_connection.lock())
-        addColumn(*connection, *this);
+        addColumn(*connection, changed);
+    m_fields = std::move(changed.m_fields);
 }
 
 void TableDef::deleteField(QStringView name)
 {
     const Field& field = fieldOf(*this, name);
-    m_fields.erase(m_fields.begin() + (&field - m_fields.data()));
-    write();
+    TableDef changed = *this;
+    changed.m_fields.erase(changed.m_fields.begin() + (&field - m_fields.data()));
+    if (const auto connection = m_connection.lock())
+        rebuildTable(*connection, changed);
+    m_fields = std::move(changed.m_fields);
 }
 
 void TableDef::appendIndex(const Index& index)
@@ -86,12 +89,6 @@ void TableDef::appendIndex(const Index& index)
     if (const auto connection = m_connection.lock())
         createIndex(*connection, m_name, index);
     m_indexes = std::move(changed.m_indexes);
-}
-
-void TableDef::write() const
-{
-    if (const auto connection = m_connection.lock())
-        rebuildTable(*connection, *this);
 }
 
 Database::Database(std::shared_ptr<Connection> connection) : m_connection(std::move(connection))

@@ -43,7 +43,6 @@ public:
 
 private:
     friend class Database;
-    void write() const;
 
     QString m_name;
     std::vector<Field> m_fields;

@@ -287,7 +287,7 @@ PageFile::Payload PageFile::payload(QByteArrayView page, qsizetype at, qint64 si
     while (result.bytes.size() < size && m_leftToFollow > 0) {
         const QByteArrayView more = pageBytes(next);
         const bool blank = std::ranges::all_of(more, [](char byte) { return byte == '\0'; }); // or outside the file
-        if (blank || more[0] == LeafMark || more[0] == InteriorMark)
+        if (blank || next == 1 || more[0] == LeafMark || more[0] == InteriorMark)
             break;
         result.bytes += more.sliced(4, std::min<qsizetype>(m_pageSize - 4, size - result.bytes.size()));
         m_leftToFollow -= m_pageSize;

@@ -6,6 +6,8 @@
 #include "store/engine/Version.h"
 #include "store/repair/RecordFit.h"
 
+#include <QRegularExpression>
+
 #include <sqlite3.h>
 
 namespace orlo::store
@@ -97,10 +99,13 @@ std::vector<quint32> Salvage::leavesBelow(quint32 root, const QString& table)
         const PageFile::Kind kind = m_pages.kind(page);
         if (kind != PageFile::Kind::Leaf && kind != PageFile::Kind::Interior) {
             ++m_lostPages[table];
+            m_complete.remove(table);
             continue;
         }
-        if (m_seen.contains(page))
+        if (m_seen.contains(page)) { // another table's, or this one's where another entry leads
+            m_complete.remove(table);
             continue;
+        }
         m_seen.insert(page);
         if (kind == PageFile::Kind::Leaf) {
             leaves.push_back(page);
@@ -199,7 +204,7 @@ void Salvage::moveRows()
         const bool queries = object.name == QLatin1String(StoredQueries);
         if (object.type != "table" || object.root < 2 || (table == m_tables.end() && !counters && !queries))
             continue;
-        bool complete = true;
+        m_complete.insert(object.name);
         for (const quint32 page : leavesBelow(object.root, object.name)) {
             const auto records = m_pages.records(page);
             if (counters)
@@ -208,13 +213,11 @@ void Salvage::moveRows()
                 std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
             else if (isOf(records, *table))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
-            else {
+            else if (!records.empty()) {
                 m_seen.remove(page);
-                complete = false;
+                m_complete.remove(object.name);
             }
         }
-        if (complete && !m_lostPages.contains(object.name))
-            m_complete.insert(object.name);
     }
 }
 
@@ -242,7 +245,7 @@ void Salvage::noteQuery(const RawRecord& record)
 }
 
 // The table that a page's rows fit best: one with no more fields than they need, and of several with the same shape one
-// whose contents are known, or else one that lacks pages.
+// whose contents are known, or else one that may lack pages.
 const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
 {
     const TableDef* best = nullptr;
@@ -271,7 +274,9 @@ void Salvage::moveStrayRows()
                isMade(QString::fromUtf8(textOf(record.values[0])));
     };
     const auto isQuery = [](const RawRecord& record) {
-        return record.values.size() == 2 && textOf(record.values[1]).toUpper().startsWith("SELECT ");
+        static const QRegularExpression Select(QStringLiteral("^[\\s(]*Select\\b"),
+                                               QRegularExpression::CaseInsensitiveOption);
+        return record.values.size() == 2 && QString::fromUtf8(textOf(record.values[1])).contains(Select);
     };
     qsizetype unknown = 0;
     for (const quint32 page : m_pages.freePages())
@@ -393,7 +398,12 @@ void Salvage::noteCounter(const RawRecord& record)
 {
     const auto* number = record.values.size() == 2 ? std::get_if<qint64>(&record.values[1]) : nullptr;
     if (number)
-        m_counters[QString::fromUtf8(textOf(record.values[0]))] = *number;
+        raiseCounter(QString::fromUtf8(textOf(record.values[0])), *number);
+}
+
+void Salvage::raiseCounter(const QString& table, qint64 number)
+{
+    m_counters[table] = std::max(m_counters.value(table), number);
 }
 
 void Salvage::makeKeys()
@@ -409,7 +419,7 @@ void Salvage::makeKeys()
         return; // no table numbers its rows
     auto made = m_made.statement("SELECT name, seq FROM sqlite_sequence");
     while (made.step())
-        m_counters[made.text(0)] = std::max(m_counters.value(made.text(0)), made.integer(1));
+        raiseCounter(made.text(0), made.integer(1));
     made.reset();
     m_made.run("DELETE FROM sqlite_sequence");
     for (auto counter = m_counters.cbegin(); counter != m_counters.cend(); ++counter) {

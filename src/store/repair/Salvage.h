@@ -45,6 +45,7 @@ private:
     void countMissing();
     void noteQuery(const RawRecord& record);
     void noteCounter(const RawRecord& record);
+    void raiseCounter(const QString& table, qint64 number);
     void makeKeys();
     void makeQueries();
     [[nodiscard]] bool isMade(const QString& name);
@@ -62,7 +63,7 @@ private:
     QSet<quint32> m_seen;                // pages already moved, and pages leading to them
     std::vector<QueryDef> m_queries;
     QMap<QString, qint64> m_counters; // by table: the highest number given out
-    QSet<QString> m_complete;          // tables whose pages were all found
+    QSet<QString> m_complete;         // tables whose pages were all found, as far as known
     int m_moved = 0;
     QStringList m_missing;
     QHash<QString, int> m_lost;      // by table: its rows among the missing
