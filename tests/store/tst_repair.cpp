@@ -108,15 +108,12 @@ private Q_SLOTS:
     {
         const QString path = fresh();
         const QString made = path + ".16";
-        QByteArray sql = "Pragma encoding = '" + test::cell("encoding").toUtf8() +
-                         "'; Pragma page_size = " + test::cell("page size").toUtf8() + "; Begin;";
-        for (const QString& one : sqlite(path, "Select sql From sqlite_master Where type <> 'trigger' And sql Is Not "
-                                               "Null And name Not Like 'sqlite%'"))
-            sql += one.toUtf8() + ';';
-        for (const QString& row : sqlite(path, "Select 'Insert Into Dens(Den_SID, Den_Name) Values(' || Scout_SID || "
-                                               "',' || quote(First_Name) || ')' From Scouts"))
-            sql += row.toUtf8() + ';';
-        sqlite(made, sql + "Commit");
+        const QString dens16 = "Pragma encoding = '" + test::cell("encoding") +
+                               "'; Pragma page_size = " + test::cell("page size") + "; Begin; " +
+                               sqlite(path, "Select sql From sqlite_master Where name = 'Dens'").join("") +
+                               "; Insert Into Dens(Den_SID, Den_Name) With Recursive n(i) As (Values(1) Union All "
+                               "Select i + 1 From n Where i < 1500) Select i, 'Åke ' || i From n; Commit";
+        sqlite(made, dens16.toUtf8());
         const QStringList dens = sqlite(made, "Select * From Dens");
         QVERIFY(dens.size() > 1000 && dens.back().contains(u"Åke"));
         write(path, test::contents(made).replace(16, 2, QByteArray("\x10\0", 2)));
@@ -160,14 +157,9 @@ private Q_SLOTS:
                     test::failReads(at, at + 512);
                 if (patch.captured(1) == "at")
                     continue;
-                const QString name = once ? step : wanted.size() == 1 ? step.sliced(5) : page.section(u' ', 1);
-                const QString end = ": " + outcome(path, whole);
-                if (seen.isEmpty() || !seen.back().endsWith(end))
-                    seen += name + end;
-                else { // as with the page before
-                    seen.back().chop(end.size());
-                    seen.back() += ", " + name + end;
-                }
+                seen +=
+                    QStringList{once || wanted.size() == 1 ? step : page.section(u' ', 1), outcome(path, whole)}.join(
+                        ": ");
                 write(fresh(m_small), bytes);
             }
         }
@@ -234,15 +226,9 @@ private:
             return QString("failure %1").arg(number);
         const QStringList left = dump(path);
         QStringList seen = repaired.damaged.isEmpty() ? QStringList("sound") : repaired.missing;
-        QString last;
         for (const QString& row : whole)
-            if (const QString table = row.section(u' ', 0, 0); !left.contains(row)) {
-                if (last == table)
-                    seen.back() += ',' + row.section(u':', 0, 0).section(u' ', 1);
-                else
-                    seen += '-' + row.section(u':', 0, 0);
-                last = table;
-            }
+            if (!left.contains(row))
+                seen += '-' + row.section(u':', 0, 0);
         for (const QString& row : left)
             if (!whole.contains(row))
                 seen += '+' + row;
