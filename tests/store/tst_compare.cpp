@@ -92,7 +92,7 @@ private:
         else if (word == "copy")
             (void)(QDir().mkpath(QFileInfo(words[1]).path()) && QFile::copy(words[0], words[1]));
         else if (word == "cat")
-            return QString(contents(words[0])).remove('\r');
+            return QString(contents(words[0])).replace("\r\n", "\n").replace('\r', "\\r");
         else if (word == "ls") {
             QDirIterator all(".", QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
             QStringList files;
