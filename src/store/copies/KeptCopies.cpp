@@ -181,7 +181,7 @@ qint64 KeptCopies::sizeOf(const QStringList& copies) const
 }
 
 // What thinning would leave must fit beside the new copy. While the file is being replaced no copy is thinned out, and
-// the new one is made regardless: it is the only one of what is about to be lost.
+// only the new one is counted: it is the only one of what is about to be lost.
 void KeptCopies::requireRoom() const
 {
     const QStringList all = names();
