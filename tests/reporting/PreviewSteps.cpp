@@ -173,6 +173,8 @@ QStringList PreviewSteps::run(const QString& step)
         reader().setCursorPosition(number(0));
     else if (word == "mark")
         reader().addSelection(number(0), number(1));
+    else if (word == "select")
+        reader().setSelection(0, number(0), number(1));
     else if (word == "unmark")
         reader().removeSelection(0);
     else if (word == "bring")
