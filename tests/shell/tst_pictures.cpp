@@ -61,9 +61,8 @@ private Q_SLOTS:
             const test::RecordScreen screen(name);
             for (const auto& box : std::as_const(told))
                 seen += box->title;
-            seen += test::pictureOf(screen.form, test::What::Everything).filter(QRegularExpression("^dbg"));
-            seen +=
-                test::shapeOf(screen.form).filter(QRegularExpression("^dbg")).replaceInStrings("dbg", "how wide dbg");
+            seen += test::pictureOf(screen.form, test::What::Everything).filter(QRegularExpression("^dbg")) +
+                    gridsOf(screen.form);
             screen.form.close();
         }
         test::comparePicture(seen, windowsFile("without layouts"));
@@ -78,28 +77,24 @@ private Q_SLOTS:
         frame.show();
         auto& area = test::control<QMdiArea>(frame, "mdiArea");
         QStringList seen;
-        const auto open = [&](const char* name) {
-            test::showForm(name);
+        const QString text = windowsFile("side by side");
+        for (const QString& step : text.split('\n').filter(QRegularExpression("^> "))) {
+            if (step == "> small")
+                test::unloadForms(), frame.showNormal(), frame.resize(600, 400);
+            else if (step == "> maximised")
+                area.subWindowList().first()->showMaximized();
+            else
+                test::showForm(step.sliced(2));
             QTest::qWait(10);
-            seen += "> " + QString(name);
+            seen += step;
             for (const auto* window : area.subWindowList())
                 QDebug(&seen.emplaceBack("place of ")).nospace()
                     << qPrintable(window->widget()->objectName()) << ": " << window->geometry()
                     << (window->isMaximized() ? ", maximised" : "")
                     << (window == area.activeSubWindow() ? ", active" : "");
-        };
-        for (const bool isSmall : {false, true}) {
-            if (isSmall)
-                frame.showNormal(), frame.resize(600, 400);
-            for (const char* name : {"frmScouts", "frmPackInformation", "frmDenInfo", "frmPackDenPositions"})
-                open(name);
-            area.subWindowList().first()->showMaximized();
-            for (const char* name : {"frmDenInfo", "frmInsigniaInfo", "frmPackInformation"})
-                open(name);
-            test::unloadForms();
         }
         frame.close();
-        test::comparePicture(seen, windowsFile("side by side"));
+        test::comparePicture(seen, text);
     }
 
     // Last, because later forms would be child windows of the frame that is up then.
@@ -121,10 +116,7 @@ private Q_SLOTS:
                        (window.size().expandedTo(wanted) == window.size() ? QStringList() : QStringList("too small"));
             QDebug(&(places["place of"] = "place of the window: ")).nospace()
                 << window.geometry() << window.windowFlags();
-            for (const QString& place :
-                 test::placesOf(form) + test::shapeOf(form)
-                                            .filter(QRegularExpression(" by .* by "))
-                                            .replaceInStrings(QRegularExpression("^"), "how wide "))
+            for (const QString& place : test::placesOf(form) + gridsOf(form))
                 places[place.section(':', 0, 0)] = place;
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom: |lblVersion: \"Version \\d).*"),
@@ -176,6 +168,15 @@ private:
     {
         const QString all = test::contents(test::fileOfTests("shell/windows.txt"));
         return all.section("= " + name + '\n', 1).section("\n\n", 0, 0);
+    }
+
+    // The sizes of the grids, the parts that have two headings.
+    static QStringList gridsOf(const QWidget& form)
+    {
+        QStringList lines;
+        for (const QString& shape : test::shapeOf(form))
+            lines += shape.count(" by ") == 2 ? QStringList("how wide " + shape) : QStringList();
+        return lines;
     }
 
     // Some windows and grids just fit the tests' screen, but not with the margins that Windows has, and a press in a

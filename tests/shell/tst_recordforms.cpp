@@ -1,3 +1,6 @@
+#include "platform/Conversion.h"
+#include "shell/forms/Module1.h"
+#include "shell/forms/dlgCalendar.h"
 #include "support/Main.h"
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
@@ -17,7 +20,7 @@
 
 using namespace orlo;
 
-// What all list forms do, tested on the scouts' form.
+// What all list forms do, tested on the scouts' form, and dates.
 class tst_recordforms : public QObject
 {
     Q_OBJECT
@@ -47,7 +50,7 @@ private Q_SLOTS:
         const test::AppFolder folder;
         test::copyLayouts();
         test::fill(QString(test::Pack) + "Insert Into PackInfo Values (1, 'Old'); Update " + test::cell("before"));
-        runOn(form, script);
+        test::RecordScreen(form).run(script);
         QTEST(test::rows(test::cell("query")), "result");
     }
 
@@ -86,7 +89,7 @@ private Q_SLOTS:
                 box->done(QMessageBox::No);
         });
         timer.start(5);
-        runOn(test::cell("form"), test::cell("script"));
+        test::RecordScreen(test::cell("form")).run(test::cell("script"));
         QVERIFY(closed);
         QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty()); // and then it is deleted
     }
@@ -113,16 +116,38 @@ private Q_SLOTS:
         }
     }
 
-private:
-    static void runOn(const QString& form, const QString& script)
+    // The calendar of a date's field, worked by these steps.
+    void calendar_data() { test::tableOf("shell/recordforms_calendar.txt"); }
+    void calendar()
     {
-        const QMap<QString, std::function<void()>> forms{
-            {"scouts", [&] { test::RecordScreen("frmScouts").run(script); }},
-            {"adults", [&] { test::RecordScreen("frmAdults").run(script); }},
-            {"dens", [&] { test::RecordScreen("frmDenInfo").run(script); }},
-            {"awards", [&] { test::RecordScreen("frmInsigniaInfo").run(script); }},
-            {"pack", [&] { test::RecordScreen("frmPackInformation").run(script); }}};
-        forms[form]();
+        const auto [how, steps] = test::cells("how", "steps");
+        platform::setToday(QDate(2026, 11, 24));
+        QLineEdit field("kept");
+        openCalendarOnDoubleClick(&field);
+        field.setDisabled(how == "disabled");
+        field.setWindowModality(Qt::ApplicationModal); // as a form that waits itself
+        field.show();
+        QTimer::singleShot(50, &field, [&field, steps = steps] {
+            const test::RecordScreen dialog(*QApplication::activeModalWidget());
+            const bool blocks = dialog.form.parentWidget() == &field;
+            dialog.run(steps);
+            QVERIFY(blocks);
+        });
+        if (how == "sign")
+            field.actions().constLast()->trigger();
+        else
+            QTest::mouseDClick(&field, Qt::LeftButton);
+        QTEST(field.text(), "result");
+        platform::setToday(QDate());
+    }
+
+    void monthEnds()
+    {
+        QCOMPARE(FirstOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 1));
+        QCOMPARE(std::pair(FirstOfMonth({}), LastOfMonth({})), std::pair(QDate(1899, 12, 30), QDate(1899, 12, 30)));
+        QCOMPARE(LastOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 31));
+        QCOMPARE(LastOfMonth(QDate(2000, 2, 1)), QDate(2000, 2, 29));
+        QCOMPARE(LastOfMonth(QDate(999, 4, 30)), QDate(999, 4, 30));
     }
 };
 

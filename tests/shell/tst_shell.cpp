@@ -1,7 +1,6 @@
 #include "platform/Application.h"
 #include "platform/Conversion.h"
 #include "shell/forms/Module1.h"
-#include "shell/forms/dlgCalendar.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/TakeoverNotice.h"
 #include "shell/frame/frmAbout.h"
@@ -13,9 +12,9 @@
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Pack.h"
+#include "support/Picture.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
-#include "widgets/Calendar.h"
 #include "widgets/Contrast.h"
 #include "widgets/MessageBox.h"
 
@@ -44,18 +43,6 @@ public:
     int times = 0;
 };
 
-// Stands in for the browser.
-class OpenedPages : public QObject
-{
-    Q_OBJECT
-
-public Q_SLOTS:
-    void open(const QUrl& page) { pages.append(page); }
-
-public:
-    QList<QUrl> pages;
-};
-
 void appendMenu(const QList<QAction*>& commands, int depth, QStringList& lines)
 {
     for (const QAction* command : commands) {
@@ -71,6 +58,9 @@ void appendMenu(const QList<QAction*>& commands, int depth, QStringList& lines)
 class tst_shell : public QObject
 {
     Q_OBJECT
+
+public Q_SLOTS:
+    void openPage(const QUrl& page) { m_pages += page; } // instead of the browser
 
 private Q_SLOTS:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
@@ -239,10 +229,7 @@ private Q_SLOTS:
     {
         QStringList lines;
         appendMenu(mdiPendrake::instance().menuBar()->actions(), 0, lines);
-        const QStringList wanted =
-            QString(test::contents(ORLO_SOURCE_DIR "/tests/shell/menu.txt").trimmed()).split('\n');
-        for (qsizetype i = 0; i < std::max(lines.size(), wanted.size()); ++i)
-            QCOMPARE(lines.value(i), wanted.value(i));
+        test::comparePicture(lines, test::contents(test::fileOfTests("shell/menu.txt")));
     }
 
     void oneWindowPerScreen()
@@ -361,17 +348,16 @@ private Q_SLOTS:
         const QString page = gAppPath + "/manual/index.html";
         QVERIFY(QDir().mkpath(gAppPath + "/manual"));
         test::write(page, "<h1>ORLO</h1>");
-        OpenedPages opened;
         const auto press = [&words](QLabel& notice) {
             QVERIFY(notice.text().startsWith(words));
             QTest::keyClick(&notice, Qt::Key_Tab);
             QTest::keyClick(&notice, Qt::Key_Return);
         };
-        QDesktopServices::setUrlHandler("file", &opened, "open");
+        QDesktopServices::setUrlHandler("file", this, "openPage");
         openNotice(press);
         QDesktopServices::unsetUrlHandler("file");
         const QString file = QFileInfo(page).canonicalFilePath();
-        QCOMPARE(opened.pages, QList<QUrl>{QUrl::fromLocalFile(file)});
+        QCOMPARE(m_pages, QList<QUrl>{QUrl::fromLocalFile(file)});
         // If no program opens it, a message says where it is.
         const auto told = test::answerNext();
         openNotice(press);
@@ -401,46 +387,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!frame);
     }
 
-    void monthEnds()
-    {
-        QCOMPARE(FirstOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 1));
-        QCOMPARE(std::pair(FirstOfMonth({}), LastOfMonth({})), std::pair(QDate(1899, 12, 30), QDate(1899, 12, 30)));
-        QCOMPARE(LastOfMonth(QDate(2003, 12, 9)), QDate(2003, 12, 31));
-        QCOMPARE(LastOfMonth(QDate(2000, 2, 1)), QDate(2000, 2, 29));
-        QCOMPARE(LastOfMonth(QDate(999, 4, 30)), QDate(999, 4, 30));
-    }
-
-    void calendar_data() { test::tableOf("shell/shell_calendar.txt"); }
-    void calendar()
-    {
-        QFETCH(QString, how);
-        platform::setToday(QDate(2026, 11, 24));
-        QLineEdit field("kept");
-        openCalendarOnDoubleClick(&field);
-        field.setDisabled(how == "disabled");
-        field.setWindowModality(Qt::ApplicationModal); // as a form that waits itself
-        field.show();
-        QTimer::singleShot(50, &field, [how, &field] {
-            QWidget* dialog = topLevel("dlgCalendar");
-            const bool blocks = dialog->parentWidget() == &field;
-            if (how == "page")
-                test::control<widgets::Calendar>(*dialog, "ccCalendar").setCurrentPage(2001, 3);
-            if (how == "escape" || how == "enter")
-                QTest::keyClick(dialog, how == "enter" ? Qt::Key_Return : Qt::Key_Escape);
-            else if (how == "close")
-                dialog->close();
-            else
-                test::press(*dialog, how == "cancel" ? "cmdCancel" : "cmdSelectDate");
-            QVERIFY(blocks);
-        });
-        if (how == "sign")
-            field.actions().constLast()->trigger();
-        else
-            QTest::mouseDClick(&field, Qt::LeftButton);
-        QTEST(field.text(), "result");
-        platform::setToday(QDate());
-    }
-
     void untrappedFailureEndsProcess_data() { test::tableOf("shell/shell_untrapped.txt"); }
     void untrappedFailureEndsProcess()
     {
@@ -452,6 +398,9 @@ private Q_SLOTS:
         const QByteArray told = child.readAllStandardError().replace("\r\n", "\n");
         QVERIFY(told.contains(message.toUtf8()) && told.endsWith("read\n"));
     }
+
+private:
+    QList<QUrl> m_pages;
 };
 
 // The test's child process: its window's button fails in its handler.

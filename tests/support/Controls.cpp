@@ -79,6 +79,8 @@ void press(const QObject& window, const QString& name)
 
 void clickRow(widgets::ListBox& list, int row, Qt::KeyboardModifier modifier)
 {
+    if (row < 0 || row >= list.count())
+        fail(QStringLiteral("no row %1 in ").arg(row) + list.objectName());
     QTest::mouseClick(list.viewport(), Qt::LeftButton, modifier, list.visualItemRect(list.item(row)).center());
 }
 

@@ -55,8 +55,8 @@ template <class List>
 QString textsOf(const List& list)
 {
     QStringList texts;
-    for (int row = 0; row < list.listCount(); ++row)
-        texts += list.list(row);
+    for (int row = 0; row < list.count(); ++row)
+        texts += list.model()->index(row, 0).data().toString();
     return texts.join("; ");
 }
 

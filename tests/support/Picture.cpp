@@ -1,5 +1,6 @@
 #include "support/Picture.h"
 
+#include "support/Controls.h"
 #include "widgets/Glyphs.h"
 
 #include <QTest>
@@ -90,14 +91,6 @@ QStringList widthsOf(const QAbstractItemView& view)
     return words;
 }
 
-QString textsOf(const QComboBox& box)
-{
-    QStringList rows;
-    for (int row = 0; row < box.count(); ++row)
-        rows += box.itemText(row);
-    return '[' + rows.join("; ") + ']';
-}
-
 QString stateOf(const QWidget& control, What what)
 {
     QStringList state;
@@ -111,10 +104,8 @@ QString stateOf(const QWidget& control, What what)
         add(!box->hasFocus() && box->cursorPosition() > 0, QString("cursor at %1").arg(box->cursorPosition()));
     } else if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&control))
         state += quoted(number->text());
-    else if (const auto* text = qobject_cast<const QPlainTextEdit*>(&control))
-        state += quoted(text->toPlainText());
-    else if (const auto* read = qobject_cast<const QTextEdit*>(&control))
-        state += quoted(read->toPlainText());
+    else if (const QVariant text = control.property("plainText"); text.isValid())
+        state += quoted(text.toString());
     else if (const auto* combo = qobject_cast<const QComboBox*>(&control)) {
         state += quoted(combo->currentText());
         add(all && combo->isEditable(), "typed");
@@ -188,7 +179,7 @@ QStringList pictureOf(const QWidget& form, What what)
         if (const QString state = isOwn(*control) ? stateOf(*control, what) : QString(); !state.isEmpty())
             lines += control->objectName() + ": " + state;
         if (const auto* box = qobject_cast<const QComboBox*>(control); box && isOwn(*box))
-            lines += box->objectName() + " offers: " + textsOf(*box);
+            lines += box->objectName() + " offers: [" + textsOf(*box) + ']';
     }
     QStringList parts; // that nobody sees, but outside programs find
     for (const auto* part : form.findChildren<QObject*>())

@@ -305,14 +305,11 @@ void RecordScreen::work(const QPointer<QWidget>& dialog, const QStringList& step
                 log += "; " + box->text() + " of " + textsOf(*box).replace("; ", ", ");
         for (const auto* list : dialog->findChildren<widgets::ListBox*>())
             log += textsOf(*list);
-        if (set(*dialog, step))
-            continue;
-        if (step == "yes")
-            told.append(answerNext(QMessageBox::Yes));
-        else if (step == "Tab" || step == "E")
-            QTest::keyClick(dialog->focusWidget(), step == "E" ? Qt::Key_Escape : Qt::Key_Tab);
-        else if (step != "end")
-            press(*dialog, step);
+        if (step == "end")
+            break;
+        const RecordScreen screen(*dialog);
+        screen.run(step);
+        told += screen.told;
     }
     log.prepend("open, ");
     press(*dialog, "cmdCancel");

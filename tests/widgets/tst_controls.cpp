@@ -93,7 +93,8 @@ struct Hall : widgets::Form {
              else if (auto* folders = of<FolderList>(a[0]); folders && a.size() < 3)
                  folders->setPath(disk.path() + a[1]);
              else
-                 of<QWidget>(a[0])->setProperty(a.size() > 2 ? a[1].toLatin1().constData() : "text", a.last());
+                 of<QWidget>(a[0])->setProperty(a.size() > 2 ? a[1].toLatin1().constData() : "text",
+                                                a.mid(a.size() > 2 ? 2 : 1).join(','));
          }},
         {"index",
          [this](const Args& a) {
@@ -162,21 +163,9 @@ struct Hall : widgets::Form {
          }},
         {"when", [this](const Args& a) { does[a[0]] = a.mid(1).join(' ').replace('+', ','); }},
         {"focus", [this](const Args& a) { of<QWidget>(a[0])->setFocus(); }},
-        {"paste",
+        {"paste", // escaped as in JSON
          [](const Args& a) {
-             QString text = a[0];
-             for (const auto& [mark, sign] : {std::pair("\\0", 0),
-                                              {"\\r", '\r'},
-                                              {"\\n", '\n'},
-                                              {"\\t", '\t'},
-                                              {"\\v", '\v'},
-                                              {"\\f", '\f'},
-                                              {"\\b", '\b'},
-                                              {"\\e", 27},
-                                              {"\\l", 0x2028},
-                                              {"\\p", 0x2029}})
-                 text.replace(mark, QChar(sign));
-             qApp->clipboard()->setText(text);
+             qApp->clipboard()->setText(QJsonDocument::fromJson("[\"" + a[0].toUtf8() + "\"]")[0].toString());
          }},
         {"down", [this](const Args&) { QTest::keyPress(focusWidget(), Qt::Key_Alt); }},
         {"up", [this](const Args&) { QTest::keyRelease(focusWidget(), Qt::Key_Alt); }},
