@@ -242,12 +242,22 @@ private:
             unanswered.start();
             screen.told.clear();
             screen.log.clear();
+            qsizetype boxes = 0; // in the order in which they and dialogs came
+            const auto tellBoxes = [&](bool all) {
+                for (; boxes < screen.told.size() && (all || screen.told[boxes]->shown); ++boxes) {
+                    const auto& box = *screen.told[boxes];
+                    m_seen += box.shown ? box.kind + ": " + box.title + ": " +
+                                              QString(box.text).remove('\r').replace('\n', "\\n")
+                                        : "not asked";
+                }
+            };
             QTimer opened;
             connect(&opened, &QTimer::timeout, this, [&] {
                 auto* dialog = QApplication::activeModalWidget();
                 if (!dialog || dialog == form || !dialog->isActiveWindow()) // it couldn't receive a key yet
                     return;
                 opened.stop();
+                tellBoxes(false);
                 m_seen += "opens: " + dialog->windowTitle();
                 m_seen += test::pictureOf(*dialog);
                 workOrTell(test::RecordScreen(*dialog), unanswered, false);
@@ -261,10 +271,7 @@ private:
             QCoreApplication::processEvents();
             m_seen += opened.isActive() ? QStringList("opens nothing") : QStringList();
             m_seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
-            for (const auto& box : std::as_const(screen.told))
-                m_seen += box->shown ? box->kind + ": " + box->title + ": " +
-                                           QString(box->text).remove('\r').replace('\n', "\\n")
-                                     : "not asked";
+            tellBoxes(true);
             for (const auto& box : std::as_const(screen.told))
                 box->shown = true; // it answers no later one
             const QStringList now = isOpen() ? test::pictureOf(*form) : QStringList("closed");
