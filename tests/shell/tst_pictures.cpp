@@ -80,7 +80,7 @@ private Q_SLOTS:
         const QString text = windowsFile("side by side");
         for (const QString& step : text.split('\n').filter(QRegularExpression("^> "))) {
             if (step == "> small")
-                test::unloadForms(), frame.showNormal(), frame.resize(600, 400);
+                widgets::Form::unloadAll(), frame.showNormal(), frame.resize(600, 400);
             else if (step == "> maximised")
                 area.subWindowList().first()->showMaximized();
             else
@@ -261,12 +261,11 @@ private:
             QCoreApplication::processEvents();
             m_seen += opened.isActive() ? QStringList("opens nothing") : QStringList();
             m_seen += screen.log.isEmpty() ? QStringList() : QStringList("dialog: " + screen.log);
-            for (const auto& box : std::as_const(screen.told))
-                m_seen += box->shown ? box->kind + ": " + box->title + ": " +
-                                           QString(box->text).remove('\r').replace('\n', "\\n")
-                                     : "not asked";
-            for (const auto& box : std::as_const(screen.told))
+            for (const auto& box : std::as_const(screen.told)) {
+                const QString text = QString(box->text).remove('\r').replace('\n', "\\n");
+                m_seen += box->shown ? box->kind + ": " + box->title + ": " + text : "not asked";
                 box->shown = true; // it answers no later one
+            }
             const QStringList now = isOpen() ? test::pictureOf(*form) : QStringList("closed");
             m_seen += test::changesOf(before, now);
             before = now;
