@@ -128,7 +128,7 @@ private Q_SLOTS:
         add(Adult, "tick 5, tick 0, tick 4", "2/5/26");
         const QStringList once{"person", "person", "person", "busy reload"};
         QCOMPARE(calls, once);
-        QVERIFY(!test::loadedForm(Adult));
+        QVERIFY(!screenOf(Adult).loaded());
         QCOMPARE(
             test::rows("Select Adult_SID, Insignia_SID, Year, Month From Assigned_Awards_Adults Order By Adult_SID"),
             "101/5/Null/Null, 101/5/2026/2, 102/2/2026/2, 103/1/2026/2");
@@ -149,7 +149,7 @@ private Q_SLOTS:
         screen.run("day>cmdSelectDate",
                    [&](const QString&) { QTest::mouseDClick(&screen.get("txtAssignedDate"), Qt::LeftButton); });
         QTest::keyClick(&screen.catalogue, Qt::Key_Return);
-        QVERIFY(!test::loadedForm(Scout));
+        QVERIFY(!screenOf(Scout).loaded());
         QCOMPARE(test::rows(Scouts), "3/3/5/9/2026/2026/5/Null");
     }
 
@@ -163,7 +163,7 @@ private Q_SLOTS:
         const auto told = test::answerNext();
         QTest::keyClick(&screen.catalogue, test::cell("key") == "Return" ? Qt::Key_Return : Qt::Key_Escape);
         QTEST(told->text + told->title, "told");
-        QCOMPARE(test::loadedForm(Adult) != nullptr, told->shown);
+        QCOMPARE(screenOf(Adult).loaded() != nullptr, told->shown);
         QVERIFY(calls.isEmpty() && test::count("Assigned_Awards_Adults") == 0);
         QVERIFY(!told->shown || screen.form.focusWidget()->objectName() == "txtAssignedDate");
     }
@@ -203,7 +203,7 @@ private Q_SLOTS:
             screen.run("day>cmdSelectDate",
                        [&](const QString&) { QTest::mouseDClick(&screen.get("txtDateAssigned"), Qt::LeftButton); });
         QTest::keyClick(&screen.get("txtQuantity"), test::cell("leave") == "Return" ? Qt::Key_Return : Qt::Key_Escape);
-        QVERIFY(!test::loadedForm("frmEditAssignedAward"));
+        QVERIFY(!screenOf("frmEditAssignedAward").loaded());
         test::compare({{"count", QString::number(gEditQuantity)},
                        {"key", QString::number(gEditInsigniaSID)},
                        {"date", gEditDate},

@@ -46,7 +46,7 @@ void assign(int n)
 
 void saveScout(int n)
 {
-    const QWidget& form = test::formOf("frmScouts");
+    const QWidget& form = screenOf("frmScouts").get();
     test::control<QPushButton>(form, "cmdNew").click();
     test::control<QLineEdit>(form, "txtFirst").setText(QString::number(n));
     test::control<QLineEdit>(form, "txtPackStartDate").setText("2/5/2026");
@@ -56,8 +56,8 @@ void saveScout(int n)
 // Adds the catalogue's two awards to the scout on screen.
 void addAwards(int)
 {
-    QWidget& form = test::formOf("frmAddAwardsToScout");
-    dynamic_cast<AddAwardsForm&>(form).giveTo(dynamic_cast<PersonShown&>(test::formOf("frmScouts")));
+    QWidget& form = screenOf("frmAddAwardsToScout").get();
+    dynamic_cast<AddAwardsForm&>(form).giveTo(dynamic_cast<PersonShown&>(screenOf("frmScouts").get()));
     test::control<QPushButton>(form, "cmdSelectAll").click();
     test::control<QLineEdit>(form, "txtAssignedDate").setText("2/5/2026");
     test::control<QPushButton>(form, "cmdAddToScout").click();

@@ -105,7 +105,7 @@ private Q_SLOTS:
                 return cut.isEmpty();
             },
             1000);
-        test::unloadForm(form);
+        screenOf(form).unload();
         QCOMPARE(cut, QString());
     }
 
@@ -147,11 +147,11 @@ private Q_SLOTS:
                         1000);
                     for (const QString& fault : std::as_const(found))
                         faults += QString("%1 over %2: %3").arg(forms[next], forms[at], fault);
-                    test::unloadForm(forms[at]);
+                    screenOf(forms[at]).unload();
                     settle();
                     at = next;
                 } while (at != 0);
-            test::unloadForms();
+            widgets::Form::unloadAll();
             settle();
         }
         faults.removeDuplicates();

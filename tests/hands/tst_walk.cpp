@@ -107,7 +107,7 @@ int differences(const QMap<QString, QString>& a, const QMap<QString, QString>& b
 // Row n of the list must be record n, and an unchanged record must be shown as stored.
 QString personFault(const QString& noun, bool cancelled)
 {
-    const QWidget* form = test::loadedForm("frm" + noun + u's');
+    const QWidget* form = screenOf("frm" + noun + u's').loaded();
     const auto place = QRegularExpression(noun + " (\\d+) of (\\d+)")
                            .match(form ? test::control<QLabel>(*form, "lblRecordInfo").text() : QString());
     if (!form || !place.hasMatch())
@@ -293,7 +293,7 @@ struct PackFolder : test::AppFolder {
 void openChanged(const QString& command)
 {
     ask([&] {
-        test::unloadForms();
+        widgets::Form::unloadAll();
         for (const char* table : {"Scouts", "Adults", "Dens", "Insignias", "Assigned_Awards_Scouts", "PackInfo"})
             test::execute(QString("Delete From ") + table);
         test::fill(Dozens);

@@ -28,7 +28,7 @@ private Q_SLOTS:
         const RecordScreen screen("frmDenInfo");
         screen.run("n DenNumber=7a Enter");
         test::execute("Update Dens Set Den_SID = 41");
-        test::unloadForm("frmDenInfo");
+        screenOf("frmDenInfo").unload();
         RecordScreen("frmDenInfo").run("n DenName=O'Hara's YearStarted=x Active=" + QString(300, 'r') + " s");
         QCOMPARE(test::rows("Select * From Dens Order by Den_SID"),
                  "41/7// /2026/Y, 42/0/O'Hara's/ /0/" + QString(255, 'r'));

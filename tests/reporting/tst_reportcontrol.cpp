@@ -10,6 +10,7 @@
 #include "reporting/view/ReportMessage.h"
 #include "reporting/view/RunProgress.h"
 #include "store/engine/Database.h"
+#include "support/Controls.h"
 #include "support/Main.h"
 #include "support/Picture.h"
 #include "support/PrintedFile.h"
@@ -23,22 +24,11 @@ using namespace orlo;
 using namespace orlo::reporting;
 using test::GoodReport;
 
-namespace
-{
-
-QWidget* messageWindow()
-{
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->objectName() == "reportMessage" && window->isVisible())
-            return window;
-    return nullptr;
-}
-
-} // namespace
-
 class tst_reportcontrol : public QObject, test::Shopping
 {
     Q_OBJECT
+
+    static QWidget* messageWindow() { return test::topLevel("reportMessage"); }
 
     ReportControl* m_watched = nullptr;
     std::vector<std::pair<bool, std::size_t>> m_painted; // at each painting of its preview: complete, and pages

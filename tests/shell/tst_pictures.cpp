@@ -80,7 +80,7 @@ private Q_SLOTS:
         const QString text = windowsFile("side by side");
         for (const QString& step : text.split('\n').filter(QRegularExpression("^> "))) {
             if (step == "> small")
-                test::unloadForms(), frame.showNormal(), frame.resize(600, 400);
+                widgets::Form::unloadAll(), frame.showNormal(), frame.resize(600, 400);
             else if (step == "> maximised")
                 area.subWindowList().first()->showMaximized();
             else

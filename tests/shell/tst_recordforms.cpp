@@ -82,7 +82,7 @@ private Q_SLOTS:
             if (!box)
                 return;
             timer.stop();
-            test::unloadForms();
+            widgets::Form::unloadAll();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             closed = true;
             if (box)

@@ -26,15 +26,6 @@ using namespace orlo;
 namespace
 {
 
-QWidget* topLevel(const char* name)
-{
-    const auto widgets = QApplication::topLevelWidgets();
-    for (QWidget* widget : widgets)
-        if (widget->objectName() == QLatin1String(name) && widget->isVisible())
-            return widget;
-    return nullptr;
-}
-
 // How often the widget that it watches was painted.
 class Painted : public QObject
 {
@@ -163,7 +154,7 @@ private Q_SLOTS:
         watchTakeovers();
         for (int percent = 0; percent < 20; ++percent, QTest::qSleep(10))
             store::takeoverWatch().progress(QStringLiteral("x.mdb"), percent);
-        QVERIFY(splash.isVisible() && !topLevel("mdiPendrake"));
+        QVERIFY(splash.isVisible() && !test::topLevel("mdiPendrake"));
         const auto& line = test::control<QLabel>(splash, "lblTakeover");
         const auto lightness = [&line](QPalette::ColorRole role) { return line.palette().color(role).lightness(); };
         QVERIFY(std::abs(lightness(line.foregroundRole()) - lightness(line.backgroundRole())) > 128);
@@ -177,13 +168,13 @@ private Q_SLOTS:
         store::takeoverWatch().progress({}, 100);
         QCOMPARE(painted.times, 1); // without the line, before anything else happens
         store::takeoverWatch().report(QStringLiteral("left out"));
-        QTRY_VERIFY(topLevel("mdiPendrake"));
+        QTRY_VERIFY(test::topLevel("mdiPendrake"));
         QTRY_COMPARE(QApplication::activeWindow(), &report);
         const auto told = test::answerNext(); // above the frame, and after what else is up
         QVERIFY(!QTest::qWaitFor([&told] { return told->shown; }, 250));
         report.close();
         QTRY_COMPARE(told->text, "left out");
-        QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !topLevel("frmSplash"));
+        QTRY_VERIFY(!widgets::Instance<frmSplash>::loaded() && !test::topLevel("frmSplash"));
         QCOMPARE(mdiPendrake::instance().windowTitle(), "Verrano");
         QCOMPARE(QApplication::windowIcon().availableSizes(),
                  QList<QSize>({{16, 16}, {24, 24}, {32, 32}, {48, 48}, {128, 128}, {256, 256}}));
@@ -288,10 +279,10 @@ private Q_SLOTS:
         auto& help = test::control<QAction>(frame, "mnuHelpTopics");
         QTimer::singleShot(20, qApp, [&help] {
             help.trigger();
-            QTest::keyClick(topLevel("dlgHelp"), Qt::Key_Escape);
+            QTest::keyClick(test::topLevel("dlgHelp"), Qt::Key_Escape);
         });
         help.trigger();
-        QVERIFY(!topLevel("dlgHelp"));
+        QVERIFY(!test::topLevel("dlgHelp"));
 
         // The window's close box drops the typing without a question; the next opening reads the record again.
         area.activeSubWindow()->close();
@@ -330,8 +321,8 @@ private Q_SLOTS:
         const test::AppFolder folder;
         const auto openNotice = [](const std::function<void(QLabel&)>& look) {
             QTimer::singleShot(20, qApp, [&look] {
-                look(test::control<QLabel>(*topLevel("dlgHelp"), "Label2"));
-                QTest::keyClick(topLevel("dlgHelp"), Qt::Key_Escape);
+                look(test::control<QLabel>(*test::topLevel("dlgHelp"), "Label2"));
+                QTest::keyClick(test::topLevel("dlgHelp"), Qt::Key_Escape);
             });
             test::control<QAction>(mdiPendrake::instance(), "mnuHelpTopics").trigger();
         };

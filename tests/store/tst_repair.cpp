@@ -157,9 +157,7 @@ private Q_SLOTS:
                     test::failReads(at, at + 512);
                 if (patch.captured(1) == "at")
                     continue;
-                seen +=
-                    QStringList{once || wanted.size() == 1 ? step : page.section(u' ', 1), outcome(path, whole)}.join(
-                        ": ");
+                seen += (once || wanted.size() == 1 ? step : page.section(u' ', 1)) + ": " + outcome(path, whole);
                 write(fresh(m_small), bytes);
             }
         }
@@ -205,14 +203,13 @@ private Q_SLOTS:
     }
 
 private:
-    // A copy of a file, alone in a folder.
-    QString fresh() { return fresh(m_whole); }
-    QString fresh(const QString& file)
+    // A copy of a file, the whole one unless it is named, alone in a folder.
+    QString fresh(const QString& file = {})
     {
         QDir(m_folder.filePath("work")).removeRecursively();
         QDir().mkpath(m_folder.filePath("work"));
         const QString path = m_folder.filePath("work/Quorrel11.mdb");
-        QFile::copy(file, path);
+        QFile::copy(file.isEmpty() ? m_whole : file, path);
         return path;
     }
 

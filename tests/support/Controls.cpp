@@ -72,6 +72,14 @@ std::shared_ptr<Told> dismissReport()
     });
 }
 
+QWidget* topLevel(const QString& name)
+{
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->objectName() == name && window->isVisible())
+            return window;
+    return nullptr;
+}
+
 void press(const QObject& window, const QString& name)
 {
     QTest::mouseClick(&control<QWidget>(window, name.toUtf8().constData()), Qt::LeftButton);

@@ -45,6 +45,8 @@ W& control(const QObject& form, const char* name)
     return *found;
 }
 
+/// The visible window of this name; null without one.
+QWidget* topLevel(const QString& name);
 /// Clicks a control of a window.
 void press(const QObject& window, const QString& name);
 /// Clicks a row of a list.

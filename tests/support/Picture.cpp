@@ -126,10 +126,8 @@ QString stateOf(const QWidget& control, What what)
         for (int page = 0; page < tabs->count(); ++page)
             state += (page == tabs->currentIndex() ? "*" : "") + quoted(tabs->tabText(page));
     else if (const auto* calendar = qobject_cast<const QCalendarWidget*>(&control))
-        state += QString("%1 of %2/%3")
-                     .arg(calendar->selectedDate().toString(Qt::ISODate))
-                     .arg(calendar->monthShown())
-                     .arg(calendar->yearShown());
+        state += calendar->selectedDate().toString(Qt::ISODate) +
+                 QString(" of %1/%2").arg(calendar->monthShown()).arg(calendar->yearShown());
     else if (const auto* view = qobject_cast<const QAbstractItemView*>(&control))
         state += QStringList(rowsOf(*view, what) + (all ? ", " + manners(*view) : QString())) + widthsOf(*view);
     else if (const auto* area = qobject_cast<const QScrollArea*>(&control); area && area->widget() && all) {

@@ -1,14 +1,12 @@
 #include "support/RecordScreen.h"
 
 #include "platform/Conversion.h"
-#include "shell/frame/Screens.h"
 #include "store/engine/TableDef.h"
 #include "store/schema/Schema.h"
 #include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Picture.h"
 #include "widgets/ComboBox.h"
-#include "widgets/Form.h"
 #include "widgets/ListBox.h"
 
 #include <QApplication>
@@ -27,31 +25,11 @@
 namespace orlo::test
 {
 
-QWidget& formOf(const QString& name)
-{
-    return screenOf(name).get();
-}
-
-QWidget* loadedForm(const QString& name)
-{
-    return screenOf(name).loaded();
-}
-
 QWidget& showForm(const QString& name)
 {
     widgets::Form& form = screenOf(name).get();
     form.showForm();
     return form;
-}
-
-void unloadForm(const QString& name)
-{
-    screenOf(name).unload();
-}
-
-void unloadForms()
-{
-    widgets::Form::unloadAll();
 }
 
 RecordScreen::RecordScreen(const QString& name) : form(showForm(name))

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "shell/frame/Screens.h"
 #include "support/Controls.h"
 #include "support/TestApp.h"
+#include "widgets/Form.h"
 
 #include <QMap>
 #include <QPointer>
@@ -9,15 +11,8 @@
 namespace orlo::test
 {
 
-/// The only instance of a form, by the form's name; it is loaded first if necessary.
-QWidget& formOf(const QString& name);
-/// The same, if it is loaded; null if it isn't.
-QWidget* loadedForm(const QString& name);
 /// Shows a form, without waiting for its end.
 QWidget& showForm(const QString& name);
-/// Unload a form, all forms.
-void unloadForm(const QString& name);
-void unloadForms();
 
 /// What a test's own words do with what follows them.
 using Words = QMap<QString, std::function<void(const QStringList&)>>;

@@ -142,7 +142,7 @@ QString loaded()
 {
     QStringList names;
     for (const char* form : {Backup, Restore, "frmScouts", "frmAdults", "frmDenInfo"})
-        names += test::loadedForm(form) ? QStringList(form) : QStringList();
+        names += screenOf(form).loaded() ? QStringList(form) : QStringList();
     return names.join(' ');
 }
 
@@ -170,7 +170,7 @@ private Q_SLOTS:
         test::showForm("frmScouts");
         test::showForm("frmAdults");
         test::showForm("frmDenInfo");
-        connect(dynamic_cast<widgets::Form*>(&test::formOf("frmAdults")), &widgets::Form::unloaded, this, [&] {
+        connect(&screenOf("frmAdults").get(), &widgets::Form::unloaded, this, [&] {
             if (late == "full") {
                 test::limitFiles(place.size - 1);
                 QTimer::singleShot(0, [] { test::limitFiles(-1); }); // while the message is up
@@ -187,12 +187,12 @@ private Q_SLOTS:
         const QString path = place.shown(folder.isEmpty() ? "" : '/' + folder);
         QCOMPARE(screen.folders.path(), path);
         QTEST(screen.go(told.isEmpty() ? "no" : "yes ok").replace(path, "%"), "told");
-        QVERIFY(!test::loadedForm(Backup) || screen.form.cursor().shape() == Qt::ArrowCursor);
+        QVERIFY(!screenOf(Backup).loaded() || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(place.files(), "files");
         // The list's window is loaded only to be unloaded, which empties it.
         QCOMPARE(test::count("Purchase_List"), test::cell("loaded").contains("frmScouts") ? 1 : 0);
-        if (auto* scouts = test::loadedForm("frmScouts")) // nothing was closed under them
+        if (auto* scouts = screenOf("frmScouts").loaded()) // nothing was closed under them
             test::control<QPushButton>(*scouts, "cmdNew").click();
     }
 
@@ -222,7 +222,7 @@ private Q_SLOTS:
         const Screen screen(Restore);
         screen.open(test::cell("folder"));
         QTEST(screen.go(told.isEmpty() ? "no" : "yes ok"), "told");
-        QVERIFY(!test::loadedForm(Restore) || screen.form.cursor().shape() == Qt::ArrowCursor);
+        QVERIFY(!screenOf(Restore).loaded() || screen.form.cursor().shape() == Qt::ArrowCursor);
         QTEST(loaded(), "loaded");
         QTEST(QString::number(test::count("Dens")), "dens");
     }
@@ -251,11 +251,11 @@ private Q_SLOTS:
             database().execute("Update Dens Set Den_Name = 'today' Where Den_SID = 1");
         test::showForm("frmDenInfo");
         if (!old) {
-            test::control<QPushButton>(test::formOf("frmDenInfo"), "cmdLast").click();
-            QTest::keyClick(&test::formOf("frmDenInfo"), Qt::Key_Escape);
+            test::control<QPushButton>(screenOf("frmDenInfo").get(), "cmdLast").click();
+            QTest::keyClick(&screenOf("frmDenInfo").get(), Qt::Key_Escape);
             QCOMPARE(sqlite(place.database, links.toUtf8()), QStringList("2|1|1"));
         }
-        test::unloadForm("frmDenInfo");
+        screenOf("frmDenInfo").unload();
         const Screen screen(Restore);
         const QStringList days = copies.entryList({old ? "2026-05-30" : "2026-06-07 *"}, QDir::Dirs);
         screen.folders.setPath(copies.filePath(days.value(0)));

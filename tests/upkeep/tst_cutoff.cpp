@@ -43,7 +43,7 @@ void update()
 
 void press(const char* form, const char* button)
 {
-    test::control<QPushButton>(test::formOf(form), button).click();
+    test::control<QPushButton>(screenOf(form).get(), button).click();
 }
 
 void repair()

@@ -32,9 +32,9 @@ void useForms()
                                "frmPackInformation", "frmPackDenPositions", "frmCreatePurchaseList"}) {
         test::showForm(form);
         for (const char* button : {"cmdLast", "cmdPrevious", "cmdNew", "cmdSave"})
-            if (auto* found = test::formOf(form).findChild<QPushButton*>(button))
+            if (auto* found = screenOf(form).get().findChild<QPushButton*>(button))
                 found->click();
-        test::unloadForm(form);
+        screenOf(form).unload();
     }
 }
 
