@@ -65,7 +65,7 @@ void BoundGrid::pasteCells()
 {
     const QModelIndex first = currentIndex();
     const QMimeData* held = QGuiApplication::clipboard()->mimeData();
-    if (!held || !held->hasText())
+    if (!held || !held->hasFormat(QStringLiteral("text/plain")))
         return; // a picture would empty the cell
     QString text = held->text();
     text.remove(u'\r');

@@ -146,6 +146,7 @@ private Q_SLOTS:
             const bool once = patch.hasCaptured(5);
             const QString named = QRegularExpression::wildcardToRegularExpression("* " + patch.captured(2));
             const QStringList wanted = once ? QStringList{"1 "} : pages.filter(QRegularExpression(named));
+            seen += wanted.isEmpty() ? QStringList("no page is called so: " + step) : QStringList();
             for (const QString& page : wanted) {
                 const qsizetype start = page.section(u' ', 0, 0).toLongLong() * 512 - 512;
                 const qsizetype at = start + patch.captured(3).toInt();

@@ -67,7 +67,7 @@ std::shared_ptr<Told> dismissReport()
             const auto* shown = modal.findChild<QWidget*>(QLatin1String("txtError") + QLatin1String(field));
             told.text += shown->property("text").toString() + shown->property("plainText").toString() + u'\n';
         }
-        QTest::keyClick(&modal, Qt::Key_Escape);
+        press(modal, "cmdOk");
         return true;
     });
 }

@@ -207,13 +207,11 @@ void Salvage::moveRows()
         m_complete.insert(object.name);
         for (const quint32 page : leavesBelow(object.root, object.name)) {
             const auto records = m_pages.records(page);
-            if (counters)
-                std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
-            else if (queries)
-                std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
-            else if (isOf(records, *table))
+            if (records.empty() || (counters && noteCounters(records)) || (queries && noteQueries(records)))
+                continue;
+            if (table != m_tables.end() && isOf(records, *table))
                 std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
-            else if (!records.empty()) {
+            else {
                 m_seen.remove(page);
                 m_complete.remove(object.name);
             }
@@ -238,10 +236,21 @@ bool Salvage::isOf(const std::vector<RawRecord>& records, const TableDef& table)
            (std::ranges::any_of(records, maybe) && std::ranges::none_of(m_tables, whole));
 }
 
-void Salvage::noteQuery(const RawRecord& record)
+// False if the page's rows are no stored queries.
+bool Salvage::noteQueries(const std::vector<RawRecord>& records)
 {
-    if (record.values.size() == 2)
-        m_queries.push_back({QString::fromUtf8(textOf(record.values[0])), QString::fromUtf8(textOf(record.values[1]))});
+    static const QRegularExpression Select(QStringLiteral("^[\\s(]*Select\\b"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    const auto isPair = [](const RawRecord& record) {
+        return record.values.size() == 2 && !std::holds_alternative<qint64>(record.values[1]);
+    };
+    const auto text = [](const RawRecord& record) { return QString::fromUtf8(textOf(record.values[1])); };
+    if (!std::ranges::all_of(records, isPair) ||
+        std::ranges::none_of(records, [&](const RawRecord& record) { return text(record).contains(Select); }))
+        return false;
+    for (const RawRecord& record : records)
+        m_queries.push_back({QString::fromUtf8(textOf(record.values[0])), text(record)});
+    return true;
 }
 
 // The table that a page's rows fit best: one with no more fields than they need, and of several with the same shape one
@@ -269,15 +278,6 @@ const TableDef* Salvage::tableOf(const std::vector<RawRecord>& records) const
 // Pages that nothing leads to any more: of the tables, of their counters and of the stored queries.
 void Salvage::moveStrayRows()
 {
-    const auto isCounter = [this](const RawRecord& record) {
-        return record.values.size() == 2 && std::holds_alternative<qint64>(record.values[1]) &&
-               isMade(QString::fromUtf8(textOf(record.values[0])));
-    };
-    const auto isQuery = [](const RawRecord& record) {
-        static const QRegularExpression Select(QStringLiteral("^[\\s(]*Select\\b"),
-                                               QRegularExpression::CaseInsensitiveOption);
-        return record.values.size() == 2 && QString::fromUtf8(textOf(record.values[1])).contains(Select);
-    };
     qsizetype unknown = 0;
     for (const quint32 page : m_pages.freePages())
         m_seen.insert(page);
@@ -285,11 +285,9 @@ void Salvage::moveStrayRows()
         if (m_pages.kind(page) != PageFile::Kind::Leaf || m_seen.contains(page))
             continue;
         const auto records = m_pages.records(page);
-        if (std::ranges::all_of(records, isCounter))
-            std::ranges::for_each(records, [this](const RawRecord& record) { noteCounter(record); });
-        else if (std::ranges::all_of(records, isQuery))
-            std::ranges::for_each(records, [this](const RawRecord& record) { noteQuery(record); });
-        else if (const TableDef* table = tableOf(records))
+        if (records.empty() || noteCounters(records) || noteQueries(records))
+            continue;
+        if (const TableDef* table = tableOf(records))
             std::ranges::for_each(records, [&](const RawRecord& record) { move(record, *table); });
         else
             unknown += std::ssize(records);
@@ -389,16 +387,27 @@ void Salvage::countMissing()
         else if (const int pages = m_lostPages.value(table.name()); pages > 0 && (had == 0 || had < known))
             m_missing += QStringLiteral("%1, %2 pages").arg(table.name()).arg(pages);
     }
+    for (const auto& [table, pages] : {std::pair("stored queries", m_lostPages.value(QString(StoredQueries))),
+                                       std::pair("counters", m_lostPages.value(QStringLiteral("sqlite_sequence")))})
+        if (pages > 0)
+            m_missing += QStringLiteral("%1, %2 pages").arg(QLatin1String(table)).arg(pages);
     if (m_pages.unreadable() > 0)
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());
 }
 
-// Numbers already given out must not be given out again.
-void Salvage::noteCounter(const RawRecord& record)
+// Numbers already given out must not be given out again. False if the page's rows are no counters of tables.
+bool Salvage::noteCounters(const std::vector<RawRecord>& records)
 {
-    const auto* number = record.values.size() == 2 ? std::get_if<qint64>(&record.values[1]) : nullptr;
-    if (number)
-        raiseCounter(QString::fromUtf8(textOf(record.values[0])), *number);
+    const auto isPair = [](const RawRecord& record) {
+        return record.values.size() == 2 && std::holds_alternative<qint64>(record.values[1]);
+    };
+    const auto table = [](const RawRecord& record) { return QString::fromUtf8(textOf(record.values[0])); };
+    if (!std::ranges::all_of(records, isPair) ||
+        std::ranges::none_of(records, [&](const RawRecord& record) { return isMade(table(record)); }))
+        return false;
+    for (const RawRecord& record : records)
+        raiseCounter(table(record), std::get<qint64>(record.values[1]));
+    return true;
 }
 
 void Salvage::raiseCounter(const QString& table, qint64 number)

@@ -43,8 +43,8 @@ private:
     void move(const RawRecord& given, const TableDef& table);
     [[nodiscard]] bool insert(const RawRecord& record, const TableDef& table);
     void countMissing();
-    void noteQuery(const RawRecord& record);
-    void noteCounter(const RawRecord& record);
+    [[nodiscard]] bool noteQueries(const std::vector<RawRecord>& records);
+    [[nodiscard]] bool noteCounters(const std::vector<RawRecord>& records);
     void raiseCounter(const QString& table, qint64 number);
     void makeKeys();
     void makeQueries();
