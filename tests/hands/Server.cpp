@@ -39,14 +39,15 @@ struct NoTips : QObject {
     bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::ToolTip; }
 } noTips;
 
-// Does something through the server and returns when the program has received that many more events of the type.
+// Does something through the server and returns when the program has received that many more events of the type. A busy
+// disk may keep it for a while.
 template <class Action>
 void send(int type, int count, const Action& action)
 {
     const int before = counter.of[type];
     action();
     XSync(server, False);
-    for (const QDeadlineTimer end(10000); counter.of[type] < before + count; QThread::msleep(1))
+    for (const QDeadlineTimer end(30000); counter.of[type] < before + count; QThread::msleep(1))
         expect(!end.hasExpired(), "the program gets no event");
 }
 
