@@ -11,6 +11,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QTableView>
 #include <QTimer>
 
 #include <optional>
@@ -170,12 +171,13 @@ private:
         return all.section("= " + name + '\n', 1).section("\n\n", 0, 0);
     }
 
-    // The sizes of the grids, the parts that have two headings.
+    // The sizes of the grids, with their columns and headings.
     static QStringList gridsOf(const QWidget& form)
     {
         QStringList lines;
         for (const QString& shape : test::shapeOf(form))
-            lines += shape.count(" by ") == 2 ? QStringList("how wide " + shape) : QStringList();
+            if (form.findChild<QTableView*>(shape.section(':', 0, 0)))
+                lines += "how wide " + shape;
         return lines;
     }
 
@@ -244,12 +246,8 @@ private:
             screen.log.clear();
             qsizetype boxes = 0; // in the order in which they and dialogs came
             const auto tellBoxes = [&](bool all) {
-                for (; boxes < screen.told.size() && (all || screen.told[boxes]->shown); ++boxes) {
-                    const auto& box = *screen.told[boxes];
-                    m_seen += box.shown ? box.kind + ": " + box.title + ": " +
-                                              QString(box.text).remove('\r').replace('\n', "\\n")
-                                        : "not asked";
-                }
+                for (; boxes < screen.told.size() && (all || screen.told[boxes]->shown); ++boxes)
+                    m_seen += screen.told[boxes]->line();
             };
             QTimer opened;
             connect(&opened, &QTimer::timeout, this, [&] {

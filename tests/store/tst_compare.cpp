@@ -86,10 +86,11 @@ private:
             orlo::test::write(QDir().mkpath(QFileInfo(words[0]).path()) ? words[0] : QString(),
                               QByteArray::fromPercentEncoding(
                                   QString(rest).replace("\\r", "\r").replace("\\n", "\n").toUtf8(), '\\'));
-        else if (word == "zero")
-            orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), words[2].toInt(),
-                                                                   QByteArray(words[2].toInt(), '\0')));
-        else if (word == "copy")
+        else if (word == "zero" || word == "put") {
+            const QByteArray bytes = word == "put" ? QByteArray::fromPercentEncoding(words[2].toUtf8(), '\\')
+                                                   : QByteArray(words[2].toInt(), '\0');
+            orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), bytes.size(), bytes));
+        } else if (word == "copy")
             (void)(QDir().mkpath(QFileInfo(words[1]).path()) && QFile::copy(words[0], words[1]));
         else if (word == "cat")
             return QString(contents(words[0])).replace("\r\n", "\n").replace('\r', "\\r");

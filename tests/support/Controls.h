@@ -21,6 +21,12 @@ struct Told {
     QString title;
     bool shown = false;
     QString kind; ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
+
+    /// All of it in one line.
+    [[nodiscard]] QString line() const
+    {
+        return shown ? kind + ": " + title + ": " + QString(text).remove('\r').replace('\n', "\\n") : "not asked";
+    }
 };
 
 /// Handles the next modal window as soon as it is shown, by a function that returns false for a window it doesn't wait

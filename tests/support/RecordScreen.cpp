@@ -69,7 +69,7 @@ void RecordScreen::run(const QString& script, const std::function<void(const QSt
         else if (answers.contains(word))
             told.append(answerNext(answers[word]));
         else if (keys.contains(word))
-            QTest::keyClick(word == "E" ? &form : form.focusWidget(), keys[word]);
+            QTest::keyClick(form.focusWidget() ? form.focusWidget() : &form, keys[word]);
         else if (word.contains('=') && !form.findChild<QComboBox*>(word.section('=', 0, 0)))
             type("txt" + word.section('=', 0, 0), word.section('=', 1));
         else if (byHand(word))
@@ -206,11 +206,11 @@ QStringList RecordScreen::walk(const Words& added, const QStringList& lines, QSt
             QCoreApplication::processEvents();
         }
         if (!QApplication::activePopupWidget())
-            form.activateWindow(); // as a window manager does once a box is gone
+            form.activateWindow(); // as a window manager does once a box or an opened list is gone
         QCoreApplication::processEvents();
         seen += heard + (log.isEmpty() ? QStringList() : QStringList(log));
         for (const auto& box : std::as_const(told)) {
-            seen += box->shown ? box->title + ": " + box->text + " (" + box->kind + ')' : "not asked";
+            seen += box->line();
             box->shown = true; // it answers no later one
         }
         const QStringList now = look();

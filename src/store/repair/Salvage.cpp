@@ -236,20 +236,21 @@ bool Salvage::isOf(const std::vector<RawRecord>& records, const TableDef& table)
            (std::ranges::any_of(records, maybe) && std::ranges::none_of(m_tables, whole));
 }
 
-// False if the page's rows are no stored queries.
+// False if the page's rows, some of which may be damaged, are no stored queries.
 bool Salvage::noteQueries(const std::vector<RawRecord>& records)
 {
     static const QRegularExpression Select(QStringLiteral("^[\\s(]*Select\\b"),
                                            QRegularExpression::CaseInsensitiveOption);
-    const auto isPair = [](const RawRecord& record) {
-        return record.values.size() == 2 && !std::holds_alternative<qint64>(record.values[1]);
-    };
-    const auto text = [](const RawRecord& record) { return QString::fromUtf8(textOf(record.values[1])); };
-    if (!std::ranges::all_of(records, isPair) ||
-        std::ranges::none_of(records, [&](const RawRecord& record) { return text(record).contains(Select); }))
-        return false;
+    std::vector<QueryDef> found;
+    std::size_t selects = 0;
     for (const RawRecord& record : records)
-        m_queries.push_back({QString::fromUtf8(textOf(record.values[0])), text(record)});
+        if (record.values.size() == 2) {
+            found.push_back({QString::fromUtf8(textOf(record.values[0])), QString::fromUtf8(textOf(record.values[1]))});
+            selects += found.back().sql.contains(Select) ? 1 : 0;
+        }
+    if (2 * selects < records.size())
+        return false;
+    m_queries.insert(m_queries.end(), found.begin(), found.end());
     return true;
 }
 
@@ -395,18 +396,19 @@ void Salvage::countMissing()
         m_missing += QStringLiteral("%1 pages that can't be read from the disk").arg(m_pages.unreadable());
 }
 
-// Numbers already given out must not be given out again. False if the page's rows are no counters of tables.
+// Numbers already given out must not be given out again. False if the page's rows, some of which may be damaged or of a
+// table that is lost, are no counters.
 bool Salvage::noteCounters(const std::vector<RawRecord>& records)
 {
-    const auto isPair = [](const RawRecord& record) {
-        return record.values.size() == 2 && std::holds_alternative<qint64>(record.values[1]);
-    };
-    const auto table = [](const RawRecord& record) { return QString::fromUtf8(textOf(record.values[0])); };
-    if (!std::ranges::all_of(records, isPair) ||
-        std::ranges::none_of(records, [&](const RawRecord& record) { return isMade(table(record)); }))
-        return false;
+    QMap<QString, qint64> found;
     for (const RawRecord& record : records)
-        raiseCounter(table(record), std::get<qint64>(record.values[1]));
+        if (const auto* number = record.values.size() == 2 ? std::get_if<qint64>(&record.values[1]) : nullptr)
+            if (const QString table = QString::fromUtf8(textOf(record.values[0])); isMade(table))
+                found.insert(table, *number);
+    if (2 * std::size_t(found.size()) < records.size())
+        return false;
+    for (auto counter = found.cbegin(); counter != found.cend(); ++counter)
+        raiseCounter(counter.key(), counter.value());
     return true;
 }
 
