@@ -28,7 +28,8 @@ using widgets::ListBox;
 namespace
 {
 
-// Hears each signal of a control that buttons or the classes of this system have.
+// Hears each signal of a control that buttons or the classes of this system have; without a slot for each signature, as
+// Qt calls a slot by its number.
 struct Listener : QObject {
     std::function<void(const QString&)> hear;
     Listener(QObject& heard, std::function<void(const QString&)> does) : QObject(&heard), hear(std::move(does))
@@ -171,10 +172,10 @@ struct Hall : widgets::Form {
         {"up", [this](const Args&) { QTest::keyRelease(focusWidget(), Qt::Key_Alt); }},
         {"again", // as a busy program gets a key that repeats
          [this](const Args& a) {
-             at += 1000;
+             repeatedAt += 1000;
              for (int step = 0; step < 4; ++step) {
                  QKeyEvent key(step % 2 ? QEvent::KeyRelease : QEvent::KeyPress, QKeySequence(a[0])[0].key(), {}, " ");
-                 key.setTimestamp(at + (step ? 500 : 0));
+                 key.setTimestamp(repeatedAt + (step ? 500 : 0));
                  QCoreApplication::sendEvent(focusWidget(), &key);
              }
          }},
@@ -205,7 +206,7 @@ struct Hall : widgets::Form {
              activateWindow();
              QVERIFY(QTest::qWaitForWindowActive(this));
          }}};
-    quint64 at = 0; // of the last such key, milliseconds
+    quint64 repeatedAt = 0; // milliseconds
     test::RecordScreen screen{*this};
 
     explicit Hall(QStringList& log) : Form(widgets::FormKind::Window), told(log)
