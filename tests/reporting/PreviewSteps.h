@@ -73,6 +73,7 @@ private:
     void mouse(const QString& word, int page, QPointF point, bool shift) const;
     // The colour of a page's point, or of a list's pixel.
     QColor colorAt(const QString& where, QPointF point) const;
+    QString colorsAlong(const QString& where, int at, bool down) const;
     OpenPreview m_preview;
     QStringList m_told;
 };
