@@ -156,9 +156,10 @@ QStringList PreviewSteps::run(const QString& step)
                        .arg(view().verticalScrollBar()->singleStep())
                        .arg(m_preview.opened.width())
                        .arg(m_preview.opened.height());
-    else if (word == "color")
-        seen += colorAt(part(0), point(1)).name();
-    else if (word == "read")
+    else if (word == "color") { // at a point of a page
+        const QPointF there = view().inViewport(number(0) - 1, {point(1), QSizeF()}).topLeft();
+        seen += view().viewport()->grab().toImage().pixelColor(there.toPoint()).name();
+    } else if (word == "read")
         seen += QStringList{reader().text(0, reader().characterCount()).replace('\n', "\\n"), readerParts()};
     else if (word == "line") { // the line at a place of the text, and the letter there
         QPoint ends;
@@ -191,7 +192,7 @@ QStringList PreviewSteps::run(const QString& step)
         QImage blank(there);
         blank.fill(there.pixelColor(0, 0));
         seen += there == blank ? "blank" : "ink";
-    } else if (word == "across" || word == "down") // the colours along a line of what is shown, and where each begins
+    } else if (word == "across" || word == "down") // the colours along a line, and where each begins
         seen += "how " + rest + " is painted:" + colorsAlong(part(0), number(1), word == "down");
     else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
         mouse(word, number(0) - 1, point(1), part(3) == "Shift");
@@ -300,19 +301,6 @@ QString PreviewSteps::colorsAlong(const QString& where, int at, bool down) const
         if (const QString color = image.pixelColor(i, at).name(); std::exchange(last, color) != color)
             runs += QString(" %1 %2").arg(i).arg(color);
     return runs;
-}
-
-QColor PreviewSteps::colorAt(const QString& where, QPointF point) const
-{
-    bool isPage = false;
-    const int page = where.toInt(&isPage) - 1;
-    auto& area = isPage ? view() : *m_preview.child<QAbstractScrollArea>(where);
-    const QImage image = area.viewport()->grab().toImage();
-    const QPointF at = isPage ? view().inViewport(page, {point, QSizeF()}).topLeft() : point;
-    const QPoint pixel = (at * image.devicePixelRatio()).toPoint();
-    if (!image.valid(pixel))
-        fail("nothing is shown there: " + where);
-    return image.pixelColor(pixel);
 }
 
 } // namespace orlo::test
