@@ -186,15 +186,15 @@ QStringList PreviewSteps::run(const QString& step)
             seen += QString::number(text.boxes(hit.from, hit.to).size()) + ": " +
                     text.text().mid(hit.from, hit.to - hit.from).replace(PageText::LineBreak, "\\n");
         }
-    else if (word == "ink") { // whether a part of a list has more than one colour
-        const QRect area(number(1), number(2), number(3), number(4));
-        const QImage there = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab(area).toImage();
-        QImage blank(there);
-        blank.fill(there.pixelColor(0, 0));
-        seen += there == blank ? "blank" : "ink";
-    } else if (word == "across" || word == "down") // the colours along a line, and where each begins
-        seen += "how " + rest + " is painted:" + colorsAlong(part(0), number(1), word == "down");
-    else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
+    else if (word == "across" || word == "down") { // the colours along a line, and where each begins
+        QImage image = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab().toImage();
+        image = word == "down" ? image.transformed(QTransform(0, 1, 1, 0, 0, 0)) : image;
+        QString colors, last;
+        for (int i = 0; i < image.width(); ++i)
+            if (const QString color = image.pixelColor(i, number(1)).name(); std::exchange(last, color) != color)
+                colors += QString(" %1 %2").arg(i).arg(color);
+        seen += "how " + rest + " is painted:" + colors;
+    } else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
         mouse(word, number(0) - 1, point(1), part(3) == "Shift");
     else
         fail("no such step: " + step);
@@ -289,18 +289,6 @@ void PreviewSteps::mouse(const QString& word, int page, QPointF point, bool shif
     QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button,
                       held, shift ? Qt::ShiftModifier : Qt::NoModifier);
     QApplication::sendEvent(view().viewport(), &event);
-}
-
-QString PreviewSteps::colorsAlong(const QString& where, int at, bool down) const
-{
-    QImage image = m_preview.child<QAbstractScrollArea>(where)->viewport()->grab().toImage();
-    if (down)
-        image = image.transformed(QTransform(0, 1, 1, 0, 0, 0));
-    QString runs, last;
-    for (int i = 0; i < image.width(); ++i)
-        if (const QString color = image.pixelColor(i, at).name(); std::exchange(last, color) != color)
-            runs += QString(" %1 %2").arg(i).arg(color);
-    return runs;
 }
 
 } // namespace orlo::test

@@ -71,7 +71,6 @@ private:
     void wheel(int notches, Qt::KeyboardModifiers modifiers) const;
     // press, right, move, drag, release and double, at a point of a page
     void mouse(const QString& word, int page, QPointF point, bool shift) const;
-    QString colorsAlong(const QString& where, int at, bool down) const;
     OpenPreview m_preview;
     QStringList m_told;
 };
