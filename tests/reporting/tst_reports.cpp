@@ -63,7 +63,7 @@ class tst_reports : public QObject
     {
         RunRequest request;
         request.reportFile = ORLO_SOURCE_DIR "/src/reports/files/" + file;
-        request.databases = {{0, "full"}, {1, "full"}};
+        request.databases = {{0, "full"}, {1, "full"}, {2, ""}};
         request.selectionFormula = selection;
         return request;
     }
@@ -206,22 +206,30 @@ private Q_SLOTS:
             test::write(m_dir.filePath(name), bytes);
         };
         const auto names = [&](QStringList files) { return files.replaceInStrings(m_dir.path() + '/', "").join(' '); };
-        write("style.inc", fileOf("style.inc")); // above the report, as it is for the examples
+        write("style.inc", fileOf("style.inc").leftJustified(4'000'000)); // above the report, as large as it may be
         QVERIFY(QDir(m_dir.path()).mkdir("examples"));
-        write("examples/own.rpt", "\xEF\xBB\xBF" + fileOf("own.rpt"));
+        write("examples/own.rpt", fileOf("own.rpt") + "# \xE9\n");
+        write("examples/mark.png", fileOf("green.png").leftJustified(4'000'001));
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("examples/own.rpt");
-        QCOMPARE(names(run(wanted)->files), "examples/own.rpt style.inc examples/pack.inc examples/pack.png "
-                                            "examples/mark.png examples/sub.png");
+        const auto own = run(wanted);
+        QCOMPARE(names(own->files + own->warnings.mid(0, 5)),
+                 "examples/own.rpt style.inc examples/pack.inc examples/pack.png examples/mark.png examples/sub.png "
+                 "The file own.rpt isn't UTF-8, so its accented letters may be wrong. The file style.inc isn't UTF-8, "
+                 "so its accented letters may be wrong. The picture can't be read. (line 13, column 20) The font "
+                 "\"No Such\" isn't installed; another takes its place. (style.inc, line 1, column 7) "
+                 "This reaches beyond the right margin. (own.rpt, line 12, column 6)");
         QStringEncoder asNotepad(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
         write("examples/own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         for (const auto& [file, bytes, told, files] : // the last ones too large, and broken off
              {std::tuple("style.inc", QByteArray("page-header {\ntext 0 = {None}\n}\n"),
                          "There is no field {None}. (style.inc, line 2, column 10)", "examples/own.rpt style.inc"),
               {"style.inc", QByteArray(4'000'001, ' '), "The file \"style.inc\" can't be found.", "style.inc"},
+              {"examples/style.inc", "let {X} = {Own}", "There is no field {Own}. (style.inc, line 1, column 11)",
+               "examples/own.rpt examples/style.inc"},
               {"examples/own.rpt", QByteArray(4'000'001, ' '), "This is no report file. (own.rpt)", ""},
-              {"examples/own.rpt", "let {X} = 1 +\\", "\"\\\" has no meaning here. (own.rpt, line 1, column 14)",
-               ""}}) {
+              {"examples/own.rpt", "\xEF\xBB\xBFlet {X} = 1 +\\",
+               "\"\\\" has no meaning here. (own.rpt, line 1, column 14)", ""}}) {
             write(file, bytes);
             const auto refused = test::failureOf<ReportError>([&] { return run(wanted); });
             QVERIFY2(refused->description().startsWith(told), qPrintable(refused->description()));
@@ -246,20 +254,17 @@ private Q_SLOTS:
         for (const QRegularExpressionMatch& match : block.globalMatch(manual)) {
             const QString kind = match.captured(2);
             QStringList lines = match.captured(4).chopped(1).split(u'\n');
-            for (QString& line : lines)
-                line = line.mid(match.captured(1).size());
+            lines.replaceInStrings(QRegularExpression('^' + match.captured(1)), "");
             if (kind == "diff") {
                 const QString path = folder.filePath(match.captured(3));
                 const QString before = QString::fromUtf8(test::contents(path));
-                const auto marked = [&](QChar mark) {
-                    QString text;
-                    for (const QString& line : lines)
-                        if (line.startsWith(mark))
-                            text += line.mid(1) + u'\n';
-                    return text;
+                const auto marked = [&](const char* mark) {
+                    static const QRegularExpression sign("^.");
+                    return QStringList(lines.filter(QRegularExpression(mark))).replaceInStrings(sign, "").join(u'\n') +
+                           u'\n';
                 };
-                QCOMPARE(before.count(marked(u'-')), 1);
-                test::write(path, QString(before).replace(marked(u'-'), marked(u'+')).toUtf8());
+                QCOMPARE(before.count(marked("^-")), 1);
+                test::write(path, QString(before).replace(marked("^-"), marked("^[+]")).toUtf8());
                 if (path.endsWith(".rpt"))
                     wanted.reportFile = path;
             } else if (kind == "rpt") {
@@ -276,18 +281,16 @@ private Q_SLOTS:
                 ++told;
             }
         }
-        QVERIFY(told >= 15);
 
         static const QRegularExpression row("^\\|.*\\| `([^|]+)` \\| `([^|]*)` \\|$",
                                             QRegularExpression::MultilineOption);
-        int computed = 0;
         for (const QRegularExpressionMatch& match : row.globalMatch(manual)) {
             const QString page =
                 textOf(runText("source {\nSelect 1 As A\n}\ndetail {\ntext 0 = " + match.captured(1) + "\n}\n"));
             QCOMPARE(match.captured(1) + " = " + page.trimmed(), match.captured(1) + " = " + match.captured(2));
-            ++computed;
+            ++told;
         }
-        QVERIFY(computed > 35);
+        QVERIFY(told > 50);
     }
 
     // However long the names, 8 points stay free between a text and the next one.
@@ -343,18 +346,18 @@ private Q_SLOTS:
     // Reading, sorting, layout and export report their progress, and each can be cancelled.
     void tellsItsProgress()
     {
-        RunRequest many = request("PurchaseList.rpt");
+        RunRequest many = request({}, "Length(\"\") = 0");
         many.reportFile = ORLO_SOURCE_DIR "/tests/reporting/many.rpt";
         QList<int> told;
-        const auto document = run(many, [&](int done, int total) {
-            told << done * 100 / total;
-            return true;
-        });
+        const auto document = run(
+            many, [&](int done, int total) { return told << done * 100 / total, true; },
+            [](Document&&) { QFAIL("its pages compute with their number"); });
         QVERIFY2(document->rows.size() > 2000, qPrintable(QString::number(document->rows.size())));
-        QVERIFY(std::is_sorted(told.begin(), told.end()));
+        QVERIFY(std::is_sorted(told.begin(), told.end()) && told.count(0) > 1 && told.count(15) > 8);
+        told.erase(std::unique(told.begin(), told.end()), told.end());
         for (const int end : {15, 20, 30, 80, 92, 100}) {
             const auto phase = std::ranges::count_if(told, [&](int percent) { return percent < end; });
-            QVERIFY2(phase > 0, qPrintable(QString::number(end)));
+            QVERIFY2(phase > 4, qPrintable(QString::number(end)));
             told.remove(0, phase);
         }
         for (int calls = 1; calls < 20; calls += 3)
