@@ -36,9 +36,10 @@ struct TableInfo {
 class Connection
 {
 public:
-    enum class Mode { Open, Create, View };
+    enum class Mode { Open, Create, View, Check };
 
-    /// Opens the file, creates it, or opens it read-only. Raises as DBEngine does.
+    /// Opens the file, creates it, or opens it read-only, for Check with the conditions of its tables. Raises as
+    /// DBEngine does.
     Connection(const QString& path, Mode mode);
     ~Connection();
     Connection(const Connection&) = delete;

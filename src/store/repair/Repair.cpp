@@ -55,7 +55,7 @@ bool compact(const QString& file)
 
 QStringList DBEngine::checkDatabase(const QString& path)
 {
-    Connection connection(path, Connection::Mode::View);
+    Connection connection(path, Connection::Mode::Check);
     return faultsOf(connection, 20);
 }
 
