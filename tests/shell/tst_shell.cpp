@@ -3,6 +3,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/TakeoverNotice.h"
+#include "shell/frame/WorkArea.h"
 #include "shell/frame/frmAbout.h"
 #include "shell/frame/frmSplash.h"
 #include "shell/frame/mdiPendrake.h"
@@ -189,31 +190,50 @@ private Q_SLOTS:
         QCOMPARE(told->text, "System Information Is Unavailable At This Time");
     }
 
-    // The star and the tent are the same on both sides, and through the door the ground shows.
+    // Points of the work area, in the usual colours and, smaller, in others that are set meanwhile: "." the ground,
+    // "#" the star and the tent, "+" their edges.
     void emblem()
     {
-        auto& frame = mdiPendrake::instance();
-        frame.show();
-        const auto* area = test::control<QMdiArea>(frame, "mdiArea").viewport();
-        QImage image = const_cast<QWidget*>(area)->grab().toImage().convertToFormat(QImage::Format_RGB32);
-        image = image.copy(0, 0, image.width() / 2 * 2, image.height());
-        const QImage mirrored = image.mirrored(true, false);
-        int differing = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                differing += std::abs(image.pixelColor(x, y).lightness() - mirrored.pixelColor(x, y).lightness()) > 8;
-        QVERIFY2(differing < 40, qPrintable(QString::number(differing)));
-        const int side = std::min({240, area->width() / 2, area->height() / 2});
-        const auto isInked = [&](int x, int y) {
-            return image.pixelColor((area->width() - side) / 2 + side * x / 256,
-                                    (area->height() - side) / 2 + side * y / 256) != image.pixelColor(0, 0);
-        };
-        const QColor text = area->palette().color(QPalette::WindowText);
-        const QColor ground = widgets::mixed(text, area->palette().color(QPalette::Window), 8);
-        QCOMPARE(image.pixelColor(0, 0), ground);
-        QCOMPARE(image.pixelColor(area->width() / 2, (area->height() - side) / 2 + side * 56 / 256),
-                 widgets::mixed(text, ground, 7));
-        QVERIFY(!isInked(128, 200) && isInked(128, 56) && isInked(60, 205) && isInked(128, 120) && !isInked(128, 98));
+        WorkArea area;
+        area.show();
+        QStringList seen;
+        for (const QSize size : {QSize(600, 500), QSize(300, 400), QSize(400, 300)}) {
+            area.resize(size);
+            const QColor text = area.palette().color(QPalette::WindowText);
+            const QColor ground = widgets::mixed(text, area.palette().color(QPalette::Window), 8);
+            const QImage image = area.viewport()->grab().toImage();
+            for (int y = 0; y < image.height(); y += 20) {
+                seen += QString();
+                for (int x = 0; x < image.width(); x += 10) {
+                    const QColor color = image.pixelColor(x, y);
+                    seen.last() += color == ground ? '.' : color == widgets::mixed(text, ground, 7) ? '#' : '+';
+                }
+            }
+            area.setPalette(QPalette(Qt::darkBlue));
+        }
+        test::comparePicture(seen, test::contents(test::fileOfTests("shell/emblem.txt")));
+    }
+
+    // A new main window has room for 148 digits and 52 lines; one that is larger than the screen is maximised.
+    void fitsItsLetters()
+    {
+        const auto back = qScopeGuard([usual = QApplication::font()] { QApplication::setFont(usual); });
+        for (const auto& [pixels, stretch] : {std::pair(7, 100), {10, 100}, {15, 50}}) {
+            QFont letters = QApplication::font();
+            letters.setPixelSize(pixels);
+            letters.setStretch(stretch);
+            QApplication::setFont(letters);
+            auto& frame = mdiPendrake::instance();
+            const QFontMetrics room = frame.fontMetrics();
+            const QSize wanted(148 * room.horizontalAdvance(u'0'), 52 * room.height());
+            const QSize fitting = wanted.boundedTo(frame.screen()->availableSize() -
+                                                   QSize(0, frame.style()->pixelMetric(QStyle::PM_TitleBarHeight)));
+            frame.show();
+            QCOMPARE(frame.isMaximized(), fitting != wanted);
+            frame.showNormal();
+            QTRY_COMPARE(frame.size(), fitting);
+            delete &frame;
+        }
     }
 
     void menuTree()
