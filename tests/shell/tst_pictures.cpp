@@ -117,7 +117,7 @@ private Q_SLOTS:
                        (window.size().expandedTo(wanted) == window.size() ? QStringList() : QStringList("too small"));
             QDebug(&(places["place of"] = "place of the window: ")).nospace()
                 << window.geometry() << window.windowFlags();
-            for (const QString& place : test::placesOf(form) + gridsOf(form))
+            for (const QString& place : test::placesOf(form) + gridsOf(form) + test::paintOf(form))
                 places[place.section(':', 0, 0)] = place;
         }));
         seen.replaceInStrings(QRegularExpression("^(cboZoom: |lblVersion: \"Version \\d).*"),

@@ -189,8 +189,10 @@ QStringList pictureOf(const QWidget& form, What what)
     const auto* focus = form.focusWidget();
     const bool isEditor = focus && focus->objectName().isEmpty() && focus->parentWidget();
     const auto* place = isEditor ? focus->parentWidget()->parentWidget() : focus;
-    return lines + QStringList("focus: " + (place ? place->objectName() : "nothing") +
-                               (isEditor ? ", typing " + stateOf(*focus, what) : ""));
+    return lines +
+           QStringList("focus: " + (place ? place->objectName() : "nothing") +
+                       (isEditor ? ", typing " + stateOf(*focus, what) : "")) +
+           (isPainted ? paintOf(form) : QStringList());
 }
 
 QStringList changesOf(const QStringList& before, const QStringList& now)
@@ -208,10 +210,16 @@ QStringList changesOf(const QStringList& before, const QStringList& now)
 void comparePicture(const QStringList& seen, const QString& wanted)
 {
     QStringList shown = seen, lines = wanted.trimmed().split(u'\n');
-    if (QSysInfo::productType() == u"windows" || QFontInfo(QApplication::font()).family() != u"DejaVu Sans")
-        for (QStringList* either : {&shown, &lines}) // other letters take other room, another Qt has other words
-            either->removeIf(
-                [](const QString& line) { return line.startsWith(u"place of ") || line.startsWith(u"how "); });
+    const bool others =
+        QSysInfo::productType() == u"windows" || QFontInfo(QApplication::font()).family() != u"DejaVu Sans";
+    const bool paintsOtherwise = others || !QLatin1String(qVersion()).startsWith(QLatin1String("6.4."));
+    for (QStringList* either : {&shown, &lines}) // other letters take other room, another Qt has other words
+        either->removeIf([&](const QString& line) {
+            return (others && (line.startsWith(u"place of ") || line.startsWith(u"how "))) ||
+                   (paintsOtherwise && line.startsWith(u"paint of "));
+        });
+    if (std::exchange(isPainted, false))
+        QApplication::setPalette(QPalette());
     if (shown != lines)
         qWarning("%s", qPrintable(seen.join(u'\n')));
     QCOMPARE(shown, lines);
@@ -259,6 +267,99 @@ QStringList placesOf(const QWidget& form)
             lines += QString::asprintf("place of %s: %d,%d %dx%d", qPrintable(control->objectName()), at.x(), at.y(),
                                        control->width(), control->height());
     return lines;
+}
+
+QStringList paintOf(const QWidget& form)
+{
+    struct Paint {
+        int pixels = 0;
+        QRect box;
+        int run = 0; // the longest one of pixels side by side
+    };
+    constexpr int Letter = 12; // no letter has so long a run
+    constexpr int Corner = 4;  // a round one mixes the colours around it
+    constexpr int Alike = 60;  // such are the shades of a button, three lines high at most, which aren't told
+    const auto distance = [](QRgb a, QRgb b) {
+        return std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) + std::abs(qBlue(a) - qBlue(b));
+    };
+    const auto told = [](const QString& color, const Paint& paint) {
+        const QRect& box = paint.box;
+        return QString::asprintf("; %s %d,%d %dx%d (%d)", qPrintable(color), box.x(), box.y(), box.width(),
+                                 box.height(), paint.pixels);
+    };
+    const QImage image = const_cast<QWidget&>(form).grab().toImage().convertToFormat(QImage::Format_RGB32);
+    QList<std::pair<QString, QRect>> controls{{isOwn(form) ? form.objectName() : "window", form.rect()}};
+    QList<int> owners(image.width() * image.height()); // the innermost control at each pixel
+    for (const auto* control : form.findChildren<QWidget*>()) {
+        if (!control->isVisible() || control->window() != form.window() || control->objectName().isEmpty() ||
+            control->objectName().startsWith("qt"))
+            continue;
+        QRect place(control->mapTo(&form, QPoint()), control->size());
+        for (const auto* around = control->parentWidget(); around != &form; around = around->parentWidget())
+            place &= QRect(around->mapTo(&form, QPoint()), around->size());
+        place &= image.rect();
+        for (int y = place.top(); y <= place.bottom(); ++y)
+            std::fill_n(owners.begin() + y * image.width() + place.left(), place.width(), int(controls.size()));
+        controls.emplaceBack(isOwn(*control) ? control->objectName() : QString(), place);
+    }
+    QList<QMap<QRgb, Paint>> paints(controls.size());
+    for (int at = 0, run = 0; at < owners.size(); ++at) {
+        const QPoint point(at % image.width(), at / image.width());
+        const QRgb color = image.pixel(point);
+        const QRect& place = controls[owners[at]].second;
+        const QPoint inner = point - place.topLeft(), outer = place.bottomRight() - point;
+        run = inner.x() > 0 && owners[at - 1] == owners[at] && image.pixel(point.x() - 1, point.y()) == color ? run + 1
+                                                                                                              : 1;
+        if (std::min(inner.x(), outer.x()) + std::min(inner.y(), outer.y()) < Corner)
+            continue;
+        Paint& paint = paints[owners[at]][color];
+        ++paint.pixels;
+        paint.box |= QRect(inner, QSize(1, 1));
+        paint.run = std::max(paint.run, run);
+    }
+    QStringList lines;
+    for (qsizetype at = 0; at < paints.size(); ++at) {
+        const auto& colors = paints[at];
+        QList<QRgb> others = colors.keys();
+        std::ranges::stable_sort(others, std::ranges::greater(), [&](QRgb color) { return colors[color].pixels; });
+        if (controls[at].first.isEmpty() || others.isEmpty() ||
+            (at > 0 && others == QList{form.palette().window().color().rgb()}))
+            continue;
+        QList<QRgb> areas{others.takeFirst()};
+        QString line = "paint of " + controls[at].first + ": " + QColor(areas[0]).name();
+        const auto isArea = [&](QRgb color) { return colors[color].run >= Letter; };
+        QRgb ink = areas[0];
+        for (const QRgb color : others)
+            if (!isArea(color))
+                ink = distance(color, areas[0]) > distance(ink, areas[0]) ? color : ink;
+            else if (colors[color].pixels > 3 * colors[color].box.width() ||
+                     std::ranges::none_of(areas, [&](QRgb area) { return distance(area, color) < Alike; })) {
+                areas += color;
+                line += told(QColor(color).name(), colors[color]);
+            }
+        Paint text;
+        for (const QRgb color : others)
+            if (!isArea(color) && 2 * distance(color, areas[0]) > distance(ink, areas[0])) {
+                text.pixels += colors[color].pixels;
+                text.box |= colors[color].box;
+            }
+        lines += line + (text.pixels > 0 ? told("ink " + QColor(ink).name(), text) : QString());
+    }
+    return lines;
+}
+
+void showColours(const QString& scheme)
+{
+    const bool light = scheme == "light", dark = scheme == "dark"; // otherwise with a stark contrast
+    QPalette palette(QColor(light ? 0xefefef : dark ? 0x2d2f33 : 0x000000));
+    palette.setColor(QPalette::Base, light ? 0xffffff : dark ? 0x1e2023 : 0x000000);
+    palette.setColor(QPalette::Highlight, light ? 0x308cc6 : dark ? 0x4678be : 0xffff00);
+    palette.setColor(QPalette::HighlightedText, light || dark ? Qt::white : Qt::black);
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) // as faint as on some desktops
+        palette.setColor(QPalette::Disabled, role, light ? 0xbebebe : dark ? 0x55575b : 0x3ff23f);
+    QApplication::style()->polish(palette); // as it polishes the desktop's
+    QApplication::setPalette(palette);
+    isPainted = true;
 }
 
 QStringList traitsOf(const QWidget& form)

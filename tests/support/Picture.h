@@ -8,6 +8,7 @@ namespace orlo::test
 {
 
 enum class What { Everything, Changing };
+inline bool isPainted = false; ///< pictures tell what is painted, too, until they are compared
 
 /// What a form shows, a line for each control, "cmdSave: "&Save", default, off". Lists and grids give their rows, the
 /// chosen ones marked with a star; the line "focus" names the control that has it. What is the same for the form's
@@ -23,6 +24,12 @@ QStringList tabOrderOf(const QWidget& form);
 QStringList shapeOf(const QWidget& form);
 /// Where the visible controls are in the form, and their sizes; left out of a comparison where the letters are others.
 QStringList placesOf(const QWidget& form);
+/// What is painted of the visible controls, apart from those in them: the ground's colour, other colours that fill
+/// lines or areas, and the ink's, the farthest from the ground; each with its box in the control and its number of
+/// pixels. Compared with Qt 6.4 and DejaVu only.
+QStringList paintOf(const QWidget& form);
+/// Gives the program a desktop's colours, "light", "dark" or "stark", until pictures are compared.
+void showColours(const QString& scheme);
 /// How the controls work whatever they hold, as far as that isn't usual.
 QStringList traitsOf(const QWidget& form);
 

@@ -113,7 +113,11 @@ bool RecordScreen::byHand(const QString& word) const
         return view && at.size() > 2 ? view->visualRect(view->model()->index(at[1].toInt(), at[2].toInt())).center()
                                      : target()->rect().center();
     };
-    if (word.startsWith("today:"))
+    if (word == "paint")
+        isPainted = true;
+    else if (word.startsWith("colours:"))
+        showColours(value);
+    else if (word.startsWith("today:"))
         platform::setToday(platform::readDate(value)->date);
     else if (word.startsWith("key:"))
         sendKey(false);

@@ -41,7 +41,8 @@ struct RecordScreen {
     /// Does one thing as hands do it, if the word is one: "key:Ctrl+C", "held:Return" (a key that repeats) and
     /// "type:text" go to the focus, "press:cmdX", "ctrl:", "shift:", "twice:" and "right:" (double clicks) and "wheel:"
     /// to a control or a grid's cell, "fgX,0,1"; "tip:" logs what shows there, "wide:fgX,1,90" drags a heading;
-    /// "box:Ctrl+Y,N" sends keys to the next box until it is answered; "close" presses its close box.
+    /// "box:Ctrl+Y,N" sends keys to the next box until it is answered; "close" presses its close box. From "paint" or
+    /// "colours:dark" on, the pictures tell what is painted, too.
     bool byHand(const QString& word) const;
     /// Does words that a test adds to these, "word=a,b" with tildes for blanks, and words of run(). A failure is told
     /// by its number.

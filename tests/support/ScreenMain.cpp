@@ -31,5 +31,6 @@ public:
 int main(int argc, char** argv)
 {
     const TestApplication application(argc, argv);
+    QApplication::setCursorFlashTime(0); // for pictures of it
     return orlo::test::runTests(QApplication::arguments());
 }

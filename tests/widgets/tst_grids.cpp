@@ -201,22 +201,6 @@ private Q_SLOTS:
     void records_data() { test::cases({"case"}, "widgets/grids_records.txt"); }
     void records() { play<Records>(); }
 
-    void tints()
-    {
-        QStringList told;
-        Records records(told);
-        records.grid.setRow(0);
-        records.grid.show();
-        const auto* caption = records.grid.findChild<QLabel*>("caption");
-        QVERIFY(caption->isVisible() && caption->geometry().bottom() < records.grid.viewport()->y());
-        const QImage painted = records.grid.viewport()->grab().toImage();
-        QSet<QRgb> grounds; // of the current row, another one and the empty line
-        for (const int row : {0, 1, 3})
-            grounds +=
-                painted.pixel(records.grid.visualRect(records.grid.model()->index(row, 1)).topLeft() + QPoint(3, 3));
-        QCOMPARE(grounds.size(), 3);
-    }
-
     // The records are read as they come into view; reading all of them for each step would take minutes here.
     void manyRecords()
     {
