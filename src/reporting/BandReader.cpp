@@ -250,13 +250,12 @@ void BandReader::readPicture(Element& element)
     element.left = m_lines.across();
     element.width = m_lines.across();
     element.height = m_lines.length();
-    const Place place = m_lines.place();
     const QString path = wantedFile();
     if (!QFileInfo::exists(path))
         return;
     QImage picture;
     if (QFileInfo(path).size() > MaxPictureSize || !picture.load(path)) {
-        m_definition.warnings << withPlace(QStringLiteral("The picture can't be read."), place, {});
+        element.picture = Element::UnreadPicture;
         return;
     }
     element.picture = int(m_definition.pictures.size());

@@ -82,6 +82,8 @@ struct Length {
 /// An element of a row. Positions count from the left margin.
 struct Element {
     enum class Kind { Text, TickBox, Subreport, Line, Rule, Bar, Picture, Rows };
+    static constexpr int NoPicture = -1;
+    static constexpr int UnreadPicture = -2;
     Kind kind = Kind::Text;
     Length left;
     Length width;         ///< none: up to the right margin
@@ -91,7 +93,7 @@ struct Element {
     int style = 0;            ///< index in Definition::styles
     Formula styleChoice;      ///< gives the style's name; empty if the style is fixed
     QColor color = Qt::black; ///< of a line, rule or bar
-    int picture = -1;         ///< index in Definition::pictures
+    int picture = NoPicture;  ///< index in Definition::pictures, NoPicture or UnreadPicture
     std::vector<Row> rows;    ///< stacked, beside the other elements
     Formula formula;
     QString subreport;

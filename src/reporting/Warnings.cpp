@@ -73,6 +73,8 @@ private:
             const double from = left + element.left.in(right - left);
             if (from + element.width.in(right - left) + element.thickness > right + PageTolerance)
                 warn(QStringLiteral("This reaches beyond the right margin."), element.place);
+            if (element.picture == Element::UnreadPicture)
+                warn(QStringLiteral("The picture can't be read."), element.place);
             if (element.picture >= 0 && element.height > m_bodyHeight)
                 warn(QStringLiteral("This picture is higher than a page's room for it."), element.place);
             if (element.kind == Element::Kind::Text)

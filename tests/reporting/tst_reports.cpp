@@ -216,9 +216,9 @@ private Q_SLOTS:
         QCOMPARE(names(own->files + own->warnings.mid(0, 5)),
                  "examples/own.rpt style.inc examples/pack.inc examples/pack.png examples/mark.png examples/sub.png "
                  "The file own.rpt isn't UTF-8, so its accented letters may be wrong. The file style.inc isn't UTF-8, "
-                 "so its accented letters may be wrong. The picture can't be read. (line 13, column 20) The font "
-                 "\"No Such\" isn't installed; another takes its place. (style.inc, line 1, column 7) "
-                 "This reaches beyond the right margin. (own.rpt, line 12, column 6)");
+                 "so its accented letters may be wrong. The font \"No Such\" isn't installed; another takes its place. "
+                 "(style.inc, line 1, column 7) This reaches beyond the right margin. (own.rpt, line 12, column 6) "
+                 "The picture can't be read. (own.rpt, line 13, column 9)");
         QStringEncoder asNotepad(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
         write("examples/own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         for (const auto& [file, bytes, told, files] : // the last ones too large, and broken off

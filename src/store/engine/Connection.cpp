@@ -47,7 +47,7 @@ std::shared_ptr<Made> made(QCache<Key, std::shared_ptr<Made>>& cache, const Key&
 } // namespace
 
 Connection::Connection(const QString& path, Mode mode)
-    : m_path(path), m_file(platform::nativePath(path)), m_viewed(mode == Mode::View || mode == Mode::Check)
+    : m_path(path), m_file(platform::nativePath(path)), m_viewed(mode == Mode::View)
 {
     try {
         open(mode);

@@ -36,10 +36,9 @@ struct TableInfo {
 class Connection
 {
 public:
-    enum class Mode { Open, Create, View, Check };
+    enum class Mode { Open, Create, View };
 
-    /// Opens the file, creates it, or opens it read-only, for Check with the conditions of its tables. Raises as
-    /// DBEngine does.
+    /// Opens the file, creates it, or opens it read-only. Raises as DBEngine does.
     Connection(const QString& path, Mode mode);
     ~Connection();
     Connection(const Connection&) = delete;

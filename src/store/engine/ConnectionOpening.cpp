@@ -63,9 +63,7 @@ void Connection::open(Mode mode)
     else
         checkFile();
     if (m_viewed) {
-        // SQLite passes over the conditions of a file that is opened read-only.
-        flags = mode == Mode::Check ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
-        flags |= SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI;
+        flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI;
         name = QUrl::fromLocalFile(m_file).toEncoded() + (changesWith(m_file) ? "" : "?immutable=1");
     }
     const int code = sqlite3_open_v2(name.constData(), &m_db, flags, filesOfKeptJournals());
@@ -73,7 +71,7 @@ void Connection::open(Mode mode)
         refuseFile(mode == Mode::Create ? platform::PathFileAccess : platform::CannotLockFile);
     harden();
     if (m_viewed)
-        run("PRAGMA query_only=ON;SELECT count(*) FROM sqlite_master");
+        run("SELECT count(*) FROM sqlite_master");
     if (mode != Mode::Open)
         return;
     if (sqlite3_db_readonly(m_db, "main") == 1)

@@ -78,7 +78,7 @@ QByteArray utf8(QByteArrayView text, quint32 encoding)
 
 RawValue readValue(qint64 kind, QByteArrayView bytes, quint32 encoding)
 {
-    if (kind == 0 || kind == 10 || kind == 11)
+    if (kind == 0)
         return {};
     if (kind >= 12)
         return kind % 2 == 1 ? RawValue(RawText{utf8(bytes, encoding)}) : RawValue(bytes.toByteArray());
@@ -131,7 +131,8 @@ std::optional<RawRecord> readRecord(qint64 key, QByteArrayView bytes, qint64 sta
         if (!kind || *kind < 0 || at > *header || sizeOf(*kind) > stated - start)
             return std::nullopt;
         const qint64 size = sizeOf(*kind);
-        const bool there = size == 0 || start + size <= bytes.size();
+        const bool known = *kind != 10 && *kind != 11; // such are in no file
+        const bool there = known && (size == 0 || start + size <= bytes.size());
         if (!there)
             record.lost.push_back(record.values.size());
         const QByteArrayView value = there && size > 0 ? bytes.sliced(start, size) : QByteArrayView();

@@ -31,6 +31,20 @@ QStringList faultsOf(Connection& connection, int most)
     return faults == QStringList{QStringLiteral("ok")} ? QStringList() : faults;
 }
 
+// Replaces the connection's file by a copy of it in memory, which SQLite may write to: it passes over the conditions of
+// tables that are read-only.
+void holdInMemory(Connection& connection)
+{
+    constexpr int WriteFormat = 18, ReadFormat = 19; // memory has no log
+    sqlite3_int64 size = 0;
+    unsigned char* bytes = sqlite3_serialize(connection.handle(), "main", &size, 0);
+    if (bytes)
+        bytes[WriteFormat] = bytes[ReadFormat] = 1;
+    if (!bytes || sqlite3_deserialize(connection.handle(), "main", bytes, size, size, SQLITE_DESERIALIZE_FREEONCLOSE) !=
+                      SQLITE_OK)
+        throw RuntimeError(platform::ResourceExceeded, QStringLiteral("DBEngine"));
+}
+
 // Rebuilds a sound file with each table's pages in sequence; false for a damaged one.
 bool compact(const QString& file)
 {
@@ -55,7 +69,8 @@ bool compact(const QString& file)
 
 QStringList DBEngine::checkDatabase(const QString& path)
 {
-    Connection connection(path, Connection::Mode::Check);
+    Connection connection(path, Connection::Mode::View);
+    holdInMemory(connection);
     return faultsOf(connection, 20);
 }
 
