@@ -40,6 +40,8 @@ std::shared_ptr<const Document> documentOf(const QString& text)
             document->paper = {number(1), number(2)};
         else if (part == "blank")
             document->pages[0].items.clear();
+        else if (at[0] == "warns")
+            document->warnings += words;
         else if (at[0] == "entry")
             document->outline.push_back({words, at[1].toInt(), at[2].toInt() - 1, number(3)});
         else {
@@ -125,9 +127,12 @@ QStringList PreviewSteps::run(const QString& step)
     } else if (word == "type")
         for (const QChar c : rest)
             QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, c, Qt::NoModifier);
-    else if (word == "wheel")
-        wheel(number(0), part(1) == "Ctrl" ? Qt::ControlModifier : Qt::NoModifier);
-    else if (word == "size") // of what shows the pages
+    else if (word == "wheel") {
+        const QPointF at(100, 200);
+        QWheelEvent event(at, view().viewport()->mapToGlobal(at), {}, {0, 120 * number(0)}, Qt::NoButton,
+                          part(1) == "Ctrl" ? Qt::ControlModifier : Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view().viewport(), &event);
+    } else if (word == "size") // of what shows the pages
         m_preview.window->resize(m_preview.window->size() + QSize(number(0), number(1)) - view().viewport()->size());
     else if (word == "do")
         action(rest).trigger();
@@ -147,16 +152,13 @@ QStringList PreviewSteps::run(const QString& step)
         seen += commands();
     else if (word == "menus") // which some desktops show elsewhere
         m_preview.window->menuBar()->setVisible(rest != "elsewhere");
-    else if (word == "traits")
+    else if (word == "traits") {
+        const auto *across = view().horizontalScrollBar(), *down = view().verticalScrollBar();
         seen += traitsOf(*m_preview.window) + placesOf(*m_preview.window)
-                << QString("place of the pages: %1 and %2 at once, %3 and %4 by arrows, opened in %5x%6")
-                       .arg(view().horizontalScrollBar()->pageStep())
-                       .arg(view().verticalScrollBar()->pageStep())
-                       .arg(view().horizontalScrollBar()->singleStep())
-                       .arg(view().verticalScrollBar()->singleStep())
-                       .arg(m_preview.opened.width())
-                       .arg(m_preview.opened.height());
-    else if (word == "color") { // at a point of a page
+                << QString::asprintf("place of the pages: %d and %d at once, %d and %d by arrows, opened in %dx%d",
+                                     across->pageStep(), down->pageStep(), across->singleStep(), down->singleStep(),
+                                     m_preview.opened.width(), m_preview.opened.height());
+    } else if (word == "color") { // at a point of a page
         const QPointF there = view().inViewport(number(0) - 1, {point(1), QSizeF()}).topLeft();
         seen += view().viewport()->grab().toImage().pixelColor(there.toPoint()).name();
     } else if (word == "read")
@@ -223,7 +225,9 @@ QStringList PreviewSteps::commands() const
     for (const auto* bar : bars->actions())
         lines += bar->isSeparator() ? QStringList()
                                     : QStringList("hides " + bar->text() + (bar->isEnabled() ? "" : ", off"));
-    const QRegularExpression ours("^[a-z]{2,3}[A-Z]"); // not Qt's own parts
+    const auto* pages = m_preview.child<QListView>("lstPages")->model();
+    lines += "first of lstPages is read as " + pages->index(0, 0).data(Qt::AccessibleTextRole).toString();
+    const QRegularExpression ours("^[a-z]{2,3}[A-Z]|_lineedit$"); // not Qt's other parts
     for (const auto* part : m_preview.window->findChildren<QWidget*>(ours))
         if (!part->accessibleName().isEmpty())
             lines += part->objectName() + " is read as " + part->accessibleName();
@@ -243,7 +247,8 @@ QString PreviewSteps::readerParts() const
     QString parts;
     QDebug out(&parts);
     out << page->role() << page->text(QAccessible::Value).size() << page->text(QAccessible::Name)
-        << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText);
+        << bool(state.readOnly) << bool(state.multiLine) << bool(state.selectableText)
+        << page->textInterface()->selectionCount();
     for (int child = 0; child < page->childCount(); ++child)
         out << page->child(child)->object()->objectName() << page->indexOfChild(page->child(child));
     return parts.trimmed();
@@ -266,14 +271,6 @@ void PreviewSteps::click(const QString& name, int row) const
                           rows->visualRect(rows->model()->index(row - 1, 0)).center());
     else
         QTest::mouseClick(control, Qt::LeftButton);
-}
-
-void PreviewSteps::wheel(int notches, Qt::KeyboardModifiers modifiers) const
-{
-    const QPointF at(100, 200);
-    QWheelEvent event(at, view().viewport()->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view().viewport(), &event);
 }
 
 void PreviewSteps::mouse(const QString& word, int page, QPointF point, bool shift) const

@@ -68,7 +68,6 @@ private:
     QString readerParts() const;
     QAction& action(const QString& name) const;
     void click(const QString& name, int row) const;
-    void wheel(int notches, Qt::KeyboardModifiers modifiers) const;
     // press, right, move, drag, release and double, at a point of a page
     void mouse(const QString& word, int page, QPointF point, bool shift) const;
     OpenPreview m_preview;

@@ -151,6 +151,9 @@ private Q_SLOTS:
         wanted.firstPage = 2;
         wanted.lastPage = 3;
         const Document some = *run(wanted, {}, [](Document&&) { QFAIL("the first page isn't wanted"); });
+        wanted.firstPage = 0; // there is none before the first
+        wanted.lastPage = 1;
+        QCOMPARE(textOf(*run(wanted)), textOf(*all, 0, 1));
         m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
         QVERIFY(told > 0.9 && first && !first->complete && !first->outline.empty() && !first->fonts.empty() &&
