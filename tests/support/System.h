@@ -28,7 +28,7 @@ extern const char* const OtherJournal;
 
 /// From now on reading files between these offsets fails; a `to` of 0 ends that.
 void failReads(qint64 from, qint64 to);
-/// Lets no file have a second name, as on a stick, or stops that.
+/// Lets no file have a second name or room before its bytes, as on a stick, or stops that.
 void failLinks(bool fail);
 /// Makes flushing a file fail with an errno, for lack of space as on network volumes, or stops that.
 void failFlushes(bool fail, int code = ENOSPC);

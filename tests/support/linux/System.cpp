@@ -55,6 +55,11 @@ extern "C" int link(const char* from, const char* to)
     return noLinks ? (errno = EPERM, -1) : static_cast<int>(::syscall(SYS_link, from, to));
 }
 
+extern "C" int fallocate(int file, int mode, off_t at, off_t size)
+{
+    return noLinks ? (errno = EOPNOTSUPP, -1) : static_cast<int>(::syscall(SYS_fallocate, file, mode, at, size));
+}
+
 // Data written after a flush isn't flushed.
 static ssize_t isWritten(int file, ssize_t written)
 {
@@ -84,19 +89,11 @@ static bool isBad(qint64 at, size_t size)
 extern "C" ssize_t read(int file, void* to, size_t size)
 {
     const qint64 at = badTo > 0 ? ::lseek(file, 0, SEEK_CUR) : -1;
-    if (at >= 0 && isBad(at, size)) {
-        errno = EIO;
-        return -1;
-    }
-    return ::syscall(SYS_read, file, to, size);
+    return at >= 0 && isBad(at, size) ? (errno = EIO, -1) : ::syscall(SYS_read, file, to, size);
 }
 extern "C" ssize_t pread64(int file, void* to, size_t size, off64_t at)
 {
-    if (badTo > 0 && isBad(at, size)) {
-        errno = EIO;
-        return -1;
-    }
-    return ::syscall(SYS_pread64, file, to, size, at);
+    return badTo > 0 && isBad(at, size) ? (errno = EIO, -1) : ::syscall(SYS_pread64, file, to, size, at);
 }
 
 namespace orlo::test
