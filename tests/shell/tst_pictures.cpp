@@ -49,6 +49,8 @@ private Q_SLOTS:
     void others() { play(); }
     void twins_data() { test::cases({"case"}, "shell/pictures_twins.txt"); }
     void twins() { play(); }
+    void paint_data() { test::cases({"case"}, "shell/pictures_paint.txt"); }
+    void paint() { play(); }
 
     // A grid whose layout file is missing is laid out by the program.
     void withoutLayouts()

@@ -200,7 +200,8 @@ QStringList changesOf(const QStringList& before, const QStringList& now)
     QStringList changes;
     for (const QString& line : now.size() > 1 ? before : QStringList()) // a form that was closed shows nothing
         if (const QString name = line.section(u':', 0, 0);
-            !now.contains(line) && now.filter(QRegularExpression(u'^' + name + u':')).isEmpty())
+            !now.contains(line) && now.filter(QRegularExpression(u'^' + name + u':')).isEmpty() &&
+            !name.startsWith(u"paint of"))
             changes += name + ": -";
     for (const QString& line : now)
         changes += before.contains(line) ? QStringList() : QStringList(line);
@@ -303,19 +304,22 @@ QStringList paintOf(const QWidget& form)
         controls.emplaceBack(isOwn(*control) ? control->objectName() : QString(), place);
     }
     QList<QMap<QRgb, Paint>> paints(controls.size());
-    for (int at = 0, run = 0; at < owners.size(); ++at) {
-        const QPoint point(at % image.width(), at / image.width());
-        const QRgb color = image.pixel(point);
-        const QRect& place = controls[owners[at]].second;
-        const QPoint inner = point - place.topLeft(), outer = place.bottomRight() - point;
-        run = inner.x() > 0 && owners[at - 1] == owners[at] && image.pixel(point.x() - 1, point.y()) == color ? run + 1
-                                                                                                              : 1;
-        if (std::min(inner.x(), outer.x()) + std::min(inner.y(), outer.y()) < Corner)
-            continue;
-        Paint& paint = paints[owners[at]][color];
-        ++paint.pixels;
-        paint.box |= QRect(inner, QSize(1, 1));
-        paint.run = std::max(paint.run, run);
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* colors = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        const int* owner = owners.constData() + y * image.width();
+        for (int x = 0, end = 0; x < image.width(); x = end) {
+            while (end < image.width() && colors[end] == colors[x] && owner[end] == owner[x])
+                ++end;
+            const QRect& place = controls[owner[x]].second;
+            const int cut = std::max(0, Corner - std::min(y - place.top(), place.bottom() - y));
+            const int first = std::max(x, place.left() + cut), last = std::min(end - 1, place.right() - cut);
+            if (first > last)
+                continue;
+            Paint& paint = paints[owner[x]][colors[x]];
+            paint.pixels += last - first + 1;
+            paint.box |= QRect(QPoint(first, y), QPoint(last, y)).translated(-place.topLeft());
+            paint.run = std::max(paint.run, end - x);
+        }
     }
     QStringList lines;
     for (qsizetype at = 0; at < paints.size(); ++at) {

@@ -239,7 +239,7 @@ struct Hall : widgets::Form {
         of<ComboBox>("free")->lineEdit()->setObjectName("line");
         add<widgets::Calendar>("calendar");
         add<widgets::DriveList>("drives");
-        add<FolderList>("folders").setFixedWidth(400); // so that no temporary folder's name is wider
+        add<FolderList>("folders").setFixedWidth(600); // so that no temporary folder's name is wider
         of<FolderList>("folders")->followDrive(*of<widgets::DriveList>("drives"));
         setDefaultButton(&add<QPushButton>("cmdSave", "&Save"));
         setCancelButton(&add<QPushButton>("cmdDelete", "&Delete"));
