@@ -23,8 +23,6 @@ constexpr std::array ComparisonSigns{Sign("="), Sign("<>"), Sign("<"), Sign("<="
 
 Type literalType(const Value& value)
 {
-    if (value.isBool())
-        return Type::Condition;
     if (value.isNumber())
         return Type::Number;
     return value.isDate() ? Type::Date : Type::Text;
