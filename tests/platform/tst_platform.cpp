@@ -37,7 +37,6 @@ private Q_SLOTS:
         // read and long: both forms, empty if it isn't a date
         test::tableOf("platform/platform_dates.txt");
         QTest::newRow("blanks") << QString(" 6 \t/\r7 / 2004 ") << QString("6/7/2004") << QString("06/07/2004");
-        QTest::newRow("too many") << "6/7/2004" + QString(28, ' ') + "12:00" << QString() << QString();
     }
     void dates()
     {
@@ -196,13 +195,13 @@ private Q_SLOTS:
         const auto copy = [&path](const QString& from) {
             return failureNumber([&] { FileSystem().copyFile(from, path, true); });
         };
-        const bool kept = copy(large.fileName()) == DiskFull && test::contents(path).size() == 600'000;
-        const QStringList left = QDir(folder.path()).entryList(QDir::Files);
+        const bool kept = copy(large.fileName()) == DiskFull && test::contents(path).size() == 600'000 &&
+                          QDir(folder.path()).entryList(QDir::Files) == QStringList({"old", "old-new"});
         test::failLinks(true);
         const bool copied = copy(path + "-new") == 0 && test::contents(path) == test::contents(path + "-new");
         test::failLinks(false);
         QVERIFY(test::mountSmall(folder.path(), 0));
-        QVERIFY(kept && copied && left == QStringList({"old", "old-new"}));
+        QVERIFY(kept && copied);
         QCOMPARE(test::putInPlaceUnflushed(), QStringList(path + ".part")); // the old one, which it replaces
     }
 

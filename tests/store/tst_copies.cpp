@@ -77,16 +77,9 @@ private Q_SLOTS:
                     names += day.toString(Qt::ISODate);
             i += 2;
         }
-        const QDate today = QDate::fromString(test::cell("today").trimmed(), Qt::ISODate);
-        const QStringList left = keptOf(names, today);
+        const QStringList left = keptOf(names, QDate::fromString(test::cell("today").trimmed(), Qt::ISODate));
         QCOMPARE(QString(left.join(u'|')).replace(u' ', u'_').replace(u'|', u' ').remove("2026-"),
                  test::cell("kept").simplified());
-        // Thinned day by day, the result is the same, apart from today's copies.
-        QStringList daily;
-        names.sort();
-        for (const QString& name : names)
-            daily = keptOf(daily + QStringList(name), dayOfCopy(name) > today ? today : dayOfCopy(name));
-        QCOMPARE(keptOf(daily, today), left);
     }
 
     void copies_data() { test::cases({"steps", "copies"}, "store/copysteps.txt"); }
@@ -117,10 +110,12 @@ private Q_SLOTS:
                 keeper->beforeReplacement(*database);
             else if (step == "reopen")
                 open();
-            else if (step == "back" || step == "again") {
+            else if (step == "back" || step == "again" || step == "closed") {
                 database.reset();
-                if (step == "back")
+                if (step != "again")
                     orlo::test::write(file(), first);
+                if (step == "closed")
+                    keeper->beforeReplacement();
                 open(false);
             } else if (step == "full")
                 platform::setVolumes([] { return QList<platform::Drive>{{QDir::rootPath(), 0}}; });
@@ -151,7 +146,10 @@ private Q_SLOTS:
                 !QFileInfo(folder.path()).isSymbolicLink())
                 test::skip("there are no such links here");
         } else if (what.startsWith("room"))
-            platform::setVolumes([this, what] {
+            platform::setVolumes([this, what, folder] {
+                if (what.endsWith("meanwhile")) // another program makes it
+                    (void)(QDir().mkpath(folder.filePath("2026-06-07")) &&
+                           QFile::copy(file(), folder.filePath("2026-06-07/Quorrel11_Backup")));
                 const qint64 size = QFileInfo(file()).size();
                 return QList<platform::Drive>{{QDir::rootPath(), what.endsWith("0") ? 10 * size - 1 : 10 * size}};
             });
@@ -173,9 +171,11 @@ private Q_SLOTS:
         KeptCopies keeper(file(), [] { return clockTime; });
         sqlite3* tool = nullptr;
         const auto closing = qScopeGuard([&tool] { sqlite3_close(tool); });
-        if (what.endsWith("log")) { // the newest rows aren't in the file
+        if (what.startsWith("a tool's")) { // the newest rows aren't in the file, or none can be read
+            const bool log = what.endsWith("log");
             sqlite3_open(file().toUtf8().constData(), &tool);
-            sqlite3_exec(tool, "Pragma journal_mode=WAL; Update Dens Set Den_Name = 'b'", nullptr, nullptr, nullptr);
+            sqlite3_exec(tool, log ? "Pragma journal_mode=WAL; Update Dens Set Den_Name = 'b'" : "Begin Exclusive",
+                         nullptr, nullptr, nullptr);
         }
         std::optional<Database> other;
         std::optional<Transaction> half;
@@ -186,9 +186,12 @@ private Q_SLOTS:
         }
         if (what.contains("full"))
             test::limitFiles(QFileInfo(file()).size() / 2);
+        if (what.endsWith("replacement"))
+            keeper.beforeReplacement(database);
+        const QDeadlineTimer limit(2000);
         const bool done = keeper.beforeChange(database, {what.startsWith("notes") || what.endsWith("deletion")});
         test::limitFiles(-1);
-        QCOMPARE(QString(done ? "yes" : "no"), test::cell("made").trimmed());
+        QCOMPARE(QString(done ? "yes" : limit.hasExpired() ? "late" : "no"), test::cell("made").trimmed());
         const QStringList left = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
         QCOMPARE(QString(left.join(u'|')).replace(u' ', u'_').replace(u'|', u' '), test::cell("left").simplified());
         QVERIFY(!what.startsWith("another") || made() == "06-07=a");
@@ -249,6 +252,7 @@ private Q_SLOTS:
     void closedFile()
     {
         orlo::test::write(file(), "no database");
+        orlo::test::write(file() + "-journal", "no change");
         KeptCopies(file(), [] { return clockTime; }).beforeReplacement();
         QCOMPARE(contents(m_folder->filePath("copies/2026-06-07/Quorrel11_Backup")), "no database");
         QFile::remove(file());

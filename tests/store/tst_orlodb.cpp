@@ -71,11 +71,8 @@ private Q_SLOTS:
         QCOMPARE(orloDb({"new", out()}).errors, QString());
         sqlite(out(), contents(ORLO_SOURCE_DIR "/tests/support/pack.sql"));
         for (const QString& file : test::cell("files").split("# ", Qt::SkipEmptyParts)) {
-            const QString text = file.section(u'\n', 1);
-            const bool wide = file.startsWith("UTF-16 ");
-            const QByteArray units(reinterpret_cast<const char*>(text.utf16()), 2 * text.size());
-            orlo::test::write(csv(file.section(u'\n', 0, 0).section(u' ', -1)),
-                              wide ? "\xFF\xFE" + units : text.toUtf8());
+            const QByteArray text = file.section(u'\n', 1).toUtf8();
+            orlo::test::write(csv(file.section(u'\n', 0, 0)), QByteArray::fromPercentEncoding(text, '\\'));
         }
         Database database = DBEngine::openDatabase(out());
         Recordset open = database.openRecordset("Select * From Adults Where Adult_SID = 1");

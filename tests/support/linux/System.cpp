@@ -2,6 +2,7 @@
 
 #include "support/Main.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -43,10 +44,13 @@ extern "C" int fdatasync(int file)
 
 extern "C" int rename(const char* from, const char* to)
 {
+    const QFileInfo moved(QString::fromUtf8(from));
+    const QDir folder(moved.filePath());
     struct stat status {
     };
-    if (::stat(from, &status) == 0 && S_ISREG(status.st_mode) && flushedFiles.erase(status.st_ino) == 0)
-        putUnflushed += QString::fromUtf8(to);
+    for (const QFileInfo& file : moved.isDir() ? folder.entryInfoList(QDir::Files) : QFileInfoList{moved})
+        if (::stat(file.filePath().toUtf8().constData(), &status) == 0 && flushedFiles.erase(status.st_ino) == 0)
+            putUnflushed += QString::fromUtf8(to);
     return static_cast<int>(::syscall(SYS_rename, from, to));
 }
 
