@@ -160,9 +160,11 @@ void mdiPendrake::fitScreen()
     const QFontMetrics letters = fontMetrics();
     resize(Characters.width() * letters.horizontalAdvance(u'0'), Characters.height() * letters.height());
     const QSize room = screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
-    if (width() > room.width() || height() > room.height())
+    const QSize fitting = size().boundedTo(room);
+    const bool fits = fitting == size();
+    resize(fitting); // the size that it has when it isn't maximised any more
+    if (!fits)
         setWindowState(Qt::WindowMaximized);
-    resize(size().boundedTo(room));
 }
 
 void mdiPendrake::fillWindowMenu()
