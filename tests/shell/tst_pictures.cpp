@@ -80,8 +80,8 @@ private Q_SLOTS:
         QStringList seen;
         const QString text = windowsFile("side by side");
         for (const QString& step : text.split('\n').filter(QRegularExpression("^> "))) {
-            if (step == "> small")
-                widgets::Form::unloadAll(), frame.showNormal(), frame.resize(600, 400);
+            if (const auto size = step.sliced(2).split('x'); size[0].toInt() > 0)
+                widgets::Form::unloadAll(), frame.showNormal(), frame.resize(size[0].toInt(), size[1].toInt());
             else if (step == "> maximised")
                 area.subWindowList().first()->showMaximized();
             else
