@@ -139,20 +139,6 @@ private Q_SLOTS:
                  "101/5/2/5/2026/2026/2/Null, 102/2/2/5/2026/2026/2/Null, 103/1/2/5/2026/2026/2/Null");
     }
 
-    void scoutOnScreen()
-    {
-        test::fill("Delete From Insignias;" + QString(test::Pack) + "Delete From Insignias;" + Awards);
-        auto& scouts = test::showForm("frmScouts");
-        const Screen screen(Scout);
-        screen.giveTo(dynamic_cast<PersonShown&>(scouts));
-        screen.step("tick 1");
-        screen.run("day>cmdSelectDate",
-                   [&](const QString&) { QTest::mouseDClick(&screen.get("txtAssignedDate"), Qt::LeftButton); });
-        QTest::keyClick(&screen.catalogue, Qt::Key_Return);
-        QVERIFY(!screenOf(Scout).loaded());
-        QCOMPARE(test::rows(Scouts), "3/3/5/9/2026/2026/5/Null");
-    }
-
     void leaving_data() { test::tableOf("awards/addawards_leaving.txt"); }
     void leaving()
     {

@@ -6,17 +6,12 @@
 #include "support/RecordScreen.h"
 #include "support/Table.h"
 #include "widgets/ComboBox.h"
-#include "widgets/ListBox.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
-#include <QRegularExpression>
-#include <QTabWidget>
 #include <QTimer>
-#include <QToolTip>
 
 using namespace orlo;
 
@@ -56,20 +51,6 @@ private Q_SLOTS:
         QTEST(test::rows(test::cell("query")), "result");
     }
 
-    void foreignTextShows()
-    {
-        const test::AppFolder folder;
-        test::fill(QString(test::Pack) + "Update Scouts Set First_Name = '<i>Al</i> & Bo', Alt_Parent_City = "
-                                         "'Llanfairpwllgwyngyllgogerychwyrn'");
-        const test::RecordScreen screen("frmScouts");
-        QCOMPARE(screen.get<QLabel>("lblScoutName").textFormat(), Qt::PlainText);
-        auto& box = screen.get<QLineEdit>("txtAltCity");
-        QHelpEvent event(QEvent::ToolTip, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
-        QCoreApplication::sendEvent(&box, &event);
-        QVERIFY(QToolTip::text().contains("Llanfairpwllgwyngyllgogerychwyrn"));
-        QToolTip::hideText();
-    }
-
     // A form that is closed during its own question exists until its handler has returned.
     void closedUnderItsQuestion_data() { test::tableOf("shell/recordforms_closed.txt"); }
     void closedUnderItsQuestion()
@@ -94,28 +75,6 @@ private Q_SLOTS:
         test::RecordScreen(test::cell("form")).run(test::cell("script"));
         QVERIFY(closed);
         QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty()); // and then it is deleted
-    }
-
-    // On another page the focus goes to something visible there: the next keys change nothing unseen.
-    void focusOnPages_data() { test::table({"button"}, "F\nP\nN\nL\ns"); }
-    void focusOnPages()
-    {
-        QFETCH(QString, button);
-        const test::AppFolder folder;
-        test::fill(QString(test::Pack) + "Update Scouts Set First_Name = 'Al'");
-        const test::RecordScreen screen("frmScouts");
-        for (const int page : {1, 2}) {
-            screen.run("N");
-            screen.get<QTabWidget>("tabScout").setCurrentIndex(page);
-            screen.get("cmdSave").setEnabled(true);
-            if (button != "s")
-                test::answerNext(QMessageBox::No);
-            screen.run(button);
-            QVERIFY(screen.form.focusWidget()->isVisible());
-            QTest::keyClicks(screen.form.focusWidget(), "x");
-            QCOMPARE(screen.get<QLineEdit>("txtFirst").text(), "Al");
-            screen.get<QTabWidget>("tabScout").setCurrentIndex(0);
-        }
     }
 
     // The calendar of a date's field, worked by these steps.

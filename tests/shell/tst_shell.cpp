@@ -141,7 +141,6 @@ private Q_SLOTS:
         QVERIFY(splash.font().pixelSize() == 12 && splash.palette().color(QPalette::WindowText) == Qt::white);
         QDialog report; // of a failed start, still open
         report.setModal(true);
-        report.show();
         auto& warning = test::control<QLabel>(splash, "lblWarning");
         QVERIFY(test::control<QLabel>(splash, "lblVersion").isHidden() && warning.isHidden());
         QVERIFY(splash.windowFlags() == (Qt::SplashScreen | Qt::FramelessWindowHint));
@@ -171,6 +170,7 @@ private Q_SLOTS:
         QCOMPARE(line.geometry(), QRect(QPoint(0, 401 - line.height()), QSize(483, line.sizeHint().height())));
         QCOMPARE(line.sizeHint().height(), line.fontMetrics().height() + 2 * (line.fontMetrics().height() / 2));
         QCOMPARE(line.alignment(), Qt::AlignCenter);
+        report.show();
         Painted painted;
         splash.installEventFilter(&painted);
         store::takeoverWatch().progress({}, 100);
