@@ -159,8 +159,9 @@ QStringList PreviewSteps::run(const QString& step)
                                      across->pageStep(), down->pageStep(), across->singleStep(), down->singleStep(),
                                      m_preview.opened.width(), m_preview.opened.height());
     } else if (word == "color") { // at a point of a page
-        const QPointF there = view().inViewport(number(0) - 1, {point(1), QSizeF()}).topLeft();
-        seen += view().viewport()->grab().toImage().pixelColor(there.toPoint()).name();
+        const QPoint there = view().inViewport(number(0) - 1, {point(1), QSizeF()}).topLeft().toPoint();
+        const QImage image = view().viewport()->grab().toImage();
+        seen += image.valid(there) ? image.pixelColor(there).name() : "beyond the window";
     } else if (word == "read")
         seen += QStringList{reader().text(0, reader().characterCount()).replace('\n', "\\n"), readerParts()};
     else if (word == "line") { // the line at a place of the text, and the letter there
@@ -192,10 +193,10 @@ QStringList PreviewSteps::run(const QString& step)
         QImage image = m_preview.child<QAbstractScrollArea>(part(0))->viewport()->grab().toImage();
         image = word == "down" ? image.transformed(QTransform(0, 1, 1, 0, 0, 0)) : image;
         QString colors, last;
-        for (int i = 0; i < image.width(); ++i)
+        for (int i = 0; image.valid(i, number(1)); ++i)
             if (const QString color = image.pixelColor(i, number(1)).name(); std::exchange(last, color) != color)
                 colors += QString(" %1 %2").arg(i).arg(color);
-        seen += "how " + rest + " is painted:" + colors;
+        seen += "paint of " + rest + ':' + colors;
     } else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
         mouse(word, number(0) - 1, point(1), part(3) == "Shift");
     else

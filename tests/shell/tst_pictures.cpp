@@ -119,12 +119,14 @@ private Q_SLOTS:
                        (window.size().expandedTo(wanted) == window.size() ? QStringList() : QStringList("too small"));
             QDebug(&(places["place of"] = "place of the window: ")).nospace()
                 << window.geometry() << window.windowFlags();
+            QHash<QString, int> before; // of the same name
             for (const QString& place : test::placesOf(form) + gridsOf(form) + test::paintOf(form))
-                places[place.section(':', 0, 0)] = place;
+                places[place.section(':', 0, 0) + QString::number(before[place.section(':', 0, 0)]++)] = place;
         }));
-        seen.replaceInStrings(QRegularExpression("^(cboZoom: |lblVersion: \"Version \\d).*"),
+        seen += places.values();
+        seen.replaceInStrings(QRegularExpression("^(cboZoom: |lblVersion: \"Version \\d|paint of lblVersion: ).*"),
                               "\\1 (another each time)");
-        test::comparePicture(seen + places.values(), windowsFile(QTest::currentDataTag()));
+        test::comparePicture(seen, windowsFile(QTest::currentDataTag()));
     }
 
     // Letters that grow while a window is open leave it as it opens with large ones, and a window that was smaller for

@@ -292,8 +292,9 @@ QStringList paintOf(const QWidget& form)
     QList<std::pair<QString, QRect>> controls{{isOwn(form) ? form.objectName() : "window", form.rect()}};
     QList<int> owners(image.width() * image.height()); // the innermost control at each pixel
     for (const auto* control : form.findChildren<QWidget*>()) {
+        const bool ofBox = qobject_cast<const QComboBox*>(control->parentWidget());
         if (!control->isVisible() || control->window() != form.window() || control->objectName().isEmpty() ||
-            control->objectName().startsWith("qt"))
+            control->objectName().startsWith("qt") || ofBox)
             continue;
         QRect place(control->mapTo(&form, QPoint()), control->size());
         for (const auto* around = control->parentWidget(); around != &form; around = around->parentWidget())
