@@ -9,9 +9,8 @@ namespace
 {
 
 constexpr double MinBody = 72; // points that the page header and footer must leave
-// Room is left for the header and footer of the first page, the second and one with a wide number: rows may depend on
-// it.
-constexpr int MeasuredPages[] = {1, 2, 88'888};
+// Rows of page headers and footers may depend on page and page count. There is room for those of these pages.
+constexpr std::pair<int, int> MeasuredPages[] = {{1, 1}, {1, 88'888}, {2, 88'888}, {88'888, 88'888}};
 // A group that begins on the first page and hasn't ended on the third is too long to be kept together.
 constexpr std::size_t PagesThatSettleTheFirst = 4;
 
@@ -50,11 +49,16 @@ PageMaker::PageMaker(const BoundReport& report, const RunFacts& facts, Typesette
       m_bands(m_definition, typesetter, m_area.width(), m_area.height(), m_area.height()),
       m_scope(m_definition, report.rows, facts)
 {
-    m_scope.pageCount = MeasuredPages[2];
-    for (const int page : MeasuredPages) {
+    for (const auto& [page, count] : MeasuredPages) {
         m_scope.pageNumber = page;
-        m_headerHeight = std::max(m_headerHeight, heightOf(m_bands.strips(m_definition.pageHeader, m_scope, 0)));
-        m_footerHeight = std::max(m_footerHeight, heightOf(m_bands.strips(m_definition.pageFooter, m_scope, 0)));
+        m_scope.pageCount = count;
+        try {
+            m_headerHeight = std::max(m_headerHeight, heightOf(m_bands.strips(m_definition.pageHeader, m_scope, 0)));
+            m_footerHeight = std::max(m_footerHeight, heightOf(m_bands.strips(m_definition.pageFooter, m_scope, 0)));
+        } catch (const ReportError&) {
+            if (page == MeasuredPages[3].first) // the others may not be there
+                throw;
+        }
     }
     if (bodyHeight() < MinBody)
         throw ReportError(platform::SyntaxError,

@@ -238,6 +238,7 @@ private Q_SLOTS:
             letters.setStretch(stretch);
             QApplication::setFont(letters);
             auto& frame = mdiPendrake::instance();
+            const auto gone = qScopeGuard([&frame] { delete &frame; });
             const QFontMetrics room = frame.fontMetrics();
             const QSize wanted(148 * room.horizontalAdvance(u'0'), 52 * room.height());
             const QSize fitting = wanted.boundedTo(frame.screen()->availableSize() -
@@ -246,7 +247,6 @@ private Q_SLOTS:
             QCOMPARE(frame.isMaximized(), fitting != wanted);
             frame.showNormal();
             QTRY_COMPARE(frame.size(), fitting);
-            delete &frame;
         }
     }
 

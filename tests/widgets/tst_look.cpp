@@ -171,18 +171,15 @@ private Q_SLOTS:
         test::showColours(test::cell("scheme"));
         QWidget form;
         widgets::CheckListBox list(&form);
+        list.setFixedWidth(250);
         list.addItem("Little Hill");
         list.setListIndex(0);
-        QLabel label("Hill", &form);
-        QPushButton button("Hill", &form);
-        QLineEdit text("Hill", &form);
-        widgets::ComboBox choice(&form);
-        choice.addItem("Hill");
-        choice.setListIndex(0);
+        const QWidgetList others{new QLineEdit("Hill", &form), new QLabel("Hill", &form),
+                                 new QPushButton("Hill", &form)};
         form.show();
         QVERIFY(QTest::qWaitForWindowActive(&form));
         QSet<QRgb> grounds;
-        for (QWidget* focused : QList<QWidget*>{&list, &text}) {
+        for (QWidget* focused : QWidgetList{&list, others[0]}) {
             focused->setFocus();
             const QImage image = list.viewport()->grab().toImage();
             const QRect row = list.visualRect(list.currentIndex());
@@ -190,7 +187,7 @@ private Q_SLOTS:
             QVERIFY(contrastIn(image, row.adjusted(25, 1, 0, -1)) >= 4.5);
         }
         QCOMPARE(grounds.size(), 2);
-        for (QWidget* disabled : QList<QWidget*>{&label, &button, &text, &choice}) {
+        for (QWidget* disabled : others) {
             disabled->setEnabled(false);
             disabled->resize(100, 30);
             const double contrast = contrastIn(disabled->grab().toImage(), disabled->rect().adjusted(5, 5, -25, -5));
