@@ -429,8 +429,7 @@ private Q_SLOTS:
         const auto [where, message] = test::cells("where", "message");
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), test::childArguments({where}));
-        QVERIFY(child.waitForFinished(20000));
-        QVERIFY(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 1);
+        QVERIFY(child.waitForFinished(20000) && child.exitStatus() == QProcess::NormalExit && child.exitCode() == 1);
         const QByteArray told = child.readAllStandardError().replace("\r\n", "\n");
         QVERIFY(told.contains(message.toUtf8()) && told.endsWith("read\n"));
     }
@@ -442,20 +441,22 @@ private:
 // The test's child process: its window's button fails in its handler.
 static int failInHandler(const QStringList& arguments)
 {
-    const bool nested = arguments[0] == "nested";
+    const QString& where = arguments[0];
     QPushButton button;
-    QObject::connect(&button, &QPushButton::clicked, &button, [nested] {
-        if (!nested)
+    QObject::connect(&button, &QPushButton::clicked, &button, [where] {
+        if (where == "memory")
+            throw std::bad_alloc();
+        if (where == "library")
+            throw std::runtime_error("Something else");
+        if (where != "nested")
             throw platform::RuntimeError(platform::NoCurrentRecord);
         QTimer::singleShot(0, qApp, [] { static_cast<void>(database()); });
         widgets::message("a nested loop");
     });
-    class Unpaintable : public QWidget
-    {
+    struct Unpaintable : QWidget {
         void paintEvent(QPaintEvent*) override { throw platform::RuntimeError(platform::NoCurrentRecord); }
     } unpaintable; // it keeps failing under the report
-    if (arguments[0] == "paint")
-        unpaintable.show();
+    unpaintable.setVisible(where == "paint");
     button.show();
     auto* dismiss = new QTimer(&button);
     QObject::connect(dismiss, &QTimer::timeout, qApp, [] {
