@@ -36,7 +36,8 @@ QString notUtf8(const QString& name)
 // A file's text, and whether it was UTF-8. Anything else is read as the former programs' Latin-1.
 std::pair<QString, bool> textOf(const QByteArray& bytes)
 {
-    QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
+    QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8),
+                           QStringConverter::Flag::Stateless); // notices a letter that the file's end cuts off
     QString text = decoder.decode(bytes);
     if (!decoder.hasError())
         return {text, true};

@@ -211,7 +211,7 @@ private Q_SLOTS:
         const auto names = [&](QStringList files) { return files.replaceInStrings(m_dir.path() + '/', "").join(' '); };
         write("style.inc", fileOf("style.inc").leftJustified(4'000'000)); // above the report, as large as it may be
         QVERIFY(QDir(m_dir.path()).mkdir("examples"));
-        write("examples/own.rpt", fileOf("own.rpt") + "# \xE9\n");
+        write("examples/own.rpt", fileOf("own.rpt") + "# \xC3");
         write("examples/mark.png", fileOf("green.png").leftJustified(4'000'001));
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("examples/own.rpt");
