@@ -9,8 +9,10 @@ namespace
 {
 
 constexpr double MinBody = 72; // points that the page header and footer must leave
+constexpr int WidestNumber = 88'888;
 // Rows of page headers and footers may depend on page and page count. There is room for those of these pages.
-constexpr std::pair<int, int> MeasuredPages[] = {{1, 1}, {1, 88'888}, {2, 88'888}, {88'888, 88'888}};
+constexpr std::pair<int, int> MeasuredPages[] = {
+    {1, 1}, {1, WidestNumber}, {2, WidestNumber}, {WidestNumber, WidestNumber}};
 // A group that begins on the first page and hasn't ended on the third is too long to be kept together.
 constexpr std::size_t PagesThatSettleTheFirst = 4;
 
@@ -56,7 +58,7 @@ PageMaker::PageMaker(const BoundReport& report, const RunFacts& facts, Typesette
             m_headerHeight = std::max(m_headerHeight, heightOf(m_bands.strips(m_definition.pageHeader, m_scope, 0)));
             m_footerHeight = std::max(m_footerHeight, heightOf(m_bands.strips(m_definition.pageFooter, m_scope, 0)));
         } catch (const ReportError&) {
-            if (page == MeasuredPages[3].first) // the others may not be there
+            if (page == WidestNumber) // a failure on one of the first pages is raised when that page is made
                 throw;
         }
     }

@@ -161,10 +161,10 @@ void mdiPendrake::fitScreen()
     resize(Characters.width() * letters.horizontalAdvance(u'0'), Characters.height() * letters.height());
     const QSize room = screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     const QSize fitting = size().boundedTo(room);
-    const bool fits = fitting == size();
+    if (fitting == size())
+        return;
     resize(fitting); // the size that it has when it isn't maximised any more
-    if (!fits)
-        setWindowState(Qt::WindowMaximized);
+    setWindowState(Qt::WindowMaximized);
 }
 
 void mdiPendrake::fillWindowMenu()

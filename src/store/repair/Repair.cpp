@@ -61,8 +61,9 @@ QStringList brokenConditions(Connection& connection)
     for (const QByteArray& table : std::as_const(tables)) {
         try {
             faults += faultsOf(connection, table);
-        } catch (const RuntimeError&) {
-            continue;
+        } catch (const RuntimeError& error) {
+            if (error.number() != platform::SyntaxError) // of the condition
+                throw;
         }
     }
     return faults;
