@@ -74,7 +74,7 @@ echo "Skipped, and why:"
 sed -n 's/^SKIP *: /    /p' "$log"
 cat <<'END'
 Not run at all:
-    tst_hands, tst_sweep    their mouse and keys are the X server's
+    tst_hands, tst_sweep, tst_walk    their mouse and keys are the X server's
     tst_access_scaled       the scale would come by a variable that Wine doesn't pass on
     tst_packages, tst_setup, tst_quotes, tst_fields, rooms    they look at the packages for Linux and at the sources
 END

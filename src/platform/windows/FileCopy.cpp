@@ -82,7 +82,7 @@ void copyContents(const Handle& source, Handle& file)
         writeAll(file.get(), block.data(), got);
     }
     checkRoom(SetEndOfFile(file.get()));
-    checkRoom(FlushFileBuffers(file.get()));
+    checkRoom(flush(file.get()));
     file.close();
 }
 

@@ -10,12 +10,12 @@ namespace orlo::platform
 void flushFile(const QString& path)
 {
     const Handle file(path, GENERIC_WRITE);
-    check(file.isOpen() && FlushFileBuffers(file.get()));
+    check(file.isOpen() && flush(file.get()));
 }
 
 void flushFile(int descriptor)
 {
-    check(FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))));
+    check(flush(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))));
 }
 
 bool addName(const QString& path, const QString& name)

@@ -55,4 +55,12 @@ void raiseCode(DWORD code, int missing)
     throw RuntimeError(numberOfCode(code, missing), QStringLiteral("FileSystem"));
 }
 
+bool flush(HANDLE file)
+{
+    if (FlushFileBuffers(file))
+        return true;
+    const DWORD code = GetLastError();
+    return code == ERROR_INVALID_FUNCTION || code == ERROR_NOT_SUPPORTED;
+}
+
 } // namespace orlo::platform

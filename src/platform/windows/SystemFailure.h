@@ -21,4 +21,7 @@ inline void check(bool done)
         raiseCode(GetLastError());
 }
 
+/// Flushes an open file to the disk; false on failure. A volume that knows no flush refuses nothing.
+[[nodiscard]] bool flush(HANDLE file);
+
 } // namespace orlo::platform
