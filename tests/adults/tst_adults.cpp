@@ -89,6 +89,7 @@ private Q_SLOTS:
         const Screen screen;
         QVERIFY(told->text.contains("\n3061\n"));
         QCOMPARE(screen.list.listCount(), 0);
+        QCOMPARE(screen.shown()["live"], "First Previous Next Last New Delete");
     }
     // What ends the program; no position is damaged by it.
     void failures_data() { test::tableOf("adults/adults_failures.txt"); }

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QPointer>
 #include <QTableView>
 #include <QTimer>
@@ -71,7 +72,8 @@ private Q_SLOTS:
         test::comparePicture(seen, windowsFile("without layouts"));
     }
 
-    // Where the frame puts several windows, as large as the screen and smaller than they are.
+    // Where the frame puts several windows, as large as the screen and smaller than they are, which is in front (last),
+    // and what the window menu offers. A number chooses from it; other words are steps of the current window.
     void sideBySide()
     {
         test::copyLayouts();
@@ -79,22 +81,33 @@ private Q_SLOTS:
         auto& frame = mdiPendrake::instance();
         frame.show();
         auto& area = test::control<QMdiArea>(frame, "mdiArea");
+        auto& choices = test::control<QMenu>(frame, "ID_WINDOWS_MENU");
         QStringList seen;
         const QString text = windowsFile("side by side");
         for (const QString& step : text.split('\n').filter(QRegularExpression("^> "))) {
-            if (const auto size = step.sliced(2).split('x'); size[0].toInt() > 0)
+            const QStringList size = step.sliced(2).split('x');
+            if (size.size() > 1 && size[0].toInt() > 0)
                 widgets::Form::unloadAll(), frame.showNormal(), frame.resize(size[0].toInt(), size[1].toInt());
-            else if (step == "> maximised")
-                area.subWindowList().first()->showMaximized();
-            else
+            else if (size[0].toInt() > 0)
+                choices.actions()[size[0].toInt() - 1]->trigger();
+            else if (step.startsWith("> frm"))
                 test::showForm(step.sliced(2));
+            else
+                QMetaObject::invokeMethod(area.currentSubWindow(), qPrintable(step.sliced(2)));
             QTest::qWait(10);
             seen += step;
-            for (const auto* window : area.subWindowList())
+            for (const auto* window : area.subWindowList(QMdiArea::StackingOrder))
                 QDebug(&seen.emplaceBack("place of ")).nospace()
                     << qPrintable(window->widget()->objectName()) << ": " << window->geometry()
-                    << (window->isMaximized() ? ", maximised" : "")
+                    << (window->isMaximized()   ? ", maximised"
+                        : window->isMinimized() ? ", minimised"
+                                                : "")
                     << (window == area.activeSubWindow() ? ", active" : "");
+            Q_EMIT choices.aboutToShow();
+            for (const auto* choice : choices.actions())
+                seen += "menu: " + choice->text() + (choice->isChecked() ? ", chosen" : "") +
+                        (choice->isCheckable() ? ", box" : "") + (choice->isEnabled() ? "" : ", off");
+            seen += "focus: " + (QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : "nothing");
         }
         frame.close();
         test::comparePicture(seen, text);

@@ -21,21 +21,25 @@ class tst_recordforms : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // A den that another program made appears in a list of dens when that is opened.
+    // A den that another program made, before the others, appears in a list of dens when that is opened; what is chosen
+    // then is the den that is seen.
     void newDenIsListed_data() { test::tableOf("shell/recordforms_newDens.txt"); }
     void newDenIsListed()
     {
-        const auto [form, list, text, kept, end] = test::cells("form", "list", "text", "kept", "end");
+        const auto [form, list, text, script] = test::cells("form", "list", "text", "script");
         const test::AppFolder folder;
         test::copyLayouts();
         test::fill(test::Pack);
         const test::RecordScreen screen(form);
         auto& dens = screen.get<widgets::ComboBox>(list.toUtf8().constData());
-        dens.setText(text);
-        test::fill("Insert Into Dens Values (9, 9, '', 'Lion', 2025, 'Y')");
         dens.showPopup(), dens.hidePopup();
-        QCOMPARE(test::textsOf(dens).section("Wolf Den 3; ", 1), end);
+        dens.setText(text);
+        test::fill("Insert Into Dens Values (9, 0, '', 'Lion', 2025, 'Y')");
+        dens.showPopup(), dens.hidePopup();
+        QTEST(test::textsOf(dens), "dens");
         QTEST(dens.text(), "kept");
+        screen.run(script);
+        QTEST(test::rows(test::cell("query")), "result");
     }
 
     // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.

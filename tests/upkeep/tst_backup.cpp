@@ -2,6 +2,7 @@
 #include "shell/forms/Module1.h"
 #include "shell/frame/mdiPendrake.h"
 #include "store/engine/Database.h"
+#include "support/Failure.h"
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Pack.h"
@@ -267,11 +268,16 @@ private Q_SLOTS:
     void repairKeepsACopy()
     {
         const Place place;
+        sqlite(place.database, "Create Table Gone(a); Insert Into Gone Values (zeroblob(200000)); Drop Table Gone");
         openDatabase(databasePath());
         mdiPendrake frame;
-        test::control<QAction>(frame, "mnuRepairDatabase").trigger();
+        auto& repair = test::control<QAction>(frame, "mnuRepairDatabase");
+        repair.trigger();
+        QVERIFY(QFile(place.database).size() < 200000); // it is compacted
         const QString copy = gAppPath + "/copies/" + QDate::currentDate().toString(Qt::ISODate) + "/Quorrel11_Backup";
         QCOMPARE(sqlite(copy, "Pragma integrity_check"), QStringList("ok"));
+        gDatabase.reset(); // as after a failed start
+        QCOMPARE(test::failureNumber([&repair] { repair.trigger(); }), 91);
     }
 
     // A drive that has been removed is noticed before anything is touched.

@@ -310,7 +310,6 @@ void PeopleForm::openSet()
     // If restoring the den filter's text has filled the list, nothing is left to do here.
     if (opening == m_openings) {
         mFindRequested = false;
-        mNewRecord = false;
         if (mRecordCount == 0)
             showEmpty();
         else {

@@ -21,6 +21,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace orlo
 {
@@ -29,6 +30,31 @@ namespace
 {
 
 const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
+
+// Qt hides a child window while it becomes as large as the work area, small or normal, and moves the focus on
+// meanwhile.
+class FocusKeeper : public QObject
+{
+public:
+    explicit FocusKeeper(QMdiSubWindow* window) : QObject(window), m_window(window)
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        QWidget* const now = QApplication::focusWidget();
+        if (event->type() == QEvent::Hide && m_window->widget()->isAncestorOf(now))
+            m_kept = now;
+        else if (event->type() == QEvent::Show && m_kept && !m_window->isMinimized())
+            std::exchange(m_kept, nullptr)->setFocus();
+        return false;
+    }
+
+private:
+    QMdiSubWindow* m_window;
+    QPointer<QWidget> m_kept;
+};
 
 } // namespace
 
@@ -221,6 +247,7 @@ QMdiSubWindow* mdiPendrake::addChild(widgets::Form& form)
     auto* window =
         ui->mdiArea->addSubWindow(form.hasFixedBorder() ? static_cast<QWidget*>(&form) : new ScreenScroll(form), flags);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    new FocusKeeper(window);
     // Qt adds the desktop's own shortcuts, such as Ctrl+W, which would drop unsaved input.
     const auto commands = window->systemMenu()->actions();
     for (QAction* command : commands)
