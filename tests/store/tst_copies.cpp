@@ -134,7 +134,7 @@ private Q_SLOTS:
         QCOMPARE(made(), test::cell("copies").simplified());
     }
 
-    void obstacles_data() { test::cases({"folders", "left", "made"}, "store/obstacles.txt"); }
+    void obstacles_data() { test::cases({"folders", "left", "made", "logged"}, "store/obstacles.txt"); }
     void obstacles()
     {
         const QString what = QTest::currentDataTag();
@@ -209,6 +209,7 @@ private Q_SLOTS:
         QCOMPARE(folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot), left);
         clockTime = clockTime.addSecs(6);
         QCOMPARE(keeper.beforeChange(database, {}), done || what == "a tool's lock");
+        QCOMPARE(orlo::test::logged().join('\n').replace(m_folder->path(), "%"), test::cell("logged").trimmed());
     }
 
     // A copy is the file as it was, with the same size and permissions, and flushed; a restore accepts it as it is.
