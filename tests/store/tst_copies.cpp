@@ -57,6 +57,7 @@ private Q_SLOTS:
         platform::setVolumes({});
         platform::setToday({});
         test::limitFiles(-1);
+        test::failReads(0, 0);
     }
 
     void kept_data() { test::cases({"names", "today", "kept"}, "store/copies.txt"); }
@@ -188,6 +189,8 @@ private Q_SLOTS:
         }
         if (what.contains("full"))
             test::limitFiles(QFileInfo(file()).size() / 2);
+        if (what.startsWith("a page"))
+            test::failReads(100'000, 100'512);
         if (what.endsWith("replacement"))
             keeper.beforeReplacement(database);
         const QDeadlineTimer limit(2000);
