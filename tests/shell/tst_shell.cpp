@@ -15,6 +15,7 @@
 #include "support/Pack.h"
 #include "support/Picture.h"
 #include "support/RecordScreen.h"
+#include "support/System.h"
 #include "support/Table.h"
 #include "widgets/Contrast.h"
 #include "widgets/MessageBox.h"
@@ -118,6 +119,7 @@ private Q_SLOTS:
         CriticalError();
         QCOMPARE(seen->text, "http://www.tollbeck.example, 12 lines");
         QVERIFY(QApplication::clipboard()->text().contains("Error Number: 3343\nError Source: DBEngine\nError Desc"));
+        QCOMPARE(test::logged().join('\n').first(51), "ORLO_1: Critical Error, 3343, DBEngine,  line line ");
     }
 
     void splashOpensFrame()

@@ -8,6 +8,7 @@
 #include "support/Main.h"
 #include "support/Repeats.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QDir>
@@ -85,6 +86,8 @@ private Q_SLOTS:
                 given = test::sqlite(m_path, what.toUtf8());
             else if (who == "today")
                 platform::setToday(QDate::fromString(what, Qt::ISODate));
+            else if (what == "logged")
+                given = test::logged();
             else if (what == "files")
                 given = QDir(m_folder->path()).entryList(QDir::Files);
             else if (what.startsWith("watch"))

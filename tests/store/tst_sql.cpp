@@ -9,6 +9,7 @@
 #include "support/Files.h"
 #include "support/Main.h"
 #include "support/Sqlite.h"
+#include "support/System.h"
 #include "support/Table.h"
 
 #include <QRegularExpression>
@@ -238,6 +239,8 @@ private Q_SLOTS:
                     database.execute(step.sliced(3));
                 else if (verb == "reopen")
                     database = DBEngine::openDatabase(path);
+                else if (verb == "logged")
+                    given = test::logged().join("; ").remove(folder.path());
                 else if (verb == "file")
                     (void)DBEngine::createDatabase(path + step.mid(5));
                 else if (verb == "names")

@@ -26,6 +26,9 @@ extern const char* const OtherJournal;
 /// flushes.
 [[nodiscard]] QStringList putInPlaceUnflushed();
 
+/// What a row has made the program write to the system's log since its last call.
+[[nodiscard]] QStringList logged();
+
 /// From now on reading files between these offsets fails; a `to` of 0 ends that.
 void failReads(qint64 from, qint64 to);
 /// Lets no file have a second name or room before its bytes, as on a stick, or stops that.

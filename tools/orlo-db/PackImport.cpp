@@ -260,10 +260,7 @@ private:
         }
         return parts.join(u'\n');
     }
-    [[nodiscard]] QString keyText(const PackRows::Row& row) const
-    {
-        return m_key.isEmpty() ? QString() : shown(m_rows.value(row, m_key));
-    }
+    [[nodiscard]] QString keyText(const PackRows::Row& row) const { return shown(m_rows.value(row, m_key)); }
 
     // If the same row has a different key in the file, rows pointing to it would point to somebody else.
     [[nodiscard]] bool standsThere(const Incoming& row)

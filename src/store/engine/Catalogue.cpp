@@ -81,7 +81,8 @@ std::vector<Index> readIndexes(Connection& connection, const QString& table)
         fields.bind(1, Value(name));
         while (fields.step())
             index.fields.append(fields.text(0));
-        indexes.push_back(std::move(index));
+        if (!index.fields.contains(QString())) // another tool's on what it computes has no field
+            indexes.push_back(std::move(index));
     }
     return indexes;
 }

@@ -41,7 +41,7 @@ int guard(void* watch, int action, const char* first, const char* second, const 
     case SQLITE_INSERT:
     case SQLITE_UPDATE:
     case SQLITE_DELETE:
-        if (!isHidden(first) || (!isEngineTable(first) && owner.ofFile.contains(first)))
+        if (!isHidden(first) || owner.ofFile.contains(first))
             return SQLITE_OK;
         owner.hidden = first;
         owner.refusal = platform::UnknownTable;

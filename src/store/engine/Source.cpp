@@ -116,7 +116,7 @@ std::shared_ptr<const RowShape> makeShape(Connection& connection, const Source& 
     for (int i = 0; i < static_cast<int>(shape->fields.size()); ++i) {
         Field& field = shape->fields[static_cast<std::size_t>(i)];
         const char* from = sqlite3_column_table_name(handle, i);
-        const char* column = from ? sqlite3_column_origin_name(handle, i) : nullptr;
+        const char* column = sqlite3_column_origin_name(handle, i);
         const bool own = table.compare(QString::fromUtf8(from), Qt::CaseInsensitive) == 0;
         const QString name = own ? QString::fromUtf8(column) : QString();
         shape->columns.push_back(own ? quoted(name) : QByteArray());
@@ -160,7 +160,7 @@ KnownSource knownSource(Connection& connection, const TableInfo& table)
     const QString own = table.isQuery ? readQuery(connection, table.name).sql : QString();
     if (!own.isEmpty()) {
         const auto read = connection.translated(own);
-        return {read->fields, read->orderStart < 0 ? read->sql : read->sql.left(read->orderStart), read->joins};
+        return {read->fields, read->sql.left(read->orderStart), read->joins}; // all of it without an order
     }
     try {
         auto fields = std::make_shared<KnownFields>();

@@ -5,9 +5,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
+#include <QTest>
 
 #include <cerrno>
 #include <csignal>
+#include <cstdarg>
 #include <set>
 
 #include <fcntl.h>
@@ -100,8 +103,28 @@ extern "C" ssize_t pread64(int file, void* to, size_t size, off64_t at)
     return badTo > 0 && isBad(at, size) ? (errno = EIO, -1) : ::syscall(SYS_pread64, file, to, size, at);
 }
 
+static QMap<QByteArray, QStringList> entries; // of the system's log, by the row that made them
+
+static QByteArray row()
+{
+    return QByteArray(QTest::currentTestFunction()) + ':' + QTest::currentDataTag();
+}
+
+extern "C" void syslog(int /*level*/, const char* format, ...)
+{
+    va_list values;
+    va_start(values, format);
+    entries[row()] += QString::fromUtf8(va_arg(values, const char*));
+    va_end(values);
+}
+
 namespace orlo::test
 {
+
+QStringList logged()
+{
+    return entries.take(row());
+}
 
 void failReads(qint64 from, qint64 to)
 {

@@ -52,6 +52,11 @@ QStringList putInPlaceUnflushed()
     return {};
 }
 
+QStringList logged()
+{
+    skip(QStringLiteral("the system's log can't be seen here"));
+}
+
 bool lockByte(QFile& file, qint64 at)
 {
     return LockFile(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle())), static_cast<DWORD>(at), 0, 1, 0);
