@@ -81,7 +81,7 @@ bool isClosed(const QWidget& widget)
 bool focusMustStay(QObject* receiver, const QEvent* event)
 {
     const QWidget* target = receiver->isWidgetType() ? static_cast<QWidget*>(receiver) : nullptr;
-    if (target && isPress(event))
+    if (isPress(event))
         target = focusTarget(target);
     else if (event->type() == QEvent::KeyPress) {
         if (qobject_cast<Form*>(receiver)) // its default button asks by itself

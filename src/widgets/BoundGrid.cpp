@@ -337,8 +337,8 @@ void BoundGrid::applyColumns()
     const auto& columns = m_model->columns();
     horizontalHeader()->setStretchLastSection(m_stretched < 0);
     for (int column = 0; column < columns.size(); ++column) {
+        setColumnHidden(column, columns[column].hidden); // first, as a hidden heading asks for no room
         setColumnWidth(column, m_byHand.value(columns[column].field, minimumWidthOf(column)));
-        setColumnHidden(column, columns[column].hidden);
     }
     stretch();
 }

@@ -5,8 +5,6 @@ namespace orlo::widgets
 
 HeadingRow::HeadingRow(QWidget* parent) : QHeaderView(Qt::Horizontal, parent)
 {
-    setHighlightSections(false);
-    setSectionsClickable(false);
     setMinimumSectionSize(1);
     setStretchLastSection(true);
 }

@@ -224,7 +224,6 @@ void BoundGridModel::removeRecord(int row)
     store::Recordset* set = records();
     if (!set || row < 0 || row >= m_records)
         return;
-    cancel();
     set->moveTo(row);
     set->remove();
     beginRemoveRows({}, row, row);

@@ -68,7 +68,7 @@ public:
     std::optional<RowRefusal> write();
     /// Closes the open row and drops what was typed.
     void cancel();
-    /// Deletes a record. Raises what the record set raises.
+    /// Deletes a record while no row is open. Raises what the record set raises.
     void removeRecord(int row);
 
 private:

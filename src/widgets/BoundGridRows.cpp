@@ -68,7 +68,6 @@ void BoundGrid::pasteCells()
     if (!held || !held->hasFormat(QStringLiteral("text/plain")))
         return; // a picture would empty the cell
     QString text = held->text();
-    text.remove(u'\r');
     if (text.endsWith(u'\n'))
         text.chop(1);
     const QStringList lines = text.split(u'\n');
@@ -77,7 +76,7 @@ void BoundGrid::pasteCells()
             return;
         int column = first.column();
         for (const QString& cell : lines[row - first.row()].split(u'\t')) {
-            while (column < m_model->columnCount() && isColumnHidden(column))
+            while (isColumnHidden(column))
                 ++column;
             if (column < m_model->columnCount())
                 m_model->setData(m_model->index(row, column++), oneLine(cell), Qt::EditRole);

@@ -12,11 +12,10 @@ namespace orlo::widgets
 
 void KeyGrid::setFirstKeyColumn(int col, int twipsBefore)
 {
-    if (m_firstKey == 0)
-        connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
-            if (section < m_firstKey)
-                stretch();
-        });
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
+        if (section < m_firstKey)
+            stretch();
+    });
     m_firstKey = col;
     m_leastRoom = twipsBefore;
     stretch();

@@ -103,7 +103,6 @@ private:
         auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
         const int width = textWidth(text(), label->font());
         label->setWordWrap(true);
-        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         label->setFixedSize(
             width, std::max(iconPixmap().deviceIndependentSize().toSize().height(), label->heightForWidth(width)));
         layout()->activate();

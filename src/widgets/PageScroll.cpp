@@ -18,7 +18,7 @@ PageScroll::PageScroll(QWidget* parent) : QScrollArea(parent)
     viewport()->setAutoFillBackground(false);
     // During a press, wait for the release, which would otherwise miss the focused control.
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, QWidget* now) {
-        if (now && widget() && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
+        if (widget() && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
             ensureWidgetVisible(now);
     });
     qApp->installEventFilter(this);

@@ -33,7 +33,6 @@ public:
         cell.state &= ~QStyle::State_HasFocus;
         if (index.column() == 0) {
             cell.state &= ~(QStyle::State_Selected | QStyle::State_MouseOver);
-            cell.features &= ~QStyleOptionViewItem::Alternate;
             cell.palette.setColor(QPalette::Text, option.palette.color(QPalette::ButtonText));
             painter->fillRect(option.rect, option.palette.button());
         }
@@ -196,7 +195,7 @@ void TextGrid::setRedraw(bool on)
         ++m_holds;
         return;
     }
-    if (m_holds == 0 || --m_holds > 0)
+    if (--m_holds > 0)
         return;
     m_model->release();
     if (m_heightsDue)
@@ -242,6 +241,13 @@ void TextGrid::changeEvent(QEvent* event)
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         fitAll();
+}
+
+// The current row is always highlighted, so that a button can't act on a row that nobody sees.
+QItemSelectionModel::SelectionFlags TextGrid::selectionCommand(const QModelIndex& index, const QEvent* event) const
+{
+    const auto command = QTableView::selectionCommand(index, event);
+    return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
 }
 
 void TextGrid::requireRow(int row) const
@@ -290,7 +296,7 @@ int TextGrid::widthFor(const QString& text) const
     const QStringListModel probe({text});
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    return itemDelegate()->sizeHint(option, probe.index(0)).width() + (showGrid() ? 1 : 0);
+    return itemDelegate()->sizeHint(option, probe.index(0)).width() + 1; // the line beside it
 }
 
 void TextGrid::widen(int col, int width)

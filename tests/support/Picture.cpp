@@ -160,6 +160,25 @@ QString glyphOf(const QIcon& icon)
     return QStringLiteral(" another icon");
 }
 
+bool isOwn(const QWidget& control);
+
+// The controls that the screen still shows as they were, since nothing told them to paint themselves again.
+QStringList staleOf(QWidget& form)
+{
+    QImage shown, due;
+    for (int turn = 0; turn < 3 && (turn == 0 || shown != due); ++turn) { // some wait for a moment without work
+        QCoreApplication::processEvents();
+        shown = form.screen()->grabWindow(form.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+        due = form.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    }
+    QStringList names;
+    for (const auto* control : shown.size() == due.size() ? form.findChildren<QWidget*>() : QWidgetList())
+        if (const QRect at(control->mapTo(&form, QPoint()), control->size());
+            shown != due && isOwn(*control) && control->isVisible() && shown.copy(at) != due.copy(at))
+            names += control->objectName();
+    return names.isEmpty() ? names : QStringList("paint of before, still shown: " + names.join(' '));
+}
+
 bool isOwn(const QWidget& control)
 {
     const bool isOfThisMachine =
@@ -192,7 +211,8 @@ QStringList pictureOf(const QWidget& form, What what)
     return lines +
            QStringList("focus: " + (place ? place->objectName() : "nothing") +
                        (isEditor ? ", typing " + stateOf(*focus, what) : "")) +
-           (isPainted ? paintOf(form) : QStringList());
+           (isPainted ? paintOf(form) : QStringList()) +
+           (form.isWindow() && form.isVisible() ? staleOf(const_cast<QWidget&>(form)) : QStringList());
 }
 
 QStringList changesOf(const QStringList& before, const QStringList& now)

@@ -151,7 +151,7 @@ bool RecordScreen::byHand(const QString& word) const
     else if (word.startsWith("twice:")) {
         const QPointer<QWidget> hit = target();
         const QPoint at = place();
-        QTest::mouseClick(hit, Qt::LeftButton, {}, at);
+        QTest::mouseClick(hit, Qt::LeftButton, {}, at), QCoreApplication::processEvents();
         if (hit)
             QTest::mouseDClick(hit, Qt::LeftButton, {}, at);
         if (hit)

@@ -151,6 +151,7 @@ struct Hall : widgets::Form {
                      screen.play(words, steps, told);
                      if (modal.isVisible())
                          static_cast<QMessageBox&>(modal).done(QMessageBox::No);
+                     QTest::keyClick(&modal, Qt::Key_Y); // too late
                      return true;
                  });
          }},

@@ -279,6 +279,14 @@ private:
             widgets::sayWhenEmpty(kind.grid, a[0], a.size() > 1 ? &button : nullptr);
         };
         kind.words["button"] = [&](const Args& a) { button.setEnabled(a[0] == "yes"); };
+        kind.words["behind"] = [&](const Args& a) { // keys that come while another window is still the active one
+            QWidget other;
+            other.show();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+            for (const QString& key : a)
+                QTest::keyClick(&kind.grid, Qt::Key(QKeySequence(key)[0].key()));
+            window.activateWindow();
+        };
         kind.words["hide"] = [&](const Args&) { kind.grid.hide(); };
         kind.words["show"] = [&](const Args&) { kind.grid.show(); };
         window.resize(500, 300);
