@@ -5,7 +5,6 @@
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
-#include "widgets/ComboBox.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -21,36 +20,6 @@ class tst_recordforms : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // A den that another program made appears in a list of dens when that is opened.
-    void newDenIsListed_data() { test::tableOf("shell/recordforms_newDens.txt"); }
-    void newDenIsListed()
-    {
-        const auto [form, list, text, kept, end] = test::cells("form", "list", "text", "kept", "end");
-        const test::AppFolder folder;
-        test::copyLayouts();
-        test::fill(test::Pack);
-        const test::RecordScreen screen(form);
-        auto& dens = screen.get<widgets::ComboBox>(list.toUtf8().constData());
-        dens.setText(text);
-        test::fill("Insert Into Dens Values (9, 9, '', 'Lion', 2025, 'Y')");
-        dens.showPopup(), dens.hidePopup();
-        QCOMPARE(test::textsOf(dens).section("Wolf Den 3; ", 1), end);
-        QTEST(dens.text(), "kept");
-    }
-
-    // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
-    // The other values are written as usual.
-    void foreignValues_data() { test::tableOf("shell/recordforms_foreignValues.txt"); }
-    void foreignValues()
-    {
-        const auto [form, script] = test::cells("form", "script");
-        const test::AppFolder folder;
-        test::copyLayouts();
-        test::fill(QString(test::Pack) + "Insert Into PackInfo Values (1, 'Old'); Update " + test::cell("before"));
-        test::RecordScreen(form).run(script);
-        QTEST(test::rows(test::cell("query")), "result");
-    }
-
     // A form that is closed during its own question exists until its handler has returned.
     void closedUnderItsQuestion_data() { test::tableOf("shell/recordforms_closed.txt"); }
     void closedUnderItsQuestion()

@@ -32,6 +32,7 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
             return false;
         told = {box->text(), box->windowTitle(), true, QVariant::fromValue(box->icon()).toString() + u','};
         told.kind += box->textFormat() == Qt::PlainText ? "" : " rich,";
+        told.before = lookBehind ? lookBehind() : QStringList();
         for (const auto* each : box->buttons())
             told.kind += (each == box->defaultButton() ? " *" : " ") + each->text().remove('&');
         if (button == QMessageBox::NoButton)
