@@ -8,10 +8,12 @@
 #include "support/Windows.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QTableView>
 #include <QTimer>
 
@@ -64,7 +66,7 @@ private Q_SLOTS:
                 told += test::answerNext();
             const test::RecordScreen screen(name);
             for (const auto& box : std::as_const(told))
-                seen += box->title;
+                seen += box->title + ": " + QFileInfo(box->text.section('\n', 0, 0)).fileName();
             seen += test::pictureOf(screen.form, test::What::Everything).filter(QRegularExpression("^dbg")) +
                     gridsOf(screen.form);
             screen.form.close();
@@ -211,7 +213,9 @@ private:
     // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead (here, or in
     // a file that is named) or, after a plus sign, as well. Then each step is a line "> words", and the lines below it
     // are what it changed: controls, answered boxes, the log of a dialog that it worked. After "> words>>" the steps
-    // are those of the window that the last word opens, until it is closed. "> Select" shows what is stored.
+    // are those of the window that the last word opens, until it is closed. "> Select" shows what is stored; ">
+    // Insert",
+    // "> Update" and "> Delete" change it, as another program does.
     void play()
     {
         skipOtherSizes();
@@ -249,10 +253,19 @@ private:
         const QPointer<QWidget> form = &screen.form;
         const auto isOpen = [&form] { return form && form->isVisible(); };
         QStringList before = test::pictureOf(*form);
+        const auto changes = [&] {
+            const QStringList now = isOpen() ? test::pictureOf(*form) : QStringList("closed");
+            return test::changesOf(std::exchange(before, now), now);
+        };
+        const QScopedValueRollback looks(test::lookBehind, {changes});
         while (!m_steps.isEmpty() && (isOpen() || (isFirst && m_steps.first().startsWith("> Select")))) {
             QString words = m_steps.takeFirst();
             m_seen += words;
             words.remove(0, 2);
+            if (words.contains(QRegularExpression("^(Insert|Update|Delete) "))) {
+                test::fill(words);
+                continue;
+            }
             if (words.startsWith("Select")) {
                 const QString stored = test::rows(words);
                 m_seen += stored.isEmpty() ? QStringList("nothing") : stored.split(", ");
@@ -264,7 +277,7 @@ private:
             qsizetype boxes = 0; // in the order in which they and dialogs came
             const auto tellBoxes = [&](bool all) {
                 for (; boxes < screen.told.size() && (all || screen.told[boxes]->shown); ++boxes)
-                    m_seen += screen.told[boxes]->line();
+                    m_seen += screen.told[boxes]->before + QStringList(screen.told[boxes]->line());
             };
             QTimer opened;
             connect(&opened, &QTimer::timeout, this, [&] {
@@ -289,9 +302,7 @@ private:
             tellBoxes(true);
             for (const auto& box : std::as_const(screen.told))
                 box->shown = true; // it answers no later one
-            const QStringList now = isOpen() ? test::pictureOf(*form) : QStringList("closed");
-            m_seen += test::changesOf(before, now);
-            before = now;
+            m_seen += changes();
         }
     }
 

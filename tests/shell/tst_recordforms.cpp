@@ -5,7 +5,6 @@
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
-#include "widgets/ComboBox.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -39,19 +38,6 @@ private Q_SLOTS:
         QTEST(test::textsOf(dens), "dens");
         QTEST(dens.text(), "kept");
         screen.run(script);
-        QTEST(test::rows(test::cell("query")), "result");
-    }
-
-    // What another program stored may be longer than its box, or not in its list: it stays until somebody changes it.
-    // The other values are written as usual.
-    void foreignValues_data() { test::tableOf("shell/recordforms_foreignValues.txt"); }
-    void foreignValues()
-    {
-        const auto [form, script] = test::cells("form", "script");
-        const test::AppFolder folder;
-        test::copyLayouts();
-        test::fill(QString(test::Pack) + "Insert Into PackInfo Values (1, 'Old'); Update " + test::cell("before"));
-        test::RecordScreen(form).run(script);
         QTEST(test::rows(test::cell("query")), "result");
     }
 

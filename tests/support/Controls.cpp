@@ -33,6 +33,7 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
         told = {box->text(), box->windowTitle(), true, QVariant::fromValue(box->icon()).toString() + u','};
         told.kind += box->textFormat() == Qt::PlainText ? "" : " rich,";
         told.kind += told.kind[0] == 'Q' || box->windowFlags() & Qt::WindowCloseButtonHint ? "" : " no close box,";
+        told.before = lookBehind ? lookBehind() : QStringList();
         for (const auto* each : box->buttons())
             told.kind += (each == box->defaultButton() ? " *" : " ") + each->text().remove('&');
         if (button == QMessageBox::NoButton)

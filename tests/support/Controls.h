@@ -20,7 +20,8 @@ struct Told {
     QString text;
     QString title;
     bool shown = false;
-    QString kind; ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
+    QString kind;       ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
+    QStringList before; ///< what lookBehind() saw
 
     /// All of it in one line.
     [[nodiscard]] QString line() const
@@ -28,6 +29,9 @@ struct Told {
         return shown ? kind + ": " + title + ": " + QString(text).remove('\r').replace('\n', "\\n") : "not asked";
     }
 };
+
+/// Looks at the screen behind a box that is about to be answered; none looks if it is empty.
+inline std::function<QStringList()> lookBehind;
 
 /// Handles the next modal window as soon as it is shown, by a function that returns false for a window it doesn't wait
 /// for.

@@ -96,12 +96,13 @@ QString stateOf(const QWidget& control, What what)
     QStringList state;
     const auto add = [&](bool so, const QString& text) { state += so ? QStringList(text) : QStringList(); };
     const bool all = what == What::Everything;
+    const bool focused = control.window()->focusWidget() == &control; // also while a box is up
     if (const auto* box = qobject_cast<const QLineEdit*>(&control)) {
         state += quoted(box->text());
         add(all && box->maxLength() < 32767, "at most " + QString::number(box->maxLength()));
         add(box->isReadOnly(), "read only");
         add(box->hasSelectedText(), "marked " + quoted(box->selectedText()));
-        add(!box->hasFocus() && box->cursorPosition() > 0, QString("cursor at %1").arg(box->cursorPosition()));
+        add(!focused && box->cursorPosition() > 0, QString("cursor at %1").arg(box->cursorPosition()));
     } else if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&control))
         state += quoted(number->text());
     else if (const QVariant text = control.property("plainText"); text.isValid())
@@ -113,7 +114,7 @@ QString stateOf(const QWidget& control, What what)
         const auto* push = qobject_cast<const QPushButton*>(button);
         state += quoted(button->text());
         add(button->isChecked(), "chosen");
-        add(push && push->isDefault() && (all || !push->hasFocus()), "default"); // the focused one looks so, too
+        add(push && push->isDefault() && (all || !focused), "default"); // the focused one looks so, too
     } else if (const auto* label = qobject_cast<const QLabel*>(&control)) {
         state += quoted(label->text());
         add(all && label->alignment() & Qt::AlignHCenter, "centred");
