@@ -91,12 +91,6 @@ void Connection::checkFile() const
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be read"), m_file);
-    if (m_viewed && isHalfDone(m_file))
-        raiseUnusable(
-            platform::CannotLockFile,
-            QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
-                           "with it, or close that one"),
-            m_file);
     if (!m_viewed && !platform::isWritable(m_file))
         raiseUnusable(platform::CannotLockFile, QStringLiteral("The file can't be written to"), m_file);
     // The journal needs a place beside the file.
@@ -108,6 +102,12 @@ void Connection::checkFile() const
     // SQLite would open the file read-only, as one of a later version.
     if (head.size() == FileHead && static_cast<unsigned char>(head.back()) > LastFormat)
         refuseFile(platform::DatabaseDamaged);
+    if (m_viewed && isHalfDone(m_file))
+        raiseUnusable(
+            platform::CannotLockFile,
+            QStringLiteral("A change of the file isn't done, or another program has it open. Start the program "
+                           "with it, or close that one"),
+            m_file);
     if (!m_viewed)
         setStrayJournalAside(m_file);
 }
