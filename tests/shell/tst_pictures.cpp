@@ -213,9 +213,8 @@ private:
     // A case begins with the form's name and, if it isn't the small pack, with what the file holds instead (here, or in
     // a file that is named) or, after a plus sign, as well. Then each step is a line "> words", and the lines below it
     // are what it changed: controls, answered boxes, the log of a dialog that it worked. After "> words>>" the steps
-    // are those of the window that the last word opens, until it is closed. "> Select" shows what is stored; ">
-    // Insert",
-    // "> Update" and "> Delete" change it, as another program does.
+    // are those of the window that the last word opens, until it is closed. "> Select" shows what is stored;
+    // "> Insert", "> Update" and "> Delete" change it, as another program does.
     void play()
     {
         skipOtherSizes();

@@ -5,6 +5,7 @@
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
+#include "widgets/ComboBox.h"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -20,8 +20,8 @@ struct Told {
     QString text;
     QString title;
     bool shown = false;
-    QString kind;       ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
-    QStringList before; ///< what lookBehind() saw
+    QString kind;            ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
+    QStringList before = {}; ///< what lookBehind() saw
 
     /// All of it in one line.
     [[nodiscard]] QString line() const

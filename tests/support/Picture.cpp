@@ -192,6 +192,8 @@ bool isOwn(const QWidget& control)
 
 QStringList pictureOf(const QWidget& form, What what)
 {
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool behind = modal && modal != &form; // a box whose answer is under way takes no events
     QStringList lines;
     for (const auto* control : form.findChildren<QWidget*>()) {
         if (const QString state = isOwn(*control) ? stateOf(*control, what) : QString(); !state.isEmpty())
@@ -213,7 +215,7 @@ QStringList pictureOf(const QWidget& form, What what)
            QStringList("focus: " + (place ? place->objectName() : "nothing") +
                        (isEditor ? ", typing " + stateOf(*focus, what) : "")) +
            (isPainted ? paintOf(form) : QStringList()) +
-           (form.isWindow() && form.isVisible() ? staleOf(const_cast<QWidget&>(form)) : QStringList());
+           (form.isWindow() && form.isVisible() && !behind ? staleOf(const_cast<QWidget&>(form)) : QStringList());
 }
 
 QStringList changesOf(const QStringList& before, const QStringList& now)
