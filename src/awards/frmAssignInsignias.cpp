@@ -339,8 +339,7 @@ void frmAssignInsignias::selectRow(const Source& source, int row)
     selected.setText(added, SelectedType, source.type);
     selected.setText(added, SelectedSID, source.grid.text(row, SourceSID));
     source.grid.setText(row, Marker, Marked);
-    if (mSelectedCount == 1)
-        ui->cmdAssignAward->setEnabled(true);
+    ui->cmdAssignAward->setEnabled(true);
     tellCount();
 }
 

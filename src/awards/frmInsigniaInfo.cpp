@@ -78,13 +78,10 @@ void frmInsigniaInfo::reload()
     setRecordIndex(mRecordCount > 0 ? 1 : 0);
     ShowRecordInfo();
     mFindRequested = false;
-    if (mRecordCount < 1) {
+    if (mRecordCount < 1)
         DisableRecordButtons();
-        return;
-    }
-    rsRecords->moveFirst();
-    mCurrentSID = rsRecords->value(u"Insignia_SID").toInt16();
-    FillRecord();
+    else
+        FillRecord();
 }
 
 // ---- The record
@@ -133,12 +130,6 @@ void frmInsigniaInfo::finishSave()
 {
     ui->cmdFind->setEnabled(true);
     SetNavButtons();
-}
-
-void frmInsigniaInfo::finishCancelledNew()
-{
-    ui->cmdNext->setEnabled(false);
-    ui->cmdLast->setEnabled(false);
 }
 
 void frmInsigniaInfo::finishCancel()
@@ -193,9 +184,6 @@ void frmInsigniaInfo::find()
 {
     openRecords(Everything + findCondition() + InOrder);
     if (mRecordCount > 0) {
-        rsRecords->moveLast();
-        rsRecords->moveFirst();
-        readRecordCount();
         FillRecord();
         setRecordIndex(1);
         ShowRecordInfo();

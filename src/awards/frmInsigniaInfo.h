@@ -34,7 +34,6 @@ protected:
 
     void startNew() override;
     void finishSave() override;
-    void finishCancelledNew() override;
     void finishCancel() override;
     void finishDelete() override;
 

@@ -39,19 +39,11 @@ frmPackInformation::~frmPackInformation() = default;
 
 void frmPackInformation::load()
 {
-    mPackNew = false;
     rsPack = database().openRecordset(QStringLiteral("PackInfo"));
-    mPackCount = platform::toInt16(rsPack->recordCount());
-    if (mPackCount != 0) {
-        rsPack->moveFirst();
+    mPackNew = rsPack->recordCount() == 0;
+    if (!mPackNew)
         showRecord();
-        ui->cmdSave->setEnabled(false);
-    } else {
-        ui->cmdSave->setEnabled(true);
-        rsPack->addNew();
-        mPackCount = 1;
-        mPackNew = true;
-    }
+    ui->cmdSave->setEnabled(mPackNew);
 }
 
 void frmPackInformation::showRecord()

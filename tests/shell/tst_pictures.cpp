@@ -305,8 +305,7 @@ private:
         }
     }
 
-    QStringList m_seen;
-    QStringList m_steps;
+    QStringList m_seen, m_steps;
     std::optional<test::AppFolder> m_folder;
 };
 
