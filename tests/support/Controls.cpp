@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <algorithm>
+
 namespace orlo::test
 {
 
@@ -32,6 +34,7 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
             return false;
         told = {box->text(), box->windowTitle(), true, QVariant::fromValue(box->icon()).toString() + u','};
         told.kind += box->textFormat() == Qt::PlainText ? "" : " rich,";
+        told.kind += std::ranges::count_if(QApplication::topLevelWidgets(), &QWidget::isVisible) > 1 ? "" : " alone,";
         for (const auto* each : box->buttons())
             told.kind += (each == box->defaultButton() ? " *" : " ") + each->text().remove('&');
         if (button == QMessageBox::NoButton)
