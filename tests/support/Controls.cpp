@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <algorithm>
+
 namespace orlo::test
 {
 
@@ -34,6 +36,7 @@ std::shared_ptr<Told> answerNext(QMessageBox::StandardButton button)
         told.kind += box->textFormat() == Qt::PlainText ? "" : " rich,";
         told.kind += told.kind[0] == 'Q' || box->windowFlags() & Qt::WindowCloseButtonHint ? "" : " no close box,";
         told.before = lookBehind ? lookBehind() : QStringList();
+        told.kind += std::ranges::count_if(QApplication::topLevelWidgets(), &QWidget::isVisible) > 1 ? "" : " alone,";
         for (const auto* each : box->buttons())
             told.kind += (each == box->defaultButton() ? " *" : " ") + each->text().remove('&');
         if (button == QMessageBox::NoButton)

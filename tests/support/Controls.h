@@ -20,7 +20,7 @@ struct Told {
     QString text;
     QString title;
     bool shown = false;
-    QString kind;            ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"
+    QString kind; ///< its sign and its buttons, the preset one with a star: "Question, *Yes No"; "alone" over nothing
     QStringList before = {}; ///< what lookBehind() saw
 
     /// All of it in one line.
