@@ -143,17 +143,16 @@ struct Hall : widgets::Form {
          }},
         {"during", // words while the next box is up
          [this](const Args& a) {
-             screen.told +=
-                 test::takeNext([this, steps = QString(a.join(' ')).replace('+', ',')](auto& modal, auto& box) {
-                     if (box.shown || !modal.isActiveWindow())
-                         return false;
-                     box = {modal.windowTitle(), "during", true, "then No"};
-                     screen.play(words, steps, told);
-                     if (modal.isVisible())
-                         static_cast<QMessageBox&>(modal).done(QMessageBox::No);
-                     QTest::keyClick(&modal, Qt::Key_Y); // too late
-                     return true;
-                 });
+             screen.told += test::takeNext([this, steps = a.join(' ')](auto& modal, auto& box) {
+                 if (box.shown || !modal.isActiveWindow())
+                     return false;
+                 box = {modal.windowTitle(), "during", true, "then No"};
+                 screen.play(words, steps, told);
+                 if (modal.isVisible())
+                     static_cast<QMessageBox&>(modal).done(QMessageBox::No);
+                 QTest::keyClick(&modal, Qt::Key_Y); // too late
+                 return true;
+             });
          }},
         {"check", // the field accepts only "good"
          [this](const Args& a) {
