@@ -67,6 +67,8 @@ QString heardOf(QWidget* control)
     auto* actions = reader->actionInterface();
     for (const QString& name : actions ? actions->actionNames() : QStringList())
         words += ' ' + name + ' ' + actions->keyBindingsForAction(name).join('+');
+    for (const auto* command : control->actions()) // of its menu
+        words += " [" + command->text() + ']';
     return words.simplified();
 }
 
