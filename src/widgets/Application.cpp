@@ -155,8 +155,7 @@ bool answerByLetter(QMessageBox& box, const QKeyEvent& key)
         return false;
     const auto buttons = box.buttons();
     const auto meant = std::ranges::find_if(buttons, [&key](const QAbstractButton* button) {
-        const QKeySequence shortcut = button->shortcut();
-        return !shortcut.isEmpty() && shortcut[0].key() == key.key();
+        return button->shortcut()[0].key() == key.key(); // nothing has the key 0
     });
     if (meant == buttons.end())
         return false;

@@ -51,7 +51,6 @@ EditableComboBox::EditableComboBox(QWidget* parent) : ComboBox(parent)
 {
     setEditable(true);
     setCompleter(nullptr);
-    disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
     disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
 }
 

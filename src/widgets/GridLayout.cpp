@@ -134,7 +134,7 @@ private:
                 fail(m_at, QStringLiteral("'=' is expected"));
             ++m_at;
             property(result, name, at);
-            if (m_at < m_line.size() && !atEnd() && m_line[m_at] != u' ' && m_line[m_at] != u'\t')
+            if (!atEnd() && m_line[m_at] != u' ' && m_line[m_at] != u'\t')
                 fail(m_at, QStringLiteral("a blank is expected"));
         }
         if (result.field.isEmpty())

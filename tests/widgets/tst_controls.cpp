@@ -67,6 +67,8 @@ QString heardOf(QWidget* control)
     auto* actions = reader->actionInterface();
     for (const QString& name : actions ? actions->actionNames() : QStringList())
         words += ' ' + name + ' ' + actions->keyBindingsForAction(name).join('+');
+    for (const auto* command : control->actions()) // of its menu
+        words += " [" + command->text() + ']';
     return words.simplified();
 }
 
@@ -143,17 +145,16 @@ struct Hall : widgets::Form {
          }},
         {"during", // words while the next box is up
          [this](const Args& a) {
-             screen.told +=
-                 test::takeNext([this, steps = QString(a.join(' ')).replace('+', ',')](auto& modal, auto& box) {
-                     if (box.shown || !modal.isActiveWindow())
-                         return false;
-                     box = {modal.windowTitle(), "during", true, "then No"};
-                     screen.play(words, steps, told);
-                     if (modal.isVisible())
-                         static_cast<QMessageBox&>(modal).done(QMessageBox::No);
-                     QTest::keyClick(&modal, Qt::Key_Y); // too late
-                     return true;
-                 });
+             screen.told += test::takeNext([this, steps = a.join(' ')](auto& modal, auto& box) {
+                 if (box.shown || !modal.isActiveWindow())
+                     return false;
+                 box = {modal.windowTitle(), "during", true, "then No"};
+                 screen.play(words, steps, told);
+                 if (modal.isVisible())
+                     static_cast<QMessageBox&>(modal).done(QMessageBox::No);
+                 QTest::keyClick(&modal, Qt::Key_Y); // too late
+                 return true;
+             });
          }},
         {"check", // the field accepts only "good"
          [this](const Args& a) {
