@@ -284,7 +284,7 @@ void createQuery(Connection& connection, const QueryDef& query)
     Transaction transaction(connection);
     createQueryTexts(connection);
     // The order counts only when the query itself is opened, and that uses its text.
-    const QString sql = translated.orderStart < 0 ? translated.sql : translated.sql.left(translated.orderStart);
+    const QString sql = translated.sql.left(translated.orderStart); // all of it without an order
     connection.run("CREATE VIEW " + quoted(query.name) + " AS " + sql.toUtf8());
     {
         auto text = connection.statement(QByteArray("INSERT INTO ") + StoredQueries + " VALUES(?1, ?2)");
