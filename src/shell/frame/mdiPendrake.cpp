@@ -12,6 +12,7 @@
 #include "widgets/Form.h"
 #include "widgets/MessageBox.h"
 
+#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QLayout>
 #include <QMdiSubWindow>
@@ -32,7 +33,7 @@ namespace
 const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
 
 // Qt hides a child window while it becomes as large as the work area, small or normal, and moves the focus on
-// meanwhile.
+// meanwhile. It stays where it was, and its return is no more the user's doing than that of the window.
 class FocusKeeper : public QObject
 {
 public:
@@ -41,17 +42,41 @@ public:
         window->installEventFilter(this);
     }
 
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    bool eventFilter(QObject* watched, QEvent* event) override
     {
-        QWidget* const now = QApplication::focusWidget();
-        if (event->type() == QEvent::Hide && m_window->widget()->isAncestorOf(now))
-            m_kept = now;
+        if (watched != m_window)
+            return event->type() == QEvent::FocusIn; // put() says it once the window is back
+        if (event->spontaneous())                    // with the main window
+            return false;
+        if (event->type() == QEvent::Hide && m_window->widget()->isAncestorOf(QApplication::focusWidget()))
+            take(QApplication::focusWidget());
         else if (event->type() == QEvent::Show && m_kept && !m_window->isMinimized())
-            std::exchange(m_kept, nullptr)->setFocus();
+            put(std::exchange(m_kept, nullptr));
         return false;
     }
 
 private:
+    void take(QWidget* control)
+    {
+        m_kept = control;
+        for (QWidget* outer = control; outer != m_window; outer = outer->parentWidget())
+            if (qobject_cast<QAbstractItemView*>(outer))
+                m_kept = outer; // a cell's editor goes with the focus
+        m_kept->installEventFilter(this);
+        if (QWidget* area = m_window->mdiArea())
+            area->setFocus();
+    }
+
+    void put(QWidget* control)
+    {
+        control->removeEventFilter(this);
+        QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+        if (control->hasFocus())
+            QCoreApplication::sendEvent(control, &back);
+        else
+            control->setFocus(back.reason());
+    }
+
     QMdiSubWindow* m_window;
     QPointer<QWidget> m_kept;
 };
