@@ -82,8 +82,10 @@ QString dlgAddDenLeaderAsignEdit::heldPosition() const
 void dlgAddDenLeaderAsignEdit::movePosition(std::int16_t den)
 {
     auto positions = database().openRecordset(heldPosition());
-    if (positions.recordCount() > 0)
+    if (positions.recordCount() > 0) {
+        positions.moveFirst();
         positions.remove();
+    }
     positions.addNew();
     positions.setValue(u"Den_SID", int{den});
     positions.setValue(u"Adult_SID", int{mAdultSID});
@@ -98,6 +100,7 @@ void dlgAddDenLeaderAsignEdit::changeTitle()
     if (ui->cmbDen->text().isEmpty())
         return;
     if (auto positions = database().openRecordset(heldPosition()); positions.recordCount() > 0) {
+        positions.moveFirst();
         positions.edit();
         positions.setValue(u"Den_Title", ui->cmbDenTitles->text());
         positions.setValue(u"Sort_Order", int{leaderLists::entry(mTitleRanks, ui->cmbDenTitles->listIndex())});

@@ -142,8 +142,10 @@ void frmAdults::load()
                     {2000, Qt::AlignCenter, QString()}},
                    Award);
     ui->fgAdultsAwards->setFirstKeyColumn(InsigniaSID, AwardWidth);
-    if (mRecordCount > 0)
+    if (mRecordCount > 0) {
         LoadAwardRows();
+        PopulateDenAssignments();
+    }
 }
 
 // ---- The record
@@ -319,6 +321,8 @@ void frmAdults::PopulateDenAssignments()
     dataDenAssignments->refresh();
     applyPositionLayout();
     grid.setUpdatesEnabled(true);
+    if (!sameAdult)
+        return;
     const QStringList after = positionKeys();
     const auto added = std::ranges::find_if(after, [&](const QString& key) { return !before.contains(key); });
     const auto kept = added != after.end() ? added : std::ranges::find(after, before.value(row));

@@ -82,6 +82,7 @@ void AddAwardsForm::bindControls(QPushButton* add)
 
 void AddAwardsForm::load()
 {
+    m_catalogue->clear();
     mAwards = awardEntries();
     for (const ListEntry& award : mAwards)
         m_catalogue->addItem(award.text);

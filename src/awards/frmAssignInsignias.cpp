@@ -339,7 +339,8 @@ void frmAssignInsignias::selectRow(const Source& source, int row)
     selected.setText(added, SelectedType, source.type);
     selected.setText(added, SelectedSID, source.grid.text(row, SourceSID));
     source.grid.setText(row, Marker, Marked);
-    ui->cmdAssignAward->setEnabled(true);
+    if (mSelectedCount == 1)
+        ui->cmdAssignAward->setEnabled(true);
     tellCount();
 }
 

@@ -78,10 +78,13 @@ void frmInsigniaInfo::reload()
     setRecordIndex(mRecordCount > 0 ? 1 : 0);
     ShowRecordInfo();
     mFindRequested = false;
-    if (mRecordCount < 1)
+    if (mRecordCount < 1) {
         DisableRecordButtons();
-    else
-        FillRecord();
+        return;
+    }
+    rsRecords->moveFirst();
+    mCurrentSID = rsRecords->value(u"Insignia_SID").toInt16();
+    FillRecord();
 }
 
 // ---- The record
@@ -130,6 +133,12 @@ void frmInsigniaInfo::finishSave()
 {
     ui->cmdFind->setEnabled(true);
     SetNavButtons();
+}
+
+void frmInsigniaInfo::finishCancelledNew()
+{
+    ui->cmdNext->setEnabled(false);
+    ui->cmdLast->setEnabled(false);
 }
 
 void frmInsigniaInfo::finishCancel()
@@ -184,6 +193,9 @@ void frmInsigniaInfo::find()
 {
     openRecords(Everything + findCondition() + InOrder);
     if (mRecordCount > 0) {
+        rsRecords->moveLast();
+        rsRecords->moveFirst();
+        readRecordCount();
         FillRecord();
         setRecordIndex(1);
         ShowRecordInfo();

@@ -34,6 +34,7 @@ protected:
 
     void startNew() override;
     void finishSave() override;
+    void finishCancelledNew() override;
     void finishCancel() override;
     void finishDelete() override;
 

@@ -28,6 +28,7 @@ void dlgAddScouts::assign(std::int16_t person)
         QStringLiteral("Select Assigned_Den_SID From Scouts Where Scout_SID = %1").arg(person));
     if (scout.recordCount() == 0)
         return;
+    scout.moveFirst();
     scout.edit();
     scout.setValue(u"Assigned_Den_SID", int{mDenSID});
     scout.update();

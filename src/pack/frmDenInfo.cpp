@@ -81,6 +81,8 @@ void frmDenInfo::load()
         ShowRecordInfo();
     } else {
         setRecordIndex(1);
+        rsRecords->moveFirst();
+        mCurrentSID = rsRecords->value(u"Den_SID").toInt16();
         ShowRecordInfo();
         FillRecord();
     }
@@ -95,6 +97,8 @@ void frmDenInfo::FillRecord()
         return;
     showFields();
     mCurrentSID = rsRecords->value(u"Den_SID").toInt16();
+    ui->lstScouts->clear();
+    ui->lstAdults->clear();
     loadScouts();
     loadLeaders();
     ui->cmdSave->setEnabled(false);
@@ -124,6 +128,8 @@ void frmDenInfo::SaveRecord()
         ++mRecordCount;
         setRecordIndex(mRecordCount);
         rsRecords->moveLast();
+        ui->cmdNext->setEnabled(false);
+        ui->cmdLast->setEnabled(false);
     }
     mNewRecord = false;
     ShowRecordInfo();

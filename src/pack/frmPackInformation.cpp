@@ -39,11 +39,19 @@ frmPackInformation::~frmPackInformation() = default;
 
 void frmPackInformation::load()
 {
+    mPackNew = false;
     rsPack = database().openRecordset(QStringLiteral("PackInfo"));
-    mPackNew = rsPack->recordCount() == 0;
-    if (!mPackNew)
+    mPackCount = platform::toInt16(rsPack->recordCount());
+    if (mPackCount != 0) {
+        rsPack->moveFirst();
         showRecord();
-    ui->cmdSave->setEnabled(mPackNew);
+        ui->cmdSave->setEnabled(false);
+    } else {
+        ui->cmdSave->setEnabled(true);
+        rsPack->addNew();
+        mPackCount = 1;
+        mPackNew = true;
+    }
 }
 
 void frmPackInformation::showRecord()

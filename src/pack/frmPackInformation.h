@@ -4,6 +4,9 @@
 #include "shell/forms/RecordsetVariable.h"
 #include "widgets/Form.h"
 
+#include <cstdint>
+#include <memory>
+
 namespace Ui
 {
 class frmPackInformation;
@@ -38,6 +41,7 @@ private:
     RecordsetVariable rsPack;
     RecordField m_number;
     RecordField m_name;
+    std::int16_t mPackCount = 0;
     bool mPackNew = false; ///< from loading an empty table until the first save
 };
 

@@ -87,13 +87,16 @@ void frmCreatePurchaseList::createList()
     widgets::sayWhenEmpty(*ui->dbgAssignedPurchases, QStringLiteral("No award was given in these dates."));
     database().execute(QStringLiteral("Delete From Purchase_List"));
     database().execute(statement);
+    dcAssignedPurchases->setRecordSource(QStringLiteral("Purchase_List"));
     dcAssignedPurchases->refresh();
+    ui->dbgAssignedPurchases->refresh();
 }
 
 void frmCreatePurchaseList::cmdClearOtherList_Click()
 {
     database().execute(QStringLiteral("Delete From Other_Purchase_List"));
     dcOtherPurchaseList->refresh();
+    ui->dbgOtherPurchaseList->refresh();
 }
 
 void frmCreatePurchaseList::prepare()

@@ -33,7 +33,7 @@ protected:
     /// Called at the end of cmdSave, whether the record was written or refused.
     virtual void finishSave() = 0;
     /// Called after a cancelled new record, when the last record is shown again.
-    virtual void finishCancelledNew() {}
+    virtual void finishCancelledNew() = 0;
     /// Called at the end of cmdCancel.
     virtual void finishCancel() {}
     /// Releases what belongs to a record about to be deleted.
