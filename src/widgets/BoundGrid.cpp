@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMessageBox>
 #include <QScopedValueRollback>
 
@@ -284,8 +285,8 @@ QModelIndex BoundGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers mod
 
 void BoundGrid::focusMoved(const QWidget* now)
 {
-    if (!now || qobject_cast<QMessageBox*>(now->window()))
-        return; // the whole window went into the background or behind a message; the grid keeps its focus
+    if (!now || qobject_cast<const QMdiArea*>(now) || qobject_cast<QMessageBox*>(now->window()))
+        return; // the whole window went into the background or behind a message, or changes; the grid keeps its focus
     const bool before = std::exchange(m_focused, belongsTo(now, *this));
     m_guard->watch(m_focused);
     if (before != m_focused) { // left from a cell's editor, the view itself hears nothing of it

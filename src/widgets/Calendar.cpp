@@ -20,6 +20,7 @@ Calendar::Calendar(QWidget* parent)
 {
     setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
     setFirstDayOfWeek(Qt::Sunday);
+    setMinimumDate(QDate(100, 1, 1)); // no field takes an earlier one
     setVerticalHeaderFormat(NoVerticalHeader);
     // Red weekends are hard to read on both light and dark grounds.
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})

@@ -155,6 +155,7 @@ void TextGrid::setColWidth(int col, int twips)
     m_widths[std::size_t(col)] = std::max(0, twips);
     setColumnHidden(col, twips <= 0);
     setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
+    viewport()->update(); // Qt leaves the last column painted when it is hidden
     stretch();
 }
 

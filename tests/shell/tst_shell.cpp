@@ -65,7 +65,7 @@ private Q_SLOTS:
         const auto [files, error] = test::cells("files", "error");
         QTemporaryDir folder;
         platform::setFolder(folder.path());
-        gDatabase.reset();
+        gDatabase.reset(), QApplication::setWindowIcon({});
         if (files.contains("current")) {
             const test::AppFolder made;
             QVERIFY(QFile::copy(made.path() + "/Quorrel11.mdb", folder.filePath("quorrel11.MDB")));
@@ -78,8 +78,8 @@ private Q_SLOTS:
         store::setTakeoverWatch({});
         startProgram();
         QVERIFY(store::takeoverWatch().progress && store::takeoverWatch().report);
-        QVERIFY(test::control<QLabel>(*widgets::Instance<frmSplash>::loaded(), "lblVersion")
-                    .isVisible()); // after the picture
+        // after the picture
+        QVERIFY(test::control<QLabel>(*widgets::Instance<frmSplash>::loaded(), "lblVersion").isVisible());
         QTEST(QString(gDbNeedsUpdate ? "yes" : "no"), "needs");
         QTEST(QString(gDatabase ? "yes" : "no"), "opened");
         QCOMPARE(QApplication::windowIcon().isNull(), error.isEmpty()); // the report's own

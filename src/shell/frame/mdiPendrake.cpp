@@ -33,7 +33,8 @@ namespace
 const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
 
 // Qt hides a child window while it becomes as large as the work area, small or normal, and moves the focus on
-// meanwhile. It stays where it was, and its return is no more the user's doing than that of the window.
+// meanwhile. Here it stays in its control, and its coming back counts as the window's doing, so that nothing is
+// selected or checked anew.
 class FocusKeeper : public QObject
 {
 public:
@@ -58,6 +59,8 @@ public:
 private:
     void take(QWidget* control)
     {
+        if (m_kept)
+            m_kept->removeEventFilter(this);
         m_kept = control;
         for (QWidget* outer = control; outer != m_window; outer = outer->parentWidget())
             if (qobject_cast<QAbstractItemView*>(outer))
@@ -70,6 +73,8 @@ private:
     void put(QWidget* control)
     {
         control->removeEventFilter(this);
+        if (QMdiArea* area = m_window->mdiArea(); !area || area->activeSubWindow() != m_window)
+            return;
         QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
         if (control->hasFocus())
             QCoreApplication::sendEvent(control, &back);
