@@ -303,7 +303,8 @@ private Q_SLOTS:
         test::limitFiles(situation.startsWith(u"a full disk") ? 30'000 : -1);
         bool refusedWriting = false;
         if (situation.startsWith(u"changed"))
-            store::setTakeoverWatch({[&](const QString&, int) {
+            store::setTakeoverWatch({[&](const QString& file, int) {
+                                         QCOMPARE(file, QFileInfo(path()).fileName());
                                          if (QFile(path()).open(QIODevice::ReadWrite))
                                              write(bytes);
                                          else
