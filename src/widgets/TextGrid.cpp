@@ -155,7 +155,8 @@ void TextGrid::setColWidth(int col, int twips)
     m_widths[std::size_t(col)] = std::max(0, twips);
     setColumnHidden(col, twips <= 0);
     setColumnWidth(col, std::max(twipsToPixels(twips, this), minimumWidthOf(col)));
-    viewport()->update(); // Qt leaves the last column painted when it is hidden
+    for (QWidget* painted : {viewport(), horizontalHeader()->viewport()})
+        painted->update(); // Qt leaves the last column there when it is hidden
     stretch();
 }
 
