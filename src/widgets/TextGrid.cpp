@@ -197,7 +197,7 @@ void TextGrid::setRedraw(bool on)
         ++m_holds;
         return;
     }
-    if (--m_holds > 0)
+    if (m_holds == 0 || --m_holds > 0)
         return;
     m_model->release();
     if (m_heightsDue)

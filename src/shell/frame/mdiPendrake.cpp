@@ -1,6 +1,7 @@
 #include "shell/frame/mdiPendrake.h"
 
 #include "shell/forms/Module1.h"
+#include "shell/frame/FocusKeeper.h"
 #include "shell/frame/Main.h"
 #include "shell/frame/ScreenScroll.h"
 #include "shell/frame/Screens.h"
@@ -12,7 +13,6 @@
 #include "widgets/Form.h"
 #include "widgets/MessageBox.h"
 
-#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QLayout>
 #include <QMdiSubWindow>
@@ -22,7 +22,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <utility>
 
 namespace orlo
 {
@@ -31,60 +30,6 @@ namespace
 {
 
 const QKeySequence CloseWindow(Qt::CTRL | Qt::Key_F4);
-
-// Qt hides a child window while it becomes as large as the work area, small or normal, and moves the focus on
-// meanwhile. Here it stays in its control, and its coming back counts as the window's doing, so that nothing is
-// selected or checked anew.
-class FocusKeeper : public QObject
-{
-public:
-    explicit FocusKeeper(QMdiSubWindow* window) : QObject(window), m_window(window)
-    {
-        window->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (watched != m_window)
-            return event->type() == QEvent::FocusIn; // put() says it once the window is back
-        if (event->spontaneous())                    // with the main window
-            return false;
-        if (event->type() == QEvent::Hide && m_window->widget()->isAncestorOf(QApplication::focusWidget()))
-            take(QApplication::focusWidget());
-        else if (event->type() == QEvent::Show && m_kept && !m_window->isMinimized())
-            put(std::exchange(m_kept, nullptr));
-        return false;
-    }
-
-private:
-    void take(QWidget* control)
-    {
-        if (m_kept)
-            m_kept->removeEventFilter(this);
-        m_kept = control;
-        for (QWidget* outer = control; outer != m_window; outer = outer->parentWidget())
-            if (qobject_cast<QAbstractItemView*>(outer))
-                m_kept = outer; // a cell's editor goes with the focus
-        m_kept->installEventFilter(this);
-        if (QWidget* area = m_window->mdiArea())
-            area->setFocus();
-    }
-
-    void put(QWidget* control)
-    {
-        control->removeEventFilter(this);
-        if (QMdiArea* area = m_window->mdiArea(); !area || area->activeSubWindow() != m_window)
-            return;
-        QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
-        if (control->hasFocus())
-            QCoreApplication::sendEvent(control, &back);
-        else
-            control->setFocus(back.reason());
-    }
-
-    QMdiSubWindow* m_window;
-    QPointer<QWidget> m_kept;
-};
 
 } // namespace
 
