@@ -5,7 +5,6 @@
 #include "support/Pack.h"
 #include "support/RecordScreen.h"
 #include "support/Table.h"
-#include "widgets/ComboBox.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -21,27 +20,6 @@ class tst_recordforms : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // A den that another program made, before the others, appears in a list of dens when that is opened; what is chosen
-    // then is the den that is seen.
-    void newDenIsListed_data() { test::tableOf("shell/recordforms_newDens.txt"); }
-    void newDenIsListed()
-    {
-        const auto [form, list, text, script] = test::cells("form", "list", "text", "script");
-        const test::AppFolder folder;
-        test::copyLayouts();
-        test::fill(test::Pack);
-        const test::RecordScreen screen(form);
-        auto& dens = screen.get<widgets::ComboBox>(list.toUtf8().constData());
-        dens.showPopup(), dens.hidePopup();
-        dens.setText(text);
-        test::fill("Insert Into Dens Values (9, 0, '', 'Lion', 2025, 'Y')");
-        dens.showPopup(), dens.hidePopup();
-        QTEST(test::textsOf(dens), "dens");
-        QTEST(dens.text(), "kept");
-        screen.run(script);
-        QTEST(test::rows(test::cell("query")), "result");
-    }
-
     // A form that is closed during its own question exists until its handler has returned.
     void closedUnderItsQuestion_data() { test::tableOf("shell/recordforms_closed.txt"); }
     void closedUnderItsQuestion()

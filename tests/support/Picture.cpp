@@ -161,7 +161,13 @@ QString glyphOf(const QIcon& icon)
     return QStringLiteral(" another icon");
 }
 
-bool isOwn(const QWidget& control);
+bool isOwn(const QWidget& control)
+{
+    const bool isOfThisMachine =
+        control.inherits("orlo::widgets::FolderList") || control.inherits("orlo::widgets::DriveList");
+    return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt") &&
+           !qobject_cast<QComboBox*>(control.parentWidget()) && !qobject_cast<QTabBar*>(control.parentWidget());
+}
 
 // The controls that the screen still shows as they were, since nothing told them to paint themselves again.
 QStringList staleOf(QWidget& form)
@@ -178,14 +184,6 @@ QStringList staleOf(QWidget& form)
             shown != due && isOwn(*control) && control->isVisible() && shown.copy(at) != due.copy(at))
             names += control->objectName();
     return names.isEmpty() ? names : QStringList("paint of before, still shown: " + names.join(' '));
-}
-
-bool isOwn(const QWidget& control)
-{
-    const bool isOfThisMachine =
-        control.inherits("orlo::widgets::FolderList") || control.inherits("orlo::widgets::DriveList");
-    return !isOfThisMachine && !control.objectName().isEmpty() && !control.objectName().startsWith("qt") &&
-           !qobject_cast<QComboBox*>(control.parentWidget()) && !qobject_cast<QTabBar*>(control.parentWidget());
 }
 
 } // namespace

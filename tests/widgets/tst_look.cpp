@@ -4,6 +4,7 @@
 #include "widgets/CheckBox.h"
 #include "widgets/CheckListBox.h"
 #include "widgets/ComboBox.h"
+#include "widgets/Contrast.h"
 #include "widgets/Glyphs.h"
 #include "widgets/ListBox.h"
 #include "widgets/MessageBox.h"
@@ -63,6 +64,16 @@ QStringList drawn(const QImage& image, bool dark)
             lines += line;
     }
     return lines + told;
+}
+
+// The greatest contrast of a painted text with its ground.
+double contrastIn(const QImage& image, const QRect& place)
+{
+    double best = 0;
+    for (int y = place.top(); y <= place.bottom(); ++y)
+        for (int x = place.left(); x <= place.right(); ++x)
+            best = std::max(best, widgets::contrast(image.pixelColor(x, y), image.pixelColor(place.topLeft())));
+    return best;
 }
 
 QImage iconOf(const QIcon& icon, bool enabled)
@@ -152,6 +163,34 @@ class tst_look : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // Whatever the desktop's colours, a chosen row and a disabled text can be read.
+    void contrasts_data() { test::table({"scheme"}, "light\ndark"); }
+    void contrasts()
+    {
+        const auto back = qScopeGuard([] { QApplication::setPalette(QPalette()), test::isPainted = false; });
+        test::showColours(test::cell("scheme"));
+        QWidget form;
+        widgets::CheckListBox list(&form);
+        list.setFixedWidth(250);
+        list.addItem("Little Hill");
+        list.setListIndex(0);
+        const QWidgetList others{new QLineEdit("Hill", &form), new QLabel("Hill", &form),
+                                 new QPushButton("Hill", &form)};
+        form.show();
+        QVERIFY(QTest::qWaitForWindowActive(&form));
+        for (QWidget* focused : QWidgetList{&list, others[0]}) {
+            focused->setFocus();
+            const QImage image = list.viewport()->grab().toImage();
+            QVERIFY(contrastIn(image, list.visualRect(list.currentIndex()).adjusted(25, 1, 0, -1)) >= 4.5);
+        }
+        for (QWidget* disabled : others) {
+            disabled->setEnabled(false);
+            disabled->resize(100, 30);
+            const double contrast = contrastIn(disabled->grab().toImage(), disabled->rect().adjusted(5, 5, -25, -5));
+            QVERIFY2(contrast >= 3 && contrast < 7, disabled->metaObject()->className()); // fainter than others
+        }
+    }
+
     // Each case is a control, what is so of it, and below that the picture; "focus" and "off" are of all controls.
     void drawings_data() { test::cases({"case"}, "widgets/drawings.txt"); }
     void drawings()
