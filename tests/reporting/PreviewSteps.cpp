@@ -215,11 +215,11 @@ QStringList PreviewSteps::commands() const
         holders += menu->title().isEmpty() ? QList<const QWidget*>() : QList<const QWidget*>{menu};
     for (const QWidget* holder : std::as_const(holders))
         for (auto* action : holder->actions()) {
-            const auto* shown = holder == tools ? tools->widgetForAction(action) : nullptr;
-            const QString text = action->isSeparator() || !shown ? action->text() : shown->accessibleName();
-            lines += QStringList{holder->windowTitle() + holder->property("title").toString(), text,
-                                 QKeySequence::listToString(action->shortcuts()), action->toolTip(),
-                                 action->icon().isNull() ? "no sign" : "sign"}
+            const auto* shown = holder == tools && !action->isSeparator() ? tools->widgetForAction(action) : nullptr;
+            const QString sign = !action->isVisible() ? "hidden" : action->icon().isNull() ? "no sign" : "sign";
+            lines += QStringList{holder->windowTitle() + holder->property("title").toString(),
+                                 shown ? shown->accessibleName() : action->text(),
+                                 QKeySequence::listToString(action->shortcuts()), action->toolTip(), sign}
                          .join(" | ");
         }
     const std::unique_ptr<QMenu> bars(m_preview.window->createPopupMenu()); // over the tool bar
