@@ -157,7 +157,8 @@ bool RecordScreen::byHand(const QString& word) const
         if (hit)
             QTest::mouseRelease(hit, Qt::LeftButton, {}, at);
     } else if (word.startsWith("right:"))
-        QTest::mouseDClick(target(), Qt::RightButton, {}, place());
+        QTest::mouseClick(target(), Qt::RightButton, {}, place()),
+            QTest::mouseDClick(target(), Qt::RightButton, {}, place());
     else if (word.startsWith("wheel:")) {
         QWheelEvent turned(place(), target()->mapToGlobal(place()), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(target(), &turned);

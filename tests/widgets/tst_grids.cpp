@@ -116,7 +116,7 @@ struct Records {
          }},
         {"refresh", [this](const Args&) { control.refresh(); }},
         {"reread", [this](const Args&) { grid.refresh(); }},
-        {"caption", [this](const Args& a) { grid.setCaption(a[0]); }},
+        {"caption", [this](const Args& a) { grid.setCaption(a[0]), told += "named " + grid.accessibleName(); }},
         {"update", [this](const Args& a) { grid.setAllowUpdate(a[0] == "yes"); }},
         {"adding", [this](const Args& a) { grid.setAllowAddNew(a[0] == "yes"); }},
         {"deleting", [this](const Args& a) { grid.setAllowDelete(a[0] == "yes"); }},
@@ -134,10 +134,9 @@ struct Records {
         {"paste",
          [](const Args& a) {
              const QString text = a.join(',').replace('|', '\n').replace(';', '\t').replace('^', '\r');
-             if (text == "picture")
-                 QGuiApplication::clipboard()->setImage(QImage(2, 2, QImage::Format_RGB32));
-             else
-                 QGuiApplication::clipboard()->setText(text);
+             auto* held = new QMimeData; // as a browser copies it
+             text == "picture" ? held->setImageData(QImage(2, 2, QImage::Format_RGB32)) : held->setText(text);
+             held->setHtml("<b>copied</b>"), QGuiApplication::clipboard()->setMimeData(held);
          }},
         {"copied",
          [this](const Args&) { told += QGuiApplication::clipboard()->text().replace('\n', '|').replace('\t', ';'); }},
