@@ -124,7 +124,7 @@ private Q_SLOTS:
             QVERIFY2(child.waitForReadyRead(20000), child.readAllStandardError().constData());
             QThread::usleep(random.bounded(30'000U));
             while (kill % 2 == 1 && child.state() == QProcess::Running && !test::isHot(path + "-journal"))
-                child.waitForFinished(0);
+                child.waitForFinished(0); // few fall into a write by themselves
             child.kill();
             QVERIFY(child.waitForFinished(20000));
             QCOMPARE(child.exitStatus(), QProcess::CrashExit); // it was killed and hadn't ended normally
