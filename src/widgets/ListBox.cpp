@@ -141,6 +141,13 @@ void ListBox::keyPressEvent(QKeyEvent* event)
     highlightCurrent();
 }
 
+// A right press twice on one row is no double click, as in a grid.
+void ListBox::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        QListWidget::mouseDoubleClickEvent(event);
+}
+
 void ListBox::mousePressEvent(QMouseEvent* event)
 {
     const int before = listIndex();
