@@ -73,7 +73,7 @@ void BandReader::readColumns(Band& band)
     if (m_lines.accept("height")) {
         band.height = m_lines.length();
         if (band.height < MinLabel)
-            m_lines.fail(QStringLiteral("A label is at least %1 points high.").arg(MinLabel));
+            m_lines.failAtWord(QStringLiteral("A label is at least %1 points high.").arg(MinLabel));
         if (m_lines.accept("skip"))
             band.skip = m_lines.number(0, MaxSkipped);
     } else if (band.down) {

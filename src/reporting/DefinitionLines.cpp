@@ -222,11 +222,12 @@ double DefinitionLines::length()
     const qsizetype start = std::exchange(m_at, end);
     for (const Unit& unit : Units)
         if (accept(unit.name)) {
+            m_wordAt = start;
             if (const double points = number * unit.points; points <= 2000)
                 return points;
-            m_at = start;
-            fail(QStringLiteral("The length is too large."));
+            failAtWord(QStringLiteral("The length is too large."));
         }
+    m_wordAt = start;
     if (number != 0)
         fail(QStringLiteral("The length's unit is missing: pt, in, mm or cm."));
     skipBlanks();

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] Place place() const;
     /// Raises ReportError 3075 at place().
     [[noreturn]] void fail(const QString& message) const;
-    /// The same at the last word read.
+    /// The same at the last word or length read.
     [[noreturn]] void failAtWord(const QString& message);
 
     /// Tests for what comes next: the end of the statement, the brace that opens a block, a quoted text, a number, a

@@ -246,7 +246,7 @@ private:
                 m_lines->failAtWord(QStringLiteral("A margin is left, right, top or bottom."));
             const double length = m_lines->length();
             if (length > 144)
-                m_lines->fail(QStringLiteral("A margin is two inches at most."));
+                m_lines->failAtWord(QStringLiteral("A margin is two inches at most."));
             (m_definition.margins.*known->second)(length);
         }
     }
@@ -269,11 +269,11 @@ private:
                 style.color = m_lines->color();
             else if (m_lines->accept("font"))
                 style.family = m_lines->atQuote() ? m_lines->quoted() : m_lines->word();
+            else if (const double size = m_lines->length(); size >= 3 && size <= 200)
+                style.size = size;
             else
-                style.size = m_lines->length();
+                m_lines->failAtWord(QStringLiteral("A font's size is 3 to 200 points."));
         }
-        if (!(style.size >= 3 && style.size <= 200))
-            m_lines->fail(QStringLiteral("A font's size is 3 to 200 points."));
         const int known = m_definition.styleNamed(name);
         if (known >= 0)
             m_definition.styles[std::size_t(known)] = style;
