@@ -128,18 +128,19 @@ private Q_SLOTS:
                "CSV files: all rows and their subreports, for a spreadsheet (*.csv)"}}) {
             QStringList shown;
             whenDialogIsUp<QFileDialog>([&](QFileDialog& dialog) {
-                shown = QStringList{dialog.windowTitle(), QFileInfo(dialog.selectedFiles().value(0)).fileName()} +
+                shown = QStringList{dialog.windowTitle(), QFileInfo(dialog.selectedFiles().value(0)).fileName(),
+                                    *suffix == 'c' ? dialog.directory().path() : QString()} + // where it went before
                         dialog.nameFilters();
-                if (*suffix == 'c') // where the one before went
-                    shown += dialog.directory().path();
                 dialog.findChild<QLineEdit*>()->setText(folder.filePath("list")); // without a suffix
                 QTest::keyClick(&dialog, Qt::Key_Return);
             });
             preview.child<QAction>(action)->trigger();
-            QStringList wanted{caption, QStringLiteral("Pack- 47-awards 2026-03-05.") + suffix, filter};
-            QCOMPARE(shown, *suffix == 'c' ? wanted << folder.path() : wanted);
+            QCOMPARE(shown, (QStringList{caption, QStringLiteral("Pack- 47-awards 2026-03-05.") + suffix,
+                                         *suffix == 'c' ? folder.path() : QString(), filter}));
             const QString saved = QDir::toNativeSeparators(folder.filePath("list.")) + suffix;
             QCOMPARE(notice->text(), "Saved as " + saved);
+            whenDialogIsUp<QProgressDialog>([](QProgressDialog& dialog) { dialog.cancel(); });
+            preview.window->savePdf(folder.filePath("cancelled"));
             preview.child<QToolButton>("cmdOpenSaved")->click();
             QCOMPARE(notice->text(), "No program of this computer opens " + saved + '.');
         }
@@ -159,8 +160,7 @@ private Q_SLOTS:
             const auto told = test::answerNext();
             (preview.window->*save)(folder.path());
             QCOMPARE(told->title + told->kind, "Pack: 47/awardsWarning, OK");
-            QVERIFY2(told->text.startsWith("The file " + path + " can't be saved.\n\nThe file " + path + " can"),
-                     qPrintable(told->text));
+            QVERIFY(told->text.startsWith("The file " + path + " can't be saved.\n\nThe file " + path + " can"));
             QVERIFY(preview.child<QWidget>("noticeBar")->isHidden());
         }
     }
