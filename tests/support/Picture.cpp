@@ -379,7 +379,7 @@ void showColours(const QString& scheme)
     const bool light = scheme == "light", dark = scheme == "dark"; // otherwise with a stark contrast
     QPalette palette(QColor(light ? 0xefefef : dark ? 0x2d2f33 : 0x000000));
     palette.setColor(QPalette::Base, light ? 0xffffff : dark ? 0x1e2023 : 0x000000);
-    palette.setColor(QPalette::Highlight, light ? 0x308cc6 : dark ? 0x4678be : 0xffff00);
+    palette.setColor(QPalette::Highlight, light ? 0x308cc6 : dark ? 0x4678be : 0x707000);
     palette.setColor(QPalette::HighlightedText, light || dark ? Qt::white : Qt::black);
     for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) // as faint as on some desktops
         palette.setColor(QPalette::Disabled, role, light ? 0xbebebe : dark ? 0x55575b : 0x3ff23f);
