@@ -25,7 +25,7 @@ const QString Report = "report \"Łódź\"\nauthor = \"Pack é Ł\"\nsubject = C
                        "group \"Name\" {\nby {Last_Name}\noutline = \"é Ł \" & {Last_Name}\n}\n"
                        "group \"Mail\" {\nby {Email}\noutline = {Email}\n}\n"
                        "detail {\nrow {\ntext 1in 2in = {Email}\n}\n}\n";
-constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern.example.org'",
+constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern.example.org.-'",
                          "2, '1', 'Bell', 'bell.of.a.very.long.name@fern.hollow.scouts.example.org'",
                          "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "6, '2', 'Cook', 'cy@x.org'",
                          "4, '3', 'Dunn', 'dora@x.org'",
