@@ -25,10 +25,10 @@ const QString Report = "report \"Łódź\"\nauthor = \"Pack é Ł\"\nsubject = C
                        "group \"Name\" {\nby {Last_Name}\noutline = \"é Ł \" & {Last_Name}\n}\n"
                        "group \"Mail\" {\nby {Email}\noutline = {Email}\n}\n"
                        "detail {\nrow {\ntext 1in 2in = {Email}\n}\n}\n";
-constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern.example.org.-'",
+constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern.example.org'",
                          "2, '1', 'Bell', 'bell.of.a.very.long.name@fern.hollow.scouts.example.org'",
-                         "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "6, '2', 'Cook', 'cy@x.org'",
-                         "4, '3', 'Dunn', 'dora@x.org'",
+                         "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "6, '2', 'Cook', 'cy@x.org.-'",
+                         "4, '3', 'Dunn', 'dora@x.org-'",
                          // what may go on in the next line is no address there
                          "5, '3', 'Eddy', 'all of us\neve@x.org\n\nfay@x.org\nwrite.to.\ngus@x.org\nword\nhal@x.org'"};
 const QString Links =
@@ -65,7 +65,7 @@ QString textIn(QPDFObjectHandle::Rectangle box, double height, int page, const Q
     QProcess reader;
     reader.start("pdftotext",
                  {"-r", "72", "-f", whole(page), "-l", whole(page), "-x", whole(box.llx), "-y", whole(height - box.ury),
-                  "-W", whole(box.urx - box.llx), "-H", whole(box.ury - box.lly), file, "-"});
+                  "-W", whole(box.urx - box.llx - 1), "-H", whole(box.ury - box.lly), file, "-"});
     return reader.waitForFinished() ? test::withoutBlanks(reader.readAll()) : QString();
 }
 

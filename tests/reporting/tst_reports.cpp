@@ -42,7 +42,7 @@ QString textOf(const Document& document, std::size_t first = 0, std::size_t coun
 QStringList rowsOf(const Document& document)
 {
     const QString text = csvText(document).trimmed().replace(QRegularExpression("(?<!\r)\n"), "\\n");
-    return text.split("\r\n").replaceInStrings(QRegularExpression("^(?=.)"), "csv: ");
+    return text.split("\r\n").replaceInStrings("\r", "\\r").replaceInStrings(QRegularExpression("^(?=.)"), "csv: ");
 }
 
 QByteArray fileOf(const QString& name)
@@ -64,6 +64,7 @@ class tst_reports : public QObject
         RunRequest request;
         request.reportFile = ORLO_SOURCE_DIR "/src/reports/files/" + file;
         request.databases = {{0, "full"}, {1, "full"}, {2, ""}};
+        request.subreports = {{"ELSE", {{0, ""}}}, {"Here", request.databases}};
         request.selectionFormula = selection;
         return request;
     }
@@ -188,7 +189,7 @@ private Q_SLOTS:
     {
         const QString name = QTest::currentDataTag();
         RunRequest wanted = request(name.section(", ", 0, 0), test::cell("selection") + ' '); // blanks select all
-        wanted.reportTitle = wanted.selectionFormula.size() == 1 ? " " : "Some ";
+        wanted.reportTitle = wanted.selectionFormula.size() == 1 ? " " : " Some ";
         if (name.endsWith("people"))
             for (const QByteArray& row : fileOf("people.sql").trimmed().split('\n'))
                 m_full->execute(QString::fromUtf8(row));
