@@ -27,7 +27,7 @@ const QString Report = "report \"Łódź\"\nauthor = \"Pack é Ł\"\nsubject = C
                        "detail {\nrow {\ntext 1in 2in = {Email}\n}\n}\n";
 constexpr auto People = {"1, '1', 'Ames', 'Ann: ann.o''neil@x.org or paul%1@fern.example.org'",
                          "2, '1', 'Bell', 'bell.of.a.very.long.name@fern.hollow.scouts.example.org'",
-                         "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "6, '2', 'Cook', 'cy@x.org.-'",
+                         "3, '2', 'Cole', 'no@address, @x.org, a@b..org'", "6, '2', 'Cook', 'cy@x.org.- WWWW'",
                          "4, '3', 'Dunn', 'dora@x.org-'",
                          // what may go on in the next line is no address there
                          "5, '3', 'Eddy', 'all of us\neve@x.org\n\nfay@x.org\nwrite.to.\ngus@x.org\nword\nhal@x.org'"};
