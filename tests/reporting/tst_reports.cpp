@@ -138,7 +138,7 @@ private Q_SLOTS:
     {
         m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) "
                         "Select 100 + A.Scout_SID + 4 * B.Scout_SID + 16 * C.Scout_SID + 64 * D.Scout_SID + "
-                        "256 * E.Scout_SID, 'F', A.Last_Name, 'Y', 1 "
+                        "256 * E.Scout_SID, 'F', A.Last_Name, 'Y', IIf(D.Scout_SID + E.Scout_SID = 2, 2, 1) "
                         "From Scouts As A, Scouts As B, Scouts As C, Scouts As D, Scouts As E");
         RunRequest wanted = request("ScoutPhoneList1.rpt");
         double told = 0; // of the whole run
@@ -150,23 +150,23 @@ private Q_SLOTS:
                 QVERIFY(told < 0.55);
             });
         wanted.firstPage = 2;
-        wanted.lastPage = 3;
+        wanted.lastPage = all->outline.back().page + 1;
         const Document some = *run(wanted, {}, [](Document&&) { QFAIL("the first page isn't wanted"); });
         wanted.firstPage = 0; // there is none before the first
         wanted.lastPage = 1;
         QCOMPARE(textOf(*run(wanted)), textOf(*all, 0, 1));
         m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
-        QVERIFY(told > 0.9 && first && !first->complete && !first->outline.empty() && !first->fonts.empty() &&
+        QVERIFY(told > 0.9 && first && !first->complete && first->outline.back().page == 0 && !first->fonts.empty() &&
                 all->complete);
         const QString ofAll = QStringLiteral(" of %1\n").arg(all->pages.size());
         QCOMPARE(textOf(*first).replace(" of …\n", ofAll), textOf(*all, 0, 1));
-        QCOMPARE(textOf(some), textOf(*all, 1, 2));
+        QCOMPARE(textOf(some), textOf(*all, 1, std::size_t(all->outline.back().page)));
         QCOMPARE(all->outline.size(), 3);
         for (const auto& mark : all->outline) // each where its group starts
             QVERIFY2(textOf(*all, std::size_t(mark.page), 1).contains(mark.text + '\n'), qPrintable(mark.text));
         QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
-        QVERIFY(all->outline.back().page > 2 && some.outline.empty()); // no group starts on those pages
+        QVERIFY(all->outline.back().page > 2 && some.outline.back().page + 1 == all->outline.back().page);
     }
 
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reporting/printed.txt"); }
