@@ -140,6 +140,7 @@ private Q_SLOTS:
             QCOMPARE(shown, *suffix == 'c' ? wanted << folder.path() : wanted);
             const QString saved = QDir::toNativeSeparators(folder.filePath("list.")) + suffix;
             QCOMPARE(notice->text(), "Saved as " + saved);
+            QCOMPARE(notice->accessibleName(), notice->text());
             preview.child<QToolButton>("cmdOpenSaved")->click();
             QCOMPARE(notice->text(), "No program of this computer opens " + saved + '.');
         }

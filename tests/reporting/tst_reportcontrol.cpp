@@ -203,7 +203,7 @@ private Q_SLOTS:
         set(*shopping, "a.mdb");
         shopping->setWindowState(PreviewMinimised);
         QCOMPARE(shown(*shopping), "Apple Axe");
-        QVERIFY(!messageWindow() && shopping->preview()->isMinimized());
+        QVERIFY(!messageWindow() && shopping->preview()->isMinimized() && !shopping->preview()->isActiveWindow());
         QCOMPARE(shopping->preview()->windowTitle(), "List");
     }
 
