@@ -13,10 +13,6 @@ using namespace orlo;
 namespace
 {
 
-struct Screen : test::RecordScreen {
-    Screen() : RecordScreen("frmCreatePurchaseList") {}
-};
-
 constexpr auto Awards = R"(
 INSERT INTO Purchase_List (Award_Name, Quantity) VALUES ('left over', 3);
 INSERT INTO Insignias (Insignia_SID, Insignia_Name, Insignia_Type)
@@ -45,7 +41,7 @@ private Q_SLOTS:
     void sums()
     {
         test::fill(Awards);
-        const Screen screen;
+        const test::RecordScreen screen("frmCreatePurchaseList");
         QCOMPARE(test::count("Purchase_List"), 0);
         screen.click("cmdCreate");
         screen.get<QLineEdit>("txtStartDate").setText(test::cell("start"));

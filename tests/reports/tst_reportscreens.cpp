@@ -237,6 +237,7 @@ private Q_SLOTS:
         const Screen screen("dlgReportSelect1");
         screen.click("optAdults");
         screen.box("cmbScoutOrAdult").setText("Ito, Ann B"); // the earlier choice doesn't count
+        screen.view();
         screen.click("opt" + people);
         screen.box("cmbDen").setText("Bear Den 2");
         screen.box("cmbScoutOrAdult").setText(chosen[1]);
@@ -247,6 +248,7 @@ private Q_SLOTS:
         screen.view();
         QCOMPARE(screen.report.selectionFormula(), formula);
         QCOMPARE(screen.report.windowTitle(), "Assigned Awards " + title);
+        QCOMPARE(screen.report.reportTitle(), title);
         const auto* preview = screen.report.preview(); // the report takes the formula
         QVERIFY(preview && (title.isEmpty() || !findText(preview->document(), title.trimmed()).empty()));
     }
