@@ -102,7 +102,8 @@ QStringList PreviewSteps::picture() const
     QPoint marked;
     reader().selection(0, &marked.rx(), &marked.ry());
     lines += QString::asprintf("reader: at %d, %d to %d marked", reader().cursorPosition(), marked.x(), marked.y());
-    lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
+    lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString() +
+             (view().viewport()->hasMouseTracking() ? "" : ", only pressed");
     if (m_preview.child<QWidget>("qt_tabwidget_tabbar")->isVisible())
         lines += "tabs:";
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
