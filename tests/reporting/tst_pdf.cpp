@@ -144,6 +144,14 @@ private Q_SLOTS:
                     QCOMPARE(textIn(box, heightOf(page), pdf.findPage(page) + 1, file), links.back());
                 }
             QCOMPARE(links.join(' '), any ? Links.section(' ', first > 1 ? 3 : 0) : QString());
+            for (int copies = 1; first > 1 && copies <= 2; ++copies) { // of some pages, and of each by itself
+                printer->setCopyCount(copies);
+                printer->setCollateCopies(false);
+                QVERIFY(printDocument(*printer, document, 1, 2));
+                QPDF some;
+                some.processFile(file.toUtf8().constData());
+                QCOMPARE(QPDFOutlineDocumentHelper(some).getTopLevelOutlines().size(), copies > 1 ? 0 : 2);
+            }
         }
         setPrinterFactory({});
     }

@@ -101,9 +101,9 @@ private Q_SLOTS:
         if (KeepsFreedMemory || test::residentMemory() == 0)
             test::skip("a sanitizer keeps freed memory, or the system doesn't tell");
         Document large;
-        std::vector<QByteArray> between; // keeps the heap's end where it is
+        std::vector<QByteArray> between; // keeps the heap's end where it is; larger parts would be out of the heap
         for (int page = 0; page < 100; ++page) {
-            large.pages.emplace_back().items.resize(1000);
+            large.pages.emplace_back().items.resize(600);
             between.emplace_back(200, 'x');
         }
         auto shared = sharedDocument(std::move(large));
@@ -119,7 +119,7 @@ private Q_SLOTS:
         auto document = std::make_shared<Document>(*test::documentOf());
         document->title = "Pack:  47/awards "; // "Pack- 47-awards" in a file's name
         const OpenPreview preview(document);
-        const QTemporaryDir folder;
+        QTemporaryDir folder;
         const auto progress = progressTexts();
         const auto* notice = preview.child<QLabel>("lblNotice");
         for (const auto& [action, suffix, caption, filter] :
@@ -140,13 +140,31 @@ private Q_SLOTS:
             QCOMPARE(shown, *suffix == 'c' ? wanted << folder.path() : wanted);
             const QString saved = QDir::toNativeSeparators(folder.filePath("list.")) + suffix;
             QCOMPARE(notice->text(), "Saved as " + saved);
+            QCOMPARE(notice->accessibleName(), notice->text());
             preview.child<QToolButton>("cmdOpenSaved")->click();
             QCOMPARE(notice->text(), "No program of this computer opens " + saved + '.');
         }
         QCOMPARE(*progress, QStringList("Saving the report…"));
+        const QString before = notice->text();
+        QTimer cancel;
+        connect(&cancel, &QTimer::timeout, [] {
+            if (auto* dialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget()))
+                dialog->cancel();
+        });
+        cancel.start(0);
+        preview.window->savePdf(folder.filePath("given up.pdf"));
+        QCOMPARE(notice->text(), before);
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files), (QStringList{"list.csv", "list.pdf"}));
-        QCOMPARE(test::pagesOf(folder.filePath("list.pdf")), test::Pages);
+        QCOMPARE(test::pagesOf(folder.filePath("list.pdf")), 5);
         const QByteArray csv = test::contents(folder.filePath("list.csv"));
+        folder.remove(); // the next one goes elsewhere
+        QString elsewhere;
+        whenDialogIsUp<QFileDialog>([&](QFileDialog& dialog) {
+            elsewhere = dialog.directory().path();
+            dialog.reject();
+        });
+        preview.child<QAction>("actSaveCsv")->trigger();
+        QCOMPARE(elsewhere, QDir::homePath());
         QVERIFY(csv.startsWith("\xEF\xBB\xBFName,Quantity\r\n") && csv.endsWith("\"Café, \"\"4\"\"\",4\r\n"));
     }
 
@@ -163,15 +181,31 @@ private Q_SLOTS:
                      qPrintable(told->text));
             QVERIFY(preview.child<QWidget>("noticeBar")->isHidden());
         }
+        if (QSysInfo::kernelType() == "winnt")
+            return; // the system's own dialog
+        test::printInto(folder.filePath("none/list.pdf"));
+        whenDialogIsUp<QPrintDialog>([](QPrintDialog& dialog) { dialog.done(QDialog::Accepted); });
+        const auto told = test::answerNext();
+        preview.child<QAction>("actPrint")->trigger();
+        QVERIFY(told->title == "Pack: 47/awards" &&
+                told->text.contains("none" + QString(QDir::separator()) + "list.pdf"));
     }
 
     // Whatever closes the preview also closes its dialogs.
     void goesUnderItsDialogs()
     {
         const QTemporaryDir folder; // a folder where the file is to go
+        auto untitled = std::make_shared<Document>();
+        untitled->pages.resize(1);
+        QString offered;
         for (const char* action : {"actPrint", "actSavePdf", "actSaveCsv", ""}) {
-            const OpenPreview preview;
-            const auto goes = [&](QDialog&) { delete preview.window; };
+            const OpenPreview preview(untitled);
+            QCOMPARE(preview.window->windowTitle(), "Report");
+            const auto goes = [&](QDialog& dialog) {
+                const auto* files = qobject_cast<QFileDialog*>(&dialog);
+                offered += files ? QFileInfo(files->selectedFiles().value(0)).fileName().first(6) : QString();
+                delete preview.window;
+            };
             if (qstrcmp(action, "actPrint") == 0 && QSysInfo::kernelType() == "winnt")
                 continue; // the system's own dialog
             whenDialogIsUp<QDialog>(goes);
@@ -181,6 +215,7 @@ private Q_SLOTS:
                 preview.window->saveCsv(folder.path());
             QVERIFY(!preview.window && !QApplication::activeModalWidget());
         }
+        QCOMPARE(offered, "ReportReport");
     }
 
     void printsByTheDialog()
@@ -236,6 +271,7 @@ private Q_SLOTS:
         test::PaperPrinter paper(file, printer.split(", "));
         QPrinter& used = printer.startsWith("file") ? *given : paper;
         const auto document = test::documentOf(text);
+        used.setPageOrientation(document->paper.width() > 700 ? QPageLayout::Portrait : QPageLayout::Landscape);
         preparePrinter(used, *document);
         QCOMPARE(used.docName(), document->title);
         QStringList told;
