@@ -361,7 +361,7 @@ private Q_SLOTS:
         QVERIFY(words.startsWith("We are currently creating the help system. Please stay tuned to our web site"));
         QVERIFY(!words.contains("href"));
 
-        const QString page = gAppPath + "/manual/index.html";
+        const QString page = (gAppPath += "/100% #1") + "/manual/index.html";
         QVERIFY(QDir().mkpath(gAppPath + "/manual"));
         test::write(page, "<h1>ORLO</h1>");
         const auto press = [&words](QLabel& notice) {
