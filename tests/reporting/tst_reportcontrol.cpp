@@ -356,7 +356,7 @@ private Q_SLOTS:
     {
         auto screen = std::make_unique<QWidget>();
         screen->show();
-        auto* asking = new ReportControl("crShopping", screen.get());
+        auto* asking = new ReportControl("crShopping", new QWidget(screen.get()));
         set(*asking, "none.mdb");
         QVERIFY(asking->run() != 0);
         QVERIFY(messageWindow() && messageWindow()->windowType() == Qt::Dialog);
