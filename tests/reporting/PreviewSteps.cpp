@@ -67,9 +67,7 @@ PreviewSteps::PreviewSteps(const QString& document) : m_preview(documentOf(docum
 {
     const PageView* view = &this->view();
     connect(view, &PageView::currentPageChanged, this, [this, view](int page) {
-        note(QStringLiteral("page %1").arg(page + 1));
-        if (page != view->currentPage())
-            note(QStringLiteral("but shows %1").arg(view->currentPage() + 1));
+        note(QStringLiteral("page %1").arg(page + 1) + (page == view->currentPage() ? "" : ", not shown"));
     });
     connect(view, &PageView::scrolled, this, [this] { note("scrolled"); });
     connect(view, &PageView::zoomChanged, this, [this] { note("zoom"); });
@@ -97,7 +95,6 @@ QStringList PreviewSteps::picture() const
             column[shown->y()] = part;
     lines += "column: " + column.values().join(' ');
     lines += QString::asprintf("page: at %g, %g, %g x %g", box.left(), box.top(), box.width(), box.height());
-    lines += "zooms without scrolling: " + QString::number(m_preview.child<QComboBox>("cboZoom")->maxVisibleItems());
     lines += "window: " + m_preview.window->windowTitle() +
              (m_preview.window->testAttribute(Qt::WA_QuitOnClose) ? ", and the program runs as long" : "");
     lines += "described: " + view().accessibleDescription() + "; " +
@@ -105,7 +102,8 @@ QStringList PreviewSteps::picture() const
     QPoint marked;
     reader().selection(0, &marked.rx(), &marked.ry());
     lines += QString::asprintf("reader: at %d, %d to %d marked", reader().cursorPosition(), marked.x(), marked.y());
-    lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString();
+    lines += "pointer: " + QVariant::fromValue(view().viewport()->cursor().shape()).toString() +
+             (view().viewport()->hasMouseTracking() ? "" : ", only pressed");
     if (m_preview.child<QWidget>("qt_tabwidget_tabbar")->isVisible())
         lines += "tabs:";
     if (const auto* outline = m_preview.child<QTreeWidget>("treOutline"))
@@ -155,9 +153,11 @@ QStringList PreviewSteps::run(const QString& step)
     else if (word == "traits") {
         const auto *across = view().horizontalScrollBar(), *down = view().verticalScrollBar();
         seen += traitsOf(*m_preview.window) + placesOf(*m_preview.window)
-                << QString::asprintf("place of the pages: %d and %d at once, %d and %d by arrows, opened in %dx%d",
+                << QString::asprintf("place of the pages: %d and %d at once, %d and %d by arrows, opened in %dx%d, "
+                                     "zooms without scrolling: %d",
                                      across->pageStep(), down->pageStep(), across->singleStep(), down->singleStep(),
-                                     m_preview.opened.width(), m_preview.opened.height());
+                                     m_preview.opened.width(), m_preview.opened.height(),
+                                     m_preview.child<QComboBox>("cboZoom")->maxVisibleItems());
     } else if (word == "color") { // at a point of a page
         const QPoint there = view().inViewport(number(0) - 1, {point(1), QSizeF()}).topLeft().toPoint();
         const QImage image = view().viewport()->grab().toImage();
@@ -197,7 +197,7 @@ QStringList PreviewSteps::run(const QString& step)
             if (const QString color = image.pixelColor(i, number(1)).name(); std::exchange(last, color) != color)
                 colors += QString(" %1 %2").arg(i).arg(color);
         seen += "paint of " + rest + ':' + colors;
-    } else if (QStringList({"press", "right", "drag", "move", "release", "double"}).contains(word))
+    } else if (QStringList({"press", "right", "drag", "move", "release", "double", "twice"}).contains(word))
         mouse(word, number(0) - 1, point(1), part(3) == "Shift");
     else
         fail("no such step: " + step);
@@ -252,6 +252,9 @@ QString PreviewSteps::readerParts() const
         << page->textInterface()->selectionCount();
     for (int child = 0; child < page->childCount(); ++child)
         out << page->child(child)->object()->objectName() << page->indexOfChild(page->child(child));
+    int from = -1, to = -1;
+    page->textInterface()->attributes(3, &from, &to);
+    out << from << to;
     return parts.trimmed();
 }
 
@@ -278,11 +281,11 @@ void PreviewSteps::mouse(const QString& word, int page, QPointF point, bool shif
 {
     const QPointF at = view().inViewport(page, {point, QSizeF()}).topLeft();
     const bool pressed = word == "press" || word == "right";
-    const auto type = pressed             ? QEvent::MouseButtonPress
-                      : word == "double"  ? QEvent::MouseButtonDblClick
-                      : word == "release" ? QEvent::MouseButtonRelease
-                                          : QEvent::MouseMove;
-    const auto button = word == "right" ? Qt::RightButton : Qt::LeftButton;
+    const auto type = pressed                               ? QEvent::MouseButtonPress
+                      : word == "double" || word == "twice" ? QEvent::MouseButtonDblClick
+                      : word == "release"                   ? QEvent::MouseButtonRelease
+                                                            : QEvent::MouseMove;
+    const auto button = word == "right" || word == "twice" ? Qt::RightButton : Qt::LeftButton;
     const auto held = pressed || word == "drag" ? button : Qt::NoButton;
     QMouseEvent event(type, at, view().viewport()->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button,
                       held, shift ? Qt::ShiftModifier : Qt::NoModifier);

@@ -13,12 +13,10 @@
 namespace orlo::test
 {
 
-constexpr int Pages = 5;
-
 /// "5" is a document of five pages. Each has its number as a word, the word "row" twice and one line of the list. What
 /// follows after commas is left out ("first" of all pages, "outline") or added: a text, as "2 at 72 200 300 24: words"
 /// on page 2, or a line, box or picture with its colours, an entry of the outline, as "entry 0 2 500: words".
-std::shared_ptr<const reporting::Document> documentOf(const QString& text = QString::number(Pages));
+std::shared_ptr<const reporting::Document> documentOf(const QString& text = "5");
 
 /// A window that shows a document until the end of the block.
 class OpenPreview
@@ -68,7 +66,7 @@ private:
     QString readerParts() const;
     QAction& action(const QString& name) const;
     void click(const QString& name, int row) const;
-    // press, right, move, drag, release and double, at a point of a page
+    // press, right, move, drag, release, double, and twice by the right button, at a point of a page
     void mouse(const QString& word, int page, QPointF point, bool shift) const;
     OpenPreview m_preview;
     QStringList m_told;

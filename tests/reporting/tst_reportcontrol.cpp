@@ -96,6 +96,11 @@ private Q_SLOTS:
         shopping->setSubreportToChange("OTHERS");
         shopping->setDatabaseFile(0, m_folder.path() + "\\MANY.mdb");
         QCOMPARE(shown(*shopping), "Butter Mug");
+        for (const auto& [name, keepsSlots] : {std::pair("\\SHOPPING.RPT", true), {"\\other\\shopping.rpt", false}}) {
+            shopping->setReportFile(m_folder.path() + name);
+            QCOMPARE(!shopping->databaseFile(0, "Others").isEmpty(), keepsSlots);
+        }
+        set(*shopping, "current.mdb");
         // Nothing that a run opened stays open.
         open.close();
         QVERIFY(QFile::remove(file));
@@ -120,10 +125,12 @@ private Q_SLOTS:
         QCOMPARE(preview.view().verticalScrollBar()->value(), place);
         QCOMPARE(preview.view().zoom(), 1.5);
 
-        QDir(m_folder.path()).mkdir("examples");
-        write("Wrong.rpt", "detali");
-        write("Zebra.rpt", GoodReport); // sorted by its title
-        write("examples/Tools.rpt", QString(GoodReport).replace("\"Shopping\"", "\"Tools & more\""));
+        QDir(m_folder.path()).mkpath("examples/folder.rpt");
+        write("Axe.old.rpt", "detali");
+        write("Able.rpt", GoodReport); // sorted by its title
+        write("examples/Same.rpt", QString(GoodReport).replace("\"Shopping\"", "\"Axe.old\""));
+        const QString tools = QString(GoodReport).replace("\"Shopping\"", "\"Tools & more\"");
+        write("examples/Tools.rpt", tools.section("source", 0, 1) + "source slot 1" + tools.section("source", 2));
         auto* more = preview.findChild<QMenu*>("mnuMoreReports");
         QVERIFY(more->menuAction()->isVisible() && preview.findChild<QWidget*>("dckPageList")->isHidden());
         Q_EMIT more->aboutToShow();
@@ -131,15 +138,25 @@ private Q_SLOTS:
         QStringList titles;
         for (const QAction* action : more->actions())
             titles << action->text();
-        QCOMPARE(titles.join('|'), "Shopping (Zebra)|Wrong||Tools && more");
+        QCOMPARE(titles.join('|'), "Axe.old (Axe.old)|Shopping (Able)||Axe.old (Same)|Tools && more");
         more->actions().last()->trigger();
         QPointer<PreviewWindow> other;
         QTRY_VERIFY((other = qobject_cast<PreviewWindow*>(QApplication::activeWindow())) && other != &preview);
         QCOMPARE(other->windowTitle(), "Tools & more");
         QVERIFY(other->isMaximized() && other->findChild<QWidget*>("dckPageList")->isVisible());
-        QVERIFY(!findText(other->document(), "Butter").empty());
-        more->actions()[1]->trigger();
+        more->actions().first()->trigger();
         QTRY_VERIFY(messageWindow());
+        for (const QString item : {"Mug", "Bucket"}) { // of the second slot, or of the first if that isn't set
+            shopping->setDatabaseFile(1, item == "Mug" ? QString() : path("b.mdb"));
+            QCOMPARE(shopping->run(), 0);
+            more = shopping->preview()->findChild<QMenu*>("mnuMoreReports");
+            Q_EMIT more->aboutToShow();
+            more->actions().last()->trigger();
+            delete other;
+            QTRY_VERIFY((other = qobject_cast<PreviewWindow*>(QApplication::activeWindow())) &&
+                        other->windowTitle() == "Tools & more");
+            QVERIFY(!findText(other->document(), "Butter").empty() && !findText(other->document(), item).empty());
+        }
         platform::setFolder({});
     }
 
@@ -178,12 +195,16 @@ private Q_SLOTS:
         QVERIFY(!messageWindow());
 
         // The next run on the same object starts from the beginning and removes an old message.
+        shopping->setWindowTitle("List");
         QVERIFY(shopping->run() != 0 && messageWindow());
+        QCOMPARE(messageWindow()->windowTitle(), "List - " + platform::title());
         shopping->setSelectionFormula({});
         shopping->setDestination(ToPreview);
         set(*shopping, "a.mdb");
+        shopping->setWindowState(PreviewMinimised);
         QCOMPARE(shown(*shopping), "Apple Axe");
-        QVERIFY(!messageWindow());
+        QVERIFY(!messageWindow() && shopping->preview()->isMinimized() && !shopping->preview()->isActiveWindow());
+        QCOMPARE(shopping->preview()->windowTitle(), "List");
     }
 
     void showsTheFirstPageBeforeTheLastIsLaidOut()
@@ -335,7 +356,7 @@ private Q_SLOTS:
     {
         auto screen = std::make_unique<QWidget>();
         screen->show();
-        auto* asking = new ReportControl("crShopping", screen.get());
+        auto* asking = new ReportControl("crShopping", new QWidget(screen.get()));
         set(*asking, "none.mdb");
         QVERIFY(asking->run() != 0);
         QVERIFY(messageWindow() && messageWindow()->windowType() == Qt::Dialog);

@@ -42,7 +42,7 @@ QString textOf(const Document& document, std::size_t first = 0, std::size_t coun
 QStringList rowsOf(const Document& document)
 {
     const QString text = csvText(document).trimmed().replace(QRegularExpression("(?<!\r)\n"), "\\n");
-    return text.split("\r\n").replaceInStrings(QRegularExpression("^(?=.)"), "csv: ");
+    return text.split("\r\n").replaceInStrings("\r", "\\r").replaceInStrings(QRegularExpression("^(?=.)"), "csv: ");
 }
 
 QByteArray fileOf(const QString& name)
@@ -64,6 +64,7 @@ class tst_reports : public QObject
         RunRequest request;
         request.reportFile = ORLO_SOURCE_DIR "/src/reports/files/" + file;
         request.databases = {{0, "full"}, {1, "full"}, {2, ""}};
+        request.subreports = {{"ELSE", {{0, ""}}}, {"Here", request.databases}};
         request.selectionFormula = selection;
         return request;
     }
@@ -137,7 +138,7 @@ private Q_SLOTS:
     {
         m_full->execute("Insert Into Scouts (Scout_SID, First_Name, Last_Name, Active, Assigned_Den_SID) "
                         "Select 100 + A.Scout_SID + 4 * B.Scout_SID + 16 * C.Scout_SID + 64 * D.Scout_SID + "
-                        "256 * E.Scout_SID, 'F', A.Last_Name, 'Y', 1 "
+                        "256 * E.Scout_SID, 'F', A.Last_Name, 'Y', IIf(D.Scout_SID + E.Scout_SID = 2, 2, 1) "
                         "From Scouts As A, Scouts As B, Scouts As C, Scouts As D, Scouts As E");
         RunRequest wanted = request("ScoutPhoneList1.rpt");
         double told = 0; // of the whole run
@@ -149,23 +150,23 @@ private Q_SLOTS:
                 QVERIFY(told < 0.55);
             });
         wanted.firstPage = 2;
-        wanted.lastPage = 3;
+        wanted.lastPage = all->outline.back().page + 1;
         const Document some = *run(wanted, {}, [](Document&&) { QFAIL("the first page isn't wanted"); });
         wanted.firstPage = 0; // there is none before the first
         wanted.lastPage = 1;
         QCOMPARE(textOf(*run(wanted)), textOf(*all, 0, 1));
         m_full->execute("Delete From Scouts Where First_Name = 'F'");
 
-        QVERIFY(told > 0.9 && first && !first->complete && !first->outline.empty() && !first->fonts.empty() &&
+        QVERIFY(told > 0.9 && first && !first->complete && first->outline.back().page == 0 && !first->fonts.empty() &&
                 all->complete);
         const QString ofAll = QStringLiteral(" of %1\n").arg(all->pages.size());
         QCOMPARE(textOf(*first).replace(" of …\n", ofAll), textOf(*all, 0, 1));
-        QCOMPARE(textOf(some), textOf(*all, 1, 2));
+        QCOMPARE(textOf(some), textOf(*all, 1, std::size_t(all->outline.back().page)));
         QCOMPARE(all->outline.size(), 3);
         for (const auto& mark : all->outline) // each where its group starts
             QVERIFY2(textOf(*all, std::size_t(mark.page), 1).contains(mark.text + '\n'), qPrintable(mark.text));
         QVERIFY(textOf(some).contains("Bear Den 10 (continued)") && textOf(some).contains("Page 2" + ofAll));
-        QVERIFY(all->outline.back().page > 2 && some.outline.empty()); // no group starts on those pages
+        QVERIFY(all->outline.back().page > 2 && some.outline.back().page + 1 == all->outline.back().page);
     }
 
     void printsWhatItSays_data() { test::cases({"text", "page"}, "reporting/printed.txt"); }
@@ -188,7 +189,7 @@ private Q_SLOTS:
     {
         const QString name = QTest::currentDataTag();
         RunRequest wanted = request(name.section(", ", 0, 0), test::cell("selection") + ' '); // blanks select all
-        wanted.reportTitle = wanted.selectionFormula.size() == 1 ? " " : "Some ";
+        wanted.reportTitle = wanted.selectionFormula.size() == 1 ? " " : " Some ";
         if (name.endsWith("people"))
             for (const QByteArray& row : fileOf("people.sql").trimmed().split('\n'))
                 m_full->execute(QString::fromUtf8(row));
@@ -205,9 +206,7 @@ private Q_SLOTS:
     // An included file adds what the report lacks; its faults are reported with its name.
     void includesFiles()
     {
-        const auto write = [&](const QString& name, const QByteArray& bytes) {
-            test::write(m_dir.filePath(name), bytes);
-        };
+        const auto write = [&](const QString& to, const QByteArray& bytes) { test::write(m_dir.filePath(to), bytes); };
         const auto names = [&](QStringList files) { return files.replaceInStrings(m_dir.path() + '/', "").join(' '); };
         write("style.inc", fileOf("style.inc").leftJustified(4'000'000)); // above the report, as large as it may be
         QVERIFY(QDir(m_dir.path()).mkdir("examples"));
@@ -216,12 +215,13 @@ private Q_SLOTS:
         RunRequest wanted = request({});
         wanted.reportFile = m_dir.filePath("examples/own.rpt");
         const auto own = run(wanted);
-        QCOMPARE(names(own->files + own->warnings.mid(0, 5)),
+        QCOMPARE(names(own->files + own->warnings.mid(0, 5) + own->warnings.last(1)),
                  "examples/own.rpt style.inc examples/pack.inc examples/pack.png examples/mark.png examples/sub.png "
                  "The file own.rpt isn't UTF-8, so its accented letters may be wrong. The file style.inc isn't UTF-8, "
                  "so its accented letters may be wrong. The font \"No Such\" isn't installed; another takes its place. "
                  "(style.inc, line 1, column 7) This reaches beyond the right margin. (own.rpt, line 12, column 6) "
-                 "The picture can't be read. (own.rpt, line 13, column 9)");
+                 "The picture can't be read. (own.rpt, line 13, column 9) "
+                 "This column is too narrow for any word. (own.rpt, line 15, column 6)");
         QStringEncoder asNotepad(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
         write("examples/own.rpt", asNotepad(u"source {\nSelect 1 As A\n}\ninclude \"style.inc\"\n"));
         for (const auto& [file, bytes, told, files] : // the last ones too large, and broken off
@@ -296,15 +296,14 @@ private Q_SLOTS:
         QVERIFY(told > 50);
     }
 
-    // However long the names, 8 points stay free between a text and the next one.
+    // However long the names, 8 points stay free between a text and the next one: these almost fill a line.
     void textsKeepApart()
     {
         QVERIFY(QFile::copy(m_full->name(), m_dir.filePath("long.mdb")));
         auto pack = store::DBEngine::openDatabase(m_dir.filePath("long.mdb"));
-        const QString words = QString("i ").repeated(20).trimmed(); // almost fill a line
         for (const char* change : {"Scouts Set First_Name = '%1', Last_Name = '%1', Parent_Name1 = '%1'",
                                    "Adults Set First_Name = '%1', Last_Name = '%1'"})
-            pack.execute(QStringLiteral("Update ") + QString(change).arg(words));
+            pack.execute(QStringLiteral("Update ") + QString(change).arg(QString("i ").repeated(20).trimmed()));
         const QDir files(QStringLiteral(ORLO_SOURCE_DIR "/src/reports/files"));
         for (const QString& file : files.entryList({"*.rpt"})) {
             const Document document = *render(request(file), [&](const QString&) -> store::Database& { return pack; });

@@ -171,7 +171,8 @@ private Q_SLOTS:
                     if (child && (changes || size.width() > 400))
                         child->resize(size);
                 }
-                QTest::qWait(1);
+                for (QStringList shape; shape != test::shapeOf(form); QTest::qWait(1)) // until nothing moves any more
+                    shape = test::shapeOf(form);
                 shapes[changes] += test::shapeOf(form);
             }));
             if (shapes[changes].size() > 1)

@@ -122,7 +122,7 @@ private Q_SLOTS:
         QDesktopServices::unsetUrlHandler("http");
         QCOMPARE(std::exchange(m_pages, {}), QList<QUrl>{QUrl("http:site")});
         QCOMPARE(seen->text, "http://www.tollbeck.example, 12 lines");
-        QVERIFY(QApplication::clipboard()->text().contains("Error Number: 3343\nError Source: DBEngine\nError Desc"));
+        QVERIFY(QApplication::clipboard()->text().contains("Number: 3343\nError Source: DBEngine\nError Description: line\n"));
         QCOMPARE(test::logged().join('\n').first(51), "ORLO_1: Critical Error, 3343, DBEngine,  line line ");
     }
 
@@ -361,7 +361,7 @@ private Q_SLOTS:
         QVERIFY(words.startsWith("We are currently creating the help system. Please stay tuned to our web site"));
         QVERIFY(!words.contains("href"));
 
-        const QString page = gAppPath + "/manual/index.html";
+        const QString page = (gAppPath += "/100% #1") + "/manual/index.html";
         QVERIFY(QDir().mkpath(gAppPath + "/manual"));
         test::write(page, "<h1>ORLO</h1>");
         const auto press = [&words](QLabel& notice) {

@@ -5,7 +5,6 @@
 #include "support/Table.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -92,15 +91,13 @@ private:
             orlo::test::write(words[0], contents(words[0]).replace(words[1].toInt(), bytes.size(), bytes));
         } else if (word == "copy")
             (void)(QDir().mkpath(QFileInfo(words[1]).path()) && QFile::copy(words[0], words[1]));
+        else if (word == "link")
+            (void)QFile::link(QFileInfo(words[0]).absoluteFilePath(), words[1]);
         else if (word == "cat")
             return QString(contents(words[0])).replace("\r\n", "\n").replace('\r', "\\r");
         else if (word == "ls") {
-            QDirIterator all(".", QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-            QStringList files;
-            while (all.hasNext())
-                files += all.next().sliced(2);
-            files.sort();
-            return files.join(' ').replace(QRegularExpression("\\d{4}-\\d\\d-\\d\\d"), "a-day") + '\n';
+            QString files = orlo::test::filesBelow(".").replaceInStrings(QRegularExpression("^\\./"), "").join(' ');
+            return files.replace(QRegularExpression("\\d{4}-\\d\\d-\\d\\d"), "a-day") + '\n';
         } else {
             const auto run = orloDb(words, word);
             QString said = run.said + run.errors.section(usage, 0, 0).replace(line, "! ");

@@ -162,11 +162,14 @@ private Q_SLOTS:
         else if (what.endsWith("name"))
             QVERIFY(QDir().mkpath(folder.path()) && (orlo::test::write(folder.filePath("2026-06-07"), "mine"), true));
         else if (what.endsWith("killed")) {
-            const auto hourAgo = QDateTime::currentDateTime().addSecs(-3600).toString("yyyyMMddHHmm");
-            if (QProcess::execute("touch",
-                                  {"-t", hourAgo, folder.filePath("2026-06-06.99999.part"),
-                                   folder.filePath("2026-06-06.1.mine.part"), folder.filePath("mine.1.part")}) != 0)
-                test::skip("a folder's time can't be set here");
+            for (const auto& [minutes, name] : {std::pair(12, "2026-06-06.99999.part"),
+                                                {8, "2026-06-07.99998.part"},
+                                                {12, "2026-06-06.1.mine.part"},
+                                                {12, "mine.1.part"}}) {
+                const QDateTime then = QDateTime::currentDateTime().addSecs(-60LL * minutes);
+                if (QProcess::execute("touch", {"-t", then.toString("yyyyMMddHHmm"), folder.filePath(name)}) != 0)
+                    test::skip("a folder's time can't be set here");
+            }
         } else if (what.startsWith("notes")) {
             orlo::test::write(folder.filePath("2026-06-07 01.00/note"), "mine");
             orlo::test::write(folder.filePath("2026-06-07 00.10/.note"), "mine");

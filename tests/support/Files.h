@@ -2,6 +2,7 @@
 
 #include "support/Main.h"
 
+#include <QDirIterator>
 #include <QFile>
 
 namespace orlo::test
@@ -20,6 +21,16 @@ inline void write(const QString& path, const QByteArray& bytes)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         fail(file.errorString());
+}
+
+/// The files in a folder and below, hidden ones too, in the order of their paths.
+inline QStringList filesBelow(const QString& folder)
+{
+    QStringList files;
+    for (QDirIterator at(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); at.hasNext();)
+        files += at.next();
+    files.sort();
+    return files;
 }
 
 } // namespace orlo::test

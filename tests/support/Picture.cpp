@@ -17,10 +17,12 @@ QString quoted(QString text)
     return u'"' + text.replace(u'\n', QStringLiteral("\\n")) + u'"';
 }
 
-// Rows with a star at a chosen one, or at the current cell where cells are chosen, behind their own marks.
+// Rows with a star at a chosen one, or at the current cell where cells are chosen, behind their own marks. Those of a
+// tree that are in sight, with ">" for each level.
 QString rowsOf(const QAbstractItemView& view, What what)
 {
     const auto* table = qobject_cast<const QTableView*>(&view);
+    const auto* tree = qobject_cast<const QTreeView*>(&view);
     const bool areCells = view.selectionBehavior() == QAbstractItemView::SelectItems && table;
     const QAbstractItemModel& model = *view.model();
     const auto line = [&](const auto& cell) {
@@ -37,14 +39,16 @@ QString rowsOf(const QAbstractItemView& view, What what)
     QStringList rows;
     if (table)
         rows += line([&](int c) { return model.headerData(c, Qt::Horizontal).toString() + alignment(c); }) + u':';
-    for (int row = 0; row < model.rowCount(); ++row) {
-        const auto chosen = !areCells && view.selectionModel()->isRowSelected(row);
-        const auto tick = model.index(row, 0).data(Qt::CheckStateRole).toInt();
+    const auto next = [&](const QModelIndex& at) { return tree ? tree->indexBelow(at) : model.index(at.row() + 1, 0); };
+    for (QModelIndex at = model.index(0, 0); at.isValid(); at = next(at)) {
+        const auto chosen = !areCells && view.selectionModel()->isRowSelected(at.row(), at.parent());
+        const auto tick = at.data(Qt::CheckStateRole).toInt();
         const auto cell = [&](int column) {
-            const bool current = areCells && view.currentIndex() == model.index(row, column);
-            return (current ? "*" : "") + model.index(row, column).data().toString();
+            const bool current = areCells && view.currentIndex() == at.siblingAtColumn(column);
+            return (current ? "*" : "") + at.siblingAtColumn(column).data().toString();
         };
-        const QString mark = areCells ? model.headerData(row, Qt::Vertical).toString() : QString();
+        const QString mark = areCells ? model.headerData(at.row(), Qt::Vertical).toString()
+                                      : QString(tree ? tree->visualRect(at).left() / tree->indentation() - 1 : 0, '>');
         rows += mark + (mark.isEmpty() ? "" : " ") + (chosen ? "*" : "") + (tick ? "x " : "") + line(cell);
     }
     return '[' + rows.join("; ") + ']';
@@ -379,7 +383,7 @@ void showColours(const QString& scheme)
     const bool light = scheme == "light", dark = scheme == "dark"; // otherwise with a stark contrast
     QPalette palette(QColor(light ? 0xefefef : dark ? 0x2d2f33 : 0x000000));
     palette.setColor(QPalette::Base, light ? 0xffffff : dark ? 0x1e2023 : 0x000000);
-    palette.setColor(QPalette::Highlight, light ? 0x308cc6 : dark ? 0x4678be : 0xffff00);
+    palette.setColor(QPalette::Highlight, light ? 0x308cc6 : dark ? 0x4678be : 0x707000);
     palette.setColor(QPalette::HighlightedText, light || dark ? Qt::white : Qt::black);
     for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) // as faint as on some desktops
         palette.setColor(QPalette::Disabled, role, light ? 0xbebebe : dark ? 0x55575b : 0x3ff23f);

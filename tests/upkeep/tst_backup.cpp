@@ -17,7 +17,6 @@
 
 #include <QAction>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -78,14 +77,13 @@ struct Place : test::AppFolder {
     [[nodiscard]] QString files() const
     {
         QStringList found;
-        for (QDirIterator at(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); at.hasNext();) {
-            const QByteArray bytes = test::contents(at.next());
+        for (const QString& name : test::filesBelow(root)) {
+            const QByteArray bytes = test::contents(name);
             const QString content = bytes.size() != size                ? QString::number(bytes.size())
                                     : bytes == test::contents(database) ? "copy"
                                                                         : "other";
-            found += at.filePath().mid(root.size() + 1) + '=' + content;
+            found += name.mid(root.size() + 1) + '=' + content;
         }
-        found.sort();
         return found.join(' ');
     }
 };

@@ -13,7 +13,6 @@
 #include "widgets/DriveList.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -197,11 +196,8 @@ private:
     // The files that exist; journals only if they have something to roll back.
     [[nodiscard]] QStringList names() const
     {
-        QStringList found;
-        for (QDirIterator at(m_folder.path(), QDir::Files, QDirIterator::Subdirectories); at.hasNext();)
-            if (const QString name = at.next(); !name.endsWith("-journal") || test::isHot(name))
-                found += name;
-        found.sort();
+        QStringList found = test::filesBelow(m_folder.path());
+        found.removeIf([](const QString& name) { return name.endsWith("-journal") && !test::isHot(name); });
         return found;
     }
     void put(const QString& name, const QByteArray& content) const { test::write(file(name), content); }

@@ -27,8 +27,7 @@ QValidator::State PageBox::validate(QString& text, int& place) const
 
 void PageBox::fixup(QString& text) const
 {
-    if (const int number = numberIn(text); number > 0)
-        text = textFromValue(std::min(number, maximum())) + suffix();
+    text = textFromValue(std::min(numberIn(text), maximum())) + suffix();
 }
 
 } // namespace orlo::reporting

@@ -53,7 +53,10 @@ void PageView::setDocument(std::shared_ptr<const Document> document)
         m_drag = Drag::None;
     m_selection.clear();
     selectionMoved();
-    layOut();
+    if (const double zoom = m_fit == Fit::None ? m_zoom : fittingZoom(); zoom == m_zoom)
+        layOut();
+    else // the paper is another
+        rescale(zoom, QPointF(viewport()->width() / 2.0, Gap));
     if (m_currentPage >= pageCount())
         noteCurrentPage();
     describePage();

@@ -37,6 +37,10 @@ ZoomBox::ZoomBox(PageView& view) : m_view(view)
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
     connect(this, &QComboBox::textActivated, this, &ZoomBox::takeZoom);
     connect(lineEdit(), &QLineEdit::returnPressed, this, [this] { takeZoom(currentText()); });
+    connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { // left by Tab or the mouse
+        if (lineEdit()->isModified())
+            takeZoom(currentText());
+    });
     connect(&m_view, &PageView::zoomChanged, this, &ZoomBox::showZoom);
 }
 
@@ -64,8 +68,10 @@ void ZoomBox::takeZoom(const QString& text)
         if (const double percent = QString(text).remove(u'%').trimmed().toDouble(); percent > 0)
             m_view.setZoom(percent / 100);
     }
+    const bool isLeft = !hasFocus();
     showZoom();
-    m_view.setFocus();
+    if (!isLeft)
+        m_view.setFocus();
 }
 
 void ZoomBox::step(int direction)
