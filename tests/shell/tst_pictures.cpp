@@ -133,7 +133,7 @@ private Q_SLOTS:
                        test::tabOrderOf(form) + test::traitsOf(form) +
                        (window.size().expandedTo(wanted) == window.size() ? QStringList() : QStringList("too small"));
             QDebug(&(places["place of"] = "place of the window: ")).nospace()
-                << window.geometry() << window.windowFlags();
+                << window.geometry() << window.windowFlags() << window.windowModality();
             QHash<QString, int> before; // of the same name
             for (const QString& place : test::placesOf(form) + gridsOf(form) + test::paintOf(form))
                 places[place.section(':', 0, 0) + QString::number(before[place.section(':', 0, 0)]++)] = place;
