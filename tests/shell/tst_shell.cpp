@@ -122,7 +122,8 @@ private Q_SLOTS:
         QDesktopServices::unsetUrlHandler("http");
         QCOMPARE(std::exchange(m_pages, {}), QList<QUrl>{QUrl("http:site")});
         QCOMPARE(seen->text, "http://www.tollbeck.example, 12 lines");
-        QVERIFY(QApplication::clipboard()->text().contains("Number: 3343\nError Source: DBEngine\nError Description: line\n"));
+        QVERIFY(QApplication::clipboard()->text().contains(
+            "Number: 3343\nError Source: DBEngine\nError Description: line\n"));
         QCOMPARE(test::logged().join('\n').first(51), "ORLO_1: Critical Error, 3343, DBEngine,  line line ");
     }
 
